@@ -1,0 +1,64 @@
+# What holds for every target of the project, whoever builds it.
+
+option(JOURNAL_TESTS "Build the tests" ON)
+option(JOURNAL_FUZZ "Build the fuzz targets (clang only)" OFF)
+option(JOURNAL_PCH "Precompile the headers that many sources share" ON)
+set(JOURNAL_SANITIZE "" CACHE STRING "What goes behind -fsanitize=, for example address,undefined")
+
+get_property(multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(NOT multi_config AND NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Debug CACHE STRING "Debug or RelWithDebInfo" FORCE)
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON) # the static rooms end up in libjournalservice.so
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # The linker of the same release, when it is there: bfd takes seconds a program with the sanitizers' objects.
+    string(REGEX MATCH "^[0-9]+" clang_major "${CMAKE_CXX_COMPILER_VERSION}")
+    find_program(JOURNAL_LLD NAMES ld.lld-${clang_major})
+    mark_as_advanced(JOURNAL_LLD)
+    if(JOURNAL_LLD)
+        add_link_options(-fuse-ld=lld)
+    endif()
+endif()
+
+if(JOURNAL_SANITIZE)
+    add_compile_options(-fsanitize=${JOURNAL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+    add_link_options(-fsanitize=${JOURNAL_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND JOURNAL_SANITIZE MATCHES "undefined")
+        # Both checks compare type information by address. With hidden visibility the service library and the program
+        # that loads it each have their own copy, so every call across that border would be reported.
+        add_compile_options(-fno-sanitize=vptr,function)
+        add_link_options(-fno-sanitize=vptr,function)
+    endif()
+endif()
+
+# ccache, when it is there. Its settings go into the compile command itself, so that `ninja` works the same from a
+# preset and from a shell. The sloppiness is what ccache asks for before it may cache anything that uses a precompiled
+# header; NOHASHDIR lets several build directories of one checkout share what they compiled.
+find_program(JOURNAL_CCACHE NAMES ccache)
+mark_as_advanced(JOURNAL_CCACHE)
+if(JOURNAL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        "${CMAKE_COMMAND}" -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        CCACHE_NOHASHDIR=1
+        "${JOURNAL_CCACHE}")
+    if(JOURNAL_PCH)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+            add_compile_options(-fpch-preprocess)
+        elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+            add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+        endif()
+    endif()
+endif()

@@ -1,0 +1,64 @@
+# How a room's tests are built and registered.
+
+if(NOT JOURNAL_TESTS)
+    return()
+endif()
+
+enable_testing()
+include(GoogleTest)
+
+# GoogleTest's headers cost more than most tests: every test program reuses the one precompiled copy in this library.
+file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/cmake/journal_test_pch.cpp" CONTENT
+    "// Compiled only to hold the precompiled headers of the tests.\n")
+add_library(journal_test_pch OBJECT "${PROJECT_BINARY_DIR}/cmake/journal_test_pch.cpp")
+journal_configure_target(journal_test_pch)
+# A compiler refuses a precompiled header that was made as library code (-fPIC) in a program (-fPIE).
+set_target_properties(journal_test_pch PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+target_compile_options(journal_test_pch PRIVATE -fPIE)
+target_link_libraries(journal_test_pch PRIVATE GTest::gmock GTest::gtest Threads::Threads)
+if(JOURNAL_PCH)
+    target_precompile_headers(journal_test_pch PRIVATE
+        <gmock/gmock.h> <gtest/gtest.h>
+        <atomic> <chrono> <condition_variable> <functional> <map> <memory> <mutex> <optional> <string> <string_view>
+        <thread> <vector>)
+endif()
+
+# journal_test(<name> SOURCES a.cpp ... [LIBS ...] [LABELS ...] [TIMEOUT <seconds>] [NO_PCH] [EXPORTS]
+#              [DEFINITIONS X=1 ...] [PROPERTIES <test property> <value> ...])
+#   A GoogleTest program, each of its tests a test of ctest called <name>.<Suite>.<Test>, with the label <name>. It runs in a
+#   working directory of its own (<build>/test-runs/<name>), so relative files never land in the sources. A test
+#   that takes longer than TIMEOUT (60 s) has failed. Ask for NO_PCH when LIBS bring compile definitions or options that the
+#   shared precompiled header must not disagree with. EXPORTS as in journal_executable.
+function(journal_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "NO_PCH;EXPORTS" "TIMEOUT" "SOURCES;LIBS;LABELS;DEFINITIONS;PROPERTIES")
+    journal_refuse_leftovers(journal_test ${name} "${arg_UNPARSED_ARGUMENTS}")
+    journal_leave_out_missing(${name} arg_SOURCES)
+    if(NOT arg_SOURCES)
+        return()
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 60)
+    endif()
+
+    add_executable(${name} ${arg_SOURCES})
+    journal_configure_target(${name})
+    target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock_main GTest::gmock GTest::gtest Threads::Threads)
+    target_compile_definitions(${name} PRIVATE ${arg_DEFINITIONS})
+    if(JOURNAL_PCH AND NOT arg_NO_PCH)
+        target_precompile_headers(${name} REUSE_FROM journal_test_pch)
+    endif()
+    if(arg_EXPORTS)
+        set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+    endif()
+
+    set(directory "${PROJECT_BINARY_DIR}/test-runs/${name}")
+    file(MAKE_DIRECTORY "${directory}")
+    # Discovered when ctest runs, not after each link: a program that cannot even list its tests is then a failed
+    # test of its own and not a broken build.
+    gtest_discover_tests(${name}
+        TEST_PREFIX "${name}."
+        WORKING_DIRECTORY "${directory}"
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES LABELS "${name};${arg_LABELS}" TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+endfunction()
