@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+/// One line of a journal list: a remote party, named, with an id that clients quote.
+///
+/// A plain value without synchronisation; copies are deep and moves are cheap. Copy an item through its own
+/// class: a copy made through this base would keep the base's fields only.
+class CallItem {
+public:
+    CallItem() = default;
+    CallItem(const std::string& entryId, const std::string& firstname, const std::string& surname)
+        : m_entryId(entryId), m_firstname(firstname), m_surname(surname) {}
+    CallItem(const CallItem&) = default;
+    CallItem(CallItem&&) noexcept = default;
+    CallItem& operator=(const CallItem&) = default;
+    CallItem& operator=(CallItem&&) noexcept = default;
+    virtual ~CallItem() = default;
+
+    /// The time of the newest occurrence followed by eight hexadecimal digits: 28 characters. It changes
+    /// whenever an occurrence is merged into the item, so a client that holds an old id no longer finds the
+    /// item.
+    [[nodiscard]] const std::string& getEntryId() const noexcept { return m_entryId; }
+    void setEntryId(const std::string& entryId) { m_entryId = entryId; }
+
+    [[nodiscard]] const std::string& getFirstname() const noexcept { return m_firstname; }
+    void setFirstname(const std::string& firstname) { m_firstname = firstname; }
+
+    [[nodiscard]] const std::string& getSurname() const noexcept { return m_surname; }
+    void setSurname(const std::string& surname) { m_surname = surname; }
+
+    /// Whether both stand for the same list entry: their entry ids are equal, whatever the other fields
+    /// hold. For a comparison of everything use `sameContent`.
+    [[nodiscard]] virtual bool equals(const CallItem& other) const { return m_entryId == other.m_entryId; }
+    bool operator==(const CallItem& other) const { return equals(other); }
+
+    /// Whether every field of this class is equal, byte for byte. Each derived class has its own.
+    [[nodiscard]] bool sameContent(const CallItem& other) const {
+        return m_entryId == other.m_entryId && m_firstname == other.m_firstname &&
+               m_surname == other.m_surname;
+    }
+
+private:
+    std::string m_entryId;
+    std::string m_firstname;
+    std::string m_surname;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <string>
+
+#include "journal-items/CallItem.h"
+
+/// A journal item that the database knows and that may show a picture: base of the four call lists' items.
+/// A plain value without synchronisation.
+class CallItemWithPicture : public CallItem {
+public:
+    /// How many occurrences an item keeps when calls are added to it one by one. An item that holds this
+    /// many has "more than 9", the state in which the next call drops its oldest one and a switch that
+    /// keeps the log is told.
+    static constexpr std::size_t kMaxOccurrences = 10;
+
+    using CallItem::CallItem;
+
+    /// The database's id of the stored row; empty until the first write was answered. It survives every
+    /// merge.
+    [[nodiscard]] const std::string& getUniqueId() const noexcept { return m_uniqueId; }
+    void setUniqueId(const std::string& uniqueId) { m_uniqueId = uniqueId; }
+
+    /// Reference of the party's picture, copied from the phonebook; empty when there is none.
+    [[nodiscard]] const std::string& getPictureClip() const noexcept { return m_pictureClip; }
+    void setPictureClip(const std::string& pictureClip) { m_pictureClip = pictureClip; }
+
+    [[nodiscard]] bool sameContent(const CallItemWithPicture& other) const {
+        return CallItem::sameContent(other) && m_uniqueId == other.m_uniqueId &&
+               m_pictureClip == other.m_pictureClip;
+    }
+
+protected:
+    /// Puts `info` in front of `occurrences` and drops from the back what exceeds `kMaxOccurrences`.
+    template <typename Info>
+    static void addNewest(std::list<Info>& occurrences, const Info& info) {
+        occurrences.push_front(info);
+        while (occurrences.size() > kMaxOccurrences) {
+            occurrences.pop_back();
+        }
+    }
+
+private:
+    std::string m_uniqueId;
+    std::string m_pictureClip;
+};

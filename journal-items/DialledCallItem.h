@@ -1,0 +1,63 @@
+#pragma once
+
+#include <list>
+#include <string>
+
+#include "journal-items/CallInfo.h"
+#include "journal-items/CallItemWithPicture.h"
+#include "journal-items/Duration.h"
+#include "journal-items/Redirecting.h"
+#include "journal-items/TimeFormat.h"
+
+/// A number that was dialled, with one occurrence a call, newest in front. A plain value without
+/// synchronisation; copying duplicates the whole occurrence list.
+class DialledCallItem : public CallItemWithPicture {
+public:
+    /// One dialled call.
+    class DialledCallInfo : public CallInfo, public Duration, public TimeFormat, public Redirecting {
+    public:
+        /// The connected number, kept when the dialled number was a feature access code and differed from
+        /// it.
+        [[nodiscard]] const std::string& getSubstituteNumber() const noexcept { return m_substituteNumber; }
+        void setSubstituteNumber(const std::string& number) { m_substituteNumber = number; }
+
+        /// Whether the dialled number was a feature access code.
+        [[nodiscard]] bool getFeatureAccessCode() const noexcept { return m_featureAccessCode; }
+        void setFeatureAccessCode(bool featureAccessCode) noexcept {
+            m_featureAccessCode = featureAccessCode;
+        }
+
+        bool operator==(const DialledCallInfo&) const = default;
+
+    private:
+        std::string m_substituteNumber;
+        bool m_featureAccessCode = false;
+    };
+
+    DialledCallItem() = default;
+    DialledCallItem(const std::string& entryId, const std::string& firstname, const std::string& surname,
+                    const std::list<DialledCallInfo>& infoList)
+        : CallItemWithPicture(entryId, firstname, surname), m_infoList(infoList) {}
+
+    /// What calls are gathered by: the number that was looked up. The accessors' spelling is part of the
+    /// contract.
+    [[nodiscard]] const std::string& getJournalSeviceGroupBy() const noexcept { return m_groupBy; }
+    void setJournalSeviceGroupBy(const std::string& groupBy) { m_groupBy = groupBy; }
+
+    [[nodiscard]] const std::list<DialledCallInfo>& getDialledCallInfoList() const noexcept {
+        return m_infoList;
+    }
+    /// Takes the list as it is; only `addCallInfoToList` limits it.
+    void setDialledCallInfoList(const std::list<DialledCallInfo>& infoList) { m_infoList = infoList; }
+    /// Adds the newest call, in front; beyond `kMaxOccurrences` the oldest one is dropped.
+    void addCallInfoToList(const DialledCallInfo& info) { addNewest(m_infoList, info); }
+
+    [[nodiscard]] bool sameContent(const DialledCallItem& other) const {
+        return CallItemWithPicture::sameContent(other) && m_groupBy == other.m_groupBy &&
+               m_infoList == other.m_infoList;
+    }
+
+private:
+    std::string m_groupBy;
+    std::list<DialledCallInfo> m_infoList;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+/// Mix-in of an occurrence that knows how long the call lasted. A plain value without synchronisation.
+class Duration {
+public:
+    Duration() = default;
+    Duration(const Duration&) = default;
+    Duration(Duration&&) noexcept = default;
+    Duration& operator=(const Duration&) = default;
+    Duration& operator=(Duration&&) noexcept = default;
+    virtual ~Duration() = default;
+
+    /// Minutes and seconds, "01:01"; minutes are not capped ("100:00"). Empty when it is not known.
+    [[nodiscard]] const std::string& getDuration() const noexcept { return m_duration; }
+    void setDuration(const std::string& duration) { m_duration = duration; }
+
+    bool operator==(const Duration&) const = default;
+
+private:
+    std::string m_duration;
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// Mix-in of an occurrence that knows who redirected the call: the last redirection device's number and
+/// name. A plain value without synchronisation. Both texts are empty for a call that was not redirected.
+class Redirecting {
+public:
+    Redirecting() = default;
+    Redirecting(const Redirecting&) = default;
+    Redirecting(Redirecting&&) noexcept = default;
+    Redirecting& operator=(const Redirecting&) = default;
+    Redirecting& operator=(Redirecting&&) noexcept = default;
+    virtual ~Redirecting() = default;
+
+    [[nodiscard]] const std::string& getRedirectingNumber() const noexcept { return m_redirectingNumber; }
+    void setRedirectingNumber(const std::string& number) { m_redirectingNumber = number; }
+
+    [[nodiscard]] const std::string& getRedirectingName() const noexcept { return m_redirectingName; }
+    void setRedirectingName(const std::string& name) { m_redirectingName = name; }
+
+    /// How the number and the name may be shown; 0 means without restriction. Copied only.
+    [[nodiscard]] std::int32_t getRedirectingNumberPresentation() const noexcept {
+        return m_numberPresentation;
+    }
+    void setRedirectingNumberPresentation(std::int32_t value) noexcept { m_numberPresentation = value; }
+    [[nodiscard]] std::int32_t getRedirectingNamePresentation() const noexcept { return m_namePresentation; }
+    void setRedirectingNamePresentation(std::int32_t value) noexcept { m_namePresentation = value; }
+
+    /// Which number a transferred call shows. Copied only.
+    [[nodiscard]] std::int32_t getTransferNumberType() const noexcept { return m_transferNumberType; }
+    void setTransferNumberType(std::int32_t type) noexcept { m_transferNumberType = type; }
+
+    /// Why the call was redirected, in the switch's own numbers; 0 when it does not say. Copied only.
+    [[nodiscard]] std::int32_t getRedirectingReason() const noexcept { return m_reason; }
+    void setRedirectingReason(std::int32_t reason) noexcept { m_reason = reason; }
+
+    bool operator==(const Redirecting&) const = default;
+
+private:
+    std::string m_redirectingNumber;
+    std::string m_redirectingName;
+    std::int32_t m_numberPresentation = 0;
+    std::int32_t m_namePresentation = 0;
+    std::int32_t m_transferNumberType = 0;
+    std::int32_t m_reason = 0;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+class ProtocolAdapter;
+class Proxy;
+
+/// What an invoker may ask of the framework. Any thread may call.
+class FrameworkContext {
+public:
+    FrameworkContext() = default;
+    FrameworkContext(const FrameworkContext&) = delete;
+    FrameworkContext& operator=(const FrameworkContext&) = delete;
+    virtual ~FrameworkContext() = default;
+
+    /// The proxy that stands for `clientName`'s implementation of `interfaceName`
+    /// ("JournalServiceObserverIfc"), or null. Borrowed: alive while the message of that client is handled, and
+    /// for as long as it is subscribed.
+    [[nodiscard]] virtual Proxy* findProxy(std::string& interfaceName, std::string& clientName) = 0;
+
+    /// The adapter of a protocol by name, or null. Borrowed, alive as long as the framework.
+    [[nodiscard]] virtual ProtocolAdapter* findProtocolAdapter(std::string& protocolName) = 0;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+class Method;
+
+/// Reads and writes `Method` objects in one text protocol. Any thread may call; an adapter keeps no state.
+class ProtocolAdapter {
+public:
+    ProtocolAdapter() = default;
+    ProtocolAdapter(const ProtocolAdapter&) = delete;
+    ProtocolAdapter& operator=(const ProtocolAdapter&) = delete;
+    virtual ~ProtocolAdapter() = default;
+
+    /// False when `text` is not a message of the protocol; `method` is then unchanged.
+    [[nodiscard]] virtual bool decode(const std::string& text, Method& method) const = 0;
+    [[nodiscard]] virtual std::string encode(const Method& method) const = 0;
+};

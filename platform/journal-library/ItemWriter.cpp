@@ -1,0 +1,136 @@
+#include "platform/journal-library/ItemWriter.h"
+
+#include <string_view>
+
+#include "platform/client-utils/ClientUtils.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/journal-library/ItemFields.h"
+
+namespace journalxml {
+namespace {
+
+void appendElement(std::string& out, const char* name, const std::string& body) {
+    out.append("<").append(name).append(">").append(body).append("</").append(name).append(">");
+}
+
+// A database answer that contains the word counts as failed, and a caller may have any name.
+std::string withoutFailureMarker(std::string text) {
+    constexpr std::string_view kMarker = "failure";
+    constexpr std::string_view kHarmless = "failur&#101;";
+    std::size_t at = text.find(kMarker);
+    while (at != std::string::npos) {
+        text.replace(at, kMarker.size(), kHarmless);
+        at = text.find(kMarker, at + kHarmless.size());
+    }
+    return text;
+}
+
+void appendText(std::string& out, const char* name, const std::string& value) {
+    if (!value.empty()) {
+        appendElement(out, name, withoutFailureMarker(ClientUtils::escapeXMLString(value)));
+    }
+}
+
+// Fields that have their default are left out: a reader gives a missing one the same value.
+struct FieldWriter {
+    std::string& out;
+
+    template <typename Part, typename PartFields>
+    void operator()(const Part& part, PartFields) const {
+        for (const auto& field : PartFields::kTexts) {
+            appendText(out, field.name, (part.*field.get)());
+        }
+        for (const auto& field : PartFields::kFlags) {
+            if ((part.*field.get)()) {
+                appendElement(out, field.name, "true");
+            }
+        }
+        for (const auto& field : PartFields::kNumbers) {
+            if (const std::int32_t value = field.get(part); value != 0) {
+                appendElement(out, field.name, std::to_string(value));
+            }
+        }
+    }
+};
+
+template <typename Item>
+std::string bodyOf(const Item& item) {
+    std::string out;
+    appendElement(out, kTypeField, kTypeOf<Item>);
+    forEachPart(item, FieldWriter{out});
+    if constexpr (kHasOccurrences<Item>) {
+        for (const auto& info : occurrencesOf(item)) {
+            std::string occurrence;
+            forEachPart(info, FieldWriter{occurrence});
+            appendElement(out, kOccurrence, occurrence);
+        }
+    }
+    return out;
+}
+
+}  // namespace
+
+std::string itemBody(const MissedCallItem& item) {
+    return bodyOf(item);
+}
+
+std::string itemBody(const DialledCallItem& item) {
+    return bodyOf(item);
+}
+
+std::string itemBody(const ReceivedCallItem& item) {
+    return bodyOf(item);
+}
+
+std::string itemBody(const ForwardedCallItem& item) {
+    return bodyOf(item);
+}
+
+std::string itemBody(const CallBackItem& item) {
+    return bodyOf(item);
+}
+
+std::string itemBody(const Contact& contact) {
+    std::string out = bodyOf(contact);
+    if (contact.getContactSource() != Contact::eOrderedContactSource::eUnknown) {
+        appendText(
+            out, kContactSource,
+            CallListDatabaseAdapterHelper::getOrderedContactSourceToString(contact.getContactSource()));
+    }
+    std::string records;
+    for (const Contact::CallRecord& record : contact.getCallRecords()) {
+        std::string fields;
+        appendText(fields, "UniqueId", record.entryId);
+        appendText(fields, kTypeField, record.type);
+        appendElement(records, kCallRecord, fields);
+    }
+    if (!records.empty()) {
+        appendElement(out, kCallRecords, records);
+    }
+    return out;
+}
+
+std::string keyBody(const CallItemWithPicture& item) {
+    std::string out;
+    appendText(out, "UniqueId", item.getUniqueId());
+    appendText(out, "EntryId", item.getEntryId());
+    return out;
+}
+
+std::string keyBody(const CallBackItem& item) {
+    std::string out;
+    appendText(out, "EntryId", item.getEntryId());
+    return out;
+}
+
+std::string entryElement(const std::string& body) {
+    std::string out;
+    appendElement(out, CallListDatabaseAdapterHelper::ENTRY, body);
+    return out;
+}
+
+void appendField(std::string& out, const char* name, const std::string& value) {
+    appendElement(out, name, ClientUtils::escapeXMLString(value));
+}
+
+}  // namespace journalxml

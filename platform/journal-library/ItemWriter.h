@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include "journal-items/CallBackItem.h"
+#include "journal-items/Contact.h"
+#include "journal-items/DialledCallItem.h"
+#include "journal-items/ForwardedCallItem.h"
+#include "journal-items/MissedCallItem.h"
+#include "journal-items/ReceivedCallItem.h"
+
+/// Items as XML: the content of an `ENTRY`. Pure functions; only this library's sources include this file.
+namespace journalxml {
+
+[[nodiscard]] std::string itemBody(const MissedCallItem& item);
+[[nodiscard]] std::string itemBody(const DialledCallItem& item);
+[[nodiscard]] std::string itemBody(const ReceivedCallItem& item);
+[[nodiscard]] std::string itemBody(const ForwardedCallItem& item);
+[[nodiscard]] std::string itemBody(const CallBackItem& item);
+[[nodiscard]] std::string itemBody(const Contact& contact);
+
+/// What names an item's row in a delete request.
+[[nodiscard]] std::string keyBody(const CallItemWithPicture& item);
+[[nodiscard]] std::string keyBody(const CallBackItem& item);
+
+/// `<ENTRY>body</ENTRY>`.
+[[nodiscard]] std::string entryElement(const std::string& body);
+
+/// `<name>value</name>`, the value escaped.
+void appendField(std::string& out, const char* name, const std::string& value);
+
+}  // namespace journalxml

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+/// Why a management value was refused.
+enum rejectReasons : int {
+    eRejectNone = 0,
+    eRejectDataInvalid = 4,
+    eRejectValueNotChanged = 10,
+};
+
+/// One refusal: the code and the text for a person. Empty text means that nothing was refused.
+struct RejectReason {
+    rejectReasons code = eRejectNone;
+    std::string text;
+
+    [[nodiscard]] bool empty() const noexcept { return text.empty(); }
+};
+
+/// Writes the text of a refusal into `reason`; `format` and what follows are those of `printf`.
+void setRejectReason(rejectReasons code, RejectReason& reason, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));

@@ -1,0 +1,22 @@
+#include "tests/support/FakeHardware.h"
+
+#include <atomic>
+
+#include "platform/hardware/HardwareVersion.h"
+
+namespace journaltest {
+namespace {
+
+std::atomic<int> g_variant{0};
+
+}
+
+void FakeHardware::setSubPlatformVariant(int variant) noexcept {
+    g_variant = variant;
+}
+
+}  // namespace journaltest
+
+int HardwareVersion::getHWSubPlatformVariant() noexcept {
+    return journaltest::g_variant;
+}
