@@ -1,0 +1,50 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+
+class ClockServiceIfc;
+
+namespace journal {
+
+/// Time strings, entry ids and durations, all from the phone's clock service.
+///
+/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process brings the clock that
+/// its framework gave it; a journal that goes away takes only its own back, and the others keep theirs.
+/// Threads: any thread may ask at any time; `adoptClock` and destruction belong to the journal's own start and end.
+class JournalClock {
+public:
+    JournalClock() = default;
+    JournalClock(const JournalClock&) = delete;
+    JournalClock& operator=(const JournalClock&) = delete;
+    ~JournalClock();
+
+    /// Takes the clock, borrowed until this object is destroyed; null leaves the journal to the process's clock.
+    void adoptClock(ClockServiceIfc* clock);
+
+    /// Date and time now: "2026-11-21T05:22:05Z", 20 characters; empty without a clock.
+    [[nodiscard]] std::string getCurrentTime() const;
+    /// Seconds since 1970; -1 without a clock.
+    [[nodiscard]] long getCurrentTimeSec() const;
+    /// The current time string and the low 32 bits of the call id, read as a decimal number, in eight upper-case
+    /// hexadecimal digits: 28 characters. A call id that is no number counts as 0.
+    [[nodiscard]] std::string createEntryId(const std::string& callId) const;
+    /// `seconds` in the clock's display format; empty without a clock.
+    [[nodiscard]] std::string formatTimeDate(long seconds) const;
+    /// Minutes and seconds, "61:01"; "00:00" unless the end lies after the start.
+    [[nodiscard]] static std::string formatDuration(long start, long end);
+    /// Compares two time texts field by field: `result` is -1 when `a` is earlier, 1 when it is later, 0 when
+    /// they are equal. False, and `result` unchanged, without a clock or when a text is no time.
+    [[nodiscard]] bool compareTimes(const std::string& a, const std::string& b, int& result) const;
+
+private:
+    [[nodiscard]] ClockServiceIfc* clock() const;
+
+    /// The process's clock: the one that the latest living journal brought.
+    static std::atomic<ClockServiceIfc*> m_pClockSvc;
+
+    // Constant after adoptClock.
+    ClockServiceIfc* m_ownClock = nullptr;
+};
+
+}  // namespace journal

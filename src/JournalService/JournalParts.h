@@ -1,0 +1,112 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/journal-library/CallListDatabaseAdapter.h"
+#include "src/JournalService/Collaborators.h"
+#include "src/JournalService/JournalClock.h"
+#include "src/JournalService/JournalLists.h"
+#include "src/JournalService/ListLoader.h"
+#include "src/JournalService/ListMirror.h"
+#include "src/JournalService/PhoneSettings.h"
+#include "src/JournalService/Subscription.h"
+#include "src/JournalServiceEvents/BlindTransfer.h"
+#include "src/JournalServiceEvents/CallCompletion.h"
+#include "src/JournalServiceEvents/CallControlEvents.h"
+#include "src/JournalServiceEvents/CallControlEventsQorvex.h"
+#include "src/JournalServiceEvents/CallControlEventsSip.h"
+#include "src/JournalServiceEvents/CallLogReadiness.h"
+#include "src/JournalServiceEvents/CallLogRequests.h"
+#include "src/JournalServiceEvents/CallMap.h"
+#include "src/JournalServiceEvents/CallTracker.h"
+#include "src/JournalServiceEvents/Conferences.h"
+#include "src/JournalServiceEvents/ConnectionClearedEvents.h"
+#include "src/JournalServiceEvents/CstaMonitors.h"
+#include "src/JournalServiceEvents/EntryCreation.h"
+#include "src/JournalServiceEvents/ForwardedMissedRule.h"
+#include "src/JournalServiceEvents/JournalRefresh.h"
+#include "src/JournalServiceEvents/JournallingGate.h"
+#include "src/JournalServiceEvents/LineDevices.h"
+#include "src/JournalServiceEvents/ManagementAgent.h"
+#include "src/JournalServiceEvents/ManagementValues.h"
+#include "src/JournalServiceEvents/OwnSettings.h"
+#include "src/JournalServiceEvents/PartyNames.h"
+#include "src/JournalServiceEvents/SystemStatusEvents.h"
+#include "src/JournalServiceEvents/VisitorCallLog.h"
+
+class Context;
+class CSTAEventIfc;
+class JournalServiceIfc;
+class MgmtAgentIfc;
+class ObserverNotifierIfc;
+class Service;
+
+namespace journal {
+
+/// Every part of the journal, made in dependency order: a part knows those above it in this list and none below. The
+/// face owns one of these; a test may, without the face.
+struct JournalParts {
+    /// What the parts need from outside; all of it is borrowed and outlives them.
+    struct Outside {
+        ObserverNotifierIfc& notifier;
+        /// The journal as the source of requests to the switch, and as the owner of timers.
+        Service& self;
+        /// Gets the events of the journal's monitors.
+        CSTAEventIfc& eventReceiver;
+        /// Loads all lists in the way of the service variant.
+        std::function<void()> loadLists;
+    };
+
+    explicit JournalParts(const Outside& outside);
+    JournalParts(const JournalParts&) = delete;
+    JournalParts& operator=(const JournalParts&) = delete;
+    ~JournalParts() = default;
+
+    /// Start-up, once, on the line's strand: finds the services, makes the timers, reads the settings, starts the
+    /// monitor of the own line. What fails is logged, and the rest goes on.
+    void start(Context& context, MgmtAgentIfc& agent, JournalServiceIfc& service);
+
+    ObserverNotifierIfc& notifier;
+    Service& self;
+
+    PhoneSettings settings;
+    Collaborators collaborators;
+    JournalClock clock;
+    JournallingGate gate;
+    PartyNames names;
+
+    CallListDatabaseAdapter adapter;
+    ListMirror mirror;
+    CallLogRequests requests;
+
+    JournalLists lists;
+    ListLoader loader;
+    Subscription subscription;
+
+    ForwardedMissedRule forwardedMissed;
+    EntryCreation entries;
+
+    CallMap calls;
+    CallCompletion completion;
+    CallTracker tracker;
+    Conferences conferences;
+    LineDevices lineDevices;
+    CallLogReadiness readiness;
+
+    CallControlParts callControl;
+    BlindTransfer blindTransfer;
+    ConnectionClearedEvents connectionCleared;
+    CallControlEventsQorvex qorvexRules;
+    CallControlEventsSip sipRules;
+    CallControlEvents callControlEvents;
+    SystemStatusEvents systemStatusEvents;
+
+    CstaMonitors monitors;
+    ManagementValues management;
+    OwnSettings ownSettings;
+    JournalRefresh refresh;
+    ManagementAgent agent;
+    VisitorCallLog visitorCallLog;
+};
+
+}  // namespace journal

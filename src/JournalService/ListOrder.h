@@ -1,0 +1,45 @@
+#pragma once
+
+#include <algorithm>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "journal-items/Occurrences.h"
+
+namespace journal {
+
+/// Newest first: true when a's sort key is greater than b's, compared as bytes; equal keys give false.
+template <typename Item>
+[[nodiscard]] bool isNewer(const Item& a, const Item& b) {
+    return sortKeyOf(a) > sortKeyOf(b);
+}
+
+// The lists' ordering predicates by their own names. The missed list is ordered by the database adapter.
+[[nodiscard]] inline bool isDialledCallOrdered(const DialledCallItem& a, const DialledCallItem& b) {
+    return isNewer(a, b);
+}
+[[nodiscard]] inline bool isReceivedCallOrdered(const ReceivedCallItem& a, const ReceivedCallItem& b) {
+    return isNewer(a, b);
+}
+[[nodiscard]] inline bool isForwardedCallOrdered(const ForwardedCallItem& a, const ForwardedCallItem& b) {
+    return isNewer(a, b);
+}
+
+/// Takes the items without occurrences out of `items` and answers them, in list order.
+template <typename Item>
+[[nodiscard]] std::vector<Item> takeItemsWithoutOccurrences(std::deque<Item>& items) {
+    std::vector<Item> taken;
+    std::deque<Item> kept;
+    for (Item& item : items) {
+        if (occurrencesOf(item).empty()) {
+            taken.push_back(std::move(item));
+        } else {
+            kept.push_back(std::move(item));
+        }
+    }
+    items.swap(kept);
+    return taken;
+}
+
+}  // namespace journal

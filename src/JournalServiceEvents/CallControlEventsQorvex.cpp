@@ -1,0 +1,332 @@
+#include "src/JournalServiceEvents/CallControlEventsQorvex.h"
+
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAEventCause.h"
+#include "platform/texts/communicationsServiceTexts.h"
+#include "src/JournalService/Log.h"
+#include "src/JournalServiceEvents/CallLogReadiness.h"
+
+namespace journal {
+
+namespace {
+
+// The call id of a failure or a diversion that belongs to no call.
+constexpr const char* kNoCallId = "0";
+
+/// Who was called, with the name of the alerting device where that is the same number and the only one named.
+CSTADevice calledDeviceOf(const CSTADeliveredEvent& event) {
+    const CSTADevice& alerting = event.getAlertingDevice();
+    CSTADevice called = firstKnown(event.getCalledDevice(), alerting);
+    if (called.name.empty() && called.number == alerting.number) {
+        called.name = alerting.name;
+    }
+    return called;
+}
+
+CSTADevice remoteOf(const Call& call) {
+    return {call.m_sRemoteParty, call.m_sRemotePartyName};
+}
+
+}  // namespace
+
+bool CallControlEventsQorvex::followsCalls() const {
+    return m_parts.settings.values()->m_useCSTACallControlEvents;
+}
+
+Call* CallControlEventsQorvex::find(const CSTACallControlEvent& event) const {
+    return m_parts.calls.findCallFromId(event.getConnectionCallID());
+}
+
+bool CallControlEventsQorvex::ignoreEventByCause(int cause) noexcept {
+    return cause == CSTA_EC_CallPickup || cause == CSTA_EC_CallPark;
+}
+
+// What the phone dialled stays; whom it called takes the switch's own notation, which is how callers are noted too.
+void CallControlEventsQorvex::noteDialled(const CSTACallControlEvent& event) const {
+    const CSTADevice& called = event.getCalledDevice();
+    Call* const call = find(event);
+    if (call == nullptr || !call->isOutgoing() || !isKnown(called)) {
+        return;
+    }
+    if (call->m_sDialledParty.empty()) {
+        call->m_sDialledParty = called.number;
+        call->m_sDialledPartyName = called.name;
+    }
+    call->m_sCalledParty = called.number;
+    call->m_sCalledPartyName = called.name;
+}
+
+void CallControlEventsQorvex::noteRedirecting(const CSTACallControlEvent& event,
+                                              const char* operation) const {
+    const CSTADevice& redirecting = event.getLastRedirectionDevice();
+    Call* const call = find(event);
+    if (call == nullptr || !isKnown(redirecting)) {
+        return;
+    }
+    LOG_EVENTS(5, "%s():m_sRedirectingParty[%s]->[%s], m_sRedirectingPartyName[%s]->[%s]", operation,
+               call->m_sRedirectingParty.c_str(), redirecting.number.c_str(),
+               call->m_sRedirectingPartyName.c_str(), redirecting.name.c_str());
+    call->m_sRedirectingParty = redirecting.number;
+    call->m_sRedirectingPartyName = redirecting.name;
+}
+
+void CallControlEventsQorvex::originated(const CSTAOriginatedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAOriginatedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& called = event.getCalledDevice();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Called: %s, Name: %s", kOperation, callId.c_str(),
+               event.getCallingDevice().number.c_str(), called.number.c_str(), called.name.c_str());
+    if (!followsCalls() || ignoreEventByCause(event.getCause())) {
+        return;
+    }
+    LOG_EVENTS(5, "%s():event not ignored", kOperation);
+    m_parts.pass(find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
+    noteDialled(event);
+}
+
+void CallControlEventsQorvex::offered(const CSTAOfferedEvent& event) {
+    if (!followsCalls()) {
+        m_readiness.m_callLogEventsReady = false;
+        return;
+    }
+    m_parts.pass(find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(), {});
+}
+
+void CallControlEventsQorvex::queued(const CSTAQueuedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s", "handleCSTAQueuedEvent",
+               callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
+               called.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    if (calling.isLocal()) {
+        // The phone's own call waits at a group.
+        m_parts.pass(find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        noteDialled(event);
+        return;
+    }
+    m_parts.pass(find(event), Call::eDelivered, Call::eIncoming, callId, calling);
+}
+
+// ---- Delivered ----------------------------------------------------------------------------------------------
+
+void CallControlEventsQorvex::delivered(const CSTADeliveredEvent& event) {
+    constexpr const char* kOperation = "handleCSTADeliveredEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& newDestination = event.getAlertingDevice();
+    LOG_EVENTS(5,
+               "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, newDestinationNumber: %s, "
+               "newDestinationName: "
+               "%s",
+               kOperation, callId.c_str(), calling.number.c_str(), calling.name.c_str(),
+               called.number.c_str(), called.name.c_str(), newDestination.number.c_str(),
+               newDestination.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    const int cause = event.getCause();
+    if (cause == CSTA_EC_Forwarded) {
+        Call* const call = find(event);
+        LOG_EVENTS(5, "%s():{%s} forwarded call received", kOperation, callId.c_str());
+        if (call == nullptr || (isKnown(newDestination) && !forwardedOn(*call, event))) {
+            return;
+        }
+    }
+    deliveredByLocalConnection(event);
+    if (cause == CSTA_EC_Redirected || cause == CSTA_EC_RedirectedByDistribution) {
+        noteRedirecting(event, kOperation);
+        if (Call* const call = find(event)) {
+            call->m_redirected = true;
+        }
+    }
+}
+
+// The called party has sent the phone's own call on. False when the call is gone with that.
+bool CallControlEventsQorvex::forwardedOn(Call& call, const CSTADeliveredEvent& event) {
+    const CSTADevice& newDestination = event.getAlertingDevice();
+    if (call.m_sFirstForwardedParty.empty()) {
+        call.m_sFirstForwardedParty = newDestination.number;
+        call.m_sFirstForwardedPartyName = newDestination.name;
+    }
+    m_parts.pass(&call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(), newDestination,
+                 farEnd(event.getCalledDevice()));
+    return find(event) != nullptr;
+}
+
+void CallControlEventsQorvex::deliveredByLocalConnection(const CSTADeliveredEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const int localConnection = event.getLocalConnectionInfo();
+    switch (localConnection) {
+        case CSTA_LCS_Connected:
+            m_parts.pass(find(event), Call::eDelivered, Call::eOutgoing, callId, calledDeviceOf(event));
+            noteDialled(event);
+            break;
+        case CSTA_LCS_Alerting:
+        case CSTA_LCS_Null:
+            if (event.getPrivateData() != communicationsServiceTexts::content_callstatus_ReminderCall) {
+                m_parts.pass(find(event), Call::eDelivered, Call::eIncoming, callId,
+                             farEnd(event.getCallingDevice()));
+            }
+            break;
+        default:
+            LOG_EVENTS(5, "%s():{%s} Unknown Local Connection Info %d", "handleCSTADeliveredEvent",
+                       callId.c_str(), localConnection);
+            break;
+    }
+}
+
+// ---- Diverted -----------------------------------------------------------------------------------------------
+
+void CallControlEventsQorvex::diverted(const CSTADivertedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    if (!followsCalls()) {
+        return;
+    }
+    if (callId != kNoCallId && !m_parts.settings.values()->m_serverBasedFeatures) {
+        LOG_EVENTS(5, "%s():callID = '%s' - server based features are off, IGNORE", "handleCSTADivertedEvent",
+                   callId.c_str());
+        return;
+    }
+    Call* const call = find(event);
+    if (event.getCallingDevice().isLocal() || (call != nullptr && call->isOutgoing())) {
+        divertedThere(call, event);
+    } else {
+        divertedHere(call, event);
+    }
+}
+
+// The call was diverted away from this phone: the caller stays the remote party, the new destination is connected.
+void CallControlEventsQorvex::divertedHere(Call* call, const CSTADivertedEvent& event) {
+    CSTADevice caller = farEnd(event.getCallingDevice());
+    if (call != nullptr && !call->m_sRemoteParty.empty()) {
+        caller = remoteOf(*call);
+    }
+    const CSTADevice newDestination = farEnd(event.getNewDestination());
+    if (!caller.number.empty()) {
+        m_parts.pass(call, Call::eForwarded, Call::eIncoming, event.getConnectionCallID(), newDestination,
+                     caller);
+        return;
+    }
+    // An anonymous caller must not give way to the new destination.
+    if (call != nullptr) {
+        call->m_sConnectedParty = newDestination.number;
+        call->m_sConnectedPartyName = newDestination.name;
+    }
+    m_parts.pass(call, Call::eForwarded, Call::eIncoming, event.getConnectionCallID(), caller);
+}
+
+// The called party has diverted the phone's own call. A call that is not tracked would leave a record without an end.
+void CallControlEventsQorvex::divertedThere(Call* call, const CSTADivertedEvent& event) {
+    if (call != nullptr) {
+        m_parts.pass(call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(),
+                     farEnd(event.getNewDestination()), remoteOf(*call));
+    }
+}
+
+// ---- Established --------------------------------------------------------------------------------------------
+
+void CallControlEventsQorvex::established(const CSTAEstablishedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& answering = event.getAnsweringDevice();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, Answered: %s, Name: %s", kOperation,
+               callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
+               called.name.c_str(), answering.number.c_str(), answering.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    Call* const call = find(event);
+    auto direction = directionOf(calling, called, answering, call);
+    if (direction == Call::eDirectionUnknown) {
+        LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
+        if (call == nullptr) {
+            return;
+        }
+        direction = call->m_Direction;
+    }
+    if (direction == Call::eOutgoing) {
+        establishedOutgoing(call, event, direction);
+    } else {
+        establishedIncoming(call, event, direction);
+    }
+    noteRedirecting(event, kOperation);
+}
+
+void CallControlEventsQorvex::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
+                                                  Call::directions_t direction) {
+    const CSTADevice caller = farEnd(event.getCallingDevice());
+    LOG_EVENTS(5, "%s():{%s} Incoming call established; Number: %s, Name: %s", "handleCSTAEstablishedEvent",
+               event.getConnectionCallID().c_str(), caller.number.c_str(), caller.name.c_str());
+    m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(), caller);
+}
+
+void CallControlEventsQorvex::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event,
+                                                  Call::directions_t direction) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& answering = event.getAnsweringDevice();
+    noteDialled(event);
+    if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
+        LOG_EVENTS(5,
+                   "%s():{%s} Outoing call established, someone other than the called device has answered, "
+                   "Number: %s, "
+                   "Name: %s",
+                   kOperation, callId.c_str(), answering.number.c_str(), answering.name.c_str());
+        m_parts.pass(call, Call::eEstablished, direction, callId, answering, called);
+    } else {
+        const CSTADevice reached = firstKnown(answering, called);
+        LOG_EVENTS(5, "%s():{%s} Outoing call established; Number: %s, Name: %s", kOperation, callId.c_str(),
+                   reached.number.c_str(), reached.name.c_str());
+        m_parts.pass(call, Call::eEstablished, direction, callId, reached);
+    }
+    noteDialled(event);
+}
+
+// ---- Failed -------------------------------------------------------------------------------------------------
+
+void CallControlEventsQorvex::failed(const CSTAFailedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& forwarding = event.getLastRedirectionDevice();
+    const int cause = event.getCause();
+    LOG_EVENTS(5, "%s():{%s} Calling: (%s Name: %s), Called: %s Cause: %d Forwarding: (%s Name: %s)",
+               "handleCSTAFailedEvent", callId.c_str(), calling.number.c_str(), calling.name.c_str(),
+               called.number.c_str(), cause, forwarding.number.c_str(), forwarding.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    Call* const call = find(event);
+    if (callId == kNoCallId || cause == CSTA_EC_None || cause == CSTA_EC_Unknown) {
+        failedOnItsOwn(call, event);
+        return;
+    }
+    const auto direction =
+        call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
+    m_parts.pass(call, Call::eFailed, direction, callId,
+                 direction == Call::eOutgoing ? farEnd(called) : farEnd(calling));
+}
+
+// A failure that belongs to no call is a call that could not be put through to this phone. It gets a record of its own,
+// which is filed at once. A record that stands under its id ends with it; a call that was placed here counts as dialled.
+void CallControlEventsQorvex::failedOnItsOwn(Call* call, const CSTAFailedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    CSTADevice caller = firstKnown(event.getCallingDevice(), event.getCalledDevice());
+    if (call != nullptr && call->isOutgoing()) {
+        m_parts.pass(call, Call::eFailed, Call::eOutgoing, callId, {});
+    } else if (call != nullptr && caller.number.empty()) {
+        caller = remoteOf(*call);
+    }
+    m_parts.calls.removeCall(callId);
+    m_parts.pass(nullptr, Call::eFailed, Call::eIncoming, callId, caller);
+}
+
+}  // namespace journal

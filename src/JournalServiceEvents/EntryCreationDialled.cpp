@@ -1,0 +1,98 @@
+#include <algorithm>
+#include <boost/bind/bind.hpp>
+
+#include "include/ObserverNotifierIfc.h"
+#include "src/JournalService/Log.h"
+#include "src/JournalServiceEvents/CallLogRequests.h"
+#include "src/JournalServiceEvents/ContactMatching.h"
+#include "src/JournalServiceEvents/EntryCreation.h"
+#include "src/JournalServiceEvents/EntryRoad.h"
+
+namespace journal {
+
+namespace {
+
+constexpr const char* kOperation = "newDialledCallEntry";
+
+struct DialledPolicy {
+    using Item = DialledCallItem;
+    using Info = DialledCallItem::DialledCallInfo;
+    // A list of dialled numbers is not cut short by dialling one more.
+    static constexpr bool kLimitsItems = false;
+
+    const EntryCreation::Parts& parts;
+    const Contact& contact;
+    const Info& info;
+
+    static auto matcher(const Contact& contact) {
+        return boost::bind(&contactMatchesDialledCall, boost::placeholders::_1, boost::cref(contact));
+    }
+
+    static bool isDuplicate(const Item& item, const Info& info) {
+        const Info& newest = item.getDialledCallInfoList().front();
+        const bool duplicate = !info.getCallId().empty() && newest.getCallId() == info.getCallId() &&
+                               newest.getNumber() == info.getNumber() &&
+                               newest.getTimeAndDate() == info.getTimeAndDate();
+        if (duplicate) {
+            LOG_EVENTS(5, "%s():Entry already exists, ignore", kOperation);
+        }
+        return duplicate;
+    }
+
+    void onMerge(Item& item) {
+        LOG_EVENTS(5, "%s():Adding to existing Dialled Call identity", kOperation);
+        m_merged = item.getDialledCallInfoList();
+    }
+    void onNew(Item& item) const {
+        LOG_EVENTS(5, "%s():New Dialled call item", kOperation);
+        item.setJournalSeviceGroupBy(contact.getSearchNumber());
+    }
+    // The merged item's oldest call leaves the switch by a rule of its own.
+    void reportOverflow(const Info& /*oldest*/) const {
+        parts.requests.sendCSTACAllLogEntryDeleteRequest(m_merged, info);
+    }
+    void reportDropped(const Item& item) const {
+        parts.requests.sendDialledCallLogEntryRequests(item.getDialledCallInfoList());
+    }
+
+    void announce(const Item& item, unsigned /*unviewed*/, const std::string& uniqueId,
+                  JournalServiceObserverIfc::ActionType action) const {
+        parts.notifier.updateDialledCalls(item, uniqueId, action);
+    }
+
+    std::list<Info> m_merged{};
+};
+
+}  // namespace
+
+bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
+    LOG_EVENTS(5,
+               "%s():sDialledParty {%s}, Remote Party: %s, Remote Party Name: %s, sConnectedParty: %s, "
+               "sConnectedPartyName: %s, timeSec: %ld, startSec: %ld, endSec: %ld, redirectingParty: %s, "
+               "redirectingPartyName: %s",
+               kOperation, details.dialledParty.c_str(), details.remoteParty.c_str(),
+               details.remotePartyName.c_str(), details.connectedParty.c_str(), details.connectedPartyName.c_str(),
+               details.timeSec, details.startSec, details.endSec, details.redirectingParty.c_str(),
+               details.redirectingPartyName.c_str());
+    if (details.bluetoothCall) {
+        LOG_EVENTS(5, "%s():Bluetooth call %d, Bluetooth anonymous call %d", kOperation, 1,
+                   details.remoteParty.empty() ? 1 : 0);
+    }
+    const PartyNames& names = m_parts.names;
+    Contact contact;
+    DialledCallItem::DialledCallInfo info;
+    populateCallInfo(info, details, m_parts.clock);
+    populateRedirecting(info, details);
+    info.setTimeFormat(details.timeFormat);
+    info.setTransferNumberType(details.transferType);
+    names.populateDialledCallInfo(contact, info, details.dialledParty, details.remoteParty);
+    names.populateInfoConnectedNumber(info, details.connectedParty);
+    names.populateDialledCallInfoTimeAndDate(info, timeTextOf(details, m_parts.clock), details.startSec,
+                                             details.timeSec, details.endSec);
+    names.populateRemoteContactSurname(contact, details.remotePartyName, false);
+    const JournalLists::Change change(m_parts.lists);
+    DialledPolicy policy{m_parts, contact, info};
+    return fileOccurrence(m_parts, policy, contact, info, details.callId);
+}
+
+}  // namespace journal

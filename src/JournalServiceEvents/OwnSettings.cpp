@@ -1,0 +1,95 @@
+#include "src/JournalServiceEvents/OwnSettings.h"
+
+#include "platform/client-utils/ClientUtils.h"
+#include "platform/journal-library/CallListDatabaseAdapter.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "src/JournalService/JournalLists.h"
+#include "src/JournalService/Log.h"
+#include "src/JournalService/PhoneSettings.h"
+
+namespace journal {
+
+bool OwnSettings::updateBoolConfigItem(Member member, const char* key, const std::string& value) {
+    if (!ClientUtils::isStringBool(value)) {
+        LOG_EVENTS(2, "JournalService::updateEnabledState -> invalid input");
+        return false;
+    }
+    const std::string response = m_adapter.processRequest(JournalServiceHelper::updateSettings(key, value));
+    if (response == CallListDatabaseAdapterHelper::FAILED) {
+        return false;
+    }
+    const bool next = ClientUtils::stob(value);
+    bool changed = false;
+    m_settings.change([member, next, &changed](SettingValues& values) {
+        changed = values.*member != next;
+        values.*member = next;
+    });
+    return changed;
+}
+
+bool OwnSettings::update(Member member, const char* key, const std::string& value, RejectReason& reason) {
+    const bool changed = updateBoolConfigItem(member, key, value);
+    if (!changed && (*m_settings.values()).*member == ClientUtils::stob(value)) {
+        setRejectReason(eRejectValueNotChanged, reason, "%s value is not changed", key);
+    }
+    return changed;
+}
+
+bool OwnSettings::updateEnabledState(const std::string& value, RejectReason& reason) {
+    const bool changed = update(&SettingValues::m_callLogEnabled, "call-log-enabled", value, reason);
+    if (changed) {
+        handleEnabledStateChange();
+    }
+    return changed;
+}
+
+bool OwnSettings::updateMissedLoggingState(const std::string& value, RejectReason& reason) {
+    return update(&SettingValues::m_missedLogging, "missed-logging", value, reason);
+}
+
+bool OwnSettings::updateDeleteMissedWhenCalledState(const std::string& value, RejectReason& reason) {
+    return update(&SettingValues::m_deleteMissedWhenCalled, "delete-missed-when-called", value, reason);
+}
+
+void OwnSettings::handleEnabledStateChange() {
+    if (!m_settings.values()->m_callLogEnabled) {
+        m_lists.deleteAllCalls();
+    }
+}
+
+bool OwnSettings::readItem(const std::string& response, const char* key, Member member) {
+    bool value = false;
+    if (!JournalServiceHelper::getXMLValue(response, key, value)) {
+        return false;
+    }
+    m_settings.change([member, value](SettingValues& values) { values.*member = value; });
+    return true;
+}
+
+void OwnSettings::readConfigItemsFromDB() {
+    const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
+    const bool read = response != CallListDatabaseAdapterHelper::FAILED;
+    const bool hasEnabled = read && readItem(response, "call-log-enabled", &SettingValues::m_callLogEnabled);
+    const bool hasMissed = read && readItem(response, "missed-logging", &SettingValues::m_missedLogging);
+    const bool hasDelete =
+        read && readItem(response, "delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled);
+    if (!m_settings.values()->isSip()) {
+        return;
+    }
+    RejectReason ignored;
+    if (!hasEnabled) {
+        m_settings.change([](SettingValues& values) { values.m_callLogEnabled = true; });
+        updateEnabledState("true", ignored);
+    }
+    if (!hasMissed) {
+        m_settings.change([](SettingValues& values) { values.m_missedLogging = true; });
+        updateMissedLoggingState("true", ignored);
+    }
+    if (!hasDelete) {
+        m_settings.change([](SettingValues& values) { values.m_deleteMissedWhenCalled = false; });
+        updateDeleteMissedWhenCalledState("false", ignored);
+    }
+}
+
+}  // namespace journal

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "src/JournalService/Log.h"
+
+/// The remote interface.
+#define LOG_INVOKER(level, ...) \
+    JOURNAL_LOG_LINE("Journal Service Invoker", "./src/JournalServiceInvoker", level, __VA_ARGS__)
