@@ -1,0 +1,156 @@
+#include "host/config/ConfigurationReader.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "host/config/TomlSection.h"
+#include "host/log/Log.h"
+
+namespace host {
+namespace {
+
+toml::table parsed(std::string_view toml, const std::string& fileName) {
+    try {
+        return toml::parse(toml, fileName);
+    } catch (const toml::parse_error& error) {
+        throw ConfigurationError(fileName + ':' + std::to_string(error.source().begin.line) + ": " +
+                                 std::string(error.description()));
+    }
+}
+
+Configuration::SharedDevice readSharedDevice(TomlSection& section) {
+    Configuration::SharedDevice shared;
+    section.readName("device", shared.device);
+    section.read("log-missed-calls", shared.logMissedCalls);
+    section.finish();
+    return shared;
+}
+
+Configuration::Line readLine(TomlSection& section) {
+    Configuration::Line line;
+    section.readName("device", line.device);
+    std::vector<std::string> devices{line.device};
+    for (TomlSection& each : section.sections("shared")) {
+        line.shared.push_back(readSharedDevice(each));
+        const std::string& device = line.shared.back().device;
+        if (std::find(devices.begin(), devices.end(), device) != devices.end()) {
+            each.refuse("device", "\"" + device + "\" is named already");
+        }
+        devices.push_back(device);
+    }
+    section.finish();
+    return line;
+}
+
+void readLines(TomlSection& file, std::vector<Configuration::Line>& lines) {
+    std::vector<TomlSection> sections = file.sections("line");
+    if (sections.size() > 1) {
+        sections[1].refuse(
+            "",
+            "one process serves one line; start another one with a data directory of its own for this line");
+    }
+    if (!sections.empty()) {
+        lines = {readLine(sections.front())};
+    }
+}
+
+void readSwitch(TomlSection& section, Configuration::Switch& callSwitch) {
+    section.readName("host", callSwitch.host);
+    std::int64_t port = callSwitch.port;
+    section.read("port", port, 1, std::numeric_limits<std::uint16_t>::max());
+    callSwitch.port = static_cast<std::uint16_t>(port);
+    section.readWord("edition", callSwitch.edition, {"ed3", "ed4", "ed5", "ed6"});
+    section.readWord("session", callSwitch.session, {"auto", "application-session"});
+    section.read("send-filters", callSwitch.sendFilters);
+    section.read("tls", callSwitch.tls);
+    if (callSwitch.tls) {
+        section.refuse(
+            "tls",
+            "must be false: the link has no TLS yet, and does not go on in clear where you ask for it");
+    }
+    std::int64_t pause = callSwitch.reconnectMax.count();
+    section.read("reconnect-max-s", pause, 1, 3600);
+    callSwitch.reconnectMax = std::chrono::seconds(pause);
+    section.finish();
+}
+
+void readApi(TomlSection& section, Configuration::Api& api) {
+    std::string listen = api.listen.text();
+    section.read("listen", listen);
+    const auto endpoint = parseEndpoint(listen);
+    if (!endpoint) {
+        section.refuse("listen", "must be ADDR:PORT, such as \"127.0.0.1:8080\" or \"[::1]:8080\"");
+    }
+    api.listen = *endpoint;
+    std::string auth = "token";
+    section.readWord("auth", auth, {"token", "none"});
+    api.auth = auth == "none" ? Configuration::Auth::eNone : Configuration::Auth::eToken;
+    section.finish();
+}
+
+void readData(TomlSection& section, Configuration::Data& data) {
+    section.readWord("store", data.store, {"sqlite"});
+    section.finish();
+}
+
+void readManagement(TomlSection& section, Configuration::Keys& keys) {
+    for (const std::string& key : section.takeAllKeys()) {
+        section.read(key.c_str(), keys[key]);
+    }
+}
+
+bool isRegion(const std::string& text) {
+    return text.size() == 2 &&
+           std::all_of(text.begin(), text.end(), [](char each) { return each >= 'A' && each <= 'Z'; });
+}
+
+bool isAccessCode(const std::string& text) {
+    return !text.empty() && text.find_first_not_of("0123456789*#") == std::string::npos;
+}
+
+void readDigits(TomlSection& section, Configuration::Digits& digits) {
+    section.read("region", digits.region);
+    if (!isRegion(digits.region)) {
+        section.refuse("region", "must be the two capital letters of a country, such as \"DE\"");
+    }
+    section.read("feature-access-codes", digits.featureAccessCodes);
+    if (!std::all_of(digits.featureAccessCodes.begin(), digits.featureAccessCodes.end(), isAccessCode)) {
+        section.refuse("feature-access-codes", "each code must consist of digits, \"*\" and \"#\"");
+    }
+    section.finish();
+}
+
+void readLog(TomlSection& section, Configuration::Logging& log) {
+    section.read("level", log.level);
+    if (!Log::levelOf(log.level)) {
+        section.refuse("level", R"(must be one of "error", "warning", "info", "debug", "trace")");
+    }
+    section.read("file", log.file);
+    section.finish();
+}
+
+template <typename Part>
+void readPart(TomlSection& file, const char* name, void (*reader)(TomlSection&, Part&), Part& part) {
+    if (std::optional<TomlSection> section = file.section(name)) {
+        reader(*section, part);
+    }
+}
+
+}  // namespace
+
+Configuration readConfiguration(std::string_view toml, const std::string& fileName) {
+    const toml::table table = parsed(toml, fileName);
+    TomlSection file(table, "", fileName);
+    Configuration configuration;
+    readLines(file, configuration.lines);
+    readPart(file, "switch", readSwitch, configuration.callSwitch);
+    readPart(file, "api", readApi, configuration.api);
+    readPart(file, "data", readData, configuration.data);
+    readPart(file, "management", readManagement, configuration.management);
+    readPart(file, "digits", readDigits, configuration.digits);
+    readPart(file, "log", readLog, configuration.log);
+    file.finish();
+    return configuration;
+}
+
+}  // namespace host

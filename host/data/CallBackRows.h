@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/data/Database.h"
+#include "journal-items/CallBackItem.h"
+
+namespace journalxml {
+class ListDocument;
+}
+
+namespace host {
+
+/// The callbacks of one line as rows; a callback's entry id is its key.
+///
+/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+class CallBackRows {
+public:
+    /// Both are borrowed.
+    CallBackRows(Database::Session& session, const std::string& line) : m_session(session), m_line(line) {}
+
+    /// Replaces the row with the callback's entry id, or adds it.
+    void write(const CallBackItem& item);
+    void remove(const std::string& entryId);
+    void removeAll();
+    /// Adds the callbacks to the document, newest first, from the `offset`-th on, at most `limit` and no more than the
+    /// document takes.
+    void read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
+
+private:
+    Database::Session& m_session;
+    const std::string& m_line;
+};
+
+}  // namespace host

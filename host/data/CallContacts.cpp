@@ -1,0 +1,65 @@
+#include "host/data/CallContacts.h"
+
+#include <optional>
+
+#include "host/data/CallRows.h"
+#include "platform/journal-library/DataAnswer.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kNewestCalls = R"sql(
+SELECT call_item.list, call_item.entry_id, occurrence.number
+FROM call_item JOIN occurrence ON occurrence.item = call_item.id AND occurrence.position = 0
+WHERE call_item.line = ? AND occurrence.number <> ''
+ORDER BY call_item.sort_key DESC, call_item.entry_id DESC, call_item.id DESC
+)sql";
+
+const char* wordOf(CallList list) {
+    switch (list) {
+        case CallList::eMissed: return "missed";
+        case CallList::eDialled: return "dialled";
+        case CallList::eReceived: return "received";
+        case CallList::eForwarded: return "forwarded";
+    }
+    return "";
+}
+
+}  // namespace
+
+CallContacts::Found CallContacts::find() {
+    Found found;
+    Query calls = m_session.query(kNewestCalls);
+    calls.bind(m_line);
+    while (calls.next()) {
+        const auto list = static_cast<CallList>(calls.smallNumber());
+        std::string entryId = calls.text();
+        const std::optional<ContactRows::Match> match = m_contacts.lookUp(m_contacts.indexed(calls.text()));
+        if (match) {
+            Records& records = found.records[match->id];
+            if (records.empty()) {
+                found.order.push_back(match->id);
+            }
+            records.push_back({std::move(entryId), wordOf(list)});
+        }
+    }
+    return found;
+}
+
+void CallContacts::read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document) {
+    Found found = find();
+    std::int64_t position = 0;
+    for (const std::int64_t id : found.order) {
+        const bool wanted = position >= offset && position - offset < limit;
+        ++position;
+        std::optional<Contact> contact = wanted ? m_contacts.find(id) : std::nullopt;
+        if (contact) {
+            contact->setCallRecords(found.records[id]);
+            if (!document.add(*contact)) {
+                return;
+            }
+        }
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/data/ContactRows.h"
+#include "host/data/Database.h"
+#include "journal-items/Contact.h"
+
+namespace journalxml {
+class ListDocument;
+}
+
+namespace host {
+
+/// The contacts that the call lists of a line refer to: those whose number is the number of an item's newest call, each
+/// with the items that name it.
+///
+/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+class CallContacts {
+public:
+    /// Everything is borrowed; without `digits` numbers are compared as they stand.
+    CallContacts(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
+        : m_session(session), m_line(line), m_contacts(session, line, digits) {}
+
+    /// Adds the contacts to the document, the one with the newest call first, from the `offset`-th on, at most `limit` and
+    /// no more than the document takes.
+    void read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
+
+private:
+    using Records = std::vector<Contact::CallRecord>;
+
+    /// The contacts' rows in order, and the call records of each.
+    struct Found {
+        std::vector<std::int64_t> order;
+        std::map<std::int64_t, Records> records;
+    };
+    [[nodiscard]] Found find();
+
+    Database::Session& m_session;
+    const std::string& m_line;
+    ContactRows m_contacts;
+};
+
+}  // namespace host

@@ -1,0 +1,159 @@
+#include "host/data/CallRows.h"
+
+#include "host/data/RowId.h"
+#include "journal-items/Occurrences.h"
+#include "platform/journal-library/DataAnswer.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kUpdate = R"sql(
+UPDATE call_item SET sort_key = ?, entry_id = ?, first_name = ?, surname = ?, picture_clip = ?, viewed = ?, group_by = ?
+WHERE id = ? AND line = ? AND list = ?
+)sql";
+
+constexpr const char* kInsert = R"sql(
+INSERT INTO call_item (sort_key, entry_id, first_name, surname, picture_clip, viewed, group_by, line, list)
+VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)
+)sql";
+
+constexpr const char* kFindById = "SELECT id FROM call_item WHERE line = ? AND list = ? AND id = ?";
+constexpr const char* kFindByEntry =
+    "SELECT max(id) FROM call_item WHERE line = ? AND list = ? AND entry_id = ?";
+
+constexpr const char* kReadOne = R"sql(
+SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
+WHERE line = ? AND list = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
+)sql";
+
+constexpr const char* kReadAll = R"sql(
+SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
+WHERE line = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
+)sql";
+
+std::int32_t numberOf(CallList list) {
+    return static_cast<std::int32_t>(list);
+}
+
+void setOwnFields(MissedCallItem& item, bool viewed, const std::string& /*groupBy*/) {
+    item.setViewed(viewed);
+}
+void setOwnFields(DialledCallItem& item, bool /*viewed*/, const std::string& groupBy) {
+    item.setJournalSeviceGroupBy(groupBy);
+}
+void setOwnFields(ReceivedCallItem& /*item*/, bool /*viewed*/, const std::string& /*groupBy*/) {}
+void setOwnFields(ForwardedCallItem& /*item*/, bool /*viewed*/, const std::string& /*groupBy*/) {}
+
+template <typename Item>
+void bindFields(Query& query, const Item& item, bool viewed, const std::string& groupBy) {
+    query.bind(sortKeyOf(item)).bind(item.getEntryId()).bind(item.getFirstname()).bind(item.getSurname());
+    query.bind(item.getPictureClip()).bind(viewed).bind(groupBy);
+}
+
+}  // namespace
+
+std::string CallRows::write(const MissedCallItem& item) {
+    return writeItem(CallList::eMissed, item, item.getViewed(), "");
+}
+std::string CallRows::write(const DialledCallItem& item) {
+    return writeItem(CallList::eDialled, item, false, item.getJournalSeviceGroupBy());
+}
+std::string CallRows::write(const ReceivedCallItem& item) {
+    return writeItem(CallList::eReceived, item, false, "");
+}
+std::string CallRows::write(const ForwardedCallItem& item) {
+    return writeItem(CallList::eForwarded, item, false, "");
+}
+
+template <typename Item>
+std::string CallRows::writeItem(CallList list, const Item& item, bool viewed, const std::string& groupBy) {
+    std::int64_t id = rowIdOf(item.getUniqueId()).value_or(0);
+    Query update = m_session.query(kUpdate);
+    bindFields(update, item, viewed, groupBy);
+    if (update.bind(id).bind(m_line).bind(numberOf(list)).run() == 0) {
+        Query insert = m_session.query(kInsert);
+        bindFields(insert, item, viewed, groupBy);
+        insert.bind(m_line).bind(numberOf(list)).run();
+        id = m_session.lastInsertedId();
+    }
+    m_occurrences.replace(id, occurrencesOf(item));
+    return uniqueIdOf(id);
+}
+
+std::optional<std::int64_t> CallRows::find(CallList list, const std::string& uniqueId,
+                                           const std::string& entryId) {
+    Query query = m_session.query(uniqueId.empty() ? kFindByEntry : kFindById);
+    query.bind(m_line).bind(numberOf(list));
+    if (uniqueId.empty()) {
+        query.bind(entryId);
+    } else {
+        query.bind(rowIdOf(uniqueId).value_or(0));
+    }
+    const std::int64_t id = query.next() ? query.number() : 0;
+    return id > 0 ? std::optional(id) : std::nullopt;
+}
+
+std::optional<std::string> CallRows::remove(CallList list, const std::string& uniqueId,
+                                            const std::string& entryId) {
+    const std::optional<std::int64_t> id = find(list, uniqueId, entryId);
+    if (!id) {
+        return std::nullopt;
+    }
+    m_session.query("DELETE FROM call_item WHERE id = ?").bind(*id).run();
+    return uniqueIdOf(*id);
+}
+
+std::optional<std::string> CallRows::removeAll(CallList list) {
+    Query last = m_session.query("SELECT max(id) FROM call_item WHERE line = ? AND list = ?");
+    const std::int64_t id = last.bind(m_line).bind(numberOf(list)).next() ? last.number() : 0;
+    m_session.query("DELETE FROM call_item WHERE line = ? AND list = ?")
+        .bind(m_line)
+        .bind(numberOf(list))
+        .run();
+    return id > 0 ? std::optional(uniqueIdOf(id)) : std::nullopt;
+}
+
+void CallRows::read(CallList list, std::int64_t offset, std::int64_t limit,
+                    journalxml::ListDocument& document) {
+    Query rows = m_session.query(kReadOne);
+    rows.bind(m_line).bind(numberOf(list)).bind(limit).bind(offset);
+    addTo(document, rows);
+}
+
+void CallRows::readAll(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document) {
+    Query rows = m_session.query(kReadAll);
+    rows.bind(m_line).bind(limit).bind(offset);
+    addTo(document, rows);
+}
+
+void CallRows::addTo(journalxml::ListDocument& document, Query& rows) {
+    bool taken = true;
+    while (taken && rows.next()) {
+        const auto list = static_cast<CallList>(rows.smallNumber());
+        const std::int64_t id = rows.number();
+        switch (list) {
+            case CallList::eMissed: taken = document.add(readItem<MissedCallItem>(id, rows)); break;
+            case CallList::eDialled: taken = document.add(readItem<DialledCallItem>(id, rows)); break;
+            case CallList::eReceived: taken = document.add(readItem<ReceivedCallItem>(id, rows)); break;
+            case CallList::eForwarded: taken = document.add(readItem<ForwardedCallItem>(id, rows)); break;
+        }
+    }
+}
+
+template <typename Item>
+Item CallRows::readItem(std::int64_t id, Query& row) {
+    Item item;
+    item.setUniqueId(uniqueIdOf(id));
+    item.setEntryId(row.text());
+    item.setFirstname(row.text());
+    item.setSurname(row.text());
+    item.setPictureClip(row.text());
+    const bool viewed = row.flag();
+    setOwnFields(item, viewed, row.text());
+    std::decay_t<decltype(occurrencesOf(item))> occurrences;
+    m_occurrences.read(id, occurrences);
+    setOccurrences(item, occurrences);
+    return item;
+}
+
+}  // namespace host

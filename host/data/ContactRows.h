@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/data/Database.h"
+#include "journal-items/Contact.h"
+
+class DigitAnalysisServiceIfc;
+
+namespace host {
+
+/// The contacts of one line as rows, with the index of their numbers; a contact's unique id is its row's id.
+///
+/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+class ContactRows {
+public:
+    /// Where a number was found: the contact's row, and which of its four numbers it is, 1 to 4 as in
+    /// `Contact::getPhoneNumber`.
+    struct Match {
+        std::int64_t id = 0;
+        std::int32_t position = 0;
+    };
+
+    /// Everything is borrowed. Without `digits` numbers are indexed as they stand.
+    ContactRows(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
+        : m_session(session), m_line(line), m_digits(digits) {}
+
+    /// The look-up's SQL; parameters are the line and the number in its indexed form.
+    static const char* const kLookUpSql;
+
+    /// Answers the new row's id.
+    std::int64_t insert(const Contact& contact);
+    /// False when there is no such row.
+    [[nodiscard]] bool update(std::int64_t id, const Contact& contact);
+    [[nodiscard]] bool remove(std::int64_t id);
+
+    /// The best contact with that number, which is in its indexed form (`indexed`).
+    [[nodiscard]] std::optional<Match> lookUp(const std::string& number);
+    [[nodiscard]] std::optional<Contact> find(std::int64_t id);
+    /// In the order of surname, first name and age.
+    [[nodiscard]] std::vector<Contact> list(std::int64_t offset, std::int64_t limit);
+    [[nodiscard]] std::int64_t count();
+
+    /// Computes the index of all numbers anew.
+    void reindex();
+
+    /// The form in which a number is kept in the index.
+    [[nodiscard]] std::string indexed(std::string number) const;
+
+private:
+    void index(std::int64_t id, const Contact& contact);
+    [[nodiscard]] static Contact contactFrom(Query& row);
+
+    Database::Session& m_session;
+    const std::string& m_line;
+    DigitAnalysisServiceIfc* const m_digits;
+};
+
+}  // namespace host

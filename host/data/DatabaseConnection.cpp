@@ -1,0 +1,91 @@
+#include "host/data/DatabaseConnection.h"
+
+#include <sqlite3.h>
+
+#include <stdexcept>
+
+#include "host/data/DatabaseError.h"
+#include "host/data/Schema.h"
+
+namespace host {
+
+DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime)
+    : m_file(file),
+      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE,
+                 static_cast<int>(busyTime.count())) {
+    refuseForeign();
+    refuseDamaged();
+    configure();
+    migrate();
+}
+
+Query DatabaseConnection::query(const char* sql) {
+    const auto [found, added] = m_statements.try_emplace(sql, m_database, sql);
+    Prepared& prepared = found->second;
+    if (prepared.inUse) {
+        throw std::logic_error(std::string("in use already: ") + sql);
+    }
+    prepared.statement.clearBindings();
+    return {prepared.statement, prepared.inUse};
+}
+
+void DatabaseConnection::rollBack() noexcept {
+    if (sqlite3_get_autocommit(m_database.getHandle()) == 0) {
+        m_database.tryExec("ROLLBACK");
+    }
+}
+
+int DatabaseConnection::number(const char* sql) {
+    return m_database.execAndGet(sql).getInt();
+}
+
+void DatabaseConnection::refuseForeign() {
+    const int version = number("PRAGMA user_version");
+    const bool empty = version == 0 && number("SELECT count(*) FROM sqlite_schema") == 0;
+    if (!empty && number("PRAGMA application_id") != Schema::kApplicationId) {
+        throw DatabaseError(m_file.string() +
+                            " is a database of another program; choose another directory with --data DIR");
+    }
+    if (version > Schema::version()) {
+        throw DatabaseError(
+            m_file.string() + " was written by a newer version of this program (its tables have version " +
+            std::to_string(version) + ", this program knows " + std::to_string(Schema::version()) +
+            "); use that version, or another directory with --data DIR");
+    }
+}
+
+void DatabaseConnection::refuseDamaged() {
+    const std::string finding = m_database.execAndGet("PRAGMA quick_check(1)").getString();
+    if (finding != "ok") {
+        throw SQLite::Exception(finding, SQLITE_CORRUPT);
+    }
+}
+
+void DatabaseConnection::configure() {
+    if (sqlite3_db_readonly(m_database.getHandle(), "main") != 0) {
+        throw SQLite::Exception("no permission to write", SQLITE_READONLY);
+    }
+    if (const std::string mode = m_database.execAndGet("PRAGMA journal_mode = WAL").getString();
+        mode != "wal") {
+        throw SQLite::Exception("the file system allows no write-ahead log", SQLITE_CANTOPEN);
+    }
+    m_database.exec("PRAGMA synchronous = FULL");
+    m_database.exec("PRAGMA foreign_keys = ON");
+    m_database.exec("PRAGMA trusted_schema = OFF");
+}
+
+void DatabaseConnection::migrate() {
+    if (number("PRAGMA user_version") == Schema::version()) {
+        return;
+    }
+    SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+    // Once more, now that no other process can be at it too.
+    for (int version = number("PRAGMA user_version"); version < Schema::version(); ++version) {
+        m_database.exec(Schema::step(version));
+    }
+    m_database.exec("PRAGMA application_id = " + std::to_string(Schema::kApplicationId));
+    m_database.exec("PRAGMA user_version = " + std::to_string(Schema::version()));
+    transaction.commit();
+}
+
+}  // namespace host

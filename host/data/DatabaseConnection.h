@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <unordered_map>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include "host/data/Query.h"
+
+namespace host {
+
+/// The open SQLite file with its prepared statements. One thread at a time: the database's lock. Every operation throws
+/// `SQLite::Exception` when SQLite fails.
+class DatabaseConnection {
+public:
+    /// Opens the file, checks that it is sound and ours, and brings its tables to the present version. Throws
+    /// `DatabaseError` for a file that is not ours or newer than the program.
+    DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime);
+
+    [[nodiscard]] Query query(const char* sql);
+    [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
+    /// Leaves the transaction that is open, if one is; nothing throws.
+    void rollBack() noexcept;
+
+private:
+    struct Prepared {
+        Prepared(const SQLite::Database& database, const char* sql) : statement(database, sql) {}
+
+        SQLite::Statement statement;
+        bool inUse = false;
+    };
+
+    void refuseForeign();
+    void refuseDamaged();
+    void configure();
+    void migrate();
+    [[nodiscard]] int number(const char* sql);
+
+    const std::filesystem::path m_file;
+    SQLite::Database m_database;
+    std::unordered_map<std::string, Prepared> m_statements;
+};
+
+}  // namespace host

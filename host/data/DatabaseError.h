@@ -1,0 +1,13 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace host {
+
+/// The database cannot be used. `what()` is a sentence for the user: the file, what is wrong, what to do.
+class DatabaseError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace host

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <string>
+
+#include "host/data/Database.h"
+#include "journal-items/DialledCallItem.h"
+#include "journal-items/ForwardedCallItem.h"
+#include "journal-items/MissedCallItem.h"
+#include "journal-items/ReceivedCallItem.h"
+
+namespace host {
+
+/// The occurrences of items as rows, each with its position; 0 is the front, the newest. A column that the occurrence's
+/// kind has no field for holds its default.
+///
+/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+class OccurrenceRows {
+public:
+    /// Both are borrowed.
+    OccurrenceRows(Database::Session& session, const std::string& line) : m_session(session), m_line(line) {}
+
+    /// Makes `occurrences` the ones of the item, in place of those that it has.
+    template <typename Info>
+    void replace(std::int64_t item, const std::list<Info>& occurrences);
+
+    /// The item's occurrences in order, behind what `occurrences` holds.
+    template <typename Info>
+    void read(std::int64_t item, std::list<Info>& occurrences);
+
+private:
+    Database::Session& m_session;
+    const std::string& m_line;
+};
+
+}  // namespace host

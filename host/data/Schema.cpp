@@ -1,0 +1,131 @@
+#include "host/data/Schema.h"
+
+#include <iterator>
+
+namespace host {
+namespace {
+
+constexpr const char* kSteps[] = {
+    R"sql(
+CREATE TABLE call_item (
+    id           INTEGER PRIMARY KEY AUTOINCREMENT,
+    line         TEXT NOT NULL,
+    list         INTEGER NOT NULL,
+    sort_key     TEXT NOT NULL,
+    entry_id     TEXT NOT NULL,
+    first_name   TEXT NOT NULL,
+    surname      TEXT NOT NULL,
+    picture_clip TEXT NOT NULL,
+    viewed       INTEGER NOT NULL,
+    group_by     TEXT NOT NULL
+) STRICT;
+CREATE INDEX call_item_newest ON call_item (line, list, sort_key DESC, entry_id DESC, id DESC);
+CREATE INDEX call_item_entry ON call_item (line, list, entry_id);
+
+CREATE TABLE occurrence (
+    item                          INTEGER NOT NULL REFERENCES call_item (id) ON DELETE CASCADE,
+    position                      INTEGER NOT NULL,
+    line                          TEXT NOT NULL,
+    call_id                       TEXT NOT NULL,
+    number                        TEXT NOT NULL,
+    connected_number              TEXT NOT NULL,
+    text_c                        TEXT NOT NULL,
+    text_d                        TEXT NOT NULL,
+    time_and_date                 TEXT NOT NULL,
+    log_target                    INTEGER NOT NULL,
+    presentation_a                INTEGER NOT NULL,
+    presentation_b                INTEGER NOT NULL,
+    presentation_c                INTEGER NOT NULL,
+    presentation_d                INTEGER NOT NULL,
+    duration                      TEXT NOT NULL,
+    time_format                   INTEGER NOT NULL,
+    redirecting_number            TEXT NOT NULL,
+    redirecting_name              TEXT NOT NULL,
+    redirecting_number_presentation INTEGER NOT NULL,
+    redirecting_name_presentation INTEGER NOT NULL,
+    transfer_number_type          INTEGER NOT NULL,
+    redirecting_reason            INTEGER NOT NULL,
+    completed_elsewhere           INTEGER NOT NULL,
+    group_text                    TEXT NOT NULL,
+    line_key                      TEXT NOT NULL,
+    substitute_number             TEXT NOT NULL,
+    feature_access_code           INTEGER NOT NULL,
+    forwarded_to_number           TEXT NOT NULL,
+    forwarding_target             INTEGER NOT NULL,
+    forwarding_reason             INTEGER NOT NULL,
+    PRIMARY KEY (item, position)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE callback (
+    line        TEXT NOT NULL,
+    entry_id    TEXT NOT NULL,
+    first_name  TEXT NOT NULL,
+    surname     TEXT NOT NULL,
+    number      TEXT NOT NULL,
+    number_type INTEGER NOT NULL,
+    time_date   TEXT NOT NULL,
+    type        INTEGER NOT NULL,
+    state       INTEGER NOT NULL,
+    device_id   TEXT NOT NULL,
+    PRIMARY KEY (line, entry_id)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE setting (
+    line  TEXT NOT NULL,
+    key   TEXT NOT NULL,
+    value TEXT NOT NULL,
+    PRIMARY KEY (line, key)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE management_value (
+    line  TEXT NOT NULL,
+    key   TEXT NOT NULL,
+    value TEXT NOT NULL,
+    PRIMARY KEY (line, key)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE contact (
+    id             INTEGER PRIMARY KEY AUTOINCREMENT,
+    line           TEXT NOT NULL,
+    surname        TEXT NOT NULL,
+    first_name     TEXT NOT NULL,
+    office         TEXT NOT NULL,
+    mobile         TEXT NOT NULL,
+    private        TEXT NOT NULL,
+    office2        TEXT NOT NULL,
+    default_number INTEGER NOT NULL,
+    email          TEXT NOT NULL,
+    group_name     TEXT NOT NULL,
+    company        TEXT NOT NULL,
+    address        TEXT NOT NULL,
+    address2       TEXT NOT NULL,
+    job_function   TEXT NOT NULL,
+    picture        TEXT NOT NULL,
+    voice_dial     TEXT NOT NULL,
+    external_id    TEXT NOT NULL,
+    source         INTEGER NOT NULL
+) STRICT;
+CREATE INDEX contact_name ON contact (line, surname COLLATE NOCASE, first_name COLLATE NOCASE, id);
+
+CREATE TABLE contact_number (
+    line     TEXT NOT NULL,
+    number   TEXT NOT NULL,
+    contact  INTEGER NOT NULL REFERENCES contact (id) ON DELETE CASCADE,
+    position INTEGER NOT NULL,
+    PRIMARY KEY (line, number, contact, position)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX contact_number_contact ON contact_number (contact);
+)sql",
+};
+
+}  // namespace
+
+int Schema::version() noexcept {
+    return static_cast<int>(std::size(kSteps));
+}
+
+const char* Schema::step(int version) noexcept {
+    return kSteps[version];
+}
+
+}  // namespace host

@@ -1,0 +1,188 @@
+#include "host/data/SqliteDataAccess.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+#include <variant>
+
+#include "host/data/CallBackRows.h"
+#include "host/data/CallContacts.h"
+#include "host/data/CallRows.h"
+#include "host/data/Database.h"
+#include "host/data/SettingRows.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataRequest.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+using journalxml::DataRequest;
+using journalxml::ListDocument;
+using Words = CallListDatabaseAdapterHelper;
+
+struct Table {
+    const char* schema;
+    CallList list;
+};
+
+constexpr Table kCallTables[] = {
+    {Words::DAS_CALLLOGMISSEDCALLS, CallList::eMissed},
+    {Words::DAS_CALLLOGDIALLEDCALLS, CallList::eDialled},
+    {Words::DAS_CALLLOGRECEIVEDCALLS, CallList::eReceived},
+    {Words::DAS_CALLLOGFORWARDEDCALLS, CallList::eForwarded},
+};
+
+std::optional<CallList> callListOf(const std::string& schema) {
+    const auto* const found = std::find_if(std::begin(kCallTables), std::end(kCallTables),
+                                           [&schema](const Table& table) { return schema == table.schema; });
+    return found == std::end(kCallTables) ? std::nullopt : std::optional(found->list);
+}
+
+/// Reads what a read request asks for into a document; false for a schema that is no list.
+bool readList(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits,
+              const DataRequest& request, ListDocument& document) {
+    const std::int64_t offset = request.offset;
+    const std::int64_t limit = request.rowLimit;
+    if (const auto list = callListOf(request.schema)) {
+        CallRows(session, line).read(*list, offset, limit, document);
+    } else if (request.schema == Words::DAS_CALLLOGCALLBACKS) {
+        CallBackRows(session, line).read(offset, limit, document);
+    } else if (request.schema == Words::CONVERSATIONS_SCHEMA) {
+        CallRows(session, line).readAll(offset, limit, document);
+    } else if (request.schema == Words::CALLLOGPHONEBOOK_SCHEMA) {
+        CallContacts(session, line, digits).read(offset, limit, document);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+/// Writes the items; answers the last unique id.
+std::string writeItems(Database::Session& session, const std::string& line,
+                       const std::vector<DataRequest::Item>& items) {
+    std::string lastUniqueId;
+    for (const DataRequest::Item& item : items) {
+        if (const auto* const callBack = std::get_if<CallBackItem>(&item)) {
+            CallBackRows(session, line).write(*callBack);
+        } else {
+            std::visit(
+                [&](const auto& call) {
+                    if constexpr (!std::is_same_v<std::decay_t<decltype(call)>, CallBackItem>) {
+                        lastUniqueId = CallRows(session, line).write(call);
+                    }
+                },
+                item);
+        }
+    }
+    return lastUniqueId;
+}
+
+/// Deletes rows of a call list; answers the last unique id.
+std::string deleteCalls(CallRows&& rows, CallList list, const DataRequest& request) {
+    if (request.allEntries) {
+        return rows.removeAll(list).value_or("");
+    }
+    std::string lastUniqueId;
+    for (const DataRequest::Key& key : request.keys) {
+        lastUniqueId = rows.remove(list, key.uniqueId, key.entryId).value_or(lastUniqueId);
+    }
+    return lastUniqueId;
+}
+
+void deleteCallBacks(CallBackRows&& rows, const DataRequest& request) {
+    if (request.allEntries) {
+        rows.removeAll();
+    }
+    for (const DataRequest::Key& key : request.keys) {
+        rows.remove(key.entryId);
+    }
+}
+
+/// Carries out a request that changes something; answers the last unique id.
+std::string change(Database::Session& session, const std::string& line, const DataRequest& request) {
+    switch (request.reason) {
+        case DataRequest::Reason::eWrite: return writeItems(session, line, request.items);
+        case DataRequest::Reason::eDelete:
+            if (const auto list = callListOf(request.schema)) {
+                return deleteCalls(CallRows(session, line), *list, request);
+            }
+            deleteCallBacks(CallBackRows(session, line), request);
+            return {};
+        case DataRequest::Reason::eUpdate:
+            for (const auto& setting : request.settings) {
+                SettingRows(session, SettingRows::Table::eJournalSettings, line).write(setting);
+            }
+            return {};
+        case DataRequest::Reason::eRead: break;
+    }
+    return {};
+}
+
+std::string textFor(const DataRequest& request, const char* doing) {
+    return std::string(doing) + ' ' + request.schema;
+}
+
+}  // namespace
+
+SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits)
+    : m_database(database), m_line(std::move(line)), m_digits(digits) {}
+
+bool SqliteDataAccess::healthy() const noexcept {
+    return m_database.healthy();
+}
+
+std::string SqliteDataAccess::processRequest(const std::string& request) {
+    try {
+        return answer(request);
+    } catch (const std::exception& error) {
+        logAppUni("Database", __FILE__, 2, __LINE__, "a request failed: %s", error.what());
+    }
+    return Words::FAILED;
+}
+
+std::string SqliteDataAccess::answer(const std::string& request) {
+    const std::optional<DataRequest> read = journalxml::parseDataRequest(request);
+    if (!read) {
+        logAppUni("Database", __FILE__, 2, __LINE__, "a request of %zu bytes cannot be read", request.size());
+        return Words::FAILED;
+    }
+    if (read->reason != DataRequest::Reason::eRead) {
+        return answerChange(*read);
+    }
+    return read->schema == JournalServiceHelper::SETTINGS_SCHEMA ? answerSettings() : answerRead(*read);
+}
+
+std::string SqliteDataAccess::answerSettings() {
+    std::vector<SettingRows::KeyAndValue> settings;
+    const bool done = m_database.read("reading the settings", [&](Database::Session& session) {
+        settings = SettingRows(session, SettingRows::Table::eJournalSettings, m_line).read();
+    });
+    return done ? journalxml::buildSettingsAnswer(settings) : Words::FAILED;
+}
+
+std::string SqliteDataAccess::answerRead(const DataRequest& request) {
+    ListDocument document(request.schema);
+    bool known = false;
+    const bool done = m_database.read(textFor(request, "reading").c_str(), [&](Database::Session& session) {
+        known = readList(session, m_line, m_digits, request, document);
+    });
+    if (done && !known) {
+        logAppUni("Database", __FILE__, 2, __LINE__, "a request reads %s, which is unknown",
+                  request.schema.c_str());
+    }
+    return done && known ? document.text() : Words::FAILED;
+}
+
+std::string SqliteDataAccess::answerChange(const DataRequest& request) {
+    std::string lastUniqueId;
+    const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
+        lastUniqueId = change(session, m_line, request);
+    });
+    return done ? journalxml::buildUpdateAnswer(request.schema, lastUniqueId) : Words::FAILED;
+}
+
+}  // namespace host

@@ -1,0 +1,114 @@
+#include "host/directory/Phonebook.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "host/data/ContactRows.h"
+#include "host/data/Database.h"
+#include "host/data/RowId.h"
+#include "platform/digits/DigitAnalysisServiceIfc.h"
+
+namespace host {
+namespace {
+
+/// The matched kind of a number by its position in the contact: the journal takes kind 1 for the fourth number and kinds
+/// 2 to 4 for the first to the third.
+constexpr std::int32_t kindOf(std::int32_t position) {
+    return position == 4 ? 1 : position + 1;
+}
+
+}  // namespace
+
+Phonebook::Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line)
+    : m_database(database), m_digits(digits), m_line(std::move(line)) {}
+
+bool Phonebook::lookUpContact(Contact& contact) {
+    const std::string searched = contact.getSearchNumber();
+    std::optional<Contact> found;
+    if (searched.empty()) {
+        return false;
+    }
+    m_database.read("looking a contact up", [&](Database::Session& session) {
+        ContactRows rows(session, m_line, &m_digits);
+        if (const auto match = rows.lookUp(rows.indexed(searched))) {
+            found = rows.find(match->id);
+            if (found) {
+                found->setMatchedKind(kindOf(match->position));
+            }
+        }
+    });
+    if (!found) {
+        return false;
+    }
+    found->setSearchNumber(searched);
+    found->setCallRecords(contact.getCallRecords());
+    contact = std::move(*found);
+    return true;
+}
+
+std::optional<std::string> Phonebook::add(const Contact& contact) {
+    std::int64_t id = 0;
+    const bool done = m_database.write("adding a contact", [&](Database::Session& session) {
+        id = ContactRows(session, m_line, &m_digits).insert(contact);
+    });
+    return done ? std::optional(uniqueIdOf(id)) : std::nullopt;
+}
+
+bool Phonebook::add(const std::vector<Contact>& contacts) {
+    return m_database.write("adding contacts", [&](Database::Session& session) {
+        ContactRows rows(session, m_line, &m_digits);
+        for (const Contact& contact : contacts) {
+            rows.insert(contact);
+        }
+    });
+}
+
+bool Phonebook::update(const Contact& contact) {
+    bool found = false;
+    const bool done = m_database.write("changing a contact", [&](Database::Session& session) {
+        found = ContactRows(session, m_line, &m_digits)
+                    .update(rowIdOf(contact.getUniqueId()).value_or(0), contact);
+    });
+    return done && found;
+}
+
+bool Phonebook::remove(const std::string& uniqueId) {
+    bool found = false;
+    const bool done = m_database.write("removing a contact", [&](Database::Session& session) {
+        found = ContactRows(session, m_line, &m_digits).remove(rowIdOf(uniqueId).value_or(0));
+    });
+    return done && found;
+}
+
+std::optional<Contact> Phonebook::find(const std::string& uniqueId) {
+    std::optional<Contact> found;
+    m_database.read("reading a contact", [&](Database::Session& session) {
+        found = ContactRows(session, m_line, &m_digits).find(rowIdOf(uniqueId).value_or(0));
+    });
+    return found;
+}
+
+std::vector<Contact> Phonebook::list(std::size_t offset, std::size_t limit) {
+    std::vector<Contact> contacts;
+    m_database.read("reading contacts", [&](Database::Session& session) {
+        contacts = ContactRows(session, m_line, &m_digits)
+                       .list(static_cast<std::int64_t>(offset), static_cast<std::int64_t>(limit));
+    });
+    return contacts;
+}
+
+std::size_t Phonebook::count() {
+    std::int64_t number = 0;
+    m_database.read("counting contacts", [&](Database::Session& session) {
+        number = ContactRows(session, m_line, &m_digits).count();
+    });
+    return static_cast<std::size_t>(number);
+}
+
+bool Phonebook::reindex() {
+    return m_database.write("indexing contacts anew", [&](Database::Session& session) {
+        ContactRows(session, m_line, &m_digits).reindex();
+    });
+}
+
+}  // namespace host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "journal-items/CallBackItem.h"
+#include "journal-items/DialledCallItem.h"
+#include "journal-items/ForwardedCallItem.h"
+#include "journal-items/MissedCallItem.h"
+#include "journal-items/ReceivedCallItem.h"
+
+/// The journal's items as JSON objects, the same on every face. Pure functions; any thread may call.
+namespace host {
+
+/// {"entryId","uniqueId","list","firstName","surname","picture","number","time", "viewed" (missed only),
+/// "groupBy" (dialled only), "occurrences": [...]}: `number` and `time` are those of the newest occurrence, which comes
+/// first. An occurrence has "number", "connectedNumber", "time", "redirectingNumber" and "redirectingName", and what its
+/// list knows besides. Times are ISO 8601 in UTC.
+[[nodiscard]] nlohmann::ordered_json itemJson(const MissedCallItem& item);
+[[nodiscard]] nlohmann::ordered_json itemJson(const DialledCallItem& item);
+[[nodiscard]] nlohmann::ordered_json itemJson(const ReceivedCallItem& item);
+[[nodiscard]] nlohmann::ordered_json itemJson(const ForwardedCallItem& item);
+/// {"entryId","firstName","surname","number","numberType","time","type","state","deviceId"}; the types and the state are
+/// words ("office", "onBusy", "requested").
+[[nodiscard]] nlohmann::ordered_json itemJson(const CallBackItem& item);
+
+/// The text of `json` on one line. Bytes that are no UTF-8 become U+FFFD; never throws because of them.
+[[nodiscard]] std::string jsonText(const nlohmann::ordered_json& json);
+
+}  // namespace host

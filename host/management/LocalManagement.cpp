@@ -1,0 +1,240 @@
+#include "host/management/LocalManagement.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "host/data/Database.h"
+#include "host/data/SettingRows.h"
+#include "host/management/AgentGate.h"
+#include "platform/management/ManageableData.h"
+#include "platform/management/MgmtAgentIfc.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kLongestKey = 100;
+constexpr std::size_t kLongestValue = 4096;
+
+bool isKey(const std::string& text) {
+    return !text.empty() && text.size() <= kLongestKey &&
+           std::all_of(text.begin(), text.end(), [](char each) { return each > ' ' && each < '\x7f'; });
+}
+
+void rejectAll(ManageableData& data, const std::string& why) {
+    for (const std::string& key : data.getRootIds()) {
+        data.addRejectReason(key, {eRejectDataInvalid, why});
+    }
+}
+
+}  // namespace
+
+LocalManagement::LocalManagement(Database& database, std::string line, const Keys& firstValues,
+                                 const Keys& overrides, Post post)
+    : m_database(database), m_line(std::move(line)), m_post(std::move(post)), m_values(overrides) {
+    std::vector<Change> stored;
+    const bool done = m_database.read("reading the management values", [&](Database::Session& session) {
+        stored = SettingRows(session, SettingRows::Table::eManagementValues, m_line).read();
+    });
+    if (!done) {
+        throw DatabaseError(m_database.file().string() +
+                            ": the management values cannot be read; see the log");
+    }
+    // What stands in the map already wins.
+    m_values.insert(stored.begin(), stored.end());
+    m_values.insert(firstValues.begin(), firstValues.end());
+}
+
+LocalManagement::~LocalManagement() {
+    for (const auto& [agent, gate] : m_gates) {
+        gate->close();
+    }
+}
+
+bool LocalManagement::registerAgent(const std::string& identifier, MgmtAgentIfc& agent, int /*version*/) {
+    const std::lock_guard lock(m_mutex);
+    return m_agents.try_emplace(identifier, gateOf(agent)).first->second == gateOf(agent);
+}
+
+void LocalManagement::unregisterAgent(MgmtAgentIfc& agent) {
+    Gate gate;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_gates.find(&agent);
+        if (found == m_gates.end()) {
+            return;
+        }
+        gate = found->second;
+        m_gates.erase(found);
+        std::erase_if(m_agents, [&gate](const auto& registered) { return registered.second == gate; });
+        for (auto& [key, observers] : m_observers) {
+            std::erase(observers, gate);
+        }
+    }
+    gate->close();
+}
+
+bool LocalManagement::observe(const std::string& tag, MgmtAgentIfc& agent) {
+    if (!isKey(tag)) {
+        return false;
+    }
+    const std::lock_guard lock(m_mutex);
+    const Gate gate = gateOf(agent);
+    std::vector<Gate>& observers = m_observers[tag];
+    if (std::find(observers.begin(), observers.end(), gate) == observers.end()) {
+        observers.push_back(gate);
+    }
+    return true;
+}
+
+bool LocalManagement::read(ManageableData& data) {
+    const std::lock_guard lock(m_mutex);
+    bool complete = true;
+    for (const std::string& key : std::vector<std::string>(data.getRootIds())) {
+        const auto found = m_values.find(key);
+        complete = complete && found != m_values.end();
+        if (found != m_values.end()) {
+            data.populate(key, key, found->second);
+        }
+    }
+    return complete;
+}
+
+bool LocalManagement::write(ManageableData& data) {
+    const std::lock_guard order(m_changeMutex);
+    std::vector<Change> changes;
+    bool accepted = true;
+    for (const std::string& key : data.getRootIds()) {
+        const RejectReason objection = objectionTo(key, data);
+        if (!objection.empty()) {
+            data.addRejectReason(key, objection);
+            accepted = false;
+        } else {
+            changes.emplace_back(key, data.interogate(key)->getValue());
+        }
+    }
+    if (accepted && !store(changes)) {
+        rejectAll(data, "The value cannot be stored");
+        accepted = false;
+    }
+    if (accepted) {
+        apply(changes);
+    }
+    return accepted;
+}
+
+void LocalManagement::publish(const ManageableData& data) {
+    const std::lock_guard order(m_changeMutex);
+    std::vector<Change> changes;
+    for (const std::string& key : data.getRootIds()) {
+        if (const DataNode* const node = data.interogate(key)) {
+            changes.emplace_back(key, node->getValue());
+        }
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const Change& change : changes) {
+            m_publishedKeys.insert(change.first);
+        }
+    }
+    apply(changes);
+}
+
+bool LocalManagement::setAgentData(const std::string& identifier, ManageableData& data) {
+    return callAgent(identifier, data, &MgmtAgentIfc::setData);
+}
+
+bool LocalManagement::getAgentData(const std::string& identifier, ManageableData& data) {
+    return callAgent(identifier, data, &MgmtAgentIfc::getData);
+}
+
+bool LocalManagement::resetAgentUserData(const std::string& identifier) {
+    const Gate gate = gateOf(identifier);
+    bool done = false;
+    return gate != nullptr && gate->call([&done](MgmtAgentIfc& agent) { done = agent.resetUserData(); }) &&
+           done;
+}
+
+LocalManagement::Keys LocalManagement::values() const {
+    const std::lock_guard lock(m_mutex);
+    return m_values;
+}
+
+LocalManagement::Gate LocalManagement::gateOf(MgmtAgentIfc& agent) {
+    Gate& gate = m_gates[&agent];
+    if (gate == nullptr) {
+        gate = std::make_shared<AgentGate>(agent);
+    }
+    return gate;
+}
+
+LocalManagement::Gate LocalManagement::gateOf(const std::string& identifier) const {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_agents.find(identifier);
+    return found == m_agents.end() ? nullptr : found->second;
+}
+
+bool LocalManagement::callAgent(const std::string& identifier, ManageableData& data,
+                                bool (MgmtAgentIfc::*operation)(ManageableData&)) {
+    const Gate gate = gateOf(identifier);
+    bool done = false;
+    if (gate == nullptr || !gate->call([&](MgmtAgentIfc& agent) { done = (agent.*operation)(data); })) {
+        rejectAll(data, "Nobody serves " + identifier);
+    }
+    return done;
+}
+
+RejectReason LocalManagement::objectionTo(const std::string& key, const ManageableData& data) const {
+    const DataNode* const node = data.interogate(key);
+    if (!isKey(key)) {
+        return {eRejectDataInvalid, "This is no name of a key"};
+    }
+    if (node == nullptr) {
+        return {eRejectDataInvalid, "There is no value for " + key};
+    }
+    if (node->getValue().size() > kLongestValue) {
+        return {eRejectDataInvalid, "The value for " + key + " is too long"};
+    }
+    const std::lock_guard lock(m_mutex);
+    if (m_publishedKeys.contains(key)) {
+        return {eRejectDataInvalid, key + " belongs to a service, which must be asked to change it"};
+    }
+    return {};
+}
+
+bool LocalManagement::store(const std::vector<Change>& changes) {
+    return m_database.write("storing management values", [&](Database::Session& session) {
+        SettingRows rows(session, SettingRows::Table::eManagementValues, m_line);
+        for (const Change& change : changes) {
+            rows.write(change);
+        }
+    });
+}
+
+void LocalManagement::apply(const std::vector<Change>& changes) {
+    std::vector<std::pair<Gate, Change>> notifications;
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const Change& change : changes) {
+            const auto [value, added] = m_values.try_emplace(change.first, change.second);
+            if (!added && value->second == change.second) {
+                continue;
+            }
+            value->second = change.second;
+            const auto observers = m_observers.find(change.first);
+            for (const Gate& gate :
+                 observers == m_observers.end() ? std::vector<Gate>() : observers->second) {
+                notifications.emplace_back(gate, change);
+            }
+        }
+    }
+    for (const auto& notification : notifications) {
+        m_post([notification] {
+            const auto& [key, value] = notification.second;
+            ManageableData data;
+            data.populate(key, key, value);
+            notification.first->call([&data](MgmtAgentIfc& agent) { agent.manageableDataChanged(data); });
+        });
+    }
+}
+
+}  // namespace host
