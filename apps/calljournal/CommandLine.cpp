@@ -1,0 +1,89 @@
+#include "apps/calljournal/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "apps/calljournal/Command.h"
+#include "host/config/DataDirectory.h"
+
+namespace host {
+namespace {
+
+struct Entry {
+    const char* name;
+    const char* help;
+    std::unique_ptr<Command> (*make)(CLI::App&);
+};
+
+constexpr std::array<Entry, 5> kEntries{{
+    {"serve", "run the call journal of a line", &makeServeCommand},
+    {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
+    {"demo", "serve, with a simulated switch whose calls come in", &makeDemoCommand},
+    {"list", "print a list of the running journal", &makeListCommand},
+    {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
+}};
+
+std::string programName(const char* calledAs) {
+    const std::string name = calledAs != nullptr ? calledAs : "";
+    return name.find('/') == std::string::npos ? "calljournal" : name;
+}
+
+using Commands = std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>>;
+
+Commands addCommands(CLI::App& app, CommonOptions& common) {
+    Commands commands;
+    for (const Entry& entry : kEntries) {
+        CLI::App* const sub = app.add_subcommand(entry.name, entry.help);
+        commands.emplace_back(sub, entry.make(*sub));
+        sub->add_option("--data", common.data,
+                        "directory of the database and the socket [$XDG_STATE_HOME/calljournal]")
+            ->type_name("DIR");
+    }
+    return commands;
+}
+
+int runChosen(const Commands& commands, const CommonOptions& common) {
+    for (const auto& [app, command] : commands) {
+        if (app->parsed()) {
+            return command->run(common);
+        }
+    }
+    return eWrongUsage;
+}
+
+}  // namespace
+
+std::filesystem::path CommonOptions::dataDirectory() const {
+    return data.empty() ? defaultDataDirectory() : std::filesystem::path(data);
+}
+
+std::string CommonOptions::commandToType(const std::string& command) const {
+    return program + " " + command + (data.empty() ? std::string() : " --data " + data);
+}
+
+int runCommandLine(int argc, char** argv) {
+    CLI::App app("The call journal of a telephone line: who called, who was called.", "calljournal");
+    app.require_subcommand(1);
+    CommonOptions common;
+    common.program = programName(argc > 0 ? argv[0] : nullptr);
+    const Commands commands = addCommands(app, common);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? eDone : eWrongUsage;
+    }
+    try {
+        return runChosen(commands, common);
+    } catch (const std::exception& error) {
+        std::cerr << "calljournal: " << error.what() << std::endl;
+        return eFailed;
+    }
+}
+
+}  // namespace host

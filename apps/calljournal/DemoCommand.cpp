@@ -1,0 +1,79 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <stdexcept>
+
+#include "apps/calljournal/ChildProcess.h"
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/JournalServer.h"
+#include "apps/calljournal/ServeOptions.h"
+#include "apps/calljournal/StopSignal.h"
+#include "host/config/Endpoint.h"
+#include "host/faces/PlainText.h"
+
+namespace host {
+namespace {
+
+void printChange(const std::string& sentence) {
+    std::cout << timeOfDay() << "  " << printable(sentence) << std::endl;
+}
+
+/// Where the simulated switch listens; it says so in its first line.
+Endpoint endpointOf(ChildProcess& simulator) {
+    const std::string line = simulator.readLine(std::chrono::seconds(10));
+    const auto endpoint = parseEndpoint(line.substr(line.rfind(' ') + 1));
+    if (!endpoint) {
+        throw std::runtime_error("the simulated switch did not start");
+    }
+    return *endpoint;
+}
+
+class DemoCommand final : public Command {
+public:
+    explicit DemoCommand(CLI::App& app) { m_options.addTo(app, false); }
+
+    int run(const CommonOptions& common) override {
+        const StopSignal stop;
+        Configuration configuration = m_options.configure("warning");
+        const auto directory = common.dataDirectory();
+        const auto socket = JournalServer::claim(directory);
+        ChildProcess simulator({"switch", "--listen", "127.0.0.1:0", "--loop"});
+        const Endpoint endpoint = endpointOf(simulator);
+        configuration.callSwitch.host = endpoint.host;
+        configuration.callSwitch.port = endpoint.port;
+
+        JournalServer server(configuration, directory, *socket);
+        server.setChangeListener(&printChange);
+        greet(common, configuration, simulator.id());
+        server.start();
+        while (!stop.wait(simulator.output())) {
+            if (!simulator.discardOutput()) {
+                throw std::runtime_error("the simulated switch has ended");
+            }
+        }
+        std::cout << "calljournal ends" << std::endl;
+        server.stop();
+        return eDone;
+    }
+
+private:
+    static void greet(const CommonOptions& common, const Configuration& configuration, pid_t switchId) {
+        std::cout << "calljournal serves line " << configuration.lines.front().device
+                  << " of a simulated switch at "
+                  << Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
+                  << " (process " << switchId
+                  << "). Calls are coming in.\n\nLook at them from another terminal:\n\n    "
+                  << common.commandToType("list missed") << "\n    " << common.commandToType("watch")
+                  << "\n\nCtrl-C ends it." << std::endl;
+    }
+
+    ServeOptions m_options;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeDemoCommand(CLI::App& app) {
+    return std::make_unique<DemoCommand>(app);
+}
+
+}  // namespace host

@@ -1,0 +1,111 @@
+#include "apps/calljournal/ListAnswer.h"
+
+#include <deque>
+#include <nlohmann/json.hpp>
+
+#include "host/faces/ItemJson.h"
+#include "host/faces/ItemSearch.h"
+#include "host/faces/PlainText.h"
+#include "journal-items/Occurrences.h"
+#include "platform/journal-library/ClientAnswer.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+
+namespace host {
+namespace {
+
+using journalxml::MethodId;
+
+template <typename Item>
+using ListParser = bool (*)(const std::string&, std::deque<Item>&);
+
+bool isUnviewed(const MissedCallItem& item) {
+    return !item.getViewed();
+}
+template <typename Item>
+bool isUnviewed(const Item& /*item*/) {
+    return false;
+}
+
+std::string durationOf(const MissedCallItem::MissedCallInfo& /*occurrence*/) {
+    return {};
+}
+std::string durationOf(const Duration& occurrence) {
+    return occurrence.getDuration();
+}
+
+template <typename Item>
+ListRow rowOf(const Item& item) {
+    ListRow row;
+    row.marked = isUnviewed(item);
+    row.name = fullName(item.getFirstname(), item.getSurname());
+    const auto& occurrences = occurrencesOf(item);
+    if (!occurrences.empty()) {
+        row.time = localTime(occurrences.front().getTimeAndDate());
+        row.number = occurrences.front().getNumber();
+        row.duration = durationOf(occurrences.front());
+        row.count = std::to_string(occurrences.size());
+    }
+    return row;
+}
+
+ListRow rowOf(const CallBackItem& item) {
+    ListRow row;
+    row.time = localTime(item.getTimeDate());
+    row.name = fullName(item.getFirstname(), item.getSurname());
+    row.number = item.getNumber();
+    return row;
+}
+
+template <typename Item>
+std::optional<ListAnswer> read(ListName list, const std::string& text, const ListFilter& filter,
+                               ListParser<Item> parse) {
+    std::deque<Item> items;
+    if (journalxml::isFailure(text) || !parse(text, items)) {
+        return std::nullopt;
+    }
+    ListAnswer answer;
+    nlohmann::ordered_json shown = nlohmann::ordered_json::array();
+    for (const Item& item : items) {
+        if (!itemMatches(item, filter.search)) {
+            continue;
+        }
+        ++answer.total;
+        answer.unviewed += isUnviewed(item) ? 1U : 0U;
+        if (!filter.limit || answer.rows.size() < *filter.limit) {
+            answer.rows.push_back(rowOf(item));
+            shown.push_back(itemJson(item));
+        }
+    }
+    answer.json = jsonText({{"list", std::string(wordOf(list))},
+                            {"total", answer.total},
+                            {"unviewed", answer.unviewed},
+                            {"items", std::move(shown)}});
+    return answer;
+}
+
+}  // namespace
+
+MethodId methodFor(ListName list) noexcept {
+    switch (list) {
+        case ListName::eMissed: return MethodId::eGetMissedCallList;
+        case ListName::eDialled: return MethodId::eGetDialledCallList;
+        case ListName::eReceived: return MethodId::eGetReceivedCallList;
+        case ListName::eForwarded: return MethodId::eGetForwardedCallList;
+        case ListName::eCallbacks: break;
+    }
+    return MethodId::eGetCallBackList;
+}
+
+std::optional<ListAnswer> readListAnswer(ListName list, const std::string& answer, const ListFilter& filter) {
+    using Helper = JournalServiceHelper;
+    switch (list) {
+        case ListName::eMissed: return read(list, answer, filter, &Helper::parseXMLMissedCallList);
+        case ListName::eDialled: return read(list, answer, filter, &Helper::parseXMLDialledCallList);
+        case ListName::eReceived: return read(list, answer, filter, &Helper::parseXMLReceivedCallList);
+        case ListName::eForwarded: return read(list, answer, filter, &Helper::parseXMLForwardedCallList);
+        case ListName::eCallbacks: break;
+    }
+    return read(list, answer, filter, &Helper::parseXMLCallBackList);
+}
+
+}  // namespace host

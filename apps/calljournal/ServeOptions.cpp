@@ -1,0 +1,52 @@
+#include "apps/calljournal/ServeOptions.h"
+
+#include <CLI/CLI.hpp>
+
+#include "apps/calljournal/EndpointOption.h"
+#include "host/config/Endpoint.h"
+#include "host/log/Log.h"
+
+namespace host {
+namespace {
+
+std::string checkKeyAndValue(const std::string& text) {
+    const std::size_t equals = text.find('=');
+    return equals == std::string::npos || equals == 0 ? text + " is not KEY=VALUE" : std::string();
+}
+
+}  // namespace
+
+void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
+    app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
+    addEndpointOption(app, "--listen", m_listen, "address of the HTTP face, instead of the file's");
+    if (withSwitch) {
+        addEndpointOption(app, "--switch", m_switch, "the switch, instead of the file's [127.0.0.1:4242]");
+    }
+    app.add_option("--set", m_keys, "a management key's value, instead of the file's and the stored one")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false)
+        ->check(checkKeyAndValue);
+}
+
+Configuration ServeOptions::configure(const std::string& logLevel) const {
+    Configuration configuration;
+    configuration.log.level = logLevel;
+    if (!m_file.empty()) {
+        configuration = Configuration::load(m_file);
+    }
+    if (!m_listen.empty()) {
+        configuration.api.listen = parseEndpoint(m_listen).value();
+    }
+    if (!m_switch.empty()) {
+        const Endpoint endpoint = parseEndpoint(m_switch).value();
+        configuration.callSwitch.host = endpoint.host;
+        configuration.callSwitch.port = endpoint.port;
+    }
+    for (const std::string& each : m_keys) {
+        configuration.set(each);
+    }
+    Log::configure(configuration.log.level, configuration.log.file);
+    return configuration;
+}
+
+}  // namespace host

@@ -1,0 +1,46 @@
+#include "apps/calljournal/StopSignal.h"
+
+#include <poll.h>
+#include <sys/signalfd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+
+namespace host {
+namespace {
+
+sigset_t stopSignals() noexcept {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    return signals;
+}
+
+}  // namespace
+
+StopSignal::StopSignal() {
+    const sigset_t signals = stopSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+    m_descriptor = FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+    if (!m_descriptor.isOpen()) {
+        throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
+    }
+}
+
+bool StopSignal::wait(int other) const {
+    std::array<pollfd, 2> waits{{{m_descriptor.get(), POLLIN, 0}, {other, POLLIN, 0}}};
+    while (::poll(waits.data(), waits.size(), -1) < 0 && errno == EINTR) {}
+    return waits[0].revents != 0;
+}
+
+void StopSignal::restoreInChild() noexcept {
+    const sigset_t signals = stopSignals();
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    std::signal(SIGPIPE, SIG_DFL);
+}
+
+}  // namespace host

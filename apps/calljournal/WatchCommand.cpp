@@ -1,0 +1,70 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <optional>
+
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/StopSignal.h"
+#include "apps/calljournal/WatchLine.h"
+#include "host/faces/PlainText.h"
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
+#include "platform/journal-library/ClientAnswer.h"
+#include "platform/journal-library/ClientRequest.h"
+
+namespace host {
+namespace {
+
+class WatchCommand final : public Command {
+public:
+    explicit WatchCommand(CLI::App& app) { app.add_flag("--json", m_json, "print one JSON object a line"); }
+
+    int run(const CommonOptions& common) override {
+        const StopSignal stop;
+        RemoteClient client(common.dataDirectory());
+        const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
+        if (journalxml::parseBoolAnswer(client.call(request)) != true) {
+            throw RemoteError("calljournal did not take the subscription; its log says why");
+        }
+        for (const std::string& notification : client.takeNotifications()) {
+            present(notification);
+        }
+        while (const auto notification = client.nextNotification(stop.descriptor())) {
+            print(*notification);
+            if (!std::cout.good()) {
+                break;  // whoever read our output has seen enough
+            }
+        }
+        return eDone;
+    }
+
+private:
+    /// What a new subscriber is told before anything has changed. People want to know the counts only.
+    void present(const std::string& notification) const {
+        const auto message = journalxml::parseObserverMessage(notification);
+        if (m_json || (message && isCount(*message))) {
+            print(notification);
+        }
+    }
+
+    void print(const std::string& notification) const {
+        const auto message = journalxml::parseObserverMessage(notification);
+        if (!message) {
+            std::cerr << "calljournal: a message that cannot be read was passed over" << std::endl;
+        } else if (m_json) {
+            std::cout << watchJson(*message) << std::endl;
+        } else {
+            std::cout << timeOfDay() << "  " << watchText(*message) << std::endl;
+        }
+    }
+
+    bool m_json = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeWatchCommand(CLI::App& app) {
+    return std::make_unique<WatchCommand>(app);
+}
+
+}  // namespace host

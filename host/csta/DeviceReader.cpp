@@ -1,0 +1,74 @@
+#include "host/csta/DeviceReader.h"
+
+#include <utility>
+
+#include "host/csta-wire/DeviceText.h"
+#include "host/csta-wire/WireDocument.h"
+
+namespace host {
+
+namespace {
+
+/// The element that holds the device's text and attributes: the first of the schema's choice that is there, else the
+/// member itself.
+pugi::xml_node identifierOf(pugi::xml_node member) {
+    for (const char* name : {"deviceIdentifier", "numberDialed", "deviceID"}) {
+        if (const pugi::xml_node found = childNamed(member, name)) {
+            return found;
+        }
+    }
+    return member;
+}
+
+bool isWithheld(pugi::xml_node identifier, const char* attribute) {
+    return isTrue(identifier.attribute(attribute).value());
+}
+
+}  // namespace
+
+DeviceReader::DeviceReader(std::string_view ownDevice, std::string_view monitoredDevice)
+    : m_own(comparableNumber(ownDevice)),
+      m_monitored(monitoredDevice == CSTADevice::kLocalDevice ? m_own : comparableNumber(monitoredDevice)) {}
+
+EventDevice DeviceReader::device(pugi::xml_node member) const {
+    if (childNamed(member, "restricted")) {
+        return {};
+    }
+    const pugi::xml_node identifier = identifierOf(member);
+    EventDevice read = fromText(firstText(identifier));
+    if (isWithheld(identifier, "privateNumber") && !read.device.isLocal()) {
+        read.device.number.clear();
+    }
+    if (isWithheld(identifier, "privateName")) {
+        read.device.name.clear();
+    }
+    return read;
+}
+
+EventDevice DeviceReader::device(pugi::xml_node member, pugi::xml_node fallback) const {
+    EventDevice read = device(member);
+    const bool known = read.party != EventParty::eUnknown || childNamed(member, "restricted");
+    return known ? read : device(fallback);
+}
+
+EventDevice DeviceReader::connectionDevice(pugi::xml_node connection) const {
+    EventDevice read = fromText(firstText(childNamed(connection, "deviceID")));
+    read.device.name.clear();
+    return read;
+}
+
+EventDevice DeviceReader::fromText(std::string_view text) const {
+    DeviceText parsed = parseDeviceText(text);
+    EventDevice read{{std::move(parsed.number), std::move(parsed.name)}, EventParty::eUnknown};
+    const std::string comparable = comparableNumber(text);
+    if (comparable.empty()) {
+        return read;
+    }
+    read.party = comparable == m_monitored ? EventParty::eMonitored : EventParty::eOther;
+    if (comparable == m_own) {
+        read.device.number = CSTADevice::kLocalDevice;
+    }
+    return read;
+}
+
+}  // namespace host

@@ -1,0 +1,36 @@
+#include "host/csta/EarlyEvents.h"
+
+#include <utility>
+
+namespace host {
+
+void EarlyEvents::keep(std::string crossRefId, WireDocument event, Clock::time_point now) {
+    forgetOld(now);
+    if (m_events.size() == kKept) {
+        m_events.pop_front();
+    }
+    m_events.push_back({std::move(crossRefId), std::move(event), now});
+}
+
+std::vector<WireDocument> EarlyEvents::take(std::string_view crossRefId, Clock::time_point now) {
+    forgetOld(now);
+    std::vector<WireDocument> taken;
+    std::deque<Early> others;
+    for (Early& early : m_events) {
+        if (early.crossRefId == crossRefId) {
+            taken.push_back(std::move(early.event));
+        } else {
+            others.push_back(std::move(early));
+        }
+    }
+    m_events = std::move(others);
+    return taken;
+}
+
+void EarlyEvents::forgetOld(Clock::time_point now) {
+    while (!m_events.empty() && now - m_events.front().since > kKeptFor) {
+        m_events.pop_front();
+    }
+}
+
+}  // namespace host

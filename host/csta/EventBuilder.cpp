@@ -1,0 +1,217 @@
+#include "host/csta/EventBuilder.h"
+
+#include <utility>
+
+#include "host/csta-wire/WireDocument.h"
+#include "platform/csta/CSTAConferenceEvents.h"
+#include "platform/csta/CSTADeviceEvents.h"
+#include "platform/csta/CSTAPrivateEvents.h"
+
+namespace host {
+
+namespace {
+
+/// The entries of a connection list, whatever they are called.
+pugi::xml_node connectionList(pugi::xml_node root) {
+    const pugi::xml_node transferred = childNamed(root, "transferredConnections");
+    return transferred ? transferred : childNamed(root, "conferenceConnections");
+}
+
+std::string oldCallIdOf(pugi::xml_node item) {
+    return childText(childNamed(item, "oldConnection"), "callID");
+}
+
+}  // namespace
+
+EventBuilder::EventBuilder(const EventShape& shape, const WireDocument& document, DeviceReader devices,
+                           std::string crossRefId)
+    : m_shape(shape),
+      m_root(document.root()),
+      m_devices(std::move(devices)),
+      m_crossRefId(std::move(crossRefId)) {
+    const pugi::xml_node connection = member(m_shape.connection);
+    m_connectionDevice = m_devices.connectionDevice(connection);
+    m_device = m_devices.device(member(m_shape.device));
+    m_callId = callIdOf(connection);
+
+    m_facts.event = shape.event;
+    m_facts.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
+    m_facts.outgoing = calling().party == EventParty::eMonitored;
+    // A connection is cleared for the party that is dropped, whoever releases it; elsewhere the device member is the
+    // surer one, because some switches put the monitored device into every connection.
+    const EventParty first =
+        shape.event == WireEvent::eConnectionCleared ? m_connectionDevice.party : m_device.party;
+    const EventParty second =
+        shape.event == WireEvent::eConnectionCleared ? EventParty::eUnknown : m_connectionDevice.party;
+    m_facts.subject = first == EventParty::eUnknown ? second : first;
+}
+
+std::string EventBuilder::newCallId() const {
+    for (const pugi::xml_node item : connectionList(m_root).children()) {
+        if (std::string callId = childText(childNamed(item, "newConnection"), "callID"); !callId.empty()) {
+            return callId;
+        }
+    }
+    return m_callId;
+}
+
+std::unique_ptr<CSTAEvent> EventBuilder::build() const {
+    switch (m_shape.event) {
+        case WireEvent::eServiceInitiated: return deviceEvent<CSTAServiceInitiatedEvent>();
+        case WireEvent::eOriginated: return callControl<CSTAOriginatedEvent>();
+        case WireEvent::eOffered: return callControl<CSTAOfferedEvent>();
+        case WireEvent::eQueued: return callControl<CSTAQueuedEvent>();
+        case WireEvent::eDelivered: {
+            auto event = callControl<CSTADeliveredEvent>();
+            event->setAlertingDevice(ownDevice());
+            return event;
+        }
+        case WireEvent::eDiverted: {
+            auto event = callControl<CSTADivertedEvent>();
+            event->setDivertingDevice(ownDevice());
+            event->setNewDestination(m_devices.device(member("newDestination")).device);
+            return event;
+        }
+        case WireEvent::eEstablished: {
+            auto event = callControl<CSTAEstablishedEvent>();
+            event->setAnsweringDevice(ownDevice());
+            return event;
+        }
+        case WireEvent::eHeld: return callControl<CSTAHeldEvent>();
+        case WireEvent::eRetrieved: return callControl<CSTARetrievedEvent>();
+        case WireEvent::eFailed: {
+            auto event = callControl<CSTAFailedEvent>();
+            event->setFailingDevice(ownDevice());
+            return event;
+        }
+        case WireEvent::eConnectionCleared: {
+            auto event = callControl<CSTAConnectionClearedEvent>();
+            event->setReleasingDevice(m_device.device);
+            return event;
+        }
+        case WireEvent::eTransferred: return transferred();
+        case WireEvent::eConferenced: return conferenced();
+        case WireEvent::eCallInformation: return callInformation();
+        case WireEvent::eNetworkReached: return deviceEvent<CSTANetworkReachedEvent>();
+        case WireEvent::ePrivate: {
+            auto event = std::make_unique<CSTAPrivateEvent>();
+            fillCommon(*event, CauseContext::eOther);
+            return event;
+        }
+    }
+    return nullptr;
+}
+
+std::unique_ptr<CSTAEvent> EventBuilder::buildClearing() const {
+    auto event = callControl<CSTAConnectionClearedEvent>();
+    event->setReleasingDevice(m_device.device);
+    event->setCause(causeNumber(childText(m_root, "cause"), CauseContext::eConnectionCleared));
+    return event;
+}
+
+std::string EventBuilder::callIdOf(pugi::xml_node connection) const {
+    std::string callId = childText(connection, "callID");
+    return callId.empty() ? "call-" + m_crossRefId : callId;
+}
+
+pugi::xml_node EventBuilder::member(std::string_view name) const {
+    return childNamed(m_root, name);
+}
+
+EventDevice EventBuilder::calling() const {
+    return m_devices.device(member("callingDevice"), member("networkCallingDevice"));
+}
+
+CSTADevice EventBuilder::called() const {
+    return m_devices.device(member("calledDevice"), member("networkCalledDevice")).device;
+}
+
+/// The device that only this event has; a switch that leaves it out names it in the connection.
+CSTADevice EventBuilder::ownDevice() const {
+    return m_device.party == EventParty::eUnknown ? m_connectionDevice.device : m_device.device;
+}
+
+template <typename Event>
+std::unique_ptr<Event> EventBuilder::callControl() const {
+    auto event = std::make_unique<Event>();
+    fillCommon(*event, causeContextOf(m_facts));
+    event->setConnection(m_callId, m_connectionDevice.device.number);
+    event->setCallingDevice(calling().device);
+    event->setCalledDevice(called());
+    event->setLastRedirectionDevice(m_devices.device(member("lastRedirectionDevice")).device);
+    event->setLocalConnectionInfo(localConnectionOf(m_facts));
+    return event;
+}
+
+template <typename Event>
+std::unique_ptr<CSTAEvent> EventBuilder::deviceEvent() const {
+    auto event = std::make_unique<Event>();
+    fillCommon(*event, CauseContext::eOther);
+    event->setDeviceID(m_connectionDevice.device.number);
+    return event;
+}
+
+/// The wire names the phone's own end in `device` and the caller beside it; the platform wants the far end.
+std::unique_ptr<CSTAEvent> EventBuilder::callInformation() const {
+    auto event = callControl<CSTACallInformationEvent>();
+    const EventDevice caller = calling();
+    event->setDevice(caller.party == EventParty::eOther ? caller.device : ownDevice());
+    return event;
+}
+
+/// The primary old call is the one that the monitored phone knows: when somebody else transfers, the phone may have
+/// been an end of the secondary one.
+std::unique_ptr<CSTAEvent> EventBuilder::transferred() const {
+    auto event = callControl<CSTATransferredEvent>();
+    std::string primary = m_callId;
+    std::string secondary = childText(member("secondaryOldCall"), "callID");
+    for (const pugi::xml_node item : connectionList(m_root).children()) {
+        const pugi::xml_node newConnection = childNamed(item, "newConnection");
+        const bool own = m_devices.connectionDevice(newConnection).party == EventParty::eMonitored ||
+                         m_devices.device(childNamed(item, "endpoint")).party == EventParty::eMonitored;
+        if (own && !secondary.empty() && oldCallIdOf(item) == secondary) {
+            std::swap(primary, secondary);
+            break;
+        }
+    }
+    event->setOldCalls(std::move(primary), std::move(secondary));
+    event->setConnection(newCallId(), m_connectionDevice.device.number);
+    event->setTransferringDevice(m_device.device);
+    event->setTransferredToDevice(m_devices.device(member("transferredToDevice")).device);
+    return event;
+}
+
+std::unique_ptr<CSTAEvent> EventBuilder::conferenced() const {
+    auto event = std::make_unique<CSTAConferencedEvent>();
+    fillCommon(*event, CauseContext::eOther);
+    event->setConferenceCallID(newCallId());
+    const pugi::xml_node primary = member("primaryOldCall");
+    const pugi::xml_node secondary = member("secondaryOldCall");
+    const std::string primaryCall = childText(primary, "callID");
+    const std::string secondaryCall = childText(secondary, "callID");
+    event->setPrimaryOldCall(primaryCall, farEndOf(primaryCall, primary));
+    event->setSecondaryOldCall(secondaryCall, farEndOf(secondaryCall, secondary));
+    for (const pugi::xml_node item : connectionList(m_root).children()) {
+        event->addNewConnectionCallID(childText(childNamed(item, "newConnection"), "callID"));
+    }
+    return event;
+}
+
+/// The other party of an old call, as the connection list tells it; without one, the device of the old connection.
+std::string EventBuilder::farEndOf(std::string_view oldCallId, pugi::xml_node oldCall) const {
+    for (const pugi::xml_node item : connectionList(m_root).children()) {
+        const EventDevice endpoint = m_devices.device(childNamed(item, "endpoint"));
+        if (!oldCallId.empty() && oldCallIdOf(item) == oldCallId && endpoint.party == EventParty::eOther) {
+            return endpoint.device.number;
+        }
+    }
+    return m_devices.connectionDevice(oldCall).device.number;
+}
+
+void EventBuilder::fillCommon(CSTAEvent& event, CauseContext context) const {
+    event.setMonitorCrossRefID(m_crossRefId);
+    event.setCause(causeNumber(childText(m_root, "cause"), context));
+    event.setPrivateData(privateText(m_root));
+}
+
+}  // namespace host

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <pugixml.hpp>
+
+#include "host/csta/DeviceReader.h"
+#include "host/csta/EventRules.h"
+#include "platform/csta/CSTACallControlEvents.h"
+
+namespace host {
+
+class WireDocument;
+
+/// Reads one event of the wire once and builds the platform's event from it. Lives for the length of that; borrows
+/// the document.
+class EventBuilder {
+public:
+    EventBuilder(const EventShape& shape, const WireDocument& document, DeviceReader devices,
+                 std::string crossRefId);
+
+    [[nodiscard]] const EventFacts& facts() const noexcept { return m_facts; }
+    void setConference(bool conference) noexcept { m_facts.conference = conference; }
+
+    /// The call of the connection that the event is about. A switch that names no calls gets one per monitor.
+    [[nodiscard]] const std::string& callId() const noexcept { return m_callId; }
+    /// The call that a transfer or a conference leads to.
+    [[nodiscard]] std::string newCallId() const;
+
+    [[nodiscard]] std::unique_ptr<CSTAEvent> build() const;
+    /// The end of the phone's own connection, with the devices and the cause word of this event.
+    [[nodiscard]] std::unique_ptr<CSTAEvent> buildClearing() const;
+
+private:
+    [[nodiscard]] std::string callIdOf(pugi::xml_node connection) const;
+    [[nodiscard]] pugi::xml_node member(std::string_view name) const;
+    [[nodiscard]] EventDevice calling() const;
+    [[nodiscard]] CSTADevice called() const;
+    [[nodiscard]] CSTADevice ownDevice() const;
+
+    template <typename Event>
+    [[nodiscard]] std::unique_ptr<Event> callControl() const;
+    template <typename Event>
+    [[nodiscard]] std::unique_ptr<CSTAEvent> deviceEvent() const;
+    [[nodiscard]] std::unique_ptr<CSTAEvent> callInformation() const;
+    [[nodiscard]] std::unique_ptr<CSTAEvent> transferred() const;
+    [[nodiscard]] std::unique_ptr<CSTAEvent> conferenced() const;
+    [[nodiscard]] std::string farEndOf(std::string_view oldCallId, pugi::xml_node oldCall) const;
+    void fillCommon(CSTAEvent& event, CauseContext context) const;
+
+    const EventShape& m_shape;
+    const pugi::xml_node m_root;
+    const DeviceReader m_devices;
+    const std::string m_crossRefId;
+    EventDevice m_connectionDevice;
+    EventDevice m_device;
+    std::string m_callId;
+    EventFacts m_facts;
+};
+
+/// The text of an event's private data: what a `callStatus` element in it says, else a bare text, else a text in
+/// hexadecimal digits. Empty for data of other vendors.
+[[nodiscard]] std::string privateText(pugi::xml_node root);
+
+}  // namespace host

@@ -1,0 +1,62 @@
+#include "host/csta/EventReader.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/csta-wire/EventShapes.h"
+#include "host/csta-wire/WireDocument.h"
+#include "host/csta/DeviceReader.h"
+#include "host/csta/EventBuilder.h"
+#include "host/csta/EventRules.h"
+
+namespace host {
+
+EventReader::EventReader(std::string ownDevice) : m_ownDevice(std::move(ownDevice)) {}
+
+std::string EventReader::crossRefIdOf(const WireDocument& document) {
+    return childText(document.root(), "monitorCrossRefID");
+}
+
+std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& document,
+                                                          const EventSource& source) {
+    const EventShape* shape = findEventShape(document.name());
+    if (shape == nullptr) {
+        return {};
+    }
+    EventBuilder builder(*shape, document, DeviceReader(m_ownDevice, source.device), source.crossRefId);
+    builder.setConference(isConference(builder.callId()));
+
+    std::vector<std::unique_ptr<CSTAEvent>> events;
+    if (!concernsThePhone(builder.facts())) {
+        return events;
+    }
+    events.push_back(builder.build());
+    if (endsSilently(builder.facts())) {
+        events.push_back(builder.buildClearing());
+    }
+    if (shape->event == WireEvent::eConferenced) {
+        rememberConference(builder.newCallId());
+    } else if (shape->event == WireEvent::eConnectionCleared &&
+               builder.facts().subject != EventParty::eOther) {
+        forgetConference(builder.callId());
+    }
+    return events;
+}
+
+bool EventReader::isConference(std::string_view callId) const {
+    return std::find(m_conferences.begin(), m_conferences.end(), callId) != m_conferences.end();
+}
+
+void EventReader::rememberConference(std::string callId) {
+    forgetConference(callId);
+    m_conferences.push_back(std::move(callId));
+    if (m_conferences.size() > kKeptConferences) {
+        m_conferences.pop_front();
+    }
+}
+
+void EventReader::forgetConference(std::string_view callId) {
+    m_conferences.erase(std::remove(m_conferences.begin(), m_conferences.end(), callId), m_conferences.end());
+}
+
+}  // namespace host

@@ -1,0 +1,106 @@
+#include "host/csta/EventRules.h"
+
+#include <array>
+#include <cstddef>
+
+#include "platform/csta/CSTALocalConnectionState.h"
+
+namespace host {
+
+namespace {
+
+// In the order of the state numbers.
+constexpr std::array<std::string_view, 7> kStateWords = {"null", "initiated", "alerting", "connected",
+                                                         "hold", "queued",    "fail"};
+
+struct InferredState {
+    WireEvent event;
+    int ofOwn;
+    int ofOther;
+};
+
+constexpr std::array kInferred = {
+    InferredState{WireEvent::eOriginated, CSTA_LCS_Connected, CSTA_LCS_Connected},
+    InferredState{WireEvent::eOffered, CSTA_LCS_Alerting, CSTA_LCS_Connected},
+    InferredState{WireEvent::eQueued, CSTA_LCS_Queued, CSTA_LCS_Queued},
+    InferredState{WireEvent::eDelivered, CSTA_LCS_Alerting, CSTA_LCS_Connected},
+    InferredState{WireEvent::eDiverted, CSTA_LCS_Null, CSTA_LCS_Connected},
+    InferredState{WireEvent::eEstablished, CSTA_LCS_Connected, CSTA_LCS_Connected},
+    InferredState{WireEvent::eHeld, CSTA_LCS_Hold, CSTA_LCS_Connected},
+    InferredState{WireEvent::eRetrieved, CSTA_LCS_Connected, CSTA_LCS_Connected},
+    InferredState{WireEvent::eFailed, CSTA_LCS_Fail, CSTA_LCS_Connected},
+    InferredState{WireEvent::eConnectionCleared, CSTA_LCS_Null, CSTA_LCS_Null},
+    InferredState{WireEvent::eTransferred, CSTA_LCS_Null, CSTA_LCS_Connected},
+};
+
+/// Whose connection it is, as far as can be told: an unknown phone that rings for an outgoing call is another one, and
+/// an incoming call that anyone diverts is diverted away from here.
+bool isByOther(const EventFacts& facts) noexcept {
+    if (facts.event == WireEvent::eDiverted) {
+        return facts.outgoing && facts.subject != EventParty::eMonitored;
+    }
+    if (facts.event == WireEvent::eDelivered && facts.subject == EventParty::eUnknown) {
+        return facts.outgoing;
+    }
+    return facts.subject == EventParty::eOther;
+}
+
+}  // namespace
+
+std::optional<int> localConnectionNumber(std::string_view word) noexcept {
+    for (std::size_t number = 0; number < kStateWords.size(); ++number) {
+        if (kStateWords[number] == word) {
+            return static_cast<int>(number);
+        }
+    }
+    return std::nullopt;
+}
+
+int localConnectionOf(const EventFacts& facts) noexcept {
+    if (facts.localConnection) {
+        return *facts.localConnection;
+    }
+    const bool byOther = isByOther(facts);
+    if (facts.event == WireEvent::eConnectionCleared && facts.conference && byOther) {
+        return CSTA_LCS_Connected;
+    }
+    for (const InferredState& row : kInferred) {
+        if (row.event == facts.event) {
+            return byOther ? row.ofOther : row.ofOwn;
+        }
+    }
+    return CSTA_LCS_Null;
+}
+
+bool concernsThePhone(const EventFacts& facts) noexcept {
+    if (facts.subject != EventParty::eOther) {
+        return true;
+    }
+    const int own = localConnectionOf(facts);
+    switch (facts.event) {
+        case WireEvent::eConnectionCleared: return facts.conference || own == CSTA_LCS_Null;
+        case WireEvent::eHeld: return own == CSTA_LCS_Hold;
+        case WireEvent::eRetrieved: return false;
+        case WireEvent::eDiverted: return own == CSTA_LCS_Null || own == CSTA_LCS_Alerting;
+        default: return true;
+    }
+}
+
+bool endsSilently(const EventFacts& facts) noexcept {
+    return facts.event == WireEvent::eDiverted && localConnectionOf(facts) == CSTA_LCS_Null;
+}
+
+CauseContext causeContextOf(const EventFacts& facts) noexcept {
+    switch (facts.event) {
+        case WireEvent::eDelivered:
+            return localConnectionOf(facts) == CSTA_LCS_Connected ? CauseContext::eDeliveredElsewhere
+                                                                  : CauseContext::eDeliveredHere;
+        case WireEvent::eEstablished: return CauseContext::eEstablished;
+        case WireEvent::eHeld: return CauseContext::eHeld;
+        case WireEvent::eFailed: return CauseContext::eFailed;
+        case WireEvent::eConnectionCleared: return CauseContext::eConnectionCleared;
+        default: return CauseContext::eOther;
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+
+#include "host/csta/Association.h"
+#include "host/csta/CstaLink.h"
+#include "host/csta/EventDelivery.h"
+#include "host/csta/LinkMessages.h"
+#include "host/csta/LinkMonitors.h"
+#include "host/csta/PendingRequests.h"
+#include "host/csta/RequestChannel.h"
+#include "host/csta/SwitchConnection.h"
+#include "host/csta/SystemStatusReceivers.h"
+
+namespace host {
+
+/// The inside of the link: the reader thread, and the parts that live on it, wired together.
+///
+///   SwitchConnection -> Frame -> event            -> LinkMonitors -> EventDelivery -> the line's strand
+///                             -> answer           -> PendingRequests -> whoever asked
+///                             -> request, notice  -> answered here
+class CstaLink::Engine final : private RequestChannel {
+public:
+    Engine(CstaLinkConfig config, const Post& post);
+    ~Engine() override;
+
+    // The owner's thread.
+    void setStatusListener(StatusListener listener);
+    void start();
+    void stop();
+
+    // Any thread.
+    [[nodiscard]] Status status() const noexcept;
+    /// Runs `work` on the reader thread and waits for it to call its argument.
+    [[nodiscard]] RequestOutcome perform(const std::function<void(const CompleteRequest&)>& work);
+    void release(const Service& source);
+
+    // The reader thread, from inside `perform`.
+    [[nodiscard]] LinkMonitors& monitors() noexcept { return m_monitors; }
+    void registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete);
+
+private:
+    // RequestChannel
+    [[nodiscard]] bool isReady() const override { return m_association.isReady(); }
+    void send(const std::string& xml, PendingRequests::Handler handler) override;
+
+    void connected();
+    void ready();
+    void lost(const std::string& why);
+    void received(const Frame& frame);
+    void answerTo(int invokeId, const WireDocument& document);
+    void systemStatus(std::string_view word);
+    void registerAtSwitch();
+    void updateStatus();
+
+    // Constant after `start`.
+    const CstaLinkConfig m_config;
+    const LinkMessages m_messages;
+    StatusListener m_listener;
+
+    // Reader thread only.
+    asio::io_context m_io;
+    asio::executor_work_guard<asio::io_context::executor_type> m_work;
+    PendingRequests m_pending;
+    SwitchConnection m_connection;
+    Association m_association;
+    SystemStatusReceivers m_receivers;
+    LinkMonitors m_monitors;
+    Status m_lastStatus;
+    bool m_outageLogged = false;
+    bool m_everConnected = false;
+    bool m_tellStatus = false;
+    bool m_registrationRefused = false;
+    bool m_monitorsDoubtful = false;
+
+    // Bits of the status, for everybody.
+    std::atomic<bool> m_connectedNow{false};
+    std::atomic<bool> m_monitoringNow{false};
+
+    // Guarded by m_doorLock: whether the reader thread still takes work.
+    std::mutex m_doorLock;
+    bool m_doorOpen = true;
+
+    // Held while the thread is joined.
+    std::mutex m_joinLock;
+    std::thread m_thread;
+    const std::thread::id m_readerId;
+};
+
+}  // namespace host

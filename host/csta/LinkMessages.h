@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/csta/CSTAMonitorFilter.h"
+
+namespace host {
+
+/// Every message that the link writes, by the schema of one edition. A plain value.
+class LinkMessages {
+public:
+    explicit LinkMessages(std::string_view edition);
+
+    [[nodiscard]] std::string requestSystemStatus() const;
+    [[nodiscard]] std::string systemRegister() const;
+    /// Without a filter element when `filter` leaves nothing out.
+    [[nodiscard]] std::string monitorStart(std::string_view device, const CSTAMonitorFilter& filter) const;
+    [[nodiscard]] std::string monitorStop(std::string_view crossRefId) const;
+    [[nodiscard]] std::string changeMonitorFilter(std::string_view crossRefId,
+                                                  const CSTAMonitorFilter& filter) const;
+
+    // Answers to the switch's requests.
+    [[nodiscard]] std::string systemStatusResponse() const;
+    [[nodiscard]] std::string requestSystemStatusResponse() const;
+    [[nodiscard]] std::string monitorStopResponse() const;
+    [[nodiscard]] std::string serviceNotSupported() const;
+
+    // Application session.
+    [[nodiscard]] std::string startApplicationSession(int durationSeconds) const;
+    [[nodiscard]] std::string resetApplicationSessionTimer(std::string_view sessionId,
+                                                           int durationSeconds) const;
+
+private:
+    std::string m_nameSpace;
+};
+
+}  // namespace host

@@ -1,0 +1,312 @@
+#include "host/csta/LinkMonitors.h"
+
+#include <chrono>
+#include <set>
+#include <utility>
+
+#include "host/csta-wire/DeviceText.h"
+#include "host/csta-wire/EventShapes.h"
+#include "host/csta/FilterGroups.h"
+#include "host/csta/LinkLog.h"
+#include "platform/csta/CSTADevice.h"
+#include "platform/csta/CSTAResponses.h"
+
+namespace host {
+
+namespace {
+
+std::string startedId(const Answer& answer) {
+    return answer.isOfKind("MonitorStartResponse") ? childText(answer.document->root(), "monitorCrossRefID")
+                                                   : std::string();
+}
+
+const char* describe(const Answer& answer) {
+    switch (answer.kind) {
+        case Answer::Kind::eAnswered: return "an answer of another kind";
+        case Answer::Kind::eRefused:
+            return answer.value.empty() ? answer.category.c_str() : answer.value.c_str();
+        case Answer::Kind::eTimedOut: return "no answer in time";
+        case Answer::Kind::eLost: break;
+    }
+    return "connection lost";
+}
+
+bool isSuppressed(const CSTAMonitorFilter& filter, const EventShape& shape) {
+    return memberSetting(filter, shape.filterGroup, shape.filterMember).value_or(false);
+}
+
+}  // namespace
+
+LinkMonitors::LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, RequestChannel& channel,
+                           EventDelivery delivery, std::function<void()> changed)
+    : m_config(config),
+      m_io(io),
+      m_channel(channel),
+      m_delivery(std::move(delivery)),
+      m_changed(std::move(changed)),
+      m_messages(config.edition),
+      m_reader(config.ownDevice) {}
+
+// ---- requests of services
+
+void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& filter,
+                         std::shared_ptr<EventSink> sink, const CompleteRequest& complete) {
+    WantedMonitor& monitor = m_table.add(device, filter, std::move(sink),
+                                         GrowingPause(m_config.reconnectFirst, m_config.reconnectMax));
+    const std::string id = monitor.crossRefId;
+    if (!m_channel.isReady()) {
+        CSTA_LINK_LOG(5, "monitor %s of %s is accepted and starts when the switch is there", id.c_str(),
+                      device.c_str());
+        m_changed();
+        complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
+        return;
+    }
+    sendStart(monitor, [this, id, complete](const Answer& answer) {
+        WantedMonitor* started = m_table.find(id);
+        const std::string switchId = startedId(answer);
+        if (started != nullptr && !switchId.empty()) {
+            becomeOn(*started, switchId);
+            complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
+            return;
+        }
+        CSTA_LINK_LOG(4, "monitor %s is not started: %s", id.c_str(), describe(answer));
+        forget(id);
+        stopQuietly(switchId);
+        complete(started != nullptr ? RequestOutcome::of<CSTAMonitorStartResponse>(answer)
+                                    : RequestOutcome());
+    });
+}
+
+void LinkMonitors::stop(const std::string& crossRefId, const CompleteRequest& complete) {
+    WantedMonitor* monitor = m_table.find(crossRefId);
+    if (monitor == nullptr) {
+        complete(RequestOutcome::refused<CSTAMonitorStopResponse>("operation", "invalidMonitorCrossRefID"));
+        return;
+    }
+    const auto finish = [this, crossRefId, complete] {
+        forget(crossRefId);
+        complete(RequestOutcome::ok<CSTAMonitorStopResponse>());
+    };
+    const bool shared = m_table.withSwitchId(monitor->switchId).size() > 1;
+    if (!m_channel.isReady() || !monitor->isOn() || shared) {
+        finish();
+        return;
+    }
+    m_channel.send(m_messages.monitorStop(monitor->switchId), [finish, complete](const Answer& answer) {
+        if (answer.isOfKind("MonitorStopResponse")) {
+            finish();
+        } else {
+            complete(RequestOutcome::of<CSTAMonitorStopResponse>(answer));
+        }
+    });
+}
+
+void LinkMonitors::changeFilter(const std::string& device, const CSTAMonitorFilter& filter,
+                                const CompleteRequest& complete) {
+    WantedMonitor* monitor = monitorOfDevice(device);
+    if (monitor == nullptr) {
+        complete(
+            RequestOutcome::refused<CSTAChangeMonitorFilterResponse>("operation", "invalidMonitorObject"));
+        return;
+    }
+    const auto finish = [this, id = monitor->crossRefId, filter, complete] {
+        if (WantedMonitor* changed = m_table.find(id)) {
+            changed->filter = filter;
+        }
+        complete(RequestOutcome::ok<CSTAChangeMonitorFilterResponse>());
+    };
+    if (!m_channel.isReady() || !monitor->isOn() || !m_config.sendFilters) {
+        finish();
+        return;
+    }
+    m_channel.send(m_messages.changeMonitorFilter(monitor->switchId, filter),
+                   [finish, complete](const Answer& answer) {
+                       if (answer.isOfKind("ChangeMonitorFilterResponse")) {
+                           finish();
+                       } else {
+                           complete(RequestOutcome::of<CSTAChangeMonitorFilterResponse>(answer));
+                       }
+                   });
+}
+
+void LinkMonitors::release(const Service& source) {
+    for (WantedMonitor* monitor : m_table.all()) {
+        if (monitor->sink->source == &source) {
+            const std::string switchId = monitor->switchId;
+            forget(monitor->crossRefId);
+            if (m_table.withSwitchId(switchId).empty()) {
+                stopQuietly(switchId);
+            }
+        }
+    }
+}
+
+// ---- what happens at the switch
+
+void LinkMonitors::startAll() {
+    for (WantedMonitor* monitor : m_table.all()) {
+        if (!monitor->starting) {
+            startAgain(*monitor);
+        }
+    }
+}
+
+void LinkMonitors::connectionLost() {
+    cancelRetries();
+    m_early.clear();
+    for (WantedMonitor* monitor : m_table.all()) {
+        monitor->switchId.clear();
+    }
+    m_changed();
+}
+
+bool LinkMonitors::isMonitoring() {
+    const std::string own = comparableNumber(m_config.ownDevice);
+    bool ownWanted = false;
+    bool ownOn = true;
+    bool anyOn = false;
+    for (const WantedMonitor* monitor : m_table.all()) {
+        const bool isOwn = comparableNumber(deviceAtSwitch(monitor->device)) == own;
+        ownWanted = ownWanted || isOwn;
+        ownOn = ownOn && (!isOwn || monitor->isOn());
+        anyOn = anyOn || monitor->isOn();
+    }
+    return ownWanted ? ownOn : anyOn;
+}
+
+void LinkMonitors::cancelRetries() {
+    for (WantedMonitor* monitor : m_table.all()) {
+        monitor->retry.reset();
+        monitor->pause.reset();
+    }
+}
+
+void LinkMonitors::stoppedBySwitch(std::string_view switchId) {
+    for (WantedMonitor* monitor : m_table.withSwitchId(switchId)) {
+        CSTA_LINK_LOG(3, "the switch has stopped monitor %s of %s", monitor->crossRefId.c_str(),
+                      monitor->device.c_str());
+        monitor->switchId.clear();
+        startAgainLater(*monitor);
+    }
+    m_changed();
+}
+
+void LinkMonitors::event(WireDocument document) {
+    const std::string switchId = EventReader::crossRefIdOf(document);
+    const std::vector<WantedMonitor*> monitors = m_table.withSwitchId(switchId);
+    if (!monitors.empty()) {
+        deliver(document, monitors);
+    } else if (m_table.anyStarting()) {
+        m_early.keep(switchId, std::move(document), EarlyEvents::Clock::now());
+    } else {
+        CSTA_LINK_LOG(6, "an event of a monitor that is not known: %s", switchId.c_str());
+    }
+}
+
+// ---- inner
+
+void LinkMonitors::sendStart(WantedMonitor& monitor, const std::function<void(const Answer&)>& handler) {
+    monitor.starting = true;
+    const CSTAMonitorFilter filter = m_config.sendFilters ? monitor.filter : CSTAMonitorFilter();
+    m_channel.send(m_messages.monitorStart(deviceAtSwitch(monitor.device), filter),
+                   [this, id = monitor.crossRefId, handler](const Answer& answer) {
+                       if (WantedMonitor* started = m_table.find(id)) {
+                           started->starting = false;
+                       }
+                       handler(answer);
+                   });
+}
+
+void LinkMonitors::startAgain(WantedMonitor& monitor) {
+    monitor.retry.reset();
+    sendStart(monitor, [this, id = monitor.crossRefId](const Answer& answer) {
+        WantedMonitor* started = m_table.find(id);
+        const std::string switchId = startedId(answer);
+        if (started == nullptr) {
+            stopQuietly(switchId);
+        } else if (!switchId.empty()) {
+            becomeOn(*started, switchId);
+        } else if (answer.kind != Answer::Kind::eLost) {
+            CSTA_LINK_LOG(started->refused ? 6 : 3, "the switch does not start monitor %s of %s: %s",
+                          id.c_str(), started->device.c_str(), describe(answer));
+            started->refused = true;
+            started->switchId.clear();
+            startAgainLater(*started);
+            m_changed();
+        }
+    });
+}
+
+void LinkMonitors::startAgainLater(WantedMonitor& monitor) {
+    monitor.retry = std::make_unique<asio::steady_timer>(m_io, monitor.pause.next());
+    monitor.retry->async_wait([this, id = monitor.crossRefId](std::error_code error) {
+        WantedMonitor* waiting = m_table.find(id);
+        if (!error && waiting != nullptr && m_channel.isReady() && !waiting->isOn() && !waiting->starting) {
+            startAgain(*waiting);
+        }
+    });
+}
+
+void LinkMonitors::becomeOn(WantedMonitor& monitor, std::string switchId) {
+    monitor.switchId = std::move(switchId);
+    monitor.pause.reset();
+    monitor.refused = false;
+    CSTA_LINK_LOG(5, "monitor %s of %s is on; the switch calls it %s", monitor.crossRefId.c_str(),
+                  monitor.device.c_str(), monitor.switchId.c_str());
+    for (const WireDocument& early : m_early.take(monitor.switchId, EarlyEvents::Clock::now())) {
+        deliver(early, {&monitor});
+    }
+    m_changed();
+}
+
+void LinkMonitors::forget(const std::string& crossRefId) {
+    if (const WantedMonitor* monitor = m_table.find(crossRefId)) {
+        monitor->sink->live = false;
+        m_table.remove(crossRefId);
+        m_changed();
+    }
+}
+
+/// A monitor that nobody waits for any more.
+void LinkMonitors::stopQuietly(const std::string& switchId) {
+    if (!switchId.empty() && m_channel.isReady()) {
+        m_channel.send(m_messages.monitorStop(switchId), [](const Answer& /*answer*/) {});
+    }
+}
+
+void LinkMonitors::deliver(const WireDocument& document, const std::vector<WantedMonitor*>& monitors) {
+    const EventShape* shape = findEventShape(document.name());
+    if (shape == nullptr) {
+        CSTA_LINK_LOG(6, "%s is not read", std::string(document.name()).c_str());
+        return;
+    }
+    // A switch that gives one id to two monitors of a device sends each event once.
+    std::set<const CSTAEventIfc*> served;
+    for (const WantedMonitor* monitor : monitors) {
+        if (isSuppressed(monitor->filter, *shape) || !served.insert(monitor->sink->receiver).second) {
+            continue;
+        }
+        for (std::unique_ptr<CSTAEvent>& event :
+             m_reader.read(document, {monitor->crossRefId, monitor->device})) {
+            CSTA_LINK_LOG(6, "%s for %s: %s", std::string(shape->rootName).c_str(),
+                          monitor->crossRefId.c_str(), event->toString().c_str());
+            m_delivery.deliver(monitor->sink, std::move(event));
+        }
+    }
+}
+
+WantedMonitor* LinkMonitors::monitorOfDevice(const std::string& device) {
+    const std::string wanted = comparableNumber(deviceAtSwitch(device));
+    for (WantedMonitor* monitor : m_table.all()) {
+        if (comparableNumber(deviceAtSwitch(monitor->device)) == wanted) {
+            return monitor;
+        }
+    }
+    return nullptr;
+}
+
+std::string LinkMonitors::deviceAtSwitch(const std::string& device) const {
+    return device == CSTADevice::kLocalDevice ? m_config.ownDevice : device;
+}
+
+}  // namespace host

@@ -1,0 +1,43 @@
+#include "host/csta/MonitorTable.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+
+WantedMonitor& MonitorTable::add(std::string device, const CSTAMonitorFilter& filter,
+                                 std::shared_ptr<EventSink> sink, GrowingPause pause) {
+    std::string id = "M" + std::to_string(++m_last);
+    WantedMonitor monitor{id, std::move(device), filter, std::move(sink), {}, false, false, pause, nullptr};
+    return m_monitors.emplace(std::move(id), std::move(monitor)).first->second;
+}
+
+WantedMonitor* MonitorTable::find(std::string_view crossRefId) {
+    const auto found = m_monitors.find(crossRefId);
+    return found == m_monitors.end() ? nullptr : &found->second;
+}
+
+std::vector<WantedMonitor*> MonitorTable::withSwitchId(std::string_view switchId) {
+    std::vector<WantedMonitor*> monitors;
+    for (auto& [id, monitor] : m_monitors) {
+        if (monitor.isOn() && monitor.switchId == switchId) {
+            monitors.push_back(&monitor);
+        }
+    }
+    return monitors;
+}
+
+std::vector<WantedMonitor*> MonitorTable::all() {
+    std::vector<WantedMonitor*> monitors;
+    for (auto& [id, monitor] : m_monitors) {
+        monitors.push_back(&monitor);
+    }
+    return monitors;
+}
+
+bool MonitorTable::anyStarting() const {
+    return std::any_of(m_monitors.begin(), m_monitors.end(),
+                       [](const auto& entry) { return entry.second.starting; });
+}
+
+}  // namespace host

@@ -1,0 +1,75 @@
+#include "host/csta/PendingRequests.h"
+
+#include <system_error>
+#include <utility>
+
+#include "host/csta-wire/WireDocument.h"
+#include "host/csta-wire/XmlText.h"
+
+namespace host {
+
+namespace {
+
+Answer readAnswer(const WireDocument& document) {
+    if (document.kind() != MessageKind::eError) {
+        return {Answer::Kind::eAnswered, &document, {}, {}};
+    }
+    const pugi::xml_node reason =
+        document.root().find_child([](pugi::xml_node node) { return node.type() == pugi::node_element; });
+    return {Answer::Kind::eRefused, &document, std::string(localName(reason)),
+            std::string(trimmed(reason.text().get()))};
+}
+
+}  // namespace
+
+bool Answer::isOfKind(const char* rootName) const {
+    return kind == Kind::eAnswered && document->name() == rootName;
+}
+
+PendingRequests::PendingRequests(asio::io_context& io, std::chrono::milliseconds limit)
+    : m_io(io), m_limit(limit) {}
+
+std::optional<int> PendingRequests::add(Handler handler) {
+    const std::optional<int> id = m_ids.next([this](int taken) { return m_waiting.contains(taken); });
+    if (!id) {
+        return std::nullopt;
+    }
+    Waiting& waiting = m_waiting[*id];
+    waiting.serial = ++m_lastSerial;
+    waiting.handler = std::move(handler);
+    waiting.timer = std::make_unique<asio::steady_timer>(m_io, m_limit);
+    waiting.timer->async_wait([this, invokeId = *id, serial = waiting.serial](std::error_code error) {
+        const auto found = m_waiting.find(invokeId);
+        if (!error && found != m_waiting.end() && found->second.serial == serial) {
+            finish(invokeId, {Answer::Kind::eTimedOut, nullptr, {}, {}});
+        }
+    });
+    return id;
+}
+
+bool PendingRequests::complete(int invokeId, const WireDocument& document) {
+    if (!m_waiting.contains(invokeId)) {
+        return false;
+    }
+    finish(invokeId, readAnswer(document));
+    return true;
+}
+
+void PendingRequests::failAll() {
+    std::map<int, Waiting> failed = std::exchange(m_waiting, {});
+    m_ids = InvokeIds();
+    for (auto& [id, waiting] : failed) {
+        waiting.timer->cancel();
+        waiting.handler({});
+    }
+}
+
+void PendingRequests::finish(int invokeId, const Answer& answer) {
+    auto node = m_waiting.extract(invokeId);
+    if (!node.empty()) {
+        node.mapped().timer->cancel();
+        node.mapped().handler(answer);
+    }
+}
+
+}  // namespace host

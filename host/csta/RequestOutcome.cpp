@@ -1,0 +1,39 @@
+#include "host/csta/RequestOutcome.h"
+
+#include <string_view>
+
+#include "host/csta-wire/WireDocument.h"
+#include "platform/csta/CSTAResponses.h"
+
+namespace host {
+
+namespace {
+
+/// Null for an answer that the platform has no class for.
+std::unique_ptr<CSTAResponse> responseNamed(std::string_view rootName) {
+    if (rootName == "MonitorStopResponse") {
+        return std::make_unique<CSTAMonitorStopResponse>();
+    }
+    if (rootName == "ChangeMonitorFilterResponse") {
+        return std::make_unique<CSTAChangeMonitorFilterResponse>();
+    }
+    if (rootName == "SystemStatusResponse" || rootName == "SystemRegisterResponse") {
+        return std::make_unique<CSTASystemStatusResponse>();
+    }
+    if (rootName == "EscapeResponse") {
+        return std::make_unique<CSTAEscapeResponse>();
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+RequestOutcome RequestOutcome::withoutRefusal(const Answer& answer) {
+    switch (answer.kind) {
+        case Answer::Kind::eAnswered: return {kOk, responseNamed(answer.document->name())};
+        case Answer::Kind::eTimedOut: return {kTimedOut, nullptr};
+        default: return {kConnectionLost, nullptr};
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,203 @@
+#include "host/csta/SwitchConnection.h"
+
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <asio/connect.hpp>
+#include <asio/write.hpp>
+
+#include "host/csta/LinkLog.h"
+
+namespace host {
+
+namespace {
+
+using asio::ip::tcp;
+
+constexpr std::chrono::seconds kConnectLimit{10};
+
+/// A switch that died without a word is noticed after about a minute of silence.
+void watchForSilence(tcp::socket& socket) {
+    std::error_code ignored;
+    socket.set_option(asio::socket_base::keep_alive(true), ignored);
+    socket.set_option(tcp::no_delay(true), ignored);
+    const int descriptor = socket.native_handle();
+    const auto set = [descriptor](int option, int value) {
+        static_cast<void>(::setsockopt(descriptor, IPPROTO_TCP, option, &value, sizeof value));
+    };
+    set(TCP_KEEPIDLE, 30);
+    set(TCP_KEEPINTVL, 10);
+    set(TCP_KEEPCNT, 3);
+    set(TCP_USER_TIMEOUT, 60000);
+}
+
+}  // namespace
+
+SwitchConnection::SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port,
+                                   GrowingPause pause, Handlers handlers)
+    : m_host(std::move(host)),
+      m_port(port),
+      m_handlers(std::move(handlers)),
+      m_pause(pause),
+      m_resolver(io),
+      m_socket(io),
+      m_timer(io) {}
+
+void SwitchConnection::open() {
+    m_open = true;
+    attempt();
+}
+
+void SwitchConnection::close() {
+    m_open = false;
+    endAttempt();
+}
+
+void SwitchConnection::abandon(const std::string& why) {
+    if (!m_open) {
+        return;
+    }
+    endAttempt();
+    m_timer.expires_after(m_pause.next());
+    m_timer.async_wait([this, generation = m_generation](std::error_code error) {
+        if (!error && generation == m_generation) {
+            attempt();
+        }
+    });
+    m_handlers.lost(why);
+}
+
+bool SwitchConnection::send(int invokeId, const std::string& xml) {
+    std::optional<std::string> bytes = encodeFrame(invokeId, xml);
+    if (!m_connected || !bytes) {
+        return false;
+    }
+    m_queuedBytes += bytes->size();
+    m_queue.push_back(std::move(*bytes));
+    if (m_queue.size() == 1) {
+        write();
+    }
+    return true;
+}
+
+void SwitchConnection::attempt() {
+    limitAttempt();
+    m_resolver.async_resolve(m_host, std::to_string(m_port),
+                             [this, generation = m_generation](std::error_code error,
+                                                               const tcp::resolver::results_type& endpoints) {
+                                 if (generation != m_generation) {
+                                     return;
+                                 }
+                                 if (error) {
+                                     abandon(error.message());
+                                     return;
+                                 }
+                                 connect(endpoints);
+                             });
+}
+
+void SwitchConnection::connect(const tcp::resolver::results_type& endpoints) {
+    asio::async_connect(
+        m_socket, endpoints,
+        [this, generation = m_generation](std::error_code error, const tcp::endpoint& /*endpoint*/) {
+            if (generation != m_generation) {
+                return;
+            }
+            if (error) {
+                abandon(error.message());
+                return;
+            }
+            becomeConnected();
+        });
+}
+
+void SwitchConnection::becomeConnected() {
+    m_timer.cancel();
+    watchForSilence(m_socket);
+    m_connected = true;
+    read();
+    m_handlers.connected();
+}
+
+void SwitchConnection::limitAttempt() {
+    m_timer.expires_after(kConnectLimit);
+    m_timer.async_wait([this, generation = m_generation](std::error_code error) {
+        if (!error && generation == m_generation && !m_connected) {
+            abandon("no answer");
+        }
+    });
+}
+
+void SwitchConnection::read() {
+    m_socket.async_read_some(asio::buffer(m_received), [this, generation = m_generation](
+                                                           std::error_code error, std::size_t received) {
+        if (generation != m_generation) {
+            return;
+        }
+        if (error) {
+            abandon(m_reader.pendingBytes() > 0 ? "closed inside a message" : error.message());
+            return;
+        }
+        takeFrames(received);
+    });
+}
+
+void SwitchConnection::takeFrames(std::size_t received) {
+    const unsigned generation = m_generation;
+    m_reader.feed(std::string_view(m_received.data(), received));
+    while (const std::optional<Frame> frame = m_reader.next()) {
+        m_pause.reset();
+        m_handlers.frame(*frame);
+        if (generation != m_generation) {
+            return;
+        }
+    }
+    for (const std::string& fault : m_reader.takeFaults()) {
+        CSTA_LINK_LOG(3, "from the switch: %s", fault.c_str());
+    }
+    if (m_reader.lost()) {
+        abandon("no message can be told from the others any more");
+        return;
+    }
+    read();
+}
+
+void SwitchConnection::write() {
+    if (m_queuedBytes > kMaxQueuedBytes) {
+        abandon("the switch does not read");
+        return;
+    }
+    asio::async_write(m_socket, asio::buffer(m_queue.front()),
+                      [this, generation = m_generation](std::error_code error, std::size_t written) {
+                          if (generation != m_generation) {
+                              return;
+                          }
+                          if (error) {
+                              abandon(error.message());
+                              return;
+                          }
+                          m_queuedBytes -= written;
+                          m_queue.pop_front();
+                          if (!m_queue.empty()) {
+                              write();
+                          }
+                      });
+}
+
+void SwitchConnection::endAttempt() {
+    ++m_generation;
+    m_connected = false;
+    m_resolver.cancel();
+    m_timer.cancel();
+    std::error_code ignored;
+    m_socket.close(ignored);
+    m_reader = FrameReader();
+    m_queue.clear();
+    m_queuedBytes = 0;
+}
+
+}  // namespace host

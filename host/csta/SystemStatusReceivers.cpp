@@ -1,0 +1,45 @@
+#include "host/csta/SystemStatusReceivers.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/csta/LinkLog.h"
+#include "host/csta/SystemStatusWords.h"
+#include "platform/csta/CSTASystemEvents.h"
+
+namespace host {
+
+SystemStatusReceivers::SystemStatusReceivers(EventDelivery delivery) : m_delivery(std::move(delivery)) {}
+
+void SystemStatusReceivers::add(std::shared_ptr<EventSink> sink) {
+    const bool known =
+        std::any_of(m_sinks.begin(), m_sinks.end(), [&sink](const std::shared_ptr<EventSink>& other) {
+            return other->receiver == sink->receiver && other->source == sink->source;
+        });
+    if (!known) {
+        m_sinks.push_back(std::move(sink));
+    }
+}
+
+void SystemStatusReceivers::release(const Service& source) {
+    const auto gone = std::stable_partition(
+        m_sinks.begin(), m_sinks.end(),
+        [&source](const std::shared_ptr<EventSink>& sink) { return sink->source != &source; });
+    std::for_each(gone, m_sinks.end(), [](const std::shared_ptr<EventSink>& sink) { sink->live = false; });
+    m_sinks.erase(gone, m_sinks.end());
+}
+
+void SystemStatusReceivers::deliver(std::string_view word) {
+    if (word.empty() || (isServing(word) && word == m_lastWord)) {
+        return;
+    }
+    m_lastWord = word;
+    CSTA_LINK_LOG(5, "system status of the switch: %s", m_lastWord.c_str());
+    for (const std::shared_ptr<EventSink>& sink : m_sinks) {
+        auto event = std::make_unique<CSTASystemStatusEvent>();
+        event->setSystemStatus(platformStatus(word));
+        m_delivery.deliver(sink, std::move(event));
+    }
+}
+
+}  // namespace host

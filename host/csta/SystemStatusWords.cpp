@@ -1,0 +1,35 @@
+#include "host/csta/SystemStatusWords.h"
+
+#include "platform/texts/communicationsServiceTexts.h"
+
+namespace host {
+
+std::string platformStatus(std::string_view word) {
+    using namespace communicationsServiceTexts;
+    if (word == "initializing") {
+        return systemState_reset;
+    }
+    if (word == "enabled") {
+        return systemState_enabled;
+    }
+    if (word == "normal") {
+        return systemState_normal;
+    }
+    if (word == "disabled") {
+        return systemState_disabled;
+    }
+    if (word == "partiallyDisabled") {
+        return systemState_partiallyDisabled;
+    }
+    return std::string(word);
+}
+
+bool losesMonitors(std::string_view word) noexcept {
+    return word == "initializing" || word == "disabled";
+}
+
+bool isServing(std::string_view word) noexcept {
+    return word == "enabled" || word == "normal";
+}
+
+}  // namespace host

@@ -1,0 +1,118 @@
+#include "host/framework/Strand.h"
+
+#include <asio/post.hpp>
+#include <asio/strand.hpp>
+#include <condition_variable>
+#include <cstddef>
+#include <exception>
+#include <future>
+#include <mutex>
+#include <utility>
+
+#include "host/framework/WorkerPoolThreads.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+void runGuarded(const Strand::Work& work) noexcept {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a piece of work failed: %s", error.what());
+    } catch (...) {
+        logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a piece of work failed");
+    }
+}
+
+}  // namespace
+
+struct Strand::Core : std::enable_shared_from_this<Core> {
+    explicit Core(WorkerPool& pool) : executor(asio::make_strand(pool.threads().pool.get_executor())) {}
+
+    bool post(Work work) {
+        {
+            const std::lock_guard lock(mutex);
+            if (closed) {
+                return false;
+            }
+            ++pending;
+        }
+        asio::post(executor, [core = shared_from_this(), run = std::move(work)]() mutable {
+            runGuarded(run);
+            run = nullptr;  // what it captured is gone before a drain returns
+            core->finishOne();
+        });
+        return true;
+    }
+
+    void finishOne() {
+        const std::lock_guard lock(mutex);
+        if (--pending == 0) {
+            idle.notify_all();
+        }
+    }
+
+    void drain() {
+        std::unique_lock lock(mutex);
+        idle.wait(lock, [this] { return pending == 0; });
+    }
+
+    asio::strand<asio::thread_pool::executor_type> executor;
+
+    std::mutex mutex;
+    std::condition_variable idle;
+    // Guarded by mutex.
+    std::size_t pending = 0;
+    bool closed = false;
+};
+
+Strand::Strand(WorkerPool& pool) : m_core(std::make_shared<Core>(pool)) {}
+
+Strand::~Strand() {
+    close();
+}
+
+bool Strand::post(Work work) {
+    return m_core->post(std::move(work));
+}
+
+bool Strand::runAndWait(const Work& work) {
+    if (isCurrent()) {
+        work();
+        return true;
+    }
+    // Shared: the waiter may wake, and leave, while the task is still on its way out.
+    const auto task = std::make_shared<std::packaged_task<void()>>(work);
+    std::future<void> done = task->get_future();
+    if (!post([task] { (*task)(); })) {
+        return false;
+    }
+    done.get();
+    return true;
+}
+
+void Strand::drain() {
+    m_core->drain();
+}
+
+void Strand::close() {
+    {
+        const std::lock_guard lock(m_core->mutex);
+        m_core->closed = true;
+    }
+    m_core->drain();
+}
+
+bool Strand::isCurrent() const {
+    return m_core->executor.running_in_this_thread();
+}
+
+std::function<bool(Strand::Work)> Strand::door() const {
+    return [weak = std::weak_ptr<Core>(m_core)](Work work) {
+        const std::shared_ptr<Core> core = weak.lock();
+        return core && core->post(std::move(work));
+    };
+}
+
+}  // namespace host

@@ -1,0 +1,94 @@
+#include "host/line/Line.h"
+
+#include <utility>
+
+#include "include/JournalServiceObserverSubscriptionIfc.h"
+#include "platform/management/MgmtAgentIfc.h"
+
+namespace host {
+
+Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database,
+           WorkerPool& pool, AlarmClock& alarms)
+    : m_strand(pool),
+      m_context(m_strand, alarms),
+      m_digits(settings.featureAccessCodes),
+      m_phonebook(database, m_digits, settings.link.ownDevice),
+      m_dataAccess(database, settings.link.ownDevice, &m_digits),
+      m_management(database, settings.link.ownDevice, settings.managementFirst, settings.managementOverrides,
+                   post()),
+      m_team(settings.loggedSharedDevices),
+      m_link(settings.link, post()),
+      m_observer(settings.link.ownDevice),
+      m_journal(std::move(journal), m_strand, m_context),
+      m_parts{{"ClockServiceIfc", m_clock},
+              {"DigitAnalysisServiceIfc", m_digits},
+              {"DirectoryServiceIfc", m_phonebook},
+              {"DataAccessServiceIfc", m_dataAccess},
+              {"LocalMgmtIfc", m_management},
+              {"MobilityServiceIfc", m_mobility},
+              {"TeamServiceIfc", m_team},
+              {"UCServiceIfc", m_unifiedCommunications},
+              {"PallaxServiceIfc", m_pallax},
+              {"WSIServiceIfc", m_webServices},
+              {"CSTAServiceIfc", m_link}} {}
+
+Line::~Line() {
+    stop();
+}
+
+void Line::setStatusListener(CstaLink::StatusListener listener) {
+    m_link.setStatusListener(std::move(listener));
+}
+
+void Line::start() {
+    m_started = true;
+    m_strand.runAndWait([this] {
+        for (const Part& part : m_parts) {
+            m_context.registerService(part.name, part.executable);
+            part.executable.init(m_context);
+        }
+    });
+    m_journal.start();
+    m_strand.runAndWait([this] { subscribeObserver(); });
+    m_link.start();
+}
+
+void Line::stop() {
+    if (!std::exchange(m_started, false)) {
+        return;
+    }
+    m_link.stop();
+    m_strand.runAndWait([this] { releaseJournal(); });
+    m_journal.stop();
+    m_strand.runAndWait([this] {
+        for (auto part = m_parts.rbegin(); part != m_parts.rend(); ++part) {
+            part->executable.shutdown();
+            m_context.removeService(part->name);
+        }
+    });
+    m_strand.close();
+}
+
+std::function<void(std::function<void()>)> Line::post() const {
+    return [door = m_strand.door()](std::function<void()> work) { door(std::move(work)); };
+}
+
+void Line::subscribeObserver() {
+    if (auto* subscription = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(m_journal.service())) {
+        subscription->subscribeForJournalEvents(&m_observer);
+        m_observer.setSubscribed();
+    }
+}
+
+void Line::releaseJournal() {
+    Service& journal = *m_journal.service();
+    if (auto* subscription = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(&journal)) {
+        subscription->unsubscribeForJournalEvents(&m_observer);
+    }
+    if (auto* agent = dynamic_cast<MgmtAgentIfc*>(&journal)) {
+        m_management.unregisterAgent(*agent);
+    }
+    m_link.releaseService(journal);
+}
+
+}  // namespace host

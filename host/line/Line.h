@@ -1,0 +1,103 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "host/clock/SystemClock.h"
+#include "host/csta/CstaLink.h"
+#include "host/data/SqliteDataAccess.h"
+#include "host/digits/DigitAnalysis.h"
+#include "host/directory/Phonebook.h"
+#include "host/framework/HostedService.h"
+#include "host/framework/LineContext.h"
+#include "host/framework/Strand.h"
+#include "host/line/JournalLogObserver.h"
+#include "host/line/LineSettings.h"
+#include "host/management/LocalManagement.h"
+#include "host/services/Mobility.h"
+#include "host/services/PallaxClient.h"
+#include "host/services/Team.h"
+#include "host/services/UnifiedCommunications.h"
+#include "host/services/WebServices.h"
+#include "platform/framework/Service.h"
+
+namespace host {
+
+class AlarmClock;
+class Database;
+class WorkerPool;
+
+/// One telephone line: its strand, its context, a real part behind every platform interface, and the journal service
+/// that uses them.
+///
+/// The road up (`start`): the parts are registered under their names and initialised; the journal is initialised on the
+/// strand; the log observer subscribes, which loads the lists; the link begins to connect.
+/// The road down (`stop`): the link ends, so nothing more is posted; what was posted is done; the observer and the
+/// journal leave everything they were registered with; the journal and then the parts are shut down, in reverse order.
+/// All of it runs on the strand, so the journal meets no event and no timer afterwards.
+///
+/// Threads: made, started and stopped by one thread, which is none of the pool's.
+class Line {
+public:
+    /// All is borrowed and outlives the line, the library that `journal` comes from included. Throws `DatabaseError` when
+    /// stored settings cannot be read.
+    Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database, WorkerPool& pool,
+         AlarmClock& alarms);
+    /// Stops the line if it still runs.
+    ~Line();
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+
+    /// Called on a thread of the link's after each change; it must not block. Before `start`.
+    void setStatusListener(CstaLink::StatusListener listener);
+
+    /// Told every change of the journal in a sentence. Before `start`.
+    void setChangeListener(JournalLogObserver::Listener listener) {
+        m_observer.setListener(std::move(listener));
+    }
+
+    void start();
+    /// Remote clients have to be gone. Idempotent.
+    void stop();
+
+    /// The journal; null after `stop`.
+    [[nodiscard]] Service* journal() const noexcept { return m_journal.service(); }
+
+private:
+    struct Part {
+        const char* name;
+        Executable& executable;
+    };
+
+    /// Posts to the strand; what comes when that is closed is dropped.
+    [[nodiscard]] std::function<void(std::function<void()>)> post() const;
+    void subscribeObserver();
+    void releaseJournal();
+
+    // In the order in which each needs the ones before it.
+    Strand m_strand;
+    LineContext m_context;
+    SystemClock m_clock;
+    DigitAnalysis m_digits;
+    Phonebook m_phonebook;
+    SqliteDataAccess m_dataAccess;
+    LocalManagement m_management;
+    Mobility m_mobility;
+    Team m_team;
+    UnifiedCommunications m_unifiedCommunications;
+    PallaxClient m_pallax;
+    WebServices m_webServices;
+    CstaLink m_link;
+    JournalLogObserver m_observer;
+    HostedService m_journal;
+
+    // Constant after construction.
+    const std::vector<Part> m_parts;
+
+    // The owner's.
+    bool m_started = false;
+};
+
+}  // namespace host

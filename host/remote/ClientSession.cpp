@@ -1,0 +1,210 @@
+#include "host/remote/ClientSession.h"
+
+#include <asio/buffer.hpp>
+#include <asio/completion_condition.hpp>
+#include <asio/error.hpp>
+#include <asio/post.hpp>
+#include <asio/read.hpp>
+#include <asio/write.hpp>
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "include/JournalServiceObserverIfc.h"
+#include "include/JournalServiceObserverSubscriptionIfc.h"
+#include "platform/framework/InvokerResponse.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kObserverInterface = "JournalServiceObserverIfc";
+
+/// Keeps the answer of one request until the invoker is through with it.
+class SessionResponse final : public InvokerResponse {
+public:
+    explicit SessionResponse(const std::string& requester) : m_requester(requester) {}
+
+    void setPayload(const char* text, int length) override {
+        m_payload.assign(text, static_cast<std::size_t>(length));
+    }
+    void complete() override { m_complete = true; }
+    [[nodiscard]] std::string getRequester() const override { return m_requester; }
+    [[nodiscard]] std::string getRequestedProtocol() const override { return OperaTextAdapter::kName; }
+
+    [[nodiscard]] bool isComplete() const noexcept { return m_complete; }
+    [[nodiscard]] std::string takePayload() noexcept { return std::move(m_payload); }
+
+private:
+    const std::string& m_requester;
+    std::string m_payload;
+    bool m_complete = false;
+};
+
+}  // namespace
+
+ClientSession::ClientSession(Socket socket, std::string name, RemoteBackend& backend, WorkerPool& workers,
+                             std::size_t maxBacklogBytes, std::function<void()> gone)
+    : m_name(std::move(name)),
+      m_backend(backend),
+      m_gone(std::move(gone)),
+      m_reader(socket.get_executor()),
+      m_backlog(maxBacklogBytes),
+      m_socket(std::move(socket)),
+      m_strand(workers) {}
+
+void ClientSession::start() {
+    logAppUni("Remote", __FILE_NAME__, 6, __LINE__, "%s is connected", m_name.c_str());
+    m_strand.post([this] { attach(); });
+    readLength();
+}
+
+void ClientSession::close(const std::string& reason) {
+    if (std::exchange(m_closing, true)) {
+        return;
+    }
+    if (reason.empty()) {
+        logAppUni("Remote", __FILE_NAME__, 6, __LINE__, "%s is gone", m_name.c_str());
+    } else {
+        logAppUni("Remote", __FILE_NAME__, 3, __LINE__, "%s is cut off: %s", m_name.c_str(), reason.c_str());
+    }
+    m_backlog.close();
+    asio::error_code ignored;
+    m_socket.close(ignored);
+    m_strand.post([this] { detach(); });
+}
+
+// The texts of the journal are the same in every protocol that this transport knows: it knows one.
+void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
+
+void ClientSession::send(const std::string& request) {
+    queued(m_backlog.addNotification(RemoteFrame::encode(RemoteFrame::Kind::eNotification, 0, request)));
+}
+
+void ClientSession::readLength() {
+    asio::async_read(m_socket, asio::buffer(m_length),
+                     [self = shared_from_this()](const asio::error_code& error, std::size_t) {
+                         if (error) {
+                             self->close("");
+                             return;
+                         }
+                         const std::optional<std::size_t> length = RemoteFrame::readLength(self->m_length);
+                         if (length) {
+                             self->readBody(*length);
+                         } else {
+                             self->close("it announced a frame of an impossible length");
+                         }
+                     });
+}
+
+// The buffer grows with what arrives, so announcing much and sending little costs the sender nothing but its time.
+void ClientSession::readBody(std::size_t length) {
+    asio::async_read(m_socket, asio::dynamic_buffer(m_body, length), asio::transfer_exactly(length),
+                     [self = shared_from_this()](const asio::error_code& error, std::size_t) {
+                         if (error) {
+                             self->close("");
+                             return;
+                         }
+                         std::optional<RemoteFrame> frame = RemoteFrame::readBody(self->m_body);
+                         self->m_body = std::string();
+                         if (frame && frame->kind == RemoteFrame::Kind::eRequest) {
+                             self->take(std::move(*frame));
+                         } else {
+                             self->close("it sent a frame that is no request");
+                         }
+                     });
+}
+
+void ClientSession::take(RemoteFrame frame) {
+    if (!m_closing) {
+        m_strand.post([this, request = std::move(frame)] { handle(request); });
+    }
+}
+
+void ClientSession::answer(std::uint32_t id, const std::string& text) {
+    if (text.size() > RemoteFrame::kMaxTextBytes) {
+        close("the answer to its request is too long");
+        return;
+    }
+    queued(m_backlog.addAnswer(RemoteFrame::encode(RemoteFrame::Kind::eAnswer, id, text)));
+}
+
+void ClientSession::queued(ClientBacklog::Added added) {
+    switch (added) {
+        case ClientBacklog::Added::eWakeUp:
+            asio::post(m_reader, [weak = weak_from_this()] {
+                if (const auto self = weak.lock()) {
+                    self->writeNext();
+                }
+            });
+            break;
+        case ClientBacklog::Added::eOverflow:
+            asio::post(m_reader, [weak = weak_from_this()] {
+                if (const auto self = weak.lock()) {
+                    self->close("it does not read what it is sent");
+                }
+            });
+            break;
+        case ClientBacklog::Added::eQueued:
+        case ClientBacklog::Added::eClosed: break;
+    }
+}
+
+void ClientSession::writeNext() {
+    std::optional<std::string> frame = m_backlog.take();
+    if (m_closing || !frame) {
+        return;
+    }
+    m_writing = std::move(*frame);
+    asio::async_write(m_socket, asio::buffer(m_writing),
+                      [self = shared_from_this()](const asio::error_code& error, std::size_t) {
+                          if (error) {
+                              self->close("");
+                              return;
+                          }
+                          const char kind = self->m_writing[RemoteFrame::kLengthBytes];
+                          if (kind == static_cast<char>(RemoteFrame::Kind::eAnswer)) {
+                              self->readLength();
+                          }
+                          self->writeNext();
+                      });
+}
+
+void ClientSession::attach() {
+    try {
+        m_proxy = m_backend.makeObserverProxy();
+        m_proxy->initProxy(*this);
+        m_backend.framework.registerProxy(kObserverInterface, m_name, *m_proxy);
+    } catch (const std::exception& error) {
+        logAppUni("Remote", __FILE_NAME__, 2, __LINE__, "%s cannot subscribe: %s", m_name.c_str(),
+                  error.what());
+    }
+}
+
+void ClientSession::handle(const RemoteFrame& request) {
+    SessionResponse response(m_name);
+    m_backend.invoker.handleMessage(&m_backend.target, request.text.data(),
+                                    static_cast<int>(request.text.size()), &response);
+    asio::post(m_reader, [weak = weak_from_this(), id = request.id, complete = response.isComplete(),
+                          text = response.takePayload()] {
+        const auto self = weak.lock();
+        if (self && complete) {
+            self->answer(id, text);
+        } else if (self) {
+            self->close("its request was not answered");
+        }
+    });
+}
+
+void ClientSession::detach() {
+    auto* const subscription = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(&m_backend.target);
+    auto* const observer = dynamic_cast<JournalServiceObserverIfc*>(m_proxy.get());
+    if (subscription != nullptr && observer != nullptr) {
+        while (subscription->unsubscribeForJournalEvents(observer)) {}
+    }
+    m_backend.framework.removeProxy(kObserverInterface, m_name);
+    m_proxy.reset();
+    asio::post(m_reader, m_gone);
+}
+
+}  // namespace host

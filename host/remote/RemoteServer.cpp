@@ -1,0 +1,138 @@
+#include "host/remote/RemoteServer.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/local/stream_protocol.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <chrono>
+#include <map>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "host/framework/WorkerPool.h"
+#include "host/remote/ClientSession.h"
+#include "host/remote/ServerSocket.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+
+class RemoteServer::Engine {
+public:
+    Engine(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
+        : m_backend(std::move(backend)),
+          m_limits(limits),
+          m_acceptor(m_io, asio::local::stream_protocol(), socket.takeListener()),
+          m_retry(m_io) {}
+
+    void start() {
+        asio::post(m_io, [this] { accept(); });
+        m_thread = std::thread([this] { m_io.run(); });
+    }
+
+    void stop() {
+        if (!m_thread.joinable()) {
+            return;
+        }
+        asio::post(m_io, [this] { beginStop(); });
+        m_thread.join();
+    }
+
+private:
+    void accept() {
+        m_acceptor.async_accept([this](const asio::error_code& error, ClientSession::Socket socket) {
+            if (m_stopping) {
+                return;
+            }
+            if (error) {
+                logAppUni("Remote", __FILE_NAME__, 2, __LINE__, "cannot accept a client: %s",
+                          error.message().c_str());
+                acceptLater();
+                return;
+            }
+            admit(std::move(socket));
+            accept();
+        });
+    }
+
+    // What hinders an accept (no descriptor free, say) rarely goes away at once.
+    void acceptLater() {
+        m_retry.expires_after(std::chrono::milliseconds(500));
+        m_retry.async_wait([this](const asio::error_code& error) {
+            if (!error) {
+                accept();
+            }
+        });
+    }
+
+    void admit(ClientSession::Socket socket) {
+        if (m_sessions.size() >= m_limits.maxClients) {
+            logAppUni("Remote", __FILE_NAME__, 3, __LINE__, "a client is turned away: %zu are connected",
+                      m_sessions.size());
+            return;
+        }
+        const std::string name = "client-" + std::to_string(++m_lastClient);
+        const auto session =
+            std::make_shared<ClientSession>(std::move(socket), name, m_backend, m_workers,
+                                            m_limits.maxBacklogBytes, [this, name] { forget(name); });
+        m_sessions.emplace(name, session);
+        session->start();
+    }
+
+    void forget(const std::string& name) {
+        m_sessions.erase(name);
+        endIfEmpty();
+    }
+
+    void beginStop() {
+        m_stopping = true;
+        asio::error_code ignored;
+        m_acceptor.close(ignored);
+        m_retry.cancel();
+        for (const auto& [name, session] : m_sessions) {
+            session->close("");
+        }
+        endIfEmpty();
+    }
+
+    void endIfEmpty() {
+        if (m_stopping && m_sessions.empty()) {
+            m_alive.reset();
+        }
+    }
+
+    // Constant after construction.
+    RemoteBackend m_backend;
+    const RemoteLimits m_limits;
+
+    // The reader thread's, which is the one that runs m_io.
+    asio::io_context m_io{1};
+    asio::executor_work_guard<asio::io_context::executor_type> m_alive{m_io.get_executor()};
+    asio::local::stream_protocol::acceptor m_acceptor;
+    asio::steady_timer m_retry;
+    bool m_stopping = false;
+    unsigned long m_lastClient = 0;
+    WorkerPool m_workers{4};
+    std::map<std::string, std::shared_ptr<ClientSession>> m_sessions;
+
+    // The owner's.
+    std::thread m_thread;
+};
+
+RemoteServer::RemoteServer(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
+    : m_engine(std::make_unique<Engine>(socket, std::move(backend), limits)) {}
+
+RemoteServer::~RemoteServer() {
+    stop();
+}
+
+void RemoteServer::start() {
+    m_engine->start();
+}
+
+void RemoteServer::stop() {
+    m_engine->stop();
+}
+
+}  // namespace host

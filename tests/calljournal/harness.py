@@ -1,0 +1,156 @@
+"""Runs the program for the tests: starts it, waits for what it prints, and ends it.
+
+Every wait is for something that the program does (or for the clock, where a call has to last), and ends after LIMIT seconds. Each test has a data directory of its
+own, and every port is chosen by the system.
+"""
+
+import calendar
+import json
+import os
+import queue
+import re
+import shutil
+import signal
+import sqlite3
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+
+LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
+
+
+class Program:
+    """One process of the program whose two outputs are read all the time."""
+
+    def __init__(self, *arguments):
+        self.process = subprocess.Popen([os.environ["CALLJOURNAL"], *arguments], stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                                        encoding="utf-8", env={**os.environ, "TZ": "UTC"})
+        self.arguments = arguments
+        self.output, self.errors = queue.Queue(), queue.Queue()
+        self.seen = []
+        self.readers = [threading.Thread(target=self._read, args=pair, daemon=True)
+                        for pair in ((self.process.stdout, self.output), (self.process.stderr, self.errors))]
+        for reader in self.readers:
+            reader.start()
+
+    def _read(self, stream, lines):
+        for line in stream:
+            self.seen.append(line.rstrip("\n"))
+            lines.put(line.rstrip("\n"))
+        lines.put(None)
+
+    def _expect(self, lines, pattern):
+        deadline = time.monotonic() + LIMIT
+        while True:
+            try:
+                line = lines.get(timeout=max(0.0, deadline - time.monotonic()))
+            except queue.Empty:
+                line = None
+            if line is None:
+                raise AssertionError("calljournal %s did not print /%s/, but:\n%s" %
+                                     (" ".join(self.arguments), pattern, "\n".join(self.seen[-60:])))
+            found = re.search(pattern, line)
+            if found:
+                return found
+
+    def prints(self, pattern):
+        """The next line of the standard output that the pattern is found in."""
+        return self._expect(self.output, pattern)
+
+    def logs(self, pattern):
+        """The same for the standard error output."""
+        return self._expect(self.errors, pattern)
+
+    def count(self, pattern):
+        """How many lines so far hold the pattern."""
+        return sum(1 for line in self.seen if re.search(pattern, line))
+
+    def kill(self):
+        """As a power cut would."""
+        self.process.kill()
+        self.ends()
+
+    def stop(self, number=signal.SIGTERM):
+        """Asks the program to end; answers its exit status."""
+        if self.process.poll() is None:
+            self.process.send_signal(number)
+        return self.ends()
+
+    def ends(self):
+        """Waits for the program to end by itself; answers its exit status."""
+        status = self.process.wait(LIMIT)
+        for reader in self.readers:
+            reader.join(LIMIT)
+        self.process.stdout.close()
+        self.process.stderr.close()
+        return status
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self):
+        self.data = tempfile.mkdtemp(prefix="cj")
+        self.addCleanup(shutil.rmtree, self.data)
+
+    def start(self, *arguments):
+        program = Program(*arguments)
+        self.addCleanup(self._end, program)
+        return program
+
+    def _end(self, program):
+        """Whatever still runs at the end of a test has to end cleanly; the newest first."""
+        if program.process.returncode is None:
+            self.assertEqual(program.stop(), 0, "\n".join(program.seen[-60:]))
+
+    def serve(self, switch, *arguments):
+        """A server that is ready for clients; `switch` is HOST:PORT."""
+        server = self.start("serve", "--data", self.data, "--switch", switch, *arguments)
+        server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch))
+        return server
+
+    def simulate(self, scenario, *arguments, listen="127.0.0.1:0"):
+        """A simulated switch that plays the scenario; answers it and where it listens."""
+        path = os.path.join(self.data, "calls.txt")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(scenario)
+        simulator = self.start("switch", "--listen", listen, "--scenario", path, *arguments)
+        return simulator, simulator.prints(r"^switch listens on (\S+)$").group(1)
+
+    def watch(self):
+        """A client that prints changes as JSON, and has subscribed: what a subscriber is presented with is read already."""
+        watcher = self.start("watch", "--json", "--data", self.data)
+        watcher.prints('"event":"dialledCallsUpdate"')
+        return watcher
+
+    def run_program(self, *arguments):
+        """Runs the program to its end; answers exit status, output and errors."""
+        done = subprocess.run([os.environ["CALLJOURNAL"], *arguments], stdin=subprocess.DEVNULL, capture_output=True,
+                              text=True, encoding="utf-8", timeout=LIMIT, env={**os.environ, "TZ": "UTC"})
+        return done.returncode, done.stdout, done.stderr
+
+    def list(self, name, *arguments):
+        """A list of the running server."""
+        status, output, errors = self.run_program("list", name, "--json", "--data", self.data, *arguments)
+        self.assertEqual(status, 0, errors)
+        return json.loads(output)
+
+    def change(self, watcher, event, action):
+        """The item of the next such change that the watcher prints."""
+        line = watcher.prints('"event":"%s","data":{"action":%d' % (event, action)).string
+        return json.loads(line)["data"]["item"]
+
+    def await_second_after(self, entry):
+        """Waits for the clock: two calls of one party in one second are one and the same to the journal."""
+        begin = calendar.timegm(time.strptime(entry["time"], "%Y-%m-%dT%H:%M:%SZ"))
+        threading.Event().wait(max(0.0, begin + 1.01 - time.time()))
+
+    def rows(self):
+        """The items of all call lists in the database, (unique id, entry id, number of occurrences) each."""
+        database = sqlite3.connect("file:%s/journal.db?mode=ro" % self.data, uri=True)
+        try:
+            return database.execute("SELECT CAST(id AS TEXT), entry_id, (SELECT COUNT(*) FROM occurrence WHERE item = id)"
+                                    " FROM call_item ORDER BY id").fetchall()
+        finally:
+            database.close()

@@ -1,0 +1,83 @@
+"""A CSTA peer as a stranger would write it: frames of CSTA XML over TCP, and of all requests it answers MonitorStart only."""
+
+import re
+import socket
+from xml.sax.saxutils import escape
+
+NAME_SPACE = "http://www.ecma-international.org/standards/ecma-323/csta/ed4"
+
+
+def frame(invoke_id, xml):
+    body = xml.encode("utf-8")
+    return b"\0\0" + (len(body) + 8).to_bytes(2, "big") + b"%04d" % invoke_id + body
+
+
+def event(name, connection, call, parties, state, cause):
+    """An event about the connection of device 2001 in a call; `parties` are (member, device) in their order."""
+    members = "".join("<%s><deviceIdentifier>%s</deviceIdentifier></%s>" % (member, escape(device), member)
+                      for member, device in parties)
+    return frame(9999, '<?xml version="1.0" encoding="UTF-8"?><%s xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
+                 "<%s><callID>%s</callID><deviceID>2001</deviceID></%s>%s<localConnectionInfo>%s</localConnectionInfo>"
+                 "<cause>%s</cause></%s>" % (name, NAME_SPACE, connection, call, connection, members, state, cause, name))
+
+
+def delivered(call, caller):
+    return event("DeliveredEvent", "connection", call, [("alertingDevice", "2001"), ("callingDevice", caller),
+                                                        ("calledDevice", "2001")], "alerting", "newCall")
+
+
+def established(call, caller):
+    return event("EstablishedEvent", "establishedConnection", call,
+                 [("answeringDevice", "2001"), ("callingDevice", caller), ("calledDevice", "2001")], "connected", "newCall")
+
+
+def cleared(call):
+    return event("ConnectionClearedEvent", "droppedConnection", call, [("releasingDevice", "2001")], "null",
+                 "normalClearing")
+
+
+class StrangerSwitch:
+    def __init__(self, limit):
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.listener.settimeout(limit)
+        self.limit = limit
+        self.address = "127.0.0.1:%d" % self.listener.getsockname()[1]
+        self.peer, self.received = None, b""
+
+    def accept_monitor(self):
+        """Takes the next client, and answers its first MonitorStart for device 2001."""
+        if self.peer:
+            self.peer.close()
+        self.peer, _ = self.listener.accept()
+        self.peer.settimeout(self.limit)
+        self.peer.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+        self.received = b""
+        while True:
+            invoke_id, xml = self._next_frame()
+            if re.search(r"<MonitorStart[ >].*>2001<", xml, re.DOTALL):
+                break
+        self.send(frame(invoke_id, '<MonitorStartResponse xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
+                        "</MonitorStartResponse>" % NAME_SPACE))
+
+    def _next_frame(self):
+        while len(self.received) < 8 or len(self.received) < int.from_bytes(self.received[2:4], "big"):
+            part = self.peer.recv(65536)
+            if not part:
+                raise AssertionError("the client hung up before it asked for a monitor")
+            self.received += part
+        length = int.from_bytes(self.received[2:4], "big")
+        one, self.received = self.received[:length], self.received[length:]
+        return int(one[4:8]), one[8:].decode("utf-8")
+
+    def send(self, data, *sizes):
+        """Writes the bytes in pieces of these sizes, again and again; without sizes all at once."""
+        pieces = 0
+        while data:
+            size = sizes[pieces % len(sizes)] if sizes else len(data)
+            self.peer.sendall(data[:size])
+            data, pieces = data[size:], pieces + 1
+
+    def close(self):
+        if self.peer:
+            self.peer.close()
+        self.listener.close()

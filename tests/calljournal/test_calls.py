@@ -1,0 +1,66 @@
+"""The program's own switch simulator and the journal, each in a process of its own."""
+
+import json
+import os
+
+from harness import ProgramTest
+
+CALLS = """
+call ann from 4711 "Ann Müller" ; ring ann ; giveup ann
+call zoe from +4915550100123 "Zoë Økland" ; ring zoe ; answer zoe ; wait 100ms ; hangup zoe by caller
+dial bob to 4712 "Bob Fischer" ; ring bob ; connect bob ; wait 100ms ; hangup bob
+"""
+
+
+class CallsTest(ProgramTest):
+    def test_calls_travel_the_whole_road(self):
+        # The switch plays its calls when somebody monitors the line.
+        simulator, address = self.simulate(CALLS)
+        self.serve(address)
+        simulator.prints("scenario is over")
+        self.assertEqual(self.list("missed")["items"][0]["number"], "4711")
+        received = self.list("received")["items"]
+        self.assertEqual([(item["surname"], item["number"]) for item in received], [("Zoë Økland", "+4915550100123")])
+        self.assertRegex(received[0]["occurrences"][0]["duration"], r"^00:0\d$")
+        dialled = self.list("dialled")
+        self.assertEqual((dialled["total"], dialled["unviewed"]), (1, 0))
+        self.assertEqual(dialled["items"][0]["number"], "4712")
+        self.assertEqual(len(self.rows()), 3)
+
+    def test_a_watcher_is_told_of_each_change_as_it_comes(self):
+        simulator, address = self.simulate(CALLS, "--loop")
+        self.serve(address)
+        people = self.start("watch", "--data", self.data)
+        people.prints("new missed call")
+        watcher = self.watch()
+        first = self.change(watcher, "missedCallsUpdate", 1)
+        self.assertEqual(self.change(watcher, "receivedCallsUpdate", 1)["surname"], "Zoë Økland")
+        self.assertEqual(self.change(watcher, "dialledCallsUpdate", 1)["number"], "4712")
+        again = self.change(watcher, "missedCallsUpdate", 1)
+        self.assertEqual(again["uniqueId"], first["uniqueId"])
+        self.assertGreater(again["entryId"], first["entryId"])
+        people.prints(r"^\d\d:\d\d:\d\d  missed call from Ann Müller \(4711\)$")
+        people.prints(r"^\d\d:\d\d:\d\d  received call from Zoë Økland \(\+4915550100123\), 00:0\d$")
+        self.assertEqual(people.stop(), 0)
+        self.assertEqual(watcher.stop(), 0)
+
+    def test_a_subscriber_is_presented_with_counts_before_changes(self):
+        simulator, address = self.simulate(CALLS)
+        self.serve(address)
+        simulator.prints("scenario is over")
+        watcher = self.start("watch", "--json", "--data", self.data)
+        count = json.loads(watcher.prints("").string)
+        self.assertEqual(count, {"event": "missedCallsCountUpdate", "data": {"count": 1}})
+        dialled = json.loads(watcher.prints("").string)
+        self.assertEqual(dialled["event"], "dialledCallsUpdate")
+        self.assertEqual((dialled["data"]["action"], dialled["data"]["item"]["number"]), (3, "4712"))
+
+    def test_the_demo_shows_calls_and_ends_with_its_switch(self):
+        demo = self.start("demo", "--data", self.data)
+        switch = int(demo.prints(r"of a simulated switch at \S+ \(process (\d+)\)").group(1))
+        demo.prints("list missed --data " + self.data)
+        demo.prints(r"missed call from Ann Müller \(4711\)")
+        self.assertGreaterEqual(self.list("missed")["total"], 1)
+        self.assertEqual(demo.stop(), 0)
+        with self.assertRaises(ProcessLookupError):
+            os.kill(switch, 0)

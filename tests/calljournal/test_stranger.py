@@ -1,0 +1,84 @@
+"""A switch that is not ours: it follows the wire format, answers MonitorStart and nothing else."""
+
+import threading
+import time
+
+from harness import LIMIT, ProgramTest
+from stranger_switch import StrangerSwitch, cleared, delivered, established
+
+ANN = "N<4711>Ann Müller"
+
+
+class StrangerTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.switch = StrangerSwitch(LIMIT)
+        self.addCleanup(self.switch.close)
+        self.server = self.serve(self.switch.address)
+        self.watcher = self.watch()
+        self.switch.accept_monitor()
+
+    def misses(self, call, caller=ANN):
+        self.switch.send(delivered(call, caller) + cleared(call))
+
+    def test_a_call_split_at_odd_places_is_one_missed_entry(self):
+        self.switch.send(delivered("17", ANN) + cleared("17"), 1, 3, 5, 7, 2, 11, 1, 1, 97)
+        item = self.change(self.watcher, "missedCallsUpdate", 0)
+        self.assertEqual(item["number"], "4711")
+        self.assertEqual((item["firstName"] + " " + item["surname"]).strip(), "Ann Müller")
+        answer = self.list("missed")
+        self.assertEqual(answer["items"], [item])
+        self.assertEqual((answer["total"], answer["unviewed"]), (1, 1))
+        self.assertEqual(len(item["occurrences"]), 1)
+        self.assertEqual(self.list("received")["total"], 0)
+
+    def test_calls_merged_into_one_segment_are_an_entry_each(self):
+        callers = ["N<%d>Caller %d" % (number, number) for number in range(4700, 4720)]
+        self.switch.send(b"".join(delivered(str(index), caller) + cleared(str(index))
+                                  for index, caller in enumerate(callers)))
+        for caller in callers:
+            self.assertIn(self.change(self.watcher, "missedCallsUpdate", 0)["number"], caller)
+        self.assertEqual(self.list("missed")["total"], len(callers))
+        self.assertEqual(len(self.rows()), len(callers))
+
+    def test_an_answered_call_is_one_received_entry_with_its_duration(self):
+        self.switch.send(delivered("17", ANN) + established("17", ANN), 9, 1)
+        # The call has to last: nothing that the program does tells when two seconds are over.
+        begin = time.monotonic()
+        threading.Event().wait(2.2)
+        self.switch.send(cleared("17"), 9, 1)
+        item = self.change(self.watcher, "receivedCallsUpdate", 0)
+        slack = int(time.monotonic() - begin) + 1
+        self.assertIn(item["occurrences"][0]["duration"], ["00:%02d" % seconds for seconds in range(2, slack + 1)])
+        self.assertEqual(item["number"], "4711")
+        self.assertEqual(self.list("received")["items"], [item])
+        self.assertEqual(self.list("missed")["total"], 0)
+
+    def test_the_same_caller_twice_is_one_entry_with_two_calls(self):
+        self.misses("17")
+        first = self.change(self.watcher, "missedCallsUpdate", 0)
+        self.await_second_after(first)
+        self.misses("18")
+        second = self.change(self.watcher, "missedCallsUpdate", 1)
+
+        answer = self.list("missed")
+        self.assertEqual(answer["items"], [second])
+        self.assertEqual(second["uniqueId"], first["uniqueId"])
+        self.assertNotEqual(second["entryId"], first["entryId"])
+        times = [occurrence["time"] for occurrence in second["occurrences"]]
+        self.assertEqual(len(times), 2)
+        self.assertEqual(times, sorted(times, reverse=True))
+        self.assertEqual(second["occurrences"][1], first["occurrences"][0])
+        self.assertEqual(self.rows(), [(second["uniqueId"], second["entryId"], 2)])
+
+    def test_a_name_of_any_characters_comes_through(self):
+        name = "Zoë \"<&>\" 山田 太郎 O'Neill"
+        self.misses("17", "N<4711>" + name)
+        item = self.change(self.watcher, "missedCallsUpdate", 0)
+        self.assertEqual((item["firstName"] + " " + item["surname"]).strip(), name)
+        self.assertEqual(self.list("missed", "--search", "山田")["total"], 1)
+
+    def test_other_devices_on_the_same_monitor_do_not_disturb(self):
+        self.switch.send(delivered("17", ANN).replace(b">2001<", b">2002<"))
+        self.misses("18", "N<4712>Bob")
+        self.assertEqual(self.change(self.watcher, "missedCallsUpdate", 0)["number"], "4712")

@@ -1,0 +1,64 @@
+#include "host/line/JournalLogObserver.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/CapturedLog.h"
+
+namespace host {
+namespace {
+
+using journaltest::CapturedLog;
+using ::testing::ElementsAre;
+
+MissedCallItem missedFromAnn() {
+    MissedCallItem item;
+    item.setFirstname("Ann");
+    item.setSurname("Müller");
+    MissedCallItem::MissedCallInfo info;
+    info.setNumber("4711");
+    item.addCallInfoToList(info);
+    return item;
+}
+
+TEST(JournalLogObserver, WritesOneLineForEachChange) {
+    JournalLogObserver observer("2001");
+    std::vector<std::string> heard;
+    observer.setListener([&heard](const std::string& sentence) { heard.push_back(sentence); });
+    observer.setSubscribed();
+    observer.missedCallsCountUpdate(1);
+    observer.missedCallsUpdate(missedFromAnn(), "", JournalServiceObserverIfc::eItemAdded);
+    observer.dialledCallsUpdate({}, "", JournalServiceObserverIfc::eListCleared);
+    observer.receivedCallsUpdate({}, "7", JournalServiceObserverIfc::eItemDeleted);
+    observer.forwardedCallsUpdate({}, "", JournalServiceObserverIfc::eListChanged);
+    observer.callBacksUpdate({}, "", JournalServiceObserverIfc::eItemDeleted);
+    observer.callBacksCountUpdate(0);
+    EXPECT_THAT(CapturedLog::lines("Journal"),
+                ElementsAre("2001: missed call from Ann Müller (4711)",
+                            "2001: the dialled calls were cleared", "2001: a received call was deleted",
+                            "2001: the forwarded calls changed", "2001: a callback was deleted"));
+    EXPECT_EQ(heard.size(), 5U);
+    EXPECT_EQ(heard.front(), "missed call from Ann Müller (4711)");
+}
+
+TEST(JournalLogObserver, WhatASubscriberIsPresentedWithIsNoChange) {
+    JournalLogObserver observer("2001");
+    observer.missedCallsUpdate(missedFromAnn(), "", JournalServiceObserverIfc::eItemAdded);
+    EXPECT_TRUE(CapturedLog::lines("Journal").empty());
+}
+
+TEST(JournalLogObserver, TellsItsListenerAlsoWhenTheLogIsOff) {
+    JournalLogObserver observer("2001");
+    int heard = 0;
+    observer.setListener([&heard](const std::string&) { ++heard; });
+    observer.setSubscribed();
+    CapturedLog::switchOff();
+    observer.missedCallsUpdate(missedFromAnn(), "", JournalServiceObserverIfc::eItemAdded);
+    EXPECT_EQ(heard, 1);
+}
+
+}  // namespace
+}  // namespace host
