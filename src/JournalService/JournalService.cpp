@@ -23,6 +23,7 @@ JournalService::~JournalService() {
     if (auto* management = m_parts->collaborators.m_localMgmt) {
         management->unregisterAgent(*this);
     }
+    const journal::CallMap::Section section(m_parts->calls.m_callMapLock);
     m_parts->calls.removeAllCalls();
 }
 

@@ -36,10 +36,10 @@ private:
     using Filing = Record (CallCompletion::*)(const Call& call);
 
     struct Rule {
-        Call::directions_t direction;
+        Call::directions_t direction = Call::eDirectionUnknown;
         /// Nothing: any state but `eUnknown`.
-        std::optional<Call::states_t> state;
-        Filing file;
+        std::optional<Call::states_t> state{};
+        Filing file = nullptr;
     };
 
     static const Rule kQorvexRules[];

@@ -32,6 +32,24 @@ CSTADevice orElse(const CSTADevice& device, const CSTADevice& other) {
     return device.number.empty() && device.name.empty() ? other : device;
 }
 
+void logDevices(const CSTAEstablishedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& answering = event.getAnsweringDevice();
+    const CSTADevice& redirecting = event.getLastRedirectionDevice();
+    LOG_EVENTS(5, "%s():calledDevice calledNumber[%s] calledName[%s]", kOperation, called.number.c_str(),
+               called.name.c_str());
+    LOG_EVENTS(5, "%s():callingDevice callingNumber[%s] callingName[%s]", kOperation, calling.number.c_str(),
+               calling.name.c_str());
+    LOG_EVENTS(5, "%s():answeringDevice remoteNumber[%s] remoteName[%s]", kOperation,
+               answering.number.c_str(), answering.name.c_str());
+    LOG_EVENTS(5, "%s():connection state [%d]", kOperation, event.getLocalConnectionInfo());
+    LOG_EVENTS(5, "%s():cause [%d]", kOperation, event.getCause());
+    LOG_EVENTS(5, "%s():lastRedirectionDevice redirectingNumber[%s] redirectingName[%s]", kOperation,
+               redirecting.number.c_str(), redirecting.name.c_str());
+}
+
 }  // namespace
 
 Call* CallControlEventsSip::find(const CSTACallControlEvent& event) const {
@@ -143,27 +161,16 @@ void CallControlEventsSip::diverted(const CSTADivertedEvent& event) {
 void CallControlEventsSip::established(const CSTAEstablishedEvent& event) {
     constexpr const char* kOperation = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
-    const CSTADevice& calling = event.getCallingDevice();
-    const CSTADevice& called = event.getCalledDevice();
-    const CSTADevice& answering = event.getAnsweringDevice();
-    const CSTADevice& redirecting = event.getLastRedirectionDevice();
-    LOG_EVENTS(5, "%s():calledDevice calledNumber[%s] calledName[%s]", kOperation, called.number.c_str(),
-               called.name.c_str());
-    LOG_EVENTS(5, "%s():callingDevice callingNumber[%s] callingName[%s]", kOperation, calling.number.c_str(),
-               calling.name.c_str());
-    LOG_EVENTS(5, "%s():answeringDevice remoteNumber[%s] remoteName[%s]", kOperation,
-               answering.number.c_str(), answering.name.c_str());
-    LOG_EVENTS(5, "%s():connection state [%d]", kOperation, event.getLocalConnectionInfo());
-    LOG_EVENTS(5, "%s():cause [%d]", kOperation, event.getCause());
-    LOG_EVENTS(5, "%s():lastRedirectionDevice redirectingNumber[%s] redirectingName[%s]", kOperation,
-               redirecting.number.c_str(), redirecting.name.c_str());
+    logDevices(event);
     Call* call = find(event);
     const bool isBLFPickupCall = call != nullptr && call->m_treatAsIncoming;
     LOG_EVENTS(5, "%s():pCall[%p]; isBLFPickupCall(%d)", kOperation, static_cast<const void*>(call),
                isBLFPickupCall ? 1 : 0);
 
     // A call that was placed to pick another one up may come back with the picked-up call's parties.
-    auto direction = isBLFPickupCall ? call->m_Direction : directionOf(calling, called, answering, call);
+    auto direction = isBLFPickupCall ? call->m_Direction
+                                     : directionOf(event.getCallingDevice(), event.getCalledDevice(),
+                                                   event.getAnsweringDevice(), call);
     if (direction == Call::eDirectionUnknown) {
         LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
         if (call == nullptr) {

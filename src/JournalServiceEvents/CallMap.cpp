@@ -31,11 +31,10 @@ bool CallMap::removeCall(const std::string& callId) {
 
 void CallMap::removeAllCalls() {
     LOG_EVENTS(5, "%s():", "removeAllCalls");
-    for (const auto& entry : m_callMap) {
-        static_cast<void>(entry);
+    while (!m_callMap.empty()) {
         LOG_EVENTS(5, "%s():Call removed", "removeAllCalls");
+        m_callMap.erase(m_callMap.begin());
     }
-    m_callMap.clear();
 }
 
 }  // namespace journal

@@ -15,31 +15,45 @@
 
 namespace journal {
 
-bool CallTracker::onCallEvent(Call* call, Call::states_t state, Call::directions_t direction,
-                              std::string callId, std::string remoteParty, std::string remotePartyName,
-                              std::string divertedParty, std::string divertedPartyName,
-                              bool treatAsIncoming) {
-    const EventParties parties{std::move(remoteParty), std::move(remotePartyName), std::move(divertedParty),
-                               std::move(divertedPartyName)};
+namespace {
+
+void logEvent(const std::string& callId, Call::states_t state, const EventParties& parties) {
     LOG_EVENTS(5,
                "%s():callid: '%s', state: %d, remoteparty: '%s', remotepartyname: '%s', divertedparty: '%s', "
                "divertedpartyname: '%s'",
                "onCallEvent", callId.c_str(), static_cast<int>(state), parties.remoteParty.c_str(),
                parties.remotePartyName.c_str(), parties.divertedParty.c_str(),
                parties.divertedPartyName.c_str());
+}
+
+void logRecord(const Call& call) {
+    LOG_EVENTS(5,
+               "%s():current pCall %p contents: dialled:'%s', remoteparty: '%s', remotepartyname: '%s', "
+               "divertedparty: '%s', divertedpartyname: '%s'",
+               "onCallEvent", static_cast<const void*>(&call), call.m_sDialledParty.c_str(),
+               call.m_sRemoteParty.c_str(), call.m_sRemotePartyName.c_str(), call.m_sConnectedParty.c_str(),
+               call.m_sConnectedPartyName.c_str());
+}
+
+}  // namespace
+
+// The strings are values: a caller's may belong to the record, which may end here.
+// NOLINTNEXTLINE(readability-function-size): each party is an argument of its own.
+bool CallTracker::onCallEvent(Call* call, Call::states_t state, Call::directions_t direction,
+                              std::string callId,  // NOLINT(performance-unnecessary-value-param)
+                              std::string remoteParty, std::string remotePartyName, std::string divertedParty,
+                              std::string divertedPartyName, bool treatAsIncoming) {
+    const EventParties parties{std::move(remoteParty), std::move(remotePartyName), std::move(divertedParty),
+                               std::move(divertedPartyName)};
+    logEvent(callId, state, parties);
     const bool sip = m_settings.values()->isSip();
-    if (call == nullptr) {
+    if (call != nullptr) {
+        logRecord(*call);
+    } else {
         call = createCall(state, direction, callId, parties, sip);
         if (call == nullptr) {
             return false;
         }
-    } else {
-        LOG_EVENTS(5,
-                   "%s():current pCall %p contents: dialled:'%s', remoteparty: '%s', remotepartyname: '%s', "
-                   "divertedparty: '%s', divertedpartyname: '%s'",
-                   "onCallEvent", static_cast<const void*>(call), call->m_sDialledParty.c_str(),
-                   call->m_sRemoteParty.c_str(), call->m_sRemotePartyName.c_str(),
-                   call->m_sConnectedParty.c_str(), call->m_sConnectedPartyName.c_str());
     }
     if (sip && treatAsIncoming) {
         call->m_treatAsIncoming = true;

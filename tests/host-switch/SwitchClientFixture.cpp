@@ -1,0 +1,94 @@
+#include "tests/host-switch/SwitchClientFixture.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "host/csta-wire/WireDocument.h"
+
+namespace switchtest {
+
+RawClient::RawClient(unsigned short port) : m_socket(::socket(AF_INET, SOCK_STREAM, 0)) {
+    const timeval patience{20, 0};
+    ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
+    address.sin_port = ::htons(port);
+    EXPECT_EQ(::connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+}
+
+RawClient::~RawClient() {
+    ::close(m_socket);
+}
+
+void RawClient::send(int invokeId, std::string_view xml) {
+    sendBytes(host::encodeFrame(invokeId, xml).value());
+}
+
+void RawClient::sendBytes(std::string_view bytes) {
+    EXPECT_EQ(::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
+}
+
+host::Frame RawClient::next() {
+    std::array<char, 4096> received{};
+    while (true) {
+        if (std::optional<host::Frame> frame = m_reader.next()) {
+            return *frame;
+        }
+        const ssize_t size = ::recv(m_socket, received.data(), received.size(), 0);
+        if (size <= 0) {
+            ADD_FAILURE() << "the switch says nothing more";
+            return {};
+        }
+        m_reader.feed(std::string_view(received.data(), static_cast<std::size_t>(size)));
+    }
+}
+
+std::vector<std::string> RawClient::nextNames(std::size_t number) {
+    std::vector<std::string> names;
+    while (names.size() < number) {
+        const host::Frame frame = next();
+        std::string fault;
+        const auto document = host::WireDocument::parse(frame.xml, fault);
+        if (!document) {
+            ADD_FAILURE() << fault;
+            return names;
+        }
+        std::string name(document->name());
+        if (document->kind() == host::MessageKind::eEvent) {
+            EXPECT_EQ(frame.invokeId, host::Frame::kEventInvokeId);
+            name = name.substr(0, name.size() - 5) + " " +
+                   host::childText(document->root(), "localConnectionInfo");
+        }
+        names.push_back(std::move(name));
+    }
+    return names;
+}
+
+std::string RawClient::ask(int invokeId, std::string_view xml) {
+    send(invokeId, xml);
+    const host::Frame answer = next();
+    EXPECT_EQ(answer.invokeId, invokeId);
+    return answer.xml;
+}
+
+std::string RawClient::monitor(const std::string& device, const std::string& filter) {
+    const std::string answer = ask(1, "<MonitorStart><monitorObject><deviceObject>" + device +
+                                          "</deviceObject></monitorObject>" + filter + "</MonitorStart>");
+    std::string fault;
+    const auto document = host::WireDocument::parse(answer, fault);
+    EXPECT_TRUE(document && document->name() == "MonitorStartResponse") << answer;
+    return document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
+}
+
+bool RawClient::isClosed() {
+    char byte = 0;
+    return ::recv(m_socket, &byte, 1, 0) == 0;
+}
+
+}  // namespace switchtest

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/csta-wire/FrameReader.h"
+#include "host/switch/SwitchSimulator.h"
+
+namespace switchtest {
+
+/// A client of the simulated switch that writes its own messages and reads everything; driven by the test.
+class RawClient {
+public:
+    explicit RawClient(unsigned short port);
+    RawClient(const RawClient&) = delete;
+    RawClient& operator=(const RawClient&) = delete;
+    ~RawClient();
+
+    void send(int invokeId, std::string_view xml);
+    void sendBytes(std::string_view bytes);
+    /// The next message; a test failure and an empty frame when none comes.
+    [[nodiscard]] host::Frame next();
+    /// The next messages' names, with the state of the own phone for events: "Delivered alerting".
+    [[nodiscard]] std::vector<std::string> nextNames(std::size_t number);
+    /// Sends the request and answers what comes back, which must carry its id.
+    [[nodiscard]] std::string ask(int invokeId, std::string_view xml);
+    /// Starts a monitor and answers its id.
+    [[nodiscard]] std::string monitor(const std::string& device, const std::string& filter = {});
+    /// True when the switch has closed the connection.
+    [[nodiscard]] bool isClosed();
+
+private:
+    int m_socket = -1;
+    host::FrameReader m_reader;
+};
+
+}  // namespace switchtest

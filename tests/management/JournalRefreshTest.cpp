@@ -1,0 +1,142 @@
+#include <string>
+
+#include "platform/texts/SoftwareTypes.h"
+#include "tests/management/ManagementRig.h"
+#include "tests/support/CapturedLog.h"
+
+namespace journaltest {
+namespace {
+
+class JournalRefresh : public testing::Test {
+protected:
+    /// The database holds an unviewed missed row m1 and a dialled row d1 that no list knows yet.
+    JournalRefresh() {
+        rig.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS,
+                            itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}}));
+        rig.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGDIALLEDCALLS,
+                            itemOf<DialledCallItem>("d1", "21", {{"4711", "t"}}));
+    }
+    void becomesQorvex() {
+        rig.phoneIs(softwareTypes::qorvex);
+        rig.notifier.init(&rig.reader, softwareTypes::qorvex);
+    }
+
+    ManagementRig rig;
+};
+
+TEST_F(JournalRefresh, OfTheListsLoadsThemQuietly) {
+    EXPECT_TRUE(rig.refresh.refreshCallLists());
+    EXPECT_EQ(rig.entryIds(), "m1 d1");
+    EXPECT_EQ(rig.heard(), "");
+    EXPECT_TRUE(CapturedLog::contains("refreshCallLists"));
+}
+
+TEST_F(JournalRefresh, OfTheCallLogTellsOfEverythingButCallBacks) {
+    EXPECT_TRUE(rig.refresh.refreshCallLog());
+    EXPECT_EQ(rig.entryIds(), "m1 d1");
+    EXPECT_EQ(rig.heard(),
+              "missedCount(1); missed(-, -, 3); dialled(-, -, 3); received(-, -, 3); forwarded(-, -, 3)");
+}
+
+TEST_F(JournalRefresh, OfTheCallLogEmptiesItWhenItWasSwitchedOffMeanwhile) {
+    rig.database.setSetting("call-log-enabled", "false");
+    rig.refresh.refreshCallLog();
+    EXPECT_EQ(rig.entryIds(), "");
+    EXPECT_EQ(rig.databaseContents(), Texts{});
+    EXPECT_EQ(rig.observer.callbacks(Callback::Kind::eMissedCallsCountUpdate).back().count, 0);
+}
+
+TEST_F(JournalRefresh, OfEverythingTellsObserversManagementAndTheUcService) {
+    rig.context.addService("UCServiceIfc", &rig.uc);
+    rig.refresh.reloadEverything();
+    EXPECT_EQ(rig.uc.refreshes(), 0) << "it was never looked for";
+    static_cast<void>(rig.gate.handleCSTAEvent());
+    rig.forget();
+    rig.refresh.reloadEverything();
+    EXPECT_EQ(rig.uc.refreshes(), 1);
+    EXPECT_EQ(rig.heard(),
+              "missedCount(1); missed(-, -, 3); dialled(d1, -, 3); received(-, -, 3); forwarded(-, -, 3); callBacks(-, -, 3); callBacksCount(0)");
+    EXPECT_EQ(rig.published(),
+              "call-log-enabled=true; missed-logging=0; delete-missed-when-called=0; call-log-enabled=true; missed-logging=0; delete-missed-when-called=0");
+}
+
+TEST_F(JournalRefresh, OfEverythingPublishesNothingOnOtherPhones) {
+    becomesQorvex();
+    rig.refresh.reloadEverything();
+    EXPECT_EQ(rig.published(), "");
+    EXPECT_EQ(rig.heard().size(), 6U) << "and says nothing of forwarded calls";
+}
+
+TEST_F(JournalRefresh, OfEverythingEmptiesADisabledJournal) {
+    becomesQorvex();
+    rig.setOwn(false, true, false);
+    rig.refresh.reloadEverything();
+    EXPECT_EQ(rig.entryIds(), "");
+}
+
+struct Reset {
+    const char* name;
+    bool enabled, missed, remove;
+    Texts published;
+    Texts stored;
+};
+
+std::ostream& operator<<(std::ostream& out, const Reset& reset) {
+    return out << reset.name;
+}
+
+class ResetUserData : public JournalRefresh, public testing::WithParamInterface<Reset> {};
+
+TEST_P(ResetUserData, BringsWhatDiffersBackAndPublishesIt) {
+    rig.refresh.refreshCallLists();
+    rig.forget();
+    rig.setOwn(GetParam().enabled, GetParam().missed, GetParam().remove);
+    EXPECT_TRUE(rig.resetUserData());
+    EXPECT_EQ(rig.entryIds(), "");
+    EXPECT_EQ(rig.own(), "enabled missed");
+    EXPECT_EQ(rig.published(), GetParam().published);
+    Texts stored = rig.written();
+    stored.erase(stored.begin(), stored.begin() + 4);  // the four tables that are emptied
+    EXPECT_EQ(stored, GetParam().stored);
+    EXPECT_TRUE(CapturedLog::contains("JournalService::resetUserData"));
+}
+
+const Reset kResets[] = {
+    {"NothingDiffers", true, true, false, {}, {}},
+    {"TheCallLogWasOff", false, true, false, {"call-log-enabled=true"}, {"set call-log-enabled=true"}},
+    {"MissedLoggingWasOff", true, false, false, {"missed-logging=0"}, {"set missed-logging=true"}},
+    {"DeletingWasOn",
+     true,
+     true,
+     true,
+     {"delete-missed-when-called=0"},
+     {"set delete-missed-when-called=false"}},
+    {"EverythingDiffers",
+     false,
+     false,
+     true,
+     {"call-log-enabled=true", "missed-logging=0", "delete-missed-when-called=0"},
+     {"set call-log-enabled=true", "set missed-logging=true", "set delete-missed-when-called=false"}},
+};
+INSTANTIATE_TEST_SUITE_P(Table, ResetUserData, testing::ValuesIn(kResets), kRowName);
+
+TEST_F(ResetUserData, OnlyEmptiesTheListsOfOtherPhones) {
+    becomesQorvex();
+    rig.refresh.refreshCallLists();
+    rig.setOwn(false, false, true);
+    EXPECT_TRUE(rig.resetUserData());
+    EXPECT_EQ(rig.entryIds(), "");
+    EXPECT_EQ(rig.own(), "delete");
+    EXPECT_EQ(rig.published(), "");
+}
+
+TEST_F(JournalRefresh, TakesOnlyTrueForAnOutsideCallServer) {
+    for (const char* value : {"true", "false", "true", "1"}) {
+        EXPECT_TRUE(rig.refresh.setJournalServiceCallLogEventsDisabling(value));
+        EXPECT_EQ(rig.settings.values()->m_xsiConfigured, std::string(value) == "true");
+    }
+    EXPECT_EQ(CapturedLog::count("Broadsoft service prevents some events"), 4);
+}
+
+}  // namespace
+}  // namespace journaltest
