@@ -40,6 +40,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
     std::vector<std::string> texts{"calljournal"};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }

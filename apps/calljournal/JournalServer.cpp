@@ -48,6 +48,8 @@ public:
           m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool, m_alarms),
           m_invoker(m_library.createJournalServiceInvoker()),
           m_socket(socket) {
+        // The library asks the program for the phone's hardware: a plain one, without a user interface of its own.
+        HardwareVariant::set(0);
         m_invoker->initInvoker(&m_framework);
     }
 
@@ -85,7 +87,7 @@ std::unique_ptr<ServerSocket> JournalServer::claim(const std::filesystem::path& 
 
 JournalServer::JournalServer(const Configuration& configuration, const std::filesystem::path& dataDirectory,
                              ServerSocket& socket)
-    : m_parts((HardwareVariant::set(0), std::make_unique<Parts>(configuration, dataDirectory, socket))) {}
+    : m_parts(std::make_unique<Parts>(configuration, dataDirectory, socket)) {}
 
 JournalServer::~JournalServer() {
     stop();

@@ -24,6 +24,9 @@ public:
 
     /// `line` is the device that the lines name.
     explicit JournalLogObserver(std::string line) : m_line(std::move(line)) {}
+    virtual ~JournalLogObserver() = default;
+    JournalLogObserver(const JournalLogObserver&) = delete;
+    JournalLogObserver& operator=(const JournalLogObserver&) = delete;
 
     /// Before the subscription.
     void setListener(Listener listener) { m_listener = std::move(listener); }

@@ -1,5 +1,6 @@
 #include "host/line/Line.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "include/JournalServiceObserverSubscriptionIfc.h"
@@ -61,10 +62,10 @@ void Line::stop() {
     m_strand.runAndWait([this] { releaseJournal(); });
     m_journal.stop();
     m_strand.runAndWait([this] {
-        for (auto part = m_parts.rbegin(); part != m_parts.rend(); ++part) {
-            part->executable.shutdown();
-            m_context.removeService(part->name);
-        }
+        std::for_each(m_parts.rbegin(), m_parts.rend(), [this](const Part& part) {
+            part.executable.shutdown();
+            m_context.removeService(part.name);
+        });
     });
     m_strand.close();
 }

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include "host/remote/RemoteError.h"
 #include "host/remote/SocketAddress.h"
@@ -27,7 +26,7 @@ RemoteError taken(const std::filesystem::path& socket) {
 
 }  // namespace
 
-ServerSocket::ServerSocket(std::filesystem::path dataDirectory) : m_path(dataDirectory / kSocketName) {
+ServerSocket::ServerSocket(const std::filesystem::path& dataDirectory) : m_path(dataDirectory / kSocketName) {
     claimDirectory(dataDirectory);
     removeStaleSocket();
     listen(dataDirectory);

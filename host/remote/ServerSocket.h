@@ -16,7 +16,7 @@ namespace host {
 class ServerSocket {
 public:
     /// `dataDirectory` exists. Throws `RemoteError` when a living server has it, or the socket cannot be made.
-    explicit ServerSocket(std::filesystem::path dataDirectory);
+    explicit ServerSocket(const std::filesystem::path& dataDirectory);
     ~ServerSocket();
     ServerSocket(const ServerSocket&) = delete;
     ServerSocket& operator=(const ServerSocket&) = delete;

@@ -15,8 +15,8 @@ class Executable;
 ///  2. `startTimer` arms it for one expiry. A running timer is left as it is.
 ///  3. `restartTimer` arms it for its full time from now, whether or not it is running.
 ///  4. `stopTimer` disarms it; the timer stays and may be started again. `deleteTimer` disarms and forgets it.
-///  5. Once `stopTimer`, `restartTimer` or `deleteTimer` has returned on the line's strand, an expiry that was
-///     due before is not delivered any more.
+///  5. Once `startTimer`, `stopTimer`, `restartTimer` or `deleteTimer` has returned on the line's strand, an expiry
+///     that was due before is not delivered any more.
 ///  6. Every operation with an id that is not known (-1 included) does nothing and answers false.
 class Context {
 public:

@@ -27,6 +27,8 @@ void JournalLists::updateMissedCall(const MissedCallItem& item) {
         return;
     }
     missed->push_front(item);
+    // The id of a row belongs to the item that was written there; the copy of a client may be an old one.
+    missed->front().setUniqueId({});
     LOG_JOURNAL(5, "Entry NOT found entryId = [%s] and item has been added", entryId.c_str());
 }
 

@@ -25,7 +25,12 @@ JournalParts::JournalParts(const Outside& outside)
       loader(settings, adapter, lists),
       subscription(lists, loader, notifier, outside.loadLists),
       forwardedMissed(clock, lists, mirror, notifier),
-      entries({settings, clock, names, lists, mirror, requests, notifier, forwardedMissed}),
+      entries({settings, clock, names, lists, mirror, requests, notifier, forwardedMissed,
+               [this, loadLists = outside.loadLists] {
+                   if (!loader.listsLoaded()) {
+                       loadLists();
+                   }
+               }}),
       completion(calls, settings, entries),
       tracker(calls, settings, clock, completion),
       callControl{calls, tracker, settings, gate},

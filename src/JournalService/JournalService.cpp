@@ -1,5 +1,6 @@
 #include "include/JournalService.h"
 
+#include <exception>
 #include <typeinfo>
 
 #include "include/ObserverNotifier.h"
@@ -7,6 +8,22 @@
 #include "platform/management/LocalMgmtIfc.h"
 #include "src/JournalService/JournalParts.h"
 #include "src/JournalService/Log.h"
+
+namespace {
+
+/// What the strand calls ends here in any case: a platform service that throws costs one event, not the phone.
+template <typename Work>
+void guarded(const char* operation, Work work) noexcept {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        LOG_JOURNAL(2, "%s failed: %s", operation, error.what());
+    } catch (...) {
+        LOG_JOURNAL(2, "%s failed", operation);
+    }
+}
+
+}  // namespace
 
 JournalService::JournalService(ObserverNotifierIfc* notifier) { constructorActions(notifier); }
 
@@ -30,7 +47,7 @@ JournalService::~JournalService() {
 // --- Service ---
 
 void JournalService::init(Context& context) {
-    m_parts->start(context, *this, *this);
+    guarded("init", [this, &context] { m_parts->start(context, *this, *this); });
 }
 
 void JournalService::shutdown() {}
@@ -39,10 +56,11 @@ void JournalService::run() {}
 
 void JournalService::timerEvent(int id) {
     LOG_JOURNAL(5, "timer expired");
-    if (m_parts->blindTransfer.onTimer(id)) {
-        return;
-    }
-    m_parts->visitorCallLog.onTimer(id);
+    guarded("timerEvent", [this, id] {
+        if (!m_parts->blindTransfer.onTimer(id)) {
+            m_parts->visitorCallLog.onTimer(id);
+        }
+    });
 }
 
 // --- JournalServiceIfc: missed calls ---
@@ -195,7 +213,7 @@ void JournalService::deliverEvent(CSTAEvent* event) {
     }
     const char* type = typeid(*event).name();
     LOG_EVENTS(5, "deliverEvent[%s]", *type == '*' ? type + 1 : type);
-    event->dispatch(*this);
+    guarded("deliverEvent", [this, event] { event->dispatch(*this); });
     m_parts->blindTransfer.eventDelivered(event->getType());
 }
 
@@ -251,7 +269,9 @@ bool JournalService::setData(ManageableData& data) { return m_parts->agent.setDa
 
 bool JournalService::getData(ManageableData& data) { return m_parts->agent.getData(data); }
 
-void JournalService::manageableDataChanged(ManageableData& data) { m_parts->agent.manageableDataChanged(data); }
+void JournalService::manageableDataChanged(ManageableData& data) {
+    guarded("manageableDataChanged", [this, &data] { m_parts->agent.manageableDataChanged(data); });
+}
 
 bool JournalService::resetUserData() { return m_parts->refresh.resetUserData(); }
 

@@ -37,7 +37,7 @@ public:
         const std::string answered = updateEntry(ListTable<Item>::kBody(item, requestType), requestType,
                                                  ListTable<Item>::kName);
         if constexpr (!std::is_same_v<Item, CallBackItem>) {
-            if (item.getUniqueId().empty()) {
+            if (!answered.empty() && requestType == CallListDatabaseAdapterHelper::WRITEREQUEST) {
                 item.setUniqueId(answered);
             }
         }

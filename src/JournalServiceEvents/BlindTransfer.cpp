@@ -24,6 +24,9 @@ void BlindTransfer::start(Context& context, Executable& handler) {
     close();
     m_context = &context;
     m_BlindTransferTimerId = context.createTimer(handler, kHoldBackMilliseconds);
+    if (m_BlindTransferTimerId == -1) {
+        LOG_JOURNAL(2, "could not create blind transfer timer");
+    }
 }
 
 void BlindTransfer::close() {

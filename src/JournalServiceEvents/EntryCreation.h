@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "src/JournalServiceEvents/EntryDetails.h"
@@ -37,6 +38,9 @@ public:
         CallLogRequests& requests;
         ObserverNotifierIfc& notifier;
         ForwardedMissedRule& forwardedMissed;
+        /// Loads the lists when nobody has needed them before: a call must find the entry that its party has in the
+        /// database. Empty where the lists are complete as they are.
+        std::function<void()> loadAtFirstNeed{};
     };
 
     explicit EntryCreation(const Parts& parts) : m_parts(parts) {}

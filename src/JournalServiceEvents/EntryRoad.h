@@ -54,12 +54,16 @@ inline void populateRedirecting(Redirecting& info, const EntryDetails& details) 
     info.setRedirectingName(details.redirectingPartyName);
 }
 
-/// An entry id that no item of the list has: two calls that end in one second may carry ids that are no numbers, and
-/// an id must name one entry.
+/// An entry id that no item of the list has, and that the merged item did not have before (`formerId`, empty for a new
+/// one): two calls that end in one second may carry ids that are no numbers, and an id must name one entry.
 template <typename Item>
-[[nodiscard]] std::string freeEntryId(const std::deque<Item>& items, std::string entryId) {
+[[nodiscard]] std::string freeEntryId(const std::deque<Item>& items, const std::string& formerId,
+                                      std::string entryId) {
     constexpr std::size_t kDigits = 8;
-    const auto isTaken = [&items](const std::string& id) {
+    const auto isTaken = [&items, &formerId](const std::string& id) {
+        if (id == formerId) {
+            return true;
+        }
         for (const Item& item : items) {
             if (item.getEntryId() == id) {
                 return true;
@@ -95,6 +99,9 @@ template <typename Policy>
 bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Contact& contact,
                     const typename Policy::Info& info, const std::string& callId) {
     using Item = typename Policy::Item;
+    if (parts.loadAtFirstNeed) {
+        parts.loadAtFirstNeed();
+    }
     Item front;
     std::string mergedUniqueId;
     bool merged = false;
@@ -124,8 +131,11 @@ bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Con
             parts.names.populateDialledCallItemWithPicture(contact, item);
             policy.onNew(item);
         }
-        parts.names.populateItemNames(item, contact);
-        item.setEntryId(freeEntryId(*items, parts.clock.createEntryId(callId)));
+        // A call that brings no name does not take away the one that an earlier call brought.
+        if (!merged || !contact.getSurname().empty() || !contact.getFirstname().empty()) {
+            parts.names.populateItemNames(item, contact);
+        }
+        item.setEntryId(freeEntryId(*items, item.getEntryId(), parts.clock.createEntryId(callId)));
         items->push_front(std::move(item));
         while (Policy::kLimitsItems && items->size() > kMaxItems) {
             dropped.push_back(std::move(items->back()));

@@ -4,6 +4,7 @@
 #include "platform/journal-library/CallListDatabaseAdapter.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/sync/CriticalSection.h"
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/Log.h"
 #include "src/JournalService/PhoneSettings.h"
@@ -15,6 +16,7 @@ bool OwnSettings::updateBoolConfigItem(Member member, const char* key, const std
         LOG_EVENTS(2, "JournalService::updateEnabledState -> invalid input");
         return false;
     }
+    const CriticalSection<Semaphore> section(m_recordLock);
     const std::string response = m_adapter.processRequest(JournalServiceHelper::updateSettings(key, value));
     if (response == CallListDatabaseAdapterHelper::FAILED) {
         return false;
@@ -68,12 +70,18 @@ bool OwnSettings::readItem(const std::string& response, const char* key, Member 
 }
 
 void OwnSettings::readConfigItemsFromDB() {
-    const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
-    const bool read = response != CallListDatabaseAdapterHelper::FAILED;
-    const bool hasEnabled = read && readItem(response, "call-log-enabled", &SettingValues::m_callLogEnabled);
-    const bool hasMissed = read && readItem(response, "missed-logging", &SettingValues::m_missedLogging);
-    const bool hasDelete =
-        read && readItem(response, "delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled);
+    bool hasEnabled = false;
+    bool hasMissed = false;
+    bool hasDelete = false;
+    {
+        const CriticalSection<Semaphore> section(m_recordLock);
+        const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
+        if (response != CallListDatabaseAdapterHelper::FAILED) {
+            hasEnabled = readItem(response, "call-log-enabled", &SettingValues::m_callLogEnabled);
+            hasMissed = readItem(response, "missed-logging", &SettingValues::m_missedLogging);
+            hasDelete = readItem(response, "delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled);
+        }
+    }
     if (!m_settings.values()->isSip()) {
         return;
     }

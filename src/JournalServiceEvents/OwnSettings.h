@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/management/RejectReasons.h"
+#include "platform/sync/Semaphore.h"
 
 class CallListDatabaseAdapter;
 
@@ -14,8 +15,7 @@ class PhoneSettings;
 
 /// The three settings that the journal keeps itself, in the settings record of the database.
 ///
-/// Threads: any; concurrent updates are applied one after the other by whoever holds `m_configLock`, or by the
-/// line's strand.
+/// Threads: any. Reads and updates of the record are taken over one after the other.
 class OwnSettings {
 public:
     /// The parts are borrowed and outlive this one.
@@ -45,6 +45,9 @@ private:
     PhoneSettings& m_settings;
     CallListDatabaseAdapter& m_adapter;
     JournalLists& m_lists;
+
+    /// Held from asking the database until its answer is taken over, so that memory and record agree.
+    Semaphore m_recordLock{1, 1, true};
 };
 
 }  // namespace journal

@@ -92,10 +92,9 @@ class CommandLineTest(ProgramTest):
         server.logs("software-type = Norlith SIP")
 
     def test_a_table_is_for_people(self):
-        simulator, address = self.simulate('call a from 4711 "Ann Müller" ; ring a ; giveup a\n'
+        _, address = self.simulate('call a from 4711 "Ann Müller" ; ring a ; giveup a\n'
                                            'call b from 4712 "Bob" ; ring b ; giveup b\n')
-        self.serve(address)
-        simulator.prints("scenario is over")
+        self.serve(address).logs("missed call from Bob")
         status, output, _ = self.run_program("list", "missed", "--data", self.data)
         self.assertEqual(status, 0)
         title, *lines = output.splitlines()

@@ -64,11 +64,21 @@ public:
         return details;
     }
 
-    bool file(const journal::MissedEntryDetails& details) { return entries.newMissedCallEntry(details); }
-    bool file(const journal::DialledEntryDetails& details) { return entries.newDialledCallEntry(details); }
-    bool file(const journal::ReceivedEntryDetails& details) { return entries.newReceivedCallEntry(details); }
-    bool file(const journal::ForwardedEntryDetails& details) {
-        return entries.newForwardedCallEntry(details);
+    template <typename Details>
+    bool file(const Details& details) {
+        return file(entries, details);
+    }
+    static bool file(journal::EntryCreation& by, const journal::MissedEntryDetails& details) {
+        return by.newMissedCallEntry(details);
+    }
+    static bool file(journal::EntryCreation& by, const journal::DialledEntryDetails& details) {
+        return by.newDialledCallEntry(details);
+    }
+    static bool file(journal::EntryCreation& by, const journal::ReceivedEntryDetails& details) {
+        return by.newReceivedCallEntry(details);
+    }
+    static bool file(journal::EntryCreation& by, const journal::ForwardedEntryDetails& details) {
+        return by.newForwardedCallEntry(details);
     }
 
     /// A call of that list, from or to that party.
@@ -86,7 +96,7 @@ public:
     journal::JournalClock clock;
     journal::PartyNames names{collaborators, settings, clock};
     journal::ForwardedMissedRule rule{clock, lists, mirror, notifier};
-    journal::EntryCreation entries{{settings, clock, names, lists, mirror, requests, notifier, rule}};
+    journal::EntryCreation entries{{settings, clock, names, lists, mirror, requests, notifier, rule, {}}};
 
 private:
     int m_calls = 0;

@@ -98,13 +98,13 @@ TEST_F(MissedCalls, OfOnePartyAreOneItemForEachLine) {
 TEST_F(MissedCalls, MakeAViewedItemUnviewedAgain) {
     rig.misses({"4711"});
     rig.misses({"4712"});
-    rig.lists.setMissedCallListAsViewed({rig.entryIds()[0], rig.entryIds()[1]});
+    rig.lists.setMissedCallListAsViewed({missed()[0].getEntryId(), missed()[1].getEntryId()});
     rig.forget();
     rig.time.advance(1);
     rig.misses({"4711"});
     EXPECT_FALSE(missed()[0].getViewed());
     EXPECT_TRUE(missed()[1].getViewed());
-    EXPECT_EQ(rig.heard().front(), "missedCallsCountUpdate(1)");
+    EXPECT_EQ(rig.heard().rfind("missedCount(1); missed(", 0), 0U) << rig.heard();
 }
 
 TEST_F(MissedCalls, SayInTheLogWhetherTheItemIsNewButNotOnASipPhone) {
@@ -137,8 +137,7 @@ TEST_F(MissedCalls, LoseTheFirstEntryOfAPartyThatIsCalledBack) {
     rig.entries.deleteMissedEntryOf("4711", "whoever");
     EXPECT_EQ(missed().size(), 2U) << "one entry at most";
     EXPECT_EQ(missed().front().getSurname(), "Bob");
-    EXPECT_EQ(rig.heard(),
-              "missedCount(2); missed(-, -, 3)");
+    EXPECT_EQ(rig.heard(), "missedCount(2); missed(-, -, 3)");
     EXPECT_EQ(rig.written(), "delete MissedCalls 3");
     EXPECT_TRUE(
         CapturedLog::contains("findAndDeleteMissedEntryWhenCalled():Found entry for '4711' - remove it from "

@@ -74,7 +74,8 @@ TEST(Concurrency, ClientsAndCallsGoOnAtOnceAndAgreeAtTheEnd) {
     EXPECT_EQ(watcher.callbacks(Callback::Kind::eMissedCallsCountUpdate).back().count, unviewed)
         << "the last count that an observer heard is the right one";
 
-    const auto rows = phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS);
+    const auto rows =
+        phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS);
     std::set<std::string> inMemory;
     std::set<std::string> inDatabase;
     for (const auto& item : missed) {

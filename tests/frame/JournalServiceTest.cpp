@@ -24,9 +24,9 @@ TEST_F(JournalServiceFrame, LooksItsServicesUpInTheirOrderAndGoesOnWithoutThem) 
     JournalServiceQorvexTel journal(nullptr);
     journal.init(bare);
 
-    const std::vector<std::string> expected = {"CSTAServiceIfc",   "DataAccessServiceIfc",    "DirectoryServiceIfc",
-                                               "LocalMgmtIfc",     "ClockServiceIfc",         "DigitAnalysisServiceIfc",
-                                               "MobilityServiceIfc", "TeamServiceIfc"};
+    const std::vector<std::string> expected = {
+        "CSTAServiceIfc",  "DataAccessServiceIfc",    "DirectoryServiceIfc", "LocalMgmtIfc",
+        "ClockServiceIfc", "DigitAnalysisServiceIfc", "MobilityServiceIfc",  "TeamServiceIfc"};
     EXPECT_EQ(bare.lookUps(), expected);
     for (const char* name : {"CSTAServiceIfc", "DataAccessServiceIfc", "DirectoryServiceIfc", "LocalMgmtIfc",
                              "ClockServiceIfc", "DigitAnalysisServiceIfc", "TeamServiceIfc"}) {
@@ -140,7 +140,74 @@ TEST_F(JournalServiceFrame, TheSameCallerAgainChangesTheEntryAndItsRowAndNamesTh
     EXPECT_EQ(observer.callbacks().back().entryId, first.getUniqueId());
     EXPECT_EQ(observer.callbacks().back().action, JournalServiceObserverIfc::eItemUpdated);
     EXPECT_EQ(
+        phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS).size(),
+        1u);
+}
+
+TEST_F(JournalServiceFrame, ACallBeforeTheFirstSubscriptionFindsTheEntryThatItsPartyHasInTheDatabase) {
+    {
+        TestPhone before;
+        before.starts();
+        before.misses("17", party("4711", "Ann Example"));
+        phone.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS, before.missed().front());
+    }
+    phone.starts();
+    phone.clock.advance(60);
+    phone.misses("18", party("4711"));
+
+    ASSERT_EQ(phone.missed().size(), 1u);
+    EXPECT_EQ(phone.missed().front().getMissedCallInfoList().size(), 2u);
+    EXPECT_EQ(phone.missed().front().getSurname(), "Ann Example") << "a call without a name takes none away";
+    EXPECT_EQ(
         phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS).size(), 1u);
+}
+
+TEST_F(JournalServiceFrame, TwoCallsOfOneSecondWithIdsThatAreNoNumbersHaveTwoEntryIds) {
+    phone.starts();
+    phone.misses("FF0001", party("4711"));
+    const std::string first = phone.missed().front().getEntryId();
+    phone.misses("FF0002", party("4712"));
+    const std::string second = phone.missed().front().getEntryId();
+    EXPECT_NE(first, second);
+    EXPECT_EQ(first.size(), 28u);
+    EXPECT_EQ(second.size(), 28u);
+    EXPECT_TRUE(phone.service->deleteMissedCall(second, false));
+    EXPECT_EQ(phone.missed().front().getEntryId(), first);
+}
+
+TEST_F(JournalServiceFrame, AnOldCopyOfAnItemCannotTakeTheRowOfTheLivingOne) {
+    phone.starts();
+    phone.misses("17", party("4711"));
+    const MissedCallItem old = phone.missed().front();
+    phone.clock.advance(60);
+    phone.misses("18", party("4711"));
+
+    phone.service->updateMissedCall(old);
+    phone.service->setMissedCallListAsViewed({old.getEntryId()});
+
+    const auto rows =
+        phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS);
+    ASSERT_EQ(rows.size(), 2u) << "what a client adds has a row of its own";
+    for (const MissedCallItem& row : rows) {
+        EXPECT_EQ(row.getMissedCallInfoList().size(), row.getUniqueId() == old.getUniqueId() ? 2u : 1u);
+    }
+}
+
+// A phonebook that fails as nobody expects it to.
+class ThrowingDirectory final : public Executable, public DirectoryServiceIfc {
+public:
+    bool lookUpContact(Contact& /*contact*/) override { throw std::runtime_error("the phonebook is gone"); }
+};
+
+TEST_F(JournalServiceFrame, APlatformServiceThatThrowsCostsOneEventOnly) {
+    ThrowingDirectory broken;
+    phone.context.addService("DirectoryServiceIfc", &broken);
+    phone.starts();
+    phone.misses("17", party("4711"));
+    EXPECT_TRUE(CapturedLog::contains("deliverEvent failed: the phonebook is gone"));
+    phone.rings("18", party("4712"));
+    RecordingObserver observer;
+    EXPECT_TRUE(phone.service->subscribeForJournalEvents(&observer)) << "no lock was left behind";
 }
 
 TEST_F(JournalServiceFrame, AnAnsweredCallIsReceivedWithItsDuration) {
@@ -177,7 +244,8 @@ TEST_F(JournalServiceFrame, NothingIsJournalledWhileAnotherJournalOwnsTheCallLog
     EXPECT_TRUE(isIgnored());
     phone.management.change("wsi-allow-uc-journal", "false");
     EXPECT_FALSE(isIgnored());
-    EXPECT_TRUE(CapturedLog::contains("isWsiUcJournalAllowed(): current user UC 'Yes' wsi-allow-uc-journal 'allowed'"));
+    EXPECT_TRUE(CapturedLog::contains(
+        "isWsiUcJournalAllowed(): current user UC 'Yes' wsi-allow-uc-journal 'allowed'"));
 }
 
 TEST_F(JournalServiceFrame, AServiceThatAppearsLaterIsFoundAtTheNextCall) {
@@ -244,7 +312,8 @@ TEST_F(JournalServiceFrame, ResettingTheUsersDataOfASipPhoneBringsTheDefaultsBac
                                                    "delete-missed-when-called=0"}));
     EXPECT_EQ(sip.database.settings().at("call-log-enabled"), "true");
     EXPECT_TRUE(sip.service->resetUserData());
-    EXPECT_EQ(sip.management.published().size(), 3u) << "what is at its default already is not published again";
+    EXPECT_EQ(sip.management.published().size(), 3u)
+        << "what is at its default already is not published again";
 }
 
 TEST_F(JournalServiceFrame, ResettingCallsAndContactsSaysThatItIsNotThere) {

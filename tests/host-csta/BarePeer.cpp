@@ -66,11 +66,11 @@ int BarePeer::expect(std::string_view name) {
     return frame.invokeId;
 }
 
-void BarePeer::send(int invokeId, std::string_view xml) {
+void BarePeer::send(int invokeId, std::string_view xml) const {
     sendBytes(host::encodeFrame(invokeId, xml).value());
 }
 
-void BarePeer::sendBytes(std::string_view bytes) {
+void BarePeer::sendBytes(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t sent = ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         ASSERT_GT(sent, 0);

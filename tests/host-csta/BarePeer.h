@@ -26,8 +26,8 @@ public:
     /// The XML of the message that `expect` saw last.
     [[nodiscard]] const std::string& lastXml() const noexcept { return m_lastXml; }
 
-    void send(int invokeId, std::string_view xml);
-    void sendBytes(std::string_view bytes);
+    void send(int invokeId, std::string_view xml) const;
+    void sendBytes(std::string_view bytes) const;
     void hangUp();
 
     /// Takes the first messages of a link with one monitor wish and answers only the MonitorStart.

@@ -18,7 +18,6 @@ using linktest::LinkTest;
 using linktest::Outcome;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 std::string delivered(const std::string& monitor, const std::string& caller) {
     return "<DeliveredEvent><monitorCrossRefID>" + monitor +

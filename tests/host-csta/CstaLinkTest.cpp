@@ -15,7 +15,6 @@
 
 namespace {
 
-using host::PlayOptions;
 using host::Scenario;
 using host::SwitchAnswering;
 using host::SwitchSimulator;
@@ -317,6 +316,15 @@ TEST_F(CstaLinkAtSwitch, TriesAgainWhenTheSessionIsRefused) {
     simulator.setAnswering("StartApplicationSession", SwitchAnswering::eNormally);
     EXPECT_TRUE(startMonitor().succeeded());
     EXPECT_TRUE(awaitStatus(true, true));
+}
+
+TEST_F(CstaLinkAtSwitch, SaysThatItDoesNotCarryARequest) {
+    startMonitored();
+    CSTAEscapeRequest escape;
+    link->request(escape);
+    EXPECT_NE(escape.getResponseCode(), 0);
+    EXPECT_EQ(escape.getResponse(), nullptr);
+    EXPECT_TRUE(CapturedLog::contains("a request of a kind that the link does not carry"));
 }
 
 TEST(CstaLink, CanBeDestroyedAtAnyMoment) {

@@ -47,6 +47,7 @@ const char* codeName(CSTAEventCode code) {
 /// The events as texts, each with its kind: "Delivered {call: 1, ...}".
 std::vector<std::string> texts(const std::vector<std::unique_ptr<CSTAEvent>>& events) {
     std::vector<std::string> all;
+    all.reserve(events.size());
     for (const std::unique_ptr<CSTAEvent>& event : events) {
         all.push_back(std::string(codeName(event->getType())) + " {" + event->toString() + "}");
     }
@@ -196,7 +197,7 @@ TEST(EventReader, ReadsWithheldUnknownAndOddlyWrittenParties) {
     const auto caller = [](const std::string& member) {
         const std::vector<std::string> all =
             Events().texts("DeliveredEvent", device("alertingDevice", kOwn) + member);
-        const std::string text = all.at(0);
+        const std::string& text = all.at(0);
         const std::size_t begin = text.find("calling: ");
         return begin == std::string::npos ? std::string("nobody")
                                           : text.substr(begin + 9, text.find(',', begin) - begin - 9);

@@ -80,10 +80,13 @@ struct Outcome {
 
 /// A link with its strand and a phone that wants its events; each test starts it when its switch stands ready.
 class LinkTest : public testing::Test {
-protected:
+public:
     LinkTest();
+    LinkTest(const LinkTest&) = delete;
+    LinkTest& operator=(const LinkTest&) = delete;
     ~LinkTest() override;
 
+protected:
     /// Quick pauses, so that a test of many attempts is over soon.
     [[nodiscard]] static host::CstaLinkConfig configFor(unsigned short port);
     void startLink(const host::CstaLinkConfig& config);

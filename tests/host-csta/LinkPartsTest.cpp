@@ -27,6 +27,7 @@ WireDocument event(const std::string& name) {
 
 std::vector<std::string> names(const std::vector<WireDocument>& events) {
     std::vector<std::string> all;
+    all.reserve(events.size());
     for (const WireDocument& one : events) {
         all.emplace_back(one.name());
     }
@@ -45,7 +46,7 @@ TEST(InvokeIds, GoFromTheLastToTheFirst) {
 TEST(InvokeIds, PassOverThoseThatWait) {
     InvokeIds ids;
     const std::set<int> waiting = {1, 2, 4};
-    const auto isWaiting = [&waiting](int id) { return waiting.count(id) > 0; };
+    const auto isWaiting = [&waiting](int id) { return waiting.contains(id); };
     EXPECT_EQ(ids.next(isWaiting), 3);
     EXPECT_EQ(ids.next(isWaiting), 5);
     EXPECT_FALSE(ids.next([](int) { return true; }));
@@ -54,6 +55,7 @@ TEST(InvokeIds, PassOverThoseThatWait) {
 TEST(GrowingPause, DoublesUpToTheLongestAndBeginsAnew) {
     GrowingPause pause(milliseconds(1000), milliseconds(5000));
     std::vector<milliseconds> pauses;
+    pauses.reserve(5);
     for (int i = 0; i < 5; ++i) {
         pauses.push_back(pause.next());
     }

@@ -23,7 +23,7 @@ Item ann(const Info& info) {
 }
 
 TEST(ChangeText, TellsAMissedCallFromItsViewing) {
-    MissedCallItem item = ann<MissedCallItem>(MissedCallItem::MissedCallInfo());
+    auto item = ann<MissedCallItem>(MissedCallItem::MissedCallInfo());
     EXPECT_EQ(describeChange(item, Observer::eItemAdded), "missed call from Ann Müller (4711)");
     EXPECT_EQ(describeChange(item, Observer::eItemUpdated), "missed call from Ann Müller (4711)");
     item.setViewed(true);

@@ -26,11 +26,11 @@ RawClient::~RawClient() {
     ::close(m_socket);
 }
 
-void RawClient::send(int invokeId, std::string_view xml) {
+void RawClient::send(int invokeId, std::string_view xml) const {
     sendBytes(host::encodeFrame(invokeId, xml).value());
 }
 
-void RawClient::sendBytes(std::string_view bytes) {
+void RawClient::sendBytes(std::string_view bytes) const {
     EXPECT_EQ(::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
 }
 
@@ -86,7 +86,7 @@ std::string RawClient::monitor(const std::string& device, const std::string& fil
     return document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
 }
 
-bool RawClient::isClosed() {
+bool RawClient::isClosed() const {
     char byte = 0;
     return ::recv(m_socket, &byte, 1, 0) == 0;
 }

@@ -19,8 +19,8 @@ public:
     RawClient& operator=(const RawClient&) = delete;
     ~RawClient();
 
-    void send(int invokeId, std::string_view xml);
-    void sendBytes(std::string_view bytes);
+    void send(int invokeId, std::string_view xml) const;
+    void sendBytes(std::string_view bytes) const;
     /// The next message; a test failure and an empty frame when none comes.
     [[nodiscard]] host::Frame next();
     /// The next messages' names, with the state of the own phone for events: "Delivered alerting".
@@ -30,7 +30,7 @@ public:
     /// Starts a monitor and answers its id.
     [[nodiscard]] std::string monitor(const std::string& device, const std::string& filter = {});
     /// True when the switch has closed the connection.
-    [[nodiscard]] bool isClosed();
+    [[nodiscard]] bool isClosed() const;
 
 private:
     int m_socket = -1;

@@ -58,6 +58,16 @@ TYPED_TEST(ListMirrorOf, LeavesAnItemWithoutUniqueIdWhenTheWriteFails) {
     EXPECT_EQ(this->template rows<TypeParam>(), 1U);
 }
 
+TYPED_TEST(ListMirrorOf, GivesAnItemWhoseRowIsGoneTheUniqueIdOfItsNewRow) {
+    auto item = itemOf<TypeParam>("e1", "77", {{"4711", "2026-11-21T08:00:00Z"}});
+    this->mirror.update(item, Helper::DELETEREQUEST);
+    EXPECT_EQ(item.getUniqueId(), "77");
+    this->mirror.update(item, Helper::WRITEREQUEST);
+    this->mirror.update(item, Helper::WRITEREQUEST);
+    EXPECT_EQ(item.getUniqueId(), "1");
+    EXPECT_EQ(this->template rows<TypeParam>(), 1U);
+}
+
 TYPED_TEST(ListMirrorOf, DeletesARowByUniqueIdAndAllRowsOnlyWhenToldSo) {
     auto first = itemOf<TypeParam>("e1", "", {{"4711", "2026-11-21T08:00:00Z"}});
     auto second = itemOf<TypeParam>("e2", "", {{"4712", "2026-11-21T08:00:00Z"}});

@@ -135,11 +135,12 @@ TEST_F(ListReads, UpdateAnEqualMissedItemByMarkingItUnviewedOnly) {
     EXPECT_TRUE(CapturedLog::contains("Entry found entryId = [m2] but update can be needed!"));
 }
 
-TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFront) {
-    const auto update = itemOf<MissedCallItem>("m3", "13", {{"4713", kOlder}});
-    lists.updateMissedCall(update);
-    EXPECT_TRUE(lists.getFrontMissedCall().sameContent(update));
+TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFrontAsOneThatWasNeverStored) {
+    lists.updateMissedCall(itemOf<MissedCallItem>("m3", "12", {{"4713", kOlder}}));
+    EXPECT_TRUE(lists.getFrontMissedCall().sameContent(itemOf<MissedCallItem>("m3", "", {{"4713", kOlder}})));
     EXPECT_TRUE(CapturedLog::contains("Entry NOT found entryId = [m3] and item has been added"));
+    lists.setMissedCallListAsViewed({"m3"});
+    EXPECT_EQ(rig.listContents(), rig.databaseContents()) << "the row that the copy names is another entry's";
 }
 
 TEST_F(ListReads, UpdateWithoutAnEntryIdIsRefused) {

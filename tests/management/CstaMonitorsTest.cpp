@@ -69,7 +69,7 @@ TEST_F(CstaMonitors, OfTheOwnLineHaveAFilter) {
     EXPECT_EQ(rig.asked(), "start localDeviceID; stop 1");
     EXPECT_TRUE(CapturedLog::contains("stopQorvexEvents():OK"));
     rig.monitors.stopQorvexEvents();
-    EXPECT_EQ(rig.asked().back(), "stop ") << "the cross reference is forgotten";
+    EXPECT_EQ(rig.asked(), "start localDeviceID; stop 1; stop ") << "the cross reference is forgotten";
 }
 
 TEST_F(CstaMonitors, ChangeTheFilterByTheEventMode) {
@@ -209,8 +209,9 @@ TEST_F(CstaMonitors, OfOtherDevicesAnswerTheirCrossReferenceOrError) {
     });
     EXPECT_EQ(rig.monitors.startCSTAMonitor("2005"), "5") << "a refusal is not asked for here";
 
+    rig.forget();
     rig.monitors.stopCSTAMonitor("5");
-    EXPECT_EQ(rig.asked().back(), "stop 5");
+    EXPECT_EQ(rig.asked(), "stop 5");
     rig.exchange.fail(Kind::eMonitorStop);
     rig.monitors.stopCSTAMonitor("6");
     rig.collaborators.m_cstaService = nullptr;
@@ -233,7 +234,7 @@ TEST_F(CstaMonitors, KeepACrossReferenceOfNineteenCharacters) {
     });
     rig.monitors.startQorvexEvents();
     rig.monitors.stopQorvexEvents();
-    EXPECT_EQ(rig.asked().back(), "stop " + longest);
+    EXPECT_EQ(rig.asked(), "start localDeviceID; stop " + longest);
 }
 
 TEST_F(CstaMonitors, AskForTheSystemStatusAndLogTheOutcome) {

@@ -17,21 +17,21 @@ struct Row {
     bool enabled, missed, remove;  // the settings before
     KeysAndValues asked;
     bool answer;
-    Texts own;       // the settings after
-    Texts rejected;  // "key: code text"
-    Texts stored;    // in the settings record
+    const char* own;       // the settings after
+    const char* rejected;  // "key: code text"
+    const char* stored;    // in the settings record
 };
 
 std::ostream& operator<<(std::ostream& out, const Row& row) {
     return out << row.name;
 }
 
-Texts rejectionsOf(const ManageableData& data) {
+std::string rejectionsOf(const ManageableData& data) {
     Texts texts;
     for (const auto& [key, reason] : data.getRejectReasons()) {
         texts.push_back(key + ": " + std::to_string(reason.code) + " " + reason.text);
     }
-    return texts;
+    return joined(texts);
 }
 
 class SetData : public testing::TestWithParam<Row> {
@@ -46,162 +46,60 @@ TEST_P(SetData, TakesAndRefusesKeyByKey) {
     EXPECT_EQ(rig.setData(data), row.answer);
     EXPECT_EQ(rig.own(), row.own);
     EXPECT_EQ(rejectionsOf(data), row.rejected);
-    Texts stored;
-    for (const std::string& text : rig.written()) {
-        if (text.rfind("set ", 0) == 0) {
-            stored.push_back(text.substr(4));
-        }
-    }
-    EXPECT_EQ(stored, row.stored);
+    const std::string written = rig.written();
+    EXPECT_EQ(written.substr(0, written.find("; delete")), row.stored) << "but for the lists that it empties";
 }
 
-const Texts kDefaults{"enabled", "missed"};
+constexpr const char* kEnabled = "call-log-enabled";
+constexpr const char* kLogging = "missed-logging";
+constexpr const char* kDelete = "delete-missed-when-called";
+constexpr const char* kDefaults = "enabled missed";
+constexpr const char* kVolume = "volume: 4 Data invalid (volume) for JournalService";
+
+Row row(const char* name, const KeysAndValues& asked, bool answer, const char* own, const char* rejected = "",
+        const char* stored = "") {
+    return {name, true, true, false, asked, answer, own, rejected, stored};
+}
+
+Row rowFrom(bool enabled, bool missed, bool remove, Row row) {
+    row.enabled = enabled;
+    row.missed = missed;
+    row.remove = remove;
+    return row;
+}
+
 const Row kRows[] = {
-    {"NoKeys", true, true, false, {}, true, kDefaults, {}, {}},
-    {"SwitchesTheCallLogOff",
-     true,
-     true,
-     false,
-     {{"call-log-enabled", "false"}},
-     true,
-     {"missed"},
-     {},
-     {"call-log-enabled=false"}},
-    {"TakesZeroAndOneForTheCallLogToo",
-     false,
-     true,
-     false,
-     {{"call-log-enabled", "1"}},
-     true,
-     kDefaults,
-     {},
-     {"call-log-enabled=1"}},
-    {"RefusesTheSameCallLogValue",
-     true,
-     true,
-     false,
-     {{"call-log-enabled", "true"}},
-     false,
-     kDefaults,
-     {"call-log-enabled: 10 call-log-enabled value is not changed"},
-     {"call-log-enabled=true"}},
-    {"RefusesNoBooleanForTheCallLog",
-     true,
-     true,
-     false,
-     {{"call-log-enabled", "on"}},
-     false,
-     kDefaults,
-     {},
-     {}},
-    {"MissedLoggingIsInverted",
-     true,
-     false,
-     false,
-     {{"missed-logging", "0"}},
-     true,
-     kDefaults,
-     {},
-     {"missed-logging=true"}},
-    {"MissedLoggingOneMeansOff",
-     true,
-     true,
-     false,
-     {{"missed-logging", "1"}},
-     true,
-     {"enabled"},
-     {},
-     {"missed-logging=false"}},
-    {"MissedLoggingTrueMeansOffToo",
-     true,
-     true,
-     false,
-     {{"missed-logging", "true"}},
-     true,
-     {"enabled"},
-     {},
-     {"missed-logging=false"}},
-    {"RefusesTheSameMissedLogging",
-     true,
-     true,
-     false,
-     {{"missed-logging", "0"}},
-     false,
-     kDefaults,
-     {"missed-logging: 10 missed-logging value is not changed"},
-     {"missed-logging=true"}},
-    {"RefusesNoBooleanForMissedLogging",
-     true,
-     true,
-     false,
-     {{"missed-logging", "2"}},
-     false,
-     kDefaults,
-     {"missed-logging: 4 Data invalid for missed-logging"},
-     {}},
-    {"DeleteWhenCalledIsNotInverted",
-     true,
-     true,
-     false,
-     {{"delete-missed-when-called", "1"}},
-     true,
-     {"enabled", "missed", "delete"},
-     {},
-     {"delete-missed-when-called=true"}},
-    {"DeleteWhenCalledTrueMeansOff",
-     true,
-     true,
-     true,
-     {{"delete-missed-when-called", "true"}},
-     true,
-     kDefaults,
-     {},
-     {"delete-missed-when-called=false"}},
-    {"RefusesNoBooleanForDeleteWhenCalled",
-     true,
-     true,
-     false,
-     {{"delete-missed-when-called", ""}},
-     false,
-     kDefaults,
-     {"delete-missed-when-called: 4 Data invalid for delete-missed-when-called"},
-     {}},
-    {"RefusesAKeyThatIsNotTheJournals",
-     true,
-     true,
-     false,
-     {{"volume", "3"}},
-     false,
-     kDefaults,
-     {"volume: 4 Data invalid (volume) for JournalService"},
-     {}},
-    {"AnswersForTheLastKeyOnly",
-     true,
-     true,
-     false,
-     {{"volume", "3"}, {"missed-logging", "1"}},
-     true,
-     {"enabled"},
-     {"volume: 4 Data invalid (volume) for JournalService"},
-     {"missed-logging=false"}},
-    {"FailsByTheLastKeyAlone",
-     true,
-     true,
-     false,
-     {{"missed-logging", "1"}, {"volume", "3"}},
-     false,
-     {"enabled"},
-     {"volume: 4 Data invalid (volume) for JournalService"},
-     {"missed-logging=false"}},
-    {"ClearingLeavesTheAnswerAlone",
-     true,
-     true,
-     false,
-     {{"volume", "3"}, {"clear-calllog", "true"}},
-     false,
-     kDefaults,
-     {"volume: 4 Data invalid (volume) for JournalService"},
-     {}},
+    row("NoKeys", {}, true, kDefaults),
+    row("SwitchesTheCallLogOff", {{kEnabled, "false"}}, true, "missed", "", "set call-log-enabled=false"),
+    rowFrom(false, true, false,
+            row("TakesOneForTrue", {{kEnabled, "1"}}, true, kDefaults, "", "set call-log-enabled=1")),
+    row("RefusesTheSameCallLogValue", {{kEnabled, "true"}}, false, kDefaults,
+        "call-log-enabled: 10 call-log-enabled value is not changed", "set call-log-enabled=true"),
+    row("RefusesNoBooleanForTheCallLog", {{kEnabled, "on"}}, false, kDefaults),
+    rowFrom(
+        true, false, false,
+        row("MissedLoggingIsInverted", {{kLogging, "0"}}, true, kDefaults, "", "set missed-logging=true")),
+    row("MissedLoggingOneMeansOff", {{kLogging, "1"}}, true, "enabled", "", "set missed-logging=false"),
+    row("MissedLoggingTrueMeansOffToo", {{kLogging, "true"}}, true, "enabled", "",
+        "set missed-logging=false"),
+    row("RefusesTheSameMissedLogging", {{kLogging, "0"}}, false, kDefaults,
+        "missed-logging: 10 missed-logging value is not changed", "set missed-logging=true"),
+    row("RefusesNoBooleanForMissedLogging", {{kLogging, "2"}}, false, kDefaults,
+        "missed-logging: 4 Data invalid for missed-logging"),
+    row("DeletingIsNotInverted", {{kDelete, "1"}}, true, "enabled missed delete", "",
+        "set delete-missed-when-called=true"),
+    rowFrom(true, true, true,
+            row("DeletingTrueMeansOff", {{kDelete, "true"}}, true, kDefaults, "",
+                "set delete-missed-when-called=false")),
+    row("RefusesNoBooleanForDeleting", {{kDelete, ""}}, false, kDefaults,
+        "delete-missed-when-called: 4 Data invalid for delete-missed-when-called"),
+    row("RefusesAKeyThatIsNotTheJournals", {{"volume", "3"}}, false, kDefaults, kVolume),
+    row("AnswersForTheLastKeyOnly", {{"volume", "3"}, {kLogging, "1"}}, true, "enabled", kVolume,
+        "set missed-logging=false"),
+    row("FailsByTheLastKeyAlone", {{kLogging, "1"}, {"volume", "3"}}, false, "enabled", kVolume,
+        "set missed-logging=false"),
+    row("ClearingLeavesTheAnswerAlone", {{"volume", "3"}, {"clear-calllog", "no"}}, false, kDefaults,
+        kVolume),
 };
 INSTANTIATE_TEST_SUITE_P(Table, SetData, testing::ValuesIn(kRows), kRowName);
 
@@ -230,7 +128,7 @@ protected:
                       {callBackOf("c1", "4711", "t")});
         rig.context.addService("UCServiceIfc", &rig.uc);
     }
-    [[nodiscard]] Texts leftAfter(const std::string& key, const std::string& value) {
+    [[nodiscard]] std::string leftAfter(const std::string& key, const std::string& value) {
         auto data = ManagementRig::record({{key, value}});
         EXPECT_TRUE(rig.setData(data));
         return rig.entryIds();
@@ -238,20 +136,20 @@ protected:
 };
 
 TEST_F(ClearingTheCallLog, DeletesAllCalls) {
-    EXPECT_EQ(leftAfter("clear-calllog", "1"), (Texts{"m1", "c1"})) << "no other value does";
-    EXPECT_EQ(leftAfter("clear-calllog", "true"), Texts{"c1"});
+    EXPECT_EQ(leftAfter("clear-calllog", "1"), "m1 c1") << "no other value does";
+    EXPECT_EQ(leftAfter("clear-calllog", "true"), "c1");
 }
 
 TEST_F(ClearingTheCallLog, HappensAlsoWhenTheCallLogIsSwitchedOff) {
-    EXPECT_EQ(leftAfter("call-log-enabled", "false"), Texts{"c1"});
+    EXPECT_EQ(leftAfter("call-log-enabled", "false"), "c1");
 }
 
 TEST_F(ClearingTheCallLog, IsIgnoredWhileAnotherJournalOwnsTheCallLog) {
     rig.uc.setRunning(true);
-    EXPECT_EQ(leftAfter("clear-calllog", "true"), (Texts{"m1", "c1"}));
+    EXPECT_EQ(leftAfter("clear-calllog", "true"), "m1 c1");
     rig.uc.setRunning(false);
     rig.settings.change([](journal::SettingValues& values) { values.m_ringCentralSyncCallLog = true; });
-    EXPECT_EQ(leftAfter("clear-calllog", "true"), (Texts{"m1", "c1"}));
+    EXPECT_EQ(leftAfter("clear-calllog", "true"), "m1 c1");
     EXPECT_EQ(CapturedLog::count("setData() ignore clear-calllog in UC/RingCentral mode"), 2);
 }
 
@@ -260,7 +158,7 @@ struct Asked {
     bool enabled, missed, remove;
     Texts keys;
     bool answer;
-    Texts given;  // "key=value" of the keys that have one
+    const char* given;  // "key=value" of the keys that have one
 };
 
 std::ostream& operator<<(std::ostream& out, const Asked& asked) {
@@ -283,34 +181,24 @@ TEST_P(GetData, AnswersUntilAKeyIsNotTheJournals) {
             given.push_back(key + "=" + node->getValue());
         }
     }
-    EXPECT_EQ(given, GetParam().given);
+    EXPECT_EQ(joined(given), GetParam().given);
 }
 
 const Texts kAllKeys{"call-log-enabled", "missed-logging", "delete-missed-when-called", "clear-calllog"};
 const Asked kAsked[] = {
-    {"EverythingOn",
-     true,
-     true,
-     true,
-     kAllKeys,
-     true,
-     {"call-log-enabled=true", "missed-logging=0", "delete-missed-when-called=1", "clear-calllog=false"}},
-    {"EverythingOff",
-     false,
-     false,
-     false,
-     kAllKeys,
-     true,
-     {"call-log-enabled=false", "missed-logging=1", "delete-missed-when-called=0", "clear-calllog=false"}},
-    {"Nothing", true, true, false, {}, true, {}},
-    {"UnknownFirst", true, true, false, {"volume", "call-log-enabled"}, false, {}},
+    {"EverythingOn", true, true, true, kAllKeys, true,
+     "call-log-enabled=true; missed-logging=0; delete-missed-when-called=1; clear-calllog=false"},
+    {"EverythingOff", false, false, false, kAllKeys, true,
+     "call-log-enabled=false; missed-logging=1; delete-missed-when-called=0; clear-calllog=false"},
+    {"Nothing", true, true, false, {}, true, ""},
+    {"UnknownFirst", true, true, false, {"volume", kEnabled}, false, ""},
     {"UnknownInTheMiddle",
      true,
      true,
      false,
-     {"missed-logging", "volume", "clear-calllog"},
+     {kLogging, "volume", "clear-calllog"},
      false,
-     {"missed-logging=0"}},
+     "missed-logging=0"},
 };
 INSTANTIATE_TEST_SUITE_P(Table, GetData, testing::ValuesIn(kAsked), kRowName);
 

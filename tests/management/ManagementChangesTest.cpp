@@ -116,7 +116,7 @@ TEST_F(ManagementChanges, OfTheUserReloadEverythingForSomeValuesOnly) {
 class CallLogState : public ManagementChanges {
 protected:
     /// The lines of the component that say what is done, without those that repeat requests and answers.
-    [[nodiscard]] static Texts decisions() {
+    [[nodiscard]] static std::string decisions() {
         Texts texts;
         for (const std::string& line : CapturedLog::lines("Journal Service Events")) {
             for (const char* known :
@@ -129,7 +129,7 @@ protected:
                 }
             }
         }
-        return texts;
+        return joined(texts);
     }
 };
 
@@ -149,7 +149,10 @@ TEST_F(CallLogState, StopsAndStartsTheMonitorsOfAQorvexPhone) {
     EXPECT_FALSE(rig.heard().empty()) << "the call log is refreshed";
     rig.management.change("disable-access-calllog", "0");
     rig.management.change("disable-access-calllog", "3");
-    EXPECT_EQ(decisions(), "stopQorvexEvents; stopMonitoringBluetoothEvents; Events already stopped; Bluetooth events already stopped; startQorvexEvents; startMonitoringBluetoothEvents; manageableDataChanged() : Call log data state - events already started; Invalid Call log data state");
+    EXPECT_EQ(decisions(),
+              "stopQorvexEvents; stopMonitoringBluetoothEvents; Events already stopped; Bluetooth events "
+              "already stopped; startQorvexEvents; startMonitoringBluetoothEvents; manageableDataChanged() : "
+              "Call log data state - events already started; Invalid Call log data state");
     EXPECT_EQ(CapturedLog::count("Call log data state changed. State = "), 5);
 }
 
@@ -158,7 +161,9 @@ TEST_F(CallLogState, LeavesTheLineOfASipPhoneAlone) {
     rig.management.change("disable-access-calllog", "0");
     rig.management.change("disable-access-calllog", "1");
     EXPECT_EQ(rig.asked(), "");
-    EXPECT_EQ(decisions(), "manageableDataChanged() : Call log data state - events already started; Events already stopped; Bluetooth events already stopped");
+    EXPECT_EQ(decisions(),
+              "manageableDataChanged() : Call log data state - events already started; Events already "
+              "stopped; Bluetooth events already stopped");
     EXPECT_FALSE(rig.heard().empty());
 }
 

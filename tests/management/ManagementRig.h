@@ -42,11 +42,11 @@ public:
         }
         return data;
     }
-    /// "key=value" of everything that was published, and of everything that was written, oldest first.
-    [[nodiscard]] Texts published() const { return textsOf(management.published()); }
-    [[nodiscard]] Texts writtenValues() const { return textsOf(management.written()); }
-    /// What the switch was asked: "start localDeviceID", "stop 1", "change localDeviceID", "status", in order.
-    [[nodiscard]] Texts asked() const {
+    /// "key=value; key=value" of everything that was published, and of everything that was written, oldest first.
+    [[nodiscard]] std::string published() const { return textOf(management.published()); }
+    [[nodiscard]] std::string writtenValues() const { return textOf(management.written()); }
+    /// What the switch was asked: "start localDeviceID; stop 1; change localDeviceID; status".
+    [[nodiscard]] std::string asked() const {
         using Kind = FakeCstaService::Kind;
         Texts texts;
         for (const FakeCstaService::Noted& noted : exchange.requests()) {
@@ -58,7 +58,7 @@ public:
                 default: break;
             }
         }
-        return texts;
+        return joined(texts);
     }
     void setOwn(bool callLogEnabled, bool missedLogging, bool deleteMissedWhenCalled) {
         settings.change([=](journal::SettingValues& values) {
@@ -67,8 +67,8 @@ public:
             values.m_deleteMissedWhenCalled = deleteMissedWhenCalled;
         });
     }
-    /// The three own settings: "enabled", "missed", "delete" for each that is on.
-    [[nodiscard]] Texts own() const {
+    /// The own settings that are on: "enabled missed delete".
+    [[nodiscard]] std::string own() const {
         const auto now = settings.values();
         Texts on;
         if (now->m_callLogEnabled) {
@@ -80,7 +80,7 @@ public:
         if (now->m_deleteMissedWhenCalled) {
             on.emplace_back("delete");
         }
-        return on;
+        return joined(on, " ");
     }
 
     // What the service itself does with what it is told.
@@ -106,14 +106,14 @@ public:
                                     mirror.m_visitorCallLogSavePending}};
 
 private:
-    static Texts textsOf(const std::vector<ManageableData>& records) {
+    static std::string textOf(const std::vector<ManageableData>& records) {
         Texts texts;
         for (const ManageableData& data : records) {
             for (const std::string& key : data.getRootIds()) {
                 texts.push_back(key + "=" + data.interogate(key)->getValue());
             }
         }
-        return texts;
+        return joined(texts);
     }
 };
 

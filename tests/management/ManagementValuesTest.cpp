@@ -136,7 +136,8 @@ TEST_F(ManagementValues, ArePublishedInTheManagementsForms) {
         rig.managementValues.publishDeleteMissedWhenCalledState();
     }
     EXPECT_EQ(rig.published(),
-              "call-log-enabled=true; missed-logging=0; delete-missed-when-called=1; call-log-enabled=false; missed-logging=1; delete-missed-when-called=0");
+              "call-log-enabled=true; missed-logging=0; delete-missed-when-called=1; call-log-enabled=false; "
+              "missed-logging=1; delete-missed-when-called=0");
 }
 
 }  // namespace

@@ -35,7 +35,8 @@ TEST_F(OwnSettings, ThatCannotBeReadGetTheirDefaultsOnASipPhone) {
     rig.database.setFailing(true);
     rig.ownSettings.readConfigItemsFromDB();
     EXPECT_EQ(rig.own(), "enabled missed");
-    EXPECT_EQ(rig.written(), "set call-log-enabled=true; set missed-logging=true; set delete-missed-when-called=false");
+    EXPECT_EQ(rig.written(),
+              "set call-log-enabled=true; set missed-logging=true; set delete-missed-when-called=false");
 }
 
 TEST_F(OwnSettings, ThatAreMissingStayOnEveryOtherPhone) {

@@ -26,7 +26,7 @@ public:
 
     [[nodiscard]] bool isFeatureAccessCode(const std::string& digits) override {
         const std::lock_guard lock(m_mutex);
-        return m_codes.count(digits) > 0;
+        return m_codes.contains(digits);
     }
     void normalise(std::string& number) override {
         const std::lock_guard lock(m_mutex);
