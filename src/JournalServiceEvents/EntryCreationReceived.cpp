@@ -54,12 +54,7 @@ struct ReceivedPolicy {
 bool EntryCreation::newReceivedCallEntry(const ReceivedEntryDetails& details) {
     const Contact contact =
         m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
-    LOG_EVENTS(5,
-               "%s():{%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, sRedirectingNumber: "
-               "%s, sRedirectingName: %s",
-               kOperation, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
-               contact.getSurname().c_str(), contact.getFirstname().c_str(), details.redirectingParty.c_str(),
-               details.redirectingPartyName.c_str());
+    logParty(kOperation, details, contact);
     ReceivedCallItem::ReceivedCallInfo info;
     populateCallInfo(info, details, m_parts.clock);
     populateRedirecting(info, details);

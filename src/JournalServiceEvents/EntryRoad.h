@@ -17,6 +17,7 @@
 #include "src/JournalService/JournalClock.h"
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/ListMirror.h"
+#include "src/JournalService/Log.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/EntryCreation.h"
 #include "src/JournalServiceEvents/EntryDetails.h"
@@ -52,6 +53,16 @@ inline void populateCallInfo(CallInfo& info, const EntryDetails& details, const 
 inline void populateRedirecting(Redirecting& info, const EntryDetails& details) {
     info.setRedirectingNumber(details.redirectingParty);
     info.setRedirectingName(details.redirectingPartyName);
+}
+
+/// The inputs of a received or a forwarded entry, for the log.
+inline void logParty(const char* operation, const EntryDetails& details, const Contact& contact) {
+    LOG_EVENTS(5,
+               "%s():{%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, sRedirectingNumber: "
+               "%s, sRedirectingName: %s",
+               operation, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
+               contact.getSurname().c_str(), contact.getFirstname().c_str(), details.redirectingParty.c_str(),
+               details.redirectingPartyName.c_str());
 }
 
 /// An entry id that no item of the list has, and that the merged item did not have before (`formerId`, empty for a new

@@ -1,6 +1,8 @@
 #include <ostream>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "src/JournalServiceEvents/ContactMatching.h"
 #include "tests/journal-lists/JournalRig.h"
 

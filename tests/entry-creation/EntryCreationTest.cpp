@@ -5,6 +5,9 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "journal-items/Occurrences.h"
 #include "src/JournalService/ListTable.h"

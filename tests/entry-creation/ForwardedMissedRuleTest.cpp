@@ -4,6 +4,8 @@
 #include <ostream>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tests/entry-creation/EntryRig.h"
 #include "tests/support/CapturedLog.h"
 

@@ -1,6 +1,8 @@
 #include <memory>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "src/JournalService/JournalClock.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FakeClock.h"

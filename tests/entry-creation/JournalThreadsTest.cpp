@@ -17,6 +17,8 @@
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "tests/entry-creation/EntryRig.h"
 #include "tests/support/CapturedLog.h"
 

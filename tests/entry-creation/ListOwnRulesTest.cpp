@@ -2,6 +2,9 @@
 // dialled numbers, durations, and the missed entry that goes when its party is called back.
 
 #include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/entry-creation/EntryRig.h"
 #include "tests/support/CapturedLog.h"

@@ -1,5 +1,7 @@
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tests/entry-creation/EntryRig.h"
 #include "tests/support/CapturedLog.h"
 

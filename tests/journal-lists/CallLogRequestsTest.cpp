@@ -1,6 +1,8 @@
 #include <list>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tests/journal-lists/JournalRig.h"
 #include "tests/support/CapturedLog.h"
 

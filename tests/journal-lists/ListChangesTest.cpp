@@ -6,6 +6,9 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/journal-lists/JournalRig.h"
 #include "tests/support/CapturedLog.h"

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "platform/journal-library/DataAnswer.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/ListOrder.h"

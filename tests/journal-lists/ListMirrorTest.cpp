@@ -1,5 +1,7 @@
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "src/JournalService/ListTable.h"
 #include "tests/journal-lists/JournalRig.h"
 #include "tests/support/CapturedLog.h"

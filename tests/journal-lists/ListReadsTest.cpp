@@ -1,6 +1,9 @@
 // Reading the lists, and what updates a missed item in place.
 
 #include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/journal-lists/JournalRig.h"
 #include "tests/support/CapturedLog.h"

@@ -6,6 +6,9 @@
 #include <ostream>
 #include <set>
 #include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "platform/texts/SoftwareTypes.h"
 #include "tests/journal-lists/JournalRig.h"

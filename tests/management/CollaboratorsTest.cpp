@@ -1,6 +1,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "src/JournalService/Collaborators.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FakeClock.h"

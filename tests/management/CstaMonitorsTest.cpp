@@ -5,6 +5,8 @@
 #include <ostream>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
 #include "platform/texts/SoftwareTypes.h"

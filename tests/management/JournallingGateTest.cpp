@@ -1,6 +1,8 @@
 #include <ostream>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tests/management/ManagementRig.h"
 #include "tests/support/CapturedLog.h"
 

@@ -4,6 +4,8 @@
 #include <ostream>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "platform/management/UlmoTags.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "tests/management/ManagementRig.h"

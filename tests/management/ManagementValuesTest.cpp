@@ -1,5 +1,7 @@
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "platform/management/UlmoTags.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "tests/management/ManagementRig.h"

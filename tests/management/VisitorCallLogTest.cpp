@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalServiceEvents/VisitorCallLog.h"
 #include "tests/management/ManagementRig.h"
