@@ -81,7 +81,8 @@ public:
     bool refreshCallLog() override;
     bool refreshCallLists() override;
     bool setJournalServiceCallLogEventsDisabling(const std::string& value) override;
-    bool getCallRecordsAssociatedWith(const Contact& contact, std::vector<Contact::CallRecord>& records) override;
+    bool getCallRecordsAssociatedWith(const Contact& contact,
+                                      std::vector<Contact::CallRecord>& records) override;
 
     // ContactGetterIfc
     void getContactList(std::vector<Contact>& contacts) override;

@@ -80,5 +80,6 @@ public:
     /// Adds to `records` one record for each entry, in any of the five lists, that belongs to `contact`: an entry
     /// whose newest occurrence (or callback) has one of the contact's numbers or its search number. Lists in the
     /// order missed, dialled, received, forwarded, callbacks; newest first within each. False when none does.
-    virtual bool getCallRecordsAssociatedWith(const Contact& contact, std::vector<Contact::CallRecord>& records) = 0;
+    virtual bool getCallRecordsAssociatedWith(const Contact& contact,
+                                              std::vector<Contact::CallRecord>& records) = 0;
 };

@@ -49,7 +49,8 @@ public:
     virtual void updateDialledCalls(ActionType action) = 0;
     virtual void updateDialledCalls(const DialledCallItem& item) = 0;
     virtual void updateDialledCalls(const DialledCallItem& item, const std::string& entryId) = 0;
-    virtual void updateDialledCalls(const DialledCallItem& item, const std::string& entryId, ActionType action) = 0;
+    virtual void updateDialledCalls(const DialledCallItem& item, const std::string& entryId,
+                                    ActionType action) = 0;
 
     virtual void updateReceivedCalls(ActionType action) = 0;
     virtual void updateReceivedCalls() = 0;

@@ -14,6 +14,9 @@
 namespace host {
 namespace {
 
+/// The line that the built-in calls are for.
+constexpr const char* kDemoLine = "2001";
+
 void printChange(const std::string& sentence) {
     std::cout << timeOfDay() << "  " << printable(sentence) << std::endl;
 }
@@ -35,6 +38,13 @@ public:
     int run(const CommonOptions& common) override {
         const StopSignal stop;
         Configuration configuration = m_options.configure("warning");
+        if (configuration.lines.front().device != kDemoLine) {
+            throw std::runtime_error("the simulated switch of the demo calls line " + std::string(kDemoLine) +
+                                     " only; for line " + configuration.lines.front().device +
+                                     " start `calljournal switch` with a scenario and `calljournal serve`");
+        }
+        // So that the calls which the simulated switch sends elsewhere show as forwarded.
+        configuration.managementOverrides.try_emplace("server-based-features", "true");
         const auto directory = common.dataDirectory();
         const auto socket = JournalServer::claim(directory);
         ChildProcess simulator({"switch", "--listen", "127.0.0.1:0", "--loop"});

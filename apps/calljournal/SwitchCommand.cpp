@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <stdexcept>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
@@ -31,7 +32,7 @@ public:
             m_scenario.empty() ? Scenario::parse(demoScenarioText(), "demo") : Scenario::load(m_scenario);
         const Endpoint listen = parseEndpoint(m_listen).value();
         SwitchSimulator simulator({.address = listen.host, .port = listen.port});
-        simulator.start();
+        listenWith(simulator, listen);
         std::cout << "switch listens on " << Endpoint{listen.host, simulator.port()}.text() << std::endl;
         simulator.run(scenario, {.loop = m_loop, .rate = m_rate, .finished = [] {
                                      std::cout << "scenario is over; Ctrl-C ends the switch" << std::endl;
@@ -42,6 +43,15 @@ public:
     }
 
 private:
+    static void listenWith(SwitchSimulator& simulator, const Endpoint& listen) {
+        try {
+            simulator.start();
+        } catch (const std::exception& error) {
+            throw std::runtime_error("cannot listen on " + listen.text() + ": " + error.what() +
+                                     "; choose another address with --listen");
+        }
+    }
+
     std::string m_listen = "127.0.0.1:4242";
     std::string m_scenario;
     bool m_loop = false;

@@ -17,7 +17,9 @@ namespace host {
 namespace {
 
 RemoteError unreachable(const std::string& path) {
-    return RemoteError("cannot reach calljournal at " + path + ": start it with `calljournal serve`");
+    return RemoteError("cannot reach calljournal at " + path +
+                       ": start it with `calljournal serve`, or name the data "
+                       "directory of one that runs with --data");
 }
 
 RemoteError broken(const std::string& path, const std::string& what) {

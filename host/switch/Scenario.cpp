@@ -11,7 +11,8 @@
 namespace host {
 
 ScenarioError::ScenarioError(const std::string& source, std::size_t line, const std::string& fault)
-    : std::runtime_error(source + ":" + std::to_string(line) + ": " + fault), m_line(line) {}
+    : std::runtime_error(source + (line == 0 ? "" : ":" + std::to_string(line)) + ": " + fault),
+      m_line(line) {}
 
 Scenario Scenario::parse(std::string_view text, const std::string& source) {
     return ScenarioParser(scenarioStatements(text, source), source).parse();
@@ -24,7 +25,7 @@ Scenario Scenario::load(const std::string& path) {
         text << file.rdbuf();
     }
     if (!file) {
-        throw ScenarioError(path, 0, std::generic_category().message(errno));
+        throw ScenarioError(path, 0, "cannot be read: " + std::generic_category().message(errno));
     }
     return parse(text.str(), path);
 }

@@ -15,5 +15,6 @@ std::string CSTACallControlEvent::toString() const {
     return "call: " + m_callId + ", device: " + m_deviceId + deviceToString("calling", m_calling) +
            deviceToString("called", m_called) + ownDevicesToString() +
            deviceToString("lastRedirection", m_lastRedirection) +
-           ", localConnection: " + std::to_string(m_localConnection) + ", cause: " + std::to_string(getCause());
+           ", localConnection: " + std::to_string(m_localConnection) +
+           ", cause: " + std::to_string(getCause());
 }

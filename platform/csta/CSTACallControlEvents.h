@@ -12,14 +12,18 @@ class CSTAOriginatedEvent final
     : public CSTAEventOf<CSTAOriginatedEvent, CSTACallControlEvent, CSTAEventCode::eOriginated,
                          &CSTAEventObserverBase::handleCSTAOriginatedEvent> {};
 
-class CSTAOfferedEvent final : public CSTAEventOf<CSTAOfferedEvent, CSTACallControlEvent, CSTAEventCode::eOffered,
-                                                  &CSTAEventObserverBase::handleCSTAOfferedEvent> {
+class CSTAOfferedEvent final
+    : public CSTAEventOf<CSTAOfferedEvent, CSTACallControlEvent, CSTAEventCode::eOffered,
+                         &CSTAEventObserverBase::handleCSTAOfferedEvent> {
 public:
-    [[nodiscard]] const std::string& getOfferedConnectionCallID() const noexcept { return getConnectionCallID(); }
+    [[nodiscard]] const std::string& getOfferedConnectionCallID() const noexcept {
+        return getConnectionCallID();
+    }
 };
 
-class CSTAQueuedEvent final : public CSTAEventOf<CSTAQueuedEvent, CSTACallControlEvent, CSTAEventCode::eQueued,
-                                                 &CSTAEventObserverBase::handleCSTAQueuedEvent> {};
+class CSTAQueuedEvent final
+    : public CSTAEventOf<CSTAQueuedEvent, CSTACallControlEvent, CSTAEventCode::eQueued,
+                         &CSTAEventObserverBase::handleCSTAQueuedEvent> {};
 
 class CSTADeliveredEvent final
     : public CSTAEventOf<CSTADeliveredEvent, CSTACallControlEvent, CSTAEventCode::eDelivered,
@@ -29,7 +33,9 @@ public:
     void setAlertingDevice(CSTADevice device) { m_alerting = std::move(device); }
 
 protected:
-    [[nodiscard]] std::string ownDevicesToString() const override { return deviceToString("alerting", m_alerting); }
+    [[nodiscard]] std::string ownDevicesToString() const override {
+        return deviceToString("alerting", m_alerting);
+    }
 
 private:
     CSTADevice m_alerting;
@@ -73,14 +79,18 @@ private:
 class CSTAHeldEvent final : public CSTAEventOf<CSTAHeldEvent, CSTACallControlEvent, CSTAEventCode::eHeld,
                                                &CSTAEventObserverBase::handleCSTAHeldEvent> {
 public:
-    [[nodiscard]] const std::string& getHeldConnectionCallID() const noexcept { return getConnectionCallID(); }
+    [[nodiscard]] const std::string& getHeldConnectionCallID() const noexcept {
+        return getConnectionCallID();
+    }
 };
 
 class CSTARetrievedEvent final
     : public CSTAEventOf<CSTARetrievedEvent, CSTACallControlEvent, CSTAEventCode::eRetrieved,
                          &CSTAEventObserverBase::handleCSTARetrievedEvent> {
 public:
-    [[nodiscard]] const std::string& getRetrievedConnectionCallID() const noexcept { return getConnectionCallID(); }
+    [[nodiscard]] const std::string& getRetrievedConnectionCallID() const noexcept {
+        return getConnectionCallID();
+    }
     [[nodiscard]] bool isConnectedToMediaServer() const noexcept { return m_connectedToMediaServer; }
     void setConnectedToMediaServer(bool connected) noexcept { m_connectedToMediaServer = connected; }
 
@@ -88,14 +98,17 @@ private:
     bool m_connectedToMediaServer = false;
 };
 
-class CSTAFailedEvent final : public CSTAEventOf<CSTAFailedEvent, CSTACallControlEvent, CSTAEventCode::eFailed,
-                                                 &CSTAEventObserverBase::handleCSTAFailedEvent> {
+class CSTAFailedEvent final
+    : public CSTAEventOf<CSTAFailedEvent, CSTACallControlEvent, CSTAEventCode::eFailed,
+                         &CSTAEventObserverBase::handleCSTAFailedEvent> {
 public:
     [[nodiscard]] const CSTADevice& getFailingDevice() const noexcept { return m_failing; }
     void setFailingDevice(CSTADevice device) { m_failing = std::move(device); }
 
 protected:
-    [[nodiscard]] std::string ownDevicesToString() const override { return deviceToString("failing", m_failing); }
+    [[nodiscard]] std::string ownDevicesToString() const override {
+        return deviceToString("failing", m_failing);
+    }
 
 private:
     CSTADevice m_failing;
@@ -105,7 +118,9 @@ class CSTAConnectionClearedEvent final
     : public CSTAEventOf<CSTAConnectionClearedEvent, CSTACallControlEvent, CSTAEventCode::eConnectionCleared,
                          &CSTAEventObserverBase::handleCSTAConnectionClearedEvent> {
 public:
-    [[nodiscard]] const std::string& getDroppedConnectionCallID() const noexcept { return getConnectionCallID(); }
+    [[nodiscard]] const std::string& getDroppedConnectionCallID() const noexcept {
+        return getConnectionCallID();
+    }
     [[nodiscard]] const CSTADevice& getReleasingDevice() const noexcept { return m_releasing; }
     void setReleasingDevice(CSTADevice device) { m_releasing = std::move(device); }
 
@@ -125,7 +140,9 @@ public:
     /// The call ids before the transfer; the secondary one is empty for a single-step transfer. The connection
     /// of the event is the surviving call.
     [[nodiscard]] const std::string& getPrimaryoldcallCallID() const noexcept { return m_primaryOldCallId; }
-    [[nodiscard]] const std::string& getSecondaryoldcallCallID() const noexcept { return m_secondaryOldCallId; }
+    [[nodiscard]] const std::string& getSecondaryoldcallCallID() const noexcept {
+        return m_secondaryOldCallId;
+    }
     void setOldCalls(std::string primaryCallId, std::string secondaryCallId) {
         m_primaryOldCallId = std::move(primaryCallId);
         m_secondaryOldCallId = std::move(secondaryCallId);
@@ -138,7 +155,8 @@ public:
 protected:
     [[nodiscard]] std::string ownDevicesToString() const override {
         return ", primaryOldCall: " + m_primaryOldCallId + ", secondaryOldCall: " + m_secondaryOldCallId +
-               deviceToString("transferring", m_transferring) + deviceToString("transferredTo", m_transferredTo);
+               deviceToString("transferring", m_transferring) +
+               deviceToString("transferredTo", m_transferredTo);
     }
 
 private:
@@ -157,7 +175,9 @@ public:
     void setDevice(CSTADevice device) { m_device = std::move(device); }
 
 protected:
-    [[nodiscard]] std::string ownDevicesToString() const override { return deviceToString("device", m_device); }
+    [[nodiscard]] std::string ownDevicesToString() const override {
+        return deviceToString("device", m_device);
+    }
 
 private:
     CSTADevice m_device;

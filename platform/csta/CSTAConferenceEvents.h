@@ -71,7 +71,8 @@ public:
     void addUserInformation(CSTADevice member) { m_members.push_back(std::move(member)); }
 
     [[nodiscard]] std::string toString() const override {
-        return "call: " + m_callId + ", device: " + m_deviceId + ", members: " + std::to_string(m_members.size());
+        return "call: " + m_callId + ", device: " + m_deviceId +
+               ", members: " + std::to_string(m_members.size());
     }
 
 private:

@@ -43,11 +43,14 @@ private:
 
 /// Writes code, dispatch and clone of one event class once. `Base` is what the event has in common with others,
 /// `Handler` the operation of `CSTAEventObserverBase` that takes a `Derived*`.
-template <typename Derived, typename Base, CSTAEventCode Code, void (CSTAEventObserverBase::*Handler)(Derived*)>
+template <typename Derived, typename Base, CSTAEventCode Code,
+          void (CSTAEventObserverBase::*Handler)(Derived*)>
 class CSTAEventOf : public Base {
 public:
     [[nodiscard]] CSTAEventCode getType() const noexcept override { return Code; }
-    void dispatch(CSTAEventObserverBase& observer) override { (observer.*Handler)(static_cast<Derived*>(this)); }
+    void dispatch(CSTAEventObserverBase& observer) override {
+        (observer.*Handler)(static_cast<Derived*>(this));
+    }
     [[nodiscard]] std::unique_ptr<CSTAEvent> clone() const override {
         return std::make_unique<Derived>(static_cast<const Derived&>(*this));
     }

@@ -54,7 +54,9 @@ public:
     }
     void addDevice(int type, std::string deviceId) { m_devices.push_back({type, std::move(deviceId)}); }
 
-    [[nodiscard]] std::string toString() const override { return "devices: " + std::to_string(m_devices.size()); }
+    [[nodiscard]] std::string toString() const override {
+        return "devices: " + std::to_string(m_devices.size());
+    }
 
 private:
     struct Device {
@@ -62,7 +64,9 @@ private:
         std::string id;
     };
 
-    [[nodiscard]] bool holds(std::size_t index) const noexcept { return index >= 1 && index <= m_devices.size(); }
+    [[nodiscard]] bool holds(std::size_t index) const noexcept {
+        return index >= 1 && index <= m_devices.size();
+    }
 
     std::vector<Device> m_devices;
 };

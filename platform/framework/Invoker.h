@@ -17,7 +17,8 @@ public:
 
     /// Handles one message for `target` and answers through `response`, whose completion operation is called
     /// exactly once. `message` is `length` bytes, not terminated, and borrowed for the call.
-    virtual void handleMessage(Executable* target, const char* message, int length, InvokerResponse* response) = 0;
+    virtual void handleMessage(Executable* target, const char* message, int length,
+                               InvokerResponse* response) = 0;
 
     /// Called once before the first message; `context` is borrowed and outlives the invoker.
     virtual void initInvoker(FrameworkContext* context) = 0;

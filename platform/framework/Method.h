@@ -30,7 +30,9 @@ public:
     void addStringParameter(std::string name, std::string value, ParameterKind kind) {
         m_parameters.push_back({std::move(name), std::move(value), kind});
     }
-    [[nodiscard]] const std::vector<StringParameter>& getStringParameters() const noexcept { return m_parameters; }
+    [[nodiscard]] const std::vector<StringParameter>& getStringParameters() const noexcept {
+        return m_parameters;
+    }
 
 private:
     std::string m_name;

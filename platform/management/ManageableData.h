@@ -26,7 +26,9 @@ public:
     /// The keys, in order.
     [[nodiscard]] const std::vector<std::string>& getRootIds() const noexcept { return m_rootIds; }
     /// The first key; empty when there is none.
-    [[nodiscard]] std::string getRootId() const { return m_rootIds.empty() ? std::string() : m_rootIds.front(); }
+    [[nodiscard]] std::string getRootId() const {
+        return m_rootIds.empty() ? std::string() : m_rootIds.front();
+    }
     /// Names a key without a value: one that is asked for. `source` is who will fill it, or null.
     void setRootId(const std::string& key, LocalMgmtIfc* source);
 
@@ -38,7 +40,9 @@ public:
     void populate(const std::string& rootId, const std::string& name, const std::string& value);
 
     void addRejectReason(const std::string& key, const RejectReason& reason) { m_rejected[key] = reason; }
-    [[nodiscard]] const std::map<std::string, RejectReason>& getRejectReasons() const noexcept { return m_rejected; }
+    [[nodiscard]] const std::map<std::string, RejectReason>& getRejectReasons() const noexcept {
+        return m_rejected;
+    }
 
 private:
     std::vector<std::string> m_rootIds;

@@ -67,10 +67,16 @@ Interface* findOnce(std::atomic<Interface*>& cached, const Collaborators& collab
 
 }  // namespace
 
-UCServiceIfc* Collaborators::ucService() { return findOnce(m_ucService, *this, "UCServiceIfc"); }
+UCServiceIfc* Collaborators::ucService() {
+    return findOnce(m_ucService, *this, "UCServiceIfc");
+}
 
-PallaxServiceIfc* Collaborators::pallaxService() { return findOnce(m_pallaxService, *this, "PallaxServiceIfc"); }
+PallaxServiceIfc* Collaborators::pallaxService() {
+    return findOnce(m_pallaxService, *this, "PallaxServiceIfc");
+}
 
-WSIServiceIfc* Collaborators::wsiService() { return findOnce(m_wsiService, *this, "WSIServiceIfc"); }
+WSIServiceIfc* Collaborators::wsiService() {
+    return findOnce(m_wsiService, *this, "WSIServiceIfc");
+}
 
 }  // namespace journal

@@ -47,9 +47,13 @@ void JournalClock::adoptClock(ClockServiceIfc* clock) {
     m_pClockSvc.store(brought.clocks.empty() ? nullptr : brought.clocks.back().second);
 }
 
-JournalClock::~JournalClock() { adoptClock(nullptr); }
+JournalClock::~JournalClock() {
+    adoptClock(nullptr);
+}
 
-ClockServiceIfc* JournalClock::clock() const { return m_ownClock != nullptr ? m_ownClock : m_pClockSvc.load(); }
+ClockServiceIfc* JournalClock::clock() const {
+    return m_ownClock != nullptr ? m_ownClock : m_pClockSvc.load();
+}
 
 std::string JournalClock::getCurrentTime() const {
     auto* service = clock();
@@ -58,8 +62,8 @@ std::string JournalClock::getCurrentTime() const {
     }
     const auto now = service->getDateTime();
     std::array<char, 21> text{};
-    const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02dZ", now.year, now.month,
-                                     now.day, now.hour, now.minute, now.second);
+    const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02dZ", now.year,
+                                     now.month, now.day, now.hour, now.minute, now.second);
     return length < 0 ? std::string() : std::string(text.data());
 }
 

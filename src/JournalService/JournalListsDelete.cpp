@@ -188,7 +188,8 @@ std::size_t JournalLists::deleteSet(const std::set<std::string>& entryIds) {
     }
     {
         const auto items = list<Item>().access();
-        std::erase_if(*items, [&entryIds](const Item& item) { return entryIds.count(item.getEntryId()) != 0; });
+        std::erase_if(*items,
+                      [&entryIds](const Item& item) { return entryIds.count(item.getEntryId()) != 0; });
         m_mirror.updateEntries(entries, Helper::DELETEREQUEST, ListTable<Item>::kName);
     }
     announceSetDeleted<Item>();

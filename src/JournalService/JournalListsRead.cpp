@@ -16,9 +16,9 @@ void logLookUp(const char* operation, bool found, const std::string& entryId) {
 
 // Whether a list entry's number is one of the contact's; an entry without a number belongs to nobody.
 bool isNumberOf(const Contact& contact, const std::string& number) {
-    return !number.empty() &&
-           (number == contact.getSearchNumber() || number == contact.getOffice() || number == contact.getMobile() ||
-            number == contact.getPrivate() || number == contact.getOffice2());
+    return !number.empty() && (number == contact.getSearchNumber() || number == contact.getOffice() ||
+                               number == contact.getMobile() || number == contact.getPrivate() ||
+                               number == contact.getOffice2());
 }
 
 template <typename Item>
@@ -26,7 +26,9 @@ std::string numberOf(const Item& item) {
     return occurrencesOf(item).empty() ? std::string() : occurrencesOf(item).front().getNumber();
 }
 
-std::string numberOf(const CallBackItem& item) { return item.getNumber(); }
+std::string numberOf(const CallBackItem& item) {
+    return item.getNumber();
+}
 
 template <typename Item>
 void addRecordsOf(const Contact& contact, JournalList<Item>& list, const char* type,
@@ -99,7 +101,8 @@ bool JournalLists::getLastDialledNumber(DialledCallItem& item) {
     return true;
 }
 
-bool JournalLists::getCallRecordsAssociatedWith(const Contact& contact, std::vector<Contact::CallRecord>& records) {
+bool JournalLists::getCallRecordsAssociatedWith(const Contact& contact,
+                                                std::vector<Contact::CallRecord>& records) {
     const std::size_t before = records.size();
     addRecordsOf(contact, list<MissedCallItem>(), "missed", records);
     addRecordsOf(contact, list<DialledCallItem>(), "dialled", records);

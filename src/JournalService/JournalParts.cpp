@@ -44,7 +44,8 @@ JournalParts::JournalParts(const Outside& outside)
       management(collaborators, settings, monitors),
       ownSettings(settings, adapter, lists),
       refresh({collaborators, settings, ownSettings, management, lists, notifier}, outside.loadLists),
-      agent({settings, ownSettings, management, monitors, gate, lists, refresh, mirror.m_visitorCallLogSavePending}),
+      agent({settings, ownSettings, management, monitors, gate, lists, refresh,
+             mirror.m_visitorCallLogSavePending}),
       visitorCallLog(collaborators, settings, management, mirror.m_visitorCallLogSavePending, outside.self) {}
 
 void JournalParts::start(Context& context, MgmtAgentIfc& managementAgent, JournalServiceIfc& service) {

@@ -25,7 +25,9 @@ void guarded(const char* operation, Work work) noexcept {
 
 }  // namespace
 
-JournalService::JournalService(ObserverNotifierIfc* notifier) { constructorActions(notifier); }
+JournalService::JournalService(ObserverNotifierIfc* notifier) {
+    constructorActions(notifier);
+}
 
 void JournalService::constructorActions(ObserverNotifierIfc* notifier) {
     if (notifier == nullptr) {
@@ -65,19 +67,25 @@ void JournalService::timerEvent(int id) {
 
 // --- JournalServiceIfc: missed calls ---
 
-void JournalService::getMissedCallList(std::deque<MissedCallItem>& list) { m_parts->lists.getMissedCallList(list); }
+void JournalService::getMissedCallList(std::deque<MissedCallItem>& list) {
+    m_parts->lists.getMissedCallList(list);
+}
 
 bool JournalService::getMissedCall(const std::string& entryId, MissedCallItem& item) {
     return m_parts->lists.getMissedCall(entryId, item);
 }
 
-void JournalService::updateMissedCall(const MissedCallItem& item) { m_parts->lists.updateMissedCall(item); }
+void JournalService::updateMissedCall(const MissedCallItem& item) {
+    m_parts->lists.updateMissedCall(item);
+}
 
 bool JournalService::setMissedCallListAsViewed(const std::set<std::string>& entryIds) {
     return m_parts->lists.setMissedCallListAsViewed(entryIds);
 }
 
-void JournalService::ageMissedCall(const std::string& entryId) { m_parts->lists.ageMissedCall(entryId); }
+void JournalService::ageMissedCall(const std::string& entryId) {
+    m_parts->lists.ageMissedCall(entryId);
+}
 
 bool JournalService::deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest) {
     return m_parts->lists.deleteMissedCall(entryId, isSendDeleteMissedCallRequest);
@@ -87,25 +95,35 @@ bool JournalService::deleteMissedCallList(const std::set<std::string>& entryIds)
     return m_parts->lists.deleteMissedCallList(entryIds);
 }
 
-bool JournalService::deleteMissedCallList() { return m_parts->lists.deleteMissedCallList(); }
+bool JournalService::deleteMissedCallList() {
+    return m_parts->lists.deleteMissedCallList();
+}
 
 // --- JournalServiceIfc: dialled calls ---
 
-void JournalService::getDialledCallList(std::deque<DialledCallItem>& list) { m_parts->lists.getDialledCallList(list); }
+void JournalService::getDialledCallList(std::deque<DialledCallItem>& list) {
+    m_parts->lists.getDialledCallList(list);
+}
 
 bool JournalService::getDialledCall(const std::string& entryId, DialledCallItem& item) {
     return m_parts->lists.getDialledCall(entryId, item);
 }
 
-bool JournalService::deleteDialledCall(const std::string& entryId) { return m_parts->lists.deleteDialledCall(entryId); }
+bool JournalService::deleteDialledCall(const std::string& entryId) {
+    return m_parts->lists.deleteDialledCall(entryId);
+}
 
 bool JournalService::deleteDialledCallList(const std::set<std::string>& entryIds) {
     return m_parts->lists.deleteDialledCallList(entryIds);
 }
 
-bool JournalService::deleteDialledCallList() { return m_parts->lists.deleteDialledCallList(); }
+bool JournalService::deleteDialledCallList() {
+    return m_parts->lists.deleteDialledCallList();
+}
 
-bool JournalService::getLastDialledNumber(DialledCallItem& item) { return m_parts->lists.getLastDialledNumber(item); }
+bool JournalService::getLastDialledNumber(DialledCallItem& item) {
+    return m_parts->lists.getLastDialledNumber(item);
+}
 
 // --- JournalServiceIfc: received calls ---
 
@@ -125,7 +143,9 @@ bool JournalService::deleteReceivedCallList(const std::set<std::string>& entryId
     return m_parts->lists.deleteReceivedCallList(entryIds);
 }
 
-bool JournalService::deleteReceivedCallList() { return m_parts->lists.deleteReceivedCallList(); }
+bool JournalService::deleteReceivedCallList() {
+    return m_parts->lists.deleteReceivedCallList();
+}
 
 // --- JournalServiceIfc: forwarded calls ---
 
@@ -145,19 +165,27 @@ bool JournalService::deleteForwardedCallList(const std::set<std::string>& entryI
     return m_parts->lists.deleteForwardedCallList(entryIds);
 }
 
-bool JournalService::deleteForwardedCallList() { return m_parts->lists.deleteForwardedCallList(); }
+bool JournalService::deleteForwardedCallList() {
+    return m_parts->lists.deleteForwardedCallList();
+}
 
 // --- JournalServiceIfc: callbacks ---
 
-void JournalService::getCallBackList(std::deque<CallBackItem>& list) { m_parts->lists.getCallBackList(list); }
+void JournalService::getCallBackList(std::deque<CallBackItem>& list) {
+    m_parts->lists.getCallBackList(list);
+}
 
-bool JournalService::deleteCallBack(const std::string& entryId) { return m_parts->lists.deleteCallBack(entryId); }
+bool JournalService::deleteCallBack(const std::string& entryId) {
+    return m_parts->lists.deleteCallBack(entryId);
+}
 
 bool JournalService::deleteCallBackList(const std::set<std::string>& entryIds) {
     return m_parts->lists.deleteCallBackList(entryIds);
 }
 
-bool JournalService::deleteCallBackList() { return m_parts->lists.deleteCallBackList(); }
+bool JournalService::deleteCallBackList() {
+    return m_parts->lists.deleteCallBackList();
+}
 
 // --- JournalServiceIfc: the journal as a whole ---
 
@@ -165,7 +193,9 @@ bool JournalService::deleteCalls(const std::set<std::string>& entryIds, bool isS
     return m_parts->lists.deleteCalls(entryIds, isSendDeleteMissedCallRequest);
 }
 
-bool JournalService::deleteAllCalls() { return m_parts->lists.deleteAllCalls(); }
+bool JournalService::deleteAllCalls() {
+    return m_parts->lists.deleteAllCalls();
+}
 
 bool JournalService::resetUserCalls() {
     LOG_JOURNAL(3, "resetUserCalls is NOT implemented");
@@ -177,21 +207,28 @@ bool JournalService::resetUserContacts() {
     return false;
 }
 
-bool JournalService::refreshCallLog() { return m_parts->refresh.refreshCallLog(); }
+bool JournalService::refreshCallLog() {
+    return m_parts->refresh.refreshCallLog();
+}
 
-bool JournalService::refreshCallLists() { return m_parts->refresh.refreshCallLists(); }
+bool JournalService::refreshCallLists() {
+    return m_parts->refresh.refreshCallLists();
+}
 
 bool JournalService::setJournalServiceCallLogEventsDisabling(const std::string& value) {
     return m_parts->refresh.setJournalServiceCallLogEventsDisabling(value);
 }
 
-bool JournalService::getCallRecordsAssociatedWith(const Contact& contact, std::vector<Contact::CallRecord>& records) {
+bool JournalService::getCallRecordsAssociatedWith(const Contact& contact,
+                                                  std::vector<Contact::CallRecord>& records) {
     return m_parts->lists.getCallRecordsAssociatedWith(contact, records);
 }
 
 // --- ContactGetterIfc ---
 
-void JournalService::getContactList(std::vector<Contact>& contacts) { m_parts->lists.getContactList(contacts); }
+void JournalService::getContactList(std::vector<Contact>& contacts) {
+    m_parts->lists.getContactList(contacts);
+}
 
 // --- JournalServiceObserverSubscriptionIfc ---
 
@@ -203,7 +240,9 @@ bool JournalService::unsubscribeForJournalEvents(JournalServiceObserverIfc* obse
     return m_parts->subscription.unsubscribe(observer);
 }
 
-void JournalService::loadCallListsFromDb() { m_parts->loader.loadCallListsFromDb(); }
+void JournalService::loadCallListsFromDb() {
+    m_parts->loader.loadCallListsFromDb();
+}
 
 // --- CSTAEventIfc ---
 
@@ -257,7 +296,9 @@ void JournalService::handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) {
     m_parts->systemStatusEvents.handleCSTASystemStatusEvent(event);
 }
 
-void JournalService::handleCSTAHeldEvent(CSTAHeldEvent* event) { m_parts->blindTransfer.handleCSTAHeldEvent(*event); }
+void JournalService::handleCSTAHeldEvent(CSTAHeldEvent* event) {
+    m_parts->blindTransfer.handleCSTAHeldEvent(*event);
+}
 
 void JournalService::handleCSTARetrievedEvent(CSTARetrievedEvent* event) {
     m_parts->callControlEvents.handleCSTARetrievedEvent(event);
@@ -265,25 +306,39 @@ void JournalService::handleCSTARetrievedEvent(CSTARetrievedEvent* event) {
 
 // --- MgmtAgentIfc ---
 
-bool JournalService::setData(ManageableData& data) { return m_parts->agent.setData(data); }
+bool JournalService::setData(ManageableData& data) {
+    return m_parts->agent.setData(data);
+}
 
-bool JournalService::getData(ManageableData& data) { return m_parts->agent.getData(data); }
+bool JournalService::getData(ManageableData& data) {
+    return m_parts->agent.getData(data);
+}
 
 void JournalService::manageableDataChanged(ManageableData& data) {
     guarded("manageableDataChanged", [this, &data] { m_parts->agent.manageableDataChanged(data); });
 }
 
-bool JournalService::resetUserData() { return m_parts->refresh.resetUserData(); }
+bool JournalService::resetUserData() {
+    return m_parts->refresh.resetUserData();
+}
 
 // --- the gate and the timers, for those who ask ---
 
-bool JournalService::handleCSTAEvent() { return m_parts->gate.handleCSTAEvent(); }
+bool JournalService::handleCSTAEvent() {
+    return m_parts->gate.handleCSTAEvent();
+}
 
-bool JournalService::isUCServiceRunning() { return m_parts->gate.isUCServiceRunning(); }
+bool JournalService::isUCServiceRunning() {
+    return m_parts->gate.isUCServiceRunning();
+}
 
-bool JournalService::isPallaxServiceRunning() { return m_parts->gate.isPallaxServiceRunning(); }
+bool JournalService::isPallaxServiceRunning() {
+    return m_parts->gate.isPallaxServiceRunning();
+}
 
-bool JournalService::isWsiUcJournalAllowed() { return m_parts->gate.isWsiUcJournalAllowed(); }
+bool JournalService::isWsiUcJournalAllowed() {
+    return m_parts->gate.isWsiUcJournalAllowed();
+}
 
 int JournalService::getAutoSaveVisitorCallLogToVantorTimerId() const {
     return m_parts->visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId();

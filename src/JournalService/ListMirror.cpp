@@ -8,7 +8,9 @@ namespace journal {
 
 using Helper = CallListDatabaseAdapterHelper;
 
-std::string ListMirror::asEntry(const std::string& body) { return Helper::createXMLElement(Helper::ENTRY, body); }
+std::string ListMirror::asEntry(const std::string& body) {
+    return Helper::createXMLElement(Helper::ENTRY, body);
+}
 
 std::string ListMirror::updateEntry(const std::string& body, const std::string& requestType,
                                     const std::string& table) {

@@ -26,16 +26,24 @@ public:
 
     // One item. An item that is written for the first time takes the unique id that the database answers, so that
     // its next write changes its row. `requestType` is `WRITEREQUEST` or `DELETEREQUEST` of the adapter's helper.
-    void updateMissedEntry(MissedCallItem& item, const std::string& requestType) { update(item, requestType); }
-    void updateDialledEntry(DialledCallItem& item, const std::string& requestType) { update(item, requestType); }
-    void updateReceivedEntry(ReceivedCallItem& item, const std::string& requestType) { update(item, requestType); }
-    void updateForwardedEntry(ForwardedCallItem& item, const std::string& requestType) { update(item, requestType); }
+    void updateMissedEntry(MissedCallItem& item, const std::string& requestType) {
+        update(item, requestType);
+    }
+    void updateDialledEntry(DialledCallItem& item, const std::string& requestType) {
+        update(item, requestType);
+    }
+    void updateReceivedEntry(ReceivedCallItem& item, const std::string& requestType) {
+        update(item, requestType);
+    }
+    void updateForwardedEntry(ForwardedCallItem& item, const std::string& requestType) {
+        update(item, requestType);
+    }
 
     /// The same, for code that treats the lists alike.
     template <typename Item>
     void update(Item& item, const std::string& requestType) {
-        const std::string answered = updateEntry(ListTable<Item>::kBody(item, requestType), requestType,
-                                                 ListTable<Item>::kName);
+        const std::string answered =
+            updateEntry(ListTable<Item>::kBody(item, requestType), requestType, ListTable<Item>::kName);
         if constexpr (!std::is_same_v<Item, CallBackItem>) {
             if (!answered.empty() && requestType == CallListDatabaseAdapterHelper::WRITEREQUEST) {
                 item.setUniqueId(answered);
@@ -56,9 +64,11 @@ public:
     }
 
     /// Sends one item's body; answers the last unique id of the answer, empty when it failed.
-    std::string updateEntry(const std::string& body, const std::string& requestType, const std::string& table);
+    std::string updateEntry(const std::string& body, const std::string& requestType,
+                            const std::string& table);
     /// Sends `ENTRY` fields in one request; answers as `updateEntry`. Nothing is sent without entries.
-    std::string updateEntries(const std::string& entries, const std::string& requestType, const std::string& table);
+    std::string updateEntries(const std::string& entries, const std::string& requestType,
+                              const std::string& table);
 
     /// The last unique id that the database gave; empty before the first.
     [[nodiscard]] std::string lastUniqueId() const;

@@ -6,15 +6,16 @@
 // arguments and a line that is on carries its own line number. Levels: 2 error, 3 warning, 4 and 5 information
 // and decisions, 6 detail. The texts are a contract with support engineers: they stand as they are.
 
-#define JOURNAL_LOG_LINE(component, source, level, ...)                    \
-    do {                                                                   \
-        if (loggingOnAppUni(component, level)) {                           \
-            logAppUni(component, source, level, __LINE__, __VA_ARGS__);    \
-        }                                                                  \
+#define JOURNAL_LOG_LINE(component, source, level, ...)                 \
+    do {                                                                \
+        if (loggingOnAppUni(component, level)) {                        \
+            logAppUni(component, source, level, __LINE__, __VA_ARGS__); \
+        }                                                               \
     } while (false)
 
 /// The frame, the lists and the loading.
-#define LOG_JOURNAL(level, ...) JOURNAL_LOG_LINE("Journal Service", "./src/JournalService", level, __VA_ARGS__)
+#define LOG_JOURNAL(level, ...) \
+    JOURNAL_LOG_LINE("Journal Service", "./src/JournalService", level, __VA_ARGS__)
 /// Events, entry creation, configuration and synchronisation.
 #define LOG_EVENTS(level, ...) \
     JOURNAL_LOG_LINE("Journal Service Events", "./src/JournalServiceEvents", level, __VA_ARGS__)

@@ -4,9 +4,13 @@
 
 namespace journal {
 
-bool SettingValues::isSip() const { return m_softwareType == softwareTypes::sip; }
+bool SettingValues::isSip() const {
+    return m_softwareType == softwareTypes::sip;
+}
 
-bool SettingValues::isQorvex() const { return m_softwareType == softwareTypes::qorvex; }
+bool SettingValues::isQorvex() const {
+    return m_softwareType == softwareTypes::qorvex;
+}
 
 void SettingValues::deriveEventModes() {
     m_useCSTACallControlEvents = m_systemIdentifier != 2;

@@ -18,6 +18,8 @@ bool Subscription::subscribe(JournalServiceObserverIfc* observer) {
     return m_notifier.subscribe(observer, m_lists.getFrontDialledCall());
 }
 
-bool Subscription::unsubscribe(JournalServiceObserverIfc* observer) { return m_notifier.unsubscribe(observer); }
+bool Subscription::unsubscribe(JournalServiceObserverIfc* observer) {
+    return m_notifier.unsubscribe(observer);
+}
 
 }  // namespace journal

@@ -97,7 +97,8 @@ bool CallLogRequests::sendReceivedCallLogEntryRequest(const ReceivedCallItem::Re
     return true;
 }
 
-bool CallLogRequests::sendMissedCallLogEntryRequests(const std::list<MissedCallItem::MissedCallInfo>& infos) const {
+bool CallLogRequests::sendMissedCallLogEntryRequests(
+    const std::list<MissedCallItem::MissedCallInfo>& infos) const {
     forEachDistinctNumber(infos, [this](const auto* info) { sendMissedCallLogEntryRequest(info); });
     return true;
 }
@@ -114,8 +115,9 @@ bool CallLogRequests::sendReceivedCallLogEntryRequests(
     return true;
 }
 
-bool CallLogRequests::sendCSTACAllLogEntryDeleteRequest(const std::list<DialledCallItem::DialledCallInfo>& infos,
-                                                        const DialledCallItem::DialledCallInfo& newInfo) const {
+bool CallLogRequests::sendCSTACAllLogEntryDeleteRequest(
+    const std::list<DialledCallItem::DialledCallInfo>& infos,
+    const DialledCallItem::DialledCallInfo& newInfo) const {
     if (infos.size() <= kOccurrencesBeforeOverflow || !m_settings.values()->m_serverBasedCallLog) {
         return true;
     }

@@ -16,7 +16,8 @@ bool contactMatchesCallInfo(const CallItem& item, const CallInfo& info, const Co
     return info.getNumber().empty() && namesMatch(item, contact);
 }
 
-bool contactMatchesMissedCall(const MissedCallItem& item, const Contact& contact, const std::string& lineKey) {
+bool contactMatchesMissedCall(const MissedCallItem& item, const Contact& contact,
+                              const std::string& lineKey) {
     const auto& infos = item.getMissedCallInfoList();
     return !infos.empty() && infos.front().getLineKey() == lineKey &&
            contactMatchesCallInfo(item, infos.front(), contact);
@@ -33,13 +34,16 @@ bool contactMatchesForwardedCall(const ForwardedCallItem& item, const Contact& c
 }
 
 bool contactMatchesDialledCall(const DialledCallItem& item, const Contact& contact) {
-    return !item.getDialledCallInfoList().empty() && item.getJournalSeviceGroupBy() == contact.getSearchNumber();
+    return !item.getDialledCallInfoList().empty() &&
+           item.getJournalSeviceGroupBy() == contact.getSearchNumber();
 }
 
 bool contactMatchesCallBack(const CallBackItem& item, const Contact& contact) {
     return item.getNumber() == contact.getSearchNumber();
 }
 
-bool partiesAreNotTheSame(const std::string& a, const std::string& b) { return !a.empty() && a != b; }
+bool partiesAreNotTheSame(const std::string& a, const std::string& b) {
+    return !a.empty() && a != b;
+}
 
 }  // namespace journal

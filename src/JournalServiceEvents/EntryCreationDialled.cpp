@@ -71,9 +71,9 @@ bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
                "sConnectedPartyName: %s, timeSec: %ld, startSec: %ld, endSec: %ld, redirectingParty: %s, "
                "redirectingPartyName: %s",
                kOperation, details.dialledParty.c_str(), details.remoteParty.c_str(),
-               details.remotePartyName.c_str(), details.connectedParty.c_str(), details.connectedPartyName.c_str(),
-               details.timeSec, details.startSec, details.endSec, details.redirectingParty.c_str(),
-               details.redirectingPartyName.c_str());
+               details.remotePartyName.c_str(), details.connectedParty.c_str(),
+               details.connectedPartyName.c_str(), details.timeSec, details.startSec, details.endSec,
+               details.redirectingParty.c_str(), details.redirectingPartyName.c_str());
     if (details.bluetoothCall) {
         LOG_EVENTS(5, "%s():Bluetooth call %d, Bluetooth anonymous call %d", kOperation, 1,
                    details.remoteParty.empty() ? 1 : 0);

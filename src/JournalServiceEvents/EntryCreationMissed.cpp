@@ -43,16 +43,16 @@ struct MissedPolicy {
         if (parts.settings.values()->isSip()) {
             parts.forwardedMissed.keepViewedBeforeMerge(item.getViewed());
         } else {
-            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMUPDATED targetLog[%d]", kOperation, details.callId.c_str(),
-                       static_cast<int>(details.logTarget));
+            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMUPDATED targetLog[%d]", kOperation,
+                       details.callId.c_str(), static_cast<int>(details.logTarget));
         }
         item.setViewed(false);
     }
 
     void onNew(Item& item) const {
         if (!parts.settings.values()->isSip()) {
-            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMADDED targetLog[%d]", kOperation, details.callId.c_str(),
-                       static_cast<int>(details.logTarget));
+            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMADDED targetLog[%d]", kOperation,
+                       details.callId.c_str(), static_cast<int>(details.logTarget));
         }
         item.setViewed(false);
     }
@@ -74,21 +74,25 @@ bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
     const Contact contact =
         m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
     LOG_EVENTS(5,
-               "%s():Missed call: {%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, completed "
+               "%s():Missed call: {%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, "
+               "completed "
                "elsewhere: %d, sRedirectingNumber: %s, sRedirectingName: %s",
-               kOperation, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
-               contact.getSurname().c_str(), contact.getFirstname().c_str(), details.completedElsewhere ? 1 : 0,
-               details.redirectingParty.c_str(), details.redirectingPartyName.c_str());
+               kOperation, details.callId.c_str(), details.remoteParty.c_str(),
+               details.remotePartyName.c_str(), contact.getSurname().c_str(), contact.getFirstname().c_str(),
+               details.completedElsewhere ? 1 : 0, details.redirectingParty.c_str(),
+               details.redirectingPartyName.c_str());
     if (details.completedElsewhere && !m_parts.settings.values()->m_missedLogging) {
-        LOG_EVENTS(5,
-                   "%s():The call was completed elsewhere, not remotely answered calls are just logged - this call "
-                   "will not be logged",
-                   kOperation);
+        LOG_EVENTS(
+            5,
+            "%s():The call was completed elsewhere, not remotely answered calls are just logged - this call "
+            "will not be logged",
+            kOperation);
         return false;
     }
     const JournalLists::Change change(m_parts.lists);
     if (!m_parts.forwardedMissed.sscfw_canAddMissedCall(contact)) {
-        LOG_EVENTS(5, "%s():New missed entry relates to previous forwarded entry. No new entry has been added",
+        LOG_EVENTS(5,
+                   "%s():New missed entry relates to previous forwarded entry. No new entry has been added",
                    kOperation);
         return false;
     }
@@ -113,10 +117,11 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
     unsigned unviewed = 0;
     {
         const auto missed = m_parts.lists.list<MissedCallItem>().access();
-        const auto found = std::find_if(missed->begin(), missed->end(), [&contact](const MissedCallItem& item) {
-            const auto& infos = item.getMissedCallInfoList();
-            return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
-        });
+        const auto found =
+            std::find_if(missed->begin(), missed->end(), [&contact](const MissedCallItem& item) {
+                const auto& infos = item.getMissedCallInfoList();
+                return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
+            });
         if (found == missed->end()) {
             return;
         }

@@ -57,12 +57,13 @@ inline void populateRedirecting(Redirecting& info, const EntryDetails& details) 
 
 /// The inputs of a received or a forwarded entry, for the log.
 inline void logParty(const char* operation, const EntryDetails& details, const Contact& contact) {
-    LOG_EVENTS(5,
-               "%s():{%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, sRedirectingNumber: "
-               "%s, sRedirectingName: %s",
-               operation, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
-               contact.getSurname().c_str(), contact.getFirstname().c_str(), details.redirectingParty.c_str(),
-               details.redirectingPartyName.c_str());
+    LOG_EVENTS(
+        5,
+        "%s():{%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, sRedirectingNumber: "
+        "%s, sRedirectingName: %s",
+        operation, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
+        contact.getSurname().c_str(), contact.getFirstname().c_str(), details.redirectingParty.c_str(),
+        details.redirectingPartyName.c_str());
 }
 
 /// An entry id that no item of the list has, and that the merged item did not have before (`formerId`, empty for a new

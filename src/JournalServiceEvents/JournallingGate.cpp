@@ -23,8 +23,8 @@ bool JournallingGate::isWsiUcJournalAllowed() const {
     auto* service = m_collaborators.wsiService();
     const bool ucUser = service != nullptr && service->isCurrentUserUC();
     const bool allowed = m_settings.values()->m_wsiAllowUcJournal;
-    LOG_EVENTS(5, "isWsiUcJournalAllowed(): current user UC '%s' wsi-allow-uc-journal '%s'", ucUser ? "Yes" : "No",
-               allowed ? "allowed" : "disabled");
+    LOG_EVENTS(5, "isWsiUcJournalAllowed(): current user UC '%s' wsi-allow-uc-journal '%s'",
+               ucUser ? "Yes" : "No", allowed ? "allowed" : "disabled");
     return ucUser && allowed;
 }
 

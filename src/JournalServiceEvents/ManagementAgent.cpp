@@ -45,7 +45,8 @@ bool ManagementAgent::setData(ManageableData& data) {
     return result;
 }
 
-bool ManagementAgent::setKey(const std::string& key, const std::string& value, RejectReason& reason, bool result) {
+bool ManagementAgent::setKey(const std::string& key, const std::string& value, RejectReason& reason,
+                             bool result) {
     if (key == "clear-calllog") {
         if (value == "true") {
             clearCallLog();
@@ -138,9 +139,11 @@ void ManagementAgent::manageableDataChanged(ManageableData& data) {
     } else if (key == "wsi-allow-uc-journal") {
         m_parts.settings.change([isTrue](SettingValues& values) { values.m_wsiAllowUcJournal = isTrue; });
     } else if (key == "forwarding-party-display") {
-        m_parts.settings.change([&value](SettingValues& values) { values.m_ForwardingPartyDisplayLast = value == "1"; });
+        m_parts.settings.change(
+            [&value](SettingValues& values) { values.m_ForwardingPartyDisplayLast = value == "1"; });
     } else if (key == UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG) {
-        m_parts.settings.change([isTrue](SettingValues& values) { values.m_ringCentralSyncCallLog = isTrue; });
+        m_parts.settings.change(
+            [isTrue](SettingValues& values) { values.m_ringCentralSyncCallLog = isTrue; });
     }
 }
 

@@ -16,14 +16,22 @@ namespace journal {
 namespace {
 
 constexpr const char* kObservedKeys[] = {
-    "sntp-tz-offset",           "daylight-save",
-    "daylight-save-minutes",    "disable-access-calllog",
-    "mobility-user-data-update", "mobility-current-user",
-    "mobility-activity",        "server-based-features",
-    "bt-hw-state",              "wsi-allow-uc-journal",
-    "system-identifier",        "call-log-control",
-    "reg-number",               "forwarding-party-display",
-    "reload-conversations",     UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG,
+    "sntp-tz-offset",
+    "daylight-save",
+    "daylight-save-minutes",
+    "disable-access-calllog",
+    "mobility-user-data-update",
+    "mobility-current-user",
+    "mobility-activity",
+    "server-based-features",
+    "bt-hw-state",
+    "wsi-allow-uc-journal",
+    "system-identifier",
+    "call-log-control",
+    "reg-number",
+    "forwarding-party-display",
+    "reload-conversations",
+    UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG,
 };
 
 std::int32_t toNumber(const std::string& text) {
@@ -80,8 +88,9 @@ void ManagementValues::readLocalMgmtData(unsigned groups) {
         std::string minutes;
         const bool saving = getUlmoValue("daylight-save", value) && value == "true" &&
                             getUlmoValue("daylight-save-minutes", minutes);
-        m_settings.change(
-            [saving, &minutes](SettingValues& values) { values.m_daylightSaveMinutes = saving ? toNumber(minutes) : 0; });
+        m_settings.change([saving, &minutes](SettingValues& values) {
+            values.m_daylightSaveMinutes = saving ? toNumber(minutes) : 0;
+        });
     }
     if ((groups & eSystem) != 0) {
         readSystemGroup();
@@ -121,7 +130,8 @@ void ManagementValues::readSystemGroup() {
     bool ringCentralSync = before->m_ringCentralSyncCallLog;
     if (getUlmoValue(UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG, value)) {
         ringCentralSync = value == "true";
-        LOG_EVENTS(5, "%s():%s = %d", kOperation, UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG, ringCentralSync ? 1 : 0);
+        LOG_EVENTS(5, "%s():%s = %d", kOperation, UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG,
+                   ringCentralSync ? 1 : 0);
     }
 
     m_settings.change([&](SettingValues& values) {
@@ -159,7 +169,8 @@ void ManagementValues::publishManageableDataChange(const char* key, const char* 
 }
 
 void ManagementValues::publishCallLogEnableState() const {
-    publishManageableDataChange("call-log-enabled", managementForm::enabled(m_settings.values()->m_callLogEnabled));
+    publishManageableDataChange("call-log-enabled",
+                                managementForm::enabled(m_settings.values()->m_callLogEnabled));
 }
 
 void ManagementValues::publishMissedLoggingState() const {
@@ -168,8 +179,9 @@ void ManagementValues::publishMissedLoggingState() const {
 }
 
 void ManagementValues::publishDeleteMissedWhenCalledState() const {
-    publishManageableDataChange("delete-missed-when-called",
-                                managementForm::deleteWhenCalled(m_settings.values()->m_deleteMissedWhenCalled));
+    publishManageableDataChange(
+        "delete-missed-when-called",
+        managementForm::deleteWhenCalled(m_settings.values()->m_deleteMissedWhenCalled));
 }
 
 void ManagementValues::writeValue(const char* key, const char* value) const {

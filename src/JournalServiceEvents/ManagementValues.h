@@ -52,9 +52,15 @@ private:
 /// The forms in which the management knows the journal's own settings. "missed-logging" is inverted: "1" means that
 /// missed calls are not logged; "delete-missed-when-called" is not.
 namespace managementForm {
-[[nodiscard]] inline const char* enabled(bool callLogEnabled) { return callLogEnabled ? "true" : "false"; }
-[[nodiscard]] inline const char* missedLogging(bool logged) { return logged ? "0" : "1"; }
-[[nodiscard]] inline const char* deleteWhenCalled(bool deleted) { return deleted ? "1" : "0"; }
+[[nodiscard]] inline const char* enabled(bool callLogEnabled) {
+    return callLogEnabled ? "true" : "false";
+}
+[[nodiscard]] inline const char* missedLogging(bool logged) {
+    return logged ? "0" : "1";
+}
+[[nodiscard]] inline const char* deleteWhenCalled(bool deleted) {
+    return deleted ? "1" : "0";
+}
 }  // namespace managementForm
 
 }  // namespace journal

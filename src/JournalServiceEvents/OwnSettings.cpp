@@ -79,7 +79,8 @@ void OwnSettings::readConfigItemsFromDB() {
         if (response != CallListDatabaseAdapterHelper::FAILED) {
             hasEnabled = readItem(response, "call-log-enabled", &SettingValues::m_callLogEnabled);
             hasMissed = readItem(response, "missed-logging", &SettingValues::m_missedLogging);
-            hasDelete = readItem(response, "delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled);
+            hasDelete =
+                readItem(response, "delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled);
         }
     }
     if (!m_settings.values()->isSip()) {

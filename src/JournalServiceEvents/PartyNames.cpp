@@ -16,7 +16,8 @@ bool PartyNames::contactIsInPhonebook(Contact& contact) const {
         LOG_EVENTS(5, "contactIsInPhonebook: searched[%s] NOT found", searched.c_str());
         return false;
     }
-    LOG_EVENTS(5, "contactIsInPhonebook: searched[%s] found[%s]", searched.c_str(), contact.serialize().c_str());
+    LOG_EVENTS(5, "contactIsInPhonebook: searched[%s] found[%s]", searched.c_str(),
+               contact.serialize().c_str());
     return true;
 }
 
@@ -61,10 +62,11 @@ void PartyNames::populateContactSurname(Contact& contact, const std::string& rem
     }
 }
 
-void PartyNames::populateRemoteContactSurname(Contact& contact, const std::string& name, bool inDialledList) const {
-    const bool named = m_settings.values()->isSip()
-                           ? !contact.getSurname().empty()
-                           : inDialledList || !contact.getSurname().empty() || !contact.getFirstname().empty();
+void PartyNames::populateRemoteContactSurname(Contact& contact, const std::string& name,
+                                              bool inDialledList) const {
+    const bool named = m_settings.values()->isSip() ? !contact.getSurname().empty()
+                                                    : inDialledList || !contact.getSurname().empty() ||
+                                                          !contact.getFirstname().empty();
     if (!named) {
         contact.setSurname(name);
     }
@@ -94,7 +96,8 @@ void PartyNames::populateDialledCallInfo(Contact& contact, DialledCallItem::Dial
     populateDialledCallInfoNumber(info, dialledParty, remoteParty);
 }
 
-void PartyNames::populateDialledCallInfoNumber(DialledCallItem::DialledCallInfo& info, const std::string& dialled,
+void PartyNames::populateDialledCallInfoNumber(DialledCallItem::DialledCallInfo& info,
+                                               const std::string& dialled,
                                                const std::string& connected) const {
     if (m_settings.values()->isSip()) {
         info.setNumber(connected);
@@ -120,8 +123,8 @@ void PartyNames::populateInfoConnectedNumber(DialledCallItem::DialledCallInfo& i
 }
 
 void PartyNames::populateDialledCallInfoTimeAndDate(DialledCallItem::DialledCallInfo& info,
-                                                    const std::string& timeString, long durationStart, long timeSec,
-                                                    long durationEnd) const {
+                                                    const std::string& timeString, long durationStart,
+                                                    long timeSec, long durationEnd) const {
     info.setTimeAndDate(timeSec == -1 ? timeString : m_clock.formatTimeDate(timeSec));
     if (durationStart != -1 && durationEnd != -1) {
         info.setDuration(JournalClock::formatDuration(durationStart, durationEnd));

@@ -35,13 +35,15 @@ public:
     void populateDialledCallItemWithPicture(const Contact& contact, CallItemWithPicture& item) const;
 
     /// Fills in the numbers of a dialled occurrence and the contact that it belongs to.
-    void populateDialledCallInfo(Contact& contact, DialledCallItem::DialledCallInfo& info, std::string dialledParty,
-                                 std::string remoteParty) const;
+    void populateDialledCallInfo(Contact& contact, DialledCallItem::DialledCallInfo& info,
+                                 std::string dialledParty, std::string remoteParty) const;
     void populateDialledCallInfoNumber(DialledCallItem::DialledCallInfo& info, const std::string& dialled,
                                        const std::string& connected) const;
-    void populateInfoConnectedNumber(DialledCallItem::DialledCallInfo& info, const std::string& connected) const;
-    void populateDialledCallInfoTimeAndDate(DialledCallItem::DialledCallInfo& info, const std::string& timeString,
-                                            long durationStart, long timeSec, long durationEnd) const;
+    void populateInfoConnectedNumber(DialledCallItem::DialledCallInfo& info,
+                                     const std::string& connected) const;
+    void populateDialledCallInfoTimeAndDate(DialledCallItem::DialledCallInfo& info,
+                                            const std::string& timeString, long durationStart, long timeSec,
+                                            long durationEnd) const;
     [[nodiscard]] bool isaFeatureAccessCode(const std::string& number) const;
 
 private:

@@ -37,7 +37,7 @@ class CommandLineTest(ProgramTest):
             status, output, errors = self.run_program(*arguments, "--data", self.data)
             self.assertEqual((status, output), (1, ""))
             self.assertEqual(errors, "calljournal: cannot reach calljournal at %s/calljournal.sock: start it with "
-                                     "`calljournal serve`\n" % self.data)
+                                     "`calljournal serve`, or name the data directory of one that runs with --data\n" % self.data)
 
     def test_a_second_server_in_the_directory_is_refused(self):
         self.serve(NOBODY)

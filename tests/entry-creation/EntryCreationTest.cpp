@@ -224,7 +224,7 @@ TYPED_TEST(EntryCreation, KeepsTenCallsAnItem) {
 }
 
 TYPED_TEST(EntryCreation, ReportsTheCallThatAFullItemLosesUnlessItsNumberStays) {
-    const bool reports = std::string(Words<TypeParam>::kLogTarget) != "";
+    const bool reports = *Words<TypeParam>::kLogTarget != '\0';
     for (const std::string oldest : {"4799", "4711"}) {
         for (const int systemIdentifier : {2, 0}) {
             EntryRig& phone = this->rig;
@@ -264,7 +264,7 @@ TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheS
     this->rig.forget();
     this->rig.time.advance(60);
     this->files({"4711"});
-    EXPECT_EQ(this->rig.written().find(";"), std::string::npos) << "a merge makes no list longer";
+    EXPECT_EQ(this->rig.written().find(';'), std::string::npos) << "a merge makes no list longer";
 }
 
 /// The lists that gather calls by the party; dialled calls are gathered by the number that was looked up.

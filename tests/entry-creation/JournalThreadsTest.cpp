@@ -62,6 +62,9 @@ private:
 class CountingObserver final : public JournalServiceObserverIfc {
 public:
     explicit CountingObserver(ListsReader& journal) : m_journal(journal) {}
+    CountingObserver(const CountingObserver&) = delete;
+    CountingObserver& operator=(const CountingObserver&) = delete;
+    virtual ~CountingObserver() = default;
 
     [[nodiscard]] int lastCount() const { return m_lastCount; }
     [[nodiscard]] int wrongCounts() const { return m_wrongCounts; }

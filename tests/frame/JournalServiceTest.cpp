@@ -159,7 +159,8 @@ TEST_F(JournalServiceFrame, ACallBeforeTheFirstSubscriptionFindsTheEntryThatItsP
     EXPECT_EQ(phone.missed().front().getMissedCallInfoList().size(), 2u);
     EXPECT_EQ(phone.missed().front().getSurname(), "Ann Example") << "a call without a name takes none away";
     EXPECT_EQ(
-        phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS).size(), 1u);
+        phone.database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS).size(),
+        1u);
 }
 
 TEST_F(JournalServiceFrame, TwoCallsOfOneSecondWithIdsThatAreNoNumbersHaveTwoEntryIds) {

@@ -25,8 +25,12 @@
 
 namespace journaltest {
 
-inline CSTADevice party(std::string number, std::string name = {}) { return {std::move(number), std::move(name)}; }
-inline CSTADevice ownLine() { return {CSTADevice::kLocalDevice, {}}; }
+inline CSTADevice party(std::string number, std::string name = {}) {
+    return {std::move(number), std::move(name)};
+}
+inline CSTADevice ownLine() {
+    return {CSTADevice::kLocalDevice, {}};
+}
 
 /// A phone with the journal in it: the real service between faked platform services. Its operations are what happens
 /// on the line.

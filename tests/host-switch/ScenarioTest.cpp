@@ -133,7 +133,7 @@ TEST(Scenario, SaysWhichFileItCannotRead) {
         static_cast<void>(Scenario::load("no-such-file.scenario"));
         FAIL();
     } catch (const ScenarioError& error) {
-        EXPECT_THAT(error.what(), StartsWith("no-such-file.scenario:0: "));
+        EXPECT_THAT(error.what(), StartsWith("no-such-file.scenario: cannot be read: "));
     }
 }
 

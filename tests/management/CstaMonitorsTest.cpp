@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -20,29 +21,27 @@ using Kind = FakeCstaService::Kind;
 
 /// Groups that are suppressed, that are let through, and that are left to the service.
 std::string textOf(const CSTAMonitorFilter& filter) {
-    const struct {
-        const char* name;
-        CSTAMonitorFilter::Setting setting;
-    } groups[] = {{"callControl", filter.callControl()},
-                  {"held", filter.held()},
-                  {"retrieved", filter.retrieved()},
-                  {"serviceInitiated", filter.serviceInitiated()},
-                  {"callAssociated", filter.callAssociated()},
-                  {"callInformation", filter.callInformation()},
-                  {"physicalDevice", filter.physicalDevice()},
-                  {"logicalDevice", filter.logicalDevice()},
-                  {"vendorSpecific", filter.vendorSpecific()},
-                  {"callLogEntry", filter.callLogEntry()},
-                  {"system", filter.system()},
-                  {"systemStatus", filter.systemStatus()},
-                  {"dnd", filter.fsDnd()},
-                  {"coc", filter.fsCoc()}};
+    const std::pair<const char*, CSTAMonitorFilter::Setting> groups[] = {
+        {"callControl", filter.callControl()},
+        {"held", filter.held()},
+        {"retrieved", filter.retrieved()},
+        {"serviceInitiated", filter.serviceInitiated()},
+        {"callAssociated", filter.callAssociated()},
+        {"callInformation", filter.callInformation()},
+        {"physicalDevice", filter.physicalDevice()},
+        {"logicalDevice", filter.logicalDevice()},
+        {"vendorSpecific", filter.vendorSpecific()},
+        {"callLogEntry", filter.callLogEntry()},
+        {"system", filter.system()},
+        {"systemStatus", filter.systemStatus()},
+        {"dnd", filter.fsDnd()},
+        {"coc", filter.fsCoc()}};
     std::string suppressed = "suppressed:";
     std::string through = "; through:";
     std::string unset = "; unset:";
-    for (const auto& group : groups) {
-        std::string& text = !group.setting ? unset : *group.setting ? suppressed : through;
-        text += std::string(" ") + group.name;
+    for (const auto& [name, setting] : groups) {
+        std::string& text = !setting ? unset : *setting ? suppressed : through;
+        text += std::string(" ") + name;
     }
     return suppressed + through + unset;
 }
