@@ -85,7 +85,7 @@ std::string JournalClock::createEntryId(const std::string& callId) const {
 
 std::string JournalClock::formatTimeDate(long seconds) const {
     auto* service = clock();
-    const std::string text = service == nullptr ? std::string() : service->formatTimeDate(seconds);
+    std::string text = service == nullptr ? std::string() : service->formatTimeDate(seconds);
     LOG_EVENTS(6, "getCurrentTimeSec: formatTimeDate[%ld][%s]", seconds, text.c_str());
     return text;
 }

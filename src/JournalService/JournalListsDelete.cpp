@@ -149,7 +149,7 @@ std::vector<Item> JournalLists::copyItems(const std::set<std::string>& entryIds)
     std::vector<Item> copies;
     const auto items = list<Item>().access();
     for (const Item& item : *items) {
-        if (entryIds.count(item.getEntryId()) != 0) {
+        if (entryIds.contains(item.getEntryId())) {
             copies.push_back(item);
         }
     }
@@ -188,8 +188,7 @@ std::size_t JournalLists::deleteSet(const std::set<std::string>& entryIds) {
     }
     {
         const auto items = list<Item>().access();
-        std::erase_if(*items,
-                      [&entryIds](const Item& item) { return entryIds.count(item.getEntryId()) != 0; });
+        std::erase_if(*items, [&entryIds](const Item& item) { return entryIds.contains(item.getEntryId()); });
         m_mirror.updateEntries(entries, Helper::DELETEREQUEST, ListTable<Item>::kName);
     }
     announceSetDeleted<Item>();

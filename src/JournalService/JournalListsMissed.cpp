@@ -43,7 +43,7 @@ bool JournalLists::setMissedCallListAsViewed(const std::set<std::string>& entryI
     {
         const auto missed = list<MissedCallItem>().access();
         for (MissedCallItem& item : *missed) {
-            if (entryIds.count(item.getEntryId()) != 0) {
+            if (entryIds.contains(item.getEntryId())) {
                 item.setViewed(true);
                 LOG_JOURNAL(5, "setMissedCallListAsViewed Unique ID %s", item.getUniqueId().c_str());
                 if (item.getUniqueId().empty()) {

@@ -29,7 +29,7 @@ std::string ListMirror::updateEntries(const std::string& entries, const std::str
         LOG_JOURNAL(2, "%s: the database refused a %s", table.c_str(), requestType.c_str());
         return {};
     }
-    const std::string uniqueId = JournalServiceHelper::parseLastUniqueId(response);
+    std::string uniqueId = JournalServiceHelper::parseLastUniqueId(response);
     const std::lock_guard lock(m_mutex);
     if (!uniqueId.empty()) {
         m_lastUniqueId = uniqueId;

@@ -192,7 +192,7 @@ std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
     return crossRef;
 }
 
-void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) {
+void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) const {
     LOG_EVENTS(5, "CSTAMonitor is stopped for Device: %s", crossRef.c_str());
     if (m_collaborators.m_cstaService == nullptr) {
         LOG_EVENTS(3, "JournalService::stopCSTAMonitor - Find CSTAServiceIfc - FAILED");

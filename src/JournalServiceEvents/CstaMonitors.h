@@ -38,7 +38,7 @@ public:
 
     /// The cross reference of a new monitor of `device`, or "ERROR".
     [[nodiscard]] std::string startCSTAMonitor(const std::string& device);
-    void stopCSTAMonitor(const std::string& crossRef);
+    void stopCSTAMonitor(const std::string& crossRef) const;
 
     /// Changes the own line's filter to what the settings ask for now; not for SIP phones.
     void changeMonitorFilter();

@@ -108,6 +108,7 @@ template <typename Item>
 /// The caller holds a `JournalLists::Change`. Requests to the switch wait for an answer, so they go out with the
 /// list released. True when the occurrence was filed.
 template <typename Policy>
+// NOLINTNEXTLINE(readability-function-size): the road is told in one piece, so that its order can be read.
 bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Contact& contact,
                     const typename Policy::Info& info, const std::string& callId) {
     using Item = typename Policy::Item;

@@ -98,6 +98,7 @@ void ManagementValues::readLocalMgmtData(unsigned groups) {
     }
 }
 
+// NOLINTNEXTLINE(readability-function-size): one value after the other, in the order in which they are logged.
 void ManagementValues::readSystemGroup() {
     constexpr const char* kOperation = "readLocalMgmtData";
     const auto textOf = [this](const char* key) {

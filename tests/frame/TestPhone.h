@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <utility>
@@ -62,7 +64,7 @@ public:
         service.reset();
     }
 
-    void rings(const std::string& callId, const CSTADevice& caller) {
+    void rings(const std::string& callId, const CSTADevice& caller) const {
         CSTADeliveredEvent event;
         event.setConnection(callId, CSTADevice::kLocalDevice);
         event.setAlertingDevice(ownLine());
@@ -72,7 +74,7 @@ public:
         event.setCause(CSTA_EC_NewCall);
         service->deliverEvent(&event);
     }
-    void answers(const std::string& callId, const CSTADevice& caller) {
+    void answers(const std::string& callId, const CSTADevice& caller) const {
         CSTAEstablishedEvent event;
         event.setConnection(callId, CSTADevice::kLocalDevice);
         event.setAnsweringDevice(ownLine());
@@ -82,14 +84,14 @@ public:
         event.setCause(CSTA_EC_NewCall);
         service->deliverEvent(&event);
     }
-    void holds(const std::string& callId, int cause = CSTA_EC_None) {
+    void holds(const std::string& callId, int cause = CSTA_EC_None) const {
         CSTAHeldEvent event;
         event.setConnection(callId, CSTADevice::kLocalDevice);
         event.setLocalConnectionInfo(CSTA_LCS_Hold);
         event.setCause(cause);
         service->deliverEvent(&event);
     }
-    void clears(const std::string& callId, int cause = CSTA_EC_NormalClearing) {
+    void clears(const std::string& callId, int cause = CSTA_EC_NormalClearing) const {
         CSTAConnectionClearedEvent event;
         event.setConnection(callId, CSTADevice::kLocalDevice);
         event.setReleasingDevice(ownLine());
@@ -102,12 +104,12 @@ public:
         clears(callId);
     }
 
-    [[nodiscard]] std::deque<MissedCallItem> missed() {
+    [[nodiscard]] std::deque<MissedCallItem> missed() const {
         std::deque<MissedCallItem> items;
         service->getMissedCallList(items);
         return items;
     }
-    [[nodiscard]] std::deque<ReceivedCallItem> received() {
+    [[nodiscard]] std::deque<ReceivedCallItem> received() const {
         std::deque<ReceivedCallItem> items;
         service->getReceivedCallList(items);
         return items;

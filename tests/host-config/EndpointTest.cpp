@@ -9,7 +9,7 @@ using host::parseEndpoint;
 
 TEST(Endpoint, IsReadAndWrittenAlike) {
     const struct {
-        const char* text;
+        const char* text = nullptr;
         Endpoint endpoint;
     } cases[] = {
         {"127.0.0.1:8080", {"127.0.0.1", 8080}},

@@ -19,7 +19,7 @@ public:
 
     [[nodiscard]] bool isLoggingMissedCalls(const std::string& deviceId) override {
         const std::lock_guard lock(m_mutex);
-        return m_logged.count(deviceId) > 0;
+        return m_logged.contains(deviceId);
     }
 
 private:
