@@ -7,7 +7,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using journaltest::CapturedLog;
-using journaltest::ownLine;
 using journaltest::party;
 using journaltest::RecordingObserver;
 using journaltest::TestPhone;

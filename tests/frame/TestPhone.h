@@ -99,7 +99,7 @@ public:
         event.setCause(cause);
         service->deliverEvent(&event);
     }
-    void misses(const std::string& callId, const CSTADevice& caller) {
+    void misses(const std::string& callId, const CSTADevice& caller) const {
         rings(callId, caller);
         clears(callId);
     }
