@@ -14,6 +14,14 @@ inline constexpr const char* content_callstatus_ReminderCall = "ReminderCall";
 /// Private data of a CallInformation event by which the switch says that a call was missed.
 inline constexpr const char* content_callstatus_MissedCall = "MissedCall";
 
+/// Words in the private data of a CallBack event: what the callback waits for, and how far it has come.
+inline constexpr const char* content_callback_onBusy = "onBusy";
+inline constexpr const char* content_callback_onNoReply = "onNoReply";
+inline constexpr const char* content_callback_onRequest = "onRequest";
+inline constexpr const char* content_callback_requested = "requested";
+inline constexpr const char* content_callback_ringing = "ringing";
+inline constexpr const char* content_callback_done = "done";
+
 /// Status words of a SystemStatus event.
 inline constexpr const char* systemState_cleanup = "cleanup";
 inline constexpr const char* systemState_disabled = "disabled";
