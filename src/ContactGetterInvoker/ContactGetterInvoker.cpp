@@ -1,0 +1,154 @@
+#include "include/ContactGetterInvoker.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "include/ContactGetterIfc.h"
+#include "journal-items/Contact.h"
+#include "platform/client-utils/ClientUtils.h"
+#include "platform/framework/Executable.h"
+#include "platform/framework/FrameworkContext.h"
+#include "platform/framework/InvokerResponse.h"
+#include "platform/framework/Method.h"
+#include "platform/framework/ProtocolAdapter.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "src/JournalService/Log.h"
+
+#define LOG_CONTACTS(level, ...) \
+    JOURNAL_LOG_LINE("Journal Service Invoker", "./src/ContactGetterInvoker", level, __VA_ARGS__)
+
+namespace {
+
+constexpr const char* kFailure = "fail";
+constexpr const char* kMethod = "getContactList";
+constexpr const char* kInterface = "ContactGetterIfc";
+constexpr const char* kParameter = "contactList";
+/// A longer list is cut behind so many contacts.
+constexpr std::size_t kMaxContacts = 200;
+
+struct TextField {
+    const char* name;
+    const std::string& (Contact::*get)() const noexcept;
+};
+
+// In the order of the document; the default number stands between them.
+constexpr TextField kFieldsBeforeDefault[] = {
+    {"UniqueId", &Contact::getUniqueId},   {"Surname", &Contact::getSurname},
+    {"Firstname", &Contact::getFirstname}, {"Office", &Contact::getOffice},
+    {"Mobile", &Contact::getMobile},       {"Private", &Contact::getPrivate},
+    {"Email", &Contact::getEmail},         {"Group", &Contact::getGroup},
+};
+constexpr TextField kFieldsAfterDefault[] = {
+    {"Company", &Contact::getCompany},         {"Office2", &Contact::getOffice2},
+    {"Address", &Contact::getAddress},         {"Address2", &Contact::getAddress2},
+    {"JobFunction", &Contact::getJobFunction}, {"Picture", &Contact::getPicture},
+    {"VoiceDial", &Contact::getVoiceDial},     {"ExternalId", &Contact::getExternalId},
+};
+
+/// The elements of one contact list document, appended to a text.
+class Document {
+public:
+    explicit Document(const ContactGetterInvoker& invoker) : m_invoker(invoker) {}
+
+    void add(const Contact& contact) {
+        m_text += "<Entry>";
+        addFields(contact, kFieldsBeforeDefault);
+        const std::int32_t position = contact.getDefaultNumber();
+        m_text += "<DefaultNumber>" + std::to_string(position >= 1 && position <= 4 ? position : 0) +
+                  "</DefaultNumber>";
+        addFields(contact, kFieldsAfterDefault);
+        add("ContactSource",
+            CallListDatabaseAdapterHelper::getOrderedContactSourceToString(contact.getContactSource()));
+        m_text += "<CallRecords>";
+        for (const Contact::CallRecord& record : contact.getCallRecords()) {
+            m_text += "<CallRecord>";
+            add("UniqueId", record.entryId);
+            add("Type", record.type);
+            m_text += "</CallRecord>";
+        }
+        m_text += "</CallRecords></Entry>";
+    }
+
+    [[nodiscard]] const std::string& text() const noexcept { return m_text; }
+
+private:
+    void add(const char* name, const std::string& value) { m_text += m_invoker.buildXmlElement(name, value); }
+
+    template <std::size_t Count>
+    void addFields(const Contact& contact, const TextField (&fields)[Count]) {
+        for (const TextField& field : fields) {
+            add(field.name, (contact.*field.get)());
+        }
+    }
+
+    const ContactGetterInvoker& m_invoker;
+    std::string m_text;
+};
+
+/// The answer to a message that was addressed to a contact getter.
+std::string answerTo(const ContactGetterInvoker& invoker, ContactGetterIfc& getter,
+                     const std::string& message, FrameworkContext* context, const InvokerResponse& response) {
+    std::string protocol = response.getRequestedProtocol();
+    const ProtocolAdapter* const adapter = context ? context->findProtocolAdapter(protocol) : nullptr;
+    if (!adapter) {
+        LOG_CONTACTS(2, "handleMessage[%s] no pa found for '%s'\n", message.c_str(), protocol.c_str());
+        return kFailure;
+    }
+    LOG_CONTACTS(6, "ContactGetterInvoker[%s]", message.c_str());
+    Method request;
+    if (!adapter->decode(message, request) || request.getName() != kMethod) {
+        return kFailure;
+    }
+    std::vector<Contact> contacts;
+    getter.getContactList(contacts);
+    Document document(invoker);
+    const std::size_t count = std::min(contacts.size(), kMaxContacts);
+    std::for_each_n(contacts.begin(), count, [&document](const Contact& contact) { document.add(contact); });
+    Method answer(request.getName(), Method::Kind::eResponse, kInterface);
+    answer.addStringParameter(kParameter, document.text(), Method::ParameterKind::eOut);
+    return adapter->encode(answer);
+}
+
+/// Runs `step`; what it throws ends in a log line.
+template <typename Step>
+void survives(const char* what, Step step) noexcept {
+    try {
+        step();
+    } catch (const std::exception& error) {
+        LOG_CONTACTS(2, "%s failed: %s", what, error.what());
+    } catch (...) {
+        LOG_CONTACTS(2, "%s failed", what);
+    }
+}
+
+}  // namespace
+
+std::string ContactGetterInvoker::buildXmlElement(const std::string& name, const std::string& value) const {
+    return "<" + name + ">" + ClientUtils::escapeXMLString(value) + "</" + name + ">";
+}
+
+void ContactGetterInvoker::handleMessage(Executable* target, const char* message, int length,
+                                         InvokerResponse* response) {
+    if (!response) {
+        LOG_CONTACTS(2, "Invoker response is NULL");
+        return;
+    }
+    std::string answer = kFailure;
+    auto* const getter = dynamic_cast<ContactGetterIfc*>(target);
+    if (getter) {
+        survives("handling a message", [&] {
+            const bool isEmpty = !message || length <= 0;
+            const std::string text = isEmpty ? "" : std::string(message, static_cast<std::size_t>(length));
+            answer = answerTo(*this, *getter, text, m_context, *response);
+        });
+    } else {
+        LOG_CONTACTS(2, "Contact getter interface is NULL");
+    }
+    survives("setting an answer",
+             [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
+    survives("completing an answer", [&] { response->complete(); });
+}

@@ -1,0 +1,139 @@
+#include "include/JournalServiceQorvexTel.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <vector>
+
+#include "platform/client-utils/ClientUtils.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "src/JournalService/JournalParts.h"
+#include "src/JournalService/Log.h"
+
+#define LOG_LOADING(level, ...) \
+    JOURNAL_LOG_LINE("Journal Service", "./src/JournalServiceQorvexTel", level, __VA_ARGS__)
+
+namespace {
+
+using journal::JournalLists;
+
+constexpr const char* kReasonElement = "ReasonForMessage";
+constexpr const char* kReadRequest = "read_request";
+constexpr const char* kResultColumns = "CALL_LOG.* PHONE_BOOK.*";
+constexpr const char* kFailed = "failed";
+constexpr const char* kFailure = "failure";
+constexpr const char* kCallsSchema = "Conversations";
+constexpr const char* kContactsSchema = "CallLogPhoneBook";
+/// Over both requests of a load together.
+constexpr unsigned kRowBudget = 200;
+
+template <typename Item>
+void clearList(JournalLists& lists) {
+    lists.list<Item>().access()->clear();
+}
+
+/// Adds the items at the back of their list and brings it into order. Answers its size before that.
+template <typename Item, typename Normalize>
+unsigned addToList(JournalLists& lists, const std::deque<Item>& found, const char* word,
+                   Normalize normalize) {
+    const auto items = lists.list<Item>().access();
+    LOG_LOADING(6, "Found %d %s call(s)\n", static_cast<int>(found.size()), word);
+    items->insert(items->end(), found.begin(), found.end());
+    const auto total = static_cast<unsigned>(items->size());
+    LOG_LOADING(6, "total %s call(s) [%d]\n", word, static_cast<int>(total));
+    normalize(*items);
+    return total;
+}
+
+}  // namespace
+
+std::string JournalServiceQorvexTel::buildXmlElement(const std::string& name,
+                                                     const std::string& value) const {
+    return "<" + name + ">" + ClientUtils::escapeXMLString(value) + "</" + name + ">";
+}
+
+std::string JournalServiceQorvexTel::buildXmlHeader(const std::string& schemaName,
+                                                    const std::string& reason) const {
+    return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + schemaName + R"(">)" +
+           buildXmlElement(kReasonElement, reason);
+}
+
+std::string JournalServiceQorvexTel::loadCallLists(const std::string& schemaName,
+                                                   const std::string& resultCols, unsigned rowLimit) const {
+    return parts().adapter.processRequest(
+        buildXmlHeader(schemaName, kReadRequest) + buildXmlElement("ResultCols", resultCols) +
+        buildXmlElement("Offset", "0") + buildXmlElement("RowLimit", ClientUtils::itos(rowLimit)) +
+        "</Schema>");
+}
+
+std::string JournalServiceQorvexTel::loadCallLists(const std::string& schemaName, unsigned rowLimit) const {
+    return loadCallLists(schemaName, kResultColumns, rowLimit);
+}
+
+bool JournalServiceQorvexTel::ifNotReadFailure(const std::string& response) const {
+    return response != kFailed && response.find(kFailure) == std::string::npos;
+}
+
+void JournalServiceQorvexTel::loadCallListsFromDb() {
+    const JournalLists::Change change(parts().lists);
+    unsigned count = 0;
+    unsigned inLists = 0;
+    unsigned budget = kRowBudget;
+    std::string response = loadCallLists(kCallsSchema, budget);
+    LOG_LOADING(5, "response from read all:%s\n", response.c_str());
+    const bool callsRead = ifNotReadFailure(response);
+    if (callsRead) {
+        clearPreviousCachedData();
+        count = processReadResponse(response);
+        inLists = count;
+        budget -= std::min(count, budget);
+    }
+    if (budget > 0) {
+        response = loadCallLists(kContactsSchema, budget);
+        LOG_LOADING(5, "response from read all:%s\n", response.c_str());
+        if (ifNotReadFailure(response)) {
+            // What the first response brought is counted again here, since the lists are.
+            inLists = processReadResponse(response);
+            count += inLists;
+        }
+    }
+    LOG_LOADING(5, "Found %d call(s) in total\n", static_cast<int>(count));
+    parts().olderEntries.loaded(!callsRead || inLists >= kRowBudget);
+}
+
+void JournalServiceQorvexTel::clearPreviousCachedData() {
+    JournalLists& lists = parts().lists;
+    clearList<MissedCallItem>(lists);
+    clearList<DialledCallItem>(lists);
+    clearList<ReceivedCallItem>(lists);
+    clearList<ForwardedCallItem>(lists);
+    lists.clearContacts();
+}
+
+unsigned JournalServiceQorvexTel::processReadResponse(const std::string& response) {
+    std::deque<MissedCallItem> missed;
+    std::deque<DialledCallItem> dialled;
+    std::deque<ReceivedCallItem> received;
+    std::deque<ForwardedCallItem> forwarded;
+    std::vector<Contact> contacts;
+    JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
+
+    JournalLists& lists = parts().lists;
+    unsigned count = addToList(lists, missed, "missed", [this](std::deque<MissedCallItem>& items) {
+        parts().adapter.normalizeMissedCallList(items);
+    });
+    count += addToList(lists, dialled, "dialled", [&lists](std::deque<DialledCallItem>& items) {
+        lists.normalizeDialledCallList(items);
+    });
+    count += addToList(lists, received, "received", [&lists](std::deque<ReceivedCallItem>& items) {
+        lists.normalizeReceivedCallList(items);
+    });
+    count += addToList(lists, forwarded, "forwarded", [&lists](std::deque<ForwardedCallItem>& items) {
+        lists.normalizeForwardedCallList(items);
+    });
+    LOG_LOADING(6, "Found %d contact(s)\n", static_cast<int>(contacts.size()));
+    const std::size_t known = lists.addContacts(contacts);
+    LOG_LOADING(6, "total contact(s) [%d]\n", static_cast<int>(known));
+    LOG_LOADING(4, "processReadResponse: processed %d call(s)\n", static_cast<int>(count));
+    return count;
+}
