@@ -39,6 +39,8 @@ constexpr std::array kShapes = {
     EventShape{WireEvent::eNetworkReached, "NetworkReachedEvent", "outboundConnection",
                "networkInterfaceUsed", "callcontrol", "networkReached"},
     EventShape{WireEvent::ePrivate, "PrivateEvent", "", "", "private", "private"},
+    EventShape{WireEvent::eCallBack, "CallBackEvent", "", "originatingDevice", "logicalDeviceFeature",
+               "callBack"},
 };
 
 }  // namespace

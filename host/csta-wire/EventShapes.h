@@ -22,6 +22,7 @@ enum class WireEvent {
     eCallInformation,
     eNetworkReached,
     ePrivate,
+    eCallBack,
 };
 
 /// How an event is written: the one place where both ends of the link look up the schema's names, misspelt ones

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "host/csta-wire/CallLogWire.h"
+#include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/NameSpaces.h"
 
@@ -14,8 +16,12 @@ struct RequestAnswers::Row {
     Answerer answerer;
 };
 
-RequestAnswers::RequestAnswers(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors)
-    : m_nameSpace(cstaNameSpace(edition)), m_ownDevice(std::move(ownDevice)), m_monitors(monitors) {}
+RequestAnswers::RequestAnswers(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
+                               SwitchCallLogs& callLogs)
+    : m_nameSpace(cstaNameSpace(edition)),
+      m_ownDevice(std::move(ownDevice)),
+      m_monitors(monitors),
+      m_callLogs(callLogs) {}
 
 RequestAnswers::Outcome RequestAnswers::answer(const WireDocument& request, int client) {
     static constexpr std::array rows = {
@@ -26,8 +32,9 @@ RequestAnswers::Outcome RequestAnswers::answer(const WireDocument& request, int 
         Row{"SystemRegisterCancel", &RequestAnswers::emptyAnswer},
         Row{"RequestSystemStatus", &RequestAnswers::requestedStatus},
         Row{"SystemStatus", &RequestAnswers::emptyAnswer},
-        Row{"Escape", &RequestAnswers::emptyAnswer},
+        Row{"Escape", &RequestAnswers::escape},
         Row{"SnapshotDevice", &RequestAnswers::snapshot},
+        Row{"GetSwitchingFunctionDevices", &RequestAnswers::devices},
         Row{"StartApplicationSession", &RequestAnswers::startSession},
         Row{"ResetApplicationSessionTimer", &RequestAnswers::resetSession},
         Row{"StopApplicationSession", &RequestAnswers::sessionEnd},
@@ -46,6 +53,21 @@ std::string RequestAnswers::wrongAnswer(std::string_view requestName) const {
     const std::string_view name =
         requestName == "MonitorStop" ? "SystemStatusResponse" : "MonitorStopResponse";
     return MessageWriter(name, m_nameSpace).finish();
+}
+
+void RequestAnswers::addLines(const std::string& device, const std::vector<std::string>& lines) {
+    if (lines.empty()) {
+        return;
+    }
+    std::vector<std::string>& served = m_devices[comparableNumber(device)];
+    if (served.empty()) {
+        served.push_back(device);
+    }
+    for (const std::string& line : lines) {
+        if (std::find(served.begin(), served.end(), line) == served.end()) {
+            served.push_back(line);
+        }
+    }
 }
 
 std::string RequestAnswers::systemStatus(std::string_view word) const {
@@ -107,10 +129,51 @@ RequestAnswers::Outcome RequestAnswers::requestedStatus(const WireDocument& /*re
         MessageWriter("RequestSystemStatusResponse", m_nameSpace).text("systemStatus", m_status).finish()};
 }
 
+/// The request names no device: it is about the logs of those that its client monitors.
+RequestAnswers::Outcome RequestAnswers::escape(const WireDocument& request, int client) {
+    const pugi::xml_node root = request.root();
+    if (!childNamed(childNamed(privateDataOf(root), "private"), kCallLogEntryRequest)) {
+        return emptyAnswer(request, client);
+    }
+    const std::optional<CallLogEntryRequest> asked = readCallLogEntryRequest(root);
+    if (!asked) {
+        return {error("operation", "invalidParameterValue")};
+    }
+    Outcome outcome = emptyAnswer(request, client);
+    for (const std::string& device : m_monitors.devicesOf(client)) {
+        std::optional<SwitchCallLog::Events> events =
+            m_callLogs.change(device, [&asked](SwitchCallLog& log) { return log.apply(*asked); });
+        if (!events) {
+            return {error("operation", "invalidParameterValue")};
+        }
+        outcome.callLogChanges.emplace_back(device, std::move(*events));
+    }
+    return outcome;
+}
+
 RequestAnswers::Outcome RequestAnswers::snapshot(const WireDocument& /*request*/, int /*client*/) {
     MessageWriter writer("SnapshotDeviceResponse", m_nameSpace);
     writer.open("crossRefIDorSnapshotData").empty("snapshotData");
     return {writer.finish()};
+}
+
+RequestAnswers::Outcome RequestAnswers::devices(const WireDocument& request, int /*client*/) {
+    const std::string device = childText(request.root(), "requestedDeviceID");
+    const auto served = m_devices.find(comparableNumber(device.empty() ? m_ownDevice : device));
+    if (served == m_devices.end()) {
+        return {error("operation", "serviceNotSupported")};
+    }
+    const std::string crossRefId = std::to_string(++m_deviceLists);
+    MessageWriter list("SwitchingFunctionDevices", m_nameSpace);
+    list.text("serviceCrossRefID", crossRefId).flag("lastSegment", true).open("deviceList");
+    for (const std::string& one : served->second) {
+        list.open("deviceListItem").text("deviceID", one).text("deviceCategory", "station").close();
+    }
+    Outcome outcome{MessageWriter("GetSwitchingFunctionDevicesResponse", m_nameSpace)
+                        .text("serviceCrossRefID", crossRefId)
+                        .finish()};
+    outcome.sequel = list.finish();
+    return outcome;
 }
 
 RequestAnswers::Outcome RequestAnswers::startSession(const WireDocument& request, int /*client*/) {

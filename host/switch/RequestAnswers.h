@@ -1,11 +1,14 @@
 #pragma once
 
-#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "host/csta-wire/WireDocument.h"
+#include "host/switch/SwitchCallLogs.h"
 #include "host/switch/SwitchMonitors.h"
 
 namespace host {
@@ -14,8 +17,9 @@ namespace host {
 /// refused with `serviceNotSupported`. Not thread-safe.
 class RequestAnswers {
 public:
-    /// `monitors` outlives the object; `ownDevice` is what an empty device in a MonitorStart means.
-    RequestAnswers(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors);
+    /// `monitors` and `callLogs` outlive the object; `ownDevice` is what an empty device in a MonitorStart means.
+    RequestAnswers(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
+                   SwitchCallLogs& callLogs);
 
     struct Outcome {
         /// Nothing for messages that want no answer.
@@ -24,6 +28,10 @@ public:
         bool monitorStarted = false;
         /// The client wants to be told of the system status.
         bool registered = false;
+        /// What the switch sends of its own accord behind the answer.
+        std::optional<std::string> sequel = std::nullopt;
+        /// What has changed in the call log of which device.
+        std::vector<std::pair<std::string, SwitchCallLog::Events>> callLogChanges = {};
     };
     [[nodiscard]] Outcome answer(const WireDocument& request, int client);
 
@@ -38,6 +46,9 @@ public:
     [[nodiscard]] const std::string& nameSpace() const noexcept { return m_nameSpace; }
     /// What a RequestSystemStatus is answered with.
     void setStatus(std::string word) { m_status = std::move(word); }
+    /// The phone `device` serves `lines` beside its own number. Of a phone that serves none the switch does not
+    /// tell any devices.
+    void addLines(const std::string& device, const std::vector<std::string>& lines);
 
 private:
     using Answerer = Outcome (RequestAnswers::*)(const WireDocument&, int);
@@ -48,7 +59,9 @@ private:
     Outcome changeFilter(const WireDocument& request, int client);
     Outcome registration(const WireDocument& request, int client);
     Outcome requestedStatus(const WireDocument& request, int client);
+    Outcome escape(const WireDocument& request, int client);
     Outcome snapshot(const WireDocument& request, int client);
+    Outcome devices(const WireDocument& request, int client);
     Outcome startSession(const WireDocument& request, int client);
     Outcome resetSession(const WireDocument& request, int client);
     Outcome emptyAnswer(const WireDocument& request, int client);
@@ -59,9 +72,13 @@ private:
     const std::string m_nameSpace;
     const std::string m_ownDevice;
     SwitchMonitors& m_monitors;
+    SwitchCallLogs& m_callLogs;
     std::string m_status = "normal";
     int m_registrations = 0;
     int m_sessions = 0;
+    int m_deviceLists = 0;
+    /// All that a phone serves, its own number first, by that number.
+    std::map<std::string, std::vector<std::string>> m_devices;
 };
 
 }  // namespace host

@@ -26,6 +26,9 @@ private:
 /// value; `repeat` is already unrolled, names of calls and phones are already checked.
 class Scenario {
 public:
+    /// The phone of a scenario without a `device` line, unless the simulator is told another.
+    static constexpr const char* kUsualDevice = "2001";
+
     /// `source` names the text in errors. Throws `ScenarioError` at the first fault.
     [[nodiscard]] static Scenario parse(std::string_view text, const std::string& source = "scenario");
     /// As `parse`; a file that cannot be read is a `ScenarioError` at line 0.
@@ -37,6 +40,8 @@ public:
     [[nodiscard]] std::chrono::milliseconds waitTime() const noexcept { return m_waits; }
     /// The phone that the scenario is about, from its `device` line; empty when it has none.
     [[nodiscard]] const std::string& device() const noexcept { return m_device; }
+    /// The other lines that the phone serves, from the `line` lines.
+    [[nodiscard]] const std::vector<std::string>& lines() const noexcept { return m_lines; }
 
 private:
     friend class ScenarioParser;
@@ -45,6 +50,7 @@ private:
     std::size_t m_calls = 0;
     std::chrono::milliseconds m_waits{0};
     std::string m_device;
+    std::vector<std::string> m_lines;
 };
 
 /// The scenario that `calljournal demo` plays: a lively day at an extension, never quite the same two calls in a row.

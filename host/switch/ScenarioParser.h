@@ -1,18 +1,18 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "host/switch/CallStates.h"
 #include "host/switch/Scenario.h"
-#include "host/switch/ScenarioTokens.h"
+#include "host/switch/StatementReader.h"
 
 namespace host {
 
-/// Builds a `Scenario` from its statements and checks on the way that every action fits the state of its call ("c1
-/// does not ring"). Lives for the length of one parse.
+/// Builds a `Scenario` from its statements: what each word wants behind it, and how blocks are repeated. Lives for the
+/// length of one parse.
 class ScenarioParser {
 public:
     /// A guard against a `repeat` that would fill the memory.
@@ -24,38 +24,38 @@ public:
     [[nodiscard]] Scenario parse();
 
 private:
-    enum class CallState { eOver, eMade, eDialled, eRinging, eUp, eHeld };
-    struct ActionRow;
-
-    [[nodiscard]] static const std::vector<ActionRow>& actionRows();
-
     void parseBlock(std::size_t repeatLine);
     void parseRepeat();
     void parseStatement();
+    [[nodiscard]] bool parseDeclaration();
+    [[nodiscard]] bool parseOccasion(ScenarioStep& step);
+    void parseAction(ScenarioStep& step);
+    void parseDetails(ScenarioStep& step);
+
     void parseDevice();
-    void parseWait(ScenarioStep& step);
+    void parseLine();
+    void parseCallBack(ScenarioStep& step);
+    void parseLog(ScenarioStep& step);
     void parseCall(ScenarioStep& step);
+    void parseConsult(ScenarioStep& step);
     void parseDivert(ScenarioStep& step);
+    void parsePickUp(ScenarioStep& step);
+    void parseTransfer(ScenarioStep& step);
+    void parseJoin(ScenarioStep& step);
+    void parseLeave(ScenarioStep& step);
     void parseBy(ScenarioStep& step);
     void add(ScenarioStep step);
-    void advanceCall(const ActionRow& row, const std::string& call);
 
-    // Reading the present statement.
-    [[nodiscard]] bool atEnd() const;
-    [[nodiscard]] bool nextIs(const char* word) const;
-    bool take(const char* word);
-    void expect(const char* word);
-    [[nodiscard]] std::string takeWord(const char* what);
-    [[nodiscard]] Party takeParty();
-    [[nodiscard]] std::string takeReason();
-    [[noreturn]] void fail(const std::string& fault) const;
-
-    const std::vector<ScenarioStatement> m_statements;
-    const std::string m_source;
+    StatementReader m_reader;
+    CallStates m_calls{m_reader};
     Scenario m_scenario;
-    std::map<std::string, CallState> m_calls;
-    std::size_t m_statement = 0;
-    std::size_t m_token = 0;
+    struct CallBack {
+        std::string name;
+        /// What it waits for.
+        std::string reason;
+    };
+    /// Those that are set, by the number of the party.
+    std::map<std::string, CallBack> m_callBacks;
 };
 
 }  // namespace host

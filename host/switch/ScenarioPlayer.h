@@ -3,28 +3,30 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
-#include <map>
-#include <memory>
 #include <string>
 
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
 
+#include "host/switch/PlayedCalls.h"
 #include "host/switch/Scenario.h"
-#include "host/switch/SimulatedCall.h"
 #include "host/switch/SwitchSimulator.h"
 
 namespace host {
 
-/// Plays one scenario: makes its calls, lets time pass, and hands on what the phones hear. Belongs to the simulator's thread,
-/// and must outlive the operations of the io_context.
+/// Plays one scenario in time: does its steps, waits between them, and hands on what the phones hear. Belongs to
+/// the simulator's thread, and must outlive the operations of the io_context.
 class ScenarioPlayer {
 public:
     struct Stage {
         std::function<void(const CallOccurrence&)> happens;
         std::function<void(const std::string& word)> status;
+        /// A change of the log that the switch keeps of the phone's calls.
+        std::function<void(const ScenarioStep&)> callLog;
         /// A call id that no other call of the switch has.
         std::function<std::string()> newCallId;
+        /// Somebody monitors the device now.
+        std::function<bool(const std::string& device)> isMonitored;
         std::function<void()> finished;
     };
 
@@ -32,25 +34,23 @@ public:
     ScenarioPlayer(asio::io_context& io, Scenario scenario, PlayOptions options, const std::string& device,
                    Stage stage);
 
-    /// Begins, or waits for a monitor of the phone to begin with.
-    void start(bool monitored);
-    /// A monitor of `device` exists now.
-    void monitorStarted(const std::string& device);
+    /// Begins, unless it waits for a monitor of the phone.
+    void start();
+    /// There is a monitor more. Begins when it is the phone's; the monitors of the other lines that the phone
+    /// serves have a moment to follow, which a phone that monitors none of them lets pass.
+    void monitorStarted();
     void stop();
 
 private:
     // After so many steps in one go the others get their turn.
     static constexpr std::size_t kStepsAtOnce = 64;
+    static constexpr std::chrono::milliseconds kLinePatience{1000};
 
     void play();
     void pauseFor(std::chrono::milliseconds pause);
     void perform(const ScenarioStep& step);
-    void perform(const ScenarioStep& step, SimulatedCall& call);
-    void makeCall(const ScenarioStep& step);
     void endPass();
-    void show(const SimulatedCall::Occurrences& occurrences) const;
-    [[nodiscard]] SimulatedCall::Side sideOf(const ScenarioStep& step, const SimulatedCall& call) const;
-    [[nodiscard]] Party orPhone(const Party& party) const;
+    void show(const CallOccurrences& occurrences) const;
     [[nodiscard]] std::chrono::milliseconds paced(const ScenarioStep& step) const;
 
     const Scenario m_scenario;
@@ -61,7 +61,7 @@ private:
     bool m_started = false;
     bool m_stopped = false;
     std::size_t m_next = 0;
-    std::map<std::string, SimulatedCall> m_calls;
+    PlayedCalls m_calls;
 };
 
 }  // namespace host

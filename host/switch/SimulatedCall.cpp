@@ -12,42 +12,53 @@ SimulatedCall::SimulatedCall(std::string callId, Party caller, Party called, Par
       m_redirectedFrom(std::move(redirectedFrom)),
       m_redirectWord(std::move(redirectWord)) {}
 
-SimulatedCall::Occurrences SimulatedCall::originate(bool byHand) {
-    Occurrences heard;
+SimulatedCall SimulatedCall::transferred(std::string callId, const End& caller, const End& called) {
+    SimulatedCall call(std::move(callId), caller.party, called.party, {}, {});
+    call.m_ends = {caller, called};
+    call.m_transferred = true;
+    return call;
+}
+
+CallOccurrences SimulatedCall::originate(const std::string& initiated) {
+    CallOccurrences heard;
     End& caller = end(Side::eCaller);
-    if (byHand) {
+    if (!initiated.empty()) {
         caller.state = "initiated";
-        heard.push_back(occurrence(WireEvent::eServiceInitiated, caller.party, "makeCall"));
+        heard.push_back(occurrence(WireEvent::eServiceInitiated, caller.party, initiated));
     }
     caller.state = "connected";
     heard.push_back(occurrence(WireEvent::eOriginated, caller.party, "newCall"));
     return heard;
 }
 
-SimulatedCall::Occurrences SimulatedCall::ring() {
+CallOccurrence SimulatedCall::ring() {
     end(Side::eCalled).state = "alerting";
-    return {occurrence(WireEvent::eDelivered, end(Side::eCalled).party,
-                       m_redirectWord.empty() ? "newCall" : m_redirectWord)};
+    const std::string usual = m_transferred ? "singleStepTransfer" : "newCall";
+    return setUp(WireEvent::eDelivered, m_redirectWord.empty() ? usual : m_redirectWord);
 }
 
-SimulatedCall::Occurrences SimulatedCall::answer() {
+CallOccurrence SimulatedCall::answer() {
     end(Side::eCalled).state = "connected";
-    return {occurrence(WireEvent::eEstablished, end(Side::eCalled).party, "newCall")};
+    return setUp(WireEvent::eEstablished, "newCall");
 }
 
-SimulatedCall::Occurrences SimulatedCall::hold(Side by) {
+CallOccurrence SimulatedCall::hold(Side by, const std::string& cause) {
     end(by).state = "hold";
-    return {occurrence(WireEvent::eHeld, end(by).party, "normal")};
+    return occurrence(WireEvent::eHeld, end(by).party, cause);
 }
 
-SimulatedCall::Occurrences SimulatedCall::retrieve(Side by) {
+CallOccurrence SimulatedCall::retrieve(Side by) {
     end(by).state = "connected";
-    return {occurrence(WireEvent::eRetrieved, end(by).party, "normal")};
+    return occurrence(WireEvent::eRetrieved, end(by).party, "normal");
 }
 
-SimulatedCall::Occurrences SimulatedCall::hangUp(Side first, const std::string& cause) {
-    const Party releasing = end(first).party;
-    Occurrences heard;
+CallOccurrence SimulatedCall::leave(Side by) {
+    return clear(by, end(by).party, "normalClearing");
+}
+
+CallOccurrences SimulatedCall::hangUp(Side first, const std::string& cause) {
+    const Party releasing = party(first);
+    CallOccurrences heard;
     for (const Side side : {first, other(first)}) {
         if (end(side).state != "null") {
             heard.push_back(clear(side, releasing, cause));
@@ -56,34 +67,52 @@ SimulatedCall::Occurrences SimulatedCall::hangUp(Side first, const std::string& 
     return heard;
 }
 
-SimulatedCall::Occurrences SimulatedCall::busy() {
-    Occurrences heard = {occurrence(WireEvent::eFailed, end(Side::eCalled).party, "busy")};
+CallOccurrences SimulatedCall::busy() {
+    CallOccurrences heard = {setUp(WireEvent::eFailed, "busy")};
     heard.push_back(clear(Side::eCaller, end(Side::eCaller).party, "normalClearing"));
     return heard;
 }
 
-SimulatedCall::Occurrences SimulatedCall::divert(const Party& to, const std::string& word) {
+CallOccurrences SimulatedCall::divert(const Party& to, const std::string& word) {
     const Party diverting = end(Side::eCalled).party;
     CallOccurrence diverted = occurrence(WireEvent::eDiverted, diverting, word);
     diverted.newDestination = to;
     // The diverting phone hears of it even when it never rang.
-    diverted.listeners = {{end(Side::eCaller).party.number, end(Side::eCaller).state},
-                          {diverting.number, "null"}};
+    diverted.listeners = {{diverting.number, "null"}};
+    if (!m_transferred) {
+        diverted.listeners.insert(diverted.listeners.begin(),
+                                  {end(Side::eCaller).party.number, end(Side::eCaller).state});
+    }
 
     end(Side::eCalled) = End{to, "null"};
+    if (m_firstForwardedTo.number.empty() && word != "callPickup") {
+        m_firstForwardedTo = to;
+    }
     m_redirectedFrom = diverting;
     m_redirectWord = word;
-    Occurrences heard = {std::move(diverted)};
-    Occurrences after = word == "callPickup" ? answer() : ring();
-    if (word == "callPickup") {
-        after.front().cause = word;
-    }
-    heard.push_back(std::move(after.front()));
+    CallOccurrences heard = {std::move(diverted)};
+    heard.push_back(word == "callPickup" ? answer() : ring());
+    heard.back().cause = word;
     return heard;
 }
 
-SimulatedCall::Occurrences SimulatedCall::answerElsewhere() {
-    return {clear(Side::eCalled, end(Side::eCalled).party, "multipleAlerting")};
+CallOccurrence SimulatedCall::answerElsewhere() {
+    return clear(Side::eCalled, end(Side::eCalled).party, "multipleAlerting");
+}
+
+CallOccurrence SimulatedCall::markMissed() const {
+    CallOccurrence heard = information(Side::eCalled);
+    heard.privateText = "MissedCall";
+    return heard;
+}
+
+CallOccurrence SimulatedCall::tellName(Side learner, const std::string& name) {
+    Party& party = end(other(learner)).party;
+    party.name = name;
+    if (isSameDevice(m_firstCalled, party)) {
+        m_firstCalled.name = name;
+    }
+    return information(learner);
 }
 
 SimulatedCall::Side SimulatedCall::other(Side side) noexcept {
@@ -106,6 +135,25 @@ CallOccurrence SimulatedCall::occurrence(WireEvent event, const Party& subject,
             heard.listeners.push_back({listener.party.number, listener.state});
         }
     }
+    return heard;
+}
+
+CallOccurrence SimulatedCall::setUp(WireEvent event, const std::string& cause) const {
+    CallOccurrence heard = occurrence(event, end(Side::eCalled).party, cause);
+    if (m_transferred) {
+        heard.listeners.erase(heard.listeners.begin());
+    }
+    return heard;
+}
+
+CallOccurrence SimulatedCall::information(Side told) const {
+    CallOccurrence heard;
+    heard.event = WireEvent::eCallInformation;
+    heard.callId = m_callId;
+    heard.subject = end(told).party;
+    heard.device = heard.subject;
+    heard.calling = end(other(told)).party;
+    heard.listeners = {{heard.subject.number, end(told).state}};
     return heard;
 }
 

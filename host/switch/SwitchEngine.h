@@ -7,6 +7,7 @@
 #include <mutex>
 #include <thread>
 
+#include "host/switch/SwitchCallLogs.h"
 #include "host/switch/SwitchLog.h"
 #include "host/switch/SwitchSimulator.h"
 
@@ -26,6 +27,9 @@ public:
     /// Runs `work` on the simulator's thread, later; nothing happens while the simulator is stopped.
     void post(std::function<void(SwitchRoom&)> work);
     [[nodiscard]] SwitchLog& log() noexcept { return m_log; }
+    [[nodiscard]] SwitchCallLog::Events callLog(const std::string& device) const {
+        return m_callLogs.entries(device.empty() ? m_options.device : device);
+    }
 
 private:
     // The owner's thread.
@@ -33,6 +37,7 @@ private:
     std::thread m_thread;
 
     SwitchLog m_log;
+    SwitchCallLogs m_callLogs;
     std::atomic<std::uint16_t> m_port{0};
 
     // Guarded by m_roomLock: whether there is a room; what is in it belongs to the thread.

@@ -34,4 +34,14 @@ std::vector<const SwitchMonitor*> SwitchMonitors::ofDevice(std::string_view devi
     return monitors;
 }
 
+std::set<std::string> SwitchMonitors::devicesOf(int client) const {
+    std::set<std::string> devices;
+    for (const auto& [id, monitor] : m_monitors) {
+        if (monitor.client == client) {
+            devices.insert(monitor.number);
+        }
+    }
+    return devices;
+}
+
 }  // namespace host

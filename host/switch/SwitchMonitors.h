@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,8 @@ public:
     void remove(const std::string& id) { m_monitors.erase(id); }
     void removeClient(int client);
     [[nodiscard]] std::vector<const SwitchMonitor*> ofDevice(std::string_view device) const;
+    /// What the client monitors, by number.
+    [[nodiscard]] std::set<std::string> devicesOf(int client) const;
 
 private:
     std::map<std::string, SwitchMonitor> m_monitors;

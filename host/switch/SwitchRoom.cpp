@@ -7,6 +7,7 @@
 #include <asio/post.hpp>
 
 #include "host/csta-wire/Frame.h"
+#include "host/switch/CallLogText.h"
 #include "host/switch/EventWriter.h"
 #include "platform/logging/Logging.h"
 
@@ -31,28 +32,33 @@ std::string nameOf(std::string_view xml) {
 
 }  // namespace
 
-SwitchRoom::SwitchRoom(const SwitchOptions& options, SwitchLog& log)
+SwitchRoom::SwitchRoom(const SwitchOptions& options, SwitchLog& log, SwitchCallLogs& callLogs)
     : m_options(options),
       m_log(log),
+      m_callLogs(callLogs),
       m_work(m_io.get_executor()),
       m_acceptor(listeningOn(m_io, options)),
-      m_answers(options.edition, options.device, m_monitors) {
+      m_answers(options.edition, options.device, m_monitors, callLogs) {
     accept();
 }
 
 void SwitchRoom::play(Scenario scenario, PlayOptions options) {
     const std::string device = scenario.device().empty() ? m_options.device : scenario.device();
-    ScenarioPlayer::Stage stage{[this](const CallOccurrence& occurrence) { happens(occurrence); },
-                                [this](const std::string& word) { sendSystemStatus(word); },
-                                [this] { return std::to_string(++m_lastCall); },
-                                [finished = options.finished] {
-                                    if (finished) {
-                                        finished();
-                                    }
-                                }};
+    m_answers.addLines(device, scenario.lines());
+    ScenarioPlayer::Stage stage{
+        [this](const CallOccurrence& occurrence) { happens(occurrence); },
+        [this](const std::string& word) { sendSystemStatus(word); },
+        [this, device, options](const ScenarioStep& step) { changeCallLog(device, step, options); },
+        [this] { return std::to_string(++m_lastCall); },
+        [this](const std::string& number) { return !m_monitors.ofDevice(number).empty(); },
+        [finished = options.finished] {
+            if (finished) {
+                finished();
+            }
+        }};
     m_players.push_back(std::make_unique<ScenarioPlayer>(m_io, std::move(scenario), std::move(options),
                                                          m_options.device, std::move(stage)));
-    m_players.back()->start(!m_monitors.ofDevice(device).empty());
+    m_players.back()->start();
 }
 
 void SwitchRoom::sendSystemStatus(const std::string& word) {
@@ -124,8 +130,8 @@ void SwitchRoom::received(SwitchClient& client, const Frame& frame) {
     if (!document) {
         return;
     }
-    m_log.add({SwitchLogEntry::Direction::eReceived, client.number(), frame.invokeId,
-               std::string(document->name()), frame.xml});
+    note({SwitchLogEntry::Direction::eReceived, client.number(), frame.invokeId,
+          std::string(document->name()), frame.xml});
     if (document->kind() == MessageKind::eRequest) {
         answer(client, frame.invokeId, *document);
     }
@@ -151,9 +157,16 @@ void SwitchRoom::answer(SwitchClient& client, int invokeId, const WireDocument& 
     if (outcome.answer) {
         send(number, invokeId, *outcome.answer);
     }
+    if (outcome.sequel) {
+        sendRequest(number, *outcome.sequel);
+    }
+    for (const auto& [device, events] : outcome.callLogChanges) {
+        tellCallLog(device, events);
+    }
     if (outcome.monitorStarted) {
-        const std::string device = childText(childNamed(request.root(), "monitorObject"), "deviceObject");
-        monitorStarted(device.empty() ? m_options.device : device);
+        for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
+            player->monitorStarted();
+        }
     }
 }
 
@@ -173,6 +186,46 @@ void SwitchRoom::happens(const CallOccurrence& occurrence) {
             }
         }
     }
+    for (const FinishedCall& call : m_finishedCalls.follow(occurrence)) {
+        if (m_options.callLog) {
+            tellCallLog(call.device, m_callLogs.change(call.device, [&call](SwitchCallLog& log) {
+                return log.file(call.log, call.party.anonymous
+                                              ? SwitchCallLog::Party()
+                                              : SwitchCallLog::Party{call.party.number, call.party.name, {}});
+            }));
+        }
+    }
+}
+
+void SwitchRoom::changeCallLog(const std::string& device, const ScenarioStep& step,
+                               const PlayOptions& options) {
+    using Action = ScenarioStep::Action;
+    if (step.action == Action::eLogPrint) {
+        if (options.print) {
+            options.print(callLogText(m_callLogs.entries(device)));
+        }
+        return;
+    }
+    tellCallLog(device, m_callLogs.change(device, [&step](SwitchCallLog& log) {
+        switch (step.action) {
+            case Action::eLogAdd: return log.file(step.log, {step.to.number, step.to.name, step.word});
+            case Action::eLogDelete: return log.remove(step.log, step.to.number);
+            default: return log.clear(step.log);
+        }
+    }));
+}
+
+void SwitchRoom::tellCallLog(const std::string& device, const SwitchCallLog::Events& events) {
+    const EventShape& shape = eventShape(WireEvent::ePrivate);
+    for (const SwitchMonitor* monitor : m_monitors.ofDevice(device)) {
+        if (monitor->filter.leavesOut(shape.filterGroup, shape.filterMember)) {
+            continue;
+        }
+        for (const CallLogEntryEvent& event : events) {
+            send(monitor->client, Frame::kEventInvokeId,
+                 writeCallLogEvent(m_answers.nameSpace(), event, monitor->id));
+        }
+    }
 }
 
 void SwitchRoom::send(int client, int invokeId, const std::string& xml) {
@@ -180,20 +233,23 @@ void SwitchRoom::send(int client, int invokeId, const std::string& xml) {
     if (found == m_clients.end()) {
         return;
     }
-    m_log.add({SwitchLogEntry::Direction::eSent, client, invokeId, nameOf(xml), xml});
+    note({SwitchLogEntry::Direction::eSent, client, invokeId, nameOf(xml), xml});
     const std::shared_ptr<SwitchClient> kept = found->second;
     kept->send(invokeId, xml);
+}
+
+void SwitchRoom::note(SwitchLogEntry entry) {
+    if (loggingOnAppUni(kComponent, 6)) {
+        const bool sent = entry.direction == SwitchLogEntry::Direction::eSent;
+        logAppUni(kComponent, __FILE_NAME__, 6, __LINE__, "%s client %d, %04d %s: %s", sent ? "to" : "from",
+                  entry.client, entry.invokeId, entry.name.c_str(), entry.xml.c_str());
+    }
+    m_log.add(std::move(entry));
 }
 
 void SwitchRoom::sendRequest(int client, const std::string& xml) {
     const int id = m_ids.next([](int /*taken*/) { return false; }).value_or(InvokeIds::kFirst);
     send(client, id, xml);
-}
-
-void SwitchRoom::monitorStarted(const std::string& device) {
-    for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
-        player->monitorStarted(device);
-    }
 }
 
 SwitchAnswering SwitchRoom::answeringOf(std::string_view request) const {

@@ -14,8 +14,10 @@
 #include <asio/ip/tcp.hpp>
 
 #include "host/csta-wire/InvokeIds.h"
+#include "host/switch/FinishedCalls.h"
 #include "host/switch/RequestAnswers.h"
 #include "host/switch/ScenarioPlayer.h"
+#include "host/switch/SwitchCallLogs.h"
 #include "host/switch/SwitchClient.h"
 #include "host/switch/SwitchLog.h"
 #include "host/switch/SwitchMonitors.h"
@@ -27,8 +29,8 @@ namespace host {
 /// the constructor and `io`, belongs to the thread that runs `io`.
 class SwitchRoom {
 public:
-    /// Listens. Throws `std::system_error`. `log` outlives the object.
-    SwitchRoom(const SwitchOptions& options, SwitchLog& log);
+    /// Listens. Throws `std::system_error`. The logs outlive the object.
+    SwitchRoom(const SwitchOptions& options, SwitchLog& log, SwitchCallLogs& callLogs);
 
     [[nodiscard]] asio::io_context& io() noexcept { return m_io; }
     [[nodiscard]] std::uint16_t port() const { return m_acceptor.local_endpoint().port(); }
@@ -52,13 +54,18 @@ private:
     void answer(SwitchClient& client, int invokeId, const WireDocument& request);
     void clientGone(int number);
     void happens(const CallOccurrence& occurrence);
+    void changeCallLog(const std::string& device, const ScenarioStep& step, const PlayOptions& options);
+    void tellCallLog(const std::string& device, const SwitchCallLog::Events& events);
     void send(int client, int invokeId, const std::string& xml);
+    /// Into the program's log, in every detail, and into the simulator's own.
+    void note(SwitchLogEntry entry);
     void sendRequest(int client, const std::string& xml);
-    void monitorStarted(const std::string& device);
     [[nodiscard]] SwitchAnswering answeringOf(std::string_view request) const;
 
     const SwitchOptions m_options;
     SwitchLog& m_log;
+    SwitchCallLogs& m_callLogs;
+    FinishedCalls m_finishedCalls;
     asio::io_context m_io;
     asio::executor_work_guard<asio::io_context::executor_type> m_work;
     asio::ip::tcp::acceptor m_acceptor;

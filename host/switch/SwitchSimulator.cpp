@@ -22,7 +22,7 @@ void SwitchSimulator::Engine::start() {
     if (m_room) {
         return;
     }
-    m_room = std::make_unique<SwitchRoom>(m_options, m_log);
+    m_room = std::make_unique<SwitchRoom>(m_options, m_log, m_callLogs);
     m_port = m_options.port = m_room->port();
     m_thread = std::thread([&io = m_room->io()] { io.run(); });
 }
@@ -85,6 +85,10 @@ void SwitchSimulator::stopMonitors(const std::string& device) {
 
 void SwitchSimulator::dropClients() {
     m_engine->post([](SwitchRoom& room) { room.dropClients(); });
+}
+
+std::vector<CallLogEntryEvent> SwitchSimulator::callLog(const std::string& device) const {
+    return m_engine->callLog(device);
 }
 
 SwitchLog& SwitchSimulator::log() noexcept {

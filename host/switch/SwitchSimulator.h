@@ -10,6 +10,7 @@
 
 #include "host/switch/Scenario.h"
 #include "host/switch/SwitchLog.h"
+#include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
 
@@ -18,10 +19,13 @@ struct SwitchOptions {
     /// 0 lets the system choose; `SwitchSimulator::port` tells which.
     std::uint16_t port = 4242;
     /// The phone that scenarios without a `device` line are about.
-    std::string device = "2001";
+    std::string device = Scenario::kUsualDevice;
     std::string edition = "ed4";
     /// Sends SystemStatus as soon as a client is there, before it has said anything.
     bool speaksFirst = false;
+    /// Keeps a call log of its own for every device: files the calls of its scenarios when they are over and tells the
+    /// device's monitors. (`log` statements of a scenario and requests of clients change the logs in any case.)
+    bool callLog = false;
 };
 
 struct PlayOptions {
@@ -31,6 +35,8 @@ struct PlayOptions {
     double rate = 0;
     /// Waits until a client monitors the scenario's phone.
     bool awaitMonitor = true;
+    /// Gets the text of `log print`, on the simulator's thread.
+    std::function<void(const std::string&)> print{};
     /// Called once by the simulator's thread when the scenario is over; not when `stop` cuts it short. Must not call
     /// `stop` itself.
     std::function<void()> finished;
@@ -77,6 +83,10 @@ public:
     void stopMonitors(const std::string& device);
     /// Closes every connection; clients may connect again.
     void dropClients();
+
+    /// The log that the switch keeps of the calls of `device` (by default the one of `SwitchOptions`), in the form in which
+    /// its entries were told.
+    [[nodiscard]] std::vector<CallLogEntryEvent> callLog(const std::string& device = {}) const;
 
     /// What was received and sent; the log takes care of its own lock.
     [[nodiscard]] SwitchLog& log() noexcept;
