@@ -32,6 +32,8 @@ struct Configuration {
         /// The own number at the switch.
         std::string device = "2001";
         std::vector<SharedDevice> shared;
+        /// A telephone is paired over Bluetooth.
+        bool bluetooth = false;
 
         bool operator==(const Line&) const = default;
     };

@@ -38,6 +38,7 @@ Configuration::Line readLine(TomlSection& section) {
         }
         devices.push_back(device);
     }
+    section.read("bluetooth", line.bluetooth);
     section.finish();
     return line;
 }

@@ -61,6 +61,7 @@ constexpr std::array kCauses = {
 
     CauseRow{"callPickup", CSTA_EC_GroupPickupNotify, CauseContext::eEstablished},
 
+    CauseRow{"consultation", CSTA_EC_HeldForTransfer, CauseContext::eHeld},
     CauseRow{"singleStepTransfer", CSTA_EC_HeldForTransfer, CauseContext::eHeld},
     CauseRow{"transfer", CSTA_EC_HeldForTransfer, CauseContext::eHeld},
 

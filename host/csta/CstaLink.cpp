@@ -21,6 +21,14 @@ std::shared_ptr<EventSink> sinkOf(const CSTARequest& request) {
     return std::make_shared<EventSink>(receiver, request.getSourceService());
 }
 
+/// Null for a request that is none about the switch's call log.
+const CallLogEntryRequest* callLogEntryOf(const CSTARequest& request) {
+    constexpr int kCallLogEntryType = 0;
+    const auto* const escape = dynamic_cast<const CSTAEscapeRequest*>(&request);
+    return escape != nullptr && escape->getEventType() == kCallLogEntryType ? escape->getCallLogEntry()
+                                                                            : nullptr;
+}
+
 }  // namespace
 
 CstaLink::CstaLink(CstaLinkConfig config, const Post& post)
@@ -72,6 +80,9 @@ void CstaLink::request(CSTARequest& request) {
         outcome = engine.perform([&engine, sink = sinkOf(request)](const CompleteRequest& complete) {
             engine.registerForStatus(sink, complete);
         });
+    } else if (const CallLogEntryRequest* entry = callLogEntryOf(request)) {
+        outcome = engine.perform(
+            [&engine, asked = *entry](const CompleteRequest& complete) { engine.escape(asked, complete); });
     } else {
         CSTA_LINK_LOG(3, "%s", "a request of a kind that the link does not carry");
     }

@@ -5,10 +5,13 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/csta/CSTAServiceIfc.h"
 #include "platform/framework/Executable.h"
 
+class CSTAEvent;
 class Service;
 
 namespace host {
@@ -18,6 +21,10 @@ struct CstaLinkConfig {
     std::uint16_t port = 4242;
     /// The phone's own number at the switch; the library knows it as `CSTADevice::kLocalDevice`.
     std::string ownDevice = "2001";
+    /// What the phone serves besides, where the switch does not tell: the lines that it shares with others, and
+    /// whether a Bluetooth telephone is paired with it.
+    std::vector<std::string> sharedDevices;
+    bool bluetooth = false;
     /// Name space edition of what the link writes ("ed3" ... "ed6"); it reads every edition.
     std::string edition = "ed4";
     /// "auto", or "application-session".
@@ -29,6 +36,9 @@ struct CstaLinkConfig {
     /// The pause before the first attempt to connect again; each further one doubles, up to the maximum.
     std::chrono::milliseconds reconnectFirst{1000};
     std::chrono::milliseconds reconnectMax{30000};
+    /// Told of every event that is on its way to a service, with its name on the wire; on the reader thread, so it must not
+    /// block. May be empty.
+    std::function<void(std::string_view, const CSTAEvent&)> eventListener;
 };
 
 /// The line's way to a CSTA switch, registered as "CSTAServiceIfc": CSTA XML over TCP (docs/csta-link.md).
@@ -41,6 +51,9 @@ struct CstaLinkConfig {
 ///     started when the switch is there.
 ///  3. Every event that names the switch's id for the monitor is delivered to the receiver on the line's strand.
 ///  4. After each loss the link connects again with growing pauses and starts every wanted monitor anew.
+///
+/// A service that asks for the system status is also told which devices the phone serves, in one
+/// `CSTASwitchingFunctionDevices` event: once they are known, and again when they change.
 ///
 /// Threads: a reader thread of the link's own does all input and output and completes waiting requests, so
 /// `request` may be called from any thread except from the status callback, a handler on the strand included.

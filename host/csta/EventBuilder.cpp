@@ -1,10 +1,13 @@
 #include "host/csta/EventBuilder.h"
 
+#include <optional>
 #include <utility>
 
+#include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTADeviceEvents.h"
+#include "platform/csta/CSTAEventCause.h"
 #include "platform/csta/CSTAPrivateEvents.h"
 
 namespace host {
@@ -93,11 +96,8 @@ std::unique_ptr<CSTAEvent> EventBuilder::build() const {
         case WireEvent::eConferenced: return conferenced();
         case WireEvent::eCallInformation: return callInformation();
         case WireEvent::eNetworkReached: return deviceEvent<CSTANetworkReachedEvent>();
-        case WireEvent::ePrivate: {
-            auto event = std::make_unique<CSTAPrivateEvent>();
-            fillCommon(*event, CauseContext::eOther);
-            return event;
-        }
+        case WireEvent::ePrivate: return privateEvent();
+        case WireEvent::eCallBack: return callBack();
     }
     return nullptr;
 }
@@ -106,6 +106,22 @@ std::unique_ptr<CSTAEvent> EventBuilder::buildClearing() const {
     auto event = callControl<CSTAConnectionClearedEvent>();
     event->setReleasingDevice(m_device.device);
     event->setCause(causeNumber(childText(m_root, "cause"), CauseContext::eConnectionCleared));
+    return event;
+}
+
+std::unique_ptr<CSTAEvent> EventBuilder::buildSecondaryClearing() const {
+    const pugi::xml_node secondary = member("secondaryOldCall");
+    const std::string callId = childText(secondary, "callID");
+    if (m_shape.event != WireEvent::eTransferred || m_facts.subject != EventParty::eMonitored ||
+        callId.empty()) {
+        return nullptr;
+    }
+    auto event = std::make_unique<CSTAConnectionClearedEvent>();
+    event->setMonitorCrossRefID(m_crossRefId);
+    event->setConnection(callId, m_devices.connectionDevice(secondary).device.number);
+    event->setReleasingDevice(m_device.device);
+    event->setLocalConnectionInfo(CSTA_LCS_Null);
+    event->setCause(CSTA_EC_Transfer);
     return event;
 }
 
@@ -174,10 +190,64 @@ std::unique_ptr<CSTAEvent> EventBuilder::transferred() const {
             break;
         }
     }
-    event->setOldCalls(std::move(primary), std::move(secondary));
     event->setConnection(newCallId(), m_connectionDevice.device.number);
     event->setTransferringDevice(m_device.device);
-    event->setTransferredToDevice(m_devices.device(member("transferredToDevice")).device);
+    event->setTransferredToDevice(transferredTo(primary));
+    event->setOldCalls(std::move(primary), std::move(secondary));
+    return event;
+}
+
+/// A switch may name the new partner, or tell its name, only in the list of the ends. There the partner is the end that was
+/// not in the call which the phone knows.
+CSTADevice EventBuilder::transferredTo(std::string_view knownCallId) const {
+    const pugi::xml_node named = member("transferredToDevice");
+    CSTADevice to = m_devices.device(named).device;
+    for (const pugi::xml_node item : connectionList(m_root).children()) {
+        const pugi::xml_node end = childNamed(item, "endpoint");
+        const EventDevice endpoint = m_devices.device(end);
+        if (endpoint.party != EventParty::eOther || endpoint.device.number == m_device.device.number) {
+            continue;
+        }
+        if (to.number.empty() && oldCallIdOf(item) != knownCallId) {
+            to = m_devices.device(named, end).device;
+        }
+        if (to.name.empty() && to.number == endpoint.device.number) {
+            to.name = endpoint.device.name;
+        }
+    }
+    return to;
+}
+
+std::unique_ptr<CSTAEvent> EventBuilder::callBack() const {
+    auto event = std::make_unique<CSTACallBackEvent>();
+    fillCommon(*event, CauseContext::eOther);
+    event->setOriginatingDevice(m_device.device);
+    event->setTargetDevice(m_devices.device(member("targetDevice")).device);
+    const std::string set = childText(m_root, "callBackSetCanceled");
+    event->setSet(set.empty() || isTrue(set));
+    return event;
+}
+
+std::unique_ptr<CSTAEvent> EventBuilder::privateEvent() const {
+    const pugi::xml_node membership =
+        childNamed(childNamed(privateDataOf(m_root), "private"), "conferenceMembership");
+    if (!membership) {
+        auto event = std::make_unique<CSTAPrivateEvent>();
+        fillCommon(*event, CauseContext::eOther);
+        if (std::optional<CallLogEntryEvent> entry = readCallLogEntry(m_root)) {
+            event->setCallLogEntry(std::move(*entry));
+        }
+        return event;
+    }
+    auto event = std::make_unique<CSTAConferenceMembershipEvent>();
+    fillCommon(*event, CauseContext::eOther);
+    event->setCallID(childText(membership, "callID"));
+    event->setDeviceID(m_devices.connectionDevice(membership).device.number);
+    for (const pugi::xml_node one : membership.children()) {
+        if (localName(one) == "member") {
+            event->addUserInformation(m_devices.device(one).device);
+        }
+    }
     return event;
 }
 

@@ -30,6 +30,9 @@ public:
     [[nodiscard]] std::string newCallId() const;
 
     [[nodiscard]] std::unique_ptr<CSTAEvent> build() const;
+    /// The end of the second call of a phone that transfers: the call goes on without it, and nobody else says so. Null
+    /// for any other event.
+    [[nodiscard]] std::unique_ptr<CSTAEvent> buildSecondaryClearing() const;
     /// The end of the phone's own connection, with the devices and the cause word of this event.
     [[nodiscard]] std::unique_ptr<CSTAEvent> buildClearing() const;
 
@@ -46,7 +49,10 @@ private:
     [[nodiscard]] std::unique_ptr<CSTAEvent> deviceEvent() const;
     [[nodiscard]] std::unique_ptr<CSTAEvent> callInformation() const;
     [[nodiscard]] std::unique_ptr<CSTAEvent> transferred() const;
+    [[nodiscard]] CSTADevice transferredTo(std::string_view knownCallId) const;
     [[nodiscard]] std::unique_ptr<CSTAEvent> conferenced() const;
+    [[nodiscard]] std::unique_ptr<CSTAEvent> callBack() const;
+    [[nodiscard]] std::unique_ptr<CSTAEvent> privateEvent() const;
     [[nodiscard]] std::string farEndOf(std::string_view oldCallId, pugi::xml_node oldCall) const;
     void fillCommon(CSTAEvent& event, CauseContext context) const;
 

@@ -30,6 +30,9 @@ std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& do
     if (!concernsThePhone(builder.facts())) {
         return events;
     }
+    if (std::unique_ptr<CSTAEvent> cleared = builder.buildSecondaryClearing()) {
+        events.push_back(std::move(cleared));
+    }
     events.push_back(builder.build());
     if (endsSilently(builder.facts())) {
         events.push_back(builder.buildClearing());

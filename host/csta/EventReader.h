@@ -22,7 +22,8 @@ struct EventSource {
 
 /// Turns the events of the wire into those of the platform: devices, the state of the phone's own connection, the
 /// cause in the phone's numbering. Leaves out what does not concern the monitored phone (EventRules.h), and adds
-/// the ConnectionCleared that a switch may spare itself after a Diverted event.
+/// the ConnectionCleared events that a switch may spare itself: after a Diverted event, and of the second call of a
+/// phone that transfers.
 ///
 /// Reads by local names, in any order; members that are missing become empty. Remembers which calls are
 /// conferences, so one reader serves one connection. Not thread-safe: the link's reader thread.

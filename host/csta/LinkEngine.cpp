@@ -28,6 +28,8 @@ CstaLink::Engine::Engine(CstaLinkConfig config, const Post& post)
           {[this] { ready(); }, [this](const std::string& why) { m_connection.abandon(why); }}),
       m_receivers(EventDelivery(post)),
       m_monitors(m_config, m_io, *this, EventDelivery(post), [this] { updateStatus(); }),
+      m_inquiry(m_config, m_io, *this, m_messages,
+                [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
       m_thread([this] { m_io.run(); }),
       m_readerId(m_thread.get_id()) {}
 
@@ -56,6 +58,7 @@ void CstaLink::Engine::stop() {
         m_connection.close();
         m_association.connectionLost();
         m_pending.failAll();
+        m_inquiry.connectionLost();
         m_monitors.connectionLost();
         m_work.reset();
     });
@@ -107,6 +110,20 @@ void CstaLink::Engine::registerForStatus(std::shared_ptr<EventSink> sink, const 
                  : RequestOutcome::ok<CSTASystemStatusResponse>());
 }
 
+/// Nothing is kept for later: without a connection the request fails at once, as the library expects of a switch that is away.
+void CstaLink::Engine::escape(const CallLogEntryRequest& request, const CompleteRequest& complete) {
+    if (!m_association.isReady()) {
+        complete({RequestOutcome::kConnectionLost, nullptr});
+        return;
+    }
+    send(m_messages.escape(request), [complete](const Answer& answer) {
+        if (answer.kind == Answer::Kind::eRefused) {
+            CSTA_LINK_LOG(3, "the switch refuses a request about its call log: %s", answer.value.c_str());
+        }
+        complete(RequestOutcome::of<CSTAEscapeResponse>(answer));
+    });
+}
+
 void CstaLink::Engine::send(const std::string& xml, PendingRequests::Handler handler) {
     if (!m_connection.isConnected()) {
         handler({});
@@ -149,6 +166,7 @@ void CstaLink::Engine::ready() {
         }
     });
     registerAtSwitch();
+    m_inquiry.ask();
     m_monitors.startAll();
 }
 
@@ -160,6 +178,7 @@ void CstaLink::Engine::lost(const std::string& why) {
     m_association.connectionLost();
     m_pending.failAll();
     m_receivers.connectionLost();
+    m_inquiry.connectionLost();
     m_monitors.connectionLost();
     updateStatus();
 }
@@ -198,8 +217,16 @@ void CstaLink::Engine::answerTo(int invokeId, const WireDocument& document) {
     } else if (name == "MonitorStop") {
         m_connection.send(invokeId, m_messages.monitorStopResponse());
         m_monitors.stoppedBySwitch(childText(document.root(), "monitorCrossRefID"));
-    } else if (name == "SystemRegisterAbort") {
+    } else if (name == "SwitchingFunctionDevices") {
         // The standard has no answer to it.
+        m_inquiry.takeSegment(document);
+    } else if (name == "SwitchingFunctionDevicesChanged") {
+        m_connection.send(invokeId, m_messages.switchingFunctionDevicesChangedResponse());
+        if (m_association.isReady()) {
+            m_inquiry.ask();
+        }
+    } else if (name == "SystemRegisterAbort") {
+        // Nor to this one.
         CSTA_LINK_LOG(4, "%s", "the switch has ended the registration for its status; registering again");
         registerAtSwitch();
     } else {
@@ -217,17 +244,29 @@ void CstaLink::Engine::systemStatus(std::string_view word) {
         m_monitorsDoubtful = true;
     } else if (isServing(word) && std::exchange(m_monitorsDoubtful, false) && m_association.isReady()) {
         CSTA_LINK_LOG(4, "%s", "the switch serves again; starting all monitors anew");
+        m_inquiry.ask();
         m_monitors.startAll();
     }
 }
 
-void CstaLink::Engine::registerAtSwitch() {
-    send(m_messages.systemRegister(), [this](const Answer& answer) {
+void CstaLink::Engine::registerAtSwitch(bool alsoDevices) {
+    send(m_messages.systemRegister(alsoDevices), [this, alsoDevices](const Answer& answer) {
         m_registrationRefused = answer.kind == Answer::Kind::eRefused;
-        if (m_registrationRefused) {
-            CSTA_LINK_LOG(4, "the switch does not register us for its status: %s", answer.value.c_str());
+        if (!m_registrationRefused) {
+            return;
+        }
+        CSTA_LINK_LOG(4, "the switch does not register us for its status%s: %s",
+                      alsoDevices ? " and the phone's devices" : "", answer.value.c_str());
+        if (alsoDevices) {
+            registerAtSwitch(false);
         }
     });
+}
+
+/// A service starts its monitors of the devices when it is told of them. When one of these requests failed (the connection
+/// was lost, the switch was not ready), only telling it once more brings that monitor back.
+void CstaLink::Engine::devicesFound(const std::vector<LineDevice>& devices) {
+    m_receivers.deliverDevices(devices, m_monitors.takeFailedStart());
 }
 
 void CstaLink::Engine::updateStatus() {

@@ -6,12 +6,14 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 
 #include "host/csta/Association.h"
 #include "host/csta/CstaLink.h"
+#include "host/csta/DeviceInquiry.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/LinkMonitors.h"
@@ -46,6 +48,7 @@ public:
     // The reader thread, from inside `perform`.
     [[nodiscard]] LinkMonitors& monitors() noexcept { return m_monitors; }
     void registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete);
+    void escape(const CallLogEntryRequest& request, const CompleteRequest& complete);
 
 private:
     // RequestChannel
@@ -58,7 +61,8 @@ private:
     void received(const Frame& frame);
     void answerTo(int invokeId, const WireDocument& document);
     void systemStatus(std::string_view word);
-    void registerAtSwitch();
+    void registerAtSwitch(bool alsoDevices = true);
+    void devicesFound(const std::vector<LineDevice>& devices);
     void updateStatus();
 
     // Constant after `start`.
@@ -74,6 +78,7 @@ private:
     Association m_association;
     SystemStatusReceivers m_receivers;
     LinkMonitors m_monitors;
+    DeviceInquiry m_inquiry;
     Status m_lastStatus;
     bool m_outageLogged = false;
     bool m_everConnected = false;

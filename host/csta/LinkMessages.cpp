@@ -1,5 +1,6 @@
 #include "host/csta/LinkMessages.h"
 
+#include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/NameSpaces.h"
 #include "host/csta/FilterGroups.h"
@@ -12,10 +13,19 @@ std::string LinkMessages::requestSystemStatus() const {
     return MessageWriter("RequestSystemStatus", m_nameSpace).finish();
 }
 
-std::string LinkMessages::systemRegister() const {
+std::string LinkMessages::systemRegister(bool alsoDevices) const {
     MessageWriter writer("SystemRegister", m_nameSpace);
-    writer.open("requestTypes").flag("systemStatus", true).flag("requestSystemStatus", true).close();
+    writer.open("requestTypes").flag("systemStatus", true).flag("requestSystemStatus", true);
+    if (alsoDevices) {
+        writer.flag("switchingFunctionDevicesChanged", true);
+    }
     return writer.finish();
+}
+
+std::string LinkMessages::getSwitchingFunctionDevices(std::string_view ownDevice) const {
+    return MessageWriter("GetSwitchingFunctionDevices", m_nameSpace)
+        .text("requestedDeviceID", ownDevice)
+        .finish();
 }
 
 std::string LinkMessages::monitorStart(std::string_view device, const CSTAMonitorFilter& filter) const {
@@ -42,6 +52,12 @@ std::string LinkMessages::changeMonitorFilter(std::string_view crossRefId,
     return writer.finish();
 }
 
+std::string LinkMessages::escape(const CallLogEntryRequest& request) const {
+    MessageWriter writer("Escape", m_nameSpace);
+    writeCallLogEntryRequest(writer, request);
+    return writer.finish();
+}
+
 std::string LinkMessages::systemStatusResponse() const {
     return MessageWriter("SystemStatusResponse", m_nameSpace).finish();
 }
@@ -52,6 +68,10 @@ std::string LinkMessages::requestSystemStatusResponse() const {
 
 std::string LinkMessages::monitorStopResponse() const {
     return MessageWriter("MonitorStopResponse", m_nameSpace).finish();
+}
+
+std::string LinkMessages::switchingFunctionDevicesChangedResponse() const {
+    return MessageWriter("SwitchingFunctionDevicesChangedResponse", m_nameSpace).finish();
 }
 
 std::string LinkMessages::serviceNotSupported() const {

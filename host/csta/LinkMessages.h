@@ -5,6 +5,8 @@
 
 #include "platform/csta/CSTAMonitorFilter.h"
 
+struct CallLogEntryRequest;
+
 namespace host {
 
 /// Every message that the link writes, by the schema of one edition. A plain value.
@@ -13,17 +15,23 @@ public:
     explicit LinkMessages(std::string_view edition);
 
     [[nodiscard]] std::string requestSystemStatus() const;
-    [[nodiscard]] std::string systemRegister() const;
+    /// `alsoDevices` asks to be told, too, when the devices of the phone change.
+    [[nodiscard]] std::string systemRegister(bool alsoDevices) const;
+    [[nodiscard]] std::string getSwitchingFunctionDevices(std::string_view ownDevice) const;
     /// Without a filter element when `filter` leaves nothing out.
     [[nodiscard]] std::string monitorStart(std::string_view device, const CSTAMonitorFilter& filter) const;
     [[nodiscard]] std::string monitorStop(std::string_view crossRefId) const;
     [[nodiscard]] std::string changeMonitorFilter(std::string_view crossRefId,
                                                   const CSTAMonitorFilter& filter) const;
 
+    /// A private request to the switch that keeps the call log.
+    [[nodiscard]] std::string escape(const CallLogEntryRequest& request) const;
+
     // Answers to the switch's requests.
     [[nodiscard]] std::string systemStatusResponse() const;
     [[nodiscard]] std::string requestSystemStatusResponse() const;
     [[nodiscard]] std::string monitorStopResponse() const;
+    [[nodiscard]] std::string switchingFunctionDevicesChangedResponse() const;
     [[nodiscard]] std::string serviceNotSupported() const;
 
     // Application session.

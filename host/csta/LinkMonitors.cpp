@@ -70,6 +70,7 @@ void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& fil
             return;
         }
         CSTA_LINK_LOG(4, "monitor %s is not started: %s", id.c_str(), describe(answer));
+        m_startFailed = true;
         forget(id);
         stopQuietly(switchId);
         complete(started != nullptr ? RequestOutcome::of<CSTAMonitorStartResponse>(answer)
@@ -290,6 +291,9 @@ void LinkMonitors::deliver(const WireDocument& document, const std::vector<Wante
              m_reader.read(document, {monitor->crossRefId, monitor->device})) {
             CSTA_LINK_LOG(6, "%s for %s: %s", std::string(shape->rootName).c_str(),
                           monitor->crossRefId.c_str(), event->toString().c_str());
+            if (m_config.eventListener) {
+                m_config.eventListener(shape->rootName, *event);
+            }
             m_delivery.deliver(monitor->sink, std::move(event));
         }
     }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <asio/io_context.hpp>
 
@@ -51,6 +52,9 @@ public:
     [[nodiscard]] bool isMonitoring();
     void cancelRetries();
 
+    /// Whether a monitor that a service asked for was not started, and so forgotten, since this was asked last.
+    [[nodiscard]] bool takeFailedStart() noexcept { return std::exchange(m_startFailed, false); }
+
 private:
     void sendStart(WantedMonitor& monitor, const std::function<void(const Answer&)>& handler);
     void startAgain(WantedMonitor& monitor);
@@ -72,6 +76,7 @@ private:
     MonitorTable m_table;
     EventReader m_reader;
     EarlyEvents m_early;
+    bool m_startFailed = false;
 };
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #include <cctype>
 #include <cstddef>
 
+#include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta-wire/XmlText.h"
 #include "host/csta/EventBuilder.h"
@@ -40,10 +41,7 @@ std::string textFromHex(std::string_view hex) {
 }  // namespace
 
 std::string privateText(pugi::xml_node root) {
-    pugi::xml_node data = childNamed(childNamed(root, "extensions"), "privateData");
-    if (!data) {
-        data = childNamed(root, "privateData");
-    }
+    const pugi::xml_node data = privateDataOf(root);
     const pugi::xml_node own = childNamed(data, "private");
     const pugi::xml_node status =
         own.find_node([](pugi::xml_node node) { return localName(node) == "callStatus"; });

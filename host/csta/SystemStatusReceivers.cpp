@@ -16,8 +16,12 @@ void SystemStatusReceivers::add(std::shared_ptr<EventSink> sink) {
         std::any_of(m_sinks.begin(), m_sinks.end(), [&sink](const std::shared_ptr<EventSink>& other) {
             return other->receiver == sink->receiver && other->source == sink->source;
         });
-    if (!known) {
-        m_sinks.push_back(std::move(sink));
+    if (known) {
+        return;
+    }
+    m_sinks.push_back(std::move(sink));
+    if (!m_devices.empty()) {
+        deliverDevicesTo(m_sinks.back());
     }
 }
 
@@ -40,6 +44,25 @@ void SystemStatusReceivers::deliver(std::string_view word) {
         event->setSystemStatus(platformStatus(word));
         m_delivery.deliver(sink, std::move(event));
     }
+}
+
+void SystemStatusReceivers::deliverDevices(const std::vector<LineDevice>& devices, bool again) {
+    if (devices == m_devices && !again) {
+        return;
+    }
+    m_devices = devices;
+    CSTA_LINK_LOG(5, "the phone serves %zu devices", m_devices.size());
+    for (const std::shared_ptr<EventSink>& sink : m_sinks) {
+        deliverDevicesTo(sink);
+    }
+}
+
+void SystemStatusReceivers::deliverDevicesTo(const std::shared_ptr<EventSink>& sink) const {
+    auto event = std::make_unique<CSTASwitchingFunctionDevices>();
+    for (const LineDevice& device : m_devices) {
+        event->addDevice(device.type, device.id);
+    }
+    m_delivery.deliver(sink, std::move(event));
 }
 
 }  // namespace host
