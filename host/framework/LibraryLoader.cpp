@@ -56,6 +56,10 @@ std::unique_ptr<Proxy> LibraryLoader::createJournalServiceObserverProxy() const 
     return std::unique_ptr<Proxy>(static_cast<Proxy*>(callFactory("createJournalServiceObserverProxy")));
 }
 
+std::unique_ptr<Invoker> LibraryLoader::createContactGetterInvoker() const {
+    return std::unique_ptr<Invoker>(static_cast<Invoker*>(callFactory("createContactGetterInvoker")));
+}
+
 void* LibraryLoader::callFactory(const char* name) const {
     void* const symbol = dlsym(m_handle, name);
     if (symbol == nullptr) {

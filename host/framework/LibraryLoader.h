@@ -47,6 +47,7 @@ public:
     [[nodiscard]] std::unique_ptr<Service> createJournalService() const;
     [[nodiscard]] std::unique_ptr<Invoker> createJournalServiceInvoker() const;
     [[nodiscard]] std::unique_ptr<Proxy> createJournalServiceObserverProxy() const;
+    [[nodiscard]] std::unique_ptr<Invoker> createContactGetterInvoker() const;
 
 private:
     [[nodiscard]] void* callFactory(const char* name) const;

@@ -159,6 +159,17 @@ LocalManagement::Keys LocalManagement::values() const {
     return m_values;
 }
 
+LocalManagement::KnownKeys LocalManagement::knownKeys() const {
+    const std::lock_guard lock(m_mutex);
+    KnownKeys known(m_values.begin(), m_values.end());
+    for (const auto& [key, observers] : m_observers) {
+        if (!observers.empty()) {
+            known.try_emplace(key);
+        }
+    }
+    return known;
+}
+
 LocalManagement::Gate LocalManagement::gateOf(MgmtAgentIfc& agent) {
     Gate& gate = m_gates[&agent];
     if (gate == nullptr) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -41,6 +42,7 @@ public:
     /// Runs a function on the line's strand, later and in order; never inside the call.
     using Post = std::function<void(std::function<void()>)>;
     using Keys = std::map<std::string, std::string>;
+    using KnownKeys = std::map<std::string, std::optional<std::string>>;
 
     /// `database` is borrowed and outlives the management. Throws `DatabaseError` when the stored values cannot be read.
     LocalManagement(Database& database, std::string line, const Keys& firstValues, const Keys& overrides,
@@ -73,6 +75,8 @@ public:
 
     /// The phone's own keys with their values, and those that agents have published.
     [[nodiscard]] Keys values() const;
+    /// Those, and every other key that an agent observes, without a value.
+    [[nodiscard]] KnownKeys knownKeys() const;
 
 private:
     using Gate = std::shared_ptr<AgentGate>;
@@ -84,7 +88,7 @@ private:
                                  bool (MgmtAgentIfc::*operation)(ManageableData&));
     [[nodiscard]] RejectReason objectionTo(const std::string& key, const ManageableData& data) const;
     [[nodiscard]] bool store(const std::vector<Change>& changes);
-    /// Takes the changes over and posts a notification for each observer of each; m_mutex must be held.
+    /// Takes the changes over and posts a notification for each observer of each; m_changeMutex must be held.
     void apply(const std::vector<Change>& changes);
 
     // Constant after construction.

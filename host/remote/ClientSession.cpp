@@ -107,7 +107,8 @@ void ClientSession::readBody(std::size_t length) {
                          }
                          std::optional<RemoteFrame> frame = RemoteFrame::readBody(self->m_body);
                          self->m_body = std::string();
-                         if (frame && frame->kind == RemoteFrame::Kind::eRequest) {
+                         if (frame && (frame->kind == RemoteFrame::Kind::eRequest ||
+                                       frame->kind == RemoteFrame::Kind::eMethod)) {
                              self->take(std::move(*frame));
                          } else {
                              self->close("it sent a frame that is no request");
@@ -183,8 +184,10 @@ void ClientSession::attach() {
 
 void ClientSession::handle(const RemoteFrame& request) {
     SessionResponse response(m_name);
-    m_backend.invoker.handleMessage(&m_backend.target, request.text.data(),
-                                    static_cast<int>(request.text.size()), &response);
+    Invoker& invoker =
+        request.kind == RemoteFrame::Kind::eMethod ? m_backend.methodInvoker : m_backend.invoker;
+    invoker.handleMessage(&m_backend.target, request.text.data(), static_cast<int>(request.text.size()),
+                          &response);
     asio::post(m_reader, [weak = weak_from_this(), id = request.id, complete = response.isComplete(),
                           text = response.takePayload()] {
         const auto self = weak.lock();

@@ -14,9 +14,11 @@ namespace host {
 struct RemoteBackend {
     /// The service that requests are for. A client subscribes with it as `JournalServiceObserverSubscriptionIfc`.
     Executable& target;
-    /// Initialised with `framework`.
+    /// Handles requests; initialised with `framework`.
     Invoker& invoker;
-    /// Where the invoker finds the clients' proxies.
+    /// Handles methods in the text protocol; initialised with `framework`.
+    Invoker& methodInvoker;
+    /// Where the invokers find the clients' proxies and the protocol.
     HostFrameworkContext& framework;
     /// Makes one client's observer proxy; may throw. Called on threads of the server's own.
     std::function<std::unique_ptr<Proxy>()> makeObserverProxy;

@@ -45,9 +45,18 @@ RemoteClient::RemoteClient(const std::filesystem::path& dataDirectory)
 }
 
 std::string RemoteClient::call(const std::string& request, std::chrono::milliseconds limit) {
+    return exchange(RemoteFrame::Kind::eRequest, request, limit);
+}
+
+std::string RemoteClient::callMethod(const std::string& request, std::chrono::milliseconds limit) {
+    return exchange(RemoteFrame::Kind::eMethod, request, limit);
+}
+
+std::string RemoteClient::exchange(RemoteFrame::Kind kind, const std::string& text,
+                                   std::chrono::milliseconds limit) {
     const Deadline deadline = std::chrono::steady_clock::now() + limit;
     const std::uint32_t id = ++m_lastId;
-    sendAll(RemoteFrame::encode(RemoteFrame::Kind::eRequest, id, request), deadline);
+    sendAll(RemoteFrame::encode(kind, id, text), deadline);
     for (;;) {
         std::optional<RemoteFrame> frame = receive(deadline, -1);
         if (frame && frame->kind == RemoteFrame::Kind::eNotification) {

@@ -27,6 +27,10 @@ public:
     [[nodiscard]] std::string call(const std::string& request,
                                    std::chrono::milliseconds limit = std::chrono::seconds(30));
 
+    /// The same for a method in the text protocol ("request getContactList client").
+    [[nodiscard]] std::string callMethod(const std::string& request,
+                                         std::chrono::milliseconds limit = std::chrono::seconds(30));
+
     /// The notifications that came during calls and are not taken yet.
     [[nodiscard]] std::deque<std::string> takeNotifications() { return std::exchange(m_notifications, {}); }
 
@@ -37,6 +41,7 @@ public:
 private:
     using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
+    std::string exchange(RemoteFrame::Kind kind, const std::string& text, std::chrono::milliseconds limit);
     void sendAll(const std::string& bytes, const Deadline& deadline);
     /// One frame; nothing when it was interrupted before the frame was complete.
     std::optional<RemoteFrame> receive(const Deadline& deadline, int interrupt);

@@ -5,6 +5,7 @@
 #include <asio/local/stream_protocol.hpp>
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
+#include <atomic>
 #include <chrono>
 #include <map>
 #include <string>
@@ -38,6 +39,8 @@ public:
         asio::post(m_io, [this] { beginStop(); });
         m_thread.join();
     }
+
+    [[nodiscard]] std::size_t clientCount() const noexcept { return m_sessionCount; }
 
 private:
     void accept() {
@@ -77,11 +80,13 @@ private:
             std::make_shared<ClientSession>(std::move(socket), name, m_backend, m_workers,
                                             m_limits.maxBacklogBytes, [this, name] { forget(name); });
         m_sessions.emplace(name, session);
+        m_sessionCount = m_sessions.size();
         session->start();
     }
 
     void forget(const std::string& name) {
         m_sessions.erase(name);
+        m_sessionCount = m_sessions.size();
         endIfEmpty();
     }
 
@@ -116,6 +121,9 @@ private:
     WorkerPool m_workers{4};
     std::map<std::string, std::shared_ptr<ClientSession>> m_sessions;
 
+    /// For everybody.
+    std::atomic<std::size_t> m_sessionCount{0};
+
     // The owner's.
     std::thread m_thread;
 };
@@ -133,6 +141,10 @@ void RemoteServer::start() {
 
 void RemoteServer::stop() {
     m_engine->stop();
+}
+
+std::size_t RemoteServer::clientCount() const noexcept {
+    return m_engine->clientCount();
 }
 
 }  // namespace host

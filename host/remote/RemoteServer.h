@@ -11,7 +11,7 @@ class ServerSocket;
 
 struct RemoteLimits {
     /// A further client is turned away with a log line.
-    std::size_t maxClients = 64;
+    std::size_t maxClients = 256;
     /// Bytes of notifications that may wait for one client, frames included; a client beyond it is cut off.
     std::size_t maxBacklogBytes = 4U * 1024U * 1024U;
 };
@@ -38,6 +38,9 @@ public:
     /// Accepts nothing more, closes every client, and returns when all are unsubscribed and their proxies destroyed.
     /// Idempotent.
     void stop();
+
+    /// How many clients are connected. Any thread.
+    [[nodiscard]] std::size_t clientCount() const noexcept;
 
 private:
     class Engine;

@@ -47,6 +47,10 @@ private:
 /// of XmlLimits.h. Whether the names of start and end tags agree is left to the parser.
 [[nodiscard]] bool isSafeXml(std::string_view text, std::size_t maxBytes) noexcept;
 
+/// The outermost element's name without its prefix; empty when no element can be found. Looks no further than
+/// that element's start tag, so it says nothing about the rest.
+[[nodiscard]] std::string_view rootNameOf(std::string_view text) noexcept;
+
 /// Where the element that begins at `begin` ends (one past its last character), in a text that `isSafeXml`
 /// has accepted.
 [[nodiscard]] std::size_t elementEnd(std::string_view text, std::size_t begin) noexcept;

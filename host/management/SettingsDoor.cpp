@@ -1,0 +1,83 @@
+#include "host/management/SettingsDoor.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "host/management/LocalManagement.h"
+#include "platform/management/ManageableData.h"
+
+namespace host {
+namespace {
+
+using journalxml::Setting;
+
+constexpr const char* kJournalAgent = "JournalMgmtId";
+constexpr std::array<std::string_view, 4> kJournalKeys{"call-log-enabled", "clear-calllog",
+                                                       "delete-missed-when-called", "missed-logging"};
+/// What the journal reads without observing it.
+constexpr std::array<std::string_view, 3> kReadNowAndThen{"mac-addr", "software-type", "voice-mail-e164"};
+
+bool isOfJournal(std::string_view key) {
+    return std::find(kJournalKeys.begin(), kJournalKeys.end(), key) != kJournalKeys.end();
+}
+
+LocalManagement::KnownKeys keysOfPhone(const LocalManagement& management) {
+    LocalManagement::KnownKeys known = management.knownKeys();
+    for (const std::string_view key : kReadNowAndThen) {
+        known.try_emplace(std::string(key));
+    }
+    return known;
+}
+
+}  // namespace
+
+std::vector<Setting> SettingsDoor::all() const {
+    std::vector<Setting> settings;
+    for (const std::string_view key : kJournalKeys) {
+        settings.push_back({std::string(key), true, journalValue(std::string(key))});
+    }
+    for (const auto& [key, value] : keysOfPhone(m_management)) {
+        if (!isOfJournal(key)) {
+            settings.push_back({key, false, value});
+        }
+    }
+    return settings;
+}
+
+std::optional<Setting> SettingsDoor::find(const std::string& key) const {
+    if (isOfJournal(key)) {
+        return Setting{key, true, journalValue(key)};
+    }
+    const LocalManagement::KnownKeys known = keysOfPhone(m_management);
+    const auto found = known.find(key);
+    return found == known.end() ? std::nullopt : std::optional(Setting{key, false, found->second});
+}
+
+RejectReason SettingsDoor::set(const std::string& key, const std::string& value) {
+    if (!isOfJournal(key) && !find(key)) {
+        return {eRejectDataInvalid, "There is no setting " + key};
+    }
+    ManageableData data;
+    data.populate(key, key, value);
+    const bool done =
+        isOfJournal(key) ? m_management.setAgentData(kJournalAgent, data) : m_management.write(data);
+    if (done) {
+        return {};
+    }
+    const auto reason = data.getRejectReasons().find(key);
+    // An agent may refuse without a word: the value is none that it takes, or cannot be stored.
+    return reason != data.getRejectReasons().end() && !reason->second.empty()
+               ? reason->second
+               : RejectReason{eRejectDataInvalid, "The value for " + key + " is not taken"};
+}
+
+std::optional<std::string> SettingsDoor::journalValue(const std::string& key) const {
+    ManageableData data;
+    data.setRootId(key, nullptr);
+    const bool served = m_management.getAgentData(kJournalAgent, data);
+    const DataNode* const node = data.interogate(key);
+    return served && node != nullptr ? std::optional(node->getValue()) : std::nullopt;
+}
+
+}  // namespace host

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "platform/framework/Invoker.h"
+
+namespace host {
+
+/// Lets remote clients speak more than one vocabulary: a message goes to the invoker of its outermost element, with that
+/// invoker's own target; every other message goes to the one for the rest, with the target that the server named.
+///
+/// Everything is borrowed and outlives the router; the invokers are initialised by whoever made them.
+///
+/// Threads: `add` before the first message; then any number at a time, as the invokers themselves.
+class InvokerRouter final : public Invoker {
+public:
+    explicit InvokerRouter(Invoker& rest) : m_rest(rest) {}
+
+    void add(const std::string& rootName, Invoker& invoker, Executable& target);
+
+    void handleMessage(Executable* target, const char* message, int length,
+                       InvokerResponse* response) override;
+    void initInvoker(FrameworkContext* /*context*/) override {}
+
+private:
+    struct Destination {
+        Invoker& invoker;
+        Executable& target;
+    };
+
+    // Constant once messages come.
+    Invoker& m_rest;
+    std::map<std::string, Destination, std::less<>> m_destinations;
+};
+
+}  // namespace host
