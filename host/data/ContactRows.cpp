@@ -1,12 +1,12 @@
 #include "host/data/ContactRows.h"
 
+#include <algorithm>
+
 #include "host/data/RowId.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
 namespace host {
 namespace {
-
-constexpr int kNumbers = 4;
 
 constexpr const char* kInsert = R"sql(
 INSERT INTO contact (surname, first_name, office, mobile, private, office2, default_number, email, group_name, company,
@@ -31,6 +31,27 @@ constexpr const char* kList = R"sql(
 SELECT id, surname, first_name, office, mobile, private, office2, default_number, email, group_name, company,
     address, address2, job_function, picture, voice_dial, external_id, source
 FROM contact WHERE line = ? ORDER BY surname COLLATE NOCASE, first_name COLLATE NOCASE, id LIMIT ? OFFSET ?
+)sql";
+
+constexpr const char* kFindExternal = R"sql(
+SELECT id FROM contact WHERE line = ? AND external_id = ? AND external_id <> '' ORDER BY id LIMIT 1
+)sql";
+
+constexpr const char* kFindByNumber = R"sql(
+SELECT contact.id FROM contact_number JOIN contact ON contact.id = contact_number.contact
+WHERE contact_number.line = ? AND contact_number.number = ? AND contact.surname = ? AND contact.first_name = ?
+    AND contact_number.position =
+        (SELECT min(position) FROM contact_number AS any_number WHERE any_number.contact = contact.id)
+    AND (? = 0 OR contact.external_id = '')
+ORDER BY contact.id LIMIT 1
+)sql";
+
+// The first two comparisons find the rows in the index of names.
+constexpr const char* kFindByName = R"sql(
+SELECT id FROM contact
+WHERE line = ?1 AND surname = ?2 COLLATE NOCASE AND first_name = ?3 COLLATE NOCASE AND surname = ?2 AND first_name = ?3
+    AND (?4 = 0 OR external_id = '') AND NOT EXISTS (SELECT 1 FROM contact_number WHERE contact = contact.id)
+ORDER BY id LIMIT 1
 )sql";
 
 void bindFields(Query& query, const Contact& contact) {
@@ -59,7 +80,7 @@ std::int64_t ContactRows::insert(const Contact& contact) {
     bindFields(query, contact);
     query.bind(m_line).run();
     const std::int64_t id = m_session.lastInsertedId();
-    index(id, contact);
+    index(id, numbersOf(contact));
     return id;
 }
 
@@ -69,7 +90,7 @@ bool ContactRows::update(std::int64_t id, const Contact& contact) {
     if (query.bind(m_line).bind(id).run() == 0) {
         return false;
     }
-    index(id, contact);
+    index(id, numbersOf(contact));
     return true;
 }
 
@@ -93,6 +114,27 @@ std::optional<Contact> ContactRows::find(std::int64_t id) {
     return query.bind(m_line).bind(id).next() ? std::optional(contactFrom(query)) : std::nullopt;
 }
 
+std::optional<Contact> ContactRows::findExternal(const std::string& externalId) {
+    Query query = m_session.query(kFindExternal);
+    return contactNamedBy(query.bind(m_line).bind(externalId));
+}
+
+std::optional<Contact> ContactRows::findAlike(const Contact& contact, bool ownOnly) {
+    const Numbers numbers = numbersOf(contact);
+    const auto first = std::find_if(numbers.begin(), numbers.end(),
+                                    [](const std::string& number) { return !number.empty(); });
+    Query query = m_session.query(first == numbers.end() ? kFindByName : kFindByNumber);
+    query.bind(m_line);
+    if (first != numbers.end()) {
+        query.bind(indexed(*first));
+    }
+    return contactNamedBy(query.bind(contact.getSurname()).bind(contact.getFirstname()).bind(ownOnly));
+}
+
+std::optional<Contact> ContactRows::contactNamedBy(Query& query) {
+    return query.next() ? find(query.number()) : std::nullopt;
+}
+
 std::vector<Contact> ContactRows::list(std::int64_t offset, std::int64_t limit) {
     Query query = m_session.query(kList);
     query.bind(m_line).bind(limit).bind(offset);
@@ -108,10 +150,25 @@ std::int64_t ContactRows::count() {
     return query.bind(m_line).next() ? query.number() : 0;
 }
 
-void ContactRows::reindex() {
-    for (const Contact& contact : list(0, count())) {
-        index(rowIdOf(contact.getUniqueId()).value_or(0), contact);
+std::string ContactRows::indexRules() {
+    Query query = m_session.query("SELECT rules FROM contact_number_rules WHERE line = ?");
+    return query.bind(m_line).next() ? query.text() : std::string();
+}
+
+void ContactRows::reindex(const std::string& rules) {
+    m_session.query("DELETE FROM contact_number WHERE line = ?").bind(m_line).run();
+    Query query = m_session.query("SELECT id, office, mobile, private, office2 FROM contact WHERE line = ?");
+    query.bind(m_line);
+    while (query.next()) {
+        const std::int64_t id = query.number();
+        Numbers numbers;
+        std::generate(numbers.begin(), numbers.end(), [&query] { return query.text(); });
+        insertNumbers(id, numbers);
     }
+    m_session.query("INSERT OR REPLACE INTO contact_number_rules (line, rules) VALUES (?, ?)")
+        .bind(m_line)
+        .bind(rules)
+        .run();
 }
 
 std::string ContactRows::indexed(std::string number) const {
@@ -121,12 +178,22 @@ std::string ContactRows::indexed(std::string number) const {
     return number;
 }
 
-void ContactRows::index(std::int64_t id, const Contact& contact) {
+ContactRows::Numbers ContactRows::numbersOf(const Contact& contact) {
+    return {contact.getPhoneNumber(1), contact.getPhoneNumber(2), contact.getPhoneNumber(3),
+            contact.getPhoneNumber(4)};
+}
+
+void ContactRows::index(std::int64_t id, const Numbers& numbers) {
     m_session.query("DELETE FROM contact_number WHERE contact = ?").bind(id).run();
+    insertNumbers(id, numbers);
+}
+
+void ContactRows::insertNumbers(std::int64_t id, const Numbers& numbers) {
     Query query =
         m_session.query("INSERT INTO contact_number (line, number, contact, position) VALUES (?, ?, ?, ?)");
-    for (int position = 1; position <= kNumbers; ++position) {
-        const std::string& number = contact.getPhoneNumber(position);
+    std::int32_t position = 0;
+    for (const std::string& number : numbers) {
+        ++position;
         if (!number.empty()) {
             query.again().bind(m_line).bind(indexed(number)).bind(id).bind(position).run();
         }

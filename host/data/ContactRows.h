@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -40,18 +41,32 @@ public:
     /// The best contact with that number, which is in its indexed form (`indexed`).
     [[nodiscard]] std::optional<Match> lookUp(const std::string& number);
     [[nodiscard]] std::optional<Contact> find(std::int64_t id);
+    /// The oldest contact with that id in the directory that it came from.
+    [[nodiscard]] std::optional<Contact> findExternal(const std::string& externalId);
+    /// The oldest contact of the same names and the same first number (without one, if this one has none); `ownOnly`: of
+    /// those without an external id.
+    [[nodiscard]] std::optional<Contact> findAlike(const Contact& contact, bool ownOnly);
+
     /// In the order of surname, first name and age.
     [[nodiscard]] std::vector<Contact> list(std::int64_t offset, std::int64_t limit);
     [[nodiscard]] std::int64_t count();
 
+    /// The rules by which the index of numbers was computed; empty when nobody has said.
+    [[nodiscard]] std::string indexRules();
     /// Computes the index of all numbers anew.
-    void reindex();
+    void reindex(const std::string& rules);
 
     /// The form in which a number is kept in the index.
     [[nodiscard]] std::string indexed(std::string number) const;
 
 private:
-    void index(std::int64_t id, const Contact& contact);
+    using Numbers = std::array<std::string, 4>;
+
+    static Numbers numbersOf(const Contact& contact);
+    void index(std::int64_t id, const Numbers& numbers);
+    void insertNumbers(std::int64_t id, const Numbers& numbers);
+    /// The contact whose id is the next column.
+    std::optional<Contact> contactNamedBy(Query& query);
     [[nodiscard]] static Contact contactFrom(Query& row);
 
     Database::Session& m_session;

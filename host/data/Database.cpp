@@ -73,7 +73,11 @@ bool Database::read(const char* what, const Work& work) noexcept {
 }
 
 bool Database::write(const char* what, const Work& work) noexcept {
+    const auto begin = std::chrono::steady_clock::now();
     const bool done = run(what, "BEGIN IMMEDIATE", work);
+    if (m_writeListener) {
+        m_writeListener(std::chrono::steady_clock::now() - begin);
+    }
     m_writeFailed = !done;
     if (done) {
         m_readFailed = false;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include "host/data/DatabaseError.h"
 #include "host/data/Query.h"
@@ -65,6 +66,11 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
+    /// Told how long each piece of writing took, on the thread that wrote. Before anybody writes.
+    void setWriteListener(std::function<void(std::chrono::duration<double>)> listener) {
+        m_writeListener = std::move(listener);
+    }
+
     /// Runs work that only reads, and sees one state of the database. `what` completes "... failed" in the log.
     bool read(const char* what, const Work& work) noexcept;
     /// Runs work in one transaction, which no other process can come between: all of it or nothing.
@@ -84,6 +90,8 @@ private:
 
     // Constant after construction.
     const std::filesystem::path m_file;
+    // Constant once somebody writes.
+    std::function<void(std::chrono::duration<double>)> m_writeListener;
 
     std::atomic<bool> m_readFailed{false};
     std::atomic<bool> m_writeFailed{false};

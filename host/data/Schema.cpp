@@ -116,6 +116,14 @@ CREATE TABLE contact_number (
 ) STRICT, WITHOUT ROWID;
 CREATE INDEX contact_number_contact ON contact_number (contact);
 )sql",
+    R"sql(
+CREATE INDEX contact_external ON contact (line, external_id) WHERE external_id <> '';
+
+CREATE TABLE contact_number_rules (
+    line  TEXT NOT NULL PRIMARY KEY,
+    rules TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+)sql",
 };
 
 }  // namespace

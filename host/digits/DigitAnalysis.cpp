@@ -1,23 +1,45 @@
 #include "host/digits/DigitAnalysis.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 #include <utility>
+
+#include "platform/client-utils/Utf8.h"
+#include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
 
-bool isMark(char character) {
-    return std::string_view(" \t-./()").find(character) != std::string_view::npos;
+constexpr std::size_t kLongestExtension = 5;
+/// To be raised whenever `normalise` gives a number another form than before: indexes of numbers are then made anew.
+constexpr const char* kRulesEdition = "2";
+
+/// Address books and web pages put more between digits than what a keyboard has: blanks of all widths, dashes of all
+/// lengths, and the marks of writing direction that copying a number takes along.
+bool isMark(std::uint32_t character) {
+    return (character < 0x80 &&
+            std::string_view(" \t-./()").find(static_cast<char>(character)) != std::string_view::npos) ||
+           character == 0xA0 || (character >= 0x2000 && character <= 0x2015) ||
+           (character >= 0x202A && character <= 0x202F) || (character >= 0x2060 && character <= 0x2069) ||
+           character == 0x2212 || character == 0xFEFF;
 }
+
 bool isDialled(char character) {
     return std::string_view("0123456789*#").find(character) != std::string_view::npos;
 }
 
 std::string withoutMarks(std::string_view text) {
     std::string dialled;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(dialled),
-                 [](char each) { return !isMark(each); });
+    for (std::size_t at = 0; at < text.size();) {
+        const utf8::Step step = utf8::next(text, at);
+        if (!isMark(step.character)) {
+            dialled += text.substr(at, step.length);
+        }
+        at += step.length;
+    }
     return dialled;
 }
 
@@ -28,46 +50,61 @@ bool isNumber(std::string_view dialled) {
     return !dialled.empty() && std::all_of(dialled.begin(), dialled.end(), isDialled);
 }
 
-/// Country codes begin with 1 to 9, so "000" is a number of its own.
-bool beginsWithInternationalPrefix(std::string_view dialled) {
-    return dialled.size() > 2 && dialled.substr(0, 2) == "00" && dialled[2] >= '1' && dialled[2] <= '9';
+std::vector<std::string> dialledCodes(const std::vector<std::string>& codes) {
+    std::vector<std::string> dialled;
+    for (const std::string& code : codes) {
+        if (std::string digits = withoutMarks(code); !digits.empty()) {
+            dialled.push_back(std::move(digits));
+        }
+    }
+    std::sort(dialled.begin(), dialled.end());
+    return dialled;
 }
 
-std::string withoutTrunkZero(std::string number) {
-    const std::size_t at = number.find("(0)");
-    const std::string before =
-        at == std::string::npos ? "" : withoutMarks(std::string_view(number).substr(0, at));
-    if (!before.empty() && (before.front() == '+' || beginsWithInternationalPrefix(before))) {
-        number.erase(at, 3);
-    }
-    return number;
+bool beginsWithOneOf(const std::vector<std::string>& codes, const std::string& dialled) {
+    return std::any_of(codes.begin(), codes.end(),
+                       [&dialled](const std::string& code) { return dialled.rfind(code, 0) == 0; });
 }
 
 }  // namespace
 
-DigitAnalysis::DigitAnalysis(const std::vector<std::string>& featureAccessCodes) {
-    for (const std::string& code : featureAccessCodes) {
-        if (std::string dialled = withoutMarks(code); !dialled.empty()) {
-            m_codes.push_back(std::move(dialled));
-        }
+DigitAnalysis::DigitAnalysis(const std::string& region, const std::vector<std::string>& featureAccessCodes)
+    : m_region(region), m_plan(region), m_codes(dialledCodes(featureAccessCodes)) {
+    if (!m_plan.knowsRegion()) {
+        logAppUni("Digits", __FILE__, 3, __LINE__,
+                  "region %s is unknown: numbers without + are compared as they are dialled", region.c_str());
     }
 }
 
 bool DigitAnalysis::isFeatureAccessCode(const std::string& digits) {
-    const std::string dialled = withoutMarks(digits);
-    return std::any_of(m_codes.begin(), m_codes.end(),
-                       [&dialled](const std::string& code) { return dialled.rfind(code, 0) == 0; });
+    return beginsWithOneOf(m_codes, withoutMarks(digits));
 }
 
 void DigitAnalysis::normalise(std::string& number) {
-    std::string dialled = withoutMarks(withoutTrunkZero(number));
+    std::string dialled = withoutMarks(number);
     if (!isNumber(dialled)) {
         return;
     }
-    if (beginsWithInternationalPrefix(dialled)) {
-        dialled.replace(0, 2, "+");
+    if (!staysInside(dialled)) {
+        if (std::optional<std::string> international = m_plan.international(dialled)) {
+            dialled = std::move(*international);
+        }
     }
     number = std::move(dialled);
+}
+
+std::string DigitAnalysis::rules() const {
+    std::string rules = std::string(kRulesEdition) + " " + m_region;
+    for (const std::string& code : m_codes) {
+        rules += " " + code;
+    }
+    return rules;
+}
+
+bool DigitAnalysis::staysInside(const std::string& dialled) const {
+    return dialled.find_first_of("*#") != std::string::npos ||
+           (dialled.front() != '+' && dialled.size() <= kLongestExtension) ||
+           beginsWithOneOf(m_codes, dialled);
 }
 
 }  // namespace host

@@ -6,10 +6,14 @@
 #include "host/data/ContactRows.h"
 #include "host/data/Database.h"
 #include "host/data/RowId.h"
+#include "host/faces/ItemSearch.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
 namespace host {
 namespace {
+
+/// How many contacts a search reads at a time: a call that comes meanwhile waits for one such reading.
+constexpr std::size_t kSlice = 1000;
 
 /// The matched kind of a number by its position in the contact: the journal takes kind 1 for the fourth number and kinds
 /// 2 to 4 for the first to the third.
@@ -63,6 +67,45 @@ bool Phonebook::add(const std::vector<Contact>& contacts) {
     });
 }
 
+std::optional<ImportCounts> Phonebook::import(const std::vector<Contact>& contacts) {
+    ImportCounts counts;
+    const bool done = m_database.write("importing contacts", [&](Database::Session& session) {
+        ContactRows rows(session, m_line, &m_digits);
+        for (const Contact& contact : contacts) {
+            switch (importOne(rows, contact)) {
+                case Imported::eAdded: ++counts.added; break;
+                case Imported::eChanged: ++counts.changed; break;
+                case Imported::eUnchanged: ++counts.unchanged; break;
+            }
+        }
+    });
+    return done ? std::optional(counts) : std::nullopt;
+}
+
+Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
+    const bool hasExternalId = !contact.getExternalId().empty();
+    std::optional<Contact> known = hasExternalId ? rows.findExternal(contact.getExternalId()) : std::nullopt;
+    if (!known) {
+        known = rows.findAlike(contact, hasExternalId);
+    }
+    if (!known) {
+        rows.insert(contact);
+        return Imported::eAdded;
+    }
+    if (!hasExternalId) {
+        contact.setExternalId(known->getExternalId());
+    }
+    contact.setUniqueId(known->getUniqueId());
+    contact.setSearchNumber({});
+    contact.setMatchedKind(0);
+    contact.setCallRecords({});
+    if (contact == *known) {
+        return Imported::eUnchanged;
+    }
+    static_cast<void>(rows.update(rowIdOf(known->getUniqueId()).value_or(0), contact));
+    return Imported::eChanged;
+}
+
 bool Phonebook::update(const Contact& contact) {
     bool found = false;
     const bool done = m_database.write("changing a contact", [&](Database::Session& session) {
@@ -89,12 +132,7 @@ std::optional<Contact> Phonebook::find(const std::string& uniqueId) {
 }
 
 std::vector<Contact> Phonebook::list(std::size_t offset, std::size_t limit) {
-    std::vector<Contact> contacts;
-    m_database.read("reading contacts", [&](Database::Session& session) {
-        contacts = ContactRows(session, m_line, &m_digits)
-                       .list(static_cast<std::int64_t>(offset), static_cast<std::int64_t>(limit));
-    });
-    return contacts;
+    return slice(offset, limit).value_or(std::vector<Contact>());
 }
 
 std::size_t Phonebook::count() {
@@ -105,10 +143,44 @@ std::size_t Phonebook::count() {
     return static_cast<std::size_t>(number);
 }
 
-bool Phonebook::reindex() {
-    return m_database.write("indexing contacts anew", [&](Database::Session& session) {
-        ContactRows(session, m_line, &m_digits).reindex();
+std::optional<ContactPage> Phonebook::search(const std::string& text, std::size_t offset, std::size_t limit) {
+    if (text.empty()) {
+        const std::optional<std::vector<Contact>> contacts = slice(offset, limit);
+        return contacts ? std::optional(ContactPage{count(), *contacts}) : std::nullopt;
+    }
+    ContactPage page;
+    for (std::size_t begin = 0;; begin += kSlice) {
+        std::optional<std::vector<Contact>> contacts = slice(begin, kSlice);
+        if (!contacts) {
+            return std::nullopt;
+        }
+        for (Contact& contact : *contacts) {
+            if (itemMatches(contact, text) && page.total++ >= offset && page.contacts.size() < limit) {
+                page.contacts.push_back(std::move(contact));
+            }
+        }
+        if (contacts->size() < kSlice) {
+            return page;
+        }
+    }
+}
+
+std::optional<std::vector<Contact>> Phonebook::slice(std::size_t offset, std::size_t limit) {
+    std::vector<Contact> contacts;
+    const bool done = m_database.read("reading contacts", [&](Database::Session& session) {
+        contacts = ContactRows(session, m_line, &m_digits)
+                       .list(static_cast<std::int64_t>(offset), static_cast<std::int64_t>(limit));
     });
+    return done ? std::optional(std::move(contacts)) : std::nullopt;
+}
+
+bool Phonebook::useRules(const std::string& rules) {
+    std::string present;
+    return m_database.read("reading the rules of the index", [&](Database::Session& session) {
+        present = ContactRows(session, m_line, &m_digits).indexRules();
+    }) && (present == rules || m_database.write("indexing contacts anew", [&](Database::Session& session) {
+               ContactRows(session, m_line, &m_digits).reindex(rules);
+           }));
 }
 
 }  // namespace host

@@ -13,7 +13,22 @@ class DigitAnalysisServiceIfc;
 
 namespace host {
 
+class ContactRows;
 class Database;
+
+/// A part of the phonebook. A plain value.
+struct ContactPage {
+    /// How many contacts there are to page through.
+    std::size_t total = 0;
+    std::vector<Contact> contacts;
+};
+
+/// What an import did to the phonebook. A plain value.
+struct ImportCounts {
+    std::size_t added = 0;
+    std::size_t changed = 0;
+    std::size_t unchanged = 0;
+};
 
 /// The phonebook of one line in the database, registered as "DirectoryServiceIfc".
 ///
@@ -38,6 +53,12 @@ public:
     [[nodiscard]] std::optional<std::string> add(const Contact& contact);
     /// The same for many in one transaction: all of them or none.
     [[nodiscard]] bool add(const std::vector<Contact>& contacts);
+    /// Takes contacts in from elsewhere: what is new is added, and what is known already is replaced where it differs, so
+    /// that importing twice changes nothing. In one transaction; nothing when the database failed.
+    ///
+    /// A contact is known by its external id. If it has none, or none of ours has that id, it is known by both names and
+    /// its first number; a contact of ours that goes by another external id is then somebody else.
+    [[nodiscard]] std::optional<ImportCounts> import(const std::vector<Contact>& contacts);
     /// Replaces the contact with that unique id; false when there is none.
     [[nodiscard]] bool update(const Contact& contact);
     /// False when there is none of that unique id.
@@ -46,12 +67,20 @@ public:
     [[nodiscard]] std::optional<Contact> find(const std::string& uniqueId);
     /// In the order of surname, first name and age, from the `offset`-th on.
     [[nodiscard]] std::vector<Contact> list(std::size_t offset, std::size_t limit);
+    /// The same of those that `itemMatches` finds by `text`; an empty text finds all. Nothing when the database failed.
+    [[nodiscard]] std::optional<ContactPage> search(const std::string& text, std::size_t offset,
+                                                    std::size_t limit);
     [[nodiscard]] std::size_t count();
 
-    /// Computes the index of all numbers anew; needed after the dialling rules have changed.
-    [[nodiscard]] bool reindex();
+    /// To be told by which rules `digits` brings numbers into form, before the first look-up: where the index of numbers was
+    /// made by others, it is made anew (some seconds for 50,000 contacts). False when the database failed.
+    [[nodiscard]] bool useRules(const std::string& rules);
 
 private:
+    enum class Imported { eAdded, eChanged, eUnchanged };
+    static Imported importOne(ContactRows& rows, Contact contact);
+    [[nodiscard]] std::optional<std::vector<Contact>> slice(std::size_t offset, std::size_t limit);
+
     // Constant after construction.
     Database& m_database;
     DigitAnalysisServiceIfc& m_digits;

@@ -6,7 +6,9 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "host/faces/ContactFields.h"
 #include "host/faces/ListName.h"
+#include "host/faces/PlainText.h"
 #include "journal-items/Occurrences.h"
 
 namespace host {
@@ -120,10 +122,18 @@ Json itemJson(const CallBackItem& item) {
                 {"surname", item.getSurname()},
                 {"number", item.getNumber()},
                 {"numberType", wordIn(kNumberTypes, item.getNumberType())},
-                {"time", item.getTimeDate()},
+                {"time", utcTime(item.getTimeDate())},
                 {"type", wordIn(kCallBackTypes, item.getCallBackType())},
                 {"state", wordIn(kCallBackStates, item.getCallBackState())},
                 {"deviceId", item.getDeviceId()}};
+}
+
+Json itemJson(const Contact& contact) {
+    Json json{{"id", contact.getUniqueId()}};
+    for (const ContactField& field : contactFields()) {
+        json[field.name] = field.get(contact);
+    }
+    return json;
 }
 
 std::string jsonText(const Json& json) {

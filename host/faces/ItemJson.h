@@ -4,6 +4,7 @@
 #include <string>
 
 #include "journal-items/CallBackItem.h"
+#include "journal-items/Contact.h"
 #include "journal-items/DialledCallItem.h"
 #include "journal-items/ForwardedCallItem.h"
 #include "journal-items/MissedCallItem.h"
@@ -23,6 +24,9 @@ namespace host {
 /// {"entryId","firstName","surname","number","numberType","time","type","state","deviceId"}; the types and the state are
 /// words ("office", "onBusy", "requested").
 [[nodiscard]] nlohmann::ordered_json itemJson(const CallBackItem& item);
+
+/// {"id", ...}: the unique id, and the fields of `contactFields` under their names.
+[[nodiscard]] nlohmann::ordered_json itemJson(const Contact& contact);
 
 /// The text of `json` on one line. Bytes that are no UTF-8 become U+FFFD; never throws because of them.
 [[nodiscard]] std::string jsonText(const nlohmann::ordered_json& json);

@@ -88,4 +88,18 @@ bool itemMatches(const CallBackItem& item, std::string_view text) {
            contains(item.getNumber(), wanted);
 }
 
+bool itemMatches(const Contact& contact, std::string_view text) {
+    const std::string wanted = folded(text);
+    if (wanted.empty() || contains(fullName(contact.getFirstname(), contact.getSurname()), wanted) ||
+        contains(contact.getCompany(), wanted) || contains(contact.getEmail(), wanted)) {
+        return true;
+    }
+    for (int position = 1; position <= 4; ++position) {
+        if (contains(contact.getPhoneNumber(position), wanted)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace host

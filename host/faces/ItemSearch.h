@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "journal-items/CallBackItem.h"
+#include "journal-items/Contact.h"
 #include "journal-items/DialledCallItem.h"
 #include "journal-items/ForwardedCallItem.h"
 #include "journal-items/MissedCallItem.h"
@@ -19,5 +20,7 @@ namespace host {
 [[nodiscard]] bool itemMatches(const ReceivedCallItem& item, std::string_view text);
 [[nodiscard]] bool itemMatches(const ForwardedCallItem& item, std::string_view text);
 [[nodiscard]] bool itemMatches(const CallBackItem& item, std::string_view text);
+/// A contact is also found by its company and its e-mail address.
+[[nodiscard]] bool itemMatches(const Contact& contact, std::string_view text);
 
 }  // namespace host

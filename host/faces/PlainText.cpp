@@ -98,6 +98,12 @@ std::string padded(std::string_view text, std::size_t width) {
     return std::string(text) + std::string(width > used ? width - used : 0, ' ');
 }
 
+std::string utcTime(const std::string& time) {
+    std::tm utc{};
+    const char* const end = strptime(time.c_str(), "%Y-%m-%dT%H:%M:%S", &utc);
+    return end != nullptr && *end == '\0' ? time + "Z" : time;
+}
+
 std::string localTime(const std::string& time) {
     std::tm utc{};
     const char* const end = strptime(time.c_str(), "%Y-%m-%dT%H:%M:%SZ", &utc);

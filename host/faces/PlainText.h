@@ -17,6 +17,10 @@ namespace host {
 /// `text` with blanks behind it up to `width` columns; a wider one stays as it is.
 [[nodiscard]] std::string padded(std::string_view text, std::size_t width);
 
+/// The time text of a callback, which carries no zone, with the zone that it is in: "2026-11-21T05:22:05Z". Any other text
+/// is answered as it is.
+[[nodiscard]] std::string utcTime(const std::string& time);
+
 /// A journal time ("2026-11-21T05:22:05Z") in the zone of the user, "2026-11-21 06:22:05". A text that is no such time is
 /// shown as it is.
 [[nodiscard]] std::string localTime(const std::string& time);

@@ -1,0 +1,80 @@
+#include "host/digits/NumberingPlan.h"
+
+#include <phonenumbers/phonenumber.pb.h>
+#include <phonenumbers/phonenumberutil.h>
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+#include <utility>
+
+namespace host {
+namespace {
+
+using i18n::phonenumbers::PhoneNumber;
+using i18n::phonenumbers::PhoneNumberUtil;
+
+const PhoneNumberUtil& plans() {
+    return *PhoneNumberUtil::GetInstance();
+}
+
+bool isSupported(const std::string& region) {
+    std::set<std::string> regions;
+    plans().GetSupportedRegions(&regions);
+    return regions.count(region) > 0;
+}
+
+std::string trunkPrefixOf(const std::string& region) {
+    std::string prefix;
+    plans().GetNddPrefixForRegion(region, true, &prefix);
+    return prefix;
+}
+
+std::string formatted(const PhoneNumber& number, PhoneNumberUtil::PhoneNumberFormat format) {
+    std::string text;
+    plans().Format(number, format, &text);
+    return text;
+}
+
+std::string nationalDigits(const PhoneNumber& number) {
+    const std::string text = formatted(number, PhoneNumberUtil::NATIONAL);
+    std::string digits;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
+                 [](char each) { return each >= '0' && each <= '9'; });
+    return digits;
+}
+
+bool isInternational(const PhoneNumber& number) {
+    return number.country_code_source() == PhoneNumber::FROM_NUMBER_WITH_PLUS_SIGN ||
+           number.country_code_source() == PhoneNumber::FROM_NUMBER_WITH_IDD;
+}
+
+/// A number with superfluous zeros loses one each time that it is read: such a one has no form of its own.
+bool isStable(const std::string& international) {
+    PhoneNumber again;
+    return plans().Parse(international, "ZZ", &again) == PhoneNumberUtil::NO_PARSING_ERROR &&
+           formatted(again, PhoneNumberUtil::E164) == international;
+}
+
+}  // namespace
+
+NumberingPlan::NumberingPlan(std::string region)
+    : m_region(std::move(region)), m_known(isSupported(m_region)), m_trunkPrefix(trunkPrefixOf(m_region)) {}
+
+std::optional<std::string> NumberingPlan::international(const std::string& dialled) const {
+    PhoneNumber number;
+    if (plans().ParseAndKeepRawInput(dialled, m_region, &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
+        return std::nullopt;
+    }
+    const bool possible = plans().IsPossibleNumberWithReason(number) == PhoneNumberUtil::IS_POSSIBLE;
+    std::string significant;
+    plans().GetNationalSignificantNumber(number, &significant);
+    const bool dialledNationally =
+        (possible && !m_trunkPrefix.empty() && dialled == m_trunkPrefix + significant) ||
+        (plans().IsValidNumber(number) && dialled == nationalDigits(number));
+    std::string found = formatted(number, PhoneNumberUtil::E164);
+    const bool understood = (possible && isInternational(number)) || dialledNationally;
+    return understood && isStable(found) ? std::optional(std::move(found)) : std::nullopt;
+}
+
+}  // namespace host

@@ -1,0 +1,75 @@
+#include "host/directory/PhonebookInvoker.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "host/directory/Phonebook.h"
+#include "platform/framework/InvokerResponse.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/PhonebookMessage.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+/// What one answer holds at most: a database that is read for longer would keep a call waiting.
+constexpr std::size_t kMaxRows = 1000;
+
+std::string readAnswer(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {
+    std::optional<ContactPage> page =
+        phonebook.search(request.search, request.offset, std::min(request.limit, kMaxRows));
+    return page ? journalxml::buildPhonebookPage({page->total, std::move(page->contacts)})
+                : JournalServiceHelper::FAILURE;
+}
+
+std::string importAnswer(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {
+    const std::optional<ImportCounts> counts = phonebook.import(request.contacts);
+    return counts ? journalxml::buildPhonebookImported({counts->added, counts->changed, counts->unchanged})
+                  : JournalServiceHelper::FAILURE;
+}
+
+std::string answerTo(std::string_view message, Executable* target) {
+    auto* const phonebook = dynamic_cast<Phonebook*>(target);
+    const auto request = journalxml::parsePhonebookRequest(message);
+    if (phonebook == nullptr || !request) {
+        logAppUni("Phonebook", __FILE__, 3, __LINE__, "a request for the phonebook cannot be carried out: %s",
+                  request ? "there is none" : "it cannot be read");
+        return JournalServiceHelper::FAILURE;
+    }
+    return request->contacts.empty() ? readAnswer(*request, *phonebook) : importAnswer(*request, *phonebook);
+}
+
+/// Runs `step`; what it throws ends in a log line.
+template <typename Step>
+void survives(const char* what, Step step) noexcept {
+    try {
+        step();
+    } catch (const std::exception& error) {
+        logAppUni("Phonebook", __FILE__, 2, __LINE__, "%s failed: %s", what, error.what());
+    } catch (...) {
+        logAppUni("Phonebook", __FILE__, 2, __LINE__, "%s failed", what);
+    }
+}
+
+}  // namespace
+
+void PhonebookInvoker::handleMessage(Executable* target, const char* message, int length,
+                                     InvokerResponse* response) {
+    if (response == nullptr) {
+        return;
+    }
+    std::string answer = JournalServiceHelper::FAILURE;
+    const std::string_view text(message,
+                                message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
+    survives("handling a request", [&] { answer = answerTo(text, target); });
+    survives("setting an answer",
+             [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
+    survives("completing an answer", [&] { response->complete(); });
+}
+
+}  // namespace host
