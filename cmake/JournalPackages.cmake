@@ -1,6 +1,6 @@
 # The packages, all from Debian 12 (packaging/debian-packages.txt; docs/dependencies.md says what each is for).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, spdlog::spdlog, nlohmann_json::nlohmann_json, toml_pp,
-# CLI11::CLI11, and for tests GTest::gtest, GTest::gmock, rapidcheck, rapidcheck_gtest.
+# phonenumber, restinio_http, prometheus_core, CLI11::CLI11, and for tests GTest::gtest, GTest::gmock, rapidcheck, rapidcheck_gtest.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
@@ -37,6 +37,30 @@ else()
     mark_as_advanced(JOURNAL_TOML_INCLUDE_DIR)
     target_include_directories(toml_pp SYSTEM INTERFACE "${JOURNAL_TOML_INCLUDE_DIR}")
 endif()
+
+# libphonenumber has no CMake package either.
+find_path(JOURNAL_PHONENUMBER_INCLUDE_DIR phonenumbers/phonenumberutil.h REQUIRED)
+find_library(JOURNAL_PHONENUMBER_LIBRARY phonenumber REQUIRED)
+mark_as_advanced(JOURNAL_PHONENUMBER_INCLUDE_DIR JOURNAL_PHONENUMBER_LIBRARY)
+add_library(phonenumber INTERFACE)
+target_include_directories(phonenumber SYSTEM INTERFACE "${JOURNAL_PHONENUMBER_INCLUDE_DIR}")
+target_link_libraries(phonenumber INTERFACE "${JOURNAL_PHONENUMBER_LIBRARY}")
+
+# RESTinio wants the definitions of asio_standalone. Its headers are slow to compile: one source includes them.
+find_path(JOURNAL_RESTINIO_INCLUDE_DIR restinio/all.hpp REQUIRED)
+find_library(JOURNAL_HTTP_PARSER_LIBRARY http_parser REQUIRED)
+mark_as_advanced(JOURNAL_RESTINIO_INCLUDE_DIR JOURNAL_HTTP_PARSER_LIBRARY)
+add_library(restinio_http INTERFACE)
+target_include_directories(restinio_http SYSTEM INTERFACE "${JOURNAL_RESTINIO_INCLUDE_DIR}")
+target_link_libraries(restinio_http INTERFACE asio_standalone fmt::fmt "${JOURNAL_HTTP_PARSER_LIBRARY}")
+
+# Only the core of prometheus-cpp: its CMake package asks for the libraries of a web server and of curl.
+find_path(JOURNAL_PROMETHEUS_INCLUDE_DIR prometheus/registry.h REQUIRED)
+find_library(JOURNAL_PROMETHEUS_LIBRARY prometheus-cpp-core REQUIRED)
+mark_as_advanced(JOURNAL_PROMETHEUS_INCLUDE_DIR JOURNAL_PROMETHEUS_LIBRARY)
+add_library(prometheus_core INTERFACE)
+target_include_directories(prometheus_core SYSTEM INTERFACE "${JOURNAL_PROMETHEUS_INCLUDE_DIR}")
+target_link_libraries(prometheus_core INTERFACE "${JOURNAL_PROMETHEUS_LIBRARY}")
 
 if(JOURNAL_TESTS)
     find_package(GTest REQUIRED)

@@ -12,13 +12,13 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
            WorkerPool& pool, AlarmClock& alarms)
     : m_strand(pool),
       m_context(m_strand, alarms),
-      m_digits(settings.featureAccessCodes),
+      m_digits(settings.region, settings.featureAccessCodes),
       m_phonebook(database, m_digits, settings.link.ownDevice),
       m_dataAccess(database, settings.link.ownDevice, &m_digits),
       m_management(database, settings.link.ownDevice, settings.managementFirst, settings.managementOverrides,
                    post()),
       m_team(settings.loggedSharedDevices),
-      m_link(settings.link, post()),
+      m_link(watched(settings.link), post()),
       m_observer(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
       m_parts{{"ClockServiceIfc", m_clock},
@@ -38,11 +38,20 @@ Line::~Line() {
 }
 
 void Line::setStatusListener(CstaLink::StatusListener listener) {
-    m_link.setStatusListener(std::move(listener));
+    m_statusListener = std::move(listener);
 }
 
 void Line::start() {
     m_started = true;
+    m_link.setStatusListener([this](CstaLink::Status status) {
+        if (!status.connected) {
+            m_liveCalls.forget();
+        }
+        if (m_statusListener) {
+            m_statusListener(status);
+        }
+    });
+    static_cast<void>(m_phonebook.useRules(m_digits.rules()));
     m_strand.runAndWait([this] {
         for (const Part& part : m_parts) {
             m_context.registerService(part.name, part.executable);
@@ -72,6 +81,16 @@ void Line::stop() {
 
 std::function<void(std::function<void()>)> Line::post() const {
     return [door = m_strand.door()](std::function<void()> work) { door(std::move(work)); };
+}
+
+CstaLinkConfig Line::watched(CstaLinkConfig link) {
+    link.eventListener = [this](std::string_view name, const CSTAEvent& event) {
+        m_liveCalls.follow(event);
+        if (m_eventListener) {
+            m_eventListener(name);
+        }
+    };
+    return link;
 }
 
 void Line::subscribeObserver() {

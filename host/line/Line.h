@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -15,6 +17,7 @@
 #include "host/framework/Strand.h"
 #include "host/line/JournalLogObserver.h"
 #include "host/line/LineSettings.h"
+#include "host/line/LiveCalls.h"
 #include "host/management/LocalManagement.h"
 #include "host/services/Mobility.h"
 #include "host/services/PallaxClient.h"
@@ -52,6 +55,10 @@ public:
 
     /// Called on a thread of the link's after each change; it must not block. Before `start`.
     void setStatusListener(CstaLink::StatusListener listener);
+    /// Told of every event of the switch by its name on the wire, likewise.
+    void setEventListener(std::function<void(std::string_view)> listener) {
+        m_eventListener = std::move(listener);
+    }
 
     /// Told every change of the journal in a sentence. Before `start`.
     void setChangeListener(JournalLogObserver::Listener listener) {
@@ -64,6 +71,13 @@ public:
 
     /// The journal; null after `stop`.
     [[nodiscard]] Service* journal() const noexcept { return m_journal.service(); }
+    /// The line's settings; any thread, as long as the line lives.
+    [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
+    /// The line's phonebook; likewise.
+    [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
+    /// How the link to the switch is, and how many calls are up; likewise.
+    [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
+    [[nodiscard]] std::size_t callsUp() const { return m_liveCalls.count(); }
 
 private:
     struct Part {
@@ -73,6 +87,8 @@ private:
 
     /// Posts to the strand; what comes when that is closed is dropped.
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
+    /// The settings of the link, with the line as its listener.
+    [[nodiscard]] CstaLinkConfig watched(CstaLinkConfig link);
     void subscribeObserver();
     void releaseJournal();
 
@@ -89,6 +105,9 @@ private:
     UnifiedCommunications m_unifiedCommunications;
     PallaxClient m_pallax;
     WebServices m_webServices;
+    LiveCalls m_liveCalls;
+    std::function<void(std::string_view)> m_eventListener;
+    CstaLink::StatusListener m_statusListener;
     CstaLink m_link;
     JournalLogObserver m_observer;
     HostedService m_journal;

@@ -16,6 +16,8 @@ struct LineSettings {
     /// First values of the phone's management keys, and those that win over stored ones.
     std::map<std::string, std::string> managementFirst;
     std::map<std::string, std::string> managementOverrides;
+    /// The country whose numbering plan holds, two capital letters.
+    std::string region = "DE";
     std::vector<std::string> featureAccessCodes;
     /// Shared devices whose unanswered calls are logged here.
     std::set<std::string> loggedSharedDevices;

@@ -1,0 +1,109 @@
+#include "host/http/ApiToken.h"
+
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <stdexcept>
+#include <system_error>
+
+namespace host {
+namespace {
+
+constexpr std::size_t kShortest = 32;
+constexpr std::size_t kLongest = 256;
+
+[[noreturn]] void fail(const std::filesystem::path& file, const std::string& what) {
+    throw std::runtime_error(file.string() + " " + what);
+}
+
+[[noreturn]] void failWithErrno(const std::filesystem::path& file, const char* what) {
+    fail(file, std::string(what) + ": " + std::generic_category().message(errno));
+}
+
+class File {
+public:
+    File(const std::filesystem::path& path, int flags)
+        : m_descriptor(::open(path.c_str(), flags | O_CLOEXEC, S_IRUSR | S_IWUSR)) {}
+    ~File() {
+        if (isOpen()) {
+            ::close(m_descriptor);
+        }
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    [[nodiscard]] bool isOpen() const noexcept { return m_descriptor >= 0; }
+    [[nodiscard]] int descriptor() const noexcept { return m_descriptor; }
+
+private:
+    const int m_descriptor;
+};
+
+std::string readToken(const std::filesystem::path& path, const File& file) {
+    std::array<char, kLongest + 2> buffer{};
+    const ssize_t length = ::read(file.descriptor(), buffer.data(), buffer.size());
+    if (length < 0) {
+        failWithErrno(path, "cannot be read");
+    }
+    std::string token(buffer.data(), static_cast<std::size_t>(length));
+    while (!token.empty() && std::isspace(static_cast<unsigned char>(token.back())) != 0) {
+        token.pop_back();
+    }
+    const bool plain = std::all_of(token.begin(), token.end(), [](char each) {
+        return std::isalnum(static_cast<unsigned char>(each)) != 0 || each == '-' || each == '_';
+    });
+    if (!plain || token.size() < kShortest || token.size() > kLongest) {
+        fail(path, "holds no token of 32 to 256 letters and digits; remove it to get a new one");
+    }
+    // Somebody may have copied it with looser rights.
+    if (::fchmod(file.descriptor(), S_IRUSR | S_IWUSR) != 0) {
+        failWithErrno(path, "cannot be kept from others");
+    }
+    return token;
+}
+
+std::string newToken() {
+    std::array<unsigned char, 32> bytes{};
+    if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+        throw std::runtime_error("there are no random numbers for a token");
+    }
+    std::string token;
+    for (const unsigned char byte : bytes) {
+        std::array<char, 3> digits{};
+        std::snprintf(digits.data(), digits.size(), "%02x", static_cast<unsigned>(byte));
+        token += digits.data();
+    }
+    return token;
+}
+
+}  // namespace
+
+std::string apiToken(const std::filesystem::path& path) {
+    if (const File present(path, O_RDONLY); present.isOpen()) {
+        return readToken(path, present);
+    }
+    if (errno != ENOENT) {
+        failWithErrno(path, "cannot be read");
+    }
+    // Written elsewhere first, so that no start ever finds half a token.
+    const std::string token = newToken();
+    const std::filesystem::path fresh = path.string() + ".new";
+    ::unlink(fresh.c_str());
+    const File file(fresh, O_WRONLY | O_CREAT | O_EXCL);
+    const std::string line = token + "\n";
+    if (!file.isOpen() ||
+        ::write(file.descriptor(), line.data(), line.size()) != static_cast<ssize_t>(line.size()) ||
+        ::fsync(file.descriptor()) != 0 || ::rename(fresh.c_str(), path.c_str()) != 0) {
+        failWithErrno(path, "cannot be made");
+    }
+    return token;
+}
+
+}  // namespace host

@@ -1,0 +1,124 @@
+#include "host/http/ContactsResource.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "host/data/Database.h"
+#include "host/directory/Phonebook.h"
+#include "host/faces/ContactFields.h"
+#include "host/faces/ItemJson.h"
+#include "host/http/HttpError.h"
+#include "host/http/JsonBody.h"
+#include "host/http/PageOfItems.h"
+#include "host/http/Router.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+HttpError wrongContact(const std::string& why) {
+    return {422, "wrong-contact", why};
+}
+
+HttpError databaseFailed() {
+    return {503, "database", "the database does not answer; see the log"};
+}
+
+/// The fields that the body names take its values; "id" is passed over, so that what was read can be sent back.
+void takeFields(const Json& body, Contact& contact) {
+    for (const auto& [name, value] : body.items()) {
+        const auto& fields = contactFields();
+        const auto field = std::find_if(fields.begin(), fields.end(),
+                                        [&name = name](const auto& each) { return name == each.name; });
+        if (name == "id") {
+            continue;
+        }
+        if (field == fields.end()) {
+            throw wrongContact("a contact has no field " + name);
+        }
+        if (!value.is_string() || !field->set(contact, value.get<std::string>())) {
+            throw wrongContact("this is no value for " + name);
+        }
+    }
+    bool reachable = false;
+    for (int position = 1; position <= 4; ++position) {
+        reachable = reachable || !contact.getPhoneNumber(position).empty();
+    }
+    if (!reachable && contact.getSurname().empty() && contact.getFirstname().empty()) {
+        throw wrongContact("a contact needs a name or a number");
+    }
+}
+
+}  // namespace
+
+void ContactsResource::addRoutes(Router& router) {
+    router.add({"GET", "/api/v1/contacts", [this](const HttpRequest& each) { return list(each); }});
+    router.add({"POST", "/api/v1/contacts", [this](const HttpRequest& each) { return add(each); }});
+    router.add({"GET", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return contact(each); }});
+    router.add({"PUT", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return change(each); }});
+    router.add({"DELETE", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return remove(each); }});
+}
+
+HttpResponse ContactsResource::list(const HttpRequest& request) const {
+    constexpr std::size_t kAll = std::numeric_limits<std::int32_t>::max();
+    const PageOfItems page(request);
+    const auto found = m_phonebook.search(request.queryValue("search"), std::min(page.offset(), kAll),
+                                          std::min(page.limit(), kAll));
+    if (!found) {
+        throw databaseFailed();
+    }
+    Json contacts = Json::array();
+    for (const Contact& each : found->contacts) {
+        contacts.push_back(itemJson(each));
+    }
+    return jsonAnswer({{"total", found->total}, {"contacts", std::move(contacts)}});
+}
+
+HttpResponse ContactsResource::contact(const HttpRequest& request) const {
+    return jsonAnswer(itemJson(wanted(request)));
+}
+
+HttpResponse ContactsResource::add(const HttpRequest& request) {
+    Contact contact;
+    takeFields(jsonObject(request), contact);
+    const auto id = m_phonebook.add(contact);
+    if (!id) {
+        throw databaseFailed();
+    }
+    contact.setUniqueId(*id);
+    HttpResponse response = jsonAnswer(itemJson(contact), 201);
+    response.headers.emplace_back("Location", "/api/v1/contacts/" + *id);
+    return response;
+}
+
+HttpResponse ContactsResource::change(const HttpRequest& request) {
+    Contact contact = wanted(request);
+    takeFields(jsonObject(request), contact);
+    if (!m_phonebook.update(contact)) {
+        static_cast<void>(wanted(request));  // somebody may have removed it meanwhile
+        throw databaseFailed();
+    }
+    return jsonAnswer(itemJson(contact));
+}
+
+HttpResponse ContactsResource::remove(const HttpRequest& request) {
+    if (!m_phonebook.remove(request.parameter("id"))) {
+        static_cast<void>(wanted(request));
+        throw databaseFailed();
+    }
+    return emptyAnswer();
+}
+
+Contact ContactsResource::wanted(const HttpRequest& request) const {
+    auto found = m_phonebook.find(request.parameter("id"));
+    if (!found) {
+        throw m_database.healthy() ? HttpError(404, "unknown-contact", "there is no such contact")
+                                   : databaseFailed();
+    }
+    return *found;
+}
+
+}  // namespace host

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include "host/http/HttpRequest.h"
+#include "host/http/HttpResponse.h"
+#include "journal-items/Contact.h"
+
+namespace host {
+
+class Database;
+class Phonebook;
+class Router;
+
+/// The phonebook of the line: searched, added to, changed. Threads: any.
+class ContactsResource {
+public:
+    /// Both are borrowed and outlive the resource. The database is the one that the phonebook is kept in.
+    ContactsResource(Phonebook& phonebook, const Database& database)
+        : m_phonebook(phonebook), m_database(database) {}
+
+    void addRoutes(Router& router);
+
+private:
+    [[nodiscard]] HttpResponse list(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse contact(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse add(const HttpRequest& request);
+    /// Fields that the body does not name stay as they are.
+    [[nodiscard]] HttpResponse change(const HttpRequest& request);
+    [[nodiscard]] HttpResponse remove(const HttpRequest& request);
+
+    /// Throws `HttpError`: 404 when there is none of that id, 503 when the database fails.
+    [[nodiscard]] Contact wanted(const HttpRequest& request) const;
+
+    Phonebook& m_phonebook;
+    const Database& m_database;
+};
+
+}  // namespace host

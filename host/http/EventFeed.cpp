@@ -1,0 +1,108 @@
+#include "host/http/EventFeed.h"
+
+#include <algorithm>
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <utility>
+
+#include "host/faces/ItemJson.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// Differs from one start of the server to the next.
+std::string markOfThisRun() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    std::ostringstream text;
+    text << std::hex << std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+    return text.str();
+}
+
+}  // namespace
+
+EventFeed::EventFeed(Post post, EventRing::Limits limits)
+    : m_post(std::move(post)), m_ring(markOfThisRun(), limits) {}
+
+std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
+    if (m_streamCount->fetch_add(1) >= kMaxStreams) {
+        --*m_streamCount;
+        return nullptr;
+    }
+    // Leaves the count when the stream is destroyed, wherever that happens.
+    std::shared_ptr<void> place(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
+    return std::make_shared<EventStream>(static_cast<EventStream::Hub&>(*this), lastEventId,
+                                         std::move(place));
+}
+
+void EventFeed::keepAlive() {
+    for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
+        stream->keepAlive();
+    }
+}
+
+void EventFeed::close() {
+    for (const auto& stream : std::exchange(m_streams, {})) {
+        stream->end();
+    }
+}
+
+void EventFeed::gone(const EventStream& stream) {
+    const auto found = std::find_if(m_streams.begin(), m_streams.end(),
+                                    [&stream](const auto& each) { return each.get() == &stream; });
+    if (found != m_streams.end()) {
+        m_streams.erase(found);
+    }
+}
+
+void EventFeed::missedCallsCountUpdate(int count) {
+    announceCount("missedCallsCountUpdate", count);
+}
+
+void EventFeed::missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) {
+    announce("missedCallsUpdate", std::move(item), std::move(entryId), action);
+}
+
+void EventFeed::dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) {
+    announce("dialledCallsUpdate", std::move(item), std::move(entryId), action);
+}
+
+void EventFeed::receivedCallsUpdate(ReceivedCallItem item, std::string entryId, ActionType action) {
+    announce("receivedCallsUpdate", std::move(item), std::move(entryId), action);
+}
+
+void EventFeed::forwardedCallsUpdate(ForwardedCallItem item, std::string entryId, ActionType action) {
+    announce("forwardedCallsUpdate", std::move(item), std::move(entryId), action);
+}
+
+void EventFeed::callBacksUpdate(CallBackItem item, std::string entryId, ActionType action) {
+    announce("callBacksUpdate", std::move(item), std::move(entryId), action);
+}
+
+void EventFeed::callBacksCountUpdate(int count) {
+    announceCount("callBacksCountUpdate", count);
+}
+
+template <typename Item>
+void EventFeed::announce(const char* event, Item item, std::string entryId, ActionType action) {
+    m_post([this, event, item = std::move(item), entryId = std::move(entryId), action] {
+        append(event, {{"action", static_cast<int>(action)},
+                       {"entryId", entryId},
+                       {"item", item.getEntryId().empty() ? Json(nullptr) : itemJson(item)}});
+    });
+}
+
+void EventFeed::announceCount(const char* event, int count) {
+    m_post([this, event, count] { append(event, {{"count", count}}); });
+}
+
+void EventFeed::append(const char* event, const Json& data) {
+    m_ring.append(event, jsonText(data));
+    for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
+        stream->wake();
+    }
+}
+
+}  // namespace host

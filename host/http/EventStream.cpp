@@ -1,0 +1,72 @@
+#include "host/http/EventStream.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kBatchBytes = 64U * 1024U;
+
+}  // namespace
+
+void EventStream::begin(std::unique_ptr<StreamSink> sink) {
+    m_sink = std::move(sink);
+    m_hub.joined(shared_from_this());
+    const EventRing& ring = m_hub.ring();
+    std::string opening = "retry: 2000\n";
+    const auto position = m_lastEventId.empty() ? ring.end() : ring.positionOf(m_lastEventId);
+    if (position) {
+        m_position = *position;
+        // An id without data is no event, but from now on the client can say where it was.
+        opening += "id: " + ring.idAt(m_position) + "\n\n";
+    } else {
+        opening += resync();
+    }
+    write(std::move(opening));
+}
+
+void EventStream::wake() {
+    if (m_writing || m_sink == nullptr) {
+        return;
+    }
+    auto batch = m_hub.ring().from(m_position, kBatchBytes);
+    if (!batch) {
+        write(resync());
+    } else if (!batch->text.empty()) {
+        m_position = batch->next;
+        write(std::move(batch->text));
+    }
+}
+
+void EventStream::keepAlive() {
+    if (!m_writing && m_sink != nullptr) {
+        write(":\n\n");
+    }
+}
+
+void EventStream::end() {
+    m_sink.reset();
+}
+
+void EventStream::write(std::string text) {
+    m_writing = true;
+    m_sink->write(std::move(text), [weak = weak_from_this()](bool written) {
+        const auto self = weak.lock();
+        if (self == nullptr) {
+            return;
+        }
+        self->m_writing = false;
+        if (written) {
+            self->wake();
+        } else {
+            self->end();
+            self->m_hub.gone(*self);
+        }
+    });
+}
+
+std::string EventStream::resync() {
+    const EventRing& ring = m_hub.ring();
+    m_position = ring.end();
+    return "id: " + ring.idAt(m_position) + "\nevent: resync\ndata: {}\n\n";
+}
+
+}  // namespace host

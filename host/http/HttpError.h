@@ -1,0 +1,24 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace host {
+
+/// A request that a handler refuses. The face answers it as {"error": {"code", "message"}} with the status.
+class HttpError : public std::runtime_error {
+public:
+    /// `code` is for programs and never changes ("not-found"), `message` for people.
+    HttpError(int status, std::string code, const std::string& message)
+        : std::runtime_error(message), m_status(status), m_code(std::move(code)) {}
+
+    [[nodiscard]] int status() const noexcept { return m_status; }
+    [[nodiscard]] const std::string& code() const noexcept { return m_code; }
+
+private:
+    int m_status;
+    std::string m_code;
+};
+
+}  // namespace host

@@ -1,0 +1,28 @@
+#include "host/http/HttpResponse.h"
+
+#include <nlohmann/json.hpp>
+
+#include "host/faces/ItemJson.h"
+#include "host/http/HttpError.h"
+
+namespace host {
+
+HttpResponse jsonAnswer(const nlohmann::ordered_json& json, int status) {
+    HttpResponse response;
+    response.status = status;
+    response.contentType = "application/json";
+    response.body = jsonText(json) + '\n';
+    return response;
+}
+
+HttpResponse emptyAnswer() {
+    HttpResponse response;
+    response.status = 204;
+    return response;
+}
+
+HttpResponse errorAnswer(const HttpError& error) {
+    return jsonAnswer({{"error", {{"code", error.code()}, {"message", error.what()}}}}, error.status());
+}
+
+}  // namespace host

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/http/Streaming.h"
+
+namespace host {
+
+class HttpError;
+
+/// One answer. A plain value.
+struct HttpResponse {
+    int status = 200;
+    /// Empty when there is no body.
+    std::string contentType;
+    std::string body;
+    std::vector<std::pair<std::string, std::string>> headers;
+    /// What writes the body bit by bit, instead of `body`; null for every answer that is ready at once.
+    std::shared_ptr<StreamBody> stream;
+};
+
+[[nodiscard]] HttpResponse jsonAnswer(const nlohmann::ordered_json& json, int status = 200);
+/// Status 204.
+[[nodiscard]] HttpResponse emptyAnswer();
+/// {"error": {"code", "message"}}.
+[[nodiscard]] HttpResponse errorAnswer(const HttpError& error);
+
+}  // namespace host

@@ -1,0 +1,297 @@
+#include "host/http/HttpServer.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <asio/thread_pool.hpp>
+#include <atomic>
+#include <cstdint>
+#include <future>
+#include <map>
+#include <optional>
+#include <restinio/all.hpp>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+struct Traits : public restinio::default_single_thread_traits_t {
+    static constexpr bool use_connection_count_limiter = true;
+};
+using Server = restinio::http_server_t<Traits>;
+using Request = restinio::request_handle_t;
+
+/// What waits in the loop holds connections, and connections point into the server: so the waiting things go first, then the
+/// server, then the loop.
+class Loop : public asio::io_context {
+public:
+    Loop() : asio::io_context(1) {}
+    void dropEverything() { shutdown(); }
+};
+
+std::string lowered(std::string text) {
+    for (char& letter : text) {
+        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
+    }
+    return text;
+}
+
+HttpRequest requestOf(const restinio::request_t& from) {
+    HttpRequest request;
+    request.method = from.header().method().c_str();
+    request.target = from.header().request_target();
+    request.body = from.body();
+    from.header().for_each_field([&request](const auto& field) {
+        std::string& value = request.headers[lowered(field.name())];
+        value += (value.empty() ? "" : ", ") + field.value();
+    });
+    return request;
+}
+
+const char* reasonOf(int status) {
+    switch (status) {
+        case 200: return "OK";
+        case 201: return "Created";
+        case 204: return "No Content";
+        case 303: return "See Other";
+        case 400: return "Bad Request";
+        case 401: return "Unauthorized";
+        case 403: return "Forbidden";
+        case 404: return "Not Found";
+        case 405: return "Method Not Allowed";
+        case 413: return "Content Too Large";
+        case 422: return "Unprocessable Content";
+        case 503: return "Service Unavailable";
+        default: return "Internal Server Error";
+    }
+}
+
+template <typename Output>
+auto builderFor(restinio::request_t& request, const HttpResponse& response) {
+    auto builder = request.create_response<Output>(restinio::http_status_line_t(
+        restinio::http_status_code_t(static_cast<std::uint16_t>(response.status)),
+        reasonOf(response.status)));
+    if (request.header().connection() == restinio::http_connection_header_t::upgrade) {
+        builder.connection_close();
+    }
+    builder.append_header_date_field();
+    if (!response.contentType.empty()) {
+        builder.append_header("Content-Type", response.contentType);
+    }
+    for (const auto& [name, value] : response.headers) {
+        builder.append_header(name, value);
+    }
+    return builder;
+}
+
+/// Tells whether a text was written, and that it was not when the library drops it without a word.
+class Written {
+public:
+    explicit Written(StreamSink::Done done) : m_done(std::move(done)) {}
+    ~Written() { tell(false); }
+    Written(const Written&) = delete;
+    Written& operator=(const Written&) = delete;
+
+    void tell(bool written) {
+        if (const StreamSink::Done done = std::exchange(m_done, nullptr)) {
+            done(written);
+        }
+    }
+
+private:
+    StreamSink::Done m_done;
+};
+
+class ChunkSink final : public StreamSink {
+public:
+    using Builder = restinio::response_builder_t<restinio::chunked_output_t>;
+
+    explicit ChunkSink(Builder builder) : m_builder(std::move(builder)) {}
+    ~ChunkSink() override {
+        try {
+            m_builder.done();
+        } catch (const std::exception& error) {
+            logAppUni("HTTP", __FILE_NAME__, 3, __LINE__, "ending a stream failed: %s", error.what());
+        }
+    }
+
+    void write(std::string text, Done done) override {
+        m_builder.append_chunk(std::move(text));
+        m_builder.flush([written = std::make_shared<Written>(std::move(done))](
+                            const asio::error_code& error) { written->tell(!error); });
+    }
+
+private:
+    Builder m_builder;
+};
+
+}  // namespace
+
+class HttpServer::Engine {
+public:
+    explicit Engine(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {}
+    ~Engine() { stop(); }
+
+    Endpoint start(Callbacks callbacks) {
+        m_callbacks = std::move(callbacks);
+        m_thread = std::thread([this] { m_loop.run(); });
+        std::promise<void> opened;
+        asio::post(m_loop, [this, &opened] {
+            try {
+                open();
+                opened.set_value();
+            } catch (...) {
+                opened.set_exception(std::current_exception());
+            }
+        });
+        try {
+            opened.get_future().get();
+        } catch (const std::exception& error) {
+            stop();
+            throw HttpServerError("cannot listen on " + m_settings.listen.text() + ": " + error.what() +
+                                  "; choose another address with --listen ADDR:PORT");
+        }
+        return m_endpoint;
+    }
+
+    void stop() {
+        if (!m_thread.joinable()) {
+            return;
+        }
+        std::promise<void> closed;
+        asio::post(m_loop, [this, &closed] {
+            m_heartbeat.cancel();
+            if (m_server) {
+                m_server->close_sync();
+            }
+            closed.set_value();
+        });
+        closed.get_future().wait();
+        m_workers.join();
+        m_loop.stop();
+        m_thread.join();
+        m_waiting.clear();
+        m_loop.dropEverything();
+        m_server.reset();
+    }
+
+    void post(std::function<void()> work) { asio::post(m_loop, std::move(work)); }
+
+private:
+    void open() {
+        auto settings =
+            restinio::server_settings_t<Traits>()
+                .address(m_settings.listen.host)
+                .port(m_settings.listen.port)
+                .max_parallel_connections(m_settings.maxConnections)
+                // Reading on behind a request is how the library notices that the client of a stream is gone.
+                .max_pipelined_requests(2)
+                .read_next_http_message_timelimit(m_settings.clientTime)
+                .write_http_response_timelimit(m_settings.clientTime)
+                // Streams have a heartbeat, so that they never come near it.
+                .handle_request_timeout(std::chrono::seconds(60))
+                .incoming_http_msg_limits(restinio::incoming_http_msg_limits_t()
+                                              .max_url_size(4096)
+                                              .max_field_name_size(256)
+                                              .max_field_value_size(8192)
+                                              .max_field_count(64)
+                                              .max_body_size(m_settings.maxBody))
+                .acceptor_post_bind_hook([this](asio::ip::tcp::acceptor& acceptor) { bound(acceptor); })
+                .request_handler([this](const Request& request) { return take(request); });
+        m_server = std::make_unique<Server>(restinio::external_io_context(m_loop), std::move(settings));
+        m_server->open_sync();
+        beat();
+    }
+
+    void bound(const asio::ip::tcp::acceptor& acceptor) {
+        m_endpoint = {m_settings.listen.host, acceptor.local_endpoint().port()};
+        m_callbacks.listens(m_endpoint);
+    }
+
+    void beat() {
+        m_heartbeat.expires_after(m_settings.heartbeat);
+        m_heartbeat.async_wait([this](const asio::error_code& error) {
+            if (!error) {
+                m_callbacks.heartbeat();
+                beat();
+            }
+        });
+    }
+
+    /// The library's handle stays on the loop thread: it is not made to be shared.
+    restinio::request_handling_status_t take(const Request& request) {
+        const std::uint64_t id = ++m_lastId;
+        m_waiting.emplace(id, request);
+        asio::post(m_workers, [this, id, plain = requestOf(*request)] {
+            asio::post(m_loop, [this, id, response = m_callbacks.handle(plain)]() mutable {
+                answer(id, std::move(response));
+            });
+        });
+        return restinio::request_accepted();
+    }
+
+    void answer(std::uint64_t id, HttpResponse response) {
+        const auto found = m_waiting.find(id);
+        const Request request = std::move(found->second);
+        m_waiting.erase(found);
+        try {
+            send(*request, response);
+        } catch (const std::exception& error) {
+            logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "an answer cannot be sent: %s", error.what());
+        }
+    }
+
+    static void send(restinio::request_t& request, HttpResponse& response) {
+        if (response.stream) {
+            auto builder = builderFor<restinio::chunked_output_t>(request, response);
+            response.stream->begin(std::make_unique<ChunkSink>(std::move(builder)));
+        } else if (request.header().method() == restinio::http_method_head()) {
+            auto builder = builderFor<restinio::user_controlled_output_t>(request, response);
+            builder.set_content_length(response.body.size()).done();
+        } else {
+            auto builder = builderFor<restinio::restinio_controlled_output_t>(request, response);
+            builder.set_body(std::move(response.body)).done();
+        }
+    }
+
+    // Constant after `start`.
+    const HttpServerSettings m_settings;
+    Callbacks m_callbacks;
+    Endpoint m_endpoint;
+
+    Loop m_loop;
+    asio::executor_work_guard<asio::io_context::executor_type> m_alive{m_loop.get_executor()};
+    asio::thread_pool m_workers{4};
+
+    // The loop thread's.
+    asio::steady_timer m_heartbeat;
+    std::unique_ptr<Server> m_server;
+    std::uint64_t m_lastId = 0;
+    std::map<std::uint64_t, Request> m_waiting;
+
+    // The owner's.
+    std::thread m_thread;
+};
+
+HttpServer::HttpServer(const HttpServerSettings& settings) : m_engine(std::make_unique<Engine>(settings)) {}
+
+HttpServer::~HttpServer() = default;
+
+Endpoint HttpServer::start(Callbacks callbacks) {
+    return m_engine->start(std::move(callbacks));
+}
+
+void HttpServer::stop() {
+    m_engine->stop();
+}
+
+void HttpServer::post(std::function<void()> work) {
+    m_engine->post(std::move(work));
+}
+
+}  // namespace host

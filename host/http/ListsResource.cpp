@@ -1,0 +1,115 @@
+#include "host/http/ListsResource.h"
+
+#include <deque>
+#include <nlohmann/json.hpp>
+
+#include "host/faces/ItemJson.h"
+#include "host/faces/ItemSearch.h"
+#include "host/http/HttpError.h"
+#include "host/http/JsonBody.h"
+#include "host/http/ListAccess.h"
+#include "host/http/PageOfItems.h"
+#include "host/http/Router.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+ListName listOf(const HttpRequest& request) {
+    const auto list = listNamed(request.parameter("list"));
+    if (!list) {
+        throw HttpError(404, "unknown-list", "the lists are missed, dialled, received, forwarded, callbacks");
+    }
+    return *list;
+}
+
+HttpError noSuchEntry() {
+    return {404, "unknown-entry",
+            "this list has no such entry; an entry gets a new id when a further call is added to it"};
+}
+
+bool isUnviewed(const MissedCallItem& item) {
+    return !item.getViewed();
+}
+template <typename Item>
+bool isUnviewed(const Item& /*item*/) {
+    return false;
+}
+
+}  // namespace
+
+void ListsResource::addRoutes(Router& router) {
+    router.add({"GET", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return list(each); }});
+    router.add(
+        {"DELETE", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return deleteEntries(each); }});
+    router.add({"POST", "/api/v1/lists/missed/viewed",
+                [this](const HttpRequest& each) { return markViewed(each); }});
+    router.add(
+        {"GET", "/api/v1/lists/{list}/{entryId}", [this](const HttpRequest& each) { return entry(each); }});
+    router.add({"DELETE", "/api/v1/lists/{list}/{entryId}",
+                [this](const HttpRequest& each) { return deleteEntry(each); }});
+}
+
+HttpResponse ListsResource::list(const HttpRequest& request) const {
+    const ListName name = listOf(request);
+    PageOfItems page(request);
+    const std::string& search = request.queryValue("search");
+    std::size_t unviewed = 0;
+    Json items = Json::array();
+    listaccess::with(name, [&](auto operations) {
+        std::deque<typename decltype(operations)::Item> all;
+        operations.read(m_journal, all);
+        for (const auto& item : all) {
+            if (!itemMatches(item, search)) {
+                continue;
+            }
+            unviewed += isUnviewed(item) ? 1U : 0U;
+            if (page.takesNext()) {
+                items.push_back(itemJson(item));
+            }
+        }
+    });
+    return jsonAnswer({{"list", std::string(wordOf(name))},
+                       {"total", page.total()},
+                       {"unviewed", unviewed},
+                       {"items", std::move(items)}});
+}
+
+HttpResponse ListsResource::entry(const HttpRequest& request) const {
+    return listaccess::with(listOf(request), [&](auto operations) {
+        typename decltype(operations)::Item item;
+        if (!operations.find(m_journal, request.parameter("entryId"), item)) {
+            throw noSuchEntry();
+        }
+        return jsonAnswer(itemJson(item));
+    });
+}
+
+HttpResponse ListsResource::deleteEntry(const HttpRequest& request) const {
+    const bool deleted = listaccess::with(listOf(request), [&](auto operations) {
+        return operations.remove(m_journal, request.parameter("entryId"));
+    });
+    if (!deleted) {
+        throw noSuchEntry();
+    }
+    return emptyAnswer();
+}
+
+HttpResponse ListsResource::deleteEntries(const HttpRequest& request) const {
+    listaccess::with(listOf(request), [&](auto operations) {
+        if (request.body.empty()) {
+            operations.clear(m_journal);
+        } else {
+            operations.remove(m_journal, entryIdsIn(request));
+        }
+    });
+    return emptyAnswer();
+}
+
+HttpResponse ListsResource::markViewed(const HttpRequest& request) const {
+    m_journal.setMissedCallListAsViewed(entryIdsIn(request));
+    return emptyAnswer();
+}
+
+}  // namespace host

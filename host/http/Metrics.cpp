@@ -1,0 +1,131 @@
+#include "host/http/Metrics.h"
+
+#include <prometheus/counter.h>
+#include <prometheus/gauge.h>
+#include <prometheus/histogram.h>
+#include <prometheus/registry.h>
+#include <prometheus/text_serializer.h>
+
+namespace host {
+namespace {
+
+template <typename Builder>
+auto& family(Builder builder, prometheus::Registry& registry, const std::string& line, const char* name,
+             const char* help) {
+    return builder.Name(name).Help(help).Labels({{"line", line}}).Register(registry);
+}
+
+}  // namespace
+
+class Metrics::Registered {
+public:
+    explicit Registered(const std::string& line) : m_line(line) {
+        for (const ListName list : {ListName::eMissed, ListName::eDialled, ListName::eReceived,
+                                    ListName::eForwarded, ListName::eCallbacks}) {
+            filed(list);  // so that each stands there from the beginning
+        }
+    }
+
+    prometheus::Counter& filed(ListName list) { return m_filed.Add({{"list", std::string(wordOf(list))}}); }
+    prometheus::Counter& events(std::string_view kind) { return m_events.Add({{"kind", std::string(kind)}}); }
+    prometheus::Gauge& observers(const std::string& face) { return m_observers.Add({{"face", face}}); }
+    prometheus::Gauge& entries(ListName list) { return m_entries.Add({{"list", std::string(wordOf(list))}}); }
+
+    std::string text() const {
+        const prometheus::TextSerializer serializer;
+        return serializer.Serialize(m_registry.Collect());
+    }
+
+private:
+    prometheus::Family<prometheus::Gauge>& gauges(const char* name, const char* help) {
+        return family(prometheus::BuildGauge(), m_registry, m_line, name, help);
+    }
+    prometheus::Family<prometheus::Counter>& counters(const char* name, const char* help) {
+        return family(prometheus::BuildCounter(), m_registry, m_line, name, help);
+    }
+
+    const std::string m_line;
+    prometheus::Registry m_registry;
+    prometheus::Family<prometheus::Counter>& m_filed = counters(
+        "calljournal_calls_filed_total", "Calls that were filed, by list; callbacks as they were requested");
+    prometheus::Family<prometheus::Counter>& m_events =
+        counters("calljournal_switch_events_total", "Events of the switch, by kind");
+    prometheus::Family<prometheus::Gauge>& m_observers =
+        gauges("calljournal_observers", "Clients that are told of changes, by face");
+    prometheus::Family<prometheus::Gauge>& m_entries =
+        gauges("calljournal_list_entries", "Entries in each list");
+
+public:
+    prometheus::Gauge& unviewed =
+        gauges("calljournal_unviewed_missed_calls", "Missed entries that nobody has looked at").Add({});
+    prometheus::Gauge& connected =
+        gauges("calljournal_switch_connected", "1 while the switch is connected").Add({});
+    prometheus::Gauge& monitored =
+        gauges("calljournal_line_monitored", "1 while the switch reports the line's calls").Add({});
+    prometheus::Gauge& callsUp = gauges("calljournal_calls_up", "Calls of the line just now").Add({});
+    prometheus::Histogram& writes =
+        family(prometheus::BuildHistogram(), m_registry, m_line, "calljournal_database_write_seconds",
+               "How long a change took until it was durable")
+            .Add({}, prometheus::Histogram::BucketBoundaries{0.0005, 0.001, 0.0025, 0.005, 0.01, 0.025, 0.05,
+                                                             0.1, 0.25, 0.5, 1, 2.5});
+};
+
+Metrics::Metrics(const std::string& line) : m_registered(std::make_unique<Registered>(line)) {}
+
+Metrics::~Metrics() = default;
+
+void Metrics::switchEvent(std::string_view kind) {
+    m_registered->events(kind).Increment();
+}
+
+void Metrics::databaseWrote(std::chrono::duration<double> time) {
+    m_registered->writes.Observe(time.count());
+}
+
+std::string Metrics::text(const Now& now) {
+    m_registered->connected.Set(now.switchConnected ? 1 : 0);
+    m_registered->monitored.Set(now.lineMonitored ? 1 : 0);
+    m_registered->callsUp.Set(static_cast<double>(now.callsUp));
+    for (const auto& [face, count] : now.observers) {
+        m_registered->observers(face).Set(static_cast<double>(count));
+    }
+    for (const auto& [list, count] : now.entries) {
+        m_registered->entries(list).Set(static_cast<double>(count));
+    }
+    return m_registered->text();
+}
+
+void Metrics::missedCallsCountUpdate(int count) {
+    m_registered->unviewed.Set(count);
+}
+
+void Metrics::missedCallsUpdate(MissedCallItem item, std::string /*entryId*/, ActionType action) {
+    // A call leaves its entry unviewed; an entry that was only looked at is no call.
+    if (!item.getViewed()) {
+        filed(ListName::eMissed, action);
+    }
+}
+
+void Metrics::dialledCallsUpdate(DialledCallItem /*item*/, std::string /*entryId*/, ActionType action) {
+    filed(ListName::eDialled, action);
+}
+
+void Metrics::receivedCallsUpdate(ReceivedCallItem /*item*/, std::string /*entryId*/, ActionType action) {
+    filed(ListName::eReceived, action);
+}
+
+void Metrics::forwardedCallsUpdate(ForwardedCallItem /*item*/, std::string /*entryId*/, ActionType action) {
+    filed(ListName::eForwarded, action);
+}
+
+void Metrics::callBacksUpdate(CallBackItem /*item*/, std::string /*entryId*/, ActionType action) {
+    filed(ListName::eCallbacks, action);
+}
+
+void Metrics::filed(ListName list, ActionType action) {
+    if (action == eItemAdded || action == eItemUpdated) {
+        m_registered->filed(list).Increment();
+    }
+}
+
+}  // namespace host

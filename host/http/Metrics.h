@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "host/faces/ListName.h"
+#include "include/JournalServiceObserverIfc.h"
+
+namespace host {
+
+/// What the service counts, in Prometheus' text format. As an observer of the journal it counts the calls that are filed.
+///
+/// Threads: any, every operation.
+class Metrics final : public JournalServiceObserverIfc {
+public:
+    /// What is measured when somebody looks.
+    struct Now {
+        bool switchConnected = false;
+        bool lineMonitored = false;
+        std::size_t callsUp = 0;
+        /// By face: "http" streams, "remote" clients.
+        std::map<std::string, std::size_t> observers;
+        std::map<ListName, std::size_t> entries;
+    };
+
+    /// Every value carries the line as a label.
+    explicit Metrics(const std::string& line);
+    virtual ~Metrics();
+    Metrics(const Metrics&) = delete;
+    Metrics& operator=(const Metrics&) = delete;
+
+    void switchEvent(std::string_view kind);
+    void databaseWrote(std::chrono::duration<double> time);
+
+    [[nodiscard]] std::string text(const Now& now);
+
+    // JournalServiceObserverIfc
+    void missedCallsCountUpdate(int count) override;
+    void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override;
+    void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) override;
+    void receivedCallsUpdate(ReceivedCallItem item, std::string entryId, ActionType action) override;
+    void forwardedCallsUpdate(ForwardedCallItem item, std::string entryId, ActionType action) override;
+    void callBacksUpdate(CallBackItem item, std::string entryId, ActionType action) override;
+    void callBacksCountUpdate(int /*count*/) override {}
+
+private:
+    class Registered;
+
+    void filed(ListName list, ActionType action);
+
+    const std::unique_ptr<Registered> m_registered;
+};
+
+}  // namespace host

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/http/Access.h"
+#include "host/http/PageFiles.h"
+#include "host/http/Router.h"
+
+namespace host {
+
+/// What every request goes through before and behind its handler: where it comes from, its size, its route, its token, its
+/// line; and the headers that every answer has. Threads: any, once the routes are added.
+class RequestRoad {
+public:
+    /// All is borrowed and outlives the road. `line` is the only line there is.
+    RequestRoad(const Access& access, const Router& router, const PageFiles& page, std::string line)
+        : m_access(access), m_router(router), m_page(page), m_line(std::move(line)) {}
+
+    /// Never throws: whatever goes wrong is an error answer.
+    [[nodiscard]] HttpResponse answer(HttpRequest request) const;
+
+private:
+    [[nodiscard]] HttpResponse handle(HttpRequest& request) const;
+    [[nodiscard]] HttpResponse route(HttpRequest& request) const;
+
+    const Access& m_access;
+    const Router& m_router;
+    const PageFiles& m_page;
+    const std::string m_line;
+};
+
+}  // namespace host

@@ -1,0 +1,72 @@
+#include "host/http/StatusResource.h"
+
+#include <algorithm>
+#include <deque>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "host/data/Database.h"
+#include "host/http/HttpError.h"
+#include "host/http/ListAccess.h"
+#include "host/http/Router.h"
+#include "host/management/LocalManagement.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+template <typename Operations>
+auto itemsOf(JournalServiceIfc& journal, Operations operations) {
+    std::deque<typename Operations::Item> items;
+    operations.read(journal, items);
+    return items;
+}
+
+}  // namespace
+
+void StatusResource::addRoutes(Router& router) {
+    router.add(
+        {"GET", "/healthz", [this](const HttpRequest& /*each*/) { return health(); }, Router::Guard::eOpen});
+    router.add({"GET", "/api/v1/status", [this](const HttpRequest& /*each*/) { return status(); }});
+}
+
+HttpResponse StatusResource::health() const {
+    if (!m_sources.database.probe()) {
+        throw HttpError(503, "database", "the database does not answer; see the log");
+    }
+    HttpResponse response;
+    response.contentType = "text/plain; charset=utf-8";
+    response.body = "ok\n";
+    return response;
+}
+
+std::map<ListName, std::size_t> StatusResource::entries() const {
+    std::map<ListName, std::size_t> sizes;
+    for (const ListName name : {ListName::eMissed, ListName::eDialled, ListName::eReceived,
+                                ListName::eForwarded, ListName::eCallbacks}) {
+        sizes[name] = listaccess::with(
+            name, [this](auto operations) { return itemsOf(m_sources.journal, operations).size(); });
+    }
+    return sizes;
+}
+
+HttpResponse StatusResource::status() const {
+    Json lists = Json::object();
+    for (const auto& [name, total] : entries()) {
+        lists[std::string(wordOf(name))] = {{"total", total}};
+    }
+    const auto missed = itemsOf(m_sources.journal, listaccess::Missed());
+    lists["missed"]["unviewed"] =
+        std::count_if(missed.begin(), missed.end(), [](const auto& item) { return !item.getViewed(); });
+    const LineState state = m_sources.lineState();
+    const auto keys = m_sources.management.values();
+    const auto softwareType = keys.find("software-type");
+    return jsonAnswer({{"line", m_sources.line},
+                       {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
+                       {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
+                       {"calls", state.callsUp},
+                       {"lists", std::move(lists)}});
+}
+
+}  // namespace host

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "host/faces/ListName.h"
+#include "host/http/HttpRequest.h"
+#include "host/http/HttpResponse.h"
+
+class JournalServiceIfc;
+
+namespace host {
+
+class Database;
+class LocalManagement;
+class Router;
+
+/// What a line is doing just now.
+struct LineState {
+    bool connected = false;
+    bool monitoring = false;
+    std::size_t callsUp = 0;
+};
+
+/// How the line and the service are. Threads: any.
+class StatusResource {
+public:
+    /// All is borrowed and outlives the resource.
+    struct Sources {
+        std::string line;
+        std::function<LineState()> lineState;
+        JournalServiceIfc& journal;
+        LocalManagement& management;
+        Database& database;
+    };
+
+    explicit StatusResource(Sources sources) : m_sources(std::move(sources)) {}
+
+    void addRoutes(Router& router);
+
+    /// How many entries each list has.
+    [[nodiscard]] std::map<ListName, std::size_t> entries() const;
+
+private:
+    [[nodiscard]] HttpResponse health() const;
+    [[nodiscard]] HttpResponse status() const;
+
+    const Sources m_sources;
+};
+
+}  // namespace host

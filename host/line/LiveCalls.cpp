@@ -1,0 +1,44 @@
+#include "host/line/LiveCalls.h"
+
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAConferenceEvents.h"
+
+namespace host {
+
+void LiveCalls::follow(const CSTAEvent& event) {
+    const std::lock_guard lock(m_mutex);
+    if (const auto* const joined = dynamic_cast<const CSTAConferencedEvent*>(&event)) {
+        m_callIds.erase(joined->getPrimaryoldcallCallID());
+        m_callIds.erase(joined->getSecondaryoldcallCallID());
+        m_callIds.insert(joined->getConferenceCallID());
+        return;
+    }
+    const auto* const control = dynamic_cast<const CSTACallControlEvent*>(&event);
+    if (control == nullptr || control->getConnectionCallID().empty()) {
+        return;
+    }
+    if (const auto* const transferred = dynamic_cast<const CSTATransferredEvent*>(&event)) {
+        m_callIds.erase(transferred->getPrimaryoldcallCallID());
+        m_callIds.erase(transferred->getSecondaryoldcallCallID());
+    }
+    const bool mayEnd = event.getType() == CSTAEventCode::eConnectionCleared ||
+                        event.getType() == CSTAEventCode::eDiverted ||
+                        event.getType() == CSTAEventCode::eTransferred;
+    if (mayEnd && control->getLocalConnectionInfo() == CSTA_LCS_Null) {
+        m_callIds.erase(control->getConnectionCallID());
+    } else if (event.getType() != CSTAEventCode::eCallInformation) {
+        m_callIds.insert(control->getConnectionCallID());
+    }
+}
+
+void LiveCalls::forget() {
+    const std::lock_guard lock(m_mutex);
+    m_callIds.clear();
+}
+
+std::size_t LiveCalls::count() const {
+    const std::lock_guard lock(m_mutex);
+    return m_callIds.size();
+}
+
+}  // namespace host
