@@ -13,6 +13,7 @@
 #include "platform/framework/Service.h"
 #include "platform/management/MgmtAgentIfc.h"
 
+class DigitAnalysisServiceIfc;
 class ObserverNotifierIfc;
 
 namespace journal {
@@ -104,7 +105,14 @@ public:
     void handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) override;
     void handleCSTAFailedEvent(CSTAFailedEvent* event) override;
     void handleCSTAHookswitchEvent(CSTAHookswitchEvent* event) override;
+    void handleCSTAConferencedEvent(CSTAConferencedEvent* event) override;
+    void handleCSTACallInformationEvent(CSTACallInformationEvent* event) override;
     void handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) override;
+    void handleCSTAPrivateEvent(CSTAPrivateEvent* event) override;
+    void handleCSTATransferredEvent(CSTATransferredEvent* event) override;
+    void handleCSTACallBackEvent(CSTACallBackEvent* event) override;
+    void handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionDevices* event) override;
+    void handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) override;
     void handleCSTAHeldEvent(CSTAHeldEvent* event) override;
     void handleCSTARetrievedEvent(CSTARetrievedEvent* event) override;
 
@@ -120,10 +128,14 @@ public:
     [[nodiscard]] bool isPallaxServiceRunning();
     [[nodiscard]] bool isWsiUcJournalAllowed();
     [[nodiscard]] int getAutoSaveVisitorCallLogToVantorTimerId() const;
+    /// Borrowed from the framework; null when it has none.
+    [[nodiscard]] DigitAnalysisServiceIfc* getDigitAnalysisService() const;
 
 protected:
     /// Fills the lists from the database; the service variants load in different ways.
     virtual void loadCallListsFromDb();
+    /// For the variants.
+    [[nodiscard]] journal::JournalParts& parts() const noexcept { return *m_parts; }
 
 private:
     void constructorActions(ObserverNotifierIfc* notifier);

@@ -22,7 +22,7 @@ public:
     CallInfo& operator=(CallInfo&&) noexcept = default;
     virtual ~CallInfo() = default;
 
-    /// The tracked call's identifier, as text; empty for an entry that came from a switch's call log.
+    /// The tracked call's identifier, as text; a random number for an entry that came from a switch's call log.
     [[nodiscard]] const std::string& getCallId() const noexcept { return m_callId; }
     void setCallId(const std::string& callId) { m_callId = callId; }
 

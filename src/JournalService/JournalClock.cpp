@@ -56,13 +56,18 @@ ClockServiceIfc* JournalClock::clock() const {
 }
 
 std::string JournalClock::getCurrentTime() const {
+    const std::string time = getCallBackTime();
+    return time.empty() ? time : time + 'Z';
+}
+
+std::string JournalClock::getCallBackTime() const {
     auto* service = clock();
     if (service == nullptr) {
         return {};
     }
     const auto now = service->getDateTime();
-    std::array<char, 21> text{};
-    const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02dZ", now.year,
+    std::array<char, 20> text{};
+    const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d", now.year,
                                      now.month, now.day, now.hour, now.minute, now.second);
     return length < 0 ? std::string() : std::string(text.data());
 }

@@ -22,8 +22,12 @@ public:
     /// Takes the clock, borrowed until this object is destroyed; null leaves the journal to the process's clock.
     void adoptClock(ClockServiceIfc* clock);
 
+    /// Whether there is a clock at all.
+    [[nodiscard]] bool isAvailable() const { return clock() != nullptr; }
     /// Date and time now: "2026-11-21T05:22:05Z", 20 characters; empty without a clock.
     [[nodiscard]] std::string getCurrentTime() const;
+    /// The same without the zone, as callbacks carry it: "2026-11-21T05:22:05".
+    [[nodiscard]] std::string getCallBackTime() const;
     /// Seconds since 1970; -1 without a clock.
     [[nodiscard]] long getCurrentTimeSec() const;
     /// The current time string and the low 32 bits of the call id, read as a decimal number, in eight upper-case

@@ -15,12 +15,12 @@
 #include "journal-items/ReceivedCallItem.h"
 #include "platform/sync/NestableSemaphore.h"
 #include "src/JournalService/JournalList.h"
+#include "src/JournalServiceEvents/CallLogRequests.h"
 
 class ObserverNotifierIfc;
 
 namespace journal {
 
-class CallLogRequests;
 class ListMirror;
 class PhoneSettings;
 
@@ -34,13 +34,15 @@ class PhoneSettings;
 class JournalLists {
 public:
     /// Held by whoever changes lists, from before the first look at them until the observers have been told. The
-    /// thread that holds one may open another. Never opened from inside an observer callback.
+    /// thread that holds one may open another. Never opened from inside an observer callback. What one change reports
+    /// to the switch is one batch: a switch that does not answer is waited for once.
     class Change {
     public:
-        explicit Change(JournalLists& lists) : m_section(lists.m_changeLock) {}
+        explicit Change(JournalLists& lists) : m_section(lists.m_changeLock), m_batch(lists.m_requests) {}
 
     private:
         const CriticalSection<NestableSemaphore> m_section;
+        const CallLogRequests::Batch m_batch;
     };
 
     /// All parts are borrowed and outlive this one.
@@ -104,6 +106,9 @@ public:
     bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest);
     bool deleteAllCalls();
 
+    /// Offers every item to the database again that it has refused. False when it still refuses one.
+    bool writeRefused();
+
     // Ordering a list right after it was loaded; the caller holds the list. Items without occurrences go, here and
     // in the database.
     void normalizeDialledCallList(std::deque<DialledCallItem>& list);
@@ -112,7 +117,8 @@ public:
 
     // The contacts that came with the lists.
     void getContactList(std::vector<Contact>& contacts);
-    void addContacts(const std::vector<Contact>& contacts);
+    /// Answers how many there are then.
+    std::size_t addContacts(const std::vector<Contact>& contacts);
     void clearContacts();
 
 private:
@@ -124,6 +130,8 @@ private:
     Item front();
     template <typename Item>
     std::vector<Item> copyItems(const std::set<std::string>& entryIds);
+    template <typename Item>
+    bool writeRefusedOf();
     template <typename Item>
     void normalize(std::deque<Item>& list, const char* operation, const char* listName);
 

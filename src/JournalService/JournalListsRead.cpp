@@ -146,15 +146,40 @@ void JournalLists::normalizeForwardedCallList(std::deque<ForwardedCallItem>& lis
     normalize(list, "normalizeForwardedCallList", "m_ForwardedCallList");
 }
 
+template <typename Item>
+bool JournalLists::writeRefusedOf() {
+    bool taken = true;
+    const auto items = list<Item>().access();
+    for (Item& item : *items) {
+        if (m_mirror.isRefused(item)) {
+            m_mirror.update(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
+            taken = taken && !m_mirror.isRefused(item);
+        }
+    }
+    return taken;
+}
+
+bool JournalLists::writeRefused() {
+    const Change change(*this);
+    const bool taken = writeRefusedOf<MissedCallItem>() && writeRefusedOf<DialledCallItem>() &&
+                       writeRefusedOf<ReceivedCallItem>() && writeRefusedOf<ForwardedCallItem>() &&
+                       writeRefusedOf<CallBackItem>();
+    if (taken) {
+        m_mirror.forgetRefused();
+    }
+    return taken;
+}
+
 void JournalLists::getContactList(std::vector<Contact>& contacts) {
     const CriticalSection<Semaphore> section(m_contactLock);
     contacts = m_contacts;
     LOG_JOURNAL(6, "getContactList[%d]", static_cast<int>(contacts.size()));
 }
 
-void JournalLists::addContacts(const std::vector<Contact>& contacts) {
+std::size_t JournalLists::addContacts(const std::vector<Contact>& contacts) {
     const CriticalSection<Semaphore> section(m_contactLock);
     m_contacts.insert(m_contacts.end(), contacts.begin(), contacts.end());
+    return m_contacts.size();
 }
 
 void JournalLists::clearContacts() {

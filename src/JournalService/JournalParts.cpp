@@ -23,27 +23,38 @@ JournalParts::JournalParts(const Outside& outside)
       requests(collaborators, settings),
       lists(settings, mirror, requests, notifier),
       loader(settings, adapter, lists),
-      subscription(lists, loader, notifier, outside.loadLists),
+      olderEntries(adapter, lists),
+      loadLists([this, loadCallLists = outside.loadLists] { loader.loadWith(loadCallLists); }),
+      subscription(lists, loader, notifier, loadLists),
       forwardedMissed(clock, lists, mirror, notifier),
-      entries({settings, clock, names, lists, mirror, requests, notifier, forwardedMissed,
-               [this, loadLists = outside.loadLists] {
-                   if (!loader.listsLoaded()) {
-                       loadLists();
-                   }
-               }}),
+      loadAtFirstNeed([this] {
+          if (!loader.hasLoaded()) {
+              loadLists();
+          }
+      }),
+      entries({settings, clock, names, lists, mirror, requests, notifier, forwardedMissed, loadAtFirstNeed,
+               &olderEntries}),
       completion(calls, settings, entries),
       tracker(calls, settings, clock, completion),
+      callLogRemoval({settings, clock, lists, mirror, notifier, loadAtFirstNeed, &olderEntries}),
+      callLogEvents({calls, settings, clock, entries, callLogRemoval, lists, notifier}),
+      privateEvents({calls, settings, gate, readiness, callLogEvents}),
       callControl{calls, tracker, settings, gate},
       blindTransfer(connectionCleared),
-      connectionCleared(callControl, conferences, blindTransfer),
-      qorvexRules(callControl, readiness),
+      connectionCleared(callControl, conferences, blindTransfer, privateEvents),
+      qorvexRules(callControl, readiness, entries),
       sipRules(callControl, lineDevices, blindTransfer),
       callControlEvents(callControl, qorvexRules, sipRules),
+      transferredEvents(callControl, blindTransfer, connectionCleared),
+      callInformationEvents(callControl, entries, clock),
+      conferenceEvents(callControl, conferences),
+      callBackEvents({callControl, clock, names, lists, mirror, notifier, loadAtFirstNeed}),
       systemStatusEvents(callControl, conferences, readiness),
       monitors(collaborators, settings, outside.eventReceiver),
-      management(collaborators, settings, monitors),
+      lineDeviceEvents(collaborators, settings, monitors, lineDevices),
+      management(collaborators, settings, monitors, readiness),
       ownSettings(settings, adapter, lists),
-      refresh({collaborators, settings, ownSettings, management, lists, notifier}, outside.loadLists),
+      refresh({collaborators, settings, ownSettings, management, lists, notifier}, loadLists),
       agent({settings, ownSettings, management, monitors, gate, lists, refresh,
              mirror.m_visitorCallLogSavePending}),
       visitorCallLog(collaborators, settings, management, mirror.m_visitorCallLogSavePending, outside.self) {}

@@ -8,17 +8,23 @@
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/ListLoader.h"
 #include "src/JournalService/ListMirror.h"
+#include "src/JournalService/OlderEntries.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalService/Subscription.h"
 #include "src/JournalServiceEvents/BlindTransfer.h"
+#include "src/JournalServiceEvents/CallBackEvents.h"
 #include "src/JournalServiceEvents/CallCompletion.h"
 #include "src/JournalServiceEvents/CallControlEvents.h"
 #include "src/JournalServiceEvents/CallControlEventsQorvex.h"
 #include "src/JournalServiceEvents/CallControlEventsSip.h"
+#include "src/JournalServiceEvents/CallInformationEvents.h"
+#include "src/JournalServiceEvents/CallLogEvents.h"
 #include "src/JournalServiceEvents/CallLogReadiness.h"
+#include "src/JournalServiceEvents/CallLogRemoval.h"
 #include "src/JournalServiceEvents/CallLogRequests.h"
 #include "src/JournalServiceEvents/CallMap.h"
 #include "src/JournalServiceEvents/CallTracker.h"
+#include "src/JournalServiceEvents/ConferenceEvents.h"
 #include "src/JournalServiceEvents/Conferences.h"
 #include "src/JournalServiceEvents/ConnectionClearedEvents.h"
 #include "src/JournalServiceEvents/CstaMonitors.h"
@@ -26,12 +32,15 @@
 #include "src/JournalServiceEvents/ForwardedMissedRule.h"
 #include "src/JournalServiceEvents/JournalRefresh.h"
 #include "src/JournalServiceEvents/JournallingGate.h"
+#include "src/JournalServiceEvents/LineDeviceEvents.h"
 #include "src/JournalServiceEvents/LineDevices.h"
 #include "src/JournalServiceEvents/ManagementAgent.h"
 #include "src/JournalServiceEvents/ManagementValues.h"
 #include "src/JournalServiceEvents/OwnSettings.h"
 #include "src/JournalServiceEvents/PartyNames.h"
+#include "src/JournalServiceEvents/PrivateEvents.h"
 #include "src/JournalServiceEvents/SystemStatusEvents.h"
+#include "src/JournalServiceEvents/TransferredEvents.h"
 #include "src/JournalServiceEvents/VisitorCallLog.h"
 
 class Context;
@@ -81,9 +90,14 @@ struct JournalParts {
 
     JournalLists lists;
     ListLoader loader;
+    OlderEntries olderEntries;
+    /// Loads the lists in the way of the service variant, with everything that belongs to a load.
+    std::function<void()> loadLists;
     Subscription subscription;
 
     ForwardedMissedRule forwardedMissed;
+    /// Loads the lists unless they were loaded once.
+    std::function<void()> loadAtFirstNeed;
     EntryCreation entries;
 
     CallMap calls;
@@ -92,6 +106,9 @@ struct JournalParts {
     Conferences conferences;
     LineDevices lineDevices;
     CallLogReadiness readiness;
+    CallLogRemoval callLogRemoval;
+    CallLogEvents callLogEvents;
+    PrivateEvents privateEvents;
 
     CallControlParts callControl;
     BlindTransfer blindTransfer;
@@ -99,9 +116,14 @@ struct JournalParts {
     CallControlEventsQorvex qorvexRules;
     CallControlEventsSip sipRules;
     CallControlEvents callControlEvents;
+    TransferredEvents transferredEvents;
+    CallInformationEvents callInformationEvents;
+    ConferenceEvents conferenceEvents;
+    CallBackEvents callBackEvents;
     SystemStatusEvents systemStatusEvents;
 
     CstaMonitors monitors;
+    LineDeviceEvents lineDeviceEvents;
     ManagementValues management;
     OwnSettings ownSettings;
     JournalRefresh refresh;

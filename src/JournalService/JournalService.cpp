@@ -292,8 +292,36 @@ void JournalService::handleCSTAFailedEvent(CSTAFailedEvent* event) {
 
 void JournalService::handleCSTAHookswitchEvent(CSTAHookswitchEvent* /*event*/) {}
 
+void JournalService::handleCSTAConferencedEvent(CSTAConferencedEvent* event) {
+    m_parts->conferenceEvents.handleCSTAConferencedEvent(event);
+}
+
+void JournalService::handleCSTACallInformationEvent(CSTACallInformationEvent* event) {
+    m_parts->callInformationEvents.handleCSTACallInformationEvent(event);
+}
+
 void JournalService::handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) {
     m_parts->systemStatusEvents.handleCSTASystemStatusEvent(event);
+}
+
+void JournalService::handleCSTAPrivateEvent(CSTAPrivateEvent* event) {
+    m_parts->privateEvents.handleCSTAPrivateEvent(event);
+}
+
+void JournalService::handleCSTATransferredEvent(CSTATransferredEvent* event) {
+    m_parts->transferredEvents.handleCSTATransferredEvent(event);
+}
+
+void JournalService::handleCSTACallBackEvent(CSTACallBackEvent* event) {
+    m_parts->callBackEvents.handleCSTACallBackEvent(event);
+}
+
+void JournalService::handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionDevices* event) {
+    m_parts->lineDeviceEvents.handleCSTASwitchingFunctionDevices(event);
+}
+
+void JournalService::handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) {
+    m_parts->conferenceEvents.handleCSTAConferenceMembershipEvent(event);
 }
 
 void JournalService::handleCSTAHeldEvent(CSTAHeldEvent* event) {
@@ -342,4 +370,8 @@ bool JournalService::isWsiUcJournalAllowed() {
 
 int JournalService::getAutoSaveVisitorCallLogToVantorTimerId() const {
     return m_parts->visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId();
+}
+
+DigitAnalysisServiceIfc* JournalService::getDigitAnalysisService() const {
+    return m_parts->collaborators.m_digitAnalysisService;
 }

@@ -30,6 +30,17 @@ void populateForwardedCallListFromXml(const std::string& xml, std::deque<Forward
 
 }  // namespace
 
+void ListLoader::loadWith(const std::function<void()>& loadCallLists) {
+    const JournalLists::Change change(m_lists);
+    if (!m_lists.writeRefused()) {
+        LOG_JOURNAL(2, "The database refuses entries, so the lists are not loaded and stay as they are");
+        return;
+    }
+    loadCallLists();
+    readCallBackList();
+    m_hasLoaded = true;
+}
+
 void ListLoader::loadCallListsFromDb() {
     LOG_JOURNAL(6, "loadCallListsFromDb - BEGIN");
     const JournalLists::Change change(m_lists);
@@ -39,7 +50,6 @@ void ListLoader::loadCallListsFromDb() {
     if (m_settings.values()->isSip()) {
         readForwardedCallList();
     }
-    readCallBackList();
     m_listsLoaded = true;
     LOG_JOURNAL(6, "loadCallListsFromDb - END");
 }

@@ -19,15 +19,17 @@ std::string ListMirror::updateEntry(const std::string& body, const std::string& 
 
 std::string ListMirror::updateEntries(const std::string& entries, const std::string& requestType,
                                       const std::string& table) {
-    if (entries.empty()) {
-        return {};
-    }
+    return entries.empty() ? std::string() : send(entries, requestType, table).value_or("");
+}
+
+std::optional<std::string> ListMirror::send(const std::string& entries, const std::string& requestType,
+                                            const std::string& table) {
     LOG_JOURNAL(6, "updateEntries[%s][%s]", table.c_str(), entries.c_str());
     const std::string response = m_adapter.updateEntries(entries, requestType, table);
     LOG_JOURNAL(6, "DAS resp %s \n", response.c_str());
     if (response == Helper::FAILED) {
         LOG_JOURNAL(2, "%s: the database refused a %s", table.c_str(), requestType.c_str());
-        return {};
+        return std::nullopt;
     }
     std::string uniqueId = JournalServiceHelper::parseLastUniqueId(response);
     const std::lock_guard lock(m_mutex);
@@ -40,6 +42,20 @@ std::string ListMirror::updateEntries(const std::string& entries, const std::str
 
 void ListMirror::deleteWholeTable(const std::string& table) {
     updateEntries(Helper::allEntries(), Helper::DELETEREQUEST, table);
+}
+
+void ListMirror::noteRefused(const std::string& key, bool refused) {
+    const std::lock_guard lock(m_mutex);
+    if (refused) {
+        m_refused.insert(key);
+    } else {
+        m_refused.erase(key);
+    }
+}
+
+void ListMirror::forgetRefused() {
+    const std::lock_guard lock(m_mutex);
+    m_refused.clear();
 }
 
 std::string ListMirror::lastUniqueId() const {

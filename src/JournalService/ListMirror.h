@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <type_traits>
 
@@ -15,7 +17,8 @@ namespace journal {
 /// Writes every change of a list to the database.
 ///
 /// Threads: any. Callers may hold one list lock; a call waits until the change is durable. A database that answers
-/// "failed" leaves the memory as it is: the change stays in the list and is logged.
+/// "failed" leaves the memory as it is: the change stays in the list and is logged, and the mirror remembers which items
+/// the database lacks or has an old state of.
 class ListMirror {
 public:
     /// `adapter` is borrowed and outlives the mirror.
@@ -42,14 +45,24 @@ public:
     /// The same, for code that treats the lists alike.
     template <typename Item>
     void update(Item& item, const std::string& requestType) {
-        const std::string answered =
-            updateEntry(ListTable<Item>::kBody(item, requestType), requestType, ListTable<Item>::kName);
+        const std::optional<std::string> answered =
+            send(entry(item, requestType), requestType, ListTable<Item>::kName);
+        const bool isWrite = requestType == CallListDatabaseAdapterHelper::WRITEREQUEST;
+        noteRefused(keyOf(item), isWrite && !answered);
         if constexpr (!std::is_same_v<Item, CallBackItem>) {
-            if (!answered.empty() && requestType == CallListDatabaseAdapterHelper::WRITEREQUEST) {
-                item.setUniqueId(answered);
+            if (isWrite && answered && !answered->empty()) {
+                item.setUniqueId(*answered);
             }
         }
     }
+
+    /// Whether the last write of the item, as it is named now, was refused.
+    template <typename Item>
+    [[nodiscard]] bool isRefused(const Item& item) const {
+        const std::lock_guard lock(m_mutex);
+        return m_refused.contains(keyOf(item));
+    }
+    void forgetRefused();
 
     /// The item as an `ENTRY` field, to be gathered for one request of many entries.
     template <typename Item>
@@ -77,6 +90,14 @@ public:
     std::atomic<bool> m_visitorCallLogSavePending{false};
 
 private:
+    template <typename Item>
+    [[nodiscard]] static std::string keyOf(const Item& item) {
+        return std::string(ListTable<Item>::kName) + ' ' + item.getEntryId();
+    }
+    void noteRefused(const std::string& key, bool refused);
+    /// Nothing when the database refused; otherwise the last unique id, empty when the answer has none.
+    std::optional<std::string> send(const std::string& entries, const std::string& requestType,
+                                    const std::string& table);
     [[nodiscard]] static std::string asEntry(const std::string& body);
     void deleteWholeTable(const std::string& table);
 
@@ -85,6 +106,7 @@ private:
     mutable std::mutex m_mutex;
     // Guarded by m_mutex.
     std::string m_lastUniqueId;
+    std::set<std::string> m_refused;
 };
 
 }  // namespace journal

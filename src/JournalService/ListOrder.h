@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "journal-items/Occurrences.h"
@@ -24,6 +25,21 @@ template <typename Item>
 }
 [[nodiscard]] inline bool isForwardedCallOrdered(const ForwardedCallItem& a, const ForwardedCallItem& b) {
     return isNewer(a, b);
+}
+
+/// Puts an item that has become older than it was to its place: before the first item than which `newer` says it is
+/// newer.
+template <typename Item, typename Newer>
+void insertInOrder(std::deque<Item>& items, Item item, Newer newer) {
+    const auto older = std::find_if(items.begin(), items.end(),
+                                    [&item, &newer](const Item& other) { return newer(item, other); });
+    items.insert(older, std::move(item));
+}
+
+/// The same in the order of the sort keys.
+template <typename Item>
+void insertInOrder(std::deque<Item>& items, Item item) {
+    insertInOrder(items, std::move(item), isNewer<Item>);
 }
 
 /// Takes the items without occurrences out of `items` and answers them, in list order.

@@ -61,8 +61,11 @@ bool BlindTransfer::isBlindTransferProcessing(const CSTAConnectionClearedEvent& 
     if (!result) {
         return false;
     }
-    if (!restartBlindTransferTimer()) {
-        // Its second was over, only the expiry had not been delivered yet.
+    const bool sameCall =
+        m_pendingConnectionClearedEvent != nullptr &&
+        m_pendingConnectionClearedEvent->getDroppedConnectionCallID() == event.getDroppedConnectionCallID();
+    if (!restartBlindTransferTimer() || !sameCall) {
+        // Its second was over, only the expiry had not been delivered yet; or it is about another call, which must end.
         handlePending();
     }
     m_pendingConnectionClearedEvent = std::make_unique<CSTAConnectionClearedEvent>(event);

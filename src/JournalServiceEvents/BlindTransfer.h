@@ -17,7 +17,8 @@ class ConnectionClearedSinkIfc;
 /// Holds back the clearing of a call that may be one half of a blind transfer, until the switch has told the rest:
 ///  1. a Held event with the cause "held for transfer" names the call;
 ///  2. a ConnectionCleared event of that call that comes directly after a Held event is kept, not handled, and a
-///     timer of one second starts; another such event takes its place and starts the second anew;
+///     timer of one second starts; another such event of the call takes its place and starts the second anew, one of
+///     another call does so when the kept one has been handed on;
 ///  3. a Transferred event ends the wait: its handler takes the kept event (`stopBlindTransferTimer`, `takePending`);
 ///  4. without one, the timer's expiry hands the kept event on.
 /// Where there is no timer, nothing is held back.

@@ -179,7 +179,7 @@ CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call)
         details.connectedParty = call.m_sFirstForwardedParty;
         details.connectedPartyName = call.m_sFirstForwardedPartyName;
     }
-    m_entries.newDialledCallEntry(details);
+    m_entries.fileDialledCall(details);
     return Record::eRemoved;
 }
 
@@ -230,7 +230,7 @@ void CallCompletion::newReceivedEntry(const Call& call) {
 }
 
 void CallCompletion::newDialledEntry(const Call& call, CallLogEntryEvent::_LogTarget target) {
-    m_entries.newDialledCallEntry(dialledDetails(call, target));
+    m_entries.fileDialledCall(dialledDetails(call, target));
 }
 
 DialledEntryDetails CallCompletion::dialledDetails(const Call& call,
@@ -245,6 +245,7 @@ DialledEntryDetails CallCompletion::dialledDetails(const Call& call,
     details.transferType = transferTypeOf(call);
     details.bluetoothCall = isBluetooth(call.m_sCallId) || isBluetooth(call.m_sDialledParty);
     if (m_settings.values()->isSip()) {
+        details.bluetoothCall = details.bluetoothCall || call.m_connectedToMediaServer;
         // A call that never got as far as its called party is still known by what was dialled.
         const bool useDialled = call.m_sCalledParty.empty() && !isBluetooth(call.m_sDialledParty);
         details.remoteParty = useDialled ? call.m_sDialledParty : call.m_sCalledParty;

@@ -5,6 +5,7 @@
 #include "platform/texts/communicationsServiceTexts.h"
 #include "src/JournalService/Log.h"
 #include "src/JournalServiceEvents/CallLogReadiness.h"
+#include "src/JournalServiceEvents/EntryCreation.h"
 
 namespace journal {
 
@@ -163,6 +164,9 @@ void CallControlEventsQorvex::deliveredByLocalConnection(const CSTADeliveredEven
     const int localConnection = event.getLocalConnectionInfo();
     switch (localConnection) {
         case CSTA_LCS_Connected:
+            if (const Call* const call = find(event); call != nullptr && call->m_transferred) {
+                break;  // the new partner rings
+            }
             m_parts.pass(find(event), Call::eDelivered, Call::eOutgoing, callId, calledDeviceOf(event));
             noteDialled(event);
             break;
@@ -242,8 +246,15 @@ void CallControlEventsQorvex::established(const CSTAEstablishedEvent& event) {
     if (!followsCalls()) {
         return;
     }
-    Call* const call = find(event);
+    Call* call = find(event);
     auto direction = directionOf(calling, called, answering, call);
+    if (call != nullptr && call->m_State == Call::eEstablished) {
+        direction = call->m_Direction;
+    } else if (call != nullptr && call->isOutgoing() && direction == Call::eIncoming) {
+        // Placed to pick another phone's call up, and now that call itself.
+        m_parts.calls.removeCall(callId);
+        call = nullptr;
+    }
     if (direction == Call::eDirectionUnknown) {
         LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
         if (call == nullptr) {
@@ -273,6 +284,9 @@ void CallControlEventsQorvex::establishedOutgoing(Call* call, const CSTAEstablis
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& called = event.getCalledDevice();
     const CSTADevice& answering = event.getAnsweringDevice();
+    if (call != nullptr && call->m_Direction == Call::eIncoming && call->m_State < Call::eEstablished) {
+        fileCalledBack(*call, event);
+    }
     noteDialled(event);
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
         LOG_EVENTS(5,
@@ -288,6 +302,25 @@ void CallControlEventsQorvex::establishedOutgoing(Call* call, const CSTAEstablis
         m_parts.pass(call, Call::eEstablished, direction, callId, reached);
     }
     noteDialled(event);
+}
+
+// The switch has called the phone in order to place a call for it (a callback, a click on a number): it rang here like an
+// incoming call and is now one that the user has made. The record, which stands for an incoming call, ends with that.
+void CallControlEventsQorvex::fileCalledBack(const Call& call, const CSTAEstablishedEvent& event) {
+    const CSTADevice reached = firstKnown(event.getCalledDevice(), event.getAnsweringDevice());
+    const CSTADevice connected = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
+    DialledEntryDetails details;
+    details.callId = call.m_sCallId;
+    details.dialledParty = reached.number;
+    details.remoteParty = reached.number;
+    details.remotePartyName = reached.name;
+    details.connectedParty = connected.number;
+    details.connectedPartyName = connected.name;
+    details.timeSec = call.m_startTimeSec;
+    details.logTarget = CallLogEntryEvent::eDialled;
+    details.presentationA = CallLogEntryEvent::ePresented;
+    details.presentationB = CallLogEntryEvent::ePresented;
+    m_entries.fileDialledCall(details);
 }
 
 // ---- Failed -------------------------------------------------------------------------------------------------
@@ -316,17 +349,23 @@ void CallControlEventsQorvex::failed(const CSTAFailedEvent& event) {
 }
 
 // A failure that belongs to no call is a call that could not be put through to this phone. It gets a record of its own,
-// which is filed at once. A record that stands under its id ends with it; a call that was placed here counts as dialled.
+// which is filed at once. A record that stands under its id ends with it; a call that was placed here counts as dialled,
+// and one that was answered here as received.
 void CallControlEventsQorvex::failedOnItsOwn(Call* call, const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     CSTADevice caller = firstKnown(event.getCallingDevice(), event.getCalledDevice());
-    if (call != nullptr && call->isOutgoing()) {
+    const bool placedHere = call != nullptr && call->isOutgoing();
+    if (placedHere) {
         m_parts.pass(call, Call::eFailed, Call::eOutgoing, callId, {});
+    } else if (call != nullptr && call->m_State == Call::eEstablished) {
+        m_parts.pass(call, Call::eCleared, Call::eDirectionUnknown, callId, {});
     } else if (call != nullptr && caller.number.empty()) {
         caller = remoteOf(*call);
     }
     m_parts.calls.removeCall(callId);
-    m_parts.pass(nullptr, Call::eFailed, Call::eIncoming, callId, caller);
+    if (!(placedHere && event.getCallingDevice().isLocal())) {
+        m_parts.pass(nullptr, Call::eFailed, Call::eIncoming, callId, caller);
+    }
 }
 
 }  // namespace journal

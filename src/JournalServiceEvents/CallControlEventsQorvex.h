@@ -10,6 +10,7 @@ class CSTACallControlEvent;
 namespace journal {
 
 struct CallLogReadiness;
+class EntryCreation;
 
 /// The call-control rules of every phone that is not a SIP phone; `CallControlEventsSip` stands beside it.
 ///
@@ -27,8 +28,10 @@ struct CallLogReadiness;
 ///     Failed                      the far end
 class CallControlEventsQorvex final : public CallControlRulesIfc {
 public:
-    CallControlEventsQorvex(const CallControlParts& parts, CallLogReadiness& readiness)
-        : m_parts(parts), m_readiness(readiness) {}
+    /// Everything is borrowed and outlives this object.
+    CallControlEventsQorvex(const CallControlParts& parts, CallLogReadiness& readiness,
+                            EntryCreation& entries)
+        : m_parts(parts), m_readiness(readiness), m_entries(entries) {}
 
     void originated(const CSTAOriginatedEvent& event) override;
     void offered(const CSTAOfferedEvent& event) override;
@@ -51,6 +54,7 @@ private:
     void divertedThere(Call* call, const CSTADivertedEvent& event);
     void establishedIncoming(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
     void establishedOutgoing(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
+    void fileCalledBack(const Call& call, const CSTAEstablishedEvent& event);
     void failedOnItsOwn(Call* call, const CSTAFailedEvent& event);
 
     void noteDialled(const CSTACallControlEvent& event) const;
@@ -58,6 +62,7 @@ private:
 
     CallControlParts m_parts;
     CallLogReadiness& m_readiness;
+    EntryCreation& m_entries;
 };
 
 }  // namespace journal

@@ -178,7 +178,7 @@ void CallControlEventsSip::established(const CSTAEstablishedEvent& event) {
         }
         direction = call->m_Direction;
     }
-    if (m_blindTransfer.followsHeldEvent() && m_blindTransfer.lastHeldCallId() == callId) {
+    if (!callId.empty() && m_blindTransfer.followsHeldEvent() && m_blindTransfer.lastHeldCallId() == callId) {
         LOG_EVENTS(5, "handleCSTAEstablishedEvent: established event following a held event");
         if (call == nullptr) {
             call = m_parts.tracker.enterCall(direction, callId);
@@ -219,6 +219,9 @@ void CallControlEventsSip::establishedOutgoing(Call* call, const CSTAEstablished
         return;
     }
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
+        if (call == nullptr && isUsingCrestUX()) {
+            return;  // the call was filed when it was forwarded
+        }
         const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eEstablished;
         m_parts.pass(call, state, Call::eOutgoing, callId, called, answering);
         return;

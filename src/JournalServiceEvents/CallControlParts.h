@@ -47,9 +47,13 @@ struct CallControlParts {
 }
 
 /// The direction of a call as its event tells it. `reached` is the device that answered, or that failed. A switch may
-/// write the phone's own number on both sides: `call`, the record or null, then decides.
+/// write the phone's own number on both sides: `call`, the record or null, then decides. It also decides for a call that
+/// was transferred, because the switch may tell of its new partner as of a call that the phone has placed.
 [[nodiscard]] inline Call::directions_t directionOf(const CSTADevice& calling, const CSTADevice& called,
                                                     const CSTADevice& reached, const Call* call) {
+    if (call != nullptr && call->m_transferred) {
+        return call->m_Direction;
+    }
     const bool placedHere = calling.isLocal();
     const bool reachedHere = called.isLocal() || reached.isLocal();
     if (placedHere && reachedHere && call != nullptr) {

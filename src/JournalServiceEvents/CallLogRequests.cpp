@@ -44,21 +44,25 @@ void forEachDistinctNumber(const std::list<Info>& infos, Send send) {
 bool CallLogRequests::sendCSTAEscapeRequest(const CallLogEntryRequest* request) const {
     LOG_EVENTS(5, "%s():TargetLog: %d, SubscriberNumber: %s", "sendCSTAEscapeRequest",
                static_cast<int>(request->logTarget), request->subscriberNumber.c_str());
-    if (m_collaborators.m_cstaService == nullptr) {
+    if (m_failed || !exchange(*request)) {
         LOG_EVENTS(2, "sendCSTAEscapeRequest() : response code is error");
+        m_failed = m_batches > 0;
+        return false;
+    }
+    LOG_EVENTS(5, "sendCSTAEscapeRequest() : response code is ok");
+    return true;
+}
+
+bool CallLogRequests::exchange(const CallLogEntryRequest& request) const {
+    if (m_collaborators.m_cstaService == nullptr) {
         return false;
     }
     CSTAEscapeRequest escape;
     escape.setSourceService(m_collaborators.m_self);
     escape.setEventType(kCallLogEntryRequestType);
-    escape.setCallLogEntry(request);
+    escape.setCallLogEntry(&request);
     m_collaborators.m_cstaService->request(escape);
-    if (escape.getResponseCode() != 0) {
-        LOG_EVENTS(2, "sendCSTAEscapeRequest() : response code is error");
-        return false;
-    }
-    LOG_EVENTS(5, "sendCSTAEscapeRequest() : response code is ok");
-    return true;
+    return escape.getResponseCode() == 0;
 }
 
 bool CallLogRequests::sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::_LogTarget target) const {

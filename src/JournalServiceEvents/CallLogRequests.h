@@ -20,13 +20,32 @@ class PhoneSettings;
 /// Each request waits for the switch's answer, so callers hold no list lock. Any thread may call. A request that
 /// fails is logged, and the deletion stands: nothing is retried. Whether a request is due at all is the callers'
 /// decision, but for the dialled overflow, which has a rule of its own.
+///
+/// A switch that is connected and silent costs seconds a request, in which no call can be filed. So the requests of
+/// one change stand together (`Batch`): once one has failed, the others fail without being sent.
 class CallLogRequests {
 public:
+    /// The requests sent while it lives are one batch; a batch inside another one is part of that. One thread at a
+    /// time: whoever holds it holds the lists' `Change`, too.
+    class Batch {
+    public:
+        explicit Batch(const CallLogRequests& requests) : m_requests(requests) { ++m_requests.m_batches; }
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+        ~Batch() {
+            --m_requests.m_batches;
+            m_requests.m_failed = m_requests.m_failed && m_requests.m_batches > 0;
+        }
+
+    private:
+        const CallLogRequests& m_requests;
+    };
+
     /// Both are borrowed and outlive this object.
     CallLogRequests(const Collaborators& collaborators, const PhoneSettings& settings)
         : m_collaborators(collaborators), m_settings(settings) {}
 
-    /// Sends one request; false without a switch, or when it does not take the request.
+    /// Sends one request; false without a switch, when it does not answer, or when it did not answer this batch before.
     bool sendCSTAEscapeRequest(const CallLogEntryRequest* request) const;
 
     bool sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::_LogTarget target) const;
@@ -47,8 +66,14 @@ public:
                                            const DialledCallItem::DialledCallInfo& newInfo) const;
 
 private:
+    [[nodiscard]] bool exchange(const CallLogEntryRequest& request) const;
+
     const Collaborators& m_collaborators;
     const PhoneSettings& m_settings;
+
+    // Guarded by the lists' `Change`: how many batches are open, and whether a request of theirs has failed.
+    mutable int m_batches = 0;
+    mutable bool m_failed = false;
 };
 
 }  // namespace journal

@@ -51,7 +51,25 @@ void Conferences::addConference(int index, const std::string& conferenceCallId) 
 void Conferences::removeMember(int index, Members::iterator member) {
     members(index).erase(member);
     if (members(index).empty()) {
-        m_conferences[static_cast<std::size_t>(index)].reset();
+        removeConference(index);
+    }
+}
+
+void Conferences::forgetCall(const std::string& callId) {
+    for (auto& conference : m_conferences) {
+        if (conference != nullptr) {
+            conference->members.remove_if([&callId](const auto& member) { return member.callId == callId; });
+            if (conference->members.empty()) {
+                conference.reset();
+            }
+        }
+    }
+    if (m_sipConference) {
+        for (std::string* member : {&m_sipConference->primaryOldCallId, &m_sipConference->secondaryOldCallId}) {
+            if (*member == callId) {
+                member->clear();
+            }
+        }
     }
 }
 
@@ -62,6 +80,7 @@ void Conferences::removeAllConferences() {
             conference.reset();
         }
     }
+    m_sipConference.reset();
 }
 
 }  // namespace journal

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 
 /// One member of a conference: the call that it was before, and its device.
@@ -14,7 +15,16 @@ struct QorvexConferencedCallID {
 
 namespace journal {
 
-/// The conferences that the phone takes part in; two at most.
+/// A SIP phone's conference: the call that it goes on as, and the calls that it was joined from.
+struct SipConference {
+    std::string newConnectionCallId;
+    std::string primaryOldCallId;
+    std::string secondaryOldCallId;
+    /// One of the old calls has ended already.
+    bool memberCleared = false;
+};
+
+/// The conferences that the phone takes part in; two at most, on a SIP phone one.
 ///
 /// Threads: every operation is called with the call-map lock held. Slots are numbered 0 and 1; -1 is no slot.
 class Conferences {
@@ -44,7 +54,13 @@ public:
     }
     /// Forgets one member, and with the last one the conference.
     void removeMember(int index, Members::iterator member);
+    /// A call has ended, or goes on under another id, outside its conference.
+    void forgetCall(const std::string& callId);
+    void removeConference(int index) { m_conferences[static_cast<std::size_t>(index)].reset(); }
     void removeAllConferences();
+
+    /// Guarded by the call-map lock, like everything here.
+    std::optional<SipConference> m_sipConference;
 
     /// A switch writes "0" where it has no call.
     [[nodiscard]] static bool isEmptyCallId(const std::string& callId) {

@@ -5,12 +5,21 @@
 #include "src/JournalService/Log.h"
 #include "src/JournalServiceEvents/BlindTransfer.h"
 #include "src/JournalServiceEvents/Conferences.h"
+#include "src/JournalServiceEvents/PrivateEvents.h"
 
 namespace journal {
 
 namespace {
+
 constexpr const char* kOperation = "handleCSTAConnectionClearedEvent";
+
+/// It is the phone's own connection that was dropped, not another member's.
+bool endsForThePhone(const CSTAConnectionClearedEvent& event) {
+    return event.getConnectionDeviceID() == CSTADevice::kLocalDevice ||
+           event.getLocalConnectionInfo() == CSTA_LCS_Null;
 }
+
+}  // namespace
 
 void ConnectionClearedEvents::immediatelyhandleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
     LOG_EVENTS(6, "immediatealyCSTAConnectionClearedEvent[%s]", event->toString().c_str());
@@ -21,6 +30,9 @@ void ConnectionClearedEvents::immediatelyhandleCSTAConnectionClearedEvent(CSTACo
     }
     const auto settings = m_parts.settings.values();
     if (!settings->isSip() && !settings->m_useCSTACallControlEvents) {
+        if (settings->isQorvex()) {
+            m_privateEvents.applyPendingCallLogEvents();
+        }
         return;
     }
     const CallMap::Section section(m_parts.calls.m_callMapLock);
@@ -34,16 +46,58 @@ void ConnectionClearedEvents::clear(const CSTAConnectionClearedEvent& event) {
         clearMember(conference, event);
         return;
     }
+    if (m_conferences.m_sipConference &&
+        m_conferences.m_sipConference->newConnectionCallId == event.getDroppedConnectionCallID()) {
+        LOG_EVENTS(5, "handleCSTAConnectionClearedEvent: the dropped call belongs to a conference");
+        clearSipMember(event);
+        return;
+    }
     LOG_EVENTS(5, "handleCSTAConnectionClearedEvent: ordinary call has cleared");
     clearOrdinaryCall(event);
 }
 
 void ConnectionClearedEvents::clearMember(int conference, const CSTAConnectionClearedEvent& event) {
+    const std::string& device = event.getConnectionDeviceID();
     Conferences::Members::iterator member;
-    if (m_conferences.searchDeviceIDInConference(conference, event.getConnectionDeviceID(), member)) {
+    if (device != CSTADevice::kLocalDevice &&
+        m_conferences.searchDeviceIDInConference(conference, device, member)) {
         const std::string callId = member->callId;
+        const bool last = m_conferences.members(conference).size() == 1;
         m_conferences.removeMember(conference, member);
         endCall(callId);
+        if (last) {
+            endCall(event.getDroppedConnectionCallID());
+        }
+    } else if (endsForThePhone(event)) {
+        const Conferences::Members members = m_conferences.members(conference);
+        m_conferences.removeConference(conference);
+        for (const QorvexConferencedCallID& one : members) {
+            endCall(one.callId);
+        }
+        endCall(event.getDroppedConnectionCallID());
+    }
+}
+
+// A SIP phone's conference does not know its members' devices: the record whose far end has left is the one that ends.
+void ConnectionClearedEvents::clearSipMember(const CSTAConnectionClearedEvent& event) {
+    SipConference& conference = *m_conferences.m_sipConference;
+    if (endsForThePhone(event)) {
+        const SipConference ended = conference;
+        m_conferences.m_sipConference.reset();
+        for (const std::string& callId :
+             {ended.primaryOldCallId, ended.secondaryOldCallId, ended.newConnectionCallId}) {
+            endCall(callId);
+        }
+        return;
+    }
+    for (const std::string& callId : {conference.primaryOldCallId, conference.secondaryOldCallId}) {
+        const Call* const call = m_parts.calls.findCallFromId(callId);
+        if (call != nullptr && (call->m_sRemoteParty == event.getConnectionDeviceID() ||
+                                call->m_sConnectedParty == event.getConnectionDeviceID())) {
+            conference.memberCleared = true;
+            endCall(callId);
+            return;
+        }
     }
 }
 
@@ -57,6 +111,7 @@ void ConnectionClearedEvents::clearOrdinaryCall(const CSTAConnectionClearedEvent
             linkWithHeldCall(*call);
         }
     }
+    m_conferences.forgetCall(callId);
     endCall(callId);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <string>
 
 #include "journal-items/CallBackItem.h"
@@ -36,6 +37,11 @@ namespace journal {
 /// Dialled calls are gathered by the number that was looked up.
 [[nodiscard]] bool contactMatchesDialledCall(const DialledCallItem& item, const Contact& contact);
 [[nodiscard]] bool contactMatchesCallBack(const CallBackItem& item, const Contact& contact);
+/// True when `found` is an item of `items`, not their end.
+[[nodiscard]] inline bool dialledCallAlreadyInDialledCallList(
+    const std::deque<DialledCallItem>& items, std::deque<DialledCallItem>::const_iterator found) {
+    return found != items.end();
+}
 
 /// An empty first party counts as the same as anything.
 [[nodiscard]] bool partiesAreNotTheSame(const std::string& a, const std::string& b);

@@ -16,7 +16,6 @@ namespace journal {
 namespace {
 
 constexpr const char* kReturnedError = "Returned ERROR";
-constexpr const char* kError = "ERROR";
 
 CSTAMonitorFilter ownLineFilter() {
     CSTAMonitorFilter filter;
@@ -171,7 +170,7 @@ std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
     LOG_EVENTS(5, "CSTAMonitor is started for Device: %s", device.c_str());
     if (m_collaborators.m_cstaService == nullptr) {
         LOG_EVENTS(3, "JournalService::startCSTAMonitor - Find CSTAServiceIfc - FAILED");
-        return kError;
+        return kNoMonitor;
     }
     CSTAMonitorStartRequest request;
     request.setSourceService(m_collaborators.m_self);
@@ -180,9 +179,9 @@ std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
     m_collaborators.m_cstaService->request(request);
     if (request.getResponseCode() != 0) {
         LOG_EVENTS(3, "JournalService monitor start on %s - FAILED", device.c_str());
-        return kError;
+        return kNoMonitor;
     }
-    std::string crossRef = kError;
+    std::string crossRef = kNoMonitor;
     if (const auto* response = dynamic_cast<CSTAMonitorStartResponse*>(request.getResponse())) {
         crossRef = response->GetMonitorCrossRefID();
         LOG_EVENTS(5, "%s():startCSTAMonitor: registered monitor cross filter [%s]", "startCSTAMonitor",

@@ -36,7 +36,9 @@ public:
     [[nodiscard]] bool qorvexEventsStarted() const noexcept { return m_qorvexEventsStarted; }
     [[nodiscard]] bool bluetoothEventsStarted() const noexcept { return m_bluetoothEventsStarted; }
 
-    /// The cross reference of a new monitor of `device`, or "ERROR".
+    /// What `startCSTAMonitor` answers when there is no monitor.
+    static constexpr const char* kNoMonitor = "ERROR";
+    /// The cross reference of a new monitor of `device`, or `kNoMonitor`.
     [[nodiscard]] std::string startCSTAMonitor(const std::string& device);
     void stopCSTAMonitor(const std::string& crossRef) const;
 

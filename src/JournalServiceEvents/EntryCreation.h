@@ -14,6 +14,7 @@ class ForwardedMissedRule;
 class JournalClock;
 class JournalLists;
 class ListMirror;
+class OlderEntries;
 class PartyNames;
 class PhoneSettings;
 
@@ -41,6 +42,8 @@ public:
         /// Loads the lists when nobody has needed them before: a call must find the entry that its party has in the
         /// database. Empty where the lists are complete as they are.
         std::function<void()> loadAtFirstNeed{};
+        /// Where the party's entry is when the lists were cut short; null where they never are.
+        OlderEntries* olderEntries = nullptr;
     };
 
     explicit EntryCreation(const Parts& parts) : m_parts(parts) {}
@@ -50,6 +53,11 @@ public:
     bool newReceivedCallEntry(const ReceivedEntryDetails& details);
     bool newDialledCallEntry(const DialledEntryDetails& details);
     bool newForwardedCallEntry(const ForwardedEntryDetails& details);
+
+    /// `newDialledCallEntry`, which never cuts the list short, and after it the bound that keeps the list finite over
+    /// years: the oldest items beyond 1000 leave memory and database. This is what finished calls are filed with. The
+    /// switch is not told: dialled entries leave its log by the rule of `sendCSTACAllLogEntryDeleteRequest` only.
+    bool fileDialledCall(const DialledEntryDetails& details);
 
     /// Deletes the first missed entry of the party that an outgoing call has just reached; nothing when there is
     /// none. The name serves to match a party that has no number or is not in the phonebook.

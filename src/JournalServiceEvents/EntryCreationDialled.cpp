@@ -17,20 +17,28 @@ constexpr const char* kOperation = "newDialledCallEntry";
 struct DialledPolicy {
     using Item = DialledCallItem;
     using Info = DialledCallItem::DialledCallInfo;
-    // A list of dialled numbers is not cut short by dialling one more.
+    // `fileDialledCall` does it.
     static constexpr bool kLimitsItems = false;
 
     const EntryCreation::Parts& parts;
-    const Contact& contact;
+    const DialledEntryDetails& details;
+    Contact& contact;
     const Info& info;
 
     static auto matcher(const Contact& contact) {
         return boost::bind(&contactMatchesDialledCall, boost::placeholders::_1, boost::cref(contact));
     }
 
+    // An entry keeps the names that it was made with.
+    void nameContact(const std::deque<Item>& items, std::deque<Item>::const_iterator found) const {
+        parts.names.populateRemoteContactSurname(contact, details.remotePartyName,
+                                                 dialledCallAlreadyInDialledCallList(items, found));
+    }
+
     static bool isDuplicate(const Item& item, const Info& info) {
         const Info& newest = item.getDialledCallInfoList().front();
         const bool duplicate = !info.getCallId().empty() && newest.getCallId() == info.getCallId() &&
+                               newest.getLogTarget() == info.getLogTarget() &&
                                newest.getNumber() == info.getNumber() &&
                                newest.getTimeAndDate() == info.getTimeAndDate();
         if (duplicate) {
@@ -89,10 +97,20 @@ bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
     names.populateInfoConnectedNumber(info, details.connectedParty);
     names.populateDialledCallInfoTimeAndDate(info, timeTextOf(details, m_parts.clock), details.startSec,
                                              details.timeSec, details.endSec);
-    names.populateRemoteContactSurname(contact, details.remotePartyName, false);
     const JournalLists::Change change(m_parts.lists);
-    DialledPolicy policy{m_parts, contact, info};
+    DialledPolicy policy{m_parts, details, contact, info};
     return fileOccurrence(m_parts, policy, contact, info, details.callId);
+}
+
+bool EntryCreation::fileDialledCall(const DialledEntryDetails& details) {
+    const JournalLists::Change change(m_parts.lists);
+    const bool filed = newDialledCallEntry(details);
+    const auto dialled = m_parts.lists.list<DialledCallItem>().access();
+    while (dialled->size() > kMaxItems) {
+        m_parts.mirror.updateDialledEntry(dialled->back(), CallListDatabaseAdapterHelper::DELETEREQUEST);
+        dialled->pop_back();
+    }
+    return filed;
 }
 
 }  // namespace journal

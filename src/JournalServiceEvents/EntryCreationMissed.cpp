@@ -113,15 +113,21 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
     if (!m_parts.names.contactIsInPhonebook(contact)) {
         contact.setSurname(calledPartyName);
     }
+    const auto isOfParty = [&contact](const MissedCallItem& item) {
+        const auto& infos = item.getMissedCallInfoList();
+        return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
+    };
     const JournalLists::Change change(m_parts.lists);
+    if (m_parts.loadAtFirstNeed) {
+        m_parts.loadAtFirstNeed();
+    }
+    if (m_parts.olderEntries != nullptr) {
+        m_parts.olderEntries->recall<MissedCallItem>(isOfParty);
+    }
     unsigned unviewed = 0;
     {
         const auto missed = m_parts.lists.list<MissedCallItem>().access();
-        const auto found =
-            std::find_if(missed->begin(), missed->end(), [&contact](const MissedCallItem& item) {
-                const auto& infos = item.getMissedCallInfoList();
-                return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
-            });
+        const auto found = std::find_if(missed->begin(), missed->end(), isOfParty);
         if (found == missed->end()) {
             return;
         }

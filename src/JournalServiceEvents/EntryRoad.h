@@ -18,6 +18,7 @@
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/ListMirror.h"
 #include "src/JournalService/Log.h"
+#include "src/JournalService/OlderEntries.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/EntryCreation.h"
 #include "src/JournalServiceEvents/EntryDetails.h"
@@ -99,6 +100,7 @@ template <typename Item>
 ///     Item, Info                      the list's types
 ///     kLimitsItems                    whether the road keeps the list below `kMaxItems`
 ///     matcher(contact)                the predicate that finds the party's item
+///     nameContact(items, found)       names the contact where that depends on the party's item; may be absent
 ///     isDuplicate(item, info)         the occurrence is recorded already; logs it
 ///     onMerge(item), onNew(item)      logs, and changes what the list changes, before the occurrence goes in
 ///     reportOverflow(oldest)          tells the switch that a full item loses its oldest occurrence
@@ -115,6 +117,9 @@ bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Con
     if (parts.loadAtFirstNeed) {
         parts.loadAtFirstNeed();
     }
+    if (parts.olderEntries != nullptr) {
+        parts.olderEntries->recall<Item>(policy.matcher(contact));
+    }
     Item front;
     std::string mergedUniqueId;
     bool merged = false;
@@ -125,6 +130,9 @@ bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Con
         const auto items = parts.lists.list<Item>().access();
         const auto found = std::find_if(items->begin(), items->end(), policy.matcher(contact));
         merged = found != items->end();
+        if constexpr (requires { policy.nameContact(*items, found); }) {
+            policy.nameContact(*items, found);
+        }
         if (merged && policy.isDuplicate(*found, info)) {
             return false;
         }
@@ -141,9 +149,9 @@ bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Con
             item.addCallInfoToList(info);
         } else {
             setOccurrences(item, {info});
-            parts.names.populateDialledCallItemWithPicture(contact, item);
             policy.onNew(item);
         }
+        parts.names.populateDialledCallItemWithPicture(contact, item);
         // A call that brings no name does not take away the one that an earlier call brought.
         if (!merged || !contact.getSurname().empty() || !contact.getFirstname().empty()) {
             parts.names.populateItemNames(item, contact);

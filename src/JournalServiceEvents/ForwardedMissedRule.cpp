@@ -1,10 +1,13 @@
 #include "src/JournalServiceEvents/ForwardedMissedRule.h"
 
+#include <utility>
+
 #include "include/ObserverNotifierIfc.h"
 #include "journal-items/Contact.h"
 #include "src/JournalService/JournalClock.h"
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/ListMirror.h"
+#include "src/JournalService/ListOrder.h"
 #include "src/JournalService/Log.h"
 #include "src/JournalServiceEvents/ContactMatching.h"
 
@@ -77,6 +80,9 @@ void ForwardedMissedRule::takeBackMissedOccurrence(const Contact& contact) {
             item.setMissedCallInfoList(infos);
             item.setViewed(m_viewedBeforeMerge);
             m_mirror.updateMissedEntry(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
+            MissedCallItem shortened = std::move(item);
+            missed->pop_front();
+            insertInOrder(*missed, std::move(shortened));
         }
         unviewed = JournalLists::getUnviewedMissedCallsCount(*missed);
     }

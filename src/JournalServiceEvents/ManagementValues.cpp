@@ -9,6 +9,7 @@
 #include "src/JournalService/Collaborators.h"
 #include "src/JournalService/Log.h"
 #include "src/JournalService/PhoneSettings.h"
+#include "src/JournalServiceEvents/CallLogReadiness.h"
 #include "src/JournalServiceEvents/CstaMonitors.h"
 
 namespace journal {
@@ -146,6 +147,11 @@ void ManagementValues::readSystemGroup() {
         values.m_ringCentralSyncCallLog = ringCentralSync;
         values.deriveEventModes();
     });
+    // Calls are followed by their events again, and entries of the switch's log wait for nothing any more.
+    if (m_settings.values()->m_enterMarkedMissedCall) {
+        m_readiness.m_callLogEventsReady = false;
+        m_readiness.m_pendingCallLogEvents.discard();
+    }
 }
 
 bool ManagementValues::isVoiceMailNumber(std::string number) const {

@@ -7,6 +7,7 @@ class MgmtAgentIfc;
 
 namespace journal {
 
+struct CallLogReadiness;
 class Collaborators;
 class CstaMonitors;
 class PhoneSettings;
@@ -22,8 +23,12 @@ public:
     enum Group : unsigned { eTimeZone = 1, eDaylightSaving = 2, eSystem = 4, eAllGroups = 7 };
 
     /// The parts are borrowed and outlive this one.
-    ManagementValues(const Collaborators& collaborators, PhoneSettings& settings, CstaMonitors& monitors)
-        : m_collaborators(collaborators), m_settings(settings), m_monitors(monitors) {}
+    ManagementValues(const Collaborators& collaborators, PhoneSettings& settings, CstaMonitors& monitors,
+                     CallLogReadiness& readiness)
+        : m_collaborators(collaborators),
+          m_settings(settings),
+          m_monitors(monitors),
+          m_readiness(readiness) {}
 
     /// Observes every key for `agent` and reads every group.
     void initEvents(MgmtAgentIfc& agent);
@@ -47,6 +52,7 @@ private:
     const Collaborators& m_collaborators;
     PhoneSettings& m_settings;
     CstaMonitors& m_monitors;
+    CallLogReadiness& m_readiness;
 };
 
 /// The forms in which the management knows the journal's own settings. "missed-logging" is inverted: "1" means that
