@@ -41,6 +41,8 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeSwitchCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDemoCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeListCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeWatchCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
 
 }  // namespace host

@@ -21,12 +21,14 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 5> kEntries{{
+constexpr std::array<Entry, 7> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {"demo", "serve, with a simulated switch whose calls come in", &makeDemoCommand},
     {"list", "print a list of the running journal", &makeListCommand},
+    {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
     {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
+    {"settings", "print or change the settings of the running journal and its phone", &makeSettingsCommand},
 }};
 
 std::string programName(const char* calledAs) {

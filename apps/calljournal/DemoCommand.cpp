@@ -54,8 +54,8 @@ public:
 
         JournalServer server(configuration, directory, *socket);
         server.setChangeListener(&printChange);
-        greet(common, configuration, simulator.id());
         server.start();
+        greet(common, configuration, simulator.id(), server.httpAddress());
         while (!stop.wait(simulator.output())) {
             if (!simulator.discardOutput()) {
                 throw std::runtime_error("the simulated switch has ended");
@@ -67,14 +67,15 @@ public:
     }
 
 private:
-    static void greet(const CommonOptions& common, const Configuration& configuration, pid_t switchId) {
+    static void greet(const CommonOptions& common, const Configuration& configuration, pid_t switchId,
+                      const JournalServer::HttpAddress& http) {
         std::cout << "calljournal serves line " << configuration.lines.front().device
                   << " of a simulated switch at "
                   << Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
                   << " (process " << switchId
-                  << "). Calls are coming in.\n\nLook at them from another terminal:\n\n    "
-                  << common.commandToType("list missed") << "\n    " << common.commandToType("watch")
-                  << "\n\nCtrl-C ends it." << std::endl;
+                  << "). Calls are coming in.\n\nLook at them in a browser:\n\n    " << http.signInText()
+                  << "\n\nor from another terminal:\n\n    " << common.commandToType("list missed")
+                  << "\n    " << common.commandToType("watch") << "\n\nCtrl-C ends it." << std::endl;
     }
 
     ServeOptions m_options;

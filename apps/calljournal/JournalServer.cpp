@@ -2,18 +2,30 @@
 
 #include "host/config/DataDirectory.h"
 #include "host/data/Database.h"
+#include "host/directory/PhonebookInvoker.h"
 #include "host/framework/AsioAlarmClock.h"
 #include "host/framework/HostFrameworkContext.h"
 #include "host/framework/LibraryLoader.h"
 #include "host/framework/WorkerPool.h"
+#include "host/http/ApiToken.h"
+#include "host/http/HttpFace.h"
+#include "host/http/Metrics.h"
 #include "host/line/Line.h"
+#include "host/management/LocalMgmtInvoker.h"
+#include "host/remote/InvokerRouter.h"
 #include "host/remote/RemoteServer.h"
 #include "host/services/HardwareVariant.h"
+#include "include/JournalServiceIfc.h"
+#include "platform/journal-library/ManagementMessage.h"
+#include "platform/journal-library/PhonebookMessage.h"
 
 namespace host {
 namespace {
 
 constexpr const char* kDatabaseName = "journal.db";
+constexpr const char* kTokenName = "api-token";
+/// From the program's directory.
+constexpr const char* kPageDirectory = "../share/calljournal/web";
 
 LineSettings lineSettings(const Configuration& configuration) {
     const Configuration::Line& line = configuration.lines.front();
@@ -27,12 +39,26 @@ LineSettings lineSettings(const Configuration& configuration) {
     settings.link.reconnectMax = configuration.callSwitch.reconnectMax;
     settings.managementFirst = configuration.management;
     settings.managementOverrides = configuration.managementOverrides;
+    settings.region = configuration.digits.region;
     settings.featureAccessCodes = configuration.digits.featureAccessCodes;
+    settings.link.bluetooth = line.bluetooth;
     for (const Configuration::SharedDevice& shared : line.shared) {
+        settings.link.sharedDevices.push_back(shared.device);
         if (shared.logMissedCalls) {
             settings.loggedSharedDevices.insert(shared.device);
         }
     }
+    return settings;
+}
+
+HttpFaceSettings httpSettings(const Configuration& configuration,
+                              const std::filesystem::path& dataDirectory) {
+    HttpFaceSettings settings;
+    settings.server.listen = configuration.api.listen;
+    if (configuration.api.auth == Configuration::Auth::eToken) {
+        settings.token = apiToken(dataDirectory / kTokenName);
+    }
+    settings.page = LibraryLoader::programDirectory() / kPageDirectory;
     return settings;
 }
 
@@ -43,14 +69,24 @@ class JournalServer::Parts {
 public:
     Parts(const Configuration& configuration, const std::filesystem::path& dataDirectory,
           ServerSocket& socket)
-        : m_database(dataDirectory / kDatabaseName),
+        : m_metrics(configuration.lines.front().device),
+          m_database(dataDirectory / kDatabaseName),
           m_library(LibraryLoader::locate(LibraryLoader::kJournalLibrary, LibraryLoader::programDirectory())),
           m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool, m_alarms),
           m_invoker(m_library.createJournalServiceInvoker()),
-          m_socket(socket) {
+          m_contactGetterInvoker(m_library.createContactGetterInvoker()),
+          m_socket(socket),
+          m_device(configuration.lines.front().device),
+          m_httpSettings(httpSettings(configuration, dataDirectory)) {
         // The library asks the program for the phone's hardware: a plain one, without a user interface of its own.
         HardwareVariant::set(0);
+        m_database.setWriteListener(
+            [this](std::chrono::duration<double> time) { m_metrics.databaseWrote(time); });
+        m_line.setEventListener([this](std::string_view kind) { m_metrics.switchEvent(kind); });
         m_invoker->initInvoker(&m_framework);
+        m_contactGetterInvoker->initInvoker(&m_framework);
+        m_router.add(journalxml::kManagementRequest, m_managementInvoker, m_line.management());
+        m_router.add(journalxml::kPhonebookRequest, m_phonebookInvoker, m_line.phonebook());
     }
 
     [[nodiscard]] Line& line() noexcept { return m_line; }
@@ -58,17 +94,38 @@ public:
     void start() {
         m_line.start();
         m_remote = std::make_unique<RemoteServer>(
-            m_socket, RemoteBackend{*m_line.journal(), *m_invoker, m_framework,
+            m_socket, RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
                                     [this] { return m_library.createJournalServiceObserverProxy(); }});
         m_remote->start();
+        m_http = std::make_unique<HttpFace>(httpBackend(), m_httpSettings);
+        m_httpEndpoint = m_http->start();
     }
 
+    [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
+
     void stop() {
+        m_http.reset();
         m_remote.reset();
         m_line.stop();
     }
 
 private:
+    HttpBackend httpBackend() {
+        auto& journal = dynamic_cast<JournalServiceIfc&>(*m_line.journal());
+        return {m_device,
+                journal,
+                m_line.management(),
+                m_line.phonebook(),
+                m_database,
+                m_metrics,
+                [this] {
+                    const CstaLink::Status status = m_line.linkStatus();
+                    return LineState{status.connected, status.monitoring, m_line.callsUp()};
+                },
+                [this] { return m_remote->clientCount(); }};
+    }
+
+    Metrics m_metrics;
     Database m_database;
     WorkerPool m_pool;
     AsioAlarmClock m_alarms{m_pool};
@@ -76,8 +133,16 @@ private:
     HostFrameworkContext m_framework;
     Line m_line;
     std::unique_ptr<Invoker> m_invoker;
+    std::unique_ptr<Invoker> m_contactGetterInvoker;
+    LocalMgmtInvoker m_managementInvoker;
+    PhonebookInvoker m_phonebookInvoker;
+    InvokerRouter m_router{*m_invoker};
     ServerSocket& m_socket;
     std::unique_ptr<RemoteServer> m_remote;
+    const std::string m_device;
+    const HttpFaceSettings m_httpSettings;
+    std::unique_ptr<HttpFace> m_http;
+    Endpoint m_httpEndpoint;
 };
 
 std::unique_ptr<ServerSocket> JournalServer::claim(const std::filesystem::path& dataDirectory) {
@@ -95,6 +160,18 @@ JournalServer::~JournalServer() {
 
 void JournalServer::setChangeListener(std::function<void(const std::string&)> listener) {
     m_parts->line().setChangeListener(std::move(listener));
+}
+
+std::string JournalServer::HttpAddress::text() const {
+    return "http://" + endpoint.text() + "/";
+}
+
+std::string JournalServer::HttpAddress::signInText() const {
+    return text() + (token ? "?token=" + *token : std::string());
+}
+
+JournalServer::HttpAddress JournalServer::httpAddress() const {
+    return m_parts->httpAddress();
 }
 
 void JournalServer::start() {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "host/config/Configuration.h"
@@ -33,6 +34,18 @@ public:
 
     /// Returns when the journal is loaded and clients are served; the switch is connected to meanwhile or later.
     void start();
+
+    /// Where the HTTP face is, once started.
+    struct HttpAddress {
+        Endpoint endpoint;
+        std::optional<std::string> token;
+
+        /// "http://127.0.0.1:8080/".
+        [[nodiscard]] std::string text() const;
+        /// The same with the token, for a browser that has none yet.
+        [[nodiscard]] std::string signInText() const;
+    };
+    [[nodiscard]] HttpAddress httpAddress() const;
     /// Ends what `start` began, in reverse order: when it returns, every change that a client was told of is stored, and
     /// nothing runs any more. Idempotent.
     void stop();

@@ -50,7 +50,7 @@ ListRow rowOf(const Item& item) {
 
 ListRow rowOf(const CallBackItem& item) {
     ListRow row;
-    row.time = localTime(item.getTimeDate());
+    row.time = localTime(utcTime(item.getTimeDate()));
     row.name = fullName(item.getFirstname(), item.getSurname());
     row.number = item.getNumber();
     return row;

@@ -24,7 +24,8 @@ public:
         server.start();
         std::cout << "calljournal serves line " << configuration.lines.front().device << " of the switch at "
                   << Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
-                  << "; socket " << socket->path().string() << std::endl;
+                  << "; socket " << socket->path().string() << "; page and API "
+                  << server.httpAddress().text() << std::endl;
         static_cast<void>(stop.wait());
         std::cout << "calljournal ends" << std::endl;
         server.stop();

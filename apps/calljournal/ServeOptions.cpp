@@ -5,8 +5,6 @@
 #include "apps/calljournal/EndpointOption.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
-#include "platform/logging/Logging.h"
-#include "platform/texts/SoftwareTypes.h"
 
 namespace host {
 namespace {
@@ -16,26 +14,12 @@ std::string checkKeyAndValue(const std::string& text) {
     return equals == std::string::npos || equals == 0 ? text + " is not KEY=VALUE" : std::string();
 }
 
-// A SIP phone's line is monitored when the switch reports its devices, which the link does not ask for.
-void warnOfUnmonitoredLine(const Configuration& configuration) {
-    const std::string key = "software-type";
-    const auto set = configuration.managementOverrides.find(key);
-    const auto first = configuration.management.find(key);
-    const bool sip = set != configuration.managementOverrides.end()
-                         ? set->second == softwareTypes::sip
-                         : first != configuration.management.end() && first->second == softwareTypes::sip;
-    if (sip) {
-        logAppUni("Calljournal", "ServeOptions.cpp", 3, __LINE__,
-                  "software-type is %s: the line's devices are not known, so no calls will be heard of",
-                  softwareTypes::sip);
-    }
-}
-
 }  // namespace
 
 void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
     app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
-    addEndpointOption(app, "--listen", m_listen, "address of the HTTP face to come, instead of the file's");
+    addEndpointOption(app, "--listen", m_listen,
+                      "where the page and the API are, instead of the file's [127.0.0.1:8080]");
     if (withSwitch) {
         addEndpointOption(app, "--switch", m_switch, "the switch, instead of the file's [127.0.0.1:4242]");
     }
@@ -63,7 +47,6 @@ Configuration ServeOptions::configure(const std::string& logLevel) const {
         configuration.set(each);
     }
     Log::configure(configuration.log.level, configuration.log.file);
-    warnOfUnmonitoredLine(configuration);
     return configuration;
 }
 

@@ -1,12 +1,15 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <stdexcept>
+#include <vector>
 
+#include "apps/calljournal/AnsweringOption.h"
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/EndpointOption.h"
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
+#include "host/log/Log.h"
 #include "host/switch/Scenario.h"
 #include "host/switch/SwitchSimulator.h"
 
@@ -23,20 +26,32 @@ public:
         app.add_option("--rate", m_rate, "stretch or shrink the waits to this many calls a second")
             ->type_name("CALLS_PER_S")
             ->check(CLI::PositiveNumber);
+        app.add_flag("--call-log", m_callLog, "keep a call log as a switch does and tell the phones of it");
+        addAnsweringOption(app, m_answering);
+        app.add_flag("--log-messages", m_logMessages, "log every message that comes and goes");
     }
 
     // The first line of the output says where the switch listens: whoever starts it with port 0 reads it there.
     int run(const CommonOptions& /*common*/) override {
         const StopSignal stop;
+        if (m_logMessages) {
+            Log::configure("debug", "");
+        }
         const Scenario scenario =
             m_scenario.empty() ? Scenario::parse(demoScenarioText(), "demo") : Scenario::load(m_scenario);
         const Endpoint listen = parseEndpoint(m_listen).value();
-        SwitchSimulator simulator({.address = listen.host, .port = listen.port});
+        SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
         listenWith(simulator, listen);
+        for (const auto& [request, answering] : readAnswering(m_answering)) {
+            simulator.setAnswering(request, answering);
+        }
         std::cout << "switch listens on " << Endpoint{listen.host, simulator.port()}.text() << std::endl;
-        simulator.run(scenario, {.loop = m_loop, .rate = m_rate, .finished = [] {
-                                     std::cout << "scenario is over; Ctrl-C ends the switch" << std::endl;
-                                 }});
+        simulator.run(
+            scenario,
+            {.loop = m_loop,
+             .rate = m_rate,
+             .print = [](const std::string& text) { std::cout << text << std::flush; },
+             .finished = [] { std::cout << "scenario is over; Ctrl-C ends the switch" << std::endl; }});
         static_cast<void>(stop.wait());
         simulator.stop();
         return eDone;
@@ -54,7 +69,10 @@ private:
 
     std::string m_listen = "127.0.0.1:4242";
     std::string m_scenario;
+    std::vector<std::string> m_answering;
+    bool m_logMessages = false;
     bool m_loop = false;
+    bool m_callLog = false;
     double m_rate = 0;
 };
 

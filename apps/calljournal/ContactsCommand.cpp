@@ -1,0 +1,214 @@
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <system_error>
+#include <vector>
+
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ContactImport.h"
+#include "apps/calljournal/ContactPages.h"
+#include "apps/calljournal/TextTable.h"
+#include "host/contact-files/ContactWriter.h"
+#include "host/faces/ItemJson.h"
+#include "host/faces/PlainText.h"
+#include "host/remote/RemoteClient.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string checkFormat(const std::string& file) {
+    return contactFormatOf(file) ? std::string()
+                                 : file + " is neither .vcf nor .csv, so its format is not known";
+}
+
+int statusOfOutput() {
+    return std::cout.flush().good() ? eDone : eFailed;
+}
+
+/// Says on the standard error output what an import does, as it does it.
+class ImportTalk {
+public:
+    /// Both are borrowed and outlive the talk; `stream` is the file's.
+    ImportTalk(const std::string& file, std::istream& stream) : m_file(file), m_stream(stream) {
+        std::error_code ignored;
+        const auto size = std::filesystem::file_size(file, ignored);
+        m_size = ignored ? 0 : size;
+    }
+
+    void tell(const ContactImportReport& report) {
+        for (; m_told < report.notes.size(); ++m_told) {
+            const ContactImportReport::Note& note = report.notes[m_told];
+            std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
+                      << printable(note.text) << std::endl;
+        }
+        const auto now = std::chrono::steady_clock::now();
+        if (now - m_last >= std::chrono::seconds(1)) {
+            m_last = now;
+            std::cerr << m_file << ": " << report.read << " contacts so far" << share() << std::endl;
+        }
+    }
+
+private:
+    /// How much of the file is read.
+    [[nodiscard]] std::string share() const {
+        const auto at = static_cast<std::streamoff>(m_stream.tellg());
+        if (at < 0 || m_size == 0) {
+            return {};
+        }
+        return " (" + std::to_string(static_cast<std::uintmax_t>(at) * 100 / m_size) + " %)";
+    }
+
+    const std::string& m_file;
+    std::istream& m_stream;
+    std::uintmax_t m_size = 0;
+    std::size_t m_told = 0;
+    std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
+};
+
+std::string importText(const std::string& file, const ContactImportReport& report) {
+    return std::to_string(report.read) + " contacts read from " + file + ": " + std::to_string(report.added) +
+           " added, " + std::to_string(report.changed) + " changed, " + std::to_string(report.unchanged) +
+           " known already, " + std::to_string(report.skipped) + " skipped\n";
+}
+
+std::string importJson(const ContactImportReport& report) {
+    Json skipped = Json::array();
+    Json remarks = Json::array();
+    for (const ContactImportReport::Note& note : report.notes) {
+        (note.skipped ? skipped : remarks).push_back({{"line", note.line}, {"text", note.text}});
+    }
+    return jsonText({{"read", report.read},
+                     {"added", report.added},
+                     {"changed", report.changed},
+                     {"unchanged", report.unchanged},
+                     {"skipped", std::move(skipped)},
+                     {"remarks", std::move(remarks)}}) +
+           "\n";
+}
+
+class ContactsCommand final : public Command {
+public:
+    explicit ContactsCommand(CLI::App& app) {
+        app.require_subcommand(1);
+        m_import = addSubcommand(app, "import", "take contacts from a vCard or CSV file into the phonebook");
+        m_import->add_option("file", m_file, "a file in vCard 3.0 or 4.0, or CSV")
+            ->type_name("FILE.vcf|FILE.csv")
+            ->required()
+            ->check(checkFormat);
+        m_import->add_flag("--json", m_json, "print one JSON object");
+        m_list = addSubcommand(app, "list", "print the phonebook");
+        m_list
+            ->add_option("--search", m_search,
+                         "print only contacts with TEXT in their name, numbers, company or e-mail address")
+            ->type_name("TEXT");
+        m_list->add_option("--limit", m_limit, "print only the first N")
+            ->type_name("N")
+            ->check(CLI::PositiveNumber);
+        m_list->add_flag("--json", m_json, "print one JSON object");
+        m_export = addSubcommand(app, "export", "print the phonebook as a file for other programs");
+        m_export->add_option("--format", m_format, "vcf (vCard 3.0) or csv")
+            ->type_name("FORMAT")
+            ->required()
+            ->check(CLI::IsMember({"vcf", "csv"}));
+    }
+
+    int run(const CommonOptions& common) override {
+        RemoteClient client(common.dataDirectory());
+        if (m_import->parsed()) {
+            return importFile(client);
+        }
+        return m_list->parsed() ? list(client) : exportAll(client);
+    }
+
+private:
+    /// Options of all commands ("--data") may stand behind the options of this one.
+    static CLI::App* addSubcommand(CLI::App& app, const char* name, const char* help) {
+        CLI::App* const sub = app.add_subcommand(name, help);
+        sub->fallthrough();
+        return sub;
+    }
+
+    int importFile(RemoteClient& client) const {
+        std::ifstream stream(m_file, std::ios::binary);
+        if (!stream || stream.peek() == std::ifstream::traits_type::eof()) {
+            const int reason = errno;
+            throw ContactFileError(
+                "cannot read " + m_file + ": " +
+                (stream.is_open() ? "there is nothing in it" : std::generic_category().message(reason)));
+        }
+        ImportTalk talk(m_file, stream);
+        ContactImport import(client, [&talk](const ContactImportReport& report) { talk.tell(report); });
+        const ContactImportReport report = import.run(*readerOf(stream));
+        std::cout << (m_json ? importJson(report) : importText(m_file, report));
+        return report.read > report.skipped ? statusOfOutput() : eFailed;
+    }
+
+    [[nodiscard]] std::unique_ptr<ContactReader> readerOf(std::istream& stream) const {
+        try {
+            return makeContactReader(stream, contactFormatOf(m_file).value());
+        } catch (const ContactFileError& error) {
+            throw ContactFileError("cannot import " + m_file + ": " + error.what());
+        }
+    }
+
+    int list(RemoteClient& client) const {
+        Json contacts = Json::array();
+        std::vector<TableRow> rows;
+        const std::optional<std::size_t> limit = m_limit > 0 ? std::optional(m_limit) : std::nullopt;
+        const std::size_t total = visitContacts(client, m_search, limit, [&](const Contact& contact) {
+            if (m_json) {
+                contacts.push_back(itemJson(contact));
+            } else {
+                rows.push_back(
+                    {false,
+                     {fullName(contact.getFirstname(), contact.getSurname()), contact.getCompany(),
+                      contact.getOffice(), contact.getMobile(), contact.getPrivate(), contact.getOffice2()}});
+            }
+        });
+        if (m_json) {
+            std::cout << jsonText({{"total", total}, {"contacts", std::move(contacts)}}) << "\n";
+        } else if (rows.empty()) {
+            std::cout << (m_search.empty() ? "nobody in the phonebook\n" : "nobody found\n");
+        } else {
+            std::cout << tableText({"NAME", "COMPANY", "OFFICE", "MOBILE", "PRIVATE", "OFFICE 2"}, rows);
+            if (rows.size() < total) {
+                std::cout << "(" << rows.size() << " of " << total << ")\n";
+            }
+        }
+        return statusOfOutput();
+    }
+
+    int exportAll(RemoteClient& client) const {
+        const ContactFormat format = m_format == "csv" ? ContactFormat::eCsv : ContactFormat::eVCard;
+        std::cout << contactFileHead(format);
+        visitContacts(client, {}, std::nullopt,
+                      [format](const Contact& contact) { std::cout << contactFileEntry(format, contact); });
+        return statusOfOutput();
+    }
+
+    CLI::App* m_import = nullptr;
+    CLI::App* m_list = nullptr;
+    CLI::App* m_export = nullptr;
+    std::string m_file;
+    std::string m_search;
+    std::size_t m_limit = 0;
+    std::string m_format;
+    bool m_json = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeContactsCommand(CLI::App& app) {
+    return std::make_unique<ContactsCommand>(app);
+}
+
+}  // namespace host

@@ -1,0 +1,86 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/SettingsText.h"
+#include "host/faces/PlainText.h"
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
+#include "platform/journal-library/ManagementMessage.h"
+
+namespace host {
+namespace {
+
+class SettingsCommand final : public Command {
+public:
+    explicit SettingsCommand(CLI::App& app) {
+        app.add_option("key", m_key, "the setting to read or to change; without it, all are printed")
+            ->type_name("KEY");
+        m_valueOption = app.add_option("value", m_value, "what to set it to")->type_name("VALUE");
+        app.add_flag("--json", m_json, "print one JSON object");
+    }
+
+    int run(const CommonOptions& common) override {
+        journalxml::ManagementRequest request{m_key, std::nullopt};
+        if (changes()) {
+            request.value = m_value;
+        }
+        RemoteClient client(common.dataDirectory());
+        const auto answer =
+            journalxml::parseManagementAnswer(client.call(journalxml::buildManagementRequest(request)));
+        if (!answer) {
+            throw RemoteError("calljournal could not answer; its log says why");
+        }
+        if (answer->refused) {
+            refuse(*answer->refused, common);
+        }
+        print(*answer, common);
+        return std::cout.good() ? eDone : eFailed;
+    }
+
+private:
+    [[nodiscard]] bool changes() const { return m_valueOption->count() > 0; }
+
+    [[noreturn]] void refuse(const journalxml::RefusedKey& refused, const CommonOptions& common) const {
+        if (m_json) {
+            std::cout << refusalJson(refused) << std::endl;
+        }
+        throw std::runtime_error(printable(refused.text) + (changes() ? "" : hint(common)));
+    }
+
+    [[nodiscard]] static std::string hint(const CommonOptions& common) {
+        return "; `" + common.commandToType("settings") + "` shows those that there are";
+    }
+
+    void print(const journalxml::ManagementAnswer& answer, const CommonOptions& common) const {
+        if (!m_key.empty() && !changes() && !answer.settings.front().value) {
+            throw std::runtime_error(printable(m_key) + " has no value; `" +
+                                     common.commandToType("settings " + m_key + " VALUE") + "` gives it one");
+        }
+        if (m_json) {
+            std::cout << settingsJson(answer.settings) << std::endl;
+        } else if (changes()) {
+            std::cout << printable(m_key) << " is set to " << printable(m_value) << std::endl;
+        } else if (!m_key.empty()) {
+            std::cout << printable(*answer.settings.front().value) << std::endl;
+        } else {
+            std::cout << settingsTable(answer.settings) << std::flush;
+        }
+    }
+
+    std::string m_key;
+    std::string m_value;
+    CLI::Option* m_valueOption = nullptr;
+    bool m_json = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeSettingsCommand(CLI::App& app) {
+    return std::make_unique<SettingsCommand>(app);
+}
+
+}  // namespace host

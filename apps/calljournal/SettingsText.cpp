@@ -1,0 +1,35 @@
+#include "apps/calljournal/SettingsText.h"
+
+#include <nlohmann/json.hpp>
+
+#include "apps/calljournal/TextTable.h"
+#include "host/faces/ItemJson.h"
+
+namespace host {
+
+std::string settingsTable(const std::vector<journalxml::Setting>& settings) {
+    std::vector<TableRow> rows;
+    for (const journalxml::Setting& setting : settings) {
+        rows.push_back(
+            {false, {setting.key, setting.ofJournal ? "journal" : "phone", setting.value.value_or("")}});
+    }
+    return tableText({"SETTING", "OF", "VALUE"}, rows);
+}
+
+std::string settingsJson(const std::vector<journalxml::Setting>& settings) {
+    nlohmann::ordered_json json = nlohmann::ordered_json::object();
+    for (const journalxml::Setting& setting : settings) {
+        if (setting.value) {
+            json[setting.key] = *setting.value;
+        }
+    }
+    return jsonText(json);
+}
+
+std::string refusalJson(const journalxml::RefusedKey& refused) {
+    nlohmann::ordered_json json;
+    json["rejected"][refused.key] = {{"code", refused.code}, {"text", refused.text}};
+    return jsonText(json);
+}
+
+}  // namespace host

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/journal-library/ManagementMessage.h"
+
+/// Settings as the command line shows them. Pure functions; any thread may call.
+namespace host {
+
+/// A line for each, with its kind, under titles; all of it printable.
+[[nodiscard]] std::string settingsTable(const std::vector<journalxml::Setting>& settings);
+
+/// {"KEY":"VALUE",...}, without the keys that have no value.
+[[nodiscard]] std::string settingsJson(const std::vector<journalxml::Setting>& settings);
+
+/// {"rejected":{"KEY":{"code":10,"text":"..."}}}
+[[nodiscard]] std::string refusalJson(const journalxml::RefusedKey& refused);
+
+}  // namespace host
