@@ -11,13 +11,11 @@
 #include "platform/csta/CSTAEventCause.h"
 #include "platform/framework/Executable.h"
 #include "src/JournalServiceEvents/ConnectionClearedSinkIfc.h"
-#include "tests/support/CapturedLog.h"
 #include "tests/support/FakeContext.h"
 
 namespace {
 
 using journal::BlindTransfer;
-using journaltest::CapturedLog;
 using std::chrono::milliseconds;
 
 /// Notes the call ids of the events that are handled, with their causes.
@@ -62,12 +60,6 @@ public:
     int ownExpiries = 0;
     int foreignExpiries = 0;
 };
-
-TEST_F(BlindTransferTest, MakesATimerOfOneSecondAndLeavesItAlone) {
-    ASSERT_EQ(context.timers().size(), 1U);
-    EXPECT_EQ(context.lengthOf(context.timers().front()), milliseconds(1000));
-    EXPECT_TRUE(context.runningTimers().empty());
-}
 
 TEST_F(BlindTransferTest, HandlesAClearAtOnceUnlessItFollowsTheHoldOfItsOwnCall) {
     struct Row {
@@ -126,7 +118,6 @@ TEST_F(BlindTransferTest, HandlesOnlyTheSecondOfTwoClearsASecondAfterIt) {
     EXPECT_TRUE(sink.handled.empty());
     context.advance(milliseconds(1));
     EXPECT_EQ(sink.handled, Handled{"7/2"});
-    EXPECT_EQ(CapturedLog::count("restartBlindTransferTimer - m_BlindTransferTimerId: "), 2);
 }
 
 TEST_F(BlindTransferTest, HandlesAClearWhoseSecondIsOverBeforeTheNextTakesItsPlace) {
@@ -159,8 +150,6 @@ TEST_F(BlindTransferTest, GivesTheHeldBackEventToWhoeverEndsTheWait) {
     EXPECT_FALSE(transfer->stopBlindTransferTimer());
     context.advance(milliseconds(5000));
     EXPECT_TRUE(sink.handled.empty());
-    EXPECT_TRUE(CapturedLog::contains("stopBlindTransferTimer - result: 1"));
-    EXPECT_TRUE(CapturedLog::contains("stopBlindTransferTimer - result: 0"));
 }
 
 TEST_F(BlindTransferTest, GoesWithItsTimerArmedAndAnEventHeldBack) {
@@ -184,16 +173,6 @@ TEST_F(BlindTransferTest, HoldsNothingBackWithoutATimer) {
     holds("7");
     clears("7");
     EXPECT_EQ(sink.handled.size(), 2U);
-}
-
-TEST_F(BlindTransferTest, LogsWhyItHeldBackOrNot) {
-    clears("7");
-    EXPECT_TRUE(CapturedLog::contains(
-        "isBlindTransferProcessing - m_LastCSTACallControlEvent: 32 - m_LastHeldCallId:  - result: 0"));
-    holds("7");
-    clears("7");
-    EXPECT_TRUE(CapturedLog::contains(
-        "isBlindTransferProcessing - m_LastCSTACallControlEvent: 64 - m_LastHeldCallId: 7 - result: 1"));
 }
 
 }  // namespace

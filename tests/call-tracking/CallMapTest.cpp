@@ -6,53 +6,27 @@
 #include <memory>
 #include <thread>
 
-#include "tests/support/CapturedLog.h"
+#include "src/JournalServiceEvents/Conferences.h"
 
 namespace {
 
 using journal::Call;
 using journal::CallMap;
-using journaltest::CapturedLog;
+using journal::Conferences;
 
 std::unique_ptr<Call> call(const char* callId, long start = 0) {
     return std::make_unique<Call>(Call::eIncoming, callId, start);
 }
 
-TEST(CallMap, KeepsTheFirstRecordOfAnId) {
+TEST(CallMap, KeepsTheFirstRecordOfAnIdUntilItIsRemovedByTheIdThatStandsInIt) {
     CallMap calls;
     Call* const first = calls.insertEntryToCallMap("7", call("7", 1));
-    Call* const second = calls.insertEntryToCallMap("7", call("7", 2));
-    EXPECT_EQ(second, first);
-    EXPECT_EQ(calls.findCallFromId("7"), first);
+    EXPECT_EQ(calls.insertEntryToCallMap("7", call("7", 2)), first);
     EXPECT_EQ(first->m_startTimeSec, 1);
-    EXPECT_EQ(calls.getNumberOfCalls(), 1U);
-}
-
-TEST(CallMap, FindsNothingUnderAnUnknownIdAndSaysSo) {
-    CallMap calls;
-    calls.insertEntryToCallMap("7", call("7"));
     EXPECT_EQ(calls.findCallFromId("8"), nullptr);
-    EXPECT_NE(calls.findCallFromId("7"), nullptr);
-    EXPECT_TRUE(CapturedLog::contains("findCallFromId: callId[8] NOT found in mCalls[1]"))
-        << CapturedLog::dump();
-    EXPECT_TRUE(CapturedLog::contains("findCallFromId: callId[7] found in mCalls[1]")) << CapturedLog::dump();
-}
-
-TEST(CallMap, RemovesARecordByTheIdThatStandsInIt) {
-    CallMap calls;
-    const Call* const record = calls.insertEntryToCallMap("7", call("7"));
-    EXPECT_TRUE(calls.removeCall(record->m_sCallId));
+    EXPECT_TRUE(calls.removeCall(first->m_sCallId));
     EXPECT_FALSE(calls.removeCall("7"));
     EXPECT_EQ(calls.getNumberOfCalls(), 0U);
-}
-
-TEST(CallMap, RemovesAllCallsAndLogsEachOfThem) {
-    CallMap calls;
-    calls.insertEntryToCallMap("7", call("7"));
-    calls.insertEntryToCallMap("8", call("8"));
-    calls.removeAllCalls();
-    EXPECT_EQ(calls.getNumberOfCalls(), 0U);
-    EXPECT_EQ(CapturedLog::count("removeAllCalls():Call removed"), 2);
 }
 
 TEST(CallMap, LetsTheThreadThatHoldsTheLockTakeItAgain) {
@@ -76,6 +50,42 @@ TEST(CallMap, LetsTheThreadThatHoldsTheLockTakeItAgain) {
     }
     other.join();
     EXPECT_EQ(calls.getNumberOfCalls(), 0U);
+}
+
+TEST(Conferences, TakeTheFirstFreeOfTwoSlotsAndFillAFreedOneAgain) {
+    Conferences conferences;
+    int index = 7;
+    for (const int slot : {0, 1}) {
+        EXPECT_TRUE(conferences.getNewConferenceIDIndex(index));
+        EXPECT_EQ(index, slot);
+        conferences.addConference(slot, slot == 0 ? "c0" : "c1");
+    }
+    EXPECT_EQ(conferences.getNumberOfConferences(), 2);
+    EXPECT_FALSE(conferences.getNewConferenceIDIndex(index));
+    EXPECT_EQ(index, -1);
+
+    conferences.members(0).push_back({"7", "4711"});
+    conferences.removeMember(0, conferences.members(0).begin());
+    EXPECT_TRUE(conferences.searchConferenceIDIndex("c1", index));
+    EXPECT_EQ(index, 1);
+    EXPECT_FALSE(conferences.searchConferenceIDIndex("c0", index)) << "its last member has left";
+    EXPECT_EQ(index, -1);
+    EXPECT_TRUE(conferences.getNewConferenceIDIndex(index));
+    EXPECT_EQ(index, 0);
+}
+
+TEST(Conferences, FindAMemberByItsDeviceInItsOwnConferenceOnly) {
+    Conferences conferences;
+    conferences.addConference(0, "c0");
+    conferences.addConference(1, "c1");
+    conferences.members(0) = {{"7", "4711"}, {"8", "4712"}};
+    conferences.members(1) = {{"9", "4713"}};
+    Conferences::Members::iterator member;
+    ASSERT_TRUE(conferences.searchDeviceIDInConference(0, "4712", member));
+    EXPECT_EQ(member->callId, "8");
+    EXPECT_FALSE(conferences.searchDeviceIDInConference(1, "4712", member));
+    conferences.removeMember(0, conferences.members(0).begin());
+    EXPECT_TRUE(conferences.searchDeviceIDInConference(0, "4712", member));
 }
 
 }  // namespace

@@ -1,18 +1,16 @@
 #pragma once
 
 #include <deque>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "include/ObserverNotifier.h"
-#include "platform/csta/CSTACallControlEvents.h"
-#include "platform/csta/CSTAEventCause.h"
 #include "platform/csta/CSTAEventIfc.h"
-#include "platform/csta/CSTASystemEvents.h"
 #include "platform/framework/Service.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/JournalParts.h"
-#include "tests/support/CapturedLog.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeContext.h"
 #include "tests/support/FakeDataAccess.h"
@@ -21,75 +19,38 @@
 
 namespace journaltest {
 
-inline CSTADevice from(std::string number, std::string name = {}) {
-    return {std::move(number), std::move(name)};
-}
-inline CSTADevice to(std::string number, std::string name = {}) {
-    return {std::move(number), std::move(name)};
-}
-inline CSTADevice here() {
-    return {CSTADevice::kLocalDevice, {}};
-}
-inline CSTADevice nobody() {
-    return {};
-}
-
-/// A line with all parts of the journal but its face, between faked platform services. Its operations are
-/// what happens on the line, told as the events that a switch sends; a test reads as a script and ends with the
-/// journal. The clock stands still unless the script lets time pass.
-class Line final : public Service, public CSTAEventIfc, private CSTAEventObserverBase {
+/// A line with all parts of the journal but its face, between faked platform services. What happens on it is a script of
+/// events as a switch sends them; the outcome is a text. The clock stands still unless the script lets time pass.
+///
+/// A step is a verb with its words, steps stand between ";". A device is "4711", "4711:Ann", ":Ann", "here", or "-" for none.
+///     offers ID    rings ID CALLER    answers ID CALLER                                     a call to this phone
+///     dials ID CALLED    ringsAt ID CALLED ALERTING    reaches ID CALLED ANSWERING          one from it
+///     queues ID CALLING CALLED    established ID CALLING CALLED ANSWERING
+///     diverts ID CALLING CALLED TO    fails ID CALLING CALLED    holds ID    retrieves ID    clears ID
+///     transfers OLD SECONDARY NEW BY TO    conference ID PRIMARY DEVICE SECONDARY DEVICE
+///     passes SECONDS    waits MILLISECONDS    status TEXT    set NAME on|off    hardware NUMBER
+/// Events take options: cause=NAME|NUMBER, by=DEVICE (the last redirection), at=DEVICE (of the connection), local=NUMBER (the
+/// phone's own connection), private=TEXT, media=yes.
+class Line final : public Service, public CSTAEventIfc {
 public:
-    explicit Line(const char* softwareType = softwareTypes::qorvex);
-    ~Line() override;
+    explicit Line(const std::string& softwareType = softwareTypes::qorvex);
 
-    /// What an event carries beside its call and its main party.
-    struct With {
-        int cause = CSTA_EC_NewCall;
-        CSTADevice redirectedBy{};
-        std::string privateData{};
-        std::string device = CSTADevice::kLocalDevice;
-        int localConnection = -1;
-    };
+    /// A step that is not understood is a mistake in the test and throws.
+    void plays(const std::string& script);
 
-    // An incoming call.
-    void offers(const std::string& callId);
-    void rings(const std::string& callId, const CSTADevice& caller, const With& with);
-    void rings(const std::string& callId, const CSTADevice& caller) { rings(callId, caller, With{}); }
-    void answers(const std::string& callId, const CSTADevice& caller, const CSTADevice& redirectedBy = {});
-    // An outgoing one.
-    void dials(const std::string& callId, const CSTADevice& called, int cause = CSTA_EC_NewCall);
-    void ringsAt(const std::string& callId, const CSTADevice& called, const CSTADevice& alerting,
-                 int cause = CSTA_EC_NewCall);
-    void isAnsweredBy(const std::string& callId, const CSTADevice& called, const CSTADevice& answering,
-                      int cause = CSTA_EC_NewCall);
-    // Either.
-    void queues(const std::string& callId, const CSTADevice& calling, const CSTADevice& called);
-    void isEstablished(const std::string& callId, const CSTADevice& calling, const CSTADevice& called,
-                       const CSTADevice& answering);
-    void holds(const std::string& callId, int cause = CSTA_EC_Alternate);
-    void retrieves(const std::string& callId, bool mediaServer);
-    void diverts(const std::string& callId, const CSTADevice& calling, const CSTADevice& called,
-                 const CSTADevice& newDestination);
-    void fails(const std::string& callId, const CSTADevice& calling, const CSTADevice& called, int cause);
-    void hangsUp(const std::string& callId, int cause = CSTA_EC_NormalClearing,
-                 const std::string& device = "2001");
-    void reports(const std::string& systemStatus);
+    /// Every occurrence of every list: "missed 4711 Ann, received 4712 01:05", newest first, the lists in the order missed,
+    /// dialled, received, forwarded. After number and name stand, where there is one, the duration, "by" the
+    /// redirecting party, "to" the connected or forwarded-to number, and marks.
+    [[nodiscard]] std::string journal();
+    /// The journal, and after a semicolon what is still tracked: "; 7 out 2 dialled[4711] remote[4711 Ann]".
+    [[nodiscard]] std::string outcome();
+    /// What is still tracked, each call as in `outcome`. A record under an id that no step has named shows as "stray".
+    [[nodiscard]] std::string liveCalls() const;
 
-    void passes(long seconds) { clock.advance(seconds); }
     template <typename Change>
     void configure(Change change) {
-        settings.change(change);
+        parts.settings.change(change);
     }
-
-    /// Every occurrence of every list in one line: "missed 4711 Ann", "received 4711 Ann 01:05", newest first, the
-    /// lists in the order missed, dialled, received, forwarded. After the number and the name stand, where there is
-    /// one, the duration, "by" the redirecting party, "to" the connected or forwarded-to number, and marks.
-    [[nodiscard]] std::vector<std::string> journal();
-    [[nodiscard]] std::size_t liveCalls() const { return calls.getNumberOfCalls(); }
-    [[nodiscard]] const journal::Call* call(const std::string& callId) const {
-        return calls.findCallFromId(callId);
-    }
-
     template <typename Item>
     [[nodiscard]] std::deque<Item> list() {
         const auto items = parts.lists.list<Item>().access();
@@ -98,7 +59,7 @@ public:
 
     void run() override {}
     void timerEvent(int id) override { parts.blindTransfer.onTimer(id); }
-    void deliverEvent(CSTAEvent* event) override;
+    void deliverEvent(CSTAEvent*) override {}
 
     FakeContext context;
     FakeClock clock;
@@ -107,22 +68,26 @@ public:
     FakeDataAccess database;
     ObserverNotifier notifier;
     journal::JournalParts parts{{notifier, *this, *this, [] {}}};
-    journal::PhoneSettings& settings = parts.settings;
-    journal::CallMap& calls = parts.calls;
-    journal::Conferences& conferences = parts.conferences;
 
 private:
-    void handleCSTAOriginatedEvent(CSTAOriginatedEvent* event) override;
-    void handleCSTAOfferedEvent(CSTAOfferedEvent* event) override;
-    void handleCSTAQueuedEvent(CSTAQueuedEvent* event) override;
-    void handleCSTADeliveredEvent(CSTADeliveredEvent* event) override;
-    void handleCSTADivertedEvent(CSTADivertedEvent* event) override;
-    void handleCSTAEstablishedEvent(CSTAEstablishedEvent* event) override;
-    void handleCSTAFailedEvent(CSTAFailedEvent* event) override;
-    void handleCSTAHeldEvent(CSTAHeldEvent* event) override;
-    void handleCSTARetrievedEvent(CSTARetrievedEvent* event) override;
-    void handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) override;
-    void handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) override;
+    struct Step {
+        std::string verb;
+        std::vector<std::string> words;
+        std::map<std::string, std::string> options;
+    };
+    static Step stepOf(const std::string& text);
+
+    bool happensToCall(const Step& step);
+    bool happensToConnection(const Step& step);
+    bool happensToSeveralCalls(const Step& step);
+    bool happensAround(const Step& step);
+    template <typename Event, typename Handler>
+    void deliver(Event event, const Step& step, const Handler& handler);
+
+    std::set<std::string> m_callIds;
 };
+
+/// The parties of a record in one line, those that are empty left out: "remote[4711 Ann] connected[4712]".
+[[nodiscard]] std::string partiesText(const journal::Call& call);
 
 }  // namespace journaltest

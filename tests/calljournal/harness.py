@@ -105,9 +105,10 @@ class ProgramTest(unittest.TestCase):
             self.assertEqual(program.stop(), 0, "\n".join(program.seen[-60:]))
 
     def serve(self, switch, *arguments):
-        """A server that is ready for clients; `switch` is HOST:PORT."""
-        server = self.start("serve", "--data", self.data, "--switch", switch, *arguments)
-        server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch))
+        """A server that is ready for clients; `switch` is HOST:PORT. Its HTTP face is at `server.http`, HOST:PORT too."""
+        server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *arguments)
+        server.http = server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch) +
+                                    ".* page and API http://([^/]+)/").group(1)
         return server
 
     def simulate(self, scenario, *arguments, listen="127.0.0.1:0"):

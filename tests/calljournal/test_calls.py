@@ -56,7 +56,7 @@ class CallsTest(ProgramTest):
         self.assertEqual((dialled["data"]["action"], dialled["data"]["item"]["number"]), (3, "4712"))
 
     def test_the_demo_shows_calls_and_ends_with_its_switch(self):
-        demo = self.start("demo", "--data", self.data)
+        demo = self.start("demo", "--data", self.data, "--listen", "127.0.0.1:0")
         switch = int(demo.prints(r"of a simulated switch at \S+ \(process (\d+)\)").group(1))
         demo.prints("list missed --data " + self.data)
         demo.prints(r"missed call from Ann Müller \(4711\)")

@@ -22,18 +22,20 @@ class CommandLineTest(ProgramTest):
         for arguments in ([], ["sing"], ["list"], ["list", "lost"], ["list", "missed", "--limit", "0"],
                           ["list", "missed", "--limit", "many"], ["watch", "--yaml"], ["serve", "--switch", "nowhere"],
                           ["serve", "--switch", "host:port"], ["serve", "--set", "novalue"], ["serve", "--set", "=value"],
-                          ["switch", "--rate", "-1"], ["switch", "--listen", "127.0.0.1"], ["demo", "extra"]):
+                          ["switch", "--rate", "-1"], ["switch", "--listen", "127.0.0.1"], ["demo", "extra"],
+                          ["settings", "a", "b", "c"], ["switch", "--answer", "MonitorStart=maybe"],
+                          ["switch", "--answer", "MonitorStart"], ["switch", "--answer", "monitorStart=never"]):
             self.assertNotEqual(self.refused(*arguments), "")
 
     def test_help_is_status_0_for_every_command(self):
         for arguments in (["--help"], ["serve", "--help"], ["switch", "--help"], ["demo", "--help"], ["list", "--help"],
-                          ["watch", "--help"]):
+                          ["watch", "--help"], ["settings", "--help"]):
             status, output, _ = self.run_program(*arguments)
             self.assertEqual(status, 0)
             self.assertIn("Usage: calljournal", output)
 
     def test_a_client_without_a_server_says_what_to_do(self):
-        for arguments in (["list", "missed"], ["watch"]):
+        for arguments in (["list", "missed"], ["watch"], ["settings"]):
             status, output, errors = self.run_program(*arguments, "--data", self.data)
             self.assertEqual((status, output), (1, ""))
             self.assertEqual(errors, "calljournal: cannot reach calljournal at %s/calljournal.sock: start it with "

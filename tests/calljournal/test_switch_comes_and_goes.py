@@ -5,6 +5,7 @@ import socket
 import threading
 
 from harness import LIMIT, ProgramTest
+from stranger_switch import StrangerSwitch, cleared, delivered, established
 
 ONE_CALL = 'call c from %s "Caller" ; ring c ; giveup c\n'
 
@@ -34,6 +35,20 @@ class SwitchComesAndGoesTest(ProgramTest):
             self.assertEqual(simulator.stop(), 0)
             server.logs("the switch at %s is lost: .*; trying again" % address)
         self.assertEqual(self.list("missed")["total"], 3)
+
+    def test_a_call_that_outlasts_an_outage_is_one_entry(self):
+        switch = StrangerSwitch(LIMIT)
+        self.addCleanup(switch.close)
+        self.serve_impatiently(switch.address)
+        watcher = self.watch()
+        switch.accept_monitor()
+        switch.send(delivered("17", "N<4711>Ann") + established("17", "N<4711>Ann"))
+        switch.accept_monitor()
+        # The switch tells once more what it has told before, and then goes on.
+        switch.send(established("17", "N<4711>Ann") + cleared("17") + delivered("18", "N<4712>Bob") + cleared("18"))
+        self.assertEqual(self.change(watcher, "missedCallsUpdate", 0)["number"], "4712")
+        self.assertEqual([len(item["occurrences"]) for item in self.list("received")["items"]], [1])
+        self.assertEqual(self.list("missed")["total"], 1)
 
     def test_an_outage_is_reported_once_however_many_attempts_fail(self):
         with socket.socket() as place:

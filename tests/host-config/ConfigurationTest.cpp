@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace {
 
@@ -25,6 +25,7 @@ TEST(Configuration, TakesEveryValueOfAFile) {
     const Configuration read = parsed(R"(
 [line]
 device = "3001"
+bluetooth = true
 [[line.shared]]
 device = "3002"
 [[line.shared]]
@@ -54,7 +55,7 @@ level = "debug"
 file = "/var/log/calljournal.log"
 )");
     Configuration expected;
-    expected.lines = {{"3001", {{"3002", true}, {"3003", false}}}};
+    expected.lines = {{"3001", {{"3002", true}, {"3003", false}}, true}};
     expected.callSwitch = {"pbx.example.org",       1040, "ed6", "application-session", false, false,
                            std::chrono::seconds(60)};
     expected.api = {{"::1", 9090}, Configuration::Auth::eNone};

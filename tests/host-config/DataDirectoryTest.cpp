@@ -9,7 +9,7 @@
 #include <string>
 
 #include "host/config/ConfigurationError.h"
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace {
 

@@ -44,7 +44,7 @@ constexpr Case kCases[] = {
     {"unknown_key", "[switch]\nhost = \"a\"\nprot = 1\n",
      "t.toml:3: switch.prot: ", "known here: edition, host, port"},
     {"unknown_key_of_a_line", "[line]\ndevice = \"1\"\nnumber = \"2\"\n",
-     "t.toml:3: line.number: ", "known here: device, shared"},
+     "t.toml:3: line.number: ", "known here: bluetooth, device, shared"},
     {"unknown_key_of_a_shared_device", "[[line.shared]]\ndevice = \"1\"\nlog = true\n",
      "t.toml:3: line.shared.log: ", "log-missed-calls"},
     {"key_outside_a_section", "device = \"1\"\n", "t.toml:1: device: ", "known here"},

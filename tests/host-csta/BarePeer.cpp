@@ -3,49 +3,41 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
 
 #include <array>
-#include <stdexcept>
 
-#include "host/csta-wire/Frame.h"
 #include "host/csta-wire/WireDocument.h"
 
 namespace linktest {
 
 namespace {
 
-constexpr int kPatienceSeconds = 20;
-
 void limit(int descriptor) {
-    const timeval time{kPatienceSeconds, 0};
+    const timeval time{20, 0};
     ::setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
-    const int one = 1;
-    ::setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
 }
 
 }  // namespace
 
+// A listener that is not bound gets a free port.
 BarePeer::BarePeer() : m_listener(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 4) != 0 ||
-        ::getsockname(m_listener, generic, &size) != 0) {
-        throw std::runtime_error("the peer cannot listen");
-    }
-    m_port = ::ntohs(address.sin_port);
+    EXPECT_EQ(::listen(m_listener, 4), 0);
     limit(m_listener);
 }
 
 BarePeer::~BarePeer() {
     hangUp();
     ::close(m_listener);
+}
+
+unsigned short BarePeer::port() const {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    EXPECT_EQ(::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size), 0);
+    return ::ntohs(address.sin_port);
 }
 
 void BarePeer::accept() {
@@ -57,13 +49,21 @@ void BarePeer::accept() {
 }
 
 int BarePeer::expect(std::string_view name) {
-    const host::Frame frame = nextFrame();
+    std::array<char, 4096> received{};
+    std::optional<host::Frame> frame;
+    while (!(frame = m_reader.next())) {
+        const ssize_t size = ::recv(m_socket, received.data(), received.size(), 0);
+        if (size <= 0) {
+            ADD_FAILURE() << "the link says nothing more; missing: " << name;
+            return 0;
+        }
+        m_reader.feed(std::string_view(received.data(), static_cast<std::size_t>(size)));
+    }
+    m_last = *frame;
     std::string fault;
-    const auto document = host::WireDocument::parse(frame.xml, fault);
-    EXPECT_TRUE(document) << fault << ": " << frame.xml;
-    EXPECT_EQ(document ? document->name() : "", name);
-    m_lastXml = frame.xml;
-    return frame.invokeId;
+    const auto document = host::WireDocument::parse(m_last.xml, fault);
+    EXPECT_EQ(document ? document->name() : fault, name);
+    return m_last.invokeId;
 }
 
 void BarePeer::send(int invokeId, std::string_view xml) const {
@@ -85,27 +85,15 @@ void BarePeer::hangUp() {
     }
 }
 
-void BarePeer::startMonitor(const std::string& id) {
+int BarePeer::greet() {
     expect("RequestSystemStatus");
     expect("SystemRegister");
-    const int invokeId = expect("MonitorStart");
-    send(invokeId,
-         "<MonitorStartResponse><monitorCrossRefID>" + id + "</monitorCrossRefID></MonitorStartResponse>");
+    return expect("GetSwitchingFunctionDevices");
 }
 
-host::Frame BarePeer::nextFrame() {
-    std::array<char, 4096> received{};
-    while (true) {
-        if (std::optional<host::Frame> frame = m_reader.next()) {
-            return *frame;
-        }
-        const ssize_t size = ::recv(m_socket, received.data(), received.size(), 0);
-        if (size <= 0) {
-            ADD_FAILURE() << "the link says nothing more";
-            return {};
-        }
-        m_reader.feed(std::string_view(received.data(), static_cast<std::size_t>(size)));
-    }
+void BarePeer::startMonitor(const std::string& id) {
+    send(expect("MonitorStart"),
+         "<MonitorStartResponse><monitorCrossRefID>" + id + "</monitorCrossRefID></MonitorStartResponse>");
 }
 
 }  // namespace linktest

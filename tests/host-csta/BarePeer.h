@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <string>
 #include <string_view>
 
@@ -17,30 +16,29 @@ public:
     BarePeer& operator=(const BarePeer&) = delete;
     ~BarePeer();
 
-    [[nodiscard]] unsigned short port() const noexcept { return m_port; }
+    [[nodiscard]] unsigned short port() const;
 
     /// Waits for the link to connect (again).
     void accept();
     /// The next message; it must be one of that name. Answers its invoke id.
     int expect(std::string_view name);
     /// The XML of the message that `expect` saw last.
-    [[nodiscard]] const std::string& lastXml() const noexcept { return m_lastXml; }
+    [[nodiscard]] const std::string& lastXml() const noexcept { return m_last.xml; }
 
     void send(int invokeId, std::string_view xml) const;
     void sendBytes(std::string_view bytes) const;
     void hangUp();
 
-    /// Takes the first messages of a link with one monitor wish and answers only the MonitorStart.
+    /// Takes what every link says first. Answers the invoke id of the last of these, which asks for the devices.
+    int greet();
+    /// Takes a MonitorStart and answers it.
     void startMonitor(const std::string& id);
 
 private:
-    [[nodiscard]] host::Frame nextFrame();
-
-    int m_listener = -1;
+    int m_listener;
     int m_socket = -1;
-    unsigned short m_port = 0;
     host::FrameReader m_reader;
-    std::string m_lastXml;
+    host::Frame m_last;
 };
 
 }  // namespace linktest

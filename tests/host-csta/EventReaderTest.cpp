@@ -3,331 +3,158 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
+#include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "host/csta-wire/WireDocument.h"
 #include "platform/csta/CSTAConferenceEvents.h"
-#include "platform/csta/CSTAEventCode.h"
+#include "platform/csta/CSTAPrivateEvents.h"
+#include "tests/host-csta/EventTexts.h"
 
 namespace {
 
-using host::EventReader;
-using host::EventSource;
 using host::WireDocument;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using Texts = std::vector<std::string>;
 
-constexpr const char* kOwn = "2001";
-
-const char* codeName(CSTAEventCode code) {
-    static const std::map<CSTAEventCode, const char*> names = {
-        {CSTAEventCode::eServiceInitiated, "ServiceInitiated"},
-        {CSTAEventCode::eOriginated, "Originated"},
-        {CSTAEventCode::eOffered, "Offered"},
-        {CSTAEventCode::eQueued, "Queued"},
-        {CSTAEventCode::eDelivered, "Delivered"},
-        {CSTAEventCode::eDiverted, "Diverted"},
-        {CSTAEventCode::eEstablished, "Established"},
-        {CSTAEventCode::eHeld, "Held"},
-        {CSTAEventCode::eRetrieved, "Retrieved"},
-        {CSTAEventCode::eFailed, "Failed"},
-        {CSTAEventCode::eConnectionCleared, "ConnectionCleared"},
-        {CSTAEventCode::eTransferred, "Transferred"},
-        {CSTAEventCode::eConferenced, "Conferenced"},
-        {CSTAEventCode::eCallInformation, "CallInformation"},
-        {CSTAEventCode::eNetworkReached, "NetworkReached"},
-        {CSTAEventCode::ePrivate, "Private"},
-    };
-    const auto found = names.find(code);
-    return found == names.end() ? "another event" : found->second;
-}
-
-/// The events as texts, each with its kind: "Delivered {call: 1, ...}".
-std::vector<std::string> texts(const std::vector<std::unique_ptr<CSTAEvent>>& events) {
-    std::vector<std::string> all;
-    all.reserve(events.size());
-    for (const std::unique_ptr<CSTAEvent>& event : events) {
-        all.push_back(std::string(codeName(event->getType())) + " {" + event->toString() + "}");
+/// The XML of members in short: "connection/7/2001|callingDevice:4711|cause=newCall" is a connection (call and device), a
+/// device identifier and a text; what begins with '<' stands for itself.
+std::string members(const std::string& text) {
+    std::istringstream in(text);
+    std::string xml;
+    for (std::string field; std::getline(in, field, '|');) {
+        const std::size_t at = std::min(field.find_first_of(":/=<"), field.size() - 1);
+        const std::string name = field.substr(0, at);
+        std::string value = field.substr(at + 1);
+        const std::size_t slash = value.find('/');
+        switch (field[at]) {
+            case ':': value = "<deviceIdentifier>" + value + "</deviceIdentifier>"; break;
+            case '/':
+                value = "<callID>" + value.substr(0, slash) + "</callID><deviceID>" +
+                        value.substr(slash + 1) + "</deviceID>";
+                break;
+            default: break;
+        }
+        xml += name.empty() ? field : "<" + name + ">" + value + "</" + name + ">";
     }
-    return all;
+    return xml;
 }
 
-std::string device(const std::string& member, const std::string& text) {
-    return "<" + member + "><deviceIdentifier>" + text + "</deviceIdentifier></" + member + ">";
+/// An entry of a connection list: a party's connection before and after.
+std::string moved(const std::string& newCall, const std::string& oldCall, const std::string& number,
+                  const std::string& endpoint) {
+    return "<connectionListItem>" +
+           members("newConnection/" + newCall + "/" + number + "|oldConnection/" + oldCall + "/" + number) +
+           "<endpoint><deviceID>" + endpoint + "</deviceID></endpoint></connectionListItem>";
 }
 
-std::string connection(const std::string& member, const std::string& call, const std::string& deviceId) {
-    return "<" + member + "><callID>" + call + "</callID><deviceID>" + deviceId + "</deviceID></" + member +
-           ">";
-}
-
-std::string state(const std::string& word) {
-    return "<localConnectionInfo>" + word + "</localConnectionInfo>";
-}
-
-std::string cause(const std::string& word) {
-    return "<cause>" + word + "</cause>";
-}
-
-/// A reader for the own phone; each call is one event of its monitor "M1".
+/// A reader for the phone 2001; each call is one event of its monitor "M1".
 class Events {
 public:
     std::vector<std::unique_ptr<CSTAEvent>> read(const std::string& root, const std::string& body,
                                                  const std::string& monitored = "localDeviceID") {
         std::string fault;
         const std::optional<WireDocument> document = WireDocument::parse(
-            "<" + root + "><monitorCrossRefID>77</monitorCrossRefID>" + body + "</" + root + ">", fault);
-        EXPECT_TRUE(document) << fault;
-        return m_reader.read(*document, EventSource{"M1", monitored});
+            "<" + root + ">" + members("monitorCrossRefID=77|" + body) + "</" + root + ">", fault);
+        EXPECT_TRUE(document) << fault << ": " << body;
+        return m_reader.read(*document, {"M1", monitored});
     }
-    std::vector<std::string> texts(const std::string& root, const std::string& body,
-                                   const std::string& monitored = "localDeviceID") {
-        return ::texts(read(root, body, monitored));
+    /// The events as texts, each with its kind: "Delivered {call: 1, ...}".
+    Texts texts(const std::string& root, const std::string& body) {
+        Texts all;
+        for (const std::unique_ptr<CSTAEvent>& event : read(root, body)) {
+            all.push_back(linktest::nameOf(*event) + " {" + event->toString() + "}");
+        }
+        return all;
     }
 
 private:
-    EventReader m_reader{kOwn};
+    host::EventReader m_reader{"2001"};
 };
 
-struct EventCase {
-    const char* what;
-    const char* root;
-    std::string body;
-    std::vector<std::string> expected;
-};
-
-void expectAll(const std::vector<EventCase>& cases) {
-    for (const EventCase& one : cases) {
-        EXPECT_EQ(Events().texts(one.root, one.body), one.expected) << one.what;
-    }
-}
-
-TEST(EventReader, ReadsTheLifeOfAnIncomingCall) {
-    const std::string parties = device("callingDevice", "N&lt;4711&gt;Ann") + device("calledDevice", kOwn) +
-                                "<lastRedirectionDevice><notRequired/></lastRedirectionDevice>";
-    expectAll({
-        {"rings",
-         "DeliveredEvent",
-         connection("connection", "7", kOwn) + device("alertingDevice", kOwn) + parties + state("alerting") +
-             cause("newCall"),
+TEST(EventReader, ReadsEveryEventOfACall) {
+    const struct {
+        const char* root;
+        const char* body;
+        Texts expected;
+    } cases[] = {
+        {"DeliveredEvent",
+         "connection/7/2001|alertingDevice:2001|callingDevice:N&lt;4711&gt;Ann|calledDevice:2001"
+         "|<lastRedirectionDevice><notRequired/></"
+         "lastRedirectionDevice>|localConnectionInfo=alerting|cause=newCall",
          {"Delivered {call: 7, device: localDeviceID, calling: 4711 Ann, called: localDeviceID, alerting: "
           "localDeviceID, localConnection: 2, cause: 22}"}},
-        {"is answered",
-         "EstablishedEvent",
-         connection("establishedConnection", "7", kOwn) + device("answeringDevice", kOwn) + parties +
-             state("connected") + cause("newCall"),
-         {"Established {call: 7, device: localDeviceID, calling: 4711 Ann, called: localDeviceID, answering: "
-          "localDeviceID, localConnection: 3, cause: 22}"}},
-        {"is held",
-         "HeldEvent",
-         connection("heldConnection", "7", kOwn) + device("holdingDevice", kOwn) + state("hold") +
-             cause("transfer"),
+        // Picked up here.
+        {"EstablishedEvent",
+         "establishedConnection/7/2001|answeringDevice:2001|callingDevice:4711|calledDevice:2004"
+         "|<lastRedirectionDevice><numberDialed>2004</numberDialed></lastRedirectionDevice>|cause=callPickup",
+         {"Established {call: 7, device: localDeviceID, calling: 4711, called: 2004, answering: "
+          "localDeviceID, lastRedirection: 2004, localConnection: 3, cause: 11}"}},
+        {"HeldEvent",
+         "heldConnection/7/2001|holdingDevice:2001|localConnectionInfo=hold|cause=consultation",
          {"Held {call: 7, device: localDeviceID, localConnection: 4, cause: 3}"}},
-        {"is retrieved",
-         "RetrievedEvent",
-         connection("retrievedConnection", "7", kOwn) + device("retrievingDevice", kOwn) + state("connected"),
-         {"Retrieved {call: 7, device: localDeviceID, localConnection: 3, cause: 0}"}},
-        {"ends",
-         "ConnectionClearedEvent",
-         connection("droppedConnection", "7", kOwn) + device("releasingDevice", kOwn) + state("null") +
-             cause("normalClearing"),
-         {"ConnectionCleared {call: 7, device: localDeviceID, releasing: localDeviceID, localConnection: 0, "
-          "cause: "
+        {"ConnectionClearedEvent",
+         "droppedConnection/7/2001|releasingDevice:2001|localConnectionInfo=null|cause=normalClearing",
+         {"Cleared {call: 7, device: localDeviceID, releasing: localDeviceID, localConnection: 0, cause: "
           "48}"}},
-    });
-}
-
-TEST(EventReader, ReadsTheLifeOfAnOutgoingCall) {
-    const std::string parties = device("callingDevice", kOwn) + device("calledDevice", "4712");
-    expectAll({
-        {"off-hook",
-         "ServiceInitiatedEvent",
-         connection("initiatedConnection", "8", kOwn) + device("initiatingDevice", kOwn) + cause("makeCall"),
-         {"ServiceInitiated {device: localDeviceID}"}},
-        {"dialled",
-         "OriginatedEvent",
-         connection("originatedConnection", "8", kOwn) + parties + cause("newCall"),
+        {"OriginatedEvent",
+         "originatedConnection/8/2001|callingDevice:2001|calledDevice:4712|cause=newCall",
          {"Originated {call: 8, device: localDeviceID, calling: localDeviceID, called: 4712, "
-          "localConnection: 3, "
-          "cause: 22}"}},
-        {"rings at a third phone",
-         "DeliveredEvent",
-         connection("connection", "8", "4799") + device("alertingDevice", "4799") + parties +
-             cause("redirected"),
+          "localConnection: 3, cause: 22}"}},
+        {"NetworkReachedEvent", "outboundConnection/7/trunk-1", {"NetworkReached {device: trunk-1}"}},
+        {"DeliveredEvent",
+         "connection/8/4799|alertingDevice:4799|callingDevice:2001|calledDevice:4712|cause=redirected",
          {"Delivered {call: 8, device: 4799, calling: localDeviceID, called: 4712, alerting: 4799, "
-          "localConnection: "
-          "3, cause: 25}"}},
-        {"the far end is busy",
-         "FailedEvent",
-         connection("failedConnection", "8", "4712") + device("failingDevice", "4712") + parties +
-             cause("busy"),
+          "localConnection: 3, cause: 25}"}},
+        {"FailedEvent",
+         "failedConnection/8/4712|failingDevice:4712|callingDevice:2001|calledDevice:4712|cause=busy",
          {"Failed {call: 8, device: 4712, calling: localDeviceID, called: 4712, failing: 4712, "
-          "localConnection: 3, "
-          "cause: 16}"}},
-    });
-}
-
-TEST(EventReader, InfersTheOwnStateThatASwitchLeavesOut) {
-    const std::string toMe = device("callingDevice", "4711") + device("calledDevice", kOwn);
-    const std::string byMe = device("callingDevice", kOwn) + device("calledDevice", "4711");
-    const auto stateOf = [](const std::string& root, const std::string& body) {
-        const std::vector<std::string> all = Events().texts(root, body);
-        const std::string text = all.empty() ? "" : all.front();
-        const std::size_t at = text.find("localConnection: ");
-        return at == std::string::npos ? std::string("none") : text.substr(at + 17, 1);
+          "localConnection: 3, cause: 16}"}},
+        {"DivertedEvent",
+         "connection/7/2001|divertingDevice:2001|newDestination:205|cause=callForwardNoAnswer",
+         {"Diverted {call: 7, device: localDeviceID, diverting: localDeviceID, newDestination: 205, "
+          "localConnection: 0, cause: 8}",
+          "Cleared {call: 7, device: localDeviceID, releasing: localDeviceID, localConnection: 0, cause: "
+          "8}"}},
+        // Nothing but the event's name says which connection was meant.
+        {"DivertedEvent",
+         "cause=callPickup",
+         {"Diverted {call: call-M1, device: , localConnection: 0, cause: 13}",
+          "Cleared {call: call-M1, device: , localConnection: 0, cause: 40}"}},
+        {"DigitsDialedEvent", "<x/>", {}},
     };
-    EXPECT_EQ(stateOf("DeliveredEvent", device("alertingDevice", kOwn) + toMe), "2");
-    EXPECT_EQ(stateOf("DeliveredEvent", device("alertingDevice", "4711") + byMe), "3");
-    EXPECT_EQ(stateOf("DeliveredEvent", connection("connection", "1", kOwn) + toMe), "2");
-    EXPECT_EQ(stateOf("DeliveredEvent", byMe), "3");
-    EXPECT_EQ(stateOf("DeliveredEvent", toMe), "2");
-    EXPECT_EQ(stateOf("DeliveredEvent", device("alertingDevice", kOwn) + toMe + state("")), "2");
-    EXPECT_EQ(stateOf("DeliveredEvent", device("alertingDevice", kOwn) + toMe + state("ringing")), "2");
-    EXPECT_EQ(stateOf("OfferedEvent", device("offeredDevice", kOwn) + toMe), "2");
-    EXPECT_EQ(stateOf("QueuedEvent", device("queue", "029500") + toMe), "5");
-    EXPECT_EQ(stateOf("EstablishedEvent", device("answeringDevice", "4711") + byMe), "3");
-    EXPECT_EQ(stateOf("HeldEvent", device("holdingDevice", kOwn)), "4");
-    EXPECT_EQ(stateOf("FailedEvent", device("failingDevice", kOwn) + toMe), "6");
-    EXPECT_EQ(stateOf("ConnectionClearedEvent", connection("droppedConnection", "1", "4711")), "0");
-}
-
-TEST(EventReader, ReadsWithheldUnknownAndOddlyWrittenParties) {
-    const auto caller = [](const std::string& member) {
-        const std::vector<std::string> all =
-            Events().texts("DeliveredEvent", device("alertingDevice", kOwn) + member);
-        const std::string& text = all.at(0);
-        const std::size_t begin = text.find("calling: ");
-        return begin == std::string::npos ? std::string("nobody")
-                                          : text.substr(begin + 9, text.find(',', begin) - begin - 9);
-    };
-    const std::string network = device("networkCallingDevice", "0301234");
-    EXPECT_EQ(caller("<callingDevice><restricted/></callingDevice>"), "nobody");
-    EXPECT_EQ(caller("<callingDevice><restricted/></callingDevice>" + network), "nobody");
-    EXPECT_EQ(caller("<callingDevice><notKnown/></callingDevice>"), "nobody");
-    EXPECT_EQ(caller("<callingDevice><notKnown/></callingDevice>" + network), "0301234");
-    EXPECT_EQ(caller(network), "0301234");
-    EXPECT_EQ(caller("<callingDevice>4711</callingDevice>"), "4711");
-    EXPECT_EQ(caller("<callingDevice>\n <x/> <deviceIdentifier typeOfNumber='other'> tel:4711;ext=1 "
-                     "</deviceIdentifier></callingDevice>"),
-              "4711");
-    EXPECT_EQ(
-        caller("<callingDevice><deviceIdentifier privateNumber='true'>N&lt;4711&gt;Ann</deviceIdentifier>"
-               "</callingDevice>"),
-        " Ann");
-    EXPECT_EQ(caller("<callingDevice><deviceIdentifier privateName='1'>N&lt;4711&gt;Ann</deviceIdentifier>"
-                     "</callingDevice>"),
-              "4711");
-    EXPECT_EQ(caller("<p:callingDevice xmlns:p='urn:x'><p:deviceIdentifier>4711</p:deviceIdentifier>"
-                     "</p:callingDevice>"),
-              "4711");
-}
-
-TEST(EventReader, KnowsTheOwnPhoneInEveryWrittenForm) {
-    for (const char* own :
-         {"2001", "N&lt;2001&gt;My Desk", "tel:2001;phone-context=x", "2001:switch1:192.0.2.2:0"}) {
-        const std::vector<std::string> all =
-            Events().texts("DeliveredEvent",
-                           "<connection><callID>1</callID><deviceID><deviceIdentifier>" + std::string(own) +
-                               "</deviceIdentifier></deviceID></connection>" + device("callingDevice", own));
-        ASSERT_EQ(all.size(), 1U);
-        EXPECT_THAT(all[0], testing::HasSubstr("device: localDeviceID, calling: localDeviceID")) << own;
+    for (const auto& one : cases) {
+        EXPECT_EQ(Events().texts(one.root, one.body), one.expected) << one.body;
     }
-}
-
-TEST(EventReader, KeepsFromThePhoneWhatAnotherPartyDoes) {
-    const auto cleared = [](const std::string& dropped, const std::string& rest) {
-        return Events()
-            .texts("ConnectionClearedEvent", connection("droppedConnection", "7", dropped) + rest)
-            .size();
-    };
-    EXPECT_EQ(cleared("4711", state("connected")), 0U);
-    EXPECT_EQ(cleared("4711", state("alerting")), 0U);
-    EXPECT_EQ(cleared("4711", state("hold")), 0U);
-    EXPECT_EQ(cleared("4711", state("null")), 1U);
-    EXPECT_EQ(cleared("4711", ""), 1U);
-    EXPECT_EQ(cleared(kOwn, state("connected")), 1U);
-    EXPECT_EQ(cleared("", state("connected")), 1U);
-    EXPECT_EQ(cleared(kOwn, device("releasingDevice", "4711") + state("null")), 1U);
-
-    EXPECT_THAT(Events().texts("HeldEvent", device("holdingDevice", "4711") + state("connected")), IsEmpty());
-    EXPECT_THAT(Events().texts("RetrievedEvent", device("retrievingDevice", "4711")), IsEmpty());
-    EXPECT_EQ(Events().texts("HeldEvent", device("holdingDevice", "my other number") + state("hold")).size(),
-              1U);
-}
-
-TEST(EventReader, DeliversEveryLeaveOfAConference) {
-    Events events;
-    EXPECT_THAT(events.texts("ConnectionClearedEvent",
-                             connection("droppedConnection", "14", "4712") + state("connected")),
-                IsEmpty());
-    const auto conferenced = events.read(
-        "ConferencedEvent",
-        connection("primaryOldCall", "11", kOwn) + connection("secondaryOldCall", "12", kOwn) +
-            "<conferenceConnections><connectionListItem>" + connection("newConnection", "14", "4711") +
-            connection("oldConnection", "11", "4711") + "<endpoint><deviceID>4711</deviceID></endpoint>" +
-            "</connectionListItem><connectionListItem>" + connection("newConnection", "14", "4712") +
-            connection("oldConnection", "12", "4712") + "<endpoint><deviceID>4712</deviceID></endpoint>" +
-            "</connectionListItem></conferenceConnections>" + state("connected"));
-    EXPECT_THAT(
-        texts(conferenced),
-        ElementsAre("Conferenced {conference: 14, primaryOldCall: 11 4711, secondaryOldCall: 12 4712}"));
-    const auto& event = dynamic_cast<const CSTAConferencedEvent&>(*conferenced.front());
-    EXPECT_EQ(event.getConferenceconnectionsNewconnectionCallID(1), "14");
-
-    EXPECT_THAT(events.texts("ConnectionClearedEvent",
-                             connection("droppedConnection", "14", "4712") + state("connected")),
-                ElementsAre("ConnectionCleared {call: 14, device: 4712, localConnection: 3, cause: 0}"));
-    EXPECT_EQ(
-        events.texts("ConnectionClearedEvent", connection("droppedConnection", "14", kOwn) + state("null"))
-            .size(),
-        1U);
-    EXPECT_THAT(events.texts("ConnectionClearedEvent",
-                             connection("droppedConnection", "14", "4711") + state("connected")),
-                IsEmpty());
-}
-
-TEST(EventReader, EndsACallThatIsDivertedAway) {
-    const std::string away = connection("connection", "7", kOwn) + device("divertingDevice", kOwn) +
-                             device("newDestination", "205");
-    EXPECT_THAT(
-        Events().texts("DivertedEvent", away + state("null") + cause("callForwardNoAnswer")),
-        ElementsAre(
-            "Diverted {call: 7, device: localDeviceID, diverting: localDeviceID, newDestination: 205, "
-            "localConnection: 0, cause: 8}",
-            "ConnectionCleared {call: 7, device: localDeviceID, releasing: localDeviceID, "
-            "localConnection: 0, cause: 8}"));
-    // Picked up elsewhere; nothing but the event's name says which connection was meant.
-    EXPECT_THAT(Events().texts("DivertedEvent", cause("callPickup")),
-                ElementsAre("Diverted {call: call-M1, device: , localConnection: 0, cause: 13}",
-                            "ConnectionCleared {call: call-M1, device: , localConnection: 0, cause: 40}"));
-    // The far end of an outgoing call forwards: the phone stays in its call.
-    const std::string there = connection("connection", "7", "4712") + device("divertingDevice", "4712");
-    EXPECT_THAT(Events().texts("DivertedEvent", there + state("connected")), IsEmpty());
-    EXPECT_THAT(Events().texts("DivertedEvent", there + device("callingDevice", kOwn)), IsEmpty());
-    EXPECT_EQ(Events().texts("DivertedEvent", there + device("callingDevice", "4711")).size(), 2U);
 }
 
 TEST(EventReader, FollowsATransferToTheCallThatThePhoneKnows) {
     const std::string byMe =
-        connection("primaryOldCall", "11", kOwn) + connection("secondaryOldCall", "12", kOwn) +
-        device("transferringDevice", kOwn) + device("transferredToDevice", "4712") +
-        "<transferredConnections><connectionListItem>" + connection("newConnection", "13", "4711") +
-        connection("oldConnection", "11", "4711") + "</connectionListItem></transferredConnections>" +
-        cause("transfer");
+        "primaryOldCall/11/2001|transferringDevice:2001|cause=transfer|<transferredConnections>" +
+        moved("13", "11", "4711", "4711") + moved("13", "12", "4712", "N&lt;4712&gt;Bob") +
+        "</transferredConnections>|";
+    const std::string calls =
+        "Transferred {call: 13, device: localDeviceID, primaryOldCall: 11, secondaryOldCall: ";
+    for (const char* to :
+         {"transferredToDevice:4712", "<transferredToDevice><notKnown/></transferredToDevice>"}) {
+        EXPECT_THAT(Events().texts("TransferedEvent", byMe + "secondaryOldCall/12/2001|" + to),
+                    ElementsAre("Cleared {call: 12, device: localDeviceID, releasing: localDeviceID, "
+                                "localConnection: 0, cause: 5}",
+                                calls + "12, transferring: localDeviceID, transferredTo: 4712 Bob, "
+                                        "localConnection: 0, cause: 5}"));
+    }
     EXPECT_THAT(
-        Events().texts("TransferedEvent", byMe),
-        ElementsAre("Transferred {call: 13, device: localDeviceID, primaryOldCall: 11, secondaryOldCall: 12, "
-                    "transferring: localDeviceID, transferredTo: 4712, localConnection: 0, cause: 5}"));
+        Events().texts("TransferedEvent", byMe + "<transferredToDevice><restricted/></transferredToDevice>"),
+        ElementsAre(calls + ", transferring: localDeviceID, localConnection: 0, cause: 5}"));
 
     const std::string toMe =
-        connection("primaryOldCall", "21", "210") + connection("secondaryOldCall", "22", "210") +
-        device("transferringDevice", "210") + device("transferredToDevice", kOwn) +
-        "<transferredConnections><connectionListItem>" + connection("newConnection", "23", "4711") +
-        connection("oldConnection", "21", "4711") + "</connectionListItem><connectionListItem>" +
-        connection("newConnection", "23", kOwn) + connection("oldConnection", "22", kOwn) +
-        "</connectionListItem></transferredConnections>";
+        "primaryOldCall/21/210|secondaryOldCall/22/210|transferringDevice:210"
+        "|transferredToDevice:2001|<transferredConnections>" +
+        moved("23", "21", "4711", "4711") + moved("23", "22", "2001", "2001") + "</transferredConnections>";
     for (const char* spelling : {"TransferedEvent", "TransferredEvent"}) {
         EXPECT_THAT(
             Events().texts(spelling, toMe),
@@ -336,57 +163,163 @@ TEST(EventReader, FollowsATransferToTheCallThatThePhoneKnows) {
     }
 }
 
-TEST(EventReader, TellsTheFarEndInACallInformation) {
-    EXPECT_THAT(
-        Events().texts("CallInformationEvent", connection("connection", "7", kOwn) + device("device", kOwn) +
-                                                   device("callingDevice", "N&lt;4711&gt;Ann")),
-        ElementsAre(testing::HasSubstr("device: 4711 Ann")));
-    EXPECT_THAT(Events().texts("CallInformationEvent",
-                               connection("connection", "7", kOwn) + device("device", "N&lt;4711&gt;Ann")),
-                ElementsAre(testing::HasSubstr("device: 4711 Ann")));
+TEST(EventReader, DeliversEveryLeaveOfAConference) {
+    Events events;
+    const auto leaves = [&events](const std::string& party, const std::string& state) {
+        return events.texts("ConnectionClearedEvent",
+                            "droppedConnection/14/" + party + "|localConnectionInfo=" + state);
+    };
+    EXPECT_THAT(leaves("4712", "connected"), IsEmpty());
+    const auto conferenced = events.read(
+        "ConferencedEvent", "primaryOldCall/11/2001|secondaryOldCall/12/2001|<conferenceConnections>" +
+                                moved("14", "11", "4711", "N&lt;4711&gt;Ann") +
+                                moved("14", "12", "4712", "4712") + "</conferenceConnections>");
+    const auto& event = dynamic_cast<const CSTAConferencedEvent&>(*conferenced.at(0));
+    EXPECT_EQ(event.toString(), "conference: 14, primaryOldCall: 11 4711, secondaryOldCall: 12 4712");
+    EXPECT_EQ(event.getConferenceconnectionsNewconnectionCallID(1), "14");
+
+    EXPECT_THAT(leaves("4712", "connected"),
+                ElementsAre("Cleared {call: 14, device: 4712, localConnection: 3, cause: 0}"));
+    EXPECT_EQ(leaves("2001", "null").size(), 1U);
+    EXPECT_THAT(leaves("4711", "connected"), IsEmpty());
+}
+
+TEST(EventReader, ReadsTheMembersOfAConference) {
+    const auto events = Events().read(
+        "PrivateEvent", "<privateData><private><conferenceMembership>" +
+                            members("callID=14|deviceID=4711|member:N&lt;4711&gt;Ann|member:2001") +
+                            "</conferenceMembership></private></privateData>");
+    const auto& event = dynamic_cast<const CSTAConferenceMembershipEvent&>(*events.at(0));
+    EXPECT_EQ(event.toString(), "call: 14, device: 4711, members: 2");
+    std::string name;
+    std::string number;
+    EXPECT_TRUE(event.getUserInformation(1, name, number));
+    EXPECT_EQ(number + ' ' + name, "4711 Ann");
+}
+
+TEST(EventReader, ReadsACallbackThatIsSetOrCancelled) {
+    for (const std::string set : {"true", "false"}) {
+        const auto events = Events().read(
+            "CallBackEvent",
+            "originatingDevice:2001|targetDevice:N&lt;4711&gt;Ann|callBackSetCanceled=" + set +
+                "|<extensions><privateData><private>onBusy requested</private></privateData></extensions>");
+        const auto& event = dynamic_cast<const CSTACallBackEvent&>(*events.at(0));
+        EXPECT_EQ(event.isSet(), set == "true");
+        EXPECT_TRUE(event.getOriginatingDevice().isLocal());
+        EXPECT_EQ(event.getTargetDevice(), (CSTADevice{"4711", "Ann"}));
+        EXPECT_EQ(event.getPrivateData(), "onBusy requested");
+    }
+}
+
+TEST(EventReader, InfersTheOwnStateThatASwitchLeavesOut) {
+    const struct {
+        const char* root;
+        const char* body;
+        const char* state;
+    } cases[] = {
+        {"DeliveredEvent", "alertingDevice:2001|callingDevice:4711", "2"},
+        {"DeliveredEvent", "alertingDevice:4711|callingDevice:2001", "3"},
+        {"DeliveredEvent", "connection/1/2001|callingDevice:4711", "2"},
+        {"DeliveredEvent", "callingDevice:2001", "3"},
+        {"DeliveredEvent", "callingDevice:4711", "2"},
+        {"DeliveredEvent", "alertingDevice:2001|localConnectionInfo=ringing", "2"},
+        {"OfferedEvent", "offeredDevice:2001|callingDevice:4711", "2"},
+        {"QueuedEvent", "queue:029500|callingDevice:4711", "5"},
+        {"EstablishedEvent", "answeringDevice:4711|callingDevice:2001", "3"},
+        {"HeldEvent", "holdingDevice:2001", "4"},
+        {"FailedEvent", "failingDevice:2001|callingDevice:4711", "6"},
+        {"ConnectionClearedEvent", "droppedConnection/1/4711", "0"},
+    };
+    for (const auto& one : cases) {
+        EXPECT_THAT(Events().texts(one.root, one.body),
+                    ElementsAre(HasSubstr(std::string("localConnection: ") + one.state + ",")))
+            << one.body;
+    }
+}
+
+TEST(EventReader, ReadsWithheldUnknownAndOddlyWrittenParties) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"<callingDevice><restricted/></callingDevice>|networkCallingDevice:030", "device: , local"},
+        {"<callingDevice><notKnown/></callingDevice>", "device: , local"},
+        {"<callingDevice><notKnown/></callingDevice>|networkCallingDevice:030", "calling: 030,"},
+        {"networkCallingDevice:030", "calling: 030,"},
+        {"callingDevice=4711", "calling: 4711,"},
+        {"<callingDevice>\n <x/> <deviceIdentifier typeOfNumber='other'> tel:4711;ext=1 </deviceIdentifier>"
+         "</callingDevice>",
+         "calling: 4711,"},
+        {"<callingDevice><deviceIdentifier privateNumber='true'>N&lt;4711&gt;Ann</deviceIdentifier>"
+         "</callingDevice>",
+         "calling:  Ann,"},
+        {"<callingDevice><deviceIdentifier privateName='1'>N&lt;4711&gt;Ann</deviceIdentifier>"
+         "</callingDevice>",
+         "calling: 4711,"},
+        {"<p:callingDevice xmlns:p='urn:x'><p:deviceIdentifier>4711</p:deviceIdentifier></p:callingDevice>",
+         "calling: 4711,"},
+        {"callingDevice:N&lt;2001&gt;2001", "calling: localDeviceID,"},
+        {"callingDevice:tel:2001;phone-context=x", "calling: localDeviceID,"},
+        {"callingDevice:2001:switch1:192.0.2.2:0", "calling: localDeviceID,"},
+        {"<connection><deviceID><deviceIdentifier>2001</deviceIdentifier></deviceID></connection>",
+         "device: localDeviceID,"},
+    };
+    for (const auto& [body, expected] : cases) {
+        EXPECT_THAT(Events().texts("DeliveredEvent", body), ElementsAre(HasSubstr(expected))) << body;
+    }
+    // In a call information the platform wants the far end.
+    for (const char* body : {"connection/-1/2001|device:2001|callingDevice:N&lt;4711&gt;Ann",
+                             "connection/-1/2001|device:N&lt;4711&gt;Ann"}) {
+        EXPECT_THAT(Events().texts("CallInformationEvent", body),
+                    ElementsAre(testing::AllOf(HasSubstr("call: -1,"), HasSubstr("device: 4711 Ann"))));
+    }
+}
+
+TEST(EventReader, KeepsFromThePhoneWhatAnotherPartyDoes) {
+    const struct {
+        const char* root;
+        const char* body;
+        std::size_t delivered;
+        const char* monitored = "localDeviceID";
+    } cases[] = {
+        {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=connected", 0},
+        {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=hold", 0},
+        {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=null", 1},
+        {"ConnectionClearedEvent", "droppedConnection/7/4711", 1},
+        {"ConnectionClearedEvent", "droppedConnection/7/2001|localConnectionInfo=connected", 1},
+        {"ConnectionClearedEvent", "droppedConnection/7/|localConnectionInfo=connected", 1},
+        {"ConnectionClearedEvent", "droppedConnection/7/2001|releasingDevice:4711", 1},
+        {"HeldEvent", "holdingDevice:4711|localConnectionInfo=connected", 0},
+        {"HeldEvent", "holdingDevice:my other number|localConnectionInfo=hold", 1},
+        {"RetrievedEvent", "retrievingDevice:4711", 0},
+        {"DivertedEvent", "connection/7/4712|divertingDevice:4712|localConnectionInfo=connected", 0},
+        {"DivertedEvent", "connection/7/4712|divertingDevice:4712|callingDevice:2001", 0},
+        {"DivertedEvent", "connection/7/4712|divertingDevice:4712|callingDevice:4711", 2},
+        // On a shared line the own phone is another party.
+        {"ConnectionClearedEvent", "droppedConnection/7/2005|localConnectionInfo=connected", 1, "2005"},
+        {"ConnectionClearedEvent", "droppedConnection/7/2001|localConnectionInfo=connected", 0, "2005"},
+    };
+    for (const auto& one : cases) {
+        EXPECT_EQ(Events().read(one.root, one.body, one.monitored).size(), one.delivered)
+            << one.root << one.body;
+    }
+    const auto rings = Events().read("DeliveredEvent", "connection/7/2005|alertingDevice:2005", "2005");
+    EXPECT_EQ(rings.at(0)->toString(), "call: 7, device: 2005, alerting: 2005, localConnection: 2, cause: 0");
 }
 
 TEST(EventReader, ReadsItsOwnPrivateDataAndNoOthers) {
-    const auto privateData = [](const std::string& body) {
-        return Events().read("PrivateEvent", body).at(0)->getPrivateData();
+    const std::pair<const char*, const char*> cases[] = {
+        {"<privateData><private><x:callStatus xmlns:x='urn:x'> MissedCall </x:callStatus></private>"
+         "</privateData>",
+         "MissedCall"},
+        {"<extensions><privateData><private>ReminderCall</private></privateData></extensions>",
+         "ReminderCall"},
+        {"<privateData><string>4d69 7373\n65 64</string></privateData>", "Missed"},
+        {"<privateData><string>4d6</string></privateData>", ""},
+        {"<privateData><string>00ff</string></privateData>", ""},
+        {"<privateData><private><v:id xmlns:v='urn:v'>17000013</v:id></private></privateData>", ""},
+        {"<x/>", ""},
     };
-    EXPECT_EQ(privateData(
-                  "<privateData><private><x:callStatus xmlns:x='urn:x'> MissedCall </x:callStatus></private>"
-                  "</privateData>"),
-              "MissedCall");
-    EXPECT_EQ(
-        privateData("<extensions><privateData><private>ReminderCall</private></privateData></extensions>"),
-        "ReminderCall");
-    EXPECT_EQ(privateData("<privateData><string>4d69 7373\n65 64</string></privateData>"), "Missed");
-    EXPECT_EQ(privateData("<privateData><string>4d6</string></privateData>"), "");
-    EXPECT_EQ(privateData("<privateData><string>00ff</string></privateData>"), "");
-    EXPECT_EQ(
-        privateData("<privateData><private><v:id xmlns:v='urn:v'>17000013</v:id></private></privateData>"),
-        "");
-    EXPECT_EQ(privateData(""), "");
-}
-
-TEST(EventReader, TellsAnotherMonitoredDeviceFromTheOwnOne) {
-    // A shared line 2005: its state is the monitored device's, but only 2001 is the phone's own device.
-    Events events;
-    EXPECT_THAT(
-        events.texts("DeliveredEvent",
-                     connection("connection", "7", "2005") + device("alertingDevice", "2005"), "2005"),
-        ElementsAre("Delivered {call: 7, device: 2005, alerting: 2005, localConnection: 2, cause: 0}"));
-    EXPECT_EQ(events
-                  .texts("ConnectionClearedEvent",
-                         connection("droppedConnection", "7", "2005") + state("connected"), "2005")
-                  .size(),
-              1U);
-    EXPECT_THAT(events.texts("ConnectionClearedEvent",
-                             connection("droppedConnection", "7", kOwn) + state("connected"), "2005"),
-                IsEmpty());
-}
-
-TEST(EventReader, IgnoresEventsThatItDoesNotKnow) {
-    EXPECT_THAT(Events().texts("DigitsDialedEvent", "<x/>"), IsEmpty());
-    EXPECT_THAT(Events().texts("NetworkReachedEvent", connection("outboundConnection", "7", "trunk-1")),
-                ElementsAre("NetworkReached {device: trunk-1}"));
+    for (const auto& [body, expected] : cases) {
+        EXPECT_EQ(Events().read("PrivateEvent", body).at(0)->getPrivateData(), expected) << body;
+    }
 }
 
 }  // namespace

@@ -9,13 +9,13 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "host/csta/CstaLink.h"
+#include "host/framework/Strand.h"
+#include "host/framework/WorkerPool.h"
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/csta/CSTARequests.h"
-#include "platform/csta/CSTAResponses.h"
 #include "platform/framework/Service.h"
 
 namespace linktest {
@@ -23,30 +23,10 @@ namespace linktest {
 /// How long a test waits for what must happen.
 inline constexpr std::chrono::seconds kPatience{20};
 
-/// The line's strand: runs what is posted on one thread, in order.
-class Strand {
-public:
-    Strand();
-    ~Strand();
-    void post(std::function<void()> work);
-    /// Runs `work` on the strand and waits until it is done.
-    void run(const std::function<void()>& work);
-    [[nodiscard]] bool isHere() const { return std::this_thread::get_id() == m_thread.get_id(); }
-
-private:
-    void loop();
-
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::deque<std::function<void()>> m_queue;
-    bool m_ending = false;
-    std::thread m_thread;
-};
-
-/// A service that keeps the events it is given, as texts: "Delivered c1 <- 4711 Ann".
+/// A service that keeps the events it is given, as texts: "Delivered from 4711 Ann", "Devices 0 localDeviceID".
 class Phone : public Service, public CSTAEventIfc {
 public:
-    explicit Phone(const Strand& strand) : m_strand(strand) {}
+    explicit Phone(const host::Strand& strand) : m_strand(strand) {}
 
     void run() override {}
     void deliverEvent(CSTAEvent* event) override;
@@ -58,30 +38,17 @@ public:
     [[nodiscard]] std::vector<std::string> await(std::size_t number) const;
 
 private:
-    const Strand& m_strand;
+    const host::Strand& m_strand;
     std::function<void(const CSTAEvent&)> m_action;
     mutable std::mutex m_mutex;
     mutable std::condition_variable m_changed;
     std::vector<std::string> m_events;
 };
 
-/// What came back from a request.
-struct Outcome {
-    int code = -99;
-    bool hasResponse = false;
-    bool isExpectedClass = false;
-    bool isError = false;
-    std::string errorValue;
-    /// Of a monitor that was started.
-    std::string crossRefId;
-
-    [[nodiscard]] bool succeeded() const { return code == 0 && isExpectedClass && !isError; }
-};
-
 /// A link with its strand and a phone that wants its events; each test starts it when its switch stands ready.
 class LinkTest : public testing::Test {
 public:
-    LinkTest();
+    LinkTest() = default;
     LinkTest(const LinkTest&) = delete;
     LinkTest& operator=(const LinkTest&) = delete;
     ~LinkTest() override;
@@ -91,20 +58,26 @@ protected:
     [[nodiscard]] static host::CstaLinkConfig configFor(unsigned short port);
     void startLink(const host::CstaLinkConfig& config);
 
-    [[nodiscard]] Outcome startMonitor(const std::string& device = "localDeviceID",
-                                       const CSTAMonitorFilter& filter = {});
-    [[nodiscard]] Outcome stopMonitor(const std::string& crossRefId);
-    [[nodiscard]] Outcome changeFilter(const std::string& device, const CSTAMonitorFilter& filter);
-    [[nodiscard]] Outcome registerForStatus();
+    /// What came back from a request: "ok", with the id of a monitor that was started "ok M1"; "refused generic"; "another
+    /// answer"; "no answer".
+    [[nodiscard]] std::string startMonitor(const std::string& device = "localDeviceID",
+                                           const CSTAMonitorFilter& filter = {});
+    [[nodiscard]] std::string stopMonitor(const std::string& crossRefId);
+    [[nodiscard]] std::string changeFilter(const std::string& device, const CSTAMonitorFilter& filter);
+    [[nodiscard]] std::string registerForStatus(Phone& service);
 
     /// Waits until the link's status is, or has passed through, this one since it was last asked.
     [[nodiscard]] bool awaitStatus(bool connected, bool monitoring);
 
-    Strand strand;
+    host::WorkerPool pool{2};
+    host::Strand strand{pool};
     Phone phone{strand};
     std::unique_ptr<host::CstaLink> link;
 
 private:
+    template <typename Response>
+    [[nodiscard]] std::string send(CSTARequest& request, Phone& service);
+
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<host::CstaLink::Status> m_statuses;

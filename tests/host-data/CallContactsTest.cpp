@@ -41,7 +41,7 @@ protected:
         return read;
     }
 
-    host::DigitAnalysis m_digits{{}};
+    host::DigitAnalysis m_digits{"DE", {}};
 };
 
 TEST_F(CallContacts, AreThoseWhoseNumberACallHasInAnySpelling) {

@@ -6,44 +6,9 @@
 
 #include "host/data/SqliteDataAccess.h"
 #include "journal-items/Occurrences.h"
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "platform/journal-library/JournalServiceHelper.h"
+#include "tests/support/ItemTexts.h"
 
 namespace journaltest {
-
-/// What each call list is called, for tests that treat them alike.
-template <typename Item>
-struct ListOf;
-template <>
-struct ListOf<MissedCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS;
-    static constexpr auto body = &CallListDatabaseAdapterHelper::createXMLMissedCallItemBody;
-    static constexpr auto parse = &JournalServiceHelper::parseXMLMissedCallList;
-};
-template <>
-struct ListOf<DialledCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGDIALLEDCALLS;
-    static constexpr auto body = &CallListDatabaseAdapterHelper::createXMLDialledCallItemBody;
-    static constexpr auto parse = &JournalServiceHelper::parseXMLDialledCallList;
-};
-template <>
-struct ListOf<ReceivedCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGRECEIVEDCALLS;
-    static constexpr auto body = &CallListDatabaseAdapterHelper::createXMLReceivedCallItemBody;
-    static constexpr auto parse = &JournalServiceHelper::parseXMLReceivedCallList;
-};
-template <>
-struct ListOf<ForwardedCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGFORWARDEDCALLS;
-    static constexpr auto body = &CallListDatabaseAdapterHelper::createXMLForwardedCallItemBody;
-    static constexpr auto parse = &JournalServiceHelper::parseXMLForwardedCallList;
-};
-template <>
-struct ListOf<CallBackItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGCALLBACKS;
-    static constexpr auto body = &CallListDatabaseAdapterHelper::createXMLCallBackItemBody;
-    static constexpr auto parse = &JournalServiceHelper::parseXMLCallBackList;
-};
 
 /// An item with one call from `number` at `time` ("05:22:05" of one day).
 template <typename Item>
@@ -99,15 +64,15 @@ public:
     template <typename Item>
     std::string removeAll() {
         return send(CallListDatabaseAdapterHelper::DELETEREQUEST, CallListDatabaseAdapterHelper::allEntries(),
-                    ListOf<Item>::kTable);
+                    ItemTexts<Item>::kTable);
     }
     /// A list as the database gives it.
     template <typename Item>
     std::deque<Item> read(unsigned rows = CallListDatabaseAdapterHelper::kListRows) {
         std::deque<Item> items;
-        ListOf<Item>::parse(
-            m_access.processRequest(CallListDatabaseAdapterHelper::readCallList(ListOf<Item>::kTable, rows)),
-            items);
+        ItemTexts<Item>::kParseList(m_access.processRequest(CallListDatabaseAdapterHelper::readCallList(
+                                        ItemTexts<Item>::kTable, rows)),
+                                    items);
         return items;
     }
     std::string send(const std::string& reason, const std::string& body, const std::string& schema) {
@@ -122,9 +87,9 @@ private:
         std::string entries;
         for (const Item& item : items) {
             entries += CallListDatabaseAdapterHelper::createXMLElement(CallListDatabaseAdapterHelper::ENTRY,
-                                                                       ListOf<Item>::body(item, reason));
+                                                                       ItemTexts<Item>::kBody(item, reason));
         }
-        return send(reason, entries, ListOf<Item>::kTable);
+        return send(reason, entries, ItemTexts<Item>::kTable);
     }
 
     host::SqliteDataAccess& m_access;

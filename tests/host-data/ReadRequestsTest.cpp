@@ -54,24 +54,27 @@ TEST_F(ReadRequests, GiveTheNewestFirstAndNoMoreThanTheyAskFor) {
              Words::createXMLField(Words::OFFSET, "3") + Words::createXMLField(Words::ROWLIMIT, "9")),
         page);
     EXPECT_THAT(surnames(page), ElementsAre("06:00:00", "05:00:00"));
+
+    for (const char* const time : {"05:00:00", "07:00:00", "06:00:00"}) {
+        journal().writeOne(callBack(time, time));
+    }
+    const auto callBacks = journal().read<CallBackItem>(2);
+    ASSERT_THAT(callBacks, SizeIs(2));
+    EXPECT_EQ(callBacks[0].getEntryId() + " " + callBacks[1].getEntryId(), "07:00:00 06:00:00");
 }
 
-TEST_F(ReadRequests, OrderItemsOfOneSecondByTheirEntryIds) {
+TEST_F(ReadRequests, OrderItemsOfOneSecondByTheirEntryIdsAndOneWithoutCallsByItsOwn) {
     for (const char* const digits : {"00000001", "00000003", "00000002"}) {
         auto item = call<MissedCallItem>(digits, "05:00:00");
         item.setEntryId(std::string("2026-11-21T05:00:00Z") + digits);
         journal().writeOne(item);
     }
-    EXPECT_THAT(surnames(journal().read<MissedCallItem>()), ElementsAre("00000003", "00000002", "00000001"));
-}
-
-TEST_F(ReadRequests, OrderAnItemWithoutCallsByItsEntryId) {
-    auto item = call<MissedCallItem>("empty", "06:00:00");
-    item.setMissedCallInfoList({});
-    journal().writeOne(item);
-    journal().writeOne(call<MissedCallItem>("before", "05:00:00"));
+    auto empty = call<MissedCallItem>("empty", "06:00:00");
+    empty.setMissedCallInfoList({});
+    journal().writeOne(empty);
     journal().writeOne(call<MissedCallItem>("after", "07:00:00"));
-    EXPECT_THAT(surnames(journal().read<MissedCallItem>()), ElementsAre("after", "empty", "before"));
+    EXPECT_THAT(surnames(journal().read<MissedCallItem>()),
+                ElementsAre("after", "empty", "00000003", "00000002", "00000001"));
 }
 
 TEST_F(ReadRequests, MoveAnItemToTheFrontWhenItsNewestCallIsNewer) {
@@ -82,16 +85,6 @@ TEST_F(ReadRequests, MoveAnItemToTheFrontWhenItsNewestCallIsNewer) {
     later.setUniqueId(item.getUniqueId());
     journal().writeOne(later);
     EXPECT_THAT(surnames(journal().read<MissedCallItem>()), ElementsAre("moves", "stays"));
-}
-
-TEST_F(ReadRequests, GiveCallBacksNewestFirst) {
-    for (const char* const time : {"05:00:00", "07:00:00", "06:00:00"}) {
-        journal().writeOne(callBack(time, time));
-    }
-    const auto read = journal().read<CallBackItem>(2);
-    ASSERT_THAT(read, SizeIs(2));
-    EXPECT_EQ(read[0].getEntryId(), "07:00:00");
-    EXPECT_EQ(read[1].getEntryId(), "06:00:00");
 }
 
 TEST_F(ReadRequests, OfConversationsCountTheNewestOfAllListsTogether) {

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "host/data/Database.h"
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace journaltest {
 

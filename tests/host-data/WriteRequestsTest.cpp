@@ -9,7 +9,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
-using namespace std::string_literals;
 
 using WriteRequests = journaltest::DataAccessFixture;
 
@@ -87,13 +86,6 @@ TEST_F(WriteRequests, NeverReachTheRowsOfAnotherLine) {
     EXPECT_THAT(surnames(journalOf(otherLine).read<MissedCallItem>()), ElementsAre("theirs"));
 }
 
-TEST_F(WriteRequests, AnswerTheLastOfManyItems) {
-    const std::string answer = journal().write<MissedCallItem>(
-        {call<MissedCallItem>("1", "05:00:00"), call<MissedCallItem>("2", "06:00:00")});
-    EXPECT_EQ(JournalServiceHelper::parseLastUniqueId(answer),
-              journal().read<MissedCallItem>().front().getUniqueId());
-}
-
 TEST_F(WriteRequests, ReplaceACallBackByItsEntryId) {
     auto item = callBack("id 1", "05:00:00");
     EXPECT_EQ(journal().writeOne(item), "");
@@ -104,19 +96,6 @@ TEST_F(WriteRequests, ReplaceACallBackByItsEntryId) {
     const auto read = journal().read<CallBackItem>();
     ASSERT_THAT(read, SizeIs(2));
     EXPECT_TRUE(read.front().sameContent(item));
-}
-
-TEST_F(WriteRequests, KeepNulAndBytesThatAreNoUtf8) {
-    auto item = call<MissedCallItem>("4711", "05:00:00");
-    item.setSurname("a\0b\xff\xfe"s);
-    item.setFirstname("\0"s);
-    journal().file(item);
-    restart();
-    EXPECT_EQ(journal().read<MissedCallItem>().front().getSurname(), "a\0b\xff\xfe"s);
-    EXPECT_EQ(journal().read<MissedCallItem>().front().getFirstname(), "\0"s);
-    EXPECT_EQ(
-        m_database.number("SELECT octet FROM (SELECT length(CAST(surname AS BLOB)) AS octet FROM call_item)"),
-        5);
 }
 
 TEST_F(WriteRequests, AreNotTakenForSql) {

@@ -34,7 +34,7 @@ protected:
     std::string whoHas(const std::string& number) { return lookedUp(number).getSurname(); }
 
     TemporaryDatabase m_database;
-    host::DigitAnalysis m_digits{{}};
+    host::DigitAnalysis m_digits{"DE", {}};
     host::Phonebook m_phonebook{*m_database, m_digits, "2001"};
     bool m_found = false;
 };

@@ -2,8 +2,11 @@
 
 #include <rapidcheck.h>
 
+#include "host/directory/PhonebookInvoker.h"
+#include "platform/journal-library/PhonebookMessage.h"
 #include "tests/host-directory/PhonebookFixture.h"
 #include "tests/journal-library/RandomItems.h"
+#include "tests/support/FakeFramework.h"
 
 namespace {
 
@@ -81,13 +84,96 @@ TEST_F(Phonebook, ListsByNameWithoutRegardToCapitals) {
     EXPECT_EQ(m_phonebook.count(), 5U);
 }
 
-TEST_F(Phonebook, FindsContactsUnderNewRulesAfterTheyWereIndexedAnew) {
+TEST_F(Phonebook, IndexesNumbersAnewOnlyWhenTheRulesAreOthers) {
     knows(named("Miller", "4711"));
-    m_database.otherConnection().exec("UPDATE contact_number SET number = 'by older rules'");
+    EXPECT_TRUE(m_phonebook.useRules("first"));
+    m_database.otherConnection().exec("UPDATE contact_number SET number = 'by other rules'");
+    EXPECT_TRUE(m_phonebook.useRules("first"));
     EXPECT_EQ(whoHas("4711"), "");
-    EXPECT_TRUE(m_phonebook.reindex());
+    EXPECT_TRUE(m_phonebook.useRules("second"));
     EXPECT_EQ(whoHas("4711"), "Miller");
     EXPECT_EQ(m_database.number("SELECT count(*) FROM contact_number"), 1);
+}
+
+// Each import follows the ones before it.
+TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
+    const struct {
+        const char* fields;
+        const char* effect;
+        std::size_t contactsThen;
+    } cases[] = {
+        {"surname=Miller;office=030 123456;", "added", 1},
+        {"surname=Miller;office=+49 30 123456;", "changed", 1},
+        {"surname=Miller;office=+49 30 123456;", "unchanged", 1},
+        {"surname=Miller;firstname=Ada;office=030 123456;", "added", 2},
+        {"surname=Miller;office=030 654321;", "added", 3},
+        {"surname=Miller;mobile=030 123456;", "changed", 3},
+        // Who has no external id yet takes the first that fits.
+        {"surname=Miller;mobile=030 123456;externalId=a;", "changed", 3},
+        {"surname=Miller;mobile=030 123456;externalId=b;", "added", 4},
+        {"surname=Lovelace;office=1;externalId=a;", "changed", 4},
+        {"surname=Lovelace;office=1;", "unchanged", 4},
+        {"surname=Nobody;", "added", 5},
+        {"surname=Nobody;uniqueId=77;searchNumber=1;matchedKind=2;record=e,missed;", "unchanged", 5},
+    };
+    for (const auto& each : cases) {
+        Contact contact;
+        ASSERT_TRUE(Contact::deserialize(each.fields, contact));
+        const auto counts = m_phonebook.import({contact});
+        ASSERT_TRUE(counts);
+        EXPECT_EQ(counts->added == 1     ? "added"
+                  : counts->changed == 1 ? "changed"
+                                         : "unchanged",
+                  std::string(each.effect))
+            << each.fields;
+        EXPECT_EQ(m_phonebook.count(), each.contactsThen) << each.fields;
+    }
+    EXPECT_EQ(whoHas("1"), "Lovelace");
+}
+
+TEST_F(Phonebook, IsSearchedPageByPage) {
+    std::vector<Contact> contacts;
+    for (int number = 10; number < 30; ++number) {
+        contacts.push_back(named("Contact " + std::to_string(number), "47" + std::to_string(number)));
+    }
+    ASSERT_TRUE(m_phonebook.import(contacts));
+    const auto page = m_phonebook.search("CONTACT 2", 4, 3);
+    ASSERT_TRUE(page);
+    EXPECT_EQ(page->total, 10U);
+    ASSERT_EQ(page->contacts.size(), 3U);
+    EXPECT_EQ(page->contacts.front().getSurname(), "Contact 24");
+    EXPECT_EQ(m_phonebook.search("4729", 0, 9)->total, 1U);
+}
+
+TEST_F(Phonebook, IsReadAndFilledByRemoteClients) {
+    host::PhonebookInvoker invoker;
+    const auto answerTo = [&](const std::string& text, Executable* target) {
+        journaltest::RecordingResponse response;
+        invoker.handleMessage(target, text.data(), static_cast<int>(text.size()), &response);
+        return response.payload();
+    };
+    journalxml::PhonebookImport import;
+    Contact contact = named("M\xff & <failure>", "4711");
+    ASSERT_TRUE(import.add(contact));
+    const auto imported = journalxml::parsePhonebookImported(answerTo(import.text(), &m_phonebook));
+    ASSERT_TRUE(imported);
+    EXPECT_EQ(imported->added, 1U);
+    const std::string read = journalxml::buildPhonebookRead({{}, "m", 0, 5});
+    const auto page = journalxml::parsePhonebookPage(answerTo(read, &m_phonebook));
+    ASSERT_TRUE(page);
+    EXPECT_EQ(page->total, 1U);
+    EXPECT_THAT(page->contacts, ElementsAre(testing::Property(&Contact::getSurname, contact.getSurname())));
+
+    for (const std::string& bad :
+         {std::string(), std::string("<PhonebookRequest/>"), read.substr(0, 80),
+          std::string("<PhonebookRequest><Operation>import</Operation></PhonebookRequest>"),
+          std::string("<r><Method>2</Method></r>")}) {
+        EXPECT_EQ(answerTo(bad, &m_phonebook), "failure") << bad;
+    }
+    EXPECT_EQ(answerTo(read, nullptr), "failure");
+    m_database.otherConnection().exec("ALTER TABLE contact RENAME TO hidden");
+    EXPECT_EQ(answerTo(read, &m_phonebook), "failure");
+    EXPECT_EQ(answerTo(import.text(), &m_phonebook), "failure");
 }
 
 }  // namespace

@@ -55,7 +55,9 @@ TEST(LibraryLoader, MakesServiceInvokerAndProxyThatWorkThroughTheirBases) {
     RecordingResponse response;
     invoker->handleMessage(service.get(), "hello", 5, &response);
     EXPECT_EQ(response.m_payload, "hello");
-    EXPECT_EQ(response.m_completions, 1);
+    library.createContactGetterInvoker()->handleMessage(service.get(), "contacts", 8, &response);
+    EXPECT_EQ(response.m_payload, "contacts");
+    EXPECT_EQ(response.m_completions, 2);
 
     RecordingChannel channel;
     proxy->initProxy(channel);
@@ -75,6 +77,8 @@ TEST(LibraryLoader, NamesTheFactoryThatTheLibraryLacks) {
                 HasSubstr("does not export createJournalServiceInvoker:"));
     EXPECT_THAT(errorOf([&] { static_cast<void>(library.createJournalServiceObserverProxy()); }),
                 HasSubstr("does not export createJournalServiceObserverProxy:"));
+    EXPECT_THAT(errorOf([&] { static_cast<void>(library.createContactGetterInvoker()); }),
+                HasSubstr("does not export createContactGetterInvoker:"));
 }
 
 TEST(LibraryLoader, SaysAtOnceWhatTheProgramDoesNotProvide) {

@@ -52,6 +52,7 @@ public:
 EXPORTED void* createJournalService();
 EXPORTED void* createJournalServiceInvoker();
 EXPORTED void* createJournalServiceObserverProxy();
+EXPORTED void* createContactGetterInvoker();
 
 void* createJournalService() {
     return static_cast<Service*>(new SmallService);
@@ -63,4 +64,8 @@ void* createJournalServiceInvoker() {
 
 void* createJournalServiceObserverProxy() {
     return static_cast<Proxy*>(new SmallProxy);
+}
+
+void* createContactGetterInvoker() {
+    return static_cast<Invoker*>(new SmallInvoker);
 }

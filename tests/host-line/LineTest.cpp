@@ -33,7 +33,7 @@
 #include "platform/services/TeamServiceIfc.h"
 #include "platform/services/UCServiceIfc.h"
 #include "platform/services/WSIServiceIfc.h"
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace host {
 namespace {

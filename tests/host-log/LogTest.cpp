@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "platform/logging/Logging.h"
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace {
 

@@ -41,15 +41,12 @@ TEST(ClientBacklog, WhatWasTakenMakesRoom) {
     }
 }
 
-TEST(ClientBacklog, ANotificationBeyondTheWholeBoundOverflowsAtOnce) {
-    ClientBacklog backlog(10);
-    EXPECT_EQ(backlog.addNotification("12345678901"), Added::eOverflow);
-}
-
-TEST(ClientBacklog, AnswersDoNotCount) {
+TEST(ClientBacklog, CountsNotificationsOnlyAndRefusesOneBeyondTheWholeBoundAtOnce) {
     ClientBacklog backlog(10);
     EXPECT_EQ(backlog.addAnswer(std::string(1000, 'x')), Added::eWakeUp);
     EXPECT_EQ(backlog.addNotification("1234567890"), Added::eQueued);
+    ClientBacklog empty(10);
+    EXPECT_EQ(empty.addNotification("12345678901"), Added::eOverflow);
 }
 
 TEST(ClientBacklog, DropsEverythingWhenItIsClosed) {

@@ -66,6 +66,7 @@ TEST_F(RemoteClientTest, CarriesLongTextsBothWays) {
     RemoteClient client(m_directory.path());
     const std::string text(3000000, 'y');
     EXPECT_EQ(client.call(text), text);
+    EXPECT_EQ(client.callMethod(text), "opera_text: " + text);
 }
 
 TEST_F(RemoteClientTest, StopsWaitingWhenItIsInterrupted) {

@@ -18,7 +18,7 @@
 #include "platform/framework/InvokerResponse.h"
 #include "platform/framework/ProxyRequest.h"
 #include "tests/host-remote/RawClient.h"
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace remotetest {
 
@@ -101,6 +101,19 @@ private:
     FrameworkContext* m_context = nullptr;
 };
 
+/// Answers a method with what it was, and in which protocol it came.
+class MethodInvoker final : public Invoker {
+public:
+    void initInvoker(FrameworkContext* /*context*/) override {}
+    void handleMessage(Executable* /*target*/, const char* message, int length,
+                       InvokerResponse* response) override {
+        const std::string answer =
+            response->getRequestedProtocol() + ": " + std::string(message, static_cast<std::size_t>(length));
+        response->setPayload(answer.data(), static_cast<int>(answer.size()));
+        response->complete();
+    }
+};
+
 /// A server in front of these, in a directory of its own.
 class RemoteFixture : public ::testing::Test {
 protected:
@@ -117,6 +130,7 @@ protected:
     std::size_t m_padding = 0;
     SubscriptionService m_service;
     SmallInvoker m_invoker;
+    MethodInvoker m_methodInvoker;
     host::HostFrameworkContext m_framework;
     std::function<std::unique_ptr<Proxy>()> m_makeProxy = [this] {
         return std::make_unique<CountProxy>(m_proxies, m_padding);
@@ -158,7 +172,8 @@ inline void RemoteFixture::serve(host::RemoteLimits limits) {
     m_invoker.initInvoker(&m_framework);
     m_socket = std::make_unique<host::ServerSocket>(m_directory.path());
     m_server = std::make_unique<host::RemoteServer>(
-        *m_socket, host::RemoteBackend{m_service, m_invoker, m_framework, m_makeProxy}, limits);
+        *m_socket, host::RemoteBackend{m_service, m_invoker, m_methodInvoker, m_framework, m_makeProxy},
+        limits);
     m_server->start();
 }
 

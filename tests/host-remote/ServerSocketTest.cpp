@@ -12,7 +12,7 @@
 #include "host/remote/RemoteError.h"
 #include "host/remote/SocketAddress.h"
 #include "tests/host-remote/RawClient.h"
-#include "tests/host-remote/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace host {
 namespace {
@@ -68,12 +68,6 @@ TEST(ServerSocket, RefusesTheDirectoryOfALivingServerAndLeavesThatAlone) {
     EXPECT_THAT(refusal(directory.path()), AllOf(HasSubstr("a calljournal is already running at"),
                                                  HasSubstr("calljournal.sock"), HasSubstr("--data")));
     EXPECT_NO_THROW(RawClient(directory.path()));
-}
-
-TEST(ServerSocket, TakesADirectoryThatWasGivenFree) {
-    const TemporaryDirectory directory;
-    { const ServerSocket socket(directory.path()); }
-    EXPECT_EQ(refusal(directory.path()), "no error");
 }
 
 TEST(ServerSocket, DoesNotRemoveAFileThatIsNoSocket) {

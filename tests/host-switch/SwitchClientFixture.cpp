@@ -6,7 +6,11 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
+#include <future>
+#include <memory>
 
 #include "host/csta-wire/WireDocument.h"
 
@@ -49,25 +53,37 @@ host::Frame RawClient::next() {
     }
 }
 
-std::vector<std::string> RawClient::nextNames(std::size_t number) {
-    std::vector<std::string> names;
-    while (names.size() < number) {
-        const host::Frame frame = next();
-        std::string fault;
-        const auto document = host::WireDocument::parse(frame.xml, fault);
-        if (!document) {
-            ADD_FAILURE() << fault;
-            return names;
-        }
-        std::string name(document->name());
-        if (document->kind() == host::MessageKind::eEvent) {
-            EXPECT_EQ(frame.invokeId, host::Frame::kEventInvokeId);
-            name = name.substr(0, name.size() - 5) + " " +
-                   host::childText(document->root(), "localConnectionInfo");
-        }
-        names.push_back(std::move(name));
+std::string RawClient::nameOf(const host::Frame& frame) {
+    std::string fault;
+    const auto document = host::WireDocument::parse(frame.xml, fault);
+    if (!document) {
+        ADD_FAILURE() << fault;
+        return {};
     }
+    std::string name(document->name());
+    if (document->kind() != host::MessageKind::eEvent) {
+        return name;
+    }
+    EXPECT_EQ(frame.invokeId, host::Frame::kEventInvokeId);
+    const std::string state = host::childText(document->root(), "localConnectionInfo");
+    name = name.substr(0, name.size() - 5) + (state.empty() ? "" : " " + state);
+    const std::string device = m_devices[host::childText(document->root(), "monitorCrossRefID")];
+    return m_devices.size() > 1 ? device + " " + name : name;
+}
+
+std::vector<std::string> RawClient::nextNames(std::size_t number) {
+    std::vector<std::string> names(number);
+    std::generate(names.begin(), names.end(), [this] { return nameOf(next()); });
     return names;
+}
+
+std::string RawClient::heardUpTo(int invokeId) {
+    send(invokeId, "<RequestSystemStatus/>");
+    std::string heard;
+    for (host::Frame frame = next(); frame.invokeId != invokeId && !frame.xml.empty(); frame = next()) {
+        heard += (heard.empty() ? "" : ", ") + nameOf(frame);
+    }
+    return heard;
 }
 
 std::string RawClient::ask(int invokeId, std::string_view xml) {
@@ -83,12 +99,27 @@ std::string RawClient::monitor(const std::string& device, const std::string& fil
     std::string fault;
     const auto document = host::WireDocument::parse(answer, fault);
     EXPECT_TRUE(document && document->name() == "MonitorStartResponse") << answer;
-    return document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
+    const std::string id = document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
+    m_devices[id] = device;
+    return id;
 }
 
 bool RawClient::isClosed() const {
     char byte = 0;
     return ::recv(m_socket, &byte, 1, 0) == 0;
+}
+
+void Switch::playToEnd(const std::string& text, host::PlayOptions options) {
+    const auto over = std::make_shared<std::promise<void>>();
+    options.finished = [over] { over->set_value(); };
+    simulator.run(host::Scenario::parse(text), options);
+    ASSERT_EQ(over->get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready) << text;
+}
+
+host::SwitchOptions Switch::anyPort() {
+    host::SwitchOptions options;
+    options.port = 0;
+    return options;
 }
 
 }  // namespace switchtest

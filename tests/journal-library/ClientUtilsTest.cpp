@@ -92,19 +92,13 @@ TEST(UnescapeText, LeavesAloneWhatIsNoPlaceholder) {
     EXPECT_EQ(ClientUtils::unescapeText("cut \xEE\xB9"), "cut \xEE\xB9");
 }
 
-TEST(IsStringBool, AcceptsFourWordsAndNothingElse) {
-    for (const char* word : {"true", "false", "1", "0"}) {
+TEST(IsStringBool, AcceptsFourWordsOfWhichTwoAreTrue) {
+    for (const std::string word : {"true", "1", "false", "0"}) {
         EXPECT_TRUE(ClientUtils::isStringBool(word)) << word;
+        EXPECT_EQ(ClientUtils::stob(word), word == "true" || word == "1") << word;
     }
     for (const char* word : {"", "TRUE", "True", " true", "true ", "yes", "2", "00", "on"}) {
         EXPECT_FALSE(ClientUtils::isStringBool(word)) << word;
-    }
-}
-
-TEST(Stob, IsTrueForTheTwoTrueWordsOnly) {
-    EXPECT_TRUE(ClientUtils::stob("true"));
-    EXPECT_TRUE(ClientUtils::stob("1"));
-    for (const char* word : {"false", "0", "", "yes", "TRUE"}) {
         EXPECT_FALSE(ClientUtils::stob(word)) << word;
     }
 }

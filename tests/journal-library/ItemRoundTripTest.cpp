@@ -13,65 +13,13 @@
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ObserverMessage.h"
 #include "tests/journal-library/RandomItems.h"
+#include "tests/support/ItemTexts.h"
 
 /// What was written is read back equal, on every road that an item takes, whatever bytes its fields hold.
 namespace {
 
 using journaltest::some;
 using Helper = CallListDatabaseAdapterHelper;
-
-template <typename Item>
-struct Roads;
-
-template <>
-struct Roads<MissedCallItem> {
-    static constexpr const char* kTable = Helper::DAS_CALLLOGMISSEDCALLS;
-    static constexpr auto kBody = &Helper::createXMLMissedCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLMissedCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLMissedCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetMissedCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqMissedCallsUpdate;
-};
-
-template <>
-struct Roads<DialledCallItem> {
-    static constexpr const char* kTable = Helper::DAS_CALLLOGDIALLEDCALLS;
-    static constexpr auto kBody = &Helper::createXMLDialledCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLDialledCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLDialledCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetDialledCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqDialledCallsUpdate;
-};
-
-template <>
-struct Roads<ReceivedCallItem> {
-    static constexpr const char* kTable = Helper::DAS_CALLLOGRECEIVEDCALLS;
-    static constexpr auto kBody = &Helper::createXMLReceivedCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLReceivedCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLReceivedCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetReceivedCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqReceivedCallsUpdate;
-};
-
-template <>
-struct Roads<ForwardedCallItem> {
-    static constexpr const char* kTable = Helper::DAS_CALLLOGFORWARDEDCALLS;
-    static constexpr auto kBody = &Helper::createXMLForwardedCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLForwardedCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLForwardedCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetForwardedCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqForwardedCallsUpdate;
-};
-
-template <>
-struct Roads<CallBackItem> {
-    static constexpr const char* kTable = Helper::DAS_CALLLOGCALLBACKS;
-    static constexpr auto kBody = &Helper::createXMLCallBackItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLCallBackItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLCallBackList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetCallBackList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqCallBacksUpdate;
-};
 
 template <typename Item>
 class ItemRoundTrip : public ::testing::Test {
@@ -87,7 +35,7 @@ using Items =
 TYPED_TEST_SUITE(ItemRoundTrip, Items, );
 
 TYPED_TEST(ItemRoundTrip, GoesThroughAWriteRequest) {
-    using Road = Roads<TypeParam>;
+    using Road = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         const auto item = some<TypeParam>();
         const std::string request = Helper::addXMLHeaderFooter(
@@ -105,7 +53,7 @@ TYPED_TEST(ItemRoundTrip, GoesThroughAWriteRequest) {
 }
 
 TYPED_TEST(ItemRoundTrip, GoesThroughAListDocument) {
-    using Road = Roads<TypeParam>;
+    using Road = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         std::deque<TypeParam> written;
         journalxml::ListDocument document(Road::kTable);
@@ -122,7 +70,7 @@ TYPED_TEST(ItemRoundTrip, GoesThroughAListDocument) {
 }
 
 TYPED_TEST(ItemRoundTrip, GoesThroughAnAnswer) {
-    using Road = Roads<TypeParam>;
+    using Road = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         const std::deque<TypeParam> written{some<TypeParam>(), some<TypeParam>()};
         const std::string answer = Road::kListAnswer(written);
@@ -137,7 +85,7 @@ TYPED_TEST(ItemRoundTrip, GoesThroughAnAnswer) {
 }
 
 TYPED_TEST(ItemRoundTrip, GoesThroughAnObserverMessage) {
-    using Road = Roads<TypeParam>;
+    using Road = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         const auto item = some<TypeParam>();
         const std::string entryId = journaltest::someText();
@@ -152,7 +100,7 @@ TYPED_TEST(ItemRoundTrip, GoesThroughAnObserverMessage) {
 }
 
 TYPED_TEST(ItemRoundTrip, NamesItsRowInADeleteRequest) {
-    using Road = Roads<TypeParam>;
+    using Road = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         auto item = some<TypeParam>();
         item.setEntryId("id" + item.getEntryId());

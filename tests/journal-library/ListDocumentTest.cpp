@@ -20,12 +20,6 @@ MissedCallItem itemOf(std::size_t nameBytes) {
     return item;
 }
 
-TEST(ListDocument, IsReadableWhenItIsEmpty) {
-    std::deque<MissedCallItem> list;
-    EXPECT_TRUE(JournalServiceHelper::parseXMLMissedCallList(journalxml::ListDocument(kMissed).text(), list));
-    EXPECT_TRUE(list.empty());
-}
-
 TEST(ListDocument, StopsAtItsBoundAndStaysReadable) {
     journalxml::ListDocument document(kMissed, 1000);
     std::size_t added = 0;
@@ -51,6 +45,17 @@ TEST(ListDocument, StopsBeforeItHoldsMoreElementsThanReadersTake) {
     std::deque<MissedCallItem> read;
     EXPECT_TRUE(JournalServiceHelper::parseXMLMissedCallList(document.text(), read));
     EXPECT_EQ(read.size(), 4U);
+}
+
+TEST(ListDocument, HidesTheFailureMarkerInNames) {
+    MissedCallItem item;
+    item.setSurname("failure-failure");
+    journalxml::ListDocument document(kMissed);
+    ASSERT_TRUE(document.add(item));
+    EXPECT_EQ(document.text().find("failure"), std::string::npos);
+    std::deque<MissedCallItem> read;
+    ASSERT_TRUE(JournalServiceHelper::parseXMLMissedCallList(document.text(), read));
+    EXPECT_EQ(read.front().getSurname(), "failure-failure");
 }
 
 TEST(ListAnswer, IsCutBehindTheNewestEntriesWithAWarning) {

@@ -1,9 +1,11 @@
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/journal-library/DataAnswer.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/XmlLimits.h"
 
@@ -11,54 +13,46 @@ namespace {
 
 constexpr const char* kEntryId = CallListDatabaseAdapterHelper::ENTRYID;
 
-struct MethodCase {
-    std::string message;
-    int method;
-};
-
-class MethodOfMessage : public ::testing::TestWithParam<MethodCase> {};
-
-TEST_P(MethodOfMessage, IsReadOrMinusOne) {
-    EXPECT_EQ(JournalServiceHelper::getMethodFromXMLMsg(GetParam().message), GetParam().method)
-        << GetParam().message;
+TEST(MethodOfMessage, IsReadOrMinusOne) {
+    const std::pair<const char*, int> messages[] = {
+        {"<JournalRequest><Method>0</Method></JournalRequest>", 0},
+        {"<any><Method>41</Method></any>", 41},
+        {"<j:any xmlns:j='x'><j:Method>7</j:Method></j:any>", 7},
+        {"<any>\n  <Method><!-- which? -->7</Method>\n</any>", 7},
+        {"<any><Method>7</Method><Method>8</Method></any>", 7},
+        {"<any><Method>12345</Method></any>", 12345},
+        {"<any><ENTRY><Method>7</Method></ENTRY></any>", -1},
+        {"<any Method='7'/>", -1},
+        {"<Method>7</Method>", -1},
+        {"<any><Method>-2</Method></any>", -1},
+        {"<any><Method>7 </Method></any>", -1},
+        {"<any><Method>seven</Method></any>", -1},
+        {"<any><Method>99999999999</Method></any>", -1},
+        {"<any><Method/></any>", -1},
+        {"<any/>", -1},
+        {"7", -1},
+        {"", -1},
+    };
+    for (const auto& [message, method] : messages) {
+        EXPECT_EQ(JournalServiceHelper::getMethodFromXMLMsg(message), method) << message;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, MethodOfMessage,
-    ::testing::Values(
-        MethodCase{"<JournalRequest><Method>0</Method></JournalRequest>", 0},
-        MethodCase{"<any><Method>41</Method></any>", 41},
-        MethodCase{"<j:any xmlns:j='x'><j:Method>7</j:Method></j:any>", 7},
-        MethodCase{"<any>\n  <Method><!-- which? -->7</Method>\n</any>", 7},
-        MethodCase{"<any><Method>7</Method><Method>8</Method></any>", 7},
-        MethodCase{"<any><Method>12345</Method></any>", 12345},
-        MethodCase{"<any><ENTRY><Method>7</Method></ENTRY></any>", -1}, MethodCase{"<any Method='7'/>", -1},
-        MethodCase{"<Method>7</Method>", -1}, MethodCase{"<any><Method>-2</Method></any>", -1},
-        MethodCase{"<any><Method>7 </Method></any>", -1}, MethodCase{"<any><Method>seven</Method></any>", -1},
-        MethodCase{"<any><Method>99999999999</Method></any>", -1}, MethodCase{"<any><Method/></any>", -1},
-        MethodCase{"<any/>", -1}, MethodCase{"7", -1}, MethodCase{"", -1}));
-
-TEST(GetXMLValue, GivesTheFirstValueOfAField) {
-    std::string value;
-    ASSERT_TRUE(JournalServiceHelper::getXMLValue("<m><Value>a</Value><Value>b</Value></m>", "Value", value));
-    EXPECT_EQ(value, "a");
-}
-
-TEST(GetXMLValue, TellsAnEmptyFieldFromAMissingOne) {
+TEST(GetXMLValue, GivesTheFirstValueAndTellsAnEmptyFieldFromAMissingOne) {
     std::string value = "before";
     EXPECT_FALSE(JournalServiceHelper::getXMLValue("<m><Other>a</Other></m>", "Value", value));
     EXPECT_EQ(value, "before");
-    EXPECT_TRUE(JournalServiceHelper::getXMLValue("<m><Value/></m>", "Value", value));
-    EXPECT_EQ(value, "");
-}
-
-TEST(GetXMLValue, KeepsWhiteSpaceAndJoinsCharacterData) {
-    std::string value;
-    ASSERT_TRUE(JournalServiceHelper::getXMLValue("<m><Value>  </Value></m>", "Value", value));
-    EXPECT_EQ(value, "  ");
-    ASSERT_TRUE(JournalServiceHelper::getXMLValue("<m><Value> a<![CDATA[<&>]]><!-- - -->b </Value></m>",
-                                                  "Value", value));
-    EXPECT_EQ(value, " a<&>b ");
+    const std::pair<const char*, const char*> fields[] = {
+        {"<Value>a</Value><Value>b</Value>", "a"},
+        {"<Value/>", ""},
+        {"<Value>  </Value>", "  "},
+        {"<Value> a<![CDATA[<&>]]><!-- - -->b </Value>", " a<&>b "},
+    };
+    for (const auto& [text, expected] : fields) {
+        EXPECT_TRUE(JournalServiceHelper::getXMLValue(std::string("<m>") + text + "</m>", "Value", value))
+            << text;
+        EXPECT_EQ(value, expected) << text;
+    }
 }
 
 TEST(GetXMLValue, ReadsSettingsKeysAsBooleans) {
@@ -130,12 +124,12 @@ TEST(GetXMLValues, GivesAllInOnePass) {
 }
 
 TEST(ParseLastUniqueId, IsEmptyUnlessTheAnswerNamesOne) {
-    EXPECT_EQ(JournalServiceHelper::parseLastUniqueId(
-                  "<Schema name='CallLogMissedCalls'><LastUniqueId>17</LastUniqueId></Schema>"),
-              "17");
-    EXPECT_EQ(JournalServiceHelper::parseLastUniqueId("<Schema name='CallLogMissedCalls'/>"), "");
-    EXPECT_EQ(JournalServiceHelper::parseLastUniqueId("failed"), "");
-    EXPECT_EQ(JournalServiceHelper::parseLastUniqueId(""), "");
+    const auto uniqueIdOf = [](const std::string& answer) {
+        return JournalServiceHelper::parseLastUniqueId(answer);
+    };
+    EXPECT_EQ(uniqueIdOf(journalxml::buildUpdateAnswer("CallLogMissedCalls", "17")), "17");
+    EXPECT_EQ(uniqueIdOf(journalxml::buildUpdateAnswer("CallLogMissedCalls")), "");
+    EXPECT_EQ(uniqueIdOf("failed"), "");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/journal-lists/JournalRig.h"
-#include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
@@ -19,126 +19,71 @@ Info occurrence(const std::string& number, const std::string& time) {
     return info;
 }
 
-class CallLogRequests : public testing::Test {
-protected:
-    [[nodiscard]] CallLogEntryRequest onlyRequest() const {
-        const auto entries = rig.exchange.callLogEntries();
-        EXPECT_EQ(entries.size(), 1U);
-        return entries.empty() ? CallLogEntryRequest{} : entries.front();
-    }
-
-    static void expectNothingFurther(const CallLogEntryRequest& request, std::size_t pairs = 4) {
-        EXPECT_EQ(request.reserved, 0);
-        for (std::size_t pair = 0; pair < pairs; ++pair) {
-            EXPECT_EQ(request.further.at(pair).value, 0);
-            EXPECT_EQ(request.further.at(pair).text, "");
+/// "action target time kind number", and what else the request says.
+std::string textOf(const CallLogEntryRequest& request) {
+    std::string text = std::to_string(request.action) + " " + std::to_string(request.logTarget) + " '" +
+                       request.entryTime + "' " + std::to_string(request.numberKind) + " '" +
+                       request.subscriberNumber + "'";
+    for (std::size_t pair = 0; pair < request.further.size(); ++pair) {
+        if (request.further[pair].value != 0 || !request.further[pair].text.empty()) {
+            text += " " + std::to_string(pair) + ": " + std::to_string(request.further[pair].value) + " " +
+                    request.further[pair].text;
         }
     }
+    return request.reserved == 0 ? text : text + " reserved";
+}
 
+TEST(CallLogRequests, NameAnEntryAWholeLogOrAGroupsEntries) {
     JournalRig rig;
-    const journal::CallLogRequests& requests = rig.requests;
-};
-
-TEST_F(CallLogRequests, NameOneEntryByNumberAndTime) {
-    const auto info = occurrence<MissedCallItem::MissedCallInfo>("4711", "2026-11-21T08:00:00Z");
-    EXPECT_TRUE(requests.sendMissedCallLogEntryRequest(&info));
-    const auto request = onlyRequest();
-    EXPECT_EQ(request.action, 1);
-    EXPECT_EQ(request.logTarget, 1);
-    EXPECT_EQ(request.entryTime, "2026-11-21T08:00:00Z");
-    EXPECT_EQ(request.numberKind, 1);
-    EXPECT_EQ(request.subscriberNumber, "4711");
-    expectNothingFurther(request);
+    auto missed = occurrence<MissedCallItem::MissedCallInfo>("4711", "2026-11-21T08:00:00Z");
+    EXPECT_TRUE(rig.requests.sendMissedCallLogEntryRequest(&missed));
+    EXPECT_TRUE(rig.requests.sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::eDialled));
+    missed.setGroupText("sales");
+    EXPECT_TRUE(rig.requests.sendMissedGroupCallLogEntryRequest(&missed));
+    Texts texts;
+    for (const auto& request : rig.exchange.callLogEntries()) {
+        texts.push_back(textOf(request));
+    }
+    EXPECT_EQ(texts,
+              (Texts{"1 1 '2026-11-21T08:00:00Z' 1 '4711'", "2 4 '' 2 ''", "2 3 '' 1 '4711' 3: 1 sales"}));
+    for (const auto& noted : rig.exchange.requests(FakeCstaService::Kind::eEscape)) {
+        EXPECT_EQ(noted.eventType, 0) << "they travel in a private request of type 0";
+    }
 }
 
-TEST_F(CallLogRequests, NameAWholeLogByItsTargetAlone) {
-    EXPECT_TRUE(requests.sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::eDialled));
-    const auto request = onlyRequest();
-    EXPECT_EQ(request.action, 2);
-    EXPECT_EQ(request.logTarget, 4);
-    EXPECT_EQ(request.entryTime, "");
-    EXPECT_EQ(request.numberKind, 2);
-    EXPECT_EQ(request.subscriberNumber, "");
-    expectNothingFurther(request);
-}
-
-TEST_F(CallLogRequests, NameAGroupsEntriesByNumberAndGroupText) {
-    auto info = occurrence<MissedCallItem::MissedCallInfo>("4711", "2026-11-21T08:00:00Z");
-    info.setGroupText("sales");
-    EXPECT_TRUE(requests.sendMissedGroupCallLogEntryRequest(&info));
-    const auto request = onlyRequest();
-    EXPECT_EQ(request.action, 2);
-    EXPECT_EQ(request.logTarget, 3);
-    EXPECT_EQ(request.entryTime, "");
-    EXPECT_EQ(request.numberKind, 1);
-    EXPECT_EQ(request.subscriberNumber, "4711");
-    EXPECT_EQ(request.further.back().value, 1);
-    EXPECT_EQ(request.further.back().text, "sales");
-    expectNothingFurther(request, 3);
-}
-
-TEST_F(CallLogRequests, TravelInAPrivateRequestOfTypeZero) {
-    requests.sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::eReceived);
-    const auto noted = rig.exchange.requests(FakeCstaService::Kind::eEscape);
-    ASSERT_EQ(noted.size(), 1U);
-    EXPECT_EQ(noted.front().eventType, 0);
-    EXPECT_TRUE(CapturedLog::contains("sendCSTAEscapeRequest():TargetLog: 0, SubscriberNumber: "));
-    EXPECT_TRUE(CapturedLog::contains("sendCSTAEscapeRequest() : response code is ok"));
-}
-
-TEST_F(CallLogRequests, ReportAFailureOnlyWhereTheOutcomeIsAsked) {
+TEST(CallLogRequests, ReportAFailureOnlyWhereTheOutcomeIsAsked) {
+    JournalRig rig;
     rig.exchange.fail(FakeCstaService::Kind::eEscape);
     const CallLogEntryRequest request;
-    EXPECT_FALSE(requests.sendCSTAEscapeRequest(&request));
-    EXPECT_TRUE(requests.sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::eMissed));
-    EXPECT_EQ(CapturedLog::count("sendCSTAEscapeRequest() : response code is error"), 2);
-
+    EXPECT_FALSE(rig.requests.sendCSTAEscapeRequest(&request));
+    EXPECT_TRUE(rig.requests.sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::eMissed));
     rig.collaborators.m_cstaService = nullptr;
-    EXPECT_FALSE(requests.sendCSTAEscapeRequest(&request));
+    EXPECT_FALSE(rig.requests.sendCSTAEscapeRequest(&request));
 }
 
-struct Overflow {
-    const char* name;
-    int systemIdentifier;
-    Texts numbers;  // newest first
-    std::string newNumber;
-    std::string sent;
-};
-
-std::ostream& operator<<(std::ostream& out, const Overflow& overflow) {
-    return out << overflow.name;
-}
-
-Texts tenEndingIn(const std::string& oldest, const std::string& others = "1") {
-    Texts numbers(9, others);
-    numbers.push_back(oldest);
-    return numbers;
-}
-
-class DialledOverflow : public testing::TestWithParam<Overflow> {};
-
-TEST_P(DialledOverflow, TellsTheSwitchOfANumberThatLeavesTheItemForGood) {
-    JournalRig rig;
-    rig.phoneIs("Norlith Qorvex", GetParam().systemIdentifier);
-    std::list<Dialled> infos;
-    for (const std::string& number : GetParam().numbers) {
-        infos.push_back(occurrence<Dialled>(number, "t" + std::to_string(infos.size())));
+// The numbers of a full dialled item, newest first ("-" for an empty one), and the number of the call that comes in front.
+TEST(CallLogRequests, TellTheSwitchOfADialledNumberThatLeavesTheItemForGood) {
+    for (const auto& row : table(4, R"(
+2 | 1 1 1 1 1 1 1 1 2   | 3 |
+2 | 1 1 1 1 1 1 1 1 1 2 | 3 | one 4 2 t9
+2 | 1 1 1 1 1 1 1 1 1 1 | 3 |
+2 | 1 1 1 1 1 1 1 1 1 2 | 2 |
+2 | 1 1 1 1 1 1 1 1 1 - | - |
+2 | 1 1 1 1 1 1 1 1 1 - | 3 | one 4  t9
+0 | 1 1 1 1 1 1 1 1 1 2 | 3 |
+)")) {
+        const auto numberOf = [](const std::string& word) { return word == "-" ? std::string() : word; };
+        JournalRig rig;
+        rig.phoneIs("Norlith Qorvex", std::stoi(row[0]));
+        std::list<Dialled> infos;
+        for (const std::string& number : split(row[1], ' ')) {
+            infos.push_back(occurrence<Dialled>(numberOf(number), "t" + std::to_string(infos.size())));
+        }
+        EXPECT_TRUE(rig.requests.sendCSTACAllLogEntryDeleteRequest(
+            infos, occurrence<Dialled>(numberOf(row[2]), "now")));
+        EXPECT_EQ(rig.sent(), row[3]) << row[1] << ", then " << row[2];
     }
-    EXPECT_TRUE(rig.requests.sendCSTACAllLogEntryDeleteRequest(
-        infos, occurrence<Dialled>(GetParam().newNumber, "now")));
-    EXPECT_EQ(rig.sent(), GetParam().sent);
 }
-
-const Overflow kOverflows[] = {
-    {"NotFromNine", 2, Texts{"1", "1", "1", "1", "1", "1", "1", "1", "2"}, "3", ""},
-    {"FromTen", 2, tenEndingIn("2"), "3", "one 4 2 t9"},
-    {"NotWhenTheNumberStandsEarlierToo", 2, tenEndingIn("1"), "3", ""},
-    {"NotWhenTheNewCallHasTheNumber", 2, tenEndingIn("2"), "2", ""},
-    {"NotForTwoEmptyNumbers", 2, tenEndingIn(""), "", ""},
-    {"ForAnEmptyNumberBesideOthers", 2, tenEndingIn(""), "3", "one 4  t9"},
-    {"NotWithoutALogAtTheSwitch", 0, tenEndingIn("2"), "3", ""},
-};
-INSTANTIATE_TEST_SUITE_P(Table, DialledOverflow, testing::ValuesIn(kOverflows), kRowName);
 
 }  // namespace
 }  // namespace journaltest

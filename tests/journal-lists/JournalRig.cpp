@@ -186,7 +186,7 @@ void JournalRig::startWith(const std::vector<MissedCallItem>& missed,
     const std::string softwareType = settings.values()->m_softwareType;
     const int systemIdentifier = settings.values()->m_systemIdentifier;
     phoneIs(softwareTypes::sip);  // which loads every list
-    loader.loadCallListsFromDb();
+    load();
     phoneIs(softwareType, systemIdentifier);
     forget();
 }

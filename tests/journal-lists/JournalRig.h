@@ -60,6 +60,9 @@ public:
                    const std::vector<ReceivedCallItem>& received = {},
                    const std::vector<ForwardedCallItem>& forwarded = {},
                    const std::vector<CallBackItem>& callBacks = {});
+    void load() {
+        loader.loadWith([this] { loader.loadCallListsFromDb(); });
+    }
     /// Forgets requests and callbacks, not the lists.
     void forget();
 

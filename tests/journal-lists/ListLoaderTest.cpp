@@ -9,7 +9,7 @@
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/ListOrder.h"
 #include "tests/journal-lists/JournalRig.h"
-#include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
@@ -18,7 +18,7 @@ using Helper = CallListDatabaseAdapterHelper;
 constexpr const char* kTime = "2026-11-21T08:00:00Z";
 
 class ListLoader : public testing::Test {
-protected:
+public:
     /// An entry a list: m1, d1, r1, f1, c1.
     void startWithOneEach() {
         rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", kTime}})},
@@ -52,17 +52,19 @@ protected:
         });
     }
 
+    void TestBody() override {}
+
     JournalRig rig;
 };
 
 TEST_F(ListLoader, AsksForEveryListOnceAndForForwardedCallsOnASipPhoneOnly) {
     rig.phoneIs(softwareTypes::sip);
-    rig.loader.loadCallListsFromDb();
+    rig.load();
     EXPECT_EQ(rig.read(), "MissedCalls DialledCalls ReceivedCalls ForwardedCalls CallBacks");
     for (const char* other : {softwareTypes::qorvex, "", "norlith sip"}) {
         rig.forget();
         rig.phoneIs(other);
-        rig.loader.loadCallListsFromDb();
+        rig.load();
         EXPECT_EQ(rig.read(), "MissedCalls DialledCalls ReceivedCalls CallBacks") << other;
     }
 }
@@ -73,47 +75,37 @@ TEST_F(ListLoader, CountsAsLoadedEvenWhenEveryRequestFailed) {
     JournalRig fresh;
     EXPECT_FALSE(fresh.loader.listsLoaded());
     fresh.database.setFailing(true);
-    fresh.loader.loadCallListsFromDb();
+    fresh.load();
     EXPECT_TRUE(fresh.loader.listsLoaded());
 
     rig.database.setFailing(true);
-    rig.loader.loadCallListsFromDb();
+    rig.load();
     EXPECT_EQ(rig.listContents(), before);
     EXPECT_EQ(rig.heard(), "") << "loading tells nobody";
 }
 
-struct Answered {
-    const char* name;  // the table
-    const char* withFailure;
-    const char* withEmptyAnswer;
-};
-
-class ListLoaderAnswers : public ListLoader, public testing::WithParamInterface<Answered> {};
-
-TEST_P(ListLoaderAnswers, KeepsAListWhoseReadFailedAndLoadsTheOthers) {
-    startWithOneEach();
-    addOneRowEach();
-    answerReadsOf(GetParam().name, Helper::FAILED);
-    rig.loader.loadCallListsFromDb();
-    EXPECT_EQ(rig.entryIds(), GetParam().withFailure);
+// A failed read keeps the list, an empty or unreadable answer empties it; the others are loaded in any case.
+TEST_F(ListLoader, TakesEachListsAnswerForItself) {
+    for (const auto& row : table(3, R"(
+CallLogMissedCalls    | m1 d2 d1 r2 r1 f2 f1 c2 c1 | d2 d1 r2 r1 f2 f1 c2 c1
+CallLogDialledCalls   | m2 m1 d1 r2 r1 f2 f1 c2 c1 | m2 m1 r2 r1 f2 f1 c2 c1
+CallLogReceivedCalls  | m2 m1 d2 d1 r1 f2 f1 c2 c1 | m2 m1 d2 d1 f2 f1 c2 c1
+CallLogForwardedCalls | m2 m1 d2 d1 r2 r1 f1 c2 c1 | m2 m1 d2 d1 r2 r1 c2 c1
+CallLogCallBacks      | m2 m1 d2 d1 r2 r1 f2 f1 c1 | m2 m1 d2 d1 r2 r1 f2 f1
+)")) {
+        const std::string empty = journalxml::ListDocument(row[0]).text();
+        for (const std::string& answer :
+             {std::string(Helper::FAILED), empty, std::string("not a document")}) {
+            ListLoader loader;
+            loader.startWithOneEach();
+            loader.addOneRowEach();
+            loader.answerReadsOf(row[0], answer);
+            loader.rig.load();
+            EXPECT_EQ(loader.rig.entryIds(), row[answer == Helper::FAILED ? 1 : 2])
+                << row[0] << ": " << answer;
+        }
+    }
 }
-
-TEST_P(ListLoaderAnswers, EmptiesAListThatHoldsNothingAnyMore) {
-    startWithOneEach();
-    addOneRowEach();
-    answerReadsOf(GetParam().name, journalxml::ListDocument(GetParam().name).text());
-    rig.loader.loadCallListsFromDb();
-    EXPECT_EQ(rig.entryIds(), GetParam().withEmptyAnswer);
-}
-
-const Answered kAnswers[] = {
-    {Helper::DAS_CALLLOGMISSEDCALLS, "m1 d2 d1 r2 r1 f2 f1 c2 c1", "d2 d1 r2 r1 f2 f1 c2 c1"},
-    {Helper::DAS_CALLLOGDIALLEDCALLS, "m2 m1 d1 r2 r1 f2 f1 c2 c1", "m2 m1 r2 r1 f2 f1 c2 c1"},
-    {Helper::DAS_CALLLOGRECEIVEDCALLS, "m2 m1 d2 d1 r1 f2 f1 c2 c1", "m2 m1 d2 d1 f2 f1 c2 c1"},
-    {Helper::DAS_CALLLOGFORWARDEDCALLS, "m2 m1 d2 d1 r2 r1 f1 c2 c1", "m2 m1 d2 d1 r2 r1 c2 c1"},
-    {Helper::DAS_CALLLOGCALLBACKS, "m2 m1 d2 d1 r2 r1 f2 f1 c1", "m2 m1 d2 d1 r2 r1 f2 f1"},
-};
-INSTANTIATE_TEST_SUITE_P(Table, ListLoaderAnswers, testing::ValuesIn(kAnswers), kRowName);
 
 TEST_F(ListLoader, DropsItemsWithoutOccurrencesHereAndInTheDatabase) {
     rig.startWith(
@@ -152,32 +144,6 @@ TEST_F(ListLoader, OrdersKeysAsUnsignedBytes) {
     EXPECT_TRUE(journal::isReceivedCallOrdered(empty, older)) << "the entry id stands in for the time";
     EXPECT_TRUE(journal::isForwardedCallOrdered(itemOf<ForwardedCallItem>("a", "", {{"1", "3"}}),
                                                 itemOf<ForwardedCallItem>("b", "", {{"1", "2"}})));
-}
-
-TEST_F(ListLoader, EmptiesAListWhoseAnswerCannotBeRead) {
-    startWithOneEach();
-    answerReadsOf(Helper::DAS_CALLLOGDIALLEDCALLS, "not a document");
-    rig.loader.loadCallListsFromDb();
-    EXPECT_EQ(rig.entryIds(), "m1 r1 f1 c1");
-}
-
-TEST_F(ListLoader, LogsBeginEndAndAnswersOnly) {
-    rig.loader.loadCallListsFromDb();
-    for (const char* text :
-         {"loadCallListsFromDb - BEGIN", "response from readmissedcalllist:<",
-          "response from readDialledCallList:<", "response from readReceivedCallList:<",
-          "response from readForwardedCallList:<",
-          "before sort JournalService::normalizeDialledCallList: m_DialledCallList.size():0\n",
-          "after sort JournalService::normalizeReceivedCallList: m_ReceivedCallList.size():0\n",
-          "before sort JournalService::normalizeForwardedCallList: m_ForwardedCallList.size():0\n",
-          "loadCallListsFromDb - END"}) {
-        EXPECT_TRUE(CapturedLog::contains(text)) << text;
-    }
-    CapturedLog::reset();
-    rig.database.setFailing(true);
-    rig.loader.loadCallListsFromDb();
-    EXPECT_EQ(CapturedLog::lines("Journal Service"),
-              (Texts{"loadCallListsFromDb - BEGIN", "loadCallListsFromDb - END"}));
 }
 
 }  // namespace

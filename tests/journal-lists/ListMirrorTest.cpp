@@ -4,7 +4,6 @@
 
 #include "src/JournalService/ListTable.h"
 #include "tests/journal-lists/JournalRig.h"
-#include "tests/support/CapturedLog.h"
 
 namespace journaltest {
 namespace {
@@ -99,16 +98,6 @@ TEST_F(ListMirror, SaysThatTheVisitorsLogIsDueForEveryAnswerThatNamesARow) {
     mirror.deleteAll<ReceivedCallItem>();
     EXPECT_FALSE(mirror.m_visitorCallLogSavePending) << "there was nothing to delete";
     EXPECT_EQ(mirror.lastUniqueId(), "1");
-}
-
-TEST_F(ListMirror, LogsRequestAndAnswer) {
-    auto item = itemOf<MissedCallItem>("e1", "", {{"4711", "2026-11-21T08:00:00Z"}});
-    mirror.updateMissedEntry(item, Helper::WRITEREQUEST);
-    EXPECT_TRUE(CapturedLog::contains("updateEntries[CallLogMissedCalls][<ENTRY>"));
-    EXPECT_TRUE(CapturedLog::contains("DAS resp <"));
-    rig.database.setFailing(true);
-    mirror.updateMissedEntry(item, Helper::WRITEREQUEST);
-    EXPECT_TRUE(CapturedLog::contains("DAS resp failed \n"));
 }
 
 TEST_F(ListMirror, LetsAnItemThatWasNeverStoredBeStoredWhenItIsViewed) {

@@ -7,6 +7,7 @@
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
+#include "src/JournalServiceEvents/CallLogReadiness.h"
 #include "src/JournalServiceEvents/CstaMonitors.h"
 #include "src/JournalServiceEvents/JournalRefresh.h"
 #include "src/JournalServiceEvents/JournallingGate.h"
@@ -97,7 +98,8 @@ public:
     FakePallax pallax;
     FakeWsi wsi;
     journal::CstaMonitors monitors{collaborators, settings, *this};
-    journal::ManagementValues managementValues{collaborators, settings, monitors};
+    journal::CallLogReadiness readiness;
+    journal::ManagementValues managementValues{collaborators, settings, monitors, readiness};
     journal::OwnSettings ownSettings{settings, adapter, lists};
     journal::JournallingGate gate{collaborators, settings};
     journal::JournalRefresh refresh{{collaborators, settings, ownSettings, managementValues, lists, notifier},

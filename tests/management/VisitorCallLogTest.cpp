@@ -59,21 +59,16 @@ TEST_F(VisitorCallLog, IsFirstSavedAfterAnHourAndMoreByTheMacAddress) {
                   milliseconds(3600000 + address.spreadMs))
             << address.address;
     }
-    EXPECT_TRUE(CapturedLog::contains("inital timeout for auto calllog save:7170000"));
     EXPECT_TRUE(rig.context.runningTimers().empty()) << "arming it is the platform's business";
 }
 
-TEST_F(VisitorCallLog, HasNoTimerWithoutAMacAddress) {
+TEST_F(VisitorCallLog, HasNoTimerWithoutAMacAddressOrWhereNoneCanBeMade) {
     log.createFirstTimer();
     EXPECT_EQ(log.getAutoSaveVisitorCallLogToVantorTimerId(), -1);
-    EXPECT_TRUE(rig.context.timers().empty());
-}
-
-TEST_F(VisitorCallLog, SaysInTheLogThatATimerCannotBeMade) {
     rig.context.refuseTimers();
     startsWithMac("00");
+    EXPECT_EQ(log.getAutoSaveVisitorCallLogToVantorTimerId(), -1);
     EXPECT_TRUE(CapturedLog::contains("could not start autoSaveVisitorCallLogToVantor timer"));
-    EXPECT_FALSE(CapturedLog::contains("could not create timer"));
 }
 
 TEST_F(VisitorCallLog, IsSavedEveryHourThatSomethingWasWritten) {
@@ -89,7 +84,6 @@ TEST_F(VisitorCallLog, IsSavedEveryHourThatSomethingWasWritten) {
     somethingIsWritten();
     rig.context.advance(hours(1));
     EXPECT_EQ(mobility.saves(), 2);
-    EXPECT_EQ(CapturedLog::count("mobility svc returned true!"), 2);
 }
 
 TEST_F(VisitorCallLog, IsTriedAgainAnHourAfterAFailure) {
@@ -99,7 +93,6 @@ TEST_F(VisitorCallLog, IsTriedAgainAnHourAfterAFailure) {
     mobility.succeed(false);
     rig.context.advance(hours(2));
     EXPECT_EQ(mobility.saves(), 2);
-    EXPECT_EQ(CapturedLog::count("mobility svc returned false"), 2);
     EXPECT_TRUE(rig.mirror.m_visitorCallLogSavePending);
     mobility.succeed(true);
     rig.context.advance(hours(2));

@@ -1,0 +1,316 @@
+// The call log that the switch keeps: what each of its events does in the lists, when it is applied, which call a deletion
+// takes, and that nothing of it goes back to the switch.
+
+#include <atomic>
+#include <regex>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "host/clock/SystemClock.h"
+#include "journal-items/Occurrences.h"
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAPrivateEvents.h"
+#include "src/JournalService/JournalParts.h"
+#include "tests/entry-creation/EntryRig.h"
+#include "tests/support/CapturedLog.h"
+
+namespace journaltest {
+namespace {
+
+using Entry = CallLogEntryEvent;
+constexpr auto kIso = Entry::eTimeIso8601;
+constexpr auto kLocal = Entry::eTimeLocal;
+
+/// Eight o'clock on a day of November 2026.
+std::string on(int day) {
+    return "2026-11-" + std::to_string(day) + "T08:00:00Z";
+}
+
+Entry entry(int action, int target, const std::string& number, const std::string& when) {
+    Entry event;
+    event.action = action;
+    event.logTarget = static_cast<Entry::_LogTarget>(target);
+    event.subscriberNumber = number;
+    event.entryTime = when;
+    event.textE = target == Entry::eMissedGroup ? "line g" : "";
+    return event;
+}
+
+/// A Qorvex phone in server call-log mode with the host's clock, and what the switch says to it.
+class Phone : public EntryRig {
+public:
+    Phone() {
+        clock.adoptClock(&hostClock);
+        phoneIs(softwareTypes::qorvex, 2);
+    }
+    void dayIs(int day) { time.set(FakeClock::kStart + (day - 21) * 86400L); }
+    void hears(const Entry& event) { events.handleCallLogEntryEvent(&event); }
+    void hearsPrivately(const Entry& event) {
+        CSTAPrivateEvent carrier;
+        carrier.setCallLogEntry(event);
+        privateEvents.handleCSTAPrivateEvent(&carrier);
+    }
+    void clearsACall() {
+        CSTAConnectionClearedEvent event;
+        m_connectionCleared.immediatelyhandleCSTAConnectionClearedEvent(&event);
+    }
+
+    /// A list with the days of its calls: "4711:23,22 g4711:22"; "g" marks a call on a line.
+    template <typename Item>
+    std::string days() {
+        Texts texts;
+        for (const Item& item : items<Item>()) {
+            std::string& text = texts.emplace_back();
+            for (const auto& info : occurrencesOf(item)) {
+                text += text.empty() ? mark(info) + info.getNumber() + ":" : ",";
+                text += info.getTimeAndDate().substr(8, 2);
+            }
+        }
+        return joined(texts, " ");
+    }
+    std::string allDays() {
+        return days<MissedCallItem>() + " | " + days<DialledCallItem>() + " | " + days<ReceivedCallItem>();
+    }
+
+    host::SystemClock hostClock{[this] { return std::chrono::system_clock::from_time_t(time.getSeconds()); }};
+    journal::JournallingGate gate{collaborators, settings};
+    journal::CallMap calls;
+    journal::CallLogReadiness readiness;
+    journal::CallLogRemoval removal{{settings, clock, lists, mirror, notifier, {}}};
+    journal::CallLogEvents events{{calls, settings, clock, entries, removal, lists, notifier}};
+    journal::PrivateEvents privateEvents{{calls, settings, gate, readiness, events}};
+
+private:
+    static std::string mark(const MissedCallItem::MissedCallInfo& info) {
+        return info.getLineKey().empty() ? "" : "g";
+    }
+    static std::string mark(const CallInfo& /*info*/) { return {}; }
+
+    journal::CallCompletion m_completion{calls, settings, entries};
+    journal::CallTracker m_tracker{calls, settings, clock, m_completion};
+    journal::Conferences m_conferences;
+    journal::BlindTransfer m_blindTransfer{m_connectionCleared};
+    journal::ConnectionClearedEvents m_connectionCleared{
+        {calls, m_tracker, settings, gate}, m_conferences, m_blindTransfer, privateEvents};
+};
+
+// --- what an event does ---
+
+TEST(CallLogEvents, DoInTheListsWhatTheirActionAndLogSay) {
+    const struct {
+        int action;
+        std::vector<int> targets;
+        std::string lists;
+        std::string heard;  // items without their entry ids, which are made of random numbers
+        bool xsi = false;
+    } rows[] = {
+        {Entry::eAdd, {0}, "4711:22 g4711:22 | 4711:22 | 4711:23,22", "received(*, 1, 1)"},
+        {Entry::eAdd, {1, 2}, "4711:23,22 g4711:22 | 4711:22 | 4711:22", "missedCount(2); missed(*, 4, 1)"},
+        {Entry::eAdd, {4, 5, 6}, "4711:22 g4711:22 | 4711:23,22 | 4711:22", "dialled(*, 2, 1)"},
+        {Entry::eAdd, {7}, "g4711:23,22 4711:22 | 4711:22 | 4711:22", "missedCount(2); missed(*, 3, 1)"},
+        {Entry::eAdd, {3, 8, -1}, "4711:22 g4711:22 | 4711:22 | 4711:22", ""},
+        {Entry::eAdd, {1, 2, 7}, "4711:22 g4711:22 | 4711:22 | 4711:22", "", true},
+        {Entry::eAdd, {0}, "4711:22 g4711:22 | 4711:22 | 4711:23,22", "received(*, 1, 1)", true},
+        {Entry::eDelete, {0}, "4711:22 g4711:22 | 4711:22 | ", "received(-, 1, 2)"},
+        {Entry::eDelete, {1, 2, 7}, "g4711:22 | 4711:22 | 4711:22", "missedCount(1); missed(-, 4, 2)", true},
+        {Entry::eDelete, {4, 5, 6}, "4711:22 g4711:22 |  | 4711:22", "dialled(-, 2, 2)"},
+        {Entry::eDeleteAll, {0}, "4711:22 g4711:22 | 4711:22 | ", "received(-, -, 4)"},
+        {Entry::eDeleteAll, {1, 2}, " | 4711:22 | 4711:22", "missedCount(0); missed(-, -, 4)"},
+        {Entry::eDeleteAll, {4, 5, 6}, "4711:22 g4711:22 |  | 4711:22", "dialled(-, -, 4)"},
+        {Entry::eDeleteAll, {7}, "4711:22 | 4711:22 | 4711:22", "missedCount(1); missed(-, 3, 2)"},
+        {Entry::eDeleteAll, {3, 8, -1}, "4711:22 g4711:22 | 4711:22 | 4711:22", ""},
+        {3, {0, 1, 4, 7}, "4711:22 g4711:22 | 4711:22 | 4711:22", ""},
+    };
+    for (const auto& row : rows) {
+        for (const int target : row.targets) {
+            SCOPED_TRACE("action " + std::to_string(row.action) + ", target " + std::to_string(target));
+            Phone phone;
+            phone.dayIs(22);
+            for (const int log : {Entry::eReceived, Entry::eDialled, Entry::eMissedGroup, Entry::eMissed}) {
+                phone.hears(entry(Entry::eAdd, log, "4711", on(22)));
+            }
+            phone.dayIs(23);
+            phone.forget();
+            phone.settings.change([&row](auto& values) { values.m_xsiConfigured = row.xsi; });
+            phone.hears(entry(row.action, target, "4711", on(23)));
+            EXPECT_EQ(phone.allDays(), row.lists);
+            EXPECT_EQ(std::regex_replace(phone.heard(), std::regex("\\(2026[^,]*"), "(*"), row.heard);
+            EXPECT_EQ(phone.listContents(), phone.databaseContents());
+            EXPECT_EQ(phone.sent(), "") << "the switch knows";
+            EXPECT_TRUE(phone.settings.values()->m_serverBasedCallLog);
+        }
+    }
+}
+
+TEST(CallLogEvents, KeepWhatTheSwitchSaysOfAnEntry) {
+    Phone phone;
+    Entry event = entry(Entry::eAdd, Entry::eMissedGroup, "4712", "whenever");
+    event.name = "Ann";
+    event.textF = "sales";
+    event.entryTimeFormat = kLocal;
+    phone.hears(event);
+    const auto call = phone.items<MissedCallItem>().front().getMissedCallInfoList().front();
+    EXPECT_EQ(call.getGroupText() + ", " + call.getLineKey(), "sales, line g");
+    EXPECT_EQ(call.getTimeAndDate(), phone.clock.getCurrentTime()) << "a group's call is dated by the phone";
+    event.logTarget = Entry::eDialledUnanswered;
+    phone.hears(event);
+    const DialledCallItem item = phone.items<DialledCallItem>().front();
+    const auto& dialled = item.getDialledCallInfoList().front();
+    EXPECT_EQ(item.getSurname() + " " + item.getJournalSeviceGroupBy() + " " + dialled.getNumber(),
+              "Ann 4712 4712");
+    EXPECT_EQ(dialled.getTimeAndDate(), "whenever") << "the switch knows its entry by it";
+    EXPECT_EQ(dialled.getLogTarget() * 10 + dialled.getTimeFormat(), 61);
+}
+
+TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
+    Phone phone;
+    phone.database.setDuring([&phone](const std::string&) { phone.phoneIs(softwareTypes::qorvex, 0); });
+    phone.hears(entry(Entry::eDeleteAll, Entry::eMissed, "", ""));
+    EXPECT_FALSE(phone.settings.values()->m_serverBasedCallLog);
+}
+
+// --- when it is applied ---
+
+TEST(PrivateEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
+    const struct {
+        int systemIdentifier;
+        bool ready;
+        int target;
+        const char* days;  // of three events
+        const char* daysAfterACall;
+        bool readyAfterACall;
+        const char* type = softwareTypes::qorvex;
+    } rows[] = {
+        {0, false, 6, "4711:23,24,22", "4711:23,24,22", false},
+        {0, true, 6, "4711:23,24,22", "4711:23,24,22", true},
+        {2, false, 4, "4711:23,24,22", "4711:23,24,22", true},
+        {2, true, 4, "4711:23,24,22", "4711:23,24,22", true},
+        {2, true, 5, "4711:22", "4711:23,24,22", true},
+        {2, false, 6, "", "4711:23,24,22", true},
+        {2, false, 6, "", "", false, "another"},
+        {2, true, 6, "4711:22", "4711:22", false, "another"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::to_string(row.systemIdentifier) + ", target " + std::to_string(row.target));
+        Phone phone;
+        phone.phoneIs(row.type, row.systemIdentifier);
+        phone.readiness.m_callLogEventsReady = row.ready;
+        for (const int day : {22, 24, 23}) {
+            phone.hearsPrivately(entry(Entry::eAdd, row.target, "4711", on(day)));
+        }
+        EXPECT_EQ(phone.days<DialledCallItem>(), row.days);
+        phone.clearsACall();
+        phone.clearsACall();
+        EXPECT_EQ(phone.days<DialledCallItem>(), row.daysAfterACall);
+        EXPECT_EQ(phone.readiness.m_callLogEventsReady, row.readyAfterACall);
+    }
+}
+
+// One more than the queue takes, so that the first is applied before its time and none is lost.
+TEST(PrivateEvents, OfAThousandCallsWaitOrArriveWhileAClientDeletes) {
+    CapturedLog::switchOff();  // its lock would order the threads
+    constexpr std::size_t kCalls = journal::PendingCallLogEvents::kMaxPending + 1;
+    Phone phone;
+    std::atomic<bool> done{false};
+    std::thread client([&phone, &done] {
+        while (!done) {
+            phone.lists.deleteMissedCall(phone.lists.getFrontMissedCall().getEntryId(), false);
+            std::this_thread::yield();
+        }
+    });
+    for (std::size_t call = 1; call <= kCalls; ++call) {
+        const std::string number = std::to_string(call);
+        phone.hearsPrivately(entry(Entry::eAdd, Entry::eDialledUnanswered, number, on(23)));
+        phone.hearsPrivately(entry(call % 9 == 0 ? 2 : 0, Entry::eMissed, number, on(23)));
+    }
+    EXPECT_EQ(phone.days<DialledCallItem>(), "1:23");
+    phone.clearsACall();
+    done = true;
+    client.join();
+    const auto dialled = phone.items<DialledCallItem>();
+    // The list keeps a thousand: the one that was applied early is the oldest, and has gone.
+    ASSERT_EQ(dialled.size(), kCalls - 1);
+    for (std::size_t call = 2; call <= kCalls; ++call) {
+        ASSERT_EQ(dialled[kCalls - call].getJournalSeviceGroupBy(), std::to_string(call));
+    }
+    EXPECT_EQ(phone.listContents(), phone.databaseContents());
+    EXPECT_TRUE(phone.settings.values()->m_serverBasedCallLog);
+}
+
+// --- which call a deletion takes ---
+
+struct PhoneWithCalls : Phone {
+    PhoneWithCalls() {
+        auto viewed = itemOf<MissedCallItem>("m2", "12", {{"4712", on(24)}, {"4711", "0000-00-00T00:00"}});
+        viewed.setViewed(true);
+        startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", on(25)}, {"4713", on(23)}, {"4711", on(21)}}),
+                   viewed, itemOf<MissedCallItem>("m3", "13", {{"4711", on(22), "line"}, {"4711", on(20)}})},
+                  {itemOf<DialledCallItem>("d1", "21", {{"4711", on(25)}, {"4711", on(22)}}),
+                   itemOf<DialledCallItem>("d2", "22", {{"4712", on(24)}})},
+                  {itemOf<ReceivedCallItem>("r1", "31", {{"4711", on(25)}, {"4711", on(22)}})});
+        settings.change([](auto& values) { values.m_tzOffset = 60, values.m_daylightSaveMinutes = 30; });
+    }
+};
+
+TEST(CallLogRemoval, TakesTheFirstCallOfTheNumberThatIsNotLater) {
+    const std::string same = "4711:25,23,21 4712:24,00 g4711:22,20";
+    const std::string withoutThe23rd = "4711:25,21 4712:24,00 g4711:22,20";
+    const std::string withoutThe25th = "4712:24,00 4713:23,21 g4711:22,20";
+    const struct {
+        const char* number;
+        const char* time;
+        Entry::_TFormat format;
+        std::string days;
+    } rows[] = {
+        {"4711", "2026-11-25T08:00:00Z", kIso, withoutThe25th},
+        {"4711", "2026-11-25T07:59:59Z", kIso, "4711:25,23 4712:24,00 g4711:22,20"},
+        {"4711", "2026-11-20T23:00:00Z", kIso, "4711:25,23,21 4712:24,00 g4711:22"},
+        {"4712", "2026-11-24T08:00:00Z", kIso, "4711:25,23,21 g4711:22,20 4711:00"},
+        {"4713", "2026-11-23T09:00:00+01:00", kIso, withoutThe23rd},
+        {"4713", "2026-11-23T08:00:00", kIso, withoutThe23rd},
+        {"4713", "2026-11-23 09:30:00", kLocal, withoutThe23rd},
+        {"4713", "2026-11-23 09:29:59", kLocal, same},
+        {"4713", "2026-11-23T08:00:00Z", kLocal, withoutThe23rd},
+        {"4711", "2026-11-19T08:00:00Z", kIso, same},
+        {"471", "2026-11-30T08:00:00Z", kIso, same},
+        {"4711", "yesterday", kIso, same},
+        {"4711", "", kLocal, same},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(row.number) + " " + row.time);
+        PhoneWithCalls phone;
+        Entry event = entry(Entry::eDelete, Entry::eMissed, row.number, row.time);
+        event.entryTimeFormat = row.format;
+        phone.hears(event);
+        EXPECT_EQ(phone.days<MissedCallItem>(), row.days);
+        EXPECT_EQ(phone.lists.getUnviewedMissedCallsCount(), 2U);
+        EXPECT_EQ(phone.listContents(), phone.databaseContents());
+    }
+}
+
+TEST(CallLogRemoval, TellsObserversAndDatabaseOfEachList) {
+    PhoneWithCalls phone;
+    phone.removal.removeMissedCallEntry("4711", on(25));
+    phone.removal.removeMissedGroupCallEntry("4711", on(25));
+    phone.removal.removeDialledCallEntry("4711", on(25));
+    phone.removal.removeDialledCallEntry("4712", on(25));
+    phone.removal.removeReceivedCallEntry("4711", on(24));
+    phone.removal.removeReceivedCallEntry("4711", on(25));
+    EXPECT_EQ(phone.allDays(), "4712:24,00 4713:23,21 4711:20 | 4711:22 | ") << "of a group the group's call";
+    EXPECT_EQ(phone.heard(),
+              "missedCount(2); missed(m1, 11, 1); missedCount(2); missed(m3, 13, 1); dialled(d1, 21, 1); "
+              "dialled(d1, 22, 2); received(r1, 31, 1); received(-, 31, 2)");
+    EXPECT_EQ(phone.written(),
+              "write MissedCalls 11; delete MissedCalls 13; write MissedCalls m3; write DialledCalls 21; "
+              "delete DialledCalls 22; write ReceivedCalls 31; delete ReceivedCalls 31");
+    EXPECT_EQ(phone.listContents(), phone.databaseContents());
+    phone.forget();
+    phone.clock.adoptClock(nullptr);
+    phone.removal.removeMissedCallEntry("4712", on(25));
+    EXPECT_EQ(phone.written(), "");
+    EXPECT_TRUE(CapturedLog::contains("removeMissedCallEntry():ClockSvc not available"));
+}
+
+}  // namespace
+}  // namespace journaltest

@@ -1,0 +1,150 @@
+"""The HTTP face of a running server, held against its own description."""
+
+import http.client
+import json
+import os
+import socket
+import sqlite3
+
+import json_schema
+from harness import LIMIT, ProgramTest
+
+EVIL = "<img src=x onerror=alert(1)>"
+CALLS = """
+call ann from 4711 "%s" ; ring ann ; giveup ann
+call eve from 4713 "Eve" ; ring eve ; giveup eve
+call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; hangup zoe by caller
+""" % EVIL
+IDS = '{"entryIds": ["none"]}'
+GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value": "7"}', "DELETE /api/v1/lists/{list}": IDS,
+        "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
+        "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}'}
+# What a request needs to be answered like this, beyond what every operation is asked: operation, status, path values, body.
+ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("GET /api/v1/lists/{list}", 200, {"list": "callbacks"}, None),
+        ("DELETE /api/v1/lists/{list}", 422, {}, '{"ids": []}'), ("DELETE /api/v1/lists/{list}", 400, {}, '{"entryIds": ['),
+        ("DELETE /api/v1/lists/{list}", 404, {"list": "lost"}, IDS), ("POST /api/v1/lists/missed/viewed", 422, {}, '{"entryIds": [1]}'),
+        ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'), ("PUT /api/v1/settings", 422, {}, '{"missed-logging": "1"}'),
+        ("PUT /api/v1/settings", 422, {}, "[]"), ("PUT /api/v1/management/{key}", 422, {}, '{"value": "%s"}' % ("x" * 5000)),
+        ("GET /api/v1/management/{key}", 404, {"key": "none"}, None), ("POST /api/v1/contacts", 422, {}, '{"nose": "long"}'),
+        ("POST /api/v1/contacts", 422, {}, '{"surname": ""}'), ("PUT /api/v1/contacts/{id}", 422, {}, '{"defaultNumber": "fax"}'),
+        ("GET /api/v1/contacts/{id}", 404, {"id": "77"}, None), ("DELETE /api/v1/contacts/{id}", 404, {"id": "77"}, None)]
+
+
+class HttpTest(ProgramTest):
+    def serve(self, switch, *arguments):
+        self.server = super().serve(switch, *arguments)
+        with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
+            self.token = file.read().strip()
+
+    def ask(self, method, target, body=None, **headers):
+        """Status and body; a header that is None is left out."""
+        connection = http.client.HTTPConnection(self.server.http, timeout=LIMIT)
+        self.addCleanup(connection.close)
+        connection.putrequest(method, target, skip_host=True)
+        for name, value in {"Host": self.server.http, "Authorization": "Bearer " + self.token, **headers}.items():
+            if value is not None:
+                connection.putheader(name.replace("_", "-"), value)
+        content = (body or "").encode()
+        if content:
+            connection.putheader("Content-Length", str(len(content)))
+        connection.endheaders(content)
+        self.answer = connection.getresponse()
+        self.addCleanup(self.answer.close)
+        stream = self.answer.getheader("Content-Type") == "text/event-stream"
+        return self.answer.status, self.answer if stream else self.answer.read()
+
+    @staticmethod
+    def next_event(stream):
+        """Id, name and data of the next event."""
+        fields = {}
+        while "data" not in fields:
+            name, _, value = stream.readline().decode().rstrip("\n").partition(": ")
+            fields[name] = value
+        return fields["id"], fields["event"], fields["data"]
+
+    def described(self, operation, status, values=None, body=None, **headers):
+        """Makes the request and checks that its answer is as the document describes it."""
+        method, path = operation.split()
+        values = {"query": "", "list": "missed", "key": "mac-addr", "id": self.contact, "entryId": self.entry, **(values or {})}
+        target = (path + "{query}").format(**values)
+        got, content = self.ask(method, target, body, **headers)
+        self.assertEqual(got, status, (operation, values, content))
+        answer = self.document["paths"][path][method.lower()]["responses"][str(status)]
+        if "$ref" in answer:
+            answer = self.document["components"]["responses"][answer["$ref"].split("/")[-1]]
+        for kind, described in answer.get("content", {}).items():
+            self.assertEqual(self.answer.getheader("Content-Type").split(";")[0], kind, operation)
+            if kind == "application/json":
+                json_schema.check(self.document["components"]["schemas"], described["schema"], json.loads(content), operation)
+        self.seen.add((operation, str(status)))
+
+    def test_every_operation_answers_as_it_is_described(self):
+        address = self.simulate(CALLS + 'call max from 4714 "Max" ; ring max')[1]
+        self.serve(address)
+        self.server.logs("received call from Zoë")
+        self.assertIn(1, (json.loads(self.ask("GET", "/api/v1/status")[1])["calls"] for _ in range(1000)))
+        self.document = json.loads(self.ask("GET", "/api/v1/openapi.json")[1])
+        self.entry = json.loads(self.ask("GET", "/api/v1/lists/missed")[1])["items"][0]["entryId"]
+        self.contact = json.loads(self.ask("POST", "/api/v1/contacts", '{"surname": "Old"}')[1])["id"]
+        operations = {method.upper() + " " + path: each for path, methods in self.document["paths"].items()
+                      for method, each in methods.items() if method != "parameters"}
+        self.seen = set()
+        for operation, each in operations.items():
+            self.described(operation, 400, body=GOOD.get(operation), Host=None)
+            self.described(operation, 403, body=GOOD.get(operation), Host="evil.example:80")
+            self.described(operation, 403, body=GOOD.get(operation), Origin="http://evil.example")
+            if each.get("security") != []:
+                self.described(operation, 401, body=GOOD.get(operation), Authorization="Bearer " + "0" * 64)
+            if "404" in each["responses"]:
+                self.described(operation, 404, {"query": "?line=none"}, GOOD.get(operation))
+            if "413" in each["responses"]:
+                self.described(operation, 413, body=" " * 65537)
+        for row in ROWS:
+            self.described(*row[:3], body=row[3])
+        # Reading before deleting, and one entry before all of them.
+        for operation in sorted(operations, key=lambda each: (each.startswith("DELETE"), -len(each))):
+            good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204}.get(
+                operation, 204 if operation.startswith("DELETE") else 200)
+            self.described(operation, good, body=GOOD.get(operation))
+        streams = [self.ask("GET", "/api/v1/events")[0] for _ in range(65)]
+        self.assertEqual(set(streams), {200, 503})
+        self.described("GET /api/v1/events", 503)
+        database = sqlite3.connect(os.path.join(self.data, "journal.db"), timeout=LIMIT)
+        self.addCleanup(database.close)
+        for table in ("contact", "setting", "management_value"):
+            database.execute("ALTER TABLE %s RENAME TO hidden_%s" % (table, table))
+        for operation, each in operations.items():
+            if "503" in each["responses"] and not operation.endswith("/events"):
+                self.described(operation, 503, body={"PUT /api/v1/settings": '{"missed-logging": "0"}',
+                                                     "PUT /api/v1/management/{key}": '{"value": "8"}'}.get(operation, GOOD.get(operation)))
+        self.assertEqual(self.seen, {(name, status) for name, each in operations.items() for status in each["responses"]})
+
+    def test_a_stream_goes_on_where_it_was_cut(self):
+        simulator, address = self.simulate(CALLS, "--loop")
+        self.serve(address)
+        self.assertEqual(self.ask("GET", "/?token=" + self.token, Authorization=None)[0], 303)
+        cookie = self.answer.getheader("Set-Cookie").split(";")[0]
+        stream = self.ask("GET", "/api/v1/events", Authorization=None, Cookie=cookie)[1]
+        events = [self.next_event(stream) for _ in range(6)]
+        names = {json.loads(data)["item"]["surname"] for _, event, data in events if event == "missedCallsUpdate"}
+        self.assertTrue(names and names <= {EVIL, "Eve"}, names)
+        again = self.ask("GET", "/api/v1/events", Last_Event_ID=events[2][0])[1]
+        self.assertEqual([self.next_event(again) for _ in range(3)], events[3:])
+        lost = self.ask("GET", "/api/v1/events", Last_Event_ID="4711-1")[1]
+        self.assertEqual(self.next_event(lost)[1], "resync")
+
+    def test_hostile_clients_do_not_hold_up_the_journal(self):
+        simulator, address = self.simulate(CALLS, "--loop")
+        self.serve(address)
+        host, port = self.server.http.split(":")
+        for target, status in (("/../../etc/passwd", 400), ("/%2e%2e/api-token", 400), ("/a%00b", 400), ("/api-token", 401)):
+            self.assertEqual(self.ask("GET", target, Authorization=None)[0], status, target)
+        self.assertEqual(self.ask("PATCH", "/api/v1/status")[0], 405)
+        with self.assertRaises((ConnectionError, http.client.HTTPException)):
+            self.ask("PUT", "/api/v1/settings", "x" * 10_000_000)
+        idle = [socket.create_connection((host, int(port)), LIMIT) for _ in range(300)]
+        watcher = self.watch()
+        self.assertEqual({self.change(watcher, "missedCallsUpdate", 1)["surname"] for _ in range(2)}, {EVIL, "Eve"})
+        for each in idle:
+            each.close()
+        self.assertRegex(self.ask("GET", "/metrics")[1].decode(), r'calljournal_calls_filed_total{line="2001",list="missed"} [1-9]')

@@ -1,0 +1,163 @@
+"""Settings from the command line: what they do to the journal, and what the switch is asked then."""
+
+import json
+import os
+import re
+
+from harness import ProgramTest
+
+CALLS = """
+call ann from 4711 "Ann" ; ring ann ; giveup ann
+call bob from 4712 "Bob" ; ring bob ; answer bob ; hangup bob by caller
+"""
+QUIET = "wait 1ms\n"
+
+
+class SettingsTest(ProgramTest):
+    def settings(self, *arguments):
+        return self.run_program("settings", "--data", self.data, *arguments)
+
+    def set(self, key, value):
+        self.assertEqual(self.settings(key, value), (0, "%s is set to %s\n" % (key, value), ""))
+
+    def refused(self, *arguments):
+        status, output, errors = self.settings(*arguments)
+        self.assertEqual((status, output), (1, ""), arguments)
+        return errors
+
+    def serve_impatiently(self, address):
+        """A server that tries every second to reach the switch, and monitors the line."""
+        path = os.path.join(self.data, "calljournal.toml")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("[switch]\nreconnect-max-s = 1\n")
+        server = self.serve(address, "--config", path)
+        server.logs("monitor M1 of localDeviceID is on")
+        return server
+
+    def asks(self, simulator, request, pattern=""):
+        """The next request of that name that the switch gets."""
+        return simulator.logs(r"from client \d+, \d+ %s: .*%s" % (request, pattern)).string
+
+    def test_keys_are_listed_read_and_written_and_refusals_say_why(self):
+        simulator, address = self.simulate(QUIET)
+        self.serve(address, "--set", "sntp-tz-offset=3600")
+        status, output, _ = self.settings()
+        self.assertEqual(status, 0)
+        rows = [line.split() for line in output.splitlines()]
+        self.assertEqual(rows[0], ["SETTING", "OF", "VALUE"])
+        for row in (["call-log-enabled", "journal", "true"], ["missed-logging", "journal", "0"],
+                    ["software-type", "phone", "Norlith", "Qorvex"], ["sntp-tz-offset", "phone", "3600"],
+                    ["bt-hw-state", "phone"]):
+            self.assertIn(row, rows)
+        keys = [row[0] for row in rows[1:]]
+        self.assertEqual(keys, sorted(keys[:4]) + sorted(keys[4:]))
+        self.assertEqual(self.settings("missed-logging"), (0, "0\n", ""))
+        self.set("missed-logging", "1")
+        self.set("bt-hw-state", "")
+        self.set("sntp-tz-offset", "-3600")
+        everything = json.loads(self.settings("--json")[1])
+        self.assertEqual([everything[key] for key in ("missed-logging", "bt-hw-state", "sntp-tz-offset")],
+                         ["1", "", "-3600"])
+        self.assertNotIn("voice-mail-e164", everything)
+
+        reason = "missed-logging value is not changed"
+        self.assertEqual(self.refused("missed-logging", "1"), "calljournal: %s\n" % reason)
+        status, output, _ = self.settings("--json", "missed-logging", "1")
+        self.assertEqual((status, json.loads(output)),
+                         (1, {"rejected": {"missed-logging": {"code": 10, "text": reason}}}))
+        self.assertIn("Data invalid for missed-logging", self.refused("missed-logging", "perhaps"))
+        self.assertIn("call-log-enabled", self.refused("call-log-enabled", "perhaps"))
+        self.assertIn("There is no setting system-identifer", self.refused("system-identifer", "2"))
+        self.assertIn("`%s settings --data" % os.environ["CALLJOURNAL"], self.refused("system-identifer"))
+        self.assertIn("voice-mail-e164 has no value", self.refused("voice-mail-e164"))
+        self.assertIn("too long", self.refused("reg-number", "1" * 5000))
+
+    def test_switching_the_journal_off_empties_it_for_good(self):
+        simulator, address = self.simulate(CALLS)
+        server = self.serve(address)
+        simulator.prints("scenario is over")
+        server.logs("received call from Bob")
+        self.assertEqual(len(self.rows()), 2)
+        self.set("call-log-enabled", "false")
+        lists = ("missed", "dialled", "received", "forwarded", "callbacks")
+        self.assertEqual([self.list(name)["total"] for name in lists], [0] * 5)
+        self.assertEqual(self.rows(), [])
+        server.stop()
+        self.serve(address)
+        self.assertEqual(self.settings("call-log-enabled"), (0, "false\n", ""))
+        self.assertEqual([self.list(name)["total"] for name in lists], [0] * 5)
+        self.assertEqual(self.refused("call-log-enabled", "false"),
+                         "calljournal: call-log-enabled value is not changed\n")
+
+    def test_the_switch_is_asked_for_what_the_settings_say(self):
+        simulator, address = self.simulate(QUIET, "--log-messages")
+        server = self.serve_impatiently(address)
+        self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
+        self.set("disable-access-calllog", "1")
+        self.asks(simulator, "MonitorStop")
+        self.set("bt-hw-state", "on")
+        bluetooth = self.asks(simulator, "MonitorStart")
+        self.assertNotIn("2001", bluetooth)
+        self.assertNotIn("requestedMonitorFilter", bluetooth)
+        self.set("bt-hw-state", "off")
+        self.asks(simulator, "MonitorStop")
+        self.set("disable-access-calllog", "0")
+        start = self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
+        self.assertIn("<held>true</held>", start)
+
+        # What the filter does not set goes with its group: held calls are told of, call information is not.
+        self.set("system-identifier", "2")
+        change = self.asks(simulator, "ChangeMonitorFilter")
+        for member in ("<held>false<", "<retrieved>false<", "<serviceInitiated>false<", "<callInformation>true<"):
+            self.assertIn(member, change)
+        server.logs(r"readLocalMgmtData\(\):readLocalMgmtData: registered change of cross filter")
+        self.set("system-identifier", "3")
+        change = self.asks(simulator, "ChangeMonitorFilter")
+        for member in ("<held>true<", "<retrieved>true<", "<serviceInitiated>true<", "<callInformation>false<"):
+            self.assertIn(member, change)
+        server.logs(r"readLocalMgmtData\(\):m_useCSTACallControlEvents == true")
+
+    def misbehave(self, how, said, said_of_change=None):
+        """A switch that answers requests in a bad way: the journal says so, goes on, and does it when the switch is well again."""
+        requests = ["MonitorStop", "ChangeMonitorFilter"]
+        if how != "hang-up":  # it would come to nothing but connecting again and again
+            requests += ["SystemRegister", "RequestSystemStatus", "GetSwitchingFunctionDevices"]
+        simulator, address = self.simulate(QUIET, *["--answer=%s=%s" % (request, how) for request in requests])
+        server = self.serve_impatiently(address)
+        self.set("system-identifier", "2")
+        server.logs(r"readLocalMgmtData\(\):" + (said_of_change or said))
+        if how == "hang-up":
+            server.logs("monitor M1 of localDeviceID is on")
+        self.set("disable-access-calllog", "1")
+        server.logs(r"stopQorvexEvents\(\):" + said)
+        if how == "hang-up":
+            server.logs("connected to the switch at %s again" % address)
+        simulator.stop()
+        server.logs("the switch at %s is lost" % address)
+        self.set("disable-access-calllog", "2")
+        server.logs(r"stopQorvexEvents\(\):OK")
+
+        simulator, _ = self.simulate(QUIET, "--log-messages", "--answer", "MonitorStart=" + how, listen=address)
+        self.asks(simulator, "SystemRegister")
+        self.set("disable-access-calllog", "0")
+        server.logs(r"startQorvexEvents\(\):" + said)
+        simulator.stop()
+        simulator, _ = self.simulate(CALLS, listen=address)
+        server.logs("connected to the switch at %s again" % address)
+        self.set("system-identifier", "0")
+        self.set("disable-access-calllog", "1")
+        self.set("disable-access-calllog", "0")
+        server.logs("received call from Bob")
+        self.assertEqual(self.list("missed")["total"], 1)
+
+    def test_a_switch_that_refuses_is_survived(self):
+        self.misbehave("refuse", "Returned an error response")
+
+    def test_a_switch_that_answers_something_else_is_survived(self):
+        self.misbehave("wrong", "Returned NULL response")
+
+    def test_a_switch_that_does_not_answer_is_survived(self):
+        self.misbehave("never", "Returned ERROR", "changeMonitorFilterReq returned ERROR")
+
+    def test_a_switch_that_hangs_up_is_survived(self):
+        self.misbehave("hang-up", "Returned ERROR", "changeMonitorFilterReq returned ERROR")

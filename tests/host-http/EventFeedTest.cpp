@@ -1,0 +1,113 @@
+#include "host/http/EventFeed.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <memory>
+
+namespace {
+
+/// What one client has got, and whether it takes more.
+struct Client {
+    std::string text;
+    host::StreamSink::Done pending;
+    bool ended = false;
+
+    void takes(bool written = true) { std::exchange(pending, nullptr)(written); }
+    [[nodiscard]] long count(const std::string& words) const {
+        long found = 0;
+        for (std::size_t at = 0; (at = text.find(words, at)) != std::string::npos; ++at, ++found) {}
+        return found;
+    }
+    [[nodiscard]] std::string lastId() const {
+        const std::string last = text.substr(text.rfind("id: ") + 4);
+        return last.substr(0, last.find('\n'));
+    }
+};
+
+struct ClientSink final : host::StreamSink {
+    explicit ClientSink(Client& of) : client(of) {}
+    ~ClientSink() override { client.ended = true; }
+    void write(std::string text, Done done) override {
+        EXPECT_EQ(client.pending, nullptr);
+        client.text += text;
+        client.pending = std::move(done);
+    }
+    Client& client;
+};
+
+class EventFeedTest : public testing::Test {
+protected:
+    void join(Client& client, const std::string& lastEventId = "") {
+        m_feed.open(lastEventId)->begin(std::make_unique<ClientSink>(client));
+    }
+    void count(int number) {
+        m_feed.missedCallsCountUpdate(number);
+        for (; !m_posted.empty(); m_posted.pop_front()) {
+            m_posted.front()();
+        }
+    }
+
+    std::deque<std::function<void()>> m_posted;
+    host::EventFeed m_feed{[this](std::function<void()> work) { m_posted.push_back(std::move(work)); },
+                           {4, 4096}};
+};
+
+TEST_F(EventFeedTest, GivesASlowClientWhatCameMeanwhileInOnePieceAndOneThatIsTooSlowAResync) {
+    Client client;
+    join(client);
+    count(1);
+    count(2);
+    EXPECT_EQ(client.count("event:"), 0);
+    client.takes();
+    EXPECT_EQ(client.count("event: missedCallsCountUpdate\ndata: {\"count\":"), 2);
+    for (int number = 3; number <= 7; ++number) {
+        count(number);
+    }
+    client.takes();
+    EXPECT_EQ(client.count("event: resync"), 1);
+    EXPECT_EQ(client.count("event:"), 3);
+    m_feed.close();
+    EXPECT_TRUE(client.ended);
+}
+
+TEST_F(EventFeedTest, GoesOnBehindTheEventThatAClientSawLast) {
+    Client first;
+    join(first);
+    first.takes();
+    const std::string begin = first.lastId();
+    count(1);
+    first.takes();
+    const std::string one = first.lastId();
+    count(2);
+    count(3);
+    for (const auto& [id, events] : {std::pair{begin, 3}, std::pair{one, 2}, std::pair{std::string(), 0}}) {
+        Client again;
+        join(again, id);
+        again.takes();
+        EXPECT_EQ(again.count("event: "), events) << id;
+        m_feed.close();
+    }
+    count(4);
+    count(5);
+    for (const std::string& id :
+         {begin, std::string("another-1"), one + "0", one + "x", begin + "9999999999999999999"}) {
+        Client lost;
+        join(lost, id);
+        EXPECT_EQ(lost.count("event: resync"), 1) << id;
+        m_feed.close();
+    }
+}
+
+TEST_F(EventFeedTest, ForgetsAClientThatIsGone) {
+    Client client;
+    join(client);
+    client.takes();
+    m_feed.keepAlive();
+    EXPECT_EQ(client.count(":\n\n"), 1);
+    client.takes(false);
+    EXPECT_TRUE(client.ended);
+    EXPECT_EQ(m_feed.streamCount(), 0U);
+}
+
+}  // namespace

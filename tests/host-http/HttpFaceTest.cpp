@@ -1,0 +1,99 @@
+#include "host/http/HttpFace.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <asio/ip/tcp.hpp>
+#include <asio/read.hpp>
+#include <asio/read_until.hpp>
+#include <asio/streambuf.hpp>
+#include <asio/write.hpp>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "host/data/Database.h"
+#include "host/directory/Phonebook.h"
+#include "host/http/ApiToken.h"
+#include "host/http/Metrics.h"
+#include "host/http/OpenApi.h"
+#include "host/http/Router.h"
+#include "host/management/LocalManagement.h"
+#include "tests/host-data/TemporaryDatabase.h"
+#include "tests/support/FakeDigits.h"
+#include "tests/support/FakeJournalService.h"
+
+namespace {
+
+class HttpFaceTest : public testing::Test {
+protected:
+    host::HttpBackend backend() {
+        return {"2001", m_journal, m_management, m_phonebook, *m_database, m_metrics, {}, {}};
+    }
+    static host::HttpFaceSettings at(const host::Endpoint& endpoint) {
+        host::HttpFaceSettings settings;
+        settings.server.listen = endpoint;
+        return settings;
+    }
+
+    journaltest::TemporaryDatabase m_database;
+    journaltest::FakeDigits m_digits;
+    journaltest::FakeJournalService m_journal;
+    host::Phonebook m_phonebook{*m_database, m_digits, "2001"};
+    host::LocalManagement m_management{
+        *m_database, "2001", {}, {}, [](const std::function<void()>& /*work*/) {}};
+    host::Metrics m_metrics{"2001"};
+    host::HttpFace m_face{backend(), at({"127.0.0.1", 0})};
+};
+
+TEST_F(HttpFaceTest, ServesExactlyWhatItsDescriptionSays) {
+    const auto paths = nlohmann::json::parse(host::openApiAnswer().body).at("paths");
+    std::size_t described = 0;
+    for (const auto& methods : paths) {
+        described += methods.size() - methods.count("parameters");
+    }
+    EXPECT_EQ(described, m_face.routes().routes().size());
+    for (const auto& route : m_face.routes().routes()) {
+        std::string method = route.method;
+        std::for_each(method.begin(), method.end(), [](char& letter) { letter |= ' '; });
+        EXPECT_TRUE(paths.value(route.pattern, nlohmann::json()).contains(method)) << method << route.pattern;
+    }
+}
+
+TEST_F(HttpFaceTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNobody) {
+    const host::Endpoint endpoint = m_face.start();
+    EXPECT_EQ(m_journal.observers().size(), 2U);
+    host::HttpFace second(backend(), at(endpoint));
+    EXPECT_THROW(static_cast<void>(second.start()), host::HttpServerError);
+
+    asio::io_context io;
+    asio::ip::tcp::socket stream(io);
+    asio::ip::tcp::socket half(io);
+    for (asio::ip::tcp::socket* const each : {&stream, &half}) {
+        each->connect({asio::ip::make_address(endpoint.host), endpoint.port});
+    }
+    asio::write(half,
+                asio::buffer(std::string("PUT / HTTP/1.1\r\nHost: localhost\r\nContent-Length: 9\r\n\r\n{")));
+    asio::write(stream, asio::buffer(std::string("GET /api/v1/events HTTP/1.1\r\nHost: localhost\r\n\r\n")));
+    asio::streambuf text;
+    asio::read_until(stream, text, "retry: 2000\n");
+    m_face.stop();
+    for (asio::ip::tcp::socket* const each : {&stream, &half}) {
+        asio::error_code error;
+        asio::read(*each, text, error);
+        EXPECT_TRUE(error);
+    }
+}
+
+TEST(ApiToken, IsMadeOnceForItsOwnerAloneAndADamagedFileIsRefused) {
+    const TemporaryDirectory directory;
+    const std::filesystem::path file = directory.path() / "api-token";
+    const std::string token = host::apiToken(file);
+    std::filesystem::permissions(file, std::filesystem::perms::all);
+    EXPECT_EQ(host::apiToken(file), token);
+    EXPECT_EQ(static_cast<int>(std::filesystem::status(file).permissions()), 0600);
+    std::ofstream(file) << "short\n";
+    EXPECT_THROW(static_cast<void>(host::apiToken(file)), std::runtime_error);
+}
+
+}  // namespace
