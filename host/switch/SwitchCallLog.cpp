@@ -64,9 +64,11 @@ SwitchCallLog::Events SwitchCallLog::file(Entry::_LogTarget log, const Party& pa
     }
     Events events = {std::move(entry)};
     if (parties.size() > kMaxParties) {
-        const auto oldest = std::min_element(
-            parties.begin(), parties.end(),
-            [](const Entries& a, const Entries& b) { return a.front().entryTime <= b.front().entryTime; });
+        // Of several that called last in one second the one that is furthest back.
+        const auto found = std::min_element(
+            parties.rbegin(), parties.rend(),
+            [](const Entries& a, const Entries& b) { return a.front().entryTime < b.front().entryTime; });
+        const auto oldest = std::prev(found.base());
         std::transform(oldest->begin(), oldest->end(), std::back_inserter(events), deletionOf);
         parties.erase(oldest);
     }

@@ -60,6 +60,17 @@ TEST_F(CstaLinkAtSwitch, TellsARefusalFromSilenceAndFromAnotherAnswer) {
     host::CstaLinkConfig config = configFor(simulator.port());
     config.requestTimeout = std::chrono::milliseconds(100);
     startConnected(config);
+    const std::pair<SwitchAnswering, const char*> escapes[] = {
+        {SwitchAnswering::eRefuse, "refused generic"},
+        {SwitchAnswering::eWrongly, "another answer"},
+        {SwitchAnswering::eNever, "no answer"},
+        {SwitchAnswering::eNormally, "ok"},
+    };
+    for (const auto& [answering, outcome] : escapes) {
+        simulator.setAnswering("Escape", answering);
+        EXPECT_EQ(escape(CallLogEntryRequest::eDeleteAll), outcome);
+    }
+    EXPECT_EQ(escape(7), "refused invalidParameterValue");
     const std::pair<SwitchAnswering, const char*> cases[] = {
         {SwitchAnswering::eRefuse, "refused generic"},
         {SwitchAnswering::eWrongly, "another answer"},

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "host/csta-wire/CallLogWire.h"
+#include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/WireDocument.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTAPrivateEvents.h"
@@ -319,6 +321,37 @@ TEST(EventReader, ReadsItsOwnPrivateDataAndNoOthers) {
     };
     for (const auto& [body, expected] : cases) {
         EXPECT_EQ(Events().read("PrivateEvent", body).at(0)->getPrivateData(), expected) << body;
+    }
+}
+
+TEST(EventReader, ReadsAnEntryOfTheSwitchsCallLog) {
+    const std::string data =
+        "<privateData><private><callLogEntry><action>delete</action><logTarget>7</logTarget>"
+        "<subscriberNumber>4711</subscriberNumber><name>A &amp; B</name><presentationA>1</presentationA>"
+        "<presentationB>2</presentationB><presentationC>3</presentationC><presentationD>4</presentationD>"
+        "<textC>c</textC><textD>d</textD><valueE>5</valueE><textE>e</textE><valueF>6</valueF><textF>f</textF>"
+        "<entryTime>2026-11-21T05:22:05</entryTime><entryTimeFormat>local</entryTimeFormat></callLogEntry>"
+        "</private></privateData>";
+    const auto events = Events().read("PrivateEvent", "|" + data);
+    const CallLogEntryEvent* const entry =
+        dynamic_cast<const CSTAPrivateEvent&>(*events.at(0)).getCallLogEntry();
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->action, CallLogEntryEvent::eDelete);
+    EXPECT_EQ(entry->presentationA + 10 * entry->presentationB, 21);
+    EXPECT_EQ(entry->presentationC + 10 * entry->presentationD, 43);
+    EXPECT_EQ(entry->valueE + 10 * entry->valueF, 65);
+    EXPECT_EQ(entry->textC + entry->textD + entry->textE + entry->textF, "cdef");
+    // What is written of it is what was read: no member is lost, none stands in another's place.
+    host::MessageWriter writer("PrivateEvent", "urn:x");
+    host::writeCallLogEntry(writer, *entry);
+    EXPECT_THAT(writer.finish(), HasSubstr(data));
+
+    for (const char* const other : {"<action>add</action>", "<action>edit</action><logTarget>1</logTarget>",
+                                    "<action>add</action><logTarget>one</logTarget>"}) {
+        const auto none =
+            Events().read("PrivateEvent", "|<privateData><private><callLogEntry>" + std::string(other) +
+                                              "</callLogEntry></private></privateData>");
+        EXPECT_EQ(dynamic_cast<const CSTAPrivateEvent&>(*none.at(0)).getCallLogEntry(), nullptr) << other;
     }
 }
 

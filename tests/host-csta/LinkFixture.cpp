@@ -117,6 +117,14 @@ std::string LinkTest::changeFilter(const std::string& device, const CSTAMonitorF
     return send<CSTAChangeMonitorFilterResponse>(request, phone);
 }
 
+std::string LinkTest::escape(int action) {
+    CallLogEntryRequest entry;
+    entry.action = action;
+    CSTAEscapeRequest request;
+    request.setCallLogEntry(&entry);
+    return send<CSTAEscapeResponse>(request, phone);
+}
+
 std::string LinkTest::registerForStatus(Phone& service) {
     CSTASystemStatusRequest request;
     return send<CSTASystemStatusResponse>(request, service);

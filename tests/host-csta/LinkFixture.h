@@ -64,6 +64,7 @@ protected:
                                            const CSTAMonitorFilter& filter = {});
     [[nodiscard]] std::string stopMonitor(const std::string& crossRefId);
     [[nodiscard]] std::string changeFilter(const std::string& device, const CSTAMonitorFilter& filter);
+    [[nodiscard]] std::string escape(int action);
     [[nodiscard]] std::string registerForStatus(Phone& service);
 
     /// Waits until the link's status is, or has passed through, this one since it was last asked.

@@ -138,6 +138,10 @@ TEST(Scenario, SaysWhereAndWhatIsWrong) {
         {"callback 1; callback 1 soon", 1, "\"soon\" is no progress (cancel, done, ringing)"},
         {"call c from 1; name c Ann", 1, "expected the name in quotation marks"},
         {"call c from 1; ring c; answer c; missed c", 1, "waits for no answer"},
+        {"log keep missed 1", 1, "\"keep\" is no change of a log (add, clear, delete, print)"},
+        {"log clear everything", 1, "\"everything\" is no log (dialled, group, missed, received)"},
+        {"log add group 1 \"Ann\"", 1, "expected \"of\""},
+        {"log delete missed", 1, "expected a number"},
         {"wait 1s; line 2050", 1, "stands before the first action"},
         {"device 2001; line 2001", 1, "the phone serves 2001 already"},
     };
