@@ -38,4 +38,8 @@ public:
     /// Adds what the response holds behind what the lists hold, and brings them into order. Answers how many items
     /// the four lists have then, before those without occurrences are dropped.
     unsigned processReadResponse(const std::string& response);
+
+private:
+    /// The last response could be parsed to its end. Guarded by the change that a load is.
+    bool m_wholeResponse = true;
 };

@@ -23,12 +23,14 @@ void JournalLists::updateMissedCall(const MissedCallItem& item) {
                                     [&item](const MissedCallItem& stored) { return stored.equals(item); });
     if (found != missed->end()) {
         found->setViewed(false);
+        m_mirror.updateMissedEntry(*found, Helper::WRITEREQUEST);
         LOG_JOURNAL(3, "Entry found entryId = [%s] but update can be needed!", entryId.c_str());
         return;
     }
     missed->push_front(item);
     // The id of a row belongs to the item that was written there; the copy of a client may be an old one.
     missed->front().setUniqueId({});
+    m_mirror.updateMissedEntry(missed->front(), Helper::WRITEREQUEST);
     LOG_JOURNAL(5, "Entry NOT found entryId = [%s] and item has been added", entryId.c_str());
 }
 
@@ -38,10 +40,10 @@ bool JournalLists::setMissedCallListAsViewed(const std::set<std::string>& entryI
         return true;
     }
     const Change change(*this);
-    std::string entries;
     unsigned unviewed = 0;
     {
         const auto missed = list<MissedCallItem>().access();
+        std::vector<const MissedCallItem*> stored;
         for (MissedCallItem& item : *missed) {
             if (entryIds.contains(item.getEntryId())) {
                 item.setViewed(true);
@@ -50,11 +52,11 @@ bool JournalLists::setMissedCallListAsViewed(const std::set<std::string>& entryI
                     // Never stored yet: only an answer of its own can tell the item its unique id.
                     m_mirror.updateMissedEntry(item, Helper::WRITEREQUEST);
                 } else {
-                    entries += ListMirror::entry(item, Helper::WRITEREQUEST);
+                    stored.push_back(&item);
                 }
             }
         }
-        m_mirror.updateEntries(entries, Helper::WRITEREQUEST, Helper::DAS_CALLLOGMISSEDCALLS);
+        m_mirror.rewrite(stored);
         unviewed = getUnviewedMissedCallsCount(*missed);
     }
     m_notifier.updateMissedCallCount(unviewed);

@@ -23,6 +23,14 @@ void guarded(const char* operation, Work work) noexcept {
     }
 }
 
+/// The same for what clients call: an operation that fails answers nothing, or false.
+template <typename Work>
+auto answered(const char* operation, Work work) noexcept {
+    decltype(work()) answer{};
+    guarded(operation, [&answer, &work] { answer = work(); });
+    return answer;
+}
+
 }  // namespace
 
 JournalService::JournalService(ObserverNotifierIfc* notifier) {
@@ -68,133 +76,138 @@ void JournalService::timerEvent(int id) {
 // --- JournalServiceIfc: missed calls ---
 
 void JournalService::getMissedCallList(std::deque<MissedCallItem>& list) {
-    m_parts->lists.getMissedCallList(list);
+    guarded("getMissedCallList", [&] { m_parts->lists.getMissedCallList(list); });
 }
 
 bool JournalService::getMissedCall(const std::string& entryId, MissedCallItem& item) {
-    return m_parts->lists.getMissedCall(entryId, item);
+    return answered("getMissedCall", [&] { return m_parts->lists.getMissedCall(entryId, item); });
 }
 
 void JournalService::updateMissedCall(const MissedCallItem& item) {
-    m_parts->lists.updateMissedCall(item);
+    guarded("updateMissedCall", [&] { m_parts->lists.updateMissedCall(item); });
 }
 
 bool JournalService::setMissedCallListAsViewed(const std::set<std::string>& entryIds) {
-    return m_parts->lists.setMissedCallListAsViewed(entryIds);
+    return answered("setMissedCallListAsViewed",
+                    [&] { return m_parts->lists.setMissedCallListAsViewed(entryIds); });
 }
 
 void JournalService::ageMissedCall(const std::string& entryId) {
-    m_parts->lists.ageMissedCall(entryId);
+    guarded("ageMissedCall", [&] { m_parts->lists.ageMissedCall(entryId); });
 }
 
 bool JournalService::deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest) {
-    return m_parts->lists.deleteMissedCall(entryId, isSendDeleteMissedCallRequest);
+    return answered("deleteMissedCall",
+                    [&] { return m_parts->lists.deleteMissedCall(entryId, isSendDeleteMissedCallRequest); });
 }
 
 bool JournalService::deleteMissedCallList(const std::set<std::string>& entryIds) {
-    return m_parts->lists.deleteMissedCallList(entryIds);
+    return answered("deleteMissedCallList", [&] { return m_parts->lists.deleteMissedCallList(entryIds); });
 }
 
 bool JournalService::deleteMissedCallList() {
-    return m_parts->lists.deleteMissedCallList();
+    return answered("deleteMissedCallList", [&] { return m_parts->lists.deleteMissedCallList(); });
 }
 
 // --- JournalServiceIfc: dialled calls ---
 
 void JournalService::getDialledCallList(std::deque<DialledCallItem>& list) {
-    m_parts->lists.getDialledCallList(list);
+    guarded("getDialledCallList", [&] { m_parts->lists.getDialledCallList(list); });
 }
 
 bool JournalService::getDialledCall(const std::string& entryId, DialledCallItem& item) {
-    return m_parts->lists.getDialledCall(entryId, item);
+    return answered("getDialledCall", [&] { return m_parts->lists.getDialledCall(entryId, item); });
 }
 
 bool JournalService::deleteDialledCall(const std::string& entryId) {
-    return m_parts->lists.deleteDialledCall(entryId);
+    return answered("deleteDialledCall", [&] { return m_parts->lists.deleteDialledCall(entryId); });
 }
 
 bool JournalService::deleteDialledCallList(const std::set<std::string>& entryIds) {
-    return m_parts->lists.deleteDialledCallList(entryIds);
+    return answered("deleteDialledCallList", [&] { return m_parts->lists.deleteDialledCallList(entryIds); });
 }
 
 bool JournalService::deleteDialledCallList() {
-    return m_parts->lists.deleteDialledCallList();
+    return answered("deleteDialledCallList", [&] { return m_parts->lists.deleteDialledCallList(); });
 }
 
 bool JournalService::getLastDialledNumber(DialledCallItem& item) {
-    return m_parts->lists.getLastDialledNumber(item);
+    return answered("getLastDialledNumber", [&] { return m_parts->lists.getLastDialledNumber(item); });
 }
 
 // --- JournalServiceIfc: received calls ---
 
 void JournalService::getReceivedCallList(std::deque<ReceivedCallItem>& list) {
-    m_parts->lists.getReceivedCallList(list);
+    guarded("getReceivedCallList", [&] { m_parts->lists.getReceivedCallList(list); });
 }
 
 bool JournalService::getReceivedCall(const std::string& entryId, ReceivedCallItem& item) {
-    return m_parts->lists.getReceivedCall(entryId, item);
+    return answered("getReceivedCall", [&] { return m_parts->lists.getReceivedCall(entryId, item); });
 }
 
 bool JournalService::deleteReceivedCall(const std::string& entryId) {
-    return m_parts->lists.deleteReceivedCall(entryId);
+    return answered("deleteReceivedCall", [&] { return m_parts->lists.deleteReceivedCall(entryId); });
 }
 
 bool JournalService::deleteReceivedCallList(const std::set<std::string>& entryIds) {
-    return m_parts->lists.deleteReceivedCallList(entryIds);
+    return answered("deleteReceivedCallList",
+                    [&] { return m_parts->lists.deleteReceivedCallList(entryIds); });
 }
 
 bool JournalService::deleteReceivedCallList() {
-    return m_parts->lists.deleteReceivedCallList();
+    return answered("deleteReceivedCallList", [&] { return m_parts->lists.deleteReceivedCallList(); });
 }
 
 // --- JournalServiceIfc: forwarded calls ---
 
 void JournalService::getForwardedCallList(std::deque<ForwardedCallItem>& list) {
-    m_parts->lists.getForwardedCallList(list);
+    guarded("getForwardedCallList", [&] { m_parts->lists.getForwardedCallList(list); });
 }
 
 bool JournalService::getForwardedCall(const std::string& entryId, ForwardedCallItem& item) {
-    return m_parts->lists.getForwardedCall(entryId, item);
+    return answered("getForwardedCall", [&] { return m_parts->lists.getForwardedCall(entryId, item); });
 }
 
 bool JournalService::deleteForwardedCall(const std::string& entryId) {
-    return m_parts->lists.deleteForwardedCall(entryId);
+    return answered("deleteForwardedCall", [&] { return m_parts->lists.deleteForwardedCall(entryId); });
 }
 
 bool JournalService::deleteForwardedCallList(const std::set<std::string>& entryIds) {
-    return m_parts->lists.deleteForwardedCallList(entryIds);
+    return answered("deleteForwardedCallList",
+                    [&] { return m_parts->lists.deleteForwardedCallList(entryIds); });
 }
 
 bool JournalService::deleteForwardedCallList() {
-    return m_parts->lists.deleteForwardedCallList();
+    return answered("deleteForwardedCallList", [&] { return m_parts->lists.deleteForwardedCallList(); });
 }
 
 // --- JournalServiceIfc: callbacks ---
 
 void JournalService::getCallBackList(std::deque<CallBackItem>& list) {
-    m_parts->lists.getCallBackList(list);
+    guarded("getCallBackList", [&] { m_parts->lists.getCallBackList(list); });
 }
 
 bool JournalService::deleteCallBack(const std::string& entryId) {
-    return m_parts->lists.deleteCallBack(entryId);
+    return answered("deleteCallBack", [&] { return m_parts->lists.deleteCallBack(entryId); });
 }
 
 bool JournalService::deleteCallBackList(const std::set<std::string>& entryIds) {
-    return m_parts->lists.deleteCallBackList(entryIds);
+    return answered("deleteCallBackList", [&] { return m_parts->lists.deleteCallBackList(entryIds); });
 }
 
 bool JournalService::deleteCallBackList() {
-    return m_parts->lists.deleteCallBackList();
+    return answered("deleteCallBackList", [&] { return m_parts->lists.deleteCallBackList(); });
 }
 
 // --- JournalServiceIfc: the journal as a whole ---
 
 bool JournalService::deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest) {
-    return m_parts->lists.deleteCalls(entryIds, isSendDeleteMissedCallRequest);
+    return answered("deleteCalls",
+                    [&] { return m_parts->lists.deleteCalls(entryIds, isSendDeleteMissedCallRequest); });
 }
 
 bool JournalService::deleteAllCalls() {
-    return m_parts->lists.deleteAllCalls();
+    return answered("deleteAllCalls", [&] { return m_parts->lists.deleteAllCalls(); });
 }
 
 bool JournalService::resetUserCalls() {
@@ -208,36 +221,39 @@ bool JournalService::resetUserContacts() {
 }
 
 bool JournalService::refreshCallLog() {
-    return m_parts->refresh.refreshCallLog();
+    return answered("refreshCallLog", [&] { return m_parts->refresh.refreshCallLog(); });
 }
 
 bool JournalService::refreshCallLists() {
-    return m_parts->refresh.refreshCallLists();
+    return answered("refreshCallLists", [&] { return m_parts->refresh.refreshCallLists(); });
 }
 
 bool JournalService::setJournalServiceCallLogEventsDisabling(const std::string& value) {
-    return m_parts->refresh.setJournalServiceCallLogEventsDisabling(value);
+    return answered("setJournalServiceCallLogEventsDisabling",
+                    [&] { return m_parts->refresh.setJournalServiceCallLogEventsDisabling(value); });
 }
 
 bool JournalService::getCallRecordsAssociatedWith(const Contact& contact,
                                                   std::vector<Contact::CallRecord>& records) {
-    return m_parts->lists.getCallRecordsAssociatedWith(contact, records);
+    return answered("getCallRecordsAssociatedWith",
+                    [&] { return m_parts->lists.getCallRecordsAssociatedWith(contact, records); });
 }
 
 // --- ContactGetterIfc ---
 
 void JournalService::getContactList(std::vector<Contact>& contacts) {
-    m_parts->lists.getContactList(contacts);
+    guarded("getContactList", [&] { m_parts->lists.getContactList(contacts); });
 }
 
 // --- JournalServiceObserverSubscriptionIfc ---
 
 bool JournalService::subscribeForJournalEvents(JournalServiceObserverIfc* observer) {
-    return m_parts->subscription.subscribe(observer);
+    return answered("subscribeForJournalEvents", [&] { return m_parts->subscription.subscribe(observer); });
 }
 
 bool JournalService::unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) {
-    return m_parts->subscription.unsubscribe(observer);
+    return answered("unsubscribeForJournalEvents",
+                    [&] { return m_parts->subscription.unsubscribe(observer); });
 }
 
 void JournalService::loadCallListsFromDb() {
@@ -335,11 +351,11 @@ void JournalService::handleCSTARetrievedEvent(CSTARetrievedEvent* event) {
 // --- MgmtAgentIfc ---
 
 bool JournalService::setData(ManageableData& data) {
-    return m_parts->agent.setData(data);
+    return answered("setData", [&] { return m_parts->agent.setData(data); });
 }
 
 bool JournalService::getData(ManageableData& data) {
-    return m_parts->agent.getData(data);
+    return answered("getData", [&] { return m_parts->agent.getData(data); });
 }
 
 void JournalService::manageableDataChanged(ManageableData& data) {
@@ -347,29 +363,30 @@ void JournalService::manageableDataChanged(ManageableData& data) {
 }
 
 bool JournalService::resetUserData() {
-    return m_parts->refresh.resetUserData();
+    return answered("resetUserData", [&] { return m_parts->refresh.resetUserData(); });
 }
 
 // --- the gate and the timers, for those who ask ---
 
 bool JournalService::handleCSTAEvent() {
-    return m_parts->gate.handleCSTAEvent();
+    return answered("handleCSTAEvent", [&] { return m_parts->gate.handleCSTAEvent(); });
 }
 
 bool JournalService::isUCServiceRunning() {
-    return m_parts->gate.isUCServiceRunning();
+    return answered("isUCServiceRunning", [&] { return m_parts->gate.isUCServiceRunning(); });
 }
 
 bool JournalService::isPallaxServiceRunning() {
-    return m_parts->gate.isPallaxServiceRunning();
+    return answered("isPallaxServiceRunning", [&] { return m_parts->gate.isPallaxServiceRunning(); });
 }
 
 bool JournalService::isWsiUcJournalAllowed() {
-    return m_parts->gate.isWsiUcJournalAllowed();
+    return answered("isWsiUcJournalAllowed", [&] { return m_parts->gate.isWsiUcJournalAllowed(); });
 }
 
 int JournalService::getAutoSaveVisitorCallLogToVantorTimerId() const {
-    return m_parts->visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId();
+    return answered("getAutoSaveVisitorCallLogToVantorTimerId",
+                    [&] { return m_parts->visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId(); });
 }
 
 DigitAnalysisServiceIfc* JournalService::getDigitAnalysisService() const {

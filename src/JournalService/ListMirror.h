@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "journal-items/CallBackItem.h"
 #include "src/JournalService/ListTable.h"
@@ -53,6 +54,20 @@ public:
             if (isWrite && answered && !answered->empty()) {
                 item.setUniqueId(*answered);
             }
+        }
+    }
+
+    /// Writes several items that are stored already in one request.
+    template <typename Item>
+    void rewrite(const std::vector<const Item*>& items) {
+        const std::string& write = CallListDatabaseAdapterHelper::WRITEREQUEST;
+        std::string entries;
+        for (const Item* item : items) {
+            entries += entry(*item, write);
+        }
+        const bool refused = !items.empty() && !send(entries, write, ListTable<Item>::kName);
+        for (const Item* item : items) {
+            noteRefused(keyOf(*item), refused);
         }
     }
 

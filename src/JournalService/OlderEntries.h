@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -57,7 +58,7 @@ private:
     bool read(std::deque<ForwardedCallItem>& items) const;
     /// False when the database has no item with that id any more.
     template <typename Item>
-    bool bringBack(const std::string& uniqueId);
+    std::optional<bool> bringBack(const std::string& uniqueId);
 
     const CallListDatabaseAdapter& m_adapter;
     JournalLists& m_lists;
@@ -87,16 +88,22 @@ void OlderEntries::recall(Matches matches) {
         if (found == left.items.end()) {
             return;
         }
-        isBack = bringBack<Item>(found->getUniqueId());
+        const std::optional<bool> back = bringBack<Item>(found->getUniqueId());
+        if (!back) {
+            return;
+        }
+        isBack = *back;
         left.items.erase(found);
     }
 }
 
 template <typename Item>
-bool OlderEntries::bringBack(const std::string& uniqueId) {
+std::optional<bool> OlderEntries::bringBack(const std::string& uniqueId) {
     const auto isMeant = [&uniqueId](const Item& item) { return item.getUniqueId() == uniqueId; };
     std::deque<Item> stored;
-    read(stored);
+    if (!read(stored)) {
+        return std::nullopt;
+    }
     const auto found = std::find_if(stored.begin(), stored.end(), isMeant);
     const auto items = m_lists.list<Item>().access();
     if (found != stored.end() && std::none_of(items->begin(), items->end(), isMeant)) {

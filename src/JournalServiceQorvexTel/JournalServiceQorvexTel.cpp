@@ -82,9 +82,11 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
     std::string response = loadCallLists(kCallsSchema, budget);
     LOG_LOADING(5, "response from read all:%s\n", response.c_str());
     const bool callsRead = ifNotReadFailure(response);
+    bool whole = true;
     if (callsRead) {
         clearPreviousCachedData();
         count = processReadResponse(response);
+        whole = m_wholeResponse;
         inLists = count;
         budget -= std::min(count, budget);
     }
@@ -98,7 +100,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
         }
     }
     LOG_LOADING(5, "Found %d call(s) in total\n", static_cast<int>(count));
-    parts().olderEntries.loaded(!callsRead || inLists >= kRowBudget);
+    parts().olderEntries.loaded(!callsRead || !whole || inLists >= kRowBudget);
 }
 
 void JournalServiceQorvexTel::clearPreviousCachedData() {
@@ -116,7 +118,8 @@ unsigned JournalServiceQorvexTel::processReadResponse(const std::string& respons
     std::deque<ReceivedCallItem> received;
     std::deque<ForwardedCallItem> forwarded;
     std::vector<Contact> contacts;
-    JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
+    m_wholeResponse =
+        JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
 
     JournalLists& lists = parts().lists;
     unsigned count = addToList(lists, missed, "missed", [this](std::deque<MissedCallItem>& items) {

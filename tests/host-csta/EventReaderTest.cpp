@@ -29,6 +29,9 @@ std::string members(const std::string& text) {
     std::istringstream in(text);
     std::string xml;
     for (std::string field; std::getline(in, field, '|');) {
+        if (field.empty()) {
+            continue;
+        }
         const std::size_t at = std::min(field.find_first_of(":/=<"), field.size() - 1);
         const std::string name = field.substr(0, at);
         std::string value = field.substr(at + 1);
