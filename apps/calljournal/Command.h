@@ -41,8 +41,12 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeSwitchCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDemoCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeListCommand(CLI::App& app);
-[[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeShowCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeWatchCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeViewedCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeDeleteCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeExportCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
 
 }  // namespace host

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/calljournal/Command.h"
+#include "apps/calljournal/UsageError.h"
 #include "host/config/DataDirectory.h"
 
 namespace host {
@@ -21,13 +22,17 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 7> kEntries{{
+constexpr std::array<Entry, 11> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {"demo", "serve, with a simulated switch whose calls come in", &makeDemoCommand},
     {"list", "print a list of the running journal", &makeListCommand},
-    {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
+    {"show", "print an entry of the running journal with all its calls", &makeShowCommand},
     {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
+    {"viewed", "mark missed calls of the running journal as looked at", &makeViewedCommand},
+    {"delete", "delete entries of the running journal", &makeDeleteCommand},
+    {"export", "print a whole list of the running journal as a file for other programs", &makeExportCommand},
+    {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
     {"settings", "print or change the settings of the running journal and its phone", &makeSettingsCommand},
 }};
 
@@ -78,7 +83,11 @@ int runCommandLine(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? eDone : eWrongUsage;
+        if (error.get_exit_code() == 0) {
+            return app.exit(error);  // which prints the help
+        }
+        std::cerr << usageError(app, error) << std::endl;
+        return eWrongUsage;
     }
     try {
         return runChosen(commands, common);

@@ -14,6 +14,8 @@
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/ContactImport.h"
 #include "apps/calljournal/ContactPages.h"
+#include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/faces/ItemJson.h"
@@ -110,15 +112,10 @@ public:
             ->add_option("--search", m_search,
                          "print only contacts with TEXT in their name, numbers, company or e-mail address")
             ->type_name("TEXT");
-        m_list->add_option("--limit", m_limit, "print only the first N")
-            ->type_name("N")
-            ->check(CLI::PositiveNumber);
+        addLimitOption(*m_list, m_limit, "print only the first N");
         m_list->add_flag("--json", m_json, "print one JSON object");
         m_export = addSubcommand(app, "export", "print the phonebook as a file for other programs");
-        m_export->add_option("--format", m_format, "vcf (vCard 3.0) or csv")
-            ->type_name("FORMAT")
-            ->required()
-            ->check(CLI::IsMember({"vcf", "csv"}));
+        addFormatOption(*m_export, m_format, {"vcf", "csv"}, "vcf (vCard 3.0) or csv");
     }
 
     int run(const CommonOptions& common) override {
@@ -179,7 +176,8 @@ private:
         } else if (rows.empty()) {
             std::cout << (m_search.empty() ? "nobody in the phonebook\n" : "nobody found\n");
         } else {
-            std::cout << tableText({"NAME", "COMPANY", "OFFICE", "MOBILE", "PRIVATE", "OFFICE 2"}, rows);
+            std::cout << tableText({"NAME", "COMPANY", "OFFICE", "MOBILE", "PRIVATE", "OFFICE 2"}, rows,
+                                   {terminalWidth(), {1, 0}});
             if (rows.size() < total) {
                 std::cout << "(" << rows.size() << " of " << total << ")\n";
             }

@@ -3,11 +3,15 @@
 #include <deque>
 #include <nlohmann/json.hpp>
 
+#include "host/faces/ItemCsv.h"
 #include "host/faces/ItemJson.h"
 #include "host/faces/ItemSearch.h"
 #include "host/faces/PlainText.h"
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/ClientAnswer.h"
+#include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
 namespace host {
@@ -36,6 +40,7 @@ std::string durationOf(const Duration& occurrence) {
 template <typename Item>
 ListRow rowOf(const Item& item) {
     ListRow row;
+    row.entryId = item.getEntryId();
     row.marked = isUnviewed(item);
     row.name = fullName(item.getFirstname(), item.getSurname());
     const auto& occurrences = occurrencesOf(item);
@@ -50,6 +55,7 @@ ListRow rowOf(const Item& item) {
 
 ListRow rowOf(const CallBackItem& item) {
     ListRow row;
+    row.entryId = item.getEntryId();
     row.time = localTime(utcTime(item.getTimeDate()));
     row.name = fullName(item.getFirstname(), item.getSurname());
     row.number = item.getNumber();
@@ -64,6 +70,7 @@ std::optional<ListAnswer> read(ListName list, const std::string& text, const Lis
         return std::nullopt;
     }
     ListAnswer answer;
+    answer.csv = csvTitles(list);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
         if (!itemMatches(item, filter.search)) {
@@ -74,6 +81,7 @@ std::optional<ListAnswer> read(ListName list, const std::string& text, const Lis
         if (!filter.limit || answer.rows.size() < *filter.limit) {
             answer.rows.push_back(rowOf(item));
             shown.push_back(itemJson(item));
+            answer.csv += csvLines(list, shown.back());
         }
     }
     answer.json = jsonText({{"list", std::string(wordOf(list))},
@@ -106,6 +114,14 @@ std::optional<ListAnswer> readListAnswer(ListName list, const std::string& answe
         case ListName::eCallbacks: break;
     }
     return read(list, answer, filter, &Helper::parseXMLCallBackList);
+}
+
+ListAnswer fetchList(RemoteClient& client, ListName list, const ListFilter& filter) {
+    auto answer = readListAnswer(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
+    if (!answer) {
+        throw RemoteError("calljournal could not answer; its log says why");
+    }
+    return std::move(*answer);
 }
 
 }  // namespace host

@@ -12,6 +12,8 @@
 
 namespace host {
 
+class RemoteClient;
+
 /// Which items of a list are wanted.
 struct ListFilter {
     /// The newest of those that are found; nothing: all.
@@ -29,6 +31,8 @@ struct ListAnswer {
     std::vector<ListRow> rows;
     /// The text of {"list","total","unviewed","items":[...]}.
     std::string json;
+    /// The same items as a CSV file (`ItemCsv.h`), titles included.
+    std::string csv;
 };
 
 /// The method that answers with the list.
@@ -37,5 +41,8 @@ struct ListAnswer {
 /// Reads the answer to that method; nothing when it is a failure or is no list. Pure; any thread may call.
 [[nodiscard]] std::optional<ListAnswer> readListAnswer(ListName list, const std::string& answer,
                                                        const ListFilter& filter);
+
+/// Asks a running server for the list. Throws `RemoteError` when it fails.
+[[nodiscard]] ListAnswer fetchList(RemoteClient& client, ListName list, const ListFilter& filter = {});
 
 }  // namespace host

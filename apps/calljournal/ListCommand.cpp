@@ -4,9 +4,9 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/ListAnswer.h"
+#include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/TerminalWidth.h"
 #include "host/remote/RemoteClient.h"
-#include "host/remote/RemoteError.h"
-#include "platform/journal-library/ClientRequest.h"
 
 namespace host {
 namespace {
@@ -14,30 +14,28 @@ namespace {
 class ListCommand final : public Command {
 public:
     explicit ListCommand(CLI::App& app) {
-        app.add_option("list", m_list, "missed, dialled, received, forwarded or callbacks")
-            ->type_name("LIST")
-            ->required()
-            ->check(CLI::IsMember({"missed", "dialled", "received", "forwarded", "callbacks"}));
-        app.add_option("--limit", m_limit, "print only the newest N")
-            ->type_name("N")
-            ->check(CLI::PositiveNumber);
+        addListOption(app, m_list);
+        addLimitOption(app, m_limit, "print only the newest N");
         app.add_option("--search", m_filter.search, "print only entries with TEXT in their name or number")
             ->type_name("TEXT");
-        app.add_flag("--json", m_json, "print one JSON object");
+        CLI::Option* const ids =
+            app.add_flag("--ids", m_ids, "print the entries' ids instead of their calls");
+        CLI::Option* const json = app.add_flag("--json", m_json, "print one JSON object");
+        app.add_flag("--csv", m_csv, "print a line of CSV for each call")->excludes(json)->excludes(ids);
+        ids->excludes(json);
     }
 
     int run(const CommonOptions& common) override {
         if (m_limit > 0) {
             m_filter.limit = m_limit;
         }
-        const ListName list = listNamed(m_list).value();
         RemoteClient client(common.dataDirectory());
-        const auto answer =
-            readListAnswer(list, client.call(journalxml::buildRequest(methodFor(list))), m_filter);
-        if (!answer) {
-            throw RemoteError("calljournal could not answer; its log says why");
+        const ListAnswer answer = fetchList(client, listNamed(m_list).value(), m_filter);
+        if (m_csv) {
+            std::cout << answer.csv << std::flush;
+        } else {
+            std::cout << (m_json ? answer.json + "\n" : describe(answer)) << std::flush;
         }
-        std::cout << (m_json ? answer->json + "\n" : describe(*answer)) << std::flush;
         return std::cout.good() ? eDone : eFailed;
     }
 
@@ -46,7 +44,8 @@ private:
         if (answer.rows.empty()) {
             return "nothing " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
         }
-        std::string text = tableText(answer.rows);
+        std::string text =
+            tableText(answer.rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());
         if (answer.rows.size() < answer.total) {
             text += "(" + std::to_string(answer.rows.size()) + " of " + std::to_string(answer.total) + ")\n";
         }
@@ -56,7 +55,9 @@ private:
     std::string m_list;
     std::size_t m_limit = 0;
     ListFilter m_filter;
+    bool m_ids = false;
     bool m_json = false;
+    bool m_csv = false;
 };
 
 }  // namespace

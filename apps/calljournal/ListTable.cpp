@@ -4,14 +4,26 @@
 
 namespace host {
 
-std::string tableText(const std::vector<ListRow>& rows) {
-    static const std::vector<std::string> kTitles{"TIME", "NAME", "NUMBER", "CALLS", "DURATION"};
+std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std::size_t width) {
+    const bool withIds = columns == ListColumns::eEntryIds;
     std::vector<TableRow> lines;
     lines.reserve(rows.size());
     for (const ListRow& row : rows) {
-        lines.push_back({row.marked, {row.time, row.name, row.number, row.count, row.duration}});
+        std::vector<std::string> cells{row.time, row.name, row.number};
+        if (withIds) {
+            cells.push_back(row.entryId);
+        } else {
+            cells.insert(cells.end(), {row.count, row.duration});
+        }
+        lines.push_back({row.marked, std::move(cells)});
     }
-    return tableText(kTitles, lines);
+    std::vector<std::string> titles{"TIME", "NAME", "NUMBER"};
+    if (withIds) {
+        titles.emplace_back("ENTRY ID");
+    } else {
+        titles.insert(titles.end(), {"CALLS", "DURATION"});
+    }
+    return tableText(titles, lines, {width, {1, 2}});
 }
 
 }  // namespace host

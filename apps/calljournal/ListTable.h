@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,10 +15,15 @@ struct ListRow {
     std::string number;
     std::string count;
     std::string duration;
+    std::string entryId = {};
 };
 
-/// The rows as a table for a terminal, with a line of titles; columns that are empty in every row are left out, and what
-/// could disturb a terminal is made visible. Empty without rows. Pure; any thread may call.
-[[nodiscard]] std::string tableText(const std::vector<ListRow>& rows);
+/// What a table of calls shows behind time, name and number.
+enum class ListColumns { eCalls, eEntryIds };
+
+/// The rows as a table (`TextTable.h`) of `width` columns, 0 for as many as it needs: names and numbers are cut. Pure; any
+/// thread may call.
+[[nodiscard]] std::string tableText(const std::vector<ListRow>& rows,
+                                    ListColumns columns = ListColumns::eCalls, std::size_t width = 0);
 
 }  // namespace host

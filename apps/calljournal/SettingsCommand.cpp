@@ -6,6 +6,7 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/SettingsText.h"
+#include "apps/calljournal/TerminalWidth.h"
 #include "host/faces/PlainText.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
@@ -67,7 +68,7 @@ private:
         } else if (!m_key.empty()) {
             std::cout << printable(*answer.settings.front().value) << std::endl;
         } else {
-            std::cout << settingsTable(answer.settings) << std::flush;
+            std::cout << settingsTable(answer.settings, terminalWidth()) << std::flush;
         }
     }
 

@@ -7,13 +7,13 @@
 
 namespace host {
 
-std::string settingsTable(const std::vector<journalxml::Setting>& settings) {
+std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width) {
     std::vector<TableRow> rows;
     for (const journalxml::Setting& setting : settings) {
         rows.push_back(
             {false, {setting.key, setting.ofJournal ? "journal" : "phone", setting.value.value_or("")}});
     }
-    return tableText({"SETTING", "OF", "VALUE"}, rows);
+    return tableText({"SETTING", "OF", "VALUE"}, rows, {width, {2}});
 }
 
 std::string settingsJson(const std::vector<journalxml::Setting>& settings) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -8,8 +9,8 @@
 /// Settings as the command line shows them. Pure functions; any thread may call.
 namespace host {
 
-/// A line for each, with its kind, under titles; all of it printable.
-[[nodiscard]] std::string settingsTable(const std::vector<journalxml::Setting>& settings);
+/// A line for each, with its kind, under titles; all of it printable, and cut to `width` columns.
+[[nodiscard]] std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width);
 
 /// {"KEY":"VALUE",...}, without the keys that have no value.
 [[nodiscard]] std::string settingsJson(const std::vector<journalxml::Setting>& settings);

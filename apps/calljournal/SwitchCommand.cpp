@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <iostream>
 #include <stdexcept>
 #include <vector>
@@ -25,7 +26,9 @@ public:
         app.add_flag("--loop", m_loop, "start over when the scenario is over");
         app.add_option("--rate", m_rate, "stretch or shrink the waits to this many calls a second")
             ->type_name("CALLS_PER_S")
-            ->check(CLI::PositiveNumber);
+            ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
+                return CLI::PositiveNumber(text).empty() ? std::string() : text + " is not a number above 0";
+            }));
         app.add_flag("--call-log", m_callLog, "keep a call log as a switch does and tell the phones of it");
         addAnsweringOption(app, m_answering);
         app.add_flag("--log-messages", m_logMessages, "log every message that comes and goes");

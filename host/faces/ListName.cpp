@@ -7,6 +7,8 @@ namespace host {
 namespace {
 
 constexpr std::array<std::string_view, 5> kWords{"missed", "dialled", "received", "forwarded", "callbacks"};
+constexpr std::array<std::string_view, 5> kEntryWords{"missed call", "dialled call", "received call",
+                                                      "forwarded call", "callback"};
 
 }  // namespace
 
@@ -21,6 +23,14 @@ std::optional<ListName> listNamed(std::string_view word) noexcept {
         }
     }
     return std::nullopt;
+}
+
+std::string entryWord(ListName list) {
+    return std::string(kEntryWords[static_cast<std::size_t>(list)]);
+}
+
+std::string countText(ListName list, std::size_t count) {
+    return std::to_string(count) + " " + entryWord(list) + (count == 1 ? "" : "s");
 }
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace host {
@@ -12,5 +14,10 @@ enum class ListName { eMissed, eDialled, eReceived, eForwarded, eCallbacks };
 [[nodiscard]] std::string_view wordOf(ListName list) noexcept;
 /// The way back; nothing for another word.
 [[nodiscard]] std::optional<ListName> listNamed(std::string_view word) noexcept;
+
+/// What an entry of the list is: "missed call", "callback".
+[[nodiscard]] std::string entryWord(ListName list);
+/// "1 missed call", "2 callbacks": so many entries of the list.
+[[nodiscard]] std::string countText(ListName list, std::size_t count);
 
 }  // namespace host

@@ -39,6 +39,13 @@ bool isIn(const std::array<Range, Size>& ranges, std::uint32_t character) {
     });
 }
 
+std::size_t columnsOf(std::uint32_t character) {
+    if (isIn(kWide, character)) {
+        return 2;
+    }
+    return isIn(kCombining, character) ? 0 : 1;
+}
+
 /// Characters that move the cursor, turn the direction of writing or part lines, and what is none at all.
 bool isUnsafe(std::uint32_t character) {
     return character == utf8::kInvalid || character < 0x20 || (character >= 0x7F && character < 0xA0) ||
@@ -83,14 +90,27 @@ std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
     for (std::size_t at = 0; at < text.size();) {
         const utf8::Step step = utf8::next(text, at);
-        if (isIn(kWide, step.character)) {
-            width += 2;
-        } else if (!isIn(kCombining, step.character)) {
-            width += 1;
-        }
+        width += columnsOf(step.character);
         at += step.length;
     }
     return width;
+}
+
+std::string shortened(std::string_view text, std::size_t width) {
+    if (width == 0 || displayWidth(text) <= width) {
+        return std::string(width == 0 ? std::string_view() : text);
+    }
+    std::size_t left = width - 1;
+    std::size_t at = 0;
+    for (;;) {
+        const utf8::Step step = utf8::next(text, at);
+        const std::size_t columns = columnsOf(step.character);
+        if (columns > left) {
+            return std::string(text.substr(0, at)) + "…";
+        }
+        left -= columns;
+        at += step.length;
+    }
 }
 
 std::string padded(std::string_view text, std::size_t width) {

@@ -17,6 +17,9 @@ namespace host {
 /// `text` with blanks behind it up to `width` columns; a wider one stays as it is.
 [[nodiscard]] std::string padded(std::string_view text, std::size_t width);
 
+/// A printable text that takes `width` columns at most: a wider one ends in "…" instead of what is too much.
+[[nodiscard]] std::string shortened(std::string_view text, std::size_t width);
+
 /// The time text of a callback, which carries no zone, with the zone that it is in: "2026-11-21T05:22:05Z". Any other text
 /// is answered as it is.
 [[nodiscard]] std::string utcTime(const std::string& time);

@@ -116,14 +116,5 @@ TEST_F(ListAnswerTest, AnEmptyListIsAnAnswerAndAFailureIsNone) {
     }
 }
 
-TEST_F(ListAnswerTest, AsksForEachListByItsOwnMethod) {
-    using journalxml::MethodId;
-    EXPECT_EQ(methodFor(ListName::eMissed), MethodId::eGetMissedCallList);
-    EXPECT_EQ(methodFor(ListName::eDialled), MethodId::eGetDialledCallList);
-    EXPECT_EQ(methodFor(ListName::eReceived), MethodId::eGetReceivedCallList);
-    EXPECT_EQ(methodFor(ListName::eForwarded), MethodId::eGetForwardedCallList);
-    EXPECT_EQ(methodFor(ListName::eCallbacks), MethodId::eGetCallBackList);
-}
-
 }  // namespace
 }  // namespace host

@@ -25,6 +25,17 @@ TEST(ListTable, ANameCannotBreakTheTable) {
               "  now   \\x1b[2Jx\\ny  1\n");
 }
 
+TEST(ListTable, CutsNamesFirstAndNumbersThenToTheWidth) {
+    const std::vector<ListRow> rows{
+        {true, "06:22", "山田山田山田", "+4915550100123", "2", "00:01", "2026-11-21T05:22:05Z0000002A"}};
+    EXPECT_EQ(tableText(rows, ListColumns::eCalls, 50),
+              "  TIME   NAME      NUMBER          CALLS  DURATION\n"
+              "* 06:22  山田山…   +4915550100123  2      00:01\n");
+    EXPECT_EQ(tableText(rows, ListColumns::eEntryIds, 20),
+              "  TIME   NAME      NUMBER    ENTRY ID\n"
+              "* 06:22  山田山…   +491555…  2026-11-21T05:22:05Z0000002A\n");
+}
+
 TEST(ListTable, IsEmptyWithoutRows) {
     EXPECT_EQ(tableText({}), "");
 }

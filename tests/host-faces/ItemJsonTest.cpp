@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/faces/ItemCsv.h"
 #include "host/faces/ListName.h"
 
 namespace host {
@@ -112,6 +113,27 @@ TEST(ListName, HasAWordForEachListAndReadsItBack) {
     EXPECT_EQ(wordOf(ListName::eDialled), "dialled");
     EXPECT_EQ(listNamed("Missed"), std::nullopt);
     EXPECT_EQ(listNamed("dialed"), std::nullopt);
+}
+
+TEST(ItemCsv, QuotesAndDefusesCells) {
+    const std::pair<std::string, std::string> rows[] = {
+        {"a, \"b\"", "\"a, \"\"b\"\"\""},
+        {"two\r\nlines", "\"two\r\nlines\""},
+        {"=1+1", "'=1+1"},
+        {"@SUM", "'@SUM"},
+        {"-\"x\"", "\"'-\"\"x\"\"\""},
+        {"\t=1", "\"'\t=1\""},
+        {"'tis", "''tis"},
+        {"a=b", "a=b"},
+        {"M\xfcller\x1b", "M\uFFFDller\uFFFD"},
+    };
+    for (const auto& [name, cell] : rows) {
+        CallBackItem item;
+        item.setSurname(name);
+        item.setNumber("+49");
+        EXPECT_EQ(csvLines(ListName::eCallbacks, itemJson(item)),
+                  ",," + cell + ",'+49,unknown,,unknown,unknown,\r\n");
+    }
 }
 
 }  // namespace

@@ -43,6 +43,11 @@ TEST(PlainText, CountsColumnsAsATerminalDoes) {
     EXPECT_EQ(displayWidth("😀"), 2U);
     EXPECT_EQ(padded("日本", 6), "日本  ");
     EXPECT_EQ(padded("longer", 3), "longer");
+    EXPECT_EQ(shortened("Müller", 6), "Müller");
+    EXPECT_EQ(shortened("Mu\u0308ller", 4), "Mu\u0308l…");
+    EXPECT_EQ(shortened("日本語", 5), "日本…");
+    EXPECT_EQ(shortened("日本語", 4), "日…");
+    EXPECT_EQ(shortened("日本語", 1), "…");
 }
 
 class InZone : public ::testing::Test {

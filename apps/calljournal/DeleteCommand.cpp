@@ -1,0 +1,118 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <set>
+#include <vector>
+
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ListAnswer.h"
+#include "apps/calljournal/ListOptions.h"
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
+#include "platform/journal-library/ClientAnswer.h"
+#include "platform/journal-library/ClientRequest.h"
+
+namespace host {
+namespace {
+
+using journalxml::MethodId;
+
+struct Deletion {
+    MethodId one;
+    MethodId set;
+};
+
+Deletion deletionFrom(ListName list) {
+    switch (list) {
+        case ListName::eMissed: return {MethodId::eDeleteMissedCall, MethodId::eDeleteMissedCallList};
+        case ListName::eDialled: return {MethodId::eDeleteDialledCall, MethodId::eDeleteDialledCallList};
+        case ListName::eReceived: return {MethodId::eDeleteReceivedCall, MethodId::eDeleteReceivedCallList};
+        case ListName::eForwarded:
+            return {MethodId::eDeleteForwardedCall, MethodId::eDeleteForwardedCallList};
+        case ListName::eCallbacks: break;
+    }
+    return {MethodId::eDeleteCallBack, MethodId::eDeleteCallBackList};
+}
+
+void require(const std::string& answer) {
+    if (journalxml::parseBoolAnswer(answer) != true) {
+        throw RemoteError("calljournal could not delete; its log says why");
+    }
+}
+
+class DeleteCommand final : public Command {
+public:
+    explicit DeleteCommand(CLI::App& app) {
+        addListOption(app, m_list);
+        addEntryIdsOption(app, m_entryIds, "the entries, as `list LIST --ids` shows them");
+        app.add_flag("--all", m_all, "delete every entry of the list");
+        app.callback([this] {
+            if (m_entryIds.empty() != m_all) {
+                throw CLI::ValidationError(m_all
+                                               ? "either --all or entries, not both"
+                                               : "which entries? Name their ids, or all of them with --all");
+            }
+        });
+    }
+
+    int run(const CommonOptions& common) override {
+        RemoteClient client(common.dataDirectory());
+        const ListName list = listNamed(m_list).value();
+        std::vector<std::string> unknown;
+        const std::size_t deleted = m_all ? deleteAll(client, list) : deleteNamed(client, list, unknown);
+        std::cout << countText(list, deleted) << " deleted" << std::endl;
+        for (const std::string& entryId : unknown) {
+            sayUnknown(entryId, list, common);
+        }
+        return unknown.empty() && std::cout.good() ? eDone : eFailed;
+    }
+
+private:
+    /// One by one, because only the answer about one entry says whether it was there.
+    std::size_t deleteNamed(RemoteClient& client, ListName list, std::vector<std::string>& unknown) const {
+        std::size_t deleted = 0;
+        for (const std::string& entryId : m_entryIds) {
+            const std::string answer =
+                client.call(journalxml::buildRequest(deletionFrom(list).one, {entryId}));
+            if (journalxml::parseBoolAnswer(answer) == true) {
+                ++deleted;
+            } else {
+                unknown.push_back(entryId);
+            }
+        }
+        return deleted;
+    }
+
+    /// Behind the newest entries, which a list shows, there may be older ones, which come into view when those are gone.
+    static std::size_t deleteAll(RemoteClient& client, ListName list) {
+        std::set<std::string> deleted;
+        for (;;) {
+            std::vector<std::string> entryIds;
+            const ListAnswer answer = fetchList(client, list);
+            for (const ListRow& row : answer.rows) {
+                if (!deleted.insert(row.entryId).second) {
+                    throw RemoteError("calljournal could not delete " + countText(list, answer.rows.size()) +
+                                      "; its log says why");
+                }
+                entryIds.push_back(row.entryId);
+            }
+            if (entryIds.empty()) {
+                return deleted.size();
+            }
+            require(client.call(journalxml::buildRequest(deletionFrom(list).set, entryIds)));
+            require(client.call(journalxml::buildRequest(MethodId::eRefreshCallLists)));
+        }
+    }
+
+    std::string m_list;
+    std::vector<std::string> m_entryIds;
+    bool m_all = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeDeleteCommand(CLI::App& app) {
+    return std::make_unique<DeleteCommand>(app);
+}
+
+}  // namespace host

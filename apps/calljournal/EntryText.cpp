@@ -1,0 +1,89 @@
+#include "apps/calljournal/EntryText.h"
+
+#include <array>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
+
+#include "apps/calljournal/TextTable.h"
+#include "host/faces/PlainText.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Member = std::pair<const char*, const char*>;
+
+// The members of an item and of an occurrence as they are shown, in this order. The name and the list stand above them.
+constexpr std::array<Member, 11> kItemMembers{{{"number", "Number"},
+                                               {"numberType", "Kind of number"},
+                                               {"time", "Time"},
+                                               {"type", "Asked for"},
+                                               {"state", "State"},
+                                               {"deviceId", "Device"},
+                                               {"picture", "Picture"},
+                                               {"viewed", "Viewed"},
+                                               {"groupBy", "Gathered by"},
+                                               {"uniqueId", "Unique id"},
+                                               {"entryId", "Entry id"}}};
+constexpr std::array<Member, 11> kCallMembers{{{"time", "TIME"},
+                                               {"number", "NUMBER"},
+                                               {"connectedNumber", "CONNECTED"},
+                                               {"substituteNumber", "REACHED"},
+                                               {"featureAccessCode", "CODE"},
+                                               {"forwardedToNumber", "FORWARDED TO"},
+                                               {"duration", "DURATION"},
+                                               {"redirectingNumber", "REDIRECTED BY"},
+                                               {"redirectingName", "NAME"},
+                                               {"lineKey", "LINE"},
+                                               {"completedElsewhere", "ELSEWHERE"}}};
+// Names first, then numbers.
+constexpr std::array<std::size_t, 7> kCut{8, 9, 7, 5, 3, 2, 1};
+
+/// A member as it is shown; empty when the object has no such one.
+std::string shown(const Json& object, const std::string& member, const char* forFalse) {
+    const auto found = object.find(member);
+    if (found == object.end()) {
+        return {};
+    }
+    if (found->is_boolean()) {
+        return found->get<bool>() ? "yes" : forFalse;
+    }
+    const std::string text = found->get<std::string>();
+    return member == "time" ? localTime(text) : text;
+}
+
+std::string callTable(const Json& occurrences, std::size_t width) {
+    std::vector<std::string> titles;
+    for (const Member& member : kCallMembers) {
+        titles.emplace_back(member.second);
+    }
+    std::vector<TableRow> rows;
+    for (const Json& occurrence : occurrences) {
+        TableRow row;
+        for (const Member& member : kCallMembers) {
+            row.cells.push_back(shown(occurrence, member.first, ""));
+        }
+        rows.push_back(std::move(row));
+    }
+    return tableText(titles, rows, {width, {kCut.begin(), kCut.end()}});
+}
+
+}  // namespace
+
+std::string entryText(ListName list, const Json& item, std::size_t width) {
+    const std::string name = fullName(shown(item, "firstName", ""), shown(item, "surname", ""));
+    std::string text = (name.empty() ? "unknown" : printable(name)) + ", " + entryWord(list) + "\n";
+    for (const auto& [member, title] : kItemMembers) {
+        const std::string value = shown(item, member, "no");
+        if (!value.empty()) {
+            text += "  " + padded(title, 16) + printable(value) + "\n";
+        }
+    }
+    if (item.contains("occurrences")) {
+        text += "\n" + callTable(item["occurrences"], width);
+    }
+    return text;
+}
+
+}  // namespace host

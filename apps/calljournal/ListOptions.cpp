@@ -1,0 +1,68 @@
+#include "apps/calljournal/ListOptions.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <functional>
+#include <iostream>
+
+#include "apps/calljournal/Command.h"
+#include "host/faces/PlainText.h"
+
+namespace host {
+namespace {
+
+std::string checkCount(const std::string& text) {
+    std::size_t count = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, count);
+    return error == std::errc() && rest == end && count > 0 ? std::string()
+                                                            : text + " is not a number from 1 on";
+}
+
+std::string checkList(const std::string& text) {
+    return listNamed(text) ? std::string()
+                           : "there is no list " + text +
+                                 "; the lists are missed, dialled, received, forwarded and callbacks";
+}
+
+}  // namespace
+
+void addListOption(CLI::App& app, std::string& list) {
+    app.add_option("list", list, "missed, dialled, received, forwarded or callbacks")
+        ->type_name("LIST")
+        ->required()
+        ->check(std::function<std::string(const std::string&)>(&checkList));
+}
+
+void addLimitOption(CLI::App& app, std::size_t& limit, const std::string& help) {
+    app.add_option("--limit", limit, help)
+        ->type_name("N")
+        ->check(std::function<std::string(const std::string&)>(&checkCount));
+}
+
+void addFormatOption(CLI::App& app, std::string& format, const std::vector<std::string>& formats,
+                     const std::string& help) {
+    app.add_option("--format", format, help)
+        ->type_name("FORMAT")
+        ->required()
+        ->check(std::function<std::string(const std::string&)>([formats](const std::string& text) {
+            return std::find(formats.begin(), formats.end(), text) != formats.end()
+                       ? std::string()
+                       : "there is no format " + text + "; it is " + formats.front() + " or " +
+                             formats.back();
+        }));
+}
+
+void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const std::string& help) {
+    app.add_option("entry-ids", entryIds, help)->type_name("ENTRY_ID");
+}
+
+void sayUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
+    const std::string word(wordOf(list));
+    std::cerr << "calljournal: there is no entry " << printable(entryId) << " in the list " << word << "; `"
+              << common.commandToType("list " + word + " --ids") << "` shows those that there are"
+              << std::endl;
+}
+
+}  // namespace host

@@ -1,0 +1,110 @@
+#include <CLI/CLI.hpp>
+#include <deque>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/EntryText.h"
+#include "apps/calljournal/TerminalWidth.h"
+#include "host/faces/ItemJson.h"
+#include "host/faces/PlainText.h"
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
+#include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+
+namespace host {
+namespace {
+
+using Helper = JournalServiceHelper;
+using journalxml::MethodId;
+using Json = nlohmann::ordered_json;
+using Entry = std::pair<ListName, Json>;
+
+template <typename Item>
+using Parser = bool (*)(const std::string&, Item&);
+
+/// The entry in one list; an item without the id is the answer where there is none.
+template <typename Item>
+std::optional<Entry> find(RemoteClient& client, ListName list, MethodId method, Parser<Item> parse,
+                          const std::string& entryId) {
+    Item item;
+    if (!parse(client.call(journalxml::buildRequest(method, {entryId})), item)) {
+        throw RemoteError("calljournal could not answer; its log says why");
+    }
+    return item.getEntryId() == entryId ? std::optional<Entry>({list, itemJson(item)}) : std::nullopt;
+}
+
+/// There is no method for one callback.
+std::optional<Entry> findCallback(RemoteClient& client, const std::string& entryId) {
+    std::deque<CallBackItem> items;
+    if (!Helper::parseXMLCallBackList(client.call(journalxml::buildRequest(MethodId::eGetCallBackList)),
+                                      items)) {
+        throw RemoteError("calljournal could not answer; its log says why");
+    }
+    for (const CallBackItem& item : items) {
+        if (item.getEntryId() == entryId) {
+            return Entry{ListName::eCallbacks, itemJson(item)};
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Entry> findInAll(RemoteClient& client, const std::string& entryId) {
+    auto entry = find<MissedCallItem>(client, ListName::eMissed, MethodId::eGetMissedCall,
+                                      &Helper::parseXMLMissedCallItem, entryId);
+    if (!entry) {
+        entry = find<DialledCallItem>(client, ListName::eDialled, MethodId::eGetDialledCall,
+                                      &Helper::parseXMLDialledCallItem, entryId);
+    }
+    if (!entry) {
+        entry = find<ReceivedCallItem>(client, ListName::eReceived, MethodId::eGetReceivedCall,
+                                       &Helper::parseXMLReceivedCallItem, entryId);
+    }
+    if (!entry) {
+        entry = find<ForwardedCallItem>(client, ListName::eForwarded, MethodId::eGetForwardedCall,
+                                        &Helper::parseXMLForwardedCallItem, entryId);
+    }
+    return entry ? entry : findCallback(client, entryId);
+}
+
+class ShowCommand final : public Command {
+public:
+    explicit ShowCommand(CLI::App& app) {
+        app.add_option("entry-id", m_entryId, "the entry, as `list LIST --ids` shows it")
+            ->type_name("ENTRY_ID")
+            ->required();
+        app.add_flag("--json", m_json, "print one JSON object");
+    }
+
+    int run(const CommonOptions& common) override {
+        RemoteClient client(common.dataDirectory());
+        const std::optional<Entry> entry = findInAll(client, m_entryId);
+        if (!entry) {
+            throw std::runtime_error(
+                "there is no entry " + printable(m_entryId) + " in any of the five lists; `" +
+                common.commandToType("list LIST --ids") +
+                "` shows those of one (an entry has a new id whenever a call is added to it)");
+        }
+        std::cout << (m_json ? jsonText(entry->second) + "\n"
+                             : entryText(entry->first, entry->second, terminalWidth()))
+                  << std::flush;
+        return std::cout.good() ? eDone : eFailed;
+    }
+
+private:
+    std::string m_entryId;
+    bool m_json = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeShowCommand(CLI::App& app) {
+    return std::make_unique<ShowCommand>(app);
+}
+
+}  // namespace host

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstddef>
+
+namespace host {
+
+/// How many columns a line on the standard output has: what the environment's COLUMNS says, else the terminal, and 80
+/// where the output is none.
+[[nodiscard]] std::size_t terminalWidth();
+
+}  // namespace host

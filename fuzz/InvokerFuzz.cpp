@@ -1,0 +1,81 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <deque>
+#include <string>
+
+#include "include/JournalService.h"
+#include "include/JournalServiceInvoker.h"
+#include "platform/framework/Context.h"
+#include "platform/framework/InvokerResponse.h"
+#include "platform/hardware/HardwareVersion.h"
+#include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/logging/Logging.h"
+
+// What a remote client may send: any bytes. Each message is answered once, and the next good one gets its list.
+
+int HardwareVersion::getHWSubPlatformVariant() noexcept {
+    return 0;
+}
+bool loggingOnAppUni(const char* /*component*/, int /*level*/) noexcept {
+    return false;
+}
+void logAppUni(const char* /*component*/, const char* /*sourceFile*/, int /*level*/, int /*line*/,
+               const char* /*format*/, ...) noexcept {}
+
+namespace {
+
+/// A phone that has nothing.
+class BareContext final : public Context {
+public:
+    [[nodiscard]] Executable* findService(const std::string& /*name*/) override { return nullptr; }
+    [[nodiscard]] int createTimer(Executable& /*handler*/, int /*milliseconds*/) override { return -1; }
+    bool startTimer(int /*id*/) override { return false; }
+    bool stopTimer(int /*id*/) override { return false; }
+    bool restartTimer(int /*id*/) override { return false; }
+    bool deleteTimer(int /*id*/) override { return false; }
+    [[nodiscard]] bool isTimerRunning(int /*id*/) override { return false; }
+};
+
+struct Answer final : public InvokerResponse {
+    void setPayload(const char* text, int length) override {
+        payload.assign(text, static_cast<std::size_t>(length));
+    }
+    void complete() override { ++completions; }
+    [[nodiscard]] std::string getRequester() const override { return "client"; }
+    [[nodiscard]] std::string getRequestedProtocol() const override { return "opera_text"; }
+
+    std::string payload;
+    int completions = 0;
+};
+
+struct Phone {
+    Phone() { journal.init(context); }
+
+    std::string handle(const char* message, std::size_t size) {
+        Answer answer;
+        invoker.handleMessage(&journal, message, static_cast<int>(size), &answer);
+        if (answer.completions != 1) {
+            std::abort();
+        }
+        return answer.payload;
+    }
+
+    BareContext context;
+    JournalService journal{nullptr};
+    JournalServiceInvoker invoker;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static Phone phone;
+    phone.handle(reinterpret_cast<const char*>(data), size);
+    const std::string good = journalxml::buildRequest(journalxml::MethodId::eGetMissedCallList);
+    std::deque<MissedCallItem> list;
+    if (!JournalServiceHelper::parseXMLMissedCallList(phone.handle(good.data(), good.size()), list)) {
+        std::abort();
+    }
+    return 0;
+}

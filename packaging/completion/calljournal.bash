@@ -1,0 +1,75 @@
+# Completes the command line of calljournal in bash. `source` it in ~/.bashrc, or install it as
+# /usr/share/bash-completion/completions/calljournal. For zsh, in ~/.zshrc:
+#   autoload -U +X bashcompinit && bashcompinit && source .../calljournal.bash
+
+# _calljournal_options COMMAND [SUBCOMMAND]: the options that stand behind it.
+_calljournal_options() {
+    case "$1${2:+ $2}" in
+        '') echo --help ;;
+        serve) echo --config --listen --switch --set --data --help ;;
+        switch) echo --listen --scenario --loop --rate --call-log --answer --log-messages --data --help ;;
+        demo) echo --config --listen --set --data --help ;;
+        list) echo --limit --search --ids --json --csv --data --help ;;
+        show | watch | settings) echo --json --data --help ;;
+        delete) echo --all --data --help ;;
+        export) echo --format --data --help ;;
+        'contacts import') echo --json --data --help ;;
+        'contacts list') echo --search --limit --json --data --help ;;
+        'contacts export') echo --format --data --help ;;
+        *) echo --data --help ;;
+    esac
+}
+
+_calljournal() {
+    local lists='missed dialled received forwarded callbacks'
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
+    local command='' subcommand='' list='' words='' each at
+    COMPREPLY=()
+    for ((at = 1; at < COMP_CWORD; at++)); do
+        each=${COMP_WORDS[at]}
+        if [[ -z $command && $each != -* ]]; then
+            command=$each
+        elif [[ $command == contacts && -z $subcommand && " import list export " == *" $each "* ]]; then
+            subcommand=$each
+        elif [[ " $lists " == *" $each "* ]]; then
+            list=$each
+        fi
+    done
+
+    case $before in
+        --data)
+            # shellcheck disable=SC2207  # mapfile is not known to zsh
+            COMPREPLY=($(compgen -d -- "$word"))
+            return
+            ;;
+        --config | --scenario)
+            # shellcheck disable=SC2207
+            COMPREPLY=($(compgen -f -- "$word"))
+            return
+            ;;
+        --format)
+            words='csv json'
+            [[ $command == contacts ]] && words='vcf csv'
+            ;;
+        --listen | --switch | --set | --rate | --answer | --limit | --search) return ;;
+        *)
+            if [[ $word == -* ]]; then
+                words=$(_calljournal_options "$command" "$subcommand")
+            elif [[ -z $command ]]; then
+                words='serve switch demo list show watch viewed delete export contacts settings'
+            elif [[ $command == contacts && -z $subcommand ]]; then
+                words='import list export'
+            elif [[ $subcommand == import ]]; then
+                # shellcheck disable=SC2207
+                COMPREPLY=($(compgen -f -- "$word"))
+                return
+            elif [[ -z $list && " list delete export " == *" $command "* ]]; then
+                words=$lists
+            fi
+            ;;
+    esac
+    # shellcheck disable=SC2207
+    COMPREPLY=($(compgen -W "$words" -- "$word"))
+}
+
+complete -F _calljournal calljournal
