@@ -1,5 +1,6 @@
 #include "host/data/CallContacts.h"
 
+#include <limits>
 #include <optional>
 
 #include "host/data/CallRows.h"
@@ -15,6 +16,9 @@ WHERE call_item.line = ? AND occurrence.number <> ''
 ORDER BY call_item.sort_key DESC, call_item.entry_id DESC, call_item.id DESC
 )sql";
 
+constexpr const char* kByName =
+    "SELECT id FROM contact WHERE line = ? ORDER BY surname COLLATE NOCASE, first_name COLLATE NOCASE, id";
+
 const char* wordOf(CallList list) {
     switch (list) {
         case CallList::eMissed: return "missed";
@@ -27,7 +31,7 @@ const char* wordOf(CallList list) {
 
 }  // namespace
 
-CallContacts::Found CallContacts::find() {
+CallContacts::Found CallContacts::find(std::int64_t wanted) {
     Found found;
     Query calls = m_session.query(kNewestCalls);
     calls.bind(m_line);
@@ -43,11 +47,19 @@ CallContacts::Found CallContacts::find() {
             records.push_back({std::move(entryId), wordOf(list)});
         }
     }
+    Query others = m_session.query(kByName);
+    others.bind(m_line);
+    while (static_cast<std::int64_t>(found.order.size()) < wanted && others.next()) {
+        if (const std::int64_t id = others.number(); found.records.count(id) == 0) {
+            found.order.push_back(id);
+        }
+    }
     return found;
 }
 
 void CallContacts::read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document) {
-    Found found = find();
+    constexpr std::int64_t kAll = std::numeric_limits<std::int64_t>::max();
+    Found found = find(limit > kAll - offset ? kAll : offset + limit);
     std::int64_t position = 0;
     for (const std::int64_t id : found.order) {
         const bool wanted = position >= offset && position - offset < limit;

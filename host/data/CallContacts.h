@@ -15,8 +15,8 @@ class ListDocument;
 
 namespace host {
 
-/// The contacts that the call lists of a line refer to: those whose number is the number of an item's newest call, each
-/// with the items that name it.
+/// The phonebook of a line with the calls of each contact: first those whose number is the number of an item's newest call,
+/// each with the items that name it, then all others by name.
 ///
 /// Lives inside one piece of work of the database. Every operation throws when the database fails.
 class CallContacts {
@@ -25,7 +25,7 @@ public:
     CallContacts(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
         : m_session(session), m_line(line), m_contacts(session, line, digits) {}
 
-    /// Adds the contacts to the document, the one with the newest call first, from the `offset`-th on, at most `limit` and
+    /// Adds the contacts to the document, the one with the newest call first, those without calls last, from the `offset`-th on, at most `limit` and
     /// no more than the document takes.
     void read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
 
@@ -37,7 +37,8 @@ private:
         std::vector<std::int64_t> order;
         std::map<std::int64_t, Records> records;
     };
-    [[nodiscard]] Found find();
+    /// All contacts with calls, and as many of the others as make `wanted` together.
+    [[nodiscard]] Found find(std::int64_t wanted);
 
     Database::Session& m_session;
     const std::string& m_line;
