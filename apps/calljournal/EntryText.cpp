@@ -55,6 +55,7 @@ std::string shown(const Json& object, const std::string& member, const char* for
 
 std::string callTable(const Json& occurrences, std::size_t width) {
     std::vector<std::string> titles;
+    titles.reserve(std::size(kCallMembers));
     for (const Member& member : kCallMembers) {
         titles.emplace_back(member.second);
     }

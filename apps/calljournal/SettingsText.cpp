@@ -9,6 +9,7 @@ namespace host {
 
 std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width) {
     std::vector<TableRow> rows;
+    rows.reserve(settings.size());
     for (const journalxml::Setting& setting : settings) {
         rows.push_back(
             {false, {setting.key, setting.ofJournal ? "journal" : "phone", setting.value.value_or("")}});

@@ -50,7 +50,7 @@ CallContacts::Found CallContacts::find(std::int64_t wanted) {
     Query others = m_session.query(kByName);
     others.bind(m_line);
     while (static_cast<std::int64_t>(found.order.size()) < wanted && others.next()) {
-        if (const std::int64_t id = others.number(); found.records.count(id) == 0) {
+        if (const std::int64_t id = others.number(); !found.records.contains(id)) {
             found.order.push_back(id);
         }
     }

@@ -21,7 +21,7 @@ const PhoneNumberUtil& plans() {
 bool isSupported(const std::string& region) {
     std::set<std::string> regions;
     plans().GetSupportedRegions(&regions);
-    return regions.count(region) > 0;
+    return regions.contains(region);
 }
 
 std::string trunkPrefixOf(const std::string& region) {

@@ -25,7 +25,9 @@ Contact PartyNames::contactOf(const std::string& number, const std::string& remo
                               const std::string& otherName) const {
     Contact contact;
     contact.setSearchNumber(number);
-    if (contactIsInPhonebook(contact)) {
+    const bool isNamed = contactIsInPhonebook(contact) &&
+                         !(contact.getSurname().empty() && contact.getFirstname().empty());
+    if (isNamed) {
         return contact;
     }
     populateContactSurname(contact, remoteName, otherName);
