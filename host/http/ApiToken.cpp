@@ -93,7 +93,7 @@ std::string apiToken(const std::filesystem::path& path) {
         failWithErrno(path, "cannot be read");
     }
     // Written elsewhere first, so that no start ever finds half a token.
-    const std::string token = newToken();
+    std::string token = newToken();
     const std::filesystem::path fresh = path.string() + ".new";
     ::unlink(fresh.c_str());
     const File file(fresh, O_WRONLY | O_CREAT | O_EXCL);

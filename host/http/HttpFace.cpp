@@ -42,7 +42,7 @@ public:
     Parts& operator=(const Parts&) = delete;
 
     Endpoint start() {
-        const Endpoint endpoint = m_server.start(
+        Endpoint endpoint = m_server.start(
             {[this](const HttpRequest& request) { return m_road.answer(request); },
              [this](const Endpoint& where) { m_access.listensAt(where); }, [this] { m_feed.keepAlive(); }});
         m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);

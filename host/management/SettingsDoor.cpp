@@ -34,6 +34,7 @@ LocalManagement::KnownKeys keysOfPhone(const LocalManagement& management) {
 
 std::vector<Setting> SettingsDoor::all() const {
     std::vector<Setting> settings;
+    settings.reserve(std::size(kJournalKeys));
     for (const std::string_view key : kJournalKeys) {
         settings.push_back({std::string(key), true, journalValue(std::string(key))});
     }

@@ -65,7 +65,8 @@ void Conferences::forgetCall(const std::string& callId) {
         }
     }
     if (m_sipConference) {
-        for (std::string* member : {&m_sipConference->primaryOldCallId, &m_sipConference->secondaryOldCallId}) {
+        for (std::string* member :
+             {&m_sipConference->primaryOldCallId, &m_sipConference->secondaryOldCallId}) {
             if (*member == callId) {
                 member->clear();
             }

@@ -39,7 +39,7 @@ namespace journal {
 [[nodiscard]] bool contactMatchesCallBack(const CallBackItem& item, const Contact& contact);
 /// True when `found` is an item of `items`, not their end.
 [[nodiscard]] inline bool dialledCallAlreadyInDialledCallList(
-    const std::deque<DialledCallItem>& items, std::deque<DialledCallItem>::const_iterator found) {
+    const std::deque<DialledCallItem>& items, const std::deque<DialledCallItem>::const_iterator& found) {
     return found != items.end();
 }
 

@@ -30,7 +30,7 @@ struct DialledPolicy {
     }
 
     // An entry keeps the names that it was made with.
-    void nameContact(const std::deque<Item>& items, std::deque<Item>::const_iterator found) const {
+    void nameContact(const std::deque<Item>& items, const std::deque<Item>::const_iterator& found) const {
         parts.names.populateRemoteContactSurname(contact, details.remotePartyName,
                                                  dialledCallAlreadyInDialledCallList(items, found));
     }

@@ -25,8 +25,8 @@ Contact PartyNames::contactOf(const std::string& number, const std::string& remo
                               const std::string& otherName) const {
     Contact contact;
     contact.setSearchNumber(number);
-    const bool isNamed = contactIsInPhonebook(contact) &&
-                         !(contact.getSurname().empty() && contact.getFirstname().empty());
+    const bool isNamed =
+        contactIsInPhonebook(contact) && !(contact.getSurname().empty() && contact.getFirstname().empty());
     if (isNamed) {
         return contact;
     }
