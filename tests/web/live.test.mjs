@@ -1,0 +1,93 @@
+// Calls come in while the page is open.
+
+import assert from "node:assert/strict";
+import test from "node:test";
+import { Stage, at, row } from "./harness.mjs";
+
+const evil = "<img src=x onerror=alert(1)>";
+const calls = `
+call ann from 4711 "Ann Müller" ; ring ann ; giveup ann
+call eve from 4713 "${evil}" via 4700 "Hotline" because busy ; ring eve ; giveup eve
+wait 1100ms
+call ann from 4711 "Ann Müller" ; ring ann ; giveup ann
+call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; wait 1100ms ; hangup zoe by caller
+`;
+
+test("calls appear, are viewed, merged, searched, opened, deleted and undone without a reload", async (context) => {
+    const stage = new Stage(context);
+    await stage.plays("status normal");
+    await stage.serves();
+    const page = await stage.opens();
+    assert.equal(new URL(page.url()).search, "");
+    await page.getByText("No missed calls").waitFor();
+    await page.evaluate(() => (window.sameDocument = true));
+
+    await stage.plays(calls);
+    await row(page, "Ann Müller").filter({ hasText: "2 calls" }).waitFor();
+    await row(page, "Ann Müller").filter({ hasText: "new" }).waitFor();
+    await row(page, evil).waitFor();
+    assert.equal(await page.locator("img").count(), 0);
+    await at(page, "nav-received").filter({ hasText: "1" }).waitFor();
+
+    await page.waitForFunction(() => !document.querySelector(".row-new"));
+    await stage.missedAre(({ unviewed }) => unviewed === 0);
+
+    // From here on with the keyboard alone.
+    await at(page, "search").focus();
+    await page.keyboard.type("MULLER");
+    await row(page, evil).waitFor({ state: "detached" });
+    assert.equal(await at(page, "row").count(), 1);
+    await page.keyboard.press("ControlOrMeta+A");
+    await page.keyboard.press("Delete");
+    await row(page, evil).waitFor();
+    for (const stop of ["delete-several", "select", "open"]) {
+        await page.keyboard.press("Tab");
+        assert.equal(await page.evaluate(() => document.activeElement.dataset.control ?? document.activeElement.dataset.test), stop);
+    }
+    await page.keyboard.press("ArrowDown");
+    await page.keyboard.press("Enter");
+    await at(page, "calls").getByText("Hotline, 4700").waitFor();
+    const time = at(page, "calls").locator("time");
+    const there = new Date(await time.getAttribute("datetime")).toLocaleTimeString("en-GB", { timeZone: "Asia/Tokyo" });
+    assert.ok((await time.innerText()).includes(there));
+    await page.keyboard.press("Escape");
+    await page.keyboard.press("Delete");
+    await row(page, evil).waitFor({ state: "detached" });
+    await at(page, "undo").click();
+    await row(page, evil).waitFor();
+    assert.equal((await stage.api("GET", "lists/missed")).total, 2);
+
+    // Final after a moment; at once when the page is left.
+    await row(page, evil).getByRole("button", { name: "Delete" }).click();
+    await page.waitForResponse((each) => each.request().method() === "DELETE");
+    assert.deepEqual((await stage.api("GET", "lists/missed")).items.map((each) => each.surname || each.firstName), ["Ann Müller"]);
+    await at(page, "nav-times").click();
+    await page.getByText("3 calls in the last four weeks").waitFor();
+    await at(page, "nav-missed").click();
+    assert.ok(await page.evaluate(() => window.sameDocument));
+    await at(page, "delete-several").click();
+    await row(page, "Ann").waitFor({ state: "detached" });
+    await page.goto("about:blank");
+    await stage.missedAre(({ total }) => total === 0);
+    assert.deepEqual(stage.complaints, []);
+});
+
+test("the page goes on after the connection was lost", async (context) => {
+    const stage = new Stage(context);
+    await stage.plays("status normal");
+    await stage.serves();
+    const page = await stage.opens();
+    await at(page, "line-state").filter({ hasText: "no call up" }).waitFor();
+    await stage.stop(stage.server);
+    await at(page, "offline").waitFor();
+
+    await stage.plays('call bob from 4714 "Bob" ; ring bob ; giveup bob ; call up from 4715 ; ring up ; answer up');
+    await stage.serves();
+    await row(page, "Bob").waitFor();
+    await at(page, "offline").waitFor({ state: "detached" });
+    await at(page, "line-state").filter({ hasText: "1 call up" }).waitFor();
+    await stage.stop(stage.simulator);
+    await at(page, "line-state").filter({ hasText: "The switch is not connected" }).waitFor();
+    await stage.plays('call cleo from 4716 "Cleo" ; ring cleo ; giveup cleo');
+    await row(page, "Cleo").waitFor();
+});

@@ -1,0 +1,35 @@
+import { lineState } from "../state/app";
+import { useStore } from "../state/Store";
+import { plural } from "../text/names";
+
+/** What the line does just now, from worst to best. */
+function stateText(): { kind: "bad" | "wait" | "good"; text: string } {
+    const { online, status } = useStore(lineState);
+    if (online === false) {
+        return { kind: "bad", text: "No connection to the journal" };
+    }
+    if (!status) {
+        return { kind: "wait", text: "Connecting" };
+    }
+    if (!status.switch.connected) {
+        return { kind: "bad", text: "The switch is not connected" };
+    }
+    if (!status.switch.monitoring) {
+        return { kind: "wait", text: "The line is not monitored" };
+    }
+    return { kind: "good", text: `Line monitored, ${status.calls > 0 ? plural(status.calls, "call", "calls") : "no call"} up` };
+}
+
+export function Header() {
+    const { kind, text } = stateText();
+    const line = lineState.status?.line;
+    return (
+        <header class="header">
+            <h1>Call journal{line && <span class="header-line"> of {line}</span>}</h1>
+            <p class={`line-state line-state-${kind}`} role="status" data-test="line-state">
+                <span class="line-state-dot" aria-hidden="true" />
+                {text}
+            </p>
+        </header>
+    );
+}

@@ -1,0 +1,43 @@
+import { useEffect } from "preact/hooks";
+import { deletions } from "../state/app";
+import { useStore } from "../state/Store";
+import { plural } from "../text/names";
+
+function isText(target: EventTarget | null): boolean {
+    return target instanceof HTMLElement && (target.matches("input:not([type=checkbox]), textarea, select") || target.isContentEditable);
+}
+
+/** What was deleted a moment ago, and the way back. */
+export function UndoBar() {
+    const count = useStore(deletions).count();
+    useEffect(() => {
+        const undo = (event: KeyboardEvent) => {
+            if (event.key === "z" && (event.ctrlKey || event.metaKey) && !isText(event.target) && deletions.count() > 0) {
+                event.preventDefault();
+                deletions.undo();
+            }
+        };
+        window.addEventListener("keydown", undo);
+        return () => window.removeEventListener("keydown", undo);
+    }, []);
+    return (
+        <div role="status" class={count > 0 ? "undo" : "undo undo-empty"}>
+            {count > 0 && (
+                <>
+                    <span>{plural(count, "entry", "entries")} deleted</span>
+                    <button
+                        type="button"
+                        data-test="undo"
+                        onClick={() => deletions.undo()}
+                        onFocus={() => deletions.pause()}
+                        onBlur={() => deletions.resume()}
+                        onMouseEnter={() => deletions.pause()}
+                        onMouseLeave={() => deletions.resume()}
+                    >
+                        Undo
+                    </button>
+                </>
+            )}
+        </div>
+    );
+}

@@ -1,0 +1,134 @@
+import type { Ref } from "preact";
+import { useImperativeHandle, useLayoutEffect, useRef, useState } from "preact/hooks";
+import type { Entry, ListName } from "../api/types";
+import { keyOf } from "../state/entries";
+import { titles } from "../state/route";
+import { EntryRow } from "./EntryRow";
+import { useLookedAt } from "./useLookedAt";
+import { useWindow } from "./useWindow";
+
+/** Every row is as high as this, in pixels; the style sheet gives it a large enough font in any case. */
+export const rowHeight = 60;
+
+export interface EntryListHandle {
+    focusActive(): void;
+    /** To be called when rows are about to go: the one that takes the place of the active row gets the focus. */
+    focusAfterRemoval(): void;
+}
+
+interface Props {
+    handle: Ref<EntryListHandle>;
+    list: ListName;
+    entries: readonly Entry[];
+    selected: ReadonlySet<string>;
+    openKey: string | undefined;
+    onSelect: (entry: Entry, on: boolean) => void;
+    onOpen: (entry: Entry) => void;
+    onDelete: (entry: Entry) => void;
+}
+
+const steps: Record<string, number> = { ArrowDown: 1, ArrowUp: -1, PageDown: 8, PageUp: -8, Home: -Infinity, End: Infinity };
+
+/**
+ * The rows, of which only those near the window exist. One row is active: Tab stops at its controls only, the arrow keys move on to the
+ * same control of another row. The active row is known by its entry, so it stays where the reader is when calls come in above.
+ */
+export function EntryList({ handle, list, entries, selected, openKey, onSelect, onOpen, onDelete }: Props) {
+    const box = useRef<HTMLDivElement>(null);
+    const [active, setActive] = useState({ key: "", index: 0 });
+    const anchor = useRef({ key: "", index: 0 });
+    const [focus, setFocus] = useState<string>();
+    const { first, last } = useWindow(box, rowHeight, entries.length);
+    useLookedAt(box, entries, rowHeight);
+
+    const known = entries.findIndex((each) => keyOf(each) === active.key);
+    const index = known >= 0 ? known : Math.min(active.index, entries.length - 1);
+
+    // What the reader sees at the top stays there when calls come in or go above it. Runs after every rendering, so after every scrolled row.
+    useLayoutEffect(() => {
+        const element = box.current;
+        if (!element) {
+            return;
+        }
+        const now = entries.findIndex((each) => keyOf(each) === anchor.current.key);
+        if (element.scrollTop > 0 && now >= 0) {
+            element.scrollTop += (now - anchor.current.index) * rowHeight;
+        }
+        const top = Math.min(Math.floor(element.scrollTop / rowHeight), entries.length - 1);
+        const entry = entries[top];
+        anchor.current = { key: entry ? keyOf(entry) : "", index: top };
+    });
+    useLayoutEffect(() => {
+        if (focus) {
+            box.current?.querySelector<HTMLElement>(`[data-index="${index}"] [data-control="${focus}"]`)?.focus();
+            setFocus(undefined);
+        }
+    }, [focus, index]);
+
+    const move = (to: number, control: string) => {
+        const target = Math.max(0, Math.min(entries.length - 1, to));
+        const element = box.current;
+        if (element) {
+            const top = target * rowHeight;
+            const lowest = top + rowHeight - element.clientHeight;
+            element.scrollTop = Math.max(lowest, Math.min(top, element.scrollTop));
+        }
+        const entry = entries[target];
+        setActive({ key: entry ? keyOf(entry) : "", index: target });
+        setFocus(control);
+    };
+    useImperativeHandle(handle, () => ({
+        focusActive: () => setFocus("open"),
+        focusAfterRemoval: () => {
+            if (box.current?.contains(document.activeElement)) {
+                setActive({ key: "", index });
+                setFocus("open");
+            }
+        },
+    }));
+
+    const press = (event: KeyboardEvent) => {
+        const control = (event.target as HTMLElement).dataset.control;
+        const step = steps[event.key];
+        const entry = entries[index];
+        if (!control || !entry || event.ctrlKey || event.altKey || event.metaKey) {
+            return;
+        }
+        if (step !== undefined) {
+            event.preventDefault();
+            move(index + step, control);
+        } else if (event.key === "Delete") {
+            event.preventDefault();
+            onDelete(entry);
+        }
+    };
+
+    const shown = entries.slice(first, last).map((entry, at) => ({ entry, at: first + at }));
+    const activeEntry = entries[index];
+    if (activeEntry && (index < first || index >= last)) {
+        shown.push({ entry: activeEntry, at: index });
+    }
+    return (
+        <div class="rows-box" ref={box} data-test="rows">
+            <ul class="rows" aria-label={`${titles[list]} calls`} style={{ height: `${entries.length * rowHeight}px` }} onKeyDown={press}>
+                {shown.map(({ entry, at }) => (
+                    <EntryRow
+                        key={keyOf(entry)}
+                        list={list}
+                        entry={entry}
+                        index={at}
+                        count={entries.length}
+                        top={at * rowHeight}
+                        isActive={at === index}
+                        isSelected={selected.has(keyOf(entry))}
+                        isOpen={keyOf(entry) === openKey}
+                        onFocus={() => setActive({ key: keyOf(entry), index: at })}
+                        onSelect={(on) => onSelect(entry, on)}
+                        onOpen={() => onOpen(entry)}
+                        onDelete={() => onDelete(entry)}
+                    />
+                ))}
+            </ul>
+        </div>
+    );
+}

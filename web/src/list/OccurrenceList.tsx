@@ -1,0 +1,40 @@
+import type { Occurrence } from "../api/types";
+import { durationText, fullTime } from "../text/times";
+
+/** What is worth saying of a call besides its time; pairs of name and value. */
+function factsOf(call: Occurrence): [string, string][] {
+    const redirected = [call.redirectingName, call.redirectingNumber].filter(Boolean).join(", ");
+    const facts: [string, string | undefined][] = [
+        ["Number", call.number],
+        ["Connected to", call.connectedNumber === call.number ? "" : call.connectedNumber],
+        ["Duration", call.duration && durationText(call.duration)],
+        ["Redirected by", redirected],
+        ["Forwarded to", call.forwardedToNumber],
+        ["Line", call.lineKey],
+        ["Instead of", call.substituteNumber],
+        ["Answered", call.completedElsewhere ? "by somebody else" : ""],
+    ];
+    return facts.filter((fact): fact is [string, string] => Boolean(fact[1]));
+}
+
+export function OccurrenceList({ calls }: { calls: readonly Occurrence[] }) {
+    return (
+        <ol class="calls" data-test="calls">
+            {calls.map((call, index) => (
+                <li key={`${call.time} ${calls.length - index}`}>
+                    <time dateTime={call.time}>{fullTime(call.time)}</time>
+                    <dl>
+                        {factsOf(call).map(([name, value]) => (
+                            <div key={name}>
+                                <dt>{name}</dt>
+                                <dd>
+                                    <bdi>{value}</bdi>
+                                </dd>
+                            </div>
+                        ))}
+                    </dl>
+                </li>
+            ))}
+        </ol>
+    );
+}

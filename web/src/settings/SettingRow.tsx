@@ -1,0 +1,45 @@
+export interface Setting {
+    key: string;
+    title: string;
+    text: string;
+    on: string;
+    off: string;
+    /** Asked before it is switched off. */
+    offWarning?: string;
+}
+
+interface Props {
+    setting: Setting;
+    value: string | undefined;
+    refusal: string | undefined;
+    onChange: (on: boolean) => void;
+}
+
+export function SettingRow({ setting, value, refusal, onChange }: Props) {
+    return (
+        <div class="setting">
+            <label>
+                <input
+                    type="checkbox"
+                    role="switch"
+                    data-test={setting.key}
+                    checked={value === setting.on}
+                    aria-describedby={`${setting.key}-text`}
+                    onChange={(event) => {
+                        const on = event.currentTarget.checked;
+                        // The journal has the last word; until then the switch stays.
+                        event.currentTarget.checked = value === setting.on;
+                        if (on || !setting.offWarning || window.confirm(setting.offWarning)) {
+                            onChange(on);
+                        }
+                    }}
+                />
+                {setting.title}
+            </label>
+            <p id={`${setting.key}-text`}>{setting.text}</p>
+            <p class="refusal" role="alert">
+                {refusal}
+            </p>
+        </div>
+    );
+}

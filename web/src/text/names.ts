@@ -1,0 +1,14 @@
+import type { Entry } from "../api/types";
+
+export function fullName(person: { firstName: string; surname: string }): string {
+    return `${person.firstName} ${person.surname}`.trim();
+}
+
+/** What an entry is called: its name, else its number. */
+export function titleOf(entry: Entry): string {
+    return fullName(entry) || entry.number || "Unknown";
+}
+
+export function plural(count: number, one: string, many: string): string {
+    return `${count.toLocaleString()} ${count === 1 ? one : many}`;
+}
