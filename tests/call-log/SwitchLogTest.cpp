@@ -174,12 +174,12 @@ TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
 
 TEST(PrivateEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
     const struct {
-        int systemIdentifier;
-        bool ready;
-        int target;
-        const char* days;  // of three events
-        const char* daysAfterACall;
-        bool readyAfterACall;
+        int systemIdentifier = 0;
+        bool ready = false;
+        int target = 0;
+        const char* days = "";  // of three events
+        const char* daysAfterACall = "";
+        bool readyAfterACall = false;
         const char* type = softwareTypes::qorvex;
     } rows[] = {
         {0, false, 6, "4711:23,24,22", "4711:23,24,22", false},

@@ -79,7 +79,9 @@ TEST(VCard, IsSkippedWithLineAndReasonAndHindersNoOther) {
         {"<html>\r\n\r\n", "what stands here belongs to no card"},
     };
     for (const auto& each : cases) {
-        const auto records = recordsOf(ContactFormat::eVCard, good + each.bad + good);
+        std::string text = good;
+        text.append(each.bad).append(good);
+        const auto records = recordsOf(ContactFormat::eVCard, text);
         ASSERT_EQ(records.size(), 3U) << each.bad;
         EXPECT_EQ(records[1].refusal, each.reason);
         EXPECT_EQ(records[1].line, 5U) << each.bad;

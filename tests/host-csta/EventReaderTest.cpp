@@ -26,6 +26,10 @@ using Texts = std::vector<std::string>;
 /// The XML of members in short: "connection/7/2001|callingDevice:4711|cause=newCall" is a connection (call and device), a
 /// device identifier and a text; what begins with '<' stands for itself.
 std::string members(const std::string& text) {
+    const auto element = [](const std::string& name, const std::string& content) {
+        std::string xml = "<";
+        return xml.append(name).append(">").append(content).append("</").append(name).append(">");
+    };
     std::istringstream in(text);
     std::string xml;
     for (std::string field; std::getline(in, field, '|');) {
@@ -37,14 +41,14 @@ std::string members(const std::string& text) {
         std::string value = field.substr(at + 1);
         const std::size_t slash = value.find('/');
         switch (field[at]) {
-            case ':': value = "<deviceIdentifier>" + value + "</deviceIdentifier>"; break;
+            case ':': value = element("deviceIdentifier", value); break;
             case '/':
-                value = "<callID>" + value.substr(0, slash) + "</callID><deviceID>" +
-                        value.substr(slash + 1) + "</deviceID>";
+                value =
+                    element("callID", value.substr(0, slash)) + element("deviceID", value.substr(slash + 1));
                 break;
             default: break;
         }
-        xml += name.empty() ? field : "<" + name + ">" + value + "</" + name + ">";
+        xml += name.empty() ? field : element(name, value);
     }
     return xml;
 }
@@ -279,9 +283,9 @@ TEST(EventReader, ReadsWithheldUnknownAndOddlyWrittenParties) {
 
 TEST(EventReader, KeepsFromThePhoneWhatAnotherPartyDoes) {
     const struct {
-        const char* root;
-        const char* body;
-        std::size_t delivered;
+        const char* root = "";
+        const char* body = "";
+        std::size_t delivered = 0;
         const char* monitored = "localDeviceID";
     } cases[] = {
         {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=connected", 0},

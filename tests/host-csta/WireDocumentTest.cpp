@@ -13,11 +13,15 @@ using host::MessageWriter;
 using host::WireDocument;
 
 std::string nested(std::size_t levels) {
-    std::string xml = "x";
+    std::string xml = "<A>";
     for (std::size_t i = 0; i < levels; ++i) {
-        xml = "<b>" + xml + "</b>";
+        xml += "<b>";
     }
-    return "<A>" + xml + "</A>";
+    xml += "x";
+    for (std::size_t i = 0; i < levels; ++i) {
+        xml += "</b>";
+    }
+    return xml + "</A>";
 }
 
 /// The text of the root's child `name`, or "refused: why".

@@ -99,7 +99,7 @@ std::string RawClient::monitor(const std::string& device, const std::string& fil
     std::string fault;
     const auto document = host::WireDocument::parse(answer, fault);
     EXPECT_TRUE(document && document->name() == "MonitorStartResponse") << answer;
-    const std::string id = document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
+    std::string id = document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
     m_devices[id] = device;
     return id;
 }

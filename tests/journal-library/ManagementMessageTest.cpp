@@ -11,7 +11,6 @@
 namespace {
 
 using journalxml::ManagementAnswer;
-using journalxml::ManagementRequest;
 
 RC_GTEST_PROP(ManagementMessage, IsReadBackAsItWasBuiltWhateverBytesItHolds,
               (const std::string& key, const std::string& value, const std::string& text, bool ofJournal,
