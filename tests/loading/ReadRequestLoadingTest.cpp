@@ -185,7 +185,7 @@ TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
     CapturedLog::switchOff();
     FakeDataAccess stored;
     phone.database.setAnswer([&stored](const std::string& document) {
-        const std::string answer = stored.processRequest(document);
+        std::string answer = stored.processRequest(document);
         for (int turn = 0; turn < 100 && document.find("read_request") != std::string::npos; ++turn) {
             std::this_thread::yield();  // time for a change that the answer does not know of
         }
