@@ -25,7 +25,7 @@ using testing::SizeIs;
 
 class LogToFile : public testing::Test {
 protected:
-    ~LogToFile() override { Log::configure("info", ""); }
+    void TearDown() override { Log::configure("info", ""); }
 
     void configure(const char* level) { Log::configure(level, file()); }
     [[nodiscard]] std::string file() const { return m_directory.path() / "journal.log"; }

@@ -1,5 +1,6 @@
 // Whatever arrives is answered exactly once.
 
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
