@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "host/directory/Phonebook.h"
-#include "platform/framework/InvokerResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/PhonebookMessage.h"
 #include "platform/logging/Logging.h"
@@ -33,7 +31,9 @@ std::string importAnswer(const journalxml::PhonebookRequest& request, Phonebook&
                   : JournalServiceHelper::FAILURE;
 }
 
-std::string answerTo(std::string_view message, Executable* target) {
+}  // namespace
+
+std::string PhonebookInvoker::answerTo(std::string_view message, Executable* target) const {
     auto* const phonebook = dynamic_cast<Phonebook*>(target);
     const auto request = journalxml::parsePhonebookRequest(message);
     if (phonebook == nullptr || !request) {
@@ -42,34 +42,6 @@ std::string answerTo(std::string_view message, Executable* target) {
         return JournalServiceHelper::FAILURE;
     }
     return request->contacts.empty() ? readAnswer(*request, *phonebook) : importAnswer(*request, *phonebook);
-}
-
-/// Runs `step`; what it throws ends in a log line.
-template <typename Step>
-void survives(const char* what, Step step) noexcept {
-    try {
-        step();
-    } catch (const std::exception& error) {
-        logAppUni("Phonebook", __FILE__, 2, __LINE__, "%s failed: %s", what, error.what());
-    } catch (...) {
-        logAppUni("Phonebook", __FILE__, 2, __LINE__, "%s failed", what);
-    }
-}
-
-}  // namespace
-
-void PhonebookInvoker::handleMessage(Executable* target, const char* message, int length,
-                                     InvokerResponse* response) {
-    if (response == nullptr) {
-        return;
-    }
-    std::string answer = JournalServiceHelper::FAILURE;
-    const std::string_view text(message,
-                                message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
-    survives("handling a request", [&] { answer = answerTo(text, target); });
-    survives("setting an answer",
-             [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
-    survives("completing an answer", [&] { response->complete(); });
 }
 
 }  // namespace host

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "platform/framework/Invoker.h"
+#include <string>
+#include <string_view>
+
+#include "host/framework/TextInvoker.h"
 
 namespace host {
 
@@ -10,12 +13,12 @@ namespace host {
 /// Whatever cannot be read, or fails, is answered "failure". Every message is answered exactly once, and nothing is thrown.
 ///
 /// Threads: any number at a time; it has no state.
-class LocalMgmtInvoker final : public Invoker {
+class LocalMgmtInvoker final : public TextInvoker {
 public:
-    void handleMessage(Executable* target, const char* message, int length,
-                       InvokerResponse* response) override;
-    /// Needs nothing of the framework.
-    void initInvoker(FrameworkContext* /*context*/) override {}
+    LocalMgmtInvoker() : TextInvoker("Settings") {}
+
+private:
+    [[nodiscard]] std::string answerTo(std::string_view message, Executable* target) const override;
 };
 
 }  // namespace host

@@ -1,0 +1,38 @@
+#include "host/framework/TextInvoker.h"
+
+#include <cstddef>
+#include <exception>
+
+#include "platform/framework/InvokerResponse.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+
+/// Runs `step`; what it throws ends in a log line.
+template <typename Step>
+void TextInvoker::survives(const char* what, Step step) const noexcept {
+    try {
+        step();
+    } catch (const std::exception& error) {
+        logAppUni(m_component, __FILE_NAME__, 2, __LINE__, "%s failed: %s", what, error.what());
+    } catch (...) {
+        logAppUni(m_component, __FILE_NAME__, 2, __LINE__, "%s failed", what);
+    }
+}
+
+void TextInvoker::handleMessage(Executable* target, const char* message, int length,
+                                InvokerResponse* response) {
+    if (response == nullptr) {
+        return;
+    }
+    std::string answer = JournalServiceHelper::FAILURE;
+    const std::string_view text(message,
+                                message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
+    survives("handling a request", [&] { answer = answerTo(text, target); });
+    survives("setting an answer",
+             [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
+    survives("completing an answer", [&] { response->complete(); });
+}
+
+}  // namespace host
