@@ -9,6 +9,7 @@
 
 #include "platform/framework/InvokerResponse.h"
 #include "platform/framework/ProxyRequest.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace host {
 namespace {
@@ -88,8 +89,8 @@ TEST(LibraryLoader, SaysAtOnceWhatTheProgramDoesNotProvide) {
 
 TEST(LibraryLoader, LooksBesideTheProgramFirstAndThenInLib) {
     namespace fs = std::filesystem;
-    const fs::path root = fs::current_path() / "locate";
-    fs::remove_all(root);
+    const TemporaryDirectory directory;
+    const fs::path root = directory.path();
     fs::create_directories(root / "bin");
     fs::create_directories(root / "lib");
     const auto locate = [&] { return LibraryLoader::locate("libx.so", root / "bin"); };
