@@ -31,11 +31,6 @@ SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by F
 WHERE line = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
 
-constexpr const char* kTrim = R"sql(
-DELETE FROM call_item WHERE id IN (
-SELECT id FROM call_item WHERE line = ? AND list = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT -1 OFFSET ?)
-)sql";
-
 std::int32_t numberOf(CallList list) {
     return static_cast<std::int32_t>(list);
 }
@@ -80,11 +75,8 @@ std::string CallRows::writeItem(CallList list, const Item& item, bool viewed, co
         bindFields(insert, item, viewed, groupBy);
         insert.bind(m_line).bind(numberOf(list)).run();
         id = m_session.lastInsertedId();
-        m_occurrences.replace(id, occurrencesOf(item));
-        m_session.query(kTrim).bind(m_line).bind(numberOf(list)).bind(kMaxRows).run();
-    } else {
-        m_occurrences.replace(id, occurrencesOf(item));
     }
+    m_occurrences.replace(id, occurrencesOf(item));
     return uniqueIdOf(id);
 }
 

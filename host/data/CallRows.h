@@ -16,15 +16,12 @@ namespace host {
 /// Which of the four call lists a row belongs to. The values are stored; new ones go to the end.
 enum class CallList : std::int32_t { eMissed = 0, eDialled = 1, eReceived = 2, eForwarded = 3 };
 
-/// The items of the four call lists of one line as rows; an item's unique id is its row's id.
+/// The items of the four call lists of one line as rows; an item's unique id is its row's id. How many there may be is
+/// the journal's business: it deletes the oldest itself, since others have to hear of it.
 ///
 /// Lives inside one piece of work of the database. Every operation throws when the database fails.
 class CallRows {
 public:
-    /// A list's rows beyond so many leave the database, the oldest first, whenever a row is added: the journal may hold
-    /// fewer items in memory than there are rows, and does not know of the others.
-    static constexpr std::int64_t kMaxRows = 1000;
-
     /// Both are borrowed.
     CallRows(Database::Session& session, const std::string& line)
         : m_session(session), m_line(line), m_occurrences(session, line) {}

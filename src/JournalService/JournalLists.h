@@ -1,10 +1,11 @@
 #pragma once
 
-#include <atomic>
+#include <algorithm>
 #include <deque>
 #include <set>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "journal-items/CallBackItem.h"
@@ -15,13 +16,14 @@
 #include "journal-items/ReceivedCallItem.h"
 #include "platform/sync/NestableSemaphore.h"
 #include "src/JournalService/JournalList.h"
+#include "src/JournalService/ListOrder.h"
+#include "src/JournalService/OlderEntries.h"
 #include "src/JournalServiceEvents/CallLogRequests.h"
 
 class ObserverNotifierIfc;
 
 namespace journal {
 
-class ListMirror;
 class PhoneSettings;
 
 /// The five lists and the contact list with everything that clients may do to them. Every change is mirrored to the
@@ -48,7 +50,11 @@ public:
     /// All parts are borrowed and outlive this one.
     JournalLists(const PhoneSettings& settings, ListMirror& mirror, const CallLogRequests& requests,
                  ObserverNotifierIfc& notifier)
-        : m_settings(settings), m_mirror(mirror), m_requests(requests), m_notifier(notifier) {}
+        : m_settings(settings),
+          m_mirror(mirror),
+          m_requests(requests),
+          m_notifier(notifier),
+          m_olderEntries(mirror) {}
     JournalLists(const JournalLists&) = delete;
     JournalLists& operator=(const JournalLists&) = delete;
     ~JournalLists() = default;
@@ -58,6 +64,12 @@ public:
     [[nodiscard]] JournalList<Item>& list() {
         return std::get<JournalList<Item>>(m_lists);
     }
+    /// What the database holds beside the lists; for holders of a `Change`.
+    [[nodiscard]] OlderEntries& olderEntries() noexcept { return m_olderEntries; }
+    /// Brings the newest older entry that `matches` back into its list, to its place, unless the list has a match
+    /// already: whoever changes a party's entry must find it there. For holders of a `Change`, but of no list.
+    template <typename Item, typename Matches>
+    void recall(Matches matches);
 
     // Reading.
     void getMissedCallList(std::deque<MissedCallItem>& list);
@@ -106,8 +118,8 @@ public:
     bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest);
     bool deleteAllCalls();
 
-    /// Offers every item to the database again that it has refused. False when it still refuses one.
-    bool writeRefused();
+    /// Offers every deletion and every item to the database again that it has refused. False when it still refuses an item.
+    bool repeatRefused();
 
     // Ordering a list right after it was loaded; the caller holds the list. Items without occurrences go, here and
     // in the database.
@@ -131,7 +143,7 @@ private:
     template <typename Item>
     std::vector<Item> copyItems(const std::set<std::string>& entryIds);
     template <typename Item>
-    bool writeRefusedOf();
+    bool repeatRefusedOf();
     template <typename Item>
     void normalize(std::deque<Item>& list, const char* operation, const char* listName);
 
@@ -148,6 +160,8 @@ private:
     void reportDeleted(const ForwardedCallItem& /*item*/) const {}
     void reportDeleted(const CallBackItem& /*item*/) const {}
     template <typename Item>
+    bool hasEntries();
+    template <typename Item>
     void reportCleared();
     // What a deletion tells the observers; no list lock is held.
     template <typename Item>
@@ -163,6 +177,8 @@ private:
     ObserverNotifierIfc& m_notifier;
 
     NestableSemaphore m_changeLock;
+    // Guarded by m_changeLock.
+    OlderEntries m_olderEntries;
 
     // Each guarded by its own lock.
     std::tuple<JournalList<MissedCallItem>, JournalList<DialledCallItem>, JournalList<ReceivedCallItem>,
@@ -189,6 +205,22 @@ bool JournalLists::copyItem(const std::string& entryId, Item& item) {
     }
     item = *found;
     return true;
+}
+
+template <typename Item, typename Matches>
+void JournalLists::recall(Matches matches) {
+    {
+        const auto items = list<Item>().access();
+        if (std::any_of(items->begin(), items->end(), matches)) {
+            return;
+        }
+    }
+    std::deque<Item>& older = m_olderEntries.of(list<Item>());
+    const auto found = std::find_if(older.begin(), older.end(), matches);
+    if (found != older.end()) {
+        insertInOrder(*list<Item>().access(), std::move(*found));
+        older.erase(found);
+    }
 }
 
 template <typename Item>

@@ -61,10 +61,16 @@ void JournalLists::reportDeleted(const ReceivedCallItem& item) const {
 }
 
 template <typename Item>
+bool JournalLists::hasEntries() {
+    const bool listed = !list<Item>().access()->empty();
+    return listed || m_olderEntries.areLeft(list<Item>());
+}
+
+template <typename Item>
 void JournalLists::reportCleared() {
     const auto settings = m_settings.values();
     if constexpr (logTargetOf<Item> != kNoLog) {
-        if (settings->m_serverBasedCallLog && !list<Item>().access()->empty()) {
+        if (settings->m_serverBasedCallLog && hasEntries<Item>()) {
             m_requests.sendDeleteAllCallLogEntryRequest(
                 static_cast<CallLogEntryEvent::_LogTarget>(logTargetOf<Item>));
         }
@@ -73,6 +79,8 @@ void JournalLists::reportCleared() {
         if (settings->m_systemIdentifier == kGroupCallSystem) {
             std::deque<MissedCallItem> missed;
             copyList(missed);
+            const std::deque<MissedCallItem>& older = m_olderEntries.of(list<MissedCallItem>());
+            missed.insert(missed.end(), older.begin(), older.end());
             for (const MissedCallItem& item : missed) {
                 reportDeleted(item);
             }
@@ -202,6 +210,7 @@ void JournalLists::deleteWhole() {
     {
         const auto items = list<Item>().access();
         items->clear();
+        m_olderEntries.clear<Item>();
         m_mirror.deleteAll<Item>();
     }
     announceCleared<Item>();

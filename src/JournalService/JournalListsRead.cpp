@@ -147,7 +147,8 @@ void JournalLists::normalizeForwardedCallList(std::deque<ForwardedCallItem>& lis
 }
 
 template <typename Item>
-bool JournalLists::writeRefusedOf() {
+bool JournalLists::repeatRefusedOf() {
+    m_mirror.repeatDeletion<Item>();
     bool taken = true;
     const auto items = list<Item>().access();
     for (Item& item : *items) {
@@ -159,11 +160,11 @@ bool JournalLists::writeRefusedOf() {
     return taken;
 }
 
-bool JournalLists::writeRefused() {
+bool JournalLists::repeatRefused() {
     const Change change(*this);
-    const bool taken = writeRefusedOf<MissedCallItem>() && writeRefusedOf<DialledCallItem>() &&
-                       writeRefusedOf<ReceivedCallItem>() && writeRefusedOf<ForwardedCallItem>() &&
-                       writeRefusedOf<CallBackItem>();
+    const bool taken = repeatRefusedOf<MissedCallItem>() && repeatRefusedOf<DialledCallItem>() &&
+                       repeatRefusedOf<ReceivedCallItem>() && repeatRefusedOf<ForwardedCallItem>() &&
+                       repeatRefusedOf<CallBackItem>();
     if (taken) {
         m_mirror.forgetRefused();
     }

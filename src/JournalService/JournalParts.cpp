@@ -23,7 +23,6 @@ JournalParts::JournalParts(const Outside& outside)
       requests(collaborators, settings),
       lists(settings, mirror, requests, notifier),
       loader(settings, adapter, lists),
-      olderEntries(adapter, lists),
       loadLists([this, loadCallLists = outside.loadLists] { loader.loadWith(loadCallLists); }),
       subscription(lists, loader, notifier, loadLists),
       forwardedMissed(clock, lists, mirror, notifier),
@@ -32,11 +31,10 @@ JournalParts::JournalParts(const Outside& outside)
               loadLists();
           }
       }),
-      entries({settings, clock, names, lists, mirror, requests, notifier, forwardedMissed, loadAtFirstNeed,
-               &olderEntries}),
+      entries({settings, clock, names, lists, mirror, requests, notifier, forwardedMissed, loadAtFirstNeed}),
       completion(calls, settings, entries),
       tracker(calls, settings, clock, completion),
-      callLogRemoval({settings, clock, lists, mirror, notifier, loadAtFirstNeed, &olderEntries}),
+      callLogRemoval({settings, clock, lists, mirror, notifier, loadAtFirstNeed}),
       callLogEvents({calls, settings, clock, entries, callLogRemoval, lists, notifier}),
       privateEvents({calls, settings, gate, readiness, callLogEvents}),
       callControl{calls, tracker, settings, gate},

@@ -8,7 +8,6 @@
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/ListLoader.h"
 #include "src/JournalService/ListMirror.h"
-#include "src/JournalService/OlderEntries.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalService/Subscription.h"
 #include "src/JournalServiceEvents/BlindTransfer.h"
@@ -90,7 +89,6 @@ struct JournalParts {
 
     JournalLists lists;
     ListLoader loader;
-    OlderEntries olderEntries;
     /// Loads the lists in the way of the service variant, with everything that belongs to a load.
     std::function<void()> loadLists;
     Subscription subscription;

@@ -32,7 +32,7 @@ void populateForwardedCallListFromXml(const std::string& xml, std::deque<Forward
 
 void ListLoader::loadWith(const std::function<void()>& loadCallLists) {
     const JournalLists::Change change(m_lists);
-    if (!m_lists.writeRefused()) {
+    if (!m_lists.repeatRefused()) {
         LOG_JOURNAL(2, "The database refuses entries, so the lists are not loaded and stay as they are");
         return;
     }
@@ -50,6 +50,8 @@ void ListLoader::loadCallListsFromDb() {
     if (m_settings.values()->isSip()) {
         readForwardedCallList();
     }
+    // A read may have failed, or found more rows than it brings.
+    m_lists.olderEntries().loaded(true);
     m_listsLoaded = true;
     LOG_JOURNAL(6, "loadCallListsFromDb - END");
 }

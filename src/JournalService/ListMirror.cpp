@@ -1,7 +1,5 @@
 #include "src/JournalService/ListMirror.h"
 
-#include "platform/journal-library/CallListDatabaseAdapter.h"
-#include "platform/journal-library/JournalServiceHelper.h"
 #include "src/JournalService/Log.h"
 
 namespace journal {
@@ -24,6 +22,54 @@ std::string ListMirror::updateEntries(const std::string& entries, const std::str
 
 std::optional<std::string> ListMirror::send(const std::string& entries, const std::string& requestType,
                                             const std::string& table) {
+    const bool clearingWaits = refusedDeletion(table) == Helper::allEntries();
+    if (clearingWaits && exchange(Helper::allEntries(), Helper::DELETEREQUEST, table)) {
+        forgetDeletion(table);
+    }
+    std::optional<std::string> answered = exchange(entries, requestType, table);
+    const bool isDeletion = requestType == Helper::DELETEREQUEST;
+    if (!answered && isDeletion) {
+        noteRefusedDeletion(entries, table);
+    } else if (answered && !isDeletion && refusedDeletion(table) == Helper::allEntries()) {
+        LOG_JOURNAL(2, "%s: what was to be cleared stays, since newer entries are among it now",
+                    table.c_str());
+        forgetDeletion(table);
+    }
+    return answered;
+}
+
+void ListMirror::repeatDeletion(const std::string& table) {
+    const std::string entries = refusedDeletion(table);
+    if (!entries.empty() && !exchange(entries, Helper::DELETEREQUEST, table)) {
+        LOG_JOURNAL(2, "%s: what was to be deleted stays", table.c_str());
+    }
+    forgetDeletion(table);
+}
+
+std::string ListMirror::refusedDeletion(const std::string& table) const {
+    const std::lock_guard lock(m_mutex);
+    const auto refused = m_refusedDeletions.find(table);
+    return refused == m_refusedDeletions.end() ? std::string() : refused->second;
+}
+
+void ListMirror::forgetDeletion(const std::string& table) {
+    const std::lock_guard lock(m_mutex);
+    m_refusedDeletions.erase(table);
+}
+
+void ListMirror::noteRefusedDeletion(const std::string& entries, const std::string& table) {
+    const std::string all = Helper::allEntries();
+    const std::lock_guard lock(m_mutex);
+    std::string& refused = m_refusedDeletions[table];
+    if (entries == all) {
+        refused = all;
+    } else if (refused != all) {
+        refused += entries;
+    }
+}
+
+std::optional<std::string> ListMirror::exchange(const std::string& entries, const std::string& requestType,
+                                                const std::string& table) {
     LOG_JOURNAL(6, "updateEntries[%s][%s]", table.c_str(), entries.c_str());
     const std::string response = m_adapter.updateEntries(entries, requestType, table);
     LOG_JOURNAL(6, "DAS resp %s \n", response.c_str());

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -9,17 +11,20 @@
 #include <vector>
 
 #include "journal-items/CallBackItem.h"
+#include "platform/journal-library/CallListDatabaseAdapter.h"
 #include "src/JournalService/ListTable.h"
-
-class CallListDatabaseAdapter;
 
 namespace journal {
 
-/// Writes every change of a list to the database.
+/// Writes every change of a list to the database, and reads a table that the lists do not hold whole.
 ///
-/// Threads: any. Callers may hold one list lock; a call waits until the change is durable. A database that answers
-/// "failed" leaves the memory as it is: the change stays in the list and is logged, and the mirror remembers which items
-/// the database lacks or has an old state of.
+/// A database that answers "failed" leaves the memory as it is: the change stays in the list and is logged, and the
+/// mirror remembers what is to be offered again: which items the database lacks or has an old state of, and what it was to
+/// delete. A refused deletion is repeated once, before the table is read; when the whole table was to be deleted, before the
+/// next change of it as well, since a repeated deletion must not take what was written after it.
+///
+/// Threads: any, one change at a time, which the lists' `Change` sees to. Callers may hold one list lock; a call waits until
+/// the change is durable.
 class ListMirror {
 public:
     /// `adapter` is borrowed and outlives the mirror.
@@ -71,12 +76,30 @@ public:
         }
     }
 
+    /// The whole table, newest first; false when it cannot be read.
+    template <typename Item>
+    [[nodiscard]] bool read(std::deque<Item>& items) {
+        using Table = ListTable<Item>;
+        // More than a list keeps: what has not been dropped from the table in time is to be seen, too.
+        constexpr unsigned kRows = 2 * CallListDatabaseAdapterHelper::kListRows;
+        repeatDeletion(Table::kName);
+        return Table::kParse(
+            m_adapter.processRequest(CallListDatabaseAdapterHelper::readCallList(Table::kName, kRows)),
+            items);
+    }
+
+    /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a line in the log.
+    template <typename Item>
+    void repeatDeletion() {
+        repeatDeletion(ListTable<Item>::kName);
+    }
     /// Whether the last write of the item, as it is named now, was refused.
     template <typename Item>
     [[nodiscard]] bool isRefused(const Item& item) const {
         const std::lock_guard lock(m_mutex);
         return m_refused.contains(keyOf(item));
     }
+    /// Forgets the refused writes, when none of the items is left that they were of.
     void forgetRefused();
 
     /// The item as an `ENTRY` field, to be gathered for one request of many entries.
@@ -110,9 +133,16 @@ private:
         return std::string(ListTable<Item>::kName) + ' ' + item.getEntryId();
     }
     void noteRefused(const std::string& key, bool refused);
-    /// Nothing when the database refused; otherwise the last unique id, empty when the answer has none.
+    void repeatDeletion(const std::string& table);
+    void noteRefusedDeletion(const std::string& entries, const std::string& table);
+    void forgetDeletion(const std::string& table);
+    [[nodiscard]] std::string refusedDeletion(const std::string& table) const;
+    // Nothing when the database refused; otherwise the last unique id, empty when the answer has none. `send` remembers a
+    // refused deletion.
     std::optional<std::string> send(const std::string& entries, const std::string& requestType,
                                     const std::string& table);
+    std::optional<std::string> exchange(const std::string& entries, const std::string& requestType,
+                                        const std::string& table);
     [[nodiscard]] static std::string asEntry(const std::string& body);
     void deleteWholeTable(const std::string& table);
 
@@ -122,6 +152,8 @@ private:
     // Guarded by m_mutex.
     std::string m_lastUniqueId;
     std::set<std::string> m_refused;
+    /// By table, as the entries of one request.
+    std::map<std::string, std::string> m_refusedDeletions;
 };
 
 }  // namespace journal

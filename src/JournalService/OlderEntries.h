@@ -1,38 +1,38 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <deque>
-#include <optional>
+#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
+#include "journal-items/CallBackItem.h"
 #include "journal-items/DialledCallItem.h"
 #include "journal-items/ForwardedCallItem.h"
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
-#include "src/JournalService/JournalLists.h"
+#include "src/JournalService/JournalList.h"
+#include "src/JournalService/ListMirror.h"
 #include "src/JournalService/ListOrder.h"
-
-class CallListDatabaseAdapter;
 
 namespace journal {
 
-/// The entries that a load has left in the database because it reads the newest only. They are not in the lists, and
-/// clients do not see them; but a party has one entry in a list, so whoever looks for a party's entry in order to change
-/// it must find it there, too.
+/// The entries that the database holds beside those in the lists, because a load reads the newest only. Clients do not
+/// see them; but a party has one entry in a list, a list keeps so many entries and no more, and to clear a list is to
+/// clear all of it. So whoever files, drops or clears asks here, too.
 ///
-/// How one is found: a list that has no match is read as a whole, once after a load, and kept as it was then. When that has a
-/// match, the table is read again, and what the database still has of the item comes back into the list, to its place. So
-/// a call from a new party costs no request, and no entry that was deleted meanwhile rises again.
+/// A table is read as a whole at the first need after a load. From then on what is known of it is exact: its older entries
+/// change only when one is taken from here, or all are cleared. So a call from a new party costs no further request.
 ///
-/// Threads: any, within one `JournalLists::Change` each; no list lock is held by the caller. Errors: where the database
-/// cannot be read, nothing comes back, and the next one who asks tries again.
+/// Threads: any, within one `JournalLists::Change` each. Errors: where the database cannot be read, there are no older
+/// entries, and the next one who asks tries again.
 class OlderEntries {
 public:
-    /// Both are borrowed and outlive this one.
-    OlderEntries(const CallListDatabaseAdapter& adapter, JournalLists& lists)
-        : m_adapter(adapter), m_lists(lists) {}
+    /// The mirror is borrowed and outlives this one.
+    explicit OlderEntries(ListMirror& mirror) : m_mirror(mirror) {}
     OlderEntries(const OlderEntries&) = delete;
     OlderEntries& operator=(const OlderEntries&) = delete;
     ~OlderEntries() = default;
@@ -40,76 +40,77 @@ public:
     /// The lists have been loaded; `areLeft` says whether the database may hold entries that they do not.
     void loaded(bool areLeft);
 
-    /// Brings the newest older item that `matches` back into its list, unless the list has a match already.
-    template <typename Item, typename Matches>
-    void recall(Matches matches);
+    /// Those of the list, newest first, for whoever takes one out. The caller does not hold the list's lock.
+    template <typename Item>
+    [[nodiscard]] std::deque<Item>& of(JournalList<Item>& list);
+    /// Whether there is any; true when that cannot be found out. The caller does not hold the list's lock.
+    template <typename Item>
+    [[nodiscard]] bool areLeft(JournalList<Item>& list) {
+        return !of(list).empty() || !left<Item>().known;
+    }
+    /// Takes the oldest, of the list's `items` but its first and of what is known to be left, until both are `limit`
+    /// together; answers them, the oldest first. The database has them still.
+    template <typename Item>
+    [[nodiscard]] std::vector<Item> takeBeyond(std::size_t limit, std::deque<Item>& items);
+    /// The whole table has been deleted.
+    template <typename Item>
+    void clear() {
+        left<Item>() = {true, {}};
+    }
 
 private:
     template <typename Item>
     struct Left {
-        bool read = false;
+        /// False when the table may hold more than is here.
+        bool known = false;
         std::deque<Item> items;
     };
 
-    // A whole table, newest first; false when it cannot be read.
-    bool read(std::deque<MissedCallItem>& items) const;
-    bool read(std::deque<DialledCallItem>& items) const;
-    bool read(std::deque<ReceivedCallItem>& items) const;
-    bool read(std::deque<ForwardedCallItem>& items) const;
-    /// False when the database has no item with that id any more.
     template <typename Item>
-    std::optional<bool> bringBack(const std::string& uniqueId);
+    [[nodiscard]] Left<Item>& left() {
+        return std::get<Left<Item>>(m_left);
+    }
 
-    const CallListDatabaseAdapter& m_adapter;
-    JournalLists& m_lists;
+    ListMirror& m_mirror;
 
-    // Guarded by the change.
-    bool m_areLeft = false;
-    std::tuple<Left<MissedCallItem>, Left<DialledCallItem>, Left<ReceivedCallItem>, Left<ForwardedCallItem>>
+    // Guarded by the change. The callbacks are always loaded whole.
+    std::tuple<Left<MissedCallItem>, Left<DialledCallItem>, Left<ReceivedCallItem>, Left<ForwardedCallItem>,
+               Left<CallBackItem>>
         m_left;
 };
 
-template <typename Item, typename Matches>
-void OlderEntries::recall(Matches matches) {
-    if (!m_areLeft) {
-        return;
+template <typename Item>
+std::deque<Item>& OlderEntries::of(JournalList<Item>& list) {
+    Left<Item>& found = left<Item>();
+    std::deque<Item> stored;
+    if (found.known || !m_mirror.read(stored)) {
+        return found.items;
     }
-    {
-        const auto items = m_lists.list<Item>().access();
-        if (std::any_of(items->begin(), items->end(), matches)) {
-            return;
+    std::set<std::string> listed;
+    const auto items = list.access();
+    for (const Item& item : *items) {
+        listed.insert(item.getUniqueId());
+    }
+    for (Item& item : stored) {
+        if (!listed.contains(item.getUniqueId())) {
+            found.items.push_back(std::move(item));
         }
     }
-    auto& left = std::get<Left<Item>>(m_left);
-    left.read = left.read || read(left.items);
-    bool isBack = false;
-    while (!isBack) {
-        const auto found = std::find_if(left.items.begin(), left.items.end(), matches);
-        if (found == left.items.end()) {
-            return;
-        }
-        const std::optional<bool> back = bringBack<Item>(found->getUniqueId());
-        if (!back) {
-            return;
-        }
-        isBack = *back;
-        left.items.erase(found);
-    }
+    found.known = true;
+    return found.items;
 }
 
 template <typename Item>
-std::optional<bool> OlderEntries::bringBack(const std::string& uniqueId) {
-    const auto isMeant = [&uniqueId](const Item& item) { return item.getUniqueId() == uniqueId; };
-    std::deque<Item> stored;
-    if (!read(stored)) {
-        return std::nullopt;
+std::vector<Item> OlderEntries::takeBeyond(std::size_t limit, std::deque<Item>& items) {
+    std::deque<Item>& older = left<Item>().items;
+    std::vector<Item> taken;
+    while (items.size() + older.size() > limit) {
+        const bool fromList = older.empty() || (items.size() > 1 && isNewer(older.back(), items.back()));
+        std::deque<Item>& oldest = fromList ? items : older;
+        taken.push_back(std::move(oldest.back()));
+        oldest.pop_back();
     }
-    const auto found = std::find_if(stored.begin(), stored.end(), isMeant);
-    const auto items = m_lists.list<Item>().access();
-    if (found != stored.end() && std::none_of(items->begin(), items->end(), isMeant)) {
-        insertInOrder(*items, std::move(*found));
-    }
-    return found != stored.end();
+    return taken;
 }
 
 }  // namespace journal

@@ -11,7 +11,6 @@
 #include "src/JournalService/ListMirror.h"
 #include "src/JournalService/ListOrder.h"
 #include "src/JournalService/Log.h"
-#include "src/JournalService/OlderEntries.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/SwitchTime.h"
 
@@ -138,12 +137,10 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
         return info.getNumber() == number && Policy::takesPart(info) &&
                isNotLater(operation, entryTime, timeOf(info));
     };
-    if (m_parts.olderEntries != nullptr) {
-        m_parts.olderEntries->recall<Item>([&isMeant](const Item& item) {
-            const auto& infos = occurrencesOf(item);
-            return std::any_of(infos.begin(), infos.end(), isMeant);
-        });
-    }
+    m_parts.lists.recall<Item>([&isMeant](const Item& item) {
+        const auto& infos = occurrencesOf(item);
+        return std::any_of(infos.begin(), infos.end(), isMeant);
+    });
     Changed<Item> change;
     {
         const auto items = m_parts.lists.list<Item>().access();

@@ -8,7 +8,6 @@ namespace journal {
 class JournalClock;
 class JournalLists;
 class ListMirror;
-class OlderEntries;
 class PhoneSettings;
 }  // namespace journal
 class CallInfo;
@@ -38,8 +37,6 @@ public:
         ObserverNotifierIfc& notifier;
         /// Loads the lists when nobody has needed them before: a call that only the database has is to go from there.
         std::function<void()> loadAtFirstNeed{};
-        /// Where the call is when the lists were cut short; null where they never are.
-        OlderEntries* olderEntries = nullptr;
     };
 
     explicit CallLogRemoval(Parts parts) : m_parts(std::move(parts)) {}

@@ -14,7 +14,6 @@ class ForwardedMissedRule;
 class JournalClock;
 class JournalLists;
 class ListMirror;
-class OlderEntries;
 class PartyNames;
 class PhoneSettings;
 
@@ -42,8 +41,6 @@ public:
         /// Loads the lists when nobody has needed them before: a call must find the entry that its party has in the
         /// database. Empty where the lists are complete as they are.
         std::function<void()> loadAtFirstNeed{};
-        /// Where the party's entry is when the lists were cut short; null where they never are.
-        OlderEntries* olderEntries = nullptr;
     };
 
     explicit EntryCreation(const Parts& parts) : m_parts(parts) {}
@@ -55,8 +52,8 @@ public:
     bool newForwardedCallEntry(const ForwardedEntryDetails& details);
 
     /// `newDialledCallEntry`, which never cuts the list short, and after it the bound that keeps the list finite over
-    /// years: the oldest items beyond 1000 leave memory and database. This is what finished calls are filed with. The
-    /// switch is not told: dialled entries leave its log by the rule of `sendCSTACAllLogEntryDeleteRequest` only.
+    /// years: the oldest items beyond 1000 leave memory, database and the log of a switch that keeps one. This is what
+    /// finished calls are filed with.
     bool fileDialledCall(const DialledEntryDetails& details);
 
     /// Deletes the first missed entry of the party that an outgoing call has just reached; nothing when there is

@@ -59,9 +59,8 @@ struct DialledPolicy {
     void reportOverflow(const Info& /*oldest*/) const {
         parts.requests.sendCSTACAllLogEntryDeleteRequest(m_merged, info);
     }
-    void reportDropped(const Item& item) const {
-        parts.requests.sendDialledCallLogEntryRequests(item.getDialledCallInfoList());
-    }
+    // None is dropped on this road.
+    static void reportDropped(const Item& /*item*/) {}
 
     void announce(const Item& item, unsigned /*unviewed*/, const std::string& uniqueId,
                   JournalServiceObserverIfc::ActionType action) const {
@@ -105,10 +104,12 @@ bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
 bool EntryCreation::fileDialledCall(const DialledEntryDetails& details) {
     const JournalLists::Change change(m_parts.lists);
     const bool filed = newDialledCallEntry(details);
-    const auto dialled = m_parts.lists.list<DialledCallItem>().access();
-    while (dialled->size() > kMaxItems) {
-        m_parts.mirror.updateDialledEntry(dialled->back(), CallListDatabaseAdapterHelper::DELETEREQUEST);
-        dialled->pop_back();
+    const std::vector<DialledCallItem> dropped =
+        dropOldest(m_parts, *m_parts.lists.list<DialledCallItem>().access());
+    if (m_parts.settings.values()->m_serverBasedCallLog) {
+        for (const DialledCallItem& oldest : dropped) {
+            m_parts.requests.sendDialledCallLogEntryRequests(oldest.getDialledCallInfoList());
+        }
     }
     return filed;
 }

@@ -121,9 +121,7 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
     if (m_parts.loadAtFirstNeed) {
         m_parts.loadAtFirstNeed();
     }
-    if (m_parts.olderEntries != nullptr) {
-        m_parts.olderEntries->recall<MissedCallItem>(isOfParty);
-    }
+    m_parts.lists.recall<MissedCallItem>(isOfParty);
     unsigned unviewed = 0;
     {
         const auto missed = m_parts.lists.list<MissedCallItem>().access();

@@ -18,7 +18,6 @@
 #include "src/JournalService/JournalLists.h"
 #include "src/JournalService/ListMirror.h"
 #include "src/JournalService/Log.h"
-#include "src/JournalService/OlderEntries.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/EntryCreation.h"
 #include "src/JournalServiceEvents/EntryDetails.h"
@@ -94,6 +93,17 @@ template <typename Item>
     return entryId;
 }
 
+/// Takes the items beyond `kMaxItems` out of the list, or where it does not hold them out of what is older, and out of the
+/// database; answers them, the oldest first, since a switch that keeps the log is to be told. The caller holds the list.
+template <typename Item>
+[[nodiscard]] std::vector<Item> dropOldest(const EntryCreation::Parts& parts, std::deque<Item>& items) {
+    std::vector<Item> dropped = parts.lists.olderEntries().takeBeyond(kMaxItems, items);
+    for (Item& oldest : dropped) {
+        parts.mirror.update(oldest, CallListDatabaseAdapterHelper::DELETEREQUEST);
+    }
+    return dropped;
+}
+
 /// The common road of an occurrence into its list; `EntryCreation` names its steps. What a list has of its own comes
 /// as `Policy`:
 ///
@@ -117,9 +127,7 @@ bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Con
     if (parts.loadAtFirstNeed) {
         parts.loadAtFirstNeed();
     }
-    if (parts.olderEntries != nullptr) {
-        parts.olderEntries->recall<Item>(policy.matcher(contact));
-    }
+    parts.lists.recall<Item>(policy.matcher(contact));
     Item front;
     std::string mergedUniqueId;
     bool merged = false;
@@ -158,13 +166,9 @@ bool fileOccurrence(const EntryCreation::Parts& parts, Policy& policy, const Con
         }
         item.setEntryId(freeEntryId(*items, item.getEntryId(), parts.clock.createEntryId(callId)));
         items->push_front(std::move(item));
-        while (Policy::kLimitsItems && items->size() > kMaxItems) {
-            dropped.push_back(std::move(items->back()));
-            items->pop_back();
-        }
         parts.mirror.update(items->front(), CallListDatabaseAdapterHelper::WRITEREQUEST);
-        for (Item& oldest : dropped) {
-            parts.mirror.update(oldest, CallListDatabaseAdapterHelper::DELETEREQUEST);
+        if (Policy::kLimitsItems) {
+            dropped = dropOldest(parts, *items);
         }
         front = items->front();
         if constexpr (std::is_same_v<Item, MissedCallItem>) {

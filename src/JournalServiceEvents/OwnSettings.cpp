@@ -11,14 +11,30 @@
 
 namespace journal {
 
+struct OwnSettings::Own {
+    const char* key;
+    Member member;
+    bool byDefault;
+};
+
+const OwnSettings::Own OwnSettings::kOwn[] = {
+    {"call-log-enabled", &SettingValues::m_callLogEnabled, true},
+    {"missed-logging", &SettingValues::m_missedLogging, true},
+    {"delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled, false},
+};
+
+bool OwnSettings::store(const char* key, const std::string& value) {
+    return m_adapter.processRequest(JournalServiceHelper::updateSettings(key, value)) !=
+           CallListDatabaseAdapterHelper::FAILED;
+}
+
 bool OwnSettings::updateBoolConfigItem(Member member, const char* key, const std::string& value) {
     if (!ClientUtils::isStringBool(value)) {
         LOG_EVENTS(2, "JournalService::updateEnabledState -> invalid input");
         return false;
     }
     const CriticalSection<Semaphore> section(m_recordLock);
-    const std::string response = m_adapter.processRequest(JournalServiceHelper::updateSettings(key, value));
-    if (response == CallListDatabaseAdapterHelper::FAILED) {
+    if (!store(key, value)) {
         return false;
     }
     const bool next = ClientUtils::stob(value);
@@ -69,35 +85,18 @@ bool OwnSettings::readItem(const std::string& response, const char* key, Member 
     return true;
 }
 
+// Under one lock, so that no setting that is made meanwhile is taken for absent and replaced by its default.
 void OwnSettings::readConfigItemsFromDB() {
-    bool hasEnabled = false;
-    bool hasMissed = false;
-    bool hasDelete = false;
-    {
-        const CriticalSection<Semaphore> section(m_recordLock);
-        const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
-        if (response != CallListDatabaseAdapterHelper::FAILED) {
-            hasEnabled = readItem(response, "call-log-enabled", &SettingValues::m_callLogEnabled);
-            hasMissed = readItem(response, "missed-logging", &SettingValues::m_missedLogging);
-            hasDelete =
-                readItem(response, "delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled);
+    const CriticalSection<Semaphore> section(m_recordLock);
+    const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
+    const bool storesDefaults = m_settings.values()->isSip();
+    for (const Own& own : kOwn) {
+        const bool found =
+            response != CallListDatabaseAdapterHelper::FAILED && readItem(response, own.key, own.member);
+        if (!found && storesDefaults) {
+            m_settings.change([&own](SettingValues& values) { values.*own.member = own.byDefault; });
+            static_cast<void>(store(own.key, own.byDefault ? "true" : "false"));
         }
-    }
-    if (!m_settings.values()->isSip()) {
-        return;
-    }
-    RejectReason ignored;
-    if (!hasEnabled) {
-        m_settings.change([](SettingValues& values) { values.m_callLogEnabled = true; });
-        updateEnabledState("true", ignored);
-    }
-    if (!hasMissed) {
-        m_settings.change([](SettingValues& values) { values.m_missedLogging = true; });
-        updateMissedLoggingState("true", ignored);
-    }
-    if (!hasDelete) {
-        m_settings.change([](SettingValues& values) { values.m_deleteMissedWhenCalled = false; });
-        updateDeleteMissedWhenCalledState("false", ignored);
     }
 }
 

@@ -38,6 +38,11 @@ private:
     /// A setting by the member that holds it.
     using Member = bool SettingValues::*;
 
+    struct Own;
+    static const Own kOwn[];
+
+    /// Writes to the record, whose lock the caller holds; false when the database refuses.
+    [[nodiscard]] bool store(const char* key, const std::string& value);
     bool updateBoolConfigItem(Member member, const char* key, const std::string& value);
     bool update(Member member, const char* key, const std::string& value, RejectReason& reason);
     bool readItem(const std::string& response, const char* key, Member member);

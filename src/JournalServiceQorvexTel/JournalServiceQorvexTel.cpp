@@ -100,7 +100,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
         }
     }
     LOG_LOADING(5, "Found %d call(s) in total\n", static_cast<int>(count));
-    parts().olderEntries.loaded(!callsRead || !whole || inLists >= kRowBudget);
+    parts().lists.olderEntries().loaded(!callsRead || !whole || inLists >= kRowBudget);
 }
 
 void JournalServiceQorvexTel::clearPreviousCachedData() {
