@@ -1,12 +1,16 @@
 #include "host/csta-wire/CallLogWire.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <iterator>
+#include <cstddef>
 #include <string>
+#include <utility>
 
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/WireDocument.h"
+
+// The members of each record stand once, in `passEntry` and `passRequest`, which a `Writing` and a `Reading` go through alike.
 
 namespace host {
 
@@ -14,160 +18,185 @@ namespace {
 
 using Entry = CallLogEntryEvent;
 using Request = CallLogEntryRequest;
+using Pair = Request::ValueAndText;
 
-struct ActionName {
-    const char* name;
-    int action;
+/// What stands in a message for a number.
+struct Word {
+    const char* word;
+    int number;
+};
+template <std::size_t count>
+using Words = std::array<Word, count>;
+
+constexpr Words<3> kEventActions = {
+    {{"add", Entry::eAdd}, {"delete", Entry::eDelete}, {"deleteAll", Entry::eDeleteAll}}};
+constexpr Words<2> kRequestActions = {{{"delete", Request::eDeleteOne}, {"deleteAll", Request::eDeleteAll}}};
+constexpr Words<2> kTimeFormats = {{{"iso8601", Entry::eTimeIso8601}, {"local", Entry::eTimeLocal}}};
+
+/// The elements of a pair.
+struct PairNames {
+    const char* value;
+    const char* text;
 };
 
-constexpr ActionName kEventActions[] = {
-    {"add", Entry::eAdd}, {"delete", Entry::eDelete}, {"deleteAll", Entry::eDeleteAll}};
-constexpr ActionName kRequestActions[] = {{"delete", Request::eDeleteOne},
-                                          {"deleteAll", Request::eDeleteAll}};
-
-constexpr std::string_view kLocalTime = "local";
-
-template <typename Names>
-const char* nameOf(const Names& names, int action) {
-    const auto* const found = std::find_if(std::begin(names), std::end(names),
-                                           [action](const ActionName& row) { return row.action == action; });
-    return found == std::end(names) ? "" : found->name;
-}
-
-template <typename Names>
-std::optional<int> actionOf(const Names& names, pugi::xml_node element) {
-    const std::string name = childText(element, "action");
-    const auto* const found = std::find_if(std::begin(names), std::end(names),
-                                           [&name](const ActionName& row) { return row.name == name; });
-    return found == std::end(names) ? std::nullopt : std::optional(found->action);
-}
-
-std::optional<int> numberIn(pugi::xml_node element, std::string_view name) {
+std::optional<int> numberIn(pugi::xml_node element, const char* name) {
     const std::string text = childText(element, name);
     int number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
-int numberOr0(pugi::xml_node element, std::string_view name) {
-    return numberIn(element, name).value_or(0);
-}
+/// Writes members into the open element; empty texts and zeros are left out, but where a member must stand.
+class Writing {
+public:
+    explicit Writing(MessageWriter& writer) : m_writer(writer) {}
 
-Entry::_PresentationValue presentation(pugi::xml_node element, std::string_view name) {
-    return static_cast<Entry::_PresentationValue>(numberOr0(element, name));
-}
+    void text(const char* name, const std::string& text) {
+        if (!text.empty()) {
+            m_writer.text(name, text);
+        }
+    }
+    void number(const char* name, int number) {
+        if (number != 0) {
+            requiredNumber(name, number);
+        }
+    }
+    void requiredNumber(const char* name, int number) { m_writer.text(name, std::to_string(number)); }
+    template <std::size_t count>
+    void word(const char* name, const Words<count>& words, int number) {
+        const auto found = std::find_if(words.begin(), words.end(),
+                                        [number](const Word& row) { return row.number == number; });
+        m_writer.text(name, found == words.end() ? "" : found->word);
+    }
+    template <std::size_t count>
+    void requiredWord(const char* name, const Words<count>& words, int number) {
+        word(name, words, number);
+    }
+    template <std::size_t count>
+    void pairs(const char* name, const PairNames& names, const std::array<Pair, count>& pairs) {
+        for (const Pair& pair : pairs) {
+            m_writer.open(name).text(names.value, std::to_string(pair.value));
+            m_writer.text(names.text, pair.text).close();
+        }
+    }
+    /// Whether something is to stand of a member that belongs to another one.
+    [[nodiscard]] static bool wants(const std::string& other) { return !other.empty(); }
 
-void writeText(MessageWriter& writer, std::string_view name, const std::string& text) {
-    if (!text.empty()) {
-        writer.text(name, text);
+private:
+    MessageWriter& m_writer;
+};
+
+/// Reads members out of an element; one that is missing or makes no sense is empty or zero.
+class Reading {
+public:
+    explicit Reading(pugi::xml_node element) : m_element(element) {}
+
+    void text(const char* name, std::string& text) const { text = childText(m_element, name); }
+    template <typename Number>
+    void number(const char* name, Number& number) const {
+        number = static_cast<Number>(numberIn(m_element, name).value_or(0));
+    }
+    template <typename Number>
+    void requiredNumber(const char* name, Number& number) {
+        m_isWhole = m_isWhole && numberIn(m_element, name).has_value();
+        this->number(name, number);
+    }
+    template <std::size_t count, typename Number>
+    bool word(const char* name, const Words<count>& words, Number& number) const {
+        const std::string text = childText(m_element, name);
+        const auto found =
+            std::find_if(words.begin(), words.end(), [&text](const Word& row) { return row.word == text; });
+        number = static_cast<Number>(found == words.end() ? 0 : found->number);
+        return found != words.end();
+    }
+    template <std::size_t count, typename Number>
+    void requiredWord(const char* name, const Words<count>& words, Number& number) {
+        m_isWhole = word(name, words, number) && m_isWhole;
+    }
+    template <std::size_t count>
+    void pairs(const char* name, const PairNames& names, std::array<Pair, count>& pairs) const {
+        auto pair = pairs.begin();
+        for (const pugi::xml_node child : m_element.children()) {
+            if (localName(child) == name && pair != pairs.end()) {
+                *pair++ = {numberIn(child, names.value).value_or(0), childText(child, names.text)};
+            }
+        }
+    }
+    [[nodiscard]] static bool wants(const std::string& /*other*/) { return true; }
+
+    /// Whether every required member could be read.
+    [[nodiscard]] bool isWhole() const { return m_isWhole; }
+
+private:
+    const pugi::xml_node m_element;
+    bool m_isWhole = true;
+};
+
+template <typename Way, typename EntryOfWay>
+void passEntry(Way& way, EntryOfWay& entry) {
+    way.requiredWord("action", kEventActions, entry.action);
+    way.requiredNumber("logTarget", entry.logTarget);
+    way.text("subscriberNumber", entry.subscriberNumber);
+    way.text("name", entry.name);
+    way.number("presentationA", entry.presentationA);
+    way.number("presentationB", entry.presentationB);
+    way.number("presentationC", entry.presentationC);
+    way.number("presentationD", entry.presentationD);
+    way.text("textC", entry.textC);
+    way.text("textD", entry.textD);
+    way.number("valueE", entry.valueE);
+    way.text("textE", entry.textE);
+    way.number("valueF", entry.valueF);
+    way.text("textF", entry.textF);
+    way.text("entryTime", entry.entryTime);
+    if (way.wants(entry.entryTime)) {
+        way.word("entryTimeFormat", kTimeFormats, entry.entryTimeFormat);
     }
 }
 
-void writeNumber(MessageWriter& writer, std::string_view name, int number) {
-    if (number != 0) {
-        writer.text(name, std::to_string(number));
-    }
+template <typename Way, typename RequestOfWay>
+void passRequest(Way& way, RequestOfWay& request) {
+    way.requiredWord("action", kRequestActions, request.action);
+    way.requiredNumber("logTarget", request.logTarget);
+    way.text("entryTime", request.entryTime);
+    way.number("numberKind", request.numberKind);
+    way.text("subscriberNumber", request.subscriberNumber);
+    way.pairs("further", {"value", "text"}, request.further);
 }
 
-void openPrivate(MessageWriter& writer, std::string_view element) {
+template <typename Pass>
+void writePrivate(MessageWriter& writer, std::string_view element, Pass pass) {
     writer.open("privateData").open("private").open(element);
-}
-
-void closePrivate(MessageWriter& writer) {
+    Writing way(writer);
+    pass(way);
     writer.close().close().close();
 }
 
-pugi::xml_node privateElement(pugi::xml_node root, std::string_view name) {
-    return childNamed(childNamed(privateDataOf(root), "private"), name);
+template <typename Record, typename Pass>
+std::optional<Record> readPrivate(pugi::xml_node root, std::string_view element, Pass pass) {
+    Reading way(childNamed(childNamed(privateDataOf(root), "private"), element));
+    Record record;
+    pass(way, record);
+    return way.isWhole() ? std::optional(std::move(record)) : std::nullopt;
 }
 
 }  // namespace
 
 void writeCallLogEntry(MessageWriter& writer, const Entry& entry) {
-    openPrivate(writer, kCallLogEntry);
-    writer.text("action", nameOf(kEventActions, entry.action));
-    writer.text("logTarget", std::to_string(entry.logTarget));
-    writeText(writer, "subscriberNumber", entry.subscriberNumber);
-    writeText(writer, "name", entry.name);
-    writeNumber(writer, "presentationA", entry.presentationA);
-    writeNumber(writer, "presentationB", entry.presentationB);
-    writeNumber(writer, "presentationC", entry.presentationC);
-    writeNumber(writer, "presentationD", entry.presentationD);
-    writeText(writer, "textC", entry.textC);
-    writeText(writer, "textD", entry.textD);
-    writeNumber(writer, "valueE", entry.valueE);
-    writeText(writer, "textE", entry.textE);
-    writeNumber(writer, "valueF", entry.valueF);
-    writeText(writer, "textF", entry.textF);
-    writeText(writer, "entryTime", entry.entryTime);
-    if (!entry.entryTime.empty()) {
-        writer.text("entryTimeFormat", entry.entryTimeFormat == Entry::eTimeLocal ? kLocalTime : "iso8601");
-    }
-    closePrivate(writer);
+    writePrivate(writer, kCallLogEntry, [&entry](Writing& way) { passEntry(way, entry); });
 }
 
 void writeCallLogEntryRequest(MessageWriter& writer, const Request& request) {
-    openPrivate(writer, kCallLogEntryRequest);
-    writer.text("action", nameOf(kRequestActions, request.action));
-    writer.text("logTarget", std::to_string(request.logTarget));
-    writeText(writer, "entryTime", request.entryTime);
-    writeNumber(writer, "numberKind", request.numberKind);
-    writeText(writer, "subscriberNumber", request.subscriberNumber);
-    for (const Request::ValueAndText& pair : request.further) {
-        writer.open("further").text("value", std::to_string(pair.value));
-        writer.text("text", pair.text).close();
-    }
-    closePrivate(writer);
+    writePrivate(writer, kCallLogEntryRequest, [&request](Writing& way) { passRequest(way, request); });
 }
 
 std::optional<Entry> readCallLogEntry(pugi::xml_node root) {
-    const pugi::xml_node element = privateElement(root, kCallLogEntry);
-    const std::optional<int> action = actionOf(kEventActions, element);
-    const std::optional<int> target = numberIn(element, "logTarget");
-    if (!action || !target) {
-        return std::nullopt;
-    }
-    Entry entry;
-    entry.action = *action;
-    entry.logTarget = static_cast<Entry::_LogTarget>(*target);
-    entry.subscriberNumber = childText(element, "subscriberNumber");
-    entry.name = childText(element, "name");
-    entry.presentationA = presentation(element, "presentationA");
-    entry.presentationB = presentation(element, "presentationB");
-    entry.presentationC = presentation(element, "presentationC");
-    entry.presentationD = presentation(element, "presentationD");
-    entry.textC = childText(element, "textC");
-    entry.textD = childText(element, "textD");
-    entry.valueE = numberOr0(element, "valueE");
-    entry.textE = childText(element, "textE");
-    entry.valueF = numberOr0(element, "valueF");
-    entry.textF = childText(element, "textF");
-    entry.entryTime = childText(element, "entryTime");
-    entry.entryTimeFormat =
-        childText(element, "entryTimeFormat") == kLocalTime ? Entry::eTimeLocal : Entry::eTimeIso8601;
-    return entry;
+    return readPrivate<Entry>(root, kCallLogEntry, [](Reading& way, Entry& entry) { passEntry(way, entry); });
 }
 
 std::optional<Request> readCallLogEntryRequest(pugi::xml_node root) {
-    const pugi::xml_node element = privateElement(root, kCallLogEntryRequest);
-    const std::optional<int> action = actionOf(kRequestActions, element);
-    const std::optional<int> target = numberIn(element, "logTarget");
-    if (!action || !target) {
-        return std::nullopt;
-    }
-    Request request;
-    request.action = *action;
-    request.logTarget = static_cast<Entry::_LogTarget>(*target);
-    request.entryTime = childText(element, "entryTime");
-    request.numberKind = numberOr0(element, "numberKind");
-    request.subscriberNumber = childText(element, "subscriberNumber");
-    std::size_t pairs = 0;
-    for (const pugi::xml_node child : element.children()) {
-        if (localName(child) == "further" && pairs < request.further.size()) {
-            request.further[pairs++] = {numberOr0(child, "value"), childText(child, "text")};
-        }
-    }
-    return request;
+    return readPrivate<Request>(root, kCallLogEntryRequest,
+                                [](Reading& way, Request& request) { passRequest(way, request); });
 }
 
 pugi::xml_node privateDataOf(pugi::xml_node root) {
