@@ -28,7 +28,8 @@ void runGuarded(const Strand::Work& work) noexcept {
 }  // namespace
 
 struct Strand::Core : std::enable_shared_from_this<Core> {
-    explicit Core(WorkerPool& pool) : executor(asio::make_strand(pool.threads().pool.get_executor())) {}
+    explicit Core(WorkerPool& pool)
+        : threads(pool.threads()), executor(asio::make_strand(threads.pool.get_executor())) {}
 
     bool post(Work work) {
         {
@@ -39,8 +40,11 @@ struct Strand::Core : std::enable_shared_from_this<Core> {
             ++pending;
         }
         asio::post(executor, [core = shared_from_this(), run = std::move(work)]() mutable {
-            runGuarded(run);
-            run = nullptr;  // what it captured is gone before a drain returns
+            {
+                const WorkerPool::Threads::AtWork atWork(core->threads);
+                runGuarded(run);
+                run = nullptr;  // what it captured is gone before a drain returns
+            }
             core->finishOne();
         });
         return true;
@@ -58,6 +62,7 @@ struct Strand::Core : std::enable_shared_from_this<Core> {
         idle.wait(lock, [this] { return pending == 0; });
     }
 
+    WorkerPool::Threads& threads;
     asio::strand<asio::thread_pool::executor_type> executor;
 
     std::mutex mutex;

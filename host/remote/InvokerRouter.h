@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "platform/framework/Invoker.h"
 
@@ -13,12 +14,16 @@ namespace host {
 ///
 /// Everything is borrowed and outlives the router; the invokers are initialised by whoever made them.
 ///
-/// Threads: `add` before the first message; then any number at a time, as the invokers themselves.
+/// Threads: `add` and `setChangeListener` before the first message; then any number at a time, as the invokers themselves.
 class InvokerRouter final : public Invoker {
 public:
     explicit InvokerRouter(Invoker& rest) : m_rest(rest) {}
 
     void add(const std::string& rootName, Invoker& invoker, Executable& target);
+
+    /// `listener` is called behind every request that may have changed the journal's lists without a word to its observers:
+    /// all of the journal's own but those that read, and those that set a setting. On the thread that handles the request.
+    void setChangeListener(std::function<void()> listener) { m_changed = std::move(listener); }
 
     void handleMessage(Executable* target, const char* message, int length,
                        InvokerResponse* response) override;
@@ -33,6 +38,7 @@ private:
     // Constant once messages come.
     Invoker& m_rest;
     std::map<std::string, Destination, std::less<>> m_destinations;
+    std::function<void()> m_changed;
 };
 
 }  // namespace host

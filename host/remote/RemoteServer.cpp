@@ -1,5 +1,6 @@
 #include "host/remote/RemoteServer.h"
 
+#include <algorithm>
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/local/stream_protocol.hpp>
@@ -19,13 +20,20 @@
 
 namespace host {
 
+namespace {
+
+constexpr unsigned kWorkers = 4;
+
+}  // namespace
+
 class RemoteServer::Engine {
 public:
     Engine(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
         : m_backend(std::move(backend)),
           m_limits(limits),
           m_acceptor(m_io, asio::local::stream_protocol(), socket.takeListener()),
-          m_retry(m_io) {}
+          m_retry(m_io),
+          m_workers(kWorkers, std::max(kWorkers, static_cast<unsigned>(limits.maxClients))) {}
 
     void start() {
         asio::post(m_io, [this] { accept(); });
@@ -118,7 +126,8 @@ private:
     asio::steady_timer m_retry;
     bool m_stopping = false;
     unsigned long m_lastClient = 0;
-    WorkerPool m_workers{4};
+    /// A client has one request at work: with a thread for each, those that wait for the switch hold up nobody.
+    WorkerPool m_workers;
     std::map<std::string, std::shared_ptr<ClientSession>> m_sessions;
 
     /// For everybody.

@@ -20,8 +20,8 @@ struct RemoteLimits {
 ///
 /// Every client has a name of its own ("client-1", "client-2", ...), never used again, and an observer proxy
 /// that is registered under it before its first request is handled. Requests of one client are handled in order,
-/// those of different clients side by side on a small pool, so neither a slow request nor a client that does not
-/// read holds up another.
+/// those of different clients side by side on a small pool, which grows while all of its threads are at work. So neither
+/// slow requests, however many clients have one, nor a client that does not read holds up another.
 ///
 /// Threads: `start` and `stop` belong to the owner. Lifetime: the backend stays until `stop` has returned.
 class RemoteServer {
