@@ -44,7 +44,7 @@ void Line::setStatusListener(CstaLink::StatusListener listener) {
 void Line::start() {
     m_started = true;
     m_link.setStatusListener([this](CstaLink::Status status) {
-        if (!status.connected) {
+        if (!status.monitoring) {
             m_liveCalls.forget();
         }
         if (m_statusListener) {

@@ -10,24 +10,24 @@ void LiveCalls::follow(const CSTAEvent& event) {
     if (const auto* const joined = dynamic_cast<const CSTAConferencedEvent*>(&event)) {
         m_callIds.erase(joined->getPrimaryoldcallCallID());
         m_callIds.erase(joined->getSecondaryoldcallCallID());
-        m_callIds.insert(joined->getConferenceCallID());
+        add(joined->getConferenceCallID());
         return;
     }
     const auto* const control = dynamic_cast<const CSTACallControlEvent*>(&event);
-    if (control == nullptr || control->getConnectionCallID().empty()) {
+    if (control == nullptr || event.getType() == CSTAEventCode::eCallInformation) {
         return;
     }
     if (const auto* const transferred = dynamic_cast<const CSTATransferredEvent*>(&event)) {
         m_callIds.erase(transferred->getPrimaryoldcallCallID());
         m_callIds.erase(transferred->getSecondaryoldcallCallID());
     }
-    const bool mayEnd = event.getType() == CSTAEventCode::eConnectionCleared ||
-                        event.getType() == CSTAEventCode::eDiverted ||
-                        event.getType() == CSTAEventCode::eTransferred;
+    const bool parts =
+        event.getType() == CSTAEventCode::eConnectionCleared || event.getType() == CSTAEventCode::eDiverted;
+    const bool mayEnd = parts || event.getType() == CSTAEventCode::eTransferred;
     if (mayEnd && control->getLocalConnectionInfo() == CSTA_LCS_Null) {
         m_callIds.erase(control->getConnectionCallID());
-    } else if (event.getType() != CSTAEventCode::eCallInformation) {
-        m_callIds.insert(control->getConnectionCallID());
+    } else if (!parts) {
+        add(control->getConnectionCallID());
     }
 }
 
@@ -39,6 +39,12 @@ void LiveCalls::forget() {
 std::size_t LiveCalls::count() const {
     const std::lock_guard lock(m_mutex);
     return m_callIds.size();
+}
+
+void LiveCalls::add(const std::string& callId) {
+    if (!callId.empty()) {
+        m_callIds.insert(callId);
+    }
 }
 
 }  // namespace host
