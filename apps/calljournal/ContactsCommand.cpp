@@ -12,15 +12,16 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/ContactImport.h"
 #include "apps/calljournal/ContactPages.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/RemoteContacts.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/faces/ItemJson.h"
 #include "host/faces/PlainText.h"
 #include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
 
 namespace host {
 namespace {
@@ -46,9 +47,9 @@ public:
         m_size = ignored ? 0 : size;
     }
 
-    void tell(const ContactImportReport& report) {
+    void tell(const ImportReport& report) {
         for (; m_told < report.notes.size(); ++m_told) {
-            const ContactImportReport::Note& note = report.notes[m_told];
+            const ImportReport::Note& note = report.notes[m_told];
             std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
                       << printable(note.text) << std::endl;
         }
@@ -76,25 +77,10 @@ private:
     std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
 };
 
-std::string importText(const std::string& file, const ContactImportReport& report) {
+std::string importText(const std::string& file, const ImportReport& report) {
     return std::to_string(report.read) + " contacts read from " + file + ": " + std::to_string(report.added) +
            " added, " + std::to_string(report.changed) + " changed, " + std::to_string(report.unchanged) +
            " known already, " + std::to_string(report.skipped) + " skipped\n";
-}
-
-std::string importJson(const ContactImportReport& report) {
-    Json skipped = Json::array();
-    Json remarks = Json::array();
-    for (const ContactImportReport::Note& note : report.notes) {
-        (note.skipped ? skipped : remarks).push_back({{"line", note.line}, {"text", note.text}});
-    }
-    return jsonText({{"read", report.read},
-                     {"added", report.added},
-                     {"changed", report.changed},
-                     {"unchanged", report.unchanged},
-                     {"skipped", std::move(skipped)},
-                     {"remarks", std::move(remarks)}}) +
-           "\n";
 }
 
 class ContactsCommand final : public Command {
@@ -143,9 +129,16 @@ private:
                 (stream.is_open() ? "there is nothing in it" : std::generic_category().message(reason)));
         }
         ImportTalk talk(m_file, stream);
-        ContactImport import(client, [&talk](const ContactImportReport& report) { talk.tell(report); });
-        const ContactImportReport report = import.run(*readerOf(stream));
-        std::cout << (m_json ? importJson(report) : importText(m_file, report));
+        RemoteContacts contacts(client);
+        ContactImport import(contacts, [&talk](const ImportReport& each) { talk.tell(each); });
+        const bool done = import.run(*readerOf(stream));
+        const ImportReport& report = import.report();
+        if (!done) {
+            throw RemoteError("calljournal could not store the contacts; its log says why. " +
+                              std::to_string(report.added + report.changed) +
+                              " are in the phonebook; importing the file again takes the rest");
+        }
+        std::cout << (m_json ? jsonText(importJson(report)) + "\n" : importText(m_file, report));
         return report.read > report.skipped ? statusOfOutput() : eFailed;
     }
 

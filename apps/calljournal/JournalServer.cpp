@@ -86,6 +86,7 @@ public:
         m_invoker->initInvoker(&m_framework);
         m_contactGetterInvoker->initInvoker(&m_framework);
         m_router.add(journalxml::kManagementRequest, m_managementInvoker, m_line.management());
+        m_router.setChangeListener([this] { m_http->resync(); });
         m_router.add(journalxml::kPhonebookRequest, m_phonebookInvoker, m_line.phonebook());
     }
 
@@ -96,14 +97,18 @@ public:
         m_remote = std::make_unique<RemoteServer>(
             m_socket, RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
                                     [this] { return m_library.createJournalServiceObserverProxy(); }});
-        m_remote->start();
         m_http = std::make_unique<HttpFace>(httpBackend(), m_httpSettings);
         m_httpEndpoint = m_http->start();
+        // Last, since what its clients do is told to the other face.
+        m_remote->start();
     }
 
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
     void stop() {
+        if (m_remote) {
+            m_remote->stop();
+        }
         m_http.reset();
         m_remote.reset();
         m_line.stop();

@@ -69,11 +69,12 @@ std::optional<ListAnswer> read(ListName list, const std::string& text, const Lis
     if (journalxml::isFailure(text) || !parse(text, items)) {
         return std::nullopt;
     }
+    const SearchText search(filter.search);
     ListAnswer answer;
     answer.csv = csvTitles(list);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
-        if (!itemMatches(item, filter.search)) {
+        if (!itemMatches(item, search)) {
             continue;
         }
         ++answer.total;

@@ -18,7 +18,7 @@ class RemoteClient;
 struct ListFilter {
     /// The newest of those that are found; nothing: all.
     std::optional<std::size_t> limit;
-    /// Empty: all; else see `itemMatches`.
+    /// Empty: all; else see `SearchText`.
     std::string search;
 };
 

@@ -144,7 +144,8 @@ std::size_t Phonebook::count() {
 }
 
 std::optional<ContactPage> Phonebook::search(const std::string& text, std::size_t offset, std::size_t limit) {
-    if (text.empty()) {
+    const SearchText wanted(text);
+    if (wanted.isEmpty()) {
         const std::optional<std::vector<Contact>> contacts = slice(offset, limit);
         return contacts ? std::optional(ContactPage{count(), *contacts}) : std::nullopt;
     }
@@ -155,7 +156,7 @@ std::optional<ContactPage> Phonebook::search(const std::string& text, std::size_
             return std::nullopt;
         }
         for (Contact& contact : *contacts) {
-            if (itemMatches(contact, text) && page.total++ >= offset && page.contacts.size() < limit) {
+            if (itemMatches(contact, wanted) && page.total++ >= offset && page.contacts.size() < limit) {
                 page.contacts.push_back(std::move(contact));
             }
         }

@@ -1,0 +1,21 @@
+#include "apps/calljournal/RemoteContacts.h"
+
+#include <utility>
+
+#include "host/remote/RemoteClient.h"
+
+namespace host {
+
+bool RemoteContacts::store(ImportReport& report) {
+    const auto batch = std::exchange(m_batch, journalxml::PhonebookImport());
+    const auto imported = journalxml::parsePhonebookImported(m_client.call(batch.text()));
+    if (!imported) {
+        return false;
+    }
+    report.added += imported->added;
+    report.changed += imported->changed;
+    report.unchanged += imported->unchanged;
+    return true;
+}
+
+}  // namespace host

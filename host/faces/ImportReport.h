@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// What an import of contacts has done so far. A plain value.
+struct ImportReport {
+    /// Something that is not, or not wholly, in the phonebook now.
+    struct Note {
+        /// Of the file, from 1 on.
+        std::size_t line = 0;
+        std::string text;
+        /// Whether the contact as a whole was skipped.
+        bool skipped = false;
+    };
+
+    /// Contacts of the file, skipped ones included.
+    std::size_t read = 0;
+    std::size_t skipped = 0;
+    std::size_t added = 0;
+    std::size_t changed = 0;
+    std::size_t unchanged = 0;
+    std::vector<Note> notes;
+};
+
+/// {"read","added","changed","unchanged","skipped":[{"line","text"}],"remarks":[{"line","text"}]}, with the first `maxNotes`
+/// of the notes. Pure; any thread may call.
+[[nodiscard]] nlohmann::ordered_json importJson(
+    const ImportReport& report, std::size_t maxNotes = std::numeric_limits<std::size_t>::max());
+
+}  // namespace host
