@@ -62,6 +62,9 @@ void Access::checkOrigin(const HttpRequest& request) const {
     if (host.empty()) {
         throw HttpError(400, "no-host", "the request names no host");
     }
+    if (host.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789.-_:[]") != std::string::npos) {
+        throw HttpError(400, "bad-host", "the request must name one host");
+    }
     if (!isOurHost(hostOf(host))) {
         throw HttpError(403, "wrong-host", "this server is not " + host);
     }
@@ -91,16 +94,27 @@ bool Access::isToken(const std::string& text) const {
     return difference == 0;
 }
 
-bool Access::isAuthorised(const HttpRequest& request) const {
-    if (!m_token) {
-        return true;
-    }
+std::string Access::tokenOf(const HttpRequest& request) const {
     constexpr std::string_view kBearer = "bearer ";
     const std::string& authorization = request.header("authorization");
     if (lowered(authorization.substr(0, kBearer.size())) == kBearer) {
-        return isToken(authorization.substr(kBearer.size()));
+        return authorization.substr(kBearer.size());
     }
-    return isToken(cookieValue(request.header("cookie"), m_cookie));
+    return cookieValue(request.header("cookie"), m_cookie);
+}
+
+void Access::checkToken(const HttpRequest& request) const {
+    if (!m_token) {
+        return;
+    }
+    const std::string token = tokenOf(request);
+    if (token.empty()) {
+        throw HttpError(401, "no-token", "this needs the token in the file api-token of the data directory");
+    }
+    if (!isToken(token)) {
+        throw HttpError(401, "wrong-token",
+                        "this is not the token; it stands in the file api-token of the data directory");
+    }
 }
 
 std::optional<HttpResponse> Access::signIn(const HttpRequest& request) const {
@@ -109,11 +123,9 @@ std::optional<HttpResponse> Access::signIn(const HttpRequest& request) const {
     }
     HttpResponse response;
     response.status = 303;
-    response.headers = {{"Location", "/"}};
-    if (m_token) {
-        if (!isToken(request.queryValue("token"))) {
-            throw HttpError(401, "wrong-token", "this is not the token; it stands in the file api-token");
-        }
+    const bool isRefused = m_token && !isToken(request.queryValue("token"));
+    response.headers = {{"Location", isRefused ? "/?refused=1" : "/"}};
+    if (m_token && !isRefused) {
         response.headers.emplace_back(
             "Set-Cookie",
             m_cookie + "=" + *m_token + "; Path=/; Max-Age=31536000; HttpOnly; SameSite=Strict");

@@ -26,16 +26,19 @@ public:
     /// Before the first request.
     void listensAt(const Endpoint& endpoint);
 
-    /// Throws `HttpError`: 400 without a host, 403 for a wrong one and for another origin.
+    /// Throws `HttpError`: 400 without a host and with what is none, two of them say; 403 for a wrong one and for another origin.
     void checkOrigin(const HttpRequest& request) const;
-    [[nodiscard]] bool isAuthorised(const HttpRequest& request) const;
+    /// Throws `HttpError` 401: "no-token" for a request without one, "wrong-token" for one that has another.
+    void checkToken(const HttpRequest& request) const;
 
-    /// The answer to "/?token=TOKEN": a cookie and the way to the page without the token in its address. Throws `HttpError`
-    /// 401 for a wrong one. Nothing for any other request.
+    /// The answer to "/?token=TOKEN": a cookie and the way to the page without the token in its address; for a wrong token the
+    /// way to "/?refused=1", where the page says so. Nothing for any other request.
     [[nodiscard]] std::optional<HttpResponse> signIn(const HttpRequest& request) const;
 
 private:
     [[nodiscard]] bool isOurHost(const std::string& host) const;
+    /// The token that the request names; empty without one.
+    [[nodiscard]] std::string tokenOf(const HttpRequest& request) const;
     [[nodiscard]] bool isToken(const std::string& text) const;
 
     // Constant once the server listens.

@@ -5,10 +5,12 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "host/contact-files/FileText.h"
 #include "host/data/Database.h"
 #include "host/directory/Phonebook.h"
 #include "host/faces/ContactFields.h"
 #include "host/faces/ItemJson.h"
+#include "host/http/ContactsImport.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/PageOfItems.h"
@@ -43,12 +45,12 @@ void takeFields(const Json& body, Contact& contact) {
             throw wrongContact("this is no value for " + name);
         }
     }
-    bool reachable = false;
+    std::string known = contact.getSurname() + contact.getFirstname() + contact.getCompany();
     for (int position = 1; position <= 4; ++position) {
-        reachable = reachable || !contact.getPhoneNumber(position).empty();
+        known += contact.getPhoneNumber(position);
     }
-    if (!reachable && contact.getSurname().empty() && contact.getFirstname().empty()) {
-        throw wrongContact("a contact needs a name or a number");
+    if (stripped(known).empty()) {
+        throw wrongContact("a contact needs a name, a company or a number");
     }
 }
 
@@ -57,6 +59,8 @@ void takeFields(const Json& body, Contact& contact) {
 void ContactsResource::addRoutes(Router& router) {
     router.add({"GET", "/api/v1/contacts", [this](const HttpRequest& each) { return list(each); }});
     router.add({"POST", "/api/v1/contacts", [this](const HttpRequest& each) { return add(each); }});
+    router.add({"POST", "/api/v1/contacts/import",
+                [this](const HttpRequest& each) { return importContacts(each, m_phonebook); }});
     router.add({"GET", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return contact(each); }});
     router.add({"PUT", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return change(each); }});
     router.add({"DELETE", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return remove(each); }});

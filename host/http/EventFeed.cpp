@@ -13,6 +13,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::chrono::milliseconds kBetweenResyncs{200};
+
 /// Differs from one start of the server to the next.
 std::string markOfThisRun() {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -23,8 +25,8 @@ std::string markOfThisRun() {
 
 }  // namespace
 
-EventFeed::EventFeed(Post post, EventRing::Limits limits)
-    : m_post(std::move(post)), m_ring(markOfThisRun(), limits) {}
+EventFeed::EventFeed(Post post, PostLater postLater, EventRing::Limits limits)
+    : m_post(std::move(post)), m_postLater(std::move(postLater)), m_ring(markOfThisRun(), limits) {}
 
 std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
     if (m_streamCount->fetch_add(1) >= kMaxStreams) {
@@ -35,6 +37,23 @@ std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
     std::shared_ptr<void> place(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
     return std::make_shared<EventStream>(static_cast<EventStream::Hub&>(*this), lastEventId,
                                          std::move(place));
+}
+
+void EventFeed::resync() {
+    m_post([this] {
+        m_resyncDue = true;
+        if (!m_resyncPauses) {
+            resyncIfDue();
+        }
+    });
+}
+
+void EventFeed::resyncIfDue() {
+    m_resyncPauses = std::exchange(m_resyncDue, false);
+    if (m_resyncPauses) {
+        append("resync", Json::object());
+        m_postLater(kBetweenResyncs, [this] { resyncIfDue(); });
+    }
 }
 
 void EventFeed::keepAlive() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -20,15 +21,20 @@ namespace host {
 /// nothing more happens there; the loop thread writes it as JSON into the ring and wakes the streams, each of which goes
 /// on as fast as its client reads.
 ///
+/// The journal changes its lists without a word, too: when it empties some of them, and when it loads them again. Whoever may
+/// have made it do so calls `resync`, once that is done; the streams get an event that says: read everything anew.
+///
 /// Lifetime: outlives its streams' begin and the loop; unsubscribed from the journal before it is destroyed.
 class EventFeed final : public JournalServiceObserverIfc, private EventStream::Hub {
 public:
     /// Runs a function on the loop thread, later and in order. Any thread.
     using Post = std::function<void(std::function<void()>)>;
+    /// The same after a pause.
+    using PostLater = std::function<void(std::chrono::milliseconds, std::function<void()>)>;
 
     static constexpr std::size_t kMaxStreams = 64;
 
-    explicit EventFeed(Post post, EventRing::Limits limits = {});
+    EventFeed(Post post, PostLater postLater, EventRing::Limits limits = {});
     virtual ~EventFeed() = default;
     EventFeed(const EventFeed&) = delete;
     EventFeed& operator=(const EventFeed&) = delete;
@@ -38,6 +44,8 @@ public:
     /// A stream for one client; null when there are too many.
     [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId);
     [[nodiscard]] std::size_t streamCount() const noexcept { return *m_streamCount; }
+    /// The lists may have changed silently. The event comes at once, or a little later if there was one just now.
+    void resync();
 
     // The loop thread.
 
@@ -64,9 +72,11 @@ private:
     void announce(const char* event, Item item, std::string entryId, ActionType action);
     void announceCount(const char* event, int count);
     void append(const char* event, const nlohmann::ordered_json& data);
+    void resyncIfDue();
 
     // Constant after construction.
     const Post m_post;
+    const PostLater m_postLater;
 
     /// Shared with the streams' places, which may be dropped after the feed.
     const std::shared_ptr<std::atomic<std::size_t>> m_streamCount =
@@ -75,6 +85,8 @@ private:
     // The loop thread's.
     EventRing m_ring;
     std::set<std::shared_ptr<EventStream>> m_streams;
+    bool m_resyncDue = false;
+    bool m_resyncPauses = false;
 };
 
 }  // namespace host

@@ -1,5 +1,6 @@
 #include "host/http/HttpFace.h"
 
+#include <chrono>
 #include <utility>
 
 #include "host/http/ContactsResource.h"
@@ -10,6 +11,7 @@
 #include "host/http/OpenApi.h"
 #include "host/http/RequestRoad.h"
 #include "host/http/SettingsResource.h"
+#include "host/http/TimesResource.h"
 #include "include/JournalServiceIfc.h"
 
 namespace host {
@@ -21,16 +23,21 @@ public:
         : m_backend(std::move(backend)),
           m_access(std::move(settings.token)),
           m_page(settings.page),
-          m_lists(m_backend.journal),
-          m_settings(m_backend.management, m_backend.database),
+          m_lists(m_backend.journal, [this] { resync(); }),
+          m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
           m_contacts(m_backend.phonebook, m_backend.database),
+          m_times({m_backend.line, m_backend.database, m_backend.management}),
           m_status({m_backend.line, m_backend.lineState, m_backend.journal, m_backend.management,
                     m_backend.database}),
-          m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); }),
+          m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
+                 [this](std::chrono::milliseconds pause, std::function<void()> work) {
+                     m_server.postLater(pause, std::move(work));
+                 }),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
         m_settings.addRoutes(m_router);
         m_contacts.addRoutes(m_router);
+        m_times.addRoutes(m_router);
         m_status.addRoutes(m_router);
         m_router.add({"GET", "/metrics", [this](const HttpRequest& /*each*/) { return metrics(); }});
         m_router.add({"GET", "/api/v1/events", [this](const HttpRequest& each) { return events(each); }});
@@ -42,13 +49,13 @@ public:
     Parts& operator=(const Parts&) = delete;
 
     Endpoint start() {
-        Endpoint endpoint = m_server.start(
-            {[this](const HttpRequest& request) { return m_road.answer(request); },
-             [this](const Endpoint& where) { m_access.listensAt(where); }, [this] { m_feed.keepAlive(); }});
+        // A subscription makes the journal load its lists, which read as empty meanwhile: no client may be there then.
         m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);
         m_backend.journal.subscribeForJournalEvents(&m_feed);
         m_subscribed = true;
-        return endpoint;
+        return m_server.start({[this](const HttpRequest& request) { return m_road.answer(request); },
+                               [this](const Endpoint& where) { m_access.listensAt(where); },
+                               [this] { m_feed.keepAlive(); }});
     }
 
     void stop() {
@@ -59,6 +66,8 @@ public:
         m_server.post([this] { m_feed.close(); });
         m_server.stop();
     }
+
+    void resync() { m_feed.resync(); }
 
     [[nodiscard]] const Router& routes() const noexcept { return m_router; }
 
@@ -84,7 +93,8 @@ private:
                                     state.monitoring,
                                     state.callsUp,
                                     {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
-                                    m_status.entries()});
+                                    m_status.entries(),
+                                    m_status.unviewed()});
         return response;
     }
 
@@ -94,6 +104,7 @@ private:
     ListsResource m_lists;
     SettingsResource m_settings;
     ContactsResource m_contacts;
+    TimesResource m_times;
     StatusResource m_status;
     Router m_router;
     RequestRoad m_road{m_access, m_router, m_page, m_backend.line};
@@ -113,6 +124,10 @@ Endpoint HttpFace::start() {
 
 void HttpFace::stop() {
     m_parts->stop();
+}
+
+void HttpFace::resync() {
+    m_parts->resync();
 }
 
 const Router& HttpFace::routes() const noexcept {

@@ -60,6 +60,10 @@ public:
     /// Unsubscribes and ends every connection. Idempotent.
     void stop();
 
+    /// Tells the clients of the event stream to read the lists again. To be called when somebody may have made the journal
+    /// change them without a word to its observers: once it is done, from any thread, while the face is there.
+    void resync();
+
     /// Everything that is served, apart from the files of the page.
     [[nodiscard]] const Router& routes() const noexcept;
 

@@ -15,14 +15,26 @@
 #include <thread>
 #include <utility>
 
+#include "host/http/AcceptGate.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
 
-struct Traits : public restinio::default_single_thread_traits_t {
-    static constexpr bool use_connection_count_limiter = true;
+struct Traits : public restinio::default_single_thread_traits_t {};
+
+}  // namespace
+}  // namespace host
+
+template <>
+struct restinio::connection_count_limit_types<host::Traits> {
+    using limiter_t = host::AcceptGate;
+    using lifetime_monitor_t = connection_count_limits::connection_lifetime_monitor_t<limiter_t>;
 };
+
+namespace host {
+namespace {
+
 using Server = restinio::http_server_t<Traits>;
 using Request = restinio::request_handle_t;
 
@@ -47,8 +59,10 @@ HttpRequest requestOf(const restinio::request_t& from) {
     request.target = from.header().request_target();
     request.body = from.body();
     from.header().for_each_field([&request](const auto& field) {
-        std::string& value = request.headers[lowered(field.name())];
-        value += (value.empty() ? "" : ", ") + field.value();
+        const auto [known, isFirst] = request.headers.try_emplace(lowered(field.name()), field.value());
+        if (!isFirst) {
+            known->second += ", " + field.value();
+        }
     });
     return request;
 }
@@ -65,6 +79,7 @@ const char* reasonOf(int status) {
         case 404: return "Not Found";
         case 405: return "Method Not Allowed";
         case 413: return "Content Too Large";
+        case 415: return "Unsupported Media Type";
         case 422: return "Unprocessable Content";
         case 503: return "Service Unavailable";
         default: return "Internal Server Error";
@@ -182,6 +197,11 @@ public:
 
     void post(std::function<void()> work) { asio::post(m_loop, std::move(work)); }
 
+    void postLater(std::chrono::milliseconds pause, std::function<void()> work) {
+        const auto timer = std::make_shared<asio::steady_timer>(m_loop, pause);
+        timer->async_wait([timer, work = std::move(work)](const asio::error_code& /*none*/) { work(); });
+    }
+
 private:
     void open() {
         auto settings =
@@ -208,7 +228,8 @@ private:
         beat();
     }
 
-    void bound(const asio::ip::tcp::acceptor& acceptor) {
+    void bound(asio::ip::tcp::acceptor& acceptor) {
+        m_acceptor = &acceptor;
         m_endpoint = {m_settings.listen.host, acceptor.local_endpoint().port()};
         m_callbacks.listens(m_endpoint);
     }
@@ -218,9 +239,18 @@ private:
         m_heartbeat.async_wait([this](const asio::error_code& error) {
             if (!error) {
                 m_callbacks.heartbeat();
+                renewAccept();
                 beat();
             }
         });
+    }
+
+    /// An accept that has failed looks like one that waits.
+    void renewAccept() {
+        auto renewal = AcceptGate::ofThisThread()->renewal();
+        asio::error_code ignored;
+        m_acceptor->cancel(ignored);
+        asio::post(m_loop, std::move(renewal));
     }
 
     /// The library's handle stays on the loop thread: it is not made to be shared.
@@ -271,6 +301,7 @@ private:
     // The loop thread's.
     asio::steady_timer m_heartbeat;
     std::unique_ptr<Server> m_server;
+    asio::ip::tcp::acceptor* m_acceptor = nullptr;  // the server's
     std::uint64_t m_lastId = 0;
     std::map<std::uint64_t, Request> m_waiting;
 
@@ -292,6 +323,10 @@ void HttpServer::stop() {
 
 void HttpServer::post(std::function<void()> work) {
     m_engine->post(std::move(work));
+}
+
+void HttpServer::postLater(std::chrono::milliseconds pause, std::function<void()> work) {
+    m_engine->postLater(pause, std::move(work));
 }
 
 }  // namespace host

@@ -26,10 +26,11 @@ struct HttpServerSettings {
     std::size_t maxBody = 256U * 1024U;
     /// How long a client may take to send a request, an idle one included, and to take a piece of an answer.
     std::chrono::seconds clientTime{15};
+    /// How often the streams are told that the server lives, and how long it may stay deaf after it was short of descriptors.
     std::chrono::milliseconds heartbeat{15000};
 };
 
-/// HTTP over TCP. This room's one door to the HTTP library, which no other file knows.
+/// HTTP over TCP. This room's one door to the HTTP library, which no other file but `AcceptGate` knows.
 ///
 /// Threads: one loop thread does all input and output and must never wait. Requests are handled on a few worker threads, so
 /// a handler may wait for the database or the switch.
@@ -60,6 +61,8 @@ public:
 
     /// Runs `work` on the loop thread, later and in order; what comes after `stop` is dropped. Any thread.
     void post(std::function<void()> work);
+    /// The same after a pause.
+    void postLater(std::chrono::milliseconds pause, std::function<void()> work);
 
 private:
     class Engine;

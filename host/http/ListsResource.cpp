@@ -54,7 +54,7 @@ void ListsResource::addRoutes(Router& router) {
 HttpResponse ListsResource::list(const HttpRequest& request) const {
     const ListName name = listOf(request);
     PageOfItems page(request);
-    const std::string& search = request.queryValue("search");
+    const SearchText search(request.queryValue("search"));
     std::size_t unviewed = 0;
     Json items = Json::array();
     listaccess::with(name, [&](auto operations) {
@@ -100,6 +100,7 @@ HttpResponse ListsResource::deleteEntries(const HttpRequest& request) const {
     listaccess::with(listOf(request), [&](auto operations) {
         if (request.body.empty()) {
             operations.clear(m_journal);
+            m_emptied();
         } else {
             operations.remove(m_journal, entryIdsIn(request));
         }

@@ -51,7 +51,8 @@ private:
     prometheus::Family<prometheus::Counter>& m_events =
         counters("calljournal_switch_events_total", "Events of the switch, by kind");
     prometheus::Family<prometheus::Gauge>& m_observers =
-        gauges("calljournal_observers", "Clients that are told of changes, by face");
+        gauges("calljournal_observers",
+               "Open event streams (http) and connected clients of the Unix socket (remote)");
     prometheus::Family<prometheus::Gauge>& m_entries =
         gauges("calljournal_list_entries", "Entries in each list");
 
@@ -86,6 +87,7 @@ std::string Metrics::text(const Now& now) {
     m_registered->connected.Set(now.switchConnected ? 1 : 0);
     m_registered->monitored.Set(now.lineMonitored ? 1 : 0);
     m_registered->callsUp.Set(static_cast<double>(now.callsUp));
+    m_registered->unviewed.Set(static_cast<double>(now.unviewed));
     for (const auto& [face, count] : now.observers) {
         m_registered->observers(face).Set(static_cast<double>(count));
     }
@@ -93,10 +95,6 @@ std::string Metrics::text(const Now& now) {
         m_registered->entries(list).Set(static_cast<double>(count));
     }
     return m_registered->text();
-}
-
-void Metrics::missedCallsCountUpdate(int count) {
-    m_registered->unviewed.Set(count);
 }
 
 void Metrics::missedCallsUpdate(MissedCallItem item, std::string /*entryId*/, ActionType action) {
@@ -119,7 +117,10 @@ void Metrics::forwardedCallsUpdate(ForwardedCallItem /*item*/, std::string /*ent
 }
 
 void Metrics::callBacksUpdate(CallBackItem /*item*/, std::string /*entryId*/, ActionType action) {
-    filed(ListName::eCallbacks, action);
+    // It is updated when its state changes.
+    if (action == eItemAdded) {
+        filed(ListName::eCallbacks, action);
+    }
 }
 
 void Metrics::filed(ListName list, ActionType action) {

@@ -22,9 +22,10 @@ public:
         bool switchConnected = false;
         bool lineMonitored = false;
         std::size_t callsUp = 0;
-        /// By face: "http" streams, "remote" clients.
+        /// By face: "http" streams, "remote" clients, whether or not these have subscribed.
         std::map<std::string, std::size_t> observers;
         std::map<ListName, std::size_t> entries;
+        std::size_t unviewed = 0;
     };
 
     /// Every value carries the line as a label.
@@ -39,7 +40,7 @@ public:
     [[nodiscard]] std::string text(const Now& now);
 
     // JournalServiceObserverIfc
-    void missedCallsCountUpdate(int count) override;
+    void missedCallsCountUpdate(int /*count*/) override {}
     void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override;
     void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) override;
     void receivedCallsUpdate(ReceivedCallItem item, std::string entryId, ActionType action) override;

@@ -34,6 +34,13 @@ void addCommonHeaders(HttpResponse& response) {
     }
 }
 
+HttpResponse notAllowed(const std::string& methods) {
+    HttpResponse response =
+        errorAnswer({405, "method-not-allowed", "this address is served with " + methods});
+    response.headers.emplace_back("Allow", methods);
+    return response;
+}
+
 }  // namespace
 
 HttpResponse RequestRoad::answer(HttpRequest request) const {
@@ -64,8 +71,8 @@ HttpResponse RequestRoad::handle(HttpRequest& request) const {
         return std::move(*signedIn);
     }
     const bool reads = request.method == "GET" || request.method == "HEAD";
-    if (const HttpResponse* const file = m_page.find(request); file != nullptr && reads) {
-        return *file;
+    if (const HttpResponse* const file = m_page.find(request)) {
+        return reads ? *file : notAllowed("GET");
     }
     return route(request);
 }
@@ -73,18 +80,15 @@ HttpResponse RequestRoad::handle(HttpRequest& request) const {
 HttpResponse RequestRoad::route(HttpRequest& request) const {
     const Router::Route* const found = m_router.find(request);
     const bool isOpen = found != nullptr && found->guard == Router::Guard::eOpen;
-    if (!isOpen && !m_access.isAuthorised(request)) {
-        throw HttpError(401, "no-token", "this needs the token in the file api-token of the data directory");
+    if (!isOpen) {
+        m_access.checkToken(request);
     }
     if (found == nullptr) {
         const std::string methods = m_router.methodsFor(request);
         if (methods.empty()) {
             throw HttpError(404, "not-found", "there is nothing at this address");
         }
-        HttpResponse response =
-            errorAnswer({405, "method-not-allowed", "this address is served with " + methods});
-        response.headers.emplace_back("Allow", methods);
-        return response;
+        return notAllowed(methods);
     }
     if (request.query.contains("line") && request.queryValue("line") != m_line) {
         throw HttpError(404, "unknown-line", "there is no such line");

@@ -1,14 +1,12 @@
 #include "host/http/Router.h"
 
-#include <map>
 #include <string_view>
 
 namespace host {
 namespace {
 
-using Parameters = std::map<std::string, std::string>;
-
-bool fits(std::string_view pattern, const std::vector<std::string>& path, Parameters& parameters) {
+bool fits(std::string_view pattern, const std::vector<std::string>& path,
+          std::map<std::string, std::string>& parameters) {
     for (const std::string& segment : path) {
         if (pattern.empty()) {
             return false;
@@ -32,10 +30,9 @@ bool fits(std::string_view pattern, const std::vector<std::string>& path, Parame
 
 const Router::Route* Router::find(HttpRequest& request) const {
     const std::string method = request.method == "HEAD" ? "GET" : request.method;
+    const std::string pattern = patternFor(request.path, request.parameters);
     for (const Route& route : m_routes) {
-        Parameters parameters;
-        if (route.method == method && fits(route.pattern, request.path, parameters)) {
-            request.parameters = std::move(parameters);
+        if (route.method == method && route.pattern == pattern) {
             return &route;
         }
     }
@@ -43,14 +40,26 @@ const Router::Route* Router::find(HttpRequest& request) const {
 }
 
 std::string Router::methodsFor(const HttpRequest& request) const {
+    Parameters ignored;
+    const std::string pattern = patternFor(request.path, ignored);
     std::string methods;
     for (const Route& route : m_routes) {
-        Parameters ignored;
-        if (fits(route.pattern, request.path, ignored)) {
+        if (route.pattern == pattern) {
             methods += (methods.empty() ? "" : ", ") + route.method;
         }
     }
     return methods;
+}
+
+std::string Router::patternFor(const std::vector<std::string>& path, Parameters& parameters) const {
+    for (const Route& route : m_routes) {
+        Parameters found;
+        if (fits(route.pattern, path, found)) {
+            parameters = std::move(found);
+            return route.pattern;
+        }
+    }
+    return {};
 }
 
 }  // namespace host

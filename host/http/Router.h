@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,8 @@ public:
         Guard guard = Guard::eToken;
     };
 
+    /// Of several patterns that fit a path the one that was added first serves it, with all its methods: "viewed" before
+    /// "{entryId}".
     void add(Route route) { m_routes.push_back(std::move(route)); }
 
     /// The route of a request, whose parameters are filled in. HEAD is served by the route of GET. Null when there is none.
@@ -35,6 +38,11 @@ public:
     [[nodiscard]] const std::vector<Route>& routes() const noexcept { return m_routes; }
 
 private:
+    using Parameters = std::map<std::string, std::string>;
+
+    /// Empty when none fits.
+    [[nodiscard]] std::string patternFor(const std::vector<std::string>& path, Parameters& parameters) const;
+
     std::vector<Route> m_routes;
 };
 

@@ -56,7 +56,7 @@ HttpResponse SettingsResource::changeSettings(const HttpRequest& request) {
         if (!setting || !setting->ofJournal) {
             reason.text = "The journal has no setting " + name;
         } else if (value.is_string()) {
-            reason = m_settings.set(name, value.get<std::string>());
+            reason = set(*setting, value.get<std::string>());
         }
         if (!reason.empty()) {
             requireDatabase();
@@ -81,14 +81,22 @@ HttpResponse SettingsResource::changeKey(const HttpRequest& request) {
     if (value == body.end() || !value->is_string()) {
         throw HttpError(422, "wrong-shape", R"(the body must be {"value": "..."})");
     }
-    if (m_settings.find(name)) {
-        const RejectReason reason = m_settings.set(name, value->get<std::string>());
+    if (const auto setting = m_settings.find(name)) {
+        const RejectReason reason = set(*setting, value->get<std::string>());
         if (!reason.empty()) {
             requireDatabase();
             return rejection({{name, refusal(reason)}});
         }
     }
     return key(request);
+}
+
+RejectReason SettingsResource::set(const journalxml::Setting& setting, const std::string& value) {
+    RejectReason reason = m_settings.set(setting.key, value);
+    if (reason.empty() && setting.ofJournal) {
+        m_changed();
+    }
+    return reason;
 }
 
 void SettingsResource::requireDatabase() const {

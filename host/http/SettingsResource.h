@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 #include "host/management/SettingsDoor.h"
@@ -14,9 +17,10 @@ class Router;
 /// Threads: any, once the routes are added.
 class SettingsResource {
 public:
-    /// Both are borrowed and outlive the resource. The database is the one that the settings are stored in.
-    SettingsResource(LocalManagement& management, const Database& database)
-        : m_settings(management), m_database(database) {}
+    /// Both are borrowed and outlive the resource. The database is the one that the settings are stored in. `changed` is called
+    /// when a setting of the journal was, which may have emptied lists.
+    SettingsResource(LocalManagement& management, const Database& database, std::function<void()> changed)
+        : m_settings(management), m_database(database), m_changed(std::move(changed)) {}
 
     void addRoutes(Router& router);
 
@@ -26,11 +30,14 @@ private:
     [[nodiscard]] HttpResponse key(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse changeKey(const HttpRequest& request);
 
+    /// The reason of a refusal; empty when it was done.
+    [[nodiscard]] RejectReason set(const journalxml::Setting& setting, const std::string& value);
     /// Throws `HttpError` 503 when the reason of a refusal is the database.
     void requireDatabase() const;
 
     SettingsDoor m_settings;
     const Database& m_database;
+    const std::function<void()> m_changed;
 };
 
 }  // namespace host

@@ -51,14 +51,18 @@ std::map<ListName, std::size_t> StatusResource::entries() const {
     return sizes;
 }
 
+std::size_t StatusResource::unviewed() const {
+    const auto missed = itemsOf(m_sources.journal, listaccess::Missed());
+    return static_cast<std::size_t>(
+        std::count_if(missed.begin(), missed.end(), [](const auto& item) { return !item.getViewed(); }));
+}
+
 HttpResponse StatusResource::status() const {
     Json lists = Json::object();
     for (const auto& [name, total] : entries()) {
         lists[std::string(wordOf(name))] = {{"total", total}};
     }
-    const auto missed = itemsOf(m_sources.journal, listaccess::Missed());
-    lists["missed"]["unviewed"] =
-        std::count_if(missed.begin(), missed.end(), [](const auto& item) { return !item.getViewed(); });
+    lists["missed"]["unviewed"] = unviewed();
     const LineState state = m_sources.lineState();
     const auto keys = m_sources.management.values();
     const auto softwareType = keys.find("software-type");

@@ -42,6 +42,8 @@ public:
 
     /// How many entries each list has.
     [[nodiscard]] std::map<ListName, std::size_t> entries() const;
+    /// How many missed entries nobody has looked at.
+    [[nodiscard]] std::size_t unviewed() const;
 
 private:
     [[nodiscard]] HttpResponse health() const;

@@ -1,0 +1,87 @@
+#include "host/http/TimesResource.h"
+
+#include <charconv>
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "host/clock/SystemClock.h"
+#include "host/data/CallTimes.h"
+#include "host/http/HttpError.h"
+#include "host/http/Router.h"
+#include "host/management/LocalManagement.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using std::chrono::days;
+using std::chrono::hours;
+using std::chrono::minutes;
+using std::chrono::seconds;
+using std::chrono::sys_days;
+using std::chrono::sys_seconds;
+
+std::string textOf(sys_seconds time) {
+    return SystemClock().formatTimeDate(time.time_since_epoch().count());
+}
+
+/// From when on the request counts; four weeks, when it does not say.
+sys_seconds fromOf(const HttpRequest& request) {
+    const std::string& text = request.queryValue("from");
+    if (text.empty()) {
+        return std::chrono::floor<seconds>(std::chrono::system_clock::now()) - days(28);
+    }
+    ClockServiceIfc::DateTime time;
+    if (!SystemClock().splitTimeDate(text, time)) {
+        throw HttpError(400, "bad-time", "from must be a time in UTC, as 2026-11-21T15:15:00Z");
+    }
+    return sys_days(std::chrono::year(time.year) / time.month / time.day) + hours(time.hour) +
+           minutes(time.minute) + seconds(time.second);
+}
+
+/// How far the phone's zone is ahead of UTC (docs/configuration.md), as the journal compares local times.
+minutes phoneAhead(const LocalManagement::Keys& keys) {
+    const auto number = [&keys](const char* name) {
+        const auto key = keys.find(name);
+        int value = 0;
+        if (key != keys.end()) {
+            std::from_chars(key->second.data(), key->second.data() + key->second.size(), value);
+        }
+        return value;
+    };
+    constexpr int kMostMinutes = 14 * 60;
+    const int offset = number("sntp-tz-offset");
+    const auto saving = keys.find("daylight-save");
+    const bool saves = saving != keys.end() && saving->second == "true";
+    return minutes(offset > kMostMinutes || offset < -kMostMinutes ? offset / 60 : offset) +
+           minutes(saves ? number("daylight-save-minutes") : 0);
+}
+
+}  // namespace
+
+void TimesResource::addRoutes(Router& router) {
+    router.add({"GET", "/api/v1/times", [this](const HttpRequest& each) { return times(each); }});
+}
+
+HttpResponse TimesResource::times(const HttpRequest& request) const {
+    const sys_seconds from = fromOf(request);
+    const seconds ahead = phoneAhead(m_sources.management.values());
+    std::vector<QuarterOfCalls> found;
+    if (!m_sources.database.read("counting calls", [&](Database::Session& session) {
+            found = CallTimes(session, m_sources.line).since(from, ahead);
+        })) {
+        throw HttpError(503, "database", "the database does not answer; see the log");
+    }
+    Json quarters = Json::array();
+    for (const QuarterOfCalls& each : found) {
+        quarters.push_back({{"time", textOf(each.begin)},
+                            {"missed", each.of(CallList::eMissed)},
+                            {"dialled", each.of(CallList::eDialled)},
+                            {"received", each.of(CallList::eReceived)},
+                            {"forwarded", each.of(CallList::eForwarded)}});
+    }
+    return jsonAnswer({{"from", textOf(from)}, {"quarters", std::move(quarters)}});
+}
+
+}  // namespace host
