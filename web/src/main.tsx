@@ -1,5 +1,6 @@
 import { render } from "preact";
 import { App } from "./frame/App";
+import { keepFocus } from "./frame/keepFocus";
 import { lineState } from "./state/app";
 import "./style/colours.css";
 import "./style/frame.css";
@@ -7,9 +8,11 @@ import "./style/controls.css";
 import "./style/list.css";
 import "./style/details.css";
 import "./style/views.css";
+import "./style/windows.css";
 
 const place = document.getElementById("page");
 if (place) {
     render(<App />, place);
+    keepFocus(place);
     lineState.start();
 }

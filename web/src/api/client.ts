@@ -1,4 +1,4 @@
-import type { Contact, ContactValues, ListAnswer, ListName, Rejection, Status } from "./types";
+import type { Contact, ContactValues, ImportAnswer, ListAnswer, ListName, Quarter, Rejection, Status } from "./types";
 
 /** The server refused, or (status 0) could not be reached. The message is for people. */
 export class ApiError extends Error {
@@ -16,14 +16,23 @@ interface ErrorBody {
     rejected?: Record<string, Rejection>;
 }
 
+/** A file is sent as it is, with its own type. */
+function content(body: unknown): RequestInit {
+    if (body instanceof Blob || body === undefined) {
+        return body ? { body } : {};
+    }
+    return { body: JSON.stringify(body), headers: { "Content-Type": "application/json" } };
+}
+
+/** `keepalive`: the request outlives the page when that is left. */
 async function ask<Answer>(method: string, path: string, body?: unknown, keepalive = false): Promise<Answer> {
     let response: Response;
     try {
         response = await fetch(`/api/v1/${path}`, {
             method,
             keepalive,
-            signal: keepalive ? null : AbortSignal.timeout(15_000),
-            ...(body === undefined ? {} : { body: JSON.stringify(body), headers: { "Content-Type": "application/json" } }),
+            signal: AbortSignal.timeout(15_000),
+            ...content(body),
         });
     } catch {
         throw new ApiError(0, "The journal cannot be reached.");
@@ -38,15 +47,20 @@ async function ask<Answer>(method: string, path: string, body?: unknown, keepali
 export const api = {
     status: () => ask<Status>("GET", "status"),
     list: (name: ListName) => ask<ListAnswer>("GET", `lists/${name}`),
-    /** `leaving`: the request has to outlive the page. Entries that have changed meanwhile are passed over by the server. */
-    deleteEntries: (name: ListName, entryIds: string[], leaving: boolean) => ask<void>("DELETE", `lists/${name}`, { entryIds }, leaving),
+    /** Without ids all of them. Entries that have changed meanwhile are passed over by the server. */
+    deleteEntries: (name: ListName, entryIds: string[] | undefined, keepalive: boolean) =>
+        ask<void>("DELETE", `lists/${name}`, entryIds && { entryIds }, keepalive),
     markViewed: (entryIds: string[]) => ask<void>("POST", "lists/missed/viewed", { entryIds }),
+    /** Of all calls that the database has; quarters without one are left out. */
+    times: (from: Date) => ask<{ quarters: Quarter[] }>("GET", `times?from=${from.toISOString()}`),
 
     contacts: (search: string, limit: number) =>
         ask<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encodeURIComponent(search)}`),
     addContact: (values: ContactValues) => ask<Contact>("POST", "contacts", values),
     changeContact: (id: string, values: ContactValues) => ask<Contact>("PUT", `contacts/${encodeURIComponent(id)}`, values),
-    deleteContact: (id: string) => ask<void>("DELETE", `contacts/${encodeURIComponent(id)}`),
+    importContacts: (format: "vcard" | "csv", text: string) =>
+        ask<ImportAnswer>("POST", "contacts/import", new Blob([text], { type: `text/${format}` })),
+    deleteContact: (id: string, keepalive: boolean) => ask<void>("DELETE", `contacts/${encodeURIComponent(id)}`, undefined, keepalive),
 
     settings: () => ask<Record<string, string>>("GET", "settings"),
     changeSetting: (key: string, value: string) => ask<Record<string, string>>("PUT", "settings", { [key]: value }),

@@ -57,6 +57,25 @@ export type ContactField = (typeof contactFields)[number];
 export type ContactValues = Record<ContactField, string>;
 export type Contact = ContactValues & { id: string };
 
+/** What became of the contacts of a file; the rest of those that were read was skipped. Of the notes only the first may be here. */
+export interface ImportAnswer {
+    read: number;
+    added: number;
+    changed: number;
+    unchanged: number;
+    skipped: { line: number; text: string }[];
+    remarks: { line: number; text: string }[];
+}
+
+/** How many calls of each list began in a quarter of an hour. */
+export interface Quarter {
+    time: string;
+    missed: number;
+    dialled: number;
+    received: number;
+    forwarded: number;
+}
+
 export interface Change {
     action: number;
     entryId: string;

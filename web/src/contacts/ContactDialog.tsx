@@ -19,32 +19,42 @@ interface Props {
     contact?: Contact;
     /** What a new one begins with. */
     first?: Partial<ContactValues>;
+    onDelete?: () => void;
+    /** The dialog has gone, and what had the focus before has it again. */
     onClose: (changed: boolean) => void;
 }
 
-export function ContactDialog({ contact, first, onClose }: Props) {
+export function ContactDialog({ contact, first, onDelete, onClose }: Props) {
     const dialog = useRef<HTMLDialogElement>(null);
     const [refusal, setRefusal] = useState("");
     const [values, setValues] = useState<ContactValues>(
         () => Object.fromEntries(contactFields.map((name) => [name, contact?.[name] ?? first?.[name] ?? ""])) as ContactValues,
     );
+    const saving = useRef(false);
+    const saved = useRef(false);
     useEffect(() => dialog.current?.showModal(), []);
 
-    const save = async (work: () => Promise<unknown>) => {
+    const save = async () => {
+        if (saving.current) {
+            return;
+        }
+        saving.current = true;
         try {
-            await work();
-            onClose(true);
+            await (contact ? api.changeContact(contact.id, values) : api.addContact(values));
+            saved.current = true;
+            dialog.current?.close();
         } catch (error) {
             setRefusal((error as Error).message);
         }
+        saving.current = false;
     };
     return (
-        <dialog ref={dialog} aria-labelledby="contact-title" data-test="contact-dialog" onClose={() => onClose(false)}>
+        <dialog ref={dialog} aria-labelledby="contact-title" data-test="contact-dialog" onClose={() => onClose(saved.current)}>
             <h2 id="contact-title">{contact ? "Change the contact" : "New contact"}</h2>
             <form
                 onSubmit={(event) => {
                     event.preventDefault();
-                    void save(() => (contact ? api.changeContact(contact.id, values) : api.addContact(values)));
+                    void save();
                 }}
             >
                 {contactFields.map((name) => (
@@ -66,11 +76,18 @@ export function ContactDialog({ contact, first, onClose }: Props) {
                     <button type="submit" class="main-button">
                         Save
                     </button>
-                    <button type="button" onClick={() => onClose(false)}>
+                    <button type="button" onClick={() => dialog.current?.close()}>
                         Cancel
                     </button>
-                    {contact && (
-                        <button type="button" class="far-button" onClick={() => void save(() => api.deleteContact(contact.id))}>
+                    {onDelete && (
+                        <button
+                            type="button"
+                            class="far-button"
+                            onClick={() => {
+                                onDelete();
+                                dialog.current?.close();
+                            }}
+                        >
                             Delete
                         </button>
                     )}

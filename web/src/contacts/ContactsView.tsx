@@ -1,9 +1,12 @@
-import { useEffect, useRef, useState } from "preact/hooks";
+import { useEffect, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { numberFields, type Contact } from "../api/types";
-import { journal } from "../state/app";
+import { contactImport, deletions, failures } from "../state/app";
+import { useStore } from "../state/Store";
 import { fullName, plural } from "../text/names";
 import { ContactDialog } from "./ContactDialog";
+import { ImportButton } from "./ImportButton";
+import { ImportResult } from "./ImportResult";
 
 const atOnce = 200;
 
@@ -14,8 +17,11 @@ function useContacts(search: string, version: number) {
         let current = true;
         const timer = window.setTimeout(() => {
             api.contacts(search.trim(), atOnce).then(
-                (answer) => current && setFound(answer),
-                (error: unknown) => current && journal.fail(error),
+                (answer) => {
+                    failures.settle("contacts");
+                    return current && setFound(answer);
+                },
+                (error: unknown) => current && failures.tell("contacts", "The contacts could not be read", error),
             );
         }, 150);
         return () => {
@@ -23,33 +29,47 @@ function useContacts(search: string, version: number) {
             window.clearTimeout(timer);
         };
     }, [search, version]);
-    return found;
+    const contacts = found?.contacts.filter((each) => !deletions.isHidden("contacts", each.id));
+    return found && contacts && { contacts, total: found.total - (found.contacts.length - contacts.length) };
 }
 
 export function ContactsView() {
     const [search, setSearch] = useState("");
     const [version, setVersion] = useState(0);
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
-    const opener = useRef<HTMLElement | null>(null);
-    const found = useContacts(search, version);
-    const open = (contact?: Contact) => {
-        opener.current = document.activeElement as HTMLElement | null;
-        setDialog(contact ? { contact } : {});
-    };
+    /** Which contact was opened last: the one that stands there then takes the focus when it is gone. */
+    const [last, setLast] = useState(0);
+    const { taken } = useStore(contactImport);
+    const { contactsGone } = useStore(deletions);
+    const found = useContacts(search, version + taken + contactsGone);
+    useEffect(() => () => contactImport.dismiss(), []);
     return (
-        <div class="view">
+        <div
+            class="view"
+            onDragOver={(event) => event.preventDefault()}
+            onDrop={(event) => {
+                event.preventDefault();
+                const file = event.dataTransfer?.files[0];
+                if (file) {
+                    void contactImport.run(file);
+                }
+            }}
+        >
             <div class="tools" role="search">
                 <input
                     type="search"
                     aria-label="Search contacts"
                     placeholder="Name, number, company"
                     value={search}
+                    data-home={found?.contacts.length === 0 || undefined}
                     onInput={(event) => setSearch(event.currentTarget.value)}
                 />
-                <button type="button" class="main-button" onClick={() => open()}>
+                <button type="button" class="main-button" onClick={() => setDialog({})}>
                     New contact
                 </button>
+                <ImportButton />
             </div>
+            <ImportResult />
             <p role="status" class="hint">
                 {found && plural(found.total, "contact", "contacts")}
                 {found && found.total > found.contacts.length && `, the first ${found.contacts.length} of them here: search for the others`}
@@ -60,14 +80,22 @@ export function ContactsView() {
                     <p>
                         {search.trim()
                             ? "No name, number, company or e-mail address has this text in it."
-                            : "Add one here or from an entry of a list, or import a file with the command “calljournal contacts import”."}
+                            : "Add one here or from an entry of a list, or import your address book: a vCard file (.vcf) or a CSV file."}
                     </p>
                 </div>
             )}
             <ul class="contacts">
-                {found?.contacts.map((contact) => (
+                {found?.contacts.map((contact, index) => (
                     <li key={contact.id}>
-                        <button type="button" data-test="contact" onClick={() => open(contact)}>
+                        <button
+                            type="button"
+                            data-test="contact"
+                            data-home={index === Math.min(last, found.contacts.length - 1) || undefined}
+                            onClick={() => {
+                                setLast(index);
+                                setDialog({ contact });
+                            }}
+                        >
                             <bdi class="contact-name">{fullName(contact) || contact.company || "No name"}</bdi>
                             <span class="row-facts">
                                 {[fullName(contact) && contact.company, ...numberFields.map((name) => contact[name])].filter(Boolean).join(" · ")}
@@ -79,10 +107,10 @@ export function ContactsView() {
             {dialog && (
                 <ContactDialog
                     {...dialog}
+                    {...(dialog.contact && { onDelete: () => deletions.add("contacts", [dialog.contact?.id ?? ""]) })}
                     onClose={(changed) => {
                         setDialog(undefined);
                         setVersion(changed ? version + 1 : version);
-                        opener.current?.focus();
                     }}
                 />
             )}

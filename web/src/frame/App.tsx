@@ -3,8 +3,8 @@ import { ContactsView } from "../contacts/ContactsView";
 import { ListView } from "../list/ListView";
 import { TimesView } from "../picture/TimesView";
 import { SettingsView } from "../settings/SettingsView";
-import { journal } from "../state/app";
-import { isList, titles, useView } from "../state/route";
+import { deletions, failures, journal, route, unviewedShown } from "../state/app";
+import { isList, titles } from "../state/route";
 import { useStore } from "../state/Store";
 import { Header } from "./Header";
 import { Navigation } from "./Navigation";
@@ -13,9 +13,11 @@ import { SignIn } from "./SignIn";
 import { UndoBar } from "./UndoBar";
 
 export function App() {
-    const view = useView();
-    const { signedOut, news } = useStore(journal);
-    const unviewed = journal.unviewed();
+    const { view } = useStore(route);
+    const { signedOut } = useStore(failures);
+    const { news } = useStore(journal);
+    useStore(deletions);
+    const unviewed = unviewedShown();
 
     useEffect(() => {
         document.title = `${unviewed > 0 ? `(${unviewed}) ` : ""}${titles[view]} – call journal`;
@@ -28,7 +30,7 @@ export function App() {
         <div class="frame">
             <Header />
             <Navigation view={view} />
-            <main class="main" aria-label={titles[view]} data-test={`view-${view}`}>
+            <main class="main" tabIndex={-1} aria-label={titles[view]} data-test={`view-${view}`}>
                 <Notices />
                 {isList(view) && <ListView key={view} list={view} />}
                 {view === "contacts" && <ContactsView />}
@@ -36,8 +38,10 @@ export function App() {
                 {view === "settings" && <SettingsView />}
             </main>
             <UndoBar />
-            <p class="only-heard" role="status">
-                {news}
+            <p class="only-heard" role="status" data-test="news">
+                {/* The same text again would not be spoken. */}
+                {news.text}
+                {news.count % 2 === 0 ? "" : "\u00a0"}
             </p>
         </div>
     );

@@ -2,7 +2,7 @@ import { lineState } from "../state/app";
 import { useStore } from "../state/Store";
 import { plural } from "../text/names";
 
-/** What the line does just now, from worst to best. */
+/** How the line is just now, from worst to best. */
 function stateText(): { kind: "bad" | "wait" | "good"; text: string } {
     const { online, status } = useStore(lineState);
     if (online === false) {
@@ -17,18 +17,20 @@ function stateText(): { kind: "bad" | "wait" | "good"; text: string } {
     if (!status.switch.monitoring) {
         return { kind: "wait", text: "The line is not monitored" };
     }
-    return { kind: "good", text: `Line monitored, ${status.calls > 0 ? plural(status.calls, "call", "calls") : "no call"} up` };
+    return { kind: "good", text: "Line monitored" };
 }
 
 export function Header() {
     const { kind, text } = stateText();
-    const line = lineState.status?.line;
+    const { line, calls = 0 } = lineState.status ?? {};
     return (
         <header class="header">
             <h1>Call journal{line && <span class="header-line"> of {line}</span>}</h1>
-            <p class={`line-state line-state-${kind}`} role="status" data-test="line-state">
+            <p class={`line-state line-state-${kind}`} data-test="line-state">
                 <span class="line-state-dot" aria-hidden="true" />
-                {text}
+                {/* Spoken when it changes, which the calls that come and go are not. */}
+                <span role="status">{text}</span>
+                {kind === "good" && `, ${calls > 0 ? plural(calls, "call", "calls") : "no call"} up`}
             </p>
         </header>
     );

@@ -1,4 +1,4 @@
-import { deletions, journal } from "../state/app";
+import { deletions, journal, shownEntries, unviewedShown } from "../state/app";
 import { isList, titles, views, type View } from "../state/route";
 import { useStore } from "../state/Store";
 
@@ -6,8 +6,7 @@ function Counts({ view }: { view: View }) {
     if (!isList(view) || !journal.isRead(view)) {
         return null;
     }
-    const shown = journal.entries(view).filter((each) => !deletions.isHidden(view, each.entryId));
-    const unviewed = view === "missed" ? shown.filter((each) => each.viewed === false).length : 0;
+    const unviewed = view === "missed" ? unviewedShown() : 0;
     return (
         <>
             {unviewed > 0 && (
@@ -16,7 +15,7 @@ function Counts({ view }: { view: View }) {
                     <span class="only-heard"> new, of</span>
                 </span>
             )}
-            <span class="count">{shown.length}</span>
+            <span class="count">{shownEntries(view).length}</span>
         </>
     );
 }

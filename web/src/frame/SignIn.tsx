@@ -1,8 +1,16 @@
-import { useState } from "preact/hooks";
+import { useEffect, useRef, useState } from "preact/hooks";
+
+/** The server sends a browser here that came with a wrong token; the address need not say so for ever. */
+const refused = new URLSearchParams(window.location.search).has("refused");
+if (refused) {
+    window.history.replaceState(window.history.state, "", window.location.pathname + window.location.hash);
+}
 
 /** The server does not know this browser: it has to show the token once, and gets a cookie for it. */
 export function SignIn() {
     const [token, setToken] = useState("");
+    const input = useRef<HTMLInputElement>(null);
+    useEffect(() => input.current?.focus(), []);
     return (
         <main class="sign-in">
             <h1>Call journal</h1>
@@ -18,8 +26,19 @@ export function SignIn() {
             >
                 <label>
                     Token
-                    <input type="password" required autocomplete="off" value={token} onInput={(event) => setToken(event.currentTarget.value)} />
+                    <input
+                        ref={input}
+                        type="password"
+                        required
+                        autocomplete="off"
+                        aria-describedby="sign-in-refusal"
+                        value={token}
+                        onInput={(event) => setToken(event.currentTarget.value)}
+                    />
                 </label>
+                <p id="sign-in-refusal" class="refusal" role="alert">
+                    {refused && "That was not the token of this journal. Copy the whole line of the file."}
+                </p>
                 <button type="submit" class="main-button">
                     Open the journal
                 </button>

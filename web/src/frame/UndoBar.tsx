@@ -1,7 +1,6 @@
 import { useEffect } from "preact/hooks";
 import { deletions } from "../state/app";
 import { useStore } from "../state/Store";
-import { plural } from "../text/names";
 
 function isText(target: EventTarget | null): boolean {
     return target instanceof HTMLElement && (target.matches("input:not([type=checkbox]), textarea, select") || target.isContentEditable);
@@ -24,10 +23,12 @@ export function UndoBar() {
         <div role="status" class={count > 0 ? "undo" : "undo undo-empty"}>
             {count > 0 && (
                 <>
-                    <span>{plural(count, "entry", "entries")} deleted</span>
+                    <span>{deletions.told()}</span>
                     <button
                         type="button"
                         data-test="undo"
+                        title="Ctrl+Z"
+                        aria-keyshortcuts="Control+Z"
                         onClick={() => deletions.undo()}
                         onFocus={() => deletions.pause()}
                         onBlur={() => deletions.resume()}

@@ -1,4 +1,6 @@
 import type { ListName } from "../api/types";
+import { lineState, settings } from "../state/app";
+import { useStore } from "../state/Store";
 
 const texts: Record<ListName, { title: string; text: string }> = {
     missed: { title: "No missed calls", text: "Calls that nobody answers appear here by themselves." },
@@ -6,10 +8,22 @@ const texts: Record<ListName, { title: string; text: string }> = {
     received: { title: "No received calls", text: "Calls that you answer appear here when they are over." },
     forwarded: {
         title: "No forwarded calls",
-        text: "Calls that the switch sends on to somebody else appear here, if the phone's setting server-based-features is on.",
+        text: "Calls that the switch sends on to somebody else appear here, if the phone's setting server-based-features is true.",
     },
     callbacks: { title: "No callbacks", text: "Ask the switch for a callback when a line is busy or nobody answers: it stands here until it is over." },
 };
+
+/** Why the list may be empty although there were calls; callbacks are kept in any case. */
+function SwitchedOff() {
+    const isSip = useStore(lineState).status?.softwareType === "Norlith SIP";
+    return (
+        <p>
+            The call journal is switched off, which has emptied the lists of calls.{" "}
+            {isSip ? "No call is filed until it is on again" : "New calls are filed all the same on this kind of phone"}:{" "}
+            <a href="#/settings">Settings</a>.
+        </p>
+    );
+}
 
 interface Props {
     list: ListName;
@@ -19,26 +33,30 @@ interface Props {
 }
 
 export function EmptyList({ list, search, read, onClear }: Props) {
+    const isOff = useStore(settings).isJournalOff() && list !== "callbacks";
     if (!read) {
         return <p class="empty">Reading the list …</p>;
     }
-    if (search.trim()) {
-        return (
-            <div class="empty">
-                <h2>Nothing found</h2>
-                <p>
-                    No name or number in this list has “<bdi>{search.trim()}</bdi>” in it.
-                </p>
-                <button type="button" onClick={onClear}>
-                    Show all
-                </button>
-            </div>
-        );
-    }
+    const found = search.trim();
     return (
         <div class="empty">
-            <h2>{texts[list].title}</h2>
-            <p>{texts[list].text}</p>
+            <h2 tabIndex={-1} data-home>
+                {found ? "Nothing found" : texts[list].title}
+            </h2>
+            {found ? (
+                <>
+                    <p>
+                        No name or number in this list has “<bdi>{found}</bdi>” in it.
+                    </p>
+                    <button type="button" onClick={onClear}>
+                        Show all
+                    </button>
+                </>
+            ) : isOff ? (
+                <SwitchedOff />
+            ) : (
+                <p>{texts[list].text}</p>
+            )}
         </div>
     );
 }

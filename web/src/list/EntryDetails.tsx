@@ -1,6 +1,7 @@
 import { useEffect, useRef, useState } from "preact/hooks";
 import { ContactDialog } from "../contacts/ContactDialog";
 import type { Entry, ListName } from "../api/types";
+import { journal } from "../state/app";
 import { fullName, plural, titleOf } from "../text/names";
 import { fullTime } from "../text/times";
 import { callbackText } from "./callbacks";
@@ -17,7 +18,12 @@ interface Props {
 export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
     const heading = useRef<HTMLHeadingElement>(null);
     const [adding, setAdding] = useState(false);
-    useEffect(() => heading.current?.focus(), []);
+    useEffect(() => {
+        heading.current?.focus();
+        if (entry.viewed === false && document.visibilityState === "visible") {
+            journal.markViewed([entry.entryId]);
+        }
+    }, []);
     const title = titleOf(entry);
     const calls = entry.occurrences ?? [];
     return (
@@ -32,7 +38,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             }}
         >
             <div class="details-head">
-                <h2 id="details-title" tabIndex={-1} ref={heading}>
+                <h2 id="details-title" tabIndex={-1} ref={heading} data-home>
                     <bdi>{title}</bdi>
                 </h2>
                 <button type="button" data-test="close" onClick={onClose}>
@@ -46,13 +52,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
                         Add to contacts
                     </button>
                 )}
-                <button
-                    type="button"
-                    onClick={() => {
-                        onDelete();
-                        onClose();
-                    }}
-                >
+                <button type="button" data-test="details-delete" onClick={onDelete}>
                     Delete
                 </button>
             </div>
@@ -69,10 +69,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             {adding && (
                 <ContactDialog
                     first={{ firstName: entry.firstName, surname: entry.surname, office: entry.number }}
-                    onClose={() => {
-                        setAdding(false);
-                        heading.current?.focus();
-                    }}
+                    onClose={() => setAdding(false)}
                 />
             )}
         </section>

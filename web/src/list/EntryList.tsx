@@ -1,5 +1,4 @@
-import type { Ref } from "preact";
-import { useImperativeHandle, useLayoutEffect, useRef, useState } from "preact/hooks";
+import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import type { Entry, ListName } from "../api/types";
 import { keyOf } from "../state/entries";
 import { titles } from "../state/route";
@@ -7,17 +6,12 @@ import { EntryRow } from "./EntryRow";
 import { useLookedAt } from "./useLookedAt";
 import { useWindow } from "./useWindow";
 
-/** Every row is as high as this, in pixels; the style sheet gives it a large enough font in any case. */
-export const rowHeight = 60;
-
-export interface EntryListHandle {
-    focusActive(): void;
-    /** To be called when rows are about to go: the one that takes the place of the active row gets the focus. */
-    focusAfterRemoval(): void;
+/** Every row is 3.75rem high, so that it grows with the reader's font; this is the same in pixels. */
+function measuredRowHeight(): number {
+    return 3.75 * parseFloat(getComputedStyle(document.documentElement).fontSize);
 }
 
 interface Props {
-    handle: Ref<EntryListHandle>;
     list: ListName;
     entries: readonly Entry[];
     selected: ReadonlySet<string>;
@@ -33,8 +27,9 @@ const steps: Record<string, number> = { ArrowDown: 1, ArrowUp: -1, PageDown: 8, 
  * The rows, of which only those near the window exist. One row is active: Tab stops at its controls only, the arrow keys move on to the
  * same control of another row. The active row is known by its entry, so it stays where the reader is when calls come in above.
  */
-export function EntryList({ handle, list, entries, selected, openKey, onSelect, onOpen, onDelete }: Props) {
+export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, onDelete }: Props) {
     const box = useRef<HTMLDivElement>(null);
+    const [rowHeight] = useState(measuredRowHeight);
     const [active, setActive] = useState({ key: "", index: 0 });
     const anchor = useRef({ key: "", index: 0 });
     const [focus, setFocus] = useState<string>();
@@ -77,15 +72,6 @@ export function EntryList({ handle, list, entries, selected, openKey, onSelect, 
         setActive({ key: entry ? keyOf(entry) : "", index: target });
         setFocus(control);
     };
-    useImperativeHandle(handle, () => ({
-        focusActive: () => setFocus("open"),
-        focusAfterRemoval: () => {
-            if (box.current?.contains(document.activeElement)) {
-                setActive({ key: "", index });
-                setFocus("open");
-            }
-        },
-    }));
 
     const press = (event: KeyboardEvent) => {
         const control = (event.target as HTMLElement).dataset.control;

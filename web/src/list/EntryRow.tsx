@@ -56,7 +56,7 @@ export function EntryRow({ list, entry, index, count, top, isActive, isSelected,
                 checked={isSelected}
                 onChange={(event) => onSelect(event.currentTarget.checked)}
             />
-            <button type="button" class="row-entry" data-control="open" tabIndex={stop} aria-expanded={isOpen} onClick={onOpen}>
+            <button type="button" class="row-entry" data-control="open" data-home={isActive || undefined} tabIndex={stop} aria-expanded={isOpen} onClick={onOpen}>
                 <span class="row-name">
                     {isNew && <span class="row-badge">new</span>}
                     <bdi>{title}</bdi>

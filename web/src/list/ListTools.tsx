@@ -1,18 +1,18 @@
-import type { Entry } from "../api/types";
 import { plural } from "../text/names";
 
 interface Props {
     search: string;
     onSearch: (text: string) => void;
-    found: readonly Entry[];
-    chosen: readonly Entry[];
-    onDelete: (entries: readonly Entry[]) => void;
+    /** How many entries are found, and how many of them are selected. */
+    found: number;
+    chosen: number;
+    /** Deletes those that are selected, else those that are found. */
+    onDelete: () => void;
 }
 
 /** Search, and delete what is selected or all that the search finds. */
 export function ListTools({ search, onSearch, found, chosen, onDelete }: Props) {
-    const several = chosen.length > 0;
-    const all = search.trim() ? `Delete the ${found.length.toLocaleString()} found` : "Delete all";
+    const all = search.trim() ? `Delete the ${found.toLocaleString()} found` : "Delete all";
     return (
         <div class="tools" role="search">
             <input
@@ -23,13 +23,8 @@ export function ListTools({ search, onSearch, found, chosen, onDelete }: Props) 
                 data-test="search"
                 onInput={(event) => onSearch(event.currentTarget.value)}
             />
-            <button
-                type="button"
-                disabled={found.length === 0}
-                data-test="delete-several"
-                onClick={() => onDelete(several ? chosen : found)}
-            >
-                {several ? `Delete ${plural(chosen.length, "entry", "entries")}` : all}
+            <button type="button" disabled={found === 0} data-test="delete-several" onClick={onDelete}>
+                {chosen > 0 ? `Delete ${plural(chosen, "entry", "entries")}` : all}
             </button>
         </div>
     );

@@ -2,6 +2,7 @@ import type { RefObject } from "preact";
 import { useEffect, useRef } from "preact/hooks";
 import type { Entry } from "../api/types";
 import { journal } from "../state/app";
+import { seenPart } from "./useWindow";
 
 const lookTime = 2500;
 
@@ -17,8 +18,9 @@ export function useLookedAt(box: RefObject<HTMLElement>, entries: readonly Entry
                 since.clear();
                 return;
             }
-            const first = Math.ceil(element.scrollTop / rowHeight - 0.5);
-            const last = Math.floor((element.scrollTop + element.clientHeight) / rowHeight + 0.5);
+            const { top, bottom } = seenPart(element);
+            const first = Math.max(0, Math.ceil(top / rowHeight - 0.5));
+            const last = Math.max(0, Math.floor(bottom / rowHeight + 0.5));
             const seen = latest.current.slice(first, last).filter((each) => each.viewed === false);
             const ids = new Set(seen.map((each) => each.entryId));
             [...since.keys()].filter((id) => !ids.has(id)).forEach((id) => since.delete(id));

@@ -1,7 +1,14 @@
-import type { RefObject } from "preact";
+import { options, type RefObject } from "preact";
 import { useLayoutEffect, useState } from "preact/hooks";
 
 const spare = 8;
+
+/** The part of a list that is seen, in pixels from its top: the list scrolls in its box, or in a low window the page with it. */
+export function seenPart(box: HTMLElement): { top: number; bottom: number } {
+    const { top, bottom } = box.getBoundingClientRect();
+    const at = box.scrollTop - top;
+    return { top: at + Math.max(0, top), bottom: at + Math.min(window.innerHeight, bottom) };
+}
 
 /** Which rows of a long list are worth rendering: those that are seen, and some above and below. `last` is not rendered any more. */
 export function useWindow(box: RefObject<HTMLElement>, rowHeight: number, count: number): { first: number; last: number } {
@@ -11,18 +18,35 @@ export function useWindow(box: RefObject<HTMLElement>, rowHeight: number, count:
         if (!element) {
             return;
         }
-        const measure = () => {
-            const first = Math.floor(element.scrollTop / rowHeight);
-            const last = Math.ceil((element.scrollTop + element.clientHeight) / rowHeight);
+        const show = (first: number, last: number) =>
             setSeen((before) => (before.first === first && before.last === last ? before : { first, last }));
+        const measure = () => {
+            const { top, bottom } = seenPart(element);
+            show(Math.floor(top / rowHeight), Math.ceil(bottom / rowHeight));
+        };
+        // On paper all rows are seen, and the browser does not wait for them.
+        const showAll = () => {
+            const later = options.debounceRendering;
+            options.debounceRendering = (render) => render();
+            show(0, count);
+            options.debounceRendering = later as typeof options.debounceRendering & {};
         };
         measure();
         const size = new ResizeObserver(measure);
         size.observe(element);
-        element.addEventListener("scroll", measure, { passive: true });
+        const listening = new AbortController();
+        for (const [target, event, listener] of [
+            [element, "scroll", measure],
+            [window, "scroll", measure],
+            [window, "resize", measure],
+            [window, "beforeprint", showAll],
+            [window, "afterprint", measure],
+        ] as const) {
+            target.addEventListener(event, listener, { passive: true, signal: listening.signal });
+        }
         return () => {
             size.disconnect();
-            element.removeEventListener("scroll", measure);
+            listening.abort();
         };
     }, [box, rowHeight, count]);
     return { first: Math.max(0, Math.min(seen.first, count) - spare), last: Math.min(count, seen.last + spare) };

@@ -1,7 +1,7 @@
-import { listNames, type ListName, type Entry } from "../api/types";
+import type { Quarter } from "../api/types";
 import { dayStart } from "../text/times";
 
-export const days = 28;
+const days = 28;
 
 export interface Day {
     date: Date;
@@ -10,24 +10,45 @@ export interface Day {
     total: number;
 }
 
-/** The last four weeks, today last. Callbacks are no calls. */
-export function callsByDay(entriesOf: (list: ListName) => readonly Entry[], now = new Date()): Day[] {
+/** When the four weeks begin that end today. */
+export function firstDay(now = new Date()): Date {
+    return dayStart(now, 1 - days);
+}
+
+/** The last four weeks, today last. Every time zone's hours and days begin with a quarter. */
+export function callsByDay(quarters: readonly Quarter[], now = new Date()): Day[] {
     const found: Day[] = Array.from({ length: days }, (_, at) => ({
         date: dayStart(now, at - days + 1),
         hours: new Array<number>(24).fill(0),
         total: 0,
     }));
     const places = new Map(found.map((day) => [day.date.getTime(), day]));
-    for (const list of listNames.filter((name) => name !== "callbacks")) {
-        for (const call of entriesOf(list).flatMap((entry) => entry.occurrences ?? [])) {
-            const time = new Date(call.time);
-            const day = places.get(dayStart(time).getTime());
-            if (day) {
-                const hour = time.getHours();
-                day.hours[hour] = (day.hours[hour] ?? 0) + 1;
-                day.total += 1;
-            }
+    for (const { time, missed, dialled, received, forwarded } of quarters) {
+        const begin = new Date(time);
+        const day = places.get(dayStart(begin).getTime());
+        if (day) {
+            const calls = missed + dialled + received + forwarded;
+            const hour = begin.getHours();
+            day.hours[hour] = (day.hours[hour] ?? 0) + calls;
+            day.total += calls;
         }
     }
     return found;
+}
+
+/** 0 to 4, the most calls of any hour being 4. */
+export function level(count: number, most: number): number {
+    return Math.ceil((count * 4) / most);
+}
+
+export interface Shade {
+    level: number;
+    from: number;
+    to: number;
+}
+
+/** Which counts each level stands for; of few calls not every level is used. */
+export function shades(most: number): Shade[] {
+    const levels = [1, 2, 3, 4].map((each) => ({ level: each, from: Math.floor(((each - 1) * most) / 4) + 1, to: Math.floor((each * most) / 4) }));
+    return [{ level: 0, from: 0, to: 0 }, ...levels.filter(({ from, to }) => from <= to)];
 }

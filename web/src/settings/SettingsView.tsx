@@ -1,18 +1,26 @@
-import { useEffect, useState } from "preact/hooks";
-import { api, ApiError } from "../api/client";
-import { journal } from "../state/app";
+import { useState } from "preact/hooks";
+import { ApiError } from "../api/client";
+import { settings } from "../state/app";
+import { useStore } from "../state/Store";
+import { KeysHelp } from "./KeysHelp";
 import { SettingRow, type Setting } from "./SettingRow";
 
-const settings: Setting[] = [
+const rows: Setting[] = [
     {
         key: "call-log-enabled",
         title: "Keep a call journal",
-        text: "Off, no call is filed any more, and all lists are emptied at once.",
+        text: "Switching it off empties the four lists of calls at once; the callbacks stay. A SIP phone then files no calls, a Qorvex phone goes on.",
         on: "true",
         off: "false",
-        offWarning: "This empties all five lists now and cannot be undone. Switch the journal off?",
+        offWarning: "This empties the lists of missed, dialled, received and forwarded calls now and cannot be undone. Switch the journal off?",
     },
-    { key: "missed-logging", title: "File missed calls", text: "Off, calls that nobody answers leave no entry.", on: "0", off: "1" },
+    {
+        key: "missed-logging",
+        title: "File calls answered elsewhere",
+        text: "On, a call that rang here and was answered on another phone of yours is filed as missed, too. Calls that nobody answers are filed in any case.",
+        on: "0",
+        off: "1",
+    },
     {
         key: "delete-missed-when-called",
         title: "Tidy up missed calls",
@@ -35,22 +43,16 @@ function explained(error: unknown, key: string): string {
 }
 
 export function SettingsView() {
-    const [values, setValues] = useState<Record<string, string>>();
+    const { values } = useStore(settings);
     const [refusals, setRefusals] = useState<Record<string, string>>({});
-    const read = () =>
-        api.settings().then(
-            (answer) => setValues(answer),
-            (error: unknown) => journal.fail(error),
-        );
-    useEffect(() => void read(), []);
 
     const change = async (setting: Setting, on: boolean) => {
         try {
-            setValues(await api.changeSetting(setting.key, on ? setting.on : setting.off));
+            await settings.change(setting.key, on ? setting.on : setting.off);
             setRefusals({});
         } catch (error) {
             setRefusals({ [setting.key]: explained(error, setting.key) });
-            await read();
+            await settings.read();
         }
     };
     return (
@@ -58,7 +60,7 @@ export function SettingsView() {
             <h2>Settings</h2>
             {!values && <p class="empty">Reading the settings …</p>}
             {values &&
-                settings.map((setting) => (
+                rows.map((setting) => (
                     <SettingRow
                         key={setting.key}
                         setting={setting}
@@ -67,6 +69,7 @@ export function SettingsView() {
                         onChange={(on) => void change(setting, on)}
                     />
                 ))}
+            <KeysHelp />
         </div>
     );
 }

@@ -1,6 +1,8 @@
-import { api, ApiError } from "../api/client";
+import { api } from "../api/client";
 import { listNames, type Change, type Entry, type ListName } from "../api/types";
+import { titleOf } from "../text/names";
 import { actions, applied } from "./entries";
+import { isUnreachable, type Failures } from "./Failures";
 import { Store } from "./Store";
 
 /** One list as the page has it. `late`: the changes that came while the list was being read; they may be newer than the answer. */
@@ -9,21 +11,25 @@ interface Held {
     read: boolean;
     reading: boolean;
     again: boolean;
+    failed: boolean;
     late: Change[];
 }
 
 /** The five lists, kept up to date by the event stream. */
 export class Journal extends Store {
-    /** The server answered that it does not know this browser. */
-    signedOut = false;
-    failure = "";
-    /** The last thing that happened, for those who hear the page. */
-    news = "";
+    /** The last thing that happened, for those who hear the page, and how many there were: the same may happen twice. */
+    news = { text: "", count: 0 };
+    /** Whether changes come; LineState says so. */
+    live = false;
 
     private readonly lists = new Map<ListName, Held>(
-        listNames.map((name) => [name, { entries: [], read: false, reading: false, again: false, late: [] }]),
+        listNames.map((name) => [name, { entries: [], read: false, reading: false, again: false, failed: false, late: [] }]),
     );
     private counting: number | undefined;
+
+    constructor(private readonly failures: Failures) {
+        super();
+    }
 
     entries(name: ListName): readonly Entry[] {
         return this.held(name).entries;
@@ -33,8 +39,14 @@ export class Journal extends Store {
         return this.held(name).read;
     }
 
-    unviewed(): number {
-        return this.entries("missed").filter((each) => each.viewed === false).length;
+    /** Whether the list is, as far as can be known here, the server's. */
+    isCurrent(name: ListName): boolean {
+        const held = this.held(name);
+        return this.live && held.read && !held.reading && !held.failed;
+    }
+
+    readFailed(): void {
+        listNames.filter((name) => this.held(name).failed).forEach((name) => void this.read(name));
     }
 
     readAll(): void {
@@ -48,7 +60,7 @@ export class Journal extends Store {
         }
         this.apply(name, held, change);
         if (name === "missed" && change.item && (change.action === actions.added || change.action === actions.updated)) {
-            this.news = `Missed call from ${`${change.item.firstName} ${change.item.surname}`.trim() || change.item.number || "unknown"}`;
+            this.news = { text: `Missed call from ${titleOf(change.item)}`, count: this.news.count + 1 };
         }
         this.changed();
     }
@@ -57,7 +69,7 @@ export class Journal extends Store {
     takeUnviewedCount(count: number): void {
         window.clearTimeout(this.counting);
         this.counting = window.setTimeout(() => {
-            if (this.unviewed() !== count) {
+            if (this.entries("missed").filter((each) => each.viewed === false).length !== count) {
                 void this.read("missed");
             }
         }, 200);
@@ -68,27 +80,21 @@ export class Journal extends Store {
         const wanted = new Set(entryIds);
         held.entries = held.entries.map((each) => (wanted.has(each.entryId) ? { ...each, viewed: true } : each));
         this.changed();
-        api.markViewed(entryIds).catch((error: unknown) => {
-            this.fail(error);
-            void this.read("missed");
-        });
+        api.markViewed(entryIds).then(
+            () => this.failures.settle("viewed"),
+            (error: unknown) => {
+                if (!isUnreachable(error)) {
+                    this.failures.tell("viewed", "Not marked as viewed", error);
+                }
+                void this.read("missed");
+            },
+        );
     }
 
     /** What the server has deleted; its event says the same again. */
     drop(name: ListName, entryIds: ReadonlySet<string>): void {
         const held = this.held(name);
         held.entries = held.entries.filter((each) => !entryIds.has(each.entryId));
-        this.changed();
-    }
-
-    fail(error: unknown): void {
-        this.signedOut ||= error instanceof ApiError && error.status === 401;
-        this.failure = error instanceof ApiError ? error.message : String(error);
-        this.changed();
-    }
-
-    dismissFailure(): void {
-        this.failure = "";
         this.changed();
     }
 
@@ -118,14 +124,15 @@ export class Journal extends Store {
             held.entries = answer.items;
             held.read = true;
             held.reading = false;
-            this.failure = "";
+            held.failed = false;
+            this.failures.settle(`read ${name}`);
             held.late.forEach((change) => this.apply(name, held, change));
         } catch (error) {
             held.reading = false;
-            // Without a connection the page says so at its top, and reads again when there is one.
-            if (!(error instanceof ApiError && error.status === 0)) {
-                this.fail(error);
+            if (!held.failed && !isUnreachable(error)) {
+                this.failures.tell(`read ${name}`, `The list “${name}” could not be read`, error);
             }
+            held.failed = true;
         }
         this.changed();
         if (held.again) {

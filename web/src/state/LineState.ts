@@ -1,7 +1,9 @@
 import { EventLink } from "../api/EventLink";
 import { api, ApiError } from "../api/client";
 import type { Change, ListName, Status } from "../api/types";
+import type { Failures } from "./Failures";
 import type { Journal } from "./Journal";
+import type { Settings } from "./Settings";
 import { Store } from "./Store";
 
 const pause = 2000;
@@ -13,14 +15,22 @@ export class LineState extends Store {
     private answers = true;
     private readonly link: EventLink;
 
-    constructor(private readonly journal: Journal) {
+    constructor(
+        private readonly journal: Journal,
+        private readonly settings: Settings,
+        private readonly failures: Failures,
+    ) {
         super();
         this.link = new EventLink({
             changed: (list: ListName, change: Change) => journal.take(list, change),
             unviewedCount: (count) => journal.takeUnviewedCount(count),
-            readAgain: () => journal.readAll(),
+            readAgain: () => {
+                journal.readAll();
+                void settings.read();
+            },
             connected: (up) => {
                 this.streams = up;
+                journal.live = up;
                 this.changed();
             },
         });
@@ -44,10 +54,12 @@ export class LineState extends Store {
                 this.answers = true;
                 this.link.open();
             }
+            this.journal.readFailed();
+            this.settings.readFailed();
         } catch (error) {
             if (error instanceof ApiError && error.status === 401) {
                 this.link.close();
-                this.journal.fail(error);
+                this.failures.tell("status", "The state of the line could not be read", error);
                 return;
             }
             this.answers = false;

@@ -1,8 +1,26 @@
+import type { Entry, ListName } from "../api/types";
+import { ContactImport } from "./ContactImport";
 import { Deletions } from "./Deletions";
+import { Failures } from "./Failures";
 import { Journal } from "./Journal";
 import { LineState } from "./LineState";
+import { Route } from "./route";
+import { Settings } from "./Settings";
 
 /** The page's state: one of each. */
-export const journal = new Journal();
-export const deletions = new Deletions(journal);
-export const lineState = new LineState(journal);
+export const route = new Route();
+export const failures = new Failures();
+export const journal = new Journal(failures);
+export const settings = new Settings(failures);
+export const deletions = new Deletions(journal, failures);
+export const lineState = new LineState(journal, settings, failures);
+export const contactImport = new ContactImport(failures);
+
+/** A list as the reader has it: without what was just deleted. Components that show it use the stores `journal` and `deletions`. */
+export function shownEntries(list: ListName): readonly Entry[] {
+    return journal.entries(list).filter((each) => !deletions.isHidden(list, each.entryId));
+}
+
+export function unviewedShown(): number {
+    return shownEntries("missed").filter((each) => each.viewed === false).length;
+}

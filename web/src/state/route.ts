@@ -1,5 +1,5 @@
-import { useEffect, useState } from "preact/hooks";
 import { listNames, type ListName } from "../api/types";
+import { Store } from "./Store";
 
 export const views = [...listNames, "contacts", "times", "settings"] as const;
 export type View = (typeof views)[number];
@@ -19,18 +19,52 @@ export function isList(view: View): view is ListName {
     return (listNames as readonly string[]).includes(view);
 }
 
-function current(): View {
-    const name = window.location.hash.replace(/^#\/?/, "");
-    return views.find((view) => view === name) ?? "missed";
-}
+/**
+ * What the address names: a view, "#/missed", and the entry that is open in it, "#/missed/KEY". So bookmarks work, and the browser's back
+ * button closes an entry: opening one is a step of the history, going on to another one is none.
+ */
+export class Route extends Store {
+    view: View = "missed";
+    openKey: string | undefined;
 
-/** The view that the address names, so that the browser's back button and bookmarks work. */
-export function useView(): View {
-    const [view, setView] = useState(current);
-    useEffect(() => {
-        const follow = () => setView(current());
-        window.addEventListener("hashchange", follow);
-        return () => window.removeEventListener("hashchange", follow);
-    }, []);
-    return view;
+    constructor() {
+        super();
+        this.follow();
+        window.addEventListener("popstate", () => this.follow());
+        window.addEventListener("hashchange", () => this.follow());
+    }
+
+    openEntry(key: string): void {
+        const address = `#/${this.view}/${encodeURIComponent(key)}`;
+        if (this.openKey === undefined) {
+            window.history.pushState({ opened: true }, "", address);
+        } else {
+            window.history.replaceState(window.history.state, "", address);
+        }
+        this.follow();
+    }
+
+    closeEntry(): void {
+        if (this.openKey === undefined) {
+            return;
+        }
+        this.openKey = undefined;
+        if ((window.history.state as { opened?: boolean } | null)?.opened) {
+            window.history.back();
+        } else {
+            window.history.replaceState(null, "", `#/${this.view}`); // the page began with this address
+        }
+        this.changed();
+    }
+
+    private follow(): void {
+        const [, name, key] = /^#\/?([^/]*)(?:\/(.+))?/.exec(window.location.hash) ?? [];
+        this.view = views.find((view) => view === name) ?? "missed";
+        try {
+            this.openKey = key && decodeURIComponent(key);
+        } catch {
+            this.openKey = undefined; // an address that nobody made here
+        }
+        this.changed();
+    }
 }
