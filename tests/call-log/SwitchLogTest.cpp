@@ -1,26 +1,20 @@
 // The call log that the switch keeps: what each of its events does in the lists, when it is applied, which call a deletion
 // takes, and that nothing of it goes back to the switch.
 
-#include <atomic>
 #include <regex>
-#include <thread>
 
 #include <gtest/gtest.h>
 
-#include "host/clock/SystemClock.h"
 #include "journal-items/Occurrences.h"
-#include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAPrivateEvents.h"
-#include "src/JournalService/JournalParts.h"
+#include "tests/call-tracking/Line.h"
 #include "tests/entry-creation/EntryRig.h"
-#include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
 using Entry = CallLogEntryEvent;
-constexpr auto kIso = Entry::eTimeIso8601;
-constexpr auto kLocal = Entry::eTimeLocal;
 
 /// Eight o'clock on a day of November 2026.
 std::string on(int day) {
@@ -37,62 +31,37 @@ Entry entry(int action, int target, const std::string& number, const std::string
     return event;
 }
 
-/// A Qorvex phone in server call-log mode with the host's clock, and what the switch says to it.
-class Phone : public EntryRig {
-public:
-    Phone() {
-        clock.adoptClock(&hostClock);
-        phoneIs(softwareTypes::qorvex, 2);
+/// Parties with the days of their calls: "4711:23,22 g4711:22"; "g" marks a call on a line.
+template <typename Items>
+std::string days(const Items& items) {
+    Texts texts;
+    for (const auto& item : items) {
+        std::string& text = texts.emplace_back();
+        for (const auto& info : occurrencesOf(item)) {
+            std::string mark;
+            if constexpr (requires { info.getLineKey(); }) {
+                mark = info.getLineKey().empty() ? "" : "g";
+            }
+            text += text.empty() ? mark + info.getNumber() + ":" : ",";
+            text += info.getTimeAndDate().substr(8, 2);
+        }
     }
+    return joined(texts, " ");
+}
+
+/// A Qorvex phone in server call-log mode, and what the switch says to it.
+struct Phone : EntryRig {
+    Phone() { phoneIs(softwareTypes::qorvex, 2); }
     void dayIs(int day) { time.set(FakeClock::kStart + (day - 21) * 86400L); }
     void hears(const Entry& event) { events.handleCallLogEntryEvent(&event); }
-    void hearsPrivately(const Entry& event) {
-        CSTAPrivateEvent carrier;
-        carrier.setCallLogEntry(event);
-        privateEvents.handleCSTAPrivateEvent(&carrier);
-    }
-    void clearsACall() {
-        CSTAConnectionClearedEvent event;
-        m_connectionCleared.immediatelyhandleCSTAConnectionClearedEvent(&event);
-    }
-
-    /// A list with the days of its calls: "4711:23,22 g4711:22"; "g" marks a call on a line.
-    template <typename Item>
-    std::string days() {
-        Texts texts;
-        for (const Item& item : items<Item>()) {
-            std::string& text = texts.emplace_back();
-            for (const auto& info : occurrencesOf(item)) {
-                text += text.empty() ? mark(info) + info.getNumber() + ":" : ",";
-                text += info.getTimeAndDate().substr(8, 2);
-            }
-        }
-        return joined(texts, " ");
-    }
     std::string allDays() {
-        return days<MissedCallItem>() + " | " + days<DialledCallItem>() + " | " + days<ReceivedCallItem>();
+        return days(items<MissedCallItem>()) + " | " + days(items<DialledCallItem>()) + " | " +
+               days(items<ReceivedCallItem>());
     }
 
-    host::SystemClock hostClock{[this] { return std::chrono::system_clock::from_time_t(time.getSeconds()); }};
-    journal::JournallingGate gate{collaborators, settings};
     journal::CallMap calls;
-    journal::CallLogReadiness readiness;
     journal::CallLogRemoval removal{{settings, clock, lists, mirror, notifier, {}}};
     journal::CallLogEvents events{{calls, settings, clock, entries, removal, lists, notifier}};
-    journal::PrivateEvents privateEvents{{calls, settings, gate, readiness, events}};
-
-private:
-    static std::string mark(const MissedCallItem::MissedCallInfo& info) {
-        return info.getLineKey().empty() ? "" : "g";
-    }
-    static std::string mark(const CallInfo& /*info*/) { return {}; }
-
-    journal::CallCompletion m_completion{calls, settings, entries};
-    journal::CallTracker m_tracker{calls, settings, clock, m_completion};
-    journal::Conferences m_conferences;
-    journal::BlindTransfer m_blindTransfer{m_connectionCleared};
-    journal::ConnectionClearedEvents m_connectionCleared{
-        {calls, m_tracker, settings, gate}, m_conferences, m_blindTransfer, privateEvents};
 };
 
 // --- what an event does ---
@@ -119,7 +88,6 @@ TEST(CallLogEvents, DoInTheListsWhatTheirActionAndLogSay) {
         {Entry::eDeleteAll, {1, 2}, " | 4711:22 | 4711:22", "missedCount(0); missed(-, -, 4)"},
         {Entry::eDeleteAll, {4, 5, 6}, "4711:22 g4711:22 |  | 4711:22", "dialled(-, -, 4)"},
         {Entry::eDeleteAll, {7}, "4711:22 | 4711:22 | 4711:22", "missedCount(1); missed(-, 3, 2)"},
-        {Entry::eDeleteAll, {3, 8, -1}, "4711:22 g4711:22 | 4711:22 | 4711:22", ""},
         {3, {0, 1, 4, 7}, "4711:22 g4711:22 | 4711:22 | 4711:22", ""},
     };
     for (const auto& row : rows) {
@@ -148,7 +116,7 @@ TEST(CallLogEvents, KeepWhatTheSwitchSaysOfAnEntry) {
     Entry event = entry(Entry::eAdd, Entry::eMissedGroup, "4712", "whenever");
     event.name = "Ann";
     event.textF = "sales";
-    event.entryTimeFormat = kLocal;
+    event.entryTimeFormat = Entry::eTimeLocal;
     phone.hears(event);
     const auto call = phone.items<MissedCallItem>().front().getMissedCallInfoList().front();
     EXPECT_EQ(call.getGroupText() + ", " + call.getLineKey(), "sales, line g");
@@ -165,27 +133,34 @@ TEST(CallLogEvents, KeepWhatTheSwitchSaysOfAnEntry) {
 
 TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
     Phone phone;
-    phone.database.setDuring([&phone](const std::string&) { phone.phoneIs(softwareTypes::qorvex, 0); });
+    phone.database.setAnswer([&phone](const std::string& document) {
+        phone.phoneIs(softwareTypes::qorvex, 0);
+        return phone.database.carryOut(document);
+    });
     phone.hears(entry(Entry::eDeleteAll, Entry::eMissed, "", ""));
     EXPECT_FALSE(phone.settings.values()->m_serverBasedCallLog);
 }
 
 // --- when it is applied ---
 
+void hears(Line& line, const Entry& entry) {
+    CSTAPrivateEvent carrier;
+    carrier.setCallLogEntry(entry);
+    line.parts.privateEvents.handleCSTAPrivateEvent(&carrier);
+}
+
 TEST(PrivateEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
     const struct {
-        int systemIdentifier = 0;
-        bool ready = false;
-        int target = 0;
-        const char* days = "";  // of three events
-        const char* daysAfterACall = "";
-        bool readyAfterACall = false;
+        int systemIdentifier;
+        bool ready;
+        int target;
+        const char* days;  // of three events
+        const char* daysAfterACall;
+        bool readyAfterACall;
         const char* type = softwareTypes::qorvex;
     } rows[] = {
         {0, false, 6, "4711:23,24,22", "4711:23,24,22", false},
-        {0, true, 6, "4711:23,24,22", "4711:23,24,22", true},
         {2, false, 4, "4711:23,24,22", "4711:23,24,22", true},
-        {2, true, 4, "4711:23,24,22", "4711:23,24,22", true},
         {2, true, 5, "4711:22", "4711:23,24,22", true},
         {2, false, 6, "", "4711:23,24,22", true},
         {2, false, 6, "", "", false, "another"},
@@ -193,49 +168,37 @@ TEST(PrivateEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::to_string(row.systemIdentifier) + ", target " + std::to_string(row.target));
-        Phone phone;
-        phone.phoneIs(row.type, row.systemIdentifier);
-        phone.readiness.m_callLogEventsReady = row.ready;
+        Line line(row.type);
+        line.configure([&row](auto& values) {
+            values.m_systemIdentifier = row.systemIdentifier;
+            values.deriveEventModes();
+        });
+        line.parts.readiness.m_callLogEventsReady = row.ready;
         for (const int day : {22, 24, 23}) {
-            phone.hearsPrivately(entry(Entry::eAdd, row.target, "4711", on(day)));
+            hears(line, entry(Entry::eAdd, row.target, "4711", on(day)));
         }
-        EXPECT_EQ(phone.days<DialledCallItem>(), row.days);
-        phone.clearsACall();
-        phone.clearsACall();
-        EXPECT_EQ(phone.days<DialledCallItem>(), row.daysAfterACall);
-        EXPECT_EQ(phone.readiness.m_callLogEventsReady, row.readyAfterACall);
+        EXPECT_EQ(days(line.list<DialledCallItem>()), row.days);
+        line.plays("clears 1; clears 1");
+        EXPECT_EQ(days(line.list<DialledCallItem>()), row.daysAfterACall);
+        EXPECT_EQ(line.parts.readiness.m_callLogEventsReady, row.readyAfterACall);
     }
 }
 
-// One more than the queue takes, so that the first is applied before its time and none is lost.
-TEST(PrivateEvents, OfAThousandCallsWaitOrArriveWhileAClientDeletes) {
-    CapturedLog::switchOff();  // its lock would order the threads
-    constexpr std::size_t kCalls = journal::PendingCallLogEvents::kMaxPending + 1;
-    Phone phone;
-    std::atomic<bool> done{false};
-    std::thread client([&phone, &done] {
-        while (!done) {
-            phone.lists.deleteMissedCall(phone.lists.getFrontMissedCall().getEntryId(), false);
-            std::this_thread::yield();
-        }
-    });
-    for (std::size_t call = 1; call <= kCalls; ++call) {
-        const std::string number = std::to_string(call);
-        phone.hearsPrivately(entry(Entry::eAdd, Entry::eDialledUnanswered, number, on(23)));
-        phone.hearsPrivately(entry(call % 9 == 0 ? 2 : 0, Entry::eMissed, number, on(23)));
+TEST(PrivateEvents, AreAppliedBeforeTheirTimeWhereTheQueueIsFull) {
+    constexpr auto kCalls = static_cast<int>(journal::PendingCallLogEvents::kMaxPending) + 1;
+    Line line;
+    line.plays("set callEvents off");
+    for (int call = 1; call <= kCalls; ++call) {
+        hears(line, entry(Entry::eAdd, Entry::eDialledUnanswered, std::to_string(call), on(23)));
     }
-    EXPECT_EQ(phone.days<DialledCallItem>(), "1:23");
-    phone.clearsACall();
-    done = true;
-    client.join();
-    const auto dialled = phone.items<DialledCallItem>();
+    EXPECT_EQ(days(line.list<DialledCallItem>()), "1:23");
+    line.plays("clears 1");
     // The list keeps a thousand: the one that was applied early is the oldest, and has gone.
-    ASSERT_EQ(dialled.size(), kCalls - 1);
-    for (std::size_t call = 2; call <= kCalls; ++call) {
-        ASSERT_EQ(dialled[kCalls - call].getJournalSeviceGroupBy(), std::to_string(call));
+    int call = kCalls;
+    for (const DialledCallItem& item : line.list<DialledCallItem>()) {
+        ASSERT_EQ(item.getJournalSeviceGroupBy(), std::to_string(call--));
     }
-    EXPECT_EQ(phone.listContents(), phone.databaseContents());
-    EXPECT_TRUE(phone.settings.values()->m_serverBasedCallLog);
+    EXPECT_EQ(call, 1);
 }
 
 // --- which call a deletion takes ---
@@ -253,37 +216,28 @@ struct PhoneWithCalls : Phone {
     }
 };
 
+// Times of an entry without a zone are in the phone's, which is an hour and a half ahead, unless they are in ISO 8601.
 TEST(CallLogRemoval, TakesTheFirstCallOfTheNumberThatIsNotLater) {
-    const std::string same = "4711:25,23,21 4712:24,00 g4711:22,20";
-    const std::string withoutThe23rd = "4711:25,21 4712:24,00 g4711:22,20";
-    const std::string withoutThe25th = "4712:24,00 4713:23,21 g4711:22,20";
-    const struct {
-        const char* number;
-        const char* time;
-        Entry::_TFormat format;
-        std::string days;
-    } rows[] = {
-        {"4711", "2026-11-25T08:00:00Z", kIso, withoutThe25th},
-        {"4711", "2026-11-25T07:59:59Z", kIso, "4711:25,23 4712:24,00 g4711:22,20"},
-        {"4711", "2026-11-20T23:00:00Z", kIso, "4711:25,23,21 4712:24,00 g4711:22"},
-        {"4712", "2026-11-24T08:00:00Z", kIso, "4711:25,23,21 g4711:22,20 4711:00"},
-        {"4713", "2026-11-23T09:00:00+01:00", kIso, withoutThe23rd},
-        {"4713", "2026-11-23T08:00:00", kIso, withoutThe23rd},
-        {"4713", "2026-11-23 09:30:00", kLocal, withoutThe23rd},
-        {"4713", "2026-11-23 09:29:59", kLocal, same},
-        {"4713", "2026-11-23T08:00:00Z", kLocal, withoutThe23rd},
-        {"4711", "2026-11-19T08:00:00Z", kIso, same},
-        {"471", "2026-11-30T08:00:00Z", kIso, same},
-        {"4711", "yesterday", kIso, same},
-        {"4711", "", kLocal, same},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::string(row.number) + " " + row.time);
+    for (const auto& row : table(4, R"(
+4711 | iso   | 2026-11-25T08:00:00Z      | 4712:24,00 4713:23,21 g4711:22,20
+4711 | iso   | 2026-11-25T07:59:59Z      | 4711:25,23 4712:24,00 g4711:22,20
+4711 | iso   | 2026-11-20T23:00:00Z      | 4711:25,23,21 4712:24,00 g4711:22
+4712 | iso   | 2026-11-24T08:00:00Z      | 4711:25,23,21 g4711:22,20 4711:00
+4713 | iso   | 2026-11-23T09:00:00+01:00 | 4711:25,21 4712:24,00 g4711:22,20
+4713 | iso   | 2026-11-23T08:00:00       | 4711:25,21 4712:24,00 g4711:22,20
+4713 | local | 2026-11-23 09:30:00       | 4711:25,21 4712:24,00 g4711:22,20
+4713 | local | 2026-11-23 09:29:59       | 4711:25,23,21 4712:24,00 g4711:22,20
+4713 | local | 2026-11-23T08:00:00Z      | 4711:25,21 4712:24,00 g4711:22,20
+4711 | iso   | 2026-11-19T08:00:00Z      | 4711:25,23,21 4712:24,00 g4711:22,20
+471  | iso   | 2026-11-30T08:00:00Z      | 4711:25,23,21 4712:24,00 g4711:22,20
+4711 | iso   | yesterday                 | 4711:25,23,21 4712:24,00 g4711:22,20
+)")) {
+        SCOPED_TRACE(row[0] + " " + row[2]);
         PhoneWithCalls phone;
-        Entry event = entry(Entry::eDelete, Entry::eMissed, row.number, row.time);
-        event.entryTimeFormat = row.format;
+        Entry event = entry(Entry::eDelete, Entry::eMissed, row[0], row[2]);
+        event.entryTimeFormat = row[1] == "local" ? Entry::eTimeLocal : Entry::eTimeIso8601;
         phone.hears(event);
-        EXPECT_EQ(phone.days<MissedCallItem>(), row.days);
+        EXPECT_EQ(days(phone.items<MissedCallItem>()), row[3]);
         EXPECT_EQ(phone.lists.getUnviewedMissedCallsCount(), 2U);
         EXPECT_EQ(phone.listContents(), phone.databaseContents());
     }
@@ -305,11 +259,6 @@ TEST(CallLogRemoval, TellsObserversAndDatabaseOfEachList) {
               "write MissedCalls 11; delete MissedCalls 13; write MissedCalls m3; write DialledCalls 21; "
               "delete DialledCalls 22; write ReceivedCalls 31; delete ReceivedCalls 31");
     EXPECT_EQ(phone.listContents(), phone.databaseContents());
-    phone.forget();
-    phone.clock.adoptClock(nullptr);
-    phone.removal.removeMissedCallEntry("4712", on(25));
-    EXPECT_EQ(phone.written(), "");
-    EXPECT_TRUE(CapturedLog::contains("removeMissedCallEntry():ClockSvc not available"));
 }
 
 }  // namespace

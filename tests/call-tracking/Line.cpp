@@ -1,19 +1,19 @@
 #include "tests/call-tracking/Line.h"
 
+#include <algorithm>
 #include <chrono>
 #include <stdexcept>
 #include <utility>
 
+#include "host/services/HardwareVariant.h"
+#include "journal-items/Occurrences.h"
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTAEventCause.h"
 #include "platform/csta/CSTASystemEvents.h"
-#include "tests/support/FakeHardware.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
-
-namespace {
 
 CSTADevice deviceOf(const std::string& word) {
     if (word == "-" || word.empty()) {
@@ -23,30 +23,28 @@ CSTADevice deviceOf(const std::string& word) {
         return {CSTADevice::kLocalDevice, {}};
     }
     const auto colon = word.find(':');
-    return {word.substr(0, colon), colon == std::string::npos ? std::string() : word.substr(colon + 1)};
+    std::string name = colon == std::string::npos ? "" : word.substr(colon + 1);
+    std::replace(name.begin(), name.end(), '_', ' ');
+    return {word.substr(0, colon), name};
 }
+
+namespace {
 
 int causeOf(const std::string& word) {
     static const std::map<std::string, int> kCauses = {
         {"none", CSTA_EC_None},
         {"unknown", CSTA_EC_Unknown},
-        {"alternate", CSTA_EC_Alternate},
-        {"held-for-transfer", CSTA_EC_HeldForTransfer},
         {"transfer", CSTA_EC_Transfer},
         {"callback", CSTA_EC_CallBack},
         {"forward-busy", CSTA_EC_CallForwardBusy},
-        {"forward", CSTA_EC_CallForward},
         {"group-pickup", CSTA_EC_GroupPickupNotify},
         {"pickup", CSTA_EC_CallPickup},
         {"park", CSTA_EC_CallPark},
         {"retrieve-park", CSTA_EC_CallRetrievePark},
-        {"busy", CSTA_EC_Busy},
-        {"new", CSTA_EC_NewCall},
         {"forwarded", CSTA_EC_Forwarded},
         {"directed-pickup", CSTA_EC_DirectedPickup},
         {"pickup-from-park", CSTA_EC_PickupFromPark},
         {"elsewhere", CSTA_EC_CompletedElsewhere},
-        {"cleared", CSTA_EC_NormalClearing},
         {"redirected", CSTA_EC_Redirected},
         {"distributed", CSTA_EC_RedirectedByDistribution},
     };
@@ -78,31 +76,22 @@ bool journal::SettingValues::*settingOf(const std::string& name) {
     return kSettings.at(name);
 }
 
-/// One line of `Line::journal`, built word by word; empty words leave no trace.
-class Words {
-public:
-    Words(const char* list, const CallItem& item, const CallInfo& info) : m_text(list) {
-        add(info.getNumber()).add(item.getFirstname()).add(item.getSurname());
+/// The texts in one, the empty ones left out.
+std::string joined(const std::vector<std::string>& texts, const std::string& between = ", ") {
+    std::string all;
+    for (const std::string& text : texts) {
+        all += (all.empty() || text.empty() ? "" : between) + text;
     }
-    Words& add(const std::string& word, const char* before = "") {
-        if (!word.empty()) {
-            m_text += " " + std::string(before) + word;
-        }
-        return *this;
-    }
-    Words& addUnlessZero(const std::string& duration) { return add(duration == "00:00" ? "" : duration); }
-    [[nodiscard]] const std::string& text() const { return m_text; }
+    return all;
+}
 
-private:
-    std::string m_text;
-};
+/// The words of one occurrence.
+std::string words(const std::vector<std::string>& all) {
+    return joined(all, " ");
+}
 
-std::string joined(const std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) {
-        text += (text.empty() ? "" : ", ") + line;
-    }
-    return text;
+std::string after(const char* before, const std::string& word) {
+    return word.empty() ? "" : before + word;
 }
 
 }  // namespace
@@ -148,23 +137,18 @@ void Line::plays(const std::string& script) {
 }
 
 template <typename Event, typename Handler>
-void Line::deliver(Event event, const Step& step, const Handler& handler) {
-    const auto option = [&step](const char* name, const std::string& otherwise) {
-        const auto found = step.options.find(name);
-        return found == step.options.end() ? otherwise : found->second;
-    };
+void Line::deliver(Event event, Step step, const Handler& handler) {
     const std::string callId = step.words.at(0) == "-" ? "" : step.words.at(0);
     m_callIds.insert(callId);
-    event.setConnection(callId, option("at", CSTADevice::kLocalDevice));
-    event.setLastRedirectionDevice(deviceOf(option("by", "-")));
-    event.setPrivateData(option("private", ""));
-    const std::string cause = option("cause", "");
-    if (!cause.empty()) {
-        event.setCause(causeOf(cause));
+    step.options.try_emplace("at", CSTADevice::kLocalDevice);
+    event.setConnection(callId, step.options["at"]);
+    event.setLastRedirectionDevice(deviceOf(step.options["by"]));
+    event.setPrivateData(step.options["private"]);
+    if (step.options.contains("cause")) {
+        event.setCause(causeOf(step.options["cause"]));
     }
-    const std::string local = option("local", "");
-    if (!local.empty()) {
-        event.setLocalConnectionInfo(std::stoi(local));
+    if (step.options.contains("local")) {
+        event.setLocalConnectionInfo(std::stoi(step.options["local"]));
     }
     handler(event);
     parts.blindTransfer.eventDelivered(event.getType());
@@ -216,12 +200,19 @@ bool Line::happensToConnection(const Step& step) {
         event.setFailingDevice(device(2));
         deliver(event, step, [&](auto& failed) { events.handleCSTAFailedEvent(&failed); });
     } else if (step.verb == "holds") {
-        deliver(fill(CSTAHeldEvent(), {}, {}, CSTA_LCS_Hold, CSTA_EC_Alternate), step,
+        const int cause = step.words.size() > 1 ? CSTA_EC_HeldForTransfer : CSTA_EC_Alternate;
+        deliver(fill(CSTAHeldEvent(), {}, {}, CSTA_LCS_Hold, cause), step,
                 [&](auto& event) { parts.blindTransfer.handleCSTAHeldEvent(event); });
     } else if (step.verb == "retrieves") {
         auto event = fill(CSTARetrievedEvent(), {}, {}, CSTA_LCS_Connected);
         event.setConnectedToMediaServer(step.options.contains("media"));
         deliver(event, step, [&](auto& retrieved) { events.handleCSTARetrievedEvent(&retrieved); });
+    } else if (step.verb == "informs") {
+        CSTACallInformationEvent event;
+        event.setDevice(device(1));
+        deliver(event, step, [&](auto& informed) {
+            parts.callInformationEvents.handleCSTACallInformationEvent(&informed);
+        });
     } else if (step.verb == "clears") {
         deliver(fill(CSTAConnectionClearedEvent(), {}, {}, CSTA_LCS_Null, CSTA_EC_NormalClearing), step,
                 [&](auto& event) { parts.blindTransfer.handleCSTAConnectionClearedEvent(&event); });
@@ -244,6 +235,12 @@ bool Line::happensToSeveralCalls(const Step& step) {
         onNewCall.words = {word(2)};
         deliver(event, onNewCall,
                 [&](auto& transferred) { parts.transferredEvents.handleCSTATransferredEvent(&transferred); });
+    } else if (step.verb == "member") {
+        CSTAConferenceMembershipEvent event;
+        event.setCallID(word(0));
+        event.setDeviceID(deviceOf(word(1)).number);
+        event.addUserInformation(deviceOf(word(1)));
+        parts.conferenceEvents.handleCSTAConferenceMembershipEvent(&event);
     } else if (step.verb == "conference") {
         CSTAConferencedEvent event;
         event.setConferenceCallID(word(0));
@@ -271,7 +268,7 @@ bool Line::happensAround(const Step& step) {
     } else if (step.verb == "set") {
         configure([&step](auto& values) { values.*settingOf(step.words.at(0)) = step.words.at(1) == "on"; });
     } else if (step.verb == "hardware") {
-        FakeHardware::setSubPlatformVariant(std::stoi(step.words.at(0)));
+        host::HardwareVariant::set(std::stoi(step.words.at(0)));
     } else {
         return false;
     }
@@ -282,48 +279,45 @@ bool Line::happensAround(const Step& step) {
 
 std::string Line::journal() {
     std::vector<std::string> lines;
-    for (const auto& item : list<MissedCallItem>()) {
-        for (const auto& info : item.getMissedCallInfoList()) {
-            lines.push_back(Words("missed", item, info)
-                                .add(info.getRedirectingNumber(), "by ")
-                                .add(info.getCompletedElsewhere() ? "elsewhere" : "")
-                                .text());
+    const auto add = [&lines](const char* name, const auto& items, const auto& restOf) {
+        for (const auto& item : items) {
+            for (const auto& info : occurrencesOf(item)) {
+                lines.push_back(
+                    words({name, info.getNumber(), item.getFirstname(), item.getSurname(), restOf(info)}));
+            }
         }
-    }
-    for (const auto& item : list<DialledCallItem>()) {
-        for (const auto& info : item.getDialledCallInfoList()) {
-            const bool sentOn = info.getLogTarget() == CallLogEntryEvent::eDialledForwarded;
-            lines.push_back(Words("dialled", item, info)
-                                .addUnlessZero(info.getDuration())
-                                .add(info.getRedirectingNumber(), "by ")
-                                .add(info.getConnectedNumber(), "to ")
-                                .add(sentOn ? "sent on" : "")
-                                .text());
-        }
-    }
-    for (const auto& item : list<ReceivedCallItem>()) {
-        for (const auto& info : item.getReceivedCallInfoList()) {
-            lines.push_back(Words("received", item, info)
-                                .addUnlessZero(info.getDuration())
-                                .add(info.getRedirectingNumber(), "by ")
-                                .add(info.getTransferNumberType() != 0 ? "transferred" : "")
-                                .text());
-        }
-    }
-    for (const auto& item : list<ForwardedCallItem>()) {
-        for (const auto& info : item.getForwardedCallInfoList()) {
-            lines.push_back(Words("forwarded", item, info).add(info.getForwardedToNumber(), "to ").text());
-        }
-    }
+    };
+    const auto durationOf = [](const auto& info) {
+        return info.getDuration() == "00:00" ? std::string() : info.getDuration();
+    };
+    add("missed", list<MissedCallItem>(), [](const auto& info) {
+        return words(
+            {after("by ", info.getRedirectingNumber()), info.getCompletedElsewhere() ? "elsewhere" : ""});
+    });
+    add("dialled", list<DialledCallItem>(), [&durationOf](const auto& info) {
+        const bool sentOn = info.getLogTarget() == CallLogEntryEvent::eDialledForwarded;
+        return words({durationOf(info), after("by ", info.getRedirectingNumber()),
+                      after("to ", info.getConnectedNumber()), sentOn ? "sent on" : ""});
+    });
+    add("received", list<ReceivedCallItem>(), [&durationOf](const auto& info) {
+        return words({durationOf(info), after("by ", info.getRedirectingNumber()),
+                      info.getTransferNumberType() != 0 ? "transferred" : ""});
+    });
+    add("forwarded", list<ForwardedCallItem>(),
+        [](const auto& info) { return after("to ", info.getForwardedToNumber()); });
     return joined(lines);
 }
 
 std::string partiesText(const journal::Call& call) {
-    std::string text;
-    const auto add = [&text](const char* role, const std::string& number, const std::string& name) {
-        if (!number.empty() || !name.empty()) {
-            text += std::string(text.empty() ? "" : " ") + role + "[" + number +
-                    (name.empty() ? "" : " " + name) + "]";
+    std::vector<std::pair<std::string, std::string>> parties;
+    const auto add = [&parties](const std::string& role, const std::string& number, const std::string& name) {
+        const std::string party = number + after(" ", name);
+        const auto same = std::find_if(parties.begin(), parties.end(),
+                                       [&party](const auto& known) { return known.second == party; });
+        if (same != parties.end()) {
+            same->first += "+" + role;
+        } else if (!party.empty()) {
+            parties.emplace_back(role, party);
         }
     };
     add("dialled", call.m_sDialledParty, call.m_sDialledPartyName);
@@ -332,29 +326,31 @@ std::string partiesText(const journal::Call& call) {
     add("connected", call.m_sConnectedParty, call.m_sConnectedPartyName);
     add("redirecting", call.m_sRedirectingParty, call.m_sRedirectingPartyName);
     add("first", call.m_sFirstForwardedParty, call.m_sFirstForwardedPartyName);
+    std::string text;
+    for (const auto& [roles, party] : parties) {
+        text += (text.empty() ? "" : " ") + roles + "[" + party + "]";
+    }
     return text;
 }
 
-std::string Line::liveCalls() const {
-    std::vector<std::string> lines;
+std::string Line::outcome() {
+    std::vector<std::string> live;
     for (const std::string& callId : m_callIds) {
         if (const journal::Call* const call = parts.calls.findCallFromId(callId)) {
-            const std::string parties = partiesText(*call);
-            lines.push_back(
-                call->m_sCallId + (call->isOutgoing() ? " out " : " in ") + std::to_string(call->m_State) +
-                (parties.empty() ? "" : " " + parties) + (call->m_treatAsIncoming ? " as incoming" : "") +
-                (call->m_connectedToMediaServer ? " media" : "") + (call->m_redirected ? " sent here" : ""));
+            live.push_back(words(
+                {call->m_sCallId, call->isOutgoing() ? "out" : "in", std::to_string(call->m_State),
+                 partiesText(*call), call->m_treatAsIncoming ? "as incoming" : "",
+                 call->m_connectedToMediaServer ? "media" : "", call->m_redirected ? "sent here" : ""}));
         }
     }
-    while (lines.size() < parts.calls.getNumberOfCalls()) {
-        lines.emplace_back("stray");
+    live.resize(std::max(live.size(), parts.calls.getNumberOfCalls()), "stray");
+    for (int conference = parts.conferences.getNumberOfConferences(); conference > 0; --conference) {
+        live.emplace_back("a conference");
     }
-    return joined(lines);
-}
-
-std::string Line::outcome() {
-    const std::string live = liveCalls();
-    return journal() + (live.empty() ? "" : "; " + live);
+    if (!context.runningTimers().empty()) {
+        live.emplace_back("a clearing held back");
+    }
+    return journal() + after("; ", joined(live));
 }
 
 }  // namespace journaltest

@@ -22,14 +22,15 @@ namespace journaltest {
 /// A line with all parts of the journal but its face, between faked platform services. What happens on it is a script of
 /// events as a switch sends them; the outcome is a text. The clock stands still unless the script lets time pass.
 ///
-/// A step is a verb with its words, steps stand between ";". A device is "4711", "4711:Ann", ":Ann", "here", or "-" for none.
+/// A step is a verb with its words, steps stand between ";". A device is "4711", "4711:Ann_B" ("_" is a space),
+/// ":Ann", "here", or "-" for none.
 ///     offers ID    rings ID CALLER    answers ID CALLER                                     a call to this phone
 ///     dials ID CALLED    ringsAt ID CALLED ALERTING    reaches ID CALLED ANSWERING          one from it
-///     queues ID CALLING CALLED    established ID CALLING CALLED ANSWERING
-///     diverts ID CALLING CALLED TO    fails ID CALLING CALLED    holds ID    retrieves ID    clears ID
+///     queues ID CALLING CALLED    established ID CALLING CALLED ANSWERING    informs ID DEVICE    member ID DEVICE
+///     diverts ID CALLING CALLED TO    fails ID CALLING CALLED    holds ID [for-transfer]    retrieves ID    clears ID
 ///     transfers OLD SECONDARY NEW BY TO    conference ID PRIMARY DEVICE SECONDARY DEVICE
 ///     passes SECONDS    waits MILLISECONDS    status TEXT    set NAME on|off    hardware NUMBER
-/// Events take options: cause=NAME|NUMBER, by=DEVICE (the last redirection), at=DEVICE (of the connection), local=NUMBER (the
+/// Events take options: cause=NAME, by=DEVICE (the last redirection), at=DEVICE (of the connection), local=NUMBER (the
 /// phone's own connection), private=TEXT, media=yes.
 class Line final : public Service, public CSTAEventIfc {
 public:
@@ -42,10 +43,9 @@ public:
     /// dialled, received, forwarded. After number and name stand, where there is one, the duration, "by" the
     /// redirecting party, "to" the connected or forwarded-to number, and marks.
     [[nodiscard]] std::string journal();
-    /// The journal, and after a semicolon what is still tracked: "; 7 out 2 dialled[4711] remote[4711 Ann]".
+    /// The journal, and after a semicolon what is still tracked: "; 7 out 2 dialled+remote[4711]". A record under
+    /// an id that no step has named shows as "stray"; conferences and a clearing that is held back show, too.
     [[nodiscard]] std::string outcome();
-    /// What is still tracked, each call as in `outcome`. A record under an id that no step has named shows as "stray".
-    [[nodiscard]] std::string liveCalls() const;
 
     template <typename Change>
     void configure(Change change) {
@@ -82,12 +82,14 @@ private:
     bool happensToSeveralCalls(const Step& step);
     bool happensAround(const Step& step);
     template <typename Event, typename Handler>
-    void deliver(Event event, const Step& step, const Handler& handler);
+    void deliver(Event event, Step step, const Handler& handler);
 
     std::set<std::string> m_callIds;
 };
 
-/// The parties of a record in one line, those that are empty left out: "remote[4711 Ann] connected[4712]".
+/// A device as the steps write it.
+[[nodiscard]] CSTADevice deviceOf(const std::string& word);
+/// The parties of a record in one line, those that are empty left out: "called+remote[4711 Ann] connected[4712]".
 [[nodiscard]] std::string partiesText(const journal::Call& call);
 
 }  // namespace journaltest

@@ -18,7 +18,10 @@ import threading
 import time
 import unittest
 
+from stranger_switch import StrangerSwitch
+
 LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
+IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short pauses between attempts to connect
 
 
 class Program:
@@ -104,20 +107,39 @@ class ProgramTest(unittest.TestCase):
         if program.process.returncode is None:
             self.assertEqual(program.stop(), 0, "\n".join(program.seen[-60:]))
 
-    def serve(self, switch, *arguments):
+    def file(self, name, text):
+        """A file in the directory of the test; answers its path."""
+        path = os.path.join(self.data, name)
+        with open(path, "w", encoding="utf-8", newline="") as file:
+            file.write(text)
+        return path
+
+    def serve(self, switch, *arguments, config=None):
         """A server that is ready for clients; `switch` is HOST:PORT. Its HTTP face is at `server.http`, HOST:PORT too."""
-        server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *arguments)
+        given = ["--config", self.file("calljournal.toml", config)] if config else []
+        server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *given, *arguments)
         server.http = server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch) +
                                     ".* page and API http://([^/]+)/").group(1)
         return server
 
     def simulate(self, scenario, *arguments, listen="127.0.0.1:0"):
         """A simulated switch that plays the scenario; answers it and where it listens."""
-        path = os.path.join(self.data, "calls.txt")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(scenario)
-        simulator = self.start("switch", "--listen", listen, "--scenario", path, *arguments)
-        return simulator, simulator.prints(r"^switch listens on (\S+)$").group(1)
+        simulator = self.start("switch", "--listen", listen, "--scenario", self.file("calls.txt", scenario), *arguments)
+        simulator.address = simulator.prints(r"^switch listens on (\S+)$").group(1)
+        return simulator, simulator.address
+
+    def simulate_and_serve(self, scenario, filed):
+        """Both, and the call that the scenario ends with is filed: the server has logged this."""
+        simulator, address = self.simulate(scenario)
+        server = self.serve(address)
+        server.logs(filed)
+        return simulator, server
+
+    def stranger(self):
+        """A switch that the test speaks for itself."""
+        switch = StrangerSwitch(LIMIT)
+        self.addCleanup(switch.close)
+        return switch
 
     def watch(self):
         """A client that prints changes as JSON, and has subscribed: what a subscriber is presented with is read already."""
@@ -131,11 +153,21 @@ class ProgramTest(unittest.TestCase):
                               text=True, encoding="utf-8", timeout=LIMIT, env={**os.environ, "TZ": "UTC"})
         return done.returncode, done.stdout, done.stderr
 
+    def done(self, *arguments):
+        """The output of a command for the running server, which says nothing of errors."""
+        status, output, errors = self.run_program(*arguments, "--data", self.data)
+        self.assertEqual((status, errors), (0, ""), arguments)
+        return output
+
+    def refused(self, *arguments, status=1, silent=True):
+        """The errors of a command that ends with this status, and has no output if it is silent."""
+        ended, output, errors = self.run_program(*arguments, "--data", self.data)
+        self.assertEqual((ended, output if silent else ""), (status, ""), arguments)
+        return errors
+
     def list(self, name, *arguments):
         """A list of the running server."""
-        status, output, errors = self.run_program("list", name, "--json", "--data", self.data, *arguments)
-        self.assertEqual(status, 0, errors)
-        return json.loads(output)
+        return json.loads(self.done("list", name, "--json", *arguments))
 
     def change(self, watcher, event, action):
         """The item of the next such change that the watcher prints."""

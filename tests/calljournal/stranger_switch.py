@@ -77,6 +77,10 @@ class StrangerSwitch:
             self.peer.sendall(data[:size])
             data, pieces = data[size:], pieces + 1
 
+    def misses(self, call, caller):
+        """A call that is not answered."""
+        self.send(delivered(call, caller) + cleared(call))
+
     def close(self):
         if self.peer:
             self.peer.close()

@@ -1,7 +1,6 @@
 """Usage, exit status, and what is said when something is wrong."""
 
 import os
-import re
 import select
 import signal
 import stat
@@ -13,11 +12,6 @@ NOBODY = "127.0.0.1:1"
 
 
 class CommandLineTest(ProgramTest):
-    def refused(self, *arguments):
-        status, output, errors = self.run_program(*arguments)
-        self.assertEqual((status, output), (2, ""), arguments)
-        return errors
-
     def test_wrong_usage_is_status_2_and_says_what_is_right(self):
         for command, fault in (
                 ("", "a command is missing: serve, switch,"), ("sing", "there is no command sing"),
@@ -35,32 +29,25 @@ class CommandLineTest(ProgramTest):
                 ("switch --listen 127.0.0.1", "ADDR:PORT"), ("demo extra", "extra"), ("settings a b c", "c ("),
                 ("switch --answer MonitorStart=maybe", "REQUEST=HOW"), ("switch --answer MonitorStart", "REQUEST=HOW"),
                 ("switch --answer monitorStart=never", "REQUEST=HOW")):
-            errors = self.refused(*command.split())
+            status, output, errors = self.run_program(*command.split())
+            self.assertEqual((status, output), (2, ""), command)
             self.assertIn(fault, errors)
             self.assertRegex(errors, r"^calljournal[^\n]* \(`calljournal[a-z ]* --help` says more\)\n$")
 
     def test_a_client_without_a_server_says_what_to_do(self):
-        for arguments in (["list", "missed"], ["watch"], ["settings"], ["show", "x"], ["viewed", "x"], ["delete", "missed", "x"],
-                          ["export", "missed", "--format", "csv"]):
-            status, output, errors = self.run_program(*arguments, "--data", self.data)
-            self.assertEqual((status, output), (1, ""))
-            self.assertEqual(errors, "calljournal: cannot reach calljournal at %s/calljournal.sock: start it with "
-                                     "`calljournal serve`, or name the data directory of one that runs with --data\n" % self.data)
+        for command in ("list missed", "watch", "settings", "show x", "viewed x", "delete missed x", "export missed --format csv"):
+            self.assertEqual(self.refused(*command.split()),
+                             "calljournal: cannot reach calljournal at %s/calljournal.sock: start it with "
+                             "`calljournal serve`, or name the data directory of one that runs with --data\n" % self.data)
 
-    def test_a_second_server_in_the_directory_is_refused(self):
-        self.serve(NOBODY)
-        for command in (["serve", "--switch", NOBODY], ["demo"]):
-            status, _, errors = self.run_program(*command, "--data", self.data)
-            self.assertEqual(status, 1)
-            self.assertIn("a calljournal is already running at " + self.data, errors)
-        self.assertEqual(self.list("missed")["total"], 0)
-
-    def test_files_of_the_journal_are_for_their_owner_only(self):
+    def test_a_directory_is_for_its_owner_and_one_server_only(self):
         self.data = os.path.join(self.data, "deeper", "still")
         self.serve(NOBODY)
-        self.assertEqual(stat.S_IMODE(os.stat(self.data).st_mode), 0o700)
-        for name in ("calljournal.sock", "journal.db"):
-            self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.data, name)).st_mode), 0o600, name)
+        for name, mode in ((".", 0o700), ("calljournal.sock", 0o600), ("journal.db", 0o600)):
+            self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.data, name)).st_mode), mode, name)
+        for command in (["serve", "--switch", NOBODY], ["demo"]):
+            self.assertIn("a calljournal is already running at " + self.data, self.refused(*command))
+        self.assertEqual(self.list("missed")["total"], 0)
 
     def test_both_signals_end_every_command_cleanly(self):
         for number in (signal.SIGINT, signal.SIGTERM):
@@ -80,38 +67,23 @@ class CommandLineTest(ProgramTest):
         self.assertEqual(watcher.wait(LIMIT), 0)
 
     def test_faults_in_files_are_named_with_their_place(self):
-        config = os.path.join(self.data, "faulty.toml")
-        with open(config, "w", encoding="utf-8") as file:
-            file.write("[switch]\nhost = 7\n")
-        scenario = os.path.join(self.data, "faulty.txt")
-        with open(scenario, "w", encoding="utf-8") as file:
-            file.write("wait 1s\nring nobody\n")
-        for arguments, place in ((["serve", "--data", self.data, "--config", config], config + ":2"),
+        config = self.file("faulty.toml", "[switch]\nhost = 7\n")
+        scenario = self.file("faulty.txt", "wait 1s\nring nobody\n")
+        for arguments, place in ((["serve", "--config", config], config + ":2"),
                                  (["switch", "--listen", "127.0.0.1:0", "--scenario", scenario], scenario + ":2")):
-            status, _, errors = self.run_program(*arguments)
-            self.assertEqual(status, 1)
-            self.assertIn(place, errors)
-
-    def test_settings_of_the_command_line_reach_the_journal(self):
-        server = self.serve(NOBODY)
-        server.logs("software-type = Norlith Qorvex")
-        server.stop()
-        server = self.serve(NOBODY, "--set", "software-type=Norlith SIP", "--set", "system-identifier=0")
-        server.logs("software-type = Norlith SIP")
+            self.assertIn(place, self.refused(*arguments))
 
     def test_a_table_is_for_people(self):
-        _, address = self.simulate('call a from 4711 "Ann Müller" ; ring a ; giveup a\n'
-                                           'call b from 4712 "Bob" ; ring b ; giveup b\n')
-        self.serve(address).logs("missed call from Bob")
-        status, output, _ = self.run_program("list", "missed", "--data", self.data)
-        self.assertEqual(status, 0)
-        title, *lines = output.splitlines()
+        self.simulate_and_serve('call a from 4711 "Ann Müller" ; ring a ; giveup a\n'
+                                'call b from 4712 "Bob" ; ring b ; giveup b\n'
+                                'call c from 4713 ; ring c ; answer c ; hangup c by caller\n', "received call from 4713")
+        title, *lines = self.done("list", "missed").splitlines()
         self.assertEqual(title.split(), ["TIME", "NAME", "NUMBER", "CALLS"])
-        self.assertTrue(re.match(r"^\* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d  Bob +4712 +1$", lines[0]), lines)
-        self.assertTrue(re.match(r"^\* .*  Ann Müller  4711    1$", lines[1]), lines)
-        _, output, _ = self.run_program("list", "missed", "--data", self.data, "--limit", "1")
-        self.assertEqual(output.splitlines()[2:], ["(1 of 2)"])
-        _, output, _ = self.run_program("list", "missed", "--data", self.data, "--search", "MÜLL")
-        self.assertEqual(len(output.splitlines()), 2)
-        _, output, _ = self.run_program("list", "forwarded", "--data", self.data)
-        self.assertEqual(output, "nothing in the list\n")
+        self.assertRegex(lines[0], r"^\* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d  Bob +4712 +1$")
+        self.assertRegex(lines[1], r"^\* .*  Ann Müller  4711    1$")
+        self.assertEqual(self.done("list", "missed", "--limit", "1").splitlines()[2:], ["(1 of 2)"])
+        self.assertEqual(len(self.done("list", "missed", "--search", "MÜLL").splitlines()), 2)
+        found = self.list("missed", "--search", "471", "--limit", "1")
+        self.assertEqual((found["total"], found["unviewed"], [item["number"] for item in found["items"]]), (2, 2, ["4712"]))
+        self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  4713 +1 +00:0\d\n$")
+        self.assertEqual(self.done("list", "forwarded"), "nothing in the list\n")

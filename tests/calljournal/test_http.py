@@ -3,8 +3,10 @@
 import http.client
 import json
 import os
+import resource
 import socket
 import sqlite3
+import struct
 
 import json_schema
 from harness import LIMIT, ProgramTest
@@ -16,9 +18,12 @@ call eve from 4713 "Eve" ; ring eve ; giveup eve
 call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; hangup zoe by caller
 """ % EVIL
 IDS = '{"entryIds": ["none"]}'
+CARD = "BEGIN:VCARD\nVERSION:4.0\n%s\nEND:VCARD\n"
+IMPORT = "POST /api/v1/contacts/import"
 GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value": "7"}', "DELETE /api/v1/lists/{list}": IDS,
         "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
-        "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}'}
+        "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', IMPORT: CARD % "N:New;Ned"}
+RENAMED = {413: "Content Too Large", 422: "Unprocessable Content"}  # younger names than this Python knows
 # What a request needs to be answered like this, beyond what every operation is asked: operation, status, path values, body.
 ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("GET /api/v1/lists/{list}", 200, {"list": "callbacks"}, None),
         ("DELETE /api/v1/lists/{list}", 422, {}, '{"ids": []}'), ("DELETE /api/v1/lists/{list}", 400, {}, '{"entryIds": ['),
@@ -26,8 +31,17 @@ ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("GET /a
         ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'), ("PUT /api/v1/settings", 422, {}, '{"missed-logging": "1"}'),
         ("PUT /api/v1/settings", 422, {}, "[]"), ("PUT /api/v1/management/{key}", 422, {}, '{"value": "%s"}' % ("x" * 5000)),
         ("GET /api/v1/management/{key}", 404, {"key": "none"}, None), ("POST /api/v1/contacts", 422, {}, '{"nose": "long"}'),
-        ("POST /api/v1/contacts", 422, {}, '{"surname": ""}'), ("PUT /api/v1/contacts/{id}", 422, {}, '{"defaultNumber": "fax"}'),
+        ("POST /api/v1/contacts", 422, {}, '{"surname": " "}'), ("PUT /api/v1/contacts/{id}", 422, {}, '{"defaultNumber": "fax"}'),
+        ("GET /api/v1/times", 400, {"query": "?from=yesterday"}, None), ("GET /api/v1/times", 200, {"query": "?from=1970-01-01T00:00:00Z"}, None),
         ("GET /api/v1/contacts/{id}", 404, {"id": "77"}, None), ("DELETE /api/v1/contacts/{id}", 404, {"id": "77"}, None)]
+# Files of contacts: type, body, status, what the answer has in it.
+FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"added":1,"changed":0,"unchanged":0,"skipped":[{"line":5,'),
+         ("Text/CSV; charset=utf-8", "shoe,surname,firstName\n,Byron,Ada\n1,%s," % EVIL, 200,
+          '"added":1,"changed":0,"unchanged":1,"skipped":[],"remarks":[{"line":2,'),
+         ("text/csv", "surname\n" + "\"\"\n" * 20000, 200, '"read":20000,"added":0'),
+         ("text/csv", "a,b\n1,2\n", 422, "its first row names no column"), ("text/vcard", "surname\nMiller\n", 422, "no card begins in it"),
+         ("text/vcard", "", 422, "no card"), ("text/vcard", "\ufeffBEGIN:VCARD\nN:Cut;Off\n", 200, "it has no END:VCARD"),
+         ("application/json", "{}", 415, "text/vcard or text/csv"), (None, CARD % "N:Untyped", 415, "text/vcard or text/csv")]
 
 
 class HttpTest(ProgramTest):
@@ -49,6 +63,7 @@ class HttpTest(ProgramTest):
             connection.putheader("Content-Length", str(len(content)))
         connection.endheaders(content)
         self.answer = connection.getresponse()
+        self.assertEqual(self.answer.reason, RENAMED.get(self.answer.status, http.HTTPStatus(self.answer.status).phrase))
         self.addCleanup(self.answer.close)
         stream = self.answer.getheader("Content-Type") == "text/event-stream"
         return self.answer.status, self.answer if stream else self.answer.read()
@@ -65,9 +80,8 @@ class HttpTest(ProgramTest):
     def described(self, operation, status, values=None, body=None, **headers):
         """Makes the request and checks that its answer is as the document describes it."""
         method, path = operation.split()
-        values = {"query": "", "list": "missed", "key": "mac-addr", "id": self.contact, "entryId": self.entry, **(values or {})}
-        target = (path + "{query}").format(**values)
-        got, content = self.ask(method, target, body, **headers)
+        target = (path + "{query}").format(**{**self.values, **(values or {})})
+        got, content = self.ask(method, target, body, **{"Content_Type": "text/vcard" if operation == IMPORT else None, **headers})
         self.assertEqual(got, status, (operation, values, content))
         answer = self.document["paths"][path][method.lower()]["responses"][str(status)]
         if "$ref" in answer:
@@ -77,6 +91,7 @@ class HttpTest(ProgramTest):
             if kind == "application/json":
                 json_schema.check(self.document["components"]["schemas"], described["schema"], json.loads(content), operation)
         self.seen.add((operation, str(status)))
+        return content
 
     def test_every_operation_answers_as_it_is_described(self):
         address = self.simulate(CALLS + 'call max from 4714 "Max" ; ring max')[1]
@@ -84,8 +99,9 @@ class HttpTest(ProgramTest):
         self.server.logs("received call from Zoë")
         self.assertIn(1, (json.loads(self.ask("GET", "/api/v1/status")[1])["calls"] for _ in range(1000)))
         self.document = json.loads(self.ask("GET", "/api/v1/openapi.json")[1])
-        self.entry = json.loads(self.ask("GET", "/api/v1/lists/missed")[1])["items"][0]["entryId"]
-        self.contact = json.loads(self.ask("POST", "/api/v1/contacts", '{"surname": "Old"}')[1])["id"]
+        self.values = {"query": "", "list": "missed", "key": "mac-addr",
+                       "entryId": json.loads(self.ask("GET", "/api/v1/lists/missed")[1])["items"][0]["entryId"],
+                       "id": json.loads(self.ask("POST", "/api/v1/contacts", '{"surname": "Old"}')[1])["id"]}
         operations = {method.upper() + " " + path: each for path, methods in self.document["paths"].items()
                       for method, each in methods.items() if method != "parameters"}
         self.seen = set()
@@ -99,8 +115,20 @@ class HttpTest(ProgramTest):
                 self.described(operation, 404, {"query": "?line=none"}, GOOD.get(operation))
             if "413" in each["responses"]:
                 self.described(operation, 413, body=" " * 65537)
+        for path, methods in self.document["paths"].items():
+            served = {each.upper() for each in methods} - {"PARAMETERS"}
+            self.assertEqual(self.ask("PATCH", path.format(**self.values))[0], 405, path)
+            self.assertEqual(set(self.answer.getheader("Allow").split(", ")), served, path)
+            if "GET" in served and not path.endswith("/events"):
+                self.assertEqual(self.ask("HEAD", path.format(**self.values)), (200, b""), path)
         for row in ROWS:
             self.described(*row[:3], body=row[3])
+        for kind, body, status, found in FILES:
+            answer = self.described(IMPORT, status, body=body, Content_Type=kind).decode()
+            self.assertIn(found, answer)
+            self.assertLess(len(answer), 65536)
+        people = [each["surname"] for each in json.loads(self.ask("GET", "/api/v1/contacts")[1])["contacts"]]
+        self.assertEqual(people, [EVIL, "Byron", "Old"])
         # Reading before deleting, and one entry before all of them.
         for operation in sorted(operations, key=lambda each: (each.startswith("DELETE"), -len(each))):
             good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204}.get(
@@ -111,13 +139,15 @@ class HttpTest(ProgramTest):
         self.described("GET /api/v1/events", 503)
         database = sqlite3.connect(os.path.join(self.data, "journal.db"), timeout=LIMIT)
         self.addCleanup(database.close)
-        for table in ("contact", "setting", "management_value"):
+        for table in ("contact", "occurrence", "setting", "management_value"):
             database.execute("ALTER TABLE %s RENAME TO hidden_%s" % (table, table))
         for operation, each in operations.items():
-            if "503" in each["responses"] and not operation.endswith("/events"):
+            if "503" in each["responses"] and operation not in ("GET /api/v1/events", "GET /api/v1/settings"):
                 self.described(operation, 503, body={"PUT /api/v1/settings": '{"missed-logging": "0"}',
                                                      "PUT /api/v1/management/{key}": '{"value": "8"}'}.get(operation, GOOD.get(operation)))
-        self.assertEqual(self.seen, {(name, status) for name, each in operations.items() for status in each["responses"]})
+        # The journal answers as long as the face is there.
+        self.assertEqual(self.seen, {(name, status) for name, each in operations.items() for status in each["responses"]
+                                     if status != "default"} - {("GET /api/v1/settings", "503")})
 
     def test_a_stream_goes_on_where_it_was_cut(self):
         simulator, address = self.simulate(CALLS, "--loop")
@@ -133,18 +163,40 @@ class HttpTest(ProgramTest):
         lost = self.ask("GET", "/api/v1/events", Last_Event_ID="4711-1")[1]
         self.assertEqual(self.next_event(lost)[1], "resync")
 
+    def test_a_stream_tells_of_what_the_journal_does_without_a_word(self):
+        address = self.simulate(CALLS)[1]
+        self.serve(address)
+        self.server.logs("received call from Zoë")
+        stream = self.ask("GET", "/api/v1/events")[1]
+        for change in (lambda: self.ask("DELETE", "/api/v1/lists/received"), lambda: self.ask("PUT", "/api/v1/settings", '{"call-log-enabled": "false"}'),
+                       self.watch, lambda: self.done("settings", "missed-logging", "1")):
+            change()
+            while self.next_event(stream)[1] != "resync":
+                pass
+        self.assertIn('calljournal_unviewed_missed_calls{line="2001"} 0\n', self.ask("GET", "/metrics")[1].decode())
+
     def test_hostile_clients_do_not_hold_up_the_journal(self):
         simulator, address = self.simulate(CALLS, "--loop")
         self.serve(address)
         host, port = self.server.http.split(":")
-        for target, status in (("/../../etc/passwd", 400), ("/%2e%2e/api-token", 400), ("/a%00b", 400), ("/api-token", 401)):
-            self.assertEqual(self.ask("GET", target, Authorization=None)[0], status, target)
-        self.assertEqual(self.ask("PATCH", "/api/v1/status")[0], 405)
+        for target, status, headers in (
+                ("/../../etc/passwd", 400, {}), ("/%2e%2e/api-token", 400, {}), ("/assets/..%2f..%2fapi-token", 400, {}), ("/..%5capi-token", 400, {}),
+                ("/%252e%252e/api-token", 404, {}), ("/a%00b", 400, {}), ("/api-token", 401, {"Authorization": None}),
+                ("/api/v1/status", 403, {"Host": "evil.example"}), ("/api/v1/status", 400, {"HOST": "evil.example"}), ("/api/v1/status", 403, {"Origin": "http://evil.example"}),
+                ("/api/v1/status", 401, {"Authorization": "Bearer " + self.token[:-1]})):
+            self.assertEqual(self.ask("GET", target, **headers)[0], status, target)
         with self.assertRaises((ConnectionError, http.client.HTTPException)):
             self.ask("PUT", "/api/v1/settings", "x" * 10_000_000)
-        idle = [socket.create_connection((host, int(port)), LIMIT) for _ in range(300)]
+        soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
+        resource.setrlimit(resource.RLIMIT_NOFILE, (min(max(soft, 2048), hard), hard))
+        idle = [socket.create_connection((host, int(port)), LIMIT) for _ in range(1000)]
+        for each in idle[::3]:
+            each.sendall(b"GET /metrics HTTP/1.1\r\nHost: local")
         watcher = self.watch()
         self.assertEqual({self.change(watcher, "missedCallsUpdate", 1)["surname"] for _ in range(2)}, {EVIL, "Eve"})
-        for each in idle:
+        self.assertLess(len(os.listdir("/proc/%d/fd" % self.server.process.pid)), 300)
+        # Those whose turn never came go without a farewell.
+        for each in reversed(idle):
+            each.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
             each.close()
         self.assertRegex(self.ask("GET", "/metrics")[1].decode(), r'calljournal_calls_filed_total{line="2001",list="missed"} [1-9]')

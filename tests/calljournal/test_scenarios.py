@@ -2,10 +2,12 @@
 docs/call-filing.md. The runs of one kind of phone go on side by side, because nearly all of their time is waiting."""
 
 import concurrent.futures
+import json
 import os
 import re
 import time
 import unittest
+import urllib.request
 
 import harness
 
@@ -86,16 +88,21 @@ class Run(harness.ProgramTest):
     def play(self, name, software_type):
         with open(os.path.join(SCENARIOS, name + ".txt"), encoding="utf-8") as file:
             simulator, address = self.simulate(file.read() + MARKER)
-        path = os.path.join(self.data, "config.toml")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION)
-        self.serve(address, "--config", path, "--set", "software-type=" + software_type)
+        server = self.serve(address, "--set", "software-type=" + software_type, config=CONFIGURATION)
         simulator.prints("scenario is over")
         deadline = time.monotonic() + harness.LIMIT
         while not any(item["number"] == "999" for item in self.list("missed")["items"]):
             self.assertLess(time.monotonic(), deadline, "the last call was not filed")
+        self.assertEqual(self.calls_up(server.http), 0, name)
         texts = occurrences({name: self.list(name)["items"] for name in LISTS})
         return [text for text in texts if text != "missed 999 Marker"]
+
+    def calls_up(self, http):
+        with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
+            token = file.read().strip()
+        request = urllib.request.Request("http://%s/api/v1/status" % http, headers={"Authorization": "Bearer " + token})
+        with urllib.request.urlopen(request, timeout=harness.LIMIT) as answer:
+            return json.load(answer)["calls"]
 
 
 def run(name, software_type):

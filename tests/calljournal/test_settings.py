@@ -2,9 +2,8 @@
 
 import json
 import os
-import re
 
-from harness import ProgramTest
+from harness import IMPATIENT, ProgramTest
 
 CALLS = """
 call ann from 4711 "Ann" ; ring ann ; giveup ann
@@ -15,22 +14,17 @@ QUIET = "wait 1ms\n"
 
 class SettingsTest(ProgramTest):
     def settings(self, *arguments):
-        return self.run_program("settings", "--data", self.data, *arguments)
+        return self.done("settings", *arguments)
 
     def set(self, key, value):
-        self.assertEqual(self.settings(key, value), (0, "%s is set to %s\n" % (key, value), ""))
+        self.assertEqual(self.settings(key, value), "%s is set to %s\n" % (key, value))
 
-    def refused(self, *arguments):
-        status, output, errors = self.settings(*arguments)
-        self.assertEqual((status, output), (1, ""), arguments)
-        return errors
+    def refuses(self, *arguments):
+        return self.refused("settings", *arguments)
 
     def serve_impatiently(self, address):
         """A server that tries every second to reach the switch, and monitors the line."""
-        path = os.path.join(self.data, "calljournal.toml")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write("[switch]\nreconnect-max-s = 1\n")
-        server = self.serve(address, "--config", path)
+        server = self.serve(address, config=IMPATIENT)
         server.logs("monitor M1 of localDeviceID is on")
         return server
 
@@ -39,11 +33,8 @@ class SettingsTest(ProgramTest):
         return simulator.logs(r"from client \d+, \d+ %s: .*%s" % (request, pattern)).string
 
     def test_keys_are_listed_read_and_written_and_refusals_say_why(self):
-        simulator, address = self.simulate(QUIET)
-        self.serve(address, "--set", "sntp-tz-offset=3600")
-        status, output, _ = self.settings()
-        self.assertEqual(status, 0)
-        rows = [line.split() for line in output.splitlines()]
+        self.serve("127.0.0.1:1", "--set", "sntp-tz-offset=3600")
+        rows = [line.split() for line in self.settings().splitlines()]
         self.assertEqual(rows[0], ["SETTING", "OF", "VALUE"])
         for row in (["call-log-enabled", "journal", "true"], ["missed-logging", "journal", "0"],
                     ["software-type", "phone", "Norlith", "Qorvex"], ["sntp-tz-offset", "phone", "3600"],
@@ -51,42 +42,39 @@ class SettingsTest(ProgramTest):
             self.assertIn(row, rows)
         keys = [row[0] for row in rows[1:]]
         self.assertEqual(keys, sorted(keys[:4]) + sorted(keys[4:]))
-        self.assertEqual(self.settings("missed-logging"), (0, "0\n", ""))
+        self.assertEqual(self.settings("missed-logging"), "0\n")
         self.set("missed-logging", "1")
         self.set("bt-hw-state", "")
         self.set("sntp-tz-offset", "-3600")
-        everything = json.loads(self.settings("--json")[1])
+        everything = json.loads(self.settings("--json"))
         self.assertEqual([everything[key] for key in ("missed-logging", "bt-hw-state", "sntp-tz-offset")],
                          ["1", "", "-3600"])
         self.assertNotIn("voice-mail-e164", everything)
 
         reason = "missed-logging value is not changed"
-        self.assertEqual(self.refused("missed-logging", "1"), "calljournal: %s\n" % reason)
-        status, output, _ = self.settings("--json", "missed-logging", "1")
+        self.assertEqual(self.refuses("missed-logging", "1"), "calljournal: %s\n" % reason)
+        status, output, _ = self.run_program("settings", "--data", self.data, "--json", "missed-logging", "1")
         self.assertEqual((status, json.loads(output)),
                          (1, {"rejected": {"missed-logging": {"code": 10, "text": reason}}}))
-        self.assertIn("Data invalid for missed-logging", self.refused("missed-logging", "perhaps"))
-        self.assertIn("call-log-enabled", self.refused("call-log-enabled", "perhaps"))
-        self.assertIn("There is no setting system-identifer", self.refused("system-identifer", "2"))
-        self.assertIn("`%s settings --data" % os.environ["CALLJOURNAL"], self.refused("system-identifer"))
-        self.assertIn("voice-mail-e164 has no value", self.refused("voice-mail-e164"))
-        self.assertIn("too long", self.refused("reg-number", "1" * 5000))
+        self.assertIn("Data invalid for missed-logging", self.refuses("missed-logging", "perhaps"))
+        self.assertIn("call-log-enabled", self.refuses("call-log-enabled", "perhaps"))
+        self.assertIn("There is no setting system-identifer", self.refuses("system-identifer", "2"))
+        self.assertIn("`%s settings --data" % os.environ["CALLJOURNAL"], self.refuses("system-identifer"))
+        self.assertIn("voice-mail-e164 has no value", self.refuses("voice-mail-e164"))
+        self.assertIn("too long", self.refuses("reg-number", "1" * 5000))
 
     def test_switching_the_journal_off_empties_it_for_good(self):
-        simulator, address = self.simulate(CALLS)
-        server = self.serve(address)
-        simulator.prints("scenario is over")
-        server.logs("received call from Bob")
+        simulator, server = self.simulate_and_serve(CALLS, "received call from Bob")
         self.assertEqual(len(self.rows()), 2)
         self.set("call-log-enabled", "false")
         lists = ("missed", "dialled", "received", "forwarded", "callbacks")
         self.assertEqual([self.list(name)["total"] for name in lists], [0] * 5)
         self.assertEqual(self.rows(), [])
         server.stop()
-        self.serve(address)
-        self.assertEqual(self.settings("call-log-enabled"), (0, "false\n", ""))
+        self.serve(simulator.address)
+        self.assertEqual(self.settings("call-log-enabled"), "false\n")
         self.assertEqual([self.list(name)["total"] for name in lists], [0] * 5)
-        self.assertEqual(self.refused("call-log-enabled", "false"),
+        self.assertEqual(self.refuses("call-log-enabled", "false"),
                          "calljournal: call-log-enabled value is not changed\n")
 
     def test_the_switch_is_asked_for_what_the_settings_say(self):

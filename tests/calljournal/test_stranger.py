@@ -3,30 +3,28 @@
 import threading
 import time
 
-from harness import LIMIT, ProgramTest
-from stranger_switch import StrangerSwitch, cleared, delivered, established
+from harness import ProgramTest
+from stranger_switch import cleared, delivered, established
 
 ANN = "N<4711>Ann Müller"
+HARD_NAME = "Zoë \"<&>\" 山田 太郎 O'Neill"
 
 
 class StrangerTest(ProgramTest):
     def setUp(self):
         super().setUp()
-        self.switch = StrangerSwitch(LIMIT)
-        self.addCleanup(self.switch.close)
+        self.switch = self.stranger()
         self.server = self.serve(self.switch.address)
         self.watcher = self.watch()
         self.switch.accept_monitor()
 
-    def misses(self, call, caller=ANN):
-        self.switch.send(delivered(call, caller) + cleared(call))
-
-    def test_a_call_split_at_odd_places_is_one_missed_entry(self):
-        self.switch.send(delivered("17", ANN) + cleared("17"), 1, 3, 5, 7, 2, 11, 1, 1, 97)
+    def test_a_call_split_at_odd_places_is_one_missed_entry_with_a_name_of_any_characters(self):
+        caller = "N<4711>" + HARD_NAME
+        self.switch.send(delivered("17", caller) + cleared("17"), 1, 3, 5, 7, 2, 11, 1, 1, 97)
         item = self.change(self.watcher, "missedCallsUpdate", 0)
         self.assertEqual(item["number"], "4711")
-        self.assertEqual((item["firstName"] + " " + item["surname"]).strip(), "Ann Müller")
-        answer = self.list("missed")
+        self.assertEqual((item["firstName"] + " " + item["surname"]).strip(), HARD_NAME)
+        answer = self.list("missed", "--search", "山田")
         self.assertEqual(answer["items"], [item])
         self.assertEqual((answer["total"], answer["unviewed"]), (1, 1))
         self.assertEqual(len(item["occurrences"]), 1)
@@ -54,31 +52,19 @@ class StrangerTest(ProgramTest):
         self.assertEqual(self.list("received")["items"], [item])
         self.assertEqual(self.list("missed")["total"], 0)
 
-    def test_the_same_caller_twice_is_one_entry_with_two_calls(self):
-        self.misses("17")
+    def test_the_same_caller_twice_is_one_entry_with_two_calls_and_other_devices_do_not_disturb(self):
+        self.switch.send(delivered("16", "N<4712>Bob").replace(b">2001<", b">2002<"))
+        self.switch.misses("17", ANN)
         first = self.change(self.watcher, "missedCallsUpdate", 0)
         self.await_second_after(first)
-        self.misses("18")
+        self.switch.misses("18", ANN)
         second = self.change(self.watcher, "missedCallsUpdate", 1)
 
-        answer = self.list("missed")
-        self.assertEqual(answer["items"], [second])
-        self.assertEqual(second["uniqueId"], first["uniqueId"])
+        self.assertEqual(self.list("missed")["items"], [second])
+        self.assertEqual((second["number"], second["uniqueId"]), ("4711", first["uniqueId"]))
         self.assertNotEqual(second["entryId"], first["entryId"])
         times = [occurrence["time"] for occurrence in second["occurrences"]]
         self.assertEqual(len(times), 2)
         self.assertEqual(times, sorted(times, reverse=True))
         self.assertEqual(second["occurrences"][1], first["occurrences"][0])
         self.assertEqual(self.rows(), [(second["uniqueId"], second["entryId"], 2)])
-
-    def test_a_name_of_any_characters_comes_through(self):
-        name = "Zoë \"<&>\" 山田 太郎 O'Neill"
-        self.misses("17", "N<4711>" + name)
-        item = self.change(self.watcher, "missedCallsUpdate", 0)
-        self.assertEqual((item["firstName"] + " " + item["surname"]).strip(), name)
-        self.assertEqual(self.list("missed", "--search", "山田")["total"], 1)
-
-    def test_other_devices_on_the_same_monitor_do_not_disturb(self):
-        self.switch.send(delivered("17", ANN).replace(b">2001<", b">2002<"))
-        self.misses("18", "N<4712>Bob")
-        self.assertEqual(self.change(self.watcher, "missedCallsUpdate", 0)["number"], "4712")

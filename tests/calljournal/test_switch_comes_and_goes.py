@@ -1,35 +1,30 @@
 """A switch that is not there, comes, goes, and comes back."""
 
-import os
 import socket
 import threading
 
-from harness import LIMIT, ProgramTest
-from stranger_switch import StrangerSwitch, cleared, delivered, established
-
-ONE_CALL = 'call c from %s "Caller" ; ring c ; giveup c\n'
+from harness import IMPATIENT, LIMIT, ProgramTest
+from stranger_switch import cleared, delivered, established
 
 
 class SwitchComesAndGoesTest(ProgramTest):
-    def serve_impatiently(self, address):
-        """As `serve`, with short pauses between attempts to connect."""
-        path = os.path.join(self.data, "calljournal.toml")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write("[switch]\nreconnect-max-s = 1\n")
-        return self.serve(address, "--config", path)
+    def taken_port(self):
+        """A port that is taken and refuses, so that nobody else gets it meanwhile; answers its socket and its address."""
+        place = socket.socket()
+        self.addCleanup(place.close)
+        place.bind(("127.0.0.1", 0))
+        place.settimeout(LIMIT)
+        return place, "127.0.0.1:%d" % place.getsockname()[1]
 
     def test_calls_are_filed_whenever_the_switch_is_there(self):
-        # A port that is taken and refuses: nobody else gets it meanwhile.
-        with socket.socket() as place:
-            place.bind(("127.0.0.1", 0))
-            address = "127.0.0.1:%d" % place.getsockname()[1]
-            server = self.serve_impatiently(address)
-            server.logs("the switch at %s is not there: .*; trying again" % address)
-            self.assertEqual(self.list("missed")["total"], 0)
-            watcher = self.watch()
-
+        place, address = self.taken_port()
+        server = self.serve(address, config=IMPATIENT)
+        server.logs("the switch at %s is not there: .*; trying again" % address)
+        self.assertEqual(self.list("missed")["total"], 0)
+        watcher = self.watch()
+        place.close()
         for number in ("4711", "4712", "4713"):
-            simulator, _ = self.simulate(ONE_CALL % number, listen=address)
+            simulator, _ = self.simulate('call c from %s "Caller" ; ring c ; giveup c\n' % number, listen=address)
             server.logs("connected to the switch at %s again" % address)
             self.assertEqual(self.change(watcher, "missedCallsUpdate", 0)["number"], number)
             self.assertEqual(simulator.stop(), 0)
@@ -37,38 +32,28 @@ class SwitchComesAndGoesTest(ProgramTest):
         self.assertEqual(self.list("missed")["total"], 3)
 
     def test_a_call_that_outlasts_an_outage_is_one_entry(self):
-        switch = StrangerSwitch(LIMIT)
-        self.addCleanup(switch.close)
-        self.serve_impatiently(switch.address)
+        switch = self.stranger()
+        self.serve(switch.address, config=IMPATIENT)
         watcher = self.watch()
         switch.accept_monitor()
         switch.send(delivered("17", "N<4711>Ann") + established("17", "N<4711>Ann"))
         switch.accept_monitor()
         # The switch tells once more what it has told before, and then goes on.
-        switch.send(established("17", "N<4711>Ann") + cleared("17") + delivered("18", "N<4712>Bob") + cleared("18"))
+        switch.send(established("17", "N<4711>Ann") + cleared("17"))
+        switch.misses("18", "N<4712>Bob")
         self.assertEqual(self.change(watcher, "missedCallsUpdate", 0)["number"], "4712")
         self.assertEqual([len(item["occurrences"]) for item in self.list("received")["items"]], [1])
         self.assertEqual(self.list("missed")["total"], 1)
 
     def test_an_outage_is_reported_once_however_many_attempts_fail(self):
-        with socket.socket() as place:
-            place.bind(("127.0.0.1", 0))
-            place.settimeout(LIMIT)
-            address = "127.0.0.1:%d" % place.getsockname()[1]
-            server = self.serve_impatiently(address)
-            server.logs("the switch at %s is not there" % address)
-            # Attempts that are refused show nowhere; with pauses of a second at most, there are two in this time.
-            threading.Event().wait(2.5)
-            self.assertEqual(server.count("trying again"), 1)
-            place.listen()
-            place.accept()[0].close()
-            server.logs("connected to the switch at %s again" % address)
-            server.logs("the switch at %s is lost" % address)
-            self.assertEqual(server.count("trying again"), 2)
-
-    def test_the_program_ends_soon_although_the_switch_is_away(self):
-        with socket.socket() as place:
-            place.bind(("127.0.0.1", 0))
-            server = self.serve_impatiently("127.0.0.1:%d" % place.getsockname()[1])
-            server.logs("is not there")
-            self.assertEqual(server.stop(), 0)
+        place, address = self.taken_port()
+        server = self.serve(address, config=IMPATIENT)
+        server.logs("the switch at %s is not there" % address)
+        # Attempts that are refused show nowhere; with pauses of a second at most, there are two in this time.
+        threading.Event().wait(2.5)
+        self.assertEqual(server.count("trying again"), 1)
+        place.listen()
+        place.accept()[0].close()
+        server.logs("connected to the switch at %s again" % address)
+        server.logs("the switch at %s is lost" % address)
+        self.assertEqual(server.count("trying again"), 2)

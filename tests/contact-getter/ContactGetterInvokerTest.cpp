@@ -11,7 +11,7 @@
 #include "platform/framework/Method.h"
 #include "platform/journal-library/ClientAnswer.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/FakeFramework.h"
+#include "tests/support/RecordingResponse.h"
 
 extern "C" void* createContactGetterInvoker() noexcept;
 

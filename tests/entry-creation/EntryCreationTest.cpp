@@ -1,10 +1,8 @@
 // The road that every call goes into its list, for all four lists: a new item, a merge, names, limits, the database and
 // the observers.
 
-#include <list>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,54 +15,44 @@
 namespace journaltest {
 namespace {
 
-/// Where a list differs in what it says: to observers, to the database, to the switch, which keeps no log of forwarded calls.
-struct Words {
-    const char* update;
-    const char* table;
-    const char* logTarget;
-};
-template <typename Item>
-Words wordsOf() {
-    if constexpr (std::is_same_v<Item, MissedCallItem>) {
-        return {"missed", "MissedCalls", "1"};
-    } else if constexpr (std::is_same_v<Item, DialledCallItem>) {
-        return {"dialled", "DialledCalls", "4"};
-    } else if constexpr (std::is_same_v<Item, ReceivedCallItem>) {
-        return {"received", "ReceivedCalls", "0"};
-    } else {
-        return {"forwarded", "ForwardedCalls", ""};
-    }
-}
-
 template <typename Item>
 class EntryCreation : public testing::Test {
 protected:
     static constexpr bool kMissed = std::is_same_v<Item, MissedCallItem>;
     static constexpr bool kDialled = std::is_same_v<Item, DialledCallItem>;
+    static constexpr bool kReceived = std::is_same_v<Item, ReceivedCallItem>;
+    static constexpr const char* kUpdate = kMissed     ? "missed"
+                                           : kDialled  ? "dialled"
+                                           : kReceived ? "received"
+                                                       : "forwarded";
+    /// The list's number in the switch's log, which has no forwarded calls.
+    static constexpr const char* kLogTarget = kMissed ? "1" : kDialled ? "4" : kReceived ? "0" : "";
 
-    bool files(const Party& party) { return rig.template files<Item>(party); }
+    bool files(const std::string& number, const std::string& name = {}) {
+        return rig.template files<Item>(number, name);
+    }
+    bool filesLater(const std::string& number, const std::string& name = {}) {
+        rig.time.advance(60);
+        return files(number, name);
+    }
     [[nodiscard]] std::vector<Item> items() { return rig.template items<Item>(); }
 
     /// What an observer hears; a missed call says the number of unviewed ones first.
     [[nodiscard]] static std::string announced(const std::string& entryId, const std::string& uniqueId,
                                                int action, int unviewed) {
-        return (kMissed ? "missedCount(" + std::to_string(unviewed) + "); " : "") + wordsOf<Item>().update +
-               "(" + entryId + ", " + uniqueId + ", " + std::to_string(action) + ")";
-    }
-    static std::string wrote(const std::string& uniqueId) {
-        return "write " + std::string(wordsOf<Item>().table) + " " + uniqueId;
+        return (kMissed ? "missedCount(" + std::to_string(unviewed) + "); " : "") + kUpdate + "(" + entryId +
+               ", " + uniqueId + ", " + std::to_string(action) + ")";
     }
 
     void startWith(const std::vector<Item>& list) {
-        if constexpr (kMissed) {
-            rig.startWith(list);
-        } else if constexpr (kDialled) {
-            rig.startWith({}, list);
-        } else if constexpr (std::is_same_v<Item, ReceivedCallItem>) {
-            rig.startWith({}, {}, list);
-        } else {
-            rig.startWith({}, {}, {}, list);
+        for (const Item& item : list) {
+            rig.database.addRow(journal::ListTable<Item>::kName, item);
         }
+        const auto before = *rig.settings.values();
+        rig.phoneIs(softwareTypes::sip);  // which loads every list
+        rig.load();
+        rig.phoneIs(before.m_softwareType, before.m_systemIdentifier);
+        rig.forget();
     }
     static Item stored(const std::string& uniqueId, const std::vector<Occurrence>& calls) {
         auto item = itemOf<Item>("e" + uniqueId, uniqueId, calls);
@@ -80,54 +68,48 @@ protected:
 using Lists = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
 TYPED_TEST_SUITE(EntryCreation, Lists);
 
-TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndTellsOfIt) {
-    ASSERT_TRUE(this->files({"4711", "Ann"}));
-    ASSERT_TRUE(this->files({"4712", "Bob"}));
-    const auto items = this->items();
-    ASSERT_EQ(items.size(), 2U);
-    EXPECT_EQ(items[0].getEntryId(), "2026-11-21T05:22:05Z00000002");
-    EXPECT_EQ(items[0].getSurname(), "Bob");
-    EXPECT_EQ(occurrencesOf(items[0]).front().getNumber(), "4712");
-    EXPECT_EQ(occurrencesOf(items[0]).front().getTimeAndDate(), "2026-11-21T05:22:05Z");
-    EXPECT_EQ(items[1].getSurname(), "Ann");
-
-    EXPECT_EQ(this->rig.heard(), this->announced(items[1].getEntryId(), "-", 0, 1) + "; " +
-                                     this->announced(items[0].getEntryId(), "-", 0, 2));
+TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndMergesACallOfAKnownOneIntoItsItemAndItsRow) {
+    ASSERT_TRUE(this->files("4711", "Ann"));
+    ASSERT_TRUE(this->files("4712", "Bob"));
+    const std::string first = "2026-11-21T05:22:05Z00000001";
+    const std::string second = "2026-11-21T05:22:05Z00000002";
+    EXPECT_EQ(this->rig.entryIds(), second + " " + first);
+    EXPECT_EQ(this->rig.heard(),
+              this->announced(first, "-", 0, 1) + "; " + this->announced(second, "-", 0, 2));
     EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
-}
 
-TYPED_TEST(EntryCreation, MergesACallOfTheSamePartyIntoItsItemAndItsRow) {
-    this->files({"4711"});
-    this->files({"4712"});
     const std::string uniqueId = this->items()[1].getUniqueId();
     ASSERT_FALSE(uniqueId.empty());
     this->rig.forget();
-    this->rig.time.advance(60);
-    ASSERT_TRUE(this->files({"4711"}));
-
-    const auto items = this->items();
-    ASSERT_EQ(items.size(), 2U);
-    EXPECT_EQ(items[0].getEntryId(), "2026-11-21T05:23:05Z00000003");
-    EXPECT_EQ(items[0].getUniqueId(), uniqueId);
-    ASSERT_EQ(occurrencesOf(items[0]).size(), 2U);
-    EXPECT_EQ(occurrencesOf(items[0]).front().getTimeAndDate(), "2026-11-21T05:23:05Z");
-    EXPECT_EQ(occurrencesOf(items[0]).back().getTimeAndDate(), "2026-11-21T05:22:05Z");
-
-    EXPECT_EQ(this->rig.heard(), this->announced(items[0].getEntryId(), uniqueId, 1, 2));
-    EXPECT_EQ(this->rig.written(), this->wrote(uniqueId));
+    ASSERT_TRUE(this->filesLater("4711"));
+    const std::string merged = "2026-11-21T05:23:05Z00000003";
+    EXPECT_EQ(this->rig.entryIds(), merged + " " + second);
+    const auto item = this->items()[0];
+    EXPECT_EQ(item.getUniqueId(), uniqueId);
+    EXPECT_EQ(item.getSurname(), "Ann") << "a call without a name takes none away";
+    ASSERT_EQ(occurrencesOf(item).size(), 2U);
+    EXPECT_EQ(occurrencesOf(item).front().getNumber(), "4711");
+    EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "2026-11-21T05:23:05Z");
+    EXPECT_EQ(occurrencesOf(item).back().getTimeAndDate(), "2026-11-21T05:22:05Z");
+    EXPECT_EQ(this->rig.heard(), this->announced(merged, uniqueId, 1, 2));
+    const std::string table =
+        std::string(journal::ListTable<TypeParam>::kName).substr(std::string("CallLog").size());
+    EXPECT_EQ(this->rig.written(), "write " + table + " " + uniqueId);
     EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+
+    this->filesLater("4711", "Amy");
+    EXPECT_EQ(this->items()[0].getSurname(), TestFixture::kDialled ? "Ann" : "Amy")
+        << "a dialled entry keeps the names that it was made with";
 }
 
 TYPED_TEST(EntryCreation, KeepsOneRowWhenTheFirstWriteFailed) {
     this->rig.database.setFailing(true);
-    EXPECT_TRUE(this->files({"4711"}));
+    EXPECT_TRUE(this->files("4711"));
     EXPECT_EQ(this->items().size(), 1U);
     EXPECT_FALSE(this->rig.heard().empty());
     this->rig.database.setFailing(false);
-    for (int call = 0; call < 2; ++call) {
-        this->rig.time.advance(60);
-        this->files({"4711"});
-    }
+    this->filesLater("4711");
+    this->filesLater("4711");
     EXPECT_EQ(this->rig.databaseContents().size(), 1U);
     EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
 }
@@ -138,32 +120,20 @@ TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwit
     known.setFirstname("Ann");
     known.setSurname("Adams");
     known.setPicture("ann.png");
-    this->rig.phonebook.add(known);
-    this->files({"4711", "from the switch"});
-    this->files({"4712", "Bob Brown"});
-
-    const auto items = this->items();
-    EXPECT_EQ(items[1].getSurname() + ", " + items[1].getFirstname(), "Adams, Ann");
-    EXPECT_EQ(items[1].getPictureClip(), "ann.png");
-    EXPECT_EQ(items[0].getSurname() + ", " + items[0].getFirstname(), "Bob Brown, ");
-    EXPECT_EQ(items[0].getPictureClip(), "");
-
+    this->rig.phonebook.contacts = {known};
+    const auto front = [this] {
+        const auto item = this->items().front();
+        return item.getSurname() + ", " + item.getFirstname() + ", " + item.getPictureClip();
+    };
+    this->files("4712", "Bob Brown");
+    EXPECT_EQ(front(), "Bob Brown, , ");
+    this->files("4711", "from the switch");
+    EXPECT_EQ(front(), "Adams, Ann, ann.png");
     known.setSurname("Archer");
-    this->rig.phonebook.clear();
-    this->rig.phonebook.add(known);
-    this->rig.time.advance(60);
-    this->files({"4711", "from the switch"});
-    EXPECT_EQ(this->items().front().getSurname(), "Archer") << "a merge brings the names up to date";
-}
-
-TYPED_TEST(EntryCreation, KeepsANameThatALaterCallDoesNotBring) {
-    for (const char* name : {"Ann", "", "Amy"}) {
-        this->rig.time.advance(60);
-        this->files({"4711", name});
-        // A dialled entry keeps the names that it was made with.
-        const bool renames = *name != '\0' && !TestFixture::kDialled;
-        EXPECT_EQ(this->items().front().getSurname(), renames ? name : "Ann");
-    }
+    known.setPicture("");
+    this->rig.phonebook.contacts = {known};
+    this->filesLater("4711", "from the switch");
+    EXPECT_EQ(front(), "Archer, Ann, ann.png") << "a merge brings the names up to date, and keeps a picture";
 }
 
 TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
@@ -177,7 +147,7 @@ TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
                                         ++loads;
                                         phone.loader.loadCallListsFromDb();
                                     }});
-    phone.file(entries, phone.template callWith<typename DetailsFor<TypeParam>::Type>({"4711"}));
+    (entries.*Filing<TypeParam>::kFile)(phone.template callFrom<TypeParam>("4711"));
     EXPECT_EQ(loads, 1);
     EXPECT_EQ(this->items().size(), 1U);
     EXPECT_EQ(this->items().front().getUniqueId(), "77");
@@ -185,11 +155,11 @@ TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
 
 TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
     const auto fileAs = [this](const std::string& callId, const std::string& number) {
-        auto details = this->rig.template callWith<typename DetailsFor<TypeParam>::Type>({number});
+        auto details = this->rig.template callFrom<TypeParam>(number);
         details.callId = callId;
         details.presentationC =
             this->items().size() == 4 ? CallLogEntryEvent::ePresented : CallLogEntryEvent::eNotPresented;
-        this->rig.file(details);
+        this->rig.template file<TypeParam>(details);
     };
     // Ids that are no numbers, ids with the same low 32 bits, all within one second.
     fileAs("abc", "1");
@@ -204,20 +174,7 @@ TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
         << "a merge gives a new one";
 }
 
-TYPED_TEST(EntryCreation, KeepsTenCallsAnItem) {
-    for (int call = 1; call <= 11; ++call) {
-        this->rig.time.advance(60);
-        this->files({"4711"});
-    }
-    const auto items = this->items();
-    ASSERT_EQ(items.size(), 1U);
-    EXPECT_EQ(occurrencesOf(items.front()).size(), 10U);
-    EXPECT_EQ(occurrencesOf(items.front()).back().getTimeAndDate(), "2026-11-21T05:24:05Z");
-    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
-}
-
-TYPED_TEST(EntryCreation, ReportsTheCallThatAFullItemLosesUnlessItsNumberStays) {
-    const bool reports = *wordsOf<TypeParam>().logTarget != '\0';
+TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNumberStays) {
     for (const std::string oldest : {"4799", "4711"}) {
         for (const int systemIdentifier : {2, 0}) {
             EntryRig& phone = this->rig;
@@ -226,11 +183,13 @@ TYPED_TEST(EntryCreation, ReportsTheCallThatAFullItemLosesUnlessItsNumberStays) 
             std::vector<Occurrence> calls(9, Occurrence{"4711", "2026-11-20T00:00:00Z"});
             calls.push_back({oldest, "2026-11-01T00:00:00Z"});
             this->startWith({this->stored("77", calls)});
-            this->files({"4711"});
-            const bool due = reports && systemIdentifier == 2 && oldest == "4799";
-            EXPECT_EQ(phone.sent(), due ? "one " + std::string(wordsOf<TypeParam>().logTarget) +
-                                              " 4799 2026-11-01T00:00:00Z"
-                                        : "")
+            this->files("4711");
+            EXPECT_EQ(occurrencesOf(this->items().front()).size(), 10U);
+            EXPECT_EQ(occurrencesOf(this->items().front()).back().getTimeAndDate(), "2026-11-20T00:00:00Z");
+            EXPECT_EQ(phone.listContents(), phone.databaseContents());
+            const std::string target = TestFixture::kLogTarget;
+            const bool due = !target.empty() && systemIdentifier == 2 && oldest == "4799";
+            EXPECT_EQ(phone.sent(), due ? "one " + target + " 4799 2026-11-01T00:00:00Z" : "")
                 << oldest << ", identifier " << systemIdentifier;
         }
     }
@@ -244,19 +203,18 @@ TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheS
     }
     this->startWith(full);
     this->rig.phoneIs(softwareTypes::qorvex, 2);
-    this->files({"4711"});
+    this->files("4711");
 
     const bool limited = !TestFixture::kDialled;  // dialling one number more cuts nothing short
     EXPECT_EQ(this->items().size(), limited ? 1000U : 1001U);
     EXPECT_EQ(this->items().back().getEntryId(), limited ? "e999" : "e1000");
     EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
-    const std::string target = wordsOf<TypeParam>().logTarget;
+    const std::string target = TestFixture::kLogTarget;
     EXPECT_EQ(this->rig.sent(),
               limited && !target.empty() ? "one " + target + " n999 2025-01-01T00:00:00Z9000" : "");
 
     this->rig.forget();
-    this->rig.time.advance(60);
-    this->files({"4711"});
+    this->filesLater("4711");
     EXPECT_EQ(this->rig.written().find(';'), std::string::npos) << "a merge makes no list longer";
 }
 
@@ -268,16 +226,13 @@ TYPED_TEST_SUITE(AnonymousCalls, PartyLists);
 
 TYPED_TEST(AnonymousCalls, AreOneItemAndNamedOnesWithoutNumberAnotherEach) {
     for (const char* name : {"", "Ann", "", "Bob", "Ann"}) {
-        this->rig.time.advance(60);
-        this->files({"", name});
+        this->filesLater("", name);
     }
-    const auto items = this->items();
-    ASSERT_EQ(items.size(), 3U);
-    EXPECT_EQ(items[0].getSurname(), "Ann");
-    EXPECT_EQ(occurrencesOf(items[0]).size(), 2U);
-    EXPECT_EQ(items[1].getSurname(), "Bob");
-    EXPECT_EQ(items[2].getSurname(), "");
-    EXPECT_EQ(occurrencesOf(items[2]).size(), 2U);
+    std::string found;
+    for (const auto& item : this->items()) {
+        found += item.getSurname() + " " + std::to_string(occurrencesOf(item).size()) + ";";
+    }
+    EXPECT_EQ(found, "Ann 2;Bob 1; 2;");
 }
 
 }  // namespace

@@ -15,30 +15,26 @@
 
 namespace journaltest {
 
-/// The far end of a call as the switch names it.
-struct Party {
-    std::string number;
-    std::string name{};
+/// How a call comes into a list.
+template <typename DetailsType, bool (journal::EntryCreation::*operation)(const DetailsType&)>
+struct FilingWith {
+    using Details = DetailsType;
+    static constexpr auto kFile = operation;
 };
-
 template <typename Item>
-struct DetailsFor;
+struct Filing;
 template <>
-struct DetailsFor<MissedCallItem> {
-    using Type = journal::MissedEntryDetails;
-};
+struct Filing<MissedCallItem>
+    : FilingWith<journal::MissedEntryDetails, &journal::EntryCreation::newMissedCallEntry> {};
 template <>
-struct DetailsFor<DialledCallItem> {
-    using Type = journal::DialledEntryDetails;
-};
+struct Filing<DialledCallItem>
+    : FilingWith<journal::DialledEntryDetails, &journal::EntryCreation::newDialledCallEntry> {};
 template <>
-struct DetailsFor<ReceivedCallItem> {
-    using Type = journal::ReceivedEntryDetails;
-};
+struct Filing<ReceivedCallItem>
+    : FilingWith<journal::ReceivedEntryDetails, &journal::EntryCreation::newReceivedCallEntry> {};
 template <>
-struct DetailsFor<ForwardedCallItem> {
-    using Type = journal::ForwardedEntryDetails;
-};
+struct Filing<ForwardedCallItem>
+    : FilingWith<journal::ForwardedEntryDetails, &journal::EntryCreation::newForwardedCallEntry> {};
 
 /// The lists and the parts that file calls in them, on a Qorvex phone until a test says otherwise. The operations file
 /// a finished call that began now; each call has the next number as its id, "1" first.
@@ -51,44 +47,27 @@ public:
         phoneIs(softwareTypes::qorvex);
     }
 
-    template <typename Details>
-    [[nodiscard]] Details callWith(const Party& party) {
-        Details details;
+    template <typename Item>
+    [[nodiscard]] auto callFrom(const std::string& number, const std::string& name = {}) {
+        typename Filing<Item>::Details details;
         details.callId = std::to_string(++m_calls);
-        details.remoteParty = party.number;
-        details.remotePartyName = party.name;
+        details.remoteParty = number;
+        details.remotePartyName = name;
         details.timeSec = time.getSeconds();
-        if constexpr (std::is_same_v<Details, journal::DialledEntryDetails>) {
-            details.dialledParty = party.number;
+        if constexpr (std::is_same_v<Item, DialledCallItem>) {
+            details.dialledParty = number;
         }
         return details;
     }
-
-    template <typename Details>
-    bool file(const Details& details) {
-        return file(entries, details);
+    template <typename Item>
+    bool file(const typename Filing<Item>::Details& details) {
+        return (entries.*Filing<Item>::kFile)(details);
     }
-    static bool file(journal::EntryCreation& by, const journal::MissedEntryDetails& details) {
-        return by.newMissedCallEntry(details);
-    }
-    static bool file(journal::EntryCreation& by, const journal::DialledEntryDetails& details) {
-        return by.newDialledCallEntry(details);
-    }
-    static bool file(journal::EntryCreation& by, const journal::ReceivedEntryDetails& details) {
-        return by.newReceivedCallEntry(details);
-    }
-    static bool file(journal::EntryCreation& by, const journal::ForwardedEntryDetails& details) {
-        return by.newForwardedCallEntry(details);
-    }
-
     /// A call of that list, from or to that party.
     template <typename Item>
-    bool files(const Party& party) {
-        return file(callWith<typename DetailsFor<Item>::Type>(party));
+    bool files(const std::string& number, const std::string& name = {}) {
+        return file<Item>(callFrom<Item>(number, name));
     }
-    bool misses(const Party& party) { return files<MissedCallItem>(party); }
-    bool receives(const Party& party) { return files<ReceivedCallItem>(party); }
-    bool forwards(const Party& party) { return files<ForwardedCallItem>(party); }
 
     FakeClock time;
     FakeDirectory phonebook;

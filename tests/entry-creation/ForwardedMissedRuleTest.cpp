@@ -1,133 +1,90 @@
 // One call that the switch reports as missed and as forwarded stands in one list only. Five seconds apart it is the same
 // call, six seconds apart it is not.
 
-#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "tests/call-tracking/Line.h"
 #include "tests/entry-creation/EntryRig.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
-const Party kCaller{"4711"};
-
-struct Row {
-    const char* name;
-    long secondsBetween;
-    const char* second;  // who the second call is from
-    bool sameCall;
-};
-
-std::ostream& operator<<(std::ostream& out, const Row& row) {
-    return out << row.name;
+// "missed" and "forwarded" are calls from that party that end so, now; the number is that of seconds until the next.
+TEST(ForwardedMissedRule, KeepsOneCallInOneList) {
+    int calls = 0;
+    for (const auto& row : table(2, R"(
+forwarded 4711, 0, missed 4711             | forwarded 4711
+forwarded 4711, 5, missed 4711             | forwarded 4711
+forwarded 4711, -60, missed 4711           | forwarded 4711
+forwarded 4711, 6, missed 4711             | missed 4711, forwarded 4711
+forwarded 4711, 1, missed 4712             | missed 4712, forwarded 4711
+missed 4711, 0, forwarded 4711             | forwarded 4711
+missed 4711, 5, forwarded 4711             | forwarded 4711
+missed 4711, -60, forwarded 4711           | forwarded 4711
+missed 4711, 6, forwarded 4711             | missed 4711, forwarded 4711
+missed 4711, 1, forwarded 4712             | missed 4711, forwarded 4712
+missed 4711, 99, missed 4711, 5, forwarded 4711  | missed 4711, forwarded 4711
+missed 4711, 99, missed 4711, 6, forwarded 4711  | missed 4711, missed 4711, forwarded 4711
+missed 4711, 0, missed 4712, 0, forwarded 4711   | missed 4712, missed 4711, forwarded 4711
+forwarded 4711, 0, forwarded 4712, 1, missed 4711 | missed 4711, forwarded 4712, forwarded 4711
+missed 4711, 3, forwarded 4712, 0, missed 4712, 0, forwarded 4711 | missed 4711, forwarded 4711, forwarded 4712
+set serverFeatures off, missed 4711, 0, forwarded 4711 | missed 4711
+)")) {
+        Line line;
+        for (const std::string& step : split(row[0], ',')) {
+            const std::string id = std::to_string(++calls);
+            const std::string party = step.substr(step.find(' ') + 1);
+            line.plays(step.rfind("missed", 0) == 0      ? "rings " + id + " " + party + "; clears " + id
+                       : step.rfind("forwarded", 0) == 0 ? "diverts " + id + " " + party + " here 4799"
+                       : step.rfind("set", 0) == 0       ? step
+                                                         : "passes " + step);
+        }
+        std::string journal = line.journal();
+        for (std::size_t at = 0; (at = journal.find(" to 4799")) != std::string::npos;) {
+            journal.erase(at, 8);
+        }
+        EXPECT_EQ(journal, row[1]) << row[0];
+    }
 }
 
-class ForwardedMissedRule : public testing::TestWithParam<Row> {
-protected:
-    ForwardedMissedRule() {
+TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMarkOnASipPhone) {
+    for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
+        EntryRig rig;
+        rig.phoneIs(type);
         rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = true; });
-    }
-
-    EntryRig rig;
-};
-
-TEST_P(ForwardedMissedRule, KeepsAMissedCallOutThatWasJustForwarded) {
-    rig.forwards(kCaller);
-    rig.time.advance(GetParam().secondsBetween);
-    EXPECT_EQ(rig.misses({GetParam().second}), !GetParam().sameCall);
-    EXPECT_EQ(rig.items<MissedCallItem>().size(), GetParam().sameCall ? 0U : 1U);
-}
-
-TEST_P(ForwardedMissedRule, TakesAMissedItemBackWhenItsOnlyCallIsForwarded) {
-    rig.misses(kCaller);
-    rig.time.advance(GetParam().secondsBetween);
-    rig.forget();
-    EXPECT_TRUE(rig.forwards({GetParam().second}));
-    EXPECT_EQ(rig.items<MissedCallItem>().size(), GetParam().sameCall ? 0U : 1U);
-    if (GetParam().sameCall) {
-        EXPECT_EQ(rig.heard().rfind("missedCount(0); missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
-        EXPECT_EQ(rig.written().rfind("delete MissedCalls 1; write ForwardedCalls ", 0), 0U) << rig.written();
-    }
-    EXPECT_EQ(rig.listContents(), rig.databaseContents());
-}
-
-TEST_P(ForwardedMissedRule, ShortensAMissedItemByTheCallThatIsForwarded) {
-    rig.misses(kCaller);
-    rig.lists.ageMissedCall(rig.entryIds());
-    rig.time.advance(3600);
-    rig.misses(kCaller);
-    rig.time.advance(GetParam().secondsBetween);
-    rig.forget();
-    rig.forwards({GetParam().second});
-
-    const auto missed = rig.items<MissedCallItem>();
-    ASSERT_EQ(missed.size(), 1U);
-    EXPECT_EQ(missed.front().getMissedCallInfoList().size(), GetParam().sameCall ? 1U : 2U);
-    EXPECT_FALSE(missed.front().getViewed()) << "other phones than SIP phones do not remember";
-    if (GetParam().sameCall) {
-        EXPECT_EQ(missed.front().getMissedCallInfoList().front().getTimeAndDate(), "2026-11-21T05:22:05Z");
+        rig.files<MissedCallItem>("4711");
+        rig.lists.ageMissedCall(rig.entryIds());
+        rig.time.advance(3600);
+        rig.files<MissedCallItem>("4711");
+        rig.forget();
+        rig.files<ForwardedCallItem>("4711");
+        const bool viewed = type == softwareTypes::sip;
+        EXPECT_EQ(rig.items<MissedCallItem>().front().getViewed(), viewed) << type;
+        const std::string count = viewed ? "missedCount(0)" : "missedCount(1)";
+        EXPECT_EQ(rig.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
         EXPECT_EQ(rig.written().rfind("write MissedCalls 1; write ForwardedCalls ", 0), 0U) << rig.written();
+        EXPECT_EQ(rig.listContents(), rig.databaseContents());
+
+        rig.time.advance(3600);
+        rig.files<MissedCallItem>("4712");
+        rig.forget();
+        rig.files<ForwardedCallItem>("4712");
+        EXPECT_EQ(rig.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
+        EXPECT_EQ(rig.written().rfind("delete MissedCalls ", 0), 0U) << rig.written();
+        EXPECT_EQ(rig.listContents(), rig.databaseContents());
     }
-    EXPECT_EQ(rig.listContents(), rig.databaseContents());
 }
 
-const Row kRows[] = {
-    {"AtOnce", 0, "4711", true},
-    {"AfterFiveSeconds", 5, "4711", true},
-    {"AfterSixSeconds", 6, "4711", false},
-    {"FromSomebodyElse", 1, "4712", false},
-    {"WithTheClockSetBack", -60, "4711", true},
-};
-INSTANTIATE_TEST_SUITE_P(Table, ForwardedMissedRule, testing::ValuesIn(kRows), kRowName);
-
-TEST_F(ForwardedMissedRule, GivesAShortenedItemItsViewedMarkBackOnASipPhone) {
-    rig.phoneIs(softwareTypes::sip);
-    rig.misses(kCaller);
-    rig.lists.ageMissedCall(rig.entryIds());
-    rig.time.advance(3600);
-    rig.misses(kCaller);
-    EXPECT_FALSE(rig.items<MissedCallItem>().front().getViewed());
-    rig.forget();
-    rig.forwards(kCaller);
-    EXPECT_TRUE(rig.items<MissedCallItem>().front().getViewed());
-    EXPECT_EQ(rig.heard().rfind("missedCount(0); missed(-, -, 3); ", 0), 0U) << rig.heard();
-}
-
-TEST_F(ForwardedMissedRule, LooksAtTheFrontItemsOnly) {
-    rig.misses(kCaller);
-    rig.misses({"4712"});
-    rig.forwards(kCaller);
-    EXPECT_EQ(rig.items<MissedCallItem>().size(), 2U);
-    rig.forwards({"4713"});
-    rig.time.advance(1);
-    EXPECT_TRUE(rig.misses(kCaller));
-}
-
-TEST_F(ForwardedMissedRule, StartsAfreshOnceItHasRefusedAMissedCall) {
-    rig.misses(kCaller);
-    rig.time.advance(3);
-    rig.forwards({"4712"});
-    EXPECT_FALSE(rig.misses({"4712"}));
-    rig.forwards(kCaller);
-    EXPECT_EQ(rig.items<MissedCallItem>().size(), 1U) << "the time of the missed call is forgotten";
-}
-
-TEST_F(ForwardedMissedRule, WorksOnlyWithServerBasedFeaturesOn) {
-    rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = false; });
-    rig.misses(kCaller);
-    rig.forwards(kCaller);
-    rig.time.advance(1);
-    EXPECT_TRUE(rig.misses(kCaller));
-    EXPECT_EQ(rig.items<MissedCallItem>().front().getMissedCallInfoList().size(), 2U);
-}
-
-TEST_F(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
+TEST(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
+    EntryRig rig;
+    rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = true; });
     rig.clock.adoptClock(nullptr);
-    rig.forwards(kCaller);
-    EXPECT_TRUE(rig.misses(kCaller));
-    EXPECT_TRUE(rig.forwards(kCaller));
+    rig.files<ForwardedCallItem>("4711");
+    EXPECT_TRUE(rig.files<MissedCallItem>("4711"));
+    EXPECT_TRUE(rig.files<ForwardedCallItem>("4711"));
     EXPECT_EQ(rig.items<MissedCallItem>().size(), 1U);
 }
 

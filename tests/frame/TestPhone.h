@@ -6,6 +6,11 @@
 #include <string>
 #include <utility>
 
+#include "host/services/Mobility.h"
+#include "host/services/PallaxClient.h"
+#include "host/services/Team.h"
+#include "host/services/UnifiedCommunications.h"
+#include "host/services/WebServices.h"
 #include "include/JournalServiceQorvexTel.h"
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAEventCause.h"
@@ -19,11 +24,6 @@
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeDirectory.h"
 #include "tests/support/FakeLocalMgmt.h"
-#include "tests/support/FakeMobility.h"
-#include "tests/support/FakePallax.h"
-#include "tests/support/FakeTeam.h"
-#include "tests/support/FakeUc.h"
-#include "tests/support/FakeWsi.h"
 
 namespace journaltest {
 
@@ -65,38 +65,19 @@ public:
     }
 
     void rings(const std::string& callId, const CSTADevice& caller) const {
-        CSTADeliveredEvent event;
-        event.setConnection(callId, CSTADevice::kLocalDevice);
+        auto event = eventOf<CSTADeliveredEvent>(callId, CSTA_LCS_Alerting, CSTA_EC_NewCall);
         event.setAlertingDevice(ownLine());
         event.setCallingDevice(caller);
         event.setCalledDevice(ownLine());
-        event.setLocalConnectionInfo(CSTA_LCS_Alerting);
-        event.setCause(CSTA_EC_NewCall);
         service->deliverEvent(&event);
     }
-    void answers(const std::string& callId, const CSTADevice& caller) const {
-        CSTAEstablishedEvent event;
-        event.setConnection(callId, CSTADevice::kLocalDevice);
-        event.setAnsweringDevice(ownLine());
-        event.setCallingDevice(caller);
-        event.setCalledDevice(ownLine());
-        event.setLocalConnectionInfo(CSTA_LCS_Connected);
-        event.setCause(CSTA_EC_NewCall);
+    void holds(const std::string& callId, int cause) const {
+        auto event = eventOf<CSTAHeldEvent>(callId, CSTA_LCS_Hold, cause);
         service->deliverEvent(&event);
     }
-    void holds(const std::string& callId, int cause = CSTA_EC_None) const {
-        CSTAHeldEvent event;
-        event.setConnection(callId, CSTADevice::kLocalDevice);
-        event.setLocalConnectionInfo(CSTA_LCS_Hold);
-        event.setCause(cause);
-        service->deliverEvent(&event);
-    }
-    void clears(const std::string& callId, int cause = CSTA_EC_NormalClearing) const {
-        CSTAConnectionClearedEvent event;
-        event.setConnection(callId, CSTADevice::kLocalDevice);
+    void clears(const std::string& callId) const {
+        auto event = eventOf<CSTAConnectionClearedEvent>(callId, CSTA_LCS_Null, CSTA_EC_NormalClearing);
         event.setReleasingDevice(ownLine());
-        event.setLocalConnectionInfo(CSTA_LCS_Null);
-        event.setCause(cause);
         service->deliverEvent(&event);
     }
     void misses(const std::string& callId, const CSTADevice& caller) const {
@@ -109,10 +90,19 @@ public:
         service->getMissedCallList(items);
         return items;
     }
-    [[nodiscard]] std::deque<ReceivedCallItem> received() const {
-        std::deque<ReceivedCallItem> items;
-        service->getReceivedCallList(items);
-        return items;
+    [[nodiscard]] std::vector<MissedCallItem> missedRows() const {
+        return database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS);
+    }
+    /// Hands the service one setting, as the management does; answers what the service does.
+    [[nodiscard]] bool takes(const std::string& key, const std::string& value) const {
+        ManageableData data;
+        data.populate(key, key, value);
+        return service->setData(data);
+    }
+    [[nodiscard]] std::string setting(const std::string& key) const {
+        ManageableData data;
+        data.setRootId(key, nullptr);
+        return service->getData(data) ? data.interogate(key)->getValue() : "refused";
     }
 
     FakeContext context;
@@ -122,12 +112,23 @@ public:
     FakeLocalMgmt management;
     FakeClock clock;
     FakeDigits digits;
-    FakeMobility mobility;
-    FakeTeam team;
-    FakeUc uc;
-    FakePallax pallax;
-    FakeWsi wsi;
+    host::Mobility mobility;
+    host::Team team;
+    host::UnifiedCommunications uc;
+    host::PallaxClient pallax;
+    host::WebServices wsi;
     std::unique_ptr<JournalServiceQorvexTel> service;
+
+private:
+    /// An event of the line's own connection of the call.
+    template <typename Event>
+    static Event eventOf(const std::string& callId, int state, int cause) {
+        Event event;
+        event.setConnection(callId, CSTADevice::kLocalDevice);
+        event.setLocalConnectionInfo(state);
+        event.setCause(cause);
+        return event;
+    }
 };
 
 }  // namespace journaltest

@@ -3,22 +3,36 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <string>
 
+#include "tests/support/Table.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace {
 
 using host::Configuration;
+using journaltest::table;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
-using namespace std::string_literals;
+using testing::StartsWith;
 
 Configuration parsed(const std::string& toml) {
-    return Configuration::parse(toml, "test.toml");
+    return Configuration::parse(toml, "t.toml");
+}
+
+/// What a text is refused with; its lines stand between ";".
+std::string refusalOf(std::string toml) {
+    std::replace(toml.begin(), toml.end(), ';', '\n');
+    try {
+        static_cast<void>(parsed(toml));
+    } catch (const host::ConfigurationError& error) {
+        return error.what();
+    }
+    return "accepted";
 }
 
 TEST(Configuration, TakesEveryValueOfAFile) {
@@ -68,29 +82,24 @@ file = "/var/log/calljournal.log"
     EXPECT_EQ(read, expected);
 }
 
-TEST(Configuration, LeavesWhatAFileDoesNotNameAtItsDefault) {
-    EXPECT_EQ(parsed(""), Configuration());
+// The page promises that its example is the default.
+TEST(Configuration, LeavesWhatAFileDoesNotNameAtTheDefaultThatItsPageShows) {
+    std::ifstream stream(CONFIGURATION_PAGE);
+    const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    const std::size_t begin = page.find("```toml\n") + 8;
+    const std::string example = page.substr(begin, page.find("```", begin) - begin);
+    ASSERT_THAT(example, HasSubstr("feature-access-codes"));
     Configuration expected;
+    EXPECT_EQ(parsed(example), expected);
+    EXPECT_EQ(parsed(""), expected);
     expected.callSwitch.port = 1;
     EXPECT_EQ(parsed("[switch]\nport = 1\n[log]\n"), expected);
 }
 
 TEST(Configuration, TakesALineInSingleAndInDoubleBrackets) {
-    const std::string shared = "[[line.shared]]\ndevice = \"7\"\n";
-    EXPECT_EQ(parsed("[[line]]\ndevice = \"3001\"\n" + shared),
-              parsed("[line]\ndevice = \"3001\"\n" + shared));
-    EXPECT_EQ(parsed("[[line]]\ndevice = \"3001\"\n" + shared).lines.front().shared.front().device, "7");
-}
-
-// The page promises that its example is the default.
-TEST(Configuration, HasTheDefaultsThatItsPageShows) {
-    std::ifstream stream(CONFIGURATION_PAGE);
-    const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    const std::size_t begin = page.find("```toml\n") + 8;
-    ASSERT_NE(begin, std::string::npos);
-    const std::string example = page.substr(begin, page.find("```", begin) - begin);
-    ASSERT_THAT(example, HasSubstr("feature-access-codes"));
-    EXPECT_EQ(parsed(example), Configuration());
+    const std::string line = "[line]\ndevice = \"3001\"\n[[line.shared]]\ndevice = \"7\"\n";
+    EXPECT_EQ(parsed(line).lines.front().shared.front().device, "7");
+    EXPECT_EQ(parsed('[' + line.substr(0, 6) + ']' + line.substr(6)), parsed(line));
 }
 
 TEST(Configuration, IsLoadedFromAFile) {
@@ -98,31 +107,71 @@ TEST(Configuration, IsLoadedFromAFile) {
     const auto file = directory.path() / "calljournal.toml";
     std::ofstream(file) << "[line]\ndevice = \"42\"\n";
     EXPECT_EQ(Configuration::load(file).lines.front().device, "42");
-
     for (const auto& wrong : {directory.path(), directory.path() / "absent.toml"}) {
-        try {
-            static_cast<void>(Configuration::load(wrong));
-            ADD_FAILURE() << wrong;
-        } catch (const host::ConfigurationError& error) {
-            EXPECT_THAT(error.what(), HasSubstr(wrong.string() + ": "));
-        }
+        EXPECT_THROW(static_cast<void>(Configuration::load(wrong)), host::ConfigurationError) << wrong;
     }
 }
 
 TEST(Configuration, KeepsWhatTheCommandLineSetsApartFromTheFile) {
     Configuration configuration;
-    configuration.set("system-identifier=2");
-    configuration.set("voice-mail-e164=+49=30");
-    configuration.set("call-log-control=");
-    configuration.set("system-identifier=1");
+    for (const char* const set :
+         {"system-identifier=2", "voice-mail-e164=+49=30", "call-log-control=", "system-identifier=1"}) {
+        configuration.set(set);
+    }
     EXPECT_THAT(configuration.managementOverrides,
                 ElementsAre(Pair("call-log-control", ""), Pair("system-identifier", "1"),
                             Pair("voice-mail-e164", "+49=30")));
     EXPECT_EQ(configuration.management, Configuration().management);
-
     for (const char* const wrong : {"", "=", "=2", "system-identifier", "a key=1"}) {
         EXPECT_THROW(configuration.set(wrong), host::ConfigurationError) << wrong;
     }
+}
+
+// Rows: the text, its lines between ";"; line and key with which the message begins; what it must say.
+TEST(Configuration, IsRefusedWithFileLineKeyAndWhatIsWrong) {
+    for (const auto& row : table(3, R"(
+        [line];device =                              | 2:                     |
+        [line];device = "1";device = "2"             | 3:                     | device
+        ;[swich];port = 1                            | 2: swich:              | known here: api, data
+        [switch];host = "a";prot = 1                 | 3: switch.prot:        | known here: edition, host
+        [line];device = "1";number = "2"             | 3: line.number:        | known here: bluetooth, device
+        [[line.shared]];device = "1";log = true      | 3: line.shared.log:    | log-missed-calls
+        ;switch = "pbx"                              | 2: switch:             | [switch]
+        [[api]];auth = "none"                        | 1: api:                | [api]
+        line = 1                                     | 1: line:               | [[line]]
+        line = []                                    | 1: line:               | [[line]]
+        [[line]];device = "1";[[line]];device = "2"  | 3: line:               | serves one line
+        [line];device = 2001                         | 2: line.device:        | quotation marks
+        [line];device = ""                           | 2: line.device:        | must not be empty
+        [line];[[line.shared]];log-missed-calls = true | 2: line.shared.device: | must not be empty
+        [[line.shared]];device = "7";[[line.shared]];device = "7" | 4: line.shared.device: | "7" is named
+        [[line.shared]];device = "2001"              | 2: line.shared.device: | named already
+        [[line.shared]];log-missed-calls = "yes";device = "7" | 2: line.shared.log-missed-calls: | true or
+        [switch];host = ""                           | 2: switch.host:        | must not be empty
+        [switch];port = 0                            | 2: switch.port:        | from 1 to 65535
+        [switch];port = 65536                        | 2: switch.port:        | from 1 to 65535
+        [switch];port = 4242.0                       | 2: switch.port:        | whole number
+        [switch];edition = "ed7"                     | 2: switch.edition:     | "ed3", "ed4", "ed5"
+        [switch];session = "Auto"                    | 2: switch.session:     | application-session
+        [switch];tls = true                          | 2: switch.tls:         | no TLS
+        [switch];reconnect-max-s = 0                 | 2: switch.reconnect-max-s: | from 1 to 3600
+        [api];listen = "127.0.0.1"                   | 2: api.listen:         | ADDR:PORT
+        [api];auth = "password"                      | 2: api.auth:           | "token", "none"
+        [data];store = "postgresql://db"             | 2: data.store:         | must be "sqlite"
+        [management];"system-identifier" = 2         | 2: management.system-identifier: | quotation marks
+        [management.system];identifier = "2"         | 1: management.system:  | quotation marks
+        [digits];region = "de"                       | 2: digits.region:      | two capital letters
+        [digits];feature-access-codes = "*61"        | 2: digits.feature-access-codes: | a list of texts
+        [digits];feature-access-codes = ["*61",; 62] | 3: digits.feature-access-codes: | quotation marks
+        [digits];feature-access-codes = ["park"]     | 2: digits.feature-access-codes: | digits
+        [digits];feature-access-codes = [""]         | 2: digits.feature-access-codes: | digits
+        [log];level = "verbose"                      | 2: log.level:          | "warning"
+    )")) {
+        const std::string refusal = refusalOf(row[0]);
+        EXPECT_THAT(refusal, StartsWith("t.toml:" + row[1])) << row[0];
+        EXPECT_THAT(refusal, HasSubstr(row[2])) << row[0];
+    }
+    EXPECT_THAT(refusalOf("[line];device = \"\xff\""), StartsWith("t.toml:2: "));
 }
 
 }  // namespace

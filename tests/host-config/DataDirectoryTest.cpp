@@ -1,43 +1,19 @@
 #include "host/config/DataDirectory.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstdlib>
 #include <fstream>
-#include <optional>
-#include <string>
 
 #include "host/config/ConfigurationError.h"
+#include "host/config/Endpoint.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace {
 
-/// Sets an environment variable, or takes it away, for as long as it lives.
-class Variable {
-public:
-    Variable(const char* name, const char* value) : m_name(name) {
-        if (const char* const before = std::getenv(name)) {
-            m_before = before;
-        }
-        set(value);
-    }
-    ~Variable() { set(m_before ? m_before->c_str() : nullptr); }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-private:
-    void set(const char* value) const {
-        if (value == nullptr) {
-            ::unsetenv(m_name);
-        } else {
-            ::setenv(m_name, value, 1);
-        }
-    }
-
-    const char* const m_name;
-    std::optional<std::string> m_before;
-};
+void setVariable(const char* name, const char* value) {
+    static_cast<void>(value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1));
+}
 
 TEST(DataDirectory, FollowsTheEnvironment) {
     const struct {
@@ -49,28 +25,17 @@ TEST(DataDirectory, FollowsTheEnvironment) {
         {nullptr, "/home/ada", "/home/ada/.local/state/calljournal"},
         {"", "/home/ada", "/home/ada/.local/state/calljournal"},
         {"relative", "/home/ada", "/home/ada/.local/state/calljournal"},
+        {nullptr, nullptr, nullptr},
     };
     for (const auto& each : cases) {
-        const Variable state("XDG_STATE_HOME", each.state);
-        const Variable home("HOME", each.home);
-        EXPECT_EQ(host::defaultDataDirectory(), each.directory);
+        setVariable("XDG_STATE_HOME", each.state);
+        setVariable("HOME", each.home);
+        if (each.directory != nullptr) {
+            EXPECT_EQ(host::defaultDataDirectory(), each.directory);
+        } else {
+            EXPECT_THROW(static_cast<void>(host::defaultDataDirectory()), host::ConfigurationError);
+        }
     }
-}
-
-TEST(DataDirectory, IsAskedForWhereThereIsNoHome) {
-    const Variable state("XDG_STATE_HOME", nullptr);
-    const Variable home("HOME", nullptr);
-    EXPECT_THROW(static_cast<void>(host::defaultDataDirectory()), host::ConfigurationError);
-}
-
-TEST(DataDirectory, IsMadeForItsOwnerOnly) {
-    const TemporaryDirectory temporary;
-    const auto directory = temporary.path() / "state" / "calljournal";
-    host::makeDataDirectory(directory);
-    host::makeDataDirectory(directory);
-    struct stat status {};
-    ASSERT_EQ(::stat(directory.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0700U);
 }
 
 TEST(DataDirectory, IsRefusedWhereAFileStands) {
@@ -79,6 +44,21 @@ TEST(DataDirectory, IsRefusedWhereAFileStands) {
     std::ofstream(file) << "x";
     EXPECT_THROW(host::makeDataDirectory(file), host::ConfigurationError);
     EXPECT_THROW(host::makeDataDirectory(file / "below"), host::ConfigurationError);
+}
+
+TEST(Endpoint, IsAHostAndAPort) {
+    for (const char* const text : {"127.0.0.1:8080", "localhost:0", "0.0.0.0:65535", "[::1]:4242"}) {
+        const auto read = host::parseEndpoint(text);
+        ASSERT_TRUE(read) << text;
+        EXPECT_EQ(read->text(), text);
+    }
+    EXPECT_EQ(host::parseEndpoint("[::1]:4242"), (host::Endpoint{"::1", 4242}));
+    for (const char* const text :
+         {"", ":", ":80", "127.0.0.1", "127.0.0.1:", "127.0.0.1:65536", "127.0.0.1:-1", "127.0.0.1:+1",
+          "127.0.0.1:80x", "127.0.0.1: 80", "a b:80", "::1:80", "[::1]", "[]:80", "[::1:80",
+          "http://127.0.0.1:80", "[[::1]]:80"}) {
+        EXPECT_FALSE(host::parseEndpoint(text)) << text;
+    }
 }
 
 }  // namespace

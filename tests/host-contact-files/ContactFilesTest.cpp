@@ -3,11 +3,15 @@
 #include <rapidcheck.h>
 
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "host/contact-files/ContactReader.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/contact-files/FileText.h"
 #include "tests/journal-library/RandomItems.h"
+#include "tests/support/Table.h"
 
 namespace {
 
@@ -29,35 +33,35 @@ std::string card(const std::string& properties, const std::string& version = "4.
     return "BEGIN:VCARD\r\nVERSION:" + version + "\r\n" + properties + "\r\nEND:VCARD\r\n";
 }
 
+// Rows: the properties, with "~" for the end of a line and "^" for a tab; the fields of the contact.
 TEST(VCard, IsReadIntoTheFieldsOfAContact) {
-    const struct {
-        const char* properties;
-        const char* contact;
-    } cases[] = {
-        {"N:Miller;Ada;;Dr.;", "surname=Miller;firstname=Ada;"},
-        {"FN:Ada Miller\r\nN:;;;;", "surname=Ada Miller;"},
-        {"ORG:Acme\\, Inc.;Sales", "surname=Acme, Inc.;company=Acme, Inc.;"},
-        {"item1.n;charset=utf-8:M\xc3\xbc\r\n ller;Ad\r\n\ta", "surname=Müller;firstname=Ada;"},
-        {"N:M\r\nTEL;TYPE=cell:1\r\nTEL;TYPE=home:2\r\nTEL;TYPE=work:3\r\nTEL;TYPE=WORK:4",
-         "surname=M;office=3;mobile=1;private=2;office2=4;"},
-        {"N:M\r\nTEL:1\r\nTEL;CELL:2\r\nTEL;TYPE=\"voice,work\":3", "surname=M;office=3;mobile=2;office2=1;"},
-        {"N:M\r\nTEL;TYPE=home,pref:2\r\nTEL;TYPE=work:3", "surname=M;office=3;private=2;defaultNumber=3;"},
-        {"N:M\r\nTEL;TYPE=home;PREF=2:2\r\nTEL;TYPE=work;PREF=1:3",
-         "surname=M;office=3;private=2;defaultNumber=1;"},
-        {"N:M\r\nTEL;VALUE=uri;TYPE=work:tel:+49-30-1234;ext=5", "surname=M;office=+49-30-1234;"},
-        {"N:M\r\nTEL;VALUE=uri:tel:7042;phone-context=+49-30", "surname=M;office=+49-307042;"},
-        {"N:M\r\nEMAIL:a@x\r\nEMAIL;PREF=1:b@x", "surname=M;email=b@x;"},
-        {"N:M\r\nADR:;;Street 1;Town;;12345;DE\r\nADR:;;B;;;;\r\nADR:;;C;;;;",
-         "surname=M;address=Street 1, 12345 Town, DE;address2=B;"},
-        {"N:M\r\nCATEGORIES:a,b\\,c\r\nROLE:r\r\nTITLE:t", "surname=M;group=a, b,c;jobFunction=t;"},
-        {"N:M\r\nUID:urn:uuid:7\r\nPHOTO:https://x/y.png", "surname=M;picture=https://x/y.png;externalId=7;"},
-        {"N:M\r\nPHOTO:data:image/png;base64,AAAA\r\nPHOTO;ENCODING=b:AAAA\r\nNOTE:x", "surname=M;"},
-    };
-    for (const auto& each : cases) {
+    for (const auto& row : journaltest::table(2, R"(
+        N:Miller;Ada;;Dr.;                                   | surname=Miller;firstname=Ada;
+        FN:Ada Miller~N:;;;;                                 | surname=Ada Miller;
+        ORG:Acme\, Inc.;Sales                                | surname=Acme, Inc.;company=Acme, Inc.;
+        item1.n;charset=utf-8:Mü~ ller;Ad~^a                 | surname=Müller;firstname=Ada;
+        N:M~TEL;TYPE=cell:1~TEL;TYPE=home:2~TEL;TYPE=work:3~TEL;TYPE=WORK:4
+          +                                                  | surname=M;office=3;mobile=1;private=2;office2=4;
+        N:M~TEL:1~TEL;CELL:2~TEL;TYPE="voice,work":3         | surname=M;office=3;mobile=2;office2=1;
+        N:M~TEL;TYPE=home,pref:2~TEL;TYPE=work:3             | surname=M;office=3;private=2;defaultNumber=3;
+        N:M~TEL;TYPE=home;PREF=2:2~TEL;TYPE=work;PREF=1:3    | surname=M;office=3;private=2;defaultNumber=1;
+        N:M~TEL;VALUE=uri;TYPE=work:tel:+49-30-1234;ext=5    | surname=M;office=+49-30-1234;
+        N:M~TEL;VALUE=uri:tel:7042;phone-context=+49-30      | surname=M;office=+49-307042;
+        N:M~EMAIL:a@x~EMAIL;PREF=1:b@x                       | surname=M;email=b@x;
+        N:M~ADR:;;Street 1;Town;;12345;DE~ADR:;;B;;;;~ADR:;;C;;;;
+          +                                       | surname=M;address=Street 1, 12345 Town, DE;address2=B;
+        N:M~CATEGORIES:a,b\,c~ROLE:r~TITLE:t                 | surname=M;group=a, b,c;jobFunction=t;
+        N:M~UID:urn:uuid:7~PHOTO:https://x/y.png             | surname=M;picture=https://x/y.png;externalId=7;
+        N:M~PHOTO:data:image/png;base64,AA~PHOTO;ENCODING=b:AA~NOTE:x | surname=M;
+    )")) {
+        std::string properties;
+        for (const char letter : row[0]) {
+            properties += letter == '~' ? "\r\n" : letter == '^' ? "\t" : std::string(1, letter);
+        }
         Contact expected;
-        ASSERT_TRUE(Contact::deserialize(each.contact, expected));
+        ASSERT_TRUE(Contact::deserialize(row[1], expected));
         expected.setContactSource(Contact::eOrderedContactSource::ePersonal);
-        const auto records = recordsOf(ContactFormat::eVCard, card(each.properties));
+        const auto records = recordsOf(ContactFormat::eVCard, card(properties));
         ASSERT_EQ(records.size(), 1U);
         EXPECT_EQ(records.front().contact, expected) << records.front().contact.serialize();
         EXPECT_EQ(records.front().refusal, "");
@@ -65,11 +69,7 @@ TEST(VCard, IsReadIntoTheFieldsOfAContact) {
 }
 
 TEST(VCard, IsSkippedWithLineAndReasonAndHindersNoOther) {
-    const std::string good = card("N:Good");
-    const struct {
-        std::string bad;
-        const char* reason;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {card("TEL:1"), "it has no name"},
         {card("N:M", "2.1"), "it is vCard 2.1; save it as vCard 3.0 or 4.0"},
         {card("N;ENCODING=QUOTED-PRINTABLE:M=C3=BC", "3.0"),
@@ -78,13 +78,10 @@ TEST(VCard, IsSkippedWithLineAndReasonAndHindersNoOther) {
         {"BEGIN:VCARD\r\nVERSION:3.0\r\nN:M\r\n", "it has no END:VCARD"},
         {"<html>\r\n\r\n", "what stands here belongs to no card"},
     };
-    for (const auto& each : cases) {
-        std::string text = good;
-        text.append(each.bad).append(good);
-        const auto records = recordsOf(ContactFormat::eVCard, text);
-        ASSERT_EQ(records.size(), 3U) << each.bad;
-        EXPECT_EQ(records[1].refusal, each.reason);
-        EXPECT_EQ(records[1].line, 5U) << each.bad;
+    for (const auto& [bad, reason] : cases) {
+        const auto records = recordsOf(ContactFormat::eVCard, card("N:Good") + bad + card("N:Good"));
+        ASSERT_EQ(records.size(), 3U) << bad;
+        EXPECT_EQ(std::to_string(records[1].line) + records[1].refusal, "5" + reason);
         EXPECT_EQ(records[2].refusal + records[2].contact.getSurname(), "Good");
     }
 }
@@ -98,30 +95,24 @@ TEST(VCard, SaysWhichNumbersAreLeftOut) {
 }
 
 TEST(Csv, IsReadByTheNamesOfItsColumns) {
-    const struct {
-        const char* text;
-        const char* contacts;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"surname,office\nMiller,4711\n\nZuse,4712", "Miller 4711|Zuse 4712|"},
         {"\xEF\xBB\xBFOFFICE;Surname;shoe size\r\n 4711 ;\"Mil;ler\";9\r\n", "Mil;ler 4711|"},
         {"surname\toffice\n\"Mil\n\"\"ler\"\"\"\t1\n", "Mil\n\"ler\" 1|"},
         {"surname,source\nMiller\n,\nZuse,none\n",
-         "Miller |3: it has no name|4: its source has a value that is "
-         "unknown: none|"},
+         "Miller |3: it has no name|4: its source has a value that is unknown: none|"},
         {"surname\nM\xfcller\nA,B\n\"Zuse\n",
-         "2: its surname is not UTF-8|3: it has more cells than there are "
-         "columns; is a quotation mark missing?|4: a quotation mark is not "
-         "closed|"},
+         "2: its surname is not UTF-8|3: it has more cells than there are columns; is a quotation mark "
+         "missing?|4: a quotation mark is not closed|"},
     };
-    for (const auto& each : cases) {
+    for (const auto& [text, expected] : cases) {
         std::string contacts;
-        for (const auto& record : recordsOf(ContactFormat::eCsv, each.text)) {
+        for (const auto& record : recordsOf(ContactFormat::eCsv, text)) {
             contacts += record.refusal.empty()
-                            ? record.contact.getSurname() + " " + record.contact.getOffice()
-                            : std::to_string(record.line) + ": " + record.refusal;
-            contacts += '|';
+                            ? record.contact.getSurname() + " " + record.contact.getOffice() + '|'
+                            : std::to_string(record.line) + ": " + record.refusal + '|';
         }
-        EXPECT_EQ(contacts, each.contacts) << each.text;
+        EXPECT_EQ(contacts, expected) << text;
     }
 }
 

@@ -3,102 +3,110 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <future>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "host/switch/SwitchSimulator.h"
-#include "platform/csta/CSTAEvent.h"
 #include "tests/host-csta/LinkFixture.h"
 
 namespace {
 
-using host::SwitchAnswering;
 using linktest::LinkTest;
 using testing::ElementsAre;
+using Answering = host::SwitchAnswering;
 
 constexpr auto kReceived = host::SwitchLogEntry::Direction::eReceived;
 
 class CstaLinkAtSwitch : public LinkTest {
 protected:
-    CstaLinkAtSwitch() : simulator({"127.0.0.1", 0, "2001", "ed4", false}) { simulator.start(); }
+    CstaLinkAtSwitch() { simulator.start(); }
 
     void play(const std::string& text) { simulator.run(host::Scenario::parse(text)); }
 
     void startConnected(const host::CstaLinkConfig& config) {
         startLink(config);
-        ASSERT_TRUE(awaitStatus(true, false));
+        ASSERT_TRUE(becomes("connected"));
     }
     void startMonitored() {
         startConnected(configFor(simulator.port()));
         ASSERT_EQ(startMonitor(), "ok M1");
-        ASSERT_TRUE(awaitStatus(true, true));
+        ASSERT_TRUE(becomes("monitoring"));
+    }
+    bool switchGets(const std::string& message, std::size_t number = 1) {
+        return simulator.log().await(kReceived, message, number, linktest::kPatience);
     }
 
-    host::SwitchSimulator simulator;
+    host::SwitchSimulator simulator{{.port = 0}};
 };
 
-TEST_F(CstaLinkAtSwitch, MonitorsAgainAfterTheSwitchWasAwayHoweverOftenItRefuses) {
+TEST_F(CstaLinkAtSwitch, TellsTheStatusAndMonitorsAgainHoweverOftenTheSwitchStopsOrRefuses) {
     startMonitored();
     EXPECT_EQ(registerForStatus(phone), "ok");
-    ASSERT_EQ(phone.await(1).size(), 1U);
-    simulator.setAnswering("MonitorStart", SwitchAnswering::eRefuse);
+    EXPECT_EQ(registerForStatus(phone), "ok");  // twice, but told once
+    play(
+        "status initializing; status enabled; status enabled; status overloadReached;"
+        "status partiallyDisabled; status normal");
+    EXPECT_TRUE(switchGets("MonitorStart", 2));
+    simulator.stopMonitors("2001");
+    EXPECT_TRUE(switchGets("MonitorStart", 3));
+    simulator.setAnswering("MonitorStart", Answering::eRefuse);
     simulator.dropClients();
-    EXPECT_TRUE(awaitStatus(false, false));
-    EXPECT_TRUE(simulator.log().await(kReceived, "MonitorStart", 4, linktest::kPatience));
-    simulator.setAnswering("MonitorStart", SwitchAnswering::eNormally);
-    EXPECT_TRUE(awaitStatus(true, true));
-    ASSERT_EQ(phone.await(2).size(), 2U);
+    EXPECT_TRUE(becomes("away"));
+    EXPECT_TRUE(switchGets("MonitorStart", 6));
+    simulator.setAnswering("MonitorStart", Answering::eNormally);
+    EXPECT_TRUE(becomes("monitoring"));
+    EXPECT_EQ(phone.events.await(7).size(), 7U);
+    phone.onEvent([](const CSTAEvent& event) { EXPECT_EQ(event.getMonitorCrossRefID(), "M1"); });
     play("call c from 4711 to 2001; ring c");
-    EXPECT_THAT(phone.await(3),
-                ElementsAre("Devices 0 localDeviceID", "Status normal", "Delivered from 4711"));
+    EXPECT_THAT(
+        phone.events.await(8),
+        ElementsAre("Devices 0 localDeviceID", "Status reset", "Status enabled", "Status overloadReached",
+                    "Status partiallyDisabled", "Status normal", "Status normal", "Delivered from 4711"));
 }
 
 TEST_F(CstaLinkAtSwitch, TellsARefusalFromSilenceAndFromAnotherAnswer) {
     host::CstaLinkConfig config = configFor(simulator.port());
     config.requestTimeout = std::chrono::milliseconds(100);
     startConnected(config);
-    const std::pair<SwitchAnswering, const char*> escapes[] = {
-        {SwitchAnswering::eRefuse, "refused generic"},
-        {SwitchAnswering::eWrongly, "another answer"},
-        {SwitchAnswering::eNever, "no answer"},
-        {SwitchAnswering::eNormally, "ok"},
-    };
-    for (const auto& [answering, outcome] : escapes) {
-        simulator.setAnswering("Escape", answering);
-        EXPECT_EQ(escape(CallLogEntryRequest::eDeleteAll), outcome);
-    }
     EXPECT_EQ(escape(7), "refused invalidParameterValue");
-    const std::pair<SwitchAnswering, const char*> cases[] = {
-        {SwitchAnswering::eRefuse, "refused generic"},
-        {SwitchAnswering::eWrongly, "another answer"},
-        {SwitchAnswering::eNever, "no answer"},
-        {SwitchAnswering::eHangUp, "no answer"},
+    const struct {
+        const char* request;
+        Answering answering;
+        const char* outcome;
+    } cases[] = {
+        {"Escape", Answering::eRefuse, "refused generic"},
+        {"Escape", Answering::eWrongly, "another answer"},
+        {"Escape", Answering::eNever, "no answer"},
+        {"Escape", Answering::eNormally, "ok"},
+        {"MonitorStart", Answering::eRefuse, "refused generic"},
+        {"MonitorStart", Answering::eWrongly, "another answer"},
+        {"MonitorStart", Answering::eNever, "no answer"},
+        {"MonitorStart", Answering::eHangUp, "no answer"},
         // None of the four is wanted any more: only this one is started on the new connection.
-        {SwitchAnswering::eNormally, "ok M5"},
+        {"MonitorStart", Answering::eNormally, "ok M5"},
     };
-    for (const auto& [answering, outcome] : cases) {
-        simulator.setAnswering("MonitorStart", answering);
-        EXPECT_EQ(startMonitor(), outcome);
+    for (const auto& [request, answering, outcome] : cases) {
+        simulator.setAnswering(request, answering);
+        EXPECT_EQ(*request == 'E' ? escape(CallLogEntryRequest::eDeleteAll) : startMonitor(), outcome);
     }
-    EXPECT_TRUE(awaitStatus(true, true));
+    EXPECT_TRUE(becomes("monitoring"));
     EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 5U);
 }
 
 TEST_F(CstaLinkAtSwitch, EndsAWaitingRequestWithItsConnectionAndWithItself) {
     startConnected(configFor(simulator.port()));
-    simulator.setAnswering("MonitorStart", SwitchAnswering::eNever);
+    simulator.setAnswering("MonitorStart", Answering::eNever);
     const auto wait = [this](std::size_t nth) {
         std::future<std::string> waiting = std::async(std::launch::async, [this] { return startMonitor(); });
-        EXPECT_TRUE(simulator.log().await(kReceived, "MonitorStart", nth, linktest::kPatience));
+        EXPECT_TRUE(switchGets("MonitorStart", nth));
         return waiting;
     };
     std::future<std::string> first = wait(1);
     simulator.dropClients();
     EXPECT_EQ(first.get(), "no answer");
-    ASSERT_TRUE(awaitStatus(true, false));
+    ASSERT_TRUE(becomes("connected"));
     std::future<std::string> second = wait(2);
     link->stop();
     EXPECT_EQ(second.get(), "no answer");
@@ -126,32 +134,32 @@ TEST_F(CstaLinkAtSwitch, ServesRequestsOfSeveralThreadsAtOnce) {
 
 TEST_F(CstaLinkAtSwitch, DeliversNothingOnceAMonitorIsStopped) {
     startMonitored();
-    simulator.setAnswering("MonitorStop", SwitchAnswering::eRefuse);
+    simulator.setAnswering("MonitorStop", Answering::eRefuse);
     EXPECT_EQ(stopMonitor("M1"), "refused generic");
-    simulator.setAnswering("MonitorStop", SwitchAnswering::eNormally);
+    simulator.setAnswering("MonitorStop", Answering::eNormally);
     // Stopped from inside the first event, while the others are already on their way to the strand.
     phone.onEvent(
         [&](const CSTAEvent& event) { EXPECT_EQ(stopMonitor(event.getMonitorCrossRefID()), "ok"); });
     play("call c from 4711 to 2001; ring c; answer c; hangup c");
-    EXPECT_EQ(phone.await(1).size(), 1U);
-    EXPECT_TRUE(awaitStatus(true, false));
+    EXPECT_EQ(phone.events.await(1).size(), 1U);
+    EXPECT_TRUE(becomes("connected"));
     strand.drain();
-    EXPECT_EQ(phone.events().size(), 1U);
+    EXPECT_EQ(phone.events.all().size(), 1U);
     EXPECT_EQ(stopMonitor("M1"), "refused invalidMonitorCrossRefID");
 }
 
 TEST_F(CstaLinkAtSwitch, ForgetsTheMonitorsOfAServiceThatGoes) {
     startMonitored();
     EXPECT_EQ(registerForStatus(phone), "ok");
-    ASSERT_EQ(phone.await(1).size(), 1U);
+    ASSERT_EQ(phone.events.await(1).size(), 1U);
     phone.onEvent([&](const CSTAEvent&) { link->releaseService(phone); });
     play("call c from 4711 to 2001; ring c; answer c; hangup c");
-    EXPECT_EQ(phone.await(2).size(), 2U);
-    EXPECT_TRUE(simulator.log().await(kReceived, "MonitorStop"));
+    EXPECT_EQ(phone.events.await(2).size(), 2U);
+    EXPECT_TRUE(switchGets("MonitorStop"));
     simulator.sendSystemStatus("disabled");
-    EXPECT_TRUE(simulator.log().await(kReceived, "SystemStatusResponse"));
+    EXPECT_TRUE(switchGets("SystemStatusResponse"));
     strand.drain();
-    EXPECT_EQ(phone.events().size(), 2U);
+    EXPECT_EQ(phone.events.all().size(), 2U);
 }
 
 TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
@@ -162,17 +170,17 @@ TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
         CSTAMonitorFilter filter;
         filter.setHeldFilter(true);
         ASSERT_EQ(startMonitor("localDeviceID", filter), "ok M1");
-        const auto eventsOfACall = [&](std::size_t number) {
-            const std::size_t before = phone.events().size();
+        const auto lastEventsOfACall = [&](std::size_t number) {
+            const std::size_t before = phone.events.all().size();
             play("call c from 4711 to 2001; ring c; answer c; hold c; retrieve c; hangup c");
-            const std::vector<std::string> all = phone.await(before + number);
-            return std::vector<std::string>(all.begin() + static_cast<std::ptrdiff_t>(before), all.end());
+            std::vector<std::string> events = phone.events.await(before + number);
+            events.erase(events.begin(), events.begin() + static_cast<std::ptrdiff_t>(before) + 2);
+            return events;
         };
-        EXPECT_THAT(eventsOfACall(4),
-                    ElementsAre("Delivered from 4711", "Established from 4711", "Retrieved", "Cleared"));
+        EXPECT_THAT(lastEventsOfACall(4), ElementsAre("Retrieved", "ConnectionCleared"));
         filter.setHeldFilter(false);
         EXPECT_EQ(changeFilter("localDeviceID", filter), "ok");
-        EXPECT_EQ(eventsOfACall(5).at(2), "Held");
+        EXPECT_THAT(lastEventsOfACall(5), ElementsAre("Held", "Retrieved", "ConnectionCleared"));
         EXPECT_EQ(changeFilter("9999", filter), "refused invalidMonitorObject");
     }
     // One event was held back by the switch, the other by the link.
@@ -180,39 +188,16 @@ TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
     EXPECT_EQ(simulator.log().count(kReceived, "ChangeMonitorFilter"), 1U);
 }
 
-TEST_F(CstaLinkAtSwitch, TellsOfTheSystemStatusAndMonitorsAgainAfterARestart) {
-    startMonitored();
-    EXPECT_EQ(registerForStatus(phone), "ok");
-    EXPECT_EQ(registerForStatus(phone), "ok");  // twice, but told once
-    for (const char* word : {"initializing", "enabled", "enabled", "overloadReached", "partiallyDisabled"}) {
-        simulator.sendSystemStatus(word);
-    }
-    EXPECT_THAT(phone.await(5), ElementsAre("Devices 0 localDeviceID", "Status reset", "Status enabled",
-                                            "Status overloadReached", "Status partiallyDisabled"));
-    EXPECT_TRUE(simulator.log().await(kReceived, "MonitorStart", 2));
-}
-
 TEST_F(CstaLinkAtSwitch, OpensAnApplicationSessionFirst) {
-    simulator.setAnswering("StartApplicationSession", SwitchAnswering::eRefuse);
+    simulator.setAnswering("StartApplicationSession", Answering::eRefuse);
     host::CstaLinkConfig config = configFor(simulator.port());
     config.session = "application-session";
     startLink(config);
     EXPECT_EQ(startMonitor(), "ok M1");
-    EXPECT_TRUE(simulator.log().await(kReceived, "StartApplicationSession", 3, linktest::kPatience));
+    EXPECT_TRUE(switchGets("StartApplicationSession", 3));
     EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 0U);
-    simulator.setAnswering("StartApplicationSession", SwitchAnswering::eNormally);
-    EXPECT_TRUE(awaitStatus(true, true));
-}
-
-TEST(CstaLink, CanBeDestroyedAtAnyMoment) {
-    const auto drop = [](const std::function<void()>&) {};
-    { const host::CstaLink neverStarted({}, drop); }
-    host::CstaLinkConfig nobody;
-    nobody.port = 1;
-    for (int i = 0; i < 20; ++i) {
-        host::CstaLink link(nobody, drop);
-        link.start();
-    }
+    simulator.setAnswering("StartApplicationSession", Answering::eNormally);
+    EXPECT_TRUE(becomes("monitoring"));
 }
 
 }  // namespace

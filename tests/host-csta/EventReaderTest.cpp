@@ -4,362 +4,311 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "host/csta-wire/CallLogWire.h"
-#include "host/csta-wire/MessageWriter.h"
+#include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/WireDocument.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTAPrivateEvents.h"
-#include "tests/host-csta/EventTexts.h"
+#include "tests/host-csta/LinkFixture.h"
+#include "tests/support/Table.h"
 
 namespace {
 
-using host::WireDocument;
-using testing::ElementsAre;
+using host::comparableNumber;
+using host::DeviceText;
+using host::parseDeviceText;
+using journaltest::split;
+using journaltest::table;
+using testing::EndsWith;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
 
-/// The XML of members in short: "connection/7/2001|callingDevice:4711|cause=newCall" is a connection (call and device), a
-/// device identifier and a text; what begins with '<' stands for itself.
-std::string members(const std::string& text) {
-    const auto element = [](const std::string& name, const std::string& content) {
-        std::string xml = "<";
-        return xml.append(name).append(">").append(content).append("</").append(name).append(">");
+/// The XML of members in short, each after a space:
+///     connection/7/2001    a connection: its call and its device
+///     callingDevice:4711   a device identifier
+///     cause=newCall        a text
+///     moved/3/1/4711/TEXT  an entry of a connection list: new call, old call, number, endpoint
+/// What begins with "<" stands for itself; "_" is a space, and the brackets of N<4711>Ann need no escape.
+std::string membersOf(std::string text) {
+    static const std::vector<std::pair<std::regex, std::string>> kinds = {
+        {std::regex("N<([^>]*)>"), "N&lt;$1&gt;"},
+        {std::regex(" moved/(\\w+)/(\\w+)/(\\w+)/(\\S+)"),
+         "<connectionListItem> newConnection/$1/$3 oldConnection/$2/$3"
+         " <endpoint> deviceID=$4</endpoint></connectionListItem>"},
+        {std::regex(" (\\w+)/([^/ ]*)/([^< ]*)"), "<$1> callID=$2 deviceID=$3</$1>"},
+        {std::regex(" (\\w+):([^< ]*)"), "<$1> deviceIdentifier=$2</$1>"},
+        {std::regex(" (\\w+)=([^< ]*)"), "<$1>$2</$1>"},
+        {std::regex("_"), " "},
     };
-    std::istringstream in(text);
-    std::string xml;
-    for (std::string field; std::getline(in, field, '|');) {
-        if (field.empty()) {
-            continue;
-        }
-        const std::size_t at = std::min(field.find_first_of(":/=<"), field.size() - 1);
-        const std::string name = field.substr(0, at);
-        std::string value = field.substr(at + 1);
-        const std::size_t slash = value.find('/');
-        switch (field[at]) {
-            case ':': value = element("deviceIdentifier", value); break;
-            case '/':
-                value =
-                    element("callID", value.substr(0, slash)) + element("deviceID", value.substr(slash + 1));
-                break;
-            default: break;
-        }
-        xml += name.empty() ? field : element(name, value);
+    for (const auto& [kind, xml] : kinds) {
+        text = std::regex_replace(text, kind, xml);
     }
-    return xml;
+    return text;
 }
 
-/// An entry of a connection list: a party's connection before and after.
-std::string moved(const std::string& newCall, const std::string& oldCall, const std::string& number,
-                  const std::string& endpoint) {
-    return "<connectionListItem>" +
-           members("newConnection/" + newCall + "/" + number + "|oldConnection/" + oldCall + "/" + number) +
-           "<endpoint><deviceID>" + endpoint + "</deviceID></endpoint></connectionListItem>";
+/// "Held call: 7, device: here, own: 4, cause: 3", then what only some events hold; private data in brackets.
+std::string textOf(const CSTAEvent& event) {
+    std::string text =
+        linktest::nameOf(event) + (event.toString().empty() ? "" : " ") +
+        std::regex_replace(std::regex_replace(event.toString(), std::regex("localDeviceID"), "here"),
+                           std::regex("localConnection"), "own");
+    if (const auto* callBack = dynamic_cast<const CSTACallBackEvent*>(&event)) {
+        const CSTADevice& target = callBack->getTargetDevice();
+        text += callBack->getOriginatingDevice().isLocal() ? " from here" : " from elsewhere";
+        text += " to " + target.number + " " + target.name + (callBack->isSet() ? ", set" : ", cancelled");
+    }
+    if (const auto* membership = dynamic_cast<const CSTAConferenceMembershipEvent*>(&event)) {
+        std::string name;
+        std::string number;
+        for (std::size_t i = 1; membership->getUserInformation(i, name, number); ++i) {
+            text += ", " + number + (name.empty() ? "" : " " + name);
+        }
+    }
+    const auto* privateEvent = dynamic_cast<const CSTAPrivateEvent*>(&event);
+    const CallLogEntryEvent* entry = privateEvent == nullptr ? nullptr : privateEvent->getCallLogEntry();
+    if (entry != nullptr) {
+        std::ostringstream log;
+        log << " log " << entry->logTarget << ' ' << entry->subscriberNumber << ' ' << entry->name << ' '
+            << entry->presentationA << entry->presentationB << entry->presentationC << entry->presentationD
+            << ' ' << entry->textC << ' ' << entry->textD << ' ' << entry->valueE << ' ' << entry->textE
+            << ' ' << entry->valueF << ' ' << entry->textF << ' ' << entry->entryTime << ' '
+            << entry->entryTimeFormat << (entry->action == CallLogEntryEvent::eDelete ? ", deleted" : "");
+        text += log.str();
+    }
+    return text + (event.getPrivateData().empty() ? "" : " [" + event.getPrivateData() + "]");
 }
 
-/// A reader for the phone 2001; each call is one event of its monitor "M1".
-class Events {
-public:
-    std::vector<std::unique_ptr<CSTAEvent>> read(const std::string& root, const std::string& body,
-                                                 const std::string& monitored = "localDeviceID") {
+/// What the phone 2001 is told of events, each after a ";": its name, "Held" or on the monitor of another device
+/// "Held@2005", then its members.
+std::string told(const std::string& events) {
+    host::EventReader reader("2001");
+    std::string all;
+    for (const std::string& event : split(std::regex_replace(events, std::regex(" ; "), "\n"), '\n')) {
+        const std::vector<std::string> name = split(event.substr(0, event.find(' ')), '@');
+        const std::string members = event.substr(std::min(event.find(' '), event.size()));
+        const std::string root = name[0] + "Event>";
         std::string fault;
-        const std::optional<WireDocument> document = WireDocument::parse(
-            "<" + root + ">" + members("monitorCrossRefID=77|" + body) + "</" + root + ">", fault);
-        EXPECT_TRUE(document) << fault << ": " << body;
-        return m_reader.read(*document, {"M1", monitored});
-    }
-    /// The events as texts, each with its kind: "Delivered {call: 1, ...}".
-    Texts texts(const std::string& root, const std::string& body) {
-        Texts all;
-        for (const std::unique_ptr<CSTAEvent>& event : read(root, body)) {
-            all.push_back(linktest::nameOf(*event) + " {" + event->toString() + "}");
+        const auto document = host::WireDocument::parse(
+            "<" + root + membersOf(" monitorCrossRefID=77" + members) + "</" + root, fault);
+        EXPECT_TRUE(document) << fault << ": " << event;
+        for (const auto& read : reader.read(*document, {"M1", name.size() > 1 ? name[1] : "localDeviceID"})) {
+            all += (all.empty() ? "" : "; ") + textOf(*read);
         }
-        return all;
     }
+    return all;
+}
 
-private:
-    host::EventReader m_reader{"2001"};
-};
+/// Rows of events and what is told of them: the whole text, or after ".." a part of it.
+void expectTold(const std::string& rows) {
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        const std::string text = told(row[0]);
+        if (row[1].rfind("..", 0) == 0) {
+            EXPECT_THAT(text, HasSubstr(row[1].substr(2))) << row[0];
+        } else {
+            EXPECT_EQ(text, row[1]) << row[0];
+        }
+    }
+}
 
 TEST(EventReader, ReadsEveryEventOfACall) {
-    const struct {
-        const char* root;
-        const char* body;
-        Texts expected;
-    } cases[] = {
-        {"DeliveredEvent",
-         "connection/7/2001|alertingDevice:2001|callingDevice:N&lt;4711&gt;Ann|calledDevice:2001"
-         "|<lastRedirectionDevice><notRequired/></"
-         "lastRedirectionDevice>|localConnectionInfo=alerting|cause=newCall",
-         {"Delivered {call: 7, device: localDeviceID, calling: 4711 Ann, called: localDeviceID, alerting: "
-          "localDeviceID, localConnection: 2, cause: 22}"}},
-        // Picked up here.
-        {"EstablishedEvent",
-         "establishedConnection/7/2001|answeringDevice:2001|callingDevice:4711|calledDevice:2004"
-         "|<lastRedirectionDevice><numberDialed>2004</numberDialed></lastRedirectionDevice>|cause=callPickup",
-         {"Established {call: 7, device: localDeviceID, calling: 4711, called: 2004, answering: "
-          "localDeviceID, lastRedirection: 2004, localConnection: 3, cause: 11}"}},
-        {"HeldEvent",
-         "heldConnection/7/2001|holdingDevice:2001|localConnectionInfo=hold|cause=consultation",
-         {"Held {call: 7, device: localDeviceID, localConnection: 4, cause: 3}"}},
-        {"ConnectionClearedEvent",
-         "droppedConnection/7/2001|releasingDevice:2001|localConnectionInfo=null|cause=normalClearing",
-         {"Cleared {call: 7, device: localDeviceID, releasing: localDeviceID, localConnection: 0, cause: "
-          "48}"}},
-        {"OriginatedEvent",
-         "originatedConnection/8/2001|callingDevice:2001|calledDevice:4712|cause=newCall",
-         {"Originated {call: 8, device: localDeviceID, calling: localDeviceID, called: 4712, "
-          "localConnection: 3, cause: 22}"}},
-        {"NetworkReachedEvent", "outboundConnection/7/trunk-1", {"NetworkReached {device: trunk-1}"}},
-        {"DeliveredEvent",
-         "connection/8/4799|alertingDevice:4799|callingDevice:2001|calledDevice:4712|cause=redirected",
-         {"Delivered {call: 8, device: 4799, calling: localDeviceID, called: 4712, alerting: 4799, "
-          "localConnection: 3, cause: 25}"}},
-        {"FailedEvent",
-         "failedConnection/8/4712|failingDevice:4712|callingDevice:2001|calledDevice:4712|cause=busy",
-         {"Failed {call: 8, device: 4712, calling: localDeviceID, called: 4712, failing: 4712, "
-          "localConnection: 3, cause: 16}"}},
-        {"DivertedEvent",
-         "connection/7/2001|divertingDevice:2001|newDestination:205|cause=callForwardNoAnswer",
-         {"Diverted {call: 7, device: localDeviceID, diverting: localDeviceID, newDestination: 205, "
-          "localConnection: 0, cause: 8}",
-          "Cleared {call: 7, device: localDeviceID, releasing: localDeviceID, localConnection: 0, cause: "
-          "8}"}},
-        // Nothing but the event's name says which connection was meant.
-        {"DivertedEvent",
-         "cause=callPickup",
-         {"Diverted {call: call-M1, device: , localConnection: 0, cause: 13}",
-          "Cleared {call: call-M1, device: , localConnection: 0, cause: 40}"}},
-        {"DigitsDialedEvent", "<x/>", {}},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(Events().texts(one.root, one.body), one.expected) << one.body;
-    }
+    expectTold(R"(
+Delivered connection/7/2001 alertingDevice:2001 callingDevice:N<4711>Ann calledDevice:2001
++ <lastRedirectionDevice><notRequired/></lastRedirectionDevice> localConnectionInfo=alerting cause=newCall
++ | Delivered call: 7, device: here, calling: 4711 Ann, called: here, alerting: here, own: 2, cause: 22
+Established establishedConnection/7/2001 answeringDevice:2001 callingDevice:4711 calledDevice:2004
++ <lastRedirectionDevice><numberDialed>2004</numberDialed></lastRedirectionDevice> cause=callPickup
++ | Established call: 7, device: here, calling: 4711, called: 2004, answering: here, lastRedirection: 2004,
++ own: 3, cause: 11
+Held heldConnection/7/2001 holdingDevice:2001 localConnectionInfo=hold cause=consultation
++ | Held call: 7, device: here, own: 4, cause: 3
+ConnectionCleared droppedConnection/7/2001 releasingDevice:2001 localConnectionInfo=null cause=normalClearing
++ | ConnectionCleared call: 7, device: here, releasing: here, own: 0, cause: 48
+Originated originatedConnection/8/2001 callingDevice:2001 calledDevice:4712 cause=newCall
++ | Originated call: 8, device: here, calling: here, called: 4712, own: 3, cause: 22
+NetworkReached outboundConnection/7/trunk-1 | NetworkReached device: trunk-1
+Delivered connection/8/4799 alertingDevice:4799 callingDevice:2001 calledDevice:4712 cause=redirected
++ | Delivered call: 8, device: 4799, calling: here, called: 4712, alerting: 4799, own: 3, cause: 25
+Failed failedConnection/8/4712 failingDevice:4712 callingDevice:2001 calledDevice:4712 cause=busy
++ | Failed call: 8, device: 4712, calling: here, called: 4712, failing: 4712, own: 3, cause: 16
+Diverted connection/7/2001 divertingDevice:2001 newDestination:205 cause=callForwardNoAnswer
++ | Diverted call: 7, device: here, diverting: here, newDestination: 205, own: 0, cause: 8;
++ ConnectionCleared call: 7, device: here, releasing: here, own: 0, cause: 8
+Diverted cause=callPickup
++ | Diverted call: call-M1, device: , own: 0, cause: 13; ConnectionCleared call: call-M1, device: , own: 0, cause: 40
+CallInformation connection/-1/2001 device:2001 callingDevice:N<4711>Ann
++ | CallInformation call: -1, device: here, calling: 4711 Ann, device: 4711 Ann, own: 0, cause: 0
+CallInformation connection/-1/2001 device:N<4711>Ann | ..device: here, device: 4711 Ann,
+DigitsDialed <x/> |
+)");
 }
 
 TEST(EventReader, FollowsATransferToTheCallThatThePhoneKnows) {
-    const std::string byMe =
-        "primaryOldCall/11/2001|transferringDevice:2001|cause=transfer|<transferredConnections>" +
-        moved("13", "11", "4711", "4711") + moved("13", "12", "4712", "N&lt;4712&gt;Bob") +
-        "</transferredConnections>|";
-    const std::string calls =
-        "Transferred {call: 13, device: localDeviceID, primaryOldCall: 11, secondaryOldCall: ";
-    for (const char* to :
-         {"transferredToDevice:4712", "<transferredToDevice><notKnown/></transferredToDevice>"}) {
-        EXPECT_THAT(Events().texts("TransferedEvent", byMe + "secondaryOldCall/12/2001|" + to),
-                    ElementsAre("Cleared {call: 12, device: localDeviceID, releasing: localDeviceID, "
-                                "localConnection: 0, cause: 5}",
-                                calls + "12, transferring: localDeviceID, transferredTo: 4712 Bob, "
-                                        "localConnection: 0, cause: 5}"));
-    }
-    EXPECT_THAT(
-        Events().texts("TransferedEvent", byMe + "<transferredToDevice><restricted/></transferredToDevice>"),
-        ElementsAre(calls + ", transferring: localDeviceID, localConnection: 0, cause: 5}"));
-
-    const std::string toMe =
-        "primaryOldCall/21/210|secondaryOldCall/22/210|transferringDevice:210"
-        "|transferredToDevice:2001|<transferredConnections>" +
-        moved("23", "21", "4711", "4711") + moved("23", "22", "2001", "2001") + "</transferredConnections>";
-    for (const char* spelling : {"TransferedEvent", "TransferredEvent"}) {
-        EXPECT_THAT(
-            Events().texts(spelling, toMe),
-            ElementsAre("Transferred {call: 23, device: 210, primaryOldCall: 22, secondaryOldCall: 21, "
-                        "transferring: 210, transferredTo: localDeviceID, localConnection: 3, cause: 0}"));
-    }
+    expectTold(R"(
+Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001 transferredToDevice:4712
++ cause=transfer <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/N<4712>Bob </transferredConnections>
++ | ConnectionCleared call: 12, device: here, releasing: here, own: 0, cause: 5;
++ Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: 12, transferring: here,
++ transferredTo: 4712 Bob, own: 0, cause: 5
+Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001
++ <transferredToDevice><notKnown/></transferredToDevice>
++ <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/N<4712>Bob </transferredConnections>
++ | ..Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: 12, transferring: here,
++ transferredTo: 4712 Bob, own: 0
+Transfered primaryOldCall/11/2001 transferringDevice:2001 <transferredToDevice><restricted/></transferredToDevice>
++ <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/4712 </transferredConnections> cause=transfer
++ | Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: , transferring: here, own: 0, cause: 5
+Transfered primaryOldCall/21/210 secondaryOldCall/22/210 transferringDevice:210 transferredToDevice:2001
++ <transferredConnections> moved/23/21/4711/4711 moved/23/22/2001/2001 </transferredConnections>
++ | Transferred call: 23, device: 210, primaryOldCall: 22, secondaryOldCall: 21, transferring: 210,
++ transferredTo: here, own: 3, cause: 0
+Transferred primaryOldCall/21/210 transferringDevice:210 transferredToDevice:2001 | ..Transferred call:
+)");
 }
 
-TEST(EventReader, DeliversEveryLeaveOfAConference) {
-    Events events;
-    const auto leaves = [&events](const std::string& party, const std::string& state) {
-        return events.texts("ConnectionClearedEvent",
-                            "droppedConnection/14/" + party + "|localConnectionInfo=" + state);
-    };
-    EXPECT_THAT(leaves("4712", "connected"), IsEmpty());
-    const auto conferenced = events.read(
-        "ConferencedEvent", "primaryOldCall/11/2001|secondaryOldCall/12/2001|<conferenceConnections>" +
-                                moved("14", "11", "4711", "N&lt;4711&gt;Ann") +
-                                moved("14", "12", "4712", "4712") + "</conferenceConnections>");
-    const auto& event = dynamic_cast<const CSTAConferencedEvent&>(*conferenced.at(0));
-    EXPECT_EQ(event.toString(), "conference: 14, primaryOldCall: 11 4711, secondaryOldCall: 12 4712");
-    EXPECT_EQ(event.getConferenceconnectionsNewconnectionCallID(1), "14");
-
-    EXPECT_THAT(leaves("4712", "connected"),
-                ElementsAre("Cleared {call: 14, device: 4712, localConnection: 3, cause: 0}"));
-    EXPECT_EQ(leaves("2001", "null").size(), 1U);
-    EXPECT_THAT(leaves("4711", "connected"), IsEmpty());
+TEST(EventReader, DeliversEveryLeaveOfAConferenceAndItsMembers) {
+    expectTold(R"(
+ConnectionCleared droppedConnection/14/4712 localConnectionInfo=connected
++ ; Conferenced primaryOldCall/11/2001 secondaryOldCall/12/2001 <conferenceConnections>
++ moved/14/11/4711/N<4711>Ann moved/14/12/4712/4712 </conferenceConnections>
++ ; ConnectionCleared droppedConnection/14/4712 localConnectionInfo=connected
++ ; ConnectionCleared droppedConnection/14/2001 localConnectionInfo=null
++ ; ConnectionCleared droppedConnection/14/4711 localConnectionInfo=connected
++ | Conferenced conference: 14, primaryOldCall: 11 4711, secondaryOldCall: 12 4712;
++ ConnectionCleared call: 14, device: 4712, own: 3, cause: 0; ConnectionCleared call: 14, device: here, own: 0, cause: 0
+Private <privateData><private><conferenceMembership> callID=14 deviceID=4711 member:N<4711>Ann member:2001
++ </conferenceMembership></private></privateData>
++ | ConferenceMembership call: 14, device: 4711, members: 2, 4711 Ann, localDeviceID
+)");
 }
 
-TEST(EventReader, ReadsTheMembersOfAConference) {
-    const auto events = Events().read(
-        "PrivateEvent", "<privateData><private><conferenceMembership>" +
-                            members("callID=14|deviceID=4711|member:N&lt;4711&gt;Ann|member:2001") +
-                            "</conferenceMembership></private></privateData>");
-    const auto& event = dynamic_cast<const CSTAConferenceMembershipEvent&>(*events.at(0));
-    EXPECT_EQ(event.toString(), "call: 14, device: 4711, members: 2");
-    std::string name;
-    std::string number;
-    EXPECT_TRUE(event.getUserInformation(1, name, number));
-    EXPECT_EQ(number + ' ' + name, "4711 Ann");
-}
-
-TEST(EventReader, ReadsACallbackThatIsSetOrCancelled) {
-    for (const std::string set : {"true", "false"}) {
-        const auto events = Events().read(
-            "CallBackEvent",
-            "originatingDevice:2001|targetDevice:N&lt;4711&gt;Ann|callBackSetCanceled=" + set +
-                "|<extensions><privateData><private>onBusy requested</private></privateData></extensions>");
-        const auto& event = dynamic_cast<const CSTACallBackEvent&>(*events.at(0));
-        EXPECT_EQ(event.isSet(), set == "true");
-        EXPECT_TRUE(event.getOriginatingDevice().isLocal());
-        EXPECT_EQ(event.getTargetDevice(), (CSTADevice{"4711", "Ann"}));
-        EXPECT_EQ(event.getPrivateData(), "onBusy requested");
-    }
-}
-
-TEST(EventReader, InfersTheOwnStateThatASwitchLeavesOut) {
-    const struct {
-        const char* root;
-        const char* body;
-        const char* state;
-    } cases[] = {
-        {"DeliveredEvent", "alertingDevice:2001|callingDevice:4711", "2"},
-        {"DeliveredEvent", "alertingDevice:4711|callingDevice:2001", "3"},
-        {"DeliveredEvent", "connection/1/2001|callingDevice:4711", "2"},
-        {"DeliveredEvent", "callingDevice:2001", "3"},
-        {"DeliveredEvent", "callingDevice:4711", "2"},
-        {"DeliveredEvent", "alertingDevice:2001|localConnectionInfo=ringing", "2"},
-        {"OfferedEvent", "offeredDevice:2001|callingDevice:4711", "2"},
-        {"QueuedEvent", "queue:029500|callingDevice:4711", "5"},
-        {"EstablishedEvent", "answeringDevice:4711|callingDevice:2001", "3"},
-        {"HeldEvent", "holdingDevice:2001", "4"},
-        {"FailedEvent", "failingDevice:2001|callingDevice:4711", "6"},
-        {"ConnectionClearedEvent", "droppedConnection/1/4711", "0"},
-    };
-    for (const auto& one : cases) {
-        EXPECT_THAT(Events().texts(one.root, one.body),
-                    ElementsAre(HasSubstr(std::string("localConnection: ") + one.state + ",")))
-            << one.body;
-    }
-}
-
-TEST(EventReader, ReadsWithheldUnknownAndOddlyWrittenParties) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"<callingDevice><restricted/></callingDevice>|networkCallingDevice:030", "device: , local"},
-        {"<callingDevice><notKnown/></callingDevice>", "device: , local"},
-        {"<callingDevice><notKnown/></callingDevice>|networkCallingDevice:030", "calling: 030,"},
-        {"networkCallingDevice:030", "calling: 030,"},
-        {"callingDevice=4711", "calling: 4711,"},
-        {"<callingDevice>\n <x/> <deviceIdentifier typeOfNumber='other'> tel:4711;ext=1 </deviceIdentifier>"
-         "</callingDevice>",
-         "calling: 4711,"},
-        {"<callingDevice><deviceIdentifier privateNumber='true'>N&lt;4711&gt;Ann</deviceIdentifier>"
-         "</callingDevice>",
-         "calling:  Ann,"},
-        {"<callingDevice><deviceIdentifier privateName='1'>N&lt;4711&gt;Ann</deviceIdentifier>"
-         "</callingDevice>",
-         "calling: 4711,"},
-        {"<p:callingDevice xmlns:p='urn:x'><p:deviceIdentifier>4711</p:deviceIdentifier></p:callingDevice>",
-         "calling: 4711,"},
-        {"callingDevice:N&lt;2001&gt;2001", "calling: localDeviceID,"},
-        {"callingDevice:tel:2001;phone-context=x", "calling: localDeviceID,"},
-        {"callingDevice:2001:switch1:192.0.2.2:0", "calling: localDeviceID,"},
-        {"<connection><deviceID><deviceIdentifier>2001</deviceIdentifier></deviceID></connection>",
-         "device: localDeviceID,"},
-    };
-    for (const auto& [body, expected] : cases) {
-        EXPECT_THAT(Events().texts("DeliveredEvent", body), ElementsAre(HasSubstr(expected))) << body;
-    }
-    // In a call information the platform wants the far end.
-    for (const char* body : {"connection/-1/2001|device:2001|callingDevice:N&lt;4711&gt;Ann",
-                             "connection/-1/2001|device:N&lt;4711&gt;Ann"}) {
-        EXPECT_THAT(Events().texts("CallInformationEvent", body),
-                    ElementsAre(testing::AllOf(HasSubstr("call: -1,"), HasSubstr("device: 4711 Ann"))));
-    }
+TEST(EventReader, ReadsPartiesAndTheOwnStateHoweverTheSwitchWritesThem) {
+    expectTold(R"(
+Delivered <callingDevice><restricted/></callingDevice> networkCallingDevice:030 | ..device: , own
+Delivered <callingDevice><notKnown/></callingDevice> networkCallingDevice:030   | ..calling: 030,
+Delivered networkCallingDevice:030          | ..calling: 030,
+Delivered callingDevice=4711                | ..calling: 4711,
+Delivered <callingDevice>_<x/>_<deviceIdentifier_typeOfNumber='other'>_tel:4711;ext=1_</deviceIdentifier></callingDevice>
++ | ..calling: 4711,
+Delivered <callingDevice><deviceIdentifier_privateNumber='true'>N&lt;4711&gt;Ann</deviceIdentifier></callingDevice>
++ | ..calling:  Ann,
+Delivered <callingDevice><deviceIdentifier_privateName='1'>N&lt;4711&gt;Ann</deviceIdentifier></callingDevice>
++ | ..calling: 4711,
+Delivered callingDevice:N<2001>2001              | ..calling: here,
+Delivered callingDevice:2001:switch1:192.0.2.2:0 | ..calling: here,
+Delivered <connection><deviceID><deviceIdentifier>2001</deviceIdentifier></deviceID></connection> | ..device: here,
+Delivered connection/1/2001 callingDevice:4711             | ..own: 2,
+Delivered callingDevice:2001                               | ..own: 3,
+Delivered alertingDevice:2001 localConnectionInfo=ringing  | ..own: 2,
+Offered offeredDevice:2001 callingDevice:4711              | ..own: 2,
+Queued queue:029500 callingDevice:4711                     | ..own: 5,
+Established answeringDevice:4711 callingDevice:2001        | ..own: 3,
+Held holdingDevice:2001                                    | ..own: 4,
+Failed failingDevice:2001 callingDevice:4711               | ..own: 6,
+ConnectionCleared droppedConnection/1/4711                 | ..own: 0,
+)");
 }
 
 TEST(EventReader, KeepsFromThePhoneWhatAnotherPartyDoes) {
-    const struct {
-        const char* root = "";
-        const char* body = "";
-        std::size_t delivered = 0;
-        const char* monitored = "localDeviceID";
-    } cases[] = {
-        {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=connected", 0},
-        {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=hold", 0},
-        {"ConnectionClearedEvent", "droppedConnection/7/4711|localConnectionInfo=null", 1},
-        {"ConnectionClearedEvent", "droppedConnection/7/4711", 1},
-        {"ConnectionClearedEvent", "droppedConnection/7/2001|localConnectionInfo=connected", 1},
-        {"ConnectionClearedEvent", "droppedConnection/7/|localConnectionInfo=connected", 1},
-        {"ConnectionClearedEvent", "droppedConnection/7/2001|releasingDevice:4711", 1},
-        {"HeldEvent", "holdingDevice:4711|localConnectionInfo=connected", 0},
-        {"HeldEvent", "holdingDevice:my other number|localConnectionInfo=hold", 1},
-        {"RetrievedEvent", "retrievingDevice:4711", 0},
-        {"DivertedEvent", "connection/7/4712|divertingDevice:4712|localConnectionInfo=connected", 0},
-        {"DivertedEvent", "connection/7/4712|divertingDevice:4712|callingDevice:2001", 0},
-        {"DivertedEvent", "connection/7/4712|divertingDevice:4712|callingDevice:4711", 2},
-        // On a shared line the own phone is another party.
-        {"ConnectionClearedEvent", "droppedConnection/7/2005|localConnectionInfo=connected", 1, "2005"},
-        {"ConnectionClearedEvent", "droppedConnection/7/2001|localConnectionInfo=connected", 0, "2005"},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(Events().read(one.root, one.body, one.monitored).size(), one.delivered)
-            << one.root << one.body;
-    }
-    const auto rings = Events().read("DeliveredEvent", "connection/7/2005|alertingDevice:2005", "2005");
-    EXPECT_EQ(rings.at(0)->toString(), "call: 7, device: 2005, alerting: 2005, localConnection: 2, cause: 0");
+    expectTold(R"(
+ConnectionCleared droppedConnection/7/4711 localConnectionInfo=hold       |
+ConnectionCleared droppedConnection/7/4711 localConnectionInfo=null       | ..Cleared
+ConnectionCleared droppedConnection/7/4711                                | ..Cleared
+ConnectionCleared droppedConnection/7/2001 localConnectionInfo=connected  | ..Cleared
+ConnectionCleared droppedConnection/7/ localConnectionInfo=connected      | ..Cleared
+ConnectionCleared droppedConnection/7/2001 releasingDevice:4711           | ..Cleared
+Held holdingDevice:my_other_number localConnectionInfo=hold               | ..Held
+Retrieved retrievingDevice:4711                                           |
+Diverted connection/7/4712 divertingDevice:4712 localConnectionInfo=connected |
+Diverted connection/7/4712 divertingDevice:4712 callingDevice:2001        |
+Diverted connection/7/4712 divertingDevice:4712 callingDevice:4711        | ..; ConnectionCleared
+ConnectionCleared@2005 droppedConnection/7/2005 localConnectionInfo=connected | ..Cleared
+ConnectionCleared@2005 droppedConnection/7/2001 localConnectionInfo=connected |
+Delivered@2005 connection/7/2005 alertingDevice:2005 | Delivered call: 7, device: 2005, alerting: 2005, own: 2, cause: 0
+)");
 }
 
-TEST(EventReader, ReadsItsOwnPrivateDataAndNoOthers) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"<privateData><private><x:callStatus xmlns:x='urn:x'> MissedCall </x:callStatus></private>"
-         "</privateData>",
-         "MissedCall"},
-        {"<extensions><privateData><private>ReminderCall</private></privateData></extensions>",
-         "ReminderCall"},
-        {"<privateData><string>4d69 7373\n65 64</string></privateData>", "Missed"},
-        {"<privateData><string>4d6</string></privateData>", ""},
-        {"<privateData><string>00ff</string></privateData>", ""},
-        {"<privateData><private><v:id xmlns:v='urn:v'>17000013</v:id></private></privateData>", ""},
-        {"<x/>", ""},
-    };
-    for (const auto& [body, expected] : cases) {
-        EXPECT_EQ(Events().read("PrivateEvent", body).at(0)->getPrivateData(), expected) << body;
+TEST(EventReader, ReadsPrivateDataAndNoOthers) {
+    expectTold(R"(
+Private <privateData><private><x:callStatus_xmlns:x='urn:x'>_MissedCall_</x:callStatus></private></privateData>
++ | Private [MissedCall]
+Private <extensions><privateData><private>Reminder</private></privateData></extensions> | Private [Reminder]
+Private <privateData><string>4d69_7373__65_64</string></privateData> | Private [Missed]
+Private <privateData><string>4d6</string></privateData>    | Private
+Private <privateData><string>00ff</string></privateData>   | Private
+Private <privateData><private><v:id_xmlns:v='urn:v'>17000013</v:id></private></privateData> | Private
+CallBack originatingDevice:2001 targetDevice:N<4711>Ann callBackSetCanceled=true
++ <extensions><privateData><private>onBusy_requested</private></privateData></extensions>
++ | CallBack from here to 4711 Ann, set [onBusy requested]
+CallBack originatingDevice:2001 targetDevice:N<4711>Ann callBackSetCanceled=false | ..Ann, cancelled
+)");
+}
+
+TEST(EventReader, TellsTheCauseThatTheJournalActsUpon) {
+    const std::string rows = R"(
+Delivered alertingDevice:2001 | redirected 49, callForwardBusy 49, enteringDistribution 50, Redirected 1, - 0
+Delivered alertingDevice:4711 callingDevice:2001 | redirected 25, callForwardNoAnswer 8
+Originated callingDevice:2001 | callForward 9, callPickup 13, consultation 1
+Established answeringDevice:2001 | callPickup 11
+Held holdingDevice:2001 | consultation 3, transfer 3, singleStepTransfer 3, alternate 2, normal 1
+ConnectionCleared droppedConnection/7/2001 | transfer 5, callPickup 40
+Failed failingDevice:4712 | busy 16, - 99, normal 99
+)";
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        for (const std::string& cause : split(row[1], ',')) {
+            const std::vector<std::string> words = split(cause, ' ');
+            EXPECT_THAT(told(row[0] + (words[0] == "-" ? "" : " cause=" + words[0])),
+                        EndsWith(" cause: " + words[1]))
+                << row[0] << cause;
+        }
     }
 }
 
-TEST(EventReader, ReadsAnEntryOfTheSwitchsCallLog) {
-    const std::string data =
-        "<privateData><private><callLogEntry><action>delete</action><logTarget>7</logTarget>"
-        "<subscriberNumber>4711</subscriberNumber><name>A &amp; B</name><presentationA>1</presentationA>"
-        "<presentationB>2</presentationB><presentationC>3</presentationC><presentationD>4</presentationD>"
-        "<textC>c</textC><textD>d</textD><valueE>5</valueE><textE>e</textE><valueF>6</valueF><textF>f</textF>"
-        "<entryTime>2026-11-21T05:22:05</entryTime><entryTimeFormat>local</entryTimeFormat></callLogEntry>"
-        "</private></privateData>";
-    const auto events = Events().read("PrivateEvent", "|" + data);
-    const CallLogEntryEvent* const entry =
-        dynamic_cast<const CSTAPrivateEvent&>(*events.at(0)).getCallLogEntry();
-    ASSERT_NE(entry, nullptr);
-    EXPECT_EQ(entry->action, CallLogEntryEvent::eDelete);
-    EXPECT_EQ(entry->presentationA + 10 * entry->presentationB, 21);
-    EXPECT_EQ(entry->presentationC + 10 * entry->presentationD, 43);
-    EXPECT_EQ(entry->valueE + 10 * entry->valueF, 65);
-    EXPECT_EQ(entry->textC + entry->textD + entry->textE + entry->textF, "cdef");
-    // What is written of it is what was read: no member is lost, none stands in another's place.
-    host::MessageWriter writer("PrivateEvent", "urn:x");
-    host::writeCallLogEntry(writer, *entry);
-    EXPECT_THAT(writer.finish(), HasSubstr(data));
+TEST(EventReader, ReadsAnEntryOfTheSwitchsCallLogAndNoHalfOne) {
+    expectTold(R"(
+Private <privateData><private><callLogEntry> action=delete logTarget=7 subscriberNumber=4711 name=A_&amp;_B
++ presentationA=1 presentationB=2 presentationC=3 presentationD=4 textC=c textD=d valueE=5 textE=e valueF=6 textF=f
++ entryTime=2026-11-21T05:22:05 entryTimeFormat=local </callLogEntry></private></privateData>
++ | Private log 7 4711 A & B 1234 c d 5 e 6 f 2026-11-21T05:22:05 1, deleted
+Private <privateData><private><callLogEntry> action=add </callLogEntry></private></privateData> | Private
+Private <privateData><private><callLogEntry> action=edit logTarget=1 </callLogEntry></private></privateData> | Private
+Private <privateData><private><callLogEntry> action=add logTarget=one </callLogEntry></private></privateData> | Private
+)");
+}
 
-    for (const char* const other : {"<action>add</action>", "<action>edit</action><logTarget>1</logTarget>",
-                                    "<action>add</action><logTarget>one</logTarget>"}) {
-        const auto none =
-            Events().read("PrivateEvent", "|<privateData><private><callLogEntry>" + std::string(other) +
-                                              "</callLogEntry></private></privateData>");
-        EXPECT_EQ(dynamic_cast<const CSTAPrivateEvent&>(*none.at(0)).getCallLogEntry(), nullptr) << other;
+TEST(DeviceText, IsReadInEveryWrittenFormAndReadBackAsWritten) {
+    const std::string rows = R"(
+                 | +15550100123 | +15550100123
+                 | *61          | *61
+                 | 309900       | 309900;noa=nk
+                 | 4711         | N<4711>
+Line71001        | 5550102      | N<5550102>Line71001;displayNumber=5550102;uid=FF00
+                 | 30990100     | N<30990100>+ 30(990)100;noa=nk
+Ann <ops> > Desk | 4711         | N<4711> Ann <ops> > Desk ;uid=1
+Ann Müller       | 4711         | N<4711!sub&call/12%agent>Ann Müller
+Ann              |              | N<>Ann
+                 | 4711         | N<4711
+                 | +49-30-1062  | TEL:+49-30-1062;phone-context=dialstring
+                 | ann          | sip:ann@example.org;user=phone
+                 | +4930        | sips:%2b4930@example.org
+                 | 12%3         | sip:12%3
+                 | 4750         | 4750:switch1:192.0.2.2:0
+                 | queue:south  | queue:south
+                 | Front desk   | Front desk
+)";
+    for (const std::vector<std::string>& row : table(3, rows)) {
+        const DeviceText device{row[1], row[0]};
+        EXPECT_EQ(parseDeviceText(" " + row[2] + "\n"), device) << row[2];
+        EXPECT_EQ(parseDeviceText(host::deviceText(device.number, device.name)), device) << row[2];
     }
+    EXPECT_EQ(parseDeviceText(host::deviceText("4711", "Ann; Desk")), (DeviceText{"4711", "Ann, Desk"}));
+    EXPECT_EQ(comparableNumber("+49 (30) 20-01"), comparableNumber("N<+493020.01>Ann"));
+    EXPECT_EQ(comparableNumber("Ann"), comparableNumber("sip:ANN@example.org"));
+    EXPECT_NE(comparableNumber("2001"), comparableNumber("+492001"));
+    EXPECT_NE(comparableNumber("*61"), comparableNumber("61"));
 }
 
 }  // namespace

@@ -1,19 +1,25 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <string>
-#include <vector>
 
 #include "host/csta-wire/InvokeIds.h"
+#include "host/csta-wire/MessageWriter.h"
 #include "host/csta/EarlyEvents.h"
+#include "host/csta/FilterGroups.h"
+#include "tests/support/Table.h"
 
 namespace {
 
 using host::EarlyEvents;
 using host::InvokeIds;
+using host::WireDocument;
 using std::chrono::milliseconds;
-using testing::ElementsAre;
+
+WireDocument parsed(const std::string& xml) {
+    std::string fault;
+    return WireDocument::parse(xml, fault).value();
+}
 
 TEST(InvokeIds, GoRoundAndPassOverThoseThatWait) {
     InvokeIds ids;
@@ -24,41 +30,62 @@ TEST(InvokeIds, GoRoundAndPassOverThoseThatWait) {
     EXPECT_FALSE(ids.next([](int) { return true; }));
 }
 
-class EarlyEventsTest : public testing::Test {
-protected:
-    void keep(const std::string& crossRefId, const std::string& name, milliseconds at = {}) {
-        std::string fault;
-        early.keep(crossRefId, host::WireDocument::parse("<" + name + "/>", fault).value(), start + at);
-    }
-    std::vector<std::string> take(const std::string& crossRefId, milliseconds at = {}) {
-        std::vector<std::string> names;
-        for (const host::WireDocument& event : early.take(crossRefId, start + at)) {
-            names.emplace_back(event.name());
-        }
-        return names;
-    }
-
+TEST(EarlyEvents, AreKeptForOneMonitorWhileTheyAreYoungAndNotTooMany) {
     const EarlyEvents::Clock::time_point start;
     EarlyEvents early;
-};
-
-TEST_F(EarlyEventsTest, GivesBackOnlyTheEventsOfOneMonitorThatAreYoung) {
-    keep("1", "Old");
-    keep("1", "A", milliseconds(1000));
-    keep("2", "B", milliseconds(1000));
-    keep("1", "C", milliseconds(1000));
-    const milliseconds later = EarlyEvents::kKeptFor + milliseconds(1);
-    EXPECT_THAT(take("1", later), ElementsAre("A", "C"));
-    EXPECT_THAT(take("1", later), ElementsAre());
-    EXPECT_THAT(take("2", later), ElementsAre("B"));
+    const auto take = [&](const std::string& crossRefId) {
+        std::string names;
+        for (const WireDocument& event :
+             early.take(crossRefId, start + EarlyEvents::kKeptFor + milliseconds(1))) {
+            names += event.name();
+        }
+        return names;
+    };
+    const auto later = start + milliseconds(1000);
+    early.keep("1", parsed("<Old/>"), start);
+    early.keep("1", parsed("<A/>"), later);
+    early.keep("2", parsed("<B/>"), later);
+    early.keep("1", parsed("<C/>"), later);
+    EXPECT_EQ(take("1"), "AC");
+    EXPECT_EQ(take("1"), "");
+    EXPECT_EQ(take("2"), "B");
+    for (std::size_t i = 0; i <= EarlyEvents::kKept; ++i) {
+        early.keep("1", parsed(i == 0 ? "<First/>" : "<X/>"), later);
+    }
+    EXPECT_EQ(take("1"), std::string(EarlyEvents::kKept, 'X'));
 }
 
-TEST_F(EarlyEventsTest, KeepsTheNewestWhenThereAreTooMany) {
-    keep("1", "First");
-    for (std::size_t i = 0; i < EarlyEvents::kKept; ++i) {
-        keep("1", "Later");
+TEST(FilterGroups, SayOnTheWireWhatIsLeftOutAndInAChangeAlsoWhatIsNot) {
+    CSTAMonitorFilter filter;
+    filter.setCallControlFilter(false);
+    filter.setHeldFilter(true);
+    filter.setCallAssociatedFilter(true);
+    filter.setCallInformationFilter(false);
+    filter.setLogicalDeviceFilter(true);
+    filter.setVendorSpecificFilter(true);
+    filter.setCallLogEntryFilter(false);
+    filter.setSystemFilter(true);
+    // What a start and a change write. Callbacks and the call log of the switch keep coming.
+    const std::string rows = R"(
+callcontrol           | held            | true | true
+callcontrol           | delivered       |      | false
+callAssociated        | charging        | true | true
+callAssociated        | callInformation |      | false
+physicalDeviceFeature | lampMode        |      |
+maintenance           | outOfService    | true | true
+logicalDeviceFeature  | forwarding      | true | true
+logicalDeviceFeature  | callBack        |      | false
+private               | private         |      | false
+)";
+    for (const bool change : {false, true}) {
+        host::MessageWriter writer("F", "urn:x");
+        host::writeFilterGroups(writer, filter, change);
+        const WireDocument written = parsed(writer.finish());
+        for (const std::vector<std::string>& row : journaltest::table(4, rows)) {
+            EXPECT_EQ(host::childText(host::childNamed(written.root(), row[0]), row[1]), row[change ? 3 : 2])
+                << row[1];
+        }
     }
-    EXPECT_EQ(take("1"), std::vector<std::string>(EarlyEvents::kKept, "Later"));
 }
 
 }  // namespace

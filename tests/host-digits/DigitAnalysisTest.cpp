@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/support/Table.h"
+
 namespace {
 
 using host::DigitAnalysis;
@@ -13,60 +15,37 @@ std::string normalised(std::string number, const std::string& region = "DE") {
     return number;
 }
 
-TEST(DigitAnalysis, BringsTheSpellingsOfANumberTogether) {
-    const struct {
-        const char* region;
-        const char* written;
-        const char* same;
-    } cases[] = {
-        {"DE", "030 / 1234-56", "+4930123456"},
-        {"DE", "(030) 12.34.56", "+4930123456"},
-        {"DE", "0049 (0) 30 123456", "+4930123456"},
-        {"DE", "+49 030 123456", "+4930123456"},
-        {"DE",
-         "\xe2\x80\xad+49\xc2\xa0"
-         "30 123\xe2\x80\x91"
-         "456\xe2\x80\xac",
-         "+4930123456"},
-        {"DE", "\t+1-202-555-0100 ", "+12025550100"},
-        {"DE", "01555 0100123", "+4915550100123"},
-        {"US", "(202) 555-0100", "+12025550100"},
-        {"US", "1 202 555 0100", "+12025550100"},
-        {"US", "011 49 30 123456", "+4930123456"},
-        {"IT", "06 1234 5678", "+390612345678"},
-        {"IT", "+39 (0)6 1234 5678", "+390612345678"},
-        {"ES", "912 34 56 78", "+34912345678"},
-        {"XX", "+49 (0)30 123456", "+4930123456"},
-    };
-    for (const auto& each : cases) {
-        EXPECT_EQ(normalised(each.written, each.region), each.same) << each.region << ' ' << each.written;
+TEST(DigitAnalysis, BringsTheSpellingsOfANumberTogetherAndLeavesWhatIsDialledInsideOrLocally) {
+    for (const auto& row : journaltest::table(3, R"(
+        DE | +4930123456    | 030 / 1234-56; (030) 12.34.56; 0049 (0) 30 123456; +49 030 123456
+        DE | +4915550100123 | 01555 0100123
+        US | +12025550100   | (202) 555-0100; 1 202 555 0100
+        US | +4930123456    | 011 49 30 123456
+        IT | +390612345678  | 06 1234 5678; +39 (0)6 1234 5678
+        ES | +34912345678   | 912 34 56 78
+        XX | +4930123456    | +49 (0)30 123456
+        DE | 4711           | 47-11
+        DE | 110            | 110
+        DE | 123456         | 123 456
+        DE | 03012          | 03012
+        DE | *614711#       | *61 4711#
+        DE | 81030123456    | 810 30 123456
+        DE | 000            | 000
+        DE | 0              | 0
+        DE | +49            | +49
+        DE | +9994711       | +999 4711
+        US | 5550100        | 555-0100
+        US | 911            | 911
+        LU | 4711           | 4711
+        XX | 030123456      | 030 123456
+        )")) {
+        for (const std::string& spelling : journaltest::split(row[2], ';')) {
+            EXPECT_EQ(normalised(spelling, row[0]), row[1]) << row[0] << ' ' << spelling;
+        }
     }
-}
-
-TEST(DigitAnalysis, LeavesTheDigitsThatAreDialledInsideOrLocally) {
-    const struct {
-        const char* region;
-        const char* written;
-        const char* same;
-    } cases[] = {
-        {"DE", "47-11", "4711"},
-        {"DE", "110", "110"},
-        {"DE", "123 456", "123456"},
-        {"DE", "03012", "03012"},
-        {"DE", "*61 4711#", "*614711#"},
-        {"DE", "810 30 123456", "81030123456"},
-        {"DE", "000", "000"},
-        {"DE", "0", "0"},
-        {"DE", "+49", "+49"},
-        {"DE", "+999 4711", "+9994711"},
-        {"US", "555-0100", "5550100"},
-        {"US", "911", "911"},
-        {"LU", "4711", "4711"},
-        {"XX", "030 123456", "030123456"},
-    };
-    for (const auto& each : cases) {
-        EXPECT_EQ(normalised(each.written, each.region), each.same) << each.region << ' ' << each.written;
-    }
+    EXPECT_EQ(normalised("\t+1-202-555-0100 "), "+12025550100");
+    // Marks of direction, a no-break space and a no-break hyphen, as they are pasted from documents.
+    EXPECT_EQ(normalised("\u202d+49\u00a030 123\u2011456\u202c"), "+4930123456");
 }
 
 TEST(DigitAnalysis, LeavesWhatIsNoNumberAsItIs) {

@@ -1,44 +1,112 @@
 #include "host/framework/LineContext.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <chrono>
 #include <functional>
+#include <future>
 #include <latch>
+#include <map>
 #include <memory>
-#include <thread>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <utility>
 #include <vector>
 
-#include "host/framework/AsioAlarmClock.h"
+#include "host/framework/AlarmClock.h"
+#include "host/framework/HostedService.h"
 #include "host/framework/Strand.h"
 #include "host/framework/WorkerPool.h"
 #include "platform/framework/Executable.h"
-#include "tests/host-framework/ManualAlarmClock.h"
+#include "tests/support/Table.h"
 
 namespace host {
 namespace {
 
 using std::chrono::milliseconds;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using Ids = std::vector<int>;
 
-/// Notes the timers that expired, and can react from inside the expiry.
+/// An alarm clock whose time a test moves by hand. Alarms ring on the thread that calls `advance`, outside the lock.
+class ManualAlarmClock final : public AlarmClock {
+    using Ring = std::function<void()>;
+
+public:
+    [[nodiscard]] std::unique_ptr<Alarm> after(milliseconds delay, Ring ring) override {
+        auto held = std::make_unique<Held>(std::move(ring));
+        const std::lock_guard lock(m_mutex);
+        m_rings.emplace(m_now + delay, held->ring);
+        return held;
+    }
+
+    /// Moves the time and rings what is due, the earliest first.
+    void advance(milliseconds step) {
+        std::unique_lock lock(m_mutex);
+        m_now += step;
+        while (!m_rings.empty() && m_rings.begin()->first <= m_now) {
+            const auto due = m_rings.extract(m_rings.begin());
+            lock.unlock();
+            if (const auto ring = due.mapped().lock()) {
+                (*ring)();
+            }
+            lock.lock();
+        }
+    }
+
+private:
+    struct Held final : Alarm {
+        explicit Held(Ring toRing) : ring(std::make_shared<Ring>(std::move(toRing))) {}
+        const std::shared_ptr<Ring> ring;
+    };
+
+    std::mutex m_mutex;
+    milliseconds m_now{0};
+    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // those of alarms that are held
+};
+
+/// Notes what happens to it on the strand, and what happens elsewhere but should not; stays in `run` until it is shut down.
+class NotingService final : public Service {
+public:
+    NotingService(const Strand& strand, std::string& notes, bool broken)
+        : m_strand(strand), m_notes(notes), m_broken(broken) {}
+    ~NotingService() override { note("destroyed"); }
+
+    void init(Context&) override {
+        note("init");
+        if (m_broken) {
+            throw std::runtime_error("no init today");
+        }
+    }
+    void run() override { m_ended.get_future().wait(); }
+    void shutdown() override {
+        note("shutdown");
+        m_ended.set_value();
+    }
+    void timerEvent(int) override {}
+
+private:
+    void note(const std::string& what) { m_notes += what + (m_strand.isCurrent() ? " " : " elsewhere "); }
+
+    const Strand& m_strand;
+    std::string& m_notes;
+    const bool m_broken;
+    std::promise<void> m_ended;
+};
+
+/// Notes the timers that expired on the strand, and can react from inside the expiry.
 class TimerNotes final : public Executable {
 public:
     explicit TimerNotes(const Strand& strand) : m_strand(strand) {}
 
     void timerEvent(int id) override {
-        m_expired.push_back(id);
-        m_onStrand = m_onStrand && m_strand.isCurrent();
+        m_expired.push_back(m_strand.isCurrent() ? id : -1);
         if (m_react) {
             m_react(id);
         }
     }
 
     const Strand& m_strand;
-    std::vector<int> m_expired;
-    bool m_onStrand = true;
+    Ids m_expired;
     std::function<void(int)> m_react;
 };
 
@@ -49,235 +117,120 @@ protected:
         m_clock.advance(milliseconds(ms));
         m_strand.drain();
     }
-
-    int timer(int ms) { return m_context.createTimer(m_handler, ms); }
-
-    const std::vector<int>& expired() {
-        m_strand.drain();
-        return m_handler.m_expired;
+    /// "start", "stop", "restart" or "delete".
+    bool does(const std::string& verb, int id) {
+        return verb == "start"     ? m_context->startTimer(id)
+               : verb == "stop"    ? m_context->stopTimer(id)
+               : verb == "restart" ? m_context->restartTimer(id)
+                                   : m_context->deleteTimer(id);
+    }
+    /// What comes of a timer of a second: the times at which it expired, "no" for each step that was refused, and at the end
+    /// whether it runs. The steps are what is done with it, and numbers of milliseconds that pass.
+    std::string outcome(const std::vector<std::string>& steps) {
+        const int id = m_context->createTimer(m_handler, 1000);
+        std::string outcome;
+        int now = 0;
+        for (const std::string& step : steps) {
+            if (step.find_first_not_of("0123456789") == std::string::npos) {
+                now += std::stoi(step);
+                passes(std::stoi(step));
+            } else {
+                outcome += does(step, id) ? "" : "no ";
+            }
+            outcome += std::exchange(m_handler.m_expired, {}) == Ids{id} ? std::to_string(now) + " " : "";
+        }
+        outcome += m_context->isTimerRunning(id) ? "runs" : "rests";
+        m_context->deleteTimer(id);
+        return outcome;
     }
 
     WorkerPool m_pool{2};
     Strand m_strand{m_pool};
     ManualAlarmClock m_clock;
-    LineContext m_context{m_strand, m_clock};
+    std::unique_ptr<LineContext> m_context = std::make_unique<LineContext>(m_strand, m_clock);
     TimerNotes m_handler{m_strand};
 };
 
-TEST_F(LineContextTest, ATimerThatWasOnlyCreatedNeverExpires) {
-    const int id = timer(1000);
-    EXPECT_FALSE(m_context.isTimerRunning(id));
-    passes(100000);
-    EXPECT_THAT(expired(), IsEmpty());
-}
-
-TEST_F(LineContextTest, AStartedTimerExpiresOnceOnTheStrandAtItsTime) {
-    const int id = timer(1000);
-    EXPECT_TRUE(m_context.startTimer(id));
-    EXPECT_TRUE(m_context.isTimerRunning(id));
-    passes(999);
-    EXPECT_THAT(expired(), IsEmpty());
-    passes(1);
-    EXPECT_THAT(expired(), ElementsAre(id));
-    EXPECT_TRUE(m_handler.m_onStrand);
-    EXPECT_FALSE(m_context.isTimerRunning(id));
-    passes(100000);
-    EXPECT_THAT(expired(), ElementsAre(id));
-}
-
-TEST_F(LineContextTest, ARunningTimerThatIsStartedAgainKeepsItsTime) {
-    const int id = timer(1000);
-    m_context.startTimer(id);
-    passes(600);
-    EXPECT_TRUE(m_context.startTimer(id));
-    passes(400);
-    EXPECT_THAT(expired(), ElementsAre(id));
-    passes(600);
-    EXPECT_THAT(expired(), ElementsAre(id));
-}
-
-TEST_F(LineContextTest, ARestartedTimerTakesItsFullTimeFromThen) {
-    const int id = timer(1000);
-    m_context.startTimer(id);
-    passes(600);
-    EXPECT_TRUE(m_context.restartTimer(id));
-    passes(999);
-    EXPECT_THAT(expired(), IsEmpty());
-    passes(1);
-    EXPECT_THAT(expired(), ElementsAre(id));
-}
-
-TEST_F(LineContextTest, RestartArmsATimerThatDoesNotRun) {
-    const int id = timer(10);
-    EXPECT_TRUE(m_context.restartTimer(id));
-    passes(10);
-    EXPECT_THAT(expired(), ElementsAre(id));
-}
-
-TEST_F(LineContextTest, AStoppedTimerStaysAndMayBeStartedAgain) {
-    const int id = timer(1000);
-    m_context.startTimer(id);
-    EXPECT_TRUE(m_context.stopTimer(id));
-    EXPECT_FALSE(m_context.isTimerRunning(id));
-    passes(5000);
-    EXPECT_THAT(expired(), IsEmpty());
-    EXPECT_TRUE(m_context.stopTimer(id));
-    EXPECT_TRUE(m_context.startTimer(id));
-    passes(1000);
-    EXPECT_THAT(expired(), ElementsAre(id));
-}
-
-TEST_F(LineContextTest, ADeletedTimerIsForgotten) {
-    const int id = timer(1000);
-    m_context.startTimer(id);
-    EXPECT_TRUE(m_context.deleteTimer(id));
-    passes(5000);
-    EXPECT_THAT(expired(), IsEmpty());
-    EXPECT_FALSE(m_context.deleteTimer(id));
-    EXPECT_FALSE(m_context.startTimer(id));
-    EXPECT_EQ(m_clock.outstanding(), 0U);
-}
-
-TEST_F(LineContextTest, AnIdIsNeverUsedAgain) {
-    const int first = timer(1);
-    m_context.deleteTimer(first);
-    EXPECT_NE(timer(1), first);
-}
-
-TEST_F(LineContextTest, AnUnknownIdAnswersFalseEverywhere) {
-    for (const int id : {-1, 0, 4711}) {
-        EXPECT_FALSE(m_context.startTimer(id));
-        EXPECT_FALSE(m_context.stopTimer(id));
-        EXPECT_FALSE(m_context.restartTimer(id));
-        EXPECT_FALSE(m_context.deleteTimer(id));
-        EXPECT_FALSE(m_context.isTimerRunning(id));
+TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
+    for (const auto& row : journaltest::table(2, R"(
+        5000                                          | rests
+        start 999                                     | runs
+        start 999 1 5000                              | 1000 rests
+        start 600 start 400 600                       | 1000 rests
+        start 600 restart 999 1                       | 1600 rests
+        restart 1000 start 1000                       | 1000 2000 rests
+        start stop 5000 stop start 1000               | 6000 rests
+        start delete 5000                             | rests
+        delete delete start restart stop 5000         | no no no no rests
+    )")) {
+        EXPECT_EQ(outcome(journaltest::split(row[0], ' ')), row[1]) << row[0];
     }
-}
-
-TEST_F(LineContextTest, ANegativeTimeIsRefused) {
-    EXPECT_EQ(m_context.createTimer(m_handler, -1), -1);
+    EXPECT_EQ(m_context->createTimer(m_handler, -1), -1);
 }
 
 // The alarm has rung and its expiry waits behind other work of the strand when that work takes the timer back.
-TEST_F(LineContextTest, AnExpiryThatWasDueBeforeStopRestartOrDeleteIsNotDelivered) {
-    const std::vector<std::function<bool(int)>> takeBack{
-        [this](int id) { return m_context.stopTimer(id); },
-        [this](int id) { return m_context.restartTimer(id); },
-        [this](int id) { return m_context.deleteTimer(id); },
-        [this](int id) { return m_context.stopTimer(id) && m_context.startTimer(id); },
-    };
-    for (const auto& action : takeBack) {
-        const int id = timer(100);
-        m_context.startTimer(id);
+TEST_F(LineContextTest, AnExpiryThatWasDueBeforeItsTimerIsTakenBackIsNotDelivered) {
+    int last = 0;
+    for (const char* const action : {"stop", "restart", "delete", "stop start", "all is over"}) {
+        const int id = m_context->createTimer(m_handler, 100);
+        EXPECT_GT(id, last) << "an id is never used again";
+        last = id;
+        m_context->startTimer(id);
         std::latch rung(1);
         m_strand.post([&] {
             rung.wait();
-            EXPECT_TRUE(action(id));
+            if (*action == 'a') {
+                m_context.reset();
+                return;
+            }
+            for (const std::string& verb : journaltest::split(action, ' ')) {
+                EXPECT_TRUE(does(verb, id));
+            }
         });
         m_clock.advance(milliseconds(100));
         rung.count_down();
-        EXPECT_THAT(expired(), IsEmpty());
-        m_context.deleteTimer(id);
-    }
-}
-
-TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiry) {
-    const int hourly = timer(1000);
-    const int once = timer(500);
-    m_handler.m_react = [&](int id) {
-        if (id == hourly) {
-            EXPECT_FALSE(m_context.isTimerRunning(hourly));
-            m_context.startTimer(hourly);
-        } else {
-            EXPECT_TRUE(m_context.deleteTimer(once));
+        m_strand.drain();
+        EXPECT_EQ(m_handler.m_expired, Ids()) << action;
+        if (m_context != nullptr) {
+            m_context->deleteTimer(id);
         }
+    }
+}
+
+TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiryAndLosesOnlyItsOwn) {
+    TimerNotes other(m_strand);
+    const int theirs = m_context->createTimer(other, 3000);
+    const int hourly = m_context->createTimer(m_handler, 1000);
+    const int once = m_context->createTimer(m_handler, 500);
+    m_handler.m_react = [&](int id) {
+        EXPECT_FALSE(m_context->isTimerRunning(id));
+        EXPECT_TRUE(id == hourly ? m_context->startTimer(id) : m_context->deleteTimer(id));
     };
-    m_context.startTimer(hourly);
-    m_context.startTimer(once);
+    for (const int id : {theirs, hourly, once}) {
+        m_context->startTimer(id);
+    }
     passes(1000);
     passes(1000);
-    EXPECT_THAT(expired(), ElementsAre(once, hourly, hourly));
+    m_context->deleteTimersOf(m_handler);
+    passes(1000);
+    EXPECT_EQ(m_handler.m_expired, (Ids{once, hourly, hourly}));
+    EXPECT_EQ(other.m_expired, Ids{theirs});
 }
 
-TEST_F(LineContextTest, TimersOfOneHandlerAreDeletedAndThoseOfAnotherStay) {
-    TimerNotes other(m_strand);
-    const int mine = timer(10);
-    const int theirs = m_context.createTimer(other, 10);
-    m_context.startTimer(mine);
-    m_context.startTimer(theirs);
-    m_context.deleteTimersOf(m_handler);
-    passes(10);
-    EXPECT_THAT(expired(), IsEmpty());
-    EXPECT_THAT(other.m_expired, ElementsAre(theirs));
-}
-
-TEST(LineContextLife, ATimerThatRingsWhenTheContextIsGoneIsSilent) {
-    WorkerPool pool(2);
-    Strand strand(pool);
-    ManualAlarmClock clock;
-    TimerNotes handler(strand);
-    auto context = std::make_unique<LineContext>(strand, clock);
-    context->startTimer(context->createTimer(handler, 10));
-    std::latch rung(1);
-    strand.post([&] {
-        rung.wait();
-        context.reset();
-    });
-    clock.advance(milliseconds(10));
-    rung.count_down();
-    strand.drain();
-    EXPECT_THAT(handler.m_expired, IsEmpty());
-}
-
-// Many threads at the same timers, with real time: nothing is proved but what the sanitizers and the contract say.
-TEST(LineContextLife, AnyThreadMayUseItWhileTimersExpire) {
-    WorkerPool pool(2);
-    Strand strand(pool);
-    AsioAlarmClock clock(pool);
-    LineContext context(strand, clock);
-    TimerNotes handler(strand);
-    std::vector<int> ids;
-    for (int number = 0; number < 8; ++number) {
-        ids.push_back(context.createTimer(handler, number % 2));
+// That no timer reaches it afterwards is what the tests of the line show.
+TEST_F(LineContextTest, AHostedServiceIsLedThroughItsLifeOnTheStrandAndRunsBesideIt) {
+    for (const bool broken : {false, true}) {
+        std::string notes;
+        HostedService hosted(std::make_unique<NotingService>(m_strand, notes, broken), m_strand, *m_context);
+        if (broken) {
+            EXPECT_THROW(hosted.start(), std::runtime_error);
+        } else {
+            hosted.start();
+        }
+        hosted.stop();
+        EXPECT_EQ(notes, broken ? "init destroyed " : "init shutdown destroyed ");
+        EXPECT_EQ(hosted.service(), nullptr);
     }
-    std::vector<std::thread> users;
-    for (int user = 0; user < 4; ++user) {
-        users.emplace_back([&, user] {
-            for (std::size_t turn = 0; turn < 300; ++turn) {
-                const int id = ids[(turn + static_cast<std::size_t>(user)) % ids.size()];
-                switch (turn % 4) {
-                    case 0: context.startTimer(id); break;
-                    case 1: context.restartTimer(id); break;
-                    case 2: static_cast<void>(context.isTimerRunning(id)); break;
-                    default: context.stopTimer(id); break;
-                }
-            }
-        });
-    }
-    for (std::thread& user : users) {
-        user.join();
-    }
-    std::size_t atTheEnd = 0;
-    strand.runAndWait([&] {
-        context.deleteTimersOf(handler);
-        atTheEnd = handler.m_expired.size();
-    });
-    strand.drain();
-    EXPECT_EQ(handler.m_expired.size(), atTheEnd);
-    EXPECT_TRUE(handler.m_onStrand);
-}
-
-TEST_F(LineContextTest, FindsServicesByTheirNames) {
-    TimerNotes other(m_strand);
-    EXPECT_EQ(m_context.findService("ClockServiceIfc"), nullptr);
-    m_context.registerService("ClockServiceIfc", m_handler);
-    m_context.registerService("TeamServiceIfc", other);
-    EXPECT_EQ(m_context.findService("ClockServiceIfc"), &m_handler);
-    EXPECT_EQ(m_context.findService("TeamServiceIfc"), &other);
-    m_context.registerService("ClockServiceIfc", other);
-    EXPECT_EQ(m_context.findService("ClockServiceIfc"), &other);
-    m_context.removeService("ClockServiceIfc");
-    EXPECT_EQ(m_context.findService("ClockServiceIfc"), nullptr);
 }
 
 }  // namespace

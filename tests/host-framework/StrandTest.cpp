@@ -2,151 +2,137 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <latch>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
+#include "host/framework/AsioAlarmClock.h"
 #include "host/framework/WorkerPool.h"
 
 namespace host {
 namespace {
 
-TEST(Strand, RunsOnePieceAtATimeInTheOrderOfEachPoster) {
-    WorkerPool pool(4);
-    Strand strand(pool);
-    constexpr int kPosters = 4;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+class StrandTest : public ::testing::Test {
+protected:
+    WorkerPool m_pool{2};
+    Strand m_strand{m_pool};
+};
+
+TEST_F(StrandTest, RunsOnePieceAtATimeInTheOrderOfEachPoster) {
     constexpr int kEach = 500;
     std::atomic<int> inside{0};
     std::atomic<bool> overlapped{false};
-    std::vector<std::vector<int>> seen(kPosters);  // only the strand writes it
-
-    std::vector<std::thread> posters;
-    for (int poster = 0; poster < kPosters; ++poster) {
-        posters.emplace_back([&, poster] {
+    std::vector<std::vector<int>> seen(4);  // only the strand writes it
+    std::vector<std::jthread> posters;
+    for (std::vector<int>& mine : seen) {
+        posters.emplace_back([&] {
             for (int number = 0; number < kEach; ++number) {
-                strand.post([&, poster, number] {
+                m_strand.post([&, number] {
                     overlapped = overlapped || inside.fetch_add(1) != 0;
-                    seen[static_cast<std::size_t>(poster)].push_back(number);
+                    mine.push_back(number);
                     inside.fetch_sub(1);
                 });
             }
         });
     }
-    for (std::thread& poster : posters) {
-        poster.join();
-    }
-    strand.drain();
-
+    posters.clear();  // waits for them
+    m_strand.drain();
     EXPECT_FALSE(overlapped);
     for (const std::vector<int>& numbers : seen) {
-        ASSERT_EQ(numbers.size(), static_cast<std::size_t>(kEach));
+        EXPECT_EQ(numbers.size(), static_cast<std::size_t>(kEach));
         EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
     }
 }
 
-TEST(Strand, DoesNotHoldUpAnotherStrandOfItsPool) {
-    WorkerPool pool(2);
-    Strand slow(pool);
-    Strand quick(pool);
+TEST_F(StrandTest, DoesNotHoldUpAnotherStrandOfItsPool) {
+    Strand quick(m_pool);
     std::latch released(1);
-    slow.post([&] { released.wait(); });
-
+    m_strand.post([&] { released.wait(); });
     EXPECT_TRUE(quick.runAndWait([] {}));
     released.count_down();
-    slow.drain();
+    m_strand.drain();
 }
 
-TEST(Strand, PostsLaterAlsoFromItsOwnWork) {
-    WorkerPool pool(2);
-    Strand strand(pool);
+TEST_F(StrandTest, RunsWhatItIsGivenInsideItsOwnWorkLaterAndWhatIsWaitedForAtOnce) {
     std::vector<int> order;
-    strand.runAndWait([&] {
-        strand.post([&] { order.push_back(2); });
+    EXPECT_TRUE(m_strand.runAndWait([&] {
+        EXPECT_TRUE(m_strand.isCurrent());
+        m_strand.post([&] { order.push_back(3); });
         order.push_back(1);
-    });
-    strand.drain();
-    EXPECT_EQ(order, (std::vector<int>{1, 2}));
+        m_strand.runAndWait([&] { order.push_back(2); });
+    }));
+    EXPECT_FALSE(m_strand.isCurrent());
+    EXPECT_TRUE(m_strand.runAndWait([&] { order.push_back(4); }));
+    EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
 }
 
-TEST(Strand, RunAndWaitComesBehindWhatWasPostedBefore) {
-    WorkerPool pool(2);
-    Strand strand(pool);
-    int value = 0;
-    strand.post([&] { value = 1; });
-    int seen = 0;
-    EXPECT_TRUE(strand.runAndWait([&] { seen = value; }));
-    EXPECT_EQ(seen, 1);
+TEST_F(StrandTest, SurvivesWorkThatThrowsAndHandsItOnToWhoWaits) {
+    m_strand.post([] { throw std::runtime_error("broken"); });
+    m_strand.post([] { throw 7; });
+    EXPECT_THROW(m_strand.runAndWait([] { throw std::runtime_error("broken"); }), std::runtime_error);
+    EXPECT_TRUE(m_strand.runAndWait([] {}));
 }
 
-TEST(Strand, RunAndWaitOnTheStrandItselfRunsAtOnce) {
-    WorkerPool pool(1);
-    Strand strand(pool);
-    bool ran = false;
-    strand.runAndWait([&] {
-        EXPECT_TRUE(strand.isCurrent());
-        strand.runAndWait([&] { ran = true; });
-        EXPECT_TRUE(ran);
-    });
-    EXPECT_FALSE(strand.isCurrent());
-}
-
-TEST(Strand, RunAndWaitHandsOnWhatTheWorkThrew) {
-    WorkerPool pool(2);
-    Strand strand(pool);
-    EXPECT_THROW(strand.runAndWait([] { throw std::runtime_error("broken"); }), std::runtime_error);
-}
-
-TEST(Strand, SurvivesWorkThatThrows) {
-    WorkerPool pool(1);
-    Strand strand(pool);
-    strand.post([] { throw std::runtime_error("broken"); });
-    strand.post([] { throw 7; });
-    bool ran = false;
-    strand.runAndWait([&] { ran = true; });
-    EXPECT_TRUE(ran);
-}
-
-TEST(Strand, CloseFinishesWhatWasPostedAndTakesNothingMore) {
-    WorkerPool pool(2);
-    Strand strand(pool);
+TEST_F(StrandTest, CloseFinishesWhatWasPostedAndTakesNothingMore) {
     std::latch released(1);
     std::atomic<int> ran{0};
-    strand.post([&] { released.wait(); });
-    strand.post([&] { ++ran; });
-
-    std::thread closer([&] { strand.close(); });
+    m_strand.post([&] { released.wait(); });
+    m_strand.post([&] { ++ran; });
+    std::thread closer([&] { m_strand.close(); });
     released.count_down();
     closer.join();
-
     EXPECT_EQ(ran, 1);
-    EXPECT_FALSE(strand.post([&] { ++ran; }));
-    EXPECT_FALSE(strand.runAndWait([&] { ++ran; }));
+    EXPECT_FALSE(m_strand.post([&] { ++ran; }));
+    EXPECT_FALSE(m_strand.runAndWait([&] { ++ran; }));
     EXPECT_EQ(ran, 1);
 }
 
-TEST(Strand, ReleasesWhatWorkCapturedBeforeADrainReturns) {
-    WorkerPool pool(2);
-    Strand strand(pool);
+TEST_F(StrandTest, ReleasesWhatWorkCapturedBeforeADrainReturns) {
     auto captured = std::make_shared<int>(1);
     const std::weak_ptr<int> watch = captured;
-    strand.post([held = std::move(captured)] { static_cast<void>(held); });
-    strand.drain();
+    m_strand.post([held = std::move(captured)] { static_cast<void>(held); });
+    m_strand.drain();
     EXPECT_TRUE(watch.expired());
 }
 
-TEST(Strand, ItsDoorOutlivesIt) {
-    WorkerPool pool(2);
-    auto strand = std::make_unique<Strand>(pool);
+TEST_F(StrandTest, ItsDoorOutlivesIt) {
+    auto strand = std::make_unique<Strand>(m_pool);
     const auto door = strand->door();
-    std::promise<void> ran;
-    EXPECT_TRUE(door([&] { ran.set_value(); }));
-    ran.get_future().wait();
+    bool ran = false;
+    EXPECT_TRUE(door([&] { ran = true; }));
     strand.reset();
+    EXPECT_TRUE(ran);
     EXPECT_FALSE(door([] { FAIL() << "ran after the strand was gone"; }));
+}
+
+// The lock shows that the alarm does not ring inside the call that sets it.
+TEST(AsioAlarmClock, RingsNotBeforeItsTimeNorWhenItIsDestroyedAndDoesNotHoldUpTheEndOfThePool) {
+    WorkerPool pool(1);
+    AsioAlarmClock clock(pool);
+    const auto far = clock.after(std::chrono::hours(1), [] { FAIL() << "rang early"; });
+    std::mutex held;
+    std::promise<steady_clock::time_point> rung;
+    const auto begin = steady_clock::now();
+    clock.after(milliseconds(5), [] { FAIL() << "was destroyed"; }).reset();
+    std::unique_ptr<Alarm> atOnce;
+    {
+        const std::lock_guard lock(held);
+        atOnce = clock.after(milliseconds(0), [&] { const std::lock_guard inner(held); });
+    }
+    const auto alarm = clock.after(milliseconds(20), [&] { rung.set_value(steady_clock::now()); });
+    auto future = rung.get_future();
+    ASSERT_EQ(future.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    EXPECT_GE(future.get() - begin, milliseconds(20));
 }
 
 }  // namespace

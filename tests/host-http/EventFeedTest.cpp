@@ -43,13 +43,18 @@ protected:
     }
     void count(int number) {
         m_feed.missedCallsCountUpdate(number);
-        for (; !m_posted.empty(); m_posted.pop_front()) {
-            m_posted.front()();
+        run(m_posted);
+    }
+    static void run(std::deque<std::function<void()>>& works) {
+        for (const auto& work : std::exchange(works, {})) {
+            work();
         }
     }
 
     std::deque<std::function<void()>> m_posted;
+    std::deque<std::function<void()>> m_later;
     host::EventFeed m_feed{[this](std::function<void()> work) { m_posted.push_back(std::move(work)); },
+                           [this](auto, std::function<void()> work) { m_later.push_back(std::move(work)); },
                            {4, 4096}};
 };
 
@@ -97,6 +102,20 @@ TEST_F(EventFeedTest, GoesOnBehindTheEventThatAClientSawLast) {
         EXPECT_EQ(lost.count("event: resync"), 1) << id;
         m_feed.close();
     }
+}
+
+TEST_F(EventFeedTest, TellsOfSilentChangesAtOnceAndThenOncePerPauseAndOfTheLastOneToo) {
+    for (const int changes : {1, 5, 1, 0, 0, 1}) {
+        for (int change = 0; change < changes; ++change) {
+            m_feed.resync();
+        }
+        run(m_posted);
+        run(m_later);
+    }
+    Client client;
+    join(client);
+    const std::string id = client.lastId();
+    EXPECT_EQ(id.substr(id.find('-')), "-5") << "one, two of the five, the single one behind, and the last";
 }
 
 TEST_F(EventFeedTest, ForgetsAClientThatIsGone) {

@@ -1,6 +1,8 @@
 #include "host/http/HttpFace.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <asio/ip/tcp.hpp>
@@ -34,6 +36,23 @@ protected:
         host::HttpFaceSettings settings;
         settings.server.listen = endpoint;
         return settings;
+    }
+
+    static asio::ip::tcp::endpoint address(const host::Endpoint& endpoint) {
+        return {asio::ip::make_address(endpoint.host), endpoint.port};
+    }
+
+    /// Whether a small request is answered well within twenty seconds.
+    static bool isServed(asio::io_context& io, asio::ip::tcp::socket& socket) {
+        asio::write(
+            socket,
+            asio::buffer(std::string("HEAD /api/v1/openapi.json HTTP/1.1\r\nHost: localhost\r\n\r\n")));
+        std::string text;
+        asio::async_read_until(socket, asio::dynamic_buffer(text), "\r\n\r\n",
+                               [](const auto& /*error*/, std::size_t /*size*/) {});
+        io.restart();
+        io.run_for(std::chrono::seconds(20));
+        return text.rfind("HTTP/1.1 200", 0) == 0;
     }
 
     journaltest::TemporaryDatabase m_database;
@@ -70,7 +89,7 @@ TEST_F(HttpFaceTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNo
     asio::ip::tcp::socket stream(io);
     asio::ip::tcp::socket half(io);
     for (asio::ip::tcp::socket* const each : {&stream, &half}) {
-        each->connect({asio::ip::make_address(endpoint.host), endpoint.port});
+        each->connect(address(endpoint));
     }
     asio::write(half,
                 asio::buffer(std::string("PUT / HTTP/1.1\r\nHost: localhost\r\nContent-Length: 9\r\n\r\n{")));
@@ -83,6 +102,48 @@ TEST_F(HttpFaceTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNo
         asio::read(*each, text, error);
         EXPECT_TRUE(error);
     }
+}
+
+TEST_F(HttpFaceTest, ClientsThatSayNothingMakePlaceForOthers) {
+    host::HttpFaceSettings settings = at({"127.0.0.1", 0});
+    settings.server.maxConnections = 3;
+    settings.server.clientTime = std::chrono::seconds(1);
+    host::HttpFace face(backend(), settings);
+    const auto there = address(face.start());
+    asio::io_context io;
+    std::vector<asio::ip::tcp::socket> idle;
+    for (const char* const begin : {"", "GET / HT", "GET / HTTP/1.1\r\nHost: local"}) {
+        idle.emplace_back(io).connect(there);
+        asio::write(idle.back(), asio::buffer(std::string(begin)));
+    }
+    asio::ip::tcp::socket last(io);
+    last.connect(there);
+    EXPECT_TRUE(isServed(io, last));
+}
+
+TEST_F(HttpFaceTest, AcceptsAgainWhenDescriptorsHadRunOut) {
+    host::HttpFaceSettings settings = at({"127.0.0.1", 0});
+    settings.server.heartbeat = std::chrono::milliseconds(20);
+    host::HttpFace face(backend(), settings);
+    const auto there = address(face.start());
+    asio::io_context io;
+    asio::ip::tcp::socket first(io);
+    asio::ip::tcp::socket second(io, asio::ip::tcp::v4());
+    first.connect(there);
+    EXPECT_TRUE(isServed(io, first));
+
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    rlimit none = before;
+    const int free = dup(0);
+    none.rlim_cur = static_cast<rlim_t>(free);
+    close(free);
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    second.connect(there);
+    // Answered behind the attempt to accept the second one.
+    EXPECT_TRUE(isServed(io, first));
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_TRUE(isServed(io, second));
 }
 
 TEST(ApiToken, IsMadeOnceForItsOwnerAloneAndADamagedFileIsRefused) {

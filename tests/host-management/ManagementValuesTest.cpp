@@ -1,53 +1,47 @@
 #include "tests/host-management/ManagementFixture.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Key;
 using testing::Pair;
 
 using ManagementValues = journaltest::ManagementFixture;
 
+// Every row is a run of the program: what the file and the command line say, what is written, and the value then. "-" is
+// nothing, "''" is an empty text.
 TEST_F(ManagementValues, ComeFromWhereTheyWereSetLast) {
-    start({{"k", "file"}});
-    EXPECT_EQ(valueOf("k"), "file");
-    EXPECT_TRUE(write("k", "run time"));
-    EXPECT_EQ(valueOf("k"), "run time");
-
-    start({{"k", "another file"}});
-    EXPECT_EQ(valueOf("k"), "run time");
-
-    start({{"k", "file"}}, {{"k", "command line"}});
-    EXPECT_EQ(valueOf("k"), "command line");
-
-    start({{"k", "file"}});
-    EXPECT_EQ(valueOf("k"), "run time") << "what the command line says holds for one run";
-
-    start({{"k", "file"}}, {{"k", "command line"}});
-    EXPECT_TRUE(write("k", "changed meanwhile"));
-    EXPECT_EQ(valueOf("k"), "changed meanwhile");
-    start();
-    EXPECT_EQ(valueOf("k"), "changed meanwhile");
+    for (const auto& row : journaltest::table(5, R"(
+        k     | file    | -       | -        | file
+        k     | file    | -       | run time | run time
+        k     | another | -       | -        | run time
+        k     | file    | command | -        | command
+        k     | file    | -       | -        | run time
+        k     | file    | command | written  | written
+        k     | -       | -       | -        | written
+        same  | file    | -       | file     | file
+        same  | another | -       | -        | file
+        empty | file    | -       | ''       | ''
+        empty | file    | -       | -        | ''
+        none  | -       | -       | -        | -
+    )")) {
+        const auto keys = [&row](const std::string& value) {
+            return value == "-" ? Keys() : Keys{{row[0], value}};
+        };
+        start(keys(row[1]), keys(row[2]));
+        if (row[3] != "-") {
+            EXPECT_TRUE(write(row[0], row[3] == "''" ? "" : row[3]));
+        }
+        const std::string value = valueOf(row[0]).value_or("-");
+        EXPECT_EQ(value.empty() ? "''" : value, row[4]) << row[0] << " " << row[1] << " " << row[2];
+    }
 }
 
-TEST_F(ManagementValues, ThatAreWrittenAsTheyAreStayWhenTheFileChanges) {
-    start({{"k", "file"}});
-    EXPECT_TRUE(write("k", "file"));
-    start({{"k", "another file"}});
-    EXPECT_EQ(valueOf("k"), "file");
-}
-
-TEST_F(ManagementValues, ThatAreEmptyAreThere) {
-    start({{"k", "file"}});
-    EXPECT_TRUE(write("k", ""));
-    start({{"k", "file"}});
-    EXPECT_EQ(valueOf("k"), "");
-    EXPECT_EQ(valueOf("unknown"), std::nullopt);
-}
-
-TEST_F(ManagementValues, AreFilledInAsFarAsTheyAreThere) {
+TEST_F(ManagementValues, AreFilledInAsFarAsTheLineHasThem) {
     start({{"a", "1"}, {"c", "3"}});
     ManageableData data;
     for (const char* const key : {"a", "b", "c"}) {
@@ -57,41 +51,30 @@ TEST_F(ManagementValues, AreFilledInAsFarAsTheyAreThere) {
     EXPECT_EQ(data.interogate("a")->getValue(), "1");
     EXPECT_EQ(data.interogate("b"), nullptr);
     EXPECT_EQ(data.interogate("c")->getValue(), "3");
-}
 
-TEST_F(ManagementValues, OfAnotherLineAreItsOwn) {
-    start();
     EXPECT_TRUE(write("k", "mine"));
-    host::LocalManagement other(*m_database, "3001", {{"k", "theirs"}}, {},
-                                [](const std::function<void()>&) {});
+    const host::LocalManagement other(*m_database, "3001", {{"k", "theirs"}}, {}, m_post);
     EXPECT_THAT(other.values(), ElementsAre(Pair("k", "theirs")));
 }
 
 TEST_F(ManagementValues, AreStoredAllTogetherOrNotAtAll) {
     start({{"good", "old"}});
-    ManageableData data;
-    data.populate("good", "good", "new");
+    ManageableData data = journaltest::dataOf("good", "new");
     data.setRootId("no-value", nullptr);
     data.populate("too-long", "too-long", std::string(4097, 'x'));
     data.populate("a key", "a key", "1");
     data.populate(std::string(101, 'k'), std::string(101, 'k'), "1");
     EXPECT_FALSE(management().write(data));
-    EXPECT_EQ(valueOf("good"), "old");
-    EXPECT_EQ(data.getRejectReasons().size(), 4U);
-    EXPECT_EQ(data.getRejectReasons().count("good"), 0U);
+    EXPECT_THAT(data.getRejectReasons(),
+                ElementsAre(Key("a key"), Key(std::string(101, 'k')), Key("no-value"), Key("too-long")));
     EXPECT_EQ(data.getRejectReasons().at("no-value").code, eRejectDataInvalid);
     EXPECT_THAT(data.getRejectReasons().at("too-long").text, HasSubstr("too-long"));
+
+    const std::string longest(4096, 'v');
+    EXPECT_TRUE(write(longest.substr(0, 100), longest));
     start({{"good", "old"}});
     EXPECT_EQ(valueOf("good"), "old");
-}
-
-TEST_F(ManagementValues, AreTakenUpToTheirBounds) {
-    start();
-    const std::string key(100, 'k');
-    const std::string value(4096, 'v');
-    EXPECT_TRUE(write(key, value));
-    start();
-    EXPECT_EQ(valueOf(key), value);
+    EXPECT_EQ(valueOf(longest.substr(0, 100)), longest);
 }
 
 TEST_F(ManagementValues, ThatCannotBeStoredStayAsTheyWereAndTellNobody) {
@@ -100,21 +83,18 @@ TEST_F(ManagementValues, ThatCannotBeStoredStayAsTheyWereAndTellNobody) {
     management().observe("k", agent);
     SQLite::Database other = m_database.otherConnection();
     other.exec("BEGIN IMMEDIATE");
-    ManageableData data;
-    data.populate("k", "k", "new");
+    ManageableData data = journaltest::dataOf("k", "new");
     EXPECT_FALSE(management().write(data));
-    EXPECT_EQ(data.getRejectReasons().count("k"), 1U);
+    EXPECT_THAT(data.getRejectReasons(), ElementsAre(Key("k")));
     EXPECT_EQ(journaltest::CapturedLog::count("storing management values failed"), 1);
     other.exec("ROLLBACK");
     runStrand();
     EXPECT_EQ(valueOf("k"), "old");
     EXPECT_THAT(agent.calls, IsEmpty());
     management().unregisterAgent(agent);
-}
 
-TEST_F(ManagementValues, ThatCannotBeReadAtTheStartEndTheProgram) {
-    m_database.otherConnection().exec("DROP TABLE management_value");
-    EXPECT_THROW(start(), host::DatabaseError);
+    other.exec("DROP TABLE management_value");
+    EXPECT_THROW(start(), host::DatabaseError) << "values that cannot be read at the start end the program";
 }
 
 }  // namespace

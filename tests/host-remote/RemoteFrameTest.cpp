@@ -1,9 +1,12 @@
-#include "host/remote/RemoteFrame.h"
-
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <vector>
+
+#include "host/remote/ClientBacklog.h"
+#include "host/remote/RemoteFrame.h"
+#include "tests/support/Table.h"
 
 namespace host {
 namespace {
@@ -11,52 +14,65 @@ namespace {
 using Kind = RemoteFrame::Kind;
 using namespace std::string_literals;
 
+/// One step on a backlog: "n5" and "a5" add a notification and an answer of five bytes, "take" tells the size of what comes.
+std::string outcomeOf(const std::string& step, ClientBacklog& backlog) {
+    if (step == "close") {
+        backlog.close();
+        return step;
+    }
+    if (step == "take") {
+        const auto taken = backlog.take();
+        return taken ? std::to_string(taken->size()) : "none";
+    }
+    std::string frame(std::stoul(step.substr(1)), 'x');
+    switch (step.front() == 'n' ? backlog.addNotification(frame) : backlog.addAnswer(frame)) {
+        case ClientBacklog::Added::eQueued: return "queued";
+        case ClientBacklog::Added::eWakeUp: return "wake";
+        case ClientBacklog::Added::eOverflow: return "overflow";
+        case ClientBacklog::Added::eClosed: break;
+    }
+    return "closed";
+}
+
+// It is "wake" only when the writer has seen the end, and the bound of ten bytes is for notifications that wait.
+TEST(ClientBacklog, WakesAnIdleWriterAndHoldsNotificationsUpToItsBound) {
+    for (const auto& row : journaltest::table(2, R"(
+        n1 a2 take n3 take take n4 take take n5 | wake queued 1 queued 2 3 queued 4 none wake
+        n5 n5 n1 n1 a1 take                     | wake queued overflow closed closed none
+        n10 take n10 take n10 take              | wake 10 queued 10 queued 10
+        a1000 n10 n1                            | wake queued overflow
+        n1 close take n1                        | wake close none closed
+    )")) {
+        ClientBacklog backlog(10);
+        std::vector<std::string> outcomes;
+        for (const std::string& step : journaltest::split(row[0], ' ')) {
+            outcomes.push_back(outcomeOf(step, backlog));
+        }
+        EXPECT_EQ(outcomes, journaltest::split(row[1], ' ')) << row[0];
+    }
+}
+
 TEST(RemoteFrame, StandsOnTheWireAsTheDocumentationShows) {
     EXPECT_EQ(RemoteFrame::encode(Kind::eRequest, 1, "<r><Method>2</Method></r>"),
               "\0\0\0\x1eQ\0\0\0\x01<r><Method>2</Method></r>"s);
-    EXPECT_EQ(RemoteFrame::encode(Kind::eRequest, 0x01020304, "<a/>"), "\0\0\0\x09Q\x01\x02\x03\x04<a/>"s);
-    EXPECT_EQ(RemoteFrame::encode(Kind::eAnswer, 7, ""),
-              "\0\0\0\x05"
-              "A\0\0\0\x07"s);
+    EXPECT_EQ(RemoteFrame::encode(Kind::eAnswer, 0xFFEEDDCC, ""), "\0\0\0\x05"s + "A\xFF\xEE\xDD\xCC");
     const std::string longer = RemoteFrame::encode(Kind::eNotification, 0, std::string(0x012345, 'x'));
     EXPECT_EQ(longer.substr(0, 9), "\0\x01\x23\x4AN\0\0\0\0"s);
 }
 
-TEST(RemoteFrame, TakesLengthsThatAFrameCanHave) {
-    struct Row {
-        std::array<char, 4> bytes;
-        std::optional<std::size_t> length;
+TEST(RemoteFrame, TakesOnlyLengthsAndBodiesThatAFrameCanHave) {
+    const std::pair<std::array<char, 4>, std::optional<std::size_t>> rows[] = {
+        {{0, 0, 0, 4}, std::nullopt}, {{0, 0, 0, 5}, 5},
+        {{0, 0, 1, 0}, 256},          {{1, 0, 0, 5}, RemoteFrame::kMaxTextBytes + 5},
+        {{1, 0, 0, 6}, std::nullopt}, {{-1, -1, -1, -1}, std::nullopt},
     };
-    const std::vector<Row> rows{
-        {{0, 0, 0, 0}, std::nullopt},
-        {{0, 0, 0, 4}, std::nullopt},
-        {{0, 0, 0, 5}, 5},
-        {{0, 0, 1, 0}, 256},
-        {{1, 0, 0, 5}, RemoteFrame::kMaxTextBytes + 5},
-        {{1, 0, 0, 6}, std::nullopt},
-        {{-1, -1, -1, -1}, std::nullopt},
-        {{'G', 'E', 'T', ' '}, std::nullopt},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(RemoteFrame::readLength(row.bytes), row.length);
+    for (const auto& [bytes, length] : rows) {
+        EXPECT_EQ(RemoteFrame::readLength(bytes), length);
     }
-}
-
-TEST(RemoteFrame, ReadsBackWhatItWrote) {
-    for (const Kind kind : {Kind::eRequest, Kind::eAnswer, Kind::eNotification}) {
-        const std::string text = "M\xFC\0ller"s;
-        const auto frame = RemoteFrame::readBody(RemoteFrame::encode(kind, 0xFFEEDDCC, text).substr(4));
-        ASSERT_TRUE(frame);
-        EXPECT_EQ(frame->kind, kind);
-        EXPECT_EQ(frame->id, 0xFFEEDDCC);
-        EXPECT_EQ(frame->text, text);
-    }
-}
-
-TEST(RemoteFrame, RefusesABodyThatIsNone) {
     for (const std::string& body : {""s, "Q"s, "Q\0\0\0"s, "X\0\0\0\1text"s, "q\0\0\0\1text"s}) {
         EXPECT_FALSE(RemoteFrame::readBody(body)) << body;
     }
+    EXPECT_EQ(RemoteFrame::readBody("Q\xFF\xEE\xDD\xCC").value().id, 0xFFEEDDCC);
 }
 
 }  // namespace

@@ -1,173 +1,147 @@
-#include <memory>
+#include <algorithm>
 #include <string>
-#include <type_traits>
 
 #include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
 
-#include "journal-items/CallBackItem.h"
-#include "journal-items/Occurrences.h"
+#include "tests/journal-library/RandomItems.h"
 
 namespace {
 
-// One name for what differs between the four call lists' items.
-template <typename Item>
-struct InfoOf {
-    using Type = std::decay_t<decltype(occurrencesOf(std::declval<const Item&>()).front())>;
-};
-template <typename Item>
-using Info = typename InfoOf<Item>::Type;
+using journaltest::counted;
 
 template <typename Item>
-Info<Item> callAt(const std::string& time) {
-    Info<Item> info;
-    info.setTimeAndDate(time);
-    return info;
+std::string timesOf(const Item& item) {
+    std::string times;
+    for (const auto& info : occurrencesOf(item)) {
+        times += info.getTimeAndDate() + " ";
+    }
+    return times;
 }
 
 template <typename Item>
-class CallListItem : public ::testing::Test {};
+class CallListItem : public ::testing::Test {
+protected:
+    static void add(Item& item, const std::string& time) {
+        auto info = occurrencesOf(counted<Item>()).front();
+        info.setTimeAndDate(time);
+        item.addCallInfoToList(info);
+    }
+};
 
 using CallListItems = ::testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
 TYPED_TEST_SUITE(CallListItem, CallListItems, );
 
-TYPED_TEST(CallListItem, PutsTheNewestCallInFront) {
-    TypeParam item;
-    item.addCallInfoToList(callAt<TypeParam>("2026-11-20T08:00:00Z"));
-    item.addCallInfoToList(callAt<TypeParam>("2026-11-21T08:00:00Z"));
-
-    ASSERT_EQ(occurrencesOf(item).size(), 2U);
-    EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "2026-11-21T08:00:00Z");
-}
-
-TYPED_TEST(CallListItem, DropsTheOldestCallBeyondTen) {
-    TypeParam item;
-    for (int i = 0; i < 11; ++i) {
-        item.addCallInfoToList(callAt<TypeParam>("call " + std::to_string(i)));
-    }
-    ASSERT_EQ(occurrencesOf(item).size(), 10U);
-    EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "call 10");
-    EXPECT_EQ(occurrencesOf(item).back().getTimeAndDate(), "call 1");
-}
-
-TYPED_TEST(CallListItem, TakesAWholeListAsItIsAndStillLimitsTheNextCall) {
-    TypeParam item;
-    setOccurrences(item, std::list<Info<TypeParam>>(25));
-    EXPECT_EQ(occurrencesOf(item).size(), 25U);
-    item.addCallInfoToList(callAt<TypeParam>("now"));
-    EXPECT_EQ(occurrencesOf(item).size(), 10U);
-    EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "now");
-}
-
-TYPED_TEST(CallListItem, DuplicatesItsCallsWhenItIsCopied) {
-    TypeParam stored;
-    stored.addCallInfoToList(callAt<TypeParam>("stored"));
-
-    TypeParam copy = stored;
-    copy.addCallInfoToList(callAt<TypeParam>("only in the copy"));
-    EXPECT_EQ(occurrencesOf(stored).size(), 1U);
-
-    TypeParam assigned;
-    assigned = stored;
-    stored.addCallInfoToList(callAt<TypeParam>("only in the original"));
-    EXPECT_EQ(occurrencesOf(assigned).size(), 1U);
-    EXPECT_EQ(occurrencesOf(assigned).front().getTimeAndDate(), "stored");
-}
-
-TYPED_TEST(CallListItem, MovesWithoutThrowing) {
-    EXPECT_TRUE(std::is_nothrow_move_assignable_v<TypeParam>);
-    EXPECT_TRUE(std::is_nothrow_move_constructible_v<Info<TypeParam>>);
-}
-
-TYPED_TEST(CallListItem, IsSortedByItsNewestCallOrByItsEntryIdWithoutOne) {
+TYPED_TEST(CallListItem, KeepsTheNewestTenCallsInFrontButTakesAWholeListAsItIs) {
     TypeParam item;
     item.setEntryId("entry");
     EXPECT_EQ(sortKeyOf(item), "entry");
-    item.addCallInfoToList(callAt<TypeParam>("older"));
-    item.addCallInfoToList(callAt<TypeParam>("newer"));
-    EXPECT_EQ(sortKeyOf(item), "newer");
+    for (const char* time : {"1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11"}) {
+        TestFixture::add(item, time);
+        EXPECT_EQ(sortKeyOf(item), time);
+    }
+    EXPECT_EQ(timesOf(item), "11 10 9 8 7 6 5 4 3 2 ");
+
+    auto occurrences = occurrencesOf(item);
+    occurrences.resize(25);
+    setOccurrences(item, occurrences);
+    EXPECT_EQ(occurrencesOf(item).size(), 25U);
+    TestFixture::add(item, "12");
+    EXPECT_EQ(timesOf(item), "12 11 10 9 8 7 6 5 4 3 ");
 }
 
 TYPED_TEST(CallListItem, EqualsAnotherWithItsEntryIdWhateverElseTheyHold) {
-    TypeParam a;
-    a.setEntryId("same");
-    a.setSurname("Miller");
-    a.setUniqueId("1");
-    TypeParam b;
-    b.setEntryId("same");
-    b.addCallInfoToList(callAt<TypeParam>("now"));
-
-    const CallItem& base = a;
-    EXPECT_TRUE(base == b);
-    EXPECT_FALSE(a.sameContent(b));
-
-    b = a;
-    EXPECT_TRUE(a.sameContent(b));
-    b.setEntryId("other");
-    EXPECT_FALSE(base == b);
+    TypeParam other;
+    other.setEntryId("t1");
+    EXPECT_TRUE(static_cast<const CallItem&>(counted<TypeParam>()) == other);
+    other = counted<TypeParam>();
+    other.setEntryId("other");
+    EXPECT_FALSE(static_cast<const CallItem&>(counted<TypeParam>()) == other);
+    EXPECT_TRUE(std::is_nothrow_move_assignable_v<TypeParam>);
 }
 
-TYPED_TEST(CallListItem, ComparesTheContentOfEveryPartItIsMadeOf) {
-    TypeParam plain;
-    const auto differsAfter = [&plain](auto change) {
-        TypeParam changed = plain;
-        change(changed);
-        return !changed.sameContent(plain);
-    };
-    EXPECT_TRUE(differsAfter([](TypeParam& item) { item.setFirstname("Ada"); }));
-    EXPECT_TRUE(differsAfter([](TypeParam& item) { item.setSurname("Miller"); }));
-    EXPECT_TRUE(differsAfter([](TypeParam& item) { item.setUniqueId("7"); }));
-    EXPECT_TRUE(differsAfter([](TypeParam& item) { item.setPictureClip("p.png"); }));
-    EXPECT_TRUE(differsAfter([](TypeParam& item) {
-        auto info = callAt<TypeParam>("");
-        info.setRedirectingReason(3);
-        item.addCallInfoToList(info);
+/// The same value for every field, but another one for the field that is filled as the `other`-th.
+struct OneOther {
+    bool isOther() { return ++last == other; }
+    std::string text() { return isOther() ? "other" : "text"; }
+    std::int32_t number() { return isOther() ? 2 : 1; }
+    bool flag() { return !isOther(); }
+    static int upTo(int /*most*/) { return 1; }
+
+    int other = 0;
+    int last = 0;
+};
+
+template <typename Item>
+class Content : public ::testing::Test {};
+
+using AllItems = ::testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem,
+                                  CallBackItem, Contact>;
+TYPED_TEST_SUITE(Content, AllItems, );
+
+TYPED_TEST(Content, IsTheSameOnlyIfEveryFieldIs) {
+    OneOther all;
+    TypeParam item;
+    journaltest::fill(all, item);
+    EXPECT_GE(all.last, 9);
+    for (int other = 0; other <= all.last; ++other) {
+        OneOther values{other};
+        TypeParam changed;
+        journaltest::fill(values, changed);
+        EXPECT_EQ(changed.sameContent(item), other == 0) << other;
+    }
+}
+
+TEST(Constructors, KeepTheirParametersApart) {
+    const MissedCallItem missed("id", "Ada", "Miller", {MissedCallItem::MissedCallInfo()}, true);
+    EXPECT_EQ(missed.getEntryId() + missed.getFirstname() + missed.getSurname(), "idAdaMiller");
+    EXPECT_TRUE(missed.getViewed());
+    EXPECT_FALSE(MissedCallItem().getViewed());
+    EXPECT_EQ(missed.getMissedCallInfoList().size(), 1U);
+    EXPECT_TRUE(CallBackItem("t1", "t2", "t3", "t4", static_cast<NumberType::NT>(7), "t5",
+                             static_cast<CallBackItem::CallBackType>(8),
+                             static_cast<CallBackItem::CallBackState>(9), "t6")
+                    .sameContent(counted<CallBackItem>()));
+}
+
+TEST(Contact, HasItsNumbersAtTheirPositions) {
+    const auto contact = counted<Contact>();
+    std::string numbers;
+    for (int position = 0; position <= 5; ++position) {
+        numbers += contact.getPhoneNumber(position) + " ";
+    }
+    EXPECT_EQ(numbers, " t4 t5 t6 t10  ");
+}
+
+RC_GTEST_PROP(Contact, IsReadBackFromItsPrintableLine, ()) {
+    const auto contact = journaltest::some<Contact>();
+    const std::string line = contact.serialize();
+    RC_ASSERT(std::all_of(line.begin(), line.end(), [](char letter) {
+        const auto byte = static_cast<unsigned char>(letter);
+        return byte >= 0x20 && byte != 0x7f;
     }));
+    auto read = journaltest::some<Contact>();
+    RC_ASSERT(Contact::deserialize(line, read));
+    RC_ASSERT(read == contact);
 }
 
-TEST(MissedCallItem, StartsUnviewedAndEmpty) {
-    const MissedCallItem item;
-    EXPECT_FALSE(item.getViewed());
-    EXPECT_TRUE(item.getEntryId().empty());
-    EXPECT_TRUE(item.getMissedCallInfoList().empty());
+TEST(Contact, WritesOnlyWhatItHolds) {
+    Contact contact;
+    EXPECT_EQ(contact.serialize(), "");
+    contact.setSurname("Müller");
+    contact.setMobile("0170;1=2");
+    EXPECT_EQ(contact.serialize(), "surname=Müller;mobile=0170\\x3b1\\x3d2;");
 }
 
-TEST(MissedCallItem, IsBuiltFromNamesCallsAndTheViewedFlag) {
-    MissedCallItem::MissedCallInfo info;
-    info.setLineKey("2");
-    const MissedCallItem item("id", "Ada", "Miller", {info}, true);
-    EXPECT_EQ(item.getEntryId(), "id");
-    EXPECT_EQ(item.getFirstname(), "Ada");
-    EXPECT_EQ(item.getSurname(), "Miller");
-    EXPECT_EQ(item.getMissedCallInfoList().front().getLineKey(), "2");
-    EXPECT_TRUE(item.getViewed());
-}
-
-TEST(CallBackItem, KeepsItsNineParametersApart) {
-    const CallBackItem item("id", "Ada", "Miller", "4711", NumberType::NT::eMobile, "2026-11-21T05:22:05Z",
-                            CallBackItem::CallBackType::eOnNoReply, CallBackItem::CallBackState::eRinging,
-                            "2001");
-    EXPECT_EQ(item.getEntryId(), "id");
-    EXPECT_EQ(item.getFirstname(), "Ada");
-    EXPECT_EQ(item.getSurname(), "Miller");
-    EXPECT_EQ(item.getNumber(), "4711");
-    EXPECT_EQ(item.getNumberType(), NumberType::NT::eMobile);
-    EXPECT_EQ(item.getTimeDate(), "2026-11-21T05:22:05Z");
-    EXPECT_EQ(item.getCallBackType(), CallBackItem::CallBackType::eOnNoReply);
-    EXPECT_EQ(item.getCallBackState(), CallBackItem::CallBackState::eRinging);
-    EXPECT_EQ(item.getDeviceId(), "2001");
-
-    CallBackItem changed = item;
-    changed.setDeviceId("2002");
-    EXPECT_TRUE(changed == item);
-    EXPECT_FALSE(changed.sameContent(item));
-}
-
-TEST(CallItem, IsDestroyedThroughItsBase) {
-    // The sanitizers' build reports a leak of the occurrence when the destructor is not the item's own.
-    auto item = std::make_unique<DialledCallItem>();
-    item->addCallInfoToList(callAt<DialledCallItem>(std::string(100, 'x')));
-    const std::unique_ptr<CallItem> base = std::move(item);
-    EXPECT_TRUE(base->getEntryId().empty());
+TEST(Contact, RefusesADamagedLineAndSkipsUnknownNames) {
+    Contact contact;
+    ASSERT_TRUE(Contact::deserialize("shoeSize=43;surname=before;", contact));
+    for (const char* line : {"surname=Miller", "surname", "surname;", "surname=\\;", "surname=\\x4;",
+                             "surname=\\x4g;", "surname=a\\y41;", "matchedKind=two;", "matchedKind=;",
+                             "defaultNumber=99999999999;", "source=x;", "record=only-one;"}) {
+        EXPECT_FALSE(Contact::deserialize(line, contact)) << line;
+        EXPECT_EQ(contact.serialize(), "surname=before;") << line;
+    }
 }
 
 }  // namespace

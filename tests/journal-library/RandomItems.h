@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
+#include <type_traits>
 
 #include <rapidcheck.h>
 
@@ -10,173 +10,133 @@
 #include "journal-items/Contact.h"
 #include "journal-items/Occurrences.h"
 
-/// Items whose every field holds anything, for properties. Each setter is called by hand: what the
-/// library's own tables forget, these do not.
+/// Items whose every field is filled: by anything, for properties, or by counted values, which tell the fields apart. Each
+/// setter is named here: what the library's own tables forget, this does not.
 namespace journaltest {
 
 /// Texts that have broken something somewhere, mixed with any bytes.
 inline std::string someText() {
-    static const std::vector<std::string> kNasty = {"",
-                                                    " ",
-                                                    " leading",
-                                                    "trailing ",
-                                                    "\r\n",
-                                                    "\t\n \r",
-                                                    "a\rb\nc",
-                                                    "]]>",
-                                                    "<![CDATA[",
-                                                    "<!--x-->",
-                                                    "&#0;",
-                                                    "&amp;",
-                                                    "<a b='c'>\"</a>",
-                                                    "\xEE\xB9\x81",
-                                                    "\xEE\x80\x80",
-                                                    "\xEE\xB8\x80",
-                                                    "\xEE\xBB\xBF",
-                                                    "\xEF\xBF\xBE",
-                                                    "\xEF\xBB\xBF",
-                                                    "\xED\xA0\x80",
-                                                    "\xC0\x80",
-                                                    "\xFF\xFE",
-                                                    "\xF4\x90\x80\x80",
-                                                    "\xF0\x9F\x98\x80",
-                                                    "failure",
-                                                    "failed",
-                                                    "Müller",
-                                                    "\x01\x1f\x7f"};
-    const auto anyBytes = rc::gen::map(
-        rc::gen::container<std::vector<std::uint8_t>>(rc::gen::arbitrary<std::uint8_t>()),
-        [](const std::vector<std::uint8_t>& bytes) { return std::string(bytes.begin(), bytes.end()); });
+    const auto nasty = rc::gen::element<std::string>(
+        "", " ", " leading", "trailing ", "\r\n", "\t\n \r", "a\rb\nc", "]]>", "<![CDATA[", "<!--x-->",
+        "&#0;", "&amp;", "<a b='c'>\"</a>", "\xEE\xB9\x81", "\xEE\x80\x80", "\xEE\xB8\x80", "\xEE\xBB\xBF",
+        "\xEF\xBF\xBE", "\xEF\xBB\xBF", "\xED\xA0\x80", "\xC0\x80", "\xFF\xFE", "\xF4\x90\x80\x80",
+        "\xF0\x9F\x98\x80", "failure", "failed", "Müller", "\x01\x1f\x7f");
     if (*rc::gen::arbitrary<bool>()) {
-        return *anyBytes;
+        return *rc::gen::container<std::string>(rc::gen::arbitrary<char>());
     }
-    return *rc::gen::elementOf(kNasty) + *rc::gen::elementOf(kNasty);
+    return *nasty + *nasty;
 }
 
 inline std::int32_t someNumber() {
     return *rc::gen::oneOf(rc::gen::arbitrary<std::int32_t>(), rc::gen::element(INT32_MIN, INT32_MAX, 0, -1));
 }
 
-inline bool someFlag() {
-    return *rc::gen::arbitrary<bool>();
+struct RandomValues {
+    static std::string text() { return someText(); }
+    static std::int32_t number() { return someNumber(); }
+    static bool flag() { return *rc::gen::arbitrary<bool>(); }
+    static int upTo(int most) { return *rc::gen::inRange(0, most + 1); }
+};
+
+/// "t1", "t2", 3, "t4": in the order of the calls below.
+struct CountedValues {
+    std::string text() { return "t" + std::to_string(++last); }
+    std::int32_t number() { return ++last; }
+    static bool flag() { return true; }
+    static int upTo(int /*most*/) { return 1; }
+
+    std::int32_t last = 0;
+};
+
+template <typename Field, typename Values>
+Field next(Values& values) {
+    if constexpr (std::is_same_v<Field, std::string>) {
+        return values.text();
+    } else if constexpr (std::is_same_v<Field, bool>) {
+        return values.flag();
+    } else {
+        return static_cast<Field>(values.number());
+    }
 }
 
-inline void fill(CallInfo& info) {
-    info.setCallId(someText());
-    info.setNumber(someText());
-    info.setConnectedNumber(someText());
-    info.setTextC(someText());
-    info.setTextD(someText());
-    info.setTimeAndDate(someText());
-    info.setLogTarget(someNumber());
-    info.setPresentationA(someNumber());
-    info.setPresentationB(someNumber());
-    info.setPresentationC(someNumber());
-    info.setPresentationD(someNumber());
+/// Gives each field of `object` the next value of its type.
+template <typename Values, typename Object, typename... Classes, typename... Fields>
+void set(Values& values, Object& object, void (Classes::*... setters)(Fields)) {
+    (..., (object.*setters)(next<std::decay_t<Fields>>(values)));
 }
 
-inline void fill(Redirecting& info) {
-    info.setRedirectingNumber(someText());
-    info.setRedirectingName(someText());
-    info.setRedirectingNumberPresentation(someNumber());
-    info.setRedirectingNamePresentation(someNumber());
-    info.setTransferNumberType(someNumber());
-    info.setRedirectingReason(someNumber());
+template <typename Values, typename Info>
+void fillOccurrence(Values& values, Info& info) {
+    set(values, info, &CallInfo::setCallId, &CallInfo::setNumber, &CallInfo::setConnectedNumber,
+        &CallInfo::setTextC, &CallInfo::setTextD, &CallInfo::setTimeAndDate, &CallInfo::setLogTarget,
+        &CallInfo::setPresentationA, &CallInfo::setPresentationB, &CallInfo::setPresentationC,
+        &CallInfo::setPresentationD, &Redirecting::setRedirectingNumber, &Redirecting::setRedirectingName,
+        &Redirecting::setRedirectingNumberPresentation, &Redirecting::setRedirectingNamePresentation,
+        &Redirecting::setTransferNumberType, &Redirecting::setRedirectingReason);
+    if constexpr (std::is_same_v<Info, MissedCallItem::MissedCallInfo>) {
+        set(values, info, &Info::setGroupText, &Info::setLineKey, &Info::setTimeFormat,
+            &Info::setCompletedElsewhere);
+    } else if constexpr (std::is_same_v<Info, DialledCallItem::DialledCallInfo>) {
+        set(values, info, &Info::setDuration, &Info::setSubstituteNumber, &Info::setTimeFormat,
+            &Info::setFeatureAccessCode);
+    } else if constexpr (std::is_same_v<Info, ReceivedCallItem::ReceivedCallInfo>) {
+        set(values, info, &Info::setDuration, &Info::setTimeFormat);
+    } else {
+        set(values, info, &Info::setDuration, &Info::setForwardedToNumber, &Info::setForwardingTarget,
+            &Info::setForwardingReason);
+    }
 }
 
-inline void fill(MissedCallItem::MissedCallInfo& info) {
-    fill(static_cast<CallInfo&>(info));
-    fill(static_cast<Redirecting&>(info));
-    info.setTimeFormat(someNumber());
-    info.setCompletedElsewhere(someFlag());
-    info.setGroupText(someText());
-    info.setLineKey(someText());
-}
-
-inline void fill(DialledCallItem::DialledCallInfo& info) {
-    fill(static_cast<CallInfo&>(info));
-    fill(static_cast<Redirecting&>(info));
-    info.setDuration(someText());
-    info.setTimeFormat(someNumber());
-    info.setSubstituteNumber(someText());
-    info.setFeatureAccessCode(someFlag());
-}
-
-inline void fill(ReceivedCallItem::ReceivedCallInfo& info) {
-    fill(static_cast<CallInfo&>(info));
-    fill(static_cast<Redirecting&>(info));
-    info.setDuration(someText());
-    info.setTimeFormat(someNumber());
-}
-
-inline void fill(ForwardedCallItem::ForwardedCallInfo& info) {
-    fill(static_cast<CallInfo&>(info));
-    fill(static_cast<Redirecting&>(info));
-    info.setDuration(someText());
-    info.setForwardedToNumber(someText());
-    info.setForwardingTarget(someNumber());
-    info.setForwardingReason(someNumber());
-}
-
-inline void fillOwnFields(MissedCallItem& item) {
-    item.setViewed(someFlag());
-}
-inline void fillOwnFields(DialledCallItem& item) {
-    item.setJournalSeviceGroupBy(someText());
-}
-inline void fillOwnFields(ReceivedCallItem&) {}
-inline void fillOwnFields(ForwardedCallItem&) {}
-
-template <typename Item>
-Item some() {
-    Item item;
-    item.setEntryId(someText());
-    item.setFirstname(someText());
-    item.setSurname(someText());
-    item.setUniqueId(someText());
-    item.setPictureClip(someText());
-    fillOwnFields(item);
+/// An item of a call list.
+template <typename Values, typename Item>
+void fill(Values& values, Item& item) {
+    set(values, item, &Item::setEntryId, &Item::setFirstname, &Item::setSurname, &Item::setUniqueId,
+        &Item::setPictureClip);
     auto occurrences = occurrencesOf(item);
-    for (int count = *rc::gen::inRange(0, 4); count > 0; --count) {
-        fill(occurrences.emplace_back());
+    for (int count = values.upTo(3); count > 0; --count) {
+        fillOccurrence(values, occurrences.emplace_back());
     }
     setOccurrences(item, occurrences);
+    if constexpr (std::is_same_v<Item, MissedCallItem>) {
+        set(values, item, &Item::setViewed);
+    } else if constexpr (std::is_same_v<Item, DialledCallItem>) {
+        set(values, item, &Item::setJournalSeviceGroupBy);
+    }
+}
+
+template <typename Values>
+void fill(Values& values, CallBackItem& item) {
+    using Item = CallBackItem;
+    set(values, item, &Item::setEntryId, &Item::setFirstname, &Item::setSurname, &Item::setNumber,
+        &Item::setTimeDate, &Item::setDeviceId, &Item::setNumberType, &Item::setCallBackType,
+        &Item::setCallBackState);
+}
+
+template <typename Values>
+void fill(Values& values, Contact& contact) {
+    set(values, contact, &Contact::setUniqueId, &Contact::setSurname, &Contact::setFirstname,
+        &Contact::setOffice, &Contact::setMobile, &Contact::setPrivate, &Contact::setEmail,
+        &Contact::setGroup, &Contact::setCompany, &Contact::setOffice2, &Contact::setAddress,
+        &Contact::setAddress2, &Contact::setJobFunction, &Contact::setPicture, &Contact::setVoiceDial,
+        &Contact::setExternalId, &Contact::setSearchNumber, &Contact::setDefaultNumber,
+        &Contact::setMatchedKind);
+    contact.setContactSource(static_cast<Contact::eOrderedContactSource>(values.upTo(5)));
+    for (int count = values.upTo(2); count > 0; --count) {
+        contact.addCallRecord({values.text(), values.text()});
+    }
+}
+
+template <typename Item, typename Values = RandomValues>
+Item some() {
+    Values values;
+    Item item;
+    fill(values, item);
     return item;
 }
 
-template <>
-inline CallBackItem some<CallBackItem>() {
-    CallBackItem item;
-    item.setEntryId(someText());
-    item.setFirstname(someText());
-    item.setSurname(someText());
-    item.setNumber(someText());
-    item.setNumberType(static_cast<NumberType::NT>(someNumber()));
-    item.setTimeDate(someText());
-    item.setCallBackType(static_cast<CallBackItem::CallBackType>(someNumber()));
-    item.setCallBackState(static_cast<CallBackItem::CallBackState>(someNumber()));
-    item.setDeviceId(someText());
-    return item;
-}
-
-template <>
-inline Contact some<Contact>() {
-    Contact contact;
-    for (auto set :
-         {&Contact::setUniqueId, &Contact::setSurname, &Contact::setFirstname, &Contact::setSearchNumber,
-          &Contact::setOffice, &Contact::setMobile, &Contact::setPrivate, &Contact::setOffice2,
-          &Contact::setEmail, &Contact::setGroup, &Contact::setCompany, &Contact::setAddress,
-          &Contact::setAddress2, &Contact::setJobFunction, &Contact::setPicture, &Contact::setVoiceDial,
-          &Contact::setExternalId}) {
-        (contact.*set)(someText());
-    }
-    contact.setMatchedKind(someNumber());
-    contact.setDefaultNumber(someNumber());
-    contact.setContactSource(static_cast<Contact::eOrderedContactSource>(*rc::gen::inRange(0, 6)));
-    for (int count = *rc::gen::inRange(0, 3); count > 0; --count) {
-        contact.addCallRecord({someText(), someText()});
-    }
-    return contact;
+template <typename Item>
+Item counted() {
+    return some<Item, CountedValues>();
 }
 
 }  // namespace journaltest

@@ -11,6 +11,7 @@
 #include "src/JournalService/ListMirror.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/CallLogRequests.h"
+#include "tests/journal-library/Shorthand.h"
 #include "tests/journal-lists/ListsReader.h"
 #include "tests/support/FakeCstaService.h"
 #include "tests/support/FakeDataAccess.h"
@@ -18,26 +19,6 @@
 
 namespace journaltest {
 
-using Texts = std::vector<std::string>;
-
-/// Names a table's test after its row.
-inline constexpr auto kRowName = [](const auto& row) { return std::string(row.param.name); };
-
-/// The texts in one, with `between` between them.
-[[nodiscard]] std::string joined(const Texts& texts, const std::string& between = "; ");
-
-/// One call as the tables of the tests write it.
-struct Occurrence {
-    std::string number;
-    std::string time;
-    std::string lineKey{};  // of missed calls only, as the next
-    std::string groupText{};
-};
-
-/// An item with these calls, newest first.
-template <typename Item>
-[[nodiscard]] Item itemOf(const std::string& entryId, const std::string& uniqueId,
-                          const std::vector<Occurrence>& calls);
 [[nodiscard]] CallBackItem callBackOf(const std::string& entryId, const std::string& number,
                                       const std::string& time);
 
@@ -69,13 +50,12 @@ public:
     // What happened since, as one text; empty for nothing.
     /// What the observer heard: "missedCount(1); missed(m1, 11, 2); callBacksCount(0)". Of a list's update the item's
     /// entry id, the entry id that came with it, and the action; "-" for none.
-    [[nodiscard]] std::string heard() const;
-    /// The requests that changed the database: "write MissedCalls 11; delete DialledCalls 21 23; delete ReceivedCalls
-    /// all; set missed-logging=true". Rows stand by unique id, or by entry id where there is none.
+    [[nodiscard]] std::string heard() const { return observer.heard(); }
+    /// The requests that changed the database, as `textOf` says them: "write MissedCalls 11; delete ReceivedCalls all".
     [[nodiscard]] std::string written() const;
     /// The tables that were read: "MissedCalls DialledCalls".
     [[nodiscard]] std::string read() const;
-    /// The call-log requests: "one 1 4711 2026-...; all 4; group 3 4711 text".
+    /// The call-log requests: "one 1 4711 2026-...; all 4; group 3 4711 1 text".
     [[nodiscard]] std::string sent() const;
 
     /// The entry ids of all lists in their order: "m1 m2 d1".

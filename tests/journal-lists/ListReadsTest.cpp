@@ -1,15 +1,18 @@
-// Reading the lists, and what updates a missed item in place.
+// Reading the lists, what updates a missed item in place, and how the database follows.
 
+#include <deque>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "src/JournalService/ListTable.h"
 #include "tests/journal-lists/JournalRig.h"
 
 namespace journaltest {
 namespace {
 
+using Helper = CallListDatabaseAdapterHelper;
 constexpr const char* kNewer = "2026-11-22T08:00:00Z";
 constexpr const char* kOlder = "2026-11-21T08:00:00Z";
 
@@ -24,7 +27,6 @@ protected:
                       {itemOf<ForwardedCallItem>("f1", "41", {{"", kNewer}})},
                       {callBackOf("c1", "4712", kNewer), callBackOf("c2", "", kOlder)});
     }
-
     JournalRig rig;
     journal::JournalLists& lists = rig.lists;
 };
@@ -34,41 +36,40 @@ TEST_F(ListReads, FindOneEntryByItsWholeIdAndSayWhetherItWasThere) {
     DialledCallItem dialled;
     ReceivedCallItem received;
     ForwardedCallItem forwarded;
-    EXPECT_TRUE(lists.getMissedCall("m2", missed));
-    EXPECT_EQ(missed.getUniqueId(), "12");
-    EXPECT_FALSE(lists.getMissedCall("m", missed));
-    EXPECT_EQ(missed.getUniqueId(), "12") << "an id that is not found changes nothing";
-    EXPECT_TRUE(lists.getDialledCall("d2", dialled));
-    EXPECT_EQ(dialled.getUniqueId(), "22");
-    EXPECT_FALSE(lists.getDialledCall("", dialled));
-    EXPECT_TRUE(lists.getReceivedCall("r1", received));
-    EXPECT_FALSE(lists.getReceivedCall("m1", received));
-    EXPECT_TRUE(lists.getForwardedCall("f1", forwarded));
-    EXPECT_FALSE(lists.getForwardedCall("f11", forwarded));
-}
-
-TEST_F(ListReads, CopyWholeLists) {
-    std::deque<MissedCallItem> copy(5);
-    lists.getMissedCallList(copy);
-    ASSERT_EQ(copy.size(), 2U);
-    copy.front().setMissedCallInfoList({});
-    EXPECT_EQ(rig.items<MissedCallItem>().front().getMissedCallInfoList().size(), 2U);
+    EXPECT_TRUE(lists.getMissedCall("m2", missed) && lists.getDialledCall("d2", dialled));
+    EXPECT_TRUE(lists.getReceivedCall("r1", received) && lists.getForwardedCall("f1", forwarded));
+    EXPECT_FALSE(lists.getMissedCall("m", missed) || lists.getDialledCall("", dialled));
+    EXPECT_FALSE(lists.getReceivedCall("m1", received) || lists.getForwardedCall("f11", forwarded));
+    EXPECT_EQ(missed.getUniqueId() + " " + dialled.getUniqueId() + " " + received.getUniqueId() + " " +
+                  forwarded.getUniqueId(),
+              "12 22 31 41")
+        << "an id that is not found changes nothing";
 }
 
 TEST_F(ListReads, GiveTheNewestItemOrADefaultOne) {
-    EXPECT_EQ(lists.getFrontMissedCall().getEntryId(), "m1");
-    EXPECT_EQ(lists.getFrontDialledCall().getEntryId(), "d1");
-    EXPECT_EQ(lists.getFrontReceivedCall().getEntryId(), "r1");
-    EXPECT_EQ(lists.getFrontForwardedCall().getEntryId(), "f1");
-    EXPECT_EQ(lists.getFrontCallbackCall().getEntryId(), "c1");
+    std::deque<MissedCallItem> copy(5);
+    lists.getMissedCallList(copy);
+    EXPECT_EQ(copy.size(), 2U);
+    EXPECT_EQ(lists.getFrontMissedCall().getEntryId() + " " + lists.getFrontDialledCall().getEntryId() + " " +
+                  lists.getFrontReceivedCall().getEntryId() + " " +
+                  lists.getFrontForwardedCall().getEntryId() + " " +
+                  lists.getFrontCallbackCall().getEntryId(),
+              "m1 d1 r1 f1 c1");
     DialledCallItem last;
     EXPECT_TRUE(lists.getLastDialledNumber(last));
     EXPECT_TRUE(last.sameContent(rig.items<DialledCallItem>().front()));
+
+    lists.addContacts({Contact(), Contact()});
+    std::vector<Contact> contacts;
+    lists.getContactList(contacts);
+    EXPECT_EQ(contacts.size(), 2U);
 
     lists.deleteAllCalls();
     EXPECT_TRUE(lists.getFrontMissedCall().sameContent(MissedCallItem()));
     EXPECT_FALSE(lists.getLastDialledNumber(last));
     EXPECT_EQ(last.getEntryId(), "d1") << "the argument is left alone";
+    lists.getContactList(contacts);
+    EXPECT_TRUE(contacts.empty());
 }
 
 TEST_F(ListReads, GatherTheRecordsOfAContactOverAllLists) {
@@ -86,23 +87,10 @@ TEST_F(ListReads, GatherTheRecordsOfAContactOverAllLists) {
     EXPECT_FALSE(lists.getCallRecordsAssociatedWith(Contact(), records)) << "nobody has the empty number";
 }
 
-TEST_F(ListReads, KeepContactsUntilAllCallsAreDeleted) {
-    Contact contact;
-    contact.setSurname("Adams");
-    lists.addContacts({contact, contact});
-    std::vector<Contact> contacts;
-    lists.getContactList(contacts);
-    EXPECT_EQ(contacts.size(), 2U);
-    lists.deleteAllCalls();
-    lists.getContactList(contacts);
-    EXPECT_TRUE(contacts.empty());
-}
-
 TEST_F(ListReads, UpdateAnEqualMissedItemByMarkingItUnviewed) {
     lists.ageMissedCall("m2");
     rig.forget();
-    auto update = itemOf<MissedCallItem>("m2", "99", {{"9999", kNewer}});
-    lists.updateMissedCall(update);
+    lists.updateMissedCall(itemOf<MissedCallItem>("m2", "99", {{"9999", kNewer}}));
 
     MissedCallItem stored;
     ASSERT_TRUE(lists.getMissedCall("m2", stored));
@@ -114,14 +102,64 @@ TEST_F(ListReads, UpdateAnEqualMissedItemByMarkingItUnviewed) {
 }
 
 TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFrontUnderARowOfItsOwn) {
+    rig.database.setFailing(true);
     lists.updateMissedCall(itemOf<MissedCallItem>("m3", "12", {{"4713", kOlder}}));
-    EXPECT_EQ(lists.getFrontMissedCall().getEntryId(), "m3");
-    EXPECT_NE(lists.getFrontMissedCall().getUniqueId(), "12");
-    EXPECT_EQ(rig.listContents(), rig.databaseContents());
-    lists.setMissedCallListAsViewed({"m3"});
+    lists.updateMissedCall(itemOf<MissedCallItem>("m4", "12", {{"4714", kOlder}}));
     lists.updateMissedCall(MissedCallItem());
-    EXPECT_EQ(rig.items<MissedCallItem>().size(), 3U) << "an item without an entry id is refused";
-    EXPECT_EQ(rig.listContents(), rig.databaseContents()) << "the row that the copy names is another entry's";
+    EXPECT_EQ(rig.entryIds().substr(0, 12), "m4 m3 m1 m2 ") << "an item without an entry id is refused";
+
+    rig.database.setFailing(false);
+    for (int round = 0; round < 2; ++round) {
+        lists.setMissedCallListAsViewed({"m3", "m4"});
+        EXPECT_EQ(rig.listContents(), rig.databaseContents())
+            << "the row that the copy names is another entry's";
+    }
+}
+
+template <typename Item>
+class ListMirror : public testing::Test {
+protected:
+    [[nodiscard]] std::string rows() const {
+        return joined(entryIdsOf(rig.database.rows<Item>(kTable)), " ");
+    }
+
+    static constexpr const char* kTable = journal::ListTable<Item>::kName;
+    JournalRig rig;
+};
+using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
+TYPED_TEST_SUITE(ListMirror, StoredItems);
+
+TYPED_TEST(ListMirror, GivesAnItemTheUniqueIdOfItsRowAndSaysThatTheVisitorsLogIsDue) {
+    journal::ListMirror& mirror = this->rig.mirror;
+    const auto isDue = [&mirror] { return mirror.m_visitorCallLogSavePending.exchange(false); };
+    auto first = itemOf<TypeParam>("e1", "", {{"4711", kOlder}});
+    auto second = itemOf<TypeParam>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
+
+    this->rig.database.setFailing(true);
+    mirror.update(first, Helper::WRITEREQUEST);
+    EXPECT_EQ(first.getUniqueId() + mirror.lastUniqueId(), "");
+    EXPECT_FALSE(isDue());
+    this->rig.database.setFailing(false);
+    mirror.update(first, Helper::WRITEREQUEST);
+    mirror.update(second, Helper::DELETEREQUEST);
+    EXPECT_EQ(second.getUniqueId(), "77");
+    mirror.update(second, Helper::WRITEREQUEST);
+    EXPECT_EQ(mirror.lastUniqueId(), "2");
+    EXPECT_TRUE(isDue());
+    first.setEntryId("e3");
+    mirror.update(first, Helper::WRITEREQUEST);
+    EXPECT_TRUE(isDue()) << "the row is an old one, but what it says is new";
+    EXPECT_EQ(this->rows(), "e3 e2");
+
+    mirror.updateEntries("", Helper::DELETEREQUEST, this->kTable);
+    EXPECT_EQ(this->rows(), "e3 e2") << "no entries are not all entries";
+    mirror.update(first, Helper::DELETEREQUEST);
+    EXPECT_EQ(this->rows(), "e2");
+    mirror.template deleteAll<TypeParam>();
+    EXPECT_EQ(this->rows(), "");
+    static_cast<void>(isDue());
+    mirror.template deleteAll<TypeParam>();
+    EXPECT_FALSE(isDue()) << "there was nothing to delete";
 }
 
 }  // namespace

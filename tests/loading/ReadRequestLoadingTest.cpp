@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <thread>
 
+#include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/journal-library/DataAnswer.h"
 #include "tests/frame/TestPhone.h"
 #include "tests/support/RecordingObserver.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
@@ -24,12 +27,6 @@ MissedCallItem missedAt(int minute) {
     item.setEntryId(info.getTimeAndDate() + "00000001");
     item.setMissedCallInfoList({info});
     return item;
-}
-
-std::string answerWith(int minute) {
-    journalxml::ListDocument document("Conversations");
-    EXPECT_TRUE(document.add(missedAt(minute)));
-    return document.text();
 }
 
 template <typename Numbers = Texts, typename Items>
@@ -54,7 +51,7 @@ protected:
         std::string limits;
         for (const auto& request : phone.database.requests()) {
             if (request.schema == "Conversations" || request.schema == "CallLogPhoneBook") {
-                limits += " " + std::to_string(request.rowLimit);
+                limits += (limits.empty() ? "" : " ") + std::to_string(request.rowLimit);
             }
         }
         phone.database.forgetRequests();
@@ -68,17 +65,20 @@ protected:
     RecordingObserver observer;
 };
 
+// The rows that there are, the limits of the reads, and the log's total: what the first answer brought counts again after
+// the second.
 TEST_F(ReadRequestLoading, AsksForWhatIsLeftOfTwoHundredRows) {
-    struct Row {
-        int rows;
-        const char* reads;
-        int total;  // what the first answer brought counts again after the second
-    };
     int before = 0;
     phone.starts();
-    for (const Row& row : {Row{0, " 200 200", 0}, Row{150, " 200 50", 300}, Row{199, " 200 1", 398},
-                           Row{200, " 200", 200}, Row{250, " 200", 200}}) {
-        addRows(std::exchange(before, row.rows), row.rows);
+    for (const auto& row : table(3, R"(
+0   | 200 200 | 0
+150 | 200 50  | 300
+199 | 200 1   | 398
+200 | 200     | 200
+250 | 200     | 200
+)")) {
+        const int rowsNow = std::stoi(row[0]);
+        addRows(std::exchange(before, rowsNow), rowsNow);
         phone.database.forgetRequests();
         CapturedLog::reset();
         subscribes();
@@ -86,48 +86,47 @@ TEST_F(ReadRequestLoading, AsksForWhatIsLeftOfTwoHundredRows) {
                   R"(<?xml version="1.0" encoding="utf-8"?><Schema name="Conversations"><ReasonForMessage>)"
                   "read_request</ReasonForMessage><ResultCols>CALL_LOG.* PHONE_BOOK.*</ResultCols><Offset>0"
                   "</Offset><RowLimit>200</RowLimit></Schema>");
-        EXPECT_EQ(reads(), row.reads);
-        EXPECT_EQ(CapturedLog::count("Found " + std::to_string(row.total) + " call(s) in total\n"), 1);
-        EXPECT_EQ(phone.missed().size(), static_cast<std::size_t>(std::min(row.rows, 200)));
+        EXPECT_EQ(reads(), row[1]);
+        EXPECT_EQ(CapturedLog::count("Found " + row[2] + " call(s) in total\n"), 1);
+        EXPECT_EQ(phone.missed().size(), static_cast<std::size_t>(std::min(rowsNow, 200)));
     }
     EXPECT_EQ(phone.service->buildXmlElement("a<b", "a<b&c"), "<a<b>a&lt;b&amp;c</a<b>");
 }
 
+// The two answers, of which a number is an entry of that minute; the list afterwards, and the limits of the reads.
 TEST_F(ReadRequestLoading, AFailureLeavesWhatWasThereAndTheOtherAnswerIsAdded) {
-    struct Row {
-        std::string first;
-        std::string second;
-        Texts numbers;
-        const char* reads;
-    };
-    const std::string empty = journalxml::ListDocument("Conversations").text();
-    const Row table[] = {
-        {answerWith(1), "failed", {"1001"}, " 200 199"},
-        {"failed", answerWith(2), {"1002", "1001"}, " 200 200"},
-        {"<a>a failure</a>", "failure", {"1002", "1001"}, " 200 200"},
-        {answerWith(3), answerWith(4), {"1004", "1003"}, " 200 199"},
-        {empty, "failed", {}, " 200 200"},
+    const auto answer = [](const std::string& cell) {
+        journalxml::ListDocument document("Conversations");
+        const bool entry = std::isdigit(static_cast<unsigned char>(cell.front())) != 0;
+        EXPECT_TRUE(!entry || document.add(missedAt(std::stoi(cell))));
+        return entry || cell == "empty" ? document.text() : cell;
     };
     phone.starts();
-    for (const Row& row : table) {
-        phone.database.setAnswer([&row](const std::string& document) {
-            return document.find("\"Conversations\"") != std::string::npos ? row.first : row.second;
+    for (const auto& row : table(4, R"(
+1                | failed  | 1001      | 200 199
+failed           | 2       | 1002 1001 | 200 200
+<a>a failure</a> | failure | 1002 1001 | 200 200
+3                | 4       | 1004 1003 | 200 199
+empty            | failed  |           | 200 200
+)")) {
+        phone.database.setAnswer([&](const std::string& document) {
+            return answer(row[document.find("\"Conversations\"") != std::string::npos ? 0 : 1]);
         });
         subscribes();
-        EXPECT_EQ(numbersOf(phone.missed()), row.numbers) << row.first;
-        EXPECT_EQ(reads(), row.reads);
+        EXPECT_EQ(numbersOf(phone.missed()), split(row[2], ' ')) << row[0];
+        EXPECT_EQ(reads(), row[3]);
     }
 }
 
 TEST_F(ReadRequestLoading, LoadsAtEverySubscriptionButForCallsOnlyOnce) {
-    phone.database.addContact({});
+    phone.database.contacts.emplace_back();
     phone.starts();
     phone.misses("1", party("4711"));
     phone.misses("2", party("4712"));
-    EXPECT_EQ(reads(), " 200 200");
+    EXPECT_EQ(reads(), "200 200");
     subscribes();
     subscribes();
-    EXPECT_EQ(reads(), " 200 198 200 198");
+    EXPECT_EQ(reads(), "200 198 200 198");
     std::vector<Contact> contacts;
     phone.service->getContactList(contacts);
     EXPECT_EQ(contacts.size(), 1U);
@@ -163,21 +162,74 @@ TEST_F(ReadRequestLoading, WhatTheDatabaseRefusedIsNotLostByALoad) {
     addRows(0, 1);
     phone.starts();
     subscribes();
-    phone.database.setDuring([this](const std::string& document) {
-        phone.database.setFailing(document.find("write_request") != std::string::npos);
-    });
+    phone.database.setFailing(true, "write_request");
     phone.misses("1", party("1000"));
     phone.clock.advance(60);
     phone.misses("2", party("4712"));
     subscribes();
     EXPECT_EQ(numbersOf(phone.missed()), (Texts{"4712", "1000"})) << "still refused, so nothing is loaded";
 
-    phone.database.setDuring({});
     phone.database.setFailing(false);
     subscribes();
     EXPECT_EQ(numbersOf(phone.missed()), (Texts{"4712", "1000"}));
     EXPECT_EQ(rows().size(), 2U);
     EXPECT_EQ(rows().front().getMissedCallInfoList().size(), 2U);
+}
+
+TEST_F(ReadRequestLoading, WhatTheDatabaseRefusedToDeleteDoesNotComeBackNorTakeWhatCameAfterIt) {
+    addRows(0, 3);
+    phone.starts();
+    subscribes();
+    for (const Texts& left : {Texts{"4711", "1002", "1001"}, Texts{"4712"}}) {
+        phone.database.setFailing(true);
+        EXPECT_TRUE(left.size() == 1
+                        ? phone.service->deleteMissedCallList()
+                        : phone.service->deleteMissedCall(phone.missed().back().getEntryId(), false));
+        phone.database.setFailing(false);
+        phone.clock.advance(60);
+        phone.misses(left.front(), party(left.front()));
+        subscribes();
+        EXPECT_EQ(numbersOf(phone.missed()), left);
+        EXPECT_EQ(rows().size(), left.size());
+    }
+    // A clearing that is refused for good is given up for the sake of what comes after it.
+    phone.database.setFailing(true, "delete_request");
+    EXPECT_TRUE(phone.service->deleteMissedCallList());
+    phone.clock.advance(60);
+    phone.misses("4713", party("4713"));
+    subscribes();
+    EXPECT_EQ(numbersOf(phone.missed()), (Texts{"4713", "4712"}));
+}
+
+TEST_F(ReadRequestLoading, OlderEntriesAreDroppedAndClearedLikeTheRestHereAndAtTheSwitch) {
+    addRows(0, 1000);
+    phone.management.set("system-identifier", "2");
+    phone.starts();
+    subscribes();
+    CallLogEntryEvent entry;
+    entry.logTarget = CallLogEntryEvent::eMissed;
+    entry.subscriberNumber = "4711";
+    CSTAPrivateEvent event;
+    event.setCallLogEntry(entry);
+    phone.service->deliverEvent(&event);
+    EXPECT_EQ(phone.missed().size(), 201U);
+    EXPECT_EQ(rows().size(), 1000U);
+    ASSERT_EQ(phone.csta.callLogEntries().size(), 1U);
+    EXPECT_EQ(phone.csta.callLogEntries().back().subscriberNumber, "1000");
+
+    std::set<std::string> shown;
+    for (const MissedCallItem& item : phone.missed()) {
+        shown.insert(item.getEntryId());
+    }
+    phone.service->deleteMissedCallList(shown);
+    EXPECT_EQ(rows().size(), 799U);
+    phone.csta.forgetRequests();
+    for (int turn = 0; turn < 2; ++turn) {
+        phone.service->deleteMissedCallList();
+        EXPECT_TRUE(rows().empty());
+        ASSERT_EQ(phone.csta.callLogEntries().size(), 1U) << "an empty log is not deleted again";
+        EXPECT_EQ(phone.csta.callLogEntries().back().action, CallLogEntryRequest::eDeleteAll);
+    }
 }
 
 // A load puts an answer that was true when it was given over the lists.

@@ -1,34 +1,28 @@
-// The journal as management agent: what `setData` takes, refuses and answers, and what `getData` gives.
+// The journal as management agent: what `setData` takes, refuses and answers, and what `getData` gives; and whether the
+// call log is its own.
 
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "platform/texts/SoftwareTypes.h"
 #include "tests/management/ManagementRig.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
-std::string rejectionsOf(const ManageableData& data) {
-    Texts texts;
-    for (const auto& [key, reason] : data.getRejectReasons()) {
-        texts.push_back(key + ": " + std::to_string(reason.code) + " " + reason.text);
-    }
-    return joined(texts);
-}
-
 /// "key=value, key=value" as a record.
 ManageableData recordOf(const std::string& text) {
-    KeysAndValues values;
+    ManageableData data;
     for (const std::string& pair : split(text, ',')) {
-        values.emplace_back(pair.substr(0, pair.find('=')), pair.substr(pair.find('=') + 1));
+        const std::string key = pair.substr(0, pair.find('='));
+        data.populate(key, key, pair.substr(pair.find('=') + 1));
     }
-    return ManagementRig::record(values);
+    return data;
 }
 
-// The settings that are on before | asked | answer | the settings after | refused | stored in the settings record.
+// The settings that are on before, "fails" where the database takes nothing |
+// asked | answer | the settings after | refused | stored in the settings record.
 TEST(SetData, TakesAndRefusesKeyByKey) {
     for (const auto& row : table(6, R"(
 enabled missed        | | yes | enabled missed | |
@@ -37,45 +31,38 @@ missed                | call-log-enabled=1 | yes | enabled missed | | set call-l
 enabled missed        | call-log-enabled=true | no | enabled missed
 +   | call-log-enabled: 10 call-log-enabled value is not changed | set call-log-enabled=true
 enabled missed        | call-log-enabled=on | no | enabled missed | |
+missed                | call-log-enabled=on | no | missed
++   | call-log-enabled: 10 call-log-enabled value is not changed |
 enabled               | missed-logging=0 | yes | enabled missed | | set missed-logging=true
 enabled missed        | missed-logging=1 | yes | enabled | | set missed-logging=false
-enabled missed        | missed-logging=true | yes | enabled | | set missed-logging=false
-enabled missed        | missed-logging=0 | no | enabled missed
-+   | missed-logging: 10 missed-logging value is not changed | set missed-logging=true
 enabled missed        | missed-logging=2 | no | enabled missed | missed-logging: 4 Data invalid for missed-logging |
 enabled missed        | delete-missed-when-called=1 | yes | enabled missed delete |
 +   | set delete-missed-when-called=true
 enabled missed delete | delete-missed-when-called=true | yes | enabled missed | | set delete-missed-when-called=false
-enabled missed        | delete-missed-when-called= | no | enabled missed
-+   | delete-missed-when-called: 4 Data invalid for delete-missed-when-called |
-enabled missed        | volume=3 | no | enabled missed | volume: 4 Data invalid (volume) for JournalService |
 enabled missed        | volume=3, missed-logging=1 | yes | enabled
 +   | volume: 4 Data invalid (volume) for JournalService | set missed-logging=false
 enabled missed        | missed-logging=1, volume=3 | no | enabled
 +   | volume: 4 Data invalid (volume) for JournalService | set missed-logging=false
 enabled missed        | volume=3, clear-calllog=no | no | enabled missed
 +   | volume: 4 Data invalid (volume) for JournalService |
+fails enabled missed  | missed-logging=1, call-log-enabled=false | no | enabled missed |
++   | set missed-logging=false; set call-log-enabled=false
 )")) {
         SCOPED_TRACE(row[1] + " while on: " + row[0]);
         ManagementRig rig;
-        const auto isOn = [&row](const char* name) { return row[0].find(name) != std::string::npos; };
-        rig.setOwn(isOn("enabled"), isOn("missed"), isOn("delete"));
+        rig.database.setFailing(row[0].find("fails") == 0);
+        rig.setOwn(row[0]);
         auto data = recordOf(row[1]);
         EXPECT_EQ(rig.setData(data), row[2] == "yes");
         EXPECT_EQ(rig.own(), row[3]);
-        EXPECT_EQ(rejectionsOf(data), row[4]);
+        Texts rejections;
+        for (const auto& [key, reason] : data.getRejectReasons()) {
+            rejections.push_back(key + ": " + std::to_string(reason.code) + " " + reason.text);
+        }
+        EXPECT_EQ(joined(rejections), row[4]);
         const std::string written = rig.written();
         EXPECT_EQ(written.substr(0, written.find("; delete")), row[5]) << "but for the lists that it empties";
     }
-}
-
-TEST(SetData, ChangesNothingThatTheDatabaseDidNotTake) {
-    ManagementRig rig;
-    rig.database.setFailing(true);
-    auto data = recordOf("missed-logging=1, call-log-enabled=false");
-    EXPECT_FALSE(rig.setData(data));
-    EXPECT_EQ(rig.own(), "enabled missed");
-    EXPECT_TRUE(data.getRejectReasons().empty());
 }
 
 // A missed entry and a callback stand in the journal.
@@ -107,13 +94,10 @@ enabled missed delete | call-log-enabled missed-logging delete-missed-when-calle
 +   | call-log-enabled=true; missed-logging=0; delete-missed-when-called=1; clear-calllog=false
                       | call-log-enabled missed-logging delete-missed-when-called clear-calllog | yes
 +   | call-log-enabled=false; missed-logging=1; delete-missed-when-called=0; clear-calllog=false
-enabled missed        | | yes |
-enabled missed        | volume call-log-enabled | no |
 enabled missed        | missed-logging volume clear-calllog | no | missed-logging=0
 )")) {
         ManagementRig rig;
-        const auto isOn = [&row](const char* name) { return row[0].find(name) != std::string::npos; };
-        rig.setOwn(isOn("enabled"), isOn("missed"), isOn("delete"));
+        rig.setOwn(row[0]);
         ManageableData data;
         for (const std::string& key : split(row[1], ' ')) {
             data.setRootId(key, nullptr);
@@ -127,6 +111,44 @@ enabled missed        | missed-logging volume clear-calllog | no | missed-loggin
         }
         EXPECT_EQ(joined(given), row[3]);
     }
+}
+
+TEST(JournallingGate, IsOpenWhileNoOtherJournalOwnsTheCallLog) {
+    ManagementRig rig;
+    EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "there are no such services yet";
+    rig.context.addService("UCServiceIfc", &rig.uc);
+    rig.context.addService("PallaxServiceIfc", &rig.pallax);
+    rig.context.addService("WSIServiceIfc", &rig.wsi);
+    for (const auto& row : table(2, R"(
+                                         | open
+userIsUc allowed                         | shut
+userIsUc                                 | open
+allowed                                  | open
+ringCentral                              | shut
+pallaxRuns                               | shut
+ucRuns userIsUc allowed ringCentral pallaxRuns | shut
+)")) {
+        const auto is = [&row](const char* word) { return row[0].find(word) != std::string::npos; };
+        rig.uc.setRunning(is("ucRuns"));
+        rig.wsi.setCurrentUserUC(is("userIsUc"));
+        rig.pallax.setRunning(is("pallaxRuns"));
+        rig.settings.change([&is](journal::SettingValues& values) {
+            values.m_wsiAllowUcJournal = is("allowed");
+            values.m_ringCentralSyncCallLog = is("ringCentral");
+        });
+        EXPECT_EQ(rig.gate.handleCSTAEvent(), row[1] == "open") << row[0];
+    }
+}
+
+TEST(JournallingGate, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
+    ManagementRig rig;
+    rig.uc.setRunning(true);
+    rig.context.addService("UCServiceIfc", &rig.pallax);
+    EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "a service of another interface counts as missing";
+    rig.context.addService("UCServiceIfc", &rig.uc);
+    EXPECT_FALSE(rig.gate.handleCSTAEvent());
+    rig.context.addService("UCServiceIfc", nullptr);
+    EXPECT_FALSE(rig.gate.handleCSTAEvent()) << "it is not looked for again";
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
-// Changes of the management keys that the journal observes, and what follows from each.
+// The management keys that the journal reads and observes, and what follows from a change of each.
 
 #include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
 
-#include "platform/management/UlmoTags.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "tests/management/ManagementRig.h"
 #include "tests/support/Table.h"
@@ -13,147 +12,145 @@
 namespace journaltest {
 namespace {
 
-using journal::SettingValues;
-
-class ManagementChanges : public testing::Test {
-protected:
-    void startAs(const std::string& softwareType) {
-        rig.management.set("software-type", softwareType);
-        rig.managementValues.initEvents(rig);
-        rig.forget();
-    }
-
-    ManagementRig rig;
-};
-
-/// The settings in one line.
-std::string textOf(const SettingValues& now) {
-    std::string text = std::to_string(now.m_tzOffset) + " min, summer " +
-                       std::to_string(now.m_daylightSaveMinutes) + ", log '" + now.m_callLogControl +
-                       "', number '" + now.m_regNumber + "'";
-    const std::pair<const char*, bool> flags[] = {{"callEvents", now.m_useCSTACallControlEvents},
-                                                  {"serverLog", now.m_serverBasedCallLog},
-                                                  {"marksMissed", now.m_enterMarkedMissedCall},
-                                                  {"serverFeatures", now.m_serverBasedFeatures},
-                                                  {"wsi", now.m_wsiAllowUcJournal},
-                                                  {"last", now.m_ForwardingPartyDisplayLast},
-                                                  {"ringCentral", now.m_ringCentralSyncCallLog},
-                                                  {"bluetooth", now.m_btHwOn}};
+/// The settings that the management decides in one line.
+std::string valuesOf(const ManagementRig& rig) {
+    const auto now = rig.settings.values();
+    std::string text = std::to_string(now->m_tzOffset) + " " + std::to_string(now->m_daylightSaveMinutes) +
+                       " '" + now->m_callLogControl + "' '" + now->m_regNumber + "'";
+    const std::pair<const char*, bool> flags[] = {{"callEvents", now->m_useCSTACallControlEvents},
+                                                  {"serverLog", now->m_serverBasedCallLog},
+                                                  {"marksMissed", now->m_enterMarkedMissedCall},
+                                                  {"serverFeatures", now->m_serverBasedFeatures},
+                                                  {"wsi", now->m_wsiAllowUcJournal},
+                                                  {"last", now->m_ForwardingPartyDisplayLast},
+                                                  {"ringCentral", now->m_ringCentralSyncCallLog},
+                                                  {"bluetooth", now->m_btHwOn}};
     for (const auto& [name, on] : flags) {
         text += on ? std::string(" ") + name : "";
     }
     return text;
 }
 
-TEST_F(ManagementChanges, TakeEffectAtOnceAndNowhereElse) {
-    startAs(softwareTypes::sip);
+// Each change takes effect at once and nowhere else; the next start reads the same in full.
+TEST(ManagementValues, FollowChangesAndAreReadAtTheStart) {
+    ManagementRig rig;
     rig.management.set("daylight-save-minutes", "60");
-    ASSERT_EQ(textOf(*rig.settings.values()), "0 min, summer 0, log '', number '' callEvents last");
-    for (const auto& row : table(3, R"(
-sntp-tz-offset           | -90 | -90 min, summer 0, log '', number '' callEvents last
-daylight-save            | true | -90 min, summer 60, log '', number '' callEvents last
-daylight-save-minutes    | 30 | -90 min, summer 30, log '', number '' callEvents last
-system-identifier        | 2 | -90 min, summer 30, log '', number '' serverLog last
-system-identifier        | 1 | -90 min, summer 30, log '', number '' callEvents marksMissed last
-call-log-control         | x | -90 min, summer 30, log 'x', number '' callEvents marksMissed last
-reg-number               | 2001 | -90 min, summer 30, log 'x', number '2001' callEvents marksMissed last
-server-based-features    | true | -90 min, summer 30, log 'x', number '2001' callEvents marksMissed serverFeatures last
-server-based-features    | no | -90 min, summer 30, log 'x', number '2001' callEvents marksMissed last
-wsi-allow-uc-journal     | true | -90 min, summer 30, log 'x', number '2001' callEvents marksMissed wsi last
-forwarding-party-display | 0 | -90 min, summer 30, log 'x', number '2001' callEvents marksMissed wsi
-bt-hw-state              | on | -90 min, summer 30, log 'x', number '2001' callEvents marksMissed wsi bluetooth
-)")) {
+    rig.management.set("software-type", softwareTypes::qorvex);
+    rig.managementValues.initEvents(rig);
+    const auto changes = table(3, R"(
+sntp-tz-offset           | -90  | -90 0 '' '' callEvents last
+daylight-save            | no   | -90 0 '' '' callEvents last
+daylight-save            | true | -90 60 '' '' callEvents last
+daylight-save-minutes    | 30   | -90 30 '' '' callEvents last
+system-identifier        | 2    | -90 30 '' '' serverLog last
+system-identifier        | 1    | -90 30 '' '' callEvents marksMissed last
+call-log-control         | x    | -90 30 'x' '' callEvents marksMissed last
+reg-number               | 2001 | -90 30 'x' '2001' callEvents marksMissed last
+wsi-allow-uc-journal     | true | -90 30 'x' '2001' callEvents marksMissed wsi last
+server-based-features    | true | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi last
+forwarding-party-display | 0    | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi
+forwarding-party-display | 1    | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi last
+forwarding-party-display | 0    | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi
+bt-hw-state              | on   | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi bluetooth
+ringcentral-api-sync-call-log | true
++   | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral bluetooth
+)");
+    for (const auto& row : changes) {
         rig.management.change(row[0], row[1]);
-        EXPECT_EQ(textOf(*rig.settings.values()), row[2]) << row[0];
+        EXPECT_EQ(valuesOf(rig), row[2]) << row[0];
     }
-    rig.management.change(UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG, "true");
-    EXPECT_TRUE(rig.settings.values()->m_ringCentralSyncCallLog);
+
+    ManagementRig next;
+    next.collaborators.m_localMgmt = &rig.management;
+    rig.management.refuseObserving("sntp-tz-offset");
+    next.managementValues.initEvents(next);
+    EXPECT_EQ(valuesOf(next), "-90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral");
+    EXPECT_EQ(next.settings.values()->m_softwareType, softwareTypes::qorvex);
+    for (const auto& row : changes) {
+        rig.management.remove(row[0]);
+    }
+    next.managementValues.readLocalMgmtData(7);
+    EXPECT_EQ(valuesOf(next), "0 0 '' '' callEvents ringCentral") << "all but two fall back";
 }
 
-TEST_F(ManagementChanges, OfTheIdentifierBackFromTwoRestoreTheEventModes) {
-    startAs(softwareTypes::qorvex);
-    rig.management.change("system-identifier", "2");
-    rig.management.change("system-identifier", "3");
-    const auto now = rig.settings.values();
-    EXPECT_TRUE(now->m_useCSTACallControlEvents);
-    EXPECT_FALSE(now->m_serverBasedCallLog);
-    EXPECT_FALSE(now->m_enterMarkedMissedCall);
-    EXPECT_EQ(rig.asked(), "change localDeviceID; change localDeviceID");
-}
-
-TEST_F(ManagementChanges, OfTheVisitorForgetThatASaveIsDue) {
-    startAs(softwareTypes::qorvex);
-    rig.mirror.m_visitorCallLogSavePending = true;
-    rig.management.change("mobility-current-user", "anybody");
-    EXPECT_FALSE(rig.mirror.m_visitorCallLogSavePending);
-}
-
-TEST_F(ManagementChanges, OfTheUserReloadEverythingForSomeValuesOnly) {
-    startAs(softwareTypes::qorvex);
-    const struct {
-        const char* key;
-        const char* value;
-        bool reloads;
-    } changes[] = {
-        {"mobility-user-data-update", "unmanaged", true}, {"mobility-user-data-update", "all", true},
-        {"mobility-user-data-update", "some", false},     {"mobility-activity", "logonFailed", true},
-        {"mobility-activity", "logoffFailed", true},      {"mobility-activity", "logon", false},
-        {"reload-conversations", "true", true},           {"reload-conversations", "false", false},
-    };
-    for (const auto& change : changes) {
+// One change after the other: key | value | what a Qorvex phone asks the switch | what a SIP phone asks | effect: the call
+// log is refreshed, everything is reloaded, or it is forgotten that a visitor's log is to be saved.
+TEST(ManagementChanges, AreFollowed) {
+    ManagementRig qorvex;
+    ManagementRig sip;
+    qorvex.management.set("software-type", softwareTypes::qorvex);
+    sip.management.set("software-type", softwareTypes::sip);
+    qorvex.managementValues.initEvents(qorvex);
+    sip.managementValues.initEvents(sip);
+    const auto effectOf = [](ManagementRig& rig, const std::string& key, const std::string& value) {
         rig.forget();
-        rig.management.change(change.key, change.value);
-        EXPECT_EQ(!rig.read().empty(), change.reloads) << change.key << "=" << change.value;
-        EXPECT_EQ(!rig.heard().empty(), change.reloads) << change.key << "=" << change.value;
+        rig.mirror.m_visitorCallLogSavePending = true;
+        rig.management.change(key, value);
+        EXPECT_EQ(rig.read().empty(), rig.heard().empty());
+        if (!rig.mirror.m_visitorCallLogSavePending) {
+            return "forget";
+        }
+        return rig.heard().find("callBacks") != std::string::npos ? "reload"
+               : rig.heard().empty()                              ? ""
+                                                                  : "refresh";
+    };
+    for (const auto& row : table(5, R"(
+system-identifier         | 2   | change localDeviceID | |
+disable-access-calllog    | 1   | | |
+disable-access-calllog    | 0   | start localDeviceID | | refresh
+bt-hw-state               | on  | start bluetoothDeviceID | start bluetoothDeviceID |
+disable-access-calllog    | 1   | stop 1; stop 2 | stop 1 |
+disable-access-calllog    | 0   | start localDeviceID; start bluetoothDeviceID | start bluetoothDeviceID | refresh
+disable-access-calllog    | 0   | | | refresh
+disable-access-calllog    | 3   | | |
+disable-access-calllog    | 2   | stop 3; stop 4 | stop 2 |
+bt-hw-state               | on  | start bluetoothDeviceID | start bluetoothDeviceID |
+bt-hw-state               | off | stop 5 | stop 3 |
+mobility-user-data-update | unmanaged | | | reload
+mobility-user-data-update | all | | | reload
+mobility-user-data-update | some | | |
+mobility-activity         | logonFailed | | | reload
+mobility-activity         | logoffFailed | | | reload
+mobility-activity         | logon | | |
+reload-conversations      | true | | | reload
+reload-conversations      | false | | |
+mobility-current-user     | anybody | | | forget
+)")) {
+        SCOPED_TRACE(row[0] + "=" + row[1]);
+        EXPECT_EQ(effectOf(qorvex, row[0], row[1]), row[4]);
+        EXPECT_EQ(effectOf(sip, row[0], row[1]), row[4]);
+        EXPECT_EQ(qorvex.exchange.asked(), row[2]);
+        EXPECT_EQ(sip.exchange.asked(), row[3]);
     }
-    EXPECT_EQ(rig.writtenValues(), "reload-conversations=false");
-    EXPECT_EQ(rig.management.value("reload-conversations"), "false");
+    EXPECT_EQ(qorvex.management.written(), "reload-conversations=false")
+        << "it is taken back when it is done";
 }
 
-using CallLogState = ManagementChanges;
-
-TEST_F(CallLogState, StopsAndStartsTheMonitorsOfAQorvexPhone) {
-    startAs(softwareTypes::qorvex);
-    rig.monitors.startQorvexEvents();
-    rig.management.change("bt-hw-state", "on");
-    rig.forget();
-
-    rig.management.change("disable-access-calllog", "1");
-    rig.management.change("disable-access-calllog", "2");
-    EXPECT_EQ(rig.asked(), "stop 1; stop 2");
-    EXPECT_EQ(rig.heard(), "");
-    rig.management.change("disable-access-calllog", "0");
-    EXPECT_EQ(rig.asked(), "stop 1; stop 2; start localDeviceID; start bluetoothDeviceID");
-    EXPECT_FALSE(rig.heard().empty()) << "the call log is refreshed";
-    rig.management.change("disable-access-calllog", "0");
-    rig.management.change("disable-access-calllog", "3");
-    EXPECT_EQ(rig.asked(), "stop 1; stop 2; start localDeviceID; start bluetoothDeviceID")
-        << "they run already";
+TEST(ManagementValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
+    ManagementRig rig;
+    for (const std::string identifier : {"2", "1"}) {
+        rig.readiness.m_callLogEventsReady = true;
+        static_cast<void>(rig.readiness.m_pendingCallLogEvents.append({}));
+        rig.management.set("system-identifier", identifier);
+        rig.managementValues.readLocalMgmtData(4);
+        EXPECT_EQ(rig.readiness.m_callLogEventsReady, identifier == "2");
+        EXPECT_EQ(rig.readiness.m_pendingCallLogEvents.takeFront().has_value(), identifier == "2");
+    }
 }
 
-TEST_F(CallLogState, LeavesTheLineOfASipPhoneAlone) {
-    startAs(softwareTypes::sip);
-    rig.management.change("disable-access-calllog", "0");
-    rig.management.change("disable-access-calllog", "1");
-    EXPECT_EQ(rig.asked(), "");
-    EXPECT_FALSE(rig.heard().empty());
-}
-
-TEST_F(CallLogState, TriesAgainAfterAFailedStart) {
-    startAs(softwareTypes::qorvex);
-    rig.exchange.fail(FakeCstaService::Kind::eMonitorStart);
-    rig.management.change("disable-access-calllog", "0");
-    rig.management.change("disable-access-calllog", "0");
-    EXPECT_EQ(rig.asked(), "start localDeviceID; start localDeviceID");
-}
-
-TEST_F(ManagementChanges, OfTheBluetoothHardwareStartAndStopItsMonitor) {
-    startAs(softwareTypes::sip);
-    rig.management.change("bt-hw-state", "on");
-    rig.management.change("bt-hw-state", "on");
-    rig.management.change("bt-hw-state", "off");
-    rig.management.change("bt-hw-state", "gone");
-    EXPECT_EQ(rig.asked(), "start bluetoothDeviceID; start bluetoothDeviceID; stop 2");
+TEST(ManagementValues, TellWhetherANumberIsTheVoiceMail) {
+    ManagementRig rig;
+    rig.digits.spellings = {{"+4989123", "089123"}, {"123", "089123"}};
+    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("")) << "no voice mail is configured";
+    rig.management.set("voice-mail-e164", "+4989123");
+    EXPECT_TRUE(rig.managementValues.isVoiceMailNumber("123"));
+    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("124"));
+    rig.collaborators.m_digitAnalysisService = nullptr;
+    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("123"));
+    EXPECT_TRUE(rig.managementValues.isVoiceMailNumber("+4989123"));
+    rig.collaborators.m_localMgmt = nullptr;
+    rig.managementValues.publishCallLogEnableState();
+    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("+4989123"));
 }
 
 }  // namespace

@@ -1,151 +1,102 @@
-// When a visitor's call log is saved: the first delay by the MAC address, then hourly on a Qorvex phone, whenever
-// something new was written.
-
 #include <chrono>
-#include <memory>
+#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "platform/texts/SoftwareTypes.h"
+#include "platform/services/MobilityServiceIfc.h"
 #include "src/JournalServiceEvents/VisitorCallLog.h"
 #include "tests/management/ManagementRig.h"
-#include "tests/support/CapturedLog.h"
-#include "tests/support/FakeMobility.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
-using std::chrono::hours;
-using std::chrono::milliseconds;
-
-class VisitorCallLog : public testing::Test, public Executable {
-protected:
-    VisitorCallLog() {
-        rig.collaborators.m_mobilityService = &mobility;
-        rig.phoneIs(softwareTypes::qorvex);
+/// A phone whose visitor has a call log, which counts how often it was to be saved.
+class VisitorPhone : public ManagementRig, public Executable, public MobilityServiceIfc {
+public:
+    VisitorPhone() { collaborators.m_mobilityService = this; }
+    /// Starts the log; the platform does not arm its first timer yet.
+    void startLog() {
+        log.emplace(collaborators, settings, managementValues, mirror.m_visitorCallLogSavePending, *this);
+        log->createFirstTimer();
     }
-    void startsWithMac(const std::string& address) {
-        rig.management.set("mac-addr", address);
-        log.createFirstTimer();
+    [[nodiscard]] int firstTimer() const { return log->getAutoSaveVisitorCallLogToVantorTimerId(); }
+    void timerEvent(int id) override { log->onTimer(id); }
+    [[nodiscard]] bool saveVisitorCallLog() override {
+        ++saves;
+        return succeeds;
     }
-    /// The platform arms the first timer when it is made.
-    void firstTimerRuns() { rig.context.startTimer(log.getAutoSaveVisitorCallLogToVantorTimerId()); }
-    void somethingIsWritten() { rig.mirror.m_visitorCallLogSavePending = true; }
-    void timerEvent(int id) override { log.onTimer(id); }
 
-    ManagementRig rig;
-    FakeMobility mobility;
-    journal::VisitorCallLog log{rig.collaborators, rig.settings, rig.managementValues,
-                                rig.mirror.m_visitorCallLogSavePending, *this};
+    bool succeeds = true;
+    int saves = 0;
+    std::optional<journal::VisitorCallLog> log;
 };
 
-TEST_F(VisitorCallLog, IsFirstSavedAfterAnHourAndMoreByTheMacAddress) {
-    const struct {
-        const char* address;
-        int spreadMs;
-    } addresses[] = {{"00:1a:e8:00:00:00", 0},
-                     {"00:1a:e8:00:00:ff", 3570000},
-                     {"001AE80000FF", 3570000},
-                     {"00:1a:e8:00:00:10", 224000},
-                     {"00:1a:e8:00:00:0F", 210000},
-                     {"zz", 0},
-                     {"f", 0},
-                     {"", 0},
-                     {"0-1-2-3-4-f", 0}};
-    for (const auto& address : addresses) {
-        startsWithMac(address.address);
-        EXPECT_EQ(rig.context.lengthOf(log.getAutoSaveVisitorCallLogToVantorTimerId()),
-                  milliseconds(3600000 + address.spreadMs))
-            << address.address;
+TEST(VisitorCallLog, IsFirstSavedAfterAnHourAndMoreByTheMacAddress) {
+    VisitorPhone phone;
+    phone.startLog();
+    EXPECT_EQ(phone.firstTimer(), -1) << "there is no address";
+    for (const auto& row : table(2, R"(
+00:1a:e8:00:00:ff | 3570000
+00:1a:e8:00:00:0F | 210000
+zz                | 0
+f                 | 0
+0-1-2-3-4-f       | 0
+)")) {
+        phone.management.set("mac-addr", row[0]);
+        phone.startLog();
+        EXPECT_EQ(phone.context.lengthOf(phone.firstTimer()),
+                  std::chrono::milliseconds(3600000 + std::stoi(row[1])))
+            << row[0];
     }
-    EXPECT_TRUE(rig.context.runningTimers().empty()) << "arming it is the platform's business";
+    EXPECT_TRUE(phone.context.runningTimers().empty());
+    phone.context.refuseTimers();
+    phone.startLog();
+    EXPECT_EQ(phone.firstTimer(), -1);
 }
 
-TEST_F(VisitorCallLog, HasNoTimerWithoutAMacAddressOrWhereNoneCanBeMade) {
-    log.createFirstTimer();
-    EXPECT_EQ(log.getAutoSaveVisitorCallLogToVantorTimerId(), -1);
-    rig.context.refuseTimers();
-    startsWithMac("00");
-    EXPECT_EQ(log.getAutoSaveVisitorCallLogToVantorTimerId(), -1);
-    EXPECT_TRUE(CapturedLog::contains("could not start autoSaveVisitorCallLogToVantor timer"));
-}
-
-TEST_F(VisitorCallLog, IsSavedEveryHourThatSomethingWasWritten) {
-    startsWithMac("00");
-    firstTimerRuns();
-    somethingIsWritten();
-    rig.context.advance(hours(1));
-    EXPECT_EQ(mobility.saves(), 1);
-    EXPECT_EQ(rig.context.timers().size(), 1U) << "the first timer is gone, the hourly one has come";
-    EXPECT_EQ(rig.context.runningTimers().size(), 1U);
-    rig.context.advance(hours(3));
-    EXPECT_EQ(mobility.saves(), 1) << "nothing new";
-    somethingIsWritten();
-    rig.context.advance(hours(1));
-    EXPECT_EQ(mobility.saves(), 2);
-}
-
-TEST_F(VisitorCallLog, IsTriedAgainAnHourAfterAFailure) {
-    startsWithMac("00");
-    firstTimerRuns();
-    somethingIsWritten();
-    mobility.succeed(false);
-    rig.context.advance(hours(2));
-    EXPECT_EQ(mobility.saves(), 2);
-    EXPECT_TRUE(rig.mirror.m_visitorCallLogSavePending);
-    mobility.succeed(true);
-    rig.context.advance(hours(2));
-    EXPECT_EQ(mobility.saves(), 3);
-}
-
-TEST_F(VisitorCallLog, IsNeverSavedOnOtherPhones) {
-    for (const char* type : {softwareTypes::sip, "", "Norlith Qorvex 2"}) {
-        rig.phoneIs(type);
-        startsWithMac("00");
-        firstTimerRuns();
-        somethingIsWritten();
-        rig.context.advance(hours(3));
-        EXPECT_TRUE(rig.context.timers().empty()) << type;
+// Phone | what happens, a number being hours that pass | saves that were tried | whether one is due in the end
+TEST(VisitorCallLog, IsSavedEveryHourThatSomethingWasWrittenOnAQorvexPhone) {
+    for (const auto& row : table(4, R"(
+Norlith Qorvex   | written 4               | 1 | no
+Norlith Qorvex   | written 1 written 1     | 2 | no
+Norlith Qorvex   | fails written 2         | 2 | yes
+Norlith Qorvex   | fails written 2 works 2 | 3 | no
+Norlith Qorvex   | nobody written 2        | 0 | yes
+Norlith Qorvex   | written others          | 0 | yes
+Norlith Qorvex   | written refuse 3        | 0 | yes
+Norlith Qorvex 2 | written 3               | 0 | yes
+Norlith SIP      | written 3               | 0 | yes
+)")) {
+        SCOPED_TRACE(row[0] + ": " + row[1]);
+        VisitorPhone phone;
+        phone.phoneIs(row[0]);
+        phone.management.set("mac-addr", "00");
+        phone.startLog();
+        phone.context.startTimer(phone.firstTimer());
+        for (const std::string& step : split(row[1], ' ')) {
+            if (step == "written") {
+                phone.mirror.m_visitorCallLogSavePending = true;
+            } else if (step == "fails" || step == "works") {
+                phone.succeeds = step == "works";
+            } else if (step == "nobody") {
+                phone.collaborators.m_mobilityService = nullptr;
+            } else if (step == "refuse") {
+                phone.context.refuseTimers();
+            } else if (step == "others") {
+                phone.timerEvent(-1);
+                phone.timerEvent(17);
+            } else {
+                phone.context.advance(std::chrono::hours(std::stoi(step)));
+            }
+        }
+        EXPECT_EQ(phone.saves, std::stoi(row[2]));
+        EXPECT_EQ(phone.mirror.m_visitorCallLogSavePending, row[3] == "yes");
+        EXPECT_LE(phone.context.timers().size(), 1U) << "the hourly timer takes the place of the first";
+        phone.log.reset();
+        EXPECT_TRUE(phone.context.timers().empty());
     }
-    EXPECT_EQ(mobility.saves(), 0);
-}
-
-TEST_F(VisitorCallLog, IsNotSavedWhenTheHourlyTimerCannotBeMade) {
-    startsWithMac("00");
-    firstTimerRuns();
-    somethingIsWritten();
-    rig.context.refuseTimers();
-    rig.context.advance(hours(3));
-    EXPECT_EQ(mobility.saves(), 0);
-    EXPECT_TRUE(CapturedLog::contains("could not create timer"));
-}
-
-TEST_F(VisitorCallLog, WaitsForAMobilityService) {
-    rig.collaborators.m_mobilityService = nullptr;
-    startsWithMac("00");
-    firstTimerRuns();
-    somethingIsWritten();
-    rig.context.advance(hours(2));
-    EXPECT_TRUE(rig.mirror.m_visitorCallLogSavePending);
-}
-
-TEST_F(VisitorCallLog, IgnoresTimersOfOthersAndThoseThatWereNeverMade) {
-    somethingIsWritten();
-    log.onTimer(-1);
-    log.onTimer(17);
-    EXPECT_EQ(mobility.saves(), 0);
-}
-
-TEST_F(VisitorCallLog, TakesItsTimersAwayWhenItGoes) {
-    {
-        journal::VisitorCallLog passing(rig.collaborators, rig.settings, rig.managementValues,
-                                        rig.mirror.m_visitorCallLogSavePending, *this);
-        rig.management.set("mac-addr", "00");
-        passing.createFirstTimer();
-        EXPECT_EQ(rig.context.timers().size(), 1U);
-    }
-    EXPECT_TRUE(rig.context.timers().empty());
 }
 
 }  // namespace

@@ -3,25 +3,30 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
-#include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <mutex>
 
 #include <gtest/gtest.h>
 
+#include "host/services/HardwareVariant.h"
 #include "platform/logging/Logging.h"
-#include "tests/support/FakeHardware.h"
 
 namespace journaltest {
 namespace {
 
-constexpr int kEverything = 6;
-
-std::atomic<int> g_level{kEverything};
+struct Line {
+    std::string component;
+    int level = 0;
+    std::string text;
+};
 
 struct Kept {
+    std::atomic<bool> on{true};
     std::mutex mutex;
-    std::vector<CapturedLog::Line> lines;
+    // Guarded by mutex.
+    std::vector<Line> lines;
 };
 
 // Never destroyed: what a test leaves behind may log while the program ends.
@@ -30,12 +35,17 @@ Kept& kept() {
     return *theOne;
 }
 
-/// Gives each test an empty log with every level on, and plain hardware. Naming the hardware here also brings its
-/// definition into every program that has the log, where a library that is loaded at run time may look for both.
+std::vector<Line> allLines() {
+    const std::lock_guard lock(kept().mutex);
+    return kept().lines;
+}
+
+/// Gives each test an empty log, and plain hardware. Naming the hardware here also brings its definition into every
+/// program that has the log, where a library that is loaded at run time may look for both.
 class ResetBeforeEachTest final : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo& /*test*/) override {
         CapturedLog::reset();
-        FakeHardware::setSubPlatformVariant(0);
+        host::HardwareVariant::set(0);
     }
 };
 
@@ -44,39 +54,21 @@ class ResetBeforeEachTest final : public testing::EmptyTestEventListener {
     return true;
 }();
 
-__attribute__((format(printf, 1, 0))) std::string printed(const char* format, std::va_list arguments) {
-    std::va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    std::string text(length < 0 ? 0 : static_cast<std::size_t>(length) + 1, '\0');
-    if (!text.empty()) {
-        std::vsnprintf(text.data(), text.size(), format, arguments);
-        text.pop_back();
-    }
-    return text;
-}
-
 }  // namespace
 
-void CapturedLog::setLevel(int level) noexcept {
-    g_level.store(level, std::memory_order_relaxed);
+void CapturedLog::switchOff() noexcept {
+    kept().on = false;
 }
 
 void CapturedLog::reset() {
-    setLevel(kEverything);
+    kept().on = true;
     const std::lock_guard lock(kept().mutex);
     kept().lines.clear();
 }
 
-std::vector<CapturedLog::Line> CapturedLog::lines() {
-    const std::lock_guard lock(kept().mutex);
-    return kept().lines;
-}
-
 std::vector<std::string> CapturedLog::lines(std::string_view component) {
     std::vector<std::string> texts;
-    for (const Line& line : lines()) {
+    for (const Line& line : allLines()) {
         if (line.component == component) {
             texts.push_back(line.text);
         }
@@ -84,20 +76,16 @@ std::vector<std::string> CapturedLog::lines(std::string_view component) {
     return texts;
 }
 
-bool CapturedLog::contains(std::string_view text) {
-    return count(text) > 0;
-}
-
 int CapturedLog::count(std::string_view text) {
-    const std::vector<Line> all = lines();
-    return static_cast<int>(std::count_if(all.begin(), all.end(), [text](const Line& line) {
+    const std::vector<Line> lines = allLines();
+    return static_cast<int>(std::count_if(lines.begin(), lines.end(), [text](const Line& line) {
         return line.text.find(text) != std::string::npos;
     }));
 }
 
 std::string CapturedLog::dump() {
     std::string text;
-    for (const Line& line : lines()) {
+    for (const Line& line : allLines()) {
         text += line.component + " [" + std::to_string(line.level) + "] " + line.text + "\n";
     }
     return text;
@@ -105,19 +93,23 @@ std::string CapturedLog::dump() {
 
 }  // namespace journaltest
 
-bool loggingOnAppUni(const char* /*component*/, int level) noexcept {
-    return level <= journaltest::g_level.load(std::memory_order_relaxed);
+bool loggingOnAppUni(const char* /*component*/, int /*level*/) noexcept {
+    return journaltest::kept().on.load(std::memory_order_relaxed);
 }
 
-void logAppUni(const char* component, const char* sourceFile, int level, int line, const char* format,
+void logAppUni(const char* component, const char* /*sourceFile*/, int level, int /*line*/, const char* format,
                ...) noexcept {
     if (!loggingOnAppUni(component, level)) {
         return;
     }
+    char* text = nullptr;
     std::va_list arguments;
     va_start(arguments, format);
-    std::string text = journaltest::printed(format, arguments);
+    const int length = vasprintf(&text, format, arguments);
     va_end(arguments);
-    const std::lock_guard lock(journaltest::kept().mutex);
-    journaltest::kept().lines.push_back({component, sourceFile, level, line, std::move(text)});
+    if (length >= 0) {
+        const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
+        const std::lock_guard lock(journaltest::kept().mutex);
+        journaltest::kept().lines.push_back({component, level, text});
+    }
 }

@@ -14,24 +14,16 @@ namespace journaltest {
 /// because asking for a level alone takes no lock.
 class CapturedLog {
 public:
-    struct Line {
-        std::string component;
-        std::string sourceFile;
-        int level = 0;
-        int line = 0;
-        std::string text;
-    };
+    CapturedLog() = delete;
 
-    /// Lines above `level` are neither wanted (`loggingOnAppUni`) nor kept. 6 keeps everything, 0 nothing.
-    static void setLevel(int level) noexcept;
-    static void switchOff() noexcept { setLevel(0); }
+    /// No line is wanted (`loggingOnAppUni`) nor kept, until `reset`.
+    static void switchOff() noexcept;
     static void reset();
 
-    [[nodiscard]] static std::vector<Line> lines();
     /// The texts written for `component`, oldest first.
     [[nodiscard]] static std::vector<std::string> lines(std::string_view component);
-    /// Whether a line holds `text` somewhere.
-    [[nodiscard]] static bool contains(std::string_view text);
+    /// Whether a line holds `text` somewhere, and how many lines do.
+    [[nodiscard]] static bool contains(std::string_view text) { return count(text) > 0; }
     [[nodiscard]] static int count(std::string_view text);
 
     /// All lines in one text, for the message of a failed expectation.

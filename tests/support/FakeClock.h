@@ -1,15 +1,14 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <string>
 
-#include "platform/clock/ClockServiceIfc.h"
-#include "platform/framework/Executable.h"
+#include "host/clock/SystemClock.h"
 
 namespace journaltest {
 
-/// A clock that stands still until the test moves it; register it as "ClockServiceIfc". Its zone is UTC and its
-/// display format "YYYY-MM-DDThh:mm:ssZ". Any thread may call.
+/// The host's clock, but it stands still until the test moves it; register it as "ClockServiceIfc". Any thread may call.
 class FakeClock final : public Executable, public ClockServiceIfc {
 public:
     /// 2026-11-21T05:22:05Z.
@@ -19,14 +18,19 @@ public:
     void set(long seconds) noexcept { m_seconds = seconds; }
     void advance(long seconds) noexcept { m_seconds += seconds; }
 
-    [[nodiscard]] DateTime getDateTime() override;
+    [[nodiscard]] DateTime getDateTime() override { return m_clock.getDateTime(); }
     [[nodiscard]] long getSeconds() override { return m_seconds; }
-    [[nodiscard]] std::string formatTimeDate(long seconds) override;
-    /// Understands the display format, with or without the "Z".
-    [[nodiscard]] bool splitTimeDate(const std::string& text, DateTime& result) override;
+    [[nodiscard]] std::string formatTimeDate(long seconds) override {
+        return m_clock.formatTimeDate(seconds);
+    }
+    [[nodiscard]] bool splitTimeDate(const std::string& text, DateTime& result) override {
+        return m_clock.splitTimeDate(text, result);
+    }
 
 private:
     std::atomic<long> m_seconds{kStart};
+    host::SystemClock m_clock{
+        [this] { return std::chrono::system_clock::time_point(std::chrono::seconds(m_seconds)); }};
 };
 
 }  // namespace journaltest

@@ -2,9 +2,10 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/csta/CSTAMonitorFilter.h"
@@ -12,63 +13,51 @@
 #include "platform/csta/CallLogEntryRequest.h"
 #include "platform/framework/Executable.h"
 
-class CSTAEvent;
 class CSTAEventIfc;
-class Service;
+class CSTAResponse;
 
 namespace journaltest {
 
 /// A switch that notes every request and answers as it was told; register it as "CSTAServiceIfc".
 ///
 /// Untold, it grants everything at once: code 0 with the response that fits the request; a monitor's cross
-/// reference counts up from "1". Any thread may call.
+/// reference counts up from "1". Any thread may make requests; a test sets up and reads when none does.
 class FakeCstaService final : public Executable, public CSTAServiceIfc {
 public:
-    enum class Kind { eSystemStatus, eMonitorStart, eMonitorStop, eChangeMonitorFilter, eEscape, eOther };
-
-    /// A request as it came in. Fields that its class does not have stay empty.
-    struct Noted {
-        Kind kind = Kind::eOther;
-        Service* source = nullptr;
-        CSTAEventIfc* receiver = nullptr;
-        std::string device;
-        std::string crossRefId;
-        CSTAMonitorFilter filter;
-        int eventType = -1;
-        std::optional<CallLogEntryRequest> callLogEntry;
-    };
-
+    enum class Kind { eSystemStatus, eMonitorStart, eMonitorStop, eChangeMonitorFilter, eEscape };
     /// Puts the outcome into a request itself.
     using Answer = std::function<void(CSTARequest&)>;
 
-    void answer(Kind kind, Answer answer);
-    /// The switch is not reached: `code`, no response.
-    void fail(Kind kind, int code = 1);
-    /// The switch refuses: code 0 and an error response.
-    void refuse(Kind kind, const std::string& category, const std::string& value);
-    /// Back to granting everything.
-    void grantAll();
+    /// How requests of a kind are answered from now on; an empty function grants them again.
+    void answer(Kind kind, Answer answer) { m_answers[kind] = std::move(answer); }
 
-    [[nodiscard]] std::vector<Noted> requests() const;
-    [[nodiscard]] std::vector<Noted> requests(Kind kind) const;
-    /// The entries of the call-log requests alone, in order.
-    [[nodiscard]] std::vector<CallLogEntryRequest> callLogEntries() const;
-    void forgetRequests();
-
-    /// Delivers `event` on the caller's thread to the receiver that was named last; nothing without one.
-    void deliver(CSTAEvent& event);
+    /// What was asked, "start localDeviceID; stop 1; change localDeviceID; status", and apart from that the entries
+    /// of the call-log requests.
+    [[nodiscard]] const std::string& asked() const { return m_asked; }
+    [[nodiscard]] const std::vector<CallLogEntryRequest>& callLogEntries() const { return m_callLogEntries; }
+    void forgetRequests() {
+        m_asked.clear();
+        m_callLogEntries.clear();
+    }
+    /// Of the last request: who is to get the events, and the monitor's filter.
+    [[nodiscard]] CSTAEventIfc* lastReceiver() const { return m_lastReceiver; }
+    [[nodiscard]] const CSTAMonitorFilter& lastFilter() const { return m_lastFilter; }
 
     void request(CSTARequest& request) override;
 
 private:
-    void grant(Kind kind, CSTARequest& request);
+    // With m_mutex held.
+    Kind note(const CSTARequest& request);
+    std::unique_ptr<CSTAResponse> grant(Kind kind);
 
     // Guarded by m_mutex.
-    mutable std::mutex m_mutex;
-    std::vector<Noted> m_requests;
+    std::mutex m_mutex;
     std::map<Kind, Answer> m_answers;
-    CSTAEventIfc* m_receiver = nullptr;
+    std::string m_asked;
+    std::vector<CallLogEntryRequest> m_callLogEntries;
     int m_monitors = 0;
+    CSTAEventIfc* m_lastReceiver = nullptr;
+    CSTAMonitorFilter m_lastFilter;
 };
 
 }  // namespace journaltest

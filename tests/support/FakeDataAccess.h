@@ -3,7 +3,9 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -17,68 +19,73 @@ namespace journaltest {
 /// A database in memory that keeps every request document; register it as "DataAccessServiceIfc".
 ///
 /// It reads requests and writes answers with the journal library's own functions and follows the rules of
-/// `journalxml::DataRequest`. Unique ids count up from "1" over all tables. Any thread may call; what a test wants
-/// done inside a request runs with no lock held.
+/// `journalxml::DataRequest`. Unique ids count up from "1" over all tables. Any thread may send requests; a test sets
+/// things up, and reads what was noted, while none does.
 class FakeDataAccess final : public Executable, public DataAccessServiceIfc {
 public:
     using Item = journalxml::DataRequest::Item;
+    using Answer = std::function<std::string(const std::string&)>;
 
-    /// Puts a row into `table` as it is, with its unique id; an item without one gets the next.
-    void addRow(const std::string& table, Item item);
-    void addContact(const Contact& contact);
-    void setSetting(const std::string& key, const std::string& value);
+    /// Puts a row into `table` with its unique id; an item without one gets the next.
+    void addRow(const std::string& table, Item item) { put(table, rowOf(std::move(item)), true); }
+    std::vector<Contact> contacts;
+    std::map<std::string, std::string> settings;
 
-    /// While set, every request is answered "failed" and changes nothing.
-    void setFailing(bool failing);
-    /// While set, the answer is what `answer` gives for the request document; an empty function ends it.
-    void setAnswer(std::function<std::string(const std::string&)> answer);
-    /// Runs at the beginning of each request; it may throw.
-    void setDuring(std::function<void(const std::string&)> during);
+    /// While set, requests that hold `word` are answered "failed" and change nothing; untold all of them.
+    void setFailing(bool failing, const std::string& word = {}) {
+        m_failing = failing ? std::optional(word) : std::nullopt;
+    }
+    /// While set, the answer is what `answer` gives for the request document; it runs with no lock held, and may throw. An
+    /// empty function ends it.
+    void setAnswer(Answer answer) { m_answer = std::move(answer); }
+    /// The database's own answer to a request, which it does not keep.
+    [[nodiscard]] std::string carryOut(const std::string& document);
 
     /// The documents, oldest first, and the same as they were understood (without those that were not).
-    [[nodiscard]] std::vector<std::string> documents() const;
+    [[nodiscard]] const std::vector<std::string>& documents() const { return m_documents; }
     [[nodiscard]] std::vector<journalxml::DataRequest> requests() const;
-    [[nodiscard]] std::vector<journalxml::DataRequest> requests(journalxml::DataRequest::Reason reason,
-                                                                const std::string& schema) const;
-    void forgetRequests();
+    void forgetRequests() {
+        const std::lock_guard lock(m_mutex);
+        m_documents.clear();
+    }
 
     /// The rows of a table in the order in which they were first written.
     template <typename ItemType>
     [[nodiscard]] std::vector<ItemType> rows(const std::string& table) const {
         std::vector<ItemType> found;
         const std::lock_guard lock(m_mutex);
-        const auto held = m_tables.find(table);
-        if (held != m_tables.end()) {
-            for (const Item& item : held->second) {
-                found.push_back(std::get<ItemType>(item));
-            }
+        for (const Row& row : m_tables[table]) {
+            found.push_back(std::get<ItemType>(row.item));
         }
         return found;
     }
-    [[nodiscard]] std::map<std::string, std::string> settings() const;
 
     [[nodiscard]] std::string processRequest(const std::string& request) override;
 
 private:
-    // All of these with m_mutex held.
-    std::string carryOut(const journalxml::DataRequest& request);
-    std::string read(const journalxml::DataRequest& request) const;
-    std::string readSettings() const;
-    std::string write(const journalxml::DataRequest& request);
-    std::string update(const journalxml::DataRequest& request);
-    std::string erase(const journalxml::DataRequest& request);
-    std::string put(const std::string& table, Item item);
+    struct Row {
+        Item item;
+        std::string id;  // the unique id, of a callback the entry id
+        std::string entryId;
+        std::string sortKey;
+    };
+    static Row rowOf(Item item);
 
-    // Guarded by m_mutex.
+    // All of these with m_mutex held.
+    std::string read(const journalxml::DataRequest& request) const;
+    std::string erase(const journalxml::DataRequest& request);
+    /// Replaces the row of that id or adds one, under a new unique id unless it `keepsId`. Answers the row's id.
+    std::string put(const std::string& table, Row row, bool keepsId = false);
+
+    // Constant while requests may come.
+    std::optional<std::string> m_failing;  // the word in the requests that fail
+    Answer m_answer;
+
+    // Guarded by m_mutex, as the settings are.
     mutable std::mutex m_mutex;
-    std::map<std::string, std::vector<Item>> m_tables;
-    std::vector<Contact> m_contacts;
-    std::map<std::string, std::string> m_settings;
+    mutable std::map<std::string, std::vector<Row>> m_tables;
     std::vector<std::string> m_documents;
     long m_lastUniqueId = 0;
-    bool m_failing = false;
-    std::function<std::string(const std::string&)> m_answer;
-    std::function<void(const std::string&)> m_during;
 };
 
 }  // namespace journaltest

@@ -17,212 +17,153 @@ namespace journaltest {
 /// A journal that notes every call and answers as it was told, for tests of those who stand in front of a journal.
 ///
 /// Lists are what the test put in; a get-one operation answers the entry with that id, or false. Every other
-/// operation answers `setAnswer`'s value (true untold) and changes nothing. Any thread may call.
-class FakeJournalService final : public Executable, public JournalServiceIfc {
+/// operation answers `setAnswer`'s value (true untold) and changes nothing. Set up before calls may come; then any thread
+/// may call.
+class FakeJournalService : public Executable, public JournalServiceIfc {
+    template <typename Item>
+    using List = std::deque<Item>;
+    using Id = std::string;
+    using Ids = std::set<std::string>;
+    using Observer = JournalServiceObserverIfc;
+
 public:
-    /// What the lists hold. Set it before calls may come; it is read without a lock.
     struct Lists {
-        std::deque<MissedCallItem> missed;
-        std::deque<DialledCallItem> dialled;
-        std::deque<ReceivedCallItem> received;
-        std::deque<ForwardedCallItem> forwarded;
-        std::deque<CallBackItem> callBacks;
+        List<MissedCallItem> missed;
+        List<DialledCallItem> dialled;
+        List<ReceivedCallItem> received;
+        List<ForwardedCallItem> forwarded;
+        List<CallBackItem> callBacks;
     };
     Lists lists;
 
-    void setAnswer(bool answer) {
-        const std::lock_guard lock(m_mutex);
-        m_answer = answer;
-    }
+    void setAnswer(bool answer) { m_answer = answer; }
     /// Runs inside every operation, after it is noted; it may throw.
-    void setDuring(std::function<void()> during) {
-        const std::lock_guard lock(m_mutex);
-        m_during = std::move(during);
-    }
+    void setDuring(std::function<void()> during) { m_during = std::move(during); }
 
     /// The calls in order, each with its arguments: "getMissedCall(e1)", "deleteCalls({e1, e2}, true)".
-    [[nodiscard]] std::vector<std::string> calls() const {
-        const std::lock_guard lock(m_mutex);
-        return m_calls;
-    }
-    /// The observers and items that came in, in order.
-    [[nodiscard]] std::vector<JournalServiceObserverIfc*> observers() const {
-        const std::lock_guard lock(m_mutex);
-        return m_observers;
-    }
-    [[nodiscard]] std::vector<MissedCallItem> updatedItems() const {
-        const std::lock_guard lock(m_mutex);
-        return m_updatedItems;
-    }
+    [[nodiscard]] const std::vector<std::string>& calls() const { return m_calls; }
+    /// The observers that came in, in order.
+    [[nodiscard]] const std::vector<Observer*>& observers() const { return m_observers; }
 
-    bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_observers.push_back(observer);
-        }
-        return note("subscribeForJournalEvents");
-    }
-    bool unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_observers.push_back(observer);
-        }
-        return note("unsubscribeForJournalEvents");
-    }
+    bool subscribeForJournalEvents(Observer* observer) override { return note(__func__, observer); }
+    bool unsubscribeForJournalEvents(Observer* observer) override { return note(__func__, observer); }
 
-    void getMissedCallList(std::deque<MissedCallItem>& list) override {
-        note("getMissedCallList()");
-        list = lists.missed;
+    void getMissedCallList(List<MissedCallItem>& list) override { give(__func__, lists.missed, list); }
+    bool getMissedCall(const Id& id, MissedCallItem& item) override {
+        return find(__func__, lists.missed, id, item);
     }
-    bool getMissedCall(const std::string& entryId, MissedCallItem& item) override {
-        return find(lists.missed, "getMissedCall", entryId, item);
-    }
-    void updateMissedCall(const MissedCallItem& item) override {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_updatedItems.push_back(item);
-        }
-        note("updateMissedCall(" + item.getEntryId() + ")");
-    }
-    bool setMissedCallListAsViewed(const std::set<std::string>& entryIds) override {
-        return note("setMissedCallListAsViewed(" + set(entryIds) + ")");
-    }
-    void ageMissedCall(const std::string& entryId) override { note("ageMissedCall(" + entryId + ")"); }
-    bool deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest) override {
-        return note("deleteMissedCall(" + entryId + ", " + flag(isSendDeleteMissedCallRequest) + ")");
-    }
-    bool deleteMissedCallList(const std::set<std::string>& entryIds) override {
-        return note("deleteMissedCallList(" + set(entryIds) + ")");
-    }
-    bool deleteMissedCallList() override { return note("deleteMissedCallList()"); }
+    void updateMissedCall(const MissedCallItem& item) override { note(__func__, item.getEntryId()); }
+    bool setMissedCallListAsViewed(const Ids& ids) override { return note(__func__, ids); }
+    void ageMissedCall(const Id& id) override { note(__func__, id); }
+    bool deleteMissedCall(const Id& id, bool isSent) override { return note(__func__, id, isSent); }
+    bool deleteMissedCallList(const Ids& ids) override { return note(__func__, ids); }
+    bool deleteMissedCallList() override { return note(__func__); }
 
-    void getDialledCallList(std::deque<DialledCallItem>& list) override {
-        note("getDialledCallList()");
-        list = lists.dialled;
+    void getDialledCallList(List<DialledCallItem>& list) override { give(__func__, lists.dialled, list); }
+    bool getDialledCall(const Id& id, DialledCallItem& item) override {
+        return find(__func__, lists.dialled, id, item);
     }
-    bool getDialledCall(const std::string& entryId, DialledCallItem& item) override {
-        return find(lists.dialled, "getDialledCall", entryId, item);
-    }
-    bool deleteDialledCall(const std::string& entryId) override {
-        return note("deleteDialledCall(" + entryId + ")");
-    }
-    bool deleteDialledCallList(const std::set<std::string>& entryIds) override {
-        return note("deleteDialledCallList(" + set(entryIds) + ")");
-    }
-    bool deleteDialledCallList() override { return note("deleteDialledCallList()"); }
+    bool deleteDialledCall(const Id& id) override { return note(__func__, id); }
+    bool deleteDialledCallList(const Ids& ids) override { return note(__func__, ids); }
+    bool deleteDialledCallList() override { return note(__func__); }
     bool getLastDialledNumber(DialledCallItem& item) override {
-        note("getLastDialledNumber()");
-        if (lists.dialled.empty()) {
-            return false;
-        }
-        item = lists.dialled.front();
-        return true;
+        note(__func__);
+        item = lists.dialled.empty() ? item : lists.dialled.front();
+        return !lists.dialled.empty();
     }
 
-    void getReceivedCallList(std::deque<ReceivedCallItem>& list) override {
-        note("getReceivedCallList()");
-        list = lists.received;
+    void getReceivedCallList(List<ReceivedCallItem>& list) override { give(__func__, lists.received, list); }
+    bool getReceivedCall(const Id& id, ReceivedCallItem& item) override {
+        return find(__func__, lists.received, id, item);
     }
-    bool getReceivedCall(const std::string& entryId, ReceivedCallItem& item) override {
-        return find(lists.received, "getReceivedCall", entryId, item);
-    }
-    bool deleteReceivedCall(const std::string& entryId) override {
-        return note("deleteReceivedCall(" + entryId + ")");
-    }
-    bool deleteReceivedCallList(const std::set<std::string>& entryIds) override {
-        return note("deleteReceivedCallList(" + set(entryIds) + ")");
-    }
-    bool deleteReceivedCallList() override { return note("deleteReceivedCallList()"); }
+    bool deleteReceivedCall(const Id& id) override { return note(__func__, id); }
+    bool deleteReceivedCallList(const Ids& ids) override { return note(__func__, ids); }
+    bool deleteReceivedCallList() override { return note(__func__); }
 
-    void getForwardedCallList(std::deque<ForwardedCallItem>& list) override {
-        note("getForwardedCallList()");
-        list = lists.forwarded;
+    void getForwardedCallList(List<ForwardedCallItem>& list) override {
+        give(__func__, lists.forwarded, list);
     }
-    bool getForwardedCall(const std::string& entryId, ForwardedCallItem& item) override {
-        return find(lists.forwarded, "getForwardedCall", entryId, item);
+    bool getForwardedCall(const Id& id, ForwardedCallItem& item) override {
+        return find(__func__, lists.forwarded, id, item);
     }
-    bool deleteForwardedCall(const std::string& entryId) override {
-        return note("deleteForwardedCall(" + entryId + ")");
-    }
-    bool deleteForwardedCallList(const std::set<std::string>& entryIds) override {
-        return note("deleteForwardedCallList(" + set(entryIds) + ")");
-    }
-    bool deleteForwardedCallList() override { return note("deleteForwardedCallList()"); }
+    bool deleteForwardedCall(const Id& id) override { return note(__func__, id); }
+    bool deleteForwardedCallList(const Ids& ids) override { return note(__func__, ids); }
+    bool deleteForwardedCallList() override { return note(__func__); }
 
-    void getCallBackList(std::deque<CallBackItem>& list) override {
-        note("getCallBackList()");
-        list = lists.callBacks;
-    }
-    bool deleteCallBack(const std::string& entryId) override {
-        return note("deleteCallBack(" + entryId + ")");
-    }
-    bool deleteCallBackList(const std::set<std::string>& entryIds) override {
-        return note("deleteCallBackList(" + set(entryIds) + ")");
-    }
-    bool deleteCallBackList() override { return note("deleteCallBackList()"); }
+    void getCallBackList(List<CallBackItem>& list) override { give(__func__, lists.callBacks, list); }
+    bool deleteCallBack(const Id& id) override { return note(__func__, id); }
+    bool deleteCallBackList(const Ids& ids) override { return note(__func__, ids); }
+    bool deleteCallBackList() override { return note(__func__); }
 
-    bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest) override {
-        return note("deleteCalls(" + set(entryIds) + ", " + flag(isSendDeleteMissedCallRequest) + ")");
-    }
-    bool deleteAllCalls() override { return note("deleteAllCalls()"); }
+    bool deleteCalls(const Ids& ids, bool isSent) override { return note(__func__, ids, isSent); }
+    bool deleteAllCalls() override { return note(__func__); }
 
-    bool resetUserCalls() override { return note("resetUserCalls()"); }
-    bool resetUserContacts() override { return note("resetUserContacts()"); }
-    bool refreshCallLog() override { return note("refreshCallLog()"); }
-    bool refreshCallLists() override { return note("refreshCallLists()"); }
+    bool resetUserCalls() override { return note(__func__); }
+    bool resetUserContacts() override { return note(__func__); }
+    bool refreshCallLog() override { return note(__func__); }
+    bool refreshCallLists() override { return note(__func__); }
     bool setJournalServiceCallLogEventsDisabling(const std::string& value) override {
-        return note("setJournalServiceCallLogEventsDisabling(" + value + ")");
+        return note(__func__, value);
     }
     bool getCallRecordsAssociatedWith(const Contact& contact,
-                                      std::vector<Contact::CallRecord>& records) override {
-        static_cast<void>(records);
-        return note("getCallRecordsAssociatedWith(" + contact.getSearchNumber() + ")");
+                                      std::vector<Contact::CallRecord>& /*records*/) override {
+        return note(__func__, contact.getSearchNumber());
     }
 
 private:
-    [[nodiscard]] static std::string set(const std::set<std::string>& entryIds) {
+    [[nodiscard]] static std::string text(const std::string& word) { return word; }
+    [[nodiscard]] static std::string text(bool flag) { return flag ? "true" : "false"; }
+    [[nodiscard]] static std::string text(const Ids& ids) {
         std::string text;
-        for (const std::string& entryId : entryIds) {
-            text += (text.empty() ? "" : ", ") + entryId;
+        for (const Id& id : ids) {
+            text += (text.empty() ? "" : ", ") + id;
         }
         return "{" + text + "}";
     }
-    [[nodiscard]] static std::string flag(bool value) { return value ? "true" : "false"; }
 
     /// Notes a call, lets `during` run, and gives the told answer.
-    bool note(std::string call) {
-        std::function<void()> during;
-        bool answer = false;
+    template <typename... Arguments>
+    bool note(const std::string& operation, const Arguments&... arguments) {
+        std::string words;
+        ((words += (words.empty() ? "" : ", ") + text(arguments)), ...);
         {
             const std::lock_guard lock(m_mutex);
-            m_calls.push_back(std::move(call));
-            during = m_during;
-            answer = m_answer;
+            m_calls.push_back(operation + "(" + words + ")");
         }
-        if (during) {
-            during();
+        if (m_during) {
+            m_during();
         }
-        return answer;
+        return m_answer;
+    }
+    bool note(const char* operation, Observer* observer) {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_observers.push_back(observer);
+        }
+        return note(operation);
     }
     template <typename Item>
-    bool find(const std::deque<Item>& list, const char* operation, const std::string& entryId, Item& item) {
-        note(std::string(operation) + "(" + entryId + ")");
-        const auto found = std::find_if(
-            list.begin(), list.end(), [&entryId](const Item& held) { return held.getEntryId() == entryId; });
-        if (found == list.end()) {
-            return false;
-        }
-        item = *found;
-        return true;
+    void give(const char* operation, const List<Item>& list, List<Item>& copy) {
+        note(operation);
+        copy = list;
+    }
+    template <typename Item>
+    bool find(const char* operation, const List<Item>& list, const Id& id, Item& item) {
+        note(operation, id);
+        const auto found = std::find_if(list.begin(), list.end(),
+                                        [&id](const Item& held) { return held.getEntryId() == id; });
+        item = found == list.end() ? item : *found;
+        return found != list.end();
     }
 
-    // Guarded by m_mutex.
-    mutable std::mutex m_mutex;
-    std::vector<std::string> m_calls;
-    std::vector<JournalServiceObserverIfc*> m_observers;
-    std::vector<MissedCallItem> m_updatedItems;
+    // Constant while calls may come.
     bool m_answer = true;
     std::function<void()> m_during;
+
+    // Guarded by m_mutex; the test reads them when nobody else may call.
+    std::mutex m_mutex;
+    std::vector<std::string> m_calls;
+    std::vector<Observer*> m_observers;
 };
 
 }  // namespace journaltest

@@ -2,71 +2,114 @@
 
 #include <map>
 #include <mutex>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/framework/Executable.h"
 #include "platform/management/LocalMgmtIfc.h"
 #include "platform/management/ManageableData.h"
+#include "platform/management/MgmtAgentIfc.h"
 
 namespace journaltest {
 
 /// The phone's settings as a table that a test fills; register it as "LocalMgmtIfc".
 ///
-/// Every key may be observed and written unless the test says otherwise. Any thread may call; agents are told on
-/// the thread of the one who calls `change`, with no lock held.
+/// Every key may be written, and observed unless the test says otherwise. Any thread may call the operations of
+/// `LocalMgmtIfc`; agents are told on the thread of the one who calls `change`, with no lock held.
 class FakeLocalMgmt final : public Executable, public LocalMgmtIfc {
 public:
-    struct Registration {
-        std::string identifier;
-        MgmtAgentIfc* agent = nullptr;
-        int version = 0;
-    };
-
     /// Sets a value without telling anybody.
-    void set(const std::string& key, const std::string& value);
-    void remove(const std::string& key);
+    void set(const std::string& key, const std::string& value) {
+        const std::lock_guard lock(m_mutex);
+        m_values[key] = value;
+    }
+    void remove(const std::string& key) {
+        const std::lock_guard lock(m_mutex);
+        m_values.erase(key);
+    }
     /// Sets a value and tells the agents that observe the key.
-    void change(const std::string& key, const std::string& value);
-    /// From now on writing `key` is refused, with the given reason.
-    void refuseWrite(const std::string& key, const RejectReason& reason);
+    void change(const std::string& key, const std::string& value) {
+        set(key, value);
+        std::unique_lock lock(m_mutex);
+        const std::vector<Observation> observations = m_observations;
+        lock.unlock();
+        ManageableData data;
+        data.populate(key, key, value);
+        for (const auto& [observed, agent] : observations) {
+            if (observed == key) {
+                agent->manageableDataChanged(data);
+            }
+        }
+    }
     /// From now on `key` cannot be observed.
-    void refuseObserving(const std::string& key);
-    /// From now on nobody can register as agent.
-    void refuseAgents();
+    void refuseObserving(const std::string& key) { m_refused = key; }
 
-    [[nodiscard]] std::optional<std::string> value(const std::string& key) const;
-    /// The keys that `agent` observes, in the order in which it asked.
-    [[nodiscard]] std::vector<std::string> observedBy(const MgmtAgentIfc& agent) const;
-    [[nodiscard]] std::vector<Registration> registrations() const;
-    /// The records that were handed in, oldest first; a write that was refused in part is among them.
-    [[nodiscard]] std::vector<ManageableData> written() const;
-    [[nodiscard]] std::vector<ManageableData> published() const;
+    /// The agents that were registered by identifier and version, "JournalMgmtId 1", one behind the other.
+    [[nodiscard]] const std::string& registrations() const { return m_registrations; }
+    /// What was stored and what was published, oldest first: "key=value; key=value".
+    [[nodiscard]] const std::string& written() const { return m_written; }
+    [[nodiscard]] const std::string& published() const { return m_published; }
 
-    bool registerAgent(const std::string& identifier, MgmtAgentIfc& agent, int version) override;
-    void unregisterAgent(MgmtAgentIfc& agent) override;
-    bool observe(const std::string& tag, MgmtAgentIfc& agent) override;
-    bool read(ManageableData& data) override;
-    bool write(ManageableData& data) override;
-    void publish(const ManageableData& data) override;
+    bool registerAgent(const std::string& identifier, MgmtAgentIfc& /*agent*/, int version) override {
+        const std::lock_guard lock(m_mutex);
+        m_registrations += identifier + " " + std::to_string(version);
+        return true;
+    }
+    void unregisterAgent(MgmtAgentIfc& agent) override {
+        const std::lock_guard lock(m_mutex);
+        std::erase_if(m_observations, [&agent](const Observation& each) { return each.second == &agent; });
+    }
+    bool observe(const std::string& tag, MgmtAgentIfc& agent) override {
+        const std::lock_guard lock(m_mutex);
+        if (tag != m_refused) {
+            m_observations.emplace_back(tag, &agent);
+        }
+        return tag != m_refused;
+    }
+    bool read(ManageableData& data) override {
+        const std::lock_guard lock(m_mutex);
+        bool complete = true;
+        const std::vector<std::string> keys = data.getRootIds();
+        for (const std::string& key : keys) {
+            const auto found = m_values.find(key);
+            complete = complete && found != m_values.end();
+            if (found != m_values.end()) {
+                data.populate(key, key, found->second);
+            }
+        }
+        return complete;
+    }
+    bool write(ManageableData& data) override {
+        const std::lock_guard lock(m_mutex);
+        addTo(m_written, data);
+        for (const std::string& key : data.getRootIds()) {
+            m_values[key] = data.interogate(key)->getValue();
+        }
+        return true;
+    }
+    void publish(const ManageableData& data) override {
+        const std::lock_guard lock(m_mutex);
+        addTo(m_published, data);
+    }
 
 private:
-    struct Observation {
-        std::string key;
-        MgmtAgentIfc* agent = nullptr;
-    };
+    using Observation = std::pair<std::string, MgmtAgentIfc*>;
 
-    // Guarded by m_mutex.
-    mutable std::mutex m_mutex;
+    static void addTo(std::string& text, const ManageableData& data) {
+        for (const std::string& key : data.getRootIds()) {
+            text += (text.empty() ? "" : "; ") + key + "=" + data.interogate(key)->getValue();
+        }
+    }
+
+    // Guarded by m_mutex. The test reads what was noted when nobody else may call.
+    std::mutex m_mutex;
     std::map<std::string, std::string> m_values;
-    std::map<std::string, RejectReason> m_refusedWrites;
-    std::vector<std::string> m_refusedObservations;
-    bool m_refuseAgents = false;
-    std::vector<Registration> m_registrations;
+    std::string m_refused;
     std::vector<Observation> m_observations;
-    std::vector<ManageableData> m_written;
-    std::vector<ManageableData> m_published;
+    std::string m_registrations;
+    std::string m_written;
+    std::string m_published;
 };
 
 }  // namespace journaltest

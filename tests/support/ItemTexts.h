@@ -5,58 +5,46 @@
 
 namespace journaltest {
 
+template <const char* const& table, auto body, auto parseItem, auto parseList, auto listAnswer, auto observer>
+struct TextsOf {
+    static constexpr const char* kTable = table;
+    static constexpr auto kBody = body;
+    static constexpr auto kParseItem = parseItem;
+    static constexpr auto kParseList = parseList;
+    static constexpr auto kListAnswer = listAnswer;
+    static constexpr auto kObserver = observer;
+};
+
+using Requests = CallListDatabaseAdapterHelper;
+using Answers = JournalServiceHelper;
+
 /// What each list's items are called in requests, answers and messages, for tests that treat the lists alike.
 template <typename Item>
 struct ItemTexts;
 
 template <>
-struct ItemTexts<MissedCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS;
-    static constexpr auto kBody = &CallListDatabaseAdapterHelper::createXMLMissedCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLMissedCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLMissedCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetMissedCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqMissedCallsUpdate;
-};
-
+struct ItemTexts<MissedCallItem>
+    : TextsOf<Requests::DAS_CALLLOGMISSEDCALLS, &Requests::createXMLMissedCallItemBody,
+              &Answers::parseXMLMissedCallItem, &Answers::parseXMLMissedCallList,
+              &Answers::respGetMissedCallList, &Answers::obsReqMissedCallsUpdate> {};
 template <>
-struct ItemTexts<DialledCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGDIALLEDCALLS;
-    static constexpr auto kBody = &CallListDatabaseAdapterHelper::createXMLDialledCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLDialledCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLDialledCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetDialledCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqDialledCallsUpdate;
-};
-
+struct ItemTexts<DialledCallItem>
+    : TextsOf<Requests::DAS_CALLLOGDIALLEDCALLS, &Requests::createXMLDialledCallItemBody,
+              &Answers::parseXMLDialledCallItem, &Answers::parseXMLDialledCallList,
+              &Answers::respGetDialledCallList, &Answers::obsReqDialledCallsUpdate> {};
 template <>
-struct ItemTexts<ReceivedCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGRECEIVEDCALLS;
-    static constexpr auto kBody = &CallListDatabaseAdapterHelper::createXMLReceivedCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLReceivedCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLReceivedCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetReceivedCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqReceivedCallsUpdate;
-};
-
+struct ItemTexts<ReceivedCallItem>
+    : TextsOf<Requests::DAS_CALLLOGRECEIVEDCALLS, &Requests::createXMLReceivedCallItemBody,
+              &Answers::parseXMLReceivedCallItem, &Answers::parseXMLReceivedCallList,
+              &Answers::respGetReceivedCallList, &Answers::obsReqReceivedCallsUpdate> {};
 template <>
-struct ItemTexts<ForwardedCallItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGFORWARDEDCALLS;
-    static constexpr auto kBody = &CallListDatabaseAdapterHelper::createXMLForwardedCallItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLForwardedCallItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLForwardedCallList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetForwardedCallList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqForwardedCallsUpdate;
-};
-
+struct ItemTexts<ForwardedCallItem>
+    : TextsOf<Requests::DAS_CALLLOGFORWARDEDCALLS, &Requests::createXMLForwardedCallItemBody,
+              &Answers::parseXMLForwardedCallItem, &Answers::parseXMLForwardedCallList,
+              &Answers::respGetForwardedCallList, &Answers::obsReqForwardedCallsUpdate> {};
 template <>
-struct ItemTexts<CallBackItem> {
-    static constexpr const char* kTable = CallListDatabaseAdapterHelper::DAS_CALLLOGCALLBACKS;
-    static constexpr auto kBody = &CallListDatabaseAdapterHelper::createXMLCallBackItemBody;
-    static constexpr auto kParseItem = &JournalServiceHelper::parseXMLCallBackItem;
-    static constexpr auto kParseList = &JournalServiceHelper::parseXMLCallBackList;
-    static constexpr auto kListAnswer = &JournalServiceHelper::respGetCallBackList;
-    static constexpr auto kObserver = &JournalServiceHelper::obsReqCallBacksUpdate;
-};
+struct ItemTexts<CallBackItem> : TextsOf<Requests::DAS_CALLLOGCALLBACKS, &Requests::createXMLCallBackItemBody,
+                                         &Answers::parseXMLCallBackItem, &Answers::parseXMLCallBackList,
+                                         &Answers::respGetCallBackList, &Answers::obsReqCallBacksUpdate> {};
 
 }  // namespace journaltest

@@ -1,54 +1,24 @@
 #pragma once
 
-#include <condition_variable>
-#include <cstddef>
 #include <functional>
-#include <iosfwd>
 #include <mutex>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "include/JournalServiceObserverIfc.h"
+#include "platform/journal-library/ObserverMessage.h"
 
 class JournalServiceIfc;
 
 namespace journaltest {
 
 /// One call of an observer, with what came with it.
-struct Callback {
-    /// Named after the operations of `JournalServiceObserverIfc`.
-    enum class Kind {
-        eMissedCallsCountUpdate,
-        eMissedCallsUpdate,
-        eDialledCallsUpdate,
-        eReceivedCallsUpdate,
-        eForwardedCallsUpdate,
-        eCallBacksUpdate,
-        eCallBacksCountUpdate,
-    };
-    using ActionType = JournalServiceObserverIfc::ActionType;
-    using Item = std::variant<std::monostate, MissedCallItem, DialledCallItem, ReceivedCallItem,
-                              ForwardedCallItem, CallBackItem>;
-
-    Kind kind = Kind::eMissedCallsCountUpdate;
-    int count = 0;  // of the two count updates
-    Item item;      // of the five list updates, as the three that follow
-    std::string entryId;
-    ActionType action = ActionType::eListChanged;
-
-    /// The call in one line, the item by its own entry id: "missedCallsCountUpdate(2)",
-    /// "dialledCallsUpdate(item e1, entryId 7, action 2)", "callBacksUpdate(item -, entryId -, action 3)".
+struct Callback : journalxml::ObserverMessage {
+    /// The call in short: "missedCount(2)"; of a list's update the item's entry id, the entry id that came with it, and the
+    /// action: "dialled(e1, 7, 2)", "callBacks(-, -, 3)".
     [[nodiscard]] std::string text() const;
-    /// The item; the test fails by exception when the call carried another kind.
-    template <typename ItemType>
-    [[nodiscard]] const ItemType& as() const {
-        return std::get<ItemType>(item);
-    }
 };
-
-std::ostream& operator<<(std::ostream& out, const Callback& callback);
 
 /// An observer that notes every call in order.
 ///
@@ -58,42 +28,49 @@ class RecordingObserver final : public JournalServiceObserverIfc {
 public:
     using During = std::function<void(const Callback&)>;
 
-    RecordingObserver() = default;
-    virtual ~RecordingObserver() = default;
+    explicit RecordingObserver(During during = {}) : m_during(std::move(during)) {}
     RecordingObserver(const RecordingObserver&) = delete;
     RecordingObserver& operator=(const RecordingObserver&) = delete;
-    explicit RecordingObserver(During during) : m_during(std::move(during)) {}
+    virtual ~RecordingObserver() = default;
 
     /// Not while callbacks may come.
     void setDuring(During during) { m_during = std::move(during); }
 
-    [[nodiscard]] std::vector<Callback> callbacks() const;
-    [[nodiscard]] std::vector<Callback> callbacks(Callback::Kind kind) const;
-    /// `Callback::text` of each.
-    [[nodiscard]] std::vector<std::string> texts() const;
-    [[nodiscard]] std::size_t count() const;
-    void clear();
+    /// The calls since the last `clear` as one text, "missedCount(1); missed(-, 17, 2)"; empty for none.
+    [[nodiscard]] std::string heard() const;
+    void clear() {
+        const std::lock_guard lock(m_mutex);
+        m_callbacks.clear();
+    }
 
-    /// Waits until at least `number` calls were noted since the last `clear`; false after ten seconds.
-    [[nodiscard]] bool waitFor(std::size_t number) const;
-
-    void missedCallsCountUpdate(int count) override;
-    void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override;
-    void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) override;
-    void receivedCallsUpdate(ReceivedCallItem item, std::string entryId, ActionType action) override;
-    void forwardedCallsUpdate(ForwardedCallItem item, std::string entryId, ActionType action) override;
-    void callBacksUpdate(CallBackItem item, std::string entryId, ActionType action) override;
-    void callBacksCountUpdate(int count) override;
+    void missedCallsCountUpdate(int count) override { noteCount(Event::eMissedCallsCountUpdate, count); }
+    void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override {
+        note({{Event::eMissedCallsUpdate, 0, action, std::move(entryId), std::move(item)}});
+    }
+    void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) override {
+        note({{Event::eDialledCallsUpdate, 0, action, std::move(entryId), std::move(item)}});
+    }
+    void receivedCallsUpdate(ReceivedCallItem item, std::string entryId, ActionType action) override {
+        note({{Event::eReceivedCallsUpdate, 0, action, std::move(entryId), std::move(item)}});
+    }
+    void forwardedCallsUpdate(ForwardedCallItem item, std::string entryId, ActionType action) override {
+        note({{Event::eForwardedCallsUpdate, 0, action, std::move(entryId), std::move(item)}});
+    }
+    void callBacksUpdate(CallBackItem item, std::string entryId, ActionType action) override {
+        note({{Event::eCallBacksUpdate, 0, action, std::move(entryId), std::move(item)}});
+    }
+    void callBacksCountUpdate(int count) override { noteCount(Event::eCallBacksCountUpdate, count); }
 
 private:
-    void note(Callback callback);
+    using Event = Callback::Event;
+    void noteCount(Event event, int count) { note({{event, static_cast<unsigned>(count), 0, {}, {}}}); }
+    void note(const Callback& callback);
 
     // Constant while callbacks may come.
     During m_during;
 
     // Guarded by m_mutex.
     mutable std::mutex m_mutex;
-    mutable std::condition_variable m_changed;
     std::vector<Callback> m_callbacks;
 };
 

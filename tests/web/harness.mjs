@@ -10,7 +10,7 @@ import { createInterface } from "node:readline";
 
 const packages = createRequire(new URL("../../web/package.json", import.meta.url));
 const { chromium } = packages("playwright-core");
-export const axeSource = fs.readFileSync(packages.resolve("axe-core/axe.min.js"), "utf8");
+const axeSource = fs.readFileSync(packages.resolve("axe-core/axe.min.js"), "utf8");
 const limit = 40_000; // generous: a sanitizer and a busy machine make everything slow
 
 /** A journal with its switch and a browser before its page; `test` is node's test context, which ends them all. */
@@ -70,13 +70,16 @@ export class Stage {
         this.token = fs.readFileSync(`${this.data}/api-token`, "utf8").trim();
     }
 
-    async opens(options = {}) {
+    async opens({ fontSize, ...options } = {}, address = `${this.url}?token=${this.token}`) {
         this.browser ??= await chromium.launch({ executablePath: process.env.CHROMIUM });
         const page = await this.browser.newPage({ timezoneId: "Asia/Tokyo", locale: "en-GB", ...options });
         page.setDefaultTimeout(limit);
+        if (fontSize) {
+            await (await page.context().newCDPSession(page)).send("Page.setFontSizes", { fontSizes: { standard: fontSize } });
+        }
         page.on("pageerror", (error) => this.complaints.push(String(error)));
         page.on("console", (message) => message.type() === "error" && this.complaints.push(message.text()));
-        await page.goto(`${this.url}?token=${this.token}`);
+        await page.goto(address);
         return page;
     }
 
@@ -96,3 +99,35 @@ export class Stage {
 
 export const at = (page, name) => page.locator(`[data-test="${name}"]`);
 export const row = (page, text) => at(page, "row").filter({ hasText: text });
+
+/** What stands over something else, or out of the window; runs in the browser. */
+function misplaced() {
+    // What a scrolling box has below its edge is clipped there, so that only what is in the same box is compared.
+    const shown = [...document.querySelectorAll("h1, h2, p, a, button, input, time, dt, dd, summary, .row-name, .row-facts")]
+        .filter((each) => each.checkVisibility() && !each.closest(".only-heard") && each.clientWidth + each.clientHeight > 0)
+        .map((each) => ({ each, box: each.getBoundingClientRect(), clip: each.closest(".rows-box, .view, .details, dialog") }));
+    const outside = shown.filter(({ box }) => box.left < -1 || box.right > innerWidth + 1).map(({ each }) => `outside: ${each.outerHTML}`);
+    const meet = (a, b) =>
+        a.clip === b.clip && !a.each.contains(b.each) && !b.each.contains(a.each) &&
+        Math.min(a.box.right, b.box.right) - Math.max(a.box.left, b.box.left) > 2 &&
+        Math.min(a.box.bottom, b.box.bottom) - Math.max(a.box.top, b.box.top) > 2;
+    const over = shown.flatMap((one, index) =>
+        shown.slice(index + 1).filter((other) => meet(one, other)).map((other) => `${one.each.outerHTML} over ${other.each.outerHTML}`));
+    const cut = [...document.querySelectorAll(".row-entry")].filter((each) => each.scrollHeight > each.clientHeight + 1).map((each) => `cut: ${each.outerHTML}`);
+    return [...outside, ...over, ...cut, ...(document.documentElement.scrollWidth > innerWidth ? ["the page scrolls sideways"] : [])];
+}
+
+/** Nothing overlaps or is cut. */
+export async function fits(page, what) {
+    assert.deepEqual(await page.evaluate(misplaced), [], what);
+}
+
+/** It fits, and a scan for what some people cannot use finds nothing serious. */
+export async function isSound(page, what) {
+    await fits(page, what);
+    await page.evaluate(axeSource);
+    const { violations, passes } = await page.evaluate(() => window.axe.run());
+    assert.ok(passes.length > 10);
+    const serious = violations.filter((each) => ["serious", "critical"].includes(each.impact));
+    assert.deepEqual(serious.map((each) => `${each.id}: ${each.nodes.map((node) => node.html)}`), [], what);
+}

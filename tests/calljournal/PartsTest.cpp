@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "apps/calljournal/ListAnswer.h"
+#include "apps/calljournal/ListTable.h"
+#include "apps/calljournal/WatchLine.h"
+#include "host/log/Log.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+
+namespace host {
+namespace {
+
+using Helper = JournalServiceHelper;
+
+TEST(ListAnswer, IsNoneForAFailureAndForWhatIsNoList) {
+    Log::configure("error", "");  // lines about what cannot be read are not needed here
+    EXPECT_EQ(readListAnswer(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
+              R"({"list":"dialled","total":0,"unviewed":0,"items":[]})");
+    for (const std::string& none : {std::string(Helper::FAILURE), std::string("<broken"), std::string()}) {
+        EXPECT_FALSE(readListAnswer(ListName::eMissed, none, {})) << none;
+    }
+}
+
+TEST(ListTable, AlignsCutsAndLeavesOutColumnsByWhatATerminalShows) {
+    EXPECT_EQ(tableText({}), "");
+    EXPECT_EQ(tableText({{true, "2026-11-21 06:22:05", "Ann Müller", "4711", "2", ""},
+                         {false, "2026-11-20 06:22:05", "山田\x1b[2J", "+81355550107", "10", ""}}),
+              "  TIME                 NAME         NUMBER        CALLS\n"
+              "* 2026-11-21 06:22:05  Ann Müller   4711          2\n"
+              "  2026-11-20 06:22:05  山田\\x1b[2J  +81355550107  10\n");
+    EXPECT_EQ(tableText({{false, "now", "", "4711", "", "01:01"}}),
+              "  TIME  NUMBER  DURATION\n"
+              "  now   4711    01:01\n");
+    const ListRow wide{true, "06:22", "山田山田山田",          "+4915550100123",
+                       "2",  "00:01", "2026-11-21T05:22:05Z2A"};
+    EXPECT_EQ(tableText({wide}, ListColumns::eCalls, 50),
+              "  TIME   NAME      NUMBER          CALLS  DURATION\n"
+              "* 06:22  山田山…   +4915550100123  2      00:01\n");
+    EXPECT_EQ(tableText({wide}, ListColumns::eEntryIds, 20),
+              "  TIME   NAME      NUMBER    ENTRY ID\n"
+              "* 06:22  山田山…   +491555…  2026-11-21T05:22:05Z2A\n");
+}
+
+TEST(WatchLine, SaysChangesAndCountsInSentencesAndInObjects) {
+    ForwardedCallItem forwarded;
+    forwarded.setEntryId("e1");
+    forwarded.setSurname("Ann\n\x1b[2J");
+    struct Row {
+        std::string message;
+        bool count;
+        std::string text;
+        std::string json;
+    };
+    for (const Row& row :
+         {Row{Helper::obsReqForwardedCallsUpdate(forwarded, "17", 1), false,
+              "forwarded call from Ann\\n\\x1b[2J",
+              R"({"event":"forwardedCallsUpdate","data":{"action":1,"entryId":"17","item":{"entryId":"e1",)"},
+          Row{Helper::obsReqCallBacksUpdate({}, "9", 2), false, "a callback was deleted",
+              R"({"event":"callBacksUpdate","data":{"action":2,"entryId":"9","item":null}})"},
+          Row{Helper::obsReqMissedCallsCountUpdate(3), true, "3 new missed calls",
+              R"({"event":"missedCallsCountUpdate","data":{"count":3}})"},
+          Row{Helper::obsReqCallBacksCountUpdate(1), true, "1 callback",
+              R"({"event":"callBacksCountUpdate","data":{"count":1}})"}}) {
+        const auto message = journalxml::parseObserverMessage(row.message).value();
+        EXPECT_EQ(isCount(message), row.count) << row.text;
+        EXPECT_EQ(watchText(message), row.text);
+        EXPECT_EQ(watchJson(message).substr(0, row.json.size()), row.json);
+        EXPECT_EQ(watchJson(message).find('\n'), std::string::npos);
+    }
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,175 @@
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "platform/journal-library/ClientAnswer.h"
+#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/ManagementMessage.h"
+#include "platform/journal-library/MethodId.h"
+#include "platform/journal-library/ObserverMessage.h"
+#include "platform/journal-library/XmlLimits.h"
+#include "tests/support/Table.h"
+
+/// The messages between clients, the journal and the management, as far as they hold no items.
+namespace {
+
+using Helper = JournalServiceHelper;
+using journaltest::table;
+
+TEST(MethodId, HasANameForEachNumberAndBack) {
+    const std::set<int> unserved{3, 6, 29, 30, 31, 32, 33, 34, 35, 39};
+    for (int id = -1; id <= 43; ++id) {
+        const auto method = journalxml::methodOf(id);
+        ASSERT_EQ(method.has_value(), id >= 0 && id <= 41 && !unserved.contains(id)) << id;
+        if (method) {
+            EXPECT_EQ(static_cast<int>(*method), id);
+            EXPECT_EQ(journalxml::methodNamed(journalxml::nameOf(*method)), method) << id;
+        }
+    }
+    EXPECT_FALSE(journalxml::methodNamed("deleteEverything"));
+}
+
+TEST(MethodOfMessage, IsReadOrMinusOne) {
+    for (const auto& row : table(2, R"(
+        0     | <any><Method>0</Method></any>
+        7     | <j:any xmlns:j='x'><j:Method>7</j:Method></j:any>; <any> <Method><!-- 8 -->7</Method> </any>
+        7     | <any><Method>7</Method><Method>8</Method></any>
+        -1    | <any><ENTRY><Method>7</Method></ENTRY></any>; <any Method='7'/>; <Method>7</Method>; 7;
+        -1    | <any><Method>-2</Method></any>; <any><Method>7 </Method></any>; <any><Method/></any>
+        -1    | <any><Method>seven</Method></any>; <any><Method>99999999999</Method></any>
+        )")) {
+        for (const std::string& message : journaltest::split(row[1], ';')) {
+            EXPECT_EQ(std::to_string(Helper::getMethodFromXMLMsg(message)), row[0]) << message;
+        }
+    }
+}
+
+TEST(GetXMLValue, GivesTheFirstValueAndTellsAnEmptyFieldFromAMissingOne) {
+    for (const auto& row : table(2, R"(
+        <Other>a</Other>                                   | none
+        <Value>a</Value><Value>b</Value>                   | [a]
+        <Value/>                                           | []
+        <Value>  </Value>                                  | [  ]
+        <Value> a<![CDATA[<&>]]><!-- - -->b </Value>       | [ a<&>b ]
+        )")) {
+        std::string value = "before";
+        const bool found = Helper::getXMLValue("<m>" + row[0] + "</m>", "Value", value);
+        EXPECT_EQ(found ? "[" + value + "]" : "none", row[1]) << row[0];
+        EXPECT_TRUE(found || value == "before") << row[0];
+    }
+    std::string value;
+    const std::string rest(journalxml::kMaxMessageBytes, 'x');
+    EXPECT_FALSE(Helper::getXMLValue("<m><Value>a</Value>" + rest + "</m>", "Value", value));
+    bool flag = true;
+    EXPECT_FALSE(Helper::getXMLValue("<m><Value>maybe</Value></m>", "Value", flag));
+    EXPECT_TRUE(flag);
+    EXPECT_TRUE(Helper::getXMLValue("<m><Value>0</Value></m>", "Value", flag));
+    EXPECT_FALSE(flag);
+}
+
+TEST(GetAndRemoveXMLValue, TakesEveryValueInOrderAndLeavesAMessage) {
+    for (const auto& row : table(3, R"(
+        <m><EntryId>1</EntryId><EntryId>t&amp;wo</EntryId><EntryId/></m>     | <m></m>           | 1 t&wo -
+        <?x y?><m><x:EntryId a='>'>4<!--</EntryId>-->5</x:EntryId><V>v</V></m> | <?x y?><m><V>v</V></m> | 45
+        <m><EntryId>a<EntryId>b</EntryId>c</EntryId><V>v</V></m>             | <m><V>v</V></m>   | ac
+        <m><ENTRY><EntryId>i</EntryId></ENTRY></m>          | <m><ENTRY><EntryId>i</EntryId></ENTRY></m> |
+        <m><EntryId>1</EntryId>                             | <m><EntryId>1</EntryId>           |
+        )")) {
+        std::string message = row[0];
+        std::vector<std::string> taken;
+        for (std::string value; Helper::getAndRemoveXMLValue(message, "EntryId", value);) {
+            taken.push_back(value);
+        }
+        EXPECT_EQ(message, row[1]);
+        EXPECT_EQ(Helper::getXMLValues(row[0], "EntryId"), taken);
+        std::replace(taken.begin(), taken.end(), std::string(), std::string("-"));
+        EXPECT_EQ(taken, journaltest::split(row[2], ' ')) << row[0];
+    }
+    std::string message = "\xEF\xBB\xBF<m><V>&amp;&#13;\xC3\xBC\r\n</V><EntryId>one</EntryId></m>";
+    std::string value;
+    ASSERT_TRUE(Helper::getAndRemoveXMLValue(message, "EntryId", value));
+    EXPECT_EQ(message, "\xEF\xBB\xBF<m><V>&amp;&#13;\xC3\xBC\r\n</V></m>");
+}
+
+TEST(Answers, AreToldFromFailure) {
+    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::respBool(true)), true);
+    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::respBool(false)), false);
+    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::FAILURE), std::nullopt);
+    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::respGetMissedCall({})), std::nullopt);
+    EXPECT_TRUE(journalxml::isFailure("failure"));
+    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateAnswer("CallLogMissedCalls", "17")), "17");
+    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateAnswer("CallLogMissedCalls")), "");
+}
+
+TEST(ContactList, IsEmptyOrRefusedAsAWhole) {
+    std::vector<Contact> contacts;
+    EXPECT_TRUE(journalxml::parseContactList("", contacts));
+    EXPECT_FALSE(journalxml::parseContactList("<Entry/></ContactList><ContactList>", contacts));
+    EXPECT_FALSE(journalxml::parseContactList("<Entry/><Entry>", contacts));
+    EXPECT_TRUE(contacts.empty());
+}
+
+TEST(ObserverMessage, IsNothingWhenItCannotBeUnderstood) {
+    for (const auto& row : table(2, R"(
+        <Event>missedCallsCountUpdate</Event><Count>4294967295</Count>          | 4294967295
+        <Event>callBacksCountUpdate</Event><Count>0</Count>                     | 0
+        <Event>missedCallsCountUpdate</Event>                                   | nothing
+        <Event>missedCallsCountUpdate</Event><Count>-1</Count>                  | nothing
+        <Event>missedCallsUpdate</Event><Action>2</Action><EntryId>17</EntryId> | 2 of 17
+        <Event>missedCallsUpdate</Event>                                        | nothing
+        <Event>hello</Event>                                                    | nothing
+        </any>                                                                  | nothing
+        )")) {
+        const auto read = journalxml::parseObserverMessage("<any>" + row[0] + "</any>");
+        std::string text = "nothing";
+        if (read && std::holds_alternative<std::monostate>(read->item)) {
+            text = std::to_string(read->count);
+        } else if (read) {
+            text = std::to_string(read->action) + " of " + read->entryId;
+            EXPECT_TRUE(std::get<MissedCallItem>(read->item).sameContent({}));
+        }
+        EXPECT_EQ(text, row[1]) << row[0];
+    }
+}
+
+RC_GTEST_PROP(ManagementMessage, IsReadBackAsItWasBuiltWhateverBytesItHolds,
+              (const std::string& key, const std::string& value, const std::string& text, bool ofJournal,
+               int code)) {
+    const auto write =
+        journalxml::parseManagementRequest(journalxml::buildManagementRequest({"k" + key, value}));
+    RC_ASSERT(write && write->key == "k" + key && write->value == value);
+    const auto read = journalxml::parseManagementRequest(journalxml::buildManagementRequest({key, {}}));
+    RC_ASSERT(read && read->key == key && !read->value);
+
+    const journalxml::ManagementAnswer answer{{{key, ofJournal, value}, {text, !ofJournal, {}}},
+                                              journalxml::RefusedKey{key, code, text}};
+    const auto back = journalxml::parseManagementAnswer(journalxml::buildManagementAnswer(answer));
+    RC_ASSERT(back && back->settings == answer.settings && back->refused == answer.refused);
+}
+
+TEST(ManagementMessage, IsNotReadWhenItAsksForNothingThatThereIs) {
+    for (const auto& row : table(2, R"(
+        understood | <Operation>read</Operation>; <Operation>write</Operation><Key>k</Key><Value/>
+        refused    | <Operation/>; <Operation>erase</Operation><Key>k</Key>; <X><Operation>read</Operation></X>
+        refused    | <Operation>write</Operation>; <Operation>write</Operation><Key>k</Key>
+        refused    | <Operation>write</Operation><Value>1</Value>; <Operation>read</Operation><Key>k
+        )")) {
+        for (const std::string& fields : journaltest::split(row[1], ';')) {
+            const std::string text = "<ManagementRequest>" + fields + "</ManagementRequest>";
+            EXPECT_EQ(journalxml::parseManagementRequest(text).has_value(), row[0] == "understood") << text;
+        }
+    }
+    EXPECT_FALSE(journalxml::parseManagementRequest("<J><Operation>read</Operation></J>"));
+    const std::string key(1024 * 1024, 'k');
+    EXPECT_FALSE(journalxml::parseManagementRequest(journalxml::buildManagementRequest({key, {}})));
+    for (const char* const text : {"failure", "<JournalResponse/>", "<ManagementResponse>"}) {
+        EXPECT_FALSE(journalxml::parseManagementAnswer(text)) << text;
+    }
+}
+
+}  // namespace

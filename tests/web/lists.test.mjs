@@ -1,0 +1,142 @@
+// What stands in the views beside calls that come in, in a language and a time zone other than the machine's; and how the page begins.
+
+import assert from "node:assert/strict";
+import test from "node:test";
+import { Stage, at, row } from "./harness.mjs";
+
+const zone = "America/New_York";
+const calls = `
+call ann from 4711 "Ann" ; ring ann ; giveup ann
+call bea from 4712 "Bea" ; ring bea ; giveup bea
+call zoe from +493055 "Zoe" ; ring zoe ; giveup zoe
+callback 4714 "Dora Lind" because busy
+callback 4715 "Egon" ; callback 4715 ringing
+`;
+
+test("callbacks and times are shown in the reader's language and zone; several entries are deleted and come back", async (context) => {
+    const stage = new Stage(context);
+    await stage.plays(calls);
+    await stage.serves();
+    const page = await stage.opens({ locale: "de-DE", timezoneId: zone });
+
+    await at(page, "nav-callbacks").filter({ hasText: "2" }).click();
+    await row(page, "Egon").filter({ hasText: "ringing, as asked for" }).waitFor();
+    await row(page, "Dora Lind").filter({ hasText: "4714 · requested, when no longer busy" }).locator(".row-entry").click();
+    const time = at(page, "details").locator("time");
+    const there = new Date(await time.getAttribute("datetime"));
+    for (const part of [{ weekday: "long" }, { month: "long" }, { hour: "2-digit", minute: "2-digit", second: "2-digit" }]) {
+        const text = there.toLocaleString("de-DE", { ...part, timeZone: zone });
+        assert.ok((await time.innerText()).includes(text), text);
+    }
+    await at(page, "details").getByRole("button", { name: "Delete" }).click();
+    await page.waitForResponse((each) => each.request().method() === "DELETE" && each.status() === 204);
+    assert.deepEqual((await stage.api("GET", "lists/callbacks")).items.map((each) => each.surname), ["Egon"]);
+
+    // The table has the picture's numbers, row by row, and they are the database's; a call that comes meanwhile counts at once.
+    await at(page, "nav-times").click();
+    await page.getByText("3 calls in the last four weeks").waitFor();
+    await stage.plays('call zoe from +493055 "Zoe" ; ring zoe ; giveup zoe');
+    await page.getByText("4 calls in the last four weeks").waitFor();
+    await page.getByText("The same as a table").click();
+    const table = page.getByRole("table", { name: "Days with calls, the newest first" });
+    assert.deepEqual(await table.getByRole("columnheader").allInnerTexts(), ["Day", "Calls", "By hour"]);
+    const titles = await page.locator(".picture [title]").evaluateAll((all) => all.map((each) => each.title));
+    const drawn = titles.filter((each) => !each.endsWith(": 0"));
+    const hours = (await table.locator("td:last-child").allInnerTexts()).reverse().flatMap((each) => each.split(", "));
+    assert.deepEqual(hours, drawn.map((each) => each.replace(/^.*, /, "")));
+    const sum = (numbers) => numbers.reduce((one, other) => one + other);
+    assert.equal(sum(hours.map((each) => Number(each.split(": ")[1]))), 4);
+    assert.equal(sum((await stage.api("GET", "times")).quarters.map((each) => each.missed)), 4);
+    const day = { weekday: "long", day: "numeric", month: "long", timeZone: zone };
+    assert.equal(await table.getByRole("rowheader").last().innerText(), there.toLocaleDateString("de-DE", day));
+
+    // Several at once, and all that a number finds, by keyboard; and back.
+    await at(page, "nav-missed").click();
+    const rows = (count) => page.waitForFunction((wanted) => document.querySelectorAll("[data-test=row]").length === wanted, count);
+    await rows(3);
+    await row(page, "Zoe").getByRole("checkbox").focus();
+    await page.keyboard.press("Space");
+    await page.keyboard.press("ArrowDown");
+    await page.keyboard.press("Space");
+    for (const [search, left, button] of [["", 1, "Delete 2 entries"], ["+49 30-55", 0, "Delete the 1 found"]]) {
+        await at(page, "search").focus();
+        await page.keyboard.type(search);
+        await page.keyboard.press("Tab");
+        assert.equal(await page.locator(":focus").innerText(), button);
+        await page.keyboard.press("Enter");
+        await rows(left);
+        await page.keyboard.press("Control+z");
+        await row(page, "Zoe").waitFor();
+    }
+    await at(page, "search").fill("");
+    await rows(3);
+    assert.equal((await stage.api("GET", "lists/missed")).total, 3);
+    assert.deepEqual(stage.complaints, []);
+});
+
+test("the focus stays near what was deleted, Back closes an entry, and a refused deletion is told until it is dismissed", async (context) => {
+    const stage = new Stage(context);
+    await stage.plays(calls);
+    await stage.serves();
+    const page = await stage.opens({ viewport: { width: 360, height: 640 } });
+    const refused = (route) => (route.request().method() === "DELETE" ? route.fulfill({ status: 503, json: {} }) : route.continue());
+    const final = () => page.evaluate(() => dispatchEvent(new Event("pagehide")));
+    const onRow = (name) => async (key) => {
+        await row(page, name).locator("[data-control=open]").focus();
+        await page.keyboard.press(key);
+    };
+    const on = (name) => async (key) => {
+        await at(page, name).focus();
+        await page.keyboard.press(key);
+    };
+    await row(page, "Zoe").waitFor();
+    for (const [does, key, focused] of [
+        [onRow("Ann"), "Delete", /Bea/],
+        [on("undo"), "Enter", /Bea/],
+        [onRow("Zoe"), "Enter", /Zoe/],
+        [() => page.goBack(), "", /Zoe.*\n/],
+        [onRow("Zoe"), "Enter", /^Zoe$/],
+        [on("details-delete"), "Enter", /Bea.*\n/],
+        [on("search"), "x", /^$/],
+        [async () => page.getByText("Show all").press("Enter"), "", /Bea.*\n/],
+        [on("delete-several"), "Enter", /^No missed calls/],
+        [(key) => page.keyboard.press(key), "Control+z", /^(NEW)?[A-Z][a-z]+\n/],
+    ]) {
+        await does(key);
+        await page.waitForFunction((wanted) => document.activeElement !== document.body && wanted.test(document.activeElement.innerText), focused);
+    }
+
+    await page.route("**/lists/missed", refused);
+    await onRow("Zoe")("Delete");
+    await row(page, "Zoe").waitFor({ state: "detached" });
+    await final();
+    const failure = at(page, "failure").filter({ hasText: "1 entry could not be deleted and is back" });
+    await failure.waitFor();
+    await row(page, "Zoe").waitFor();
+    const read = page.waitForResponse((each) => each.url().endsWith("/lists/missed") && each.request().method() === "GET");
+    await stage.api("PUT", "settings", { "delete-missed-when-called": "1" }); // which makes every page read its lists
+    await (await read).finished();
+    await page.evaluate(() => new Promise((shown) => setTimeout(() => requestAnimationFrame(shown), 50)));
+    assert.ok(await failure.isVisible());
+    await failure.getByRole("button").click();
+    await failure.waitFor({ state: "detached" });
+
+    // All means those too that the page does not show.
+    await page.unroute("**/lists/missed", refused);
+    await at(page, "delete-several").click();
+    await page.getByText("3 entries deleted, and all older ones").waitFor();
+    const request = page.waitForRequest((each) => each.method() === "DELETE");
+    await final();
+    assert.equal((await request).postData(), null);
+    await stage.missedAre(({ total }) => total === 0);
+});
+
+test("the demo's page shows its first call within ten seconds", async (context) => {
+    const stage = new Stage(context);
+    const begin = performance.now();
+    const [, address] = await stage.start(/^ +(http\S+token=\S+)$/, "demo", "--data", stage.data, "--listen", "127.0.0.1:0");
+    const page = await stage.opens({}, address);
+    await at(page, "row").first().waitFor();
+    const time = performance.now() - begin;
+    assert.ok(time < 10_000, `after ${time} ms`);
+});
