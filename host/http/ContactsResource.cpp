@@ -87,6 +87,7 @@ HttpResponse ContactsResource::contact(const HttpRequest& request) const {
 
 HttpResponse ContactsResource::add(const HttpRequest& request) {
     Contact contact;
+    contact.setContactSource(Contact::eOrderedContactSource::ePersonal);
     takeFields(jsonObject(request), contact);
     const auto id = m_phonebook.add(contact);
     if (!id) {

@@ -127,8 +127,8 @@ class HttpTest(ProgramTest):
             answer = self.described(IMPORT, status, body=body, Content_Type=kind).decode()
             self.assertIn(found, answer)
             self.assertLess(len(answer), 65536)
-        people = [each["surname"] for each in json.loads(self.ask("GET", "/api/v1/contacts")[1])["contacts"]]
-        self.assertEqual(people, [EVIL, "Byron", "Old"])
+        people = [each["surname"] + " " + each["source"] for each in json.loads(self.ask("GET", "/api/v1/contacts")[1])["contacts"]]
+        self.assertEqual(people, [EVIL + " personal", "Byron personal", "Old personal"])
         # Reading before deleting, and one entry before all of them.
         for operation in sorted(operations, key=lambda each: (each.startswith("DELETE"), -len(each))):
             good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204}.get(
