@@ -33,7 +33,7 @@ TEST_F(RemoteServerTest, AnswersRequestsInTheirOrderHoweverTheirBytesCome) {
         bytes += RemoteFrame::encode(RemoteFrame::Kind::eRequest, id, textOf(id));
     }
     int clients = 0;
-    for (const std::size_t piece : {1, 7, 10000}) {
+    for (const std::size_t piece : {1U, 7U, 10000U}) {
         const RawClient client = connect();
         for (std::size_t at = 0; at < bytes.size(); at += piece) {
             client.write(std::string_view(bytes).substr(at, piece));
