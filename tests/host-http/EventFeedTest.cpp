@@ -114,6 +114,7 @@ TEST_F(EventFeedTest, TellsOfSilentChangesAtOnceAndThenOncePerPauseAndOfTheLastO
     }
     Client client;
     join(client);
+    m_feed.close();
     const std::string id = client.lastId();
     EXPECT_EQ(id.substr(id.find('-')), "-5") << "one, two of the five, the single one behind, and the last";
 }
