@@ -12,9 +12,7 @@ bool RemoteContacts::store(ImportReport& report) {
     if (!imported) {
         return false;
     }
-    report.added += imported->added;
-    report.changed += imported->changed;
-    report.unchanged += imported->unchanged;
+    report.count(*imported);
     return true;
 }
 

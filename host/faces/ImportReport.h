@@ -26,6 +26,14 @@ struct ImportReport {
     std::size_t changed = 0;
     std::size_t unchanged = 0;
     std::vector<Note> notes;
+
+    /// Adds what became of a batch, as whoever keeps the contacts counts it: `added`, `changed` and `unchanged`.
+    template <typename Counts>
+    void count(const Counts& batch) {
+        added += batch.added;
+        changed += batch.changed;
+        unchanged += batch.unchanged;
+    }
 };
 
 /// {"read","added","changed","unchanged","skipped":[{"line","text"}],"remarks":[{"line","text"}]}, with the first `maxNotes`

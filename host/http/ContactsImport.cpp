@@ -31,9 +31,7 @@ public:
         if (!imported) {
             return false;
         }
-        report.added += imported->added;
-        report.changed += imported->changed;
-        report.unchanged += imported->unchanged;
+        report.count(*imported);
         return true;
     }
 
