@@ -70,12 +70,17 @@ export class Stage {
         this.token = fs.readFileSync(`${this.data}/api-token`, "utf8").trim();
     }
 
-    async opens({ fontSize, ...options } = {}, address = `${this.url}?token=${this.token}`) {
+    /** A slow browser, `slowness` times slower than this machine, shows what is done too late for the reader's next key. */
+    async opens({ fontSize, slowness, ...options } = {}, address = `${this.url}?token=${this.token}`) {
         this.browser ??= await chromium.launch({ executablePath: process.env.CHROMIUM });
         const page = await this.browser.newPage({ timezoneId: "Asia/Tokyo", locale: "en-GB", ...options });
         page.setDefaultTimeout(limit);
+        const tools = await page.context().newCDPSession(page);
         if (fontSize) {
-            await (await page.context().newCDPSession(page)).send("Page.setFontSizes", { fontSizes: { standard: fontSize } });
+            await tools.send("Page.setFontSizes", { fontSizes: { standard: fontSize } });
+        }
+        if (slowness) {
+            await tools.send("Emulation.setCPUThrottlingRate", { rate: slowness });
         }
         page.on("pageerror", (error) => this.complaints.push(String(error)));
         page.on("console", (message) => message.type() === "error" && this.complaints.push(message.text()));

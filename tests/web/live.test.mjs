@@ -17,7 +17,7 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     const stage = new Stage(context);
     await stage.plays("status normal");
     await stage.serves();
-    const page = await stage.opens();
+    const page = await stage.opens({ slowness: 10 });
     assert.equal(new URL(page.url()).search, "");
     await page.getByText("No missed calls").waitFor();
     await page.evaluate(() => (window.sameDocument = true));

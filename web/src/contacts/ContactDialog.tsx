@@ -1,4 +1,4 @@
-import { useEffect, useRef, useState } from "preact/hooks";
+import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { contactFields, type Contact, type ContactField, type ContactValues } from "../api/types";
 
@@ -32,7 +32,7 @@ export function ContactDialog({ contact, first, onDelete, onClose }: Props) {
     );
     const saving = useRef(false);
     const saved = useRef(false);
-    useEffect(() => dialog.current?.showModal(), []);
+    useLayoutEffect(() => dialog.current?.showModal(), []);
 
     const save = async () => {
         if (saving.current) {

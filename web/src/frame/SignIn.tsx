@@ -1,4 +1,4 @@
-import { useEffect, useRef, useState } from "preact/hooks";
+import { useLayoutEffect, useRef, useState } from "preact/hooks";
 
 /** The server sends a browser here that came with a wrong token; the address need not say so for ever. */
 const refused = new URLSearchParams(window.location.search).has("refused");
@@ -10,7 +10,7 @@ if (refused) {
 export function SignIn() {
     const [token, setToken] = useState("");
     const input = useRef<HTMLInputElement>(null);
-    useEffect(() => input.current?.focus(), []);
+    useLayoutEffect(() => input.current?.focus(), []);
     return (
         <main class="sign-in">
             <h1>Call journal</h1>

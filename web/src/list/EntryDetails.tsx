@@ -1,4 +1,4 @@
-import { useEffect, useRef, useState } from "preact/hooks";
+import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import { ContactDialog } from "../contacts/ContactDialog";
 import type { Entry, ListName } from "../api/types";
 import { journal } from "../state/app";
@@ -18,7 +18,7 @@ interface Props {
 export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
     const heading = useRef<HTMLHeadingElement>(null);
     const [adding, setAdding] = useState(false);
-    useEffect(() => {
+    useLayoutEffect(() => {
         heading.current?.focus();
         if (entry.viewed === false && document.visibilityState === "visible") {
             journal.markViewed([entry.entryId]);

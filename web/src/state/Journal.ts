@@ -62,7 +62,7 @@ export class Journal extends Store {
         if (name === "missed" && change.item && (change.action === actions.added || change.action === actions.updated)) {
             this.news = { text: `Missed call from ${titleOf(change.item)}`, count: this.news.count + 1 };
         }
-        this.changed();
+        this.changedSoon();
     }
 
     /** Only the number of unviewed entries is told when somebody looks at them elsewhere. It also comes just before the change of a list. */

@@ -26,15 +26,21 @@ export function isList(view: View): view is ListName {
 export class Route extends Store {
     view: View = "missed";
     openKey: string | undefined;
+    /** The browser is going back, which it does later; what is opened until then has to wait, or it would be undone. */
+    private returning: { next?: string } | undefined;
 
     constructor() {
         super();
         this.follow();
-        window.addEventListener("popstate", () => this.follow());
+        window.addEventListener("popstate", () => this.arrive());
         window.addEventListener("hashchange", () => this.follow());
     }
 
     openEntry(key: string): void {
+        if (this.returning) {
+            this.returning.next = key;
+            return;
+        }
         const address = `#/${this.view}/${encodeURIComponent(key)}`;
         if (this.openKey === undefined) {
             window.history.pushState({ opened: true }, "", address);
@@ -50,11 +56,21 @@ export class Route extends Store {
         }
         this.openKey = undefined;
         if ((window.history.state as { opened?: boolean } | null)?.opened) {
+            this.returning = {};
             window.history.back();
         } else {
             window.history.replaceState(null, "", `#/${this.view}`); // the page began with this address
         }
         this.changed();
+    }
+
+    private arrive(): void {
+        const next = this.returning?.next;
+        this.returning = undefined;
+        this.follow();
+        if (next !== undefined) {
+            this.openEntry(next);
+        }
     }
 
     private follow(): void {
