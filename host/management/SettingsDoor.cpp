@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/management/LocalManagement.h"
+#include "host/management/SettingValues.h"
 #include "platform/management/ManageableData.h"
 
 namespace host {
@@ -20,6 +21,12 @@ constexpr std::array<std::string_view, 3> kReadNowAndThen{"mac-addr", "software-
 
 bool isOfJournal(std::string_view key) {
     return std::find(kJournalKeys.begin(), kJournalKeys.end(), key) != kJournalKeys.end();
+}
+
+/// What would be taken, behind a refusal.
+std::string hint(const std::string& key) {
+    const std::string_view values = valuesOf(key);
+    return values.empty() ? std::string() : ": it takes " + std::string(values);
 }
 
 LocalManagement::KnownKeys keysOfPhone(const LocalManagement& management) {
@@ -59,6 +66,9 @@ RejectReason SettingsDoor::set(const std::string& key, const std::string& value)
     if (!isOfJournal(key) && !find(key)) {
         return {eRejectDataInvalid, "There is no setting " + key};
     }
+    if (!isOfJournal(key) && !isTaken(key, value)) {
+        return {eRejectDataInvalid, "The value for " + key + " is not taken" + hint(key)};
+    }
     ManageableData data;
     data.populate(key, key, value);
     const bool done =
@@ -67,10 +77,12 @@ RejectReason SettingsDoor::set(const std::string& key, const std::string& value)
         return {};
     }
     const auto reason = data.getRejectReasons().find(key);
-    // An agent may refuse without a word: the value is none that it takes, or cannot be stored.
-    return reason != data.getRejectReasons().end() && !reason->second.empty()
-               ? reason->second
-               : RejectReason{eRejectDataInvalid, "The value for " + key + " is not taken"};
+    if (reason == data.getRejectReasons().end() || reason->second.empty()) {
+        // An agent may refuse without a word: the value is none that it takes, or cannot be stored.
+        return {eRejectDataInvalid, "The value for " + key + " is not taken"};
+    }
+    return {reason->second.code,
+            reason->second.text + (reason->second.code == eRejectDataInvalid ? hint(key) : std::string())};
 }
 
 std::optional<std::string> SettingsDoor::journalValue(const std::string& key) const {

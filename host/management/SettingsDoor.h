@@ -15,7 +15,8 @@ class LocalManagement;
 /// asked of and changed by its agent ("JournalMgmtId"), everything else by the management.
 ///
 /// A key of the phone is known when it has a value, when somebody observes it, or when the journal reads it now and then.
-/// Others are refused, so that a misspelt key does not vanish silently among the values.
+/// Others are refused, so that a misspelt key does not vanish silently among the values; so are values that mean nothing to
+/// their key.
 ///
 /// Threads: any; it has no state of its own. The agent runs on the calling thread.
 class SettingsDoor {

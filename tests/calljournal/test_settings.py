@@ -56,7 +56,10 @@ class SettingsTest(ProgramTest):
         status, output, _ = self.run_program("settings", "--data", self.data, "--json", "missed-logging", "1")
         self.assertEqual((status, json.loads(output)),
                          (1, {"rejected": {"missed-logging": {"code": 10, "text": reason}}}))
-        self.assertIn("Data invalid for missed-logging", self.refuses("missed-logging", "perhaps"))
+        self.assertIn("Data invalid for missed-logging: it takes 0 or 1", self.refuses("missed-logging", "perhaps"))
+        for key, value, taken in (("server-based-features", "yes", "true or false"), ("bt-hw-state", "true", "on or off"),
+                                  ("sntp-tz-offset", "1h", "a number")):
+            self.assertIn("The value for %s is not taken: it takes %s" % (key, taken), self.refuses(key, value))
         self.assertIn("call-log-enabled", self.refuses("call-log-enabled", "perhaps"))
         self.assertIn("There is no setting system-identifer", self.refuses("system-identifer", "2"))
         self.assertIn("`%s settings --data" % os.environ["CALLJOURNAL"], self.refuses("system-identifer"))

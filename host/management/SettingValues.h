@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+namespace host {
+
+/// What a setting takes, for people: "true or false"; empty when any text does. Any thread may call.
+[[nodiscard]] std::string_view valuesOf(std::string_view key) noexcept;
+
+/// Whether the value means something to the phone's key. The management itself takes every text, and what means nothing
+/// counts as off or 0 there, which is not what a person who mistypes it wants. An empty text always means "not set".
+[[nodiscard]] bool isTaken(std::string_view key, std::string_view value) noexcept;
+
+}  // namespace host
