@@ -93,11 +93,12 @@ public:
     [[nodiscard]] Line& line() noexcept { return m_line; }
 
     void start() {
+        // First, since it fails where another journal runs, which the switch need not see.
+        m_http = std::make_unique<HttpFace>(httpBackend(), m_httpSettings);
         m_line.start();
         m_remote = std::make_unique<RemoteServer>(
             m_socket, RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
                                     [this] { return m_library.createJournalServiceObserverProxy(); }});
-        m_http = std::make_unique<HttpFace>(httpBackend(), m_httpSettings);
         m_httpEndpoint = m_http->start();
         // Last, since what its clients do is told to the other face.
         m_remote->start();

@@ -49,6 +49,7 @@ struct HttpFaceSettings {
 /// Threads: made, started and stopped by one thread.
 class HttpFace {
 public:
+    /// Throws `HttpServerError` when the address is taken.
     HttpFace(HttpBackend backend, HttpFaceSettings settings);
     /// Stops the face if it still runs.
     ~HttpFace();

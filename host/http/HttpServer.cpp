@@ -2,6 +2,8 @@
 
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
+#include <asio/ip/address.hpp>
+#include <asio/ip/tcp.hpp>
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 #include <asio/thread_pool.hpp>
@@ -149,7 +151,15 @@ private:
 
 class HttpServer::Engine {
 public:
-    explicit Engine(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {}
+    explicit Engine(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {
+        try {
+            const asio::ip::tcp::endpoint address(asio::ip::make_address(settings.listen.host),
+                                                  settings.listen.port);
+            const asio::ip::tcp::acceptor trial(m_loop, address);  // with SO_REUSEADDR, as the server's own
+        } catch (const std::exception& error) {
+            throw cannotListen(error);
+        }
+    }
     ~Engine() { stop(); }
 
     Endpoint start(Callbacks callbacks) {
@@ -168,8 +178,7 @@ public:
             opened.get_future().get();
         } catch (const std::exception& error) {
             stop();
-            throw HttpServerError("cannot listen on " + m_settings.listen.text() + ": " + error.what() +
-                                  "; choose another address with --listen ADDR:PORT");
+            throw cannotListen(error);
         }
         return m_endpoint;
     }
@@ -203,6 +212,11 @@ public:
     }
 
 private:
+    [[nodiscard]] HttpServerError cannotListen(const std::exception& error) const {
+        return HttpServerError("cannot listen on " + m_settings.listen.text() + ": " + error.what() +
+                               "; choose another address with --listen ADDR:PORT");
+    }
+
     void open() {
         auto settings =
             restinio::server_settings_t<Traits>()

@@ -42,6 +42,7 @@ public:
     /// Runs on a worker thread, several at a time; does not throw.
     using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
+    /// Throws `HttpServerError` when it cannot listen there, before anything else begins that would disturb what does.
     explicit HttpServer(const HttpServerSettings& settings);
     /// Stops the server if it still runs.
     ~HttpServer();
