@@ -77,6 +77,7 @@ std::string CommonOptions::commandToType(const std::string& command) const {
 int runCommandLine(int argc, char** argv) {
     CLI::App app("The call journal of a telephone line: who called, who was called.", "calljournal");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
     CommonOptions common;
     common.program = programName(argc > 0 ? argv[0] : nullptr);
     const Commands commands = addCommands(app, common);
@@ -84,7 +85,7 @@ int runCommandLine(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) {
-            return app.exit(error);  // which prints the help
+            return app.exit(error);  // which prints what was asked for: the help, the version
         }
         std::cerr << usageError(app, error) << std::endl;
         return eWrongUsage;

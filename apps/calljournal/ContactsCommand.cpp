@@ -56,7 +56,7 @@ public:
         const auto now = std::chrono::steady_clock::now();
         if (now - m_last >= std::chrono::seconds(1)) {
             m_last = now;
-            std::cerr << m_file << ": " << report.read << " contacts so far" << share() << std::endl;
+            std::cerr << m_file << ": " << report.read << " so far" << share() << std::endl;
         }
     }
 
@@ -78,7 +78,7 @@ private:
 };
 
 std::string importText(const std::string& file, const ImportReport& report) {
-    return std::to_string(report.read) + " contacts read from " + file + ": " + std::to_string(report.added) +
+    return std::to_string(report.read) + (report.read == 1 ? " contact" : " contacts") + " read from " + file + ": " + std::to_string(report.added) +
            " added, " + std::to_string(report.changed) + " changed, " + std::to_string(report.unchanged) +
            " known already, " + std::to_string(report.skipped) + " skipped\n";
 }

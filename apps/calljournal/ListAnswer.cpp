@@ -37,6 +37,13 @@ std::string durationOf(const Duration& occurrence) {
     return occurrence.getDuration();
 }
 
+/// Who withholds the number leaves nothing to show.
+void nameUnknown(ListRow& row) {
+    if (row.name.empty() && row.number.empty()) {
+        row.name = "unknown";
+    }
+}
+
 template <typename Item>
 ListRow rowOf(const Item& item) {
     ListRow row;
@@ -50,6 +57,7 @@ ListRow rowOf(const Item& item) {
         row.duration = durationOf(occurrences.front());
         row.count = std::to_string(occurrences.size());
     }
+    nameUnknown(row);
     return row;
 }
 
@@ -59,6 +67,7 @@ ListRow rowOf(const CallBackItem& item) {
     row.time = localTime(utcTime(item.getTimeDate()));
     row.name = fullName(item.getFirstname(), item.getSurname());
     row.number = item.getNumber();
+    nameUnknown(row);
     return row;
 }
 

@@ -5,6 +5,7 @@
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/ListAnswer.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/remote/RemoteClient.h"
 
@@ -35,6 +36,10 @@ public:
             std::cout << answer.csv << std::flush;
         } else {
             std::cout << (m_json ? answer.json + "\n" : describe(answer)) << std::flush;
+            if (!m_json && answer.rows.empty() && isJournalOff(client)) {
+                std::cerr << "calljournal: the journal is switched off; `"
+                          << common.commandToType("settings call-log-enabled true") << "` switches it on\n";
+            }
         }
         return std::cout.good() ? eDone : eFailed;
     }

@@ -5,12 +5,11 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/SettingsText.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/faces/PlainText.h"
 #include "host/remote/RemoteClient.h"
-#include "host/remote/RemoteError.h"
-#include "platform/journal-library/ManagementMessage.h"
 
 namespace host {
 namespace {
@@ -30,15 +29,11 @@ public:
             request.value = m_value;
         }
         RemoteClient client(common.dataDirectory());
-        const auto answer =
-            journalxml::parseManagementAnswer(client.call(journalxml::buildManagementRequest(request)));
-        if (!answer) {
-            throw RemoteError("calljournal could not answer; its log says why");
+        const auto answer = askSettings(client, request);
+        if (answer.refused) {
+            refuse(*answer.refused, common);
         }
-        if (answer->refused) {
-            refuse(*answer->refused, common);
-        }
-        print(*answer, common);
+        print(answer, common);
         return std::cout.good() ? eDone : eFailed;
     }
 

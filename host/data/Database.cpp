@@ -102,9 +102,9 @@ bool Database::run(const char* what, const char* begin, const Work& work) noexce
         carryOut(begin, work);
         return true;
     } catch (const std::exception& error) {
-        logAppUni("Database", __FILE__, 2, __LINE__, "%s failed: %s", what, error.what());
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed: %s", what, error.what());
     } catch (...) {
-        logAppUni("Database", __FILE__, 2, __LINE__, "%s failed", what);
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed", what);
     }
     return false;
 }

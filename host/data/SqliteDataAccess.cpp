@@ -139,7 +139,7 @@ std::string SqliteDataAccess::processRequest(const std::string& request) {
     try {
         return answer(request);
     } catch (const std::exception& error) {
-        logAppUni("Database", __FILE__, 2, __LINE__, "a request failed: %s", error.what());
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
     }
     return Words::FAILED;
 }
@@ -147,7 +147,7 @@ std::string SqliteDataAccess::processRequest(const std::string& request) {
 std::string SqliteDataAccess::answer(const std::string& request) {
     const std::optional<DataRequest> read = journalxml::parseDataRequest(request);
     if (!read) {
-        logAppUni("Database", __FILE__, 2, __LINE__, "a request of %zu bytes cannot be read", request.size());
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request of %zu bytes cannot be read", request.size());
         return Words::FAILED;
     }
     if (read->reason != DataRequest::Reason::eRead) {
@@ -171,7 +171,7 @@ std::string SqliteDataAccess::answerRead(const DataRequest& request) {
         known = readList(session, m_line, m_digits, request, document);
     });
     if (done && !known) {
-        logAppUni("Database", __FILE__, 2, __LINE__, "a request reads %s, which is unknown",
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request reads %s, which is unknown",
                   request.schema.c_str());
     }
     return done && known ? document.text() : Words::FAILED;

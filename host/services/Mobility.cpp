@@ -5,7 +5,7 @@
 namespace host {
 
 bool Mobility::saveVisitorCallLog() {
-    logAppUni("Host Services", __FILE__, 5, __LINE__,
+    logAppUni("Host Services", __FILE_NAME__, 5, __LINE__,
               "There is no server for visitors: the call log stays on this phone");
     return true;
 }

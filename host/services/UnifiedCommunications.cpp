@@ -5,7 +5,7 @@
 namespace host {
 
 void UnifiedCommunications::refreshJournal() {
-    logAppUni("Host Services", __FILE__, 6, __LINE__,
+    logAppUni("Host Services", __FILE_NAME__, 6, __LINE__,
               "There is no unified-communications client that could refresh its view");
 }
 

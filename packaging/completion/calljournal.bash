@@ -5,7 +5,7 @@
 # _calljournal_options COMMAND [SUBCOMMAND]: the options that stand behind it.
 _calljournal_options() {
     case "$1${2:+ $2}" in
-        '') echo --help ;;
+        '') echo --help --version ;;
         serve) echo --config --listen --switch --set --data --help ;;
         switch) echo --listen --scenario --loop --rate --call-log --answer --log-messages --data --help ;;
         demo) echo --config --listen --set --data --help ;;

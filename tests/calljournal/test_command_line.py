@@ -49,6 +49,15 @@ class CommandLineTest(ProgramTest):
             self.assertIn("a calljournal is already running at " + self.data, self.refused(*command))
         self.assertEqual(self.list("missed")["total"], 0)
 
+    def test_a_second_journal_at_the_same_address_does_not_reach_the_switch(self):
+        simulator, address = self.simulate("wait 1ms\n")
+        taken = self.serve(address).http
+        simulator.prints("scenario is over")
+        self.data = os.path.join(self.data, "other")
+        self.assertIn("cannot listen on %s: " % taken, self.refused("serve", "--switch", address, "--listen", taken))
+        simulator.stop()
+        self.assertEqual(simulator.count("client 2"), 0)
+
     def test_both_signals_end_every_command_cleanly(self):
         for number in (signal.SIGINT, signal.SIGTERM):
             simulator, address = self.simulate("wait 1s\n")
@@ -76,7 +85,8 @@ class CommandLineTest(ProgramTest):
     def test_a_table_is_for_people(self):
         self.simulate_and_serve('call a from 4711 "Ann Müller" ; ring a ; giveup a\n'
                                 'call b from 4712 "Bob" ; ring b ; giveup b\n'
-                                'call c from 4713 ; ring c ; answer c ; hangup c by caller\n', "received call from 4713")
+                                'call c from 4713 ; ring c ; answer c ; hangup c by caller\n'
+                                'call d from anonymous ; ring d ; answer d ; hangup d by caller\n', "received call from unknown")
         title, *lines = self.done("list", "missed").splitlines()
         self.assertEqual(title.split(), ["TIME", "NAME", "NUMBER", "CALLS"])
         self.assertRegex(lines[0], r"^\* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d  Bob +4712 +1$")
@@ -85,5 +95,9 @@ class CommandLineTest(ProgramTest):
         self.assertEqual(len(self.done("list", "missed", "--search", "MÜLL").splitlines()), 2)
         found = self.list("missed", "--search", "471", "--limit", "1")
         self.assertEqual((found["total"], found["unviewed"], [item["number"] for item in found["items"]]), (2, 2, ["4712"]))
-        self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  4713 +1 +00:0\d\n$")
+        self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  unknown  +1 +00:0\d\n  .*  4713 +1 +00:0\d\n$")
         self.assertEqual(self.done("list", "forwarded"), "nothing in the list\n")
+        self.done("settings", "call-log-enabled", "false")
+        status, output, errors = self.run_program("list", "missed", "--data", self.data)
+        self.assertEqual((status, output), (0, "nothing in the list\n"))
+        self.assertIn("calljournal settings call-log-enabled true --data %s` switches it on" % self.data, errors)

@@ -1,0 +1,24 @@
+#include "apps/calljournal/RemoteSettings.h"
+
+#include <optional>
+
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
+
+namespace host {
+
+journalxml::ManagementAnswer askSettings(RemoteClient& client, const journalxml::ManagementRequest& request) {
+    auto answer =
+        journalxml::parseManagementAnswer(client.call(journalxml::buildManagementRequest(request)));
+    if (!answer) {
+        throw RemoteError("calljournal could not answer; its log says why");
+    }
+    return std::move(*answer);
+}
+
+bool isJournalOff(RemoteClient& client) {
+    const auto answer = askSettings(client, {"call-log-enabled", std::nullopt});
+    return !answer.refused && answer.settings.front().value == "false";
+}
+
+}  // namespace host

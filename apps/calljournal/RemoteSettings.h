@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/journal-library/ManagementMessage.h"
+
+namespace host {
+
+class RemoteClient;
+
+/// Reads or changes settings of the running journal, and answers what it says, a refusal included. Throws `RemoteError`
+/// when it says nothing that can be read.
+[[nodiscard]] journalxml::ManagementAnswer askSettings(RemoteClient& client,
+                                                       const journalxml::ManagementRequest& request);
+
+/// Whether the running journal is switched off: it files no calls and its lists are empty. False when it does not say.
+[[nodiscard]] bool isJournalOff(RemoteClient& client);
+
+}  // namespace host
