@@ -78,9 +78,10 @@ private:
 };
 
 std::string importText(const std::string& file, const ImportReport& report) {
-    return std::to_string(report.read) + (report.read == 1 ? " contact" : " contacts") + " read from " + file + ": " + std::to_string(report.added) +
-           " added, " + std::to_string(report.changed) + " changed, " + std::to_string(report.unchanged) +
-           " known already, " + std::to_string(report.skipped) + " skipped\n";
+    return std::to_string(report.read) + (report.read == 1 ? " contact" : " contacts") + " read from " +
+           file + ": " + std::to_string(report.added) + " added, " + std::to_string(report.changed) +
+           " changed, " + std::to_string(report.unchanged) + " known already, " +
+           std::to_string(report.skipped) + " skipped\n";
 }
 
 class ContactsCommand final : public Command {

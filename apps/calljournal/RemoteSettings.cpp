@@ -8,8 +8,7 @@
 namespace host {
 
 journalxml::ManagementAnswer askSettings(RemoteClient& client, const journalxml::ManagementRequest& request) {
-    auto answer =
-        journalxml::parseManagementAnswer(client.call(journalxml::buildManagementRequest(request)));
+    auto answer = journalxml::parseManagementAnswer(client.call(journalxml::buildManagementRequest(request)));
     if (!answer) {
         throw RemoteError("calljournal could not answer; its log says why");
     }

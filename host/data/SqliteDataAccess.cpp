@@ -147,7 +147,8 @@ std::string SqliteDataAccess::processRequest(const std::string& request) {
 std::string SqliteDataAccess::answer(const std::string& request) {
     const std::optional<DataRequest> read = journalxml::parseDataRequest(request);
     if (!read) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request of %zu bytes cannot be read", request.size());
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request of %zu bytes cannot be read",
+                  request.size());
         return Words::FAILED;
     }
     if (read->reason != DataRequest::Reason::eRead) {

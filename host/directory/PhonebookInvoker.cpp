@@ -37,7 +37,8 @@ std::string PhonebookInvoker::answerTo(std::string_view message, Executable* tar
     auto* const phonebook = dynamic_cast<Phonebook*>(target);
     const auto request = journalxml::parsePhonebookRequest(message);
     if (phonebook == nullptr || !request) {
-        logAppUni("Phonebook", __FILE_NAME__, 3, __LINE__, "a request for the phonebook cannot be carried out: %s",
+        logAppUni("Phonebook", __FILE_NAME__, 3, __LINE__,
+                  "a request for the phonebook cannot be carried out: %s",
                   request ? "there is none" : "it cannot be read");
         return JournalServiceHelper::FAILURE;
     }

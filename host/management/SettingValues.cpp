@@ -54,8 +54,7 @@ std::string_view valuesOf(std::string_view key) noexcept {
 
 bool isTaken(std::string_view key, std::string_view value) noexcept {
     const std::string_view values = valuesOf(key);
-    return values.empty() || value.empty() ||
-           (values == kNumber ? isNumber(value) : isOneOf(values, value));
+    return values.empty() || value.empty() || (values == kNumber ? isNumber(value) : isOneOf(values, value));
 }
 
 }  // namespace host
