@@ -6,6 +6,7 @@
 #include "host/data/ContactRows.h"
 #include "host/data/Database.h"
 #include "host/data/RowId.h"
+#include "host/faces/ContactFields.h"
 #include "host/faces/ItemSearch.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
@@ -19,6 +20,15 @@ constexpr std::size_t kSlice = 1000;
 /// 2 to 4 for the first to the third.
 constexpr std::int32_t kindOf(std::int32_t position) {
     return position == 4 ? 1 : position + 1;
+}
+
+/// Another program's file may know less of a contact than we do.
+void fillIn(Contact& contact, const Contact& known) {
+    for (const ContactField& field : contactFields()) {
+        if (field.get(contact).empty()) {
+            static_cast<void>(field.set(contact, field.get(known)));
+        }
+    }
 }
 
 }  // namespace
@@ -87,13 +97,11 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
     std::optional<Contact> known = hasExternalId ? rows.findExternal(contact.getExternalId()) : std::nullopt;
     if (!known) {
         known = rows.findAlike(contact, hasExternalId);
-    }
-    if (!known) {
-        rows.insert(contact);
-        return Imported::eAdded;
-    }
-    if (!hasExternalId) {
-        contact.setExternalId(known->getExternalId());
+        if (!known) {
+            rows.insert(contact);
+            return Imported::eAdded;
+        }
+        fillIn(contact, *known);
     }
     contact.setUniqueId(known->getUniqueId());
     contact.setSearchNumber({});

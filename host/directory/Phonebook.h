@@ -53,11 +53,12 @@ public:
     [[nodiscard]] std::optional<std::string> add(const Contact& contact);
     /// The same for many in one transaction: all of them or none.
     [[nodiscard]] bool add(const std::vector<Contact>& contacts);
-    /// Takes contacts in from elsewhere: what is new is added, and what is known already is replaced where it differs, so
+    /// Takes contacts in from elsewhere: what is new is added, and what is known already is changed where it differs, so
     /// that importing twice changes nothing. In one transaction; nothing when the database failed.
     ///
-    /// A contact is known by its external id. If it has none, or none of ours has that id, it is known by both names and
-    /// its first number; a contact of ours that goes by another external id is then somebody else.
+    /// A contact is known by its external id, and is then replaced as a whole. If it has none, or none of ours has that id,
+    /// it is known by both names and its first number, and keeps the fields that the import has nothing for; a contact of
+    /// ours that goes by another external id is then somebody else.
     [[nodiscard]] std::optional<ImportCounts> import(const std::vector<Contact>& contacts);
     /// Replaces the contact with that unique id; false when there is none.
     [[nodiscard]] bool update(const Contact& contact);

@@ -209,6 +209,10 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
         surname=Lovelace;office=1;                                                  | unchanged | 4
         surname=Nobody;                                                             | added     | 5
         surname=Nobody;uniqueId=77;searchNumber=1;matchedKind=2;record=e,missed;    | unchanged | 5
+        surname=Known;office=2;mobile=3;externalId=k;                               | added     | 6
+        surname=Known;office=2;                                                     | unchanged | 6
+        surname=Known;office=2;private=4;                                           | changed   | 6
+        surname=Known;office=2;private=5;externalId=k;                              | changed   | 6
     )")) {
         SCOPED_TRACE(row[0]);
         const auto counts = m_phonebook.import({contactOf(row[0])});
@@ -217,6 +221,7 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
         EXPECT_EQ(std::to_string(m_phonebook.count()), row[2]);
     }
     EXPECT_EQ(whoHas("1"), "Lovelace 2");
+    EXPECT_EQ(whoHas("3") + whoHas("4") + whoHas("5"), "Known 4") << "its id brings the whole contact";
 }
 
 TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {
