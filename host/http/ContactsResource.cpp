@@ -67,6 +67,10 @@ void ContactsResource::addRoutes(Router& router) {
 }
 
 HttpResponse ContactsResource::list(const HttpRequest& request) const {
+    const std::string number = request.queryValue("number");
+    if (!number.empty()) {
+        return whoHas(number);
+    }
     constexpr std::size_t kAll = std::numeric_limits<std::int32_t>::max();
     const PageOfItems page(request);
     const auto found = m_phonebook.search(request.queryValue("search"), std::min(page.offset(), kAll),
@@ -79,6 +83,16 @@ HttpResponse ContactsResource::list(const HttpRequest& request) const {
         contacts.push_back(itemJson(each));
     }
     return jsonAnswer({{"total", found->total}, {"contacts", std::move(contacts)}});
+}
+
+HttpResponse ContactsResource::whoHas(const std::string& number) const {
+    Contact contact;
+    contact.setSearchNumber(number);
+    Json contacts = Json::array();
+    if (m_phonebook.lookUpContact(contact)) {
+        contacts.push_back(itemJson(contact));
+    }
+    return jsonAnswer({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
 }
 
 HttpResponse ContactsResource::contact(const HttpRequest& request) const {

@@ -23,6 +23,8 @@ public:
 
 private:
     [[nodiscard]] HttpResponse list(const HttpRequest& request) const;
+    /// None, or the one that a call from the number gets its name from.
+    [[nodiscard]] HttpResponse whoHas(const std::string& number) const;
     [[nodiscard]] HttpResponse contact(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse add(const HttpRequest& request);
     /// Fields that the body does not name stay as they are.

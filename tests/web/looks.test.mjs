@@ -58,6 +58,11 @@ test("contacts are added from an entry, changed and deleted, and refusals are ex
     await dialog.locator("form").evaluate((form) => [form.requestSubmit(), form.requestSubmit()]);
     await dialog.waitFor({ state: "detached" });
     assert.equal((await stage.api("GET", "contacts")).total, 1);
+    await at(page, "add-contact").filter({ hasText: "Change the contact" }).click();
+    await dialog.getByLabel("E-mail").fill("eve@example.org");
+    await page.keyboard.press("Enter");
+    await dialog.waitFor({ state: "detached" });
+    assert.deepEqual((await stage.api("GET", "contacts?number=47 13")).contacts.map((each) => each.surname + each.email), ["Evanseve@example.org"]);
     await at(page, "nav-contacts").click();
     await at(page, "contact").click();
     await dialog.getByLabel("Company").fill("Evans Ltd");

@@ -56,6 +56,9 @@ export const api = {
 
     contacts: (search: string, limit: number) =>
         ask<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encodeURIComponent(search)}`),
+    /** Whose number it is, in whatever spelling. */
+    contactWith: async (number: string) =>
+        (await ask<{ contacts: Contact[] }>("GET", `contacts?number=${encodeURIComponent(number)}`)).contacts[0],
     addContact: (values: ContactValues) => ask<Contact>("POST", "contacts", values),
     changeContact: (id: string, values: ContactValues) => ask<Contact>("PUT", `contacts/${encodeURIComponent(id)}`, values),
     importContacts: (format: "vcard" | "csv", text: string) =>

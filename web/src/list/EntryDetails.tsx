@@ -1,6 +1,7 @@
-import { useLayoutEffect, useRef, useState } from "preact/hooks";
+import { useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
+import { api } from "../api/client";
+import type { Contact, Entry, ListName } from "../api/types";
 import { ContactDialog } from "../contacts/ContactDialog";
-import type { Entry, ListName } from "../api/types";
 import { journal } from "../state/app";
 import { fullName, plural, titleOf } from "../text/names";
 import { fullTime } from "../text/times";
@@ -14,10 +15,30 @@ interface Props {
     onDelete: () => void;
 }
 
+/** The contact that the number belongs to, if it is known; asked again when the version is another. */
+function useContactWith(number: string | undefined, version: number): Contact | undefined {
+    const [contact, setContact] = useState<Contact>();
+    useEffect(() => {
+        let current = true;
+        if (number) {
+            api.contactWith(number).then(
+                (answer) => current && setContact(answer),
+                () => undefined, // it can still be added
+            );
+        }
+        return () => {
+            current = false;
+        };
+    }, [number, version]);
+    return contact;
+}
+
 /** An open entry: all its calls, and what can be done with it. Beside the list where there is room, else in its place. */
 export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
     const heading = useRef<HTMLHeadingElement>(null);
-    const [adding, setAdding] = useState(false);
+    const [dialog, setDialog] = useState<{ contact?: Contact }>();
+    const [version, setVersion] = useState(0);
+    const contact = useContactWith(entry.number, version);
     useLayoutEffect(() => {
         heading.current?.focus();
         if (entry.viewed === false && document.visibilityState === "visible") {
@@ -32,7 +53,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             aria-labelledby="details-title"
             data-test="details"
             onKeyDown={(event) => {
-                if (event.key === "Escape" && !adding) {
+                if (event.key === "Escape" && !dialog) {
                     onClose();
                 }
             }}
@@ -48,8 +69,8 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             {fullName(entry) && entry.number && <p class="details-number">{entry.number}</p>}
             <div class="details-actions">
                 {entry.number && (
-                    <button type="button" data-test="add-contact" onClick={() => setAdding(true)}>
-                        Add to contacts
+                    <button type="button" data-test="add-contact" onClick={() => setDialog(contact ? { contact } : {})}>
+                        {contact ? "Change the contact" : "Add to contacts"}
                     </button>
                 )}
                 <button type="button" data-test="details-delete" onClick={onDelete}>
@@ -66,10 +87,14 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
                     <OccurrenceList calls={calls} />
                 </>
             )}
-            {adding && (
+            {dialog && (
                 <ContactDialog
+                    {...dialog}
                     first={{ firstName: entry.firstName, surname: entry.surname, office: entry.number }}
-                    onClose={() => setAdding(false)}
+                    onClose={() => {
+                        setDialog(undefined);
+                        setVersion(version + 1);
+                    }}
                 />
             )}
         </section>
