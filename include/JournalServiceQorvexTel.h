@@ -34,7 +34,7 @@ public:
     [[nodiscard]] bool ifNotReadFailure(const std::string& response) const;
 
     /// Empties the four call lists and the contact list; the callbacks stay.
-    void clearPreviousCachedData();
+    void clearPreviousCachedData() const;
     /// Adds what the response holds behind what the lists hold, and brings them into order. Answers how many items
     /// the four lists have then, before those without occurrences are dropped.
     unsigned processReadResponse(const std::string& response);

@@ -63,7 +63,7 @@ void JournalLists::reportDeleted(const ReceivedCallItem& item) const {
 template <typename Item>
 bool JournalLists::hasEntries() {
     const bool listed = !list<Item>().access()->empty();
-    return listed || m_olderEntries.areLeft(list<Item>());
+    return listed || !m_olderEntries.of(list<Item>()).empty();
 }
 
 template <typename Item>
@@ -132,7 +132,8 @@ void JournalLists::announceSetDeleted<CallBackItem>() {
     m_notifier.updateCallbacksAndCount();
 }
 
-// Clearing the missed or the received list is told to nobody: whoever orders it tells the observers itself.
+// Clearing the missed or the received list is told to nobody. Of those who order it, only the switch's log tells the observers
+// itself; the host's HTTP face lets its clients read again.
 template <>
 void JournalLists::announceCleared<MissedCallItem>() {}
 template <>

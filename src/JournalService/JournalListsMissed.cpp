@@ -18,9 +18,10 @@ void JournalLists::updateMissedCall(const MissedCallItem& item) {
         return;
     }
     const Change change(*this);
+    const auto isMeant = [&item](const MissedCallItem& stored) { return stored.equals(item); };
+    recall<MissedCallItem>(isMeant);
     const auto missed = list<MissedCallItem>().access();
-    const auto found = std::find_if(missed->begin(), missed->end(),
-                                    [&item](const MissedCallItem& stored) { return stored.equals(item); });
+    const auto found = std::find_if(missed->begin(), missed->end(), isMeant);
     if (found != missed->end()) {
         found->setViewed(false);
         m_mirror.updateMissedEntry(*found, Helper::WRITEREQUEST);

@@ -149,15 +149,14 @@ void JournalLists::normalizeForwardedCallList(std::deque<ForwardedCallItem>& lis
 template <typename Item>
 bool JournalLists::repeatRefusedOf() {
     m_mirror.repeatDeletion<Item>();
-    bool taken = true;
     const auto items = list<Item>().access();
-    for (Item& item : *items) {
+    // Up to the first that is refused again: a database that is locked lets each wait for seconds.
+    return std::none_of(items->begin(), items->end(), [this](Item& item) {
         if (m_mirror.isRefused(item)) {
             m_mirror.update(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
-            taken = taken && !m_mirror.isRefused(item);
         }
-    }
-    return taken;
+        return m_mirror.isRefused(item);
+    });
 }
 
 bool JournalLists::repeatRefused() {

@@ -22,14 +22,17 @@ std::string ListMirror::updateEntries(const std::string& entries, const std::str
 
 std::optional<std::string> ListMirror::send(const std::string& entries, const std::string& requestType,
                                             const std::string& table) {
+    const bool clears = entries == Helper::allEntries();
     const bool clearingWaits = refusedDeletion(table) == Helper::allEntries();
-    if (clearingWaits && exchange(Helper::allEntries(), Helper::DELETEREQUEST, table)) {
+    if (clearingWaits && !clears && exchange(Helper::allEntries(), Helper::DELETEREQUEST, table)) {
         forgetDeletion(table);
     }
     std::optional<std::string> answered = exchange(entries, requestType, table);
     const bool isDeletion = requestType == Helper::DELETEREQUEST;
     if (!answered && isDeletion) {
         noteRefusedDeletion(entries, table);
+    } else if (answered && isDeletion && clears) {
+        forgetDeletion(table);
     } else if (answered && !isDeletion && refusedDeletion(table) == Helper::allEntries()) {
         LOG_JOURNAL(2, "%s: what was to be cleared stays, since newer entries are among it now",
                     table.c_str());

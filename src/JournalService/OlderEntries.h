@@ -43,11 +43,6 @@ public:
     /// Those of the list, newest first, for whoever takes one out. The caller does not hold the list's lock.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& of(JournalList<Item>& list);
-    /// Whether there is any; true when that cannot be found out. The caller does not hold the list's lock.
-    template <typename Item>
-    [[nodiscard]] bool areLeft(JournalList<Item>& list) {
-        return !of(list).empty() || !left<Item>().known;
-    }
     /// Takes the oldest, of the list's `items` but its first and of what is known to be left, until both are `limit`
     /// together; answers them, the oldest first. The database has them still.
     template <typename Item>

@@ -19,7 +19,8 @@
 //     Item                              the list's items
 //     takesPart(info)                   whether a call may be the one that is meant
 //     write(mirror, item)               an item that has lost a call, into the database
-//     tellShortened, tellRemoved        the observers' calls; `change` is what happened
+//     tellShortened, tellRemoved        the observers' calls; `change` is what happened. An item that has lost a call is told
+//                                       as a changed list: as an updated item it would look like one more call
 
 namespace journal {
 
@@ -27,10 +28,9 @@ using Helper = CallListDatabaseAdapterHelper;
 
 namespace {
 
-template <typename Item>
 struct Changed {
-    /// As it is now, without calls when it has gone.
-    Item item;
+    /// Whether the item has lost its last call, and is gone.
+    bool gone = false;
     /// As the observers know it.
     std::string uniqueId;
     /// Missed items that nobody has viewed.
@@ -49,12 +49,10 @@ struct AnyCall {
 };
 
 struct MissedPolicy : AnyCall<MissedCallItem> {
-    static void tellShortened(ObserverNotifierIfc& notifier, const Changed<Item>& change) {
-        notifier.updateMissedCallCountAndCalls(change.item, change.unviewed, change.uniqueId,
-                                               JournalServiceObserverIfc::eItemUpdated);
+    static void tellShortened(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
+        notifier.updateMissedCallCountAndCalls(change.unviewed);
     }
-    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/,
-                            const Changed<Item>& change) {
+    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
         notifier.updateMissedCallCountAndCalls(change.unviewed, change.uniqueId);
     }
 };
@@ -71,20 +69,20 @@ struct MissedGroupPolicy : MissedPolicy {
 };
 
 struct DialledPolicy : AnyCall<DialledCallItem> {
-    static void tellShortened(ObserverNotifierIfc& notifier, const Changed<Item>& change) {
-        notifier.updateDialledCalls(change.item, change.uniqueId, JournalServiceObserverIfc::eItemUpdated);
+    static void tellShortened(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed& /*change*/) {
+        notifier.updateDialledCalls(lists.getFrontDialledCall());
     }
-    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed<Item>& change) {
+    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed& change) {
         notifier.updateDialledCalls(lists.getFrontDialledCall(), change.uniqueId);
     }
 };
 
 struct ReceivedPolicy : AnyCall<ReceivedCallItem> {
-    static void tellShortened(ObserverNotifierIfc& notifier, const Changed<Item>& change) {
-        notifier.updateReceivedCalls(change.item, change.uniqueId, JournalServiceObserverIfc::eItemUpdated);
+    static void tellShortened(ObserverNotifierIfc& notifier, JournalLists& /*lists*/,
+                              const Changed& /*change*/) {
+        notifier.updateReceivedCalls();
     }
-    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/,
-                            const Changed<Item>& change) {
+    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
         notifier.updateReceivedCalls(change.uniqueId);
     }
 };
@@ -141,7 +139,7 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
         const auto& infos = occurrencesOf(item);
         return std::any_of(infos.begin(), infos.end(), isMeant);
     });
-    Changed<Item> change;
+    Changed change;
     {
         const auto items = m_parts.lists.list<Item>().access();
         auto item = items->begin();
@@ -152,24 +150,25 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
             return;
         }
         change.uniqueId = item->getUniqueId();
-        if (occurrencesOf(*item).empty()) {
+        change.gone = occurrencesOf(*item).empty();
+        if (change.gone) {
             m_parts.mirror.update(*item, Helper::DELETEREQUEST);
             items->erase(item);
         } else {
             Policy::write(m_parts.mirror, *item);
-            change.item = std::move(*item);
+            Item shortened = std::move(*item);
             items->erase(item);
-            insertInOrder(*items, change.item,
+            insertInOrder(*items, std::move(shortened),
                           [this](const Item& a, const Item& b) { return isNewer(a, b); });
         }
         if constexpr (std::is_same_v<Item, MissedCallItem>) {
             change.unviewed = JournalLists::getUnviewedMissedCallsCount(*items);
         }
     }
-    if (occurrencesOf(change.item).empty()) {
+    if (change.gone) {
         Policy::tellRemoved(m_parts.notifier, m_parts.lists, change);
     } else {
-        Policy::tellShortened(m_parts.notifier, change);
+        Policy::tellShortened(m_parts.notifier, m_parts.lists, change);
     }
 }
 

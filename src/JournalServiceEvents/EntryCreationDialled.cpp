@@ -35,12 +35,13 @@ struct DialledPolicy {
                                                  dialledCallAlreadyInDialledCallList(items, found));
     }
 
-    static bool isDuplicate(const Item& item, const Info& info) {
+    [[nodiscard]] bool isDuplicate(const Item& item, const Info& /*info*/) const {
         const Info& newest = item.getDialledCallInfoList().front();
-        const bool duplicate = !info.getCallId().empty() && newest.getCallId() == info.getCallId() &&
-                               newest.getLogTarget() == info.getLogTarget() &&
-                               newest.getNumber() == info.getNumber() &&
-                               newest.getTimeAndDate() == info.getTimeAndDate();
+        // An entry of the switch's log has no call of its own; its log, number and time name it.
+        const bool isOfCall = !info.getCallId().empty() && newest.getCallId() == info.getCallId();
+        const bool duplicate =
+            (isOfCall || !details.timeText.empty()) && newest.getLogTarget() == info.getLogTarget() &&
+            newest.getNumber() == info.getNumber() && newest.getTimeAndDate() == info.getTimeAndDate();
         if (duplicate) {
             LOG_EVENTS(5, "%s():Entry already exists, ignore", kOperation);
         }

@@ -103,7 +103,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
     parts().lists.olderEntries().loaded(!callsRead || !whole || inLists >= kRowBudget);
 }
 
-void JournalServiceQorvexTel::clearPreviousCachedData() {
+void JournalServiceQorvexTel::clearPreviousCachedData() const {
     JournalLists& lists = parts().lists;
     clearList<MissedCallItem>(lists);
     clearList<DialledCallItem>(lists);

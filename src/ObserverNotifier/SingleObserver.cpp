@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <utility>
 
 #include "include/JournalServiceIfc.h"
 #include "include/ObserverNotifier.h"
@@ -94,8 +95,11 @@ void ObserverNotifier::updateSingleAll(JournalServiceObserverIfc& observer, cons
     updateSingleMissedCallCountAndCalls(observer, data);
     ObserverData newestDialled;
     if (m_service) {
-        // The newest entry is all that is sent, so it is all that is copied out of the list.
-        m_service->getLastDialledNumber(newestDialled.dialledCall);
+        std::deque<DialledCallItem> dialled;
+        m_service->getDialledCallList(dialled);
+        if (!dialled.empty()) {
+            newestDialled.dialledCall = std::move(dialled.front());
+        }
     }
     updateSingleDialledCalls(observer, newestDialled);
     updateSingleReceivedCalls(observer, data);

@@ -123,12 +123,14 @@ TEST(CallLogEvents, KeepWhatTheSwitchSaysOfAnEntry) {
     EXPECT_EQ(call.getTimeAndDate(), phone.clock.getCurrentTime()) << "a group's call is dated by the phone";
     event.logTarget = Entry::eDialledUnanswered;
     phone.hears(event);
+    phone.hears(event);
     const DialledCallItem item = phone.items<DialledCallItem>().front();
     const auto& dialled = item.getDialledCallInfoList().front();
     EXPECT_EQ(item.getSurname() + " " + item.getJournalSeviceGroupBy() + " " + dialled.getNumber(),
               "Ann 4712 4712");
     EXPECT_EQ(dialled.getTimeAndDate(), "whenever") << "the switch knows its entry by it";
     EXPECT_EQ(dialled.getLogTarget() * 10 + dialled.getTimeFormat(), 61);
+    EXPECT_EQ(item.getDialledCallInfoList().size(), 1U) << "reported twice, it is the same entry";
 }
 
 TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
@@ -253,8 +255,8 @@ TEST(CallLogRemoval, TellsObserversAndDatabaseOfEachList) {
     phone.removal.removeReceivedCallEntry("4711", on(25));
     EXPECT_EQ(phone.allDays(), "4712:24,00 4713:23,21 4711:20 | 4711:22 | ") << "of a group the group's call";
     EXPECT_EQ(phone.heard(),
-              "missedCount(2); missed(m1, 11, 1); missedCount(2); missed(m3, 13, 1); dialled(d1, 21, 1); "
-              "dialled(d1, 22, 2); received(r1, 31, 1); received(-, 31, 2)");
+              "missedCount(2); missed(-, -, 3); missedCount(2); missed(-, -, 3); dialled(d2, -, 3); "
+              "dialled(d1, 22, 2); received(-, -, 3); received(-, 31, 2)");
     EXPECT_EQ(phone.written(),
               "write MissedCalls 11; delete MissedCalls 13; write MissedCalls m3; write DialledCalls 21; "
               "delete DialledCalls 22; write ReceivedCalls 31; delete ReceivedCalls 31");

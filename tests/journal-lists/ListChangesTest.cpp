@@ -189,6 +189,12 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
         }
         EXPECT_EQ(rig.sent(), row[2]);
     }
+    JournalRig unread;
+    unread.phoneIs("Norlith Qorvex", 2);
+    unread.database.setFailing(true);
+    EXPECT_TRUE(unread.lists.deleteMissedCallList());
+    EXPECT_EQ(unread.sent(), "") << "what cannot be read is not there";
+
     JournalRig alone;
     alone.collaborators.m_cstaService = nullptr;
     const CallLogEntryRequest request;

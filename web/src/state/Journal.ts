@@ -59,7 +59,7 @@ export class Journal extends Store {
             held.late.push(change);
         }
         this.apply(name, held, change);
-        if (name === "missed" && change.item && (change.action === actions.added || change.action === actions.updated)) {
+        if (name === "missed" && change.item && !change.item.viewed && (change.action === actions.added || change.action === actions.updated)) {
             this.news = { text: `Missed call from ${titleOf(change.item)}`, count: this.news.count + 1 };
         }
         this.changedSoon();
