@@ -4,9 +4,11 @@
     journal_client.py [--data DIR] list LIST
     journal_client.py [--data DIR] delete LIST ENTRY_ID...
     journal_client.py [--data DIR] contacts
+    journal_client.py [--data DIR] phonebook [TEXT]
     journal_client.py [--data DIR] follow
 
-LIST is missed, dialled, received, forwarded or callbacks. `docs/messages.md` describes the frames and texts.
+LIST is missed, dialled, received, forwarded or callbacks. `contacts` are those that came with the lists, `phonebook` prints all, or those that
+have TEXT in a name or number. `docs/messages.md` describes the frames and texts.
 """
 
 import argparse
@@ -75,11 +77,24 @@ class Journal:
         values = dict(line.split(" ")[1:3] for line in lines[1:])
         return ET.fromstring("<Contacts>%s</Contacts>" % urllib.parse.unquote(values.get("contactList", "")))
 
+    def phonebook(self, text=""):
+        """The contacts that have the text in a name, number, company or e-mail address, as XML elements."""
+        found = []
+        while True:
+            page = self._ask("the phonebook", "<PhonebookRequest><Operation>read</Operation><Search>%s</Search><Offset>%d</Offset>"
+                             "<RowLimit>1000</RowLimit></PhonebookRequest>" % (escape(text), len(found))).findall("ENTRY")
+            found += page
+            if not page:
+                return found
+
     def _request(self, method, *entry_ids):
         ids = "".join("<EntryId>%s</EntryId>" % escape(each) for each in entry_ids)
-        answer = self._exchange("Q", "<JournalRequest><Method>%d</Method>%s</JournalRequest>" % (method, ids))
+        return self._ask("method %d" % method, "<JournalRequest><Method>%d</Method>%s</JournalRequest>" % (method, ids))
+
+    def _ask(self, what, request):
+        answer = self._exchange("Q", request)
         if answer == "failure":
-            raise JournalError("the journal refused method %d" % method)
+            raise JournalError("the journal refused " + what)
         return ET.fromstring(answer.encode("utf-8"))
 
     def _exchange(self, kind, text):
@@ -144,8 +159,8 @@ def run(journal, arguments):
         for each in unknown:
             print("no entry %s in %s" % (each, arguments.list), file=sys.stderr)
         return 1 if unknown else 0
-    elif arguments.command == "contacts":
-        for entry in journal.contacts():
+    elif arguments.command in ("contacts", "phonebook"):
+        for entry in journal.contacts() if arguments.command == "contacts" else journal.phonebook(arguments.text):
             print("%s %s  %s" % (text_of(entry, "Firstname"), text_of(entry, "Surname"), text_of(entry, "Office")))
     else:
         journal.subscribe()
@@ -163,6 +178,7 @@ def main():
         commands.add_parser(name).add_argument("list", choices=METHODS)
     commands.choices["delete"].add_argument("entry_ids", nargs="+", metavar="ENTRY_ID")
     commands.add_parser("contacts")
+    commands.add_parser("phonebook").add_argument("text", nargs="?", default="", metavar="TEXT")
     commands.add_parser("follow")
     arguments = parser.parse_args()
     try:

@@ -48,8 +48,9 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
     for (const Entry& entry : kEntries) {
         CLI::App* const sub = app.add_subcommand(entry.name, entry.help);
         commands.emplace_back(sub, entry.make(*sub));
-        sub->add_option("--data", common.data,
-                        "directory of the database and the socket [$XDG_STATE_HOME/calljournal]")
+        sub->add_option(
+               "--data", common.data,
+               "directory of the journal [$XDG_STATE_HOME/calljournal, or ~/.local/state/calljournal]")
             ->type_name("DIR");
     }
     return commands;

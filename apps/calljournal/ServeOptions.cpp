@@ -18,10 +18,10 @@ std::string checkKeyAndValue(const std::string& text) {
 
 void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
     app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
-    addEndpointOption(app, "--listen", m_listen,
+    addListenOption(app, "--listen", m_listen,
                       "where the page and the API are, instead of the file's [127.0.0.1:8080]");
     if (withSwitch) {
-        addEndpointOption(app, "--switch", m_switch, "the switch, instead of the file's [127.0.0.1:4242]");
+        addPeerOption(app, "--switch", m_switch, "the switch, instead of the file's [127.0.0.1:4242]");
     }
     app.add_option("--set", m_keys, "a management key's value, instead of the file's and the stored one")
         ->type_name("KEY=VALUE")

@@ -20,7 +20,7 @@ namespace {
 class SwitchCommand final : public Command {
 public:
     explicit SwitchCommand(CLI::App& app) {
-        addEndpointOption(app, "--listen", m_listen,
+        addListenOption(app, "--listen", m_listen,
                           "where clients connect; port 0 takes a free one [127.0.0.1:4242]");
         app.add_option("--scenario", m_scenario, "the calls to play [those of the demo]")->type_name("FILE");
         app.add_flag("--loop", m_loop, "start over when the scenario is over");

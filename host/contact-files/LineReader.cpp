@@ -29,13 +29,14 @@ bool LineReader::read(std::string& line) {
     if (Traits::eq_int_type(next, Traits::eof())) {
         return false;
     }
-    for (; !Traits::eq_int_type(next, Traits::eof()) && next != '\n'; next = buffer.sbumpc()) {
+    for (; !Traits::eq_int_type(next, Traits::eof()) && next != '\n' && next != '\r';
+         next = buffer.sbumpc()) {
         if (line.size() < kMaxBytes) {
             line += Traits::to_char_type(next);
         }
     }
-    if (!line.empty() && line.back() == '\r') {
-        line.pop_back();
+    if (next == '\r' && buffer.sgetc() == '\n') {
+        buffer.sbumpc();
     }
     if (m_number == 0 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) {
         line.erase(0, 3);

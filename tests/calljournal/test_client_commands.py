@@ -131,6 +131,7 @@ class ClientCommandsTest(ProgramTest):
             self.addCleanup(end)
         self.assertEqual(follower.stdout.readline(), "missedCallsCountUpdate: 3\n")
         self.assertEqual(run("contacts")[1], ["Ann Müller  4711"])
+        self.assertEqual((run("phonebook", "MÜLLER")[1], run("phonebook", "<")[1]), (["Ann Müller  4711"], []))
 
         status, lines, _ = run("list", "missed")
         self.assertEqual((status, len(lines)), (0, 3))

@@ -24,7 +24,7 @@ class CommandLineTest(ProgramTest):
                 ("show", "ENTRY_ID is missing"), ("viewed", "ENTRY_ID is missing"), ("delete missed", "all of them with --all"),
                 ("delete missed --all x", "not both"), ("export missed", "--format is missing"),
                 ("export missed --format xml", "it is csv or json"), ("watch --yaml", "there is no option --yaml"),
-                ("serve --switch nowhere", "ADDR:PORT"), ("serve --switch host:port", "ADDR:PORT"),
+                ("serve --switch nowhere", "HOST:PORT"), ("serve --switch host:port", "HOST:PORT"), ("serve --switch host:0", "HOST:PORT"),
                 ("serve --set novalue", "KEY=VALUE"), ("serve --set =value", "KEY=VALUE"), ("switch --rate -1", "not a number above 0"),
                 ("switch --listen 127.0.0.1", "ADDR:PORT"), ("demo extra", "extra"), ("settings a b c", "c ("),
                 ("switch --answer MonitorStart=maybe", "REQUEST=HOW"), ("switch --answer MonitorStart", "REQUEST=HOW"),

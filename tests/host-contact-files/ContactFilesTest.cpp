@@ -97,6 +97,7 @@ TEST(VCard, SaysWhichNumbersAreLeftOut) {
 TEST(Csv, IsReadByTheNamesOfItsColumns) {
     const std::pair<const char*, const char*> cases[] = {
         {"surname,office\nMiller,4711\n\nZuse,4712", "Miller 4711|Zuse 4712|"},
+        {"surname,office\rMiller,4711\r\rZuse,4712\r", "Miller 4711|Zuse 4712|"},
         {"\xEF\xBB\xBFOFFICE;Surname;shoe size\r\n 4711 ;\"Mil;ler\";9\r\n", "Mil;ler 4711|"},
         {"surname\toffice\n\"Mil\n\"\"ler\"\"\"\t1\n", "Mil\n\"ler\" 1|"},
         {"surname,source\nMiller\n,\nZuse,none\n",
