@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/remote/FileDescriptor.h"
+#include "host/framework/FileDescriptor.h"
 
 namespace host {
 

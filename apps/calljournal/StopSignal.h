@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/remote/FileDescriptor.h"
+#include "host/framework/FileDescriptor.h"
 
 namespace host {
 

@@ -10,6 +10,7 @@
 #include "host/http/HttpError.h"
 #include "host/http/Router.h"
 #include "host/management/LocalManagement.h"
+#include "platform/clock/PhoneZone.h"
 
 namespace host {
 namespace {
@@ -50,12 +51,9 @@ minutes phoneAhead(const LocalManagement::Keys& keys) {
         }
         return value;
     };
-    constexpr int kMostMinutes = 14 * 60;
-    const int offset = number("sntp-tz-offset");
     const auto saving = keys.find("daylight-save");
     const bool saves = saving != keys.end() && saving->second == "true";
-    return minutes(offset > kMostMinutes || offset < -kMostMinutes ? offset / 60 : offset) +
-           minutes(saves ? number("daylight-save-minutes") : 0);
+    return minutes(minutesAheadOfUtc(number("sntp-tz-offset"), saves ? number("daylight-save-minutes") : 0));
 }
 
 }  // namespace

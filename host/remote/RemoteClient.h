@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "host/remote/FileDescriptor.h"
+#include "host/framework/FileDescriptor.h"
 #include "host/remote/RemoteFrame.h"
 
 namespace host {

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "host/remote/FileDescriptor.h"
+#include "host/framework/FileDescriptor.h"
 
 namespace host {
 

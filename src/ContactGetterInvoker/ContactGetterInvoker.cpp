@@ -9,7 +9,6 @@
 
 #include "include/ContactGetterIfc.h"
 #include "journal-items/Contact.h"
-#include "platform/client-utils/ClientUtils.h"
 #include "platform/framework/Executable.h"
 #include "platform/framework/FrameworkContext.h"
 #include "platform/framework/InvokerResponse.h"
@@ -128,7 +127,7 @@ void survives(const char* what, Step step) noexcept {
 }  // namespace
 
 std::string ContactGetterInvoker::buildXmlElement(const std::string& name, const std::string& value) const {
-    return "<" + name + ">" + ClientUtils::escapeXMLString(value) + "</" + name + ">";
+    return CallListDatabaseAdapterHelper::createXMLField(name, value);
 }
 
 void ContactGetterInvoker::handleMessage(Executable* target, const char* message, int length,

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/clock/PhoneZone.h"
 #include "platform/csta/CallLogEntryEvent.h"
 #include "src/JournalService/PhoneSettings.h"
 
@@ -20,11 +21,7 @@ namespace journal {
         text.find_first_of("Zz+-", kEndOfDate) != std::string::npos) {
         return text;
     }
-    // No zone is further ahead than 14 hours: a greater number counts seconds.
-    constexpr int kMostMinutes = 14 * 60;
-    const int offset = settings.m_tzOffset;
-    const long ahead = static_cast<long>(std::abs(offset) > kMostMinutes ? offset / 60 : offset) +
-                       settings.m_daylightSaveMinutes;
+    const long ahead = minutesAheadOfUtc(settings.m_tzOffset, settings.m_daylightSaveMinutes);
     std::array<char, 48> zone{};
     std::snprintf(zone.data(), zone.size(), "%c%02ld:%02ld", ahead < 0 ? '-' : '+', std::labs(ahead) / 60,
                   std::labs(ahead) % 60);

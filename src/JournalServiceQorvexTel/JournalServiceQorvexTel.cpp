@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/client-utils/ClientUtils.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "src/JournalService/JournalParts.h"
 #include "src/JournalService/Log.h"
@@ -17,13 +18,9 @@ namespace {
 
 using journal::JournalLists;
 
-constexpr const char* kReasonElement = "ReasonForMessage";
-constexpr const char* kReadRequest = "read_request";
+using Helper = CallListDatabaseAdapterHelper;
+
 constexpr const char* kResultColumns = "CALL_LOG.* PHONE_BOOK.*";
-constexpr const char* kFailed = "failed";
-constexpr const char* kFailure = "failure";
-constexpr const char* kCallsSchema = "Conversations";
-constexpr const char* kContactsSchema = "CallLogPhoneBook";
 /// Over both requests of a load together.
 constexpr unsigned kRowBudget = 200;
 
@@ -49,21 +46,21 @@ unsigned addToList(JournalLists& lists, const std::deque<Item>& found, const cha
 
 std::string JournalServiceQorvexTel::buildXmlElement(const std::string& name,
                                                      const std::string& value) const {
-    return "<" + name + ">" + ClientUtils::escapeXMLString(value) + "</" + name + ">";
+    return Helper::createXMLField(name, value);
 }
 
 std::string JournalServiceQorvexTel::buildXmlHeader(const std::string& schemaName,
                                                     const std::string& reason) const {
     return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + schemaName + R"(">)" +
-           buildXmlElement(kReasonElement, reason);
+           buildXmlElement(Helper::REASONFORMESSAGE, reason);
 }
 
 std::string JournalServiceQorvexTel::loadCallLists(const std::string& schemaName,
                                                    const std::string& resultCols, unsigned rowLimit) const {
     return parts().adapter.processRequest(
-        buildXmlHeader(schemaName, kReadRequest) + buildXmlElement("ResultCols", resultCols) +
-        buildXmlElement("Offset", "0") + buildXmlElement("RowLimit", ClientUtils::itos(rowLimit)) +
-        "</Schema>");
+        buildXmlHeader(schemaName, Helper::READREQUEST) + buildXmlElement(Helper::RESULTCOLS, resultCols) +
+        buildXmlElement(Helper::OFFSET, "0") +
+        buildXmlElement(Helper::ROWLIMIT, ClientUtils::itos(rowLimit)) + "</Schema>");
 }
 
 std::string JournalServiceQorvexTel::loadCallLists(const std::string& schemaName, unsigned rowLimit) const {
@@ -71,7 +68,7 @@ std::string JournalServiceQorvexTel::loadCallLists(const std::string& schemaName
 }
 
 bool JournalServiceQorvexTel::ifNotReadFailure(const std::string& response) const {
-    return response != kFailed && response.find(kFailure) == std::string::npos;
+    return response != Helper::FAILED && response.find(JournalServiceHelper::FAILURE) == std::string::npos;
 }
 
 void JournalServiceQorvexTel::loadCallListsFromDb() {
@@ -79,7 +76,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
     unsigned count = 0;
     unsigned inLists = 0;
     unsigned budget = kRowBudget;
-    std::string response = loadCallLists(kCallsSchema, budget);
+    std::string response = loadCallLists(Helper::CONVERSATIONS_SCHEMA, budget);
     LOG_LOADING(5, "response from read all:%s\n", response.c_str());
     const bool callsRead = ifNotReadFailure(response);
     bool whole = true;
@@ -91,7 +88,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
         budget -= std::min(count, budget);
     }
     if (budget > 0) {
-        response = loadCallLists(kContactsSchema, budget);
+        response = loadCallLists(Helper::CALLLOGPHONEBOOK_SCHEMA, budget);
         LOG_LOADING(5, "response from read all:%s\n", response.c_str());
         if (ifNotReadFailure(response)) {
             // What the first response brought is counted again here, since the lists are.

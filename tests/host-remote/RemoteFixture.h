@@ -17,8 +17,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/framework/FileDescriptor.h"
 #include "host/framework/HostFrameworkContext.h"
-#include "host/remote/FileDescriptor.h"
 #include "host/remote/RemoteFrame.h"
 #include "host/remote/RemoteServer.h"
 #include "host/remote/ServerSocket.h"
