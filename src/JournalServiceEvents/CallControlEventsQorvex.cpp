@@ -134,7 +134,8 @@ void CallControlEventsQorvex::delivered(const CSTADeliveredEvent& event) {
     if (cause == CSTA_EC_Forwarded) {
         Call* const call = find(event);
         LOG_EVENTS(5, "%s():{%s} forwarded call received", kOperation, callId.c_str());
-        if (call == nullptr || (isKnown(newDestination) && !forwardedOn(*call, event))) {
+        if (call == nullptr || followsTransferHere(*call) ||
+            (isKnown(newDestination) && !forwardedOn(*call, event))) {
             return;
         }
     }

@@ -133,7 +133,7 @@ void CallControlEventsSip::ringBack(const CSTADeliveredEvent& event) {
     Call* const call = find(event);
     const CSTADevice alerting = farEnd(event.getAlertingDevice());
     const CSTADevice called = farEnd(event.getCalledDevice());
-    if (isForwarding(event.getCause())) {
+    if (isForwarding(event.getCause()) && !(call != nullptr && followsTransferHere(*call))) {
         const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eDelivered;
         m_parts.pass(call, state, Call::eOutgoing, callId, orElse(called, farEndOf(call)), alerting,
                      call != nullptr && call->m_treatAsIncoming);
@@ -196,6 +196,12 @@ void CallControlEventsSip::establishedIncoming(Call* call, const CSTAEstablished
     LOG_EVENTS(5, "%s():establish incoming call", "handleCSTAEstablishedEvent");
     m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(),
                  farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
+    if (call != nullptr && followsTransferHere(*call) && event.getCallingDevice().isLocal()) {
+        // The event names nobody as the caller: it tells that the new partner has answered.
+        const CSTADevice partner = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
+        call->m_sConnectedParty = partner.number;
+        call->m_sConnectedPartyName = partner.name;
+    }
 }
 
 void CallControlEventsSip::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event) {

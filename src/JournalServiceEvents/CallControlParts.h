@@ -46,12 +46,18 @@ struct CallControlParts {
     return isKnown(first) ? first : farEnd(second);
 }
 
+/// The call was transferred, and the phone has not placed it: events of its new partner read as if it had.
+[[nodiscard]] inline bool followsTransferHere(const Call& call) {
+    return call.m_transferred && !call.isOutgoing();
+}
+
 /// The direction of a call as its event tells it. `reached` is the device that answered, or that failed. A switch may
 /// write the phone's own number on both sides: `call`, the record or null, then decides. It also decides for a call that
-/// was transferred, because the switch may tell of its new partner as of a call that the phone has placed.
+/// was transferred, because the switch may tell of its new partner as of a call that the phone has placed; not for one
+/// that was seen first in its transfer, of which nothing else tells.
 [[nodiscard]] inline Call::directions_t directionOf(const CSTADevice& calling, const CSTADevice& called,
                                                     const CSTADevice& reached, const Call* call) {
-    if (call != nullptr && call->m_transferred) {
+    if (call != nullptr && call->m_transferred && call->m_Direction != Call::eDirectionUnknown) {
         return call->m_Direction;
     }
     const bool placedHere = calling.isLocal();

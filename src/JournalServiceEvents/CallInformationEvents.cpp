@@ -85,8 +85,10 @@ void CallInformationEvents::takeName(const CSTACallInformationEvent& event) {
     if (call->m_sRemoteParty != device.number) {
         return;
     }
-    // Only the parties are to change: a state that means an end, or a new start of the conversation, is not passed on.
-    const bool talking = call->m_State == Call::eEstablished && !call->m_treatAsIncoming;
+    // Only names are to change: a state that means an end, a new start of the conversation, or another connected party
+    // is not passed on.
+    const bool talking = call->m_State == Call::eEstablished && !call->m_treatAsIncoming &&
+                         call->m_sConnectedParty == device.number;
     m_parts.pass(call, talking ? Call::eEstablished : Call::eUnknown, Call::eDirectionUnknown, callId,
                  device);
     LOG_EVENTS(5, "%s():{%s} RemotePartyName: %s", kOperation, callId.c_str(), device.name.c_str());

@@ -1,5 +1,7 @@
 #include "src/JournalServiceEvents/ConferenceEvents.h"
 
+#include <utility>
+
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "src/JournalService/Log.h"
 
@@ -37,21 +39,23 @@ void ConferenceEvents::noteConference(const CSTAConferencedEvent& event) {
         secondary.deviceId.c_str());
     int index = -1;
     if (m_conferences.searchConferenceIDIndex(conferenceCallId, index)) {
-        expand(index, primary, secondary.callId);
+        expand(index, conferenceCallId, primary, secondary.callId);
     } else {
         create(conferenceCallId, primary, secondary);
     }
 }
 
-void ConferenceEvents::expand(int index, const QorvexConferencedCallID& primary,
-                              const std::string& secondaryCallId) {
+void ConferenceEvents::expand(int index, const std::string& conferenceCallId,
+                              const QorvexConferencedCallID& primary, const std::string& secondaryCallId) {
     Conferences::Members::iterator known;
     if (Conferences::isEmptyCallId(primary.callId)) {
         LOG_EVENTS(4, "conference already exists and primaryOldCallID is empty");
     } else if (m_conferences.searchDeviceIDInConference(index, primary.deviceId, known)) {
         LOG_EVENTS(3, "primaryOldDeviceIDNumber already entered in conference");
     } else {
-        m_conferences.members(index).push_back(primary);
+        auto& members = m_conferences.members(index);
+        members.splice(members.end(), primary.callId == conferenceCallId ? Conferences::Members{primary}
+                                                                         : membersOf(primary));
     }
     if (!Conferences::isEmptyCallId(secondaryCallId)) {
         LOG_EVENTS(3, "existing conference gets expanded but secondaryOldCallID exists");
@@ -61,26 +65,45 @@ void ConferenceEvents::expand(int index, const QorvexConferencedCallID& primary,
 void ConferenceEvents::create(const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
                               const QorvexConferencedCallID& secondary) {
     constexpr const char* kOperation = "handleCSTAConferencedEvent";
+    // A conference that grows under another id makes room for itself.
+    Conferences::Members members;
+    if (!Conferences::isEmptyCallId(primary.callId)) {
+        members = membersOf(primary);
+        if (!Conferences::isEmptyCallId(secondary.callId)) {
+            members.splice(members.end(), membersOf(secondary));
+        }
+    }
     int index = -1;
     if (!m_conferences.getNewConferenceIDIndex(index)) {
         LOG_EVENTS(5, "%s():new conference not possible - max. number already reached", kOperation);
         return;
     }
-    if (Conferences::isEmptyCallId(primary.callId)) {
+    if (members.empty()) {
         LOG_EVENTS(5, "%s():new conference but primaryOldCallID is empty", kOperation);
         return;
     }
     m_conferences.addConference(index, conferenceCallId);
-    m_conferences.members(index).push_back(primary);
-    if (!Conferences::isEmptyCallId(secondary.callId)) {
-        m_conferences.members(index).push_back(secondary);
+    m_conferences.members(index) = std::move(members);
+}
+
+// The members that an old call brings along: itself, or those of the conference that it was. A call that is followed
+// under the conference's own id ends with it, too.
+Conferences::Members ConferenceEvents::membersOf(const QorvexConferencedCallID& oldCall) {
+    Conferences::Members members = m_conferences.takeMembers(oldCall.callId);
+    if (members.empty() || m_parts.calls.findCallFromId(oldCall.callId) != nullptr) {
+        members.push_back(oldCall);
     }
+    return members;
 }
 
 void ConferenceEvents::noteSipConference(const CSTAConferencedEvent& event) {
-    m_conferences.m_sipConference =
-        SipConference{event.getConferenceconnectionsNewconnectionCallID(1), event.getPrimaryoldcallCallID(),
-                      event.getSecondaryoldcallCallID()};
+    SipConference conference{event.getConferenceconnectionsNewconnectionCallID(1),
+                             event.getPrimaryoldcallCallID(), event.getSecondaryoldcallCallID()};
+    const auto& before = m_conferences.m_sipConference;
+    if (before && conference.continues(before->newConnectionCallId)) {
+        conference.formerOldCallIds = before->oldCallIds();
+    }
+    m_conferences.m_sipConference = std::move(conference);
 }
 
 void ConferenceEvents::handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) {

@@ -25,9 +25,11 @@ public:
 
 private:
     void noteConference(const CSTAConferencedEvent& event);
-    void expand(int index, const QorvexConferencedCallID& primary, const std::string& secondaryCallId);
+    void expand(int index, const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
+                const std::string& secondaryCallId);
     void create(const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
                 const QorvexConferencedCallID& secondary);
+    [[nodiscard]] Conferences::Members membersOf(const QorvexConferencedCallID& oldCall);
     void noteSipConference(const CSTAConferencedEvent& event);
 
     CallControlParts m_parts;

@@ -7,6 +7,19 @@
 
 namespace journal {
 
+std::vector<std::string> SipConference::oldCallIds() const {
+    std::vector<std::string> all = formerOldCallIds;
+    all.push_back(primaryOldCallId);
+    all.push_back(secondaryOldCallId);
+    return all;
+}
+
+bool SipConference::continues(const std::string& conferenceCallId) const {
+    return !Conferences::isEmptyCallId(conferenceCallId) &&
+           (conferenceCallId == newConnectionCallId || conferenceCallId == primaryOldCallId ||
+            conferenceCallId == secondaryOldCallId);
+}
+
 int Conferences::getNumberOfConferences() const {
     return static_cast<int>(std::count_if(m_conferences.begin(), m_conferences.end(),
                                           [](const auto& conference) { return conference != nullptr; }));
@@ -48,6 +61,16 @@ void Conferences::addConference(int index, const std::string& conferenceCallId) 
     m_conferences[static_cast<std::size_t>(index)] = std::move(conference);
 }
 
+Conferences::Members Conferences::takeMembers(const std::string& conferenceCallId) {
+    Members taken;
+    int index = -1;
+    if (searchConferenceIDIndex(conferenceCallId, index)) {
+        taken.swap(members(index));
+        removeConference(index);
+    }
+    return taken;
+}
+
 void Conferences::removeMember(int index, Members::iterator member) {
     members(index).erase(member);
     if (members(index).empty()) {
@@ -71,6 +94,8 @@ void Conferences::forgetCall(const std::string& callId) {
                 member->clear();
             }
         }
+        auto& former = m_sipConference->formerOldCallIds;
+        former.erase(std::remove(former.begin(), former.end(), callId), former.end());
     }
 }
 

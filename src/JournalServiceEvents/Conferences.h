@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// One member of a conference: the call that it was before, and its device.
 struct QorvexConferencedCallID {
@@ -22,6 +23,13 @@ struct SipConference {
     std::string secondaryOldCallId;
     /// One of the old calls has ended already.
     bool memberCleared = false;
+    /// The calls that the conference was joined from before it grew to this one.
+    std::vector<std::string> formerOldCallIds = {};
+
+    /// In the order of their coming; some may be empty.
+    [[nodiscard]] std::vector<std::string> oldCallIds() const;
+    /// The conference of that call id goes on in this one.
+    [[nodiscard]] bool continues(const std::string& conferenceCallId) const;
 };
 
 /// The conferences that the phone takes part in; two at most, on a SIP phone one.
@@ -52,6 +60,8 @@ public:
     [[nodiscard]] Members& members(int index) {
         return m_conferences[static_cast<std::size_t>(index)]->members;
     }
+    /// Ends the conference with this call id and hands its members out; none when there is no such conference.
+    [[nodiscard]] Members takeMembers(const std::string& conferenceCallId);
     /// Forgets one member, and with the last one the conference.
     void removeMember(int index, Members::iterator member);
     /// A call has ended, or goes on under another id, outside its conference.

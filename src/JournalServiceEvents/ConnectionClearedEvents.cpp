@@ -84,13 +84,13 @@ void ConnectionClearedEvents::clearSipMember(const CSTAConnectionClearedEvent& e
     if (endsForThePhone(event)) {
         const SipConference ended = conference;
         m_conferences.m_sipConference.reset();
-        for (const std::string& callId :
-             {ended.primaryOldCallId, ended.secondaryOldCallId, ended.newConnectionCallId}) {
+        for (const std::string& callId : ended.oldCallIds()) {
             endCall(callId);
         }
+        endCall(ended.newConnectionCallId);
         return;
     }
-    for (const std::string& callId : {conference.primaryOldCallId, conference.secondaryOldCallId}) {
+    for (const std::string& callId : conference.oldCallIds()) {
         const Call* const call = m_parts.calls.findCallFromId(callId);
         if (call != nullptr && (call->m_sRemoteParty == event.getConnectionDeviceID() ||
                                 call->m_sConnectedParty == event.getConnectionDeviceID())) {

@@ -38,6 +38,7 @@ void takeOverParties(Call& call, const Call& old, const CSTATransferredEvent& ev
     call.m_sDialledParty = old.m_sDialledParty;
     call.m_sDialledPartyName = old.m_sDialledPartyName;
     call.m_treatAsIncoming = old.m_treatAsIncoming;
+    call.m_ctiAssisted = old.m_ctiAssisted;
     call.m_connectedToMediaServer = old.m_connectedToMediaServer;
 
     const CSTADevice& partner = event.getTransferredToDevice();
@@ -47,7 +48,7 @@ void takeOverParties(Call& call, const Call& old, const CSTATransferredEvent& ev
         if (call.isOutgoing()) {
             take(call.m_sDialledParty, call.m_sDialledPartyName, partner);
         }
-    } else if (call.isOutgoing() && !call.m_treatAsIncoming) {
+    } else if ((call.isOutgoing() && !call.m_treatAsIncoming) || call.m_ctiAssisted) {
         take(call.m_sCalledParty, call.m_sCalledPartyName, partner);
     }
     take(call.m_sRedirectingParty, call.m_sRedirectingPartyName, event.getTransferringDevice());

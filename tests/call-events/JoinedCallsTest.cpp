@@ -39,6 +39,18 @@ the new partner's own events | answers 1 4711:Ann; passes 60; transfers 1 - 9 47
 +   reaches 9 4712:Bob 4712:Bob; passes 30; clears 9
 +   | received 4712 00:30 by 4711 transferred, received 4711 Ann 01:00
 +   | received 4711 Ann 00:30 by 4711 transferred, received 4711 Ann 01:00
+the new partner sends it on | answers 1 4711:Ann; passes 60; transfers 1 - 9 4711 4712;
++   ringsAt 9 4712 4714 cause=forwarded; ringsAt 9 4712 4714 cause=forward-busy; passes 30; clears 9
++   | received 4712 00:30 by 4711 transferred, received 4711 Ann 01:00
++   | received 4711 Ann 00:30 by 4711 transferred, received 4711 Ann 01:00
+the new partner is connected | answers 1 4711:Ann; transfers 1 - 9 4711 4712; reaches 9 4712 4712:Bob
++   | received 4711 Ann; 9 in 3 remote+connected[4712] redirecting[4711]
++   | received 4711 Ann; 9 in 3 called+remote[4711 Ann] connected[4712 Bob] redirecting[4711]
+first seen in its transfer | transfers 1 - 9 4711 4712; established 9 4712:Bob 600 here; passes 30; clears 9
++   | received 4712 Bob 00:30 by 4711 transferred | =
+placed by a computer | answers 1 4711:CTI_Assisted; transfers 1 - 9 4711 4712; passes 30; clears 9
++   | received 4712 00:30 by 4711 transferred, received 4711 CTI Assisted
++   | dialled 4712 00:30 by 4711, dialled 4711 CTI Assisted
 this phone, it had called | dials 1 4711:Ann; reaches 1 4711:Ann 4711:Ann; passes 60; transfers 1 - 9 4711 4712:Bob;
 +   passes 30; clears 9 | dialled 4712 Bob 00:30 by 4711, dialled 4711 Ann 01:00 | =
 )");
@@ -64,6 +76,16 @@ members without devices       | answers 1 4711; answers 2 4712; conference 9 1 l
 a member's id is used again   | 3 clears 1; answers 1 4720; clears 9; passes 10; clears 1
 +   | dialled 4712 Bob 00:30, received 4720 00:10, received 4711 Ann 00:30 | =
 old calls cleared themselves  | 3 clears 1; clears 2; clears 9 | dialled 4712 Bob 00:30, received 4711 Ann 00:30 | =
+grows, another id             | 3 answers 3 4713; conference 10 9 4711 3 4713; passes 5; clears 10 at=4712 local=3;
++   passes 30; clears 10 | dialled 4712 Bob 00:35, received 4713 00:35, received 4711 Ann 01:05 | =
+grows twice                   | 3 answers 3 4713; conference 10 3 4713 9 4711; answers 4 4714;
++   conference 11 10 4711 4 4714; clears 11
++   | dialled 4712 Bob 00:30, received 4714, received 4711 Ann 00:30, received 4713
++   | dialled 4712 Bob 00:30, received 4714, received 4713, received 4711 Ann 00:30
+grows under its id            | 3 answers 3 4713; conference 9 3 4713 9 4711; passes 30; clears 9
++   | dialled 4712 Bob 01:00, received 4713 00:30, received 4711 Ann 01:00 | =
+another one comes             | 3 answers 3 4713; conference 10 3 4713 0 -; clears 10; passes 5; clears 1; clears 2
++   | dialled 4712 Bob 00:35, received 4711 Ann 00:35, received 4713 | =
 a membership brings the name  | dials 1 4711; reaches 1 4711 4711; member 1 4711:Ann; member 2 4711:Bob; clears 1
 +   | dialled 4711 | dialled 4711 Ann
 somebody else's does not      | dials 1 4711; reaches 1 4711 4711; member 1 4712:Ann; clears 1 | dialled 4711 | =
@@ -89,6 +111,9 @@ kept by the switch   | set callEvents off; informs -1 4711 private=MissedCall | 
 named while it rings | rings 1 4711; informs 1 4712:Bob; informs 1 4711:Ann; answers 1 4711; clears 1
 +   | received 4711 Ann | =
 named while it talks | answers 1 4711; passes 60; informs 1 4711:Ann; clears 1 | received 4711 Ann 01:00 | =
+named, was sent here | answers 1 4711 by=600; informs 1 4711:Ann
++   | ; 1 in 3 remote[4711 Ann] connected[4711] redirecting[600]
++   | ; 1 in 3 called+remote[4711 Ann] connected+redirecting[600]
 named, is unknown    | informs 1 4711:Ann | | =
 )");
     EXPECT_EQ(CapturedLog::count("CSTA Event not plausible"), 10) << "five rows, two flavours";
@@ -133,6 +158,10 @@ known device     | conference 8 1 4711 2 4712; conference 8 4 4711 0 0     | 8:2
 expanded         | conference 8 1 4711 2 4712; conference 8 4 4714 0 -     | 8:3
 expanded by none | conference 8 1 4711 0 0; conference 8 0 0 0 -           | 8:1
 with a second    | conference 8 1 4711 0 0; conference 8 4 4714 5 4715     | 8:2
+grown            | conference 8 1 1 2 2; conference 9 8 1 3 3             | 9:3
+both as one      | conference 8 1 1 2 2; conference 9 3 3 4 4; conference 10 8 1 9 3 | 10:4
+into the other   | conference 8 1 1 2 2; conference 9 3 3 4 4; conference 9 8 1 0 -  | 9:4
+grown, no place  | conference 8 1 1 2 2; conference 9 3 3 0 0; conference 10 8 1 4 4 | 9:1 10:3
 a freed place    | conference 8 1 1 2 2; conference 9 3 3 0 0; clears 8; conference 10 4 4 0 0 | 9:1 10:1
 )")) {
         SCOPED_TRACE(row[0]);
