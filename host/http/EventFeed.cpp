@@ -63,9 +63,17 @@ void EventFeed::keepAlive() {
 }
 
 void EventFeed::close() {
+    m_closed = true;
     for (const auto& stream : std::exchange(m_streams, {})) {
         stream->end();
     }
+}
+
+bool EventFeed::join(const std::shared_ptr<EventStream>& stream) {
+    if (!m_closed) {
+        m_streams.insert(stream);
+    }
+    return !m_closed;
 }
 
 void EventFeed::gone(const EventStream& stream) {

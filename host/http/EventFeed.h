@@ -50,7 +50,7 @@ public:
     // The loop thread.
 
     void keepAlive();
-    /// Ends all streams.
+    /// Ends all streams, and each that begins later at once: behind it the feed holds nothing of the server's. For good.
     void close();
 
     // JournalServiceObserverIfc
@@ -64,7 +64,7 @@ public:
 
 private:
     // EventStream::Hub
-    void joined(const std::shared_ptr<EventStream>& stream) override { m_streams.insert(stream); }
+    bool join(const std::shared_ptr<EventStream>& stream) override;
     void gone(const EventStream& stream) override;
     [[nodiscard]] const EventRing& ring() const override { return m_ring; }
 
@@ -85,6 +85,7 @@ private:
     // The loop thread's.
     EventRing m_ring;
     std::set<std::shared_ptr<EventStream>> m_streams;
+    bool m_closed = false;
     bool m_resyncDue = false;
     bool m_resyncPauses = false;
 };

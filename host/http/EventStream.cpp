@@ -8,8 +8,10 @@ constexpr std::size_t kBatchBytes = 64U * 1024U;
 }  // namespace
 
 void EventStream::begin(std::unique_ptr<StreamSink> sink) {
+    if (!m_hub.join(shared_from_this())) {
+        return;
+    }
     m_sink = std::move(sink);
-    m_hub.joined(shared_from_this());
     const EventRing& ring = m_hub.ring();
     std::string opening = "retry: 2000\n";
     const auto position = m_lastEventId.empty() ? ring.end() : ring.positionOf(m_lastEventId);

@@ -22,8 +22,8 @@ public:
         Hub() = default;
         Hub(const Hub&) = delete;
         Hub& operator=(const Hub&) = delete;
-        /// `stream` wants to be told of news from now on, until it is gone. Loop thread.
-        virtual void joined(const std::shared_ptr<EventStream>& stream) = 0;
+        /// `stream` wants to be told of news from now on, until it is gone. False when there will be none. Loop thread.
+        [[nodiscard]] virtual bool join(const std::shared_ptr<EventStream>& stream) = 0;
         virtual void gone(const EventStream& stream) = 0;
         [[nodiscard]] virtual const EventRing& ring() const = 0;
 

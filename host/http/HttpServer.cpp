@@ -187,6 +187,7 @@ public:
         if (!m_thread.joinable()) {
             return;
         }
+        m_workers.stop();
         std::promise<void> closed;
         asio::post(m_loop, [this, &closed] {
             m_heartbeat.cancel();
@@ -197,7 +198,8 @@ public:
         });
         closed.get_future().wait();
         m_workers.join();
-        m_loop.stop();
+        // Behind the answers of the handlers that ran.
+        asio::post(m_loop, [this] { m_loop.stop(); });
         m_thread.join();
         m_waiting.clear();
         m_loop.dropEverything();

@@ -57,7 +57,8 @@ public:
     };
     /// Answers where it listens. Throws `HttpServerError`. Once only.
     Endpoint start(Callbacks callbacks);
-    /// Accepts nothing more, waits for the handlers that run, and cuts all clients off. What was posted before runs. Idempotent.
+    /// Accepts nothing more, begins no request that waits or still comes, waits for the handlers that run, sends what these
+    /// answer as far as the network takes it at once, and cuts all clients off. What was posted before runs. Idempotent.
     void stop();
 
     /// Runs `work` on the loop thread, later and in order; what comes after `stop` is dropped. Any thread.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <string>
 
 #include "host/faces/ListName.h"
@@ -46,10 +47,12 @@ public:
     [[nodiscard]] std::size_t unviewed() const;
 
 private:
-    [[nodiscard]] HttpResponse health() const;
+    [[nodiscard]] HttpResponse health();
     [[nodiscard]] HttpResponse status() const;
 
     const Sources m_sources;
+    /// Held by whoever tries the database.
+    std::mutex m_trying;
 };
 
 }  // namespace host

@@ -38,8 +38,10 @@ struct ClientSink final : host::StreamSink {
 
 class EventFeedTest : public testing::Test {
 protected:
-    void join(Client& client, const std::string& lastEventId = "") {
+    Client& join(const std::string& lastEventId = "") {
+        Client& client = m_clients.emplace_back();
         m_feed.open(lastEventId)->begin(std::make_unique<ClientSink>(client));
+        return client;
     }
     void count(int number) {
         m_feed.missedCallsCountUpdate(number);
@@ -51,6 +53,7 @@ protected:
         }
     }
 
+    std::deque<Client> m_clients;
     std::deque<std::function<void()>> m_posted;
     std::deque<std::function<void()>> m_later;
     host::EventFeed m_feed{[this](std::function<void()> work) { m_posted.push_back(std::move(work)); },
@@ -59,8 +62,7 @@ protected:
 };
 
 TEST_F(EventFeedTest, GivesASlowClientWhatCameMeanwhileInOnePieceAndOneThatIsTooSlowAResync) {
-    Client client;
-    join(client);
+    Client& client = join();
     count(1);
     count(2);
     EXPECT_EQ(client.count("event:"), 0);
@@ -72,13 +74,20 @@ TEST_F(EventFeedTest, GivesASlowClientWhatCameMeanwhileInOnePieceAndOneThatIsToo
     client.takes();
     EXPECT_EQ(client.count("event: resync"), 1);
     EXPECT_EQ(client.count("event:"), 3);
+}
+
+TEST_F(EventFeedTest, EndsItsStreamsWhenItClosesAndThoseThatBeginLater) {
+    const Client& before = join();
     m_feed.close();
-    EXPECT_TRUE(client.ended);
+    EXPECT_TRUE(before.ended);
+    const Client& behind = join();
+    EXPECT_TRUE(behind.ended);
+    EXPECT_EQ(behind.text, "");
+    EXPECT_EQ(m_feed.streamCount(), 0U);
 }
 
 TEST_F(EventFeedTest, GoesOnBehindTheEventThatAClientSawLast) {
-    Client first;
-    join(first);
+    Client& first = join();
     first.takes();
     const std::string begin = first.lastId();
     count(1);
@@ -87,20 +96,15 @@ TEST_F(EventFeedTest, GoesOnBehindTheEventThatAClientSawLast) {
     count(2);
     count(3);
     for (const auto& [id, events] : {std::pair{begin, 3}, std::pair{one, 2}, std::pair{std::string(), 0}}) {
-        Client again;
-        join(again, id);
+        Client& again = join(id);
         again.takes();
         EXPECT_EQ(again.count("event: "), events) << id;
-        m_feed.close();
     }
     count(4);
     count(5);
     for (const std::string& id :
          {begin, std::string("another-1"), one + "0", one + "x", begin + "9999999999999999999"}) {
-        Client lost;
-        join(lost, id);
-        EXPECT_EQ(lost.count("event: resync"), 1) << id;
-        m_feed.close();
+        EXPECT_EQ(join(id).count("event: resync"), 1) << id;
     }
 }
 
@@ -112,16 +116,12 @@ TEST_F(EventFeedTest, TellsOfSilentChangesAtOnceAndThenOncePerPauseAndOfTheLastO
         run(m_posted);
         run(m_later);
     }
-    Client client;
-    join(client);
-    m_feed.close();
-    const std::string id = client.lastId();
+    const std::string id = join().lastId();
     EXPECT_EQ(id.substr(id.find('-')), "-5") << "one, two of the five, the single one behind, and the last";
 }
 
 TEST_F(EventFeedTest, ForgetsAClientThatIsGone) {
-    Client client;
-    join(client);
+    Client& client = join();
     client.takes();
     m_feed.keepAlive();
     EXPECT_EQ(client.count(":\n\n"), 1);

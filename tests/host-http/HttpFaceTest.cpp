@@ -13,6 +13,9 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <semaphore>
+#include <thread>
+#include <vector>
 
 #include "host/data/Database.h"
 #include "host/directory/Phonebook.h"
@@ -43,10 +46,9 @@ protected:
     }
 
     /// Whether a small request is answered well within twenty seconds.
-    static bool isServed(asio::io_context& io, asio::ip::tcp::socket& socket) {
-        asio::write(
-            socket,
-            asio::buffer(std::string("HEAD /api/v1/openapi.json HTTP/1.1\r\nHost: localhost\r\n\r\n")));
+    static bool isServed(asio::io_context& io, asio::ip::tcp::socket& socket,
+                         const std::string& target = "/api/v1/openapi.json") {
+        asio::write(socket, asio::buffer("HEAD " + target + " HTTP/1.1\r\nHost: localhost\r\n\r\n"));
         std::string text;
         asio::async_read_until(socket, asio::dynamic_buffer(text), "\r\n\r\n",
                                [](const auto& /*error*/, std::size_t /*size*/) {});
@@ -101,6 +103,64 @@ TEST_F(HttpFaceTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNo
         asio::read(*each, text, error);
         EXPECT_TRUE(error);
     }
+}
+
+TEST_F(HttpFaceTest, EndsWhenTheRequestsUnderWayAreAnsweredAndBeginsNoneThatWaits) {
+    constexpr int kWorkers = 4;
+    std::counting_semaphore<> begun(0);
+    std::counting_semaphore<> mayEnd(0);
+    m_journal.setDuring([&begun, &mayEnd, owner = std::this_thread::get_id()] {
+        if (std::this_thread::get_id() != owner) {
+            begun.release();
+            mayEnd.acquire();
+        }
+    });
+    const auto there = address(m_face.start());
+    asio::io_context io;
+    std::vector<asio::ip::tcp::socket> clients;
+    const std::string request = "GET /api/v1/lists/missed HTTP/1.1\r\nHost: localhost\r\n\r\n";
+    for (int each = 1; each <= kWorkers; ++each) {
+        clients.emplace_back(io).connect(there);
+        // The last one sends a second request, which no worker is free for.
+        asio::write(clients.back(), asio::buffer(each < kWorkers ? request : request + request));
+        begun.acquire();
+    }
+    std::thread lastVisitor([&io, &mayEnd, there] {
+        asio::error_code refused;
+        while (!refused) {
+            asio::ip::tcp::socket(io).connect(there, refused);
+        }
+        mayEnd.release(kWorkers + 1);
+    });
+    m_face.stop();
+    lastVisitor.join();
+    EXPECT_FALSE(begun.try_acquire());
+    for (asio::ip::tcp::socket& each : clients) {
+        std::string text;
+        asio::error_code cutOff;
+        asio::read(each, asio::dynamic_buffer(text), cutOff);
+        EXPECT_EQ(text.rfind("HTTP/1.1 200"), 0U) << "one answer, and one only";
+    }
+}
+
+TEST_F(HttpFaceTest, HoldsUpOneHealthCheckAtMostWhenTheDatabaseIsSlow) {
+    std::counting_semaphore<> trying(0);
+    std::counting_semaphore<> mayEnd(0);
+    m_database->setWriteListener([&trying, &mayEnd](auto /*time*/) {
+        trying.release();
+        mayEnd.acquire();
+    });
+    const auto there = address(m_face.start());
+    asio::io_context io;
+    asio::ip::tcp::socket first(io);
+    asio::ip::tcp::socket second(io);
+    first.connect(there);
+    second.connect(there);
+    asio::write(first, asio::buffer(std::string("GET /healthz HTTP/1.1\r\nHost: localhost\r\n\r\n")));
+    trying.acquire();
+    EXPECT_TRUE(isServed(io, second, "/healthz"));
+    mayEnd.release(2);
+    m_face.stop();
 }
 
 TEST_F(HttpFaceTest, ClientsThatSayNothingMakePlaceForOthers) {
