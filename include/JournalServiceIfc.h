@@ -17,7 +17,9 @@
 ///
 /// Threads: any thread may call at any time; operations that change the journal must not be called from inside an
 /// observer callback. Items are copied in and out. An entry is named by its entry id, which changes whenever a new
-/// call is merged into the entry: an id that is not known any more answers false.
+/// call is merged into the entry. An operation on one entry answers false for an id that is not known (any more), and a
+/// `get...` leaves its output as it was then; deleting a set of entries, or a list, is always true, and passes over ids
+/// that are not known.
 /// A change is written to the database before the operation returns. Operations that only some deployments use
 /// answer false, and say so, where they do nothing. New operations go to the end.
 class JournalServiceIfc : public JournalServiceObserverSubscriptionIfc {
@@ -68,6 +70,7 @@ public:
     /// Empties the missed, dialled, received and forwarded lists and the contact list; callbacks stay. Always true.
     virtual bool deleteAllCalls() = 0;
 
+    /// Both log that they do nothing, and answer false.
     virtual bool resetUserCalls() = 0;
     virtual bool resetUserContacts() = 0;
     /// Loads lists and settings from the database again and tells the observers. Always true.

@@ -11,7 +11,8 @@ public:
     virtual ~JournalServiceObserverSubscriptionIfc() = default;
 
     /// Adds `observer` and tells it at once the unviewed missed count, the newest dialled entry and, when there
-    /// are any, the number of callbacks. The first subscription loads the lists from the database.
+    /// are any, the number of callbacks. The lists are loaded from the database first, at every
+    /// subscription or, in `JournalService` itself, at the first.
     /// The observer is borrowed until it is unsubscribed. False for null. An observer that subscribes twice is
     /// told everything twice.
     virtual bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) = 0;

@@ -10,6 +10,17 @@ class JournalServiceIfc;
 /// Tells all subscribed observers of a change. Each `update...` calls every observer, in the order in which they
 /// subscribed, on the caller's thread, with the notifier's lock held.
 ///
+/// What an `update...` tells, by its arguments (an `unsigned` is the new count that goes with it):
+///
+///     (action)                    that action, without an item
+///     () or (count)               the list changed as a whole (`eListChanged`)
+///     (item), dialled calls       the same, with the newest entry
+///     (entryId)                   the entry of that unique id was deleted (of callbacks the entry id)
+///     (item, entryId), dialled    the same; the item is the newest that is left
+///     (item, entryId, action)     the item is new or changed; `entryId` is the unique id of what it replaces
+///
+/// `updateAll` and `updateAllExceptCallbacks` say of each list that it changed as a whole.
+///
 /// Threads: any thread may call. Callers hold no list lock: observers read the lists back, and so do the operations
 /// that count callbacks. `init` comes before everything else. New operations go to the end.
 class ObserverNotifierIfc {

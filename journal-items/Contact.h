@@ -41,7 +41,8 @@ public:
     /// The number that the contact is looked up and matched by; it need not be one of the four below.
     [[nodiscard]] const std::string& getSearchNumber() const noexcept { return m_searchNumber; }
     void setSearchNumber(const std::string& number) { m_searchNumber = number; }
-    /// Which of the four numbers a look-up matched, in the directory's own order 1 to 4; 0 when none did.
+    /// Which of the four numbers a look-up matched: 1 second office, 2 office, 3 mobile, 4 private; 0 when none did. This is
+    /// the directory's order and not that of `getPhoneNumber`.
     [[nodiscard]] std::int32_t getMatchedKind() const noexcept { return m_matchedKind; }
     void setMatchedKind(std::int32_t kind) noexcept { m_matchedKind = kind; }
 

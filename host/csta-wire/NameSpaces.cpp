@@ -8,8 +8,4 @@ std::string cstaNameSpace(std::string_view edition) {
     return std::string(authority).append("ecma-323/csta/").append(edition);
 }
 
-bool isCstaEdition(std::string_view edition) noexcept {
-    return edition.size() == 3 && edition.substr(0, 2) == "ed" && edition[2] >= '2' && edition[2] <= '6';
-}
-
 }  // namespace host

@@ -8,9 +8,6 @@ namespace host {
 /// The name space of what is written; `edition` is "ed2" to "ed6". What is read is told apart by local names alone.
 [[nodiscard]] std::string cstaNameSpace(std::string_view edition);
 
-/// True for an edition that has a name space.
-[[nodiscard]] bool isCstaEdition(std::string_view edition) noexcept;
-
 /// The name space of the application session services.
 inline constexpr std::string_view kSessionNameSpace =
     "http://www.ecma-international.org/standards/ecma-354/appl_session";

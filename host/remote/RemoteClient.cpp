@@ -48,10 +48,6 @@ std::string RemoteClient::call(const std::string& request, std::chrono::millisec
     return exchange(RemoteFrame::Kind::eRequest, request, limit);
 }
 
-std::string RemoteClient::callMethod(const std::string& request, std::chrono::milliseconds limit) {
-    return exchange(RemoteFrame::Kind::eMethod, request, limit);
-}
-
 std::string RemoteClient::exchange(RemoteFrame::Kind kind, const std::string& text,
                                    std::chrono::milliseconds limit) {
     const Deadline deadline = std::chrono::steady_clock::now() + limit;

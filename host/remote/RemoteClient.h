@@ -27,10 +27,6 @@ public:
     [[nodiscard]] std::string call(const std::string& request,
                                    std::chrono::milliseconds limit = std::chrono::seconds(30));
 
-    /// The same for a method in the text protocol ("request getContactList client").
-    [[nodiscard]] std::string callMethod(const std::string& request,
-                                         std::chrono::milliseconds limit = std::chrono::seconds(30));
-
     /// The notifications that came during calls and are not taken yet.
     [[nodiscard]] std::deque<std::string> takeNotifications() { return std::exchange(m_notifications, {}); }
 

@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// A Pallax client that does not run until it is told to, registered as "PallaxServiceIfc". While it runs, the journal
+/// A Pallax client that does not run unless its host says so (`calljournal` never does), registered as "PallaxServiceIfc". While it runs, the journal
 /// leaves the calls to it. Any thread may call.
 class PallaxClient final : public Executable, public PallaxServiceIfc {
 public:

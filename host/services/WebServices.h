@@ -8,7 +8,7 @@
 namespace host {
 
 /// The web-services interface's idea of the user, registered as "WSIServiceIfc": no user of unified communications
-/// until it is told so. Any thread may call.
+/// unless its host says so (`calljournal` never does). Any thread may call.
 class WebServices final : public Executable, public WSIServiceIfc {
 public:
     void setCurrentUserUC(bool uses) noexcept { m_currentUserUC = uses; }

@@ -13,6 +13,7 @@ class CSTASystemStatusEvent final
     : public CSTAEventOf<CSTASystemStatusEvent, CSTAEvent, CSTAEventCode::eSystemStatus,
                          &CSTAEventObserverBase::handleCSTASystemStatusEvent> {
 public:
+    /// What a switch may say of a feature of the phone, as texts of its own. The journal logs it.
     struct FeatureData {
         std::string featureName;
         std::string action;
@@ -39,7 +40,8 @@ private:
     FeatureData m_feature;
 };
 
-/// The line devices that a SIP phone serves: type 0 is its own line, 2 a shared or Bluetooth line.
+/// The devices that the phone serves: type 0 is its own line, 2 a shared or Bluetooth line of a SIP phone. 1 and every other
+/// type is a device whose calls are none of this phone's; the journal passes over it.
 class CSTASwitchingFunctionDevices final
     : public CSTAEventOf<CSTASwitchingFunctionDevices, CSTAEvent, CSTAEventCode::eSwitchingFunctionDevices,
                          &CSTAEventObserverBase::handleCSTASwitchingFunctionDevices> {

@@ -21,7 +21,8 @@ struct CallLogEntryEvent {
     // NOLINTNEXTLINE(bugprone-reserved-identifier): the platform's name.
     enum _TFormat : int { eTimeIso8601 = 0, eTimeLocal = 1 };
 
-    /// What is to be done with the entry.
+    /// What is to be done with the entry. Of the texts below C and D are redirecting number and name, F a group's text
+    /// (docs/messages.md, "The switch's call log"); a presentation says whether the text behind it may be shown.
     enum Action : int { eAdd = 0, eDelete = 1, eDeleteAll = 2 };
 
     int action = eAdd;
@@ -40,6 +41,4 @@ struct CallLogEntryEvent {
     std::string textF;
     _TFormat entryTimeFormat = eTimeIso8601;
     std::string entryTime;
-    std::string furtherTextA;
-    std::string furtherTextB;
 };

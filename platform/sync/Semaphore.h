@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -13,8 +12,9 @@ class Semaphore {
 public:
     /// `initialCount` is at most `maximumCount`. `waitersByPriority` is a wish for real-time platforms, which
     /// may wake the most urgent waiter first; here waiters are woken in the order that the kernel gives.
-    explicit Semaphore(unsigned initialCount = 1, unsigned maximumCount = 1, bool waitersByPriority = true)
-        : m_count(initialCount), m_maximum(maximumCount), m_waitersByPriority(waitersByPriority) {}
+    explicit Semaphore(unsigned initialCount = 1, unsigned maximumCount = 1,
+                       bool /*waitersByPriority*/ = true)
+        : m_count(initialCount), m_maximum(maximumCount) {}
     Semaphore(const Semaphore&) = delete;
     Semaphore& operator=(const Semaphore&) = delete;
     ~Semaphore() = default;
@@ -26,18 +26,6 @@ public:
         m_changed.wait(lock, [this] { return m_count > 0; });
         --m_waiters;
         --m_count;
-    }
-
-    /// As `wait`, but gives up after `limit`; false when nothing was taken.
-    [[nodiscard]] bool waitFor(std::chrono::milliseconds limit) {
-        std::unique_lock lock(m_mutex);
-        ++m_waiters;
-        const bool taken = m_changed.wait_for(lock, limit, [this] { return m_count > 0; });
-        --m_waiters;
-        if (taken) {
-            --m_count;
-        }
-        return taken;
     }
 
     /// Gives one back. A count at its maximum stays there.
@@ -55,8 +43,6 @@ public:
         }
     }
 
-    [[nodiscard]] bool wakesByPriority() const noexcept { return m_waitersByPriority; }
-
 private:
     // Guarded by m_mutex.
     unsigned m_count;
@@ -66,5 +52,4 @@ private:
 
     // Constant after construction.
     const unsigned m_maximum;
-    const bool m_waitersByPriority;
 };

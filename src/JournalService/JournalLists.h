@@ -15,6 +15,7 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 #include "platform/sync/NestableSemaphore.h"
+#include "src/JournalService/JournalContacts.h"
 #include "src/JournalService/JournalList.h"
 #include "src/JournalService/ListOrder.h"
 #include "src/JournalService/OlderEntries.h"
@@ -26,7 +27,7 @@ namespace journal {
 
 class PhoneSettings;
 
-/// The five lists and the contact list with everything that clients may do to them. Every change is mirrored to the
+/// The five lists, and the contacts that came with them, with everything that clients may do to them. Every change is mirrored to the
 /// database, reported to a switch that keeps the call log, and told to the observers, in this order.
 ///
 /// Threads: any. Changes are made and announced one at a time (`Change`), so that observers hear of them in the
@@ -64,6 +65,7 @@ public:
     [[nodiscard]] JournalList<Item>& list() {
         return std::get<JournalList<Item>>(m_lists);
     }
+    [[nodiscard]] JournalContacts& contacts() noexcept { return m_contacts; }
     /// What the database holds beside the lists; for holders of a `Change`.
     [[nodiscard]] OlderEntries& olderEntries() noexcept { return m_olderEntries; }
     /// Brings the newest older entry that `matches` back into its list, to its place, unless the list has a match
@@ -127,12 +129,6 @@ public:
     void normalizeReceivedCallList(std::deque<ReceivedCallItem>& list);
     void normalizeForwardedCallList(std::deque<ForwardedCallItem>& list);
 
-    // The contacts that came with the lists.
-    void getContactList(std::vector<Contact>& contacts);
-    /// Answers how many there are then.
-    std::size_t addContacts(const std::vector<Contact>& contacts);
-    void clearContacts();
-
 private:
     template <typename Item>
     void copyList(std::deque<Item>& copy);
@@ -185,9 +181,7 @@ private:
                JournalList<ForwardedCallItem>, JournalList<CallBackItem>>
         m_lists;
 
-    Semaphore m_contactLock{1, 1, true};
-    // Guarded by m_contactLock.
-    std::vector<Contact> m_contacts;
+    JournalContacts m_contacts;
 };
 
 template <typename Item>

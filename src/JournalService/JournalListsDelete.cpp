@@ -331,7 +331,7 @@ bool JournalLists::deleteAllCalls() {
     deleteDialledCallList();
     deleteReceivedCallList();
     deleteForwardedCallList();
-    clearContacts();
+    m_contacts.clear();
     return true;
 }
 

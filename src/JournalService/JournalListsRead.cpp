@@ -170,21 +170,4 @@ bool JournalLists::repeatRefused() {
     return taken;
 }
 
-void JournalLists::getContactList(std::vector<Contact>& contacts) {
-    const CriticalSection<Semaphore> section(m_contactLock);
-    contacts = m_contacts;
-    LOG_JOURNAL(6, "getContactList[%d]", static_cast<int>(contacts.size()));
-}
-
-std::size_t JournalLists::addContacts(const std::vector<Contact>& contacts) {
-    const CriticalSection<Semaphore> section(m_contactLock);
-    m_contacts.insert(m_contacts.end(), contacts.begin(), contacts.end());
-    return m_contacts.size();
-}
-
-void JournalLists::clearContacts() {
-    const CriticalSection<Semaphore> section(m_contactLock);
-    m_contacts.clear();
-}
-
 }  // namespace journal

@@ -14,8 +14,8 @@
 #include "src/JournalServiceEvents/CallBackEvents.h"
 #include "src/JournalServiceEvents/CallCompletion.h"
 #include "src/JournalServiceEvents/CallControlEvents.h"
-#include "src/JournalServiceEvents/CallControlEventsQorvex.h"
-#include "src/JournalServiceEvents/CallControlEventsSip.h"
+#include "src/JournalServiceEvents/CallControlRulesQorvex.h"
+#include "src/JournalServiceEvents/CallControlRulesSip.h"
 #include "src/JournalServiceEvents/CallInformationEvents.h"
 #include "src/JournalServiceEvents/CallLogEvents.h"
 #include "src/JournalServiceEvents/CallLogReadiness.h"
@@ -51,8 +51,8 @@ class Service;
 
 namespace journal {
 
-/// Every part of the journal, made in dependency order: a part knows those above it in this list and none below. The
-/// face owns one of these; a test may, without the face.
+/// Every part of the journal, made in dependency order: a part knows those above it in this list and none below; only
+/// `blindTransfer` is given the rules of cleared connections, which are made after it, by reference. The face owns one of these; a test may, without the face.
 struct JournalParts {
     /// What the parts need from outside; all of it is borrowed and outlives them.
     struct Outside {
@@ -111,8 +111,8 @@ struct JournalParts {
     CallControlParts callControl;
     BlindTransfer blindTransfer;
     ConnectionClearedEvents connectionCleared;
-    CallControlEventsQorvex qorvexRules;
-    CallControlEventsSip sipRules;
+    CallControlRulesQorvex qorvexRules;
+    CallControlRulesSip sipRules;
     CallControlEvents callControlEvents;
     TransferredEvents transferredEvents;
     CallInformationEvents callInformationEvents;

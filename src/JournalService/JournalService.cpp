@@ -242,7 +242,7 @@ bool JournalService::getCallRecordsAssociatedWith(const Contact& contact,
 // --- ContactGetterIfc ---
 
 void JournalService::getContactList(std::vector<Contact>& contacts) {
-    guarded("getContactList", [&] { m_parts->lists.getContactList(contacts); });
+    guarded("getContactList", [&] { m_parts->lists.contacts().getContactList(contacts); });
 }
 
 // --- JournalServiceObserverSubscriptionIfc ---

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/csta/CSTACallControlEvent.h"
 #include "platform/csta/CSTADevice.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/CallMap.h"
@@ -22,6 +23,11 @@ struct CallControlParts {
     [[nodiscard]] bool acceptsEvents() const {
         const auto values = settings.values();
         return (!values->isSip() || values->m_callLogEnabled) && gate.handleCSTAEvent();
+    }
+
+    /// The record of the event's call, or null.
+    [[nodiscard]] Call* find(const CSTACallControlEvent& event) const {
+        return calls.findCallFromId(event.getConnectionCallID());
     }
 
     /// `CallTracker::onCallEvent` with the parties as devices. `call` may be gone afterwards.

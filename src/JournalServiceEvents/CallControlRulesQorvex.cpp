@@ -1,4 +1,4 @@
-#include "src/JournalServiceEvents/CallControlEventsQorvex.h"
+#include "src/JournalServiceEvents/CallControlRulesQorvex.h"
 
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAEventCause.h"
@@ -30,22 +30,18 @@ CSTADevice remoteOf(const Call& call) {
 
 }  // namespace
 
-bool CallControlEventsQorvex::followsCalls() const {
+bool CallControlRulesQorvex::followsCalls() const {
     return m_parts.settings.values()->m_useCSTACallControlEvents;
 }
 
-Call* CallControlEventsQorvex::find(const CSTACallControlEvent& event) const {
-    return m_parts.calls.findCallFromId(event.getConnectionCallID());
-}
-
-bool CallControlEventsQorvex::ignoreEventByCause(int cause) noexcept {
+bool CallControlRulesQorvex::ignoreEventByCause(int cause) noexcept {
     return cause == CSTA_EC_CallPickup || cause == CSTA_EC_CallPark;
 }
 
 // What the phone dialled stays; whom it called takes the switch's own notation, which is how callers are noted too.
-void CallControlEventsQorvex::noteDialled(const CSTACallControlEvent& event) const {
+void CallControlRulesQorvex::noteDialled(const CSTACallControlEvent& event) const {
     const CSTADevice& called = event.getCalledDevice();
-    Call* const call = find(event);
+    Call* const call = m_parts.find(event);
     if (call == nullptr || !call->isOutgoing() || !isKnown(called)) {
         return;
     }
@@ -57,10 +53,9 @@ void CallControlEventsQorvex::noteDialled(const CSTACallControlEvent& event) con
     call->m_sCalledPartyName = called.name;
 }
 
-void CallControlEventsQorvex::noteRedirecting(const CSTACallControlEvent& event,
-                                              const char* operation) const {
+void CallControlRulesQorvex::noteRedirecting(const CSTACallControlEvent& event, const char* operation) const {
     const CSTADevice& redirecting = event.getLastRedirectionDevice();
-    Call* const call = find(event);
+    Call* const call = m_parts.find(event);
     if (call == nullptr || !isKnown(redirecting)) {
         return;
     }
@@ -71,7 +66,7 @@ void CallControlEventsQorvex::noteRedirecting(const CSTACallControlEvent& event,
     call->m_sRedirectingPartyName = redirecting.name;
 }
 
-void CallControlEventsQorvex::originated(const CSTAOriginatedEvent& event) {
+void CallControlRulesQorvex::originated(const CSTAOriginatedEvent& event) {
     constexpr const char* kOperation = "handleCSTAOriginatedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& called = event.getCalledDevice();
@@ -81,19 +76,20 @@ void CallControlEventsQorvex::originated(const CSTAOriginatedEvent& event) {
         return;
     }
     LOG_EVENTS(5, "%s():event not ignored", kOperation);
-    m_parts.pass(find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
+    m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
     noteDialled(event);
 }
 
-void CallControlEventsQorvex::offered(const CSTAOfferedEvent& event) {
+void CallControlRulesQorvex::offered(const CSTAOfferedEvent& event) {
     if (!followsCalls()) {
         m_readiness.m_callLogEventsReady = false;
         return;
     }
-    m_parts.pass(find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(), {});
+    m_parts.pass(m_parts.find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(),
+                 {});
 }
 
-void CallControlEventsQorvex::queued(const CSTAQueuedEvent& event) {
+void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
@@ -105,16 +101,16 @@ void CallControlEventsQorvex::queued(const CSTAQueuedEvent& event) {
     }
     if (calling.isLocal()) {
         // The phone's own call waits at a group.
-        m_parts.pass(find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
         noteDialled(event);
         return;
     }
-    m_parts.pass(find(event), Call::eDelivered, Call::eIncoming, callId, calling);
+    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling);
 }
 
 // ---- Delivered ----------------------------------------------------------------------------------------------
 
-void CallControlEventsQorvex::delivered(const CSTADeliveredEvent& event) {
+void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
     constexpr const char* kOperation = "handleCSTADeliveredEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
@@ -132,7 +128,7 @@ void CallControlEventsQorvex::delivered(const CSTADeliveredEvent& event) {
     }
     const int cause = event.getCause();
     if (cause == CSTA_EC_Forwarded) {
-        Call* const call = find(event);
+        Call* const call = m_parts.find(event);
         LOG_EVENTS(5, "%s():{%s} forwarded call received", kOperation, callId.c_str());
         if (call == nullptr || followsTransferHere(*call) ||
             (isKnown(newDestination) && !forwardedOn(*call, event))) {
@@ -142,14 +138,14 @@ void CallControlEventsQorvex::delivered(const CSTADeliveredEvent& event) {
     deliveredByLocalConnection(event);
     if (cause == CSTA_EC_Redirected || cause == CSTA_EC_RedirectedByDistribution) {
         noteRedirecting(event, kOperation);
-        if (Call* const call = find(event)) {
+        if (Call* const call = m_parts.find(event)) {
             call->m_redirected = true;
         }
     }
 }
 
 // The called party has sent the phone's own call on. False when the call is gone with that.
-bool CallControlEventsQorvex::forwardedOn(Call& call, const CSTADeliveredEvent& event) {
+bool CallControlRulesQorvex::forwardedOn(Call& call, const CSTADeliveredEvent& event) {
     const CSTADevice& newDestination = event.getAlertingDevice();
     if (call.m_sFirstForwardedParty.empty()) {
         call.m_sFirstForwardedParty = newDestination.number;
@@ -157,24 +153,25 @@ bool CallControlEventsQorvex::forwardedOn(Call& call, const CSTADeliveredEvent& 
     }
     m_parts.pass(&call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(), newDestination,
                  farEnd(event.getCalledDevice()));
-    return find(event) != nullptr;
+    return m_parts.find(event) != nullptr;
 }
 
-void CallControlEventsQorvex::deliveredByLocalConnection(const CSTADeliveredEvent& event) {
+void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const int localConnection = event.getLocalConnectionInfo();
     switch (localConnection) {
         case CSTA_LCS_Connected:
-            if (const Call* const call = find(event); call != nullptr && call->m_transferred) {
+            if (const Call* const call = m_parts.find(event); call != nullptr && call->m_transferred) {
                 break;  // the new partner rings
             }
-            m_parts.pass(find(event), Call::eDelivered, Call::eOutgoing, callId, calledDeviceOf(event));
+            m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId,
+                         calledDeviceOf(event));
             noteDialled(event);
             break;
         case CSTA_LCS_Alerting:
         case CSTA_LCS_Null:
             if (event.getPrivateData() != communicationsServiceTexts::content_callstatus_ReminderCall) {
-                m_parts.pass(find(event), Call::eDelivered, Call::eIncoming, callId,
+                m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId,
                              farEnd(event.getCallingDevice()));
             }
             break;
@@ -187,7 +184,7 @@ void CallControlEventsQorvex::deliveredByLocalConnection(const CSTADeliveredEven
 
 // ---- Diverted -----------------------------------------------------------------------------------------------
 
-void CallControlEventsQorvex::diverted(const CSTADivertedEvent& event) {
+void CallControlRulesQorvex::diverted(const CSTADivertedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     if (!followsCalls()) {
         return;
@@ -197,7 +194,7 @@ void CallControlEventsQorvex::diverted(const CSTADivertedEvent& event) {
                    callId.c_str());
         return;
     }
-    Call* const call = find(event);
+    Call* const call = m_parts.find(event);
     if (event.getCallingDevice().isLocal() || (call != nullptr && call->isOutgoing())) {
         divertedThere(call, event);
     } else {
@@ -206,7 +203,7 @@ void CallControlEventsQorvex::diverted(const CSTADivertedEvent& event) {
 }
 
 // The call was diverted away from this phone: the caller stays the remote party, the new destination is connected.
-void CallControlEventsQorvex::divertedHere(Call* call, const CSTADivertedEvent& event) {
+void CallControlRulesQorvex::divertedHere(Call* call, const CSTADivertedEvent& event) {
     CSTADevice caller = farEnd(event.getCallingDevice());
     if (call != nullptr && !call->m_sRemoteParty.empty()) {
         caller = remoteOf(*call);
@@ -226,7 +223,7 @@ void CallControlEventsQorvex::divertedHere(Call* call, const CSTADivertedEvent& 
 }
 
 // The called party has diverted the phone's own call. A call that is not tracked would leave a record without an end.
-void CallControlEventsQorvex::divertedThere(Call* call, const CSTADivertedEvent& event) {
+void CallControlRulesQorvex::divertedThere(Call* call, const CSTADivertedEvent& event) {
     if (call != nullptr) {
         m_parts.pass(call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(),
                      farEnd(event.getNewDestination()), remoteOf(*call));
@@ -235,7 +232,7 @@ void CallControlEventsQorvex::divertedThere(Call* call, const CSTADivertedEvent&
 
 // ---- Established --------------------------------------------------------------------------------------------
 
-void CallControlEventsQorvex::established(const CSTAEstablishedEvent& event) {
+void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
     constexpr const char* kOperation = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
@@ -247,7 +244,7 @@ void CallControlEventsQorvex::established(const CSTAEstablishedEvent& event) {
     if (!followsCalls()) {
         return;
     }
-    Call* call = find(event);
+    Call* call = m_parts.find(event);
     auto direction = directionOf(calling, called, answering, call);
     if (call != nullptr && call->m_State == Call::eEstablished) {
         direction = call->m_Direction;
@@ -271,16 +268,16 @@ void CallControlEventsQorvex::established(const CSTAEstablishedEvent& event) {
     noteRedirecting(event, kOperation);
 }
 
-void CallControlEventsQorvex::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
-                                                  Call::directions_t direction) {
+void CallControlRulesQorvex::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
+                                                 Call::directions_t direction) {
     const CSTADevice caller = farEnd(event.getCallingDevice());
     LOG_EVENTS(5, "%s():{%s} Incoming call established; Number: %s, Name: %s", "handleCSTAEstablishedEvent",
                event.getConnectionCallID().c_str(), caller.number.c_str(), caller.name.c_str());
     m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(), caller);
 }
 
-void CallControlEventsQorvex::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event,
-                                                  Call::directions_t direction) {
+void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event,
+                                                 Call::directions_t direction) {
     constexpr const char* kOperation = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& called = event.getCalledDevice();
@@ -307,7 +304,7 @@ void CallControlEventsQorvex::establishedOutgoing(Call* call, const CSTAEstablis
 
 // The switch has called the phone in order to place a call for it (a callback, a click on a number): it rang here like an
 // incoming call and is now one that the user has made. The record, which stands for an incoming call, ends with that.
-void CallControlEventsQorvex::fileCalledBack(const Call& call, const CSTAEstablishedEvent& event) {
+void CallControlRulesQorvex::fileCalledBack(const Call& call, const CSTAEstablishedEvent& event) {
     const CSTADevice reached = firstKnown(event.getCalledDevice(), event.getAnsweringDevice());
     const CSTADevice connected = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
     DialledEntryDetails details;
@@ -326,7 +323,7 @@ void CallControlEventsQorvex::fileCalledBack(const Call& call, const CSTAEstabli
 
 // ---- Failed -------------------------------------------------------------------------------------------------
 
-void CallControlEventsQorvex::failed(const CSTAFailedEvent& event) {
+void CallControlRulesQorvex::failed(const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
@@ -338,7 +335,7 @@ void CallControlEventsQorvex::failed(const CSTAFailedEvent& event) {
     if (!followsCalls()) {
         return;
     }
-    Call* const call = find(event);
+    Call* const call = m_parts.find(event);
     if (callId == kNoCallId || cause == CSTA_EC_None || cause == CSTA_EC_Unknown) {
         failedOnItsOwn(call, event);
         return;
@@ -352,7 +349,7 @@ void CallControlEventsQorvex::failed(const CSTAFailedEvent& event) {
 // A failure that belongs to no call is a call that could not be put through to this phone. It gets a record of its own,
 // which is filed at once. A record that stands under its id ends with it; a call that was placed here counts as dialled,
 // and one that was answered here as received.
-void CallControlEventsQorvex::failedOnItsOwn(Call* call, const CSTAFailedEvent& event) {
+void CallControlRulesQorvex::failedOnItsOwn(Call* call, const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     CSTADevice caller = firstKnown(event.getCallingDevice(), event.getCalledDevice());
     const bool placedHere = call != nullptr && call->isOutgoing();

@@ -12,7 +12,7 @@ namespace journal {
 struct CallLogReadiness;
 class EntryCreation;
 
-/// The call-control rules of every phone that is not a SIP phone; `CallControlEventsSip` stands beside it.
+/// The call-control rules of every phone that is not a SIP phone; `CallControlRulesSip` stands beside it.
 ///
 /// A call is followed only where the switch does not keep the call log itself. The parties that an event passes on:
 ///
@@ -26,11 +26,10 @@ class EntryCreation;
 ///     Established, outgoing       called device
 ///       ... answered by another   answering device    called device
 ///     Failed                      the far end
-class CallControlEventsQorvex final : public CallControlRulesIfc {
+class CallControlRulesQorvex final : public CallControlRulesIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlEventsQorvex(const CallControlParts& parts, CallLogReadiness& readiness,
-                            EntryCreation& entries)
+    CallControlRulesQorvex(const CallControlParts& parts, CallLogReadiness& readiness, EntryCreation& entries)
         : m_parts(parts), m_readiness(readiness), m_entries(entries) {}
 
     void originated(const CSTAOriginatedEvent& event) override;
@@ -46,7 +45,6 @@ public:
 
 private:
     [[nodiscard]] bool followsCalls() const;
-    [[nodiscard]] Call* find(const CSTACallControlEvent& event) const;
 
     void deliveredByLocalConnection(const CSTADeliveredEvent& event);
     bool forwardedOn(Call& call, const CSTADeliveredEvent& event);

@@ -1,4 +1,4 @@
-#include "src/JournalServiceEvents/CallControlEventsSip.h"
+#include "src/JournalServiceEvents/CallControlRulesSip.h"
 
 #include <memory>
 
@@ -52,11 +52,7 @@ void logDevices(const CSTAEstablishedEvent& event) {
 
 }  // namespace
 
-Call* CallControlEventsSip::find(const CSTACallControlEvent& event) const {
-    return m_parts.calls.findCallFromId(event.getConnectionCallID());
-}
-
-void CallControlEventsSip::originated(const CSTAOriginatedEvent& event) {
+void CallControlRulesSip::originated(const CSTAOriginatedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& called = event.getCalledDevice();
     const int cause = event.getCause();
@@ -68,22 +64,23 @@ void CallControlEventsSip::originated(const CSTAOriginatedEvent& event) {
         case CSTA_EC_DirectedPickup:
         case CSTA_EC_PickupFromPark:
             // Placed to pick another call up: it will be filed as an incoming one.
-            m_parts.pass(find(event), Call::eOriginated, Call::eOutgoing, callId, {}, {}, true);
+            m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, {}, {}, true);
             break;
         case CSTA_EC_CallPark:
         case CSTA_EC_CallRetrievePark: break;
         default:
-            m_parts.pass(find(event), Call::eOriginated, Call::eOutgoing, callId,
+            m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId,
                          {farEnd(called).number, {}});
             break;
     }
 }
 
-void CallControlEventsSip::offered(const CSTAOfferedEvent& event) {
-    m_parts.pass(find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(), {});
+void CallControlRulesSip::offered(const CSTAOfferedEvent& event) {
+    m_parts.pass(m_parts.find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(),
+                 {});
 }
 
-void CallControlEventsSip::queued(const CSTAQueuedEvent& event) {
+void CallControlRulesSip::queued(const CSTAQueuedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
@@ -92,15 +89,15 @@ void CallControlEventsSip::queued(const CSTAQueuedEvent& event) {
                called.name.c_str());
     if (calling.isLocal()) {
         // The phone's own call waits at a group.
-        m_parts.pass(find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
         return;
     }
-    m_parts.pass(find(event), Call::eDelivered, Call::eIncoming, callId, calling, farEnd(called));
+    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling, farEnd(called));
 }
 
 // ---- Delivered ----------------------------------------------------------------------------------------------
 
-void CallControlEventsSip::delivered(const CSTADeliveredEvent& event) {
+void CallControlRulesSip::delivered(const CSTADeliveredEvent& event) {
     const int localConnection = event.getLocalConnectionInfo();
     switch (localConnection) {
         case CSTA_LCS_Null:
@@ -114,7 +111,7 @@ void CallControlEventsSip::delivered(const CSTADeliveredEvent& event) {
     }
 }
 
-void CallControlEventsSip::ringing(const CSTADeliveredEvent& event) {
+void CallControlRulesSip::ringing(const CSTADeliveredEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const std::string& deviceId = event.getConnectionDeviceID();
     LOG_EVENTS(5, "%s():CSTA_LCS_Null/CSTA_LCS_Alerting", "handleCSTADeliveredEvent");
@@ -123,14 +120,14 @@ void CallControlEventsSip::ringing(const CSTADeliveredEvent& event) {
                    callId.c_str(), deviceId.c_str());
         return;
     }
-    m_parts.pass(find(event), Call::eDelivered, Call::eIncoming, callId, farEnd(event.getCallingDevice()),
-                 farEnd(event.getLastRedirectionDevice()));
+    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId,
+                 farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
 }
 
-void CallControlEventsSip::ringBack(const CSTADeliveredEvent& event) {
+void CallControlRulesSip::ringBack(const CSTADeliveredEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     LOG_EVENTS(5, "%s():CSTA_LCS_Connected/CSTA_LCS_Queued", "handleCSTADeliveredEvent");
-    Call* const call = find(event);
+    Call* const call = m_parts.find(event);
     const CSTADevice alerting = farEnd(event.getAlertingDevice());
     const CSTADevice called = farEnd(event.getCalledDevice());
     if (isForwarding(event.getCause()) && !(call != nullptr && followsTransferHere(*call))) {
@@ -145,11 +142,11 @@ void CallControlEventsSip::ringBack(const CSTADeliveredEvent& event) {
 
 // ---- Diverted -----------------------------------------------------------------------------------------------
 
-void CallControlEventsSip::diverted(const CSTADivertedEvent& event) {
+void CallControlRulesSip::diverted(const CSTADivertedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     LOG_EVENTS(5, "%s():{%s}, cause = %d", "handleCSTADivertedEvent", callId.c_str(), event.getCause());
     // Nothing would ever end a record that a diversion of an unknown call had made.
-    if (Call* const call = find(event)) {
+    if (Call* const call = m_parts.find(event)) {
         m_parts.pass(call, Call::eForwarded, Call::eOutgoing, callId,
                      orElse(farEnd(event.getCalledDevice()), farEndOf(call)),
                      farEnd(event.getNewDestination()));
@@ -158,11 +155,11 @@ void CallControlEventsSip::diverted(const CSTADivertedEvent& event) {
 
 // ---- Established --------------------------------------------------------------------------------------------
 
-void CallControlEventsSip::established(const CSTAEstablishedEvent& event) {
+void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
     constexpr const char* kOperation = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     logDevices(event);
-    Call* call = find(event);
+    Call* call = m_parts.find(event);
     const bool isBLFPickupCall = call != nullptr && call->m_treatAsIncoming;
     LOG_EVENTS(5, "%s():pCall[%p]; isBLFPickupCall(%d)", kOperation, static_cast<const void*>(call),
                isBLFPickupCall ? 1 : 0);
@@ -191,8 +188,8 @@ void CallControlEventsSip::established(const CSTAEstablishedEvent& event) {
     }
 }
 
-void CallControlEventsSip::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
-                                               Call::directions_t direction) {
+void CallControlRulesSip::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
+                                              Call::directions_t direction) {
     LOG_EVENTS(5, "%s():establish incoming call", "handleCSTAEstablishedEvent");
     m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(),
                  farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
@@ -204,7 +201,7 @@ void CallControlEventsSip::establishedIncoming(Call* call, const CSTAEstablished
     }
 }
 
-void CallControlEventsSip::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event) {
+void CallControlRulesSip::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event) {
     constexpr const char* kOperation = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice called = farEnd(event.getCalledDevice());
@@ -238,14 +235,14 @@ void CallControlEventsSip::establishedOutgoing(Call* call, const CSTAEstablished
 
 // ---- Failed -------------------------------------------------------------------------------------------------
 
-void CallControlEventsSip::failed(const CSTAFailedEvent& event) {
+void CallControlRulesSip::failed(const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
     LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s", "handleCSTAFailedEvent",
                callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
                called.name.c_str());
-    Call* const call = find(event);
+    Call* const call = m_parts.find(event);
     const auto direction =
         call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
     m_parts.pass(call, Call::eFailed, direction, callId,

@@ -3,14 +3,12 @@
 #include "src/JournalServiceEvents/CallControlParts.h"
 #include "src/JournalServiceEvents/CallControlRulesIfc.h"
 
-class CSTACallControlEvent;
-
 namespace journal {
 
 class BlindTransfer;
 class LineDevices;
 
-/// The call-control rules of SIP phones; `CallControlEventsQorvex` stands beside it. The parties that an event passes on:
+/// The call-control rules of SIP phones; `CallControlRulesQorvex` stands beside it. The parties that an event passes on:
 ///
 ///     event                       remote party        diverted party
 ///     Originated                  called device
@@ -23,11 +21,11 @@ class LineDevices;
 ///     Established, outgoing       the device reached
 ///       ... answered by another   called device       answering device
 ///     Failed                      the far end
-class CallControlEventsSip final : public CallControlRulesIfc {
+class CallControlRulesSip final : public CallControlRulesIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlEventsSip(const CallControlParts& parts, const LineDevices& devices,
-                         const BlindTransfer& blindTransfer)
+    CallControlRulesSip(const CallControlParts& parts, const LineDevices& devices,
+                        const BlindTransfer& blindTransfer)
         : m_parts(parts), m_devices(devices), m_blindTransfer(blindTransfer) {}
 
     void originated(const CSTAOriginatedEvent& event) override;
@@ -39,8 +37,6 @@ public:
     void failed(const CSTAFailedEvent& event) override;
 
 private:
-    [[nodiscard]] Call* find(const CSTACallControlEvent& event) const;
-
     void ringing(const CSTADeliveredEvent& event);
     void ringBack(const CSTADeliveredEvent& event);
     void establishedIncoming(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);

@@ -18,9 +18,10 @@ class PhoneSettings;
 /// Mirrors in the lists what happened in the call log that the switch keeps: an entry added, one deleted, or a whole
 /// log. The table in the source says what becomes of each event; one that stands in no row changes nothing.
 ///
-/// What the switch orders is not reported back to it, but for the group requests of "system-identifier" 1. While a whole log is deleted, server call-log mode is
-/// suspended; nobody else can change a list meanwhile, so no deletion of a client goes unreported. What a new entry pushes
-/// out of a full list is reported, like the rest of what the phone deletes of its own accord.
+/// What the switch orders is not reported back to it, but for the group requests of "system-identifier" 1. While a whole log
+/// is deleted, server call-log mode is suspended; nobody else can change a list meanwhile, so no deletion of a client goes
+/// unreported. What a new entry pushes out of a full list is reported, like the rest of what the phone deletes of its own
+/// accord.
 ///
 /// Threads: any. Each event is applied with the call-map lock held, which the caller may hold already, and at a
 /// lowered priority (`LoweredPriority`).

@@ -14,7 +14,8 @@ namespace journal {
 /// The calls that exist now, by call id. It owns the records.
 ///
 /// Threads: whoever uses it holds `m_callMapLock` from before the look-up until it is done with the record. The
-/// thread that holds the lock may take it again. Lock order: call map, then notifier, then one list.
+/// thread that holds the lock may take it again. Lock order: call map, then the lists' `Change`, then notifier,
+/// then one list.
 class CallMap {
 public:
     using Section = CriticalSection<NestableSemaphore>;

@@ -56,7 +56,7 @@ private:
 };
 
 /// The forms in which the management knows the journal's own settings. "missed-logging" is inverted: "1" means that
-/// missed calls are not logged; "delete-missed-when-called" is not.
+/// missed calls which were answered elsewhere are not logged; "delete-missed-when-called" is not.
 namespace managementForm {
 [[nodiscard]] inline const char* enabled(bool callLogEnabled) {
     return callLogEnabled ? "true" : "false";

@@ -106,7 +106,7 @@ void JournalServiceQorvexTel::clearPreviousCachedData() const {
     clearList<DialledCallItem>(lists);
     clearList<ReceivedCallItem>(lists);
     clearList<ForwardedCallItem>(lists);
-    lists.clearContacts();
+    lists.contacts().clear();
 }
 
 unsigned JournalServiceQorvexTel::processReadResponse(const std::string& response) {
@@ -132,7 +132,7 @@ unsigned JournalServiceQorvexTel::processReadResponse(const std::string& respons
         lists.normalizeForwardedCallList(items);
     });
     LOG_LOADING(6, "Found %d contact(s)\n", static_cast<int>(contacts.size()));
-    const std::size_t known = lists.addContacts(contacts);
+    const std::size_t known = lists.contacts().add(contacts);
     LOG_LOADING(6, "total contact(s) [%d]\n", static_cast<int>(known));
     LOG_LOADING(4, "processReadResponse: processed %d call(s)\n", static_cast<int>(count));
     return count;

@@ -32,7 +32,6 @@ TEST_F(RemoteClientTest, CallsAndKeepsNotificationsThatComeMeanwhile) {
     EXPECT_TRUE(client.takeNotifications().empty());
     const std::string text(3000000, 'y');
     EXPECT_EQ(client.call(text), text);
-    EXPECT_EQ(client.callMethod(text), "method " + text);
 }
 
 TEST_F(RemoteClientTest, TakesItsOwnAnswerOnlyAndEndsAConnectionOfSomethingElse) {

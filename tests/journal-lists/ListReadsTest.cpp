@@ -59,16 +59,16 @@ TEST_F(ListReads, GiveTheNewestItemOrADefaultOne) {
     EXPECT_TRUE(lists.getLastDialledNumber(last));
     EXPECT_TRUE(last.sameContent(rig.items<DialledCallItem>().front()));
 
-    lists.addContacts({Contact(), Contact()});
+    lists.contacts().add({Contact(), Contact()});
     std::vector<Contact> contacts;
-    lists.getContactList(contacts);
+    lists.contacts().getContactList(contacts);
     EXPECT_EQ(contacts.size(), 2U);
 
     lists.deleteAllCalls();
     EXPECT_TRUE(lists.getFrontMissedCall().sameContent(MissedCallItem()));
     EXPECT_FALSE(lists.getLastDialledNumber(last));
     EXPECT_EQ(last.getEntryId(), "d1") << "the argument is left alone";
-    lists.getContactList(contacts);
+    lists.contacts().getContactList(contacts);
     EXPECT_TRUE(contacts.empty());
 }
 
