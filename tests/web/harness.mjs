@@ -105,6 +105,22 @@ export class Stage {
 export const at = (page, name) => page.locator(`[data-test="${name}"]`);
 export const row = (page, text) => at(page, "row").filter({ hasText: text });
 
+/** What is deleted can be undone however long it takes: the page's clock stands still. */
+export async function unhurried(page, does) {
+    await page.clock.install();
+    await page.clock.pauseAt((await page.evaluate(() => Date.now())) + 60_000);
+    await does();
+    await page.clock.resume();
+}
+
+/** The page is told that its window is hidden, or shown again; a browser without a screen shows all of them. */
+export async function setShown(page, shown) {
+    await page.evaluate((state) => {
+        Object.defineProperty(document, "visibilityState", { value: state, configurable: true });
+        document.dispatchEvent(new Event("visibilitychange"));
+    }, shown ? "visible" : "hidden");
+}
+
 /** What stands over something else, or out of the window; runs in the browser. */
 function misplaced() {
     // What a scrolling box has below its edge is clipped there, so that only what is in the same box is compared.

@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, row } from "./harness.mjs";
+import { Stage, at, row, setShown, unhurried } from "./harness.mjs";
 
 const evil = "<img src=x onerror=alert(1)>";
 const calls = `
@@ -22,13 +22,14 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     await page.getByText("No missed calls").waitFor();
     await page.evaluate(() => (window.sameDocument = true));
 
+    await setShown(page, false);
     await stage.plays(calls);
-    await row(page, "Ann Müller").filter({ hasText: "2 calls" }).waitFor();
-    await row(page, "Ann Müller").filter({ hasText: "new" }).waitFor();
+    await row(page, "Ann Müller").filter({ hasText: "2 calls" }).filter({ hasText: "new" }).waitFor();
     await row(page, evil).waitFor();
     assert.equal(await page.locator("img").count(), 0);
     await at(page, "nav-received").filter({ hasText: "1" }).waitFor();
 
+    await setShown(page, true);
     await page.waitForFunction(() => !document.querySelector(".row-new"));
     await stage.missedAre(({ unviewed }) => unviewed === 0);
 
@@ -51,15 +52,18 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     const there = new Date(await time.getAttribute("datetime")).toLocaleTimeString("en-GB", { timeZone: "Asia/Tokyo" });
     assert.ok((await time.innerText()).includes(there));
     await page.keyboard.press("Escape");
-    await page.keyboard.press("Delete");
-    await row(page, evil).waitFor({ state: "detached" });
-    await page.keyboard.press("Control+z");
-    await row(page, evil).waitFor();
+    await unhurried(page, async () => {
+        await page.keyboard.press("Delete");
+        await row(page, evil).waitFor({ state: "detached" });
+        await page.keyboard.press("Control+z");
+        await row(page, evil).waitFor();
+    });
     assert.equal((await stage.api("GET", "lists/missed")).total, 2);
 
     // Final after a moment; at once when the page is left.
+    const gone = page.waitForResponse((each) => each.request().method() === "DELETE");
     await row(page, evil).getByRole("button", { name: "Delete" }).click();
-    await page.waitForResponse((each) => each.request().method() === "DELETE");
+    await gone;
     assert.deepEqual((await stage.api("GET", "lists/missed")).items.map((each) => each.surname || each.firstName), ["Ann Müller"]);
     await at(page, "nav-times").click();
     await page.getByText("3 calls in the last four weeks").waitFor();
@@ -70,6 +74,43 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     await page.goto("about:blank");
     await stage.missedAre(({ total }) => total === 0);
     assert.deepEqual(stage.complaints, []);
+});
+
+test("an open entry is viewed with each of its calls once its window is shown, and stays so", async (context) => {
+    const stage = new Stage(context);
+    const ann = 'call ann from 4711 "Ann" ; ring ann ; giveup ann';
+    await stage.plays(ann);
+    await stage.serves();
+    const page = await stage.opens({ viewport: { width: 360, height: 640 } });
+    await setShown(page, false);
+    await row(page, "Ann").locator(".row-entry").click();
+    await stage.plays(ann);
+    await at(page, "details").getByText("2 calls").waitFor();
+    assert.equal((await stage.api("GET", "lists/missed")).unviewed, 1);
+
+    // The list is read before it is viewed, and the answer comes after it.
+    let arrive;
+    const read = new Promise((taken) => page.route("**/lists/missed", async (route) => {
+        const response = await route.fetch();
+        taken();
+        await new Promise((late) => (arrive = late));
+        await route.fulfill({ response });
+    }, { times: 1 }));
+    await stage.api("PUT", "settings", { "delete-missed-when-called": "1" }); // which makes every page read its lists
+    await read;
+    await setShown(page, true);
+    await stage.missedAre(({ unviewed }) => unviewed === 0);
+    await stage.plays('call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; hangup zoe by caller');
+    await at(page, "nav-received").filter({ hasText: "1" }).waitFor();
+    const old = page.waitForResponse("**/lists/missed");
+    arrive();
+    await (await old).finished();
+    await page.evaluate(() => new Promise((shown) => setTimeout(() => requestAnimationFrame(shown), 50)));
+    await page.waitForFunction(() => document.title === "Missed – call journal");
+
+    await stage.plays(ann);
+    await at(page, "details").getByText("3 calls").waitFor();
+    await stage.missedAre(({ unviewed }) => unviewed === 0);
 });
 
 test("the page goes on after the connection was lost", async (context) => {

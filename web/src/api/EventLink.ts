@@ -58,7 +58,10 @@ export class EventLink {
 
     close(): void {
         window.clearTimeout(this.retry);
-        this.source?.close();
-        this.source = undefined;
+        if (this.source) {
+            this.source.close();
+            this.source = undefined;
+            this.taker.connected(false);
+        }
     }
 }

@@ -44,6 +44,13 @@ async function ask<Answer>(method: string, path: string, body?: unknown, keepali
     return (response.status === 204 ? undefined : await response.json()) as Answer;
 }
 
+/** Somebody else was quicker. */
+function unlessGone(error: unknown): void {
+    if (!(error instanceof ApiError && error.status === 404)) {
+        throw error;
+    }
+}
+
 export const api = {
     status: () => ask<Status>("GET", "status"),
     list: (name: ListName) => ask<ListAnswer>("GET", `lists/${name}`),
@@ -63,7 +70,8 @@ export const api = {
     changeContact: (id: string, values: ContactValues) => ask<Contact>("PUT", `contacts/${encodeURIComponent(id)}`, values),
     importContacts: (format: "vcard" | "csv", text: string) =>
         ask<ImportAnswer>("POST", "contacts/import", new Blob([text], { type: `text/${format}` })),
-    deleteContact: (id: string, keepalive: boolean) => ask<void>("DELETE", `contacts/${encodeURIComponent(id)}`, undefined, keepalive),
+    deleteContact: (id: string, keepalive: boolean) =>
+        ask<void>("DELETE", `contacts/${encodeURIComponent(id)}`, undefined, keepalive).catch(unlessGone),
 
     settings: () => ask<Record<string, string>>("GET", "settings"),
     changeSetting: (key: string, value: string) => ask<Record<string, string>>("PUT", "settings", { [key]: value }),

@@ -1,6 +1,8 @@
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { contactFields, type Contact, type ContactField, type ContactValues } from "../api/types";
+import { failures } from "../state/app";
+import { reasonOf } from "../state/Failures";
 
 const labels: Record<ContactField, string> = {
     firstName: "First name",
@@ -21,17 +23,18 @@ interface Props {
     first?: Partial<ContactValues>;
     onDelete?: () => void;
     /** The dialog has gone, and what had the focus before has it again. */
-    onClose: (changed: boolean) => void;
+    onClose: () => void;
+    /** The journal has it; the dialog may have been closed before. */
+    onSaved: () => void;
 }
 
-export function ContactDialog({ contact, first, onDelete, onClose }: Props) {
+export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Props) {
     const dialog = useRef<HTMLDialogElement>(null);
     const [refusal, setRefusal] = useState("");
     const [values, setValues] = useState<ContactValues>(
         () => Object.fromEntries(contactFields.map((name) => [name, contact?.[name] ?? first?.[name] ?? ""])) as ContactValues,
     );
     const saving = useRef(false);
-    const saved = useRef(false);
     useLayoutEffect(() => dialog.current?.showModal(), []);
 
     const save = async () => {
@@ -41,15 +44,20 @@ export function ContactDialog({ contact, first, onDelete, onClose }: Props) {
         saving.current = true;
         try {
             await (contact ? api.changeContact(contact.id, values) : api.addContact(values));
-            saved.current = true;
+            failures.settle("contact");
+            onSaved();
             dialog.current?.close();
         } catch (error) {
-            setRefusal((error as Error).message);
+            if (dialog.current?.open) {
+                setRefusal(reasonOf(error));
+            } else {
+                failures.tell("contact", "The contact was not saved", error);
+            }
         }
         saving.current = false;
     };
     return (
-        <dialog ref={dialog} aria-labelledby="contact-title" data-test="contact-dialog" onClose={() => onClose(saved.current)}>
+        <dialog ref={dialog} aria-labelledby="contact-title" data-test="contact-dialog" onClose={onClose}>
             <h2 id="contact-title">{contact ? "Change the contact" : "New contact"}</h2>
             <form
                 onSubmit={(event) => {
@@ -70,7 +78,7 @@ export function ContactDialog({ contact, first, onDelete, onClose }: Props) {
                     </label>
                 ))}
                 <p class="refusal" role="alert">
-                    {refusal && `Not saved: ${refusal}.`}
+                    {refusal && `Not saved: ${refusal}`}
                 </p>
                 <div class="dialog-actions">
                     <button type="submit" class="main-button">

@@ -1,37 +1,12 @@
 import { useEffect, useState } from "preact/hooks";
-import { api } from "../api/client";
 import { numberFields, type Contact } from "../api/types";
-import { contactImport, deletions, failures } from "../state/app";
+import { contactImport, deletions } from "../state/app";
 import { useStore } from "../state/Store";
 import { fullName, plural } from "../text/names";
 import { ContactDialog } from "./ContactDialog";
 import { ImportButton } from "./ImportButton";
 import { ImportResult } from "./ImportResult";
-
-const atOnce = 200;
-
-/** What the phonebook has for a text; asked a moment after the reader has stopped typing. */
-function useContacts(search: string, version: number) {
-    const [found, setFound] = useState<{ total: number; contacts: Contact[] }>();
-    useEffect(() => {
-        let current = true;
-        const timer = window.setTimeout(() => {
-            api.contacts(search.trim(), atOnce).then(
-                (answer) => {
-                    failures.settle("contacts");
-                    return current && setFound(answer);
-                },
-                (error: unknown) => current && failures.tell("contacts", "The contacts could not be read", error),
-            );
-        }, 150);
-        return () => {
-            current = false;
-            window.clearTimeout(timer);
-        };
-    }, [search, version]);
-    const contacts = found?.contacts.filter((each) => !deletions.isHidden("contacts", each.id));
-    return found && contacts && { contacts, total: found.total - (found.contacts.length - contacts.length) };
-}
+import { useContacts } from "./useContacts";
 
 export function ContactsView() {
     const [search, setSearch] = useState("");
@@ -108,10 +83,8 @@ export function ContactsView() {
                 <ContactDialog
                     {...dialog}
                     {...(dialog.contact && { onDelete: () => deletions.add("contacts", [dialog.contact?.id ?? ""]) })}
-                    onClose={(changed) => {
-                        setDialog(undefined);
-                        setVersion(changed ? version + 1 : version);
-                    }}
+                    onSaved={() => setVersion((count) => count + 1)}
+                    onClose={() => setDialog(undefined)}
                 />
             )}
         </div>

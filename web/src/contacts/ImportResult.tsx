@@ -17,11 +17,10 @@ function told(state: ImportState): string {
     if (!state.failure) {
         return `${state.file}: ${counts}.`;
     }
-    const why = state.failure.replace(/\.?$/, ".");
     if (state.sent === 0) {
-        return `${state.file} was not imported: ${why}`;
+        return `${state.file} was not imported: ${state.failure}`;
     }
-    return `The import of ${state.file} stopped: ${why} The journal has taken ${of}. Import the file again for the rest: no contact is added twice.`;
+    return `The import of ${state.file} stopped: ${state.failure} The journal has taken ${of}. Import the file again for the rest: no contact is added twice.`;
 }
 
 /** How far an import is, and what came of it. */

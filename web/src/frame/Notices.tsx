@@ -15,7 +15,7 @@ export function Notices() {
             {failed.map(([work, text]) => (
                 <p key={work} class="notice" data-test="failure">
                     {text}{" "}
-                    <button type="button" onClick={() => failures.settle(work)}>
+                    <button type="button" onClick={() => failures.dismiss(work)}>
                         Dismiss
                     </button>
                 </p>

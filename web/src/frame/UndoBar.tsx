@@ -6,12 +6,17 @@ function isText(target: EventTarget | null): boolean {
     return target instanceof HTMLElement && (target.matches("input:not([type=checkbox]), textarea, select") || target.isContentEditable);
 }
 
+/** With Caps Lock too; on a keyboard whose letters are no Latin ones, the key in z's place. */
+function isUndo({ key, code, ctrlKey, metaKey, shiftKey }: KeyboardEvent): boolean {
+    return (ctrlKey || metaKey) && !shiftKey && (key.toLowerCase() === "z" || (code === "KeyZ" && key > "~"));
+}
+
 /** What was deleted a moment ago, and the way back. */
 export function UndoBar() {
     const count = useStore(deletions).count();
     useEffect(() => {
         const undo = (event: KeyboardEvent) => {
-            if (event.key === "z" && (event.ctrlKey || event.metaKey) && !isText(event.target) && deletions.count() > 0) {
+            if (isUndo(event) && !isText(event.target) && deletions.count() > 0) {
                 event.preventDefault();
                 deletions.undo();
             }

@@ -8,7 +8,9 @@ const texts: Record<ListName, { title: string; text: string }> = {
     received: { title: "No received calls", text: "Calls that you answer appear here when they are over." },
     forwarded: {
         title: "No forwarded calls",
-        text: "Calls that the switch sends on to somebody else appear here, if the phone's setting server-based-features is true.",
+        text:
+            "Calls that the switch sends on to somebody else appear here, if the phone's setting server-based-features is true. " +
+            "This command sets it: calljournal settings server-based-features true",
     },
     callbacks: { title: "No callbacks", text: "Ask the switch for a callback when a line is busy or nobody answers: it stands here until it is over." },
 };

@@ -2,11 +2,11 @@ import { useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import type { Contact, Entry, ListName } from "../api/types";
 import { ContactDialog } from "../contacts/ContactDialog";
-import { journal } from "../state/app";
 import { fullName, plural, titleOf } from "../text/names";
-import { fullTime } from "../text/times";
+import { dateLanguage, fullTime } from "../text/times";
 import { callbackText } from "./callbacks";
 import { OccurrenceList } from "./OccurrenceList";
+import { useOpened } from "./useLookedAt";
 
 interface Props {
     list: ListName;
@@ -39,14 +39,22 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
     const [version, setVersion] = useState(0);
     const contact = useContactWith(entry.number, version);
-    useLayoutEffect(() => {
-        heading.current?.focus();
-        if (entry.viewed === false && document.visibilityState === "visible") {
-            journal.markViewed([entry.entryId]);
+    const asking = useRef(false);
+    useLayoutEffect(() => heading.current?.focus(), []);
+    useOpened(entry);
+
+    /** The contact may not be known here yet, or not any more. */
+    const openDialog = async () => {
+        if (!asking.current) {
+            asking.current = true;
+            const known = await api.contactWith(entry.number).catch(() => contact);
+            asking.current = false;
+            setDialog(known ? { contact: known } : {});
         }
-    }, []);
+    };
     const title = titleOf(entry);
     const calls = entry.occurrences ?? [];
+    const waiting = callbackText(entry);
     return (
         <section
             class="details"
@@ -69,7 +77,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             {fullName(entry) && entry.number && <p class="details-number">{entry.number}</p>}
             <div class="details-actions">
                 {entry.number && (
-                    <button type="button" data-test="add-contact" onClick={() => setDialog(contact ? { contact } : {})}>
+                    <button type="button" data-test="add-contact" onClick={() => void openDialog()}>
                         {contact ? "Change the contact" : "Add to contacts"}
                     </button>
                 )}
@@ -79,7 +87,11 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             </div>
             {list === "callbacks" ? (
                 <p>
-                    Callback {callbackText(entry)}, asked for on <time dateTime={entry.time}>{fullTime(entry.time)}</time>.
+                    Callback asked for on{" "}
+                    <time lang={dateLanguage} dateTime={entry.time}>
+                        {fullTime(entry.time)}
+                    </time>
+                    {waiting && ` (${waiting})`}.
                 </p>
             ) : (
                 <>
@@ -91,10 +103,8 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
                 <ContactDialog
                     {...dialog}
                     first={{ firstName: entry.firstName, surname: entry.surname, office: entry.number }}
-                    onClose={() => {
-                        setDialog(undefined);
-                        setVersion(version + 1);
-                    }}
+                    onSaved={() => setVersion((count) => count + 1)}
+                    onClose={() => setDialog(undefined)}
                 />
             )}
         </section>

@@ -1,15 +1,11 @@
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import type { Entry, ListName } from "../api/types";
 import { keyOf } from "../state/entries";
-import { titles } from "../state/route";
+import { listLabel } from "../state/route";
 import { EntryRow } from "./EntryRow";
 import { useLookedAt } from "./useLookedAt";
+import { useRowHeight } from "./useRowHeight";
 import { useWindow } from "./useWindow";
-
-/** Every row is 3.75rem high, so that it grows with the reader's font; this is the same in pixels. */
-function measuredRowHeight(): number {
-    return 3.75 * parseFloat(getComputedStyle(document.documentElement).fontSize);
-}
 
 interface Props {
     list: ListName;
@@ -29,9 +25,9 @@ const steps: Record<string, number> = { ArrowDown: 1, ArrowUp: -1, PageDown: 8, 
  */
 export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, onDelete }: Props) {
     const box = useRef<HTMLDivElement>(null);
-    const [rowHeight] = useState(measuredRowHeight);
+    const rowHeight = useRowHeight(box);
     const [active, setActive] = useState({ key: "", index: 0 });
-    const anchor = useRef({ key: "", index: 0 });
+    const anchor = useRef({ key: "", top: 0 });
     const [focus, setFocus] = useState<string>();
     const { first, last } = useWindow(box, rowHeight, entries.length);
     useLookedAt(box, entries, rowHeight);
@@ -39,7 +35,8 @@ export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, 
     const known = entries.findIndex((each) => keyOf(each) === active.key);
     const index = known >= 0 ? known : Math.min(active.index, entries.length - 1);
 
-    // What the reader sees at the top stays there when calls come in or go above it. Runs after every rendering, so after every scrolled row.
+    // What the reader sees at the top stays there when calls come in or go above it, or the rows become higher. Runs after every rendering, so
+    // after every scrolled row.
     useLayoutEffect(() => {
         const element = box.current;
         if (!element) {
@@ -47,11 +44,11 @@ export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, 
         }
         const now = entries.findIndex((each) => keyOf(each) === anchor.current.key);
         if (element.scrollTop > 0 && now >= 0) {
-            element.scrollTop += (now - anchor.current.index) * rowHeight;
+            element.scrollTop += now * rowHeight - anchor.current.top;
         }
         const top = Math.min(Math.floor(element.scrollTop / rowHeight), entries.length - 1);
         const entry = entries[top];
-        anchor.current = { key: entry ? keyOf(entry) : "", index: top };
+        anchor.current = { key: entry ? keyOf(entry) : "", top: top * rowHeight };
     });
     useLayoutEffect(() => {
         if (focus) {
@@ -96,7 +93,7 @@ export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, 
     }
     return (
         <div class="rows-box" ref={box} data-test="rows">
-            <ul class="rows" aria-label={`${titles[list]} calls`} style={{ height: `${entries.length * rowHeight}px` }} onKeyDown={press}>
+            <ul class="rows" aria-label={listLabel(list)} style={{ height: `${entries.length * rowHeight}px` }} onKeyDown={press}>
                 {shown.map(({ entry, at }) => (
                     <EntryRow
                         key={keyOf(entry)}

@@ -1,6 +1,6 @@
 import type { Entry, ListName } from "../api/types";
 import { fullName, plural, titleOf } from "../text/names";
-import { briefTime, durationText, fullTime } from "../text/times";
+import { briefTime, dateLanguage, durationText, fullTime } from "../text/times";
 import { callbackText } from "./callbacks";
 
 interface Props {
@@ -61,7 +61,7 @@ export function EntryRow({ list, entry, index, count, top, isActive, isSelected,
                     {isNew && <span class="row-badge">new</span>}
                     <bdi>{title}</bdi>
                 </span>
-                <time class="row-time" dateTime={entry.time} title={fullTime(entry.time)}>
+                <time class="row-time" lang={dateLanguage} dateTime={entry.time} title={fullTime(entry.time)}>
                     {briefTime(entry.time)}
                 </time>
                 <span class="row-facts">{facts(list, entry)}</span>

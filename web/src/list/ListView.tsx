@@ -2,7 +2,7 @@ import { useState } from "preact/hooks";
 import type { Entry, ListName } from "../api/types";
 import { deletions, journal, route, shownEntries } from "../state/app";
 import { keyOf } from "../state/entries";
-import { titles } from "../state/route";
+import { listLabel } from "../state/route";
 import { useStore } from "../state/Store";
 import { plural } from "../text/names";
 import { matcher } from "../text/search";
@@ -44,7 +44,7 @@ export function ListView({ list }: { list: ListName }) {
 
     return (
         <div class={open ? "list-view list-view-open" : "list-view"}>
-            <section class="list-side" aria-label={`${titles[list]} calls`}>
+            <section class="list-side" aria-label={listLabel(list)}>
                 <ListTools search={search} onSearch={setSearch} found={found.length} chosen={chosen.length} onDelete={removeSeveral} />
                 <p class="only-heard" role="status">
                     {search.trim() && `${plural(found.length, "entry", "entries")} found`}

@@ -1,5 +1,5 @@
 import type { Occurrence } from "../api/types";
-import { durationText, fullTime } from "../text/times";
+import { dateLanguage, durationText, fullTime } from "../text/times";
 
 /** What is worth saying of a call besides its time; pairs of name and value. */
 function factsOf(call: Occurrence): [string, string][] {
@@ -22,7 +22,9 @@ export function OccurrenceList({ calls }: { calls: readonly Occurrence[] }) {
         <ol class="calls" data-test="calls">
             {calls.map((call, index) => (
                 <li key={`${call.time} ${calls.length - index}`}>
-                    <time dateTime={call.time}>{fullTime(call.time)}</time>
+                    <time lang={dateLanguage} dateTime={call.time}>
+                        {fullTime(call.time)}
+                    </time>
                     <dl>
                         {factsOf(call).map(([name, value]) => (
                             <div key={name}>

@@ -1,6 +1,6 @@
 import type { Entry } from "../api/types";
 
-const types: Record<string, string> = { onBusy: "when no longer busy", onNoReply: "after the next call", onRequest: "as asked for" };
+const types: Record<string, string> = { onBusy: "when no longer busy", onNoReply: "after the next call" };
 
 /** "requested, when no longer busy" */
 export function callbackText(entry: Entry): string {

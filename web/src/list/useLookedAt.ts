@@ -1,5 +1,5 @@
 import type { RefObject } from "preact";
-import { useEffect, useRef } from "preact/hooks";
+import { useEffect, useLayoutEffect, useRef } from "preact/hooks";
 import type { Entry } from "../api/types";
 import { journal } from "../state/app";
 import { seenPart } from "./useWindow";
@@ -35,4 +35,20 @@ export function useLookedAt(box: RefObject<HTMLElement>, entries: readonly Entry
         const timer = window.setInterval(look, 500);
         return () => window.clearInterval(timer);
     }, [box, rowHeight]);
+}
+
+/** Marks an entry that is open as viewed: when it is opened or gets a further call, or else when its window is shown. */
+export function useOpened(entry: Entry): void {
+    const latest = useRef(entry);
+    latest.current = entry;
+    useLayoutEffect(() => {
+        const look = () => {
+            if (latest.current.viewed === false && document.visibilityState === "visible") {
+                journal.markViewed([latest.current.entryId]);
+            }
+        };
+        look();
+        document.addEventListener("visibilitychange", look);
+        return () => document.removeEventListener("visibilitychange", look);
+    }, [entry.entryId]);
 }

@@ -1,3 +1,4 @@
+import { dateLanguage } from "../text/times";
 import type { Day } from "./callTimes";
 
 const dayName = new Intl.DateTimeFormat(undefined, { weekday: "long", day: "numeric", month: "long" });
@@ -25,9 +26,11 @@ export function TimesTable({ days }: { days: readonly Day[] }) {
             <tbody>
                 {busy.map((day) => (
                     <tr key={day.date.getTime()}>
-                        <th scope="row">{dayName.format(day.date)}</th>
+                        <th scope="row" lang={dateLanguage}>
+                            {dayName.format(day.date)}
+                        </th>
                         <td>{day.total}</td>
-                        <td>{hoursText(day)}</td>
+                        <td lang={dateLanguage}>{hoursText(day)}</td>
                     </tr>
                 ))}
             </tbody>

@@ -2,7 +2,6 @@ import { useEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import type { ListName, Quarter } from "../api/types";
 import { failures, journal } from "../state/app";
-import { isUnreachable } from "../state/Failures";
 import { useStore } from "../state/Store";
 import { firstDay } from "./callTimes";
 
@@ -31,9 +30,7 @@ export function useQuarters(): Quarter[] | undefined {
             setFailed(0);
             failures.settle("times");
         } catch (error) {
-            if (failed === 0 && !isUnreachable(error)) {
-                failures.tell("times", "The calls could not be counted", error);
-            }
+            failures.tellOnce("times", "The calls could not be counted", error);
             setFailed((count) => count + 1);
         }
     };

@@ -29,9 +29,7 @@ export function SettingRow({ setting, value, refusal, onChange }: Props) {
                         const on = event.currentTarget.checked;
                         // The journal has the last word; until then the switch stays.
                         event.currentTarget.checked = value === setting.on;
-                        if (on || !setting.offWarning || window.confirm(setting.offWarning)) {
-                            onChange(on);
-                        }
+                        onChange(on);
                     }}
                 />
                 {setting.title}

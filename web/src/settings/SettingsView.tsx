@@ -1,6 +1,7 @@
-import { useState } from "preact/hooks";
+import { useRef, useState } from "preact/hooks";
 import { ApiError } from "../api/client";
 import { settings } from "../state/app";
+import { reasonOf } from "../state/Failures";
 import { useStore } from "../state/Store";
 import { KeysHelp } from "./KeysHelp";
 import { SettingRow, type Setting } from "./SettingRow";
@@ -39,14 +40,21 @@ function explained(error: unknown, key: string): string {
     if (rejection) {
         return `The journal does not take this value: ${rejection.text}`;
     }
-    return `Not changed: ${(error as Error).message}`;
+    return `Not changed: ${reasonOf(error)}`;
 }
 
 export function SettingsView() {
     const { values } = useStore(settings);
     const [refusals, setRefusals] = useState<Record<string, string>>({});
 
+    const changing = useRef(false);
+
     const change = async (setting: Setting, on: boolean) => {
+        // A second press would set what the first one sets.
+        if (changing.current || (!on && setting.offWarning && !window.confirm(setting.offWarning))) {
+            return;
+        }
+        changing.current = true;
         try {
             await settings.change(setting.key, on ? setting.on : setting.off);
             setRefusals({});
@@ -54,6 +62,7 @@ export function SettingsView() {
             setRefusals({ [setting.key]: explained(error, setting.key) });
             await settings.read();
         }
+        changing.current = false;
     };
     return (
         <div class="view">

@@ -1,7 +1,7 @@
 import { api, ApiError } from "../api/client";
 import type { ImportAnswer } from "../api/types";
 import { decoded, formatOf, partsOf, textOf, type FileFormat, type Note, type Part } from "../contacts/importParts";
-import type { Failures } from "./Failures";
+import { reasonOf, type Failures } from "./Failures";
 import { Store } from "./Store";
 
 interface ImportNote extends Note {
@@ -20,7 +20,7 @@ export interface ImportState {
     unchanged: number;
     skipped: number;
     notes: ImportNote[];
-    /** Why it ended before its time; empty otherwise. */
+    /** Why it ended before its time, as a sentence's end; empty otherwise. */
     failure: string;
 }
 
@@ -36,8 +36,10 @@ export class ContactImport extends Store {
 
     async run(file: File): Promise<void> {
         if (this.state?.running) {
+            this.failures.tell("import", `${file.name} was not imported`, new Error("another file is being imported, wait for its end"));
             return;
         }
+        this.failures.settle("import");
         const none = { total: 0, sent: 0, added: 0, changed: 0, unchanged: 0, skipped: 0, failure: "" };
         const state: ImportState = { file: file.name, running: true, ...none, notes: [] };
         this.state = state;
@@ -92,6 +94,6 @@ export class ContactImport extends Store {
         if (error instanceof ApiError && error.status === 401) {
             this.failures.tell("import", "Not imported", error);
         }
-        state.failure = error instanceof DOMException ? "the file cannot be read" : (error as Error).message;
+        state.failure = error instanceof DOMException ? "the file cannot be read." : reasonOf(error);
     }
 }

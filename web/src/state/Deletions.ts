@@ -8,6 +8,8 @@ import { Store } from "./Store";
 export type Place = ListName | "contacts";
 
 const undoTime = 7000;
+/** A timer as late as this may have slept with the machine, and the event stream with it. */
+const lateness = 2000;
 /** With more than this, what was deleted before becomes final at once. */
 const mostWaiting = 300;
 /** A browser that leaves a page still sends bodies of 64 KiB, all requests together. */
@@ -33,6 +35,7 @@ export class Deletions extends Store {
     private readonly asked = new Map<Place, Set<string>>();
     private room = mostLeaving;
     private timer: number | undefined;
+    private due = Infinity;
 
     constructor(
         private readonly journal: Journal,
@@ -82,23 +85,26 @@ export class Deletions extends Store {
     /** While somebody is about to undo, time stands still. */
     pause(): void {
         window.clearTimeout(this.timer);
+        this.due = Infinity;
     }
 
     resume(): void {
         this.pause();
         if (this.waiting.size > 0) {
+            this.due = Date.now() + undoTime;
             this.timer = window.setTimeout(() => this.finish(), undoTime);
         }
     }
 
     private finish(): void {
+        const slept = Date.now() > this.due + lateness;
         this.pause();
         for (const [place, batch] of this.waiting) {
             this.waiting.delete(place);
             if (place === "contacts") {
                 batch.ids.forEach((id) => void this.ask(place, [id], () => api.deleteContact(id, true)));
             } else {
-                void this.deleteEntries(place, batch);
+                void this.deleteEntries(place, slept ? { ...batch, whole: false } : batch);
             }
         }
         this.changed();

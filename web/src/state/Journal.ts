@@ -2,7 +2,7 @@ import { api } from "../api/client";
 import { listNames, type Change, type Entry, type ListName } from "../api/types";
 import { titleOf } from "../text/names";
 import { actions, applied } from "./entries";
-import { isUnreachable, type Failures } from "./Failures";
+import type { Failures } from "./Failures";
 import { Store } from "./Store";
 
 /** One list as the page has it. `late`: the changes that came while the list was being read; they may be newer than the answer. */
@@ -69,7 +69,9 @@ export class Journal extends Store {
     takeUnviewedCount(count: number): void {
         window.clearTimeout(this.counting);
         this.counting = window.setTimeout(() => {
-            if (this.entries("missed").filter((each) => each.viewed === false).length !== count) {
+            // A list that is just being read may come as it was before.
+            const { entries, reading } = this.held("missed");
+            if (reading || entries.filter((each) => each.viewed === false).length !== count) {
                 void this.read("missed");
             }
         }, 200);
@@ -83,9 +85,7 @@ export class Journal extends Store {
         api.markViewed(entryIds).then(
             () => this.failures.settle("viewed"),
             (error: unknown) => {
-                if (!isUnreachable(error)) {
-                    this.failures.tell("viewed", "Not marked as viewed", error);
-                }
+                this.failures.tellOnce("viewed", "Not marked as viewed", error);
                 void this.read("missed");
             },
         );
@@ -129,9 +129,7 @@ export class Journal extends Store {
             held.late.forEach((change) => this.apply(name, held, change));
         } catch (error) {
             held.reading = false;
-            if (!held.failed && !isUnreachable(error)) {
-                this.failures.tell(`read ${name}`, `The list “${name}” could not be read`, error);
-            }
+            this.failures.tellOnce(`read ${name}`, `The list “${name}” could not be read`, error);
             held.failed = true;
         }
         this.changed();

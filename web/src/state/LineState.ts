@@ -63,6 +63,7 @@ export class LineState extends Store {
                 return;
             }
             this.answers = false;
+            this.journal.live = false;
         }
         this.changed();
         window.setTimeout(() => void this.ask(), pause);

@@ -1,11 +1,13 @@
 import { api } from "../api/client";
-import { isUnreachable, type Failures } from "./Failures";
+import type { Failures } from "./Failures";
 import { Store } from "./Store";
 
 /** The journal's own settings, as the server told them last. They may be changed elsewhere, so they are read again with the lists. */
 export class Settings extends Store {
     values: Record<string, string> | undefined;
     private failed = false;
+    /** How many times they were read; answers may come in another order than they were asked for, and only the newest one counts. */
+    private reads = 0;
 
     constructor(private readonly failures: Failures) {
         super();
@@ -17,15 +19,21 @@ export class Settings extends Store {
     }
 
     async read(): Promise<void> {
+        const read = ++this.reads;
         try {
-            this.values = await api.settings();
+            const values = await api.settings();
+            if (read !== this.reads) {
+                return;
+            }
+            this.values = values;
             this.failed = false;
             this.failures.settle("settings");
         } catch (error) {
-            if (!this.failed && !isUnreachable(error)) {
-                this.failures.tell("settings", "The settings could not be read", error);
+            if (read !== this.reads) {
+                return;
             }
             this.failed = true;
+            this.failures.tellOnce("settings", "The settings could not be read", error);
         }
         this.changed();
     }
@@ -39,6 +47,7 @@ export class Settings extends Store {
     /** Throws what the server says against it. */
     async change(key: string, value: string): Promise<void> {
         this.values = await api.changeSetting(key, value);
+        void this.read(); // What was asked for before may not have the change.
         this.changed();
     }
 }

@@ -15,6 +15,11 @@ export const titles: Record<View, string> = {
     settings: "Settings",
 };
 
+/** What a list is called where no title stands above it. */
+export function listLabel(list: ListName): string {
+    return list === "callbacks" ? titles[list] : `${titles[list]} calls`;
+}
+
 export function isList(view: View): view is ListName {
     return (listNames as readonly string[]).includes(view);
 }

@@ -1,25 +1,29 @@
 import type { Entry } from "../api/types";
 import { fullName } from "./names";
 
-/** Without capitals and accents: "muller" finds "Müller". */
+/** As the server compares: without capitals and accents, "ss" for "ß". Capitals again, as some small letters have the same one. */
 function plain(text: string): string {
-    return text.normalize("NFD").replace(/\p{M}/gu, "").toLowerCase();
+    return text.normalize("NFKD").toLowerCase().toUpperCase().replace(/\p{M}/gu, "");
 }
 
-function digits(text: string): string {
-    return text.replace(/[\s()/.-]/g, "");
+/** Without what numbers are written apart with. */
+function joined(number: string): string {
+    return number.replace(/[\s()/.-]/g, "");
 }
 
 /** Whether the text is a part of the entry's name or of one of its numbers. */
 export function matcher(text: string): (entry: Entry) => boolean {
     const wanted = plain(text.trim());
-    const number = digits(wanted);
+    const number = joined(wanted);
     if (!wanted) {
         return () => true;
     }
-    return (entry) =>
-        plain(fullName(entry)).includes(wanted) ||
-        (number !== "" &&
-            (entry.number.includes(number) ||
-                (entry.occurrences ?? []).some((call) => call.number.includes(number) || call.connectedNumber.includes(number))));
+    return (entry) => {
+        if (plain(fullName(entry)).includes(wanted)) {
+            return true;
+        }
+        const calls = entry.occurrences ?? [];
+        const numbers = new Set([entry.number, ...calls.flatMap((call) => [call.number, call.connectedNumber])]);
+        return number !== "" && [...numbers].some((each) => joined(plain(each)).includes(number));
+    };
 }

@@ -5,6 +5,9 @@ const weekday = new Intl.DateTimeFormat(undefined, { weekday: "short", hour: "nu
 const shortDay = new Intl.DateTimeFormat(undefined, { dateStyle: "medium" });
 const full = new Intl.DateTimeFormat(undefined, { dateStyle: "full", timeStyle: "medium" });
 
+/** The language of these dates, which need not be the page's. */
+export const dateLanguage = full.resolvedOptions().locale;
+
 export function dayStart(time: Date, daysLater = 0): Date {
     return new Date(time.getFullYear(), time.getMonth(), time.getDate() + daysLater);
 }
