@@ -37,7 +37,12 @@ class Journal:
 
     def __init__(self, path):
         self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        self._socket.connect(path)
+        try:
+            self._socket.connect(path)
+        except OSError as error:
+            self._socket.close()
+            raise JournalError("no journal answers at %s (%s): start `calljournal serve`, or name its directory with --data"
+                               % (path, error.strerror)) from error
         self._stream = self._socket.makefile("rb")
         self._last_id = 0
         self._notifications = collections.deque()

@@ -123,7 +123,8 @@ class ClientCommandsTest(ProgramTest):
             done = subprocess.run([*client, *arguments], capture_output=True, text=True, timeout=LIMIT)
             return done.returncode, done.stdout.splitlines(), done.stderr
 
-        self.assertEqual(run("list", "missed")[0], 1)
+        status, _, errors = run("list", "missed")
+        self.assertEqual((status, errors.partition(" at ")[0]), (1, "journal_client.py: no journal answers"))
         self.calls()
         self.done("contacts", "import", self.file("book.csv", "surname;firstName;office\nMüller;Ann;4711\n"))
         follower = subprocess.Popen([*client, "follow"], stdout=subprocess.PIPE, text=True)
