@@ -8,15 +8,17 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// What a client implements to be told of the changes of the journal. Two it is not told: that the missed or the received list
-/// is cleared as a whole, and that lists are loaded anew. Of missed items that were marked as viewed only the count is told.
+/// What a client implements to be told of the changes of the journal. It is not told that the missed or the received list
+/// was cleared as a whole, nor that lists were loaded for a subscriber or by `refreshCallLists`. Of missed items that
+/// were marked as viewed only the count is told.
 ///
 /// Threads: callbacks arrive one at a time, on whichever thread changed the journal, with the notifier's lock held
 /// and no list lock. From inside a callback an observer may read the lists; it must not subscribe, unsubscribe or
 /// change the journal there, and should not take long: the next call waits for it.
 ///
 /// In every list callback, `entryId` is empty except where the action says otherwise, and the item is
-/// default-constructed when the action carries none; but `dialledCallsUpdate` then carries the newest entry that there is.
+/// default-constructed when the action carries none; but `dialledCallsUpdate` carries the newest entry that is left with
+/// `eItemDeleted`, and with `eListChanged` where one is known.
 /// Where an action says "unique id", a callback, which has none, is named by its entry id.
 class JournalServiceObserverIfc {
 public:

@@ -19,7 +19,8 @@ class JournalServiceIfc;
 ///     (item, entryId), dialled    the same; the item is the newest that is left
 ///     (item, entryId, action)     the item is new or changed; `entryId` is the unique id of what it replaces
 ///
-/// `updateAll` and `updateAllExceptCallbacks` say of each list that it changed as a whole.
+/// Operations named after a count alone tell that count and nothing of the list. `updateAll` and
+/// `updateAllExceptCallbacks` say of each list that it changed as a whole.
 ///
 /// Threads: any thread may call. Callers hold no list lock: observers read the lists back, and so do the operations
 /// that count callbacks. `init` comes before everything else. New operations go to the end.

@@ -17,7 +17,7 @@ journalxml::ManagementAnswer askSettings(RemoteClient& client, const journalxml:
 
 bool isJournalOff(RemoteClient& client) {
     const auto answer = askSettings(client, {"call-log-enabled", std::nullopt});
-    return !answer.refused && answer.settings.front().value == "false";
+    return !answer.settings.empty() && answer.settings.front().value == "false";
 }
 
 }  // namespace host

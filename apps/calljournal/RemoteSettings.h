@@ -11,7 +11,7 @@ class RemoteClient;
 [[nodiscard]] journalxml::ManagementAnswer askSettings(RemoteClient& client,
                                                        const journalxml::ManagementRequest& request);
 
-/// Whether the running journal is switched off: it files no calls and its lists are empty. False when it does not say.
+/// Whether the running journal is switched off: its lists were emptied then. Throws as `askSettings`.
 [[nodiscard]] bool isJournalOff(RemoteClient& client);
 
 }  // namespace host

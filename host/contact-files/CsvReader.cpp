@@ -31,7 +31,6 @@ CsvReader::CsvReader(std::istream& stream) : m_rows(stream) {
         const std::string name = cleaned(cell);
         m_columns.push_back(fieldNamed(name));
         known = known || m_columns.back() != nullptr;
-        m_hasSource = m_hasSource || lower(name) == "source";
         if (m_columns.back() == nullptr) {
             m_remarks.push_back("the column \"" + name + "\" is unknown and left out");
         }
@@ -53,9 +52,6 @@ std::optional<ContactRecord> CsvReader::next() {
     ContactRecord record;
     record.line = row.line;
     record.remarks = std::exchange(m_remarks, {});
-    if (!m_hasSource) {
-        record.contact.setContactSource(Contact::eOrderedContactSource::ePersonal);
-    }
     if (row.damaged) {
         record.refusal = "a quotation mark is not closed";
         return record;

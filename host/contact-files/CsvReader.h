@@ -12,8 +12,7 @@
 namespace host {
 
 /// Reads contacts from a CSV file whose first row names the columns: the names of `contactFields`, capital and small letters
-/// alike, in any order. A column of another name is passed over, which the first record remarks. Without a column `source` the
-/// contacts are personal ones.
+/// alike, in any order. A column of another name is passed over, which the first record remarks.
 class CsvReader final : public ContactReader {
 public:
     /// Throws `ContactFileError` when no column has a name that is known.
@@ -29,7 +28,6 @@ private:
 
     CsvRows m_rows;
     std::vector<Column> m_columns;
-    bool m_hasSource = false;
     std::vector<std::string> m_remarks;
 };
 

@@ -47,10 +47,6 @@ bool isQuotedPrintable(const VCardLine& property) {
 
 }  // namespace
 
-VCardContact::VCardContact() {
-    m_contact.setContactSource(Contact::eOrderedContactSource::ePersonal);
-}
-
 void VCardContact::take(const VCardLine& property) {
     using Taker = void (VCardContact::*)(const VCardLine&);
     struct Entry {

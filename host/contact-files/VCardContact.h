@@ -26,8 +26,6 @@ public:
     static constexpr const char* kVoiceDial = "X-CALLJOURNAL-VOICE-DIAL";
     static constexpr const char* kSource = "X-CALLJOURNAL-SOURCE";
 
-    VCardContact();
-
     void take(const VCardLine& property);
     /// The record of the card that begins in that line. Once.
     [[nodiscard]] ContactRecord finish(std::size_t line);

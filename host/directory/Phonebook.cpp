@@ -97,11 +97,17 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
     std::optional<Contact> known = hasExternalId ? rows.findExternal(contact.getExternalId()) : std::nullopt;
     if (!known) {
         known = rows.findAlike(contact, hasExternalId);
-        if (!known) {
-            rows.insert(contact);
-            return Imported::eAdded;
+        if (known) {
+            fillIn(contact, *known);
         }
-        fillIn(contact, *known);
+    }
+    if (contact.getContactSource() == Contact::eOrderedContactSource::eUnknown) {
+        contact.setContactSource(known ? known->getContactSource()
+                                       : Contact::eOrderedContactSource::ePersonal);
+    }
+    if (!known) {
+        rows.insert(contact);
+        return Imported::eAdded;
     }
     contact.setUniqueId(known->getUniqueId());
     contact.setSearchNumber({});

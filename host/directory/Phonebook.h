@@ -58,7 +58,8 @@ public:
     ///
     /// A contact is known by its external id, and is then replaced as a whole. If it has none, or none of ours has that id,
     /// it is known by both names and its first number, and keeps the fields that the import has nothing for; a contact of
-    /// ours that goes by another external id is then somebody else.
+    /// ours that goes by another external id is then somebody else. A source that is unknown stays what it was; a new contact
+    /// is then a personal one.
     [[nodiscard]] std::optional<ImportCounts> import(const std::vector<Contact>& contacts);
     /// Replaces the contact with that unique id; false when there is none.
     [[nodiscard]] bool update(const Contact& contact);

@@ -91,6 +91,8 @@ HttpResponse ContactsResource::whoHas(const std::string& number) const {
     Json contacts = Json::array();
     if (m_phonebook.lookUpContact(contact)) {
         contacts.push_back(itemJson(contact));
+    } else if (!m_database.healthy()) {
+        throw databaseFailed();
     }
     return jsonAnswer({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
 }

@@ -55,6 +55,11 @@ std::string lowered(std::string text) {
     return text;
 }
 
+/// Of the names the library takes as well.
+asio::ip::address addressOf(const std::string& host) {
+    return host == "localhost" ? asio::ip::address_v4::loopback() : asio::ip::make_address(host);
+}
+
 HttpRequest requestOf(const restinio::request_t& from) {
     HttpRequest request;
     request.method = from.header().method().c_str();
@@ -153,8 +158,7 @@ class HttpServer::Engine {
 public:
     explicit Engine(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {
         try {
-            const asio::ip::tcp::endpoint address(asio::ip::make_address(settings.listen.host),
-                                                  settings.listen.port);
+            const asio::ip::tcp::endpoint address(addressOf(settings.listen.host), settings.listen.port);
             const asio::ip::tcp::acceptor trial(m_loop, address);  // with SO_REUSEADDR, as the server's own
         } catch (const std::exception& error) {
             throw cannotListen(error);

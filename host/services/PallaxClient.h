@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// A Pallax client that does not run unless its host says so (`calljournal` never does), registered as "PallaxServiceIfc". While it runs, the journal
-/// leaves the calls to it. Any thread may call.
+/// A Pallax client that does not run unless its host says so (`calljournal` never does), registered as
+/// "PallaxServiceIfc". While it runs, the journal leaves the calls to it. Any thread may call.
 class PallaxClient final : public Executable, public PallaxServiceIfc {
 public:
     void setRunning(bool running) noexcept { m_running = running; }

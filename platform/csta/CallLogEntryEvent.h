@@ -41,4 +41,7 @@ struct CallLogEntryEvent {
     std::string textF;
     _TFormat entryTimeFormat = eTimeIso8601;
     std::string entryTime;
+    /// Two more texts of the switch, which the journal does not use.
+    std::string furtherTextA;
+    std::string furtherTextB;
 };

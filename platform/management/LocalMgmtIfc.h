@@ -14,8 +14,8 @@ public:
     LocalMgmtIfc& operator=(const LocalMgmtIfc&) = delete;
     virtual ~LocalMgmtIfc() = default;
 
-    /// Makes `agent` the one that serves its own keys, known as `identifier` ("JournalMgmtId"). The agent is
-    /// borrowed until `unregisterAgent`. `version` is the agent's own, which a management may ignore. False when another agent has
+    /// Makes `agent` the one that serves its own keys, known as `identifier` ("JournalMgmtId"). The agent is borrowed
+    /// until `unregisterAgent`. `version` is the agent's own, which a management may ignore. False when another agent has
     /// the identifier.
     virtual bool registerAgent(const std::string& identifier, MgmtAgentIfc& agent, int version) = 0;
     /// Forgets the agent with everything that it observes; no notification reaches it afterwards.

@@ -27,8 +27,8 @@ namespace journal {
 
 class PhoneSettings;
 
-/// The five lists, and the contacts that came with them, with everything that clients may do to them. Every change is mirrored to the
-/// database, reported to a switch that keeps the call log, and told to the observers, in this order.
+/// The five lists, and the contacts that came with them, with everything that clients may do to them. Every change is
+/// mirrored to the database, reported to a switch that keeps the call log, and told to the observers, in this order.
 ///
 /// Threads: any. Changes are made and announced one at a time (`Change`), so that observers hear of them in the
 /// order in which they happened and the last count that they hear is the right one; observers and requests to the

@@ -52,7 +52,8 @@ class Service;
 namespace journal {
 
 /// Every part of the journal, made in dependency order: a part knows those above it in this list and none below; only
-/// `blindTransfer` is given the rules of cleared connections, which are made after it, by reference. The face owns one of these; a test may, without the face.
+/// `blindTransfer` is given the rules of cleared connections, which are made after it, by reference. The face owns one of
+/// these; a test may, without the face.
 struct JournalParts {
     /// What the parts need from outside; all of it is borrowed and outlives them.
     struct Outside {

@@ -193,6 +193,7 @@ void CallControlRulesSip::establishedIncoming(Call* call, const CSTAEstablishedE
     LOG_EVENTS(5, "%s():establish incoming call", "handleCSTAEstablishedEvent");
     m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(),
                  farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
+    call = m_parts.find(event);
     if (call != nullptr && followsTransferHere(*call) && event.getCallingDevice().isLocal()) {
         // The event names nobody as the caller: it tells that the new partner has answered.
         const CSTADevice partner = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());

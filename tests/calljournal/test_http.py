@@ -145,6 +145,7 @@ class HttpTest(ProgramTest):
             if "503" in each["responses"] and operation not in ("GET /api/v1/events", "GET /api/v1/settings"):
                 self.described(operation, 503, body={"PUT /api/v1/settings": '{"missed-logging": "0"}',
                                                      "PUT /api/v1/management/{key}": '{"value": "8"}'}.get(operation, GOOD.get(operation)))
+        self.assertEqual(self.ask("GET", "/api/v1/contacts?number=1")[0], 503)
         # The journal answers as long as the face is there.
         self.assertEqual(self.seen, {(name, status) for name, each in operations.items() for status in each["responses"]
                                      if status != "default"} - {("GET /api/v1/settings", "503")})

@@ -60,7 +60,6 @@ TEST(VCard, IsReadIntoTheFieldsOfAContact) {
         }
         Contact expected;
         ASSERT_TRUE(Contact::deserialize(row[1], expected));
-        expected.setContactSource(Contact::eOrderedContactSource::ePersonal);
         const auto records = recordsOf(ContactFormat::eVCard, card(properties));
         ASSERT_EQ(records.size(), 1U);
         EXPECT_EQ(records.front().contact, expected) << records.front().contact.serialize();

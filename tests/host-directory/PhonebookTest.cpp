@@ -209,7 +209,7 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
         surname=Lovelace;office=1;                                                  | unchanged | 4
         surname=Nobody;                                                             | added     | 5
         surname=Nobody;uniqueId=77;searchNumber=1;matchedKind=2;record=e,missed;    | unchanged | 5
-        surname=Known;office=2;mobile=3;externalId=k;                               | added     | 6
+        surname=Known;office=2;mobile=3;externalId=k;source=2;                      | added     | 6
         surname=Known;office=2;                                                     | unchanged | 6
         surname=Known;office=2;private=4;                                           | changed   | 6
         surname=Known;office=2;private=5;externalId=k;                              | changed   | 6
@@ -222,6 +222,12 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
     }
     EXPECT_EQ(whoHas("1"), "Lovelace 2");
     EXPECT_EQ(whoHas("3") + whoHas("4") + whoHas("5"), "Known 4") << "its id brings the whole contact";
+    const auto people = m_phonebook.list(0, 9);
+    std::string sources;
+    for (const Contact& each : people) {
+        sources += each.getSurname()[0] + std::to_string(static_cast<int>(each.getContactSource()));
+    }
+    EXPECT_EQ(sources, "K2L1M1M1M1N1") << "personal, unless another source is said or known";
 }
 
 TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {

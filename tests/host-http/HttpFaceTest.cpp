@@ -85,6 +85,7 @@ TEST_F(HttpFaceTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNo
     const host::Endpoint endpoint = m_face.start();
     EXPECT_EQ(m_journal.observers().size(), 2U);
     EXPECT_THROW(host::HttpFace(backend(), at(endpoint)), host::HttpServerError);
+    EXPECT_NO_THROW(host::HttpFace(backend(), at({"localhost", 0})));
 
     asio::io_context io;
     asio::ip::tcp::socket stream(io);

@@ -53,7 +53,7 @@ export function decoded(bytes: ArrayBuffer): string {
 
 /** Throws when the file is none of its format. Of a CSV file the journal says it. */
 export function partsOf(text: string, format: FileFormat): Split {
-    const rows = text.split("\n").map((each, index) => ({ line: index + 1, text: each }));
+    const rows = text.split(/\r\n|\r|\n/).map((each, index) => ({ line: index + 1, text: each }));
     if (format === "vcard") {
         if (!/BEGIN:VCARD/i.test(text)) {
             throw new Error("no card begins in it");

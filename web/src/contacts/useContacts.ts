@@ -11,27 +11,25 @@ const retryPause = 2000;
 export function useContacts(search: string, version: number) {
     const [found, setFound] = useState<{ total: number; contacts: Contact[] }>();
     const [failed, setFailed] = useState(0);
-    const pause = useRef(typingPause);
+    const failedBefore = useRef(0);
     useEffect(() => {
         let current = true;
+        const isRetry = failed !== failedBefore.current;
+        failedBefore.current = failed;
         const timer = window.setTimeout(() => {
             api.contacts(search.trim(), atOnce).then(
                 (answer) => {
                     failures.settle("contacts");
-                    if (current) {
-                        pause.current = typingPause;
-                        setFound(answer);
-                    }
+                    return current && setFound(answer);
                 },
                 (error: unknown) => {
                     if (current) {
                         failures.tellOnce("contacts", "The contacts could not be read", error);
-                        pause.current = retryPause;
                         setFailed((count) => count + 1);
                     }
                 },
             );
-        }, pause.current);
+        }, isRetry ? retryPause : typingPause);
         return () => {
             current = false;
             window.clearTimeout(timer);

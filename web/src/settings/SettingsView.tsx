@@ -47,14 +47,14 @@ export function SettingsView() {
     const { values } = useStore(settings);
     const [refusals, setRefusals] = useState<Record<string, string>>({});
 
-    const changing = useRef(false);
+    const changing = useRef(new Set<string>());
 
     const change = async (setting: Setting, on: boolean) => {
         // A second press would set what the first one sets.
-        if (changing.current || (!on && setting.offWarning && !window.confirm(setting.offWarning))) {
+        if (changing.current.has(setting.key) || (!on && setting.offWarning && !window.confirm(setting.offWarning))) {
             return;
         }
-        changing.current = true;
+        changing.current.add(setting.key);
         try {
             await settings.change(setting.key, on ? setting.on : setting.off);
             setRefusals({});
@@ -62,7 +62,7 @@ export function SettingsView() {
             setRefusals({ [setting.key]: explained(error, setting.key) });
             await settings.read();
         }
-        changing.current = false;
+        changing.current.delete(setting.key);
     };
     return (
         <div class="view">
