@@ -166,7 +166,8 @@ def run(journal, arguments):
         return 1 if unknown else 0
     elif arguments.command in ("contacts", "phonebook"):
         for entry in journal.contacts() if arguments.command == "contacts" else journal.phonebook(arguments.text):
-            print("%s %s  %s" % (text_of(entry, "Firstname"), text_of(entry, "Surname"), text_of(entry, "Office")))
+            texts = [text_of(entry, name) for name in ("Firstname", "Surname", "Company", "Office", "Mobile", "Private", "Office2")]
+            print("  ".join(filter(None, [" ".join(filter(None, texts[:2])), *texts[2:]])))
     else:
         journal.subscribe()
         for change in journal.notifications():

@@ -3,8 +3,11 @@
 #include <CLI/CLI.hpp>
 
 #include "apps/calljournal/EndpointOption.h"
+#include "host/config/ConfigurationError.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
+#include "host/management/SettingValues.h"
+#include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
@@ -14,12 +17,26 @@ std::string checkKeyAndValue(const std::string& text) {
     return equals == std::string::npos || equals == 0 ? text + " is not KEY=VALUE" : std::string();
 }
 
+/// Throws at a value that means nothing to its key, and warns of a key that nobody reads, which may be misspelt.
+void check(const Configuration::Keys& keys) {
+    for (const auto& [key, value] : keys) {
+        if (!isTaken(key, value)) {
+            throw ConfigurationError("management." + key + ": it takes " + std::string(valuesOf(key)) +
+                                     ", not " + value);
+        }
+        if (!isRead(key)) {
+            logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
+                      "nothing reads the setting %s; is it misspelt?", key.c_str());
+        }
+    }
+}
+
 }  // namespace
 
 void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
     app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
     addListenOption(app, "--listen", m_listen,
-                      "where the page and the API are, instead of the file's [127.0.0.1:8080]");
+                    "where the page and the API are, instead of the file's [127.0.0.1:8080]");
     if (withSwitch) {
         addPeerOption(app, "--switch", m_switch, "the switch, instead of the file's [127.0.0.1:4242]");
     }
@@ -47,6 +64,8 @@ Configuration ServeOptions::configure(const std::string& logLevel) const {
         configuration.set(each);
     }
     Log::configure(configuration.log.level, configuration.log.file);
+    check(configuration.management);
+    check(configuration.managementOverrides);
     return configuration;
 }
 

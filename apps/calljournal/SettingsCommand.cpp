@@ -9,6 +9,7 @@
 #include "apps/calljournal/SettingsText.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/faces/PlainText.h"
+#include "host/management/SettingValues.h"
 #include "host/remote/RemoteClient.h"
 
 namespace host {
@@ -44,7 +45,8 @@ private:
         if (m_json) {
             std::cout << refusalJson(refused) << std::endl;
         }
-        throw std::runtime_error(printable(refused.text) + (changes() ? "" : hint(common)));
+        const bool isUnknown = !changes() || !isRead(refused.key);
+        throw std::runtime_error(printable(refused.text) + (isUnknown ? hint(common) : ""));
     }
 
     [[nodiscard]] static std::string hint(const CommonOptions& common) {

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/logging/Logging.h"
+
 namespace host {
 namespace {
 
@@ -42,7 +44,9 @@ HttpResponse readFile(const std::filesystem::path& file, const std::string& name
 HttpResponse startText() {
     HttpResponse response;
     response.contentType = "text/plain; charset=utf-8";
-    response.body = "calljournal serves its API here; /api/v1/openapi.json describes it.\n";
+    response.body =
+        "The page is not built; ./run in the sources fetches what it needs and builds it.\n"
+        "calljournal serves its API here; /api/v1/openapi.json describes it.\n";
     return response;
 }
 
@@ -57,7 +61,11 @@ PageFiles::PageFiles(const std::filesystem::path& directory) {
             m_files.emplace(name, readFile(each->path(), name));
         }
     }
-    m_files.try_emplace(kStart, startText());
+    if (m_files.try_emplace(kStart, startText()).second) {
+        logAppUni("HTTP", __FILE_NAME__, 3, __LINE__,
+                  "the page is not built: nothing is in %s; ./run builds it",
+                  directory.lexically_normal().c_str());
+    }
 }
 
 const HttpResponse* PageFiles::find(const HttpRequest& request) const {

@@ -75,6 +75,12 @@ class CommandLineTest(ProgramTest):
         watcher.stdout.close()
         self.assertEqual(watcher.wait(LIMIT), 0)
 
+    def test_settings_that_mean_nothing_are_refused_or_warned_of(self):
+        self.assertIn("management.server-based-features: it takes true or false, not yes",
+                      self.refused("serve", "--switch", NOBODY, "--set", "server-based-features=yes"))
+        self.serve(NOBODY, "--set", "server-based-featres=true").logs("nothing reads the setting server-based-featres")
+        self.assertIn("there is no setting nosuch".lower(), self.refused("settings", "nosuch", "1").lower())
+
     def test_faults_in_files_are_named_with_their_place(self):
         config = self.file("faulty.toml", "[switch]\nhost = 7\n")
         scenario = self.file("faulty.txt", "wait 1s\nring nobody\n")

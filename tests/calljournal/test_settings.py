@@ -58,7 +58,7 @@ class SettingsTest(ProgramTest):
                          (1, {"rejected": {"missed-logging": {"code": 10, "text": reason}}}))
         self.assertIn("Data invalid for missed-logging: it takes 0 or 1", self.refuses("missed-logging", "perhaps"))
         for key, value, taken in (("server-based-features", "yes", "true or false"), ("bt-hw-state", "true", "on or off"),
-                                  ("sntp-tz-offset", "1h", "a number")):
+                                  ("sntp-tz-offset", "1h", "a number"), ("clear-calllog", "no", "true or false")):
             self.assertIn("The value for %s is not taken: it takes %s" % (key, taken), self.refuses(key, value))
         self.assertIn("call-log-enabled", self.refuses("call-log-enabled", "perhaps"))
         self.assertIn("There is no setting system-identifer", self.refuses("system-identifer", "2"))
