@@ -21,8 +21,9 @@ std::string checkKeyAndValue(const std::string& text) {
 void check(const Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
         if (!isTaken(key, value)) {
-            throw ConfigurationError("management." + key + ": it takes " + std::string(valuesOf(key)) +
-                                     ", not " + value);
+            std::string text = "management.";
+            text.append(key).append(": it takes ").append(valuesOf(key)).append(", not ").append(value);
+            throw ConfigurationError(text);
         }
         if (!isRead(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,

@@ -21,7 +21,7 @@ class SwitchCommand final : public Command {
 public:
     explicit SwitchCommand(CLI::App& app) {
         addListenOption(app, "--listen", m_listen,
-                          "where clients connect; port 0 takes a free one [127.0.0.1:4242]");
+                        "where clients connect; port 0 takes a free one [127.0.0.1:4242]");
         app.add_option("--scenario", m_scenario, "the calls to play [those of the demo]")->type_name("FILE");
         app.add_flag("--loop", m_loop, "start over when the scenario is over");
         app.add_option("--rate", m_rate, "stretch or shrink the waits to this many calls a second")
