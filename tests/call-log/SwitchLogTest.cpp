@@ -153,12 +153,12 @@ void hears(Line& line, const Entry& entry) {
 
 TEST(PrivateEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
     const struct {
-        int systemIdentifier;
-        bool ready;
-        int target;
-        const char* days;  // of three events
-        const char* daysAfterACall;
-        bool readyAfterACall;
+        int systemIdentifier = 0;
+        bool ready = false;
+        int target = 0;
+        const char* days = nullptr;  // of three events
+        const char* daysAfterACall = nullptr;
+        bool readyAfterACall = false;
         const char* type = softwareTypes::qorvex;
     } rows[] = {
         {0, false, 6, "4711:23,24,22", "4711:23,24,22", false},

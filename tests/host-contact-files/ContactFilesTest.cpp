@@ -125,7 +125,7 @@ TEST(ContactFile, ThatIsInAnotherFormatIsRefusedAsAWhole) {
 TEST(ContactFile, GivesBackWhatWasWrittenIntoIt) {
     EXPECT_TRUE(rc::check([] {
         const auto format = *rc::gen::element(ContactFormat::eVCard, ContactFormat::eCsv);
-        Contact contact = journaltest::some<Contact>();
+        auto contact = journaltest::some<Contact>();
         contact.setDefaultNumber(0);
         contact.setContactSource(*rc::gen::element(Contact::eOrderedContactSource::eUnknown,
                                                    Contact::eOrderedContactSource::eCompany));

@@ -108,12 +108,13 @@ private:
 /// answers what came back: "ok", with the id of a monitor that was started "ok M1"; "refused generic"; "another answer";
 /// "no answer".
 class LinkTest : public testing::Test {
-protected:
+public:
     ~LinkTest() override {
         link.reset();
         strand.drain();  // what the link posted before it ended
     }
 
+protected:
     /// Quick pauses, so that a test of many attempts is over soon.
     [[nodiscard]] static host::CstaLinkConfig configFor(unsigned short port) {
         host::CstaLinkConfig config;
