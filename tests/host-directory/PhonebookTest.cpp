@@ -56,7 +56,7 @@ protected:
 
 TEST_F(Phonebook, GivesAContactBackEqualWhateverBytesItHolds) {
     EXPECT_TRUE(rc::check([this] {
-        Contact contact = journaltest::some<Contact>();
+        auto contact = journaltest::some<Contact>();
         const auto uniqueId = m_phonebook.add(contact);
         RC_ASSERT(uniqueId);
         contact.setUniqueId(*uniqueId);

@@ -56,9 +56,11 @@ TEST(LineText, CutsALongTextAndSaysHowMuchIsMissing) {
 }
 
 class LogToFile : public testing::Test {
+public:
+    ~LogToFile() override { Log::configure("info", ""); }
+
 protected:
     LogToFile() { configure("info"); }
-    ~LogToFile() override { Log::configure("info", ""); }
 
     void configure(const char* level) { Log::configure(level, file()); }
     [[nodiscard]] std::string file() const { return m_directory.path() / "journal.log"; }
