@@ -4,6 +4,7 @@
 
 #include "platform/csta/CSTACallControlEvent.h"
 #include "platform/csta/CSTADevice.h"
+#include "src/JournalService/Log.h"
 #include "src/JournalService/PhoneSettings.h"
 #include "src/JournalServiceEvents/CallMap.h"
 #include "src/JournalServiceEvents/CallTracker.h"
@@ -37,6 +38,15 @@ struct CallControlParts {
                                    diverted.number, diverted.name, treatAsIncoming);
     }
 };
+
+/// Who calls whom, as the event says it.
+inline void logParties(const char* operation, const CSTACallControlEvent& event) {
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s", operation,
+               event.getConnectionCallID().c_str(), calling.number.c_str(), calling.name.c_str(),
+               called.number.c_str(), called.name.c_str());
+}
 
 /// The device as the far end of a call: empty when it is the phone itself.
 [[nodiscard]] inline CSTADevice farEnd(const CSTADevice& device) {

@@ -93,9 +93,7 @@ void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
-    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s", "handleCSTAQueuedEvent",
-               callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
-               called.name.c_str());
+    logParties("handleCSTAQueuedEvent", event);
     if (!followsCalls()) {
         return;
     }

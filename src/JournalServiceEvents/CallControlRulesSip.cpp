@@ -84,9 +84,7 @@ void CallControlRulesSip::queued(const CSTAQueuedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
-    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s", "handleCSTAQueuedEvent",
-               callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
-               called.name.c_str());
+    logParties("handleCSTAQueuedEvent", event);
     if (calling.isLocal()) {
         // The phone's own call waits at a group.
         m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
@@ -240,9 +238,7 @@ void CallControlRulesSip::failed(const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
-    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s", "handleCSTAFailedEvent",
-               callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
-               called.name.c_str());
+    logParties("handleCSTAFailedEvent", event);
     Call* const call = m_parts.find(event);
     const auto direction =
         call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
