@@ -1,15 +1,15 @@
 # How a room is built: a library or a program whose includes are all written from the root of the repository.
 
 # journal_configure_target(<target>)
-#   The root as include directory, our warnings, C++20.
+#   The root and include/ as include directories, our warnings, C++20.
 function(journal_configure_target target)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "INTERFACE_LIBRARY")
-        target_include_directories(${target} INTERFACE "${PROJECT_SOURCE_DIR}")
+        target_include_directories(${target} INTERFACE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
         target_compile_features(${target} INTERFACE cxx_std_20)
         return()
     endif()
-    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
     target_compile_features(${target} PUBLIC cxx_std_20)
     target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:journal_warnings>)
 endfunction()
@@ -87,10 +87,10 @@ function(journal_add_rooms)
 endfunction()
 
 # journal_add_remaining_rooms(<directory>)
-#   Adds the rooms directly inside the directory that nobody has added yet, in the order of their names.
+#   Adds the rooms below the directory that nobody has added yet, in the order of their names.
 function(journal_add_remaining_rooms parent)
     get_property(known GLOBAL PROPERTY JOURNAL_ROOMS)
-    file(GLOB lists CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/${parent}/*/CMakeLists.txt")
+    file(GLOB_RECURSE lists CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/${parent}/*/CMakeLists.txt")
     list(SORT lists)
     foreach(list_file IN LISTS lists)
         cmake_path(GET list_file PARENT_PATH room)

@@ -53,6 +53,7 @@ if(JOURNAL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
         "${CMAKE_COMMAND}" -E env
         CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
         CCACHE_NOHASHDIR=1
+        "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}"
         "${JOURNAL_CCACHE}")
     if(JOURNAL_PCH)
         if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

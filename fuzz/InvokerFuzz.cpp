@@ -4,8 +4,8 @@
 #include <deque>
 #include <string>
 
-#include "include/JournalService.h"
-#include "include/JournalServiceInvoker.h"
+#include "journalservice/JournalService.h"
+#include "journalservice/JournalServiceInvoker.h"
 #include "platform/framework/Context.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/hardware/HardwareVersion.h"

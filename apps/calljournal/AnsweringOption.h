@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/switch/SwitchSimulator.h"
+#include "host/switch/server/SwitchSimulator.h"
 
 namespace CLI {
 class App;

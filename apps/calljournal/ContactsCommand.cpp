@@ -18,8 +18,8 @@
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/contact-files/ContactWriter.h"
-#include "host/faces/ItemJson.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 

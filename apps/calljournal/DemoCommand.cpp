@@ -9,7 +9,7 @@
 #include "apps/calljournal/ServeOptions.h"
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/PlainText.h"
 
 namespace host {
 namespace {

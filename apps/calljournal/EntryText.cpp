@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "apps/calljournal/TextTable.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/PlainText.h"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "host/faces/ListName.h"
+#include "host/presentation/ListName.h"
 
 namespace host {
 

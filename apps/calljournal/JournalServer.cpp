@@ -15,7 +15,7 @@
 #include "host/remote/InvokerRouter.h"
 #include "host/remote/RemoteServer.h"
 #include "host/services/HardwareVariant.h"
-#include "include/JournalServiceIfc.h"
+#include "journalservice/JournalServiceIfc.h"
 #include "platform/journal-library/ManagementMessage.h"
 #include "platform/journal-library/PhonebookMessage.h"
 

@@ -3,10 +3,10 @@
 #include <deque>
 #include <nlohmann/json.hpp>
 
-#include "host/faces/ItemCsv.h"
-#include "host/faces/ItemJson.h"
-#include "host/faces/ItemSearch.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/ItemCsv.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/ItemSearch.h"
+#include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 #include "journal-items/Occurrences.h"

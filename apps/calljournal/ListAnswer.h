@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "apps/calljournal/ListTable.h"
-#include "host/faces/ListName.h"
+#include "host/presentation/ListName.h"
 #include "platform/journal-library/MethodId.h"
 
 namespace host {

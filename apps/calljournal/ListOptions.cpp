@@ -7,7 +7,7 @@
 #include <iostream>
 
 #include "apps/calljournal/Command.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/PlainText.h"
 
 namespace host {
 namespace {

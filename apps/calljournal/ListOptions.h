@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/faces/ListName.h"
+#include "host/presentation/ListName.h"
 
 namespace CLI {
 class App;

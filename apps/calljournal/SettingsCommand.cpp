@@ -8,8 +8,8 @@
 #include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/SettingsText.h"
 #include "apps/calljournal/TerminalWidth.h"
-#include "host/faces/PlainText.h"
 #include "host/management/SettingValues.h"
+#include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 
 namespace host {

@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "apps/calljournal/TextTable.h"
-#include "host/faces/ItemJson.h"
+#include "host/presentation/ItemJson.h"
 
 namespace host {
 

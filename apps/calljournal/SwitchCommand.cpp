@@ -11,8 +11,8 @@
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
-#include "host/switch/Scenario.h"
-#include "host/switch/SwitchSimulator.h"
+#include "host/switch/scenario/Scenario.h"
+#include "host/switch/server/SwitchSimulator.h"
 
 namespace host {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "host/faces/PlainText.h"
+#include "host/presentation/PlainText.h"
 
 namespace host {
 namespace {

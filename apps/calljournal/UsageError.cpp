@@ -6,7 +6,7 @@
 #include <numeric>
 #include <vector>
 
-#include "host/faces/PlainText.h"
+#include "host/presentation/PlainText.h"
 
 namespace host {
 namespace {

@@ -6,7 +6,7 @@
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/StopSignal.h"
 #include "apps/calljournal/WatchLine.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 #include "platform/journal-library/ClientAnswer.h"

@@ -4,9 +4,9 @@
 #include <type_traits>
 #include <variant>
 
-#include "host/faces/ChangeText.h"
-#include "host/faces/ItemJson.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/ChangeText.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/PlainText.h"
 
 namespace host {
 namespace {

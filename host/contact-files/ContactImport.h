@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "host/contact-files/ContactReader.h"
-#include "host/faces/ImportReport.h"
+#include "host/presentation/ImportReport.h"
 
 namespace host {
 

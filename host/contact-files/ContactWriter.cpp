@@ -6,8 +6,8 @@
 #include "host/contact-files/FileText.h"
 #include "host/contact-files/VCardContact.h"
 #include "host/contact-files/VCardLine.h"
-#include "host/faces/ContactFields.h"
-#include "host/faces/PlainText.h"
+#include "host/presentation/ContactFields.h"
+#include "host/presentation/PlainText.h"
 #include "platform/client-utils/Utf8.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 

@@ -7,7 +7,7 @@
 
 #include "host/contact-files/ContactReader.h"
 #include "host/contact-files/CsvRows.h"
-#include "host/faces/ContactFields.h"
+#include "host/presentation/ContactFields.h"
 
 namespace host {
 

@@ -6,8 +6,8 @@
 #include "host/data/ContactRows.h"
 #include "host/data/Database.h"
 #include "host/data/RowId.h"
-#include "host/faces/ContactFields.h"
-#include "host/faces/ItemSearch.h"
+#include "host/presentation/ContactFields.h"
+#include "host/presentation/ItemSearch.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
 namespace host {

@@ -8,13 +8,13 @@
 #include "host/contact-files/FileText.h"
 #include "host/data/Database.h"
 #include "host/directory/Phonebook.h"
-#include "host/faces/ContactFields.h"
-#include "host/faces/ItemJson.h"
 #include "host/http/ContactsImport.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
+#include "host/presentation/ContactFields.h"
+#include "host/presentation/ItemJson.h"
 
 namespace host {
 namespace {

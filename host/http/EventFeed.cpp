@@ -6,7 +6,7 @@
 #include <sstream>
 #include <utility>
 
-#include "host/faces/ItemJson.h"
+#include "host/presentation/ItemJson.h"
 
 namespace host {
 namespace {

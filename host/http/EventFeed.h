@@ -11,7 +11,7 @@
 
 #include "host/http/EventRing.h"
 #include "host/http/EventStream.h"
-#include "include/JournalServiceObserverIfc.h"
+#include "journalservice/JournalServiceObserverIfc.h"
 
 namespace host {
 

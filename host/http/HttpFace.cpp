@@ -12,7 +12,7 @@
 #include "host/http/RequestRoad.h"
 #include "host/http/SettingsResource.h"
 #include "host/http/TimesResource.h"
-#include "include/JournalServiceIfc.h"
+#include "journalservice/JournalServiceIfc.h"
 
 namespace host {
 

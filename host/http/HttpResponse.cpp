@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/faces/ItemJson.h"
 #include "host/http/HttpError.h"
+#include "host/presentation/ItemJson.h"
 
 namespace host {
 

@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
-#include "host/faces/ListName.h"
-#include "include/JournalServiceIfc.h"
+#include "host/presentation/ListName.h"
+#include "journalservice/JournalServiceIfc.h"
 
 /// The five lists of the journal behind one set of operations, so that whoever serves them writes the road once.
 namespace host::listaccess {

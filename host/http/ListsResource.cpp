@@ -3,13 +3,13 @@
 #include <deque>
 #include <nlohmann/json.hpp>
 
-#include "host/faces/ItemJson.h"
-#include "host/faces/ItemSearch.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/ListAccess.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/ItemSearch.h"
 
 namespace host {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/faces/ListName.h"
-#include "include/JournalServiceObserverIfc.h"
+#include "host/presentation/ListName.h"
+#include "journalservice/JournalServiceObserverIfc.h"
 
 namespace host {
 

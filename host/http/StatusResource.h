@@ -6,9 +6,9 @@
 #include <mutex>
 #include <string>
 
-#include "host/faces/ListName.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
+#include "host/presentation/ListName.h"
 
 class JournalServiceIfc;
 

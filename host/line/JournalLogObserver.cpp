@@ -1,6 +1,6 @@
 #include "host/line/JournalLogObserver.h"
 
-#include "host/faces/ChangeText.h"
+#include "host/presentation/ChangeText.h"
 #include "platform/logging/Logging.h"
 
 namespace host {

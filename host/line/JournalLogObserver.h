@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "include/JournalServiceObserverIfc.h"
+#include "journalservice/JournalServiceObserverIfc.h"
 
 namespace host {
 

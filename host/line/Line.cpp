@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "include/JournalServiceObserverSubscriptionIfc.h"
+#include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/management/MgmtAgentIfc.h"
 
 namespace host {

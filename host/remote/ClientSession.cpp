@@ -10,8 +10,8 @@
 #include <optional>
 #include <utility>
 
-#include "include/JournalServiceObserverIfc.h"
-#include "include/JournalServiceObserverSubscriptionIfc.h"
+#include "journalservice/JournalServiceObserverIfc.h"
+#include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/logging/Logging.h"
 

@@ -1,4 +1,4 @@
-#include "include/ContactGetterInvoker.h"
+#include "journalservice/ContactGetterInvoker.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "include/ContactGetterIfc.h"
 #include "journal-items/Contact.h"
+#include "journalservice/ContactGetterIfc.h"
 #include "platform/framework/Executable.h"
 #include "platform/framework/FrameworkContext.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/framework/Method.h"
 #include "platform/framework/ProtocolAdapter.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "src/JournalService/Log.h"
+#include "src/JournalService/base/Log.h"
 
 #define LOG_CONTACTS(level, ...) \
     JOURNAL_LOG_LINE("Journal Service Invoker", "./src/ContactGetterInvoker", level, __VA_ARGS__)

@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "include/ContactGetterInvoker.h"
+#include "journalservice/ContactGetterInvoker.h"
 
 /// A new `Invoker`, owned by the caller; null when there is no memory.
 extern "C" __attribute__((visibility("default"))) void* createContactGetterInvoker() noexcept {

@@ -1,7 +1,7 @@
 #include <new>
 
-#include "include/JournalServiceQorvexTel.h"
-#include "src/JournalService/Log.h"
+#include "journalservice/JournalServiceQorvexTel.h"
+#include "src/JournalService/base/Log.h"
 
 /// What the framework calls by name: a new journal service, owned by the framework, as a pointer at its `Service` base;
 /// null when there is no memory for one.

@@ -1,6 +1,6 @@
 #include "src/JournalService/JournalParts.h"
 
-#include "include/ObserverNotifierIfc.h"
+#include "journalservice/ObserverNotifierIfc.h"
 #include "platform/framework/Context.h"
 #include "platform/framework/Service.h"
 #include "platform/management/LocalMgmtIfc.h"

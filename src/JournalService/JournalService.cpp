@@ -1,13 +1,13 @@
-#include "include/JournalService.h"
+#include "journalservice/JournalService.h"
 
 #include <exception>
 #include <typeinfo>
 
-#include "include/ObserverNotifier.h"
+#include "journalservice/ObserverNotifier.h"
 #include "platform/csta/CSTAEvent.h"
 #include "platform/management/LocalMgmtIfc.h"
 #include "src/JournalService/JournalParts.h"
-#include "src/JournalService/Log.h"
+#include "src/JournalService/base/Log.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "include/JournalServiceInvoker.h"
-#include "include/JournalServiceObserverProxy.h"
+#include "journalservice/JournalServiceInvoker.h"
+#include "journalservice/JournalServiceObserverProxy.h"
 
 /// A new `Invoker`, owned by the caller; null when there is no memory.
 extern "C" __attribute__((visibility("default"))) void* createJournalServiceInvoker() noexcept {

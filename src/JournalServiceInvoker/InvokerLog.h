@@ -1,6 +1,6 @@
 #pragma once
 
-#include "src/JournalService/Log.h"
+#include "src/JournalService/base/Log.h"
 
 /// The remote interface.
 #define LOG_INVOKER(level, ...) \

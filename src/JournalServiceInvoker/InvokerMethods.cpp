@@ -4,9 +4,9 @@
 #include <set>
 #include <vector>
 
-#include "include/JournalServiceIfc.h"
-#include "include/JournalServiceObserverIfc.h"
-#include "include/JournalServiceObserverSubscriptionIfc.h"
+#include "journalservice/JournalServiceIfc.h"
+#include "journalservice/JournalServiceObserverIfc.h"
+#include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/framework/FrameworkContext.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/framework/Proxy.h"

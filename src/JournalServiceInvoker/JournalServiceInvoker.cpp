@@ -1,10 +1,10 @@
-#include "include/JournalServiceInvoker.h"
+#include "journalservice/JournalServiceInvoker.h"
 
 #include <cstddef>
 #include <exception>
 #include <string>
 
-#include "include/JournalServiceIfc.h"
+#include "journalservice/JournalServiceIfc.h"
 #include "platform/framework/Executable.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"

@@ -1,4 +1,4 @@
-#include "include/JournalServiceObserverProxy.h"
+#include "journalservice/JournalServiceObserverProxy.h"
 
 #include "platform/framework/ProxyRequest.h"
 #include "platform/journal-library/JournalServiceHelper.h"

@@ -1,4 +1,4 @@
-#include "include/JournalServiceQorvexTel.h"
+#include "journalservice/JournalServiceQorvexTel.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "src/JournalService/JournalParts.h"
-#include "src/JournalService/Log.h"
+#include "src/JournalService/base/Log.h"
 
 #define LOG_LOADING(level, ...) \
     JOURNAL_LOG_LINE("Journal Service", "./src/JournalServiceQorvexTel", level, __VA_ARGS__)

@@ -1,4 +1,4 @@
-#include "include/ObserverNotifier.h"
+#include "journalservice/ObserverNotifier.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 #include "platform/sync/CriticalSection.h"
 #include "platform/texts/SoftwareTypes.h"
-#include "src/JournalService/Log.h"
+#include "src/JournalService/base/Log.h"
 
 namespace {
 

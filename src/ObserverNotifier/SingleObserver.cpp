@@ -4,9 +4,9 @@
 #include <deque>
 #include <utility>
 
-#include "include/JournalServiceIfc.h"
-#include "include/ObserverNotifier.h"
-#include "src/JournalService/Log.h"
+#include "journalservice/JournalServiceIfc.h"
+#include "journalservice/ObserverNotifier.h"
+#include "src/JournalService/base/Log.h"
 
 #define LOG_UPDATE(...) JOURNAL_LOG_LINE("Journal Service Events", "./src/ObserverNotifier", 6, __VA_ARGS__)
 

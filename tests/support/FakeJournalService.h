@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "include/JournalServiceIfc.h"
+#include "journalservice/JournalServiceIfc.h"
 #include "platform/framework/Executable.h"
 
 namespace journaltest {

@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <variant>
 
-#include "include/JournalServiceIfc.h"
+#include "journalservice/JournalServiceIfc.h"
 
 namespace journaltest {
 

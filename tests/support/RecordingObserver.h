@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "include/JournalServiceObserverIfc.h"
+#include "journalservice/JournalServiceObserverIfc.h"
 #include "platform/journal-library/ObserverMessage.h"
 
 class JournalServiceIfc;

@@ -1,0 +1,87 @@
+#include "host/presentation/ChangeText.h"
+
+#include "host/presentation/PlainText.h"
+#include "journal-items/Occurrences.h"
+#include "journalservice/JournalServiceObserverIfc.h"
+
+namespace host {
+namespace {
+
+bool isCall(int action) {
+    return action == JournalServiceObserverIfc::eItemAdded ||
+           action == JournalServiceObserverIfc::eItemUpdated;
+}
+
+/// The sentences that say nothing of a call; `entry` is one ("missed call"), `entries` are many ("missed calls").
+std::string describeList(const std::string& entry, const std::string& entries, int action) {
+    switch (action) {
+        case JournalServiceObserverIfc::eItemDeleted: return "a " + entry + " was deleted";
+        case JournalServiceObserverIfc::eListCleared: return "the " + entries + " were cleared";
+        default: return "the " + entries + " changed";
+    }
+}
+
+template <typename Item>
+std::string partyOf(const Item& item) {
+    const auto& occurrences = occurrencesOf(item);
+    return partyText(item.getFirstname(), item.getSurname(),
+                     occurrences.empty() ? std::string() : occurrences.front().getNumber());
+}
+
+template <typename Item>
+std::string lastingText(const Item& item) {
+    const auto& occurrences = occurrencesOf(item);
+    const std::string duration = occurrences.empty() ? std::string() : occurrences.front().getDuration();
+    return duration.empty() ? std::string() : ", " + duration;
+}
+
+std::string counted(int count, const std::string& one, const std::string& many) {
+    return (count == 0 ? std::string("no") : std::to_string(count)) + " " + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+std::string describeChange(const MissedCallItem& item, int action) {
+    if (!isCall(action)) {
+        return describeList("missed call", "missed calls", action);
+    }
+    const std::string party = "missed call from " + partyOf(item);
+    // A call sets its item back to unviewed; only viewing leaves it viewed.
+    return item.getViewed() ? party + " was viewed" : party;
+}
+
+std::string describeChange(const DialledCallItem& item, int action) {
+    return isCall(action) ? "dialled " + partyOf(item) + lastingText(item)
+                          : describeList("dialled call", "dialled calls", action);
+}
+
+std::string describeChange(const ReceivedCallItem& item, int action) {
+    return isCall(action) ? "received call from " + partyOf(item) + lastingText(item)
+                          : describeList("received call", "received calls", action);
+}
+
+std::string describeChange(const ForwardedCallItem& item, int action) {
+    if (!isCall(action)) {
+        return describeList("forwarded call", "forwarded calls", action);
+    }
+    const auto& occurrences = item.getForwardedCallInfoList();
+    const std::string target =
+        occurrences.empty() ? std::string() : occurrences.front().getForwardedToNumber();
+    return "forwarded call from " + partyOf(item) + (target.empty() ? std::string() : " to " + target);
+}
+
+std::string describeChange(const CallBackItem& item, int action) {
+    return isCall(action)
+               ? "callback for " + partyText(item.getFirstname(), item.getSurname(), item.getNumber())
+               : describeList("callback", "callbacks", action);
+}
+
+std::string describeMissedCount(int count) {
+    return counted(count, "new missed call", "new missed calls");
+}
+
+std::string describeCallbackCount(int count) {
+    return counted(count, "callback", "callbacks");
+}
+
+}  // namespace host

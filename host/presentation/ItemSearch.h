@@ -1,0 +1,23 @@
+#pragma once
+
+#include "host/presentation/SearchText.h"
+#include "journal-items/CallBackItem.h"
+#include "journal-items/Contact.h"
+#include "journal-items/DialledCallItem.h"
+#include "journal-items/ForwardedCallItem.h"
+#include "journal-items/MissedCallItem.h"
+#include "journal-items/ReceivedCallItem.h"
+
+/// Whether an item is what somebody looks for: the text stands in its name ("first surname") or in one of its numbers. An
+/// empty text finds everything. Pure functions; any thread may call.
+namespace host {
+
+[[nodiscard]] bool itemMatches(const MissedCallItem& item, const SearchText& text);
+[[nodiscard]] bool itemMatches(const DialledCallItem& item, const SearchText& text);
+[[nodiscard]] bool itemMatches(const ReceivedCallItem& item, const SearchText& text);
+[[nodiscard]] bool itemMatches(const ForwardedCallItem& item, const SearchText& text);
+[[nodiscard]] bool itemMatches(const CallBackItem& item, const SearchText& text);
+/// A contact is also found by its company and its e-mail address.
+[[nodiscard]] bool itemMatches(const Contact& contact, const SearchText& text);
+
+}  // namespace host

@@ -1,0 +1,165 @@
+#include "host/presentation/PlainText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <utility>
+
+#include "platform/client-utils/Utf8.h"
+
+namespace host {
+namespace {
+
+using Range = std::pair<std::uint32_t, std::uint32_t>;
+
+// Blocks, not single characters: a name of a caller in a table is what this is for.
+constexpr std::array<Range, 7> kCombining{{{0x0300, 0x036F},
+                                           {0x0483, 0x0489},
+                                           {0x0591, 0x05BD},
+                                           {0x064B, 0x065F},
+                                           {0x200B, 0x200D},
+                                           {0x20D0, 0x20FF},
+                                           {0xFE00, 0xFE0F}}};
+constexpr std::array<Range, 9> kWide{{{0x1100, 0x115F},
+                                      {0x2E80, 0x303E},
+                                      {0x3041, 0xA4CF},
+                                      {0xAC00, 0xD7A3},
+                                      {0xF900, 0xFAFF},
+                                      {0xFE30, 0xFE6F},
+                                      {0xFF00, 0xFF60},
+                                      {0x1F300, 0x1FAFF},
+                                      {0x20000, 0x3FFFD}}};
+
+template <std::size_t Size>
+bool isIn(const std::array<Range, Size>& ranges, std::uint32_t character) {
+    return std::any_of(ranges.begin(), ranges.end(), [character](const Range& range) {
+        return character >= range.first && character <= range.second;
+    });
+}
+
+std::size_t columnsOf(std::uint32_t character) {
+    if (isIn(kWide, character)) {
+        return 2;
+    }
+    return isIn(kCombining, character) ? 0 : 1;
+}
+
+/// Characters that move the cursor, turn the direction of writing or part lines, and what is none at all.
+bool isUnsafe(std::uint32_t character) {
+    return character == utf8::kInvalid || character < 0x20 || (character >= 0x7F && character < 0xA0) ||
+           character == 0x2028 || character == 0x2029 || (character >= 0x202A && character <= 0x202E) ||
+           (character >= 0x2066 && character <= 0x2069);
+}
+
+void appendEscaped(std::string& line, std::string_view bytes) {
+    for (const char byte : bytes) {
+        switch (byte) {
+            case '\n': line += "\\n"; break;
+            case '\r': line += "\\r"; break;
+            case '\t': line += "\\t"; break;
+            default: {
+                std::array<char, 5> text{};
+                std::snprintf(text.data(), text.size(), "\\x%02x",
+                              static_cast<unsigned>(static_cast<unsigned char>(byte)));
+                line += text.data();
+            }
+        }
+    }
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+    std::string line;
+    for (std::size_t at = 0; at < text.size();) {
+        const utf8::Step step = utf8::next(text, at);
+        const std::string_view bytes = text.substr(at, step.length);
+        if (isUnsafe(step.character)) {
+            appendEscaped(line, bytes);
+        } else {
+            line += bytes;
+        }
+        at += step.length;
+    }
+    return line;
+}
+
+std::size_t displayWidth(std::string_view text) {
+    std::size_t width = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const utf8::Step step = utf8::next(text, at);
+        width += columnsOf(step.character);
+        at += step.length;
+    }
+    return width;
+}
+
+std::string shortened(std::string_view text, std::size_t width) {
+    if (width == 0 || displayWidth(text) <= width) {
+        return std::string(width == 0 ? std::string_view() : text);
+    }
+    std::size_t left = width - 1;
+    std::size_t at = 0;
+    for (;;) {
+        const utf8::Step step = utf8::next(text, at);
+        const std::size_t columns = columnsOf(step.character);
+        if (columns > left) {
+            return std::string(text.substr(0, at)) + "…";
+        }
+        left -= columns;
+        at += step.length;
+    }
+}
+
+std::string padded(std::string_view text, std::size_t width) {
+    const std::size_t used = displayWidth(text);
+    return std::string(text) + std::string(width > used ? width - used : 0, ' ');
+}
+
+std::string utcTime(const std::string& time) {
+    std::tm utc{};
+    const char* const end = strptime(time.c_str(), "%Y-%m-%dT%H:%M:%S", &utc);
+    return end != nullptr && *end == '\0' ? time + "Z" : time;
+}
+
+std::string localTime(const std::string& time) {
+    std::tm utc{};
+    const char* const end = strptime(time.c_str(), "%Y-%m-%dT%H:%M:%SZ", &utc);
+    if (end == nullptr || *end != '\0') {
+        return time;
+    }
+    const std::time_t seconds = timegm(&utc);
+    std::tm local{};
+    std::array<char, 32> text{};
+    if (localtime_r(&seconds, &local) == nullptr ||
+        std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local) == 0) {
+        return time;
+    }
+    return text.data();
+}
+
+std::string timeOfDay() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    std::array<char, 16> text{};
+    if (localtime_r(&now, &local) != nullptr) {
+        std::strftime(text.data(), text.size(), "%H:%M:%S", &local);
+    }
+    return text.data();
+}
+
+std::string fullName(const std::string& firstName, const std::string& surname) {
+    return firstName + (firstName.empty() || surname.empty() ? "" : " ") + surname;
+}
+
+std::string partyText(const std::string& firstName, const std::string& surname, const std::string& number) {
+    const std::string name = fullName(firstName, surname);
+    if (name.empty()) {
+        return number.empty() ? "unknown" : number;
+    }
+    return number.empty() || number == name ? name : name + " (" + number + ")";
+}
+
+}  // namespace host

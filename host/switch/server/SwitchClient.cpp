@@ -1,0 +1,90 @@
+#include "host/switch/server/SwitchClient.h"
+
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <asio/write.hpp>
+
+namespace host {
+
+SwitchClient::SwitchClient(asio::ip::tcp::socket socket, int number, Handlers handlers)
+    : m_socket(std::move(socket)), m_number(number), m_handlers(std::move(handlers)) {
+    std::error_code ignored;
+    m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+}
+
+void SwitchClient::start() {
+    read();
+}
+
+void SwitchClient::send(int invokeId, const std::string& xml) {
+    std::optional<std::string> bytes = encodeFrame(invokeId, xml);
+    if (!m_open || !bytes) {
+        return;
+    }
+    m_queuedBytes += bytes->size();
+    m_queue.push_back(std::move(*bytes));
+    if (m_queuedBytes > kMaxQueuedBytes) {
+        fail();
+    } else if (m_queue.size() == 1) {
+        write();
+    }
+}
+
+void SwitchClient::close() {
+    m_open = false;
+    std::error_code ignored;
+    m_socket.close(ignored);
+}
+
+void SwitchClient::read() {
+    m_socket.async_read_some(asio::buffer(m_received),
+                             [this, self = shared_from_this()](std::error_code error, std::size_t received) {
+                                 if (!m_open) {
+                                     return;
+                                 }
+                                 if (error) {
+                                     fail();
+                                     return;
+                                 }
+                                 m_reader.feed(std::string_view(m_received.data(), received));
+                                 while (const std::optional<Frame> frame = m_reader.next()) {
+                                     m_handlers.frame(*this, *frame);
+                                     if (!m_open) {
+                                         return;
+                                     }
+                                 }
+                                 if (m_reader.lost()) {
+                                     fail();
+                                     return;
+                                 }
+                                 read();
+                             });
+}
+
+void SwitchClient::write() {
+    asio::async_write(m_socket, asio::buffer(m_queue.front()),
+                      [this, self = shared_from_this()](std::error_code error, std::size_t written) {
+                          if (!m_open) {
+                              return;
+                          }
+                          if (error) {
+                              fail();
+                              return;
+                          }
+                          m_queuedBytes -= written;
+                          m_queue.pop_front();
+                          if (!m_queue.empty()) {
+                              write();
+                          }
+                      });
+}
+
+void SwitchClient::fail() {
+    const std::shared_ptr<SwitchClient> self = shared_from_this();
+    close();
+    m_handlers.closed(*this);
+}
+
+}  // namespace host

@@ -1,0 +1,49 @@
+#include "host/switch/server/WireFilter.h"
+
+#include "host/csta-wire/MessageWriter.h"
+#include "host/csta-wire/WireDocument.h"
+#include "host/csta-wire/XmlText.h"
+
+namespace host {
+
+WireFilter WireFilter::read(pugi::xml_node element) {
+    WireFilter filter;
+    filter.apply(element);
+    return filter;
+}
+
+void WireFilter::apply(pugi::xml_node change) {
+    for (const pugi::xml_node group : change.children()) {
+        for (const pugi::xml_node member : group.children()) {
+            std::pair<std::string, std::string> key{localName(group), localName(member)};
+            if (isTrue(trimmed(member.text().get()))) {
+                m_leftOut.insert(std::move(key));
+            } else {
+                m_leftOut.erase(key);
+            }
+        }
+    }
+}
+
+bool WireFilter::leavesOut(std::string_view group, std::string_view member) const {
+    return m_leftOut.contains(std::pair{std::string(group), std::string(member)});
+}
+
+void WireFilter::write(MessageWriter& writer) const {
+    std::string_view open;
+    for (const auto& [group, member] : m_leftOut) {
+        if (group != open) {
+            if (!open.empty()) {
+                writer.close();
+            }
+            writer.open(group);
+            open = group;
+        }
+        writer.flag(member, true);
+    }
+    if (!open.empty()) {
+        writer.close();
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,21 @@
+#include "src/JournalService/base/PhoneSettings.h"
+
+#include "platform/texts/SoftwareTypes.h"
+
+namespace journal {
+
+bool SettingValues::isSip() const {
+    return m_softwareType == softwareTypes::sip;
+}
+
+bool SettingValues::isQorvex() const {
+    return m_softwareType == softwareTypes::qorvex;
+}
+
+void SettingValues::deriveEventModes() {
+    m_useCSTACallControlEvents = m_systemIdentifier != 2;
+    m_serverBasedCallLog = m_systemIdentifier == 2;
+    m_enterMarkedMissedCall = m_systemIdentifier == 1;
+}
+
+}  // namespace journal

@@ -1,0 +1,19 @@
+#include "src/JournalServiceEvents/calls/LineDevices.h"
+
+namespace journal {
+
+const LineDevices::Device* LineDevices::find(const std::string& deviceId) const {
+    const auto found = m_devices.find(deviceId);
+    return found == m_devices.end() ? nullptr : &found->second;
+}
+
+bool LineDevices::insert(const std::string& deviceId, const Device& device) {
+    return m_devices.try_emplace(deviceId, device).second;
+}
+
+bool LineDevices::logsMissedCalls(const std::string& deviceId) const {
+    const Device* const device = find(deviceId);
+    return device == nullptr || device->logMissedCalls;
+}
+
+}  // namespace journal

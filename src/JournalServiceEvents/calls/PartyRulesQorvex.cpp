@@ -1,0 +1,52 @@
+#include "src/JournalServiceEvents/calls/PartyRulesQorvex.h"
+
+#include "platform/texts/communicationsServiceTexts.h"
+#include "src/JournalServiceEvents/calls/EventParties.h"
+
+namespace journal {
+
+namespace {
+
+void mergeDiverted(Call& call, const EventParties& parties) {
+    if (call.m_sRemoteParty.empty() || call.m_sRemoteParty != parties.divertedParty) {
+        call.m_sRemoteParty = parties.divertedParty;
+        call.m_sRemotePartyName = parties.divertedPartyName;
+    }
+    call.m_sConnectedParty = parties.remoteParty;
+    call.m_sConnectedPartyName = parties.remotePartyName;
+}
+
+void mergeRemote(Call& call, const EventParties& parties) {
+    if (call.m_sRemoteParty.empty()) {
+        call.m_sRemoteParty = parties.remoteParty;
+    }
+    if (call.m_sRemoteParty == parties.remoteParty && call.m_sRemotePartyName.empty()) {
+        call.m_sRemotePartyName = parties.remotePartyName;
+    }
+    if (call.m_sCallId == communicationsServiceTexts::content_bluetoothDeviceId &&
+        call.m_sRemoteParty == communicationsServiceTexts::noNumberProvided && !parties.remoteParty.empty()) {
+        call.m_sRemoteParty = parties.remoteParty;
+    }
+}
+
+void mergeConnected(Call& call, const EventParties& parties) {
+    call.m_sConnectedParty = parties.remoteParty.empty() ? call.m_sRemoteParty : parties.remoteParty;
+    if (!parties.remotePartyName.empty()) {
+        call.m_sConnectedPartyName = parties.remotePartyName;
+    }
+}
+
+}  // namespace
+
+void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& parties) {
+    if (!parties.divertedParty.empty()) {
+        mergeDiverted(call, parties);
+        return;
+    }
+    mergeRemote(call, parties);
+    if (state == Call::eEstablished && call.m_State != Call::eEstablished) {
+        mergeConnected(call, parties);
+    }
+}
+
+}  // namespace journal

@@ -1,0 +1,141 @@
+#include <algorithm>
+#include <boost/bind/bind.hpp>
+
+#include "journalservice/ObserverNotifierIfc.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalService/lists/CallLogRequests.h"
+#include "src/JournalServiceEvents/entries/ContactMatching.h"
+#include "src/JournalServiceEvents/entries/EntryCreation.h"
+#include "src/JournalServiceEvents/entries/EntryRoad.h"
+#include "src/JournalServiceEvents/entries/ForwardedMissedRule.h"
+
+namespace journal {
+
+namespace {
+
+constexpr const char* kOperation = "newMissedCallEntry";
+
+struct MissedPolicy {
+    using Item = MissedCallItem;
+    using Info = MissedCallItem::MissedCallInfo;
+    static constexpr bool kLimitsItems = true;
+
+    const EntryCreation::Parts& parts;
+    const MissedEntryDetails& details;
+
+    auto matcher(const Contact& contact) const {
+        return boost::bind(&contactMatchesMissedCall, boost::placeholders::_1, boost::cref(contact),
+                           boost::cref(details.lineKey));
+    }
+
+    static bool isDuplicate(const Item& item, const Info& info) {
+        const Info& newest = item.getMissedCallInfoList().front();
+        const bool duplicate = newest.getNumber() == info.getNumber() &&
+                               newest.getTimeAndDate() == info.getTimeAndDate() &&
+                               newest.getPresentationC() == info.getPresentationC();
+        if (duplicate) {
+            LOG_EVENTS(5, "%s():newMissedCallEntry: Entry already exists, ignore", kOperation);
+        }
+        return duplicate;
+    }
+
+    void onMerge(Item& item) const {
+        if (parts.settings.values()->isSip()) {
+            parts.forwardedMissed.keepViewedBeforeMerge(item.getViewed());
+        } else {
+            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMUPDATED targetLog[%d]", kOperation,
+                       details.callId.c_str(), static_cast<int>(details.logTarget));
+        }
+        item.setViewed(false);
+    }
+
+    void onNew(Item& item) const {
+        if (!parts.settings.values()->isSip()) {
+            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMADDED targetLog[%d]", kOperation,
+                       details.callId.c_str(), static_cast<int>(details.logTarget));
+        }
+        item.setViewed(false);
+    }
+
+    void reportOverflow(const Info& oldest) const { parts.requests.sendMissedCallLogEntryRequest(&oldest); }
+    void reportDropped(const Item& item) const {
+        parts.requests.sendMissedCallLogEntryRequests(item.getMissedCallInfoList());
+    }
+
+    void announce(const Item& item, unsigned unviewed, const std::string& uniqueId,
+                  JournalServiceObserverIfc::ActionType action) const {
+        parts.notifier.updateMissedCallCountAndCalls(item, unviewed, uniqueId, action);
+    }
+};
+
+}  // namespace
+
+bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
+    const Contact contact =
+        m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
+    LOG_EVENTS(5,
+               "%s():Missed call: {%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, "
+               "completed "
+               "elsewhere: %d, sRedirectingNumber: %s, sRedirectingName: %s",
+               kOperation, details.callId.c_str(), details.remoteParty.c_str(),
+               details.remotePartyName.c_str(), contact.getSurname().c_str(), contact.getFirstname().c_str(),
+               details.completedElsewhere ? 1 : 0, details.redirectingParty.c_str(),
+               details.redirectingPartyName.c_str());
+    if (details.completedElsewhere && !m_parts.settings.values()->m_missedLogging) {
+        LOG_EVENTS(
+            5,
+            "%s():The call was completed elsewhere, not remotely answered calls are just logged - this call "
+            "will not be logged",
+            kOperation);
+        return false;
+    }
+    const JournalLists::Change change(m_parts.lists);
+    if (!m_parts.forwardedMissed.sscfw_canAddMissedCall(contact)) {
+        LOG_EVENTS(5,
+                   "%s():New missed entry relates to previous forwarded entry. No new entry has been added",
+                   kOperation);
+        return false;
+    }
+    MissedCallItem::MissedCallInfo info;
+    populateCallInfo(info, details, m_parts.clock);
+    populateRedirecting(info, details);
+    info.setTimeFormat(details.timeFormat);
+    info.setCompletedElsewhere(details.completedElsewhere);
+    info.setLineKey(details.lineKey);
+    info.setGroupText(details.groupText);
+    MissedPolicy policy{m_parts, details};
+    return fileOccurrence(m_parts, policy, contact, info, details.callId);
+}
+
+void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const std::string& calledPartyName) {
+    Contact contact;
+    contact.setSearchNumber(calledParty);
+    if (!m_parts.names.contactIsInPhonebook(contact)) {
+        contact.setSurname(calledPartyName);
+    }
+    const auto isOfParty = [&contact](const MissedCallItem& item) {
+        const auto& infos = item.getMissedCallInfoList();
+        return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
+    };
+    const JournalLists::Change change(m_parts.lists);
+    if (m_parts.loadAtFirstNeed) {
+        m_parts.loadAtFirstNeed();
+    }
+    m_parts.lists.recall<MissedCallItem>(isOfParty);
+    unsigned unviewed = 0;
+    {
+        const auto missed = m_parts.lists.list<MissedCallItem>().access();
+        const auto found = std::find_if(missed->begin(), missed->end(), isOfParty);
+        if (found == missed->end()) {
+            return;
+        }
+        LOG_EVENTS(5, "%s():Found entry for '%s' - remove it from missed calls list",
+                   "findAndDeleteMissedEntryWhenCalled", calledParty.c_str());
+        m_parts.mirror.updateMissedEntry(*found, CallListDatabaseAdapterHelper::DELETEREQUEST);
+        missed->erase(found);
+        unviewed = JournalLists::getUnviewedMissedCallsCount(*missed);
+    }
+    m_parts.notifier.updateMissedCallCountAndCalls(unviewed);
+}
+
+}  // namespace journal

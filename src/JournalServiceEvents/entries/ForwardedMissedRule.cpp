@@ -1,0 +1,92 @@
+#include "src/JournalServiceEvents/entries/ForwardedMissedRule.h"
+
+#include <utility>
+
+#include "journal-items/Contact.h"
+#include "journalservice/ObserverNotifierIfc.h"
+#include "src/JournalService/base/JournalClock.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListMirror.h"
+#include "src/JournalService/lists/ListOrder.h"
+#include "src/JournalServiceEvents/entries/ContactMatching.h"
+
+namespace journal {
+
+namespace {
+
+// Exactly this many seconds apart still counts as the same call.
+constexpr long kSameCallSeconds = 5;
+
+bool isSameCall(long now, long earlier) {
+    return earlier != -1 && (earlier > now || now - earlier <= kSameCallSeconds);
+}
+
+}  // namespace
+
+bool ForwardedMissedRule::sscfw_canAddMissedCall(const Contact& contact) {
+    const long now = m_clock.getCurrentTimeSec();
+    LOG_EVENTS(5, "%s():current time: %ld, m_lastForwardedTimeSec: %ld", "sscfw_canAddMissedCall", now,
+               m_lastForwardedTimeSec);
+    if (now == -1) {
+        return true;
+    }
+    if (isSameCall(now, m_lastForwardedTimeSec)) {
+        const auto forwarded = m_lists.list<ForwardedCallItem>().access();
+        if (!forwarded->empty() && contactMatchesForwardedCall(forwarded->front(), contact)) {
+            m_lastMissedTimeSec = -1;
+            return false;
+        }
+    }
+    m_lastMissedTimeSec = now;
+    return true;
+}
+
+void ForwardedMissedRule::sscfw_checkNewForwardedCall(const Contact& contact) {
+    const long now = m_clock.getCurrentTimeSec();
+    LOG_EVENTS(5, "%s():current time: %ld, m_lastMissedTimeSec: %ld", "sscfw_checkNewForwardedCall", now,
+               m_lastMissedTimeSec);
+    if (now == -1) {
+        return;
+    }
+    if (isSameCall(now, m_lastMissedTimeSec)) {
+        takeBackMissedOccurrence(contact);
+    }
+    m_lastForwardedTimeSec = now;
+}
+
+void ForwardedMissedRule::takeBackMissedOccurrence(const Contact& contact) {
+    unsigned unviewed = 0;
+    {
+        const auto missed = m_lists.list<MissedCallItem>().access();
+        if (missed->empty()) {
+            return;
+        }
+        MissedCallItem& item = missed->front();
+        const std::string& lineKey = item.getMissedCallInfoList().empty()
+                                         ? std::string()
+                                         : item.getMissedCallInfoList().front().getLineKey();
+        if (!contactMatchesMissedCall(item, contact, lineKey)) {
+            return;
+        }
+        auto infos = item.getMissedCallInfoList();
+        infos.pop_front();
+        if (infos.empty()) {
+            LOG_EVENTS(5, "%s():removing whole entry", "sscfw_checkNewForwardedCall");
+            m_mirror.updateMissedEntry(item, CallListDatabaseAdapterHelper::DELETEREQUEST);
+            missed->pop_front();
+        } else {
+            LOG_EVENTS(5, "%s():updating shortened info list", "sscfw_checkNewForwardedCall");
+            item.setMissedCallInfoList(infos);
+            item.setViewed(m_viewedBeforeMerge);
+            m_mirror.updateMissedEntry(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
+            MissedCallItem shortened = std::move(item);
+            missed->pop_front();
+            insertInOrder(*missed, std::move(shortened));
+        }
+        unviewed = JournalLists::getUnviewedMissedCallsCount(*missed);
+    }
+    m_notifier.updateMissedCallCountAndCalls(unviewed);
+}
+
+}  // namespace journal

@@ -1,0 +1,367 @@
+#include "src/JournalServiceEvents/handlers/CallControlRulesQorvex.h"
+
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAEventCause.h"
+#include "platform/texts/communicationsServiceTexts.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalServiceEvents/entries/EntryCreation.h"
+#include "src/JournalServiceEvents/switch-log/CallLogReadiness.h"
+
+namespace journal {
+
+namespace {
+
+// The call id of a failure or a diversion that belongs to no call.
+constexpr const char* kNoCallId = "0";
+
+/// Who was called, with the name of the alerting device where that is the same number and the only one named.
+CSTADevice calledDeviceOf(const CSTADeliveredEvent& event) {
+    const CSTADevice& alerting = event.getAlertingDevice();
+    CSTADevice called = firstKnown(event.getCalledDevice(), alerting);
+    if (called.name.empty() && called.number == alerting.number) {
+        called.name = alerting.name;
+    }
+    return called;
+}
+
+CSTADevice remoteOf(const Call& call) {
+    return {call.m_sRemoteParty, call.m_sRemotePartyName};
+}
+
+}  // namespace
+
+bool CallControlRulesQorvex::followsCalls() const {
+    return m_parts.settings.values()->m_useCSTACallControlEvents;
+}
+
+bool CallControlRulesQorvex::ignoreEventByCause(int cause) noexcept {
+    return cause == CSTA_EC_CallPickup || cause == CSTA_EC_CallPark;
+}
+
+// What the phone dialled stays; whom it called takes the switch's own notation, which is how callers are noted too.
+void CallControlRulesQorvex::noteDialled(const CSTACallControlEvent& event) const {
+    const CSTADevice& called = event.getCalledDevice();
+    Call* const call = m_parts.find(event);
+    if (call == nullptr || !call->isOutgoing() || !isKnown(called)) {
+        return;
+    }
+    if (call->m_sDialledParty.empty()) {
+        call->m_sDialledParty = called.number;
+        call->m_sDialledPartyName = called.name;
+    }
+    call->m_sCalledParty = called.number;
+    call->m_sCalledPartyName = called.name;
+}
+
+void CallControlRulesQorvex::noteRedirecting(const CSTACallControlEvent& event, const char* operation) const {
+    const CSTADevice& redirecting = event.getLastRedirectionDevice();
+    Call* const call = m_parts.find(event);
+    if (call == nullptr || !isKnown(redirecting)) {
+        return;
+    }
+    LOG_EVENTS(5, "%s():m_sRedirectingParty[%s]->[%s], m_sRedirectingPartyName[%s]->[%s]", operation,
+               call->m_sRedirectingParty.c_str(), redirecting.number.c_str(),
+               call->m_sRedirectingPartyName.c_str(), redirecting.name.c_str());
+    call->m_sRedirectingParty = redirecting.number;
+    call->m_sRedirectingPartyName = redirecting.name;
+}
+
+void CallControlRulesQorvex::originated(const CSTAOriginatedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAOriginatedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& called = event.getCalledDevice();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Called: %s, Name: %s", kOperation, callId.c_str(),
+               event.getCallingDevice().number.c_str(), called.number.c_str(), called.name.c_str());
+    if (!followsCalls() || ignoreEventByCause(event.getCause())) {
+        return;
+    }
+    LOG_EVENTS(5, "%s():event not ignored", kOperation);
+    m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
+    noteDialled(event);
+}
+
+void CallControlRulesQorvex::offered(const CSTAOfferedEvent& event) {
+    if (!followsCalls()) {
+        m_readiness.m_callLogEventsReady = false;
+        return;
+    }
+    m_parts.pass(m_parts.find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(),
+                 {});
+}
+
+void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    logParties("handleCSTAQueuedEvent", event);
+    if (!followsCalls()) {
+        return;
+    }
+    if (calling.isLocal()) {
+        // The phone's own call waits at a group.
+        m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        noteDialled(event);
+        return;
+    }
+    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling);
+}
+
+// ---- Delivered ----------------------------------------------------------------------------------------------
+
+void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
+    constexpr const char* kOperation = "handleCSTADeliveredEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& newDestination = event.getAlertingDevice();
+    LOG_EVENTS(5,
+               "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, newDestinationNumber: %s, "
+               "newDestinationName: "
+               "%s",
+               kOperation, callId.c_str(), calling.number.c_str(), calling.name.c_str(),
+               called.number.c_str(), called.name.c_str(), newDestination.number.c_str(),
+               newDestination.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    const int cause = event.getCause();
+    if (cause == CSTA_EC_Forwarded) {
+        Call* const call = m_parts.find(event);
+        LOG_EVENTS(5, "%s():{%s} forwarded call received", kOperation, callId.c_str());
+        if (call == nullptr || followsTransferHere(*call) ||
+            (isKnown(newDestination) && !forwardedOn(*call, event))) {
+            return;
+        }
+    }
+    deliveredByLocalConnection(event);
+    if (cause == CSTA_EC_Redirected || cause == CSTA_EC_RedirectedByDistribution) {
+        noteRedirecting(event, kOperation);
+        if (Call* const call = m_parts.find(event)) {
+            call->m_redirected = true;
+        }
+    }
+}
+
+// The called party has sent the phone's own call on. False when the call is gone with that.
+bool CallControlRulesQorvex::forwardedOn(Call& call, const CSTADeliveredEvent& event) {
+    const CSTADevice& newDestination = event.getAlertingDevice();
+    if (call.m_sFirstForwardedParty.empty()) {
+        call.m_sFirstForwardedParty = newDestination.number;
+        call.m_sFirstForwardedPartyName = newDestination.name;
+    }
+    m_parts.pass(&call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(), newDestination,
+                 farEnd(event.getCalledDevice()));
+    return m_parts.find(event) != nullptr;
+}
+
+void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const int localConnection = event.getLocalConnectionInfo();
+    switch (localConnection) {
+        case CSTA_LCS_Connected:
+            if (const Call* const call = m_parts.find(event); call != nullptr && call->m_transferred) {
+                break;  // the new partner rings
+            }
+            m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId,
+                         calledDeviceOf(event));
+            noteDialled(event);
+            break;
+        case CSTA_LCS_Alerting:
+        case CSTA_LCS_Null:
+            if (event.getPrivateData() != communicationsServiceTexts::content_callstatus_ReminderCall) {
+                m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId,
+                             farEnd(event.getCallingDevice()));
+            }
+            break;
+        default:
+            LOG_EVENTS(5, "%s():{%s} Unknown Local Connection Info %d", "handleCSTADeliveredEvent",
+                       callId.c_str(), localConnection);
+            break;
+    }
+}
+
+// ---- Diverted -----------------------------------------------------------------------------------------------
+
+void CallControlRulesQorvex::diverted(const CSTADivertedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    if (!followsCalls()) {
+        return;
+    }
+    if (callId != kNoCallId && !m_parts.settings.values()->m_serverBasedFeatures) {
+        LOG_EVENTS(5, "%s():callID = '%s' - server based features are off, IGNORE", "handleCSTADivertedEvent",
+                   callId.c_str());
+        return;
+    }
+    Call* const call = m_parts.find(event);
+    if (event.getCallingDevice().isLocal() || (call != nullptr && call->isOutgoing())) {
+        divertedThere(call, event);
+    } else {
+        divertedHere(call, event);
+    }
+}
+
+// The call was diverted away from this phone: the caller stays the remote party, the new destination is connected.
+void CallControlRulesQorvex::divertedHere(Call* call, const CSTADivertedEvent& event) {
+    CSTADevice caller = farEnd(event.getCallingDevice());
+    if (call != nullptr && !call->m_sRemoteParty.empty()) {
+        caller = remoteOf(*call);
+    }
+    const CSTADevice newDestination = farEnd(event.getNewDestination());
+    if (!caller.number.empty()) {
+        m_parts.pass(call, Call::eForwarded, Call::eIncoming, event.getConnectionCallID(), newDestination,
+                     caller);
+        return;
+    }
+    // An anonymous caller must not give way to the new destination.
+    if (call != nullptr) {
+        call->m_sConnectedParty = newDestination.number;
+        call->m_sConnectedPartyName = newDestination.name;
+    }
+    m_parts.pass(call, Call::eForwarded, Call::eIncoming, event.getConnectionCallID(), caller);
+}
+
+// The called party has diverted the phone's own call. A call that is not tracked would leave a record without an end.
+void CallControlRulesQorvex::divertedThere(Call* call, const CSTADivertedEvent& event) {
+    if (call != nullptr) {
+        m_parts.pass(call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(),
+                     farEnd(event.getNewDestination()), remoteOf(*call));
+    }
+}
+
+// ---- Established --------------------------------------------------------------------------------------------
+
+void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& answering = event.getAnsweringDevice();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, Answered: %s, Name: %s", kOperation,
+               callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
+               called.name.c_str(), answering.number.c_str(), answering.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    Call* call = m_parts.find(event);
+    auto direction = directionOf(calling, called, answering, call);
+    if (call != nullptr && call->m_State == Call::eEstablished) {
+        direction = call->m_Direction;
+    } else if (call != nullptr && call->isOutgoing() && direction == Call::eIncoming) {
+        // Placed to pick another phone's call up, and now that call itself.
+        m_parts.calls.removeCall(callId);
+        call = nullptr;
+    }
+    if (direction == Call::eDirectionUnknown) {
+        LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
+        if (call == nullptr) {
+            return;
+        }
+        direction = call->m_Direction;
+    }
+    if (direction == Call::eOutgoing) {
+        establishedOutgoing(call, event, direction);
+    } else {
+        establishedIncoming(call, event, direction);
+    }
+    noteRedirecting(event, kOperation);
+}
+
+void CallControlRulesQorvex::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
+                                                 Call::directions_t direction) {
+    const CSTADevice caller = farEnd(event.getCallingDevice());
+    LOG_EVENTS(5, "%s():{%s} Incoming call established; Number: %s, Name: %s", "handleCSTAEstablishedEvent",
+               event.getConnectionCallID().c_str(), caller.number.c_str(), caller.name.c_str());
+    m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(), caller);
+}
+
+void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event,
+                                                 Call::directions_t direction) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& answering = event.getAnsweringDevice();
+    if (call != nullptr && call->m_Direction == Call::eIncoming && call->m_State < Call::eEstablished) {
+        fileCalledBack(*call, event);
+    }
+    noteDialled(event);
+    if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
+        LOG_EVENTS(5,
+                   "%s():{%s} Outoing call established, someone other than the called device has answered, "
+                   "Number: %s, "
+                   "Name: %s",
+                   kOperation, callId.c_str(), answering.number.c_str(), answering.name.c_str());
+        m_parts.pass(call, Call::eEstablished, direction, callId, answering, called);
+    } else {
+        const CSTADevice reached = firstKnown(answering, called);
+        LOG_EVENTS(5, "%s():{%s} Outoing call established; Number: %s, Name: %s", kOperation, callId.c_str(),
+                   reached.number.c_str(), reached.name.c_str());
+        m_parts.pass(call, Call::eEstablished, direction, callId, reached);
+    }
+    noteDialled(event);
+}
+
+// The switch has called the phone in order to place a call for it (a callback, a click on a number): it rang here like an
+// incoming call and is now one that the user has made. The record, which stands for an incoming call, ends with that.
+void CallControlRulesQorvex::fileCalledBack(const Call& call, const CSTAEstablishedEvent& event) {
+    const CSTADevice reached = firstKnown(event.getCalledDevice(), event.getAnsweringDevice());
+    const CSTADevice connected = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
+    DialledEntryDetails details;
+    details.callId = call.m_sCallId;
+    details.dialledParty = reached.number;
+    details.remoteParty = reached.number;
+    details.remotePartyName = reached.name;
+    details.connectedParty = connected.number;
+    details.connectedPartyName = connected.name;
+    details.timeSec = call.m_startTimeSec;
+    details.logTarget = CallLogEntryEvent::eDialled;
+    details.presentationA = CallLogEntryEvent::ePresented;
+    details.presentationB = CallLogEntryEvent::ePresented;
+    m_entries.fileDialledCall(details);
+}
+
+// ---- Failed -------------------------------------------------------------------------------------------------
+
+void CallControlRulesQorvex::failed(const CSTAFailedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& forwarding = event.getLastRedirectionDevice();
+    const int cause = event.getCause();
+    LOG_EVENTS(5, "%s():{%s} Calling: (%s Name: %s), Called: %s Cause: %d Forwarding: (%s Name: %s)",
+               "handleCSTAFailedEvent", callId.c_str(), calling.number.c_str(), calling.name.c_str(),
+               called.number.c_str(), cause, forwarding.number.c_str(), forwarding.name.c_str());
+    if (!followsCalls()) {
+        return;
+    }
+    Call* const call = m_parts.find(event);
+    if (callId == kNoCallId || cause == CSTA_EC_None || cause == CSTA_EC_Unknown) {
+        failedOnItsOwn(call, event);
+        return;
+    }
+    const auto direction =
+        call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
+    m_parts.pass(call, Call::eFailed, direction, callId,
+                 direction == Call::eOutgoing ? farEnd(called) : farEnd(calling));
+}
+
+// A failure that belongs to no call is a call that could not be put through to this phone. It gets a record of its own,
+// which is filed at once. A record that stands under its id ends with it; a call that was placed here counts as dialled,
+// and one that was answered here as received.
+void CallControlRulesQorvex::failedOnItsOwn(Call* call, const CSTAFailedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    CSTADevice caller = firstKnown(event.getCallingDevice(), event.getCalledDevice());
+    const bool placedHere = call != nullptr && call->isOutgoing();
+    if (placedHere) {
+        m_parts.pass(call, Call::eFailed, Call::eOutgoing, callId, {});
+    } else if (call != nullptr && call->m_State == Call::eEstablished) {
+        m_parts.pass(call, Call::eCleared, Call::eDirectionUnknown, callId, {});
+    } else if (call != nullptr && caller.number.empty()) {
+        caller = remoteOf(*call);
+    }
+    m_parts.calls.removeCall(callId);
+    if (!(placedHere && event.getCallingDevice().isLocal())) {
+        m_parts.pass(nullptr, Call::eFailed, Call::eIncoming, callId, caller);
+    }
+}
+
+}  // namespace journal

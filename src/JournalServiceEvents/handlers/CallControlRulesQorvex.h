@@ -1,0 +1,66 @@
+#pragma once
+
+#include <string>
+
+#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlRulesIfc.h"
+
+class CSTACallControlEvent;
+
+namespace journal {
+
+struct CallLogReadiness;
+class EntryCreation;
+
+/// The call-control rules of every phone that is not a SIP phone; `CallControlRulesSip` stands beside it.
+///
+/// A call is followed only where the switch does not keep the call log itself. The parties that an event passes on:
+///
+///     event                       remote party        diverted party
+///     Originated                  called device
+///     Delivered, ring-back        called device
+///     Delivered, forwarded on     alerting device     called device
+///     Delivered, Queued, ringing  calling device
+///     Diverted                    new destination     calling device, or the party of the record
+///     Established, incoming       calling device
+///     Established, outgoing       called device
+///       ... answered by another   answering device    called device
+///     Failed                      the far end
+class CallControlRulesQorvex final : public CallControlRulesIfc {
+public:
+    /// Everything is borrowed and outlives this object.
+    CallControlRulesQorvex(const CallControlParts& parts, CallLogReadiness& readiness, EntryCreation& entries)
+        : m_parts(parts), m_readiness(readiness), m_entries(entries) {}
+
+    void originated(const CSTAOriginatedEvent& event) override;
+    void offered(const CSTAOfferedEvent& event) override;
+    void queued(const CSTAQueuedEvent& event) override;
+    void delivered(const CSTADeliveredEvent& event) override;
+    void diverted(const CSTADivertedEvent& event) override;
+    void established(const CSTAEstablishedEvent& event) override;
+    void failed(const CSTAFailedEvent& event) override;
+
+    /// A call that is picked up or parked is no call that the phone has dialled.
+    [[nodiscard]] static bool ignoreEventByCause(int cause) noexcept;
+
+private:
+    [[nodiscard]] bool followsCalls() const;
+
+    void deliveredByLocalConnection(const CSTADeliveredEvent& event);
+    bool forwardedOn(Call& call, const CSTADeliveredEvent& event);
+    void divertedHere(Call* call, const CSTADivertedEvent& event);
+    void divertedThere(Call* call, const CSTADivertedEvent& event);
+    void establishedIncoming(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
+    void establishedOutgoing(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
+    void fileCalledBack(const Call& call, const CSTAEstablishedEvent& event);
+    void failedOnItsOwn(Call* call, const CSTAFailedEvent& event);
+
+    void noteDialled(const CSTACallControlEvent& event) const;
+    void noteRedirecting(const CSTACallControlEvent& event, const char* operation) const;
+
+    CallControlParts m_parts;
+    CallLogReadiness& m_readiness;
+    EntryCreation& m_entries;
+};
+
+}  // namespace journal

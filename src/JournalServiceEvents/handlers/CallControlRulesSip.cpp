@@ -1,0 +1,249 @@
+#include "src/JournalServiceEvents/handlers/CallControlRulesSip.h"
+
+#include <memory>
+
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAEventCause.h"
+#include "src/JournalService/base/CrestUserInterface.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalServiceEvents/calls/LineDevices.h"
+#include "src/JournalServiceEvents/handlers/BlindTransfer.h"
+
+namespace journal {
+
+namespace {
+
+bool isForwarding(int cause) {
+    return cause >= CSTA_EC_CallForwardImmediate && cause <= CSTA_EC_CallForward;
+}
+
+/// The far end that the record knows best, for an event that names none.
+CSTADevice farEndOf(const Call* call) {
+    if (call == nullptr) {
+        return {};
+    }
+    if (!call->m_sRemoteParty.empty()) {
+        return {call->m_sRemoteParty, call->m_sRemotePartyName};
+    }
+    return {call->m_sDialledParty, call->m_sDialledPartyName};
+}
+
+CSTADevice orElse(const CSTADevice& device, const CSTADevice& other) {
+    return device.number.empty() && device.name.empty() ? other : device;
+}
+
+void logDevices(const CSTAEstablishedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    const CSTADevice& answering = event.getAnsweringDevice();
+    const CSTADevice& redirecting = event.getLastRedirectionDevice();
+    LOG_EVENTS(5, "%s():calledDevice calledNumber[%s] calledName[%s]", kOperation, called.number.c_str(),
+               called.name.c_str());
+    LOG_EVENTS(5, "%s():callingDevice callingNumber[%s] callingName[%s]", kOperation, calling.number.c_str(),
+               calling.name.c_str());
+    LOG_EVENTS(5, "%s():answeringDevice remoteNumber[%s] remoteName[%s]", kOperation,
+               answering.number.c_str(), answering.name.c_str());
+    LOG_EVENTS(5, "%s():connection state [%d]", kOperation, event.getLocalConnectionInfo());
+    LOG_EVENTS(5, "%s():cause [%d]", kOperation, event.getCause());
+    LOG_EVENTS(5, "%s():lastRedirectionDevice redirectingNumber[%s] redirectingName[%s]", kOperation,
+               redirecting.number.c_str(), redirecting.name.c_str());
+}
+
+}  // namespace
+
+void CallControlRulesSip::originated(const CSTAOriginatedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& called = event.getCalledDevice();
+    const int cause = event.getCause();
+    LOG_EVENTS(5, "%s():{%s} Cause: %d Calling: %s, Called: %s", "handleCSTAOriginatedEvent", callId.c_str(),
+               cause, event.getCallingDevice().number.c_str(), called.number.c_str());
+    switch (cause) {
+        case CSTA_EC_GroupPickupNotify:
+        case CSTA_EC_CallPickup:
+        case CSTA_EC_DirectedPickup:
+        case CSTA_EC_PickupFromPark:
+            // Placed to pick another call up: it will be filed as an incoming one.
+            m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, {}, {}, true);
+            break;
+        case CSTA_EC_CallPark:
+        case CSTA_EC_CallRetrievePark: break;
+        default:
+            m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId,
+                         {farEnd(called).number, {}});
+            break;
+    }
+}
+
+void CallControlRulesSip::offered(const CSTAOfferedEvent& event) {
+    m_parts.pass(m_parts.find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(),
+                 {});
+}
+
+void CallControlRulesSip::queued(const CSTAQueuedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    logParties("handleCSTAQueuedEvent", event);
+    if (calling.isLocal()) {
+        // The phone's own call waits at a group.
+        m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        return;
+    }
+    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling, farEnd(called));
+}
+
+// ---- Delivered ----------------------------------------------------------------------------------------------
+
+void CallControlRulesSip::delivered(const CSTADeliveredEvent& event) {
+    const int localConnection = event.getLocalConnectionInfo();
+    switch (localConnection) {
+        case CSTA_LCS_Null:
+        case CSTA_LCS_Alerting: ringing(event); break;
+        case CSTA_LCS_Connected:
+        case CSTA_LCS_Queued: ringBack(event); break;
+        default:
+            LOG_EVENTS(5, "%s():{%s} Unknown Local Connection Info %d", "handleCSTADeliveredEvent",
+                       event.getConnectionCallID().c_str(), localConnection);
+            break;
+    }
+}
+
+void CallControlRulesSip::ringing(const CSTADeliveredEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const std::string& deviceId = event.getConnectionDeviceID();
+    LOG_EVENTS(5, "%s():CSTA_LCS_Null/CSTA_LCS_Alerting", "handleCSTADeliveredEvent");
+    if (!m_devices.logsMissedCalls(deviceId)) {
+        LOG_EVENTS(5, "Missed incoming call with id: %s to shared secondary line: %s - should not be logged",
+                   callId.c_str(), deviceId.c_str());
+        return;
+    }
+    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId,
+                 farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
+}
+
+void CallControlRulesSip::ringBack(const CSTADeliveredEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    LOG_EVENTS(5, "%s():CSTA_LCS_Connected/CSTA_LCS_Queued", "handleCSTADeliveredEvent");
+    Call* const call = m_parts.find(event);
+    const CSTADevice alerting = farEnd(event.getAlertingDevice());
+    const CSTADevice called = farEnd(event.getCalledDevice());
+    if (isForwarding(event.getCause()) && !(call != nullptr && followsTransferHere(*call))) {
+        const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eDelivered;
+        m_parts.pass(call, state, Call::eOutgoing, callId, orElse(called, farEndOf(call)), alerting,
+                     call != nullptr && call->m_treatAsIncoming);
+        return;
+    }
+    const auto direction = call != nullptr ? call->m_Direction : Call::eOutgoing;
+    m_parts.pass(call, Call::eDelivered, direction, callId, firstKnown(alerting, called));
+}
+
+// ---- Diverted -----------------------------------------------------------------------------------------------
+
+void CallControlRulesSip::diverted(const CSTADivertedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    LOG_EVENTS(5, "%s():{%s}, cause = %d", "handleCSTADivertedEvent", callId.c_str(), event.getCause());
+    // Nothing would ever end a record that a diversion of an unknown call had made.
+    if (Call* const call = m_parts.find(event)) {
+        m_parts.pass(call, Call::eForwarded, Call::eOutgoing, callId,
+                     orElse(farEnd(event.getCalledDevice()), farEndOf(call)),
+                     farEnd(event.getNewDestination()));
+    }
+}
+
+// ---- Established --------------------------------------------------------------------------------------------
+
+void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    logDevices(event);
+    Call* call = m_parts.find(event);
+    const bool isBLFPickupCall = call != nullptr && call->m_treatAsIncoming;
+    LOG_EVENTS(5, "%s():pCall[%p]; isBLFPickupCall(%d)", kOperation, static_cast<const void*>(call),
+               isBLFPickupCall ? 1 : 0);
+
+    // A call that was placed to pick another one up may come back with the picked-up call's parties.
+    auto direction = isBLFPickupCall ? call->m_Direction
+                                     : directionOf(event.getCallingDevice(), event.getCalledDevice(),
+                                                   event.getAnsweringDevice(), call);
+    if (direction == Call::eDirectionUnknown) {
+        LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
+        if (call == nullptr) {
+            return;
+        }
+        direction = call->m_Direction;
+    }
+    if (!callId.empty() && m_blindTransfer.followsHeldEvent() && m_blindTransfer.lastHeldCallId() == callId) {
+        LOG_EVENTS(5, "handleCSTAEstablishedEvent: established event following a held event");
+        if (call == nullptr) {
+            call = m_parts.tracker.enterCall(direction, callId);
+        }
+    }
+    if (direction == Call::eOutgoing) {
+        establishedOutgoing(call, event);
+    } else {
+        establishedIncoming(call, event, direction);
+    }
+}
+
+void CallControlRulesSip::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
+                                              Call::directions_t direction) {
+    LOG_EVENTS(5, "%s():establish incoming call", "handleCSTAEstablishedEvent");
+    m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(),
+                 farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
+    call = m_parts.find(event);
+    if (call != nullptr && followsTransferHere(*call) && event.getCallingDevice().isLocal()) {
+        // The event names nobody as the caller: it tells that the new partner has answered.
+        const CSTADevice partner = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
+        call->m_sConnectedParty = partner.number;
+        call->m_sConnectedPartyName = partner.name;
+    }
+}
+
+void CallControlRulesSip::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event) {
+    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice called = farEnd(event.getCalledDevice());
+    const CSTADevice answering = farEnd(event.getAnsweringDevice());
+    LOG_EVENTS(5, "%s():establish outgoing call", kOperation);
+    bool asIncoming = call != nullptr && call->m_treatAsIncoming;
+    if (event.getCause() == CSTA_EC_GroupPickupNotify) {
+        LOG_EVENTS(
+            5, "%s():establish outgoing call, but cause is CSTA_EC_GroupPickupNotify so markCallasIncoming",
+            kOperation);
+        asIncoming = true;
+    }
+    if (asIncoming) {
+        // The far end is the caller of the picked-up call.
+        const CSTADevice caller = firstKnown(event.getCallingDevice(), firstKnown(answering, called));
+        m_parts.pass(call, Call::eEstablished, Call::eOutgoing, callId, orElse(caller, farEndOf(call)), {},
+                     true);
+        return;
+    }
+    if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
+        if (call == nullptr && isUsingCrestUX()) {
+            return;  // the call was filed when it was forwarded
+        }
+        const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eEstablished;
+        m_parts.pass(call, state, Call::eOutgoing, callId, called, answering);
+        return;
+    }
+    m_parts.pass(call, Call::eEstablished, Call::eOutgoing, callId,
+                 orElse(firstKnown(answering, called), farEndOf(call)));
+}
+
+// ---- Failed -------------------------------------------------------------------------------------------------
+
+void CallControlRulesSip::failed(const CSTAFailedEvent& event) {
+    const std::string& callId = event.getConnectionCallID();
+    const CSTADevice& calling = event.getCallingDevice();
+    const CSTADevice& called = event.getCalledDevice();
+    logParties("handleCSTAFailedEvent", event);
+    Call* const call = m_parts.find(event);
+    const auto direction =
+        call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
+    m_parts.pass(call, Call::eFailed, direction, callId,
+                 direction == Call::eOutgoing ? farEnd(called) : farEnd(calling));
+}
+
+}  // namespace journal

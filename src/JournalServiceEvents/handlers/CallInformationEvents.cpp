@@ -1,0 +1,97 @@
+#include "src/JournalServiceEvents/handlers/CallInformationEvents.h"
+
+#include <string>
+
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/texts/communicationsServiceTexts.h"
+#include "src/JournalService/base/JournalClock.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalServiceEvents/entries/EntryCreation.h"
+#include "src/JournalServiceEvents/switch-log/FreshCallId.h"
+
+namespace journal {
+
+namespace {
+
+constexpr const char* kOperation = "handleCSTACallInformationEvent";
+/// The call id of a call that the phone never saw.
+constexpr const char* kUnseenCallId = "-1";
+
+}  // namespace
+
+void CallInformationEvents::handleCSTACallInformationEvent(CSTACallInformationEvent* event) {
+    LOG_EVENTS(6, "handleCSTACallInformationEvent [%s]", event->toString().c_str());
+    if (!m_parts.acceptsEvents()) {
+        return;
+    }
+    const std::string& callId = event->getConnectionCallID();
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s", kOperation, callId.c_str(),
+               event->getDevice().number.c_str(), event->getDevice().name.c_str());
+    if (!m_parts.settings.values()->m_useCSTACallControlEvents) {
+        return;
+    }
+    const std::string& privateData = event->getPrivateData();
+    LOG_EVENTS(5, "%s():event private data [%s]", kOperation, privateData.c_str());
+    if (privateData == communicationsServiceTexts::content_callstatus_MissedCall) {
+        if (!(callId == kUnseenCallId ? fileUnseenCall(*event) : markAsMissed(*event))) {
+            LOG_EVENTS(5, "%s():{%s} CSTA Event not plausible", kOperation, callId.c_str());
+        }
+    } else if (privateData.empty()) {
+        LOG_EVENTS(5, "%s(): maybe RemotePartyName available", kOperation);
+        takeName(*event);
+    }
+}
+
+bool CallInformationEvents::markAsMissed(const CSTACallInformationEvent& event) {
+    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const std::string& callId = event.getConnectionCallID();
+    LOG_EVENTS(5, "%s():{%s} mark call as missed", kOperation, callId.c_str());
+    Call* const call = m_parts.calls.findCallFromId(callId);
+    if (call == nullptr || call->m_Direction != Call::eIncoming || call->m_State != Call::eDelivered) {
+        return false;
+    }
+    call->m_markedMissed = true;
+    m_parts.pass(call, Call::eCallInformation, Call::eIncoming, callId, {});
+    return true;
+}
+
+bool CallInformationEvents::fileUnseenCall(const CSTACallInformationEvent& event) {
+    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    LOG_EVENTS(5, "%s():{%s} create new missed call entry", kOperation, event.getConnectionCallID().c_str());
+    const bool journalledElsewhere = m_parts.settings.values()->m_xsiConfigured;
+    LOG_EVENTS(5, "m_xsiConfigured=%d", journalledElsewhere ? 1 : 0);
+    if (journalledElsewhere) {
+        return false;
+    }
+    MissedEntryDetails details;
+    details.callId = freshCallId();
+    details.remoteParty = farEnd(event.getDevice()).number;
+    details.remotePartyName = farEnd(event.getDevice()).name;
+    details.timeSec = m_clock.getCurrentTimeSec();
+    details.logTarget = CallLogEntryEvent::eMissed;
+    m_entries.newMissedCallEntry(details);
+    return true;
+}
+
+void CallInformationEvents::takeName(const CSTACallInformationEvent& event) {
+    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const std::string& callId = event.getConnectionCallID();
+    Call* const call = m_parts.calls.findCallFromId(callId);
+    if (call == nullptr) {
+        LOG_EVENTS(3, "{%s} CSTA Event not plausible", callId.c_str());
+        return;
+    }
+    const CSTADevice& device = event.getDevice();
+    if (call->m_sRemoteParty != device.number) {
+        return;
+    }
+    // Only names are to change: a state that means an end, a new start of the conversation, or another connected party
+    // is not passed on.
+    const bool talking = call->m_State == Call::eEstablished && !call->m_treatAsIncoming &&
+                         call->m_sConnectedParty == device.number;
+    m_parts.pass(call, talking ? Call::eEstablished : Call::eUnknown, Call::eDirectionUnknown, callId,
+                 device);
+    LOG_EVENTS(5, "%s():{%s} RemotePartyName: %s", kOperation, callId.c_str(), device.name.c_str());
+}
+
+}  // namespace journal

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include "src/JournalServiceEvents/calls/Conferences.h"
+#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+
+class CSTAConferencedEvent;
+class CSTAConferenceMembershipEvent;
+
+namespace journal {
+
+/// Notes which calls have become members of which conference, and on SIP phones the members' names.
+/// `ConnectionClearedEvents` ends the members' calls.
+///
+/// Threads: the line's strand.
+class ConferenceEvents {
+public:
+    /// Everything is borrowed and outlives this object.
+    ConferenceEvents(const CallControlParts& parts, Conferences& conferences)
+        : m_parts(parts), m_conferences(conferences) {}
+
+    void handleCSTAConferencedEvent(CSTAConferencedEvent* event);
+    void handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event);
+
+private:
+    void noteConference(const CSTAConferencedEvent& event);
+    void expand(int index, const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
+                const std::string& secondaryCallId);
+    void create(const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
+                const QorvexConferencedCallID& secondary);
+    [[nodiscard]] Conferences::Members membersOf(const QorvexConferencedCallID& oldCall);
+    void noteSipConference(const CSTAConferencedEvent& event);
+
+    CallControlParts m_parts;
+    Conferences& m_conferences;
+};
+
+}  // namespace journal

@@ -1,0 +1,231 @@
+#include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
+
+#include <algorithm>
+
+#include "platform/csta/CSTADevice.h"
+#include "platform/csta/CSTARequests.h"
+#include "platform/csta/CSTAResponses.h"
+#include "platform/csta/CSTAServiceIfc.h"
+#include "platform/texts/communicationsServiceTexts.h"
+#include "src/JournalService/base/Collaborators.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalService/base/PhoneSettings.h"
+
+namespace journal {
+
+namespace {
+
+constexpr const char* kReturnedError = "Returned ERROR";
+
+CSTAMonitorFilter ownLineFilter() {
+    CSTAMonitorFilter filter;
+    filter.setCallControlFilter(false);
+    filter.setHeldFilter(true);
+    filter.setRetrievedFilter(true);
+    filter.setServiceInitiatedFilter(true);
+    filter.setCallAssociatedFilter(true);
+    filter.setCallInformationFilter(false);
+    filter.setPhysicalDeviceFilter(true);
+    filter.setLogicalDeviceFilter(true);
+    filter.setVendorSpecificFilter(true);
+    filter.setCallLogEntryFilter(false);
+    filter.setSystemFilter(true);
+    filter.setSystemStatusFilter(false);
+    return filter;
+}
+
+CSTAMonitorFilter changedFilter(bool useCallControlEvents) {
+    CSTAMonitorFilter filter;
+    filter.setCallControlFilter(false);
+    filter.setCallAssociatedFilter(true);
+    filter.setPhysicalDeviceFilter(true);
+    filter.setLogicalDeviceFilter(true);
+    filter.setVendorSpecificFilter(true);
+    filter.setCallLogEntryFilter(false);
+    filter.setSystemFilter(true);
+    filter.setSystemStatusFilter(false);
+    filter.setFS_DNDFilter(false);
+    filter.setFS_COCFilter(false);
+    if (useCallControlEvents) {
+        filter.setHeldFilter(true);
+        filter.setRetrievedFilter(true);
+        filter.setServiceInitiatedFilter(true);
+        filter.setCallInformationFilter(false);
+    }
+    return filter;
+}
+
+}  // namespace
+
+void CstaMonitors::store(CrossRef& buffer, const std::string& crossRef) {
+    buffer.fill('\0');
+    std::copy_n(crossRef.begin(), std::min(crossRef.size(), buffer.size() - 1), buffer.begin());
+}
+
+template <typename Response>
+Response* CstaMonitors::send(CSTARequest& request, const char* operation, const char* failure) const {
+    request.setSourceService(m_collaborators.m_self);
+    if (m_collaborators.m_cstaService != nullptr) {
+        m_collaborators.m_cstaService->request(request);
+    }
+    if (request.getResponseCode() != 0) {
+        LOG_EVENTS(5, "%s():%s", operation, failure);
+        return nullptr;
+    }
+    auto* response = dynamic_cast<Response*>(request.getResponse());
+    if (response == nullptr) {
+        LOG_EVENTS(5, "%s():Returned NULL response", operation);
+        return nullptr;
+    }
+    if (response->isErrorResponse()) {
+        LOG_EVENTS(5, "%s():Returned an error response", operation);
+        return nullptr;
+    }
+    return response;
+}
+
+void CstaMonitors::CSTASystemRegister() {
+    LOG_EVENTS(4, "JournalService::CSTASystemRegister - register with CSTA Service");
+    if (m_collaborators.m_cstaService == nullptr) {
+        return;
+    }
+    CSTASystemStatusRequest request;
+    request.setSourceService(m_collaborators.m_self);
+    request.setCSTAEventIfc(&m_receiver);
+    m_collaborators.m_cstaService->request(request);
+    if (request.getResponseCode() != 0) {
+        LOG_EVENTS(2, "JournalService() : response code is error");
+    } else {
+        LOG_EVENTS(5, "JournalService() : response code is ok");
+    }
+}
+
+bool CstaMonitors::startQorvexEvents() {
+    constexpr const char* kOperation = "startQorvexEvents";
+    LOG_EVENTS(5, "JournalService():startQorvexEvents()");
+    CSTAMonitorStartRequest request;
+    request.setCSTAEventIfc(&m_receiver);
+    request.setDeviceObject(CSTADevice::kLocalDevice);
+    request.setRequestedMonitorFilter(ownLineFilter());
+    const auto* response = send<CSTAMonitorStartResponse>(request, kOperation, kReturnedError);
+    if (response == nullptr) {
+        return false;
+    }
+    store(m_qorvexCrossRef, response->GetMonitorCrossRefID());
+    m_qorvexEventsStarted = true;
+    LOG_EVENTS(5, "%s():OK registered monitor cross filter [%s]", kOperation, m_qorvexCrossRef.data());
+    return true;
+}
+
+bool CstaMonitors::stopQorvexEvents() {
+    constexpr const char* kOperation = "stopQorvexEvents";
+    LOG_EVENTS(5, "JournalService():stopQorvexEvents()");
+    CSTAMonitorStopRequest request;
+    request.setMonitorCrossRefID(m_qorvexCrossRef.data());
+    if (send<CSTAMonitorStopResponse>(request, kOperation, kReturnedError) == nullptr) {
+        return false;
+    }
+    LOG_EVENTS(5, "%s():OK", kOperation);
+    store(m_qorvexCrossRef, {});
+    m_qorvexEventsStarted = false;
+    return true;
+}
+
+bool CstaMonitors::startMonitoringBluetoothEvents() {
+    constexpr const char* kOperation = "startMonitoringBluetoothEvents";
+    LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents:", kOperation);
+    CSTAMonitorStartRequest request;
+    request.setCSTAEventIfc(&m_receiver);
+    request.setDeviceObject(communicationsServiceTexts::content_bluetoothDeviceId);
+    const auto* response = send<CSTAMonitorStartResponse>(request, kOperation, kReturnedError);
+    if (response == nullptr) {
+        return false;
+    }
+    store(m_bluetoothCrossRef, response->GetMonitorCrossRefID());
+    m_bluetoothEventsStarted = true;
+    LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents: registered monitor cross filter [%s]", kOperation,
+               m_bluetoothCrossRef.data());
+    return true;
+}
+
+bool CstaMonitors::stopMonitoringBluetoothEvents() {
+    constexpr const char* kOperation = "stopMonitoringBluetoothEvents";
+    if (!m_bluetoothEventsStarted) {
+        LOG_EVENTS(5, "%s(): - monitor not started, do nothing", kOperation);
+        return false;
+    }
+    LOG_EVENTS(5, "%s():", kOperation);
+    CSTAMonitorStopRequest request;
+    request.setMonitorCrossRefID(m_bluetoothCrossRef.data());
+    if (send<CSTAMonitorStopResponse>(request, kOperation, kReturnedError) == nullptr) {
+        return false;
+    }
+    LOG_EVENTS(5, "%s():OK", kOperation);
+    store(m_bluetoothCrossRef, {});
+    m_bluetoothEventsStarted = false;
+    return true;
+}
+
+std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
+    LOG_EVENTS(5, "CSTAMonitor is started for Device: %s", device.c_str());
+    if (m_collaborators.m_cstaService == nullptr) {
+        LOG_EVENTS(3, "JournalService::startCSTAMonitor - Find CSTAServiceIfc - FAILED");
+        return kNoMonitor;
+    }
+    CSTAMonitorStartRequest request;
+    request.setSourceService(m_collaborators.m_self);
+    request.setCSTAEventIfc(&m_receiver);
+    request.setDeviceObject(device);
+    m_collaborators.m_cstaService->request(request);
+    if (request.getResponseCode() != 0) {
+        LOG_EVENTS(3, "JournalService monitor start on %s - FAILED", device.c_str());
+        return kNoMonitor;
+    }
+    std::string crossRef = kNoMonitor;
+    if (const auto* response = dynamic_cast<CSTAMonitorStartResponse*>(request.getResponse())) {
+        crossRef = response->GetMonitorCrossRefID();
+        LOG_EVENTS(5, "%s():startCSTAMonitor: registered monitor cross filter [%s]", "startCSTAMonitor",
+                   crossRef.c_str());
+    }
+    LOG_EVENTS(5, "JournalService monitor start on %s", device.c_str());
+    return crossRef;
+}
+
+void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) const {
+    LOG_EVENTS(5, "CSTAMonitor is stopped for Device: %s", crossRef.c_str());
+    if (m_collaborators.m_cstaService == nullptr) {
+        LOG_EVENTS(3, "JournalService::stopCSTAMonitor - Find CSTAServiceIfc - FAILED");
+        return;
+    }
+    CSTAMonitorStopRequest request;
+    request.setSourceService(m_collaborators.m_self);
+    request.setMonitorCrossRefID(crossRef);
+    m_collaborators.m_cstaService->request(request);
+    if (request.getResponseCode() != 0) {
+        LOG_EVENTS(3, "JournalService::stopCSTAMonitor : fail response from csta");
+    } else {
+        LOG_EVENTS(5, "JournalService::stopCSTAMonitor : success response from csta");
+    }
+}
+
+void CstaMonitors::changeMonitorFilter() {
+    constexpr const char* kOperation = "readLocalMgmtData";
+    const auto settings = m_settings.values();
+    if (settings->isSip() || m_collaborators.m_cstaService == nullptr) {
+        return;
+    }
+    LOG_EVENTS(5, "%s():begin change monitor filter", kOperation);
+    if (settings->m_useCSTACallControlEvents) {
+        LOG_EVENTS(5, "%s():m_useCSTACallControlEvents == true => CallControl plus CallInfo", kOperation);
+    }
+    CSTAChangeMonitorFilterRequest request;
+    request.setCSTAEventIfc(&m_receiver);
+    request.setDeviceObject(CSTADevice::kLocalDevice);
+    request.setRequestedFilterList(changedFilter(settings->m_useCSTACallControlEvents));
+    if (send<CSTAChangeMonitorFilterResponse>(request, kOperation, "changeMonitorFilterReq returned ERROR") !=
+        nullptr) {
+        LOG_EVENTS(5, "%s():readLocalMgmtData: registered change of cross filter", kOperation);
+    }
+}
+
+}  // namespace journal

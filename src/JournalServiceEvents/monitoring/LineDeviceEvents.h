@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+#include "src/JournalServiceEvents/calls/LineDevices.h"
+
+class CSTASwitchingFunctionDevices;
+
+namespace journal {
+
+class Collaborators;
+class CstaMonitors;
+class PhoneSettings;
+
+/// Takes in which devices a SIP phone serves, and monitors each of them. Each report replaces the one before: the old
+/// monitors are stopped first.
+///
+/// Threads: the line's strand. A monitor request waits for the switch's answer inside the handler; no lock is held
+/// meanwhile.
+class LineDeviceEvents {
+public:
+    /// Everything is borrowed and outlives this object.
+    LineDeviceEvents(const Collaborators& collaborators, const PhoneSettings& settings,
+                     CstaMonitors& monitors, LineDevices& devices)
+        : m_collaborators(collaborators), m_settings(settings), m_monitors(monitors), m_devices(devices) {}
+
+    void handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionDevices* event);
+
+private:
+    void stopMonitors();
+    void serve(int deviceType, const std::string& deviceId);
+    [[nodiscard]] bool logsMissedCalls(int deviceType, const std::string& deviceId) const;
+
+    const Collaborators& m_collaborators;
+    const PhoneSettings& m_settings;
+    CstaMonitors& m_monitors;
+    LineDevices& m_devices;
+};
+
+}  // namespace journal

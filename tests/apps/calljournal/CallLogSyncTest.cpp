@@ -1,0 +1,335 @@
+// The phone's lists and the switch's call log, kept equal over the real link while both sides change them.
+
+#include <algorithm>
+#include <deque>
+#include <future>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/csta-wire/CallLogWire.h"
+#include "host/csta-wire/WireDocument.h"
+#include "host/data/Database.h"
+#include "host/framework/AsioAlarmClock.h"
+#include "host/framework/WorkerPool.h"
+#include "host/line/Line.h"
+#include "host/switch/server/SwitchSimulator.h"
+#include "journal-items/Occurrences.h"
+#include "journalservice/JournalServiceIfc.h"
+#include "journalservice/JournalServiceQorvexTel.h"
+#include "platform/texts/SoftwareTypes.h"
+#include "tests/support/RecordingObserver.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace calllogtest {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+using Journal = JournalServiceIfc;
+
+/// One entry of a list of the phone, and its calls as "NUMBER TIME", newest first.
+struct Party {
+    std::string entryId;
+    Texts calls;
+};
+
+/// One of the phone's lists that the switch keeps, too: its name in scenarios, its number on the wire, its operations.
+struct List {
+    const char* name;
+    int target;
+    std::vector<Party> (*read)(Journal& journal);
+    bool (*deleteOne)(Journal& journal, const std::string& entryId);
+    bool (Journal::*deleteSet)(const std::set<std::string>& entryIds);
+    bool (Journal::*deleteAll)();
+};
+
+template <typename Item, void (Journal::*get)(std::deque<Item>&)>
+std::vector<Party> partiesOf(Journal& journal) {
+    std::deque<Item> items;
+    (journal.*get)(items);
+    std::vector<Party> parties;
+    for (const Item& item : items) {
+        Party& party = parties.emplace_back(Party{item.getEntryId(), {}});
+        for (const auto& info : occurrencesOf(item)) {
+            party.calls.push_back(info.getNumber() + " " + info.getTimeAndDate());
+        }
+    }
+    return parties;
+}
+
+const std::vector<List>& lists() {
+    static const std::vector<List> all = {
+        {"missed", CallLogEntryEvent::eMissed, &partiesOf<MissedCallItem, &Journal::getMissedCallList>,
+         [](Journal& journal, const std::string& id) { return journal.deleteMissedCall(id, false); },
+         &Journal::deleteMissedCallList, &Journal::deleteMissedCallList},
+        {"dialled", CallLogEntryEvent::eDialled, &partiesOf<DialledCallItem, &Journal::getDialledCallList>,
+         [](Journal& journal, const std::string& id) { return journal.deleteDialledCall(id); },
+         &Journal::deleteDialledCallList, &Journal::deleteDialledCallList},
+        {"received", CallLogEntryEvent::eReceived,
+         &partiesOf<ReceivedCallItem, &Journal::getReceivedCallList>,
+         [](Journal& journal, const std::string& id) { return journal.deleteReceivedCall(id); },
+         &Journal::deleteReceivedCallList, &Journal::deleteReceivedCallList}};
+    return all;
+}
+
+/// The journal on a line of its own, over the real link at a simulated switch: a Qorvex phone with the number 2001.
+class PhoneAtSwitch {
+public:
+    PhoneAtSwitch(const std::string& systemIdentifier, bool switchFilesCalls)
+        : m_switch({.port = 0, .callLog = switchFilesCalls}) {
+        m_switch.start();
+        host::LineSettings settings;
+        settings.link.port = m_switch.port();
+        settings.managementFirst = {{"software-type", softwareTypes::qorvex},
+                                    {"system-identifier", systemIdentifier}};
+        m_line = std::make_unique<host::Line>(settings, std::make_unique<JournalServiceQorvexTel>(nullptr),
+                                              m_database, m_pool, m_alarms);
+        m_line->start();
+        m_journal = dynamic_cast<Journal*>(m_line->journal());
+        m_observer.setDuring([this](const journaltest::Callback& callback) { noteChange(callback); });
+        m_journal->subscribeForJournalEvents(&m_observer);
+    }
+    ~PhoneAtSwitch() {
+        m_journal->unsubscribeForJournalEvents(&m_observer);
+        m_line->stop();
+    }
+
+    /// Lets the switch begin with it as soon as the phone is monitored, and returns.
+    void play(const std::string& scenario) {
+        {
+            const std::lock_guard lock(m_mutex);
+            ++m_toFinish;
+        }
+        host::PlayOptions options;
+        options.finished = [this] {
+            const std::lock_guard lock(m_mutex);
+            --m_toFinish;
+            m_changed.notify_all();
+        };
+        m_switch.run(host::Scenario::parse(scenario), options);
+    }
+    /// Returns when observers have been told of an entry of that number; false when that takes too long.
+    [[nodiscard]] bool hearsOf(const std::string& number) {
+        return await([&] { return std::find(m_heard.begin(), m_heard.end(), number) != m_heard.end(); });
+    }
+    /// Returns when everything that has been played is over and the phone has done with all that the switch has told it.
+    [[nodiscard]] bool settles() {
+        const std::string last = "last" + std::to_string(++m_settled);
+        if (!await([this] { return m_toFinish == 0; })) {
+            return false;
+        }
+        play("log add received " + last);
+        return hearsOf(last);
+    }
+
+    [[nodiscard]] Journal& journal() { return *m_journal; }
+    /// The numbers of the entries that observers were told of as added or changed, in order.
+    [[nodiscard]] Texts heardNumbers() {
+        const std::lock_guard lock(m_mutex);
+        return m_heard;
+    }
+    /// The calls in the phone's lists and those in the switch's logs: "LOG NUMBER TIME".
+    [[nodiscard]] std::multiset<std::string> listsAtPhone() {
+        std::multiset<std::string> calls;
+        for (const List& list : lists()) {
+            for (const Party& party : list.read(*m_journal)) {
+                for (const std::string& call : party.calls) {
+                    calls.insert(std::to_string(list.target) + " " + call);
+                }
+            }
+        }
+        return calls;
+    }
+    [[nodiscard]] std::multiset<std::string> logsAtSwitch() {
+        std::multiset<std::string> calls;
+        for (const CallLogEntryEvent& entry : m_switch.callLog()) {
+            calls.insert(std::to_string(entry.logTarget) + " " + entry.subscriberNumber + " " +
+                         entry.entryTime);
+        }
+        return calls;
+    }
+    /// What the phone has asked of the switch: "action log number time", and of a group its name.
+    [[nodiscard]] Texts requests() {
+        Texts texts;
+        for (const host::SwitchLogEntry& message : m_switch.log().entries()) {
+            std::string fault;
+            if (message.name == "Escape") {
+                const auto document = host::WireDocument::parse(message.xml, fault);
+                const auto request = host::readCallLogEntryRequest(document->root()).value();
+                texts.push_back(std::to_string(request.action) + " " + std::to_string(request.logTarget) +
+                                " " + request.subscriberNumber + " " + request.entryTime +
+                                request.further.back().text);
+            }
+        }
+        return texts;
+    }
+
+private:
+    void noteChange(const journaltest::Callback& callback) {
+        if (callback.action > JournalServiceObserverIfc::eItemUpdated) {
+            return;
+        }
+        std::visit(
+            [this](const auto& item) {
+                if constexpr (requires { occurrencesOf(item).front().getNumber(); }) {
+                    const std::lock_guard lock(m_mutex);
+                    m_heard.push_back(occurrencesOf(item).front().getNumber());
+                    m_changed.notify_all();
+                }
+            },
+            callback.item);
+    }
+    [[nodiscard]] bool await(const std::function<bool()>& condition) {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(60), condition);
+    }
+
+    // Guarded by m_mutex.
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_toFinish = 0;
+    Texts m_heard;
+    // The test's thread.
+    int m_settled = 0;
+    journaltest::RecordingObserver m_observer;
+    TemporaryDirectory m_directory;
+    host::Database m_database{m_directory.path() / "journal.db"};
+    host::WorkerPool m_pool{2};
+    host::AsioAlarmClock m_alarms{m_pool};
+    host::SwitchSimulator m_switch;
+    std::unique_ptr<host::Line> m_line;
+    Journal* m_journal = nullptr;
+};
+
+/// Random operations on both sides, the same in every run, and what they have to bring to the switch.
+class BothSides {
+public:
+    explicit BothSides(PhoneAtSwitch& phone) : m_phone(phone) {}
+    /// With `oneByOne` the phone acts when it has done with all that the switch did before; else as things come.
+    void act(bool oneByOne) {
+        const List& list = lists()[pick(3)];
+        const unsigned lot = pick(20);
+        if (lot >= 9) {
+            m_phone.play(call());
+        } else if (lot >= 4) {
+            ASSERT_TRUE(!oneByOne || m_phone.settles());
+            deleteAtPhone(list);
+        } else {
+            m_phone.play(lot == 0 ? std::string("log clear ") + list.name
+                                  : std::string("log delete ") + list.name + " " + number());
+        }
+    }
+    [[nodiscard]] const Texts& expectedRequests() const { return m_expected; }
+
+private:
+    unsigned pick(std::size_t choices) { return static_cast<unsigned>(m_random() % choices); }
+    std::string number() { return std::to_string(4711 + pick(4)); }
+
+    std::string call() {
+        const std::string caller = pick(8) == 0 ? "anonymous" : number() + " \"Ann\"";
+        switch (pick(4)) {
+            case 0: return "dial c to " + number() + " ; connect c ; hangup c";
+            case 1: return "dial c to " + number() + " ; busy c";
+            case 2: return "call c from " + caller + " ; ring c ; answer c ; hangup c by caller";
+            default: return "call c from " + caller + " ; ring c ; giveup c";
+        }
+    }
+
+    void deleteAtPhone(const List& list) {
+        Journal& journal = m_phone.journal();
+        const std::string log = std::to_string(list.target);
+        const std::vector<Party> parties = list.read(journal);
+        const unsigned lot = pick(8);
+        if (lot == 0 || parties.empty()) {
+            if (!parties.empty()) {
+                m_expected.push_back("2 " + log + "  ");
+            }
+            (journal.*list.deleteAll)();
+            return;
+        }
+        const bool several = lot <= 2;
+        const Party& one = parties[pick(parties.size())];
+        std::set<std::string> ids{"unknown"};
+        for (const Party& party : parties) {
+            if (several ? pick(2) == 0 : &party == &one) {
+                ids.insert(party.entryId);
+                m_expected.push_back("1 " + log + " " + party.calls.front());
+            }
+        }
+        if (several) {
+            (journal.*list.deleteSet)(ids);
+        } else {
+            list.deleteOne(journal, one.entryId);
+        }
+    }
+
+    PhoneAtSwitch& m_phone;
+    std::mt19937 m_random{20261121};
+    Texts m_expected;
+};
+
+TEST(CallLogSync, KeepsBothSidesEqualAndAsksForNothingButWhatTheUserDeletes) {
+    for (const bool oneByOne : {true, false}) {
+        PhoneAtSwitch phone("2", true);
+        BothSides sides(phone);
+        for (int i = 0; i < 200; ++i) {
+            sides.act(oneByOne);
+        }
+        ASSERT_TRUE(phone.settles());
+        EXPECT_EQ(phone.listsAtPhone(), phone.logsAtSwitch());
+        if (oneByOne) {
+            EXPECT_GT(sides.expectedRequests().size(), 40U);
+            EXPECT_EQ(phone.requests(), sides.expectedRequests());
+        }
+    }
+}
+
+TEST(CallLogSync, TakesABurstOfEntriesWhileAClientDeletes) {
+    constexpr std::size_t kEntries = 1000;
+    constexpr std::size_t kDeleted = 100;
+    PhoneAtSwitch phone("2", true);
+    std::string burst;
+    Texts numbers;
+    for (std::size_t i = 0; i < kEntries; ++i) {
+        numbers.push_back(std::to_string(10000 + i));
+        burst += "log add missed " + numbers.back() + "\n";
+    }
+    phone.play(burst);
+    auto client = std::async(std::launch::async, [&phone, &missed = lists().front()] {
+        for (std::size_t deleted = 0; deleted < kDeleted;) {
+            const std::vector<Party> parties = missed.read(phone.journal());
+            if (!parties.empty() && missed.deleteOne(phone.journal(), parties[parties.size() / 2].entryId)) {
+                ++deleted;
+            }
+        }
+    });
+    ASSERT_TRUE(phone.settles());
+    client.get();
+    numbers.push_back("last1");
+    EXPECT_EQ(phone.heardNumbers(), numbers);
+    EXPECT_EQ(phone.requests().size(), kDeleted);
+    EXPECT_EQ(phone.listsAtPhone().size(), kEntries - kDeleted + 1);
+    EXPECT_EQ(phone.listsAtPhone(), phone.logsAtSwitch());
+}
+
+TEST(CallLogSync, LeavesTheVerdictOnMissedCallsToASwitchThatKeepsTheLogOfGroups) {
+    PhoneAtSwitch phone("1", false);
+    phone.play(
+        "call c from 4711 ; ring c ; giveup c\n"
+        "call d from 4712 ; ring d ; missed d ; giveup d\n"
+        "log add group 4713 \"Ann\" of \"Sales\"");
+    ASSERT_TRUE(phone.hearsOf("4713"));
+    EXPECT_EQ(phone.heardNumbers(), (Texts{"4712", "4713"}));
+    for (const Party& party : lists().front().read(phone.journal())) {
+        EXPECT_TRUE(lists().front().deleteOne(phone.journal(), party.entryId));
+    }
+    EXPECT_EQ(phone.requests(), Texts{"2 3 4713 Sales"});
+    EXPECT_TRUE(phone.logsAtSwitch().empty());
+}
+
+}  // namespace
+}  // namespace calllogtest

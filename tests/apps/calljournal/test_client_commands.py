@@ -1,0 +1,146 @@
+"""Single entries from the command line, the client in another language, and what is written about both."""
+
+import csv
+import io
+import json
+import os
+import re
+import subprocess
+import sys
+
+from harness import LIMIT, ProgramTest
+
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..")
+LONG = "=SUM(A1,A2) is somebody whose name is longer than a line of a terminal can be"
+CALLS = """
+call ann from 4711 "Ann Müller" ; ring ann ; giveup ann
+call sum from +4915550100123 "%s" ; ring sum ; giveup sum
+call zoe from 4712 "Zoë" via 4799 "@Desk" ; ring zoe ; giveup zoe
+dial bob to 4713 "Bob" ; ring bob ; connect bob ; hangup bob
+callback 4720 because busy
+""" % LONG
+
+
+class ClientCommandsTest(ProgramTest):
+    def calls(self):
+        self.simulate_and_serve(CALLS, "callback for 4720")
+
+    def test_an_entry_is_shown_viewed_and_deleted_by_its_id(self):
+        self.calls()
+        ids = {item["surname"]: item["entryId"] for item in self.list("missed")["items"]}
+        for name in ("missed", "dialled", "callbacks"):
+            for item in self.list(name)["items"]:
+                self.assertEqual(json.loads(self.done("show", item["entryId"], "--json")), item)
+        shown = self.done("show", ids["Zoë"])
+        self.assertRegex(shown, r"^Zoë, missed call\n")
+        self.assertRegex(shown, r"\n  \d{4}-\d\d-\d\d \d\d:\d\d:\d\d  4712 .* 4799 +@Desk\n$")
+
+        table = self.done("list", "missed", "--ids").splitlines()
+        self.assertEqual({line.split()[-1] for line in table[1:]}, set(ids.values()))
+        self.assertTrue(any("…" in line for line in table))
+        self.assertLessEqual(max(map(len, table)), 80)
+
+        self.assertEqual(self.done("viewed", ids["Zoë"], ids["Ann Müller"]), "2 missed calls viewed\n")
+        self.assertEqual({item["surname"] for item in self.list("missed")["items"] if not item["viewed"]}, {LONG})
+        self.assertEqual(re.findall(r"(?m)^\* .*  (\S+) ", self.done("list", "missed")), ["+4915550100123"])
+
+        status, output, errors = self.run_program("delete", "missed", ids["Zoë"], "nobody", "--data", self.data)
+        self.assertEqual((status, output), (1, "1 missed call deleted\n"))
+        self.assertEqual(errors, "calljournal: there is no entry nobody in the list missed; `%s list missed --ids --data %s` shows "
+                                 "those that there are\n" % (os.environ["CALLJOURNAL"], self.data))
+        for command in (["viewed", "nobody"], ["show", "nobody"], ["delete", "dialled", ids["Ann Müller"]]):
+            self.assertIn("--ids", self.refused(*command, silent=False))
+        self.assertEqual(self.done("delete", "missed", "--all"), "2 missed calls deleted\n")
+        self.assertEqual(self.done("delete", "missed", "--all"), "0 missed calls deleted\n")
+        self.assertEqual([len(self.list(name)["items"]) for name in ("missed", "dialled", "callbacks")], [0, 1, 1])
+
+    def test_deleting_all_takes_along_what_a_list_does_not_show(self):
+        self.simulate_and_serve("\n".join("call c from %d ; ring c ; giveup c" % (5000 + index) for index in range(230)),
+                                "missed call from 5229")
+        self.watch()  # a subscription loads the newest 200
+        self.assertEqual(self.list("missed")["total"], 200)
+        self.assertEqual(self.done("delete", "missed", "--all"), "230 missed calls deleted\n")
+        self.assertEqual(self.rows(), [])
+
+    def test_csv_holds_what_json_holds_and_no_formula(self):
+        self.calls()
+        for name in ("missed", "dialled", "received", "callbacks"):
+            text = self.done("export", name, "--format", "csv")
+            self.assertEqual(self.done("list", name, "--csv"), text)
+            self.assertEqual(self.done("export", name, "--format", "json"), self.done("list", name, "--json"))
+            rows = list(csv.DictReader(io.StringIO(text, newline=""), strict=True))
+            calls = [{**item, **call} for item in self.list(name)["items"] for call in item.pop("occurrences", [{}])]
+            self.assertEqual(len(rows), len(calls))
+            for row, call in zip(rows, calls):
+                self.assertFalse([cell for cell in row.values() if cell[:1] in list("=+-@")])
+                self.assertEqual({key: cell[cell.startswith("'"):] for key, cell in row.items()},
+                                 {key: value if isinstance(value, str) else json.dumps(value) for key, value in call.items()})
+
+    def helped(self):
+        """Each command with sub-commands and options, as --help names them: {"contacts list": ["--data", ...]}."""
+        options, left = {}, [""]
+        while left:
+            command = left.pop()
+            _, output, _ = self.run_program(*command.split(), "--help")
+            _, _, subcommands = output.partition("\nSubcommands:\n")
+            left += [(command + " " + each).strip() for each in re.findall(r"(?m)^  ([a-z]+) ", subcommands)]
+            inherited = options.get(command.rpartition(" ")[0], []) if " " in command else []
+            options[command] = sorted({*inherited, *re.findall(r"(?m)^  (?:-h,)?(--[a-z-]+)", output)})
+        return options
+
+    def test_completion_and_manual_know_every_command_and_option(self):
+        options = self.helped()
+        self.assertGreater(len(options), 13)
+        script = os.path.join(ROOT, "packaging/completion/calljournal.bash")
+
+        def complete(*words):
+            done = subprocess.run(["bash", "-c", 'source "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _calljournal; echo "${COMPREPLY[*]}"',
+                                   script, "calljournal", *words], capture_output=True, text=True, timeout=LIMIT, check=True)
+            return sorted(done.stdout.split())
+
+        with open(os.path.join(ROOT, "packaging/man/calljournal.1"), encoding="utf-8") as file:
+            _, *sections = re.split(r"(?m)^\.S[sh] ", "\n.Sh " + file.read())
+        for command, known in options.items():
+            inner = sorted(each[len(command):].strip() for each in options if each.startswith(command + " " * bool(command))
+                           and each != command and " " not in each[len(command):].strip())
+            self.assertEqual(complete(*command.split(), "-"), known)
+            if inner:
+                self.assertEqual(complete(*command.split(), ""), inner)
+                continue
+            heading = re.compile(" (Cm )?".join(command.split()) + r"\b")
+            section = [each for each in sections if heading.match(each)]
+            self.assertEqual(len(section), 1, command)
+            told = {"--" + each for each in re.findall(r"Fl Fl (\S+)", section[0])}
+            self.assertEqual(told | {"--data", "--help"}, set(known), command)
+        self.assertEqual(complete("delete", "missed", "--format", "j"), ["json"])
+        self.assertEqual(complete("list", "--limit", "3", "d"), ["dialled"])
+        self.assertEqual(complete("list", "missed", "d"), [])
+
+    def test_the_python_client_lists_deletes_and_follows(self):
+        client = [sys.executable, os.path.join(ROOT, "examples/journal_client.py"), "--data", self.data]
+
+        def run(*arguments):
+            done = subprocess.run([*client, *arguments], capture_output=True, text=True, timeout=LIMIT)
+            return done.returncode, done.stdout.splitlines(), done.stderr
+
+        status, _, errors = run("list", "missed")
+        self.assertEqual((status, errors.partition(" at ")[0]), (1, "journal_client.py: no journal answers"))
+        self.calls()
+        self.done("contacts", "import", self.file("book.csv", "surname;firstName;office\nMüller;Ann;4711\n"))
+        follower = subprocess.Popen([*client, "follow"], stdout=subprocess.PIPE, text=True)
+        for end in (follower.stdout.close, follower.wait, follower.kill):  # in the other order
+            self.addCleanup(end)
+        self.assertEqual(follower.stdout.readline(), "missedCallsCountUpdate: 3\n")
+        self.assertEqual(run("contacts")[1], ["Ann Müller  4711"])
+        self.assertEqual((run("phonebook", "MÜLLER")[1], run("phonebook", "<")[1]), (["Ann Müller  4711"], []))
+
+        status, lines, _ = run("list", "missed")
+        self.assertEqual((status, len(lines)), (0, 3))
+        self.assertRegex(lines[2], r"^\* \S+  \S+Z  Ann Müller  4711$")
+        self.assertEqual(run("delete", "missed", lines[2].split()[1]), (0, [], ""))
+        self.assertEqual(run("delete", "missed", "nobody")[::2], (1, "no entry nobody in missed\n"))
+        self.assertEqual(run("list", "missed")[1], lines[:2])
+        followed = iter(follower.stdout.readline, "")
+        self.assertIn("missedCallsUpdate: deleted\n", followed)
+        self.done("viewed", lines[0].split()[1])
+        self.assertIn("missedCallsCountUpdate: 1\n", followed)

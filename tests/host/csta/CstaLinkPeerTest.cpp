@@ -1,0 +1,276 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <chrono>
+#include <future>
+#include <string>
+#include <vector>
+
+#include "host/csta-wire/WireDocument.h"
+#include "host/csta/DeviceInquiry.h"
+#include "tests/host/csta/LinkFixture.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using journaltest::CapturedLog;
+using linktest::LinkTest;
+using linktest::Phone;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A switch of few words.
+class BarePeer : public linktest::WirePeer {
+public:
+    [[nodiscard]] unsigned short port() const { return m_listener.local_endpoint().port(); }
+    /// Waits for the link to connect (again).
+    void accept() {
+        hangUp();
+        m_listener.accept(m_stream.socket());
+    }
+    /// The next message; it must be one of that name. Answers its invoke id.
+    int expect(std::string_view name) {
+        const host::Frame frame = next();
+        lastXml = frame.xml;
+        std::string fault;
+        const auto document = host::WireDocument::parse(lastXml, fault);
+        EXPECT_EQ(document ? document->name() : fault, name);
+        return frame.invokeId;
+    }
+    /// Takes what every link says first. Answers the invoke id of the last of these, which asks for the devices.
+    int greet() {
+        expect("RequestSystemStatus");
+        expect("SystemRegister");
+        return expect("GetSwitchingFunctionDevices");
+    }
+    /// Takes a MonitorStart and answers it.
+    void startMonitor(const std::string& id) {
+        send(expect("MonitorStart"), "<MonitorStartResponse><monitorCrossRefID>" + id +
+                                         "</monitorCrossRefID></MonitorStartResponse>");
+    }
+
+    /// What `expect` saw last.
+    std::string lastXml;
+
+private:
+    asio::io_context m_io;
+    asio::ip::tcp::acceptor m_listener{m_io, {asio::ip::address_v4::loopback(), 0}};
+};
+
+std::string frame(int id, const std::string& xml) {
+    return host::encodeFrame(id, xml).value();
+}
+
+std::string delivered(const std::string& monitor, const std::string& caller) {
+    return frame(9999, "<DeliveredEvent><monitorCrossRefID>" + monitor +
+                           "</monitorCrossRefID><callingDevice><deviceIdentifier>" + caller +
+                           "</deviceIdentifier></callingDevice><cause>newCall</cause></DeliveredEvent>");
+}
+
+class CstaLinkPeer : public LinkTest {
+protected:
+    /// A link whose own line is monitored at the peer under the id "77". No other request of it has an answer.
+    void startMonitored() {
+        startLink(configFor(peer.port()));
+        std::future<std::string> accepted = std::async(std::launch::async, [this] { return startMonitor(); });
+        peer.accept();
+        peer.greet();
+        peer.startMonitor("77");
+        EXPECT_EQ(accepted.get(), "ok M1");
+        EXPECT_TRUE(becomes("monitoring"));
+    }
+
+    BarePeer peer;
+};
+
+TEST_F(CstaLinkPeer, AnswersEveryRequestOfTheSwitch) {
+    startMonitored();
+    const std::string rows = R"(
+10 | <SystemStatus><systemStatus>enabled</systemStatus></SystemStatus> | SystemStatusResponse |
+18 | <RequestSystemStatus/> | RequestSystemStatusResponse | <systemStatus>normal</systemStatus>
+19 | <MakeCoffee/>          | CSTAErrorCode               | <operation>serviceNotSupported</operation>
+)";
+    peer.send(0, "<keepalive/>");
+    for (const std::vector<std::string>& row : journaltest::table(4, rows)) {
+        peer.send(std::stoi(row[0]), row[1]);
+        EXPECT_EQ(peer.expect(row[2]), std::stoi(row[0]));
+        EXPECT_THAT(peer.lastXml, HasSubstr(row[3]));
+    }
+    peer.send(20, "<SystemRegisterAbort/>");
+    const int id = peer.expect("SystemRegister");
+    EXPECT_THAT(peer.lastXml, HasSubstr("switchingFunctionDevicesChanged"));
+    peer.send(id, "<CSTAErrorCode><operation>parameterNotSupported</operation></CSTAErrorCode>");
+    peer.expect("SystemRegister");
+    EXPECT_THAT(peer.lastXml, testing::Not(HasSubstr("switchingFunctionDevicesChanged")));
+    EXPECT_EQ(registerForStatus(phone), "refused serviceNotSupported");
+
+    // The numbers of the two sides have nothing to do with each other.
+    std::future<std::string> stopped = std::async(std::launch::async, [this] { return stopMonitor("M1"); });
+    const int own = peer.expect("MonitorStop");
+    peer.send(own, "<SystemStatus/>");
+    EXPECT_EQ(peer.expect("SystemStatusResponse"), own);
+    peer.send(own + 1, "<MonitorStopResponse/>");  // nobody waits for this one
+    peer.send(own, "<MonitorStopResponse/>");
+    EXPECT_EQ(stopped.get(), "ok");
+}
+
+TEST_F(CstaLinkPeer, WritesByTheSchemaAndDeliversEventsThatComeAheadOfTheAnswer) {
+    host::CstaLinkConfig config = configFor(peer.port());
+    config.edition = "ed5";
+    config.ownDevice = "N<2001>";
+    startLink(config);
+    peer.accept();
+    peer.greet();
+    CSTAMonitorFilter filter;
+    filter.setHeldFilter(true);
+    std::future<std::string> outcome =
+        std::async(std::launch::async, [&] { return startMonitor("localDeviceID", filter); });
+    const int id = peer.expect("MonitorStart");
+    EXPECT_EQ(
+        peer.lastXml,
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><MonitorStart xmlns=\"http://www.ecma-international.org/"
+        "standards/ecma-323/csta/ed5\"><monitorObject><deviceObject>N&lt;2001&gt;</deviceObject>"
+        "</monitorObject><requestedMonitorFilter><callcontrol><held>true</held></callcontrol>"
+        "</requestedMonitorFilter><monitorType>device</monitorType></MonitorStart>");
+    const std::string started =
+        "<MonitorStartResponse><monitorCrossRefID>5</monitorCrossRefID></MonitorStartResponse>";
+    peer.sendBytes(delivered("5", "4711") + delivered("6", "4799") + frame(id, started) +
+                   delivered("5", "4712"));
+    EXPECT_EQ(outcome.get(), "ok M1");
+    EXPECT_THAT(phone.events.await(2), ElementsAre("Delivered from 4711", "Delivered from 4712"));
+}
+
+TEST_F(CstaLinkPeer, SurvivesMessagesThatAreNoneAndGivesUpALostStream) {
+    startMonitored();
+    peer.sendBytes(frame(9999, "<DeliveredEvent>") + "garbage" + delivered("77", "4711"));
+    EXPECT_THAT(phone.events.await(1), ElementsAre("Delivered from 4711"));
+    peer.sendBytes(std::string(host::FrameReader::kLostBytes + 100, 'x'));
+    peer.accept();
+    peer.greet();
+}
+
+TEST_F(CstaLinkPeer, WaitsLongerAndLongerForASwitchThatHangsUpAtOnce) {
+    host::CstaLinkConfig config = configFor(peer.port());
+    config.reconnectFirst = std::chrono::milliseconds(1);
+    startLink(config);
+    const auto begin = std::chrono::steady_clock::now();
+    for (int attempt = 0; attempt < 6; ++attempt) {
+        peer.accept();
+    }
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1 + 2 + 4 + 8 + 16));
+}
+
+// ---- the devices of the phone
+
+/// A part of the switch's answer: "N<2005>Desk/station 8000/group", devices with their categories.
+std::string segment(const std::string& crossRef, const std::string& devices, const char* last = "true") {
+    std::string items;
+    for (const std::string& device : journaltest::split(devices, ' ')) {
+        const std::vector<std::string> parts = journaltest::split(device, '/');
+        items += "<deviceListItem><deviceID><![CDATA[" + parts[0] + "]]></deviceID>" +
+                 (parts.size() > 1 ? "<deviceCategory>" + parts[1] + "</deviceCategory>" : "") +
+                 "</deviceListItem>";
+    }
+    return frame(1, "<SwitchingFunctionDevices><serviceCrossRefID>" + crossRef +
+                        "</serviceCrossRefID><lastSegment>" + last + "</lastSegment><deviceList>" + items +
+                        "</deviceList></SwitchingFunctionDevices>");
+}
+
+std::string promised(int id) {
+    return frame(id,
+                 "<GetSwitchingFunctionDevicesResponse><serviceCrossRefID>x</serviceCrossRefID>"
+                 "</GetSwitchingFunctionDevicesResponse>");
+}
+
+class CstaLinkDevices : public CstaLinkPeer {
+protected:
+    void startRegistered(std::chrono::milliseconds timeout = linktest::kPatience) {
+        host::CstaLinkConfig config = configFor(peer.port());
+        config.sharedDevices = {"2002"};
+        config.bluetooth = true;
+        config.requestTimeout = timeout;
+        startLink(config);
+        EXPECT_EQ(registerForStatus(phone), "ok");
+        peer.accept();
+    }
+    int askedAgain() {
+        peer.send(3, "<SwitchingFunctionDevicesChanged/>");
+        EXPECT_EQ(peer.expect("SwitchingFunctionDevicesChangedResponse"), 3);
+        return peer.expect("GetSwitchingFunctionDevices");
+    }
+
+    static constexpr const char* kConfigured = "Devices 0 localDeviceID 2 2002 2 bluetoothDeviceID";
+};
+
+TEST_F(CstaLinkDevices, AreThoseThatTheSwitchNamesOrElseThoseOfTheConfiguration) {
+    startRegistered();
+    int id = peer.greet();
+    EXPECT_THAT(peer.lastXml, HasSubstr("<requestedDeviceID>2001</requestedDeviceID>"));
+    peer.sendBytes(segment("x", "N<2005>Desk/station", "false") + segment("y", "2999") + promised(id) +
+                   segment("x", "tel:2001 8000/group", "0") + segment("x", "2005 bluetoothDeviceID/other"));
+    std::vector<std::string> told = {"Devices 2 2005 0 localDeviceID 1 8000 2 bluetoothDeviceID"};
+    EXPECT_EQ(phone.events.await(1), told);
+    Phone other(strand);
+    EXPECT_EQ(registerForStatus(other), "ok");
+    EXPECT_EQ(other.events.await(1), told);
+    link->releaseService(other);
+
+    std::string directory;
+    for (std::size_t i = 0; i <= host::DeviceInquiry::kMostDevices; ++i) {
+        directory += std::to_string(3000 + i) + " ";
+    }
+    id = askedAgain();
+    for (const std::string& answer :
+         {frame(id, "<CSTAErrorCode><operation>serviceNotSupported</operation></CSTAErrorCode>"),
+          promised(id + 2) + segment("x", ""), promised(id + 4) + segment("x", directory),
+          frame(id + 6, "<MonitorStopResponse/>")}) {
+        peer.sendBytes(answer);
+        told.emplace_back(kConfigured);
+        EXPECT_EQ(phone.events.await(told.size()), told);
+        // Another list in between, which leaves out the own line.
+        peer.sendBytes(promised(askedAgain()) + segment("x", "2009"));
+        told.emplace_back("Devices 0 localDeviceID 2 2009");
+        EXPECT_EQ(phone.events.await(told.size()), told);
+        askedAgain();
+    }
+}
+
+TEST_F(CstaLinkDevices, StayAsTheyWereWhenTheSwitchFallsSilent) {
+    startRegistered(std::chrono::milliseconds(100));
+    peer.greet();
+    EXPECT_THAT(phone.events.await(1), ElementsAre(kConfigured));
+    peer.sendBytes(promised(askedAgain()) + segment("x", "2009"));
+    EXPECT_EQ(phone.events.await(2).size(), 2U);
+    peer.sendBytes(promised(askedAgain()) + segment("x", "2010", "false"));
+    peer.send(9, "<RequestSystemStatus/>");
+    peer.expect("RequestSystemStatusResponse");
+    // Begun later, so it ends later than the wait for the other segment.
+    EXPECT_EQ(startMonitor(), "no answer");
+    EXPECT_TRUE(CapturedLog::contains("they stay as they were"));
+    strand.drain();
+    EXPECT_EQ(phone.events.all().size(), 2U);
+}
+
+TEST_F(CstaLinkDevices, AreToldAgainWhenTheConnectionIsLostWhileAHandlerMonitorsThem) {
+    phone.onEvent([this](const CSTAEvent& event) {
+        if (const auto* devices = dynamic_cast<const CSTASwitchingFunctionDevices*>(&event)) {
+            static_cast<void>(startMonitor(devices->getDeviceID(1)));
+        }
+    });
+    startRegistered();
+    peer.sendBytes(promised(peer.greet()) + segment("x", "2001"));
+    peer.expect("MonitorStart");
+    peer.hangUp();
+    EXPECT_EQ(phone.events.await(1).size(), 1U);
+
+    peer.accept();
+    peer.sendBytes(promised(peer.greet()) + segment("x", "2001"));
+    peer.startMonitor("77");
+    EXPECT_TRUE(becomes("monitoring"));
+    EXPECT_EQ(phone.events.await(2).back(), "Devices 0 localDeviceID");
+}
+
+}  // namespace

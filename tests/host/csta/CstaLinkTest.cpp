@@ -1,0 +1,203 @@
+#include "host/csta/CstaLink.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/switch/server/SwitchSimulator.h"
+#include "tests/host/csta/LinkFixture.h"
+
+namespace {
+
+using linktest::LinkTest;
+using testing::ElementsAre;
+using Answering = host::SwitchAnswering;
+
+constexpr auto kReceived = host::SwitchLogEntry::Direction::eReceived;
+
+class CstaLinkAtSwitch : public LinkTest {
+protected:
+    CstaLinkAtSwitch() { simulator.start(); }
+
+    void play(const std::string& text) { simulator.run(host::Scenario::parse(text)); }
+
+    void startConnected(const host::CstaLinkConfig& config) {
+        startLink(config);
+        ASSERT_TRUE(becomes("connected"));
+    }
+    void startMonitored() {
+        startConnected(configFor(simulator.port()));
+        ASSERT_EQ(startMonitor(), "ok M1");
+        ASSERT_TRUE(becomes("monitoring"));
+    }
+    bool switchGets(const std::string& message, std::size_t number = 1) {
+        return simulator.log().await(kReceived, message, number, linktest::kPatience);
+    }
+
+    host::SwitchSimulator simulator{{.port = 0}};
+};
+
+TEST_F(CstaLinkAtSwitch, TellsTheStatusAndMonitorsAgainHoweverOftenTheSwitchStopsOrRefuses) {
+    startMonitored();
+    EXPECT_EQ(registerForStatus(phone), "ok");
+    EXPECT_EQ(registerForStatus(phone), "ok");  // twice, but told once
+    play(
+        "status initializing; status enabled; status enabled; status overloadReached;"
+        "status partiallyDisabled; status normal");
+    EXPECT_TRUE(switchGets("MonitorStart", 2));
+    simulator.stopMonitors("2001");
+    EXPECT_TRUE(switchGets("MonitorStart", 3));
+    simulator.setAnswering("MonitorStart", Answering::eRefuse);
+    simulator.dropClients();
+    EXPECT_TRUE(becomes("away"));
+    EXPECT_TRUE(switchGets("MonitorStart", 6));
+    simulator.setAnswering("MonitorStart", Answering::eNormally);
+    EXPECT_TRUE(becomes("monitoring"));
+    EXPECT_EQ(phone.events.await(7).size(), 7U);
+    phone.onEvent([](const CSTAEvent& event) { EXPECT_EQ(event.getMonitorCrossRefID(), "M1"); });
+    play("call c from 4711 to 2001; ring c");
+    EXPECT_THAT(
+        phone.events.await(8),
+        ElementsAre("Devices 0 localDeviceID", "Status reset", "Status enabled", "Status overloadReached",
+                    "Status partiallyDisabled", "Status normal", "Status normal", "Delivered from 4711"));
+}
+
+TEST_F(CstaLinkAtSwitch, TellsARefusalFromSilenceAndFromAnotherAnswer) {
+    host::CstaLinkConfig config = configFor(simulator.port());
+    config.requestTimeout = std::chrono::milliseconds(100);
+    startConnected(config);
+    EXPECT_EQ(escape(7), "refused invalidParameterValue");
+    const struct {
+        const char* request;
+        Answering answering;
+        const char* outcome;
+    } cases[] = {
+        {"Escape", Answering::eRefuse, "refused generic"},
+        {"Escape", Answering::eWrongly, "another answer"},
+        {"Escape", Answering::eNever, "no answer"},
+        {"Escape", Answering::eNormally, "ok"},
+        {"MonitorStart", Answering::eRefuse, "refused generic"},
+        {"MonitorStart", Answering::eWrongly, "another answer"},
+        {"MonitorStart", Answering::eNever, "no answer"},
+        {"MonitorStart", Answering::eHangUp, "no answer"},
+        // None of the four is wanted any more: only this one is started on the new connection.
+        {"MonitorStart", Answering::eNormally, "ok M5"},
+    };
+    for (const auto& [request, answering, outcome] : cases) {
+        simulator.setAnswering(request, answering);
+        EXPECT_EQ(*request == 'E' ? escape(CallLogEntryRequest::eDeleteAll) : startMonitor(), outcome);
+    }
+    EXPECT_TRUE(becomes("monitoring"));
+    EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 5U);
+}
+
+TEST_F(CstaLinkAtSwitch, EndsAWaitingRequestWithItsConnectionAndWithItself) {
+    startConnected(configFor(simulator.port()));
+    simulator.setAnswering("MonitorStart", Answering::eNever);
+    const auto wait = [this](std::size_t nth) {
+        std::future<std::string> waiting = std::async(std::launch::async, [this] { return startMonitor(); });
+        EXPECT_TRUE(switchGets("MonitorStart", nth));
+        return waiting;
+    };
+    std::future<std::string> first = wait(1);
+    simulator.dropClients();
+    EXPECT_EQ(first.get(), "no answer");
+    ASSERT_TRUE(becomes("connected"));
+    std::future<std::string> second = wait(2);
+    link->stop();
+    EXPECT_EQ(second.get(), "no answer");
+    EXPECT_EQ(startMonitor(), "no answer");
+    link->releaseService(phone);
+}
+
+TEST_F(CstaLinkAtSwitch, ServesRequestsOfSeveralThreadsAtOnce) {
+    startConnected(configFor(simulator.port()));
+    const auto startMany = [this](const std::string& prefix) {
+        std::set<std::string> ids;
+        for (int i = 0; i < 50; ++i) {
+            const std::string id = startMonitor(prefix + std::to_string(i)).substr(3);
+            ids.insert(id);
+            EXPECT_EQ(i % 2 == 0 ? stopMonitor(id) : "ok", "ok");
+        }
+        return ids;
+    };
+    std::future<std::set<std::string>> others = std::async(std::launch::async, startMany, "30");
+    std::set<std::string> ids = startMany("40");
+    ids.merge(others.get());
+    EXPECT_EQ(ids.size(), 100U);
+    EXPECT_EQ(simulator.log().count(kReceived, "MonitorStop"), 50U);
+}
+
+TEST_F(CstaLinkAtSwitch, DeliversNothingOnceAMonitorIsStopped) {
+    startMonitored();
+    simulator.setAnswering("MonitorStop", Answering::eRefuse);
+    EXPECT_EQ(stopMonitor("M1"), "refused generic");
+    simulator.setAnswering("MonitorStop", Answering::eNormally);
+    // Stopped from inside the first event, while the others are already on their way to the strand.
+    phone.onEvent(
+        [&](const CSTAEvent& event) { EXPECT_EQ(stopMonitor(event.getMonitorCrossRefID()), "ok"); });
+    play("call c from 4711 to 2001; ring c; answer c; hangup c");
+    EXPECT_EQ(phone.events.await(1).size(), 1U);
+    EXPECT_TRUE(becomes("connected"));
+    strand.drain();
+    EXPECT_EQ(phone.events.all().size(), 1U);
+    EXPECT_EQ(stopMonitor("M1"), "refused invalidMonitorCrossRefID");
+}
+
+TEST_F(CstaLinkAtSwitch, ForgetsTheMonitorsOfAServiceThatGoes) {
+    startMonitored();
+    EXPECT_EQ(registerForStatus(phone), "ok");
+    ASSERT_EQ(phone.events.await(1).size(), 1U);
+    phone.onEvent([&](const CSTAEvent&) { link->releaseService(phone); });
+    play("call c from 4711 to 2001; ring c; answer c; hangup c");
+    EXPECT_EQ(phone.events.await(2).size(), 2U);
+    EXPECT_TRUE(switchGets("MonitorStop"));
+    simulator.sendSystemStatus("disabled");
+    EXPECT_TRUE(switchGets("SystemStatusResponse"));
+    strand.drain();
+    EXPECT_EQ(phone.events.all().size(), 2U);
+}
+
+TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
+    for (const bool told : {true, false}) {
+        host::CstaLinkConfig config = configFor(simulator.port());
+        config.sendFilters = told;
+        startConnected(config);
+        CSTAMonitorFilter filter;
+        filter.setHeldFilter(true);
+        ASSERT_EQ(startMonitor("localDeviceID", filter), "ok M1");
+        const auto lastEventsOfACall = [&](std::size_t number) {
+            const std::size_t before = phone.events.all().size();
+            play("call c from 4711 to 2001; ring c; answer c; hold c; retrieve c; hangup c");
+            std::vector<std::string> events = phone.events.await(before + number);
+            events.erase(events.begin(), events.begin() + static_cast<std::ptrdiff_t>(before) + 2);
+            return events;
+        };
+        EXPECT_THAT(lastEventsOfACall(4), ElementsAre("Retrieved", "ConnectionCleared"));
+        filter.setHeldFilter(false);
+        EXPECT_EQ(changeFilter("localDeviceID", filter), "ok");
+        EXPECT_THAT(lastEventsOfACall(5), ElementsAre("Held", "Retrieved", "ConnectionCleared"));
+        EXPECT_EQ(changeFilter("9999", filter), "refused invalidMonitorObject");
+    }
+    // One event was held back by the switch, the other by the link.
+    EXPECT_EQ(simulator.log().count(host::SwitchLogEntry::Direction::eSent, "HeldEvent"), 3U);
+    EXPECT_EQ(simulator.log().count(kReceived, "ChangeMonitorFilter"), 1U);
+}
+
+TEST_F(CstaLinkAtSwitch, OpensAnApplicationSessionFirst) {
+    simulator.setAnswering("StartApplicationSession", Answering::eRefuse);
+    host::CstaLinkConfig config = configFor(simulator.port());
+    config.session = "application-session";
+    startLink(config);
+    EXPECT_EQ(startMonitor(), "ok M1");
+    EXPECT_TRUE(switchGets("StartApplicationSession", 3));
+    EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 0U);
+    simulator.setAnswering("StartApplicationSession", Answering::eNormally);
+    EXPECT_TRUE(becomes("monitoring"));
+}
+
+}  // namespace

@@ -1,0 +1,314 @@
+#include "host/csta/EventReader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/csta-wire/DeviceText.h"
+#include "host/csta-wire/WireDocument.h"
+#include "platform/csta/CSTAConferenceEvents.h"
+#include "platform/csta/CSTAPrivateEvents.h"
+#include "tests/host/csta/LinkFixture.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using host::comparableNumber;
+using host::DeviceText;
+using host::parseDeviceText;
+using journaltest::split;
+using journaltest::table;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+/// The XML of members in short, each after a space:
+///     connection/7/2001    a connection: its call and its device
+///     callingDevice:4711   a device identifier
+///     cause=newCall        a text
+///     moved/3/1/4711/TEXT  an entry of a connection list: new call, old call, number, endpoint
+/// What begins with "<" stands for itself; "_" is a space, and the brackets of N<4711>Ann need no escape.
+std::string membersOf(std::string text) {
+    static const std::vector<std::pair<std::regex, std::string>> kinds = {
+        {std::regex("N<([^>]*)>"), "N&lt;$1&gt;"},
+        {std::regex(" moved/(\\w+)/(\\w+)/(\\w+)/(\\S+)"),
+         "<connectionListItem> newConnection/$1/$3 oldConnection/$2/$3"
+         " <endpoint> deviceID=$4</endpoint></connectionListItem>"},
+        {std::regex(" (\\w+)/([^/ ]*)/([^< ]*)"), "<$1> callID=$2 deviceID=$3</$1>"},
+        {std::regex(" (\\w+):([^< ]*)"), "<$1> deviceIdentifier=$2</$1>"},
+        {std::regex(" (\\w+)=([^< ]*)"), "<$1>$2</$1>"},
+        {std::regex("_"), " "},
+    };
+    for (const auto& [kind, xml] : kinds) {
+        text = std::regex_replace(text, kind, xml);
+    }
+    return text;
+}
+
+/// "Held call: 7, device: here, own: 4, cause: 3", then what only some events hold; private data in brackets.
+std::string textOf(const CSTAEvent& event) {
+    std::string text =
+        linktest::nameOf(event) + (event.toString().empty() ? "" : " ") +
+        std::regex_replace(std::regex_replace(event.toString(), std::regex("localDeviceID"), "here"),
+                           std::regex("localConnection"), "own");
+    if (const auto* callBack = dynamic_cast<const CSTACallBackEvent*>(&event)) {
+        const CSTADevice& target = callBack->getTargetDevice();
+        text += callBack->getOriginatingDevice().isLocal() ? " from here" : " from elsewhere";
+        text += " to " + target.number + " " + target.name + (callBack->isSet() ? ", set" : ", cancelled");
+    }
+    if (const auto* membership = dynamic_cast<const CSTAConferenceMembershipEvent*>(&event)) {
+        std::string name;
+        std::string number;
+        for (std::size_t i = 1; membership->getUserInformation(i, name, number); ++i) {
+            text += ", " + number + (name.empty() ? "" : " " + name);
+        }
+    }
+    const auto* privateEvent = dynamic_cast<const CSTAPrivateEvent*>(&event);
+    const CallLogEntryEvent* entry = privateEvent == nullptr ? nullptr : privateEvent->getCallLogEntry();
+    if (entry != nullptr) {
+        std::ostringstream log;
+        log << " log " << entry->logTarget << ' ' << entry->subscriberNumber << ' ' << entry->name << ' '
+            << entry->presentationA << entry->presentationB << entry->presentationC << entry->presentationD
+            << ' ' << entry->textC << ' ' << entry->textD << ' ' << entry->valueE << ' ' << entry->textE
+            << ' ' << entry->valueF << ' ' << entry->textF << ' ' << entry->entryTime << ' '
+            << entry->entryTimeFormat << (entry->action == CallLogEntryEvent::eDelete ? ", deleted" : "");
+        text += log.str();
+    }
+    return text + (event.getPrivateData().empty() ? "" : " [" + event.getPrivateData() + "]");
+}
+
+/// What the phone 2001 is told of events, each after a ";": its name, "Held" or on the monitor of another device
+/// "Held@2005", then its members.
+std::string told(const std::string& events) {
+    host::EventReader reader("2001");
+    std::string all;
+    for (const std::string& event : split(std::regex_replace(events, std::regex(" ; "), "\n"), '\n')) {
+        const std::vector<std::string> name = split(event.substr(0, event.find(' ')), '@');
+        const std::string members = event.substr(std::min(event.find(' '), event.size()));
+        const std::string root = name[0] + "Event>";
+        std::string fault;
+        const auto document = host::WireDocument::parse(
+            "<" + root + membersOf(" monitorCrossRefID=77" + members) + "</" + root, fault);
+        EXPECT_TRUE(document) << fault << ": " << event;
+        for (const auto& read : reader.read(*document, {"M1", name.size() > 1 ? name[1] : "localDeviceID"})) {
+            all += (all.empty() ? "" : "; ") + textOf(*read);
+        }
+    }
+    return all;
+}
+
+/// Rows of events and what is told of them: the whole text, or after ".." a part of it.
+void expectTold(const std::string& rows) {
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        const std::string text = told(row[0]);
+        if (row[1].rfind("..", 0) == 0) {
+            EXPECT_THAT(text, HasSubstr(row[1].substr(2))) << row[0];
+        } else {
+            EXPECT_EQ(text, row[1]) << row[0];
+        }
+    }
+}
+
+TEST(EventReader, ReadsEveryEventOfACall) {
+    expectTold(R"(
+Delivered connection/7/2001 alertingDevice:2001 callingDevice:N<4711>Ann calledDevice:2001
++ <lastRedirectionDevice><notRequired/></lastRedirectionDevice> localConnectionInfo=alerting cause=newCall
++ | Delivered call: 7, device: here, calling: 4711 Ann, called: here, alerting: here, own: 2, cause: 22
+Established establishedConnection/7/2001 answeringDevice:2001 callingDevice:4711 calledDevice:2004
++ <lastRedirectionDevice><numberDialed>2004</numberDialed></lastRedirectionDevice> cause=callPickup
++ | Established call: 7, device: here, calling: 4711, called: 2004, answering: here, lastRedirection: 2004,
++ own: 3, cause: 11
+Held heldConnection/7/2001 holdingDevice:2001 localConnectionInfo=hold cause=consultation
++ | Held call: 7, device: here, own: 4, cause: 3
+ConnectionCleared droppedConnection/7/2001 releasingDevice:2001 localConnectionInfo=null cause=normalClearing
++ | ConnectionCleared call: 7, device: here, releasing: here, own: 0, cause: 48
+Originated originatedConnection/8/2001 callingDevice:2001 calledDevice:4712 cause=newCall
++ | Originated call: 8, device: here, calling: here, called: 4712, own: 3, cause: 22
+NetworkReached outboundConnection/7/trunk-1 | NetworkReached device: trunk-1
+Delivered connection/8/4799 alertingDevice:4799 callingDevice:2001 calledDevice:4712 cause=redirected
++ | Delivered call: 8, device: 4799, calling: here, called: 4712, alerting: 4799, own: 3, cause: 25
+Failed failedConnection/8/4712 failingDevice:4712 callingDevice:2001 calledDevice:4712 cause=busy
++ | Failed call: 8, device: 4712, calling: here, called: 4712, failing: 4712, own: 3, cause: 16
+Diverted connection/7/2001 divertingDevice:2001 newDestination:205 cause=callForwardNoAnswer
++ | Diverted call: 7, device: here, diverting: here, newDestination: 205, own: 0, cause: 8;
++ ConnectionCleared call: 7, device: here, releasing: here, own: 0, cause: 8
+Diverted cause=callPickup
++ | Diverted call: call-M1, device: , own: 0, cause: 13; ConnectionCleared call: call-M1, device: , own: 0, cause: 40
+CallInformation connection/-1/2001 device:2001 callingDevice:N<4711>Ann
++ | CallInformation call: -1, device: here, calling: 4711 Ann, device: 4711 Ann, own: 0, cause: 0
+CallInformation connection/-1/2001 device:N<4711>Ann | ..device: here, device: 4711 Ann,
+DigitsDialed <x/> |
+)");
+}
+
+TEST(EventReader, FollowsATransferToTheCallThatThePhoneKnows) {
+    expectTold(R"(
+Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001 transferredToDevice:4712
++ cause=transfer <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/N<4712>Bob </transferredConnections>
++ | ConnectionCleared call: 12, device: here, releasing: here, own: 0, cause: 5;
++ Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: 12, transferring: here,
++ transferredTo: 4712 Bob, own: 0, cause: 5
+Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001
++ <transferredToDevice><notKnown/></transferredToDevice>
++ <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/N<4712>Bob </transferredConnections>
++ | ..Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: 12, transferring: here,
++ transferredTo: 4712 Bob, own: 0
+Transfered primaryOldCall/11/2001 transferringDevice:2001 <transferredToDevice><restricted/></transferredToDevice>
++ <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/4712 </transferredConnections> cause=transfer
++ | Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: , transferring: here, own: 0, cause: 5
+Transfered primaryOldCall/21/210 secondaryOldCall/22/210 transferringDevice:210 transferredToDevice:2001
++ <transferredConnections> moved/23/21/4711/4711 moved/23/22/2001/2001 </transferredConnections>
++ | Transferred call: 23, device: 210, primaryOldCall: 22, secondaryOldCall: 21, transferring: 210,
++ transferredTo: here, own: 3, cause: 0
+Transferred primaryOldCall/21/210 transferringDevice:210 transferredToDevice:2001 | ..Transferred call:
+)");
+}
+
+TEST(EventReader, DeliversEveryLeaveOfAConferenceAndItsMembers) {
+    expectTold(R"(
+ConnectionCleared droppedConnection/14/4712 localConnectionInfo=connected
++ ; Conferenced primaryOldCall/11/2001 secondaryOldCall/12/2001 <conferenceConnections>
++ moved/14/11/4711/N<4711>Ann moved/14/12/4712/4712 </conferenceConnections>
++ ; ConnectionCleared droppedConnection/14/4712 localConnectionInfo=connected
++ ; ConnectionCleared droppedConnection/14/2001 localConnectionInfo=null
++ ; ConnectionCleared droppedConnection/14/4711 localConnectionInfo=connected
++ | Conferenced conference: 14, primaryOldCall: 11 4711, secondaryOldCall: 12 4712;
++ ConnectionCleared call: 14, device: 4712, own: 3, cause: 0; ConnectionCleared call: 14, device: here, own: 0, cause: 0
+Private <privateData><private><conferenceMembership> callID=14 deviceID=4711 member:N<4711>Ann member:2001
++ </conferenceMembership></private></privateData>
++ | ConferenceMembership call: 14, device: 4711, members: 2, 4711 Ann, localDeviceID
+)");
+}
+
+TEST(EventReader, ReadsPartiesAndTheOwnStateHoweverTheSwitchWritesThem) {
+    expectTold(R"(
+Delivered <callingDevice><restricted/></callingDevice> networkCallingDevice:030 | ..device: , own
+Delivered <callingDevice><notKnown/></callingDevice> networkCallingDevice:030   | ..calling: 030,
+Delivered networkCallingDevice:030          | ..calling: 030,
+Delivered callingDevice=4711                | ..calling: 4711,
+Delivered <callingDevice>_<x/>_<deviceIdentifier_typeOfNumber='other'>_tel:4711;ext=1_</deviceIdentifier></callingDevice>
++ | ..calling: 4711,
+Delivered <callingDevice><deviceIdentifier_privateNumber='true'>N&lt;4711&gt;Ann</deviceIdentifier></callingDevice>
++ | ..calling:  Ann,
+Delivered <callingDevice><deviceIdentifier_privateName='1'>N&lt;4711&gt;Ann</deviceIdentifier></callingDevice>
++ | ..calling: 4711,
+Delivered callingDevice:N<2001>2001              | ..calling: here,
+Delivered callingDevice:2001:switch1:192.0.2.2:0 | ..calling: here,
+Delivered <connection><deviceID><deviceIdentifier>2001</deviceIdentifier></deviceID></connection> | ..device: here,
+Delivered connection/1/2001 callingDevice:4711             | ..own: 2,
+Delivered callingDevice:2001                               | ..own: 3,
+Delivered alertingDevice:2001 localConnectionInfo=ringing  | ..own: 2,
+Offered offeredDevice:2001 callingDevice:4711              | ..own: 2,
+Queued queue:029500 callingDevice:4711                     | ..own: 5,
+Established answeringDevice:4711 callingDevice:2001        | ..own: 3,
+Held holdingDevice:2001                                    | ..own: 4,
+Failed failingDevice:2001 callingDevice:4711               | ..own: 6,
+ConnectionCleared droppedConnection/1/4711                 | ..own: 0,
+)");
+}
+
+TEST(EventReader, KeepsFromThePhoneWhatAnotherPartyDoes) {
+    expectTold(R"(
+ConnectionCleared droppedConnection/7/4711 localConnectionInfo=hold       |
+ConnectionCleared droppedConnection/7/4711 localConnectionInfo=null       | ..Cleared
+ConnectionCleared droppedConnection/7/4711                                | ..Cleared
+ConnectionCleared droppedConnection/7/2001 localConnectionInfo=connected  | ..Cleared
+ConnectionCleared droppedConnection/7/ localConnectionInfo=connected      | ..Cleared
+ConnectionCleared droppedConnection/7/2001 releasingDevice:4711           | ..Cleared
+Held holdingDevice:my_other_number localConnectionInfo=hold               | ..Held
+Retrieved retrievingDevice:4711                                           |
+Diverted connection/7/4712 divertingDevice:4712 localConnectionInfo=connected |
+Diverted connection/7/4712 divertingDevice:4712 callingDevice:2001        |
+Diverted connection/7/4712 divertingDevice:4712 callingDevice:4711        | ..; ConnectionCleared
+ConnectionCleared@2005 droppedConnection/7/2005 localConnectionInfo=connected | ..Cleared
+ConnectionCleared@2005 droppedConnection/7/2001 localConnectionInfo=connected |
+Delivered@2005 connection/7/2005 alertingDevice:2005 | Delivered call: 7, device: 2005, alerting: 2005, own: 2, cause: 0
+)");
+}
+
+TEST(EventReader, ReadsPrivateDataAndNoOthers) {
+    expectTold(R"(
+Private <privateData><private><x:callStatus_xmlns:x='urn:x'>_MissedCall_</x:callStatus></private></privateData>
++ | Private [MissedCall]
+Private <extensions><privateData><private>Reminder</private></privateData></extensions> | Private [Reminder]
+Private <privateData><string>4d69_7373__65_64</string></privateData> | Private [Missed]
+Private <privateData><string>4d6</string></privateData>    | Private
+Private <privateData><string>00ff</string></privateData>   | Private
+Private <privateData><private><v:id_xmlns:v='urn:v'>17000013</v:id></private></privateData> | Private
+CallBack originatingDevice:2001 targetDevice:N<4711>Ann callBackSetCanceled=true
++ <extensions><privateData><private>onBusy_requested</private></privateData></extensions>
++ | CallBack from here to 4711 Ann, set [onBusy requested]
+CallBack originatingDevice:2001 targetDevice:N<4711>Ann callBackSetCanceled=false | ..Ann, cancelled
+)");
+}
+
+TEST(EventReader, TellsTheCauseThatTheJournalActsUpon) {
+    const std::string rows = R"(
+Delivered alertingDevice:2001 | redirected 49, callForwardBusy 49, enteringDistribution 50, Redirected 1, - 0
+Delivered alertingDevice:4711 callingDevice:2001 | redirected 25, callForwardNoAnswer 8
+Originated callingDevice:2001 | callForward 9, callPickup 13, consultation 1
+Established answeringDevice:2001 | callPickup 11
+Held holdingDevice:2001 | consultation 3, transfer 3, singleStepTransfer 3, alternate 2, normal 1
+ConnectionCleared droppedConnection/7/2001 | transfer 5, callPickup 40
+Failed failingDevice:4712 | busy 16, - 99, normal 99
+)";
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        for (const std::string& cause : split(row[1], ',')) {
+            const std::vector<std::string> words = split(cause, ' ');
+            EXPECT_THAT(told(row[0] + (words[0] == "-" ? "" : " cause=" + words[0])),
+                        EndsWith(" cause: " + words[1]))
+                << row[0] << cause;
+        }
+    }
+}
+
+TEST(EventReader, ReadsAnEntryOfTheSwitchsCallLogAndNoHalfOne) {
+    expectTold(R"(
+Private <privateData><private><callLogEntry> action=delete logTarget=7 subscriberNumber=4711 name=A_&amp;_B
++ presentationA=1 presentationB=2 presentationC=3 presentationD=4 textC=c textD=d valueE=5 textE=e valueF=6 textF=f
++ entryTime=2026-11-21T05:22:05 entryTimeFormat=local </callLogEntry></private></privateData>
++ | Private log 7 4711 A & B 1234 c d 5 e 6 f 2026-11-21T05:22:05 1, deleted
+Private <privateData><private><callLogEntry> action=add </callLogEntry></private></privateData> | Private
+Private <privateData><private><callLogEntry> action=edit logTarget=1 </callLogEntry></private></privateData> | Private
+Private <privateData><private><callLogEntry> action=add logTarget=one </callLogEntry></private></privateData> | Private
+)");
+}
+
+TEST(DeviceText, IsReadInEveryWrittenFormAndReadBackAsWritten) {
+    const std::string rows = R"(
+                 | +15550100123 | +15550100123
+                 | *61          | *61
+                 | 309900       | 309900;noa=nk
+                 | 4711         | N<4711>
+Line71001        | 5550102      | N<5550102>Line71001;displayNumber=5550102;uid=FF00
+                 | 30990100     | N<30990100>+ 30(990)100;noa=nk
+Ann <ops> > Desk | 4711         | N<4711> Ann <ops> > Desk ;uid=1
+Ann Müller       | 4711         | N<4711!sub&call/12%agent>Ann Müller
+Ann              |              | N<>Ann
+                 | 4711         | N<4711
+                 | +49-30-1062  | TEL:+49-30-1062;phone-context=dialstring
+                 | ann          | sip:ann@example.org;user=phone
+                 | +4930        | sips:%2b4930@example.org
+                 | 12%3         | sip:12%3
+                 | 4750         | 4750:switch1:192.0.2.2:0
+                 | queue:south  | queue:south
+                 | Front desk   | Front desk
+)";
+    for (const std::vector<std::string>& row : table(3, rows)) {
+        const DeviceText device{row[1], row[0]};
+        EXPECT_EQ(parseDeviceText(" " + row[2] + "\n"), device) << row[2];
+        EXPECT_EQ(parseDeviceText(host::deviceText(device.number, device.name)), device) << row[2];
+    }
+    EXPECT_EQ(parseDeviceText(host::deviceText("4711", "Ann; Desk")), (DeviceText{"4711", "Ann, Desk"}));
+    EXPECT_EQ(comparableNumber("+49 (30) 20-01"), comparableNumber("N<+493020.01>Ann"));
+    EXPECT_EQ(comparableNumber("Ann"), comparableNumber("sip:ANN@example.org"));
+    EXPECT_NE(comparableNumber("2001"), comparableNumber("+492001"));
+    EXPECT_NE(comparableNumber("*61"), comparableNumber("61"));
+}
+
+}  // namespace

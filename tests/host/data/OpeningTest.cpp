@@ -1,0 +1,101 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "host/data/Database.h"
+#include "tests/host/data/TemporaryDatabase.h"
+
+namespace {
+
+using host::Database;
+using journaltest::TemporaryDatabase;
+using testing::HasSubstr;
+
+constexpr std::chrono::milliseconds kShort(20);
+
+std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+/// The sentence with which a file is refused; empty when it is not.
+std::string refusalOf(const std::filesystem::path& file, std::chrono::milliseconds busyTime) {
+    try {
+        const Database database(file, {busyTime});
+    } catch (const host::DatabaseError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST(Opening, UsesAWriteAheadLogThatIsWrittenThrough) {
+    const TemporaryDatabase database;
+    EXPECT_TRUE(database->read("test", [](Database::Session& session) {
+        const auto valueOf = [&session](const char* pragma) {
+            host::Query query = session.query(pragma);
+            return query.next() ? query.text() : "nothing";
+        };
+        EXPECT_EQ(valueOf("PRAGMA journal_mode"), "wal");
+        EXPECT_EQ(valueOf("PRAGMA synchronous"), "2");
+        EXPECT_EQ(valueOf("PRAGMA foreign_keys"), "1");
+    }));
+}
+
+// Each content is made from that of a file of the present version, which itself is opened as it is.
+TEST(Opening, LeavesAFileThatItRefusesAsItIsAndSaysWhy) {
+    const struct {
+        void (*change)(std::string& content, std::size_t begin);
+        const char* refusal;
+    } cases[] = {
+        {[](std::string&, std::size_t) {}, ""},
+        // Where the header has the version of the tables, and whose file it is.
+        {[](std::string& content, std::size_t) { ++content[63]; }, "newer version"},
+        {[](std::string& content, std::size_t) { ++content[71]; }, "another program"},
+        {[](std::string& content, std::size_t) { content.assign(5000, 'x'); }, "restore it from a backup"},
+        {[](std::string& content, std::size_t) { content.resize(content.size() / 2); }, "damaged"},
+        {[](std::string& content, std::size_t begin) { content.replace(begin, 64, 64, '\x7f'); }, "damaged"},
+    };
+    for (const auto& each : cases) {
+        TemporaryDatabase database;
+        // The page of one table only: nothing that the opening itself has to read.
+        const auto page = database.number("SELECT rootpage FROM sqlite_schema WHERE name = 'occurrence'");
+        database.close();
+        std::string content = contentOf(database.file());
+        each.change(content, static_cast<std::size_t>(page - 1) * 4096);
+        std::ofstream(database.file(), std::ios::binary) << content;
+        const std::string refusal = refusalOf(database.file(), kShort);
+        EXPECT_THAT(refusal, HasSubstr(each.refusal));
+        EXPECT_EQ(refusal.find(database.file().string()), refusal.empty() ? std::string::npos : 0) << refusal;
+        EXPECT_TRUE(contentOf(database.file()) == content) << refusal;
+    }
+}
+
+TEST(Opening, RefusesALockedFileAfterItsTimeAndAPlaceWhereNoFileCanBe) {
+    const TemporaryDirectory directory;
+    const auto file = directory.path() / "journal.db";
+    SQLite::Database other(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    other.exec("BEGIN EXCLUSIVE");
+    EXPECT_THAT(refusalOf(file, kShort), HasSubstr("locked by another program"));
+    EXPECT_THAT(refusalOf(directory.path() / "absent" / "journal.db", kShort), HasSubstr("cannot be opened"));
+    EXPECT_THAT(refusalOf(directory.path(), kShort), HasSubstr("cannot be opened"));
+}
+
+// Programs that start at the same moment: all open the file, one of them makes the tables.
+TEST(Opening, LetsManyConnectionsMakeTheTablesAtOnce) {
+    const TemporaryDirectory directory;
+    std::vector<std::future<std::string>> opened(4);
+    for (auto& each : opened) {
+        each = std::async(std::launch::async, refusalOf, directory.path() / "journal.db",
+                          std::chrono::seconds(2));
+    }
+    for (auto& each : opened) {
+        EXPECT_EQ(each.get(), "");
+    }
+}
+
+}  // namespace

@@ -1,0 +1,214 @@
+#include "tests/host/data/Store.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "tests/host/data/TemporaryDatabase.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using journaltest::CapturedLog;
+using journaltest::Store;
+using journaltest::table;
+using journaltest::TemporaryDatabase;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Words = CallListDatabaseAdapterHelper;
+
+/// Rows: what is asked for; what the last request brings; what is in the lists then.
+void expectRows(const std::string& rows) {
+    for (const auto& row : table(3, rows)) {
+        SCOPED_TRACE(row[0]);
+        const TemporaryDatabase database;
+        Store store(*database);
+        EXPECT_EQ(store.plays(row[0]), row[1]);
+        EXPECT_EQ(store.contents(), row[2]);
+    }
+}
+
+// An item that is known must not come back as a second caller after the next start.
+TEST(Store, WritesTheRowOfTheUniqueIdOrANewOne) {
+    expectRows(R"(
+        missed a 05                                                 | new | missed a
+        missed a 05; missed b 06; missed A 07 id=a                  | a   | missed A b
+        missed a 05 calls=3; missed A 05 id=a calls=2               | a   | missed A*2
+        dialled a 05; remove dialled a; dialled b 06                | new | dialled b
+        missed a 05; missed b 06 id=999                             | new | missed b a
+        missed a 05; missed b 06 id=-1                              | new | missed b a
+        missed a 05; missed b 06 id=01                              | new | missed b a
+        missed a 05; missed b 06 id=99999999999999999999            | new | missed b a
+        missed a 05; received b 05 id=a                             | new | missed a, received b
+        missed a 05; 3001 missed b 05 id=a                          | new | missed a, 3001 missed b
+        callback a 05; callback b 06; callback a 07                 |     | callback a b
+        callback a 05; 3001 callback a 06                           |     | callback a, 3001 callback a
+    )");
+}
+
+TEST(Store, RemovesWhatTheKeysNameAndNothingElse) {
+    expectRows(R"(
+        forwarded a 05; forwarded b 06 calls=2; forwarded c 07; remove forwarded a c    | c | forwarded b*2
+        missed a 05; missed b 06; remove missed :a                                      | a | missed b
+        missed a 05; missed b 05; remove missed :a                                      | b | missed a
+        missed a 05; remove missed 999:a                                                |   | missed a
+        missed a 05; missed b 06; remove missed a 999:b                                 | a | missed b
+        missed a 05; remove dialled a                                                   |   | missed a
+        missed a 05; 3001 remove missed a :a                                            |   | missed a
+        missed a 05; missed b 06; dialled c 05; 3001 missed d 05; empty missed   | b | dialled c, 3001 missed d
+        missed a 05; remove missed                                                | failed  | missed a
+        callback a 05; callback b 06; callback c 07; remove callback b unknown          |   | callback c a
+        callback a 05; callback b 06; 3001 callback c 07; empty callback                |   | 3001 callback c
+    )");
+}
+
+TEST(Store, ReadsTheNewestFirstAndNoMoreThanIsAskedFor) {
+    expectRows(R"(
+        dialled a 05; dialled b 07; dialled c 06; read dialled 2      | dialled b c   | dialled b c a
+        dialled a 05; dialled b 07; dialled c 06; read dialled 9 1    | dialled c a   | dialled b c a
+        dialled a 05; read dialled 0                                  |               | dialled a
+        callback a 05; callback b 07; callback c 06; read callback 2  | callback b c  | callback b c a
+        missed a 05 entry=01; missed b 05 entry=03; missed c 05 entry=02 | new        | missed b c a
+        missed a 05; missed b 06 calls=0; missed c 07                 | new           | missed c b*0 a
+        missed a 05; dialled b 08; received c 06; forwarded d 07; callback e 09; 3001 missed f 05; read all
+          +                  | missed a, dialled b, received c, forwarded d
+          +                  | missed a, dialled b, received c, forwarded d, callback e, 3001 missed f
+        missed a 05; dialled b 08; received c 06; forwarded d 07; read all 2 | dialled b, forwarded d
+          +                  | missed a, dialled b, received c, forwarded d
+    )");
+    expectRows("read all||\n read contacts||\n read callback||");
+}
+
+// First those with whom there were calls, in the order of these, then the others by name.
+TEST(Store, ReadsContactsWithTheCallsThatNameThem) {
+    for (const auto& row : table(2, R"(
+        knows Bo 9; knows Al 8; knows Mo +49-30-4711; 3001 knows Else 1; missed 0049/30/4711 05; dialled 1 06
+          +                                            ; read contacts | contacts Mo/missed05 Al Bo
+        knows Mo 4711; missed 4711 05; dialled 47-11 07; received 4711 06; forwarded 4711 04; read contacts
+          +                                        | contacts Mo/dialled07/received06/missed05/forwarded04
+        knows b 2; knows a 1; missed 1 05; missed 2 06; read contacts     | contacts b/missed06 a/missed05
+        knows b 2; knows a 1; missed 1 05; missed 2 06; read contacts 1   | contacts b/missed06
+        knows b 2; knows a 1; missed 1 05; read contacts 1 1              | contacts b
+        knows a 1; missed 1 05; read contacts 0                           |
+    )")) {
+        SCOPED_TRACE(row[0]);
+        const TemporaryDatabase database;
+        EXPECT_EQ(Store(*database).plays(row[0]), row[1]);
+    }
+}
+
+TEST(Store, KeepsSettingsOfEachLineForTheNextStart) {
+    using Helper = JournalServiceHelper;
+    TemporaryDatabase database;
+    for (const char* const value : {"false", "true"}) {
+        EXPECT_NE(Store(*database).sends(Helper::updateSettings("call-log-enabled", value)), "failed");
+    }
+    database.reopen();
+    const std::string read = Store(*database).sends(Helper::readSettings());
+    bool value = false;
+    EXPECT_TRUE(Helper::getXMLValue(read, "call-log-enabled", value) && value);
+    EXPECT_FALSE(Helper::getXMLValue(read, "missed-logging", value));
+    host::SqliteDataAccess other(*database, "3001");
+    EXPECT_FALSE(
+        Helper::getXMLValue(other.processRequest(Helper::readSettings()), "call-log-enabled", value));
+}
+
+TEST(Store, FailsWithOneLogLineWhereARequestCannotBeReadAndStaysHealthy) {
+    const TemporaryDatabase database;
+    Store store(*database);
+    store.plays("missed a 05");
+    const auto request = [](const std::string& reason, const std::string& body, const char* schema) {
+        return Words::addXMLHeaderFooter(Words::createXMLField(Words::REASONFORMESSAGE, reason) + body,
+                                         schema);
+    };
+    for (const std::string& each :
+         {std::string(), std::string("<Schema"), std::string("<x/>"), std::string(100, '\0'),
+          request("drop_request", "", Words::DAS_CALLLOGMISSEDCALLS),
+          request(Words::READREQUEST, "", "CallLogAll"),
+          request(Words::DELETEREQUEST, "<ENTRY></ENTRY>", Words::DAS_CALLLOGMISSEDCALLS),
+          request(Words::DELETEREQUEST, "<AllEntries>false</AllEntries>", Words::DAS_CALLLOGMISSEDCALLS)}) {
+        CapturedLog::reset();
+        EXPECT_EQ(store.sends(each), "failed");
+        EXPECT_EQ(CapturedLog::lines("Database").size(), 1U) << each;
+        EXPECT_TRUE(store.healthy());
+    }
+    EXPECT_EQ(store.contents(), "missed a");
+}
+
+// Rows: the connection that breaks it, how, and how it is mended; the reason in the log; what reading brings meanwhile.
+TEST(Store, WritesARequestAsAWholeOrNotAtAllAndIsUnhealthyUntilItCanWrite) {
+    for (const auto& row : table(5, R"(
+        other | BEGIN IMMEDIATE                   | ROLLBACK                          | locked   | missed a
+        own   | PRAGMA query_only = ON            | PRAGMA query_only = OFF           | readonly | missed a
+        own   | PRAGMA max_page_count = 1         | PRAGMA max_page_count = 100000    | full     | missed a
+        other | ALTER TABLE call_item RENAME TO x | ALTER TABLE x RENAME TO call_item | no such  | failed
+        other | CREATE TRIGGER refusal BEFORE INSERT ON call_item WHEN new.surname = 'bad'
+              + BEGIN SELECT RAISE(ABORT, 'a reason'); END | DROP TRIGGER refusal     | a reason | missed a
+    )")) {
+        SCOPED_TRACE(row[1]);
+        const TemporaryDatabase database;
+        SQLite::Database other = database.otherConnection();
+        const auto executes = [&](const std::string& sql) {
+            if (row[0] == "other") {
+                other.exec(sql);
+            } else {
+                database->read("test", [&sql](host::Database::Session& session) {
+                    static_cast<void>(session.query(sql.c_str()).next());
+                });
+            }
+        };
+        Store store(*database);
+        store.plays("missed a 05");
+        auto changed = store.read<MissedCallItem>().front();
+        changed.setSurname("changed");
+        auto big = Store::call<MissedCallItem>("big", "06");
+        big.setFirstname(std::string(100000, 'x'));
+        executes(row[1]);
+        CapturedLog::reset();
+        EXPECT_EQ(store.write<MissedCallItem>({changed, big, Store::call<MissedCallItem>("bad", "07")}),
+                  "failed");
+        EXPECT_THAT(CapturedLog::lines("Database"),
+                    ElementsAre(AllOf(HasSubstr("CallLogMissedCalls failed"), HasSubstr(row[3]))));
+        EXPECT_EQ(store.plays("read missed"), row[4]);
+        EXPECT_FALSE(store.healthy());
+        executes(row[2]);
+        EXPECT_EQ(store.plays("missed after 07; read missed"), "missed after a");
+        EXPECT_TRUE(store.healthy());
+    }
+}
+
+// Each finds exactly its own, while another one reads.
+TEST(Store, IsUsedByManyThreadsWithoutLosingARow) {
+    const TemporaryDatabase database;
+    std::atomic<int> writing{4};
+    std::atomic<int> wrong{0};
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&] {
+            Store store(*database);
+            for (int item = 0; item < 25; ++item) {
+                wrong += store.plays("missed a 05; dialled b 05; missed A 05 id=a calls=2") == "a" ? 0 : 1;
+                wrong += store.plays("remove dialled b") == "b" ? 0 : 1;
+            }
+            --writing;
+        });
+    }
+    threads.emplace_back([&] {
+        Store store(*database);
+        while (writing > 0) {
+            for (const MissedCallItem& item : store.read<MissedCallItem>()) {
+                wrong += item.getMissedCallInfoList().empty() ? 1 : 0;
+            }
+        }
+    });
+    threads.clear();  // waits for them
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(database.number("SELECT count(*) FROM call_item"), 100);
+    EXPECT_EQ(database.number("SELECT count(*) FROM occurrence"), 200);
+}
+
+}  // namespace

@@ -1,0 +1,273 @@
+#include "host/directory/Phonebook.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include "host/data/ContactRows.h"
+#include "host/digits/DigitAnalysis.h"
+#include "host/directory/PhonebookInvoker.h"
+#include "platform/journal-library/PhonebookMessage.h"
+#include "tests/host/data/TemporaryDatabase.h"
+#include "tests/platform/journal-library/RandomItems.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/RecordingResponse.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using journaltest::table;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+/// The phonebook of line "2001" with the host's own dialling rules.
+class Phonebook : public testing::Test {
+protected:
+    /// A contact by its fields, as "surname=Miller;office=4711;".
+    static Contact contactOf(const std::string& fields) {
+        Contact contact;
+        EXPECT_TRUE(Contact::deserialize(fields, contact)) << fields;
+        return contact;
+    }
+    static Contact miller() { return contactOf("surname=Miller;office=4711;"); }
+    /// Stores the contact; answers its unique id.
+    std::string knows(const Contact& contact) { return m_phonebook.add(contact).value_or("failed"); }
+    /// The surname of who has the number, and which of the contact's numbers it is; empty for nobody.
+    std::string whoHas(const std::string& number) {
+        Contact contact;
+        contact.setSearchNumber(number);
+        return m_phonebook.lookUpContact(contact)
+                   ? contact.getSurname() + " " + std::to_string(contact.getMatchedKind())
+                   : "";
+    }
+    std::string surnames(std::size_t offset, std::size_t limit) {
+        std::string names;
+        for (const Contact& contact : m_phonebook.list(offset, limit)) {
+            names += contact.getSurname() + contact.getFirstname() + ' ';
+        }
+        return names;
+    }
+
+    journaltest::TemporaryDatabase m_database;
+    host::DigitAnalysis m_digits{"DE", {}};
+    host::Phonebook m_phonebook{*m_database, m_digits, "2001"};
+};
+
+TEST_F(Phonebook, GivesAContactBackEqualWhateverBytesItHolds) {
+    EXPECT_TRUE(rc::check([this] {
+        auto contact = journaltest::some<Contact>();
+        const auto uniqueId = m_phonebook.add(contact);
+        RC_ASSERT(uniqueId);
+        contact.setUniqueId(*uniqueId);
+        contact.setSearchNumber({});
+        contact.setMatchedKind(0);
+        contact.setCallRecords({});
+        RC_ASSERT(m_phonebook.find(*uniqueId) == contact);
+    }));
+}
+
+// The kinds are the journal's: it takes kind 1 for the fourth number and 2 to 4 for the first to the third.
+TEST_F(Phonebook, FindsANumberInEverySpellingAndTellsWhichItIs) {
+    for (const char* const fields :
+         {"surname=Miller;office=+49 (0)30 47-11;", "surname=A;office=1;mobile=2;private=3;office2=4;",
+          "surname=B;mobile=47 12;office2=4712;"}) {
+        knows(contactOf(fields));
+    }
+    for (const auto& row : table(2, R"(
+        Miller 2 | +49304711, 0049304711, +49 30 4711, +49-30/4711, 0049 (0) 30 4711, (030) 4711
+        A 2      | 1
+        A 3      | 2
+        A 4      | 3
+        A 1      | 4
+        B 3      | 4712
+                 | , 4711, 304711, +4930471, +493047111, -
+    )")) {
+        for (const std::string& number : journaltest::split(row[1], ',')) {
+            EXPECT_EQ(whoHas(number), row[0]) << number;
+        }
+    }
+}
+
+TEST_F(Phonebook, FillsInEverythingButTheQuestionAndTheCallRecordsAndNothingForAStranger) {
+    Contact contact =
+        contactOf("surname=Miller;firstname=Ada;office=4711;picture=a.png;record=stored?,missed;");
+    contact.setSearchNumber("stored?");
+    contact.setUniqueId(knows(contact));
+
+    Contact asked = contactOf("surname=switch's name;uniqueId=7777;record=entry,missed;searchNumber=47 12;");
+    const Contact before = asked;
+    EXPECT_FALSE(m_phonebook.lookUpContact(asked));
+    EXPECT_EQ(asked, before);
+    asked.setSearchNumber("47 11");
+    EXPECT_TRUE(m_phonebook.lookUpContact(asked));
+    contact.setSearchNumber("47 11");
+    contact.setMatchedKind(2);
+    contact.setCallRecords({{"entry", "missed"}});
+    EXPECT_EQ(asked, contact) << asked.serialize();
+}
+
+TEST_F(Phonebook, PrefersTheBestSourceAndThenTheOldestContact) {
+    using Source = Contact::eOrderedContactSource;
+    for (const Source source : {Source::eUnknown, Source::eCallLog, Source::eExchange, Source::eLdap,
+                                Source::eCompany, Source::ePersonal}) {
+        const std::string name = std::to_string(static_cast<int>(source));
+        for (const std::string& each : {name, std::string("a later one")}) {
+            Contact contact = contactOf("surname=" + each + ";office=4711;");
+            contact.setContactSource(source);
+            knows(contact);
+            EXPECT_EQ(whoHas("4711"), name + " 2");
+        }
+    }
+}
+
+TEST_F(Phonebook, KeepsTheLinesApart) {
+    host::Phonebook other(*m_database, m_digits, "3001");
+    Contact contact = miller();
+    contact.setUniqueId(other.add(contact).value_or(""));
+    EXPECT_EQ(whoHas("4711"), "");
+    EXPECT_FALSE(m_phonebook.find(contact.getUniqueId()));
+    EXPECT_FALSE(m_phonebook.remove(contact.getUniqueId()));
+    EXPECT_FALSE(m_phonebook.update(contact));
+    EXPECT_EQ(m_phonebook.count(), 0U);
+    EXPECT_EQ(other.find(contact.getUniqueId()), contact);
+}
+
+// Not the clock but the plan: whatever the number of contacts, a look-up walks down two trees.
+TEST_F(Phonebook, LooksUpThroughTheIndexOfNumbers) {
+    SQLite::Database other = m_database.otherConnection();
+    SQLite::Statement query(other, std::string("EXPLAIN QUERY PLAN ") + host::ContactRows::kLookUpSql);
+    std::string plan;
+    while (query.executeStep()) {
+        plan += query.getColumn(3).getString() + '\n';
+    }
+    EXPECT_THAT(
+        plan, AllOf(HasSubstr("SEARCH contact_number USING PRIMARY KEY (line=? AND number=?)"),
+                    HasSubstr("SEARCH contact USING INTEGER PRIMARY KEY (rowid=?)"), Not(HasSubstr("SCAN"))));
+}
+
+TEST_F(Phonebook, ChangesAndRemovesAContactWithItsNumbers) {
+    Contact contact = miller();
+    const std::string uniqueId = knows(contact);
+    for (const char* const unknown : {"", "0", "2", "-1", "01", "1 ", "one"}) {
+        contact.setUniqueId(unknown);
+        EXPECT_FALSE(m_phonebook.update(contact) || m_phonebook.remove(unknown) || m_phonebook.find(unknown))
+            << unknown;
+    }
+    contact = contactOf("surname=Lovelace;office=4712;mobile=0170;");
+    contact.setUniqueId(uniqueId);
+    EXPECT_TRUE(m_phonebook.update(contact));
+    EXPECT_EQ(whoHas("4711") + whoHas("4712") + whoHas("0170"), "Lovelace 2Lovelace 3");
+    EXPECT_TRUE(m_phonebook.remove(uniqueId));
+    EXPECT_EQ(
+        m_database.number("SELECT (SELECT count(*) FROM contact) + (SELECT count(*) FROM contact_number)"),
+        0);
+    EXPECT_NE(knows(miller()), uniqueId) << "an id must never come to mean somebody else";
+}
+
+TEST_F(Phonebook, ListsAndSearchesByNameWithoutRegardToCapitalsPageByPage) {
+    std::vector<Contact> contacts;
+    for (const char* const fields :
+         {"surname=Zuse;office=4729;", "surname=miller;firstname=zoe;", "surname=adams;",
+          "surname=Miller;firstname=Ada;", "surname=Babbage;", "surname=milles;"}) {
+        contacts.push_back(contactOf(fields));
+    }
+    ASSERT_TRUE(m_phonebook.add(contacts));
+    EXPECT_EQ(m_phonebook.count(), 6U);
+    EXPECT_EQ(surnames(0, 100), "adams Babbage MillerAda millerzoe milles Zuse ");
+    EXPECT_EQ(surnames(1, 2), "Babbage MillerAda ");
+    EXPECT_EQ(surnames(6, 1), "");
+    const auto page = m_phonebook.search("MILL", 1, 1);
+    ASSERT_TRUE(page && page->contacts.size() == 1);
+    EXPECT_EQ(page->contacts.front().getFirstname() + std::to_string(page->total), "zoe3");
+    EXPECT_EQ(m_phonebook.search("4729", 0, 9)->total, 1U);
+}
+
+TEST_F(Phonebook, IndexesNumbersAnewOnlyWhenTheRulesAreOthers) {
+    knows(miller());
+    EXPECT_TRUE(m_phonebook.useRules("first"));
+    m_database.otherConnection().exec("UPDATE contact_number SET number = 'by other rules'");
+    EXPECT_TRUE(m_phonebook.useRules("first"));
+    EXPECT_EQ(whoHas("4711"), "");
+    EXPECT_TRUE(m_phonebook.useRules("second"));
+    EXPECT_EQ(whoHas("4711"), "Miller 2");
+    EXPECT_EQ(m_database.number("SELECT count(*) FROM contact_number"), 1);
+}
+
+// Each import follows the ones before it. Who has no external id yet takes the first that fits.
+TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
+    for (const auto& row : table(3, R"(
+        surname=Miller;office=030 123456;                                           | added     | 1
+        surname=Miller;office=+49 30 123456;                                        | changed   | 1
+        surname=Miller;office=+49 30 123456;                                        | unchanged | 1
+        surname=Miller;firstname=Ada;office=030 123456;                             | added     | 2
+        surname=Miller;office=030 654321;                                           | added     | 3
+        surname=Miller;mobile=030 123456;                                           | changed   | 3
+        surname=Miller;mobile=030 123456;externalId=a;                              | changed   | 3
+        surname=Miller;mobile=030 123456;externalId=b;                              | added     | 4
+        surname=Lovelace;office=1;externalId=a;                                     | changed   | 4
+        surname=Lovelace;office=1;                                                  | unchanged | 4
+        surname=Nobody;                                                             | added     | 5
+        surname=Nobody;uniqueId=77;searchNumber=1;matchedKind=2;record=e,missed;    | unchanged | 5
+        surname=Known;office=2;mobile=3;externalId=k;source=2;                      | added     | 6
+        surname=Known;office=2;                                                     | unchanged | 6
+        surname=Known;office=2;private=4;                                           | changed   | 6
+        surname=Known;office=2;private=5;externalId=k;                              | changed   | 6
+    )")) {
+        SCOPED_TRACE(row[0]);
+        const auto counts = m_phonebook.import({contactOf(row[0])});
+        ASSERT_TRUE(counts);
+        EXPECT_EQ(counts->added == 1 ? "added" : counts->changed == 1 ? "changed" : "unchanged", row[1]);
+        EXPECT_EQ(std::to_string(m_phonebook.count()), row[2]);
+    }
+    EXPECT_EQ(whoHas("1"), "Lovelace 2");
+    EXPECT_EQ(whoHas("3") + whoHas("4") + whoHas("5"), "Known 4") << "its id brings the whole contact";
+    const auto people = m_phonebook.list(0, 9);
+    std::string sources;
+    for (const Contact& each : people) {
+        sources += each.getSurname()[0] + std::to_string(static_cast<int>(each.getContactSource()));
+    }
+    EXPECT_EQ(sources, "K2L1M1M1M1N1") << "personal, unless another source is said or known";
+}
+
+TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {
+    host::PhonebookInvoker invoker;
+    const auto answerTo = [&invoker](const std::string& text, Executable* target) {
+        journaltest::RecordingResponse response;
+        invoker.handleMessage(target, text.data(), static_cast<int>(text.size()), &response);
+        return response.payload();
+    };
+    journalxml::PhonebookImport import;
+    Contact contact = contactOf("surname=M\xff & <failure>;office=4711;");
+    ASSERT_TRUE(import.add(contact));
+    const auto imported = journalxml::parsePhonebookImported(answerTo(import.text(), &m_phonebook));
+    ASSERT_TRUE(imported && imported->added == 1U);
+    const std::string read = journalxml::buildPhonebookRead({{}, "m", 0, 5});
+    const auto page = journalxml::parsePhonebookPage(answerTo(read, &m_phonebook));
+    ASSERT_TRUE(page && page->total == 1U);
+    EXPECT_EQ(page->contacts.at(0).getSurname(), contact.getSurname());
+    for (const std::string& bad :
+         {std::string(), std::string("<PhonebookRequest/>"), read.substr(0, 80),
+          std::string("<PhonebookRequest><Operation>import</Operation></PhonebookRequest>"),
+          std::string("<r><Method>2</Method></r>")}) {
+        EXPECT_EQ(answerTo(bad, &m_phonebook), "failure") << bad;
+    }
+    EXPECT_EQ(answerTo(read, nullptr), "failure");
+
+    m_database.otherConnection().exec("ALTER TABLE contact RENAME TO hidden");
+    EXPECT_EQ(answerTo(read, &m_phonebook), "failure");
+    EXPECT_EQ(answerTo(import.text(), &m_phonebook), "failure");
+    journaltest::CapturedLog::reset();
+    contact.setUniqueId("1");
+    EXPECT_EQ(whoHas("4711") + knows(contact), "failed");
+    EXPECT_FALSE(m_phonebook.add(std::vector<Contact>{contact}) || m_phonebook.update(contact) ||
+                 m_phonebook.remove("1") || m_phonebook.find("1") || m_phonebook.import({contact}) ||
+                 m_phonebook.search("", 0, 1) || m_phonebook.useRules("others"));
+    EXPECT_EQ(surnames(0, 10) + std::to_string(m_phonebook.count()), "0");
+    EXPECT_EQ(journaltest::CapturedLog::lines("Database").size(), 11U);
+    EXPECT_FALSE(m_database->healthy());
+    m_database.otherConnection().exec("ALTER TABLE hidden RENAME TO contact");
+    EXPECT_EQ(whoHas("4711"), contact.getSurname() + " 2");
+}
+
+}  // namespace

@@ -1,0 +1,79 @@
+#include "host/remote/RemoteClient.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/remote/RemoteError.h"
+#include "tests/host/remote/RemoteFixture.h"
+
+namespace {
+
+using host::FileDescriptor;
+using host::RemoteClient;
+using host::RemoteFrame;
+
+using RemoteClientTest = remotetest::RemoteFixture;
+
+TEST_F(RemoteClientTest, CallsAndKeepsNotificationsThatComeMeanwhile) {
+    m_invoker.m_meanwhile = [this](const std::string& request) {
+        if (request == "change") {
+            m_service.tellAll(1);
+            m_service.tellAll(2);
+        }
+    };
+    serve();
+    RemoteClient client(m_directory.path());
+    EXPECT_EQ(client.call("subscribe"), "yes");
+    EXPECT_EQ(client.call("change"), "change");
+    EXPECT_EQ(client.nextNotification(), "count 1");
+    EXPECT_EQ(client.nextNotification(), "count 2");
+    EXPECT_EQ(client.call("change"), "change");
+    EXPECT_EQ(client.takeNotifications(), (std::deque<std::string>{"count 1", "count 2"}));
+    EXPECT_TRUE(client.takeNotifications().empty());
+    const std::string text(3000000, 'y');
+    EXPECT_EQ(client.call(text), text);
+}
+
+TEST_F(RemoteClientTest, TakesItsOwnAnswerOnlyAndEndsAConnectionOfSomethingElse) {
+    const auto answer = [](std::uint32_t id, const char* text) {
+        return RemoteFrame::encode(RemoteFrame::Kind::eAnswer, id, text);
+    };
+    const std::pair<std::string, std::string> rows[] = {
+        {answer(7, "late") + answer(1, "right"), "right"},
+        {"", "does not answer"},
+        {"HTTP/1.1 400 Bad Request\r\n", "something else than frames"},
+    };
+    for (const auto& [said, expected] : rows) {
+        // A server that says this, whatever it is asked.
+        host::ServerSocket socket(m_directory.path());
+        const FileDescriptor listener(socket.takeListener());
+        RemoteClient client(m_directory.path());
+        const FileDescriptor peer(::accept(listener.get(), nullptr, nullptr));
+        ASSERT_GE(::send(peer.get(), said.data(), said.size(), MSG_NOSIGNAL), 0);
+        std::string outcome;
+        try {
+            outcome = client.call("x", std::chrono::milliseconds(500));
+        } catch (const host::RemoteError& error) {
+            outcome = error.what();
+        }
+        EXPECT_THAT(outcome, testing::HasSubstr(expected));
+    }
+}
+
+TEST(ServerSocket, SaysWhatIsWrongWithTheDirectory) {
+    const TemporaryDirectory directory;
+    const auto deep = directory.path() / std::string(120, 'd');
+    const auto blocked = directory.path() / "blocked";
+    std::filesystem::create_directories(deep);
+    std::filesystem::create_directories(blocked / "calljournal.sock");
+    for (const auto& [path, reason] :
+         {std::pair(directory.path() / "absent", "cannot use the data directory"),
+          std::pair(deep, "longer than the system allows"),
+          std::pair(blocked, "is in the way and is no socket")}) {
+        EXPECT_THAT([&path = path] { host::ServerSocket{path}; },
+                    testing::ThrowsMessage<host::RemoteError>(testing::HasSubstr(reason)));
+    }
+    EXPECT_TRUE(std::filesystem::exists(blocked / "calljournal.sock"));
+}
+
+}  // namespace

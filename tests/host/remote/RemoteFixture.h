@@ -1,0 +1,243 @@
+#pragma once
+
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <latch>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "host/framework/FileDescriptor.h"
+#include "host/framework/HostFrameworkContext.h"
+#include "host/remote/RemoteFrame.h"
+#include "host/remote/RemoteServer.h"
+#include "host/remote/ServerSocket.h"
+#include "host/remote/SocketAddress.h"
+#include "journalservice/JournalServiceObserverIfc.h"
+#include "journalservice/JournalServiceObserverSubscriptionIfc.h"
+#include "platform/framework/InvokerResponse.h"
+#include "platform/framework/ProxyRequest.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace remotetest {
+
+/// A client that writes bytes as it is told and reads frames when it is told; a wait of half a minute throws.
+class RawClient {
+public:
+    explicit RawClient(const std::filesystem::path& dataDirectory)
+        : m_socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        const timeval limit{30, 0};
+        ::setsockopt(m_socket.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        const sockaddr_un address = host::socketAddressIn(dataDirectory);
+        if (::connect(m_socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+            throw std::runtime_error("cannot connect");
+        }
+    }
+
+    /// What a server that has closed does not take, shows in what is read.
+    void write(std::string_view bytes) const {
+        static_cast<void>(::send(m_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
+    }
+    void request(std::uint32_t id, std::string_view text) const {
+        write(host::RemoteFrame::encode(host::RemoteFrame::Kind::eRequest, id, text));
+    }
+
+    /// The next frame: its kind and id, and its text, "A7 text"; empty when the server has closed the connection.
+    [[nodiscard]] std::string read() const {
+        const std::string head = receive(4);
+        if (head.size() < 4) {
+            return {};
+        }
+        const auto length = host::RemoteFrame::readLength({head[0], head[1], head[2], head[3]});
+        const auto frame = host::RemoteFrame::readBody(receive(length.value()));
+        return frame ? static_cast<char>(frame->kind) + std::to_string(frame->id) + ' ' + frame->text : "";
+    }
+    /// The next answer, or empty; notifications before it are passed over.
+    [[nodiscard]] std::string readAnswer() const {
+        std::string frame;
+        do {
+            frame = read();
+        } while (!frame.empty() && frame.front() != 'A');
+        return frame;
+    }
+    /// Reads to the end of the connection.
+    void awaitClosed() const {
+        while (!read().empty()) {}
+    }
+
+private:
+    [[nodiscard]] std::string receive(std::size_t count) const {
+        std::string bytes(count, '\0');
+        const ssize_t got = ::recv(m_socket.get(), bytes.data(), count, MSG_WAITALL);
+        if (got < 0 && errno != ECONNRESET) {
+            throw std::runtime_error("nothing came from the server");
+        }
+        bytes.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
+        return bytes;
+    }
+
+    host::FileDescriptor m_socket;
+};
+
+/// A service that knows its subscribers and nothing else.
+class SubscriptionService final : public Executable, public JournalServiceObserverSubscriptionIfc {
+public:
+    bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
+        const std::lock_guard lock(m_mutex);
+        m_observers.insert(observer);
+        return observer != nullptr;
+    }
+    bool unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
+        const std::lock_guard lock(m_mutex);
+        return !m_observers.extract(observer).empty();
+    }
+    /// Tells every subscriber, once for each of its subscriptions, as the journal does: under its lock.
+    void tellAll(int count) {
+        const std::lock_guard lock(m_mutex);
+        for (JournalServiceObserverIfc* observer : m_observers) {
+            observer->missedCallsCountUpdate(count);
+        }
+    }
+    [[nodiscard]] std::size_t subscriptions() const {
+        const std::lock_guard lock(m_mutex);
+        return m_observers.size();
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::multiset<JournalServiceObserverIfc*> m_observers;
+};
+
+/// Sends "count N" for a count callback. Counts how many live.
+class CountProxy final : public Proxy, public JournalServiceObserverIfc {
+public:
+    explicit CountProxy(std::atomic<int>& alive) : m_alive(alive) { ++m_alive; }
+    ~CountProxy() override { --m_alive; }
+
+    void initProxy(ProxyRequest& request) override {
+        m_request = &request;
+        request.selectProtocol("opera_text");
+    }
+    void missedCallsCountUpdate(int count) override { m_request->send("count " + std::to_string(count)); }
+    void missedCallsUpdate(MissedCallItem, std::string, ActionType) override {}
+    void dialledCallsUpdate(DialledCallItem, std::string, ActionType) override {}
+    void receivedCallsUpdate(ReceivedCallItem, std::string, ActionType) override {}
+    void forwardedCallsUpdate(ForwardedCallItem, std::string, ActionType) override {}
+    void callBacksUpdate(CallBackItem, std::string, ActionType) override {}
+    void callBacksCountUpdate(int) override {}
+
+private:
+    std::atomic<int>& m_alive;
+    ProxyRequest* m_request = nullptr;
+};
+
+/// Knows four requests: "subscribe", "who" (name and protocol), "big N" (an answer of N bytes) and "silent" (no answer);
+/// anything else is echoed, with "method " before it when it is for methods.
+class SmallInvoker final : public Invoker {
+public:
+    explicit SmallInvoker(std::string prefix) : m_prefix(std::move(prefix)) {}
+
+    void initInvoker(FrameworkContext* context) override { m_context = context; }
+    void handleMessage(Executable* target, const char* message, int length,
+                       InvokerResponse* response) override {
+        const std::string request(message, static_cast<std::size_t>(length));
+        m_meanwhile(request);
+        std::string answer = m_prefix + request;
+        if (request == "subscribe") {
+            answer = subscribe(target, response->getRequester());
+        } else if (request == "who") {
+            answer = response->getRequester() + " " + response->getRequestedProtocol();
+        } else if (request.rfind("big ", 0) == 0) {
+            answer = std::string(std::stoul(request.substr(4)), 'x');
+        } else if (request == "silent") {
+            return;
+        }
+        if (!answer.empty()) {
+            response->setPayload(answer.data(), static_cast<int>(answer.size()));
+        }
+        response->complete();
+    }
+
+    /// Done inside each request; set before requests come.
+    std::function<void(const std::string&)> m_meanwhile = [](const std::string&) {};
+
+private:
+    std::string subscribe(Executable* target, std::string clientName) {
+        std::string name = "JournalServiceObserverIfc";
+        auto* observer = dynamic_cast<JournalServiceObserverIfc*>(m_context->findProxy(name, clientName));
+        auto* service = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(target);
+        return observer != nullptr && service->subscribeForJournalEvents(observer) ? "yes" : "failure";
+    }
+
+    const std::string m_prefix;
+    FrameworkContext* m_context = nullptr;
+};
+
+/// A server in front of these, in a directory of its own.
+class RemoteFixture : public ::testing::Test {
+protected:
+    void serve(host::RemoteLimits limits = {}) {
+        m_invoker.initInvoker(&m_framework);
+        m_socket = std::make_unique<host::ServerSocket>(m_directory.path());
+        m_server = std::make_unique<host::RemoteServer>(
+            *m_socket, host::RemoteBackend{m_service, m_invoker, m_methodInvoker, m_framework, m_makeProxy},
+            limits);
+        m_server->start();
+    }
+    /// Holds up every such request from when it has begun until it is released.
+    void holdUp(const std::string& held, std::latch& begun) {
+        m_invoker.m_meanwhile = [this, held, &begun](const std::string& request) {
+            if (request == held) {
+                begun.count_down();
+                m_released.wait();
+            }
+        };
+    }
+
+    [[nodiscard]] RawClient connect() const { return RawClient(m_directory.path()); }
+    /// A client that has subscribed `times` times.
+    [[nodiscard]] RawClient subscribed(int times = 1) const {
+        RawClient client = connect();
+        for (int turn = 0; turn < times; ++turn) {
+            client.request(1, "subscribe");
+            EXPECT_EQ(client.readAnswer(), "A1 yes");
+        }
+        return client;
+    }
+    /// Whether the server still answers.
+    [[nodiscard]] static bool answers(const RawClient& client) {
+        client.request(99, "are you there");
+        return client.readAnswer() == "A99 are you there";
+    }
+    /// Stops the server; nobody may be left then.
+    void expectNobodyLeftAtStop() {
+        m_server->stop();
+        EXPECT_EQ(m_service.subscriptions(), 0U);
+        EXPECT_EQ(m_proxies, 0);
+    }
+
+    TemporaryDirectory m_directory;
+    std::latch m_released{1};
+    std::atomic<int> m_proxies{0};
+    SubscriptionService m_service;
+    SmallInvoker m_invoker{""};
+    SmallInvoker m_methodInvoker{"method "};
+    host::HostFrameworkContext m_framework;
+    std::function<std::unique_ptr<Proxy>()> m_makeProxy = [this] {
+        return std::make_unique<CountProxy>(m_proxies);
+    };
+    std::unique_ptr<host::ServerSocket> m_socket;
+    std::unique_ptr<host::RemoteServer> m_server;
+};
+
+}  // namespace remotetest

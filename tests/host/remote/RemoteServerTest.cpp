@@ -1,0 +1,203 @@
+#include "host/remote/RemoteServer.h"
+
+#include <gtest/gtest.h>
+
+#include <latch>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "host/remote/InvokerRouter.h"
+#include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/ManagementMessage.h"
+#include "tests/host/remote/RemoteFixture.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/RecordingResponse.h"
+
+namespace {
+
+using host::RemoteFrame;
+using journaltest::CapturedLog;
+using remotetest::RawClient;
+using namespace std::string_literals;
+
+using RemoteServerTest = remotetest::RemoteFixture;
+
+TEST_F(RemoteServerTest, AnswersRequestsInTheirOrderHoweverTheirBytesCome) {
+    serve({.maxBacklogBytes = 1000});
+    const auto textOf = [](std::uint32_t id) {
+        return id % 10 == 0 ? ""s : "M\xFC\0ller "s + std::to_string(id);
+    };
+    std::string bytes;
+    for (std::uint32_t id = 1; id <= 50; ++id) {
+        bytes += RemoteFrame::encode(RemoteFrame::Kind::eRequest, id, textOf(id));
+    }
+    int clients = 0;
+    for (const std::size_t piece : {1U, 7U, 10000U}) {
+        const RawClient client = connect();
+        for (std::size_t at = 0; at < bytes.size(); at += piece) {
+            client.write(std::string_view(bytes).substr(at, piece));
+        }
+        for (std::uint32_t id = 1; id <= 50; ++id) {
+            EXPECT_EQ(client.read(), "A" + std::to_string(id) + " " + textOf(id));
+        }
+        client.request(51, "who");
+        EXPECT_EQ(client.read(), "A51 client-" + std::to_string(++clients) + " opera_text");
+        client.request(52, "big 5000000");
+        EXPECT_EQ(client.read().size(), 5000004U) << "an answer may be longer than the backlog";
+    }
+}
+
+TEST_F(RemoteServerTest, WhileRequestsAreAtWorkTheirClientsAreToldOfChangesAndOthersAreServed) {
+    constexpr int kWaiting = 8;  // more than the server has threads for at its beginning
+    std::latch begun{1 + kWaiting};
+    holdUp("slow", begun);
+    serve();
+    const RawClient client = subscribed();
+    const RawClient other = connect();
+    client.request(2, "slow");
+    std::vector<RawClient> waiting;
+    for (int turn = 0; turn < kWaiting; ++turn) {
+        waiting.push_back(connect());
+        waiting.back().request(2, "slow");
+    }
+    begun.wait();
+    m_service.tellAll(3);
+    EXPECT_EQ(client.read(), "N0 count 3");
+    other.request(3, "quick");
+    EXPECT_EQ(other.read(), "A3 quick") << "and a client that has not subscribed is told nothing";
+    m_released.count_down();
+    EXPECT_EQ(client.read(), "A2 slow");
+    for (int count = 0; count < 200; ++count) {
+        m_service.tellAll(count);
+    }
+    for (int count = 0; count < 200; ++count) {
+        EXPECT_EQ(client.read(), "N0 count " + std::to_string(count));
+    }
+}
+
+TEST_F(RemoteServerTest, AClientThatGoesWhileItsRequestIsAtWorkIsUnsubscribedBehindIt) {
+    std::latch begun{1};
+    holdUp("subscribe", begun);
+    serve();
+    {
+        const RawClient client = connect();
+        client.request(1, "subscribe");
+        begun.wait();
+    }
+    std::thread stopper([this] { m_server->stop(); });
+    m_released.count_down();
+    stopper.join();
+    expectNobodyLeftAtStop();
+}
+
+// Clients come, subscribe, are told and go, while somebody changes the journal all the time.
+TEST_F(RemoteServerTest, ClientsMayComeAndGoWhileTheJournalChanges) {
+    serve();
+    std::atomic<bool> done{false};
+    std::thread changer([&] {
+        for (int count = 0; !done; ++count) {
+            m_service.tellAll(count);
+            std::this_thread::yield();
+        }
+    });
+    std::vector<std::jthread> users;
+    for (int user = 0; user < 4; ++user) {
+        users.emplace_back([this] {
+            for (int turn = 0; turn < 20; ++turn) {
+                const RawClient client = subscribed(2);
+                EXPECT_EQ(client.read().rfind("N0 count ", 0), 0U);
+                EXPECT_TRUE(answers(client));
+            }
+        });
+    }
+    users.clear();  // waits for them
+    expectNobodyLeftAtStop();
+    done = true;
+    changer.join();
+}
+
+TEST_F(RemoteServerTest, WhatIsNoRequestAndWhatCannotBeAnsweredClosesThatClientOnlyWithALine) {
+    const auto frame = [](RemoteFrame::Kind kind, const std::string& text) {
+        return RemoteFrame::encode(kind, 1, text);
+    };
+    const std::pair<std::string, std::string> rows[] = {
+        {"GET / HTTP/1.1\r\n\r\n"s, "it announced a frame of an impossible length"},
+        {frame(RemoteFrame::Kind::eAnswer, "text"), "it sent a frame that is no request"},
+        {"\0\0\0\x06Z\0\0\0\1x"s, "it sent a frame that is no request"},
+        {frame(RemoteFrame::Kind::eRequest, "silent"), "its request was not answered"},
+        {frame(RemoteFrame::Kind::eRequest, "big " + std::to_string(RemoteFrame::kMaxTextBytes + 1)),
+         "the answer to its request is too long"},
+    };
+    serve();
+    const RawClient bystander = connect();
+    for (const auto& [bytes, line] : rows) {
+        CapturedLog::reset();
+        const RawClient client = connect();
+        client.write(bytes);
+        client.awaitClosed();
+        EXPECT_EQ(CapturedLog::count("is cut off: " + line), 1) << CapturedLog::dump();
+        EXPECT_TRUE(answers(bystander));
+    }
+}
+
+TEST_F(RemoteServerTest, AClientThatDoesNotReadIsCutOffAndHoldsUpNobody) {
+    serve({.maxBacklogBytes = 100000});
+    const RawClient deaf = subscribed();
+    const RawClient other = connect();
+
+    // More than the backlog and what the system buffers for a socket together.
+    for (int count = 0; count < 100000; ++count) {
+        m_service.tellAll(count);
+    }
+    EXPECT_TRUE(answers(other));
+    deaf.awaitClosed();
+    EXPECT_EQ(CapturedLog::count("is cut off: it does not read what it is sent"), 1) << CapturedLog::dump();
+    expectNobodyLeftAtStop();
+}
+
+TEST_F(RemoteServerTest, TurnsAwayClientsBeyondTheLimitUntilOneLeaves) {
+    serve({.maxClients = 1});
+    {
+        const RawClient first = connect();
+        EXPECT_TRUE(answers(first));
+        connect().awaitClosed();
+        EXPECT_EQ(CapturedLog::count("a client is turned away"), 1);
+        EXPECT_TRUE(answers(first));
+        first.write("\0\0"s);  // to leave in the middle of a frame is no fault
+    }
+    // The server learns of the end on its own time: try until there is room.
+    while (!answers(connect())) {}
+    EXPECT_EQ(CapturedLog::count("is cut off"), 0) << CapturedLog::dump();
+}
+
+TEST_F(RemoteServerTest, AClientWithoutAProxyIsServedButCannotSubscribe) {
+    m_makeProxy = []() -> std::unique_ptr<Proxy> { throw std::runtime_error("no factory"); };
+    serve();
+    const RawClient client = connect();
+    client.request(1, "subscribe");
+    EXPECT_EQ(client.read(), "A1 failure");
+    EXPECT_TRUE(answers(client));
+}
+
+TEST_F(RemoteServerTest, RouterTellsOfRequestsThatMayHaveChangedLists) {
+    using journalxml::MethodId;
+    int told = 0;
+    host::InvokerRouter router(m_invoker);
+    router.add(journalxml::kManagementRequest, m_methodInvoker, m_service);
+    router.setChangeListener([&told] { ++told; });
+    for (const auto& [request, changes] :
+         {std::pair{journalxml::buildRequest(MethodId::eGetMissedCallList), 0},
+          {journalxml::buildRequest(MethodId::eUnsubscribeForJournalEvents), 0},
+          {journalxml::buildRequest(MethodId::eSubscribeForJournalEvents), 1},
+          {journalxml::buildRequest(MethodId::eDeleteAllCalls), 1},
+          {journalxml::buildManagementRequest({"missed-logging", std::nullopt}), 0},
+          {journalxml::buildManagementRequest({"missed-logging", "1"}), 1},
+          {"<Method>8</Method", 0}}) {
+        journaltest::RecordingResponse response;
+        router.handleMessage(&m_service, request.data(), static_cast<int>(request.size()), &response);
+        EXPECT_EQ(std::exchange(told, 0), changes) << request;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,156 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "host/switch/call-log/SwitchCallLog.h"
+#include "tests/host/switch/SwitchFixture.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using host::SwitchCallLog;
+using journaltest::table;
+using switchtest::Client;
+using switchtest::Switch;
+using testing::HasSubstr;
+using Entry = CallLogEntryEvent;
+
+TEST_F(Switch, TellsEachMonitoredPhoneItsOwnSideOfACall) {
+    const std::string rows = R"(
+call c from 4711 to 2001; ring c; answer c; hold c; retrieve c; hangup c by caller
++ | 2001 Delivered/alerting Established Held/hold Retrieved Cleared Cleared/null;
++ 4711 Originated Delivered Established Held Retrieved Cleared/null
+call c from 1; ring c; divert c to 4712 reason noanswer; answer c; hangup c by caller
++ | 2001 Delivered/alerting Diverted/null; 4712 Delivered/alerting Established Cleared Cleared/null
+dial c to 1; divert c to 4712 reason busy; noanswer c
++ | 2001 ServiceInitiated/initiated Originated Diverted Delivered Cleared/null;
++ 4712 Delivered/alerting Cleared/alerting Cleared/null
+call c from 1 to 4712; ring c; pickup c; hangup c
++ | 2001 Established Cleared/null; 4712 Delivered/alerting Diverted/null
+call c from 1; ring c; elsewhere c | 2001 Delivered/alerting Cleared/null
+call c from 1; ring c; missed c; name c "Ann"; giveup c; missed from 2
++ | 2001 Delivered/alerting CallInformation/- CallInformation/- Cleared/alerting Cleared/null CallInformation/-
+call c from 1; ring c; answer c; consult d from c to 4712; connect d; transfer c to d; hangup c
++ | 2001 Delivered/alerting Established Held/hold ServiceInitiated/initiated Originated Delivered Established
++ Transfered/null; 4712 Delivered/alerting Established Transfered Cleared Cleared/null
+call c from 1; ring c; answer c; consult d from c to 4712 by caller; ring d; transfer c to d; answer c; hangup c
++ | 2001 Delivered/alerting Established Held Transfered Cleared/null;
++ 4712 Delivered/alerting Transfered/alerting Established Cleared Cleared/null
+call c from 4711; ring c; answer c; transfer c to 4712; answer c; hangup c
++ | 2001 Delivered/alerting Established Held/hold Cleared/null Transfered/null;
++ 4711 Originated Delivered Established Held Cleared Transfered Cleared/null;
++ 4712 Delivered/alerting Established Cleared Cleared/null
+dial c to 1; connect c; consult d from c to 4712; connect d; join c d; leave c by 1; leave c by 4712
++ | 2001 ServiceInitiated/initiated Originated Delivered Established Held/hold ServiceInitiated/initiated Originated
++ Delivered Established Conferenced Private/- Private/- Cleared Cleared Cleared/null;
++ 4712 Delivered/alerting Established Conferenced Private/- Cleared Cleared/null
+call c from 1; ring c; answer c; consult d from c to 2; connect d; join c d; leave c; leave c by 2
++ | 2001 Delivered/alerting Established Held/hold ServiceInitiated/initiated Originated Delivered Established
++ Conferenced Private/- Private/- Cleared/null
+)";
+    Client client(simulator.port());
+    for (const char* device : {"4711", "2001", "4712"}) {
+        client.monitor(device);
+    }
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        playToEnd(simulator, row[0]);
+        EXPECT_EQ(client.heard(), row[1]) << row[0];
+    }
+}
+
+TEST_F(Switch, WritesWhoIsInACallAndWhyItIsThere) {
+    const std::string rows = R"(
+call c from 4711 "Ann <Müller>" via 4700 because busy; ring c
++ | <callingDevice><deviceIdentifier>N&lt;4711&gt;Ann &lt;Müller&gt;</deviceIdentifier></callingDevice>
++<calledDevice><deviceIdentifier>4700</deviceIdentifier></calledDevice>
++<lastRedirectionDevice><numberDialed>4700</numberDialed></lastRedirectionDevice>
++<localConnectionInfo>alerting</localConnectionInfo><cause>callForwardBusy</cause>
+call c from anonymous "Ann"; ring c | <callingDevice><restricted/></callingDevice>
+dial c to 1 "Ann;=%"; ring c; divert c to 2; connect c; transfer c to anonymous by called
++ | <endpoint><restricted/></endpoint></connectionListItem></transferredConnections>
++<localConnectionInfo>connected</localConnectionInfo><cause>singleStepTransfer</cause><extensions><privateData>
++<private>dialledName=Ann%3B%3D%25;firstForwardedNumber=2;redirectingNumber=2</private>
+dial c to 1; ring c; name c "Ann"
++ | <callingDevice><deviceIdentifier>N&lt;1&gt;Ann</deviceIdentifier></callingDevice></CallInformationEvent>
+callback 4712 "Bob" because busy; callback 4712 cancel
++ | <callBackSetCanceled>false</callBackSetCanceled><extensions><privateData><private>onBusy requested</private>
+callback 4712; callback 4712 done | <private>onRequest done</private>
+)";
+    Client client(simulator.port());
+    client.monitor("2001");
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        playToEnd(simulator, row[0]);
+        EXPECT_THAT(client.heardXml(), HasSubstr(row[1])) << row[0];
+    }
+}
+
+/// "1 4711Ann, 4 4712": the numbers of the logs (0 received, 1 missed, 4 dialled, 7 of a group) with who is in them.
+std::string names(const std::vector<Entry>& entries) {
+    std::string text;
+    for (const Entry& entry : entries) {
+        text += (text.empty() ? "" : ", ") + std::to_string(entry.logTarget) + " " + entry.subscriberNumber +
+                entry.name;
+    }
+    return text;
+}
+
+TEST_F(Switch, FilesEachCallInTheLogThatItBelongsIn) {
+    const std::string rows = R"(
+call c from 1 "Ann"; ring c; giveup c                                                   | 1 1Ann
+call c from 1; ring c; name c "Ann"; answer c; hangup c                                 | 0 1Ann
+call c from anonymous "Ann"; ring c; giveup c                                           | 1
+dial c to 1 "Ann"; busy c                                                               | 4 1Ann
+dial c to 1; divert c to 2; connect c; hangup c                                         | 4 1
+call c from 1; ring c; elsewhere c; missed from 2                                       | 1 2
+call c from 1; ring c; divert c to 2; giveup c                                          |
+call c from 1 to 2; ring c; pickup c; hangup c                                          | 0 1
+call c from 1; ring c; answer c; consult d from c to 2; connect d; transfer c to d      | 0 1, 4 2
+call c from 1; ring c; answer c; transfer c to 2 by caller; answer c; hangup c          | 0 1
+dial c to 1; connect c; consult d from c to 2; connect d; join c d; leave c             | 4 1, 4 2
+call c from 1; ring c                                                                   |
+)";
+    for (const std::vector<std::string>& row : table(2, rows)) {
+        host::SwitchSimulator keeper({.port = 0, .callLog = true});
+        keeper.start();
+        playToEnd(keeper, row[0], {.awaitMonitor = false, .finished = {}});
+        EXPECT_EQ(journaltest::split(names(keeper.callLog()), '\n'), journaltest::split(row[1], '\n'))
+            << row[0];
+    }
+}
+
+TEST(SwitchCallLog, DeletesTheGroupThatIsMeantAndTellsNothingOfAnEmptyLog) {
+    SwitchCallLog log;
+    static_cast<void>(log.file(Entry::eMissed, {"1", "", ""}));
+    static_cast<void>(log.file(Entry::eMissedGroup, {"2", "", "Sales"}));
+    CallLogEntryRequest request;
+    request.action = CallLogEntryRequest::eDeleteAll;
+    request.logTarget = Entry::eMissedGroupRequest;
+    request.subscriberNumber = "2";
+    request.further.back() = {1, "Help"};
+    EXPECT_EQ(log.apply(request)->size(), 0U);
+    EXPECT_EQ(names(log.entries()), "1 1, 7 2");
+    request.further.back().text = "Sales";
+    EXPECT_EQ(log.apply(request)->size(), 1U);
+    EXPECT_EQ(names(log.entries()), "1 1");
+    EXPECT_EQ(log.apply(request)->size(), 0U);
+    request.logTarget = Entry::eMissedMarked;
+    EXPECT_FALSE(log.apply(request));
+}
+
+TEST(SwitchCallLog, KeepsTheBoundsOfThePhone) {
+    SwitchCallLog log;
+    for (std::size_t i = 0; i < SwitchCallLog::kMaxEntries + 1; ++i) {
+        EXPECT_EQ(log.file(Entry::eMissed, {"1", "", ""}).size(), 1U);
+    }
+    EXPECT_EQ(log.entries().size(), SwitchCallLog::kMaxEntries);
+    for (std::size_t i = 1; i < SwitchCallLog::kMaxParties; ++i) {
+        static_cast<void>(log.file(Entry::eMissed, {"2" + std::to_string(i), "", ""}));
+    }
+    const SwitchCallLog::Events events = log.file(Entry::eMissed, {"3", "", ""});
+    EXPECT_EQ(names(events), "1 3, 1 21");
+    EXPECT_EQ(events.at(1).action, Entry::eDelete) << "what leaves with the oldest party is told";
+}
+
+}  // namespace

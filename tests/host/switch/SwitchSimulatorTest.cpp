@@ -1,0 +1,112 @@
+#include "host/switch/server/SwitchSimulator.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "tests/host/switch/SwitchFixture.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using host::SwitchSimulator;
+using switchtest::Client;
+using switchtest::Switch;
+using testing::HasSubstr;
+
+TEST_F(Switch, AnswersEveryRequestAndIgnoresWhatIsNone) {
+    Client client(simulator.port());
+    client.send(1, "<SystemStatusResponse/>");
+    client.send(2, "<keepalive/>");
+    client.send(3, "no XML at all");
+    client.sendBytes("garbage");
+    const std::string rows = R"(
+<RequestSystemStatus/>           | <systemStatus>normal</systemStatus></RequestSystemStatusResponse>
+<p:SystemStatus xmlns:p='urn:x'/> | <SystemStatusResponse
+<SystemRegister/>                | <sysStatRegisterID>1</sysStatRegisterID>
+<SystemRegisterCancel/>          | <SystemRegisterCancelResponse
+<Escape><privateData/></Escape>  | <EscapeResponse
+<SnapshotDevice/>                | <snapshotData/>
+<MonitorStart/>                  | <operation>invalidMonitorObject<
+<MonitorStop><monitorCrossRefID>1</monitorCrossRefID></MonitorStop> | <operation>invalidMonitorCrossRefID<
+<ChangeMonitorFilter/>           | <operation>invalidMonitorCrossRefID<
+<MakeCall/> | <CSTAErrorCode xmlns="http://www.ecma-international.org/standards/ecma-323/csta/ed4"><operation>serviceN
+<GetSwitchingFunctionDevices><requestedDeviceID>2001</requestedDeviceID></GetSwitchingFunctionDevices>
++ | <operation>serviceNotSupported<
+<StartApplicationSession><requestedProtocolVersions><protocolVersion>v</protocolVersion></requestedProtocolVersions>
++ <requestedSessionDuration>60</requestedSessionDuration></StartApplicationSession>
++ | <sessionID>1</sessionID><actualProtocolVersion>v</actualProtocolVersion><actualSessionDuration>60<
+<ResetApplicationSessionTimer><requestedSessionDuration>7</requestedSessionDuration></ResetApplicationSessionTimer>
++ | <actualSessionDuration>7<
+<StopApplicationSession/>        | <StopApplicationSessionPosResponse
+)";
+    for (const std::vector<std::string>& row : journaltest::table(2, rows)) {
+        EXPECT_THAT(client.ask(row[0]), HasSubstr(row[1])) << row[0];
+    }
+}
+
+TEST_F(Switch, SendsNothingForAMonitorThatIsStoppedAndStopsNoneOfAnotherClient) {
+    Client client(simulator.port());
+    Client other(simulator.port());
+    const std::string stop =
+        "<MonitorStop><monitorCrossRefID>" + client.monitor("2001") + "</monitorCrossRefID></MonitorStop>";
+    EXPECT_THAT(other.ask(stop), HasSubstr("invalidMonitorCrossRefID"));
+    EXPECT_THAT(client.ask(stop), HasSubstr("<MonitorStopResponse"));
+    playToEnd(simulator, "call c from 1; ring c; giveup c", {.awaitMonitor = false, .finished = {}});
+    EXPECT_EQ(client.heard(), "");
+}
+
+TEST_F(Switch, TellsWhichLinesThePhoneServesAndBeginsWhenAllAreMonitored) {
+    Client client(simulator.port());
+    play("device 2005; line 2051; call c from 1 to 2051; ring c");
+    client.monitor("2051");
+    EXPECT_EQ(client.heard(), "");
+    EXPECT_THAT(client.ask("<GetSwitchingFunctionDevices><requestedDeviceID>2005</requestedDeviceID>"
+                           "</GetSwitchingFunctionDevices>"),
+                HasSubstr("<serviceCrossRefID>1</serviceCrossRefID>"));
+    EXPECT_THAT(client.next().xml,
+                HasSubstr("<deviceListItem><deviceID>2005</deviceID><deviceCategory>station</deviceCategory>"
+                          "</deviceListItem><deviceListItem><deviceID>2051</deviceID>"));
+    client.monitor("tel:2005;ext=1");
+    EXPECT_THAT(client.next().xml, HasSubstr("<DeliveredEvent"));
+}
+
+TEST_F(Switch, KeepsItsRateAndInALoopHangsUpWhatIsLeftOver) {
+    Client client(simulator.port());
+    client.monitor("2001");
+    const auto begin = std::chrono::steady_clock::now();
+    playToEnd(simulator, "repeat 5; call c from 1; ring c; wait 10m; giveup c; wait 10m; end",
+              {.rate = 100, .finished = {}});
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(45));
+    static_cast<void>(client.heard());
+
+    play("call c from 1; ring c; wait 1s", {.loop = true, .rate = 1000, .finished = {}});
+    for (const char* event :
+         {"<DeliveredEvent", "<ConnectionCleared", "<ConnectionCleared", "<DeliveredEvent"}) {
+        EXPECT_THAT(client.next().xml, HasSubstr(event));
+    }
+}
+
+TEST_F(Switch, ListensOnItsPortAgainAfterAStopAndLetsNoOtherHaveIt) {
+    const unsigned short port = simulator.port();
+    SwitchSimulator second({.port = port});
+    EXPECT_THROW(second.start(), std::system_error);
+    Client client(port);
+    client.monitor("2001");
+    simulator.stop();
+    simulator.stop();
+    EXPECT_TRUE(client.isHungUp());
+    simulator.start();
+    EXPECT_EQ(simulator.port(), port);
+    EXPECT_THAT(Client(port).ask("<RequestSystemStatus/>"), HasSubstr("normal"));
+
+    SwitchSimulator eager({.port = 0, .speaksFirst = true});
+    eager.start();
+    EXPECT_THAT(Client(eager.port()).next().xml, HasSubstr("<systemStatus>enabled</systemStatus>"));
+}
+
+}  // namespace

@@ -1,0 +1,186 @@
+#include <atomic>
+#include <chrono>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/src/JournalService/TestPhone.h"
+#include "tests/support/RecordingObserver.h"
+
+namespace journaltest {
+namespace {
+
+using namespace std::chrono_literals;
+
+class JournalServiceFrame : public testing::Test {
+protected:
+    TestPhone phone;
+};
+
+TEST_F(JournalServiceFrame, LooksItsServicesUpInTheirOrderAndServesItsClientsWithoutThem) {
+    FakeContext bare;
+    JournalServiceQorvexTel journal(nullptr);
+    journal.init(bare);
+    const std::vector<std::string> expected = {
+        "CSTAServiceIfc",  "DataAccessServiceIfc",    "DirectoryServiceIfc", "LocalMgmtIfc",
+        "ClockServiceIfc", "DigitAnalysisServiceIfc", "MobilityServiceIfc",  "TeamServiceIfc"};
+    EXPECT_EQ(bare.lookUps(), expected);
+    for (const std::string& name : expected) {
+        EXPECT_TRUE(CapturedLog::contains(
+            "Cannot find " + (name == "MobilityServiceIfc" ? std::string("mobility service") : name)));
+    }
+
+    RecordingObserver observer;
+    EXPECT_TRUE(journal.subscribeForJournalEvents(&observer));
+    EXPECT_EQ(observer.heard(), "missedCount(0); dialled(-, -, 3)");
+    MissedCallItem item;
+    item.setEntryId("m1");
+    journal.updateMissedCall(item);
+    EXPECT_TRUE(journal.getMissedCall("m1", item));
+    EXPECT_TRUE(journal.deleteAllCalls());
+    EXPECT_TRUE(journal.resetUserData());
+    EXPECT_FALSE(journal.resetUserCalls() || journal.resetUserContacts()) << "these two are not there";
+    EXPECT_FALSE(journal.isUCServiceRunning() || journal.isPallaxServiceRunning());
+    EXPECT_FALSE(journal.isWsiUcJournalAllowed());
+    EXPECT_TRUE(journal.unsubscribeForJournalEvents(&observer));
+}
+
+TEST_F(JournalServiceFrame, StartsByMonitoringItsLineReadingItsSettingsAndRegistering) {
+    for (const std::string type : {softwareTypes::qorvex, softwareTypes::sip}) {
+        TestPhone started(type);
+        started.database.settings["missed-logging"] = "false";
+        started.starts();
+        // A SIP phone is monitored by somebody else.
+        EXPECT_EQ(started.csta.asked(), type == softwareTypes::sip
+                                            ? "status"
+                                            : "change localDeviceID; start localDeviceID; status");
+        EXPECT_EQ(started.management.registrations(), "JournalMgmtId 1");
+        EXPECT_EQ(started.setting("missed-logging"), "1");
+
+        // The timers are made, and the platform arms them.
+        const auto timers = started.context.timers();
+        ASSERT_EQ(timers.size(), 2U);
+        EXPECT_EQ(started.context.lengthOf(timers[0]), 3600000ms + 16 * 14000ms);
+        EXPECT_EQ(started.context.lengthOf(timers[1]), 1000ms);
+        EXPECT_TRUE(started.context.runningTimers().empty());
+        EXPECT_EQ(started.service->getAutoSaveVisitorCallLogToVantorTimerId(), timers[0]);
+    }
+}
+
+// A phonebook that fails as nobody expects it to.
+class ThrowingDirectory final : public Executable, public DirectoryServiceIfc {
+public:
+    bool lookUpContact(Contact& /*contact*/) override { throw std::runtime_error("the phonebook is gone"); }
+};
+
+TEST_F(JournalServiceFrame, APlatformServiceThatThrowsCostsOneEventOnly) {
+    ThrowingDirectory broken;
+    phone.context.addService("DirectoryServiceIfc", &broken);
+    phone.starts();
+    phone.misses("17", party("4711"));
+    EXPECT_TRUE(CapturedLog::contains("deliverEvent failed: the phonebook is gone"));
+    phone.rings("18", party("4712"));
+    RecordingObserver observer;
+    EXPECT_TRUE(phone.service->subscribeForJournalEvents(&observer)) << "no lock was left behind";
+}
+
+TEST_F(JournalServiceFrame, ANullEventAndUnknownTimersDoNothing) {
+    phone.starts();
+    phone.service->deliverEvent(nullptr);
+    phone.service->timerEvent(-1);
+    phone.service->timerEvent(12345);
+    EXPECT_EQ(CapturedLog::count("timer expired"), 2);
+    EXPECT_TRUE(phone.missed().empty());
+}
+
+TEST_F(JournalServiceFrame, ADestroyedServiceLeavesNoTimerAndNoAgentBehind) {
+    phone.starts();
+    phone.rings("7", party("4711"));
+    phone.holds("7", CSTA_EC_HeldForTransfer);
+    phone.clears("7");
+    ASSERT_EQ(phone.context.runningTimers().size(), 1U);
+
+    phone.stops();
+    EXPECT_TRUE(phone.context.timers().empty());
+    phone.context.advance(2h);
+    phone.management.change("server-based-features", "true");
+}
+
+constexpr int kRounds = 150;
+constexpr int kClients = 4;
+
+class Concurrency : public JournalServiceFrame {
+protected:
+    // Does to the journal, on a thread of its own, what clients do.
+    void workAsClient(int seed) {
+        JournalServiceIfc& journal = *phone.service;
+        RecordingObserver observer([&journal](const Callback&) { readAllLists(journal); });
+        for (int round = seed; round < kRounds + seed; ++round) {
+            ASSERT_TRUE(journal.subscribeForJournalEvents(&observer));
+            const auto missed = phone.missed();
+            if (!missed.empty()) {
+                journal.setMissedCallListAsViewed({missed.front().getEntryId()});
+                journal.ageMissedCall(missed.back().getEntryId());
+                if (round % 5 == 0) {
+                    journal.deleteMissedCall(missed.back().getEntryId(), false);
+                }
+            }
+            if (round % 31 == 0) {
+                journal.deleteAllCalls();
+                journal.refreshCallLog();
+            }
+            if (phone.takes("call-log-enabled", (round / 2 + seed) % 2 == 0 ? "false" : "true")) {
+                ++settingChanges;
+            }
+            ASSERT_TRUE(journal.unsubscribeForJournalEvents(&observer));
+        }
+    }
+
+    static std::set<std::string> namesOf(const auto& items) {
+        std::set<std::string> names;
+        for (const MissedCallItem& item : items) {
+            names.insert(item.getUniqueId() + " " + item.getEntryId());
+        }
+        return names;
+    }
+
+    std::atomic<int> settingChanges{0};
+};
+
+// The whole service under load: calls are filed on the line's thread while clients subscribe, view, age, delete,
+// refresh and change settings on theirs, and every observer reads every list inside each callback. The test is that it
+// ends, that the thread sanitizer has nothing to say, and that everybody agrees afterwards.
+TEST_F(Concurrency, OfClientsAndCallsEndsAndAllAgree) {
+    CapturedLog::switchOff();  // its lock would order the threads
+    phone.starts();
+    RecordingObserver watcher([this](const Callback&) { readAllLists(*phone.service); });
+    ASSERT_TRUE(phone.service->subscribeForJournalEvents(&watcher));
+
+    std::vector<std::thread> clients;
+    for (int client = 0; client < kClients; ++client) {
+        clients.emplace_back([this, client] { workAsClient(client); });
+    }
+    for (int call = 0; call < 4 * kRounds; ++call) {
+        phone.misses(std::to_string(call + 1), party(std::to_string(4700 + call % 23), "Caller"));
+        phone.clock.advance(1);
+        if (call % 50 == 0) {
+            phone.management.change("system-identifier", call % 100 == 0 ? "2" : "3");
+            phone.management.change("server-based-features", call % 100 == 0 ? "true" : "false");
+        }
+    }
+    for (std::thread& client : clients) {
+        client.join();
+    }
+
+    // Each change that was accepted turned the setting round: were one lost, their number would lead elsewhere.
+    EXPECT_GT(settingChanges, 0);
+    EXPECT_EQ(phone.setting("call-log-enabled"), settingChanges % 2 == 0 ? "true" : "false");
+    EXPECT_EQ(phone.database.settings["call-log-enabled"], phone.setting("call-log-enabled"));
+    EXPECT_EQ(namesOf(phone.missed()), namesOf(phone.missedRows()));
+    EXPECT_TRUE(phone.service->unsubscribeForJournalEvents(&watcher));
+}
+
+}  // namespace
+}  // namespace journaltest

@@ -1,0 +1,160 @@
+#include "tests/src/JournalService/lists/JournalRig.h"
+
+#include <algorithm>
+#include <memory>
+#include <type_traits>
+
+#include "platform/csta/CSTARequests.h"
+#include "platform/csta/CSTAResponses.h"
+#include "platform/texts/SoftwareTypes.h"
+#include "src/JournalService/lists/ListTable.h"
+#include "tests/support/CapturedLog.h"
+
+namespace journaltest {
+namespace {
+
+using Helper = CallListDatabaseAdapterHelper;
+using journalxml::DataRequest;
+
+std::string textOf(const CallLogEntryRequest& request) {
+    const std::string target = std::to_string(request.logTarget);
+    const auto& [value, text] = request.further.back();
+    if (request.numberKind == CallLogEntryRequest::eWholeLog) {
+        return "all " + target;
+    }
+    return request.action == CallLogEntryRequest::eDeleteAll
+               ? "group " + target + " " + request.subscriberNumber + " " + std::to_string(value) + " " + text
+               : "one " + target + " " + request.subscriberNumber + " " + request.entryTime;
+}
+
+/// Calls `visit` with an item of each list's kind, in the order of the lists.
+template <typename Visit>
+void forEachKind(Visit visit) {
+    visit(MissedCallItem());
+    visit(DialledCallItem());
+    visit(ReceivedCallItem());
+    visit(ForwardedCallItem());
+    visit(CallBackItem());
+}
+
+template <typename Items>
+void addContents(Texts& contents, const Items& items) {
+    for (const auto& item : items) {
+        contents.push_back(journal::ListMirror::entry(item, Helper::WRITEREQUEST));
+    }
+    std::sort(contents.begin(), contents.end());
+}
+
+}  // namespace
+
+CallBackItem callBackOf(const std::string& entryId, const std::string& number, const std::string& time) {
+    return {entryId,
+            {},
+            {},
+            number,
+            NumberType::NT::eOffice,
+            time,
+            CallBackItem::CallBackType::eOnBusy,
+            CallBackItem::CallBackState::eRequested,
+            {}};
+}
+
+JournalRig::JournalRig() {
+    adapter.init(&database);
+    collaborators.m_cstaService = &exchange;
+    exchange.answer(FakeCstaService::Kind::eEscape, [this](CSTARequest& request) {
+        readAllLists(reader);
+        request.setOutcome(0, std::make_unique<CSTAEscapeResponse>());
+    });
+    phoneIs(softwareTypes::sip);
+    notifier.init(&reader, softwareTypes::sip);
+    notifier.subscribe(&observer, {});
+    observer.clear();
+    CapturedLog::reset();
+}
+
+void JournalRig::phoneIs(const std::string& softwareType, int systemIdentifier) {
+    settings.change([&](journal::SettingValues& values) {
+        values.m_softwareType = softwareType;
+        values.m_systemIdentifier = systemIdentifier;
+        values.deriveEventModes();
+    });
+}
+
+void JournalRig::startWith(const std::vector<MissedCallItem>& missed,
+                           const std::vector<DialledCallItem>& dialled,
+                           const std::vector<ReceivedCallItem>& received,
+                           const std::vector<ForwardedCallItem>& forwarded,
+                           const std::vector<CallBackItem>& callBacks) {
+    const auto add = [this](const auto&... kinds) {
+        const auto addRow = [this](const auto& item) {
+            database.addRow(journal::ListTable<std::decay_t<decltype(item)>>::kName, item);
+        };
+        (..., std::for_each(kinds.begin(), kinds.end(), addRow));
+    };
+    add(missed, dialled, received, forwarded, callBacks);
+    const auto before = *settings.values();
+    phoneIs(softwareTypes::sip);  // which loads every list
+    load();
+    phoneIs(before.m_softwareType, before.m_systemIdentifier);
+    forget();
+}
+
+void JournalRig::forget() {
+    database.forgetRequests();
+    exchange.forgetRequests();
+    observer.clear();
+}
+
+std::string JournalRig::written() const {
+    Texts texts;
+    for (const DataRequest& request : database.requests()) {
+        if (request.reason != DataRequest::Reason::eRead) {
+            texts.push_back(textOf(request));
+        }
+    }
+    return joined(texts);
+}
+
+std::string JournalRig::read() const {
+    Texts tables;
+    for (const DataRequest& request : database.requests()) {
+        if (request.reason == DataRequest::Reason::eRead) {
+            tables.push_back(tableOf(request));
+        }
+    }
+    return joined(tables, " ");
+}
+
+std::string JournalRig::sent() const {
+    Texts texts;
+    for (const CallLogEntryRequest& request : exchange.callLogEntries()) {
+        texts.push_back(textOf(request));
+    }
+    return joined(texts);
+}
+
+std::string JournalRig::entryIds() {
+    Texts ids;
+    forEachKind([this, &ids]<typename Item>(const Item&) {
+        const Texts more = entryIdsOf(items<Item>());
+        ids.insert(ids.end(), more.begin(), more.end());
+    });
+    return joined(ids, " ");
+}
+
+Texts JournalRig::listContents() {
+    Texts contents;
+    forEachKind([&]<typename Item>(const Item&) { addContents(contents, items<Item>()); });
+    return contents;
+}
+
+Texts JournalRig::databaseContents() const {
+    Texts contents;
+    forEachKind([&]<typename Item>(const Item&) {
+        addContents(contents, database.rows<Item>(journal::ListTable<Item>::kName));
+    });
+    return contents;
+}
+
+}  // namespace journaltest

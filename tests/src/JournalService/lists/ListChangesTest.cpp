@@ -1,0 +1,229 @@
+// Every change a client can make to the lists: what it answers, what the observers hear, what goes to the database and to
+// a switch that keeps the call log, and which entries are gone.
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/csta/CSTARequest.h"
+#include "tests/src/JournalService/lists/JournalRig.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/Table.h"
+
+namespace journaltest {
+namespace {
+
+/// Does to the lists what `text` says and answers what they answer; an operation without an answer counts as true.
+///     one LIST ID [switch]    set LIST ID...    all LIST                  delete; LIST is missed, dialled, ...
+///     any ID...    any-switch ID...    everything                          delete over all lists
+///     view ID...    age ID                                                 of the missed list
+bool perform(journal::JournalLists& lists, const std::string& text) {
+    const auto words = split(text, ' ');
+    const bool ofOneList = words[0] == "one" || words[0] == "set" || words[0] == "all";
+    const std::size_t first = ofOneList ? 2 : 1;
+    const std::set<std::string> ids(words.begin() + static_cast<std::ptrdiff_t>(first), words.end());
+    const std::string id = words.size() > first ? words[first] : "";
+    const std::map<std::string, std::function<bool()>> operations = {
+        {"one missed", [&] { return lists.deleteMissedCall(id, ids.contains("switch")); }},
+        {"one dialled", [&] { return lists.deleteDialledCall(id); }},
+        {"one received", [&] { return lists.deleteReceivedCall(id); }},
+        {"one forwarded", [&] { return lists.deleteForwardedCall(id); }},
+        {"one callback", [&] { return lists.deleteCallBack(id); }},
+        {"set missed", [&] { return lists.deleteMissedCallList(ids); }},
+        {"set dialled", [&] { return lists.deleteDialledCallList(ids); }},
+        {"set received", [&] { return lists.deleteReceivedCallList(ids); }},
+        {"set forwarded", [&] { return lists.deleteForwardedCallList(ids); }},
+        {"set callback", [&] { return lists.deleteCallBackList(ids); }},
+        {"all missed", [&] { return lists.deleteMissedCallList(); }},
+        {"all dialled", [&] { return lists.deleteDialledCallList(); }},
+        {"all received", [&] { return lists.deleteReceivedCallList(); }},
+        {"all forwarded", [&] { return lists.deleteForwardedCallList(); }},
+        {"all callback", [&] { return lists.deleteCallBackList(); }},
+        {"any", [&] { return lists.deleteCalls(ids, false); }},
+        {"any-switch", [&] { return lists.deleteCalls(ids, true); }},
+        {"everything", [&] { return lists.deleteAllCalls(); }},
+        {"view", [&] { return lists.setMissedCallListAsViewed(ids); }},
+        {"age", [&] { return lists.ageMissedCall(id), true; }},
+    };
+    return operations.at(ofOneList ? words[0] + " " + words.at(1) : words[0])();
+}
+
+std::string dayOf(int index) {
+    return "2026-11-2" + std::to_string(3 - index);
+}
+
+/// The first with three calls of two numbers, the others with one call on a line that belongs to a group.
+template <typename Item>
+std::vector<Item> three(const std::string& letter, int uniqueId) {
+    const std::string number = "47" + std::to_string(uniqueId);
+    const std::vector<Occurrence> calls[] = {{{number, dayOf(0)}, {"", dayOf(1)}, {number, dayOf(2)}},
+                                             {{number + "2", dayOf(1), "line 1", "sales"}},
+                                             {{number + "3", dayOf(2), "line 2", "help"}}};
+    std::vector<Item> items;
+    for (int index = 0; index < 3; ++index) {
+        items.push_back(
+            itemOf<Item>(letter + std::to_string(index + 1), std::to_string(uniqueId + index), calls[index]));
+    }
+    return items;
+}
+
+/// Three entries a list, newest first: m1 (unique id 11) to m3, d1 (21), r1 (31), f1 (41), c1. Of the missed ones m2
+/// is viewed.
+void start(JournalRig& rig, int systemIdentifier) {
+    rig.phoneIs("", systemIdentifier);
+    auto missed = three<MissedCallItem>("m", 11);
+    missed[1].setViewed(true);
+    rig.startWith(missed, three<DialledCallItem>("d", 21), three<ReceivedCallItem>("r", 31),
+                  three<ForwardedCallItem>("f", 41),
+                  {callBackOf("c1", "51", dayOf(0)), callBackOf("c2", "52", dayOf(1)),
+                   callBackOf("c3", "53", dayOf(2))});
+}
+
+std::string without(const std::string& ids, const std::string& gone) {
+    Texts left;
+    for (const std::string& id : split(ids, ' ')) {
+        if (gone.find(id) == std::string::npos) {
+            left.push_back(id);
+        }
+    }
+    return joined(left, " ");
+}
+
+// operation | answer | heard | written | sent to a switch that keeps the call log | gone
+constexpr const char* kChanges = R"(
+one missed m1             | yes | missedCount(1); missed(-, 11, 2) | delete MissedCalls 11
++   | one 1 4711 2026-11-23; one 1  2026-11-22 | m1
+one missed m1 switch      | no  | | | |
+one missed                | no  | | | |
+set missed m3 m1 x        | yes | missedCount(0); missed(-, -, 3) | delete MissedCalls 11 13
++   | one 1 4711 2026-11-23; one 1  2026-11-22; one 1 47113 2026-11-21 | m1 m3
+set missed                | yes | | | |
+all missed                | yes | | delete MissedCalls all | all 1 | m1 m2 m3
+view m3 m1 x              | yes | missedCount(0) | write MissedCalls 11 13 | |
+view                      | yes | | | |
+age m3                    | yes | missedCount(1); missed(m3, 13, 1) | write MissedCalls 13 | |
+age d1                    | yes | | | |
+one dialled d1            | yes | dialled(d2, 21, 2) | delete DialledCalls 21
++   | one 4 4721 2026-11-23; one 4  2026-11-22 | d1
+set dialled d1 d2         | yes | dialled(d3, -, 3) | delete DialledCalls 21 22
++   | one 4 4721 2026-11-23; one 4  2026-11-22; one 4 47212 2026-11-22 | d1 d2
+all dialled               | yes | dialled(-, -, 4) | delete DialledCalls all | all 4 | d1 d2 d3
+one received r1           | yes | received(-, 31, 2) | delete ReceivedCalls 31
++   | one 0 4731 2026-11-23; one 0  2026-11-22 | r1
+one received x            | no  | | | |
+set received r2 r3        | yes | received(-, -, 3) | delete ReceivedCalls 32 33
++   | one 0 47312 2026-11-22; one 0 47313 2026-11-21 | r2 r3
+set received              | yes | | | |
+all received              | yes | | delete ReceivedCalls all | all 0 | r1 r2 r3
+one forwarded f3          | yes | forwarded(-, 43, 2) | delete ForwardedCalls 43 | | f3
+set forwarded f1 f2       | yes | forwarded(-, -, 3) | delete ForwardedCalls 41 42 | | f1 f2
+all forwarded             | yes | forwarded(-, -, 3) | delete ForwardedCalls all | | f1 f2 f3
+one callback c1           | yes | callBacks(-, c1, 2); callBacksCount(2) | delete CallBacks c1 | | c1
+set callback c1 c3        | yes | callBacks(-, -, 3); callBacksCount(1) | delete CallBacks c1 c3 | | c1 c3
+all callback              | yes | callBacks(-, -, 3); callBacksCount(0) | delete CallBacks all | | c1 c2 c3
+any m2 r2 c2 x            | yes | missedCount(2); missed(-, -, 3); received(-, -, 3); callBacks(-, -, 3); callBacksCount(2)
++   | delete MissedCalls 12; delete ReceivedCalls 32; delete CallBacks c2
++   | one 1 47112 2026-11-22; one 0 47312 2026-11-22 | m2 r2 c2
+any-switch m1 f1          | yes | forwarded(-, -, 3) | delete ForwardedCalls 41 | | f1
+any x                     | no  | | | |
+everything                | yes | dialled(-, -, 4); forwarded(-, -, 3) | delete MissedCalls all; delete DialledCalls all;
++ delete ReceivedCalls all; delete ForwardedCalls all | all 1; all 4; all 0 | m1 m2 m3 d1 d2 d3 r1 r2 r3 f1 f2 f3
+)";
+
+// The switch of the rig reads every list while it answers, so no list may be held meanwhile.
+TEST(ListChanges, AnswerTellWriteSendAndLeaveWhatTheyShouldWhateverFails) {
+    const struct {
+        const char* name;
+        int systemIdentifier;
+        bool databaseFails;
+        bool switchFails;
+    } phones[] = {{"the switch keeps no log", 0, false, false},
+                  {"the switch keeps the log", 2, false, false},
+                  {"the switch fails", 2, false, true},
+                  {"the database fails", 0, true, false}};
+    for (const auto& row : table(6, kChanges)) {
+        for (const auto& phone : phones) {
+            SCOPED_TRACE(row[0] + ", " + phone.name);
+            JournalRig rig;
+            start(rig, phone.systemIdentifier);
+            const std::string left = without(rig.entryIds(), row[5]);
+            const Texts rows = rig.databaseContents();
+            rig.database.setFailing(phone.databaseFails);
+            if (phone.switchFails) {
+                rig.exchange.answer(FakeCstaService::Kind::eEscape,
+                                    [](CSTARequest& request) { request.setOutcome(1, nullptr); });
+            }
+            EXPECT_EQ(perform(rig.lists, row[0]), row[1] == "yes");
+            EXPECT_EQ(rig.heard(), row[2]);
+            EXPECT_EQ(rig.written(), row[3]);
+            EXPECT_EQ(rig.entryIds(), left);
+            EXPECT_EQ(rig.databaseContents(), phone.databaseFails ? rows : rig.listContents());
+            EXPECT_EQ(CapturedLog::contains("the database refused"), phone.databaseFails && !row[3].empty());
+            // A switch that fails is waited for once.
+            const std::string sent = row[4].substr(0, phone.switchFails ? row[4].find(';') : row[4].npos);
+            EXPECT_EQ(rig.sent(), phone.systemIdentifier == 2 ? sent : "");
+            EXPECT_EQ(CapturedLog::contains("response code is error"), phone.switchFails && !row[4].empty());
+        }
+    }
+}
+
+// System identifier | operations | sent: under identifier 1 the switch keeps the calls of groups.
+TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
+    for (const auto& row : table(3, R"(
+1 | one missed m2          | group 3 47112 1 sales
+1 | one missed m1          |
+1 | set missed m1 m2 m3    | group 3 47112 1 sales; group 3 47113 1 help
+1 | everything             | group 3 47112 1 sales; group 3 47113 1 help
+3 | everything             |
+2 | all missed, all missed | all 1
+)")) {
+        SCOPED_TRACE(row[1] + ", identifier " + row[0]);
+        JournalRig rig;
+        start(rig, std::stoi(row[0]));
+        for (const std::string& operation : split(row[1], ',')) {
+            perform(rig.lists, operation);
+        }
+        EXPECT_EQ(rig.sent(), row[2]);
+    }
+    JournalRig unread;
+    unread.phoneIs("Norlith Qorvex", 2);
+    unread.database.setFailing(true);
+    EXPECT_TRUE(unread.lists.deleteMissedCallList());
+    EXPECT_EQ(unread.sent(), "") << "what cannot be read is not there";
+
+    JournalRig alone;
+    alone.collaborators.m_cstaService = nullptr;
+    const CallLogEntryRequest request;
+    EXPECT_FALSE(alone.requests.sendCSTAEscapeRequest(&request));
+}
+
+// The numbers of a full dialled item, newest first ("-" for an empty one), and the number of the call that comes in front.
+TEST(ListChanges, TellTheSwitchOfADialledNumberThatLeavesTheItemForGood) {
+    for (const auto& row : table(4, R"(
+2 | 1 1 1 1 1 1 1 1 2   | 3 |
+2 | 1 1 1 1 1 1 1 1 1 2 | 3 | one 4 2 t9
+2 | 1 1 1 1 1 1 1 1 1 1 | 3 |
+2 | 1 1 1 1 1 1 1 1 1 2 | 2 |
+2 | 1 1 1 1 1 1 1 1 1 - | 3 | one 4  t9
+0 | 1 1 1 1 1 1 1 1 1 2 | 3 |
+)")) {
+        JournalRig rig;
+        rig.phoneIs("Norlith Qorvex", std::stoi(row[0]));
+        std::vector<Occurrence> calls;
+        for (const std::string& number : split(row[1], ' ')) {
+            calls.push_back({number == "-" ? "" : number, "t" + std::to_string(calls.size())});
+        }
+        const auto full = itemOf<DialledCallItem>("", "", calls);
+        const auto next = itemOf<DialledCallItem>("", "", {{row[2], "t10"}});
+        EXPECT_TRUE(rig.requests.sendCSTACAllLogEntryDeleteRequest(full.getDialledCallInfoList(),
+                                                                   next.getDialledCallInfoList().front()));
+        EXPECT_EQ(rig.sent(), row[3]) << row[1] << ", then " << row[2];
+    }
+}
+
+}  // namespace
+}  // namespace journaltest

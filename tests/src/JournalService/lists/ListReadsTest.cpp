@@ -1,0 +1,166 @@
+// Reading the lists, what updates a missed item in place, and how the database follows.
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "src/JournalService/lists/ListTable.h"
+#include "tests/src/JournalService/lists/JournalRig.h"
+
+namespace journaltest {
+namespace {
+
+using Helper = CallListDatabaseAdapterHelper;
+constexpr const char* kNewer = "2026-11-22T08:00:00Z";
+constexpr const char* kOlder = "2026-11-21T08:00:00Z";
+
+class ListReads : public testing::Test {
+protected:
+    ListReads() {
+        rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", kNewer}, {"4711", kOlder}}),
+                       itemOf<MissedCallItem>("m2", "12", {{"4712", kOlder}})},
+                      {itemOf<DialledCallItem>("d1", "21", {{"4711", kNewer}, {"4720", kOlder}}),
+                       itemOf<DialledCallItem>("d2", "22", {{"4721", kOlder}})},
+                      {itemOf<ReceivedCallItem>("r1", "31", {{"4711", kNewer}})},
+                      {itemOf<ForwardedCallItem>("f1", "41", {{"", kNewer}})},
+                      {callBackOf("c1", "4712", kNewer), callBackOf("c2", "", kOlder)});
+    }
+    JournalRig rig;
+    journal::JournalLists& lists = rig.lists;
+};
+
+TEST_F(ListReads, FindOneEntryByItsWholeIdAndSayWhetherItWasThere) {
+    MissedCallItem missed;
+    DialledCallItem dialled;
+    ReceivedCallItem received;
+    ForwardedCallItem forwarded;
+    EXPECT_TRUE(lists.getMissedCall("m2", missed) && lists.getDialledCall("d2", dialled));
+    EXPECT_TRUE(lists.getReceivedCall("r1", received) && lists.getForwardedCall("f1", forwarded));
+    EXPECT_FALSE(lists.getMissedCall("m", missed) || lists.getDialledCall("", dialled));
+    EXPECT_FALSE(lists.getReceivedCall("m1", received) || lists.getForwardedCall("f11", forwarded));
+    EXPECT_EQ(missed.getUniqueId() + " " + dialled.getUniqueId() + " " + received.getUniqueId() + " " +
+                  forwarded.getUniqueId(),
+              "12 22 31 41")
+        << "an id that is not found changes nothing";
+}
+
+TEST_F(ListReads, GiveTheNewestItemOrADefaultOne) {
+    std::deque<MissedCallItem> copy(5);
+    lists.getMissedCallList(copy);
+    EXPECT_EQ(copy.size(), 2U);
+    EXPECT_EQ(lists.getFrontMissedCall().getEntryId() + " " + lists.getFrontDialledCall().getEntryId() + " " +
+                  lists.getFrontReceivedCall().getEntryId() + " " +
+                  lists.getFrontForwardedCall().getEntryId() + " " +
+                  lists.getFrontCallbackCall().getEntryId(),
+              "m1 d1 r1 f1 c1");
+    DialledCallItem last;
+    EXPECT_TRUE(lists.getLastDialledNumber(last));
+    EXPECT_TRUE(last.sameContent(rig.items<DialledCallItem>().front()));
+
+    lists.contacts().add({Contact(), Contact()});
+    std::vector<Contact> contacts;
+    lists.contacts().getContactList(contacts);
+    EXPECT_EQ(contacts.size(), 2U);
+
+    lists.deleteAllCalls();
+    EXPECT_TRUE(lists.getFrontMissedCall().sameContent(MissedCallItem()));
+    EXPECT_FALSE(lists.getLastDialledNumber(last));
+    EXPECT_EQ(last.getEntryId(), "d1") << "the argument is left alone";
+    lists.contacts().getContactList(contacts);
+    EXPECT_TRUE(contacts.empty());
+}
+
+TEST_F(ListReads, GatherTheRecordsOfAContactOverAllLists) {
+    Contact contact;
+    contact.setSearchNumber("4711");
+    contact.setPrivate("4712");
+    std::vector<Contact::CallRecord> records{{"before", "x"}};
+    EXPECT_TRUE(lists.getCallRecordsAssociatedWith(contact, records));
+    EXPECT_EQ(records, (std::vector<Contact::CallRecord>{{"before", "x"},
+                                                         {"m1", "missed"},
+                                                         {"m2", "missed"},
+                                                         {"d1", "dialled"},
+                                                         {"r1", "received"},
+                                                         {"c1", "callback"}}));
+    EXPECT_FALSE(lists.getCallRecordsAssociatedWith(Contact(), records)) << "nobody has the empty number";
+}
+
+TEST_F(ListReads, UpdateAnEqualMissedItemByMarkingItUnviewed) {
+    lists.ageMissedCall("m2");
+    rig.forget();
+    lists.updateMissedCall(itemOf<MissedCallItem>("m2", "99", {{"9999", kNewer}}));
+
+    MissedCallItem stored;
+    ASSERT_TRUE(lists.getMissedCall("m2", stored));
+    EXPECT_FALSE(stored.getViewed());
+    EXPECT_EQ(stored.getUniqueId(), "12");
+    EXPECT_EQ(stored.getMissedCallInfoList().front().getNumber(), "4712");
+    EXPECT_EQ(rig.heard(), "");
+    EXPECT_EQ(rig.listContents(), rig.databaseContents()) << "a load would bring the viewed item back";
+}
+
+TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFrontUnderARowOfItsOwn) {
+    rig.database.setFailing(true);
+    lists.updateMissedCall(itemOf<MissedCallItem>("m3", "12", {{"4713", kOlder}}));
+    lists.updateMissedCall(itemOf<MissedCallItem>("m4", "12", {{"4714", kOlder}}));
+    lists.updateMissedCall(MissedCallItem());
+    EXPECT_EQ(rig.entryIds().substr(0, 12), "m4 m3 m1 m2 ") << "an item without an entry id is refused";
+
+    rig.database.setFailing(false);
+    for (int round = 0; round < 2; ++round) {
+        lists.setMissedCallListAsViewed({"m3", "m4"});
+        EXPECT_EQ(rig.listContents(), rig.databaseContents())
+            << "the row that the copy names is another entry's";
+    }
+}
+
+template <typename Item>
+class ListMirror : public testing::Test {
+protected:
+    [[nodiscard]] std::string rows() const {
+        return joined(entryIdsOf(rig.database.rows<Item>(kTable)), " ");
+    }
+
+    static constexpr const char* kTable = journal::ListTable<Item>::kName;
+    JournalRig rig;
+};
+using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
+TYPED_TEST_SUITE(ListMirror, StoredItems);
+
+TYPED_TEST(ListMirror, GivesAnItemTheUniqueIdOfItsRowAndSaysThatTheVisitorsLogIsDue) {
+    journal::ListMirror& mirror = this->rig.mirror;
+    const auto isDue = [&mirror] { return mirror.m_visitorCallLogSavePending.exchange(false); };
+    auto first = itemOf<TypeParam>("e1", "", {{"4711", kOlder}});
+    auto second = itemOf<TypeParam>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
+
+    this->rig.database.setFailing(true);
+    mirror.update(first, Helper::WRITEREQUEST);
+    EXPECT_EQ(first.getUniqueId() + mirror.lastUniqueId(), "");
+    EXPECT_FALSE(isDue());
+    this->rig.database.setFailing(false);
+    mirror.update(first, Helper::WRITEREQUEST);
+    mirror.update(second, Helper::DELETEREQUEST);
+    EXPECT_EQ(second.getUniqueId(), "77");
+    mirror.update(second, Helper::WRITEREQUEST);
+    EXPECT_EQ(mirror.lastUniqueId(), "2");
+    EXPECT_TRUE(isDue());
+    first.setEntryId("e3");
+    mirror.update(first, Helper::WRITEREQUEST);
+    EXPECT_TRUE(isDue()) << "the row is an old one, but what it says is new";
+    EXPECT_EQ(this->rows(), "e3 e2");
+
+    mirror.updateEntries("", Helper::DELETEREQUEST, this->kTable);
+    EXPECT_EQ(this->rows(), "e3 e2") << "no entries are not all entries";
+    mirror.update(first, Helper::DELETEREQUEST);
+    EXPECT_EQ(this->rows(), "e2");
+    mirror.template deleteAll<TypeParam>();
+    EXPECT_EQ(this->rows(), "");
+    static_cast<void>(isDue());
+    mirror.template deleteAll<TypeParam>();
+    EXPECT_FALSE(isDue()) << "there was nothing to delete";
+}
+
+}  // namespace
+}  // namespace journaltest

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <deque>
+
+#include "src/JournalService/lists/JournalLists.h"
+#include "tests/support/FakeJournalService.h"
+
+namespace journaltest {
+
+/// The reading half of the client interface over the lists alone: what the notifier and an observer need of a journal.
+/// Everything else changes nothing. Any thread may call.
+class ListsReader final : public FakeJournalService {
+public:
+    /// `journal` is borrowed and outlives the reader.
+    explicit ListsReader(journal::JournalLists& journal) : m_lists(journal) {}
+
+    void getMissedCallList(std::deque<MissedCallItem>& list) override { m_lists.getMissedCallList(list); }
+    void getDialledCallList(std::deque<DialledCallItem>& list) override { m_lists.getDialledCallList(list); }
+    void getReceivedCallList(std::deque<ReceivedCallItem>& list) override {
+        m_lists.getReceivedCallList(list);
+    }
+    void getForwardedCallList(std::deque<ForwardedCallItem>& list) override {
+        m_lists.getForwardedCallList(list);
+    }
+    void getCallBackList(std::deque<CallBackItem>& list) override { m_lists.getCallBackList(list); }
+    bool getLastDialledNumber(DialledCallItem& item) override { return m_lists.getLastDialledNumber(item); }
+
+private:
+    journal::JournalLists& m_lists;
+};
+
+}  // namespace journaltest

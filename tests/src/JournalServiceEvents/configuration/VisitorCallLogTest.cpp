@@ -1,0 +1,103 @@
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "platform/services/MobilityServiceIfc.h"
+#include "src/JournalServiceEvents/configuration/VisitorCallLog.h"
+#include "tests/src/JournalServiceEvents/configuration/ManagementRig.h"
+#include "tests/support/Table.h"
+
+namespace journaltest {
+namespace {
+
+/// A phone whose visitor has a call log, which counts how often it was to be saved.
+class VisitorPhone : public ManagementRig, public Executable, public MobilityServiceIfc {
+public:
+    VisitorPhone() { collaborators.m_mobilityService = this; }
+    /// Starts the log; the platform does not arm its first timer yet.
+    void startLog() {
+        log.emplace(collaborators, settings, managementValues, mirror.m_visitorCallLogSavePending, *this);
+        log->createFirstTimer();
+    }
+    [[nodiscard]] int firstTimer() const { return log->getAutoSaveVisitorCallLogToVantorTimerId(); }
+    void timerEvent(int id) override { log->onTimer(id); }
+    [[nodiscard]] bool saveVisitorCallLog() override {
+        ++saves;
+        return succeeds;
+    }
+
+    bool succeeds = true;
+    int saves = 0;
+    std::optional<journal::VisitorCallLog> log;
+};
+
+TEST(VisitorCallLog, IsFirstSavedAfterAnHourAndMoreByTheMacAddress) {
+    VisitorPhone phone;
+    phone.startLog();
+    EXPECT_EQ(phone.firstTimer(), -1) << "there is no address";
+    for (const auto& row : table(2, R"(
+00:1a:e8:00:00:ff | 3570000
+00:1a:e8:00:00:0F | 210000
+zz                | 0
+f                 | 0
+0-1-2-3-4-f       | 0
+)")) {
+        phone.management.set("mac-addr", row[0]);
+        phone.startLog();
+        EXPECT_EQ(phone.context.lengthOf(phone.firstTimer()),
+                  std::chrono::milliseconds(3600000 + std::stoi(row[1])))
+            << row[0];
+    }
+    EXPECT_TRUE(phone.context.runningTimers().empty());
+    phone.context.refuseTimers();
+    phone.startLog();
+    EXPECT_EQ(phone.firstTimer(), -1);
+}
+
+// Phone | what happens, a number being hours that pass | saves that were tried | whether one is due in the end
+TEST(VisitorCallLog, IsSavedEveryHourThatSomethingWasWrittenOnAQorvexPhone) {
+    for (const auto& row : table(4, R"(
+Norlith Qorvex   | written 4               | 1 | no
+Norlith Qorvex   | written 1 written 1     | 2 | no
+Norlith Qorvex   | fails written 2         | 2 | yes
+Norlith Qorvex   | fails written 2 works 2 | 3 | no
+Norlith Qorvex   | nobody written 2        | 0 | yes
+Norlith Qorvex   | written others          | 0 | yes
+Norlith Qorvex   | written refuse 3        | 0 | yes
+Norlith Qorvex 2 | written 3               | 0 | yes
+Norlith SIP      | written 3               | 0 | yes
+)")) {
+        SCOPED_TRACE(row[0] + ": " + row[1]);
+        VisitorPhone phone;
+        phone.phoneIs(row[0]);
+        phone.management.set("mac-addr", "00");
+        phone.startLog();
+        phone.context.startTimer(phone.firstTimer());
+        for (const std::string& step : split(row[1], ' ')) {
+            if (step == "written") {
+                phone.mirror.m_visitorCallLogSavePending = true;
+            } else if (step == "fails" || step == "works") {
+                phone.succeeds = step == "works";
+            } else if (step == "nobody") {
+                phone.collaborators.m_mobilityService = nullptr;
+            } else if (step == "refuse") {
+                phone.context.refuseTimers();
+            } else if (step == "others") {
+                phone.timerEvent(-1);
+                phone.timerEvent(17);
+            } else {
+                phone.context.advance(std::chrono::hours(std::stoi(step)));
+            }
+        }
+        EXPECT_EQ(phone.saves, std::stoi(row[2]));
+        EXPECT_EQ(phone.mirror.m_visitorCallLogSavePending, row[3] == "yes");
+        EXPECT_LE(phone.context.timers().size(), 1U) << "the hourly timer takes the place of the first";
+        phone.log.reset();
+        EXPECT_TRUE(phone.context.timers().empty());
+    }
+}
+
+}  // namespace
+}  // namespace journaltest

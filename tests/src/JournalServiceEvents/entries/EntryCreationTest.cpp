@@ -1,0 +1,239 @@
+// The road that every call goes into its list, for all four lists: a new item, a merge, names, limits, the database and
+// the observers.
+
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "journal-items/Occurrences.h"
+#include "src/JournalService/lists/ListTable.h"
+#include "src/JournalServiceEvents/entries/EntryRoad.h"
+#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
+
+namespace journaltest {
+namespace {
+
+template <typename Item>
+class EntryCreation : public testing::Test {
+protected:
+    static constexpr bool kMissed = std::is_same_v<Item, MissedCallItem>;
+    static constexpr bool kDialled = std::is_same_v<Item, DialledCallItem>;
+    static constexpr bool kReceived = std::is_same_v<Item, ReceivedCallItem>;
+    static constexpr const char* kUpdate = kMissed     ? "missed"
+                                           : kDialled  ? "dialled"
+                                           : kReceived ? "received"
+                                                       : "forwarded";
+    /// The list's number in the switch's log, which has no forwarded calls.
+    static constexpr const char* kLogTarget = kMissed ? "1" : kDialled ? "4" : kReceived ? "0" : "";
+
+    bool files(const std::string& number, const std::string& name = {}) {
+        return rig.template files<Item>(number, name);
+    }
+    bool filesLater(const std::string& number, const std::string& name = {}) {
+        rig.time.advance(60);
+        return files(number, name);
+    }
+    [[nodiscard]] std::vector<Item> items() { return rig.template items<Item>(); }
+
+    /// What an observer hears; a missed call says the number of unviewed ones first.
+    [[nodiscard]] static std::string announced(const std::string& entryId, const std::string& uniqueId,
+                                               int action, int unviewed) {
+        return (kMissed ? "missedCount(" + std::to_string(unviewed) + "); " : "") + kUpdate + "(" + entryId +
+               ", " + uniqueId + ", " + std::to_string(action) + ")";
+    }
+
+    void startWith(const std::vector<Item>& list) {
+        for (const Item& item : list) {
+            rig.database.addRow(journal::ListTable<Item>::kName, item);
+        }
+        const auto before = *rig.settings.values();
+        rig.phoneIs(softwareTypes::sip);  // which loads every list
+        rig.load();
+        rig.phoneIs(before.m_softwareType, before.m_systemIdentifier);
+        rig.forget();
+    }
+    static Item stored(const std::string& uniqueId, const std::vector<Occurrence>& calls) {
+        auto item = itemOf<Item>("e" + uniqueId, uniqueId, calls);
+        if constexpr (kDialled) {
+            item.setJournalSeviceGroupBy(calls.front().number);
+        }
+        return item;
+    }
+
+    EntryRig rig;
+};
+
+using Lists = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
+TYPED_TEST_SUITE(EntryCreation, Lists);
+
+TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndMergesACallOfAKnownOneIntoItsItemAndItsRow) {
+    ASSERT_TRUE(this->files("4711", "Ann"));
+    ASSERT_TRUE(this->files("4712", "Bob"));
+    const std::string first = "2026-11-21T05:22:05Z00000001";
+    const std::string second = "2026-11-21T05:22:05Z00000002";
+    EXPECT_EQ(this->rig.entryIds(), second + " " + first);
+    EXPECT_EQ(this->rig.heard(),
+              this->announced(first, "-", 0, 1) + "; " + this->announced(second, "-", 0, 2));
+    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+
+    const std::string uniqueId = this->items()[1].getUniqueId();
+    ASSERT_FALSE(uniqueId.empty());
+    this->rig.forget();
+    ASSERT_TRUE(this->filesLater("4711"));
+    const std::string merged = "2026-11-21T05:23:05Z00000003";
+    EXPECT_EQ(this->rig.entryIds(), merged + " " + second);
+    const auto item = this->items()[0];
+    EXPECT_EQ(item.getUniqueId(), uniqueId);
+    EXPECT_EQ(item.getSurname(), "Ann") << "a call without a name takes none away";
+    ASSERT_EQ(occurrencesOf(item).size(), 2U);
+    EXPECT_EQ(occurrencesOf(item).front().getNumber(), "4711");
+    EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "2026-11-21T05:23:05Z");
+    EXPECT_EQ(occurrencesOf(item).back().getTimeAndDate(), "2026-11-21T05:22:05Z");
+    EXPECT_EQ(this->rig.heard(), this->announced(merged, uniqueId, 1, 2));
+    const std::string table =
+        std::string(journal::ListTable<TypeParam>::kName).substr(std::string("CallLog").size());
+    EXPECT_EQ(this->rig.written(), "write " + table + " " + uniqueId);
+    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+
+    this->filesLater("4711", "Amy");
+    EXPECT_EQ(this->items()[0].getSurname(), TestFixture::kDialled ? "Ann" : "Amy")
+        << "a dialled entry keeps the names that it was made with";
+}
+
+TYPED_TEST(EntryCreation, KeepsOneRowWhenTheFirstWriteFailed) {
+    this->rig.database.setFailing(true);
+    EXPECT_TRUE(this->files("4711"));
+    EXPECT_EQ(this->items().size(), 1U);
+    EXPECT_FALSE(this->rig.heard().empty());
+    this->rig.database.setFailing(false);
+    this->filesLater("4711");
+    this->filesLater("4711");
+    EXPECT_EQ(this->rig.databaseContents().size(), 1U);
+    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+}
+
+TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwitchSent) {
+    Contact known;
+    known.setOffice("4711");
+    known.setFirstname("Ann");
+    known.setSurname("Adams");
+    known.setPicture("ann.png");
+    this->rig.phonebook.contacts = {known};
+    const auto front = [this] {
+        const auto item = this->items().front();
+        return item.getSurname() + ", " + item.getFirstname() + ", " + item.getPictureClip();
+    };
+    this->files("4712", "Bob Brown");
+    EXPECT_EQ(front(), "Bob Brown, , ");
+    this->files("4711", "from the switch");
+    EXPECT_EQ(front(), "Adams, Ann, ann.png");
+    known.setSurname("Archer");
+    known.setPicture("");
+    this->rig.phonebook.contacts = {known};
+    this->filesLater("4711", "from the switch");
+    EXPECT_EQ(front(), "Archer, Ann, ann.png") << "a merge brings the names up to date, and keeps a picture";
+}
+
+TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
+    this->startWith({this->stored("77", {{"4711", "2026-11-20T00:00:00Z"}})});
+    this->rig.lists.template list<TypeParam>().access()->clear();
+    int loads = 0;
+    EntryRig& phone = this->rig;
+    phone.phoneIs(softwareTypes::sip);
+    journal::EntryCreation entries({phone.settings, phone.clock, phone.names, phone.lists, phone.mirror,
+                                    phone.requests, phone.notifier, phone.rule, [&] {
+                                        ++loads;
+                                        phone.loader.loadCallListsFromDb();
+                                    }});
+    (entries.*Filing<TypeParam>::kFile)(phone.template callFrom<TypeParam>("4711"));
+    EXPECT_EQ(loads, 1);
+    EXPECT_EQ(this->items().size(), 1U);
+    EXPECT_EQ(this->items().front().getUniqueId(), "77");
+}
+
+TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
+    const auto fileAs = [this](const std::string& callId, const std::string& number) {
+        auto details = this->rig.template callFrom<TypeParam>(number);
+        details.callId = callId;
+        details.presentationC =
+            this->items().size() == 4 ? CallLogEntryEvent::ePresented : CallLogEntryEvent::eNotPresented;
+        this->rig.template file<TypeParam>(details);
+    };
+    // Ids that are no numbers, ids with the same low 32 bits, all within one second.
+    fileAs("abc", "1");
+    fileAs("xyz", "2");
+    fileAs("4294967295", "3");
+    fileAs("8589934591", "4");
+    EXPECT_EQ(this->rig.entryIds(),
+              "2026-11-21T05:22:05Z00000002 2026-11-21T05:22:05ZFFFFFFFF "
+              "2026-11-21T05:22:05Z00000001 2026-11-21T05:22:05Z00000000");
+    fileAs("xyz", "1");
+    EXPECT_EQ(this->items().front().getEntryId(), "2026-11-21T05:22:05Z00000003")
+        << "a merge gives a new one";
+}
+
+TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNumberStays) {
+    for (const std::string oldest : {"4799", "4711"}) {
+        for (const int systemIdentifier : {2, 0}) {
+            EntryRig& phone = this->rig;
+            phone.phoneIs(softwareTypes::qorvex, systemIdentifier);
+            phone.lists.deleteAllCalls();
+            std::vector<Occurrence> calls(9, Occurrence{"4711", "2026-11-20T00:00:00Z"});
+            calls.push_back({oldest, "2026-11-01T00:00:00Z"});
+            this->startWith({this->stored("77", calls)});
+            this->files("4711");
+            EXPECT_EQ(occurrencesOf(this->items().front()).size(), 10U);
+            EXPECT_EQ(occurrencesOf(this->items().front()).back().getTimeAndDate(), "2026-11-20T00:00:00Z");
+            EXPECT_EQ(phone.listContents(), phone.databaseContents());
+            const std::string target = TestFixture::kLogTarget;
+            const bool due = !target.empty() && systemIdentifier == 2 && oldest == "4799";
+            EXPECT_EQ(phone.sent(), due ? "one " + target + " 4799 2026-11-01T00:00:00Z" : "")
+                << oldest << ", identifier " << systemIdentifier;
+        }
+    }
+}
+
+TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheSwitch) {
+    std::vector<TypeParam> full;
+    for (std::size_t index = 0; index < journal::kMaxItems; ++index) {
+        const std::string time = "2025-01-01T00:00:00Z" + std::to_string(9999 - index);
+        full.push_back(this->stored(std::to_string(index + 1), {{"n" + std::to_string(index), time}}));
+    }
+    this->startWith(full);
+    this->rig.phoneIs(softwareTypes::qorvex, 2);
+    this->files("4711");
+
+    const bool limited = !TestFixture::kDialled;  // dialling one number more cuts nothing short
+    EXPECT_EQ(this->items().size(), limited ? 1000U : 1001U);
+    EXPECT_EQ(this->items().back().getEntryId(), limited ? "e999" : "e1000");
+    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+    const std::string target = TestFixture::kLogTarget;
+    EXPECT_EQ(this->rig.sent(),
+              limited && !target.empty() ? "one " + target + " n999 2025-01-01T00:00:00Z9000" : "");
+
+    this->rig.forget();
+    this->filesLater("4711");
+    EXPECT_EQ(this->rig.written().find(';'), std::string::npos) << "a merge makes no list longer";
+}
+
+/// The lists that gather calls by the party; dialled calls are gathered by the number that was looked up.
+template <typename Item>
+class AnonymousCalls : public EntryCreation<Item> {};
+using PartyLists = testing::Types<MissedCallItem, ReceivedCallItem, ForwardedCallItem>;
+TYPED_TEST_SUITE(AnonymousCalls, PartyLists);
+
+TYPED_TEST(AnonymousCalls, AreOneItemAndNamedOnesWithoutNumberAnotherEach) {
+    for (const char* name : {"", "Ann", "", "Bob", "Ann"}) {
+        this->filesLater("", name);
+    }
+    std::string found;
+    for (const auto& item : this->items()) {
+        found += item.getSurname() + " " + std::to_string(occurrencesOf(item).size()) + ";";
+    }
+    EXPECT_EQ(found, "Ann 2;Bob 1; 2;");
+}
+
+}  // namespace
+}  // namespace journaltest

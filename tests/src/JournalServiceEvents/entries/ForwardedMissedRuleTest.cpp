@@ -1,0 +1,92 @@
+// One call that the switch reports as missed and as forwarded stands in one list only. Five seconds apart it is the same
+// call, six seconds apart it is not.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/src/JournalServiceEvents/calls/Line.h"
+#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
+#include "tests/support/Table.h"
+
+namespace journaltest {
+namespace {
+
+// "missed" and "forwarded" are calls from that party that end so, now; the number is that of seconds until the next.
+TEST(ForwardedMissedRule, KeepsOneCallInOneList) {
+    int calls = 0;
+    for (const auto& row : table(2, R"(
+forwarded 4711, 0, missed 4711             | forwarded 4711
+forwarded 4711, 5, missed 4711             | forwarded 4711
+forwarded 4711, -60, missed 4711           | forwarded 4711
+forwarded 4711, 6, missed 4711             | missed 4711, forwarded 4711
+forwarded 4711, 1, missed 4712             | missed 4712, forwarded 4711
+missed 4711, 0, forwarded 4711             | forwarded 4711
+missed 4711, 5, forwarded 4711             | forwarded 4711
+missed 4711, -60, forwarded 4711           | forwarded 4711
+missed 4711, 6, forwarded 4711             | missed 4711, forwarded 4711
+missed 4711, 1, forwarded 4712             | missed 4711, forwarded 4712
+missed 4711, 99, missed 4711, 5, forwarded 4711  | missed 4711, forwarded 4711
+missed 4711, 99, missed 4711, 6, forwarded 4711  | missed 4711, missed 4711, forwarded 4711
+missed 4711, 0, missed 4712, 0, forwarded 4711   | missed 4712, missed 4711, forwarded 4711
+forwarded 4711, 0, forwarded 4712, 1, missed 4711 | missed 4711, forwarded 4712, forwarded 4711
+missed 4711, 3, forwarded 4712, 0, missed 4712, 0, forwarded 4711 | missed 4711, forwarded 4711, forwarded 4712
+set serverFeatures off, missed 4711, 0, forwarded 4711 | missed 4711
+)")) {
+        Line line;
+        for (const std::string& step : split(row[0], ',')) {
+            const std::string id = std::to_string(++calls);
+            const std::string party = step.substr(step.find(' ') + 1);
+            line.plays(step.rfind("missed", 0) == 0      ? "rings " + id + " " + party + "; clears " + id
+                       : step.rfind("forwarded", 0) == 0 ? "diverts " + id + " " + party + " here 4799"
+                       : step.rfind("set", 0) == 0       ? step
+                                                         : "passes " + step);
+        }
+        std::string journal = line.journal();
+        for (std::size_t at = 0; (at = journal.find(" to 4799")) != std::string::npos;) {
+            journal.erase(at, 8);
+        }
+        EXPECT_EQ(journal, row[1]) << row[0];
+    }
+}
+
+TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMarkOnASipPhone) {
+    for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
+        EntryRig rig;
+        rig.phoneIs(type);
+        rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = true; });
+        rig.files<MissedCallItem>("4711");
+        rig.lists.ageMissedCall(rig.entryIds());
+        rig.time.advance(3600);
+        rig.files<MissedCallItem>("4711");
+        rig.forget();
+        rig.files<ForwardedCallItem>("4711");
+        const bool viewed = type == softwareTypes::sip;
+        EXPECT_EQ(rig.items<MissedCallItem>().front().getViewed(), viewed) << type;
+        const std::string count = viewed ? "missedCount(0)" : "missedCount(1)";
+        EXPECT_EQ(rig.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
+        EXPECT_EQ(rig.written().rfind("write MissedCalls 1; write ForwardedCalls ", 0), 0U) << rig.written();
+        EXPECT_EQ(rig.listContents(), rig.databaseContents());
+
+        rig.time.advance(3600);
+        rig.files<MissedCallItem>("4712");
+        rig.forget();
+        rig.files<ForwardedCallItem>("4712");
+        EXPECT_EQ(rig.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
+        EXPECT_EQ(rig.written().rfind("delete MissedCalls ", 0), 0U) << rig.written();
+        EXPECT_EQ(rig.listContents(), rig.databaseContents());
+    }
+}
+
+TEST(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
+    EntryRig rig;
+    rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = true; });
+    rig.clock.adoptClock(nullptr);
+    rig.files<ForwardedCallItem>("4711");
+    EXPECT_TRUE(rig.files<MissedCallItem>("4711"));
+    EXPECT_TRUE(rig.files<ForwardedCallItem>("4711"));
+    EXPECT_EQ(rig.items<MissedCallItem>().size(), 1U);
+}
+
+}  // namespace
+}  // namespace journaltest

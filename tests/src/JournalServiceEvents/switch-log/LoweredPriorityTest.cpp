@@ -1,0 +1,64 @@
+// How far the priority goes down, and that it always comes back: also where the process may not take it back.
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "src/JournalServiceEvents/switch-log/LoweredPriority.h"
+
+namespace {
+
+using journal::LoweredPriority;
+
+TEST(LoweredPriority, GoesDownOnlyWhereItCanComeBack) {
+    constexpr int kNoLimit = 20;
+    const struct {
+        int before;
+        bool privileged;
+        int leastAllowed;
+        int during;
+    } rows[] = {{0, true, kNoLimit, 5},     {13, true, kNoLimit, 18},    {14, true, kNoLimit, 19},
+                {-19, true, kNoLimit, -14}, {-20, false, kNoLimit, -20}, {0, false, kNoLimit, 0},
+                {0, false, 0, 5},           {-1, false, 0, -1},          {-20, false, -20, -15}};
+    for (const auto& row : rows) {
+        int nice = row.before;
+        const LoweredPriority::Kernel kernel{[&nice] { return nice; },
+                                             [&nice, &row](int value) {
+                                                 value = std::clamp(value, -20, 19);
+                                                 const bool refused = value < nice && !row.privileged &&
+                                                                      value < row.leastAllowed;
+                                                 nice = refused ? nice : value;
+                                                 return !refused;
+                                             },
+                                             [&row] { return row.leastAllowed; }};
+        {
+            const LoweredPriority priority("test", kernel);
+            EXPECT_EQ(nice, row.during) << row.before << (row.privileged ? " privileged" : "");
+        }
+        EXPECT_EQ(nice, row.before);
+    }
+}
+
+// In a child process: what an ordinary user's process loses it does not get back.
+TEST(LoweredPriority, LeavesAnOrdinaryUsersProcessAsFastAsItWas) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr uid_t kNobody = 65534;
+        const rlimit none{0, 0};
+        if (::setrlimit(RLIMIT_NICE, &none) != 0 || (::geteuid() == 0 && ::setuid(kNobody) != 0)) {
+            ::_exit(2);
+        }
+        const int before = ::getpriority(PRIO_PROCESS, 0);
+        { const LoweredPriority priority("test"); }
+        ::_exit(::getpriority(PRIO_PROCESS, 0) == before ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+}  // namespace

@@ -1,0 +1,200 @@
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "journalservice/ObserverNotifier.h"
+#include "platform/texts/SoftwareTypes.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/FakeJournalService.h"
+#include "tests/support/RecordingObserver.h"
+#include "tests/support/Table.h"
+
+namespace journaltest {
+namespace {
+
+using Ifc = ObserverNotifierIfc;
+using Observer = JournalServiceObserverIfc;
+
+template <typename Item>
+Item itemWithId(const std::string& entryId) {
+    Item item;
+    item.setEntryId(entryId);
+    return item;
+}
+
+/// What the observer heard since the last question: counts, and of each update the item, the entry id and the action:
+/// "missedCount(7); missed(m1, 17, 2)".
+std::string heardBy(RecordingObserver& observer) {
+    std::string text = observer.heard();
+    observer.clear();
+    return text;
+}
+
+/// A notifier in front of a journal that holds a dialled entry and two callbacks.
+class Notifier : public testing::Test {
+protected:
+    Notifier() {
+        notifier.init(&journal, softwareTypes::qorvex);
+        journal.lists.dialled = {itemWithId<DialledCallItem>("newest"), itemWithId<DialledCallItem>("older")};
+        journal.lists.callBacks = {itemWithId<CallBackItem>("b1"), itemWithId<CallBackItem>("b2")};
+    }
+    /// Subscribes and forgets what the observer was told by that.
+    void subscribeQuietly(RecordingObserver& observer) {
+        ASSERT_TRUE(notifier.subscribe(&observer, {}));
+        observer.clear();
+    }
+
+    FakeJournalService journal;
+    ObserverNotifier notifier;
+};
+
+const auto kMissed = itemWithId<MissedCallItem>("m1");
+const auto kDialled = itemWithId<DialledCallItem>("d1");
+const auto kReceived = itemWithId<ReceivedCallItem>("r1");
+const auto kForwarded = itemWithId<ForwardedCallItem>("f1");
+const auto kCallBack = itemWithId<CallBackItem>("b1");
+constexpr auto kAdded = Observer::eItemAdded;
+constexpr auto kUpdated = Observer::eItemUpdated;
+constexpr auto kCleared = Observer::eListCleared;
+
+const struct {
+    const char* heard;
+    std::function<void(Ifc&)> update;
+} kUpdates[] = {
+    {"missedCount(0); missed(-, -, 4)", [](Ifc& n) { n.updateMissedCallCountAndCalls(kCleared); }},
+    {"missedCount(0); missed(-, -, 3)", [](Ifc& n) { n.updateMissedCallCountAndCalls(); }},
+    {"missedCount(7); missed(-, -, 3)", [](Ifc& n) { n.updateMissedCallCountAndCalls(7U); }},
+    {"missedCount(7); missed(-, 17, 2)", [](Ifc& n) { n.updateMissedCallCountAndCalls(7U, "17"); }},
+    {"missedCount(7); missed(m1, 17, 1)",
+     [](Ifc& n) { n.updateMissedCallCountAndCalls(kMissed, 7, "17", kUpdated); }},
+    {"missedCount(7)", [](Ifc& n) { n.updateMissedCallCount(7); }},
+    {"dialled(-, -, 4)", [](Ifc& n) { n.updateDialledCalls(kCleared); }},
+    {"dialled(d1, -, 3)", [](Ifc& n) { n.updateDialledCalls(kDialled); }},
+    {"dialled(d1, 17, 2)", [](Ifc& n) { n.updateDialledCalls(kDialled, "17"); }},
+    {"dialled(d1, 17, 1)", [](Ifc& n) { n.updateDialledCalls(kDialled, "17", kUpdated); }},
+    {"received(-, -, 4)", [](Ifc& n) { n.updateReceivedCalls(kCleared); }},
+    {"received(-, -, 3)", [](Ifc& n) { n.updateReceivedCalls(); }},
+    {"received(-, 17, 2)", [](Ifc& n) { n.updateReceivedCalls("17"); }},
+    {"received(r1, -, 0)", [](Ifc& n) { n.updateReceivedCalls(kReceived, "", kAdded); }},
+    {"forwarded(-, -, 3)", [](Ifc& n) { n.updateForwardedCalls(); }},
+    {"forwarded(-, 17, 2)", [](Ifc& n) { n.updateForwardedCalls("17"); }},
+    {"forwarded(f1, 17, 1)", [](Ifc& n) { n.updateForwardedCalls(kForwarded, "17", kUpdated); }},
+    {"callBacks(b1, -, 0)", [](Ifc& n) { n.updateCallbacks(kCallBack, "", kAdded); }},
+    {"callBacksCount(2)", [](Ifc& n) { n.updateCallbackCount(); }},
+    {"callBacks(-, -, 3); callBacksCount(2)", [](Ifc& n) { n.updateCallbacksAndCount(); }},
+    {"callBacks(-, b9, 2); callBacksCount(2)", [](Ifc& n) { n.updateCallbacksAndCount("b9"); }},
+    {"missedCount(7); missed(-, -, 3); dialled(-, -, 3); received(-, -, 3); forwarded(-, -, 3)",
+     [](Ifc& n) { n.updateAllExceptCallbacks(7); }},
+};
+
+TEST_F(Notifier, TellsEveryObserverTheSameAndReadsNothingWithoutAny) {
+    for (const auto& row : kUpdates) {
+        row.update(notifier);
+    }
+    EXPECT_TRUE(journal.calls().empty());
+
+    RecordingObserver first;
+    RecordingObserver second;
+    subscribeQuietly(first);
+    subscribeQuietly(second);
+    for (const auto& row : kUpdates) {
+        row.update(notifier);
+        EXPECT_EQ(heardBy(first), row.heard);
+        EXPECT_EQ(heardBy(second), row.heard);
+    }
+}
+
+TEST_F(Notifier, TellsOfForwardedCallsAmongAllListsOnSipPhonesOnly) {
+    RecordingObserver observer;
+    subscribeQuietly(observer);
+    for (const std::string type : {"Norlith SIP", "Norlith Qorvex", "norlith sip", "Norlith SIP ", ""}) {
+        notifier.init(&journal, type);
+        notifier.updateAll(7);
+        const std::string forwarded = type == "Norlith SIP" ? "forwarded(-, -, 3); " : "";
+        EXPECT_EQ(heardBy(observer),
+                  "missedCount(7); missed(-, -, 3); dialled(newest, -, 3); received(-, -, 3); " + forwarded +
+                      "callBacks(-, -, 3); callBacksCount(2)")
+            << type;
+    }
+}
+
+TEST_F(Notifier, CountsTheCallbacksAfreshForEachObserver) {
+    RecordingObserver takesOneAway;
+    RecordingObserver last;
+    subscribeQuietly(takesOneAway);
+    subscribeQuietly(last);
+    takesOneAway.setDuring([this](const Callback&) { journal.lists.callBacks.pop_back(); });
+    notifier.updateCallbackCount();
+    EXPECT_EQ(heardBy(takesOneAway) + ", " + heardBy(last), "callBacksCount(2), callBacksCount(1)");
+}
+
+TEST_F(Notifier, TellsANewObserverAloneWhatThereIs) {
+    RecordingObserver first;
+    RecordingObserver second;
+    subscribeQuietly(first);
+    auto viewed = kMissed;
+    viewed.setViewed(true);
+    journal.lists.missed = {kMissed, viewed, kMissed};
+    notifier.subscribe(&second, kDialled);
+    EXPECT_EQ(heardBy(second), "missedCount(2); dialled(d1, -, 3); callBacksCount(2)");
+    EXPECT_EQ(heardBy(first), "");
+
+    journal.lists = {};
+    notifier.subscribe(&first, {});
+    EXPECT_EQ(heardBy(first), "missedCount(0); dialled(-, -, 3)") << "no callbacks are not worth a word";
+}
+
+// Who subscribes (+) and unsubscribes (-), what that answers, and who then hears of an update; "0" is nobody.
+TEST_F(Notifier, TellsThoseWhoAreSubscribedInTheirOrder) {
+    for (const auto& row : table(3, R"(
+a+ b+ c+ a+ a- | yes yes yes yes yes | bca
+a+ a+          | yes yes             | aa
+a+ a+ a-       | yes yes yes         | a
+a+ a+ a- a- a- | yes yes yes yes no  |
+a+ b- 0-       | yes no no           | a
+0+             | no                  |
+)")) {
+        SCOPED_TRACE(row[0]);
+        ObserverNotifier tested;
+        std::string heard;
+        const auto noted = [&heard](char name) { return [&heard, name](const Callback&) { heard += name; }; };
+        RecordingObserver observers[] = {RecordingObserver(noted('a')), RecordingObserver(noted('b')),
+                                         RecordingObserver(noted('c'))};
+        std::string answers;
+        for (const std::string& step : split(row[0], ' ')) {
+            Observer* observer = step[0] == '0' ? nullptr : &observers[step[0] - 'a'];
+            const bool done = step[1] == '+' ? tested.subscribe(observer, {}) : tested.unsubscribe(observer);
+            answers += std::string(answers.empty() ? "" : " ") + (done ? "yes" : "no");
+        }
+        heard.clear();
+        tested.updateMissedCallCount(1);
+        EXPECT_EQ(answers, row[1]);
+        EXPECT_EQ(heard, row[2]);
+    }
+}
+
+TEST_F(Notifier, GoesOnWhenAnObserverOrTheJournalThrows) {
+    RecordingObserver bad([](const Callback&) { throw std::runtime_error("out of paper"); });
+    RecordingObserver good;
+    EXPECT_TRUE(notifier.subscribe(&bad, {}));
+    bad.clear();
+    subscribeQuietly(good);
+    for (int round = 0; round < 2; ++round) {
+        notifier.updateMissedCallCountAndCalls(1U, "17");
+        EXPECT_EQ(heardBy(bad), "missedCount(1)");
+        EXPECT_EQ(heardBy(good), "missedCount(1); missed(-, 17, 2)");
+        bad.setDuring([](const Callback&) { throw 42; });
+    }
+    EXPECT_TRUE(CapturedLog::contains("out of paper")) << CapturedLog::dump();
+    EXPECT_TRUE(notifier.unsubscribe(&bad)) << "no lock is left behind";
+
+    journal.setDuring([] { throw std::runtime_error("no list today"); });
+    notifier.updateCallbacksAndCount("b1");
+    EXPECT_EQ(heardBy(good), "callBacks(-, b1, 2)");
+    EXPECT_TRUE(CapturedLog::contains("no list today"));
+}
+
+}  // namespace
+}  // namespace journaltest
