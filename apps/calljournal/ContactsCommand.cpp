@@ -48,8 +48,8 @@ public:
     }
 
     void tell(const ImportReport& report) {
-        for (; m_told < report.notes.size(); ++m_told) {
-            const ImportReport::Note& note = report.notes[m_told];
+        for (; m_notified < report.notes.size(); ++m_notified) {
+            const ImportReport::Note& note = report.notes[m_notified];
             std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
                       << printable(note.text) << std::endl;
         }
@@ -73,7 +73,7 @@ private:
     const std::string& m_file;
     std::istream& m_stream;
     std::uintmax_t m_size = 0;
-    std::size_t m_told = 0;
+    std::size_t m_notified = 0;
     std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
 };
 

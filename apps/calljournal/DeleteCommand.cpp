@@ -5,12 +5,12 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/ListAnswer.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/ListResponse.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
-#include "platform/journal-library/ClientAnswer.h"
 #include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/ClientResponse.h"
 
 namespace host {
 namespace {
@@ -35,7 +35,7 @@ Deletion deletionFrom(ListName list) {
 }
 
 void require(const std::string& answer) {
-    if (journalxml::parseBoolAnswer(answer) != true) {
+    if (journalxml::parseBoolResponse(answer) != true) {
         throw RemoteError("calljournal could not delete; its log says why");
     }
 }
@@ -62,7 +62,7 @@ public:
         const std::size_t deleted = m_all ? deleteAll(client, list) : deleteNamed(client, list, unknown);
         std::cout << countText(list, deleted) << " deleted" << std::endl;
         for (const std::string& entryId : unknown) {
-            sayUnknown(entryId, list, common);
+            printUnknown(entryId, list, common);
         }
         return unknown.empty() && std::cout.good() ? eDone : eFailed;
     }
@@ -74,7 +74,7 @@ private:
         for (const std::string& entryId : m_entryIds) {
             const std::string answer =
                 client.call(journalxml::buildRequest(deletionFrom(list).one, {entryId}));
-            if (journalxml::parseBoolAnswer(answer) == true) {
+            if (journalxml::parseBoolResponse(answer) == true) {
                 ++deleted;
             } else {
                 unknown.push_back(entryId);
@@ -88,7 +88,7 @@ private:
         std::set<std::string> deleted;
         for (;;) {
             std::vector<std::string> entryIds;
-            const ListAnswer answer = fetchList(client, list);
+            const ListResponse answer = fetchList(client, list);
             for (const ListRow& row : answer.rows) {
                 if (!deleted.insert(row.entryId).second) {
                     throw RemoteError("calljournal could not delete " + countText(list, answer.rows.size()) +

@@ -3,8 +3,8 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/ListAnswer.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/ListResponse.h"
 #include "host/remote/RemoteClient.h"
 
 namespace host {
@@ -19,7 +19,7 @@ public:
 
     int run(const CommonOptions& common) override {
         RemoteClient client(common.dataDirectory());
-        const ListAnswer answer = fetchList(client, listNamed(m_list).value());
+        const ListResponse answer = fetchList(client, listNamed(m_list).value());
         std::cout << (m_format == "csv" ? answer.csv : answer.json + "\n") << std::flush;
         return std::cout.good() ? eDone : eFailed;
     }

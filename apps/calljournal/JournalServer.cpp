@@ -8,7 +8,7 @@
 #include "host/framework/LibraryLoader.h"
 #include "host/framework/WorkerPool.h"
 #include "host/http/ApiToken.h"
-#include "host/http/HttpFace.h"
+#include "host/http/HttpApi.h"
 #include "host/http/Metrics.h"
 #include "host/line/Line.h"
 #include "host/management/LocalMgmtInvoker.h"
@@ -94,7 +94,7 @@ public:
 
     void start() {
         // First, since it fails where another journal runs, which the switch need not see.
-        m_http = std::make_unique<HttpFace>(httpBackend(), m_httpSettings);
+        m_http = std::make_unique<HttpApi>(httpBackend(), m_httpSettings);
         m_line.start();
         m_remote = std::make_unique<RemoteServer>(
             m_socket, RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
@@ -147,7 +147,7 @@ private:
     std::unique_ptr<RemoteServer> m_remote;
     const std::string m_device;
     const HttpFaceSettings m_httpSettings;
-    std::unique_ptr<HttpFace> m_http;
+    std::unique_ptr<HttpApi> m_http;
     Endpoint m_httpEndpoint;
 };
 

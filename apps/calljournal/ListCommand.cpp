@@ -3,8 +3,8 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/ListAnswer.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/ListResponse.h"
 #include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/remote/RemoteClient.h"
@@ -31,7 +31,7 @@ public:
             m_filter.limit = m_limit;
         }
         RemoteClient client(common.dataDirectory());
-        const ListAnswer answer = fetchList(client, listNamed(m_list).value(), m_filter);
+        const ListResponse answer = fetchList(client, listNamed(m_list).value(), m_filter);
         if (m_csv) {
             std::cout << answer.csv << std::flush;
         } else {
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    [[nodiscard]] std::string describe(const ListAnswer& answer) const {
+    [[nodiscard]] std::string describe(const ListResponse& answer) const {
         if (answer.rows.empty()) {
             return "nothing " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
         }

@@ -58,7 +58,7 @@ void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const 
     app.add_option("entry-ids", entryIds, help)->type_name("ENTRY_ID");
 }
 
-void sayUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
+void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
     const std::string word(wordOf(list));
     std::cerr << "calljournal: there is no entry " << printable(entryId) << " in the list " << word << "; `"
               << common.commandToType("list " + word + " --ids") << "` shows those that there are"

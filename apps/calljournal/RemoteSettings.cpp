@@ -7,8 +7,10 @@
 
 namespace host {
 
-journalxml::ManagementAnswer askSettings(RemoteClient& client, const journalxml::ManagementRequest& request) {
-    auto answer = journalxml::parseManagementAnswer(client.call(journalxml::buildManagementRequest(request)));
+journalxml::ManagementResponse askSettings(RemoteClient& client,
+                                           const journalxml::ManagementRequest& request) {
+    auto answer =
+        journalxml::parseManagementResponse(client.call(journalxml::buildManagementRequest(request)));
     if (!answer) {
         throw RemoteError("calljournal could not answer; its log says why");
     }

@@ -8,8 +8,8 @@ class RemoteClient;
 
 /// Reads or changes settings of the running journal, and answers what it says, a refusal included. Throws `RemoteError`
 /// when it says nothing that can be read.
-[[nodiscard]] journalxml::ManagementAnswer askSettings(RemoteClient& client,
-                                                       const journalxml::ManagementRequest& request);
+[[nodiscard]] journalxml::ManagementResponse askSettings(RemoteClient& client,
+                                                         const journalxml::ManagementRequest& request);
 
 /// Whether the running journal is switched off: its lists were emptied then. Throws as `askSettings`.
 [[nodiscard]] bool isJournalOff(RemoteClient& client);

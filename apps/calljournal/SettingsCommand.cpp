@@ -53,7 +53,7 @@ private:
         return "; `" + common.commandToType("settings") + "` shows those that there are";
     }
 
-    void print(const journalxml::ManagementAnswer& answer, const CommonOptions& common) const {
+    void print(const journalxml::ManagementResponse& answer, const CommonOptions& common) const {
         if (!m_key.empty() && !changes() && !answer.settings.front().value) {
             throw std::runtime_error(printable(m_key) + " has no value; `" +
                                      common.commandToType("settings " + m_key + " VALUE") + "` gives it one");

@@ -4,10 +4,10 @@
 #include <stdexcept>
 #include <vector>
 
-#include "apps/calljournal/AnsweringOption.h"
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/EndpointOption.h"
+#include "apps/calljournal/ResponseModeOption.h"
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
@@ -30,7 +30,7 @@ public:
                 return CLI::PositiveNumber(text).empty() ? std::string() : text + " is not a number above 0";
             }));
         app.add_flag("--call-log", m_callLog, "keep a call log as a switch does and tell the phones of it");
-        addAnsweringOption(app, m_answering);
+        addResponseModeOption(app, m_responseModes);
         app.add_flag("--log-messages", m_logMessages, "log every message that comes and goes");
     }
 
@@ -45,8 +45,8 @@ public:
         const Endpoint listen = parseEndpoint(m_listen).value();
         SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
         listenWith(simulator, listen);
-        for (const auto& [request, answering] : readAnswering(m_answering)) {
-            simulator.setAnswering(request, answering);
+        for (const auto& [request, answering] : readResponseMode(m_responseModes)) {
+            simulator.setResponseMode(request, answering);
         }
         std::cout << "switch listens on " << Endpoint{listen.host, simulator.port()}.text() << std::endl;
         simulator.run(
@@ -72,7 +72,7 @@ private:
 
     std::string m_listen = "127.0.0.1:4242";
     std::string m_scenario;
-    std::vector<std::string> m_answering;
+    std::vector<std::string> m_responseModes;
     bool m_logMessages = false;
     bool m_loop = false;
     bool m_callLog = false;

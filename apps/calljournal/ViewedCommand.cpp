@@ -5,12 +5,12 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/ListAnswer.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/ListResponse.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
-#include "platform/journal-library/ClientAnswer.h"
 #include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/ClientResponse.h"
 
 namespace host {
 namespace {
@@ -24,7 +24,7 @@ public:
 
     int run(const CommonOptions& common) override {
         RemoteClient client(common.dataDirectory());
-        const ListAnswer missed = fetchList(client, ListName::eMissed);
+        const ListResponse missed = fetchList(client, ListName::eMissed);
         // The journal takes every id and does not say which it knows.
         const auto firstUnknown = std::stable_partition(
             m_entryIds.begin(), m_entryIds.end(), [&missed](const std::string& entryId) {
@@ -34,12 +34,12 @@ public:
         const std::vector<std::string> known(m_entryIds.begin(), firstUnknown);
         const std::string request =
             journalxml::buildRequest(journalxml::MethodId::eSetMissedCallListAsViewed, known);
-        if (journalxml::parseBoolAnswer(client.call(request)) != true) {
+        if (journalxml::parseBoolResponse(client.call(request)) != true) {
             throw RemoteError("calljournal could not do it; its log says why");
         }
         std::cout << countText(ListName::eMissed, known.size()) << " viewed" << std::endl;
         std::for_each(firstUnknown, m_entryIds.end(), [&common](const std::string& entryId) {
-            sayUnknown(entryId, ListName::eMissed, common);
+            printUnknown(entryId, ListName::eMissed, common);
         });
         return firstUnknown == m_entryIds.end() && std::cout.good() ? eDone : eFailed;
     }

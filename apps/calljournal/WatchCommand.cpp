@@ -5,12 +5,12 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/StopSignal.h"
-#include "apps/calljournal/WatchLine.h"
+#include "apps/calljournal/WatchText.h"
 #include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
-#include "platform/journal-library/ClientAnswer.h"
 #include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/ClientResponse.h"
 
 namespace host {
 namespace {
@@ -23,7 +23,7 @@ public:
         const StopSignal stop;
         RemoteClient client(common.dataDirectory());
         const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
-        if (journalxml::parseBoolAnswer(client.call(request)) != true) {
+        if (journalxml::parseBoolResponse(client.call(request)) != true) {
             throw RemoteError("calljournal did not take the subscription; its log says why");
         }
         for (const std::string& notification : client.takeNotifications()) {

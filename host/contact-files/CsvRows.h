@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/contact-files/LineReader.h"
+#include "host/contact-files/TextLineReader.h"
 
 namespace host {
 
@@ -35,7 +35,7 @@ private:
     /// Takes the line's cells; false when its last one goes on in the next line.
     bool takeCells(const std::string& line, Row& row);
 
-    LineReader m_lines;
+    TextLineReader m_lines;
     char m_separator = '\0';
     /// Whether the last cell is between quotation marks that are still open.
     bool m_open = false;

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/contact-files/ContactReader.h"
-#include "host/contact-files/LineReader.h"
+#include "host/contact-files/TextLineReader.h"
 #include "host/contact-files/VCardContact.h"
 
 namespace host {
@@ -25,7 +25,7 @@ private:
     ContactRecord readCard();
     ContactRecord skipStrayLines();
 
-    LineReader m_lines;
+    TextLineReader m_lines;
     /// Where the line that was taken last begins.
     std::size_t m_begin = 0;
     /// Whether that line began a card that is still to be read.

@@ -88,7 +88,7 @@ MessageKind messageKindOf(std::string_view rootName) noexcept {
         return MessageKind::eEvent;
     }
     if (endsWith(rootName, "Response")) {
-        return MessageKind::eAnswer;
+        return MessageKind::eResponse;
     }
     if (rootName == "CSTAErrorCode") {
         return MessageKind::eError;

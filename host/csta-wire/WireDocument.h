@@ -12,12 +12,12 @@ namespace host {
 
 /// What a message is for, as its root element tells.
 enum class MessageKind {
-    eEvent,    ///< ...Event, never answered
-    eAnswer,   ///< ...Response
-    eError,    ///< CSTAErrorCode, the other answer
-    eNotice,   ///< ApplicationSessionTerminated: no event of a monitor, and not answered
-    eForeign,  ///< shares the link but is not CSTA (keep-alives, presence); ignored
-    eRequest,  ///< everything else; wants an answer
+    eEvent,     ///< ...Event, never answered
+    eResponse,  ///< ...Response
+    eError,     ///< CSTAErrorCode, the other answer
+    eNotice,    ///< ApplicationSessionTerminated: no event of a monitor, and not answered
+    eForeign,   ///< shares the link but is not CSTA (keep-alives, presence); ignored
+    eRequest,   ///< everything else; wants an answer
 };
 
 [[nodiscard]] MessageKind messageKindOf(std::string_view rootName) noexcept;

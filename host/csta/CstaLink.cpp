@@ -32,33 +32,33 @@ const CallLogEntryRequest* callLogEntryOf(const CSTARequest& request) {
 }  // namespace
 
 CstaLink::CstaLink(CstaLinkConfig config, const Post& post)
-    : m_engine(std::make_unique<Engine>(std::move(config), post)) {}
+    : m_impl(std::make_unique<Engine>(std::move(config), post)) {}
 
 CstaLink::~CstaLink() = default;
 
 void CstaLink::setStatusListener(StatusListener listener) {
-    m_engine->setStatusListener(std::move(listener));
+    m_impl->setStatusListener(std::move(listener));
 }
 
 void CstaLink::start() {
-    m_engine->start();
+    m_impl->start();
 }
 
 void CstaLink::stop() {
-    m_engine->stop();
+    m_impl->stop();
 }
 
 CstaLink::Status CstaLink::status() const noexcept {
-    return m_engine->status();
+    return m_impl->status();
 }
 
 void CstaLink::releaseService(const Service& source) {
-    m_engine->release(source);
+    m_impl->release(source);
 }
 
 void CstaLink::request(CSTARequest& request) {
     RequestOutcome outcome;
-    Engine& engine = *m_engine;
+    Engine& engine = *m_impl;
     if (auto* start = dynamic_cast<CSTAMonitorStartRequest*>(&request)) {
         outcome = engine.perform([&engine, device = start->getDeviceObject(),
                                   filter = start->getRequestedMonitorFilter(),

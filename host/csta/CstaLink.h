@@ -101,7 +101,7 @@ public:
 
 private:
     class Engine;
-    std::unique_ptr<Engine> m_engine;
+    std::unique_ptr<Engine> m_impl;
 };
 
 }  // namespace host

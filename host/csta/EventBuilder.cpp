@@ -26,7 +26,7 @@ std::string oldCallIdOf(pugi::xml_node item) {
 
 }  // namespace
 
-EventBuilder::EventBuilder(const EventShape& shape, const WireDocument& document, DeviceReader devices,
+EventBuilder::EventBuilder(const EventSchema& shape, const WireDocument& document, DeviceReader devices,
                            std::string crossRefId)
     : m_shape(shape),
       m_root(document.root()),

@@ -18,7 +18,7 @@ class WireDocument;
 /// the document.
 class EventBuilder {
 public:
-    EventBuilder(const EventShape& shape, const WireDocument& document, DeviceReader devices,
+    EventBuilder(const EventSchema& shape, const WireDocument& document, DeviceReader devices,
                  std::string crossRefId);
 
     [[nodiscard]] const EventFacts& facts() const noexcept { return m_facts; }
@@ -56,7 +56,7 @@ private:
     [[nodiscard]] std::string farEndOf(std::string_view oldCallId, pugi::xml_node oldCall) const;
     void fillCommon(CSTAEvent& event, CauseContext context) const;
 
-    const EventShape& m_shape;
+    const EventSchema& m_shape;
     const pugi::xml_node m_root;
     const DeviceReader m_devices;
     const std::string m_crossRefId;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/csta-wire/EventShapes.h"
+#include "host/csta-wire/EventSchemas.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/DeviceReader.h"
 #include "host/csta/EventBuilder.h"
@@ -19,7 +19,7 @@ std::string EventReader::crossRefIdOf(const WireDocument& document) {
 
 std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& document,
                                                           const EventSource& source) {
-    const EventShape* shape = findEventShape(document.name());
+    const EventSchema* shape = findEventSchema(document.name());
     if (shape == nullptr) {
         return {};
     }

@@ -11,7 +11,7 @@
 namespace host {
 
 class WireDocument;
-struct EventShape;
+struct EventSchema;
 
 /// A monitor, as far as reading its events needs it.
 struct EventSource {

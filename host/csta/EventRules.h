@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "host/csta-wire/EventShapes.h"
+#include "host/csta-wire/EventSchemas.h"
 #include "host/csta/CauseTable.h"
 #include "host/csta/DeviceReader.h"
 

@@ -19,7 +19,7 @@ CstaLink::Engine::Engine(CstaLinkConfig config, const Post& post)
       m_work(m_io.get_executor()),
       m_pending(m_io, m_config.requestTimeout),
       m_connection(m_io, m_config.host, m_config.port,
-                   GrowingPause(m_config.reconnectFirst, m_config.reconnectMax),
+                   ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
                    {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
                     [this](const std::string& why) { lost(why); }}),
       m_association(
@@ -48,11 +48,11 @@ void CstaLink::Engine::start() {
 void CstaLink::Engine::stop() {
     const std::lock_guard joining(m_joinLock);
     {
-        const std::lock_guard lock(m_doorLock);
-        if (!m_doorOpen) {
+        const std::lock_guard lock(m_acceptingLock);
+        if (!m_accepting) {
             return;
         }
-        m_doorOpen = false;
+        m_accepting = false;
     }
     asio::post(m_io, [this] {
         m_connection.close();
@@ -77,8 +77,8 @@ RequestOutcome CstaLink::Engine::perform(const std::function<void(const Complete
     auto promise = std::make_shared<std::promise<RequestOutcome>>();
     std::future<RequestOutcome> outcome = promise->get_future();
     {
-        const std::lock_guard lock(m_doorLock);
-        if (!m_doorOpen) {
+        const std::lock_guard lock(m_acceptingLock);
+        if (!m_accepting) {
             return {};
         }
         asio::post(m_io, [work, promise] {
@@ -144,7 +144,7 @@ void CstaLink::Engine::connected() {
     CSTA_LINK_LOG(4, "connected to the switch at %s:%u%s", m_config.host.c_str(), unsigned{m_config.port},
                   m_outageLogged ? " again" : "");
     m_outageLogged = false;
-    m_tellStatus = m_everConnected;
+    m_notifyStatus = m_everConnected;
     m_everConnected = true;
     updateStatus();
     m_association.open();
@@ -159,7 +159,7 @@ void CstaLink::Engine::ready() {
         }
         const std::string word =
             answer.kind == Answer::Kind::eAnswered ? childText(answer.document->root(), "systemStatus") : "";
-        if (std::exchange(m_tellStatus, false)) {
+        if (std::exchange(m_notifyStatus, false)) {
             m_receivers.deliver(word.empty() ? "enabled" : word);
         } else if (isServing(word)) {
             m_receivers.remember(word);
@@ -192,14 +192,14 @@ void CstaLink::Engine::received(const Frame& frame) {
     }
     switch (document->kind()) {
         case MessageKind::eEvent: m_monitors.event(std::move(*document)); break;
-        case MessageKind::eAnswer:
+        case MessageKind::eResponse:
         case MessageKind::eError:
             if (!m_pending.complete(frame.invokeId, *document)) {
                 CSTA_LINK_LOG(4, "%s with id %d comes late or to no request",
                               std::string(document->name()).c_str(), frame.invokeId);
             }
             break;
-        case MessageKind::eRequest: answerTo(frame.invokeId, *document); break;
+        case MessageKind::eRequest: responseTo(frame.invokeId, *document); break;
         case MessageKind::eNotice: m_association.terminated(); break;
         case MessageKind::eForeign:
             CSTA_LINK_LOG(6, "%s is none of ours", std::string(document->name()).c_str());
@@ -207,7 +207,7 @@ void CstaLink::Engine::received(const Frame& frame) {
     }
 }
 
-void CstaLink::Engine::answerTo(int invokeId, const WireDocument& document) {
+void CstaLink::Engine::responseTo(int invokeId, const WireDocument& document) {
     const std::string_view name = document.name();
     if (name == "SystemStatus") {
         m_connection.send(invokeId, m_messages.systemStatusResponse());
@@ -237,7 +237,7 @@ void CstaLink::Engine::answerTo(int invokeId, const WireDocument& document) {
 
 void CstaLink::Engine::systemStatus(std::string_view word) {
     if (!word.empty()) {
-        m_tellStatus = false;
+        m_notifyStatus = false;
     }
     m_receivers.deliver(word);
     if (losesMonitors(word)) {

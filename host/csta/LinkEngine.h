@@ -13,7 +13,7 @@
 
 #include "host/csta/Association.h"
 #include "host/csta/CstaLink.h"
-#include "host/csta/DeviceInquiry.h"
+#include "host/csta/DeviceDiscovery.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/LinkMonitors.h"
@@ -59,7 +59,7 @@ private:
     void ready();
     void lost(const std::string& why);
     void received(const Frame& frame);
-    void answerTo(int invokeId, const WireDocument& document);
+    void responseTo(int invokeId, const WireDocument& document);
     void systemStatus(std::string_view word);
     void registerAtSwitch(bool alsoDevices = true);
     void devicesFound(const std::vector<LineDevice>& devices);
@@ -78,11 +78,11 @@ private:
     Association m_association;
     SystemStatusReceivers m_receivers;
     LinkMonitors m_monitors;
-    DeviceInquiry m_inquiry;
+    DeviceDiscovery m_inquiry;
     Status m_lastStatus;
     bool m_outageLogged = false;
     bool m_everConnected = false;
-    bool m_tellStatus = false;
+    bool m_notifyStatus = false;
     bool m_registrationRefused = false;
     bool m_monitorsDoubtful = false;
 
@@ -90,9 +90,9 @@ private:
     std::atomic<bool> m_connectedNow{false};
     std::atomic<bool> m_monitoringNow{false};
 
-    // Guarded by m_doorLock: whether the reader thread still takes work.
-    std::mutex m_doorLock;
-    bool m_doorOpen = true;
+    // Guarded by m_acceptingLock: whether the reader thread still takes work.
+    std::mutex m_acceptingLock;
+    bool m_accepting = true;
 
     // Held while the thread is joined.
     std::mutex m_joinLock;

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "host/csta-wire/DeviceText.h"
-#include "host/csta-wire/EventShapes.h"
+#include "host/csta-wire/EventSchemas.h"
 #include "host/csta/FilterGroups.h"
 #include "host/csta/LinkLog.h"
 #include "platform/csta/CSTADevice.h"
@@ -31,7 +31,7 @@ const char* describe(const Answer& answer) {
     return "connection lost";
 }
 
-bool isSuppressed(const CSTAMonitorFilter& filter, const EventShape& shape) {
+bool isSuppressed(const CSTAMonitorFilter& filter, const EventSchema& shape) {
     return memberSetting(filter, shape.filterGroup, shape.filterMember).value_or(false);
 }
 
@@ -52,7 +52,7 @@ LinkMonitors::LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, R
 void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& filter,
                          std::shared_ptr<EventSink> sink, const CompleteRequest& complete) {
     WantedMonitor& monitor = m_table.add(device, filter, std::move(sink),
-                                         GrowingPause(m_config.reconnectFirst, m_config.reconnectMax));
+                                         ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax));
     const std::string id = monitor.crossRefId;
     if (!m_channel.isReady()) {
         CSTA_LINK_LOG(5, "monitor %s of %s is accepted and starts when the switch is there", id.c_str(),
@@ -276,7 +276,7 @@ void LinkMonitors::stopQuietly(const std::string& switchId) {
 }
 
 void LinkMonitors::deliver(const WireDocument& document, const std::vector<WantedMonitor*>& monitors) {
-    const EventShape* shape = findEventShape(document.name());
+    const EventSchema* shape = findEventSchema(document.name());
     if (shape == nullptr) {
         CSTA_LINK_LOG(6, "%s is not read", std::string(document.name()).c_str());
         return;

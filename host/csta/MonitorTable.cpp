@@ -6,7 +6,7 @@
 namespace host {
 
 WantedMonitor& MonitorTable::add(std::string device, const CSTAMonitorFilter& filter,
-                                 std::shared_ptr<EventSink> sink, GrowingPause pause) {
+                                 std::shared_ptr<EventSink> sink, ExponentialBackoff pause) {
     std::string id = "M" + std::to_string(++m_last);
     WantedMonitor monitor{id, std::move(device), filter, std::move(sink), {}, false, false, pause, nullptr};
     return m_monitors.emplace(std::move(id), std::move(monitor)).first->second;

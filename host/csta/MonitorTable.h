@@ -9,7 +9,7 @@
 #include <asio/steady_timer.hpp>
 
 #include "host/csta/EventDelivery.h"
-#include "host/csta/GrowingPause.h"
+#include "host/csta/ExponentialBackoff.h"
 #include "platform/csta/CSTAMonitorFilter.h"
 
 namespace host {
@@ -28,7 +28,7 @@ struct WantedMonitor {
     bool starting = false;
     /// The switch refused it and the log says so already.
     bool refused = false;
-    GrowingPause pause;
+    ExponentialBackoff pause;
     std::unique_ptr<asio::steady_timer> retry;
 
     [[nodiscard]] bool isOn() const noexcept { return !switchId.empty(); }
@@ -38,7 +38,7 @@ struct WantedMonitor {
 class MonitorTable {
 public:
     WantedMonitor& add(std::string device, const CSTAMonitorFilter& filter, std::shared_ptr<EventSink> sink,
-                       GrowingPause pause);
+                       ExponentialBackoff pause);
     /// Null when there is none.
     [[nodiscard]] WantedMonitor* find(std::string_view crossRefId);
     [[nodiscard]] std::vector<WantedMonitor*> withSwitchId(std::string_view switchId);

@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-Answer readAnswer(const WireDocument& document) {
+Answer readResponse(const WireDocument& document) {
     if (document.kind() != MessageKind::eError) {
         return {Answer::Kind::eAnswered, &document, {}, {}};
     }
@@ -51,7 +51,7 @@ bool PendingRequests::complete(int invokeId, const WireDocument& document) {
     if (!m_waiting.contains(invokeId)) {
         return false;
     }
-    finish(invokeId, readAnswer(document));
+    finish(invokeId, readResponse(document));
     return true;
 }
 

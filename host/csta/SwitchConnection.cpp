@@ -38,7 +38,7 @@ void watchForSilence(tcp::socket& socket) {
 }  // namespace
 
 SwitchConnection::SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port,
-                                   GrowingPause pause, Handlers handlers)
+                                   ExponentialBackoff pause, Handlers handlers)
     : m_host(std::move(host)),
       m_port(port),
       m_handlers(std::move(handlers)),

@@ -13,7 +13,7 @@
 #include <asio/steady_timer.hpp>
 
 #include "host/csta-wire/FrameReader.h"
-#include "host/csta/GrowingPause.h"
+#include "host/csta/ExponentialBackoff.h"
 
 namespace host {
 
@@ -31,7 +31,7 @@ public:
         std::function<void(const std::string& why)> lost;
     };
 
-    SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port, GrowingPause pause,
+    SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port, ExponentialBackoff pause,
                      Handlers handlers);
 
     void open();
@@ -60,7 +60,7 @@ private:
     const std::string m_host;
     const std::uint16_t m_port;
     const Handlers m_handlers;
-    GrowingPause m_pause;
+    ExponentialBackoff m_pause;
 
     asio::ip::tcp::resolver m_resolver;
     asio::ip::tcp::socket m_socket;

@@ -1,6 +1,6 @@
 #include "host/data/CallBackRows.h"
 
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 
 namespace host {
 namespace {

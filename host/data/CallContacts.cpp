@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "host/data/CallRows.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 
 namespace host {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "host/data/RowId.h"
 #include "journal-items/Occurrences.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 
 namespace host {
 namespace {

@@ -12,8 +12,8 @@
 #include "host/data/Database.h"
 #include "host/data/SettingRows.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "platform/journal-library/DataAnswer.h"
 #include "platform/journal-library/DataRequest.h"
+#include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/logging/Logging.h"
 
@@ -152,20 +152,21 @@ std::string SqliteDataAccess::answer(const std::string& request) {
         return Words::FAILED;
     }
     if (read->reason != DataRequest::Reason::eRead) {
-        return answerChange(*read);
+        return changeResponse(*read);
     }
-    return read->schema == JournalServiceHelper::SETTINGS_SCHEMA ? answerSettings() : answerRead(*read);
+    return read->schema == JournalServiceHelper::SETTINGS_SCHEMA ? readSettingsResponse()
+                                                                 : readResponse(*read);
 }
 
-std::string SqliteDataAccess::answerSettings() {
+std::string SqliteDataAccess::readSettingsResponse() {
     std::vector<SettingRows::KeyAndValue> settings;
     const bool done = m_database.read("reading the settings", [&](Database::Session& session) {
         settings = SettingRows(session, SettingRows::Table::eJournalSettings, m_line).read();
     });
-    return done ? journalxml::buildSettingsAnswer(settings) : Words::FAILED;
+    return done ? journalxml::buildSettingsResponse(settings) : Words::FAILED;
 }
 
-std::string SqliteDataAccess::answerRead(const DataRequest& request) {
+std::string SqliteDataAccess::readResponse(const DataRequest& request) {
     ListDocument document(request.schema);
     bool known = false;
     const bool done = m_database.read(textFor(request, "reading").c_str(), [&](Database::Session& session) {
@@ -178,12 +179,12 @@ std::string SqliteDataAccess::answerRead(const DataRequest& request) {
     return done && known ? document.text() : Words::FAILED;
 }
 
-std::string SqliteDataAccess::answerChange(const DataRequest& request) {
+std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
     std::string lastUniqueId;
     const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
         lastUniqueId = change(session, m_line, request);
     });
-    return done ? journalxml::buildUpdateAnswer(request.schema, lastUniqueId) : Words::FAILED;
+    return done ? journalxml::buildUpdateResponse(request.schema, lastUniqueId) : Words::FAILED;
 }
 
 }  // namespace host

@@ -37,9 +37,9 @@ public:
 
 private:
     [[nodiscard]] std::string answer(const std::string& request);
-    [[nodiscard]] std::string answerSettings();
-    [[nodiscard]] std::string answerRead(const journalxml::DataRequest& request);
-    [[nodiscard]] std::string answerChange(const journalxml::DataRequest& request);
+    [[nodiscard]] std::string readSettingsResponse();
+    [[nodiscard]] std::string readResponse(const journalxml::DataRequest& request);
+    [[nodiscard]] std::string changeResponse(const journalxml::DataRequest& request);
 
     // Constant after construction.
     Database& m_database;

@@ -18,14 +18,14 @@ namespace {
 /// What one answer holds at most: a database that is read for longer would keep a call waiting.
 constexpr std::size_t kMaxRows = 1000;
 
-std::string readAnswer(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {
+std::string readResponse(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {
     std::optional<ContactPage> page =
         phonebook.search(request.search, request.offset, std::min(request.limit, kMaxRows));
     return page ? journalxml::buildPhonebookPage({page->total, std::move(page->contacts)})
                 : JournalServiceHelper::FAILURE;
 }
 
-std::string importAnswer(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {
+std::string importResponse(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {
     const std::optional<ImportCounts> counts = phonebook.import(request.contacts);
     return counts ? journalxml::buildPhonebookImported({counts->added, counts->changed, counts->unchanged})
                   : JournalServiceHelper::FAILURE;
@@ -33,7 +33,7 @@ std::string importAnswer(const journalxml::PhonebookRequest& request, Phonebook&
 
 }  // namespace
 
-std::string PhonebookInvoker::answerTo(std::string_view message, Executable* target) const {
+std::string PhonebookInvoker::responseTo(std::string_view message, Executable* target) const {
     auto* const phonebook = dynamic_cast<Phonebook*>(target);
     const auto request = journalxml::parsePhonebookRequest(message);
     if (phonebook == nullptr || !request) {
@@ -42,7 +42,8 @@ std::string PhonebookInvoker::answerTo(std::string_view message, Executable* tar
                   request ? "there is none" : "it cannot be read");
         return JournalServiceHelper::FAILURE;
     }
-    return request->contacts.empty() ? readAnswer(*request, *phonebook) : importAnswer(*request, *phonebook);
+    return request->contacts.empty() ? readResponse(*request, *phonebook)
+                                     : importResponse(*request, *phonebook);
 }
 
 }  // namespace host

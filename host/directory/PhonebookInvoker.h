@@ -18,7 +18,7 @@ public:
     PhonebookInvoker() : TextInvoker("Phonebook") {}
 
 private:
-    [[nodiscard]] std::string answerTo(std::string_view message, Executable* target) const override;
+    [[nodiscard]] std::string responseTo(std::string_view message, Executable* target) const override;
 };
 
 }  // namespace host

@@ -29,7 +29,7 @@ void TextInvoker::handleMessage(Executable* target, const char* message, int len
     std::string answer = JournalServiceHelper::FAILURE;
     const std::string_view text(message,
                                 message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
-    survives("handling a request", [&] { answer = answerTo(text, target); });
+    survives("handling a request", [&] { answer = responseTo(text, target); });
     survives("setting an answer",
              [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
     survives("completing an answer", [&] { response->complete(); });

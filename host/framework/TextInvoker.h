@@ -25,7 +25,7 @@ protected:
 
 private:
     /// May throw. `target` may be null or another kind of service than is meant.
-    [[nodiscard]] virtual std::string answerTo(std::string_view message, Executable* target) const = 0;
+    [[nodiscard]] virtual std::string responseTo(std::string_view message, Executable* target) const = 0;
 
     template <typename Step>
     void survives(const char* what, Step step) const noexcept;

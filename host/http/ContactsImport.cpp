@@ -72,7 +72,7 @@ HttpResponse importContacts(const HttpRequest& request, Phonebook& phonebook) {
     } catch (const ContactFileError& error) {
         throw HttpError(422, "wrong-file", std::string("this is no file of contacts: ") + error.what());
     }
-    return jsonAnswer(importJson(import.report(), kMaxNotes));
+    return jsonResponse(importJson(import.report(), kMaxNotes));
 }
 
 }  // namespace host

@@ -82,7 +82,7 @@ HttpResponse ContactsResource::list(const HttpRequest& request) const {
     for (const Contact& each : found->contacts) {
         contacts.push_back(itemJson(each));
     }
-    return jsonAnswer({{"total", found->total}, {"contacts", std::move(contacts)}});
+    return jsonResponse({{"total", found->total}, {"contacts", std::move(contacts)}});
 }
 
 HttpResponse ContactsResource::whoHas(const std::string& number) const {
@@ -94,11 +94,11 @@ HttpResponse ContactsResource::whoHas(const std::string& number) const {
     } else if (!m_database.healthy()) {
         throw databaseFailed();
     }
-    return jsonAnswer({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
+    return jsonResponse({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
 }
 
 HttpResponse ContactsResource::contact(const HttpRequest& request) const {
-    return jsonAnswer(itemJson(wanted(request)));
+    return jsonResponse(itemJson(wanted(request)));
 }
 
 HttpResponse ContactsResource::add(const HttpRequest& request) {
@@ -110,7 +110,7 @@ HttpResponse ContactsResource::add(const HttpRequest& request) {
         throw databaseFailed();
     }
     contact.setUniqueId(*id);
-    HttpResponse response = jsonAnswer(itemJson(contact), 201);
+    HttpResponse response = jsonResponse(itemJson(contact), 201);
     response.headers.emplace_back("Location", "/api/v1/contacts/" + *id);
     return response;
 }
@@ -122,7 +122,7 @@ HttpResponse ContactsResource::change(const HttpRequest& request) {
         static_cast<void>(wanted(request));  // somebody may have removed it meanwhile
         throw databaseFailed();
     }
-    return jsonAnswer(itemJson(contact));
+    return jsonResponse(itemJson(contact));
 }
 
 HttpResponse ContactsResource::remove(const HttpRequest& request) {
@@ -130,7 +130,7 @@ HttpResponse ContactsResource::remove(const HttpRequest& request) {
         static_cast<void>(wanted(request));
         throw databaseFailed();
     }
-    return emptyAnswer();
+    return emptyResponse();
 }
 
 Contact ContactsResource::wanted(const HttpRequest& request) const {

@@ -7,7 +7,7 @@
 
 namespace host {
 
-HttpResponse jsonAnswer(const nlohmann::ordered_json& json, int status) {
+HttpResponse jsonResponse(const nlohmann::ordered_json& json, int status) {
     HttpResponse response;
     response.status = status;
     response.contentType = "application/json";
@@ -15,14 +15,14 @@ HttpResponse jsonAnswer(const nlohmann::ordered_json& json, int status) {
     return response;
 }
 
-HttpResponse emptyAnswer() {
+HttpResponse emptyResponse() {
     HttpResponse response;
     response.status = 204;
     return response;
 }
 
-HttpResponse errorAnswer(const HttpError& error) {
-    return jsonAnswer({{"error", {{"code", error.code()}, {"message", error.what()}}}}, error.status());
+HttpResponse errorResponse(const HttpError& error) {
+    return jsonResponse({{"error", {{"code", error.code()}, {"message", error.what()}}}}, error.status());
 }
 
 }  // namespace host

@@ -23,10 +23,10 @@ struct HttpResponse {
     std::shared_ptr<StreamBody> stream;
 };
 
-[[nodiscard]] HttpResponse jsonAnswer(const nlohmann::ordered_json& json, int status = 200);
+[[nodiscard]] HttpResponse jsonResponse(const nlohmann::ordered_json& json, int status = 200);
 /// Status 204.
-[[nodiscard]] HttpResponse emptyAnswer();
+[[nodiscard]] HttpResponse emptyResponse();
 /// {"error": {"code", "message"}}.
-[[nodiscard]] HttpResponse errorAnswer(const HttpError& error);
+[[nodiscard]] HttpResponse errorResponse(const HttpError& error);
 
 }  // namespace host

@@ -17,7 +17,7 @@
 #include <thread>
 #include <utility>
 
-#include "host/http/AcceptGate.h"
+#include "host/http/ConnectionLimiter.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -30,7 +30,7 @@ struct Traits : public restinio::default_single_thread_traits_t {};
 
 template <>
 struct restinio::connection_count_limit_types<host::Traits> {
-    using limiter_t = host::AcceptGate;
+    using limiter_t = host::ConnectionLimiter;
     using lifetime_monitor_t = connection_count_limits::connection_lifetime_monitor_t<limiter_t>;
 };
 
@@ -267,7 +267,7 @@ private:
 
     /// An accept that has failed looks like one that waits.
     void renewAccept() {
-        auto renewal = AcceptGate::ofThisThread()->renewal();
+        auto renewal = ConnectionLimiter::ofThisThread()->renewal();
         asio::error_code ignored;
         m_acceptor->cancel(ignored);
         asio::post(m_loop, std::move(renewal));
@@ -329,24 +329,24 @@ private:
     std::thread m_thread;
 };
 
-HttpServer::HttpServer(const HttpServerSettings& settings) : m_engine(std::make_unique<Engine>(settings)) {}
+HttpServer::HttpServer(const HttpServerSettings& settings) : m_impl(std::make_unique<Engine>(settings)) {}
 
 HttpServer::~HttpServer() = default;
 
 Endpoint HttpServer::start(Callbacks callbacks) {
-    return m_engine->start(std::move(callbacks));
+    return m_impl->start(std::move(callbacks));
 }
 
 void HttpServer::stop() {
-    m_engine->stop();
+    m_impl->stop();
 }
 
 void HttpServer::post(std::function<void()> work) {
-    m_engine->post(std::move(work));
+    m_impl->post(std::move(work));
 }
 
 void HttpServer::postLater(std::chrono::milliseconds pause, std::function<void()> work) {
-    m_engine->postLater(pause, std::move(work));
+    m_impl->postLater(pause, std::move(work));
 }
 
 }  // namespace host

@@ -30,7 +30,7 @@ struct HttpServerSettings {
     std::chrono::milliseconds heartbeat{15000};
 };
 
-/// HTTP over TCP. This room's one door to the HTTP library, which no other file but `AcceptGate` knows.
+/// HTTP over TCP. This room's one door to the HTTP library, which no other file but `ConnectionLimiter` knows.
 ///
 /// Threads: one loop thread does all input and output and must never wait. Requests are handled on a few worker threads, so
 /// a handler may wait for the database or the switch.
@@ -68,7 +68,7 @@ public:
 
 private:
     class Engine;
-    const std::unique_ptr<Engine> m_engine;
+    const std::unique_ptr<Engine> m_impl;
 };
 
 }  // namespace host

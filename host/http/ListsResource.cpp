@@ -70,10 +70,10 @@ HttpResponse ListsResource::list(const HttpRequest& request) const {
             }
         }
     });
-    return jsonAnswer({{"list", std::string(wordOf(name))},
-                       {"total", page.total()},
-                       {"unviewed", unviewed},
-                       {"items", std::move(items)}});
+    return jsonResponse({{"list", std::string(wordOf(name))},
+                         {"total", page.total()},
+                         {"unviewed", unviewed},
+                         {"items", std::move(items)}});
 }
 
 HttpResponse ListsResource::entry(const HttpRequest& request) const {
@@ -82,7 +82,7 @@ HttpResponse ListsResource::entry(const HttpRequest& request) const {
         if (!operations.find(m_journal, request.parameter("entryId"), item)) {
             throw noSuchEntry();
         }
-        return jsonAnswer(itemJson(item));
+        return jsonResponse(itemJson(item));
     });
 }
 
@@ -93,7 +93,7 @@ HttpResponse ListsResource::deleteEntry(const HttpRequest& request) const {
     if (!deleted) {
         throw noSuchEntry();
     }
-    return emptyAnswer();
+    return emptyResponse();
 }
 
 HttpResponse ListsResource::deleteEntries(const HttpRequest& request) const {
@@ -105,12 +105,12 @@ HttpResponse ListsResource::deleteEntries(const HttpRequest& request) const {
             operations.remove(m_journal, entryIdsIn(request));
         }
     });
-    return emptyAnswer();
+    return emptyResponse();
 }
 
 HttpResponse ListsResource::markViewed(const HttpRequest& request) const {
     m_journal.setMissedCallListAsViewed(entryIdsIn(request));
-    return emptyAnswer();
+    return emptyResponse();
 }
 
 }  // namespace host

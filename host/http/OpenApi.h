@@ -5,6 +5,6 @@
 namespace host {
 
 /// The description of the API (openapi.json in this room), which is part of the program.
-[[nodiscard]] HttpResponse openApiAnswer();
+[[nodiscard]] HttpResponse openApiResponse();
 
 }  // namespace host

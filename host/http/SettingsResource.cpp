@@ -19,9 +19,10 @@ Json refusal(const RejectReason& reason) {
 }
 
 HttpResponse rejection(Json rejected) {
-    return jsonAnswer({{"error", {{"code", "rejected"}, {"message", "a value was refused; the others hold"}}},
-                       {"rejected", std::move(rejected)}},
-                      422);
+    return jsonResponse(
+        {{"error", {{"code", "rejected"}, {"message", "a value was refused; the others hold"}}},
+         {"rejected", std::move(rejected)}},
+        422);
 }
 
 }  // namespace
@@ -44,7 +45,7 @@ HttpResponse SettingsResource::settings() const {
     if (json.empty()) {
         throw HttpError(503, "not-ready", "the journal does not answer");
     }
-    return jsonAnswer(json);
+    return jsonResponse(json);
 }
 
 HttpResponse SettingsResource::changeSettings(const HttpRequest& request) {
@@ -71,7 +72,7 @@ HttpResponse SettingsResource::key(const HttpRequest& request) const {
     if (!setting) {
         throw HttpError(404, "unknown-key", "there is no setting of this name");
     }
-    return jsonAnswer({{"value", setting->value ? Json(*setting->value) : Json(nullptr)}});
+    return jsonResponse({{"value", setting->value ? Json(*setting->value) : Json(nullptr)}});
 }
 
 HttpResponse SettingsResource::changeKey(const HttpRequest& request) {

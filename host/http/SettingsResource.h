@@ -5,7 +5,7 @@
 
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
-#include "host/management/SettingsDoor.h"
+#include "host/management/SettingsFacade.h"
 
 namespace host {
 
@@ -35,7 +35,7 @@ private:
     /// Throws `HttpError` 503 when the reason of a refusal is the database.
     void requireDatabase() const;
 
-    SettingsDoor m_settings;
+    SettingsFacade m_settings;
     const Database& m_database;
     const std::function<void()> m_changed;
 };

@@ -68,11 +68,11 @@ HttpResponse StatusResource::status() const {
     const LineState state = m_sources.lineState();
     const auto keys = m_sources.management.values();
     const auto softwareType = keys.find("software-type");
-    return jsonAnswer({{"line", m_sources.line},
-                       {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
-                       {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
-                       {"calls", state.callsUp},
-                       {"lists", std::move(lists)}});
+    return jsonResponse({{"line", m_sources.line},
+                         {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
+                         {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
+                         {"calls", state.callsUp},
+                         {"lists", std::move(lists)}});
 }
 
 }  // namespace host

@@ -79,7 +79,7 @@ HttpResponse TimesResource::times(const HttpRequest& request) const {
                             {"received", each.of(CallList::eReceived)},
                             {"forwarded", each.of(CallList::eForwarded)}});
     }
-    return jsonAnswer({{"from", textOf(from)}, {"quarters", std::move(quarters)}});
+    return jsonResponse({{"from", textOf(from)}, {"quarters", std::move(quarters)}});
 }
 
 }  // namespace host

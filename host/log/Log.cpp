@@ -19,7 +19,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/log/LineText.h"
+#include "host/log/LogText.h"
 #include "platform/logging/Logging.h"
 
 namespace host {

@@ -5,7 +5,7 @@
 
 #include "host/data/Database.h"
 #include "host/data/SettingRows.h"
-#include "host/management/AgentGate.h"
+#include "host/management/AgentHandle.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
 
@@ -173,7 +173,7 @@ LocalManagement::KnownKeys LocalManagement::knownKeys() const {
 LocalManagement::Gate LocalManagement::gateOf(MgmtAgentIfc& agent) {
     Gate& gate = m_gates[&agent];
     if (gate == nullptr) {
-        gate = std::make_shared<AgentGate>(agent);
+        gate = std::make_shared<AgentHandle>(agent);
     }
     return gate;
 }

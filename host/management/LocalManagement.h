@@ -16,7 +16,7 @@
 
 namespace host {
 
-class AgentGate;
+class AgentHandle;
 class Database;
 
 /// The phone's settings of one line, registered as "LocalMgmtIfc". Two kinds of keys live side by side:
@@ -79,7 +79,7 @@ public:
     [[nodiscard]] KnownKeys knownKeys() const;
 
 private:
-    using Gate = std::shared_ptr<AgentGate>;
+    using Gate = std::shared_ptr<AgentHandle>;
     using Change = std::pair<std::string, std::string>;
 
     [[nodiscard]] Gate gateOf(MgmtAgentIfc& agent);

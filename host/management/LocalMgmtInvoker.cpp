@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "host/management/LocalManagement.h"
-#include "host/management/SettingsDoor.h"
+#include "host/management/SettingsFacade.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ManagementMessage.h"
 #include "platform/logging/Logging.h"
@@ -14,11 +14,11 @@ namespace {
 
 constexpr const char* kComponent = "Settings";
 
-using journalxml::ManagementAnswer;
 using journalxml::ManagementRequest;
+using journalxml::ManagementResponse;
 using journalxml::RefusedKey;
 
-ManagementAnswer managementAnswerTo(const ManagementRequest& request, SettingsDoor settings) {
+ManagementResponse managementResponseTo(const ManagementRequest& request, SettingsFacade settings) {
     if (request.key.empty()) {
         return {settings.all(), {}};
     }
@@ -37,7 +37,7 @@ ManagementAnswer managementAnswerTo(const ManagementRequest& request, SettingsDo
 
 }  // namespace
 
-std::string LocalMgmtInvoker::answerTo(std::string_view message, Executable* target) const {
+std::string LocalMgmtInvoker::responseTo(std::string_view message, Executable* target) const {
     auto* const management = dynamic_cast<LocalManagement*>(target);
     const auto request = journalxml::parseManagementRequest(message);
     if (management == nullptr || !request) {
@@ -45,7 +45,7 @@ std::string LocalMgmtInvoker::answerTo(std::string_view message, Executable* tar
                   request ? "there is no management" : "it cannot be read");
         return JournalServiceHelper::FAILURE;
     }
-    return journalxml::buildManagementAnswer(managementAnswerTo(*request, SettingsDoor(*management)));
+    return journalxml::buildManagementResponse(managementResponseTo(*request, SettingsFacade(*management)));
 }
 
 }  // namespace host

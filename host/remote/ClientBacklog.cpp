@@ -9,7 +9,7 @@ ClientBacklog::Added ClientBacklog::addNotification(std::string frame) {
     return add({std::move(frame), bytes});
 }
 
-ClientBacklog::Added ClientBacklog::addAnswer(std::string frame) {
+ClientBacklog::Added ClientBacklog::addResponse(std::string frame) {
     return add({std::move(frame), 0});
 }
 

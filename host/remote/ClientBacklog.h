@@ -26,7 +26,7 @@ public:
     explicit ClientBacklog(std::size_t maxNotificationBytes) : m_maxBytes(maxNotificationBytes) {}
 
     [[nodiscard]] Added addNotification(std::string frame);
-    [[nodiscard]] Added addAnswer(std::string frame);
+    [[nodiscard]] Added addResponse(std::string frame);
 
     /// The next frame to write. When there is none, the writer counts as idle until `eWakeUp`.
     [[nodiscard]] std::optional<std::string> take();

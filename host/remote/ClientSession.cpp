@@ -127,7 +127,7 @@ void ClientSession::answer(std::uint32_t id, const std::string& text) {
         close("the answer to its request is too long");
         return;
     }
-    queued(m_backlog.addAnswer(RemoteFrame::encode(RemoteFrame::Kind::eAnswer, id, text)));
+    queued(m_backlog.addResponse(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text)));
 }
 
 void ClientSession::queued(ClientBacklog::Added added) {
@@ -164,7 +164,7 @@ void ClientSession::writeNext() {
                               return;
                           }
                           const char kind = self->m_writing[RemoteFrame::kLengthBytes];
-                          if (kind == static_cast<char>(RemoteFrame::Kind::eAnswer)) {
+                          if (kind == static_cast<char>(RemoteFrame::Kind::eResponse)) {
                               self->readLength();
                           }
                           self->writeNext();

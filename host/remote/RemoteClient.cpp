@@ -57,7 +57,7 @@ std::string RemoteClient::exchange(RemoteFrame::Kind kind, const std::string& te
         std::optional<RemoteFrame> frame = receive(deadline, -1);
         if (frame && frame->kind == RemoteFrame::Kind::eNotification) {
             m_notifications.push_back(std::move(frame->text));
-        } else if (frame && frame->kind == RemoteFrame::Kind::eAnswer && frame->id == id) {
+        } else if (frame && frame->kind == RemoteFrame::Kind::eResponse && frame->id == id) {
             return std::move(frame->text);
         }
     }

@@ -20,7 +20,7 @@ struct RemoteFrame {
     enum class Kind : char {
         eRequest = 'Q',       ///< client to server; the client chooses the id
         eMethod = 'M',        ///< client to server, as a request: a method in the text protocol
-        eAnswer = 'A',        ///< server to client, with the id of the request
+        eResponse = 'A',      ///< server to client, with the id of the request
         eNotification = 'N',  ///< server to client, of its own accord; the id is 0
     };
 

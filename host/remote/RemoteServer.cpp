@@ -138,22 +138,22 @@ private:
 };
 
 RemoteServer::RemoteServer(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
-    : m_engine(std::make_unique<Engine>(socket, std::move(backend), limits)) {}
+    : m_impl(std::make_unique<Engine>(socket, std::move(backend), limits)) {}
 
 RemoteServer::~RemoteServer() {
     stop();
 }
 
 void RemoteServer::start() {
-    m_engine->start();
+    m_impl->start();
 }
 
 void RemoteServer::stop() {
-    m_engine->stop();
+    m_impl->stop();
 }
 
 std::size_t RemoteServer::clientCount() const noexcept {
-    return m_engine->clientCount();
+    return m_impl->clientCount();
 }
 
 }  // namespace host

@@ -44,7 +44,7 @@ public:
 
 private:
     class Engine;
-    const std::unique_ptr<Engine> m_engine;
+    const std::unique_ptr<Engine> m_impl;
 };
 
 }  // namespace host

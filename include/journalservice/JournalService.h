@@ -18,11 +18,11 @@ class ObserverNotifierIfc;
 
 namespace journal {
 class Call;
-struct JournalParts;
+struct JournalComponents;
 }  // namespace journal
 
 /// The call-journal service: the face that the framework, the CSTA service, the clients and the management see. It owns
-/// the parts that do the work (`journal::JournalParts`) and hands every call on to the one that it is meant for.
+/// the parts that do the work (`journal::JournalComponents`) and hands every call on to the one that it is meant for.
 ///
 /// Threads: `init`, `timerEvent` and `deliverEvent` are called one at a time (the line's strand), as is the destructor.
 /// `setData`, `getData` and the client interface may be called from any thread at any time after `init`. Which
@@ -135,12 +135,12 @@ protected:
     /// Fills the lists from the database; the service variants load in different ways.
     virtual void loadCallListsFromDb();
     /// For the variants.
-    [[nodiscard]] journal::JournalParts& parts() const noexcept { return *m_parts; }
+    [[nodiscard]] journal::JournalComponents& parts() const noexcept { return *m_parts; }
 
 private:
     void constructorActions(ObserverNotifierIfc* notifier);
 
     // Constant after construction.
     std::unique_ptr<ObserverNotifierIfc> m_ownNotifier;
-    std::unique_ptr<journal::JournalParts> m_parts;
+    std::unique_ptr<journal::JournalComponents> m_parts;
 };

@@ -9,7 +9,7 @@
 /// load does not count as one that need not be repeated.
 ///
 /// So the lists hold the newest entries of the database, not all of it. Older ones stay there: they come back into view
-/// when newer ones are gone, and one whose party calls again is found and merged (`journal::OlderEntries`).
+/// when newer ones are gone, and one whose party calls again is found and merged (`journal::UnloadedEntries`).
 ///
 /// Threads: `loadCallListsFromDb` as in the base; it is one change of the lists, so that no call that is filed and no
 /// deletion that is made meanwhile is lost. The other loading steps are for the thread that loads. The requests run, and the

@@ -13,7 +13,7 @@
 
 /// The journal's message vocabulary, service side: reads requests and list documents, builds answers and
 /// observer messages. `docs/messages.md` shows each text; the clients' side is in `namespace journalxml`
-/// (ClientRequest.h, ClientAnswer.h, ObserverMessage.h), the database's in DataRequest.h and DataAnswer.h.
+/// (ClientRequest.h, ClientResponse.h, ObserverMessage.h), the database's in DataRequest.h and DataResponse.h.
 ///
 /// Static functions without state: any thread may call. Nothing throws. Whatever is read is checked before
 /// it is parsed (see XmlLimits.h); a text that fails is answered with false, -1 or an empty text, and

@@ -73,7 +73,7 @@ std::optional<ManagementRequest> parseManagementRequest(std::string_view text) {
     return writes ? std::optional(request) : std::nullopt;
 }
 
-std::string buildManagementAnswer(const ManagementAnswer& answer) {
+std::string buildManagementResponse(const ManagementResponse& answer) {
     std::string body;
     for (const Setting& setting : answer.settings) {
         std::string fields;
@@ -94,12 +94,12 @@ std::string buildManagementAnswer(const ManagementAnswer& answer) {
     return framed(kResponse, body);
 }
 
-std::optional<ManagementAnswer> parseManagementAnswer(std::string_view text) {
+std::optional<ManagementResponse> parseManagementResponse(std::string_view text) {
     XmlMessage message;
     if (!message.parse(text) || !isNamed(message.root(), "ManagementResponse")) {
         return std::nullopt;
     }
-    ManagementAnswer answer;
+    ManagementResponse answer;
     for (auto node = childNamed(message.root(), kSetting); node; node = nextNamed(node, kSetting)) {
         answer.settings.push_back(readSetting(node));
     }

@@ -40,7 +40,7 @@ struct ManagementRequest {
 };
 
 /// What a read found, or what a write has left; and the refusal.
-struct ManagementAnswer {
+struct ManagementResponse {
     std::vector<Setting> settings;
     std::optional<RefusedKey> refused;
 };
@@ -49,8 +49,8 @@ struct ManagementAnswer {
 /// Nothing for a text that is beyond the bound of requests, cannot be read, or asks for nothing that there is.
 [[nodiscard]] std::optional<ManagementRequest> parseManagementRequest(std::string_view text);
 
-[[nodiscard]] std::string buildManagementAnswer(const ManagementAnswer& answer);
+[[nodiscard]] std::string buildManagementResponse(const ManagementResponse& answer);
 /// Nothing for a failure, and for any text that is no answer to a settings request.
-[[nodiscard]] std::optional<ManagementAnswer> parseManagementAnswer(std::string_view text);
+[[nodiscard]] std::optional<ManagementResponse> parseManagementResponse(std::string_view text);
 
 }  // namespace journalxml

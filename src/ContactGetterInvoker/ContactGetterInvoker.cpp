@@ -89,8 +89,9 @@ private:
 };
 
 /// The answer to a message that was addressed to a contact getter.
-std::string answerTo(const ContactGetterInvoker& invoker, ContactGetterIfc& getter,
-                     const std::string& message, FrameworkContext* context, const InvokerResponse& response) {
+std::string responseTo(const ContactGetterInvoker& invoker, ContactGetterIfc& getter,
+                       const std::string& message, FrameworkContext* context,
+                       const InvokerResponse& response) {
     std::string protocol = response.getRequestedProtocol();
     const ProtocolAdapter* const adapter = context ? context->findProtocolAdapter(protocol) : nullptr;
     if (!adapter) {
@@ -142,7 +143,7 @@ void ContactGetterInvoker::handleMessage(Executable* target, const char* message
         survives("handling a message", [&] {
             const bool isEmpty = !message || length <= 0;
             const std::string text = isEmpty ? "" : std::string(message, static_cast<std::size_t>(length));
-            answer = answerTo(*this, *getter, text, m_context, *response);
+            answer = responseTo(*this, *getter, text, m_context, *response);
         });
     } else {
         LOG_CONTACTS(2, "Contact getter interface is NULL");

@@ -6,7 +6,7 @@
 #include "journalservice/ObserverNotifier.h"
 #include "platform/csta/CSTAEvent.h"
 #include "platform/management/LocalMgmtIfc.h"
-#include "src/JournalService/JournalParts.h"
+#include "src/JournalService/JournalComponents.h"
 #include "src/JournalService/base/Log.h"
 
 namespace {
@@ -42,12 +42,12 @@ void JournalService::constructorActions(ObserverNotifierIfc* notifier) {
         m_ownNotifier = std::make_unique<ObserverNotifier>();
         notifier = m_ownNotifier.get();
     }
-    m_parts = std::make_unique<journal::JournalParts>(
-        journal::JournalParts::Outside{*notifier, *this, *this, [this] { loadCallListsFromDb(); }});
+    m_parts = std::make_unique<journal::JournalComponents>(
+        journal::JournalComponents::Outside{*notifier, *this, *this, [this] { loadCallListsFromDb(); }});
 }
 
 JournalService::~JournalService() {
-    if (auto* management = m_parts->collaborators.m_localMgmt) {
+    if (auto* management = m_parts->platform.m_localMgmt) {
         management->unregisterAgent(*this);
     }
     const journal::CallMap::Section section(m_parts->calls.m_callMapLock);
@@ -390,5 +390,5 @@ int JournalService::getAutoSaveVisitorCallLogToVantorTimerId() const {
 }
 
 DigitAnalysisServiceIfc* JournalService::getDigitAnalysisService() const {
-    return m_parts->collaborators.m_digitAnalysisService;
+    return m_parts->platform.m_digitAnalysisService;
 }

@@ -21,7 +21,7 @@ namespace {
 using Service = JournalServiceIfc;
 using Helper = JournalServiceHelper;
 using Request = InvokerRequest;
-using Answer = InvokerAnswer;
+using Answer = InvokerResponseText;
 using Ids = std::set<std::string>;
 
 bool firstEntryId(const Request& request, std::string& entryId) {
@@ -213,7 +213,7 @@ InvokerMethod invokerMethodOf(int id) noexcept {
     return nullptr;
 }
 
-InvokerAnswer invokerFailure() {
+InvokerResponseText invokerFailure() {
     return std::string(JournalServiceHelper::FAILURE);
 }
 

@@ -20,15 +20,15 @@ struct InvokerRequest {
 };
 
 /// What the client is told: a text, or nothing where a method has nothing to say.
-using InvokerAnswer = std::optional<std::string>;
+using InvokerResponseText = std::optional<std::string>;
 
 /// Carries out one method of the remote interface. May throw what the journal or the framework throws.
-using InvokerMethod = InvokerAnswer (*)(const InvokerRequest& request);
+using InvokerMethod = InvokerResponseText (*)(const InvokerRequest& request);
 
 /// The method with that number, or null when there is none. Any thread may call.
 [[nodiscard]] InvokerMethod invokerMethodOf(int id) noexcept;
 
 /// The answer to everything that did not run or did not succeed.
-[[nodiscard]] InvokerAnswer invokerFailure();
+[[nodiscard]] InvokerResponseText invokerFailure();
 
 }  // namespace journal

@@ -29,8 +29,8 @@ void survives(const char* what, Step step) noexcept {
     }
 }
 
-journal::InvokerAnswer answerTo(const std::string& message, JournalServiceIfc& service,
-                                FrameworkContext* context, const InvokerResponse& response) {
+journal::InvokerResponseText responseTo(const std::string& message, JournalServiceIfc& service,
+                                        FrameworkContext* context, const InvokerResponse& response) {
     const journal::InvokerMethod method =
         journal::invokerMethodOf(JournalServiceHelper::getMethodFromXMLMsg(message));
     return method ? method({service, message, context, response}) : journal::invokerFailure();
@@ -44,11 +44,11 @@ void JournalServiceInvoker::handleMessage(Executable* target, const char* messag
         LOG_INVOKER(2, "Invoker response is NULL");
         return;
     }
-    journal::InvokerAnswer answer = journal::invokerFailure();
+    journal::InvokerResponseText answer = journal::invokerFailure();
     auto* const service = dynamic_cast<JournalServiceIfc*>(target);
     if (service) {
         survives("handling a message",
-                 [&] { answer = answerTo(textOf(message, length), *service, m_context, *response); });
+                 [&] { answer = responseTo(textOf(message, length), *service, m_context, *response); });
     } else {
         LOG_INVOKER(2, "Journal Service interface is NULL");
     }

@@ -8,7 +8,7 @@
 #include "platform/client-utils/ClientUtils.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/JournalServiceHelper.h"
-#include "src/JournalService/JournalParts.h"
+#include "src/JournalService/JournalComponents.h"
 #include "src/JournalService/base/Log.h"
 
 #define LOG_LOADING(level, ...) \

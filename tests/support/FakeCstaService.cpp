@@ -8,7 +8,7 @@ namespace journaltest {
 void FakeCstaService::request(CSTARequest& request) {
     std::unique_lock lock(m_mutex);
     const Kind kind = note(request);
-    if (const Answer told = m_answers[kind]) {
+    if (const Answer told = m_responses[kind]) {
         lock.unlock();
         told(request);
     } else {

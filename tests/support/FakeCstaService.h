@@ -29,7 +29,7 @@ public:
     using Answer = std::function<void(CSTARequest&)>;
 
     /// How requests of a kind are answered from now on; an empty function grants them again.
-    void answer(Kind kind, Answer answer) { m_answers[kind] = std::move(answer); }
+    void answer(Kind kind, Answer answer) { m_responses[kind] = std::move(answer); }
 
     /// What was asked, "start localDeviceID; stop 1; change localDeviceID; status", and apart from that the entries
     /// of the call-log requests.
@@ -52,7 +52,7 @@ private:
 
     // Guarded by m_mutex.
     std::mutex m_mutex;
-    std::map<Kind, Answer> m_answers;
+    std::map<Kind, Answer> m_responses;
     std::string m_asked;
     std::vector<CallLogEntryRequest> m_callLogEntries;
     int m_monitors = 0;

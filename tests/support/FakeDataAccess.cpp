@@ -7,7 +7,7 @@
 
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
 namespace journaltest {
@@ -68,7 +68,7 @@ std::string FakeDataAccess::processRequest(const std::string& request) {
         const std::lock_guard lock(m_mutex);
         m_documents.push_back(request);
     }
-    return m_answer ? m_answer(request) : carryOut(request);
+    return m_response ? m_response(request) : carryOut(request);
 }
 
 std::string FakeDataAccess::carryOut(const std::string& document) {
@@ -87,12 +87,12 @@ std::string FakeDataAccess::carryOut(const std::string& document) {
     for (const auto& [key, value] : request->settings) {
         settings[key] = value;
     }
-    return journalxml::buildUpdateAnswer(request->schema, lastId);
+    return journalxml::buildUpdateResponse(request->schema, lastId);
 }
 
 std::string FakeDataAccess::read(const DataRequest& request) const {
     if (request.schema == JournalServiceHelper::SETTINGS_SCHEMA) {
-        return journalxml::buildSettingsAnswer({settings.begin(), settings.end()});
+        return journalxml::buildSettingsResponse({settings.begin(), settings.end()});
     }
     std::vector<const Row*> rows;
     for (const auto& [table, held] : m_tables) {

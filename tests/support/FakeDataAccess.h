@@ -37,7 +37,7 @@ public:
     }
     /// While set, the answer is what `answer` gives for the request document; it runs with no lock held, and may throw. An
     /// empty function ends it.
-    void setAnswer(Answer answer) { m_answer = std::move(answer); }
+    void setResponse(Answer answer) { m_response = std::move(answer); }
     /// The database's own answer to a request, which it does not keep.
     [[nodiscard]] std::string carryOut(const std::string& document);
 
@@ -79,7 +79,7 @@ private:
 
     // Constant while requests may come.
     std::optional<std::string> m_failing;  // the word in the requests that fail
-    Answer m_answer;
+    Answer m_response;
 
     // Guarded by m_mutex, as the settings are.
     mutable std::mutex m_mutex;

@@ -17,7 +17,7 @@ namespace journaltest {
 /// A journal that notes every call and answers as it was told, for tests of those who stand in front of a journal.
 ///
 /// Lists are what the test put in; a get-one operation answers the entry with that id, or false. Every other
-/// operation answers `setAnswer`'s value (true untold) and changes nothing. Set up before calls may come; then any thread
+/// operation answers `setResponse`'s value (true untold) and changes nothing. Set up before calls may come; then any thread
 /// may call.
 class FakeJournalService : public Executable, public JournalServiceIfc {
     template <typename Item>
@@ -36,7 +36,7 @@ public:
     };
     Lists lists;
 
-    void setAnswer(bool answer) { m_answer = answer; }
+    void setResponse(bool answer) { m_response = answer; }
     /// Runs inside every operation, after it is noted; it may throw.
     void setDuring(std::function<void()> during) { m_during = std::move(during); }
 
@@ -133,7 +133,7 @@ private:
         if (m_during) {
             m_during();
         }
-        return m_answer;
+        return m_response;
     }
     bool note(const char* operation, Observer* observer) {
         {
@@ -157,7 +157,7 @@ private:
     }
 
     // Constant while calls may come.
-    bool m_answer = true;
+    bool m_response = true;
     std::function<void()> m_during;
 
     // Guarded by m_mutex; the test reads them when nobody else may call.

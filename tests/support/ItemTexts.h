@@ -5,13 +5,14 @@
 
 namespace journaltest {
 
-template <const char* const& table, auto body, auto parseItem, auto parseList, auto listAnswer, auto observer>
+template <const char* const& table, auto body, auto parseItem, auto parseList, auto listResponse,
+          auto observer>
 struct TextsOf {
     static constexpr const char* kTable = table;
     static constexpr auto kBody = body;
     static constexpr auto kParseItem = parseItem;
     static constexpr auto kParseList = parseList;
-    static constexpr auto kListAnswer = listAnswer;
+    static constexpr auto kListResponse = listResponse;
     static constexpr auto kObserver = observer;
 };
 

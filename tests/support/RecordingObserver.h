@@ -43,7 +43,7 @@ public:
         m_callbacks.clear();
     }
 
-    void missedCallsCountUpdate(int count) override { noteCount(Event::eMissedCallsCountUpdate, count); }
+    void missedCallsCountUpdate(int count) override { recordCount(Event::eMissedCallsCountUpdate, count); }
     void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override {
         note({{Event::eMissedCallsUpdate, 0, action, std::move(entryId), std::move(item)}});
     }
@@ -59,11 +59,11 @@ public:
     void callBacksUpdate(CallBackItem item, std::string entryId, ActionType action) override {
         note({{Event::eCallBacksUpdate, 0, action, std::move(entryId), std::move(item)}});
     }
-    void callBacksCountUpdate(int count) override { noteCount(Event::eCallBacksCountUpdate, count); }
+    void callBacksCountUpdate(int count) override { recordCount(Event::eCallBacksCountUpdate, count); }
 
 private:
     using Event = Callback::Event;
-    void noteCount(Event event, int count) { note({{event, static_cast<unsigned>(count), 0, {}, {}}}); }
+    void recordCount(Event event, int count) { note({{event, static_cast<unsigned>(count), 0, {}, {}}}); }
     void note(const Callback& callback);
 
     // Constant while callbacks may come.

@@ -51,9 +51,9 @@ std::string pastOf(const SimulatedCall& call, Side transferring) {
     return pairs.text();
 }
 
-CallOccurrence joining(WireEvent event, const std::string& newCallId, const SimulatedCall& primary,
+SimulatedEvent joining(WireEvent event, const std::string& newCallId, const SimulatedCall& primary,
                        const Party& owner) {
-    CallOccurrence heard;
+    SimulatedEvent heard;
     heard.event = event;
     heard.callId = primary.id();
     heard.newCallId = newCallId;
@@ -67,9 +67,9 @@ SimulatedCall::End connected(const Party& party) {
 }
 
 /// To `listener`: the call `callId` leads to `farEnd`, and to the others.
-CallOccurrence membership(const std::string& callId, const Party& listener,
+SimulatedEvent membership(const std::string& callId, const Party& listener,
                           std::vector<Party> farEndAndOthers) {
-    CallOccurrence heard;
+    SimulatedEvent heard;
     heard.event = WireEvent::ePrivate;
     heard.callId = callId;
     heard.subject = farEndAndOthers.front();
@@ -87,7 +87,7 @@ const SimulatedCall::End& HeldPair::otherEnd() const {
 TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallId) {
     const Party& remaining = calls.heldEnd().party;
     const SimulatedCall::End& target = calls.otherEnd();
-    CallOccurrence heard = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
+    SimulatedEvent heard = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
     heard.secondaryCallId = calls.other.id();
     heard.newDestination = target.party;
     heard.connections = {{remaining, calls.held.id()}, {target.party, calls.other.id()}};
@@ -103,7 +103,7 @@ TransferredCall handOn(SimulatedCall call, Side by, const Party& to, const std::
     const Party remaining = call.party(SimulatedCall::other(by));
     CallOccurrences all = {call.hold(by, "singleStepTransfer")};
     all.push_back(call.leave(by));
-    CallOccurrence heard = joining(WireEvent::eTransferred, newCallId, call, owner);
+    SimulatedEvent heard = joining(WireEvent::eTransferred, newCallId, call, owner);
     heard.newDestination = to;
     heard.connections = {{remaining, call.id()}, {to, {}}};
     heard.cause = "singleStepTransfer";
@@ -119,7 +119,7 @@ ConferencedCalls joinCalls(const HeldPair& calls, const std::string& newCallId) 
     const Party& owner = calls.owner();
     const Party& first = calls.heldEnd().party;
     const Party& added = calls.otherEnd().party;
-    CallOccurrence heard = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
+    SimulatedEvent heard = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
     heard.secondaryCallId = calls.other.id();
     heard.newDestination = added;
     heard.connections = {{owner, calls.held.id()}, {first, calls.held.id()}, {added, calls.other.id()}};

@@ -17,7 +17,7 @@ bool hasLog(const Party& device) {
 
 }  // namespace
 
-std::vector<FinishedCall> FinishedCalls::follow(const CallOccurrence& occurrence) {
+std::vector<FinishedCall> FinishedCalls::follow(const SimulatedEvent& occurrence) {
     const Party& subject = occurrence.subject;
     const std::string& callId = occurrence.callId;
     switch (occurrence.event) {
@@ -45,14 +45,14 @@ void FinishedCalls::note(const Party& device, const std::string& callId, const C
     }
 }
 
-void FinishedCalls::learnName(const CallOccurrence& occurrence) {
+void FinishedCalls::learnName(const SimulatedEvent& occurrence) {
     const auto call = m_calls.find({occurrence.subject.number, occurrence.callId});
     if (call != m_calls.end() && isSameDevice(call->second.party, occurrence.calling)) {
         call->second.party = occurrence.calling;
     }
 }
 
-std::vector<FinishedCall> FinishedCalls::cleared(const CallOccurrence& occurrence) {
+std::vector<FinishedCall> FinishedCalls::cleared(const SimulatedEvent& occurrence) {
     const auto call = m_calls.extract(Key{occurrence.subject.number, occurrence.callId});
     if (call.empty()) {
         return {};
@@ -64,10 +64,10 @@ std::vector<FinishedCall> FinishedCalls::cleared(const CallOccurrence& occurrenc
     return {finished(call.key().first, over)};
 }
 
-std::vector<FinishedCall> FinishedCalls::joined(const CallOccurrence& occurrence) {
+std::vector<FinishedCall> FinishedCalls::joined(const SimulatedEvent& occurrence) {
     std::vector<FinishedCall> over;
     for (const std::string& oldCallId : {occurrence.callId, occurrence.secondaryCallId}) {
-        for (const CallOccurrence::Listener& listener : occurrence.listeners) {
+        for (const SimulatedEvent::Listener& listener : occurrence.listeners) {
             const auto call = m_calls.extract(Key{listener.device, oldCallId});
             if (call.empty()) {
                 continue;

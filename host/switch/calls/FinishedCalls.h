@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/switch/calls/CallOccurrence.h"
+#include "host/switch/calls/SimulatedEvent.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
@@ -29,7 +29,7 @@ struct FinishedCall {
 /// Not thread-safe.
 class FinishedCalls {
 public:
-    [[nodiscard]] std::vector<FinishedCall> follow(const CallOccurrence& occurrence);
+    [[nodiscard]] std::vector<FinishedCall> follow(const SimulatedEvent& occurrence);
 
 private:
     struct Call {
@@ -41,9 +41,9 @@ private:
     using Key = std::pair<std::string, std::string>;
 
     void note(const Party& device, const std::string& callId, const Call& call);
-    void learnName(const CallOccurrence& occurrence);
-    [[nodiscard]] std::vector<FinishedCall> cleared(const CallOccurrence& occurrence);
-    [[nodiscard]] std::vector<FinishedCall> joined(const CallOccurrence& occurrence);
+    void learnName(const SimulatedEvent& occurrence);
+    [[nodiscard]] std::vector<FinishedCall> cleared(const SimulatedEvent& occurrence);
+    [[nodiscard]] std::vector<FinishedCall> joined(const SimulatedEvent& occurrence);
     [[nodiscard]] static FinishedCall finished(const std::string& device, const Call& call);
 
     std::map<Key, Call> m_calls;

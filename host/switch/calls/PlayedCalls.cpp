@@ -65,7 +65,7 @@ CallOccurrences PlayedCalls::hangUpAll() {
 CallOccurrences PlayedCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
     switch (step.action) {
         case Action::eRing: return {call.ring()};
-        case Action::eAnswer: {
+        case Action::eResponse: {
             CallOccurrences heard = rungFirst(call);
             heard.push_back(call.answer());
             return heard;
@@ -147,7 +147,7 @@ CallOccurrences PlayedCalls::joinWithOther(const ScenarioStep& step, const Simul
 
 /// What the switch tells the phone without any call.
 CallOccurrences PlayedCalls::beside(const ScenarioStep& step) const {
-    CallOccurrence heard;
+    SimulatedEvent heard;
     heard.subject = orPhone({});
     heard.device = heard.subject;
     heard.listeners = {{heard.subject.number, "null"}};

@@ -31,28 +31,28 @@ CallOccurrences SimulatedCall::originate(const std::string& initiated) {
     return heard;
 }
 
-CallOccurrence SimulatedCall::ring() {
+SimulatedEvent SimulatedCall::ring() {
     end(Side::eCalled).state = "alerting";
     const std::string usual = m_transferred ? "singleStepTransfer" : "newCall";
     return setUp(WireEvent::eDelivered, m_redirectWord.empty() ? usual : m_redirectWord);
 }
 
-CallOccurrence SimulatedCall::answer() {
+SimulatedEvent SimulatedCall::answer() {
     end(Side::eCalled).state = "connected";
     return setUp(WireEvent::eEstablished, "newCall");
 }
 
-CallOccurrence SimulatedCall::hold(Side by, const std::string& cause) {
+SimulatedEvent SimulatedCall::hold(Side by, const std::string& cause) {
     end(by).state = "hold";
     return occurrence(WireEvent::eHeld, end(by).party, cause);
 }
 
-CallOccurrence SimulatedCall::retrieve(Side by) {
+SimulatedEvent SimulatedCall::retrieve(Side by) {
     end(by).state = "connected";
     return occurrence(WireEvent::eRetrieved, end(by).party, "normal");
 }
 
-CallOccurrence SimulatedCall::leave(Side by) {
+SimulatedEvent SimulatedCall::leave(Side by) {
     return clear(by, end(by).party, "normalClearing");
 }
 
@@ -75,7 +75,7 @@ CallOccurrences SimulatedCall::busy() {
 
 CallOccurrences SimulatedCall::divert(const Party& to, const std::string& word) {
     const Party diverting = end(Side::eCalled).party;
-    CallOccurrence diverted = occurrence(WireEvent::eDiverted, diverting, word);
+    SimulatedEvent diverted = occurrence(WireEvent::eDiverted, diverting, word);
     diverted.newDestination = to;
     // The diverting phone hears of it even when it never rang.
     diverted.listeners = {{diverting.number, "null"}};
@@ -96,17 +96,17 @@ CallOccurrences SimulatedCall::divert(const Party& to, const std::string& word) 
     return heard;
 }
 
-CallOccurrence SimulatedCall::answerElsewhere() {
+SimulatedEvent SimulatedCall::answerElsewhere() {
     return clear(Side::eCalled, end(Side::eCalled).party, "multipleAlerting");
 }
 
-CallOccurrence SimulatedCall::markMissed() const {
-    CallOccurrence heard = information(Side::eCalled);
+SimulatedEvent SimulatedCall::markMissed() const {
+    SimulatedEvent heard = information(Side::eCalled);
     heard.privateText = "MissedCall";
     return heard;
 }
 
-CallOccurrence SimulatedCall::tellName(Side learner, const std::string& name) {
+SimulatedEvent SimulatedCall::tellName(Side learner, const std::string& name) {
     Party& party = end(other(learner)).party;
     party.name = name;
     if (isSameDevice(m_firstCalled, party)) {
@@ -119,9 +119,9 @@ SimulatedCall::Side SimulatedCall::other(Side side) noexcept {
     return side == Side::eCaller ? Side::eCalled : Side::eCaller;
 }
 
-CallOccurrence SimulatedCall::occurrence(WireEvent event, const Party& subject,
+SimulatedEvent SimulatedCall::occurrence(WireEvent event, const Party& subject,
                                          const std::string& cause) const {
-    CallOccurrence heard;
+    SimulatedEvent heard;
     heard.event = event;
     heard.callId = m_callId;
     heard.subject = subject;
@@ -138,16 +138,16 @@ CallOccurrence SimulatedCall::occurrence(WireEvent event, const Party& subject,
     return heard;
 }
 
-CallOccurrence SimulatedCall::setUp(WireEvent event, const std::string& cause) const {
-    CallOccurrence heard = occurrence(event, end(Side::eCalled).party, cause);
+SimulatedEvent SimulatedCall::setUp(WireEvent event, const std::string& cause) const {
+    SimulatedEvent heard = occurrence(event, end(Side::eCalled).party, cause);
     if (m_transferred) {
         heard.listeners.erase(heard.listeners.begin());
     }
     return heard;
 }
 
-CallOccurrence SimulatedCall::information(Side told) const {
-    CallOccurrence heard;
+SimulatedEvent SimulatedCall::information(Side told) const {
+    SimulatedEvent heard;
     heard.event = WireEvent::eCallInformation;
     heard.callId = m_callId;
     heard.subject = end(told).party;
@@ -157,10 +157,10 @@ CallOccurrence SimulatedCall::information(Side told) const {
     return heard;
 }
 
-CallOccurrence SimulatedCall::clear(Side side, const Party& releasing, const std::string& cause) {
-    CallOccurrence heard = occurrence(WireEvent::eConnectionCleared, end(side).party, cause);
+SimulatedEvent SimulatedCall::clear(Side side, const Party& releasing, const std::string& cause) {
+    SimulatedEvent heard = occurrence(WireEvent::eConnectionCleared, end(side).party, cause);
     heard.device = releasing;
-    for (CallOccurrence::Listener& listener : heard.listeners) {
+    for (SimulatedEvent::Listener& listener : heard.listeners) {
         if (listener.device == end(side).party.number) {
             listener.localConnection = "null";
         }

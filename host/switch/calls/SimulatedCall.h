@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-#include "host/switch/calls/CallOccurrence.h"
+#include "host/switch/calls/SimulatedEvent.h"
 
 namespace host {
 
@@ -29,23 +29,23 @@ public:
 
     /// The caller's phone has dialled. `initiated` is the cause with which it went off-hook, if it did.
     [[nodiscard]] CallOccurrences originate(const std::string& initiated);
-    [[nodiscard]] CallOccurrence ring();
-    [[nodiscard]] CallOccurrence answer();
-    [[nodiscard]] CallOccurrence hold(Side by, const std::string& cause);
-    [[nodiscard]] CallOccurrence retrieve(Side by);
+    [[nodiscard]] SimulatedEvent ring();
+    [[nodiscard]] SimulatedEvent answer();
+    [[nodiscard]] SimulatedEvent hold(Side by, const std::string& cause);
+    [[nodiscard]] SimulatedEvent retrieve(Side by);
     /// One side leaves a call that goes on as another one.
-    [[nodiscard]] CallOccurrence leave(Side by);
+    [[nodiscard]] SimulatedEvent leave(Side by);
     /// Both sides leave, `first` of its own accord.
     [[nodiscard]] CallOccurrences hangUp(Side first, const std::string& cause);
     [[nodiscard]] CallOccurrences busy();
     /// The called phone loses the call to `to`, which rings (or, for a pick-up, has answered at once).
     [[nodiscard]] CallOccurrences divert(const Party& to, const std::string& word);
     /// Another phone of the called party has answered; for this one the call is over.
-    [[nodiscard]] CallOccurrence answerElsewhere();
+    [[nodiscard]] SimulatedEvent answerElsewhere();
     /// The switch counts the call as missed by the called phone.
-    [[nodiscard]] CallOccurrence markMissed() const;
+    [[nodiscard]] SimulatedEvent markMissed() const;
     /// `learner` is told the name of the other side.
-    [[nodiscard]] CallOccurrence tellName(Side learner, const std::string& name);
+    [[nodiscard]] SimulatedEvent tellName(Side learner, const std::string& name);
 
     [[nodiscard]] static Side other(Side side) noexcept;
     [[nodiscard]] bool isRinging() const noexcept { return end(Side::eCalled).state == "alerting"; }
@@ -59,14 +59,14 @@ public:
 private:
     [[nodiscard]] End& end(Side side) noexcept { return m_ends[static_cast<std::size_t>(side)]; }
 
-    [[nodiscard]] CallOccurrence occurrence(WireEvent event, const Party& subject,
+    [[nodiscard]] SimulatedEvent occurrence(WireEvent event, const Party& subject,
                                             const std::string& cause) const;
     /// The called party is reached, or is not: the caller hears of it unless it was transferred here.
-    [[nodiscard]] CallOccurrence setUp(WireEvent event, const std::string& cause) const;
+    [[nodiscard]] SimulatedEvent setUp(WireEvent event, const std::string& cause) const;
     /// What the switch says of the call to one side beside the events.
-    [[nodiscard]] CallOccurrence information(Side told) const;
+    [[nodiscard]] SimulatedEvent information(Side told) const;
     /// Takes the side out of the call; it still hears of it.
-    [[nodiscard]] CallOccurrence clear(Side side, const Party& releasing, const std::string& cause);
+    [[nodiscard]] SimulatedEvent clear(Side side, const Party& releasing, const std::string& cause);
 
     std::string m_callId;
     std::array<End, 2> m_ends;

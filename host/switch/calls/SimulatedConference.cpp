@@ -30,8 +30,8 @@ CallOccurrences SimulatedConference::hangUp(const Party& first) {
     return heard;
 }
 
-CallOccurrence SimulatedConference::clear(const Party& leaving, const Party& releasing) {
-    CallOccurrence heard;
+SimulatedEvent SimulatedConference::clear(const Party& leaving, const Party& releasing) {
+    SimulatedEvent heard;
     heard.event = WireEvent::eConnectionCleared;
     heard.callId = m_callId;
     heard.subject = leaving;

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/switch/calls/CallOccurrence.h"
+#include "host/switch/calls/SimulatedEvent.h"
 
 namespace host {
 
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] CallOccurrences hangUp(const Party& first);
 
 private:
-    [[nodiscard]] CallOccurrence clear(const Party& leaving, const Party& releasing);
+    [[nodiscard]] SimulatedEvent clear(const Party& leaving, const Party& releasing);
 
     std::string m_callId;
     std::vector<Party> m_members;

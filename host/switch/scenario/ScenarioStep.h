@@ -32,7 +32,7 @@ struct ScenarioStep {
         eDial,       ///< makes `call` from `from` to `to` and sends what a phone that dials sees
         eConsult,    ///< holds `other` by `party` and dials `call` to `to` from there
         eRing,       ///< the called phone rings
-        eAnswer,     ///< the called party (or `party`) answers
+        eResponse,   ///< the called party (or `party`) answers
         eHold,       ///< by `party`
         eRetrieve,   ///< by `party`
         eHangUp,     ///< by `party`

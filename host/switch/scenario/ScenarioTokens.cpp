@@ -13,9 +13,9 @@ bool isBlank(char c) {
 }
 
 /// Reads the statements of one line.
-class LineReader {
+class TextLineReader {
 public:
-    LineReader(std::string_view line, std::size_t number, const std::string& source)
+    TextLineReader(std::string_view line, std::size_t number, const std::string& source)
         : m_line(line), m_number(number), m_source(source) {}
 
     void read(std::vector<ScenarioStatement>& statements) {
@@ -71,7 +71,7 @@ std::vector<ScenarioStatement> scenarioStatements(std::string_view text, const s
     std::vector<ScenarioStatement> statements;
     for (std::size_t number = 1; !text.empty(); ++number) {
         const std::string_view line = text.substr(0, text.find('\n'));
-        LineReader(line, number, source).read(statements);
+        TextLineReader(line, number, source).read(statements);
         text.remove_prefix(line.size() == text.size() ? line.size() : line.size() + 1);
     }
     return statements;

@@ -74,7 +74,7 @@ Members membersOf(WireEvent event) {
     }
 }
 
-void writeCallEvent(MessageWriter& writer, const EventShape& shape, const CallOccurrence& occurrence,
+void writeCallEvent(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence,
                     std::string_view localConnection) {
     const Members members = membersOf(occurrence.event);
     writeConnection(writer, shape.connection, occurrence.callId, occurrence.subject);
@@ -95,7 +95,7 @@ void writeCallEvent(MessageWriter& writer, const EventShape& shape, const CallOc
 }
 
 /// Transferred and Conferenced differ in names only.
-void writeJoining(MessageWriter& writer, const EventShape& shape, const CallOccurrence& occurrence,
+void writeJoining(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence,
                   std::string_view localConnection) {
     const bool transferred = occurrence.event == WireEvent::eTransferred;
     writeConnection(writer, shape.connection, occurrence.callId, occurrence.subject);
@@ -105,7 +105,7 @@ void writeJoining(MessageWriter& writer, const EventShape& shape, const CallOccu
     writeParty(writer, shape.device, occurrence.device);
     writeParty(writer, transferred ? "transferredToDevice" : "addedParty", occurrence.newDestination);
     writer.open(transferred ? "transferredConnections" : "conferenceConnections");
-    for (const CallOccurrence::Connection& one : occurrence.connections) {
+    for (const SimulatedEvent::Connection& one : occurrence.connections) {
         writer.open("connectionListItem");
         writeConnection(writer, "newConnection", occurrence.newCallId, one.party);
         if (!one.oldCallId.empty()) {
@@ -119,7 +119,7 @@ void writeJoining(MessageWriter& writer, const EventShape& shape, const CallOccu
     writePrivateText(writer, occurrence.privateText);
 }
 
-void writeCallInformation(MessageWriter& writer, const EventShape& shape, const CallOccurrence& occurrence) {
+void writeCallInformation(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence) {
     writeConnection(writer, shape.connection, occurrence.callId, occurrence.subject);
     writeParty(writer, shape.device, occurrence.device);
     writeParty(writer, "callingDevice", occurrence.calling);
@@ -129,7 +129,7 @@ void writeCallInformation(MessageWriter& writer, const EventShape& shape, const 
     }
 }
 
-void writeMembership(MessageWriter& writer, const CallOccurrence& occurrence) {
+void writeMembership(MessageWriter& writer, const SimulatedEvent& occurrence) {
     writer.open("privateData").open("private").open("conferenceMembership");
     writer.text("callID", occurrence.callId);
     writer.text("deviceID", connectionDevice(occurrence.subject, occurrence.callId));
@@ -138,7 +138,7 @@ void writeMembership(MessageWriter& writer, const CallOccurrence& occurrence) {
     }
 }
 
-void writeCallBack(MessageWriter& writer, const EventShape& shape, const CallOccurrence& occurrence) {
+void writeCallBack(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence) {
     writeParty(writer, shape.device, occurrence.device);
     writeParty(writer, "targetDevice", occurrence.newDestination);
     writer.flag("callBackSetCanceled", occurrence.set);
@@ -147,9 +147,9 @@ void writeCallBack(MessageWriter& writer, const EventShape& shape, const CallOcc
 
 }  // namespace
 
-std::string writeEvent(std::string_view nameSpace, const CallOccurrence& occurrence,
+std::string writeEvent(std::string_view nameSpace, const SimulatedEvent& occurrence,
                        std::string_view monitorCrossRefId, std::string_view localConnection) {
-    const EventShape& shape = eventShape(occurrence.event);
+    const EventSchema& shape = eventSchema(occurrence.event);
     MessageWriter writer(shape.rootName, nameSpace);
     writer.text("monitorCrossRefID", monitorCrossRefId);
     switch (occurrence.event) {
@@ -165,7 +165,7 @@ std::string writeEvent(std::string_view nameSpace, const CallOccurrence& occurre
 
 std::string writeCallLogEvent(std::string_view nameSpace, const CallLogEntryEvent& entry,
                               std::string_view monitorCrossRefId) {
-    MessageWriter writer(eventShape(WireEvent::ePrivate).rootName, nameSpace);
+    MessageWriter writer(eventSchema(WireEvent::ePrivate).rootName, nameSpace);
     writer.text("monitorCrossRefID", monitorCrossRefId);
     writeCallLogEntry(writer, entry);
     return writer.finish();

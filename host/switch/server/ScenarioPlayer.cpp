@@ -98,7 +98,7 @@ void ScenarioPlayer::endPass() {
 }
 
 void ScenarioPlayer::show(const CallOccurrences& occurrences) const {
-    for (const CallOccurrence& occurrence : occurrences) {
+    for (const SimulatedEvent& occurrence : occurrences) {
         m_stage.happens(occurrence);
     }
 }

@@ -19,7 +19,7 @@ namespace host {
 class ScenarioPlayer {
 public:
     struct Stage {
-        std::function<void(const CallOccurrence&)> happens;
+        std::function<void(const SimulatedEvent&)> happens;
         std::function<void(const std::string& word)> status;
         /// A change of the log that the switch keeps of the phone's calls.
         std::function<void(const ScenarioStep&)> callLog;

@@ -7,15 +7,15 @@
 #include <mutex>
 #include <thread>
 
-#include "host/switch/call-log/SwitchCallLogs.h"
-#include "host/switch/server/SwitchLog.h"
+#include "host/switch/call-log/CallLogStore.h"
+#include "host/switch/server/MessageTrace.h"
 #include "host/switch/server/SwitchSimulator.h"
 
 namespace host {
 
-class SwitchRoom;
+class SwitchCore;
 
-/// The inside of the simulator: starts and ends the thread on which a `SwitchRoom` lives, and hands work into it.
+/// The inside of the simulator: starts and ends the thread on which a `SwitchCore` lives, and hands work into it.
 class SwitchSimulator::Engine {
 public:
     explicit Engine(SwitchOptions options);
@@ -25,9 +25,9 @@ public:
     void stop();
     [[nodiscard]] std::uint16_t port() const noexcept { return m_port; }
     /// Runs `work` on the simulator's thread, later; nothing happens while the simulator is stopped.
-    void post(std::function<void(SwitchRoom&)> work);
-    [[nodiscard]] SwitchLog& log() noexcept { return m_log; }
-    [[nodiscard]] SwitchCallLog::Events callLog(const std::string& device) const {
+    void post(std::function<void(SwitchCore&)> work);
+    [[nodiscard]] MessageTrace& log() noexcept { return m_log; }
+    [[nodiscard]] CallLog::Events callLog(const std::string& device) const {
         return m_callLogs.entries(device.empty() ? m_options.device : device);
     }
 
@@ -36,13 +36,13 @@ private:
     SwitchOptions m_options;
     std::thread m_thread;
 
-    SwitchLog m_log;
-    SwitchCallLogs m_callLogs;
+    MessageTrace m_log;
+    CallLogStore m_callLogs;
     std::atomic<std::uint16_t> m_port{0};
 
-    // Guarded by m_roomLock: whether there is a room; what is in it belongs to the thread.
-    std::mutex m_roomLock;
-    std::unique_ptr<SwitchRoom> m_room;
+    // Guarded by m_coreLock: whether there is a room; what is in it belongs to the thread.
+    std::mutex m_coreLock;
+    std::unique_ptr<SwitchCore> m_core;
 };
 
 }  // namespace host

@@ -4,8 +4,8 @@
 
 #include <asio/post.hpp>
 
+#include "host/switch/server/SwitchCore.h"
 #include "host/switch/server/SwitchEngine.h"
-#include "host/switch/server/SwitchRoom.h"
 
 namespace host {
 
@@ -18,20 +18,20 @@ SwitchSimulator::Engine::~Engine() {
 }
 
 void SwitchSimulator::Engine::start() {
-    const std::lock_guard lock(m_roomLock);
-    if (m_room) {
+    const std::lock_guard lock(m_coreLock);
+    if (m_core) {
         return;
     }
-    m_room = std::make_unique<SwitchRoom>(m_options, m_log, m_callLogs);
-    m_port = m_options.port = m_room->port();
-    m_thread = std::thread([&io = m_room->io()] { io.run(); });
+    m_core = std::make_unique<SwitchCore>(m_options, m_log, m_callLogs);
+    m_port = m_options.port = m_core->port();
+    m_thread = std::thread([&io = m_core->io()] { io.run(); });
 }
 
 void SwitchSimulator::Engine::stop() {
-    std::unique_ptr<SwitchRoom> room;
+    std::unique_ptr<SwitchCore> room;
     {
-        const std::lock_guard lock(m_roomLock);
-        room = std::move(m_room);
+        const std::lock_guard lock(m_coreLock);
+        room = std::move(m_core);
     }
     if (room) {
         asio::post(room->io(), [&room] { room->close(); });
@@ -39,60 +39,60 @@ void SwitchSimulator::Engine::stop() {
     }
 }
 
-void SwitchSimulator::Engine::post(std::function<void(SwitchRoom&)> work) {
-    const std::lock_guard lock(m_roomLock);
-    if (m_room) {
-        asio::post(m_room->io(), [room = m_room.get(), work = std::move(work)] { work(*room); });
+void SwitchSimulator::Engine::post(std::function<void(SwitchCore&)> work) {
+    const std::lock_guard lock(m_coreLock);
+    if (m_core) {
+        asio::post(m_core->io(), [room = m_core.get(), work = std::move(work)] { work(*room); });
     }
 }
 
 // ---- SwitchSimulator
 
 SwitchSimulator::SwitchSimulator(SwitchOptions options)
-    : m_engine(std::make_unique<Engine>(std::move(options))) {}
+    : m_impl(std::make_unique<Engine>(std::move(options))) {}
 
 SwitchSimulator::~SwitchSimulator() = default;
 
 void SwitchSimulator::start() {
-    m_engine->start();
+    m_impl->start();
 }
 
 void SwitchSimulator::stop() {
-    m_engine->stop();
+    m_impl->stop();
 }
 
 std::uint16_t SwitchSimulator::port() const noexcept {
-    return m_engine->port();
+    return m_impl->port();
 }
 
 void SwitchSimulator::run(Scenario scenario, PlayOptions options) {
-    m_engine->post([scenario = std::move(scenario), options = std::move(options)](SwitchRoom& room) {
+    m_impl->post([scenario = std::move(scenario), options = std::move(options)](SwitchCore& room) {
         room.play(scenario, options);
     });
 }
 
-void SwitchSimulator::setAnswering(const std::string& request, SwitchAnswering answering) {
-    m_engine->post([request, answering](SwitchRoom& room) { room.setAnswering(request, answering); });
+void SwitchSimulator::setResponseMode(const std::string& request, ResponseMode answering) {
+    m_impl->post([request, answering](SwitchCore& room) { room.setResponseMode(request, answering); });
 }
 
 void SwitchSimulator::sendSystemStatus(const std::string& word) {
-    m_engine->post([word](SwitchRoom& room) { room.sendSystemStatus(word); });
+    m_impl->post([word](SwitchCore& room) { room.sendSystemStatus(word); });
 }
 
 void SwitchSimulator::stopMonitors(const std::string& device) {
-    m_engine->post([device](SwitchRoom& room) { room.stopMonitors(device); });
+    m_impl->post([device](SwitchCore& room) { room.stopMonitors(device); });
 }
 
 void SwitchSimulator::dropClients() {
-    m_engine->post([](SwitchRoom& room) { room.dropClients(); });
+    m_impl->post([](SwitchCore& room) { room.dropClients(); });
 }
 
 std::vector<CallLogEntryEvent> SwitchSimulator::callLog(const std::string& device) const {
-    return m_engine->callLog(device);
+    return m_impl->callLog(device);
 }
 
-SwitchLog& SwitchSimulator::log() noexcept {
-    return m_engine->log();
+MessageTrace& SwitchSimulator::log() noexcept {
+    return m_impl->log();
 }
 
 }  // namespace host

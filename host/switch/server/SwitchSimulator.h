@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "host/switch/scenario/Scenario.h"
-#include "host/switch/server/SwitchLog.h"
+#include "host/switch/server/MessageTrace.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
@@ -43,7 +43,7 @@ struct PlayOptions {
 };
 
 /// How the switch treats requests of one kind.
-enum class SwitchAnswering {
+enum class ResponseMode {
     eNormally,
     eRefuse,   ///< with a CSTAErrorCode
     eWrongly,  ///< with an answer of another kind
@@ -76,7 +76,7 @@ public:
     void run(Scenario scenario, PlayOptions options = {});
 
     /// Treats the requests called `request` ("MonitorStart") so from now on.
-    void setAnswering(const std::string& request, SwitchAnswering answering);
+    void setResponseMode(const std::string& request, ResponseMode answering);
     /// Sends the system status `word` ("normal", "initializing", ...) to every client that registered for it.
     void sendSystemStatus(const std::string& word);
     /// Ends every monitor of `device` and says so to its client.
@@ -89,11 +89,11 @@ public:
     [[nodiscard]] std::vector<CallLogEntryEvent> callLog(const std::string& device = {}) const;
 
     /// What was received and sent; the log takes care of its own lock.
-    [[nodiscard]] SwitchLog& log() noexcept;
+    [[nodiscard]] MessageTrace& log() noexcept;
 
 private:
     class Engine;
-    std::unique_ptr<Engine> m_engine;
+    std::unique_ptr<Engine> m_impl;
 };
 
 }  // namespace host

@@ -6,9 +6,9 @@
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAServiceIfc.h"
 #include "platform/csta/CallLogEntryRequest.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/base/PlatformServices.h"
 
 namespace journal {
 
@@ -54,14 +54,14 @@ bool CallLogRequests::sendCSTAEscapeRequest(const CallLogEntryRequest* request) 
 }
 
 bool CallLogRequests::exchange(const CallLogEntryRequest& request) const {
-    if (m_collaborators.m_cstaService == nullptr) {
+    if (m_platform.m_cstaService == nullptr) {
         return false;
     }
     CSTAEscapeRequest escape;
-    escape.setSourceService(m_collaborators.m_self);
+    escape.setSourceService(m_platform.m_self);
     escape.setEventType(kCallLogEntryRequestType);
     escape.setCallLogEntry(&request);
-    m_collaborators.m_cstaService->request(escape);
+    m_platform.m_cstaService->request(escape);
     return escape.getResponseCode() == 0;
 }
 

@@ -12,7 +12,7 @@ struct CallLogEntryRequest;
 
 namespace journal {
 
-class Collaborators;
+class PlatformServices;
 class PhoneSettings;
 
 /// Tells a switch that keeps the call log itself which entries the phone has deleted.
@@ -42,8 +42,8 @@ public:
     };
 
     /// Both are borrowed and outlive this object.
-    CallLogRequests(const Collaborators& collaborators, const PhoneSettings& settings)
-        : m_collaborators(collaborators), m_settings(settings) {}
+    CallLogRequests(const PlatformServices& platform, const PhoneSettings& settings)
+        : m_platform(platform), m_settings(settings) {}
 
     /// Sends one request; false without a switch, when it does not answer, or when it did not answer this batch before.
     bool sendCSTAEscapeRequest(const CallLogEntryRequest* request) const;
@@ -68,7 +68,7 @@ public:
 private:
     [[nodiscard]] bool exchange(const CallLogEntryRequest& request) const;
 
-    const Collaborators& m_collaborators;
+    const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
 
     // Guarded by the lists' `Change`: how many batches are open, and whether a request of theirs has failed.

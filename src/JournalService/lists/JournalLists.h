@@ -19,7 +19,7 @@
 #include "src/JournalService/lists/JournalContacts.h"
 #include "src/JournalService/lists/JournalList.h"
 #include "src/JournalService/lists/ListOrder.h"
-#include "src/JournalService/lists/OlderEntries.h"
+#include "src/JournalService/lists/UnloadedEntries.h"
 
 class ObserverNotifierIfc;
 
@@ -49,13 +49,13 @@ public:
     };
 
     /// All parts are borrowed and outlive this one.
-    JournalLists(const PhoneSettings& settings, ListMirror& mirror, const CallLogRequests& requests,
+    JournalLists(const PhoneSettings& settings, ListPersistence& persistence, const CallLogRequests& requests,
                  ObserverNotifierIfc& notifier)
         : m_settings(settings),
-          m_mirror(mirror),
+          m_persistence(persistence),
           m_requests(requests),
           m_notifier(notifier),
-          m_olderEntries(mirror) {}
+          m_olderEntries(persistence) {}
     JournalLists(const JournalLists&) = delete;
     JournalLists& operator=(const JournalLists&) = delete;
     ~JournalLists() = default;
@@ -67,11 +67,11 @@ public:
     }
     [[nodiscard]] JournalContacts& contacts() noexcept { return m_contacts; }
     /// What the database holds beside the lists; for holders of a `Change`.
-    [[nodiscard]] OlderEntries& olderEntries() noexcept { return m_olderEntries; }
+    [[nodiscard]] UnloadedEntries& olderEntries() noexcept { return m_olderEntries; }
     /// Brings the newest older entry that `matches` back into its list, to its place, unless the list has a match
     /// already: whoever changes a party's entry must find it there. For holders of a `Change`, but of no list.
     template <typename Item, typename Matches>
-    void recall(Matches matches);
+    void restore(Matches matches);
 
     // Reading.
     void getMissedCallList(std::deque<MissedCallItem>& list);
@@ -168,13 +168,13 @@ private:
     void announceCleared();
 
     const PhoneSettings& m_settings;
-    ListMirror& m_mirror;
+    ListPersistence& m_persistence;
     const CallLogRequests& m_requests;
     ObserverNotifierIfc& m_notifier;
 
     NestableSemaphore m_changeLock;
     // Guarded by m_changeLock.
-    OlderEntries m_olderEntries;
+    UnloadedEntries m_olderEntries;
 
     // Each guarded by its own lock.
     std::tuple<JournalList<MissedCallItem>, JournalList<DialledCallItem>, JournalList<ReceivedCallItem>,
@@ -202,7 +202,7 @@ bool JournalLists::copyItem(const std::string& entryId, Item& item) {
 }
 
 template <typename Item, typename Matches>
-void JournalLists::recall(Matches matches) {
+void JournalLists::restore(Matches matches) {
     {
         const auto items = list<Item>().access();
         if (std::any_of(items->begin(), items->end(), matches)) {

@@ -4,7 +4,7 @@
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListMirror.h"
+#include "src/JournalService/lists/ListPersistence.h"
 
 // Deleting goes one road for every list: tell the switch, then, under the list's lock, the database and the list, then
 // the observers. What differs stands in `reportDeleted`, `reportCleared` and the three `announce...`.
@@ -176,7 +176,7 @@ bool JournalLists::deleteOne(const char* operation, const std::string& entryId) 
     reportDeleted(deleted);
     {
         const auto items = list<Item>().access();
-        m_mirror.update(deleted, Helper::DELETEREQUEST);
+        m_persistence.update(deleted, Helper::DELETEREQUEST);
         items->erase(items.find(entryId));
     }
     announceDeleted(deleted);
@@ -193,12 +193,12 @@ std::size_t JournalLists::deleteSet(const std::set<std::string>& entryIds) {
     std::string entries;
     for (const Item& item : doomed) {
         reportDeleted(item);
-        entries += ListMirror::entry(item, Helper::DELETEREQUEST);
+        entries += ListPersistence::entry(item, Helper::DELETEREQUEST);
     }
     {
         const auto items = list<Item>().access();
         std::erase_if(*items, [&entryIds](const Item& item) { return entryIds.contains(item.getEntryId()); });
-        m_mirror.updateEntries(entries, Helper::DELETEREQUEST, ListTable<Item>::kName);
+        m_persistence.updateEntries(entries, Helper::DELETEREQUEST, ListTable<Item>::kName);
     }
     announceSetDeleted<Item>();
     return doomed.size();
@@ -212,7 +212,7 @@ void JournalLists::deleteWhole() {
         const auto items = list<Item>().access();
         items->clear();
         m_olderEntries.clear<Item>();
-        m_mirror.deleteAll<Item>();
+        m_persistence.deleteAll<Item>();
     }
     announceCleared<Item>();
 }

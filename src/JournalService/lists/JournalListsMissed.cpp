@@ -3,7 +3,7 @@
 #include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListMirror.h"
+#include "src/JournalService/lists/ListPersistence.h"
 
 // What only the missed list has: items that are viewed, aged and updated in place.
 
@@ -19,19 +19,19 @@ void JournalLists::updateMissedCall(const MissedCallItem& item) {
     }
     const Change change(*this);
     const auto isMeant = [&item](const MissedCallItem& stored) { return stored.equals(item); };
-    recall<MissedCallItem>(isMeant);
+    restore<MissedCallItem>(isMeant);
     const auto missed = list<MissedCallItem>().access();
     const auto found = std::find_if(missed->begin(), missed->end(), isMeant);
     if (found != missed->end()) {
         found->setViewed(false);
-        m_mirror.updateMissedEntry(*found, Helper::WRITEREQUEST);
+        m_persistence.updateMissedEntry(*found, Helper::WRITEREQUEST);
         LOG_JOURNAL(3, "Entry found entryId = [%s] but update can be needed!", entryId.c_str());
         return;
     }
     missed->push_front(item);
     // The id of a row belongs to the item that was written there; the copy of a client may be an old one.
     missed->front().setUniqueId({});
-    m_mirror.updateMissedEntry(missed->front(), Helper::WRITEREQUEST);
+    m_persistence.updateMissedEntry(missed->front(), Helper::WRITEREQUEST);
     LOG_JOURNAL(5, "Entry NOT found entryId = [%s] and item has been added", entryId.c_str());
 }
 
@@ -51,13 +51,13 @@ bool JournalLists::setMissedCallListAsViewed(const std::set<std::string>& entryI
                 LOG_JOURNAL(5, "setMissedCallListAsViewed Unique ID %s", item.getUniqueId().c_str());
                 if (item.getUniqueId().empty()) {
                     // Never stored yet: only an answer of its own can tell the item its unique id.
-                    m_mirror.updateMissedEntry(item, Helper::WRITEREQUEST);
+                    m_persistence.updateMissedEntry(item, Helper::WRITEREQUEST);
                 } else {
                     stored.push_back(&item);
                 }
             }
         }
-        m_mirror.rewrite(stored);
+        m_persistence.rewrite(stored);
         unviewed = getUnviewedMissedCallsCount(*missed);
     }
     m_notifier.updateMissedCallCount(unviewed);
@@ -74,7 +74,7 @@ void JournalLists::ageMissedCall(const std::string& entryId) {
         for (MissedCallItem& item : *missed) {
             if (item.getEntryId() == entryId) {
                 item.setViewed(true);
-                m_mirror.updateMissedEntry(item, Helper::WRITEREQUEST);
+                m_persistence.updateMissedEntry(item, Helper::WRITEREQUEST);
                 aged.push_back(item);
             }
         }

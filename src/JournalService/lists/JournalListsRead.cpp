@@ -2,8 +2,8 @@
 
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListMirror.h"
 #include "src/JournalService/lists/ListOrder.h"
+#include "src/JournalService/lists/ListPersistence.h"
 
 namespace journal {
 
@@ -130,7 +130,7 @@ void JournalLists::normalize(std::deque<Item>& list, const char* operation, cons
     LOG_JOURNAL(6, "after sort JournalService::%s: %s.size():%d\n", operation, listName,
                 static_cast<int>(list.size()));
     for (Item& empty : takeItemsWithoutOccurrences(list)) {
-        m_mirror.update(empty, CallListDatabaseAdapterHelper::DELETEREQUEST);
+        m_persistence.update(empty, CallListDatabaseAdapterHelper::DELETEREQUEST);
     }
 }
 
@@ -148,14 +148,14 @@ void JournalLists::normalizeForwardedCallList(std::deque<ForwardedCallItem>& lis
 
 template <typename Item>
 bool JournalLists::repeatRefusedOf() {
-    m_mirror.repeatDeletion<Item>();
+    m_persistence.repeatDeletion<Item>();
     const auto items = list<Item>().access();
     // Up to the first that is refused again: a database that is locked lets each wait for seconds.
     return std::none_of(items->begin(), items->end(), [this](Item& item) {
-        if (m_mirror.isRefused(item)) {
-            m_mirror.update(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
+        if (m_persistence.isRefused(item)) {
+            m_persistence.update(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
         }
-        return m_mirror.isRefused(item);
+        return m_persistence.isRefused(item);
     });
 }
 
@@ -165,7 +165,7 @@ bool JournalLists::repeatRefused() {
                        repeatRefusedOf<ReceivedCallItem>() && repeatRefusedOf<ForwardedCallItem>() &&
                        repeatRefusedOf<CallBackItem>();
     if (taken) {
-        m_mirror.forgetRefused();
+        m_persistence.forgetRefused();
     }
     return taken;
 }

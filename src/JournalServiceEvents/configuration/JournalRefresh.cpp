@@ -2,12 +2,12 @@
 
 #include "journalservice/ObserverNotifierIfc.h"
 #include "platform/services/UCServiceIfc.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/base/PlatformServices.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalServiceEvents/configuration/ManagementValues.h"
-#include "src/JournalServiceEvents/configuration/OwnSettings.h"
+#include "src/JournalServiceEvents/configuration/JournalSettings.h"
+#include "src/JournalServiceEvents/configuration/PhoneValues.h"
 
 namespace journal {
 
@@ -43,7 +43,7 @@ void JournalRefresh::reloadEverything() {
         m_parts.management.publishMissedLoggingState();
         m_parts.management.publishDeleteMissedWhenCalledState();
     }
-    if (auto* ucService = m_parts.collaborators.knownUcService()) {
+    if (auto* ucService = m_parts.platform.knownUcService()) {
         ucService->refreshJournal();
     }
 }

@@ -8,10 +8,10 @@ class ObserverNotifierIfc;
 
 namespace journal {
 
-class Collaborators;
+class PlatformServices;
 class JournalLists;
-class ManagementValues;
-class OwnSettings;
+class PhoneValues;
+class JournalSettings;
 class PhoneSettings;
 
 /// Brings lists and settings up to date with the database, and the user's data back to the defaults.
@@ -19,10 +19,10 @@ class PhoneSettings;
 class JournalRefresh {
 public:
     struct Parts {
-        Collaborators& collaborators;
+        PlatformServices& platform;
         PhoneSettings& settings;
-        OwnSettings& ownSettings;
-        ManagementValues& management;
+        JournalSettings& ownSettings;
+        PhoneValues& management;
         JournalLists& lists;
         ObserverNotifierIfc& notifier;
     };

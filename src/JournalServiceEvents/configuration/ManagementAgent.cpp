@@ -4,13 +4,13 @@
 #include "platform/management/ManageableData.h"
 #include "platform/management/UlmoTags.h"
 #include "platform/sync/CriticalSection.h"
-#include "src/JournalService/base/JournallingGate.h"
+#include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalServiceEvents/configuration/JournalRefresh.h"
-#include "src/JournalServiceEvents/configuration/ManagementValues.h"
-#include "src/JournalServiceEvents/configuration/OwnSettings.h"
+#include "src/JournalServiceEvents/configuration/JournalSettings.h"
+#include "src/JournalServiceEvents/configuration/PhoneValues.h"
 #include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
 
 namespace journal {
@@ -57,10 +57,10 @@ bool ManagementAgent::setKey(const std::string& key, const std::string& value, R
         return m_parts.ownSettings.updateEnabledState(value, reason);
     }
     if (key == "missed-logging") {
-        return setInvertible(key, value, "0", &OwnSettings::updateMissedLoggingState, reason);
+        return setInvertible(key, value, "0", &JournalSettings::updateMissedLoggingState, reason);
     }
     if (key == "delete-missed-when-called") {
-        return setInvertible(key, value, "1", &OwnSettings::updateDeleteMissedWhenCalledState, reason);
+        return setInvertible(key, value, "1", &JournalSettings::updateDeleteMissedWhenCalledState, reason);
     }
     setRejectReason(eRejectDataInvalid, reason, "Data invalid (%s) for JournalService", key.c_str());
     LOG_EVENTS(5, "%s is not available from this service.", key.c_str());
@@ -68,7 +68,7 @@ bool ManagementAgent::setKey(const std::string& key, const std::string& value, R
 }
 
 bool ManagementAgent::setInvertible(const std::string& key, const std::string& value, const char* trueForm,
-                                    bool (OwnSettings::*update)(const std::string&, RejectReason&),
+                                    bool (JournalSettings::*update)(const std::string&, RejectReason&),
                                     RejectReason& reason) {
     if (!ClientUtils::isStringBool(value)) {
         LOG_EVENTS(2, "JournalService::setData -> %s - invalid value\n", key.c_str());
@@ -118,9 +118,9 @@ void ManagementAgent::manageableDataChanged(ManageableData& data) {
     LOG_EVENTS(5, "manageableDataChanged [%s]=[%s]", key.c_str(), value.c_str());
     const bool isTrue = value == "true";
     if (key == "sntp-tz-offset") {
-        m_parts.management.readLocalMgmtData(ManagementValues::eTimeZone);
+        m_parts.management.readLocalMgmtData(PhoneValues::eTimeZone);
     } else if (key == "daylight-save" || key == "daylight-save-minutes") {
-        m_parts.management.readLocalMgmtData(ManagementValues::eDaylightSaving);
+        m_parts.management.readLocalMgmtData(PhoneValues::eDaylightSaving);
     } else if (asksForReload(key, value)) {
         m_parts.refresh.reloadEverything();
         if (key == "reload-conversations") {
@@ -133,7 +133,7 @@ void ManagementAgent::manageableDataChanged(ManageableData& data) {
     } else if (key == "server-based-features") {
         m_parts.settings.change([isTrue](SettingValues& values) { values.m_serverBasedFeatures = isTrue; });
     } else if (key == "system-identifier" || key == "call-log-control" || key == "reg-number") {
-        m_parts.management.readLocalMgmtData(ManagementValues::eSystem);
+        m_parts.management.readLocalMgmtData(PhoneValues::eSystem);
     } else if (key == "bt-hw-state") {
         followBluetooth(value == "on");
     } else if (key == "wsi-allow-uc-journal") {

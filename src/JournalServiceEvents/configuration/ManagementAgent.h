@@ -11,11 +11,11 @@ class ManageableData;
 namespace journal {
 
 class CstaMonitors;
-class JournallingGate;
+class JournalPolicy;
 class JournalLists;
 class JournalRefresh;
-class ManagementValues;
-class OwnSettings;
+class PhoneValues;
+class JournalSettings;
 class PhoneSettings;
 
 /// The journal's face to the phone's management: takes and gives the journal's own settings, and follows the values
@@ -24,10 +24,10 @@ class ManagementAgent {
 public:
     struct Parts {
         PhoneSettings& settings;
-        OwnSettings& ownSettings;
-        ManagementValues& management;
+        JournalSettings& ownSettings;
+        PhoneValues& management;
         CstaMonitors& monitors;
-        JournallingGate& gate;
+        JournalPolicy& gate;
         JournalLists& lists;
         JournalRefresh& refresh;
         std::atomic<bool>& visitorCallLogSavePending;
@@ -49,7 +49,8 @@ public:
 private:
     bool setKey(const std::string& key, const std::string& value, RejectReason& reason, bool result);
     bool setInvertible(const std::string& key, const std::string& value, const char* trueForm,
-                       bool (OwnSettings::*update)(const std::string&, RejectReason&), RejectReason& reason);
+                       bool (JournalSettings::*update)(const std::string&, RejectReason&),
+                       RejectReason& reason);
     void clearCallLog();
     void followCallLogState(const std::string& state);
     void allowCallLog();

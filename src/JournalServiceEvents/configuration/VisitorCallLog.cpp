@@ -4,10 +4,10 @@
 
 #include "platform/framework/Context.h"
 #include "platform/services/MobilityServiceIfc.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalServiceEvents/configuration/ManagementValues.h"
+#include "src/JournalService/base/PlatformServices.h"
+#include "src/JournalServiceEvents/configuration/PhoneValues.h"
 
 namespace journal {
 
@@ -19,9 +19,9 @@ constexpr int kSpreadMsPerByte = 14000;
 }  // namespace
 
 VisitorCallLog::~VisitorCallLog() {
-    if (m_collaborators.m_context != nullptr) {
-        m_collaborators.m_context->deleteTimer(m_autoSaveVisitorCallLogTimerId);
-        m_collaborators.m_context->deleteTimer(m_hourlyVisitorCallLogTimerId);
+    if (m_platform.m_context != nullptr) {
+        m_platform.m_context->deleteTimer(m_autoSaveVisitorCallLogTimerId);
+        m_platform.m_context->deleteTimer(m_hourlyVisitorCallLogTimerId);
     }
 }
 
@@ -39,7 +39,7 @@ int VisitorCallLog::getLastByteOfMacAddr(const std::string& macAddress) {
 }
 
 void VisitorCallLog::createFirstTimer() {
-    Context& context = *m_collaborators.m_context;
+    Context& context = *m_platform.m_context;
     std::string macAddress;
     if (!m_management.getUlmoValue("mac-addr", macAddress)) {
         context.startTimer(m_autoSaveVisitorCallLogTimerId);
@@ -60,13 +60,13 @@ void VisitorCallLog::onTimer(int id) {
     if (id == m_autoSaveVisitorCallLogTimerId) {
         startHourlyTimer();
     } else if (id == m_hourlyVisitorCallLogTimerId) {
-        m_collaborators.m_context->startTimer(id);
+        m_platform.m_context->startTimer(id);
         save();
     }
 }
 
 void VisitorCallLog::startHourlyTimer() {
-    Context& context = *m_collaborators.m_context;
+    Context& context = *m_platform.m_context;
     context.deleteTimer(m_autoSaveVisitorCallLogTimerId);
     m_autoSaveVisitorCallLogTimerId = -1;
     if (!m_settings.values()->isQorvex()) {
@@ -82,7 +82,7 @@ void VisitorCallLog::startHourlyTimer() {
 }
 
 void VisitorCallLog::save() {
-    auto* mobility = m_collaborators.m_mobilityService;
+    auto* mobility = m_platform.m_mobilityService;
     if (mobility == nullptr || !m_visitorCallLogSavePending.exchange(false)) {
         return;
     }

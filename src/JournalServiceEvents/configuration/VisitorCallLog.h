@@ -7,8 +7,8 @@ class Executable;
 
 namespace journal {
 
-class Collaborators;
-class ManagementValues;
+class PlatformServices;
+class PhoneValues;
 class PhoneSettings;
 
 /// Saves a visitor's call log at the management server from time to time: first an hour or more after start-up,
@@ -18,9 +18,9 @@ class PhoneSettings;
 class VisitorCallLog {
 public:
     /// The parts are borrowed and outlive this one; `handler` gets the timers' expiries and hands them to `onTimer`.
-    VisitorCallLog(const Collaborators& collaborators, const PhoneSettings& settings,
-                   const ManagementValues& management, std::atomic<bool>& savePending, Executable& handler)
-        : m_collaborators(collaborators),
+    VisitorCallLog(const PlatformServices& platform, const PhoneSettings& settings,
+                   const PhoneValues& management, std::atomic<bool>& savePending, Executable& handler)
+        : m_platform(platform),
           m_settings(settings),
           m_management(management),
           m_visitorCallLogSavePending(savePending),
@@ -45,9 +45,9 @@ private:
     void startHourlyTimer();
     void save();
 
-    const Collaborators& m_collaborators;
+    const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
-    const ManagementValues& m_management;
+    const PhoneValues& m_management;
     std::atomic<bool>& m_visitorCallLogSavePending;
     Executable& m_handler;
 

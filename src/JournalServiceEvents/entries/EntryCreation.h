@@ -13,7 +13,7 @@ class CallLogRequests;
 class ForwardedMissedRule;
 class JournalClock;
 class JournalLists;
-class ListMirror;
+class ListPersistence;
 class PartyNames;
 class PhoneSettings;
 
@@ -34,7 +34,7 @@ public:
         const JournalClock& clock;
         const PartyNames& names;
         JournalLists& lists;
-        ListMirror& mirror;
+        ListPersistence& persistence;
         CallLogRequests& requests;
         ObserverNotifierIfc& notifier;
         ForwardedMissedRule& forwardedMissed;

@@ -5,8 +5,8 @@
 #include "src/JournalService/base/Log.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
-#include "src/JournalServiceEvents/entries/EntryRoad.h"
 #include "src/JournalServiceEvents/entries/ForwardedMissedRule.h"
+#include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
 
 namespace journal {
 

@@ -6,8 +6,8 @@
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
-#include "src/JournalServiceEvents/entries/EntryRoad.h"
 #include "src/JournalServiceEvents/entries/ForwardedMissedRule.h"
+#include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
 
 namespace journal {
 
@@ -121,7 +121,7 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
     if (m_parts.loadAtFirstNeed) {
         m_parts.loadAtFirstNeed();
     }
-    m_parts.lists.recall<MissedCallItem>(isOfParty);
+    m_parts.lists.restore<MissedCallItem>(isOfParty);
     unsigned unviewed = 0;
     {
         const auto missed = m_parts.lists.list<MissedCallItem>().access();
@@ -131,7 +131,7 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
         }
         LOG_EVENTS(5, "%s():Found entry for '%s' - remove it from missed calls list",
                    "findAndDeleteMissedEntryWhenCalled", calledParty.c_str());
-        m_parts.mirror.updateMissedEntry(*found, CallListDatabaseAdapterHelper::DELETEREQUEST);
+        m_parts.persistence.updateMissedEntry(*found, CallListDatabaseAdapterHelper::DELETEREQUEST);
         missed->erase(found);
         unviewed = JournalLists::getUnviewedMissedCallsCount(*missed);
     }

@@ -6,7 +6,7 @@
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
-#include "src/JournalServiceEvents/entries/EntryRoad.h"
+#include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
 
 namespace journal {
 

@@ -7,8 +7,8 @@
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListMirror.h"
 #include "src/JournalService/lists/ListOrder.h"
+#include "src/JournalService/lists/ListPersistence.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 
 namespace journal {
@@ -73,13 +73,13 @@ void ForwardedMissedRule::takeBackMissedOccurrence(const Contact& contact) {
         infos.pop_front();
         if (infos.empty()) {
             LOG_EVENTS(5, "%s():removing whole entry", "sscfw_checkNewForwardedCall");
-            m_mirror.updateMissedEntry(item, CallListDatabaseAdapterHelper::DELETEREQUEST);
+            m_persistence.updateMissedEntry(item, CallListDatabaseAdapterHelper::DELETEREQUEST);
             missed->pop_front();
         } else {
             LOG_EVENTS(5, "%s():updating shortened info list", "sscfw_checkNewForwardedCall");
             item.setMissedCallInfoList(infos);
             item.setViewed(m_viewedBeforeMerge);
-            m_mirror.updateMissedEntry(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
+            m_persistence.updateMissedEntry(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
             MissedCallItem shortened = std::move(item);
             missed->pop_front();
             insertInOrder(*missed, std::move(shortened));

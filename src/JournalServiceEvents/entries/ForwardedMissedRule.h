@@ -7,7 +7,7 @@ namespace journal {
 
 class JournalClock;
 class JournalLists;
-class ListMirror;
+class ListPersistence;
 
 /// Keeps one call that is reported as missed and as forwarded, within five seconds, from standing in both lists:
 /// the forwarded entry is the one that stays.
@@ -16,9 +16,9 @@ class ListMirror;
 class ForwardedMissedRule {
 public:
     /// The parts are borrowed and outlive this one.
-    ForwardedMissedRule(const JournalClock& clock, JournalLists& lists, ListMirror& mirror,
+    ForwardedMissedRule(const JournalClock& clock, JournalLists& lists, ListPersistence& persistence,
                         ObserverNotifierIfc& notifier)
-        : m_clock(clock), m_lists(lists), m_mirror(mirror), m_notifier(notifier) {}
+        : m_clock(clock), m_lists(lists), m_persistence(persistence), m_notifier(notifier) {}
 
     /// False when the missed call is the call that was just forwarded. Otherwise it notes the time of this one.
     [[nodiscard]] bool sscfw_canAddMissedCall(const Contact& contact);
@@ -35,7 +35,7 @@ private:
 
     const JournalClock& m_clock;
     JournalLists& m_lists;
-    ListMirror& m_mirror;
+    ListPersistence& m_persistence;
     ObserverNotifierIfc& m_notifier;
 
     // Guarded by the caller's change. Seconds since 1970, -1 for none.

@@ -2,16 +2,16 @@
 
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 #include "platform/directory/DirectoryServiceIfc.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/base/PlatformServices.h"
 
 namespace journal {
 
 bool PartyNames::contactIsInPhonebook(Contact& contact) const {
     const std::string searched = contact.getSearchNumber();
-    auto* directory = m_collaborators.m_directoryService;
+    auto* directory = m_platform.m_directoryService;
     if (directory == nullptr || !directory->lookUpContact(contact)) {
         LOG_EVENTS(5, "contactIsInPhonebook: searched[%s] NOT found", searched.c_str());
         return false;
@@ -134,7 +134,7 @@ void PartyNames::populateDialledCallInfoTimeAndDate(DialledCallItem::DialledCall
 }
 
 bool PartyNames::isaFeatureAccessCode(const std::string& number) const {
-    auto* digits = m_collaborators.m_digitAnalysisService;
+    auto* digits = m_platform.m_digitAnalysisService;
     return digits != nullptr && digits->isFeatureAccessCode(number);
 }
 

@@ -7,7 +7,7 @@
 
 namespace journal {
 
-class Collaborators;
+class PlatformServices;
 class JournalClock;
 class PhoneSettings;
 
@@ -15,8 +15,8 @@ class PhoneSettings;
 /// Any thread may call; the parts are borrowed and outlive this one.
 class PartyNames {
 public:
-    PartyNames(const Collaborators& collaborators, const PhoneSettings& settings, const JournalClock& clock)
-        : m_collaborators(collaborators), m_settings(settings), m_clock(clock) {}
+    PartyNames(const PlatformServices& platform, const PhoneSettings& settings, const JournalClock& clock)
+        : m_platform(platform), m_settings(settings), m_clock(clock) {}
 
     /// Looks the contact's search number up; found, the phonebook has filled the contact in.
     [[nodiscard]] bool contactIsInPhonebook(Contact& contact) const;
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] bool isaFeatureAccessCode(const std::string& number) const;
 
 private:
-    const Collaborators& m_collaborators;
+    const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
     const JournalClock& m_clock;
 };

@@ -12,7 +12,7 @@
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
-#include "src/JournalServiceEvents/entries/EntryRoad.h"
+#include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
 
 namespace journal {
 
@@ -108,9 +108,9 @@ void CallBackEvents::set(const CallBackItem& news, const Contact& contact) {
             item.setEntryId(freeEntryId(*items, {}, m_parts.clock.createEntryId(item.getNumber())));
         }
         items->push_front(item);
-        m_parts.mirror.update(items->front(), CallListDatabaseAdapterHelper::WRITEREQUEST);
+        m_parts.persistence.update(items->front(), CallListDatabaseAdapterHelper::WRITEREQUEST);
         while (items->size() > kMaxItems) {
-            m_parts.mirror.update(items->back(), CallListDatabaseAdapterHelper::DELETEREQUEST);
+            m_parts.persistence.update(items->back(), CallListDatabaseAdapterHelper::DELETEREQUEST);
             items->pop_back();
         }
     }
@@ -131,7 +131,7 @@ void CallBackEvents::remove(const Contact& contact) {
             return;
         }
         entryId = known->getEntryId();
-        m_parts.mirror.update(*known, CallListDatabaseAdapterHelper::DELETEREQUEST);
+        m_parts.persistence.update(*known, CallListDatabaseAdapterHelper::DELETEREQUEST);
         items->erase(known);
     }
     m_parts.notifier.updateCallbacksAndCount(entryId);

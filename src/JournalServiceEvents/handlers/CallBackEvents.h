@@ -5,7 +5,7 @@
 
 #include "journal-items/CallBackItem.h"
 #include "journal-items/Contact.h"
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 
 class CSTACallBackEvent;
 class ObserverNotifierIfc;
@@ -14,7 +14,7 @@ namespace journal {
 
 class JournalClock;
 class JournalLists;
-class ListMirror;
+class ListPersistence;
 class PartyNames;
 
 /// Keeps the callback list as the switch reports it, one item for each party:
@@ -31,11 +31,11 @@ class CallBackEvents {
 public:
     /// Everything is borrowed and outlives this object.
     struct Parts {
-        const CallControlParts& callControl;
+        const CallControlContext& callControl;
         const JournalClock& clock;
         const PartyNames& names;
         JournalLists& lists;
-        ListMirror& mirror;
+        ListPersistence& persistence;
         ObserverNotifierIfc& notifier;
         /// Loads the lists when nobody has needed them before: a callback must find its item in the database.
         std::function<void()> loadAtFirstNeed{};

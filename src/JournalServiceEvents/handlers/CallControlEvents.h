@@ -1,6 +1,6 @@
 #pragma once
 
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 
 class CSTADeliveredEvent;
 class CSTADivertedEvent;
@@ -17,7 +17,7 @@ class CallControlRulesIfc;
 
 /// Takes the call-control events in. Every handler but Retrieved goes the same way:
 ///  1. log the event;
-///  2. leave an event alone that the journal does not want (`CallControlParts::acceptsEvents`);
+///  2. leave an event alone that the journal does not want (`CallControlContext::acceptsEvents`);
 ///  3. take the call-map lock and give the event to the rules of the phone's flavour, as it is configured now.
 /// Held and ConnectionCleared come in through `BlindTransfer`.
 ///
@@ -25,7 +25,7 @@ class CallControlRulesIfc;
 class CallControlEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlEvents(const CallControlParts& parts, CallControlRulesIfc& qorvexRules,
+    CallControlEvents(const CallControlContext& parts, CallControlRulesIfc& qorvexRules,
                       CallControlRulesIfc& sipRules)
         : m_parts(parts), m_qorvexRules(qorvexRules), m_sipRules(sipRules) {}
 
@@ -43,7 +43,7 @@ private:
     template <typename Event>
     void follow(const Event& event, void (CallControlRulesIfc::*rule)(const Event&));
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     CallControlRulesIfc& m_qorvexRules;
     CallControlRulesIfc& m_sipRules;
 };

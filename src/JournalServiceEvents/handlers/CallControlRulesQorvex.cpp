@@ -39,7 +39,7 @@ bool CallControlRulesQorvex::ignoreEventByCause(int cause) noexcept {
 }
 
 // What the phone dialled stays; whom it called takes the switch's own notation, which is how callers are noted too.
-void CallControlRulesQorvex::noteDialled(const CSTACallControlEvent& event) const {
+void CallControlRulesQorvex::recordDialled(const CSTACallControlEvent& event) const {
     const CSTADevice& called = event.getCalledDevice();
     Call* const call = m_parts.find(event);
     if (call == nullptr || !call->isOutgoing() || !isKnown(called)) {
@@ -53,7 +53,8 @@ void CallControlRulesQorvex::noteDialled(const CSTACallControlEvent& event) cons
     call->m_sCalledPartyName = called.name;
 }
 
-void CallControlRulesQorvex::noteRedirecting(const CSTACallControlEvent& event, const char* operation) const {
+void CallControlRulesQorvex::recordRedirecting(const CSTACallControlEvent& event,
+                                               const char* operation) const {
     const CSTADevice& redirecting = event.getLastRedirectionDevice();
     Call* const call = m_parts.find(event);
     if (call == nullptr || !isKnown(redirecting)) {
@@ -77,7 +78,7 @@ void CallControlRulesQorvex::originated(const CSTAOriginatedEvent& event) {
     }
     LOG_EVENTS(5, "%s():event not ignored", kOperation);
     m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
-    noteDialled(event);
+    recordDialled(event);
 }
 
 void CallControlRulesQorvex::offered(const CSTAOfferedEvent& event) {
@@ -100,7 +101,7 @@ void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
     if (calling.isLocal()) {
         // The phone's own call waits at a group.
         m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
-        noteDialled(event);
+        recordDialled(event);
         return;
     }
     m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling);
@@ -135,7 +136,7 @@ void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
     }
     deliveredByLocalConnection(event);
     if (cause == CSTA_EC_Redirected || cause == CSTA_EC_RedirectedByDistribution) {
-        noteRedirecting(event, kOperation);
+        recordRedirecting(event, kOperation);
         if (Call* const call = m_parts.find(event)) {
             call->m_redirected = true;
         }
@@ -164,7 +165,7 @@ void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent
             }
             m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId,
                          calledDeviceOf(event));
-            noteDialled(event);
+            recordDialled(event);
             break;
         case CSTA_LCS_Alerting:
         case CSTA_LCS_Null:
@@ -263,7 +264,7 @@ void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
     } else {
         establishedIncoming(call, event, direction);
     }
-    noteRedirecting(event, kOperation);
+    recordRedirecting(event, kOperation);
 }
 
 void CallControlRulesQorvex::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
@@ -283,7 +284,7 @@ void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablish
     if (call != nullptr && call->m_Direction == Call::eIncoming && call->m_State < Call::eEstablished) {
         fileCalledBack(*call, event);
     }
-    noteDialled(event);
+    recordDialled(event);
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
         LOG_EVENTS(5,
                    "%s():{%s} Outoing call established, someone other than the called device has answered, "
@@ -297,7 +298,7 @@ void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablish
                    reached.number.c_str(), reached.name.c_str());
         m_parts.pass(call, Call::eEstablished, direction, callId, reached);
     }
-    noteDialled(event);
+    recordDialled(event);
 }
 
 // The switch has called the phone in order to place a call for it (a callback, a click on a number): it rang here like an

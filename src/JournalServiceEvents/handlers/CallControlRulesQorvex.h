@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 #include "src/JournalServiceEvents/handlers/CallControlRulesIfc.h"
 
 class CSTACallControlEvent;
@@ -29,7 +29,8 @@ class EntryCreation;
 class CallControlRulesQorvex final : public CallControlRulesIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlRulesQorvex(const CallControlParts& parts, CallLogReadiness& readiness, EntryCreation& entries)
+    CallControlRulesQorvex(const CallControlContext& parts, CallLogReadiness& readiness,
+                           EntryCreation& entries)
         : m_parts(parts), m_readiness(readiness), m_entries(entries) {}
 
     void originated(const CSTAOriginatedEvent& event) override;
@@ -55,10 +56,10 @@ private:
     void fileCalledBack(const Call& call, const CSTAEstablishedEvent& event);
     void failedOnItsOwn(Call* call, const CSTAFailedEvent& event);
 
-    void noteDialled(const CSTACallControlEvent& event) const;
-    void noteRedirecting(const CSTACallControlEvent& event, const char* operation) const;
+    void recordDialled(const CSTACallControlEvent& event) const;
+    void recordRedirecting(const CSTACallControlEvent& event, const char* operation) const;
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     CallLogReadiness& m_readiness;
     EntryCreation& m_entries;
 };

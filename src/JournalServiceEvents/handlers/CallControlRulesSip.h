@@ -1,6 +1,6 @@
 #pragma once
 
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 #include "src/JournalServiceEvents/handlers/CallControlRulesIfc.h"
 
 namespace journal {
@@ -24,7 +24,7 @@ class LineDevices;
 class CallControlRulesSip final : public CallControlRulesIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlRulesSip(const CallControlParts& parts, const LineDevices& devices,
+    CallControlRulesSip(const CallControlContext& parts, const LineDevices& devices,
                         const BlindTransfer& blindTransfer)
         : m_parts(parts), m_devices(devices), m_blindTransfer(blindTransfer) {}
 
@@ -42,7 +42,7 @@ private:
     void establishedIncoming(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
     void establishedOutgoing(Call* call, const CSTAEstablishedEvent& event);
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     const LineDevices& m_devices;
     const BlindTransfer& m_blindTransfer;
 };

@@ -7,7 +7,7 @@
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
-#include "src/JournalServiceEvents/switch-log/FreshCallId.h"
+#include "src/JournalServiceEvents/switch-log/GenerateCallId.h"
 
 namespace journal {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 
 class CSTACallInformationEvent;
 
@@ -23,7 +23,7 @@ class JournalClock;
 class CallInformationEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    CallInformationEvents(const CallControlParts& parts, EntryCreation& entries, const JournalClock& clock)
+    CallInformationEvents(const CallControlContext& parts, EntryCreation& entries, const JournalClock& clock)
         : m_parts(parts), m_entries(entries), m_clock(clock) {}
 
     void handleCSTACallInformationEvent(CSTACallInformationEvent* event);
@@ -34,7 +34,7 @@ private:
     bool fileUnseenCall(const CSTACallInformationEvent& event);
     void takeName(const CSTACallInformationEvent& event);
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     EntryCreation& m_entries;
     const JournalClock& m_clock;
 };

@@ -19,13 +19,13 @@ void ConferenceEvents::handleCSTAConferencedEvent(CSTAConferencedEvent* event) {
     }
     const CallMap::Section section(m_parts.calls.m_callMapLock);
     if (settings->isSip()) {
-        noteSipConference(*event);
+        recordSipConference(*event);
     } else {
-        noteConference(*event);
+        recordConference(*event);
     }
 }
 
-void ConferenceEvents::noteConference(const CSTAConferencedEvent& event) {
+void ConferenceEvents::recordConference(const CSTAConferencedEvent& event) {
     const std::string& conferenceCallId = event.getConferenceCallID();
     QorvexConferencedCallID primary{event.getPrimaryoldcallCallID(), {}};
     QorvexConferencedCallID secondary{event.getSecondaryoldcallCallID(), {}};
@@ -96,7 +96,7 @@ Conferences::Members ConferenceEvents::membersOf(const QorvexConferencedCallID& 
     return members;
 }
 
-void ConferenceEvents::noteSipConference(const CSTAConferencedEvent& event) {
+void ConferenceEvents::recordSipConference(const CSTAConferencedEvent& event) {
     SipConference conference{event.getConferenceconnectionsNewconnectionCallID(1),
                              event.getPrimaryoldcallCallID(), event.getSecondaryoldcallCallID()};
     const auto& before = m_conferences.m_sipConference;

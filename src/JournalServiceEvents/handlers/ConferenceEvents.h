@@ -3,7 +3,7 @@
 #include <string>
 
 #include "src/JournalServiceEvents/calls/Conferences.h"
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 
 class CSTAConferencedEvent;
 class CSTAConferenceMembershipEvent;
@@ -17,22 +17,22 @@ namespace journal {
 class ConferenceEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    ConferenceEvents(const CallControlParts& parts, Conferences& conferences)
+    ConferenceEvents(const CallControlContext& parts, Conferences& conferences)
         : m_parts(parts), m_conferences(conferences) {}
 
     void handleCSTAConferencedEvent(CSTAConferencedEvent* event);
     void handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event);
 
 private:
-    void noteConference(const CSTAConferencedEvent& event);
+    void recordConference(const CSTAConferencedEvent& event);
     void expand(int index, const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
                 const std::string& secondaryCallId);
     void create(const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
                 const QorvexConferencedCallID& secondary);
     [[nodiscard]] Conferences::Members membersOf(const QorvexConferencedCallID& oldCall);
-    void noteSipConference(const CSTAConferencedEvent& event);
+    void recordSipConference(const CSTAConferencedEvent& event);
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     Conferences& m_conferences;
 };
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 #include "src/JournalServiceEvents/handlers/ConnectionClearedSinkIfc.h"
 
 namespace journal {
@@ -20,7 +20,7 @@ class PrivateEvents;
 class ConnectionClearedEvents final : public ConnectionClearedSinkIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    ConnectionClearedEvents(const CallControlParts& parts, Conferences& conferences,
+    ConnectionClearedEvents(const CallControlContext& parts, Conferences& conferences,
                             const BlindTransfer& blindTransfer, PrivateEvents& privateEvents)
         : m_parts(parts),
           m_conferences(conferences),
@@ -37,7 +37,7 @@ private:
     void linkWithHeldCall(Call& cleared);
     void endCall(const std::string& callId);
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     Conferences& m_conferences;
     const BlindTransfer& m_blindTransfer;
     PrivateEvents& m_privateEvents;

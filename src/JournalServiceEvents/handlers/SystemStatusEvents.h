@@ -1,6 +1,6 @@
 #pragma once
 
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 
 class CSTASystemStatusEvent;
 
@@ -16,7 +16,7 @@ struct CallLogReadiness;
 class SystemStatusEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    SystemStatusEvents(const CallControlParts& parts, Conferences& conferences, CallLogReadiness& readiness)
+    SystemStatusEvents(const CallControlContext& parts, Conferences& conferences, CallLogReadiness& readiness)
         : m_parts(parts), m_conferences(conferences), m_readiness(readiness) {}
 
     void handleCSTASystemStatusEvent(CSTASystemStatusEvent* event);
@@ -24,7 +24,7 @@ public:
 private:
     void resynchronise();
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     Conferences& m_conferences;
     CallLogReadiness& m_readiness;
 };

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/csta/CSTADevice.h"
-#include "src/JournalServiceEvents/handlers/CallControlParts.h"
+#include "src/JournalServiceEvents/handlers/CallControlContext.h"
 #include "src/JournalServiceEvents/handlers/ConnectionClearedSinkIfc.h"
 
 class CSTATransferredEvent;
@@ -23,7 +23,7 @@ class BlindTransfer;
 class TransferredEvents {
 public:
     /// Everything is borrowed and outlives this object. `sink` handles a clearing that was held back.
-    TransferredEvents(const CallControlParts& parts, BlindTransfer& blindTransfer,
+    TransferredEvents(const CallControlContext& parts, BlindTransfer& blindTransfer,
                       ConnectionClearedSinkIfc& sink)
         : m_parts(parts), m_blindTransfer(blindTransfer), m_sink(sink) {}
 
@@ -34,7 +34,7 @@ private:
     void endSecondaryCall(const CSTATransferredEvent& event);
     void endWait();
 
-    CallControlParts m_parts;
+    CallControlContext m_parts;
     BlindTransfer& m_blindTransfer;
     ConnectionClearedSinkIfc& m_sink;
 };

@@ -7,9 +7,9 @@
 #include "platform/csta/CSTAResponses.h"
 #include "platform/csta/CSTAServiceIfc.h"
 #include "platform/texts/communicationsServiceTexts.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/base/PlatformServices.h"
 
 namespace journal {
 
@@ -64,9 +64,9 @@ void CstaMonitors::store(CrossRef& buffer, const std::string& crossRef) {
 
 template <typename Response>
 Response* CstaMonitors::send(CSTARequest& request, const char* operation, const char* failure) const {
-    request.setSourceService(m_collaborators.m_self);
-    if (m_collaborators.m_cstaService != nullptr) {
-        m_collaborators.m_cstaService->request(request);
+    request.setSourceService(m_platform.m_self);
+    if (m_platform.m_cstaService != nullptr) {
+        m_platform.m_cstaService->request(request);
     }
     if (request.getResponseCode() != 0) {
         LOG_EVENTS(5, "%s():%s", operation, failure);
@@ -86,13 +86,13 @@ Response* CstaMonitors::send(CSTARequest& request, const char* operation, const 
 
 void CstaMonitors::CSTASystemRegister() {
     LOG_EVENTS(4, "JournalService::CSTASystemRegister - register with CSTA Service");
-    if (m_collaborators.m_cstaService == nullptr) {
+    if (m_platform.m_cstaService == nullptr) {
         return;
     }
     CSTASystemStatusRequest request;
-    request.setSourceService(m_collaborators.m_self);
+    request.setSourceService(m_platform.m_self);
     request.setCSTAEventIfc(&m_receiver);
-    m_collaborators.m_cstaService->request(request);
+    m_platform.m_cstaService->request(request);
     if (request.getResponseCode() != 0) {
         LOG_EVENTS(2, "JournalService() : response code is error");
     } else {
@@ -168,15 +168,15 @@ bool CstaMonitors::stopMonitoringBluetoothEvents() {
 
 std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
     LOG_EVENTS(5, "CSTAMonitor is started for Device: %s", device.c_str());
-    if (m_collaborators.m_cstaService == nullptr) {
+    if (m_platform.m_cstaService == nullptr) {
         LOG_EVENTS(3, "JournalService::startCSTAMonitor - Find CSTAServiceIfc - FAILED");
         return kNoMonitor;
     }
     CSTAMonitorStartRequest request;
-    request.setSourceService(m_collaborators.m_self);
+    request.setSourceService(m_platform.m_self);
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(device);
-    m_collaborators.m_cstaService->request(request);
+    m_platform.m_cstaService->request(request);
     if (request.getResponseCode() != 0) {
         LOG_EVENTS(3, "JournalService monitor start on %s - FAILED", device.c_str());
         return kNoMonitor;
@@ -193,14 +193,14 @@ std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
 
 void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) const {
     LOG_EVENTS(5, "CSTAMonitor is stopped for Device: %s", crossRef.c_str());
-    if (m_collaborators.m_cstaService == nullptr) {
+    if (m_platform.m_cstaService == nullptr) {
         LOG_EVENTS(3, "JournalService::stopCSTAMonitor - Find CSTAServiceIfc - FAILED");
         return;
     }
     CSTAMonitorStopRequest request;
-    request.setSourceService(m_collaborators.m_self);
+    request.setSourceService(m_platform.m_self);
     request.setMonitorCrossRefID(crossRef);
-    m_collaborators.m_cstaService->request(request);
+    m_platform.m_cstaService->request(request);
     if (request.getResponseCode() != 0) {
         LOG_EVENTS(3, "JournalService::stopCSTAMonitor : fail response from csta");
     } else {
@@ -211,7 +211,7 @@ void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) const {
 void CstaMonitors::changeMonitorFilter() {
     constexpr const char* kOperation = "readLocalMgmtData";
     const auto settings = m_settings.values();
-    if (settings->isSip() || m_collaborators.m_cstaService == nullptr) {
+    if (settings->isSip() || m_platform.m_cstaService == nullptr) {
         return;
     }
     LOG_EVENTS(5, "%s():begin change monitor filter", kOperation);

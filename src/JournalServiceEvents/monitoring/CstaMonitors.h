@@ -9,7 +9,7 @@ class CSTARequest;
 
 namespace journal {
 
-class Collaborators;
+class PlatformServices;
 class PhoneSettings;
 
 /// The journal's monitors at the switch: its own line, the Bluetooth telephone, and other devices on request.
@@ -19,8 +19,8 @@ class PhoneSettings;
 class CstaMonitors {
 public:
     /// The parts are borrowed and outlive this one; `receiver` gets the events of every monitor.
-    CstaMonitors(const Collaborators& collaborators, const PhoneSettings& settings, CSTAEventIfc& receiver)
-        : m_collaborators(collaborators), m_settings(settings), m_receiver(receiver) {}
+    CstaMonitors(const PlatformServices& platform, const PhoneSettings& settings, CSTAEventIfc& receiver)
+        : m_platform(platform), m_settings(settings), m_receiver(receiver) {}
     CstaMonitors(const CstaMonitors&) = delete;
     CstaMonitors& operator=(const CstaMonitors&) = delete;
     ~CstaMonitors() = default;
@@ -54,7 +54,7 @@ private:
     [[nodiscard]] Response* send(CSTARequest& request, const char* operation, const char* failure) const;
     static void store(CrossRef& buffer, const std::string& crossRef);
 
-    const Collaborators& m_collaborators;
+    const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
     CSTAEventIfc& m_receiver;
 

@@ -3,9 +3,9 @@
 #include "platform/csta/CSTASystemEvents.h"
 #include "platform/services/TeamServiceIfc.h"
 #include "platform/texts/communicationsServiceTexts.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/base/PlatformServices.h"
 #include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
 
 namespace journal {
@@ -58,7 +58,7 @@ bool LineDeviceEvents::logsMissedCalls(int deviceType, const std::string& device
     if (deviceType == kOwnLine || deviceId == communicationsServiceTexts::content_bluetoothDeviceId) {
         return true;
     }
-    auto* const team = m_collaborators.m_teamService;
+    auto* const team = m_platform.m_teamService;
     return team != nullptr && team->isLoggingMissedCalls(deviceId);
 }
 

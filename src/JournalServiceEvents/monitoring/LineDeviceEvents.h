@@ -8,7 +8,7 @@ class CSTASwitchingFunctionDevices;
 
 namespace journal {
 
-class Collaborators;
+class PlatformServices;
 class CstaMonitors;
 class PhoneSettings;
 
@@ -20,9 +20,9 @@ class PhoneSettings;
 class LineDeviceEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    LineDeviceEvents(const Collaborators& collaborators, const PhoneSettings& settings,
-                     CstaMonitors& monitors, LineDevices& devices)
-        : m_collaborators(collaborators), m_settings(settings), m_monitors(monitors), m_devices(devices) {}
+    LineDeviceEvents(const PlatformServices& platform, const PhoneSettings& settings, CstaMonitors& monitors,
+                     LineDevices& devices)
+        : m_platform(platform), m_settings(settings), m_monitors(monitors), m_devices(devices) {}
 
     void handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionDevices* event);
 
@@ -31,7 +31,7 @@ private:
     void serve(int deviceType, const std::string& deviceId);
     [[nodiscard]] bool logsMissedCalls(int deviceType, const std::string& deviceId) const;
 
-    const Collaborators& m_collaborators;
+    const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
     CstaMonitors& m_monitors;
     LineDevices& m_devices;

@@ -12,7 +12,7 @@
 #include "src/JournalServiceEvents/calls/CallMap.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
 #include "src/JournalServiceEvents/switch-log/CallLogRemoval.h"
-#include "src/JournalServiceEvents/switch-log/FreshCallId.h"
+#include "src/JournalServiceEvents/switch-log/GenerateCallId.h"
 #include "src/JournalServiceEvents/switch-log/LoweredPriority.h"
 #include "src/JournalServiceEvents/switch-log/SwitchTime.h"
 
@@ -26,18 +26,18 @@ constexpr const char* kOperation = "handleCallLogEntryEvent";
 
 /// Takes the phone out of server call-log mode for as long as it lives. A management that changes the mode meanwhile
 /// has the last word.
-class SuspendedEcho {
+class ScopedSuspendReporting {
 public:
-    explicit SuspendedEcho(PhoneSettings& settings) : m_settings(settings) {
+    explicit ScopedSuspendReporting(PhoneSettings& settings) : m_settings(settings) {
         m_settings.change([this](SettingValues& values) {
             m_systemIdentifier = values.m_systemIdentifier;
             m_serverBasedCallLog = values.m_serverBasedCallLog;
             values.m_serverBasedCallLog = false;
         });
     }
-    SuspendedEcho(const SuspendedEcho&) = delete;
-    SuspendedEcho& operator=(const SuspendedEcho&) = delete;
-    ~SuspendedEcho() {
+    ScopedSuspendReporting(const ScopedSuspendReporting&) = delete;
+    ScopedSuspendReporting& operator=(const ScopedSuspendReporting&) = delete;
+    ~ScopedSuspendReporting() {
         m_settings.change([this](SettingValues& values) {
             if (values.m_systemIdentifier == m_systemIdentifier) {
                 values.m_serverBasedCallLog = m_serverBasedCallLog;
@@ -132,7 +132,7 @@ void CallLogEvents::apply(const Entry& event) {
         return;
     }
     const JournalLists::Change change(m_parts.lists);
-    const SuspendedEcho suspended(m_parts.settings);
+    const ScopedSuspendReporting suspended(m_parts.settings);
     (this->*rule->apply)(event);
 }
 

@@ -10,8 +10,8 @@
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListMirror.h"
 #include "src/JournalService/lists/ListOrder.h"
+#include "src/JournalService/lists/ListPersistence.h"
 #include "src/JournalServiceEvents/switch-log/SwitchTime.h"
 
 // The common road is `CallLogRemoval::remove`; what differs stands in the policies:
@@ -19,7 +19,7 @@
 //     Item                              the list's items
 //     takesPart(info)                   whether a call may be the one that is meant
 //     write(mirror, item)               an item that has lost a call, into the database
-//     tellShortened, tellRemoved        the observers' calls; `change` is what happened. An item that has lost a call is told
+//     notifyShortened, notifyRemoved        the observers' calls; `change` is what happened. An item that has lost a call is told
 //                                       as a changed list: as an updated item it would look like one more call
 
 namespace journal {
@@ -45,14 +45,17 @@ struct AnyCall {
     static bool takesPart(const Info& /*info*/) {
         return true;
     }
-    static void write(ListMirror& mirror, Item& item) { mirror.update(item, Helper::WRITEREQUEST); }
+    static void write(ListPersistence& persistence, Item& item) {
+        persistence.update(item, Helper::WRITEREQUEST);
+    }
 };
 
 struct MissedPolicy : AnyCall<MissedCallItem> {
-    static void tellShortened(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
+    static void notifyShortened(ObserverNotifierIfc& notifier, JournalLists& /*lists*/,
+                                const Changed& change) {
         notifier.updateMissedCallCountAndCalls(change.unviewed);
     }
-    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
+    static void notifyRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
         notifier.updateMissedCallCountAndCalls(change.unviewed, change.uniqueId);
     }
 };
@@ -61,28 +64,29 @@ struct MissedGroupPolicy : MissedPolicy {
     static bool takesPart(const MissedCallItem::MissedCallInfo& info) {
         return info.getLogTarget() == CallLogEntryEvent::eMissedGroup || !info.getLineKey().empty();
     }
-    static void write(ListMirror& mirror, Item& item) {
-        mirror.update(item, Helper::DELETEREQUEST);
+    static void write(ListPersistence& persistence, Item& item) {
+        persistence.update(item, Helper::DELETEREQUEST);
         item.setUniqueId({});
-        mirror.update(item, Helper::WRITEREQUEST);
+        persistence.update(item, Helper::WRITEREQUEST);
     }
 };
 
 struct DialledPolicy : AnyCall<DialledCallItem> {
-    static void tellShortened(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed& /*change*/) {
+    static void notifyShortened(ObserverNotifierIfc& notifier, JournalLists& lists,
+                                const Changed& /*change*/) {
         notifier.updateDialledCalls(lists.getFrontDialledCall());
     }
-    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed& change) {
+    static void notifyRemoved(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed& change) {
         notifier.updateDialledCalls(lists.getFrontDialledCall(), change.uniqueId);
     }
 };
 
 struct ReceivedPolicy : AnyCall<ReceivedCallItem> {
-    static void tellShortened(ObserverNotifierIfc& notifier, JournalLists& /*lists*/,
-                              const Changed& /*change*/) {
+    static void notifyShortened(ObserverNotifierIfc& notifier, JournalLists& /*lists*/,
+                                const Changed& /*change*/) {
         notifier.updateReceivedCalls();
     }
-    static void tellRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
+    static void notifyRemoved(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const Changed& change) {
         notifier.updateReceivedCalls(change.uniqueId);
     }
 };
@@ -135,7 +139,7 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
         return info.getNumber() == number && Policy::takesPart(info) &&
                isNotLater(operation, entryTime, timeOf(info));
     };
-    m_parts.lists.recall<Item>([&isMeant](const Item& item) {
+    m_parts.lists.restore<Item>([&isMeant](const Item& item) {
         const auto& infos = occurrencesOf(item);
         return std::any_of(infos.begin(), infos.end(), isMeant);
     });
@@ -152,10 +156,10 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
         change.uniqueId = item->getUniqueId();
         change.gone = occurrencesOf(*item).empty();
         if (change.gone) {
-            m_parts.mirror.update(*item, Helper::DELETEREQUEST);
+            m_parts.persistence.update(*item, Helper::DELETEREQUEST);
             items->erase(item);
         } else {
-            Policy::write(m_parts.mirror, *item);
+            Policy::write(m_parts.persistence, *item);
             Item shortened = std::move(*item);
             items->erase(item);
             insertInOrder(*items, std::move(shortened),
@@ -166,9 +170,9 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
         }
     }
     if (change.gone) {
-        Policy::tellRemoved(m_parts.notifier, m_parts.lists, change);
+        Policy::notifyRemoved(m_parts.notifier, m_parts.lists, change);
     } else {
-        Policy::tellShortened(m_parts.notifier, m_parts.lists, change);
+        Policy::notifyShortened(m_parts.notifier, m_parts.lists, change);
     }
 }
 

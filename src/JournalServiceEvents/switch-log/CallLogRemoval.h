@@ -7,7 +7,7 @@
 namespace journal {
 class JournalClock;
 class JournalLists;
-class ListMirror;
+class ListPersistence;
 class PhoneSettings;
 }  // namespace journal
 class CallInfo;
@@ -33,7 +33,7 @@ public:
         const PhoneSettings& settings;
         const JournalClock& clock;
         JournalLists& lists;
-        ListMirror& mirror;
+        ListPersistence& persistence;
         ObserverNotifierIfc& notifier;
         /// Loads the lists when nobody has needed them before: a call that only the database has is to go from there.
         std::function<void()> loadAtFirstNeed{};

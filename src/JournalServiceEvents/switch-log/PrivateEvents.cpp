@@ -1,7 +1,7 @@
 #include "src/JournalServiceEvents/switch-log/PrivateEvents.h"
 
 #include "platform/csta/CSTAPrivateEvents.h"
-#include "src/JournalService/base/JournallingGate.h"
+#include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"

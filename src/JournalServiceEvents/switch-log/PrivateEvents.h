@@ -8,7 +8,7 @@ namespace journal {
 class CallLogEvents;
 struct CallLogReadiness;
 class CallMap;
-class JournallingGate;
+class JournalPolicy;
 class PhoneSettings;
 
 /// Decides when an entry of the switch's own call log is applied. A phone that follows calls by their events applies it
@@ -30,7 +30,7 @@ public:
     struct Parts {
         CallMap& calls;
         const PhoneSettings& settings;
-        const JournallingGate& gate;
+        const JournalPolicy& gate;
         CallLogReadiness& readiness;
         CallLogEvents& events;
     };

@@ -90,7 +90,7 @@ public:
                                               m_database, m_pool, m_alarms);
         m_line->start();
         m_journal = dynamic_cast<Journal*>(m_line->journal());
-        m_observer.setDuring([this](const journaltest::Callback& callback) { noteChange(callback); });
+        m_observer.setDuring([this](const journaltest::Callback& callback) { recordChange(callback); });
         m_journal->subscribeForJournalEvents(&m_observer);
     }
     ~PhoneAtSwitch() {
@@ -169,7 +169,7 @@ public:
     }
 
 private:
-    void noteChange(const journaltest::Callback& callback) {
+    void recordChange(const journaltest::Callback& callback) {
         if (callback.action > JournalServiceObserverIfc::eItemUpdated) {
             return;
         }

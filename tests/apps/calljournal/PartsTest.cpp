@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "apps/calljournal/ListAnswer.h"
+#include "apps/calljournal/ListResponse.h"
 #include "apps/calljournal/ListTable.h"
-#include "apps/calljournal/WatchLine.h"
+#include "apps/calljournal/WatchText.h"
 #include "host/log/Log.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
@@ -13,12 +13,12 @@ namespace {
 
 using Helper = JournalServiceHelper;
 
-TEST(ListAnswer, IsNoneForAFailureAndForWhatIsNoList) {
+TEST(ListResponse, IsNoneForAFailureAndForWhatIsNoList) {
     Log::configure("error", "");  // lines about what cannot be read are not needed here
-    EXPECT_EQ(readListAnswer(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
+    EXPECT_EQ(readListResponse(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
               R"({"list":"dialled","total":0,"unviewed":0,"items":[]})");
     for (const std::string& none : {std::string(Helper::FAILURE), std::string("<broken"), std::string()}) {
-        EXPECT_FALSE(readListAnswer(ListName::eMissed, none, {})) << none;
+        EXPECT_FALSE(readListResponse(ListName::eMissed, none, {})) << none;
     }
 }
 
@@ -42,7 +42,7 @@ TEST(ListTable, AlignsCutsAndLeavesOutColumnsByWhatATerminalShows) {
               "* 06:22  山田山…   +491555…  2026-11-21T05:22:05Z2A\n");
 }
 
-TEST(WatchLine, SaysChangesAndCountsInSentencesAndInObjects) {
+TEST(WatchText, SaysChangesAndCountsInSentencesAndInObjects) {
     ForwardedCallItem forwarded;
     forwarded.setEntryId("e1");
     forwarded.setSurname("Ann\n\x1b[2J");

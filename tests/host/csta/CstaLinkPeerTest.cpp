@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/DeviceInquiry.h"
+#include "host/csta/DeviceDiscovery.h"
 #include "tests/host/csta/LinkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/Table.h"
@@ -219,7 +219,7 @@ TEST_F(CstaLinkDevices, AreThoseThatTheSwitchNamesOrElseThoseOfTheConfiguration)
     link->releaseService(other);
 
     std::string directory;
-    for (std::size_t i = 0; i <= host::DeviceInquiry::kMostDevices; ++i) {
+    for (std::size_t i = 0; i <= host::DeviceDiscovery::kMostDevices; ++i) {
         directory += std::to_string(3000 + i) + " ";
     }
     id = askedAgain();

@@ -15,7 +15,7 @@ namespace {
 
 using linktest::LinkTest;
 using testing::ElementsAre;
-using Answering = host::SwitchAnswering;
+using Answering = host::ResponseMode;
 
 constexpr auto kReceived = host::SwitchLogEntry::Direction::eReceived;
 
@@ -51,11 +51,11 @@ TEST_F(CstaLinkAtSwitch, TellsTheStatusAndMonitorsAgainHoweverOftenTheSwitchStop
     EXPECT_TRUE(switchGets("MonitorStart", 2));
     simulator.stopMonitors("2001");
     EXPECT_TRUE(switchGets("MonitorStart", 3));
-    simulator.setAnswering("MonitorStart", Answering::eRefuse);
+    simulator.setResponseMode("MonitorStart", Answering::eRefuse);
     simulator.dropClients();
     EXPECT_TRUE(becomes("away"));
     EXPECT_TRUE(switchGets("MonitorStart", 6));
-    simulator.setAnswering("MonitorStart", Answering::eNormally);
+    simulator.setResponseMode("MonitorStart", Answering::eNormally);
     EXPECT_TRUE(becomes("monitoring"));
     EXPECT_EQ(phone.events.await(7).size(), 7U);
     phone.onEvent([](const CSTAEvent& event) { EXPECT_EQ(event.getMonitorCrossRefID(), "M1"); });
@@ -88,7 +88,7 @@ TEST_F(CstaLinkAtSwitch, TellsARefusalFromSilenceAndFromAnotherAnswer) {
         {"MonitorStart", Answering::eNormally, "ok M5"},
     };
     for (const auto& [request, answering, outcome] : cases) {
-        simulator.setAnswering(request, answering);
+        simulator.setResponseMode(request, answering);
         EXPECT_EQ(*request == 'E' ? escape(CallLogEntryRequest::eDeleteAll) : startMonitor(), outcome);
     }
     EXPECT_TRUE(becomes("monitoring"));
@@ -97,7 +97,7 @@ TEST_F(CstaLinkAtSwitch, TellsARefusalFromSilenceAndFromAnotherAnswer) {
 
 TEST_F(CstaLinkAtSwitch, EndsAWaitingRequestWithItsConnectionAndWithItself) {
     startConnected(configFor(simulator.port()));
-    simulator.setAnswering("MonitorStart", Answering::eNever);
+    simulator.setResponseMode("MonitorStart", Answering::eNever);
     const auto wait = [this](std::size_t nth) {
         std::future<std::string> waiting = std::async(std::launch::async, [this] { return startMonitor(); });
         EXPECT_TRUE(switchGets("MonitorStart", nth));
@@ -134,9 +134,9 @@ TEST_F(CstaLinkAtSwitch, ServesRequestsOfSeveralThreadsAtOnce) {
 
 TEST_F(CstaLinkAtSwitch, DeliversNothingOnceAMonitorIsStopped) {
     startMonitored();
-    simulator.setAnswering("MonitorStop", Answering::eRefuse);
+    simulator.setResponseMode("MonitorStop", Answering::eRefuse);
     EXPECT_EQ(stopMonitor("M1"), "refused generic");
-    simulator.setAnswering("MonitorStop", Answering::eNormally);
+    simulator.setResponseMode("MonitorStop", Answering::eNormally);
     // Stopped from inside the first event, while the others are already on their way to the strand.
     phone.onEvent(
         [&](const CSTAEvent& event) { EXPECT_EQ(stopMonitor(event.getMonitorCrossRefID()), "ok"); });
@@ -189,14 +189,14 @@ TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
 }
 
 TEST_F(CstaLinkAtSwitch, OpensAnApplicationSessionFirst) {
-    simulator.setAnswering("StartApplicationSession", Answering::eRefuse);
+    simulator.setResponseMode("StartApplicationSession", Answering::eRefuse);
     host::CstaLinkConfig config = configFor(simulator.port());
     config.session = "application-session";
     startLink(config);
     EXPECT_EQ(startMonitor(), "ok M1");
     EXPECT_TRUE(switchGets("StartApplicationSession", 3));
     EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 0U);
-    simulator.setAnswering("StartApplicationSession", Answering::eNormally);
+    simulator.setResponseMode("StartApplicationSession", Answering::eNormally);
     EXPECT_TRUE(becomes("monitoring"));
 }
 

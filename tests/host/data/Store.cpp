@@ -45,7 +45,7 @@ void append(std::string& all, const char* title, const Items& items) {
 }
 
 /// What an answer of any list holds, in the order of the lists.
-std::string textOfAnswer(const std::string& answer) {
+std::string textOfResponse(const std::string& answer) {
     if (answer == Helper::FAILED) {
         return answer;
     }
@@ -118,7 +118,7 @@ std::string Store::does(Words words) {
     if (verb == "read") {
         std::string fields = words.size() > 3 ? Helper::createXMLField(Helper::OFFSET, words[3]) : "";
         fields += words.size() > 2 ? Helper::createXMLField(Helper::ROWLIMIT, words[2]) : "";
-        return textOfAnswer(access.processRequest(request(Helper::READREQUEST, list, fields)));
+        return textOfResponse(access.processRequest(request(Helper::READREQUEST, list, fields)));
     }
     if (verb == "remove" || verb == "empty") {
         const std::string body = verb == "empty" ? Helper::allEntries() : keysOf(words);

@@ -232,7 +232,7 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
 
 TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {
     host::PhonebookInvoker invoker;
-    const auto answerTo = [&invoker](const std::string& text, Executable* target) {
+    const auto responseTo = [&invoker](const std::string& text, Executable* target) {
         journaltest::RecordingResponse response;
         invoker.handleMessage(target, text.data(), static_cast<int>(text.size()), &response);
         return response.payload();
@@ -240,23 +240,23 @@ TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {
     journalxml::PhonebookImport import;
     Contact contact = contactOf("surname=M\xff & <failure>;office=4711;");
     ASSERT_TRUE(import.add(contact));
-    const auto imported = journalxml::parsePhonebookImported(answerTo(import.text(), &m_phonebook));
+    const auto imported = journalxml::parsePhonebookImported(responseTo(import.text(), &m_phonebook));
     ASSERT_TRUE(imported && imported->added == 1U);
     const std::string read = journalxml::buildPhonebookRead({{}, "m", 0, 5});
-    const auto page = journalxml::parsePhonebookPage(answerTo(read, &m_phonebook));
+    const auto page = journalxml::parsePhonebookPage(responseTo(read, &m_phonebook));
     ASSERT_TRUE(page && page->total == 1U);
     EXPECT_EQ(page->contacts.at(0).getSurname(), contact.getSurname());
     for (const std::string& bad :
          {std::string(), std::string("<PhonebookRequest/>"), read.substr(0, 80),
           std::string("<PhonebookRequest><Operation>import</Operation></PhonebookRequest>"),
           std::string("<r><Method>2</Method></r>")}) {
-        EXPECT_EQ(answerTo(bad, &m_phonebook), "failure") << bad;
+        EXPECT_EQ(responseTo(bad, &m_phonebook), "failure") << bad;
     }
-    EXPECT_EQ(answerTo(read, nullptr), "failure");
+    EXPECT_EQ(responseTo(read, nullptr), "failure");
 
     m_database.otherConnection().exec("ALTER TABLE contact RENAME TO hidden");
-    EXPECT_EQ(answerTo(read, &m_phonebook), "failure");
-    EXPECT_EQ(answerTo(import.text(), &m_phonebook), "failure");
+    EXPECT_EQ(responseTo(read, &m_phonebook), "failure");
+    EXPECT_EQ(responseTo(import.text(), &m_phonebook), "failure");
     journaltest::CapturedLog::reset();
     contact.setUniqueId("1");
     EXPECT_EQ(whoHas("4711") + knows(contact), "failed");

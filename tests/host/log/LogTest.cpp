@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/log/LineText.h"
+#include "host/log/LogText.h"
 #include "platform/logging/Logging.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -27,7 +27,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::SizeIs;
 
-TEST(LineText, ShowsWhatCouldBreakOrForgeALine) {
+TEST(LogText, ShowsWhatCouldBreakOrForgeALine) {
     const std::pair<std::string, const char*> rows[] = {
         {"calling 4711", "calling 4711"},
         {"", ""},
@@ -47,7 +47,7 @@ TEST(LineText, ShowsWhatCouldBreakOrForgeALine) {
     }
 }
 
-TEST(LineText, CutsALongTextAndSaysHowMuchIsMissing) {
+TEST(LogText, CutsALongTextAndSaysHowMuchIsMissing) {
     const std::string longest(kMaxLogText, 'x');
     EXPECT_EQ(lineText(longest), longest);
     EXPECT_EQ(lineText(longest + "yyy"), longest + " ... (3 bytes more)");

@@ -10,11 +10,11 @@ using testing::IsEmpty;
 using testing::Key;
 using testing::Pair;
 
-using ManagementValues = journaltest::ManagementFixture;
+using PhoneValues = journaltest::ManagementFixture;
 
 // Every row is a run of the program: what the file and the command line say, what is written, and the value then. "-" is
 // nothing, "''" is an empty text.
-TEST_F(ManagementValues, ComeFromWhereTheyWereSetLast) {
+TEST_F(PhoneValues, ComeFromWhereTheyWereSetLast) {
     for (const auto& row : journaltest::table(5, R"(
         k     | file    | -       | -        | file
         k     | file    | -       | run time | run time
@@ -41,7 +41,7 @@ TEST_F(ManagementValues, ComeFromWhereTheyWereSetLast) {
     }
 }
 
-TEST_F(ManagementValues, AreFilledInAsFarAsTheLineHasThem) {
+TEST_F(PhoneValues, AreFilledInAsFarAsTheLineHasThem) {
     start({{"a", "1"}, {"c", "3"}});
     ManageableData data;
     for (const char* const key : {"a", "b", "c"}) {
@@ -57,7 +57,7 @@ TEST_F(ManagementValues, AreFilledInAsFarAsTheLineHasThem) {
     EXPECT_THAT(other.values(), ElementsAre(Pair("k", "theirs")));
 }
 
-TEST_F(ManagementValues, AreStoredAllTogetherOrNotAtAll) {
+TEST_F(PhoneValues, AreStoredAllTogetherOrNotAtAll) {
     start({{"good", "old"}});
     ManageableData data = journaltest::dataOf("good", "new");
     data.setRootId("no-value", nullptr);
@@ -77,7 +77,7 @@ TEST_F(ManagementValues, AreStoredAllTogetherOrNotAtAll) {
     EXPECT_EQ(valueOf(longest.substr(0, 100)), longest);
 }
 
-TEST_F(ManagementValues, ThatCannotBeStoredStayAsTheyWereAndTellNobody) {
+TEST_F(PhoneValues, ThatCannotBeStoredStayAsTheyWereAndTellNobody) {
     start({{"k", "old"}});
     journaltest::RecordingAgent agent;
     management().observe("k", agent);

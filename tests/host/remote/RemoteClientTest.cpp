@@ -17,8 +17,8 @@ using RemoteClientTest = remotetest::RemoteFixture;
 TEST_F(RemoteClientTest, CallsAndKeepsNotificationsThatComeMeanwhile) {
     m_invoker.m_meanwhile = [this](const std::string& request) {
         if (request == "change") {
-            m_service.tellAll(1);
-            m_service.tellAll(2);
+            m_service.notifyAll(1);
+            m_service.notifyAll(2);
         }
     };
     serve();
@@ -36,7 +36,7 @@ TEST_F(RemoteClientTest, CallsAndKeepsNotificationsThatComeMeanwhile) {
 
 TEST_F(RemoteClientTest, TakesItsOwnAnswerOnlyAndEndsAConnectionOfSomethingElse) {
     const auto answer = [](std::uint32_t id, const char* text) {
-        return RemoteFrame::encode(RemoteFrame::Kind::eAnswer, id, text);
+        return RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text);
     };
     const std::pair<std::string, std::string> rows[] = {
         {answer(7, "late") + answer(1, "right"), "right"},

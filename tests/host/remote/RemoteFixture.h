@@ -63,7 +63,7 @@ public:
         return frame ? static_cast<char>(frame->kind) + std::to_string(frame->id) + ' ' + frame->text : "";
     }
     /// The next answer, or empty; notifications before it are passed over.
-    [[nodiscard]] std::string readAnswer() const {
+    [[nodiscard]] std::string readResponse() const {
         std::string frame;
         do {
             frame = read();
@@ -102,7 +102,7 @@ public:
         return !m_observers.extract(observer).empty();
     }
     /// Tells every subscriber, once for each of its subscriptions, as the journal does: under its lock.
-    void tellAll(int count) {
+    void notifyAll(int count) {
         const std::lock_guard lock(m_mutex);
         for (JournalServiceObserverIfc* observer : m_observers) {
             observer->missedCallsCountUpdate(count);
@@ -210,17 +210,17 @@ protected:
         RawClient client = connect();
         for (int turn = 0; turn < times; ++turn) {
             client.request(1, "subscribe");
-            EXPECT_EQ(client.readAnswer(), "A1 yes");
+            EXPECT_EQ(client.readResponse(), "A1 yes");
         }
         return client;
     }
     /// Whether the server still answers.
     [[nodiscard]] static bool answers(const RawClient& client) {
         client.request(99, "are you there");
-        return client.readAnswer() == "A99 are you there";
+        return client.readResponse() == "A99 are you there";
     }
     /// Stops the server; nobody may be left then.
-    void expectNobodyLeftAtStop() {
+    void expectNoClientLeftAtStop() {
         m_server->stop();
         EXPECT_EQ(m_service.subscriptions(), 0U);
         EXPECT_EQ(m_proxies, 0);

@@ -25,7 +25,7 @@ std::string outcomeOf(const std::string& step, ClientBacklog& backlog) {
         return taken ? std::to_string(taken->size()) : "none";
     }
     std::string frame(std::stoul(step.substr(1)), 'x');
-    switch (step.front() == 'n' ? backlog.addNotification(frame) : backlog.addAnswer(frame)) {
+    switch (step.front() == 'n' ? backlog.addNotification(frame) : backlog.addResponse(frame)) {
         case ClientBacklog::Added::eQueued: return "queued";
         case ClientBacklog::Added::eWakeUp: return "wake";
         case ClientBacklog::Added::eOverflow: return "overflow";
@@ -55,7 +55,7 @@ TEST(ClientBacklog, WakesAnIdleWriterAndHoldsNotificationsUpToItsBound) {
 TEST(RemoteFrame, StandsOnTheWireAsTheDocumentationShows) {
     EXPECT_EQ(RemoteFrame::encode(Kind::eRequest, 1, "<r><Method>2</Method></r>"),
               "\0\0\0\x1eQ\0\0\0\x01<r><Method>2</Method></r>"s);
-    EXPECT_EQ(RemoteFrame::encode(Kind::eAnswer, 0xFFEEDDCC, ""), "\0\0\0\x05"s + "A\xFF\xEE\xDD\xCC");
+    EXPECT_EQ(RemoteFrame::encode(Kind::eResponse, 0xFFEEDDCC, ""), "\0\0\0\x05"s + "A\xFF\xEE\xDD\xCC");
     const std::string longer = RemoteFrame::encode(Kind::eNotification, 0, std::string(0x012345, 'x'));
     EXPECT_EQ(longer.substr(0, 9), "\0\x01\x23\x4AN\0\0\0\0"s);
 }

@@ -62,14 +62,14 @@ TEST_F(RemoteServerTest, WhileRequestsAreAtWorkTheirClientsAreToldOfChangesAndOt
         waiting.back().request(2, "slow");
     }
     begun.wait();
-    m_service.tellAll(3);
+    m_service.notifyAll(3);
     EXPECT_EQ(client.read(), "N0 count 3");
     other.request(3, "quick");
     EXPECT_EQ(other.read(), "A3 quick") << "and a client that has not subscribed is told nothing";
     m_released.count_down();
     EXPECT_EQ(client.read(), "A2 slow");
     for (int count = 0; count < 200; ++count) {
-        m_service.tellAll(count);
+        m_service.notifyAll(count);
     }
     for (int count = 0; count < 200; ++count) {
         EXPECT_EQ(client.read(), "N0 count " + std::to_string(count));
@@ -88,7 +88,7 @@ TEST_F(RemoteServerTest, AClientThatGoesWhileItsRequestIsAtWorkIsUnsubscribedBeh
     std::thread stopper([this] { m_server->stop(); });
     m_released.count_down();
     stopper.join();
-    expectNobodyLeftAtStop();
+    expectNoClientLeftAtStop();
 }
 
 // Clients come, subscribe, are told and go, while somebody changes the journal all the time.
@@ -97,7 +97,7 @@ TEST_F(RemoteServerTest, ClientsMayComeAndGoWhileTheJournalChanges) {
     std::atomic<bool> done{false};
     std::thread changer([&] {
         for (int count = 0; !done; ++count) {
-            m_service.tellAll(count);
+            m_service.notifyAll(count);
             std::this_thread::yield();
         }
     });
@@ -112,7 +112,7 @@ TEST_F(RemoteServerTest, ClientsMayComeAndGoWhileTheJournalChanges) {
         });
     }
     users.clear();  // waits for them
-    expectNobodyLeftAtStop();
+    expectNoClientLeftAtStop();
     done = true;
     changer.join();
 }
@@ -123,7 +123,7 @@ TEST_F(RemoteServerTest, WhatIsNoRequestAndWhatCannotBeAnsweredClosesThatClientO
     };
     const std::pair<std::string, std::string> rows[] = {
         {"GET / HTTP/1.1\r\n\r\n"s, "it announced a frame of an impossible length"},
-        {frame(RemoteFrame::Kind::eAnswer, "text"), "it sent a frame that is no request"},
+        {frame(RemoteFrame::Kind::eResponse, "text"), "it sent a frame that is no request"},
         {"\0\0\0\x06Z\0\0\0\1x"s, "it sent a frame that is no request"},
         {frame(RemoteFrame::Kind::eRequest, "silent"), "its request was not answered"},
         {frame(RemoteFrame::Kind::eRequest, "big " + std::to_string(RemoteFrame::kMaxTextBytes + 1)),
@@ -148,12 +148,12 @@ TEST_F(RemoteServerTest, AClientThatDoesNotReadIsCutOffAndHoldsUpNobody) {
 
     // More than the backlog and what the system buffers for a socket together.
     for (int count = 0; count < 100000; ++count) {
-        m_service.tellAll(count);
+        m_service.notifyAll(count);
     }
     EXPECT_TRUE(answers(other));
     deaf.awaitClosed();
     EXPECT_EQ(CapturedLog::count("is cut off: it does not read what it is sent"), 1) << CapturedLog::dump();
-    expectNobodyLeftAtStop();
+    expectNoClientLeftAtStop();
 }
 
 TEST_F(RemoteServerTest, TurnsAwayClientsBeyondTheLimitUntilOneLeaves) {

@@ -118,7 +118,7 @@ TEST(DemoScenario, BringsManyKindsOfCallsAtALivelyPace) {
     EXPECT_GE(demo.callCount(), 10U);
     EXPECT_LE(demo.waitTime() / demo.callCount(), std::chrono::seconds(7));
     for (const Action kind :
-         {Action::eGiveUp, Action::eAnswer, Action::eBusy, Action::eNoAnswer, Action::eDivert,
+         {Action::eGiveUp, Action::eResponse, Action::eBusy, Action::eNoAnswer, Action::eDivert,
           Action::eElsewhere, Action::eHold, Action::eTransfer, Action::eJoin, Action::eCallBackSet}) {
         const auto isOfKind = [kind](const ScenarioStep& step) { return step.action == kind; };
         EXPECT_TRUE(std::any_of(demo.steps().begin(), demo.steps().end(), isOfKind));

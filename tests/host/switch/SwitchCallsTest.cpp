@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "host/switch/call-log/SwitchCallLog.h"
+#include "host/switch/call-log/CallLog.h"
 #include "tests/host/switch/SwitchFixture.h"
 #include "tests/support/Table.h"
 
 namespace {
 
-using host::SwitchCallLog;
+using host::CallLog;
 using journaltest::table;
 using switchtest::Client;
 using switchtest::Switch;
@@ -120,8 +120,8 @@ call c from 1; ring c                                                           
     }
 }
 
-TEST(SwitchCallLog, DeletesTheGroupThatIsMeantAndTellsNothingOfAnEmptyLog) {
-    SwitchCallLog log;
+TEST(CallLog, DeletesTheGroupThatIsMeantAndTellsNothingOfAnEmptyLog) {
+    CallLog log;
     static_cast<void>(log.file(Entry::eMissed, {"1", "", ""}));
     static_cast<void>(log.file(Entry::eMissedGroup, {"2", "", "Sales"}));
     CallLogEntryRequest request;
@@ -139,16 +139,16 @@ TEST(SwitchCallLog, DeletesTheGroupThatIsMeantAndTellsNothingOfAnEmptyLog) {
     EXPECT_FALSE(log.apply(request));
 }
 
-TEST(SwitchCallLog, KeepsTheBoundsOfThePhone) {
-    SwitchCallLog log;
-    for (std::size_t i = 0; i < SwitchCallLog::kMaxEntries + 1; ++i) {
+TEST(CallLog, KeepsTheBoundsOfThePhone) {
+    CallLog log;
+    for (std::size_t i = 0; i < CallLog::kMaxEntries + 1; ++i) {
         EXPECT_EQ(log.file(Entry::eMissed, {"1", "", ""}).size(), 1U);
     }
-    EXPECT_EQ(log.entries().size(), SwitchCallLog::kMaxEntries);
-    for (std::size_t i = 1; i < SwitchCallLog::kMaxParties; ++i) {
+    EXPECT_EQ(log.entries().size(), CallLog::kMaxEntries);
+    for (std::size_t i = 1; i < CallLog::kMaxParties; ++i) {
         static_cast<void>(log.file(Entry::eMissed, {"2" + std::to_string(i), "", ""}));
     }
-    const SwitchCallLog::Events events = log.file(Entry::eMissed, {"3", "", ""});
+    const CallLog::Events events = log.file(Entry::eMissed, {"3", "", ""});
     EXPECT_EQ(names(events), "1 3, 1 21");
     EXPECT_EQ(events.at(1).action, Entry::eDelete) << "what leaves with the oldest party is told";
 }

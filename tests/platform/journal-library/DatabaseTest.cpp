@@ -7,7 +7,7 @@
 
 #include "platform/journal-library/CallListDatabaseAdapter.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "tests/platform/journal-library/Shorthand.h"
@@ -94,7 +94,7 @@ TEST(ListDocument, StopsBeforeItHoldsMoreElementsThanReadersTake) {
     EXPECT_EQ(readBack(document.text()).size(), 4U);
 }
 
-TEST(ListAnswer, IsCutBehindTheNewestEntriesWithAWarning) {
+TEST(ListResponse, IsCutBehindTheNewestEntriesWithAWarning) {
     const MissedCallItem third = missed(std::string(journalxml::kMaxDocumentBytes / 3, 'x'));
     EXPECT_EQ(readBack(Reader::respGetMissedCallList({third, third, third})).size(), 2U);
     EXPECT_TRUE(CapturedLog::contains("only the newest 2 of 3 entries are sent"));
@@ -137,13 +137,13 @@ TEST(CallListDatabaseAdapter, HandsRequestAndAnswerThroughOrFails) {
     EXPECT_EQ(adapter.processRequest("a request"), "failed");
     FakeDataAccess database;
     adapter.init(&database);
-    database.setAnswer([](const std::string& request) { return request + " \xFF"; });
+    database.setResponse([](const std::string& request) { return request + " \xFF"; });
     EXPECT_EQ(adapter.processRequest("a request"), "a request \xFF");
     EXPECT_EQ(adapter.updateEntries("", Helper::DELETEREQUEST, kMissed), "failed") << "not all entries";
-    database.setAnswer([](const auto&) -> std::string { throw std::runtime_error("disk is gone"); });
+    database.setResponse([](const auto&) -> std::string { throw std::runtime_error("disk is gone"); });
     EXPECT_EQ(adapter.processRequest("a request"), "failed");
     EXPECT_TRUE(CapturedLog::contains("disk is gone"));
-    database.setAnswer([](const auto&) -> std::string { throw 7; });
+    database.setResponse([](const auto&) -> std::string { throw 7; });
     EXPECT_EQ(adapter.processRequest("a request"), "failed");
 }
 

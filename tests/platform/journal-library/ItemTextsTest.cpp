@@ -9,10 +9,10 @@
 
 #include "platform/client-utils/Utf8.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "platform/journal-library/ClientAnswer.h"
 #include "platform/journal-library/ClientRequest.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/ClientResponse.h"
 #include "platform/journal-library/DataRequest.h"
+#include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ObserverMessage.h"
 #include "tests/platform/journal-library/RandomItems.h"
@@ -75,7 +75,7 @@ TYPED_TEST(ItemRoundTrip, GoesThroughAListDocumentOrAnAnswer) {
         journalxml::ListDocument document(Road::kTable);
         RC_ASSERT(document.add(written.front()) && document.add(written.back()));
         RC_ASSERT(document.text().find(Answers::FAILURE) == std::string::npos);
-        for (const std::string& text : {document.text(), Road::kListAnswer(written)}) {
+        for (const std::string& text : {document.text(), Road::kListResponse(written)}) {
             std::deque<TypeParam> read;
             RC_ASSERT(Road::kParseList(text, read));
             RC_ASSERT(std::equal(read.begin(), read.end(), written.begin(), written.end(),

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include "platform/journal-library/ClientAnswer.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/ClientResponse.h"
+#include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ManagementMessage.h"
 #include "platform/journal-library/MethodId.h"
@@ -97,13 +97,13 @@ TEST(GetAndRemoveXMLValue, TakesEveryValueInOrderAndLeavesAMessage) {
 }
 
 TEST(Answers, AreToldFromFailure) {
-    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::respBool(true)), true);
-    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::respBool(false)), false);
-    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::FAILURE), std::nullopt);
-    EXPECT_EQ(journalxml::parseBoolAnswer(Helper::respGetMissedCall({})), std::nullopt);
+    EXPECT_EQ(journalxml::parseBoolResponse(Helper::respBool(true)), true);
+    EXPECT_EQ(journalxml::parseBoolResponse(Helper::respBool(false)), false);
+    EXPECT_EQ(journalxml::parseBoolResponse(Helper::FAILURE), std::nullopt);
+    EXPECT_EQ(journalxml::parseBoolResponse(Helper::respGetMissedCall({})), std::nullopt);
     EXPECT_TRUE(journalxml::isFailure("failure"));
-    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateAnswer("CallLogMissedCalls", "17")), "17");
-    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateAnswer("CallLogMissedCalls")), "");
+    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateResponse("CallLogMissedCalls", "17")), "17");
+    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateResponse("CallLogMissedCalls")), "");
 }
 
 TEST(ContactList, IsEmptyOrRefusedAsAWhole) {
@@ -146,9 +146,9 @@ RC_GTEST_PROP(ManagementMessage, IsReadBackAsItWasBuiltWhateverBytesItHolds,
     const auto read = journalxml::parseManagementRequest(journalxml::buildManagementRequest({key, {}}));
     RC_ASSERT(read && read->key == key && !read->value);
 
-    const journalxml::ManagementAnswer answer{{{key, ofJournal, value}, {text, !ofJournal, {}}},
-                                              journalxml::RefusedKey{key, code, text}};
-    const auto back = journalxml::parseManagementAnswer(journalxml::buildManagementAnswer(answer));
+    const journalxml::ManagementResponse answer{{{key, ofJournal, value}, {text, !ofJournal, {}}},
+                                                journalxml::RefusedKey{key, code, text}};
+    const auto back = journalxml::parseManagementResponse(journalxml::buildManagementResponse(answer));
     RC_ASSERT(back && back->settings == answer.settings && back->refused == answer.refused);
 }
 
@@ -168,7 +168,7 @@ TEST(ManagementMessage, IsNotReadWhenItAsksForNothingThatThereIs) {
     const std::string key(1024 * 1024, 'k');
     EXPECT_FALSE(journalxml::parseManagementRequest(journalxml::buildManagementRequest({key, {}})));
     for (const char* const text : {"failure", "<JournalResponse/>", "<ManagementResponse>"}) {
-        EXPECT_FALSE(journalxml::parseManagementAnswer(text)) << text;
+        EXPECT_FALSE(journalxml::parseManagementResponse(text)) << text;
     }
 }
 

@@ -9,7 +9,7 @@
 #include "platform/framework/Executable.h"
 #include "platform/framework/Invoker.h"
 #include "platform/framework/Method.h"
-#include "platform/journal-library/ClientAnswer.h"
+#include "platform/journal-library/ClientResponse.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/RecordingResponse.h"
 
@@ -29,8 +29,8 @@ public:
 
 class ContactGetter : public testing::Test {
 protected:
-    std::string answerTo(const std::string& message, Executable* target,
-                         const std::string& protocol = "opera_text") {
+    std::string responseTo(const std::string& message, Executable* target,
+                           const std::string& protocol = "opera_text") {
         const std::unique_ptr<Invoker> invoker(static_cast<Invoker*>(createContactGetterInvoker()));
         invoker->initInvoker(&framework);
         RecordingResponse response("client-7", protocol);
@@ -41,7 +41,7 @@ protected:
     /// The list in the answer to "getContactList".
     std::string list() {
         Method answer;
-        EXPECT_TRUE(host::OperaTextAdapter().decode(answerTo(kRequest, &getter), answer));
+        EXPECT_TRUE(host::OperaTextAdapter().decode(responseTo(kRequest, &getter), answer));
         EXPECT_EQ(answer.getName(), "getContactList");
         EXPECT_EQ(answer.getKind(), Method::Kind::eResponse);
         EXPECT_EQ(answer.getStringParameters().at(0).name, "contactList");
@@ -87,16 +87,16 @@ TEST_F(ContactGetter, GivesTheFirstTwoHundredAsTheyAre) {
 
 TEST_F(ContactGetter, AnswersFailToEverythingElse) {
     Executable somethingElse;
-    EXPECT_EQ(answerTo(kRequest, &somethingElse), "fail");
-    EXPECT_EQ(answerTo(kRequest, nullptr), "fail");
+    EXPECT_EQ(responseTo(kRequest, &somethingElse), "fail");
+    EXPECT_EQ(responseTo(kRequest, nullptr), "fail");
     EXPECT_EQ(CapturedLog::count("Contact getter interface is NULL"), 2);
-    EXPECT_EQ(answerTo(kRequest, &getter, "telepathy"), "fail");
+    EXPECT_EQ(responseTo(kRequest, &getter, "telepathy"), "fail");
     EXPECT_TRUE(CapturedLog::contains("handleMessage[" + kRequest + "] no pa found for 'telepathy'\n"));
     for (const char* message : {"", "\xff", "request getContactLists c", "<r><Method>2</Method></r>"}) {
-        EXPECT_EQ(answerTo(message, &getter), "fail") << message;
+        EXPECT_EQ(responseTo(message, &getter), "fail") << message;
     }
     getter.throws = true;
-    EXPECT_EQ(answerTo(kRequest, &getter), "fail");
+    EXPECT_EQ(responseTo(kRequest, &getter), "fail");
     ContactGetterInvoker().handleMessage(&getter, "x", 1, nullptr);
     EXPECT_TRUE(CapturedLog::contains("Invoker response is NULL"));
 }

@@ -78,7 +78,7 @@ protected:
     /// How the journal answers: "yes", "no", "throws", or with "nothing" in its lists.
     void newJournal(const std::string& answer = "yes") {
         journal = std::make_unique<FakeJournalService>();
-        journal->setAnswer(answer != "no");
+        journal->setResponse(answer != "no");
         if (answer == "throws") {
             journal->setDuring([] { throw std::runtime_error("disk on fire"); });
         }
@@ -89,7 +89,7 @@ protected:
                 itemsWithIds<CallBackItem>("b1", "b2")};
         }
     }
-    std::string answerTo(const std::string& message, const std::string& client = "ada") {
+    std::string responseTo(const std::string& message, const std::string& client = "ada") {
         RecordingResponse response(client);
         invoker->handleMessage(journal.get(), message.data(), static_cast<int>(message.size()), &response);
         return told(response);
@@ -149,7 +149,7 @@ TEST_F(InvokerTest, CallsTheOperationOfEachMethodAndAnswersOnce) {
         SCOPED_TRACE("method " + row[0] + " of " + row[1] + ", journal: " + row[2]);
         CapturedLog::reset();
         newJournal(row[2]);
-        EXPECT_EQ(answerTo(requestOf(row[0], row[1])), row[4]);
+        EXPECT_EQ(responseTo(requestOf(row[0], row[1])), row[4]);
         EXPECT_EQ(journal->calls(), row[3].empty() ? std::vector<std::string>() : std::vector{row[3]});
         // A refusal is ordinary and leaves no line.
         EXPECT_EQ(CapturedLog::lines(kComponent).size(), row[2] == "throws" ? 1U : 0U);
@@ -180,7 +180,7 @@ TEST_F(InvokerTest, SubscribesTheProxyOfTheClientWhoAsks) {
         SCOPED_TRACE(row[0] + " for " + row[1] + ", journal: " + row[2]);
         CapturedLog::reset();
         newJournal(row[2]);
-        EXPECT_EQ(answerTo(requestOf(row[0]), row[1]), row[3]);
+        EXPECT_EQ(responseTo(requestOf(row[0]), row[1]), row[3]);
         EXPECT_TRUE(row[4].empty() || CapturedLog::contains(row[4])) << CapturedLog::dump();
         if (row[1] == "ada" || row[1] == "bob") {
             EXPECT_THAT(journal->calls(), ElementsAre(row[0] == "25" ? "subscribeForJournalEvents()"
@@ -191,7 +191,7 @@ TEST_F(InvokerTest, SubscribesTheProxyOfTheClientWhoAsks) {
         }
     }
     invoker->initInvoker(nullptr);
-    EXPECT_EQ(answerTo(requestOf("25")), "failure");
+    EXPECT_EQ(responseTo(requestOf("25")), "failure");
 }
 
 TEST_F(InvokerTest, FailsWithoutAJournalOrBytes) {
@@ -244,7 +244,7 @@ TEST_F(InvokerTest, SurvivesWhateverIsThrownAndStillCompletes) {
     EXPECT_EQ(response.completions, 1);
     EXPECT_TRUE(CapturedLog::contains("pipe broken") && CapturedLog::contains("client gone"));
     journal->setDuring([] { throw 42; });
-    EXPECT_EQ(answerTo(requestOf("2")), "failure");
+    EXPECT_EQ(responseTo(requestOf("2")), "failure");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "platform/csta/CSTAPrivateEvents.h"
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 #include "tests/src/JournalService/TestPhone.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/Table.h"
@@ -109,7 +109,7 @@ failed           | 2       | 1002 1001 | 200 200
 3                | 4       | 1004 1003 | 200 199
 empty            | failed  |           | 200 200
 )")) {
-        phone.database.setAnswer([&](const std::string& document) {
+        phone.database.setResponse([&](const std::string& document) {
             return answer(row[document.find("\"Conversations\"") != std::string::npos ? 0 : 1]);
         });
         subscribes();
@@ -241,7 +241,7 @@ TEST_F(ReadRequestLoading, OlderEntriesAreDroppedAndClearedLikeTheRestHereAndAtT
 TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
     CapturedLog::switchOff();
     FakeDataAccess stored;
-    phone.database.setAnswer([&stored](const std::string& document) {
+    phone.database.setResponse([&stored](const std::string& document) {
         std::string answer = stored.processRequest(document);
         for (int turn = 0; turn < 100 && document.find("read_request") != std::string::npos; ++turn) {
             std::this_thread::yield();  // time for a change that the answer does not know of

@@ -40,7 +40,7 @@ void forEachKind(Visit visit) {
 template <typename Items>
 void addContents(Texts& contents, const Items& items) {
     for (const auto& item : items) {
-        contents.push_back(journal::ListMirror::entry(item, Helper::WRITEREQUEST));
+        contents.push_back(journal::ListPersistence::entry(item, Helper::WRITEREQUEST));
     }
     std::sort(contents.begin(), contents.end());
 }
@@ -61,7 +61,7 @@ CallBackItem callBackOf(const std::string& entryId, const std::string& number, c
 
 JournalRig::JournalRig() {
     adapter.init(&database);
-    collaborators.m_cstaService = &exchange;
+    platform.m_cstaService = &exchange;
     exchange.answer(FakeCstaService::Kind::eEscape, [this](CSTARequest& request) {
         readAllLists(reader);
         request.setOutcome(0, std::make_unique<CSTAEscapeResponse>());

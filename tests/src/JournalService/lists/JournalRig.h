@@ -5,12 +5,12 @@
 
 #include "journalservice/ObserverNotifier.h"
 #include "platform/journal-library/CallListDatabaseAdapter.h"
-#include "src/JournalService/base/Collaborators.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/base/PlatformServices.h"
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalService/lists/ListLoader.h"
-#include "src/JournalService/lists/ListMirror.h"
+#include "src/JournalService/lists/ListPersistence.h"
 #include "tests/platform/journal-library/Shorthand.h"
 #include "tests/src/JournalService/lists/ListsReader.h"
 #include "tests/support/FakeCstaService.h"
@@ -74,11 +74,11 @@ public:
     FakeCstaService exchange;
     CallListDatabaseAdapter adapter;
     journal::PhoneSettings settings;
-    journal::Collaborators collaborators;
-    journal::CallLogRequests requests{collaborators, settings};
-    journal::ListMirror mirror{adapter};
+    journal::PlatformServices platform;
+    journal::CallLogRequests requests{platform, settings};
+    journal::ListPersistence persistence{adapter};
     ObserverNotifier notifier;
-    journal::JournalLists lists{settings, mirror, requests, notifier};
+    journal::JournalLists lists{settings, persistence, requests, notifier};
     journal::ListLoader loader{settings, adapter, lists};
     ListsReader reader{lists};
     RecordingObserver observer{[this](const Callback&) { readAllLists(reader); }};

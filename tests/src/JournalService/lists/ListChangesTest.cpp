@@ -196,7 +196,7 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
     EXPECT_EQ(unread.sent(), "") << "what cannot be read is not there";
 
     JournalRig alone;
-    alone.collaborators.m_cstaService = nullptr;
+    alone.platform.m_cstaService = nullptr;
     const CallLogEntryRequest request;
     EXPECT_FALSE(alone.requests.sendCSTAEscapeRequest(&request));
 }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/journal-library/DataAnswer.h"
+#include "platform/journal-library/DataResponse.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/lists/ListOrder.h"
 #include "tests/src/JournalService/lists/JournalRig.h"
@@ -61,7 +61,7 @@ CallLog               | m1 d1 r1 f1 c1             |
             FakeDataAccess usual;
             addRows(usual, "1");
             addRows(usual, "2");
-            rig.database.setAnswer([&](const std::string& document) {
+            rig.database.setResponse([&](const std::string& document) {
                 const bool isOfTable = document.find("\"" + row[0]) != std::string::npos;
                 return isOfTable ? answer : usual.processRequest(document);
             });

@@ -117,7 +117,7 @@ TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFrontUnderARowOfItsOwn) {
 }
 
 template <typename Item>
-class ListMirror : public testing::Test {
+class ListPersistence : public testing::Test {
 protected:
     [[nodiscard]] std::string rows() const {
         return joined(entryIdsOf(rig.database.rows<Item>(kTable)), " ");
@@ -127,38 +127,38 @@ protected:
     JournalRig rig;
 };
 using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
-TYPED_TEST_SUITE(ListMirror, StoredItems);
+TYPED_TEST_SUITE(ListPersistence, StoredItems);
 
-TYPED_TEST(ListMirror, GivesAnItemTheUniqueIdOfItsRowAndSaysThatTheVisitorsLogIsDue) {
-    journal::ListMirror& mirror = this->rig.mirror;
-    const auto isDue = [&mirror] { return mirror.m_visitorCallLogSavePending.exchange(false); };
+TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndSaysThatTheVisitorsLogIsDue) {
+    journal::ListPersistence& persistence = this->rig.persistence;
+    const auto isDue = [&persistence] { return persistence.m_visitorCallLogSavePending.exchange(false); };
     auto first = itemOf<TypeParam>("e1", "", {{"4711", kOlder}});
     auto second = itemOf<TypeParam>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
 
     this->rig.database.setFailing(true);
-    mirror.update(first, Helper::WRITEREQUEST);
-    EXPECT_EQ(first.getUniqueId() + mirror.lastUniqueId(), "");
+    persistence.update(first, Helper::WRITEREQUEST);
+    EXPECT_EQ(first.getUniqueId() + persistence.lastUniqueId(), "");
     EXPECT_FALSE(isDue());
     this->rig.database.setFailing(false);
-    mirror.update(first, Helper::WRITEREQUEST);
-    mirror.update(second, Helper::DELETEREQUEST);
+    persistence.update(first, Helper::WRITEREQUEST);
+    persistence.update(second, Helper::DELETEREQUEST);
     EXPECT_EQ(second.getUniqueId(), "77");
-    mirror.update(second, Helper::WRITEREQUEST);
-    EXPECT_EQ(mirror.lastUniqueId(), "2");
+    persistence.update(second, Helper::WRITEREQUEST);
+    EXPECT_EQ(persistence.lastUniqueId(), "2");
     EXPECT_TRUE(isDue());
     first.setEntryId("e3");
-    mirror.update(first, Helper::WRITEREQUEST);
+    persistence.update(first, Helper::WRITEREQUEST);
     EXPECT_TRUE(isDue()) << "the row is an old one, but what it says is new";
     EXPECT_EQ(this->rows(), "e3 e2");
 
-    mirror.updateEntries("", Helper::DELETEREQUEST, this->kTable);
+    persistence.updateEntries("", Helper::DELETEREQUEST, this->kTable);
     EXPECT_EQ(this->rows(), "e3 e2") << "no entries are not all entries";
-    mirror.update(first, Helper::DELETEREQUEST);
+    persistence.update(first, Helper::DELETEREQUEST);
     EXPECT_EQ(this->rows(), "e2");
-    mirror.template deleteAll<TypeParam>();
+    persistence.template deleteAll<TypeParam>();
     EXPECT_EQ(this->rows(), "");
     static_cast<void>(isDue());
-    mirror.template deleteAll<TypeParam>();
+    persistence.template deleteAll<TypeParam>();
     EXPECT_FALSE(isDue()) << "there was nothing to delete";
 }
 

@@ -102,8 +102,8 @@ Line::Line(const std::string& softwareType) {
         values.m_serverBasedFeatures = true;
         values.deriveEventModes();
     });
-    parts.collaborators.m_directoryService = &phonebook;
-    parts.collaborators.m_digitAnalysisService = &digits;
+    parts.platform.m_directoryService = &phonebook;
+    parts.platform.m_digitAnalysisService = &digits;
     parts.clock.adoptClock(&clock);
     parts.adapter.init(&database);
     parts.blindTransfer.start(context, *this);

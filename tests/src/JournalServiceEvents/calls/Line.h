@@ -10,7 +10,7 @@
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/framework/Service.h"
 #include "platform/texts/SoftwareTypes.h"
-#include "src/JournalService/JournalParts.h"
+#include "src/JournalService/JournalComponents.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeContext.h"
 #include "tests/support/FakeDataAccess.h"
@@ -67,7 +67,7 @@ public:
     FakeDigits digits;
     FakeDataAccess database;
     ObserverNotifier notifier;
-    journal::JournalParts parts{{notifier, *this, *this, [] {}}};
+    journal::JournalComponents parts{{notifier, *this, *this, [] {}}};
 
 private:
     struct Step {

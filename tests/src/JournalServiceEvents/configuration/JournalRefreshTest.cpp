@@ -81,7 +81,7 @@ Norlith Qorvex | delete | delete | |
 }
 
 // Phone | on before | stored before, "fails" where it cannot be read | on after | stored after
-TEST(OwnSettings, AreReadAndOnASipPhoneGetDefaultsWhereNoneIsStored) {
+TEST(JournalSettings, AreReadAndOnASipPhoneGetDefaultsWhereNoneIsStored) {
     for (const auto& row : table(5, R"(
 Norlith SIP    | enabled missed | call-log-enabled=false missed-logging=0 delete-missed-when-called=true | delete |
 Norlith SIP    | delete | missed-logging=false | enabled

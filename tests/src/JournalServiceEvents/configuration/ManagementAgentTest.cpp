@@ -113,7 +113,7 @@ enabled missed        | missed-logging volume clear-calllog | no | missed-loggin
     }
 }
 
-TEST(JournallingGate, IsOpenWhileNoOtherJournalOwnsTheCallLog) {
+TEST(JournalPolicy, IsOpenWhileNoOtherJournalOwnsTheCallLog) {
     ManagementRig rig;
     EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "there are no such services yet";
     rig.context.addService("UCServiceIfc", &rig.uc);
@@ -140,7 +140,7 @@ ucRuns userIsUc allowed ringCentral pallaxRuns | shut
     }
 }
 
-TEST(JournallingGate, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
+TEST(JournalPolicy, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
     ManagementRig rig;
     rig.uc.setRunning(true);
     rig.context.addService("UCServiceIfc", &rig.pallax);

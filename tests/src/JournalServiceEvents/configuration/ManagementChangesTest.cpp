@@ -32,7 +32,7 @@ std::string valuesOf(const ManagementRig& rig) {
 }
 
 // Each change takes effect at once and nowhere else; the next start reads the same in full.
-TEST(ManagementValues, FollowChangesAndAreReadAtTheStart) {
+TEST(PhoneValues, FollowChangesAndAreReadAtTheStart) {
     ManagementRig rig;
     rig.management.set("daylight-save-minutes", "60");
     rig.management.set("software-type", softwareTypes::qorvex);
@@ -61,7 +61,7 @@ ringcentral-api-sync-call-log | true
     }
 
     ManagementRig next;
-    next.collaborators.m_localMgmt = &rig.management;
+    next.platform.m_localMgmt = &rig.management;
     rig.management.refuseObserving("sntp-tz-offset");
     next.managementValues.initEvents(next);
     EXPECT_EQ(valuesOf(next), "-90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral");
@@ -84,10 +84,10 @@ TEST(ManagementChanges, AreFollowed) {
     sip.managementValues.initEvents(sip);
     const auto effectOf = [](ManagementRig& rig, const std::string& key, const std::string& value) {
         rig.forget();
-        rig.mirror.m_visitorCallLogSavePending = true;
+        rig.persistence.m_visitorCallLogSavePending = true;
         rig.management.change(key, value);
         EXPECT_EQ(rig.read().empty(), rig.heard().empty());
-        if (!rig.mirror.m_visitorCallLogSavePending) {
+        if (!rig.persistence.m_visitorCallLogSavePending) {
             return "forget";
         }
         return rig.heard().find("callBacks") != std::string::npos ? "reload"
@@ -126,7 +126,7 @@ mobility-current-user     | anybody | | | forget
         << "it is taken back when it is done";
 }
 
-TEST(ManagementValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
+TEST(PhoneValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
     ManagementRig rig;
     for (const std::string identifier : {"2", "1"}) {
         rig.readiness.m_callLogEventsReady = true;
@@ -138,17 +138,17 @@ TEST(ManagementValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
     }
 }
 
-TEST(ManagementValues, TellWhetherANumberIsTheVoiceMail) {
+TEST(PhoneValues, TellWhetherANumberIsTheVoiceMail) {
     ManagementRig rig;
     rig.digits.spellings = {{"+4989123", "089123"}, {"123", "089123"}};
     EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("")) << "no voice mail is configured";
     rig.management.set("voice-mail-e164", "+4989123");
     EXPECT_TRUE(rig.managementValues.isVoiceMailNumber("123"));
     EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("124"));
-    rig.collaborators.m_digitAnalysisService = nullptr;
+    rig.platform.m_digitAnalysisService = nullptr;
     EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("123"));
     EXPECT_TRUE(rig.managementValues.isVoiceMailNumber("+4989123"));
-    rig.collaborators.m_localMgmt = nullptr;
+    rig.platform.m_localMgmt = nullptr;
     rig.managementValues.publishCallLogEnableState();
     EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("+4989123"));
 }

@@ -8,11 +8,11 @@
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
-#include "src/JournalService/base/JournallingGate.h"
+#include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalServiceEvents/configuration/JournalRefresh.h"
+#include "src/JournalServiceEvents/configuration/JournalSettings.h"
 #include "src/JournalServiceEvents/configuration/ManagementAgent.h"
-#include "src/JournalServiceEvents/configuration/ManagementValues.h"
-#include "src/JournalServiceEvents/configuration/OwnSettings.h"
+#include "src/JournalServiceEvents/configuration/PhoneValues.h"
 #include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
 #include "src/JournalServiceEvents/switch-log/CallLogReadiness.h"
 #include "tests/src/JournalService/lists/JournalRig.h"
@@ -26,9 +26,9 @@ namespace journaltest {
 class ManagementRig : public JournalRig, public MgmtAgentIfc, public CSTAEventIfc {
 public:
     ManagementRig() {
-        collaborators.m_localMgmt = &management;
-        collaborators.m_context = &context;
-        collaborators.m_digitAnalysisService = &digits;
+        platform.m_localMgmt = &management;
+        platform.m_context = &context;
+        platform.m_digitAnalysisService = &digits;
     }
 
     /// Switches the own settings on that stand in `on`, "enabled missed delete", and the others off.
@@ -61,15 +61,15 @@ public:
     host::UnifiedCommunications uc;
     host::PallaxClient pallax;
     host::WebServices wsi;
-    journal::CstaMonitors monitors{collaborators, settings, *this};
+    journal::CstaMonitors monitors{platform, settings, *this};
     journal::CallLogReadiness readiness;
-    journal::ManagementValues managementValues{collaborators, settings, monitors, readiness};
-    journal::OwnSettings ownSettings{settings, adapter, lists};
-    journal::JournallingGate gate{collaborators, settings};
-    journal::JournalRefresh refresh{{collaborators, settings, ownSettings, managementValues, lists, notifier},
+    journal::PhoneValues managementValues{platform, settings, monitors, readiness};
+    journal::JournalSettings ownSettings{settings, adapter, lists};
+    journal::JournalPolicy gate{platform, settings};
+    journal::JournalRefresh refresh{{platform, settings, ownSettings, managementValues, lists, notifier},
                                     [this] { loader.loadCallListsFromDb(); }};
     journal::ManagementAgent agent{{settings, ownSettings, managementValues, monitors, gate, lists, refresh,
-                                    mirror.m_visitorCallLogSavePending}};
+                                    persistence.m_visitorCallLogSavePending}};
 };
 
 }  // namespace journaltest

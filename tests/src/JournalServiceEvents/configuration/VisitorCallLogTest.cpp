@@ -15,10 +15,10 @@ namespace {
 /// A phone whose visitor has a call log, which counts how often it was to be saved.
 class VisitorPhone : public ManagementRig, public Executable, public MobilityServiceIfc {
 public:
-    VisitorPhone() { collaborators.m_mobilityService = this; }
+    VisitorPhone() { platform.m_mobilityService = this; }
     /// Starts the log; the platform does not arm its first timer yet.
     void startLog() {
-        log.emplace(collaborators, settings, managementValues, mirror.m_visitorCallLogSavePending, *this);
+        log.emplace(platform, settings, managementValues, persistence.m_visitorCallLogSavePending, *this);
         log->createFirstTimer();
     }
     [[nodiscard]] int firstTimer() const { return log->getAutoSaveVisitorCallLogToVantorTimerId(); }
@@ -77,11 +77,11 @@ Norlith SIP      | written 3               | 0 | yes
         phone.context.startTimer(phone.firstTimer());
         for (const std::string& step : split(row[1], ' ')) {
             if (step == "written") {
-                phone.mirror.m_visitorCallLogSavePending = true;
+                phone.persistence.m_visitorCallLogSavePending = true;
             } else if (step == "fails" || step == "works") {
                 phone.succeeds = step == "works";
             } else if (step == "nobody") {
-                phone.collaborators.m_mobilityService = nullptr;
+                phone.platform.m_mobilityService = nullptr;
             } else if (step == "refuse") {
                 phone.context.refuseTimers();
             } else if (step == "others") {
@@ -92,7 +92,7 @@ Norlith SIP      | written 3               | 0 | yes
             }
         }
         EXPECT_EQ(phone.saves, std::stoi(row[2]));
-        EXPECT_EQ(phone.mirror.m_visitorCallLogSavePending, row[3] == "yes");
+        EXPECT_EQ(phone.persistence.m_visitorCallLogSavePending, row[3] == "yes");
         EXPECT_LE(phone.context.timers().size(), 1U) << "the hourly timer takes the place of the first";
         phone.log.reset();
         EXPECT_TRUE(phone.context.timers().empty());

@@ -9,7 +9,7 @@
 
 #include "journal-items/Occurrences.h"
 #include "src/JournalService/lists/ListTable.h"
-#include "src/JournalServiceEvents/entries/EntryRoad.h"
+#include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
 #include "tests/src/JournalServiceEvents/entries/EntryRig.h"
 
 namespace journaltest {
@@ -142,7 +142,7 @@ TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
     int loads = 0;
     EntryRig& phone = this->rig;
     phone.phoneIs(softwareTypes::sip);
-    journal::EntryCreation entries({phone.settings, phone.clock, phone.names, phone.lists, phone.mirror,
+    journal::EntryCreation entries({phone.settings, phone.clock, phone.names, phone.lists, phone.persistence,
                                     phone.requests, phone.notifier, phone.rule, [&] {
                                         ++loads;
                                         phone.loader.loadCallListsFromDb();

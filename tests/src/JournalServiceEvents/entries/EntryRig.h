@@ -41,8 +41,8 @@ struct Filing<ForwardedCallItem>
 class EntryRig : public JournalRig {
 public:
     EntryRig() {
-        collaborators.m_directoryService = &phonebook;
-        collaborators.m_digitAnalysisService = &digits;
+        platform.m_directoryService = &phonebook;
+        platform.m_digitAnalysisService = &digits;
         clock.adoptClock(&time);
         phoneIs(softwareTypes::qorvex);
     }
@@ -73,9 +73,10 @@ public:
     FakeDirectory phonebook;
     FakeDigits digits;
     journal::JournalClock clock;
-    journal::PartyNames names{collaborators, settings, clock};
-    journal::ForwardedMissedRule rule{clock, lists, mirror, notifier};
-    journal::EntryCreation entries{{settings, clock, names, lists, mirror, requests, notifier, rule, {}}};
+    journal::PartyNames names{platform, settings, clock};
+    journal::ForwardedMissedRule rule{clock, lists, persistence, notifier};
+    journal::EntryCreation entries{
+        {settings, clock, names, lists, persistence, requests, notifier, rule, {}}};
 
 private:
     int m_calls = 0;

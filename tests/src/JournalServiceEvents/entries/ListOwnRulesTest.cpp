@@ -195,9 +195,9 @@ TEST_F(DialledCalls, ReportedTwiceByOneCallAreIgnored) {
 }
 
 TEST_F(DialledCalls, GoWithoutPhonebookAndDigits) {
-    rig.collaborators.m_directoryService = nullptr;
+    rig.platform.m_directoryService = nullptr;
     EXPECT_EQ(rig.names.contactOf("1", "Ann A.", "").getSurname(), "Ann A.");
-    rig.collaborators.m_digitAnalysisService = nullptr;
+    rig.platform.m_digitAnalysisService = nullptr;
     EXPECT_FALSE(rig.names.isaFeatureAccessCode("*61"));
 }
 

@@ -94,15 +94,15 @@ TEST_F(LineEvents, OfACallBackAddChangeAndRemoveIt) {
 }
 
 TEST_F(LineEvents, OfTheDevicesMoveTheMonitorsAndSayWhoseCallsAreMissed) {
-    line.parts.collaborators.m_cstaService = &csta;
-    line.parts.collaborators.m_teamService = &team;
+    line.parts.platform.m_cstaService = &csta;
+    line.parts.platform.m_teamService = &team;
     EXPECT_EQ(hasDevices("0 localDeviceID,1 4,2 2050,3 5,2 2051,2 bluetoothDeviceID,2 2050"),
               "start localDeviceID; start 2050; start 2051; start bluetoothDeviceID");
     line.plays(
         "rings 1 4711 at=2050; rings 2 4712 at=2051; rings 3 4713 at=bluetoothDeviceID; rings 4 4714;"
         "rings 5 4715 at=2052; clears 1; clears 2; clears 3; clears 4; clears 5");
     EXPECT_EQ(line.outcome(), "missed 4715, missed 4714, missed 4713, missed 4712");
-    line.parts.collaborators.m_teamService = nullptr;
+    line.parts.platform.m_teamService = nullptr;
     EXPECT_EQ(hasDevices("0 localDeviceID,2 2051"),
               "stop 2; stop 3; stop 4; stop 1; start localDeviceID; start 2051");
     line.plays("rings 6 4716 at=2051; clears 6");

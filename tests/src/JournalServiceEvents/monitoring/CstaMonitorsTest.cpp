@@ -65,7 +65,7 @@ TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
     rig.phoneIs(softwareTypes::sip);
     rig.monitors.changeMonitorFilter();
     rig.phoneIs(softwareTypes::qorvex);
-    rig.collaborators.m_cstaService = nullptr;
+    rig.platform.m_cstaService = nullptr;
     rig.monitors.changeMonitorFilter();
     EXPECT_EQ(rig.exchange.asked(), "");
 }
@@ -89,7 +89,7 @@ TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
     EXPECT_EQ(rig.exchange.asked(), "start bluetoothDeviceID; stop " + longest +
                                         "; start localDeviceID; stop " + longest +
                                         "; stop ; start 2002; stop 5");
-    rig.collaborators.m_cstaService = nullptr;
+    rig.platform.m_cstaService = nullptr;
     EXPECT_EQ(rig.monitors.startCSTAMonitor("2003"), "ERROR");
     rig.monitors.stopCSTAMonitor("5");
 }

@@ -47,9 +47,9 @@ TEST(LoweredPriority, GoesDownOnlyWhereItCanComeBack) {
 TEST(LoweredPriority, LeavesAnOrdinaryUsersProcessAsFastAsItWas) {
     const pid_t child = ::fork();
     if (child == 0) {
-        constexpr uid_t kNobody = 65534;
+        constexpr uid_t kNoParty = 65534;
         const rlimit none{0, 0};
-        if (::setrlimit(RLIMIT_NICE, &none) != 0 || (::geteuid() == 0 && ::setuid(kNobody) != 0)) {
+        if (::setrlimit(RLIMIT_NICE, &none) != 0 || (::geteuid() == 0 && ::setuid(kNoParty) != 0)) {
             ::_exit(2);
         }
         const int before = ::getpriority(PRIO_PROCESS, 0);

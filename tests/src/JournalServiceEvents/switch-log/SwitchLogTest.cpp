@@ -60,7 +60,7 @@ struct Phone : EntryRig {
     }
 
     journal::CallMap calls;
-    journal::CallLogRemoval removal{{settings, clock, lists, mirror, notifier, {}}};
+    journal::CallLogRemoval removal{{settings, clock, lists, persistence, notifier, {}}};
     journal::CallLogEvents events{{calls, settings, clock, entries, removal, lists, notifier}};
 };
 
@@ -135,7 +135,7 @@ TEST(CallLogEvents, KeepWhatTheSwitchSaysOfAnEntry) {
 
 TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
     Phone phone;
-    phone.database.setAnswer([&phone](const std::string& document) {
+    phone.database.setResponse([&phone](const std::string& document) {
         phone.phoneIs(softwareTypes::qorvex, 0);
         return phone.database.carryOut(document);
     });

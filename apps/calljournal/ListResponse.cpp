@@ -1,0 +1,138 @@
+#include "apps/calljournal/ListResponse.h"
+
+#include <deque>
+#include <nlohmann/json.hpp>
+
+#include "host/presentation/ItemCsv.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/ItemSearch.h"
+#include "host/presentation/PlainText.h"
+#include "host/remote/RemoteClient.h"
+#include "host/remote/RemoteError.h"
+#include "journal-items/Occurrences.h"
+#include "platform/journal-library/ClientRequest.h"
+#include "platform/journal-library/ClientResponse.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+
+namespace host {
+namespace {
+
+using journalxml::MethodId;
+
+template <typename Item>
+using ListParser = bool (*)(const std::string&, std::deque<Item>&);
+
+bool isUnviewed(const MissedCallItem& item) {
+    return !item.getViewed();
+}
+template <typename Item>
+bool isUnviewed(const Item& /*item*/) {
+    return false;
+}
+
+std::string durationOf(const MissedCallItem::MissedCallInfo& /*occurrence*/) {
+    return {};
+}
+std::string durationOf(const Duration& occurrence) {
+    return occurrence.getDuration();
+}
+
+/// Who withholds the number leaves nothing to show.
+void nameUnknown(ListRow& row) {
+    if (row.name.empty() && row.number.empty()) {
+        row.name = "unknown";
+    }
+}
+
+template <typename Item>
+ListRow rowOf(const Item& item) {
+    ListRow row;
+    row.entryId = item.getEntryId();
+    row.marked = isUnviewed(item);
+    row.name = fullName(item.getFirstname(), item.getSurname());
+    const auto& occurrences = occurrencesOf(item);
+    if (!occurrences.empty()) {
+        row.time = localTime(occurrences.front().getTimeAndDate());
+        row.number = occurrences.front().getNumber();
+        row.duration = durationOf(occurrences.front());
+        row.count = std::to_string(occurrences.size());
+    }
+    nameUnknown(row);
+    return row;
+}
+
+ListRow rowOf(const CallBackItem& item) {
+    ListRow row;
+    row.entryId = item.getEntryId();
+    row.time = localTime(utcTime(item.getTimeDate()));
+    row.name = fullName(item.getFirstname(), item.getSurname());
+    row.number = item.getNumber();
+    nameUnknown(row);
+    return row;
+}
+
+template <typename Item>
+std::optional<ListResponse> read(ListName list, const std::string& text, const ListFilter& filter,
+                                 ListParser<Item> parse) {
+    std::deque<Item> items;
+    if (journalxml::isFailure(text) || !parse(text, items)) {
+        return std::nullopt;
+    }
+    const SearchText search(filter.search);
+    ListResponse answer;
+    answer.csv = csvTitles(list);
+    nlohmann::ordered_json shown = nlohmann::ordered_json::array();
+    for (const Item& item : items) {
+        if (!itemMatches(item, search)) {
+            continue;
+        }
+        ++answer.total;
+        answer.unviewed += isUnviewed(item) ? 1U : 0U;
+        if (!filter.limit || answer.rows.size() < *filter.limit) {
+            answer.rows.push_back(rowOf(item));
+            shown.push_back(itemJson(item));
+            answer.csv += csvLines(list, shown.back());
+        }
+    }
+    answer.json = jsonText({{"list", std::string(wordOf(list))},
+                            {"total", answer.total},
+                            {"unviewed", answer.unviewed},
+                            {"items", std::move(shown)}});
+    return answer;
+}
+
+}  // namespace
+
+MethodId methodFor(ListName list) noexcept {
+    switch (list) {
+        case ListName::eMissed: return MethodId::eGetMissedCallList;
+        case ListName::eDialled: return MethodId::eGetDialledCallList;
+        case ListName::eReceived: return MethodId::eGetReceivedCallList;
+        case ListName::eForwarded: return MethodId::eGetForwardedCallList;
+        case ListName::eCallbacks: break;
+    }
+    return MethodId::eGetCallBackList;
+}
+
+std::optional<ListResponse> readListResponse(ListName list, const std::string& answer,
+                                             const ListFilter& filter) {
+    using Helper = JournalServiceHelper;
+    switch (list) {
+        case ListName::eMissed: return read(list, answer, filter, &Helper::parseXMLMissedCallList);
+        case ListName::eDialled: return read(list, answer, filter, &Helper::parseXMLDialledCallList);
+        case ListName::eReceived: return read(list, answer, filter, &Helper::parseXMLReceivedCallList);
+        case ListName::eForwarded: return read(list, answer, filter, &Helper::parseXMLForwardedCallList);
+        case ListName::eCallbacks: break;
+    }
+    return read(list, answer, filter, &Helper::parseXMLCallBackList);
+}
+
+ListResponse fetchList(RemoteClient& client, ListName list, const ListFilter& filter) {
+    auto answer = readListResponse(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
+    if (!answer) {
+        throw RemoteError("calljournal could not answer; its log says why");
+    }
+    return std::move(*answer);
+}
+
+}  // namespace host

@@ -1,0 +1,59 @@
+#include "apps/calljournal/ResponseModeOption.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "host/csta-wire/WireDocument.h"
+
+namespace host {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, ResponseMode>, 4> kWords{{
+    {"refuse", ResponseMode::eRefuse},
+    {"wrong", ResponseMode::eWrongly},
+    {"never", ResponseMode::eNever},
+    {"hang-up", ResponseMode::eHangUp},
+}};
+
+std::optional<std::pair<std::string, ResponseMode>> read(const std::string& text) {
+    const std::string request = text.substr(0, text.find('='));
+    const std::string_view how = std::string_view(text).substr(std::min(text.size(), request.size() + 1));
+    const auto* const word =
+        std::find_if(kWords.begin(), kWords.end(), [how](const auto& each) { return each.first == how; });
+    if (word == kWords.end() || messageKindOf(request) != MessageKind::eRequest) {
+        return std::nullopt;
+    }
+    return std::pair(request, word->second);
+}
+
+}  // namespace
+
+void addResponseModeOption(CLI::App& app, std::vector<std::string>& values) {
+    app.add_option(
+           "--answer", values,
+           "answer requests of one kind badly: MonitorStart=HOW, with HOW refuse, wrong, never or hang-up")
+        ->type_name("REQUEST=HOW")
+        ->allow_extra_args(false)
+        ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
+            return read(text) ? std::string()
+                              : text +
+                                    " is not REQUEST=HOW (such as MonitorStart=refuse; HOW is refuse, wrong, "
+                                    "never or hang-up)";
+        }));
+}
+
+std::map<std::string, ResponseMode> readResponseMode(const std::vector<std::string>& values) {
+    std::map<std::string, ResponseMode> answering;
+    for (const std::string& text : values) {
+        if (const auto one = read(text)) {
+            answering[one->first] = one->second;
+        }
+    }
+    return answering;
+}
+
+}  // namespace host

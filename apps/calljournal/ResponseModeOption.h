@@ -1,0 +1,22 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/switch/server/SwitchSimulator.h"
+
+namespace CLI {
+class App;
+}
+
+namespace host {
+
+/// Adds `--answer REQUEST=HOW`, which may stand several times. `values` outlives `app`; what stands in it after the
+/// command line was read can be given to `readResponseMode`.
+void addResponseModeOption(CLI::App& app, std::vector<std::string>& values);
+
+/// The requests that are to be answered badly, and how. Of two texts about one request the last holds.
+[[nodiscard]] std::map<std::string, ResponseMode> readResponseMode(const std::vector<std::string>& values);
+
+}  // namespace host

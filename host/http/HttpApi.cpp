@@ -1,0 +1,137 @@
+#include "host/http/HttpApi.h"
+
+#include <chrono>
+#include <utility>
+
+#include "host/http/ContactsResource.h"
+#include "host/http/EventFeed.h"
+#include "host/http/HttpError.h"
+#include "host/http/ListsResource.h"
+#include "host/http/Metrics.h"
+#include "host/http/OpenApi.h"
+#include "host/http/RequestPipeline.h"
+#include "host/http/SettingsResource.h"
+#include "host/http/TimesResource.h"
+#include "journalservice/JournalServiceIfc.h"
+
+namespace host {
+
+/// In the order in which each needs the ones before it.
+class HttpApi::Parts {
+public:
+    Parts(HttpBackend backend, HttpFaceSettings settings)
+        : m_backend(std::move(backend)),
+          m_authenticator(std::move(settings.token)),
+          m_page(settings.page),
+          m_lists(m_backend.journal, [this] { resync(); }),
+          m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
+          m_contacts(m_backend.phonebook, m_backend.database),
+          m_times({m_backend.line, m_backend.database, m_backend.management}),
+          m_status({m_backend.line, m_backend.lineState, m_backend.journal, m_backend.management,
+                    m_backend.database}),
+          m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
+                 [this](std::chrono::milliseconds pause, std::function<void()> work) {
+                     m_server.postLater(pause, std::move(work));
+                 }),
+          m_server(settings.server) {
+        m_lists.addRoutes(m_router);
+        m_settings.addRoutes(m_router);
+        m_contacts.addRoutes(m_router);
+        m_times.addRoutes(m_router);
+        m_status.addRoutes(m_router);
+        m_router.add({"GET", "/metrics", [this](const HttpRequest& /*each*/) { return metrics(); }});
+        m_router.add({"GET", "/api/v1/events", [this](const HttpRequest& each) { return events(each); }});
+        m_router.add({"GET", "/api/v1/openapi.json",
+                      [](const HttpRequest& /*each*/) { return openApiResponse(); }, Router::Guard::eOpen});
+    }
+    ~Parts() { stop(); }
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
+
+    Endpoint start() {
+        // A subscription makes the journal load its lists, which read as empty meanwhile: no client may be there then.
+        m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);
+        m_backend.journal.subscribeForJournalEvents(&m_feed);
+        m_subscribed = true;
+        return m_server.start({[this](const HttpRequest& request) { return m_pipeline.answer(request); },
+                               [this](const Endpoint& where) { m_authenticator.listensAt(where); },
+                               [this] { m_feed.keepAlive(); }});
+    }
+
+    void stop() {
+        if (std::exchange(m_subscribed, false)) {
+            m_backend.journal.unsubscribeForJournalEvents(&m_feed);
+            m_backend.journal.unsubscribeForJournalEvents(&m_backend.metrics);
+        }
+        m_server.post([this] { m_feed.close(); });
+        m_server.stop();
+    }
+
+    void resync() { m_feed.resync(); }
+
+    [[nodiscard]] const Router& routes() const noexcept { return m_router; }
+
+private:
+    HttpResponse events(const HttpRequest& request) {
+        HttpResponse response;
+        if (request.method == "GET") {
+            response.stream = m_feed.open(request.header("last-event-id"));
+            if (response.stream == nullptr) {
+                throw HttpError(503, "too-many-streams", "too many clients listen to events");
+            }
+        }
+        response.contentType = "text/event-stream";
+        return response;
+    }
+
+    HttpResponse metrics() {
+        const LineState state = m_backend.lineState();
+        HttpResponse response;
+        response.contentType = "text/plain; version=0.0.4; charset=utf-8";
+        response.body =
+            m_backend.metrics.text({state.connected,
+                                    state.monitoring,
+                                    state.callsUp,
+                                    {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
+                                    m_status.entries(),
+                                    m_status.unviewed()});
+        return response;
+    }
+
+    const HttpBackend m_backend;
+    Authenticator m_authenticator;
+    const PageFiles m_page;
+    ListsResource m_lists;
+    SettingsResource m_settings;
+    ContactsResource m_contacts;
+    TimesResource m_times;
+    StatusResource m_status;
+    Router m_router;
+    RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line};
+    EventFeed m_feed;
+    HttpServer m_server;
+    bool m_subscribed = false;
+};
+
+HttpApi::HttpApi(HttpBackend backend, HttpFaceSettings settings)
+    : m_parts(std::make_unique<Parts>(std::move(backend), std::move(settings))) {}
+
+HttpApi::~HttpApi() = default;
+
+Endpoint HttpApi::start() {
+    return m_parts->start();
+}
+
+void HttpApi::stop() {
+    m_parts->stop();
+}
+
+void HttpApi::resync() {
+    m_parts->resync();
+}
+
+const Router& HttpApi::routes() const noexcept {
+    return m_parts->routes();
+}
+
+}  // namespace host

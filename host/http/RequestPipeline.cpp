@@ -1,0 +1,99 @@
+#include "host/http/RequestPipeline.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/http/HttpError.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kMaxBody = 64U * 1024U;
+
+// Nothing from elsewhere, no script or style in the text of the page: a caller's name stays a name.
+constexpr const char* kContentPolicy =
+    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; font-src 'self'; "
+    "connect-src 'self'; manifest-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+void addCommonHeaders(HttpResponse& response) {
+    for (const auto& [name, value] :
+         {std::pair{"Content-Security-Policy", kContentPolicy},
+          std::pair{"X-Content-Type-Options", "nosniff"}, std::pair{"X-Frame-Options", "DENY"},
+          std::pair{"Referrer-Policy", "no-referrer"}, std::pair{"Cross-Origin-Opener-Policy", "same-origin"},
+          std::pair{"Cross-Origin-Resource-Policy", "same-origin"}}) {
+        response.headers.emplace_back(name, value);
+    }
+    const bool saysHowLong = std::any_of(response.headers.begin(), response.headers.end(),
+                                         [](const auto& header) { return header.first == "Cache-Control"; });
+    if (!saysHowLong) {
+        response.headers.emplace_back("Cache-Control", "no-store");
+    }
+    if (response.status == 401) {
+        response.headers.emplace_back("WWW-Authenticate", "Bearer");
+    }
+}
+
+HttpResponse notAllowed(const std::string& methods) {
+    HttpResponse response =
+        errorResponse({405, "method-not-allowed", "this address is served with " + methods});
+    response.headers.emplace_back("Allow", methods);
+    return response;
+}
+
+}  // namespace
+
+HttpResponse RequestPipeline::answer(HttpRequest request) const {
+    HttpResponse response;
+    try {
+        response = handle(request);
+    } catch (const HttpError& error) {
+        response = errorResponse(error);
+    } catch (const std::exception& error) {
+        logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "%s %s failed: %s", request.method.c_str(),
+                  request.target.c_str(), error.what());
+        response = errorResponse({500, "internal", "this went wrong; see the log"});
+    }
+    addCommonHeaders(response);
+    return response;
+}
+
+HttpResponse RequestPipeline::handle(HttpRequest& request) const {
+    const bool readable = request.readTarget();
+    m_authenticator.checkOrigin(request);
+    if (!readable) {
+        throw HttpError(400, "bad-target", "this is no address that is served here");
+    }
+    if (request.body.size() > kMaxBody) {
+        throw HttpError(413, "too-large", "a body may have 64 KiB");
+    }
+    if (auto signedIn = m_authenticator.signIn(request)) {
+        return std::move(*signedIn);
+    }
+    const bool reads = request.method == "GET" || request.method == "HEAD";
+    if (const HttpResponse* const file = m_page.find(request)) {
+        return reads ? *file : notAllowed("GET");
+    }
+    return route(request);
+}
+
+HttpResponse RequestPipeline::route(HttpRequest& request) const {
+    const Router::Route* const found = m_router.find(request);
+    const bool isOpen = found != nullptr && found->guard == Router::Guard::eOpen;
+    if (!isOpen) {
+        m_authenticator.checkToken(request);
+    }
+    if (found == nullptr) {
+        const std::string methods = m_router.methodsFor(request);
+        if (methods.empty()) {
+            throw HttpError(404, "not-found", "there is nothing at this address");
+        }
+        return notAllowed(methods);
+    }
+    if (request.query.contains("line") && request.queryValue("line") != m_line) {
+        throw HttpError(404, "unknown-line", "there is no such line");
+    }
+    return found->handler(request);
+}
+
+}  // namespace host

@@ -1,0 +1,193 @@
+#include "host/switch/call-log/CallLog.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <iterator>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+using Entry = CallLogEntryEvent;
+using std::chrono::seconds;
+using std::chrono::sys_seconds;
+
+// So many remembered times are looked through for those that are past.
+constexpr std::size_t kManyTimes = 2000;
+
+sys_seconds now() {
+    return std::chrono::floor<seconds>(std::chrono::system_clock::now());
+}
+
+std::string textOf(sys_seconds time) {
+    const std::time_t counted = std::chrono::system_clock::to_time_t(time);
+    std::tm fields{};
+    gmtime_r(&counted, &fields);
+    std::array<char, 32> text{};
+    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &fields);
+    return text.data();
+}
+
+Entry::_PresentationValue presented(const std::string& text) {
+    return text.empty() ? Entry::eNotPresented : Entry::ePresented;
+}
+
+bool isOfParty(const Entry& entry, const CallLog::Party& party) {
+    return entry.subscriberNumber == party.number && entry.textF == party.group;
+}
+
+}  // namespace
+
+CallLog::Events CallLog::file(Entry::_LogTarget log, const Party& party) {
+    Entry entry;
+    entry.logTarget = log;
+    entry.subscriberNumber = party.number;
+    entry.presentationA = presented(party.number);
+    entry.name = party.name;
+    entry.presentationB = presented(party.name);
+    entry.textE = party.group;
+    entry.textF = party.group;
+    entry.entryTime = nextTime(party.number);
+
+    Parties& parties = m_logs[log];
+    auto known = std::find_if(parties.begin(), parties.end(),
+                              [&party](const Entries& all) { return isOfParty(all.front(), party); });
+    if (known == parties.end()) {
+        known = parties.emplace(parties.begin());
+    }
+    parties.splice(parties.begin(), parties, known);
+    known->push_front(entry);
+    if (known->size() > kMaxEntries) {
+        known->pop_back();
+    }
+    Events events = {std::move(entry)};
+    if (parties.size() > kMaxParties) {
+        // Of several that called last in one second the one that is furthest back.
+        const auto found = std::min_element(
+            parties.rbegin(), parties.rend(),
+            [](const Entries& a, const Entries& b) { return a.front().entryTime < b.front().entryTime; });
+        const auto oldest = std::prev(found.base());
+        std::transform(oldest->begin(), oldest->end(), std::back_inserter(events), deletionOf);
+        parties.erase(oldest);
+    }
+    return events;
+}
+
+CallLog::Events CallLog::remove(Entry::_LogTarget log, const std::string& number) {
+    const Parties& parties = m_logs[log];
+    const auto known = std::find_if(parties.begin(), parties.end(), [&number](const Entries& all) {
+        return all.front().subscriberNumber == number;
+    });
+    if (known == parties.end()) {
+        return {};
+    }
+    const Entry* const newest = &known->front();
+    return take(log, [newest](const Entry& entry) { return &entry == newest; });
+}
+
+CallLog::Events CallLog::clear(Entry::_LogTarget log) {
+    if (log == Entry::eMissedGroup) {
+        return take(log, [](const Entry& /*entry*/) { return true; });
+    }
+    bool nothing = std::exchange(m_logs[log], {}).empty();
+    if (log == Entry::eMissed) {
+        nothing = std::exchange(m_logs[Entry::eMissedGroup], {}).empty() && nothing;
+    }
+    if (nothing) {
+        return {};
+    }
+    Entry event;
+    event.action = Entry::eDeleteAll;
+    event.logTarget = log;
+    return {std::move(event)};
+}
+
+std::optional<CallLog::Events> CallLog::apply(const CallLogEntryRequest& request) {
+    const bool one = request.action == CallLogEntryRequest::eDeleteOne;
+    switch (request.logTarget) {
+        case Entry::eReceived:
+        case Entry::eMissed:
+        case Entry::eDialled: return one ? removeUpTo(request) : clear(request.logTarget);
+        case Entry::eMissedGroupRequest: return one ? std::nullopt : std::optional(removeGroup(request));
+        default: return std::nullopt;
+    }
+}
+
+CallLog::Events CallLog::entries() const {
+    Events all;
+    for (const auto& [log, parties] : m_logs) {
+        for (const Entries& entries : parties) {
+            all.insert(all.end(), entries.begin(), entries.end());
+        }
+    }
+    return all;
+}
+
+std::string CallLog::nextTime(const std::string& number) {
+    if (m_lastTimes.size() > kManyTimes) {
+        std::erase_if(m_lastTimes, [present = now()](const auto& last) { return last.second < present; });
+    }
+    const auto [last, first] = m_lastTimes.try_emplace(number, now());
+    last->second = first ? last->second : std::max(now(), last->second + seconds(1));
+    return textOf(last->second);
+}
+
+/// The phone means a group's entry when it names a time that no other entry of that number has: it gives these a time of
+/// its own, and its request does not tell them apart.
+CallLog::Events CallLog::removeUpTo(const CallLogEntryRequest& request) {
+    const auto isOfNumber = [&request](const Entry& entry) {
+        return entry.subscriberNumber == request.subscriberNumber;
+    };
+    const auto holds = [this](Entry::_LogTarget log, auto isMeant) {
+        const Parties& parties = m_logs[log];
+        return std::any_of(parties.begin(), parties.end(), [&isMeant](const Entries& entries) {
+            return std::any_of(entries.begin(), entries.end(), isMeant);
+        });
+    };
+    const auto isExactly = [&](const Entry& entry) {
+        return isOfNumber(entry) && entry.entryTime == request.entryTime;
+    };
+    const bool ofGroup = request.logTarget == Entry::eMissed && !holds(Entry::eMissed, isExactly) &&
+                         holds(Entry::eMissedGroup, isOfNumber);
+    return take(ofGroup ? Entry::eMissedGroup : request.logTarget, [&](const Entry& entry) {
+        return isOfNumber(entry) && entry.entryTime <= request.entryTime;
+    });
+}
+
+CallLog::Events CallLog::removeGroup(const CallLogEntryRequest& request) {
+    const Party party{request.subscriberNumber, {}, request.further.back().text};
+    return take(Entry::eMissedGroup, [&party](const Entry& entry) { return isOfParty(entry, party); });
+}
+
+template <typename IsMeant>
+CallLog::Events CallLog::take(Entry::_LogTarget log, IsMeant isMeant) {
+    Events events;
+    Parties& parties = m_logs[log];
+    for (Entries& entries : parties) {
+        Entries kept;
+        for (Entry& entry : entries) {
+            if (isMeant(entry)) {
+                events.push_back(deletionOf(entry));
+            } else {
+                kept.push_back(std::move(entry));
+            }
+        }
+        entries.swap(kept);
+    }
+    parties.remove_if([](const Entries& entries) { return entries.empty(); });
+    return events;
+}
+
+/// A group's entries have a time of the phone's own there, which no entry is later than that has come about by now.
+Entry CallLog::deletionOf(const Entry& entry) {
+    Entry event;
+    event.action = entry.logTarget == Entry::eMissedGroup ? Entry::eDeleteAll : Entry::eDelete;
+    event.logTarget = entry.logTarget;
+    event.subscriberNumber = entry.subscriberNumber;
+    event.entryTime = entry.logTarget == Entry::eMissedGroup ? textOf(now()) : entry.entryTime;
+    return event;
+}
+
+}  // namespace host

@@ -1,0 +1,206 @@
+#include "host/switch/server/RequestResponder.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "host/csta-wire/CallLogWire.h"
+#include "host/csta-wire/DeviceText.h"
+#include "host/csta-wire/MessageWriter.h"
+#include "host/csta-wire/NameSpaces.h"
+
+namespace host {
+
+struct RequestResponder::Row {
+    std::string_view request;
+    Responder responder;
+};
+
+RequestResponder::RequestResponder(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
+                                   CallLogStore& callLogs)
+    : m_nameSpace(cstaNameSpace(edition)),
+      m_ownDevice(std::move(ownDevice)),
+      m_monitors(monitors),
+      m_callLogs(callLogs) {}
+
+RequestResponder::Outcome RequestResponder::answer(const WireDocument& request, int client) {
+    static constexpr std::array rows = {
+        Row{"MonitorStart", &RequestResponder::monitorStart},
+        Row{"MonitorStop", &RequestResponder::monitorStopped},
+        Row{"ChangeMonitorFilter", &RequestResponder::changeFilter},
+        Row{"SystemRegister", &RequestResponder::registration},
+        Row{"SystemRegisterCancel", &RequestResponder::emptyResponse},
+        Row{"RequestSystemStatus", &RequestResponder::requestedStatus},
+        Row{"SystemStatus", &RequestResponder::emptyResponse},
+        Row{"Escape", &RequestResponder::escape},
+        Row{"SnapshotDevice", &RequestResponder::snapshot},
+        Row{"GetSwitchingFunctionDevices", &RequestResponder::devices},
+        Row{"StartApplicationSession", &RequestResponder::startSession},
+        Row{"ResetApplicationSessionTimer", &RequestResponder::resetSession},
+        Row{"StopApplicationSession", &RequestResponder::sessionEnd},
+    };
+    if (request.kind() != MessageKind::eRequest) {
+        return {};
+    }
+    const auto* const row =
+        std::find_if(rows.begin(), rows.end(),
+                     [name = request.name()](const Row& candidate) { return candidate.request == name; });
+    return row == rows.end() ? Outcome{error("operation", "serviceNotSupported")}
+                             : (this->*row->responder)(request, client);
+}
+
+std::string RequestResponder::wrongResponse(std::string_view requestName) const {
+    const std::string_view name =
+        requestName == "MonitorStop" ? "SystemStatusResponse" : "MonitorStopResponse";
+    return MessageWriter(name, m_nameSpace).finish();
+}
+
+void RequestResponder::addLines(const std::string& device, const std::vector<std::string>& lines) {
+    if (lines.empty()) {
+        return;
+    }
+    std::vector<std::string>& served = m_devices[comparableNumber(device)];
+    if (served.empty()) {
+        served.push_back(device);
+    }
+    for (const std::string& line : lines) {
+        if (std::find(served.begin(), served.end(), line) == served.end()) {
+            served.push_back(line);
+        }
+    }
+}
+
+std::string RequestResponder::systemStatus(std::string_view word) const {
+    return MessageWriter("SystemStatus", m_nameSpace).text("systemStatus", word).finish();
+}
+
+std::string RequestResponder::monitorStop(std::string_view id) const {
+    return MessageWriter("MonitorStop", m_nameSpace).text("monitorCrossRefID", id).finish();
+}
+
+RequestResponder::Outcome RequestResponder::monitorStart(const WireDocument& request, int client) {
+    const pugi::xml_node object = childNamed(request.root(), "monitorObject");
+    if (!childNamed(object, "deviceObject")) {
+        return {error("operation", "invalidMonitorObject")};
+    }
+    const std::string device = childText(object, "deviceObject");
+    const SwitchMonitor& monitor =
+        m_monitors.add(device.empty() ? m_ownDevice : device, client,
+                       WireFilter::read(childNamed(request.root(), "requestedMonitorFilter")));
+    MessageWriter writer("MonitorStartResponse", m_nameSpace);
+    writer.text("monitorCrossRefID", monitor.id);
+    if (!monitor.filter.empty()) {
+        writer.open("actualMonitorFilter");
+        monitor.filter.write(writer);
+        writer.close();
+    }
+    return {writer.finish(), true};
+}
+
+RequestResponder::Outcome RequestResponder::monitorStopped(const WireDocument& request, int client) {
+    const std::string id = childText(request.root(), "monitorCrossRefID");
+    if (m_monitors.find(id, client) == nullptr) {
+        return {error("operation", "invalidMonitorCrossRefID")};
+    }
+    m_monitors.remove(id);
+    return emptyResponse(request, client);
+}
+
+RequestResponder::Outcome RequestResponder::changeFilter(const WireDocument& request, int client) {
+    SwitchMonitor* monitor = m_monitors.find(childText(request.root(), "monitorCrossRefID"), client);
+    if (monitor == nullptr) {
+        return {error("operation", "invalidMonitorCrossRefID")};
+    }
+    monitor->filter.apply(childNamed(request.root(), "requestedFilterList"));
+    MessageWriter writer("ChangeMonitorFilterResponse", m_nameSpace);
+    writer.open("actualFilterList");
+    monitor->filter.write(writer);
+    return {writer.finish()};
+}
+
+RequestResponder::Outcome RequestResponder::registration(const WireDocument& /*request*/, int /*client*/) {
+    MessageWriter writer("SystemRegisterResponse", m_nameSpace);
+    writer.text("sysStatRegisterID", std::to_string(++m_registrations));
+    return {writer.finish(), false, true};
+}
+
+RequestResponder::Outcome RequestResponder::requestedStatus(const WireDocument& /*request*/, int /*client*/) {
+    return {
+        MessageWriter("RequestSystemStatusResponse", m_nameSpace).text("systemStatus", m_status).finish()};
+}
+
+/// The request names no device: it is about the logs of those that its client monitors.
+RequestResponder::Outcome RequestResponder::escape(const WireDocument& request, int client) {
+    const pugi::xml_node root = request.root();
+    if (!childNamed(childNamed(privateDataOf(root), "private"), kCallLogEntryRequest)) {
+        return emptyResponse(request, client);
+    }
+    const std::optional<CallLogEntryRequest> asked = readCallLogEntryRequest(root);
+    if (!asked) {
+        return {error("operation", "invalidParameterValue")};
+    }
+    Outcome outcome = emptyResponse(request, client);
+    for (const std::string& device : m_monitors.devicesOf(client)) {
+        std::optional<CallLog::Events> events =
+            m_callLogs.change(device, [&asked](CallLog& log) { return log.apply(*asked); });
+        if (!events) {
+            return {error("operation", "invalidParameterValue")};
+        }
+        outcome.callLogChanges.emplace_back(device, std::move(*events));
+    }
+    return outcome;
+}
+
+RequestResponder::Outcome RequestResponder::snapshot(const WireDocument& /*request*/, int /*client*/) {
+    MessageWriter writer("SnapshotDeviceResponse", m_nameSpace);
+    writer.open("crossRefIDorSnapshotData").empty("snapshotData");
+    return {writer.finish()};
+}
+
+RequestResponder::Outcome RequestResponder::devices(const WireDocument& request, int /*client*/) {
+    const std::string device = childText(request.root(), "requestedDeviceID");
+    const auto served = m_devices.find(comparableNumber(device.empty() ? m_ownDevice : device));
+    if (served == m_devices.end()) {
+        return {error("operation", "serviceNotSupported")};
+    }
+    const std::string crossRefId = std::to_string(++m_deviceLists);
+    MessageWriter list("SwitchingFunctionDevices", m_nameSpace);
+    list.text("serviceCrossRefID", crossRefId).flag("lastSegment", true).open("deviceList");
+    for (const std::string& one : served->second) {
+        list.open("deviceListItem").text("deviceID", one).text("deviceCategory", "station").close();
+    }
+    Outcome outcome{MessageWriter("GetSwitchingFunctionDevicesResponse", m_nameSpace)
+                        .text("serviceCrossRefID", crossRefId)
+                        .finish()};
+    outcome.sequel = list.finish();
+    return outcome;
+}
+
+RequestResponder::Outcome RequestResponder::startSession(const WireDocument& request, int /*client*/) {
+    const pugi::xml_node versions = childNamed(request.root(), "requestedProtocolVersions");
+    MessageWriter writer("StartApplicationSessionPosResponse", kSessionNameSpace);
+    writer.text("sessionID", std::to_string(++m_sessions));
+    writer.text("actualProtocolVersion", childText(versions, "protocolVersion"));
+    writer.text("actualSessionDuration", childText(request.root(), "requestedSessionDuration"));
+    return {writer.finish()};
+}
+
+RequestResponder::Outcome RequestResponder::resetSession(const WireDocument& request, int /*client*/) {
+    MessageWriter writer("ResetApplicationSessionTimerPosResponse", kSessionNameSpace);
+    writer.text("actualSessionDuration", childText(request.root(), "requestedSessionDuration"));
+    return {writer.finish()};
+}
+
+RequestResponder::Outcome RequestResponder::emptyResponse(const WireDocument& request, int /*client*/) {
+    return {MessageWriter(std::string(request.name()) + "Response", m_nameSpace).finish()};
+}
+
+RequestResponder::Outcome RequestResponder::sessionEnd(const WireDocument& /*request*/, int /*client*/) {
+    return {MessageWriter("StopApplicationSessionPosResponse", kSessionNameSpace).finish()};
+}
+
+std::string RequestResponder::error(std::string_view category, std::string_view value) const {
+    return MessageWriter("CSTAErrorCode", m_nameSpace).text(category, value).finish();
+}
+
+}  // namespace host

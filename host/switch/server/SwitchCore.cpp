@@ -1,0 +1,260 @@
+#include "host/switch/server/SwitchCore.h"
+
+#include <system_error>
+#include <utility>
+
+#include <asio/ip/address.hpp>
+#include <asio/post.hpp>
+
+#include "host/csta-wire/Frame.h"
+#include "host/switch/scenario/CallLogText.h"
+#include "host/switch/server/EventWriter.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+
+namespace {
+
+using asio::ip::tcp;
+
+constexpr const char* kComponent = "CSTA Switch";
+
+tcp::acceptor listeningOn(asio::io_context& io, const SwitchOptions& options) {
+    const tcp::endpoint endpoint(asio::ip::make_address(options.address), options.port);
+    return {io, endpoint, true};
+}
+
+/// The root element of a message that we wrote ourselves.
+std::string nameOf(std::string_view xml) {
+    const std::size_t root = xml.find("?><") + 3;
+    return std::string(xml.substr(root, xml.find_first_of(" />", root) - root));
+}
+
+}  // namespace
+
+SwitchCore::SwitchCore(const SwitchOptions& options, MessageTrace& log, CallLogStore& callLogs)
+    : m_options(options),
+      m_log(log),
+      m_callLogs(callLogs),
+      m_work(m_io.get_executor()),
+      m_acceptor(listeningOn(m_io, options)),
+      m_responses(options.edition, options.device, m_monitors, callLogs) {
+    accept();
+}
+
+void SwitchCore::play(Scenario scenario, PlayOptions options) {
+    const std::string device = scenario.device().empty() ? m_options.device : scenario.device();
+    m_responses.addLines(device, scenario.lines());
+    ScenarioPlayer::Stage stage{
+        [this](const SimulatedEvent& occurrence) { happens(occurrence); },
+        [this](const std::string& word) { sendSystemStatus(word); },
+        [this, device, options](const ScenarioStep& step) { changeCallLog(device, step, options); },
+        [this] { return std::to_string(++m_lastCall); },
+        [this](const std::string& number) { return !m_monitors.ofDevice(number).empty(); },
+        [finished = options.finished] {
+            if (finished) {
+                finished();
+            }
+        }};
+    m_players.push_back(std::make_unique<ScenarioPlayer>(m_io, std::move(scenario), std::move(options),
+                                                         m_options.device, std::move(stage)));
+    m_players.back()->start();
+}
+
+void SwitchCore::sendSystemStatus(const std::string& word) {
+    m_responses.setStatus(word);
+    for (const int client : std::set<int>(m_registered)) {
+        sendRequest(client, m_responses.systemStatus(word));
+    }
+}
+
+void SwitchCore::stopMonitors(const std::string& device) {
+    for (const SwitchMonitor* monitor : m_monitors.ofDevice(device)) {
+        const SwitchMonitor stopped = *monitor;
+        m_monitors.remove(stopped.id);
+        sendRequest(stopped.client, m_responses.monitorStop(stopped.id));
+    }
+}
+
+void SwitchCore::dropClients() {
+    for (const auto& [number, client] : ClientMap(m_clients)) {
+        client->close();
+        clientGone(number);
+    }
+}
+
+void SwitchCore::close() {
+    std::error_code ignored;
+    m_acceptor.close(ignored);
+    for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
+        player->stop();
+    }
+    dropClients();
+    m_work.reset();
+}
+
+void SwitchCore::accept() {
+    m_acceptor.async_accept([this](std::error_code error, tcp::socket socket) {
+        if (!m_acceptor.is_open()) {
+            return;
+        }
+        if (!error) {
+            welcome(std::move(socket));
+        }
+        accept();
+    });
+}
+
+void SwitchCore::welcome(tcp::socket socket) {
+    const int number = ++m_lastClient;
+    auto client = std::make_shared<SwitchClient>(
+        std::move(socket), number,
+        SwitchClient::Handlers{[this](SwitchClient& from, const Frame& frame) { received(from, frame); },
+                               [this](SwitchClient& gone) {
+                                   // Later: whoever was just sending may be walking through its monitors.
+                                   asio::post(m_io, [this, lost = gone.number()] { clientGone(lost); });
+                               }});
+    m_clients.emplace(number, client);
+    if (loggingOnAppUni(kComponent, 5)) {
+        logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "client %d is here", number);
+    }
+    client->start();
+    if (m_options.speaksFirst) {
+        send(number, 0, m_responses.systemStatus("enabled"));
+    }
+}
+
+void SwitchCore::received(SwitchClient& client, const Frame& frame) {
+    std::string fault;
+    const std::optional<WireDocument> document = WireDocument::parse(frame.xml, fault);
+    if (!document) {
+        return;
+    }
+    note({SwitchLogEntry::Direction::eReceived, client.number(), frame.invokeId,
+          std::string(document->name()), frame.xml});
+    if (document->kind() == MessageKind::eRequest) {
+        answer(client, frame.invokeId, *document);
+    }
+}
+
+void SwitchCore::answer(SwitchClient& client, int invokeId, const WireDocument& request) {
+    const int number = client.number();
+    const std::string name(request.name());
+    switch (responseModeOf(name)) {
+        case ResponseMode::eNormally: break;
+        case ResponseMode::eNever: return;
+        case ResponseMode::eRefuse: send(number, invokeId, m_responses.refusal()); return;
+        case ResponseMode::eWrongly: send(number, invokeId, m_responses.wrongResponse(name)); return;
+        case ResponseMode::eHangUp:
+            client.close();
+            clientGone(number);
+            return;
+    }
+    const RequestResponder::Outcome outcome = m_responses.answer(request, number);
+    if (outcome.registered) {
+        m_registered.insert(number);
+    }
+    if (outcome.answer) {
+        send(number, invokeId, *outcome.answer);
+    }
+    if (outcome.sequel) {
+        sendRequest(number, *outcome.sequel);
+    }
+    for (const auto& [device, events] : outcome.callLogChanges) {
+        notifyCallLog(device, events);
+    }
+    if (outcome.monitorStarted) {
+        for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
+            player->monitorStarted();
+        }
+    }
+}
+
+void SwitchCore::clientGone(int number) {
+    m_monitors.removeClient(number);
+    m_registered.erase(number);
+    m_clients.erase(number);
+}
+
+void SwitchCore::happens(const SimulatedEvent& occurrence) {
+    const EventSchema& shape = eventSchema(occurrence.event);
+    for (const SimulatedEvent::Listener& listener : occurrence.listeners) {
+        for (const SwitchMonitor* monitor : m_monitors.ofDevice(listener.device)) {
+            if (!monitor->filter.leavesOut(shape.filterGroup, shape.filterMember)) {
+                send(monitor->client, Frame::kEventInvokeId,
+                     writeEvent(m_responses.nameSpace(), occurrence, monitor->id, listener.localConnection));
+            }
+        }
+    }
+    for (const FinishedCall& call : m_finishedCalls.follow(occurrence)) {
+        if (m_options.callLog) {
+            notifyCallLog(call.device, m_callLogs.change(call.device, [&call](CallLog& log) {
+                return log.file(call.log, call.party.anonymous
+                                              ? CallLog::Party()
+                                              : CallLog::Party{call.party.number, call.party.name, {}});
+            }));
+        }
+    }
+}
+
+void SwitchCore::changeCallLog(const std::string& device, const ScenarioStep& step,
+                               const PlayOptions& options) {
+    using Action = ScenarioStep::Action;
+    if (step.action == Action::eLogPrint) {
+        if (options.print) {
+            options.print(callLogText(m_callLogs.entries(device)));
+        }
+        return;
+    }
+    notifyCallLog(device, m_callLogs.change(device, [&step](CallLog& log) {
+        switch (step.action) {
+            case Action::eLogAdd: return log.file(step.log, {step.to.number, step.to.name, step.word});
+            case Action::eLogDelete: return log.remove(step.log, step.to.number);
+            default: return log.clear(step.log);
+        }
+    }));
+}
+
+void SwitchCore::notifyCallLog(const std::string& device, const CallLog::Events& events) {
+    const EventSchema& shape = eventSchema(WireEvent::ePrivate);
+    for (const SwitchMonitor* monitor : m_monitors.ofDevice(device)) {
+        if (monitor->filter.leavesOut(shape.filterGroup, shape.filterMember)) {
+            continue;
+        }
+        for (const CallLogEntryEvent& event : events) {
+            send(monitor->client, Frame::kEventInvokeId,
+                 writeCallLogEvent(m_responses.nameSpace(), event, monitor->id));
+        }
+    }
+}
+
+void SwitchCore::send(int client, int invokeId, const std::string& xml) {
+    const auto found = m_clients.find(client);
+    if (found == m_clients.end()) {
+        return;
+    }
+    note({SwitchLogEntry::Direction::eSent, client, invokeId, nameOf(xml), xml});
+    const std::shared_ptr<SwitchClient> kept = found->second;
+    kept->send(invokeId, xml);
+}
+
+void SwitchCore::note(SwitchLogEntry entry) {
+    if (loggingOnAppUni(kComponent, 6)) {
+        const bool sent = entry.direction == SwitchLogEntry::Direction::eSent;
+        logAppUni(kComponent, __FILE_NAME__, 6, __LINE__, "%s client %d, %04d %s: %s", sent ? "to" : "from",
+                  entry.client, entry.invokeId, entry.name.c_str(), entry.xml.c_str());
+    }
+    m_log.add(std::move(entry));
+}
+
+void SwitchCore::sendRequest(int client, const std::string& xml) {
+    const int id = m_ids.next([](int /*taken*/) { return false; }).value_or(InvokeIds::kFirst);
+    send(client, id, xml);
+}
+
+ResponseMode SwitchCore::responseModeOf(std::string_view request) const {
+    const auto found = m_responseModes.find(request);
+    return found == m_responseModes.end() ? ResponseMode::eNormally : found->second;
+}
+
+}  // namespace host

@@ -1,0 +1,35 @@
+#include "platform/journal-library/ClientResponse.h"
+
+#include <utility>
+
+#include "platform/journal-library/Frames.h"
+#include "platform/journal-library/ItemReader.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/XmlMessage.h"
+
+namespace journalxml {
+
+bool isFailure(const std::string& answer) noexcept {
+    return answer == JournalServiceHelper::FAILURE;
+}
+
+std::optional<bool> parseBoolResponse(const std::string& answer) {
+    bool result = false;
+    if (!JournalServiceHelper::getXMLValue(answer, kResult, result)) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+bool parseContactList(const std::string& text, std::vector<Contact>& contacts) {
+    XmlMessage message;
+    if (!message.parse("<ContactList>" + text + "</ContactList>")) {
+        return false;
+    }
+    for (auto node = childNamed(message.root(), "Entry"); node; node = nextNamed(node, "Entry")) {
+        readItem(node, contacts.emplace_back());
+    }
+    return true;
+}
+
+}  // namespace journalxml

@@ -1,0 +1,116 @@
+#include "src/JournalService/lists/ListPersistence.h"
+
+#include "src/JournalService/base/Log.h"
+
+namespace journal {
+
+using Helper = CallListDatabaseAdapterHelper;
+
+std::string ListPersistence::asEntry(const std::string& body) {
+    return Helper::createXMLElement(Helper::ENTRY, body);
+}
+
+std::string ListPersistence::updateEntry(const std::string& body, const std::string& requestType,
+                                         const std::string& table) {
+    return updateEntries(asEntry(body), requestType, table);
+}
+
+std::string ListPersistence::updateEntries(const std::string& entries, const std::string& requestType,
+                                           const std::string& table) {
+    return entries.empty() ? std::string() : send(entries, requestType, table).value_or("");
+}
+
+std::optional<std::string> ListPersistence::send(const std::string& entries, const std::string& requestType,
+                                                 const std::string& table) {
+    const bool clears = entries == Helper::allEntries();
+    const bool clearingWaits = refusedDeletion(table) == Helper::allEntries();
+    if (clearingWaits && !clears && exchange(Helper::allEntries(), Helper::DELETEREQUEST, table)) {
+        forgetDeletion(table);
+    }
+    std::optional<std::string> answered = exchange(entries, requestType, table);
+    const bool isDeletion = requestType == Helper::DELETEREQUEST;
+    if (!answered && isDeletion) {
+        recordRefusedDeletion(entries, table);
+    } else if (answered && isDeletion && clears) {
+        forgetDeletion(table);
+    } else if (answered && !isDeletion && refusedDeletion(table) == Helper::allEntries()) {
+        LOG_JOURNAL(2, "%s: what was to be cleared stays, since newer entries are among it now",
+                    table.c_str());
+        forgetDeletion(table);
+    }
+    return answered;
+}
+
+void ListPersistence::repeatDeletion(const std::string& table) {
+    const std::string entries = refusedDeletion(table);
+    if (!entries.empty() && !exchange(entries, Helper::DELETEREQUEST, table)) {
+        LOG_JOURNAL(2, "%s: what was to be deleted stays", table.c_str());
+    }
+    forgetDeletion(table);
+}
+
+std::string ListPersistence::refusedDeletion(const std::string& table) const {
+    const std::lock_guard lock(m_mutex);
+    const auto refused = m_refusedDeletions.find(table);
+    return refused == m_refusedDeletions.end() ? std::string() : refused->second;
+}
+
+void ListPersistence::forgetDeletion(const std::string& table) {
+    const std::lock_guard lock(m_mutex);
+    m_refusedDeletions.erase(table);
+}
+
+void ListPersistence::recordRefusedDeletion(const std::string& entries, const std::string& table) {
+    const std::string all = Helper::allEntries();
+    const std::lock_guard lock(m_mutex);
+    std::string& refused = m_refusedDeletions[table];
+    if (entries == all) {
+        refused = all;
+    } else if (refused != all) {
+        refused += entries;
+    }
+}
+
+std::optional<std::string> ListPersistence::exchange(const std::string& entries,
+                                                     const std::string& requestType,
+                                                     const std::string& table) {
+    LOG_JOURNAL(6, "updateEntries[%s][%s]", table.c_str(), entries.c_str());
+    const std::string response = m_adapter.updateEntries(entries, requestType, table);
+    LOG_JOURNAL(6, "DAS resp %s \n", response.c_str());
+    if (response == Helper::FAILED) {
+        LOG_JOURNAL(2, "%s: the database refused a %s", table.c_str(), requestType.c_str());
+        return std::nullopt;
+    }
+    std::string uniqueId = JournalServiceHelper::parseLastUniqueId(response);
+    const std::lock_guard lock(m_mutex);
+    if (!uniqueId.empty()) {
+        m_lastUniqueId = uniqueId;
+        m_visitorCallLogSavePending = true;
+    }
+    return uniqueId;
+}
+
+void ListPersistence::deleteWholeTable(const std::string& table) {
+    updateEntries(Helper::allEntries(), Helper::DELETEREQUEST, table);
+}
+
+void ListPersistence::recordRefused(const std::string& key, bool refused) {
+    const std::lock_guard lock(m_mutex);
+    if (refused) {
+        m_refused.insert(key);
+    } else {
+        m_refused.erase(key);
+    }
+}
+
+void ListPersistence::forgetRefused() {
+    const std::lock_guard lock(m_mutex);
+    m_refused.clear();
+}
+
+std::string ListPersistence::lastUniqueId() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lastUniqueId;
+}
+
+}  // namespace journal

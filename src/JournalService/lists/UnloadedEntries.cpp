@@ -1,0 +1,10 @@
+#include "src/JournalService/lists/UnloadedEntries.h"
+
+namespace journal {
+
+void UnloadedEntries::loaded(bool areLeft) {
+    const auto forget = [areLeft](auto&... lefts) { ((lefts.known = !areLeft, lefts.items.clear()), ...); };
+    std::apply(forget, m_left);
+}
+
+}  // namespace journal

@@ -1,0 +1,103 @@
+#include "src/JournalServiceEvents/configuration/JournalSettings.h"
+
+#include "platform/client-utils/ClientUtils.h"
+#include "platform/journal-library/CallListDatabaseAdapter.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/sync/CriticalSection.h"
+#include "src/JournalService/base/Log.h"
+#include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/lists/JournalLists.h"
+
+namespace journal {
+
+struct JournalSettings::Own {
+    const char* key;
+    Member member;
+    bool byDefault;
+};
+
+const JournalSettings::Own JournalSettings::kOwn[] = {
+    {"call-log-enabled", &SettingValues::m_callLogEnabled, true},
+    {"missed-logging", &SettingValues::m_missedLogging, true},
+    {"delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled, false},
+};
+
+bool JournalSettings::store(const char* key, const std::string& value) {
+    return m_adapter.processRequest(JournalServiceHelper::updateSettings(key, value)) !=
+           CallListDatabaseAdapterHelper::FAILED;
+}
+
+bool JournalSettings::updateBoolConfigItem(Member member, const char* key, const std::string& value) {
+    if (!ClientUtils::isStringBool(value)) {
+        LOG_EVENTS(2, "JournalService::updateEnabledState -> invalid input");
+        return false;
+    }
+    const CriticalSection<Semaphore> section(m_recordLock);
+    if (!store(key, value)) {
+        return false;
+    }
+    const bool next = ClientUtils::stob(value);
+    bool changed = false;
+    m_settings.change([member, next, &changed](SettingValues& values) {
+        changed = values.*member != next;
+        values.*member = next;
+    });
+    return changed;
+}
+
+bool JournalSettings::update(Member member, const char* key, const std::string& value, RejectReason& reason) {
+    const bool changed = updateBoolConfigItem(member, key, value);
+    if (!changed && (*m_settings.values()).*member == ClientUtils::stob(value)) {
+        setRejectReason(eRejectValueNotChanged, reason, "%s value is not changed", key);
+    }
+    return changed;
+}
+
+bool JournalSettings::updateEnabledState(const std::string& value, RejectReason& reason) {
+    const bool changed = update(&SettingValues::m_callLogEnabled, "call-log-enabled", value, reason);
+    if (changed) {
+        handleEnabledStateChange();
+    }
+    return changed;
+}
+
+bool JournalSettings::updateMissedLoggingState(const std::string& value, RejectReason& reason) {
+    return update(&SettingValues::m_missedLogging, "missed-logging", value, reason);
+}
+
+bool JournalSettings::updateDeleteMissedWhenCalledState(const std::string& value, RejectReason& reason) {
+    return update(&SettingValues::m_deleteMissedWhenCalled, "delete-missed-when-called", value, reason);
+}
+
+void JournalSettings::handleEnabledStateChange() {
+    if (!m_settings.values()->m_callLogEnabled) {
+        m_lists.deleteAllCalls();
+    }
+}
+
+bool JournalSettings::readItem(const std::string& response, const char* key, Member member) {
+    bool value = false;
+    if (!JournalServiceHelper::getXMLValue(response, key, value)) {
+        return false;
+    }
+    m_settings.change([member, value](SettingValues& values) { values.*member = value; });
+    return true;
+}
+
+// Under one lock, so that no setting that is made meanwhile is taken for absent and replaced by its default.
+void JournalSettings::readConfigItemsFromDB() {
+    const CriticalSection<Semaphore> section(m_recordLock);
+    const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
+    const bool storesDefaults = m_settings.values()->isSip();
+    for (const Own& own : kOwn) {
+        const bool found =
+            response != CallListDatabaseAdapterHelper::FAILED && readItem(response, own.key, own.member);
+        if (!found && storesDefaults) {
+            m_settings.change([&own](SettingValues& values) { values.*own.member = own.byDefault; });
+            static_cast<void>(store(own.key, own.byDefault ? "true" : "false"));
+        }
+    }
+}
+
+}  // namespace journal

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <string>
+
+class ManageableData;
+class MgmtAgentIfc;
+
+namespace journal {
+
+struct CallLogReadiness;
+class PlatformServices;
+class CstaMonitors;
+class PhoneSettings;
+
+/// Reads the phone's management values into the settings, and tells the management of the journal's own.
+///
+/// Threads: start-up and the thread on which the management delivers its notifications; `getUlmoValue`,
+/// `isVoiceMailNumber` and publishing from any thread. Without a local management nothing is read or told, and the
+/// settings keep their defaults.
+class PhoneValues {
+public:
+    /// Groups of values that are read together.
+    enum Group : unsigned { eTimeZone = 1, eDaylightSaving = 2, eSystem = 4, eAllGroups = 7 };
+
+    /// The parts are borrowed and outlive this one.
+    PhoneValues(const PlatformServices& platform, PhoneSettings& settings, CstaMonitors& monitors,
+                CallLogReadiness& readiness)
+        : m_platform(platform), m_settings(settings), m_monitors(monitors), m_readiness(readiness) {}
+
+    /// Observes every key for `agent` and reads every group.
+    void initEvents(MgmtAgentIfc& agent);
+    /// `groups` is a mask of `Group`.
+    void readLocalMgmtData(unsigned groups);
+    /// False, and `value` unchanged, when the key has no value.
+    bool getUlmoValue(const char* tagName, std::string& value) const;
+    [[nodiscard]] bool isVoiceMailNumber(std::string number) const;
+
+    void publishManageableDataChange(const char* key, const char* value) const;
+    void publishCallLogEnableState() const;
+    void publishMissedLoggingState() const;
+    void publishDeleteMissedWhenCalledState() const;
+    /// Writes a value of the phone's own.
+    void writeValue(const char* key, const char* value) const;
+
+private:
+    void observeManageableData(const char* tagName, MgmtAgentIfc& agent) const;
+    void readSystemGroup();
+
+    const PlatformServices& m_platform;
+    PhoneSettings& m_settings;
+    CstaMonitors& m_monitors;
+    CallLogReadiness& m_readiness;
+};
+
+/// The forms in which the management knows the journal's own settings. "missed-logging" is inverted: "1" means that
+/// missed calls which were answered elsewhere are not logged; "delete-missed-when-called" is not.
+namespace managementForm {
+[[nodiscard]] inline const char* enabled(bool callLogEnabled) {
+    return callLogEnabled ? "true" : "false";
+}
+[[nodiscard]] inline const char* missedLogging(bool logged) {
+    return logged ? "0" : "1";
+}
+[[nodiscard]] inline const char* deleteWhenCalled(bool deleted) {
+    return deleted ? "1" : "0";
+}
+}  // namespace managementForm
+
+}  // namespace journal

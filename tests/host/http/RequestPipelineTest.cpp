@@ -1,0 +1,151 @@
+#include "host/http/RequestPipeline.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "host/http/ListsResource.h"
+#include "tests/support/FakeJournalService.h"
+#include "tests/support/Table.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace {
+
+using host::HttpResponse;
+using host::Router;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Pair;
+
+/// The lists and a page, on 127.0.0.1:80 of line 2001, with the token "secret".
+class RequestPipelineTest : public testing::Test {
+protected:
+    RequestPipelineTest() {
+        std::ofstream(m_directory.path() / "index.html") << "page";
+        std::ofstream(m_directory.path() / "a.js") << "script";
+        m_resource.addRoutes(m_router);
+        m_router.add({"GET", "/open", [](const auto&) { return HttpResponse(); }, Router::Guard::eOpen});
+        m_router.add(
+            {"GET", "/broken", [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
+        for (const char* const name : {"Ann", "Bob", "Anna"}) {
+            MissedCallItem item;
+            item.setEntryId(name);
+            item.setSurname(name);
+            item.setViewed(name == std::string("Bob"));
+            m_journal.lists.missed.push_back(item);
+        }
+    }
+
+    /// `headers` as "name: value; name: value", above a Host that is right.
+    HttpResponse answer(const std::string& method, const std::string& target, const std::string& headers,
+                        const std::string& body = "") {
+        host::HttpRequest request;
+        request.method = method;
+        request.target = target;
+        request.headers["host"] = "127.0.0.1:80";
+        for (const std::string& header : journaltest::split(headers, ';')) {
+            const std::size_t colon = header.find(": ");
+            request.headers[header.substr(0, colon)] = header.substr(colon + 2);
+        }
+        request.body = body;
+        host::Authenticator authenticator(m_token);
+        authenticator.listensAt({m_listen, 80});
+        const host::PageFiles page(m_directory.path());
+        return host::RequestPipeline(authenticator, m_router, page, "2001").answer(std::move(request));
+    }
+
+    /// The status, and what else tells: the code of an error, the id of an entry, how many and which entries of a list.
+    static std::string summary(const HttpResponse& response) {
+        const auto json = nlohmann::json::parse(response.body.empty() ? "{}" : response.body);
+        std::string text =
+            std::to_string(response.status) + " " +
+            json.value("/error/code"_json_pointer, json.value("entryId", json.empty() ? "-" : ""));
+        if (json.contains("items")) {
+            text += json["total"].dump() + "/" + json["unviewed"].dump();
+            for (const auto& item : json["items"]) {
+                text += " " + item["entryId"].get<std::string>();
+            }
+        }
+        return text;
+    }
+
+    TemporaryDirectory m_directory;
+    journaltest::FakeJournalService m_journal;
+    Router m_router;
+    int m_emptied = 0;
+    host::ListsResource m_resource{m_journal, [this] { ++m_emptied; }};
+    std::optional<std::string> m_token = "secret";
+    std::string m_listen = "127.0.0.1";
+};
+
+TEST_F(RequestPipelineTest, LetsThroughWhatComesFromTheRightPlaceWithTheToken) {
+    for (const auto& row : journaltest::table(4, R"(
+        GET  | /api/v1/lists/missed | authorization: Bearer secret                         | 200
+        HEAD | /api/v1/lists/missed | authorization: bEARER secret                         | 200
+        GET  | /api/v1/lists/missed | cookie: calljournal-80=secret                        | 200
+        GET  | /api/v1/lists/missed | cookie: calljournal-81=secret                        | 401 no-token
+        GET  | /api/v1/lists/missed | authorization: Bearer secre                          | 401 wrong-token
+        GET  | /api/v1/lists/missed | authorization: Bearer secreT                         | 401 wrong-token
+        GET  | /api/v1/lists/missed | cookie: calljournal-80=other                         | 401 wrong-token
+        GET  | /api/v1/lists/missed |                                                      | 401 no-token
+        GET  | /nowhere             | authorization: Bearer secret                         | 404
+        GET  | /broken              | authorization: Bearer secret                         | 500
+        GET  | /open                | host: LOCALHOST:9000                                 | 200
+        GET  | /open                | host: 127.0.0.1.evil.example                         | 403
+        GET  | /open                | origin: http://127.0.0.1:80                          | 200
+        GET  | /open                | origin: http://127.0.0.1:81                          | 403
+        GET  | /open                | origin: null                                         | 403
+        GET  | /open                | sec-fetch-site: cross-site                           | 403
+        GET  | /open                | sec-fetch-site: same-site; sec-fetch-mode: navigate  | 403
+        GET  | /                    | sec-fetch-site: cross-site; sec-fetch-mode: navigate | 200
+        GET  | /a.js                |                                                      | 200
+        GET  | /b/../a.js           |                                                      | 400
+        GET  | /b%2fa.js            |                                                      | 400
+        GET  | /open                | host: 127.0.0.1:80, evil.example                     | 400
+        POST | /a.js                |                                                      | 405 GET
+        GET  | /?token=secret       |                                                      | 303 /
+        GET  | /?token=wrong        |                                                      | 303 /?refused=1
+        PUT  | /api/v1/lists/a      | authorization: Bearer secret                         | 405 GET, DELETE
+        GET  | /api/v1/lists/missed/viewed | authorization: Bearer secret                  | 405 POST
+    )")) {
+        const HttpResponse response = answer(row[0], row[1], row[2]);
+        std::string text = response.status == 401 ? summary(response) : std::to_string(response.status);
+        for (const auto& [name, value] : response.headers) {
+            text += name == "Allow" || name == "Location" ? " " + value : "";
+        }
+        EXPECT_EQ(text, row[3]) << row[0] << " " << row[1] << " " << row[2];
+        EXPECT_THAT(response.headers,
+                    Contains(Pair("Content-Security-Policy", HasSubstr("default-src 'none'"))));
+    }
+    m_token.reset();
+    m_listen = "0.0.0.0";
+    EXPECT_EQ(answer("GET", "/api/v1/lists/missed", "host: 192.0.2.1:80").status, 200);
+    EXPECT_EQ(answer("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
+}
+
+TEST_F(RequestPipelineTest, AsksTheJournalForWhatTheRequestSays) {
+    for (const auto& row : journaltest::table(5, R"(
+        GET    | missed                    |                     | 200 3/2 Ann Bob Anna | getMissedCallList()
+        GET    | missed?limit=1&offset=1   |                     | 200 3/2 Bob          | getMissedCallList()
+        GET    | missed?search=ANN&limit=9 |                     | 200 2/2 Ann Anna     | getMissedCallList()
+        GET    | missed/%42ob              |                     | 200 Bob              | getMissedCall(Bob)
+        DELETE | missed/Bob                |                     | 204 -                | deleteMissedCall(Bob, false)
+        DELETE | callbacks                 |                     | 204 -                | deleteCallBackList()
+        DELETE | received                  | {"entryIds": ["b"]} | 204 -                | deleteReceivedCallList({b})
+        DELETE | forwarded                 | {"entryIds": []}    | 204 -                | deleteForwardedCallList({})
+        DELETE | dialled                   | {}                  | 422 wrong-shape      |
+        POST   | missed/viewed             | {"entryIds": ["x"]} | 204 -                | setMissedCallListAsViewed({x})
+    )")) {
+        const std::size_t before = m_journal.calls().size();
+        EXPECT_EQ(summary(answer(row[0], "/api/v1/lists/" + row[1], "authorization: Bearer secret", row[2])),
+                  row[3])
+            << row[1] << row[2];
+        const auto calls = m_journal.calls();
+        EXPECT_EQ(calls.size() > before ? calls.back() : "", row[4]) << row[1] << row[2];
+    }
+    EXPECT_EQ(m_emptied, 1) << "the one list without entry ids";
+}
+
+}  // namespace
