@@ -70,7 +70,7 @@ void JournalComponents::start(Context& context, MgmtAgentIfc& managementAgent, J
     // The notifier reads the lists through the service, so it gets it in any case; no software type is one, too.
     std::string softwareType;
     management.getUlmoValue("software-type", softwareType);
-    settings.change([&softwareType](SettingValues& values) { values.m_softwareType = softwareType; });
+    settings.change([&softwareType](SettingsSnapshot& values) { values.m_softwareType = softwareType; });
     notifier.init(&service, softwareType);
 
     if (platform.m_cstaService != nullptr) {
@@ -81,7 +81,7 @@ void JournalComponents::start(Context& context, MgmtAgentIfc& managementAgent, J
         monitors.CSTASystemRegister();
     }
     ownSettings.readConfigItemsFromDB();
-    settings.change([](SettingValues& values) { values.deriveEventModes(); });
+    settings.change([](SettingsSnapshot& values) { values.deriveEventModes(); });
     persistence.m_visitorCallLogSavePending = false;
     if (platform.m_localMgmt != nullptr) {
         platform.m_localMgmt->registerAgent(kAgentIdentifier, managementAgent, kAgentVersion);

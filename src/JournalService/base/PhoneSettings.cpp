@@ -4,15 +4,15 @@
 
 namespace journal {
 
-bool SettingValues::isSip() const {
+bool SettingsSnapshot::isSip() const {
     return m_softwareType == softwareTypes::sip;
 }
 
-bool SettingValues::isQorvex() const {
+bool SettingsSnapshot::isQorvex() const {
     return m_softwareType == softwareTypes::qorvex;
 }
 
-void SettingValues::deriveEventModes() {
+void SettingsSnapshot::deriveEventModes() {
     m_useCSTACallControlEvents = m_systemIdentifier != 2;
     m_serverBasedCallLog = m_systemIdentifier == 2;
     m_enterMarkedMissedCall = m_systemIdentifier == 1;

@@ -8,7 +8,7 @@
 namespace journal {
 
 /// The configuration of the journal at one moment. A plain value.
-struct SettingValues {
+struct SettingsSnapshot {
     // The journal's own settings, kept in the settings record of the database.
     bool m_callLogEnabled = true;
     bool m_missedLogging = true;
@@ -47,9 +47,9 @@ struct SettingValues {
 /// that looks at two values sees both from one moment; it stays valid for as long as it is held.
 class PhoneSettings {
 public:
-    using Snapshot = std::shared_ptr<const SettingValues>;
+    using Snapshot = std::shared_ptr<const SettingsSnapshot>;
 
-    PhoneSettings() : m_values(std::make_shared<const SettingValues>()) {}
+    PhoneSettings() : m_values(std::make_shared<const SettingsSnapshot>()) {}
     PhoneSettings(const PhoneSettings&) = delete;
     PhoneSettings& operator=(const PhoneSettings&) = delete;
     ~PhoneSettings() = default;
@@ -63,7 +63,7 @@ public:
     template <typename Change>
     void change(Change&& change) {
         const std::lock_guard lock(m_mutex);
-        auto next = std::make_shared<SettingValues>(*m_values);
+        auto next = std::make_shared<SettingsSnapshot>(*m_values);
         change(*next);
         m_values = std::move(next);
     }

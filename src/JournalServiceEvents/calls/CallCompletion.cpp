@@ -15,7 +15,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "createCallEntryAndRemoveCall";
+constexpr const char* kLogName = "createCallEntryAndRemoveCall";
 /// In the place of the first forwarded party: the forwardings of the call have their entry already.
 constexpr const char* kForwardingsDone = "firstForwardedParty_seq_done";
 
@@ -81,21 +81,21 @@ const CallCompletion::Rule* CallCompletion::ruleFor(const Call& call, Call::stat
 
 bool CallCompletion::createCallEntryAndRemoveCall(const Call* call, Call::states_t state) {
     if (m_settings.values()->isSip()) {
-        LOG_EVENTS(5, "%s():{%s} State: %d, Direction: %d TreatAsIncoming %c", kOperation,
+        LOG_EVENTS(5, "%s():{%s} State: %d, Direction: %d TreatAsIncoming %c", kLogName,
                    call->m_sCallId.c_str(), static_cast<int>(state), static_cast<int>(call->m_Direction),
                    call->m_treatAsIncoming ? 'Y' : 'N');
     } else {
-        LOG_EVENTS(5, "%s():direction[%s] state[%d]", kOperation,
-                   call->isOutgoing() ? "outgoing" : "incoming", static_cast<int>(state));
+        LOG_EVENTS(5, "%s():direction[%s] state[%d]", kLogName, call->isOutgoing() ? "outgoing" : "incoming",
+                   static_cast<int>(state));
     }
     const Rule* const rule = ruleFor(*call, state);
     if (rule == nullptr) {
-        LOG_EVENTS(5, "%s():{%s} Unknown Call State: %d, Remote Party: %s", kOperation,
-                   call->m_sCallId.c_str(), static_cast<int>(state), call->m_sRemoteParty.c_str());
+        LOG_EVENTS(5, "%s():{%s} Unknown Call State: %d, Remote Party: %s", kLogName, call->m_sCallId.c_str(),
+                   static_cast<int>(state), call->m_sRemoteParty.c_str());
     } else if ((this->*rule->file)(*call) == Record::eKept) {
         return true;
     }
-    LOG_EVENTS(5, "%s():removeCall[%s]", kOperation, call->m_sCallId.c_str());
+    LOG_EVENTS(5, "%s():removeCall[%s]", kLogName, call->m_sCallId.c_str());
     m_calls.removeCall(call->m_sCallId);
     return rule != nullptr;
 }
@@ -126,8 +126,7 @@ CallCompletion::Record CallCompletion::fileQorvexDelivered(const Call& call) {
     if (!shouldSaveDeliveredCallAsMissed(&call)) {
         return Record::eRemoved;
     }
-    LOG_EVENTS(5, "%s():{%s} eDelivered event creating newMissedCallEntry", kOperation,
-               call.m_sCallId.c_str());
+    LOG_EVENTS(5, "%s():{%s} eDelivered event creating newMissedCallEntry", kLogName, call.m_sCallId.c_str());
     auto details = missedDetails(call);
     details.presentationC = LogEntry::ePresented;
     details.presentationD = LogEntry::ePresented;
@@ -142,7 +141,7 @@ CallCompletion::Record CallCompletion::fileQorvexMissed(const Call& call) {
 
 CallCompletion::Record CallCompletion::fileQorvexReceived(const Call& call) {
     if (call.m_sRemoteParty == communicationsServiceTexts::noNumberProvided && !isUsingCrestUX()) {
-        LOG_EVENTS(5, "%s():{%s} No Number Provided - no entry in received call list", kOperation,
+        LOG_EVENTS(5, "%s():{%s} No Number Provided - no entry in received call list", kLogName,
                    call.m_sCallId.c_str());
         return Record::eRemoved;
     }
@@ -159,10 +158,10 @@ CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call)
                "m_sCalledParty[%s] "
                "m_sRemoteParty[%s], m_sFirstForwardedParty[%s], m_sFirstForwardedPartyName[%s], "
                "m_ForwardingPartyDisplayLast[%s], mAutoAnswerForwardedCall[%s]",
-               kOperation, call.m_sCallId.c_str(), call.m_sConnectedParty.c_str(),
-               call.m_sDialledParty.c_str(), call.m_sCalledParty.c_str(), call.m_sRemoteParty.c_str(),
-               call.m_sFirstForwardedParty.c_str(), call.m_sFirstForwardedPartyName.c_str(),
-               textOf(settings->m_ForwardingPartyDisplayLast), textOf(call.mAutoAnswerForwardedCall));
+               kLogName, call.m_sCallId.c_str(), call.m_sConnectedParty.c_str(), call.m_sDialledParty.c_str(),
+               call.m_sCalledParty.c_str(), call.m_sRemoteParty.c_str(), call.m_sFirstForwardedParty.c_str(),
+               call.m_sFirstForwardedPartyName.c_str(), textOf(settings->m_ForwardingPartyDisplayLast),
+               textOf(call.mAutoAnswerForwardedCall));
     const std::string& connected = call.m_sConnectedParty;
     if (connected.empty() || connected == call.m_sDialledParty || connected == call.m_sCalledParty) {
         return Record::eKept;
@@ -170,7 +169,7 @@ CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call)
     if (call.m_sFirstForwardedParty == kForwardingsDone) {
         return Record::eRemoved;
     }
-    LOG_EVENTS(5, "%s():{%s} for state == Call::eForwarded, newDialledCallEntry!?", kOperation,
+    LOG_EVENTS(5, "%s():{%s} for state == Call::eForwarded, newDialledCallEntry!?", kLogName,
                call.m_sCallId.c_str());
     auto details = dialledDetails(call, LogEntry::eDialledForwarded);
     details.startSec = -1;

@@ -8,7 +8,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "onCallEvent";
+constexpr const char* kLogName = "onCallEvent";
 constexpr const char* kCtiAssisted = "CTI Assisted";
 
 bool isBluetooth(const std::string& party) {
@@ -33,7 +33,7 @@ void mergeDiverted(Call& call, Call::directions_t direction, const EventParties&
         return;
     }
     call.m_sCalledParty = parties.divertedParty;
-    LOG_EVENTS(5, "%s():m_sRedirectingParty[%s]->[%s], m_sRedirectingPartyName[%s]->[%s]", kOperation,
+    LOG_EVENTS(5, "%s():m_sRedirectingParty[%s]->[%s], m_sRedirectingPartyName[%s]->[%s]", kLogName,
                call.m_sRedirectingParty.c_str(), parties.divertedParty.c_str(),
                call.m_sRedirectingPartyName.c_str(), parties.divertedPartyName.c_str());
     call.m_sRedirectingParty = parties.divertedParty;
@@ -44,20 +44,20 @@ void mergeDiverted(Call& call, Call::directions_t direction, const EventParties&
 // The call leaves: it was forwarded, or it failed.
 void mergeLeaving(Call& call, const EventParties& parties) {
     if (call.m_sRemoteParty.empty() || call.m_sRemoteParty != parties.divertedParty) {
-        LOG_EVENTS(5, "%s():m_sRemoteParty[%s]->[%s]", kOperation, call.m_sRemoteParty.c_str(),
+        LOG_EVENTS(5, "%s():m_sRemoteParty[%s]->[%s]", kLogName, call.m_sRemoteParty.c_str(),
                    parties.remoteParty.c_str());
         call.m_sRemoteParty = parties.remoteParty;
         if (!parties.remotePartyName.empty()) {
-            LOG_EVENTS(5, "%s():m_sRemotePartyName[%s]->[%s]", kOperation, call.m_sRemotePartyName.c_str(),
+            LOG_EVENTS(5, "%s():m_sRemotePartyName[%s]->[%s]", kLogName, call.m_sRemotePartyName.c_str(),
                        parties.remotePartyName.c_str());
             call.m_sRemotePartyName = parties.remotePartyName;
         }
     }
-    LOG_EVENTS(5, "%s():m_sConnectedParty[%s]->[%s]", kOperation, call.m_sConnectedParty.c_str(),
+    LOG_EVENTS(5, "%s():m_sConnectedParty[%s]->[%s]", kLogName, call.m_sConnectedParty.c_str(),
                parties.divertedParty.c_str());
     call.m_sConnectedParty = parties.divertedParty;
     if (!parties.divertedPartyName.empty()) {
-        LOG_EVENTS(5, "%s():m_sConnectedPartyName[%s]->[%s]", kOperation, call.m_sConnectedPartyName.c_str(),
+        LOG_EVENTS(5, "%s():m_sConnectedPartyName[%s]->[%s]", kLogName, call.m_sConnectedPartyName.c_str(),
                    parties.divertedPartyName.c_str());
         call.m_sConnectedPartyName = parties.divertedPartyName;
     }
@@ -66,7 +66,7 @@ void mergeLeaving(Call& call, const EventParties& parties) {
 void mergeCalled(Call& call, const EventParties& parties) {
     const bool outdated = call.m_sCalledParty != call.m_sRemoteParty && !parties.remoteParty.empty();
     if ((call.m_sCalledParty.empty() || outdated) && !isBluetooth(call.m_sCalledParty)) {
-        LOG_EVENTS(5, "%s():callParty[%s]->[%s]", kOperation, call.m_sCalledParty.c_str(),
+        LOG_EVENTS(5, "%s():callParty[%s]->[%s]", kLogName, call.m_sCalledParty.c_str(),
                    parties.remoteParty.c_str());
         call.m_sCalledParty = parties.remoteParty;
     }
@@ -77,7 +77,7 @@ void mergeCalled(Call& call, const EventParties& parties) {
     const bool keepsName =
         !name.empty() && (name == parties.remotePartyName || parties.remotePartyName.empty());
     if (!keepsName) {
-        LOG_EVENTS(5, "%s():callPartyName[%s]->[%s]", kOperation, name.c_str(),
+        LOG_EVENTS(5, "%s():callPartyName[%s]->[%s]", kLogName, name.c_str(),
                    parties.remotePartyName.c_str());
         call.m_sCalledPartyName = parties.remotePartyName;
     }
@@ -87,7 +87,7 @@ void mergeRemote(Call& call, const EventParties& parties) {
     const std::string& party = call.m_sRemoteParty;
     const bool keepsParty = !party.empty() && (party == call.m_sCalledParty || parties.remoteParty.empty());
     if (!keepsParty) {
-        LOG_EVENTS(5, "%s():remoteParty[%s]->[%s]", kOperation, party.c_str(), parties.remoteParty.c_str());
+        LOG_EVENTS(5, "%s():remoteParty[%s]->[%s]", kLogName, party.c_str(), parties.remoteParty.c_str());
         call.m_sRemoteParty = parties.remoteParty;
     }
     if (party != parties.remoteParty) {
@@ -96,7 +96,7 @@ void mergeRemote(Call& call, const EventParties& parties) {
     const std::string& name = call.m_sRemotePartyName;
     const bool keepsName = !name.empty() && (name == call.m_sCalledPartyName || parties.remoteParty.empty());
     if (!keepsName) {
-        LOG_EVENTS(5, "%s():remotePartyName[%s]->[%s]", kOperation, name.c_str(),
+        LOG_EVENTS(5, "%s():remotePartyName[%s]->[%s]", kLogName, name.c_str(),
                    parties.remotePartyName.c_str());
         call.m_sRemotePartyName = parties.remotePartyName;
     }
@@ -104,7 +104,7 @@ void mergeRemote(Call& call, const EventParties& parties) {
 
 void mergeUndiverted(Call& call, Call::states_t state, const EventParties& parties) {
     if (state == Call::eOriginated && call.m_sDialledParty.empty()) {
-        LOG_EVENTS(5, "%s():m_sDialledParty[%s]->[%s]", kOperation, call.m_sDialledParty.c_str(),
+        LOG_EVENTS(5, "%s():m_sDialledParty[%s]->[%s]", kLogName, call.m_sDialledParty.c_str(),
                    parties.remoteParty.c_str());
         call.m_sDialledParty = parties.remoteParty;
         return;
@@ -117,7 +117,7 @@ void mergeUndiverted(Call& call, Call::states_t state, const EventParties& parti
 }
 
 void mergeEstablished(Call& call, const EventParties& parties) {
-    LOG_EVENTS(5, "%s():pCall->m_State[%d] pCall->m_sConnectedParty[%s]", kOperation,
+    LOG_EVENTS(5, "%s():pCall->m_State[%d] pCall->m_sConnectedParty[%s]", kLogName,
                static_cast<int>(call.m_State), call.m_sConnectedParty.c_str());
     if (!call.m_sConnectedParty.empty()) {
         call.m_sConnectedParty = parties.remoteParty;
@@ -133,31 +133,31 @@ void mergeEstablished(Call& call, const EventParties& parties) {
 
 void mergeForwardedAway(Call& call, const EventParties& parties) {
     if (call.m_sCalledParty.empty()) {
-        LOG_EVENTS(5, "%s():m_sCalledParty[%s]->[%s]", kOperation, call.m_sCalledParty.c_str(),
+        LOG_EVENTS(5, "%s():m_sCalledParty[%s]->[%s]", kLogName, call.m_sCalledParty.c_str(),
                    parties.remoteParty.c_str());
         call.m_sCalledParty = parties.remoteParty;
     }
     if (call.m_sCalledParty == parties.remoteParty) {
-        LOG_EVENTS(5, "%s():m_sCalledPartyName[%s]->[%s]", kOperation, call.m_sCalledPartyName.c_str(),
+        LOG_EVENTS(5, "%s():m_sCalledPartyName[%s]->[%s]", kLogName, call.m_sCalledPartyName.c_str(),
                    parties.remotePartyName.c_str());
         call.m_sCalledPartyName = parties.remotePartyName;
     }
-    LOG_EVENTS(5, "%s():m_sCalledParty[%s]", kOperation, call.m_sCalledParty.c_str());
-    LOG_EVENTS(5, "%s():m_sCalledPartyName[%s]", kOperation, call.m_sCalledPartyName.c_str());
+    LOG_EVENTS(5, "%s():m_sCalledParty[%s]", kLogName, call.m_sCalledParty.c_str());
+    LOG_EVENTS(5, "%s():m_sCalledPartyName[%s]", kLogName, call.m_sCalledPartyName.c_str());
 }
 
 void logParties(const Call& call) {
-    LOG_EVENTS(5, "%s():callParty[%s]", kOperation, call.m_sCalledParty.c_str());
-    LOG_EVENTS(5, "%s():callPartyName[%s]", kOperation, call.m_sCalledPartyName.c_str());
-    LOG_EVENTS(5, "%s():remoteParty[%s]", kOperation, call.m_sRemoteParty.c_str());
-    LOG_EVENTS(5, "%s():remotePartyName[%s]", kOperation, call.m_sRemotePartyName.c_str());
+    LOG_EVENTS(5, "%s():callParty[%s]", kLogName, call.m_sCalledParty.c_str());
+    LOG_EVENTS(5, "%s():callPartyName[%s]", kLogName, call.m_sCalledPartyName.c_str());
+    LOG_EVENTS(5, "%s():remoteParty[%s]", kLogName, call.m_sRemoteParty.c_str());
+    LOG_EVENTS(5, "%s():remotePartyName[%s]", kLogName, call.m_sRemotePartyName.c_str());
 }
 
 }  // namespace
 
 void mergeSipParties(Call& call, Call::states_t state, Call::directions_t direction,
                      const EventParties& parties) {
-    LOG_EVENTS(5, "%s():sDivertedParty[%s]", kOperation, parties.divertedParty.c_str());
+    LOG_EVENTS(5, "%s():sDivertedParty[%s]", kLogName, parties.divertedParty.c_str());
     const bool diverted = !parties.divertedParty.empty();
     if (!diverted) {
         mergeUndiverted(call, state, parties);
@@ -171,8 +171,8 @@ void mergeSipParties(Call& call, Call::states_t state, Call::directions_t direct
         if (state == Call::eEstablished) {
             mergeEstablished(call, parties);
         }
-        LOG_EVENTS(5, "%s():m_sConnectedParty[%s]", kOperation, call.m_sConnectedParty.c_str());
-        LOG_EVENTS(5, "%s():m_sConnectedPartyName[%s]", kOperation, call.m_sConnectedPartyName.c_str());
+        LOG_EVENTS(5, "%s():m_sConnectedParty[%s]", kLogName, call.m_sConnectedParty.c_str());
+        LOG_EVENTS(5, "%s():m_sConnectedPartyName[%s]", kLogName, call.m_sConnectedPartyName.c_str());
         if (state == Call::eForwarded && call.isOutgoing()) {
             mergeForwardedAway(call, parties);
         }

@@ -57,17 +57,17 @@ bool JournalRefresh::resetUserData() {
     }
     RejectReason ignored;
     if (!before->m_callLogEnabled) {
-        m_parts.settings.change([](SettingValues& values) { values.m_callLogEnabled = true; });
+        m_parts.settings.change([](SettingsSnapshot& values) { values.m_callLogEnabled = true; });
         m_parts.ownSettings.updateEnabledState("true", ignored);
         m_parts.management.publishCallLogEnableState();
     }
     if (!before->m_missedLogging) {
-        m_parts.settings.change([](SettingValues& values) { values.m_missedLogging = true; });
+        m_parts.settings.change([](SettingsSnapshot& values) { values.m_missedLogging = true; });
         m_parts.ownSettings.updateMissedLoggingState("true", ignored);
         m_parts.management.publishMissedLoggingState();
     }
     if (before->m_deleteMissedWhenCalled) {
-        m_parts.settings.change([](SettingValues& values) { values.m_deleteMissedWhenCalled = false; });
+        m_parts.settings.change([](SettingsSnapshot& values) { values.m_deleteMissedWhenCalled = false; });
         m_parts.ownSettings.updateDeleteMissedWhenCalledState("false", ignored);
         m_parts.management.publishDeleteMissedWhenCalledState();
     }
@@ -76,7 +76,7 @@ bool JournalRefresh::resetUserData() {
 
 bool JournalRefresh::setJournalServiceCallLogEventsDisabling(const std::string& value) {
     LOG_JOURNAL(5, "Broadsoft service prevents some events");
-    m_parts.settings.change([&value](SettingValues& values) { values.m_xsiConfigured = value == "true"; });
+    m_parts.settings.change([&value](SettingsSnapshot& values) { values.m_xsiConfigured = value == "true"; });
     return true;
 }
 

@@ -18,9 +18,9 @@ struct JournalSettings::Own {
 };
 
 const JournalSettings::Own JournalSettings::kOwn[] = {
-    {"call-log-enabled", &SettingValues::m_callLogEnabled, true},
-    {"missed-logging", &SettingValues::m_missedLogging, true},
-    {"delete-missed-when-called", &SettingValues::m_deleteMissedWhenCalled, false},
+    {"call-log-enabled", &SettingsSnapshot::m_callLogEnabled, true},
+    {"missed-logging", &SettingsSnapshot::m_missedLogging, true},
+    {"delete-missed-when-called", &SettingsSnapshot::m_deleteMissedWhenCalled, false},
 };
 
 bool JournalSettings::store(const char* key, const std::string& value) {
@@ -39,7 +39,7 @@ bool JournalSettings::updateBoolConfigItem(Member member, const char* key, const
     }
     const bool next = ClientUtils::stob(value);
     bool changed = false;
-    m_settings.change([member, next, &changed](SettingValues& values) {
+    m_settings.change([member, next, &changed](SettingsSnapshot& values) {
         changed = values.*member != next;
         values.*member = next;
     });
@@ -55,7 +55,7 @@ bool JournalSettings::update(Member member, const char* key, const std::string& 
 }
 
 bool JournalSettings::updateEnabledState(const std::string& value, RejectReason& reason) {
-    const bool changed = update(&SettingValues::m_callLogEnabled, "call-log-enabled", value, reason);
+    const bool changed = update(&SettingsSnapshot::m_callLogEnabled, "call-log-enabled", value, reason);
     if (changed) {
         handleEnabledStateChange();
     }
@@ -63,11 +63,11 @@ bool JournalSettings::updateEnabledState(const std::string& value, RejectReason&
 }
 
 bool JournalSettings::updateMissedLoggingState(const std::string& value, RejectReason& reason) {
-    return update(&SettingValues::m_missedLogging, "missed-logging", value, reason);
+    return update(&SettingsSnapshot::m_missedLogging, "missed-logging", value, reason);
 }
 
 bool JournalSettings::updateDeleteMissedWhenCalledState(const std::string& value, RejectReason& reason) {
-    return update(&SettingValues::m_deleteMissedWhenCalled, "delete-missed-when-called", value, reason);
+    return update(&SettingsSnapshot::m_deleteMissedWhenCalled, "delete-missed-when-called", value, reason);
 }
 
 void JournalSettings::handleEnabledStateChange() {
@@ -81,7 +81,7 @@ bool JournalSettings::readItem(const std::string& response, const char* key, Mem
     if (!JournalServiceHelper::getXMLValue(response, key, value)) {
         return false;
     }
-    m_settings.change([member, value](SettingValues& values) { values.*member = value; });
+    m_settings.change([member, value](SettingsSnapshot& values) { values.*member = value; });
     return true;
 }
 
@@ -94,7 +94,7 @@ void JournalSettings::readConfigItemsFromDB() {
         const bool found =
             response != CallListDatabaseAdapterHelper::FAILED && readItem(response, own.key, own.member);
         if (!found && storesDefaults) {
-            m_settings.change([&own](SettingValues& values) { values.*own.member = own.byDefault; });
+            m_settings.change([&own](SettingsSnapshot& values) { values.*own.member = own.byDefault; });
             static_cast<void>(store(own.key, own.byDefault ? "true" : "false"));
         }
     }

@@ -9,7 +9,7 @@ class CallListDatabaseAdapter;
 
 namespace journal {
 
-struct SettingValues;
+struct SettingsSnapshot;
 class JournalLists;
 class PhoneSettings;
 
@@ -36,7 +36,7 @@ public:
 
 private:
     /// A setting by the member that holds it.
-    using Member = bool SettingValues::*;
+    using Member = bool SettingsSnapshot::*;
 
     struct Own;
     static const Own kOwn[];

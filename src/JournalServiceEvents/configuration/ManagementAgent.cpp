@@ -96,11 +96,11 @@ bool ManagementAgent::getData(ManageableData& data) {
         if (key == "clear-calllog") {
             value = "false";
         } else if (key == "call-log-enabled") {
-            value = managementForm::enabled(settings->m_callLogEnabled);
+            value = managementform::enabled(settings->m_callLogEnabled);
         } else if (key == "missed-logging") {
-            value = managementForm::missedLogging(settings->m_missedLogging);
+            value = managementform::missedLogging(settings->m_missedLogging);
         } else if (key == "delete-missed-when-called") {
-            value = managementForm::deleteWhenCalled(settings->m_deleteMissedWhenCalled);
+            value = managementform::deleteWhenCalled(settings->m_deleteMissedWhenCalled);
         } else {
             LOG_EVENTS(5, "%s is not available from this service.", key.c_str());
             result = false;
@@ -131,19 +131,20 @@ void ManagementAgent::manageableDataChanged(ManageableData& data) {
     } else if (key == "disable-access-calllog") {
         followCallLogState(value);
     } else if (key == "server-based-features") {
-        m_parts.settings.change([isTrue](SettingValues& values) { values.m_serverBasedFeatures = isTrue; });
+        m_parts.settings.change(
+            [isTrue](SettingsSnapshot& values) { values.m_serverBasedFeatures = isTrue; });
     } else if (key == "system-identifier" || key == "call-log-control" || key == "reg-number") {
         m_parts.management.readLocalMgmtData(PhoneValues::eSystem);
     } else if (key == "bt-hw-state") {
         followBluetooth(value == "on");
     } else if (key == "wsi-allow-uc-journal") {
-        m_parts.settings.change([isTrue](SettingValues& values) { values.m_wsiAllowUcJournal = isTrue; });
+        m_parts.settings.change([isTrue](SettingsSnapshot& values) { values.m_wsiAllowUcJournal = isTrue; });
     } else if (key == "forwarding-party-display") {
         m_parts.settings.change(
-            [&value](SettingValues& values) { values.m_ForwardingPartyDisplayLast = value == "1"; });
+            [&value](SettingsSnapshot& values) { values.m_ForwardingPartyDisplayLast = value == "1"; });
     } else if (key == UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG) {
         m_parts.settings.change(
-            [isTrue](SettingValues& values) { values.m_ringCentralSyncCallLog = isTrue; });
+            [isTrue](SettingsSnapshot& values) { values.m_ringCentralSyncCallLog = isTrue; });
     }
 }
 
@@ -191,7 +192,7 @@ void ManagementAgent::disableCallLog() {
 }
 
 void ManagementAgent::followBluetooth(bool on) {
-    m_parts.settings.change([on](SettingValues& values) { values.m_btHwOn = on; });
+    m_parts.settings.change([on](SettingsSnapshot& values) { values.m_btHwOn = on; });
     if (on) {
         LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents", "manageableDataChanged");
         m_parts.monitors.startMonitoringBluetoothEvents();

@@ -83,13 +83,13 @@ void PhoneValues::readLocalMgmtData(unsigned groups) {
     std::string value;
     if ((groups & eTimeZone) != 0) {
         const std::int32_t offset = getUlmoValue("sntp-tz-offset", value) ? toNumber(value) : 0;
-        m_settings.change([offset](SettingValues& values) { values.m_tzOffset = offset; });
+        m_settings.change([offset](SettingsSnapshot& values) { values.m_tzOffset = offset; });
     }
     if ((groups & eDaylightSaving) != 0) {
         std::string minutes;
         const bool saving = getUlmoValue("daylight-save", value) && value == "true" &&
                             getUlmoValue("daylight-save-minutes", minutes);
-        m_settings.change([saving, &minutes](SettingValues& values) {
+        m_settings.change([saving, &minutes](SettingsSnapshot& values) {
             values.m_daylightSaveMinutes = saving ? toNumber(minutes) : 0;
         });
     }
@@ -101,7 +101,7 @@ void PhoneValues::readLocalMgmtData(unsigned groups) {
 
 // NOLINTNEXTLINE(readability-function-size): one value after the other, in the order in which they are logged.
 void PhoneValues::readSystemGroup() {
-    constexpr const char* kOperation = "readLocalMgmtData";
+    constexpr const char* kLogName = "readLocalMgmtData";
     const auto textOf = [this](const char* key) {
         std::string text;
         getUlmoValue(key, text);
@@ -109,17 +109,17 @@ void PhoneValues::readSystemGroup() {
     };
     // Read before the change: reading waits for the management, changing must not.
     const std::int32_t systemIdentifier = toNumber(textOf("system-identifier"));
-    LOG_EVENTS(5, "%s():system-identifier = %d", kOperation, systemIdentifier);
+    LOG_EVENTS(5, "%s():system-identifier = %d", kLogName, systemIdentifier);
     const std::string softwareType = textOf("software-type");
-    LOG_EVENTS(5, "%s():software-type = %s", kOperation, softwareType.c_str());
+    LOG_EVENTS(5, "%s():software-type = %s", kLogName, softwareType.c_str());
     const std::string callLogControl = textOf("call-log-control");
-    LOG_EVENTS(5, "%s():call-log-control = %s", kOperation, callLogControl.c_str());
+    LOG_EVENTS(5, "%s():call-log-control = %s", kLogName, callLogControl.c_str());
     const std::string regNumber = textOf("reg-number");
-    LOG_EVENTS(5, "%s():reg-number = %s", kOperation, regNumber.c_str());
+    LOG_EVENTS(5, "%s():reg-number = %s", kLogName, regNumber.c_str());
     const bool serverBasedFeatures = textOf("server-based-features") == "true";
-    LOG_EVENTS(5, "%s():server-based-features = %d", kOperation, serverBasedFeatures ? 1 : 0);
+    LOG_EVENTS(5, "%s():server-based-features = %d", kLogName, serverBasedFeatures ? 1 : 0);
     const bool wsiAllowUcJournal = textOf("wsi-allow-uc-journal") == "true";
-    LOG_EVENTS(5, "%s():%s = %d", kOperation, "wsi-allow-uc-journal", wsiAllowUcJournal ? 1 : 0);
+    LOG_EVENTS(5, "%s():%s = %d", kLogName, "wsi-allow-uc-journal", wsiAllowUcJournal ? 1 : 0);
 
     // These two keep their former values when the management has none.
     const auto before = m_settings.values();
@@ -127,16 +127,16 @@ void PhoneValues::readSystemGroup() {
     std::string value;
     if (getUlmoValue("forwarding-party-display", value)) {
         displayLast = value == "1";
-        LOG_EVENTS(5, "%s():%s = %d", kOperation, "forwarding-party-display", displayLast ? 1 : 0);
+        LOG_EVENTS(5, "%s():%s = %d", kLogName, "forwarding-party-display", displayLast ? 1 : 0);
     }
     bool ringCentralSync = before->m_ringCentralSyncCallLog;
     if (getUlmoValue(UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG, value)) {
         ringCentralSync = value == "true";
-        LOG_EVENTS(5, "%s():%s = %d", kOperation, UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG,
+        LOG_EVENTS(5, "%s():%s = %d", kLogName, UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG,
                    ringCentralSync ? 1 : 0);
     }
 
-    m_settings.change([&](SettingValues& values) {
+    m_settings.change([&](SettingsSnapshot& values) {
         values.m_systemIdentifier = systemIdentifier;
         values.m_softwareType = softwareType;
         values.m_callLogControl = callLogControl;
@@ -177,18 +177,18 @@ void PhoneValues::publishManageableDataChange(const char* key, const char* value
 
 void PhoneValues::publishCallLogEnableState() const {
     publishManageableDataChange("call-log-enabled",
-                                managementForm::enabled(m_settings.values()->m_callLogEnabled));
+                                managementform::enabled(m_settings.values()->m_callLogEnabled));
 }
 
 void PhoneValues::publishMissedLoggingState() const {
     publishManageableDataChange("missed-logging",
-                                managementForm::missedLogging(m_settings.values()->m_missedLogging));
+                                managementform::missedLogging(m_settings.values()->m_missedLogging));
 }
 
 void PhoneValues::publishDeleteMissedWhenCalledState() const {
     publishManageableDataChange(
         "delete-missed-when-called",
-        managementForm::deleteWhenCalled(m_settings.values()->m_deleteMissedWhenCalled));
+        managementform::deleteWhenCalled(m_settings.values()->m_deleteMissedWhenCalled));
 }
 
 void PhoneValues::writeValue(const char* key, const char* value) const {

@@ -54,7 +54,7 @@ private:
 
 /// The forms in which the management knows the journal's own settings. "missed-logging" is inverted: "1" means that
 /// missed calls which were answered elsewhere are not logged; "delete-missed-when-called" is not.
-namespace managementForm {
+namespace managementform {
 [[nodiscard]] inline const char* enabled(bool callLogEnabled) {
     return callLogEnabled ? "true" : "false";
 }
@@ -64,6 +64,6 @@ namespace managementForm {
 [[nodiscard]] inline const char* deleteWhenCalled(bool deleted) {
     return deleted ? "1" : "0";
 }
-}  // namespace managementForm
+}  // namespace managementform
 
 }  // namespace journal

@@ -12,7 +12,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "newDialledCallEntry";
+constexpr const char* kLogName = "newDialledCallEntry";
 
 struct DialledPolicy {
     using Item = DialledCallItem;
@@ -43,17 +43,17 @@ struct DialledPolicy {
             (isOfCall || !details.timeText.empty()) && newest.getLogTarget() == info.getLogTarget() &&
             newest.getNumber() == info.getNumber() && newest.getTimeAndDate() == info.getTimeAndDate();
         if (duplicate) {
-            LOG_EVENTS(5, "%s():Entry already exists, ignore", kOperation);
+            LOG_EVENTS(5, "%s():Entry already exists, ignore", kLogName);
         }
         return duplicate;
     }
 
     void onMerge(Item& item) {
-        LOG_EVENTS(5, "%s():Adding to existing Dialled Call identity", kOperation);
+        LOG_EVENTS(5, "%s():Adding to existing Dialled Call identity", kLogName);
         m_merged = item.getDialledCallInfoList();
     }
     void onNew(Item& item) const {
-        LOG_EVENTS(5, "%s():New Dialled call item", kOperation);
+        LOG_EVENTS(5, "%s():New Dialled call item", kLogName);
         item.setJournalSeviceGroupBy(contact.getSearchNumber());
     }
     // The merged item's oldest call leaves the switch by a rule of its own.
@@ -78,12 +78,12 @@ bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
                "%s():sDialledParty {%s}, Remote Party: %s, Remote Party Name: %s, sConnectedParty: %s, "
                "sConnectedPartyName: %s, timeSec: %ld, startSec: %ld, endSec: %ld, redirectingParty: %s, "
                "redirectingPartyName: %s",
-               kOperation, details.dialledParty.c_str(), details.remoteParty.c_str(),
+               kLogName, details.dialledParty.c_str(), details.remoteParty.c_str(),
                details.remotePartyName.c_str(), details.connectedParty.c_str(),
                details.connectedPartyName.c_str(), details.timeSec, details.startSec, details.endSec,
                details.redirectingParty.c_str(), details.redirectingPartyName.c_str());
     if (details.bluetoothCall) {
-        LOG_EVENTS(5, "%s():Bluetooth call %d, Bluetooth anonymous call %d", kOperation, 1,
+        LOG_EVENTS(5, "%s():Bluetooth call %d, Bluetooth anonymous call %d", kLogName, 1,
                    details.remoteParty.empty() ? 1 : 0);
     }
     const PartyNames& names = m_parts.names;

@@ -12,7 +12,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "newForwardedCallEntry";
+constexpr const char* kLogName = "newForwardedCallEntry";
 
 struct ForwardedPolicy {
     using Item = ForwardedCallItem;
@@ -42,7 +42,7 @@ struct ForwardedPolicy {
 bool EntryCreation::newForwardedCallEntry(const ForwardedEntryDetails& details) {
     const Contact contact =
         m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
-    logParty(kOperation, details, contact);
+    logParty(kLogName, details, contact);
     ForwardedCallItem::ForwardedCallInfo info;
     populateCallInfo(info, details, m_parts.clock);
     populateRedirecting(info, details);

@@ -13,7 +13,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "newMissedCallEntry";
+constexpr const char* kLogName = "newMissedCallEntry";
 
 struct MissedPolicy {
     using Item = MissedCallItem;
@@ -34,7 +34,7 @@ struct MissedPolicy {
                                newest.getTimeAndDate() == info.getTimeAndDate() &&
                                newest.getPresentationC() == info.getPresentationC();
         if (duplicate) {
-            LOG_EVENTS(5, "%s():newMissedCallEntry: Entry already exists, ignore", kOperation);
+            LOG_EVENTS(5, "%s():newMissedCallEntry: Entry already exists, ignore", kLogName);
         }
         return duplicate;
     }
@@ -43,7 +43,7 @@ struct MissedPolicy {
         if (parts.settings.values()->isSip()) {
             parts.forwardedMissed.keepViewedBeforeMerge(item.getViewed());
         } else {
-            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMUPDATED targetLog[%d]", kOperation,
+            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMUPDATED targetLog[%d]", kLogName,
                        details.callId.c_str(), static_cast<int>(details.logTarget));
         }
         item.setViewed(false);
@@ -51,8 +51,8 @@ struct MissedPolicy {
 
     void onNew(Item& item) const {
         if (!parts.settings.values()->isSip()) {
-            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMADDED targetLog[%d]", kOperation,
-                       details.callId.c_str(), static_cast<int>(details.logTarget));
+            LOG_EVENTS(5, "%s():Missed call: {%s} ITEMADDED targetLog[%d]", kLogName, details.callId.c_str(),
+                       static_cast<int>(details.logTarget));
         }
         item.setViewed(false);
     }
@@ -77,8 +77,8 @@ bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
                "%s():Missed call: {%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, "
                "completed "
                "elsewhere: %d, sRedirectingNumber: %s, sRedirectingName: %s",
-               kOperation, details.callId.c_str(), details.remoteParty.c_str(),
-               details.remotePartyName.c_str(), contact.getSurname().c_str(), contact.getFirstname().c_str(),
+               kLogName, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
+               contact.getSurname().c_str(), contact.getFirstname().c_str(),
                details.completedElsewhere ? 1 : 0, details.redirectingParty.c_str(),
                details.redirectingPartyName.c_str());
     if (details.completedElsewhere && !m_parts.settings.values()->m_missedLogging) {
@@ -86,14 +86,14 @@ bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
             5,
             "%s():The call was completed elsewhere, not remotely answered calls are just logged - this call "
             "will not be logged",
-            kOperation);
+            kLogName);
         return false;
     }
     const JournalLists::Change change(m_parts.lists);
     if (!m_parts.forwardedMissed.sscfw_canAddMissedCall(contact)) {
         LOG_EVENTS(5,
                    "%s():New missed entry relates to previous forwarded entry. No new entry has been added",
-                   kOperation);
+                   kLogName);
         return false;
     }
     MissedCallItem::MissedCallInfo info;

@@ -12,7 +12,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "newReceivedCallEntry";
+constexpr const char* kLogName = "newReceivedCallEntry";
 
 struct ReceivedPolicy {
     using Item = ReceivedCallItem;
@@ -31,7 +31,7 @@ struct ReceivedPolicy {
                                newest.getTimeAndDate() == info.getTimeAndDate() &&
                                newest.getPresentationC() == info.getPresentationC();
         if (duplicate) {
-            LOG_EVENTS(5, "%s():Entry already exists, ignore", kOperation);
+            LOG_EVENTS(5, "%s():Entry already exists, ignore", kLogName);
         }
         return duplicate;
     }
@@ -54,7 +54,7 @@ struct ReceivedPolicy {
 bool EntryCreation::newReceivedCallEntry(const ReceivedEntryDetails& details) {
     const Contact contact =
         m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
-    logParty(kOperation, details, contact);
+    logParty(kLogName, details, contact);
     ReceivedCallItem::ReceivedCallInfo info;
     populateCallInfo(info, details, m_parts.clock);
     populateRedirecting(info, details);

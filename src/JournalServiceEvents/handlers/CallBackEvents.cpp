@@ -61,7 +61,7 @@ auto matcher(const Contact& contact) {
 }  // namespace
 
 void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
-    constexpr const char* kOperation = "handleCSTACallBackEvent";
+    constexpr const char* kLogName = "handleCSTACallBackEvent";
     LOG_EVENTS(6, "handleCSTACallBackEvent[%s]", event->toString().c_str());
     if (!m_parts.callControl.acceptsEvents()) {
         return;
@@ -69,12 +69,12 @@ void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
     const bool byThePhone = !event->getTargetDevice().isLocal();
     const CSTADevice party = byThePhone ? event->getTargetDevice() : farEnd(event->getOriginatingDevice());
     if (party.number.empty()) {
-        LOG_EVENTS(5, "%s():No Number Provided - no entry in callback list", kOperation);
+        LOG_EVENTS(5, "%s():No Number Provided - no entry in callback list", kLogName);
         return;
     }
     const Progress progress(event->getPrivateData());
     const Contact contact = m_parts.names.contactOf(party.number, party.name, party.name);
-    LOG_EVENTS(5, "%s():Number: %s, Name: %s, set: %d", kOperation, party.number.c_str(),
+    LOG_EVENTS(5, "%s():Number: %s, Name: %s, set: %d", kLogName, party.number.c_str(),
                contact.getSurname().c_str(), event->isSet() ? 1 : 0);
     const JournalLists::Change change(m_parts.lists);
     if (m_parts.loadAtFirstNeed) {

@@ -68,15 +68,15 @@ void CallControlRulesQorvex::recordRedirecting(const CSTACallControlEvent& event
 }
 
 void CallControlRulesQorvex::originated(const CSTAOriginatedEvent& event) {
-    constexpr const char* kOperation = "handleCSTAOriginatedEvent";
+    constexpr const char* kLogName = "handleCSTAOriginatedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& called = event.getCalledDevice();
-    LOG_EVENTS(5, "%s():{%s} Calling: %s, Called: %s, Name: %s", kOperation, callId.c_str(),
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Called: %s, Name: %s", kLogName, callId.c_str(),
                event.getCallingDevice().number.c_str(), called.number.c_str(), called.name.c_str());
     if (!followsCalls() || ignoreEventByCause(event.getCause())) {
         return;
     }
-    LOG_EVENTS(5, "%s():event not ignored", kOperation);
+    LOG_EVENTS(5, "%s():event not ignored", kLogName);
     m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
     recordDialled(event);
 }
@@ -110,7 +110,7 @@ void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
 // ---- Delivered ----------------------------------------------------------------------------------------------
 
 void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
-    constexpr const char* kOperation = "handleCSTADeliveredEvent";
+    constexpr const char* kLogName = "handleCSTADeliveredEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
@@ -119,16 +119,15 @@ void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
                "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, newDestinationNumber: %s, "
                "newDestinationName: "
                "%s",
-               kOperation, callId.c_str(), calling.number.c_str(), calling.name.c_str(),
-               called.number.c_str(), called.name.c_str(), newDestination.number.c_str(),
-               newDestination.name.c_str());
+               kLogName, callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
+               called.name.c_str(), newDestination.number.c_str(), newDestination.name.c_str());
     if (!followsCalls()) {
         return;
     }
     const int cause = event.getCause();
     if (cause == CSTA_EC_Forwarded) {
         Call* const call = m_parts.find(event);
-        LOG_EVENTS(5, "%s():{%s} forwarded call received", kOperation, callId.c_str());
+        LOG_EVENTS(5, "%s():{%s} forwarded call received", kLogName, callId.c_str());
         if (call == nullptr || followsTransferHere(*call) ||
             (isKnown(newDestination) && !forwardedOn(*call, event))) {
             return;
@@ -136,7 +135,7 @@ void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
     }
     deliveredByLocalConnection(event);
     if (cause == CSTA_EC_Redirected || cause == CSTA_EC_RedirectedByDistribution) {
-        recordRedirecting(event, kOperation);
+        recordRedirecting(event, kLogName);
         if (Call* const call = m_parts.find(event)) {
             call->m_redirected = true;
         }
@@ -232,12 +231,12 @@ void CallControlRulesQorvex::divertedThere(Call* call, const CSTADivertedEvent& 
 // ---- Established --------------------------------------------------------------------------------------------
 
 void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
-    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    constexpr const char* kLogName = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
     const CSTADevice& answering = event.getAnsweringDevice();
-    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, Answered: %s, Name: %s", kOperation,
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, Answered: %s, Name: %s", kLogName,
                callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
                called.name.c_str(), answering.number.c_str(), answering.name.c_str());
     if (!followsCalls()) {
@@ -253,7 +252,7 @@ void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
         call = nullptr;
     }
     if (direction == Call::eDirectionUnknown) {
-        LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
+        LOG_EVENTS(5, "%s():{%s} Unknown direction", kLogName, callId.c_str());
         if (call == nullptr) {
             return;
         }
@@ -264,7 +263,7 @@ void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
     } else {
         establishedIncoming(call, event, direction);
     }
-    recordRedirecting(event, kOperation);
+    recordRedirecting(event, kLogName);
 }
 
 void CallControlRulesQorvex::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
@@ -277,7 +276,7 @@ void CallControlRulesQorvex::establishedIncoming(Call* call, const CSTAEstablish
 
 void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event,
                                                  Call::directions_t direction) {
-    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    constexpr const char* kLogName = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& called = event.getCalledDevice();
     const CSTADevice& answering = event.getAnsweringDevice();
@@ -290,11 +289,11 @@ void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablish
                    "%s():{%s} Outoing call established, someone other than the called device has answered, "
                    "Number: %s, "
                    "Name: %s",
-                   kOperation, callId.c_str(), answering.number.c_str(), answering.name.c_str());
+                   kLogName, callId.c_str(), answering.number.c_str(), answering.name.c_str());
         m_parts.pass(call, Call::eEstablished, direction, callId, answering, called);
     } else {
         const CSTADevice reached = firstKnown(answering, called);
-        LOG_EVENTS(5, "%s():{%s} Outoing call established; Number: %s, Name: %s", kOperation, callId.c_str(),
+        LOG_EVENTS(5, "%s():{%s} Outoing call established; Number: %s, Name: %s", kLogName, callId.c_str(),
                    reached.number.c_str(), reached.name.c_str());
         m_parts.pass(call, Call::eEstablished, direction, callId, reached);
     }

@@ -33,20 +33,20 @@ CSTADevice orElse(const CSTADevice& device, const CSTADevice& other) {
 }
 
 void logDevices(const CSTAEstablishedEvent& event) {
-    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    constexpr const char* kLogName = "handleCSTAEstablishedEvent";
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
     const CSTADevice& answering = event.getAnsweringDevice();
     const CSTADevice& redirecting = event.getLastRedirectionDevice();
-    LOG_EVENTS(5, "%s():calledDevice calledNumber[%s] calledName[%s]", kOperation, called.number.c_str(),
+    LOG_EVENTS(5, "%s():calledDevice calledNumber[%s] calledName[%s]", kLogName, called.number.c_str(),
                called.name.c_str());
-    LOG_EVENTS(5, "%s():callingDevice callingNumber[%s] callingName[%s]", kOperation, calling.number.c_str(),
+    LOG_EVENTS(5, "%s():callingDevice callingNumber[%s] callingName[%s]", kLogName, calling.number.c_str(),
                calling.name.c_str());
-    LOG_EVENTS(5, "%s():answeringDevice remoteNumber[%s] remoteName[%s]", kOperation,
-               answering.number.c_str(), answering.name.c_str());
-    LOG_EVENTS(5, "%s():connection state [%d]", kOperation, event.getLocalConnectionInfo());
-    LOG_EVENTS(5, "%s():cause [%d]", kOperation, event.getCause());
-    LOG_EVENTS(5, "%s():lastRedirectionDevice redirectingNumber[%s] redirectingName[%s]", kOperation,
+    LOG_EVENTS(5, "%s():answeringDevice remoteNumber[%s] remoteName[%s]", kLogName, answering.number.c_str(),
+               answering.name.c_str());
+    LOG_EVENTS(5, "%s():connection state [%d]", kLogName, event.getLocalConnectionInfo());
+    LOG_EVENTS(5, "%s():cause [%d]", kLogName, event.getCause());
+    LOG_EVENTS(5, "%s():lastRedirectionDevice redirectingNumber[%s] redirectingName[%s]", kLogName,
                redirecting.number.c_str(), redirecting.name.c_str());
 }
 
@@ -154,12 +154,12 @@ void CallControlRulesSip::diverted(const CSTADivertedEvent& event) {
 // ---- Established --------------------------------------------------------------------------------------------
 
 void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
-    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    constexpr const char* kLogName = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     logDevices(event);
     Call* call = m_parts.find(event);
     const bool isBLFPickupCall = call != nullptr && call->m_treatAsIncoming;
-    LOG_EVENTS(5, "%s():pCall[%p]; isBLFPickupCall(%d)", kOperation, static_cast<const void*>(call),
+    LOG_EVENTS(5, "%s():pCall[%p]; isBLFPickupCall(%d)", kLogName, static_cast<const void*>(call),
                isBLFPickupCall ? 1 : 0);
 
     // A call that was placed to pick another one up may come back with the picked-up call's parties.
@@ -167,7 +167,7 @@ void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
                                      : directionOf(event.getCallingDevice(), event.getCalledDevice(),
                                                    event.getAnsweringDevice(), call);
     if (direction == Call::eDirectionUnknown) {
-        LOG_EVENTS(5, "%s():{%s} Unknown direction", kOperation, callId.c_str());
+        LOG_EVENTS(5, "%s():{%s} Unknown direction", kLogName, callId.c_str());
         if (call == nullptr) {
             return;
         }
@@ -201,16 +201,16 @@ void CallControlRulesSip::establishedIncoming(Call* call, const CSTAEstablishedE
 }
 
 void CallControlRulesSip::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event) {
-    constexpr const char* kOperation = "handleCSTAEstablishedEvent";
+    constexpr const char* kLogName = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice called = farEnd(event.getCalledDevice());
     const CSTADevice answering = farEnd(event.getAnsweringDevice());
-    LOG_EVENTS(5, "%s():establish outgoing call", kOperation);
+    LOG_EVENTS(5, "%s():establish outgoing call", kLogName);
     bool asIncoming = call != nullptr && call->m_treatAsIncoming;
     if (event.getCause() == CSTA_EC_GroupPickupNotify) {
         LOG_EVENTS(
             5, "%s():establish outgoing call, but cause is CSTA_EC_GroupPickupNotify so markCallasIncoming",
-            kOperation);
+            kLogName);
         asIncoming = true;
     }
     if (asIncoming) {

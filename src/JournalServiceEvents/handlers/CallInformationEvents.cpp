@@ -13,7 +13,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "handleCSTACallInformationEvent";
+constexpr const char* kLogName = "handleCSTACallInformationEvent";
 /// The call id of a call that the phone never saw.
 constexpr const char* kUnseenCallId = "-1";
 
@@ -25,19 +25,19 @@ void CallInformationEvents::handleCSTACallInformationEvent(CSTACallInformationEv
         return;
     }
     const std::string& callId = event->getConnectionCallID();
-    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s", kOperation, callId.c_str(),
+    LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s", kLogName, callId.c_str(),
                event->getDevice().number.c_str(), event->getDevice().name.c_str());
     if (!m_parts.settings.values()->m_useCSTACallControlEvents) {
         return;
     }
     const std::string& privateData = event->getPrivateData();
-    LOG_EVENTS(5, "%s():event private data [%s]", kOperation, privateData.c_str());
+    LOG_EVENTS(5, "%s():event private data [%s]", kLogName, privateData.c_str());
     if (privateData == communicationsServiceTexts::content_callstatus_MissedCall) {
         if (!(callId == kUnseenCallId ? fileUnseenCall(*event) : markAsMissed(*event))) {
-            LOG_EVENTS(5, "%s():{%s} CSTA Event not plausible", kOperation, callId.c_str());
+            LOG_EVENTS(5, "%s():{%s} CSTA Event not plausible", kLogName, callId.c_str());
         }
     } else if (privateData.empty()) {
-        LOG_EVENTS(5, "%s(): maybe RemotePartyName available", kOperation);
+        LOG_EVENTS(5, "%s(): maybe RemotePartyName available", kLogName);
         takeName(*event);
     }
 }
@@ -45,7 +45,7 @@ void CallInformationEvents::handleCSTACallInformationEvent(CSTACallInformationEv
 bool CallInformationEvents::markAsMissed(const CSTACallInformationEvent& event) {
     const CallMap::Section section(m_parts.calls.m_callMapLock);
     const std::string& callId = event.getConnectionCallID();
-    LOG_EVENTS(5, "%s():{%s} mark call as missed", kOperation, callId.c_str());
+    LOG_EVENTS(5, "%s():{%s} mark call as missed", kLogName, callId.c_str());
     Call* const call = m_parts.calls.findCallFromId(callId);
     if (call == nullptr || call->m_Direction != Call::eIncoming || call->m_State != Call::eDelivered) {
         return false;
@@ -57,7 +57,7 @@ bool CallInformationEvents::markAsMissed(const CSTACallInformationEvent& event) 
 
 bool CallInformationEvents::fileUnseenCall(const CSTACallInformationEvent& event) {
     const CallMap::Section section(m_parts.calls.m_callMapLock);
-    LOG_EVENTS(5, "%s():{%s} create new missed call entry", kOperation, event.getConnectionCallID().c_str());
+    LOG_EVENTS(5, "%s():{%s} create new missed call entry", kLogName, event.getConnectionCallID().c_str());
     const bool journalledElsewhere = m_parts.settings.values()->m_xsiConfigured;
     LOG_EVENTS(5, "m_xsiConfigured=%d", journalledElsewhere ? 1 : 0);
     if (journalledElsewhere) {
@@ -91,7 +91,7 @@ void CallInformationEvents::takeName(const CSTACallInformationEvent& event) {
                          call->m_sConnectedParty == device.number;
     m_parts.pass(call, talking ? Call::eEstablished : Call::eUnknown, Call::eDirectionUnknown, callId,
                  device);
-    LOG_EVENTS(5, "%s():{%s} RemotePartyName: %s", kOperation, callId.c_str(), device.name.c_str());
+    LOG_EVENTS(5, "%s():{%s} RemotePartyName: %s", kLogName, callId.c_str(), device.name.c_str());
 }
 
 }  // namespace journal

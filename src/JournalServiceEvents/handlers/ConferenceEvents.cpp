@@ -8,9 +8,9 @@
 namespace journal {
 
 void ConferenceEvents::handleCSTAConferencedEvent(CSTAConferencedEvent* event) {
-    constexpr const char* kOperation = "handleCSTAConferencedEvent";
+    constexpr const char* kLogName = "handleCSTAConferencedEvent";
     LOG_EVENTS(6, "handleCSTAConferencedEvent[%s]", event->toString().c_str());
-    LOG_EVENTS(5, "%s():{Calls ID %s and %s become %s}", kOperation, event->getPrimaryoldcallCallID().c_str(),
+    LOG_EVENTS(5, "%s():{Calls ID %s and %s become %s}", kLogName, event->getPrimaryoldcallCallID().c_str(),
                event->getSecondaryoldcallCallID().c_str(),
                event->getConferenceconnectionsNewconnectionCallID(1).c_str());
     const auto settings = m_parts.settings.values();
@@ -64,7 +64,7 @@ void ConferenceEvents::expand(int index, const std::string& conferenceCallId,
 
 void ConferenceEvents::create(const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
                               const QorvexConferencedCallID& secondary) {
-    constexpr const char* kOperation = "handleCSTAConferencedEvent";
+    constexpr const char* kLogName = "handleCSTAConferencedEvent";
     // A conference that grows under another id makes room for itself.
     Conferences::Members members;
     if (!Conferences::isEmptyCallId(primary.callId)) {
@@ -75,11 +75,11 @@ void ConferenceEvents::create(const std::string& conferenceCallId, const QorvexC
     }
     int index = -1;
     if (!m_conferences.getNewConferenceIDIndex(index)) {
-        LOG_EVENTS(5, "%s():new conference not possible - max. number already reached", kOperation);
+        LOG_EVENTS(5, "%s():new conference not possible - max. number already reached", kLogName);
         return;
     }
     if (members.empty()) {
-        LOG_EVENTS(5, "%s():new conference but primaryOldCallID is empty", kOperation);
+        LOG_EVENTS(5, "%s():new conference but primaryOldCallID is empty", kLogName);
         return;
     }
     m_conferences.addConference(index, conferenceCallId);
@@ -107,15 +107,15 @@ void ConferenceEvents::recordSipConference(const CSTAConferencedEvent& event) {
 }
 
 void ConferenceEvents::handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) {
-    constexpr const char* kOperation = "handleCSTAConferenceMembershipEvent";
-    LOG_EVENTS(5, "%s():{%s} [%s]", kOperation, event->getCallID().c_str(), event->toString().c_str());
+    constexpr const char* kLogName = "handleCSTAConferenceMembershipEvent";
+    LOG_EVENTS(5, "%s():{%s} [%s]", kLogName, event->getCallID().c_str(), event->toString().c_str());
     if (!m_parts.settings.values()->isSip() || !m_parts.acceptsEvents()) {
         return;
     }
     const CallMap::Section section(m_parts.calls.m_callMapLock);
     Call* const call = m_parts.calls.findCallFromId(event->getCallID());
     if (call == nullptr) {
-        LOG_EVENTS(5, "%s():Call Not Found!", kOperation);
+        LOG_EVENTS(5, "%s():Call Not Found!", kLogName);
         return;
     }
     if (call->m_sRemoteParty != event->getDeviceID() || call->m_sCalledParty != event->getDeviceID()) {
@@ -126,7 +126,7 @@ void ConferenceEvents::handleCSTAConferenceMembershipEvent(CSTAConferenceMembers
     if (!event->getUserInformation(1, name, number)) {
         return;
     }
-    LOG_EVENTS(5, "%s():m_sRemotePartyName[%s]->[%s], m_sCalledPartyName[%s]->[%s]", kOperation,
+    LOG_EVENTS(5, "%s():m_sRemotePartyName[%s]->[%s], m_sCalledPartyName[%s]->[%s]", kLogName,
                call->m_sRemotePartyName.c_str(), name.c_str(), call->m_sCalledPartyName.c_str(),
                name.c_str());
     call->m_sRemotePartyName = name;

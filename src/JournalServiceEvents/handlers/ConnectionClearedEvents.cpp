@@ -11,7 +11,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "handleCSTAConnectionClearedEvent";
+constexpr const char* kLogName = "handleCSTAConnectionClearedEvent";
 
 /// It is the phone's own connection that was dropped, not another member's.
 bool endsForThePhone(const CSTAConnectionClearedEvent& event) {
@@ -23,7 +23,7 @@ bool endsForThePhone(const CSTAConnectionClearedEvent& event) {
 
 void ConnectionClearedEvents::immediatelyhandleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
     LOG_EVENTS(6, "immediatealyCSTAConnectionClearedEvent[%s]", event->toString().c_str());
-    LOG_EVENTS(5, "%s():{%s}, event cause: %d", kOperation, event->getDroppedConnectionCallID().c_str(),
+    LOG_EVENTS(5, "%s():{%s}, event cause: %d", kLogName, event->getDroppedConnectionCallID().c_str(),
                event->getCause());
     if (!m_parts.acceptsEvents()) {
         return;
@@ -105,7 +105,7 @@ void ConnectionClearedEvents::clearOrdinaryCall(const CSTAConnectionClearedEvent
     const std::string& callId = event.getDroppedConnectionCallID();
     if (Call* const call = m_parts.calls.findCallFromId(callId)) {
         if (event.getCause() == CSTA_EC_CompletedElsewhere) {
-            LOG_EVENTS(5, "%s():Call was completed elsewhere", kOperation);
+            LOG_EVENTS(5, "%s():Call was completed elsewhere", kLogName);
             call->m_completedElsewhere = true;
         } else if (event.getCause() == CSTA_EC_Transfer) {
             linkWithHeldCall(*call);

@@ -13,7 +13,7 @@ namespace journal {
 
 namespace {
 
-constexpr const char* kOperation = "handleCSTATransferredEvent";
+constexpr const char* kLogName = "handleCSTATransferredEvent";
 
 /// The phone itself has handed the call on.
 bool leavesThePhone(const CSTATransferredEvent& event) {
@@ -64,7 +64,7 @@ void logTakenOver(const Call& before, const Call& call, const Call& old) {
         5,
         "%s():updating call[%s] remoteParty[%s]->[%s] remotePartyName[%s]->[%s] connectedParty[%s]->[%s] "
         "connectedPartyName[%s]->[%s]",
-        kOperation, call.m_sCallId.c_str(), before.m_sRemoteParty.c_str(), call.m_sRemoteParty.c_str(),
+        kLogName, call.m_sCallId.c_str(), before.m_sRemoteParty.c_str(), call.m_sRemoteParty.c_str(),
         before.m_sRemotePartyName.c_str(), call.m_sRemotePartyName.c_str(), before.m_sConnectedParty.c_str(),
         call.m_sConnectedParty.c_str(), before.m_sConnectedPartyName.c_str(),
         call.m_sConnectedPartyName.c_str());
@@ -74,19 +74,19 @@ void applyPrivateData(Call& call, const std::string& text) {
     LOG_EVENTS(5, "handleCSTATransferredEvent: private data [%s]", text.c_str());
     const auto data = TransferPrivateData::parse(text);
     if (!data.dialledName.empty()) {
-        LOG_EVENTS(5, "%s():m_sDialledPartyName[%s]->[%s]", kOperation, call.m_sDialledPartyName.c_str(),
+        LOG_EVENTS(5, "%s():m_sDialledPartyName[%s]->[%s]", kLogName, call.m_sDialledPartyName.c_str(),
                    data.dialledName.c_str());
         call.m_sDialledPartyName = data.dialledName;
     }
     if (!data.firstForwarded.number.empty()) {
-        LOG_EVENTS(5, "%s():m_sFirstForwardedParty[%s]->[%s], m_sFirstForwardedPartyName[%s]->[%s]",
-                   kOperation, call.m_sFirstForwardedParty.c_str(), data.firstForwarded.number.c_str(),
+        LOG_EVENTS(5, "%s():m_sFirstForwardedParty[%s]->[%s], m_sFirstForwardedPartyName[%s]->[%s]", kLogName,
+                   call.m_sFirstForwardedParty.c_str(), data.firstForwarded.number.c_str(),
                    call.m_sFirstForwardedPartyName.c_str(), data.firstForwarded.name.c_str());
         call.m_sFirstForwardedParty = data.firstForwarded.number;
         call.m_sFirstForwardedPartyName = data.firstForwarded.name;
     }
     if (!data.redirecting.number.empty()) {
-        LOG_EVENTS(5, "%s():m_sRedirectingParty[%s]->[%s], m_sRedirectingPartyName[%s]->[%s]", kOperation,
+        LOG_EVENTS(5, "%s():m_sRedirectingParty[%s]->[%s], m_sRedirectingPartyName[%s]->[%s]", kLogName,
                    call.m_sRedirectingParty.c_str(), data.redirecting.number.c_str(),
                    call.m_sRedirectingPartyName.c_str(), data.redirecting.name.c_str());
         call.m_sRedirectingParty = data.redirecting.number;
@@ -182,7 +182,7 @@ void TransferredEvents::transfer(const CSTATransferredEvent& event) {
     Call* const call = m_parts.tracker.updateCallMap(oldId, newId);
     const bool arrives = event.getTransferredToDevice().isLocal();
     if (arrives) {
-        LOG_EVENTS(5, "%s():Transferred to number is localDeviceID, removing call", kOperation);
+        LOG_EVENTS(5, "%s():Transferred to number is localDeviceID, removing call", kLogName);
     }
     if (arrives || leaves) {
         m_parts.calls.removeCall(newId);

@@ -101,66 +101,66 @@ void CstaMonitors::CSTASystemRegister() {
 }
 
 bool CstaMonitors::startQorvexEvents() {
-    constexpr const char* kOperation = "startQorvexEvents";
+    constexpr const char* kLogName = "startQorvexEvents";
     LOG_EVENTS(5, "JournalService():startQorvexEvents()");
     CSTAMonitorStartRequest request;
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(CSTADevice::kLocalDevice);
     request.setRequestedMonitorFilter(ownLineFilter());
-    const auto* response = send<CSTAMonitorStartResponse>(request, kOperation, kReturnedError);
+    const auto* response = send<CSTAMonitorStartResponse>(request, kLogName, kReturnedError);
     if (response == nullptr) {
         return false;
     }
     store(m_qorvexCrossRef, response->GetMonitorCrossRefID());
     m_qorvexEventsStarted = true;
-    LOG_EVENTS(5, "%s():OK registered monitor cross filter [%s]", kOperation, m_qorvexCrossRef.data());
+    LOG_EVENTS(5, "%s():OK registered monitor cross filter [%s]", kLogName, m_qorvexCrossRef.data());
     return true;
 }
 
 bool CstaMonitors::stopQorvexEvents() {
-    constexpr const char* kOperation = "stopQorvexEvents";
+    constexpr const char* kLogName = "stopQorvexEvents";
     LOG_EVENTS(5, "JournalService():stopQorvexEvents()");
     CSTAMonitorStopRequest request;
     request.setMonitorCrossRefID(m_qorvexCrossRef.data());
-    if (send<CSTAMonitorStopResponse>(request, kOperation, kReturnedError) == nullptr) {
+    if (send<CSTAMonitorStopResponse>(request, kLogName, kReturnedError) == nullptr) {
         return false;
     }
-    LOG_EVENTS(5, "%s():OK", kOperation);
+    LOG_EVENTS(5, "%s():OK", kLogName);
     store(m_qorvexCrossRef, {});
     m_qorvexEventsStarted = false;
     return true;
 }
 
 bool CstaMonitors::startMonitoringBluetoothEvents() {
-    constexpr const char* kOperation = "startMonitoringBluetoothEvents";
-    LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents:", kOperation);
+    constexpr const char* kLogName = "startMonitoringBluetoothEvents";
+    LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents:", kLogName);
     CSTAMonitorStartRequest request;
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(communicationsServiceTexts::content_bluetoothDeviceId);
-    const auto* response = send<CSTAMonitorStartResponse>(request, kOperation, kReturnedError);
+    const auto* response = send<CSTAMonitorStartResponse>(request, kLogName, kReturnedError);
     if (response == nullptr) {
         return false;
     }
     store(m_bluetoothCrossRef, response->GetMonitorCrossRefID());
     m_bluetoothEventsStarted = true;
-    LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents: registered monitor cross filter [%s]", kOperation,
+    LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents: registered monitor cross filter [%s]", kLogName,
                m_bluetoothCrossRef.data());
     return true;
 }
 
 bool CstaMonitors::stopMonitoringBluetoothEvents() {
-    constexpr const char* kOperation = "stopMonitoringBluetoothEvents";
+    constexpr const char* kLogName = "stopMonitoringBluetoothEvents";
     if (!m_bluetoothEventsStarted) {
-        LOG_EVENTS(5, "%s(): - monitor not started, do nothing", kOperation);
+        LOG_EVENTS(5, "%s(): - monitor not started, do nothing", kLogName);
         return false;
     }
-    LOG_EVENTS(5, "%s():", kOperation);
+    LOG_EVENTS(5, "%s():", kLogName);
     CSTAMonitorStopRequest request;
     request.setMonitorCrossRefID(m_bluetoothCrossRef.data());
-    if (send<CSTAMonitorStopResponse>(request, kOperation, kReturnedError) == nullptr) {
+    if (send<CSTAMonitorStopResponse>(request, kLogName, kReturnedError) == nullptr) {
         return false;
     }
-    LOG_EVENTS(5, "%s():OK", kOperation);
+    LOG_EVENTS(5, "%s():OK", kLogName);
     store(m_bluetoothCrossRef, {});
     m_bluetoothEventsStarted = false;
     return true;
@@ -209,22 +209,22 @@ void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) const {
 }
 
 void CstaMonitors::changeMonitorFilter() {
-    constexpr const char* kOperation = "readLocalMgmtData";
+    constexpr const char* kLogName = "readLocalMgmtData";
     const auto settings = m_settings.values();
     if (settings->isSip() || m_platform.m_cstaService == nullptr) {
         return;
     }
-    LOG_EVENTS(5, "%s():begin change monitor filter", kOperation);
+    LOG_EVENTS(5, "%s():begin change monitor filter", kLogName);
     if (settings->m_useCSTACallControlEvents) {
-        LOG_EVENTS(5, "%s():m_useCSTACallControlEvents == true => CallControl plus CallInfo", kOperation);
+        LOG_EVENTS(5, "%s():m_useCSTACallControlEvents == true => CallControl plus CallInfo", kLogName);
     }
     CSTAChangeMonitorFilterRequest request;
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(CSTADevice::kLocalDevice);
     request.setRequestedFilterList(changedFilter(settings->m_useCSTACallControlEvents));
-    if (send<CSTAChangeMonitorFilterResponse>(request, kOperation, "changeMonitorFilterReq returned ERROR") !=
+    if (send<CSTAChangeMonitorFilterResponse>(request, kLogName, "changeMonitorFilterReq returned ERROR") !=
         nullptr) {
-        LOG_EVENTS(5, "%s():readLocalMgmtData: registered change of cross filter", kOperation);
+        LOG_EVENTS(5, "%s():readLocalMgmtData: registered change of cross filter", kLogName);
     }
 }
 

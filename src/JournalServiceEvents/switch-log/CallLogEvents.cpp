@@ -22,14 +22,14 @@ using Entry = CallLogEntryEvent;
 
 namespace {
 
-constexpr const char* kOperation = "handleCallLogEntryEvent";
+constexpr const char* kLogName = "handleCallLogEntryEvent";
 
 /// Takes the phone out of server call-log mode for as long as it lives. A management that changes the mode meanwhile
 /// has the last word.
 class ScopedSuspendReporting {
 public:
     explicit ScopedSuspendReporting(PhoneSettings& settings) : m_settings(settings) {
-        m_settings.change([this](SettingValues& values) {
+        m_settings.change([this](SettingsSnapshot& values) {
             m_systemIdentifier = values.m_systemIdentifier;
             m_serverBasedCallLog = values.m_serverBasedCallLog;
             values.m_serverBasedCallLog = false;
@@ -38,7 +38,7 @@ public:
     ScopedSuspendReporting(const ScopedSuspendReporting&) = delete;
     ScopedSuspendReporting& operator=(const ScopedSuspendReporting&) = delete;
     ~ScopedSuspendReporting() {
-        m_settings.change([this](SettingValues& values) {
+        m_settings.change([this](SettingsSnapshot& values) {
             if (values.m_systemIdentifier == m_systemIdentifier) {
                 values.m_serverBasedCallLog = m_serverBasedCallLog;
             }
@@ -111,11 +111,11 @@ const CallLogEvents::Rule CallLogEvents::kRules[] = {
 };
 
 void CallLogEvents::handleCallLogEntryEvent(const Entry* event) {
-    LOG_EVENTS(5, "%s():TargetLog: %d, SubscriberNumber: %s, Action: %d, entryTime:%s", kOperation,
+    LOG_EVENTS(5, "%s():TargetLog: %d, SubscriberNumber: %s, Action: %d, entryTime:%s", kLogName,
                static_cast<int>(event->logTarget), event->subscriberNumber.c_str(), event->action,
                event->entryTime.c_str());
     // Outlives the lock: it is given back before the priority is.
-    const LoweredPriority priority(kOperation);
+    const LoweredPriority priority(kLogName);
     const CallMap::Section section(m_parts.calls.m_callMapLock);
     apply(*event);
 }

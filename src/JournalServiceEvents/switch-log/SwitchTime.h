@@ -15,7 +15,7 @@ namespace journal {
 /// zone, as the management sets it now, behind it. Every other text, and one that names its zone itself, stays as it is.
 /// The lists keep the text as the switch wrote it, because the switch knows its entries by it.
 [[nodiscard]] inline std::string comparableTime(const std::string& text, int format,
-                                                const SettingValues& settings) {
+                                                const SettingsSnapshot& settings) {
     constexpr std::size_t kEndOfDate = 10;
     if (format != CallLogEntryEvent::eTimeLocal ||
         text.find_first_of("Zz+-", kEndOfDate) != std::string::npos) {

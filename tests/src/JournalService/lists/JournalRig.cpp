@@ -74,7 +74,7 @@ JournalRig::JournalRig() {
 }
 
 void JournalRig::phoneIs(const std::string& softwareType, int systemIdentifier) {
-    settings.change([&](journal::SettingValues& values) {
+    settings.change([&](journal::SettingsSnapshot& values) {
         values.m_softwareType = softwareType;
         values.m_systemIdentifier = systemIdentifier;
         values.deriveEventModes();

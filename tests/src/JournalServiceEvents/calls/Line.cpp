@@ -60,8 +60,8 @@ Event fill(Event event, CSTADevice calling, CSTADevice called, int local, int ca
     return event;
 }
 
-bool journal::SettingValues::*settingOf(const std::string& name) {
-    using Values = journal::SettingValues;
+bool journal::SettingsSnapshot::*settingOf(const std::string& name) {
+    using Values = journal::SettingsSnapshot;
     static const std::map<std::string, bool Values::*> kSettings = {
         {"callLog", &Values::m_callLogEnabled},
         {"missedLogging", &Values::m_missedLogging},

@@ -132,7 +132,7 @@ ucRuns userIsUc allowed ringCentral pallaxRuns | shut
         rig.uc.setRunning(is("ucRuns"));
         rig.wsi.setCurrentUserUC(is("userIsUc"));
         rig.pallax.setRunning(is("pallaxRuns"));
-        rig.settings.change([&is](journal::SettingValues& values) {
+        rig.settings.change([&is](journal::SettingsSnapshot& values) {
             values.m_wsiAllowUcJournal = is("allowed");
             values.m_ringCentralSyncCallLog = is("ringCentral");
         });

@@ -33,7 +33,7 @@ public:
 
     /// Switches the own settings on that stand in `on`, "enabled missed delete", and the others off.
     void setOwn(const std::string& on) {
-        settings.change([&on](journal::SettingValues& values) {
+        settings.change([&on](journal::SettingsSnapshot& values) {
             values.m_callLogEnabled = on.find("enabled") != std::string::npos;
             values.m_missedLogging = on.find("missed") != std::string::npos;
             values.m_deleteMissedWhenCalled = on.find("delete") != std::string::npos;

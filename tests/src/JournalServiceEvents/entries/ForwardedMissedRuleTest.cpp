@@ -54,7 +54,7 @@ TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMark
     for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
         EntryRig rig;
         rig.phoneIs(type);
-        rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = true; });
+        rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
         rig.files<MissedCallItem>("4711");
         rig.lists.ageMissedCall(rig.entryIds());
         rig.time.advance(3600);
@@ -80,7 +80,7 @@ TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMark
 
 TEST(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
     EntryRig rig;
-    rig.settings.change([](journal::SettingValues& values) { values.m_serverBasedFeatures = true; });
+    rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
     rig.clock.adoptClock(nullptr);
     rig.files<ForwardedCallItem>("4711");
     EXPECT_TRUE(rig.files<MissedCallItem>("4711"));
