@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include "tests/platform/journal-library/RandomItems.h"
+#include "tests/support/RandomItems.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "host/contact-files/ContactReader.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/contact-files/FileText.h"
-#include "tests/platform/journal-library/RandomItems.h"
+#include "tests/support/RandomItems.h"
 #include "tests/support/Table.h"
 
 namespace {

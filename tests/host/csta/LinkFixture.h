@@ -22,7 +22,7 @@
 #include "platform/csta/CSTAResponses.h"
 #include "platform/csta/CSTASystemEvents.h"
 #include "platform/framework/Service.h"
-#include "tests/host/csta/WirePeer.h"
+#include "tests/support/WirePeer.h"
 
 namespace linktest {
 

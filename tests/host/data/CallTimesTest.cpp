@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/data/TemporaryDatabase.h"
 #include "tests/support/Table.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace {
 

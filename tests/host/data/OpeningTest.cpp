@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/data/Database.h"
-#include "tests/host/data/TemporaryDatabase.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace {
 

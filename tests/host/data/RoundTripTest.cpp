@@ -2,8 +2,8 @@
 #include <rapidcheck.h>
 
 #include "tests/host/data/Store.h"
-#include "tests/host/data/TemporaryDatabase.h"
-#include "tests/platform/journal-library/RandomItems.h"
+#include "tests/support/RandomItems.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <atomic>
 #include <thread>
 
-#include "tests/host/data/TemporaryDatabase.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/Table.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace {
 

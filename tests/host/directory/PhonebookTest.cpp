@@ -8,11 +8,11 @@
 #include "host/digits/DigitAnalysis.h"
 #include "host/directory/PhonebookInvoker.h"
 #include "platform/journal-library/PhonebookMessage.h"
-#include "tests/host/data/TemporaryDatabase.h"
-#include "tests/platform/journal-library/RandomItems.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/RandomItems.h"
 #include "tests/support/RecordingResponse.h"
 #include "tests/support/Table.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace {
 

@@ -24,9 +24,9 @@
 #include "host/http/OpenApi.h"
 #include "host/http/Router.h"
 #include "host/management/LocalManagement.h"
-#include "tests/host/data/TemporaryDatabase.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeJournalService.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "host/management/LocalManagement.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
-#include "tests/host/data/TemporaryDatabase.h"
+#include "tests/support/TemporaryDatabase.h"
 
 namespace journaltest {
 

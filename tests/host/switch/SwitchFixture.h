@@ -12,7 +12,7 @@
 
 #include "host/csta-wire/WireDocument.h"
 #include "host/switch/server/SwitchSimulator.h"
-#include "tests/host/csta/WirePeer.h"
+#include "tests/support/WirePeer.h"
 
 namespace switchtest {
 

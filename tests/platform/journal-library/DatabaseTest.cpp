@@ -10,9 +10,9 @@
 #include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/XmlLimits.h"
-#include "tests/platform/journal-library/Shorthand.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FakeDataAccess.h"
+#include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"
 
 /// Requests to the database, and the lists that it answers.

@@ -15,8 +15,8 @@
 #include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ObserverMessage.h"
-#include "tests/platform/journal-library/RandomItems.h"
 #include "tests/support/ItemTexts.h"
+#include "tests/support/RandomItems.h"
 #include "tests/support/Table.h"
 
 /// Items and messages as texts. What was written is read back equal, on every road that an item takes, whatever bytes its

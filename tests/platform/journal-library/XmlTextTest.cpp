@@ -9,7 +9,7 @@
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "platform/journal-library/XmlScanner.h"
-#include "tests/platform/journal-library/RandomItems.h"
+#include "tests/support/RandomItems.h"
 #include "tests/support/Table.h"
 
 /// Which bytes XML may carry, and in what shape.

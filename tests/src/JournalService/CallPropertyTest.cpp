@@ -10,9 +10,9 @@
 
 #include "journal-items/Occurrences.h"
 #include "src/JournalService/lists/ListTable.h"
-#include "tests/src/JournalService/lists/ListsReader.h"
 #include "tests/src/JournalServiceEvents/calls/Line.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/ListsReader.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/Table.h"
 

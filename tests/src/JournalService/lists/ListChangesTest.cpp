@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/csta/CSTARequest.h"
-#include "tests/src/JournalService/lists/JournalRig.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/ListsFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -73,7 +73,7 @@ std::vector<Item> three(const std::string& letter, int uniqueId) {
 
 /// Three entries a list, newest first: m1 (unique id 11) to m3, d1 (21), r1 (31), f1 (41), c1. Of the missed ones m2
 /// is viewed.
-void start(JournalRig& rig, int systemIdentifier) {
+void start(ListsFixture& rig, int systemIdentifier) {
     rig.phoneIs("", systemIdentifier);
     auto missed = three<MissedCallItem>("m", 11);
     missed[1].setViewed(true);
@@ -148,7 +148,7 @@ TEST(ListChanges, AnswerTellWriteSendAndLeaveWhatTheyShouldWhateverFails) {
     for (const auto& row : table(6, kChanges)) {
         for (const auto& phone : phones) {
             SCOPED_TRACE(row[0] + ", " + phone.name);
-            JournalRig rig;
+            ListsFixture rig;
             start(rig, phone.systemIdentifier);
             const std::string left = without(rig.entryIds(), row[5]);
             const Texts rows = rig.databaseContents();
@@ -182,20 +182,20 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
 2 | all missed, all missed | all 1
 )")) {
         SCOPED_TRACE(row[1] + ", identifier " + row[0]);
-        JournalRig rig;
+        ListsFixture rig;
         start(rig, std::stoi(row[0]));
         for (const std::string& operation : split(row[1], ',')) {
             perform(rig.lists, operation);
         }
         EXPECT_EQ(rig.sent(), row[2]);
     }
-    JournalRig unread;
+    ListsFixture unread;
     unread.phoneIs("Norlith Qorvex", 2);
     unread.database.setFailing(true);
     EXPECT_TRUE(unread.lists.deleteMissedCallList());
     EXPECT_EQ(unread.sent(), "") << "what cannot be read is not there";
 
-    JournalRig alone;
+    ListsFixture alone;
     alone.platform.m_cstaService = nullptr;
     const CallLogEntryRequest request;
     EXPECT_FALSE(alone.requests.sendCSTAEscapeRequest(&request));
@@ -211,7 +211,7 @@ TEST(ListChanges, TellTheSwitchOfADialledNumberThatLeavesTheItemForGood) {
 2 | 1 1 1 1 1 1 1 1 1 - | 3 | one 4  t9
 0 | 1 1 1 1 1 1 1 1 1 2 | 3 |
 )")) {
-        JournalRig rig;
+        ListsFixture rig;
         rig.phoneIs("Norlith Qorvex", std::stoi(row[0]));
         std::vector<Occurrence> calls;
         for (const std::string& number : split(row[1], ' ')) {

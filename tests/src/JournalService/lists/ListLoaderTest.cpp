@@ -8,7 +8,7 @@
 #include "platform/journal-library/DataResponse.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/lists/ListOrder.h"
-#include "tests/src/JournalService/lists/JournalRig.h"
+#include "tests/support/ListsFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -30,7 +30,7 @@ void addRows(FakeDataAccess& database, const std::string& number) {
 
 TEST(ListLoader, AsksForEveryListOnceAndForForwardedCallsOnASipPhoneOnly) {
     for (const std::string type : {softwareTypes::sip, softwareTypes::qorvex, "norlith sip"}) {
-        JournalRig rig;
+        ListsFixture rig;
         rig.phoneIs(type);
         rig.load();
         EXPECT_EQ(rig.read(), type == softwareTypes::sip
@@ -54,7 +54,7 @@ CallLog               | m1 d1 r1 f1 c1             |
         const std::string empty = journalxml::ListDocument(row[0]).text();
         for (const std::string& answer :
              {std::string(Helper::FAILED), empty, std::string("not a document")}) {
-            JournalRig rig;
+            ListsFixture rig;
             addRows(rig.database, "1");
             EXPECT_FALSE(rig.loader.listsLoaded());
             rig.load();
@@ -69,14 +69,14 @@ CallLog               | m1 d1 r1 f1 c1             |
             EXPECT_EQ(rig.entryIds(), row[answer == Helper::FAILED ? 1 : 2]) << row[0] << ": " << answer;
         }
     }
-    JournalRig failing;
+    ListsFixture failing;
     failing.database.setFailing(true);
     failing.load();
     EXPECT_TRUE(failing.loader.listsLoaded()) << "and is not tried again at the next subscription";
 }
 
 TEST(ListLoader, DropsItemsWithoutOccurrencesHereAndInTheDatabase) {
-    JournalRig rig;
+    ListsFixture rig;
     rig.startWith(
         {itemOf<MissedCallItem>("m1", "11", {}), itemOf<MissedCallItem>("m2", "12", {{"1", kTime}})},
         {itemOf<DialledCallItem>("d1", "21", {}), itemOf<DialledCallItem>("d2", "22", {{"1", kTime}}),
@@ -88,7 +88,7 @@ TEST(ListLoader, DropsItemsWithoutOccurrencesHereAndInTheDatabase) {
 
 TEST(ListLoader, PutsTheNewestFirstByTheTimeOfTheFrontOccurrence) {
     // Answered in an order of the database's own.
-    JournalRig rig;
+    ListsFixture rig;
     journalxml::ListDocument document(Helper::DAS_CALLLOGDIALLEDCALLS);
     for (const auto& row : table(2, R"(
 second | 2026-11-21T08:00:00Z

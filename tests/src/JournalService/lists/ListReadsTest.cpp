@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "src/JournalService/lists/ListTable.h"
-#include "tests/src/JournalService/lists/JournalRig.h"
+#include "tests/support/ListsFixture.h"
 
 namespace journaltest {
 namespace {
@@ -27,7 +27,7 @@ protected:
                       {itemOf<ForwardedCallItem>("f1", "41", {{"", kNewer}})},
                       {callBackOf("c1", "4712", kNewer), callBackOf("c2", "", kOlder)});
     }
-    JournalRig rig;
+    ListsFixture rig;
     journal::JournalLists& lists = rig.lists;
 };
 
@@ -124,7 +124,7 @@ protected:
     }
 
     static constexpr const char* kTable = journal::ListTable<Item>::kName;
-    JournalRig rig;
+    ListsFixture rig;
 };
 using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
 TYPED_TEST_SUITE(ListPersistence, StoredItems);

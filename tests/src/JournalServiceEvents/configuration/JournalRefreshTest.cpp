@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/src/JournalServiceEvents/configuration/ManagementRig.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
-void becomes(ManagementRig& rig, const std::string& softwareType) {
+void becomes(ConfigurationFixture& rig, const std::string& softwareType) {
     rig.phoneIs(softwareType);
     rig.notifier.init(&rig.reader, softwareType);
 }
@@ -32,7 +32,7 @@ everything | Norlith Qorvex | enabled | false |
 + callBacks(-, -, 3); callBacksCount(0) |
 )")) {
         SCOPED_TRACE(row[0] + " of a " + row[1] + ", enabled " + row[3]);
-        ManagementRig rig;
+        ConfigurationFixture rig;
         rig.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS,
                             itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}}));
         rig.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGDIALLEDCALLS,
@@ -65,7 +65,7 @@ Norlith SIP    | enabled | enabled missed | missed-logging=0 | ; set missed-logg
 Norlith Qorvex | delete | delete | |
 )")) {
         SCOPED_TRACE(row[0] + ", on: " + row[1]);
-        ManagementRig rig;
+        ConfigurationFixture rig;
         becomes(rig, row[0]);
         rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})});
         rig.setOwn(row[1]);
@@ -92,7 +92,7 @@ Norlith Qorvex | delete | missed-logging=true | missed delete |
 Norlith Qorvex | delete | fails | delete |
 )")) {
         SCOPED_TRACE(row[0] + ": " + row[2]);
-        ManagementRig rig;
+        ConfigurationFixture rig;
         rig.phoneIs(row[0]);
         rig.setOwn(row[1]);
         rig.database.setFailing(row[2] == "fails");
@@ -107,7 +107,7 @@ Norlith Qorvex | delete | fails | delete |
 }
 
 TEST(JournalRefresh, TakesOnlyTrueForAnOutsideCallServer) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     for (const std::string value : {"true", "1"}) {
         EXPECT_TRUE(rig.refresh.setJournalServiceCallLogEventsDisabling(value));
         EXPECT_EQ(rig.settings.values()->m_xsiConfigured, value == "true");

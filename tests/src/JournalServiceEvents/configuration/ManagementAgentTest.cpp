@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/src/JournalServiceEvents/configuration/ManagementRig.h"
+#include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -49,7 +49,7 @@ fails enabled missed  | missed-logging=1, call-log-enabled=false | no | enabled 
 +   | set missed-logging=false; set call-log-enabled=false
 )")) {
         SCOPED_TRACE(row[1] + " while on: " + row[0]);
-        ManagementRig rig;
+        ConfigurationFixture rig;
         rig.database.setFailing(row[0].find("fails") == 0);
         rig.setOwn(row[0]);
         auto data = recordOf(row[1]);
@@ -74,7 +74,7 @@ call-log-enabled=false | ours | c1
 clear-calllog=true     | UC | m1 c1
 clear-calllog=true     | RingCentral | m1 c1
 )")) {
-        ManagementRig rig;
+        ConfigurationFixture rig;
         rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})}, {}, {}, {},
                       {callBackOf("c1", "4711", "t")});
         rig.context.addService("UCServiceIfc", &rig.uc);
@@ -96,7 +96,7 @@ enabled missed delete | call-log-enabled missed-logging delete-missed-when-calle
 +   | call-log-enabled=false; missed-logging=1; delete-missed-when-called=0; clear-calllog=false
 enabled missed        | missed-logging volume clear-calllog | no | missed-logging=0
 )")) {
-        ManagementRig rig;
+        ConfigurationFixture rig;
         rig.setOwn(row[0]);
         ManageableData data;
         for (const std::string& key : split(row[1], ' ')) {
@@ -114,7 +114,7 @@ enabled missed        | missed-logging volume clear-calllog | no | missed-loggin
 }
 
 TEST(JournalPolicy, IsOpenWhileNoOtherJournalOwnsTheCallLog) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "there are no such services yet";
     rig.context.addService("UCServiceIfc", &rig.uc);
     rig.context.addService("PallaxServiceIfc", &rig.pallax);
@@ -141,7 +141,7 @@ ucRuns userIsUc allowed ringCentral pallaxRuns | shut
 }
 
 TEST(JournalPolicy, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     rig.uc.setRunning(true);
     rig.context.addService("UCServiceIfc", &rig.pallax);
     EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "a service of another interface counts as missing";

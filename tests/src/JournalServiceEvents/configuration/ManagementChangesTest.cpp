@@ -6,14 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "platform/texts/SoftwareTypes.h"
-#include "tests/src/JournalServiceEvents/configuration/ManagementRig.h"
+#include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
 /// The settings that the management decides in one line.
-std::string valuesOf(const ManagementRig& rig) {
+std::string valuesOf(const ConfigurationFixture& rig) {
     const auto now = rig.settings.values();
     std::string text = std::to_string(now->m_tzOffset) + " " + std::to_string(now->m_daylightSaveMinutes) +
                        " '" + now->m_callLogControl + "' '" + now->m_regNumber + "'";
@@ -33,7 +33,7 @@ std::string valuesOf(const ManagementRig& rig) {
 
 // Each change takes effect at once and nowhere else; the next start reads the same in full.
 TEST(PhoneValues, FollowChangesAndAreReadAtTheStart) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     rig.management.set("daylight-save-minutes", "60");
     rig.management.set("software-type", softwareTypes::qorvex);
     rig.managementValues.initEvents(rig);
@@ -60,7 +60,7 @@ ringcentral-api-sync-call-log | true
         EXPECT_EQ(valuesOf(rig), row[2]) << row[0];
     }
 
-    ManagementRig next;
+    ConfigurationFixture next;
     next.platform.m_localMgmt = &rig.management;
     rig.management.refuseObserving("sntp-tz-offset");
     next.managementValues.initEvents(next);
@@ -76,13 +76,13 @@ ringcentral-api-sync-call-log | true
 // One change after the other: key | value | what a Qorvex phone asks the switch | what a SIP phone asks | effect: the call
 // log is refreshed, everything is reloaded, or it is forgotten that a visitor's log is to be saved.
 TEST(ManagementChanges, AreFollowed) {
-    ManagementRig qorvex;
-    ManagementRig sip;
+    ConfigurationFixture qorvex;
+    ConfigurationFixture sip;
     qorvex.management.set("software-type", softwareTypes::qorvex);
     sip.management.set("software-type", softwareTypes::sip);
     qorvex.managementValues.initEvents(qorvex);
     sip.managementValues.initEvents(sip);
-    const auto effectOf = [](ManagementRig& rig, const std::string& key, const std::string& value) {
+    const auto effectOf = [](ConfigurationFixture& rig, const std::string& key, const std::string& value) {
         rig.forget();
         rig.persistence.m_visitorCallLogSavePending = true;
         rig.management.change(key, value);
@@ -127,7 +127,7 @@ mobility-current-user     | anybody | | | forget
 }
 
 TEST(PhoneValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     for (const std::string identifier : {"2", "1"}) {
         rig.readiness.m_callLogEventsReady = true;
         static_cast<void>(rig.readiness.m_pendingCallLogEvents.append({}));
@@ -139,7 +139,7 @@ TEST(PhoneValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
 }
 
 TEST(PhoneValues, TellWhetherANumberIsTheVoiceMail) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     rig.digits.spellings = {{"+4989123", "089123"}, {"123", "089123"}};
     EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("")) << "no voice mail is configured";
     rig.management.set("voice-mail-e164", "+4989123");

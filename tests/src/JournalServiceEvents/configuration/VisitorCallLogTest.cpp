@@ -6,14 +6,14 @@
 
 #include "platform/services/MobilityServiceIfc.h"
 #include "src/JournalServiceEvents/configuration/VisitorCallLog.h"
-#include "tests/src/JournalServiceEvents/configuration/ManagementRig.h"
+#include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
 /// A phone whose visitor has a call log, which counts how often it was to be saved.
-class VisitorPhone : public ManagementRig, public Executable, public MobilityServiceIfc {
+class VisitorPhone : public ConfigurationFixture, public Executable, public MobilityServiceIfc {
 public:
     VisitorPhone() { platform.m_mobilityService = this; }
     /// Starts the log; the platform does not arm its first timer yet.

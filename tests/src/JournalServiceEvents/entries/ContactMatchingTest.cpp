@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
-#include "tests/src/JournalService/lists/JournalRig.h"
+#include "tests/support/ListsFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {

@@ -10,7 +10,7 @@
 #include "journal-items/Occurrences.h"
 #include "src/JournalService/lists/ListTable.h"
 #include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
-#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
+#include "tests/support/EntriesFixture.h"
 
 namespace journaltest {
 namespace {
@@ -62,7 +62,7 @@ protected:
         return item;
     }
 
-    EntryRig rig;
+    EntriesFixture rig;
 };
 
 using Lists = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
@@ -140,7 +140,7 @@ TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
     this->startWith({this->stored("77", {{"4711", "2026-11-20T00:00:00Z"}})});
     this->rig.lists.template list<TypeParam>().access()->clear();
     int loads = 0;
-    EntryRig& phone = this->rig;
+    EntriesFixture& phone = this->rig;
     phone.phoneIs(softwareTypes::sip);
     journal::EntryCreation entries({phone.settings, phone.clock, phone.names, phone.lists, phone.persistence,
                                     phone.requests, phone.notifier, phone.rule, [&] {
@@ -177,7 +177,7 @@ TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
 TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNumberStays) {
     for (const std::string oldest : {"4799", "4711"}) {
         for (const int systemIdentifier : {2, 0}) {
-            EntryRig& phone = this->rig;
+            EntriesFixture& phone = this->rig;
             phone.phoneIs(softwareTypes::qorvex, systemIdentifier);
             phone.lists.deleteAllCalls();
             std::vector<Occurrence> calls(9, Occurrence{"4711", "2026-11-20T00:00:00Z"});

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/src/JournalServiceEvents/calls/Line.h"
-#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
+#include "tests/support/EntriesFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -52,7 +52,7 @@ set serverFeatures off, missed 4711, 0, forwarded 4711 | missed 4711
 
 TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMarkOnASipPhone) {
     for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
-        EntryRig rig;
+        EntriesFixture rig;
         rig.phoneIs(type);
         rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
         rig.files<MissedCallItem>("4711");
@@ -79,7 +79,7 @@ TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMark
 }
 
 TEST(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
-    EntryRig rig;
+    EntriesFixture rig;
     rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
     rig.clock.adoptClock(nullptr);
     rig.files<ForwardedCallItem>("4711");

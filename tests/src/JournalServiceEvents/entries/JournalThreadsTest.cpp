@@ -12,8 +12,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/EntriesFixture.h"
 
 namespace journaltest {
 namespace {
@@ -108,7 +108,7 @@ protected:
         }
     }
 
-    EntryRig rig;
+    EntriesFixture rig;
     std::vector<std::unique_ptr<CountingObserver>> stayed;
 };
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
+#include "tests/support/EntriesFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -14,13 +14,13 @@ namespace {
 template <typename Item>
 class Duplicates : public testing::Test {
 protected:
-    EntryRig rig;
+    EntriesFixture rig;
 };
 using ListsWithDuplicates = testing::Types<MissedCallItem, ReceivedCallItem>;
 TYPED_TEST_SUITE(Duplicates, ListsWithDuplicates);
 
 TYPED_TEST(Duplicates, AreIgnoredWhenNumberTimeAndPresentationCAreTheSame) {
-    EntryRig& phone = this->rig;
+    EntriesFixture& phone = this->rig;
     auto first = phone.template callFrom<TypeParam>("4711", "Ann");
     first.presentationC = CallLogEntryEvent::ePresented;
     ASSERT_TRUE(phone.template file<TypeParam>(first));
@@ -64,7 +64,7 @@ protected:
         return text;
     }
 
-    EntryRig rig;
+    EntriesFixture rig;
 };
 
 TEST_F(MissedCalls, TakeTheTimeThatTheSwitchGaveElseTheTimeNow) {
@@ -111,7 +111,7 @@ TEST_F(MissedCalls, LoseTheFirstEntryOfAPartyThatIsCalledBack) {
 }
 
 TEST(ReceivedCalls, KeepConnectedPartyAndRedirection) {
-    EntryRig rig;
+    EntriesFixture rig;
     auto received = rig.callFrom<ReceivedCallItem>("4711");
     received.connectedParty = "4720";
     received.redirectingParty = "4730";
@@ -138,7 +138,7 @@ protected:
         rig.phonebook.add("5", "Ann", "");
     }
 
-    EntryRig rig;
+    EntriesFixture rig;
 };
 
 // Parties are dialled, remote, and connected, "-" for none; the outcome: number, name, substitute and connected number.
@@ -161,7 +161,7 @@ sip    | 0-4711 4711 -  | 4711 sent, found by 4711
 sip    | *61 4711 4712  | 4711 sent, found by 4711
 sip    | 0-1 2 -        | 2 Adams, found by 2
 )")) {
-        EntryRig& phone = rig;
+        EntriesFixture& phone = rig;
         phone.phoneIs(row[0] == "sip" ? softwareTypes::sip : softwareTypes::qorvex);
         phone.lists.deleteAllCalls();
         const auto parties = split(row[1], ' ');

@@ -8,9 +8,9 @@
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/csta/CSTASystemEvents.h"
 #include "platform/texts/communicationsServiceTexts.h"
-#include "tests/src/JournalService/lists/ListsReader.h"
 #include "tests/src/JournalServiceEvents/calls/Line.h"
 #include "tests/support/FakeCstaService.h"
+#include "tests/support/ListsReader.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/Table.h"
 

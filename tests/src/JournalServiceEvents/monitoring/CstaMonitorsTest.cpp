@@ -9,7 +9,7 @@
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
 #include "platform/texts/SoftwareTypes.h"
-#include "tests/src/JournalServiceEvents/configuration/ManagementRig.h"
+#include "tests/support/ConfigurationFixture.h"
 
 namespace journaltest {
 namespace {
@@ -44,7 +44,7 @@ std::string textOf(const CSTAMonitorFilter& filter) {
 }
 
 TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     const std::string always =
         "suppressed: callAssociated physicalDevice logicalDevice vendorSpecific system"
         "; through: callControl callLogEntry systemStatus dnd coc";
@@ -71,7 +71,7 @@ TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
 }
 
 TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
-    ManagementRig rig;
+    ConfigurationFixture rig;
     const std::string longest(19, 'x');
     rig.exchange.answer(Kind::eMonitorStart, [&longest](CSTARequest& request) {
         request.setOutcome(0, std::make_unique<CSTAMonitorStartResponse>(longest));
@@ -116,7 +116,7 @@ TEST(CstaMonitors, AnsweredBadlyStayAsTheyAreAndMayBeTriedAgain) {
         {"stop Bluetooth", false, &Monitors::stopMonitoringBluetoothEvents,
          &Monitors::bluetoothEventsStarted},
     };
-    ManagementRig rig;
+    ConfigurationFixture rig;
     Monitors& monitors = rig.monitors;
     for (const auto& operation : operations) {
         SCOPED_TRACE(operation.name);

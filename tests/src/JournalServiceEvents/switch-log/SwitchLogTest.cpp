@@ -8,7 +8,7 @@
 #include "journal-items/Occurrences.h"
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "tests/src/JournalServiceEvents/calls/Line.h"
-#include "tests/src/JournalServiceEvents/entries/EntryRig.h"
+#include "tests/support/EntriesFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -50,7 +50,7 @@ std::string days(const Items& items) {
 }
 
 /// A Qorvex phone in server call-log mode, and what the switch says to it.
-struct Phone : EntryRig {
+struct Phone : EntriesFixture {
     Phone() { phoneIs(softwareTypes::qorvex, 2); }
     void dayIs(int day) { time.set(FakeClock::kStart + (day - 21) * 86400L); }
     void hears(const Entry& event) { events.handleCallLogEntryEvent(&event); }

@@ -11,10 +11,10 @@
 #include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalService/lists/ListLoader.h"
 #include "src/JournalService/lists/ListPersistence.h"
-#include "tests/platform/journal-library/Shorthand.h"
-#include "tests/src/JournalService/lists/ListsReader.h"
 #include "tests/support/FakeCstaService.h"
 #include "tests/support/FakeDataAccess.h"
+#include "tests/support/ItemBuilders.h"
+#include "tests/support/ListsReader.h"
 #include "tests/support/RecordingObserver.h"
 
 namespace journaltest {
@@ -27,12 +27,12 @@ namespace journaltest {
 /// The observer reads all lists inside each callback and so does the switch inside each call-log request: an operation
 /// that holds a list's lock while it tells either of them hangs, and the test fails by its time limit. The captured log
 /// is empty once the rig stands. Tests use it from one thread unless they say otherwise.
-class JournalRig {
+class ListsFixture {
 public:
-    JournalRig();
-    JournalRig(const JournalRig&) = delete;
-    JournalRig& operator=(const JournalRig&) = delete;
-    ~JournalRig() = default;
+    ListsFixture();
+    ListsFixture(const ListsFixture&) = delete;
+    ListsFixture& operator=(const ListsFixture&) = delete;
+    ~ListsFixture() = default;
 
     void phoneIs(const std::string& softwareType, int systemIdentifier = 0);
     /// Puts rows into the database and loads them; then forgets that it did.

@@ -1,4 +1,4 @@
-#include "tests/src/JournalService/lists/JournalRig.h"
+#include "tests/support/ListsFixture.h"
 
 #include <algorithm>
 #include <memory>
@@ -59,7 +59,7 @@ CallBackItem callBackOf(const std::string& entryId, const std::string& number, c
             {}};
 }
 
-JournalRig::JournalRig() {
+ListsFixture::ListsFixture() {
     adapter.init(&database);
     platform.m_cstaService = &exchange;
     exchange.answer(FakeCstaService::Kind::eEscape, [this](CSTARequest& request) {
@@ -73,7 +73,7 @@ JournalRig::JournalRig() {
     CapturedLog::reset();
 }
 
-void JournalRig::phoneIs(const std::string& softwareType, int systemIdentifier) {
+void ListsFixture::phoneIs(const std::string& softwareType, int systemIdentifier) {
     settings.change([&](journal::SettingsSnapshot& values) {
         values.m_softwareType = softwareType;
         values.m_systemIdentifier = systemIdentifier;
@@ -81,11 +81,11 @@ void JournalRig::phoneIs(const std::string& softwareType, int systemIdentifier) 
     });
 }
 
-void JournalRig::startWith(const std::vector<MissedCallItem>& missed,
-                           const std::vector<DialledCallItem>& dialled,
-                           const std::vector<ReceivedCallItem>& received,
-                           const std::vector<ForwardedCallItem>& forwarded,
-                           const std::vector<CallBackItem>& callBacks) {
+void ListsFixture::startWith(const std::vector<MissedCallItem>& missed,
+                             const std::vector<DialledCallItem>& dialled,
+                             const std::vector<ReceivedCallItem>& received,
+                             const std::vector<ForwardedCallItem>& forwarded,
+                             const std::vector<CallBackItem>& callBacks) {
     const auto add = [this](const auto&... kinds) {
         const auto addRow = [this](const auto& item) {
             database.addRow(journal::ListTable<std::decay_t<decltype(item)>>::kName, item);
@@ -100,13 +100,13 @@ void JournalRig::startWith(const std::vector<MissedCallItem>& missed,
     forget();
 }
 
-void JournalRig::forget() {
+void ListsFixture::forget() {
     database.forgetRequests();
     exchange.forgetRequests();
     observer.clear();
 }
 
-std::string JournalRig::written() const {
+std::string ListsFixture::written() const {
     Texts texts;
     for (const DataRequest& request : database.requests()) {
         if (request.reason != DataRequest::Reason::eRead) {
@@ -116,7 +116,7 @@ std::string JournalRig::written() const {
     return joined(texts);
 }
 
-std::string JournalRig::read() const {
+std::string ListsFixture::read() const {
     Texts tables;
     for (const DataRequest& request : database.requests()) {
         if (request.reason == DataRequest::Reason::eRead) {
@@ -126,7 +126,7 @@ std::string JournalRig::read() const {
     return joined(tables, " ");
 }
 
-std::string JournalRig::sent() const {
+std::string ListsFixture::sent() const {
     Texts texts;
     for (const CallLogEntryRequest& request : exchange.callLogEntries()) {
         texts.push_back(textOf(request));
@@ -134,7 +134,7 @@ std::string JournalRig::sent() const {
     return joined(texts);
 }
 
-std::string JournalRig::entryIds() {
+std::string ListsFixture::entryIds() {
     Texts ids;
     forEachKind([this, &ids]<typename Item>(const Item&) {
         const Texts more = entryIdsOf(items<Item>());
@@ -143,13 +143,13 @@ std::string JournalRig::entryIds() {
     return joined(ids, " ");
 }
 
-Texts JournalRig::listContents() {
+Texts ListsFixture::listContents() {
     Texts contents;
     forEachKind([&]<typename Item>(const Item&) { addContents(contents, items<Item>()); });
     return contents;
 }
 
-Texts JournalRig::databaseContents() const {
+Texts ListsFixture::databaseContents() const {
     Texts contents;
     forEachKind([&]<typename Item>(const Item&) {
         addContents(contents, database.rows<Item>(journal::ListTable<Item>::kName));

@@ -8,10 +8,10 @@
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
 #include "src/JournalServiceEvents/entries/ForwardedMissedRule.h"
 #include "src/JournalServiceEvents/entries/PartyNames.h"
-#include "tests/src/JournalService/lists/JournalRig.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeDirectory.h"
+#include "tests/support/ListsFixture.h"
 
 namespace journaltest {
 
@@ -38,9 +38,9 @@ struct Filing<ForwardedCallItem>
 
 /// The lists and the parts that file calls in them, on a Qorvex phone until a test says otherwise. The operations file
 /// a finished call that began now; each call has the next number as its id, "1" first.
-class EntryRig : public JournalRig {
+class EntriesFixture : public ListsFixture {
 public:
-    EntryRig() {
+    EntriesFixture() {
         platform.m_directoryService = &phonebook;
         platform.m_digitAnalysisService = &digits;
         clock.adoptClock(&time);

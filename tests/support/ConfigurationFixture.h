@@ -15,17 +15,17 @@
 #include "src/JournalServiceEvents/configuration/PhoneValues.h"
 #include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
 #include "src/JournalServiceEvents/switch-log/CallLogReadiness.h"
-#include "tests/src/JournalService/lists/JournalRig.h"
 #include "tests/support/FakeContext.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeLocalMgmt.h"
+#include "tests/support/ListsFixture.h"
 
 namespace journaltest {
 
 /// The journal's parts that follow the phone's management, on a SIP phone until a test says otherwise. One thread.
-class ManagementRig : public JournalRig, public MgmtAgentIfc, public CSTAEventIfc {
+class ConfigurationFixture : public ListsFixture, public MgmtAgentIfc, public CSTAEventIfc {
 public:
-    ManagementRig() {
+    ConfigurationFixture() {
         platform.m_localMgmt = &management;
         platform.m_context = &context;
         platform.m_digitAnalysisService = &digits;
