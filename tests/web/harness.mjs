@@ -1,4 +1,4 @@
-// The program and a browser for the tests of the page. Every wait is for something that happens, and ends after `limit`.
+// Starts the program and a browser for the tests of the page. Tests wait for events, at most `limit` ms.
 
 import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
@@ -13,11 +13,11 @@ const { chromium } = packages("playwright-core");
 const axeSource = fs.readFileSync(packages.resolve("axe-core/axe.min.js"), "utf8");
 const limit = 40_000; // generous: a sanitizer and a busy machine make everything slow
 
-/** A journal with its switch and a browser before its page; `test` is node's test context, which ends them all. */
+/** A journal, its switch and a browser that shows the page. `test` is node's test context; all processes end with it. */
 export class Stage {
     data = fs.mkdtempSync(`${tmpdir()}/cjpage`);
     running = new Set();
-    complaints = [];
+    browserErrors = [];
 
     constructor(test) {
         test.after(async () => {
@@ -27,7 +27,7 @@ export class Stage {
         });
     }
 
-    /** Answers the process and what the pattern's group finds in its output. */
+    /** Starts the program. Returns the process and the match of the pattern's group in its output. */
     async start(pattern, ...args) {
         const program = spawn(process.env.CALLJOURNAL, args, { stdio: ["ignore", "pipe", "pipe"] });
         this.running.add(program);
@@ -47,11 +47,11 @@ export class Stage {
         const ended = once(program, "close");
         program.kill("SIGTERM");
         if ((await ended)[0] !== 0) {
-            throw new Error(`calljournal did not end well:\n${program.log}`);
+            throw new Error(`calljournal failed:\n${program.log}`);
         }
     }
 
-    /** Starts a switch that plays these calls, in place of the one before: the journal finds it by itself. */
+    /** Starts a switch that plays these calls and replaces the previous one; the journal reconnects to it. */
     async plays(calls) {
         if (this.running.has(this.simulator)) {
             await this.stop(this.simulator);
@@ -62,7 +62,7 @@ export class Stage {
             /^switch listens on (\S+)$/, "switch", "--scenario", file, "--listen", this.address ?? "127.0.0.1:0");
     }
 
-    /** Starts the server, the second time at the address it had. */
+    /** Starts the server; a second start uses the same address. */
     async serves() {
         const listen = this.url ? new URL(this.url).host : "127.0.0.1:0";
         [this.server, this.url] = await this.start(
@@ -70,7 +70,7 @@ export class Stage {
         this.token = fs.readFileSync(`${this.data}/api-token`, "utf8").trim();
     }
 
-    /** A slow browser, `slowness` times slower than this machine, shows what is done too late for the reader's next key. */
+    /** Opens the page. With `slowness` the browser is that many times slower, which shows updates that are too late for the next key. */
     async opens({ fontSize, slowness, ...options } = {}, address = `${this.url}?token=${this.token}`) {
         this.browser ??= await chromium.launch({ executablePath: process.env.CHROMIUM });
         const page = await this.browser.newPage({ timezoneId: "Asia/Tokyo", locale: "en-GB", ...options });
@@ -82,8 +82,8 @@ export class Stage {
         if (slowness) {
             await tools.send("Emulation.setCPUThrottlingRate", { rate: slowness });
         }
-        page.on("pageerror", (error) => this.complaints.push(String(error)));
-        page.on("console", (message) => message.type() === "error" && this.complaints.push(message.text()));
+        page.on("pageerror", (error) => this.browserErrors.push(String(error)));
+        page.on("console", (message) => message.type() === "error" && this.browserErrors.push(message.text()));
         await page.goto(address);
         return page;
     }
@@ -93,7 +93,7 @@ export class Stage {
         return (await fetch(`${this.url}api/v1/${target}`, { method, headers, body: body && JSON.stringify(body) })).json();
     }
 
-    /** Asks for the missed calls until they are like this. */
+    /** Polls the missed calls until the predicate holds. */
     async missedAre(expected) {
         const end = Date.now() + limit;
         while (!expected(await this.api("GET", "lists/missed"))) {
@@ -105,15 +105,15 @@ export class Stage {
 export const at = (page, name) => page.locator(`[data-test="${name}"]`);
 export const row = (page, text) => at(page, "row").filter({ hasText: text });
 
-/** What is deleted can be undone however long it takes: the page's clock stands still. */
-export async function unhurried(page, does) {
+/** Stops the page's clock, so that the time for undo does not end. */
+export async function withClockStopped(page, does) {
     await page.clock.install();
     await page.clock.pauseAt((await page.evaluate(() => Date.now())) + 60_000);
     await does();
     await page.clock.resume();
 }
 
-/** The page is told that its window is hidden, or shown again; a browser without a screen shows all of them. */
+/** Sets the visibility of the window; a headless browser reports every window as visible. */
 export async function setShown(page, shown) {
     await page.evaluate((state) => {
         Object.defineProperty(document, "visibilityState", { value: state, configurable: true });
@@ -121,11 +121,11 @@ export async function setShown(page, shown) {
     }, shown ? "visible" : "hidden");
 }
 
-/** What stands over something else, or out of the window; runs in the browser. */
+/** Elements that overlap, are cut off or lie outside the window. Runs in the browser. */
 function misplaced() {
-    // What a scrolling box has below its edge is clipped there, so that only what is in the same box is compared.
+    // A scrolling box clips its content, so only elements of the same box are compared.
     const shown = [...document.querySelectorAll("h1, h2, p, a, button, input, time, dt, dd, summary, .row-name, .row-facts")]
-        .filter((each) => each.checkVisibility() && !each.closest(".only-heard") && each.clientWidth + each.clientHeight > 0)
+        .filter((each) => each.checkVisibility() && !each.closest(".visually-hidden") && each.clientWidth + each.clientHeight > 0)
         .map((each) => ({ each, box: each.getBoundingClientRect(), clip: each.closest(".rows-box, .view, .details, dialog") }));
     const outside = shown.filter(({ box }) => box.left < -1 || box.right > innerWidth + 1).map(({ each }) => `outside: ${each.outerHTML}`);
     const meet = (a, b) =>
@@ -138,13 +138,13 @@ function misplaced() {
     return [...outside, ...over, ...cut, ...(document.documentElement.scrollWidth > innerWidth ? ["the page scrolls sideways"] : [])];
 }
 
-/** Nothing overlaps or is cut. */
+/** Fails if elements overlap or are cut off. */
 export async function fits(page, what) {
     assert.deepEqual(await page.evaluate(misplaced), [], what);
 }
 
-/** It fits, and a scan for what some people cannot use finds nothing serious. */
-export async function isSound(page, what) {
+/** Fails if the layout is wrong or the accessibility scan finds a serious violation. */
+export async function isAccessible(page, what) {
     await fits(page, what);
     await page.evaluate(axeSource);
     const { violations, passes } = await page.evaluate(() => window.axe.run());

@@ -1,8 +1,8 @@
-// A file of contacts, imported by keyboard.
+// Imports of contact files, by keyboard.
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, isSound } from "./harness.mjs";
+import { Stage, at, isAccessible } from "./harness.mjs";
 
 const evil = "<img src=x onerror=alert(1)>";
 const card = (...lines) => ["BEGIN:VCARD", "VERSION:3.0", ...lines, "END:VCARD", ""].join("\r\n");
@@ -15,10 +15,10 @@ const cards = [
     card("FN:Long", `TITLE:${"x".repeat(70_000)}`),
     card("FN:Zed"),
 ].join("");
-// In the code page of old programs, with a cell of many lines and marks that open nothing.
+// In a legacy code page, with a cell of several lines and quotation marks inside unquoted cells.
 const rows = ['\r\nSurname;Office;"Home\nTown"', '"Ä;""B""";1;"two\n\nlines"', ...numbers.map((number) => `5" pipe;${number};${"y".repeat(80)}`), ";;", "Öz;2"];
 
-test("a file is imported in parts, by keyboard, and what is wrong with it is told by its lines", async (context) => {
+test("a file is imported in parts, by keyboard, and its faults are reported with their lines", async (context) => {
     const stage = new Stage(context);
     await stage.plays("status normal");
     await stage.serves();
@@ -46,7 +46,7 @@ test("a file is imported in parts, by keyboard, and what is wrong with it is tol
     await page.keyboard.press("Tab");
     await page.keyboard.press("Enter");
     assert.deepEqual(await page.locator(".import-notes li").allInnerTexts(), ["Line 7007: skipped: it has no name", "Line 7011: skipped: it is too long"]);
-    await isSound(page, "an import");
+    await isAccessible(page, "an import");
     await page.keyboard.press("Shift+Tab");
 
     await imports("book.csv", rows.join("\n"));
@@ -54,15 +54,15 @@ test("a file is imported in parts, by keyboard, and what is wrong with it is tol
     assert.deepEqual((await page.locator(".import-notes li").allTextContents()).map((each) => each.split(":")[0]), ["Line 4", "Line 1007"]);
     assert.equal((await stage.api("GET", `contacts?search=${encodeURIComponent('Ä;"B"')}`)).total, 1);
 
-    assert.deepEqual(stage.complaints, []);
+    assert.deepEqual(stage.browserErrors, []);
 
-    // Cut off midway, and again.
+    // The connection fails during the import; the second import completes it.
     await page.route("**/contacts/import", (route) => route.abort(), { times: 1 });
     await page.route("**/contacts/import", (route) => route.continue(), { times: 1 });
     await imports("book.vcf", cards);
-    await result.getByText(/stopped: .* The journal has taken \d+ of 1,003 contacts/).waitFor();
+    await result.getByText(/stopped: .* The journal has imported \d+ of 1,003 contacts/).waitFor();
     await imports("book.vcf", cards);
-    await result.getByText("(0 added, 0 changed, 1002 known already)").waitFor();
+    await result.getByText("(0 added, 0 changed, 1002 unchanged)").waitFor();
     assert.equal((await stage.api("GET", "contacts")).total, 2004);
     await imports("book.vcf", "x".repeat(70_000));
     await result.getByText("was not imported: no card begins in it").waitFor();

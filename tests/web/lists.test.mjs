@@ -1,8 +1,8 @@
-// What stands in the views beside calls that come in, in a language and a time zone other than the machine's.
+// The contents of the views, in a language and a time zone other than the machine's.
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, row, unhurried } from "./harness.mjs";
+import { Stage, at, row, withClockStopped } from "./harness.mjs";
 
 const zone = "America/New_York";
 const calls = `
@@ -33,7 +33,7 @@ test("callbacks and times are shown in the reader's language and zone; several e
     await gone;
     assert.deepEqual((await stage.api("GET", "lists/callbacks")).items.map((each) => each.surname), ["Egon"]);
 
-    // The table has the picture's numbers, row by row, and they are the database's; a call that comes meanwhile counts at once.
+    // The table has the same numbers as the heatmap and the database; a new call is counted at once.
     await at(page, "nav-times").click();
     await page.getByText("3 calls in the last four weeks").waitFor();
     await stage.plays('call zoe from +493055 "Zoe" ; ring zoe ; giveup zoe');
@@ -41,7 +41,7 @@ test("callbacks and times are shown in the reader's language and zone; several e
     await page.getByText("The same as a table").click();
     const table = page.getByRole("table", { name: "Days with calls, the newest first" });
     assert.deepEqual(await table.getByRole("columnheader").allInnerTexts(), ["Day", "Calls", "By hour"]);
-    const titles = await page.locator(".picture [title]").evaluateAll((all) => all.map((each) => each.title));
+    const titles = await page.locator(".heatmap [title]").evaluateAll((all) => all.map((each) => each.title));
     const drawn = titles.filter((each) => !each.endsWith(": 0"));
     const hours = (await table.locator("td:last-child").allInnerTexts()).reverse().flatMap((each) => each.split(", "));
     assert.deepEqual(hours, drawn.map((each) => each.replace(/^.*, /, "")));
@@ -51,7 +51,7 @@ test("callbacks and times are shown in the reader's language and zone; several e
     const day = { weekday: "long", day: "numeric", month: "long", timeZone: zone };
     assert.equal(await table.getByRole("rowheader").last().innerText(), there.toLocaleDateString("de-DE", day));
 
-    // Several at once, and all that a number finds, by keyboard; and back.
+    // Deletes selected entries and all found ones by keyboard, and undoes both.
     await at(page, "nav-missed").click();
     const rows = (count) => page.waitForFunction((wanted) => document.querySelectorAll("[data-test=row]").length === wanted, count);
     await rows(3);
@@ -59,7 +59,7 @@ test("callbacks and times are shown in the reader's language and zone; several e
     await page.keyboard.press("Space");
     await page.keyboard.press("ArrowDown");
     await page.keyboard.press("Space");
-    await unhurried(page, async () => {
+    await withClockStopped(page, async () => {
         for (const [search, left, button] of [["", 1, "Delete 2 entries"], ["+49 30-55", 0, "Delete the 1 found"]]) {
             await at(page, "search").focus();
             await page.keyboard.type(search);
@@ -76,10 +76,10 @@ test("callbacks and times are shown in the reader's language and zone; several e
         await rows(count);
     }
     assert.equal((await stage.api("GET", "lists/missed")).total, 3);
-    assert.deepEqual(stage.complaints, []);
+    assert.deepEqual(stage.browserErrors, []);
 });
 
-test("the focus stays near what was deleted, Back closes an entry, and a refused deletion is told until it is dismissed", async (context) => {
+test("the focus stays near what was deleted, Back closes an entry, and a refused deletion is shown until it is dismissed", async (context) => {
     const stage = new Stage(context);
     await stage.plays(calls);
     await stage.serves();
@@ -95,7 +95,7 @@ test("the focus stays near what was deleted, Back closes an entry, and a refused
         await page.keyboard.press(key);
     };
     await row(page, "Zoe").waitFor();
-    await unhurried(page, async () => {
+    await withClockStopped(page, async () => {
         for (const [does, key, focused] of [
             [onRow("Ann"), "Delete", /Bea/],
             [on("undo"), "Enter", /Bea/],
@@ -128,7 +128,7 @@ test("the focus stays near what was deleted, Back closes an entry, and a refused
     await failure.getByRole("button").click();
     await failure.waitFor({ state: "detached" });
 
-    // All means those too that the page does not show.
+    // "All" includes entries that the page does not show.
     await page.unroute("**/lists/missed", refused);
     await at(page, "delete-several").click();
     await page.getByText("3 entries deleted, and all older ones").waitFor();

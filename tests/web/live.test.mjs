@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, row, setShown, unhurried } from "./harness.mjs";
+import { Stage, at, row, setShown, withClockStopped } from "./harness.mjs";
 
 const evil = "<img src=x onerror=alert(1)>";
 const calls = `
@@ -33,7 +33,7 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     await page.waitForFunction(() => !document.querySelector(".row-new"));
     await stage.missedAre(({ unviewed }) => unviewed === 0);
 
-    // From here on with the keyboard alone.
+    // From here on by keyboard only.
     await at(page, "search").focus();
     await page.keyboard.type("MULLER");
     await row(page, evil).waitFor({ state: "detached" });
@@ -52,7 +52,7 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     const there = new Date(await time.getAttribute("datetime")).toLocaleTimeString("en-GB", { timeZone: "Asia/Tokyo" });
     assert.ok((await time.innerText()).includes(there));
     await page.keyboard.press("Escape");
-    await unhurried(page, async () => {
+    await withClockStopped(page, async () => {
         await page.keyboard.press("Delete");
         await row(page, evil).waitFor({ state: "detached" });
         await page.keyboard.press("Control+z");
@@ -60,7 +60,7 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     });
     assert.equal((await stage.api("GET", "lists/missed")).total, 2);
 
-    // Final after a moment; at once when the page is left.
+    // A deletion is final after a moment, or when the user leaves the page.
     const gone = page.waitForResponse((each) => each.request().method() === "DELETE");
     await row(page, evil).getByRole("button", { name: "Delete" }).click();
     await gone;
@@ -73,7 +73,7 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     await row(page, "Ann").waitFor({ state: "detached" });
     await page.goto("about:blank");
     await stage.missedAre(({ total }) => total === 0);
-    assert.deepEqual(stage.complaints, []);
+    assert.deepEqual(stage.browserErrors, []);
 });
 
 test("an open entry is viewed with each of its calls once its window is shown, and stays so", async (context) => {
@@ -88,7 +88,7 @@ test("an open entry is viewed with each of its calls once its window is shown, a
     await at(page, "details").getByText("2 calls").waitFor();
     assert.equal((await stage.api("GET", "lists/missed")).unviewed, 1);
 
-    // The list is read before it is viewed, and the answer comes after it.
+    // The list is read before it is viewed, but the response arrives afterwards.
     let arrive;
     const read = new Promise((taken) => page.route("**/lists/missed", async (route) => {
         const response = await route.fetch();
@@ -113,7 +113,7 @@ test("an open entry is viewed with each of its calls once its window is shown, a
     await stage.missedAre(({ unviewed }) => unviewed === 0);
 });
 
-test("the page goes on after the connection was lost", async (context) => {
+test("the page reconnects after the connection was lost", async (context) => {
     const stage = new Stage(context);
     await stage.plays("status normal");
     await stage.serves();

@@ -1,11 +1,11 @@
-// How the page looks and what can be done with it beside the lists.
+// Layout and accessibility of every view; contacts, settings, sign-in.
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, fits, isSound, row, unhurried } from "./harness.mjs";
+import { Stage, at, fits, isAccessible, row, withClockStopped } from "./harness.mjs";
 
 const calls = `
-call ann from +4930123456789012 "Wolfeschlegelsteinhausenbergerdorff-Featherstonehaugh" via 4700 "The Hotline of the House" ; ring ann ; giveup ann
+call ann from +4930123456789012 "Wolfeschlegelsteinhausenbergerdorff-Featherstonehaugh" via 4700 "The Hotline of the Company" ; ring ann ; giveup ann
 call eve from 4713 "Eve" ; ring eve ; giveup eve
 call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; hangup zoe by caller
 `;
@@ -14,7 +14,7 @@ const looks = [
     { viewport: { width: 360, height: 640 }, colorScheme: "light" },
     { viewport: { width: 1440, height: 900 }, colorScheme: "dark" },
 ];
-// Letters twice as large; and a wide window at 400 %.
+// A font of twice the size; a wide window at 400 %.
 const narrow = [{ viewport: { width: 360, height: 640 }, fontSize: 32 }, { viewport: { width: 320, height: 256 } }];
 
 test("every view fits its window and reads well", async (context) => {
@@ -24,10 +24,10 @@ test("every view fits its window and reads well", async (context) => {
     for (const look of [...looks, ...narrow]) {
         const page = await stage.opens(look);
         const shape = JSON.stringify(look);
-        const [check, shown] = narrow.includes(look) ? [fits, ["missed", "settings"]] : [isSound, views];
+        const [check, shown] = narrow.includes(look) ? [fits, ["missed", "settings"]] : [isAccessible, views];
         for (const view of shown) {
             await at(page, `nav-${view}`).click();
-            await at(page, `view-${view}`).locator("[data-test=row], .empty, .setting, .picture").first().waitFor();
+            await at(page, `view-${view}`).locator("[data-test=row], .empty, .setting, .heatmap").first().waitFor();
             await check(page, `${view}, ${shape}`);
         }
         await at(page, "nav-missed").click();
@@ -37,7 +37,7 @@ test("every view fits its window and reads well", async (context) => {
         await at(page, "contact-dialog").waitFor();
         await check(page, `the dialog, ${shape}`);
     }
-    assert.deepEqual(stage.complaints, []);
+    assert.deepEqual(stage.browserErrors, []);
 });
 
 test("contacts are added from an entry, changed and deleted, and refusals are explained", async (context) => {
@@ -59,7 +59,7 @@ test("contacts are added from an entry, changed and deleted, and refusals are ex
     await dialog.waitFor({ state: "detached" });
     assert.equal((await stage.api("GET", "contacts")).total, 1);
     await at(page, "add-contact").filter({ hasText: "Change the contact" }).waitFor();
-    // Whose number it is need not be known when the button is pressed.
+    // The contact may still be unknown when the user presses the button.
     await at(page, "close").click();
     await page.route(/contacts.number=/, () => {}, { times: 1 });
     await row(page, "Eve").locator(".row-entry").click();
@@ -83,13 +83,13 @@ test("contacts are added from an entry, changed and deleted, and refusals are ex
     await dialog.waitFor({ state: "detached" });
     await save();
     await at(page, "contact").filter({ hasText: "Evans Ltd" }).waitFor();
-    // Its name shows on its entry with the next call; when the contact goes, the entry stays.
+    // The entry shows the contact's name after the next call; the entry stays when the contact is deleted.
     await stage.plays('call eve from 4713 "Eve" ; ring eve ; giveup eve');
     await at(page, "nav-missed").click();
     await row(page, "Evans").filter({ hasText: "2 calls" }).waitFor();
     await at(page, "nav-contacts").click();
     await at(page, "contact").filter({ hasText: "Evans Ltd · 4713" }).click();
-    await unhurried(page, async () => {
+    await withClockStopped(page, async () => {
         await dialog.getByRole("button", { name: "Delete" }).click();
         await page.getByText("No contacts").waitFor();
         await at(page, "undo").click();
@@ -98,7 +98,7 @@ test("contacts are added from an entry, changed and deleted, and refusals are ex
     await dialog.getByRole("button", { name: "Delete" }).click();
     await page.locator("[type=search]:focus").waitFor();
     const gone = page.waitForResponse((each) => each.request().method() === "DELETE" && each.status() === 204);
-    await page.evaluate(() => dispatchEvent(new Event("pagehide"))); // no longer to be undone
+    await page.evaluate(() => dispatchEvent(new Event("pagehide"))); // ends the time for undo
     await gone;
 
     await at(page, "nav-settings").click();
@@ -110,7 +110,7 @@ test("contacts are added from an entry, changed and deleted, and refusals are ex
         await route.continue();
     }, { times: 1 });
     await at(page, "missed-logging").click();
-    await page.getByText("Somebody else has set this already").waitFor();
+    await page.getByText("Another client has set this already").waitFor();
     await page.locator("[data-test=missed-logging]:checked").click();
     await page.locator("[data-test=missed-logging]:not(:checked)").waitFor();
     assert.equal((await stage.api("GET", "settings"))["missed-logging"], "1");
@@ -120,7 +120,7 @@ test("contacts are added from an entry, changed and deleted, and refusals are ex
     await page.locator("[data-test=missed-logging]:checked").waitFor();
     assert.equal(changes, 1, "a second press while the first one is under way");
 
-    // A browser that the journal does not know is asked for the token.
+    // A browser without the cookie must enter the token.
     await page.context().clearCookies();
     await page.reload();
     for (const token of ["wrong", stage.token]) {

@@ -1,4 +1,4 @@
-// What has a stopwatch in it, so that nothing else runs beside it.
+// Tests that measure time; no other test runs beside them.
 
 import assert from "node:assert/strict";
 import test from "node:test";
@@ -15,7 +15,7 @@ test("the demo's page shows its first call within ten seconds", async (context) 
     assert.ok(time < 10_000, `after ${time} ms`);
 });
 
-/** Scrolls the list through, fast, in 120 frames: how many places had no row in any of them. */
+/** Scrolls quickly through the list in 120 frames. Returns the number of sampled points without a row. */
 async function scrolled() {
     const box = document.querySelector("[data-test=rows]");
     const { left, top, width, height } = box.getBoundingClientRect();
@@ -31,7 +31,7 @@ async function scrolled() {
     return empty;
 }
 
-/** Makes a thousand rows, as a page would in each frame that shows all of them. */
+/** Creates a thousand rows, as a page without windowing does in each frame. */
 function allRows() {
     const rows = document.querySelector(".rows");
     const all = rows.cloneNode();
@@ -57,7 +57,7 @@ test("a thousand entries need few rows and scroll smoothly", async (context) => 
     assert.equal(await page.evaluate(() => document.activeElement.closest("li").getAttribute("aria-posinset")), "1000");
     assert.ok((await at(page, "row").count()) < 60);
 
-    // The processor's time, which other programs change less than the clock's.
+    // Processor time: other programs influence it less than wall-clock time.
     const devTools = await page.context().newCDPSession(page);
     await devTools.send("Performance.enable", { timeDomain: "threadTicks" });
     const spent = async () => (await devTools.send("Performance.getMetrics")).metrics.find((each) => each.name === "TaskDuration").value;

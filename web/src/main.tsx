@@ -10,9 +10,9 @@ import "./style/details.css";
 import "./style/views.css";
 import "./style/windows.css";
 
-const place = document.getElementById("page");
-if (place) {
-    render(<App />, place);
-    keepFocus(place);
+const root = document.getElementById("page");
+if (root) {
+    render(<App />, root);
+    keepFocus(root);
     lineState.start();
 }

@@ -1,6 +1,6 @@
-import type { Contact, ContactValues, ImportAnswer, ListAnswer, ListName, Quarter, Rejection, Status } from "./types";
+import type { Contact, ContactValues, ImportResponse, ListResponse, ListName, Quarter, Rejection, Status } from "./types";
 
-/** The server refused, or (status 0) could not be reached. The message is for people. */
+/** The server refused the request, or was not reachable (status 0). The message is for the user. */
 export class ApiError extends Error {
     constructor(
         readonly status: number,
@@ -16,7 +16,7 @@ interface ErrorBody {
     rejected?: Record<string, Rejection>;
 }
 
-/** A file is sent as it is, with its own type. */
+/** The body and its type: a Blob unchanged, everything else as JSON. */
 function content(body: unknown): RequestInit {
     if (body instanceof Blob || body === undefined) {
         return body ? { body } : {};
@@ -24,8 +24,8 @@ function content(body: unknown): RequestInit {
     return { body: JSON.stringify(body), headers: { "Content-Type": "application/json" } };
 }
 
-/** `keepalive`: the request outlives the page when that is left. */
-async function ask<Answer>(method: string, path: string, body?: unknown, keepalive = false): Promise<Answer> {
+/** Sends a request. With `keepalive` it continues after the user has left the page. Throws ApiError. */
+async function request<Result>(method: string, path: string, body?: unknown, keepalive = false): Promise<Result> {
     let response: Response;
     try {
         response = await fetch(`/api/v1/${path}`, {
@@ -39,40 +39,40 @@ async function ask<Answer>(method: string, path: string, body?: unknown, keepali
     }
     if (!response.ok) {
         const refused = (await response.json().catch(() => ({}))) as ErrorBody;
-        throw new ApiError(response.status, refused.error?.message ?? `The journal answered ${response.status}.`, refused.rejected);
+        throw new ApiError(response.status, refused.error?.message ?? `The journal returned the status ${response.status}.`, refused.rejected);
     }
-    return (response.status === 204 ? undefined : await response.json()) as Answer;
+    return (response.status === 204 ? undefined : await response.json()) as Result;
 }
 
-/** Somebody else was quicker. */
-function unlessGone(error: unknown): void {
+/** Ignores "not found": another client has deleted it already. */
+function ignoreNotFound(error: unknown): void {
     if (!(error instanceof ApiError && error.status === 404)) {
         throw error;
     }
 }
 
 export const api = {
-    status: () => ask<Status>("GET", "status"),
-    list: (name: ListName) => ask<ListAnswer>("GET", `lists/${name}`),
-    /** Without ids all of them. Entries that have changed meanwhile are passed over by the server. */
+    status: () => request<Status>("GET", "status"),
+    list: (name: ListName) => request<ListResponse>("GET", `lists/${name}`),
+    /** Deletes all entries if there are no ids. The server skips entries that have changed meanwhile. */
     deleteEntries: (name: ListName, entryIds: string[] | undefined, keepalive: boolean) =>
-        ask<void>("DELETE", `lists/${name}`, entryIds && { entryIds }, keepalive),
-    markViewed: (entryIds: string[]) => ask<void>("POST", "lists/missed/viewed", { entryIds }),
-    /** Of all calls that the database has; quarters without one are left out. */
-    times: (from: Date) => ask<{ quarters: Quarter[] }>("GET", `times?from=${from.toISOString()}`),
+        request<void>("DELETE", `lists/${name}`, entryIds && { entryIds }, keepalive),
+    markViewed: (entryIds: string[]) => request<void>("POST", "lists/missed/viewed", { entryIds }),
+    /** Counts all calls in the database; quarters of an hour without a call are left out. */
+    times: (from: Date) => request<{ quarters: Quarter[] }>("GET", `times?from=${from.toISOString()}`),
 
     contacts: (search: string, limit: number) =>
-        ask<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encodeURIComponent(search)}`),
-    /** Whose number it is, in whatever spelling. */
+        request<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encodeURIComponent(search)}`),
+    /** The contact that has this number, in any spelling. */
     contactWith: async (number: string) =>
-        (await ask<{ contacts: Contact[] }>("GET", `contacts?number=${encodeURIComponent(number)}`)).contacts[0],
-    addContact: (values: ContactValues) => ask<Contact>("POST", "contacts", values),
-    changeContact: (id: string, values: ContactValues) => ask<Contact>("PUT", `contacts/${encodeURIComponent(id)}`, values),
+        (await request<{ contacts: Contact[] }>("GET", `contacts?number=${encodeURIComponent(number)}`)).contacts[0],
+    addContact: (values: ContactValues) => request<Contact>("POST", "contacts", values),
+    changeContact: (id: string, values: ContactValues) => request<Contact>("PUT", `contacts/${encodeURIComponent(id)}`, values),
     importContacts: (format: "vcard" | "csv", text: string) =>
-        ask<ImportAnswer>("POST", "contacts/import", new Blob([text], { type: `text/${format}` })),
+        request<ImportResponse>("POST", "contacts/import", new Blob([text], { type: `text/${format}` })),
     deleteContact: (id: string, keepalive: boolean) =>
-        ask<void>("DELETE", `contacts/${encodeURIComponent(id)}`, undefined, keepalive).catch(unlessGone),
+        request<void>("DELETE", `contacts/${encodeURIComponent(id)}`, undefined, keepalive).catch(ignoreNotFound),
 
-    settings: () => ask<Record<string, string>>("GET", "settings"),
-    changeSetting: (key: string, value: string) => ask<Record<string, string>>("PUT", "settings", { [key]: value }),
+    settings: () => request<Record<string, string>>("GET", "settings"),
+    changeSetting: (key: string, value: string) => request<Record<string, string>>("PUT", "settings", { [key]: value }),
 };

@@ -1,4 +1,4 @@
-/** What the server sends; docs/http-api.md says what each member means. */
+/** The JSON objects of the server; docs/http-api.md describes their members. */
 
 export const listNames = ["missed", "dialled", "received", "forwarded", "callbacks"] as const;
 export type ListName = (typeof listNames)[number];
@@ -36,7 +36,7 @@ export interface Entry {
     deviceId?: string;
 }
 
-export interface ListAnswer {
+export interface ListResponse {
     list: ListName;
     total: number;
     unviewed: number;
@@ -47,7 +47,7 @@ export interface Status {
     line: string;
     softwareType: string;
     switch: { connected: boolean; monitoring: boolean };
-    /** How many are up just now. */
+    /** The number of live calls. */
     calls: number;
 }
 
@@ -57,8 +57,8 @@ export type ContactField = (typeof contactFields)[number];
 export type ContactValues = Record<ContactField, string>;
 export type Contact = ContactValues & { id: string };
 
-/** What became of the contacts of a file; the rest of those that were read was skipped. Of the notes only the first may be here. */
-export interface ImportAnswer {
+/** The result of an import. `read` minus the other counts were skipped; the notes may be cut off. */
+export interface ImportResponse {
     read: number;
     added: number;
     changed: number;
@@ -67,7 +67,7 @@ export interface ImportAnswer {
     remarks: { line: number; text: string }[];
 }
 
-/** How many calls of each list began in a quarter of an hour. */
+/** The number of calls in each list that began in a quarter of an hour. */
 export interface Quarter {
     time: string;
     missed: number;

@@ -17,14 +17,14 @@ const labels: Record<ContactField, string> = {
 const types: Partial<Record<ContactField, string>> = { office: "tel", mobile: "tel", private: "tel", office2: "tel", email: "email" };
 
 interface Props {
-    /** The contact to change; without it a new one is made. */
+    /** The contact to change; undefined for a new one. */
     contact?: Contact;
-    /** What a new one begins with. */
+    /** First values of a new contact. */
     first?: Partial<ContactValues>;
     onDelete?: () => void;
-    /** The dialog has gone, and what had the focus before has it again. */
+    /** The dialog is closed and the focus restored. */
     onClose: () => void;
-    /** The journal has it; the dialog may have been closed before. */
+    /** The journal has stored the contact; the user may have closed the dialog before. */
     onSaved: () => void;
 }
 
@@ -44,14 +44,14 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
         saving.current = true;
         try {
             await (contact ? api.changeContact(contact.id, values) : api.addContact(values));
-            failures.settle("contact");
+            failures.clear("contact");
             onSaved();
             dialog.current?.close();
         } catch (error) {
             if (dialog.current?.open) {
                 setRefusal(reasonOf(error));
             } else {
-                failures.tell("contact", "The contact was not saved", error);
+                failures.report("contact", "The contact was not saved", error);
             }
         }
         saving.current = false;

@@ -12,11 +12,11 @@ export function ContactsView() {
     const [search, setSearch] = useState("");
     const [version, setVersion] = useState(0);
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
-    /** Which contact was opened last: the one that stands there then takes the focus when it is gone. */
+    /** The index of the contact opened last. When it is deleted, the one now at this index gets the focus. */
     const [last, setLast] = useState(0);
-    const { taken } = useStore(contactImport);
-    const { contactsGone } = useStore(deletions);
-    const found = useContacts(search, version + taken + contactsGone);
+    const { importedParts } = useStore(contactImport);
+    const { contactsDeleted } = useStore(deletions);
+    const found = useContacts(search, version + importedParts + contactsDeleted);
     useEffect(() => () => contactImport.dismiss(), []);
     return (
         <div
@@ -36,7 +36,7 @@ export function ContactsView() {
                     aria-label="Search contacts"
                     placeholder="Name, number, company"
                     value={search}
-                    data-home={found?.contacts.length === 0 || undefined}
+                    data-focus-target={found?.contacts.length === 0 || undefined}
                     onInput={(event) => setSearch(event.currentTarget.value)}
                 />
                 <button type="button" class="main-button" onClick={() => setDialog({})}>
@@ -65,7 +65,7 @@ export function ContactsView() {
                         <button
                             type="button"
                             data-test="contact"
-                            data-home={index === Math.min(last, found.contacts.length - 1) || undefined}
+                            data-focus-target={index === Math.min(last, found.contacts.length - 1) || undefined}
                             onClick={() => {
                                 setLast(index);
                                 setDialog({ contact });

@@ -2,7 +2,7 @@ import { useRef } from "preact/hooks";
 import { contactImport } from "../state/app";
 import { useStore } from "../state/Store";
 
-/** Asks for a file of contacts and imports it. */
+/** Opens the file dialog and imports the chosen file. */
 export function ImportButton() {
     const input = useRef<HTMLInputElement>(null);
     const running = useStore(contactImport).state?.running ?? false;

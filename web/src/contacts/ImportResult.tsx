@@ -5,13 +5,13 @@ import { plural } from "../text/names";
 
 const notesAtOnce = 500;
 
-function told(state: ImportState): string {
+function summary(state: ImportState): string {
     const of = `${state.sent.toLocaleString()} of ${plural(state.total, "contact", "contacts")}`;
     if (state.running) {
         return `Importing ${state.file}: ${of} …`;
     }
     const imported = state.added + state.changed + state.unchanged;
-    const parts = [`${state.added} added`, `${state.changed} changed`, `${state.unchanged} known already`];
+    const parts = [`${state.added} added`, `${state.changed} changed`, `${state.unchanged} unchanged`];
     const result = `${plural(imported, "contact", "contacts")} imported, ${state.skipped.toLocaleString()} skipped`;
     const counts = state.added < imported ? `${result} (${parts.join(", ")})` : result;
     if (!state.failure) {
@@ -20,17 +20,17 @@ function told(state: ImportState): string {
     if (state.sent === 0) {
         return `${state.file} was not imported: ${state.failure}`;
     }
-    return `The import of ${state.file} stopped: ${state.failure} The journal has taken ${of}. Import the file again for the rest: no contact is added twice.`;
+    return `The import of ${state.file} stopped: ${state.failure} The journal has imported ${of}. Import the file again for the rest: no contact is added twice.`;
 }
 
-/** How far an import is, and what came of it. */
+/** The progress and the result of an import. */
 export function ImportResult() {
     const { state } = useStore(contactImport);
     const notes = state && !state.running ? state.notes : [];
     return (
         <>
             <p role="status" class="import-result" data-test="import-result">
-                {state && told(state)}
+                {state && summary(state)}
             </p>
             {notes.length > 0 && (
                 <details class="import-notes">

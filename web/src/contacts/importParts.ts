@@ -1,11 +1,11 @@
 /**
- * A file of contacts, cut into parts that the journal takes: it refuses a body beyond 64 KiB. Cuts are between cards or CSV records only. Pure functions;
- * what the journal would say of a contact is left to the journal.
+ * Splits a file of contacts between cards or CSV records into parts below 64 KiB, the journal's limit of a request. Pure functions; the
+ * journal validates the contacts.
  */
 
 export type FileFormat = "vcard" | "csv";
 
-/** A line, and which of the file it is, from 1 on. */
+/** A text line and its number in the file, from 1. */
 interface Row {
     line: number;
     text: string;
@@ -13,7 +13,7 @@ interface Row {
 
 export interface Part {
     rows: readonly Row[];
-    /** How many contacts are in it. */
+    /** The number of contacts in it. */
     contacts: number;
 }
 
@@ -24,21 +24,21 @@ export interface Note {
 
 export interface Split {
     parts: Part[];
-    /** Contacts that fit into no part. */
+    /** Contacts that are too large for a part. */
     skipped: Note[];
 }
 
 const maxBytes = 60_000;
-/** More than an address, less than a picture. */
+/** Longer than an address, shorter than a picture. */
 const maxPropertyLength = 4_000;
-/** Properties whose content the journal does not keep; of PHOTO it keeps an address. */
+/** Properties whose content the journal does not keep; of PHOTO it keeps a URL. */
 const bulky = /^([^:;]*\.)?(PHOTO|LOGO|SOUND|KEY|NOTE|X-[^:;]*)[:;]/i;
 
 export function formatOf(fileName: string): FileFormat | undefined {
     return /\.(vcf|vcard)$/i.test(fileName) ? "vcard" : /\.csv$/i.test(fileName) ? "csv" : undefined;
 }
 
-/** Many programs still write the code page of the machine; its bytes are hardly ever valid UTF-8. */
+/** Decodes UTF-16 with a mark, UTF-8, else the code page that many programs still write; its bytes are hardly ever valid UTF-8. */
 export function decoded(bytes: ArrayBuffer): string {
     const [first, second] = new Uint8Array(bytes);
     if ((first === 0xff && second === 0xfe) || (first === 0xfe && second === 0xff)) {
@@ -51,7 +51,7 @@ export function decoded(bytes: ArrayBuffer): string {
     }
 }
 
-/** Throws when the file is none of its format. Of a CSV file the journal says it. */
+/** Splits the file. Throws if a vCard file contains no card; the journal checks a CSV file. */
 export function partsOf(text: string, format: FileFormat): Split {
     const rows = text.split(/\r\n|\r|\n/).map((each, index) => ({ line: index + 1, text: each }));
     if (format === "vcard") {
@@ -68,24 +68,24 @@ export function textOf(part: Part): string {
     return part.rows.map((each) => `${each.text}\n`).join("");
 }
 
-/** `head` begins every part. A piece is one contact. */
+/** Packs the contacts into parts, each beginning with `head`. */
 function packed(pieces: Row[][], head: Row[]): Split {
     const split: Split = { parts: [], skipped: [] };
-    const roomOfPart = maxBytes - size(head);
+    const maxPartBytes = maxBytes - size(head);
     let rows: Row[] = [];
-    let room = -1;
+    let bytesLeft = -1;
     for (const piece of pieces) {
         const bytes = size(piece);
-        if (bytes > roomOfPart) {
+        if (bytes > maxPartBytes) {
             split.skipped.push({ line: piece[0]?.line ?? 1, text: "it is too long" });
             continue;
         }
-        if (bytes > room) {
+        if (bytes > bytesLeft) {
             rows = [...head];
-            room = roomOfPart;
+            bytesLeft = maxPartBytes;
             split.parts.push({ rows, contacts: 0 });
         }
-        room -= bytes;
+        bytesLeft -= bytes;
         piece.forEach((each) => rows.push(each));
         (split.parts[split.parts.length - 1] as Part).contacts += 1;
     }
@@ -97,7 +97,7 @@ function size(rows: readonly Row[]): number {
     return rows.reduce((bytes, each) => bytes + encoder.encode(each.text).length + 1, 0);
 }
 
-/** What stands before the first card goes with it, what stands behind a card with that one: the journal says that it belongs to none. */
+/** Splits at the cards. Text before the first card belongs to it, text after a card to that card; the journal reports it. */
 function cardsIn(rows: Row[]): Row[][] {
     const cards: Row[][] = [];
     for (const row of rows) {
@@ -144,13 +144,13 @@ function recordsIn(rows: Row[]): Row[][] {
     return records;
 }
 
-/** Of comma, semicolon and tab the one that the first row has most of. */
+/** Returns the most frequent of comma, semicolon and tab in the first row. */
 function separatorOf(row: string): string {
     const count = (separator: string) => row.split(separator).length;
     return [",", ";", "\t"].reduce((best, each) => (count(each) > count(best) ? each : best));
 }
 
-/** Whether a cell between quotation marks goes on in the next line. A mark inside a cell that does not begin with one is a mark like any other. */
+/** True if a quoted cell continues on the next line. A quotation mark inside an unquoted cell is an ordinary character. */
 function staysOpen(text: string, open: boolean, separator: string): boolean {
     const opening = / *"/y;
     for (let at = 0; ; ) {

@@ -7,7 +7,7 @@ const atOnce = 200;
 const typingPause = 150;
 const retryPause = 2000;
 
-/** What the phonebook has for a text; asked a moment after the reader has stopped typing, and again as long as that fails. */
+/** The contacts that match a text. Requested shortly after the user stops typing, and again after a failure. */
 export function useContacts(search: string, version: number) {
     const [found, setFound] = useState<{ total: number; contacts: Contact[] }>();
     const [failed, setFailed] = useState(0);
@@ -18,13 +18,13 @@ export function useContacts(search: string, version: number) {
         failedBefore.current = failed;
         const timer = window.setTimeout(() => {
             api.contacts(search.trim(), atOnce).then(
-                (answer) => {
-                    failures.settle("contacts");
-                    return current && setFound(answer);
+                (response) => {
+                    failures.clear("contacts");
+                    return current && setFound(response);
                 },
                 (error: unknown) => {
                     if (current) {
-                        failures.tellOnce("contacts", "The contacts could not be read", error);
+                        failures.reportOnce("contacts", "The contacts could not be read", error);
                         setFailed((count) => count + 1);
                     }
                 },

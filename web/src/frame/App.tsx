@@ -1,7 +1,7 @@
 import { useEffect } from "preact/hooks";
 import { ContactsView } from "../contacts/ContactsView";
 import { ListView } from "../list/ListView";
-import { TimesView } from "../picture/TimesView";
+import { TimesView } from "../heatmap/TimesView";
 import { SettingsView } from "../settings/SettingsView";
 import { deletions, failures, journal, route, unviewedShown } from "../state/app";
 import { isList, titles } from "../state/route";
@@ -15,7 +15,7 @@ import { UndoBar } from "./UndoBar";
 export function App() {
     const { view } = useStore(route);
     const { signedOut } = useStore(failures);
-    const { news } = useStore(journal);
+    const { announcement } = useStore(journal);
     useStore(deletions);
     const unviewed = unviewedShown();
 
@@ -38,10 +38,10 @@ export function App() {
                 {view === "settings" && <SettingsView />}
             </main>
             <UndoBar />
-            <p class="only-heard" role="status" data-test="news">
-                {/* The same text again would not be spoken. */}
-                {news.text}
-                {news.count % 2 === 0 ? "" : "\u00a0"}
+            <p class="visually-hidden" role="status" data-test="news">
+                {/* A screen reader does not speak the same text twice. */}
+                {announcement.text}
+                {announcement.count % 2 === 0 ? "" : "\u00a0"}
             </p>
         </div>
     );

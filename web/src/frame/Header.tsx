@@ -2,7 +2,7 @@ import { lineState } from "../state/app";
 import { useStore } from "../state/Store";
 import { plural } from "../text/names";
 
-/** How the line is just now, from worst to best. */
+/** The state of the line, the worst condition first. */
 function stateText(): { kind: "bad" | "wait" | "good"; text: string } {
     const { online, status } = useStore(lineState);
     if (online === false) {
@@ -28,7 +28,7 @@ export function Header() {
             <h1>Call journal{line && <span class="header-line"> of {line}</span>}</h1>
             <p class={`line-state line-state-${kind}`} data-test="line-state">
                 <span class="line-state-dot" aria-hidden="true" />
-                {/* Spoken when it changes, which the calls that come and go are not. */}
+                {/* Spoken when it changes, unlike the number of calls. */}
                 <span role="status">{text}</span>
                 {kind === "good" && `, ${calls > 0 ? plural(calls, "call", "calls") : "no call"} up`}
             </p>

@@ -12,7 +12,7 @@ function Counts({ view }: { view: View }) {
             {unviewed > 0 && (
                 <span class="count count-new">
                     {unviewed}
-                    <span class="only-heard"> new, of</span>
+                    <span class="visually-hidden"> new, of</span>
                 </span>
             )}
             <span class="count">{shownEntries(view).length}</span>

@@ -1,7 +1,7 @@
 import { failures, lineState } from "../state/app";
 import { useStore } from "../state/Store";
 
-/** What went wrong, above everything else: a lost connection as long as it is lost, a failure until it is dismissed or made good. */
+/** Notices at the top of the page: a lost connection, and failures until they are dismissed or the work succeeds. */
 export function Notices() {
     const { online } = useStore(lineState);
     const failed = useStore(failures).all();
@@ -9,7 +9,7 @@ export function Notices() {
         <div role="alert" class="notices">
             {online === false && (
                 <p class="notice" data-test="offline">
-                    The connection to the journal is lost. What you see is how it was; the page goes on by itself when the journal is back.
+                    The connection to the journal is lost. The page shows the last known state and reconnects by itself.
                 </p>
             )}
             {failed.map(([work, text]) => (

@@ -1,12 +1,12 @@
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 
-/** The server sends a browser here that came with a wrong token; the address need not say so for ever. */
+/** The server redirects here after a wrong token; the parameter is removed from the address. */
 const refused = new URLSearchParams(window.location.search).has("refused");
 if (refused) {
     window.history.replaceState(window.history.state, "", window.location.pathname + window.location.hash);
 }
 
-/** The server does not know this browser: it has to show the token once, and gets a cookie for it. */
+/** Asks for the token once; the server then sets a cookie. */
 export function SignIn() {
     const [token, setToken] = useState("");
     const input = useRef<HTMLInputElement>(null);
@@ -15,8 +15,8 @@ export function SignIn() {
         <main class="sign-in">
             <h1>Call journal</h1>
             <p>
-                This journal shows its calls to those who have its token. It stands in the file <code>api-token</code> in the data directory of
-                the journal, usually <code>~/.local/state/calljournal</code>.
+                Enter the token of this journal. It is in the file <code>api-token</code> in the data directory of the journal, usually{" "}
+                <code>~/.local/state/calljournal</code>.
             </p>
             <form
                 onSubmit={(event) => {

@@ -6,12 +6,12 @@ function isText(target: EventTarget | null): boolean {
     return target instanceof HTMLElement && (target.matches("input:not([type=checkbox]), textarea, select") || target.isContentEditable);
 }
 
-/** With Caps Lock too; on a keyboard whose letters are no Latin ones, the key in z's place. */
+/** True for Ctrl+Z, also with Caps Lock; on a keyboard without Latin letters, for the key at the position of Z. */
 function isUndo({ key, code, ctrlKey, metaKey, shiftKey }: KeyboardEvent): boolean {
     return (ctrlKey || metaKey) && !shiftKey && (key.toLowerCase() === "z" || (code === "KeyZ" && key > "~"));
 }
 
-/** What was deleted a moment ago, and the way back. */
+/** Shows the latest deletions and the button that undoes them. */
 export function UndoBar() {
     const count = useStore(deletions).count();
     useEffect(() => {
@@ -28,7 +28,7 @@ export function UndoBar() {
         <div role="status" class={count > 0 ? "undo" : "undo undo-empty"}>
             {count > 0 && (
                 <>
-                    <span>{deletions.told()}</span>
+                    <span>{deletions.summary()}</span>
                     <button
                         type="button"
                         data-test="undo"

@@ -3,12 +3,11 @@ function takesFocus(element: HTMLElement): boolean {
 }
 
 /**
- * When what has the focus goes (a row that is deleted, a button that has done its work), the focus must not fall out of the page: it goes to
- * what is marked with `data-home` in the smallest part around it that has such a mark, which is a list's active row or what stands in place
- * of the rows, else to the view as a whole.
+ * Keeps the focus on the page when the focused element is removed (a deleted row, a button that is done). The focus moves to the element
+ * with `data-focus-target` in the innermost enclosing part that has one (a list's active row, the text of an empty list), else to the view.
  */
 export function keepFocus(page: HTMLElement): void {
-    /** What has the focus and what it stands in, from the inside out. */
+    /** The focused element and its ancestors, innermost first. */
     let around: HTMLElement[] = [];
     page.addEventListener("focusin", (event) => {
         around = [];
@@ -16,7 +15,7 @@ export function keepFocus(page: HTMLElement): void {
             around.push(each);
         }
     });
-    // Left by a click beside it, it need not be kept.
+    // The user has clicked beside the element: the focus need not be kept.
     page.addEventListener("focusout", () =>
         window.setTimeout(() => {
             if (document.hasFocus() && document.activeElement === document.body && around[0] && takesFocus(around[0])) {
@@ -29,8 +28,8 @@ export function keepFocus(page: HTMLElement): void {
         if (!focused || takesFocus(focused) || (document.activeElement !== focused && document.activeElement !== document.body)) {
             return;
         }
-        const homeIn = (part: HTMLElement) => [...part.querySelectorAll<HTMLElement>("[data-home]")].find((each) => each.checkVisibility());
-        const part = around.find((each) => each.isConnected && homeIn(each));
-        (part ? homeIn(part) : page.querySelector("main"))?.focus();
+        const targetIn = (part: HTMLElement) => [...part.querySelectorAll<HTMLElement>("[data-focus-target]")].find((each) => each.checkVisibility());
+        const part = around.find((each) => each.isConnected && targetIn(each));
+        (part ? targetIn(part) : page.querySelector("main"))?.focus();
     }).observe(page, { childList: true, subtree: true, attributeFilter: ["disabled"] });
 }

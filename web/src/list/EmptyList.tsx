@@ -3,19 +3,19 @@ import { lineState, settings } from "../state/app";
 import { useStore } from "../state/Store";
 
 const texts: Record<ListName, { title: string; text: string }> = {
-    missed: { title: "No missed calls", text: "Calls that nobody answers appear here by themselves." },
+    missed: { title: "No missed calls", text: "Calls that are not answered appear here." },
     dialled: { title: "No dialled calls", text: "Dial a number on the phone: the call appears here when it is over." },
-    received: { title: "No received calls", text: "Calls that you answer appear here when they are over." },
+    received: { title: "No received calls", text: "Calls that were answered here appear when they are over." },
     forwarded: {
         title: "No forwarded calls",
         text:
-            "Calls that the switch sends on to somebody else appear here, if the phone's setting server-based-features is true. " +
+            "Calls that the switch forwards appear here if the phone's setting server-based-features is true. " +
             "This command sets it: calljournal settings server-based-features true",
     },
-    callbacks: { title: "No callbacks", text: "Ask the switch for a callback when a line is busy or nobody answers: it stands here until it is over." },
+    callbacks: { title: "No callbacks", text: "Request a callback from the switch when a line is busy or a call is not answered: it is listed here until it is done." },
 };
 
-/** Why the list may be empty although there were calls; callbacks are kept in any case. */
+/** The reason why a list may be empty although there were calls. Callbacks are always kept. */
 function SwitchedOff() {
     const isSip = useStore(lineState).status?.softwareType === "Norlith SIP";
     return (
@@ -42,8 +42,8 @@ export function EmptyList({ list, search, read, onClear }: Props) {
     const found = search.trim();
     return (
         <div class="empty">
-            <h2 tabIndex={-1} data-home>
-                {found ? "Nothing found" : texts[list].title}
+            <h2 tabIndex={-1} data-focus-target>
+                {found ? "No entry found" : texts[list].title}
             </h2>
             {found ? (
                 <>

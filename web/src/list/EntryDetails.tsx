@@ -6,7 +6,7 @@ import { fullName, plural, titleOf } from "../text/names";
 import { dateLanguage, fullTime } from "../text/times";
 import { callbackText } from "./callbacks";
 import { OccurrenceList } from "./OccurrenceList";
-import { useOpened } from "./useLookedAt";
+import { useMarkOpenedViewed } from "./useMarkViewed";
 
 interface Props {
     list: ListName;
@@ -15,14 +15,14 @@ interface Props {
     onDelete: () => void;
 }
 
-/** The contact that the number belongs to, if it is known; asked again when the version is another. */
+/** The contact with this number, or undefined. Requested again when the version changes. */
 function useContactWith(number: string | undefined, version: number): Contact | undefined {
     const [contact, setContact] = useState<Contact>();
     useEffect(() => {
         let current = true;
         if (number) {
             api.contactWith(number).then(
-                (answer) => current && setContact(answer),
+                (response) => current && setContact(response),
                 () => undefined, // it can still be added
             );
         }
@@ -33,7 +33,7 @@ function useContactWith(number: string | undefined, version: number): Contact | 
     return contact;
 }
 
-/** An open entry: all its calls, and what can be done with it. Beside the list where there is room, else in its place. */
+/** An open entry: its calls and its actions. Beside the list in a wide window, else in place of the list. */
 export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
     const heading = useRef<HTMLHeadingElement>(null);
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
@@ -41,9 +41,9 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
     const contact = useContactWith(entry.number, version);
     const asking = useRef(false);
     useLayoutEffect(() => heading.current?.focus(), []);
-    useOpened(entry);
+    useMarkOpenedViewed(entry);
 
-    /** The contact may not be known here yet, or not any more. */
+    /** Asks for the contact first: it may have been added or deleted meanwhile. */
     const openDialog = async () => {
         if (!asking.current) {
             asking.current = true;
@@ -67,7 +67,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
             }}
         >
             <div class="details-head">
-                <h2 id="details-title" tabIndex={-1} ref={heading} data-home>
+                <h2 id="details-title" tabIndex={-1} ref={heading} data-focus-target>
                     <bdi>{title}</bdi>
                 </h2>
                 <button type="button" data-test="close" onClick={onClose}>

@@ -3,7 +3,7 @@ import type { Entry, ListName } from "../api/types";
 import { keyOf } from "../state/entries";
 import { listLabel } from "../state/route";
 import { EntryRow } from "./EntryRow";
-import { useLookedAt } from "./useLookedAt";
+import { useMarkViewed } from "./useMarkViewed";
 import { useRowHeight } from "./useRowHeight";
 import { useWindow } from "./useWindow";
 
@@ -20,8 +20,8 @@ interface Props {
 const steps: Record<string, number> = { ArrowDown: 1, ArrowUp: -1, PageDown: 8, PageUp: -8, Home: -Infinity, End: Infinity };
 
 /**
- * The rows, of which only those near the window exist. One row is active: Tab stops at its controls only, the arrow keys move on to the
- * same control of another row. The active row is known by its entry, so it stays where the reader is when calls come in above.
+ * The rows of a list; only those near the visible part are rendered. One row is active: Tab stops at its controls only, the arrow keys
+ * move to the same control of another row. The active row is identified by its entry, so it does not change when calls come in above.
  */
 export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, onDelete }: Props) {
     const box = useRef<HTMLDivElement>(null);
@@ -30,13 +30,13 @@ export function EntryList({ list, entries, selected, openKey, onSelect, onOpen, 
     const anchor = useRef({ key: "", top: 0 });
     const [focus, setFocus] = useState<string>();
     const { first, last } = useWindow(box, rowHeight, entries.length);
-    useLookedAt(box, entries, rowHeight);
+    useMarkViewed(box, entries, rowHeight);
 
     const known = entries.findIndex((each) => keyOf(each) === active.key);
     const index = known >= 0 ? known : Math.min(active.index, entries.length - 1);
 
-    // What the reader sees at the top stays there when calls come in or go above it, or the rows become higher. Runs after every rendering, so
-    // after every scrolled row.
+    // Keeps the topmost visible row in place when rows above it are added or removed, or the rows change their height. Runs after every
+    // rendering, so after every scrolled row.
     useLayoutEffect(() => {
         const element = box.current;
         if (!element) {

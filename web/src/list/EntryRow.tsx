@@ -18,7 +18,7 @@ interface Props {
     onDelete: () => void;
 }
 
-/** The line below the name: number, how many calls, how long the newest was. */
+/** The text below the name: number, number of calls, duration of the newest. */
 function facts(list: ListName, entry: Entry): string {
     const calls = entry.occurrences ?? [];
     const newest = calls[0];
@@ -56,7 +56,7 @@ export function EntryRow({ list, entry, index, count, top, isActive, isSelected,
                 checked={isSelected}
                 onChange={(event) => onSelect(event.currentTarget.checked)}
             />
-            <button type="button" class="row-entry" data-control="open" data-home={isActive || undefined} tabIndex={stop} aria-expanded={isOpen} onClick={onOpen}>
+            <button type="button" class="row-entry" data-control="open" data-focus-target={isActive || undefined} tabIndex={stop} aria-expanded={isOpen} onClick={onOpen}>
                 <span class="row-name">
                     {isNew && <span class="row-badge">new</span>}
                     <bdi>{title}</bdi>

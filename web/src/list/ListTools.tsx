@@ -3,14 +3,14 @@ import { plural } from "../text/names";
 interface Props {
     search: string;
     onSearch: (text: string) => void;
-    /** How many entries are found, and how many of them are selected. */
+    /** The number of entries found, and of those selected. */
     found: number;
     chosen: number;
-    /** Deletes those that are selected, else those that are found. */
+    /** Deletes the selected entries; if there are none, all that are found. */
     onDelete: () => void;
 }
 
-/** Search, and delete what is selected or all that the search finds. */
+/** The search field, and the button that deletes the selected or all found entries. */
 export function ListTools({ search, onSearch, found, chosen, onDelete }: Props) {
     const all = search.trim() ? `Delete the ${found.toLocaleString()} found` : "Delete all";
     return (

@@ -11,7 +11,7 @@ import { EntryDetails } from "./EntryDetails";
 import { EntryList } from "./EntryList";
 import { ListTools } from "./ListTools";
 
-/** One of the five lists: what is searched and selected in it. */
+/** One of the five lists with its search and selection. */
 export function ListView({ list }: { list: ListName }) {
     useStore(journal);
     useStore(deletions);
@@ -46,7 +46,7 @@ export function ListView({ list }: { list: ListName }) {
         <div class={open ? "list-view list-view-open" : "list-view"}>
             <section class="list-side" aria-label={listLabel(list)}>
                 <ListTools search={search} onSearch={setSearch} found={found.length} chosen={chosen.length} onDelete={removeSeveral} />
-                <p class="only-heard" role="status">
+                <p class="visually-hidden" role="status">
                     {search.trim() && `${plural(found.length, "entry", "entries")} found`}
                 </p>
                 {found.length > 0 ? (

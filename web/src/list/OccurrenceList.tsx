@@ -1,7 +1,7 @@
 import type { Occurrence } from "../api/types";
 import { dateLanguage, durationText, fullTime } from "../text/times";
 
-/** What is worth saying of a call besides its time; pairs of name and value. */
+/** The details of a call besides its time: pairs of name and value. */
 function factsOf(call: Occurrence): [string, string][] {
     const redirected = [call.redirectingName, call.redirectingNumber].filter(Boolean).join(", ");
     const facts: [string, string | undefined][] = [
@@ -12,7 +12,7 @@ function factsOf(call: Occurrence): [string, string][] {
         ["Forwarded to", call.forwardedToNumber],
         ["Line", call.lineKey],
         ["Instead of", call.substituteNumber],
-        ["Answered", call.completedElsewhere ? "by somebody else" : ""],
+        ["Answered", call.completedElsewhere ? "elsewhere" : ""],
     ];
     return facts.filter((fact): fact is [string, string] => Boolean(fact[1]));
 }

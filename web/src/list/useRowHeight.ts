@@ -1,12 +1,12 @@
 import type { RefObject } from "preact";
 import { useLayoutEffect, useState } from "preact/hooks";
 
-/** Every row is 3.75rem high, so that it grows with the reader's font; this is the same in pixels. */
+/** The height of a row in pixels: 3.75rem, so that it grows with the user's font. */
 function measured(): number {
     return 3.75 * parseFloat(getComputedStyle(document.documentElement).fontSize);
 }
 
-/** How high a row is. The font may become another one while the list is shown, which makes what is around the box larger or smaller. */
+/** The height of a row. A change of the font resizes the surroundings of the box, which triggers a new measurement. */
 export function useRowHeight(box: RefObject<HTMLElement>): number {
     const [height, setHeight] = useState(measured);
     useLayoutEffect(() => {

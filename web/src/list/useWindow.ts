@@ -3,14 +3,14 @@ import { useLayoutEffect, useState } from "preact/hooks";
 
 const spare = 8;
 
-/** The part of a list that is seen, in pixels from its top: the list scrolls in its box, or in a low window the page with it. */
-export function seenPart(box: HTMLElement): { top: number; bottom: number } {
+/** The visible part of a list, in pixels from its top. The list scrolls in its box; in a low window the page scrolls. */
+export function visiblePart(box: HTMLElement): { top: number; bottom: number } {
     const { top, bottom } = box.getBoundingClientRect();
     const at = box.scrollTop - top;
     return { top: at + Math.max(0, top), bottom: at + Math.min(window.innerHeight, bottom) };
 }
 
-/** Which rows of a long list are worth rendering: those that are seen, and some above and below. `last` is not rendered any more. */
+/** The rows to render: the visible ones and some above and below. `last` is exclusive. */
 export function useWindow(box: RefObject<HTMLElement>, rowHeight: number, count: number): { first: number; last: number } {
     const [seen, setSeen] = useState({ first: 0, last: 30 });
     useLayoutEffect(() => {
@@ -21,10 +21,10 @@ export function useWindow(box: RefObject<HTMLElement>, rowHeight: number, count:
         const show = (first: number, last: number) =>
             setSeen((before) => (before.first === first && before.last === last ? before : { first, last }));
         const measure = () => {
-            const { top, bottom } = seenPart(element);
+            const { top, bottom } = visiblePart(element);
             show(Math.floor(top / rowHeight), Math.ceil(bottom / rowHeight));
         };
-        // On paper all rows are seen, and the browser does not wait for them.
+        // On paper all rows are visible; the browser prints without waiting for a rendering.
         const showAll = () => {
             const later = options.debounceRendering;
             options.debounceRendering = (render) => render();

@@ -4,7 +4,7 @@ export interface Setting {
     text: string;
     on: string;
     off: string;
-    /** Asked before it is switched off. */
+    /** The question before the setting is switched off. */
     offWarning?: string;
 }
 
@@ -27,7 +27,7 @@ export function SettingRow({ setting, value, refusal, onChange }: Props) {
                     aria-describedby={`${setting.key}-text`}
                     onChange={(event) => {
                         const on = event.currentTarget.checked;
-                        // The journal has the last word; until then the switch stays.
+                        // The switch stays until the journal has accepted the value.
                         event.currentTarget.checked = value === setting.on;
                         onChange(on);
                     }}

@@ -10,7 +10,7 @@ const rows: Setting[] = [
     {
         key: "call-log-enabled",
         title: "Keep a call journal",
-        text: "Switching it off empties the four lists of calls at once; the callbacks stay. A SIP phone then files no calls, a Qorvex phone goes on.",
+        text: "Switching it off empties the four lists of calls at once; the callbacks stay. A SIP phone then files no calls, a Qorvex phone continues.",
         on: "true",
         off: "false",
         offWarning: "This empties the lists of missed, dialled, received and forwarded calls now and cannot be undone. Switch the journal off?",
@@ -18,27 +18,27 @@ const rows: Setting[] = [
     {
         key: "missed-logging",
         title: "File calls answered elsewhere",
-        text: "On, a call that rang here and was answered on another phone of yours is filed as missed, too. Calls that nobody answers are filed in any case.",
+        text: "If on, a call that rang here and was answered on another phone of yours is filed as missed, too. Calls that are not answered are always filed.",
         on: "0",
         off: "1",
     },
     {
         key: "delete-missed-when-called",
         title: "Tidy up missed calls",
-        text: "On, the newest missed entry of a caller goes when a call to that caller is answered.",
+        text: "If on, the newest missed entry of a caller is deleted when a call to that caller is answered.",
         on: "1",
         off: "0",
     },
 ];
 
-/** Why the journal refused, and what to do about it. */
+/** The text of a refusal, with advice. */
 function explained(error: unknown, key: string): string {
     const rejection = error instanceof ApiError ? error.rejected[key] : undefined;
     if (rejection?.code === 10) {
-        return `Somebody else has set this already; the page shows the present value now. (${rejection.text})`;
+        return `Another client has set this already; the page now shows the current value. (${rejection.text})`;
     }
     if (rejection) {
-        return `The journal does not take this value: ${rejection.text}`;
+        return `The journal does not accept this value: ${rejection.text}`;
     }
     return `Not changed: ${reasonOf(error)}`;
 }
@@ -50,7 +50,7 @@ export function SettingsView() {
     const changing = useRef(new Set<string>());
 
     const change = async (setting: Setting, on: boolean) => {
-        // A second press would set what the first one sets.
+        // A second press while the first one is pending would repeat it.
         if (changing.current.has(setting.key) || (!on && setting.offWarning && !window.confirm(setting.offWarning))) {
             return;
         }

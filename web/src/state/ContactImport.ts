@@ -1,5 +1,5 @@
 import { api, ApiError } from "../api/client";
-import type { ImportAnswer } from "../api/types";
+import type { ImportResponse } from "../api/types";
 import { decoded, formatOf, partsOf, textOf, type FileFormat, type Note, type Part } from "../contacts/importParts";
 import { reasonOf, type Failures } from "./Failures";
 import { Store } from "./Store";
@@ -8,11 +8,11 @@ interface ImportNote extends Note {
     skipped: boolean;
 }
 
-/** What was done with one file so far. */
+/** The progress of the import of one file. */
 export interface ImportState {
     file: string;
     running: boolean;
-    /** How many contacts it seems to hold, and how many of them were sent. */
+    /** The number of contacts found in the file, and of those sent. */
     total: number;
     sent: number;
     added: number;
@@ -20,15 +20,15 @@ export interface ImportState {
     unchanged: number;
     skipped: number;
     notes: ImportNote[];
-    /** Why it ended before its time, as a sentence's end; empty otherwise. */
+    /** The reason why the import failed, as the end of a sentence; empty if it did not. */
     failure: string;
 }
 
-/** The import of a file of contacts. It goes on when the reader turns to another view. */
+/** Imports a file of contacts. Continues while the user opens another view. */
 export class ContactImport extends Store {
     state: ImportState | undefined;
-    /** Grows with every part that the journal took: the contacts are others then. */
-    taken = 0;
+    /** Incremented with every part that the journal has imported: the contacts have changed. */
+    importedParts = 0;
 
     constructor(private readonly failures: Failures) {
         super();
@@ -36,10 +36,10 @@ export class ContactImport extends Store {
 
     async run(file: File): Promise<void> {
         if (this.state?.running) {
-            this.failures.tell("import", `${file.name} was not imported`, new Error("another file is being imported, wait for its end"));
+            this.failures.report("import", `${file.name} was not imported`, new Error("another file is being imported, wait for its end"));
             return;
         }
-        this.failures.settle("import");
+        this.failures.clear("import");
         const none = { total: 0, sent: 0, added: 0, changed: 0, unchanged: 0, skipped: 0, failure: "" };
         const state: ImportState = { file: file.name, running: true, ...none, notes: [] };
         this.state = state;
@@ -58,7 +58,7 @@ export class ContactImport extends Store {
         this.changed();
     }
 
-    /** The result has been seen. */
+    /** Removes the result of a finished import. */
     dismiss(): void {
         if (!this.state?.running) {
             this.state = undefined;
@@ -73,26 +73,26 @@ export class ContactImport extends Store {
         state.notes = skipped.map((each) => ({ ...each, skipped: true }));
         for (const part of parts) {
             this.changed();
-            const answer = await api.importContacts(format, textOf(part));
-            // Of a CSV file each part has the first row again, and its remarks with it.
-            this.count(format === "csv" && part !== parts[0] ? { ...answer, remarks: [] } : answer, part, state);
+            const response = await api.importContacts(format, textOf(part));
+            // Each part of a CSV file repeats the first row and so its remarks.
+            this.count(format === "csv" && part !== parts[0] ? { ...response, remarks: [] } : response, part, state);
         }
     }
 
-    private count(answer: ImportAnswer, part: Part, state: ImportState): void {
+    private count(response: ImportResponse, part: Part, state: ImportState): void {
         const inFile = (skipped: boolean) => (note: Note) => ({ ...note, line: part.rows[note.line - 1]?.line ?? note.line, skipped });
         state.sent += part.contacts;
-        state.added += answer.added;
-        state.changed += answer.changed;
-        state.unchanged += answer.unchanged;
-        state.skipped += answer.read - answer.added - answer.changed - answer.unchanged;
-        state.notes = [...state.notes, ...answer.skipped.map(inFile(true)), ...answer.remarks.map(inFile(false))];
-        ++this.taken;
+        state.added += response.added;
+        state.changed += response.changed;
+        state.unchanged += response.unchanged;
+        state.skipped += response.read - response.added - response.changed - response.unchanged;
+        state.notes = [...state.notes, ...response.skipped.map(inFile(true)), ...response.remarks.map(inFile(false))];
+        ++this.importedParts;
     }
 
     private fail(error: unknown, state: ImportState): void {
         if (error instanceof ApiError && error.status === 401) {
-            this.failures.tell("import", "Not imported", error);
+            this.failures.report("import", "Not imported", error);
         }
         state.failure = error instanceof DOMException ? "the file cannot be read." : reasonOf(error);
     }

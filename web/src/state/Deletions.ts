@@ -5,35 +5,35 @@ import type { Failures } from "./Failures";
 import type { Journal } from "./Journal";
 import { Store } from "./Store";
 
-export type Place = ListName | "contacts";
+export type DeletionScope = ListName | "contacts";
 
 const undoTime = 7000;
-/** A timer as late as this may have slept with the machine, and the event stream with it. */
+/** A timer that is this late may have slept with the machine, and the event stream with it. */
 const lateness = 2000;
-/** With more than this, what was deleted before becomes final at once. */
-const mostWaiting = 300;
-/** A browser that leaves a page still sends bodies of 64 KiB, all requests together. */
-const mostLeaving = 60_000;
+/** If more deletions than this wait, the earlier ones are sent at once. */
+const maxWaiting = 300;
+/** On leaving a page, a browser sends at most 64 KiB of bodies, all requests together. */
+const maxBytesOnLeave = 60_000;
 
-/** `whole`: all that the list holds, what is older than the page shows included. */
+/** `whole`: the whole list, including entries that are older than those on the page. */
 interface Batch {
     ids: Set<string>;
     whole: boolean;
 }
 
 /**
- * What the reader has deleted and may still get back: entries, contacts. It is hidden at once; the server is asked when the time is over or
- * the page is left, and what it refuses shows again. Entries are named by their entry ids: one that gets a further call meanwhile has a new
- * id, so it shows again and stays.
+ * Deleted entries and contacts that the user can still restore. They are hidden at once. The request is sent when the time for undo is
+ * over or the user leaves the page; an entry that the server refuses to delete is shown again. Entries are identified by entry id: an
+ * entry that gets a further call meanwhile has a new id, so it is shown again and kept.
  */
 export class Deletions extends Store {
-    /** Contacts that the server has deleted. */
-    contactsGone = 0;
+    /** The number of contacts that the server has deleted. */
+    contactsDeleted = 0;
 
-    private readonly waiting = new Map<Place, Batch>();
-    /** What the server was asked to delete. Contacts stay here: their ids are never used again. */
-    private readonly asked = new Map<Place, Set<string>>();
-    private room = mostLeaving;
+    private readonly waiting = new Map<DeletionScope, Batch>();
+    /** Ids whose deletion was requested. Contacts stay here: the server never reuses their ids. */
+    private readonly requested = new Map<DeletionScope, Set<string>>();
+    private bytesLeft = maxBytesOnLeave;
     private timer: number | undefined;
     private due = Infinity;
 
@@ -42,36 +42,36 @@ export class Deletions extends Store {
         private readonly failures: Failures,
     ) {
         super();
-        // A slow browser may not come to the end of what happens after pagehide; a telephone may not tell beforeunload.
-        window.addEventListener("beforeunload", () => this.finish());
-        window.addEventListener("pagehide", () => this.finish());
+        // A slow browser may not finish the work after pagehide; a mobile one may not send beforeunload.
+        window.addEventListener("beforeunload", () => this.sendAll());
+        window.addEventListener("pagehide", () => this.sendAll());
     }
 
-    isHidden(place: Place, id: string): boolean {
-        return (this.waiting.get(place)?.ids.has(id) || this.asked.get(place)?.has(id)) ?? false;
+    isHidden(scope: DeletionScope, id: string): boolean {
+        return (this.waiting.get(scope)?.ids.has(id) || this.requested.get(scope)?.has(id)) ?? false;
     }
 
     count(): number {
         return [...this.waiting.values()].reduce((sum, each) => sum + each.ids.size, 0);
     }
 
-    /** What may be undone, for people. */
-    told(): string {
+    /** The text of the undo bar. */
+    summary(): string {
         const contacts = this.waiting.get("contacts")?.ids.size ?? 0;
         const entries = this.count() - contacts;
-        const told = [entries > 0 && plural(entries, "entry", "entries"), contacts > 0 && plural(contacts, "contact", "contacts")];
+        const parts = [entries > 0 && plural(entries, "entry", "entries"), contacts > 0 && plural(contacts, "contact", "contacts")];
         const older = [...this.waiting.values()].some((each) => each.whole) ? ", and all older ones that are not shown" : "";
-        return `${told.filter(Boolean).join(" and ")} deleted${older}`;
+        return `${parts.filter(Boolean).join(" and ")} deleted${older}`;
     }
 
-    add(place: Place, ids: readonly string[], whole = false): void {
-        if (this.count() + ids.length > mostWaiting) {
-            this.finish();
+    add(scope: DeletionScope, ids: readonly string[], whole = false): void {
+        if (this.count() + ids.length > maxWaiting) {
+            this.sendAll();
         }
-        const batch = this.waiting.get(place) ?? { ids: new Set(), whole };
+        const batch = this.waiting.get(scope) ?? { ids: new Set(), whole };
         ids.forEach((each) => batch.ids.add(each));
         batch.whole ||= whole;
-        this.waiting.set(place, batch);
+        this.waiting.set(scope, batch);
         this.resume();
         this.changed();
     }
@@ -82,7 +82,7 @@ export class Deletions extends Store {
         this.changed();
     }
 
-    /** While somebody is about to undo, time stands still. */
+    /** Stops the timer while the user is about to undo. */
     pause(): void {
         window.clearTimeout(this.timer);
         this.due = Infinity;
@@ -92,55 +92,55 @@ export class Deletions extends Store {
         this.pause();
         if (this.waiting.size > 0) {
             this.due = Date.now() + undoTime;
-            this.timer = window.setTimeout(() => this.finish(), undoTime);
+            this.timer = window.setTimeout(() => this.sendAll(), undoTime);
         }
     }
 
-    private finish(): void {
+    private sendAll(): void {
         const slept = Date.now() > this.due + lateness;
         this.pause();
-        for (const [place, batch] of this.waiting) {
-            this.waiting.delete(place);
-            if (place === "contacts") {
-                batch.ids.forEach((id) => void this.ask(place, [id], () => api.deleteContact(id, true)));
+        for (const [scope, batch] of this.waiting) {
+            this.waiting.delete(scope);
+            if (scope === "contacts") {
+                batch.ids.forEach((id) => void this.send(scope, [id], () => api.deleteContact(id, true)));
             } else {
-                void this.deleteEntries(place, slept ? { ...batch, whole: false } : batch);
+                void this.deleteEntries(scope, slept ? { ...batch, whole: false } : batch);
             }
         }
         this.changed();
     }
 
     private async deleteEntries(list: ListName, { ids, whole }: Batch): Promise<void> {
-        // A call that came in meanwhile was not meant.
+        // The user did not mean calls that came in meanwhile.
         const isGone = ({ entryId }: Entry) => ids.has(entryId) || this.isHidden(list, entryId);
         const all = whole && this.journal.isCurrent(list) && this.journal.entries(list).every(isGone);
         const named = [...ids];
         const bytes = all ? 0 : JSON.stringify(named).length + 20;
-        const fits = bytes <= this.room;
-        this.room -= fits ? bytes : 0;
-        await this.ask(list, named, () => api.deleteEntries(list, all ? undefined : named, fits));
-        this.room += fits ? bytes : 0;
+        const fits = bytes <= this.bytesLeft;
+        this.bytesLeft -= fits ? bytes : 0;
+        await this.send(list, named, () => api.deleteEntries(list, all ? undefined : named, fits));
+        this.bytesLeft += fits ? bytes : 0;
     }
 
-    private async ask(place: Place, ids: readonly string[], request: () => Promise<void>): Promise<void> {
-        const asked = this.asked.get(place) ?? new Set();
-        this.asked.set(place, asked);
-        ids.forEach((each) => asked.add(each));
+    private async send(scope: DeletionScope, ids: readonly string[], request: () => Promise<void>): Promise<void> {
+        const requested = this.requested.get(scope) ?? new Set();
+        this.requested.set(scope, requested);
+        ids.forEach((each) => requested.add(each));
         try {
             await request();
-            this.failures.settle("delete");
-            if (place === "contacts") {
-                ++this.contactsGone;
+            this.failures.clear("delete");
+            if (scope === "contacts") {
+                ++this.contactsDeleted;
                 this.changed();
                 return;
             }
-            this.journal.drop(place, new Set(ids));
+            this.journal.removeDeleted(scope, new Set(ids));
         } catch (error) {
-            const [one, many] = place === "contacts" ? ["contact", "contacts"] : ["entry", "entries"];
+            const [one, many] = scope === "contacts" ? ["contact", "contacts"] : ["entry", "entries"];
             const back = ids.length === 1 ? "could not be deleted and is back" : "could not be deleted and are back";
-            this.failures.tell("delete", `${plural(ids.length, one, many)} ${back}`, error);
+            this.failures.report("delete", `${plural(ids.length, one, many)} ${back}`, error);
         }
-        ids.forEach((each) => asked.delete(each));
+        ids.forEach((each) => requested.delete(each));
         this.changed();
     }
 }

@@ -1,42 +1,39 @@
 import { ApiError } from "../api/client";
 import { Store } from "./Store";
 
-/** What the error says, as a sentence's end. */
+/** The message of the error, as the end of a sentence. */
 export function reasonOf(error: unknown): string {
     return (error as Error).message.replace(/\.?$/, ".");
 }
 
-/**
- * What could not be done, each kind of work with its newest reason. It stays until the reader has dismissed it or the same kind of work
- * is done well.
- */
+/** Failed work, with the latest reason for each kind. A failure stays until the user dismisses it or work of that kind succeeds. */
 export class Failures extends Store {
-    /** The server answered that it does not know this browser. */
+    /** The server has refused the credentials of this browser. */
     signedOut = false;
     private readonly texts = new Map<string, string>();
-    /** What was told and not done well since. */
-    private readonly told = new Set<string>();
+    /** Kinds of work that were reported and have not succeeded since. */
+    private readonly reported = new Set<string>();
 
     all(): [string, string][] {
         return [...this.texts];
     }
 
-    /** `what` stands before the reason: "Not marked as viewed". */
-    tell(work: string, what: string, error: unknown): void {
+    /** Shows a failure; `what` precedes the reason: "Not marked as viewed". */
+    report(work: string, what: string, error: unknown): void {
         this.signedOut ||= error instanceof ApiError && error.status === 401;
         this.texts.set(work, `${what}: ${reasonOf(error)}`);
         this.changed();
     }
 
     /**
-     * Of work that the page tries again by itself: tells the first failure only, and never that the journal cannot be reached, which the top
-     * of the page says.
+     * For work that the page repeats automatically. Reports the first failure only, and none if the journal is unreachable: the page
+     * shows that separately.
      */
-    tellOnce(work: string, what: string, error: unknown): void {
+    reportOnce(work: string, what: string, error: unknown): void {
         const isUnreachable = error instanceof ApiError && error.status === 0;
-        if (!isUnreachable && !this.told.has(work)) {
-            this.told.add(work);
-            this.tell(work, what, error);
+        if (!isUnreachable && !this.reported.has(work)) {
+            this.reported.add(work);
+            this.report(work, what, error);
         }
     }
 
@@ -46,9 +43,9 @@ export class Failures extends Store {
         }
     }
 
-    /** The work was done well. */
-    settle(work: string): void {
-        this.told.delete(work);
+    /** Removes the failure of work that has succeeded. */
+    clear(work: string): void {
+        this.reported.delete(work);
         this.dismiss(work);
     }
 }

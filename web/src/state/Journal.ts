@@ -5,25 +5,25 @@ import { actions, applied } from "./entries";
 import type { Failures } from "./Failures";
 import { Store } from "./Store";
 
-/** One list as the page has it. `late`: the changes that came while the list was being read; they may be newer than the answer. */
-interface Held {
+/** One list. `lateChanges` came while the list was being read and may be newer than the response. */
+interface ListState {
     entries: Entry[];
     read: boolean;
     reading: boolean;
     again: boolean;
     failed: boolean;
-    late: Change[];
+    lateChanges: Change[];
 }
 
 /** The five lists, kept up to date by the event stream. */
 export class Journal extends Store {
-    /** The last thing that happened, for those who hear the page, and how many there were: the same may happen twice. */
-    news = { text: "", count: 0 };
-    /** Whether changes come; LineState says so. */
+    /** Live-region text for screen readers, and its serial number: the same text may come twice. */
+    announcement = { text: "", count: 0 };
+    /** True while the event stream is open. Set by LineState. */
     live = false;
 
-    private readonly lists = new Map<ListName, Held>(
-        listNames.map((name) => [name, { entries: [], read: false, reading: false, again: false, failed: false, late: [] }]),
+    private readonly lists = new Map<ListName, ListState>(
+        listNames.map((name) => [name, { entries: [], read: false, reading: false, again: false, failed: false, lateChanges: [] }]),
     );
     private counting: number | undefined;
 
@@ -32,45 +32,48 @@ export class Journal extends Store {
     }
 
     entries(name: ListName): readonly Entry[] {
-        return this.held(name).entries;
+        return this.stateOf(name).entries;
     }
 
     isRead(name: ListName): boolean {
-        return this.held(name).read;
+        return this.stateOf(name).read;
     }
 
-    /** Whether the list is, as far as can be known here, the server's. */
+    /** True if the list is up to date as far as the page can tell. */
     isCurrent(name: ListName): boolean {
-        const held = this.held(name);
-        return this.live && held.read && !held.reading && !held.failed;
+        const state = this.stateOf(name);
+        return this.live && state.read && !state.reading && !state.failed;
     }
 
     readFailed(): void {
-        listNames.filter((name) => this.held(name).failed).forEach((name) => void this.read(name));
+        listNames.filter((name) => this.stateOf(name).failed).forEach((name) => void this.read(name));
     }
 
     readAll(): void {
         listNames.forEach((name) => void this.read(name));
     }
 
-    take(name: ListName, change: Change): void {
-        const held = this.held(name);
-        if (held.reading) {
-            held.late.push(change);
+    onChange(name: ListName, change: Change): void {
+        const state = this.stateOf(name);
+        if (state.reading) {
+            state.lateChanges.push(change);
         }
-        this.apply(name, held, change);
+        this.apply(name, state, change);
         if (name === "missed" && change.item && !change.item.viewed && (change.action === actions.added || change.action === actions.updated)) {
-            this.news = { text: `Missed call from ${titleOf(change.item)}`, count: this.news.count + 1 };
+            this.announcement = { text: `Missed call from ${titleOf(change.item)}`, count: this.announcement.count + 1 };
         }
         this.changedSoon();
     }
 
-    /** Only the number of unviewed entries is told when somebody looks at them elsewhere. It also comes just before the change of a list. */
-    takeUnviewedCount(count: number): void {
+    /**
+     * Reads the missed calls again if the count differs. When another client views entries, only this count is sent; it also precedes a
+     * change of the list.
+     */
+    checkUnviewedCount(count: number): void {
         window.clearTimeout(this.counting);
         this.counting = window.setTimeout(() => {
-            // A list that is just being read may come as it was before.
-            const { entries, reading } = this.held("missed");
+            // A list that is being read may arrive in its earlier state.
+            const { entries, reading } = this.stateOf("missed");
             if (reading || entries.filter((each) => each.viewed === false).length !== count) {
                 void this.read("missed");
             }
@@ -78,63 +81,63 @@ export class Journal extends Store {
     }
 
     markViewed(entryIds: string[]): void {
-        const held = this.held("missed");
+        const state = this.stateOf("missed");
         const wanted = new Set(entryIds);
-        held.entries = held.entries.map((each) => (wanted.has(each.entryId) ? { ...each, viewed: true } : each));
+        state.entries = state.entries.map((each) => (wanted.has(each.entryId) ? { ...each, viewed: true } : each));
         this.changed();
         api.markViewed(entryIds).then(
-            () => this.failures.settle("viewed"),
+            () => this.failures.clear("viewed"),
             (error: unknown) => {
-                this.failures.tellOnce("viewed", "Not marked as viewed", error);
+                this.failures.reportOnce("viewed", "Not marked as viewed", error);
                 void this.read("missed");
             },
         );
     }
 
-    /** What the server has deleted; its event says the same again. */
-    drop(name: ListName, entryIds: ReadonlySet<string>): void {
-        const held = this.held(name);
-        held.entries = held.entries.filter((each) => !entryIds.has(each.entryId));
+    /** Removes entries that the server has deleted; its event repeats that. */
+    removeDeleted(name: ListName, entryIds: ReadonlySet<string>): void {
+        const state = this.stateOf(name);
+        state.entries = state.entries.filter((each) => !entryIds.has(each.entryId));
         this.changed();
     }
 
-    private held(name: ListName): Held {
-        return this.lists.get(name) as Held;
+    private stateOf(name: ListName): ListState {
+        return this.lists.get(name) as ListState;
     }
 
-    private apply(name: ListName, held: Held, change: Change): void {
-        const next = applied(held.entries, change);
+    private apply(name: ListName, state: ListState, change: Change): void {
+        const next = applied(state.entries, change);
         if (next) {
-            held.entries = next;
+            state.entries = next;
         } else {
             void this.read(name);
         }
     }
 
     private async read(name: ListName): Promise<void> {
-        const held = this.held(name);
-        held.again = held.reading;
-        if (held.reading) {
+        const state = this.stateOf(name);
+        state.again = state.reading;
+        if (state.reading) {
             return;
         }
-        held.reading = true;
-        held.late = [];
+        state.reading = true;
+        state.lateChanges = [];
         try {
-            const answer = await api.list(name);
-            held.entries = answer.items;
-            held.read = true;
-            held.reading = false;
-            held.failed = false;
-            this.failures.settle(`read ${name}`);
-            held.late.forEach((change) => this.apply(name, held, change));
+            const response = await api.list(name);
+            state.entries = response.items;
+            state.read = true;
+            state.reading = false;
+            state.failed = false;
+            this.failures.clear(`read ${name}`);
+            state.lateChanges.forEach((change) => this.apply(name, state, change));
         } catch (error) {
-            held.reading = false;
-            this.failures.tellOnce(`read ${name}`, `The list “${name}” could not be read`, error);
-            held.failed = true;
+            state.reading = false;
+            this.failures.reportOnce(`read ${name}`, `The list “${name}” could not be read`, error);
+            state.failed = true;
         }
         this.changed();
-        if (held.again) {
-            held.again = false;
+        if (state.again) {
+            state.again = false;
             await this.read(name);
         }
     }

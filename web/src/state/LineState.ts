@@ -1,4 +1,4 @@
-import { EventLink } from "../api/EventLink";
+import { EventStream } from "../api/EventStream";
 import { api, ApiError } from "../api/client";
 import type { Change, ListName, Status } from "../api/types";
 import type { Failures } from "./Failures";
@@ -6,14 +6,14 @@ import type { Journal } from "./Journal";
 import type { Settings } from "./Settings";
 import { Store } from "./Store";
 
-const pause = 2000;
+const pollInterval = 2000;
 
-/** How the line and the connection to the server are; asks for the one, and keeps the event stream that is the other. */
+/** The state of the telephone line and of the connection. Polls the status and keeps the event stream open. */
 export class LineState extends Store {
     status: Status | undefined;
-    private streams: boolean | undefined;
-    private answers = true;
-    private readonly link: EventLink;
+    private streaming: boolean | undefined;
+    private reachable = true;
+    private readonly stream: EventStream;
 
     constructor(
         private readonly journal: Journal,
@@ -21,51 +21,51 @@ export class LineState extends Store {
         private readonly failures: Failures,
     ) {
         super();
-        this.link = new EventLink({
-            changed: (list: ListName, change: Change) => journal.take(list, change),
-            unviewedCount: (count) => journal.takeUnviewedCount(count),
-            readAgain: () => {
+        this.stream = new EventStream({
+            changed: (list: ListName, change: Change) => journal.onChange(list, change),
+            unviewedCount: (count) => journal.checkUnviewedCount(count),
+            reload: () => {
                 journal.readAll();
                 void settings.read();
             },
             connected: (up) => {
-                this.streams = up;
+                this.streaming = up;
                 journal.live = up;
                 this.changed();
             },
         });
     }
 
-    /** Undefined until the first attempt has ended. */
+    /** Undefined until the first attempt to open the stream has ended. */
     get online(): boolean | undefined {
-        return this.streams === undefined ? undefined : this.streams && this.answers;
+        return this.streaming === undefined ? undefined : this.streaming && this.reachable;
     }
 
     start(): void {
-        this.link.open();
-        void this.ask();
+        this.stream.open();
+        void this.poll();
     }
 
-    private async ask(): Promise<void> {
+    private async poll(): Promise<void> {
         try {
             this.status = await api.status();
-            if (!this.answers) {
-                // A connection that was cut without a word looks open to the stream.
-                this.answers = true;
-                this.link.open();
+            if (!this.reachable) {
+                // The stream does not notice a connection that was cut without a reset.
+                this.reachable = true;
+                this.stream.open();
             }
             this.journal.readFailed();
             this.settings.readFailed();
         } catch (error) {
             if (error instanceof ApiError && error.status === 401) {
-                this.link.close();
-                this.failures.tell("status", "The state of the line could not be read", error);
+                this.stream.close();
+                this.failures.report("status", "The state of the line could not be read", error);
                 return;
             }
-            this.answers = false;
+            this.reachable = false;
             this.journal.live = false;
         }
         this.changed();
-        window.setTimeout(() => void this.ask(), pause);
+        window.setTimeout(() => void this.poll(), pollInterval);
     }
 }

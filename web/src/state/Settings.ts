@@ -2,18 +2,18 @@ import { api } from "../api/client";
 import type { Failures } from "./Failures";
 import { Store } from "./Store";
 
-/** The journal's own settings, as the server told them last. They may be changed elsewhere, so they are read again with the lists. */
+/** The journal's settings as last read from the server. Other clients may change them, so they are read again with the lists. */
 export class Settings extends Store {
     values: Record<string, string> | undefined;
     private failed = false;
-    /** How many times they were read; answers may come in another order than they were asked for, and only the newest one counts. */
+    /** The number of read requests. Responses may arrive in another order; only that of the latest request counts. */
     private reads = 0;
 
     constructor(private readonly failures: Failures) {
         super();
     }
 
-    /** Whether the journal is switched off; false as long as that is not known. */
+    /** True if the journal is switched off; false until the settings are read. */
     isJournalOff(): boolean {
         return this.values?.["call-log-enabled"] === "false";
     }
@@ -27,13 +27,13 @@ export class Settings extends Store {
             }
             this.values = values;
             this.failed = false;
-            this.failures.settle("settings");
+            this.failures.clear("settings");
         } catch (error) {
             if (read !== this.reads) {
                 return;
             }
             this.failed = true;
-            this.failures.tellOnce("settings", "The settings could not be read", error);
+            this.failures.reportOnce("settings", "The settings could not be read", error);
         }
         this.changed();
     }
@@ -44,10 +44,10 @@ export class Settings extends Store {
         }
     }
 
-    /** Throws what the server says against it. */
+    /** Throws the ApiError if the server refuses the value. */
     async change(key: string, value: string): Promise<void> {
         this.values = await api.changeSetting(key, value);
-        void this.read(); // What was asked for before may not have the change.
+        void this.read(); // A response that is on its way may not contain the change.
         this.changed();
     }
 }

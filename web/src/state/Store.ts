@@ -1,6 +1,6 @@
 import { useLayoutEffect, useState } from "preact/hooks";
 
-/** Something that components show and that tells them when to show it again. */
+/** State that components render; notifies them when it changes. */
 export class Store {
     private readonly listeners = new Set<() => void>();
     private pending: number | undefined;
@@ -10,20 +10,20 @@ export class Store {
         return () => this.listeners.delete(listener);
     }
 
-    /** Shown before the next key or click is handled, which may mean what shows then. */
+    /** Notifies at once, so that the next key or click applies to the new state. */
     protected changed(): void {
         window.clearTimeout(this.pending);
         this.pending = undefined;
         this.listeners.forEach((listener) => listener());
     }
 
-    /** For what comes from outside in bursts: several changes in a row are shown at once. */
+    /** Notifies after a short time, so that changes that come in bursts are rendered once. */
     protected changedSoon(): void {
         this.pending ??= window.setTimeout(() => this.changed(), 16);
     }
 }
 
-/** The component is rendered again whenever the store changes. */
+/** Renders the component again when the store changes. */
 export function useStore<S extends Store>(store: S): S {
     const [, setVersion] = useState(0);
     useLayoutEffect(() => store.subscribe(() => setVersion((version) => version + 1)), [store]);

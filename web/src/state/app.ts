@@ -7,7 +7,7 @@ import { LineState } from "./LineState";
 import { Route } from "./route";
 import { Settings } from "./Settings";
 
-/** The page's state: one of each. */
+/** The state of the page. */
 export const route = new Route();
 export const failures = new Failures();
 export const journal = new Journal(failures);
@@ -16,7 +16,7 @@ export const deletions = new Deletions(journal, failures);
 export const lineState = new LineState(journal, settings, failures);
 export const contactImport = new ContactImport(failures);
 
-/** A list as the reader has it: without what was just deleted. Components that show it use the stores `journal` and `deletions`. */
+/** The entries of a list without those just deleted. A component that calls this uses the stores `journal` and `deletions`. */
 export function shownEntries(list: ListName): readonly Entry[] {
     return journal.entries(list).filter((each) => !deletions.isHidden(list, each.entryId));
 }

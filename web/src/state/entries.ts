@@ -2,12 +2,12 @@ import type { Change, Entry } from "../api/types";
 
 export const actions = { added: 0, updated: 1, deleted: 2, changed: 3, emptied: 4 } as const;
 
-/** What stays the same as long as the entry lives. */
+/** A key that stays the same while the entry exists. */
 export function keyOf(entry: Entry): string {
     return entry.uniqueId || entry.entryId;
 }
 
-/** The list after the change, newest first; null when the change does not say enough and the list has to be read. */
+/** Returns the list after the change, newest first; null if the list must be read again. */
 export function applied(list: Entry[], { action, entryId, item }: Change): Entry[] | null {
     if (action === actions.emptied) {
         return [];
@@ -20,6 +20,6 @@ export function applied(list: Entry[], { action, entryId, item }: Change): Entry
     }
     const others = list.filter((each) => keyOf(each) !== item.uniqueId && keyOf(each) !== entryId);
     const older = others.findIndex((each) => each.time <= item.time);
-    const place = older < 0 ? others.length : older;
-    return [...others.slice(0, place), item, ...others.slice(place)];
+    const position = older < 0 ? others.length : older;
+    return [...others.slice(0, position), item, ...others.slice(position)];
 }

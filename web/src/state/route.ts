@@ -15,7 +15,7 @@ export const titles: Record<View, string> = {
     settings: "Settings",
 };
 
-/** What a list is called where no title stands above it. */
+/** The label of a list without a title above it. */
 export function listLabel(list: ListName): string {
     return list === "callbacks" ? titles[list] : `${titles[list]} calls`;
 }
@@ -25,13 +25,13 @@ export function isList(view: View): view is ListName {
 }
 
 /**
- * What the address names: a view, "#/missed", and the entry that is open in it, "#/missed/KEY". So bookmarks work, and the browser's back
- * button closes an entry: opening one is a step of the history, going on to another one is none.
+ * The view and the open entry in the address: "#/missed", "#/missed/KEY". Bookmarks work, and the browser's back button closes an entry:
+ * opening one adds a step to the history, moving on to another one does not.
  */
 export class Route extends Store {
     view: View = "missed";
     openKey: string | undefined;
-    /** The browser is going back, which it does later; what is opened until then has to wait, or it would be undone. */
+    /** Set while the browser goes back, which is asynchronous. An entry opened meanwhile waits, or going back would close it. */
     private returning: { next?: string } | undefined;
 
     constructor() {
@@ -64,7 +64,7 @@ export class Route extends Store {
             this.returning = {};
             window.history.back();
         } else {
-            window.history.replaceState(null, "", `#/${this.view}`); // the page began with this address
+            window.history.replaceState(null, "", `#/${this.view}`); // the page was loaded with this address
         }
         this.changed();
     }
@@ -84,7 +84,7 @@ export class Route extends Store {
         try {
             this.openKey = key && decodeURIComponent(key);
         } catch {
-            this.openKey = undefined; // an address that nobody made here
+            this.openKey = undefined; // not an address of this page
         }
         this.changed();
     }

@@ -4,7 +4,7 @@ export function fullName(person: { firstName: string; surname: string }): string
     return `${person.firstName} ${person.surname}`.trim();
 }
 
-/** What an entry is called: its name, else its number. */
+/** The title of an entry: its name, else its number. */
 export function titleOf(entry: Entry): string {
     return fullName(entry) || entry.number || "Unknown";
 }

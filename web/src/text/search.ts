@@ -1,17 +1,17 @@
 import type { Entry } from "../api/types";
 import { fullName } from "./names";
 
-/** As the server compares: without capitals and accents, "ss" for "ß". Capitals again, as some small letters have the same one. */
+/** Normalises as the server does: without case and accents, "ss" for "ß". Upper case last, since some small letters share a capital. */
 function plain(text: string): string {
     return text.normalize("NFKD").toLowerCase().toUpperCase().replace(/\p{M}/gu, "");
 }
 
-/** Without what numbers are written apart with. */
+/** Removes the separators of a number. */
 function joined(number: string): string {
     return number.replace(/[\s()/.-]/g, "");
 }
 
-/** Whether the text is a part of the entry's name or of one of its numbers. */
+/** Returns a predicate: true if the text is a part of the entry's name or of one of its numbers. */
 export function matcher(text: string): (entry: Entry) => boolean {
     const wanted = plain(text.trim());
     const number = joined(wanted);

@@ -1,18 +1,18 @@
-/** Dates and times in the reader's language and time zone. */
+/** Dates and times in the user's language and time zone. */
 
 const clock = new Intl.DateTimeFormat(undefined, { timeStyle: "short" });
 const weekday = new Intl.DateTimeFormat(undefined, { weekday: "short", hour: "numeric", minute: "2-digit" });
 const shortDay = new Intl.DateTimeFormat(undefined, { dateStyle: "medium" });
 const full = new Intl.DateTimeFormat(undefined, { dateStyle: "full", timeStyle: "medium" });
 
-/** The language of these dates, which need not be the page's. */
+/** The language of these dates; it may differ from the page's. */
 export const dateLanguage = full.resolvedOptions().locale;
 
 export function dayStart(time: Date, daysLater = 0): Date {
     return new Date(time.getFullYear(), time.getMonth(), time.getDate() + daysLater);
 }
 
-/** As short as it can be: the time today, the weekday within a week, else the date. */
+/** The shortest form: the time today, the weekday within a week, else the date. */
 export function briefTime(time: string, now = new Date()): string {
     const date = new Date(time);
     if (Number.isNaN(date.getTime())) {

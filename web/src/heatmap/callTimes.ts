@@ -5,27 +5,27 @@ const days = 28;
 
 export interface Day {
     date: Date;
-    /** How many calls began in each hour, in the reader's time zone. */
+    /** The number of calls that began in each hour, in the user's time zone. */
     hours: number[];
     total: number;
 }
 
-/** When the four weeks begin that end today. */
+/** The first of the four weeks' days that end today. */
 export function firstDay(now = new Date()): Date {
     return dayStart(now, 1 - days);
 }
 
-/** The last four weeks, today last. Every time zone's hours and days begin with a quarter. */
+/** The last four weeks, today last. In every time zone, hours and days begin with a quarter of an hour. */
 export function callsByDay(quarters: readonly Quarter[], now = new Date()): Day[] {
     const found: Day[] = Array.from({ length: days }, (_, at) => ({
         date: dayStart(now, at - days + 1),
         hours: new Array<number>(24).fill(0),
         total: 0,
     }));
-    const places = new Map(found.map((day) => [day.date.getTime(), day]));
+    const dayByTime = new Map(found.map((day) => [day.date.getTime(), day]));
     for (const { time, missed, dialled, received, forwarded } of quarters) {
         const begin = new Date(time);
-        const day = places.get(dayStart(begin).getTime());
+        const day = dayByTime.get(dayStart(begin).getTime());
         if (day) {
             const calls = missed + dialled + received + forwarded;
             const hour = begin.getHours();
@@ -36,7 +36,7 @@ export function callsByDay(quarters: readonly Quarter[], now = new Date()): Day[
     return found;
 }
 
-/** 0 to 4, the most calls of any hour being 4. */
+/** Returns 0 to 4; `most`, the largest number of calls in an hour, has level 4. */
 export function level(count: number, most: number): number {
     return Math.ceil((count * 4) / most);
 }
@@ -47,7 +47,7 @@ export interface Shade {
     to: number;
 }
 
-/** Which counts each level stands for; of few calls not every level is used. */
+/** The counts of each level. With few calls some levels are unused. */
 export function shades(most: number): Shade[] {
     const levels = [1, 2, 3, 4].map((each) => ({ level: each, from: Math.floor(((each - 1) * most) / 4) + 1, to: Math.floor((each * most) / 4) }));
     return [{ level: 0, from: 0, to: 0 }, ...levels.filter(({ from, to }) => from <= to)];

@@ -11,7 +11,7 @@ function hoursText(day: Day): string {
         .join(", ");
 }
 
-export function TimesTable({ days }: { days: readonly Day[] }) {
+export function CallTable({ days }: { days: readonly Day[] }) {
     const busy = days.filter((day) => day.total > 0).reverse();
     return (
         <table class="times">

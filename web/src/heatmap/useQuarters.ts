@@ -9,34 +9,34 @@ const pause = 3000;
 const callLists: ListName[] = ["missed", "dialled", "received", "forwarded"];
 
 /**
- * The calls of the last four weeks: asked for at once, after each change of a list of calls, and after a failure, but at most once in
- * every pause. Undefined until there was an answer.
+ * The calls of the last four weeks. Requested at once, after each change of a list of calls and after a failure, but at most once in
+ * `pause` ms. Undefined until the first response.
  */
 export function useQuarters(): Quarter[] | undefined {
     const [quarters, setQuarters] = useState<Quarter[]>();
     const [failed, setFailed] = useState(0);
-    const asked = useRef(-pause);
-    const answered = useRef(-pause);
+    const requestedAt = useRef(-pause);
+    const shownRequest = useRef(-pause);
     useStore(journal);
-    const ask = async () => {
+    const request = async () => {
         const begin = performance.now();
-        asked.current = begin;
+        requestedAt.current = begin;
         try {
             const found = await api.times(firstDay());
-            if (begin > answered.current) {
-                answered.current = begin;
+            if (begin > shownRequest.current) {
+                shownRequest.current = begin;
                 setQuarters(found.quarters);
             }
             setFailed(0);
-            failures.settle("times");
+            failures.clear("times");
         } catch (error) {
-            failures.tellOnce("times", "The calls could not be counted", error);
+            failures.reportOnce("times", "The calls could not be counted", error);
             setFailed((count) => count + 1);
         }
     };
     useEffect(
         () => {
-            const timer = window.setTimeout(() => void ask(), Math.max(0, asked.current + pause - performance.now()));
+            const timer = window.setTimeout(() => void request(), Math.max(0, requestedAt.current + pause - performance.now()));
             return () => window.clearTimeout(timer);
         },
         [failed, ...callLists.map((list) => journal.entries(list))],

@@ -1,10 +1,10 @@
 import { plural } from "../text/names";
 import { callsByDay } from "./callTimes";
-import { TimesPicture } from "./TimesPicture";
-import { TimesTable } from "./TimesTable";
+import { CallHeatmap } from "./CallHeatmap";
+import { CallTable } from "./CallTable";
 import { useQuarters } from "./useQuarters";
 
-/** When people call: the last four weeks by day and hour. */
+/** The calls of the last four weeks by day and hour. */
 export function TimesView() {
     const quarters = useQuarters();
     const found = callsByDay(quarters ?? []);
@@ -15,13 +15,13 @@ export function TimesView() {
             <p class="hint">
                 {quarters ? `${plural(total, "call", "calls")} in the last four weeks, all lists together. ` : "Counting the calls … "}
                 {quarters && total === 0
-                    ? "The picture fills as calls come in."
-                    : "Counted is what the journal keeps: up to 1,000 entries in each list, with the last 10 calls of each."}
+                    ? "The heatmap fills as calls come in."
+                    : "The journal counts up to 1,000 entries in each list, with the last 10 calls of each."}
             </p>
-            <TimesPicture days={found} />
+            <CallHeatmap days={found} />
             <details>
                 <summary>The same as a table</summary>
-                <TimesTable days={found} />
+                <CallTable days={found} />
             </details>
         </div>
     );

@@ -2,12 +2,12 @@ import type { RefObject } from "preact";
 import { useEffect, useLayoutEffect, useRef } from "preact/hooks";
 import type { Entry } from "../api/types";
 import { journal } from "../state/app";
-import { seenPart } from "./useWindow";
+import { visiblePart } from "./useWindow";
 
-const lookTime = 2500;
+const viewTime = 2500;
 
-/** Marks missed entries as viewed that have stood before the reader's eyes for a moment: in a window that is shown, not scrolled away. */
-export function useLookedAt(box: RefObject<HTMLElement>, entries: readonly Entry[], rowHeight: number): void {
+/** Marks missed entries as viewed after they were visible for a moment: in a visible window, not scrolled out. */
+export function useMarkViewed(box: RefObject<HTMLElement>, entries: readonly Entry[], rowHeight: number): void {
     const latest = useRef(entries);
     latest.current = entries;
     useEffect(() => {
@@ -18,7 +18,7 @@ export function useLookedAt(box: RefObject<HTMLElement>, entries: readonly Entry
                 since.clear();
                 return;
             }
-            const { top, bottom } = seenPart(element);
+            const { top, bottom } = visiblePart(element);
             const first = Math.max(0, Math.ceil(top / rowHeight - 0.5));
             const last = Math.max(0, Math.floor(bottom / rowHeight + 0.5));
             const seen = latest.current.slice(first, last).filter((each) => each.viewed === false);
@@ -26,10 +26,10 @@ export function useLookedAt(box: RefObject<HTMLElement>, entries: readonly Entry
             [...since.keys()].filter((id) => !ids.has(id)).forEach((id) => since.delete(id));
             const now = performance.now();
             ids.forEach((id) => since.set(id, since.get(id) ?? now));
-            const looked = [...ids].filter((id) => now - (since.get(id) ?? now) >= lookTime);
-            if (looked.length > 0) {
-                looked.forEach((id) => since.delete(id));
-                journal.markViewed(looked);
+            const viewed = [...ids].filter((id) => now - (since.get(id) ?? now) >= viewTime);
+            if (viewed.length > 0) {
+                viewed.forEach((id) => since.delete(id));
+                journal.markViewed(viewed);
             }
         };
         const timer = window.setInterval(look, 500);
@@ -37,8 +37,8 @@ export function useLookedAt(box: RefObject<HTMLElement>, entries: readonly Entry
     }, [box, rowHeight]);
 }
 
-/** Marks an entry that is open as viewed: when it is opened or gets a further call, or else when its window is shown. */
-export function useOpened(entry: Entry): void {
+/** Marks an open entry as viewed: when it is opened, gets a further call, or its window becomes visible. */
+export function useMarkOpenedViewed(entry: Entry): void {
     const latest = useRef(entry);
     latest.current = entry;
     useLayoutEffect(() => {

@@ -8,7 +8,7 @@ function hourName(hour: number): string {
     return hourFormat.format(new Date(2024, 0, 1, hour));
 }
 
-/** What the shades of the picture stand for; its table needs none. */
+/** The legend of the shades; hidden from screen readers, which read the table. */
 function Shades({ most }: { most: number }) {
     return (
         <p class="shades" aria-hidden="true">
@@ -22,21 +22,21 @@ function Shades({ most }: { most: number }) {
     );
 }
 
-/** A row a day, a column an hour, darker for more calls. The table below it says the same to those who do not see it. */
-export function TimesPicture({ days }: { days: readonly Day[] }) {
+/** A row for each day, a column for each hour, darker for more calls. The table below has the same data for screen readers. */
+export function CallHeatmap({ days }: { days: readonly Day[] }) {
     const most = Math.max(1, ...days.flatMap((day) => day.hours));
     return (
-        <div class="picture-box">
-            <div class="picture" role="img" aria-label="Calls by day and hour in the last four weeks; the table below has the numbers">
+        <div class="heatmap-box">
+            <div class="heatmap" role="img" aria-label="Calls by day and hour in the last four weeks; the table below has the numbers">
                 <span />
                 {[0, 6, 12, 18].map((hour) => (
-                    <span key={hour} class="picture-hour">
+                    <span key={hour} class="heatmap-hour">
                         {hourName(hour)}
                     </span>
                 ))}
                 {days.map((day, row) => (
                     <Fragment key={day.date.getTime()}>
-                        <span class="picture-day">{(days.length - 1 - row) % 7 === 0 && dayName.format(day.date)}</span>
+                        <span class="heatmap-day">{(days.length - 1 - row) % 7 === 0 && dayName.format(day.date)}</span>
                         {day.hours.map((count, hour) => (
                             <span
                                 key={hour}

@@ -8,24 +8,24 @@ const eventNames: Record<string, ListName> = {
     callBacksUpdate: "callbacks",
 };
 
-export interface EventTaker {
+export interface EventHandler {
     changed(list: ListName, change: Change): void;
     unviewedCount(count: number): void;
-    /** Something may have been missed, or the stream is new: read everything again. */
-    readAgain(): void;
+    /** Changes may have been missed, or the stream is new: all lists must be read again. */
+    reload(): void;
     connected(up: boolean): void;
 }
 
 /**
- * The event stream. The browser reconnects by itself after a cut and says where it was, so that the server sends what was missed. After
- * an answer that is no stream it gives up; then the link opens a stream anew.
+ * The server's event stream. The browser reconnects after a cut and sends the id of the last event, so that the server repeats the
+ * missed ones. It does not reconnect after a response that is not a stream; then this class opens a new one.
  */
-export class EventLink {
+export class EventStream {
     private source: EventSource | undefined;
     private retry: number | undefined;
     private fresh = true;
 
-    constructor(private readonly taker: EventTaker) {}
+    constructor(private readonly handler: EventHandler) {}
 
     open(): void {
         this.close();
@@ -33,25 +33,25 @@ export class EventLink {
         const source = new EventSource("/api/v1/events");
         this.source = source;
         source.onopen = () => {
-            this.taker.connected(true);
+            this.handler.connected(true);
             if (this.fresh) {
                 this.fresh = false;
-                this.taker.readAgain();
+                this.handler.reload();
             }
         };
         source.onerror = () => {
-            this.taker.connected(false);
+            this.handler.connected(false);
             if (source.readyState === EventSource.CLOSED) {
                 this.retry = window.setTimeout(() => this.open(), 3000);
             }
         };
-        source.addEventListener("resync", () => this.taker.readAgain());
+        source.addEventListener("resync", () => this.handler.reload());
         source.addEventListener("missedCallsCountUpdate", (message) => {
-            this.taker.unviewedCount((JSON.parse((message as MessageEvent<string>).data) as { count: number }).count);
+            this.handler.unviewedCount((JSON.parse((message as MessageEvent<string>).data) as { count: number }).count);
         });
         for (const [event, list] of Object.entries(eventNames)) {
             source.addEventListener(event, (message) => {
-                this.taker.changed(list, JSON.parse((message as MessageEvent<string>).data) as Change);
+                this.handler.changed(list, JSON.parse((message as MessageEvent<string>).data) as Change);
             });
         }
     }
@@ -61,7 +61,7 @@ export class EventLink {
         if (this.source) {
             this.source.close();
             this.source = undefined;
-            this.taker.connected(false);
+            this.handler.connected(false);
         }
     }
 }
