@@ -2,12 +2,8 @@
 
 #include <string>
 
-#include "journal-items/CallBackItem.h"
 #include "journal-items/Contact.h"
-#include "journal-items/DialledCallItem.h"
-#include "journal-items/ForwardedCallItem.h"
-#include "journal-items/MissedCallItem.h"
-#include "journal-items/ReceivedCallItem.h"
+#include "journal-items/ListTraits.h"
 
 /// The words and the building blocks of the documents that go to the database. `docs/messages.md` shows
 /// each document.
@@ -39,11 +35,11 @@ public:
     static constexpr const char* FAILED = "failed";
 
     /// Table names, which are also the schema names of their documents.
-    static constexpr const char* DAS_CALLLOGMISSEDCALLS = "CallLogMissedCalls";
-    static constexpr const char* DAS_CALLLOGDIALLEDCALLS = "CallLogDialledCalls";
-    static constexpr const char* DAS_CALLLOGRECEIVEDCALLS = "CallLogReceivedCalls";
-    static constexpr const char* DAS_CALLLOGFORWARDEDCALLS = "CallLogForwardedCalls";
-    static constexpr const char* DAS_CALLLOGCALLBACKS = "CallLogCallBacks";
+    static constexpr const char* DAS_CALLLOGMISSEDCALLS = ListTraits<MissedCallItem>::kTable;
+    static constexpr const char* DAS_CALLLOGDIALLEDCALLS = ListTraits<DialledCallItem>::kTable;
+    static constexpr const char* DAS_CALLLOGRECEIVEDCALLS = ListTraits<ReceivedCallItem>::kTable;
+    static constexpr const char* DAS_CALLLOGFORWARDEDCALLS = ListTraits<ForwardedCallItem>::kTable;
+    static constexpr const char* DAS_CALLLOGCALLBACKS = ListTraits<CallBackItem>::kTable;
 
     /// Schemas that answer with several tables at once.
     static constexpr const char* CONVERSATIONS_SCHEMA = "Conversations";

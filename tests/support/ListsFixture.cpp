@@ -6,8 +6,8 @@
 
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
+#include "platform/journal-library/ListXml.h"
 #include "platform/texts/SoftwareTypes.h"
-#include "src/JournalService/lists/ListTable.h"
 #include "tests/support/CapturedLog.h"
 
 namespace journaltest {
@@ -88,7 +88,7 @@ void ListsFixture::startWith(const std::vector<MissedCallItem>& missed,
                              const std::vector<CallBackItem>& callBacks) {
     const auto add = [this](const auto&... kinds) {
         const auto addRow = [this](const auto& item) {
-            database.addRow(journal::ListTable<std::decay_t<decltype(item)>>::kName, item);
+            database.addRow(ListXml<std::decay_t<decltype(item)>>::kTable, item);
         };
         (..., std::for_each(kinds.begin(), kinds.end(), addRow));
     };
@@ -152,7 +152,7 @@ Texts ListsFixture::listContents() {
 Texts ListsFixture::databaseContents() const {
     Texts contents;
     forEachKind([&]<typename Item>(const Item&) {
-        addContents(contents, database.rows<Item>(journal::ListTable<Item>::kName));
+        addContents(contents, database.rows<Item>(ListXml<Item>::kTable));
     });
     return contents;
 }

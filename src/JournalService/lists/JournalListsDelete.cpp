@@ -198,7 +198,7 @@ std::size_t JournalLists::deleteSet(const std::set<std::string>& entryIds) {
     {
         const auto items = list<Item>().access();
         std::erase_if(*items, [&entryIds](const Item& item) { return entryIds.contains(item.getEntryId()); });
-        m_persistence.updateEntries(entries, Helper::DELETEREQUEST, ListTable<Item>::kName);
+        m_persistence.updateEntries(entries, Helper::DELETEREQUEST, ListXml<Item>::kTable);
     }
     announceSetDeleted<Item>();
     return doomed.size();

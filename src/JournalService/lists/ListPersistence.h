@@ -12,7 +12,7 @@
 
 #include "journal-items/CallBackItem.h"
 #include "platform/journal-library/CallListDatabaseAdapter.h"
-#include "src/JournalService/lists/ListTable.h"
+#include "platform/journal-library/ListXml.h"
 
 namespace journal {
 
@@ -52,7 +52,7 @@ public:
     template <typename Item>
     void update(Item& item, const std::string& requestType) {
         const std::optional<std::string> answered =
-            send(entry(item, requestType), requestType, ListTable<Item>::kName);
+            send(entry(item, requestType), requestType, ListXml<Item>::kTable);
         const bool isWrite = requestType == CallListDatabaseAdapterHelper::WRITEREQUEST;
         recordRefused(keyOf(item), isWrite && !answered);
         if constexpr (!std::is_same_v<Item, CallBackItem>) {
@@ -70,7 +70,7 @@ public:
         for (const Item* item : items) {
             entries += entry(*item, write);
         }
-        const bool refused = !items.empty() && !send(entries, write, ListTable<Item>::kName);
+        const bool refused = !items.empty() && !send(entries, write, ListXml<Item>::kTable);
         for (const Item* item : items) {
             recordRefused(keyOf(*item), refused);
         }
@@ -79,19 +79,19 @@ public:
     /// The whole table, newest first; false when it cannot be read.
     template <typename Item>
     [[nodiscard]] bool read(std::deque<Item>& items) {
-        using Table = ListTable<Item>;
+        using Table = ListXml<Item>;
         // More than a list keeps: what has not been dropped from the table in time is to be seen, too.
         constexpr unsigned kRows = 2 * CallListDatabaseAdapterHelper::kListRows;
-        repeatDeletion(Table::kName);
+        repeatDeletion(Table::kTable);
         return Table::kParse(
-            m_adapter.processRequest(CallListDatabaseAdapterHelper::readCallList(Table::kName, kRows)),
+            m_adapter.processRequest(CallListDatabaseAdapterHelper::readCallList(Table::kTable, kRows)),
             items);
     }
 
     /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a line in the log.
     template <typename Item>
     void repeatDeletion() {
-        repeatDeletion(ListTable<Item>::kName);
+        repeatDeletion(ListXml<Item>::kTable);
     }
     /// Whether the last write of the item, as it is named now, was refused.
     template <typename Item>
@@ -105,13 +105,13 @@ public:
     /// The item as an `ENTRY` field, to be gathered for one request of many entries.
     template <typename Item>
     [[nodiscard]] static std::string entry(const Item& item, const std::string& requestType) {
-        return asEntry(ListTable<Item>::kBody(item, requestType));
+        return asEntry(ListXml<Item>::kBody(item, requestType));
     }
 
     /// Deletes the whole table.
     template <typename Item>
     void deleteAll() {
-        deleteWholeTable(ListTable<Item>::kName);
+        deleteWholeTable(ListXml<Item>::kTable);
     }
 
     /// Sends one item's body; answers the last unique id of the answer, empty when it failed.
@@ -130,7 +130,7 @@ public:
 private:
     template <typename Item>
     [[nodiscard]] static std::string keyOf(const Item& item) {
-        return std::string(ListTable<Item>::kName) + ' ' + item.getEntryId();
+        return std::string(ListXml<Item>::kTable) + ' ' + item.getEntryId();
     }
     void recordRefused(const std::string& key, bool refused);
     void repeatDeletion(const std::string& table);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "journal-items/Occurrences.h"
-#include "src/JournalService/lists/ListTable.h"
+#include "platform/journal-library/ListXml.h"
 #include "tests/src/JournalServiceEvents/calls/Line.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/ListsReader.h"
@@ -237,7 +237,7 @@ private:
 
     template <typename Item>
     void checkList(std::string& broken) {
-        const std::string name = std::string("\n") + journal::ListTable<Item>::kName + ": ";
+        const std::string name = std::string("\n") + ListXml<Item>::kTable + ": ";
         const auto items = m_line.parts.lists.list<Item>().access();
         const std::string* before = nullptr;
         std::set<std::string> inList, inDatabase;
@@ -258,7 +258,7 @@ private:
             before = &item.getEntryId();
             inList.insert(item.getUniqueId());
         }
-        for (const Item& row : m_line.database.rows<Item>(journal::ListTable<Item>::kName)) {
+        for (const Item& row : m_line.database.rows<Item>(ListXml<Item>::kTable)) {
             inDatabase.insert(row.getUniqueId());
         }
         broken += inList == inDatabase ? "" : name + "the database holds others";

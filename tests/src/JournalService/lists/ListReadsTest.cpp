@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "src/JournalService/lists/ListTable.h"
+#include "platform/journal-library/ListXml.h"
 #include "tests/support/ListsFixture.h"
 
 namespace journaltest {
@@ -123,7 +123,7 @@ protected:
         return joined(entryIdsOf(rig.database.rows<Item>(kTable)), " ");
     }
 
-    static constexpr const char* kTable = journal::ListTable<Item>::kName;
+    static constexpr const char* kTable = ListXml<Item>::kTable;
     ListsFixture rig;
 };
 using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;

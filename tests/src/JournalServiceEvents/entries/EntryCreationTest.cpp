@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "journal-items/Occurrences.h"
-#include "src/JournalService/lists/ListTable.h"
+#include "platform/journal-library/ListXml.h"
 #include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
 #include "tests/support/EntriesFixture.h"
 
@@ -46,7 +46,7 @@ protected:
 
     void startWith(const std::vector<Item>& list) {
         for (const Item& item : list) {
-            rig.database.addRow(journal::ListTable<Item>::kName, item);
+            rig.database.addRow(ListXml<Item>::kTable, item);
         }
         const auto before = *rig.settings.values();
         rig.phoneIs(softwareTypes::sip);  // which loads every list
@@ -92,8 +92,7 @@ TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndMergesACallOfAKnownOneIntoItsIt
     EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "2026-11-21T05:23:05Z");
     EXPECT_EQ(occurrencesOf(item).back().getTimeAndDate(), "2026-11-21T05:22:05Z");
     EXPECT_EQ(this->rig.heard(), this->announced(merged, uniqueId, 1, 2));
-    const std::string table =
-        std::string(journal::ListTable<TypeParam>::kName).substr(std::string("CallLog").size());
+    const std::string table = std::string(ListXml<TypeParam>::kTable).substr(std::string("CallLog").size());
     EXPECT_EQ(this->rig.written(), "write " + table + " " + uniqueId);
     EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
 
