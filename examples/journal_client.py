@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A client of a running call journal, with nothing but Python's standard library.
+"""A client of a running call journal, with Python's standard library only.
 
     journal_client.py [--data DIR] list LIST
     journal_client.py [--data DIR] delete LIST ENTRY_ID...
@@ -7,8 +7,8 @@
     journal_client.py [--data DIR] phonebook [TEXT]
     journal_client.py [--data DIR] follow
 
-LIST is missed, dialled, received, forwarded or callbacks. `contacts` are those that came with the lists, `phonebook` prints all, or those that
-have TEXT in a name or number. `docs/messages.md` describes the frames and texts.
+LIST is missed, dialled, received, forwarded or callbacks. `contacts` prints the contacts that were loaded with the lists,
+`phonebook` all contacts, or those with TEXT in a name or number. `docs/messages.md` describes the frames and messages.
 """
 
 import argparse
@@ -29,11 +29,11 @@ ACTIONS = {"0": "added", "1": "one more call", "2": "deleted", "3": "changed", "
 
 
 class JournalError(Exception):
-    """The journal refused a request, or went away."""
+    """The journal refused a request, or closed the connection."""
 
 
 class Journal:
-    """A connection to the journal: one request at a time, and the notifications that come meanwhile are kept."""
+    """A connection to the journal. Sends one request at a time and keeps the notifications that come meanwhile."""
 
     def __init__(self, path):
         self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
@@ -41,7 +41,7 @@ class Journal:
             self._socket.connect(path)
         except OSError as error:
             self._socket.close()
-            raise JournalError("no journal answers at %s (%s): start `calljournal serve`, or name its directory with --data"
+            raise JournalError("no journal is reachable at %s (%s): start `calljournal serve`, or name its directory with --data"
                                % (path, error.strerror)) from error
         self._stream = self._socket.makefile("rb")
         self._last_id = 0
@@ -52,38 +52,38 @@ class Journal:
         self._socket.close()
 
     def list(self, name):
-        """The entries of a list, newest first, as XML elements."""
+        """Returns the entries of a list, newest first, as XML elements."""
         return self._request(METHODS[name][0]).findall("ENTRY")
 
     def delete(self, name, entry_id):
-        """Deletes an entry; False when the list has none of that id."""
+        """Deletes an entry; returns False if the list has none with that id."""
         try:
             return self._request(METHODS[name][1], entry_id).findtext("Result") == "true"
         except JournalError:
             return False
 
     def subscribe(self):
-        """From now on `notifications` has something to say; first the state as it is."""
+        """Starts the notifications; the first ones describe the current state."""
         if self._request(SUBSCRIBE).findtext("Result") != "true":
-            raise JournalError("the journal takes no subscription")
+            raise JournalError("the journal refused the subscription")
 
     def notifications(self):
-        """Waits for one change after the other, until the journal goes away. Each is an XML element."""
+        """Yields each change as an XML element, until the journal closes the connection."""
         while True:
             while self._notifications:
                 yield self._notifications.popleft()
             self._keep(*self._receive())
 
     def contacts(self):
-        """The contacts that came with the lists, as XML elements. This interface speaks lines, not XML."""
+        """Returns the contacts that were loaded with the lists, as XML elements. This interface uses text lines, not XML."""
         lines = self._exchange("M", "request getContactList journal_client.py").split("\n")
         if lines[0].split(" ")[:2] != ["response", "getContactList"]:
-            raise JournalError("the journal has no contacts to give: " + lines[0])
+            raise JournalError("the journal refused the contacts: " + lines[0])
         values = dict(line.split(" ")[1:3] for line in lines[1:])
         return ET.fromstring("<Contacts>%s</Contacts>" % urllib.parse.unquote(values.get("contactList", "")))
 
     def phonebook(self, text=""):
-        """The contacts that have the text in a name, number, company or e-mail address, as XML elements."""
+        """Returns the contacts with the text in a name, number, company or e-mail address, as XML elements."""
         found = []
         while True:
             page = self._ask("the phonebook", "<PhonebookRequest><Operation>read</Operation><Search>%s</Search><Offset>%d</Offset>"
@@ -97,13 +97,13 @@ class Journal:
         return self._ask("method %d" % method, "<JournalRequest><Method>%d</Method>%s</JournalRequest>" % (method, ids))
 
     def _ask(self, what, request):
-        answer = self._exchange("Q", request)
-        if answer == "failure":
+        response = self._exchange("Q", request)
+        if response == "failure":
             raise JournalError("the journal refused " + what)
-        return ET.fromstring(answer.encode("utf-8"))
+        return ET.fromstring(response.encode("utf-8"))
 
     def _exchange(self, kind, text):
-        """Sends a frame (length, kind, id, text) and waits for the answer with the same id."""
+        """Sends a frame (length, kind, id, text) and waits for the response with the same id."""
         self._last_id += 1
         body = kind.encode("ascii") + struct.pack(">I", self._last_id) + text.encode("utf-8")
         self._socket.sendall(struct.pack(">I", len(body)) + body)
@@ -125,19 +125,19 @@ class Journal:
     def _read(self, count):
         data = self._stream.read(count)
         if len(data) < count:
-            raise JournalError("the journal went away")
+            raise JournalError("the journal closed the connection")
         return data
 
 
 def text_of(element, name):
-    """A field as one line of text. A byte that is no text came as the character U+EE00 + byte."""
+    """Returns a field as one line of text. A byte that is not text is encoded as the character U+EE00 + byte."""
     raw = re.sub("[\uee00-\ueeff]+", lambda run: bytes(ord(each) - 0xEE00 for each in run.group()).decode("utf-8", "backslashreplace"),
                  element.findtext(name, ""))
     return "".join(each if each.isprintable() else each.encode("unicode_escape").decode("ascii") for each in raw)
 
 
 def line_of(entry):
-    """An entry, or an empty one, in a line."""
+    """Returns an entry as one line of text."""
     calls = entry.findall("Occurrence") or [entry]
     name = " ".join(filter(None, (text_of(entry, "Firstname"), text_of(entry, "Surname"))))
     time = text_of(calls[0], "TimeAndDate") or text_of(calls[0], "TimeDate")
@@ -146,7 +146,7 @@ def line_of(entry):
 
 
 def describe(change):
-    """A notification in a line."""
+    """Returns a notification as one line of text."""
     event, entry = text_of(change, "Event"), change.find("ENTRY")
     if change.find("Count") is not None:
         return "%s: %s" % (event, text_of(change, "Count"))

@@ -2,7 +2,7 @@
 # /usr/share/bash-completion/completions/calljournal. For zsh, in ~/.zshrc:
 #   autoload -U +X bashcompinit && bashcompinit && source .../calljournal.bash
 
-# _calljournal_options COMMAND [SUBCOMMAND]: the options that stand behind it.
+# _calljournal_options COMMAND [SUBCOMMAND]: its options.
 _calljournal_options() {
     case "$1${2:+ $2}" in
         '') echo --help --version ;;

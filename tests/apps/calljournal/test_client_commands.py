@@ -124,7 +124,7 @@ class ClientCommandsTest(ProgramTest):
             return done.returncode, done.stdout.splitlines(), done.stderr
 
         status, _, errors = run("list", "missed")
-        self.assertEqual((status, errors.partition(" at ")[0]), (1, "journal_client.py: no journal answers"))
+        self.assertEqual((status, errors.partition(" at ")[0]), (1, "journal_client.py: no journal is reachable"))
         self.calls()
         self.done("contacts", "import", self.file("book.csv", "surname;firstName;office\nMüller;Ann;4711\n"))
         follower = subprocess.Popen([*client, "follow"], stdout=subprocess.PIPE, text=True)
