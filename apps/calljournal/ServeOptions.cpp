@@ -3,10 +3,10 @@
 #include <CLI/CLI.hpp>
 
 #include "apps/calljournal/EndpointOption.h"
-#include "host/config/ConfigurationError.h"
+#include "host/config/ConfigurationReader.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
-#include "host/management/SettingValues.h"
+#include "host/management/SettingRules.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -20,12 +20,12 @@ std::string checkKeyAndValue(const std::string& text) {
 /// Throws at a value that means nothing to its key, and warns of a key that nobody reads, which may be misspelt.
 void check(const Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
-        if (!isTaken(key, value)) {
+        if (!isAccepted(key, value)) {
             std::string text = "management.";
-            text.append(key).append(": it takes ").append(valuesOf(key)).append(", not ").append(value);
+            text.append(key).append(": it takes ").append(acceptedValues(key)).append(", not ").append(value);
             throw ConfigurationError(text);
         }
-        if (!isRead(key)) {
+        if (!isUsedByJournal(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
                       "nothing reads the setting %s; is it misspelt?", key.c_str());
         }
@@ -51,7 +51,7 @@ Configuration ServeOptions::configure(const std::string& logLevel) const {
     Configuration configuration;
     configuration.log.level = logLevel;
     if (!m_file.empty()) {
-        configuration = Configuration::load(m_file);
+        configuration = loadConfiguration(m_file);
     }
     if (!m_listen.empty()) {
         configuration.api.listen = parseEndpoint(m_listen).value();

@@ -8,7 +8,7 @@
 #include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/SettingsText.h"
 #include "apps/calljournal/TerminalWidth.h"
-#include "host/management/SettingValues.h"
+#include "host/management/SettingRules.h"
 #include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 
@@ -45,7 +45,7 @@ private:
         if (m_json) {
             std::cout << refusalJson(refused) << std::endl;
         }
-        const bool isUnknown = !changes() || !isRead(refused.key);
+        const bool isUnknown = !changes() || !isUsedByJournal(refused.key);
         throw std::runtime_error(printable(refused.text) + (isUnknown ? hint(common) : ""));
     }
 

@@ -2,27 +2,24 @@
 
 #include <chrono>
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "host/config/ConfigurationError.h"
 #include "host/config/Endpoint.h"
 
 namespace host {
 
-/// What the program is told from outside: the values of the configuration file (docs/configuration.md), every one with
-/// a default, and what the command line puts above them. A plain value: whoever shares one synchronises.
+/// The configuration of the program: the values of the configuration file (docs/configuration.md), each with a default,
+/// and the overrides of the command line. `ConfigurationReader.h` reads it from TOML.
 ///
-/// A file is checked as a whole when it is read. An unknown key, a wrong type or a value out of bounds is refused with
-/// a `ConfigurationError` that names file, line and key; nothing is guessed and nothing is passed over.
+/// A plain value; not synchronised.
 struct Configuration {
-    /// A device of somebody else that the line shares.
+    /// A device of another person that the line shares.
     struct SharedDevice {
         std::string device;
-        /// Whether a call that rings there unanswered is logged as missed here.
+        /// True if a call that is not answered at that device is logged as missed on this line.
         bool logMissedCalls = true;
 
         bool operator==(const SharedDevice&) const = default;
@@ -32,7 +29,7 @@ struct Configuration {
         /// The own number at the switch.
         std::string device = "2001";
         std::vector<SharedDevice> shared;
-        /// A telephone is paired over Bluetooth.
+        /// True if a telephone is paired over Bluetooth.
         bool bluetooth = false;
 
         bool operator==(const Line&) const = default;
@@ -43,9 +40,9 @@ struct Configuration {
         std::uint16_t port = 4242;
         /// "ed3" to "ed6".
         std::string edition = "ed4";
-        /// How the association is opened: "auto" or "application-session".
+        /// The way to open the association: "auto" or "application-session".
         std::string session = "auto";
-        /// Whether monitors carry the wanted filters.
+        /// True if MonitorStart carries the wanted filters.
         bool sendFilters = true;
         bool tls = false;
         std::chrono::seconds reconnectMax{30};
@@ -68,7 +65,7 @@ struct Configuration {
     };
 
     struct Digits {
-        /// Two capital letters: the country whose numbering plan holds for the line.
+        /// The country of the line's numbering plan, as two capital letters.
         std::string region = "DE";
         std::vector<std::string> featureAccessCodes{"*61"};
 
@@ -76,9 +73,9 @@ struct Configuration {
     };
 
     struct Logging {
-        /// One of the words of `Log::levelOf`.
+        /// A word that `Log::levelOf` accepts.
         std::string level = "info";
-        /// Empty: the standard error output.
+        /// The path of the log file. If empty, the log goes to standard error.
         std::string file;
 
         bool operator==(const Logging&) const = default;
@@ -87,25 +84,21 @@ struct Configuration {
     /// Management keys with their values.
     using Keys = std::map<std::string, std::string>;
 
-    /// Never empty. The first is the one that is served when nobody names another.
+    /// Never empty. The first line is the default.
     std::vector<Line> lines{Line{}};
     Switch callSwitch;
     Api api;
     Data data;
-    /// First values; a value that was changed at run time wins over them.
+    /// First values. A value that was changed at run time overrides them.
     Keys management{
         {"mac-addr", "00:00:00:00:00:00"}, {"software-type", "Norlith Qorvex"}, {"system-identifier", "0"}};
-    /// Values from the command line (`--set`); they win over everything until they are changed at run time.
+    /// Values from the command line (`--set`). They override all others until they are changed at run time.
     Keys managementOverrides;
     Digits digits;
     Logging log;
 
-    /// Reads TOML; `fileName` is for messages.
-    [[nodiscard]] static Configuration parse(std::string_view toml, const std::string& fileName);
-    /// Reads a file; one that is absent or cannot be read is an error too.
-    [[nodiscard]] static Configuration load(const std::filesystem::path& file);
-
-    /// Takes a KEY=VALUE of the command line; everything behind the first "=" is the value, also when that is empty.
+    /// Sets a management override from the KEY=VALUE of the command line. The value is everything after the first "="
+    /// and may be empty. Throws `ConfigurationError` if the text has no valid key.
     void set(std::string_view keyAndValue);
 
     bool operator==(const Configuration&) const = default;

@@ -1,7 +1,11 @@
 #include "host/config/ConfigurationReader.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <iterator>
 #include <limits>
+#include <system_error>
 
 #include "host/config/TomlSection.h"
 #include "host/log/Log.h"
@@ -130,10 +134,11 @@ void readLog(TomlSection& section, Configuration::Logging& log) {
     section.finish();
 }
 
-template <typename Part>
-void readPart(TomlSection& file, const char* name, void (*reader)(TomlSection&, Part&), Part& part) {
+template <typename Section>
+void readSection(TomlSection& file, const char* name, void (*reader)(TomlSection&, Section&),
+                 Section& result) {
     if (std::optional<TomlSection> section = file.section(name)) {
-        reader(*section, part);
+        reader(*section, result);
     }
 }
 
@@ -144,14 +149,29 @@ Configuration readConfiguration(std::string_view toml, const std::string& fileNa
     TomlSection file(table, "", fileName);
     Configuration configuration;
     readLines(file, configuration.lines);
-    readPart(file, "switch", readSwitch, configuration.callSwitch);
-    readPart(file, "api", readApi, configuration.api);
-    readPart(file, "data", readData, configuration.data);
-    readPart(file, "management", readManagement, configuration.management);
-    readPart(file, "digits", readDigits, configuration.digits);
-    readPart(file, "log", readLog, configuration.log);
+    readSection(file, "switch", readSwitch, configuration.callSwitch);
+    readSection(file, "api", readApi, configuration.api);
+    readSection(file, "data", readData, configuration.data);
+    readSection(file, "management", readManagement, configuration.management);
+    readSection(file, "digits", readDigits, configuration.digits);
+    readSection(file, "log", readLog, configuration.log);
     file.finish();
     return configuration;
+}
+
+Configuration loadConfiguration(const std::filesystem::path& file) {
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error)) {
+        throw ConfigurationError(file.string() + ": is a directory, not a configuration file");
+    }
+    errno = 0;
+    std::ifstream stream(file, std::ios::binary);
+    const std::string toml{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (!stream) {
+        throw ConfigurationError(file.string() +
+                                 ": cannot be read: " + std::generic_category().message(errno));
+    }
+    return readConfiguration(toml, file.string());
 }
 
 }  // namespace host

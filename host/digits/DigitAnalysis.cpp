@@ -70,7 +70,7 @@ bool beginsWithOneOf(const std::vector<std::string>& codes, const std::string& d
 
 DigitAnalysis::DigitAnalysis(const std::string& region, const std::vector<std::string>& featureAccessCodes)
     : m_region(region), m_plan(region), m_codes(dialledCodes(featureAccessCodes)) {
-    if (!m_plan.knowsRegion()) {
+    if (!m_plan.supportsRegion()) {
         logAppUni("Digits", __FILE_NAME__, 3, __LINE__,
                   "region %s is unknown: numbers without + are compared as they are dialled", region.c_str());
     }

@@ -59,7 +59,9 @@ bool isStable(const std::string& international) {
 }  // namespace
 
 NumberingPlan::NumberingPlan(std::string region)
-    : m_region(std::move(region)), m_known(isSupported(m_region)), m_trunkPrefix(trunkPrefixOf(m_region)) {}
+    : m_region(std::move(region)),
+      m_supported(isSupported(m_region)),
+      m_trunkPrefix(trunkPrefixOf(m_region)) {}
 
 std::optional<std::string> NumberingPlan::international(const std::string& dialled) const {
     PhoneNumber number;

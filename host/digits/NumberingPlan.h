@@ -13,7 +13,7 @@ public:
     /// `region`: two capital letters ("DE"). From a country that is not known only numbers with "+" are understood.
     explicit NumberingPlan(std::string region);
 
-    [[nodiscard]] bool knowsRegion() const noexcept { return m_known; }
+    [[nodiscard]] bool supportsRegion() const noexcept { return m_supported; }
 
     /// The international form ("+4930123456") of what somebody dials: digits, or "+" and digits. It is one of these:
     ///  - "+" or the country's international prefix, a country code, and a number of a possible length there;
@@ -25,7 +25,7 @@ public:
 private:
     // Constant after construction.
     const std::string m_region;
-    const bool m_known;
+    const bool m_supported;
     const std::string m_trunkPrefix;
 };
 

@@ -3,7 +3,8 @@
 #include <asio/steady_timer.hpp>
 #include <utility>
 
-#include "host/framework/WorkerPoolThreads.h"
+#include "host/framework/WorkerPool.h"
+#include "host/framework/WorkerThreads.h"
 
 namespace host {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 class AsioAlarm final : public Alarm {
 public:
     AsioAlarm(WorkerPool& pool, std::chrono::milliseconds delay, std::function<void()> ring)
-        : m_timer(pool.threads().pool, delay) {
+        : m_timer(pool.threads().pool(), delay) {
         m_timer.async_wait([call = std::move(ring)](const asio::error_code& error) {
             if (!error) {
                 call();

@@ -129,7 +129,7 @@ private:
 };
 
 LineContext::LineContext(Strand& strand, AlarmClock& alarms)
-    : m_timers(std::make_shared<Timers>(strand.door(), alarms)) {}
+    : m_timers(std::make_shared<Timers>(strand.weakPoster(), alarms)) {}
 
 LineContext::~LineContext() {
     m_timers->removeAll();

@@ -97,14 +97,14 @@ std::optional<std::string> readField(std::string_view text) {
     return field;
 }
 
-struct Line {
+struct TextLine {
     std::string_view kind;
     std::string second;
     std::string third;
 };
 
-/// Cuts the first line off `text`; nothing when it does not have exactly three fields.
-std::optional<Line> takeLine(std::string_view& text) {
+/// Removes the first text line from `text`. Returns std::nullopt if it does not have exactly three fields.
+std::optional<TextLine> takeLine(std::string_view& text) {
     const std::size_t end = text.find('\n');
     const std::string_view line = text.substr(0, end);
     text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
@@ -119,14 +119,14 @@ std::optional<Line> takeLine(std::string_view& text) {
     if (!name || !value) {
         return std::nullopt;
     }
-    return Line{line.substr(0, first), std::move(*name), std::move(*value)};
+    return TextLine{line.substr(0, first), std::move(*name), std::move(*value)};
 }
 
 }  // namespace
 
 bool OperaTextAdapter::decode(const std::string& text, Method& method) const {
     std::string_view rest = text;
-    std::optional<Line> line = takeLine(rest);
+    std::optional<TextLine> line = takeLine(rest);
     const auto kind = line ? kindOf(kKinds, line->kind) : std::nullopt;
     if (!kind) {
         return false;

@@ -9,7 +9,8 @@
 #include <mutex>
 #include <utility>
 
-#include "host/framework/WorkerPoolThreads.h"
+#include "host/framework/WorkerPool.h"
+#include "host/framework/WorkerThreads.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -29,7 +30,7 @@ void runGuarded(const Strand::Work& work) noexcept {
 
 struct Strand::Core : std::enable_shared_from_this<Core> {
     explicit Core(WorkerPool& pool)
-        : threads(pool.threads()), executor(asio::make_strand(threads.pool.get_executor())) {}
+        : threads(pool.threads()), executor(asio::make_strand(threads.pool().get_executor())) {}
 
     bool post(Work work) {
         {
@@ -41,7 +42,7 @@ struct Strand::Core : std::enable_shared_from_this<Core> {
         }
         asio::post(executor, [core = shared_from_this(), run = std::move(work)]() mutable {
             {
-                const WorkerPool::Threads::AtWork atWork(core->threads);
+                const WorkerThreads::Busy busy(core->threads);
                 runGuarded(run);
                 run = nullptr;  // what it captured is gone before a drain returns
             }
@@ -62,7 +63,7 @@ struct Strand::Core : std::enable_shared_from_this<Core> {
         idle.wait(lock, [this] { return pending == 0; });
     }
 
-    WorkerPool::Threads& threads;
+    WorkerThreads& threads;
     asio::strand<asio::thread_pool::executor_type> executor;
 
     std::mutex mutex;
@@ -113,7 +114,7 @@ bool Strand::isCurrent() const {
     return m_core->executor.running_in_this_thread();
 }
 
-std::function<bool(Strand::Work)> Strand::door() const {
+std::function<bool(Strand::Work)> Strand::weakPoster() const {
     return [weak = std::weak_ptr<Core>(m_core)](Work work) {
         const std::shared_ptr<Core> core = weak.lock();
         return core && core->post(std::move(work));

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] bool isCurrent() const;
 
     /// A way to post that may be kept and used for longer than the strand lives; it then answers false.
-    [[nodiscard]] std::function<bool(Work)> door() const;
+    [[nodiscard]] std::function<bool(Work)> weakPoster() const;
 
 private:
     struct Core;

@@ -26,13 +26,12 @@ void TextInvoker::handleMessage(Executable* target, const char* message, int len
     if (response == nullptr) {
         return;
     }
-    std::string answer = JournalServiceHelper::FAILURE;
-    const std::string_view text(message,
-                                message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
-    survives("handling a request", [&] { answer = responseTo(text, target); });
-    survives("setting an answer",
-             [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
-    survives("completing an answer", [&] { response->complete(); });
+    std::string text = JournalServiceHelper::FAILURE;
+    const std::string_view request(message,
+                                   message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
+    survives("handling a request", [&] { text = responseTo(request, target); });
+    survives("setting a response", [&] { response->setPayload(text.data(), static_cast<int>(text.size())); });
+    survives("completing a response", [&] { response->complete(); });
 }
 
 }  // namespace host

@@ -18,20 +18,20 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
       m_management(database, settings.link.ownDevice, settings.managementFirst, settings.managementOverrides,
                    post()),
       m_team(settings.loggedSharedDevices),
-      m_link(watched(settings.link), post()),
+      m_link(withEventListener(settings.link), post()),
       m_observer(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
-      m_parts{{"ClockServiceIfc", m_clock},
-              {"DigitAnalysisServiceIfc", m_digits},
-              {"DirectoryServiceIfc", m_phonebook},
-              {"DataAccessServiceIfc", m_dataAccess},
-              {"LocalMgmtIfc", m_management},
-              {"MobilityServiceIfc", m_mobility},
-              {"TeamServiceIfc", m_team},
-              {"UCServiceIfc", m_unifiedCommunications},
-              {"PallaxServiceIfc", m_pallax},
-              {"WSIServiceIfc", m_webServices},
-              {"CSTAServiceIfc", m_link}} {}
+      m_services{{"ClockServiceIfc", m_clock},
+                 {"DigitAnalysisServiceIfc", m_digits},
+                 {"DirectoryServiceIfc", m_phonebook},
+                 {"DataAccessServiceIfc", m_dataAccess},
+                 {"LocalMgmtIfc", m_management},
+                 {"MobilityServiceIfc", m_mobility},
+                 {"TeamServiceIfc", m_team},
+                 {"UCServiceIfc", m_unifiedCommunications},
+                 {"PallaxServiceIfc", m_pallax},
+                 {"WSIServiceIfc", m_webServices},
+                 {"CSTAServiceIfc", m_link}} {}
 
 Line::~Line() {
     stop();
@@ -45,7 +45,7 @@ void Line::start() {
     m_started = true;
     m_link.setStatusListener([this](CstaLink::Status status) {
         if (!status.monitoring) {
-            m_liveCalls.forget();
+            m_liveCalls.clear();
         }
         if (m_statusListener) {
             m_statusListener(status);
@@ -53,9 +53,9 @@ void Line::start() {
     });
     static_cast<void>(m_phonebook.useRules(m_digits.rules()));
     m_strand.runAndWait([this] {
-        for (const Part& part : m_parts) {
-            m_context.registerService(part.name, part.executable);
-            part.executable.init(m_context);
+        for (const NamedService& service : m_services) {
+            m_context.registerService(service.name, service.executable);
+            service.executable.init(m_context);
         }
     });
     m_journal.start();
@@ -71,21 +71,21 @@ void Line::stop() {
     m_strand.runAndWait([this] { releaseJournal(); });
     m_journal.stop();
     m_strand.runAndWait([this] {
-        std::for_each(m_parts.rbegin(), m_parts.rend(), [this](const Part& part) {
-            part.executable.shutdown();
-            m_context.removeService(part.name);
+        std::for_each(m_services.rbegin(), m_services.rend(), [this](const NamedService& service) {
+            service.executable.shutdown();
+            m_context.removeService(service.name);
         });
     });
     m_strand.close();
 }
 
 std::function<void(std::function<void()>)> Line::post() const {
-    return [door = m_strand.door()](std::function<void()> work) { door(std::move(work)); };
+    return [post = m_strand.weakPoster()](std::function<void()> work) { post(std::move(work)); };
 }
 
-CstaLinkConfig Line::watched(CstaLinkConfig link) {
+CstaLinkConfig Line::withEventListener(CstaLinkConfig link) {
     link.eventListener = [this](std::string_view name, const CSTAEvent& event) {
-        m_liveCalls.follow(event);
+        m_liveCalls.update(event);
         if (m_eventListener) {
             m_eventListener(name);
         }

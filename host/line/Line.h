@@ -19,11 +19,8 @@
 #include "host/line/LineSettings.h"
 #include "host/line/LiveCalls.h"
 #include "host/management/LocalManagement.h"
-#include "host/services/Mobility.h"
-#include "host/services/PallaxClient.h"
+#include "host/services/AbsentServices.h"
 #include "host/services/Team.h"
-#include "host/services/UnifiedCommunications.h"
-#include "host/services/WebServices.h"
 #include "platform/framework/Service.h"
 
 namespace host {
@@ -80,7 +77,7 @@ public:
     [[nodiscard]] std::size_t callsUp() const { return m_liveCalls.count(); }
 
 private:
-    struct Part {
+    struct NamedService {
         const char* name;
         Executable& executable;
     };
@@ -88,7 +85,7 @@ private:
     /// Posts to the strand; what comes when that is closed is dropped.
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
     /// The settings of the link, with the line as its listener.
-    [[nodiscard]] CstaLinkConfig watched(CstaLinkConfig link);
+    [[nodiscard]] CstaLinkConfig withEventListener(CstaLinkConfig link);
     void subscribeObserver();
     void releaseJournal();
 
@@ -113,7 +110,7 @@ private:
     HostedService m_journal;
 
     // Constant after construction.
-    const std::vector<Part> m_parts;
+    const std::vector<NamedService> m_services;
 
     // The owner's.
     bool m_started = false;

@@ -5,7 +5,7 @@
 
 namespace host {
 
-void LiveCalls::follow(const CSTAEvent& event) {
+void LiveCalls::update(const CSTAEvent& event) {
     const std::lock_guard lock(m_mutex);
     if (const auto* const joined = dynamic_cast<const CSTAConferencedEvent*>(&event)) {
         m_callIds.erase(joined->getPrimaryoldcallCallID());
@@ -21,17 +21,17 @@ void LiveCalls::follow(const CSTAEvent& event) {
         m_callIds.erase(transferred->getPrimaryoldcallCallID());
         m_callIds.erase(transferred->getSecondaryoldcallCallID());
     }
-    const bool parts =
+    const bool leaves =
         event.getType() == CSTAEventCode::eConnectionCleared || event.getType() == CSTAEventCode::eDiverted;
-    const bool mayEnd = parts || event.getType() == CSTAEventCode::eTransferred;
+    const bool mayEnd = leaves || event.getType() == CSTAEventCode::eTransferred;
     if (mayEnd && control->getLocalConnectionInfo() == CSTA_LCS_Null) {
         m_callIds.erase(control->getConnectionCallID());
-    } else if (!parts) {
+    } else if (!leaves) {
         add(control->getConnectionCallID());
     }
 }
 
-void LiveCalls::forget() {
+void LiveCalls::clear() {
     const std::lock_guard lock(m_mutex);
     m_callIds.clear();
 }

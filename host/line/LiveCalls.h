@@ -16,9 +16,9 @@ namespace host {
 /// Threads: any.
 class LiveCalls {
 public:
-    void follow(const CSTAEvent& event);
+    void update(const CSTAEvent& event);
     /// The line is not monitored any more: nobody tells of calls that end.
-    void forget();
+    void clear();
 
     [[nodiscard]] std::size_t count() const;
 

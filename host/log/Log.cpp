@@ -105,8 +105,8 @@ __attribute__((format(printf, 1, 0))) std::string printed(const char* format, st
 }
 
 std::string payloadOf(const char* component, const char* sourceFile, int line, std::string_view text) {
-    return '[' + lineText(component == nullptr ? "" : component) + "] " + lineText(text) + " (" +
-           lineText(sourceFile == nullptr ? "" : sourceFile) + ':' + std::to_string(line) + ')';
+    return '[' + escapedLogText(component == nullptr ? "" : component) + "] " + escapedLogText(text) + " (" +
+           escapedLogText(sourceFile == nullptr ? "" : sourceFile) + ':' + std::to_string(line) + ')';
 }
 
 }  // namespace

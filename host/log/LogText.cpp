@@ -41,7 +41,7 @@ void appendEscaped(std::string& line, std::string_view bytes) {
 
 }  // namespace
 
-std::string lineText(std::string_view text) {
+std::string escapedLogText(std::string_view text) {
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) {
         text.remove_suffix(1);
     }

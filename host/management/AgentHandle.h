@@ -38,9 +38,9 @@ public:
 
 private:
     struct Leaving {
-        AgentHandle& gate;
-        explicit Leaving(AgentHandle& left) : gate(left) {}
-        ~Leaving() { gate.leave(); }
+        AgentHandle& handle;
+        explicit Leaving(AgentHandle& entered) : handle(entered) {}
+        ~Leaving() { handle.leave(); }
         Leaving(const Leaving&) = delete;
         Leaving& operator=(const Leaving&) = delete;
     };

@@ -45,32 +45,32 @@ LocalManagement::LocalManagement(Database& database, std::string line, const Key
 }
 
 LocalManagement::~LocalManagement() {
-    for (const auto& [agent, gate] : m_gates) {
-        gate->close();
+    for (const auto& [agent, handle] : m_handles) {
+        handle->close();
     }
 }
 
 bool LocalManagement::registerAgent(const std::string& identifier, MgmtAgentIfc& agent, int /*version*/) {
     const std::lock_guard lock(m_mutex);
-    return m_agents.try_emplace(identifier, gateOf(agent)).first->second == gateOf(agent);
+    return m_agents.try_emplace(identifier, handleOf(agent)).first->second == handleOf(agent);
 }
 
 void LocalManagement::unregisterAgent(MgmtAgentIfc& agent) {
-    Gate gate;
+    Handle handle;
     {
         const std::lock_guard lock(m_mutex);
-        const auto found = m_gates.find(&agent);
-        if (found == m_gates.end()) {
+        const auto found = m_handles.find(&agent);
+        if (found == m_handles.end()) {
             return;
         }
-        gate = found->second;
-        m_gates.erase(found);
-        std::erase_if(m_agents, [&gate](const auto& registered) { return registered.second == gate; });
+        handle = found->second;
+        m_handles.erase(found);
+        std::erase_if(m_agents, [&handle](const auto& registered) { return registered.second == handle; });
         for (auto& [key, observers] : m_observers) {
-            std::erase(observers, gate);
+            std::erase(observers, handle);
         }
     }
-    gate->close();
+    handle->close();
 }
 
 bool LocalManagement::observe(const std::string& tag, MgmtAgentIfc& agent) {
@@ -78,10 +78,10 @@ bool LocalManagement::observe(const std::string& tag, MgmtAgentIfc& agent) {
         return false;
     }
     const std::lock_guard lock(m_mutex);
-    const Gate gate = gateOf(agent);
-    std::vector<Gate>& observers = m_observers[tag];
-    if (std::find(observers.begin(), observers.end(), gate) == observers.end()) {
-        observers.push_back(gate);
+    const Handle handle = handleOf(agent);
+    std::vector<Handle>& observers = m_observers[tag];
+    if (std::find(observers.begin(), observers.end(), handle) == observers.end()) {
+        observers.push_back(handle);
     }
     return true;
 }
@@ -147,13 +147,6 @@ bool LocalManagement::getAgentData(const std::string& identifier, ManageableData
     return callAgent(identifier, data, &MgmtAgentIfc::getData);
 }
 
-bool LocalManagement::resetAgentUserData(const std::string& identifier) {
-    const Gate gate = gateOf(identifier);
-    bool done = false;
-    return gate != nullptr && gate->call([&done](MgmtAgentIfc& agent) { done = agent.resetUserData(); }) &&
-           done;
-}
-
 LocalManagement::Keys LocalManagement::values() const {
     const std::lock_guard lock(m_mutex);
     return m_values;
@@ -170,15 +163,15 @@ LocalManagement::KnownKeys LocalManagement::knownKeys() const {
     return known;
 }
 
-LocalManagement::Gate LocalManagement::gateOf(MgmtAgentIfc& agent) {
-    Gate& gate = m_gates[&agent];
-    if (gate == nullptr) {
-        gate = std::make_shared<AgentHandle>(agent);
+LocalManagement::Handle LocalManagement::handleOf(MgmtAgentIfc& agent) {
+    Handle& handle = m_handles[&agent];
+    if (handle == nullptr) {
+        handle = std::make_shared<AgentHandle>(agent);
     }
-    return gate;
+    return handle;
 }
 
-LocalManagement::Gate LocalManagement::gateOf(const std::string& identifier) const {
+LocalManagement::Handle LocalManagement::handleOf(const std::string& identifier) const {
     const std::lock_guard lock(m_mutex);
     const auto found = m_agents.find(identifier);
     return found == m_agents.end() ? nullptr : found->second;
@@ -186,9 +179,9 @@ LocalManagement::Gate LocalManagement::gateOf(const std::string& identifier) con
 
 bool LocalManagement::callAgent(const std::string& identifier, ManageableData& data,
                                 bool (MgmtAgentIfc::*operation)(ManageableData&)) {
-    const Gate gate = gateOf(identifier);
+    const Handle handle = handleOf(identifier);
     bool done = false;
-    if (gate == nullptr || !gate->call([&](MgmtAgentIfc& agent) { done = (agent.*operation)(data); })) {
+    if (handle == nullptr || !handle->call([&](MgmtAgentIfc& agent) { done = (agent.*operation)(data); })) {
         rejectAll(data, "Nobody serves " + identifier);
     }
     return done;
@@ -222,7 +215,7 @@ bool LocalManagement::store(const std::vector<Change>& changes) {
 }
 
 void LocalManagement::apply(const std::vector<Change>& changes) {
-    std::vector<std::pair<Gate, Change>> notifications;
+    std::vector<std::pair<Handle, Change>> notifications;
     {
         const std::lock_guard lock(m_mutex);
         for (const Change& change : changes) {
@@ -232,9 +225,9 @@ void LocalManagement::apply(const std::vector<Change>& changes) {
             }
             value->second = change.second;
             const auto observers = m_observers.find(change.first);
-            for (const Gate& gate :
-                 observers == m_observers.end() ? std::vector<Gate>() : observers->second) {
-                notifications.emplace_back(gate, change);
+            for (const Handle& handle :
+                 observers == m_observers.end() ? std::vector<Handle>() : observers->second) {
+                notifications.emplace_back(handle, change);
             }
         }
     }

@@ -70,8 +70,6 @@ public:
     [[nodiscard]] bool setAgentData(const std::string& identifier, ManageableData& data);
     /// Lets the agent of that identifier fill the values in; false when there is no such agent or a key is not its own.
     [[nodiscard]] bool getAgentData(const std::string& identifier, ManageableData& data);
-    /// Brings the agent's user data back to the defaults.
-    [[nodiscard]] bool resetAgentUserData(const std::string& identifier);
 
     /// The phone's own keys with their values, and those that agents have published.
     [[nodiscard]] Keys values() const;
@@ -79,11 +77,11 @@ public:
     [[nodiscard]] KnownKeys knownKeys() const;
 
 private:
-    using Gate = std::shared_ptr<AgentHandle>;
+    using Handle = std::shared_ptr<AgentHandle>;
     using Change = std::pair<std::string, std::string>;
 
-    [[nodiscard]] Gate gateOf(MgmtAgentIfc& agent);
-    [[nodiscard]] Gate gateOf(const std::string& identifier) const;
+    [[nodiscard]] Handle handleOf(MgmtAgentIfc& agent);
+    [[nodiscard]] Handle handleOf(const std::string& identifier) const;
     [[nodiscard]] bool callAgent(const std::string& identifier, ManageableData& data,
                                  bool (MgmtAgentIfc::*operation)(ManageableData&));
     [[nodiscard]] RejectReason objectionTo(const std::string& key, const ManageableData& data) const;
@@ -103,9 +101,9 @@ private:
     // Guarded by m_mutex.
     Keys m_values;
     std::set<std::string> m_publishedKeys;
-    std::map<MgmtAgentIfc*, Gate> m_gates;
-    std::map<std::string, Gate> m_agents;
-    std::map<std::string, std::vector<Gate>> m_observers;
+    std::map<MgmtAgentIfc*, Handle> m_handles;
+    std::map<std::string, Handle> m_agents;
+    std::map<std::string, std::vector<Handle>> m_observers;
 };
 
 }  // namespace host

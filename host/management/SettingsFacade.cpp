@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "host/management/LocalManagement.h"
-#include "host/management/SettingValues.h"
+#include "host/management/SettingRules.h"
 #include "platform/management/ManageableData.h"
 
 namespace host {
@@ -25,7 +25,7 @@ bool isOfJournal(std::string_view key) {
 
 /// What would be taken, behind a refusal.
 std::string hint(const std::string& key) {
-    const std::string_view values = valuesOf(key);
+    const std::string_view values = acceptedValues(key);
     return values.empty() ? std::string() : ": it takes " + std::string(values);
 }
 
@@ -67,7 +67,7 @@ RejectReason SettingsFacade::set(const std::string& key, const std::string& valu
         return {eRejectDataInvalid, "There is no setting " + key};
     }
     // The journal itself refuses wrong values for its keys but one, of which it passes over all values but one.
-    if ((!isOfJournal(key) || key == "clear-calllog") && !isTaken(key, value)) {
+    if ((!isOfJournal(key) || key == "clear-calllog") && !isAccepted(key, value)) {
         return {eRejectDataInvalid, "The value for " + key + " is not taken" + hint(key)};
     }
     ManageableData data;

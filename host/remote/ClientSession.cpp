@@ -78,7 +78,8 @@ void ClientSession::close(const std::string& reason) {
 void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
 
 void ClientSession::send(const std::string& request) {
-    queued(m_backlog.addNotification(RemoteFrame::encode(RemoteFrame::Kind::eNotification, 0, request)));
+    handleQueued(
+        m_backlog.addNotification(RemoteFrame::encode(RemoteFrame::Kind::eNotification, 0, request)));
 }
 
 void ClientSession::readLength() {
@@ -122,15 +123,15 @@ void ClientSession::take(RemoteFrame frame) {
     }
 }
 
-void ClientSession::answer(std::uint32_t id, const std::string& text) {
+void ClientSession::respond(std::uint32_t id, const std::string& text) {
     if (text.size() > RemoteFrame::kMaxTextBytes) {
         close("the answer to its request is too long");
         return;
     }
-    queued(m_backlog.addResponse(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text)));
+    handleQueued(m_backlog.addResponse(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text)));
 }
 
-void ClientSession::queued(ClientBacklog::Added added) {
+void ClientSession::handleQueued(ClientBacklog::Added added) {
     switch (added) {
         case ClientBacklog::Added::eWakeUp:
             asio::post(m_reader, [weak = weak_from_this()] {
@@ -192,7 +193,7 @@ void ClientSession::handle(const RemoteFrame& request) {
                           text = response.takePayload()] {
         const auto self = weak.lock();
         if (self && complete) {
-            self->answer(id, text);
+            self->respond(id, text);
         } else if (self) {
             self->close("its request was not answered");
         }

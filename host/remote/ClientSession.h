@@ -54,8 +54,8 @@ private:
     void readLength();
     void readBody(std::size_t length);
     void take(RemoteFrame frame);
-    void answer(std::uint32_t id, const std::string& text);
-    void queued(ClientBacklog::Added added);
+    void respond(std::uint32_t id, const std::string& text);
+    void handleQueued(ClientBacklog::Added added);
     void writeNext();
 
     // The client's strand.

@@ -36,14 +36,14 @@ void InvokerRouter::handleMessage(Executable* target, const char* message, int l
     const auto found = m_destinations.find(journalxml::rootNameOf(text));
     bool mayChange = false;
     if (found == m_destinations.end()) {
-        m_rest.handleMessage(target, message, length, response);
+        m_fallback.handleMessage(target, message, length, response);
         mayChange = isChangingMethod(text);
     } else {
         found->second.invoker.handleMessage(&found->second.target, message, length, response);
         mayChange = found->first == journalxml::kManagementRequest && setsValue(text);
     }
-    if (mayChange && m_changed) {
-        m_changed();
+    if (mayChange && m_changeListener) {
+        m_changeListener();
     }
 }
 

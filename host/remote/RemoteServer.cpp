@@ -26,9 +26,9 @@ constexpr unsigned kWorkers = 4;
 
 }  // namespace
 
-class RemoteServer::Engine {
+class RemoteServer::Impl {
 public:
-    Engine(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
+    Impl(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
         : m_backend(std::move(backend)),
           m_limits(limits),
           m_acceptor(m_io, asio::local::stream_protocol(), socket.takeListener()),
@@ -138,7 +138,7 @@ private:
 };
 
 RemoteServer::RemoteServer(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits)
-    : m_impl(std::make_unique<Engine>(socket, std::move(backend), limits)) {}
+    : m_impl(std::make_unique<Impl>(socket, std::move(backend), limits)) {}
 
 RemoteServer::~RemoteServer() {
     stop();

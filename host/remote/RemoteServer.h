@@ -43,8 +43,8 @@ public:
     [[nodiscard]] std::size_t clientCount() const noexcept;
 
 private:
-    class Engine;
-    const std::unique_ptr<Engine> m_impl;
+    class Impl;
+    const std::unique_ptr<Impl> m_impl;
 };
 
 }  // namespace host

@@ -2,12 +2,14 @@
 
 namespace host {
 
-/// What `HardwareVersion` answers in this process: the sub-platform variant of the phone that the host stands for.
-/// Any thread may call, at any time; 0 until it is set.
+/// The sub-platform variant that `HardwareVersion` returns in this process, which stands for a phone of that variant.
+///
+/// Thread-safe.
 class HardwareVariant {
 public:
     HardwareVariant() = delete;
 
+    /// The variant is 0 until the first call.
     static void set(int variant) noexcept;
 };
 

@@ -1,27 +1,27 @@
 #pragma once
 
-#include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/framework/Executable.h"
 #include "platform/services/TeamServiceIfc.h"
 
 namespace host {
 
-/// The devices whose unanswered calls are logged here, registered as "TeamServiceIfc". Any thread may call.
+/// The shared devices whose unanswered calls are logged on this phone, registered as "TeamServiceIfc".
+///
+/// Constant after construction; any thread may call.
 class Team final : public Executable, public TeamServiceIfc {
 public:
-    /// The devices that log from the start; no other does.
-    explicit Team(std::set<std::string> loggedDevices = {});
+    explicit Team(std::set<std::string> loggedDevices) : m_loggedDevices(std::move(loggedDevices)) {}
 
-    void setLoggingMissedCalls(const std::string& deviceId, bool logging);
-    [[nodiscard]] bool isLoggingMissedCalls(const std::string& deviceId) override;
+    [[nodiscard]] bool isLoggingMissedCalls(const std::string& deviceId) override {
+        return m_loggedDevices.contains(deviceId);
+    }
 
 private:
-    std::mutex m_mutex;
-    // Guarded by m_mutex.
-    std::set<std::string> m_loggedDevices;
+    const std::set<std::string> m_loggedDevices;
 };
 
 }  // namespace host

@@ -2,9 +2,6 @@
 
 #include <string>
 
-#include "host/services/PallaxClient.h"
-#include "host/services/UnifiedCommunications.h"
-#include "host/services/WebServices.h"
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
@@ -18,6 +15,7 @@
 #include "tests/support/FakeContext.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeLocalMgmt.h"
+#include "tests/support/FakeServices.h"
 #include "tests/support/ListsFixture.h"
 
 namespace journaltest {
@@ -58,9 +56,9 @@ public:
     FakeLocalMgmt management;
     FakeContext context;
     FakeDigits digits;
-    host::UnifiedCommunications uc;
-    host::PallaxClient pallax;
-    host::WebServices wsi;
+    FakeUC uc;
+    FakePallax pallax;
+    FakeWsi wsi;
     journal::CstaMonitors monitors{platform, settings, *this};
     journal::CallLogReadiness readiness;
     journal::PhoneValues managementValues{platform, settings, monitors, readiness};

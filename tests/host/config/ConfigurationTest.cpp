@@ -1,4 +1,4 @@
-#include "host/config/Configuration.h"
+#include "host/config/ConfigurationReader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ using testing::Pair;
 using testing::StartsWith;
 
 Configuration parsed(const std::string& toml) {
-    return Configuration::parse(toml, "t.toml");
+    return host::readConfiguration(toml, "t.toml");
 }
 
 /// What a text is refused with; its lines stand between ";".
@@ -106,9 +106,9 @@ TEST(Configuration, IsLoadedFromAFile) {
     const TemporaryDirectory directory;
     const auto file = directory.path() / "calljournal.toml";
     std::ofstream(file) << "[line]\ndevice = \"42\"\n";
-    EXPECT_EQ(Configuration::load(file).lines.front().device, "42");
+    EXPECT_EQ(host::loadConfiguration(file).lines.front().device, "42");
     for (const auto& wrong : {directory.path(), directory.path() / "absent.toml"}) {
-        EXPECT_THROW(static_cast<void>(Configuration::load(wrong)), host::ConfigurationError) << wrong;
+        EXPECT_THROW(static_cast<void>(host::loadConfiguration(wrong)), host::ConfigurationError) << wrong;
     }
 }
 

@@ -105,14 +105,14 @@ TEST_F(StrandTest, ReleasesWhatWorkCapturedBeforeADrainReturns) {
     EXPECT_TRUE(watch.expired());
 }
 
-TEST_F(StrandTest, ItsDoorOutlivesIt) {
+TEST_F(StrandTest, ItsWeakPosterOutlivesIt) {
     auto strand = std::make_unique<Strand>(m_pool);
-    const auto door = strand->door();
+    const auto post = strand->weakPoster();
     bool ran = false;
-    EXPECT_TRUE(door([&] { ran = true; }));
+    EXPECT_TRUE(post([&] { ran = true; }));
     strand.reset();
     EXPECT_TRUE(ran);
-    EXPECT_FALSE(door([] { FAIL() << "ran after the strand was gone"; }));
+    EXPECT_FALSE(post([] { FAIL() << "ran after the strand was gone"; }));
 }
 
 // The lock shows that the alarm does not ring inside the call that sets it.

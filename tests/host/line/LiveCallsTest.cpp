@@ -51,7 +51,7 @@ TEST(LiveCalls, CountsTheCallsThatTheLineIsIn) {
         host::LiveCalls calls;
         std::string counts;
         for (const std::string& text : journaltest::split(row[0], ',')) {
-            calls.follow(*eventOf(text));
+            calls.update(*eventOf(text));
             counts += (counts.empty() ? "" : " ") + std::to_string(calls.count());
         }
         EXPECT_EQ(counts, row[1]) << row[0];

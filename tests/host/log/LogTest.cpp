@@ -19,8 +19,8 @@
 namespace {
 
 using namespace std::string_literals;
+using host::escapedLogText;
 using host::kMaxLogText;
-using host::lineText;
 using host::Log;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -43,15 +43,15 @@ TEST(LogText, ShowsWhatCouldBreakOrForgeALine) {
         {"\n\n", ""},
     };
     for (const auto& [text, line] : rows) {
-        EXPECT_EQ(lineText(text), line);
+        EXPECT_EQ(escapedLogText(text), line);
     }
 }
 
 TEST(LogText, CutsALongTextAndSaysHowMuchIsMissing) {
     const std::string longest(kMaxLogText, 'x');
-    EXPECT_EQ(lineText(longest), longest);
-    EXPECT_EQ(lineText(longest + "yyy"), longest + " ... (3 bytes more)");
-    const std::string withinACharacter = lineText(longest.substr(1) + "\u00fc");
+    EXPECT_EQ(escapedLogText(longest), longest);
+    EXPECT_EQ(escapedLogText(longest + "yyy"), longest + " ... (3 bytes more)");
+    const std::string withinACharacter = escapedLogText(longest.substr(1) + "\u00fc");
     EXPECT_EQ(withinACharacter.substr(kMaxLogText - 1), R"(\xc3 ... (1 bytes more))");
 }
 

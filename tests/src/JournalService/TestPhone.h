@@ -6,11 +6,6 @@
 #include <string>
 #include <utility>
 
-#include "host/services/Mobility.h"
-#include "host/services/PallaxClient.h"
-#include "host/services/Team.h"
-#include "host/services/UnifiedCommunications.h"
-#include "host/services/WebServices.h"
 #include "journalservice/JournalServiceQorvexTel.h"
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAEventCause.h"
@@ -24,6 +19,7 @@
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeDirectory.h"
 #include "tests/support/FakeLocalMgmt.h"
+#include "tests/support/FakeServices.h"
 
 namespace journaltest {
 
@@ -112,11 +108,11 @@ public:
     FakeLocalMgmt management;
     FakeClock clock;
     FakeDigits digits;
-    host::Mobility mobility;
-    host::Team team;
-    host::UnifiedCommunications uc;
-    host::PallaxClient pallax;
-    host::WebServices wsi;
+    FakeMobility mobility;
+    FakeTeam team;
+    FakeUC uc;
+    FakePallax pallax;
+    FakeWsi wsi;
     std::unique_ptr<JournalServiceQorvexTel> service;
 
 private:

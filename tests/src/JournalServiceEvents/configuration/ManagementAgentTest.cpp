@@ -78,7 +78,7 @@ clear-calllog=true     | RingCentral | m1 c1
         rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})}, {}, {}, {},
                       {callBackOf("c1", "4711", "t")});
         rig.context.addService("UCServiceIfc", &rig.uc);
-        rig.uc.setRunning(row[1] == "UC");
+        rig.uc.running = row[1] == "UC";
         rig.settings.change(
             [&row](auto& values) { values.m_ringCentralSyncCallLog = row[1] == "RingCentral"; });
         auto data = recordOf(row[0]);
@@ -129,9 +129,9 @@ pallaxRuns                               | shut
 ucRuns userIsUc allowed ringCentral pallaxRuns | shut
 )")) {
         const auto is = [&row](const char* word) { return row[0].find(word) != std::string::npos; };
-        rig.uc.setRunning(is("ucRuns"));
-        rig.wsi.setCurrentUserUC(is("userIsUc"));
-        rig.pallax.setRunning(is("pallaxRuns"));
+        rig.uc.running = is("ucRuns");
+        rig.wsi.currentUserUC = is("userIsUc");
+        rig.pallax.running = is("pallaxRuns");
         rig.settings.change([&is](journal::SettingsSnapshot& values) {
             values.m_wsiAllowUcJournal = is("allowed");
             values.m_ringCentralSyncCallLog = is("ringCentral");
@@ -142,7 +142,7 @@ ucRuns userIsUc allowed ringCentral pallaxRuns | shut
 
 TEST(JournalPolicy, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
     ConfigurationFixture rig;
-    rig.uc.setRunning(true);
+    rig.uc.running = true;
     rig.context.addService("UCServiceIfc", &rig.pallax);
     EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "a service of another interface counts as missing";
     rig.context.addService("UCServiceIfc", &rig.uc);

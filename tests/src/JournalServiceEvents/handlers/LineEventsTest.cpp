@@ -4,12 +4,12 @@
 
 #include <regex>
 
-#include "host/services/Team.h"
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/csta/CSTASystemEvents.h"
 #include "platform/texts/communicationsServiceTexts.h"
 #include "tests/src/JournalServiceEvents/calls/Line.h"
 #include "tests/support/FakeCstaService.h"
+#include "tests/support/FakeServices.h"
 #include "tests/support/ListsReader.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/Table.h"
@@ -54,7 +54,7 @@ protected:
     }
 
     FakeCstaService csta;
-    host::Team team{{"2051"}};
+    FakeTeam team;
     Line line{softwareTypes::sip};
 };
 
@@ -95,6 +95,7 @@ TEST_F(LineEvents, OfACallBackAddChangeAndRemoveIt) {
 
 TEST_F(LineEvents, OfTheDevicesMoveTheMonitorsAndSayWhoseCallsAreMissed) {
     line.parts.platform.m_cstaService = &csta;
+    team.loggedDevices = {"2051"};
     line.parts.platform.m_teamService = &team;
     EXPECT_EQ(hasDevices("0 localDeviceID,1 4,2 2050,3 5,2 2051,2 bluetoothDeviceID,2 2050"),
               "start localDeviceID; start 2050; start 2051; start bluetoothDeviceID");

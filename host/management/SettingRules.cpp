@@ -1,4 +1,4 @@
-#include "host/management/SettingValues.h"
+#include "host/management/SettingRules.h"
 
 #include <algorithm>
 #include <array>
@@ -62,17 +62,17 @@ bool isOneOf(std::string_view values, std::string_view value) noexcept {
 
 }  // namespace
 
-std::string_view valuesOf(std::string_view key) noexcept {
+std::string_view acceptedValues(std::string_view key) noexcept {
     const auto* const found = find(key);
     return found == kValues.end() ? kText : found->second;
 }
 
-bool isRead(std::string_view key) noexcept {
+bool isUsedByJournal(std::string_view key) noexcept {
     return find(key) != kValues.end();
 }
 
-bool isTaken(std::string_view key, std::string_view value) noexcept {
-    const std::string_view values = valuesOf(key);
+bool isAccepted(std::string_view key, std::string_view value) noexcept {
+    const std::string_view values = acceptedValues(key);
     return values.empty() || value.empty() || (values == kNumber ? isNumber(value) : isOneOf(values, value));
 }
 
