@@ -1,6 +1,7 @@
-# The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md says what each is for).
+# The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, spdlog::spdlog, nlohmann_json::nlohmann_json, toml_pp,
-# phonenumber, ICU::uc, restinio_http, prometheus_core, CLI11::CLI11, and for tests GTest::gtest, GTest::gmock, rapidcheck, rapidcheck_gtest.
+# phonenumber, ICU::uc, restinio_http, prometheus_core, CLI11::CLI11, and for tests GTest::gtest, GTest::gmock, rapidcheck,
+# rapidcheck_gtest.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
@@ -13,8 +14,8 @@ find_package(spdlog REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 
-# Standalone Asio has no CMake package. All who use it must agree on these definitions, or two halves of one program hold
-# different ideas of the same class; so nobody defines them anywhere else.
+# Standalone Asio has no CMake package. Every source that uses it needs the same definitions, or one program has two
+# different layouts of the same class. Define them here only.
 find_path(JOURNAL_ASIO_INCLUDE_DIR asio.hpp REQUIRED)
 mark_as_advanced(JOURNAL_ASIO_INCLUDE_DIR)
 add_library(asio_standalone INTERFACE)
@@ -24,7 +25,7 @@ target_compile_definitions(asio_standalone INTERFACE
     ASIO_HAS_STD_CHRONO
     ASIO_DISABLE_STD_STRING_VIEW)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 17)
-    # This clang compiles coroutines but does not say so in the way that Asio asks; g++ needs no telling.
+    # This clang compiles coroutines, but Asio does not detect it.
     target_compile_definitions(asio_standalone INTERFACE ASIO_HAS_CO_AWAIT ASIO_HAS_STD_COROUTINE)
 endif()
 target_link_libraries(asio_standalone INTERFACE Threads::Threads)
@@ -39,7 +40,7 @@ else()
     target_include_directories(toml_pp SYSTEM INTERFACE "${JOURNAL_TOML_INCLUDE_DIR}")
 endif()
 
-# libphonenumber has no CMake package either.
+# libphonenumber has no CMake package.
 find_path(JOURNAL_PHONENUMBER_INCLUDE_DIR phonenumbers/phonenumberutil.h REQUIRED)
 find_library(JOURNAL_PHONENUMBER_LIBRARY phonenumber REQUIRED)
 mark_as_advanced(JOURNAL_PHONENUMBER_INCLUDE_DIR JOURNAL_PHONENUMBER_LIBRARY)
@@ -47,7 +48,7 @@ add_library(phonenumber INTERFACE)
 target_include_directories(phonenumber SYSTEM INTERFACE "${JOURNAL_PHONENUMBER_INCLUDE_DIR}")
 target_link_libraries(phonenumber INTERFACE "${JOURNAL_PHONENUMBER_LIBRARY}")
 
-# RESTinio wants the definitions of asio_standalone. Its headers are slow to compile: one source includes them.
+# RESTinio needs the definitions of asio_standalone. Its headers compile slowly, so only one source includes them.
 find_path(JOURNAL_RESTINIO_INCLUDE_DIR restinio/all.hpp REQUIRED)
 find_library(JOURNAL_HTTP_PARSER_LIBRARY http_parser REQUIRED)
 mark_as_advanced(JOURNAL_RESTINIO_INCLUDE_DIR JOURNAL_HTTP_PARSER_LIBRARY)
@@ -55,7 +56,7 @@ add_library(restinio_http INTERFACE)
 target_include_directories(restinio_http SYSTEM INTERFACE "${JOURNAL_RESTINIO_INCLUDE_DIR}")
 target_link_libraries(restinio_http INTERFACE asio_standalone fmt::fmt "${JOURNAL_HTTP_PARSER_LIBRARY}")
 
-# Only the core of prometheus-cpp: its CMake package asks for the libraries of a web server and of curl.
+# Only the core of prometheus-cpp, without its CMake package, which requires a web server and curl.
 find_path(JOURNAL_PROMETHEUS_INCLUDE_DIR prometheus/registry.h REQUIRED)
 find_library(JOURNAL_PROMETHEUS_LIBRARY prometheus-cpp-core REQUIRED)
 mark_as_advanced(JOURNAL_PROMETHEUS_INCLUDE_DIR JOURNAL_PROMETHEUS_LIBRARY)

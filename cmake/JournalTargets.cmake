@@ -1,7 +1,7 @@
-# How a room is built: a library or a program whose includes are all written from the root of the repository.
+# Functions that build a folder: a library or a program. Include paths start at the root of the repository.
 
 # journal_configure_target(<target>)
-#   The root and include/ as include directories, our warnings, C++20.
+#   Sets the include directories (the root and include/), the warnings, and C++20.
 function(journal_configure_target target)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "INTERFACE_LIBRARY")
@@ -15,9 +15,9 @@ function(journal_configure_target target)
 endfunction()
 
 # journal_library(<name> [STATIC | SHARED | OBJECT] [SOURCES a.cpp ...] [LIBS ...] [PRIVATE_LIBS ...] [PCH <header> ...])
-#   Static unless told otherwise; without SOURCES a header-only (INTERFACE) library. LIBS are passed on to whoever links the
-#   room (their headers appear in ours), PRIVATE_LIBS are not. PCH names headers of packages that nearly every
-#   source of the room includes anyway; sources still include what they use.
+#   Adds a library: static by default, header-only (INTERFACE) without SOURCES. LIBS also apply to the targets that link
+#   the library, because its headers include theirs; PRIVATE_LIBS do not. PCH names package headers to precompile, which
+#   nearly every source of the folder includes. Sources still include what they use.
 function(journal_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "STATIC;SHARED;OBJECT" "" "SOURCES;LIBS;PRIVATE_LIBS;PCH")
     journal_refuse_leftovers(journal_library ${name} "${arg_UNPARSED_ARGUMENTS}")
@@ -44,7 +44,7 @@ function(journal_library name)
 endfunction()
 
 # journal_executable(<name> [EXPORTS] SOURCES main.cpp ... [LIBS ...])
-#   EXPORTS makes the program's symbols of default visibility usable for the libraries that it loads at run time.
+#   Adds a program. EXPORTS makes its symbols of default visibility available to libraries that it loads at run time.
 function(journal_executable name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "EXPORTS" "" "SOURCES;LIBS")
     journal_refuse_leftovers(journal_executable ${name} "${arg_UNPARSED_ARGUMENTS}")
@@ -57,8 +57,8 @@ function(journal_executable name)
 endfunction()
 
 # journal_exports(<shared library> <file>)
-#   Makes exactly the symbols that the file lists visible: one a line, `#` starts a comment. Hidden visibility alone does not do
-#   it: instances of the standard library's templates are declared visible and would be exported with us.
+#   Exports only the symbols that the file lists, one per text line; `#` starts a comment. Hidden visibility alone is not
+#   enough, because instances of the standard library's templates are declared visible.
 function(journal_exports target list_file)
     cmake_path(ABSOLUTE_PATH list_file BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list_file}")
@@ -78,30 +78,31 @@ function(journal_exports target list_file)
 endfunction()
 
 # journal_add_folders(<directory> ...)
-#   Adds the rooms, each named from the root of the repository.
+#   Adds the folders. Their paths start at the root of the repository.
 function(journal_add_folders)
-    foreach(room IN LISTS ARGN)
-        add_subdirectory("${PROJECT_SOURCE_DIR}/${room}" "${PROJECT_BINARY_DIR}/${room}")
-        set_property(GLOBAL APPEND PROPERTY JOURNAL_FOLDERS "${room}")
+    foreach(folder IN LISTS ARGN)
+        add_subdirectory("${PROJECT_SOURCE_DIR}/${folder}" "${PROJECT_BINARY_DIR}/${folder}")
+        set_property(GLOBAL APPEND PROPERTY JOURNAL_FOLDERS "${folder}")
     endforeach()
 endfunction()
 
 # journal_add_remaining_folders(<directory>)
-#   Adds the rooms below the directory that nobody has added yet, in the order of their names.
+#   Adds all other folders below the directory, sorted by name.
 function(journal_add_remaining_folders parent)
-    get_property(known GLOBAL PROPERTY JOURNAL_FOLDERS)
+    get_property(added GLOBAL PROPERTY JOURNAL_FOLDERS)
     file(GLOB_RECURSE lists CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/${parent}/*/CMakeLists.txt")
     list(SORT lists)
     foreach(list_file IN LISTS lists)
-        cmake_path(GET list_file PARENT_PATH room)
-        if(NOT room IN_LIST known)
-            journal_add_folders("${room}")
+        cmake_path(GET list_file PARENT_PATH folder)
+        if(NOT folder IN_LIST added)
+            journal_add_folders("${folder}")
         endif()
     endforeach()
 endfunction()
 
 function(journal_refuse_leftovers function name leftovers)
     if(leftovers)
-        message(FATAL_ERROR "${function}(${name}): what is \"${leftovers}\"? Sources stand behind SOURCES, libraries behind LIBS.")
+        message(FATAL_ERROR "${function}(${name}): unknown argument \"${leftovers}\". "
+            "Sources follow SOURCES, libraries follow LIBS.")
     endif()
 endfunction()

@@ -1,4 +1,4 @@
-# How a room's tests are built and registered.
+# The build and registration of tests.
 
 if(NOT JOURNAL_TESTS)
     return()
@@ -7,12 +7,12 @@ endif()
 enable_testing()
 include(GoogleTest)
 
-# GoogleTest's headers cost more than most tests: every test program reuses the one precompiled copy in this library.
+# GoogleTest's headers compile slowly. All test programs share the precompiled copy in this library.
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/cmake/journal_test_pch.cpp" CONTENT
-    "// Compiled only to hold the precompiled headers of the tests.\n")
+    "// Exists only for the precompiled headers of the tests.\n")
 add_library(journal_test_pch OBJECT "${PROJECT_BINARY_DIR}/cmake/journal_test_pch.cpp")
 journal_configure_target(journal_test_pch)
-# A compiler refuses a precompiled header that was made as library code (-fPIC) in a program (-fPIE).
+# Compilers refuse to use a precompiled header of library code (-fPIC) in a program (-fPIE).
 set_target_properties(journal_test_pch PROPERTIES POSITION_INDEPENDENT_CODE OFF)
 target_compile_options(journal_test_pch PRIVATE -fPIE)
 target_link_libraries(journal_test_pch PRIVATE GTest::gmock GTest::gtest Threads::Threads)
@@ -25,10 +25,10 @@ endif()
 
 # journal_test(<name> SOURCES a.cpp ... [LIBS ...] [LABELS ...] [TIMEOUT <seconds>] [NO_PCH] [EXPORTS]
 #              [DEFINITIONS X=1 ...] [PROPERTIES <test property> <value> ...])
-#   A GoogleTest program, each of its tests a test of ctest called <name>.<Suite>.<Test>, with the label <name>. It runs in a
-#   working directory of its own (<build>/test-runs/<name>), so relative files never land in the sources. A test
-#   that takes longer than TIMEOUT (60 s) has failed. Ask for NO_PCH when LIBS bring compile definitions or options that the
-#   shared precompiled header must not disagree with. EXPORTS as in journal_executable.
+#   Adds a GoogleTest program. Each of its tests is the ctest test <name>.<Suite>.<Test> with the label <name>. The working
+#   directory is <build>/test-runs/<name>, so that relative files stay out of the sources. A test fails after TIMEOUT
+#   (60 s). Use NO_PCH if LIBS have compile definitions or options that differ from those of the shared precompiled header.
+#   EXPORTS is as in journal_executable.
 function(journal_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "NO_PCH;EXPORTS" "TIMEOUT" "SOURCES;LIBS;LABELS;DEFINITIONS;PROPERTIES")
     journal_refuse_leftovers(journal_test ${name} "${arg_UNPARSED_ARGUMENTS}")
@@ -49,8 +49,8 @@ function(journal_test name)
 
     set(directory "${PROJECT_BINARY_DIR}/test-runs/${name}")
     file(MAKE_DIRECTORY "${directory}")
-    # Discovered when ctest runs, not after each link: a program that cannot even list its tests is then a failed
-    # test of its own and not a broken build.
+    # ctest discovers the tests when it runs, not after each link, so a program that cannot list its tests is a failed test
+    # and not a failed build.
     gtest_discover_tests(${name}
         TEST_PREFIX "${name}."
         WORKING_DIRECTORY "${directory}"

@@ -1,4 +1,4 @@
-# Warnings for our own code. Headers of packages come in as system headers and are left out.
+# Warnings for the project's code. Headers of packages are system headers, which are excluded.
 
 include(CheckCXXCompilerFlag)
 
@@ -20,6 +20,6 @@ if(JOURNAL_HAS_OVERLOADED_VIRTUAL_1)
 endif()
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # g++ 12 sees overlapping copies in plain `"text" + std::string` once it optimises (GCC bug 105651).
+    # g++ 12 reports overlapping copies for `"text" + std::string` when it optimises (GCC bug 105651).
     target_compile_options(journal_warnings INTERFACE -Wno-restrict)
 endif()

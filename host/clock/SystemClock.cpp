@@ -20,7 +20,7 @@ using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::sys_seconds;
 
-// What four digits of a year can say.
+// The range of a year of four digits, in seconds since 1970.
 constexpr long kYear0 = -62167219200;
 constexpr long kEndOfYear9999 = 253402300799;
 
@@ -36,12 +36,12 @@ DateTime split(sys_seconds time) {
             ofDay % 60};
 }
 
-/// Takes pieces off the front of a text.
+/// Consumes a text from its front.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : m_rest(text) {}
 
-    /// Exactly `digits` decimal digits.
+    /// Reads exactly `digits` decimal digits.
     std::optional<int> number(std::size_t digits) {
         int value = 0;
         if (countDigits() < digits) {
@@ -51,7 +51,7 @@ public:
         m_rest.remove_prefix(digits);
         return value;
     }
-    /// One of the characters; 0 when none of them comes next.
+    /// Reads one of the characters. Returns 0 if none of them is next.
     char oneOf(std::string_view characters) {
         if (m_rest.empty() || characters.find(m_rest.front()) == std::string_view::npos) {
             return '\0';
@@ -106,7 +106,7 @@ std::optional<seconds> timeOfDay(Scanner& text) {
     return hours(*hour) + minutes(*minute) + seconds(*ofMinute == 60 ? 59 : *ofMinute);
 }
 
-/// How far the zone is ahead of UTC.
+/// Reads the offset of the zone, positive if it is ahead of UTC.
 std::optional<minutes> zone(Scanner& text) {
     if (text.atEnd() || text.oneOf("Zz") != '\0') {
         return minutes(0);

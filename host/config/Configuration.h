@@ -11,8 +11,8 @@
 
 namespace host {
 
-/// The configuration of the program: the values of the configuration file (docs/configuration.md), each with a default,
-/// and the overrides of the command line. `ConfigurationReader.h` reads it from TOML.
+/// The configuration of the program: the values of the configuration file (docs/configuration.md), each with
+/// a default, and the overrides of the command line. `ConfigurationReader.h` reads it from TOML.
 ///
 /// A plain value; not synchronised.
 struct Configuration {
@@ -97,8 +97,8 @@ struct Configuration {
     Digits digits;
     Logging log;
 
-    /// Sets a management override from the KEY=VALUE of the command line. The value is everything after the first "="
-    /// and may be empty. Throws `ConfigurationError` if the text has no valid key.
+    /// Sets a management override from the KEY=VALUE of the command line. The value is everything after the
+    /// first "=" and may be empty. Throws `ConfigurationError` if the text has no valid key.
     void set(std::string_view keyAndValue);
 
     bool operator==(const Configuration&) const = default;

@@ -9,9 +9,9 @@
 
 namespace host {
 
-// Both functions check the whole file. They throw a `ConfigurationError` with file, line and key for an unknown key, a
-// wrong type or a value that is out of bounds. The source of this unit is the only place that defines the valid values of
-// each key.
+// Both functions check the whole file. They throw a `ConfigurationError` with file, line and key for an
+// unknown key, a wrong type or a value that is out of bounds. The source of this unit is the only place that
+// defines the valid values of each key.
 
 /// Reads a configuration from TOML text. `fileName` appears in error messages only.
 [[nodiscard]] Configuration readConfiguration(std::string_view toml, const std::string& fileName);

@@ -4,13 +4,14 @@
 
 namespace host {
 
-/// Where the program keeps its files when nobody says otherwise: $XDG_STATE_HOME/calljournal, or
-/// ~/.local/state/calljournal where that is not set (or not absolute). Throws `ConfigurationError` when there is no
-/// home directory either. Nothing is made. Reads the environment: before other threads change that.
+/// Returns the default directory of the program's files: $XDG_STATE_HOME/calljournal, or
+/// ~/.local/state/calljournal if the variable is not set or not absolute. Throws `ConfigurationError` if
+/// there is no home directory either. Does not create the directory. Reads the environment, so no other
+/// thread may change that meanwhile.
 [[nodiscard]] std::filesystem::path defaultDataDirectory();
 
-/// Makes the directory with all above it, for its owner only (mode 0700), unless it is there. Throws
-/// `ConfigurationError` when that cannot be done.
+/// Creates the directory and its parents if they do not exist, with mode 0700. Throws `ConfigurationError` if
+/// this fails.
 void makeDataDirectory(const std::filesystem::path& directory);
 
 }  // namespace host

@@ -11,7 +11,7 @@ TomlSection::TomlSection(const toml::table& table, std::string path, std::string
     : m_table(table), m_path(std::move(path)), m_fileName(std::move(fileName)) {}
 
 const toml::node* TomlSection::take(const char* key) {
-    m_named.emplace(key);
+    m_readKeys.emplace(key);
     return m_table.get(key);
 }
 
@@ -118,19 +118,19 @@ std::vector<std::string> TomlSection::takeAllKeys() {
     std::vector<std::string> keys;
     for (const auto& [key, node] : m_table) {
         keys.emplace_back(key.str());
-        m_named.emplace(key.str());
+        m_readKeys.emplace(key.str());
     }
     return keys;
 }
 
 void TomlSection::finish() const {
     for (const auto& [key, node] : m_table) {
-        if (m_named.find(key.str()) == m_named.end()) {
-            std::string known;
-            for (const std::string& name : m_named) {
-                known += (known.empty() ? "" : ", ") + name;
+        if (m_readKeys.find(key.str()) == m_readKeys.end()) {
+            std::string valid;
+            for (const std::string& name : m_readKeys) {
+                valid += (valid.empty() ? "" : ", ") + name;
             }
-            refuseAt(key.source().begin.line, key.str(), "is no key of this file; known here: " + known);
+            refuseAt(key.source().begin.line, key.str(), "is not a valid key; valid keys: " + valid);
         }
     }
 }

@@ -13,11 +13,11 @@
 
 namespace host {
 
-/// One section of a TOML file under examination. Its reader names every key that the section may have; `finish` refuses
-/// what nobody named. A key that is absent leaves the value that was passed in, its default, as it is.
+/// A checked section of a TOML file. The configuration reader reads every key that is valid; `finish` refuses
+/// any other key. If a key is absent, the passed value, its default, is unchanged.
 ///
-/// Every refusal is a `ConfigurationError` with file, line and the key's full name. Only the configuration's reader uses
-/// this class; the table outlives it.
+/// Errors: a `ConfigurationError` with the file, the text line and the key's full name.
+/// Not thread-safe. Requires: the table outlives the section.
 class TomlSection {
 public:
     /// `path` is the section's name, empty for the file as a whole.
@@ -26,24 +26,26 @@ public:
     void read(const char* key, std::string& value);
     void read(const char* key, bool& value);
     void read(const char* key, std::vector<std::string>& value);
-    /// A whole number within the bounds.
+    /// Reads an integer from `least` to `most`.
     void read(const char* key, std::int64_t& value, std::int64_t least, std::int64_t most);
-    /// A text that is not empty.
+    /// Reads a text that is not empty.
     void readName(const char* key, std::string& value);
-    /// One of the given words.
+    /// Reads one of the given words.
     void readWord(const char* key, std::string& value, std::initializer_list<std::string_view> words);
 
+    /// Returns the section `[key]`, or std::nullopt if the key is absent.
     [[nodiscard]] std::optional<TomlSection> section(const char* key);
-    /// The section `[key]`, or the sections `[[key]]` in their order; none when the key is absent.
+    /// Returns the section `[key]`, or the sections `[[key]]` in their order. Returns no section if the key
+    /// is absent.
     [[nodiscard]] std::vector<TomlSection> sections(const char* key);
 
-    /// All keys, for a section whose keys are free; they count as named.
+    /// Returns all keys, for a section in which any key is valid.
     [[nodiscard]] std::vector<std::string> takeAllKeys();
 
-    /// Refuses the first key that was not named.
+    /// Refuses the first key that was not read.
     void finish() const;
 
-    /// Refuses the key's value ("must be ..."); a key that is absent, or an empty one, stands for the section itself.
+    /// Refuses the key's value ("must be ..."), or the section itself if the key is absent or empty.
     [[noreturn]] void refuse(std::string_view key, const std::string& what) const;
 
 private:
@@ -54,7 +56,7 @@ private:
     const toml::table& m_table;
     const std::string m_path;
     const std::string m_fileName;
-    std::set<std::string, std::less<>> m_named;
+    std::set<std::string, std::less<>> m_readKeys;
 };
 
 }  // namespace host

@@ -14,12 +14,12 @@ namespace host {
 namespace {
 
 constexpr std::size_t kLongestExtension = 5;
-/// To be raised whenever `normalise` gives a number another form than before: indexes of numbers are then made anew.
+/// Increment it when `normalise` changes its results: stored indexes of numbers are then rebuilt.
 constexpr const char* kRulesEdition = "2";
 
-/// Address books and web pages put more between digits than what a keyboard has: blanks of all widths, dashes of all
-/// lengths, and the marks of writing direction that copying a number takes along.
-bool isMark(std::uint32_t character) {
+/// True for separators between digits. Address books and web pages also use blanks of other widths, dashes of
+/// other lengths, and marks of the writing direction.
+bool isSeparator(std::uint32_t character) {
     return (character < 0x80 &&
             std::string_view(" \t-./()").find(static_cast<char>(character)) != std::string_view::npos) ||
            character == 0xA0 || (character >= 0x2000 && character <= 0x2015) ||
@@ -31,11 +31,11 @@ bool isDialled(char character) {
     return std::string_view("0123456789*#").find(character) != std::string_view::npos;
 }
 
-std::string withoutMarks(std::string_view text) {
+std::string withoutSeparators(std::string_view text) {
     std::string dialled;
     for (std::size_t at = 0; at < text.size();) {
         const utf8::Step step = utf8::next(text, at);
-        if (!isMark(step.character)) {
+        if (!isSeparator(step.character)) {
             dialled += text.substr(at, step.length);
         }
         at += step.length;
@@ -53,7 +53,7 @@ bool isNumber(std::string_view dialled) {
 std::vector<std::string> dialledCodes(const std::vector<std::string>& codes) {
     std::vector<std::string> dialled;
     for (const std::string& code : codes) {
-        if (std::string digits = withoutMarks(code); !digits.empty()) {
+        if (std::string digits = withoutSeparators(code); !digits.empty()) {
             dialled.push_back(std::move(digits));
         }
     }
@@ -77,11 +77,11 @@ DigitAnalysis::DigitAnalysis(const std::string& region, const std::vector<std::s
 }
 
 bool DigitAnalysis::isFeatureAccessCode(const std::string& digits) {
-    return beginsWithOneOf(m_codes, withoutMarks(digits));
+    return beginsWithOneOf(m_codes, withoutSeparators(digits));
 }
 
 void DigitAnalysis::normalise(std::string& number) {
-    std::string dialled = withoutMarks(number);
+    std::string dialled = withoutSeparators(number);
     if (!isNumber(dialled)) {
         return;
     }

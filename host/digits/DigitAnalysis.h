@@ -9,31 +9,32 @@
 
 namespace host {
 
-/// Dialling rules from the configuration, registered as "DigitAnalysisServiceIfc". Constant after construction, so any
-/// thread may call.
+/// Dialling rules from the configuration, registered as "DigitAnalysisServiceIfc".
+///
+/// Constant after construction; any thread may call.
 class DigitAnalysis final : public Executable, public DigitAnalysisServiceIfc {
 public:
-    /// `region` is the country whose numbering plan holds for the line, two capital letters; one that is not known is
-    /// logged, and costs national numbers their international form. The codes are as they are dialled ("*61"); empty
-    /// ones are passed over.
+    /// `region` is the country of the numbering plan, as two capital letters. An unsupported region is
+    /// logged; national numbers then get no international form. The codes are as dialled ("*61"); empty ones
+    /// are ignored.
     DigitAnalysis(const std::string& region, const std::vector<std::string>& featureAccessCodes);
 
-    /// Whether the digits begin with one of the codes: a code is dialled alone or with a number behind it. Blanks and
-    /// other marks between digits do not count.
+    /// True if the digits begin with one of the codes, since a code is dialled alone or before a number.
+    /// Ignores blanks and other separators.
     [[nodiscard]] bool isFeatureAccessCode(const std::string& digits) override;
 
-    /// Brings the spellings of one number together:
-    ///  1. Blanks, dashes, dots, slashes, parentheses and invisible characters go away. A text that holds anything else
-    ///     than digits, "*", "#" and such marks (an address, a name), or a "+" that does not stand in front, is no
-    ///     number and stays as it is.
-    ///  2. What begins with a feature access code or holds "*" or "#", and extensions (up to five digits), stay as they
-    ///     are dialled.
-    ///  3. What the numbering plan understands takes its international form: "030 1234", "0049 30 1234" and
-    ///     "+49 (0)30 1234" become "+49301234" in Germany. The rest stays as dialled: a local number without its area
-    ///     code is a number of its own.
+    /// Converts all spellings of one number to the same form:
+    ///  1. Removes blanks, dashes, dots, slashes, parentheses and invisible characters. A text with other
+    ///     characters than these, digits, "*" and "#" (an address, a name), or with a "+" after its start, is
+    ///     not a number and is unchanged.
+    ///  2. Leaves extensions (up to five digits), and numbers that contain "*" or "#" or begin with a feature
+    ///     access code, as dialled.
+    ///  3. Converts numbers of the numbering plan to their international form: in Germany, "030 1234", "0049
+    ///     30 1234" and "+49 (0)30 1234" become "+49301234". Leaves all others as dialled, for example a
+    ///     local number without area code.
     void normalise(std::string& number) override;
 
-    /// The rules in a word: two that are equal give every number the same form.
+    /// Returns a key of the rules. Objects with equal keys normalise every number alike.
     [[nodiscard]] std::string rules() const;
 
 private:
@@ -42,7 +43,7 @@ private:
     // Constant after construction.
     const std::string m_region;
     const NumberingPlan m_plan;
-    /// Without marks.
+    /// Without separators.
     const std::vector<std::string> m_codes;
 };
 

@@ -49,7 +49,8 @@ bool isInternational(const PhoneNumber& number) {
            number.country_code_source() == PhoneNumber::FROM_NUMBER_WITH_IDD;
 }
 
-/// A number with superfluous zeros loses one each time that it is read: such a one has no form of its own.
+/// True if reading the international form again yields the same form. Numbers with superfluous zeros lose one
+/// each time.
 bool isStable(const std::string& international) {
     PhoneNumber again;
     return plans().Parse(international, "ZZ", &again) == PhoneNumberUtil::NO_PARSING_ERROR &&

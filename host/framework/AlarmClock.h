@@ -6,7 +6,7 @@
 
 namespace host {
 
-/// One call that an alarm clock owes. Destroying it calls the call off, unless that has begun already.
+/// A pending callback of an alarm clock. Its destructor cancels the callback, unless it has begun already.
 class Alarm {
 public:
     Alarm() = default;
@@ -15,11 +15,12 @@ public:
     virtual ~Alarm() = default;
 };
 
-/// Calls back once after a time. The seam between the timers and the passing of real time: tests put a clock in its
-/// place that they move by hand.
+/// Calls back once after a delay. The interface between timers and real time: tests replace it with a clock
+/// that they advance by hand.
 ///
-/// Threads: any thread may ask. `ring` is called on a thread of the clock's own choice, never inside `after`, must not
-/// throw, and may still be called shortly after its alarm was destroyed: whoever cares keeps a generation.
+/// Thread-safe. The clock calls `ring` on a thread of its own choice and never inside `after`. It may still
+/// call `ring` shortly after the alarm was destroyed; a caller that must not see this compares a generation
+/// number.
 class AlarmClock {
 public:
     AlarmClock() = default;
@@ -27,7 +28,8 @@ public:
     AlarmClock& operator=(const AlarmClock&) = delete;
     virtual ~AlarmClock() = default;
 
-    /// `delay` is 0 or more. The alarm may outlive the clock; it never rings then.
+    /// Requires: `delay` is not negative; `ring` does not throw. The alarm may outlive the clock; it then
+    /// never rings.
     [[nodiscard]] virtual std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,
                                                        std::function<void()> ring) = 0;
 };

@@ -6,10 +6,10 @@ namespace host {
 
 class WorkerPool;
 
-/// The alarm clock of the running program: steady time, ringing on the pool's threads.
+/// The alarm clock of the running program. Uses steady time and rings on threads of the pool. Thread-safe.
 class AsioAlarmClock final : public AlarmClock {
 public:
-    /// `pool` is borrowed and outlives the clock and its alarms.
+    /// Requires: `pool` outlives the clock and its alarms.
     explicit AsioAlarmClock(WorkerPool& pool) : m_pool(pool) {}
 
     [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,

@@ -6,7 +6,7 @@
 
 namespace host {
 
-/// Owns a file descriptor and closes it. A plain value of one thread; -1 stands for none.
+/// Owns a file descriptor and closes it; -1 means none. A plain value; not synchronised.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -26,7 +26,7 @@ public:
 
     [[nodiscard]] int get() const noexcept { return m_number; }
     [[nodiscard]] bool isOpen() const noexcept { return m_number >= 0; }
-    /// Gives the descriptor away.
+    /// Passes ownership of the descriptor to the caller.
     [[nodiscard]] int release() noexcept { return std::exchange(m_number, -1); }
 
 private:

@@ -10,11 +10,12 @@
 
 namespace host {
 
-/// What invokers find: the proxies of the remote clients, and the protocol adapters. Any thread may call.
+/// The framework as invokers see it: the proxies of the remote clients and the protocol adapters.
+/// Thread-safe.
 class HostFrameworkContext final : public FrameworkContext {
 public:
-    /// Makes `proxy` the one that stands for `clientName`'s implementation of `interfaceName`. Borrowed until
-    /// `removeProxy`. False, and nothing changes, when there is one already.
+    /// Registers `proxy` as the implementation of `interfaceName` by `clientName`. Returns false and changes
+    /// nothing if there is one already. Requires: `proxy` lives until `removeProxy`.
     bool registerProxy(const std::string& interfaceName, const std::string& clientName, Proxy& proxy);
     void removeProxy(const std::string& interfaceName, const std::string& clientName);
 
@@ -23,11 +24,11 @@ public:
     [[nodiscard]] ProtocolAdapter* findProtocolAdapter(std::string& protocolName) override;
 
 private:
-    // Without state.
+    // Stateless.
     OperaTextAdapter m_operaText;
 
     std::mutex m_mutex;
-    // Guarded by m_mutex: interface and client to proxy.
+    // Guarded by m_mutex. Maps interface and client to proxy.
     std::map<std::pair<std::string, std::string>, Proxy*> m_proxies;
 };
 

@@ -10,28 +10,28 @@ namespace host {
 class LineContext;
 class Strand;
 
-/// The life of one service on its line: `init`, `run`, `shutdown` and destruction in the order that the framework
-/// promises, all but `run` on the line's strand. `run` has a thread of its own, for a service may stay in it until it
-/// is told to shut down.
+/// The life cycle of one service on its line: `init`, `run`, `shutdown` and destruction in the order that the
+/// framework promises. `run` has a thread of its own, because a service may stay in it until `shutdown`;
+/// everything else runs on the line's strand.
 ///
-/// Threads: made, started and stopped by one thread, which is none of the pool's.
+/// Threads: one thread creates, starts and stops it. This thread must not belong to the pool.
 class HostedService {
 public:
-    /// `strand` and `context` are borrowed and outlive this object; the strand may not be closed before `stop`.
+    /// Requires: `strand` and `context` outlive this object; the strand stays open until `stop` has returned.
     HostedService(std::unique_ptr<Service> service, Strand& strand, LineContext& context);
     /// Stops the service if it still runs.
     ~HostedService();
     HostedService(const HostedService&) = delete;
     HostedService& operator=(const HostedService&) = delete;
 
-    /// Initialises and runs the service; returns when `init` has. Once only.
+    /// Initialises and runs the service. Returns after `init`, and throws what `init` throws. Call once only.
     void start();
 
-    /// Shuts the service down, deletes the timers that it left, and destroys it. When this returns, neither a timer
-    /// nor anything that was posted for the service is under way. Idempotent.
+    /// Shuts the service down, deletes its remaining timers and destroys it. Afterwards no timer and no
+    /// posted work can reach the service. Idempotent.
     void stop();
 
-    /// Null after `stop`.
+    /// Returns nullptr after `stop`.
     [[nodiscard]] Service* service() const noexcept { return m_service.get(); }
 
 private:

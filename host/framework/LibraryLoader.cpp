@@ -69,7 +69,7 @@ void* LibraryLoader::callFactory(const char* name) const {
     void* const object = reinterpret_cast<void* (*)()>(symbol)();
     if (object == nullptr) {
         throw LibraryError("the service library " + m_path + " could not create a service: " + name +
-                           " answered null");
+                           " returned null");
     }
     return object;
 }

@@ -74,7 +74,7 @@ private:
     struct Timer {
         Executable* handler;
         std::chrono::milliseconds duration;
-        /// Changes whenever what is under way must not be delivered any more.
+        /// Changes whenever a posted expiry becomes invalid.
         std::uint64_t generation;
         /// Set while the timer runs.
         std::unique_ptr<Alarm> alarm;
@@ -102,7 +102,7 @@ private:
         };
     }
 
-    /// On the strand: whoever stops the timer there does so before or after this, not in between.
+    /// Call from the strand only, so that code on the strand cannot stop the timer in the middle of this.
     void expire(int id, std::uint64_t generation) {
         Executable* handler = nullptr;
         {

@@ -13,27 +13,29 @@ namespace host {
 class AlarmClock;
 class Strand;
 
-/// The context of one line: its services by name, and the timers of those services.
+/// The context of one line: its services by name, and the timers of these services.
 ///
-/// The road of a timer:
-///  1. `startTimer` gives it a new generation and asks the alarm clock for a call.
-///  2. The alarm rings on some thread and posts the expiry, with its generation, to the line's strand.
-///  3. On the strand the expiry is delivered only if the timer is still there, still running and still of that
-///     generation. Stop, restart and delete change these, so what was posted before them is stale and vanishes.
+/// The sequence of a timer:
+///  1. `startTimer` gives it a new generation and sets an alarm.
+///  2. The alarm rings on any thread and posts the expiry, with its generation, to the line's strand.
+///  3. The strand delivers the expiry only if the timer still exists, still runs and still has that
+///     generation. Stop, restart and delete change these, so an expiry that was posted before them is
+///     discarded.
 ///
-/// Threads: any thread may call. No lock is held while a handler runs, so a handler may use its timers freely.
+/// Thread-safe. No lock is held while a handler runs, so a handler may use its timers freely.
 class LineContext final : public Context {
 public:
-    /// Both are borrowed and outlive the context.
+    /// Requires: both outlive the context.
     LineContext(Strand& strand, AlarmClock& alarms);
-    /// Every timer is silent from now on; on the strand, or when that is closed.
+    /// Silences every timer. Call from the strand, or after it is closed.
     ~LineContext() override;
 
-    /// Makes `service` known under `name`, in place of one that had it before. Borrowed until `removeService`.
+    /// Registers `service` as `name` and replaces a former one. Requires: `service` lives until
+    /// `removeService`.
     void registerService(const std::string& name, Executable& service);
     void removeService(const std::string& name);
 
-    /// Deletes what timers `handler` left behind; before it is destroyed, on the strand.
+    /// Deletes all timers of `handler`. Call from the strand, before `handler` is destroyed.
     void deleteTimersOf(const Executable& handler);
 
     // Context
@@ -48,7 +50,7 @@ public:
 private:
     class Timers;
 
-    // Has its own lock; shared with expiries that are under way.
+    // Has its own lock. Shared with posted expiries.
     const std::shared_ptr<Timers> m_timers;
 
     std::mutex m_servicesMutex;

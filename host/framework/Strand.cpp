@@ -44,7 +44,7 @@ struct Strand::Core : std::enable_shared_from_this<Core> {
             {
                 const WorkerThreads::Busy busy(core->threads);
                 runGuarded(run);
-                run = nullptr;  // what it captured is gone before a drain returns
+                run = nullptr;  // destroys the captured objects before a drain returns
             }
             core->finishOne();
         });
@@ -88,7 +88,7 @@ bool Strand::runAndWait(const Work& work) {
         work();
         return true;
     }
-    // Shared: the waiter may wake, and leave, while the task is still on its way out.
+    // Shared, because the waiting thread may return while the task still ends.
     const auto task = std::make_shared<std::packaged_task<void()>>(work);
     std::future<void> done = task->get_future();
     if (!post([task] { (*task)(); })) {

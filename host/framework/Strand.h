@@ -7,40 +7,41 @@ namespace host {
 
 class WorkerPool;
 
-/// Runs pieces of work one at a time and in the order in which they were posted, on whichever thread of the pool is
-/// free. A line has one: its events, its timers, and the birth and death of its services run there.
+/// Runs work items one at a time, in the order in which they were posted, on any free thread of the pool.
+/// Each line has one, for its events, its timers, and the creation and destruction of its services.
 ///
-/// Threads: any thread may call any operation, except where one says otherwise.
-/// Errors: a piece of work that throws costs itself, with a log line; the next one runs.
+/// Thread-safe, except where an operation states otherwise.
+/// Errors: an exception of a work item is logged; the next item runs.
 class Strand {
 public:
     using Work = std::function<void()>;
 
-    /// `pool` is borrowed and outlives the strand.
+    /// Requires: `pool` outlives the strand.
     explicit Strand(WorkerPool& pool);
-    /// As `close`; not on the strand itself.
+    /// Closes the strand. Deadlocks on the strand itself.
     ~Strand();
     Strand(const Strand&) = delete;
     Strand& operator=(const Strand&) = delete;
 
-    /// Runs `work` later, never inside the call. False when the strand is closed: `work` is then dropped.
+    /// Runs `work` later, never inside the call. Returns false and drops `work` if the strand is closed.
     bool post(Work work);
 
-    /// Runs `work` behind everything that was posted before and returns when it is done, with its exception if it threw
-    /// one. On the strand itself it runs at once. False when the strand is closed.
-    /// Not for threads of the pool: all of them might wait for one another.
+    /// Runs `work` after everything that was posted before, and waits for it. Throws what `work` throws. On
+    /// the strand itself, runs `work` at once. Returns false if the strand is closed. Call from no thread of
+    /// the pool: its threads could deadlock.
     bool runAndWait(const Work& work);
 
-    /// Returns when nothing is posted or running. Not on the strand itself.
+    /// Waits until no work is posted or running. Deadlocks on the strand itself.
     void drain();
 
-    /// Takes nothing more and returns when what was posted before is done. Not on the strand itself. Idempotent.
+    /// Refuses further work and waits for the posted work. Deadlocks on the strand itself. Idempotent.
     void close();
 
-    /// Whether the caller runs on this strand.
+    /// True if the calling code runs on this strand.
     [[nodiscard]] bool isCurrent() const;
 
-    /// A way to post that may be kept and used for longer than the strand lives; it then answers false.
+    /// Returns a function that posts work. It may outlive the strand; it returns false once the strand is
+    /// gone.
     [[nodiscard]] std::function<bool(Work)> weakPoster() const;
 
 private:

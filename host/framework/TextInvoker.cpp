@@ -9,7 +9,7 @@
 
 namespace host {
 
-/// Runs `step`; what it throws ends in a log line.
+/// Runs `step` and logs its exceptions.
 template <typename Step>
 void TextInvoker::survives(const char* what, Step step) const noexcept {
     try {

@@ -7,24 +7,24 @@
 
 namespace host {
 
-/// An invoker whose answer is made of the message's text and the target alone.
+/// An invoker whose response depends only on the text of the message and on the target.
 ///
-/// Every message is answered exactly once, and nothing is thrown: when making the answer fails it is "failure", and a line in
-/// the log says why.
+/// Completes the response of every message exactly once and never throws. If the response cannot be built, it
+/// is "failure" and the log has the reason.
 ///
-/// Threads: any number at a time; it has no state of its own.
+/// Thread-safe; stateless.
 class TextInvoker : public Invoker {
 public:
     void handleMessage(Executable* target, const char* message, int length, InvokerResponse* response) final;
-    /// Needs nothing of the framework.
+    /// Does nothing: the invoker does not use the framework.
     void initInvoker(FrameworkContext* /*context*/) override {}
 
 protected:
-    /// `component` names the invoker in the log: a literal, kept as it is.
+    /// `component` is the invoker's name in the log. Requires: it is a string literal.
     explicit TextInvoker(const char* component) : m_component(component) {}
 
 private:
-    /// May throw. `target` may be null or another kind of service than is meant.
+    /// Returns the response. May throw. `target` may be null or a service of another kind.
     [[nodiscard]] virtual std::string responseTo(std::string_view message, Executable* target) const = 0;
 
     template <typename Step>

@@ -6,18 +6,19 @@ namespace host {
 
 class WorkerThreads;
 
-/// The threads on which the work of all lines runs. A line needs no thread of its own: it has a `Strand` on this pool,
-/// and thousands of strands may share it.
+/// The threads on which the work of all lines runs. A line needs no thread of its own: it has a `Strand` on
+/// this pool, and thousands of strands may share it.
 ///
-/// A pool may grow: it starts another thread when all of its threads are busy, so that work that waits (for the switch,
-/// for example) does not delay the rest. It never ends a thread before its own end.
+/// A pool may grow: it starts another thread when all of its threads are busy, so that work that waits (for
+/// the switch, for example) does not delay the rest. It never ends a thread before its own end.
 ///
-/// Thread-safe, except that one owner creates and destroys it.
-/// Lifetime: outlives every strand and every alarm clock on it. The destructor ends the threads and discards work that
-/// has not begun, so drain the strands first.
+/// Thread-safe, except that one owner creates and destroys it. Lifetime: outlives every strand and every
+/// alarm clock on it. The destructor ends the threads and discards work that has not begun, so drain the
+/// strands first.
 class WorkerPool {
 public:
-    /// Has as many threads as the machine has processors, but at least two: a handler may wait for the switch.
+    /// Has as many threads as the machine has processors, but at least two: a handler may wait for the
+    /// switch.
     WorkerPool();
     explicit WorkerPool(unsigned threads);
     /// Starts with `threads` threads and never has more than `most`. Requires: `threads` is at least 2.

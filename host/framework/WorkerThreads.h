@@ -18,8 +18,8 @@ public:
     WorkerThreads(const WorkerThreads&) = delete;
     WorkerThreads& operator=(const WorkerThreads&) = delete;
 
-    /// Marks one thread as busy for its lifetime. Starts another thread if the last free one becomes busy and the limit
-    /// allows it.
+    /// Marks one thread as busy for its lifetime. Starts another thread if the last free one becomes busy and
+    /// the limit allows it.
     class Busy {
     public:
         explicit Busy(WorkerThreads& threads) : m_threads(threads) { m_threads.begin(); }
@@ -41,7 +41,8 @@ private:
     asio::thread_pool m_pool;
 
     std::mutex m_mutex;
-    // Guarded by m_mutex. The destructor joins the added threads after it has set m_most to 0, so no thread is added then.
+    // Guarded by m_mutex. The destructor joins the added threads after it has set m_most to 0, so no thread
+    // is added then.
     unsigned m_busy = 0;
     unsigned m_count;
     unsigned m_most;

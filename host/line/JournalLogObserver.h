@@ -9,31 +9,32 @@
 
 namespace host {
 
-/// Writes one line of the log for each change of a line's journal, "missed call from Ann Müller (4711)", and tells it to
-/// whoever listens.
+/// Logs each change of a line's journal as a sentence, "missed call from Ann Müller (4711)", and passes the
+/// sentence to a listener.
 ///
-/// Its subscription is also what makes the journal load its lists at start, before the first call. What a new subscriber is
-/// presented with is no change; so it is silent until it is told that it is subscribed.
+/// Its subscription also makes the journal load its lists at start, before the first call. The journal
+/// presents its contents to a new subscriber; these are no changes, so the observer is silent until
+/// `setSubscribed`.
 ///
-/// Threads: as for every observer, whichever thread changed the journal.
+/// Threads: the journal calls it on any thread that changes the journal.
 class JournalLogObserver final : public JournalServiceObserverIfc {
 public:
-    /// Takes the sentence that the log gets, too. As in every observer callback: it must not block and not change the
+    /// Receives the sentence. Runs inside the observer callback, so it must not block and must not change the
     /// journal.
     using Listener = std::function<void(const std::string&)>;
 
-    /// `line` is the device that the lines name.
+    /// `line` is the device of the telephone line, for the log.
     explicit JournalLogObserver(std::string line) : m_line(std::move(line)) {}
     virtual ~JournalLogObserver() = default;
     JournalLogObserver(const JournalLogObserver&) = delete;
     JournalLogObserver& operator=(const JournalLogObserver&) = delete;
 
-    /// Before the subscription.
+    /// Call before the subscription.
     void setListener(Listener listener) { m_listener = std::move(listener); }
 
     void setSubscribed() noexcept { m_subscribed = true; }
 
-    // JournalServiceObserverIfc; the counts follow from the changes
+    // JournalServiceObserverIfc. The counts need no log text: they follow from the changes.
     void missedCallsCountUpdate(int /*count*/) override {}
     void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override;
     void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) override;

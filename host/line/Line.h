@@ -29,20 +29,27 @@ class AlarmClock;
 class Database;
 class WorkerPool;
 
-/// One telephone line: its strand, its context, a real part behind every platform interface, and the journal service
-/// that uses them.
+/// One telephone line: its strand, its context, an implementation of every platform interface, and the
+/// journal service that uses them.
 ///
-/// The road up (`start`): the parts are registered under their names and initialised; the journal is initialised on the
-/// strand; the log observer subscribes, which loads the lists; the link begins to connect.
-/// The road down (`stop`): the link ends, so nothing more is posted; what was posted is done; the observer and the
-/// journal leave everything they were registered with; the journal and then the parts are shut down, in reverse order.
-/// All of it runs on the strand, so the journal meets no event and no timer afterwards.
+/// Start-up sequence (`start`):
+///  1. The services are registered under their names and initialised.
+///  2. The journal is initialised on the strand.
+///  3. The log observer subscribes, which loads the lists.
+///  4. The link begins to connect.
 ///
-/// Threads: made, started and stopped by one thread, which is none of the pool's.
+/// Shut-down sequence (`stop`):
+///  1. The link ends, so nothing more is posted. Posted work is completed.
+///  2. The observer and the journal are removed from everything with which they were registered.
+///  3. The journal and then the services are shut down, in reverse order.
+///
+/// All of this runs on the strand, so no event and no timer reaches the journal afterwards.
+///
+/// Threads: one thread creates, starts and stops it. This thread must not belong to the pool.
 class Line {
 public:
-    /// All is borrowed and outlives the line, the library that `journal` comes from included. Throws `DatabaseError` when
-    /// stored settings cannot be read.
+    /// Throws `DatabaseError` if stored settings cannot be read. Requires: the database, the pool, the clock
+    /// and the library of `journal` outlive the line.
     Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database, WorkerPool& pool,
          AlarmClock& alarms);
     /// Stops the line if it still runs.
@@ -50,30 +57,34 @@ public:
     Line(const Line&) = delete;
     Line& operator=(const Line&) = delete;
 
-    /// Called on a thread of the link's after each change; it must not block. Before `start`.
+    // The listeners. Call before `start`.
+
+    /// The link calls `listener` after each change of its status, on a thread of its own. It must not block.
     void setStatusListener(CstaLink::StatusListener listener);
-    /// Told of every event of the switch by its name on the wire, likewise.
+    /// The link calls `listener` with the wire name of every event of the switch, on a thread of its own. It
+    /// must not block.
     void setEventListener(std::function<void(std::string_view)> listener) {
         m_eventListener = std::move(listener);
     }
 
-    /// Told every change of the journal in a sentence. Before `start`.
+    /// Receives a sentence for every change of the journal.
     void setChangeListener(JournalLogObserver::Listener listener) {
         m_observer.setListener(std::move(listener));
     }
 
     void start();
-    /// Remote clients have to be gone. Idempotent.
+    /// Requires: no remote client is connected. Idempotent.
     void stop();
 
-    /// The journal; null after `stop`.
+    /// Returns nullptr after `stop`.
     [[nodiscard]] Service* journal() const noexcept { return m_journal.service(); }
-    /// The line's settings; any thread, as long as the line lives.
+
+    // Any thread may call these, as long as the line lives.
+
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
-    /// The line's phonebook; likewise.
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
-    /// How the link to the switch is, and how many calls are up; likewise.
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
+    /// Returns the number of live calls.
     [[nodiscard]] std::size_t callsUp() const { return m_liveCalls.count(); }
 
 private:
@@ -82,14 +93,14 @@ private:
         Executable& executable;
     };
 
-    /// Posts to the strand; what comes when that is closed is dropped.
+    /// Returns a function that posts to the strand, and drops the work if the strand is closed.
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
-    /// The settings of the link, with the line as its listener.
+    /// Returns `link` with an event listener of this line.
     [[nodiscard]] CstaLinkConfig withEventListener(CstaLinkConfig link);
     void subscribeObserver();
     void releaseJournal();
 
-    // In the order in which each needs the ones before it.
+    // In dependency order.
     Strand m_strand;
     LineContext m_context;
     SystemClock m_clock;
@@ -112,7 +123,7 @@ private:
     // Constant after construction.
     const std::vector<NamedService> m_services;
 
-    // The owner's.
+    // Used by the owner's thread only.
     bool m_started = false;
 };
 

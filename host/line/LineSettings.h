@@ -9,17 +9,18 @@
 
 namespace host {
 
-/// What one line is made from. A plain value.
+/// The settings from which one line is built. A plain value.
 struct LineSettings {
-    /// The way to the switch; its own device is the line's, and names the line's rows in the database.
+    /// The link to the switch. Its own device is the device of the line, which is also the key of its
+    /// database rows.
     CstaLinkConfig link;
-    /// First values of the phone's management keys, and those that win over stored ones.
+    /// First values of the phone's management keys, and values that override stored ones.
     std::map<std::string, std::string> managementFirst;
     std::map<std::string, std::string> managementOverrides;
-    /// The country whose numbering plan holds, two capital letters.
+    /// The country of the numbering plan, as two capital letters.
     std::string region = "DE";
     std::vector<std::string> featureAccessCodes;
-    /// Shared devices whose unanswered calls are logged here.
+    /// Shared devices whose unanswered calls are logged on this line.
     std::set<std::string> loggedSharedDevices;
 };
 

@@ -9,15 +9,17 @@ class CSTAEvent;
 
 namespace host {
 
-/// The calls of the line that are up just now, counted from the events of the switch: a figure to show, on which nothing
-/// rests. A call is up from the first event that names it until the own connection to it is over; somebody's leaving it does
-/// not begin one, so that what comes late does not bring it back.
+/// The live calls of the line, counted from the events of the switch. For display only.
 ///
-/// Threads: any.
+/// A call is live from the first event that names it until its own connection ends. An event that reports
+/// that a party leaves does not begin a call, so a late event does not bring a finished call back.
+///
+/// Thread-safe.
 class LiveCalls {
 public:
     void update(const CSTAEvent& event);
-    /// The line is not monitored any more: nobody tells of calls that end.
+    /// Removes all calls. For a line that is no longer monitored, because the end of its calls is not
+    /// reported.
     void clear();
 
     [[nodiscard]] std::size_t count() const;

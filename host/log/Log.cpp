@@ -54,7 +54,7 @@ std::unique_ptr<spdlog::logger> loggerInto(spdlog::sink_ptr sink) {
     return logger;
 }
 
-/// Where lines go. The sinks have no lock of their own: this one also orders a change of the sink.
+/// The output of the log. The sinks have no lock of their own; the mutex also guards the change of the sink.
 struct Output {
     std::mutex mutex;
     std::unique_ptr<spdlog::logger> logger = loggerInto(std::make_shared<spdlog::sinks::stderr_sink_st>());
@@ -68,7 +68,7 @@ Output& output() {
     return *theOne;
 }
 
-/// The file sink would make the file for all to read.
+/// Creates the file with mode 0600, because the file sink would make it readable for all.
 void makePrivateFile(const std::string& file) {
     const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor < 0) {
@@ -147,7 +147,7 @@ __attribute__((visibility("default"))) void logAppUni(const char* component, con
     }
     std::va_list arguments;
     va_start(arguments, format);
-    // A line that cannot be built or written is lost: whoever logs goes on.
+    // A failure to log must not disturb the caller; the text is lost.
     try {
         const std::string payload =
             host::payloadOf(component, sourceFile, line, host::printed(format, arguments));

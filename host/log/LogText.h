@@ -5,10 +5,10 @@
 
 namespace host {
 
-/// A text as it may stand in a line of the log: control characters, the line and paragraph separators of Unicode, the
-/// characters that turn the writing direction round, and bytes that are no UTF-8 are shown as "\n", "\t", "\x1b",
-/// "\xe2\x80\xa8". Line breaks at the end are left out; of a text beyond `kMaxLogText` bytes the rest is, and the line says
-/// how much. Pure; any thread may call.
+/// Returns `text` as it is safe to log: control characters, the Unicode line and paragraph separators, the
+/// characters that change the writing direction, and invalid UTF-8 become "\n", "\t", "\x1b", "\xe2\x80\xa8".
+/// Removes line breaks at the end. Cuts a text of more than `kMaxLogText` bytes and appends the number of
+/// bytes that are missing. Pure; any thread may call.
 [[nodiscard]] std::string escapedLogText(std::string_view text);
 
 inline constexpr std::size_t kMaxLogText = 64U * 1024U;

@@ -10,18 +10,18 @@ class MgmtAgentIfc;
 
 namespace host {
 
-/// The way to one agent, which can be closed for good: afterwards no call reaches the agent, however late it comes.
+/// A handle of one agent. Once it is closed, no call reaches the agent any more.
 ///
-/// Any thread may call. No lock is held while the agent runs.
+/// Thread-safe. No lock is held while the agent runs.
 class AgentHandle {
 public:
-    /// The agent is borrowed until `close` has returned.
+    /// Requires: `agent` lives until `close` has returned.
     explicit AgentHandle(MgmtAgentIfc& agent) : m_agent(agent) {}
     AgentHandle(const AgentHandle&) = delete;
     AgentHandle& operator=(const AgentHandle&) = delete;
     ~AgentHandle() = default;
 
-    /// Runs `work` with the agent; false when the gate is closed.
+    /// Runs `work` with the agent. Returns false if the handle is closed.
     template <typename Work>
     bool call(Work&& work) {
         if (!enter()) {
@@ -32,8 +32,8 @@ public:
         return true;
     }
 
-    /// Lets nothing in any more and waits for the calls of other threads that are inside. From inside a call of the agent
-    /// it does not wait for that one.
+    /// Refuses further calls and waits for those that other threads are making. Does not wait for a call of
+    /// the calling thread, so an agent may call it from inside its own operation.
     void close();
 
 private:
@@ -52,7 +52,7 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_left;
-    // Guarded by m_mutex: a thread stands in it once for each call that it is inside.
+    // Guarded by m_mutex. m_inside has each thread once for each call that it is making.
     std::vector<std::thread::id> m_inside;
     bool m_closed = false;
 };

@@ -39,7 +39,7 @@ LocalManagement::LocalManagement(Database& database, std::string line, const Key
         throw DatabaseError(m_database.file().string() +
                             ": the management values cannot be read; see the log");
     }
-    // What stands in the map already wins.
+    // `insert` keeps the values that the map already has.
     m_values.insert(stored.begin(), stored.end());
     m_values.insert(firstValues.begin(), firstValues.end());
 }
@@ -182,7 +182,7 @@ bool LocalManagement::callAgent(const std::string& identifier, ManageableData& d
     const Handle handle = handleOf(identifier);
     bool done = false;
     if (handle == nullptr || !handle->call([&](MgmtAgentIfc& agent) { done = (agent.*operation)(data); })) {
-        rejectAll(data, "Nobody serves " + identifier);
+        rejectAll(data, "No agent serves " + identifier);
     }
     return done;
 }
@@ -190,7 +190,7 @@ bool LocalManagement::callAgent(const std::string& identifier, ManageableData& d
 RejectReason LocalManagement::objectionTo(const std::string& key, const ManageableData& data) const {
     const DataNode* const node = data.interogate(key);
     if (!isKey(key)) {
-        return {eRejectDataInvalid, "This is no name of a key"};
+        return {eRejectDataInvalid, "This is not a valid key"};
     }
     if (node == nullptr) {
         return {eRejectDataInvalid, "There is no value for " + key};

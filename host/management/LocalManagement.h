@@ -19,61 +19,65 @@ namespace host {
 class AgentHandle;
 class Database;
 
-/// The phone's settings of one line, registered as "LocalMgmtIfc". Two kinds of keys live side by side:
+/// The phone's settings of one line, registered as "LocalMgmtIfc". There are two kinds of keys:
 ///
-///  - The phone's own keys ("system-identifier"): first values from the configuration; what `write` changes is kept in
-///    the database and wins over them from then on. Values of the command line win over both until `write` changes
-///    the key.
-///  - Keys that an agent serves ("call-log-enabled" of "JournalMgmtId"): the agent keeps them. Whoever wants to read or
-///    change them asks the agent through `getAgentData` and `setAgentData`. What the agent publishes can be read and
-///    observed like a key of the phone; `write` refuses it.
+///  - The phone's own keys ("system-identifier"). The configuration has their first values. `write` stores a
+///    value in the database, where it overrides the first value. Values of the command line override both
+///    until `write` changes the key.
+///  - Keys that an agent serves ("call-log-enabled" of "JournalMgmtId"). The agent stores them;
+///    `getAgentData` and `setAgentData` read and change them. Keys that the agent publishes can also be read
+///    and observed like a key of the phone, but `write` refuses them.
 ///
-/// The road of a change: it is stored, becomes the value that `read` answers, and each observer is told on the line's
-/// strand, in the order of the changes. A `write` or `publish` that does not change a value tells nobody.
+/// The sequence of a change: it is stored in the database, `read` returns it, and each observer is notified
+/// on the line's strand, in the order of the changes. A `write` or `publish` that does not change a value
+/// notifies no observer.
 ///
-/// Threads: any thread may call any operation, an agent from inside its own operations included. No agent is called
-/// while a lock is held here, and none from inside the operations of `LocalMgmtIfc`.
+/// Thread-safe. An agent may also call from inside its own operations. No agent is called while a lock is
+/// held here or from inside the operations of `LocalMgmtIfc`.
 ///
-/// Lifetime: agents are borrowed. Once `unregisterAgent` has returned no call reaches the agent any more; it waits
-/// for calls that other threads are making just then. Notifications that are still posted when the management is
-/// destroyed vanish.
+/// Lifetime: an agent lives until `unregisterAgent` has returned, which waits for calls to the agent by other
+/// threads. Afterwards no call reaches the agent. The destructor discards notifications that are posted but
+/// not delivered.
 class LocalManagement final : public Executable, public LocalMgmtIfc {
 public:
-    /// Runs a function on the line's strand, later and in order; never inside the call.
+    /// Posts work to the line's strand. Never runs it inside the call.
     using Post = std::function<void(std::function<void()>)>;
     using Keys = std::map<std::string, std::string>;
     using KnownKeys = std::map<std::string, std::optional<std::string>>;
 
-    /// `database` is borrowed and outlives the management. Throws `DatabaseError` when the stored values cannot be read.
+    /// Throws `DatabaseError` if the stored values cannot be read. Requires: `database` outlives the
+    /// management.
     LocalManagement(Database& database, std::string line, const Keys& firstValues, const Keys& overrides,
                     Post post);
     ~LocalManagement() override;
 
     // LocalMgmtIfc
 
-    /// False when another agent has the identifier.
+    /// Returns false if another agent has the identifier.
     bool registerAgent(const std::string& identifier, MgmtAgentIfc& agent, int version) override;
     void unregisterAgent(MgmtAgentIfc& agent) override;
-    /// Every key can be observed, also one that has no value yet, and before the agent is registered. Asking again
-    /// changes nothing.
+    /// Any key can be observed, even one without a value, and before the agent is registered. Repeated calls
+    /// have no effect.
     bool observe(const std::string& tag, MgmtAgentIfc& agent) override;
     bool read(ManageableData& data) override;
-    /// All values or none are stored. Refused with a reason: a key without a value or served by an agent, a name that
-    /// is not 1 to 100 printable ASCII characters without blanks, a value beyond 4,096 bytes, a database that fails.
+    /// Stores all values or none. Adds a reject reason for a key without a value, a key that an agent serves,
+    /// a name that is not 1 to 100 printable ASCII characters without blanks, a value of more than 4,096
+    /// bytes, and a failed database.
     bool write(ManageableData& data) override;
     void publish(const ManageableData& data) override;
 
-    // For those who serve people: the HTTP face, remote clients.
+    // For the HTTP API and remote clients.
 
-    /// Hands the values to the agent of that identifier on the calling thread; false, and reject reasons, when the agent
-    /// refuses one or there is no such agent.
+    /// Passes the values to the agent with that identifier, on the calling thread. Returns false and adds
+    /// reject reasons if the agent refuses a value or there is no such agent.
     [[nodiscard]] bool setAgentData(const std::string& identifier, ManageableData& data);
-    /// Lets the agent of that identifier fill the values in; false when there is no such agent or a key is not its own.
+    /// Gets the values from the agent with that identifier, on the calling thread. Returns false if there is
+    /// no such agent or it does not serve a key.
     [[nodiscard]] bool getAgentData(const std::string& identifier, ManageableData& data);
 
-    /// The phone's own keys with their values, and those that agents have published.
+    /// Returns the phone's own keys and those that agents have published, with their values.
     [[nodiscard]] Keys values() const;
-    /// Those, and every other key that an agent observes, without a value.
+    /// Returns the same keys, and every other key that an agent observes, without a value.
     [[nodiscard]] KnownKeys knownKeys() const;
 
 private:
@@ -86,7 +90,8 @@ private:
                                  bool (MgmtAgentIfc::*operation)(ManageableData&));
     [[nodiscard]] RejectReason objectionTo(const std::string& key, const ManageableData& data) const;
     [[nodiscard]] bool store(const std::vector<Change>& changes);
-    /// Takes the changes over and posts a notification for each observer of each; m_changeMutex must be held.
+    /// Applies the changes and posts a notification for each observer of each. Requires: m_changeMutex is
+    /// held.
     void apply(const std::vector<Change>& changes);
 
     // Constant after construction.
@@ -94,7 +99,8 @@ private:
     const std::string m_line;
     const Post m_post;
 
-    /// Orders changes: held from the storing of a change to the posting of its notifications, and taken before m_mutex.
+    /// Orders changes: held from the storing of a change to the posting of its notifications. Lock order:
+    /// before m_mutex.
     std::mutex m_changeMutex;
 
     mutable std::mutex m_mutex;

@@ -41,8 +41,8 @@ std::string LocalMgmtInvoker::responseTo(std::string_view message, Executable* t
     auto* const management = dynamic_cast<LocalManagement*>(target);
     const auto request = journalxml::parseManagementRequest(message);
     if (management == nullptr || !request) {
-        logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "a request for settings cannot be carried out: %s",
-                  request ? "there is no management" : "it cannot be read");
+        logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "a request for settings failed: %s",
+                  request ? "there is no management" : "it is not valid");
         return JournalServiceHelper::FAILURE;
     }
     return journalxml::buildManagementResponse(managementResponseTo(*request, SettingsFacade(*management)));

@@ -7,12 +7,10 @@
 
 namespace host {
 
-/// Carries out the requests of remote clients for settings (docs/messages.md, "Settings"). The target of its messages is
-/// the line's `LocalManagement`.
+/// Executes the settings requests of remote clients (docs/messages.md, "Settings"). The target of its
+/// messages is the line's `LocalManagement`. The response to a request that is invalid or fails is "failure".
 ///
-/// Whatever cannot be read, or fails, is answered "failure". Every message is answered exactly once, and nothing is thrown.
-///
-/// Threads: any number at a time; it has no state.
+/// Thread-safe; stateless.
 class LocalMgmtInvoker final : public TextInvoker {
 public:
     LocalMgmtInvoker() : TextInvoker("Settings") {}

@@ -53,7 +53,7 @@ auto find(std::string_view key) noexcept {
                         [key](const auto& each) { return each.first == key; });
 }
 
-/// "A or B" holds both words.
+/// `values` is "A or B".
 bool isOneOf(std::string_view values, std::string_view value) noexcept {
     constexpr std::string_view kOr = " or ";
     const std::size_t at = values.find(kOr);

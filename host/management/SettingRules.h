@@ -4,14 +4,17 @@
 
 namespace host {
 
-/// What a setting takes, for people: "true or false"; empty when any text does. Any thread may call.
+// The valid values of the settings. Pure functions; any thread may call.
+
+/// Returns the values that the setting accepts, for display: "true or false". Returns an empty text if it
+/// accepts any text.
 [[nodiscard]] std::string_view acceptedValues(std::string_view key) noexcept;
 
-/// Whether the journal reads the phone's key, or keeps it itself.
+/// True if the journal reads the phone's key or stores it itself.
 [[nodiscard]] bool isUsedByJournal(std::string_view key) noexcept;
 
-/// Whether the value means something to the phone's key. The management itself takes every text, and what means nothing
-/// counts as off or 0 there, which is not what a person who mistypes it wants. An empty text always means "not set".
+/// True if the value is valid for the phone's key. An empty text always is; it means "not set". The
+/// management itself accepts any text and treats an invalid one as off or 0, which would hide a typing error.
 [[nodiscard]] bool isAccepted(std::string_view key, std::string_view value) noexcept;
 
 }  // namespace host

@@ -16,14 +16,14 @@ using journalxml::Setting;
 constexpr const char* kJournalAgent = "JournalMgmtId";
 constexpr std::array<std::string_view, 4> kJournalKeys{"call-log-enabled", "clear-calllog",
                                                        "delete-missed-when-called", "missed-logging"};
-/// What the journal reads without observing it.
-constexpr std::array<std::string_view, 3> kReadNowAndThen{"mac-addr", "software-type", "voice-mail-e164"};
+/// Keys that the journal reads without observing them.
+constexpr std::array<std::string_view, 3> kUnobservedKeys{"mac-addr", "software-type", "voice-mail-e164"};
 
 bool isOfJournal(std::string_view key) {
     return std::find(kJournalKeys.begin(), kJournalKeys.end(), key) != kJournalKeys.end();
 }
 
-/// What would be taken, behind a refusal.
+/// Returns the end of a refusal, which names the accepted values.
 std::string hint(const std::string& key) {
     const std::string_view values = acceptedValues(key);
     return values.empty() ? std::string() : ": it takes " + std::string(values);
@@ -31,7 +31,7 @@ std::string hint(const std::string& key) {
 
 LocalManagement::KnownKeys keysOfPhone(const LocalManagement& management) {
     LocalManagement::KnownKeys known = management.knownKeys();
-    for (const std::string_view key : kReadNowAndThen) {
+    for (const std::string_view key : kUnobservedKeys) {
         known.try_emplace(std::string(key));
     }
     return known;
@@ -66,9 +66,9 @@ RejectReason SettingsFacade::set(const std::string& key, const std::string& valu
     if (!isOfJournal(key) && !find(key)) {
         return {eRejectDataInvalid, "There is no setting " + key};
     }
-    // The journal itself refuses wrong values for its keys but one, of which it passes over all values but one.
+    // The journal refuses invalid values for its own keys, except for "clear-calllog", where it ignores them.
     if ((!isOfJournal(key) || key == "clear-calllog") && !isAccepted(key, value)) {
-        return {eRejectDataInvalid, "The value for " + key + " is not taken" + hint(key)};
+        return {eRejectDataInvalid, "The value for " + key + " is not accepted" + hint(key)};
     }
     ManageableData data;
     data.populate(key, key, value);
@@ -79,8 +79,8 @@ RejectReason SettingsFacade::set(const std::string& key, const std::string& valu
     }
     const auto reason = data.getRejectReasons().find(key);
     if (reason == data.getRejectReasons().end() || reason->second.empty()) {
-        // An agent may refuse without a word: the value is none that it takes, or cannot be stored.
-        return {eRejectDataInvalid, "The value for " + key + " is not taken"};
+        // An agent may refuse without a reason: the value is invalid or cannot be stored.
+        return {eRejectDataInvalid, "The value for " + key + " is not accepted"};
     }
     return {reason->second.code,
             reason->second.text + (reason->second.code == eRejectDataInvalid ? hint(key) : std::string())};

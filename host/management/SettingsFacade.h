@@ -11,24 +11,24 @@ namespace host {
 
 class LocalManagement;
 
-/// The settings of one line as people see them: one list of keys, whoever keeps them. What belongs to the journal is
-/// asked of and changed by its agent ("JournalMgmtId"), everything else by the management.
+/// The settings of one line as users see them: one list of keys. The journal's agent ("JournalMgmtId") reads
+/// and changes the journal's keys, the management all others.
 ///
-/// A key of the phone is known when it has a value, when somebody observes it, or when the journal reads it now and then.
-/// Others are refused, so that a misspelt key does not vanish silently among the values; so are values that mean nothing to
-/// their key.
+/// A key of the phone exists if it has a value, if an agent observes it, or if the journal reads it without
+/// observing it. The facade refuses all other keys, so that a misspelt key is not stored silently, and
+/// invalid values.
 ///
-/// Threads: any; it has no state of its own. The agent runs on the calling thread.
+/// Thread-safe; stateless. The agent runs on the calling thread.
 class SettingsFacade {
 public:
-    /// The management is borrowed.
+    /// Requires: `management` outlives the facade.
     explicit SettingsFacade(LocalManagement& management) : m_management(management) {}
 
-    /// The journal's keys, then the phone's, each in the order of their names.
+    /// Returns the journal's keys and then the phone's, each sorted by name.
     [[nodiscard]] std::vector<journalxml::Setting> all() const;
-    /// Nothing when nobody knows the key.
+    /// Returns std::nullopt if the key does not exist.
     [[nodiscard]] std::optional<journalxml::Setting> find(const std::string& key) const;
-    /// Answers why it was not done; an empty reason when it was.
+    /// Returns the reason of a refusal; an empty one on success.
     [[nodiscard]] RejectReason set(const std::string& key, const std::string& value);
 
 private:

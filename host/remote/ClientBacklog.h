@@ -8,19 +8,20 @@
 
 namespace host {
 
-/// The frames that wait to be written to one client, in order.
+/// The queue of frames to write to one client.
 ///
-/// Notifications come whether or not the client reads, so their bytes are bounded. Answers are not counted: the server
-/// takes the next request of a client only when the answer to the last one is on its way, so at most one waits here.
+/// Notifications arrive even if the client does not read, so their bytes are limited. Responses are not
+/// counted: the server reads the next request of a client only after it has written the last response, so at
+/// most one response is queued.
 ///
-/// Threads: any thread may add; one writer takes.
+/// Thread-safe for adding and closing. Call `take` from the one writer only.
 class ClientBacklog {
 public:
     enum class Added {
-        eQueued,    ///< the writer is at work already
-        eWakeUp,    ///< the writer is idle and has to be told
-        eOverflow,  ///< the bound is exceeded: the client is to be cut off; told once
-        eClosed,    ///< the client is gone, or is being cut off; the frame is dropped
+        eQueued,    ///< the writer is active already
+        eWakeUp,    ///< the writer is idle; wake it
+        eOverflow,  ///< the limit is exceeded: disconnect the client; returned once
+        eClosed,    ///< the client is disconnected; the frame is dropped
     };
 
     explicit ClientBacklog(std::size_t maxNotificationBytes) : m_maxBytes(maxNotificationBytes) {}
@@ -28,10 +29,10 @@ public:
     [[nodiscard]] Added addNotification(std::string frame);
     [[nodiscard]] Added addResponse(std::string frame);
 
-    /// The next frame to write. When there is none, the writer counts as idle until `eWakeUp`.
+    /// Returns the next frame to write. If there is none, the writer is idle until `eWakeUp`.
     [[nodiscard]] std::optional<std::string> take();
 
-    /// Drops everything, now and later.
+    /// Drops all frames, present and future.
     void close();
 
 private:

@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kObserverInterface = "JournalServiceObserverIfc";
 
-/// Keeps the answer of one request until the invoker is through with it.
+/// Collects the response to one request until the invoker has finished.
 class SessionResponse final : public InvokerResponse {
 public:
     explicit SessionResponse(const std::string& requester) : m_requester(requester) {}
@@ -64,7 +64,7 @@ void ClientSession::close(const std::string& reason) {
         return;
     }
     if (reason.empty()) {
-        logAppUni("Remote", __FILE_NAME__, 6, __LINE__, "%s is gone", m_name.c_str());
+        logAppUni("Remote", __FILE_NAME__, 6, __LINE__, "%s is disconnected", m_name.c_str());
     } else {
         logAppUni("Remote", __FILE_NAME__, 3, __LINE__, "%s is cut off: %s", m_name.c_str(), reason.c_str());
     }
@@ -74,7 +74,7 @@ void ClientSession::close(const std::string& reason) {
     m_strand.post([this] { detach(); });
 }
 
-// The texts of the journal are the same in every protocol that this transport knows: it knows one.
+// The transport supports one protocol only.
 void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
 
 void ClientSession::send(const std::string& request) {
@@ -93,12 +93,12 @@ void ClientSession::readLength() {
                          if (length) {
                              self->readBody(*length);
                          } else {
-                             self->close("it announced a frame of an impossible length");
+                             self->close("it sent a frame with an invalid length");
                          }
                      });
 }
 
-// The buffer grows with what arrives, so announcing much and sending little costs the sender nothing but its time.
+// The buffer grows with the received bytes, so a client cannot allocate memory by announcing a long frame.
 void ClientSession::readBody(std::size_t length) {
     asio::async_read(m_socket, asio::dynamic_buffer(m_body, length), asio::transfer_exactly(length),
                      [self = shared_from_this()](const asio::error_code& error, std::size_t) {
@@ -112,7 +112,7 @@ void ClientSession::readBody(std::size_t length) {
                                        frame->kind == RemoteFrame::Kind::eMethod)) {
                              self->take(std::move(*frame));
                          } else {
-                             self->close("it sent a frame that is no request");
+                             self->close("it sent a frame that is not a request");
                          }
                      });
 }
@@ -125,7 +125,7 @@ void ClientSession::take(RemoteFrame frame) {
 
 void ClientSession::respond(std::uint32_t id, const std::string& text) {
     if (text.size() > RemoteFrame::kMaxTextBytes) {
-        close("the answer to its request is too long");
+        close("the response to its request is too long");
         return;
     }
     handleQueued(m_backlog.addResponse(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text)));
@@ -195,7 +195,7 @@ void ClientSession::handle(const RemoteFrame& request) {
         if (self && complete) {
             self->respond(id, text);
         } else if (self) {
-            self->close("its request was not answered");
+            self->close("its request got no response");
         }
     });
 }

@@ -18,39 +18,45 @@ namespace host {
 
 /// One connected client of the remote server.
 ///
-/// The road of a request:
-///  1. The server's reader thread reads one frame and hands it to the client's strand; it reads nothing more of this
-///     client for now.
-///  2. The strand, on a thread of the server's pool, lets the invoker handle the request.
-///  3. The reader thread writes the answer, and then reads the next frame.
+/// The sequence of a request:
+///  1. The server's reader thread reads one frame, posts it to the client's strand, and stops reading from
+///     this client.
+///  2. The strand, on a thread of the server's pool, calls the invoker.
+///  3. The reader thread writes the response, and then reads the next frame.
 ///
-/// The road of a notification: the journal calls the client's proxy on whatever thread changed a list; the proxy sends
-/// through `ProxyRequest`, which only puts the frame into the backlog and wakes the reader thread to write it.
+/// The sequence of a notification:
+///  1. The journal calls the client's proxy on the thread that changed a list.
+///  2. The proxy sends through `ProxyRequest`, which adds the frame to the backlog and wakes the reader
+///     thread.
+///  3. The reader thread writes the frame.
 ///
-/// The end: whatever is wrong with the client (gone, malformed frame, backlog full) closes its socket. Behind the
-/// request that may still be at work, the strand unsubscribes the proxy, takes it out of the framework and destroys
-/// it; then the server forgets the session.
+/// The sequence of the end:
+///  1. The reader thread closes the socket: the client has disconnected, sent a malformed frame, or its
+///     backlog is full.
+///  2. After a request that may still be in progress, the strand unsubscribes the proxy, removes it from the
+///     framework and destroys it.
+///  3. The server removes the session.
 ///
-/// Threads: the reader thread, except where an operation says otherwise.
+/// Call from the reader thread only, except where an operation states otherwise.
 class ClientSession final : public ProxyRequest, public std::enable_shared_from_this<ClientSession> {
 public:
     using Socket = asio::local::stream_protocol::socket;
 
-    /// `gone` is called once, on the reader thread, when nothing of the session is at work any more.
+    /// The session calls `gone` once, on the reader thread, when it has no work left.
     ClientSession(Socket socket, std::string name, RemoteBackend& backend, WorkerPool& workers,
                   std::size_t maxBacklogBytes, std::function<void()> gone);
 
-    /// Makes the client's proxy and begins to read.
+    /// Creates the client's proxy and begins to read.
     void start();
-    /// Begins the end; `reason` is logged unless it is empty. Idempotent.
+    /// Disconnects the client and logs `reason` unless it is empty. Idempotent.
     void close(const std::string& reason);
 
-    // ProxyRequest; any thread
+    // ProxyRequest. Any thread may call.
     void selectProtocol(const std::string& protocolName) override;
     void send(const std::string& request) override;
 
 private:
-    // The reader thread.
+    // Call from the reader thread only.
     void readLength();
     void readBody(std::size_t length);
     void take(RemoteFrame frame);
@@ -58,7 +64,7 @@ private:
     void handleQueued(ClientBacklog::Added added);
     void writeNext();
 
-    // The client's strand.
+    // Call from the client's strand only.
     void attach();
     void handle(const RemoteFrame& request);
     void detach();
@@ -72,14 +78,14 @@ private:
     // Has its own lock.
     ClientBacklog m_backlog;
 
-    // The reader thread's.
+    // Used by the reader thread only.
     Socket m_socket;
     std::array<char, RemoteFrame::kLengthBytes> m_length{};
     std::string m_body;
     std::string m_writing;
     bool m_closing = false;
 
-    // The strand's; the strand itself comes last, so that it is closed first.
+    // Used by the strand only. The strand itself is the last member, so that it is closed first.
     std::unique_ptr<Proxy> m_proxy;
     Strand m_strand;
 };

@@ -9,20 +9,20 @@
 
 namespace host {
 
-/// Lets remote clients speak more than one vocabulary: a message goes to the invoker of its outermost element, with that
-/// invoker's own target; every other message goes to the one for the fallback, with the target that the server named.
+/// Routes each message of a remote client to the invoker that is registered for its root element, with that
+/// invoker's own target. All other messages go to the fallback invoker, with the target of the server.
 ///
-/// Everything is borrowed and outlives the router; the invokers are initialised by whoever made them.
-///
-/// Threads: `add` and `setChangeListener` before the first message; then any number at a time, as the invokers themselves.
+/// Thread-safe after set-up: call `add` and `setChangeListener` before the first message.
+/// Lifetime: the invokers and targets outlive the router. Their owner initialises the invokers.
 class InvokerRouter final : public Invoker {
 public:
     explicit InvokerRouter(Invoker& fallback) : m_fallback(fallback) {}
 
     void add(const std::string& rootName, Invoker& invoker, Executable& target);
 
-    /// `listener` is called behind every request that may have changed the journal's lists without a word to its observers:
-    /// all of the journal's own but those that read, and those that set a setting. On the thread that handles the request.
+    /// The router calls `listener` after every request that may have changed the journal's lists without
+    /// notifying its observers: a request to the journal that does not only read, or one that changes a
+    /// setting. It calls on the thread that handles the request.
     void setChangeListener(std::function<void()> listener) { m_changeListener = std::move(listener); }
 
     void handleMessage(Executable* target, const char* message, int length,
@@ -35,7 +35,7 @@ private:
         Executable& target;
     };
 
-    // Constant once messages come.
+    // Constant after set-up.
     Invoker& m_fallback;
     std::map<std::string, Destination, std::less<>> m_destinations;
     std::function<void()> m_changeListener;

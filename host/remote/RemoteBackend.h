@@ -10,17 +10,17 @@
 
 namespace host {
 
-/// What a remote server serves. Everything is borrowed, and outlives the server.
+/// The service, the invokers and the framework of a remote server. Requires: all of them outlive the server.
 struct RemoteBackend {
-    /// The service that requests are for. A client subscribes with it as `JournalServiceObserverSubscriptionIfc`.
+    /// The target of requests. Clients subscribe to it through `JournalServiceObserverSubscriptionIfc`.
     Executable& target;
-    /// Handles requests; initialised with `framework`.
+    /// Handles requests. Requires: initialised with `framework`.
     Invoker& invoker;
-    /// Handles methods in the text protocol; initialised with `framework`.
+    /// Handles methods in the text protocol. Requires: initialised with `framework`.
     Invoker& methodInvoker;
-    /// Where the invokers find the clients' proxies and the protocol.
+    /// Has the clients' proxies and the protocol, for the invokers.
     HostFrameworkContext& framework;
-    /// Makes one client's observer proxy; may throw. Called on threads of the server's own.
+    /// Creates the observer proxy of one client. May throw. The server calls it on threads of its own.
     std::function<std::unique_ptr<Proxy>()> makeObserverProxy;
 };
 

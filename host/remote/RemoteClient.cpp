@@ -127,7 +127,7 @@ std::optional<RemoteFrame> RemoteClient::takeReceived() {
         frame = RemoteFrame::readBody(std::string_view(m_received).substr(head.size(), *length));
     }
     if (!frame) {
-        throw broken(m_path, "carries something else than frames");
+        throw broken(m_path, "carries data that is not a frame");
     }
     m_received.erase(0, head.size() + *length);
     return frame;
@@ -141,7 +141,7 @@ bool RemoteClient::waitUntilReady(short events, const Deadline& deadline, int in
             const auto span = *deadline - std::chrono::steady_clock::now();
             const auto ms = std::chrono::ceil<std::chrono::milliseconds>(span).count();
             if (ms <= 0) {
-                throw RemoteError("calljournal at " + m_path + " does not answer");
+                throw RemoteError("calljournal at " + m_path + " does not respond");
             }
             left = static_cast<int>(std::min<std::int64_t>(ms, 3600 * 1000));
         }

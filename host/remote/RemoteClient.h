@@ -13,25 +13,25 @@
 
 namespace host {
 
-/// A client of the server in a data directory: sends requests (`journalxml::buildRequest`), and takes answers and
-/// notifications as they come.
+/// A client of the server in a data directory. Sends requests (`journalxml::buildRequest`) and receives
+/// responses and notifications.
 ///
-/// Threads: one. Errors: `RemoteError`; a client that has thrown one is of no further use.
+/// Not thread-safe. Errors: operations throw `RemoteError`; do not use the client afterwards.
 class RemoteClient {
 public:
-    /// Connects. Throws when no server runs there.
+    /// Connects. Throws if no server runs there.
     explicit RemoteClient(const std::filesystem::path& dataDirectory);
 
-    /// Sends one request and waits for its answer, empty when it has no text. Notifications that come meanwhile are
-    /// kept for `nextNotification`.
+    /// Sends one request and waits for its response, which may be empty. Stores notifications that arrive
+    /// meanwhile for `nextNotification`. Throws if there is no response within `limit`.
     [[nodiscard]] std::string call(const std::string& request,
                                    std::chrono::milliseconds limit = std::chrono::seconds(30));
 
-    /// The notifications that came during calls and are not taken yet.
+    /// Removes and returns the notifications that arrived during calls.
     [[nodiscard]] std::deque<std::string> takeNotifications() { return std::exchange(m_notifications, {}); }
 
-    /// The next notification, as soon as there is one; nothing when `interrupt`, a descriptor, became readable first.
-    /// -1 stands for none. Throws when the server goes away.
+    /// Waits for the next notification. Returns std::nullopt if the descriptor `interrupt` becomes readable
+    /// first; -1 means no descriptor. Throws if the server disconnects.
     [[nodiscard]] std::optional<std::string> nextNotification(int interrupt = -1);
 
 private:
@@ -39,10 +39,10 @@ private:
 
     std::string exchange(RemoteFrame::Kind kind, const std::string& text, std::chrono::milliseconds limit);
     void sendAll(const std::string& bytes, const Deadline& deadline);
-    /// One frame; nothing when it was interrupted before the frame was complete.
+    /// Returns one frame, or std::nullopt if it is interrupted before the frame is complete.
     std::optional<RemoteFrame> receive(const Deadline& deadline, int interrupt);
     std::optional<RemoteFrame> takeReceived();
-    /// False when it was interrupted.
+    /// Returns false if it is interrupted.
     bool waitUntilReady(short events, const Deadline& deadline, int interrupt) const;
 
     const std::string m_path;

@@ -4,7 +4,8 @@
 
 namespace host {
 
-/// Something between a client and the server went wrong. `what()` says what, and what to do next, ready to be shown.
+/// The connection between a client and the server has failed. `what()` is a message for the user, with the
+/// next step.
 class RemoteError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

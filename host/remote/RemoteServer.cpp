@@ -67,7 +67,7 @@ private:
         });
     }
 
-    // What hinders an accept (no descriptor free, say) rarely goes away at once.
+    // The cause of a failed accept (no free descriptor, for example) lasts for a while.
     void acceptLater() {
         m_retry.expires_after(std::chrono::milliseconds(500));
         m_retry.async_wait([this](const asio::error_code& error) {
@@ -79,7 +79,7 @@ private:
 
     void admit(ClientSession::Socket socket) {
         if (m_sessions.size() >= m_limits.maxClients) {
-            logAppUni("Remote", __FILE_NAME__, 3, __LINE__, "a client is turned away: %zu are connected",
+            logAppUni("Remote", __FILE_NAME__, 3, __LINE__, "a client is rejected: %zu are connected",
                       m_sessions.size());
             return;
         }
@@ -119,21 +119,22 @@ private:
     RemoteBackend m_backend;
     const RemoteLimits m_limits;
 
-    // The reader thread's, which is the one that runs m_io.
+    // Used by the reader thread only, which runs m_io.
     asio::io_context m_io{1};
     asio::executor_work_guard<asio::io_context::executor_type> m_alive{m_io.get_executor()};
     asio::local::stream_protocol::acceptor m_acceptor;
     asio::steady_timer m_retry;
     bool m_stopping = false;
     unsigned long m_lastClient = 0;
-    /// A client has one request at work: with a thread for each, those that wait for the switch hold up nobody.
+    /// Each client has at most one request in progress. With a thread for each, requests that wait delay no
+    /// other.
     WorkerPool m_workers;
     std::map<std::string, std::shared_ptr<ClientSession>> m_sessions;
 
-    /// For everybody.
+    /// Any thread may read it.
     std::atomic<std::size_t> m_sessionCount{0};
 
-    // The owner's.
+    // Used by the owner's thread only.
     std::thread m_thread;
 };
 

@@ -10,36 +10,37 @@ namespace host {
 class ServerSocket;
 
 struct RemoteLimits {
-    /// A further client is turned away with a log line.
+    /// The server rejects and logs any further client.
     std::size_t maxClients = 256;
-    /// Bytes of notifications that may wait for one client, frames included; a client beyond it is cut off.
+    /// The bytes of queued notifications for one client, with their frames. A client that exceeds it is
+    /// disconnected.
     std::size_t maxBacklogBytes = 4U * 1024U * 1024U;
 };
 
 /// Serves remote clients of the journal over the Unix socket (docs/messages.md, "Framing on the socket").
 ///
-/// Every client has a name of its own ("client-1", "client-2", ...), never used again, and an observer proxy
-/// that is registered under it before its first request is handled. Requests of one client are handled in order,
-/// those of different clients side by side on a small pool, which grows while all of its threads are at work. So neither
-/// slow requests, however many clients have one, nor a client that does not read holds up another.
+/// Every client has a unique name ("client-1", "client-2", ...) and an observer proxy that is registered
+/// under this name before its first request. The server handles the requests of one client in order, and
+/// those of different clients concurrently on a small pool, which grows while all of its threads are busy. So
+/// neither slow requests nor a client that does not read delay other clients.
 ///
-/// Threads: `start` and `stop` belong to the owner. Lifetime: the backend stays until `stop` has returned.
+/// Threads: the owner calls `start` and `stop`. Lifetime: the backend lives until `stop` has returned.
 class RemoteServer {
 public:
-    /// Takes the listener of `socket`, which stays the owner's and outlives the server.
+    /// Takes the listener of `socket`. Requires: `socket` outlives the server.
     RemoteServer(ServerSocket& socket, RemoteBackend backend, RemoteLimits limits = {});
     /// Stops the server if it still runs.
     ~RemoteServer();
     RemoteServer(const RemoteServer&) = delete;
     RemoteServer& operator=(const RemoteServer&) = delete;
 
-    /// Begins to accept. Once only.
+    /// Begins to accept clients. Call once only.
     void start();
-    /// Accepts nothing more, closes every client, and returns when all are unsubscribed and their proxies destroyed.
-    /// Idempotent.
+    /// Stops accepting, disconnects every client, and waits until all are unsubscribed and their proxies are
+    /// destroyed. Idempotent.
     void stop();
 
-    /// How many clients are connected. Any thread.
+    /// Returns the number of connected clients. Any thread may call.
     [[nodiscard]] std::size_t clientCount() const noexcept;
 
 private:

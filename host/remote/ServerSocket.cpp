@@ -27,7 +27,7 @@ RemoteError taken(const std::filesystem::path& socket) {
 }  // namespace
 
 ServerSocket::ServerSocket(const std::filesystem::path& dataDirectory) : m_path(dataDirectory / kSocketName) {
-    claimDirectory(dataDirectory);
+    lockDirectory(dataDirectory);
     removeStaleSocket();
     listen(dataDirectory);
 }
@@ -37,7 +37,7 @@ ServerSocket::~ServerSocket() {
     std::filesystem::remove(m_path, ignored);
 }
 
-void ServerSocket::claimDirectory(const std::filesystem::path& directory) {
+void ServerSocket::lockDirectory(const std::filesystem::path& directory) {
     m_directory = FileDescriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!m_directory.isOpen()) {
         throw failed("cannot use the data directory", directory, errno);
@@ -54,7 +54,7 @@ void ServerSocket::removeStaleSocket() const {
         return;
     }
     if (!S_ISSOCK(status.st_mode)) {
-        throw RemoteError(m_path.string() + " is in the way and is no socket: remove it");
+        throw RemoteError(m_path.string() + " exists and is not a socket: remove it");
     }
     if (::unlink(m_path.c_str()) != 0) {
         throw failed("cannot replace the socket of an earlier run,", m_path, errno);
@@ -64,7 +64,7 @@ void ServerSocket::removeStaleSocket() const {
 void ServerSocket::listen(const std::filesystem::path& directory) {
     const sockaddr_un address = socketAddressIn(directory);
     m_listener = FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    // The mode of the socket before it has a name is the mode that the file is made with: nobody else can ever open it.
+    // Set before `bind`: the file is created with this mode, so no other user can ever open it.
     if (!m_listener.isOpen() || ::fchmod(m_listener.get(), S_IRUSR | S_IWUSR) != 0 ||
         ::bind(m_listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(m_listener.get(), SOMAXCONN) != 0) {

@@ -10,8 +10,8 @@ namespace host {
 /// The file name of the server's socket in the data directory.
 inline constexpr const char* kSocketName = "calljournal.sock";
 
-/// The address of the socket in `dataDirectory`. Throws `RemoteError` when the path is longer than the system takes
-/// for a socket. Any thread.
+/// Returns the address of the socket in `dataDirectory`. Throws `RemoteError` if the path is too long for a
+/// socket. Any thread may call.
 [[nodiscard]] sockaddr_un socketAddressIn(const std::filesystem::path& dataDirectory);
 
 }  // namespace host

@@ -8,10 +8,11 @@
 
 namespace host {
 
-// The platform services that a phone under this host does not have. Each implements its interface so that the journal
-// keeps the log itself. All are stateless; any thread may call.
+// The platform services that a phone under this host does not have. Each implements its interface so that the
+// journal keeps the log itself. All are stateless; any thread may call.
 
-/// Visitors of the phone, registered as "MobilityServiceIfc". There is no server that could keep a visitor's call log.
+/// Visitors of the phone, registered as "MobilityServiceIfc". There is no server that could keep a visitor's
+/// call log.
 class Mobility final : public Executable, public MobilityServiceIfc {
 public:
     /// Saves nothing and logs that. Returns true, because a retry would not help.
@@ -32,7 +33,8 @@ public:
     [[nodiscard]] bool isRunning() override { return false; }
 };
 
-/// The web-services interface, registered as "WSIServiceIfc". The current user never uses unified communications.
+/// The web-services interface, registered as "WSIServiceIfc". The current user never uses unified
+/// communications.
 class WebServices final : public Executable, public WSIServiceIfc {
 public:
     [[nodiscard]] bool isCurrentUserUC() override { return false; }

@@ -2,7 +2,8 @@
 
 namespace host {
 
-/// The sub-platform variant that `HardwareVersion` returns in this process, which stands for a phone of that variant.
+/// The sub-platform variant that `HardwareVersion` returns in this process, which stands for a phone of that
+/// variant.
 ///
 /// Thread-safe.
 class HardwareVariant {

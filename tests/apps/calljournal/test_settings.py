@@ -59,7 +59,7 @@ class SettingsTest(ProgramTest):
         self.assertIn("Data invalid for missed-logging: it takes 0 or 1", self.refuses("missed-logging", "perhaps"))
         for key, value, taken in (("server-based-features", "yes", "true or false"), ("bt-hw-state", "true", "on or off"),
                                   ("sntp-tz-offset", "1h", "a number"), ("clear-calllog", "no", "true or false")):
-            self.assertIn("The value for %s is not taken: it takes %s" % (key, taken), self.refuses(key, value))
+            self.assertIn("The value for %s is not accepted: it takes %s" % (key, taken), self.refuses(key, value))
         self.assertIn("call-log-enabled", self.refuses("call-log-enabled", "perhaps"))
         self.assertIn("There is no setting system-identifer", self.refuses("system-identifer", "2"))
         self.assertIn("`%s settings --data" % os.environ["CALLJOURNAL"], self.refuses("system-identifer"))

@@ -15,7 +15,7 @@ void setVariable(const char* name, const char* value) {
     static_cast<void>(value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1));
 }
 
-TEST(DataDirectory, FollowsTheEnvironment) {
+TEST(DataDirectory, IsChosenByTheEnvironment) {
     const struct {
         const char* state;
         const char* home;
@@ -38,7 +38,7 @@ TEST(DataDirectory, FollowsTheEnvironment) {
     }
 }
 
-TEST(DataDirectory, IsRefusedWhereAFileStands) {
+TEST(DataDirectory, IsRefusedIfAFileIsInItsPlace) {
     const TemporaryDirectory temporary;
     const auto file = temporary.path() / "file";
     std::ofstream(file) << "x";

@@ -15,7 +15,7 @@ std::string normalised(std::string number, const std::string& region = "DE") {
     return number;
 }
 
-TEST(DigitAnalysis, BringsTheSpellingsOfANumberTogetherAndLeavesWhatIsDialledInsideOrLocally) {
+TEST(DigitAnalysis, NormalisesTheSpellingsOfANumber) {
     for (const auto& row : journaltest::table(3, R"(
         DE | +4930123456    | 030 / 1234-56; (030) 12.34.56; 0049 (0) 30 123456; +49 030 123456
         DE | +4915550100123 | 01555 0100123
@@ -27,15 +27,12 @@ TEST(DigitAnalysis, BringsTheSpellingsOfANumberTogetherAndLeavesWhatIsDialledIns
         DE | 4711           | 47-11
         DE | 110            | 110
         DE | 123456         | 123 456
-        DE | 03012          | 03012
         DE | *614711#       | *61 4711#
         DE | 81030123456    | 810 30 123456
         DE | 000            | 000
-        DE | 0              | 0
         DE | +49            | +49
         DE | +9994711       | +999 4711
         US | 5550100        | 555-0100
-        US | 911            | 911
         LU | 4711           | 4711
         XX | 030123456      | 030 123456
         )")) {
@@ -44,25 +41,25 @@ TEST(DigitAnalysis, BringsTheSpellingsOfANumberTogetherAndLeavesWhatIsDialledIns
         }
     }
     EXPECT_EQ(normalised("\t+1-202-555-0100 "), "+12025550100");
-    // Marks of direction, a no-break space and a no-break hyphen, as they are pasted from documents.
+    // Pasted from a document: marks of direction, a no-break space and a no-break hyphen.
     EXPECT_EQ(normalised("\u202d+49\u00a030 123\u2011456\u202c"), "+4930123456");
 }
 
-TEST(DigitAnalysis, LeavesWhatIsNoNumberAsItIs) {
+TEST(DigitAnalysis, LeavesOtherTextsUnchanged) {
     for (const char* const text : {"", "-", "( )", "+", "sip:ada.miller@example.org", "ada miller", "49+30",
                                    "++49", "1800-FLOWERS", "\xc3\xbc 12", "12,34"}) {
         EXPECT_EQ(normalised(text), text);
     }
 }
 
-TEST(DigitAnalysis, NormalisesANumberOnlyOnce) {
+TEST(DigitAnalysis, NormalisesIdempotently) {
     for (const char* const text : {"0049 (0)30 123456", "+49 00 30 123456", "00 49", "000 30 12345",
                                    "030/1234567", "(((", "00(0)1", "0711 711"}) {
         EXPECT_EQ(normalised(normalised(text)), normalised(text)) << text;
     }
 }
 
-TEST(DigitAnalysis, KnowsAFeatureAccessCodeAloneAndBeforeANumber) {
+TEST(DigitAnalysis, RecognisesAFeatureAccessCodeAloneAndBeforeANumber) {
     DigitAnalysis digits("DE", {"*61", "# 7 2", "", " "});
     for (const char* const code : {"*61", "*614711", "* 61 (4711)", "#72", "#72#"}) {
         EXPECT_TRUE(digits.isFeatureAccessCode(code)) << code;

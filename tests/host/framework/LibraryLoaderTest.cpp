@@ -16,8 +16,8 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::ThrowsMessage;
 
-// That the library of the journal is loaded, and what its factories make works, is what the program's own tests show.
-TEST(LibraryLoader, NamesWhatAFileOrALibraryLacks) {
+// The tests of the program load the journal's own library.
+TEST(LibraryLoader, NamesTheMissingFileOrFunction) {
     EXPECT_THAT([] { return LibraryLoader("/nowhere/libjournalservice.so").createJournalService(); },
                 ThrowsMessage<LibraryError>(
                     HasSubstr("cannot load the service library /nowhere/libjournalservice.so")));

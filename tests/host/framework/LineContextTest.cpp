@@ -27,7 +27,8 @@ namespace {
 using std::chrono::milliseconds;
 using Ids = std::vector<int>;
 
-/// An alarm clock whose time a test moves by hand. Alarms ring on the thread that calls `advance`, outside the lock.
+/// An alarm clock that a test advances by hand. Alarms ring on the thread that calls `advance`, without the
+/// lock.
 class ManualAlarmClock final : public AlarmClock {
     using Ring = std::function<void()>;
 
@@ -39,7 +40,7 @@ public:
         return held;
     }
 
-    /// Moves the time and rings what is due, the earliest first.
+    /// Advances the time and rings the alarms that are due, the earliest first.
     void advance(milliseconds step) {
         std::unique_lock lock(m_mutex);
         m_now += step;
@@ -61,42 +62,43 @@ private:
 
     std::mutex m_mutex;
     milliseconds m_now{0};
-    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // those of alarms that are held
+    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // of alarms that still exist
 };
 
-/// Notes what happens to it on the strand, and what happens elsewhere but should not; stays in `run` until it is shut down.
-class NotingService final : public Service {
+/// Records its life cycle, and "elsewhere" for an operation that is not on the strand. Stays in `run` until
+/// `shutdown`.
+class RecordingService final : public Service {
 public:
-    NotingService(const Strand& strand, std::string& notes, bool broken)
-        : m_strand(strand), m_notes(notes), m_broken(broken) {}
-    ~NotingService() override { note("destroyed"); }
+    RecordingService(const Strand& strand, std::string& calls, bool broken)
+        : m_strand(strand), m_calls(calls), m_broken(broken) {}
+    ~RecordingService() override { record("destroyed"); }
 
     void init(Context&) override {
-        note("init");
+        record("init");
         if (m_broken) {
             throw std::runtime_error("no init today");
         }
     }
     void run() override { m_ended.get_future().wait(); }
     void shutdown() override {
-        note("shutdown");
+        record("shutdown");
         m_ended.set_value();
     }
     void timerEvent(int) override {}
 
 private:
-    void note(const std::string& what) { m_notes += what + (m_strand.isCurrent() ? " " : " elsewhere "); }
+    void record(const std::string& what) { m_calls += what + (m_strand.isCurrent() ? " " : " elsewhere "); }
 
     const Strand& m_strand;
-    std::string& m_notes;
+    std::string& m_calls;
     const bool m_broken;
     std::promise<void> m_ended;
 };
 
-/// Notes the timers that expired on the strand, and can react from inside the expiry.
-class TimerNotes final : public Executable {
+/// Records the timers that expire on the strand, and calls `m_react` from inside the expiry.
+class TimerRecorder final : public Executable {
 public:
-    explicit TimerNotes(const Strand& strand) : m_strand(strand) {}
+    explicit TimerRecorder(const Strand& strand) : m_strand(strand) {}
 
     void timerEvent(int id) override {
         m_expired.push_back(m_strand.isCurrent() ? id : -1);
@@ -112,7 +114,7 @@ public:
 
 class LineContextTest : public ::testing::Test {
 protected:
-    /// Time passes, and the strand has done what that brought.
+    /// Advances the time and completes the work that this posts.
     void passes(int ms) {
         m_clock.advance(milliseconds(ms));
         m_strand.drain();
@@ -124,8 +126,8 @@ protected:
                : verb == "restart" ? m_context->restartTimer(id)
                                    : m_context->deleteTimer(id);
     }
-    /// What comes of a timer of a second: the times at which it expired, "no" for each step that was refused, and at the end
-    /// whether it runs. The steps are what is done with it, and numbers of milliseconds that pass.
+    /// Returns the outcome for a timer of one second: the times of its expiries, "no" for each refused step,
+    /// and at the end "runs" or "rests". A step is a verb, or a number of milliseconds that pass.
     std::string outcome(const std::vector<std::string>& steps) {
         const int id = m_context->createTimer(m_handler, 1000);
         std::string outcome;
@@ -148,7 +150,7 @@ protected:
     Strand m_strand{m_pool};
     ManualAlarmClock m_clock;
     std::unique_ptr<LineContext> m_context = std::make_unique<LineContext>(m_strand, m_clock);
-    TimerNotes m_handler{m_strand};
+    TimerRecorder m_handler{m_strand};
 };
 
 TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
@@ -168,18 +170,18 @@ TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
     EXPECT_EQ(m_context->createTimer(m_handler, -1), -1);
 }
 
-// The alarm has rung and its expiry waits behind other work of the strand when that work takes the timer back.
-TEST_F(LineContextTest, AnExpiryThatWasDueBeforeItsTimerIsTakenBackIsNotDelivered) {
+// The alarm has rung, and its expiry is posted after other work of the strand. That work cancels the timer.
+TEST_F(LineContextTest, ACancelledTimerDoesNotExpireEvenIfItsAlarmHasRung) {
     int last = 0;
-    for (const char* const action : {"stop", "restart", "delete", "stop start", "all is over"}) {
+    for (const char* const action : {"stop", "restart", "delete", "stop start", "end"}) {
         const int id = m_context->createTimer(m_handler, 100);
-        EXPECT_GT(id, last) << "an id is never used again";
+        EXPECT_GT(id, last) << "ids are unique";
         last = id;
         m_context->startTimer(id);
         std::latch rung(1);
         m_strand.post([&] {
             rung.wait();
-            if (*action == 'a') {
+            if (*action == 'e') {
                 m_context.reset();
                 return;
             }
@@ -197,8 +199,8 @@ TEST_F(LineContextTest, AnExpiryThatWasDueBeforeItsTimerIsTakenBackIsNotDelivere
     }
 }
 
-TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiryAndLosesOnlyItsOwn) {
-    TimerNotes other(m_strand);
+TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiry) {
+    TimerRecorder other(m_strand);
     const int theirs = m_context->createTimer(other, 3000);
     const int hourly = m_context->createTimer(m_handler, 1000);
     const int once = m_context->createTimer(m_handler, 500);
@@ -217,18 +219,19 @@ TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiryAndLosesOnlyIts
     EXPECT_EQ(other.m_expired, Ids{theirs});
 }
 
-// That no timer reaches it afterwards is what the tests of the line show.
-TEST_F(LineContextTest, AHostedServiceIsLedThroughItsLifeOnTheStrandAndRunsBesideIt) {
+// LineTest shows that no timer reaches the service afterwards.
+TEST_F(LineContextTest, AHostedServiceHasItsLifeCycleOnTheStrandAndRunsBesideIt) {
     for (const bool broken : {false, true}) {
-        std::string notes;
-        HostedService hosted(std::make_unique<NotingService>(m_strand, notes, broken), m_strand, *m_context);
+        std::string calls;
+        HostedService hosted(std::make_unique<RecordingService>(m_strand, calls, broken), m_strand,
+                             *m_context);
         if (broken) {
             EXPECT_THROW(hosted.start(), std::runtime_error);
         } else {
             hosted.start();
         }
         hosted.stop();
-        EXPECT_EQ(notes, broken ? "init destroyed " : "init shutdown destroyed ");
+        EXPECT_EQ(calls, broken ? "init destroyed " : "init shutdown destroyed ");
         EXPECT_EQ(hosted.service(), nullptr);
     }
 }

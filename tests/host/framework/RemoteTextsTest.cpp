@@ -40,7 +40,7 @@ TEST(HostFrameworkContext, KeepsTheFirstProxyOfAnInterfaceAndClientUntilItIsRemo
     EXPECT_EQ(context.findProtocolAdapter(other), nullptr);
 }
 
-TEST(OperaTextAdapter, WritesWhatItsDescriptionShows) {
+TEST(OperaTextAdapter, EncodesAMethodAsDocumented) {
     Method method("getContactList", Method::Kind::eRequest, "client-7");
     method.addStringParameter("filter", "Ann M", Method::ParameterKind::eIn);
     method.addStringParameter("contactList", "<Entry>\n100%", Method::ParameterKind::eOut);
@@ -48,7 +48,7 @@ TEST(OperaTextAdapter, WritesWhatItsDescriptionShows) {
               "request getContactList client-7\nin filter Ann%20M\nout contactList <Entry>%0A100%25");
 }
 
-RC_GTEST_PROP(OperaTextAdapter, ReadsBackWhatItWroteWhateverTheBytes, ()) {
+RC_GTEST_PROP(OperaTextAdapter, DecodesWhatItEncodesForAnyBytes, ()) {
     const auto kinds = {Method::Kind::eRequest, Method::Kind::eResponse, Method::Kind::eNotification};
     Method method(*rc::gen::arbitrary<std::string>(), *rc::gen::elementOf(std::vector<Method::Kind>(kinds)),
                   *rc::gen::arbitrary<std::string>());
@@ -70,7 +70,7 @@ RC_GTEST_PROP(OperaTextAdapter, ReadsBackWhatItWroteWhateverTheBytes, ()) {
     }
 }
 
-TEST(OperaTextAdapter, RefusesWhatIsNoMessageAndLeavesTheMethodAlone) {
+TEST(OperaTextAdapter, RefusesAnInvalidMessageAndLeavesTheMethodUnchanged) {
     for (const char* const text :
          {"", "request", "request name", "request name source more", "order name source",
           "Request name source", "request na%2 source", "request na%2G source", "request name source%",

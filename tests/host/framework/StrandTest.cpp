@@ -28,11 +28,11 @@ protected:
     Strand m_strand{m_pool};
 };
 
-TEST_F(StrandTest, RunsOnePieceAtATimeInTheOrderOfEachPoster) {
+TEST_F(StrandTest, RunsOneWorkItemAtATimeInTheOrderOfEachPoster) {
     constexpr int kEach = 500;
     std::atomic<int> inside{0};
     std::atomic<bool> overlapped{false};
-    std::vector<std::vector<int>> seen(4);  // only the strand writes it
+    std::vector<std::vector<int>> seen(4);  // written by the strand only
     std::vector<std::jthread> posters;
     for (std::vector<int>& mine : seen) {
         posters.emplace_back([&] {
@@ -45,7 +45,7 @@ TEST_F(StrandTest, RunsOnePieceAtATimeInTheOrderOfEachPoster) {
             }
         });
     }
-    posters.clear();  // waits for them
+    posters.clear();  // joins them
     m_strand.drain();
     EXPECT_FALSE(overlapped);
     for (const std::vector<int>& numbers : seen) {
@@ -54,16 +54,7 @@ TEST_F(StrandTest, RunsOnePieceAtATimeInTheOrderOfEachPoster) {
     }
 }
 
-TEST_F(StrandTest, DoesNotHoldUpAnotherStrandOfItsPool) {
-    Strand quick(m_pool);
-    std::latch released(1);
-    m_strand.post([&] { released.wait(); });
-    EXPECT_TRUE(quick.runAndWait([] {}));
-    released.count_down();
-    m_strand.drain();
-}
-
-TEST_F(StrandTest, RunsWhatItIsGivenInsideItsOwnWorkLaterAndWhatIsWaitedForAtOnce) {
+TEST_F(StrandTest, InsideItsOwnWorkPostsForLaterAndRunsAndWaitsAtOnce) {
     std::vector<int> order;
     EXPECT_TRUE(m_strand.runAndWait([&] {
         EXPECT_TRUE(m_strand.isCurrent());
@@ -76,14 +67,14 @@ TEST_F(StrandTest, RunsWhatItIsGivenInsideItsOwnWorkLaterAndWhatIsWaitedForAtOnc
     EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
 }
 
-TEST_F(StrandTest, SurvivesWorkThatThrowsAndHandsItOnToWhoWaits) {
+TEST_F(StrandTest, ContinuesAfterAnExceptionAndPassesItToTheWaitingCaller) {
     m_strand.post([] { throw std::runtime_error("broken"); });
     m_strand.post([] { throw 7; });
     EXPECT_THROW(m_strand.runAndWait([] { throw std::runtime_error("broken"); }), std::runtime_error);
     EXPECT_TRUE(m_strand.runAndWait([] {}));
 }
 
-TEST_F(StrandTest, CloseFinishesWhatWasPostedAndTakesNothingMore) {
+TEST_F(StrandTest, CloseCompletesPostedWorkAndRefusesMore) {
     std::latch released(1);
     std::atomic<int> ran{0};
     m_strand.post([&] { released.wait(); });
@@ -97,7 +88,7 @@ TEST_F(StrandTest, CloseFinishesWhatWasPostedAndTakesNothingMore) {
     EXPECT_EQ(ran, 1);
 }
 
-TEST_F(StrandTest, ReleasesWhatWorkCapturedBeforeADrainReturns) {
+TEST_F(StrandTest, DestroysCapturedObjectsBeforeADrainReturns) {
     auto captured = std::make_shared<int>(1);
     const std::weak_ptr<int> watch = captured;
     m_strand.post([held = std::move(captured)] { static_cast<void>(held); });
@@ -115,8 +106,8 @@ TEST_F(StrandTest, ItsWeakPosterOutlivesIt) {
     EXPECT_FALSE(post([] { FAIL() << "ran after the strand was gone"; }));
 }
 
-// The lock shows that the alarm does not ring inside the call that sets it.
-TEST(AsioAlarmClock, RingsNotBeforeItsTimeNorWhenItIsDestroyedAndDoesNotHoldUpTheEndOfThePool) {
+// With the lock, an alarm that rang inside the call that sets it would deadlock.
+TEST(AsioAlarmClock, RingsAtItsTimeUnlessDestroyedAndDoesNotDelayTheEndOfThePool) {
     WorkerPool pool(1);
     AsioAlarmClock clock(pool);
     const auto far = clock.after(std::chrono::hours(1), [] { FAIL() << "rang early"; });

@@ -24,11 +24,11 @@ MissedCallItem missedFromAnn() {
     return item;
 }
 
-TEST(JournalLogObserver, WritesOneLineForEachChangeAndTellsItsListenerAlsoWhenTheLogIsOff) {
+TEST(JournalLogObserver, LogsEachChangeAndNotifiesItsListenerEvenIfTheLogIsOff) {
     JournalLogObserver observer("2001");
     std::vector<std::string> heard;
     observer.setListener([&heard](const std::string& sentence) { heard.push_back(sentence); });
-    // What a subscriber is presented with is no change.
+    // The contents that a new subscriber gets are no changes.
     observer.missedCallsUpdate(missedFromAnn(), "", JournalServiceObserverIfc::eItemAdded);
     observer.setSubscribed();
     observer.missedCallsCountUpdate(1);

@@ -35,21 +35,21 @@ namespace {
 
 using ::testing::ElementsAre;
 
-/// What happened to a journal, in order. Outlives it; the line orders the threads that write here.
-using Diary = std::vector<std::string>;
+/// The life cycle of a journal, in order. The line orders the threads that write here.
+using LifeCycle = std::vector<std::string>;
 
-/// A service that is registered everywhere where the journal is: with the switch, the management, its context's timers.
+/// A service that registers like the journal: with the switch, the management, and the timers of its context.
 class SmallJournal final : public Service,
                            public CSTAEventIfc,
                            public JournalServiceObserverSubscriptionIfc,
                            public MgmtAgentIfc {
 public:
-    SmallJournal(Diary& diary, std::atomic<int>& events) : m_diary(diary), m_events(events) {}
-    ~SmallJournal() override { note("destroyed"); }
+    SmallJournal(LifeCycle& lifeCycle, std::atomic<int>& events) : m_lifeCycle(lifeCycle), m_events(events) {}
+    ~SmallJournal() override { record("destroyed"); }
 
     void init(Context& context) override;
     void run() override {}
-    void shutdown() override { note("shutdown"); }
+    void shutdown() override { record("shutdown"); }
     void timerEvent(int id) override {
         ++m_events;
         m_context->startTimer(id);
@@ -57,8 +57,8 @@ public:
 
     void deliverEvent(CSTAEvent*) override { ++m_events; }
 
-    bool subscribeForJournalEvents(JournalServiceObserverIfc*) override { return note("subscribed"); }
-    bool unsubscribeForJournalEvents(JournalServiceObserverIfc*) override { return note("unsubscribed"); }
+    bool subscribeForJournalEvents(JournalServiceObserverIfc*) override { return record("subscribed"); }
+    bool unsubscribeForJournalEvents(JournalServiceObserverIfc*) override { return record("unsubscribed"); }
 
     bool setData(ManageableData&) override { return true; }
     bool getData(ManageableData&) override { return true; }
@@ -66,8 +66,8 @@ public:
     bool resetUserData() override { return true; }
 
 private:
-    bool note(const std::string& what) {
-        m_diary.push_back(what);
+    bool record(const std::string& what) {
+        m_lifeCycle.push_back(what);
         return true;
     }
     template <typename Interface>
@@ -77,23 +77,24 @@ private:
         return found;
     }
 
-    Diary& m_diary;
+    LifeCycle& m_lifeCycle;
     std::atomic<int>& m_events;
     Context* m_context = nullptr;
 };
 
 void SmallJournal::init(Context& context) {
-    note("init");
+    record("init");
     m_context = &context;
     find<DataAccessServiceIfc>("DataAccessServiceIfc");
     find<DirectoryServiceIfc>("DirectoryServiceIfc");
     find<ClockServiceIfc>("ClockServiceIfc");
     find<DigitAnalysisServiceIfc>("DigitAnalysisServiceIfc");
-    find<MobilityServiceIfc>("MobilityServiceIfc");
-    find<TeamServiceIfc>("TeamServiceIfc");
-    find<UCServiceIfc>("UCServiceIfc");
-    find<PallaxServiceIfc>("PallaxServiceIfc");
-    find<WSIServiceIfc>("WSIServiceIfc");
+    EXPECT_TRUE(find<MobilityServiceIfc>("MobilityServiceIfc")->saveVisitorCallLog()) << "needs no retry";
+    EXPECT_FALSE(find<TeamServiceIfc>("TeamServiceIfc")->isLoggingMissedCalls("2002"));
+    EXPECT_FALSE(find<UCServiceIfc>("UCServiceIfc")->isRunning());
+    find<UCServiceIfc>("UCServiceIfc")->refreshJournal();
+    EXPECT_FALSE(find<PallaxServiceIfc>("PallaxServiceIfc")->isRunning());
+    EXPECT_FALSE(find<WSIServiceIfc>("WSIServiceIfc")->isCurrentUserUC());
     auto* const management = find<LocalMgmtIfc>("LocalMgmtIfc");
     management->registerAgent("JournalMgmtId", *this, 1);
     management->observe("software-type", *this);
@@ -102,7 +103,7 @@ void SmallJournal::init(Context& context) {
     request.setSourceService(this);
     request.setCSTAEventIfc(this);
     find<CSTAServiceIfc>("CSTAServiceIfc")->request(request);
-    // A timer that is always due: were one delivered too late, the destroyed service would be called.
+    // This timer is always due: an expiry that came too late would call the destroyed service.
     context.startTimer(context.createTimer(*this, 0));
 }
 
@@ -112,7 +113,7 @@ protected:
         m_switch.start();
         m_settings.link.port = m_switch.port();
         m_settings.managementFirst = {{"software-type", "Norlith Qorvex"}};
-        m_line = std::make_unique<Line>(m_settings, std::make_unique<SmallJournal>(m_diary, m_events),
+        m_line = std::make_unique<Line>(m_settings, std::make_unique<SmallJournal>(m_lifeCycle, m_events),
                                         m_database, m_pool, m_alarms);
         m_line->setStatusListener([this](CstaLink::Status status) {
             m_monitoring = status.monitoring;
@@ -124,7 +125,7 @@ protected:
     Database m_database{m_directory.path() / "journal.db"};
     WorkerPool m_pool{2};
     AsioAlarmClock m_alarms{m_pool};
-    Diary m_diary;
+    LifeCycle m_lifeCycle;
     std::atomic<int> m_events{0};
     std::atomic<bool> m_monitoring{false};
     SwitchSimulator m_switch{{.port = 0}};
@@ -132,7 +133,7 @@ protected:
     std::unique_ptr<Line> m_line;
 };
 
-TEST_F(LineTest, GivesTheJournalEveryServiceAndLeadsItThroughItsLifeAlsoWhenTheSwitchGoes) {
+TEST_F(LineTest, GivesTheJournalEveryServiceAndItsLifeCycleEvenIfTheSwitchDisconnects) {
     m_line->start();
     EXPECT_NE(m_line->journal(), nullptr);
     m_monitoring.wait(false);
@@ -141,15 +142,15 @@ TEST_F(LineTest, GivesTheJournalEveryServiceAndLeadsItThroughItsLifeAlsoWhenTheS
     m_line->stop();
     EXPECT_EQ(m_line->journal(), nullptr);
     m_line->stop();
-    EXPECT_THAT(m_diary, ElementsAre("init", "subscribed", "unsubscribed", "shutdown", "destroyed"));
+    EXPECT_THAT(m_lifeCycle, ElementsAre("init", "subscribed", "unsubscribed", "shutdown", "destroyed"));
 }
 
-TEST_F(LineTest, ALineThatIsNeverStartedTakesItsJournalAlong) {
+TEST_F(LineTest, DestroysTheJournalOfALineThatIsNeverStarted) {
     m_line.reset();
-    EXPECT_THAT(m_diary, ElementsAre("destroyed"));
+    EXPECT_THAT(m_lifeCycle, ElementsAre("destroyed"));
 }
 
-// Calls, timers and changed settings all the time: whatever came after the end would meet a destroyed journal.
+// With constant calls and timers, anything that came after the end would call a destroyed journal.
 TEST_F(LineTest, NothingReachesTheJournalOnceItIsStopped) {
     m_line->start();
     m_monitoring.wait(false);
@@ -161,7 +162,7 @@ TEST_F(LineTest, NothingReachesTheJournalOnceItIsStopped) {
     EXPECT_GT(atTheEnd, 0);
     m_line.reset();
     EXPECT_EQ(m_events, atTheEnd);
-    EXPECT_EQ(m_diary.back(), "destroyed");
+    EXPECT_EQ(m_lifeCycle.back(), "destroyed");
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// "rings a in": the event, its call, whether the own device is in the call behind it; "joined c a b", "transferred c in a b":
-/// the calls that it ends.
+/// Builds an event from "rings a in": the event, its call, and "in" or "out" for the own device after the
+/// event. Two more words are the calls that the event ends: "joined c a b", "transferred c in a b".
 std::unique_ptr<CSTAEvent> eventOf(const std::string& text) {
     const auto words = journaltest::split(text, ' ');
     const auto about = [&words](auto event) {
@@ -37,7 +37,7 @@ std::unique_ptr<CSTAEvent> eventOf(const std::string& text) {
                                     : about(CSTADeliveredEvent());
 }
 
-TEST(LiveCalls, CountsTheCallsThatTheLineIsIn) {
+TEST(LiveCalls, CountsTheCallsOfTheLine) {
     for (const auto& row : journaltest::table(2, R"(
         rings a in, rings b in, leaves a in, leaves a out, leaves b out                   | 1 2 2 1 0
         rings a in, diverted a out, leaves a out, named a out                             | 1 0 0 0

@@ -27,7 +27,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::SizeIs;
 
-TEST(LogText, ShowsWhatCouldBreakOrForgeALine) {
+TEST(LogText, EscapesTextThatCouldBreakOrForgeALine) {
     const std::pair<std::string, const char*> rows[] = {
         {"calling 4711", "calling 4711"},
         {"", ""},
@@ -47,7 +47,7 @@ TEST(LogText, ShowsWhatCouldBreakOrForgeALine) {
     }
 }
 
-TEST(LogText, CutsALongTextAndSaysHowMuchIsMissing) {
+TEST(LogText, CutsALongTextAndAppendsTheMissingSize) {
     const std::string longest(kMaxLogText, 'x');
     EXPECT_EQ(escapedLogText(longest), longest);
     EXPECT_EQ(escapedLogText(longest + "yyy"), longest + " ... (3 bytes more)");
@@ -77,7 +77,7 @@ private:
     TemporaryDirectory m_directory;
 };
 
-TEST_F(LogToFile, WritesTimeLevelComponentTextAndPlaceInOneLine) {
+TEST_F(LogToFile, WritesTimeLevelComponentTextAndSourceInOneLine) {
     logAppUni("Journal Service", "./src/JournalService", 3, 120, "%s has %d calls", "Ada\nforged", 7);
     ASSERT_THAT(lines(), SizeIs(1));
     const std::regex time(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z)");
@@ -85,7 +85,7 @@ TEST_F(LogToFile, WritesTimeLevelComponentTextAndPlaceInOneLine) {
               R"(TIME warning [Journal Service] Ada\nforged has 7 calls (./src/JournalService:120))");
 }
 
-TEST_F(LogToFile, WritesTheLevelsThatTheWordNames) {
+TEST_F(LogToFile, WritesTheLevelsOfTheWord) {
     const std::pair<const char*, int> words[] = {
         {"error", 2}, {"warning", 3}, {"info", 5}, {"debug", 6}, {"trace", 9}};
     for (const auto& [word, highest] : words) {
@@ -101,9 +101,9 @@ TEST_F(LogToFile, WritesTheLevelsThatTheWordNames) {
     }
 }
 
-TEST_F(LogToFile, DoesNotLookAtTheArgumentsOfALevelThatIsOff) {
-    // Formatting would read from this address.
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): it must not be one that can be read.
+TEST_F(LogToFile, DoesNotFormatForALevelThatIsOff) {
+    // Formatting would read from this address and crash.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): an address that cannot be read.
     const char* const trap = reinterpret_cast<const char*>(std::uintptr_t{1});
     logAppUni("any", "f", 6, 1, "%s", trap);
     EXPECT_THAT(lines(), SizeIs(0));
@@ -116,7 +116,7 @@ TEST_F(LogToFile, WritesTextsOfAnyLength) {
     }
 }
 
-TEST_F(LogToFile, AddsToAFileThatIsThereAndMakesANewOnePrivate) {
+TEST_F(LogToFile, AppendsToAFileAndCreatesItWithMode0600) {
     logAppUni("any", "f", 5, 1, "first");
     configure("info");
     logAppUni("any", "f", 5, 2, "second");
@@ -126,7 +126,7 @@ TEST_F(LogToFile, AddsToAFileThatIsThereAndMakesANewOnePrivate) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
-TEST_F(LogToFile, StaysAsItWasWhenItCannotBeConfigured) {
+TEST_F(LogToFile, StaysUnchangedIfTheConfigurationFails) {
     configure("error");
     EXPECT_THROW(Log::configure("loud", file()), std::runtime_error);
     EXPECT_THROW(Log::configure("debug", file() + "/below-a-file"), std::runtime_error);
@@ -135,7 +135,7 @@ TEST_F(LogToFile, StaysAsItWasWhenItCannotBeConfigured) {
     EXPECT_THAT(lines(), ElementsAre(HasSubstr("still here")));
 }
 
-TEST_F(LogToFile, KeepsTheLinesOfManyThreadsApartWhileItIsConfigured) {
+TEST_F(LogToFile, SeparatesTheTextsOfManyThreadsWhileItIsConfigured) {
     constexpr int kThreads = 4;
     constexpr int kLines = 200;
     std::vector<std::thread> threads;

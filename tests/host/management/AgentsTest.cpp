@@ -16,10 +16,10 @@ class Agents : public journaltest::ManagementFixture {
 protected:
     void SetUp() override { start(); }
 
-    /// What the agents A and B that are left at the end hear when this happens, keys "a" and "b" being "0" before:
-    /// "A observes KEY", "A leaves" (and is destroyed), "KEY=VALUE" is written, "publish KEY=VALUE", the strand "runs",
-    /// the management "ends".
-    std::string heard(const std::string& steps) {
+    /// Runs the steps and returns the notifications of the remaining agents, A and B. Keys "a" and "b" start
+    /// with "0". The steps: "A observes KEY", "A leaves" (and is destroyed), "KEY=VALUE" (a write), "publish
+    /// KEY=VALUE", "runs" (the strand), "ends" (the management).
+    std::string notifications(const std::string& steps) {
         start({}, {{"a", "0"}, {"b", "0"}});
         std::map<std::string, std::unique_ptr<RecordingAgent>> agents;
         for (const std::string& step : split(steps, ',')) {
@@ -56,7 +56,7 @@ protected:
     RecordingAgent m_agent;
 };
 
-TEST_F(Agents, AreToldOfEachChangeOnceOnTheStrandInOrderWhileTheyAreThere) {
+TEST_F(Agents, AreNotifiedOfEachChangeOnceOnTheStrandInOrder) {
     for (const auto& row : journaltest::table(2, R"(
         A observes a, A observes b, a=1, b=2, c=3, a=4             | A:
         A observes a, A observes b, a=1, b=2, c=3, a=4, runs       | A: a=1 b=2 a=4
@@ -67,7 +67,7 @@ TEST_F(Agents, AreToldOfEachChangeOnceOnTheStrandInOrderWhileTheyAreThere) {
         A observes a, a=1, A leaves, A observes a, a=2, runs       | A: a=2
         A observes a, a=1, ends, runs                              | A:
     )")) {
-        EXPECT_EQ(heard(row[0]), row[1]) << row[0];
+        EXPECT_EQ(notifications(row[0]), row[1]) << row[0];
     }
     start();
     for (const char* const text : {"", "a key", "a\nkey"}) {
@@ -75,25 +75,23 @@ TEST_F(Agents, AreToldOfEachChangeOnceOnTheStrandInOrderWhileTheyAreThere) {
     }
 }
 
-TEST_F(Agents, AreReachedByTheirIdentifierAndKeepItUntilTheyLeave) {
+TEST_F(Agents, KeepTheirIdentifierUntilTheyAreUnregistered) {
     RecordingAgent other;
     EXPECT_TRUE(management().registerAgent("id", m_agent, 1));
     EXPECT_TRUE(management().registerAgent("id", m_agent, 1));
     EXPECT_FALSE(management().registerAgent("id", other, 1));
-    EXPECT_TRUE(management().resetAgentUserData("id"));
-    EXPECT_THAT(other.calls, IsEmpty());
-
     management().unregisterAgent(m_agent);
-    EXPECT_FALSE(management().resetAgentUserData("id"));
     EXPECT_TRUE(management().registerAgent("id", other, 1));
-    EXPECT_TRUE(management().resetAgentUserData("id"));
-    EXPECT_THAT(other.calls, ElementsAre("reset"));
-    EXPECT_THAT(m_agent.calls, ElementsAre("reset"));
+    ManageableData data = dataOf("k", "1");
+    EXPECT_TRUE(management().setAgentData("id", data));
+    EXPECT_THAT(other.calls, ElementsAre("set k=1"));
     management().unregisterAgent(other);
+    EXPECT_FALSE(management().setAgentData("id", data));
+    EXPECT_THAT(m_agent.calls, IsEmpty());
 }
 
-// The journal publishes its settings from inside `setData`, and resets a key when it is told of it.
-TEST_F(Agents, MayUseTheManagementAndLeaveFromInsideTheirOperations) {
+// The journal publishes its settings from inside `setData`, and resets a key from inside the notification.
+TEST_F(Agents, MayUseTheManagementFromInsideTheirOperations) {
     management().registerAgent("JournalMgmtId", m_agent, 1);
     management().observe("a", m_agent);
     m_agent.during = [this] {
@@ -113,14 +111,14 @@ TEST_F(Agents, MayUseTheManagementAndLeaveFromInsideTheirOperations) {
     EXPECT_THAT(m_agent.calls, ElementsAre("set call-log-enabled=false", "a=1", "a=0"));
 }
 
-TEST_F(Agents, KeepTheKeysThatTheyPublishToThemselves) {
+TEST_F(Agents, OwnTheKeysThatTheyPublish) {
     publish("call-log-enabled", "true");
     ManageableData data = dataOf("call-log-enabled", "false");
     EXPECT_FALSE(management().write(data));
     EXPECT_THAT(data.getRejectReasons().at("call-log-enabled").text, HasSubstr("belongs to a service"));
     EXPECT_EQ(valueOf("call-log-enabled"), "true");
     start();
-    EXPECT_EQ(valueOf("call-log-enabled"), std::nullopt) << "the agent keeps it, not the management";
+    EXPECT_EQ(valueOf("call-log-enabled"), std::nullopt) << "the agent stores it, not the management";
 }
 
 }  // namespace

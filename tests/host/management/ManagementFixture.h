@@ -17,14 +17,14 @@
 
 namespace journaltest {
 
-/// The value of one key as the management hands it on.
+/// Returns one key with its value.
 inline ManageableData dataOf(const std::string& key, const std::string& value) {
     ManageableData data;
     data.populate(key, key, value);
     return data;
 }
 
-/// An agent that notes what it is told, "key=value", and does inside its operations what a test wants. One thread at a time.
+/// An agent that records its calls, "key=value", and runs `during` inside them. One thread at a time.
 class RecordingAgent final : public MgmtAgentIfc {
 public:
     bool setData(ManageableData& data) override {
@@ -40,17 +40,14 @@ public:
         calls.push_back(textOf(data));
         run();
     }
-    bool resetUserData() override {
-        calls.emplace_back("reset");
-        return true;
-    }
+    bool resetUserData() override { return true; }
 
     std::vector<std::string> calls;
     /// Runs inside `setData` and `manageableDataChanged`.
     std::function<void()> during = [] {};
 
 private:
-    /// What runs may replace itself.
+    /// Copies the function, which may replace itself.
     void run() const {
         const std::function<void()> now = during;
         now();
@@ -60,12 +57,12 @@ private:
     }
 };
 
-/// The management of line "2001", with a strand that runs when the test says so.
+/// The management of line "2001", with a strand that runs on `runStrand` only.
 class ManagementFixture : public testing::Test {
 protected:
     using Keys = host::LocalManagement::Keys;
 
-    /// Starts the program anew on the database that there is.
+    /// Restarts the management on the same database.
     void start(const Keys& firstValues = {}, const Keys& overrides = {}) {
         m_management.reset();
         m_management =
@@ -87,7 +84,7 @@ protected:
     void publish(const std::string& key, const std::string& value) {
         management().publish(dataOf(key, value));
     }
-    /// Runs what was posted, and what that posts.
+    /// Runs the posted work, and the work that it posts.
     void runStrand() {
         while (!m_posted.empty()) {
             const auto work = std::move(m_posted.front());

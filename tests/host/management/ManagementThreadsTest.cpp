@@ -21,7 +21,7 @@ protected:
     host::Strand m_strand{m_pool};
 };
 
-// Eight writers: of each key the last value that was written holds, in memory, in the database and at the observer.
+// Eight writers: the last written value of each key is in memory, in the database and at the observer.
 TEST_F(ManagementThreads, AgreeOnTheLastValueOfEachKey) {
     RecordingAgent agent;
     for (const char* const key : {"a", "b"}) {
@@ -53,8 +53,8 @@ TEST_F(ManagementThreads, AgreeOnTheLastValueOfEachKey) {
     }
 }
 
-// Each agent is destroyed as soon as it has left, while others change its keys and ask it: nobody may reach it any more.
-TEST_F(ManagementThreads, ReachNoAgentThatHasLeft) {
+// Each agent is destroyed after `unregisterAgent`, while another thread changes its keys and calls it.
+TEST_F(ManagementThreads, CallNoUnregisteredAgent) {
     std::atomic<bool> done{false};
     std::thread other([this, &done] {
         for (int value = 0; !done; ++value) {
@@ -66,21 +66,21 @@ TEST_F(ManagementThreads, ReachNoAgentThatHasLeft) {
     });
     for (int each = 0; each < 100; ++each) {
         RecordingAgent agent;
-        std::atomic<bool> told{false};
+        std::atomic<bool> notified{false};
         std::atomic<bool> inside{false};
-        agent.during = [&told, &inside] {
+        agent.during = [&notified, &inside] {
             inside = true;
-            told = true;
+            notified = true;
             std::this_thread::yield();
             inside = false;
         };
         management().observe("k", agent);
         EXPECT_TRUE(management().registerAgent("id", agent, 1));
-        while (!told) {
+        while (!notified) {
             std::this_thread::yield();
         }
         management().unregisterAgent(agent);
-        EXPECT_FALSE(inside) << "it waits for the call that is being made";
+        EXPECT_FALSE(inside) << "it waits for the call of another thread";
     }
     done = true;
     other.join();

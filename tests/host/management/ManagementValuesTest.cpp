@@ -12,9 +12,9 @@ using testing::Pair;
 
 using PhoneValues = journaltest::ManagementFixture;
 
-// Every row is a run of the program: what the file and the command line say, what is written, and the value then. "-" is
-// nothing, "''" is an empty text.
-TEST_F(PhoneValues, ComeFromWhereTheyWereSetLast) {
+// Each row is a run of the program: the key, its value in the file and on the command line, the value that is
+// written, and the value afterwards. "-" means no value, "''" an empty one.
+TEST_F(PhoneValues, ComeFromTheirLastChange) {
     for (const auto& row : journaltest::table(5, R"(
         k     | file    | -       | -        | file
         k     | file    | -       | run time | run time
@@ -41,7 +41,7 @@ TEST_F(PhoneValues, ComeFromWhereTheyWereSetLast) {
     }
 }
 
-TEST_F(PhoneValues, AreFilledInAsFarAsTheLineHasThem) {
+TEST_F(PhoneValues, AreReadAsFarAsTheLineHasThem) {
     start({{"a", "1"}, {"c", "3"}});
     ManageableData data;
     for (const char* const key : {"a", "b", "c"}) {
@@ -57,7 +57,7 @@ TEST_F(PhoneValues, AreFilledInAsFarAsTheLineHasThem) {
     EXPECT_THAT(other.values(), ElementsAre(Pair("k", "theirs")));
 }
 
-TEST_F(PhoneValues, AreStoredAllTogetherOrNotAtAll) {
+TEST_F(PhoneValues, AreStoredTogetherOrNotAtAll) {
     start({{"good", "old"}});
     ManageableData data = journaltest::dataOf("good", "new");
     data.setRootId("no-value", nullptr);
@@ -77,7 +77,7 @@ TEST_F(PhoneValues, AreStoredAllTogetherOrNotAtAll) {
     EXPECT_EQ(valueOf(longest.substr(0, 100)), longest);
 }
 
-TEST_F(PhoneValues, ThatCannotBeStoredStayAsTheyWereAndTellNobody) {
+TEST_F(PhoneValues, StayUnchangedWithoutNotificationIfTheyCannotBeStored) {
     start({{"k", "old"}});
     journaltest::RecordingAgent agent;
     management().observe("k", agent);
@@ -94,7 +94,7 @@ TEST_F(PhoneValues, ThatCannotBeStoredStayAsTheyWereAndTellNobody) {
     management().unregisterAgent(agent);
 
     other.exec("DROP TABLE management_value");
-    EXPECT_THROW(start(), host::DatabaseError) << "values that cannot be read at the start end the program";
+    EXPECT_THROW(start(), host::DatabaseError) << "values that cannot be read at start";
 }
 
 }  // namespace

@@ -13,9 +13,9 @@ protected:
         management().registerAgent("JournalMgmtId", m_agent, 1);
         management().observe("observed", m_agent);
     }
-    host::SettingsFacade door() { return host::SettingsFacade(management()); }
+    host::SettingsFacade facade() { return host::SettingsFacade(management()); }
     std::string textOf(const std::string& key) {
-        const auto setting = door().find(key);
+        const auto setting = facade().find(key);
         const std::string value = setting ? setting->value.value_or("unset") : "";
         return !setting ? "unknown" : (setting->ofJournal ? "journal " : "phone ") + value;
     }
@@ -23,14 +23,14 @@ protected:
     journaltest::RecordingAgent m_agent;
 };
 
-TEST_F(SettingsFacade, KnowsAndChangesWhatTheJournalServesWhatHasAValueAndWhatSomebodyReads) {
-    EXPECT_EQ(textOf("missed-logging"), "journal served") << "the journal's answer, not the file's value";
+TEST_F(SettingsFacade, HasTheKeysOfTheJournalThoseWithAValueAndThoseThatAreObserved) {
+    EXPECT_EQ(textOf("missed-logging"), "journal served") << "the journal's value, not the file's";
     EXPECT_EQ(textOf("tone"), "phone 7");
     EXPECT_EQ(textOf("observed"), "phone unset");
     EXPECT_EQ(textOf("voice-mail-e164"), "phone unset");
-    EXPECT_THAT(door().all(), testing::SizeIs(4 + 2 + 3));
+    EXPECT_THAT(facade().all(), testing::SizeIs(4 + 2 + 3));
     for (const char* const key : {"observed", "voice-mail-e164", "call-log-enabled"}) {
-        EXPECT_TRUE(door().set(key, "1").empty());
+        EXPECT_TRUE(facade().set(key, "1").empty());
     }
     runStrand();
     EXPECT_THAT(m_agent.calls, testing::ElementsAre("set call-log-enabled=1", "observed=1"));
@@ -39,12 +39,12 @@ TEST_F(SettingsFacade, KnowsAndChangesWhatTheJournalServesWhatHasAValueAndWhatSo
 
     management().unregisterAgent(m_agent);
     EXPECT_EQ(textOf("missed-logging"), "journal unset");
-    EXPECT_THAT(door().set("missed-logging", "0").text, testing::HasSubstr("JournalMgmtId"));
+    EXPECT_THAT(facade().set("missed-logging", "0").text, testing::HasSubstr("JournalMgmtId"));
     start();
     EXPECT_EQ(textOf("tone"), "unknown");
 }
 
-TEST_F(SettingsFacade, AnswersAMessageThatCannotBeCarriedOutWithFailure) {
+TEST_F(SettingsFacade, RespondsToAMessageThatFailsWithFailure) {
     m_agent.during = [] { throw std::runtime_error("test"); };
     for (const std::string& request : {std::string("<ManagementRequest/>"), std::string(),
                                        journalxml::buildManagementRequest({"missed-logging", "1"})}) {

@@ -14,7 +14,7 @@ using host::RemoteFrame;
 
 using RemoteClientTest = remotetest::RemoteFixture;
 
-TEST_F(RemoteClientTest, CallsAndKeepsNotificationsThatComeMeanwhile) {
+TEST_F(RemoteClientTest, CallsAndStoresNotificationsThatArriveMeanwhile) {
     m_invoker.m_meanwhile = [this](const std::string& request) {
         if (request == "change") {
             m_service.notifyAll(1);
@@ -34,22 +34,22 @@ TEST_F(RemoteClientTest, CallsAndKeepsNotificationsThatComeMeanwhile) {
     EXPECT_EQ(client.call(text), text);
 }
 
-TEST_F(RemoteClientTest, TakesItsOwnAnswerOnlyAndEndsAConnectionOfSomethingElse) {
-    const auto answer = [](std::uint32_t id, const char* text) {
+TEST_F(RemoteClientTest, AcceptsItsOwnResponseOnlyAndRefusesInvalidData) {
+    const auto response = [](std::uint32_t id, const char* text) {
         return RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text);
     };
     const std::pair<std::string, std::string> rows[] = {
-        {answer(7, "late") + answer(1, "right"), "right"},
-        {"", "does not answer"},
-        {"HTTP/1.1 400 Bad Request\r\n", "something else than frames"},
+        {response(7, "late") + response(1, "right"), "right"},
+        {"", "does not respond"},
+        {"HTTP/1.1 400 Bad Request\r\n", "not a frame"},
     };
-    for (const auto& [said, expected] : rows) {
-        // A server that says this, whatever it is asked.
+    for (const auto& [bytes, expected] : rows) {
+        // A server that sends these bytes to any request.
         host::ServerSocket socket(m_directory.path());
         const FileDescriptor listener(socket.takeListener());
         RemoteClient client(m_directory.path());
         const FileDescriptor peer(::accept(listener.get(), nullptr, nullptr));
-        ASSERT_GE(::send(peer.get(), said.data(), said.size(), MSG_NOSIGNAL), 0);
+        ASSERT_GE(::send(peer.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL), 0);
         std::string outcome;
         try {
             outcome = client.call("x", std::chrono::milliseconds(500));
@@ -60,7 +60,7 @@ TEST_F(RemoteClientTest, TakesItsOwnAnswerOnlyAndEndsAConnectionOfSomethingElse)
     }
 }
 
-TEST(ServerSocket, SaysWhatIsWrongWithTheDirectory) {
+TEST(ServerSocket, NamesTheProblemOfTheDirectory) {
     const TemporaryDirectory directory;
     const auto deep = directory.path() / std::string(120, 'd');
     const auto blocked = directory.path() / "blocked";
@@ -69,7 +69,7 @@ TEST(ServerSocket, SaysWhatIsWrongWithTheDirectory) {
     for (const auto& [path, reason] :
          {std::pair(directory.path() / "absent", "cannot use the data directory"),
           std::pair(deep, "longer than the system allows"),
-          std::pair(blocked, "is in the way and is no socket")}) {
+          std::pair(blocked, "exists and is not a socket")}) {
         EXPECT_THAT([&path = path] { host::ServerSocket{path}; },
                     testing::ThrowsMessage<host::RemoteError>(testing::HasSubstr(reason)));
     }

@@ -31,7 +31,7 @@
 
 namespace remotetest {
 
-/// A client that writes bytes as it is told and reads frames when it is told; a wait of half a minute throws.
+/// A client that writes any bytes and reads frames. A wait of 30 s throws.
 class RawClient {
 public:
     explicit RawClient(const std::filesystem::path& dataDirectory)
@@ -44,7 +44,7 @@ public:
         }
     }
 
-    /// What a server that has closed does not take, shows in what is read.
+    /// Ignores errors: a closed connection shows in `read`.
     void write(std::string_view bytes) const {
         static_cast<void>(::send(m_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
     }
@@ -52,7 +52,8 @@ public:
         write(host::RemoteFrame::encode(host::RemoteFrame::Kind::eRequest, id, text));
     }
 
-    /// The next frame: its kind and id, and its text, "A7 text"; empty when the server has closed the connection.
+    /// Returns the next frame, its kind, id and text: "A7 text". Empty if the server has closed the
+    /// connection.
     [[nodiscard]] std::string read() const {
         const std::string head = receive(4);
         if (head.size() < 4) {
@@ -62,7 +63,7 @@ public:
         const auto frame = host::RemoteFrame::readBody(receive(length.value()));
         return frame ? static_cast<char>(frame->kind) + std::to_string(frame->id) + ' ' + frame->text : "";
     }
-    /// The next answer, or empty; notifications before it are passed over.
+    /// Returns the next response, or an empty text. Ignores notifications before it.
     [[nodiscard]] std::string readResponse() const {
         std::string frame;
         do {
@@ -70,7 +71,7 @@ public:
         } while (!frame.empty() && frame.front() != 'A');
         return frame;
     }
-    /// Reads to the end of the connection.
+    /// Reads until the server closes the connection.
     void awaitClosed() const {
         while (!read().empty()) {}
     }
@@ -80,7 +81,7 @@ private:
         std::string bytes(count, '\0');
         const ssize_t got = ::recv(m_socket.get(), bytes.data(), count, MSG_WAITALL);
         if (got < 0 && errno != ECONNRESET) {
-            throw std::runtime_error("nothing came from the server");
+            throw std::runtime_error("no data from the server");
         }
         bytes.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
         return bytes;
@@ -89,7 +90,7 @@ private:
     host::FileDescriptor m_socket;
 };
 
-/// A service that knows its subscribers and nothing else.
+/// A service that has only subscribers.
 class SubscriptionService final : public Executable, public JournalServiceObserverSubscriptionIfc {
 public:
     bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
@@ -101,7 +102,7 @@ public:
         const std::lock_guard lock(m_mutex);
         return !m_observers.extract(observer).empty();
     }
-    /// Tells every subscriber, once for each of its subscriptions, as the journal does: under its lock.
+    /// Notifies every subscriber, once per subscription, under the lock, as the journal does.
     void notifyAll(int count) {
         const std::lock_guard lock(m_mutex);
         for (JournalServiceObserverIfc* observer : m_observers) {
@@ -118,7 +119,7 @@ private:
     std::multiset<JournalServiceObserverIfc*> m_observers;
 };
 
-/// Sends "count N" for a count callback. Counts how many live.
+/// Sends "count N" for a count callback. `alive` counts the proxies.
 class CountProxy final : public Proxy, public JournalServiceObserverIfc {
 public:
     explicit CountProxy(std::atomic<int>& alive) : m_alive(alive) { ++m_alive; }
@@ -141,8 +142,8 @@ private:
     ProxyRequest* m_request = nullptr;
 };
 
-/// Knows four requests: "subscribe", "who" (name and protocol), "big N" (an answer of N bytes) and "silent" (no answer);
-/// anything else is echoed, with "method " before it when it is for methods.
+/// Handles four requests: "subscribe", "who" (name and protocol), "big N" (a response of N bytes) and
+/// "silent" (no response). Echoes any other request after the prefix.
 class SmallInvoker final : public Invoker {
 public:
     explicit SmallInvoker(std::string prefix) : m_prefix(std::move(prefix)) {}
@@ -152,23 +153,23 @@ public:
                        InvokerResponse* response) override {
         const std::string request(message, static_cast<std::size_t>(length));
         m_meanwhile(request);
-        std::string answer = m_prefix + request;
+        std::string text = m_prefix + request;
         if (request == "subscribe") {
-            answer = subscribe(target, response->getRequester());
+            text = subscribe(target, response->getRequester());
         } else if (request == "who") {
-            answer = response->getRequester() + " " + response->getRequestedProtocol();
+            text = response->getRequester() + " " + response->getRequestedProtocol();
         } else if (request.rfind("big ", 0) == 0) {
-            answer = std::string(std::stoul(request.substr(4)), 'x');
+            text = std::string(std::stoul(request.substr(4)), 'x');
         } else if (request == "silent") {
             return;
         }
-        if (!answer.empty()) {
-            response->setPayload(answer.data(), static_cast<int>(answer.size()));
+        if (!text.empty()) {
+            response->setPayload(text.data(), static_cast<int>(text.size()));
         }
         response->complete();
     }
 
-    /// Done inside each request; set before requests come.
+    /// Runs inside each request. Set it before the first request.
     std::function<void(const std::string&)> m_meanwhile = [](const std::string&) {};
 
 private:
@@ -183,7 +184,7 @@ private:
     FrameworkContext* m_context = nullptr;
 };
 
-/// A server in front of these, in a directory of its own.
+/// A server of the classes above, in a temporary directory.
 class RemoteFixture : public ::testing::Test {
 protected:
     void serve(host::RemoteLimits limits = {}) {
@@ -194,8 +195,8 @@ protected:
             limits);
         m_server->start();
     }
-    /// Holds up every such request from when it has begun until it is released.
-    void holdUp(const std::string& held, std::latch& begun) {
+    /// Blocks every request `held` until `m_released`, and counts `begun` down when it starts.
+    void block(const std::string& held, std::latch& begun) {
         m_invoker.m_meanwhile = [this, held, &begun](const std::string& request) {
             if (request == held) {
                 begun.count_down();
@@ -205,7 +206,7 @@ protected:
     }
 
     [[nodiscard]] RawClient connect() const { return RawClient(m_directory.path()); }
-    /// A client that has subscribed `times` times.
+    /// Returns a client that has subscribed `times` times.
     [[nodiscard]] RawClient subscribed(int times = 1) const {
         RawClient client = connect();
         for (int turn = 0; turn < times; ++turn) {
@@ -214,12 +215,12 @@ protected:
         }
         return client;
     }
-    /// Whether the server still answers.
-    [[nodiscard]] static bool answers(const RawClient& client) {
+    /// True if the server still responds.
+    [[nodiscard]] static bool responds(const RawClient& client) {
         client.request(99, "are you there");
         return client.readResponse() == "A99 are you there";
     }
-    /// Stops the server; nobody may be left then.
+    /// Stops the server. No client may remain.
     void expectNoClientLeftAtStop() {
         m_server->stop();
         EXPECT_EQ(m_service.subscriptions(), 0U);

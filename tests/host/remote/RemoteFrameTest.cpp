@@ -14,7 +14,8 @@ namespace {
 using Kind = RemoteFrame::Kind;
 using namespace std::string_literals;
 
-/// One step on a backlog: "n5" and "a5" add a notification and an answer of five bytes, "take" tells the size of what comes.
+/// Runs one step on a backlog: "n5" and "r5" add a notification and a response of 5 bytes, "take" returns the
+/// size.
 std::string outcomeOf(const std::string& step, ClientBacklog& backlog) {
     if (step == "close") {
         backlog.close();
@@ -34,13 +35,13 @@ std::string outcomeOf(const std::string& step, ClientBacklog& backlog) {
     return "closed";
 }
 
-// It is "wake" only when the writer has seen the end, and the bound of ten bytes is for notifications that wait.
-TEST(ClientBacklog, WakesAnIdleWriterAndHoldsNotificationsUpToItsBound) {
+// "wake" follows only after "none". The limit of 10 bytes is for queued notifications.
+TEST(ClientBacklog, WakesAnIdleWriterAndLimitsItsNotifications) {
     for (const auto& row : journaltest::table(2, R"(
-        n1 a2 take n3 take take n4 take take n5 | wake queued 1 queued 2 3 queued 4 none wake
-        n5 n5 n1 n1 a1 take                     | wake queued overflow closed closed none
+        n1 r2 take n3 take take n4 take take n5 | wake queued 1 queued 2 3 queued 4 none wake
+        n5 n5 n1 n1 r1 take                     | wake queued overflow closed closed none
         n10 take n10 take n10 take              | wake 10 queued 10 queued 10
-        a1000 n10 n1                            | wake queued overflow
+        r1000 n10 n1                            | wake queued overflow
         n1 close take n1                        | wake close none closed
     )")) {
         ClientBacklog backlog(10);
@@ -52,7 +53,7 @@ TEST(ClientBacklog, WakesAnIdleWriterAndHoldsNotificationsUpToItsBound) {
     }
 }
 
-TEST(RemoteFrame, StandsOnTheWireAsTheDocumentationShows) {
+TEST(RemoteFrame, IsEncodedAsDocumented) {
     EXPECT_EQ(RemoteFrame::encode(Kind::eRequest, 1, "<r><Method>2</Method></r>"),
               "\0\0\0\x1eQ\0\0\0\x01<r><Method>2</Method></r>"s);
     EXPECT_EQ(RemoteFrame::encode(Kind::eResponse, 0xFFEEDDCC, ""), "\0\0\0\x05"s + "A\xFF\xEE\xDD\xCC");
@@ -60,7 +61,7 @@ TEST(RemoteFrame, StandsOnTheWireAsTheDocumentationShows) {
     EXPECT_EQ(longer.substr(0, 9), "\0\x01\x23\x4AN\0\0\0\0"s);
 }
 
-TEST(RemoteFrame, TakesOnlyLengthsAndBodiesThatAFrameCanHave) {
+TEST(RemoteFrame, AcceptsValidLengthsAndBodiesOnly) {
     const std::pair<std::array<char, 4>, std::optional<std::size_t>> rows[] = {
         {{0, 0, 0, 4}, std::nullopt}, {{0, 0, 0, 5}, 5},
         {{0, 0, 1, 0}, 256},          {{1, 0, 0, 5}, RemoteFrame::kMaxTextBytes + 5},

@@ -23,7 +23,7 @@ using namespace std::string_literals;
 
 using RemoteServerTest = remotetest::RemoteFixture;
 
-TEST_F(RemoteServerTest, AnswersRequestsInTheirOrderHoweverTheirBytesCome) {
+TEST_F(RemoteServerTest, RespondsInOrderForAnySplitOfTheBytes) {
     serve({.maxBacklogBytes = 1000});
     const auto textOf = [](std::uint32_t id) {
         return id % 10 == 0 ? ""s : "M\xFC\0ller "s + std::to_string(id);
@@ -44,14 +44,14 @@ TEST_F(RemoteServerTest, AnswersRequestsInTheirOrderHoweverTheirBytesCome) {
         client.request(51, "who");
         EXPECT_EQ(client.read(), "A51 client-" + std::to_string(++clients) + " opera_text");
         client.request(52, "big 5000000");
-        EXPECT_EQ(client.read().size(), 5000004U) << "an answer may be longer than the backlog";
+        EXPECT_EQ(client.read().size(), 5000004U) << "a response may be longer than the backlog";
     }
 }
 
-TEST_F(RemoteServerTest, WhileRequestsAreAtWorkTheirClientsAreToldOfChangesAndOthersAreServed) {
-    constexpr int kWaiting = 8;  // more than the server has threads for at its beginning
+TEST_F(RemoteServerTest, NotifiesAndServesClientsWhileRequestsAreBlocked) {
+    constexpr int kWaiting = 8;  // more than the initial threads of the server
     std::latch begun{1 + kWaiting};
-    holdUp("slow", begun);
+    block("slow", begun);
     serve();
     const RawClient client = subscribed();
     const RawClient other = connect();
@@ -65,7 +65,7 @@ TEST_F(RemoteServerTest, WhileRequestsAreAtWorkTheirClientsAreToldOfChangesAndOt
     m_service.notifyAll(3);
     EXPECT_EQ(client.read(), "N0 count 3");
     other.request(3, "quick");
-    EXPECT_EQ(other.read(), "A3 quick") << "and a client that has not subscribed is told nothing";
+    EXPECT_EQ(other.read(), "A3 quick") << "a client that has not subscribed gets no notification";
     m_released.count_down();
     EXPECT_EQ(client.read(), "A2 slow");
     for (int count = 0; count < 200; ++count) {
@@ -76,9 +76,9 @@ TEST_F(RemoteServerTest, WhileRequestsAreAtWorkTheirClientsAreToldOfChangesAndOt
     }
 }
 
-TEST_F(RemoteServerTest, AClientThatGoesWhileItsRequestIsAtWorkIsUnsubscribedBehindIt) {
+TEST_F(RemoteServerTest, UnsubscribesAClientThatDisconnectsDuringItsRequest) {
     std::latch begun{1};
-    holdUp("subscribe", begun);
+    block("subscribe", begun);
     serve();
     {
         const RawClient client = connect();
@@ -91,8 +91,8 @@ TEST_F(RemoteServerTest, AClientThatGoesWhileItsRequestIsAtWorkIsUnsubscribedBeh
     expectNoClientLeftAtStop();
 }
 
-// Clients come, subscribe, are told and go, while somebody changes the journal all the time.
-TEST_F(RemoteServerTest, ClientsMayComeAndGoWhileTheJournalChanges) {
+// Clients connect, subscribe and disconnect while another thread changes the journal.
+TEST_F(RemoteServerTest, ClientsMayConnectAndDisconnectWhileTheJournalChanges) {
     serve();
     std::atomic<bool> done{false};
     std::thread changer([&] {
@@ -107,85 +107,85 @@ TEST_F(RemoteServerTest, ClientsMayComeAndGoWhileTheJournalChanges) {
             for (int turn = 0; turn < 20; ++turn) {
                 const RawClient client = subscribed(2);
                 EXPECT_EQ(client.read().rfind("N0 count ", 0), 0U);
-                EXPECT_TRUE(answers(client));
+                EXPECT_TRUE(responds(client));
             }
         });
     }
-    users.clear();  // waits for them
+    users.clear();  // joins them
     expectNoClientLeftAtStop();
     done = true;
     changer.join();
 }
 
-TEST_F(RemoteServerTest, WhatIsNoRequestAndWhatCannotBeAnsweredClosesThatClientOnlyWithALine) {
+TEST_F(RemoteServerTest, DisconnectsOnlyTheClientWithAnInvalidFrameOrWithoutAResponse) {
     const auto frame = [](RemoteFrame::Kind kind, const std::string& text) {
         return RemoteFrame::encode(kind, 1, text);
     };
     const std::pair<std::string, std::string> rows[] = {
-        {"GET / HTTP/1.1\r\n\r\n"s, "it announced a frame of an impossible length"},
-        {frame(RemoteFrame::Kind::eResponse, "text"), "it sent a frame that is no request"},
-        {"\0\0\0\x06Z\0\0\0\1x"s, "it sent a frame that is no request"},
-        {frame(RemoteFrame::Kind::eRequest, "silent"), "its request was not answered"},
+        {"GET / HTTP/1.1\r\n\r\n"s, "it sent a frame with an invalid length"},
+        {frame(RemoteFrame::Kind::eResponse, "text"), "it sent a frame that is not a request"},
+        {"\0\0\0\x06Z\0\0\0\1x"s, "it sent a frame that is not a request"},
+        {frame(RemoteFrame::Kind::eRequest, "silent"), "its request got no response"},
         {frame(RemoteFrame::Kind::eRequest, "big " + std::to_string(RemoteFrame::kMaxTextBytes + 1)),
-         "the answer to its request is too long"},
+         "the response to its request is too long"},
     };
     serve();
     const RawClient bystander = connect();
-    for (const auto& [bytes, line] : rows) {
+    for (const auto& [bytes, reason] : rows) {
         CapturedLog::reset();
         const RawClient client = connect();
         client.write(bytes);
         client.awaitClosed();
-        EXPECT_EQ(CapturedLog::count("is cut off: " + line), 1) << CapturedLog::dump();
-        EXPECT_TRUE(answers(bystander));
+        EXPECT_EQ(CapturedLog::count("is cut off: " + reason), 1) << CapturedLog::dump();
+        EXPECT_TRUE(responds(bystander));
     }
 }
 
-TEST_F(RemoteServerTest, AClientThatDoesNotReadIsCutOffAndHoldsUpNobody) {
+TEST_F(RemoteServerTest, DisconnectsAClientThatDoesNotReadAndDelaysNoOther) {
     serve({.maxBacklogBytes = 100000});
-    const RawClient deaf = subscribed();
+    const RawClient silent = subscribed();
     const RawClient other = connect();
 
-    // More than the backlog and what the system buffers for a socket together.
+    // More than the backlog and the socket buffers of the system together.
     for (int count = 0; count < 100000; ++count) {
         m_service.notifyAll(count);
     }
-    EXPECT_TRUE(answers(other));
-    deaf.awaitClosed();
+    EXPECT_TRUE(responds(other));
+    silent.awaitClosed();
     EXPECT_EQ(CapturedLog::count("is cut off: it does not read what it is sent"), 1) << CapturedLog::dump();
     expectNoClientLeftAtStop();
 }
 
-TEST_F(RemoteServerTest, TurnsAwayClientsBeyondTheLimitUntilOneLeaves) {
+TEST_F(RemoteServerTest, RejectsClientsBeyondTheLimitUntilOneDisconnects) {
     serve({.maxClients = 1});
     {
         const RawClient first = connect();
-        EXPECT_TRUE(answers(first));
+        EXPECT_TRUE(responds(first));
         connect().awaitClosed();
-        EXPECT_EQ(CapturedLog::count("a client is turned away"), 1);
-        EXPECT_TRUE(answers(first));
-        first.write("\0\0"s);  // to leave in the middle of a frame is no fault
+        EXPECT_EQ(CapturedLog::count("a client is rejected"), 1);
+        EXPECT_TRUE(responds(first));
+        first.write("\0\0"s);  // disconnecting within a frame is no error
     }
-    // The server learns of the end on its own time: try until there is room.
-    while (!answers(connect())) {}
+    // The server notices the end asynchronously: retry until it accepts.
+    while (!responds(connect())) {}
     EXPECT_EQ(CapturedLog::count("is cut off"), 0) << CapturedLog::dump();
 }
 
-TEST_F(RemoteServerTest, AClientWithoutAProxyIsServedButCannotSubscribe) {
+TEST_F(RemoteServerTest, ServesAClientWithoutAProxyWhichCannotSubscribe) {
     m_makeProxy = []() -> std::unique_ptr<Proxy> { throw std::runtime_error("no factory"); };
     serve();
     const RawClient client = connect();
     client.request(1, "subscribe");
     EXPECT_EQ(client.read(), "A1 failure");
-    EXPECT_TRUE(answers(client));
+    EXPECT_TRUE(responds(client));
 }
 
-TEST_F(RemoteServerTest, RouterTellsOfRequestsThatMayHaveChangedLists) {
+TEST_F(RemoteServerTest, TheRouterReportsRequestsThatMayHaveChangedLists) {
     using journalxml::MethodId;
-    int told = 0;
+    int reports = 0;
     host::InvokerRouter router(m_invoker);
     router.add(journalxml::kManagementRequest, m_methodInvoker, m_service);
-    router.setChangeListener([&told] { ++told; });
+    router.setChangeListener([&reports] { ++reports; });
     for (const auto& [request, changes] :
          {std::pair{journalxml::buildRequest(MethodId::eGetMissedCallList), 0},
           {journalxml::buildRequest(MethodId::eUnsubscribeForJournalEvents), 0},
@@ -196,7 +196,7 @@ TEST_F(RemoteServerTest, RouterTellsOfRequestsThatMayHaveChangedLists) {
           {"<Method>8</Method", 0}}) {
         journaltest::RecordingResponse response;
         router.handleMessage(&m_service, request.data(), static_cast<int>(request.size()), &response);
-        EXPECT_EQ(std::exchange(told, 0), changes) << request;
+        EXPECT_EQ(std::exchange(reports, 0), changes) << request;
     }
 }
 
