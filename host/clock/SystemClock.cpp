@@ -28,12 +28,12 @@ DateTime split(sys_seconds time) {
     const auto day = std::chrono::floor<days>(time);
     const std::chrono::year_month_day date(day);
     const auto ofDay = static_cast<int>((time - day).count());
-    return {static_cast<int>(date.year()),
-            static_cast<int>(static_cast<unsigned>(date.month())),
-            static_cast<int>(static_cast<unsigned>(date.day())),
-            ofDay / 3600,
-            ofDay / 60 % 60,
-            ofDay % 60};
+    return {.year = static_cast<int>(date.year()),
+            .month = static_cast<int>(static_cast<unsigned>(date.month())),
+            .day = static_cast<int>(static_cast<unsigned>(date.day())),
+            .hour = ofDay / 3600,
+            .minute = ofDay / 60 % 60,
+            .second = ofDay % 60};
 }
 
 /// Consumes a text from its front.

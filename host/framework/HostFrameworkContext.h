@@ -14,8 +14,8 @@ namespace host {
 /// Thread-safe.
 class HostFrameworkContext final : public FrameworkContext {
 public:
-    /// Registers `proxy` as the implementation of `interfaceName` by `clientName`. Returns false and changes
-    /// nothing if there is one already. Requires: `proxy` lives until `removeProxy`.
+    /// Registers `proxy` as the implementation of `interfaceName` by `clientName`. Returns false, with no
+    /// change, if there is one already. Requires: `proxy` lives until `removeProxy`.
     bool registerProxy(const std::string& interfaceName, const std::string& clientName, Proxy& proxy);
     void removeProxy(const std::string& interfaceName, const std::string& clientName);
 

@@ -24,7 +24,10 @@ public:
                       milliseconds);
             return -1;
         }
-        m_timers.emplace(++m_lastId, Timer{&handler, std::chrono::milliseconds(milliseconds), 0, nullptr});
+        m_timers.emplace(++m_lastId, Timer{.handler = &handler,
+                                           .duration = std::chrono::milliseconds(milliseconds),
+                                           .generation = 0,
+                                           .alarm = nullptr});
         return m_lastId;
     }
 

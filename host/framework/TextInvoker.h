@@ -16,7 +16,7 @@ namespace host {
 class TextInvoker : public Invoker {
 public:
     void handleMessage(Executable* target, const char* message, int length, InvokerResponse* response) final;
-    /// Does nothing: the invoker does not use the framework.
+    /// Has no effect: the invoker does not use the framework.
     void initInvoker(FrameworkContext* /*context*/) override {}
 
 protected:

@@ -64,8 +64,8 @@ std::atomic<int> g_level{kInitialLevel};
 
 // Never destroyed: threads may log while the program ends.
 Output& output() {
-    static auto* const theOne = new Output;  // NOLINT(cppcoreguidelines-owning-memory)
-    return *theOne;
+    static auto* const instance = new Output;  // NOLINT(cppcoreguidelines-owning-memory)
+    return *instance;
 }
 
 /// Creates the file with mode 0600, because the file sink would make it readable for all.

@@ -6,11 +6,11 @@ namespace host {
 
 ClientBacklog::Added ClientBacklog::addNotification(std::string frame) {
     const std::size_t bytes = frame.size();
-    return add({std::move(frame), bytes});
+    return add({.frame = std::move(frame), .counted = bytes});
 }
 
 ClientBacklog::Added ClientBacklog::addResponse(std::string frame) {
-    return add({std::move(frame), 0});
+    return add({.frame = std::move(frame), .counted = 0});
 }
 
 ClientBacklog::Added ClientBacklog::add(Waiting waiting) {

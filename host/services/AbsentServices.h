@@ -15,7 +15,7 @@ namespace host {
 /// call log.
 class Mobility final : public Executable, public MobilityServiceIfc {
 public:
-    /// Saves nothing and logs that. Returns true, because a retry would not help.
+    /// Logs that it cannot save. Returns true, because a retry would not help.
     [[nodiscard]] bool saveVisitorCallLog() override;
 };
 
@@ -23,7 +23,7 @@ public:
 class UnifiedCommunications final : public Executable, public UCServiceIfc {
 public:
     [[nodiscard]] bool isRunning() override { return false; }
-    /// Refreshes nothing and logs that.
+    /// Has no effect but a log entry.
     void refreshJournal() override;
 };
 

@@ -69,9 +69,14 @@ level = "debug"
 file = "/var/log/calljournal.log"
 )");
     Configuration expected;
-    expected.lines = {{"3001", {{"3002", true}, {"3003", false}}, true}};
-    expected.callSwitch = {"pbx.example.org",       1040, "ed6", "application-session", false, false,
-                           std::chrono::seconds(60)};
+    expected.lines = {{.device = "3001", .shared = {{"3002", true}, {"3003", false}}, .bluetooth = true}};
+    expected.callSwitch = {.host = "pbx.example.org",
+                           .port = 1040,
+                           .edition = "ed6",
+                           .session = "application-session",
+                           .sendFilters = false,
+                           .tls = false,
+                           .reconnectMax = std::chrono::seconds(60)};
     expected.api = {{"::1", 9090}, Configuration::Auth::eNone};
     expected.management = {{"anything-else", "x = y"},
                            {"mac-addr", "00:00:00:00:00:00"},

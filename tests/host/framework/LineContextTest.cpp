@@ -4,18 +4,15 @@
 
 #include <chrono>
 #include <functional>
-#include <future>
 #include <latch>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "host/framework/AlarmClock.h"
-#include "host/framework/HostedService.h"
 #include "host/framework/Strand.h"
 #include "host/framework/WorkerPool.h"
 #include "platform/framework/Executable.h"
@@ -63,36 +60,6 @@ private:
     std::mutex m_mutex;
     milliseconds m_now{0};
     std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // of alarms that still exist
-};
-
-/// Records its life cycle, and "elsewhere" for an operation that is not on the strand. Stays in `run` until
-/// `shutdown`.
-class RecordingService final : public Service {
-public:
-    RecordingService(const Strand& strand, std::string& calls, bool broken)
-        : m_strand(strand), m_calls(calls), m_broken(broken) {}
-    ~RecordingService() override { record("destroyed"); }
-
-    void init(Context&) override {
-        record("init");
-        if (m_broken) {
-            throw std::runtime_error("no init today");
-        }
-    }
-    void run() override { m_ended.get_future().wait(); }
-    void shutdown() override {
-        record("shutdown");
-        m_ended.set_value();
-    }
-    void timerEvent(int) override {}
-
-private:
-    void record(const std::string& what) { m_calls += what + (m_strand.isCurrent() ? " " : " elsewhere "); }
-
-    const Strand& m_strand;
-    std::string& m_calls;
-    const bool m_broken;
-    std::promise<void> m_ended;
 };
 
 /// Records the timers that expire on the strand, and calls `m_react` from inside the expiry.
@@ -217,23 +184,6 @@ TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiry) {
     passes(1000);
     EXPECT_EQ(m_handler.m_expired, (Ids{once, hourly, hourly}));
     EXPECT_EQ(other.m_expired, Ids{theirs});
-}
-
-// LineTest shows that no timer reaches the service afterwards.
-TEST_F(LineContextTest, AHostedServiceHasItsLifeCycleOnTheStrandAndRunsBesideIt) {
-    for (const bool broken : {false, true}) {
-        std::string calls;
-        HostedService hosted(std::make_unique<RecordingService>(m_strand, calls, broken), m_strand,
-                             *m_context);
-        if (broken) {
-            EXPECT_THROW(hosted.start(), std::runtime_error);
-        } else {
-            hosted.start();
-        }
-        hosted.stop();
-        EXPECT_EQ(calls, broken ? "init destroyed " : "init shutdown destroyed ");
-        EXPECT_EQ(hosted.service(), nullptr);
-    }
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -48,8 +50,12 @@ public:
     ~SmallJournal() override { record("destroyed"); }
 
     void init(Context& context) override;
-    void run() override {}
-    void shutdown() override { record("shutdown"); }
+    /// Returns after `shutdown`.
+    void run() override { m_ended.get_future().wait(); }
+    void shutdown() override {
+        record("shutdown");
+        m_ended.set_value();
+    }
     void timerEvent(int id) override {
         ++m_events;
         m_context->startTimer(id);
@@ -80,6 +86,7 @@ private:
     LifeCycle& m_lifeCycle;
     std::atomic<int>& m_events;
     Context* m_context = nullptr;
+    std::promise<void> m_ended;
 };
 
 void SmallJournal::init(Context& context) {
@@ -106,6 +113,14 @@ void SmallJournal::init(Context& context) {
     // This timer is always due: an expiry that came too late would call the destroyed service.
     context.startTimer(context.createTimer(*this, 0));
 }
+
+/// A service whose `init` fails. The framework must call no other operation.
+class BrokenJournal final : public Service {
+public:
+    void init(Context& /*context*/) override { throw std::runtime_error("test"); }
+    void run() override { ADD_FAILURE(); }
+    void shutdown() override { ADD_FAILURE(); }
+};
 
 class LineTest : public ::testing::Test {
 protected:
@@ -145,9 +160,11 @@ TEST_F(LineTest, GivesTheJournalEveryServiceAndItsLifeCycleEvenIfTheSwitchDiscon
     EXPECT_THAT(m_lifeCycle, ElementsAre("init", "subscribed", "unsubscribed", "shutdown", "destroyed"));
 }
 
-TEST_F(LineTest, DestroysTheJournalOfALineThatIsNeverStarted) {
+TEST_F(LineTest, DestroysAJournalThatIsNeverStartedOrFailsToStart) {
     m_line.reset();
     EXPECT_THAT(m_lifeCycle, ElementsAre("destroyed"));
+    Line line(m_settings, std::make_unique<BrokenJournal>(), m_database, m_pool, m_alarms);
+    EXPECT_THROW(line.start(), std::runtime_error);
 }
 
 // With constant calls and timers, anything that came after the end would call a destroyed journal.

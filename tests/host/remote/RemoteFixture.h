@@ -190,9 +190,13 @@ protected:
     void serve(host::RemoteLimits limits = {}) {
         m_invoker.initInvoker(&m_framework);
         m_socket = std::make_unique<host::ServerSocket>(m_directory.path());
-        m_server = std::make_unique<host::RemoteServer>(
-            *m_socket, host::RemoteBackend{m_service, m_invoker, m_methodInvoker, m_framework, m_makeProxy},
-            limits);
+        m_server = std::make_unique<host::RemoteServer>(*m_socket,
+                                                        host::RemoteBackend{.target = m_service,
+                                                                            .invoker = m_invoker,
+                                                                            .methodInvoker = m_methodInvoker,
+                                                                            .framework = m_framework,
+                                                                            .makeObserverProxy = m_makeProxy},
+                                                        limits);
         m_server->start();
     }
     /// Blocks every request `held` until `m_released`, and counts `begun` down when it starts.

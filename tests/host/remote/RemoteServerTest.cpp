@@ -123,6 +123,8 @@ TEST_F(RemoteServerTest, DisconnectsOnlyTheClientWithAnInvalidFrameOrWithoutARes
     };
     const std::pair<std::string, std::string> rows[] = {
         {"GET / HTTP/1.1\r\n\r\n"s, "it sent a frame with an invalid length"},
+        {"\0\0\0\4"s, "it sent a frame with an invalid length"},
+        {"\1\0\0\6"s, "it sent a frame with an invalid length"},
         {frame(RemoteFrame::Kind::eResponse, "text"), "it sent a frame that is not a request"},
         {"\0\0\0\x06Z\0\0\0\1x"s, "it sent a frame that is not a request"},
         {frame(RemoteFrame::Kind::eRequest, "silent"), "its request got no response"},

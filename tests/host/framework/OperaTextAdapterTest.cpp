@@ -4,41 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "host/framework/HostFrameworkContext.h"
 #include "host/framework/OperaTextAdapter.h"
 #include "platform/framework/Method.h"
-#include "platform/framework/Proxy.h"
 
 namespace host {
 namespace {
-
-class SilentProxy final : public Proxy {
-public:
-    void initProxy(ProxyRequest&) override {}
-};
-
-TEST(HostFrameworkContext, KeepsTheFirstProxyOfAnInterfaceAndClientUntilItIsRemoved) {
-    HostFrameworkContext context;
-    const auto find = [&context](std::string interfaceName, std::string clientName) {
-        return context.findProxy(interfaceName, clientName);
-    };
-    SilentProxy first;
-    SilentProxy second;
-    EXPECT_TRUE(context.registerProxy("Ifc", "client-1", first));
-    EXPECT_TRUE(context.registerProxy("Ifc", "client-2", second));
-    EXPECT_FALSE(context.registerProxy("Ifc", "client-1", second));
-    EXPECT_EQ(find("Ifc", "client-1"), &first);
-    EXPECT_EQ(find("Ifc", "client-2"), &second);
-    EXPECT_EQ(find("OtherIfc", "client-1"), nullptr);
-    context.removeProxy("Ifc", "client-1");
-    EXPECT_EQ(find("Ifc", "client-1"), nullptr);
-    EXPECT_TRUE(context.registerProxy("Ifc", "client-1", second));
-
-    std::string opera = "opera_text";
-    std::string other = "opera_binary";
-    EXPECT_NE(context.findProtocolAdapter(opera), nullptr);
-    EXPECT_EQ(context.findProtocolAdapter(other), nullptr);
-}
 
 TEST(OperaTextAdapter, EncodesAMethodAsDocumented) {
     Method method("getContactList", Method::Kind::eRequest, "client-7");
