@@ -51,7 +51,7 @@ export function ContactsView() {
             </p>
             {found?.total === 0 && (
                 <div class="empty">
-                    <h2>{search.trim() ? "Nothing found" : "No contacts"}</h2>
+                    <h2>{search.trim() ? "No contact found" : "No contacts"}</h2>
                     <p>
                         {search.trim()
                             ? "No name, number, company or e-mail address has this text in it."

@@ -10,7 +10,7 @@ export interface Day {
     total: number;
 }
 
-/** The first of the four weeks' days that end today. */
+/** The first day of the four weeks that end today. */
 export function firstDay(now = new Date()): Date {
     return dayStart(now, 1 - days);
 }
