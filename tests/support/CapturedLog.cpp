@@ -10,8 +10,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/services/HardwareVariant.h"
 #include "platform/logging/Logging.h"
+#include "tests/support/FakeHardware.h"
 
 namespace journaltest {
 namespace {
@@ -45,7 +45,7 @@ std::vector<Line> allLines() {
 class ResetBeforeEachTest final : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo& /*test*/) override {
         CapturedLog::reset();
-        host::HardwareVariant::set(0);
+        setHardwareVariant(0);
     }
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/framework/Executable.h"
 #include "platform/services/MobilityServiceIfc.h"
@@ -12,42 +14,55 @@
 
 namespace journaltest {
 
-// Platform services that return what a test sets. One thread at a time.
-
+/// Counts the saves and grants them unless the test refuses; register it as "MobilityServiceIfc". One thread.
 class FakeMobility final : public Executable, public MobilityServiceIfc {
 public:
-    [[nodiscard]] bool saveVisitorCallLog() override { return true; }
+    bool grants = true;
+    int saves = 0;
+
+    [[nodiscard]] bool saveVisitorCallLog() override {
+        ++saves;
+        return grants;
+    }
 };
 
+/// The devices whose unanswered calls are logged here; register it as "TeamServiceIfc". Constant while events may come.
 class FakeTeam final : public Executable, public TeamServiceIfc {
 public:
+    explicit FakeTeam(std::set<std::string> loggedDevices = {}) : m_loggedDevices(std::move(loggedDevices)) {}
+
     [[nodiscard]] bool isLoggingMissedCalls(const std::string& deviceId) override {
-        return loggedDevices.contains(deviceId);
+        return m_loggedDevices.contains(deviceId);
     }
 
-    std::set<std::string> loggedDevices;
+private:
+    std::set<std::string> m_loggedDevices;
 };
 
+/// A client with a journal of its own, which runs when the test says so; register it as "UCServiceIfc". Thread-safe.
 class FakeUC final : public Executable, public UCServiceIfc {
 public:
-    [[nodiscard]] bool isRunning() override { return running; }
-    void refreshJournal() override {}
+    std::atomic<bool> running{false};
+    std::atomic<int> refreshes{0};
 
-    bool running = false;
+    [[nodiscard]] bool isRunning() override { return running; }
+    void refreshJournal() override { ++refreshes; }
 };
 
+/// As `FakeUC`; register it as "PallaxServiceIfc".
 class FakePallax final : public Executable, public PallaxServiceIfc {
 public:
-    [[nodiscard]] bool isRunning() override { return running; }
+    std::atomic<bool> running{false};
 
-    bool running = false;
+    [[nodiscard]] bool isRunning() override { return running; }
 };
 
+/// Register it as "WSIServiceIfc". Thread-safe.
 class FakeWsi final : public Executable, public WSIServiceIfc {
 public:
-    [[nodiscard]] bool isCurrentUserUC() override { return currentUserUC; }
+    std::atomic<bool> currentUserUC{false};
 
-    bool currentUserUC = false;
+    [[nodiscard]] bool isCurrentUserUC() override { return currentUserUC; }
 };
 
 }  // namespace journaltest

@@ -3,14 +3,13 @@
 #include <memory>
 #include <stdexcept>
 
-#include "host/framework/HostFrameworkContext.h"
 #include "journalservice/ContactGetterIfc.h"
 #include "journalservice/ContactGetterInvoker.h"
 #include "platform/framework/Executable.h"
 #include "platform/framework/Invoker.h"
-#include "platform/framework/Method.h"
 #include "platform/journal-library/ClientResponse.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FakeFrameworkContext.h"
 #include "tests/support/RecordingResponse.h"
 
 extern "C" void* createContactGetterInvoker() noexcept;
@@ -40,16 +39,15 @@ protected:
     }
     /// The list in the answer to "getContactList".
     std::string list() {
-        Method answer;
-        EXPECT_TRUE(host::OperaTextAdapter().decode(responseTo(kRequest, &getter), answer));
-        EXPECT_EQ(answer.getName(), "getContactList");
-        EXPECT_EQ(answer.getKind(), Method::Kind::eResponse);
-        EXPECT_EQ(answer.getStringParameters().at(0).name, "contactList");
-        return answer.getStringParameters().at(0).value;
+        std::string text = responseTo(kRequest, &getter);
+        EXPECT_EQ(framework.response.getName(), "getContactList");
+        EXPECT_EQ(framework.response.getKind(), Method::Kind::eResponse);
+        EXPECT_EQ(framework.response.getStringParameters().at(0).name, "contactList");
+        return text;
     }
 
     const std::string kRequest = "request getContactList client-7";
-    host::HostFrameworkContext framework;
+    FakeFrameworkContext framework;
     FakeContactGetter getter;
 };
 

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "journal-items/Occurrences.h"
+#include "journalservice/ObserverNotifierIfc.h"
 #include "platform/journal-library/ListXml.h"
-#include "tests/src/JournalServiceEvents/calls/Line.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/ListsReader.h"
 #include "tests/support/RecordingObserver.h"
+#include "tests/support/SimulatedPhone.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -43,7 +43,7 @@ const std::vector<std::string> kWildEvents = split(
     "ringsAt # @ @ cause=forward-busy; ringsAt # @ @ cause=forwarded; reaches # @ @;"
     "reaches # @ @ cause=group-pickup; established # @ @ @; diverts # @ here @; diverts # here @ @;"
     "fails # @ here; fails # @ here cause=none; fails # here @; holds # for-transfer;"
-    "retrieves # media=yes; clears #; clears # at=@ local=3; clears # cause=transfer; waits 1000;"
+    "retrieves # media=yes; clears #; clears # at=@ local=connected; clears # cause=transfer; waits 1000;"
     "clears # cause=elsewhere; transfers # # # here @; transfers # - # @ here; transfers # - # @ @;"
     "conference # # @ # @; status reset",
     ';');
@@ -57,11 +57,10 @@ class RandomLine {
 public:
     /// Simple calls come from so many parties of each kind.
     RandomLine(unsigned seed, std::size_t parties)
-        : m_line(seed % 2 == 0 ? softwareTypes::qorvex : softwareTypes::sip),
+        : m_phone(seed % 2 == 0 ? softwareTypes::qorvex : softwareTypes::sip),
           m_random(seed),
           m_parties(parties) {
-        m_line.notifier.init(&m_reader, m_line.parts.settings.values()->m_softwareType);
-        m_line.notifier.subscribe(&m_observer, {});
+        m_phone.service().subscribeForJournalEvents(&m_observer);
         // Seldom other than on an ordinary phone, or every other line would keep no journal at all.
         for (const std::string& name :
              split("callLog missedLogging deleteWhenCalled serverFeatures displayLast callEvents", ' ')) {
@@ -95,10 +94,10 @@ public:
         checkList<ReceivedCallItem>(broken);
         checkList<ForwardedCallItem>(broken);
         checkTracking(broken);
-        const auto missed = m_line.list<MissedCallItem>();
+        const auto missed = m_phone.list<MissedCallItem>();
         const auto unviewed =
             std::count_if(missed.begin(), missed.end(), [](const auto& item) { return !item.getViewed(); });
-        const auto counted = static_cast<int>(m_line.parts.lists.getUnviewedMissedCallsCount());
+        const auto counted = static_cast<int>(m_phone.components().lists.getUnviewedMissedCallsCount());
         if (counted != unviewed || m_lastCount != unviewed) {
             broken += "\n" + std::to_string(unviewed) + " unviewed, the observer heard " +
                       std::to_string(m_lastCount);
@@ -112,7 +111,7 @@ public:
 
     /// All that happened, to play it again.
     [[nodiscard]] const std::string& history() const { return m_history; }
-    [[nodiscard]] std::size_t missedItems() { return m_line.list<MissedCallItem>().size(); }
+    [[nodiscard]] std::size_t missedItems() { return m_phone.list<MissedCallItem>().size(); }
 
 private:
     struct SimpleCall {
@@ -129,7 +128,7 @@ private:
     }
     void play(const std::string& script) {
         m_history += script + "; ";
-        m_line.plays(script);
+        m_phone.plays(script);
     }
 
     /// Counts the filings of the parties whose numbers are foretold; what a user does announces items, too.
@@ -190,15 +189,15 @@ private:
     }
 
     void userActs() {
-        auto& lists = m_line.parts.lists;
-        const auto missed = m_line.list<MissedCallItem>();
+        auto& lists = m_phone.components().lists;
+        const auto missed = m_phone.list<MissedCallItem>();
         const std::set<std::string> some = {missed.empty() ? "nobody" : oneOf(missed).getEntryId()};
         const std::size_t act = upTo(12);
         m_history += "(user " + std::to_string(act) + "); ";
         m_userActs = true;
         if (act == 0 && m_parties < 100) {
             lists.deleteAllCalls();
-            m_line.notifier.updateMissedCallCount(0);  // whoever clears the list tells it
+            m_phone.components().notifier.updateMissedCallCount(0);  // whoever clears the list tells it
         } else if (act < 3) {
             lists.deleteCalls(some, false);
         } else if (act < 8) {
@@ -211,15 +210,15 @@ private:
 
     // ---- what must hold
 
-    [[nodiscard]] bool accepted() const {
-        const auto values = m_line.parts.settings.values();
+    [[nodiscard]] bool accepted() {
+        const auto values = m_phone.components().settings.values();
         return !values->m_ringCentralSyncCallLog &&
                (values->isSip() ? values->m_callLogEnabled : values->m_useCSTACallControlEvents);
     }
 
     /// The list that a simple call of that kind must end in; empty for none.
-    [[nodiscard]] std::string listFor(const std::string& kind) const {
-        const auto values = m_line.parts.settings.values();
+    [[nodiscard]] std::string listFor(const std::string& kind) {
+        const auto values = m_phone.components().settings.values();
         const bool sip = values->isSip();
         if (!accepted() || (kind == "diverted" && sip) || (kind == "elsewhere" && !values->m_missedLogging)) {
             return {};
@@ -238,7 +237,7 @@ private:
     template <typename Item>
     void checkList(std::string& broken) {
         const std::string name = std::string("\n") + ListXml<Item>::kTable + ": ";
-        const auto items = m_line.parts.lists.list<Item>().access();
+        const auto items = m_phone.components().lists.list<Item>().access();
         const std::string* before = nullptr;
         std::set<std::string> inList, inDatabase;
         if (items->size() > 1000 && !std::is_same_v<Item, DialledCallItem>) {
@@ -258,15 +257,15 @@ private:
             before = &item.getEntryId();
             inList.insert(item.getUniqueId());
         }
-        for (const Item& row : m_line.database.rows<Item>(ListXml<Item>::kTable)) {
+        for (const Item& row : m_phone.database.rows<Item>(ListXml<Item>::kTable)) {
             inDatabase.insert(row.getUniqueId());
         }
         broken += inList == inDatabase ? "" : name + "the database holds others";
     }
 
     /// Every call that goes on is tracked once under its id, and nothing else is but wild ones.
-    void checkTracking(std::string& broken) const {
-        const auto isTracked = [&calls = m_line.parts.calls](const std::string& id) {
+    void checkTracking(std::string& broken) {
+        const auto isTracked = [&calls = m_phone.components().calls](const std::string& id) {
             const journal::Call* const call = calls.findCallFromId(id);
             return call != nullptr && call->m_sCallId == id;
         };
@@ -277,14 +276,13 @@ private:
                 broken += "\n" + call.id + (accepted() ? " is not tracked" : " is tracked");
             }
         }
-        const auto tracked = static_cast<std::ptrdiff_t>(m_line.parts.calls.getNumberOfCalls());
+        const auto tracked = static_cast<std::ptrdiff_t>(m_phone.components().calls.getNumberOfCalls());
         broken += tracked == known ? "" : "\n" + std::to_string(tracked - known) + " stray records";
     }
 
-    Line m_line;
+    SimulatedPhone m_phone;
     std::mt19937 m_random;
     std::size_t m_parties;
-    ListsReader m_reader{m_line.parts.lists};
     std::vector<SimpleCall> m_calls;
     RecordingObserver m_observer{[this](const Callback& callback) { hear(callback); }};
     bool m_userActs = false;

@@ -1,12 +1,23 @@
-// Calls as the switch tells them, on both flavours, and what they leave in the journal. Each row is one script (the steps
-// are described at `Line`) with the outcome on every phone that is not a SIP phone, and on a SIP phone; "=" is the same.
+// Whole calls on both flavours, and what they leave in the journal. A row is: name | script | outcome on a phone that is not
+// a SIP phone | outcome on a SIP phone, "=" for the same. "+" continues the row above.
+//
+// Steps of a script:
+//     offers ID    rings ID CALLER    answers ID CALLER                                     an incoming call
+//     dials ID CALLED    ringsAt ID CALLED ALERTING    reaches ID CALLED ANSWERING          an outgoing call
+//     queues ID CALLING CALLED    established ID CALLING CALLED ANSWERING    diverts ID CALLING CALLED TO
+//     fails ID CALLING CALLED    holds ID [for-transfer]    retrieves ID    clears ID
+//     passes SECONDS    waits MILLISECONDS    set NAME on|off    hardware NUMBER
+// A device is "4711:Ann", "here" or "-" for none. Options: cause=NAME, by=REDIRECTING DEVICE, local=STATE, private=TEXT.
+//
+// An outcome is the lists, newest call first, and after ";" the live calls: "7 out Delivered dialled+remote[4711]".
 
-#include "tests/src/JournalServiceEvents/calls/Outcomes.h"
+#include "tests/support/SimulatedPhone.h"
+#include "tests/support/Table.h"
 
 namespace {
 
 using journaltest::expectOutcomes;
-using journaltest::Line;
+using journaltest::SimulatedPhone;
 
 const std::vector<const char*> kAllTypes = {softwareTypes::qorvex, "", softwareTypes::sip};
 
@@ -77,16 +88,16 @@ picked up, its parties  | dials 1 *59 cause=directed-pickup; established 1 4711:
 picked up from a group  | dials 1 4711:Ann; reaches 1 4711:Ann 4711:Ann cause=group-pickup; passes 9; clears 1
 +   | dialled 4711 Ann 00:09 | received 4711 Ann 00:09
 sent on, Crest          | hardware 4; dials 1 4711; ringsAt 1 4711 4711; diverts 1 here 4711 4712
-+   | dialled 4711 sent on; 1 out 2 dialled+called+remote[4711] connected[4712] | dialled 4711 sent on
++   | dialled 4711 sent on; 1 out Delivered dialled+called+remote[4711] connected[4712] | dialled 4711 sent on
 sent on to nobody, Crest | hardware 4; dials 1 4711; ringsAt 1 4711 4711; diverts 1 here 4711 -
-+   | dialled 4711 sent on; 1 out 2 dialled+called+remote[4711] | ; 1 out 2 dialled+called+remote[4711]
++   | dialled 4711 sent on; 1 out Delivered dialled+called+remote[4711] | ; 1 out Delivered dialled+called+remote[4711]
 sent on to itself, Crest | hardware 4; dials 1 4711; ringsAt 1 4711 4711; diverts 1 here 4711 4711
-+   | dialled 4711 sent on; 1 out 2 dialled+called+remote+connected[4711]
-+   | ; 1 out 2 dialled+called+remote+connected[4711]
++   | dialled 4711 sent on; 1 out Delivered dialled+called+remote+connected[4711]
++   | ; 1 out Delivered dialled+called+remote+connected[4711]
 another answers, Crest  | hardware 3; dials 1 4711; reaches 1 4711:Ann 4712:Bob; reaches 1 4711:Ann 4712:Bob
-+   | ; 1 out 3 dialled+remote[4711] called[4711 Ann] connected[4712 Bob] | dialled 4711 sent on
++   | ; 1 out Established dialled+remote[4711] called[4711 Ann] connected[4712 Bob] | dialled 4711 sent on
 forwarded on, Crest     | hardware 3; dials 1 4711; ringsAt 1 4711:Ann 4712 cause=forward-busy
-+   | ; 1 out 2 dialled[4711] called+remote[4711 Ann] | dialled 4711 sent on
++   | ; 1 out Delivered dialled[4711] called+remote[4711 Ann] | dialled 4711 sent on
 )");
 }
 
@@ -116,13 +127,13 @@ linked by the clear     | answers 1 4711; holds 1 for-transfer; answers 2 4712; 
 held call is the one    | answers 1 4711; holds 1 for-transfer; retrieves 1; clears 1 cause=transfer;
 +   answers 2 4712; clears 2 cause=transfer | received 4712, received 4711 transferred | =
 before the second       | answers 1 4711; passes 8; holds 1 for-transfer; clears 1; waits 999
-+   | ; 1 in 3 remote+connected[4711], a clearing held back
-+   | ; 1 in 3 dialled+called+remote+connected[4711], a clearing held back
++   | ; 1 in Established remote+connected[4711], a clearing held back
++   | ; 1 in Established dialled+called+remote+connected[4711], a clearing held back
 after it                | answers 1 4711; passes 8; holds 1 for-transfer; clears 1; waits 1000
 +   | received 4711 00:08 | =
 cleared again           | answers 1 4711; holds 1 for-transfer; clears 1; waits 600; holds 2; clears 1; waits 999
-+   | ; 1 in 3 remote+connected[4711], a clearing held back
-+   | ; 1 in 3 dialled+called+remote+connected[4711], a clearing held back
++   | ; 1 in Established remote+connected[4711], a clearing held back
++   | ; 1 in Established dialled+called+remote+connected[4711], a clearing held back
 cleared again, after it | answers 1 4711; holds 1 for-transfer; clears 1; waits 600; holds 2; clears 1; passes 9;
 +   waits 1000; waits 5000 | received 4711 00:09 | =
 two calls               | answers 1 4711; answers 2 4712; holds 1 for-transfer; clears 1; passes 1;
@@ -134,63 +145,61 @@ answered after a hold   | holds 1 for-transfer; answers 1 4711:Ann; clears 1 | r
 )");
 }
 
-TEST(CallSequence, LosesNoClearingThatIsHeldBackWhenTheTimerDoesNotHelp) {
-    const std::string held = "answers 1 4711; holds 1 for-transfer; ";
-    Line line;
-    line.plays(held + "clears 1");
-    line.context.stopTimer(line.context.timers().front());  // it has run out, and nobody has been told yet
-    line.plays("passes 5; answers 2 4712; holds 1 for-transfer; clears 1");
-    EXPECT_EQ(line.journal(), "received 4711 00:05");
-    EXPECT_FALSE(line.parts.blindTransfer.onTimer(line.context.timers().front() + 1));
-    EXPECT_FALSE(line.parts.blindTransfer.onTimer(-1));
-    line.context.refuseTimers();
-    line.parts.blindTransfer.start(line.context, line);
-    EXPECT_TRUE(line.context.timers().empty()) << "the first timer went, armed as it was";
-    line.plays("holds 2 for-transfer; clears 2");
-    EXPECT_EQ(line.outcome(), "received 4712, received 4711 00:05") << "without a timer nothing waits";
+TEST(CallSequence, LosesNoClearingThatIsHeldBackWhenTheTimerFails) {
+    SimulatedPhone phone;
+    phone.plays("answers 1 4711; holds 1 for-transfer; clears 1");
+    const int timer = phone.context.runningTimers().front();
+    phone.context.stopTimer(timer);  // it has run out, and the service is not notified yet
+    phone.plays("passes 5; answers 2 4712; holds 1 for-transfer; clears 1");
+    EXPECT_EQ(phone.journal(), "received 4711 00:05");
+    phone.context.refuseTimers();
+    phone.components().blindTransfer.start(phone.context, phone.service());
+    EXPECT_TRUE(phone.context.runningTimers().empty()) << "the first timer is deleted, armed as it was";
+    phone.plays("holds 2 for-transfer; clears 2");
+    EXPECT_EQ(phone.outcome(), "received 4712, received 4711 00:05") << "without a timer nothing waits";
 }
 
 TEST(CallSequence, IsFollowedByWhatEachEventSaysOfTheCall) {
     expectOutcomes(R"(
-dialled                 | dials 1 4711:Ann | ; 1 out 0 dialled+called+remote[4711 Ann] | ; 1 out 0 dialled[4711]
-group pick-up           | dials 1 4711 cause=group-pickup | ; 1 out 0 dialled+called+remote[4711]
-+   | ; 1 out 0 as incoming
-pick-up                 | dials 1 4711 cause=pickup | | ; 1 out 0 as incoming
+dialled                 | dials 1 4711:Ann | ; 1 out Originated dialled+called+remote[4711 Ann] | ; 1 out Originated dialled[4711]
+group pick-up           | dials 1 4711 cause=group-pickup | ; 1 out Originated dialled+called+remote[4711]
++   | ; 1 out Originated as incoming
+pick-up                 | dials 1 4711 cause=pickup | | ; 1 out Originated as incoming
 park                    | dials 1 4711 cause=park | | =
-retrieve from park      | dials 1 4711 cause=retrieve-park | ; 1 out 0 dialled+called+remote[4711] |
-pick-up from park       | dials 1 4711 cause=pickup-from-park | ; 1 out 0 dialled+called+remote[4711]
-+   | ; 1 out 0 as incoming
-delivered, null         | rings 1 4711 local=0 | ; 1 in 2 remote[4711] | ; 1 in 2 called+remote[4711]
-delivered, connected    | rings 1 4711 local=3 | ; 1 out 2 | =
-delivered, held         | rings 1 4711 local=4 | | =
-delivered, queued       | rings 1 4711 local=5 | | ; 1 out 2
-reminder                | rings 1 4711 private=ReminderCall | | ; 1 in 2 called+remote[4711]
-answered: called here   | established 1 4711 here - | ; 1 in 3 remote+connected[4711]
-+   | ; 1 in 3 dialled+called+remote+connected[4711]
-answered here           | established 1 4711 600 here | ; 1 in 3 remote+connected[4711]
-+   | ; 1 in 3 dialled+called+remote+connected[4711]
-answered: placed here   | established 1 here 4711 4711 | ; 1 out 3 dialled+called+remote+connected[4711] | =
-answered: both here     | established 1 here here 4711 | ; 1 out 3 remote+connected[4711]
-+   | ; 1 out 3 dialled+called+remote+connected[4711]
+retrieve from park      | dials 1 4711 cause=retrieve-park | ; 1 out Originated dialled+called+remote[4711] |
+pick-up from park       | dials 1 4711 cause=pickup-from-park | ; 1 out Originated dialled+called+remote[4711]
++   | ; 1 out Originated as incoming
+delivered, null         | rings 1 4711 local=null | ; 1 in Delivered remote[4711] | ; 1 in Delivered called+remote[4711]
+delivered, connected    | rings 1 4711 local=connected | ; 1 out Delivered | =
+delivered, held         | rings 1 4711 local=hold | | =
+delivered, queued       | rings 1 4711 local=queued | | ; 1 out Delivered
+reminder                | rings 1 4711 private=ReminderCall | | ; 1 in Delivered called+remote[4711]
+answered: called here   | established 1 4711 here - | ; 1 in Established remote+connected[4711]
++   | ; 1 in Established dialled+called+remote+connected[4711]
+answered here           | established 1 4711 600 here | ; 1 in Established remote+connected[4711]
++   | ; 1 in Established dialled+called+remote+connected[4711]
+answered: placed here   | established 1 here 4711 4711 | ; 1 out Established dialled+called+remote+connected[4711] | =
+answered: both here     | established 1 here here 4711 | ; 1 out Established remote+connected[4711]
++   | ; 1 out Established dialled+called+remote+connected[4711]
 answered: not here      | established 1 4711 4712 4712 | | =
-forwarded, unknown      | rings 1 4711 cause=forwarded | | ; 1 in 2 called+remote[4711]
-forwarded, offered      | offers 1; rings 1 4711 cause=forwarded | ; 1 in 2 remote[4711]
-+   | ; 1 in 2 called+remote[4711]
-sender, new call        | rings 1 4711 by=600:Sales | ; 1 in 2 remote[4711]
-+   | ; 1 in 2 called+connected+redirecting[600 Sales] remote[4711]
-sender, redirected      | rings 1 4711 by=600 cause=redirected | ; 1 in 2 remote[4711] redirecting[600] sent here
-+   | ; 1 in 2 called+connected+redirecting[600] remote[4711]
+forwarded, unknown      | rings 1 4711 cause=forwarded | | ; 1 in Delivered called+remote[4711]
+forwarded, offered      | offers 1; rings 1 4711 cause=forwarded | ; 1 in Delivered remote[4711]
++   | ; 1 in Delivered called+remote[4711]
+sender, new call        | rings 1 4711 by=600:Sales | ; 1 in Delivered remote[4711]
++   | ; 1 in Delivered called+connected+redirecting[600 Sales] remote[4711]
+sender, redirected      | rings 1 4711 by=600 cause=redirected | ; 1 in Delivered remote[4711] redirecting[600] sent here
++   | ; 1 in Delivered called+connected+redirecting[600] remote[4711]
 sent on twice           | dials 1 4711; ringsAt 1 4711 4712:Bob cause=forwarded; ringsAt 1 4711 4713 cause=forwarded
-+   | ; 1 out 2 dialled+called+remote[4711] connected[4713] first[4712 Bob]
-+   | ; 1 out 2 dialled[4711] called+remote[4712 Bob]
++   | ; 1 out Delivered dialled+called+remote[4711] connected[4713] first[4712 Bob]
++   | ; 1 out Delivered dialled[4711] called+remote[4712 Bob]
 forwarding              | dials 1 4711; ringsAt 1 4711:Ann 4712:Bob cause=forward-busy
-+   | ; 1 out 2 dialled[4711] called+remote[4711 Ann] | ; 1 out 2 dialled[4711] remote[4711 Ann] connected[4712 Bob]
++   | ; 1 out Delivered dialled[4711] called+remote[4711 Ann] | ; 1 out Delivered dialled[4711] remote[4711 Ann] connected[4712 Bob]
 called party diverts    | dials 1 4711; diverts 1 here 4711 4712
-+   | ; 1 out 0 dialled+called+remote[4711] connected[4712] | ; 1 out 0 dialled+remote[4711] connected[4712]
-media server            | answers 1 4711; retrieves 1 media=yes | ; 1 in 3 remote+connected[4711] media
-+   | ; 1 in 3 dialled+called+remote+connected[4711] media
++   | ; 1 out Originated dialled+called+remote[4711] connected[4712] | ; 1 out Originated dialled+remote[4711] connected[4712]
+media server            | answers 1 4711; retrieves 1 media=yes | ; 1 in Established remote+connected[4711] media
++   | ; 1 in Established dialled+called+remote+connected[4711] media
 media server no more    | answers 1 4711; retrieves 1 media=yes; retrieves 1; retrieves 2 media=yes
-+   | ; 1 in 3 remote+connected[4711] | ; 1 in 3 dialled+called+remote+connected[4711]
++   | ; 1 in Established remote+connected[4711] | ; 1 in Established dialled+called+remote+connected[4711]
 )");
 }
 
@@ -223,11 +232,11 @@ TEST(CallSequence, CountsOnlyWhereTheJournalIsKept) {
 log off, not a SIP phone | set callLog off; rings 1 4711; clears 1 | missed 4711 |
 by the switch, SIP phone | set callEvents off; rings 1 4711; clears 1 | | missed 4711
 clear comes too early    | rings 1 4711; set keptElsewhere on; clears 1; set keptElsewhere off
-+   | ; 1 in 2 remote[4711] | ; 1 in 2 called+remote[4711]
-clear, switch keeps it   | rings 1 4711; set callEvents off; clears 1 | ; 1 in 2 remote[4711] | missed 4711
++   | ; 1 in Delivered remote[4711] | ; 1 in Delivered called+remote[4711]
+clear, switch keeps it   | rings 1 4711; set callEvents off; clears 1 | ; 1 in Delivered remote[4711] | missed 4711
 no such features         | set serverFeatures off; rings 1 4711; diverts 1 4711 here 4712; clears 1 | missed 4711 |
-lost, kept elsewhere     | rings 1 -; set keptElsewhere on; status reset | ; 1 in 2 | =
-lost, switched off       | rings 1 -; set callLog off; status reset | | ; 1 in 2
+lost, kept elsewhere     | rings 1 -; set keptElsewhere on; status reset | ; 1 in Delivered | =
+lost, switched off       | rings 1 -; set callLog off; status reset | | ; 1 in Delivered
 )");
 }
 
@@ -236,7 +245,7 @@ TEST(CallSequence, IsForgottenWithItsConferencesWhenTheSwitchHasLostIt) {
     for (const std::string status : {"cleanup", "disabled", "partiallyDisabled", "reset", "stopped"}) {
         expectOutcomes("lost | " + before + status + " | | =");
     }
-    expectOutcomes("kept | " + before + "enabled | ; 1 in 2, a conference | ; 1 in 2");
+    expectOutcomes("kept | " + before + "enabled | ; 1 in Delivered, a conference | ; 1 in Delivered");
 }
 
 TEST(CallSequence, ClearsTheReadinessForTheSwitchsLogWhenItIsInDoubt) {
@@ -246,10 +255,10 @@ set callEvents off; offers 1              | goes
 set callEvents off; status reset          | stays
 status reset                              | goes
 )")) {
-        Line line;
-        line.parts.readiness.m_callLogEventsReady = true;
-        line.plays(row[0]);
-        EXPECT_EQ(line.parts.readiness.m_callLogEventsReady, row[1] == "stays") << row[0];
+        SimulatedPhone phone;
+        phone.components().readiness.m_callLogEventsReady = true;
+        phone.plays(row[0]);
+        EXPECT_EQ(phone.components().readiness.m_callLogEventsReady, row[1] == "stays") << row[0];
     }
 }
 

@@ -6,8 +6,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/src/JournalService/TestPhone.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/RecordingObserver.h"
+#include "tests/support/SimulatedPhone.h"
 
 namespace journaltest {
 namespace {
@@ -16,7 +17,7 @@ using namespace std::chrono_literals;
 
 class JournalServiceFrame : public testing::Test {
 protected:
-    TestPhone phone;
+    SimulatedPhone phone;
 };
 
 TEST_F(JournalServiceFrame, LooksItsServicesUpInTheirOrderAndServesItsClientsWithoutThem) {
@@ -49,7 +50,7 @@ TEST_F(JournalServiceFrame, LooksItsServicesUpInTheirOrderAndServesItsClientsWit
 
 TEST_F(JournalServiceFrame, StartsByMonitoringItsLineReadingItsSettingsAndRegistering) {
     for (const std::string type : {softwareTypes::qorvex, softwareTypes::sip}) {
-        TestPhone started(type);
+        SimulatedPhone started(type);
         started.database.settings["missed-logging"] = "false";
         started.starts();
         // A SIP phone is monitored by somebody else.
@@ -65,7 +66,7 @@ TEST_F(JournalServiceFrame, StartsByMonitoringItsLineReadingItsSettingsAndRegist
         EXPECT_EQ(started.context.lengthOf(timers[0]), 3600000ms + 16 * 14000ms);
         EXPECT_EQ(started.context.lengthOf(timers[1]), 1000ms);
         EXPECT_TRUE(started.context.runningTimers().empty());
-        EXPECT_EQ(started.service->getAutoSaveVisitorCallLogToVantorTimerId(), timers[0]);
+        EXPECT_EQ(started.service().getAutoSaveVisitorCallLogToVantorTimerId(), timers[0]);
     }
 }
 
@@ -79,27 +80,26 @@ TEST_F(JournalServiceFrame, APlatformServiceThatThrowsCostsOneEventOnly) {
     ThrowingDirectory broken;
     phone.context.addService("DirectoryServiceIfc", &broken);
     phone.starts();
-    phone.misses("17", party("4711"));
+    phone.plays("misses 17 4711");
     EXPECT_TRUE(CapturedLog::contains("deliverEvent failed: the phonebook is gone"));
-    phone.rings("18", party("4712"));
+    phone.plays("rings 18 4712");
     RecordingObserver observer;
-    EXPECT_TRUE(phone.service->subscribeForJournalEvents(&observer)) << "no lock was left behind";
+    EXPECT_TRUE(phone.service().subscribeForJournalEvents(&observer)) << "no lock was left behind";
 }
 
 TEST_F(JournalServiceFrame, ANullEventAndUnknownTimersDoNothing) {
     phone.starts();
-    phone.service->deliverEvent(nullptr);
-    phone.service->timerEvent(-1);
-    phone.service->timerEvent(12345);
+    phone.service().deliverEvent(nullptr);
+    phone.service().timerEvent(-1);
+    phone.service().timerEvent(12345);
     EXPECT_EQ(CapturedLog::count("timer expired"), 2);
     EXPECT_TRUE(phone.missed().empty());
 }
 
 TEST_F(JournalServiceFrame, ADestroyedServiceLeavesNoTimerAndNoAgentBehind) {
     phone.starts();
-    phone.rings("7", party("4711"));
-    phone.holds("7", CSTA_EC_HeldForTransfer);
-    phone.clears("7");
+    phone.plays("rings 7 4711");
+    phone.plays("holds 7 for-transfer; clears 7");
     ASSERT_EQ(phone.context.runningTimers().size(), 1U);
 
     phone.stops();
@@ -115,7 +115,7 @@ class Concurrency : public JournalServiceFrame {
 protected:
     // Does to the journal, on a thread of its own, what clients do.
     void workAsClient(int seed) {
-        JournalServiceIfc& journal = *phone.service;
+        JournalServiceIfc& journal = phone.service();
         RecordingObserver observer([&journal](const Callback&) { readAllLists(journal); });
         for (int round = seed; round < kRounds + seed; ++round) {
             ASSERT_TRUE(journal.subscribeForJournalEvents(&observer));
@@ -155,16 +155,16 @@ protected:
 TEST_F(Concurrency, OfClientsAndCallsEndsAndAllAgree) {
     CapturedLog::switchOff();  // its lock would order the threads
     phone.starts();
-    RecordingObserver watcher([this](const Callback&) { readAllLists(*phone.service); });
-    ASSERT_TRUE(phone.service->subscribeForJournalEvents(&watcher));
+    RecordingObserver watcher([this](const Callback&) { readAllLists(phone.service()); });
+    ASSERT_TRUE(phone.service().subscribeForJournalEvents(&watcher));
 
     std::vector<std::thread> clients;
     for (int client = 0; client < kClients; ++client) {
         clients.emplace_back([this, client] { workAsClient(client); });
     }
     for (int call = 0; call < 4 * kRounds; ++call) {
-        phone.misses(std::to_string(call + 1), party(std::to_string(4700 + call % 23), "Caller"));
-        phone.clock.advance(1);
+        phone.plays("misses " + std::to_string(call + 1) + " 47" + std::to_string(call % 23) +
+                    ":Caller; passes 1");
         if (call % 50 == 0) {
             phone.management.change("system-identifier", call % 100 == 0 ? "2" : "3");
             phone.management.change("server-based-features", call % 100 == 0 ? "true" : "false");
@@ -179,7 +179,7 @@ TEST_F(Concurrency, OfClientsAndCallsEndsAndAllAgree) {
     EXPECT_EQ(phone.setting("call-log-enabled"), settingChanges % 2 == 0 ? "true" : "false");
     EXPECT_EQ(phone.database.settings["call-log-enabled"], phone.setting("call-log-enabled"));
     EXPECT_EQ(namesOf(phone.missed()), namesOf(phone.missedRows()));
-    EXPECT_TRUE(phone.service->unsubscribeForJournalEvents(&watcher));
+    EXPECT_TRUE(phone.service().unsubscribeForJournalEvents(&watcher));
 }
 
 }  // namespace

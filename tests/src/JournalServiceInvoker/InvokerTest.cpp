@@ -12,10 +12,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/framework/HostFrameworkContext.h"
 #include "journalservice/JournalServiceObserverProxy.h"
 #include "platform/framework/Executable.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FakeFrameworkContext.h"
 #include "tests/support/FakeJournalService.h"
 #include "tests/support/RecordingResponse.h"
 #include "tests/support/Table.h"
@@ -68,7 +68,7 @@ std::string requestOf(const std::string& method, const std::string& arguments = 
 class InvokerTest : public testing::Test {
 protected:
     std::unique_ptr<FakeJournalService> journal;
-    host::HostFrameworkContext framework;
+    FakeFrameworkContext framework;
     const std::unique_ptr<Invoker> invoker{static_cast<Invoker*>(createJournalServiceInvoker())};
 
     InvokerTest() {
@@ -164,10 +164,10 @@ TEST_F(InvokerTest, SubscribesTheProxyOfTheClientWhoAsks) {
     JournalServiceObserverProxy ofAda;
     JournalServiceObserverProxy ofBob;
     OtherProxy ofEve;
-    framework.registerProxy("JournalServiceObserverIfc", "ada", ofAda);
-    framework.registerProxy("JournalServiceObserverIfc", "bob", ofBob);
-    framework.registerProxy("JournalServiceObserverIfc", "eve", ofEve);
-    framework.registerProxy("SomeOtherIfc", "mallory", ofAda);
+    framework.proxies[{"JournalServiceObserverIfc", "ada"}] = &ofAda;
+    framework.proxies[{"JournalServiceObserverIfc", "bob"}] = &ofBob;
+    framework.proxies[{"JournalServiceObserverIfc", "eve"}] = &ofEve;
+    framework.proxies[{"SomeOtherIfc", "mallory"}] = &ofAda;
     for (const auto& row : table(5, R"(
         25 | ada     | yes    | true    |
         25 | bob     | no     | false   |

@@ -5,10 +5,10 @@
 #include <cctype>
 #include <thread>
 
-#include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/journal-library/DataResponse.h"
-#include "tests/src/JournalService/TestPhone.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/RecordingObserver.h"
+#include "tests/support/SimulatedPhone.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -45,7 +45,7 @@ protected:
             phone.database.addRow(kMissedTable, missedAt(minute));
         }
     }
-    void subscribes() { ASSERT_TRUE(phone.service->subscribeForJournalEvents(&observer)); }
+    void subscribes() { ASSERT_TRUE(phone.service().subscribeForJournalEvents(&observer)); }
     /// The row limits of the two schemas' read requests since the last question, "200 50".
     std::string reads() {
         std::string limits;
@@ -61,7 +61,7 @@ protected:
         return phone.database.rows<MissedCallItem>(kMissedTable);
     }
 
-    TestPhone phone;
+    SimulatedPhone phone;
     RecordingObserver observer;
 };
 
@@ -90,7 +90,7 @@ TEST_F(ReadRequestLoading, AsksForWhatIsLeftOfTwoHundredRows) {
         EXPECT_EQ(CapturedLog::count("Found " + row[2] + " call(s) in total\n"), 1);
         EXPECT_EQ(phone.missed().size(), static_cast<std::size_t>(std::min(rowsNow, 200)));
     }
-    EXPECT_EQ(phone.service->buildXmlElement("a<b", "a<b&c"), "<a<b>a&lt;b&amp;c</a<b>");
+    EXPECT_EQ(phone.service().buildXmlElement("a<b", "a<b&c"), "<a<b>a&lt;b&amp;c</a<b>");
 }
 
 // The two answers, of which a number is an entry of that minute; the list afterwards, and the limits of the reads.
@@ -121,14 +121,14 @@ empty            | failed  |           | 200 200
 TEST_F(ReadRequestLoading, LoadsAtEverySubscriptionButForCallsOnlyOnce) {
     phone.database.contacts.emplace_back();
     phone.starts();
-    phone.misses("1", party("4711"));
-    phone.misses("2", party("4712"));
+    phone.plays("misses 1 4711");
+    phone.plays("misses 2 4712");
     EXPECT_EQ(reads(), "200 200");
     subscribes();
     subscribes();
     EXPECT_EQ(reads(), "200 198 200 198");
     std::vector<Contact> contacts;
-    phone.service->getContactList(contacts);
+    phone.service().getContactList(contacts);
     EXPECT_EQ(contacts.size(), 1U);
 }
 
@@ -136,17 +136,17 @@ TEST_F(ReadRequestLoading, ACallFromTheOldestEntrysPartyIsMergedIntoItUnlessItWa
     addRows(0, 250);
     phone.starts();
     subscribes();
-    phone.misses("1", party("1007"));
+    phone.plays("misses 1 1007");
     EXPECT_EQ(phone.missed().size(), 201U);
     EXPECT_EQ(phone.missed().front().getMissedCallInfoList().size(), 2U);
     EXPECT_EQ(rows().size(), 250U);
-    phone.service->updateMissedCall(rows().front());
+    phone.service().updateMissedCall(rows().front());
     EXPECT_EQ(rows().size(), 250U);
     EXPECT_EQ(phone.missed().size(), 202U);
 
     // What is gone from the list makes room for what is older.
     for (const MissedCallItem& item : phone.missed()) {
-        phone.service->deleteMissedCall(item.getEntryId(), false);
+        phone.service().deleteMissedCall(item.getEntryId(), false);
     }
     subscribes();
     EXPECT_EQ(phone.missed().size(), 48U);
@@ -154,9 +154,9 @@ TEST_F(ReadRequestLoading, ACallFromTheOldestEntrysPartyIsMergedIntoItUnlessItWa
 
     addRows(250, 450);
     subscribes();
-    phone.misses("2", party("1008"));  // which makes the older entries known
-    phone.service->deleteMissedCallList();
-    phone.misses("3", party("1009"));
+    phone.plays("misses 2 1008");  // which makes the older entries known
+    phone.service().deleteMissedCallList();
+    phone.plays("misses 3 1009");
     EXPECT_EQ(phone.missed().front().getMissedCallInfoList().size(), 1U);
     EXPECT_EQ(numbersOf(rows()), Texts{"1009"});
 }
@@ -166,9 +166,9 @@ TEST_F(ReadRequestLoading, WhatTheDatabaseRefusedIsNotLostByALoad) {
     phone.starts();
     subscribes();
     phone.database.setFailing(true, "write_request");
-    phone.misses("1", party("1000"));
+    phone.plays("misses 1 1000");
     phone.clock.advance(60);
-    phone.misses("2", party("4712"));
+    phone.plays("misses 2 4712");
     phone.database.forgetRequests();
     subscribes();
     EXPECT_EQ(numbersOf(phone.missed()), (Texts{"4712", "1000"})) << "still refused, so nothing is loaded";
@@ -188,20 +188,20 @@ TEST_F(ReadRequestLoading, WhatTheDatabaseRefusedToDeleteDoesNotComeBackNorTakeW
     for (const Texts& left : {Texts{"4711", "1002", "1001"}, Texts{"4712"}}) {
         phone.database.setFailing(true);
         EXPECT_TRUE(left.size() == 1
-                        ? phone.service->deleteMissedCallList()
-                        : phone.service->deleteMissedCall(phone.missed().back().getEntryId(), false));
+                        ? phone.service().deleteMissedCallList()
+                        : phone.service().deleteMissedCall(phone.missed().back().getEntryId(), false));
         phone.database.setFailing(false);
         phone.clock.advance(60);
-        phone.misses(left.front(), party(left.front()));
+        phone.plays("misses 9 " + left.front());
         subscribes();
         EXPECT_EQ(numbersOf(phone.missed()), left);
         EXPECT_EQ(rows().size(), left.size());
     }
     // A clearing that is refused for good is given up for the sake of what comes after it.
     phone.database.setFailing(true, "delete_request");
-    EXPECT_TRUE(phone.service->deleteMissedCallList());
+    EXPECT_TRUE(phone.service().deleteMissedCallList());
     phone.clock.advance(60);
-    phone.misses("4713", party("4713"));
+    phone.plays("misses 4713 4713");
     subscribes();
     EXPECT_EQ(numbersOf(phone.missed()), (Texts{"4713", "4712"}));
 }
@@ -211,12 +211,7 @@ TEST_F(ReadRequestLoading, OlderEntriesAreDroppedAndClearedLikeTheRestHereAndAtT
     phone.management.set("system-identifier", "2");
     phone.starts();
     subscribes();
-    CallLogEntryEvent entry;
-    entry.logTarget = CallLogEntryEvent::eMissed;
-    entry.subscriberNumber = "4711";
-    CSTAPrivateEvent event;
-    event.setCallLogEntry(entry);
-    phone.service->deliverEvent(&event);
+    phone.plays("logs missed 4711");
     EXPECT_EQ(phone.missed().size(), 201U);
     EXPECT_EQ(rows().size(), 1000U);
     ASSERT_EQ(phone.csta.callLogEntries().size(), 1U);
@@ -226,11 +221,11 @@ TEST_F(ReadRequestLoading, OlderEntriesAreDroppedAndClearedLikeTheRestHereAndAtT
     for (const MissedCallItem& item : phone.missed()) {
         shown.insert(item.getEntryId());
     }
-    phone.service->deleteMissedCallList(shown);
+    phone.service().deleteMissedCallList(shown);
     EXPECT_EQ(rows().size(), 799U);
     phone.csta.forgetRequests();
     for (int turn = 0; turn < 2; ++turn) {
-        phone.service->deleteMissedCallList();
+        phone.service().deleteMissedCallList();
         EXPECT_TRUE(rows().empty());
         ASSERT_EQ(phone.csta.callLogEntries().size(), 1U) << "an empty log is not deleted again";
         EXPECT_EQ(phone.csta.callLogEntries().back().action, CallLogEntryRequest::eDeleteAll);
@@ -254,14 +249,14 @@ TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
     std::set<std::string> deleted;
     std::thread loads([this, &filing] {
         while (filing) {
-            phone.service->refreshCallLists();
+            phone.service().refreshCallLists();
         }
     });
     std::thread deletes([this, &filing, &deleted] {
         while (filing) {
             for (const MissedCallItem& item : phone.missed()) {
                 const std::string number = item.getMissedCallInfoList().front().getNumber();
-                if (number.back() == '3' && phone.service->deleteMissedCall(item.getEntryId(), false)) {
+                if (number.back() == '3' && phone.service().deleteMissedCall(item.getEntryId(), false)) {
                     EXPECT_TRUE(deleted.insert(number).second) << number << " came back";
                 }
             }
@@ -270,7 +265,7 @@ TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
     std::multiset<std::string> expected;
     for (int call = 2000; call < 2190; ++call) {
         phone.clock.advance(1);
-        phone.misses(std::to_string(call), party(std::to_string(call)));
+        phone.plays("misses 9 " + std::to_string(call));
         expected.insert(std::to_string(call));
     }
     filing = false;

@@ -1,4 +1,4 @@
-// The state machine by itself: which state follows on which, and what is filed then.
+// The state machine by itself: the state after each event, and the calls that are filed.
 
 #include "src/JournalServiceEvents/calls/CallTracker.h"
 
@@ -7,13 +7,14 @@
 #include <memory>
 #include <string>
 
-#include "host/services/HardwareVariant.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"
 #include "src/JournalServiceEvents/calls/FinishedCallsIfc.h"
+#include "tests/support/CallTexts.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FakeHardware.h"
 #include "tests/support/Table.h"
 
 namespace {
@@ -21,18 +22,18 @@ namespace {
 using journal::Call;
 using journaltest::CapturedLog;
 
-/// Notes what the state machine hands over, and removes the record as the real part does.
+/// Notes the state by which a call is filed, and removes the record as the real component does.
 class FinishedCalls final : public journal::FinishedCallsIfc {
 public:
     explicit FinishedCalls(journal::CallMap& calls) : m_calls(calls) {}
 
     bool createCallEntryAndRemoveCall(const Call* call, Call::states_t state) override {
-        filed += "F" + std::to_string(state);
+        filedBy = state;
         return m_calls.removeCall(call->m_sCallId);
     }
     void findAndDeleteMissedEntryWhenCalled(Call* /*call*/) override {}
 
-    std::string filed;
+    Call::states_t filedBy = Call::eUnknown;
 
 private:
     journal::CallMap& m_calls;
@@ -40,33 +41,27 @@ private:
 
 class CallTrackerTest : public testing::Test {
 protected:
-    CallTrackerTest() {
-        settings.change([](auto& values) { values.m_softwareType = softwareTypes::qorvex; });
-    }
-
     Call* record(Call::directions_t direction, Call::states_t state) {
         Call* const call = calls.insertEntryToCallMap("7", std::make_unique<Call>(direction, "7", 0));
         call->m_State = state;
         return call;
     }
-    /// What comes of a new state, as the matrix below says it.
-    std::string outcomeOf(Call& call, int newState) {
+    /// The outcome of a new state, as the matrix below names it.
+    std::string outcomeOf(Call& call, Call::states_t newState) {
         CapturedLog::reset();
-        finished.filed.clear();
         const auto before = call.m_State;
-        const bool answer =
-            tracker.setCallState(&call, static_cast<Call::states_t>(newState), call.m_Direction);
+        const bool accepted = tracker.setCallState(&call, newState, call.m_Direction);
         const Call* const after = calls.findCallFromId("7");
         if (after == nullptr) {
-            return finished.filed;
+            return finished.filedBy == newState ? "filed" : finished.filedBy == before ? "closed" : "?";
         }
-        if (answer) {
-            return finished.filed + std::to_string(after->m_State);
+        if (accepted) {
+            return after->m_State == newState ? "set" : after->m_State == before ? "stays" : "?";
         }
         EXPECT_EQ(after->m_State, before);
-        return CapturedLog::contains("setCallState():Wrong call transition")      ? "x"
-               : CapturedLog::contains("setCallState():Unexpected JS Call State") ? "u"
-                                                                                  : "?";
+        return CapturedLog::contains("setCallState():Wrong call transition")      ? "wrong"
+               : CapturedLog::contains("setCallState():Unexpected JS Call State") ? "unexpected"
+                                                                                  : "refused";
     }
 
     journal::JournalClock journalClock;
@@ -76,54 +71,53 @@ protected:
     journal::CallTracker tracker{calls, settings, journalClock, finished};
 };
 
-// The state before, then for each new state from 0 to 7 what comes of it:
-//     a number   the state that is stored afterwards, the answer is true
-//     x          "Wrong call transition", nothing stored, false
-//     u          unexpected, nothing stored, false
-//     Fn         filed by state n, the record is gone
-// Of a cell's two outcomes the second is, for an answer (3), that of an outgoing call that counts as incoming, and for a
-// forwarding (4) that of any other outgoing call, except under Crest.
+// A row is the state before, a column the new state; a cell is the outcome:
+//     set           the new state is stored                 stays         the old state is kept
+//     filed         filed by the new state, and removed     closed        filed by the old state, and removed
+//     wrong         refused as a wrong transition           unexpected    refused as an unexpected state
+// Of a cell's two outcomes the second is, for Established, that of an outgoing call that counts as incoming, and for Forwarded
+// that of any other outgoing call, except under Crest.
 TEST_F(CallTrackerTest, FollowsTheMatrixOfStates) {
-    struct Kind {
+    const struct {
         const char* name;
         Call::directions_t direction;
         bool countsAsIncoming;
         int hardware;
-    };
-    const Kind kinds[] = {{"incoming", Call::eIncoming, false, 0},
-                          {"outgoing", Call::eOutgoing, false, 0},
-                          {"outgoing, Crest", Call::eOutgoing, false, 3},
-                          {"as incoming", Call::eOutgoing, true, 0}};
-    for (const auto& row : journaltest::table(2, R"(
--1 | 0 1 2 3   F4/-1 F-1 F6 7
- 0 | x 1 2 3   F4/0  F0  F6 7
- 1 | x x 2 3   F4/1  F1  F6 7
- 2 | x x x 3   F4/2  F2  F6 7
- 3 | x x x 3   F4/3  F3  F6 7
- 4 | x x x u/4 F4/4  F4  F6 4
- 7 | x x x u/3 F4/7  F7  F6 x
-)")) {
-        const auto cells = journaltest::split(row[1], ' ');
-        ASSERT_EQ(cells.size(), 8U);
-        for (const Kind& kind : kinds) {
-            host::HardwareVariant::set(kind.hardware);
-            for (int newState = 0; newState < 8; ++newState) {
-                SCOPED_TRACE(std::string(kind.name) + " from " + row[0] + " to " + std::to_string(newState));
-                const auto outcomes = journaltest::split(cells[static_cast<std::size_t>(newState)], '/');
+    } kinds[] = {{"incoming", Call::eIncoming, false, 0},
+                 {"outgoing", Call::eOutgoing, false, 0},
+                 {"outgoing, Crest", Call::eOutgoing, false, 3},
+                 {"as incoming", Call::eOutgoing, true, 0}};
+    const auto rows = journaltest::table(9, R"(
+                | Originated | Offered | Delivered | Established      | Forwarded   | Cleared | Failed | CallInformation
+Unknown         | set        | set     | set       | set              | filed/stays | closed  | filed  | set
+Originated      | wrong      | set     | set       | set              | filed/stays | closed  | filed  | set
+Offered         | wrong      | wrong   | set       | set              | filed/stays | closed  | filed  | set
+Delivered       | wrong      | wrong   | wrong     | set              | filed/stays | closed  | filed  | set
+Established     | wrong      | wrong   | wrong     | set              | filed/stays | closed  | filed  | set
+Forwarded       | wrong      | wrong   | wrong     | unexpected/stays | filed/set   | closed  | filed  | stays
+CallInformation | wrong      | wrong   | wrong     | unexpected/set   | filed/stays | closed  | filed  | wrong
+)");
+    for (std::size_t row = 1; row < rows.size(); ++row) {
+        for (std::size_t column = 1; column < rows[row].size(); ++column) {
+            for (const auto& kind : kinds) {
+                const auto newState = journaltest::stateOf(rows[0][column]);
+                SCOPED_TRACE(std::string(kind.name) + " from " + rows[row][0] + " to " + rows[0][column]);
+                const auto outcomes = journaltest::split(rows[row][column], '/');
                 const bool staysOut = kind.direction == Call::eOutgoing && !kind.countsAsIncoming;
-                const bool second = newState == 3 ? kind.countsAsIncoming : staysOut && kind.hardware == 0;
+                const bool second =
+                    newState == Call::eEstablished ? kind.countsAsIncoming : staysOut && kind.hardware == 0;
+                journaltest::setHardwareVariant(kind.hardware);
                 calls.removeAllCalls();
-                Call* const call = record(kind.direction, static_cast<Call::states_t>(std::stoi(row[0])));
+                Call* const call = record(kind.direction, journaltest::stateOf(rows[row][0]));
                 call->m_treatAsIncoming = kind.countsAsIncoming;
                 EXPECT_EQ(outcomeOf(*call, newState), second ? outcomes.back() : outcomes.front());
             }
         }
     }
-    host::HardwareVariant::set(0);
 }
 
 TEST_F(CallTrackerTest, RefusesWhatCannotBeFollowed) {
-    EXPECT_EQ(outcomeOf(*record(Call::eIncoming, Call::eDelivered), Call::eUnknown), "?");
+    EXPECT_EQ(outcomeOf(*record(Call::eIncoming, Call::eDelivered), Call::eUnknown), "refused");
     EXPECT_FALSE(tracker.setCallState(nullptr, Call::eDelivered, Call::eIncoming));
     for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
         settings.change([type](auto& values) { values.m_softwareType = type; });

@@ -51,7 +51,7 @@ everything | Norlith Qorvex | enabled | false |
         EXPECT_EQ(rig.listContents(), rig.databaseContents());
         EXPECT_EQ(rig.heard(), row[5]);
         EXPECT_EQ(rig.management.published(), row[6]);
-        EXPECT_EQ(CapturedLog::count("could refresh its view"), row[0] == "everything" ? 1 : 0);
+        EXPECT_EQ(rig.uc.refreshes, row[0] == "everything" ? 1 : 0);
     }
 }
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/src/JournalServiceEvents/calls/Line.h"
+#include "journal-items/Occurrences.h"
 #include "tests/support/EntriesFixture.h"
 #include "tests/support/Table.h"
 
@@ -14,7 +14,6 @@ namespace {
 
 // "missed" and "forwarded" are calls from that party that end so, now; the number is that of seconds until the next.
 TEST(ForwardedMissedRule, KeepsOneCallInOneList) {
-    int calls = 0;
     for (const auto& row : table(2, R"(
 forwarded 4711, 0, missed 4711             | forwarded 4711
 forwarded 4711, 5, missed 4711             | forwarded 4711
@@ -31,21 +30,29 @@ missed 4711, 99, missed 4711, 6, forwarded 4711  | missed 4711, missed 4711, for
 missed 4711, 0, missed 4712, 0, forwarded 4711   | missed 4712, missed 4711, forwarded 4711
 forwarded 4711, 0, forwarded 4712, 1, missed 4711 | missed 4711, forwarded 4712, forwarded 4711
 missed 4711, 3, forwarded 4712, 0, missed 4712, 0, forwarded 4711 | missed 4711, forwarded 4711, forwarded 4712
-set serverFeatures off, missed 4711, 0, forwarded 4711 | missed 4711
 )")) {
-        Line line;
+        EntriesFixture fixture;
+        fixture.settings.change([](auto& values) { values.m_serverBasedFeatures = true; });
         for (const std::string& step : split(row[0], ',')) {
-            const std::string id = std::to_string(++calls);
             const std::string party = step.substr(step.find(' ') + 1);
-            line.plays(step.rfind("missed", 0) == 0      ? "rings " + id + " " + party + "; clears " + id
-                       : step.rfind("forwarded", 0) == 0 ? "diverts " + id + " " + party + " here 4799"
-                       : step.rfind("set", 0) == 0       ? step
-                                                         : "passes " + step);
+            if (step.rfind("missed", 0) == 0) {
+                fixture.files<MissedCallItem>(party);
+            } else if (step.rfind("forwarded", 0) == 0) {
+                fixture.files<ForwardedCallItem>(party);
+            } else {
+                fixture.time.advance(std::stol(step));
+            }
         }
-        std::string journal = line.journal();
-        for (std::size_t at = 0; (at = journal.find(" to 4799")) != std::string::npos;) {
-            journal.erase(at, 8);
-        }
+        std::string journal;
+        const auto add = [&journal](const char* name, const auto& items) {
+            for (const auto& item : items) {
+                for (const auto& info : occurrencesOf(item)) {
+                    journal += (journal.empty() ? "" : ", ") + (name + (" " + info.getNumber()));
+                }
+            }
+        };
+        add("missed", fixture.items<MissedCallItem>());
+        add("forwarded", fixture.items<ForwardedCallItem>());
         EXPECT_EQ(journal, row[1]) << row[0];
     }
 }

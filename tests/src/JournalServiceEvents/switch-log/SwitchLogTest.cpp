@@ -1,13 +1,14 @@
-// The call log that the switch keeps: what each of its events does in the lists, when it is applied, which call a deletion
-// takes, and that nothing of it goes back to the switch.
+// The call log that the switch keeps: what each of its events does in the lists, which call a deletion takes, and that
+// nothing of it is sent back to the switch.
 
 #include <regex>
 
 #include <gtest/gtest.h>
 
 #include "journal-items/Occurrences.h"
-#include "platform/csta/CSTAPrivateEvents.h"
-#include "tests/src/JournalServiceEvents/calls/Line.h"
+#include "src/JournalServiceEvents/calls/CallMap.h"
+#include "src/JournalServiceEvents/switch-log/CallLogEvents.h"
+#include "src/JournalServiceEvents/switch-log/CallLogRemoval.h"
 #include "tests/support/EntriesFixture.h"
 #include "tests/support/Table.h"
 
@@ -141,66 +142,6 @@ TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
     });
     phone.hears(entry(Entry::eDeleteAll, Entry::eMissed, "", ""));
     EXPECT_FALSE(phone.settings.values()->m_serverBasedCallLog);
-}
-
-// --- when it is applied ---
-
-void hears(Line& line, const Entry& entry) {
-    CSTAPrivateEvent carrier;
-    carrier.setCallLogEntry(entry);
-    line.parts.privateEvents.handleCSTAPrivateEvent(&carrier);
-}
-
-TEST(PrivateEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
-    const struct {
-        int systemIdentifier = 0;
-        bool ready = false;
-        int target = 0;
-        const char* days = nullptr;  // of three events
-        const char* daysAfterACall = nullptr;
-        bool readyAfterACall = false;
-        const char* type = softwareTypes::qorvex;
-    } rows[] = {
-        {0, false, 6, "4711:23,24,22", "4711:23,24,22", false},
-        {2, false, 4, "4711:23,24,22", "4711:23,24,22", true},
-        {2, true, 5, "4711:22", "4711:23,24,22", true},
-        {2, false, 6, "", "4711:23,24,22", true},
-        {2, false, 6, "", "", false, "another"},
-        {2, true, 6, "4711:22", "4711:22", false, "another"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::to_string(row.systemIdentifier) + ", target " + std::to_string(row.target));
-        Line line(row.type);
-        line.configure([&row](auto& values) {
-            values.m_systemIdentifier = row.systemIdentifier;
-            values.deriveEventModes();
-        });
-        line.parts.readiness.m_callLogEventsReady = row.ready;
-        for (const int day : {22, 24, 23}) {
-            hears(line, entry(Entry::eAdd, row.target, "4711", on(day)));
-        }
-        EXPECT_EQ(days(line.list<DialledCallItem>()), row.days);
-        line.plays("clears 1; clears 1");
-        EXPECT_EQ(days(line.list<DialledCallItem>()), row.daysAfterACall);
-        EXPECT_EQ(line.parts.readiness.m_callLogEventsReady, row.readyAfterACall);
-    }
-}
-
-TEST(PrivateEvents, AreAppliedBeforeTheirTimeWhereTheQueueIsFull) {
-    constexpr auto kCalls = static_cast<int>(journal::PendingCallLogEvents::kMaxPending) + 1;
-    Line line;
-    line.plays("set callEvents off");
-    for (int call = 1; call <= kCalls; ++call) {
-        hears(line, entry(Entry::eAdd, Entry::eDialledUnanswered, std::to_string(call), on(23)));
-    }
-    EXPECT_EQ(days(line.list<DialledCallItem>()), "1:23");
-    line.plays("clears 1");
-    // The list keeps a thousand: the one that was applied early is the oldest, and has gone.
-    int call = kCalls;
-    for (const DialledCallItem& item : line.list<DialledCallItem>()) {
-        ASSERT_EQ(item.getJournalSeviceGroupBy(), std::to_string(call--));
-    }
-    EXPECT_EQ(call, 1);
 }
 
 // --- which call a deletion takes ---

@@ -1,4 +1,4 @@
-// What the switch says of the line and not of one call: callbacks that wait, and the devices of the phone.
+// Events about the line and not about one call: waiting callbacks, the devices of the phone, entries of the switch's log.
 
 #include <gtest/gtest.h>
 
@@ -7,11 +7,8 @@
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/csta/CSTASystemEvents.h"
 #include "platform/texts/communicationsServiceTexts.h"
-#include "tests/src/JournalServiceEvents/calls/Line.h"
-#include "tests/support/FakeCstaService.h"
-#include "tests/support/FakeServices.h"
-#include "tests/support/ListsReader.h"
 #include "tests/support/RecordingObserver.h"
+#include "tests/support/SimulatedPhone.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -27,12 +24,12 @@ protected:
         event.setTargetDevice(target);
         event.setSet(set);
         event.setPrivateData(words);
-        line.parts.callBackEvents.handleCSTACallBackEvent(&event);
+        phone.delivers(event);
     }
     /// The list: "4711 Ann Adams busy ringing"; the type and the state where they are not the usual ones.
     std::string callBacks() {
         std::string text;
-        for (const CallBackItem& item : line.list<CallBackItem>()) {
+        for (const CallBackItem& item : phone.list<CallBackItem>()) {
             const auto type = item.getCallBackType();
             const bool rings = item.getCallBackState() == CallBackItem::CallBackState::eRinging;
             text += (text.empty() ? "" : ", ") + item.getNumber() + " " + item.getFirstname() + " " +
@@ -48,29 +45,26 @@ protected:
         for (const std::string& device : split(devices, ',')) {
             event.addDevice(std::stoi(device), device.substr(2));
         }
-        csta.forgetRequests();
-        line.parts.lineDeviceEvents.handleCSTASwitchingFunctionDevices(&event);
-        return csta.asked();
+        phone.service();
+        phone.csta.forgetRequests();
+        phone.delivers(event);
+        return phone.csta.asked();
     }
 
-    FakeCstaService csta;
-    FakeTeam team;
-    Line line{softwareTypes::sip};
+    SimulatedPhone phone{softwareTypes::sip};
 };
 
 TEST_F(LineEvents, OfACallBackAddChangeAndRemoveIt) {
     RecordingObserver observer;
-    ListsReader reader{line.parts.lists};
-    line.notifier.init(&reader, softwareTypes::sip);
-    line.notifier.subscribe(&observer, {});
+    phone.service().subscribeForJournalEvents(&observer);
     observer.clear();
-    line.phonebook.add("4711", "Ann", "Adams");
+    phone.phonebook.add("4711", "Ann", "Adams");
     callsBack(kHere, {"4711", ""}, true, "onBusy");
     callsBack(kHere, {"4712", "Bob"}, true, "onNoReply");
     EXPECT_EQ(callBacks(), "4712  Bob no reply, 4711 Ann Adams busy");
-    const auto items = line.list<CallBackItem>();
-    EXPECT_EQ(items[1].getTimeDate() + "Z", line.parts.clock.getCurrentTime());
-    line.plays("passes 60");
+    const auto items = phone.list<CallBackItem>();
+    EXPECT_EQ(items[1].getTimeDate() + "Z", phone.components().clock.getCurrentTime());
+    phone.plays("passes 60");
     callsBack(kHere, {"4711", ""}, true, "onBusy ringing");
     EXPECT_EQ(callBacks(), "4711 Ann Adams busy ringing, 4712  Bob no reply");
     callsBack(kHere, {"4712", ""}, true, "ringing");
@@ -94,22 +88,73 @@ TEST_F(LineEvents, OfACallBackAddChangeAndRemoveIt) {
 }
 
 TEST_F(LineEvents, OfTheDevicesMoveTheMonitorsAndSayWhoseCallsAreMissed) {
-    line.parts.platform.m_cstaService = &csta;
-    team.loggedDevices = {"2051"};
-    line.parts.platform.m_teamService = &team;
     EXPECT_EQ(hasDevices("0 localDeviceID,1 4,2 2050,3 5,2 2051,2 bluetoothDeviceID,2 2050"),
               "start localDeviceID; start 2050; start 2051; start bluetoothDeviceID");
-    line.plays(
+    phone.plays(
         "rings 1 4711 at=2050; rings 2 4712 at=2051; rings 3 4713 at=bluetoothDeviceID; rings 4 4714;"
         "rings 5 4715 at=2052; clears 1; clears 2; clears 3; clears 4; clears 5");
-    EXPECT_EQ(line.outcome(), "missed 4715, missed 4714, missed 4713, missed 4712");
-    line.parts.platform.m_teamService = nullptr;
+    EXPECT_EQ(phone.outcome(), "missed 4715, missed 4714, missed 4713, missed 4712");
+    phone.components().platform.m_teamService = nullptr;
     EXPECT_EQ(hasDevices("0 localDeviceID,2 2051"),
               "stop 2; stop 3; stop 4; stop 1; start localDeviceID; start 2051");
-    line.plays("rings 6 4716 at=2051; clears 6");
-    EXPECT_EQ(line.outcome(), "missed 4715, missed 4714, missed 4713, missed 4712") << "only own lines count";
-    line.configure([](auto& values) { values.m_softwareType = softwareTypes::qorvex; });
+    phone.plays("rings 6 4716 at=2051; clears 6");
+    EXPECT_EQ(phone.outcome(), "missed 4715, missed 4714, missed 4713, missed 4712")
+        << "only own lines count";
+    phone.configure([](auto& values) { values.m_softwareType = softwareTypes::qorvex; });
     EXPECT_EQ(hasDevices("0 localDeviceID"), "") << "other phones have one line";
+}
+
+// Three entries of the switch's log arrive, then a call ends. The columns: system identifier, log, whether the phone is ready
+// before, the entries that the list has at once and after the call, whether the phone is ready then.
+TEST(SwitchLogEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
+    for (const auto& row : table(7, R"(
+0 | dialledUnanswered | no  | 4723 4724 4722 | 4723 4724 4722 | no  | Norlith Qorvex
+2 | dialled           | no  | 4723 4724 4722 | 4723 4724 4722 | yes | Norlith Qorvex
+2 | dialledForwarded  | yes | 4722           | 4723 4724 4722 | yes | Norlith Qorvex
+2 | dialledUnanswered | no  |                | 4723 4724 4722 | yes | Norlith Qorvex
+2 | dialledUnanswered | no  |                |                | no  | another
+2 | dialledUnanswered | yes | 4722           | 4722           | no  | another
+)")) {
+        SCOPED_TRACE(row[0] + " " + row[1] + ", ready " + row[2] + ", " + row[6]);
+        SimulatedPhone phone(row[6]);
+        phone.configure([&row](auto& values) {
+            values.m_systemIdentifier = std::stoi(row[0]);
+            values.deriveEventModes();
+        });
+        auto& ready = phone.components().readiness.m_callLogEventsReady;
+        ready = row[2] == "yes";
+        for (const char* number : {"4722", "4724", "4723"}) {
+            phone.plays("logs " + row[1] + " " + number);
+        }
+        const auto numbers = [&phone] {
+            std::string all;
+            for (const DialledCallItem& item : phone.list<DialledCallItem>()) {
+                all += (all.empty() ? "" : " ") + item.getJournalSeviceGroupBy();
+            }
+            return all;
+        };
+        EXPECT_EQ(numbers(), row[3]);
+        phone.plays("clears 1; clears 1");
+        EXPECT_EQ(numbers(), row[4]);
+        EXPECT_EQ(ready, row[5] == "yes");
+    }
+}
+
+TEST(SwitchLogEvents, AreAppliedEarlyWhereTheQueueIsFull) {
+    constexpr auto kCalls = static_cast<int>(journal::PendingCallLogEvents::kMaxPending) + 1;
+    SimulatedPhone phone;
+    phone.plays("set callEvents off");
+    for (int call = 1; call <= kCalls; ++call) {
+        phone.plays("logs dialledUnanswered " + std::to_string(call));
+    }
+    EXPECT_EQ(phone.journal(), "dialled 1");
+    phone.plays("clears 1");
+    // The list keeps a thousand: the one that was applied early is the oldest, and is deleted.
+    int call = kCalls;
+    for (const DialledCallItem& item : phone.list<DialledCallItem>()) {
+        ASSERT_EQ(item.getJournalSeviceGroupBy(), std::to_string(call--));
+    }
+    EXPECT_EQ(call, 1);
 }
 
 }  // namespace

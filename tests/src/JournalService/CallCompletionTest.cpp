@@ -8,15 +8,15 @@
 #include <string>
 
 #include "journal-items/Occurrences.h"
-#include "tests/src/JournalServiceEvents/calls/Line.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/SimulatedPhone.h"
 #include "tests/support/Table.h"
 
 namespace {
 
 using journal::Call;
 using journaltest::CapturedLog;
-using journaltest::Line;
+using journaltest::SimulatedPhone;
 
 TEST(CallCompletion, ShowsTheLastOrTheFirstForwardedPartyAsConfigured) {
     for (const auto& row : journaltest::table(4, R"(
@@ -27,17 +27,17 @@ TEST(CallCompletion, ShowsTheLastOrTheFirstForwardedPartyAsConfigured) {
 firstForwardedParty_seq_done | on | by hand | is filed already
 )")) {
         CapturedLog::reset();
-        Line line(softwareTypes::sip);
-        line.plays("set displayLast " + row[1]);
+        SimulatedPhone phone(softwareTypes::sip);
+        phone.plays("set displayLast " + row[1]);
         auto call = std::make_unique<Call>(Call::eOutgoing, "7", 0);
         call->m_sDialledParty = "4711";
         call->m_sConnectedParty = "4712";
         call->m_sFirstForwardedParty = row[0];
         call->mAutoAnswerForwardedCall = row[2] == "automatically";
         call->m_establishedTimeSec = 10;
-        const Call* const held = line.parts.calls.insertEntryToCallMap("7", std::move(call));
-        EXPECT_TRUE(line.parts.completion.createCallEntryAndRemoveCall(held, Call::eForwarded));
-        EXPECT_EQ(line.outcome(), row[3] == "is filed already" ? "" : "dialled 4711 sent on");
+        const Call* const held = phone.components().calls.insertEntryToCallMap("7", std::move(call));
+        EXPECT_TRUE(phone.components().completion.createCallEntryAndRemoveCall(held, Call::eForwarded));
+        EXPECT_EQ(phone.outcome(), row[3] == "is filed already" ? "" : "dialled 4711 sent on");
         // No list of a SIP phone shows the connected party; the entry's making says it.
         const bool shows = CapturedLog::contains("sConnectedParty: " + row[3].substr(6) + ",") &&
                            CapturedLog::contains("startSec: -1, endSec: -1");
@@ -54,8 +54,8 @@ rings 1 4711; passes 5; answers 1 4711; passes 5; clears 1 | 05:22:05Z 0 1111 | 
 passes 2; dials 1 4711; passes 5; clears 1 | 05:22:07Z 4 1100 | 05:22:07Z 4 1100
 )")) {
         for (const std::string type : {softwareTypes::qorvex, softwareTypes::sip}) {
-            Line line(type);
-            line.plays(row[0]);
+            SimulatedPhone phone(type);
+            phone.plays(row[0]);
             std::string marks;
             const auto note = [&marks](const auto& items) {
                 for (const auto& item : items) {
@@ -68,9 +68,9 @@ passes 2; dials 1 4711; passes 5; clears 1 | 05:22:07Z 4 1100 | 05:22:07Z 4 1100
                     }
                 }
             };
-            note(line.list<MissedCallItem>());
-            note(line.list<DialledCallItem>());
-            note(line.list<ReceivedCallItem>());
+            note(phone.list<MissedCallItem>());
+            note(phone.list<DialledCallItem>());
+            note(phone.list<ReceivedCallItem>());
             EXPECT_EQ(marks, row[type == softwareTypes::sip ? 2 : 1]) << row[0] << " on " << type;
         }
     }

@@ -1,11 +1,14 @@
-// Transfers, conferences and call information: each row is a script for `Line` with the outcome on a Qorvex and on a SIP
-// phone; "=" is the same.
+// Transfers, conferences and call information. A row is: name | script | outcome on a Qorvex phone | outcome on a SIP phone,
+// "=" for the same. Scripts and outcomes are those of CallSequenceTest.cpp; these steps come with several calls:
+//     transfers OLD SECONDARY NEW BY TO    conference ID PRIMARY DEVICE SECONDARY DEVICE    member ID DEVICE
+//     informs ID DEVICE                    call information; the option at=DEVICE is the connection that an event is about
 
 #include <regex>
 
 #include "platform/csta/CSTACallControlEvents.h"
-#include "tests/src/JournalServiceEvents/calls/Outcomes.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/SimulatedPhone.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
@@ -14,17 +17,17 @@ namespace {
 TEST(JoinedCalls, OfATransferAreFiledOnceEach) {
     expectOutcomes(R"(
 consulted, second cleared | answers 1 4711:Ann; passes 60; holds 1 for-transfer; dials 2 4712:Bob;
-+   reaches 2 4712:Bob 4712:Bob; passes 5; clears 2 cause=transfer; transfers 1 2 9 here 4712 local=0
++   reaches 2 4712:Bob 4712:Bob; passes 5; clears 2 cause=transfer; transfers 1 2 9 here 4712 local=null
 +   | dialled 4712 Bob 00:05 by 4711, received 4711 Ann 01:05 by 4712 transferred | =
 consulted, second not | answers 1 4711:Ann; passes 60; dials 2 4712:Bob; reaches 2 4712:Bob 4712:Bob; passes 5;
-+   transfers 1 2 9 here 4712 local=0 | dialled 4712 Bob 00:05, received 4711 Ann 01:05 | =
++   transfers 1 2 9 here 4712 local=null | dialled 4712 Bob 00:05, received 4711 Ann 01:05 | =
 consulted, second survives | answers 1 4711; dials 2 4712; reaches 2 4712 4712; passes 5;
-+   transfers 1 2 2 here 4712 local=0 | dialled 4712 00:05, received 4711 00:05 | =
-blind       | answers 1 4711:Ann; passes 60; holds 1 for-transfer; clears 1; transfers 1 - 9 here 4712 local=0
++   transfers 1 2 2 here 4712 local=null | dialled 4712 00:05, received 4711 00:05 | =
+blind       | answers 1 4711:Ann; passes 60; holds 1 for-transfer; clears 1; transfers 1 - 9 here 4712 local=null
 +   | received 4711 Ann 01:00 | =
 blind, same call id | answers 1 4711:Ann; passes 60; holds 1 for-transfer; clears 1;
-+   transfers 1 - 1 here 4712 local=0 | received 4711 Ann 01:00 | =
-blind, unknown call | answers 1 4711; passes 9; holds 1 for-transfer; clears 1; transfers 7 - 8 here - local=0
++   transfers 1 - 1 here 4712 local=null | received 4711 Ann 01:00 | =
+blind, unknown call | answers 1 4711; passes 9; holds 1 for-transfer; clears 1; transfers 7 - 8 here - local=null
 +   | received 4711 00:09 | =
 somebody else's, its second call is ours | answers 1 4711; passes 5; transfers 77 1 8 4710 here; clears 8
 +   | received 4711 00:05 | =
@@ -44,8 +47,8 @@ the new partner sends it on | answers 1 4711:Ann; passes 60; transfers 1 - 9 471
 +   | received 4712 00:30 by 4711 transferred, received 4711 Ann 01:00
 +   | received 4711 Ann 00:30 by 4711 transferred, received 4711 Ann 01:00
 the new partner is connected | answers 1 4711:Ann; transfers 1 - 9 4711 4712; reaches 9 4712 4712:Bob
-+   | received 4711 Ann; 9 in 3 remote+connected[4712] redirecting[4711]
-+   | received 4711 Ann; 9 in 3 called+remote[4711 Ann] connected[4712 Bob] redirecting[4711]
++   | received 4711 Ann; 9 in Established remote+connected[4712] redirecting[4711]
++   | received 4711 Ann; 9 in Established called+remote[4711 Ann] connected[4712 Bob] redirecting[4711]
 first seen in its transfer | transfers 1 - 9 4711 4712; established 9 4712:Bob 600 here; passes 30; clears 9
 +   | received 4712 Bob 00:30 by 4711 transferred | =
 placed by a computer | answers 1 4711:CTI_Assisted; transfers 1 - 9 4711 4712; passes 30; clears 9
@@ -62,12 +65,12 @@ TEST(JoinedCalls, OfAConferenceEndWhenTheirMembersLeave) {
         "answers 1 4711:Ann; dials 2 4712:Bob; reaches 2 4712:Bob 4712:Bob; conference 9 1 4711 2 4712; "
         "passes 30;";
     std::string rows = R"(
-one after the other           | 3 clears 9 at=4711 local=3; passes 30; clears 9
+one after the other           | 3 clears 9 at=4711 local=connected; passes 30; clears 9
 +   | dialled 4712 Bob 01:00, received 4711 Ann 00:30 | =
-all the others leave          | 3 clears 9 at=4711 local=3; clears 9 at=4712 local=3
+all the others leave          | 3 clears 9 at=4711 local=connected; clears 9 at=4712 local=connected
 +   | dialled 4712 Bob 00:30, received 4711 Ann 00:30 | =
 the phone first               | 3 clears 9 | dialled 4712 Bob 00:30, received 4711 Ann 00:30 | =
-a stranger changes nothing    | 3 clears 9 at=4799 local=3; passes 30; clears 9
+a stranger changes nothing    | 3 clears 9 at=4799 local=connected; passes 30; clears 9
 +   | dialled 4712 Bob 01:00, received 4711 Ann 01:00 | =
 its own id is a call, too     | conference 9 1 4711 2 4712; established 9 here 4713 4713; clears 9 at=here
 +   | dialled 4713 | =
@@ -76,7 +79,7 @@ members without devices       | answers 1 4711; answers 2 4712; conference 9 1 l
 a member's id is used again   | 3 clears 1; answers 1 4720; clears 9; passes 10; clears 1
 +   | dialled 4712 Bob 00:30, received 4720 00:10, received 4711 Ann 00:30 | =
 old calls cleared themselves  | 3 clears 1; clears 2; clears 9 | dialled 4712 Bob 00:30, received 4711 Ann 00:30 | =
-grows, another id             | 3 answers 3 4713; conference 10 9 4711 3 4713; passes 5; clears 10 at=4712 local=3;
+grows, another id             | 3 answers 3 4713; conference 10 9 4711 3 4713; passes 5; clears 10 at=4712 local=connected;
 +   passes 30; clears 10 | dialled 4712 Bob 00:35, received 4713 00:35, received 4711 Ann 01:05 | =
 grows twice                   | 3 answers 3 4713; conference 10 3 4713 9 4711; answers 4 4714;
 +   conference 11 10 4711 4 4714; clears 11
@@ -112,28 +115,28 @@ named while it rings | rings 1 4711; informs 1 4712:Bob; informs 1 4711:Ann; ans
 +   | received 4711 Ann | =
 named while it talks | answers 1 4711; passes 60; informs 1 4711:Ann; clears 1 | received 4711 Ann 01:00 | =
 named, was sent here | answers 1 4711 by=600; informs 1 4711:Ann
-+   | ; 1 in 3 remote[4711 Ann] connected[4711] redirecting[600]
-+   | ; 1 in 3 called+remote[4711 Ann] connected+redirecting[600]
++   | ; 1 in Established remote[4711 Ann] connected[4711] redirecting[600]
++   | ; 1 in Established called+remote[4711 Ann] connected+redirecting[600]
 named, is unknown    | informs 1 4711:Ann | | =
 )");
     EXPECT_EQ(CapturedLog::count("CSTA Event not plausible"), 10) << "five rows, two flavours";
-    Line line;
-    line.plays("informs -1 4711 private=MissedCall");
-    const auto info = line.list<MissedCallItem>().front().getMissedCallInfoList().front();
+    SimulatedPhone phone;
+    phone.plays("informs -1 4711 private=MissedCall");
+    const auto info = phone.list<MissedCallItem>().front().getMissedCallInfoList().front();
     EXPECT_TRUE(std::regex_match(info.getCallId(), std::regex("[0-9A-F]{8}"))) << info.getCallId();
 }
 
 TEST(JoinedCalls, PrivateDataOfASipSwitchFillsTheRecord) {
-    Line line{softwareTypes::sip};
-    line.plays("dials 1 4711:Ann; reaches 1 4711:Ann 4711:Ann");
+    SimulatedPhone phone{softwareTypes::sip};
+    phone.plays("dials 1 4711:Ann; reaches 1 4711:Ann 4711:Ann");
     CSTATransferredEvent event;
     event.setOldCalls("1", "");
     event.setConnection("9", CSTADevice::kLocalDevice);
     event.setPrivateData(
         "dialledName=A%3Bnn%20100%;firstForwardedNumber=4713;firstForwardedName=Carl;"
         "redirectingNumber=4714;redirectingName=D%c3%b6rte;unknown=1;=;broken");
-    line.parts.transferredEvents.handleCSTATransferredEvent(&event);
-    const journal::Call* const call = line.parts.calls.findCallFromId("9");
+    phone.delivers(event);
+    const journal::Call* const call = phone.components().calls.findCallFromId("9");
     ASSERT_NE(call, nullptr);
     EXPECT_EQ(call->m_sDialledPartyName, "A;nn 100%");
     EXPECT_EQ(call->m_sFirstForwardedParty + " " + call->m_sFirstForwardedPartyName, "4713 Carl");
@@ -142,10 +145,10 @@ TEST(JoinedCalls, PrivateDataOfASipSwitchFillsTheRecord) {
 }
 
 TEST(JoinedCalls, AreLeftAloneOnAnUnknownSoftwareType) {
-    Line line{"Norlith Other"};
-    line.plays("rings 1 4711; transfers 1 - 9 4711 4712");
+    SimulatedPhone phone{"Norlith Other"};
+    phone.plays("rings 1 4711; transfers 1 - 9 4711 4712");
     EXPECT_TRUE(CapturedLog::contains("Unhandled software type."));
-    EXPECT_NE(line.parts.calls.findCallFromId("1"), nullptr);
+    EXPECT_NE(phone.components().calls.findCallFromId("1"), nullptr);
 }
 
 // The table has two places, and what does not fit changes nothing in it.
@@ -165,14 +168,14 @@ grown, no place  | conference 8 1 1 2 2; conference 9 3 3 0 0; conference 10 8 1
 a freed place    | conference 8 1 1 2 2; conference 9 3 3 0 0; clears 8; conference 10 4 4 0 0 | 9:1 10:1
 )")) {
         SCOPED_TRACE(row[0]);
-        Line line;
-        line.plays(row[1]);
+        SimulatedPhone phone;
+        phone.plays(row[1]);
         std::string found;
         for (const char* id : {"8", "9", "10"}) {
             int index = -1;
-            if (line.parts.conferences.searchConferenceIDIndex(id, index)) {
+            if (phone.components().conferences.searchConferenceIDIndex(id, index)) {
                 found += std::string(found.empty() ? "" : " ") + id + ":" +
-                         std::to_string(line.parts.conferences.members(index).size());
+                         std::to_string(phone.components().conferences.members(index).size());
             }
         }
         EXPECT_EQ(found, row[2]);
