@@ -5,7 +5,7 @@
 #include <sstream>
 #include <string>
 
-#include "host/contact-files/ContactReader.h"
+#include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactWriter.h"
 
 // What a vCard file may hold: any bytes. A contact that can be taken is written as a card, and has to be read back

@@ -6,20 +6,14 @@
 #include "journal-items/CallItem.h"
 #include "journal-items/NumberType.h"
 
-/// A callback request: somebody is to be called back, by the user or by the switch. A plain value without
-/// synchronisation. It has no database id of its own: its entry id is its key everywhere.
+/// A callback request: a party to call back, by the user or by the switch. A plain value without
+/// synchronisation. It has no database id: its entry id is its key everywhere.
 class CallBackItem : public CallItem {
 public:
-    /// What the callback waits for. The values are stored and sent; new ones go to the end.
+    /// The reason for the callback. The values are stored and sent; new ones are added at the end.
     enum class CallBackType : std::int32_t { eUnknown = 0, eOnBusy = 1, eOnNoReply = 2, eOnRequest = 3 };
-    /// How far the callback has come. The values are stored and sent; new ones go to the end.
-    enum class CallBackState : std::int32_t {
-        eUnknown = 0,
-        eRequested = 1,
-        eRinging = 2,
-        eDone = 3,
-        eCancelled = 4
-    };
+    /// The progress of the callback. The values are stored and sent; new ones are added at the end.
+    enum class CallBackState : std::int32_t { eUnknown = 0, eRequested = 1, eRinging = 2, eDone = 3 };
 
     CallBackItem() = default;
     CallBackItem(const std::string& entryId, const std::string& firstname, const std::string& surname,
@@ -40,7 +34,7 @@ public:
     [[nodiscard]] NumberType::NT getNumberType() const noexcept { return m_numberType; }
     void setNumberType(const NumberType::NT& numberType) noexcept { m_numberType = numberType; }
 
-    /// When the callback was asked for, in the form of `CallInfo::getTimeAndDate`.
+    /// The time of the callback request, in the form of `CallInfo::getTimeAndDate`.
     [[nodiscard]] const std::string& getTimeDate() const noexcept { return m_timeDate; }
     void setTimeDate(const std::string& timeDate) { m_timeDate = timeDate; }
 

@@ -3,16 +3,14 @@
 #include <cstdint>
 #include <string>
 
-/// What every occurrence of a call records, whichever list it stands in: numbers, time and the switch's own
-/// marks.
+/// The data that every occurrence of a call records in any list: numbers, time and the switch's own marks.
 ///
-/// A plain value without synchronisation; copies are deep. The field order of the class is the order in
-/// which the fields are written, so that a dump of an item reads the same everywhere.
+/// A plain value without synchronisation; copies are deep. The fields are written in the order of the class,
+/// so a dump of an item reads the same everywhere.
 ///
-/// The journal itself interprets the number, the connected number and the time. The other fields are the
-/// marks that a switch attaches to the entries of its own call log (log target, presentation values and
-/// texts); they are kept so that a later request about the entry can quote them, and they are copied
-/// unchanged everywhere else.
+/// The journal interprets the number, the connected number and the time. The other fields are the marks that
+/// a switch attaches to the entries of its own call log (log target, presentation values and texts). They are
+/// kept so that a later request about the entry can quote them, and are otherwise copied unchanged.
 class CallInfo {
 public:
     CallInfo() = default;
@@ -22,7 +20,8 @@ public:
     CallInfo& operator=(CallInfo&&) noexcept = default;
     virtual ~CallInfo() = default;
 
-    /// The tracked call's identifier, as text; a random number for an entry that came from a switch's call log.
+    /// The tracked call's identifier as text; a random number for an entry that came from a switch's call
+    /// log.
     [[nodiscard]] const std::string& getCallId() const noexcept { return m_callId; }
     void setCallId(const std::string& callId) { m_callId = callId; }
 
@@ -30,7 +29,7 @@ public:
     [[nodiscard]] const std::string& getNumber() const noexcept { return m_number; }
     void setNumber(const std::string& number) { m_number = number; }
 
-    /// Who was reached in the end when the dialled number was a feature access code.
+    /// The number that was reached if the dialled number was a feature access code.
     [[nodiscard]] const std::string& getConnectedNumber() const noexcept { return m_connectedNumber; }
     void setConnectedNumber(const std::string& number) { m_connectedNumber = number; }
 
@@ -42,22 +41,22 @@ public:
     [[nodiscard]] const std::string& getTextD() const noexcept { return m_textD; }
     void setTextD(const std::string& text) { m_textD = text; }
 
-    /// When the call was: "2026-11-21T05:22:05Z". Compared as bytes, it orders occurrences and items by
+    /// The time of the call: "2026-11-21T05:22:05Z". Compared as bytes, it orders occurrences and items by
     /// time.
     [[nodiscard]] const std::string& getTimeAndDate() const noexcept { return m_timeAndDate; }
     void setTimeAndDate(const std::string& timeAndDate) { m_timeAndDate = timeAndDate; }
 
-    /// Which of the switch's logs the entry belongs to.
+    /// The log of the switch that the entry belongs to.
     [[nodiscard]] std::int32_t getLogTarget() const noexcept { return m_logTarget; }
     void setLogTarget(std::int32_t target) noexcept { m_logTarget = target; }
 
-    /// How the switch wants the entry's values shown: A the number, B the name, C and D the two texts
+    /// The presentation of the entry's values: A for the number, B for the name, C and D for the two texts
     /// above.
     [[nodiscard]] std::int32_t getPresentationA() const noexcept { return m_presentationA; }
     void setPresentationA(std::int32_t value) noexcept { m_presentationA = value; }
     [[nodiscard]] std::int32_t getPresentationB() const noexcept { return m_presentationB; }
     void setPresentationB(std::int32_t value) noexcept { m_presentationB = value; }
-    /// Takes part in the test whether a new missed or received call is already recorded.
+    /// Compared when the journal checks if a new missed or received call is already recorded.
     [[nodiscard]] std::int32_t getPresentationC() const noexcept { return m_presentationC; }
     void setPresentationC(std::int32_t value) noexcept { m_presentationC = value; }
     [[nodiscard]] std::int32_t getPresentationD() const noexcept { return m_presentationD; }

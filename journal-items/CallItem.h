@@ -2,10 +2,10 @@
 
 #include <string>
 
-/// One line of a journal list: a remote party, named, with an id that clients quote.
+/// One entry of a journal list: a remote party with its name, and an id that clients quote.
 ///
 /// A plain value without synchronisation; copies are deep and moves are cheap. Copy an item through its own
-/// class: a copy made through this base would keep the base's fields only.
+/// class: a copy through this base keeps only the base's fields.
 class CallItem {
 public:
     CallItem() = default;
@@ -17,9 +17,8 @@ public:
     CallItem& operator=(CallItem&&) noexcept = default;
     virtual ~CallItem() = default;
 
-    /// The time of the newest occurrence followed by eight hexadecimal digits: 28 characters. It changes
-    /// whenever an occurrence is merged into the item, so a client that holds an old id no longer finds the
-    /// item.
+    /// The time of the newest occurrence followed by eight hexadecimal digits: 28 characters. It changes when
+    /// an occurrence is merged into the item, so a client with an old id no longer finds the item.
     [[nodiscard]] const std::string& getEntryId() const noexcept { return m_entryId; }
     void setEntryId(const std::string& entryId) { m_entryId = entryId; }
 
@@ -29,12 +28,12 @@ public:
     [[nodiscard]] const std::string& getSurname() const noexcept { return m_surname; }
     void setSurname(const std::string& surname) { m_surname = surname; }
 
-    /// Whether both stand for the same list entry: their entry ids are equal, whatever the other fields
-    /// hold. For a comparison of everything use `sameContent`.
+    /// True if both are the same list entry: their entry ids are equal, whatever the other fields hold.
+    /// `sameContent` compares everything.
     [[nodiscard]] virtual bool equals(const CallItem& other) const { return m_entryId == other.m_entryId; }
     bool operator==(const CallItem& other) const { return equals(other); }
 
-    /// Whether every field of this class is equal, byte for byte. Each derived class has its own.
+    /// True if every field of this class is equal, byte for byte. Each derived class has its own.
     [[nodiscard]] bool sameContent(const CallItem& other) const {
         return m_entryId == other.m_entryId && m_firstname == other.m_firstname &&
                m_surname == other.m_surname;

@@ -6,23 +6,22 @@
 
 #include "journal-items/CallItem.h"
 
-/// A journal item that the database knows and that may show a picture: base of the four call lists' items.
-/// A plain value without synchronisation.
+/// A journal item that has a database row and may show a picture: the base of the items of the four call
+/// lists. A plain value without synchronisation.
 class CallItemWithPicture : public CallItem {
 public:
-    /// How many occurrences an item keeps when calls are added to it one by one. An item that holds this
-    /// many has "more than 9", the state in which the next call drops its oldest one and a switch that
-    /// keeps the log is told.
+    /// The number of occurrences that an item keeps when calls are added one by one. An item that holds this
+    /// many has "more than 9": the next call drops its oldest one, and a switch that keeps the log is
+    /// notified.
     static constexpr std::size_t kMaxOccurrences = 10;
 
     using CallItem::CallItem;
 
-    /// The database's id of the stored row; empty until the first write was answered. It survives every
-    /// merge.
+    /// The database's id of the stored row; empty until the first write succeeded. It survives every merge.
     [[nodiscard]] const std::string& getUniqueId() const noexcept { return m_uniqueId; }
     void setUniqueId(const std::string& uniqueId) { m_uniqueId = uniqueId; }
 
-    /// Reference of the party's picture, copied from the phonebook; empty when there is none.
+    /// Reference of the party's picture, copied from the phonebook; empty if there is none.
     [[nodiscard]] const std::string& getPictureClip() const noexcept { return m_pictureClip; }
     void setPictureClip(const std::string& pictureClip) { m_pictureClip = pictureClip; }
 
@@ -32,7 +31,7 @@ public:
     }
 
 protected:
-    /// Puts `info` in front of `occurrences` and drops from the back what exceeds `kMaxOccurrences`.
+    /// Puts `info` at the front of `occurrences` and drops from the back what exceeds `kMaxOccurrences`.
     template <typename Info>
     static void addNewest(std::list<Info>& occurrences, const Info& info) {
         occurrences.push_front(info);

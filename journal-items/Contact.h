@@ -6,14 +6,13 @@
 
 #include "journal-items/ContactText.h"
 
-/// A phonebook record as the journal sees it: who a number belongs to, and where the record came from.
+/// A phonebook record as the journal sees it: the owner of a number, and the source of the record.
 ///
-/// A plain value without synchronisation; copies are deep. The same class carries a question to the
-/// directory (only the search number set), its answer, and the entries of the contact list that other
-/// processes read.
+/// A plain value without synchronisation; copies are deep. The same class carries a query to the directory
+/// (only the search number set), its result, and the entries of the contact list that other processes read.
 class Contact {
 public:
-    /// Where the record came from, best first. The values are stored and sent; new ones go to the end.
+    /// The source of a record, best first. The values are stored and sent; new ones are added at the end.
     enum class eOrderedContactSource : std::int32_t {
         eUnknown = 0,
         ePersonal = 1,
@@ -23,8 +22,7 @@ public:
         eCallLog = 5
     };
 
-    /// A journal entry that refers to the contact: its entry id and the list it stands in ("missed",
-    /// "dialled", ...).
+    /// A journal entry that refers to the contact: its entry id and its list ("missed", "dialled", ...).
     struct CallRecord {
         std::string entryId;
         std::string type;
@@ -38,11 +36,11 @@ public:
     [[nodiscard]] const std::string& getFirstname() const noexcept { return m_firstname; }
     void setFirstname(const std::string& firstname) { m_firstname = firstname; }
 
-    /// The number that the contact is looked up and matched by; it need not be one of the four below.
+    /// The number for looking up and matching the contact; it need not be one of the four below.
     [[nodiscard]] const std::string& getSearchNumber() const noexcept { return m_searchNumber; }
     void setSearchNumber(const std::string& number) { m_searchNumber = number; }
-    /// Which of the four numbers a look-up matched: 1 second office, 2 office, 3 mobile, 4 private; 0 when none did. This is
-    /// the directory's order and not that of `getPhoneNumber`.
+    /// The number that a look-up matched: 1 second office, 2 office, 3 mobile, 4 private; 0 if none did. This
+    /// is the directory's order, not that of `getPhoneNumber`.
     [[nodiscard]] std::int32_t getMatchedKind() const noexcept { return m_matchedKind; }
     void setMatchedKind(std::int32_t kind) noexcept { m_matchedKind = kind; }
 
@@ -69,7 +67,7 @@ public:
         }
     }
 
-    /// Which of the four numbers is the default, 1 to 4; any other value stands for none.
+    /// The position of the default number, 1 to 4; any other value stands for none.
     [[nodiscard]] std::int32_t getDefaultNumber() const noexcept { return m_defaultNumber; }
     void setDefaultNumber(std::int32_t position) noexcept { m_defaultNumber = position; }
 
@@ -101,15 +99,15 @@ public:
     void setCallRecords(const std::vector<CallRecord>& records) { m_callRecords = records; }
     void addCallRecord(const CallRecord& record) { m_callRecords.push_back(record); }
 
-    /// The whole record as one printable line, "surname=...;firstname=...;": empty fields are left out, and
-    /// bytes that would break the line are written as "\xHH". Made for transport and logs; `deserialize`
-    /// reads it back.
+    /// The whole record as one printable line of text, "surname=...;firstname=...;": empty fields are
+    /// omitted, and bytes that would break the format are written as "\xHH". For transport and logs;
+    /// `deserialize` is the inverse.
     [[nodiscard]] std::string serialize() const;
-    /// Reads what `serialize` wrote. False, with `contact` unchanged, when the text is damaged; unknown
-    /// names are skipped.
+    /// Reads the text of `serialize`. Returns false, with `contact` unchanged, if the text is damaged; skips
+    /// unknown names.
     [[nodiscard]] static bool deserialize(const std::string& text, Contact& contact);
 
-    /// Whether every field is equal, byte for byte.
+    /// True if every field is equal, byte for byte.
     [[nodiscard]] bool sameContent(const Contact& other) const { return *this == other; }
     bool operator==(const Contact&) const = default;
 
@@ -136,7 +134,7 @@ private:
     eOrderedContactSource m_source = eOrderedContactSource::eUnknown;
     std::vector<CallRecord> m_callRecords;
 
-    /// The text fields and their names in the serialised line.
+    /// The text fields and their names in the serialised text.
     struct TextField {
         const char* name;
         std::string Contact::*member;

@@ -5,12 +5,12 @@
 #include <string>
 #include <system_error>
 
-/// The small text form behind `Contact::serialize`: "name=value;" with every byte that could break the
-/// line, or the reading of it, written as "\xHH". Only `Contact` uses it. Pure functions; any thread.
+/// The text form of `Contact::serialize`: "name=value;", with every byte that could break the format written
+/// as "\xHH". Only `Contact` uses it. Pure functions; any thread may call.
 namespace contacttext {
 
-/// Whether `byte` stands for itself. Separators, the backslash and control characters do not; bytes from
-/// 0x80 on do, so that a UTF-8 name stays readable.
+/// True if `byte` is written unchanged. Separators, the backslash and control characters are escaped; bytes
+/// from 0x80 on are not, so that a UTF-8 name stays readable.
 [[nodiscard]] inline bool isPlain(unsigned char byte) noexcept {
     return byte >= 0x20 && byte != 0x7f && byte != ';' && byte != ',' && byte != '=' && byte != '\\';
 }
@@ -32,7 +32,7 @@ namespace contacttext {
     return text;
 }
 
-/// False when a backslash is not followed by "x" and two hexadecimal digits; `value` is then unchanged.
+/// Returns false, with `value` unchanged, if a backslash is not followed by "x" and two hexadecimal digits.
 [[nodiscard]] inline bool unescape(const std::string& text, std::string& value) {
     std::string read;
     read.reserve(text.size());
@@ -57,7 +57,7 @@ namespace contacttext {
     return true;
 }
 
-/// A whole decimal number that fits; false and unchanged otherwise.
+/// Reads a whole decimal number. Returns false, with `number` unchanged, if it does not fit.
 [[nodiscard]] inline bool number(const std::string& text, std::int32_t& value) noexcept {
     std::int32_t read = 0;
     const char* const end = text.data() + text.size();

@@ -9,19 +9,18 @@
 #include "journal-items/Redirecting.h"
 #include "journal-items/TimeFormat.h"
 
-/// A number that was dialled, with one occurrence a call, newest in front. A plain value without
+/// A dialled number with one occurrence for each call, newest at the front. A plain value without
 /// synchronisation; copying duplicates the whole occurrence list.
 class DialledCallItem : public CallItemWithPicture {
 public:
     /// One dialled call.
     class DialledCallInfo : public CallInfo, public Duration, public TimeFormat, public Redirecting {
     public:
-        /// The connected number, kept when the dialled number was a feature access code and differed from
-        /// it.
+        /// The connected number, if the dialled number was a feature access code and differs from it.
         [[nodiscard]] const std::string& getSubstituteNumber() const noexcept { return m_substituteNumber; }
         void setSubstituteNumber(const std::string& number) { m_substituteNumber = number; }
 
-        /// Whether the dialled number was a feature access code.
+        /// True if the dialled number was a feature access code.
         [[nodiscard]] bool getFeatureAccessCode() const noexcept { return m_featureAccessCode; }
         void setFeatureAccessCode(bool featureAccessCode) noexcept {
             m_featureAccessCode = featureAccessCode;
@@ -39,17 +38,17 @@ public:
                     const std::list<DialledCallInfo>& infoList)
         : CallItemWithPicture(entryId, firstname, surname), m_infoList(infoList) {}
 
-    /// What calls are gathered by: the number that was looked up. The accessors' spelling is part of the
-    /// contract.
+    /// The number that groups calls into one item: the number that was looked up. The accessors' spelling is
+    /// part of the contract.
     [[nodiscard]] const std::string& getJournalSeviceGroupBy() const noexcept { return m_groupBy; }
     void setJournalSeviceGroupBy(const std::string& groupBy) { m_groupBy = groupBy; }
 
     [[nodiscard]] const std::list<DialledCallInfo>& getDialledCallInfoList() const noexcept {
         return m_infoList;
     }
-    /// Takes the list as it is; only `addCallInfoToList` limits it.
+    /// Replaces the list without limiting it; only `addCallInfoToList` does.
     void setDialledCallInfoList(const std::list<DialledCallInfo>& infoList) { m_infoList = infoList; }
-    /// Adds the newest call, in front; beyond `kMaxOccurrences` the oldest one is dropped.
+    /// Adds the newest call at the front; drops the oldest one beyond `kMaxOccurrences`.
     void addCallInfoToList(const DialledCallInfo& info) { addNewest(m_infoList, info); }
 
     [[nodiscard]] bool sameContent(const DialledCallItem& other) const {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Mix-in of an occurrence that knows how long the call lasted. A plain value without synchronisation.
+/// Mix-in of an occurrence with the duration of the call. A plain value without synchronisation.
 class Duration {
 public:
     Duration() = default;
@@ -12,7 +12,7 @@ public:
     Duration& operator=(Duration&&) noexcept = default;
     virtual ~Duration() = default;
 
-    /// Minutes and seconds, "01:01"; minutes are not capped ("100:00"). Empty when it is not known.
+    /// Minutes and seconds, "01:01"; minutes are not capped ("100:00"). Empty if unknown.
     [[nodiscard]] const std::string& getDuration() const noexcept { return m_duration; }
     void setDuration(const std::string& duration) { m_duration = duration; }
 

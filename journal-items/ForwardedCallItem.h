@@ -9,19 +9,19 @@
 #include "journal-items/Duration.h"
 #include "journal-items/Redirecting.h"
 
-/// A party whose calls were forwarded elsewhere, with one occurrence a call, newest in front. A plain value
+/// A party whose calls were forwarded, with one occurrence for each call, newest at the front. A plain value
 /// without synchronisation; copying duplicates the whole occurrence list.
 class ForwardedCallItem : public CallItemWithPicture {
 public:
     /// One forwarded call.
     class ForwardedCallInfo : public CallInfo, public Duration, public Redirecting {
     public:
-        /// Where the call went; empty when the switch did not say.
+        /// The destination of the call; empty if the switch did not report it.
         [[nodiscard]] const std::string& getForwardedToNumber() const noexcept { return m_forwardedToNumber; }
         void setForwardedToNumber(const std::string& number) { m_forwardedToNumber = number; }
 
-        /// What kind of device it went to and why, in the switch's own numbers; 0 when not known. Copied
-        /// only.
+        /// The kind of the destination device and the reason, in the switch's own numbers; 0 if unknown. Only
+        /// copied.
         [[nodiscard]] std::int32_t getForwardingTarget() const noexcept { return m_forwardingTarget; }
         void setForwardingTarget(std::int32_t target) noexcept { m_forwardingTarget = target; }
         [[nodiscard]] std::int32_t getForwardingReason() const noexcept { return m_forwardingReason; }
@@ -43,9 +43,9 @@ public:
     [[nodiscard]] const std::list<ForwardedCallInfo>& getForwardedCallInfoList() const noexcept {
         return m_infoList;
     }
-    /// Takes the list as it is; only `addCallInfoToList` limits it.
+    /// Replaces the list without limiting it; only `addCallInfoToList` does.
     void setForwardedCallInfoList(const std::list<ForwardedCallInfo>& infoList) { m_infoList = infoList; }
-    /// Adds the newest call, in front; beyond `kMaxOccurrences` the oldest one is dropped.
+    /// Adds the newest call at the front; drops the oldest one beyond `kMaxOccurrences`.
     void addCallInfoToList(const ForwardedCallInfo& info) { addNewest(m_infoList, info); }
 
     [[nodiscard]] bool sameContent(const ForwardedCallItem& other) const {

@@ -8,24 +8,24 @@
 #include "journal-items/Redirecting.h"
 #include "journal-items/TimeFormat.h"
 
-/// A party whose calls were missed, with one occurrence a call, newest in front. A plain value without
-/// synchronisation; copying duplicates the whole occurrence list.
+/// A party whose calls were missed, with one occurrence for each call, newest at the front. A plain value
+/// without synchronisation; copying duplicates the whole occurrence list.
 class MissedCallItem : public CallItemWithPicture {
 public:
     /// One missed call.
     class MissedCallInfo : public CallInfo, public TimeFormat, public Redirecting {
     public:
-        /// Somebody else answered the call: a colleague of the same line or group.
+        /// True if another user of the same line or group answered the call.
         [[nodiscard]] bool getCompletedElsewhere() const noexcept { return m_completedElsewhere; }
         void setCompletedElsewhere(bool completedElsewhere) noexcept {
             m_completedElsewhere = completedElsewhere;
         }
 
-        /// The text that the switch gave a group's call; sent back when the group's entry is deleted.
+        /// The text that the switch gave a group's call; quoted when the group's entry is deleted.
         [[nodiscard]] const std::string& getGroupText() const noexcept { return m_groupText; }
         void setGroupText(const std::string& groupText) { m_groupText = groupText; }
 
-        /// The line on which the call was missed; empty when it did not arrive on a specific line.
+        /// The line on which the call was missed; empty if it did not arrive on a specific line.
         [[nodiscard]] const std::string& getLineKey() const noexcept { return m_lineKey; }
         void setLineKey(const std::string& lineKey) { m_lineKey = lineKey; }
 
@@ -45,12 +45,12 @@ public:
     [[nodiscard]] const std::list<MissedCallInfo>& getMissedCallInfoList() const noexcept {
         return m_infoList;
     }
-    /// Takes the list as it is; only `addCallInfoToList` limits it.
+    /// Replaces the list without limiting it; only `addCallInfoToList` does.
     void setMissedCallInfoList(const std::list<MissedCallInfo>& infoList) { m_infoList = infoList; }
-    /// Adds the newest call, in front; beyond `kMaxOccurrences` the oldest one is dropped.
+    /// Adds the newest call at the front; drops the oldest one beyond `kMaxOccurrences`.
     void addCallInfoToList(const MissedCallInfo& info) { addNewest(m_infoList, info); }
 
-    /// Whether the user has seen the item. An unviewed item counts in the number of new missed calls.
+    /// True if the user has seen the item. The number of new missed calls counts the unviewed items.
     [[nodiscard]] bool getViewed() const noexcept { return m_viewed; }
     void setViewed(bool viewed) noexcept { m_viewed = viewed; }
 

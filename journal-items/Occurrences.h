@@ -8,9 +8,9 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// One name for the occurrence list of each of the four items, for code that treats the lists alike. Free
-/// functions over values: whoever owns the item synchronises. A returned reference lives as long as the
-/// item is not changed.
+/// Uniform access to the occurrence list of each of the four items, for code that treats the lists alike.
+/// Free functions over values: the owner of the item synchronises. A returned reference is valid until the
+/// item changes.
 
 inline const std::list<MissedCallItem::MissedCallInfo>& occurrencesOf(const MissedCallItem& item) {
     return item.getMissedCallInfoList();
@@ -40,8 +40,8 @@ inline void setOccurrences(ForwardedCallItem& item,
     item.setForwardedCallInfoList(list);
 }
 
-/// What a list is ordered by, newest (greatest) first, compared as bytes: the time of the front occurrence,
-/// or the entry id of an item without occurrences. Both begin with an ISO date and time.
+/// The sort key of a list, newest (greatest) first, compared as bytes: the time of the front occurrence, or
+/// the entry id of an item without occurrences. Both begin with an ISO date and time.
 template <typename Item>
 [[nodiscard]] const std::string& sortKeyOf(const Item& item) {
     const auto& occurrences = occurrencesOf(item);

@@ -9,8 +9,8 @@
 #include "journal-items/Redirecting.h"
 #include "journal-items/TimeFormat.h"
 
-/// A party whose calls were answered, with one occurrence a call, newest in front. A plain value without
-/// synchronisation; copying duplicates the whole occurrence list.
+/// A party whose calls were answered, with one occurrence for each call, newest at the front. A plain value
+/// without synchronisation; copying duplicates the whole occurrence list.
 class ReceivedCallItem : public CallItemWithPicture {
 public:
     /// One answered call.
@@ -27,9 +27,9 @@ public:
     [[nodiscard]] const std::list<ReceivedCallInfo>& getReceivedCallInfoList() const noexcept {
         return m_infoList;
     }
-    /// Takes the list as it is; only `addCallInfoToList` limits it.
+    /// Replaces the list without limiting it; only `addCallInfoToList` does.
     void setReceivedCallInfoList(const std::list<ReceivedCallInfo>& infoList) { m_infoList = infoList; }
-    /// Adds the newest call, in front; beyond `kMaxOccurrences` the oldest one is dropped.
+    /// Adds the newest call at the front; drops the oldest one beyond `kMaxOccurrences`.
     void addCallInfoToList(const ReceivedCallInfo& info) { addNewest(m_infoList, info); }
 
     [[nodiscard]] bool sameContent(const ReceivedCallItem& other) const {

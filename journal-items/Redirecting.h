@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-/// Mix-in of an occurrence that knows who redirected the call: the last redirection device's number and
-/// name. A plain value without synchronisation. Both texts are empty for a call that was not redirected.
+/// Mix-in of an occurrence with the last redirection device: its number and name. A plain value without
+/// synchronisation. Both texts are empty for a call that was not redirected.
 class Redirecting {
 public:
     Redirecting() = default;
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] const std::string& getRedirectingName() const noexcept { return m_redirectingName; }
     void setRedirectingName(const std::string& name) { m_redirectingName = name; }
 
-    /// How the number and the name may be shown; 0 means without restriction. Copied only.
+    /// The presentation restrictions of the number and the name; 0 means none. Only copied.
     [[nodiscard]] std::int32_t getRedirectingNumberPresentation() const noexcept {
         return m_numberPresentation;
     }
@@ -28,11 +28,11 @@ public:
     [[nodiscard]] std::int32_t getRedirectingNamePresentation() const noexcept { return m_namePresentation; }
     void setRedirectingNamePresentation(std::int32_t value) noexcept { m_namePresentation = value; }
 
-    /// Which number a transferred call shows. Copied only.
+    /// The kind of number that a transferred call shows. Only copied.
     [[nodiscard]] std::int32_t getTransferNumberType() const noexcept { return m_transferNumberType; }
     void setTransferNumberType(std::int32_t type) noexcept { m_transferNumberType = type; }
 
-    /// Why the call was redirected, in the switch's own numbers; 0 when it does not say. Copied only.
+    /// The reason of the redirection, in the switch's own numbers; 0 if unknown. Only copied.
     [[nodiscard]] std::int32_t getRedirectingReason() const noexcept { return m_reason; }
     void setRedirectingReason(std::int32_t reason) noexcept { m_reason = reason; }
 

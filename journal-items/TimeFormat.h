@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Mix-in of an occurrence that says how its time came to be. A plain value without synchronisation.
+/// Mix-in of an occurrence with the format of its time. A plain value without synchronisation.
 class TimeFormat {
 public:
     TimeFormat() = default;
@@ -12,8 +12,7 @@ public:
     TimeFormat& operator=(TimeFormat&&) noexcept = default;
     virtual ~TimeFormat() = default;
 
-    /// The switch's own number for the format of an entry's time; 0 for a time that the journal took
-    /// itself.
+    /// The switch's own number for the format of an entry's time; 0 for a time that the journal's clock gave.
     [[nodiscard]] std::int32_t getTimeFormat() const noexcept { return m_timeFormat; }
     void setTimeFormat(std::int32_t format) noexcept { m_timeFormat = format; }
 

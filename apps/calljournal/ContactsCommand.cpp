@@ -17,6 +17,7 @@
 #include "apps/calljournal/RemoteContacts.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
+#include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"

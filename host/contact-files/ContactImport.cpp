@@ -6,7 +6,7 @@
 namespace host {
 namespace {
 
-/// A batch is one transaction of the database: large enough to be quick, small enough not to keep a call waiting.
+/// A batch is one transaction of the database: large enough to be fast, small enough not to delay a call.
 constexpr std::size_t kMaxBatch = 250;
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// Where an import puts contacts: the phonebook, or the server that keeps it. One thread at a time.
+/// The destination of an import: the phonebook, or the server that keeps it. One thread at a time.
 class ContactStore {
 public:
     ContactStore() = default;
@@ -16,23 +16,24 @@ public:
     ContactStore& operator=(const ContactStore&) = delete;
     virtual ~ContactStore() = default;
 
-    /// Adds a contact to the batch; false, with the batch as it was, when it has no room for it.
+    /// Adds a contact to the batch; false, with the batch unchanged, if the batch is full.
     [[nodiscard]] virtual bool add(const Contact& contact) = 0;
-    /// Stores the batch, counts in the report what became of its contacts, and begins an empty one. False when it could not
-    /// be stored.
+    /// Stores the batch, counts the result for its contacts in the report, and begins an empty batch. False
+    /// if it could not be stored.
     [[nodiscard]] virtual bool store(ImportReport& report) = 0;
 };
 
-/// Takes the contacts of a file in, in batches. One thread.
+/// Imports the contacts of a file in batches. One thread.
 class ContactImport {
 public:
-    /// Told after each batch.
+    /// Called after each batch.
     using Progress = std::function<void(const ImportReport&)>;
 
     /// The store is borrowed and outlives the import.
     ContactImport(ContactStore& store, Progress progress);
 
-    /// False when a batch could not be stored: the ones before it are, and the rest was not read. Once.
+    /// Returns false if a batch could not be stored: the batches before it are stored, and the rest of the
+    /// file was not read. Call it once.
     [[nodiscard]] bool run(ContactReader& reader);
     [[nodiscard]] const ImportReport& report() const noexcept { return m_report; }
 
@@ -43,7 +44,7 @@ private:
     ContactStore& m_store;
     const Progress m_progress;
     ImportReport m_report;
-    /// How many contacts are in the batch.
+    /// The number of contacts in the batch.
     std::size_t m_pending = 0;
 };
 

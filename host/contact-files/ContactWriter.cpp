@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kMaxLineBytes = 75;
 
-/// A line, folded behind 75 bytes and never within a character.
+/// Appends a text line, folded after 75 bytes and never within a character.
 void addLine(std::string& card, const std::string& line) {
     std::size_t used = 0;
     for (std::size_t at = 0; at < line.size();) {

@@ -40,7 +40,7 @@ CsvReader::CsvReader(std::istream& stream) : m_rows(stream) {
         for (const ContactField& field : contactFields()) {
             names += (names.empty() ? "" : ", ") + std::string(field.name);
         }
-        throw ContactFileError("its first row names no column that is known; the names are " + names);
+        throw ContactFileError("its first row has no known column name; the names are " + names);
     }
 }
 

@@ -11,17 +11,17 @@
 
 namespace host {
 
-/// Reads contacts from a CSV file whose first row names the columns: the names of `contactFields`, capital and small letters
-/// alike, in any order. A column of another name is passed over, which the first record remarks.
+/// Reads contacts from a CSV file whose first row names the columns: the names of `contactFields`, in any
+/// case and any order. A column of another name is skipped, with a remark in the first record.
 class CsvReader final : public ContactReader {
 public:
-    /// Throws `ContactFileError` when no column has a name that is known.
+    /// Throws `ContactFileError` if no column has a known name.
     explicit CsvReader(std::istream& stream);
 
     [[nodiscard]] std::optional<ContactRecord> next() override;
 
 private:
-    /// Nothing for a column that is passed over.
+    /// Null for a column that is skipped.
     using Column = const ContactField*;
 
     void takeCell(std::size_t column, const std::string& text, ContactRecord& record) const;

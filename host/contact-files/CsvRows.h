@@ -9,35 +9,35 @@
 
 namespace host {
 
-/// Reads the rows of a CSV file (RFC 4180): cells may stand between quotation marks, hold line breaks there, and
-/// quotation marks twice. One thread at a time.
+/// Reads the rows of a CSV file (RFC 4180): a quoted cell may contain line breaks and doubled quotation
+/// marks. One thread at a time.
 class CsvRows {
 public:
-    /// A longer row is no contact: it ends there and is marked as damaged.
+    /// A longer row is cut there and marked as damaged.
     static constexpr std::size_t kMaxRowBytes = 1024U * 1024U;
 
     struct Row {
-        /// Where it begins, from 1 on.
+        /// The line of text in which it begins, from 1 on.
         std::size_t line = 0;
         std::vector<std::string> cells;
-        /// Whether a quotation mark is not closed before the end of the file or of what a row may hold.
+        /// True if a quotation mark is not closed before the end of the file or the maximum length of a row.
         bool damaged = false;
     };
 
     explicit CsvRows(std::istream& stream) : m_lines(stream) {}
 
-    /// The next row that is not blank; false at the end. What parts the cells is whichever of comma, semicolon and tab the
-    /// first line has most of.
+    /// Reads the next row that is not blank; false at the end. The separator is the one of comma, semicolon
+    /// and tab that the first line of text has most of.
     [[nodiscard]] bool next(Row& row);
 
 private:
     void chooseSeparator(const std::string& line);
-    /// Takes the line's cells; false when its last one goes on in the next line.
+    /// Appends the cells of the text line; false if its last cell continues in the next one.
     bool takeCells(const std::string& line, Row& row);
 
     TextLineReader m_lines;
     char m_separator = '\0';
-    /// Whether the last cell is between quotation marks that are still open.
+    /// True if the last cell is quoted and still open.
     bool m_open = false;
 };
 

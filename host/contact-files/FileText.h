@@ -3,24 +3,25 @@
 #include <string>
 #include <string_view>
 
-/// Texts as they stand in files. Pure functions; any thread may call.
+/// Helpers for the texts of contact files. Pure functions; any thread may call.
 namespace host {
 
-/// Whether every byte belongs to a valid UTF-8 character; control characters are ones too.
+/// True if the text is valid UTF-8; control characters are allowed.
 [[nodiscard]] bool isUtf8(std::string_view text);
 
-/// What a field of a contact may be: control characters other than line feed and tab, and white space at both ends, are
-/// left out; bytes that are no UTF-8 become U+FFFD.
+/// A text as a contact's field may be: without control characters other than line feed and tab, and without
+/// white space at both ends; bytes that are no UTF-8 become U+FFFD.
 [[nodiscard]] std::string cleaned(std::string_view text);
 
-/// Without white space at both ends.
+/// The text without white space at both ends.
 [[nodiscard]] std::string_view stripped(std::string_view text);
 
-/// ASCII letters in the other case; everything else as it is.
+/// The text with its ASCII letters in upper or lower case; everything else is unchanged.
 [[nodiscard]] std::string upper(std::string_view text);
 [[nodiscard]] std::string lower(std::string_view text);
 
-/// Whether `text` begins with `start`, in ASCII capital or small letters; `start` is in small ones.
+/// True if `text` begins with `start`, whatever the case of ASCII letters. Requires: `start` is in lower
+/// case.
 [[nodiscard]] bool beginsWith(std::string_view text, std::string_view start);
 
 }  // namespace host

@@ -9,18 +9,18 @@ namespace host {
 /// Reads a text file line by line and counts the lines. One thread at a time; the stream is borrowed.
 class TextLineReader {
 public:
-    /// A longer line is cut there; pictures make such lines, names and numbers do not.
+    /// A longer line is cut there; only embedded pictures make such lines.
     static constexpr std::size_t kMaxBytes = 1024U * 1024U;
 
     explicit TextLineReader(std::istream& stream) : m_stream(stream) {}
 
-    /// Takes the next line, without the line feed and a carriage return before it, and without the byte order mark of
-    /// UTF-8 at the beginning of the file. False at the end.
+    /// Reads the next line, without the line feed and a carriage return before it, and without the byte order
+    /// mark of UTF-8 at the beginning of the file. False at the end.
     [[nodiscard]] bool next(std::string& line);
-    /// The next call of `next` gives the same line again.
+    /// Makes the next call of `next` return this line again.
     void putBack(std::string line);
 
-    /// Of the line that was taken last, from 1 on.
+    /// The number of the line that was read last, from 1 on.
     [[nodiscard]] std::size_t number() const noexcept { return m_number; }
 
 private:

@@ -13,7 +13,7 @@ namespace {
 
 using Words = CallListDatabaseAdapterHelper;
 
-/// The parts of a structured value, each a list of texts that commas part.
+/// The components of a structured value, each a list of texts separated by commas.
 std::vector<std::string> components(const VCardLine& property, const std::string& between) {
     std::vector<std::string> parts;
     VCardLine part;
@@ -153,7 +153,7 @@ void VCardContact::takePhoto(const VCardLine& property) {
     }
 }
 
-// One address book writes "urn:uuid:ID" into its cards of version 4.0 and "ID" into those of 3.0.
+// Some address books write "urn:uuid:ID" into cards of version 4.0 and "ID" into those of 3.0.
 void VCardContact::takeUid(const VCardLine& property) {
     constexpr std::string_view kScheme = "urn:uuid:";
     std::string id = property.text();

@@ -11,23 +11,24 @@
 
 namespace host {
 
-/// One vCard on its way to a contact: takes its properties, in their order, and makes the record of them.
+/// Converts one vCard (RFC 2426, RFC 6350) to a contact: receives its properties in order and makes the
+/// record.
 ///
 ///     N, FN, ORG      names; a card without N is shown by FN, and one without both by its company
 ///     TEL             the four numbers and the default one (see `VCardNumbers`)
 ///     EMAIL           the preferred address, else the first
-///     ADR             the first two, each in one line
+///     ADR             the first two, each in one line of text
 ///     ORG, TITLE/ROLE, CATEGORIES, PHOTO (a reference only, never the picture itself), UID
 ///
-/// Everything else is passed over. One thread at a time.
+/// Other properties are skipped. One thread at a time.
 class VCardContact {
 public:
-    // Our own properties, for what vCard has no property for.
+    // This program's properties for fields that vCard has no property for.
     static constexpr const char* kVoiceDial = "X-CALLJOURNAL-VOICE-DIAL";
     static constexpr const char* kSource = "X-CALLJOURNAL-SOURCE";
 
     void take(const VCardLine& property);
-    /// The record of the card that begins in that line. Once.
+    /// Returns the record of the card that begins in that line of the file. Call it once.
     [[nodiscard]] ContactRecord finish(std::size_t line);
 
 private:

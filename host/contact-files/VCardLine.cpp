@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kNoPreference = 101;
 
-/// Where the first of `ends` stands that is not between quotation marks; the length of the text when none does.
+/// The position of the first of `ends` outside of quotation marks; the length of the text if there is none.
 std::size_t endOutsideQuotes(std::string_view text, std::size_t from, std::string_view ends) {
     bool quoted = false;
     for (std::size_t at = from; at < text.size(); ++at) {
@@ -35,7 +35,7 @@ VCardLine::Parameter parameterFrom(std::string_view text) {
     const std::size_t equals = text.find('=');
     const bool named = equals != std::string_view::npos;
     parameter.name = named ? upper(stripped(text.substr(0, equals))) : "TYPE";
-    // Some writers put the whole list of types between quotation marks: a comma parts values there, too.
+    // Some writers quote the whole list of types: commas separate values there, too.
     std::string_view values = named ? text.substr(equals + 1) : text;
     for (;;) {
         const std::size_t comma = values.find(',');
@@ -47,7 +47,7 @@ VCardLine::Parameter parameterFrom(std::string_view text) {
     }
 }
 
-/// What stands behind a backslash.
+/// The character of an escape after its backslash.
 char unescaped(char character) {
     return character == 'n' || character == 'N' ? '\n' : character;
 }

@@ -9,34 +9,34 @@ namespace host {
 
 /// One property of a vCard: `item1.TEL;TYPE=work,pref:+49 30 1234`. A plain value.
 struct VCardLine {
-    /// A parameter; one that stands without a name ("TEL;CELL:") is a TYPE. Values are without quotation marks.
+    /// A parameter; one without a name ("TEL;CELL:") is a TYPE. Values have no quotation marks.
     struct Parameter {
         std::string name;
         std::vector<std::string> values;
     };
 
-    /// Names are in capital letters and without the group before them.
+    /// Names are in upper case and without the group before them.
     std::string name;
     std::vector<Parameter> parameters;
-    /// As it stands, with its escapes.
+    /// The value as written, with its escapes.
     std::string value;
 
-    /// Nothing when the line, unfolded already, is no property.
+    /// Parses an unfolded line of text; `std::nullopt` if it is no property.
     [[nodiscard]] static std::optional<VCardLine> parse(std::string_view line);
 
-    /// The first value of the parameter in small letters; empty when there is none.
+    /// The first value of the parameter in lower case; empty if there is none.
     [[nodiscard]] std::string parameter(std::string_view parameterName) const;
-    /// Whether TYPE has the value, given in small letters.
+    /// True if TYPE has the value. Requires: `type` is in lower case.
     [[nodiscard]] bool isOfType(std::string_view type) const;
-    /// How much this one of several properties is preferred: 1 is the most; 101 when nothing is said.
+    /// The preference among several properties: 1 is the highest; 101 if there is none.
     [[nodiscard]] int preference() const;
 
     /// The value as a text.
     [[nodiscard]] std::string text() const;
-    /// The value as a list of texts that `separator` parts (";" or ","), empty ones included.
+    /// The value as a list of texts separated by `separator` (";" or ","), empty ones included.
     [[nodiscard]] std::vector<std::string> texts(char separator) const;
 
-    /// The way back: a text with the escapes that a value needs.
+    /// The inverse: a text with the escapes that a value needs.
     [[nodiscard]] static std::string escaped(std::string_view text);
 };
 

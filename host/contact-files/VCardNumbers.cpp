@@ -15,7 +15,7 @@ constexpr int kPrivate = 3;
 constexpr int kOffice2 = 4;
 constexpr std::array<int, 4> kFreePlaces{kOffice, kOffice2, kMobile, kPrivate};
 constexpr int kLeastPreference = 100;
-/// A card with more is no card of a person.
+/// A card with more numbers does not describe a person.
 constexpr std::size_t kMaxNumbers = 100;
 
 /// The digits of "tel:7042;phone-context=+49-30" or "tel:+49-30-1234;ext=5", and of a number without scheme.
@@ -38,7 +38,7 @@ std::string numberIn(const VCardLine& property) {
     return cleaned(number);
 }
 
-/// Whether a person can be called there: a machine's number is one only when it says so.
+/// True if a person can be called there; a machine's number only if it is also marked as a voice number.
 bool isVoice(const VCardLine& property) {
     const bool machine = property.isOfType("fax") || property.isOfType("pager") ||
                          property.isOfType("modem") || property.isOfType("bbs");

@@ -10,23 +10,25 @@
 
 namespace host {
 
-/// The telephone numbers of one vCard, and their way into the four places of a contact. One thread at a time.
+/// The telephone numbers of one vCard, and their mapping to the four numbers of a contact. One thread at a
+/// time.
 ///
-/// Cell numbers go to the mobile place, home numbers to the private one, work numbers to office and then to the second
-/// office. Numbers that say nothing of the kind, or whose place is taken, then fill what is free: office, second office,
-/// mobile, private. Numbers of fax machines and pagers are left out.
+/// Cell numbers become the mobile number, home numbers the private one, work numbers the office and then the
+/// second office one. Numbers of no kind, or whose place is taken, then fill the free places: office, second
+/// office, mobile, private. Numbers of fax machines and pagers are left out.
 class VCardNumbers {
 public:
-    /// Our own mark of a number that stands in the second office place while the first is free.
+    /// This program's parameter for a number that is the second office number while the first is empty.
     static constexpr const char* kPlace = "X-CALLJOURNAL-PLACE";
 
-    /// Takes a TEL property; in the order of the card.
+    /// Adds a TEL property; call it in the order of the card.
     void take(const VCardLine& property);
-    /// Puts the numbers into the record's contact, the most preferred one as its default; says what is left out.
+    /// Sets the numbers of the record's contact, the most preferred one as its default; adds a remark for
+    /// each number that is left out.
     void fill(ContactRecord& record) const;
 
 private:
-    /// Positions as in `Contact::getPhoneNumber`, the best first; 0 is none.
+    /// Positions as in `Contact::getPhoneNumber`, the best first; 0 means none.
     using Places = std::array<int, 2>;
     struct Number {
         std::string text;
@@ -34,7 +36,7 @@ private:
         int preference = 0;
         bool voice = true;
     };
-    /// By position; the first is none.
+    /// By position; index 0 is unused.
     using Slots = std::array<const Number*, 5>;
 
     static Places placesFor(const VCardLine& property);

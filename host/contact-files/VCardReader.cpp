@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-/// Pictures are longer, and are passed over anyway.
+/// Pictures are longer, but are skipped anyway.
 constexpr std::size_t kMaxPropertyBytes = 16U * 1024U;
 
 bool isBegin(const std::string& line) {

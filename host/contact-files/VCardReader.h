@@ -19,16 +19,15 @@ public:
     [[nodiscard]] std::optional<ContactRecord> next() override;
 
 private:
-    /// The next property line, put together from the lines that it is folded into; cut where it is longer than any that is
-    /// of use here.
+    /// Reads the next property and unfolds it; cut beyond the length of any property that is used.
     bool nextUnfolded(std::string& line);
     ContactRecord readCard();
     ContactRecord skipStrayLines();
 
     TextLineReader m_lines;
-    /// Where the line that was taken last begins.
+    /// The number of the text line in which the last property begins.
     std::size_t m_begin = 0;
-    /// Whether that line began a card that is still to be read.
+    /// True if that property begins a card that is not read yet.
     bool m_begun = false;
 };
 

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+#include "platform/client-utils/Utf8.h"
+
 namespace host {
 
 namespace {
@@ -12,43 +14,10 @@ bool endsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
-/// The length of the well-formed character that `bytes` begins with; 0 when it does not begin with one.
-std::size_t characterLength(std::string_view bytes) noexcept {
-    const auto at = [bytes](std::size_t i) {
-        return static_cast<unsigned>(static_cast<unsigned char>(bytes[i]));
-    };
-    const unsigned lead = at(0);
-    if (lead < 0x80) {
-        return 1;
-    }
-    const std::size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
-                               : lead >= 0xE0 && lead <= 0xEF ? 3
-                               : lead >= 0xF0 && lead <= 0xF4 ? 4
-                                                              : 0;
-    if (length == 0 || bytes.size() < length) {
-        return 0;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((at(i) & 0xC0U) != 0x80) {
-            return 0;
-        }
-    }
-    // The second byte decides on overlong forms, surrogates and what lies beyond U+10FFFF.
-    const bool bad = (lead == 0xE0 && at(1) < 0xA0) || (lead == 0xED && at(1) > 0x9F) ||
-                     (lead == 0xF0 && at(1) < 0x90) || (lead == 0xF4 && at(1) > 0x8F);
-    return bad ? 0 : length;
-}
-
-/// As `characterLength`, but 0 also for what XML 1.0 has no place for.
+/// The length of the character that `bytes` begins with; 0 for ill-formed UTF-8 and for a character that XML 1.0 forbids.
 std::size_t xmlCharacterLength(std::string_view bytes) noexcept {
-    const auto lead = static_cast<unsigned char>(bytes[0]);
-    if (lead < 0x20 && !isXmlBlank(bytes[0])) {
-        return 0;
-    }
-    const std::size_t length = characterLength(bytes);
-    const bool noncharacter =
-        length == 3 && (bytes.substr(0, 3) == "\xEF\xBF\xBE" || bytes.substr(0, 3) == "\xEF\xBF\xBF");
-    return noncharacter ? 0 : length;
+    const utf8::Step step = utf8::next(bytes, 0);
+    return utf8::isXmlCharacter(step.character) ? step.length : 0;
 }
 
 std::string_view rootTag(std::string_view xml) noexcept {
@@ -83,14 +52,7 @@ std::string_view trimmed(std::string_view text) noexcept {
 }
 
 bool isXmlUtf8(std::string_view bytes) noexcept {
-    while (!bytes.empty()) {
-        const std::size_t length = xmlCharacterLength(bytes);
-        if (length == 0) {
-            return false;
-        }
-        bytes.remove_prefix(length);
-    }
-    return true;
+    return utf8::isXmlText(bytes);
 }
 
 std::string utf8FromLatin1(std::string_view bytes) {

@@ -6,7 +6,8 @@ namespace host {
 namespace {
 
 constexpr const char* kWrite = R"sql(
-INSERT OR REPLACE INTO callback (line, entry_id, first_name, surname, number, number_type, time_date, type, state, device_id)
+INSERT OR REPLACE INTO callback (line, entry_id, first_name, surname, number, number_type, time_date, type, state,
+    device_id)
 VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)
 )sql";
 

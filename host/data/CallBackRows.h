@@ -14,7 +14,7 @@ namespace host {
 
 /// The callbacks of one line as rows; a callback's entry id is its key.
 ///
-/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+/// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class CallBackRows {
 public:
     /// Both are borrowed.
@@ -24,8 +24,8 @@ public:
     void write(const CallBackItem& item);
     void remove(const std::string& entryId);
     void removeAll();
-    /// Adds the callbacks to the document, newest first, from the `offset`-th on, at most `limit` and no more than the
-    /// document takes.
+    /// Adds the callbacks to the document, newest first, beginning with number `offset`, at most `limit` and
+    /// no more than the document can hold.
     void read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
 
 private:

@@ -15,18 +15,18 @@ class ListDocument;
 
 namespace host {
 
-/// The phonebook of a line with the calls of each contact: first those whose number is the number of an item's newest call,
-/// each with the items that name it, then all others by name.
+/// The phonebook of a line with the calls of each contact: first the contacts whose number is the number of
+/// an item's newest call, each with these items, then all others by name.
 ///
-/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+/// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class CallContacts {
 public:
-    /// Everything is borrowed; without `digits` numbers are compared as they stand.
+    /// Everything is borrowed; without `digits` numbers are compared as they are written.
     CallContacts(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
         : m_session(session), m_line(line), m_contacts(session, line, digits) {}
 
-    /// Adds the contacts to the document, the one with the newest call first, those without calls last, from the `offset`-th on, at most `limit` and
-    /// no more than the document takes.
+    /// Adds the contacts to the document, the one with the newest call first, those without calls last,
+    /// beginning with number `offset`, at most `limit` and no more than the document can hold.
     void read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
 
 private:
@@ -37,7 +37,7 @@ private:
         std::vector<std::int64_t> order;
         std::map<std::int64_t, Records> records;
     };
-    /// All contacts with calls, and as many of the others as make `wanted` together.
+    /// Finds all contacts with calls, and as many of the others as make `wanted` in total.
     [[nodiscard]] Found find(std::int64_t wanted);
 
     Database::Session& m_session;

@@ -8,7 +8,8 @@ namespace host {
 namespace {
 
 constexpr const char* kUpdate = R"sql(
-UPDATE call_item SET sort_key = ?, entry_id = ?, first_name = ?, surname = ?, picture_clip = ?, viewed = ?, group_by = ?
+UPDATE call_item SET sort_key = ?, entry_id = ?, first_name = ?, surname = ?, picture_clip = ?, viewed = ?,
+    group_by = ?
 WHERE id = ? AND line = ? AND list = ?
 )sql";
 

@@ -13,34 +13,34 @@ class ListDocument;
 
 namespace host {
 
-/// Which of the four call lists a row belongs to. The values are stored; new ones go to the end.
+/// The call list that a row belongs to. The values are stored; new ones are added at the end.
 enum class CallList : std::int32_t { eMissed = 0, eDialled = 1, eReceived = 2, eForwarded = 3 };
 
-/// The items of the four call lists of one line as rows; an item's unique id is its row's id. How many there may be is
-/// the journal's business: it deletes the oldest itself, since others have to hear of it.
+/// The items of the four call lists of one line as rows; an item's unique id is its row's id. The rows are
+/// not limited here: the journal deletes the oldest item itself, since it must notify observers of it.
 ///
-/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+/// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class CallRows {
 public:
     /// Both are borrowed.
     CallRows(Database::Session& session, const std::string& line)
         : m_session(session), m_line(line), m_occurrences(session, line) {}
 
-    /// Replaces the row with the item's unique id, or adds a new one where its list holds none with that id. Answers the
-    /// row's unique id.
+    /// Replaces the row with the item's unique id, or adds a new one if its list has no row with that id.
+    /// Returns the row's unique id.
     std::string write(const MissedCallItem& item);
     std::string write(const DialledCallItem& item);
     std::string write(const ReceivedCallItem& item);
     std::string write(const ForwardedCallItem& item);
 
-    /// Removes the row that the unique id names, or where that is empty the newest one with the entry id. Answers the
-    /// unique id of the row that is gone; nothing when there was none.
+    /// Removes the row with the unique id, or, if that is empty, the newest one with the entry id. Returns
+    /// the unique id of the removed row; `std::nullopt` if there was none.
     std::optional<std::string> remove(CallList list, const std::string& uniqueId, const std::string& entryId);
-    /// Removes all rows of the list. Answers the last one's unique id; nothing when there was none.
+    /// Removes all rows of the list. Returns the last one's unique id; `std::nullopt` if there was none.
     std::optional<std::string> removeAll(CallList list);
 
-    /// Adds the list's items to the document, newest first, from the `offset`-th on, at most `limit` and no more than the
-    /// document takes.
+    /// Adds the list's items to the document, newest first, beginning with number `offset`, at most `limit`
+    /// and no more than the document can hold.
     void read(CallList list, std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
     /// The same over all four lists.
     void readAll(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);

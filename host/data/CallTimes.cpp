@@ -12,13 +12,14 @@ using std::chrono::seconds;
 using std::chrono::sys_seconds;
 using Quarters = std::chrono::duration<std::int64_t, std::ratio<900>>;
 
-// The database would take other texts for a time, "now" among them. The texts of older days, whatever their zone, are
-// passed over before it computes with them, which is what takes long.
+// The database would accept other texts as a time, "now" among them. Texts of days before the first one,
+// whatever their zone, are skipped before the costly computation.
 constexpr const char* kCounts = R"sql(
 WITH call AS MATERIALIZED (
     SELECT call_item.list,
         CAST(strftime('%s', occurrence.time_and_date) AS INTEGER)
-            - CASE WHEN occurrence.time_format = ? AND substr(occurrence.time_and_date, 11) NOT GLOB '*[-+Zz]*'
+            - CASE WHEN occurrence.time_format = ?
+                        AND substr(occurrence.time_and_date, 11) NOT GLOB '*[-+Zz]*'
                    THEN ? ELSE 0 END AS began
     FROM call_item JOIN occurrence ON occurrence.item = call_item.id
     WHERE call_item.line = ? AND occurrence.time_and_date >= strftime('%Y-%m-%d', ?, 'unixepoch', '-1 day')

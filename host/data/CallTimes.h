@@ -12,7 +12,7 @@
 
 namespace host {
 
-/// How many calls of each list began in one quarter of an hour.
+/// The number of calls of each list that began in one quarter of an hour.
 struct QuarterOfCalls {
     std::chrono::sys_seconds begin;
     /// By the values of `CallList`.
@@ -21,17 +21,18 @@ struct QuarterOfCalls {
     [[nodiscard]] std::int64_t of(CallList list) const { return calls.at(static_cast<std::size_t>(list)); }
 };
 
-/// When the calls of a line began, as far as its rows have them: all items, the kept occurrences of each. The database
-/// counts; nothing but the counts is read.
+/// The start times of a line's calls: all items, the kept occurrences of each. The database counts; only the
+/// counts are read.
 ///
-/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+/// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class CallTimes {
 public:
     /// Both are borrowed.
     CallTimes(Database::Session& session, const std::string& line) : m_session(session), m_line(line) {}
 
-    /// The quarters with calls from `from` on, in order; calls before it count nowhere, also those of its own quarter.
-    /// A time that a switch wrote as its local one is `phoneAhead` of UTC. A text that is no time is passed over.
+    /// Returns the quarters with calls from `from` on, in order; calls before `from` are not counted, also
+    /// those of its own quarter. A time that a switch wrote as its local one is `phoneAhead` of UTC. A text
+    /// that is no time is skipped.
     [[nodiscard]] std::vector<QuarterOfCalls> since(std::chrono::sys_seconds from,
                                                     std::chrono::seconds phoneAhead);
 

@@ -9,15 +9,15 @@ namespace host {
 namespace {
 
 constexpr const char* kInsert = R"sql(
-INSERT INTO contact (surname, first_name, office, mobile, private, office2, default_number, email, group_name, company,
-    address, address2, job_function, picture, voice_dial, external_id, source, line)
+INSERT INTO contact (surname, first_name, office, mobile, private, office2, default_number, email,
+    group_name, company, address, address2, job_function, picture, voice_dial, external_id, source, line)
 VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?,  ?, ?, ?, ?, ?, ?, ?, ?)
 )sql";
 
 constexpr const char* kUpdate = R"sql(
-UPDATE contact SET surname = ?, first_name = ?, office = ?, mobile = ?, private = ?, office2 = ?, default_number = ?,
-    email = ?, group_name = ?, company = ?, address = ?, address2 = ?, job_function = ?, picture = ?, voice_dial = ?,
-    external_id = ?, source = ?
+UPDATE contact SET surname = ?, first_name = ?, office = ?, mobile = ?, private = ?, office2 = ?,
+    default_number = ?, email = ?, group_name = ?, company = ?, address = ?, address2 = ?, job_function = ?, picture = ?,
+    voice_dial = ?, external_id = ?, source = ?
 WHERE line = ? AND id = ?
 )sql";
 
@@ -38,7 +38,8 @@ SELECT id FROM contact WHERE line = ? AND external_id = ? AND external_id <> '' 
 )sql";
 
 constexpr const char* kFindByNumber = R"sql(
-SELECT contact.id FROM contact_number JOIN contact ON contact.id = contact_number.contact
+SELECT contact.id FROM contact_number
+    JOIN contact ON contact.id = contact_number.contact
 WHERE contact_number.line = ? AND contact_number.number = ? AND contact.surname = ? AND contact.first_name = ?
     AND contact_number.position =
         (SELECT min(position) FROM contact_number AS any_number WHERE any_number.contact = contact.id)
@@ -49,7 +50,8 @@ ORDER BY contact.id LIMIT 1
 // The first two comparisons find the rows in the index of names.
 constexpr const char* kFindByName = R"sql(
 SELECT id FROM contact
-WHERE line = ?1 AND surname = ?2 COLLATE NOCASE AND first_name = ?3 COLLATE NOCASE AND surname = ?2 AND first_name = ?3
+WHERE line = ?1 AND surname = ?2 COLLATE NOCASE AND first_name = ?3 COLLATE NOCASE
+    AND surname = ?2 AND first_name = ?3
     AND (?4 = 0 OR external_id = '') AND NOT EXISTS (SELECT 1 FROM contact_number WHERE contact = contact.id)
 ORDER BY id LIMIT 1
 )sql";
@@ -68,9 +70,10 @@ void bindFields(Query& query, const Contact& contact) {
 
 }  // namespace
 
-// A contact of unknown source (0) comes behind all others.
+// A contact of unknown source (0) comes last.
 const char* const ContactRows::kLookUpSql = R"sql(
-SELECT contact.id, contact_number.position FROM contact_number JOIN contact ON contact.id = contact_number.contact
+SELECT contact.id, contact_number.position FROM contact_number
+    JOIN contact ON contact.id = contact_number.contact
 WHERE contact_number.line = ? AND contact_number.number = ?
 ORDER BY contact.source = 0, contact.source, contact.id, contact_number.position LIMIT 1
 )sql";

@@ -15,48 +15,48 @@ namespace host {
 
 /// The contacts of one line as rows, with the index of their numbers; a contact's unique id is its row's id.
 ///
-/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+/// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class ContactRows {
 public:
-    /// Where a number was found: the contact's row, and which of its four numbers it is, 1 to 4 as in
+    /// The match of a number: the contact's row, and the position of the number, 1 to 4 as in
     /// `Contact::getPhoneNumber`.
     struct Match {
         std::int64_t id = 0;
         std::int32_t position = 0;
     };
 
-    /// Everything is borrowed. Without `digits` numbers are indexed as they stand.
+    /// Everything is borrowed. Without `digits` numbers are indexed as they are written.
     ContactRows(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
         : m_session(session), m_line(line), m_digits(digits) {}
 
     /// The look-up's SQL; parameters are the line and the number in its indexed form.
     static const char* const kLookUpSql;
 
-    /// Answers the new row's id.
+    /// Returns the new row's id.
     std::int64_t insert(const Contact& contact);
-    /// False when there is no such row.
+    /// Returns false if there is no such row.
     [[nodiscard]] bool update(std::int64_t id, const Contact& contact);
     [[nodiscard]] bool remove(std::int64_t id);
 
-    /// The best contact with that number, which is in its indexed form (`indexed`).
+    /// The best contact with that number. Requires: the number is in its indexed form (`indexed`).
     [[nodiscard]] std::optional<Match> lookUp(const std::string& number);
     [[nodiscard]] std::optional<Contact> find(std::int64_t id);
-    /// The oldest contact with that id in the directory that it came from.
+    /// The oldest contact with that id in the directory of its origin.
     [[nodiscard]] std::optional<Contact> findExternal(const std::string& externalId);
-    /// The oldest contact of the same names and the same first number (without one, if this one has none); `ownOnly`: of
-    /// those without an external id.
+    /// The oldest contact with the same names and the same first number (without one, if this contact has
+    /// none); `ownOnly`: only those without an external id.
     [[nodiscard]] std::optional<Contact> findAlike(const Contact& contact, bool ownOnly);
 
     /// In the order of surname, first name and age.
     [[nodiscard]] std::vector<Contact> list(std::int64_t offset, std::int64_t limit);
     [[nodiscard]] std::int64_t count();
 
-    /// The rules by which the index of numbers was computed; empty when nobody has said.
+    /// The rules by which the index of numbers was computed; empty if they were never set.
     [[nodiscard]] std::string indexRules();
-    /// Computes the index of all numbers anew.
+    /// Recomputes the index of all numbers.
     void reindex(const std::string& rules);
 
-    /// The form in which a number is kept in the index.
+    /// The form of a number in the index.
     [[nodiscard]] std::string indexed(std::string number) const;
 
 private:
@@ -65,7 +65,7 @@ private:
     static Numbers numbersOf(const Contact& contact);
     void index(std::int64_t id, const Numbers& numbers);
     void insertNumbers(std::int64_t id, const Numbers& numbers);
-    /// The contact whose id is the next column.
+    /// Reads the contact whose id is the next column.
     std::optional<Contact> contactNamedBy(Query& query);
     [[nodiscard]] static Contact contactFrom(Query& row);
 

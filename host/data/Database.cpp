@@ -15,7 +15,7 @@
 namespace host {
 namespace {
 
-/// SQLite would make the file for all to read; its companions get the file's own mode.
+/// SQLite would create the file readable for all; its companion files get the file's own mode.
 void makePrivateFile(const std::filesystem::path& file) {
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor < 0) {
@@ -24,7 +24,7 @@ void makePrivateFile(const std::filesystem::path& file) {
     ::close(descriptor);
 }
 
-/// What SQLite says, as a sentence for the one who starts the program.
+/// The SQLite error as a sentence for the user who starts the program.
 std::string explanationOf(const std::filesystem::path& file, const SQLite::Exception& error) {
     switch (error.getErrorCode()) {
         case SQLITE_CORRUPT:
@@ -90,7 +90,7 @@ bool Database::probe() noexcept {
     return write("probing the database", [doubtful](Session& session) {
         static_cast<void>(session.query("SELECT count(*) FROM setting").next());
         if (doubtful) {
-            // Taking the lock proves little about a full disk: write something that changes nothing.
+            // Taking the lock does not detect a full disk: write a value that changes nothing.
             session.query(("PRAGMA user_version = " + std::to_string(Schema::version())).c_str()).run();
         }
     });

@@ -17,35 +17,37 @@ namespace host {
 
 class DatabaseConnection;
 
-/// The host's database: one SQLite file, one connection, shared by the parts that keep something in it (docs/database.md).
+/// The host's database: one SQLite file with one connection, which several components share
+/// (docs/database.md).
 ///
-/// Work with it is a function that is handed over:
+/// Work with the database is a function that the caller passes:
 ///
 ///     const bool done = database.write("storing a contact", [&](Database::Session& session) {
 ///         session.query("INSERT INTO ...").bind(surname).run();
 ///     });
 ///
-/// What is written is durable when `write` has returned true (write-ahead log, synchronous=FULL), and is undone as a whole when
-/// it has returned false. Other processes may use the file at the same time; work waits for them up to the busy
-/// time, then fails.
+/// A change is durable when `write` returns true (write-ahead log, synchronous=FULL), and is rolled back as a
+/// whole when it returns false. Other processes may use the file at the same time; work waits for them up to
+/// the busy time, then fails.
 ///
-/// Threads: any thread may call; pieces of work run one at a time, on the caller's thread. A piece of work must not
-/// call the database again except through its session, and nothing that might wait for another thread.
+/// Threads: any thread may call; pieces of work run one at a time, on the caller's thread. A piece of work
+/// must not call the database except through its session, and must not wait for another thread.
 ///
-/// Errors: failures at run time (locked, full, damaged, read-only, an exception of the work) make `read` and `write` answer
-/// false and leave one line in the log; nothing throws. `healthy` says whether the last attempt went well.
+/// Errors: nothing throws at run time. On a failure (locked, full, damaged, read-only, an exception of the
+/// work) `read` and `write` return false and write one log text. `healthy` returns if the last attempt
+/// succeeded.
 class Database {
 public:
     struct Options {
-        /// How long work waits for another process that holds the lock.
+        /// The time that work waits for another process that holds the lock.
         std::chrono::milliseconds busyTime{2000};
     };
 
-    /// The connection, in the hands of one piece of work.
+    /// The connection as one piece of work uses it.
     class Session {
     public:
-        /// A statement by its text, prepared at its first use and kept. The same text may be used again only when the
-        /// former `Query` is gone.
+        /// Returns a statement by its text; it is prepared at its first use and kept. Requires: no earlier
+        /// `Query` of the same text is alive.
         [[nodiscard]] Query query(const char* sql);
         /// The row id of the last row that was inserted.
         [[nodiscard]] std::int64_t lastInsertedId() const;
@@ -57,29 +59,30 @@ public:
     };
     using Work = std::function<void(Session&)>;
 
-    /// Opens the file, makes it (mode 0600) when it is not there, and brings its tables to the present version. Throws
-    /// `DatabaseError` when that cannot be done: no permission, no database of ours, damaged, locked, or written by a
-    /// newer version of the program. A file that cannot be used is left as it is.
+    /// Opens the file, creates it (mode 0600) if it is missing, and migrates its tables to the current
+    /// version. Throws `DatabaseError` on failure: no permission, not a database of this program, damaged,
+    /// locked, or written by a newer version of the program. A file that cannot be used is not changed.
     explicit Database(const std::filesystem::path& file);
     Database(const std::filesystem::path& file, Options options);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Told how long each piece of writing took, on the thread that wrote. Before anybody writes.
+    /// Sets a listener for the duration of each write, called on the thread that wrote. Call it before the
+    /// first write.
     void setWriteListener(std::function<void(std::chrono::duration<double>)> listener) {
         m_writeListener = std::move(listener);
     }
 
-    /// Runs work that only reads, and sees one state of the database. `what` completes "... failed" in the log.
+    /// Runs work that only reads, in one state of the database. `what` completes "... failed" in the log.
     bool read(const char* what, const Work& work) noexcept;
-    /// Runs work in one transaction, which no other process can come between: all of it or nothing.
+    /// Runs work in one transaction, isolated from other processes: all of it or none.
     bool write(const char* what, const Work& work) noexcept;
 
-    /// False from a failed piece of work until a later one succeeds; after a failed write that must be a write. Never
-    /// blocks.
+    /// False from a failed piece of work until a later one succeeds; after a failed write that must be a
+    /// write. Never blocks.
     [[nodiscard]] bool healthy() const noexcept { return !m_readFailed && !m_writeFailed; }
-    /// Tries whether the database can be read and written now, changing nothing; updates and answers `healthy`.
+    /// Tests if the database can be read and written now, without a change; updates and returns `healthy`.
     [[nodiscard]] bool probe() noexcept;
 
     [[nodiscard]] const std::filesystem::path& file() const noexcept { return m_file; }
@@ -90,7 +93,7 @@ private:
 
     // Constant after construction.
     const std::filesystem::path m_file;
-    // Constant once somebody writes.
+    // Constant from the first write on.
     std::function<void(std::chrono::duration<double>)> m_writeListener;
 
     std::atomic<bool> m_readFailed{false};

@@ -79,7 +79,7 @@ void DatabaseConnection::migrate() {
         return;
     }
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
-    // Once more, now that no other process can be at it too.
+    // Checked again, now that no other process can migrate at the same time.
     for (int version = number("PRAGMA user_version"); version < Schema::version(); ++version) {
         m_database.exec(Schema::step(version));
     }

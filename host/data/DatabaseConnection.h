@@ -11,17 +11,17 @@
 
 namespace host {
 
-/// The open SQLite file with its prepared statements. One thread at a time: the database's lock. Every operation throws
-/// `SQLite::Exception` when SQLite fails.
+/// The open SQLite file with its prepared statements. Requires: the database's lock is held. Every operation
+/// throws `SQLite::Exception` if SQLite fails.
 class DatabaseConnection {
 public:
-    /// Opens the file, checks that it is sound and ours, and brings its tables to the present version. Throws
-    /// `DatabaseError` for a file that is not ours or newer than the program.
+    /// Opens the file, checks that it is undamaged and belongs to this program, and migrates its tables to
+    /// the current version. Throws `DatabaseError` for a file of another program or of a newer version.
     DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime);
 
     [[nodiscard]] Query query(const char* sql);
     [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
-    /// Leaves the transaction that is open, if one is; nothing throws.
+    /// Rolls back the open transaction, if there is one; nothing throws.
     void rollBack() noexcept;
 
 private:

@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-// The columns in one order, for both ways: what `bindFields` binds is what `readFields` reads.
+// The columns in one order: `bindFields` binds what `readFields` reads.
 constexpr const char* kInsert = R"sql(
 INSERT INTO occurrence (item, position, line,
     call_id, number, connected_number, text_c, text_d, time_and_date,
@@ -37,7 +37,7 @@ using Missed = MissedCallItem::MissedCallInfo;
 using Dialled = DialledCallItem::DialledCallInfo;
 using Forwarded = ForwardedCallItem::ForwardedCallInfo;
 
-/// The occurrence as one of its classes, or a default object of it where the occurrence is of another kind.
+/// The occurrence as one of its base classes, or a default object of that class if it is no base.
 template <typename Part, typename Info>
 decltype(auto) as(Info& info) {
     if constexpr (std::is_base_of_v<Part, std::remove_const_t<Info>>) {

@@ -12,20 +12,20 @@
 
 namespace host {
 
-/// The occurrences of items as rows, each with its position; 0 is the front, the newest. A column that the occurrence's
-/// kind has no field for holds its default.
+/// The occurrences of items as rows, each with its position; 0 is the front, the newest. A column without a
+/// field in the occurrence's class holds its default.
 ///
-/// Lives inside one piece of work of the database. Every operation throws when the database fails.
+/// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class OccurrenceRows {
 public:
     /// Both are borrowed.
     OccurrenceRows(Database::Session& session, const std::string& line) : m_session(session), m_line(line) {}
 
-    /// Makes `occurrences` the ones of the item, in place of those that it has.
+    /// Replaces the item's occurrences by `occurrences`.
     template <typename Info>
     void replace(std::int64_t item, const std::list<Info>& occurrences);
 
-    /// The item's occurrences in order, behind what `occurrences` holds.
+    /// Appends the item's occurrences in order to `occurrences`.
     template <typename Info>
     void read(std::int64_t item, std::list<Info>& occurrences);
 

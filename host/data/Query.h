@@ -9,7 +9,8 @@ class Statement;
 
 namespace host {
 
-/// One use of a prepared statement: values are bound from the first parameter on, rows are read from the first column on.
+/// One use of a prepared statement: values are bound from the first parameter on, rows are read from the
+/// first column on.
 ///
 ///     Query query = session.query("SELECT id, surname FROM contact WHERE line = ?");
 ///     query.bind(line);
@@ -18,11 +19,11 @@ namespace host {
 ///         surnames.push_back(query.text());
 ///     }
 ///
-/// Texts keep every byte, NUL and what is no UTF-8 included. Lives inside the piece of work that it was made in, and is
-/// that thread's. Every operation throws when the database fails.
+/// Texts keep every byte, also NUL and invalid UTF-8. Use it inside the piece of work that made it, on its
+/// thread. Every operation throws if the database fails.
 class Query {
 public:
-    /// Takes the statement for itself until it is destroyed; see `Session::query`.
+    /// Reserves the statement until the query is destroyed; see `Session::query`.
     Query(SQLite::Statement& statement, bool& inUse) noexcept;
     ~Query();
     Query(const Query&) = delete;
@@ -34,11 +35,11 @@ public:
     Query& bind(std::int32_t number) { return bind(std::int64_t{number}); }
     Query& bind(bool flag) { return bind(std::int64_t{flag ? 1 : 0}); }
 
-    /// Steps to the next row; false when there is none.
+    /// Steps to the next row; false if there is none.
     [[nodiscard]] bool next();
-    /// Runs a statement that has no rows; answers how many rows it changed.
+    /// Runs a statement without rows; returns the number of rows that it changed.
     int run();
-    /// Forgets values and rows, for another round with other values.
+    /// Resets values and rows for another run with other values.
     Query& again();
 
     /// The next column of the row.

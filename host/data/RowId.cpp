@@ -7,7 +7,7 @@ namespace host {
 std::optional<std::int64_t> rowIdOf(const std::string& uniqueId) {
     std::int64_t rowId = 0;
     std::from_chars(uniqueId.data(), uniqueId.data() + uniqueId.size(), rowId);
-    // The way back tells whether it was the one spelling that such an id has.
+    // The inverse checks that the text is the one spelling of the id.
     return rowId > 0 && uniqueIdOf(rowId) == uniqueId ? std::optional(rowId) : std::nullopt;
 }
 

@@ -2,15 +2,15 @@
 
 namespace host {
 
-/// The tables (docs/database.md), as the steps that lead to them. Step N turns version N of a database into version N + 1;
-/// version 0 is an empty file. A step that has been released is never changed: what is new becomes a new step at the end.
+/// The tables (docs/database.md) as migration steps. Step N turns version N of a database into version N + 1;
+/// version 0 is an empty file. A released step is never changed: a change is a new step at the end.
 struct Schema {
     /// Marks a file as a database of this program ("CJrn").
     static constexpr int kApplicationId = 0x434a726e;
 
-    /// The version that the steps lead to.
+    /// The version after the last step.
     static int version() noexcept;
-    /// The SQL that leads from `version` to the next.
+    /// The SQL that turns `version` into the next version.
     static const char* step(int version) noexcept;
 };
 

@@ -42,7 +42,7 @@ std::optional<CallList> callListOf(const std::string& schema) {
     return found == std::end(kCallTables) ? std::nullopt : std::optional(found->list);
 }
 
-/// Reads what a read request asks for into a document; false for a schema that is no list.
+/// Reads the rows of a read request into a document; false for a schema that is no list.
 bool readList(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits,
               const DataRequest& request, ListDocument& document) {
     const std::int64_t offset = request.offset;
@@ -61,7 +61,7 @@ bool readList(Database::Session& session, const std::string& line, DigitAnalysis
     return true;
 }
 
-/// Writes the items; answers the last unique id.
+/// Writes the items; returns the last unique id.
 std::string writeItems(Database::Session& session, const std::string& line,
                        const std::vector<DataRequest::Item>& items) {
     std::string lastUniqueId;
@@ -81,7 +81,7 @@ std::string writeItems(Database::Session& session, const std::string& line,
     return lastUniqueId;
 }
 
-/// Deletes rows of a call list; answers the last unique id.
+/// Deletes rows of a call list; returns the last unique id.
 std::string deleteCalls(CallRows&& rows, CallList list, const DataRequest& request) {
     if (request.allEntries) {
         return rows.removeAll(list).value_or("");
@@ -102,7 +102,7 @@ void deleteCallBacks(CallBackRows&& rows, const DataRequest& request) {
     }
 }
 
-/// Carries out a request that changes something; answers the last unique id.
+/// Carries out a request that changes rows; returns the last unique id.
 std::string change(Database::Session& session, const std::string& line, const DataRequest& request) {
     switch (request.reason) {
         case DataRequest::Reason::eWrite: return writeItems(session, line, request.items);
@@ -137,14 +137,14 @@ bool SqliteDataAccess::healthy() const noexcept {
 
 std::string SqliteDataAccess::processRequest(const std::string& request) {
     try {
-        return answer(request);
+        return responseTo(request);
     } catch (const std::exception& error) {
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
     }
     return Words::FAILED;
 }
 
-std::string SqliteDataAccess::answer(const std::string& request) {
+std::string SqliteDataAccess::responseTo(const std::string& request) {
     const std::optional<DataRequest> read = journalxml::parseDataRequest(request);
     if (!read) {
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request of %zu bytes cannot be read",

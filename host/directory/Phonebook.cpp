@@ -13,16 +13,17 @@
 namespace host {
 namespace {
 
-/// How many contacts a search reads at a time: a call that comes meanwhile waits for one such reading.
+/// The number of contacts that a search reads at a time: a call that arrives meanwhile waits for one such
+/// read.
 constexpr std::size_t kSlice = 1000;
 
-/// The matched kind of a number by its position in the contact: the journal takes kind 1 for the fourth number and kinds
-/// 2 to 4 for the first to the third.
+/// The matched kind of a number by its position in the contact: kind 1 is the fourth number, kinds 2 to 4 are
+/// the first to the third.
 constexpr std::int32_t kindOf(std::int32_t position) {
     return position == 4 ? 1 : position + 1;
 }
 
-/// Another program's file may know less of a contact than we do.
+/// A file of another program may have fewer fields of a contact.
 void fillIn(Contact& contact, const Contact& known) {
     for (const ContactField& field : contactFields()) {
         if (field.get(contact).empty()) {

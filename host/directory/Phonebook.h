@@ -16,14 +16,14 @@ namespace host {
 class ContactRows;
 class Database;
 
-/// A part of the phonebook. A plain value.
+/// One page of the phonebook. A plain value.
 struct ContactPage {
-    /// How many contacts there are to page through.
+    /// The number of contacts in all pages.
     std::size_t total = 0;
     std::vector<Contact> contacts;
 };
 
-/// What an import did to the phonebook. A plain value.
+/// The result of an import. A plain value.
 struct ImportCounts {
     std::size_t added = 0;
     std::size_t changed = 0;
@@ -32,50 +32,53 @@ struct ImportCounts {
 
 /// The phonebook of one line in the database, registered as "DirectoryServiceIfc".
 ///
-/// A contact is found by any of its four numbers in any spelling: numbers are compared in the form that the dialling rules
-/// give them, which is kept beside the contact in an index of its own. Where several contacts have a number, the one of
-/// the best source wins (personal before company before the others), then the oldest.
+/// A contact is found by any spelling of its four numbers: numbers are compared in their normalised form,
+/// which is stored in an index. If several contacts have a number, the one of the best source wins (personal
+/// before company before the others), then the oldest.
 ///
-/// The matched kind counts 1 second office, 2 office, 3 mobile, 4 private, the order in which the journal reads it.
+/// The matched kind is 1 second office, 2 office, 3 mobile, 4 private, the order in which the journal reads
+/// it.
 ///
-/// Threads: any thread may call, at any time. Errors: a database that fails is logged there and answers here like a
-/// contact that is not there; nothing throws.
+/// Thread-safe. Errors: nothing throws. A database that fails logs the error; the operation here then returns
+/// the same as for a missing contact.
 class Phonebook final : public Executable, public DirectoryServiceIfc {
 public:
-    /// Both are borrowed and outlive the phonebook. `line` is the device whose contacts these are.
+    /// Both are borrowed and outlive the phonebook. `line` is the device that owns the contacts.
     Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line);
 
-    /// Fills in everything but the search number and the call records, which stay as they are.
+    /// Fills in everything but the search number and the call records, which are kept.
     [[nodiscard]] bool lookUpContact(Contact& contact) override;
 
-    /// Stores a new contact and answers its unique id; the contact's own unique id, search number, matched kind and call
-    /// records are not stored. Nothing when the database failed.
+    /// Stores a new contact and returns its unique id; `std::nullopt` if the database failed. The contact's
+    /// own unique id, search number, matched kind and call records are not stored.
     [[nodiscard]] std::optional<std::string> add(const Contact& contact);
-    /// The same for many in one transaction: all of them or none.
+    /// The same for many contacts in one transaction: all of them or none.
     [[nodiscard]] bool add(const std::vector<Contact>& contacts);
-    /// Takes contacts in from elsewhere: what is new is added, and what is known already is changed where it differs, so
-    /// that importing twice changes nothing. In one transaction; nothing when the database failed.
+    /// Imports contacts from elsewhere: adds new ones, and changes known ones that differ, so that importing
+    /// twice changes nothing. One transaction; `std::nullopt` if the database failed.
     ///
-    /// A contact is known by its external id, and is then replaced as a whole. If it has none, or none of ours has that id,
-    /// it is known by both names and its first number, and keeps the fields that the import has nothing for; a contact of
-    /// ours that goes by another external id is then somebody else. A source that is unknown stays what it was; a new contact
-    /// is then a personal one.
+    /// A contact is known by its external id, and is then replaced as a whole. Without an external id, or
+    /// with one that no contact here has, it is known by both names and its first number, and keeps the
+    /// fields that the import does not set; a contact here with another external id does not match. An
+    /// unknown source keeps the stored one; a new contact of unknown source becomes a personal one.
     [[nodiscard]] std::optional<ImportCounts> import(const std::vector<Contact>& contacts);
-    /// Replaces the contact with that unique id; false when there is none.
+    /// Replaces the contact with that unique id; false if there is none.
     [[nodiscard]] bool update(const Contact& contact);
-    /// False when there is none of that unique id.
+    /// Removes the contact with that unique id; false if there is none.
     [[nodiscard]] bool remove(const std::string& uniqueId);
 
     [[nodiscard]] std::optional<Contact> find(const std::string& uniqueId);
-    /// In the order of surname, first name and age, from the `offset`-th on.
+    /// In the order of surname, first name and age, beginning with number `offset`.
     [[nodiscard]] std::vector<Contact> list(std::size_t offset, std::size_t limit);
-    /// The same of those that `itemMatches` finds by `text`; an empty text finds all. Nothing when the database failed.
+    /// The same for the contacts that `itemMatches` finds by `text`; an empty text finds all. `std::nullopt`
+    /// if the database failed.
     [[nodiscard]] std::optional<ContactPage> search(const std::string& text, std::size_t offset,
                                                     std::size_t limit);
     [[nodiscard]] std::size_t count();
 
-    /// To be told by which rules `digits` brings numbers into form, before the first look-up: where the index of numbers was
-    /// made by others, it is made anew (some seconds for 50,000 contacts). False when the database failed.
+    /// Sets the rules by which `digits` normalises numbers. Call it before the first look-up. An index of
+    /// numbers that was made by other rules is recomputed (some seconds for 50,000 contacts). Returns false
+    /// if the database failed.
     [[nodiscard]] bool useRules(const std::string& rules);
 
 private:

@@ -15,7 +15,7 @@
 namespace host {
 namespace {
 
-/// What one answer holds at most: a database that is read for longer would keep a call waiting.
+/// The maximum number of contacts in one response: a longer read of the database would keep a call waiting.
 constexpr std::size_t kMaxRows = 1000;
 
 std::string readResponse(const journalxml::PhonebookRequest& request, Phonebook& phonebook) {

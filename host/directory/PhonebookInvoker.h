@@ -7,12 +7,13 @@
 
 namespace host {
 
-/// Carries out the requests of remote clients for the phonebook (docs/messages.md, "Phonebook"). The target of its messages
-/// is the line's `Phonebook`.
+/// Carries out the phonebook requests of remote clients (docs/messages.md, "Phonebook"). The target of its
+/// messages is the line's `Phonebook`.
 ///
-/// Whatever cannot be read, or fails, is answered "failure". Every message is answered exactly once, and nothing is thrown.
+/// A request that cannot be read, or fails, gets the response "failure". Every message gets exactly one
+/// response; nothing throws.
 ///
-/// Threads: any number at a time; it has no state.
+/// Thread-safe: it has no state.
 class PhonebookInvoker final : public TextInvoker {
 public:
     PhonebookInvoker() : TextInvoker("Phonebook") {}

@@ -12,7 +12,8 @@ bool isCall(int action) {
            action == JournalServiceObserverIfc::eItemUpdated;
 }
 
-/// The sentences that say nothing of a call; `entry` is one ("missed call"), `entries` are many ("missed calls").
+/// The sentences without a call; `entry` is the singular ("missed call"), `entries` the plural ("missed
+/// calls").
 std::string describeList(const std::string& entry, const std::string& entries, int action) {
     switch (action) {
         case JournalServiceObserverIfc::eItemDeleted: return "a " + entry + " was deleted";
@@ -46,7 +47,7 @@ std::string describeChange(const MissedCallItem& item, int action) {
         return describeList("missed call", "missed calls", action);
     }
     const std::string party = "missed call from " + partyOf(item);
-    // A call sets its item back to unviewed; only viewing leaves it viewed.
+    // A new call resets its item to unviewed; only viewing leaves it viewed.
     return item.getViewed() ? party + " was viewed" : party;
 }
 

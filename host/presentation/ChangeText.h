@@ -8,10 +8,10 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// What happened to the journal, in a sentence for people: "missed call from Ann Müller (4711)", "a received call was
-/// deleted". `action` is the observer interface's `ActionType`; a value that is unknown reads as a change of the list.
-/// Names and numbers stand in the sentence as they are: whoever shows it to a terminal makes it printable. Pure
-/// functions; any thread may call.
+/// A change of the journal as a sentence: "missed call from Ann Müller (4711)", "a received call was
+/// deleted". `action` is the observer interface's `ActionType`; an unknown value is described as a change of
+/// the list. Names and numbers are not escaped: use `printable` for a terminal. Pure functions; any thread
+/// may call.
 namespace host {
 
 [[nodiscard]] std::string describeChange(const MissedCallItem& item, int action);

@@ -7,18 +7,19 @@
 
 namespace host {
 
-/// A field of a contact as people name it: a member in JSON, a column in a CSV file. A plain value.
+/// A field of a contact by name: a member in JSON, a column in a CSV file. A plain value.
 struct ContactField {
     const char* name;
     std::string (*get)(const Contact&);
-    /// False, with the contact unchanged, for a value that the field cannot have.
+    /// Sets the field. Returns false, with the contact unchanged, for an invalid value.
     bool (*set)(Contact&, const std::string&);
 };
 
-/// The fields that a contact is stored with, in the order in which they are shown: surname, firstName, office, mobile,
-/// private, office2, defaultNumber, email, company, jobFunction, group, address, address2, picture, voiceDial,
-/// externalId, source. `defaultNumber` is the name of one of the four numbers or empty; `source` is "unknown",
-/// "personal", "company", "ldap", "exchange" or "calllog", and an empty one is "unknown". Constant; any thread may call.
+/// The stored fields of a contact in the order in which they are shown: surname, firstName, office, mobile,
+/// private, office2, defaultNumber, email, company, jobFunction, group, address, address2, picture,
+/// voiceDial, externalId, source. `defaultNumber` is the name of one of the four numbers or empty; `source`
+/// is "unknown", "personal", "company", "ldap", "exchange" or "calllog", and an empty one is "unknown".
+/// Constant; any thread may call.
 [[nodiscard]] const std::vector<ContactField>& contactFields();
 
 }  // namespace host

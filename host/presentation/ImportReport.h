@@ -8,14 +8,14 @@
 
 namespace host {
 
-/// What an import of contacts has done so far. A plain value.
+/// The progress of an import of contacts. A plain value.
 struct ImportReport {
-    /// Something that is not, or not wholly, in the phonebook now.
+    /// A contact, or a part of one, that was not imported.
     struct Note {
-        /// Of the file, from 1 on.
+        /// The line of the file, from 1 on.
         std::size_t line = 0;
         std::string text;
-        /// Whether the contact as a whole was skipped.
+        /// True if the whole contact was skipped.
         bool skipped = false;
     };
 
@@ -27,7 +27,7 @@ struct ImportReport {
     std::size_t unchanged = 0;
     std::vector<Note> notes;
 
-    /// Adds what became of a batch, as whoever keeps the contacts counts it: `added`, `changed` and `unchanged`.
+    /// Adds the counts of a batch: `added`, `changed` and `unchanged`.
     template <typename Counts>
     void count(const Counts& batch) {
         added += batch.added;
@@ -36,8 +36,8 @@ struct ImportReport {
     }
 };
 
-/// {"read","added","changed","unchanged","skipped":[{"line","text"}],"remarks":[{"line","text"}]}, with the first `maxNotes`
-/// of the notes. Pure; any thread may call.
+/// {"read","added","changed","unchanged","skipped":[{"line","text"}],"remarks":[{"line","text"}]}, with the
+/// first `maxNotes` of the notes. Pure; any thread may call.
 [[nodiscard]] nlohmann::ordered_json importJson(
     const ImportReport& report, std::size_t maxNotes = std::numeric_limits<std::size_t>::max());
 

@@ -16,7 +16,7 @@ using Json = nlohmann::ordered_json;
 constexpr const char* kOccurrences = "occurrences";
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
-/// An item with one call, all of it empty: what a list's lines are made of.
+/// An item with one call, all members empty: the source of a list's columns.
 template <typename Item, typename Occurrence>
 Json emptyItem() {
     Item item;
@@ -36,7 +36,7 @@ Json emptyItem(ListName list) {
     return itemJson(CallBackItem());
 }
 
-/// A member that stands in every occurrence and repeats the newest in the item.
+/// True for a member that every occurrence has and the item repeats for its newest.
 bool isRepeated(const Json& item, const std::string& member) {
     return item.contains(kOccurrences) && (member == "number" || member == "time");
 }
@@ -75,7 +75,7 @@ std::string cellOf(const Json& value) {
     return '"' + cell + '"';
 }
 
-/// A line of what `makeCell` makes of each member's name and value.
+/// Builds a row: `makeCell` gives a cell for each member's name and value.
 template <typename MakeCell>
 std::string lineOf(const Json& item, const Json& occurrence, MakeCell makeCell) {
     std::string line;

@@ -18,10 +18,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::array<std::string_view, 5> kNumberTypes{"unknown", "office", "mobile", "private", "office2"};
 constexpr std::array<std::string_view, 4> kCallBackTypes{"unknown", "onBusy", "onNoReply", "onRequest"};
-constexpr std::array<std::string_view, 5> kCallBackStates{"unknown", "requested", "ringing", "done",
-                                                          "cancelled"};
+constexpr std::array<std::string_view, 4> kCallBackStates{"unknown", "requested", "ringing", "done"};
 
-/// A value from a client or an old database need not be one that has a word.
+/// A value from a client or an old database may be unknown; it gets the first word.
 template <std::size_t Size, typename Value>
 std::string wordIn(const std::array<std::string_view, Size>& words, Value value) {
     const auto index = static_cast<std::size_t>(static_cast<std::uint32_t>(value));

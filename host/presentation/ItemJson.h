@@ -10,25 +10,26 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// The journal's items as JSON objects, the same on every face. Pure functions; any thread may call.
+/// The journal's items as JSON objects, the same in the HTTP API and the command line. Pure functions; any
+/// thread may call.
 namespace host {
 
 /// {"entryId","uniqueId","list","firstName","surname","picture","number","time", "viewed" (missed only),
-/// "groupBy" (dialled only), "occurrences": [...]}: `number` and `time` are those of the newest occurrence, which comes
-/// first. An occurrence has "number", "connectedNumber", "time", "redirectingNumber" and "redirectingName", and what its
-/// list knows besides. Times are ISO 8601 in UTC.
+/// "groupBy" (dialled only), "occurrences": [...]}: `number` and `time` are those of the newest occurrence,
+/// which comes first. An occurrence has "number", "connectedNumber", "time", "redirectingNumber" and
+/// "redirectingName", and the fields of its list. Times are ISO 8601 in UTC.
 [[nodiscard]] nlohmann::ordered_json itemJson(const MissedCallItem& item);
 [[nodiscard]] nlohmann::ordered_json itemJson(const DialledCallItem& item);
 [[nodiscard]] nlohmann::ordered_json itemJson(const ReceivedCallItem& item);
 [[nodiscard]] nlohmann::ordered_json itemJson(const ForwardedCallItem& item);
-/// {"entryId","firstName","surname","number","numberType","time","type","state","deviceId"}; the types and the state are
-/// words ("office", "onBusy", "requested").
+/// {"entryId","firstName","surname","number","numberType","time","type","state","deviceId"}; the types and
+/// the state are words ("office", "onBusy", "requested").
 [[nodiscard]] nlohmann::ordered_json itemJson(const CallBackItem& item);
 
-/// {"id", ...}: the unique id, and the fields of `contactFields` under their names.
+/// {"id", ...}: the unique id, and the fields of `contactFields` by their names.
 [[nodiscard]] nlohmann::ordered_json itemJson(const Contact& contact);
 
-/// The text of `json` on one line. Bytes that are no UTF-8 become U+FFFD; never throws because of them.
+/// `json` as one line of text. Bytes that are no UTF-8 become U+FFFD and do not throw.
 [[nodiscard]] std::string jsonText(const nlohmann::ordered_json& json);
 
 }  // namespace host

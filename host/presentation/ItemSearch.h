@@ -8,8 +8,8 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// Whether an item is what somebody looks for: the text stands in its name ("first surname") or in one of its numbers. An
-/// empty text finds everything. Pure functions; any thread may call.
+/// True if an item matches a search: the text is in its name ("first surname") or in one of its numbers. An
+/// empty text matches everything. Pure functions; any thread may call.
 namespace host {
 
 [[nodiscard]] bool itemMatches(const MissedCallItem& item, const SearchText& text);
@@ -17,7 +17,7 @@ namespace host {
 [[nodiscard]] bool itemMatches(const ReceivedCallItem& item, const SearchText& text);
 [[nodiscard]] bool itemMatches(const ForwardedCallItem& item, const SearchText& text);
 [[nodiscard]] bool itemMatches(const CallBackItem& item, const SearchText& text);
-/// A contact is also found by its company and its e-mail address.
+/// A contact also matches by its company and its e-mail address.
 [[nodiscard]] bool itemMatches(const Contact& contact, const SearchText& text);
 
 }  // namespace host

@@ -1,52 +1,36 @@
 #include "host/presentation/PlainText.h"
 
-#include <algorithm>
+#include <unicode/uchar.h>
+
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
-#include <utility>
 
 #include "platform/client-utils/Utf8.h"
 
 namespace host {
 namespace {
 
-using Range = std::pair<std::uint32_t, std::uint32_t>;
-
-// Blocks, not single characters: a name of a caller in a table is what this is for.
-constexpr std::array<Range, 7> kCombining{{{0x0300, 0x036F},
-                                           {0x0483, 0x0489},
-                                           {0x0591, 0x05BD},
-                                           {0x064B, 0x065F},
-                                           {0x200B, 0x200D},
-                                           {0x20D0, 0x20FF},
-                                           {0xFE00, 0xFE0F}}};
-constexpr std::array<Range, 9> kWide{{{0x1100, 0x115F},
-                                      {0x2E80, 0x303E},
-                                      {0x3041, 0xA4CF},
-                                      {0xAC00, 0xD7A3},
-                                      {0xF900, 0xFAFF},
-                                      {0xFE30, 0xFE6F},
-                                      {0xFF00, 0xFF60},
-                                      {0x1F300, 0x1FAFF},
-                                      {0x20000, 0x3FFFD}}};
-
-template <std::size_t Size>
-bool isIn(const std::array<Range, Size>& ranges, std::uint32_t character) {
-    return std::any_of(ranges.begin(), ranges.end(), [character](const Range& range) {
-        return character >= range.first && character <= range.second;
-    });
-}
-
-std::size_t columnsOf(std::uint32_t character) {
-    if (isIn(kWide, character)) {
+/// The columns of a character in a terminal. A byte that is no UTF-8 counts as one.
+std::size_t columnsOf(std::uint32_t codePoint) {
+    if (codePoint == utf8::kInvalid) {
+        return 1;
+    }
+    const auto character = static_cast<UChar32>(codePoint);
+    const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
+    if (width == U_EA_WIDE || width == U_EA_FULLWIDTH) {
         return 2;
     }
-    return isIn(kCombining, character) ? 0 : 1;
+    constexpr UChar32 kSoftHyphen = 0xAD;
+    const bool combines = (U_GET_GC_MASK(character) & (U_GC_MN_MASK | U_GC_ME_MASK)) != 0;
+    const bool invisible =
+        character != kSoftHyphen && u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0;
+    return combines || invisible ? 0 : 1;
 }
 
-/// Characters that move the cursor, turn the direction of writing or part lines, and what is none at all.
+/// True for characters that move the cursor, change the direction of writing or separate lines, and for
+/// invalid bytes.
 bool isUnsafe(std::uint32_t character) {
     return character == utf8::kInvalid || character < 0x20 || (character >= 0x7F && character < 0xA0) ||
            character == 0x2028 || character == 0x2029 || (character >= 0x202A && character <= 0x202E) ||

@@ -12,9 +12,9 @@ namespace host {
 namespace {
 
 constexpr const char* kBlanks = " \t\n\v\f\r";
-/// What numbers are written apart with.
+/// The separators within numbers.
 constexpr std::string_view kApart = " \t\n\v\f\r()/.-";
-/// A byte that is no UTF-8 becomes a character that nobody's name has.
+/// A byte that is no UTF-8 becomes a private-use character, which names do not contain.
 constexpr UChar32 kFirstStrayByte = 0xEE00;
 
 std::string_view trimmed(std::string_view text) {

@@ -20,13 +20,14 @@ public:
     ClockServiceIfc& operator=(const ClockServiceIfc&) = delete;
     virtual ~ClockServiceIfc() = default;
 
-    /// Date and time of day now, in the zone in which the journal keeps its times (UTC in the reference host).
+    /// The current date and time of day, in the zone in which the journal keeps its times (UTC in the
+    /// reference host).
     [[nodiscard]] virtual DateTime getDateTime() = 0;
     /// Seconds since 1970-01-01T00:00:00Z.
     [[nodiscard]] virtual long getSeconds() = 0;
-    /// `seconds` since 1970 in the clock's display format. The lists are sorted by this text, so it begins with
-    /// year, month and day in fixed widths.
+    /// `seconds` since 1970 in the clock's display format. The lists are sorted by this text, so it begins
+    /// with year, month and day in fixed widths.
     [[nodiscard]] virtual std::string formatTimeDate(long seconds) = 0;
-    /// Splits a time text that the clock or the switch wrote; false when it is none.
+    /// Splits a time text of the clock or of the switch; false if the text is none.
     [[nodiscard]] virtual bool splitTimeDate(const std::string& text, DateTime& result) = 0;
 };

@@ -7,9 +7,9 @@
 #include "platform/csta/CSTAEvent.h"
 #include "platform/csta/CSTALocalConnectionState.h"
 
-/// What the call-control events of ECMA-269 have in common: the connection that the event is about (the
-/// originated, offered, queued, alerting, established, held, ... one, by the event's class), the parties, and the
-/// state of the monitored device's own connection. A member that the switch left out is empty.
+/// The common base of the call-control events of ECMA-269: the connection of the event (the originated,
+/// offered, queued, alerting, established, held, ... one, by the event's class), the parties, and the state
+/// of the monitored device's own connection. A member that the switch omitted is empty.
 class CSTACallControlEvent : public CSTAEvent {
 public:
     [[nodiscard]] const std::string& getConnectionCallID() const noexcept { return m_callId; }
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::string toString() const override;
 
 protected:
-    /// The device members that only one event class has, for the text form: ", alerting: 200 Ann".
+    /// The device members of one event class for the text form: ", alerting: 200 Ann".
     [[nodiscard]] virtual std::string ownDevicesToString() const { return {}; }
     [[nodiscard]] static std::string deviceToString(const char* role, const CSTADevice& device);
 

@@ -64,16 +64,16 @@ class CSTAEstablishedEvent final
     : public CSTAEventOf<CSTAEstablishedEvent, CSTACallControlEvent, CSTAEventCode::eEstablished,
                          &CSTAEventObserverBase::handleCSTAEstablishedEvent> {
 public:
-    [[nodiscard]] const CSTADevice& getAnsweringDevice() const noexcept { return m_responseModes; }
-    void setAnsweringDevice(CSTADevice device) { m_responseModes = std::move(device); }
+    [[nodiscard]] const CSTADevice& getAnsweringDevice() const noexcept { return m_answering; }
+    void setAnsweringDevice(CSTADevice device) { m_answering = std::move(device); }
 
 protected:
     [[nodiscard]] std::string ownDevicesToString() const override {
-        return deviceToString("answering", m_responseModes);
+        return deviceToString("answering", m_answering);
     }
 
 private:
-    CSTADevice m_responseModes;
+    CSTADevice m_answering;
 };
 
 class CSTAHeldEvent final : public CSTAEventOf<CSTAHeldEvent, CSTACallControlEvent, CSTAEventCode::eHeld,
@@ -137,8 +137,8 @@ class CSTATransferredEvent final
     : public CSTAEventOf<CSTATransferredEvent, CSTACallControlEvent, CSTAEventCode::eTransferred,
                          &CSTAEventObserverBase::handleCSTATransferredEvent> {
 public:
-    /// The call ids before the transfer; the secondary one is empty for a single-step transfer. The connection
-    /// of the event is the surviving call.
+    /// The call ids before the transfer; the secondary one is empty for a single-step transfer. The event's
+    /// connection is the surviving call.
     [[nodiscard]] const std::string& getPrimaryoldcallCallID() const noexcept { return m_primaryOldCallId; }
     [[nodiscard]] const std::string& getSecondaryoldcallCallID() const noexcept {
         return m_secondaryOldCallId;
@@ -170,7 +170,7 @@ class CSTACallInformationEvent final
     : public CSTAEventOf<CSTACallInformationEvent, CSTACallControlEvent, CSTAEventCode::eCallInformation,
                          &CSTAEventObserverBase::handleCSTACallInformationEvent> {
 public:
-    /// The device of the connection with its name; the private data carries the call status.
+    /// The device of the connection with its name; the private data has the call status.
     [[nodiscard]] const CSTADevice& getDevice() const noexcept { return m_device; }
     void setDevice(CSTADevice device) { m_device = std::move(device); }
 

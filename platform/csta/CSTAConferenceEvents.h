@@ -8,7 +8,8 @@
 #include "platform/csta/CSTADevice.h"
 #include "platform/csta/CSTAEvent.h"
 
-/// Calls were joined into a conference. An old call id that is empty or "0" means that there was no such call.
+/// Calls were joined into a conference. An old call id that is empty or "0" means that there was no such
+/// call.
 class CSTAConferencedEvent final
     : public CSTAEventOf<CSTAConferencedEvent, CSTAEvent, CSTAEventCode::eConferenced,
                          &CSTAEventObserverBase::handleCSTAConferencedEvent> {
@@ -29,7 +30,7 @@ public:
         m_secondaryDeviceId = std::move(deviceId);
     }
 
-    /// The call id of the `index`th new connection, counted from 1; empty beyond the last.
+    /// The call id of new connection number `index`, counted from 1; empty beyond the last.
     [[nodiscard]] std::string getConferenceconnectionsNewconnectionCallID(std::size_t index) const {
         return index >= 1 && index <= m_newCallIds.size() ? m_newCallIds[index - 1] : std::string();
     }
@@ -49,7 +50,7 @@ private:
     std::vector<std::string> m_newCallIds;
 };
 
-/// Who takes part in a conference, reported to SIP phones.
+/// The members of a conference, reported to SIP phones.
 class CSTAConferenceMembershipEvent final
     : public CSTAEventOf<CSTAConferenceMembershipEvent, CSTAEvent, CSTAEventCode::eConferenceMembership,
                          &CSTAEventObserverBase::handleCSTAConferenceMembershipEvent> {
@@ -59,7 +60,7 @@ public:
     [[nodiscard]] const std::string& getDeviceID() const noexcept { return m_deviceId; }
     void setDeviceID(std::string deviceId) { m_deviceId = std::move(deviceId); }
 
-    /// The `index`th member, counted from 1; false beyond the last, and the outputs are then unchanged.
+    /// Member number `index`, counted from 1; false, with the outputs unchanged, beyond the last.
     bool getUserInformation(std::size_t index, std::string& name, std::string& number) const {
         if (index < 1 || index > m_members.size()) {
             return false;

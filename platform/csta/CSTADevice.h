@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// A device as an event names it: the number part and the display name, both empty when the switch did not know
-/// or withheld them. The phone's own device always has the number `CSTADevice::kLocalDevice`.
+/// A device as an event names it: its number and display name, both empty if the switch did not report them.
+/// The phone's own device always has the number `CSTADevice::kLocalDevice`.
 struct CSTADevice {
     /// The platform's symbolic number of the phone's own device.
     static constexpr const char* kLocalDevice = "localDeviceID";

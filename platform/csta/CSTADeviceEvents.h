@@ -5,7 +5,7 @@
 
 #include "platform/csta/CSTAEvent.h"
 
-/// An event about a device rather than about a call; the call journal handles none of them.
+/// An event about a device rather than about a call; the journal handles none of them.
 class CSTADeviceEvent : public CSTAEvent {
 public:
     [[nodiscard]] const std::string& getDeviceID() const noexcept { return m_deviceId; }

@@ -7,8 +7,8 @@
 #include "platform/csta/CSTAEventCode.h"
 #include "platform/csta/CSTAEventObserverBase.h"
 
-/// One event that a switch reported for a monitored device. A plain value: whoever holds it may read it from one
-/// thread at a time. The CSTA service owns an event that it delivers; a receiver that wants to keep one clones it.
+/// One event that a switch reported for a monitored device. A plain value: one thread at a time. The CSTA
+/// service owns an event that it delivers; a receiver that keeps one clones it.
 class CSTAEvent {
 public:
     CSTAEvent() = default;
@@ -16,18 +16,18 @@ public:
 
     /// The type code; `CSTAEventCode` lists them as numbers.
     [[nodiscard]] virtual CSTAEventCode getType() const noexcept = 0;
-    /// Calls the one handler of `observer` that fits this event.
+    /// Calls the handler of `observer` for this event's class.
     virtual void dispatch(CSTAEventObserverBase& observer) = 0;
     /// A deep copy, owned by the caller.
     [[nodiscard]] virtual std::unique_ptr<CSTAEvent> clone() const = 0;
-    /// The event in one line for a log. Costly: ask whether the line will be written first.
+    /// The event as one text line for a log. Costly: check first that the line will be written.
     [[nodiscard]] virtual std::string toString() const { return {}; }
 
     [[nodiscard]] const std::string& getMonitorCrossRefID() const noexcept { return m_monitorCrossRefID; }
     void setMonitorCrossRefID(std::string id) { m_monitorCrossRefID = std::move(id); }
     [[nodiscard]] int getCause() const noexcept { return m_cause; }
     void setCause(int cause) noexcept { m_cause = cause; }
-    /// The text of the event's private data; empty when there is none.
+    /// The text of the event's private data; empty if there is none.
     [[nodiscard]] const std::string& getPrivateData() const noexcept { return m_privateData; }
     void setPrivateData(std::string data) { m_privateData = std::move(data); }
 
@@ -41,8 +41,8 @@ private:
     std::string m_privateData;
 };
 
-/// Writes code, dispatch and clone of one event class once. `Base` is what the event has in common with others,
-/// `Handler` the operation of `CSTAEventObserverBase` that takes a `Derived*`.
+/// Implements code, dispatch and clone of one event class. `Base` is the class that the event shares with
+/// others, `Handler` the operation of `CSTAEventObserverBase` that takes a `Derived*`.
 template <typename Derived, typename Base, CSTAEventCode Code,
           void (CSTAEventObserverBase::*Handler)(Derived*)>
 class CSTAEventOf : public Base {

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Why an event happened, in the phone's own numbering. Kept as plain `int` in the events, because a switch may
-/// report a value that is not listed. A link that speaks another protocol (CSTA XML names causes by word) maps to
-/// these in one table.
+/// The cause of an event in the phone's own numbering. Plain `int` in the events, because a switch may report
+/// a value that is not listed. A link with another protocol (CSTA XML names causes by word) maps to these
+/// values in one table.
 enum CSTAEventCause : int {
     CSTA_EC_None = 0,
     CSTA_EC_Unknown = 1,
@@ -10,7 +10,7 @@ enum CSTAEventCause : int {
     /// The connection was put on hold in order to transfer it.
     CSTA_EC_HeldForTransfer = 3,
     CSTA_EC_CallBack = 4,
-    /// The cleared connection is the other leg of the call that was held last.
+    /// The cleared connection is the other leg of the last held call.
     CSTA_EC_Transfer = 5,
     CSTA_EC_CallForwardImmediate = 6,
     CSTA_EC_CallForwardBusy = 7,
@@ -40,6 +40,6 @@ enum CSTAEventCause : int {
     CSTA_EC_NormalClearing = 48,
     CSTA_EC_Redirected = 49,
     CSTA_EC_RedirectedByDistribution = 50,
-    /// A reason that has no number of its own, where 0 and 1 would say more than that (a Failed event).
+    /// A cause without a number of its own, where 0 and 1 would be too specific (a Failed event).
     CSTA_EC_Other = 99,
 };

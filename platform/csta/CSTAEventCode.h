@@ -1,6 +1,6 @@
 #pragma once
 
-/// The type code of each event class, as `CSTAEvent::getType` answers it. 32 is no event's code.
+/// The type code of each event class, returned by `CSTAEvent::getType`. 32 is not used.
 enum class CSTAEventCode : int {
     eNone = 32,
     eOriginated = 33,

@@ -2,8 +2,8 @@
 
 class CSTAEvent;
 
-/// Takes the events of a monitor. Threads: the line's strand, one event at a time; the event is borrowed for the
-/// call, and a null pointer is ignored.
+/// Receives the events of a monitor. Threads: the line's strand, one event at a time. The event is borrowed
+/// for the call; a null pointer is ignored.
 class CSTAEventIfc {
 public:
     CSTAEventIfc() = default;

@@ -39,9 +39,9 @@ class CSTASwitchingFunctionDevices;
 class CSTASystemStatusEvent;
 class CSTATransferredEvent;
 
-/// One handler for each kind of CSTA event; each does nothing unless it is overridden. `CSTAEvent::dispatch`
+/// One handler for each kind of CSTA event; each has no effect unless it is overridden. `CSTAEvent::dispatch`
 /// calls the right one. Events are borrowed for the call. Threads: the line's strand, one event at a time.
-/// New handlers go to the end.
+/// New handlers are added at the end.
 class CSTAEventObserverBase {
 public:
     CSTAEventObserverBase() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// State of the monitored device's own connection (ECMA-269, local connection state). Kept as plain `int` in the
+/// State of the monitored device's own connection (ECMA-269, local connection state). Plain `int` in the
 /// events, because a switch may report a value that is not listed.
 enum CSTALocalConnectionState : int {
     CSTA_LCS_Null = 0,

@@ -2,14 +2,15 @@
 
 #include <optional>
 
-/// Which events a monitor leaves out: true suppresses them, false lets them through, unset leaves the choice to the CSTA
-/// service (which lets them through). A plain value.
+/// The events that a monitor suppresses: true suppresses, false lets through, unset leaves the choice to the
+/// CSTA service (which lets them through). A plain value.
 ///
-/// Most are the groups of ECMA-269's monitor filter, by their names there: call control, call associated, physical and
-/// logical device features, vendor specific. Single events within them have a setting of their own, which wins: held,
-/// retrieved and service initiated (call control), call information (call associated), do not disturb (`FS_DND`, logical
-/// device). Call-log entry, system and system status stand for what the switch tells about itself; class of control
-/// (`FS_COC`) has no event in ECMA-269. A CSTA service passes over what it has no event for.
+/// Most members are the groups of ECMA-269's monitor filter, by their names there: call control, call
+/// associated, physical and logical device features, vendor specific. Single events within them have a member
+/// of their own, which wins: held, retrieved and service initiated (call control), call information (call
+/// associated), do not disturb (`FS_DND`, logical device). Call-log entry, system and system status are the
+/// switch's reports about itself; class of control (`FS_COC`) has no event in ECMA-269. A CSTA service
+/// ignores members for which it has no event.
 class CSTAMonitorFilter {
 public:
     using Setting = std::optional<bool>;

@@ -12,7 +12,7 @@
 class CSTAPrivateEvent final : public CSTAEventOf<CSTAPrivateEvent, CSTAEvent, CSTAEventCode::ePrivate,
                                                   &CSTAEventObserverBase::handleCSTAPrivateEvent> {
 public:
-    /// Null when the event carries no call-log entry.
+    /// Null if the event carries no call-log entry.
     [[nodiscard]] const CallLogEntryEvent* getCallLogEntry() const noexcept {
         return m_callLogEntry ? &*m_callLogEntry : nullptr;
     }
@@ -26,12 +26,12 @@ private:
 class CSTACallBackEvent final : public CSTAEventOf<CSTACallBackEvent, CSTAEvent, CSTAEventCode::eCallBack,
                                                    &CSTAEventObserverBase::handleCSTACallBackEvent> {
 public:
-    /// The device that asked for the callback, and the one that is to be called back.
+    /// The device that requested the callback, and the device to call back.
     [[nodiscard]] const CSTADevice& getOriginatingDevice() const noexcept { return m_originating; }
     void setOriginatingDevice(CSTADevice device) { m_originating = std::move(device); }
     [[nodiscard]] const CSTADevice& getTargetDevice() const noexcept { return m_target; }
     void setTargetDevice(CSTADevice device) { m_target = std::move(device); }
-    /// True when the request stands, false when it was cancelled or carried out.
+    /// True if the request is pending, false if it was cancelled or carried out.
     [[nodiscard]] bool isSet() const noexcept { return m_set; }
     void setSet(bool set) noexcept { m_set = set; }
 

@@ -7,11 +7,11 @@
 #include "platform/csta/CSTARequest.h"
 #include "platform/csta/CallLogEntryRequest.h"
 
-/// Asks to be told of the switch's system status.
+/// Subscribes to the switch's system status.
 class CSTASystemStatusRequest final : public CSTARequest {};
 
-/// Starts a monitor of a device; the answer is a `CSTAMonitorStartResponse`. `CSTADevice::kLocalDevice` names the
-/// phone's own device. Without a filter every event of the device is reported.
+/// Starts a monitor of a device; the response is a `CSTAMonitorStartResponse`. `CSTADevice::kLocalDevice`
+/// names the phone's own device. Without a filter every event of the device is reported.
 class CSTAMonitorStartRequest final : public CSTARequest {
 public:
     [[nodiscard]] const std::string& getDeviceObject() const noexcept { return m_device; }
@@ -24,7 +24,7 @@ private:
     CSTAMonitorFilter m_filter;
 };
 
-/// Stops a monitor; the answer is a `CSTAMonitorStopResponse`.
+/// Stops a monitor; the response is a `CSTAMonitorStopResponse`.
 class CSTAMonitorStopRequest final : public CSTARequest {
 public:
     [[nodiscard]] const std::string& getMonitorCrossRefID() const noexcept { return m_crossRefId; }
@@ -34,7 +34,7 @@ private:
     std::string m_crossRefId;
 };
 
-/// Changes the filter of the monitor of a device; the answer is a `CSTAChangeMonitorFilterResponse`.
+/// Changes the filter of a device's monitor; the response is a `CSTAChangeMonitorFilterResponse`.
 class CSTAChangeMonitorFilterRequest final : public CSTARequest {
 public:
     [[nodiscard]] const std::string& getDeviceObject() const noexcept { return m_device; }
@@ -47,7 +47,7 @@ private:
     CSTAMonitorFilter m_filter;
 };
 
-/// A private request; event type 0 carries a call-log entry request. The answer is a `CSTAEscapeResponse`.
+/// A private request; event type 0 carries a call-log entry request. The response is a `CSTAEscapeResponse`.
 class CSTAEscapeRequest final : public CSTARequest {
 public:
     [[nodiscard]] int getEventType() const noexcept { return m_eventType; }

@@ -3,19 +3,19 @@
 #include <string>
 #include <utility>
 
-/// What the switch answered to a request. A plain value. A refused request is answered with the response class of
-/// the request, marked as an error response.
+/// The switch's response to a request. A plain value. The response to a refused request has the class of the
+/// request's response and is marked as an error.
 class CSTAResponse {
 public:
     CSTAResponse() = default;
     virtual ~CSTAResponse() = default;
 
-    /// True for an answer that refuses the request.
+    /// True for a response that refuses the request.
     [[nodiscard]] bool isErrorResponse() const noexcept { return !m_errorCategory.empty(); }
-    /// The standard's words of a refusal ("operation", "invalidDeviceID"); empty for a success.
+    /// The standard's words for a refusal ("operation", "invalidDeviceID"); empty for a success.
     [[nodiscard]] const std::string& getErrorCategory() const noexcept { return m_errorCategory; }
     [[nodiscard]] const std::string& getErrorValue() const noexcept { return m_errorValue; }
-    /// `category` must not be empty.
+    /// Requires: `category` is not empty.
     void setError(std::string category, std::string value) {
         m_errorCategory = std::move(category);
         m_errorValue = std::move(value);

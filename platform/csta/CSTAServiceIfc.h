@@ -2,10 +2,10 @@
 
 class CSTARequest;
 
-/// The way to the switch. Registered as "CSTAServiceIfc".
+/// The connection to the switch. Registered as "CSTAServiceIfc".
 ///
-/// Threads: any thread may call, a handler of an event included. The call waits for the switch's answer, at most
-/// five seconds.
+/// Threads: any thread may call, also the handler of an event. The call waits for the switch's response, at
+/// most five seconds.
 class CSTAServiceIfc {
 public:
     CSTAServiceIfc() = default;
@@ -13,9 +13,9 @@ public:
     CSTAServiceIfc& operator=(const CSTAServiceIfc&) = delete;
     virtual ~CSTAServiceIfc() = default;
 
-    /// Carries out `request` and puts the response code (0 is success) and the response into it. A switch that
-    /// cannot be reached or does not answer in time gives a code other than 0; an answer of the switch that is an
-    /// error gives code 0 and the response class of the request (`CSTAMonitorStartResponse` for a start, ...) with
-    /// `isErrorResponse()`.
+    /// Carries out `request` and stores the response code (0 is success) and the response in it. A switch
+    /// that cannot be reached, or does not respond in time, gives another code than 0. An error response of
+    /// the switch gives code 0 and the response class of the request (`CSTAMonitorStartResponse` for a start,
+    /// ...) with `isErrorResponse()`.
     virtual void request(CSTARequest& request) = 0;
 };

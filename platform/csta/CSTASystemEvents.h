@@ -7,13 +7,13 @@
 
 #include "platform/csta/CSTAEvent.h"
 
-/// The switch's own state. `status` is one of the `communicationsServiceTexts::systemState_...` texts or another
-/// word of the switch.
+/// The switch's own state. `status` is one of the `communicationsServiceTexts::systemState_...` texts or
+/// another word of the switch.
 class CSTASystemStatusEvent final
     : public CSTAEventOf<CSTASystemStatusEvent, CSTAEvent, CSTAEventCode::eSystemStatus,
                          &CSTAEventObserverBase::handleCSTASystemStatusEvent> {
 public:
-    /// What a switch may say of a feature of the phone, as texts of its own. The journal logs it.
+    /// The switch's report on a feature of the phone, as texts. The journal logs it.
     struct FeatureData {
         std::string featureName;
         std::string action;
@@ -40,8 +40,8 @@ private:
     FeatureData m_feature;
 };
 
-/// The devices that the phone serves: type 0 is its own line, 2 a shared or Bluetooth line of a SIP phone. 1 and every other
-/// type is a device whose calls are none of this phone's; the journal passes over it.
+/// The devices that the phone serves: type 0 is its own line, 2 a shared or Bluetooth line of a SIP phone.
+/// Calls of devices of any other type (1, ...) do not belong to this phone; the journal ignores them.
 class CSTASwitchingFunctionDevices final
     : public CSTAEventOf<CSTASwitchingFunctionDevices, CSTAEvent, CSTAEventCode::eSwitchingFunctionDevices,
                          &CSTAEventObserverBase::handleCSTASwitchingFunctionDevices> {

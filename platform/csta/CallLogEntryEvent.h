@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// One entry of the call log that the switch itself keeps, as the switch reports it. A plain value, copied whole.
-/// The enumerations are open: a switch may send other values.
+/// One entry of the call log that the switch keeps, as it reports it. A plain value, copied whole. The
+/// enumerations are open: a switch may send other values.
 struct CallLogEntryEvent {
     // NOLINTNEXTLINE(bugprone-reserved-identifier): the platform's name.
     enum _LogTarget : int {
@@ -21,8 +21,9 @@ struct CallLogEntryEvent {
     // NOLINTNEXTLINE(bugprone-reserved-identifier): the platform's name.
     enum _TFormat : int { eTimeIso8601 = 0, eTimeLocal = 1 };
 
-    /// What is to be done with the entry. Of the texts below C and D are redirecting number and name, F a group's text
-    /// (docs/messages.md, "The switch's call log"); a presentation says whether the text behind it may be shown.
+    /// The action on the entry. Of the texts below C and D are the redirecting number and name, F a group's
+    /// text (docs/messages.md, "The switch's call log"). A presentation value is the restriction of the text
+    /// after it.
     enum Action : int { eAdd = 0, eDelete = 1, eDeleteAll = 2 };
 
     int action = eAdd;

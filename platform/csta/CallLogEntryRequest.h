@@ -5,8 +5,7 @@
 
 #include "platform/csta/CallLogEntryEvent.h"
 
-/// What the phone asks the switch to do with the call log that the switch keeps. Everything that is not set
-/// stays zero or empty.
+/// A request to the switch about the call log that it keeps. Members that are not set are zero or empty.
 struct CallLogEntryRequest {
     enum Action : int { eDeleteOne = 1, eDeleteAll = 2 };
     enum NumberKind : int { eEntry = 1, eWholeLog = 2 };
@@ -19,7 +18,7 @@ struct CallLogEntryRequest {
     int action = 0;
     CallLogEntryEvent::_LogTarget logTarget = CallLogEntryEvent::eReceived;
     int reserved = 0;
-    /// The time stamp of the occurrence that is meant, as the switch sent it; empty for whole logs and groups.
+    /// The time stamp of the occurrence as the switch sent it; empty for whole logs and groups.
     std::string entryTime;
     int numberKind = 0;
     std::string subscriberNumber;

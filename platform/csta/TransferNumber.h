@@ -1,6 +1,6 @@
 #pragma once
 
-/// How the number of an entry came about.
+/// The origin of an entry's number.
 struct TransferNumber {
     enum TransferNumberType : int { eNotTransferred = 0, eTransferred = 1 };
 };

@@ -2,10 +2,10 @@
 
 #include <string>
 
-/// The phone's database, reached with text documents. Registered as "DataAccessServiceIfc".
+/// The phone's database, used through text documents. Registered as "DataAccessServiceIfc".
 ///
-/// `docs/messages.md` gives the form of every request and answer. Threads: any thread may call, at any time;
-/// the implementation synchronises. A call returns when the change is durable, so it may wait for the disk.
+/// `docs/messages.md` gives the form of every request and response. Thread-safe. A call returns when the
+/// change is durable, so it may wait for the disk.
 class DataAccessServiceIfc {
 public:
     DataAccessServiceIfc() = default;
@@ -13,6 +13,7 @@ public:
     DataAccessServiceIfc& operator=(const DataAccessServiceIfc&) = delete;
     virtual ~DataAccessServiceIfc() = default;
 
-    /// Answers one request document with an answer document, or with the text "failed" and nothing changed.
+    /// Carries out one request document. Returns the response document, or the text "failed" with nothing
+    /// changed.
     [[nodiscard]] virtual std::string processRequest(const std::string& request) = 0;
 };

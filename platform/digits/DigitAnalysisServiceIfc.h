@@ -10,8 +10,8 @@ public:
     DigitAnalysisServiceIfc& operator=(const DigitAnalysisServiceIfc&) = delete;
     virtual ~DigitAnalysisServiceIfc() = default;
 
-    /// Whether the dialled digits are a feature access code rather than a number.
+    /// True if the dialled digits are a feature access code, not a number.
     [[nodiscard]] virtual bool isFeatureAccessCode(const std::string& digits) = 0;
-    /// Rewrites `number` in place in the form in which two spellings of one number are equal.
+    /// Rewrites `number` in place to a form that is equal for all spellings of one number.
     virtual void normalise(std::string& number) = 0;
 };

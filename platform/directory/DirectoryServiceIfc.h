@@ -10,8 +10,9 @@ public:
     DirectoryServiceIfc& operator=(const DirectoryServiceIfc&) = delete;
     virtual ~DirectoryServiceIfc() = default;
 
-    /// Looks the contact's search number up. Found: fills in the contact, notes which of its numbers matched (kind 1 second
-    /// office, 2 office, 3 mobile, 4 private: not the order of `Contact::getPhoneNumber`), leaves the search number as it is,
-    /// and answers true. Otherwise nothing changes.
+    /// Looks up the contact's search number. If it is found, fills in the contact, stores the kind of the
+    /// number that matched (1 second office, 2 office, 3 mobile, 4 private: not the order of
+    /// `Contact::getPhoneNumber`), keeps the search number, and returns true. Otherwise changes nothing and
+    /// returns false.
     [[nodiscard]] virtual bool lookUpContact(Contact& contact) = 0;
 };

@@ -4,20 +4,20 @@
 
 class Executable;
 
-/// What a service may ask of the framework that loaded it: other services by name, and timers.
+/// The framework as a service sees it: other services by name, and timers.
 ///
 /// Threads: every operation may be called from any thread. Expiries are delivered as `timerEvent(id)` on the
 /// strand of the service's line, never inside a call of the service into this class and never two at a time.
 /// Lifetime: a context outlives every service that it was given to.
 ///
 /// The timer contract:
-///  1. `createTimer` makes a timer that is not armed and answers its id, which is never used again, or -1.
+///  1. `createTimer` makes a timer that is not armed and returns its id, which is never used again, or -1.
 ///  2. `startTimer` arms it for one expiry. A running timer is left as it is.
 ///  3. `restartTimer` arms it for its full time from now, whether or not it is running.
-///  4. `stopTimer` disarms it; the timer stays and may be started again. `deleteTimer` disarms and forgets it.
-///  5. Once `startTimer`, `stopTimer`, `restartTimer` or `deleteTimer` has returned on the line's strand, an expiry
-///     that was due before is not delivered any more.
-///  6. Every operation with an id that is not known (-1 included) does nothing and answers false.
+///  4. `stopTimer` disarms it; the timer stays and may be started again. `deleteTimer` disarms and deletes it.
+///  5. Once `startTimer`, `stopTimer`, `restartTimer` or `deleteTimer` has returned on the line's strand, an
+///     expiry that was due before is not delivered any more.
+///  6. Every operation with an unknown id (-1 included) has no effect and returns false.
 class Context {
 public:
     Context() = default;
@@ -25,10 +25,12 @@ public:
     Context& operator=(const Context&) = delete;
     virtual ~Context() = default;
 
-    /// The service registered under `name` ("ClockServiceIfc", ...), or null. Borrowed, alive as long as the context.
+    /// The service registered under `name` ("ClockServiceIfc", ...), or null. Borrowed, alive as long as the
+    /// context.
     [[nodiscard]] virtual Executable* findService(const std::string& name) = 0;
 
-    /// `handler` is borrowed and must delete its timers before it is destroyed; `milliseconds` is 0 or more.
+    /// `handler` is borrowed and deletes its timers before it is destroyed. Requires: `milliseconds` is 0 or
+    /// more.
     [[nodiscard]] virtual int createTimer(Executable& handler, int milliseconds) = 0;
     virtual bool startTimer(int id) = 0;
     virtual bool stopTimer(int id) = 0;

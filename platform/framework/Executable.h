@@ -2,12 +2,11 @@
 
 class Context;
 
-/// Anything that a service framework holds by name and can drive: a service, a proxy, a host's own part.
+/// An object that a service framework holds by name and drives: a service, a proxy, a component of the host.
 ///
-/// The framework keeps one `Executable` for each registered name and gives it out through
-/// `Context::findService`; the finder casts it with `dynamic_cast` to the interface that it needs
-/// (`CSTAServiceIfc`, `ClockServiceIfc`, ...), so an implementation derives from `Executable` and from its
-/// interface side by side.
+/// The framework keeps one `Executable` for each registered name and returns it from `Context::findService`;
+/// the caller casts it with `dynamic_cast` to the interface that it needs (`CSTAServiceIfc`,
+/// `ClockServiceIfc`, ...), so an implementation derives from both `Executable` and its interface.
 ///
 /// Threads: the framework calls `init`, `shutdown` and `timerEvent` of one object one at a time.
 class Executable {
@@ -21,6 +20,6 @@ public:
     virtual void init(Context& context) { static_cast<void>(context); }
     /// Called once before the object is destroyed.
     virtual void shutdown() {}
-    /// A timer that this object created through its `Context` has expired; `id` is the one `createTimer` gave.
+    /// A timer of this object has expired; `id` is the one that `createTimer` returned.
     virtual void timerEvent(int id) { static_cast<void>(id); }
 };

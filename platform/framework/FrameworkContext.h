@@ -5,7 +5,7 @@
 class ProtocolAdapter;
 class Proxy;
 
-/// What an invoker may ask of the framework. Any thread may call.
+/// The framework as an invoker sees it. Any thread may call.
 class FrameworkContext {
 public:
     FrameworkContext() = default;
@@ -13,9 +13,8 @@ public:
     FrameworkContext& operator=(const FrameworkContext&) = delete;
     virtual ~FrameworkContext() = default;
 
-    /// The proxy that stands for `clientName`'s implementation of `interfaceName`
-    /// ("JournalServiceObserverIfc"), or null. Borrowed: alive while the message of that client is handled, and
-    /// for as long as it is subscribed.
+    /// The proxy for `clientName`'s implementation of `interfaceName` ("JournalServiceObserverIfc"), or null.
+    /// Borrowed: alive while a message of that client is handled, and as long as it is subscribed.
     [[nodiscard]] virtual Proxy* findProxy(std::string& interfaceName, std::string& clientName) = 0;
 
     /// The adapter of a protocol by name, or null. Borrowed, alive as long as the framework.

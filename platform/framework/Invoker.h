@@ -4,8 +4,8 @@ class Executable;
 class FrameworkContext;
 class InvokerResponse;
 
-/// Turns a text message for a service into a call of that service. Made by an exported factory that returns it
-/// as `void*` pointing at this base; owned by the framework.
+/// Converts a text message for a service to a call of that service. An exported factory makes it and returns
+/// it as `void*` to this base; the framework owns it.
 ///
 /// Threads: the framework may call `handleMessage` from several threads at once.
 class Invoker {
@@ -15,7 +15,7 @@ public:
     Invoker& operator=(const Invoker&) = delete;
     virtual ~Invoker() = default;
 
-    /// Handles one message for `target` and answers through `response`, whose completion operation is called
+    /// Handles one message for `target` and replies through `response`, whose completion operation is called
     /// exactly once. `message` is `length` bytes, not terminated, and borrowed for the call.
     virtual void handleMessage(Executable* target, const char* message, int length,
                                InvokerResponse* response) = 0;

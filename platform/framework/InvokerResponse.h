@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The answer to one message that an `Invoker` handles. Borrowed for one `handleMessage` call; that thread only.
+/// The response to one message of an `Invoker`. Borrowed for one `handleMessage` call; that thread only.
 class InvokerResponse {
 public:
     InvokerResponse() = default;
@@ -10,9 +10,9 @@ public:
     InvokerResponse& operator=(const InvokerResponse&) = delete;
     virtual ~InvokerResponse() = default;
 
-    /// Sets the answer text; copied. Without a call the answer has no payload.
+    /// Sets the response text; copied. Without a call the response has no payload.
     virtual void setPayload(const char* text, int length) = 0;
-    /// Ends the request. Nothing may be called afterwards.
+    /// Ends the request. No operation may be called afterwards.
     virtual void complete() = 0;
     /// The name of the client that sent the message, unique among the connected clients.
     [[nodiscard]] virtual std::string getRequester() const = 0;

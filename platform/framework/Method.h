@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-/// One call or answer of a text protocol: a name, a kind, where it comes from, and named string parameters.
-/// A plain value without synchronisation.
+/// One call or response of a text protocol: a name, a kind, its sender, and named string parameters. A plain
+/// value without synchronisation.
 class Method {
 public:
     enum class Kind { eRequest, eResponse, eNotification };
@@ -23,10 +23,10 @@ public:
 
     [[nodiscard]] const std::string& getName() const noexcept { return m_name; }
     [[nodiscard]] Kind getKind() const noexcept { return m_kind; }
-    /// Who sent it: the client's or service's name.
+    /// The sender: the client's or service's name.
     [[nodiscard]] const std::string& getSource() const noexcept { return m_source; }
 
-    /// Parameters keep their order; a name may stand more than once.
+    /// Parameters keep their order; a name may occur more than once.
     void addStringParameter(std::string name, std::string value, ParameterKind kind) {
         m_parameters.push_back({std::move(name), std::move(value), kind});
     }

@@ -4,7 +4,7 @@
 
 class Method;
 
-/// Reads and writes `Method` objects in one text protocol. Any thread may call; an adapter keeps no state.
+/// Reads and writes `Method` objects in one text protocol. Any thread may call; an adapter has no state.
 class ProtocolAdapter {
 public:
     ProtocolAdapter() = default;
@@ -12,7 +12,7 @@ public:
     ProtocolAdapter& operator=(const ProtocolAdapter&) = delete;
     virtual ~ProtocolAdapter() = default;
 
-    /// False when `text` is not a message of the protocol; `method` is then unchanged.
+    /// Returns false, with `method` unchanged, if `text` is not a message of the protocol.
     [[nodiscard]] virtual bool decode(const std::string& text, Method& method) const = 0;
     [[nodiscard]] virtual std::string encode(const Method& method) const = 0;
 };

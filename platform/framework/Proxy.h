@@ -4,9 +4,9 @@
 
 class ProxyRequest;
 
-/// Stands inside the process for a remote client's interface. Made by an exported factory that returns it as
-/// `void*` pointing at this base; owned by the framework, which keeps it until the client is gone and the
-/// proxy is no longer subscribed anywhere.
+/// Represents a remote client's interface in the process. An exported factory makes it and returns it as
+/// `void*` to this base; the framework owns it until the client has disconnected and the proxy is not
+/// subscribed any more.
 class Proxy : public Executable {
 public:
     /// Called once before any callback; `request` is borrowed and outlives the proxy.

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The part of a service that a framework may run on a thread of its own.
-/// A service that is driven by calls alone leaves `run` empty.
+/// The part of a service that a framework may run on a thread of its own. A service that only reacts to calls
+/// leaves `run` empty.
 class Threadable {
 public:
     Threadable() = default;

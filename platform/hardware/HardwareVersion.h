@@ -1,6 +1,6 @@
 #pragma once
 
-/// The phone's hardware. The process that loads a service provides the definition, as it does for the logger.
+/// The phone's hardware. The process that loads a service provides the definition, as for the logger.
 class __attribute__((visibility("default"))) HardwareVersion {
 public:
     /// The sub-platform variant; 3 and 4 run the Crest user interface. Any thread.

@@ -69,7 +69,7 @@ void CallListDatabaseAdapter::normalizeMissedCallList(std::deque<MissedCallItem>
     list.erase(firstEmpty, list.end());
     std::stable_sort(list.begin(), list.end(), isNewer);
     if (!dropped.empty() && m_service != nullptr) {
-        // The list is right either way: a row that stays is dropped again by the next load.
+        // A row that the database keeps is dropped again by the next load.
         static_cast<void>(updateEntries(dropped, Helper::DELETEREQUEST, Helper::DAS_CALLLOGMISSEDCALLS));
     }
 }

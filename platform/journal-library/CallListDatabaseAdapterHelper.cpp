@@ -1,28 +1,10 @@
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 
-#include <array>
-
 #include "platform/client-utils/ClientUtils.h"
 #include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemWriter.h"
 
 namespace {
-
-using Source = Contact::eOrderedContactSource;
-
-struct SourceWord {
-    Source source;
-    const char* word;
-};
-
-constexpr std::array<SourceWord, 6> kSources{{
-    {Source::eUnknown, "unknown"},
-    {Source::ePersonal, "personal"},
-    {Source::eCompany, "company"},
-    {Source::eLdap, "ldap"},
-    {Source::eExchange, "exchange"},
-    {Source::eCallLog, "calllog"},
-}};
 
 template <typename Item>
 std::string bodyFor(const Item& item, const std::string& requestType) {
@@ -39,7 +21,7 @@ std::string CallListDatabaseAdapterHelper::createXMLField(const std::string& nam
 std::string CallListDatabaseAdapterHelper::createXMLElement(const std::string& name,
                                                             const std::string& body) {
     std::string element;
-    element.append("<").append(name).append(">").append(body).append("</").append(name).append(">");
+    journalxml::appendElement(element, name.c_str(), body);
     return element;
 }
 
@@ -92,20 +74,10 @@ std::string CallListDatabaseAdapterHelper::createXMLCallBackItemBody(const CallB
 
 std::string CallListDatabaseAdapterHelper::getOrderedContactSourceToString(
     const Contact::eOrderedContactSource& source) {
-    for (const SourceWord& known : kSources) {
-        if (known.source == source) {
-            return known.word;
-        }
-    }
-    return kSources.front().word;
+    return journalxml::nameOf(source);
 }
 
 Contact::eOrderedContactSource CallListDatabaseAdapterHelper::getOrderedContactSourceFromString(
     const std::string& word) {
-    for (const SourceWord& known : kSources) {
-        if (word == known.word) {
-            return known.source;
-        }
-    }
-    return Source::eUnknown;
+    return journalxml::contactSourceNamed(word);
 }

@@ -9,13 +9,13 @@
 
 namespace journalxml {
 
-bool isFailure(const std::string& answer) noexcept {
-    return answer == JournalServiceHelper::FAILURE;
+bool isFailure(const std::string& response) noexcept {
+    return response == JournalServiceHelper::FAILURE;
 }
 
-std::optional<bool> parseBoolResponse(const std::string& answer) {
+std::optional<bool> parseBoolResponse(const std::string& response) {
     bool result = false;
-    if (!JournalServiceHelper::getXMLValue(answer, kResult, result)) {
+    if (!JournalServiceHelper::getXMLValue(response, kResult, result)) {
         return std::nullopt;
     }
     return result;

@@ -14,19 +14,19 @@
 #include "platform/journal-library/EntryList.h"
 #include "platform/journal-library/XmlLimits.h"
 
-/// What the database answers. Builders only; they never throw on any bytes.
+/// Builders for the responses of the database. They never throw, whatever the bytes.
 namespace journalxml {
 
-/// A list document in the making: entries of one kind for a table's own schema, of all kinds for a mixed
+/// A list document under construction: entries of one kind for a table's own schema, of all kinds for a mixed
 /// one. One thread at a time.
 class ListDocument {
 public:
-    /// `maxBytes` bounds the finished document; readers refuse a longer one than the default.
+    /// `maxBytes` bounds the finished document; readers refuse one that is longer than the default.
     explicit ListDocument(const std::string& schema, std::size_t maxBytes = kMaxDocumentBytes);
 
-    /// Adds an entry behind the earlier ones. False when the document would grow beyond its bound: it is
-    /// then full, is left as it was, and further calls give false too. Add the newest entries first, so
-    /// that the oldest are the ones left out.
+    /// Appends an entry. Returns false, with the document unchanged, if it would exceed the limit; the
+    /// document is then full, and further calls return false, too. Add the newest entries first, so that the
+    /// oldest are left out.
     [[nodiscard]] bool add(const MissedCallItem& item);
     [[nodiscard]] bool add(const DialledCallItem& item);
     [[nodiscard]] bool add(const ReceivedCallItem& item);
@@ -34,21 +34,21 @@ public:
     [[nodiscard]] bool add(const CallBackItem& item);
     [[nodiscard]] bool add(const Contact& contact);
 
-    /// How many entries it holds.
+    /// The number of entries.
     [[nodiscard]] std::size_t size() const noexcept { return m_entries.size(); }
-    /// The document as it stands; more may be added afterwards.
+    /// The document so far; more may be added afterwards.
     [[nodiscard]] std::string text() const { return m_entries.text(); }
 
 private:
     EntryList m_entries;
 };
 
-/// The answer to a write, update or delete request that was done. `lastUniqueId` is the id of the last row
-/// that it wrote or deleted; empty when it touched none.
+/// The response to a successful write, update or delete request. `lastUniqueId` is the id of the last row
+/// that it changed; empty if there is none.
 [[nodiscard]] std::string buildUpdateResponse(const std::string& schema,
                                               const std::string& lastUniqueId = {});
 
-/// The answer to a settings read: a field a setting. Keys must be XML names.
+/// The response to a settings read: one field for each setting. Requires: keys are XML names.
 [[nodiscard]] std::string buildSettingsResponse(
     const std::vector<std::pair<std::string, std::string>>& settings);
 

@@ -5,19 +5,19 @@
 
 namespace journalxml {
 
-/// A text that grows by `ENTRY` elements between an opening and a closing part, and stops where its readers
-/// would refuse it. One thread at a time.
+/// A text of `ENTRY` elements between an opening and a closing part. It stops growing at the limits of its
+/// readers. One thread at a time.
 class EntryList {
 public:
-    /// `maxBytes` bounds the finished text. The opening and closing parts alone must fit.
+    /// `maxBytes` bounds the finished text. Requires: the opening and closing parts fit.
     EntryList(std::string opening, std::string closing, std::size_t maxBytes);
 
-    /// Adds an entry with that content. False, with nothing added, when a bound would be passed; the list
-    /// is then full for good, so that no later, smaller entry comes in out of order.
+    /// Adds an entry with that content. Returns false, with the text unchanged, if it would exceed a limit.
+    /// The list is then full for good: a later, smaller entry would be out of order.
     [[nodiscard]] bool add(const std::string& body);
 
     [[nodiscard]] std::size_t size() const noexcept { return m_size; }
-    /// The whole text as it stands.
+    /// The whole text so far.
     [[nodiscard]] std::string text() const { return m_text + m_closing; }
 
 private:

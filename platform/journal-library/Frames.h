@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// The outermost elements of the texts that are exchanged with remote clients and observers. Only this
-/// library's sources include this file.
+/// The outermost elements of the texts that remote clients and observers exchange with the journal. Internal
+/// to this library.
 namespace journalxml {
 
 inline constexpr const char* kXmlDeclaration = R"(<?xml version="1.0" encoding="utf-8"?>)";

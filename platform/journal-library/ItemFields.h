@@ -9,11 +9,12 @@
 #include "journal-items/CallBackItem.h"
 #include "journal-items/Contact.h"
 #include "journal-items/Occurrences.h"
+#include "platform/journal-library/Vocabulary.h"
 
-/// Which element holds which field: the one table that both the writer and the reader of items go by.
+/// The table of elements and fields that both the writer and the reader of items use.
 ///
-/// Each class of an item or an occurrence lists its own fields; `forEachPart` takes an object apart into
-/// the classes that it is made of. Only this library's sources include this file.
+/// Each class of an item or an occurrence lists its own fields; `forEachPart` visits the classes of an
+/// object. Internal to this library.
 namespace journalxml {
 
 template <typename Class>
@@ -38,7 +39,7 @@ struct NumberField {
     void (*set)(Class&, std::int32_t);
 };
 
-/// Made from a getter and a setter, `number<CallInfo, &CallInfo::getLogTarget,
+/// Makes a field from a getter and a setter: `number<CallInfo, &CallInfo::getLogTarget,
 /// &CallInfo::setLogTarget>("LogTarget")`.
 template <typename Class, auto Get, auto Set>
 constexpr NumberField<Class> number(const char* name) {
@@ -63,7 +64,7 @@ struct Fields : NoFields<Class> {};
 template <>
 struct Fields<CallItem> : NoFields<CallItem> {
     static constexpr std::array<TextField<CallItem>, 3> kTexts{{
-        {"EntryId", &CallItem::getEntryId, &CallItem::setEntryId},
+        {kEntryId, &CallItem::getEntryId, &CallItem::setEntryId},
         {"Firstname", &CallItem::getFirstname, &CallItem::setFirstname},
         {"Surname", &CallItem::getSurname, &CallItem::setSurname},
     }};
@@ -72,7 +73,7 @@ struct Fields<CallItem> : NoFields<CallItem> {
 template <>
 struct Fields<CallItemWithPicture> : NoFields<CallItemWithPicture> {
     static constexpr std::array<TextField<CallItemWithPicture>, 2> kTexts{{
-        {"UniqueId", &CallItemWithPicture::getUniqueId, &CallItemWithPicture::setUniqueId},
+        {kUniqueId, &CallItemWithPicture::getUniqueId, &CallItemWithPicture::setUniqueId},
         {"PictureClip", &CallItemWithPicture::getPictureClip, &CallItemWithPicture::setPictureClip},
     }};
 };
@@ -195,7 +196,7 @@ struct Fields<ForwardedCallItem::ForwardedCallInfo> : NoFields<ForwardedCallItem
 template <>
 struct Fields<Contact> : NoFields<Contact> {
     static constexpr std::array<TextField<Contact>, 17> kTexts{{
-        {"UniqueId", &Contact::getUniqueId, &Contact::setUniqueId},
+        {kUniqueId, &Contact::getUniqueId, &Contact::setUniqueId},
         {"Surname", &Contact::getSurname, &Contact::setSurname},
         {"Firstname", &Contact::getFirstname, &Contact::setFirstname},
         {"Office", &Contact::getOffice, &Contact::setOffice},
@@ -232,7 +233,8 @@ void visitPart(Object& object, Visitor& visit) {
 
 }  // namespace detail
 
-/// Calls `visit(part, Fields<Part>)` for each class that `object` is made of, its own class last.
+/// Calls `visit(part, Fields<Part>)` for each class of the object: the base classes first, its own class
+/// last.
 template <typename Object, typename Visitor>
 void forEachPart(Object& object, Visitor visit) {
     detail::visitPart<CallItem>(object, visit);
@@ -244,7 +246,7 @@ void forEachPart(Object& object, Visitor visit) {
     detail::visitPart<std::remove_const_t<Object>>(object, visit);
 }
 
-/// The word in the element `Type`, which says what an entry is.
+/// The word in the element `Type`, the kind of an entry.
 template <typename Item>
 inline constexpr const char* kTypeOf = "";
 template <>
@@ -260,7 +262,7 @@ inline constexpr const char* kTypeOf<CallBackItem> = "callback";
 template <>
 inline constexpr const char* kTypeOf<Contact> = "contact";
 
-/// Whether items of the class hold occurrences.
+/// True if items of the class hold occurrences.
 template <typename Item>
 inline constexpr bool kHasOccurrences = std::is_base_of_v<CallItemWithPicture, Item>;
 

@@ -3,12 +3,12 @@
 #include <list>
 #include <string>
 
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/journal-library/Vocabulary.h"
 
 namespace journalxml {
 namespace {
 
-// Leaves alone what the element does not name or names badly, so the object has to come with its defaults.
+// Sets only the fields that the element names correctly. Requires: the object has its defaults.
 struct FieldReader {
     const pugi::xml_node& element;
 
@@ -76,8 +76,7 @@ void readItem(const pugi::xml_node& entry, CallBackItem& item) {
 
 void readItem(const pugi::xml_node& entry, Contact& contact) {
     read(entry, contact);
-    contact.setContactSource(
-        CallListDatabaseAdapterHelper::getOrderedContactSourceFromString(textOfChild(entry, kContactSource)));
+    contact.setContactSource(contactSourceNamed(textOfChild(entry, kContactSource)));
     const pugi::xml_node records = childNamed(entry, kCallRecords);
     for (auto node = childNamed(records, kCallRecord); node; node = nextNamed(node, kCallRecord)) {
         contact.addCallRecord({textOfChild(node, "UniqueId"), textOfChild(node, kTypeField)});

@@ -11,10 +11,10 @@
 #include "platform/journal-library/ItemFields.h"
 #include "platform/journal-library/XmlMessage.h"
 
-/// Items from XML. Pure functions; only this library's sources include this file.
+/// Items from XML. Pure functions; internal to this library.
 namespace journalxml {
 
-/// Reads the content of an `ENTRY`, whatever its type. Missing fields get their defaults.
+/// Reads the content of an `ENTRY` of any type. Missing fields get their defaults.
 void readItem(const pugi::xml_node& entry, MissedCallItem& item);
 void readItem(const pugi::xml_node& entry, DialledCallItem& item);
 void readItem(const pugi::xml_node& entry, ReceivedCallItem& item);
@@ -22,7 +22,7 @@ void readItem(const pugi::xml_node& entry, ForwardedCallItem& item);
 void readItem(const pugi::xml_node& entry, CallBackItem& item);
 void readItem(const pugi::xml_node& entry, Contact& contact);
 
-/// Whether an entry may be read as an `Item`: it says that it is one, or does not say what it is.
+/// True if an entry may be read as an `Item`: its type is that of the item, or it has none.
 template <typename Item>
 [[nodiscard]] bool isEntryOf(const pugi::xml_node& entry) {
     const pugi::xml_node type = childNamed(entry, kTypeField);

@@ -3,17 +3,13 @@
 #include <string_view>
 
 #include "platform/client-utils/ClientUtils.h"
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/ItemFields.h"
+#include "platform/journal-library/Vocabulary.h"
 
 namespace journalxml {
 namespace {
 
-void appendElement(std::string& out, const char* name, const std::string& body) {
-    out.append("<").append(name).append(">").append(body).append("</").append(name).append(">");
-}
-
-// A database answer that contains the word counts as failed, and a caller may have any name.
+// A database response that contains the word counts as failed, and a caller may have any name.
 std::string withoutFailureMarker(std::string text) {
     constexpr std::string_view kMarker = "failure";
     constexpr std::string_view kHarmless = "failur&#101;";
@@ -31,7 +27,7 @@ void appendText(std::string& out, const char* name, const std::string& value) {
     }
 }
 
-// Fields that have their default are left out: a reader gives a missing one the same value.
+// Omits fields that have their default: a reader gives a missing field the same value.
 struct FieldWriter {
     std::string& out;
 
@@ -70,6 +66,14 @@ std::string bodyOf(const Item& item) {
 
 }  // namespace
 
+void appendElement(std::string& out, const char* name, const std::string& body) {
+    out.append("<").append(name).append(">").append(body).append("</").append(name).append(">");
+}
+
+void appendField(std::string& out, const char* name, const std::string& value) {
+    appendElement(out, name, ClientUtils::escapeXMLString(value));
+}
+
 std::string itemBody(const MissedCallItem& item) {
     return bodyOf(item);
 }
@@ -93,14 +97,12 @@ std::string itemBody(const CallBackItem& item) {
 std::string itemBody(const Contact& contact) {
     std::string out = bodyOf(contact);
     if (contact.getContactSource() != Contact::eOrderedContactSource::eUnknown) {
-        appendText(
-            out, kContactSource,
-            CallListDatabaseAdapterHelper::getOrderedContactSourceToString(contact.getContactSource()));
+        appendText(out, kContactSource, nameOf(contact.getContactSource()));
     }
     std::string records;
     for (const Contact::CallRecord& record : contact.getCallRecords()) {
         std::string fields;
-        appendText(fields, "UniqueId", record.entryId);
+        appendText(fields, kUniqueId, record.entryId);
         appendText(fields, kTypeField, record.type);
         appendElement(records, kCallRecord, fields);
     }
@@ -112,25 +114,21 @@ std::string itemBody(const Contact& contact) {
 
 std::string keyBody(const CallItemWithPicture& item) {
     std::string out;
-    appendText(out, "UniqueId", item.getUniqueId());
-    appendText(out, "EntryId", item.getEntryId());
+    appendText(out, kUniqueId, item.getUniqueId());
+    appendText(out, kEntryId, item.getEntryId());
     return out;
 }
 
 std::string keyBody(const CallBackItem& item) {
     std::string out;
-    appendText(out, "EntryId", item.getEntryId());
+    appendText(out, kEntryId, item.getEntryId());
     return out;
 }
 
 std::string entryElement(const std::string& body) {
     std::string out;
-    appendElement(out, CallListDatabaseAdapterHelper::ENTRY, body);
+    appendElement(out, kEntry, body);
     return out;
-}
-
-void appendField(std::string& out, const char* name, const std::string& value) {
-    appendElement(out, name, ClientUtils::escapeXMLString(value));
 }
 
 }  // namespace journalxml

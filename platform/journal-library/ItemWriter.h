@@ -9,7 +9,7 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// Items as XML: the content of an `ENTRY`. Pure functions; only this library's sources include this file.
+/// Items as XML: the content of an `ENTRY`. Pure functions; internal to this library.
 namespace journalxml {
 
 [[nodiscard]] std::string itemBody(const MissedCallItem& item);
@@ -19,14 +19,16 @@ namespace journalxml {
 [[nodiscard]] std::string itemBody(const CallBackItem& item);
 [[nodiscard]] std::string itemBody(const Contact& contact);
 
-/// What names an item's row in a delete request.
+/// The content of an `ENTRY` in a delete request: the ids that name the item's row.
 [[nodiscard]] std::string keyBody(const CallItemWithPicture& item);
 [[nodiscard]] std::string keyBody(const CallBackItem& item);
 
 /// `<ENTRY>body</ENTRY>`.
 [[nodiscard]] std::string entryElement(const std::string& body);
 
-/// `<name>value</name>`, the value escaped.
+/// Appends `<name>body</name>`; the body is XML already.
+void appendElement(std::string& out, const char* name, const std::string& body);
+/// Appends `<name>value</name>`, the value escaped.
 void appendField(std::string& out, const char* name, const std::string& value);
 
 }  // namespace journalxml

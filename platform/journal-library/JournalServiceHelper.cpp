@@ -50,7 +50,7 @@ bool readAll(const std::string& text, std::deque<Item>& list) {
     return true;
 }
 
-// Of a mixed answer: without a type it is anybody's guess what the entry is.
+// In a mixed response the type alone gives the kind of an entry.
 template <typename Container>
 bool takeIfTyped(const pugi::xml_node& node, const std::string& type, Container& container) {
     using Item = typename Container::value_type;
@@ -145,7 +145,7 @@ bool JournalServiceHelper::getAndRemoveXMLValue(std::string& message, const std:
         return false;
     }
     value = textOf(node);
-    // The parser gives the place of the name; the element begins one character before it.
+    // The parser returns the offset of the name; the element begins one character before it.
     const auto begin = static_cast<std::size_t>(node.offset_debug()) - 1;
     message.erase(begin, journalxml::elementEnd(message, begin) - begin);
     return true;

@@ -11,26 +11,26 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// The journal's message vocabulary, service side: reads requests and list documents, builds answers and
-/// observer messages. `docs/messages.md` shows each text; the clients' side is in `namespace journalxml`
-/// (ClientRequest.h, ClientResponse.h, ObserverMessage.h), the database's in DataRequest.h and DataResponse.h.
+/// The service's side of the journal's messages: reads requests and list documents, builds responses and
+/// observer messages. `docs/messages.md` shows each text. The clients' side is in `namespace journalxml`
+/// (ClientRequest.h, ClientResponse.h, ObserverMessage.h), the database's in DataRequest.h and
+/// DataResponse.h.
 ///
-/// Static functions without state: any thread may call. Nothing throws. Whatever is read is checked before
-/// it is parsed (see XmlLimits.h); a text that fails is answered with false, -1 or an empty text, and
-/// outputs are unchanged. A text that a builder here has written is read back equal, whatever bytes the
-/// fields hold.
+/// Thread-safe: static functions without state. Nothing throws. A text is checked before it is parsed
+/// (XmlLimits.h). For a text that fails, a reader returns false, -1 or an empty text, and leaves its outputs
+/// unchanged. A text of a builder here is read back equal, whatever bytes the fields hold.
 class JournalServiceHelper {
 public:
     JournalServiceHelper() = delete;
 
     static constexpr const char* UPDATEREQUEST = "update_request";
-    /// The schema of the service's own settings.
+    /// The schema of the journal's settings.
     static constexpr const char* SETTINGS_SCHEMA = "JournalSettings";
     /// Field names of a remote request, beside `CallListDatabaseAdapterHelper::ENTRYID`.
     static constexpr const char* METHOD = "Method";
     static constexpr const char* VALUE = "Value";
     static constexpr const char* SENDDELETEMISSEDCALLREQUEST_XML = "SendDeleteMissedCallRequest";
-    /// The answer of the remote interface to a request that did not run or did not succeed.
+    /// The response of the remote interface to a request that did not run or did not succeed.
     static constexpr const char* FAILURE = "failure";
 
     // Requests for the database
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] static std::string readReceivedCallList();
     [[nodiscard]] static std::string readForwardedCallList();
     [[nodiscard]] static std::string readCallBackList();
-    /// With the number of newest rows that are wanted.
+    /// Requests the newest `rows` rows.
     [[nodiscard]] static std::string readDialledCallList(unsigned rows);
     [[nodiscard]] static std::string readReceivedCallList(unsigned rows);
     [[nodiscard]] static std::string readForwardedCallList(unsigned rows);
@@ -49,16 +49,16 @@ public:
 
     // Fields of a message: children of its outermost element
 
-    /// The method id of a remote request; -1 when the message has none or cannot be read.
+    /// The method id of a remote request; -1 for a message without one and for an unreadable message.
     [[nodiscard]] static int getMethodFromXMLMsg(const std::string& message);
-    /// The first value of the field; false when it is absent. An empty field is there, with an empty value.
+    /// Reads the first value of the field; false if it is absent. An empty field is present, with an empty
+    /// value.
     [[nodiscard]] static bool getXMLValue(const std::string& message, const std::string& field,
                                           std::string& value);
-    /// The same for a boolean; false also when the first value is not one that `ClientUtils::isStringBool`
-    /// accepts.
+    /// The same for a boolean; also false if `ClientUtils::isStringBool` rejects the first value.
     [[nodiscard]] static bool getXMLValue(const std::string& message, const std::string& field, bool& value);
-    /// Takes the first remaining value of the field out of the message, which stays a message; false when
-    /// none is left. Each call reads the whole message: for many values `getXMLValues` is the cheaper way.
+    /// Removes the field's first value from the message and returns it; false if the message has none. Each
+    /// call reads the whole message; for many values use `getXMLValues`.
     [[nodiscard]] static bool getAndRemoveXMLValue(std::string& message, const std::string& field,
                                                    std::string& value);
     /// All values of the field, in order, in one pass.
@@ -67,34 +67,33 @@ public:
 
     // Items and lists: the ENTRY elements of a message or of a list document
 
-    /// Reads the first entry of that kind. False when the text cannot be read or holds none; fields that
-    /// the entry does not name get their defaults.
+    /// Reads the first entry of that kind. Returns false if the text cannot be read or has no such entry.
+    /// Fields that the entry does not name get their defaults.
     [[nodiscard]] static bool parseXMLMissedCallItem(const std::string& message, MissedCallItem& item);
     [[nodiscard]] static bool parseXMLDialledCallItem(const std::string& message, DialledCallItem& item);
     [[nodiscard]] static bool parseXMLReceivedCallItem(const std::string& message, ReceivedCallItem& item);
     [[nodiscard]] static bool parseXMLForwardedCallItem(const std::string& message, ForwardedCallItem& item);
     [[nodiscard]] static bool parseXMLCallBackItem(const std::string& message, CallBackItem& item);
 
-    /// Appends every entry of that kind at the back, in document order; entries of other kinds are passed
-    /// over. False, with the list unchanged, when the document cannot be read.
+    /// Appends every entry of that kind, in document order, and skips entries of other kinds. Returns false,
+    /// with the list unchanged, if the document cannot be read.
     static bool parseXMLMissedCallList(const std::string& xml, std::deque<MissedCallItem>& list);
     static bool parseXMLDialledCallList(const std::string& xml, std::deque<DialledCallItem>& list);
     static bool parseXMLReceivedCallList(const std::string& xml, std::deque<ReceivedCallItem>& list);
     static bool parseXMLForwardedCallList(const std::string& xml, std::deque<ForwardedCallItem>& list);
     static bool parseXMLCallBackList(const std::string& xml, std::deque<CallBackItem>& list);
 
-    /// Appends every entry of a mixed answer to the container of its kind; entries that do not name their
-    /// kind, and callbacks, are passed over. False, with everything unchanged, when the document cannot be
-    /// read.
+    /// Appends every entry of a mixed response to the container of its kind; skips callbacks and entries
+    /// without a kind. Returns false, with everything unchanged, if the document cannot be read.
     static bool parseXMLdata(const std::string& response, std::deque<MissedCallItem>& missed,
                              std::deque<DialledCallItem>& dialled, std::deque<ReceivedCallItem>& received,
                              std::deque<ForwardedCallItem>& forwarded, std::vector<Contact>& contacts);
 
-    /// The unique id of the last row that a write or delete request touched; empty when the answer names
+    /// The unique id of the last row that a write or delete request changed; empty if the response names
     /// none.
     [[nodiscard]] static std::string parseLastUniqueId(const std::string& response);
 
-    // Answers of the remote interface
+    // Responses of the remote interface
 
     [[nodiscard]] static std::string respBool(bool result);
     [[nodiscard]] static std::string respGetMissedCall(const MissedCallItem& item);

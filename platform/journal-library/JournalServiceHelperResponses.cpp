@@ -34,7 +34,7 @@ std::string listResponse(const std::deque<Item>& list) {
     for (const Item& item : list) {
         if (!entries.add(itemBody(item))) {
             logAppUni(kComponent, kSourceFile, kWarning, __LINE__,
-                      "List answer is full, only the newest %zu of %zu entries are sent", entries.size(),
+                      "List response is full, only the newest %zu of %zu entries are sent", entries.size(),
                       list.size());
             break;
         }

@@ -30,10 +30,6 @@ std::optional<std::string> optionalText(const pugi::xml_node& parent, const char
     return node ? std::optional(textOf(node)) : std::nullopt;
 }
 
-std::string element(const char* name, const std::string& body) {
-    return std::string("<") + name + ">" + body + "</" + name + ">";
-}
-
 Setting readSetting(const pugi::xml_node& node) {
     return {textOfChild(node, kKey), textOfChild(node, kKind) == kJournal, optionalText(node, kValue)};
 }
@@ -73,23 +69,23 @@ std::optional<ManagementRequest> parseManagementRequest(std::string_view text) {
     return writes ? std::optional(request) : std::nullopt;
 }
 
-std::string buildManagementResponse(const ManagementResponse& answer) {
+std::string buildManagementResponse(const ManagementResponse& response) {
     std::string body;
-    for (const Setting& setting : answer.settings) {
+    for (const Setting& setting : response.settings) {
         std::string fields;
         appendField(fields, kKey, setting.key);
         appendField(fields, kKind, setting.ofJournal ? kJournal : kPhone);
         if (setting.value) {
             appendField(fields, kValue, *setting.value);
         }
-        body += element(kSetting, fields);
+        appendElement(body, kSetting, fields);
     }
-    if (answer.refused) {
+    if (response.refused) {
         std::string fields;
-        appendField(fields, kKey, answer.refused->key);
-        appendField(fields, kCode, std::to_string(answer.refused->code));
-        appendField(fields, kText, answer.refused->text);
-        body += element(kRejected, fields);
+        appendField(fields, kKey, response.refused->key);
+        appendField(fields, kCode, std::to_string(response.refused->code));
+        appendField(fields, kText, response.refused->text);
+        appendElement(body, kRejected, fields);
     }
     return framed(kResponse, body);
 }
@@ -99,14 +95,14 @@ std::optional<ManagementResponse> parseManagementResponse(std::string_view text)
     if (!message.parse(text) || !isNamed(message.root(), "ManagementResponse")) {
         return std::nullopt;
     }
-    ManagementResponse answer;
+    ManagementResponse response;
     for (auto node = childNamed(message.root(), kSetting); node; node = nextNamed(node, kSetting)) {
-        answer.settings.push_back(readSetting(node));
+        response.settings.push_back(readSetting(node));
     }
     if (const auto node = childNamed(message.root(), kRejected)) {
-        answer.refused = readRefused(node);
+        response.refused = readRefused(node);
     }
-    return answer;
+    return response;
 }
 
 }  // namespace journalxml

@@ -5,25 +5,25 @@
 #include <string_view>
 #include <vector>
 
-/// The second vocabulary of remote clients: reading and writing the settings of the phone and of the journal. Every
-/// text, both ways. Pure functions; any thread may call; nothing here throws on any bytes.
+/// The messages in which remote clients read and write the settings of the phone and of the journal, both
+/// ways. Pure functions; any thread may call; nothing throws, whatever the bytes.
 namespace journalxml {
 
-/// The outermost element of every request of the management, by which it is told from the journal's own requests.
+/// The outermost element of every management request. It distinguishes them from the journal's own requests.
 inline constexpr const char* kManagementRequest = "ManagementRequest";
 
-/// One key, as it stands. A plain value.
+/// One key with its value. A plain value.
 struct Setting {
     std::string key;
-    /// Whether the journal keeps it ("missed-logging"), or the phone ("system-identifier").
+    /// True if the journal keeps the key ("missed-logging"), false if the phone does ("system-identifier").
     bool ofJournal = false;
-    /// Nothing: the phone knows the key, and nobody has set it.
+    /// `std::nullopt`: the phone has the key, but without a value.
     std::optional<std::string> value;
 
     [[nodiscard]] bool operator==(const Setting&) const = default;
 };
 
-/// A key that was not read or not changed, with the management's number of the reason and its text.
+/// A key that could not be read or changed, with the management's error code and text.
 struct RefusedKey {
     std::string key;
     int code = 0;
@@ -33,24 +33,24 @@ struct RefusedKey {
 };
 
 struct ManagementRequest {
-    /// Empty: all keys, which can be read only.
+    /// Empty: all keys; only a request that reads may be for all.
     std::string key;
-    /// What the key is set to; nothing: the request reads.
+    /// The value to set; `std::nullopt`: the request reads.
     std::optional<std::string> value;
 };
 
-/// What a read found, or what a write has left; and the refusal.
+/// The result of a read, or the values after a write; and the refusal, if there is one.
 struct ManagementResponse {
     std::vector<Setting> settings;
     std::optional<RefusedKey> refused;
 };
 
 [[nodiscard]] std::string buildManagementRequest(const ManagementRequest& request);
-/// Nothing for a text that is beyond the bound of requests, cannot be read, or asks for nothing that there is.
+/// Returns `std::nullopt` for a text that is too long, unreadable, or no valid request.
 [[nodiscard]] std::optional<ManagementRequest> parseManagementRequest(std::string_view text);
 
-[[nodiscard]] std::string buildManagementResponse(const ManagementResponse& answer);
-/// Nothing for a failure, and for any text that is no answer to a settings request.
+[[nodiscard]] std::string buildManagementResponse(const ManagementResponse& response);
+/// Returns `std::nullopt` for a failure and for any text that is no response to a settings request.
 [[nodiscard]] std::optional<ManagementResponse> parseManagementResponse(std::string_view text);
 
 }  // namespace journalxml

@@ -1,7 +1,6 @@
 #include "platform/journal-library/MethodId.h"
 
 #include <array>
-#include <string_view>
 
 namespace journalxml {
 namespace {
@@ -64,15 +63,6 @@ const char* nameOf(MethodId id) noexcept {
         }
     }
     return "";
-}
-
-std::optional<MethodId> methodNamed(const std::string& name) noexcept {
-    for (const Method& method : kMethods) {
-        if (std::string_view(method.name) == name) {
-            return method.id;
-        }
-    }
-    return std::nullopt;
 }
 
 }  // namespace journalxml

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
-/// The methods of the remote interface by number. Numbers that are missing here are answered with the
-/// failure text.
+/// The methods of the remote interface by number. The journal responds to any other number with the failure
+/// text.
 namespace journalxml {
 
 enum class MethodId : int {
@@ -42,11 +41,9 @@ enum class MethodId : int {
     eResetUserContacts = 41
 };
 
-/// The method of a number; nothing for a number that stands for none.
+/// The method of a number; `std::nullopt` for a number without one.
 [[nodiscard]] std::optional<MethodId> methodOf(int id) noexcept;
 /// The name of the service's operation, "getMissedCallList"; for logs and help texts.
 [[nodiscard]] const char* nameOf(MethodId id) noexcept;
-/// The way back; nothing for an unknown name.
-[[nodiscard]] std::optional<MethodId> methodNamed(const std::string& name) noexcept;
 
 }  // namespace journalxml

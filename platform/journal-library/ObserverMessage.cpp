@@ -3,9 +3,9 @@
 #include <array>
 #include <string_view>
 
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemReader.h"
+#include "platform/journal-library/Vocabulary.h"
 #include "platform/journal-library/XmlMessage.h"
 
 namespace journalxml {
@@ -22,9 +22,9 @@ bool readChange(const pugi::xml_node& root, ObserverMessage& message) {
     if (!readNumber(textOfChild(root, kAction), message.action)) {
         return false;
     }
-    message.entryId = textOfChild(root, CallListDatabaseAdapterHelper::ENTRYID);
+    message.entryId = textOfChild(root, kEntryId);
     Item& item = message.item.emplace<Item>();
-    const pugi::xml_node entry = childNamed(root, CallListDatabaseAdapterHelper::ENTRY);
+    const pugi::xml_node entry = childNamed(root, kEntry);
     if (entry && isEntryOf<Item>(entry)) {
         readItem(entry, item);
     }

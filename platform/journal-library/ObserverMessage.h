@@ -12,7 +12,7 @@
 
 namespace journalxml {
 
-/// What a remote observer is told, one for each callback of the observer interface. A plain value.
+/// One message to a remote observer: one callback of the observer interface. A plain value.
 struct ObserverMessage {
     enum class Event {
         eMissedCallsCountUpdate,
@@ -27,19 +27,19 @@ struct ObserverMessage {
                               ForwardedCallItem, CallBackItem>;
 
     Event event = Event::eMissedCallsCountUpdate;
-    /// The two count events only.
+    /// Count events only.
     unsigned count = 0;
-    /// The five list events only: what happened (`ActionType`), and the id that the callback carried.
+    /// List events only: the `ActionType`, and the id that the callback carried.
     int action = 0;
     std::string entryId;
-    /// The item of a list event; for an event without an item it is a default one, with an empty entry id.
+    /// The item of a list event; a default item with an empty entry id for an event without one.
     Item item;
 };
 
-/// The callback's name, which is also the event's word in the message: "missedCallsUpdate".
+/// The callback's name, which is also the event's name in the message: "missedCallsUpdate".
 [[nodiscard]] const char* nameOf(ObserverMessage::Event event) noexcept;
 
-/// Reads one message; nothing when the text is not one. Pure; any thread may call; nothing throws.
+/// Reads one message; `std::nullopt` if the text is not one. Pure; any thread may call; nothing throws.
 [[nodiscard]] std::optional<ObserverMessage> parseObserverMessage(const std::string& message);
 
 }  // namespace journalxml

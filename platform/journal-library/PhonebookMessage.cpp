@@ -2,17 +2,15 @@
 
 #include <cstdint>
 
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemReader.h"
 #include "platform/journal-library/ItemWriter.h"
+#include "platform/journal-library/Vocabulary.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "platform/journal-library/XmlMessage.h"
 
 namespace journalxml {
 namespace {
-
-using Words = CallListDatabaseAdapterHelper;
 
 constexpr Frame kRequest{"<PhonebookRequest>", "</PhonebookRequest>"};
 constexpr Frame kResponse{"<PhonebookResponse>", "</PhonebookResponse>"};
@@ -48,7 +46,7 @@ std::optional<std::size_t> sizeIn(const pugi::xml_node& parent, const char* name
 
 std::vector<Contact> contactsIn(const pugi::xml_node& parent) {
     std::vector<Contact> contacts;
-    for (auto node = childNamed(parent, Words::ENTRY); node; node = nextNamed(node, Words::ENTRY)) {
+    for (auto node = childNamed(parent, kEntry); node; node = nextNamed(node, kEntry)) {
         if (isEntryOf<Contact>(node)) {
             readItem(node, contacts.emplace_back());
         }

@@ -9,32 +9,32 @@
 #include "journal-items/Contact.h"
 #include "platform/journal-library/EntryList.h"
 
-/// The vocabulary in which remote clients read the phonebook and import contacts. Every text, both ways. Pure functions;
-/// any thread may call; nothing here throws on any bytes.
+/// The messages in which remote clients read the phonebook and import contacts, both ways. Pure functions;
+/// any thread may call; nothing throws, whatever the bytes.
 namespace journalxml {
 
-/// The outermost element of every request for the phonebook, by which it is told from the journal's own requests.
+/// The outermost element of every phonebook request. It distinguishes them from the journal's own requests.
 inline constexpr const char* kPhonebookRequest = "PhonebookRequest";
 
 struct PhonebookRequest {
-    /// To import; empty: the request reads.
+    /// The contacts to import; empty: the request reads.
     std::vector<Contact> contacts;
-    /// What is to be read: the contacts that are found by `search` (empty: all), from the `offset`-th on, at most
+    /// What to read: the contacts that match `search` (empty: all), beginning with number `offset`, at most
     /// `limit`.
     std::string search;
     std::size_t offset = 0;
     std::size_t limit = 0;
 };
 
-/// A request that reads. `contacts` is left out.
+/// Builds a request that reads; ignores `contacts`.
 [[nodiscard]] std::string buildPhonebookRead(const PhonebookRequest& request);
 
-/// A request that imports, in the making. One thread at a time.
+/// Builds a request that imports. One thread at a time.
 class PhonebookImport {
 public:
     PhonebookImport();
 
-    /// False when the request would grow beyond the bound of requests: it is then full and left as it was.
+    /// Returns false, with the request unchanged, if the request would exceed the limit for requests.
     [[nodiscard]] bool add(const Contact& contact);
     [[nodiscard]] std::size_t size() const noexcept { return m_entries.size(); }
     [[nodiscard]] std::string text() const { return m_entries.text(); }
@@ -43,19 +43,20 @@ private:
     EntryList m_entries;
 };
 
-/// Nothing for a text that is beyond the bound of requests, cannot be read, or asks for nothing that there is.
+/// Returns `std::nullopt` for a text that is too long, unreadable, or no valid request.
 [[nodiscard]] std::optional<PhonebookRequest> parsePhonebookRequest(std::string_view text);
 
-/// What a read found: how many contacts there are to page through, and as many of the wanted ones as an answer can hold.
+/// The result of a read: the number of matching contacts, and as many of the requested ones as a response can
+/// hold.
 struct PhonebookPage {
     std::size_t total = 0;
     std::vector<Contact> contacts;
 };
 [[nodiscard]] std::string buildPhonebookPage(const PhonebookPage& page);
-/// Nothing for a failure, and for any text that is no such answer; likewise below.
+/// Returns `std::nullopt` for a failure and for any text that is no such response; likewise below.
 [[nodiscard]] std::optional<PhonebookPage> parsePhonebookPage(std::string_view text);
 
-/// What an import did.
+/// The result of an import.
 struct PhonebookImported {
     std::size_t added = 0;
     std::size_t changed = 0;

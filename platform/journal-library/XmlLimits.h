@@ -2,13 +2,12 @@
 
 #include <cstddef>
 
-/// What a text may be before anybody parses it. The limits stand far above everything that the journal
-/// writes, and keep what a hostile text can cost within bounds: time linear in its length, and memory a
-/// small multiple of it.
+/// Limits that a text must meet before it is parsed. They are far above everything that the journal writes,
+/// and bound the cost of a hostile text: time linear in its length, memory a small multiple of it.
 namespace journalxml {
 
-/// List documents, and requests and answers of the database. The builders stop adding entries before they
-/// exceed it, so what was built can be read.
+/// List documents, and requests and responses of the database. The builders stay below this limit, so what
+/// they build can be read.
 inline constexpr std::size_t kMaxDocumentBytes = 16U * 1024U * 1024U;
 /// Requests of remote clients.
 inline constexpr std::size_t kMaxMessageBytes = 1024U * 1024U;

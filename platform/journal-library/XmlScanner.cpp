@@ -81,7 +81,7 @@ bool XmlScanner::passText() noexcept {
 }
 
 bool XmlScanner::passReference() noexcept {
-    // Long enough for any number of leading zeros that anybody writes; keeps a lone ampersand cheap.
+    // Allows any usual number of leading zeros; bounds the cost of a lone ampersand.
     constexpr std::size_t kLongest = 32;
     const std::size_t length = m_text.substr(m_at, kLongest).find(';');
     if (length == std::string_view::npos || !isReference(m_text.substr(m_at + 1, length - 1))) {

@@ -5,8 +5,8 @@
 
 namespace journalxml {
 
-/// Walks through the markup of an XML text, front to back, without building anything: what has to be known
-/// of a text before a parser may see it. One thread at a time; the text is borrowed.
+/// Scans the markup of an XML text from front to back and builds nothing: the checks that a text must pass
+/// before it is parsed. One thread at a time; the text is borrowed.
 class XmlScanner {
 public:
     enum class Markup {
@@ -18,17 +18,17 @@ public:
         eCharacterData,
         /// No markup is left.
         eEnd,
-        /// Not well-formed, or a document type declaration, which nobody here needs.
+        /// Not well-formed, or a document type declaration, which is never allowed.
         eError
     };
 
     explicit XmlScanner(std::string_view text, std::size_t at = 0) noexcept : m_text(text), m_at(at) {}
 
-    /// Finds the next markup and passes over it.
+    /// Finds the next markup and moves after it.
     [[nodiscard]] Markup next() noexcept;
-    /// Where the scanner stands: behind the markup that it found last.
+    /// The position after the markup that was found last.
     [[nodiscard]] std::size_t position() const noexcept { return m_at; }
-    /// Whether anything but white space stood between the last two markups (or behind the last one).
+    /// True if text other than white space stood between the last two markups (or after the last one).
     [[nodiscard]] bool passedText() const noexcept { return m_passedText; }
 
 private:
@@ -42,17 +42,17 @@ private:
     bool m_passedText = false;
 };
 
-/// Whether `text` may be given to the parser: not longer than `maxBytes`, valid UTF-8 made of XML
-/// characters, one outermost element, references only to characters that XML knows, and within the limits
-/// of XmlLimits.h. Whether the names of start and end tags agree is left to the parser.
+/// True if `text` may be given to the parser: not longer than `maxBytes`, valid UTF-8 of XML characters, one
+/// outermost element, references only to characters that XML allows, and within the limits of XmlLimits.h.
+/// The parser itself checks that the names of start and end tags agree.
 [[nodiscard]] bool isSafeXml(std::string_view text, std::size_t maxBytes) noexcept;
 
-/// The outermost element's name without its prefix; empty when no element can be found. Looks no further than
-/// that element's start tag, so it says nothing about the rest.
+/// The outermost element's name without its prefix; empty if there is none. Reads no further than that
+/// element's start tag, so the rest may be malformed.
 [[nodiscard]] std::string_view rootNameOf(std::string_view text) noexcept;
 
-/// Where the element that begins at `begin` ends (one past its last character), in a text that `isSafeXml`
-/// has accepted.
+/// The end (one past the last character) of the element that begins at `begin`. Requires: `isSafeXml`
+/// accepted the text.
 [[nodiscard]] std::size_t elementEnd(std::string_view text, std::size_t begin) noexcept;
 
 }  // namespace journalxml

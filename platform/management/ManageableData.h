@@ -19,20 +19,20 @@ private:
     std::string m_value;
 };
 
-/// The management's record of keys, their values, and the refusals of the keys that were refused. Keys keep the
-/// order in which they were named first. A plain value without synchronisation.
+/// The management's record of keys, their values, and the reject reasons of refused keys. Keys keep the order
+/// in which they were first named. A plain value without synchronisation.
 class ManageableData {
 public:
     /// The keys, in order.
     [[nodiscard]] const std::vector<std::string>& getRootIds() const noexcept { return m_rootIds; }
-    /// The first key; empty when there is none.
+    /// The first key; empty if there is none.
     [[nodiscard]] std::string getRootId() const {
         return m_rootIds.empty() ? std::string() : m_rootIds.front();
     }
-    /// Names a key without a value: one that is asked for. `source` is who will fill it, or null.
+    /// Adds a key without a value, to be read. `source` is the management that will fill it, or null.
     void setRootId(const std::string& key, LocalMgmtIfc* source);
 
-    /// The value of `key`, or null when it has none. Valid until the record changes.
+    /// The value of `key`, or null if it has none. Valid until the record changes.
     [[nodiscard]] const DataNode* interogate(const std::string& key) const { return interogate(key, key); }
     /// The value of the entry `name` below `rootId`, or null.
     [[nodiscard]] const DataNode* interogate(const std::string& rootId, const std::string& name) const;

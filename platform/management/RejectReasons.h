@@ -2,14 +2,14 @@
 
 #include <string>
 
-/// Why a management value was refused.
+/// The reason why a management value was refused.
 enum rejectReasons : int {
     eRejectNone = 0,
     eRejectDataInvalid = 4,
     eRejectValueNotChanged = 10,
 };
 
-/// One refusal: the code and the text for a person. Empty text means that nothing was refused.
+/// One refusal: the code and a text for the user. An empty text means that nothing was refused.
 struct RejectReason {
     rejectReasons code = eRejectNone;
     std::string text;
@@ -17,6 +17,6 @@ struct RejectReason {
     [[nodiscard]] bool empty() const noexcept { return text.empty(); }
 };
 
-/// Writes the text of a refusal into `reason`; `format` and what follows are those of `printf`.
+/// Writes the code and the text of a refusal into `reason`; `format` and the arguments are those of `printf`.
 void setRejectReason(rejectReasons code, RejectReason& reason, const char* format, ...)
     __attribute__((format(printf, 3, 4)));

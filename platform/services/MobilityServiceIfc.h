@@ -8,6 +8,7 @@ public:
     MobilityServiceIfc& operator=(const MobilityServiceIfc&) = delete;
     virtual ~MobilityServiceIfc() = default;
 
-    /// Saves the visitor's call log at the management server. False means that it should be tried again later.
+    /// Saves the visitor's call log at the management server. Returns false if the caller should try again
+    /// later.
     [[nodiscard]] virtual bool saveVisitorCallLog() = 0;
 };

@@ -10,6 +10,6 @@ public:
     TeamServiceIfc& operator=(const TeamServiceIfc&) = delete;
     virtual ~TeamServiceIfc() = default;
 
-    /// Whether a call that rings unanswered on the shared line `deviceId` is to be logged on this phone.
+    /// True if this phone logs a call that rings unanswered on the shared line `deviceId`.
     [[nodiscard]] virtual bool isLoggingMissedCalls(const std::string& deviceId) = 0;
 };

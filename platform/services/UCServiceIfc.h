@@ -1,7 +1,7 @@
 #pragma once
 
-/// A unified-communications client on the phone, which keeps a journal of its own while it runs. Registered as
-/// "UCServiceIfc". Any thread may call.
+/// A unified-communications client on the phone, which keeps a journal of its own while it runs. Registered
+/// as "UCServiceIfc". Any thread may call.
 class UCServiceIfc {
 public:
     UCServiceIfc() = default;
@@ -10,6 +10,6 @@ public:
     virtual ~UCServiceIfc() = default;
 
     [[nodiscard]] virtual bool isRunning() = 0;
-    /// The journal was loaded anew: what the service shows of it is out of date.
+    /// The journal was reloaded: the service must refresh its view of it.
     virtual void refreshJournal() = 0;
 };

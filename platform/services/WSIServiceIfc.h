@@ -1,6 +1,7 @@
 #pragma once
 
-/// The phone's web-services interface, which knows its users. Registered as "WSIServiceIfc". Any thread may call.
+/// The phone's web-services interface, which manages its users. Registered as "WSIServiceIfc". Any thread may
+/// call.
 class WSIServiceIfc {
 public:
     WSIServiceIfc() = default;
@@ -8,6 +9,6 @@ public:
     WSIServiceIfc& operator=(const WSIServiceIfc&) = delete;
     virtual ~WSIServiceIfc() = default;
 
-    /// Whether the current user is a user of unified communications.
+    /// True if the current user is a user of unified communications.
     [[nodiscard]] virtual bool isCurrentUserUC() = 0;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Holds a semaphore for the length of a scope. The semaphore is borrowed and outlives the section.
+/// Holds a semaphore for a scope. The semaphore is borrowed and outlives the section.
 template <typename SemaphoreType>
 class CriticalSection {
 public:

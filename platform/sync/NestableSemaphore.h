@@ -2,8 +2,8 @@
 
 #include <mutex>
 
-/// A binary semaphore that the thread holding it may take again; it is free when every `wait` has had its
-/// `signal`. Unlike `Semaphore`, only the thread that holds it may signal.
+/// A binary semaphore that the thread holding it may take again; it is free after one `signal` for each
+/// `wait`. Unlike `Semaphore`, only the thread that holds it may signal.
 class NestableSemaphore {
 public:
     NestableSemaphore() = default;

@@ -5,13 +5,13 @@
 
 /// The platform's counting semaphore; the journal uses it with count 1 and maximum 1 as a lock.
 ///
-/// Any thread may wait and any thread may signal, not only the one that waited. A thread that waits again for a
-/// binary semaphore it already holds blocks for ever: see `NestableSemaphore` for the exception.
-/// Built on a mutex because an uncontended one needs no system call.
+/// Any thread may wait and any thread may signal, not only the one that waited. A thread that waits again for
+/// a binary semaphore that it holds deadlocks; `NestableSemaphore` allows that. Built on a mutex because an
+/// uncontended one needs no system call.
 class Semaphore {
 public:
-    /// `initialCount` is at most `maximumCount`. `waitersByPriority` is a wish for real-time platforms, which
-    /// may wake the most urgent waiter first; here waiters are woken in the order that the kernel gives.
+    /// Requires: `initialCount` is at most `maximumCount`. `waitersByPriority` is a hint for real-time
+    /// platforms, which may wake the most urgent waiter first; here the kernel chooses the order.
     explicit Semaphore(unsigned initialCount = 1, unsigned maximumCount = 1,
                        bool /*waitersByPriority*/ = true)
         : m_count(initialCount), m_maximum(maximumCount) {}
@@ -19,7 +19,7 @@ public:
     Semaphore& operator=(const Semaphore&) = delete;
     ~Semaphore() = default;
 
-    /// Waits without limit until the count is above zero, and takes one.
+    /// Waits, without a timeout, until the count is above zero, and takes one.
     void wait() {
         std::unique_lock lock(m_mutex);
         ++m_waiters;

@@ -1,24 +1,21 @@
 #pragma once
 
-/// Texts that the communications service of the phone uses as markers in events and call records. Fixed strings:
-/// compare them byte for byte.
+/// Marker texts of the phone's communications service in events and call records. Compare them byte for byte.
 namespace communicationsServiceTexts {
 
-/// Device id of a telephone paired over Bluetooth; it also serves as the id of the call on it.
+/// Device id of a telephone paired over Bluetooth; also the id of the call on it.
 inline constexpr const char* content_bluetoothDeviceId = "bluetoothDeviceID";
-/// Stands in the place of a number that the far end did not give.
+/// Replaces a number that the far end did not report.
 inline constexpr const char* noNumberProvided = "noNumberProvided";
 
-/// Private data of a Delivered event that rings for a reminder, not for a caller.
+/// Private data of a Delivered event for a reminder, not for a caller.
 inline constexpr const char* content_callstatus_ReminderCall = "ReminderCall";
-/// Private data of a CallInformation event by which the switch says that a call was missed.
+/// Private data of a CallInformation event that reports a missed call.
 inline constexpr const char* content_callstatus_MissedCall = "MissedCall";
 
-/// Words in the private data of a CallBack event: what the callback waits for, and how far it has come.
+/// Words in the private data of a CallBack event: the reason and the progress of the callback.
 inline constexpr const char* content_callback_onBusy = "onBusy";
 inline constexpr const char* content_callback_onNoReply = "onNoReply";
-inline constexpr const char* content_callback_onRequest = "onRequest";
-inline constexpr const char* content_callback_requested = "requested";
 inline constexpr const char* content_callback_ringing = "ringing";
 inline constexpr const char* content_callback_done = "done";
 

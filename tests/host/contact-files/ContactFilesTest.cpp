@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/contact-files/ContactReader.h"
+#include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/contact-files/FileText.h"
 #include "tests/support/RandomItems.h"

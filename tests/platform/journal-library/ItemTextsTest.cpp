@@ -102,16 +102,10 @@ TYPED_TEST(ItemRoundTrip, GoesThroughAnObserverMessage) {
 }
 
 RC_GTEST_PROP(ClientRequest, IsReadBack, ()) {
-    const auto item = some<MissedCallItem>();
-    const std::string update = journalxml::buildUpdateMissedCallRequest(item);
-    MissedCallItem read;
-    RC_ASSERT(Answers::getMethodFromXMLMsg(update) == 1);
-    RC_ASSERT(Answers::parseXMLMissedCallItem(update, read));
-    RC_ASSERT(read.sameContent(item));
-
     const std::vector<std::string> entryIds{journaltest::someText(), journaltest::someText()};
     const std::string value = journaltest::someText();
     const std::string request = journalxml::buildRequest(journalxml::MethodId::eDeleteCalls, entryIds, value);
+    RC_ASSERT(Answers::getMethodFromXMLMsg(request) == 36);
     std::string readValue;
     RC_ASSERT(Answers::getXMLValue(request, Answers::VALUE, readValue));
     RC_ASSERT(readValue == value);

@@ -21,17 +21,18 @@ namespace {
 using Helper = JournalServiceHelper;
 using journaltest::table;
 
-TEST(MethodId, HasANameForEachNumberAndBack) {
+TEST(MethodId, HasADistinctNameForEachNumber) {
+    std::set<std::string> names;
     const std::set<int> unserved{3, 6, 29, 30, 31, 32, 33, 34, 35, 39};
     for (int id = -1; id <= 43; ++id) {
         const auto method = journalxml::methodOf(id);
         ASSERT_EQ(method.has_value(), id >= 0 && id <= 41 && !unserved.contains(id)) << id;
         if (method) {
             EXPECT_EQ(static_cast<int>(*method), id);
-            EXPECT_EQ(journalxml::methodNamed(journalxml::nameOf(*method)), method) << id;
+            EXPECT_TRUE(names.insert(journalxml::nameOf(*method)).second) << id;
         }
     }
-    EXPECT_FALSE(journalxml::methodNamed("deleteEverything"));
+    EXPECT_FALSE(names.contains(""));
 }
 
 TEST(MethodOfMessage, IsReadOrMinusOne) {

@@ -1,4 +1,4 @@
-#include "host/contact-files/ContactReader.h"
+#include "host/contact-files/ContactFormat.h"
 
 #include "host/contact-files/CsvReader.h"
 #include "host/contact-files/FileText.h"
@@ -11,7 +11,7 @@ bool endsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && lower(text.substr(text.size() - end.size())) == end;
 }
 
-/// The byte order marks of UTF-16 begin with bytes that UTF-8 never has.
+/// The byte order marks of UTF-16 begin with bytes that never occur in UTF-8.
 void refuseUtf16(std::istream& stream) {
     const int first = stream.peek();
     if (first == 0xFF || first == 0xFE) {
