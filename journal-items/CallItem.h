@@ -28,7 +28,7 @@ public:
     [[nodiscard]] const std::string& getSurname() const noexcept { return m_surname; }
     void setSurname(const std::string& surname) { m_surname = surname; }
 
-    /// True if both are the same list entry: their entry ids are equal, whatever the other fields hold.
+    /// True if both are the same list entry: their entry ids are equal, regardless of the other fields.
     /// `sameContent` compares everything.
     [[nodiscard]] virtual bool equals(const CallItem& other) const { return m_entryId == other.m_entryId; }
     bool operator==(const CallItem& other) const { return equals(other); }

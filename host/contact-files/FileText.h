@@ -20,7 +20,7 @@ namespace host {
 [[nodiscard]] std::string upper(std::string_view text);
 [[nodiscard]] std::string lower(std::string_view text);
 
-/// True if `text` begins with `start`, whatever the case of ASCII letters. Requires: `start` is in lower
+/// True if `text` begins with `start`, ignoring the case of ASCII letters. Requires: `start` is in lower
 /// case.
 [[nodiscard]] bool beginsWith(std::string_view text, std::string_view start);
 

@@ -13,7 +13,7 @@ using std::chrono::sys_seconds;
 using Quarters = std::chrono::duration<std::int64_t, std::ratio<900>>;
 
 // The database would accept other texts as a time, "now" among them. Texts of days before the first one,
-// whatever their zone, are skipped before the costly computation.
+// in any zone, are skipped before the costly computation.
 constexpr const char* kCounts = R"sql(
 WITH call AS MATERIALIZED (
     SELECT call_item.list,

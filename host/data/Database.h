@@ -33,9 +33,8 @@ class DatabaseConnection;
 /// Threads: any thread may call; pieces of work run one at a time, on the caller's thread. A piece of work
 /// must not call the database except through its session, and must not wait for another thread.
 ///
-/// Errors: nothing throws at run time. On a failure (locked, full, damaged, read-only, an exception of the
-/// work) `read` and `write` return false and write one log text. `healthy` returns if the last attempt
-/// succeeded.
+/// Errors: no operation throws at run time. On a failure (locked, full, damaged, read-only, an exception of
+/// the work) `read` and `write` return false and write one log text; `healthy` then returns false.
 class Database {
 public:
     struct Options {

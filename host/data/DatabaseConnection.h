@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] Query query(const char* sql);
     [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
-    /// Rolls back the open transaction, if there is one; nothing throws.
+    /// Rolls back the open transaction, if there is one; it never throws.
     void rollBack() noexcept;
 
 private:

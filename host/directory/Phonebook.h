@@ -39,8 +39,8 @@ struct ImportCounts {
 /// The matched kind is 1 second office, 2 office, 3 mobile, 4 private, the order in which the journal reads
 /// it.
 ///
-/// Thread-safe. Errors: nothing throws. A database that fails logs the error; the operation here then returns
-/// the same as for a missing contact.
+/// Thread-safe. Errors: no operation throws. A database that fails logs the error; the operation here then
+/// returns the same as for a missing contact.
 class Phonebook final : public Executable, public DirectoryServiceIfc {
 public:
     /// Both are borrowed and outlive the phonebook. `line` is the device that owns the contacts.

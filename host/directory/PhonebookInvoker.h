@@ -11,7 +11,7 @@ namespace host {
 /// messages is the line's `Phonebook`.
 ///
 /// A request that cannot be read, or fails, gets the response "failure". Every message gets exactly one
-/// response; nothing throws.
+/// response; it never throws.
 ///
 /// Thread-safe: it has no state.
 class PhonebookInvoker final : public TextInvoker {

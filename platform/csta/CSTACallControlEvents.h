@@ -64,16 +64,16 @@ class CSTAEstablishedEvent final
     : public CSTAEventOf<CSTAEstablishedEvent, CSTACallControlEvent, CSTAEventCode::eEstablished,
                          &CSTAEventObserverBase::handleCSTAEstablishedEvent> {
 public:
-    [[nodiscard]] const CSTADevice& getAnsweringDevice() const noexcept { return m_answering; }
-    void setAnsweringDevice(CSTADevice device) { m_answering = std::move(device); }
+    [[nodiscard]] const CSTADevice& getAnsweringDevice() const noexcept { return m_answeringDevice; }
+    void setAnsweringDevice(CSTADevice device) { m_answeringDevice = std::move(device); }
 
 protected:
     [[nodiscard]] std::string ownDevicesToString() const override {
-        return deviceToString("answering", m_answering);
+        return deviceToString("answering", m_answeringDevice);
     }
 
 private:
-    CSTADevice m_answering;
+    CSTADevice m_answeringDevice;
 };
 
 class CSTAHeldEvent final : public CSTAEventOf<CSTAHeldEvent, CSTACallControlEvent, CSTAEventCode::eHeld,

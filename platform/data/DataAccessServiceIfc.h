@@ -13,7 +13,7 @@ public:
     DataAccessServiceIfc& operator=(const DataAccessServiceIfc&) = delete;
     virtual ~DataAccessServiceIfc() = default;
 
-    /// Carries out one request document. Returns the response document, or the text "failed" with nothing
-    /// changed.
+    /// Carries out one request document. Returns the response document, or the text "failed" without a
+    /// change.
     [[nodiscard]] virtual std::string processRequest(const std::string& request) = 0;
 };

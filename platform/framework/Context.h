@@ -12,9 +12,9 @@ class Executable;
 ///
 /// The timer contract:
 ///  1. `createTimer` makes a timer that is not armed and returns its id, which is never used again, or -1.
-///  2. `startTimer` arms it for one expiry. A running timer is left as it is.
+///  2. `startTimer` arms it for one expiry. A running timer is unchanged.
 ///  3. `restartTimer` arms it for its full time from now, whether or not it is running.
-///  4. `stopTimer` disarms it; the timer stays and may be started again. `deleteTimer` disarms and deletes it.
+///  4. `stopTimer` disarms it; the timer may be started again. `deleteTimer` disarms and deletes it.
 ///  5. Once `startTimer`, `stopTimer`, `restartTimer` or `deleteTimer` has returned on the line's strand, an
 ///     expiry that was due before is not delivered any more.
 ///  6. Every operation with an unknown id (-1 included) has no effect and returns false.

@@ -13,7 +13,7 @@ class DataAccessServiceIfc;
 /// the adapter holds only the pointer. Lists that are passed belong to the caller, who synchronises them.
 /// Every operation may wait for the disk.
 ///
-/// Errors: nothing throws. A missing service, or one that throws, gives "failed" and a log text.
+/// Errors: no operation throws. A missing service, or one that throws, gives "failed" and a log text.
 class CallListDatabaseAdapter {
 public:
     CallListDatabaseAdapter() = default;

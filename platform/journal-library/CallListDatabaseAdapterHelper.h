@@ -30,7 +30,7 @@ public:
     static constexpr const char* WRITEREQUEST = "write_request";
     static constexpr const char* DELETEREQUEST = "delete_request";
 
-    /// The response to a request that failed and changed nothing.
+    /// The response to a request that failed without a change.
     static constexpr const char* FAILED = "failed";
 
     /// Table names, which are also the schema names of their documents.

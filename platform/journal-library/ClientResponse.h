@@ -8,7 +8,7 @@
 
 /// Readers for the journal's responses to remote clients. For items and lists use the `parseXML...`
 /// operations of `JournalServiceHelper`: they have the same form in responses and in list documents. Pure
-/// functions; any thread may call; nothing throws.
+/// functions; any thread may call; they never throw.
 namespace journalxml {
 
 /// True if the response is the failure text. The parsers return false for it, too.

@@ -52,7 +52,7 @@ struct DataRequest {
 /// Reads a request document. Returns `std::nullopt`, which the caller reports as "failed", for an unreadable
 /// text, an unknown reason, a delete request that names no rows, an update without a setting, a write with an
 /// item of another kind than the table's, and a write to a schema that is no call list. Pure; any thread may
-/// call; nothing throws.
+/// call; it never throws.
 [[nodiscard]] std::optional<DataRequest> parseDataRequest(const std::string& request);
 
 }  // namespace journalxml

@@ -14,7 +14,7 @@
 #include "platform/journal-library/EntryList.h"
 #include "platform/journal-library/XmlLimits.h"
 
-/// Builders for the responses of the database. They never throw, whatever the bytes.
+/// Builders for the responses of the database. They accept any bytes and never throw.
 namespace journalxml {
 
 /// A list document under construction: entries of one kind for a table's own schema, of all kinds for a mixed

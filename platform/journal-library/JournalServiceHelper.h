@@ -16,9 +16,9 @@
 /// (ClientRequest.h, ClientResponse.h, ObserverMessage.h), the database's in DataRequest.h and
 /// DataResponse.h.
 ///
-/// Thread-safe: static functions without state. Nothing throws. A text is checked before it is parsed
+/// Thread-safe: static functions without state. No operation throws. A text is checked before it is parsed
 /// (XmlLimits.h). For a text that fails, a reader returns false, -1 or an empty text, and leaves its outputs
-/// unchanged. A text of a builder here is read back equal, whatever bytes the fields hold.
+/// unchanged. A text of a builder here is read back equal for any bytes in the fields.
 class JournalServiceHelper {
 public:
     JournalServiceHelper() = delete;

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// The messages in which remote clients read and write the settings of the phone and of the journal, both
-/// ways. Pure functions; any thread may call; nothing throws, whatever the bytes.
+/// ways. Pure functions; any thread may call; no bytes make them throw.
 namespace journalxml {
 
 /// The outermost element of every management request. It distinguishes them from the journal's own requests.

@@ -39,7 +39,7 @@ struct ObserverMessage {
 /// The callback's name, which is also the event's name in the message: "missedCallsUpdate".
 [[nodiscard]] const char* nameOf(ObserverMessage::Event event) noexcept;
 
-/// Reads one message; `std::nullopt` if the text is not one. Pure; any thread may call; nothing throws.
+/// Reads one message; `std::nullopt` if the text is not one. Pure; any thread may call; it never throws.
 [[nodiscard]] std::optional<ObserverMessage> parseObserverMessage(const std::string& message);
 
 }  // namespace journalxml

@@ -10,7 +10,7 @@
 #include "platform/journal-library/EntryList.h"
 
 /// The messages in which remote clients read the phonebook and import contacts, both ways. Pure functions;
-/// any thread may call; nothing throws, whatever the bytes.
+/// any thread may call; no bytes make them throw.
 namespace journalxml {
 
 /// The outermost element of every phonebook request. It distinguishes them from the journal's own requests.
@@ -19,7 +19,7 @@ inline constexpr const char* kPhonebookRequest = "PhonebookRequest";
 struct PhonebookRequest {
     /// The contacts to import; empty: the request reads.
     std::vector<Contact> contacts;
-    /// What to read: the contacts that match `search` (empty: all), beginning with number `offset`, at most
+    /// The contacts to read: those that match `search` (empty: all), beginning with number `offset`, at most
     /// `limit`.
     std::string search;
     std::size_t offset = 0;

@@ -21,7 +21,7 @@ public:
     /// Returns false, with the message empty, for a text that is refused.
     [[nodiscard]] bool parse(std::string_view text, std::size_t maxBytes = kMaxDocumentBytes);
 
-    /// The outermost element; a null node if nothing was parsed.
+    /// The outermost element; a null node if no text was parsed.
     [[nodiscard]] pugi::xml_node root() const { return m_document.document_element(); }
 
 private:

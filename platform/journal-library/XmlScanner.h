@@ -5,8 +5,8 @@
 
 namespace journalxml {
 
-/// Scans the markup of an XML text from front to back and builds nothing: the checks that a text must pass
-/// before it is parsed. One thread at a time; the text is borrowed.
+/// Scans the markup of an XML text from front to back without building nodes: the checks that a text must
+/// pass before it is parsed. One thread at a time; the text is borrowed.
 class XmlScanner {
 public:
     enum class Markup {

@@ -9,7 +9,7 @@ enum rejectReasons : int {
     eRejectValueNotChanged = 10,
 };
 
-/// One refusal: the code and a text for the user. An empty text means that nothing was refused.
+/// One refusal: the code and a text for the user. An empty text means no refusal.
 struct RejectReason {
     rejectReasons code = eRejectNone;
     std::string text;

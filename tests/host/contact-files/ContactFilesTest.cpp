@@ -67,7 +67,7 @@ TEST(VCard, IsReadIntoTheFieldsOfAContact) {
     }
 }
 
-TEST(VCard, IsSkippedWithLineAndReasonAndHindersNoOther) {
+TEST(VCard, IsSkippedWithLineAndReasonAndAffectsNoOther) {
     const std::pair<std::string, std::string> cases[] = {
         {card("TEL:1"), "it has no name"},
         {card("N:M", "2.1"), "it is vCard 2.1; save it as vCard 3.0 or 4.0"},
@@ -85,7 +85,7 @@ TEST(VCard, IsSkippedWithLineAndReasonAndHindersNoOther) {
     }
 }
 
-TEST(VCard, SaysWhichNumbersAreLeftOut) {
+TEST(VCard, ReportsTheNumbersThatAreLeftOut) {
     const auto records =
         recordsOf(ContactFormat::eVCard, card("N:M\r\nTEL:1\r\nTEL:2\r\nTEL:3\r\nTEL:4\r\nTEL:5\r\nTEL;TYPE="
                                               "work,fax:6\r\nTEL;TYPE=fax,voice:7"));
@@ -122,7 +122,7 @@ TEST(ContactFile, ThatIsInAnotherFormatIsRefusedAsAWhole) {
     }
 }
 
-TEST(ContactFile, GivesBackWhatWasWrittenIntoIt) {
+TEST(ContactFile, IsReadBackEqual) {
     EXPECT_TRUE(rc::check([] {
         const auto format = *rc::gen::element(ContactFormat::eVCard, ContactFormat::eCsv);
         auto contact = journaltest::some<Contact>();

@@ -10,8 +10,9 @@ namespace {
 using journaltest::split;
 constexpr std::chrono::sys_seconds kDay = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21);
 
-// Rows: entries as line/list and their calls, "~" before one that a switch wrote in its local time; from which minute of the
-// day on is counted; each quarter, by its minute, with its missed, dialled, received, forwarded calls.
+// Rows: entries as line/list and their calls, "~" before one that a switch wrote in its local time; the
+// minute of the day where the count begins; each quarter, by its minute, with its missed, dialled, received,
+// forwarded calls.
 TEST(CallTimes, CountsTheCallsOfEachListByTheQuarterInWhichTheyBegan) {
     for (const auto& row : journaltest::table(3, R"(
         2001/0 10:30:00Z 10:29:59Z 10:15:00Z 10:14:59Z                      | 0   | 600 1000 615 2000 630 1000

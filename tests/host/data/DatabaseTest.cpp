@@ -27,13 +27,13 @@ protected:
                 .run();
         });
     }
-    /// What others see.
+    /// The value that another connection reads.
     std::string stored() { return m_database.text("SELECT value FROM setting"); }
 
     journaltest::TemporaryDatabase m_database;
 };
 
-TEST_F(DatabaseWork, ThatThrowsIsUndoneAndLeavesOneLine) {
+TEST_F(DatabaseWork, ThatThrowsIsRolledBackWithOneLogText) {
     EXPECT_TRUE(stores("before"));
     EXPECT_FALSE(m_database->write("the second piece", [&](Session& session) {
         session.query("UPDATE setting SET value = 'half'").run();
@@ -45,7 +45,7 @@ TEST_F(DatabaseWork, ThatThrowsIsUndoneAndLeavesOneLine) {
     EXPECT_TRUE(stores("after"));
 }
 
-TEST_F(DatabaseWork, MayUseAStatementAgainWithoutItsFormerValuesButNotTwiceAtATime) {
+TEST_F(DatabaseWork, ReusesAStatementWithoutItsFormerValuesButNotTwiceAtATime) {
     const auto reads = [](Session& session, bool bound) {
         Query query = session.query("SELECT ifnull(?, 'unbound')");
         static_cast<void>((bound ? query.bind(std::string("old")) : query).next());
@@ -62,7 +62,7 @@ TEST_F(DatabaseWork, MayUseAStatementAgainWithoutItsFormerValuesButNotTwiceAtATi
     EXPECT_THAT(CapturedLog::lines("Database"), ElementsAre(HasSubstr("in use already: SELECT 1")));
 }
 
-// That it can be read says nothing about writing.
+// A successful read does not prove that a write is possible.
 TEST_F(DatabaseWork, IsUnhealthyFromAFailureToTheNextSuccessOfItsKind) {
     for (const auto& row : journaltest::table(2, R"(
         read fails                 | unhealthy

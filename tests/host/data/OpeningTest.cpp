@@ -23,7 +23,7 @@ std::string contentOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-/// The sentence with which a file is refused; empty when it is not.
+/// The text of the error for a file; empty if it is opened.
 std::string refusalOf(const std::filesystem::path& file, std::chrono::milliseconds busyTime) {
     try {
         const Database database(file, {busyTime});
@@ -38,7 +38,7 @@ TEST(Opening, UsesAWriteAheadLogThatIsWrittenThrough) {
     EXPECT_TRUE(database->read("test", [](Database::Session& session) {
         const auto valueOf = [&session](const char* pragma) {
             host::Query query = session.query(pragma);
-            return query.next() ? query.text() : "nothing";
+            return query.next() ? query.text() : "none";
         };
         EXPECT_EQ(valueOf("PRAGMA journal_mode"), "wal");
         EXPECT_EQ(valueOf("PRAGMA synchronous"), "2");
@@ -46,14 +46,14 @@ TEST(Opening, UsesAWriteAheadLogThatIsWrittenThrough) {
     }));
 }
 
-// Each content is made from that of a file of the present version, which itself is opened as it is.
-TEST(Opening, LeavesAFileThatItRefusesAsItIsAndSaysWhy) {
+// Each content is made from that of a file of the current version, which itself is opened.
+TEST(Opening, LeavesARefusedFileUnchangedAndReportsWhy) {
     const struct {
         void (*change)(std::string& content, std::size_t begin);
         const char* refusal;
     } cases[] = {
         {[](std::string&, std::size_t) {}, ""},
-        // Where the header has the version of the tables, and whose file it is.
+        // The version and the application id in the header.
         {[](std::string& content, std::size_t) { ++content[63]; }, "newer version"},
         {[](std::string& content, std::size_t) { ++content[71]; }, "another program"},
         {[](std::string& content, std::size_t) { content.assign(5000, 'x'); }, "restore it from a backup"},
@@ -62,7 +62,7 @@ TEST(Opening, LeavesAFileThatItRefusesAsItIsAndSaysWhy) {
     };
     for (const auto& each : cases) {
         TemporaryDatabase database;
-        // The page of one table only: nothing that the opening itself has to read.
+        // The page of one table only, which opening the file does not read.
         const auto page = database.number("SELECT rootpage FROM sqlite_schema WHERE name = 'occurrence'");
         database.close();
         std::string content = contentOf(database.file());
@@ -85,7 +85,7 @@ TEST(Opening, RefusesALockedFileAfterItsTimeAndAPlaceWhereNoFileCanBe) {
     EXPECT_THAT(refusalOf(directory.path(), kShort), HasSubstr("cannot be opened"));
 }
 
-// Programs that start at the same moment: all open the file, one of them makes the tables.
+// Programs that start at the same time: all open the file, one of them creates the tables.
 TEST(Opening, LetsManyConnectionsMakeTheTablesAtOnce) {
     const TemporaryDirectory directory;
     std::vector<std::future<std::string>> opened(4);

@@ -31,9 +31,9 @@ protected:
         return contact;
     }
     static Contact miller() { return contactOf("surname=Miller;office=4711;"); }
-    /// Stores the contact; answers its unique id.
-    std::string knows(const Contact& contact) { return m_phonebook.add(contact).value_or("failed"); }
-    /// The surname of who has the number, and which of the contact's numbers it is; empty for nobody.
+    /// Stores the contact; returns its unique id.
+    std::string store(const Contact& contact) { return m_phonebook.add(contact).value_or("failed"); }
+    /// The surname of the contact with the number, and the kind of the number; empty if there is none.
     std::string whoHas(const std::string& number) {
         Contact contact;
         contact.setSearchNumber(number);
@@ -54,7 +54,7 @@ protected:
     host::Phonebook m_phonebook{*m_database, m_digits, "2001"};
 };
 
-TEST_F(Phonebook, GivesAContactBackEqualWhateverBytesItHolds) {
+TEST_F(Phonebook, ReturnsAContactEqualForAnyBytes) {
     EXPECT_TRUE(rc::check([this] {
         auto contact = journaltest::some<Contact>();
         const auto uniqueId = m_phonebook.add(contact);
@@ -67,12 +67,12 @@ TEST_F(Phonebook, GivesAContactBackEqualWhateverBytesItHolds) {
     }));
 }
 
-// The kinds are the journal's: it takes kind 1 for the fourth number and 2 to 4 for the first to the third.
-TEST_F(Phonebook, FindsANumberInEverySpellingAndTellsWhichItIs) {
+// The journal's kinds: 1 is the fourth number, 2 to 4 are the first to the third.
+TEST_F(Phonebook, FindsANumberInEverySpellingWithItsKind) {
     for (const char* const fields :
          {"surname=Miller;office=+49 (0)30 47-11;", "surname=A;office=1;mobile=2;private=3;office2=4;",
           "surname=B;mobile=47 12;office2=4712;"}) {
-        knows(contactOf(fields));
+        store(contactOf(fields));
     }
     for (const auto& row : table(2, R"(
         Miller 2 | +49304711, 0049304711, +49 30 4711, +49-30/4711, 0049 (0) 30 4711, (030) 4711
@@ -89,11 +89,11 @@ TEST_F(Phonebook, FindsANumberInEverySpellingAndTellsWhichItIs) {
     }
 }
 
-TEST_F(Phonebook, FillsInEverythingButTheQuestionAndTheCallRecordsAndNothingForAStranger) {
+TEST_F(Phonebook, FillsInAllButTheSearchNumberAndTheCallRecordsOfAKnownNumber) {
     Contact contact =
         contactOf("surname=Miller;firstname=Ada;office=4711;picture=a.png;record=stored?,missed;");
     contact.setSearchNumber("stored?");
-    contact.setUniqueId(knows(contact));
+    contact.setUniqueId(store(contact));
 
     Contact asked = contactOf("surname=switch's name;uniqueId=7777;record=entry,missed;searchNumber=47 12;");
     const Contact before = asked;
@@ -115,7 +115,7 @@ TEST_F(Phonebook, PrefersTheBestSourceAndThenTheOldestContact) {
         for (const std::string& each : {name, std::string("a later one")}) {
             Contact contact = contactOf("surname=" + each + ";office=4711;");
             contact.setContactSource(source);
-            knows(contact);
+            store(contact);
             EXPECT_EQ(whoHas("4711"), name + " 2");
         }
     }
@@ -133,7 +133,7 @@ TEST_F(Phonebook, KeepsTheLinesApart) {
     EXPECT_EQ(other.find(contact.getUniqueId()), contact);
 }
 
-// Not the clock but the plan: whatever the number of contacts, a look-up walks down two trees.
+// The query plan, not the time: a look-up searches two trees for any number of contacts.
 TEST_F(Phonebook, LooksUpThroughTheIndexOfNumbers) {
     SQLite::Database other = m_database.otherConnection();
     SQLite::Statement query(other, std::string("EXPLAIN QUERY PLAN ") + host::ContactRows::kLookUpSql);
@@ -148,7 +148,7 @@ TEST_F(Phonebook, LooksUpThroughTheIndexOfNumbers) {
 
 TEST_F(Phonebook, ChangesAndRemovesAContactWithItsNumbers) {
     Contact contact = miller();
-    const std::string uniqueId = knows(contact);
+    const std::string uniqueId = store(contact);
     for (const char* const unknown : {"", "0", "2", "-1", "01", "1 ", "one"}) {
         contact.setUniqueId(unknown);
         EXPECT_FALSE(m_phonebook.update(contact) || m_phonebook.remove(unknown) || m_phonebook.find(unknown))
@@ -162,10 +162,10 @@ TEST_F(Phonebook, ChangesAndRemovesAContactWithItsNumbers) {
     EXPECT_EQ(
         m_database.number("SELECT (SELECT count(*) FROM contact) + (SELECT count(*) FROM contact_number)"),
         0);
-    EXPECT_NE(knows(miller()), uniqueId) << "an id must never come to mean somebody else";
+    EXPECT_NE(store(miller()), uniqueId) << "an id is never used again";
 }
 
-TEST_F(Phonebook, ListsAndSearchesByNameWithoutRegardToCapitalsPageByPage) {
+TEST_F(Phonebook, ListsAndSearchesByNameIgnoringCasePageByPage) {
     std::vector<Contact> contacts;
     for (const char* const fields :
          {"surname=Zuse;office=4729;", "surname=miller;firstname=zoe;", "surname=adams;",
@@ -183,8 +183,8 @@ TEST_F(Phonebook, ListsAndSearchesByNameWithoutRegardToCapitalsPageByPage) {
     EXPECT_EQ(m_phonebook.search("4729", 0, 9)->total, 1U);
 }
 
-TEST_F(Phonebook, IndexesNumbersAnewOnlyWhenTheRulesAreOthers) {
-    knows(miller());
+TEST_F(Phonebook, RecomputesTheIndexOnlyForOtherRules) {
+    store(miller());
     EXPECT_TRUE(m_phonebook.useRules("first"));
     m_database.otherConnection().exec("UPDATE contact_number SET number = 'by other rules'");
     EXPECT_TRUE(m_phonebook.useRules("first"));
@@ -194,7 +194,7 @@ TEST_F(Phonebook, IndexesNumbersAnewOnlyWhenTheRulesAreOthers) {
     EXPECT_EQ(m_database.number("SELECT count(*) FROM contact_number"), 1);
 }
 
-// Each import follows the ones before it. Who has no external id yet takes the first that fits.
+// Each import follows the ones before it. A contact without an external id takes the first match.
 TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
     for (const auto& row : table(3, R"(
         surname=Miller;office=030 123456;                                           | added     | 1
@@ -207,8 +207,8 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
         surname=Miller;mobile=030 123456;externalId=b;                              | added     | 4
         surname=Lovelace;office=1;externalId=a;                                     | changed   | 4
         surname=Lovelace;office=1;                                                  | unchanged | 4
-        surname=Nobody;                                                             | added     | 5
-        surname=Nobody;uniqueId=77;searchNumber=1;matchedKind=2;record=e,missed;    | unchanged | 5
+        surname=Nemo;                                                             | added     | 5
+        surname=Nemo;uniqueId=77;searchNumber=1;matchedKind=2;record=e,missed;    | unchanged | 5
         surname=Known;office=2;mobile=3;externalId=k;source=2;                      | added     | 6
         surname=Known;office=2;                                                     | unchanged | 6
         surname=Known;office=2;private=4;                                           | changed   | 6
@@ -227,10 +227,10 @@ TEST_F(Phonebook, ImportsAContactOnceAndChangesItWhereItDiffers) {
     for (const Contact& each : people) {
         sources += each.getSurname()[0] + std::to_string(static_cast<int>(each.getContactSource()));
     }
-    EXPECT_EQ(sources, "K2L1M1M1M1N1") << "personal, unless another source is said or known";
+    EXPECT_EQ(sources, "K2L1M1M1M1N1") << "personal, unless the import or the contact has another source";
 }
 
-TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {
+TEST_F(Phonebook, ServesRemoteClientsAndFailsWithTheDatabase) {
     host::PhonebookInvoker invoker;
     const auto responseTo = [&invoker](const std::string& text, Executable* target) {
         journaltest::RecordingResponse response;
@@ -259,7 +259,7 @@ TEST_F(Phonebook, AnswersRemoteClientsAndFailsWithoutHarmWhereTheDatabaseDoes) {
     EXPECT_EQ(responseTo(import.text(), &m_phonebook), "failure");
     journaltest::CapturedLog::reset();
     contact.setUniqueId("1");
-    EXPECT_EQ(whoHas("4711") + knows(contact), "failed");
+    EXPECT_EQ(whoHas("4711") + store(contact), "failed");
     EXPECT_FALSE(m_phonebook.add(std::vector<Contact>{contact}) || m_phonebook.update(contact) ||
                  m_phonebook.remove("1") || m_phonebook.find("1") || m_phonebook.import({contact}) ||
                  m_phonebook.search("", 0, 1) || m_phonebook.useRules("others"));

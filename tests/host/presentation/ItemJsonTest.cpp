@@ -45,7 +45,7 @@ TEST(ItemJson, AMissedItemIsWrittenWithEveryFieldAndItsNewestCallFirst) {
         R"("redirectingName":"","lineKey":"","completedElsewhere":false}]})");
 }
 
-TEST(ItemJson, ADialledItemAddsWhatIsItsOwnAndAnItemWithoutCallsIsStillAnObject) {
+TEST(ItemJson, ADialledItemHasItsOwnMembersAndAnItemWithoutCallsIsAnObject) {
     DialledCallItem dialled;
     dialled.setJournalSeviceGroupBy("4711");
     auto info = call<DialledCallItem::DialledCallInfo>("*61");
@@ -68,7 +68,7 @@ TEST(ItemJson, ADialledItemAddsWhatIsItsOwnAndAnItemWithoutCallsIsStillAnObject)
     }
 }
 
-TEST(ItemJson, ACallbackSaysItsKindsInWords) {
+TEST(ItemJson, ACallbackNamesItsKinds) {
     CallBackItem item("id", "Ann", "Müller", "4711", NumberType::NT::eMobile, "2026-11-21T05:22:05Z",
                       CallBackItem::CallBackType::eOnNoReply, CallBackItem::CallBackState::eRinging, "2001");
     EXPECT_EQ(jsonText(itemJson(item)),
@@ -78,7 +78,7 @@ TEST(ItemJson, ACallbackSaysItsKindsInWords) {
     EXPECT_EQ(itemJson(item)["state"], "unknown");
 }
 
-TEST(ItemCsv, QuotesAndDefusesCells) {
+TEST(ItemCsv, QuotesCellsAndDefusesFormulas) {
     const std::pair<std::string, std::string> rows[] = {
         {"a, \"b\"", "\"a, \"\"b\"\"\""},
         {"two\r\nlines", "\"two\r\nlines\""},

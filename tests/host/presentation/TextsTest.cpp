@@ -15,7 +15,7 @@ namespace {
 
 using Observer = JournalServiceObserverIfc;
 
-/// A text and what becomes of it.
+/// A text and its result.
 struct Row {
     std::string text;
     std::string shown;
@@ -31,7 +31,7 @@ Item ann(Info info) {
     return item;
 }
 
-TEST(ChangeText, TellsACallASentenceAndAListItsFate) {
+TEST(ChangeText, DescribesACallOrAChangeOfAList) {
     auto missed = ann<MissedCallItem>(MissedCallItem::MissedCallInfo());
     auto viewed = missed;
     viewed.setViewed(true);
@@ -67,7 +67,7 @@ TEST(ChangeText, TellsACallASentenceAndAListItsFate) {
     }
 }
 
-TEST(ItemSearch, FindsNamesAndNumbersInWhateverLettersAndBytes) {
+TEST(ItemSearch, FindsNamesAndNumbersInAnyCaseAndBytes) {
     auto item = ann<MissedCallItem>(MissedCallItem::MissedCallInfo());
     MissedCallItem::MissedCallInfo other;
     other.setNumber("+49 (30) 12-34");
@@ -90,7 +90,7 @@ TEST(ItemSearch, FindsNamesAndNumbersInWhateverLettersAndBytes) {
     }
 }
 
-TEST(PlainText, ShowsNothingThatCouldSteerATerminal) {
+TEST(PlainText, EscapesWhatControlsATerminal) {
     const std::vector<Row> rows{
         {"Ann Müller", "Ann Müller"},
         {"two\nlines\r\n", "two\\nlines\\r\\n"},
@@ -121,7 +121,7 @@ TEST(PlainText, FillsColumnsAsATerminalDoes) {
     EXPECT_EQ(shortened("日本語", 1), "…");
 }
 
-TEST(PlainText, ShowsTimesInTheZoneOfTheUserAndWhatIsNoneAsItIs) {
+TEST(PlainText, ShowsTimesInTheZoneOfTheUserAndOtherTextsUnchanged) {
     ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
     ::tzset();
     const std::vector<Row> rows{
@@ -139,7 +139,7 @@ TEST(PlainText, ShowsTimesInTheZoneOfTheUserAndWhatIsNoneAsItIs) {
     ::tzset();
 }
 
-TEST(PlainText, NamesAPartyByWhatIsKnownOfIt) {
+TEST(PlainText, NamesAPartyByItsNonEmptyParts) {
     const std::vector<Row> rows{
         {partyText("", "Müller", "4711"), "Müller (4711)"},
         {partyText("Ann", "", ""), "Ann"},

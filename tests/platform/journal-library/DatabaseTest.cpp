@@ -15,7 +15,7 @@
 #include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"
 
-/// Requests to the database, and the lists that it answers.
+/// Requests to the database, and the lists in its responses.
 namespace journaltest {
 namespace {
 
@@ -34,8 +34,8 @@ std::deque<MissedCallItem> readBack(const std::string& text) {
     return read;
 }
 
-TEST(DataRequest, IsUnderstoodOrRefusedAsAWhole) {
-    const auto understood = [](const std::string& request) {
+TEST(DataRequest, IsReadOrRefusedAsAWhole) {
+    const auto outcomeOf = [](const std::string& request) {
         const auto read = journalxml::parseDataRequest(request);
         return read ? textOf(*read) : "refused";
     };
@@ -65,20 +65,20 @@ TEST(DataRequest, IsUnderstoodOrRefusedAsAWhole) {
         )")) {
         const std::string request = "<Schema name='" + row[0] + "'><ReasonForMessage>" + row[1] +
                                     "_request</ReasonForMessage>" + row[3] + "</Schema>";
-        EXPECT_EQ(understood(request), row[2]) << request;
+        EXPECT_EQ(outcomeOf(request), row[2]) << request;
     }
     for (const char* const request :
          {"", "<Schema name='CallLogMissedCalls'/>",
           "<Other><ReasonForMessage>read_request</ReasonForMessage></Other>",
           "<Schema name='CallLogMissedCalls'><ReasonForMessage>read_request </ReasonForMessage></Schema>"}) {
-        EXPECT_EQ(understood(request), "refused") << request;
+        EXPECT_EQ(outcomeOf(request), "refused") << request;
     }
-    EXPECT_EQ(understood(Helper::addXMLHeaderFooter("<ReasonForMessage>read_request</ReasonForMessage>",
-                                                    "a\"b'<c>&\xFF")),
+    EXPECT_EQ(outcomeOf(Helper::addXMLHeaderFooter("<ReasonForMessage>read_request</ReasonForMessage>",
+                                                   "a\"b'<c>&\xFF")),
               "read a\"b'<c>&\xFF all from 0 []");
 }
 
-TEST(ListDocument, StopsAtItsBoundAndStaysReadable) {
+TEST(ListDocument, StopsAtItsLimitAndStaysReadable) {
     journalxml::ListDocument document(kMissed, 1000);
     while (document.add(missed(std::string(200, 'x')))) {}
     EXPECT_GT(document.size(), 1U);
@@ -87,20 +87,20 @@ TEST(ListDocument, StopsAtItsBoundAndStaysReadable) {
     EXPECT_EQ(readBack(document.text()).size(), document.size());
 }
 
-TEST(ListDocument, StopsBeforeItHoldsMoreElementsThanReadersTake) {
+TEST(ListDocument, StopsBeforeItHasMoreElementsThanReadersAccept) {
     journalxml::ListDocument document(kMissed);
     while (document.add(missed("id", std::vector<Occurrence>(100000)))) {}
     EXPECT_EQ(document.size(), 4U);
     EXPECT_EQ(readBack(document.text()).size(), 4U);
 }
 
-TEST(ListResponse, IsCutBehindTheNewestEntriesWithAWarning) {
+TEST(ListResponse, IsCutAfterTheNewestEntriesWithAWarning) {
     const MissedCallItem third = missed(std::string(journalxml::kMaxDocumentBytes / 3, 'x'));
     EXPECT_EQ(readBack(Reader::respGetMissedCallList({third, third, third})).size(), 2U);
     EXPECT_TRUE(CapturedLog::contains("only the newest 2 of 3 entries are sent"));
 }
 
-TEST(ListParser, AppendsTheEntriesOfItsKindOrNothing) {
+TEST(ListParser, AppendsTheEntriesOfItsKindOrNone) {
     for (const auto& row : table(2, R"(
         held 1 2 | <S><ENTRY><EntryId>1</EntryId></ENTRY><ENTRY><Type>missed</Type><EntryId>2</EntryId>
         +          </ENTRY></S>
@@ -114,7 +114,7 @@ TEST(ListParser, AppendsTheEntriesOfItsKindOrNothing) {
     }
 }
 
-TEST(ItemParser, TakesTheFirstEntryOfItsKindWithDefaultsForWhatIsMissingOrSenseless) {
+TEST(ItemParser, ReadsTheFirstEntryOfItsKindWithDefaultsForInvalidFields) {
     MissedCallItem item("old", "old", "old", {MissedCallItem::MissedCallInfo()}, true);
     EXPECT_FALSE(Reader::parseXMLMissedCallItem("<m><Method>1</Method></m>", item));
     EXPECT_FALSE(Reader::parseXMLMissedCallItem("<m><ENTRY><Type>received</Type></ENTRY></m>", item));
@@ -132,7 +132,7 @@ TEST(ItemParser, TakesTheFirstEntryOfItsKindWithDefaultsForWhatIsMissingOrSensel
     EXPECT_TRUE(item.sameContent(MissedCallItem("new", "", "", {info}, false)));
 }
 
-TEST(CallListDatabaseAdapter, HandsRequestAndAnswerThroughOrFails) {
+TEST(CallListDatabaseAdapter, PassesRequestAndResponseThroughOrFails) {
     CallListDatabaseAdapter adapter;
     EXPECT_EQ(adapter.processRequest("a request"), "failed");
     FakeDataAccess database;
@@ -140,18 +140,18 @@ TEST(CallListDatabaseAdapter, HandsRequestAndAnswerThroughOrFails) {
     database.setResponse([](const std::string& request) { return request + " \xFF"; });
     EXPECT_EQ(adapter.processRequest("a request"), "a request \xFF");
     EXPECT_EQ(adapter.updateEntries("", Helper::DELETEREQUEST, kMissed), "failed") << "not all entries";
-    database.setResponse([](const auto&) -> std::string { throw std::runtime_error("disk is gone"); });
+    database.setResponse([](const auto&) -> std::string { throw std::runtime_error("disk failure"); });
     EXPECT_EQ(adapter.processRequest("a request"), "failed");
-    EXPECT_TRUE(CapturedLog::contains("disk is gone"));
+    EXPECT_TRUE(CapturedLog::contains("disk failure"));
     database.setResponse([](const auto&) -> std::string { throw 7; });
     EXPECT_EQ(adapter.processRequest("a request"), "failed");
 }
 
-TEST(CallListDatabaseAdapter, SortsWhatItReadsByBytesAndDropsItemsWithoutCallsHereAndInTheDatabase) {
+TEST(CallListDatabaseAdapter, SortsByBytesAndDropsItemsWithoutCallsHereAndInTheDatabase) {
     FakeDataAccess database;
     CallListDatabaseAdapter adapter;
     adapter.init(&database);
-    std::deque<MissedCallItem> list{missed("gone", {{"", "2026-11-22T08:00:00Z"}})};
+    std::deque<MissedCallItem> list{missed("replaced", {{"", "2026-11-22T08:00:00Z"}})};
     const std::deque<MissedCallItem> rows{itemOf<MissedCallItem>("9 empty", "17", {}),
                                           missed("a", {{"", "2026-11-20"}, {"", "2026-11-22"}}),
                                           missed("b", {{"", "2026-11-20T08"}}),

@@ -19,30 +19,29 @@
 #include "tests/support/RandomItems.h"
 #include "tests/support/Table.h"
 
-/// Items and messages as texts. What was written is read back equal, on every road that an item takes, whatever bytes its
-/// fields hold; and the texts are those of docs/messages.md, on every name of which other programs and stored documents
-/// rely.
+/// Items and messages as texts. Every text is read back equal for any bytes in the fields, and has the names
+/// of docs/messages.md, which other programs and stored documents rely on.
 namespace {
 
 using journaltest::some;
 using journalxml::MethodId;
 using Helper = CallListDatabaseAdapterHelper;
-using Answers = JournalServiceHelper;
+using Messages = JournalServiceHelper;
 
 template <typename Item>
 class ItemRoundTrip : public ::testing::Test {
 protected:
-    /// What the database reads of a request that names the item.
+    /// The request for the item as the database reads it.
     static journalxml::DataRequest requested(const Item& item, const char* reason) {
-        using Road = journaltest::ItemTexts<Item>;
-        const std::string request =
-            Helper::addXMLHeaderFooter(Helper::createXMLField(Helper::REASONFORMESSAGE, reason) +
-                                           Helper::createXMLElement(Helper::ENTRY, Road::kBody(item, reason)),
-                                       Road::kTable);
+        using Texts = journaltest::ItemTexts<Item>;
+        const std::string request = Helper::addXMLHeaderFooter(
+            Helper::createXMLField(Helper::REASONFORMESSAGE, reason) +
+                Helper::createXMLElement(Helper::ENTRY, Texts::kBody(item, reason)),
+            Texts::kTable);
         RC_ASSERT(utf8::isXmlText(request));
         const auto read = journalxml::parseDataRequest(request);
         RC_ASSERT(read.has_value());
-        RC_ASSERT(read->schema == std::string(Road::kTable));
+        RC_ASSERT(read->schema == std::string(Texts::kTable));
         return *read;
     }
 };
@@ -51,7 +50,7 @@ using Items =
     ::testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem, CallBackItem>;
 TYPED_TEST_SUITE(ItemRoundTrip, Items, );
 
-TYPED_TEST(ItemRoundTrip, GoesToTheDatabase) {
+TYPED_TEST(ItemRoundTrip, ReachesTheDatabaseUnchanged) {
     EXPECT_TRUE(rc::check([] {
         auto item = some<TypeParam>();
         const auto write = TestFixture::requested(item, Helper::WRITEREQUEST);
@@ -68,33 +67,33 @@ TYPED_TEST(ItemRoundTrip, GoesToTheDatabase) {
     }));
 }
 
-TYPED_TEST(ItemRoundTrip, GoesThroughAListDocumentOrAnAnswer) {
-    using Road = journaltest::ItemTexts<TypeParam>;
+TYPED_TEST(ItemRoundTrip, IsReadBackFromAListDocumentAndAResponse) {
+    using Texts = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         const std::deque<TypeParam> written{some<TypeParam>(), some<TypeParam>()};
-        journalxml::ListDocument document(Road::kTable);
+        journalxml::ListDocument document(Texts::kTable);
         RC_ASSERT(document.add(written.front()) && document.add(written.back()));
-        RC_ASSERT(document.text().find(Answers::FAILURE) == std::string::npos);
-        for (const std::string& text : {document.text(), Road::kListResponse(written)}) {
+        RC_ASSERT(document.text().find(Messages::FAILURE) == std::string::npos);
+        for (const std::string& text : {document.text(), Texts::kListResponse(written)}) {
             std::deque<TypeParam> read;
-            RC_ASSERT(Road::kParseList(text, read));
+            RC_ASSERT(Texts::kParseList(text, read));
             RC_ASSERT(std::equal(read.begin(), read.end(), written.begin(), written.end(),
                                  [](const auto& a, const auto& b) { return a.sameContent(b); }));
             auto first = some<TypeParam>();
-            RC_ASSERT(Road::kParseItem(text, first));
+            RC_ASSERT(Texts::kParseItem(text, first));
             RC_ASSERT(first.sameContent(written.front()));
         }
     }));
 }
 
-TYPED_TEST(ItemRoundTrip, GoesThroughAnObserverMessage) {
-    using Road = journaltest::ItemTexts<TypeParam>;
+TYPED_TEST(ItemRoundTrip, IsReadBackFromAnObserverMessage) {
+    using Texts = journaltest::ItemTexts<TypeParam>;
     EXPECT_TRUE(rc::check([] {
         const auto item = some<TypeParam>();
         const std::string entryId = journaltest::someText();
         const int action = journaltest::someNumber();
 
-        const auto read = journalxml::parseObserverMessage(Road::kObserver(item, entryId, action));
+        const auto read = journalxml::parseObserverMessage(Texts::kObserver(item, entryId, action));
         RC_ASSERT(read.has_value());
         RC_ASSERT(read->entryId == entryId && read->action == action);
         RC_ASSERT(std::get<TypeParam>(read->item).sameContent(item));
@@ -105,14 +104,14 @@ RC_GTEST_PROP(ClientRequest, IsReadBack, ()) {
     const std::vector<std::string> entryIds{journaltest::someText(), journaltest::someText()};
     const std::string value = journaltest::someText();
     const std::string request = journalxml::buildRequest(journalxml::MethodId::eDeleteCalls, entryIds, value);
-    RC_ASSERT(Answers::getMethodFromXMLMsg(request) == 36);
+    RC_ASSERT(Messages::getMethodFromXMLMsg(request) == 36);
     std::string readValue;
-    RC_ASSERT(Answers::getXMLValue(request, Answers::VALUE, readValue));
+    RC_ASSERT(Messages::getXMLValue(request, Messages::VALUE, readValue));
     RC_ASSERT(readValue == value);
-    RC_ASSERT(Answers::getXMLValues(request, Helper::ENTRYID) == entryIds);
+    RC_ASSERT(Messages::getXMLValues(request, Helper::ENTRYID) == entryIds);
 }
 
-TEST(MixedAnswer, IsReadIntoItsFiveContainers) {
+TEST(MixedResponse, IsReadIntoItsFiveContainers) {
     std::deque<MissedCallItem> missed;
     std::deque<DialledCallItem> dialled;
     std::deque<ReceivedCallItem> received;
@@ -123,20 +122,20 @@ TEST(MixedAnswer, IsReadIntoItsFiveContainers) {
          {"received", "", "dialled", "callback", "contact", "missed", "forwarded", "missed"}) {
         text += std::string("<ENTRY><Type>") + type + "</Type><UniqueId>" + type + "</UniqueId></ENTRY>";
     }
-    ASSERT_TRUE(Answers::parseXMLdata("<Schema>" + text + "</Schema>", missed, dialled, received, forwarded,
-                                      contacts));
+    ASSERT_TRUE(Messages::parseXMLdata("<Schema>" + text + "</Schema>", missed, dialled, received, forwarded,
+                                       contacts));
     EXPECT_EQ(missed.size(), 2U);
     EXPECT_EQ(dialled.size() + received.size() + forwarded.size() + contacts.size(), 4U);
     EXPECT_EQ(dialled.at(0).getUniqueId() + received.at(0).getUniqueId(), "dialledreceived");
     EXPECT_EQ(forwarded.at(0).getUniqueId() + contacts.at(0).getUniqueId(), "forwardedcontact");
 }
 
-/// The elements that hold nothing but text as " Name=text", the others as they are.
+/// Elements without inner elements as " Name=text", the others unchanged.
 std::string shown(const std::string& xml) {
     return std::regex_replace(xml, std::regex("<(\\w+)>([^<]*)</\\1>"), " $1=$2");
 }
 
-/// What a document holds of an item whose fields are counted in the order in which `fill` sets them.
+/// The document of an item whose fields are counted in the order in which `fill` sets them.
 template <typename Item>
 std::string entry() {
     journalxml::ListDocument document("s");
@@ -184,20 +183,20 @@ TEST(Vocabulary, HasAnElementForEveryField) {
                       "</CallRecord></CallRecords>"));
 }
 
-TEST(Vocabulary, HasTheRequestsTheAnswersAndTheObserverMessages) {
+TEST(Vocabulary, HasTheRequestsTheResponsesAndTheObserverMessages) {
     const std::string texts[] = {
-        Answers::readCallBackList(20),
-        Answers::readSettings(),
+        Messages::readCallBackList(20),
+        Messages::readSettings(),
         journalxml::buildRequest(MethodId::eDeleteCalls, {"a", "b"}, std::nullopt, true),
         journalxml::buildRequest(MethodId::eSetJournalServiceCallLogEventsDisabling, {}, "true"),
-        Answers::respBool(false),
-        Answers::obsReqMissedCallsCountUpdate(3),
-        Answers::obsReqCallBacksCountUpdate(0),
-        Answers::obsReqMissedCallsUpdate({}, "17", 1),
-        Answers::obsReqDialledCallsUpdate({}, "", 2),
-        Answers::obsReqReceivedCallsUpdate({}, "", 3),
-        Answers::obsReqForwardedCallsUpdate({}, "", 4),
-        Answers::obsReqCallBacksUpdate({}, "", 5)};
+        Messages::respBool(false),
+        Messages::obsReqMissedCallsCountUpdate(3),
+        Messages::obsReqCallBacksCountUpdate(0),
+        Messages::obsReqMissedCallsUpdate({}, "17", 1),
+        Messages::obsReqDialledCallsUpdate({}, "", 2),
+        Messages::obsReqReceivedCallsUpdate({}, "", 3),
+        Messages::obsReqForwardedCallsUpdate({}, "", 4),
+        Messages::obsReqCallBacksUpdate({}, "", 5)};
     const auto rows = journaltest::table(2, R"(
         Schema name="CallLogCallBacks" | ReasonForMessage=read_request Offset=0 RowLimit=20
         Schema name="JournalSettings"  | ReasonForMessage=read_request
@@ -220,7 +219,7 @@ TEST(Vocabulary, HasTheRequestsTheAnswersAndTheObserverMessages) {
     }
 }
 
-TEST(Vocabulary, HasAWordForEverySource) {
+TEST(Vocabulary, HasANameForEverySource) {
     std::string words;
     for (int source = 0; source < 7; ++source) {
         words +=

@@ -15,7 +15,7 @@
 #include "platform/journal-library/XmlLimits.h"
 #include "tests/support/Table.h"
 
-/// The messages between clients, the journal and the management, as far as they hold no items.
+/// The messages between clients, the journal and the management that hold no items.
 namespace {
 
 using Helper = JournalServiceHelper;
@@ -50,7 +50,7 @@ TEST(MethodOfMessage, IsReadOrMinusOne) {
     }
 }
 
-TEST(GetXMLValue, GivesTheFirstValueAndTellsAnEmptyFieldFromAMissingOne) {
+TEST(GetXMLValue, ReturnsTheFirstValueAndDistinguishesAnEmptyFieldFromAMissingOne) {
     for (const auto& row : table(2, R"(
         <Other>a</Other>                                   | none
         <Value>a</Value><Value>b</Value>                   | [a]
@@ -73,7 +73,7 @@ TEST(GetXMLValue, GivesTheFirstValueAndTellsAnEmptyFieldFromAMissingOne) {
     EXPECT_FALSE(flag);
 }
 
-TEST(GetAndRemoveXMLValue, TakesEveryValueInOrderAndLeavesAMessage) {
+TEST(GetAndRemoveXMLValue, RemovesEveryValueInOrderAndLeavesAMessage) {
     for (const auto& row : table(3, R"(
         <m><EntryId>1</EntryId><EntryId>t&amp;wo</EntryId><EntryId/></m>     | <m></m>           | 1 t&wo -
         <?x y?><m><x:EntryId a='>'>4<!--</EntryId>-->5</x:EntryId><V>v</V></m> | <?x y?><m><V>v</V></m> | 45
@@ -97,7 +97,7 @@ TEST(GetAndRemoveXMLValue, TakesEveryValueInOrderAndLeavesAMessage) {
     EXPECT_EQ(message, "\xEF\xBB\xBF<m><V>&amp;&#13;\xC3\xBC\r\n</V></m>");
 }
 
-TEST(Answers, AreToldFromFailure) {
+TEST(Responses, AreDistinguishedFromFailure) {
     EXPECT_EQ(journalxml::parseBoolResponse(Helper::respBool(true)), true);
     EXPECT_EQ(journalxml::parseBoolResponse(Helper::respBool(false)), false);
     EXPECT_EQ(journalxml::parseBoolResponse(Helper::FAILURE), std::nullopt);
@@ -115,19 +115,19 @@ TEST(ContactList, IsEmptyOrRefusedAsAWhole) {
     EXPECT_TRUE(contacts.empty());
 }
 
-TEST(ObserverMessage, IsNothingWhenItCannotBeUnderstood) {
+TEST(ObserverMessage, IsRefusedIfItIsNotComplete) {
     for (const auto& row : table(2, R"(
         <Event>missedCallsCountUpdate</Event><Count>4294967295</Count>          | 4294967295
         <Event>callBacksCountUpdate</Event><Count>0</Count>                     | 0
-        <Event>missedCallsCountUpdate</Event>                                   | nothing
-        <Event>missedCallsCountUpdate</Event><Count>-1</Count>                  | nothing
+        <Event>missedCallsCountUpdate</Event>                                   | refused
+        <Event>missedCallsCountUpdate</Event><Count>-1</Count>                  | refused
         <Event>missedCallsUpdate</Event><Action>2</Action><EntryId>17</EntryId> | 2 of 17
-        <Event>missedCallsUpdate</Event>                                        | nothing
-        <Event>hello</Event>                                                    | nothing
-        </any>                                                                  | nothing
+        <Event>missedCallsUpdate</Event>                                        | refused
+        <Event>hello</Event>                                                    | refused
+        </any>                                                                  | refused
         )")) {
         const auto read = journalxml::parseObserverMessage("<any>" + row[0] + "</any>");
-        std::string text = "nothing";
+        std::string text = "refused";
         if (read && std::holds_alternative<std::monostate>(read->item)) {
             text = std::to_string(read->count);
         } else if (read) {
@@ -138,7 +138,7 @@ TEST(ObserverMessage, IsNothingWhenItCannotBeUnderstood) {
     }
 }
 
-RC_GTEST_PROP(ManagementMessage, IsReadBackAsItWasBuiltWhateverBytesItHolds,
+RC_GTEST_PROP(ManagementMessage, IsReadBackEqualForAnyBytes,
               (const std::string& key, const std::string& value, const std::string& text, bool ofJournal,
                int code)) {
     const auto write =
@@ -147,13 +147,13 @@ RC_GTEST_PROP(ManagementMessage, IsReadBackAsItWasBuiltWhateverBytesItHolds,
     const auto read = journalxml::parseManagementRequest(journalxml::buildManagementRequest({key, {}}));
     RC_ASSERT(read && read->key == key && !read->value);
 
-    const journalxml::ManagementResponse answer{{{key, ofJournal, value}, {text, !ofJournal, {}}},
-                                                journalxml::RefusedKey{key, code, text}};
-    const auto back = journalxml::parseManagementResponse(journalxml::buildManagementResponse(answer));
-    RC_ASSERT(back && back->settings == answer.settings && back->refused == answer.refused);
+    const journalxml::ManagementResponse response{{{key, ofJournal, value}, {text, !ofJournal, {}}},
+                                                  journalxml::RefusedKey{key, code, text}};
+    const auto back = journalxml::parseManagementResponse(journalxml::buildManagementResponse(response));
+    RC_ASSERT(back && back->settings == response.settings && back->refused == response.refused);
 }
 
-TEST(ManagementMessage, IsNotReadWhenItAsksForNothingThatThereIs) {
+TEST(ManagementMessage, IsRefusedIfItIsNoValidRequest) {
     for (const auto& row : table(2, R"(
         understood | <Operation>read</Operation>; <Operation>write</Operation><Key>k</Key><Value/>
         refused    | <Operation/>; <Operation>erase</Operation><Key>k</Key>; <X><Operation>read</Operation></X>

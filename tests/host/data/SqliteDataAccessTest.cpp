@@ -1,4 +1,4 @@
-#include "tests/host/data/Store.h"
+#include "tests/host/data/DataAccessFixture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 namespace {
 
 using journaltest::CapturedLog;
-using journaltest::Store;
+using journaltest::DataAccessFixture;
 using journaltest::table;
 using journaltest::TemporaryDatabase;
 using testing::AllOf;
@@ -21,19 +21,19 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using Words = CallListDatabaseAdapterHelper;
 
-/// Rows: what is asked for; what the last request brings; what is in the lists then.
+/// Rows: the script; the result of its last request; the lists after it.
 void expectRows(const std::string& rows) {
     for (const auto& row : table(3, rows)) {
         SCOPED_TRACE(row[0]);
         const TemporaryDatabase database;
-        Store store(*database);
-        EXPECT_EQ(store.plays(row[0]), row[1]);
-        EXPECT_EQ(store.contents(), row[2]);
+        DataAccessFixture journal(*database);
+        EXPECT_EQ(journal.plays(row[0]), row[1]);
+        EXPECT_EQ(journal.contents(), row[2]);
     }
 }
 
-// An item that is known must not come back as a second caller after the next start.
-TEST(Store, WritesTheRowOfTheUniqueIdOrANewOne) {
+// A known item must not be a second caller after the next start.
+TEST(SqliteDataAccess, WritesTheRowOfTheUniqueIdOrANewOne) {
     expectRows(R"(
         missed a 05                                                 | new | missed a
         missed a 05; missed b 06; missed A 07 id=a                  | a   | missed A b
@@ -50,7 +50,7 @@ TEST(Store, WritesTheRowOfTheUniqueIdOrANewOne) {
     )");
 }
 
-TEST(Store, RemovesWhatTheKeysNameAndNothingElse) {
+TEST(SqliteDataAccess, RemovesTheRowsOfTheKeysAndNoOthers) {
     expectRows(R"(
         forwarded a 05; forwarded b 06 calls=2; forwarded c 07; remove forwarded a c    | c | forwarded b*2
         missed a 05; missed b 06; remove missed :a                                      | a | missed b
@@ -66,7 +66,7 @@ TEST(Store, RemovesWhatTheKeysNameAndNothingElse) {
     )");
 }
 
-TEST(Store, ReadsTheNewestFirstAndNoMoreThanIsAskedFor) {
+TEST(SqliteDataAccess, ReadsTheNewestFirstUpToTheLimit) {
     expectRows(R"(
         dialled a 05; dialled b 07; dialled c 06; read dialled 2      | dialled b c   | dialled b c a
         dialled a 05; dialled b 07; dialled c 06; read dialled 9 1    | dialled c a   | dialled b c a
@@ -83,8 +83,8 @@ TEST(Store, ReadsTheNewestFirstAndNoMoreThanIsAskedFor) {
     expectRows("read all||\n read contacts||\n read callback||");
 }
 
-// First those with whom there were calls, in the order of these, then the others by name.
-TEST(Store, ReadsContactsWithTheCallsThatNameThem) {
+// First the contacts with calls, in the order of these, then the others by name.
+TEST(SqliteDataAccess, ReadsContactsWithTheirCalls) {
     for (const auto& row : table(2, R"(
         knows Bo 9; knows Al 8; knows Mo +49-30-4711; 3001 knows Else 1; missed 0049/30/4711 05; dialled 1 06
           +                                            ; read contacts | contacts Mo/missed05 Al Bo
@@ -97,18 +97,19 @@ TEST(Store, ReadsContactsWithTheCallsThatNameThem) {
     )")) {
         SCOPED_TRACE(row[0]);
         const TemporaryDatabase database;
-        EXPECT_EQ(Store(*database).plays(row[0]), row[1]);
+        EXPECT_EQ(DataAccessFixture(*database).plays(row[0]), row[1]);
     }
 }
 
-TEST(Store, KeepsSettingsOfEachLineForTheNextStart) {
+TEST(SqliteDataAccess, KeepsSettingsOfEachLineForTheNextStart) {
     using Helper = JournalServiceHelper;
     TemporaryDatabase database;
     for (const char* const value : {"false", "true"}) {
-        EXPECT_NE(Store(*database).sends(Helper::updateSettings("call-log-enabled", value)), "failed");
+        EXPECT_NE(DataAccessFixture(*database).sends(Helper::updateSettings("call-log-enabled", value)),
+                  "failed");
     }
     database.reopen();
-    const std::string read = Store(*database).sends(Helper::readSettings());
+    const std::string read = DataAccessFixture(*database).sends(Helper::readSettings());
     bool value = false;
     EXPECT_TRUE(Helper::getXMLValue(read, "call-log-enabled", value) && value);
     EXPECT_FALSE(Helper::getXMLValue(read, "missed-logging", value));
@@ -117,30 +118,25 @@ TEST(Store, KeepsSettingsOfEachLineForTheNextStart) {
         Helper::getXMLValue(other.processRequest(Helper::readSettings()), "call-log-enabled", value));
 }
 
-TEST(Store, FailsWithOneLogLineWhereARequestCannotBeReadAndStaysHealthy) {
+TEST(SqliteDataAccess, FailsWithOneLogTextForAnUnreadableRequestAndStaysHealthy) {
     const TemporaryDatabase database;
-    Store store(*database);
-    store.plays("missed a 05");
-    const auto request = [](const std::string& reason, const std::string& body, const char* schema) {
-        return Words::addXMLHeaderFooter(Words::createXMLField(Words::REASONFORMESSAGE, reason) + body,
-                                         schema);
-    };
+    DataAccessFixture journal(*database);
+    journal.plays("missed a 05");
     for (const std::string& each :
          {std::string(), std::string("<Schema"), std::string("<x/>"), std::string(100, '\0'),
-          request("drop_request", "", Words::DAS_CALLLOGMISSEDCALLS),
-          request(Words::READREQUEST, "", "CallLogAll"),
-          request(Words::DELETEREQUEST, "<ENTRY></ENTRY>", Words::DAS_CALLLOGMISSEDCALLS),
-          request(Words::DELETEREQUEST, "<AllEntries>false</AllEntries>", Words::DAS_CALLLOGMISSEDCALLS)}) {
+          Words::addXMLHeaderFooter(Words::createXMLField(Words::REASONFORMESSAGE, Words::READREQUEST),
+                                    "CallLogAll")}) {
         CapturedLog::reset();
-        EXPECT_EQ(store.sends(each), "failed");
+        EXPECT_EQ(journal.sends(each), "failed");
         EXPECT_EQ(CapturedLog::lines("Database").size(), 1U) << each;
-        EXPECT_TRUE(store.healthy());
+        EXPECT_TRUE(journal.healthy());
     }
-    EXPECT_EQ(store.contents(), "missed a");
+    EXPECT_EQ(journal.contents(), "missed a");
 }
 
-// Rows: the connection that breaks it, how, and how it is mended; the reason in the log; what reading brings meanwhile.
-TEST(Store, WritesARequestAsAWholeOrNotAtAllAndIsUnhealthyUntilItCanWrite) {
+// Rows: the connection that breaks it, the SQL that breaks and the SQL that repairs it; the reason in the
+// log; the result of a read meanwhile.
+TEST(SqliteDataAccess, WritesARequestAsAWholeOrNotAtAllAndIsUnhealthyUntilItCanWrite) {
     for (const auto& row : table(5, R"(
         other | BEGIN IMMEDIATE                   | ROLLBACK                          | locked   | missed a
         own   | PRAGMA query_only = ON            | PRAGMA query_only = OFF           | readonly | missed a
@@ -161,46 +157,47 @@ TEST(Store, WritesARequestAsAWholeOrNotAtAllAndIsUnhealthyUntilItCanWrite) {
                 });
             }
         };
-        Store store(*database);
-        store.plays("missed a 05");
-        auto changed = store.read<MissedCallItem>().front();
+        DataAccessFixture journal(*database);
+        journal.plays("missed a 05");
+        auto changed = journal.read<MissedCallItem>().front();
         changed.setSurname("changed");
-        auto big = Store::call<MissedCallItem>("big", "06");
+        auto big = DataAccessFixture::call<MissedCallItem>("big", "06");
         big.setFirstname(std::string(100000, 'x'));
         executes(row[1]);
         CapturedLog::reset();
-        EXPECT_EQ(store.write<MissedCallItem>({changed, big, Store::call<MissedCallItem>("bad", "07")}),
+        EXPECT_EQ(journal.write<MissedCallItem>(
+                      {changed, big, DataAccessFixture::call<MissedCallItem>("bad", "07")}),
                   "failed");
         EXPECT_THAT(CapturedLog::lines("Database"),
                     ElementsAre(AllOf(HasSubstr("CallLogMissedCalls failed"), HasSubstr(row[3]))));
-        EXPECT_EQ(store.plays("read missed"), row[4]);
-        EXPECT_FALSE(store.healthy());
+        EXPECT_EQ(journal.plays("read missed"), row[4]);
+        EXPECT_FALSE(journal.healthy());
         executes(row[2]);
-        EXPECT_EQ(store.plays("missed after 07; read missed"), "missed after a");
-        EXPECT_TRUE(store.healthy());
+        EXPECT_EQ(journal.plays("missed after 07; read missed"), "missed after a");
+        EXPECT_TRUE(journal.healthy());
     }
 }
 
-// Each finds exactly its own, while another one reads.
-TEST(Store, IsUsedByManyThreadsWithoutLosingARow) {
+// Each thread finds exactly its own rows, while another one reads.
+TEST(SqliteDataAccess, IsUsedByManyThreadsWithoutLosingARow) {
     const TemporaryDatabase database;
     std::atomic<int> writing{4};
     std::atomic<int> wrong{0};
     std::vector<std::jthread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&] {
-            Store store(*database);
+            DataAccessFixture journal(*database);
             for (int item = 0; item < 25; ++item) {
-                wrong += store.plays("missed a 05; dialled b 05; missed A 05 id=a calls=2") == "a" ? 0 : 1;
-                wrong += store.plays("remove dialled b") == "b" ? 0 : 1;
+                wrong += journal.plays("missed a 05; dialled b 05; missed A 05 id=a calls=2") == "a" ? 0 : 1;
+                wrong += journal.plays("remove dialled b") == "b" ? 0 : 1;
             }
             --writing;
         });
     }
     threads.emplace_back([&] {
-        Store store(*database);
+        DataAccessFixture journal(*database);
         while (writing > 0) {
-            for (const MissedCallItem& item : store.read<MissedCallItem>()) {
+            for (const MissedCallItem& item : journal.read<MissedCallItem>()) {
                 wrong += item.getMissedCallInfoList().empty() ? 1 : 0;
             }
         }

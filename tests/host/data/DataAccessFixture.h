@@ -12,28 +12,29 @@
 
 namespace journaltest {
 
-/// The journals of the lines "2001" and "3001", which speak to one database in requests. What they ask for is a script: steps
-/// stand between ";", and those of line "3001" begin with that number.
+/// The journals of the lines "2001" and "3001" with one database. A script is a list of steps, separated by
+/// ";"; steps of line "3001" begin with that number.
 ///
-///     missed|dialled|received|forwarded NAME HOUR    writes an item with a call from NAME at that hour of one day; options:
-///         id=NAME|TEXT (the unique id that it brings along), calls=NUMBER, entry=TEXT (the end of its entry id)
-///     callback NAME HOUR            writes a call-back whose entry id is the name
-///     knows NAME NUMBER             puts a contact into the phonebook
+///     missed|dialled|received|forwarded NAME HOUR    writes an item with a call from NAME; options:
+///         id=NAME|TEXT (its unique id), calls=NUMBER, entry=TEXT (the end of its entry id)
+///     callback NAME HOUR            writes a callback; its entry id is the name
+///     knows NAME NUMBER             adds a contact to the phonebook
 ///     read LIST [LIMIT [OFFSET]]    a list, "all" for the four lists together, or "contacts"
-///     remove LIST KEY...            in one request; a key is a NAME, whose ids are sent, or TEXT:NAME with another unique id
+///     remove LIST KEY...            one request; a key is a NAME, or TEXT:NAME for another unique id
 ///     empty LIST
-class Store {
+class DataAccessFixture {
 public:
     /// The database is borrowed.
-    explicit Store(host::Database& database) : m_database(database) {}
+    explicit DataAccessFixture(host::Database& database) : m_database(database) {}
 
-    /// Answers what the last step brought: what was read, "missed b a*2" for an item of b and an older one of a with two
-    /// calls; the name of the item whose unique id was answered, or "new" for an id that no item had before; "failed".
+    /// Returns the result of the last step: the items that were read, "missed b a*2" for an item of b and an
+    /// older one of a with two calls; or the name of the item whose unique id was returned, "new" for an id
+    /// that no item had before; or "failed".
     std::string plays(const std::string& script);
-    /// Everything in the lists of both lines, and whether an occurrence is left over that belongs to no item.
+    /// The lists of both lines, and a remark if there is an occurrence without an item.
     std::string contents();
 
-    /// Sends items of line "2001" in one request; answers the whole answer.
+    /// Sends items of line "2001" in one request; returns the response.
     template <typename Item>
     std::string write(const std::vector<Item>& items) {
         return writeTo<Item>(m_access, items);
@@ -49,7 +50,7 @@ public:
     std::string sends(const std::string& request) { return m_access.processRequest(request); }
     [[nodiscard]] bool healthy() const { return m_access.healthy(); }
 
-    /// An item with one call from `name`, which is its surname too.
+    /// An item with one call from `name`, which is also its surname.
     template <typename Item>
     static Item call(const std::string& name, const std::string& hour) {
         Item item;
@@ -76,8 +77,8 @@ private:
     std::string writes(host::SqliteDataAccess& access, const Words& words);
     std::string does(Words words);
     [[nodiscard]] std::string keysOf(const Words& words) const;
-    /// The name of the item whose unique id was answered.
-    [[nodiscard]] std::string named(const std::string& answer) const;
+    /// The name of the item whose unique id the response has.
+    [[nodiscard]] std::string named(const std::string& response) const;
 
     host::Database& m_database;
     host::DigitAnalysis m_digits{"DE", {}};
@@ -88,7 +89,7 @@ private:
 };
 
 template <typename Item>
-std::string Store::writeTo(host::SqliteDataAccess& access, const std::vector<Item>& items) {
+std::string DataAccessFixture::writeTo(host::SqliteDataAccess& access, const std::vector<Item>& items) {
     using Helper = CallListDatabaseAdapterHelper;
     std::string body = Helper::createXMLField(Helper::REASONFORMESSAGE, Helper::WRITEREQUEST);
     for (const Item& item : items) {

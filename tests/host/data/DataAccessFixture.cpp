@@ -1,4 +1,4 @@
-#include "tests/host/data/Store.h"
+#include "tests/host/data/DataAccessFixture.h"
 
 #include <stdexcept>
 
@@ -44,10 +44,10 @@ void append(std::string& all, const char* title, const Items& items) {
     }
 }
 
-/// What an answer of any list holds, in the order of the lists.
-std::string textOfResponse(const std::string& answer) {
-    if (answer == Helper::FAILED) {
-        return answer;
+/// The content of a response, in the order of the lists.
+std::string textOfResponse(const std::string& response) {
+    if (response == Helper::FAILED) {
+        return response;
     }
     std::deque<MissedCallItem> missed;
     std::deque<DialledCallItem> dialled;
@@ -55,8 +55,8 @@ std::string textOfResponse(const std::string& answer) {
     std::deque<ForwardedCallItem> forwarded;
     std::vector<Contact> contacts;
     std::deque<CallBackItem> callBacks;
-    JournalServiceHelper::parseXMLdata(answer, missed, dialled, received, forwarded, contacts);
-    JournalServiceHelper::parseXMLCallBackList(answer, callBacks);
+    JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
+    JournalServiceHelper::parseXMLCallBackList(response, callBacks);
     std::string all;
     append(all, "missed", missed);
     append(all, "dialled", dialled);
@@ -85,15 +85,15 @@ std::string optionOf(const std::vector<std::string>& words, const std::string& n
 
 }  // namespace
 
-std::string Store::plays(const std::string& script) {
-    std::string answer;
+std::string DataAccessFixture::plays(const std::string& script) {
+    std::string response;
     for (const std::string& step : split(script, ';')) {
-        answer = does(split(step, ' '));
+        response = does(split(step, ' '));
     }
-    return answer;
+    return response;
 }
 
-std::string Store::contents() {
+std::string DataAccessFixture::contents() {
     std::string all;
     for (const std::string& line : {std::string(), std::string("3001 ")}) {
         for (const char* const list : {"missed", "dialled", "received", "forwarded", "callback"}) {
@@ -110,7 +110,7 @@ std::string Store::contents() {
     return all;
 }
 
-std::string Store::does(Words words) {
+std::string DataAccessFixture::does(Words words) {
     host::SqliteDataAccess& access = words.at(0) == "3001" ? m_other : m_access;
     words.erase(words.begin(), words.begin() + (words.at(0) == "3001" ? 1 : 0));
     const std::string& verb = words.at(0);
@@ -127,7 +127,7 @@ std::string Store::does(Words words) {
     return writes(access, words);
 }
 
-std::string Store::writes(host::SqliteDataAccess& access, const Words& words) {
+std::string DataAccessFixture::writes(host::SqliteDataAccess& access, const Words& words) {
     const std::string& verb = words.at(0);
     const std::string& name = words.at(1);
     if (verb == "knows") {
@@ -152,7 +152,7 @@ std::string Store::writes(host::SqliteDataAccess& access, const Words& words) {
 }
 
 template <typename Item>
-std::string Store::writesCall(host::SqliteDataAccess& access, const Words& words) {
+std::string DataAccessFixture::writesCall(host::SqliteDataAccess& access, const Words& words) {
     const std::string& name = words.at(1);
     auto item = call<Item>(name, words.at(2));
     const std::string id = optionOf(words, "id", "");
@@ -162,18 +162,18 @@ std::string Store::writesCall(host::SqliteDataAccess& access, const Words& words
     occurrences.resize(std::stoul(optionOf(words, "calls", "1")));
     setOccurrences(item, occurrences);
 
-    const std::string answer = writeTo<Item>(access, {item});
-    std::string itsName = named(answer);
-    m_items[name] = {JournalServiceHelper::parseLastUniqueId(answer), item.getEntryId()};
+    const std::string response = writeTo<Item>(access, {item});
+    std::string itsName = named(response);
+    m_items[name] = {JournalServiceHelper::parseLastUniqueId(response), item.getEntryId()};
     m_names.emplace(m_items[name].uniqueId, name);
     return itsName;
 }
 
-std::string Store::keysOf(const Words& words) const {
+std::string DataAccessFixture::keysOf(const Words& words) const {
     std::string entries;
     for (auto word = words.begin() + 2; word != words.end(); ++word) {
         const std::size_t colon = word->find(':');
-        const std::string name = word->substr(colon + 1);  // all of it where there is no colon
+        const std::string name = word->substr(colon + 1);  // the whole word if there is no colon
         const auto found = m_items.find(name);
         const Ids ids = found == m_items.end() ? Ids{"", name} : found->second;
         entries += Helper::createXMLElement(
@@ -185,11 +185,11 @@ std::string Store::keysOf(const Words& words) const {
     return entries;
 }
 
-std::string Store::named(const std::string& answer) const {
-    if (answer == Helper::FAILED) {
-        return answer;
+std::string DataAccessFixture::named(const std::string& response) const {
+    if (response == Helper::FAILED) {
+        return response;
     }
-    const std::string id = JournalServiceHelper::parseLastUniqueId(answer);
+    const std::string id = JournalServiceHelper::parseLastUniqueId(response);
     const auto found = m_names.find(id);
     return id.empty() ? id : found == m_names.end() ? "new" : found->second;
 }
