@@ -80,7 +80,7 @@ std::optional<ListResponse> read(ListName list, const std::string& text, const L
     }
     const SearchText search(filter.search);
     ListResponse answer;
-    answer.csv = csvTitles(list);
+    answer.csv = csvHeader(list);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
         if (!itemMatches(item, search)) {
@@ -91,7 +91,7 @@ std::optional<ListResponse> read(ListName list, const std::string& text, const L
         if (!filter.limit || answer.rows.size() < *filter.limit) {
             answer.rows.push_back(rowOf(item));
             shown.push_back(itemJson(item));
-            answer.csv += csvLines(list, shown.back());
+            answer.csv += csvRows(list, shown.back());
         }
     }
     answer.json = jsonText({{"list", std::string(wordOf(list))},

@@ -26,7 +26,7 @@ bool ContactImport::run(ContactReader& reader) {
 
 bool ContactImport::take(const ContactRecord& record) {
     for (const std::string& remark : record.remarks) {
-        m_report.notes.push_back({record.line, remark, false});
+        m_report.notes.push_back({.line = record.line, .text = remark, .skipped = false});
     }
     std::string refusal = record.refusal;
     if (refusal.empty() && !m_store.add(record.contact)) {
@@ -36,7 +36,7 @@ bool ContactImport::take(const ContactRecord& record) {
         refusal = m_store.add(record.contact) ? "" : "it is too long";
     }
     if (!refusal.empty()) {
-        m_report.notes.push_back({record.line, refusal, true});
+        m_report.notes.push_back({.line = record.line, .text = refusal, .skipped = true});
         ++m_report.skipped;
         return true;
     }

@@ -5,7 +5,7 @@
 
 #include "host/contact-files/FileText.h"
 #include "host/contact-files/VCardContact.h"
-#include "host/contact-files/VCardLine.h"
+#include "host/contact-files/VCardProperty.h"
 #include "host/presentation/ContactFields.h"
 #include "host/presentation/PlainText.h"
 #include "platform/client-utils/Utf8.h"
@@ -35,7 +35,7 @@ void addLine(std::string& card, const std::string& line) {
 }
 
 std::string value(const std::string& text) {
-    return VCardLine::escaped(cleaned(text));
+    return VCardProperty::escaped(cleaned(text));
 }
 
 void addText(std::string& card, const std::string& name, const std::string& text) {

@@ -14,9 +14,9 @@ namespace {
 using Words = CallListDatabaseAdapterHelper;
 
 /// The components of a structured value, each a list of texts separated by commas.
-std::vector<std::string> components(const VCardLine& property, const std::string& between) {
+std::vector<std::string> components(const VCardProperty& property, const std::string& between) {
     std::vector<std::string> parts;
-    VCardLine part;
+    VCardProperty part;
     std::size_t begin = 0;
     for (std::size_t at = 0; at <= property.value.size(); ++at) {
         if (at < property.value.size() && property.value[at] == '\\') {
@@ -41,14 +41,14 @@ void append(std::string& line, std::string_view between, const std::string& text
     line += (line.empty() || text.empty() ? std::string() : std::string(between)) + text;
 }
 
-bool isQuotedPrintable(const VCardLine& property) {
+bool isQuotedPrintable(const VCardProperty& property) {
     return property.parameter("ENCODING") == "quoted-printable" || property.isOfType("quoted-printable");
 }
 
 }  // namespace
 
-void VCardContact::take(const VCardLine& property) {
-    using Taker = void (VCardContact::*)(const VCardLine&);
+void VCardContact::take(const VCardProperty& property) {
+    using Taker = void (VCardContact::*)(const VCardProperty&);
     struct Entry {
         const char* name;
         Taker taker;
@@ -102,14 +102,14 @@ ContactRecord VCardContact::finish(std::size_t line) {
     return record;
 }
 
-void VCardContact::takeVersion(const VCardLine& property) {
+void VCardContact::takeVersion(const VCardProperty& property) {
     const std::string version = property.text();
     if (version != "3.0" && version != "4.0") {
         refuse("it is vCard " + version + "; save it as vCard 3.0 or 4.0");
     }
 }
 
-void VCardContact::takeName(const VCardLine& property) {
+void VCardContact::takeName(const VCardProperty& property) {
     const std::vector<std::string> parts = components(property, " ");
     if (m_contact.getSurname().empty() && m_contact.getFirstname().empty()) {
         m_contact.setSurname(at(parts, 0));
@@ -117,7 +117,7 @@ void VCardContact::takeName(const VCardLine& property) {
     }
 }
 
-void VCardContact::takeEmail(const VCardLine& property) {
+void VCardContact::takeEmail(const VCardProperty& property) {
     std::string address = property.text();
     if (!address.empty() && (m_contact.getEmail().empty() || property.preference() < m_emailPreference)) {
         m_contact.setEmail(address);
@@ -126,7 +126,7 @@ void VCardContact::takeEmail(const VCardLine& property) {
 }
 
 // Post-office box, extension, street, locality, region, postal code, country.
-void VCardContact::takeAddress(const VCardLine& property) {
+void VCardContact::takeAddress(const VCardProperty& property) {
     const std::vector<std::string> parts = components(property, ", ");
     std::string line;
     for (const std::size_t index : {std::size_t{0}, std::size_t{1}, std::size_t{2}}) {
@@ -143,7 +143,7 @@ void VCardContact::takeAddress(const VCardLine& property) {
     }
 }
 
-void VCardContact::takePhoto(const VCardLine& property) {
+void VCardContact::takePhoto(const VCardProperty& property) {
     const std::string reference = property.text();
     const std::string encoding = property.parameter("ENCODING");
     const bool isReference = property.parameter("VALUE") == "uri" || beginsWith(reference, "http://") ||
@@ -154,7 +154,7 @@ void VCardContact::takePhoto(const VCardLine& property) {
 }
 
 // Some address books write "urn:uuid:ID" into cards of version 4.0 and "ID" into those of 3.0.
-void VCardContact::takeUid(const VCardLine& property) {
+void VCardContact::takeUid(const VCardProperty& property) {
     constexpr std::string_view kScheme = "urn:uuid:";
     std::string id = property.text();
     while (beginsWith(id, kScheme)) {
@@ -163,11 +163,11 @@ void VCardContact::takeUid(const VCardLine& property) {
     m_contact.setExternalId(id);
 }
 
-void VCardContact::takeSource(const VCardLine& property) {
+void VCardContact::takeSource(const VCardProperty& property) {
     m_contact.setContactSource(Words::getOrderedContactSourceFromString(property.text()));
 }
 
-void VCardContact::takeOther(const VCardLine& property) {
+void VCardContact::takeOther(const VCardProperty& property) {
     if (property.name == "TEL") {
         m_numbers.take(property);
     } else if (property.name == "FN") {

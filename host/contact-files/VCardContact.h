@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "host/contact-files/ContactReader.h"
-#include "host/contact-files/VCardLine.h"
 #include "host/contact-files/VCardNumbers.h"
+#include "host/contact-files/VCardProperty.h"
 
 namespace host {
 
@@ -27,19 +27,19 @@ public:
     static constexpr const char* kVoiceDial = "X-CALLJOURNAL-VOICE-DIAL";
     static constexpr const char* kSource = "X-CALLJOURNAL-SOURCE";
 
-    void take(const VCardLine& property);
+    void take(const VCardProperty& property);
     /// Returns the record of the card that begins in that line of the file. Call it once.
     [[nodiscard]] ContactRecord finish(std::size_t line);
 
 private:
-    void takeVersion(const VCardLine& property);
-    void takeName(const VCardLine& property);
-    void takeEmail(const VCardLine& property);
-    void takeAddress(const VCardLine& property);
-    void takePhoto(const VCardLine& property);
-    void takeUid(const VCardLine& property);
-    void takeSource(const VCardLine& property);
-    void takeOther(const VCardLine& property);
+    void takeVersion(const VCardProperty& property);
+    void takeName(const VCardProperty& property);
+    void takeEmail(const VCardProperty& property);
+    void takeAddress(const VCardProperty& property);
+    void takePhoto(const VCardProperty& property);
+    void takeUid(const VCardProperty& property);
+    void takeSource(const VCardProperty& property);
+    void takeOther(const VCardProperty& property);
     void refuse(const std::string& reason);
 
     Contact m_contact;

@@ -19,7 +19,7 @@ constexpr int kLeastPreference = 100;
 constexpr std::size_t kMaxNumbers = 100;
 
 /// The digits of "tel:7042;phone-context=+49-30" or "tel:+49-30-1234;ext=5", and of a number without scheme.
-std::string numberIn(const VCardLine& property) {
+std::string numberIn(const VCardProperty& property) {
     std::string text = property.text();
     if (!beginsWith(text, "tel:")) {
         return text;
@@ -39,7 +39,7 @@ std::string numberIn(const VCardLine& property) {
 }
 
 /// True if a person can be called there; a machine's number only if it is also marked as a voice number.
-bool isVoice(const VCardLine& property) {
+bool isVoice(const VCardProperty& property) {
     const bool machine = property.isOfType("fax") || property.isOfType("pager") ||
                          property.isOfType("modem") || property.isOfType("bbs");
     return !machine || property.isOfType("voice");
@@ -56,14 +56,14 @@ void setNumber(Contact& contact, int position, const std::string& number) {
 
 }  // namespace
 
-void VCardNumbers::take(const VCardLine& property) {
+void VCardNumbers::take(const VCardProperty& property) {
     Number number{numberIn(property), placesFor(property), property.preference(), isVoice(property)};
     if (!number.text.empty() && m_numbers.size() < kMaxNumbers) {
         m_numbers.push_back(std::move(number));
     }
 }
 
-VCardNumbers::Places VCardNumbers::placesFor(const VCardLine& property) {
+VCardNumbers::Places VCardNumbers::placesFor(const VCardProperty& property) {
     if (property.parameter(kPlace) == "office2") {
         return {kOffice2, 0};
     }

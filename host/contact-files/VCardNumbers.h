@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/contact-files/ContactReader.h"
-#include "host/contact-files/VCardLine.h"
+#include "host/contact-files/VCardProperty.h"
 
 namespace host {
 
@@ -22,7 +22,7 @@ public:
     static constexpr const char* kPlace = "X-CALLJOURNAL-PLACE";
 
     /// Adds a TEL property; call it in the order of the card.
-    void take(const VCardLine& property);
+    void take(const VCardProperty& property);
     /// Sets the numbers of the record's contact, the most preferred one as its default; adds a remark for
     /// each number that is left out.
     void fill(ContactRecord& record) const;
@@ -39,7 +39,7 @@ private:
     /// By position; index 0 is unused.
     using Slots = std::array<const Number*, 5>;
 
-    static Places placesFor(const VCardLine& property);
+    static Places placesFor(const VCardProperty& property);
     static bool put(const Number& number, const int* first, const int* last, Slots& slots);
 
     std::vector<Number> m_numbers;

@@ -78,7 +78,7 @@ ContactRecord VCardReader::readCard() {
             m_begun = true;
             return refused(begin, "it has no END:VCARD");
         }
-        if (const std::optional<VCardLine> property = VCardLine::parse(line)) {
+        if (const std::optional<VCardProperty> property = VCardProperty::parse(line)) {
             card.take(*property);
         }
     }

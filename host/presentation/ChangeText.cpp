@@ -1,5 +1,6 @@
 #include "host/presentation/ChangeText.h"
 
+#include "host/presentation/ListName.h"
 #include "host/presentation/PlainText.h"
 #include "journal-items/Occurrences.h"
 #include "journalservice/JournalServiceObserverIfc.h"
@@ -12,13 +13,13 @@ bool isCall(int action) {
            action == JournalServiceObserverIfc::eItemUpdated;
 }
 
-/// The sentences without a call; `entry` is the singular ("missed call"), `entries` the plural ("missed
-/// calls").
-std::string describeList(const std::string& entry, const std::string& entries, int action) {
+/// The sentences without a call.
+std::string describeList(ListName list, int action) {
+    const std::string entry = entryWord(list);
     switch (action) {
         case JournalServiceObserverIfc::eItemDeleted: return "a " + entry + " was deleted";
-        case JournalServiceObserverIfc::eListCleared: return "the " + entries + " were cleared";
-        default: return "the " + entries + " changed";
+        case JournalServiceObserverIfc::eListCleared: return "the " + entry + "s were cleared";
+        default: return "the " + entry + "s changed";
     }
 }
 
@@ -36,15 +37,15 @@ std::string lastingText(const Item& item) {
     return duration.empty() ? std::string() : ", " + duration;
 }
 
-std::string counted(int count, const std::string& one, const std::string& many) {
-    return (count == 0 ? std::string("no") : std::to_string(count)) + " " + (count == 1 ? one : many);
+std::string counted(int count, const std::string& entry) {
+    return (count == 0 ? "no" : std::to_string(count)) + " " + entry + (count == 1 ? "" : "s");
 }
 
 }  // namespace
 
 std::string describeChange(const MissedCallItem& item, int action) {
     if (!isCall(action)) {
-        return describeList("missed call", "missed calls", action);
+        return describeList(ListName::eMissed, action);
     }
     const std::string party = "missed call from " + partyOf(item);
     // A new call resets its item to unviewed; only viewing leaves it viewed.
@@ -53,17 +54,17 @@ std::string describeChange(const MissedCallItem& item, int action) {
 
 std::string describeChange(const DialledCallItem& item, int action) {
     return isCall(action) ? "dialled " + partyOf(item) + lastingText(item)
-                          : describeList("dialled call", "dialled calls", action);
+                          : describeList(ListName::eDialled, action);
 }
 
 std::string describeChange(const ReceivedCallItem& item, int action) {
     return isCall(action) ? "received call from " + partyOf(item) + lastingText(item)
-                          : describeList("received call", "received calls", action);
+                          : describeList(ListName::eReceived, action);
 }
 
 std::string describeChange(const ForwardedCallItem& item, int action) {
     if (!isCall(action)) {
-        return describeList("forwarded call", "forwarded calls", action);
+        return describeList(ListName::eForwarded, action);
     }
     const auto& occurrences = item.getForwardedCallInfoList();
     const std::string target =
@@ -74,15 +75,15 @@ std::string describeChange(const ForwardedCallItem& item, int action) {
 std::string describeChange(const CallBackItem& item, int action) {
     return isCall(action)
                ? "callback for " + partyText(item.getFirstname(), item.getSurname(), item.getNumber())
-               : describeList("callback", "callbacks", action);
+               : describeList(ListName::eCallbacks, action);
 }
 
 std::string describeMissedCount(int count) {
-    return counted(count, "new missed call", "new missed calls");
+    return counted(count, "new missed call");
 }
 
 std::string describeCallbackCount(int count) {
-    return counted(count, "callback", "callbacks");
+    return counted(count, "callback");
 }
 
 }  // namespace host

@@ -77,18 +77,18 @@ std::string cellOf(const Json& value) {
 
 /// Builds a row: `makeCell` gives a cell for each member's name and value.
 template <typename MakeCell>
-std::string lineOf(const Json& item, const Json& occurrence, MakeCell makeCell) {
-    std::string line;
+std::string rowOf(const Json& item, const Json& occurrence, MakeCell makeCell) {
+    std::string row;
     const char* between = "";
     for (const Json* const members : {&item, &occurrence}) {
         for (const auto& [name, value] : members->items()) {
             if (!value.is_array() && (members != &item || !isRepeated(item, name))) {
-                line += between + makeCell(name, value);
+                row += between + makeCell(name, value);
                 between = ",";
             }
         }
     }
-    return line + "\r\n";
+    return row + "\r\n";
 }
 
 std::string valueCell(const std::string& /*name*/, const Json& value) {
@@ -97,23 +97,23 @@ std::string valueCell(const std::string& /*name*/, const Json& value) {
 
 }  // namespace
 
-std::string csvTitles(ListName list) {
+std::string csvHeader(ListName list) {
     const Json item = emptyItem(list);
     const Json occurrence = item.contains(kOccurrences) ? item[kOccurrences][0] : Json::object();
-    return lineOf(item, occurrence, [](const std::string& name, const Json& /*value*/) { return name; });
+    return rowOf(item, occurrence, [](const std::string& name, const Json& /*value*/) { return name; });
 }
 
-std::string csvLines(ListName list, const Json& item) {
+std::string csvRows(ListName list, const Json& item) {
     if (!item.contains(kOccurrences)) {
-        return lineOf(item, Json::object(), valueCell);
+        return rowOf(item, Json::object(), valueCell);
     }
     const Json none = emptyItem(list)[kOccurrences];
     const Json& occurrences = item[kOccurrences].empty() ? none : item[kOccurrences];
-    std::string lines;
+    std::string rows;
     for (const Json& occurrence : occurrences) {
-        lines += lineOf(item, occurrence, valueCell);
+        rows += rowOf(item, occurrence, valueCell);
     }
-    return lines;
+    return rows;
 }
 
 }  // namespace host

@@ -16,9 +16,9 @@
 namespace host {
 
 /// The row of titles: the members' names.
-[[nodiscard]] std::string csvTitles(ListName list);
+[[nodiscard]] std::string csvHeader(ListName list);
 
 /// The rows of an item of that list. Requires: `item` is a result of `itemJson`.
-[[nodiscard]] std::string csvLines(ListName list, const nlohmann::ordered_json& item);
+[[nodiscard]] std::string csvRows(ListName list, const nlohmann::ordered_json& item);
 
 }  // namespace host

@@ -94,7 +94,7 @@ TEST(ItemCsv, QuotesCellsAndDefusesFormulas) {
         CallBackItem item;
         item.setSurname(name);
         item.setNumber("+49");
-        EXPECT_EQ(csvLines(ListName::eCallbacks, itemJson(item)),
+        EXPECT_EQ(csvRows(ListName::eCallbacks, itemJson(item)),
                   ",," + cell + ",'+49,unknown,,unknown,unknown,\r\n");
     }
 }

@@ -1,4 +1,4 @@
-#include "host/contact-files/VCardLine.h"
+#include "host/contact-files/VCardProperty.h"
 
 #include <algorithm>
 #include <charconv>
@@ -30,8 +30,8 @@ std::string withoutQuotes(std::string_view text) {
     return bare;
 }
 
-VCardLine::Parameter parameterFrom(std::string_view text) {
-    VCardLine::Parameter parameter;
+VCardProperty::Parameter parameterFrom(std::string_view text) {
+    VCardProperty::Parameter parameter;
     const std::size_t equals = text.find('=');
     const bool named = equals != std::string_view::npos;
     parameter.name = named ? upper(stripped(text.substr(0, equals))) : "TYPE";
@@ -54,12 +54,12 @@ char unescaped(char character) {
 
 }  // namespace
 
-std::optional<VCardLine> VCardLine::parse(std::string_view line) {
+std::optional<VCardProperty> VCardProperty::parse(std::string_view line) {
     const std::size_t colon = endOutsideQuotes(line, 0, ":");
     if (colon == line.size()) {
         return std::nullopt;
     }
-    VCardLine property;
+    VCardProperty property;
     std::size_t end = endOutsideQuotes(line, 0, ";:");
     const std::string_view name = line.substr(0, end);
     property.name = upper(stripped(name.substr(name.rfind('.') + 1)));
@@ -72,7 +72,7 @@ std::optional<VCardLine> VCardLine::parse(std::string_view line) {
     return property.name.empty() ? std::nullopt : std::optional(std::move(property));
 }
 
-std::string VCardLine::parameter(std::string_view parameterName) const {
+std::string VCardProperty::parameter(std::string_view parameterName) const {
     for (const Parameter& each : parameters) {
         if (each.name == parameterName) {
             return lower(each.values.front());
@@ -81,14 +81,14 @@ std::string VCardLine::parameter(std::string_view parameterName) const {
     return {};
 }
 
-bool VCardLine::isOfType(std::string_view type) const {
+bool VCardProperty::isOfType(std::string_view type) const {
     return std::any_of(parameters.begin(), parameters.end(), [type](const Parameter& each) {
         return each.name == "TYPE" && std::any_of(each.values.begin(), each.values.end(),
                                                   [type](const auto& word) { return lower(word) == type; });
     });
 }
 
-int VCardLine::preference() const {
+int VCardProperty::preference() const {
     const std::string text = parameter("PREF");
     int rank = 0;
     if (std::from_chars(text.data(), text.data() + text.size(), rank).ec == std::errc() && rank >= 1) {
@@ -97,11 +97,11 @@ int VCardLine::preference() const {
     return isOfType("pref") ? 1 : kNoPreference;
 }
 
-std::string VCardLine::text() const {
+std::string VCardProperty::text() const {
     return texts('\0').front();
 }
 
-std::vector<std::string> VCardLine::texts(char separator) const {
+std::vector<std::string> VCardProperty::texts(char separator) const {
     std::vector<std::string> parts(1);
     for (std::size_t at = 0; at < value.size(); ++at) {
         if (value[at] == '\\' && at + 1 < value.size()) {
@@ -117,7 +117,7 @@ std::vector<std::string> VCardLine::texts(char separator) const {
     return parts;
 }
 
-std::string VCardLine::escaped(std::string_view text) {
+std::string VCardProperty::escaped(std::string_view text) {
     std::string value;
     for (const char each : text) {
         if (each == '\n') {

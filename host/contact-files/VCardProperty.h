@@ -8,7 +8,7 @@
 namespace host {
 
 /// One property of a vCard: `item1.TEL;TYPE=work,pref:+49 30 1234`. A plain value.
-struct VCardLine {
+struct VCardProperty {
     /// A parameter; one without a name ("TEL;CELL:") is a TYPE. Values have no quotation marks.
     struct Parameter {
         std::string name;
@@ -22,7 +22,7 @@ struct VCardLine {
     std::string value;
 
     /// Parses an unfolded line of text; `std::nullopt` if it is no property.
-    [[nodiscard]] static std::optional<VCardLine> parse(std::string_view line);
+    [[nodiscard]] static std::optional<VCardProperty> parse(std::string_view line);
 
     /// The first value of the parameter in lower case; empty if there is none.
     [[nodiscard]] std::string parameter(std::string_view parameterName) const;
