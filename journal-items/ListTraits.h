@@ -10,7 +10,7 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// The five lists of the journal.
+/// The five lists of the journal. The database stores the values; new ones are added at the end.
 enum class ListName { eMissed, eDialled, eReceived, eForwarded, eCallbacks };
 
 /// The constants of one list, by the type of its items: one specialisation for each list.
@@ -113,4 +113,15 @@ constexpr void forEachList(Work&& work) {
         }
     });
     return named;
+}
+
+/// The list of a table; std::nullopt for another name.
+[[nodiscard]] constexpr std::optional<ListName> listOfTable(std::string_view table) noexcept {
+    std::optional<ListName> found;
+    forEachList([&found, table]<typename Item>() {
+        if (table == ListTraits<Item>::kTable) {
+            found = ListTraits<Item>::kList;
+        }
+    });
+    return found;
 }

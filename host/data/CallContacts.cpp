@@ -19,16 +19,6 @@ ORDER BY call_item.sort_key DESC, call_item.entry_id DESC, call_item.id DESC
 constexpr const char* kByName =
     "SELECT id FROM contact WHERE line = ? ORDER BY surname COLLATE NOCASE, first_name COLLATE NOCASE, id";
 
-const char* wordOf(CallList list) {
-    switch (list) {
-        case CallList::eMissed: return "missed";
-        case CallList::eDialled: return "dialled";
-        case CallList::eReceived: return "received";
-        case CallList::eForwarded: return "forwarded";
-    }
-    return "";
-}
-
 }  // namespace
 
 CallContacts::Found CallContacts::find(std::int64_t wanted) {
@@ -36,7 +26,7 @@ CallContacts::Found CallContacts::find(std::int64_t wanted) {
     Query calls = m_session.query(kNewestCalls);
     calls.bind(m_line);
     while (calls.next()) {
-        const auto list = static_cast<CallList>(calls.smallNumber());
+        const auto list = static_cast<ListName>(calls.smallNumber());
         std::string entryId = calls.text();
         const std::optional<ContactRows::Match> match = m_contacts.lookUp(m_contacts.indexed(calls.text()));
         if (match) {
@@ -44,7 +34,7 @@ CallContacts::Found CallContacts::find(std::int64_t wanted) {
             if (records.empty()) {
                 found.order.push_back(match->id);
             }
-            records.push_back({std::move(entryId), wordOf(list)});
+            records.push_back({std::move(entryId), std::string(wordOf(list))});
         }
     }
     Query others = m_session.query(kByName);

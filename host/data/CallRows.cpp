@@ -1,5 +1,8 @@
 #include "host/data/CallRows.h"
 
+#include <list>
+#include <type_traits>
+
 #include "host/data/RowId.h"
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/DataResponse.h"
@@ -32,7 +35,7 @@ SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by F
 WHERE line = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
 
-std::int32_t numberOf(CallList list) {
+std::int32_t numberOf(ListName list) {
     return static_cast<std::int32_t>(list);
 }
 
@@ -42,46 +45,52 @@ void setOwnFields(MissedCallItem& item, bool viewed, const std::string& /*groupB
 void setOwnFields(DialledCallItem& item, bool /*viewed*/, const std::string& groupBy) {
     item.setJournalSeviceGroupBy(groupBy);
 }
-void setOwnFields(ReceivedCallItem& /*item*/, bool /*viewed*/, const std::string& /*groupBy*/) {}
-void setOwnFields(ForwardedCallItem& /*item*/, bool /*viewed*/, const std::string& /*groupBy*/) {}
+void setOwnFields(CallItemWithPicture& /*item*/, bool /*viewed*/, const std::string& /*groupBy*/) {}
+
+bool viewedOf(const CallItemWithPicture& /*item*/) {
+    return false;
+}
+bool viewedOf(const MissedCallItem& item) {
+    return item.getViewed();
+}
+
+std::string groupByOf(const CallItemWithPicture& /*item*/) {
+    return {};
+}
+std::string groupByOf(const DialledCallItem& item) {
+    return item.getJournalSeviceGroupBy();
+}
 
 template <typename Item>
-void bindFields(Query& query, const Item& item, bool viewed, const std::string& groupBy) {
+void bindFields(Query& query, const Item& item) {
     query.bind(sortKeyOf(item)).bind(item.getEntryId()).bind(item.getFirstname()).bind(item.getSurname());
-    query.bind(item.getPictureClip()).bind(viewed).bind(groupBy);
+    query.bind(item.getPictureClip()).bind(viewedOf(item)).bind(groupByOf(item));
 }
 
 }  // namespace
 
-std::string CallRows::write(const MissedCallItem& item) {
-    return writeItem(CallList::eMissed, item, item.getViewed(), "");
-}
-std::string CallRows::write(const DialledCallItem& item) {
-    return writeItem(CallList::eDialled, item, false, item.getJournalSeviceGroupBy());
-}
-std::string CallRows::write(const ReceivedCallItem& item) {
-    return writeItem(CallList::eReceived, item, false, "");
-}
-std::string CallRows::write(const ForwardedCallItem& item) {
-    return writeItem(CallList::eForwarded, item, false, "");
-}
-
 template <typename Item>
-std::string CallRows::writeItem(CallList list, const Item& item, bool viewed, const std::string& groupBy) {
+std::string CallRows::write(const Item& item) {
+    const std::int32_t list = numberOf(ListTraits<Item>::kList);
     std::int64_t id = rowIdOf(item.getUniqueId()).value_or(0);
     Query update = m_session.query(kUpdate);
-    bindFields(update, item, viewed, groupBy);
-    if (update.bind(id).bind(m_line).bind(numberOf(list)).run() == 0) {
+    bindFields(update, item);
+    if (update.bind(id).bind(m_line).bind(list).run() == 0) {
         Query insert = m_session.query(kInsert);
-        bindFields(insert, item, viewed, groupBy);
-        insert.bind(m_line).bind(numberOf(list)).run();
+        bindFields(insert, item);
+        insert.bind(m_line).bind(list).run();
         id = m_session.lastInsertedId();
     }
     m_occurrences.replace(id, occurrencesOf(item));
     return uniqueIdOf(id);
 }
 
-std::optional<std::int64_t> CallRows::find(CallList list, const std::string& uniqueId,
+template std::string CallRows::write(const MissedCallItem&);
+template std::string CallRows::write(const DialledCallItem&);
+template std::string CallRows::write(const ReceivedCallItem&);
+template std::string CallRows::write(const ForwardedCallItem&);
+
+std::optional<std::int64_t> CallRows::find(ListName list, const std::string& uniqueId,
                                            const std::string& entryId) {
     Query query = m_session.query(uniqueId.empty() ? kFindByEntry : kFindById);
     query.bind(m_line).bind(numberOf(list));
@@ -94,7 +103,7 @@ std::optional<std::int64_t> CallRows::find(CallList list, const std::string& uni
     return id > 0 ? std::optional(id) : std::nullopt;
 }
 
-std::optional<std::string> CallRows::remove(CallList list, const std::string& uniqueId,
+std::optional<std::string> CallRows::remove(ListName list, const std::string& uniqueId,
                                             const std::string& entryId) {
     const std::optional<std::int64_t> id = find(list, uniqueId, entryId);
     if (!id) {
@@ -104,7 +113,7 @@ std::optional<std::string> CallRows::remove(CallList list, const std::string& un
     return uniqueIdOf(*id);
 }
 
-std::optional<std::string> CallRows::removeAll(CallList list) {
+std::optional<std::string> CallRows::removeAll(ListName list) {
     Query last = m_session.query("SELECT max(id) FROM call_item WHERE line = ? AND list = ?");
     const std::int64_t id = last.bind(m_line).bind(numberOf(list)).next() ? last.number() : 0;
     m_session.query("DELETE FROM call_item WHERE line = ? AND list = ?")
@@ -114,7 +123,7 @@ std::optional<std::string> CallRows::removeAll(CallList list) {
     return id > 0 ? std::optional(uniqueIdOf(id)) : std::nullopt;
 }
 
-void CallRows::read(CallList list, std::int64_t offset, std::int64_t limit,
+void CallRows::read(ListName list, std::int64_t offset, std::int64_t limit,
                     journalxml::ListDocument& document) {
     Query rows = m_session.query(kReadOne);
     rows.bind(m_line).bind(numberOf(list)).bind(limit).bind(offset);
@@ -130,14 +139,13 @@ void CallRows::readAll(std::int64_t offset, std::int64_t limit, journalxml::List
 void CallRows::addTo(journalxml::ListDocument& document, Query& rows) {
     bool taken = true;
     while (taken && rows.next()) {
-        const auto list = static_cast<CallList>(rows.smallNumber());
+        const auto list = static_cast<ListName>(rows.smallNumber());
         const std::int64_t id = rows.number();
-        switch (list) {
-            case CallList::eMissed: taken = document.add(readItem<MissedCallItem>(id, rows)); break;
-            case CallList::eDialled: taken = document.add(readItem<DialledCallItem>(id, rows)); break;
-            case CallList::eReceived: taken = document.add(readItem<ReceivedCallItem>(id, rows)); break;
-            case CallList::eForwarded: taken = document.add(readItem<ForwardedCallItem>(id, rows)); break;
-        }
+        withItemOf(list, [&]<typename Item>() {
+            if constexpr (!std::is_same_v<Item, CallBackItem>) {
+                taken = document.add(readItem<Item>(id, rows));
+            }
+        });
     }
 }
 
@@ -151,7 +159,7 @@ Item CallRows::readItem(std::int64_t id, Query& row) {
     item.setPictureClip(row.text());
     const bool viewed = row.flag();
     setOwnFields(item, viewed, row.text());
-    std::decay_t<decltype(occurrencesOf(item))> occurrences;
+    std::list<typename ListTraits<Item>::Info> occurrences;
     m_occurrences.read(id, occurrences);
     setOccurrences(item, occurrences);
     return item;

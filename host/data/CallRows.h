@@ -6,6 +6,7 @@
 
 #include "host/data/Database.h"
 #include "host/data/OccurrenceRows.h"
+#include "journal-items/ListTraits.h"
 
 namespace journalxml {
 class ListDocument;
@@ -13,11 +14,9 @@ class ListDocument;
 
 namespace host {
 
-/// The call list that a row belongs to. The values are stored; new ones are added at the end.
-enum class CallList : std::int32_t { eMissed = 0, eDialled = 1, eReceived = 2, eForwarded = 3 };
-
 /// The items of the four call lists of one line as rows; an item's unique id is its row's id. The rows are
 /// not limited here: the journal deletes the oldest item itself, since it must notify observers of it.
+/// Requires: a list is one of the four call lists.
 ///
 /// Use it inside one piece of work of the database. Every operation throws if the database fails.
 class CallRows {
@@ -28,27 +27,23 @@ public:
 
     /// Replaces the row with the item's unique id, or adds a new one if its list has no row with that id.
     /// Returns the row's unique id.
-    std::string write(const MissedCallItem& item);
-    std::string write(const DialledCallItem& item);
-    std::string write(const ReceivedCallItem& item);
-    std::string write(const ForwardedCallItem& item);
+    template <typename Item>
+    std::string write(const Item& item);
 
     /// Removes the row with the unique id, or, if that is empty, the newest one with the entry id. Returns
     /// the unique id of the removed row; `std::nullopt` if there was none.
-    std::optional<std::string> remove(CallList list, const std::string& uniqueId, const std::string& entryId);
+    std::optional<std::string> remove(ListName list, const std::string& uniqueId, const std::string& entryId);
     /// Removes all rows of the list. Returns the last one's unique id; `std::nullopt` if there was none.
-    std::optional<std::string> removeAll(CallList list);
+    std::optional<std::string> removeAll(ListName list);
 
     /// Adds the list's items to the document, newest first, beginning with number `offset`, at most `limit`
     /// and no more than the document can hold.
-    void read(CallList list, std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
+    void read(ListName list, std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
     /// The same over all four lists.
     void readAll(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
 
 private:
-    template <typename Item>
-    std::string writeItem(CallList list, const Item& item, bool viewed, const std::string& groupBy);
-    [[nodiscard]] std::optional<std::int64_t> find(CallList list, const std::string& uniqueId,
+    [[nodiscard]] std::optional<std::int64_t> find(ListName list, const std::string& uniqueId,
                                                    const std::string& entryId);
     void addTo(journalxml::ListDocument& document, Query& rows);
     template <typename Item>

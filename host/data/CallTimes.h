@@ -15,10 +15,10 @@ namespace host {
 /// The number of calls of each list that began in one quarter of an hour.
 struct QuarterOfCalls {
     std::chrono::sys_seconds begin;
-    /// By the values of `CallList`.
+    /// By the values of `ListName`, without the callbacks.
     std::array<std::int64_t, 4> calls{};
 
-    [[nodiscard]] std::int64_t of(CallList list) const { return calls.at(static_cast<std::size_t>(list)); }
+    [[nodiscard]] std::int64_t of(ListName list) const { return calls.at(static_cast<std::size_t>(list)); }
 };
 
 /// The start times of a line's calls: all items, the kept occurrences of each. The database counts; only the

@@ -1,7 +1,5 @@
 #include "host/data/SqliteDataAccess.h"
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 #include <utility>
 #include <variant>
@@ -24,33 +22,16 @@ using journalxml::DataRequest;
 using journalxml::ListDocument;
 using Words = CallListDatabaseAdapterHelper;
 
-struct Table {
-    const char* schema;
-    CallList list;
-};
-
-constexpr Table kCallTables[] = {
-    {Words::DAS_CALLLOGMISSEDCALLS, CallList::eMissed},
-    {Words::DAS_CALLLOGDIALLEDCALLS, CallList::eDialled},
-    {Words::DAS_CALLLOGRECEIVEDCALLS, CallList::eReceived},
-    {Words::DAS_CALLLOGFORWARDEDCALLS, CallList::eForwarded},
-};
-
-std::optional<CallList> callListOf(const std::string& schema) {
-    const auto* const found = std::find_if(std::begin(kCallTables), std::end(kCallTables),
-                                           [&schema](const Table& table) { return schema == table.schema; });
-    return found == std::end(kCallTables) ? std::nullopt : std::optional(found->list);
-}
-
 /// Reads the rows of a read request into a document; false for a schema that is no list.
 bool readList(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits,
               const DataRequest& request, ListDocument& document) {
     const std::int64_t offset = request.offset;
     const std::int64_t limit = request.rowLimit;
-    if (const auto list = callListOf(request.schema)) {
-        CallRows(session, line).read(*list, offset, limit, document);
-    } else if (request.schema == Words::DAS_CALLLOGCALLBACKS) {
+    const std::optional<ListName> list = listOfTable(request.schema);
+    if (list == ListName::eCallbacks) {
         CallBackRows(session, line).read(offset, limit, document);
+    } else if (list) {
+        CallRows(session, line).read(*list, offset, limit, document);
     } else if (request.schema == Words::CONVERSATIONS_SCHEMA) {
         CallRows(session, line).readAll(offset, limit, document);
     } else if (request.schema == Words::CALLLOGPHONEBOOK_SCHEMA) {
@@ -82,7 +63,7 @@ std::string writeItems(Database::Session& session, const std::string& line,
 }
 
 /// Deletes rows of a call list; returns the last unique id.
-std::string deleteCalls(CallRows&& rows, CallList list, const DataRequest& request) {
+std::string deleteCalls(CallRows&& rows, ListName list, const DataRequest& request) {
     if (request.allEntries) {
         return rows.removeAll(list).value_or("");
     }
@@ -107,7 +88,7 @@ std::string change(Database::Session& session, const std::string& line, const Da
     switch (request.reason) {
         case DataRequest::Reason::eWrite: return writeItems(session, line, request.items);
         case DataRequest::Reason::eDelete:
-            if (const auto list = callListOf(request.schema)) {
+            if (const auto list = listOfTable(request.schema); list && list != ListName::eCallbacks) {
                 return deleteCalls(CallRows(session, line), *list, request);
             }
             deleteCallBacks(CallBackRows(session, line), request);

@@ -74,10 +74,10 @@ HttpResponse TimesResource::times(const HttpRequest& request) const {
     Json quarters = Json::array();
     for (const QuarterOfCalls& each : found) {
         quarters.push_back({{"time", textOf(each.begin)},
-                            {"missed", each.of(CallList::eMissed)},
-                            {"dialled", each.of(CallList::eDialled)},
-                            {"received", each.of(CallList::eReceived)},
-                            {"forwarded", each.of(CallList::eForwarded)}});
+                            {"missed", each.of(ListName::eMissed)},
+                            {"dialled", each.of(ListName::eDialled)},
+                            {"received", each.of(ListName::eReceived)},
+                            {"forwarded", each.of(ListName::eForwarded)}});
     }
     return jsonResponse({{"from", textOf(from)}, {"quarters", std::move(quarters)}});
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <type_traits>
 
 #include "host/presentation/ItemJson.h"
 #include "platform/client-utils/Utf8.h"
@@ -17,23 +18,14 @@ constexpr const char* kOccurrences = "occurrences";
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
 /// An item with one call, all members empty: the source of a list's columns.
-template <typename Item, typename Occurrence>
-Json emptyItem() {
-    Item item;
-    item.addCallInfoToList(Occurrence());
-    return itemJson(item);
-}
-
 Json emptyItem(ListName list) {
-    switch (list) {
-        case ListName::eMissed: return emptyItem<MissedCallItem, MissedCallItem::MissedCallInfo>();
-        case ListName::eDialled: return emptyItem<DialledCallItem, DialledCallItem::DialledCallInfo>();
-        case ListName::eReceived: return emptyItem<ReceivedCallItem, ReceivedCallItem::ReceivedCallInfo>();
-        case ListName::eForwarded:
-            return emptyItem<ForwardedCallItem, ForwardedCallItem::ForwardedCallInfo>();
-        case ListName::eCallbacks: break;
-    }
-    return itemJson(CallBackItem());
+    return withItemOf(list, []<typename Item>() {
+        Item item;
+        if constexpr (!std::is_same_v<Item, CallBackItem>) {
+            item.addCallInfoToList({});
+        }
+        return itemJson(item);
+    });
 }
 
 /// True for a member that every occurrence has and the item repeats for its newest.

@@ -65,12 +65,12 @@ Json occurrenceJson(const ForwardedCallItem::ForwardedCallInfo& occurrence) {
 }
 
 template <typename Item>
-Json headJson(const Item& item, ListName list) {
+Json headJson(const Item& item) {
     const auto& occurrences = occurrencesOf(item);
     const bool empty = occurrences.empty();
     return Json{{"entryId", item.getEntryId()},
                 {"uniqueId", item.getUniqueId()},
-                {"list", std::string(wordOf(list))},
+                {"list", ListTraits<Item>::kWord},
                 {"firstName", item.getFirstname()},
                 {"surname", item.getSurname()},
                 {"picture", item.getPictureClip()},
@@ -90,27 +90,27 @@ void addOccurrences(Json& json, const Item& item) {
 }  // namespace
 
 Json itemJson(const MissedCallItem& item) {
-    Json json = headJson(item, ListName::eMissed);
+    Json json = headJson(item);
     json["viewed"] = item.getViewed();
     addOccurrences(json, item);
     return json;
 }
 
 Json itemJson(const DialledCallItem& item) {
-    Json json = headJson(item, ListName::eDialled);
+    Json json = headJson(item);
     json["groupBy"] = item.getJournalSeviceGroupBy();
     addOccurrences(json, item);
     return json;
 }
 
 Json itemJson(const ReceivedCallItem& item) {
-    Json json = headJson(item, ListName::eReceived);
+    Json json = headJson(item);
     addOccurrences(json, item);
     return json;
 }
 
 Json itemJson(const ForwardedCallItem& item) {
-    Json json = headJson(item, ListName::eForwarded);
+    Json json = headJson(item);
     addOccurrences(json, item);
     return json;
 }

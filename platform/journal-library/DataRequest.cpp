@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "journal-items/ListTraits.h"
 #include "platform/client-utils/ClientUtils.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/ItemReader.h"
@@ -36,28 +37,6 @@ bool readEntry(const pugi::xml_node& entry, std::vector<DataRequest::Item>& item
     return true;
 }
 
-struct Table {
-    std::string_view name;
-    bool (*readEntry)(const pugi::xml_node&, std::vector<DataRequest::Item>&);
-};
-
-constexpr std::array<Table, 5> kTables{{
-    {Helper::DAS_CALLLOGMISSEDCALLS, &readEntry<MissedCallItem>},
-    {Helper::DAS_CALLLOGDIALLEDCALLS, &readEntry<DialledCallItem>},
-    {Helper::DAS_CALLLOGRECEIVEDCALLS, &readEntry<ReceivedCallItem>},
-    {Helper::DAS_CALLLOGFORWARDEDCALLS, &readEntry<ForwardedCallItem>},
-    {Helper::DAS_CALLLOGCALLBACKS, &readEntry<CallBackItem>},
-}};
-
-const Table* tableNamed(const std::string& name) {
-    for (const Table& table : kTables) {
-        if (table.name == name) {
-            return &table;
-        }
-    }
-    return nullptr;
-}
-
 std::optional<Reason> reasonOf(const pugi::xml_node& root) {
     const std::string word = textOfChild(root, Helper::REASONFORMESSAGE);
     for (const ReasonWord& known : kReasons) {
@@ -86,12 +65,14 @@ bool readRead(const pugi::xml_node& root, DataRequest& request) {
 }
 
 bool readWrite(const pugi::xml_node& root, DataRequest& request) {
-    const Table* const table = tableNamed(request.schema);
-    if (table == nullptr) {
+    const std::optional<ListName> list = listOfTable(request.schema);
+    if (!list) {
         return false;
     }
     for (auto entry = childNamed(root, Helper::ENTRY); entry; entry = nextNamed(entry, Helper::ENTRY)) {
-        if (!table->readEntry(entry, request.items)) {
+        const bool taken =
+            withItemOf(*list, [&]<typename Item>() { return readEntry<Item>(entry, request.items); });
+        if (!taken) {
             return false;
         }
     }
@@ -111,7 +92,7 @@ bool readUpdate(const pugi::xml_node& root, DataRequest& request) {
 }
 
 bool readDelete(const pugi::xml_node& root, DataRequest& request) {
-    if (tableNamed(request.schema) == nullptr) {
+    if (!listOfTable(request.schema)) {
         return false;
     }
     static_cast<void>(readBool(textOfChild(root, Helper::ALLENTRIES), request.allEntries));

@@ -8,6 +8,7 @@
 
 #include "journal-items/CallBackItem.h"
 #include "journal-items/Contact.h"
+#include "journal-items/ListTraits.h"
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/Vocabulary.h"
 
@@ -248,15 +249,7 @@ void forEachPart(Object& object, Visitor visit) {
 
 /// The word in the element `Type`, the kind of an entry.
 template <typename Item>
-inline constexpr const char* kTypeOf = "";
-template <>
-inline constexpr const char* kTypeOf<MissedCallItem> = "missed";
-template <>
-inline constexpr const char* kTypeOf<DialledCallItem> = "dialled";
-template <>
-inline constexpr const char* kTypeOf<ReceivedCallItem> = "received";
-template <>
-inline constexpr const char* kTypeOf<ForwardedCallItem> = "forwarded";
+inline constexpr const char* kTypeOf = ListTraits<Item>::kWord;
 template <>
 inline constexpr const char* kTypeOf<CallBackItem> = "callback";
 template <>

@@ -1,6 +1,6 @@
 #include "tests/host/data/DataAccessFixture.h"
 
-#include <stdexcept>
+#include <type_traits>
 
 #include "host/data/ContactRows.h"
 #include "tests/support/Table.h"
@@ -11,12 +11,10 @@ namespace {
 using Helper = CallListDatabaseAdapterHelper;
 
 std::string schemaOf(const std::string& list) {
-    static const std::map<std::string, std::string> kSchemas{
-        {"missed", Helper::DAS_CALLLOGMISSEDCALLS},       {"dialled", Helper::DAS_CALLLOGDIALLEDCALLS},
-        {"received", Helper::DAS_CALLLOGRECEIVEDCALLS},   {"callback", Helper::DAS_CALLLOGCALLBACKS},
-        {"forwarded", Helper::DAS_CALLLOGFORWARDEDCALLS}, {"all", Helper::CONVERSATIONS_SCHEMA},
-        {"contacts", Helper::CALLLOGPHONEBOOK_SCHEMA}};
-    return kSchemas.at(list);
+    if (const auto name = listNamed(list == "callback" ? "callbacks" : list)) {
+        return withItemOf(*name, []<typename Item>() { return std::string(ListTraits<Item>::kTable); });
+    }
+    return list == "all" ? Helper::CONVERSATIONS_SCHEMA : Helper::CALLLOGPHONEBOOK_SCHEMA;
 }
 
 template <typename Item>
@@ -139,16 +137,16 @@ std::string DataAccessFixture::writes(host::SqliteDataAccess& access, const Word
         });
         return {};
     }
-    if (verb == "callback") {
-        CallBackItem item;
-        item.setEntryId(name);
-        item.setTimeDate("2026-11-21T" + words.at(2) + ":00:00");
-        return named(writeTo<CallBackItem>(access, {item}));
-    }
-    return verb == "missed"     ? writesCall<MissedCallItem>(access, words)
-           : verb == "dialled"  ? writesCall<DialledCallItem>(access, words)
-           : verb == "received" ? writesCall<ReceivedCallItem>(access, words)
-                                : writesCall<ForwardedCallItem>(access, words);
+    return withItemOf(listNamed(verb).value_or(ListName::eCallbacks), [&]<typename Item>() {
+        if constexpr (std::is_same_v<Item, CallBackItem>) {
+            CallBackItem item;
+            item.setEntryId(name);
+            item.setTimeDate("2026-11-21T" + words.at(2) + ":00:00");
+            return named(writeTo<CallBackItem>(access, {item}));
+        } else {
+            return writesCall<Item>(access, words);
+        }
+    });
 }
 
 template <typename Item>

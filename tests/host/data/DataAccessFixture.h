@@ -7,6 +7,7 @@
 
 #include "host/data/SqliteDataAccess.h"
 #include "host/digits/DigitAnalysis.h"
+#include "journal-items/ListTraits.h"
 #include "journal-items/Occurrences.h"
 #include "tests/support/ItemTexts.h"
 
@@ -54,7 +55,7 @@ public:
     template <typename Item>
     static Item call(const std::string& name, const std::string& hour) {
         Item item;
-        std::decay_t<decltype(occurrencesOf(item))> occurrences(1);
+        std::list<typename ListTraits<Item>::Info> occurrences(1);
         occurrences.front().setNumber(name);
         occurrences.front().setTimeAndDate("2026-11-21T" + hour + ":00:00Z");
         setOccurrences(item, occurrences);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
-#include <tuple>
 
 #include "host/presentation/ItemCsv.h"
 #include "host/presentation/ListName.h"
@@ -53,19 +52,11 @@ TEST(ItemJson, ADialledItemHasItsOwnMembersAndAnItemWithoutCallsIsAnObject) {
     info.setSubstituteNumber("4711");
     info.setFeatureAccessCode(true);
     dialled.addCallInfoToList(info);
-    using Json = nlohmann::ordered_json;
-    const std::tuple<Json, const char*, Json> rows[] = {
-        {itemJson(dialled), "/list", "dialled"},
-        {itemJson(dialled), "/groupBy", "4711"},
-        {itemJson(dialled), "/occurrences/0/duration", "00:07"},
-        {itemJson(dialled), "/occurrences/0/substituteNumber", "4711"},
-        {itemJson(dialled), "/occurrences/0/featureAccessCode", true},
-        {itemJson(ReceivedCallItem()), "/number", ""},
-        {itemJson(ReceivedCallItem()), "/occurrences", Json::array()},
-    };
-    for (const auto& [json, pointer, value] : rows) {
-        EXPECT_EQ(json.at(Json::json_pointer(pointer)), value) << pointer;
-    }
+    EXPECT_EQ(jsonText(itemJson(dialled).at("occurrences").at(0)),
+              R"({"number":"*61","connectedNumber":"","time":"","redirectingNumber":"","redirectingName":"",)"
+              R"("duration":"00:07","substituteNumber":"4711","featureAccessCode":true})");
+    EXPECT_EQ(itemJson(dialled).at("groupBy"), "4711");
+    EXPECT_EQ(jsonText(itemJson(ReceivedCallItem()).at("occurrences")), "[]");
 }
 
 TEST(ItemJson, ACallbackNamesItsKinds) {

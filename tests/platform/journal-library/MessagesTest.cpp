@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -7,10 +6,8 @@
 #include <rapidcheck/gtest.h>
 
 #include "platform/journal-library/ClientResponse.h"
-#include "platform/journal-library/DataResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ManagementMessage.h"
-#include "platform/journal-library/MethodId.h"
 #include "platform/journal-library/ObserverMessage.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "tests/support/Table.h"
@@ -20,20 +17,6 @@ namespace {
 
 using Helper = JournalServiceHelper;
 using journaltest::table;
-
-TEST(MethodId, HasADistinctNameForEachNumber) {
-    std::set<std::string> names;
-    const std::set<int> unserved{3, 6, 29, 30, 31, 32, 33, 34, 35, 39};
-    for (int id = -1; id <= 43; ++id) {
-        const auto method = journalxml::methodOf(id);
-        ASSERT_EQ(method.has_value(), id >= 0 && id <= 41 && !unserved.contains(id)) << id;
-        if (method) {
-            EXPECT_EQ(static_cast<int>(*method), id);
-            EXPECT_TRUE(names.insert(journalxml::nameOf(*method)).second) << id;
-        }
-    }
-    EXPECT_FALSE(names.contains(""));
-}
 
 TEST(MethodOfMessage, IsReadOrMinusOne) {
     for (const auto& row : table(2, R"(
@@ -103,8 +86,6 @@ TEST(Responses, AreDistinguishedFromFailure) {
     EXPECT_EQ(journalxml::parseBoolResponse(Helper::FAILURE), std::nullopt);
     EXPECT_EQ(journalxml::parseBoolResponse(Helper::respGetMissedCall({})), std::nullopt);
     EXPECT_TRUE(journalxml::isFailure("failure"));
-    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateResponse("CallLogMissedCalls", "17")), "17");
-    EXPECT_EQ(Helper::parseLastUniqueId(journalxml::buildUpdateResponse("CallLogMissedCalls")), "");
 }
 
 TEST(ContactList, IsEmptyOrRefusedAsAWhole) {
