@@ -77,9 +77,9 @@ const std::vector<List>& lists() {
 }
 
 /// The journal on a line of its own, over the real link at a simulated switch: a Qorvex phone with the number 2001.
-class PhoneAtSwitch {
+class CallLogFixture {
 public:
-    PhoneAtSwitch(const std::string& systemIdentifier, bool switchFilesCalls)
+    CallLogFixture(const std::string& systemIdentifier, bool switchFilesCalls)
         : m_switch({.port = 0, .callLog = switchFilesCalls}) {
         m_switch.start();
         host::LineSettings settings;
@@ -93,7 +93,7 @@ public:
         m_observer.setDuring([this](const journaltest::Callback& callback) { recordChange(callback); });
         m_journal->subscribeForJournalEvents(&m_observer);
     }
-    ~PhoneAtSwitch() {
+    ~CallLogFixture() {
         m_journal->unsubscribeForJournalEvents(&m_observer);
         m_line->stop();
     }
@@ -208,7 +208,7 @@ private:
 /// Random operations on both sides, the same in every run, and what they have to bring to the switch.
 class BothSides {
 public:
-    explicit BothSides(PhoneAtSwitch& phone) : m_phone(phone) {}
+    explicit BothSides(CallLogFixture& phone) : m_phone(phone) {}
     /// With `oneByOne` the phone acts when it has done with all that the switch did before; else as things come.
     void act(bool oneByOne) {
         const List& list = lists()[pick(3)];
@@ -267,14 +267,14 @@ private:
         }
     }
 
-    PhoneAtSwitch& m_phone;
+    CallLogFixture& m_phone;
     std::mt19937 m_random{20261121};
     Texts m_expected;
 };
 
 TEST(CallLogSync, KeepsBothSidesEqualAndAsksForNothingButWhatTheUserDeletes) {
     for (const bool oneByOne : {true, false}) {
-        PhoneAtSwitch phone("2", true);
+        CallLogFixture phone("2", true);
         BothSides sides(phone);
         for (int i = 0; i < 200; ++i) {
             sides.act(oneByOne);
@@ -291,7 +291,7 @@ TEST(CallLogSync, KeepsBothSidesEqualAndAsksForNothingButWhatTheUserDeletes) {
 TEST(CallLogSync, TakesABurstOfEntriesWhileAClientDeletes) {
     constexpr std::size_t kEntries = 1000;
     constexpr std::size_t kDeleted = 100;
-    PhoneAtSwitch phone("2", true);
+    CallLogFixture phone("2", true);
     std::string burst;
     Texts numbers;
     for (std::size_t i = 0; i < kEntries; ++i) {
@@ -317,7 +317,7 @@ TEST(CallLogSync, TakesABurstOfEntriesWhileAClientDeletes) {
 }
 
 TEST(CallLogSync, LeavesTheVerdictOnMissedCallsToASwitchThatKeepsTheLogOfGroups) {
-    PhoneAtSwitch phone("1", false);
+    CallLogFixture phone("1", false);
     phone.play(
         "call c from 4711 ; ring c ; giveup c\n"
         "call d from 4712 ; ring d ; missed d ; giveup d\n"
