@@ -39,8 +39,19 @@ public:
     /// The number for looking up and matching the contact; it need not be one of the four below.
     [[nodiscard]] const std::string& getSearchNumber() const noexcept { return m_searchNumber; }
     void setSearchNumber(const std::string& number) { m_searchNumber = number; }
-    /// The number that a look-up matched: 1 second office, 2 office, 3 mobile, 4 private; 0 if none did. This
-    /// is the directory's order, not that of `getPhoneNumber`.
+    /// The number that a directory look-up matched. The values are those of the directory and of the XML
+    /// form; they are not positions of `getPhoneNumber`.
+    enum class MatchedNumber : std::int32_t {
+        eNone = 0,
+        eOffice2 = 1,
+        eOffice = 2,
+        eMobile = 3,
+        ePrivate = 4
+    };
+    [[nodiscard]] MatchedNumber getMatchedNumber() const noexcept {
+        return static_cast<MatchedNumber>(m_matchedKind);
+    }
+    /// The same as a number, for the XML form. A value that is no `MatchedNumber` counts as `eNone`.
     [[nodiscard]] std::int32_t getMatchedKind() const noexcept { return m_matchedKind; }
     void setMatchedKind(std::int32_t kind) noexcept { m_matchedKind = kind; }
 

@@ -4,29 +4,15 @@
 #include <asio/strand.hpp>
 #include <condition_variable>
 #include <cstddef>
-#include <exception>
 #include <future>
 #include <mutex>
 #include <utility>
 
 #include "host/framework/WorkerPool.h"
 #include "host/framework/WorkerThreads.h"
-#include "platform/logging/Logging.h"
+#include "platform/logging/LogExceptions.h"
 
 namespace host {
-namespace {
-
-void runGuarded(const Strand::Work& work) noexcept {
-    try {
-        work();
-    } catch (const std::exception& error) {
-        logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a piece of work failed: %s", error.what());
-    } catch (...) {
-        logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a piece of work failed");
-    }
-}
-
-}  // namespace
 
 struct Strand::Core : std::enable_shared_from_this<Core> {
     explicit Core(WorkerPool& pool)
@@ -43,7 +29,8 @@ struct Strand::Core : std::enable_shared_from_this<Core> {
         asio::post(executor, [core = shared_from_this(), run = std::move(work)]() mutable {
             {
                 const WorkerThreads::Busy busy(core->threads);
-                runGuarded(run);
+                logExceptions({.component = "Framework", .sourceFile = __FILE_NAME__, .line = __LINE__},
+                              "a piece of work", run);
                 run = nullptr;  // destroys the captured objects before a drain returns
             }
             core->finishOne();

@@ -1,25 +1,12 @@
 #include "host/framework/TextInvoker.h"
 
 #include <cstddef>
-#include <exception>
 
 #include "platform/framework/InvokerResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
-#include "platform/logging/Logging.h"
+#include "platform/logging/LogExceptions.h"
 
 namespace host {
-
-/// Runs `step` and logs its exceptions.
-template <typename Step>
-void TextInvoker::survives(const char* what, Step step) const noexcept {
-    try {
-        step();
-    } catch (const std::exception& error) {
-        logAppUni(m_component, __FILE_NAME__, 2, __LINE__, "%s failed: %s", what, error.what());
-    } catch (...) {
-        logAppUni(m_component, __FILE_NAME__, 2, __LINE__, "%s failed", what);
-    }
-}
 
 void TextInvoker::handleMessage(Executable* target, const char* message, int length,
                                 InvokerResponse* response) {
@@ -29,9 +16,11 @@ void TextInvoker::handleMessage(Executable* target, const char* message, int len
     std::string text = JournalServiceHelper::FAILURE;
     const std::string_view request(message,
                                    message != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0);
-    survives("handling a request", [&] { text = responseTo(request, target); });
-    survives("setting a response", [&] { response->setPayload(text.data(), static_cast<int>(text.size())); });
-    survives("completing a response", [&] { response->complete(); });
+    const LogOrigin origin{.component = m_component, .sourceFile = __FILE_NAME__, .line = __LINE__};
+    logExceptions(origin, "handling a request", [&] { text = responseTo(request, target); });
+    logExceptions(origin, "setting a response",
+                  [&] { response->setPayload(text.data(), static_cast<int>(text.size())); });
+    logExceptions(origin, "completing a response", [&] { response->complete(); });
 }
 
 }  // namespace host

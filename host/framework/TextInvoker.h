@@ -27,9 +27,6 @@ private:
     /// Returns the response. May throw. `target` may be null or a service of another kind.
     [[nodiscard]] virtual std::string responseTo(std::string_view message, Executable* target) const = 0;
 
-    template <typename Step>
-    void survives(const char* what, Step step) const noexcept;
-
     const char* const m_component;
 };
 

@@ -4,7 +4,7 @@
 
 #include "journal-items/Contact.h"
 
-/// Gives out the contacts that the journal loaded with its lists. Any thread may call.
+/// Returns the contacts that the journal loaded together with its lists. Thread-safe.
 class ContactGetterIfc {
 public:
     ContactGetterIfc() = default;

@@ -4,32 +4,34 @@
 
 #include "platform/framework/Invoker.h"
 
-/// Lets other processes ask for the contacts that came with the call lists, each with the entries that refer to it.
-/// `docs/messages.md` shows the method and the list.
+/// Sends the contacts of the call lists, each with the entries that refer to it, to other processes.
+/// `docs/messages.md` describes the method and the list.
 ///
-/// One message, step by step:
-///  1. The target is looked at: it must be a `ContactGetterIfc`.
-///  2. The framework's adapter for the message's protocol decodes it; its method must be "getContactList".
-///  3. The first 200 contacts become the parameter "contactList" of the answer, which the same adapter encodes.
-///  4. The answer becomes the payload of the response, and the response is completed, exactly once.
+/// One message is handled in these steps:
+///  1. The target must be a `ContactGetterIfc`.
+///  2. The framework's adapter for the protocol of the message decodes it; the method must be
+///     "getContactList".
+///  3. The first 200 contacts become the parameter "contactList" of the response, which the same adapter
+///     encodes.
+///  4. The encoded text becomes the payload of the response, and the response is completed, exactly once.
 ///
-/// Threads: `initInvoker` first; then any thread may call `handleMessage`, several at once: the invoker keeps
-/// nothing between messages, and the journal synchronises itself.
+/// Threads: call `initInvoker` first. `handleMessage` is then thread-safe: the invoker has no state between
+/// messages.
 ///
-/// Errors: whatever goes wrong is answered with the text "fail". Nothing throws.
+/// Errors: the response to every failure is the text "fail". No operation throws.
 class ContactGetterInvoker final : public Invoker {
 public:
     ContactGetterInvoker() = default;
     ~ContactGetterInvoker() override = default;
 
-    /// `message` may hold any bytes, also none. A null response leaves only a log line: there is nobody to answer.
+    /// `message` may contain any bytes and may be null; `length` is in bytes. A null response is logged only.
     void handleMessage(Executable* target, const char* message, int length,
                        InvokerResponse* response) override;
 
-    /// `context` is borrowed and outlives the invoker. Without one, no message can be read.
+    /// `context` is borrowed and outlives the invoker. Without one, no message can be decoded.
     void initInvoker(FrameworkContext* context) override { m_context = context; }
 
-    /// `<name>value</name>`, the value escaped, the name as it is.
+    /// Returns `<name>value</name>`, with the value escaped and the name unchanged.
     [[nodiscard]] std::string buildXmlElement(const std::string& name, const std::string& value) const;
 
 private:

@@ -21,12 +21,15 @@ class Call;
 struct JournalComponents;
 }  // namespace journal
 
-/// The call-journal service: the face that the framework, the CSTA service, the clients and the management see. It owns
-/// the parts that do the work (`journal::JournalComponents`) and hands every call on to the one that it is meant for.
+/// The call-journal service: the facade for the framework, the CSTA service, the clients and the management.
+/// It owns the components that do the work (`journal::JournalComponents`) and delegates every call to one of
+/// them. Each interface documents its operations.
 ///
-/// Threads: `init`, `timerEvent` and `deliverEvent` are called one at a time (the line's strand), as is the destructor.
-/// `setData`, `getData` and the client interface may be called from any thread at any time after `init`. Which
-/// locks an operation takes, and what it answers, is said in its interface.
+/// Threads: call `init`, `timerEvent`, `deliverEvent` and the destructor from the line's strand only, one at
+/// a time. `setData`, `getData` and the client interface are thread-safe after `init`.
+///
+/// Errors: an exception of a platform service is logged; the operation then returns false, 0 or an empty
+/// value.
 class JournalService : public Service,
                        public JournalServiceIfc,
                        public CSTAEventIfc,
@@ -36,7 +39,7 @@ class JournalService : public Service,
 public:
     using Call = journal::Call;
 
-    /// `notifier` is borrowed and outlives the service; null makes the service own one.
+    /// `notifier` is borrowed and outlives the service. If it is null, the service creates and owns one.
     explicit JournalService(ObserverNotifierIfc* notifier);
     ~JournalService() override;
 
@@ -122,25 +125,25 @@ public:
     void manageableDataChanged(ManageableData& data) override;
     bool resetUserData() override;
 
-    /// The journalling gate: false while another journal on the phone owns the call log.
+    /// False while another journal on the phone owns the call log: the journal then ignores CSTA events.
     [[nodiscard]] bool handleCSTAEvent();
     [[nodiscard]] bool isUCServiceRunning();
     [[nodiscard]] bool isPallaxServiceRunning();
     [[nodiscard]] bool isWsiUcJournalAllowed();
     [[nodiscard]] int getAutoSaveVisitorCallLogToVantorTimerId() const;
-    /// Borrowed from the framework; null when it has none.
+    /// Borrowed from the framework; null if it has none.
     [[nodiscard]] DigitAnalysisServiceIfc* getDigitAnalysisService() const;
 
 protected:
-    /// Fills the lists from the database; the service variants load in different ways.
+    /// Fills the lists from the database. Each service variant overrides the way of loading.
     virtual void loadCallListsFromDb();
-    /// For the variants.
-    [[nodiscard]] journal::JournalComponents& parts() const noexcept { return *m_parts; }
+    /// For the service variants.
+    [[nodiscard]] journal::JournalComponents& components() const noexcept { return *m_components; }
 
 private:
     void constructorActions(ObserverNotifierIfc* notifier);
 
     // Constant after construction.
     std::unique_ptr<ObserverNotifierIfc> m_ownNotifier;
-    std::unique_ptr<journal::JournalComponents> m_parts;
+    std::unique_ptr<journal::JournalComponents> m_components;
 };

@@ -15,25 +15,27 @@
 
 /// The client interface of the call journal: five lists, each with the newest entry first.
 ///
-/// Threads: any thread may call at any time; operations that change the journal must not be called from inside an
-/// observer callback. Items are copied in and out. An entry is named by its entry id, which changes whenever a new
-/// call is merged into the entry. An operation on one entry answers false for an id that is not known (any more), and a
-/// `get...` leaves its output as it was then; deleting a set of entries, or a list, is always true, and passes over ids
-/// that are not known.
-/// A change is written to the database before the operation returns. Operations that only some deployments use
-/// answer false, and say so, where they do nothing. New operations go to the end.
+/// Thread-safe. Do not call an operation that changes the journal from inside an observer callback: it
+/// deadlocks.
+///
+/// Items are copied in and out. An entry is identified by its entry id, which changes whenever a new call is
+/// merged into the entry. An operation on one entry returns false for an unknown id; a `get...` then leaves
+/// its output unchanged. Deleting a set of entries, or a list, always returns true and ignores unknown ids.
+///
+/// A change is written to the database before the operation returns. A database that refuses it is logged;
+/// the change stays in memory. New operations are added at the end.
 class JournalServiceIfc : public JournalServiceObserverSubscriptionIfc {
 public:
     virtual void getMissedCallList(std::deque<MissedCallItem>& list) = 0;
     virtual bool getMissedCall(const std::string& entryId, MissedCallItem& item) = 0;
-    /// Adds `item` when no entry equals it, else marks that entry as unviewed. An item without entry id is refused
-    /// with a log line.
+    /// Adds `item` if no entry equals it; otherwise marks that entry as unviewed. Refuses an item without
+    /// entry id with a log text.
     virtual void updateMissedCall(const MissedCallItem& item) = 0;
-    /// Marks the named entries as viewed; ids that are not known are passed over. Always true.
+    /// Marks the entries as viewed and ignores unknown ids. Always returns true.
     virtual bool setMissedCallListAsViewed(const std::set<std::string>& entryIds) = 0;
     /// Marks one entry as viewed.
     virtual void ageMissedCall(const std::string& entryId) = 0;
-    /// `isSendDeleteMissedCallRequest` true refuses the call: false, and nothing changes.
+    /// If `isSendDeleteMissedCallRequest` is true, returns false and changes nothing.
     virtual bool deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest) = 0;
     virtual bool deleteMissedCallList(const std::set<std::string>& entryIds) = 0;
     virtual bool deleteMissedCallList() = 0;
@@ -43,7 +45,7 @@ public:
     virtual bool deleteDialledCall(const std::string& entryId) = 0;
     virtual bool deleteDialledCallList(const std::set<std::string>& entryIds) = 0;
     virtual bool deleteDialledCallList() = 0;
-    /// The newest dialled entry; false when there is none.
+    /// Returns the newest dialled entry; false if there is none.
     virtual bool getLastDialledNumber(DialledCallItem& item) = 0;
 
     virtual void getReceivedCallList(std::deque<ReceivedCallItem>& list) = 0;
@@ -63,26 +65,27 @@ public:
     virtual bool deleteCallBackList(const std::set<std::string>& entryIds) = 0;
     virtual bool deleteCallBackList() = 0;
 
-    /// Deletes the named entries wherever they stand, in any of the five lists, each list as its own deletion by
-    /// set does it. `isSendDeleteMissedCallRequest` true spares the missed list, as `deleteMissedCall` does.
-    /// True when at least one entry was deleted.
+    /// Deletes the entries from all five lists. If `isSendDeleteMissedCallRequest` is true, the missed list
+    /// is not changed, as in `deleteMissedCall`. Returns true if at least one entry was deleted.
     virtual bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest) = 0;
-    /// Empties the missed, dialled, received and forwarded lists and the contact list; callbacks stay. Always true.
+    /// Empties the missed, dialled, received and forwarded lists and the contact list; callbacks stay. Always
+    /// returns true.
     virtual bool deleteAllCalls() = 0;
 
-    /// Both log that they do nothing, and answer false.
+    /// Both have no effect other than a log text, and return false.
     virtual bool resetUserCalls() = 0;
     virtual bool resetUserContacts() = 0;
-    /// Loads lists and settings from the database again and tells the observers. Always true.
+    /// Loads lists and settings from the database again and notifies the observers. Always returns true.
     virtual bool refreshCallLog() = 0;
-    /// Loads the lists from the database again. Always true.
+    /// Loads the lists from the database again. Always returns true.
     virtual bool refreshCallLists() = 0;
-    /// "true" while an outside call server journals missed calls itself.
+    /// Set to "true" while an outside call server journals missed calls itself. Always returns true.
     virtual bool setJournalServiceCallLogEventsDisabling(const std::string& value) = 0;
 
-    /// Adds to `records` one record for each entry, in any of the five lists, that belongs to `contact`: an entry
-    /// whose newest occurrence (or callback) has one of the contact's numbers or its search number. Lists in the
-    /// order missed, dialled, received, forwarded, callbacks; newest first within each. False when none does.
+    /// Appends to `records` one record for each entry of `contact` in the five lists: an entry whose newest
+    /// occurrence (or callback) has one of the contact's numbers or its search number. The order is missed,
+    /// dialled, received, forwarded, callbacks, and newest first within each list. Returns false if there is
+    /// none.
     virtual bool getCallRecordsAssociatedWith(const Contact& contact,
                                               std::vector<Contact::CallRecord>& records) = 0;
 };

@@ -8,35 +8,36 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-/// What a client implements to be told of the changes of the journal. It is not told that the missed or the received list
-/// was cleared as a whole, nor that lists were loaded for a subscriber or by `refreshCallLists`. Of missed items that
-/// were marked as viewed only the count is told.
+/// Receives the changes of the journal; implemented by clients. There is no callback when the missed or the
+/// received list is cleared as a whole, nor when lists are loaded for a subscriber or by `refreshCallLists`.
+/// When missed items are marked as viewed, only the count is reported.
 ///
-/// Threads: callbacks arrive one at a time, on whichever thread changed the journal, with the notifier's lock held
-/// and no list lock. From inside a callback an observer may read the lists; it must not subscribe, unsubscribe or
-/// change the journal there, and should not take long: the next call waits for it.
+/// Threads: callbacks arrive one at a time, on the thread that changed the journal, with the notifier's lock
+/// held and no list lock. Inside a callback an observer may read the lists. It must not subscribe,
+/// unsubscribe or change the journal: that deadlocks. It should return soon, because it delays every other
+/// change.
 ///
-/// In every list callback, `entryId` is empty except where the action says otherwise, and the item is
-/// default-constructed when the action carries none; but `dialledCallsUpdate` carries the newest entry that is left with
-/// `eItemDeleted`, and with `eListChanged` where one is known.
-/// Where an action says "unique id", a callback, which has none, is named by its entry id.
+/// In every list callback, `entryId` is empty unless the action documents it, and the item is
+/// default-constructed unless the action has one. Exception: `dialledCallsUpdate` has the newest remaining
+/// entry with `eItemDeleted`, and with `eListChanged` if it is known. Callbacks have no unique id; their
+/// entry id is used in its place.
 class JournalServiceObserverIfc {
 public:
-    /// What happened to a list.
+    /// The kind of change.
     enum ActionType : int {
         /// `item` is new at the front; `entryId` is empty.
         eItemAdded = 0,
-        /// `item` changed or took a new occurrence; `entryId` is the unique id of the item that it replaces.
+        /// `item` changed or has a new occurrence; `entryId` is the unique id of the item that it replaces.
         eItemUpdated = 1,
         /// One entry was deleted; `entryId` is its unique id.
         eItemDeleted = 2,
-        /// The list as a whole changed, or is presented afresh.
+        /// The whole list changed.
         eListChanged = 3,
         /// The list was emptied.
         eListCleared = 4,
     };
 
-    /// Missed items that nobody has looked at yet (items, not occurrences).
+    /// `count` is the number of unviewed missed items (not occurrences).
     virtual void missedCallsCountUpdate(int count) = 0;
     virtual void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) = 0;
     virtual void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) = 0;
@@ -49,6 +50,6 @@ protected:
     JournalServiceObserverIfc() = default;
     JournalServiceObserverIfc(const JournalServiceObserverIfc&) = default;
     JournalServiceObserverIfc& operator=(const JournalServiceObserverIfc&) = default;
-    // Observers are never owned through this interface.
+    // Protected: observers are never owned through this interface.
     ~JournalServiceObserverIfc() = default;
 };

@@ -5,16 +5,17 @@
 #include "journalservice/JournalServiceObserverIfc.h"
 #include "platform/framework/Proxy.h"
 
-/// Stands inside the process for one remote observer: each callback becomes a message to the remote client.
+/// Represents one remote observer inside the process: sends each callback as a message to the remote client.
 ///
-/// Threads: `initProxy` first. Callbacks come from the notifier, one at a time, on whichever thread changed the
-/// journal and with the notifier's lock held; sending therefore never waits for the client (see `ProxyRequest`).
+/// Threads: call `initProxy` first. The notifier makes the callbacks one at a time, on the thread that
+/// changed the journal, with its lock held; sending therefore never blocks on the client (see
+/// `ProxyRequest`).
 ///
-/// Ownership: made by the exported factory, owned by the framework, borrowed by the notifier. It must be unsubscribed
-/// before it is destroyed.
+/// Ownership: created by the exported factory, owned by the framework, borrowed by the notifier. Unsubscribe
+/// it before it is destroyed.
 ///
-/// Errors: nothing is awaited and nothing is tested. A client that is gone loses what is sent; what was lost it
-/// finds in the lists.
+/// Errors: none are reported. A client that has disconnected loses the messages, and reads the lists when it
+/// returns.
 class JournalServiceObserverProxy final : public Proxy, public JournalServiceObserverIfc {
 public:
     JournalServiceObserverProxy() = default;
@@ -23,7 +24,7 @@ public:
     /// `request` is borrowed and outlives the proxy. Selects the protocol "opera_text".
     void initProxy(ProxyRequest& request) override;
 
-    // A count that is negative, which no journal sends, arrives as the unsigned number with the same bits.
+    // A negative count, which the journal never sends, arrives as the unsigned number with the same bits.
     void missedCallsCountUpdate(int count) override;
     void missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) override;
     void dialledCallsUpdate(DialledCallItem item, std::string entryId, ActionType action) override;

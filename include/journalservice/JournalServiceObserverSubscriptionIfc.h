@@ -2,7 +2,8 @@
 
 class JournalServiceObserverIfc;
 
-/// How clients subscribe to the journal. Any thread may call, but not from inside an observer callback.
+/// Subscription of observers to the journal. Thread-safe. Do not call from inside an observer callback: it
+/// deadlocks.
 class JournalServiceObserverSubscriptionIfc {
 public:
     JournalServiceObserverSubscriptionIfc() = default;
@@ -10,13 +11,12 @@ public:
     JournalServiceObserverSubscriptionIfc& operator=(const JournalServiceObserverSubscriptionIfc&) = delete;
     virtual ~JournalServiceObserverSubscriptionIfc() = default;
 
-    /// Adds `observer` and tells it at once the unviewed missed count, the newest dialled entry and, when there
-    /// are any, the number of callbacks. The lists are loaded from the database first, at every
-    /// subscription or, in `JournalService` itself, at the first.
-    /// The observer is borrowed until it is unsubscribed. False for null. An observer that subscribes twice is
-    /// told everything twice.
+    /// Loads the lists (`JournalService` at the first subscription, a variant at every one), adds `observer`,
+    /// and reports the number of unviewed missed items, the newest dialled entry and, if there are any, the
+    /// number of callbacks to it. The observer is borrowed until it is unsubscribed. Returns false for null.
+    /// An observer that subscribes twice gets every callback twice.
     virtual bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) = 0;
-    /// Removes one subscription of `observer`; when it returns, no callback for that subscription is running or
-    /// will come. False when there was none.
+    /// Removes one subscription of `observer`. After the return, no callback of that subscription runs or
+    /// will start. Returns false if there is none.
     virtual bool unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) = 0;
 };

@@ -2,7 +2,7 @@
 
 #include "journalservice/JournalService.h"
 
-/// The journal of a telephone at a Qorvex switch. It loads and behaves as `JournalService` does.
+/// The journal of a telephone at a Qorvex switch. Behaves as `JournalService`.
 class JournalServiceQorvex : public JournalService {
 public:
     explicit JournalServiceQorvex(ObserverNotifierIfc* notifier) : JournalService(notifier) {}

@@ -4,42 +4,45 @@
 
 #include "journalservice/JournalServiceQorvex.h"
 
-/// The service variant that the framework gets from `createJournalService`. It loads all lists, and the contacts that
-/// their calls refer to, with two read requests of at most 200 rows together, and it does so at every subscription: this
-/// load does not count as one that need not be repeated.
+/// The service variant that `createJournalService` returns. At every subscription it loads all lists, and the
+/// contacts of their calls, with two read requests of at most 200 rows together.
 ///
-/// So the lists hold the newest entries of the database, not all of it. Older ones stay there: they come back into view
-/// when newer ones are gone, and one whose party calls again is found and merged (`journal::UnloadedEntries`).
+/// So the lists contain the newest entries of the database, not all of them. The other entries stay in the
+/// database: they are loaded when newer entries are deleted, and an entry whose party calls again is found
+/// and merged (`journal::UnloadedEntries`).
 ///
-/// Threads: `loadCallListsFromDb` as in the base; it is one change of the lists, so that no call that is filed and no
-/// deletion that is made meanwhile is lost. The other loading steps are for the thread that loads. The requests run, and the
-/// answers are parsed, with no list locked; each list is locked only while it is emptied or filled.
+/// Threads: `loadCallListsFromDb` is thread-safe. It is one change of the lists, so that no concurrent entry
+/// or deletion is lost. The other operations are steps of a load; call them from the loading thread only. No
+/// list is locked while a request runs or a response is parsed; each list is locked only while it is emptied
+/// or filled.
 class JournalServiceQorvexTel : public JournalServiceQorvex {
 public:
     explicit JournalServiceQorvexTel(ObserverNotifierIfc* notifier) : JournalServiceQorvex(notifier) {}
 
-    /// The whole load. A read that fails leaves the lists as they are; what a second read brings is added in any case.
+    /// Loads all lists. A failed first read leaves the lists unchanged; the items of the second read are
+    /// added in any case.
     void loadCallListsFromDb() override;
 
-    /// `<name>value</name>`, the value escaped, the name as it is.
+    /// Returns `<name>value</name>`, with the value escaped and the name unchanged.
     [[nodiscard]] std::string buildXmlElement(const std::string& name, const std::string& value) const;
-    /// The beginning of a request: XML declaration, the opening `Schema` tag with the name as it is, and the reason.
+    /// Returns the beginning of a request: XML declaration, opening `Schema` tag with the unchanged name, and
+    /// the reason.
     [[nodiscard]] std::string buildXmlHeader(const std::string& schemaName, const std::string& reason) const;
-    /// Sends one read request; answers the response as it came.
+    /// Sends one read request and returns the unchanged response.
     [[nodiscard]] std::string loadCallLists(const std::string& schemaName, const std::string& resultCols,
                                             unsigned rowLimit) const;
-    /// The same for all columns of calls and phonebook.
+    /// The same, for all columns of calls and phonebook.
     [[nodiscard]] std::string loadCallLists(const std::string& schemaName, unsigned rowLimit) const;
-    /// Whether the response may be parsed: it is not the failure text and says "failure" nowhere.
+    /// True if the response can be parsed: it is not the failure text and does not contain "failure".
     [[nodiscard]] bool ifNotReadFailure(const std::string& response) const;
 
     /// Empties the four call lists and the contact list; the callbacks stay.
     void clearPreviousCachedData() const;
-    /// Adds what the response holds behind what the lists hold, and brings them into order. Answers how many items
-    /// the four lists have then, before those without occurrences are dropped.
+    /// Appends the items of the response to the lists and normalises the lists. Returns the number of items
+    /// in the four lists before normalisation, which drops items without occurrences.
     unsigned processReadResponse(const std::string& response);
 
 private:
-    /// The last response could be parsed to its end. Guarded by the change that a load is.
+    /// The last response was parsed to its end. Guarded by the change lock of the lists.
     bool m_wholeResponse = true;
 };

@@ -6,20 +6,20 @@
 #include "journalservice/ObserverNotifierIfc.h"
 #include "platform/sync/Semaphore.h"
 
-/// Fans every change of the journal out to the subscribed observers: local clients, and the proxies that stand for
-/// remote ones.
+/// Notifies the subscribed observers of every change of the journal: local clients, and the proxies of remote
+/// ones.
 ///
-/// Threads: any thread may call any operation except `init`, which comes first. One lock serialises everything, so
-/// observers are called one at a time, on the caller's thread, with that lock held; it comes before the list locks,
-/// which is why no caller may hold one. The lock cannot be taken twice: an observer that subscribes, unsubscribes or
-/// changes the journal from inside a callback waits for itself.
+/// Thread-safe, except `init`, which comes first. One lock serialises all operations: observers are called
+/// one at a time, on the caller's thread, with the lock held. The lock comes before the list locks, so the
+/// caller must not hold one. The lock is not recursive: an observer that subscribes, unsubscribes or changes
+/// the journal inside a callback deadlocks.
 ///
-/// Ownership: observers and the service are borrowed. Whoever subscribed must unsubscribe before the observer goes;
-/// once `unsubscribe` has returned, no callback of that subscription runs or will come. Nobody is told when the
-/// notifier itself goes.
+/// Ownership: observers and the service are borrowed. A subscriber unsubscribes before the observer is
+/// destroyed. After `unsubscribe` has returned, no callback of that subscription runs or will start.
+/// Observers are not notified when the notifier is destroyed.
 ///
-/// Errors: an observer that throws is logged and loses the rest of the update it was being told; the observers
-/// behind it are told as usual, and it stays subscribed.
+/// Errors: the exception of an observer is logged. The observer misses the rest of that update and stays
+/// subscribed; the observers after it are notified as usual.
 class ObserverNotifier final : public ObserverNotifierIfc {
 public:
     ObserverNotifier() = default;
@@ -27,13 +27,13 @@ public:
 
     void init(JournalServiceIfc* service, const std::string& softwareType) override;
 
-    /// Adds the observer without looking for it, and tells it the unviewed missed calls, `lastDialled` and, when
-    /// there are any, the callbacks. It is expected to read the lists themselves through the service.
+    /// Adds the observer, also if it is subscribed already, and reports the number of unviewed missed items,
+    /// `lastDialled` and, if there are any, the number of callbacks to it. Returns false for null.
     bool subscribe(JournalServiceObserverIfc* observer, const DialledCallItem& lastDialled) override;
-    /// Removes the first subscription of the observer.
+    /// Removes the first subscription of the observer. Returns false if there is none.
     bool unsubscribe(JournalServiceObserverIfc* observer) override;
 
-    // Missed calls. The count is passed on as given, 0 where none is given: it is never counted here.
+    // Missed calls. The reported count is the argument, or 0 without one; it is not counted here.
     void updateMissedCallCountAndCalls(ActionType action) override;
     void updateMissedCallCountAndCalls() override;
     void updateMissedCallCountAndCalls(unsigned count) override;
@@ -63,29 +63,30 @@ public:
                               ActionType action) override;
 
     // Several lists at once.
-    /// The four call lists, forwarded calls on every phone.
+    /// Reports the four call lists.
     void updateAllExceptCallbacks(unsigned count) override;
-    /// All five lists, but forwarded calls only on a SIP phone. Of the dialled calls the newest one is sent along.
+    /// Reports all five lists, the forwarded calls on a SIP phone only. The dialled update has the newest
+    /// dialled entry.
     void updateAll(unsigned count) override;
 
-    // Callbacks. Their number is counted afresh for each observer.
+    // Callbacks. Their number is counted again for each observer.
     void updateCallbacks(const CallBackItem& item, const std::string& entryId, ActionType action) override;
     void updateCallbackCount() override;
     void updateCallbacksAndCount() override;
     void updateCallbacksAndCount(const std::string& entryId) override;
 
 private:
-    /// Tells one observer one thing.
+    /// Notifies one observer of one update.
     using UpdateSingle = void (ObserverNotifier::*)(JournalServiceObserverIfc& observer,
                                                     const ObserverData& data);
 
-    /// Takes the lock and calls `update` for every observer. `fill` completes the data; without observers it is not
-    /// called, so that nothing is copied for nobody.
+    /// Takes the lock and calls `update` for every observer. `fill` completes the data; it is not called
+    /// without observers, which saves the copies.
     template <typename Fill>
     void forEachObserver(UpdateSingle update, Fill fill);
-    void tell(UpdateSingle update, JournalServiceObserverIfc& observer, const ObserverData& data);
+    void notify(UpdateSingle update, JournalServiceObserverIfc& observer, const ObserverData& data);
 
-    // All of these with the lock held.
+    // Require: the lock is held.
     void updateSingleMissedCallCount(JournalServiceObserverIfc& observer, const ObserverData& data);
     void updateSingleMissedCallCountAndCalls(JournalServiceObserverIfc& observer, const ObserverData& data);
     void updateSingleDialledCalls(JournalServiceObserverIfc& observer, const ObserverData& data);
@@ -96,10 +97,10 @@ private:
     void updateSingleCallbacksAndCount(JournalServiceObserverIfc& observer, const ObserverData& data);
     void updateSingleAllExceptCallbacks(JournalServiceObserverIfc& observer, const ObserverData& data);
     void updateSingleAll(JournalServiceObserverIfc& observer, const ObserverData& data);
-    /// What a new observer is told; the data carries the newest dialled entry.
+    /// The update for a new observer; the data has the newest dialled entry.
     void updateSingleSubscriber(JournalServiceObserverIfc& observer, const ObserverData& data);
 
-    // Counted through the service, which takes one list lock for it.
+    // Count through the service, which takes one list lock.
     int getUnviewedMissedCallsCount();
     unsigned getCallBackListSize();
 
@@ -108,6 +109,6 @@ private:
     bool m_isSipSoftware = false;
 
     Semaphore m_observerLock{1, 1};
-    // Guarded by m_observerLock. In the order of subscription; an observer may stand here more than once.
+    // Guarded by m_observerLock. In the order of subscription; an observer may occur more than once.
     std::vector<JournalServiceObserverIfc*> m_observers;
 };

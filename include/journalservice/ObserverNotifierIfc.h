@@ -7,28 +7,28 @@
 
 class JournalServiceIfc;
 
-/// Tells all subscribed observers of a change. Each `update...` calls every observer, in the order in which they
-/// subscribed, on the caller's thread, with the notifier's lock held.
+/// Notifies all subscribed observers of a change. Each `update...` calls every observer, in the order of
+/// subscription, on the caller's thread, with the notifier's lock held.
 ///
-/// What an `update...` tells, by its arguments (an `unsigned` is the new count that goes with it):
+/// The arguments of an `update...` select the change that is reported (an `unsigned` is the new count):
 ///
 ///     (action)                    that action, without an item
-///     () or (count)               the list changed as a whole (`eListChanged`)
+///     () or (count)               the whole list changed (`eListChanged`)
 ///     (item), dialled calls       the same, with the newest entry
-///     (entryId)                   the entry of that unique id was deleted (of callbacks the entry id)
-///     (item, entryId), dialled    the same; the item is the newest that is left
-///     (item, entryId, action)     the item is new or changed; `entryId` is the unique id of what it replaces
+///     (entryId)                   the entry with that unique id (callbacks: entry id) was deleted
+///     (item, entryId), dialled    the same; `item` is the newest remaining entry
+///     (item, entryId, action)     `item` is new or changed; `entryId` is the unique id that it replaces
 ///
-/// Operations named after a count alone tell that count and nothing of the list. `updateAll` and
-/// `updateAllExceptCallbacks` say of each list that it changed as a whole.
+/// Operations whose name has only a count report that count and no list. `updateAll` and
+/// `updateAllExceptCallbacks` report `eListChanged` for each list.
 ///
-/// Threads: any thread may call. Callers hold no list lock: observers read the lists back, and so do the operations
-/// that count callbacks. `init` comes before everything else. New operations go to the end.
+/// Thread-safe, except `init`, which comes first. Requires: no list lock is held, because observers, and the
+/// operations that count callbacks, read the lists. New operations are added at the end.
 class ObserverNotifierIfc {
 public:
     using ActionType = JournalServiceObserverIfc::ActionType;
 
-    /// What one update carries to each observer. Fields that an update does not name keep these values.
+    /// The data of one update. Fields that an update does not set keep these values.
     struct ObserverData {
         MissedCallItem missedCall{};
         DialledCallItem dialledCall{};
@@ -45,7 +45,7 @@ public:
     ObserverNotifierIfc& operator=(const ObserverNotifierIfc&) = delete;
     virtual ~ObserverNotifierIfc() = default;
 
-    /// `service` is borrowed and outlives the notifier's use; the lists are read through it.
+    /// `service` is borrowed and outlives the last update; the lists are read through it.
     virtual void init(JournalServiceIfc* service, const std::string& softwareType) = 0;
     virtual bool subscribe(JournalServiceObserverIfc* observer, const DialledCallItem& lastDialled) = 0;
     virtual bool unsubscribe(JournalServiceObserverIfc* observer) = 0;

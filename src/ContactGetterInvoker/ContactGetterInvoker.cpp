@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -15,18 +14,20 @@
 #include "platform/framework/Method.h"
 #include "platform/framework/ProtocolAdapter.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
+#include "platform/logging/LogExceptions.h"
 #include "src/JournalService/base/Log.h"
 
-#define LOG_CONTACTS(level, ...) \
-    JOURNAL_LOG_LINE("Journal Service Invoker", "./src/ContactGetterInvoker", level, __VA_ARGS__)
+#define LOG_CONTACTS(level, ...) JOURNAL_LOG_LINE(kComponent, kSource, level, __VA_ARGS__)
 
 namespace {
 
+constexpr const char* kComponent = "Journal Service Invoker";
+constexpr const char* kSource = "./src/ContactGetterInvoker";
 constexpr const char* kFailure = "fail";
 constexpr const char* kMethod = "getContactList";
 constexpr const char* kInterface = "ContactGetterIfc";
 constexpr const char* kParameter = "contactList";
-/// A longer list is cut behind so many contacts.
+/// A longer list is cut after this number of contacts.
 constexpr std::size_t kMaxContacts = 200;
 
 struct TextField {
@@ -34,7 +35,7 @@ struct TextField {
     const std::string& (Contact::*get)() const noexcept;
 };
 
-// In the order of the document; the default number stands between them.
+// In document order; the default number stands between the two tables.
 constexpr TextField kFieldsBeforeDefault[] = {
     {"UniqueId", &Contact::getUniqueId},   {"Surname", &Contact::getSurname},
     {"Firstname", &Contact::getFirstname}, {"Office", &Contact::getOffice},
@@ -88,7 +89,7 @@ private:
     std::string m_text;
 };
 
-/// The answer to a message that was addressed to a contact getter.
+/// Returns the response to a message for a contact getter.
 std::string responseTo(const ContactGetterInvoker& invoker, ContactGetterIfc& getter,
                        const std::string& message, FrameworkContext* context,
                        const InvokerResponse& response) {
@@ -108,21 +109,9 @@ std::string responseTo(const ContactGetterInvoker& invoker, ContactGetterIfc& ge
     Document document(invoker);
     const std::size_t count = std::min(contacts.size(), kMaxContacts);
     std::for_each_n(contacts.begin(), count, [&document](const Contact& contact) { document.add(contact); });
-    Method answer(request.getName(), Method::Kind::eResponse, kInterface);
-    answer.addStringParameter(kParameter, document.text(), Method::ParameterKind::eOut);
-    return adapter->encode(answer);
-}
-
-/// Runs `step`; what it throws ends in a log line.
-template <typename Step>
-void survives(const char* what, Step step) noexcept {
-    try {
-        step();
-    } catch (const std::exception& error) {
-        LOG_CONTACTS(2, "%s failed: %s", what, error.what());
-    } catch (...) {
-        LOG_CONTACTS(2, "%s failed", what);
-    }
+    Method encoded(request.getName(), Method::Kind::eResponse, kInterface);
+    encoded.addStringParameter(kParameter, document.text(), Method::ParameterKind::eOut);
+    return adapter->encode(encoded);
 }
 
 }  // namespace
@@ -137,18 +126,19 @@ void ContactGetterInvoker::handleMessage(Executable* target, const char* message
         LOG_CONTACTS(2, "Invoker response is NULL");
         return;
     }
-    std::string answer = kFailure;
+    const LogOrigin origin{kComponent, kSource, __LINE__};
+    std::string payload = kFailure;
     auto* const getter = dynamic_cast<ContactGetterIfc*>(target);
     if (getter) {
-        survives("handling a message", [&] {
+        logExceptions(origin, "handling a message", [&] {
             const bool isEmpty = !message || length <= 0;
             const std::string text = isEmpty ? "" : std::string(message, static_cast<std::size_t>(length));
-            answer = responseTo(*this, *getter, text, m_context, *response);
+            payload = responseTo(*this, *getter, text, m_context, *response);
         });
     } else {
         LOG_CONTACTS(2, "Contact getter interface is NULL");
     }
-    survives("setting an answer",
-             [&] { response->setPayload(answer.data(), static_cast<int>(answer.size())); });
-    survives("completing an answer", [&] { response->complete(); });
+    logExceptions(origin, "setting a response",
+                  [&] { response->setPayload(payload.data(), static_cast<int>(payload.size())); });
+    logExceptions(origin, "completing a response", [&] { response->complete(); });
 }

@@ -3,8 +3,8 @@
 #include "journalservice/JournalServiceQorvexTel.h"
 #include "src/JournalService/base/Log.h"
 
-/// What the framework calls by name: a new journal service, owned by the framework, as a pointer at its `Service` base;
-/// null when there is no memory for one.
+/// Exported factory, which the framework finds by name. Returns a new journal service, owned by the
+/// framework, as a pointer to its `Service` base; null if there is no memory.
 extern "C" __attribute__((visibility("default"))) void* createJournalService() {
     try {
         return static_cast<Service*>(new JournalServiceQorvexTel(nullptr));

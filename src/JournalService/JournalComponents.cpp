@@ -1,29 +1,20 @@
 #include "src/JournalService/JournalComponents.h"
 
-#include "journalservice/ObserverNotifierIfc.h"
-#include "platform/framework/Context.h"
 #include "platform/framework/Service.h"
-#include "platform/management/LocalMgmtIfc.h"
 
 namespace journal {
 
-namespace {
-
-constexpr const char* kAgentIdentifier = "JournalMgmtId";
-constexpr int kAgentVersion = 1;
-
-}  // namespace
-
-JournalComponents::JournalComponents(const Outside& outside)
-    : notifier(outside.notifier),
-      self(outside.self),
-      gate(platform, settings),
+JournalComponents::JournalComponents(const Dependencies& dependencies)
+    : notifier(dependencies.notifier),
+      service(dependencies.service),
+      policy(platform, settings),
       names(platform, settings, clock),
-      persistence(adapter),
-      requests(platform, settings),
+      visitorCallLog(platform, settings, service),
+      persistence(adapter, [this] { visitorCallLog.setSavePending(); }),
+      requests(platform, settings, &service),
       lists(settings, persistence, requests, notifier),
       loader(settings, adapter, lists),
-      loadLists([this, loadCallLists = outside.loadLists] { loader.loadWith(loadCallLists); }),
+      loadLists([this, loadCallLists = dependencies.loadLists] { loader.loadWith(loadCallLists); }),
       subscription(lists, loader, notifier, loadLists),
       forwardedMissed(clock, lists, persistence, notifier),
       loadAtFirstNeed([this] {
@@ -37,9 +28,8 @@ JournalComponents::JournalComponents(const Outside& outside)
       tracker(calls, settings, clock, completion),
       callLogRemoval({settings, clock, lists, persistence, notifier, loadAtFirstNeed}),
       callLogEvents({calls, settings, clock, entries, callLogRemoval, lists, notifier}),
-      privateEvents({calls, settings, gate, readiness, callLogEvents}),
-      callControl{calls, tracker, settings, gate},
-      blindTransfer(connectionCleared),
+      privateEvents({calls, settings, policy, readiness, callLogEvents}),
+      callControl{.calls = calls, .tracker = tracker, .settings = settings, .policy = policy},
       connectionCleared(callControl, conferences, blindTransfer, privateEvents),
       qorvexRules(callControl, readiness, entries),
       sipRules(callControl, lineDevices, blindTransfer),
@@ -49,43 +39,12 @@ JournalComponents::JournalComponents(const Outside& outside)
       conferenceEvents(callControl, conferences),
       callBackEvents({callControl, clock, names, lists, persistence, notifier, loadAtFirstNeed}),
       systemStatusEvents(callControl, conferences, readiness),
-      monitors(platform, settings, outside.eventReceiver),
+      monitors(platform, settings, &service, dependencies.eventReceiver),
       lineDeviceEvents(platform, settings, monitors, lineDevices),
-      management(platform, settings, monitors, readiness),
-      ownSettings(settings, adapter, lists),
-      refresh({platform, settings, ownSettings, management, lists, notifier}, loadLists),
-      agent({settings, ownSettings, management, monitors, gate, lists, refresh,
-             persistence.m_visitorCallLogSavePending}),
-      visitorCallLog(platform, settings, management, persistence.m_visitorCallLogSavePending, outside.self) {}
-
-void JournalComponents::start(Context& context, MgmtAgentIfc& managementAgent, JournalServiceIfc& service) {
-    platform.m_self = &self;
-    platform.findAll(context);
-    adapter.init(platform.m_dataAccessService);
-    clock.adoptClock(platform.m_clockService);
-
-    visitorCallLog.createFirstTimer();
-    blindTransfer.start(context, self);
-
-    // The notifier reads the lists through the service, so it gets it in any case; no software type is one, too.
-    std::string softwareType;
-    management.getUlmoValue("software-type", softwareType);
-    settings.change([&softwareType](SettingsSnapshot& values) { values.m_softwareType = softwareType; });
-    notifier.init(&service, softwareType);
-
-    if (platform.m_cstaService != nullptr) {
-        management.initEvents(managementAgent);
-        if (!settings.values()->isSip()) {
-            monitors.startQorvexEvents();
-        }
-        monitors.CSTASystemRegister();
-    }
-    ownSettings.readConfigItemsFromDB();
-    settings.change([](SettingsSnapshot& values) { values.deriveEventModes(); });
-    persistence.m_visitorCallLogSavePending = false;
-    if (platform.m_localMgmt != nullptr) {
-        platform.m_localMgmt->registerAgent(kAgentIdentifier, managementAgent, kAgentVersion);
-    }
-}
+      phoneValues(platform, settings, monitors, readiness),
+      journalSettings(settings, adapter, lists),
+      refresh(platform, settings, journalSettings, phoneValues, lists, notifier, loadLists),
+      managementAgent(settings, journalSettings, phoneValues, monitors, policy, lists, refresh,
+                      visitorCallLog) {}
 
 }  // namespace journal

@@ -42,60 +42,56 @@
 #include "src/JournalServiceEvents/switch-log/CallLogRemoval.h"
 #include "src/JournalServiceEvents/switch-log/PrivateEvents.h"
 
-class Context;
 class CSTAEventIfc;
-class JournalServiceIfc;
-class MgmtAgentIfc;
 class ObserverNotifierIfc;
 class Service;
 
 namespace journal {
 
-/// Every part of the journal, made in dependency order: a part knows those above it in this list and none below; only
-/// `blindTransfer` is given the rules of cleared connections, which are made after it, by reference. The face owns one of
-/// these; a test may, without the face.
+/// The composition root: all components of the journal as members in dependency order. A component refers to
+/// components above it in this list only. `JournalService` owns one of these; a test can create one without
+/// the facade. `startUp` (StartUp.h) connects the components to the platform.
+///
+/// Threads: each component documents its own.
 struct JournalComponents {
-    /// What the parts need from outside; all of it is borrowed and outlives them.
-    struct Outside {
+    /// Everything that the components need from outside. All of it is borrowed and outlives them.
+    struct Dependencies {
         ObserverNotifierIfc& notifier;
-        /// The journal as the source of requests to the switch, and as the owner of timers.
-        Service& self;
-        /// Gets the events of the journal's monitors.
+        /// The source of requests to the switch, and the owner of timers.
+        Service& service;
+        /// Receives the events of the journal's monitors.
         CSTAEventIfc& eventReceiver;
         /// Loads all lists in the way of the service variant.
         std::function<void()> loadLists;
     };
 
-    explicit JournalComponents(const Outside& outside);
+    explicit JournalComponents(const Dependencies& dependencies);
     JournalComponents(const JournalComponents&) = delete;
     JournalComponents& operator=(const JournalComponents&) = delete;
     ~JournalComponents() = default;
 
-    /// Start-up, once, on the line's strand: finds the services, makes the timers, reads the settings, starts the
-    /// monitor of the own line. What fails is logged, and the rest goes on.
-    void start(Context& context, MgmtAgentIfc& agent, JournalServiceIfc& service);
-
     ObserverNotifierIfc& notifier;
-    Service& self;
+    Service& service;
 
     PhoneSettings settings;
     PlatformServices platform;
     JournalClock clock;
-    JournalPolicy gate;
+    JournalPolicy policy;
     PartyNames names;
 
     CallListDatabaseAdapter adapter;
+    VisitorCallLog visitorCallLog;
     ListPersistence persistence;
     CallLogRequests requests;
 
     JournalLists lists;
     ListLoader loader;
-    /// Loads the lists in the way of the service variant, with everything that belongs to a load.
+    /// Loads the lists in the way of the service variant, including all steps around a load.
     std::function<void()> loadLists;
     Subscription subscription;
 
     ForwardedMissedRule forwardedMissed;
-    /// Loads the lists unless they were loaded once.
+    /// Loads the lists if they were never loaded.
     std::function<void()> loadAtFirstNeed;
     EntryCreation entries;
 
@@ -123,11 +119,10 @@ struct JournalComponents {
 
     CstaMonitors monitors;
     LineDeviceEvents lineDeviceEvents;
-    PhoneValues management;
-    JournalSettings ownSettings;
+    PhoneValues phoneValues;
+    JournalSettings journalSettings;
     JournalRefresh refresh;
-    ManagementAgent agent;
-    VisitorCallLog visitorCallLog;
+    ManagementAgent managementAgent;
 };
 
 }  // namespace journal

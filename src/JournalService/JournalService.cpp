@@ -1,34 +1,32 @@
 #include "journalservice/JournalService.h"
 
-#include <exception>
 #include <typeinfo>
 
 #include "journalservice/ObserverNotifier.h"
 #include "platform/csta/CSTAEvent.h"
+#include "platform/logging/LogExceptions.h"
 #include "platform/management/LocalMgmtIfc.h"
 #include "src/JournalService/JournalComponents.h"
+#include "src/JournalService/StartUp.h"
 #include "src/JournalService/base/Log.h"
 
 namespace {
 
-/// What the strand calls ends here in any case: a platform service that throws costs one event, not the phone.
-template <typename Work>
-void guarded(const char* operation, Work work) noexcept {
-    try {
-        work();
-    } catch (const std::exception& error) {
-        LOG_JOURNAL(2, "%s failed: %s", operation, error.what());
-    } catch (...) {
-        LOG_JOURNAL(2, "%s failed", operation);
-    }
+constexpr LogOrigin originAt(int line) {
+    return {.component = "Journal Service", .sourceFile = "./src/JournalService", .line = line};
 }
 
-/// The same for what clients call: an operation that fails answers nothing, or false.
+/// For operations without a result: a platform service that throws costs one event or one call, not the
+/// process.
 template <typename Work>
-auto answered(const char* operation, Work work) noexcept {
-    decltype(work()) answer{};
-    guarded(operation, [&answer, &work] { answer = work(); });
-    return answer;
+void runLogged(const char* operation, Work work) noexcept {
+    logExceptions(originAt(__LINE__), operation, work);
+}
+
+/// For operations with a result: one that throws returns false, 0 or an empty value.
+template <typename Work>
+auto resultLogged(const char* operation, Work work) noexcept {
+    return logExceptionsOr(originAt(__LINE__), operation, decltype(work()){}, work);
 }
 
 }  // namespace
@@ -42,22 +40,26 @@ void JournalService::constructorActions(ObserverNotifierIfc* notifier) {
         m_ownNotifier = std::make_unique<ObserverNotifier>();
         notifier = m_ownNotifier.get();
     }
-    m_parts = std::make_unique<journal::JournalComponents>(
-        journal::JournalComponents::Outside{*notifier, *this, *this, [this] { loadCallListsFromDb(); }});
+    m_components = std::make_unique<journal::JournalComponents>(journal::JournalComponents::Dependencies{
+        .notifier = *notifier,
+        .service = *this,
+        .eventReceiver = *this,
+        .loadLists = [this] { loadCallListsFromDb(); },
+    });
 }
 
 JournalService::~JournalService() {
-    if (auto* management = m_parts->platform.m_localMgmt) {
+    if (auto* management = m_components->platform.m_localMgmt) {
         management->unregisterAgent(*this);
     }
-    const journal::CallMap::Section section(m_parts->calls.m_callMapLock);
-    m_parts->calls.removeAllCalls();
+    const journal::CallMap::Section section(m_components->calls.m_callMapLock);
+    m_components->calls.removeAllCalls();
 }
 
 // --- Service ---
 
 void JournalService::init(Context& context) {
-    guarded("init", [this, &context] { m_parts->start(context, *this, *this); });
+    runLogged("init", [this, &context] { journal::startUp(*m_components, context, *this, *this); });
 }
 
 void JournalService::shutdown() {}
@@ -66,9 +68,9 @@ void JournalService::run() {}
 
 void JournalService::timerEvent(int id) {
     LOG_JOURNAL(5, "timer expired");
-    guarded("timerEvent", [this, id] {
-        if (!m_parts->blindTransfer.onTimer(id)) {
-            m_parts->visitorCallLog.onTimer(id);
+    runLogged("timerEvent", [this, id] {
+        if (!m_components->connectionCleared.onTimer(id)) {
+            m_components->visitorCallLog.onTimer(id);
         }
     });
 }
@@ -76,138 +78,150 @@ void JournalService::timerEvent(int id) {
 // --- JournalServiceIfc: missed calls ---
 
 void JournalService::getMissedCallList(std::deque<MissedCallItem>& list) {
-    guarded("getMissedCallList", [&] { m_parts->lists.getMissedCallList(list); });
+    runLogged("getMissedCallList", [&] { m_components->lists.getMissedCallList(list); });
 }
 
 bool JournalService::getMissedCall(const std::string& entryId, MissedCallItem& item) {
-    return answered("getMissedCall", [&] { return m_parts->lists.getMissedCall(entryId, item); });
+    return resultLogged("getMissedCall", [&] { return m_components->lists.getMissedCall(entryId, item); });
 }
 
 void JournalService::updateMissedCall(const MissedCallItem& item) {
-    guarded("updateMissedCall", [&] { m_parts->lists.updateMissedCall(item); });
+    runLogged("updateMissedCall", [&] { m_components->lists.updateMissedCall(item); });
 }
 
 bool JournalService::setMissedCallListAsViewed(const std::set<std::string>& entryIds) {
-    return answered("setMissedCallListAsViewed",
-                    [&] { return m_parts->lists.setMissedCallListAsViewed(entryIds); });
+    return resultLogged("setMissedCallListAsViewed",
+                        [&] { return m_components->lists.setMissedCallListAsViewed(entryIds); });
 }
 
 void JournalService::ageMissedCall(const std::string& entryId) {
-    guarded("ageMissedCall", [&] { m_parts->lists.ageMissedCall(entryId); });
+    runLogged("ageMissedCall", [&] { m_components->lists.ageMissedCall(entryId); });
 }
 
 bool JournalService::deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest) {
-    return answered("deleteMissedCall",
-                    [&] { return m_parts->lists.deleteMissedCall(entryId, isSendDeleteMissedCallRequest); });
+    return resultLogged("deleteMissedCall", [&] {
+        return m_components->lists.deleteMissedCall(entryId, isSendDeleteMissedCallRequest);
+    });
 }
 
 bool JournalService::deleteMissedCallList(const std::set<std::string>& entryIds) {
-    return answered("deleteMissedCallList", [&] { return m_parts->lists.deleteMissedCallList(entryIds); });
+    return resultLogged("deleteMissedCallList",
+                        [&] { return m_components->lists.deleteMissedCallList(entryIds); });
 }
 
 bool JournalService::deleteMissedCallList() {
-    return answered("deleteMissedCallList", [&] { return m_parts->lists.deleteMissedCallList(); });
+    return resultLogged("deleteMissedCallList", [&] { return m_components->lists.deleteMissedCallList(); });
 }
 
 // --- JournalServiceIfc: dialled calls ---
 
 void JournalService::getDialledCallList(std::deque<DialledCallItem>& list) {
-    guarded("getDialledCallList", [&] { m_parts->lists.getDialledCallList(list); });
+    runLogged("getDialledCallList", [&] { m_components->lists.getDialledCallList(list); });
 }
 
 bool JournalService::getDialledCall(const std::string& entryId, DialledCallItem& item) {
-    return answered("getDialledCall", [&] { return m_parts->lists.getDialledCall(entryId, item); });
+    return resultLogged("getDialledCall", [&] { return m_components->lists.getDialledCall(entryId, item); });
 }
 
 bool JournalService::deleteDialledCall(const std::string& entryId) {
-    return answered("deleteDialledCall", [&] { return m_parts->lists.deleteDialledCall(entryId); });
+    return resultLogged("deleteDialledCall", [&] { return m_components->lists.deleteDialledCall(entryId); });
 }
 
 bool JournalService::deleteDialledCallList(const std::set<std::string>& entryIds) {
-    return answered("deleteDialledCallList", [&] { return m_parts->lists.deleteDialledCallList(entryIds); });
+    return resultLogged("deleteDialledCallList",
+                        [&] { return m_components->lists.deleteDialledCallList(entryIds); });
 }
 
 bool JournalService::deleteDialledCallList() {
-    return answered("deleteDialledCallList", [&] { return m_parts->lists.deleteDialledCallList(); });
+    return resultLogged("deleteDialledCallList", [&] { return m_components->lists.deleteDialledCallList(); });
 }
 
 bool JournalService::getLastDialledNumber(DialledCallItem& item) {
-    return answered("getLastDialledNumber", [&] { return m_parts->lists.getLastDialledNumber(item); });
+    return resultLogged("getLastDialledNumber",
+                        [&] { return m_components->lists.getLastDialledNumber(item); });
 }
 
 // --- JournalServiceIfc: received calls ---
 
 void JournalService::getReceivedCallList(std::deque<ReceivedCallItem>& list) {
-    guarded("getReceivedCallList", [&] { m_parts->lists.getReceivedCallList(list); });
+    runLogged("getReceivedCallList", [&] { m_components->lists.getReceivedCallList(list); });
 }
 
 bool JournalService::getReceivedCall(const std::string& entryId, ReceivedCallItem& item) {
-    return answered("getReceivedCall", [&] { return m_parts->lists.getReceivedCall(entryId, item); });
+    return resultLogged("getReceivedCall",
+                        [&] { return m_components->lists.getReceivedCall(entryId, item); });
 }
 
 bool JournalService::deleteReceivedCall(const std::string& entryId) {
-    return answered("deleteReceivedCall", [&] { return m_parts->lists.deleteReceivedCall(entryId); });
+    return resultLogged("deleteReceivedCall",
+                        [&] { return m_components->lists.deleteReceivedCall(entryId); });
 }
 
 bool JournalService::deleteReceivedCallList(const std::set<std::string>& entryIds) {
-    return answered("deleteReceivedCallList",
-                    [&] { return m_parts->lists.deleteReceivedCallList(entryIds); });
+    return resultLogged("deleteReceivedCallList",
+                        [&] { return m_components->lists.deleteReceivedCallList(entryIds); });
 }
 
 bool JournalService::deleteReceivedCallList() {
-    return answered("deleteReceivedCallList", [&] { return m_parts->lists.deleteReceivedCallList(); });
+    return resultLogged("deleteReceivedCallList",
+                        [&] { return m_components->lists.deleteReceivedCallList(); });
 }
 
 // --- JournalServiceIfc: forwarded calls ---
 
 void JournalService::getForwardedCallList(std::deque<ForwardedCallItem>& list) {
-    guarded("getForwardedCallList", [&] { m_parts->lists.getForwardedCallList(list); });
+    runLogged("getForwardedCallList", [&] { m_components->lists.getForwardedCallList(list); });
 }
 
 bool JournalService::getForwardedCall(const std::string& entryId, ForwardedCallItem& item) {
-    return answered("getForwardedCall", [&] { return m_parts->lists.getForwardedCall(entryId, item); });
+    return resultLogged("getForwardedCall",
+                        [&] { return m_components->lists.getForwardedCall(entryId, item); });
 }
 
 bool JournalService::deleteForwardedCall(const std::string& entryId) {
-    return answered("deleteForwardedCall", [&] { return m_parts->lists.deleteForwardedCall(entryId); });
+    return resultLogged("deleteForwardedCall",
+                        [&] { return m_components->lists.deleteForwardedCall(entryId); });
 }
 
 bool JournalService::deleteForwardedCallList(const std::set<std::string>& entryIds) {
-    return answered("deleteForwardedCallList",
-                    [&] { return m_parts->lists.deleteForwardedCallList(entryIds); });
+    return resultLogged("deleteForwardedCallList",
+                        [&] { return m_components->lists.deleteForwardedCallList(entryIds); });
 }
 
 bool JournalService::deleteForwardedCallList() {
-    return answered("deleteForwardedCallList", [&] { return m_parts->lists.deleteForwardedCallList(); });
+    return resultLogged("deleteForwardedCallList",
+                        [&] { return m_components->lists.deleteForwardedCallList(); });
 }
 
 // --- JournalServiceIfc: callbacks ---
 
 void JournalService::getCallBackList(std::deque<CallBackItem>& list) {
-    guarded("getCallBackList", [&] { m_parts->lists.getCallBackList(list); });
+    runLogged("getCallBackList", [&] { m_components->lists.getCallBackList(list); });
 }
 
 bool JournalService::deleteCallBack(const std::string& entryId) {
-    return answered("deleteCallBack", [&] { return m_parts->lists.deleteCallBack(entryId); });
+    return resultLogged("deleteCallBack", [&] { return m_components->lists.deleteCallBack(entryId); });
 }
 
 bool JournalService::deleteCallBackList(const std::set<std::string>& entryIds) {
-    return answered("deleteCallBackList", [&] { return m_parts->lists.deleteCallBackList(entryIds); });
+    return resultLogged("deleteCallBackList",
+                        [&] { return m_components->lists.deleteCallBackList(entryIds); });
 }
 
 bool JournalService::deleteCallBackList() {
-    return answered("deleteCallBackList", [&] { return m_parts->lists.deleteCallBackList(); });
+    return resultLogged("deleteCallBackList", [&] { return m_components->lists.deleteCallBackList(); });
 }
 
 // --- JournalServiceIfc: the journal as a whole ---
 
 bool JournalService::deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest) {
-    return answered("deleteCalls",
-                    [&] { return m_parts->lists.deleteCalls(entryIds, isSendDeleteMissedCallRequest); });
+    return resultLogged("deleteCalls", [&] {
+        return m_components->lists.deleteCalls(entryIds, isSendDeleteMissedCallRequest);
+    });
 }
 
 bool JournalService::deleteAllCalls() {
-    return answered("deleteAllCalls", [&] { return m_parts->lists.deleteAllCalls(); });
+    return resultLogged("deleteAllCalls", [&] { return m_components->lists.deleteAllCalls(); });
 }
 
 bool JournalService::resetUserCalls() {
@@ -221,43 +235,44 @@ bool JournalService::resetUserContacts() {
 }
 
 bool JournalService::refreshCallLog() {
-    return answered("refreshCallLog", [&] { return m_parts->refresh.refreshCallLog(); });
+    return resultLogged("refreshCallLog", [&] { return m_components->refresh.refreshCallLog(); });
 }
 
 bool JournalService::refreshCallLists() {
-    return answered("refreshCallLists", [&] { return m_parts->refresh.refreshCallLists(); });
+    return resultLogged("refreshCallLists", [&] { return m_components->refresh.refreshCallLists(); });
 }
 
 bool JournalService::setJournalServiceCallLogEventsDisabling(const std::string& value) {
-    return answered("setJournalServiceCallLogEventsDisabling",
-                    [&] { return m_parts->refresh.setJournalServiceCallLogEventsDisabling(value); });
+    return resultLogged("setJournalServiceCallLogEventsDisabling",
+                        [&] { return m_components->refresh.setJournalServiceCallLogEventsDisabling(value); });
 }
 
 bool JournalService::getCallRecordsAssociatedWith(const Contact& contact,
                                                   std::vector<Contact::CallRecord>& records) {
-    return answered("getCallRecordsAssociatedWith",
-                    [&] { return m_parts->lists.getCallRecordsAssociatedWith(contact, records); });
+    return resultLogged("getCallRecordsAssociatedWith",
+                        [&] { return m_components->lists.getCallRecordsAssociatedWith(contact, records); });
 }
 
 // --- ContactGetterIfc ---
 
 void JournalService::getContactList(std::vector<Contact>& contacts) {
-    guarded("getContactList", [&] { m_parts->lists.contacts().getContactList(contacts); });
+    runLogged("getContactList", [&] { m_components->lists.contacts().getContactList(contacts); });
 }
 
 // --- JournalServiceObserverSubscriptionIfc ---
 
 bool JournalService::subscribeForJournalEvents(JournalServiceObserverIfc* observer) {
-    return answered("subscribeForJournalEvents", [&] { return m_parts->subscription.subscribe(observer); });
+    return resultLogged("subscribeForJournalEvents",
+                        [&] { return m_components->subscription.subscribe(observer); });
 }
 
 bool JournalService::unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) {
-    return answered("unsubscribeForJournalEvents",
-                    [&] { return m_parts->subscription.unsubscribe(observer); });
+    return resultLogged("unsubscribeForJournalEvents",
+                        [&] { return m_components->subscription.unsubscribe(observer); });
 }
 
 void JournalService::loadCallListsFromDb() {
-    m_parts->loader.loadCallListsFromDb();
+    m_components->loader.loadCallListsFromDb();
 }
 
 // --- CSTAEventIfc ---
@@ -268,127 +283,131 @@ void JournalService::deliverEvent(CSTAEvent* event) {
     }
     const char* type = typeid(*event).name();
     LOG_EVENTS(5, "deliverEvent[%s]", *type == '*' ? type + 1 : type);
-    guarded("deliverEvent", [this, event] { event->dispatch(*this); });
-    m_parts->blindTransfer.eventDelivered(event->getType());
+    runLogged("deliverEvent", [this, event] { event->dispatch(*this); });
+    m_components->blindTransfer.eventDelivered(event->getType());
 }
 
 // --- CSTAEventObserverBase ---
 
 void JournalService::handleCSTAOriginatedEvent(CSTAOriginatedEvent* event) {
-    m_parts->callControlEvents.handleCSTAOriginatedEvent(event);
+    m_components->callControlEvents.handleCSTAOriginatedEvent(event);
 }
 
 void JournalService::handleCSTAOfferedEvent(CSTAOfferedEvent* event) {
-    m_parts->callControlEvents.handleCSTAOfferedEvent(event);
+    m_components->callControlEvents.handleCSTAOfferedEvent(event);
 }
 
 void JournalService::handleCSTAQueuedEvent(CSTAQueuedEvent* event) {
-    m_parts->callControlEvents.handleCSTAQueuedEvent(event);
+    m_components->callControlEvents.handleCSTAQueuedEvent(event);
 }
 
 void JournalService::handleCSTADeliveredEvent(CSTADeliveredEvent* event) {
-    m_parts->callControlEvents.handleCSTADeliveredEvent(event);
+    m_components->callControlEvents.handleCSTADeliveredEvent(event);
 }
 
 void JournalService::handleCSTADivertedEvent(CSTADivertedEvent* event) {
-    m_parts->callControlEvents.handleCSTADivertedEvent(event);
+    m_components->callControlEvents.handleCSTADivertedEvent(event);
 }
 
 void JournalService::handleCSTAEstablishedEvent(CSTAEstablishedEvent* event) {
-    m_parts->callControlEvents.handleCSTAEstablishedEvent(event);
+    m_components->callControlEvents.handleCSTAEstablishedEvent(event);
 }
 
 void JournalService::handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
-    m_parts->blindTransfer.handleCSTAConnectionClearedEvent(event);
+    m_components->connectionCleared.handleCSTAConnectionClearedEvent(event);
 }
 
 void JournalService::handleCSTAFailedEvent(CSTAFailedEvent* event) {
-    m_parts->callControlEvents.handleCSTAFailedEvent(event);
+    m_components->callControlEvents.handleCSTAFailedEvent(event);
 }
 
 void JournalService::handleCSTAHookswitchEvent(CSTAHookswitchEvent* /*event*/) {}
 
 void JournalService::handleCSTAConferencedEvent(CSTAConferencedEvent* event) {
-    m_parts->conferenceEvents.handleCSTAConferencedEvent(event);
+    m_components->conferenceEvents.handleCSTAConferencedEvent(event);
 }
 
 void JournalService::handleCSTACallInformationEvent(CSTACallInformationEvent* event) {
-    m_parts->callInformationEvents.handleCSTACallInformationEvent(event);
+    m_components->callInformationEvents.handleCSTACallInformationEvent(event);
 }
 
 void JournalService::handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) {
-    m_parts->systemStatusEvents.handleCSTASystemStatusEvent(event);
+    m_components->systemStatusEvents.handleCSTASystemStatusEvent(event);
 }
 
 void JournalService::handleCSTAPrivateEvent(CSTAPrivateEvent* event) {
-    m_parts->privateEvents.handleCSTAPrivateEvent(event);
+    m_components->privateEvents.handleCSTAPrivateEvent(event);
 }
 
 void JournalService::handleCSTATransferredEvent(CSTATransferredEvent* event) {
-    m_parts->transferredEvents.handleCSTATransferredEvent(event);
+    m_components->transferredEvents.handleCSTATransferredEvent(event);
 }
 
 void JournalService::handleCSTACallBackEvent(CSTACallBackEvent* event) {
-    m_parts->callBackEvents.handleCSTACallBackEvent(event);
+    m_components->callBackEvents.handleCSTACallBackEvent(event);
 }
 
 void JournalService::handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionDevices* event) {
-    m_parts->lineDeviceEvents.handleCSTASwitchingFunctionDevices(event);
+    m_components->lineDeviceEvents.handleCSTASwitchingFunctionDevices(event);
 }
 
 void JournalService::handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) {
-    m_parts->conferenceEvents.handleCSTAConferenceMembershipEvent(event);
+    m_components->conferenceEvents.handleCSTAConferenceMembershipEvent(event);
 }
 
 void JournalService::handleCSTAHeldEvent(CSTAHeldEvent* event) {
-    m_parts->blindTransfer.handleCSTAHeldEvent(*event);
+    m_components->blindTransfer.handleCSTAHeldEvent(*event);
 }
 
 void JournalService::handleCSTARetrievedEvent(CSTARetrievedEvent* event) {
-    m_parts->callControlEvents.handleCSTARetrievedEvent(event);
+    m_components->callControlEvents.handleCSTARetrievedEvent(event);
 }
 
 // --- MgmtAgentIfc ---
 
 bool JournalService::setData(ManageableData& data) {
-    return answered("setData", [&] { return m_parts->agent.setData(data); });
+    return resultLogged("setData", [&] { return m_components->managementAgent.setData(data); });
 }
 
 bool JournalService::getData(ManageableData& data) {
-    return answered("getData", [&] { return m_parts->agent.getData(data); });
+    return resultLogged("getData", [&] { return m_components->managementAgent.getData(data); });
 }
 
 void JournalService::manageableDataChanged(ManageableData& data) {
-    guarded("manageableDataChanged", [this, &data] { m_parts->agent.manageableDataChanged(data); });
+    runLogged("manageableDataChanged",
+              [this, &data] { m_components->managementAgent.manageableDataChanged(data); });
 }
 
 bool JournalService::resetUserData() {
-    return answered("resetUserData", [&] { return m_parts->refresh.resetUserData(); });
+    return resultLogged("resetUserData", [&] { return m_components->refresh.resetUserData(); });
 }
 
-// --- the gate and the timers, for those who ask ---
+// --- journalling policy, timers and services ---
 
 bool JournalService::handleCSTAEvent() {
-    return answered("handleCSTAEvent", [&] { return m_parts->gate.handleCSTAEvent(); });
+    return resultLogged("handleCSTAEvent", [&] { return m_components->policy.handleCSTAEvent(); });
 }
 
 bool JournalService::isUCServiceRunning() {
-    return answered("isUCServiceRunning", [&] { return m_parts->gate.isUCServiceRunning(); });
+    return resultLogged("isUCServiceRunning", [&] { return m_components->policy.isUCServiceRunning(); });
 }
 
 bool JournalService::isPallaxServiceRunning() {
-    return answered("isPallaxServiceRunning", [&] { return m_parts->gate.isPallaxServiceRunning(); });
+    return resultLogged("isPallaxServiceRunning",
+                        [&] { return m_components->policy.isPallaxServiceRunning(); });
 }
 
 bool JournalService::isWsiUcJournalAllowed() {
-    return answered("isWsiUcJournalAllowed", [&] { return m_parts->gate.isWsiUcJournalAllowed(); });
+    return resultLogged("isWsiUcJournalAllowed",
+                        [&] { return m_components->policy.isWsiUcJournalAllowed(); });
 }
 
 int JournalService::getAutoSaveVisitorCallLogToVantorTimerId() const {
-    return answered("getAutoSaveVisitorCallLogToVantorTimerId",
-                    [&] { return m_parts->visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId(); });
+    return resultLogged("getAutoSaveVisitorCallLogToVantorTimerId", [&] {
+        return m_components->visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId();
+    });
 }
 
 DigitAnalysisServiceIfc* JournalService::getDigitAnalysisService() const {
-    return m_parts->platform.m_digitAnalysisService;
+    return m_components->platform.m_digitAnalysisService;
 }

@@ -2,6 +2,11 @@
 
 #include "src/JournalService/base/Log.h"
 
-/// The remote interface.
+namespace journal {
+inline constexpr const char* kInvokerComponent = "Journal Service Invoker";
+inline constexpr const char* kInvokerSource = "./src/JournalServiceInvoker";
+}  // namespace journal
+
+/// Log texts of the remote interface.
 #define LOG_INVOKER(level, ...) \
-    JOURNAL_LOG_LINE("Journal Service Invoker", "./src/JournalServiceInvoker", level, __VA_ARGS__)
+    JOURNAL_LOG_LINE(journal::kInvokerComponent, journal::kInvokerSource, level, __VA_ARGS__)

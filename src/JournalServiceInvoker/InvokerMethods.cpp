@@ -21,7 +21,7 @@ namespace {
 using Service = JournalServiceIfc;
 using Helper = JournalServiceHelper;
 using Request = InvokerRequest;
-using Answer = InvokerResponseText;
+using Response = InvokerResponseText;
 using Ids = std::set<std::string>;
 
 bool firstEntryId(const Request& request, std::string& entryId) {
@@ -34,9 +34,9 @@ Ids allEntryIds(const Request& request) {
     return {ids.begin(), ids.end()};
 }
 
-/// An entry that is not known is answered with an empty item.
+/// Returns an empty item for an unknown entry.
 template <typename Item, bool (Service::*Get)(const std::string&, Item&), std::string (*Respond)(const Item&)>
-Answer getOne(const Request& request) {
+Response getOne(const Request& request) {
     std::string entryId;
     static_cast<void>(firstEntryId(request, entryId));
     Item item;
@@ -46,21 +46,21 @@ Answer getOne(const Request& request) {
 
 template <typename Item, void (Service::*Get)(std::deque<Item>&),
           std::string (*Respond)(const std::deque<Item>&)>
-Answer getList(const Request& request) {
+Response getList(const Request& request) {
     std::deque<Item> list;
     (request.service.*Get)(list);
     return Respond(list);
 }
 
-Answer lastDialledNumber(const Request& request) {
+Response lastDialledNumber(const Request& request) {
     DialledCallItem item;
     return request.service.getLastDialledNumber(item) ? Helper::respGetLastNumberDialled(item)
                                                       : invokerFailure();
 }
 
-/// Nothing but a deletion that was done is answered with true.
+/// Returns true only if the entry was deleted, and the failure text otherwise.
 template <bool (*Delete)(Service&, const std::string&)>
-Answer deleteOne(const Request& request) {
+Response deleteOne(const Request& request) {
     std::string entryId;
     const bool deleted = firstEntryId(request, entryId) && Delete(request.service, entryId);
     return deleted ? Helper::respBool(true) : invokerFailure();
@@ -76,31 +76,31 @@ bool deleteMissed(Service& service, const std::string& entryId) {
 }
 
 template <bool (Service::*Operation)(const Ids&)>
-Answer withAllIds(const Request& request) {
+Response withAllIds(const Request& request) {
     return Helper::respBool((request.service.*Operation)(allEntryIds(request)));
 }
 
 template <bool (Service::*Operation)()>
-Answer withoutArguments(const Request& request) {
+Response withoutArguments(const Request& request) {
     return Helper::respBool((request.service.*Operation)());
 }
 
-/// Runs and says nothing of it, whatever came of it.
+/// Runs the operation, ignores its result and sends no text.
 template <bool (Service::*Operation)()>
-Answer silently(const Request& request) {
+Response withoutText(const Request& request) {
     (request.service.*Operation)();
     return std::nullopt;
 }
 
-/// The one method whose success looks like a failure: clients have long taken this answer for granted.
-Answer updateMissedCall(const Request& request) {
+/// Always returns the failure text: existing clients expect it from this method.
+Response updateMissedCall(const Request& request) {
     MissedCallItem item;
     static_cast<void>(Helper::parseXMLMissedCallItem(request.message, item));
     request.service.updateMissedCall(item);
     return invokerFailure();
 }
 
-Answer ageMissedCall(const Request& request) {
+Response ageMissedCall(const Request& request) {
     std::string entryId;
     if (!firstEntryId(request, entryId)) {
         return invokerFailure();
@@ -109,14 +109,14 @@ Answer ageMissedCall(const Request& request) {
     return std::nullopt;
 }
 
-Answer deleteCalls(const Request& request) {
+Response deleteCalls(const Request& request) {
     bool sendDeleteRequest = false;
     static_cast<void>(
         Helper::getXMLValue(request.message, Helper::SENDDELETEMISSEDCALLREQUEST_XML, sendDeleteRequest));
     return Helper::respBool(request.service.deleteCalls(allEntryIds(request), sendDeleteRequest));
 }
 
-Answer disableCallLogEvents(const Request& request) {
+Response disableCallLogEvents(const Request& request) {
     std::string value;
     if (!Helper::getXMLValue(request.message, Helper::VALUE, value)) {
         return invokerFailure();
@@ -125,7 +125,7 @@ Answer disableCallLogEvents(const Request& request) {
     return std::nullopt;
 }
 
-/// The proxy that stands for the client who asks, as an observer; null, with a log line, when there is none.
+/// Returns the observer proxy of the requesting client. Without one, logs the reason and returns null.
 JournalServiceObserverIfc* remoteObserver(const Request& request) {
     std::string interfaceName = "JournalServiceObserverIfc";
     std::string clientName = request.response.getRequester();
@@ -142,7 +142,7 @@ JournalServiceObserverIfc* remoteObserver(const Request& request) {
 }
 
 template <bool (JournalServiceObserverSubscriptionIfc::*Operation)(JournalServiceObserverIfc*)>
-Answer withRemoteObserver(const Request& request) {
+Response withRemoteObserver(const Request& request) {
     JournalServiceObserverIfc* const observer = remoteObserver(request);
     return observer ? Helper::respBool((request.service.*Operation)(observer)) : invokerFailure();
 }
@@ -198,8 +198,8 @@ constexpr Row kMethods[] = {
     {Id::eRefreshCallLog, withoutArguments<&Service::refreshCallLog>},
     {Id::eRefreshCallLists, withoutArguments<&Service::refreshCallLists>},
     {Id::eSetJournalServiceCallLogEventsDisabling, disableCallLogEvents},
-    {Id::eResetUserCalls, silently<&Service::resetUserCalls>},
-    {Id::eResetUserContacts, silently<&Service::resetUserContacts>},
+    {Id::eResetUserCalls, withoutText<&Service::resetUserCalls>},
+    {Id::eResetUserContacts, withoutText<&Service::resetUserContacts>},
 };
 
 }  // namespace

@@ -1,13 +1,13 @@
 #include "journalservice/JournalServiceInvoker.h"
 
 #include <cstddef>
-#include <exception>
 #include <string>
 
 #include "journalservice/JournalServiceIfc.h"
 #include "platform/framework/Executable.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/logging/LogExceptions.h"
 #include "src/JournalServiceInvoker/InvokerLog.h"
 #include "src/JournalServiceInvoker/InvokerMethods.h"
 
@@ -15,18 +15,6 @@ namespace {
 
 std::string textOf(const char* message, int length) {
     return message && length > 0 ? std::string(message, static_cast<std::size_t>(length)) : std::string();
-}
-
-/// Runs `step`; what it throws ends in a log line.
-template <typename Step>
-void survives(const char* what, Step step) noexcept {
-    try {
-        step();
-    } catch (const std::exception& error) {
-        LOG_INVOKER(2, "%s failed: %s", what, error.what());
-    } catch (...) {
-        LOG_INVOKER(2, "%s failed", what);
-    }
 }
 
 journal::InvokerResponseText responseTo(const std::string& message, JournalServiceIfc& service,
@@ -44,17 +32,20 @@ void JournalServiceInvoker::handleMessage(Executable* target, const char* messag
         LOG_INVOKER(2, "Invoker response is NULL");
         return;
     }
-    journal::InvokerResponseText answer = journal::invokerFailure();
+    const LogOrigin origin{journal::kInvokerComponent, journal::kInvokerSource, __LINE__};
+    journal::InvokerResponseText responseText = journal::invokerFailure();
     auto* const service = dynamic_cast<JournalServiceIfc*>(target);
     if (service) {
-        survives("handling a message",
-                 [&] { answer = responseTo(textOf(message, length), *service, m_context, *response); });
+        logExceptions(origin, "handling a message", [&] {
+            responseText = responseTo(textOf(message, length), *service, m_context, *response);
+        });
     } else {
         LOG_INVOKER(2, "Journal Service interface is NULL");
     }
-    if (answer) {
-        survives("setting an answer",
-                 [&] { response->setPayload(answer->data(), static_cast<int>(answer->size())); });
+    if (responseText) {
+        logExceptions(origin, "setting a response", [&] {
+            response->setPayload(responseText->data(), static_cast<int>(responseText->size()));
+        });
     }
-    survives("completing an answer", [&] { response->complete(); });
+    logExceptions(origin, "completing a response", [&] { response->complete(); });
 }

@@ -21,7 +21,7 @@ using journal::JournalLists;
 using Helper = CallListDatabaseAdapterHelper;
 
 constexpr const char* kResultColumns = "CALL_LOG.* PHONE_BOOK.*";
-/// Over both requests of a load together.
+/// The limit of both requests of a load together, in rows.
 constexpr unsigned kRowBudget = 200;
 
 template <typename Item>
@@ -29,7 +29,8 @@ void clearList(JournalLists& lists) {
     lists.list<Item>().access()->clear();
 }
 
-/// Adds the items at the back of their list and brings it into order. Answers its size before that.
+/// Appends the items to their list and normalises the list. Returns the size of the list before
+/// normalisation.
 template <typename Item, typename Normalize>
 unsigned addToList(JournalLists& lists, const std::deque<Item>& found, const char* word,
                    Normalize normalize) {
@@ -57,7 +58,7 @@ std::string JournalServiceQorvexTel::buildXmlHeader(const std::string& schemaNam
 
 std::string JournalServiceQorvexTel::loadCallLists(const std::string& schemaName,
                                                    const std::string& resultCols, unsigned rowLimit) const {
-    return parts().adapter.processRequest(
+    return components().adapter.processRequest(
         buildXmlHeader(schemaName, Helper::READREQUEST) + buildXmlElement(Helper::RESULTCOLS, resultCols) +
         buildXmlElement(Helper::OFFSET, "0") +
         buildXmlElement(Helper::ROWLIMIT, ClientUtils::itos(rowLimit)) + "</Schema>");
@@ -72,7 +73,7 @@ bool JournalServiceQorvexTel::ifNotReadFailure(const std::string& response) cons
 }
 
 void JournalServiceQorvexTel::loadCallListsFromDb() {
-    const JournalLists::Change change(parts().lists);
+    const JournalLists::Change change(components().lists);
     unsigned count = 0;
     unsigned inLists = 0;
     unsigned budget = kRowBudget;
@@ -91,17 +92,17 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
         response = loadCallLists(Helper::CALLLOGPHONEBOOK_SCHEMA, budget);
         LOG_LOADING(5, "response from read all:%s\n", response.c_str());
         if (ifNotReadFailure(response)) {
-            // What the first response brought is counted again here, since the lists are.
+            // Counts whole lists, so the items of the first response are counted again.
             inLists = processReadResponse(response);
             count += inLists;
         }
     }
     LOG_LOADING(5, "Found %d call(s) in total\n", static_cast<int>(count));
-    parts().lists.olderEntries().loaded(!callsRead || !whole || inLists >= kRowBudget);
+    components().lists.olderEntries().loaded(!callsRead || !whole || inLists >= kRowBudget);
 }
 
 void JournalServiceQorvexTel::clearPreviousCachedData() const {
-    JournalLists& lists = parts().lists;
+    JournalLists& lists = components().lists;
     clearList<MissedCallItem>(lists);
     clearList<DialledCallItem>(lists);
     clearList<ReceivedCallItem>(lists);
@@ -118,9 +119,9 @@ unsigned JournalServiceQorvexTel::processReadResponse(const std::string& respons
     m_wholeResponse =
         JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
 
-    JournalLists& lists = parts().lists;
+    JournalLists& lists = components().lists;
     unsigned count = addToList(lists, missed, "missed", [this](std::deque<MissedCallItem>& items) {
-        parts().adapter.normalizeMissedCallList(items);
+        components().adapter.normalizeMissedCallList(items);
     });
     count += addToList(lists, dialled, "dialled", [&lists](std::deque<DialledCallItem>& items) {
         lists.normalizeDialledCallList(items);

@@ -27,16 +27,16 @@ void ObserverNotifier::forEachObserver(UpdateSingle update, Fill fill) {
     }
     ObserverData data;
     fill(data);
-    // The end is read again after each call: the vector belongs to whoever holds the lock, and an observer runs
-    // under it.
+    // Reads the size again after each call: the lock protects the vector from other threads, not from an
+    // observer that runs on this one.
     // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t index = 0; index < m_observers.size(); ++index) {
-        tell(update, *m_observers[index], data);
+        notify(update, *m_observers[index], data);
     }
 }
 
-void ObserverNotifier::tell(UpdateSingle update, JournalServiceObserverIfc& observer,
-                            const ObserverData& data) {
+void ObserverNotifier::notify(UpdateSingle update, JournalServiceObserverIfc& observer,
+                              const ObserverData& data) {
     try {
         (this->*update)(observer, data);
     } catch (const std::exception& error) {
@@ -59,7 +59,7 @@ bool ObserverNotifier::subscribe(JournalServiceObserverIfc* observer, const Dial
     m_observers.push_back(observer);
     ObserverData data;
     data.dialledCall = lastDialled;
-    tell(&ObserverNotifier::updateSingleSubscriber, *observer, data);
+    notify(&ObserverNotifier::updateSingleSubscriber, *observer, data);
     return true;
 }
 

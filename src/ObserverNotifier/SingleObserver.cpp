@@ -1,4 +1,4 @@
-// What one observer is told: the part of the notifier that knows nothing of the others.
+// The updates of one observer; see ObserverNotifier.cpp for the loop over all observers.
 
 #include <algorithm>
 #include <deque>
@@ -18,8 +18,8 @@ void logNumbers(const DialledCallItem& item) {
     }
 }
 
-/// The number that closes the line about missed calls: presentation C of the newest occurrence, the one number that
-/// decides whether a call counts as recorded already. 0 without occurrences.
+/// Returns the last number of the log text about missed calls: presentation C of the newest occurrence, which
+/// decides if a call is already recorded. 0 without occurrences.
 int loggedNumberOf(const MissedCallItem& item) {
     return item.getMissedCallInfoList().empty() ? 0 : item.getMissedCallInfoList().front().getPresentationC();
 }

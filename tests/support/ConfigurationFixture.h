@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/csta/CSTAEventIfc.h"
+#include "platform/framework/Executable.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
 #include "src/JournalService/base/JournalPolicy.h"
@@ -10,6 +11,7 @@
 #include "src/JournalServiceEvents/configuration/JournalSettings.h"
 #include "src/JournalServiceEvents/configuration/ManagementAgent.h"
 #include "src/JournalServiceEvents/configuration/PhoneValues.h"
+#include "src/JournalServiceEvents/configuration/VisitorCallLog.h"
 #include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
 #include "src/JournalServiceEvents/switch-log/CallLogReadiness.h"
 #include "tests/support/FakeContext.h"
@@ -20,8 +22,11 @@
 
 namespace journaltest {
 
-/// The journal's parts that follow the phone's management, on a SIP phone until a test says otherwise. One thread.
-class ConfigurationFixture : public ListsFixture, public MgmtAgentIfc, public CSTAEventIfc {
+/// The components that depend on the phone's management, on a SIP phone by default. Call from one thread.
+class ConfigurationFixture : public ListsFixture,
+                             public MgmtAgentIfc,
+                             public CSTAEventIfc,
+                             public Executable {
 public:
     ConfigurationFixture() {
         platform.m_localMgmt = &management;
@@ -29,7 +34,7 @@ public:
         platform.m_digitAnalysisService = &digits;
     }
 
-    /// Switches the own settings on that stand in `on`, "enabled missed delete", and the others off.
+    /// Turns the own settings named in `on` ("enabled missed delete") on and the others off.
     void setOwn(const std::string& on) {
         settings.change([&on](journal::SettingsSnapshot& values) {
             values.m_callLogEnabled = on.find("enabled") != std::string::npos;
@@ -37,7 +42,7 @@ public:
             values.m_deleteMissedWhenCalled = on.find("delete") != std::string::npos;
         });
     }
-    /// The own settings that are on.
+    /// Returns the own settings that are on.
     [[nodiscard]] std::string own() const {
         const auto now = settings.values();
         const std::string text = std::string(now->m_callLogEnabled ? " enabled" : "") +
@@ -46,12 +51,13 @@ public:
         return text.empty() ? text : text.substr(1);
     }
 
-    // What the service itself does with what it is told.
+    // Delegation as in the service.
     bool setData(ManageableData& data) override { return agent.setData(data); }
     bool getData(ManageableData& data) override { return agent.getData(data); }
     void manageableDataChanged(ManageableData& data) override { agent.manageableDataChanged(data); }
     bool resetUserData() override { return refresh.resetUserData(); }
     void deliverEvent(CSTAEvent* /*event*/) override {}
+    void timerEvent(int id) override { visitorCallLog.onTimer(id); }
 
     FakeLocalMgmt management;
     FakeContext context;
@@ -59,15 +65,21 @@ public:
     FakeUC uc;
     FakePallax pallax;
     FakeWsi wsi;
-    journal::CstaMonitors monitors{platform, settings, *this};
+    journal::CstaMonitors monitors{platform, settings, nullptr, *this};
     journal::CallLogReadiness readiness;
-    journal::PhoneValues managementValues{platform, settings, monitors, readiness};
-    journal::JournalSettings ownSettings{settings, adapter, lists};
-    journal::JournalPolicy gate{platform, settings};
-    journal::JournalRefresh refresh{{platform, settings, ownSettings, managementValues, lists, notifier},
+    journal::PhoneValues phoneValues{platform, settings, monitors, readiness};
+    journal::JournalSettings journalSettings{settings, adapter, lists};
+    journal::JournalPolicy policy{platform, settings};
+    journal::JournalRefresh refresh{platform,
+                                    settings,
+                                    journalSettings,
+                                    phoneValues,
+                                    lists,
+                                    notifier,
                                     [this] { loader.loadCallListsFromDb(); }};
-    journal::ManagementAgent agent{{settings, ownSettings, managementValues, monitors, gate, lists, refresh,
-                                    persistence.m_visitorCallLogSavePending}};
+    journal::VisitorCallLog visitorCallLog{platform, settings, *this};
+    journal::ManagementAgent agent{settings, journalSettings, phoneValues, monitors,
+                                   policy,   lists,           refresh,     visitorCallLog};
 };
 
 }  // namespace journaltest

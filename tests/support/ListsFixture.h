@@ -75,8 +75,10 @@ public:
     CallListDatabaseAdapter adapter;
     journal::PhoneSettings settings;
     journal::PlatformServices platform;
-    journal::CallLogRequests requests{platform, settings};
-    journal::ListPersistence persistence{adapter};
+    journal::CallLogRequests requests{platform, settings, nullptr};
+    /// Writes that the database gave a unique id.
+    int writes = 0;
+    journal::ListPersistence persistence{adapter, [this] { ++writes; }};
     ObserverNotifier notifier;
     journal::JournalLists lists{settings, persistence, requests, notifier};
     journal::ListLoader loader{settings, adapter, lists};

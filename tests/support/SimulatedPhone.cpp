@@ -100,7 +100,7 @@ std::string callIdOf(const std::string& word) {
 class SimulatedPhone::Service final : public JournalServiceQorvexTel {
 public:
     Service() : JournalServiceQorvexTel(nullptr) {}
-    using JournalService::parts;
+    using JournalService::components;
 };
 
 void SimulatedPhone::Deleter::operator()(Service* service) const {
@@ -145,7 +145,7 @@ JournalServiceQorvexTel& SimulatedPhone::service() {
 
 journal::JournalComponents& SimulatedPhone::components() {
     service();
-    return m_service->parts();
+    return m_service->components();
 }
 
 // ---- what happens at the telephone ------------------------------------------------------------------------------

@@ -2,7 +2,8 @@
 
 namespace journal {
 
-/// Whether the phone runs the Crest user interface, which shows forwarded outgoing calls as forwarded. Any thread.
+/// Whether the phone runs the Crest user interface, which shows forwarded outgoing calls as forwarded. Any
+/// thread.
 [[nodiscard]] bool isUsingCrestUX();
 
 }  // namespace journal

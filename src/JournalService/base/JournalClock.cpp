@@ -19,7 +19,8 @@ std::atomic<ClockServiceIfc*> JournalClock::m_pClockSvc{nullptr};
 
 namespace {
 
-// Who brought which clock, in the order of arrival, so that the process's clock can fall back to an older one.
+// Who brought which clock, in the order of arrival, so that the process's clock can fall back to an older
+// one.
 struct BroughtClocks {
     std::mutex mutex;
     std::vector<std::pair<const JournalClock*, ClockServiceIfc*>> clocks;

@@ -9,9 +9,10 @@ namespace journal {
 
 /// Time strings, entry ids and durations, all from the phone's clock service.
 ///
-/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process brings the clock that
-/// its framework gave it; a journal that goes away takes only its own back, and the others keep theirs.
-/// Threads: any thread may ask at any time; `adoptClock` and destruction belong to the journal's own start and end.
+/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process brings the
+/// clock that its framework gave it; a journal that goes away takes only its own back, and the others keep
+/// theirs. Threads: any thread may ask at any time; `adoptClock` and destruction belong to the journal's own
+/// start and end.
 class JournalClock {
 public:
     JournalClock() = default;
@@ -19,7 +20,8 @@ public:
     JournalClock& operator=(const JournalClock&) = delete;
     ~JournalClock();
 
-    /// Takes the clock, borrowed until this object is destroyed; null leaves the journal to the process's clock.
+    /// Takes the clock, borrowed until this object is destroyed; null leaves the journal to the process's
+    /// clock.
     void adoptClock(ClockServiceIfc* clock);
 
     /// Whether there is a clock at all.
@@ -30,8 +32,8 @@ public:
     [[nodiscard]] std::string getCallBackTime() const;
     /// Seconds since 1970; -1 without a clock.
     [[nodiscard]] long getCurrentTimeSec() const;
-    /// The current time string and the low 32 bits of the call id, read as a decimal number, in eight upper-case
-    /// hexadecimal digits: 28 characters. A call id that is no number counts as 0.
+    /// The current time string and the low 32 bits of the call id, read as a decimal number, in eight
+    /// upper-case hexadecimal digits: 28 characters. A call id that is no number counts as 0.
     [[nodiscard]] std::string createEntryId(const std::string& callId) const;
     /// `seconds` in the clock's display format; empty without a clock.
     [[nodiscard]] std::string formatTimeDate(long seconds) const;

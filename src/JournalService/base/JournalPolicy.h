@@ -5,8 +5,8 @@ namespace journal {
 class PlatformServices;
 class PhoneSettings;
 
-/// Decides whether the journal follows calls at all: not while another journal on the phone owns the call log.
-/// Any thread may ask.
+/// Decides whether the journal follows calls at all: not while another journal on the phone owns the call
+/// log. Any thread may ask.
 class JournalPolicy {
 public:
     /// Both are borrowed and outlive the gate.

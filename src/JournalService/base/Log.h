@@ -3,8 +3,9 @@
 #include "platform/logging/Logging.h"
 
 // Log lines of the journal library, by component. Macros, because a line that is off must not evaluate its
-// arguments and a line that is on carries its own line number. Levels: 2 error, 3 warning, 4 and 5 information
-// and decisions, 6 detail. The texts are a contract with support engineers: they stand as they are.
+// arguments and a line that is on carries its own line number. Levels: 2 error, 3 warning, 4 and 5
+// information and decisions, 6 detail. The texts are a contract with support engineers: they stand as they
+// are.
 
 #define JOURNAL_LOG_LINE(component, source, level, ...)                 \
     do {                                                                \

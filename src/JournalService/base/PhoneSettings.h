@@ -27,7 +27,8 @@ struct SettingsSnapshot {
     bool m_ringCentralSyncCallLog = false;
     bool m_btHwOn = false;
 
-    // Derived from m_systemIdentifier: 2 is server call-log mode, 1 waits for the switch to mark missed calls.
+    // Derived from m_systemIdentifier: 2 is server call-log mode, 1 waits for the switch to mark missed
+    // calls.
     bool m_useCSTACallControlEvents = false;
     bool m_serverBasedCallLog = false;
     bool m_enterMarkedMissedCall = false;
@@ -43,8 +44,8 @@ struct SettingsSnapshot {
 
 /// The configuration values that every other part reads as constants.
 ///
-/// Threads: any thread may read and change at any time. A reader gets an immutable snapshot, so that a decision
-/// that looks at two values sees both from one moment; it stays valid for as long as it is held.
+/// Threads: any thread may read and change at any time. A reader gets an immutable snapshot, so that a
+/// decision that looks at two values sees both from one moment; it stays valid for as long as it is held.
 class PhoneSettings {
 public:
     using Snapshot = std::shared_ptr<const SettingsSnapshot>;

@@ -13,18 +13,17 @@ class Executable;
 class LocalMgmtIfc;
 class MobilityServiceIfc;
 class PallaxServiceIfc;
-class Service;
 class TeamServiceIfc;
 class UCServiceIfc;
 class WSIServiceIfc;
 
 namespace journal {
 
-/// The platform services that the journal works with. Every pointer may be null, and whoever uses one checks it:
-/// a missing service is tolerated. All are borrowed from the framework and outlive the journal.
+/// The platform services that the journal works with. Every pointer may be null, and whoever uses one checks
+/// it: a missing service is tolerated. All are borrowed from the framework and outlive the journal.
 ///
-/// Threads: `findAll` runs once, before anything else; the members are constant afterwards. The three services
-/// that are found at first use may be asked for from any thread.
+/// Threads: `findAll` runs once, before anything else; the members are constant afterwards. The three
+/// services that are found at first use may be asked for from any thread.
 class PlatformServices {
 public:
     PlatformServices() = default;
@@ -45,8 +44,6 @@ public:
     /// The unified-communications service when an earlier call found it; never looks it up.
     [[nodiscard]] UCServiceIfc* knownUcService() const noexcept { return m_ucService.load(); }
 
-    /// The journal itself, as the source of its requests to the switch.
-    Service* m_self = nullptr;
     Context* m_context = nullptr;
     CSTAServiceIfc* m_cstaService = nullptr;
     DataAccessServiceIfc* m_dataAccessService = nullptr;

@@ -58,7 +58,7 @@ bool CallLogRequests::exchange(const CallLogEntryRequest& request) const {
         return false;
     }
     CSTAEscapeRequest escape;
-    escape.setSourceService(m_platform.m_self);
+    escape.setSourceService(m_source);
     escape.setEventType(kCallLogEntryRequestType);
     escape.setCallLogEntry(&request);
     m_platform.m_cstaService->request(escape);

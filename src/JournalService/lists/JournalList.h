@@ -10,8 +10,8 @@ namespace journal {
 
 /// One list of the journal, newest item first, with the lock that guards it.
 ///
-/// Threads: any. The items are reached only through an `Access`, which holds the list's lock for its scope. Never
-/// hold two accesses at once, and never call an observer while holding one.
+/// Threads: any. The items are reached only through an `Access`, which holds the list's lock for its scope.
+/// Never hold two accesses at once, and never call an observer while holding one.
 template <typename Item>
 class JournalList {
 public:

@@ -27,18 +27,19 @@ namespace journal {
 
 class PhoneSettings;
 
-/// The five lists, and the contacts that came with them, with everything that clients may do to them. Every change is
-/// mirrored to the database, reported to a switch that keeps the call log, and told to the observers, in this order.
+/// The five lists, and the contacts that came with them, with everything that clients may do to them. Every
+/// change is mirrored to the database, reported to a switch that keeps the call log, and told to the
+/// observers, in this order.
 ///
-/// Threads: any. Changes are made and announced one at a time (`Change`), so that observers hear of them in the
-/// order in which they happened and the last count that they hear is the right one; observers and requests to the
-/// switch are called with no list lock held. Lock order: call map, change, notifier, one list. Reading takes the
-/// list's lock alone.
+/// Threads: any. Changes are made and announced one at a time (`Change`), so that observers hear of them in
+/// the order in which they happened and the last count that they hear is the right one; observers and
+/// requests to the switch are called with no list lock held. Lock order: call map, change, notifier, one
+/// list. Reading takes the list's lock alone.
 class JournalLists {
 public:
-    /// Held by whoever changes lists, from before the first look at them until the observers have been told. The
-    /// thread that holds one may open another. Never opened from inside an observer callback. What one change reports
-    /// to the switch is one batch: a switch that does not answer is waited for once.
+    /// Held by whoever changes lists, from before the first look at them until the observers have been told.
+    /// The thread that holds one may open another. Never opened from inside an observer callback. What one
+    /// change reports to the switch is one batch: a switch that does not answer is waited for once.
     class Change {
     public:
         explicit Change(JournalLists& lists) : m_section(lists.m_changeLock), m_batch(lists.m_requests) {}
@@ -68,8 +69,9 @@ public:
     [[nodiscard]] JournalContacts& contacts() noexcept { return m_contacts; }
     /// What the database holds beside the lists; for holders of a `Change`.
     [[nodiscard]] UnloadedEntries& olderEntries() noexcept { return m_olderEntries; }
-    /// Brings the newest older entry that `matches` back into its list, to its place, unless the list has a match
-    /// already: whoever changes a party's entry must find it there. For holders of a `Change`, but of no list.
+    /// Brings the newest older entry that `matches` back into its list, to its place, unless the list has a
+    /// match already: whoever changes a party's entry must find it there. For holders of a `Change`, but of
+    /// no list.
     template <typename Item, typename Matches>
     void restore(Matches matches);
 
@@ -120,11 +122,12 @@ public:
     bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest);
     bool deleteAllCalls();
 
-    /// Offers every deletion and every item to the database again that it has refused. False when it still refuses an item.
+    /// Offers every deletion and every item to the database again that it has refused. False when it still
+    /// refuses an item.
     bool repeatRefused();
 
-    // Ordering a list right after it was loaded; the caller holds the list. Items without occurrences go, here and
-    // in the database.
+    // Ordering a list right after it was loaded; the caller holds the list. Items without occurrences go,
+    // here and in the database.
     void normalizeDialledCallList(std::deque<DialledCallItem>& list);
     void normalizeReceivedCallList(std::deque<ReceivedCallItem>& list);
     void normalizeForwardedCallList(std::deque<ForwardedCallItem>& list);

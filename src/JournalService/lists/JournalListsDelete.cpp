@@ -6,8 +6,9 @@
 #include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalService/lists/ListPersistence.h"
 
-// Deleting goes one road for every list: tell the switch, then, under the list's lock, the database and the list, then
-// the observers. What differs stands in `reportDeleted`, `reportCleared` and the three `announce...`.
+// Deleting goes one road for every list: tell the switch, then, under the list's lock, the database and the
+// list, then the observers. What differs stands in `reportDeleted`, `reportCleared` and the three
+// `announce...`.
 
 namespace journal {
 
@@ -132,8 +133,8 @@ void JournalLists::announceSetDeleted<CallBackItem>() {
     m_notifier.updateCallbacksAndCount();
 }
 
-// Clearing the missed or the received list is told to nobody. Of those who order it, only the switch's log tells the observers
-// itself; the host's HTTP face lets its clients read again.
+// Clearing the missed or the received list is told to nobody. Of those who order it, only the switch's log
+// tells the observers itself; the host's HTTP face lets its clients read again.
 template <>
 void JournalLists::announceCleared<MissedCallItem>() {}
 template <>

@@ -11,11 +11,12 @@ namespace journal {
 class JournalLists;
 class PhoneSettings;
 
-/// Fills the lists from the database: `loadCallListsFromDb` with one read request for each call list, `loadWith` in
-/// whichever way the service variant has, and the callbacks with it.
+/// Fills the lists from the database: `loadCallListsFromDb` with one read request for each call list,
+/// `loadWith` in whichever way the service variant has, and the callbacks with it.
 ///
-/// Threads: any. A load is one `JournalLists::Change`: no call is filed and nothing is deleted while it is under way, so
-/// that a load neither loses nor undoes a change. The requests themselves run with no list lock held.
+/// Threads: any. A load is one `JournalLists::Change`: no call is filed and nothing is deleted while it is
+/// under way, so that a load neither loses nor undoes a change. The requests themselves run with no list lock
+/// held.
 class ListLoader {
 public:
     /// The parts are borrowed and outlive the loader.
@@ -25,13 +26,15 @@ public:
     ListLoader& operator=(const ListLoader&) = delete;
     ~ListLoader() = default;
 
-    /// Loads everything: the call lists and contacts by `loadCallLists`, and the callbacks. What the database has refused
-    /// is offered to it again before; as long as it refuses, nothing is loaded, since the load would lose it.
+    /// Loads everything: the call lists and contacts by `loadCallLists`, and the callbacks. What the database
+    /// has refused is offered to it again before; as long as it refuses, nothing is loaded, since the load
+    /// would lose it.
     void loadWith(const std::function<void()>& loadCallLists);
     /// Whether `loadWith` has loaded, whatever it found.
     [[nodiscard]] bool hasLoaded() const noexcept { return m_hasLoaded; }
 
-    /// Loads every call list, the forwarded one on a SIP phone only. A list whose read fails keeps its contents.
+    /// Loads every call list, the forwarded one on a SIP phone only. A list whose read fails keeps its
+    /// contents.
     void loadCallListsFromDb();
     /// Whether `loadCallListsFromDb` has run, whatever it found: a subscription need not load again.
     [[nodiscard]] bool listsLoaded() const noexcept { return m_listsLoaded; }

@@ -27,8 +27,8 @@ template <typename Item>
     return isNewer(a, b);
 }
 
-/// Puts an item that has become older than it was to its place: before the first item than which `newer` says it is
-/// newer.
+/// Puts an item that has become older than it was to its place: before the first item than which `newer` says
+/// it is newer.
 template <typename Item, typename Newer>
 void insertInOrder(std::deque<Item>& items, Item item, Newer newer) {
     const auto older = std::find_if(items.begin(), items.end(),

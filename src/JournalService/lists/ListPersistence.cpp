@@ -82,10 +82,14 @@ std::optional<std::string> ListPersistence::exchange(const std::string& entries,
         return std::nullopt;
     }
     std::string uniqueId = JournalServiceHelper::parseLastUniqueId(response);
-    const std::lock_guard lock(m_mutex);
     if (!uniqueId.empty()) {
-        m_lastUniqueId = uniqueId;
-        m_visitorCallLogSavePending = true;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_lastUniqueId = uniqueId;
+        }
+        if (m_onWritten) {
+            m_onWritten();
+        }
     }
     return uniqueId;
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <atomic>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "journal-items/CallBackItem.h"
@@ -18,23 +19,27 @@ namespace journal {
 
 /// Writes every change of a list to the database, and reads a table that the lists do not hold whole.
 ///
-/// A database that answers "failed" leaves the memory as it is: the change stays in the list and is logged, and the
-/// mirror remembers what is to be offered again: which items the database lacks or has an old state of, and what it was to
-/// delete. A refused deletion is repeated once, before the table is read; when the whole table was to be deleted, before the
-/// next change of it as well, since a repeated deletion must not take what was written after it.
+/// A database that answers "failed" leaves the memory as it is: the change stays in the list and is logged,
+/// and the mirror remembers what is to be offered again: which items the database lacks or has an old state
+/// of, and what it was to delete. A refused deletion is repeated once, before the table is read; when the
+/// whole table was to be deleted, before the next change of it as well, since a repeated deletion must not
+/// take what was written after it.
 ///
-/// Threads: any, one change at a time, which the lists' `Change` sees to. Callers may hold one list lock; a call waits until
-/// the change is durable.
+/// Threads: any, one change at a time, which the lists' `Change` sees to. Callers may hold one list lock; a
+/// call waits until the change is durable.
 class ListPersistence {
 public:
-    /// `adapter` is borrowed and outlives the mirror.
-    explicit ListPersistence(CallListDatabaseAdapter& adapter) : m_adapter(adapter) {}
+    /// `adapter` is borrowed and outlives the mirror. `onWritten`, if given, is called on the writing thread
+    /// after each write that the database gave a unique id.
+    explicit ListPersistence(CallListDatabaseAdapter& adapter, std::function<void()> onWritten = {})
+        : m_adapter(adapter), m_onWritten(std::move(onWritten)) {}
     ListPersistence(const ListPersistence&) = delete;
     ListPersistence& operator=(const ListPersistence&) = delete;
     ~ListPersistence() = default;
 
-    // One item. An item that is written for the first time takes the unique id that the database answers, so that
-    // its next write changes its row. `requestType` is `WRITEREQUEST` or `DELETEREQUEST` of the adapter's helper.
+    // One item. An item that is written for the first time takes the unique id that the database answers, so
+    // that its next write changes its row. `requestType` is `WRITEREQUEST` or `DELETEREQUEST` of the
+    // adapter's helper.
     void updateMissedEntry(MissedCallItem& item, const std::string& requestType) {
         update(item, requestType);
     }
@@ -88,7 +93,8 @@ public:
             items);
     }
 
-    /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a line in the log.
+    /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a
+    /// line in the log.
     template <typename Item>
     void repeatDeletion() {
         repeatDeletion(ListXml<Item>::kTable);
@@ -124,9 +130,6 @@ public:
     /// The last unique id that the database gave; empty before the first.
     [[nodiscard]] std::string lastUniqueId() const;
 
-    /// Something new was written since the visitor's call log was saved last.
-    std::atomic<bool> m_visitorCallLogSavePending{false};
-
 private:
     template <typename Item>
     [[nodiscard]] static std::string keyOf(const Item& item) {
@@ -137,8 +140,8 @@ private:
     void recordRefusedDeletion(const std::string& entries, const std::string& table);
     void forgetDeletion(const std::string& table);
     [[nodiscard]] std::string refusedDeletion(const std::string& table) const;
-    // Nothing when the database refused; otherwise the last unique id, empty when the answer has none. `send` remembers a
-    // refused deletion.
+    // Nothing when the database refused; otherwise the last unique id, empty when the answer has none. `send`
+    // remembers a refused deletion.
     std::optional<std::string> send(const std::string& entries, const std::string& requestType,
                                     const std::string& table);
     std::optional<std::string> exchange(const std::string& entries, const std::string& requestType,
@@ -147,6 +150,7 @@ private:
     void deleteWholeTable(const std::string& table);
 
     CallListDatabaseAdapter& m_adapter;
+    const std::function<void()> m_onWritten;
 
     mutable std::mutex m_mutex;
     // Guarded by m_mutex.

@@ -9,7 +9,8 @@ namespace journal {
 
 bool Subscription::subscribe(JournalServiceObserverIfc* observer) {
     LOG_EVENTS(5, "JournalService::subscribeForJournalEvents - subscribe");
-    // One change: what the observer is told at first is followed by every change after it, with none in between.
+    // One change: what the observer is told at first is followed by every change after it, with none in
+    // between.
     const JournalLists::Change change(m_lists);
     if (!m_loader.listsLoaded()) {
         LOG_EVENTS(5, "JournalService::subscribeForJournalEvents - loadCallListsFromDb()");

@@ -20,15 +20,16 @@
 
 namespace journal {
 
-/// The entries that the database holds beside those in the lists, because a load reads the newest only. Clients do not
-/// see them; but a party has one entry in a list, a list keeps so many entries and no more, and to clear a list is to
-/// clear all of it. So whoever files, drops or clears asks here, too.
+/// The entries that the database holds beside those in the lists, because a load reads the newest only.
+/// Clients do not see them; but a party has one entry in a list, a list keeps so many entries and no more,
+/// and to clear a list is to clear all of it. So whoever files, drops or clears asks here, too.
 ///
-/// A table is read as a whole at the first need after a load. From then on what is known of it is exact: its older entries
-/// change only when one is taken from here, or all are cleared. So a call from a new party costs no further request.
+/// A table is read as a whole at the first need after a load. From then on what is known of it is exact: its
+/// older entries change only when one is taken from here, or all are cleared. So a call from a new party
+/// costs no further request.
 ///
-/// Threads: any, within one `JournalLists::Change` each. Errors: where the database cannot be read, there are no older
-/// entries, and the next one who asks tries again.
+/// Threads: any, within one `JournalLists::Change` each. Errors: where the database cannot be read, there are
+/// no older entries, and the next one who asks tries again.
 class UnloadedEntries {
 public:
     /// The mirror is borrowed and outlives this one.
@@ -43,8 +44,8 @@ public:
     /// Those of the list, newest first, for whoever takes one out. The caller does not hold the list's lock.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& of(JournalList<Item>& list);
-    /// Takes the oldest, of the list's `items` but its first and of what is known to be left, until both are `limit`
-    /// together; answers them, the oldest first. The database has them still.
+    /// Takes the oldest, of the list's `items` but its first and of what is known to be left, until both are
+    /// `limit` together; answers them, the oldest first. The database has them still.
     template <typename Item>
     [[nodiscard]] std::vector<Item> takeBeyond(std::size_t limit, std::deque<Item>& items);
     /// The whole table has been deleted.

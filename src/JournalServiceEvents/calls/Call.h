@@ -6,10 +6,10 @@
 
 namespace journal {
 
-/// What the journal knows of one call on the phone's own device while the call exists; `JournalService::Call`.
+/// The record of one call on the phone's own device while the call exists; `JournalService::Call`.
 ///
-/// Owned by the call map; read and written only with the call-map lock held. Times are seconds since 1970 from the
-/// clock service, -1 when the moment has not come.
+/// Owned by the call map. Requires for reading and writing: the call-map lock is held. Times are seconds
+/// since 1970 from the clock service, or -1 before the event.
 class Call {
 public:
     enum states_t : std::int32_t {
@@ -19,15 +19,15 @@ public:
         eDelivered = 2,
         eEstablished = 3,
         eForwarded = 4,
-        /// Never stored: it ends the call.
+        /// Never stored; ends the call.
         eCleared = 5,
-        /// Never stored: it ends the call.
+        /// Never stored; ends the call.
         eFailed = 6,
         eCallInformation = 7,
     };
 
     enum directions_t : std::int32_t {
-        /// As an argument: keep the direction that the record has.
+        /// As an argument: keep the direction of the record.
         eDirectionUnknown = -1,
         eIncoming = 0,
         eOutgoing = 1,
@@ -41,13 +41,13 @@ public:
     directions_t m_Direction;
     /// The switch's call id: the key in the call map.
     std::string m_sCallId;
-    /// The party that this device called, or was called as.
+    /// The called device: the party that this device called, or the number under which it was called.
     std::string m_sCalledParty;
     std::string m_sCalledPartyName;
-    /// The far end.
+    /// The far end of the call.
     std::string m_sRemoteParty;
     std::string m_sRemotePartyName;
-    /// The party finally connected.
+    /// The party that is connected in the end.
     std::string m_sConnectedParty;
     std::string m_sConnectedPartyName;
     /// The digits dialled on an outgoing call.
@@ -62,14 +62,14 @@ public:
     long m_startTimeSec;
     long m_establishedTimeSec = -1;
     long m_endTimeSec = -1;
-    /// File an outgoing-looking call as an incoming one (a pick-up).
+    /// File an outgoing call as an incoming one (a pick-up).
     bool m_treatAsIncoming = false;
     bool m_completedElsewhere = false;
-    /// The remote name arrived as "CTI Assisted": the call was placed for the user.
+    /// The call was placed for the user by an application: its remote name arrived as "CTI Assisted".
     bool m_ctiAssisted = false;
-    /// A call that rang may become a missed entry.
+    /// The call may become a missed entry if it alerted here.
     bool m_missedEligible = true;
-    /// A forwarded call was answered automatically.
+    /// The forwarded call was answered automatically.
     bool mAutoAnswerForwardedCall = false;
     /// The call took part in a transfer.
     bool m_transferred = false;
@@ -77,8 +77,6 @@ public:
     bool m_redirected = false;
     /// The switch has marked the call as missed.
     bool m_markedMissed = false;
-    /// The switch's own call log has an entry of the call.
-    bool m_inSwitchCallLog = false;
     bool m_connectedToMediaServer = false;
 
     [[nodiscard]] bool isOutgoing() const noexcept { return m_Direction == eOutgoing; }

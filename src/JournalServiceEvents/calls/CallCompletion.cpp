@@ -16,7 +16,7 @@ namespace journal {
 namespace {
 
 constexpr const char* kLogName = "createCallEntryAndRemoveCall";
-/// In the place of the first forwarded party: the forwardings of the call have their entry already.
+/// The value of the first forwarded party if the forwardings of the call already have their entry.
 constexpr const char* kForwardingsDone = "firstForwardedParty_seq_done";
 
 using LogEntry = CallLogEntryEvent;
@@ -100,7 +100,7 @@ bool CallCompletion::createCallEntryAndRemoveCall(const Call* call, Call::states
     return rule != nullptr;
 }
 
-// ---- both flavours ----------------------------------------------------------------------------------------
+// ---- both flavours ----
 
 CallCompletion::Record CallCompletion::fileDialled(const Call& call) {
     newDialledEntry(call, LogEntry::eDialled);
@@ -115,7 +115,7 @@ CallCompletion::Record CallCompletion::fileForwarded(const Call& call) {
     return Record::eRemoved;
 }
 
-// ---- every phone that is not a SIP phone --------------------------------------------------------------------
+// ---- every phone that is not a SIP phone ----
 
 CallCompletion::Record CallCompletion::fileQorvexDialledForwarded(const Call& call) {
     newDialledEntry(call, LogEntry::eDialledForwarded);
@@ -149,7 +149,7 @@ CallCompletion::Record CallCompletion::fileQorvexReceived(const Call& call) {
     return Record::eRemoved;
 }
 
-// ---- SIP phones ---------------------------------------------------------------------------------------------
+// ---- SIP phones ----
 
 CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call) {
     const auto settings = m_settings.values();
@@ -182,8 +182,8 @@ CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call)
     return Record::eRemoved;
 }
 
-// Of several parties that a call was forwarded to, the setting chooses the last or the first; where the forwarded call
-// was answered automatically, the user has talked to the last.
+// The setting selects the first or the last of several parties that a call was forwarded to. If the forwarded
+// call was answered automatically, the user has talked to the last one.
 bool CallCompletion::showsFirstForwardedParty(const Call& call) const {
     return !m_settings.values()->m_ForwardingPartyDisplayLast && !call.mAutoAnswerForwardedCall &&
            !call.m_sFirstForwardedParty.empty();
@@ -196,7 +196,8 @@ CallCompletion::Record CallCompletion::fileSipMissed(const Call& call) {
     return Record::eRemoved;
 }
 
-// A call that was placed for the user rings first at the user's own phone.
+// A call that was placed for the user first alerts at the user's own phone, so it looks like an incoming
+// call.
 CallCompletion::Record CallCompletion::fileSipReceived(const Call& call) {
     if (call.m_ctiAssisted) {
         newDialledEntry(call, LogEntry::eDialled);
@@ -206,7 +207,7 @@ CallCompletion::Record CallCompletion::fileSipReceived(const Call& call) {
     return Record::eRemoved;
 }
 
-// ---- the entries --------------------------------------------------------------------------------------------
+// ---- the entries ----
 
 MissedEntryDetails CallCompletion::missedDetails(const Call& call) {
     auto details = detailsOf<MissedEntryDetails>(call);
@@ -245,7 +246,7 @@ DialledEntryDetails CallCompletion::dialledDetails(const Call& call,
     details.bluetoothCall = isBluetooth(call.m_sCallId) || isBluetooth(call.m_sDialledParty);
     if (m_settings.values()->isSip()) {
         details.bluetoothCall = details.bluetoothCall || call.m_connectedToMediaServer;
-        // A call that never got as far as its called party is still known by what was dialled.
+        // A call that never reached a called party is shown with the dialled number.
         const bool useDialled = call.m_sCalledParty.empty() && !isBluetooth(call.m_sDialledParty);
         details.remoteParty = useDialled ? call.m_sDialledParty : call.m_sCalledParty;
         details.remotePartyName = call.m_sCalledPartyName;

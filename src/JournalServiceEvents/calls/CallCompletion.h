@@ -11,24 +11,25 @@ class CallMap;
 class EntryCreation;
 class PhoneSettings;
 
-/// Decides which list a finished call goes to, hands it to `EntryCreation` and removes its record.
+/// Decides which list gets the entry of a finished call, creates it through `EntryCreation` and removes the
+/// record.
 ///
-/// The decision is a table for each flavour, `kQorvexRules` and `kSipRules` in the source: the first row that
-/// fits direction and state names the filing, and a call that no row fits is dropped with a log line. A SIP
-/// call that is to be treated as incoming goes through the incoming rows.
+/// The decision is one table per flavour, `kQorvexRules` and `kSipRules` in the source. The first row that
+/// matches direction and state names the operation that files the call; a call without a row is removed with
+/// a log text. A SIP call that is treated as incoming uses the incoming rows.
 ///
-/// Threads: every operation is called with the call-map lock held. The parts are borrowed and outlive this one.
+/// Requires: the call-map lock is held. The components are borrowed and outlive this one.
 class CallCompletion final : public FinishedCallsIfc {
 public:
     CallCompletion(CallMap& calls, const PhoneSettings& settings, EntryCreation& entries)
         : m_calls(calls), m_settings(settings), m_entries(entries) {}
 
     bool createCallEntryAndRemoveCall(const Call* call, Call::states_t state) override;
-    /// A call without any number or name settles nothing, so that it cannot take an anonymous entry away.
+    /// Has no effect for a call without number and name, so that it cannot delete an anonymous entry.
     void findAndDeleteMissedEntryWhenCalled(Call* call) override;
 
-    /// Where the switch marks missed calls, a delivered call waits for the mark; only a call on a Bluetooth telephone,
-    /// which the switch does not know, is saved at once.
+    /// If the switch marks missed calls, a delivered call needs the mark to be saved; except a call on a
+    /// Bluetooth telephone, which the switch does not have.
     [[nodiscard]] bool shouldSaveDeliveredCallAsMissed(const Call* call) const;
 
 private:
@@ -37,7 +38,7 @@ private:
 
     struct Rule {
         Call::directions_t direction = Call::eDirectionUnknown;
-        /// Nothing: any state but `eUnknown`.
+        /// std::nullopt: any state but `eUnknown`.
         std::optional<Call::states_t> state{};
         Filing file = nullptr;
     };
@@ -47,7 +48,7 @@ private:
 
     [[nodiscard]] const Rule* ruleFor(const Call& call, Call::states_t state) const;
 
-    // What the rows say. Those of one flavour only stand under its name.
+    // The operations of the rows. Those for one flavour only have its name.
     Record fileDialled(const Call& call);
     Record fileForwarded(const Call& call);
 

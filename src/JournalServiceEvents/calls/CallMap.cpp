@@ -24,7 +24,7 @@ bool CallMap::removeCall(const std::string& callId) {
     if (found == m_callMap.end()) {
         return false;
     }
-    // `callId` may be the record's own: by now it is not read any more.
+    // `callId` may belong to the record; it is not read after this.
     m_callMap.erase(found);
     return true;
 }

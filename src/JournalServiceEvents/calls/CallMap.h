@@ -11,11 +11,11 @@
 
 namespace journal {
 
-/// The calls that exist now, by call id. It owns the records.
+/// The calls that exist now, by call id. Owns the records.
 ///
-/// Threads: whoever uses it holds `m_callMapLock` from before the look-up until it is done with the record. The
-/// thread that holds the lock may take it again. Lock order: call map, then the lists' `Change`, then notifier,
-/// then one list.
+/// Requires: `m_callMapLock` is held from the look-up until the last use of the record. The thread that holds
+/// the lock may take it again. Lock order: call map, then the change lock of the lists, then notifier, then
+/// one list.
 class CallMap {
 public:
     using Section = CriticalSection<NestableSemaphore>;
@@ -25,12 +25,12 @@ public:
     CallMap& operator=(const CallMap&) = delete;
     ~CallMap() = default;
 
-    /// The record, borrowed until it is removed, or null.
+    /// Returns the record, borrowed until it is removed, or null.
     [[nodiscard]] Call* findCallFromId(const std::string& callId) const;
-    /// Takes `call` over and answers the record that the map now holds under the id. A record that was there
-    /// already is kept, and `call` is freed.
+    /// Takes ownership of `call` and returns the record that the map has under the id. An existing record is
+    /// kept, and `call` is freed.
     Call* insertEntryToCallMap(const std::string& callId, std::unique_ptr<Call> call);
-    /// False when there is no such call.
+    /// Returns false if there is no such call.
     bool removeCall(const std::string& callId);
     void removeAllCalls();
     [[nodiscard]] std::size_t getNumberOfCalls() const noexcept { return m_callMap.size(); }

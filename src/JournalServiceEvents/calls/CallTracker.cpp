@@ -8,10 +8,8 @@
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"
-#include "src/JournalServiceEvents/calls/EventParties.h"
 #include "src/JournalServiceEvents/calls/FinishedCallsIfc.h"
-#include "src/JournalServiceEvents/calls/PartyRulesQorvex.h"
-#include "src/JournalServiceEvents/calls/PartyRulesSip.h"
+#include "src/JournalServiceEvents/calls/PartyRules.h"
 
 namespace journal {
 
@@ -37,14 +35,16 @@ void logRecord(const Call& call) {
 
 }  // namespace
 
-// The strings are values: a caller's may belong to the record, which may end here.
-// NOLINTNEXTLINE(readability-function-size): each party is an argument of its own.
+// The strings are values, because an argument may belong to the record, which may be removed here.
+// NOLINTNEXTLINE(readability-function-size): the signature is fixed.
 bool CallTracker::onCallEvent(Call* call, Call::states_t state, Call::directions_t direction,
                               std::string callId,  // NOLINT(performance-unnecessary-value-param)
                               std::string remoteParty, std::string remotePartyName, std::string divertedParty,
                               std::string divertedPartyName, bool treatAsIncoming) {
-    const EventParties parties{std::move(remoteParty), std::move(remotePartyName), std::move(divertedParty),
-                               std::move(divertedPartyName)};
+    const EventParties parties{.remoteParty = std::move(remoteParty),
+                               .remotePartyName = std::move(remotePartyName),
+                               .divertedParty = std::move(divertedParty),
+                               .divertedPartyName = std::move(divertedPartyName)};
     logEvent(callId, state, parties);
     const bool sip = m_settings.values()->isSip();
     if (call != nullptr) {
@@ -189,7 +189,7 @@ Call* CallTracker::updateCallMap(const std::string& oldId, const std::string& ne
         state = old->m_State;
         direction = old->m_Direction;
         m_finished.createCallEntryAndRemoveCall(old, state);
-        // A leg that is kept until its forwarding is known would never hear of its old id again.
+        // No event will name the old id again, so a leg that the completion keeps is removed as well.
         if (m_calls.findCallFromId(oldId) != nullptr) {
             m_calls.removeCall(oldId);
         }

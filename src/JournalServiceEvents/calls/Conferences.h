@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// One member of a conference: the call that it was before, and its device.
+/// One member of a conference: its former call and its device.
 struct QorvexConferencedCallID {
     std::string callId;
     std::string deviceId;
@@ -16,25 +16,25 @@ struct QorvexConferencedCallID {
 
 namespace journal {
 
-/// A SIP phone's conference: the call that it goes on as, and the calls that it was joined from.
+/// The conference of a SIP phone: its own call, and the calls that were joined.
 struct SipConference {
     std::string newConnectionCallId;
     std::string primaryOldCallId;
     std::string secondaryOldCallId;
-    /// One of the old calls has ended already.
+    /// One of the old calls has ended.
     bool memberCleared = false;
-    /// The calls that the conference was joined from before it grew to this one.
+    /// The calls that were joined to the conference that this one continues.
     std::vector<std::string> formerOldCallIds = {};
 
-    /// In the order of their coming; some may be empty.
+    /// Returns all old calls, the oldest first; some may be empty.
     [[nodiscard]] std::vector<std::string> oldCallIds() const;
-    /// The conference of that call id goes on in this one.
+    /// True if this conference continues the one with that call id.
     [[nodiscard]] bool continues(const std::string& conferenceCallId) const;
 };
 
-/// The conferences that the phone takes part in; two at most, on a SIP phone one.
+/// The conferences of the phone: at most two in slots 0 and 1, and one on a SIP phone. -1 is no slot.
 ///
-/// Threads: every operation is called with the call-map lock held. Slots are numbered 0 and 1; -1 is no slot.
+/// Requires: the call-map lock is held.
 class Conferences {
 public:
     using Members = std::list<QorvexConferencedCallID>;
@@ -45,34 +45,36 @@ public:
     Conferences& operator=(const Conferences&) = delete;
     ~Conferences() = default;
 
-    /// 0 to 2.
+    /// Returns 0 to 2.
     [[nodiscard]] int getNumberOfConferences() const;
-    /// The slot whose conference has exactly this call id; false, and -1, when there is none.
+    /// Finds the slot of the conference with this call id. Returns false and sets -1 if there is none.
     bool searchConferenceIDIndex(const std::string& conferenceCallId, int& index) const;
-    /// The first free slot; false, and -1, when both are taken.
+    /// Finds the first free slot. Returns false and sets -1 if both are in use.
     bool getNewConferenceIDIndex(int& index) const;
-    /// The member of the conference in slot `index` with exactly this device id; false when there is none.
+    /// Finds the member with this device id of the conference in slot `index`. Returns false if there is
+    /// none.
     bool searchDeviceIDInConference(int index, const std::string& deviceId, Members::iterator& member);
 
-    /// Fills a free slot.
+    /// Requires: slot `index` is free.
     void addConference(int index, const std::string& conferenceCallId);
-    /// The members of a conference in the order of their coming; `index` is a slot in use.
+    /// Returns the members of a conference, the oldest first. Requires: slot `index` is in use.
     [[nodiscard]] Members& members(int index) {
         return m_conferences[static_cast<std::size_t>(index)]->members;
     }
-    /// Ends the conference with this call id and hands its members out; none when there is no such conference.
+    /// Removes the conference with this call id and returns its members; an empty list if there is no such
+    /// conference.
     [[nodiscard]] Members takeMembers(const std::string& conferenceCallId);
-    /// Forgets one member, and with the last one the conference.
+    /// Removes one member, and with the last one the conference.
     void removeMember(int index, Members::iterator member);
-    /// A call has ended, or goes on under another id, outside its conference.
+    /// Removes a call that has ended outside its conference from all conferences.
     void forgetCall(const std::string& callId);
     void removeConference(int index) { m_conferences[static_cast<std::size_t>(index)].reset(); }
     void removeAllConferences();
 
-    /// Guarded by the call-map lock, like everything here.
+    /// The conference of a SIP phone. Guarded by the call-map lock.
     std::optional<SipConference> m_sipConference;
 
-    /// A switch writes "0" where it has no call.
+    /// True for an empty id and for "0", which a switch sends for no call.
     [[nodiscard]] static bool isEmptyCallId(const std::string& callId) {
         return callId.empty() || callId == "0";
     }

@@ -4,7 +4,7 @@
 
 namespace journal {
 
-/// Takes the calls that the state machine is done with. Called with the call-map lock held.
+/// Receives the calls that the state machine has finished. Requires: the call-map lock is held.
 class FinishedCallsIfc {
 public:
     FinishedCallsIfc() = default;
@@ -12,12 +12,11 @@ public:
     FinishedCallsIfc& operator=(const FinishedCallsIfc&) = delete;
     virtual ~FinishedCallsIfc() = default;
 
-    /// Files the call by the state that it has reached and removes its record, with few exceptions: afterwards the
-    /// caller treats `call` as gone. True when a decision about an entry was made, false when the state
-    /// fits no list.
+    /// Files the call by `state` and, with few exceptions, removes its record; do not use `call` afterwards.
+    /// Returns false if no list matches the state.
     virtual bool createCallEntryAndRemoveCall(const Call* call, Call::states_t state) = 0;
 
-    /// An outgoing call has reached its party: a missed entry of that party is settled. The record stays.
+    /// Deletes a missed entry of the party that an outgoing call has reached. The record stays.
     virtual void findAndDeleteMissedEntryWhenCalled(Call* call) = 0;
 };
 

@@ -1,7 +1,6 @@
-#include "src/JournalServiceEvents/calls/PartyRulesQorvex.h"
+#include "src/JournalServiceEvents/calls/PartyRules.h"
 
 #include "platform/texts/communicationsServiceTexts.h"
-#include "src/JournalServiceEvents/calls/EventParties.h"
 
 namespace journal {
 

@@ -1,8 +1,7 @@
-#include "src/JournalServiceEvents/calls/PartyRulesSip.h"
+#include "src/JournalServiceEvents/calls/PartyRules.h"
 
 #include "platform/texts/communicationsServiceTexts.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalServiceEvents/calls/EventParties.h"
 
 namespace journal {
 
@@ -21,7 +20,7 @@ void replaceIfGiven(std::string& value, const std::string& given) {
     }
 }
 
-// The call has been sent on while it is set up, or is here because another party sent it on.
+// The call was diverted during its set-up, or another party has diverted it to this phone.
 void mergeDiverted(Call& call, Call::directions_t direction, const EventParties& parties) {
     if (call.m_sRemoteParty.empty()) {
         call.m_sRemoteParty = parties.remoteParty;
@@ -41,7 +40,7 @@ void mergeDiverted(Call& call, Call::directions_t direction, const EventParties&
     replaceIfGiven(call.m_sCalledPartyName, parties.divertedPartyName);
 }
 
-// The call leaves: it was forwarded, or it failed.
+// The call was forwarded away or failed.
 void mergeLeaving(Call& call, const EventParties& parties) {
     if (call.m_sRemoteParty.empty() || call.m_sRemoteParty != parties.divertedParty) {
         LOG_EVENTS(5, "%s():m_sRemoteParty[%s]->[%s]", kLogName, call.m_sRemoteParty.c_str(),

@@ -20,63 +20,63 @@ bool JournalRefresh::refreshCallLists() {
 bool JournalRefresh::refreshCallLog() {
     LOG_JOURNAL(6, "refreshCallLog");
     m_loadLists();
-    const bool wasEnabled = m_parts.settings.values()->m_callLogEnabled;
-    m_parts.ownSettings.readConfigItemsFromDB();
-    if (m_parts.settings.values()->m_callLogEnabled != wasEnabled) {
-        m_parts.ownSettings.handleEnabledStateChange();
+    const bool wasEnabled = m_settings.values()->m_callLogEnabled;
+    m_journalSettings.readConfigItemsFromDB();
+    if (m_settings.values()->m_callLogEnabled != wasEnabled) {
+        m_journalSettings.handleEnabledStateChange();
     }
-    const JournalLists::Change change(m_parts.lists);
-    m_parts.notifier.updateAllExceptCallbacks(m_parts.lists.getUnviewedMissedCallsCount());
+    const JournalLists::Change change(m_lists);
+    m_notifier.updateAllExceptCallbacks(m_lists.getUnviewedMissedCallsCount());
     return true;
 }
 
 void JournalRefresh::reloadEverything() {
     m_loadLists();
-    m_parts.ownSettings.readConfigItemsFromDB();
-    m_parts.ownSettings.handleEnabledStateChange();
+    m_journalSettings.readConfigItemsFromDB();
+    m_journalSettings.handleEnabledStateChange();
     {
-        const JournalLists::Change change(m_parts.lists);
-        m_parts.notifier.updateAll(m_parts.lists.getUnviewedMissedCallsCount());
+        const JournalLists::Change change(m_lists);
+        m_notifier.updateAll(m_lists.getUnviewedMissedCallsCount());
     }
-    if (m_parts.settings.values()->isSip()) {
-        m_parts.management.publishCallLogEnableState();
-        m_parts.management.publishMissedLoggingState();
-        m_parts.management.publishDeleteMissedWhenCalledState();
+    if (m_settings.values()->isSip()) {
+        m_phoneValues.publishCallLogEnableState();
+        m_phoneValues.publishMissedLoggingState();
+        m_phoneValues.publishDeleteMissedWhenCalledState();
     }
-    if (auto* ucService = m_parts.platform.knownUcService()) {
+    if (auto* ucService = m_platform.knownUcService()) {
         ucService->refreshJournal();
     }
 }
 
 bool JournalRefresh::resetUserData() {
     LOG_JOURNAL(5, "JournalService::resetUserData");
-    m_parts.lists.deleteAllCalls();
-    const auto before = m_parts.settings.values();
+    m_lists.deleteAllCalls();
+    const auto before = m_settings.values();
     if (!before->isSip()) {
         return true;
     }
     RejectReason ignored;
     if (!before->m_callLogEnabled) {
-        m_parts.settings.change([](SettingsSnapshot& values) { values.m_callLogEnabled = true; });
-        m_parts.ownSettings.updateEnabledState("true", ignored);
-        m_parts.management.publishCallLogEnableState();
+        m_settings.change([](SettingsSnapshot& values) { values.m_callLogEnabled = true; });
+        m_journalSettings.updateEnabledState("true", ignored);
+        m_phoneValues.publishCallLogEnableState();
     }
     if (!before->m_missedLogging) {
-        m_parts.settings.change([](SettingsSnapshot& values) { values.m_missedLogging = true; });
-        m_parts.ownSettings.updateMissedLoggingState("true", ignored);
-        m_parts.management.publishMissedLoggingState();
+        m_settings.change([](SettingsSnapshot& values) { values.m_missedLogging = true; });
+        m_journalSettings.updateMissedLoggingState("true", ignored);
+        m_phoneValues.publishMissedLoggingState();
     }
     if (before->m_deleteMissedWhenCalled) {
-        m_parts.settings.change([](SettingsSnapshot& values) { values.m_deleteMissedWhenCalled = false; });
-        m_parts.ownSettings.updateDeleteMissedWhenCalledState("false", ignored);
-        m_parts.management.publishDeleteMissedWhenCalledState();
+        m_settings.change([](SettingsSnapshot& values) { values.m_deleteMissedWhenCalled = false; });
+        m_journalSettings.updateDeleteMissedWhenCalledState("false", ignored);
+        m_phoneValues.publishDeleteMissedWhenCalledState();
     }
     return true;
 }
 
 bool JournalRefresh::setJournalServiceCallLogEventsDisabling(const std::string& value) {
     LOG_JOURNAL(5, "Broadsoft service prevents some events");
-    m_parts.settings.change([&value](SettingsSnapshot& values) { values.m_xsiConfigured = value == "true"; });
+    m_settings.change([&value](SettingsSnapshot& values) { values.m_xsiConfigured = value == "true"; });
     return true;
 }
 

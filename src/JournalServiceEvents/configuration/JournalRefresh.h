@@ -14,33 +14,43 @@ class PhoneValues;
 class JournalSettings;
 class PhoneSettings;
 
-/// Brings lists and settings up to date with the database, and the user's data back to the defaults.
-/// Any thread may call.
+/// Reloads lists and settings from the database, and resets the user's data to the defaults. Thread-safe.
 class JournalRefresh {
 public:
-    struct Parts {
-        PlatformServices& platform;
-        PhoneSettings& settings;
-        JournalSettings& ownSettings;
-        PhoneValues& management;
-        JournalLists& lists;
-        ObserverNotifierIfc& notifier;
-    };
+    /// Everything is borrowed and outlives this object. `loadLists` loads all lists in the way of the service
+    /// variant.
+    JournalRefresh(const PlatformServices& platform, PhoneSettings& settings,
+                   JournalSettings& journalSettings, const PhoneValues& phoneValues, JournalLists& lists,
+                   ObserverNotifierIfc& notifier, std::function<void()> loadLists)
+        : m_platform(platform),
+          m_settings(settings),
+          m_journalSettings(journalSettings),
+          m_phoneValues(phoneValues),
+          m_lists(lists),
+          m_notifier(notifier),
+          m_loadLists(std::move(loadLists)) {}
 
-    /// The parts are borrowed and outlive this one. `loadLists` loads all lists in the way of the service variant.
-    JournalRefresh(const Parts& parts, std::function<void()> loadLists)
-        : m_parts(parts), m_loadLists(std::move(loadLists)) {}
-
+    // All of these return true.
     bool refreshCallLists();
     bool refreshCallLog();
-    /// The user of the phone, or his data, changed: everything is loaded and told anew.
-    void reloadEverything();
+    /// Empties the call lists; on a SIP phone also resets the journal's own settings and publishes those that
+    /// change.
     bool resetUserData();
+    /// "true" while an outside call server journals missed calls itself.
     bool setJournalServiceCallLogEventsDisabling(const std::string& value);
 
+    /// Loads everything and notifies observers, the management and the unified-communications service. Call
+    /// when the phone's user or the user's data changed.
+    void reloadEverything();
+
 private:
-    Parts m_parts;
-    std::function<void()> m_loadLists;
+    const PlatformServices& m_platform;
+    PhoneSettings& m_settings;
+    JournalSettings& m_journalSettings;
+    const PhoneValues& m_phoneValues;
+    JournalLists& m_lists;
+    ObserverNotifierIfc& m_notifier;
+    const std::function<void()> m_loadLists;
 };
 
 }  // namespace journal

@@ -85,7 +85,8 @@ bool JournalSettings::readItem(const std::string& response, const char* key, Mem
     return true;
 }
 
-// Under one lock, so that no setting that is made meanwhile is taken for absent and replaced by its default.
+// One lock for all three, so that a concurrent update is not taken for an absent setting and replaced by the
+// default.
 void JournalSettings::readConfigItemsFromDB() {
     const CriticalSection<Semaphore> section(m_recordLock);
     const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());

@@ -13,35 +13,35 @@ struct SettingsSnapshot;
 class JournalLists;
 class PhoneSettings;
 
-/// The three settings that the journal keeps itself, in the settings record of the database.
+/// The journal's own three settings, stored in the settings record of the database.
 ///
-/// Threads: any. Reads and updates of the record are taken over one after the other.
+/// Thread-safe: reads and updates of the record are serialised.
 class JournalSettings {
 public:
-    /// The parts are borrowed and outlive this one.
+    /// Everything is borrowed and outlives this object.
     JournalSettings(PhoneSettings& settings, CallListDatabaseAdapter& adapter, JournalLists& lists)
         : m_settings(settings), m_adapter(adapter), m_lists(lists) {}
 
-    /// Reads the three settings; on a SIP phone, those that were never stored are stored with their defaults.
+    /// Reads the three settings. On a SIP phone, stores the default of each setting that was never stored.
     void readConfigItemsFromDB();
 
-    // Each stores a value ("true", "false", "1", "0") and takes it over. True when the setting really changed; a
-    // value that is the present one is refused with a reason.
+    // Each stores and applies a value ("true", "false", "1", "0"). Returns true if the setting changed.
+    // Refuses the present value with a reason.
     bool updateEnabledState(const std::string& value, RejectReason& reason);
     bool updateMissedLoggingState(const std::string& value, RejectReason& reason);
     bool updateDeleteMissedWhenCalledState(const std::string& value, RejectReason& reason);
 
-    /// Empties the journal when the call log is off.
+    /// Empties the call lists if the call log is off.
     void handleEnabledStateChange();
 
 private:
-    /// A setting by the member that holds it.
+    /// A setting, by the member that holds it.
     using Member = bool SettingsSnapshot::*;
 
     struct Own;
     static const Own kOwn[];
 
-    /// Writes to the record, whose lock the caller holds; false when the database refuses.
+    /// Writes to the record; false if the database refuses. Requires: the record lock is held.
     [[nodiscard]] bool store(const char* key, const std::string& value);
     bool updateBoolConfigItem(Member member, const char* key, const std::string& value);
     bool update(Member member, const char* key, const std::string& value, RejectReason& reason);
@@ -51,7 +51,7 @@ private:
     CallListDatabaseAdapter& m_adapter;
     JournalLists& m_lists;
 
-    /// Held from asking the database until its answer is taken over, so that memory and record agree.
+    /// Held from the request to the database until its response is applied, so that memory and record agree.
     Semaphore m_recordLock{1, 1, true};
 };
 

@@ -11,6 +11,7 @@
 #include "src/JournalServiceEvents/configuration/JournalRefresh.h"
 #include "src/JournalServiceEvents/configuration/JournalSettings.h"
 #include "src/JournalServiceEvents/configuration/PhoneValues.h"
+#include "src/JournalServiceEvents/configuration/VisitorCallLog.h"
 #include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
 
 namespace journal {
@@ -22,7 +23,7 @@ std::string valueOf(const ManageableData& data, const std::string& key) {
     return node == nullptr ? std::string() : node->getValue();
 }
 
-// The user, or the data of the user, is another one now.
+/// True if the change replaces the phone's user or the user's data.
 bool asksForReload(const std::string& key, const std::string& value) {
     return (key == "mobility-user-data-update" && (value == "unmanaged" || value == "all")) ||
            (key == "mobility-activity" && (value == "logonFailed" || value == "logoffFailed")) ||
@@ -54,7 +55,7 @@ bool ManagementAgent::setKey(const std::string& key, const std::string& value, R
         return result;
     }
     if (key == "call-log-enabled") {
-        return m_parts.ownSettings.updateEnabledState(value, reason);
+        return m_journalSettings.updateEnabledState(value, reason);
     }
     if (key == "missed-logging") {
         return setInvertible(key, value, "0", &JournalSettings::updateMissedLoggingState, reason);
@@ -75,20 +76,20 @@ bool ManagementAgent::setInvertible(const std::string& key, const std::string& v
         setRejectReason(eRejectDataInvalid, reason, "Data invalid for %s", key.c_str());
         return false;
     }
-    return (m_parts.ownSettings.*update)(value == trueForm ? "true" : "false", reason);
+    return (m_journalSettings.*update)(value == trueForm ? "true" : "false", reason);
 }
 
 void ManagementAgent::clearCallLog() {
-    if (m_parts.gate.isUCServiceRunning() || m_parts.settings.values()->m_ringCentralSyncCallLog) {
+    if (m_policy.isUCServiceRunning() || m_settings.values()->m_ringCentralSyncCallLog) {
         LOG_EVENTS(6, "setData() ignore clear-calllog in UC/RingCentral mode");
         return;
     }
-    m_parts.lists.deleteAllCalls();
+    m_lists.deleteAllCalls();
 }
 
 bool ManagementAgent::getData(ManageableData& data) {
     const CriticalSection<Semaphore> section(m_configLock);
-    const auto settings = m_parts.settings.values();
+    const auto settings = m_settings.values();
     bool result = true;
     const auto keys = data.getRootIds();
     for (const std::string& key : keys) {
@@ -118,37 +119,35 @@ void ManagementAgent::manageableDataChanged(ManageableData& data) {
     LOG_EVENTS(5, "manageableDataChanged [%s]=[%s]", key.c_str(), value.c_str());
     const bool isTrue = value == "true";
     if (key == "sntp-tz-offset") {
-        m_parts.management.readLocalMgmtData(PhoneValues::eTimeZone);
+        m_phoneValues.readLocalMgmtData(PhoneValues::eTimeZone);
     } else if (key == "daylight-save" || key == "daylight-save-minutes") {
-        m_parts.management.readLocalMgmtData(PhoneValues::eDaylightSaving);
+        m_phoneValues.readLocalMgmtData(PhoneValues::eDaylightSaving);
     } else if (asksForReload(key, value)) {
-        m_parts.refresh.reloadEverything();
+        m_refresh.reloadEverything();
         if (key == "reload-conversations") {
-            m_parts.management.writeValue("reload-conversations", "false");
+            m_phoneValues.writeValue("reload-conversations", "false");
         }
     } else if (key == "mobility-current-user") {
-        m_parts.visitorCallLogSavePending = false;
+        m_visitorCallLog.clearSavePending();
     } else if (key == "disable-access-calllog") {
-        followCallLogState(value);
+        applyCallLogState(value);
     } else if (key == "server-based-features") {
-        m_parts.settings.change(
-            [isTrue](SettingsSnapshot& values) { values.m_serverBasedFeatures = isTrue; });
+        m_settings.change([isTrue](SettingsSnapshot& values) { values.m_serverBasedFeatures = isTrue; });
     } else if (key == "system-identifier" || key == "call-log-control" || key == "reg-number") {
-        m_parts.management.readLocalMgmtData(PhoneValues::eSystem);
+        m_phoneValues.readLocalMgmtData(PhoneValues::eSystem);
     } else if (key == "bt-hw-state") {
-        followBluetooth(value == "on");
+        applyBluetoothState(value == "on");
     } else if (key == "wsi-allow-uc-journal") {
-        m_parts.settings.change([isTrue](SettingsSnapshot& values) { values.m_wsiAllowUcJournal = isTrue; });
+        m_settings.change([isTrue](SettingsSnapshot& values) { values.m_wsiAllowUcJournal = isTrue; });
     } else if (key == "forwarding-party-display") {
-        m_parts.settings.change(
+        m_settings.change(
             [&value](SettingsSnapshot& values) { values.m_ForwardingPartyDisplayLast = value == "1"; });
     } else if (key == UlmoTags::RINGCENTRAL_API_SYNC_CALL_LOG) {
-        m_parts.settings.change(
-            [isTrue](SettingsSnapshot& values) { values.m_ringCentralSyncCallLog = isTrue; });
+        m_settings.change([isTrue](SettingsSnapshot& values) { values.m_ringCentralSyncCallLog = isTrue; });
     }
 }
 
-void ManagementAgent::followCallLogState(const std::string& state) {
+void ManagementAgent::applyCallLogState(const std::string& state) {
     LOG_EVENTS(5, "Call log data state changed. State = %s", state.c_str());
     if (state == "0") {
         allowCallLog();
@@ -160,45 +159,43 @@ void ManagementAgent::followCallLogState(const std::string& state) {
 }
 
 void ManagementAgent::allowCallLog() {
-    const auto settings = m_parts.settings.values();
-    CstaMonitors& monitors = m_parts.monitors;
-    if (!settings->isSip() && !monitors.qorvexEventsStarted()) {
+    const auto settings = m_settings.values();
+    if (!settings->isSip() && !m_monitors.qorvexEventsStarted()) {
         LOG_EVENTS(5, "startQorvexEvents");
-        monitors.startQorvexEvents();
+        m_monitors.startQorvexEvents();
     } else {
         LOG_EVENTS(5, "manageableDataChanged() : Call log data state - events already started");
     }
-    if (settings->m_btHwOn && !monitors.bluetoothEventsStarted()) {
+    if (settings->m_btHwOn && !m_monitors.bluetoothEventsStarted()) {
         LOG_EVENTS(5, "startMonitoringBluetoothEvents");
-        monitors.startMonitoringBluetoothEvents();
+        m_monitors.startMonitoringBluetoothEvents();
     }
-    m_parts.refresh.refreshCallLog();
+    m_refresh.refreshCallLog();
 }
 
 void ManagementAgent::disableCallLog() {
-    CstaMonitors& monitors = m_parts.monitors;
-    if (!m_parts.settings.values()->isSip() && monitors.qorvexEventsStarted()) {
+    if (!m_settings.values()->isSip() && m_monitors.qorvexEventsStarted()) {
         LOG_EVENTS(5, "stopQorvexEvents");
-        monitors.stopQorvexEvents();
+        m_monitors.stopQorvexEvents();
     } else {
         LOG_EVENTS(5, "Events already stopped");
     }
-    if (monitors.bluetoothEventsStarted()) {
+    if (m_monitors.bluetoothEventsStarted()) {
         LOG_EVENTS(5, "stopMonitoringBluetoothEvents");
-        monitors.stopMonitoringBluetoothEvents();
+        m_monitors.stopMonitoringBluetoothEvents();
     } else {
         LOG_EVENTS(5, "Bluetooth events already stopped");
     }
 }
 
-void ManagementAgent::followBluetooth(bool on) {
-    m_parts.settings.change([on](SettingsSnapshot& values) { values.m_btHwOn = on; });
+void ManagementAgent::applyBluetoothState(bool on) {
+    m_settings.change([on](SettingsSnapshot& values) { values.m_btHwOn = on; });
     if (on) {
         LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents", "manageableDataChanged");
-        m_parts.monitors.startMonitoringBluetoothEvents();
+        m_monitors.startMonitoringBluetoothEvents();
     } else {
         LOG_EVENTS(5, "%s():stopMonitoringBluetoothEvents", "manageableDataChanged");
-        m_parts.monitors.stopMonitoringBluetoothEvents();
+        m_monitors.stopMonitoringBluetoothEvents();
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <string>
 
 #include "platform/management/RejectReasons.h"
@@ -17,33 +16,37 @@ class JournalRefresh;
 class PhoneValues;
 class JournalSettings;
 class PhoneSettings;
+class VisitorCallLog;
 
-/// The journal's face to the phone's management: takes and gives the journal's own settings, and follows the values
-/// that it observes.
+/// The management interface of the journal: sets and returns the journal's own settings, and applies changes
+/// of the management values that the journal observes.
+///
+/// Threads: `setData` and `getData` are thread-safe. Call `manageableDataChanged` from the thread on which
+/// the management delivers its notifications.
 class ManagementAgent {
 public:
-    struct Parts {
-        PhoneSettings& settings;
-        JournalSettings& ownSettings;
-        PhoneValues& management;
-        CstaMonitors& monitors;
-        JournalPolicy& gate;
-        JournalLists& lists;
-        JournalRefresh& refresh;
-        std::atomic<bool>& visitorCallLogSavePending;
-    };
-
-    /// The parts are borrowed and outlive this one.
-    explicit ManagementAgent(const Parts& parts) : m_parts(parts) {}
+    /// Everything is borrowed and outlives this object.
+    ManagementAgent(PhoneSettings& settings, JournalSettings& journalSettings, PhoneValues& phoneValues,
+                    CstaMonitors& monitors, JournalPolicy& policy, JournalLists& lists,
+                    JournalRefresh& refresh, VisitorCallLog& visitorCallLog)
+        : m_settings(settings),
+          m_journalSettings(journalSettings),
+          m_phoneValues(phoneValues),
+          m_monitors(monitors),
+          m_policy(policy),
+          m_lists(lists),
+          m_refresh(refresh),
+          m_visitorCallLog(visitorCallLog) {}
     ManagementAgent(const ManagementAgent&) = delete;
     ManagementAgent& operator=(const ManagementAgent&) = delete;
     ~ManagementAgent() = default;
 
-    /// Any thread. The result is that of the last key which set one, not of all keys together.
+    /// Returns the result of the last key that has one, not of all keys together. Adds a reject reason per
+    /// refused key.
     bool setData(ManageableData& data);
-    /// Any thread. False once a key is not the journal's; keys after it are not answered.
+    /// Fills in the values. Returns false from the first key on that is not one of the journal's; later keys
+    /// get no value.
     bool getData(ManageableData& data);
-    /// The thread on which the management delivers its notifications.
     void manageableDataChanged(ManageableData& data);
 
 private:
@@ -52,12 +55,21 @@ private:
                        bool (JournalSettings::*update)(const std::string&, RejectReason&),
                        RejectReason& reason);
     void clearCallLog();
-    void followCallLogState(const std::string& state);
+    void applyCallLogState(const std::string& state);
     void allowCallLog();
     void disableCallLog();
-    void followBluetooth(bool on);
+    void applyBluetoothState(bool on);
 
-    Parts m_parts;
+    PhoneSettings& m_settings;
+    JournalSettings& m_journalSettings;
+    PhoneValues& m_phoneValues;
+    CstaMonitors& m_monitors;
+    JournalPolicy& m_policy;
+    JournalLists& m_lists;
+    JournalRefresh& m_refresh;
+    VisitorCallLog& m_visitorCallLog;
+
+    // Serialises setData and getData.
     Semaphore m_configLock{1, 1, false};
 };
 

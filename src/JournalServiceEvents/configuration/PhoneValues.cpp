@@ -99,7 +99,7 @@ void PhoneValues::readLocalMgmtData(unsigned groups) {
     }
 }
 
-// NOLINTNEXTLINE(readability-function-size): one value after the other, in the order in which they are logged.
+// NOLINTNEXTLINE(readability-function-size): a flat list of values, in the order of their log texts.
 void PhoneValues::readSystemGroup() {
     constexpr const char* kLogName = "readLocalMgmtData";
     const auto textOf = [this](const char* key) {
@@ -107,7 +107,7 @@ void PhoneValues::readSystemGroup() {
         getUlmoValue(key, text);
         return text;
     };
-    // Read before the change: reading waits for the management, changing must not.
+    // Read all values before the change: a read may block in the management, a change must not.
     const std::int32_t systemIdentifier = toNumber(textOf("system-identifier"));
     LOG_EVENTS(5, "%s():system-identifier = %d", kLogName, systemIdentifier);
     const std::string softwareType = textOf("software-type");
@@ -121,7 +121,7 @@ void PhoneValues::readSystemGroup() {
     const bool wsiAllowUcJournal = textOf("wsi-allow-uc-journal") == "true";
     LOG_EVENTS(5, "%s():%s = %d", kLogName, "wsi-allow-uc-journal", wsiAllowUcJournal ? 1 : 0);
 
-    // These two keep their former values when the management has none.
+    // These two keep their previous values if the management has none.
     const auto before = m_settings.values();
     bool displayLast = before->m_ForwardingPartyDisplayLast;
     std::string value;
@@ -147,7 +147,8 @@ void PhoneValues::readSystemGroup() {
         values.m_ringCentralSyncCallLog = ringCentralSync;
         values.deriveEventModes();
     });
-    // Calls are followed by their events again, and entries of the switch's log wait for nothing any more.
+    // Calls are tracked by their events again, so no event of the switch's call log is waiting for one to
+    // end.
     if (m_settings.values()->m_enterMarkedMissedCall) {
         m_readiness.m_callLogEventsReady = false;
         m_readiness.m_pendingCallLogEvents.discard();

@@ -12,17 +12,17 @@ class PlatformServices;
 class CstaMonitors;
 class PhoneSettings;
 
-/// Reads the phone's management values into the settings, and tells the management of the journal's own.
+/// Reads the phone's management values into the settings, and publishes the journal's own settings to the
+/// management. Without a local management it does neither, and the settings keep their defaults.
 ///
-/// Threads: start-up and the thread on which the management delivers its notifications; `getUlmoValue`,
-/// `isVoiceMailNumber` and publishing from any thread. Without a local management nothing is read or told, and the
-/// settings keep their defaults.
+/// Threads: call `initEvents` and `readLocalMgmtData` at start-up and from the thread on which the management
+/// delivers its notifications. The const operations are thread-safe.
 class PhoneValues {
 public:
-    /// Groups of values that are read together.
+    /// Groups of values that are read together; a bit mask.
     enum Group : unsigned { eTimeZone = 1, eDaylightSaving = 2, eSystem = 4, eAllGroups = 7 };
 
-    /// The parts are borrowed and outlive this one.
+    /// Everything is borrowed and outlives this object.
     PhoneValues(const PlatformServices& platform, PhoneSettings& settings, CstaMonitors& monitors,
                 CallLogReadiness& readiness)
         : m_platform(platform), m_settings(settings), m_monitors(monitors), m_readiness(readiness) {}
@@ -31,7 +31,7 @@ public:
     void initEvents(MgmtAgentIfc& agent);
     /// `groups` is a mask of `Group`.
     void readLocalMgmtData(unsigned groups);
-    /// False, and `value` unchanged, when the key has no value.
+    /// Returns false and leaves `value` unchanged if the key has no value.
     bool getUlmoValue(const char* tagName, std::string& value) const;
     [[nodiscard]] bool isVoiceMailNumber(std::string number) const;
 
@@ -39,7 +39,7 @@ public:
     void publishCallLogEnableState() const;
     void publishMissedLoggingState() const;
     void publishDeleteMissedWhenCalledState() const;
-    /// Writes a value of the phone's own.
+    /// Writes one of the phone's own values.
     void writeValue(const char* key, const char* value) const;
 
 private:
@@ -52,8 +52,9 @@ private:
     CallLogReadiness& m_readiness;
 };
 
-/// The forms in which the management knows the journal's own settings. "missed-logging" is inverted: "1" means that
-/// missed calls which were answered elsewhere are not logged; "delete-missed-when-called" is not.
+/// The journal's own settings in the form that the management uses. "missed-logging" is inverted: "1" means
+/// that missed calls that were answered elsewhere are not logged. "delete-missed-when-called" is not
+/// inverted.
 namespace managementform {
 [[nodiscard]] inline const char* enabled(bool callLogEnabled) {
     return callLogEnabled ? "true" : "false";

@@ -26,7 +26,7 @@ VisitorCallLog::~VisitorCallLog() {
 }
 
 int VisitorCallLog::getLastByteOfMacAddr(const std::string& macAddress) {
-    // Unsigned, because a signed number may begin with the "-" that separates the bytes of an address.
+    // Unsigned, because a signed number accepts the "-" that separates the bytes of an address.
     unsigned byte = 0;
     if (macAddress.size() >= 2) {
         const char* begin = macAddress.data() + macAddress.size() - 2;
@@ -38,10 +38,10 @@ int VisitorCallLog::getLastByteOfMacAddr(const std::string& macAddress) {
     return static_cast<int>(byte);
 }
 
-void VisitorCallLog::createFirstTimer() {
+void VisitorCallLog::createFirstTimer(const PhoneValues& phoneValues) {
     Context& context = *m_platform.m_context;
     std::string macAddress;
-    if (!m_management.getUlmoValue("mac-addr", macAddress)) {
+    if (!phoneValues.getUlmoValue("mac-addr", macAddress)) {
         context.startTimer(m_autoSaveVisitorCallLogTimerId);
         return;
     }

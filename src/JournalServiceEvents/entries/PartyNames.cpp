@@ -39,12 +39,12 @@ Contact PartyNames::contactOf(const std::string& number, const std::string& remo
 
 std::string PartyNames::getPhoneNumberFromContact(const Contact& contact) const {
     std::string number;
-    switch (contact.getMatchedKind()) {
-        case 1: number = contact.getPhoneNumber(4); break;
-        case 2: number = contact.getPhoneNumber(1); break;
-        case 3: number = contact.getPhoneNumber(2); break;
-        case 4: number = contact.getPhoneNumber(3); break;
-        default: break;
+    switch (contact.getMatchedNumber()) {
+        case Contact::MatchedNumber::eOffice2: number = contact.getOffice2(); break;
+        case Contact::MatchedNumber::eOffice: number = contact.getOffice(); break;
+        case Contact::MatchedNumber::eMobile: number = contact.getMobile(); break;
+        case Contact::MatchedNumber::ePrivate: number = contact.getPrivate(); break;
+        case Contact::MatchedNumber::eNone: break;
     }
     LOG_EVENTS(5, "getPhoneNumberFromContact: numberFromDb[%s]", number.c_str());
     return number;

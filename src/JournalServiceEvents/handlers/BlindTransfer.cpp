@@ -6,7 +6,6 @@
 #include "platform/csta/CSTAEventCause.h"
 #include "platform/framework/Context.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalServiceEvents/handlers/ConnectionClearedSinkIfc.h"
 
 namespace journal {
 
@@ -14,7 +13,7 @@ namespace {
 constexpr int kHoldBackMilliseconds = 1000;
 }
 
-BlindTransfer::BlindTransfer(ConnectionClearedSinkIfc& sink) : m_sink(sink) {}
+BlindTransfer::BlindTransfer() = default;
 
 BlindTransfer::~BlindTransfer() {
     close();
@@ -45,14 +44,8 @@ void BlindTransfer::handleCSTAHeldEvent(const CSTAHeldEvent& event) {
     }
 }
 
-void BlindTransfer::handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
-    LOG_EVENTS(6, "handleCSTAConnectionClearedEvent[%s]", event->toString().c_str());
-    if (!isBlindTransferProcessing(*event)) {
-        m_sink.immediatelyhandleCSTAConnectionClearedEvent(event);
-    }
-}
-
-bool BlindTransfer::isBlindTransferProcessing(const CSTAConnectionClearedEvent& event) {
+bool BlindTransfer::isBlindTransferProcessing(const CSTAConnectionClearedEvent& event,
+                                              std::unique_ptr<CSTAConnectionClearedEvent>& displaced) {
     const bool result = m_BlindTransferTimerId != -1 && followsHeldEvent() &&
                         event.getDroppedConnectionCallID() == m_LastHeldCallId;
     LOG_EVENTS(
@@ -65,8 +58,8 @@ bool BlindTransfer::isBlindTransferProcessing(const CSTAConnectionClearedEvent& 
         m_pendingConnectionClearedEvent != nullptr &&
         m_pendingConnectionClearedEvent->getDroppedConnectionCallID() == event.getDroppedConnectionCallID();
     if (!restartBlindTransferTimer() || !sameCall) {
-        // Its second was over, only the expiry had not been delivered yet; or it is about another call, which must end.
-        handlePending();
+        // Its second is over and only the expiry is not delivered yet, or it clears another call.
+        displaced = takePending();
     }
     m_pendingConnectionClearedEvent = std::make_unique<CSTAConnectionClearedEvent>(event);
     return true;
@@ -95,20 +88,6 @@ bool BlindTransfer::stopBlindTransferTimer() {
 
 std::unique_ptr<CSTAConnectionClearedEvent> BlindTransfer::takePending() {
     return std::exchange(m_pendingConnectionClearedEvent, nullptr);
-}
-
-bool BlindTransfer::onTimer(int id) {
-    if (id == -1 || id != m_BlindTransferTimerId) {
-        return false;
-    }
-    handlePending();
-    return true;
-}
-
-void BlindTransfer::handlePending() {
-    if (const auto pending = takePending()) {
-        m_sink.immediatelyhandleCSTAConnectionClearedEvent(pending.get());
-    }
 }
 
 }  // namespace journal

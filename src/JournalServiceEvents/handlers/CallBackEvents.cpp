@@ -45,13 +45,14 @@ struct Progress {
 
 /// Which of the contact's numbers the directory has matched.
 NumberType::NT numberTypeOf(const Contact& contact) {
-    switch (contact.getMatchedKind()) {
-        case 1: return NumberType::NT::eOffice2;
-        case 2: return NumberType::NT::eOffice;
-        case 3: return NumberType::NT::eMobile;
-        case 4: return NumberType::NT::ePrivate;
-        default: return NumberType::NT::eUnknown;
+    switch (contact.getMatchedNumber()) {
+        case Contact::MatchedNumber::eOffice2: return NumberType::NT::eOffice2;
+        case Contact::MatchedNumber::eOffice: return NumberType::NT::eOffice;
+        case Contact::MatchedNumber::eMobile: return NumberType::NT::eMobile;
+        case Contact::MatchedNumber::ePrivate: return NumberType::NT::ePrivate;
+        case Contact::MatchedNumber::eNone: break;
     }
+    return NumberType::NT::eUnknown;
 }
 
 auto matcher(const Contact& contact) {

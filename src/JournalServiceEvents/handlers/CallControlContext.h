@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "platform/csta/CSTACallControlEvent.h"
 #include "platform/csta/CSTADevice.h"
@@ -12,34 +13,48 @@
 
 namespace journal {
 
-/// What every handler of call events works with. All parts are borrowed and outlive the handlers.
+/// One event of a call in the terms of the state machine. See `EventParties` for the meaning of the two
+/// parties.
+struct CallUpdate {
+    Call::states_t state = Call::eUnknown;
+    /// `eDirectionUnknown` keeps the direction of the record.
+    Call::directions_t direction = Call::eDirectionUnknown;
+    std::string callId{};
+    CSTADevice remote{};
+    CSTADevice diverted{};
+    bool treatAsIncoming = false;
+};
+
+/// The components that every handler of call events uses. All are borrowed and outlive the handlers.
 struct CallControlContext {
     CallMap& calls;
     CallTracker& tracker;
     const PhoneSettings& settings;
-    const JournalPolicy& gate;
+    const JournalPolicy& policy;
 
-    /// Whether the journal wants call events now: not while another journal owns the call log, and not on a SIP phone
-    /// whose call log is switched off.
+    /// True if the journal processes call events now: false while another journal owns the call log, and on a
+    /// SIP phone whose call log is switched off.
     [[nodiscard]] bool acceptsEvents() const {
         const auto values = settings.values();
-        return (!values->isSip() || values->m_callLogEnabled) && gate.handleCSTAEvent();
+        return (!values->isSip() || values->m_callLogEnabled) && policy.handleCSTAEvent();
     }
 
-    /// The record of the event's call, or null.
+    /// Returns the record of the event's call, or null. Requires: the call-map lock is held.
     [[nodiscard]] Call* find(const CSTACallControlEvent& event) const {
         return calls.findCallFromId(event.getConnectionCallID());
     }
 
-    /// `CallTracker::onCallEvent` with the parties as devices. `call` may be gone afterwards.
-    bool pass(Call* call, Call::states_t state, Call::directions_t direction, const std::string& callId,
-              const CSTADevice& remote, const CSTADevice& diverted = {}, bool treatAsIncoming = false) const {
-        return tracker.onCallEvent(call, state, direction, callId, remote.number, remote.name,
-                                   diverted.number, diverted.name, treatAsIncoming);
+    /// Calls `CallTracker::onCallEvent`. Do not use `call`, which may be null, afterwards: the update may
+    /// have removed the record. Requires: the call-map lock is held.
+    bool track(Call* call, CallUpdate update) const {
+        return tracker.onCallEvent(call, update.state, update.direction, std::move(update.callId),
+                                   std::move(update.remote.number), std::move(update.remote.name),
+                                   std::move(update.diverted.number), std::move(update.diverted.name),
+                                   update.treatAsIncoming);
     }
 };
 
-/// Who calls whom, as the event says it.
+/// Logs the calling and the called device of the event.
 inline void logParties(const char* operation, const CSTACallControlEvent& event) {
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
@@ -48,29 +63,32 @@ inline void logParties(const char* operation, const CSTACallControlEvent& event)
                called.number.c_str(), called.name.c_str());
 }
 
-/// The device as the far end of a call: empty when it is the phone itself.
+/// Returns the device as the far end of a call: empty if it is the phone itself.
 [[nodiscard]] inline CSTADevice farEnd(const CSTADevice& device) {
     return device.isLocal() ? CSTADevice{} : device;
 }
 
+/// True if the device has a number and is not the phone itself.
 [[nodiscard]] inline bool isKnown(const CSTADevice& device) {
     return !device.number.empty() && !device.isLocal();
 }
 
-/// The first of the devices that has a number and is not the phone itself; empty when none does.
+/// Returns the first known device, or an empty one.
 [[nodiscard]] inline CSTADevice firstKnown(const CSTADevice& first, const CSTADevice& second) {
     return isKnown(first) ? first : farEnd(second);
 }
 
-/// The call was transferred, and the phone has not placed it: events of its new partner read as if it had.
+/// True if the call was transferred to its present partner and the phone did not place it. The events of the
+/// new partner then look as if the phone had placed the call.
 [[nodiscard]] inline bool followsTransferHere(const Call& call) {
     return call.m_transferred && !call.isOutgoing();
 }
 
-/// The direction of a call as its event tells it. `reached` is the device that answered, or that failed. A switch may
-/// write the phone's own number on both sides: `call`, the record or null, then decides. It also decides for a call that
-/// was transferred, because the switch may tell of its new partner as of a call that the phone has placed; not for one
-/// that was seen first in its transfer, of which nothing else tells.
+/// Returns the direction of a call according to its event. `reached` is the answering or failing device;
+/// `call` is the record, or null. The direction of the record wins in two cases:
+///  - the switch writes the phone's own number on both sides;
+///  - the call was transferred, because events of the new partner may look as if the phone had placed the
+///    call. (A call that was first seen in its transfer has no direction yet; the event decides.)
 [[nodiscard]] inline Call::directions_t directionOf(const CSTADevice& calling, const CSTADevice& called,
                                                     const CSTADevice& reached, const Call* call) {
     if (call != nullptr && call->m_transferred && call->m_Direction != Call::eDirectionUnknown) {

@@ -7,54 +7,54 @@
 namespace journal {
 
 template <typename Event>
-void CallControlEvents::follow(const Event& event, void (CallControlRulesIfc::*rule)(const Event&)) {
-    if (!m_parts.acceptsEvents()) {
+void CallControlEvents::apply(const Event& event, void (CallControlRulesIfc::*rule)(const Event&)) {
+    if (!m_callControl.acceptsEvents()) {
         return;
     }
-    auto& rules = m_parts.settings.values()->isSip() ? m_sipRules : m_qorvexRules;
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    auto& rules = m_callControl.settings.values()->isSip() ? m_sipRules : m_qorvexRules;
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     (rules.*rule)(event);
 }
 
 void CallControlEvents::handleCSTAOriginatedEvent(CSTAOriginatedEvent* event) {
     LOG_EVENTS(6, "handleCSTAOriginatedEvent[%s]", event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::originated);
+    apply(*event, &CallControlRulesIfc::originated);
 }
 
 void CallControlEvents::handleCSTAOfferedEvent(CSTAOfferedEvent* event) {
     LOG_EVENTS(6, "handleCSTAOfferedEvent[%s][%s]", event->getOfferedConnectionCallID().c_str(),
                event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::offered);
+    apply(*event, &CallControlRulesIfc::offered);
 }
 
 void CallControlEvents::handleCSTAQueuedEvent(CSTAQueuedEvent* event) {
     LOG_EVENTS(6, "handleCSTAQueuedEvent[%s]", event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::queued);
+    apply(*event, &CallControlRulesIfc::queued);
 }
 
 void CallControlEvents::handleCSTADeliveredEvent(CSTADeliveredEvent* event) {
     LOG_EVENTS(6, "handleCSTADeliveredEvent[%s]", event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::delivered);
+    apply(*event, &CallControlRulesIfc::delivered);
 }
 
 void CallControlEvents::handleCSTADivertedEvent(CSTADivertedEvent* event) {
     LOG_EVENTS(6, "handleCSTADivertedEvent[%s]", event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::diverted);
+    apply(*event, &CallControlRulesIfc::diverted);
 }
 
 void CallControlEvents::handleCSTAEstablishedEvent(CSTAEstablishedEvent* event) {
     LOG_EVENTS(6, "handleCSTAEstablishedEvent[%s]", event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::established);
+    apply(*event, &CallControlRulesIfc::established);
 }
 
 void CallControlEvents::handleCSTAFailedEvent(CSTAFailedEvent* event) {
     LOG_EVENTS(6, "handleCSTAFailedEvent[%s]", event->toString().c_str());
-    follow(*event, &CallControlRulesIfc::failed);
+    apply(*event, &CallControlRulesIfc::failed);
 }
 
 void CallControlEvents::handleCSTARetrievedEvent(CSTARetrievedEvent* event) {
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
-    if (Call* const call = m_parts.calls.findCallFromId(event->getRetrievedConnectionCallID())) {
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
+    if (Call* const call = m_callControl.calls.findCallFromId(event->getRetrievedConnectionCallID())) {
         call->m_connectedToMediaServer = event->isConnectedToMediaServer();
     }
 }

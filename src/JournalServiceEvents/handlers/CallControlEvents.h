@@ -15,19 +15,19 @@ namespace journal {
 
 class CallControlRulesIfc;
 
-/// Takes the call-control events in. Every handler but Retrieved goes the same way:
+/// Handles the call-control events except Held (`BlindTransfer`) and ConnectionCleared
+/// (`ConnectionClearedEvents`). Every handler but Retrieved has the same steps:
 ///  1. log the event;
-///  2. leave an event alone that the journal does not want (`CallControlContext::acceptsEvents`);
-///  3. take the call-map lock and give the event to the rules of the phone's flavour, as it is configured now.
-/// Held and ConnectionCleared come in through `BlindTransfer`.
+///  2. ignore it if the journal does not accept events now (`CallControlContext::acceptsEvents`);
+///  3. take the call-map lock and apply the rule of the flavour that is configured now.
 ///
-/// Threads: the line's strand, one event at a time.
+/// Call from the strand only.
 class CallControlEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlEvents(const CallControlContext& parts, CallControlRulesIfc& qorvexRules,
+    CallControlEvents(const CallControlContext& callControl, CallControlRulesIfc& qorvexRules,
                       CallControlRulesIfc& sipRules)
-        : m_parts(parts), m_qorvexRules(qorvexRules), m_sipRules(sipRules) {}
+        : m_callControl(callControl), m_qorvexRules(qorvexRules), m_sipRules(sipRules) {}
 
     // Events are borrowed for the call.
     void handleCSTAOriginatedEvent(CSTAOriginatedEvent* event);
@@ -41,9 +41,9 @@ public:
 
 private:
     template <typename Event>
-    void follow(const Event& event, void (CallControlRulesIfc::*rule)(const Event&));
+    void apply(const Event& event, void (CallControlRulesIfc::*rule)(const Event&));
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     CallControlRulesIfc& m_qorvexRules;
     CallControlRulesIfc& m_sipRules;
 };

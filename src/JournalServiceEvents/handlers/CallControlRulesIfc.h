@@ -10,9 +10,10 @@ class CSTAQueuedEvent;
 
 namespace journal {
 
-/// What a flavour of the phone makes of the call-control events that differ between flavours. Each operation reads the
-/// parties from its event and passes the call on to the tracker; it is called with the call-map lock held, when
-/// the event has passed the gates that all flavours share.
+/// The rules for call-control events that differ between the flavours of the phone. Each operation reads the
+/// parties from its event and updates the call through `CallControlContext::track`.
+///
+/// Requires: the call-map lock is held, and the journal accepts events.
 class CallControlRulesIfc {
 public:
     CallControlRulesIfc() = default;

@@ -11,10 +11,11 @@ namespace journal {
 
 namespace {
 
-// The call id of a failure or a diversion that belongs to no call.
+// The call id of a failure or a diversion that belongs to no call of this phone.
 constexpr const char* kNoCallId = "0";
 
-/// Who was called, with the name of the alerting device where that is the same number and the only one named.
+/// Returns the called device. Takes the name of the alerting device if the called device has none and the
+/// numbers match.
 CSTADevice calledDeviceOf(const CSTADeliveredEvent& event) {
     const CSTADevice& alerting = event.getAlertingDevice();
     CSTADevice called = firstKnown(event.getCalledDevice(), alerting);
@@ -30,18 +31,19 @@ CSTADevice remoteOf(const Call& call) {
 
 }  // namespace
 
-bool CallControlRulesQorvex::followsCalls() const {
-    return m_parts.settings.values()->m_useCSTACallControlEvents;
+bool CallControlRulesQorvex::tracksCalls() const {
+    return m_callControl.settings.values()->m_useCSTACallControlEvents;
 }
 
 bool CallControlRulesQorvex::ignoreEventByCause(int cause) noexcept {
     return cause == CSTA_EC_CallPickup || cause == CSTA_EC_CallPark;
 }
 
-// What the phone dialled stays; whom it called takes the switch's own notation, which is how callers are noted too.
+// The dialled party keeps the number as the phone dialled it. The called party gets the notation of the
+// switch, which callers have, too, so that a dialled and a received call of one party match.
 void CallControlRulesQorvex::recordDialled(const CSTACallControlEvent& event) const {
     const CSTADevice& called = event.getCalledDevice();
-    Call* const call = m_parts.find(event);
+    Call* const call = m_callControl.find(event);
     if (call == nullptr || !call->isOutgoing() || !isKnown(called)) {
         return;
     }
@@ -56,7 +58,7 @@ void CallControlRulesQorvex::recordDialled(const CSTACallControlEvent& event) co
 void CallControlRulesQorvex::recordRedirecting(const CSTACallControlEvent& event,
                                                const char* operation) const {
     const CSTADevice& redirecting = event.getLastRedirectionDevice();
-    Call* const call = m_parts.find(event);
+    Call* const call = m_callControl.find(event);
     if (call == nullptr || !isKnown(redirecting)) {
         return;
     }
@@ -73,21 +75,25 @@ void CallControlRulesQorvex::originated(const CSTAOriginatedEvent& event) {
     const CSTADevice& called = event.getCalledDevice();
     LOG_EVENTS(5, "%s():{%s} Calling: %s, Called: %s, Name: %s", kLogName, callId.c_str(),
                event.getCallingDevice().number.c_str(), called.number.c_str(), called.name.c_str());
-    if (!followsCalls() || ignoreEventByCause(event.getCause())) {
+    if (!tracksCalls() || ignoreEventByCause(event.getCause())) {
         return;
     }
     LOG_EVENTS(5, "%s():event not ignored", kLogName);
-    m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, farEnd(called));
+    m_callControl.track(m_callControl.find(event), {.state = Call::eOriginated,
+                                                    .direction = Call::eOutgoing,
+                                                    .callId = callId,
+                                                    .remote = farEnd(called)});
     recordDialled(event);
 }
 
 void CallControlRulesQorvex::offered(const CSTAOfferedEvent& event) {
-    if (!followsCalls()) {
+    if (!tracksCalls()) {
         m_readiness.m_callLogEventsReady = false;
         return;
     }
-    m_parts.pass(m_parts.find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(),
-                 {});
+    m_callControl.track(m_callControl.find(event), {.state = Call::eOffered,
+                                                    .direction = Call::eIncoming,
+                                                    .callId = event.getOfferedConnectionCallID()});
 }
 
 void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
@@ -95,19 +101,24 @@ void CallControlRulesQorvex::queued(const CSTAQueuedEvent& event) {
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
     logParties("handleCSTAQueuedEvent", event);
-    if (!followsCalls()) {
+    if (!tracksCalls()) {
         return;
     }
     if (calling.isLocal()) {
-        // The phone's own call waits at a group.
-        m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        // The phone's own call is queued at a group.
+        m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
+                                                        .direction = Call::eOutgoing,
+                                                        .callId = callId,
+                                                        .remote = farEnd(called)});
         recordDialled(event);
         return;
     }
-    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling);
+    m_callControl.track(
+        m_callControl.find(event),
+        {.state = Call::eDelivered, .direction = Call::eIncoming, .callId = callId, .remote = calling});
 }
 
-// ---- Delivered ----------------------------------------------------------------------------------------------
+// ---- Delivered ----
 
 void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
     constexpr const char* kLogName = "handleCSTADeliveredEvent";
@@ -121,12 +132,12 @@ void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
                "%s",
                kLogName, callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
                called.name.c_str(), newDestination.number.c_str(), newDestination.name.c_str());
-    if (!followsCalls()) {
+    if (!tracksCalls()) {
         return;
     }
     const int cause = event.getCause();
     if (cause == CSTA_EC_Forwarded) {
-        Call* const call = m_parts.find(event);
+        Call* const call = m_callControl.find(event);
         LOG_EVENTS(5, "%s():{%s} forwarded call received", kLogName, callId.c_str());
         if (call == nullptr || followsTransferHere(*call) ||
             (isKnown(newDestination) && !forwardedOn(*call, event))) {
@@ -136,22 +147,25 @@ void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
     deliveredByLocalConnection(event);
     if (cause == CSTA_EC_Redirected || cause == CSTA_EC_RedirectedByDistribution) {
         recordRedirecting(event, kLogName);
-        if (Call* const call = m_parts.find(event)) {
+        if (Call* const call = m_callControl.find(event)) {
             call->m_redirected = true;
         }
     }
 }
 
-// The called party has sent the phone's own call on. False when the call is gone with that.
+// The called party has forwarded the phone's own call. Returns false if the record has been removed.
 bool CallControlRulesQorvex::forwardedOn(Call& call, const CSTADeliveredEvent& event) {
     const CSTADevice& newDestination = event.getAlertingDevice();
     if (call.m_sFirstForwardedParty.empty()) {
         call.m_sFirstForwardedParty = newDestination.number;
         call.m_sFirstForwardedPartyName = newDestination.name;
     }
-    m_parts.pass(&call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(), newDestination,
-                 farEnd(event.getCalledDevice()));
-    return m_parts.find(event) != nullptr;
+    m_callControl.track(&call, {.state = Call::eForwarded,
+                                .direction = Call::eOutgoing,
+                                .callId = event.getConnectionCallID(),
+                                .remote = newDestination,
+                                .diverted = farEnd(event.getCalledDevice())});
+    return m_callControl.find(event) != nullptr;
 }
 
 void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent& event) {
@@ -159,18 +173,22 @@ void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent
     const int localConnection = event.getLocalConnectionInfo();
     switch (localConnection) {
         case CSTA_LCS_Connected:
-            if (const Call* const call = m_parts.find(event); call != nullptr && call->m_transferred) {
-                break;  // the new partner rings
+            if (const Call* const call = m_callControl.find(event); call != nullptr && call->m_transferred) {
+                break;  // the new partner of a transfer is alerting
             }
-            m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId,
-                         calledDeviceOf(event));
+            m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
+                                                            .direction = Call::eOutgoing,
+                                                            .callId = callId,
+                                                            .remote = calledDeviceOf(event)});
             recordDialled(event);
             break;
         case CSTA_LCS_Alerting:
         case CSTA_LCS_Null:
             if (event.getPrivateData() != communicationsServiceTexts::content_callstatus_ReminderCall) {
-                m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId,
-                             farEnd(event.getCallingDevice()));
+                m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
+                                                                .direction = Call::eIncoming,
+                                                                .callId = callId,
+                                                                .remote = farEnd(event.getCallingDevice())});
             }
             break;
         default:
@@ -180,19 +198,19 @@ void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent
     }
 }
 
-// ---- Diverted -----------------------------------------------------------------------------------------------
+// ---- Diverted ----
 
 void CallControlRulesQorvex::diverted(const CSTADivertedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
-    if (!followsCalls()) {
+    if (!tracksCalls()) {
         return;
     }
-    if (callId != kNoCallId && !m_parts.settings.values()->m_serverBasedFeatures) {
+    if (callId != kNoCallId && !m_callControl.settings.values()->m_serverBasedFeatures) {
         LOG_EVENTS(5, "%s():callID = '%s' - server based features are off, IGNORE", "handleCSTADivertedEvent",
                    callId.c_str());
         return;
     }
-    Call* const call = m_parts.find(event);
+    Call* const call = m_callControl.find(event);
     if (event.getCallingDevice().isLocal() || (call != nullptr && call->isOutgoing())) {
         divertedThere(call, event);
     } else {
@@ -200,7 +218,8 @@ void CallControlRulesQorvex::diverted(const CSTADivertedEvent& event) {
     }
 }
 
-// The call was diverted away from this phone: the caller stays the remote party, the new destination is connected.
+// The call was diverted away from this phone: the caller stays the remote party, the new destination is
+// connected.
 void CallControlRulesQorvex::divertedHere(Call* call, const CSTADivertedEvent& event) {
     CSTADevice caller = farEnd(event.getCallingDevice());
     if (call != nullptr && !call->m_sRemoteParty.empty()) {
@@ -208,27 +227,37 @@ void CallControlRulesQorvex::divertedHere(Call* call, const CSTADivertedEvent& e
     }
     const CSTADevice newDestination = farEnd(event.getNewDestination());
     if (!caller.number.empty()) {
-        m_parts.pass(call, Call::eForwarded, Call::eIncoming, event.getConnectionCallID(), newDestination,
-                     caller);
+        m_callControl.track(call, {.state = Call::eForwarded,
+                                   .direction = Call::eIncoming,
+                                   .callId = event.getConnectionCallID(),
+                                   .remote = newDestination,
+                                   .diverted = caller});
         return;
     }
-    // An anonymous caller must not give way to the new destination.
+    // The new destination must not replace an anonymous caller, so it is not passed as a party.
     if (call != nullptr) {
         call->m_sConnectedParty = newDestination.number;
         call->m_sConnectedPartyName = newDestination.name;
     }
-    m_parts.pass(call, Call::eForwarded, Call::eIncoming, event.getConnectionCallID(), caller);
+    m_callControl.track(call, {.state = Call::eForwarded,
+                               .direction = Call::eIncoming,
+                               .callId = event.getConnectionCallID(),
+                               .remote = caller});
 }
 
-// The called party has diverted the phone's own call. A call that is not tracked would leave a record without an end.
+// The called party has diverted the phone's own call. A call that is not tracked is ignored: its record would
+// never end.
 void CallControlRulesQorvex::divertedThere(Call* call, const CSTADivertedEvent& event) {
     if (call != nullptr) {
-        m_parts.pass(call, Call::eForwarded, Call::eOutgoing, event.getConnectionCallID(),
-                     farEnd(event.getNewDestination()), remoteOf(*call));
+        m_callControl.track(call, {.state = Call::eForwarded,
+                                   .direction = Call::eOutgoing,
+                                   .callId = event.getConnectionCallID(),
+                                   .remote = farEnd(event.getNewDestination()),
+                                   .diverted = remoteOf(*call)});
     }
 }
 
-// ---- Established --------------------------------------------------------------------------------------------
+// ---- Established ----
 
 void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
     constexpr const char* kLogName = "handleCSTAEstablishedEvent";
@@ -239,16 +268,16 @@ void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
     LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, Answered: %s, Name: %s", kLogName,
                callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
                called.name.c_str(), answering.number.c_str(), answering.name.c_str());
-    if (!followsCalls()) {
+    if (!tracksCalls()) {
         return;
     }
-    Call* call = m_parts.find(event);
+    Call* call = m_callControl.find(event);
     auto direction = directionOf(calling, called, answering, call);
     if (call != nullptr && call->m_State == Call::eEstablished) {
         direction = call->m_Direction;
     } else if (call != nullptr && call->isOutgoing() && direction == Call::eIncoming) {
-        // Placed to pick another phone's call up, and now that call itself.
-        m_parts.calls.removeCall(callId);
+        // The phone placed this call to pick up another phone's call, and it is now that call.
+        m_callControl.calls.removeCall(callId);
         call = nullptr;
     }
     if (direction == Call::eDirectionUnknown) {
@@ -271,7 +300,10 @@ void CallControlRulesQorvex::establishedIncoming(Call* call, const CSTAEstablish
     const CSTADevice caller = farEnd(event.getCallingDevice());
     LOG_EVENTS(5, "%s():{%s} Incoming call established; Number: %s, Name: %s", "handleCSTAEstablishedEvent",
                event.getConnectionCallID().c_str(), caller.number.c_str(), caller.name.c_str());
-    m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(), caller);
+    m_callControl.track(call, {.state = Call::eEstablished,
+                               .direction = direction,
+                               .callId = event.getConnectionCallID(),
+                               .remote = caller});
 }
 
 void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablishedEvent& event,
@@ -283,6 +315,8 @@ void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablish
     if (call != nullptr && call->m_Direction == Call::eIncoming && call->m_State < Call::eEstablished) {
         fileCalledBack(*call, event);
     }
+    // Before the update, which may delete a missed entry of the called party; after it, because it may create
+    // the record.
     recordDialled(event);
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
         LOG_EVENTS(5,
@@ -290,18 +324,23 @@ void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablish
                    "Number: %s, "
                    "Name: %s",
                    kLogName, callId.c_str(), answering.number.c_str(), answering.name.c_str());
-        m_parts.pass(call, Call::eEstablished, direction, callId, answering, called);
+        m_callControl.track(call, {.state = Call::eEstablished,
+                                   .direction = direction,
+                                   .callId = callId,
+                                   .remote = answering,
+                                   .diverted = called});
     } else {
         const CSTADevice reached = firstKnown(answering, called);
         LOG_EVENTS(5, "%s():{%s} Outoing call established; Number: %s, Name: %s", kLogName, callId.c_str(),
                    reached.number.c_str(), reached.name.c_str());
-        m_parts.pass(call, Call::eEstablished, direction, callId, reached);
+        m_callControl.track(
+            call, {.state = Call::eEstablished, .direction = direction, .callId = callId, .remote = reached});
     }
     recordDialled(event);
 }
 
-// The switch has called the phone in order to place a call for it (a callback, a click on a number): it rang here like an
-// incoming call and is now one that the user has made. The record, which stands for an incoming call, ends with that.
+// The switch has called the phone to place a call for it (a callback, click to dial). The call alerted here
+// like an incoming call, and its record has that direction; the user sees a dialled call.
 void CallControlRulesQorvex::fileCalledBack(const Call& call, const CSTAEstablishedEvent& event) {
     const CSTADevice reached = firstKnown(event.getCalledDevice(), event.getAnsweringDevice());
     const CSTADevice connected = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
@@ -319,7 +358,7 @@ void CallControlRulesQorvex::fileCalledBack(const Call& call, const CSTAEstablis
     m_entries.fileDialledCall(details);
 }
 
-// ---- Failed -------------------------------------------------------------------------------------------------
+// ---- Failed ----
 
 void CallControlRulesQorvex::failed(const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
@@ -330,37 +369,41 @@ void CallControlRulesQorvex::failed(const CSTAFailedEvent& event) {
     LOG_EVENTS(5, "%s():{%s} Calling: (%s Name: %s), Called: %s Cause: %d Forwarding: (%s Name: %s)",
                "handleCSTAFailedEvent", callId.c_str(), calling.number.c_str(), calling.name.c_str(),
                called.number.c_str(), cause, forwarding.number.c_str(), forwarding.name.c_str());
-    if (!followsCalls()) {
+    if (!tracksCalls()) {
         return;
     }
-    Call* const call = m_parts.find(event);
+    Call* const call = m_callControl.find(event);
     if (callId == kNoCallId || cause == CSTA_EC_None || cause == CSTA_EC_Unknown) {
         failedOnItsOwn(call, event);
         return;
     }
     const auto direction =
         call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
-    m_parts.pass(call, Call::eFailed, direction, callId,
-                 direction == Call::eOutgoing ? farEnd(called) : farEnd(calling));
+    m_callControl.track(call, {.state = Call::eFailed,
+                               .direction = direction,
+                               .callId = callId,
+                               .remote = direction == Call::eOutgoing ? farEnd(called) : farEnd(calling)});
 }
 
-// A failure that belongs to no call is a call that could not be put through to this phone. It gets a record of its own,
-// which is filed at once. A record that stands under its id ends with it; a call that was placed here counts as dialled,
-// and one that was answered here as received.
+// A failure that belongs to no call is an incoming call that did not reach this phone. It gets a record of
+// its own, which is filed at once. An existing record with its id ends: an outgoing call is filed as dialled,
+// an established one as received.
 void CallControlRulesQorvex::failedOnItsOwn(Call* call, const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     CSTADevice caller = firstKnown(event.getCallingDevice(), event.getCalledDevice());
     const bool placedHere = call != nullptr && call->isOutgoing();
     if (placedHere) {
-        m_parts.pass(call, Call::eFailed, Call::eOutgoing, callId, {});
+        m_callControl.track(call, {.state = Call::eFailed, .direction = Call::eOutgoing, .callId = callId});
     } else if (call != nullptr && call->m_State == Call::eEstablished) {
-        m_parts.pass(call, Call::eCleared, Call::eDirectionUnknown, callId, {});
+        m_callControl.track(call, {.state = Call::eCleared, .callId = callId});
     } else if (call != nullptr && caller.number.empty()) {
         caller = remoteOf(*call);
     }
-    m_parts.calls.removeCall(callId);
+    m_callControl.calls.removeCall(callId);
     if (!(placedHere && event.getCallingDevice().isLocal())) {
-        m_parts.pass(nullptr, Call::eFailed, Call::eIncoming, callId, caller);
+        m_callControl.track(
+            nullptr,
+            {.state = Call::eFailed, .direction = Call::eIncoming, .callId = callId, .remote = caller});
     }
 }
 

@@ -12,9 +12,9 @@ namespace journal {
 struct CallLogReadiness;
 class EntryCreation;
 
-/// The call-control rules of every phone that is not a SIP phone; `CallControlRulesSip` stands beside it.
+/// The call-control rules of every phone that is not a SIP phone; see `CallControlRulesSip` for the others.
 ///
-/// A call is followed only where the switch does not keep the call log itself. The parties that an event passes on:
+/// Calls are tracked only if the switch does not keep the call log itself. The parties of each update:
 ///
 ///     event                       remote party        diverted party
 ///     Originated                  called device
@@ -29,9 +29,9 @@ class EntryCreation;
 class CallControlRulesQorvex final : public CallControlRulesIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlRulesQorvex(const CallControlContext& parts, CallLogReadiness& readiness,
+    CallControlRulesQorvex(const CallControlContext& callControl, CallLogReadiness& readiness,
                            EntryCreation& entries)
-        : m_parts(parts), m_readiness(readiness), m_entries(entries) {}
+        : m_callControl(callControl), m_readiness(readiness), m_entries(entries) {}
 
     void originated(const CSTAOriginatedEvent& event) override;
     void offered(const CSTAOfferedEvent& event) override;
@@ -41,11 +41,11 @@ public:
     void established(const CSTAEstablishedEvent& event) override;
     void failed(const CSTAFailedEvent& event) override;
 
-    /// A call that is picked up or parked is no call that the phone has dialled.
+    /// True for the causes of a pick-up and of parking: the phone did not dial such a call.
     [[nodiscard]] static bool ignoreEventByCause(int cause) noexcept;
 
 private:
-    [[nodiscard]] bool followsCalls() const;
+    [[nodiscard]] bool tracksCalls() const;
 
     void deliveredByLocalConnection(const CSTADeliveredEvent& event);
     bool forwardedOn(Call& call, const CSTADeliveredEvent& event);
@@ -59,7 +59,7 @@ private:
     void recordDialled(const CSTACallControlEvent& event) const;
     void recordRedirecting(const CSTACallControlEvent& event, const char* operation) const;
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     CallLogReadiness& m_readiness;
     EntryCreation& m_entries;
 };

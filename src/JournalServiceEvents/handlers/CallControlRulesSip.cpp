@@ -17,7 +17,8 @@ bool isForwarding(int cause) {
     return cause >= CSTA_EC_CallForwardImmediate && cause <= CSTA_EC_CallForward;
 }
 
-/// The far end that the record knows best, for an event that names none.
+/// Returns the far end from the record, for an event that names none: the remote party, else the dialled
+/// party.
 CSTADevice farEndOf(const Call* call) {
     if (call == nullptr) {
         return {};
@@ -63,21 +64,27 @@ void CallControlRulesSip::originated(const CSTAOriginatedEvent& event) {
         case CSTA_EC_CallPickup:
         case CSTA_EC_DirectedPickup:
         case CSTA_EC_PickupFromPark:
-            // Placed to pick another call up: it will be filed as an incoming one.
-            m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId, {}, {}, true);
+            // Placed to pick up another call: it is filed as an incoming one.
+            m_callControl.track(m_callControl.find(event), {.state = Call::eOriginated,
+                                                            .direction = Call::eOutgoing,
+                                                            .callId = callId,
+                                                            .treatAsIncoming = true});
             break;
         case CSTA_EC_CallPark:
         case CSTA_EC_CallRetrievePark: break;
         default:
-            m_parts.pass(m_parts.find(event), Call::eOriginated, Call::eOutgoing, callId,
-                         {farEnd(called).number, {}});
+            m_callControl.track(m_callControl.find(event), {.state = Call::eOriginated,
+                                                            .direction = Call::eOutgoing,
+                                                            .callId = callId,
+                                                            .remote = {farEnd(called).number, {}}});
             break;
     }
 }
 
 void CallControlRulesSip::offered(const CSTAOfferedEvent& event) {
-    m_parts.pass(m_parts.find(event), Call::eOffered, Call::eIncoming, event.getOfferedConnectionCallID(),
-                 {});
+    m_callControl.track(m_callControl.find(event), {.state = Call::eOffered,
+                                                    .direction = Call::eIncoming,
+                                                    .callId = event.getOfferedConnectionCallID()});
 }
 
 void CallControlRulesSip::queued(const CSTAQueuedEvent& event) {
@@ -86,14 +93,21 @@ void CallControlRulesSip::queued(const CSTAQueuedEvent& event) {
     const CSTADevice& called = event.getCalledDevice();
     logParties("handleCSTAQueuedEvent", event);
     if (calling.isLocal()) {
-        // The phone's own call waits at a group.
-        m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eOutgoing, callId, farEnd(called));
+        // The phone's own call is queued at a group.
+        m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
+                                                        .direction = Call::eOutgoing,
+                                                        .callId = callId,
+                                                        .remote = farEnd(called)});
         return;
     }
-    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId, calling, farEnd(called));
+    m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
+                                                    .direction = Call::eIncoming,
+                                                    .callId = callId,
+                                                    .remote = calling,
+                                                    .diverted = farEnd(called)});
 }
 
-// ---- Delivered ----------------------------------------------------------------------------------------------
+// ---- Delivered ----
 
 void CallControlRulesSip::delivered(const CSTADeliveredEvent& event) {
     const int localConnection = event.getLocalConnectionInfo();
@@ -118,51 +132,63 @@ void CallControlRulesSip::ringing(const CSTADeliveredEvent& event) {
                    callId.c_str(), deviceId.c_str());
         return;
     }
-    m_parts.pass(m_parts.find(event), Call::eDelivered, Call::eIncoming, callId,
-                 farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
+    m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
+                                                    .direction = Call::eIncoming,
+                                                    .callId = callId,
+                                                    .remote = farEnd(event.getCallingDevice()),
+                                                    .diverted = farEnd(event.getLastRedirectionDevice())});
 }
 
 void CallControlRulesSip::ringBack(const CSTADeliveredEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     LOG_EVENTS(5, "%s():CSTA_LCS_Connected/CSTA_LCS_Queued", "handleCSTADeliveredEvent");
-    Call* const call = m_parts.find(event);
+    Call* const call = m_callControl.find(event);
     const CSTADevice alerting = farEnd(event.getAlertingDevice());
     const CSTADevice called = farEnd(event.getCalledDevice());
     if (isForwarding(event.getCause()) && !(call != nullptr && followsTransferHere(*call))) {
         const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eDelivered;
-        m_parts.pass(call, state, Call::eOutgoing, callId, orElse(called, farEndOf(call)), alerting,
-                     call != nullptr && call->m_treatAsIncoming);
+        m_callControl.track(call, {.state = state,
+                                   .direction = Call::eOutgoing,
+                                   .callId = callId,
+                                   .remote = orElse(called, farEndOf(call)),
+                                   .diverted = alerting,
+                                   .treatAsIncoming = call != nullptr && call->m_treatAsIncoming});
         return;
     }
     const auto direction = call != nullptr ? call->m_Direction : Call::eOutgoing;
-    m_parts.pass(call, Call::eDelivered, direction, callId, firstKnown(alerting, called));
+    m_callControl.track(call, {.state = Call::eDelivered,
+                               .direction = direction,
+                               .callId = callId,
+                               .remote = firstKnown(alerting, called)});
 }
 
-// ---- Diverted -----------------------------------------------------------------------------------------------
+// ---- Diverted ----
 
 void CallControlRulesSip::diverted(const CSTADivertedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     LOG_EVENTS(5, "%s():{%s}, cause = %d", "handleCSTADivertedEvent", callId.c_str(), event.getCause());
-    // Nothing would ever end a record that a diversion of an unknown call had made.
-    if (Call* const call = m_parts.find(event)) {
-        m_parts.pass(call, Call::eForwarded, Call::eOutgoing, callId,
-                     orElse(farEnd(event.getCalledDevice()), farEndOf(call)),
-                     farEnd(event.getNewDestination()));
+    // A record of an unknown call would never end, so its diversion is ignored.
+    if (Call* const call = m_callControl.find(event)) {
+        m_callControl.track(call, {.state = Call::eForwarded,
+                                   .direction = Call::eOutgoing,
+                                   .callId = callId,
+                                   .remote = orElse(farEnd(event.getCalledDevice()), farEndOf(call)),
+                                   .diverted = farEnd(event.getNewDestination())});
     }
 }
 
-// ---- Established --------------------------------------------------------------------------------------------
+// ---- Established ----
 
 void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
     constexpr const char* kLogName = "handleCSTAEstablishedEvent";
     const std::string& callId = event.getConnectionCallID();
     logDevices(event);
-    Call* call = m_parts.find(event);
+    Call* call = m_callControl.find(event);
     const bool isBLFPickupCall = call != nullptr && call->m_treatAsIncoming;
     LOG_EVENTS(5, "%s():pCall[%p]; isBLFPickupCall(%d)", kLogName, static_cast<const void*>(call),
                isBLFPickupCall ? 1 : 0);
 
-    // A call that was placed to pick another one up may come back with the picked-up call's parties.
+    // A call that was placed to pick up another one may be established with the parties of that other call.
     auto direction = isBLFPickupCall ? call->m_Direction
                                      : directionOf(event.getCallingDevice(), event.getCalledDevice(),
                                                    event.getAnsweringDevice(), call);
@@ -176,7 +202,7 @@ void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
     if (!callId.empty() && m_blindTransfer.followsHeldEvent() && m_blindTransfer.lastHeldCallId() == callId) {
         LOG_EVENTS(5, "handleCSTAEstablishedEvent: established event following a held event");
         if (call == nullptr) {
-            call = m_parts.tracker.enterCall(direction, callId);
+            call = m_callControl.tracker.enterCall(direction, callId);
         }
     }
     if (direction == Call::eOutgoing) {
@@ -189,11 +215,14 @@ void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
 void CallControlRulesSip::establishedIncoming(Call* call, const CSTAEstablishedEvent& event,
                                               Call::directions_t direction) {
     LOG_EVENTS(5, "%s():establish incoming call", "handleCSTAEstablishedEvent");
-    m_parts.pass(call, Call::eEstablished, direction, event.getConnectionCallID(),
-                 farEnd(event.getCallingDevice()), farEnd(event.getLastRedirectionDevice()));
-    call = m_parts.find(event);
+    m_callControl.track(call, {.state = Call::eEstablished,
+                               .direction = direction,
+                               .callId = event.getConnectionCallID(),
+                               .remote = farEnd(event.getCallingDevice()),
+                               .diverted = farEnd(event.getLastRedirectionDevice())});
+    call = m_callControl.find(event);
     if (call != nullptr && followsTransferHere(*call) && event.getCallingDevice().isLocal()) {
-        // The event names nobody as the caller: it tells that the new partner has answered.
+        // The event names no caller: it reports that the new partner has answered.
         const CSTADevice partner = firstKnown(event.getAnsweringDevice(), event.getCalledDevice());
         call->m_sConnectedParty = partner.number;
         call->m_sConnectedPartyName = partner.name;
@@ -216,34 +245,45 @@ void CallControlRulesSip::establishedOutgoing(Call* call, const CSTAEstablishedE
     if (asIncoming) {
         // The far end is the caller of the picked-up call.
         const CSTADevice caller = firstKnown(event.getCallingDevice(), firstKnown(answering, called));
-        m_parts.pass(call, Call::eEstablished, Call::eOutgoing, callId, orElse(caller, farEndOf(call)), {},
-                     true);
+        m_callControl.track(call, {.state = Call::eEstablished,
+                                   .direction = Call::eOutgoing,
+                                   .callId = callId,
+                                   .remote = orElse(caller, farEndOf(call)),
+                                   .treatAsIncoming = true});
         return;
     }
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
         if (call == nullptr && isUsingCrestUX()) {
-            return;  // the call was filed when it was forwarded
+            return;  // filed when it was forwarded
         }
         const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eEstablished;
-        m_parts.pass(call, state, Call::eOutgoing, callId, called, answering);
+        m_callControl.track(call, {.state = state,
+                                   .direction = Call::eOutgoing,
+                                   .callId = callId,
+                                   .remote = called,
+                                   .diverted = answering});
         return;
     }
-    m_parts.pass(call, Call::eEstablished, Call::eOutgoing, callId,
-                 orElse(firstKnown(answering, called), farEndOf(call)));
+    m_callControl.track(call, {.state = Call::eEstablished,
+                               .direction = Call::eOutgoing,
+                               .callId = callId,
+                               .remote = orElse(firstKnown(answering, called), farEndOf(call))});
 }
 
-// ---- Failed -------------------------------------------------------------------------------------------------
+// ---- Failed ----
 
 void CallControlRulesSip::failed(const CSTAFailedEvent& event) {
     const std::string& callId = event.getConnectionCallID();
     const CSTADevice& calling = event.getCallingDevice();
     const CSTADevice& called = event.getCalledDevice();
     logParties("handleCSTAFailedEvent", event);
-    Call* const call = m_parts.find(event);
+    Call* const call = m_callControl.find(event);
     const auto direction =
         call != nullptr ? call->m_Direction : directionOf(calling, called, event.getFailingDevice(), nullptr);
-    m_parts.pass(call, Call::eFailed, direction, callId,
-                 direction == Call::eOutgoing ? farEnd(called) : farEnd(calling));
+    m_callControl.track(call, {.state = Call::eFailed,
+                               .direction = direction,
+                               .callId = callId,
+                               .remote = direction == Call::eOutgoing ? farEnd(called) : farEnd(calling)});
 }
 
 }  // namespace journal

@@ -8,7 +8,8 @@ namespace journal {
 class BlindTransfer;
 class LineDevices;
 
-/// The call-control rules of SIP phones; `CallControlRulesQorvex` stands beside it. The parties that an event passes on:
+/// The call-control rules of SIP phones; see `CallControlRulesQorvex` for the others. The parties of each
+/// update:
 ///
 ///     event                       remote party        diverted party
 ///     Originated                  called device
@@ -24,9 +25,9 @@ class LineDevices;
 class CallControlRulesSip final : public CallControlRulesIfc {
 public:
     /// Everything is borrowed and outlives this object.
-    CallControlRulesSip(const CallControlContext& parts, const LineDevices& devices,
+    CallControlRulesSip(const CallControlContext& callControl, const LineDevices& devices,
                         const BlindTransfer& blindTransfer)
-        : m_parts(parts), m_devices(devices), m_blindTransfer(blindTransfer) {}
+        : m_callControl(callControl), m_devices(devices), m_blindTransfer(blindTransfer) {}
 
     void originated(const CSTAOriginatedEvent& event) override;
     void offered(const CSTAOfferedEvent& event) override;
@@ -42,7 +43,7 @@ private:
     void establishedIncoming(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
     void establishedOutgoing(Call* call, const CSTAEstablishedEvent& event);
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     const LineDevices& m_devices;
     const BlindTransfer& m_blindTransfer;
 };

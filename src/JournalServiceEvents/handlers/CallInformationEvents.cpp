@@ -14,20 +14,20 @@ namespace journal {
 namespace {
 
 constexpr const char* kLogName = "handleCSTACallInformationEvent";
-/// The call id of a call that the phone never saw.
+/// The call id of a call that never reached the phone.
 constexpr const char* kUnseenCallId = "-1";
 
 }  // namespace
 
 void CallInformationEvents::handleCSTACallInformationEvent(CSTACallInformationEvent* event) {
     LOG_EVENTS(6, "handleCSTACallInformationEvent [%s]", event->toString().c_str());
-    if (!m_parts.acceptsEvents()) {
+    if (!m_callControl.acceptsEvents()) {
         return;
     }
     const std::string& callId = event->getConnectionCallID();
     LOG_EVENTS(5, "%s():{%s} Calling: %s, Name: %s", kLogName, callId.c_str(),
                event->getDevice().number.c_str(), event->getDevice().name.c_str());
-    if (!m_parts.settings.values()->m_useCSTACallControlEvents) {
+    if (!m_callControl.settings.values()->m_useCSTACallControlEvents) {
         return;
     }
     const std::string& privateData = event->getPrivateData();
@@ -38,27 +38,28 @@ void CallInformationEvents::handleCSTACallInformationEvent(CSTACallInformationEv
         }
     } else if (privateData.empty()) {
         LOG_EVENTS(5, "%s(): maybe RemotePartyName available", kLogName);
-        takeName(*event);
+        updateName(*event);
     }
 }
 
 bool CallInformationEvents::markAsMissed(const CSTACallInformationEvent& event) {
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     const std::string& callId = event.getConnectionCallID();
     LOG_EVENTS(5, "%s():{%s} mark call as missed", kLogName, callId.c_str());
-    Call* const call = m_parts.calls.findCallFromId(callId);
+    Call* const call = m_callControl.calls.findCallFromId(callId);
     if (call == nullptr || call->m_Direction != Call::eIncoming || call->m_State != Call::eDelivered) {
         return false;
     }
     call->m_markedMissed = true;
-    m_parts.pass(call, Call::eCallInformation, Call::eIncoming, callId, {});
+    m_callControl.track(call,
+                        {.state = Call::eCallInformation, .direction = Call::eIncoming, .callId = callId});
     return true;
 }
 
 bool CallInformationEvents::fileUnseenCall(const CSTACallInformationEvent& event) {
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     LOG_EVENTS(5, "%s():{%s} create new missed call entry", kLogName, event.getConnectionCallID().c_str());
-    const bool journalledElsewhere = m_parts.settings.values()->m_xsiConfigured;
+    const bool journalledElsewhere = m_callControl.settings.values()->m_xsiConfigured;
     LOG_EVENTS(5, "m_xsiConfigured=%d", journalledElsewhere ? 1 : 0);
     if (journalledElsewhere) {
         return false;
@@ -73,10 +74,10 @@ bool CallInformationEvents::fileUnseenCall(const CSTACallInformationEvent& event
     return true;
 }
 
-void CallInformationEvents::takeName(const CSTACallInformationEvent& event) {
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+void CallInformationEvents::updateName(const CSTACallInformationEvent& event) {
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     const std::string& callId = event.getConnectionCallID();
-    Call* const call = m_parts.calls.findCallFromId(callId);
+    Call* const call = m_callControl.calls.findCallFromId(callId);
     if (call == nullptr) {
         LOG_EVENTS(3, "{%s} CSTA Event not plausible", callId.c_str());
         return;
@@ -85,12 +86,12 @@ void CallInformationEvents::takeName(const CSTACallInformationEvent& event) {
     if (call->m_sRemoteParty != device.number) {
         return;
     }
-    // Only names are to change: a state that means an end, a new start of the conversation, or another connected party
-    // is not passed on.
+    // Changes names only. The update repeats the established state where the connected party gets the name,
+    // and has no state otherwise, so that the call neither ends nor starts again.
     const bool talking = call->m_State == Call::eEstablished && !call->m_treatAsIncoming &&
                          call->m_sConnectedParty == device.number;
-    m_parts.pass(call, talking ? Call::eEstablished : Call::eUnknown, Call::eDirectionUnknown, callId,
-                 device);
+    m_callControl.track(
+        call, {.state = talking ? Call::eEstablished : Call::eUnknown, .callId = callId, .remote = device});
     LOG_EVENTS(5, "%s():{%s} RemotePartyName: %s", kLogName, callId.c_str(), device.name.c_str());
 }
 

@@ -13,11 +13,11 @@ void ConferenceEvents::handleCSTAConferencedEvent(CSTAConferencedEvent* event) {
     LOG_EVENTS(5, "%s():{Calls ID %s and %s become %s}", kLogName, event->getPrimaryoldcallCallID().c_str(),
                event->getSecondaryoldcallCallID().c_str(),
                event->getConferenceconnectionsNewconnectionCallID(1).c_str());
-    const auto settings = m_parts.settings.values();
-    if (!m_parts.acceptsEvents() || !settings->m_useCSTACallControlEvents) {
+    const auto settings = m_callControl.settings.values();
+    if (!m_callControl.acceptsEvents() || !settings->m_useCSTACallControlEvents) {
         return;
     }
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     if (settings->isSip()) {
         recordSipConference(*event);
     } else {
@@ -65,7 +65,7 @@ void ConferenceEvents::expand(int index, const std::string& conferenceCallId,
 void ConferenceEvents::create(const std::string& conferenceCallId, const QorvexConferencedCallID& primary,
                               const QorvexConferencedCallID& secondary) {
     constexpr const char* kLogName = "handleCSTAConferencedEvent";
-    // A conference that grows under another id makes room for itself.
+    // Take the members first: that frees the slot of a conference that continues under another id.
     Conferences::Members members;
     if (!Conferences::isEmptyCallId(primary.callId)) {
         members = membersOf(primary);
@@ -86,11 +86,11 @@ void ConferenceEvents::create(const std::string& conferenceCallId, const QorvexC
     m_conferences.members(index) = std::move(members);
 }
 
-// The members that an old call brings along: itself, or those of the conference that it was. A call that is followed
-// under the conference's own id ends with it, too.
+// Returns the members of an old call: those of the conference that it was, or the call itself. A tracked call
+// with the id of that conference is a member, too, so that it ends with the new one.
 Conferences::Members ConferenceEvents::membersOf(const QorvexConferencedCallID& oldCall) {
     Conferences::Members members = m_conferences.takeMembers(oldCall.callId);
-    if (members.empty() || m_parts.calls.findCallFromId(oldCall.callId) != nullptr) {
+    if (members.empty() || m_callControl.calls.findCallFromId(oldCall.callId) != nullptr) {
         members.push_back(oldCall);
     }
     return members;
@@ -109,11 +109,11 @@ void ConferenceEvents::recordSipConference(const CSTAConferencedEvent& event) {
 void ConferenceEvents::handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) {
     constexpr const char* kLogName = "handleCSTAConferenceMembershipEvent";
     LOG_EVENTS(5, "%s():{%s} [%s]", kLogName, event->getCallID().c_str(), event->toString().c_str());
-    if (!m_parts.settings.values()->isSip() || !m_parts.acceptsEvents()) {
+    if (!m_callControl.settings.values()->isSip() || !m_callControl.acceptsEvents()) {
         return;
     }
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
-    Call* const call = m_parts.calls.findCallFromId(event->getCallID());
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
+    Call* const call = m_callControl.calls.findCallFromId(event->getCallID());
     if (call == nullptr) {
         LOG_EVENTS(5, "%s():Call Not Found!", kLogName);
         return;

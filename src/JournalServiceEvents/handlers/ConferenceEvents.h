@@ -10,15 +10,15 @@ class CSTAConferenceMembershipEvent;
 
 namespace journal {
 
-/// Notes which calls have become members of which conference, and on SIP phones the members' names.
+/// Records which calls have become members of a conference, and on SIP phones the members' names.
 /// `ConnectionClearedEvents` ends the members' calls.
 ///
-/// Threads: the line's strand.
+/// Call from the strand only.
 class ConferenceEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    ConferenceEvents(const CallControlContext& parts, Conferences& conferences)
-        : m_parts(parts), m_conferences(conferences) {}
+    ConferenceEvents(const CallControlContext& callControl, Conferences& conferences)
+        : m_callControl(callControl), m_conferences(conferences) {}
 
     void handleCSTAConferencedEvent(CSTAConferencedEvent* event);
     void handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event);
@@ -32,7 +32,7 @@ private:
     [[nodiscard]] Conferences::Members membersOf(const QorvexConferencedCallID& oldCall);
     void recordSipConference(const CSTAConferencedEvent& event);
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     Conferences& m_conferences;
 };
 

@@ -1,5 +1,7 @@
 #include "src/JournalServiceEvents/handlers/ConnectionClearedEvents.h"
 
+#include <memory>
+
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAEventCause.h"
 #include "src/JournalService/base/Log.h"
@@ -13,29 +15,53 @@ namespace {
 
 constexpr const char* kLogName = "handleCSTAConnectionClearedEvent";
 
-/// It is the phone's own connection that was dropped, not another member's.
-bool endsForThePhone(const CSTAConnectionClearedEvent& event) {
+/// True if the phone's own connection was dropped, not that of another member.
+bool isOwnConnection(const CSTAConnectionClearedEvent& event) {
     return event.getConnectionDeviceID() == CSTADevice::kLocalDevice ||
            event.getLocalConnectionInfo() == CSTA_LCS_Null;
 }
 
 }  // namespace
 
+void ConnectionClearedEvents::handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
+    LOG_EVENTS(6, "handleCSTAConnectionClearedEvent[%s]", event->toString().c_str());
+    std::unique_ptr<CSTAConnectionClearedEvent> displaced;
+    if (!m_blindTransfer.isBlindTransferProcessing(*event, displaced)) {
+        immediatelyhandleCSTAConnectionClearedEvent(event);
+    } else if (displaced != nullptr) {
+        immediatelyhandleCSTAConnectionClearedEvent(displaced.get());
+    }
+}
+
+bool ConnectionClearedEvents::onTimer(int timerId) {
+    if (!m_blindTransfer.isTimer(timerId)) {
+        return false;
+    }
+    handleHeldBackEvent();
+    return true;
+}
+
+void ConnectionClearedEvents::handleHeldBackEvent() {
+    if (const auto pending = m_blindTransfer.takePending()) {
+        immediatelyhandleCSTAConnectionClearedEvent(pending.get());
+    }
+}
+
 void ConnectionClearedEvents::immediatelyhandleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
     LOG_EVENTS(6, "immediatealyCSTAConnectionClearedEvent[%s]", event->toString().c_str());
     LOG_EVENTS(5, "%s():{%s}, event cause: %d", kLogName, event->getDroppedConnectionCallID().c_str(),
                event->getCause());
-    if (!m_parts.acceptsEvents()) {
+    if (!m_callControl.acceptsEvents()) {
         return;
     }
-    const auto settings = m_parts.settings.values();
+    const auto settings = m_callControl.settings.values();
     if (!settings->isSip() && !settings->m_useCSTACallControlEvents) {
         if (settings->isQorvex()) {
             m_privateEvents.applyPendingCallLogEvents();
         }
         return;
     }
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     clear(*event);
 }
 
@@ -68,7 +94,7 @@ void ConnectionClearedEvents::clearMember(int conference, const CSTAConnectionCl
         if (last) {
             endCall(event.getDroppedConnectionCallID());
         }
-    } else if (endsForThePhone(event)) {
+    } else if (isOwnConnection(event)) {
         const Conferences::Members members = m_conferences.members(conference);
         m_conferences.removeConference(conference);
         for (const QorvexConferencedCallID& one : members) {
@@ -78,10 +104,11 @@ void ConnectionClearedEvents::clearMember(int conference, const CSTAConnectionCl
     }
 }
 
-// A SIP phone's conference does not know its members' devices: the record whose far end has left is the one that ends.
+// The conference of a SIP phone does not record the members' devices, so the call whose far end has left
+// ends.
 void ConnectionClearedEvents::clearSipMember(const CSTAConnectionClearedEvent& event) {
     SipConference& conference = *m_conferences.m_sipConference;
-    if (endsForThePhone(event)) {
+    if (isOwnConnection(event)) {
         const SipConference ended = conference;
         m_conferences.m_sipConference.reset();
         for (const std::string& callId : ended.oldCallIds()) {
@@ -91,7 +118,7 @@ void ConnectionClearedEvents::clearSipMember(const CSTAConnectionClearedEvent& e
         return;
     }
     for (const std::string& callId : conference.oldCallIds()) {
-        const Call* const call = m_parts.calls.findCallFromId(callId);
+        const Call* const call = m_callControl.calls.findCallFromId(callId);
         if (call != nullptr && (call->m_sRemoteParty == event.getConnectionDeviceID() ||
                                 call->m_sConnectedParty == event.getConnectionDeviceID())) {
             conference.memberCleared = true;
@@ -103,7 +130,7 @@ void ConnectionClearedEvents::clearSipMember(const CSTAConnectionClearedEvent& e
 
 void ConnectionClearedEvents::clearOrdinaryCall(const CSTAConnectionClearedEvent& event) {
     const std::string& callId = event.getDroppedConnectionCallID();
-    if (Call* const call = m_parts.calls.findCallFromId(callId)) {
+    if (Call* const call = m_callControl.calls.findCallFromId(callId)) {
         if (event.getCause() == CSTA_EC_CompletedElsewhere) {
             LOG_EVENTS(5, "%s():Call was completed elsewhere", kLogName);
             call->m_completedElsewhere = true;
@@ -115,9 +142,9 @@ void ConnectionClearedEvents::clearOrdinaryCall(const CSTAConnectionClearedEvent
     endCall(callId);
 }
 
-// The two calls of a transfer: each one's entry shows who stood behind the other.
+// Makes the entry of each call of a transfer show the far end of the other one as its redirecting party.
 void ConnectionClearedEvents::linkWithHeldCall(Call& cleared) {
-    Call* const held = m_parts.calls.findCallFromId(m_blindTransfer.lastHeldCallId());
+    Call* const held = m_callControl.calls.findCallFromId(m_blindTransfer.lastHeldCallId());
     if (held == nullptr) {
         return;
     }
@@ -132,7 +159,8 @@ void ConnectionClearedEvents::linkWithHeldCall(Call& cleared) {
 }
 
 void ConnectionClearedEvents::endCall(const std::string& callId) {
-    m_parts.pass(m_parts.calls.findCallFromId(callId), Call::eCleared, Call::eDirectionUnknown, callId, {});
+    m_callControl.track(m_callControl.calls.findCallFromId(callId),
+                        {.state = Call::eCleared, .callId = callId});
 }
 
 }  // namespace journal

@@ -3,7 +3,8 @@
 #include <string>
 
 #include "src/JournalServiceEvents/handlers/CallControlContext.h"
-#include "src/JournalServiceEvents/handlers/ConnectionClearedSinkIfc.h"
+
+class CSTAConnectionClearedEvent;
 
 namespace journal {
 
@@ -11,25 +12,35 @@ class BlindTransfer;
 class Conferences;
 class PrivateEvents;
 
-/// Ends calls, on both flavours: the call of a ConnectionCleared event, the member of a conference that leaves, or all
-/// members' calls when the phone itself leaves the conference.
-/// A phone that does not follow calls by their events only applies what the switch's call log has kept for their end.
-/// Events come from `BlindTransfer`, at once or when their second is over.
+/// Ends calls, for both flavours: the call of a ConnectionCleared event, the conference member that leaves,
+/// or the calls of all members when the phone itself leaves the conference. An event that may belong to a
+/// blind transfer is first held back (`BlindTransfer`).
 ///
-/// Threads: the line's strand.
-class ConnectionClearedEvents final : public ConnectionClearedSinkIfc {
+/// Where the switch keeps the call log, call events are not tracked; the end of a call then only applies the
+/// call-log events that were kept until it.
+///
+/// Call from the strand only. Events are borrowed for the call. Requires: the call-map lock is not held.
+class ConnectionClearedEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    ConnectionClearedEvents(const CallControlContext& parts, Conferences& conferences,
-                            const BlindTransfer& blindTransfer, PrivateEvents& privateEvents)
-        : m_parts(parts),
+    ConnectionClearedEvents(const CallControlContext& callControl, Conferences& conferences,
+                            BlindTransfer& blindTransfer, PrivateEvents& privateEvents)
+        : m_callControl(callControl),
           m_conferences(conferences),
           m_blindTransfer(blindTransfer),
           m_privateEvents(privateEvents) {}
 
-    void immediatelyhandleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) override;
+    /// Holds the event back, or handles it at once.
+    void handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event);
+    /// Handles the event that is held back if `timerId` is the blind-transfer timer; returns false for
+    /// another timer.
+    bool onTimer(int timerId);
+    /// Handles the event that is held back, if there is one.
+    void handleHeldBackEvent();
 
 private:
+    void immediatelyhandleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event);
+    // Require: the call-map lock is held.
     void clear(const CSTAConnectionClearedEvent& event);
     void clearMember(int conference, const CSTAConnectionClearedEvent& event);
     void clearSipMember(const CSTAConnectionClearedEvent& event);
@@ -37,9 +48,9 @@ private:
     void linkWithHeldCall(Call& cleared);
     void endCall(const std::string& callId);
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     Conferences& m_conferences;
-    const BlindTransfer& m_blindTransfer;
+    BlindTransfer& m_blindTransfer;
     PrivateEvents& m_privateEvents;
 };
 

@@ -44,14 +44,14 @@ void logStatus(const CSTASystemStatusEvent& event) {
 
 void SystemStatusEvents::handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) {
     LOG_EVENTS(4, "handleCSTASystemStatusEvent [%s]", event->toString().c_str());
-    if (!m_parts.acceptsEvents()) {
+    if (!m_callControl.acceptsEvents()) {
         return;
     }
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     logStatus(*event);
     const std::string& status = event->getSystemStatus();
     if (status == communicationsServiceTexts::systemState_cleanup) {
-        if (m_parts.calls.getNumberOfCalls() > 0) {
+        if (m_callControl.calls.getNumberOfCalls() > 0) {
             LOG_EVENTS(2, "Calls are out of sync. with PBX, release all existing calls");
         }
         if (m_conferences.getNumberOfConferences() > 0) {
@@ -64,9 +64,9 @@ void SystemStatusEvents::handleCSTASystemStatusEvent(CSTASystemStatusEvent* even
 }
 
 void SystemStatusEvents::resynchronise() {
-    m_parts.calls.removeAllCalls();
+    m_callControl.calls.removeAllCalls();
     m_conferences.removeAllConferences();
-    if (m_parts.settings.values()->m_useCSTACallControlEvents) {
+    if (m_callControl.settings.values()->m_useCSTACallControlEvents) {
         m_readiness.m_callLogEventsReady = false;
     }
 }

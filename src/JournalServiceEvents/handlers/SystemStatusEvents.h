@@ -9,22 +9,23 @@ namespace journal {
 class Conferences;
 struct CallLogReadiness;
 
-/// Forgets every call and conference when the switch says that it has lost or reset its own state: what was followed
-/// until then will never hear its end. No entries are made.
+/// Removes every call and conference when the switch reports that it has lost or reset its own state: it will
+/// not report the end of the calls that were tracked until then. Creates no entries.
 ///
-/// Threads: the line's strand.
+/// Call from the strand only.
 class SystemStatusEvents {
 public:
     /// Everything is borrowed and outlives this object.
-    SystemStatusEvents(const CallControlContext& parts, Conferences& conferences, CallLogReadiness& readiness)
-        : m_parts(parts), m_conferences(conferences), m_readiness(readiness) {}
+    SystemStatusEvents(const CallControlContext& callControl, Conferences& conferences,
+                       CallLogReadiness& readiness)
+        : m_callControl(callControl), m_conferences(conferences), m_readiness(readiness) {}
 
     void handleCSTASystemStatusEvent(CSTASystemStatusEvent* event);
 
 private:
     void resynchronise();
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     Conferences& m_conferences;
     CallLogReadiness& m_readiness;
 };

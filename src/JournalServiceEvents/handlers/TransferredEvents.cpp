@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 
+#include "platform/client-utils/PercentEncoding.h"
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/texts/SoftwareTypes.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalServiceEvents/handlers/BlindTransfer.h"
+#include "src/JournalServiceEvents/handlers/ConnectionClearedEvents.h"
 
 namespace journal {
 
@@ -15,19 +16,19 @@ namespace {
 
 constexpr const char* kLogName = "handleCSTATransferredEvent";
 
-/// The phone itself has handed the call on.
-bool leavesThePhone(const CSTATransferredEvent& event) {
+/// True if the phone itself has transferred the call away.
+bool isTransferredAway(const CSTATransferredEvent& event) {
     return event.getTransferringDevice().isLocal() && event.getLocalConnectionInfo() == CSTA_LCS_Null;
 }
 
-void take(std::string& number, std::string& name, const CSTADevice& device) {
+void setIfKnown(std::string& number, std::string& name, const CSTADevice& device) {
     if (isKnown(device)) {
         number = device.number;
         name = device.name;
     }
 }
 
-// Who is connected now: the party that the call was transferred to; the one that transferred it has left.
+// The party that the call was transferred to becomes the connected one; the transferring party has left.
 void takeOverParties(Call& call, const Call& old, const CSTATransferredEvent& event, bool sip) {
     call.m_sRemoteParty = old.m_sRemoteParty;
     call.m_sRemotePartyName = old.m_sRemotePartyName;
@@ -42,19 +43,19 @@ void takeOverParties(Call& call, const Call& old, const CSTATransferredEvent& ev
     call.m_connectedToMediaServer = old.m_connectedToMediaServer;
 
     const CSTADevice& partner = event.getTransferredToDevice();
-    take(call.m_sConnectedParty, call.m_sConnectedPartyName, partner);
+    setIfKnown(call.m_sConnectedParty, call.m_sConnectedPartyName, partner);
     if (!sip) {
-        take(call.m_sRemoteParty, call.m_sRemotePartyName, partner);
+        setIfKnown(call.m_sRemoteParty, call.m_sRemotePartyName, partner);
         if (call.isOutgoing()) {
-            take(call.m_sDialledParty, call.m_sDialledPartyName, partner);
+            setIfKnown(call.m_sDialledParty, call.m_sDialledPartyName, partner);
         }
     } else if ((call.isOutgoing() && !call.m_treatAsIncoming) || call.m_ctiAssisted) {
-        take(call.m_sCalledParty, call.m_sCalledPartyName, partner);
+        setIfKnown(call.m_sCalledParty, call.m_sCalledPartyName, partner);
     }
-    take(call.m_sRedirectingParty, call.m_sRedirectingPartyName, event.getTransferringDevice());
+    setIfKnown(call.m_sRedirectingParty, call.m_sRedirectingPartyName, event.getTransferringDevice());
 }
 
-void logTakenOver(const Call& before, const Call& call, const Call& old) {
+void logTakeOver(const Call& before, const Call& call, const Call& old) {
     LOG_EVENTS(
         5,
         "handleCSTATransferredEvent: useCSTACallControlEvents[true], pPrimaryOldCall->m_sRemoteParty[%s], "
@@ -94,32 +95,6 @@ void applyPrivateData(Call& call, const std::string& text) {
     }
 }
 
-int hexValue(char digit) {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    if (digit >= 'a' && digit <= 'f') {
-        return digit - 'a' + 10;
-    }
-    return digit >= 'A' && digit <= 'F' ? digit - 'A' + 10 : -1;
-}
-
-/// A '%' that two hexadecimal digits do not follow stands for itself.
-std::string percentDecoded(const std::string& text) {
-    std::string decoded;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const int high = text[i] == '%' && i + 2 < text.size() ? hexValue(text[i + 1]) : -1;
-        const int low = high >= 0 ? hexValue(text[i + 2]) : -1;
-        if (low < 0) {
-            decoded.push_back(text[i]);
-        } else {
-            decoded.push_back(static_cast<char>(high * 16 + low));
-            i += 2;
-        }
-    }
-    return decoded;
-}
-
 }  // namespace
 
 TransferPrivateData TransferPrivateData::parse(const std::string& text) {
@@ -137,7 +112,7 @@ TransferPrivateData TransferPrivateData::parse(const std::string& text) {
         const std::size_t equals = text.find('=', begin);
         for (const auto& field : fields) {
             if (equals < end && text.compare(begin, equals - begin, field.key) == 0) {
-                field.value = percentDecoded(text.substr(equals + 1, end - equals - 1));
+                field.value = percentencoding::decode(text.substr(equals + 1, end - equals - 1));
             }
         }
         begin = end + 1;
@@ -147,15 +122,15 @@ TransferPrivateData TransferPrivateData::parse(const std::string& text) {
 
 void TransferredEvents::handleCSTATransferredEvent(CSTATransferredEvent* event) {
     LOG_EVENTS(6, "handleCSTATransferredEvent [%s]", event->toString().c_str());
-    if (!m_parts.acceptsEvents()) {
+    if (!m_callControl.acceptsEvents()) {
         return;
     }
-    const auto settings = m_parts.settings.values();
+    const auto settings = m_callControl.settings.values();
     if (!settings->isSip() && settings->m_softwareType != softwareTypes::qorvex) {
         LOG_EVENTS(5, "Unhandled software type.");
         return;
     }
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
     if (settings->isSip() || settings->m_useCSTACallControlEvents) {
         transfer(*event);
     }
@@ -163,29 +138,31 @@ void TransferredEvents::handleCSTATransferredEvent(CSTATransferredEvent* event) 
 }
 
 void TransferredEvents::transfer(const CSTATransferredEvent& event) {
-    const auto settings = m_parts.settings.values();
-    const bool leaves = leavesThePhone(event);
+    const auto settings = m_callControl.settings.values();
+    const bool leaves = isTransferredAway(event);
     if (leaves) {
         endSecondaryCall(event);
     }
-    // A switch that does not say whose old call is whose may name the phone's own as the secondary one.
-    const bool primaryIsOther = m_parts.calls.findCallFromId(event.getPrimaryoldcallCallID()) == nullptr &&
-                                m_parts.calls.findCallFromId(event.getSecondaryoldcallCallID()) != nullptr;
+    // A switch that does not assign the old calls to the devices may name the phone's own call as the
+    // secondary one.
+    const bool primaryIsOther =
+        m_callControl.calls.findCallFromId(event.getPrimaryoldcallCallID()) == nullptr &&
+        m_callControl.calls.findCallFromId(event.getSecondaryoldcallCallID()) != nullptr;
     const std::string& oldId =
         primaryIsOther ? event.getSecondaryoldcallCallID() : event.getPrimaryoldcallCallID();
     const std::string newId = event.getConnectionCallID().empty() ? oldId : event.getConnectionCallID();
     if (newId.empty()) {
         return;
     }
-    const Call* const known = m_parts.calls.findCallFromId(oldId);
+    const Call* const known = m_callControl.calls.findCallFromId(oldId);
     const Call old = known != nullptr ? *known : Call(Call::eDirectionUnknown, oldId, -1);
-    Call* const call = m_parts.tracker.updateCallMap(oldId, newId);
+    Call* const call = m_callControl.tracker.updateCallMap(oldId, newId);
     const bool arrives = event.getTransferredToDevice().isLocal();
     if (arrives) {
         LOG_EVENTS(5, "%s():Transferred to number is localDeviceID, removing call", kLogName);
     }
     if (arrives || leaves) {
-        m_parts.calls.removeCall(newId);
+        m_callControl.calls.removeCall(newId);
         return;
     }
     const Call before = *call;
@@ -193,7 +170,7 @@ void TransferredEvents::transfer(const CSTATransferredEvent& event) {
     if (settings->isSip()) {
         applyPrivateData(*call, event.getPrivateData());
         if (settings->m_useCSTACallControlEvents) {
-            logTakenOver(before, *call, old);
+            logTakeOver(before, *call, old);
         }
     }
     if (call->m_State == Call::eEstablished) {
@@ -202,18 +179,16 @@ void TransferredEvents::transfer(const CSTATransferredEvent& event) {
     call->m_transferred = true;
 }
 
-// The second call of the transferring phone leaves it with the first one.
+// The second call of the transferring phone ends together with the first one.
 void TransferredEvents::endSecondaryCall(const CSTATransferredEvent& event) {
     const std::string& callId = event.getSecondaryoldcallCallID();
-    m_parts.pass(m_parts.calls.findCallFromId(callId), Call::eCleared, Call::eDirectionUnknown, callId, {});
+    m_callControl.track(m_callControl.calls.findCallFromId(callId),
+                        {.state = Call::eCleared, .callId = callId});
 }
 
 void TransferredEvents::endWait() {
-    if (!m_blindTransfer.stopBlindTransferTimer()) {
-        return;
-    }
-    if (const auto pending = m_blindTransfer.takePending()) {
-        m_sink.immediatelyhandleCSTAConnectionClearedEvent(pending.get());
+    if (m_blindTransfer.stopBlindTransferTimer()) {
+        m_connectionCleared.handleHeldBackEvent();
     }
 }
 

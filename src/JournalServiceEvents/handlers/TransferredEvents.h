@@ -4,28 +4,31 @@
 
 #include "platform/csta/CSTADevice.h"
 #include "src/JournalServiceEvents/handlers/CallControlContext.h"
-#include "src/JournalServiceEvents/handlers/ConnectionClearedSinkIfc.h"
 
 class CSTATransferredEvent;
 
 namespace journal {
 
 class BlindTransfer;
+class ConnectionClearedEvents;
 
-/// Follows a call through a transfer, on both flavours:
-///  1. the leg before the transfer is filed under its old call id, and a record of the new id goes on from there;
-///  2. a call that was transferred to this phone is not followed any further, and neither is one that this phone has
-///     transferred away: it goes on without the phone;
-///  3. otherwise the record takes over who is talking now (`takeOverParties`);
-///  4. the wait of a blind transfer ends: a clearing that was held back is handled at once.
+/// Tracks a call through a transfer, for both flavours:
+///  1. The leg before the transfer is filed under its old call id; a new record with the new id continues the
+///     call.
+///  2. A call that was transferred to this phone, or away by this phone, is not tracked further.
+///  3. Otherwise the new record takes over the parties of the old one and the new partner
+///     (`takeOverParties`).
+///  4. The wait of a blind transfer ends: a ConnectionCleared event that was held back is handled at once.
 ///
-/// Threads: the line's strand.
+/// Call from the strand only.
 class TransferredEvents {
 public:
-    /// Everything is borrowed and outlives this object. `sink` handles a clearing that was held back.
-    TransferredEvents(const CallControlContext& parts, BlindTransfer& blindTransfer,
-                      ConnectionClearedSinkIfc& sink)
-        : m_parts(parts), m_blindTransfer(blindTransfer), m_sink(sink) {}
+    /// Everything is borrowed and outlives this object.
+    TransferredEvents(const CallControlContext& callControl, BlindTransfer& blindTransfer,
+                      ConnectionClearedEvents& connectionCleared)
+        : m_callControl(callControl),
+          m_blindTransfer(blindTransfer),
+          m_connectionCleared(connectionCleared) {}
 
     void handleCSTATransferredEvent(CSTATransferredEvent* event);
 
@@ -34,16 +37,16 @@ private:
     void endSecondaryCall(const CSTATransferredEvent& event);
     void endWait();
 
-    CallControlContext m_parts;
+    CallControlContext m_callControl;
     BlindTransfer& m_blindTransfer;
-    ConnectionClearedSinkIfc& m_sink;
+    ConnectionClearedEvents& m_connectionCleared;
 };
 
-/// What a Transferred event's private data says of the surviving call. A text that is not there is empty.
+/// The parties of the surviving call in the private data of a Transferred event. A missing text is empty.
 ///
-/// The form is that of the events of `platform/csta`: `key=value` pairs with ';' between them, values percent-encoded
-/// as in RFC 3986; keys "dialledName", "firstForwardedNumber", "firstForwardedName", "redirectingNumber" and
-/// "redirectingName". Other keys are passed over.
+/// Format, as in `platform/csta`: `key=value` pairs separated by ';', values percent-encoded (RFC 3986), keys
+/// "dialledName", "firstForwardedNumber", "firstForwardedName", "redirectingNumber" and "redirectingName".
+/// Other keys are ignored.
 struct TransferPrivateData {
     std::string dialledName;
     CSTADevice firstForwarded;

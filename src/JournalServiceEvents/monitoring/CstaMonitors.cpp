@@ -62,13 +62,17 @@ void CstaMonitors::store(CrossRef& buffer, const std::string& crossRef) {
     std::copy_n(crossRef.begin(), std::min(crossRef.size(), buffer.size() - 1), buffer.begin());
 }
 
-template <typename Response>
-Response* CstaMonitors::send(CSTARequest& request, const char* operation, const char* failure) const {
-    request.setSourceService(m_platform.m_self);
+bool CstaMonitors::transmit(CSTARequest& request) const {
+    request.setSourceService(m_source);
     if (m_platform.m_cstaService != nullptr) {
         m_platform.m_cstaService->request(request);
     }
-    if (request.getResponseCode() != 0) {
+    return request.getResponseCode() == 0;
+}
+
+template <typename Response>
+Response* CstaMonitors::send(CSTARequest& request, const char* operation, const char* failure) const {
+    if (!transmit(request)) {
         LOG_EVENTS(5, "%s():%s", operation, failure);
         return nullptr;
     }
@@ -84,19 +88,24 @@ Response* CstaMonitors::send(CSTARequest& request, const char* operation, const 
     return response;
 }
 
+void CstaMonitors::start() {
+    if (!m_settings.values()->isSip()) {
+        startQorvexEvents();
+    }
+    CSTASystemRegister();
+}
+
 void CstaMonitors::CSTASystemRegister() {
     LOG_EVENTS(4, "JournalService::CSTASystemRegister - register with CSTA Service");
     if (m_platform.m_cstaService == nullptr) {
         return;
     }
     CSTASystemStatusRequest request;
-    request.setSourceService(m_platform.m_self);
     request.setCSTAEventIfc(&m_receiver);
-    m_platform.m_cstaService->request(request);
-    if (request.getResponseCode() != 0) {
-        LOG_EVENTS(2, "JournalService() : response code is error");
-    } else {
+    if (transmit(request)) {
         LOG_EVENTS(5, "JournalService() : response code is ok");
+    } else {
+        LOG_EVENTS(2, "JournalService() : response code is error");
     }
 }
 
@@ -173,11 +182,9 @@ std::string CstaMonitors::startCSTAMonitor(const std::string& device) {
         return kNoMonitor;
     }
     CSTAMonitorStartRequest request;
-    request.setSourceService(m_platform.m_self);
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(device);
-    m_platform.m_cstaService->request(request);
-    if (request.getResponseCode() != 0) {
+    if (!transmit(request)) {
         LOG_EVENTS(3, "JournalService monitor start on %s - FAILED", device.c_str());
         return kNoMonitor;
     }
@@ -198,13 +205,11 @@ void CstaMonitors::stopCSTAMonitor(const std::string& crossRef) const {
         return;
     }
     CSTAMonitorStopRequest request;
-    request.setSourceService(m_platform.m_self);
     request.setMonitorCrossRefID(crossRef);
-    m_platform.m_cstaService->request(request);
-    if (request.getResponseCode() != 0) {
-        LOG_EVENTS(3, "JournalService::stopCSTAMonitor : fail response from csta");
-    } else {
+    if (transmit(request)) {
         LOG_EVENTS(5, "JournalService::stopCSTAMonitor : success response from csta");
+    } else {
+        LOG_EVENTS(3, "JournalService::stopCSTAMonitor : fail response from csta");
     }
 }
 

@@ -6,29 +6,36 @@
 class CSTAEventIfc;
 class CSTAMonitorFilter;
 class CSTARequest;
+class Service;
 
 namespace journal {
 
 class PlatformServices;
 class PhoneSettings;
 
-/// The journal's monitors at the switch: its own line, the Bluetooth telephone, and other devices on request.
+/// The journal's monitors at the switch: the own line, the Bluetooth telephone, and other devices on request.
+/// A SIP phone has no monitor of the own line: the switch reports its devices, and `LineDeviceEvents`
+/// monitors those.
 ///
-/// Every request waits for the switch's answer. A failure is logged and changes nothing; the next trigger tries
-/// again. Threads: start-up and the line's strand, one at a time.
+/// Every request blocks until the switch responds. A failure is logged and changes no state; the next trigger
+/// tries again. Call from the strand only.
 class CstaMonitors {
 public:
-    /// The parts are borrowed and outlive this one; `receiver` gets the events of every monitor.
-    CstaMonitors(const PlatformServices& platform, const PhoneSettings& settings, CSTAEventIfc& receiver)
-        : m_platform(platform), m_settings(settings), m_receiver(receiver) {}
+    /// Everything is borrowed and outlives this object. `source` is the source of the requests, and
+    /// `receiver` receives the events of all monitors.
+    CstaMonitors(const PlatformServices& platform, const PhoneSettings& settings, Service* source,
+                 CSTAEventIfc& receiver)
+        : m_platform(platform), m_settings(settings), m_source(source), m_receiver(receiver) {}
     CstaMonitors(const CstaMonitors&) = delete;
     CstaMonitors& operator=(const CstaMonitors&) = delete;
     ~CstaMonitors() = default;
 
-    /// Asks to be told of the switch's system status.
+    /// Starts the monitor of the own line, except on a SIP phone, and registers for the system status.
+    void start();
+    /// Registers for the switch's system status.
     void CSTASystemRegister();
 
-    // True when the monitor is on, or off, as asked.
+    // Return true if the monitor was started, or stopped.
     bool startQorvexEvents();
     bool stopQorvexEvents();
     bool startMonitoringBluetoothEvents();
@@ -36,26 +43,32 @@ public:
     [[nodiscard]] bool qorvexEventsStarted() const noexcept { return m_qorvexEventsStarted; }
     [[nodiscard]] bool bluetoothEventsStarted() const noexcept { return m_bluetoothEventsStarted; }
 
-    /// What `startCSTAMonitor` answers when there is no monitor.
+    /// The result of `startCSTAMonitor` for a monitor that could not be started.
     static constexpr const char* kNoMonitor = "ERROR";
-    /// The cross reference of a new monitor of `device`, or `kNoMonitor`.
+    /// Returns the cross reference of a new monitor of `device`, or `kNoMonitor`.
     [[nodiscard]] std::string startCSTAMonitor(const std::string& device);
     void stopCSTAMonitor(const std::string& crossRef) const;
 
-    /// Changes the own line's filter to what the settings ask for now; not for SIP phones.
+    /// Sets the filter of the own line's monitor according to the present settings. Does nothing on a SIP
+    /// phone.
     void changeMonitorFilter();
 
 private:
-    /// 19 characters and the terminator: what the CSTA service promises at most.
+    /// At most 19 characters, as the CSTA service guarantees, and the terminator.
     using CrossRef = std::array<char, 20>;
 
-    /// Sends the request and says whether the answer is a `Response` without error; logs why not.
+    /// Sends the request as the journal's. Returns true if the response code is 0, also without a CSTA
+    /// service.
+    [[nodiscard]] bool transmit(CSTARequest& request) const;
+    /// As `transmit`. Returns the response if it is a `Response` without error; otherwise logs the reason and
+    /// returns null.
     template <typename Response>
     [[nodiscard]] Response* send(CSTARequest& request, const char* operation, const char* failure) const;
     static void store(CrossRef& buffer, const std::string& crossRef);
 
     const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
+    Service* const m_source;
     CSTAEventIfc& m_receiver;
 
     CrossRef m_qorvexCrossRef{};

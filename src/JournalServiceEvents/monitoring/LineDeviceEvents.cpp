@@ -28,7 +28,7 @@ void LineDeviceEvents::handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionD
     for (std::size_t index = 1; index <= count; ++index) {
         const int deviceType = event->getDeviceType(index);
         if (deviceType == kOwnLine || deviceType == kOtherLine) {
-            serve(deviceType, event->getDeviceID(index));
+            addDevice(deviceType, event->getDeviceID(index));
         }
     }
 }
@@ -42,18 +42,19 @@ void LineDeviceEvents::stopMonitors() {
     m_devices.clear();
 }
 
-void LineDeviceEvents::serve(int deviceType, const std::string& deviceId) {
+void LineDeviceEvents::addDevice(int deviceType, const std::string& deviceId) {
     if (m_devices.find(deviceId) != nullptr) {
         return;
     }
-    const LineDevices::Device device{m_monitors.startCSTAMonitor(deviceId),
-                                     logsMissedCalls(deviceType, deviceId), deviceType};
+    const LineDevices::Device device{.monitorCrossRefId = m_monitors.startCSTAMonitor(deviceId),
+                                     .logMissedCalls = logsMissedCalls(deviceType, deviceId),
+                                     .deviceType = deviceType};
     m_devices.insert(deviceId, device);
     LOG_EVENTS(5, "Device '%s' is stored: deviceType(%d), logMissedCalls(%d)", deviceId.c_str(), deviceType,
                device.logMissedCalls ? 1 : 0);
 }
 
-// Who shares a line with others says for each one whether its missed calls are this phone's, too.
+// The team service decides for each shared line if this phone also logs its missed calls.
 bool LineDeviceEvents::logsMissedCalls(int deviceType, const std::string& deviceId) const {
     if (deviceType == kOwnLine || deviceId == communicationsServiceTexts::content_bluetoothDeviceId) {
         return true;

@@ -12,11 +12,11 @@ class PlatformServices;
 class CstaMonitors;
 class PhoneSettings;
 
-/// Takes in which devices a SIP phone serves, and monitors each of them. Each report replaces the one before: the old
-/// monitors are stopped first.
+/// Stores the devices that a SIP phone serves, and monitors each of them. Each report of the switch replaces
+/// the previous one: the old monitors are stopped first.
 ///
-/// Threads: the line's strand. A monitor request waits for the switch's answer inside the handler; no lock is held
-/// meanwhile.
+/// Call from the strand only. A monitor request blocks the handler until the switch responds; no lock is
+/// held.
 class LineDeviceEvents {
 public:
     /// Everything is borrowed and outlives this object.
@@ -28,7 +28,7 @@ public:
 
 private:
     void stopMonitors();
-    void serve(int deviceType, const std::string& deviceId);
+    void addDevice(int deviceType, const std::string& deviceId);
     [[nodiscard]] bool logsMissedCalls(int deviceType, const std::string& deviceId) const;
 
     const PlatformServices& m_platform;

@@ -37,7 +37,7 @@ protected:
         EXPECT_EQ(response.completions(), 1);
         return response.payload();
     }
-    /// The list in the answer to "getContactList".
+    /// Returns the list of the response to "getContactList".
     std::string list() {
         std::string text = responseTo(kRequest, &getter);
         EXPECT_EQ(framework.response.getName(), "getContactList");
@@ -68,7 +68,7 @@ TEST_F(ContactGetter, WritesEveryFieldInItsPlaceAlsoWhenItIsEmpty) {
         "<ContactSource>personal</ContactSource><CallRecords></CallRecords></Entry>");
 }
 
-TEST_F(ContactGetter, GivesTheFirstTwoHundredAsTheyAre) {
+TEST_F(ContactGetter, SendsTheFirstTwoHundredUnchanged) {
     for (int number = 0; number < 250; ++number) {
         Contact& contact = getter.known.emplace_back();
         contact.setUniqueId(std::to_string(number));
@@ -83,7 +83,7 @@ TEST_F(ContactGetter, GivesTheFirstTwoHundredAsTheyAre) {
     EXPECT_TRUE(read == std::vector<Contact>(getter.known.begin(), getter.known.begin() + 200));
 }
 
-TEST_F(ContactGetter, AnswersFailToEverythingElse) {
+TEST_F(ContactGetter, SendsFailForEverythingElse) {
     Executable somethingElse;
     EXPECT_EQ(responseTo(kRequest, &somethingElse), "fail");
     EXPECT_EQ(responseTo(kRequest, nullptr), "fail");

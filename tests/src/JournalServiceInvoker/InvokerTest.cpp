@@ -1,4 +1,4 @@
-// Which operation each method calls, and what the client is told, once.
+// The operation that each method calls, and the one response to the client.
 
 #include "journalservice/JournalServiceInvoker.h"
 
@@ -20,7 +20,7 @@
 #include "tests/support/RecordingResponse.h"
 #include "tests/support/Table.h"
 
-// As a framework finds it: by name, knowing nothing but that an object comes back.
+// Declared as a framework uses it: by name only.
 extern "C" void* createJournalServiceInvoker() noexcept;
 
 namespace journaltest {
@@ -31,8 +31,8 @@ using testing::IsEmpty;
 
 constexpr const char* kComponent = "Journal Service Invoker";
 
-/// What a client is told: "nothing" without a payload, else the texts in it: "true", "missed m1 missed m2".
-std::string told(const RecordingResponse& response) {
+/// Returns the payload as text: "nothing" without one, else its texts: "true", "missed m1 missed m2".
+std::string sentBy(const RecordingResponse& response) {
     EXPECT_EQ(response.completions(), 1);
     if (!response.hasPayload()) {
         return "nothing";
@@ -53,7 +53,7 @@ std::deque<Item> itemsWithIds(const std::string& first, const std::string& secon
     return items;
 }
 
-/// A request with its arguments in words: entry ids, "Field=value", or an element as it is.
+/// Builds a request; each argument is an entry id, "Field=value", or an element.
 std::string requestOf(const std::string& method, const std::string& arguments = "") {
     std::string body = "<Method>" + method + "</Method>";
     for (const std::string& word : split(arguments, ' ')) {
@@ -64,7 +64,7 @@ std::string requestOf(const std::string& method, const std::string& arguments = 
     return "<JournalRequest>" + body + "</JournalRequest>";
 }
 
-/// An invoker in front of a journal that holds two entries in each list.
+/// An invoker and a journal with two entries in each list.
 class InvokerTest : public testing::Test {
 protected:
     std::unique_ptr<FakeJournalService> journal;
@@ -75,14 +75,14 @@ protected:
         newJournal();
         invoker->initInvoker(&framework);
     }
-    /// How the journal answers: "yes", "no", "throws", or with "nothing" in its lists.
-    void newJournal(const std::string& answer = "yes") {
+    /// Selects the behaviour of the journal: "yes", "no", "throws", or "nothing" in its lists.
+    void newJournal(const std::string& behaviour = "yes") {
         journal = std::make_unique<FakeJournalService>();
-        journal->setResponse(answer != "no");
-        if (answer == "throws") {
+        journal->setResponse(behaviour != "no");
+        if (behaviour == "throws") {
             journal->setDuring([] { throw std::runtime_error("disk on fire"); });
         }
-        if (answer != "nothing") {
+        if (behaviour != "nothing") {
             journal->lists = {
                 itemsWithIds<MissedCallItem>("m1", "m2"), itemsWithIds<DialledCallItem>("d1", "d2"),
                 itemsWithIds<ReceivedCallItem>("r1", "r2"), itemsWithIds<ForwardedCallItem>("f1", "f2"),
@@ -92,11 +92,11 @@ protected:
     std::string responseTo(const std::string& message, const std::string& client = "ada") {
         RecordingResponse response(client);
         invoker->handleMessage(journal.get(), message.data(), static_cast<int>(message.size()), &response);
-        return told(response);
+        return sentBy(response);
     }
 };
 
-TEST_F(InvokerTest, CallsTheOperationOfEachMethodAndAnswersOnce) {
+TEST_F(InvokerTest, CallsTheOperationOfEachMethodAndRespondsOnce) {
     for (const auto& row : table(5, R"(
         0  | m2       | yes     | getMissedCall(m2)                          | missed m2
         0  | x        | yes     | getMissedCall(x)                           | missed
@@ -151,12 +151,12 @@ TEST_F(InvokerTest, CallsTheOperationOfEachMethodAndAnswersOnce) {
         newJournal(row[2]);
         EXPECT_EQ(responseTo(requestOf(row[0], row[1])), row[4]);
         EXPECT_EQ(journal->calls(), row[3].empty() ? std::vector<std::string>() : std::vector{row[3]});
-        // A refusal is ordinary and leaves no line.
+        // A refusal is no error and is not logged.
         EXPECT_EQ(CapturedLog::lines(kComponent).size(), row[2] == "throws" ? 1U : 0U);
     }
 }
 
-TEST_F(InvokerTest, SubscribesTheProxyOfTheClientWhoAsks) {
+TEST_F(InvokerTest, SubscribesTheProxyOfTheRequestingClient) {
     class OtherProxy final : public Proxy {
     public:
         void initProxy(ProxyRequest& /*request*/) override {}
@@ -203,7 +203,7 @@ TEST_F(InvokerTest, FailsWithoutAJournalOrBytes) {
         Executable* target;
         const char* text;
         int length;
-        const char* told;
+        const char* payload;
     } rows[] = {{nullptr, message.data(), length, "failure"},
                 {&other, message.data(), length, "failure"},
                 {journal.get(), nullptr, 0, "failure"},
@@ -215,7 +215,7 @@ TEST_F(InvokerTest, FailsWithoutAJournalOrBytes) {
     for (const auto& row : rows) {
         RecordingResponse response;
         invoker->handleMessage(row.target, row.text, row.length, &response);
-        EXPECT_EQ(told(response), row.told) << row.length;
+        EXPECT_EQ(sentBy(response), row.payload) << row.length;
     }
     invoker->handleMessage(journal.get(), message.data(), length, nullptr);
     EXPECT_THAT(journal->calls(), ElementsAre("deleteMissedCall(m1, false)"));
@@ -224,7 +224,7 @@ TEST_F(InvokerTest, FailsWithoutAJournalOrBytes) {
                             "Invoker response is NULL"));
 }
 
-TEST_F(InvokerTest, SurvivesWhateverIsThrownAndStillCompletes) {
+TEST_F(InvokerTest, LogsExceptionsAndCompletesTheResponse) {
     class BrokenResponse final : public InvokerResponse {
     public:
         int completions = 0;

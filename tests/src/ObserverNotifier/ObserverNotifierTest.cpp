@@ -24,7 +24,7 @@ Item itemWithId(const std::string& entryId) {
     return item;
 }
 
-/// What the observer heard since the last question: counts, and of each update the item, the entry id and the action:
+/// Returns the callbacks since the last call: counts, and the item, entry id and action of each update:
 /// "missedCount(7); missed(m1, 17, 2)".
 std::string heardBy(RecordingObserver& observer) {
     std::string text = observer.heard();
@@ -32,7 +32,7 @@ std::string heardBy(RecordingObserver& observer) {
     return text;
 }
 
-/// A notifier in front of a journal that holds a dialled entry and two callbacks.
+/// A notifier and a journal with two dialled entries and two callbacks.
 class Notifier : public testing::Test {
 protected:
     Notifier() {
@@ -40,7 +40,7 @@ protected:
         journal.lists.dialled = {itemWithId<DialledCallItem>("newest"), itemWithId<DialledCallItem>("older")};
         journal.lists.callBacks = {itemWithId<CallBackItem>("b1"), itemWithId<CallBackItem>("b2")};
     }
-    /// Subscribes and forgets what the observer was told by that.
+    /// Subscribes and clears the callbacks of the subscription.
     void subscribeQuietly(RecordingObserver& observer) {
         ASSERT_TRUE(notifier.subscribe(&observer, {}));
         observer.clear();
@@ -89,7 +89,7 @@ const struct {
      [](Ifc& n) { n.updateAllExceptCallbacks(7); }},
 };
 
-TEST_F(Notifier, TellsEveryObserverTheSameAndReadsNothingWithoutAny) {
+TEST_F(Notifier, NotifiesEveryObserverAndReadsNoListWithoutObservers) {
     for (const auto& row : kUpdates) {
         row.update(notifier);
     }
@@ -106,7 +106,7 @@ TEST_F(Notifier, TellsEveryObserverTheSameAndReadsNothingWithoutAny) {
     }
 }
 
-TEST_F(Notifier, TellsOfForwardedCallsAmongAllListsOnSipPhonesOnly) {
+TEST_F(Notifier, IncludesForwardedCallsInAllListsOnSipPhonesOnly) {
     RecordingObserver observer;
     subscribeQuietly(observer);
     for (const std::string type : {"Norlith SIP", "Norlith Qorvex", "norlith sip", "Norlith SIP ", ""}) {
@@ -120,7 +120,7 @@ TEST_F(Notifier, TellsOfForwardedCallsAmongAllListsOnSipPhonesOnly) {
     }
 }
 
-TEST_F(Notifier, CountsTheCallbacksAfreshForEachObserver) {
+TEST_F(Notifier, CountsTheCallbacksForEachObserver) {
     RecordingObserver takesOneAway;
     RecordingObserver last;
     subscribeQuietly(takesOneAway);
@@ -130,7 +130,7 @@ TEST_F(Notifier, CountsTheCallbacksAfreshForEachObserver) {
     EXPECT_EQ(heardBy(takesOneAway) + ", " + heardBy(last), "callBacksCount(2), callBacksCount(1)");
 }
 
-TEST_F(Notifier, TellsANewObserverAloneWhatThereIs) {
+TEST_F(Notifier, ReportsTheStateToANewObserverOnly) {
     RecordingObserver first;
     RecordingObserver second;
     subscribeQuietly(first);
@@ -143,11 +143,12 @@ TEST_F(Notifier, TellsANewObserverAloneWhatThereIs) {
 
     journal.lists = {};
     notifier.subscribe(&first, {});
-    EXPECT_EQ(heardBy(first), "missedCount(0); dialled(-, -, 3)") << "no callbacks are not worth a word";
+    EXPECT_EQ(heardBy(first), "missedCount(0); dialled(-, -, 3)") << "an empty callback list is not reported";
 }
 
-// Who subscribes (+) and unsubscribes (-), what that answers, and who then hears of an update; "0" is nobody.
-TEST_F(Notifier, TellsThoseWhoAreSubscribedInTheirOrder) {
+// Subscriptions (+) and unsubscriptions (-), their results, and the observers of an update; "0" is a null
+// observer.
+TEST_F(Notifier, NotifiesTheSubscribedInTheirOrder) {
     for (const auto& row : table(3, R"(
 a+ b+ c+ a+ a- | yes yes yes yes yes | bca
 a+ a+          | yes yes             | aa
@@ -162,15 +163,15 @@ a+ b- 0-       | yes no no           | a
         const auto noted = [&heard](char name) { return [&heard, name](const Callback&) { heard += name; }; };
         RecordingObserver observers[] = {RecordingObserver(noted('a')), RecordingObserver(noted('b')),
                                          RecordingObserver(noted('c'))};
-        std::string answers;
+        std::string results;
         for (const std::string& step : split(row[0], ' ')) {
             Observer* observer = step[0] == '0' ? nullptr : &observers[step[0] - 'a'];
             const bool done = step[1] == '+' ? tested.subscribe(observer, {}) : tested.unsubscribe(observer);
-            answers += std::string(answers.empty() ? "" : " ") + (done ? "yes" : "no");
+            results += std::string(results.empty() ? "" : " ") + (done ? "yes" : "no");
         }
         heard.clear();
         tested.updateMissedCallCount(1);
-        EXPECT_EQ(answers, row[1]);
+        EXPECT_EQ(results, row[1]);
         EXPECT_EQ(heard, row[2]);
     }
 }

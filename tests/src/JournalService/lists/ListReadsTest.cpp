@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -129,26 +130,26 @@ protected:
 using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
 TYPED_TEST_SUITE(ListPersistence, StoredItems);
 
-TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndSaysThatTheVisitorsLogIsDue) {
+TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndReportsEachWrite) {
     journal::ListPersistence& persistence = this->rig.persistence;
-    const auto isDue = [&persistence] { return persistence.m_visitorCallLogSavePending.exchange(false); };
+    const auto reportsWrite = [this] { return std::exchange(this->rig.writes, 0) > 0; };
     auto first = itemOf<TypeParam>("e1", "", {{"4711", kOlder}});
     auto second = itemOf<TypeParam>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
 
     this->rig.database.setFailing(true);
     persistence.update(first, Helper::WRITEREQUEST);
     EXPECT_EQ(first.getUniqueId() + persistence.lastUniqueId(), "");
-    EXPECT_FALSE(isDue());
+    EXPECT_FALSE(reportsWrite());
     this->rig.database.setFailing(false);
     persistence.update(first, Helper::WRITEREQUEST);
     persistence.update(second, Helper::DELETEREQUEST);
     EXPECT_EQ(second.getUniqueId(), "77");
     persistence.update(second, Helper::WRITEREQUEST);
     EXPECT_EQ(persistence.lastUniqueId(), "2");
-    EXPECT_TRUE(isDue());
+    EXPECT_TRUE(reportsWrite());
     first.setEntryId("e3");
     persistence.update(first, Helper::WRITEREQUEST);
-    EXPECT_TRUE(isDue()) << "the row is an old one, but what it says is new";
+    EXPECT_TRUE(reportsWrite()) << "the row is an old one, but what it says is new";
     EXPECT_EQ(this->rows(), "e3 e2");
 
     persistence.updateEntries("", Helper::DELETEREQUEST, this->kTable);
@@ -157,9 +158,9 @@ TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndSaysThatTheVisitors
     EXPECT_EQ(this->rows(), "e2");
     persistence.template deleteAll<TypeParam>();
     EXPECT_EQ(this->rows(), "");
-    static_cast<void>(isDue());
+    static_cast<void>(reportsWrite());
     persistence.template deleteAll<TypeParam>();
-    EXPECT_FALSE(isDue()) << "there was nothing to delete";
+    EXPECT_FALSE(reportsWrite()) << "there was nothing to delete";
 }
 
 }  // namespace

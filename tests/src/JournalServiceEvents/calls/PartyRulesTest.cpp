@@ -5,9 +5,7 @@
 
 #include <string>
 
-#include "src/JournalServiceEvents/calls/EventParties.h"
-#include "src/JournalServiceEvents/calls/PartyRulesQorvex.h"
-#include "src/JournalServiceEvents/calls/PartyRulesSip.h"
+#include "src/JournalServiceEvents/calls/PartyRules.h"
 #include "tests/support/CallTexts.h"
 #include "tests/support/Table.h"
 

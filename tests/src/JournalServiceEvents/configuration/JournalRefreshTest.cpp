@@ -9,14 +9,14 @@
 namespace journaltest {
 namespace {
 
-void becomes(ConfigurationFixture& rig, const std::string& softwareType) {
-    rig.phoneIs(softwareType);
-    rig.notifier.init(&rig.reader, softwareType);
+void becomes(ConfigurationFixture& fixture, const std::string& softwareType) {
+    fixture.phoneIs(softwareType);
+    fixture.notifier.init(&fixture.reader, softwareType);
 }
 
-// The database holds an unviewed missed row m1 and a dialled row d1 that no list knows yet.
-// What is refreshed | phone | on before | stored call-log-enabled | entries | heard | published
-TEST(JournalRefresh, LoadsTellsAndPublishes) {
+// The database contains an unviewed missed row m1 and a dialled row d1 that are not loaded.
+// Refreshed | phone | on before | stored call-log-enabled | entries after | callbacks | published
+TEST(JournalRefresh, LoadsNotifiesAndPublishes) {
     for (const auto& row : table(7, R"(
 lists      | Norlith SIP    | enabled missed | true | m1 d1 | |
 log        | Norlith SIP    | enabled missed | true | m1 d1
@@ -32,31 +32,32 @@ everything | Norlith Qorvex | enabled | false |
 + callBacks(-, -, 3); callBacksCount(0) |
 )")) {
         SCOPED_TRACE(row[0] + " of a " + row[1] + ", enabled " + row[3]);
-        ConfigurationFixture rig;
-        rig.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS,
-                            itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}}));
-        rig.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGDIALLEDCALLS,
-                            itemOf<DialledCallItem>("d1", "21", {{"4711", "t"}}));
-        rig.database.settings["call-log-enabled"] = row[3];
-        rig.context.addService("UCServiceIfc", &rig.uc);
-        static_cast<void>(rig.gate.handleCSTAEvent());  // which looks for the service
-        becomes(rig, row[1]);
-        rig.setOwn(row[2]);
+        ConfigurationFixture fixture;
+        fixture.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS,
+                                itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}}));
+        fixture.database.addRow(CallListDatabaseAdapterHelper::DAS_CALLLOGDIALLEDCALLS,
+                                itemOf<DialledCallItem>("d1", "21", {{"4711", "t"}}));
+        fixture.database.settings["call-log-enabled"] = row[3];
+        fixture.context.addService("UCServiceIfc", &fixture.uc);
+        static_cast<void>(fixture.policy.handleCSTAEvent());  // which looks for the service
+        becomes(fixture, row[1]);
+        fixture.setOwn(row[2]);
         if (row[0] == "everything") {
-            rig.refresh.reloadEverything();
+            fixture.refresh.reloadEverything();
         } else {
-            EXPECT_TRUE(row[0] == "log" ? rig.refresh.refreshCallLog() : rig.refresh.refreshCallLists());
+            EXPECT_TRUE(row[0] == "log" ? fixture.refresh.refreshCallLog()
+                                        : fixture.refresh.refreshCallLists());
         }
-        EXPECT_EQ(rig.entryIds(), row[4]);
-        EXPECT_EQ(rig.listContents(), rig.databaseContents());
-        EXPECT_EQ(rig.heard(), row[5]);
-        EXPECT_EQ(rig.management.published(), row[6]);
-        EXPECT_EQ(rig.uc.refreshes, row[0] == "everything" ? 1 : 0);
+        EXPECT_EQ(fixture.entryIds(), row[4]);
+        EXPECT_EQ(fixture.listContents(), fixture.databaseContents());
+        EXPECT_EQ(fixture.heard(), row[5]);
+        EXPECT_EQ(fixture.management.published(), row[6]);
+        EXPECT_EQ(fixture.uc.refreshes, row[0] == "everything" ? 1 : 0);
     }
 }
 
 // Phone | on before | on after | published | stored, after the lists that are emptied
-TEST(JournalRefresh, ByAResetEmptiesTheListsAndBringsWhatDiffersBackOnASipPhone) {
+TEST(JournalRefresh, EmptiesTheListsOnAResetAndRestoresDefaultsOnASipPhone) {
     for (const auto& row : table(5, R"(
 Norlith SIP    | enabled missed | enabled missed | |
 Norlith SIP    | missed delete | enabled missed | call-log-enabled=true; delete-missed-when-called=0
@@ -65,15 +66,15 @@ Norlith SIP    | enabled | enabled missed | missed-logging=0 | ; set missed-logg
 Norlith Qorvex | delete | delete | |
 )")) {
         SCOPED_TRACE(row[0] + ", on: " + row[1]);
-        ConfigurationFixture rig;
-        becomes(rig, row[0]);
-        rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})});
-        rig.setOwn(row[1]);
-        EXPECT_TRUE(rig.resetUserData());
-        EXPECT_EQ(rig.entryIds(), "");
-        EXPECT_EQ(rig.own(), row[2]);
-        EXPECT_EQ(rig.management.published(), row[3]);
-        EXPECT_EQ(rig.written(),
+        ConfigurationFixture fixture;
+        becomes(fixture, row[0]);
+        fixture.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})});
+        fixture.setOwn(row[1]);
+        EXPECT_TRUE(fixture.resetUserData());
+        EXPECT_EQ(fixture.entryIds(), "");
+        EXPECT_EQ(fixture.own(), row[2]);
+        EXPECT_EQ(fixture.management.published(), row[3]);
+        EXPECT_EQ(fixture.written(),
                   "delete MissedCalls all; delete DialledCalls all; delete ReceivedCalls all; "
                   "delete ForwardedCalls all" +
                       row[4]);
@@ -81,7 +82,7 @@ Norlith Qorvex | delete | delete | |
 }
 
 // Phone | on before | stored before, "fails" where it cannot be read | on after | stored after
-TEST(JournalSettings, AreReadAndOnASipPhoneGetDefaultsWhereNoneIsStored) {
+TEST(JournalSettings, AreReadAndGetDefaultsOnASipPhone) {
     for (const auto& row : table(5, R"(
 Norlith SIP    | enabled missed | call-log-enabled=false missed-logging=0 delete-missed-when-called=true | delete |
 Norlith SIP    | delete | missed-logging=false | enabled
@@ -92,25 +93,26 @@ Norlith Qorvex | delete | missed-logging=true | missed delete |
 Norlith Qorvex | delete | fails | delete |
 )")) {
         SCOPED_TRACE(row[0] + ": " + row[2]);
-        ConfigurationFixture rig;
-        rig.phoneIs(row[0]);
-        rig.setOwn(row[1]);
-        rig.database.setFailing(row[2] == "fails");
+        ConfigurationFixture fixture;
+        fixture.phoneIs(row[0]);
+        fixture.setOwn(row[1]);
+        fixture.database.setFailing(row[2] == "fails");
         for (const std::string& stored : split(row[2], ' ')) {
-            rig.database.settings[stored.substr(0, stored.find('='))] = stored.substr(stored.find('=') + 1);
+            fixture.database.settings[stored.substr(0, stored.find('='))] =
+                stored.substr(stored.find('=') + 1);
         }
-        rig.ownSettings.readConfigItemsFromDB();
-        EXPECT_EQ(rig.own(), row[3]);
-        EXPECT_EQ(rig.written(), row[4]);
-        EXPECT_EQ(rig.management.published(), "");
+        fixture.journalSettings.readConfigItemsFromDB();
+        EXPECT_EQ(fixture.own(), row[3]);
+        EXPECT_EQ(fixture.written(), row[4]);
+        EXPECT_EQ(fixture.management.published(), "");
     }
 }
 
 TEST(JournalRefresh, TakesOnlyTrueForAnOutsideCallServer) {
-    ConfigurationFixture rig;
+    ConfigurationFixture fixture;
     for (const std::string value : {"true", "1"}) {
-        EXPECT_TRUE(rig.refresh.setJournalServiceCallLogEventsDisabling(value));
-        EXPECT_EQ(rig.settings.values()->m_xsiConfigured, value == "true");
+        EXPECT_TRUE(fixture.refresh.setJournalServiceCallLogEventsDisabling(value));
+        EXPECT_EQ(fixture.settings.values()->m_xsiConfigured, value == "true");
     }
 }
 

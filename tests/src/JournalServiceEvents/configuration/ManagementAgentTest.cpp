@@ -1,5 +1,4 @@
-// The journal as management agent: what `setData` takes, refuses and answers, and what `getData` gives; and whether the
-// call log is its own.
+// The management agent (`setData`, `getData`), and the journalling policy.
 
 #include <string>
 
@@ -21,9 +20,9 @@ ManageableData recordOf(const std::string& text) {
     return data;
 }
 
-// The settings that are on before, "fails" where the database takes nothing |
-// asked | answer | the settings after | refused | stored in the settings record.
-TEST(SetData, TakesAndRefusesKeyByKey) {
+// Settings that are on before, "fails" if the database refuses | keys and values | result | settings after |
+// refused | stored in the settings record.
+TEST(SetData, AcceptsAndRefusesKeyByKey) {
     for (const auto& row : table(6, R"(
 enabled missed        | | yes | enabled missed | |
 enabled missed        | call-log-enabled=false | yes | missed | | set call-log-enabled=false
@@ -49,23 +48,23 @@ fails enabled missed  | missed-logging=1, call-log-enabled=false | no | enabled 
 +   | set missed-logging=false; set call-log-enabled=false
 )")) {
         SCOPED_TRACE(row[1] + " while on: " + row[0]);
-        ConfigurationFixture rig;
-        rig.database.setFailing(row[0].find("fails") == 0);
-        rig.setOwn(row[0]);
+        ConfigurationFixture fixture;
+        fixture.database.setFailing(row[0].find("fails") == 0);
+        fixture.setOwn(row[0]);
         auto data = recordOf(row[1]);
-        EXPECT_EQ(rig.setData(data), row[2] == "yes");
-        EXPECT_EQ(rig.own(), row[3]);
+        EXPECT_EQ(fixture.setData(data), row[2] == "yes");
+        EXPECT_EQ(fixture.own(), row[3]);
         Texts rejections;
         for (const auto& [key, reason] : data.getRejectReasons()) {
             rejections.push_back(key + ": " + std::to_string(reason.code) + " " + reason.text);
         }
         EXPECT_EQ(joined(rejections), row[4]);
-        const std::string written = rig.written();
+        const std::string written = fixture.written();
         EXPECT_EQ(written.substr(0, written.find("; delete")), row[5]) << "but for the lists that it empties";
     }
 }
 
-// A missed entry and a callback stand in the journal.
+// The journal contains a missed entry and a callback.
 TEST(SetData, ClearsTheCallLogUnlessAnotherJournalOwnsIt) {
     for (const auto& row : table(3, R"(
 clear-calllog=1        | ours | m1 c1
@@ -74,21 +73,21 @@ call-log-enabled=false | ours | c1
 clear-calllog=true     | UC | m1 c1
 clear-calllog=true     | RingCentral | m1 c1
 )")) {
-        ConfigurationFixture rig;
-        rig.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})}, {}, {}, {},
-                      {callBackOf("c1", "4711", "t")});
-        rig.context.addService("UCServiceIfc", &rig.uc);
-        rig.uc.running = row[1] == "UC";
-        rig.settings.change(
+        ConfigurationFixture fixture;
+        fixture.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})}, {}, {}, {},
+                          {callBackOf("c1", "4711", "t")});
+        fixture.context.addService("UCServiceIfc", &fixture.uc);
+        fixture.uc.running = row[1] == "UC";
+        fixture.settings.change(
             [&row](auto& values) { values.m_ringCentralSyncCallLog = row[1] == "RingCentral"; });
         auto data = recordOf(row[0]);
-        EXPECT_TRUE(rig.setData(data));
-        EXPECT_EQ(rig.entryIds(), row[2]) << row[0] << ", " << row[1];
+        EXPECT_TRUE(fixture.setData(data));
+        EXPECT_EQ(fixture.entryIds(), row[2]) << row[0] << ", " << row[1];
     }
 }
 
-// The settings that are on | asked | answer | given.
-TEST(GetData, AnswersUntilAKeyIsNotTheJournals) {
+// Settings that are on | keys | result | values.
+TEST(GetData, ReturnsValuesUntilAKeyIsNotTheJournals) {
     for (const auto& row : table(4, R"(
 enabled missed delete | call-log-enabled missed-logging delete-missed-when-called clear-calllog | yes
 +   | call-log-enabled=true; missed-logging=0; delete-missed-when-called=1; clear-calllog=false
@@ -96,13 +95,13 @@ enabled missed delete | call-log-enabled missed-logging delete-missed-when-calle
 +   | call-log-enabled=false; missed-logging=1; delete-missed-when-called=0; clear-calllog=false
 enabled missed        | missed-logging volume clear-calllog | no | missed-logging=0
 )")) {
-        ConfigurationFixture rig;
-        rig.setOwn(row[0]);
+        ConfigurationFixture fixture;
+        fixture.setOwn(row[0]);
         ManageableData data;
         for (const std::string& key : split(row[1], ' ')) {
             data.setRootId(key, nullptr);
         }
-        EXPECT_EQ(rig.getData(data), row[2] == "yes") << row[1];
+        EXPECT_EQ(fixture.getData(data), row[2] == "yes") << row[1];
         Texts given;
         for (const std::string& key : data.getRootIds()) {
             if (const DataNode* node = data.interogate(key)) {
@@ -113,12 +112,12 @@ enabled missed        | missed-logging volume clear-calllog | no | missed-loggin
     }
 }
 
-TEST(JournalPolicy, IsOpenWhileNoOtherJournalOwnsTheCallLog) {
-    ConfigurationFixture rig;
-    EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "there are no such services yet";
-    rig.context.addService("UCServiceIfc", &rig.uc);
-    rig.context.addService("PallaxServiceIfc", &rig.pallax);
-    rig.context.addService("WSIServiceIfc", &rig.wsi);
+TEST(JournalPolicy, AcceptsEventsWhileNoOtherJournalOwnsTheCallLog) {
+    ConfigurationFixture fixture;
+    EXPECT_TRUE(fixture.policy.handleCSTAEvent()) << "there are no such services yet";
+    fixture.context.addService("UCServiceIfc", &fixture.uc);
+    fixture.context.addService("PallaxServiceIfc", &fixture.pallax);
+    fixture.context.addService("WSIServiceIfc", &fixture.wsi);
     for (const auto& row : table(2, R"(
                                          | open
 userIsUc allowed                         | shut
@@ -129,26 +128,26 @@ pallaxRuns                               | shut
 ucRuns userIsUc allowed ringCentral pallaxRuns | shut
 )")) {
         const auto is = [&row](const char* word) { return row[0].find(word) != std::string::npos; };
-        rig.uc.running = is("ucRuns");
-        rig.wsi.currentUserUC = is("userIsUc");
-        rig.pallax.running = is("pallaxRuns");
-        rig.settings.change([&is](journal::SettingsSnapshot& values) {
+        fixture.uc.running = is("ucRuns");
+        fixture.wsi.currentUserUC = is("userIsUc");
+        fixture.pallax.running = is("pallaxRuns");
+        fixture.settings.change([&is](journal::SettingsSnapshot& values) {
             values.m_wsiAllowUcJournal = is("allowed");
             values.m_ringCentralSyncCallLog = is("ringCentral");
         });
-        EXPECT_EQ(rig.gate.handleCSTAEvent(), row[1] == "open") << row[0];
+        EXPECT_EQ(fixture.policy.handleCSTAEvent(), row[1] == "open") << row[0];
     }
 }
 
 TEST(JournalPolicy, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
-    ConfigurationFixture rig;
-    rig.uc.running = true;
-    rig.context.addService("UCServiceIfc", &rig.pallax);
-    EXPECT_TRUE(rig.gate.handleCSTAEvent()) << "a service of another interface counts as missing";
-    rig.context.addService("UCServiceIfc", &rig.uc);
-    EXPECT_FALSE(rig.gate.handleCSTAEvent());
-    rig.context.addService("UCServiceIfc", nullptr);
-    EXPECT_FALSE(rig.gate.handleCSTAEvent()) << "it is not looked for again";
+    ConfigurationFixture fixture;
+    fixture.uc.running = true;
+    fixture.context.addService("UCServiceIfc", &fixture.pallax);
+    EXPECT_TRUE(fixture.policy.handleCSTAEvent()) << "a service of another interface counts as missing";
+    fixture.context.addService("UCServiceIfc", &fixture.uc);
+    EXPECT_FALSE(fixture.policy.handleCSTAEvent());
+    fixture.context.addService("UCServiceIfc", nullptr);
+    EXPECT_FALSE(fixture.policy.handleCSTAEvent()) << "it is not looked for again";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The management keys that the journal reads and observes, and what follows from a change of each.
+// The management keys that the journal reads and observes, and the effect of a change of each.
 
 #include <string>
 #include <utility>
@@ -12,9 +12,9 @@
 namespace journaltest {
 namespace {
 
-/// The settings that the management decides in one line.
-std::string valuesOf(const ConfigurationFixture& rig) {
-    const auto now = rig.settings.values();
+/// Returns the settings that depend on the management as one text.
+std::string valuesOf(const ConfigurationFixture& fixture) {
+    const auto now = fixture.settings.values();
     std::string text = std::to_string(now->m_tzOffset) + " " + std::to_string(now->m_daylightSaveMinutes) +
                        " '" + now->m_callLogControl + "' '" + now->m_regNumber + "'";
     const std::pair<const char*, bool> flags[] = {{"callEvents", now->m_useCSTACallControlEvents},
@@ -33,10 +33,10 @@ std::string valuesOf(const ConfigurationFixture& rig) {
 
 // Each change takes effect at once and nowhere else; the next start reads the same in full.
 TEST(PhoneValues, FollowChangesAndAreReadAtTheStart) {
-    ConfigurationFixture rig;
-    rig.management.set("daylight-save-minutes", "60");
-    rig.management.set("software-type", softwareTypes::qorvex);
-    rig.managementValues.initEvents(rig);
+    ConfigurationFixture fixture;
+    fixture.management.set("daylight-save-minutes", "60");
+    fixture.management.set("software-type", softwareTypes::qorvex);
+    fixture.phoneValues.initEvents(fixture);
     const auto changes = table(3, R"(
 sntp-tz-offset           | -90  | -90 0 '' '' callEvents last
 daylight-save            | no   | -90 0 '' '' callEvents last
@@ -56,43 +56,45 @@ ringcentral-api-sync-call-log | true
 +   | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral bluetooth
 )");
     for (const auto& row : changes) {
-        rig.management.change(row[0], row[1]);
-        EXPECT_EQ(valuesOf(rig), row[2]) << row[0];
+        fixture.management.change(row[0], row[1]);
+        EXPECT_EQ(valuesOf(fixture), row[2]) << row[0];
     }
 
     ConfigurationFixture next;
-    next.platform.m_localMgmt = &rig.management;
-    rig.management.refuseObserving("sntp-tz-offset");
-    next.managementValues.initEvents(next);
+    next.platform.m_localMgmt = &fixture.management;
+    fixture.management.refuseObserving("sntp-tz-offset");
+    next.phoneValues.initEvents(next);
     EXPECT_EQ(valuesOf(next), "-90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral");
     EXPECT_EQ(next.settings.values()->m_softwareType, softwareTypes::qorvex);
     for (const auto& row : changes) {
-        rig.management.remove(row[0]);
+        fixture.management.remove(row[0]);
     }
-    next.managementValues.readLocalMgmtData(7);
+    next.phoneValues.readLocalMgmtData(7);
     EXPECT_EQ(valuesOf(next), "0 0 '' '' callEvents ringCentral") << "all but two fall back";
 }
 
-// One change after the other: key | value | what a Qorvex phone asks the switch | what a SIP phone asks | effect: the call
-// log is refreshed, everything is reloaded, or it is forgotten that a visitor's log is to be saved.
+// Successive changes: key | value | requests of a Qorvex phone to the switch | requests of a SIP phone |
+// effect: the call log is refreshed, everything is reloaded, or the pending save of the visitor call log is
+// cancelled.
 TEST(ManagementChanges, AreFollowed) {
     ConfigurationFixture qorvex;
     ConfigurationFixture sip;
     qorvex.management.set("software-type", softwareTypes::qorvex);
     sip.management.set("software-type", softwareTypes::sip);
-    qorvex.managementValues.initEvents(qorvex);
-    sip.managementValues.initEvents(sip);
-    const auto effectOf = [](ConfigurationFixture& rig, const std::string& key, const std::string& value) {
-        rig.forget();
-        rig.persistence.m_visitorCallLogSavePending = true;
-        rig.management.change(key, value);
-        EXPECT_EQ(rig.read().empty(), rig.heard().empty());
-        if (!rig.persistence.m_visitorCallLogSavePending) {
-            return "forget";
+    qorvex.phoneValues.initEvents(qorvex);
+    sip.phoneValues.initEvents(sip);
+    const auto effectOf = [](ConfigurationFixture& fixture, const std::string& key,
+                             const std::string& value) {
+        fixture.forget();
+        fixture.visitorCallLog.setSavePending();
+        fixture.management.change(key, value);
+        EXPECT_EQ(fixture.read().empty(), fixture.heard().empty());
+        if (!fixture.visitorCallLog.isSavePending()) {
+            return "cancel";
         }
-        return rig.heard().find("callBacks") != std::string::npos ? "reload"
-               : rig.heard().empty()                              ? ""
-                                                                  : "refresh";
+        return fixture.heard().find("callBacks") != std::string::npos ? "reload"
+               : fixture.heard().empty()                              ? ""
+                                                                      : "refresh";
     };
     for (const auto& row : table(5, R"(
 system-identifier         | 2   | change localDeviceID | |
@@ -114,7 +116,7 @@ mobility-activity         | logoffFailed | | | reload
 mobility-activity         | logon | | |
 reload-conversations      | true | | | reload
 reload-conversations      | false | | |
-mobility-current-user     | anybody | | | forget
+mobility-current-user     | 17 | | | cancel
 )")) {
         SCOPED_TRACE(row[0] + "=" + row[1]);
         EXPECT_EQ(effectOf(qorvex, row[0], row[1]), row[4]);
@@ -126,31 +128,31 @@ mobility-current-user     | anybody | | | forget
         << "it is taken back when it is done";
 }
 
-TEST(PhoneValues, ThatSayTheSwitchMarksMissedCallsEndTheWaitForCalls) {
-    ConfigurationFixture rig;
+TEST(PhoneValues, DiscardPendingCallLogEventsWhenTheSwitchMarksMissedCalls) {
+    ConfigurationFixture fixture;
     for (const std::string identifier : {"2", "1"}) {
-        rig.readiness.m_callLogEventsReady = true;
-        static_cast<void>(rig.readiness.m_pendingCallLogEvents.append({}));
-        rig.management.set("system-identifier", identifier);
-        rig.managementValues.readLocalMgmtData(4);
-        EXPECT_EQ(rig.readiness.m_callLogEventsReady, identifier == "2");
-        EXPECT_EQ(rig.readiness.m_pendingCallLogEvents.takeFront().has_value(), identifier == "2");
+        fixture.readiness.m_callLogEventsReady = true;
+        static_cast<void>(fixture.readiness.m_pendingCallLogEvents.append({}));
+        fixture.management.set("system-identifier", identifier);
+        fixture.phoneValues.readLocalMgmtData(4);
+        EXPECT_EQ(fixture.readiness.m_callLogEventsReady, identifier == "2");
+        EXPECT_EQ(fixture.readiness.m_pendingCallLogEvents.takeFront().has_value(), identifier == "2");
     }
 }
 
-TEST(PhoneValues, TellWhetherANumberIsTheVoiceMail) {
-    ConfigurationFixture rig;
-    rig.digits.spellings = {{"+4989123", "089123"}, {"123", "089123"}};
-    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("")) << "no voice mail is configured";
-    rig.management.set("voice-mail-e164", "+4989123");
-    EXPECT_TRUE(rig.managementValues.isVoiceMailNumber("123"));
-    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("124"));
-    rig.platform.m_digitAnalysisService = nullptr;
-    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("123"));
-    EXPECT_TRUE(rig.managementValues.isVoiceMailNumber("+4989123"));
-    rig.platform.m_localMgmt = nullptr;
-    rig.managementValues.publishCallLogEnableState();
-    EXPECT_FALSE(rig.managementValues.isVoiceMailNumber("+4989123"));
+TEST(PhoneValues, RecogniseTheVoiceMailNumber) {
+    ConfigurationFixture fixture;
+    fixture.digits.spellings = {{"+4989123", "089123"}, {"123", "089123"}};
+    EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("")) << "no voice mail is configured";
+    fixture.management.set("voice-mail-e164", "+4989123");
+    EXPECT_TRUE(fixture.phoneValues.isVoiceMailNumber("123"));
+    EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("124"));
+    fixture.platform.m_digitAnalysisService = nullptr;
+    EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("123"));
+    EXPECT_TRUE(fixture.phoneValues.isVoiceMailNumber("+4989123"));
+    fixture.platform.m_localMgmt = nullptr;
+    fixture.phoneValues.publishCallLogEnableState();
+    EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("+4989123"));
 }
 
 }  // namespace

@@ -12,14 +12,14 @@
 namespace journaltest {
 namespace {
 
-/// A phone whose visitor has a call log, which counts how often it was to be saved.
-class VisitorPhone : public ConfigurationFixture, public Executable, public MobilityServiceIfc {
+/// A phone with a visitor call log that counts the saves.
+class VisitorPhone : public ConfigurationFixture, public MobilityServiceIfc {
 public:
     VisitorPhone() { platform.m_mobilityService = this; }
-    /// Starts the log; the platform does not arm its first timer yet.
+    /// Creates the component; the fake platform does not start its first timer.
     void startLog() {
-        log.emplace(platform, settings, managementValues, persistence.m_visitorCallLogSavePending, *this);
-        log->createFirstTimer();
+        log.emplace(platform, settings, *this);
+        log->createFirstTimer(phoneValues);
     }
     [[nodiscard]] int firstTimer() const { return log->getAutoSaveVisitorCallLogToVantorTimerId(); }
     void timerEvent(int id) override { log->onTimer(id); }
@@ -56,14 +56,14 @@ f                 | 0
     EXPECT_EQ(phone.firstTimer(), -1);
 }
 
-// Phone | what happens, a number being hours that pass | saves that were tried | whether one is due in the end
+// Phone | steps; a number advances the clock by hours | attempted saves | a save is pending at the end
 TEST(VisitorCallLog, IsSavedEveryHourThatSomethingWasWrittenOnAQorvexPhone) {
     for (const auto& row : table(4, R"(
 Norlith Qorvex   | written 4               | 1 | no
 Norlith Qorvex   | written 1 written 1     | 2 | no
 Norlith Qorvex   | fails written 2         | 2 | yes
 Norlith Qorvex   | fails written 2 works 2 | 3 | no
-Norlith Qorvex   | nobody written 2        | 0 | yes
+Norlith Qorvex   | missing written 2       | 0 | yes
 Norlith Qorvex   | written others          | 0 | yes
 Norlith Qorvex   | written refuse 3        | 0 | yes
 Norlith Qorvex 2 | written 3               | 0 | yes
@@ -77,10 +77,10 @@ Norlith SIP      | written 3               | 0 | yes
         phone.context.startTimer(phone.firstTimer());
         for (const std::string& step : split(row[1], ' ')) {
             if (step == "written") {
-                phone.persistence.m_visitorCallLogSavePending = true;
+                phone.log->setSavePending();
             } else if (step == "fails" || step == "works") {
                 phone.succeeds = step == "works";
-            } else if (step == "nobody") {
+            } else if (step == "missing") {
                 phone.platform.m_mobilityService = nullptr;
             } else if (step == "refuse") {
                 phone.context.refuseTimers();
@@ -92,7 +92,7 @@ Norlith SIP      | written 3               | 0 | yes
             }
         }
         EXPECT_EQ(phone.saves, std::stoi(row[2]));
-        EXPECT_EQ(phone.persistence.m_visitorCallLogSavePending, row[3] == "yes");
+        EXPECT_EQ(phone.log->isSavePending(), row[3] == "yes");
         EXPECT_LE(phone.context.timers().size(), 1U) << "the hourly timer takes the place of the first";
         phone.log.reset();
         EXPECT_TRUE(phone.context.timers().empty());

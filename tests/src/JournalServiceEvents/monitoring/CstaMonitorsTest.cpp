@@ -1,4 +1,4 @@
-// The journal's monitors at the switch: filters in full, and what each kind of bad answer does.
+// The journal's monitors at the switch: their filters, and the effect of each kind of failed response.
 
 #include <memory>
 #include <string>
@@ -16,7 +16,7 @@ namespace {
 
 using Kind = FakeCstaService::Kind;
 
-/// The groups that are suppressed and those that are let through; the others are left to the service.
+/// Returns the suppressed groups and those that pass; the service decides on the others.
 std::string textOf(const CSTAMonitorFilter& filter) {
     const std::pair<const char*, CSTAMonitorFilter::Setting> groups[] = {
         {"callControl", filter.callControl()},
@@ -44,7 +44,7 @@ std::string textOf(const CSTAMonitorFilter& filter) {
 }
 
 TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
-    ConfigurationFixture rig;
+    ConfigurationFixture fixture;
     const std::string always =
         "suppressed: callAssociated physicalDevice logicalDevice vendorSpecific system"
         "; through: callControl callLogEntry systemStatus dnd coc";
@@ -52,46 +52,47 @@ TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
         "suppressed: held retrieved serviceInitiated callAssociated physicalDevice "
         "logicalDevice vendorSpecific system"
         "; through: callControl callInformation callLogEntry systemStatus";
-    EXPECT_TRUE(rig.monitors.startQorvexEvents());
-    EXPECT_EQ(rig.exchange.lastReceiver(), &rig);
-    EXPECT_EQ(textOf(rig.exchange.lastFilter()), atTheStart);
+    EXPECT_TRUE(fixture.monitors.startQorvexEvents());
+    EXPECT_EQ(fixture.exchange.lastReceiver(), &fixture);
+    EXPECT_EQ(textOf(fixture.exchange.lastFilter()), atTheStart);
     for (const int systemIdentifier : {0, 1, 2, 3}) {
-        rig.phoneIs(softwareTypes::qorvex, systemIdentifier);
-        rig.monitors.changeMonitorFilter();
-        EXPECT_EQ(textOf(rig.exchange.lastFilter()), systemIdentifier == 2 ? always : atTheStart + " dnd coc")
+        fixture.phoneIs(softwareTypes::qorvex, systemIdentifier);
+        fixture.monitors.changeMonitorFilter();
+        EXPECT_EQ(textOf(fixture.exchange.lastFilter()),
+                  systemIdentifier == 2 ? always : atTheStart + " dnd coc")
             << systemIdentifier;
     }
-    rig.forget();
-    rig.phoneIs(softwareTypes::sip);
-    rig.monitors.changeMonitorFilter();
-    rig.phoneIs(softwareTypes::qorvex);
-    rig.platform.m_cstaService = nullptr;
-    rig.monitors.changeMonitorFilter();
-    EXPECT_EQ(rig.exchange.asked(), "");
+    fixture.forget();
+    fixture.phoneIs(softwareTypes::sip);
+    fixture.monitors.changeMonitorFilter();
+    fixture.phoneIs(softwareTypes::qorvex);
+    fixture.platform.m_cstaService = nullptr;
+    fixture.monitors.changeMonitorFilter();
+    EXPECT_EQ(fixture.exchange.asked(), "");
 }
 
 TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
-    ConfigurationFixture rig;
+    ConfigurationFixture fixture;
     const std::string longest(19, 'x');
-    rig.exchange.answer(Kind::eMonitorStart, [&longest](CSTARequest& request) {
+    fixture.exchange.answer(Kind::eMonitorStart, [&longest](CSTARequest& request) {
         request.setOutcome(0, std::make_unique<CSTAMonitorStartResponse>(longest));
     });
-    EXPECT_FALSE(rig.monitors.stopMonitoringBluetoothEvents()) << "nothing to stop";
-    rig.monitors.startMonitoringBluetoothEvents();
-    EXPECT_EQ(rig.exchange.lastFilter(), CSTAMonitorFilter());
-    rig.monitors.stopMonitoringBluetoothEvents();
-    rig.monitors.startQorvexEvents();
-    rig.monitors.stopQorvexEvents();
-    rig.monitors.stopQorvexEvents();
-    EXPECT_EQ(rig.monitors.startCSTAMonitor("2002"), longest);
-    EXPECT_EQ(rig.exchange.lastFilter(), CSTAMonitorFilter());
-    rig.monitors.stopCSTAMonitor("5");
-    EXPECT_EQ(rig.exchange.asked(), "start bluetoothDeviceID; stop " + longest +
-                                        "; start localDeviceID; stop " + longest +
-                                        "; stop ; start 2002; stop 5");
-    rig.platform.m_cstaService = nullptr;
-    EXPECT_EQ(rig.monitors.startCSTAMonitor("2003"), "ERROR");
-    rig.monitors.stopCSTAMonitor("5");
+    EXPECT_FALSE(fixture.monitors.stopMonitoringBluetoothEvents()) << "nothing to stop";
+    fixture.monitors.startMonitoringBluetoothEvents();
+    EXPECT_EQ(fixture.exchange.lastFilter(), CSTAMonitorFilter());
+    fixture.monitors.stopMonitoringBluetoothEvents();
+    fixture.monitors.startQorvexEvents();
+    fixture.monitors.stopQorvexEvents();
+    fixture.monitors.stopQorvexEvents();
+    EXPECT_EQ(fixture.monitors.startCSTAMonitor("2002"), longest);
+    EXPECT_EQ(fixture.exchange.lastFilter(), CSTAMonitorFilter());
+    fixture.monitors.stopCSTAMonitor("5");
+    EXPECT_EQ(fixture.exchange.asked(), "start bluetoothDeviceID; stop " + longest +
+                                            "; start localDeviceID; stop " + longest +
+                                            "; stop ; start 2002; stop 5");
+    fixture.platform.m_cstaService = nullptr;
+    EXPECT_EQ(fixture.monitors.startCSTAMonitor("2003"), "ERROR");
+    fixture.monitors.stopCSTAMonitor("5");
 }
 
 template <typename Response>
@@ -101,7 +102,7 @@ void refuse(CSTARequest& request) {
     request.setOutcome(0, std::move(response));
 }
 
-TEST(CstaMonitors, AnsweredBadlyStayAsTheyAreAndMayBeTriedAgain) {
+TEST(CstaMonitors, KeepTheirStateAfterAFailedResponseAndCanBeRetried) {
     using Monitors = journal::CstaMonitors;
     const struct {
         const char* name;
@@ -116,8 +117,8 @@ TEST(CstaMonitors, AnsweredBadlyStayAsTheyAreAndMayBeTriedAgain) {
         {"stop Bluetooth", false, &Monitors::stopMonitoringBluetoothEvents,
          &Monitors::bluetoothEventsStarted},
     };
-    ConfigurationFixture rig;
-    Monitors& monitors = rig.monitors;
+    ConfigurationFixture fixture;
+    Monitors& monitors = fixture.monitors;
     for (const auto& operation : operations) {
         SCOPED_TRACE(operation.name);
         const Kind kind = operation.starts ? Kind::eMonitorStart : Kind::eMonitorStop;
@@ -127,7 +128,7 @@ TEST(CstaMonitors, AnsweredBadlyStayAsTheyAreAndMayBeTriedAgain) {
               FakeCstaService::Answer(refuse<CSTAEscapeResponse>),
               FakeCstaService::Answer(operation.starts ? refuse<CSTAMonitorStartResponse>
                                                        : refuse<CSTAMonitorStopResponse>)}) {
-            rig.exchange.answer(kind, bad);
+            fixture.exchange.answer(kind, bad);
             EXPECT_FALSE((monitors.*operation.run)());
             EXPECT_EQ((monitors.*operation.isOn)(), !operation.starts);
             ofOtherDevice += monitors.startCSTAMonitor("2002") + " ";
@@ -136,7 +137,7 @@ TEST(CstaMonitors, AnsweredBadlyStayAsTheyAreAndMayBeTriedAgain) {
         if (operation.starts) {
             EXPECT_EQ(ofOtherDevice, "ERROR ERROR  ") << "of another device a refusal is not asked for";
         }
-        rig.exchange.answer(kind, {});
+        fixture.exchange.answer(kind, {});
         EXPECT_TRUE((monitors.*operation.run)());
         EXPECT_EQ((monitors.*operation.isOn)(), operation.starts);
     }
