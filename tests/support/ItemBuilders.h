@@ -14,11 +14,11 @@ namespace journaltest {
 
 using Texts = std::vector<std::string>;
 
-/// The texts in one, with `between` between them.
+/// The texts in one, without the empty ones, with `between` between them.
 inline std::string joined(const Texts& texts, const std::string& between = "; ") {
     std::string text;
     for (const std::string& part : texts) {
-        text += (text.empty() ? "" : between) + part;
+        text += (text.empty() || part.empty() ? "" : between) + part;
     }
     return text;
 }

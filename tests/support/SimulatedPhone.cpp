@@ -16,6 +16,7 @@
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "tests/support/CallTexts.h"
 #include "tests/support/FakeHardware.h"
+#include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -75,15 +76,6 @@ Event eventOf(CSTADevice calling, CSTADevice called, int local, int cause = CSTA
     event.setLocalConnectionInfo(local);
     event.setCause(cause);
     return event;
-}
-
-/// The texts in one, without the empty ones.
-std::string joined(const std::vector<std::string>& texts, const std::string& between = ", ") {
-    std::string all;
-    for (const std::string& text : texts) {
-        all += (all.empty() || text.empty() ? "" : between) + text;
-    }
-    return all;
 }
 
 std::string after(const char* before, const std::string& word) {
@@ -345,7 +337,7 @@ std::string SimulatedPhone::journal() {
     });
     add("forwarded", list<ForwardedCallItem>(),
         [](const auto& info) { return after("to ", info.getForwardedToNumber()); });
-    return joined(calls);
+    return joined(calls, ", ");
 }
 
 std::string SimulatedPhone::outcome() {
@@ -367,7 +359,7 @@ std::string SimulatedPhone::outcome() {
     if (!context.runningTimers().empty()) {
         live.emplace_back("a clearing held back");
     }
-    return journal() + after("; ", joined(live));
+    return journal() + after("; ", joined(live, ", "));
 }
 
 std::vector<MissedCallItem> SimulatedPhone::missedRows() const {

@@ -23,8 +23,6 @@ const std::vector<const char*> kAllTypes = {softwareTypes::qorvex, "", softwareT
 
 TEST(CallSequence, OfAnIncomingCallEndsInTheListThatTheFlavourSays) {
     expectOutcomes(R"(
-missed                  | rings 1 4711:Ann; clears 1 | missed 4711 Ann | =
-anonymous               | rings 1 -; clears 1 | missed | =
 only offered            | offers 1; clears 1 | | =
 answered                | rings 1 4711:Ann; passes 9; answers 1 4711:Ann; passes 65; clears 1
 +   | received 4711 Ann 01:05 | =

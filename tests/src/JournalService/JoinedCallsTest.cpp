@@ -23,8 +23,6 @@ consulted, second not | answers 1 4711:Ann; passes 60; dials 2 4712:Bob; reaches
 +   transfers 1 2 9 here 4712 local=null | dialled 4712 Bob 00:05, received 4711 Ann 01:05 | =
 consulted, second survives | answers 1 4711; dials 2 4712; reaches 2 4712 4712; passes 5;
 +   transfers 1 2 2 here 4712 local=null | dialled 4712 00:05, received 4711 00:05 | =
-blind       | answers 1 4711:Ann; passes 60; holds 1 for-transfer; clears 1; transfers 1 - 9 here 4712 local=null
-+   | received 4711 Ann 01:00 | =
 blind, same call id | answers 1 4711:Ann; passes 60; holds 1 for-transfer; clears 1;
 +   transfers 1 - 1 here 4712 local=null | received 4711 Ann 01:00 | =
 blind, unknown call | answers 1 4711; passes 9; holds 1 for-transfer; clears 1; transfers 7 - 8 here - local=null
@@ -34,7 +32,6 @@ somebody else's, its second call is ours | answers 1 4711; passes 5; transfers 7
 without any call id | transfers - - - 4711 4712 | | =
 held back no longer | answers 1 4711; holds 1 for-transfer; clears 1; transfers 1 - 9 4711 here; waits 5000
 +   | received 4711 | =
-to this phone | answers 1 4711:Ann; passes 60; transfers 1 - 9 4711 here; clears 9 | received 4711 Ann 01:00 | =
 this phone, it was called | answers 1 4711:Ann; passes 60; transfers 1 - 9 4711 4712; passes 30; clears 9
 +   | received 4712 00:30 by 4711 transferred, received 4711 Ann 01:00
 +   | received 4711 Ann 00:30 by 4711 transferred, received 4711 Ann 01:00

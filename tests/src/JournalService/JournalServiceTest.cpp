@@ -1,11 +1,15 @@
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <deque>
+#include <regex>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "journal-items/ListTraits.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/SimulatedPhone.h"
@@ -111,20 +115,43 @@ TEST_F(JournalServiceFrame, ADestroyedServiceLeavesNoTimerAndNoAgentBehind) {
 constexpr int kRounds = 150;
 constexpr int kClients = 4;
 
+/// Reads all lists inside each callback, and compares each count with the missed calls: the lists do not change between a change
+/// and the end of its announcement.
+class CountingObserver {
+public:
+    explicit CountingObserver(JournalServiceIfc& journal) : m_journal(journal) {}
+
+    std::atomic<int> wrongCounts{0};
+    RecordingObserver observer{[this](const Callback& callback) {
+        readAllLists(m_journal);
+        if (callback.event == Callback::Event::eMissedCallsCountUpdate) {
+            std::deque<MissedCallItem> missed;
+            m_journal.getMissedCallList(missed);
+            const auto unviewed = std::count_if(missed.begin(), missed.end(),
+                                                [](const auto& item) { return !item.getViewed(); });
+            wrongCounts += unviewed != static_cast<long>(callback.count) ? 1 : 0;
+        }
+    }};
+
+private:
+    JournalServiceIfc& m_journal;
+};
+
 class Concurrency : public JournalServiceFrame {
 protected:
-    // Does to the journal, on a thread of its own, what clients do.
+    /// Plays a client on a thread of its own.
     void workAsClient(int seed) {
         JournalServiceIfc& journal = phone.service();
-        RecordingObserver observer([&journal](const Callback&) { readAllLists(journal); });
+        CountingObserver counting(journal);
         for (int round = seed; round < kRounds + seed; ++round) {
-            ASSERT_TRUE(journal.subscribeForJournalEvents(&observer));
+            ASSERT_TRUE(journal.subscribeForJournalEvents(&counting.observer));
             const auto missed = phone.missed();
             if (!missed.empty()) {
                 journal.setMissedCallListAsViewed({missed.front().getEntryId()});
                 journal.ageMissedCall(missed.back().getEntryId());
                 if (round % 5 == 0) {
                     journal.deleteMissedCall(missed.back().getEntryId(), false);
+                    journal.deleteReceivedCallList();
                 }
             }
             if (round % 31 == 0) {
@@ -134,37 +161,46 @@ protected:
             if (phone.takes("call-log-enabled", (round / 2 + seed) % 2 == 0 ? "false" : "true")) {
                 ++settingChanges;
             }
-            ASSERT_TRUE(journal.unsubscribeForJournalEvents(&observer));
+            ASSERT_TRUE(journal.unsubscribeForJournalEvents(&counting.observer));
         }
+        EXPECT_EQ(counting.wrongCounts, 0);
     }
 
-    static std::set<std::string> namesOf(const auto& items) {
-        std::set<std::string> names;
-        for (const MissedCallItem& item : items) {
-            names.insert(item.getUniqueId() + " " + item.getEntryId());
+    template <typename Item>
+    void expectTheDatabaseHoldsTheList() {
+        std::set<std::string> inList;
+        std::set<std::string> inDatabase;
+        for (const Item& item : phone.list<Item>()) {
+            inList.insert(item.getUniqueId() + " " + item.getEntryId());
         }
-        return names;
+        for (const Item& item : phone.database.rows<Item>(ListTraits<Item>::kTable)) {
+            inDatabase.insert(item.getUniqueId() + " " + item.getEntryId());
+        }
+        EXPECT_EQ(inList, inDatabase);
     }
 
     std::atomic<int> settingChanges{0};
 };
 
-// The whole service under load: calls are filed on the line's thread while clients subscribe, view, age, delete,
-// refresh and change settings on theirs, and every observer reads every list inside each callback. The test is that it
-// ends, that the thread sanitizer has nothing to say, and that everybody agrees afterwards.
+// The whole service under load: calls of every list are filed on the line's thread while clients subscribe, view, age, delete,
+// refresh and change settings on theirs, and every observer reads every list inside each callback. The test ends, the thread
+// sanitizer reports nothing, and lists, database and settings agree afterwards.
 TEST_F(Concurrency, OfClientsAndCallsEndsAndAllAgree) {
     CapturedLog::switchOff();  // its lock would order the threads
     phone.starts();
-    RecordingObserver watcher([this](const Callback&) { readAllLists(phone.service()); });
-    ASSERT_TRUE(phone.service().subscribeForJournalEvents(&watcher));
+    CountingObserver watcher(phone.service());
+    ASSERT_TRUE(phone.service().subscribeForJournalEvents(&watcher.observer));
 
     std::vector<std::thread> clients;
     for (int client = 0; client < kClients; ++client) {
         clients.emplace_back([this, client] { workAsClient(client); });
     }
+    const char* const courses[] = {"misses # @:Caller", "answers # @; clears #",
+                                   "misses # @; dials #d @; clears #d", "rings # @; diverts # @ here 4799"};
     for (int call = 0; call < 4 * kRounds; ++call) {
-        phone.plays("misses " + std::to_string(call + 1) + " 47" + std::to_string(call % 23) +
-                    ":Caller; passes 1");
+        std::string course = std::regex_replace(courses[call % 4], std::regex("#"), std::to_string(call + 1));
+        phone.plays(std::regex_replace(course, std::regex("@"), "47" + std::to_string(call % 23)) +
+                    "; passes 1");
         if (call % 50 == 0) {
             phone.management.change("system-identifier", call % 100 == 0 ? "2" : "3");
             phone.management.change("server-based-features", call % 100 == 0 ? "true" : "false");
@@ -178,8 +214,12 @@ TEST_F(Concurrency, OfClientsAndCallsEndsAndAllAgree) {
     EXPECT_GT(settingChanges, 0);
     EXPECT_EQ(phone.setting("call-log-enabled"), settingChanges % 2 == 0 ? "true" : "false");
     EXPECT_EQ(phone.database.settings["call-log-enabled"], phone.setting("call-log-enabled"));
-    EXPECT_EQ(namesOf(phone.missed()), namesOf(phone.missedRows()));
-    EXPECT_TRUE(phone.service().unsubscribeForJournalEvents(&watcher));
+    EXPECT_EQ(watcher.wrongCounts, 0);
+    expectTheDatabaseHoldsTheList<MissedCallItem>();
+    expectTheDatabaseHoldsTheList<DialledCallItem>();
+    expectTheDatabaseHoldsTheList<ReceivedCallItem>();
+    expectTheDatabaseHoldsTheList<ForwardedCallItem>();
+    EXPECT_TRUE(phone.service().unsubscribeForJournalEvents(&watcher.observer));
 }
 
 }  // namespace
