@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/src/JournalServiceEvents/configuration/ConfigurationFixture.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {

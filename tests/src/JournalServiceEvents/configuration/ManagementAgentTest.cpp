@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/ConfigurationFixture.h"
+#include "tests/src/JournalServiceEvents/configuration/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {

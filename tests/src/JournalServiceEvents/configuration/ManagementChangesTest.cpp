@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/texts/SoftwareTypes.h"
-#include "tests/support/ConfigurationFixture.h"
+#include "tests/src/JournalServiceEvents/configuration/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {

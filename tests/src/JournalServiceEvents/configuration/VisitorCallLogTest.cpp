@@ -6,7 +6,7 @@
 
 #include "platform/services/MobilityServiceIfc.h"
 #include "src/JournalServiceEvents/configuration/VisitorCallLog.h"
-#include "tests/support/ConfigurationFixture.h"
+#include "tests/src/JournalServiceEvents/configuration/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {

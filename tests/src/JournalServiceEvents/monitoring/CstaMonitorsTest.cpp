@@ -6,15 +6,23 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/csta/CSTAEventIfc.h"
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
 #include "platform/texts/SoftwareTypes.h"
-#include "tests/support/ConfigurationFixture.h"
+#include "src/JournalServiceEvents/monitoring/CstaMonitors.h"
+#include "tests/support/ListsFixture.h"
 
 namespace journaltest {
 namespace {
 
 using Kind = FakeCstaService::Kind;
+
+struct MonitorsFixture : ListsFixture, CSTAEventIfc {
+    void deliverEvent(CSTAEvent* /*event*/) override {}
+
+    journal::CstaMonitors monitors{platform, settings, nullptr, *this};
+};
 
 /// Returns the suppressed groups and those that pass; the service decides on the others.
 std::string textOf(const CSTAMonitorFilter& filter) {
@@ -44,7 +52,7 @@ std::string textOf(const CSTAMonitorFilter& filter) {
 }
 
 TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
-    ConfigurationFixture fixture;
+    MonitorsFixture fixture;
     const std::string always =
         "suppressed: callAssociated physicalDevice logicalDevice vendorSpecific system"
         "; through: callControl callLogEntry systemStatus dnd coc";
@@ -72,7 +80,7 @@ TEST(CstaMonitors, OfTheOwnLineHaveAFilterThatFollowsTheEventMode) {
 }
 
 TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
-    ConfigurationFixture fixture;
+    MonitorsFixture fixture;
     const std::string longest(19, 'x');
     fixture.exchange.answer(Kind::eMonitorStart, [&longest](CSTARequest& request) {
         request.setOutcome(0, std::make_unique<CSTAMonitorStartResponse>(longest));
@@ -117,7 +125,7 @@ TEST(CstaMonitors, KeepTheirStateAfterAFailedResponseAndCanBeRetried) {
         {"stop Bluetooth", false, &Monitors::stopMonitoringBluetoothEvents,
          &Monitors::bluetoothEventsStarted},
     };
-    ConfigurationFixture fixture;
+    MonitorsFixture fixture;
     Monitors& monitors = fixture.monitors;
     for (const auto& operation : operations) {
         SCOPED_TRACE(operation.name);
