@@ -9,9 +9,9 @@
 #include "host/csta/EventReader.h"
 #include "platform/csta/CSTAEvent.h"
 
-// What a peer may send: any bytes, in segments of any length. The first byte chooses the length of the segments.
-// Everything that comes out as a message is read as an event, too; the bytes alone are also tried as one message,
-// so that the reader of events need not wait for the fuzzer to find a valid header.
+// Feeds any bytes of a peer to the link's readers. The first byte is the length of the segments. Every frame
+// is read as an event. The bytes as a whole are also read as one event, so that the fuzzer reaches the event
+// reader without a valid header.
 
 namespace {
 

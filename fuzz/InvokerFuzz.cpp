@@ -13,7 +13,8 @@
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/logging/Logging.h"
 
-// What a remote client may send: any bytes. Each message is answered once, and the next good one gets its list.
+// Feeds any bytes of a remote client to the invoker. Each message must get exactly one response, and the next
+// valid request must still return its list.
 
 int HardwareVersion::getHWSubPlatformVariant() noexcept {
     return 0;
@@ -26,7 +27,7 @@ void logAppUni(const char* /*component*/, const char* /*sourceFile*/, int /*leve
 
 namespace {
 
-/// A phone that has nothing.
+/// A phone without any service.
 class BareContext final : public Context {
 public:
     [[nodiscard]] Executable* findService(const std::string& /*name*/) override { return nullptr; }
@@ -38,7 +39,7 @@ public:
     [[nodiscard]] bool isTimerRunning(int /*id*/) override { return false; }
 };
 
-struct Answer final : public InvokerResponse {
+struct Response final : public InvokerResponse {
     void setPayload(const char* text, int length) override {
         payload.assign(text, static_cast<std::size_t>(length));
     }
@@ -54,12 +55,12 @@ struct Phone {
     Phone() { journal.init(context); }
 
     std::string handle(const char* message, std::size_t size) {
-        Answer answer;
-        invoker.handleMessage(&journal, message, static_cast<int>(size), &answer);
-        if (answer.completions != 1) {
+        Response response;
+        invoker.handleMessage(&journal, message, static_cast<int>(size), &response);
+        if (response.completions != 1) {
             std::abort();
         }
-        return answer.payload;
+        return response.payload;
     }
 
     BareContext context;
@@ -72,9 +73,9 @@ struct Phone {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static Phone phone;
     phone.handle(reinterpret_cast<const char*>(data), size);
-    const std::string good = journalxml::buildRequest(journalxml::MethodId::eGetMissedCallList);
+    const std::string valid = journalxml::buildRequest(journalxml::MethodId::eGetMissedCallList);
     std::deque<MissedCallItem> list;
-    if (!JournalServiceHelper::parseXMLMissedCallList(phone.handle(good.data(), good.size()), list)) {
+    if (!JournalServiceHelper::parseXMLMissedCallList(phone.handle(valid.data(), valid.size()), list)) {
         std::abort();
     }
     return 0;

@@ -8,8 +8,8 @@
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactWriter.h"
 
-// What a vCard file may hold: any bytes. A contact that can be taken is written as a card, and has to be read back
-// equal: otherwise importing what was exported would change the phonebook.
+// Feeds any bytes to the vCard reader. An accepted contact is written as a card and must be read back equal;
+// otherwise an import of exported contacts would change the phonebook.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::istringstream file(std::string(reinterpret_cast<const char*>(data), size));

@@ -13,10 +13,10 @@ namespace host {
 namespace {
 
 constexpr std::array<std::pair<std::string_view, ResponseMode>, 4> kWords{{
-    {"refuse", ResponseMode::eRefuse},
-    {"wrong", ResponseMode::eWrongly},
-    {"never", ResponseMode::eNever},
-    {"hang-up", ResponseMode::eHangUp},
+    {"refuse", ResponseMode::eRefusal},
+    {"wrong", ResponseMode::eWrongResponse},
+    {"never", ResponseMode::eNoResponse},
+    {"hang-up", ResponseMode::eDisconnect},
 }};
 
 std::optional<std::pair<std::string, ResponseMode>> read(const std::string& text) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/switch/server/SwitchSimulator.h"
+#include "host/switch/server/SwitchOptions.h"
 
 namespace CLI {
 class App;

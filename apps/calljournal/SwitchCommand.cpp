@@ -11,7 +11,9 @@
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
-#include "host/switch/scenario/Scenario.h"
+#include "host/switch/scenario/DemoScenario.h"
+#include "host/switch/scenario/ScenarioError.h"
+#include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 
 namespace host {
@@ -41,7 +43,7 @@ public:
             Log::configure("debug", "");
         }
         const Scenario scenario =
-            m_scenario.empty() ? Scenario::parse(demoScenarioText(), "demo") : Scenario::load(m_scenario);
+            m_scenario.empty() ? parseScenario(demoScenarioText(), "demo") : loadScenario(m_scenario);
         const Endpoint listen = parseEndpoint(m_listen).value();
         SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
         listenWith(simulator, listen);

@@ -10,7 +10,8 @@
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/WireDocument.h"
 
-// The members of each record stand once, in `passEntry` and `passRequest`, which a `Writing` and a `Reading` go through alike.
+// `visitEntry` and `visitRequest` list the members of each record once, for both `MemberWriter` and
+// `MemberReader`.
 
 namespace host {
 
@@ -20,7 +21,7 @@ using Entry = CallLogEntryEvent;
 using Request = CallLogEntryRequest;
 using Pair = Request::ValueAndText;
 
-/// What stands in a message for a number.
+/// A number and its word in a message.
 struct Word {
     const char* word;
     int number;
@@ -33,7 +34,7 @@ constexpr Words<3> kEventActions = {
 constexpr Words<2> kRequestActions = {{{"delete", Request::eDeleteOne}, {"deleteAll", Request::eDeleteAll}}};
 constexpr Words<2> kTimeFormats = {{{"iso8601", Entry::eTimeIso8601}, {"local", Entry::eTimeLocal}}};
 
-/// The elements of a pair.
+/// The element names of a pair.
 struct PairNames {
     const char* value;
     const char* text;
@@ -46,10 +47,10 @@ std::optional<int> numberIn(pugi::xml_node element, const char* name) {
     return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
-/// Writes members into the open element; empty texts and zeros are left out, but where a member must stand.
-class Writing {
+/// Writes members into the open element. Omits empty texts and zeros, except of required members.
+class MemberWriter {
 public:
-    explicit Writing(MessageWriter& writer) : m_writer(writer) {}
+    explicit MemberWriter(MessageWriter& writer) : m_writer(writer) {}
 
     void text(const char* name, const std::string& text) {
         if (!text.empty()) {
@@ -79,17 +80,17 @@ public:
             m_writer.text(names.text, pair.text).close();
         }
     }
-    /// Whether something is to stand of a member that belongs to another one.
-    [[nodiscard]] static bool wants(const std::string& other) { return !other.empty(); }
+    /// True if a member that depends on `other` is written.
+    [[nodiscard]] static bool needs(const std::string& other) { return !other.empty(); }
 
 private:
     MessageWriter& m_writer;
 };
 
-/// Reads members out of an element; one that is missing or makes no sense is empty or zero.
-class Reading {
+/// Reads members from an element. A missing or invalid member becomes empty or zero.
+class MemberReader {
 public:
-    explicit Reading(pugi::xml_node element) : m_element(element) {}
+    explicit MemberReader(pugi::xml_node element) : m_element(element) {}
 
     void text(const char* name, std::string& text) const { text = childText(m_element, name); }
     template <typename Number>
@@ -98,7 +99,7 @@ public:
     }
     template <typename Number>
     void requiredNumber(const char* name, Number& number) {
-        m_isWhole = m_isWhole && numberIn(m_element, name).has_value();
+        m_isComplete = m_isComplete && numberIn(m_element, name).has_value();
         this->number(name, number);
     }
     template <std::size_t count, typename Number>
@@ -111,7 +112,7 @@ public:
     }
     template <std::size_t count, typename Number>
     void requiredWord(const char* name, const Words<count>& words, Number& number) {
-        m_isWhole = word(name, words, number) && m_isWhole;
+        m_isComplete = word(name, words, number) && m_isComplete;
     }
     template <std::size_t count>
     void pairs(const char* name, const PairNames& names, std::array<Pair, count>& pairs) const {
@@ -122,81 +123,84 @@ public:
             }
         }
     }
-    [[nodiscard]] static bool wants(const std::string& /*other*/) { return true; }
+    [[nodiscard]] static bool needs(const std::string& /*other*/) { return true; }
 
-    /// Whether every required member could be read.
-    [[nodiscard]] bool isWhole() const { return m_isWhole; }
+    /// True if every required member was valid.
+    [[nodiscard]] bool isComplete() const { return m_isComplete; }
 
 private:
     const pugi::xml_node m_element;
-    bool m_isWhole = true;
+    bool m_isComplete = true;
 };
 
-template <typename Way, typename EntryOfWay>
-void passEntry(Way& way, EntryOfWay& entry) {
-    way.requiredWord("action", kEventActions, entry.action);
-    way.requiredNumber("logTarget", entry.logTarget);
-    way.text("subscriberNumber", entry.subscriberNumber);
-    way.text("name", entry.name);
-    way.number("presentationA", entry.presentationA);
-    way.number("presentationB", entry.presentationB);
-    way.number("presentationC", entry.presentationC);
-    way.number("presentationD", entry.presentationD);
-    way.text("textC", entry.textC);
-    way.text("textD", entry.textD);
-    way.number("valueE", entry.valueE);
-    way.text("textE", entry.textE);
-    way.number("valueF", entry.valueF);
-    way.text("textF", entry.textF);
-    way.text("entryTime", entry.entryTime);
-    if (way.wants(entry.entryTime)) {
-        way.word("entryTimeFormat", kTimeFormats, entry.entryTimeFormat);
+template <typename Visitor, typename SomeEntry>
+void visitEntry(Visitor& visitor, SomeEntry& entry) {
+    visitor.requiredWord("action", kEventActions, entry.action);
+    visitor.requiredNumber("logTarget", entry.logTarget);
+    visitor.text("subscriberNumber", entry.subscriberNumber);
+    visitor.text("name", entry.name);
+    visitor.number("presentationA", entry.presentationA);
+    visitor.number("presentationB", entry.presentationB);
+    visitor.number("presentationC", entry.presentationC);
+    visitor.number("presentationD", entry.presentationD);
+    visitor.text("textC", entry.textC);
+    visitor.text("textD", entry.textD);
+    visitor.number("valueE", entry.valueE);
+    visitor.text("textE", entry.textE);
+    visitor.number("valueF", entry.valueF);
+    visitor.text("textF", entry.textF);
+    visitor.text("entryTime", entry.entryTime);
+    if (visitor.needs(entry.entryTime)) {
+        visitor.word("entryTimeFormat", kTimeFormats, entry.entryTimeFormat);
     }
 }
 
-template <typename Way, typename RequestOfWay>
-void passRequest(Way& way, RequestOfWay& request) {
-    way.requiredWord("action", kRequestActions, request.action);
-    way.requiredNumber("logTarget", request.logTarget);
-    way.text("entryTime", request.entryTime);
-    way.number("numberKind", request.numberKind);
-    way.text("subscriberNumber", request.subscriberNumber);
-    way.pairs("further", {"value", "text"}, request.further);
+template <typename Visitor, typename SomeRequest>
+void visitRequest(Visitor& visitor, SomeRequest& request) {
+    visitor.requiredWord("action", kRequestActions, request.action);
+    visitor.requiredNumber("logTarget", request.logTarget);
+    visitor.text("entryTime", request.entryTime);
+    visitor.number("numberKind", request.numberKind);
+    visitor.text("subscriberNumber", request.subscriberNumber);
+    visitor.pairs("further", {"value", "text"}, request.further);
 }
 
-template <typename Pass>
-void writePrivate(MessageWriter& writer, std::string_view element, Pass pass) {
+template <typename Visit>
+void writePrivate(MessageWriter& writer, std::string_view element, Visit visit) {
     writer.open("privateData").open("private").open(element);
-    Writing way(writer);
-    pass(way);
+    MemberWriter visitor(writer);
+    visit(visitor);
     writer.close().close().close();
 }
 
-template <typename Record, typename Pass>
-std::optional<Record> readPrivate(pugi::xml_node root, std::string_view element, Pass pass) {
-    Reading way(childNamed(childNamed(privateDataOf(root), "private"), element));
+template <typename Record, typename Visit>
+std::optional<Record> readPrivate(pugi::xml_node root, std::string_view element, Visit visit) {
+    MemberReader visitor(childNamed(childNamed(privateDataOf(root), "private"), element));
     Record record;
-    pass(way, record);
-    return way.isWhole() ? std::optional(std::move(record)) : std::nullopt;
+    visit(visitor, record);
+    return visitor.isComplete() ? std::optional(std::move(record)) : std::nullopt;
 }
 
 }  // namespace
 
 void writeCallLogEntry(MessageWriter& writer, const Entry& entry) {
-    writePrivate(writer, kCallLogEntry, [&entry](Writing& way) { passEntry(way, entry); });
+    writePrivate(writer, kCallLogEntry, [&entry](MemberWriter& visitor) { visitEntry(visitor, entry); });
 }
 
 void writeCallLogEntryRequest(MessageWriter& writer, const Request& request) {
-    writePrivate(writer, kCallLogEntryRequest, [&request](Writing& way) { passRequest(way, request); });
+    writePrivate(writer, kCallLogEntryRequest,
+                 [&request](MemberWriter& visitor) { visitRequest(visitor, request); });
 }
 
 std::optional<Entry> readCallLogEntry(pugi::xml_node root) {
-    return readPrivate<Entry>(root, kCallLogEntry, [](Reading& way, Entry& entry) { passEntry(way, entry); });
+    return readPrivate<Entry>(root, kCallLogEntry,
+                              [](MemberReader& visitor, Entry& entry) { visitEntry(visitor, entry); });
 }
 
 std::optional<Request> readCallLogEntryRequest(pugi::xml_node root) {
-    return readPrivate<Request>(root, kCallLogEntryRequest,
-                                [](Reading& way, Request& request) { passRequest(way, request); });
+    return readPrivate<Request>(root, kCallLogEntryRequest, [](MemberReader& visitor, Request& request) {
+        visitRequest(visitor, request);
+    });
 }
 
 pugi::xml_node privateDataOf(pugi::xml_node root) {

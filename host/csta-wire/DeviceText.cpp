@@ -31,17 +31,13 @@ std::string_view upTo(std::string_view text, std::string_view ends) {
     return text.substr(0, text.find_first_of(ends));
 }
 
-int hexValue(char c) {
-    return isDigit(c) ? c - '0' : lower(c) >= 'a' && lower(c) <= 'f' ? lower(c) - 'a' + 10 : -1;
-}
-
 std::string percentDecoded(std::string_view text) {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool coded =
-            text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 && hexValue(text[i + 2]) >= 0;
+        const bool coded = text[i] == '%' && i + 2 < text.size() && hexDigitValue(text[i + 1]) >= 0 &&
+                           hexDigitValue(text[i + 2]) >= 0;
         if (coded) {
-            out.push_back(static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2])));
+            out.push_back(static_cast<char>(hexDigitValue(text[i + 1]) * 16 + hexDigitValue(text[i + 2])));
             i += 2;
         } else {
             out.push_back(text[i]);
@@ -56,8 +52,8 @@ std::string digitsOf(std::string_view text) {
     return digits;
 }
 
-/// True for a name like "+ 30 (990) 100" behind the number 30990100.
-bool onlyRepeats(std::string_view name, std::string_view number) {
+/// True for a name like "+ 30 (990) 100" of the number 30990100.
+bool repeatsNumber(std::string_view name, std::string_view number) {
     const bool numberLike = std::all_of(name.begin(), name.end(), [](char c) {
         return isDigit(c) || std::string_view("+ -()/.").find(c) != std::string_view::npos;
     });
@@ -72,7 +68,7 @@ DeviceText bracketForm(std::string_view text) {
     if (bracket != std::string_view::npos) {
         device.name = trimmed(upTo(text.substr(bracket + 1), ";"));
     }
-    if (onlyRepeats(device.name, device.number)) {
+    if (repeatsNumber(device.name, device.number)) {
         device.name.clear();
     }
     return device;

@@ -5,7 +5,7 @@
 
 namespace host {
 
-/// A device id taken apart: the number as one dials or compares it, and the display name.
+/// The parts of a device id: the number as dialled or compared, and the display name.
 struct DeviceText {
     std::string number;
     std::string name;
@@ -15,20 +15,20 @@ struct DeviceText {
 
 /// Reads every written form of a device id:
 ///   `4711`, `+15550100123`                 digits as dialled, a private number, a device number
-///   `N<4711>Ann Example;uid=...`           number, name and additions; inside the brackets `!`, `&`, `/` and `%` end
-///                                          the number; a name that only repeats the number is no name
+///   `N<4711>Ann Example;uid=...`           number, name, additions; inside the brackets one of `!&/%` ends
+///                                          the number; a name that repeats the number is ignored
 ///   `tel:4711;phone-context=...`           the number of a tel: URI
 ///   `sip:4711@host;user=phone`             the user of a sip: or sips: URI, percent signs decoded
 ///   `4750:switch1:192.0.2.2:0`             the extension of a compound
-/// Anything else is taken as the number, as it stands.
+/// Any other text is returned as the number, unchanged.
 [[nodiscard]] DeviceText parseDeviceText(std::string_view text);
 
-/// The other way: the plain number, or the `N<number>name` form when there is a name. A name loses what the form
-/// cannot carry (a semicolon becomes a comma).
+/// The inverse: the plain number, or the `N<number>name` form if there is a name. A semicolon in the name
+/// becomes a comma, because the form cannot represent it.
 [[nodiscard]] std::string deviceText(std::string_view number, std::string_view name);
 
-/// The number part of `text` without the marks that people put between digits, in lower case: two texts that name the same
-/// device are equal in this form. No dial plan: "4711" and "+49 30 4711" stay different.
+/// The number part of `text` without separators, in lower case, so that two texts for the same device compare
+/// equal. Applies no dial plan: "4711" and "+49 30 4711" differ.
 [[nodiscard]] std::string comparableNumber(std::string_view text);
 
 }  // namespace host

@@ -46,12 +46,12 @@ constexpr std::array kSchemas = {
 }  // namespace
 
 const EventSchema* findEventSchema(std::string_view rootName) noexcept {
-    // Some peers spell the transfer event as its members are spelt.
+    // Some peers spell the transfer event like its members.
     const std::string_view name =
         rootName == "TransferredEvent" ? std::string_view("TransferedEvent") : rootName;
     const auto* const found =
         std::find_if(kSchemas.begin(), kSchemas.end(),
-                     [name](const EventSchema& shape) { return shape.rootName == name; });
+                     [name](const EventSchema& schema) { return schema.rootName == name; });
     return found == kSchemas.end() ? nullptr : found;
 }
 

@@ -4,7 +4,7 @@
 
 namespace host {
 
-/// The events of a monitored device that this host knows on the wire.
+/// The supported events of a monitored device.
 enum class WireEvent {
     eServiceInitiated,
     eOriginated,
@@ -25,21 +25,21 @@ enum class WireEvent {
     eCallBack,
 };
 
-/// How an event is written: the one place where both ends of the link look up the schema's names, misspelt ones
-/// included ("TransferedEvent").
+/// The element names of an event, used by both ends of the link. Includes the misspelt names of the schema
+/// ("TransferedEvent").
 struct EventSchema {
     WireEvent event;
     std::string_view rootName;
-    /// The member that holds the connection which the event is about.
+    /// The member that contains the event's connection.
     std::string_view connection;
-    /// The member that holds the device which only this event has.
+    /// The device member that is specific to this event.
     std::string_view device;
-    /// Group and member of the monitor filter that leaves the event out.
+    /// Group and member of the monitor filter that suppresses the event.
     std::string_view filterGroup;
     std::string_view filterMember;
 };
 
-/// Null for an event that is not known.
+/// Returns `nullptr` for an unknown event.
 [[nodiscard]] const EventSchema* findEventSchema(std::string_view rootName) noexcept;
 [[nodiscard]] const EventSchema& eventSchema(WireEvent event) noexcept;
 

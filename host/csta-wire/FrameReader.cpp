@@ -24,7 +24,7 @@ bool hasDigits(std::string_view header) {
     return std::all_of(header.begin() + 4, header.begin() + 8, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-/// Empty when the eight bytes are a header.
+/// The fault of a header; empty for a valid one.
 std::string headerFault(std::string_view header) {
     if (header[0] != '\0' || header[1] != '\0') {
         return "the frame is of another kind";
@@ -35,7 +35,7 @@ std::string headerFault(std::string_view header) {
     return hasDigits(header) ? std::string() : "the frame's invoke id is no number";
 }
 
-/// What the search accepts: a header and the beginning of an XML text (a byte order mark and blanks may lead it).
+/// True for a header that is followed by XML, possibly after a byte order mark or blanks.
 bool looksLikeFrame(std::string_view bytes) {
     const char first = bytes[kHeaderBytes];
     return headerFault(bytes).empty() && (first == '<' || first == '\xEF' || isXmlBlank(first));
@@ -53,7 +53,7 @@ std::optional<std::size_t> searchFrame(std::string_view bytes) {
     return std::nullopt;
 }
 
-/// Where the first such tag ends in `text`; 0 when it does not end there.
+/// The position after the first such tag in `text`; 0 if there is none.
 std::size_t endOfClosingTag(std::string_view text, std::string_view closing) {
     for (std::size_t at = text.find(closing); at != std::string_view::npos; at = text.find(closing, at + 1)) {
         std::size_t end = at + closing.size();
@@ -121,7 +121,8 @@ void FrameReader::drop(std::size_t bytes) {
     }
 }
 
-/// True when the rest begins with a frame. Bytes that may still be the beginning of one are kept.
+/// Skips to the next frame and returns true if there is one. Keeps the bytes that may be the beginning of
+/// one.
 bool FrameReader::findHeader() {
     const std::optional<std::size_t> at = searchFrame(rest());
     if (!at) {
@@ -150,20 +151,21 @@ std::optional<Frame> FrameReader::takeFrame(std::size_t length) {
     return frame;
 }
 
-/// How many bytes of XML the frame really has; nothing when that cannot be told yet.
-std::optional<std::size_t> FrameReader::lengthWithTail(std::string_view xml, std::string_view behind) {
+/// The real length of the frame's XML; `std::nullopt` if more bytes are needed to decide.
+std::optional<std::size_t> FrameReader::lengthWithTail(std::string_view xml, std::string_view following) {
     const std::string closing = missingClosingTag(xml);
     if (closing.empty()) {
         return xml.size();
     }
-    const std::size_t header = searchFrame(behind).value_or(behind.size());
+    const std::size_t header = searchFrame(following).value_or(following.size());
     const std::size_t overlap = std::min(xml.size(), closing.size());
-    const std::string seam = std::string(xml.substr(xml.size() - overlap)).append(behind.substr(0, header));
+    const std::string seam =
+        std::string(xml.substr(xml.size() - overlap)).append(following.substr(0, header));
     if (const std::size_t end = endOfClosingTag(seam, closing); end > 0) {
         report("the frame's length is too small");
         return xml.size() - overlap + end;
     }
-    if (header < behind.size() || behind.size() > kTailBytes) {
+    if (header < following.size() || following.size() > kTailBytes) {
         return xml.size();
     }
     return std::nullopt;

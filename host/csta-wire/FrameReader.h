@@ -10,35 +10,35 @@
 
 namespace host {
 
-/// Cuts the byte stream of a CSTA link into frames, and finds its way back after a peer's mistakes:
-///  1. A header is two zero bytes, a length of 8 or more and four digits. Anything else is reported, and the reader
-///     searches for the next place that looks like a header with XML behind it. XML holds no zero bytes, so this
-///     cannot happen inside a good frame; the frames of other framings (first bytes not zero) are passed over
-///     in the same way.
-///  2. XML that stops before its root element is closed comes from a peer that counted characters where bytes are
-///     meant. The reader takes what follows up to the closing tag. If a header comes first, the text was just
-///     broken and is given out as it is.
-///  3. Too many bytes without any header: the stream is lost, and only a new connection helps.
+/// Splits the byte stream of a CSTA link into frames, and resynchronises after errors of the peer:
+///  1. A header is two zero bytes, a length of 8 or more and four digits. Other bytes are reported as a fault
+///     and skipped up to the next header that is followed by XML. XML contains no zero bytes, so a header is
+///     never found inside a valid frame. Frames of other framings (first bytes not zero) are skipped in the
+///     same way.
+///  2. XML that ends before its root element is closed is sent by a peer that counts characters instead of
+///     bytes. The reader appends the following bytes up to the closing tag. If a header comes first, the XML
+///     is malformed and is returned unchanged.
+///  3. After too many bytes without a header the stream is lost: reconnect.
 ///
-/// Reads whatever segments come: several frames in one, one frame over many. Never holds more than a frame, a
-/// segment and the search window. Not thread-safe: it belongs to the thread that reads the connection.
+/// A segment may contain several frames or a part of one. The reader never buffers more than a frame, a
+/// segment and the search window. Not thread-safe.
 class FrameReader {
 public:
-    /// How far behind a text that was cut short its end is looked for.
+    /// The number of bytes after truncated XML that are searched for its closing tag.
     static constexpr std::size_t kTailBytes = 8192;
-    /// How many bytes without a header make the stream lost.
+    /// The number of bytes without a header after which the stream is lost.
     static constexpr std::size_t kLostBytes = 262144;
 
-    /// Appends what was received. Call `next` until it is empty before feeding again.
+    /// Appends received bytes. Requires: `next` has returned `std::nullopt` since the last call.
     void feed(std::string_view bytes);
 
-    /// The next frame, or nothing when more bytes are needed. Its XML is not checked yet.
+    /// Returns the next frame, or `std::nullopt` if more bytes are needed. Its XML is not checked.
     [[nodiscard]] std::optional<Frame> next();
 
-    /// What was wrong since the last call, one sentence each, to be logged; mostly empty.
+    /// Returns the faults since the last call as log texts; usually empty.
     [[nodiscard]] std::vector<std::string> takeFaults();
-    [[nodiscard]] bool lost() const noexcept { return m_lost; }
-    /// Bytes that wait for their continuation; not 0 when a connection ends means that it ended inside a frame.
+    [[nodiscard]] bool isLost() const noexcept { return m_lost; }
+    /// The number of buffered bytes. If it is not 0 when the connection ends, the last frame is incomplete.
     [[nodiscard]] std::size_t pendingBytes() const noexcept { return m_buffer.size() - m_begin; }
 
 private:
@@ -46,7 +46,7 @@ private:
     void drop(std::size_t bytes);
     [[nodiscard]] bool findHeader();
     [[nodiscard]] std::optional<Frame> takeFrame(std::size_t length);
-    [[nodiscard]] std::optional<std::size_t> lengthWithTail(std::string_view xml, std::string_view behind);
+    [[nodiscard]] std::optional<std::size_t> lengthWithTail(std::string_view xml, std::string_view following);
     void report(std::string fault);
 
     std::string m_buffer;

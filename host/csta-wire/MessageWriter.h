@@ -6,9 +6,9 @@
 
 namespace host {
 
-/// Writes one CSTA message element by element: XML declaration, default name space on the root, no prefixes, no white
-/// space. The caller keeps the order of the schema. Names of elements are ours and are not checked; texts
-/// are escaped, whatever they hold.
+/// Writes one CSTA message element by element: XML declaration, default name space on the root, no prefixes,
+/// no white space. The caller is responsible for valid element names in the order of the schema. Any text is
+/// escaped.
 class MessageWriter {
 public:
     MessageWriter(std::string_view root, std::string_view nameSpace);
@@ -21,7 +21,7 @@ public:
     /// An element without content.
     MessageWriter& empty(std::string_view name);
 
-    /// Closes what is open and gives the message out; the writer is then spent.
+    /// Closes the open elements and returns the message. Do not use the writer afterwards.
     [[nodiscard]] std::string finish();
 
 private:

@@ -5,7 +5,7 @@
 
 namespace host {
 
-/// The name space of what is written; `edition` is "ed2" to "ed6". What is read is told apart by local names alone.
+/// The name space of written messages; `edition` is "ed2" to "ed6". Reading uses local names only.
 [[nodiscard]] std::string cstaNameSpace(std::string_view edition);
 
 /// The name space of the application session services.

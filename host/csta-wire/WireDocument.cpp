@@ -10,11 +10,7 @@ namespace host {
 
 namespace {
 
-bool endsWith(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
-/// The encoding that the XML declaration names, in lower case; empty when there is none.
+/// The encoding in the XML declaration, in lower case; empty if there is none.
 std::string declaredEncoding(std::string_view xml) {
     if (xml.substr(0, 5) != "<?xml") {
         return {};
@@ -43,7 +39,7 @@ Encoding encodingOf(std::string_view xml) {
                                                                               : Encoding::eUnknown;
 }
 
-/// The parser would end a text at a reference to the zero character.
+/// True if `xml` contains a reference to the zero character, at which the parser would end a text.
 bool refersToZero(std::string_view xml) {
     for (std::size_t at = xml.find("&#"); at != std::string_view::npos; at = xml.find("&#", at + 2)) {
         std::size_t digit = at + 2;
@@ -84,10 +80,10 @@ bool isDeeperThan(pugi::xml_node top, std::size_t limit) {
 }  // namespace
 
 MessageKind messageKindOf(std::string_view rootName) noexcept {
-    if (endsWith(rootName, "Event")) {
+    if (rootName.ends_with("Event")) {
         return MessageKind::eEvent;
     }
-    if (endsWith(rootName, "Response")) {
+    if (rootName.ends_with("Response")) {
         return MessageKind::eResponse;
     }
     if (rootName == "CSTAErrorCode") {
@@ -96,14 +92,14 @@ MessageKind messageKindOf(std::string_view rootName) noexcept {
     if (rootName == "ApplicationSessionTerminated") {
         return MessageKind::eNotice;
     }
-    // The standard's requests all begin with a capital letter.
+    // All requests of the standard begin with a capital letter.
     const bool capital = !rootName.empty() && rootName.front() >= 'A' && rootName.front() <= 'Z';
     return capital ? MessageKind::eRequest : MessageKind::eForeign;
 }
 
 std::optional<WireDocument> WireDocument::parse(std::string_view xml, std::string& fault) {
-    const auto refuse = [&fault](const char* why) {
-        fault = why;
+    const auto refuse = [&fault](const char* reason) {
+        fault = reason;
         return std::nullopt;
     };
     if (xml.size() > Frame::kMaxXmlBytes) {
@@ -115,7 +111,7 @@ std::optional<WireDocument> WireDocument::parse(std::string_view xml, std::strin
     xml = trimmed(xml);
     const Encoding encoding = encodingOf(xml);
     if (encoding == Encoding::eUnknown) {
-        return refuse("the text has an encoding that is not known");
+        return refuse("the encoding of the text is unknown");
     }
     std::string converted;
     if (encoding == Encoding::eLatin1 || !isXmlUtf8(xml)) {
@@ -123,7 +119,7 @@ std::optional<WireDocument> WireDocument::parse(std::string_view xml, std::strin
         xml = converted;
     }
     if (!isXmlUtf8(xml) || refersToZero(xml)) {
-        return refuse("the text holds what XML cannot carry");
+        return refuse("the text contains characters that XML forbids");
     }
 
     WireDocument document;

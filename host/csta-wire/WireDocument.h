@@ -10,29 +10,29 @@
 
 namespace host {
 
-/// What a message is for, as its root element tells.
+/// The kind of a message, derived from its root element.
 enum class MessageKind {
-    eEvent,     ///< ...Event, never answered
+    eEvent,     ///< ...Event, has no response
     eResponse,  ///< ...Response
-    eError,     ///< CSTAErrorCode, the other answer
-    eNotice,    ///< ApplicationSessionTerminated: no event of a monitor, and not answered
-    eForeign,   ///< shares the link but is not CSTA (keep-alives, presence); ignored
-    eRequest,   ///< everything else; wants an answer
+    eError,     ///< CSTAErrorCode, a negative response
+    eNotice,    ///< ApplicationSessionTerminated: neither an event of a monitor nor a request
+    eForeign,   ///< not CSTA (keep-alives, presence); ignored
+    eRequest,   ///< any other message; requires a response
 };
 
 [[nodiscard]] MessageKind messageKindOf(std::string_view rootName) noexcept;
 
-/// One parsed message. Elements are found by their local names, in any order, unknown ones between them: peers
-/// differ in prefixes, name spaces and order. Movable; used by one thread at a time.
+/// One parsed message. Elements are found by local name, in any order, because peers differ in prefixes, name
+/// spaces and order; unknown elements are ignored. Movable. Not thread-safe.
 ///
-/// `parse` refuses what could hurt later: a size beyond a frame, text that XML cannot carry, references to the zero
-/// character, nesting deeper than `kMaxDepth`, encodings that it does not know. Bytes that are not UTF-8 although they
-/// should be are read as ISO 8859-1, as is what declares itself so.
+/// `parse` refuses a text that is longer than a frame, contains characters that XML forbids or references to
+/// the zero character, is nested deeper than `kMaxDepth`, or has an unknown encoding. Invalid UTF-8 and text
+/// that is declared as ISO 8859-1 are converted from ISO 8859-1.
 class WireDocument {
 public:
     static constexpr std::size_t kMaxDepth = 64;
 
-    /// Nothing when the text is refused; `fault` then says why.
+    /// Returns `std::nullopt` and sets `fault` to the reason if the text is refused.
     [[nodiscard]] static std::optional<WireDocument> parse(std::string_view xml, std::string& fault);
 
     [[nodiscard]] pugi::xml_node root() const { return m_document->document_element(); }
@@ -44,14 +44,14 @@ private:
     std::unique_ptr<pugi::xml_document> m_document;
 };
 
-/// The first child element of that local name; a null node when there is none. A null node has no children.
+/// The first child element with that local name; a null node if there is none. A null node has no children.
 [[nodiscard]] pugi::xml_node childNamed(pugi::xml_node parent, std::string_view name);
 [[nodiscard]] std::string_view localName(pugi::xml_node node);
-/// The trimmed text of a child element; empty when it is missing.
+/// The trimmed text of a child element; empty if it is missing.
 [[nodiscard]] std::string childText(pugi::xml_node parent, std::string_view name);
 /// The trimmed text of the node itself or of the first descendant that has one.
 [[nodiscard]] std::string firstText(pugi::xml_node node);
-/// "true" and "1" are true.
+/// True for "true" and "1".
 [[nodiscard]] bool isTrue(std::string_view text) noexcept;
 
 }  // namespace host

@@ -10,11 +10,8 @@ namespace {
 
 constexpr const char* kReplacement = "\xEF\xBF\xBD";
 
-bool endsWith(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
-/// The length of the character that `bytes` begins with; 0 for ill-formed UTF-8 and for a character that XML 1.0 forbids.
+/// The length of the first character of `bytes`; 0 for ill-formed UTF-8 and for a character that XML 1.0
+/// forbids.
 std::size_t xmlCharacterLength(std::string_view bytes) noexcept {
     const utf8::Step step = utf8::next(bytes, 0);
     return utf8::isXmlCharacter(step.character) ? step.length : 0;
@@ -40,6 +37,14 @@ std::string_view rootTag(std::string_view xml) noexcept {
 }
 
 }  // namespace
+
+int hexDigitValue(char c) noexcept {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    const int lower = c | 0x20;
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
 
 std::string_view trimmed(std::string_view text) noexcept {
     while (!text.empty() && isXmlBlank(text.front())) {
@@ -96,7 +101,7 @@ std::string_view localPart(std::string_view name) noexcept {
 std::string missingClosingTag(std::string_view xml) {
     const std::string_view root = rootTag(xml);
     const std::string_view end = trimmed(xml);
-    if (root.size() < 2 || endsWith(end, "-->") || endsWith(end, "?>")) {
+    if (root.size() < 2 || end.ends_with("-->") || end.ends_with("?>")) {
         return {};
     }
     const std::string_view name = root.substr(1, root.find_first_of(" \t\r\n/>", 1) - 1);
@@ -106,7 +111,7 @@ std::string missingClosingTag(std::string_view xml) {
     std::string closing = "</" + std::string(name);
     const std::size_t lastTag = end.rfind('<');
     const bool closed =
-        endsWith(end, ">") && trimmed(end.substr(lastTag, end.size() - lastTag - 1)) == closing;
+        end.ends_with('>') && trimmed(end.substr(lastTag, end.size() - lastTag - 1)) == closing;
     return selfClosed || closed ? std::string() : closing;
 }
 

@@ -12,21 +12,22 @@ namespace host {
 
 namespace {
 
-std::chrono::seconds grantedDuration(const WireDocument& document, std::chrono::seconds asked) {
+std::chrono::seconds grantedDuration(const WireDocument& document, std::chrono::seconds requested) {
     const std::string text = childText(document.root(), "actualSessionDuration");
     int seconds = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    return result.ec == std::errc() && seconds > 0 ? std::chrono::seconds(seconds) : asked;
+    return result.ec == std::errc() && seconds > 0 ? std::chrono::seconds(seconds) : requested;
 }
 
-std::string refusalOf(const Answer& answer) {
-    if (answer.kind == Answer::Kind::eAnswered) {
-        const std::string word = firstText(childNamed(answer.document->root(), "errorCode"));
+std::string refusalOf(const SwitchResponse& response) {
+    if (response.kind == SwitchResponse::Kind::eResponse) {
+        const std::string word = firstText(childNamed(response.document->root(), "errorCode"));
         return "the switch refuses the session: " +
-               (word.empty() ? std::string(answer.document->name()) : word);
+               (word.empty() ? std::string(response.document->name()) : word);
     }
-    return answer.kind == Answer::Kind::eRefused ? "the switch refuses the session: " + answer.value
-                                                 : std::string("the switch does not answer for the session");
+    return response.kind == SwitchResponse::Kind::eRefused
+               ? "the switch refuses the session: " + response.value
+               : std::string("the switch does not respond to the session request");
 }
 
 }  // namespace
@@ -46,7 +47,7 @@ void Association::open() {
         return;
     }
     m_send(m_messages.startApplicationSession(static_cast<int>(kDuration.count())),
-           [this](const Answer& answer) { started(answer); });
+           [this](const SwitchResponse& response) { started(response); });
 }
 
 void Association::connectionLost() {
@@ -61,17 +62,17 @@ void Association::terminated() {
     }
 }
 
-void Association::started(const Answer& answer) {
-    if (answer.kind == Answer::Kind::eLost) {
+void Association::started(const SwitchResponse& response) {
+    if (response.kind == SwitchResponse::Kind::eLost) {
         return;
     }
-    if (!answer.isOfKind("StartApplicationSessionPosResponse")) {
-        m_handlers.failed(refusalOf(answer));
+    if (!response.isNamed("StartApplicationSessionPosResponse")) {
+        m_handlers.failed(refusalOf(response));
         return;
     }
-    m_sessionId = childText(answer.document->root(), "sessionID");
+    m_sessionId = childText(response.document->root(), "sessionID");
     CSTA_LINK_LOG(5, "session %s with the switch", m_sessionId.c_str());
-    resetAtHalf(grantedDuration(*answer.document, kDuration));
+    resetAtHalf(grantedDuration(*response.document, kDuration));
     m_ready = true;
     m_handlers.ready();
 }
@@ -87,15 +88,15 @@ void Association::resetAtHalf(std::chrono::seconds duration) {
 
 void Association::resetTimer() {
     m_send(m_messages.resetApplicationSessionTimer(m_sessionId, static_cast<int>(kDuration.count())),
-           [this](const Answer& answer) {
-               if (answer.kind == Answer::Kind::eLost) {
+           [this](const SwitchResponse& response) {
+               if (response.kind == SwitchResponse::Kind::eLost) {
                    return;
                }
-               if (!answer.isOfKind("ResetApplicationSessionTimerPosResponse")) {
-                   m_handlers.failed(refusalOf(answer));
+               if (!response.isNamed("ResetApplicationSessionTimerPosResponse")) {
+                   m_handlers.failed(refusalOf(response));
                    return;
                }
-               resetAtHalf(grantedDuration(*answer.document, kDuration));
+               resetAtHalf(grantedDuration(*response.document, kDuration));
            });
 }
 

@@ -12,19 +12,20 @@
 
 namespace host {
 
-/// Opens the association on a fresh connection, in the way that the configuration asks for:
-///   "auto"                 nothing to wait for; the link is ready at once
-///   "application-session"  1. StartApplicationSession  2. ready with the positive answer  3. the session timer is
-///                          reset at half of the time that the switch granted
-/// Whatever ends the session ends the connection; the next one begins anew. Reader thread only.
+/// Opens the association on a new connection, as configured:
+///   "auto"                 ready at once
+/// "application-session"  1. StartApplicationSession  2. ready on the positive response  3. the session timer
+/// is
+///                          reset after half of the duration that the switch granted
+/// The end of the session ends the connection; the next connection opens a new session. Reader thread only.
 class Association {
 public:
     using Send = std::function<void(const std::string& xml, PendingRequests::Handler handler)>;
 
     struct Handlers {
         std::function<void()> ready;
-        /// The association cannot go on; the connection is to be given up.
-        std::function<void(const std::string& why)> failed;
+        /// The association has failed: close the connection.
+        std::function<void(const std::string& reason)> failed;
     };
 
     Association(asio::io_context& io, bool withSession, const LinkMessages& messages, Send send,
@@ -32,15 +33,15 @@ public:
 
     void open();
     void connectionLost();
-    /// The switch has said that the session is over.
+    /// The switch has ended the session.
     void terminated();
     [[nodiscard]] bool isReady() const noexcept { return m_ready; }
 
 private:
-    // Asked for; the switch's answer rules.
+    // Requested; the duration in the response applies.
     static constexpr std::chrono::seconds kDuration{600};
 
-    void started(const Answer& answer);
+    void started(const SwitchResponse& response);
     void resetAtHalf(std::chrono::seconds duration);
     void resetTimer();
 

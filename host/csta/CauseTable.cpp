@@ -15,7 +15,7 @@ struct CauseRow {
     CauseContext context = CauseContext::eOther;
 };
 
-// A row for a context wins over the row of the same word without one.
+// A row with a context takes precedence over the row of the same word without one.
 constexpr std::array kCauses = {
     CauseRow{"aCDForward", CSTA_EC_RedirectedByDistribution},
     CauseRow{"alternate", CSTA_EC_Alternate},
@@ -50,7 +50,7 @@ constexpr std::array kCauses = {
     CauseRow{"singleStepTransfer", CSTA_EC_Transfer},
     CauseRow{"transfer", CSTA_EC_Transfer},
 
-    // The own phone rings for a forwarded call: who forwarded it counts, not why.
+    // The own phone rings for a forwarded call: only the forwarding party matters, not the reason.
     CauseRow{"callForward", CSTA_EC_Redirected, CauseContext::eDeliveredHere},
     CauseRow{"callForwardBusy", CSTA_EC_Redirected, CauseContext::eDeliveredHere},
     CauseRow{"callForwardImmediate", CSTA_EC_Redirected, CauseContext::eDeliveredHere},

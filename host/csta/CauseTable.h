@@ -4,7 +4,7 @@
 
 namespace host {
 
-/// Where a cause stands. The same word means different things to a phone in different events.
+/// The kind of event that carries a cause. The same word has a different meaning in different events.
 enum class CauseContext {
     eOther,
     eDeliveredHere,       ///< the own phone rings
@@ -15,9 +15,9 @@ enum class CauseContext {
     eConnectionCleared,
 };
 
-/// The phone's number (`CSTAEventCause`) for the standard's word. A missing word is `CSTA_EC_None`, an unknown one
-/// `CSTA_EC_Unknown`, except in a Failed event: 0 and 1 say there that the failure belongs to no call, so both become
-/// `CSTA_EC_Other`.
+/// Returns the phone's `CSTAEventCause` for the standard's word: `CSTA_EC_None` for an empty word,
+/// `CSTA_EC_Unknown` for an unknown one. In a Failed event both become `CSTA_EC_Other`, because 0 and 1 mean
+/// there that the failure belongs to no call.
 [[nodiscard]] int causeNumber(std::string_view word, CauseContext context) noexcept;
 
 }  // namespace host

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/csta/LinkEngine.h"
+#include "host/csta/CstaLinkImpl.h"
 #include "host/csta/LinkLog.h"
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/csta/CSTARequests.h"
@@ -15,13 +15,13 @@ namespace {
 std::shared_ptr<EventSink> sinkOf(const CSTARequest& request) {
     CSTAEventIfc* receiver = request.getCSTAEventIfc();
     if (receiver == nullptr) {
-        // A service that only names itself takes its events with the same object.
+        // A service that sets only itself as the source receives the events itself.
         receiver = dynamic_cast<CSTAEventIfc*>(request.getSourceService());
     }
     return std::make_shared<EventSink>(receiver, request.getSourceService());
 }
 
-/// Null for a request that is none about the switch's call log.
+/// `nullptr` unless the request is about the switch's call log.
 const CallLogEntryRequest* callLogEntryOf(const CSTARequest& request) {
     constexpr int kCallLogEntryType = 0;
     const auto* const escape = dynamic_cast<const CSTAEscapeRequest*>(&request);
@@ -32,7 +32,7 @@ const CallLogEntryRequest* callLogEntryOf(const CSTARequest& request) {
 }  // namespace
 
 CstaLink::CstaLink(CstaLinkConfig config, const Post& post)
-    : m_impl(std::make_unique<Engine>(std::move(config), post)) {}
+    : m_impl(std::make_unique<CstaLinkImpl>(std::move(config), post)) {}
 
 CstaLink::~CstaLink() = default;
 
@@ -58,33 +58,32 @@ void CstaLink::releaseService(const Service& source) {
 
 void CstaLink::request(CSTARequest& request) {
     RequestOutcome outcome;
-    Engine& engine = *m_impl;
+    CstaLinkImpl& link = *m_impl;
     if (auto* start = dynamic_cast<CSTAMonitorStartRequest*>(&request)) {
-        outcome = engine.perform([&engine, device = start->getDeviceObject(),
-                                  filter = start->getRequestedMonitorFilter(),
-                                  sink = sinkOf(request)](const CompleteRequest& complete) {
-            engine.monitors().start(device, filter, sink, complete);
+        outcome = link.perform([&link, device = start->getDeviceObject(),
+                                filter = start->getRequestedMonitorFilter(),
+                                sink = sinkOf(request)](const CompleteRequest& complete) {
+            link.monitors().start(device, filter, sink, complete);
         });
     } else if (auto* stop = dynamic_cast<CSTAMonitorStopRequest*>(&request)) {
-        outcome =
-            engine.perform([&engine, id = stop->getMonitorCrossRefID()](const CompleteRequest& complete) {
-                engine.monitors().stop(id, complete);
-            });
+        outcome = link.perform([&link, id = stop->getMonitorCrossRefID()](const CompleteRequest& complete) {
+            link.monitors().stop(id, complete);
+        });
     } else if (auto* change = dynamic_cast<CSTAChangeMonitorFilterRequest*>(&request)) {
-        outcome =
-            engine.perform([&engine, device = change->getDeviceObject(),
-                            filter = change->getRequestedFilterList()](const CompleteRequest& complete) {
-                engine.monitors().changeFilter(device, filter, complete);
-            });
+        outcome = link.perform([&link, device = change->getDeviceObject(),
+                                filter = change->getRequestedFilterList()](const CompleteRequest& complete) {
+            link.monitors().changeFilter(device, filter, complete);
+        });
     } else if (dynamic_cast<CSTASystemStatusRequest*>(&request) != nullptr) {
-        outcome = engine.perform([&engine, sink = sinkOf(request)](const CompleteRequest& complete) {
-            engine.registerForStatus(sink, complete);
+        outcome = link.perform([&link, sink = sinkOf(request)](const CompleteRequest& complete) {
+            link.registerForStatus(sink, complete);
         });
     } else if (const CallLogEntryRequest* entry = callLogEntryOf(request)) {
-        outcome = engine.perform(
-            [&engine, asked = *entry](const CompleteRequest& complete) { engine.escape(asked, complete); });
+        outcome = link.perform([&link, logRequest = *entry](const CompleteRequest& complete) {
+            link.escape(logRequest, complete);
+        });
     } else {
-        CSTA_LINK_LOG(3, "%s", "a request of a kind that the link does not carry");
+        CSTA_LINK_LOG(3, "%s", "the link does not support this kind of request");
     }
     request.setOutcome(outcome.code, std::move(outcome.response));
 }

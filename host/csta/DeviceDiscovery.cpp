@@ -12,20 +12,20 @@ DeviceDiscovery::DeviceDiscovery(const CstaLinkConfig& config, asio::io_context&
                                  const LinkMessages& messages, Found found)
     : m_config(config), m_channel(channel), m_messages(messages), m_found(std::move(found)), m_timer(io) {}
 
-void DeviceDiscovery::ask() {
-    end();
+void DeviceDiscovery::start() {
+    reset();
     m_waiting = true;
     m_channel.send(m_messages.getSwitchingFunctionDevices(m_config.ownDevice),
-                   [this, serial = m_serial](const Answer& answer) {
+                   [this, serial = m_serial](const SwitchResponse& response) {
                        if (serial == m_serial) {
-                           answered(answer);
+                           onResponse(response);
                        }
                    });
 }
 
-void DeviceDiscovery::takeSegment(const WireDocument& document) {
-    if (!m_waiting || m_segments.size() > kMostDevices) {
-        CSTA_LINK_LOG(5, "%s", "the switch tells devices that nobody asked for");
+void DeviceDiscovery::addSegment(const WireDocument& document) {
+    if (!m_waiting || m_segments.size() > kMaxDevices) {
+        CSTA_LINK_LOG(5, "%s", "the switch lists devices that were not requested");
         return;
     }
     Segment segment;
@@ -38,36 +38,36 @@ void DeviceDiscovery::takeSegment(const WireDocument& document) {
     }
     m_segments.push_back(std::move(segment));
     if (m_crossRefId) {
-        awaitSegment();
-        finishIfWhole();
+        awaitNextSegment();
+        finishIfComplete();
     }
 }
 
-void DeviceDiscovery::answered(const Answer& answer) {
-    if (answer.isOfKind("GetSwitchingFunctionDevicesResponse")) {
-        m_crossRefId = childText(answer.document->root(), "serviceCrossRefID");
-        awaitSegment();
-        finishIfWhole();
-    } else if (answer.kind == Answer::Kind::eTimedOut) {
-        fallSilent();
-    } else if (answer.kind != Answer::Kind::eLost) {
-        useConfiguration("does not tell them");
+void DeviceDiscovery::onResponse(const SwitchResponse& response) {
+    if (response.isNamed("GetSwitchingFunctionDevicesResponse")) {
+        m_crossRefId = childText(response.document->root(), "serviceCrossRefID");
+        awaitNextSegment();
+        finishIfComplete();
+    } else if (response.kind == SwitchResponse::Kind::eTimedOut) {
+        onTimeout();
+    } else if (response.kind != SwitchResponse::Kind::eLost) {
+        useConfiguration("does not list them");
     }
 }
 
-void DeviceDiscovery::awaitSegment() {
+void DeviceDiscovery::awaitNextSegment() {
     m_timer.expires_after(m_config.requestTimeout);
     m_timer.async_wait([this, serial = m_serial](std::error_code error) {
         if (!error && serial == m_serial) {
-            fallSilent();
+            onTimeout();
         }
     });
 }
 
-void DeviceDiscovery::finishIfWhole() {
+void DeviceDiscovery::finishIfComplete() {
     LineDeviceList list(m_config.ownDevice);
     std::size_t named = 0;
-    bool whole = false;
+    bool complete = false;
     for (const Segment& segment : m_segments) {
         if (!segment.crossRefId.empty() && segment.crossRefId != *m_crossRefId) {
             continue;
@@ -76,42 +76,42 @@ void DeviceDiscovery::finishIfWhole() {
             list.add(entry.device, entry.category);
         }
         named += segment.entries.size();
-        whole = whole || segment.last;
+        complete = complete || segment.last;
     }
-    if (whole || named > kMostDevices) {
-        takeList(list, named);
+    if (complete || named > kMaxDevices) {
+        finish(list, named);
     }
 }
 
-void DeviceDiscovery::takeList(const LineDeviceList& list, std::size_t named) {
-    if (named > kMostDevices) {
-        useConfiguration("tells more than one phone has");
+void DeviceDiscovery::finish(const LineDeviceList& list, std::size_t named) {
+    if (named > kMaxDevices) {
+        useConfiguration("lists too many for one phone");
     } else if (list.isEmpty()) {
-        useConfiguration("tells none");
+        useConfiguration("lists none");
     } else {
-        end();
+        reset();
         m_everFound = true;
         m_found(list.devices());
     }
 }
 
-void DeviceDiscovery::fallSilent() {
+void DeviceDiscovery::onTimeout() {
     if (!m_everFound) {
-        useConfiguration("is silent");
+        useConfiguration("does not respond");
         return;
     }
-    CSTA_LINK_LOG(4, "%s", "the switch does not tell the phone's devices in time; they stay as they were");
-    end();
+    CSTA_LINK_LOG(4, "%s", "the switch does not list the phone's devices in time; they stay as they were");
+    reset();
 }
 
-void DeviceDiscovery::useConfiguration(const char* why) {
-    CSTA_LINK_LOG(5, "asked for the phone's devices, the switch %s; those of the configuration hold", why);
-    end();
+void DeviceDiscovery::useConfiguration(const char* reason) {
+    CSTA_LINK_LOG(5, "asked for the phone's devices, the switch %s; the configured devices apply", reason);
+    reset();
     m_everFound = true;
     m_found(configuredDevices(m_config));
 }
 
-void DeviceDiscovery::end() {
+void DeviceDiscovery::reset() {
     ++m_serial;
     m_waiting = false;
     m_timer.cancel();

@@ -9,7 +9,7 @@
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
 
-#include "host/csta/CstaLink.h"
+#include "host/csta/CstaLinkConfig.h"
 #include "host/csta/LineDeviceList.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/RequestChannel.h"
@@ -18,30 +18,30 @@ namespace host {
 
 class WireDocument;
 
-/// Finds out which devices the phone serves:
-///  1. GetSwitchingFunctionDevices is sent, with the own number.
-///  2. A positive answer names a cross reference; the devices follow in SwitchingFunctionDevices messages that carry
-///     it, up to the last segment. They are taken also when they come ahead of the answer.
-///  3. A switch that refuses, names no device or names too many tells nothing of one phone: the configuration's
-///     devices hold. A switch that falls silent leaves the list as it was found before, or, the first time, as configured.
+/// Discovers the devices of the phone:
+///  1. Sends GetSwitchingFunctionDevices with the own number.
+///  2. A positive response contains a cross reference. SwitchingFunctionDevices messages with this reference
+///     list the devices, up to the last segment. They are also accepted before the response.
+///  3. If the switch refuses, lists no device or lists too many, the configured devices apply. On a timeout
+///     the previous list stays, or at the first discovery the configured devices apply.
 ///
 /// Reader thread only.
 class DeviceDiscovery {
 public:
     using Found = std::function<void(const std::vector<LineDevice>&)>;
 
-    /// More than these belong to no telephone: the switch has sent its directory.
-    static constexpr std::size_t kMostDevices = 100;
+    /// A longer list is not that of one telephone: the switch has sent its directory.
+    static constexpr std::size_t kMaxDevices = 100;
 
-    /// Everything is borrowed and outlives the object. `found` takes every list, changed or not.
+    /// The references must outlive the object. `found` receives every list, even an unchanged one.
     DeviceDiscovery(const CstaLinkConfig& config, asio::io_context& io, RequestChannel& channel,
                     const LinkMessages& messages, Found found);
 
-    /// Asks the switch; an inquiry that is under way is forgotten.
-    void ask();
+    /// Starts a discovery. A running one is cancelled.
+    void start();
     /// A SwitchingFunctionDevices message of the switch.
-    void takeSegment(const WireDocument& document);
-    void connectionLost() { end(); }
+    void addSegment(const WireDocument& document);
+    void connectionLost() { reset(); }
 
 private:
     struct Segment {
@@ -54,13 +54,13 @@ private:
         bool last = true;
     };
 
-    void answered(const Answer& answer);
-    void awaitSegment();
-    void finishIfWhole();
-    void takeList(const LineDeviceList& list, std::size_t named);
-    void fallSilent();
-    void useConfiguration(const char* why);
-    void end();
+    void onResponse(const SwitchResponse& response);
+    void awaitNextSegment();
+    void finishIfComplete();
+    void finish(const LineDeviceList& list, std::size_t named);
+    void onTimeout();
+    void useConfiguration(const char* reason);
+    void reset();
 
     const CstaLinkConfig& m_config;
     RequestChannel& m_channel;
@@ -68,10 +68,10 @@ private:
     const Found m_found;
 
     asio::steady_timer m_timer;
-    // Tells this inquiry from an earlier one.
+    // Distinguishes this discovery from earlier ones.
     unsigned long m_serial = 0;
     bool m_waiting = false;
-    /// Nothing until the answer is there.
+    /// `std::nullopt` until the response arrives.
     std::optional<std::string> m_crossRefId;
     std::vector<Segment> m_segments;
     bool m_everFound = false;

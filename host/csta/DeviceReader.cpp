@@ -9,8 +9,8 @@ namespace host {
 
 namespace {
 
-/// The element that holds the device's text and attributes: the first of the schema's choice that is there, else the
-/// member itself.
+/// The element that holds the device's text and attributes: the first alternative of the schema that is
+/// present, otherwise the member itself.
 pugi::xml_node identifierOf(pugi::xml_node member) {
     for (const char* name : {"deviceIdentifier", "numberDialed", "deviceID"}) {
         if (const pugi::xml_node found = childNamed(member, name)) {

@@ -9,27 +9,29 @@
 
 namespace host {
 
-/// How a device stands to the monitor that reported it.
+/// The relation of a device to the monitor that reported it.
 enum class EventParty { eUnknown, eMonitored, eOther };
 
-/// A device or connection member of an event: what the platform is told of it, and whose it is.
+/// A device or connection member of an event: the device as the platform receives it, and its relation to the
+/// monitor.
 struct EventDevice {
     CSTADevice device;
     EventParty party = EventParty::eUnknown;
 };
 
-/// Reads device and connection members, in every form that switches use. The phone's own number becomes
-/// `CSTADevice::kLocalDevice`; a party that is withheld or not known is empty. A plain value.
+/// Reads device and connection members in every form that switches use. The phone's own number becomes
+/// `CSTADevice::kLocalDevice`. A party that is restricted or unknown is empty. A plain value.
 class DeviceReader {
 public:
     /// `monitoredDevice` may be `CSTADevice::kLocalDevice`.
     DeviceReader(std::string_view ownDevice, std::string_view monitoredDevice);
 
-    /// `<callingDevice>` and its like: a device identifier, a number dialled, a text, or a word for "nobody to tell".
+    /// Reads a device member such as `<callingDevice>`: a device identifier, a dialled number, a text, or an
+    /// element for a restricted or unknown party.
     [[nodiscard]] EventDevice device(pugi::xml_node member) const;
-    /// As `device`; a party that the member does not know (but does not withhold either) is taken from `fallback`.
+    /// As above. If the party is unknown but not restricted, `fallback` is read instead.
     [[nodiscard]] EventDevice device(pugi::xml_node member, pugi::xml_node fallback) const;
-    /// The device of a connection id; its name is never kept.
+    /// The device of a connection id, without its name.
     [[nodiscard]] EventDevice connectionDevice(pugi::xml_node connection) const;
 
 private:

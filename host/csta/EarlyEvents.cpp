@@ -5,15 +5,15 @@
 namespace host {
 
 void EarlyEvents::keep(std::string crossRefId, WireDocument event, Clock::time_point now) {
-    forgetOld(now);
-    if (m_events.size() == kKept) {
+    dropExpired(now);
+    if (m_events.size() == kMaxEvents) {
         m_events.pop_front();
     }
     m_events.push_back({std::move(crossRefId), std::move(event), now});
 }
 
 std::vector<WireDocument> EarlyEvents::take(std::string_view crossRefId, Clock::time_point now) {
-    forgetOld(now);
+    dropExpired(now);
     std::vector<WireDocument> taken;
     std::deque<Early> others;
     for (Early& early : m_events) {
@@ -27,8 +27,8 @@ std::vector<WireDocument> EarlyEvents::take(std::string_view crossRefId, Clock::
     return taken;
 }
 
-void EarlyEvents::forgetOld(Clock::time_point now) {
-    while (!m_events.empty() && now - m_events.front().since > kKeptFor) {
+void EarlyEvents::dropExpired(Clock::time_point now) {
+    while (!m_events.empty() && now - m_events.front().since > kMaxAge) {
         m_events.pop_front();
     }
 }

@@ -11,16 +11,16 @@
 
 namespace host {
 
-/// Events that came before the answer which tells whose they are: a switch may send the first event of a new
-/// monitor ahead of its MonitorStartResponse. Keeps few and not for long. Not thread-safe.
+/// Buffer for events of a monitor whose id is not known yet: a switch may send the first event of a new
+/// monitor before its MonitorStartResponse. Limited in size and age. Not thread-safe.
 class EarlyEvents {
 public:
     using Clock = std::chrono::steady_clock;
-    static constexpr std::chrono::seconds kKeptFor{2};
-    static constexpr std::size_t kKept = 64;
+    static constexpr std::chrono::seconds kMaxAge{2};
+    static constexpr std::size_t kMaxEvents = 64;
 
     void keep(std::string crossRefId, WireDocument event, Clock::time_point now);
-    /// The events of that monitor, oldest first; they are no longer kept.
+    /// Removes and returns the events of that monitor, oldest first.
     [[nodiscard]] std::vector<WireDocument> take(std::string_view crossRefId, Clock::time_point now);
     void clear() { m_events.clear(); }
 
@@ -31,7 +31,7 @@ private:
         Clock::time_point since;
     };
 
-    void forgetOld(Clock::time_point now);
+    void dropExpired(Clock::time_point now);
 
     std::deque<Early> m_events;
 };

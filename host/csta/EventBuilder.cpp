@@ -14,7 +14,7 @@ namespace host {
 
 namespace {
 
-/// The entries of a connection list, whatever they are called.
+/// The connection list, under either of its names.
 pugi::xml_node connectionList(pugi::xml_node root) {
     const pugi::xml_node transferred = childNamed(root, "transferredConnections");
     return transferred ? transferred : childNamed(root, "conferenceConnections");
@@ -26,26 +26,26 @@ std::string oldCallIdOf(pugi::xml_node item) {
 
 }  // namespace
 
-EventBuilder::EventBuilder(const EventSchema& shape, const WireDocument& document, DeviceReader devices,
+EventBuilder::EventBuilder(const EventSchema& schema, const WireDocument& document, DeviceReader devices,
                            std::string crossRefId)
-    : m_shape(shape),
+    : m_schema(schema),
       m_root(document.root()),
       m_devices(std::move(devices)),
       m_crossRefId(std::move(crossRefId)) {
-    const pugi::xml_node connection = member(m_shape.connection);
+    const pugi::xml_node connection = member(m_schema.connection);
     m_connectionDevice = m_devices.connectionDevice(connection);
-    m_device = m_devices.device(member(m_shape.device));
+    m_device = m_devices.device(member(m_schema.device));
     m_callId = callIdOf(connection);
 
-    m_facts.event = shape.event;
+    m_facts.event = schema.event;
     m_facts.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
     m_facts.outgoing = calling().party == EventParty::eMonitored;
-    // A connection is cleared for the party that is dropped, whoever releases it; elsewhere the device member is the
-    // surer one, because some switches put the monitored device into every connection.
+    // ConnectionCleared is about the dropped party, independent of the releasing one. In other events the
+    // device member is more reliable, because some switches put the monitored device into every connection.
     const EventParty first =
-        shape.event == WireEvent::eConnectionCleared ? m_connectionDevice.party : m_device.party;
+        schema.event == WireEvent::eConnectionCleared ? m_connectionDevice.party : m_device.party;
     const EventParty second =
-        shape.event == WireEvent::eConnectionCleared ? EventParty::eUnknown : m_connectionDevice.party;
+        schema.event == WireEvent::eConnectionCleared ? EventParty::eUnknown : m_connectionDevice.party;
     m_facts.subject = first == EventParty::eUnknown ? second : first;
 }
 
@@ -59,7 +59,7 @@ std::string EventBuilder::newCallId() const {
 }
 
 std::unique_ptr<CSTAEvent> EventBuilder::build() const {
-    switch (m_shape.event) {
+    switch (m_schema.event) {
         case WireEvent::eServiceInitiated: return deviceEvent<CSTAServiceInitiatedEvent>();
         case WireEvent::eOriginated: return callControl<CSTAOriginatedEvent>();
         case WireEvent::eOffered: return callControl<CSTAOfferedEvent>();
@@ -112,7 +112,7 @@ std::unique_ptr<CSTAEvent> EventBuilder::buildClearing() const {
 std::unique_ptr<CSTAEvent> EventBuilder::buildSecondaryClearing() const {
     const pugi::xml_node secondary = member("secondaryOldCall");
     const std::string callId = childText(secondary, "callID");
-    if (m_shape.event != WireEvent::eTransferred || m_facts.subject != EventParty::eMonitored ||
+    if (m_schema.event != WireEvent::eTransferred || m_facts.subject != EventParty::eMonitored ||
         callId.empty()) {
         return nullptr;
     }
@@ -142,7 +142,7 @@ CSTADevice EventBuilder::called() const {
     return m_devices.device(member("calledDevice"), member("networkCalledDevice")).device;
 }
 
-/// The device that only this event has; a switch that leaves it out names it in the connection.
+/// The device member that is specific to this event, otherwise the device of the connection.
 CSTADevice EventBuilder::ownDevice() const {
     return m_device.party == EventParty::eUnknown ? m_connectionDevice.device : m_device.device;
 }
@@ -167,7 +167,8 @@ std::unique_ptr<CSTAEvent> EventBuilder::deviceEvent() const {
     return event;
 }
 
-/// The wire names the phone's own end in `device` and the caller beside it; the platform wants the far end.
+/// On the wire `device` is the phone's own end and the caller is a separate member; the platform expects the
+/// far end.
 std::unique_ptr<CSTAEvent> EventBuilder::callInformation() const {
     auto event = callControl<CSTACallInformationEvent>();
     const EventDevice caller = calling();
@@ -175,8 +176,8 @@ std::unique_ptr<CSTAEvent> EventBuilder::callInformation() const {
     return event;
 }
 
-/// The primary old call is the one that the monitored phone knows: when somebody else transfers, the phone may have
-/// been an end of the secondary one.
+/// The primary old call is the one in which the monitored phone was. If another party transfers, that may be
+/// the secondary one on the wire.
 std::unique_ptr<CSTAEvent> EventBuilder::transferred() const {
     auto event = callControl<CSTATransferredEvent>();
     std::string primary = m_callId;
@@ -197,8 +198,8 @@ std::unique_ptr<CSTAEvent> EventBuilder::transferred() const {
     return event;
 }
 
-/// A switch may name the new partner, or tell its name, only in the list of the ends. There the partner is the end that was
-/// not in the call which the phone knows.
+/// Some switches send the new partner, or its name, only in the connection list. There the partner is the
+/// endpoint that was not in the call with the phone.
 CSTADevice EventBuilder::transferredTo(std::string_view knownCallId) const {
     const pugi::xml_node named = member("transferredToDevice");
     CSTADevice to = m_devices.device(named).device;
@@ -267,7 +268,7 @@ std::unique_ptr<CSTAEvent> EventBuilder::conferenced() const {
     return event;
 }
 
-/// The other party of an old call, as the connection list tells it; without one, the device of the old connection.
+/// The other party of an old call from the connection list, otherwise the device of the old connection.
 std::string EventBuilder::farEndOf(std::string_view oldCallId, pugi::xml_node oldCall) const {
     for (const pugi::xml_node item : connectionList(m_root).children()) {
         const EventDevice endpoint = m_devices.device(childNamed(item, "endpoint"));

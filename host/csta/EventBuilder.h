@@ -14,26 +14,28 @@ namespace host {
 
 class WireDocument;
 
-/// Reads one event of the wire once and builds the platform's event from it. Lives for the length of that; borrows
-/// the document.
+/// Reads one event document and builds the platform's event from it. Short-lived: the document must outlive
+/// it.
 class EventBuilder {
 public:
-    EventBuilder(const EventSchema& shape, const WireDocument& document, DeviceReader devices,
+    EventBuilder(const EventSchema& schema, const WireDocument& document, DeviceReader devices,
                  std::string crossRefId);
 
     [[nodiscard]] const EventFacts& facts() const noexcept { return m_facts; }
     void setConference(bool conference) noexcept { m_facts.conference = conference; }
 
-    /// The call of the connection that the event is about. A switch that names no calls gets one per monitor.
+    /// The call id of the event's connection. If the switch sends no call ids, one made from the monitor's
+    /// id.
     [[nodiscard]] const std::string& callId() const noexcept { return m_callId; }
-    /// The call that a transfer or a conference leads to.
+    /// The id of the call that a transfer or a conference creates.
     [[nodiscard]] std::string newCallId() const;
 
     [[nodiscard]] std::unique_ptr<CSTAEvent> build() const;
-    /// The end of the second call of a phone that transfers: the call goes on without it, and nobody else says so. Null
-    /// for any other event.
+    /// The ConnectionCleared event for the second call of a phone that transfers; the switch sends none.
+    /// `nullptr` for any other event.
     [[nodiscard]] std::unique_ptr<CSTAEvent> buildSecondaryClearing() const;
-    /// The end of the phone's own connection, with the devices and the cause word of this event.
+    /// The ConnectionCleared event for the phone's own connection, with the devices and the cause word of
+    /// this event.
     [[nodiscard]] std::unique_ptr<CSTAEvent> buildClearing() const;
 
 private:
@@ -56,7 +58,7 @@ private:
     [[nodiscard]] std::string farEndOf(std::string_view oldCallId, pugi::xml_node oldCall) const;
     void fillCommon(CSTAEvent& event, CauseContext context) const;
 
-    const EventSchema& m_shape;
+    const EventSchema& m_schema;
     const pugi::xml_node m_root;
     const DeviceReader m_devices;
     const std::string m_crossRefId;
@@ -66,8 +68,8 @@ private:
     EventFacts m_facts;
 };
 
-/// The text of an event's private data: what a `callStatus` element in it says, else a bare text, else a text in
-/// hexadecimal digits. Empty for data of other vendors.
+/// The text of an event's private data: that of its `callStatus` element, otherwise plain text, otherwise
+/// text in hexadecimal digits. Empty for private data of other vendors.
 [[nodiscard]] std::string privateText(pugi::xml_node root);
 
 }  // namespace host

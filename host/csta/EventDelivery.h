@@ -10,19 +10,21 @@ class Service;
 
 namespace host {
 
-/// Where events go, and whether they still may. Shared by the link and the deliveries that wait on the strand.
+/// A receiver of events and its validity. Shared by the link and the deliveries that are queued on the
+/// strand.
 struct EventSink {
     EventSink(CSTAEventIfc* to, const Service* of) : receiver(to), source(of) {}
 
     CSTAEventIfc* const receiver;
     const Service* const source;
-    /// Cleared before the receiver's leave returns; a delivery looks at it first.
+    /// Cleared before the receiver's removal returns. Every delivery checks it first.
     std::atomic<bool> live{true};
 };
 
-/// Brings events to their receivers on the line's strand. Used by the reader thread.
+/// Posts events to their receivers on the line's strand. Call from the reader thread only.
 class EventDelivery {
 public:
+    /// Runs a function on the line's strand, later and in order, never inside the call.
     using Post = std::function<void(std::function<void()>)>;
 
     explicit EventDelivery(Post post) : m_post(std::move(post)) {}

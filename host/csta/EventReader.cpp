@@ -19,11 +19,11 @@ std::string EventReader::crossRefIdOf(const WireDocument& document) {
 
 std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& document,
                                                           const EventSource& source) {
-    const EventSchema* shape = findEventSchema(document.name());
-    if (shape == nullptr) {
+    const EventSchema* schema = findEventSchema(document.name());
+    if (schema == nullptr) {
         return {};
     }
-    EventBuilder builder(*shape, document, DeviceReader(m_ownDevice, source.device), source.crossRefId);
+    EventBuilder builder(*schema, document, DeviceReader(m_ownDevice, source.device), source.crossRefId);
     builder.setConference(isConference(builder.callId()));
 
     std::vector<std::unique_ptr<CSTAEvent>> events;
@@ -37,9 +37,9 @@ std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& do
     if (endsSilently(builder.facts())) {
         events.push_back(builder.buildClearing());
     }
-    if (shape->event == WireEvent::eConferenced) {
+    if (schema->event == WireEvent::eConferenced) {
         rememberConference(builder.newCallId());
-    } else if (shape->event == WireEvent::eConnectionCleared &&
+    } else if (schema->event == WireEvent::eConnectionCleared &&
                builder.facts().subject != EventParty::eOther) {
         forgetConference(builder.callId());
     }

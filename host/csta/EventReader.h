@@ -13,20 +13,20 @@ namespace host {
 class WireDocument;
 struct EventSchema;
 
-/// A monitor, as far as reading its events needs it.
+/// The monitor that an event belongs to.
 struct EventSource {
-    /// What the events call the monitor from here on.
+    /// The monitor id to put into the events.
     std::string crossRefId;
     std::string device;
 };
 
-/// Turns the events of the wire into those of the platform: devices, the state of the phone's own connection, the
-/// cause in the phone's numbering. Leaves out what does not concern the monitored phone (EventRules.h), and adds
-/// the ConnectionCleared events that a switch may spare itself: after a Diverted event, and of the second call of a
-/// phone that transfers.
+/// Converts events of the wire into events of the platform: devices, the state of the phone's own connection,
+/// the cause in the phone's numbering. Drops events that do not concern the monitored phone (EventRules.h),
+/// and adds the ConnectionCleared events that a switch may omit: after a Diverted event, and for the second
+/// call of a phone that transfers.
 ///
-/// Reads by local names, in any order; members that are missing become empty. Remembers which calls are
-/// conferences, so one reader serves one connection. Not thread-safe: the link's reader thread.
+/// Reads members by local name, in any order; missing members become empty. Stores which calls are
+/// conferences, so use one reader per connection. Not thread-safe.
 class EventReader {
 public:
     explicit EventReader(std::string ownDevice);
@@ -34,7 +34,8 @@ public:
     /// The switch's id of the monitor that the event belongs to.
     [[nodiscard]] static std::string crossRefIdOf(const WireDocument& document);
 
-    /// The events to deliver, in order; none for an event that is not known or does not concern the phone.
+    /// Returns the events to deliver, in order; none for an unknown event or one that does not concern the
+    /// phone.
     [[nodiscard]] std::vector<std::unique_ptr<CSTAEvent>> read(const WireDocument& document,
                                                                const EventSource& source);
 

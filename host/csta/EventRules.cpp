@@ -33,8 +33,8 @@ constexpr std::array kInferred = {
     InferredState{WireEvent::eTransferred, CSTA_LCS_Null, CSTA_LCS_Connected},
 };
 
-/// Whose connection it is, as far as can be told: an unknown phone that rings for an outgoing call is another one, and
-/// an incoming call that anyone diverts is diverted away from here.
+/// True if the connection is that of another party. An unknown phone that rings for an outgoing call is
+/// another party; any diversion of an incoming call diverts it away from this phone.
 bool isByOther(const EventFacts& facts) noexcept {
     if (facts.event == WireEvent::eDiverted) {
         return facts.outgoing && facts.subject != EventParty::eMonitored;

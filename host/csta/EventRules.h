@@ -9,36 +9,36 @@
 
 namespace host {
 
-/// What the rules below look at. `subject` is the party whose connection the event is about: the alerting, dropped,
-/// holding, diverting, failing, transferring one.
+/// Input of the rules below. `subject` is the party whose connection the event is about: the alerting,
+/// dropped, holding, diverting, failing or transferring one.
 struct EventFacts {
     WireEvent event = WireEvent::eOriginated;
     EventParty subject = EventParty::eUnknown;
-    /// A `CSTALocalConnectionState`; nothing when the switch did not say.
+    /// A `CSTALocalConnectionState`; `std::nullopt` if the switch sent none.
     std::optional<int> localConnection;
     /// The monitored phone is the calling device.
     bool outgoing = false;
-    /// The call is known to be a conference.
+    /// The call is a conference.
     bool conference = false;
 };
 
-/// The `CSTALocalConnectionState` for the standard's word; nothing for another word.
+/// The `CSTALocalConnectionState` for the standard's word; `std::nullopt` for an unknown word.
 [[nodiscard]] std::optional<int> localConnectionNumber(std::string_view word) noexcept;
 
-/// The monitored phone's own state: as the switch said, else as the event makes likely.
+/// The monitored phone's own state: as sent by the switch, otherwise inferred from the event.
 [[nodiscard]] int localConnectionOf(const EventFacts& facts) noexcept;
 
-/// Whether the event tells something of the monitored phone's own connection. A phone ends a call on any
-/// ConnectionCleared, so what another party does while the phone stays in the call is kept from it:
-///   ConnectionCleared of another party   delivered when the phone's own state is null or not told (a call of two is over
-///                                        with either party), or when the call is a conference (a member leaves)
-///   Held, Retrieved by another party     never delivered: the phone itself still talks
-///   Diverted by another party            delivered unless the phone is still in the call: by its own state or, when that
-///                                        is not told, because it is the caller
+/// True if the event is about the monitored phone's own connection. A phone ends a call on any
+/// ConnectionCleared, so events of another party are dropped while the phone stays in the call:
+///   ConnectionCleared of another party   delivered if the phone's own state is null or not sent (a call of
+///                                        two parties ends with either), or if the call is a conference
+///   Held, Retrieved by another party     never delivered: the phone itself is still connected
+///   Diverted by another party            delivered unless the phone is still in the call, by its own state,
+///                                        or because it is the caller if that is not sent
 [[nodiscard]] bool concernsThePhone(const EventFacts& facts) noexcept;
 
-/// Whether the phone's own connection is gone with the event although the switch need not say so by a
-/// ConnectionCleared: a call that was diverted away.
+/// True if the event ends the phone's own connection without a ConnectionCleared event: the call was diverted
+/// away.
 [[nodiscard]] bool endsSilently(const EventFacts& facts) noexcept;
 
 [[nodiscard]] CauseContext causeContextOf(const EventFacts& facts) noexcept;

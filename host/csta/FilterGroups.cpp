@@ -15,9 +15,9 @@ using Getter = Setting (CSTAMonitorFilter::*)() const noexcept;
 
 struct FilterMember {
     std::string_view name;
-    /// The setting of this member alone; null when only the group has one.
+    /// The member's own setting; `nullptr` if only the group has one.
     Getter own = nullptr;
-    /// Let through whatever the group says.
+    /// Delivered even if the group is suppressed.
     bool alwaysOn = false;
 };
 
@@ -102,12 +102,12 @@ constexpr std::array kGroups = {
 
 Setting settingOf(const CSTAMonitorFilter& filter, const FilterGroup& group,
                   const FilterMember& member) noexcept {
-    const Setting whole = (filter.*group.setting)();
+    const Setting groupSetting = (filter.*group.setting)();
     if (member.alwaysOn) {
-        return whole ? Setting(false) : whole;
+        return groupSetting ? Setting(false) : groupSetting;
     }
     const Setting own = member.own != nullptr ? (filter.*member.own)() : Setting();
-    return own ? own : whole;
+    return own ? own : groupSetting;
 }
 
 }  // namespace
@@ -127,7 +127,7 @@ Setting memberSetting(const CSTAMonitorFilter& filter, std::string_view group,
     return {};
 }
 
-bool leavesAnythingOut(const CSTAMonitorFilter& filter) noexcept {
+bool suppressesAnything(const CSTAMonitorFilter& filter) noexcept {
     return std::any_of(kGroups.begin(), kGroups.end(), [&filter](const FilterGroup& group) {
         return std::any_of(group.members.begin(), group.members.end(), [&](const FilterMember& member) {
             return settingOf(filter, group, member).value_or(false);

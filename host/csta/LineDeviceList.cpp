@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/csta-wire/DeviceText.h"
-#include "host/csta/CstaLink.h"
+#include "host/csta/CstaLinkConfig.h"
 #include "platform/csta/CSTADevice.h"
 #include "platform/texts/communicationsServiceTexts.h"
 
@@ -19,9 +19,9 @@ constexpr const char* kBluetooth = communicationsServiceTexts::content_bluetooth
 LineDeviceList::LineDeviceList(std::string_view ownDevice) : m_own(comparableNumber(ownDevice)) {}
 
 void LineDeviceList::add(std::string_view device, std::string_view category) {
-    LineDevice added{LineDevice::kNoLine, parseDeviceText(device).number};
+    LineDevice added{.type = LineDevice::kNoLine, .id = parseDeviceText(device).number};
     if (comparableNumber(device) == m_own) {
-        added = {LineDevice::kOwnLine, CSTADevice::kLocalDevice};
+        added = {.type = LineDevice::kOwnLine, .id = CSTADevice::kLocalDevice};
     } else if (category.empty() || category == "station" || added.id == kBluetooth) {
         added.type = LineDevice::kOtherLine;
     }

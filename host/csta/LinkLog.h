@@ -6,7 +6,7 @@ namespace host {
 inline constexpr const char* kLinkComponent = "CSTA Link";
 }
 
-// One line of the link's log. The arguments are not evaluated when the level is off.
+// Writes one message to the link's log. The arguments are evaluated only if the level is enabled.
 #define CSTA_LINK_LOG(level, ...)                                                           \
     do {                                                                                    \
         if (loggingOnAppUni(::host::kLinkComponent, level)) {                               \

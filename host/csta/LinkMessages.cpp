@@ -13,10 +13,10 @@ std::string LinkMessages::requestSystemStatus() const {
     return MessageWriter("RequestSystemStatus", m_nameSpace).finish();
 }
 
-std::string LinkMessages::systemRegister(bool alsoDevices) const {
+std::string LinkMessages::systemRegister(bool withDevices) const {
     MessageWriter writer("SystemRegister", m_nameSpace);
     writer.open("requestTypes").flag("systemStatus", true).flag("requestSystemStatus", true);
-    if (alsoDevices) {
+    if (withDevices) {
         writer.flag("switchingFunctionDevicesChanged", true);
     }
     return writer.finish();
@@ -31,7 +31,7 @@ std::string LinkMessages::getSwitchingFunctionDevices(std::string_view ownDevice
 std::string LinkMessages::monitorStart(std::string_view device, const CSTAMonitorFilter& filter) const {
     MessageWriter writer("MonitorStart", m_nameSpace);
     writer.open("monitorObject").text("deviceObject", device).close();
-    if (leavesAnythingOut(filter)) {
+    if (suppressesAnything(filter)) {
         writer.open("requestedMonitorFilter");
         writeFilterGroups(writer, filter, false);
         writer.close();

@@ -9,25 +9,25 @@ struct CallLogEntryRequest;
 
 namespace host {
 
-/// Every message that the link writes, by the schema of one edition. A plain value.
+/// Builds every message that the link sends, by the schema of one edition. A plain value.
 class LinkMessages {
 public:
     explicit LinkMessages(std::string_view edition);
 
     [[nodiscard]] std::string requestSystemStatus() const;
-    /// `alsoDevices` asks to be told, too, when the devices of the phone change.
-    [[nodiscard]] std::string systemRegister(bool alsoDevices) const;
+    /// `withDevices` also requests notifications of changes of the phone's devices.
+    [[nodiscard]] std::string systemRegister(bool withDevices) const;
     [[nodiscard]] std::string getSwitchingFunctionDevices(std::string_view ownDevice) const;
-    /// Without a filter element when `filter` leaves nothing out.
+    /// Has no filter element if `filter` suppresses no event.
     [[nodiscard]] std::string monitorStart(std::string_view device, const CSTAMonitorFilter& filter) const;
     [[nodiscard]] std::string monitorStop(std::string_view crossRefId) const;
     [[nodiscard]] std::string changeMonitorFilter(std::string_view crossRefId,
                                                   const CSTAMonitorFilter& filter) const;
 
-    /// A private request to the switch that keeps the call log.
+    /// A private request about the switch's call log.
     [[nodiscard]] std::string escape(const CallLogEntryRequest& request) const;
 
-    // Answers to the switch's requests.
+    // Responses to the switch's requests.
     [[nodiscard]] std::string systemStatusResponse() const;
     [[nodiscard]] std::string requestSystemStatusResponse() const;
     [[nodiscard]] std::string monitorStopResponse() const;

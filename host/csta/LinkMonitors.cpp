@@ -15,24 +15,25 @@ namespace host {
 
 namespace {
 
-std::string startedId(const Answer& answer) {
-    return answer.isOfKind("MonitorStartResponse") ? childText(answer.document->root(), "monitorCrossRefID")
-                                                   : std::string();
+std::string startedId(const SwitchResponse& response) {
+    return response.isNamed("MonitorStartResponse")
+               ? childText(response.document->root(), "monitorCrossRefID")
+               : std::string();
 }
 
-const char* describe(const Answer& answer) {
-    switch (answer.kind) {
-        case Answer::Kind::eAnswered: return "an answer of another kind";
-        case Answer::Kind::eRefused:
-            return answer.value.empty() ? answer.category.c_str() : answer.value.c_str();
-        case Answer::Kind::eTimedOut: return "no answer in time";
-        case Answer::Kind::eLost: break;
+const char* describe(const SwitchResponse& response) {
+    switch (response.kind) {
+        case SwitchResponse::Kind::eResponse: return "an unexpected response";
+        case SwitchResponse::Kind::eRefused:
+            return response.value.empty() ? response.category.c_str() : response.value.c_str();
+        case SwitchResponse::Kind::eTimedOut: return "no response in time";
+        case SwitchResponse::Kind::eLost: break;
     }
     return "connection lost";
 }
 
-bool isSuppressed(const CSTAMonitorFilter& filter, const EventSchema& shape) {
-    return memberSetting(filter, shape.filterGroup, shape.filterMember).value_or(false);
+bool isSuppressed(const CSTAMonitorFilter& filter, const EventSchema& schema) {
+    return memberSetting(filter, schema.filterGroup, schema.filterMember).value_or(false);
 }
 
 }  // namespace
@@ -55,25 +56,25 @@ void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& fil
                                          ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax));
     const std::string id = monitor.crossRefId;
     if (!m_channel.isReady()) {
-        CSTA_LINK_LOG(5, "monitor %s of %s is accepted and starts when the switch is there", id.c_str(),
+        CSTA_LINK_LOG(5, "monitor %s of %s is accepted and starts when the switch is connected", id.c_str(),
                       device.c_str());
         m_changed();
         complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
         return;
     }
-    sendStart(monitor, [this, id, complete](const Answer& answer) {
+    sendStart(monitor, [this, id, complete](const SwitchResponse& response) {
         WantedMonitor* started = m_table.find(id);
-        const std::string switchId = startedId(answer);
+        const std::string switchId = startedId(response);
         if (started != nullptr && !switchId.empty()) {
-            becomeOn(*started, switchId);
+            markStarted(*started, switchId);
             complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
             return;
         }
-        CSTA_LINK_LOG(4, "monitor %s is not started: %s", id.c_str(), describe(answer));
+        CSTA_LINK_LOG(4, "monitor %s is not started: %s", id.c_str(), describe(response));
         m_startFailed = true;
-        forget(id);
-        stopQuietly(switchId);
-        complete(started != nullptr ? RequestOutcome::of<CSTAMonitorStartResponse>(answer)
+        remove(id);
+        stopAtSwitch(switchId);
+        complete(started != nullptr ? RequestOutcome::of<CSTAMonitorStartResponse>(response)
                                     : RequestOutcome());
     });
 }
@@ -85,7 +86,7 @@ void LinkMonitors::stop(const std::string& crossRefId, const CompleteRequest& co
         return;
     }
     const auto finish = [this, crossRefId, complete] {
-        forget(crossRefId);
+        remove(crossRefId);
         complete(RequestOutcome::ok<CSTAMonitorStopResponse>());
     };
     const bool shared = m_table.withSwitchId(monitor->switchId).size() > 1;
@@ -93,13 +94,14 @@ void LinkMonitors::stop(const std::string& crossRefId, const CompleteRequest& co
         finish();
         return;
     }
-    m_channel.send(m_messages.monitorStop(monitor->switchId), [finish, complete](const Answer& answer) {
-        if (answer.isOfKind("MonitorStopResponse")) {
-            finish();
-        } else {
-            complete(RequestOutcome::of<CSTAMonitorStopResponse>(answer));
-        }
-    });
+    m_channel.send(m_messages.monitorStop(monitor->switchId),
+                   [finish, complete](const SwitchResponse& response) {
+                       if (response.isNamed("MonitorStopResponse")) {
+                           finish();
+                       } else {
+                           complete(RequestOutcome::of<CSTAMonitorStopResponse>(response));
+                       }
+                   });
 }
 
 void LinkMonitors::changeFilter(const std::string& device, const CSTAMonitorFilter& filter,
@@ -121,11 +123,11 @@ void LinkMonitors::changeFilter(const std::string& device, const CSTAMonitorFilt
         return;
     }
     m_channel.send(m_messages.changeMonitorFilter(monitor->switchId, filter),
-                   [finish, complete](const Answer& answer) {
-                       if (answer.isOfKind("ChangeMonitorFilterResponse")) {
+                   [finish, complete](const SwitchResponse& response) {
+                       if (response.isNamed("ChangeMonitorFilterResponse")) {
                            finish();
                        } else {
-                           complete(RequestOutcome::of<CSTAChangeMonitorFilterResponse>(answer));
+                           complete(RequestOutcome::of<CSTAChangeMonitorFilterResponse>(response));
                        }
                    });
 }
@@ -134,20 +136,20 @@ void LinkMonitors::release(const Service& source) {
     for (WantedMonitor* monitor : m_table.all()) {
         if (monitor->sink->source == &source) {
             const std::string switchId = monitor->switchId;
-            forget(monitor->crossRefId);
+            remove(monitor->crossRefId);
             if (m_table.withSwitchId(switchId).empty()) {
-                stopQuietly(switchId);
+                stopAtSwitch(switchId);
             }
         }
     }
 }
 
-// ---- what happens at the switch
+// ---- events and state changes of the switch
 
 void LinkMonitors::startAll() {
     for (WantedMonitor* monitor : m_table.all()) {
         if (!monitor->starting) {
-            startAgain(*monitor);
+            restart(*monitor);
         }
     }
 }
@@ -178,7 +180,7 @@ bool LinkMonitors::isMonitoring() {
 void LinkMonitors::cancelRetries() {
     for (WantedMonitor* monitor : m_table.all()) {
         monitor->retry.reset();
-        monitor->pause.reset();
+        monitor->backoff.reset();
     }
 }
 
@@ -187,12 +189,12 @@ void LinkMonitors::stoppedBySwitch(std::string_view switchId) {
         CSTA_LINK_LOG(3, "the switch has stopped monitor %s of %s", monitor->crossRefId.c_str(),
                       monitor->device.c_str());
         monitor->switchId.clear();
-        startAgainLater(*monitor);
+        restartLater(*monitor);
     }
     m_changed();
 }
 
-void LinkMonitors::event(WireDocument document) {
+void LinkMonitors::onEvent(WireDocument document) {
     const std::string switchId = EventReader::crossRefIdOf(document);
     const std::vector<WantedMonitor*> monitors = m_table.withSwitchId(switchId);
     if (!monitors.empty()) {
@@ -200,59 +202,60 @@ void LinkMonitors::event(WireDocument document) {
     } else if (m_table.anyStarting()) {
         m_early.keep(switchId, std::move(document), EarlyEvents::Clock::now());
     } else {
-        CSTA_LINK_LOG(6, "an event of a monitor that is not known: %s", switchId.c_str());
+        CSTA_LINK_LOG(6, "an event of an unknown monitor: %s", switchId.c_str());
     }
 }
 
-// ---- inner
+// ---- internal
 
-void LinkMonitors::sendStart(WantedMonitor& monitor, const std::function<void(const Answer&)>& handler) {
+void LinkMonitors::sendStart(WantedMonitor& monitor,
+                             const std::function<void(const SwitchResponse&)>& handler) {
     monitor.starting = true;
     const CSTAMonitorFilter filter = m_config.sendFilters ? monitor.filter : CSTAMonitorFilter();
     m_channel.send(m_messages.monitorStart(deviceAtSwitch(monitor.device), filter),
-                   [this, id = monitor.crossRefId, handler](const Answer& answer) {
+                   [this, id = monitor.crossRefId, handler](const SwitchResponse& response) {
                        if (WantedMonitor* started = m_table.find(id)) {
                            started->starting = false;
                        }
-                       handler(answer);
+                       handler(response);
                    });
 }
 
-void LinkMonitors::startAgain(WantedMonitor& monitor) {
+void LinkMonitors::restart(WantedMonitor& monitor) {
     monitor.retry.reset();
-    sendStart(monitor, [this, id = monitor.crossRefId](const Answer& answer) {
+    sendStart(monitor, [this, id = monitor.crossRefId](const SwitchResponse& response) {
         WantedMonitor* started = m_table.find(id);
-        const std::string switchId = startedId(answer);
+        const std::string switchId = startedId(response);
         if (started == nullptr) {
-            stopQuietly(switchId);
+            stopAtSwitch(switchId);
         } else if (!switchId.empty()) {
-            becomeOn(*started, switchId);
-        } else if (answer.kind != Answer::Kind::eLost) {
+            markStarted(*started, switchId);
+        } else if (response.kind != SwitchResponse::Kind::eLost) {
             CSTA_LINK_LOG(started->refused ? 6 : 3, "the switch does not start monitor %s of %s: %s",
-                          id.c_str(), started->device.c_str(), describe(answer));
+                          id.c_str(), started->device.c_str(), describe(response));
             started->refused = true;
             started->switchId.clear();
-            startAgainLater(*started);
+            restartLater(*started);
             m_changed();
         }
     });
 }
 
-void LinkMonitors::startAgainLater(WantedMonitor& monitor) {
-    monitor.retry = std::make_unique<asio::steady_timer>(m_io, monitor.pause.next());
+void LinkMonitors::restartLater(WantedMonitor& monitor) {
+    monitor.retry = std::make_unique<asio::steady_timer>(m_io, monitor.backoff.next());
     monitor.retry->async_wait([this, id = monitor.crossRefId](std::error_code error) {
         WantedMonitor* waiting = m_table.find(id);
         if (!error && waiting != nullptr && m_channel.isReady() && !waiting->isOn() && !waiting->starting) {
-            startAgain(*waiting);
+            restart(*waiting);
         }
     });
 }
 
-void LinkMonitors::becomeOn(WantedMonitor& monitor, std::string switchId) {
+void LinkMonitors::markStarted(WantedMonitor& monitor, std::string switchId) {
     monitor.switchId = std::move(switchId);
-    monitor.pause.reset();
+    monitor.backoff.reset();
     monitor.refused = false;
-    CSTA_LINK_LOG(5, "monitor %s of %s is on; the switch calls it %s", monitor.crossRefId.c_str(),
+    CSTA_LINK_LOG(5, "monitor %s of %s is on; its id at the switch is %s", monitor.crossRefId.c_str(),
                   monitor.device.c_str(), monitor.switchId.c_str());
     for (const WireDocument& early : m_early.take(monitor.switchId, EarlyEvents::Clock::now())) {
         deliver(early, {&monitor});
@@ -260,7 +263,7 @@ void LinkMonitors::becomeOn(WantedMonitor& monitor, std::string switchId) {
     m_changed();
 }
 
-void LinkMonitors::forget(const std::string& crossRefId) {
+void LinkMonitors::remove(const std::string& crossRefId) {
     if (const WantedMonitor* monitor = m_table.find(crossRefId)) {
         monitor->sink->live = false;
         m_table.remove(crossRefId);
@@ -268,31 +271,31 @@ void LinkMonitors::forget(const std::string& crossRefId) {
     }
 }
 
-/// A monitor that nobody waits for any more.
-void LinkMonitors::stopQuietly(const std::string& switchId) {
+/// Stops a monitor that is no longer wanted and ignores the response.
+void LinkMonitors::stopAtSwitch(const std::string& switchId) {
     if (!switchId.empty() && m_channel.isReady()) {
-        m_channel.send(m_messages.monitorStop(switchId), [](const Answer& /*answer*/) {});
+        m_channel.send(m_messages.monitorStop(switchId), [](const SwitchResponse& /*response*/) {});
     }
 }
 
 void LinkMonitors::deliver(const WireDocument& document, const std::vector<WantedMonitor*>& monitors) {
-    const EventSchema* shape = findEventSchema(document.name());
-    if (shape == nullptr) {
-        CSTA_LINK_LOG(6, "%s is not read", std::string(document.name()).c_str());
+    const EventSchema* schema = findEventSchema(document.name());
+    if (schema == nullptr) {
+        CSTA_LINK_LOG(6, "%s is not supported", std::string(document.name()).c_str());
         return;
     }
-    // A switch that gives one id to two monitors of a device sends each event once.
+    // A switch that assigns one id to two monitors of a device sends each event once.
     std::set<const CSTAEventIfc*> served;
     for (const WantedMonitor* monitor : monitors) {
-        if (isSuppressed(monitor->filter, *shape) || !served.insert(monitor->sink->receiver).second) {
+        if (isSuppressed(monitor->filter, *schema) || !served.insert(monitor->sink->receiver).second) {
             continue;
         }
         for (std::unique_ptr<CSTAEvent>& event :
              m_reader.read(document, {monitor->crossRefId, monitor->device})) {
-            CSTA_LINK_LOG(6, "%s for %s: %s", std::string(shape->rootName).c_str(),
+            CSTA_LINK_LOG(6, "%s for %s: %s", std::string(schema->rootName).c_str(),
                           monitor->crossRefId.c_str(), event->toString().c_str());
             if (m_config.eventListener) {
-                m_config.eventListener(shape->rootName, *event);
+                m_config.eventListener(schema->rootName, *event);
             }
             m_delivery.deliver(monitor->sink, std::move(event));
         }

@@ -8,7 +8,7 @@
 
 #include <asio/io_context.hpp>
 
-#include "host/csta/CstaLink.h"
+#include "host/csta/CstaLinkConfig.h"
 #include "host/csta/EarlyEvents.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/EventReader.h"
@@ -19,18 +19,20 @@
 
 namespace host {
 
-/// The monitors of the link: takes the services' requests, keeps the wanted monitors on at the switch, and brings the
-/// switch's events to their receivers.
+/// The monitors of the link: handles the services' requests, keeps the wanted monitors started at the switch,
+/// and delivers the switch's events to their receivers.
 ///
-///   wanted, off --MonitorStart sent--> starting --answer with an id--> on --connection lost, stopped by the switch--> off
+/// wanted, off --MonitorStart sent--> starting --response with an id--> on --connection lost, stopped by the
+/// switch--> off
 ///
-/// A monitor that a service asks for while the switch is there is forgotten when the switch does not start it. Once
-/// it was accepted, it stays wanted: a refusal is logged and tried again with growing pauses.
+/// A monitor that is requested while the switch is connected is removed if the switch does not start it. An
+/// accepted monitor stays wanted: a refusal is logged and retried with exponential backoff.
 ///
 /// Reader thread only.
 class LinkMonitors {
 public:
-    /// `channel` and `io` outlive the object. `changed` is called after anything that may change the status.
+    /// The references must outlive the object. `changed` is called after every change that may affect the
+    /// status.
     LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, RequestChannel& channel,
                  EventDelivery delivery, std::function<void()> changed);
 
@@ -42,26 +44,26 @@ public:
                       const CompleteRequest& complete);
     void release(const Service& source);
 
-    // What happens at the switch.
+    // Events and state changes of the switch.
     void startAll();
     void connectionLost();
     void stoppedBySwitch(std::string_view switchId);
-    void event(WireDocument document);
+    void onEvent(WireDocument document);
 
-    /// The monitors of the own device are on, or, when nobody wants one of it, some other monitor is.
+    /// True if all monitors of the own device are on or, without such a monitor, if any monitor is on.
     [[nodiscard]] bool isMonitoring();
     void cancelRetries();
 
-    /// Whether a monitor that a service asked for was not started, and so forgotten, since this was asked last.
+    /// True if a requested monitor was not started, and was removed, since the last call.
     [[nodiscard]] bool takeFailedStart() noexcept { return std::exchange(m_startFailed, false); }
 
 private:
-    void sendStart(WantedMonitor& monitor, const std::function<void(const Answer&)>& handler);
-    void startAgain(WantedMonitor& monitor);
-    void startAgainLater(WantedMonitor& monitor);
-    void becomeOn(WantedMonitor& monitor, std::string switchId);
-    void forget(const std::string& crossRefId);
-    void stopQuietly(const std::string& switchId);
+    void sendStart(WantedMonitor& monitor, const std::function<void(const SwitchResponse&)>& handler);
+    void restart(WantedMonitor& monitor);
+    void restartLater(WantedMonitor& monitor);
+    void markStarted(WantedMonitor& monitor, std::string switchId);
+    void remove(const std::string& crossRefId);
+    void stopAtSwitch(const std::string& switchId);
     void deliver(const WireDocument& document, const std::vector<WantedMonitor*>& monitors);
     [[nodiscard]] WantedMonitor* monitorOfDevice(const std::string& device);
     [[nodiscard]] std::string deviceAtSwitch(const std::string& device) const;

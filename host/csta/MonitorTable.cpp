@@ -6,9 +6,15 @@
 namespace host {
 
 WantedMonitor& MonitorTable::add(std::string device, const CSTAMonitorFilter& filter,
-                                 std::shared_ptr<EventSink> sink, ExponentialBackoff pause) {
+                                 std::shared_ptr<EventSink> sink, ExponentialBackoff backoff) {
     std::string id = "M" + std::to_string(++m_last);
-    WantedMonitor monitor{id, std::move(device), filter, std::move(sink), {}, false, false, pause, nullptr};
+    WantedMonitor monitor{.crossRefId = id,
+                          .device = std::move(device),
+                          .filter = filter,
+                          .sink = std::move(sink),
+                          .switchId = {},
+                          .backoff = backoff,
+                          .retry = nullptr};
     return m_monitors.emplace(std::move(id), std::move(monitor)).first->second;
 }
 

@@ -14,21 +14,21 @@
 
 namespace host {
 
-/// A monitor that a service wants, whether or not the switch has it.
+/// A monitor that a service has requested, started at the switch or not.
 struct WantedMonitor {
-    /// The link's own id, which the service knows.
+    /// The link's own id, as returned to the service.
     std::string crossRefId;
-    /// As the service named it.
+    /// As requested by the service.
     std::string device;
     CSTAMonitorFilter filter;
     std::shared_ptr<EventSink> sink;
-    /// The switch's id for it; empty while it is off.
+    /// The switch's id; empty while the monitor is off.
     std::string switchId;
-    /// A MonitorStart waits for its answer.
+    /// A MonitorStart is waiting for its response.
     bool starting = false;
-    /// The switch refused it and the log says so already.
+    /// The switch refused it, and the refusal is logged.
     bool refused = false;
-    ExponentialBackoff pause;
+    ExponentialBackoff backoff;
     std::unique_ptr<asio::steady_timer> retry;
 
     [[nodiscard]] bool isOn() const noexcept { return !switchId.empty(); }
@@ -38,8 +38,8 @@ struct WantedMonitor {
 class MonitorTable {
 public:
     WantedMonitor& add(std::string device, const CSTAMonitorFilter& filter, std::shared_ptr<EventSink> sink,
-                       ExponentialBackoff pause);
-    /// Null when there is none.
+                       ExponentialBackoff backoff);
+    /// Returns `nullptr` for an unknown id.
     [[nodiscard]] WantedMonitor* find(std::string_view crossRefId);
     [[nodiscard]] std::vector<WantedMonitor*> withSwitchId(std::string_view switchId);
     [[nodiscard]] std::vector<WantedMonitor*> all();

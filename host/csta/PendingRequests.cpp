@@ -10,24 +10,26 @@ namespace host {
 
 namespace {
 
-Answer readResponse(const WireDocument& document) {
+SwitchResponse readResponse(const WireDocument& document) {
     if (document.kind() != MessageKind::eError) {
-        return {Answer::Kind::eAnswered, &document, {}, {}};
+        return {.kind = SwitchResponse::Kind::eResponse, .document = &document, .category = {}, .value = {}};
     }
     const pugi::xml_node reason =
         document.root().find_child([](pugi::xml_node node) { return node.type() == pugi::node_element; });
-    return {Answer::Kind::eRefused, &document, std::string(localName(reason)),
-            std::string(trimmed(reason.text().get()))};
+    return {.kind = SwitchResponse::Kind::eRefused,
+            .document = &document,
+            .category = std::string(localName(reason)),
+            .value = std::string(trimmed(reason.text().get()))};
 }
 
 }  // namespace
 
-bool Answer::isOfKind(const char* rootName) const {
-    return kind == Kind::eAnswered && document->name() == rootName;
+bool SwitchResponse::isNamed(const char* rootName) const {
+    return kind == Kind::eResponse && document->name() == rootName;
 }
 
-PendingRequests::PendingRequests(asio::io_context& io, std::chrono::milliseconds limit)
-    : m_io(io), m_limit(limit) {}
+PendingRequests::PendingRequests(asio::io_context& io, std::chrono::milliseconds timeout)
+    : m_io(io), m_timeout(timeout) {}
 
 std::optional<int> PendingRequests::add(Handler handler) {
     const std::optional<int> id = m_ids.next([this](int taken) { return m_waiting.contains(taken); });
@@ -37,11 +39,11 @@ std::optional<int> PendingRequests::add(Handler handler) {
     Waiting& waiting = m_waiting[*id];
     waiting.serial = ++m_lastSerial;
     waiting.handler = std::move(handler);
-    waiting.timer = std::make_unique<asio::steady_timer>(m_io, m_limit);
+    waiting.timer = std::make_unique<asio::steady_timer>(m_io, m_timeout);
     waiting.timer->async_wait([this, invokeId = *id, serial = waiting.serial](std::error_code error) {
         const auto found = m_waiting.find(invokeId);
         if (!error && found != m_waiting.end() && found->second.serial == serial) {
-            finish(invokeId, {Answer::Kind::eTimedOut, nullptr, {}, {}});
+            finish(invokeId, {.kind = SwitchResponse::Kind::eTimedOut, .category = {}, .value = {}});
         }
     });
     return id;
@@ -64,11 +66,11 @@ void PendingRequests::failAll() {
     }
 }
 
-void PendingRequests::finish(int invokeId, const Answer& answer) {
+void PendingRequests::finish(int invokeId, const SwitchResponse& response) {
     auto node = m_waiting.extract(invokeId);
     if (!node.empty()) {
         node.mapped().timer->cancel();
-        node.mapped().handler(answer);
+        node.mapped().handler(response);
     }
 }
 

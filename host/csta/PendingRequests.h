@@ -16,50 +16,52 @@ namespace host {
 
 class WireDocument;
 
-/// How a request to the switch ended.
-struct Answer {
+/// The outcome of a request to the switch.
+struct SwitchResponse {
     enum class Kind {
-        eAnswered,  ///< `document` is the answer
-        eRefused,   ///< `category` and `value` say why
+        eResponse,  ///< `document` is the response
+        eRefused,   ///< `category` and `value` give the reason
         eTimedOut,
-        eLost,  ///< the connection is gone, or was never there
+        eLost,  ///< the connection was lost, or never existed
     };
 
     Kind kind = Kind::eLost;
-    /// Borrowed for the length of the handler.
+    /// Valid during the handler only.
     const WireDocument* document = nullptr;
     std::string category;
     std::string value;
 
-    [[nodiscard]] bool isOfKind(const char* rootName) const;
+    /// True for a positive response whose root element has that name.
+    [[nodiscard]] bool isNamed(const char* rootName) const;
 };
 
-/// The requests that wait for an answer of the switch. Each handler is called exactly once. Belongs to the reader thread;
-/// a handler may make new requests.
+/// The requests that wait for a response of the switch. Each handler is called exactly once and may send new
+/// requests. Reader thread only.
 class PendingRequests {
 public:
-    using Handler = std::function<void(const Answer&)>;
+    using Handler = std::function<void(const SwitchResponse&)>;
 
-    PendingRequests(asio::io_context& io, std::chrono::milliseconds limit);
+    PendingRequests(asio::io_context& io, std::chrono::milliseconds timeout);
 
-    /// The invoke id to send the request with; nothing when all are taken (the handler is then not called).
+    /// Returns the invoke id of the request; `std::nullopt` if all are in use. The handler is then not
+    /// called.
     [[nodiscard]] std::optional<int> add(Handler handler);
-    /// False when no request waits under that id: the answer is late, or was never asked for.
+    /// Returns false if no request with that id is waiting.
     bool complete(int invokeId, const WireDocument& document);
     void failAll();
 
 private:
     struct Waiting {
-        // Tells this request from a later one under the same id.
+        // Distinguishes this request from later ones with the same id.
         unsigned long serial = 0;
         Handler handler;
         std::unique_ptr<asio::steady_timer> timer;
     };
 
-    void finish(int invokeId, const Answer& answer);
+    void finish(int invokeId, const SwitchResponse& response);
 
     asio::io_context& m_io;
-    const std::chrono::milliseconds m_limit;
+    const std::chrono::milliseconds m_timeout;
     InvokeIds m_ids;
     unsigned long m_lastSerial = 0;
     std::map<int, Waiting> m_waiting;

@@ -1,4 +1,3 @@
-#include <cctype>
 #include <cstddef>
 
 #include "host/csta-wire/CallLogWire.h"
@@ -10,15 +9,8 @@ namespace host {
 
 namespace {
 
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    const int lower = std::tolower(static_cast<unsigned char>(c));
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-/// Empty unless the text is pairs of hexadecimal digits (with white space, which loggers insert) that make a text.
+/// Returns an empty string unless `hex` is pairs of hexadecimal digits, possibly with white space, that
+/// encode text.
 std::string textFromHex(std::string_view hex) {
     std::string digits;
     for (const char c : hex) {
@@ -28,8 +20,8 @@ std::string textFromHex(std::string_view hex) {
     }
     std::string text;
     for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        const int high = hexValue(digits[i]);
-        const int low = hexValue(digits[i + 1]);
+        const int high = hexDigitValue(digits[i]);
+        const int low = hexDigitValue(digits[i + 1]);
         if (high < 0 || low < 0) {
             return {};
         }

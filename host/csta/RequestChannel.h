@@ -7,7 +7,8 @@
 
 namespace host {
 
-/// The way of a request to the switch and of its answer back, as the parts of the link use it. Reader thread only.
+/// Sends requests to the switch and delivers their responses, for the components of the link. Reader thread
+/// only.
 class RequestChannel {
 public:
     RequestChannel() = default;
@@ -15,9 +16,10 @@ public:
     RequestChannel& operator=(const RequestChannel&) = delete;
     virtual ~RequestChannel() = default;
 
-    /// True when the association with the switch stands and monitors may be started.
+    /// True if the association is open and monitors can be started.
     [[nodiscard]] virtual bool isReady() const = 0;
-    /// Sends the message; `handler` is called exactly once, at once with `eLost` when it cannot be sent.
+    /// Sends the message. `handler` is called exactly once; at once with `eLost` if the message cannot be
+    /// sent.
     virtual void send(const std::string& xml, PendingRequests::Handler handler) = 0;
 };
 

@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-/// Null for an answer that the platform has no class for.
+/// Returns `nullptr` for a response that has no class in the platform.
 std::unique_ptr<CSTAResponse> responseNamed(std::string_view rootName) {
     if (rootName == "MonitorStopResponse") {
         return std::make_unique<CSTAMonitorStopResponse>();
@@ -28,10 +28,10 @@ std::unique_ptr<CSTAResponse> responseNamed(std::string_view rootName) {
 
 }  // namespace
 
-RequestOutcome RequestOutcome::withoutRefusal(const Answer& answer) {
-    switch (answer.kind) {
-        case Answer::Kind::eAnswered: return {kOk, responseNamed(answer.document->name())};
-        case Answer::Kind::eTimedOut: return {kTimedOut, nullptr};
+RequestOutcome RequestOutcome::withoutRefusal(const SwitchResponse& response) {
+    switch (response.kind) {
+        case SwitchResponse::Kind::eResponse: return {kOk, responseNamed(response.document->name())};
+        case SwitchResponse::Kind::eTimedOut: return {kTimedOut, nullptr};
         default: return {kConnectionLost, nullptr};
     }
 }

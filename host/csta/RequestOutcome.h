@@ -11,9 +11,9 @@
 
 namespace host {
 
-/// What a request of a service comes back with.
+/// The result of a service's request.
 struct RequestOutcome {
-    // Response codes. Services only tell 0 from the rest.
+    // Response codes. Services only distinguish 0 from the others.
     static constexpr int kOk = 0;
     static constexpr int kNotCarriedOut = -1;
     static constexpr int kTimedOut = -2;
@@ -27,7 +27,7 @@ struct RequestOutcome {
         return {kOk, std::make_unique<Response>(std::forward<Arguments>(arguments)...)};
     }
 
-    /// A refusal has the class of the answer that was hoped for.
+    /// A refusal, as an error response of the expected class.
     template <typename Response>
     [[nodiscard]] static RequestOutcome refused(std::string category, std::string value) {
         auto response = std::make_unique<Response>();
@@ -35,19 +35,20 @@ struct RequestOutcome {
         return {kOk, std::move(response)};
     }
 
-    /// For an answer that is not the one hoped for: a refusal, an answer to something else (in the class of that, or
-    /// none), or no answer.
+    /// Requires: `response` is not the expected one. It may be a refusal, a response of another kind (the
+    /// result has its class, or none), a timeout or a lost connection.
     template <typename Response>
-    [[nodiscard]] static RequestOutcome of(const Answer& answer) {
-        return answer.kind == Answer::Kind::eRefused ? refused<Response>(answer.category, answer.value)
-                                                     : withoutRefusal(answer);
+    [[nodiscard]] static RequestOutcome of(const SwitchResponse& response) {
+        return response.kind == SwitchResponse::Kind::eRefused
+                   ? refused<Response>(response.category, response.value)
+                   : withoutRefusal(response);
     }
 
 private:
-    [[nodiscard]] static RequestOutcome withoutRefusal(const Answer& answer);
+    [[nodiscard]] static RequestOutcome withoutRefusal(const SwitchResponse& response);
 };
 
-/// Called exactly once, by the reader thread.
+/// Called exactly once, on the reader thread.
 using CompleteRequest = std::function<void(RequestOutcome)>;
 
 }  // namespace host

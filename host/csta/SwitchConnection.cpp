@@ -8,7 +8,6 @@
 #include <utility>
 
 #include <asio/connect.hpp>
-#include <asio/write.hpp>
 
 #include "host/csta/LinkLog.h"
 
@@ -20,8 +19,8 @@ using asio::ip::tcp;
 
 constexpr std::chrono::seconds kConnectLimit{10};
 
-/// A switch that died without a word is noticed after about a minute of silence.
-void watchForSilence(tcp::socket& socket) {
+/// Detects a dead connection after about a minute without traffic.
+void enableKeepAlive(tcp::socket& socket) {
     std::error_code ignored;
     socket.set_option(asio::socket_base::keep_alive(true), ignored);
     socket.set_option(tcp::no_delay(true), ignored);
@@ -38,11 +37,11 @@ void watchForSilence(tcp::socket& socket) {
 }  // namespace
 
 SwitchConnection::SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port,
-                                   ExponentialBackoff pause, Handlers handlers)
+                                   ExponentialBackoff backoff, Handlers handlers)
     : m_host(std::move(host)),
       m_port(port),
       m_handlers(std::move(handlers)),
-      m_pause(pause),
+      m_backoff(backoff),
       m_resolver(io),
       m_socket(io),
       m_timer(io) {}
@@ -57,18 +56,18 @@ void SwitchConnection::close() {
     endAttempt();
 }
 
-void SwitchConnection::abandon(const std::string& why) {
+void SwitchConnection::abandon(const std::string& reason) {
     if (!m_open) {
         return;
     }
     endAttempt();
-    m_timer.expires_after(m_pause.next());
+    m_timer.expires_after(m_backoff.next());
     m_timer.async_wait([this, generation = m_generation](std::error_code error) {
         if (!error && generation == m_generation) {
             attempt();
         }
     });
-    m_handlers.lost(why);
+    m_handlers.lost(reason);
 }
 
 bool SwitchConnection::send(int invokeId, const std::string& xml) {
@@ -76,11 +75,13 @@ bool SwitchConnection::send(int invokeId, const std::string& xml) {
     if (!m_connected || !bytes) {
         return false;
     }
-    m_queuedBytes += bytes->size();
-    m_queue.push_back(std::move(*bytes));
-    if (m_queue.size() == 1) {
-        write();
-    }
+    m_queue.push(std::move(*bytes), [this](const std::error_code& error) {
+        if (error) {
+            abandon(error.message());
+        } else if (m_queue.bytes() > kMaxQueuedBytes) {
+            abandon("the switch does not read its messages");
+        }
+    });
     return true;
 }
 
@@ -117,7 +118,7 @@ void SwitchConnection::connect(const tcp::resolver::results_type& endpoints) {
 
 void SwitchConnection::becomeConnected() {
     m_timer.cancel();
-    watchForSilence(m_socket);
+    enableKeepAlive(m_socket);
     m_connected = true;
     read();
     m_handlers.connected();
@@ -127,7 +128,7 @@ void SwitchConnection::limitAttempt() {
     m_timer.expires_after(kConnectLimit);
     m_timer.async_wait([this, generation = m_generation](std::error_code error) {
         if (!error && generation == m_generation && !m_connected) {
-            abandon("no answer");
+            abandon("no response");
         }
     });
 }
@@ -150,7 +151,7 @@ void SwitchConnection::takeFrames(std::size_t received) {
     const unsigned generation = m_generation;
     m_reader.feed(std::string_view(m_received.data(), received));
     while (const std::optional<Frame> frame = m_reader.next()) {
-        m_pause.reset();
+        m_backoff.reset();
         m_handlers.frame(*frame);
         if (generation != m_generation) {
             return;
@@ -159,33 +160,11 @@ void SwitchConnection::takeFrames(std::size_t received) {
     for (const std::string& fault : m_reader.takeFaults()) {
         CSTA_LINK_LOG(3, "from the switch: %s", fault.c_str());
     }
-    if (m_reader.lost()) {
-        abandon("no message can be told from the others any more");
+    if (m_reader.isLost()) {
+        abandon("the byte stream contains no valid message");
         return;
     }
     read();
-}
-
-void SwitchConnection::write() {
-    if (m_queuedBytes > kMaxQueuedBytes) {
-        abandon("the switch does not read");
-        return;
-    }
-    asio::async_write(m_socket, asio::buffer(m_queue.front()),
-                      [this, generation = m_generation](std::error_code error, std::size_t written) {
-                          if (generation != m_generation) {
-                              return;
-                          }
-                          if (error) {
-                              abandon(error.message());
-                              return;
-                          }
-                          m_queuedBytes -= written;
-                          m_queue.pop_front();
-                          if (!m_queue.empty()) {
-                              write();
-                          }
-                      });
 }
 
 void SwitchConnection::endAttempt() {
@@ -197,7 +176,6 @@ void SwitchConnection::endAttempt() {
     m_socket.close(ignored);
     m_reader = FrameReader();
     m_queue.clear();
-    m_queuedBytes = 0;
 }
 
 }  // namespace host

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <string>
 
@@ -13,39 +12,41 @@
 #include <asio/steady_timer.hpp>
 
 #include "host/csta-wire/FrameReader.h"
+#include "host/csta-wire/SendQueue.h"
 #include "host/csta/ExponentialBackoff.h"
 
 namespace host {
 
-/// The TCP connection to the switch, made again with growing pauses until `close`. The pause begins anew only after
-/// the switch has said something: one that accepts and hangs up at once is not called every second for ever.
+/// The TCP connection to the switch. Reconnects with exponential backoff until `close`. The backoff is reset
+/// only after a message has been received, so a switch that accepts and disconnects at once is not retried
+/// every second.
 ///
-/// Belongs to the thread that runs the io_context, which it must outlive; handlers are called on that thread. A
-/// handler may call any operation.
+/// Call from the thread that runs the io_context only; the object must outlive that thread. Handlers run on
+/// the same thread and may call any operation.
 class SwitchConnection {
 public:
     struct Handlers {
         std::function<void()> connected;
         std::function<void(const Frame&)> frame;
-        /// An attempt failed, or the connection is gone; the next attempt is already planned.
-        std::function<void(const std::string& why)> lost;
+        /// An attempt failed or the connection was lost. The next attempt is already scheduled.
+        std::function<void(const std::string& reason)> lost;
     };
 
-    SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port, ExponentialBackoff pause,
+    SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port, ExponentialBackoff backoff,
                      Handlers handlers);
 
     void open();
-    /// Gives the connection up for good. No handler is called any more.
+    /// Closes the connection for good. No handler is called afterwards.
     void close();
-    /// Gives up this connection only, as if it had been lost.
-    void abandon(const std::string& why);
+    /// Closes the current connection as if it had been lost.
+    void abandon(const std::string& reason);
 
     [[nodiscard]] bool isConnected() const noexcept { return m_connected; }
-    /// Queues one message. False without a connection or when it is too long for a frame.
+    /// Queues one message. Returns false without a connection or if the message is too long for a frame.
     bool send(int invokeId, const std::string& xml);
 
 private:
-    // What waits to be written when the switch has stopped reading.
+    // Above this the switch is assumed to have stopped reading.
     static constexpr std::size_t kMaxQueuedBytes = 4U << 20U;
 
     void attempt();
@@ -54,26 +55,24 @@ private:
     void limitAttempt();
     void read();
     void takeFrames(std::size_t received);
-    void write();
     void endAttempt();
 
     const std::string m_host;
     const std::uint16_t m_port;
     const Handlers m_handlers;
-    ExponentialBackoff m_pause;
+    ExponentialBackoff m_backoff;
 
     asio::ip::tcp::resolver m_resolver;
     asio::ip::tcp::socket m_socket;
     asio::steady_timer m_timer;
-    // Tells the handlers of an attempt that is over from those of the present one.
+    // Distinguishes the handlers of the current connection from those of earlier ones.
     unsigned m_generation = 0;
     bool m_connected = false;
     bool m_open = false;
 
     FrameReader m_reader;
     std::array<char, 16384> m_received{};
-    std::deque<std::string> m_queue;
-    std::size_t m_queuedBytes = 0;
+    SendQueue m_queue{m_socket};
 };
 
 }  // namespace host

@@ -26,15 +26,15 @@ void SystemStatusReceivers::add(std::shared_ptr<EventSink> sink) {
 }
 
 void SystemStatusReceivers::release(const Service& source) {
-    const auto gone = std::stable_partition(
+    const auto removed = std::stable_partition(
         m_sinks.begin(), m_sinks.end(),
         [&source](const std::shared_ptr<EventSink>& sink) { return sink->source != &source; });
-    std::for_each(gone, m_sinks.end(), [](const std::shared_ptr<EventSink>& sink) { sink->live = false; });
-    m_sinks.erase(gone, m_sinks.end());
+    std::for_each(removed, m_sinks.end(), [](const std::shared_ptr<EventSink>& sink) { sink->live = false; });
+    m_sinks.erase(removed, m_sinks.end());
 }
 
 void SystemStatusReceivers::deliver(std::string_view word) {
-    if (word.empty() || (isServing(word) && word == m_lastWord)) {
+    if (word.empty() || (isInService(word) && word == m_lastWord)) {
         return;
     }
     m_lastWord = word;
@@ -51,7 +51,7 @@ void SystemStatusReceivers::deliverDevices(const std::vector<LineDevice>& device
         return;
     }
     m_devices = devices;
-    CSTA_LINK_LOG(5, "the phone serves %zu devices", m_devices.size());
+    CSTA_LINK_LOG(5, "the phone has %zu devices", m_devices.size());
     for (const std::shared_ptr<EventSink>& sink : m_sinks) {
         deliverDevicesTo(sink);
     }

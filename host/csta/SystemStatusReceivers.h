@@ -10,25 +10,26 @@
 
 namespace host {
 
-/// Who asked to be told of the switch's system status, and with it of the devices that the phone serves; and what they
-/// were told last. Reader thread only.
+/// The services registered for the switch's system status and the phone's devices, and what was delivered
+/// last. Reader thread only.
 ///
-/// A heart-beat repeats the status without an event behind it; while the switch serves, the same word is delivered
-/// once a connection. The devices are delivered when they are known and when they change, and to a newcomer at once.
+/// Some switches repeat the status as a heartbeat, so a status in service ("normal", "enabled") that repeats
+/// the previous one is delivered once per connection. The devices are delivered when they are known and when
+/// they change, and at once to a new receiver.
 class SystemStatusReceivers {
 public:
     explicit SystemStatusReceivers(EventDelivery delivery);
 
-    /// A receiver that is there already is not added again.
+    /// Ignores a receiver that is already registered.
     void add(std::shared_ptr<EventSink> sink);
     void release(const Service& source);
 
     void deliver(std::string_view word);
-    /// The switch's status is known without anybody having to be told.
+    /// Stores the switch's status without delivering it.
     void remember(std::string_view word) { m_lastWord = word; }
     void connectionLost() { m_lastWord.clear(); }
 
-    /// `again` delivers the devices even when they are the same as before.
+    /// `again` delivers the devices even if they have not changed.
     void deliverDevices(const std::vector<LineDevice>& devices, bool again);
 
 private:

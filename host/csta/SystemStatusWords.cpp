@@ -28,7 +28,7 @@ bool losesMonitors(std::string_view word) noexcept {
     return word == "initializing" || word == "disabled";
 }
 
-bool isServing(std::string_view word) noexcept {
+bool isInService(std::string_view word) noexcept {
     return word == "enabled" || word == "normal";
 }
 

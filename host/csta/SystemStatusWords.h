@@ -5,13 +5,13 @@
 
 namespace host {
 
-/// The status text of the platform (`communicationsServiceTexts::systemState_...`) for the standard's word. A switch
-/// that is `initializing` has lost its calls: that is a reset. A word without a text of its own is passed on as it is.
+/// The status text of the platform (`communicationsServiceTexts::systemState_...`) for the standard's word.
+/// `initializing` becomes a reset, because the switch has lost its calls. Other words are returned unchanged.
 [[nodiscard]] std::string platformStatus(std::string_view word);
 
-/// `initializing` and `disabled`: the switch has no monitors any more, and will want them started again.
+/// True for `initializing` and `disabled`: the switch has lost its monitors, which must be restarted.
 [[nodiscard]] bool losesMonitors(std::string_view word) noexcept;
-/// `enabled` and `normal`: the switch serves.
-[[nodiscard]] bool isServing(std::string_view word) noexcept;
+/// True for `enabled` and `normal`: the switch is in service.
+[[nodiscard]] bool isInService(std::string_view word) noexcept;
 
 }  // namespace host

@@ -14,11 +14,11 @@ using Entry = CallLogEntryEvent;
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-// So many remembered times are looked through for those that are past.
+// Above this number of stored times, those in the past are removed.
 constexpr std::size_t kManyTimes = 2000;
 
 sys_seconds now() {
-    return std::chrono::floor<seconds>(std::chrono::system_clock::now());
+    return std::chrono::time_point_cast<seconds>(std::chrono::system_clock::now());
 }
 
 std::string textOf(sys_seconds time) {
@@ -40,7 +40,7 @@ bool isOfParty(const Entry& entry, const CallLog::Party& party) {
 
 }  // namespace
 
-CallLog::Events CallLog::file(Entry::_LogTarget log, const Party& party) {
+CallLog::Events CallLog::add(Entry::_LogTarget log, const Party& party) {
     Entry entry;
     entry.logTarget = log;
     entry.subscriberNumber = party.number;
@@ -64,7 +64,7 @@ CallLog::Events CallLog::file(Entry::_LogTarget log, const Party& party) {
     }
     Events events = {std::move(entry)};
     if (parties.size() > kMaxParties) {
-        // Of several that called last in one second the one that is furthest back.
+        // Of several parties with the same time, the last one in the list.
         const auto found = std::min_element(
             parties.rbegin(), parties.rend(),
             [](const Entries& a, const Entries& b) { return a.front().entryTime < b.front().entryTime; });
@@ -84,18 +84,18 @@ CallLog::Events CallLog::remove(Entry::_LogTarget log, const std::string& number
         return {};
     }
     const Entry* const newest = &known->front();
-    return take(log, [newest](const Entry& entry) { return &entry == newest; });
+    return removeIf(log, [newest](const Entry& entry) { return &entry == newest; });
 }
 
 CallLog::Events CallLog::clear(Entry::_LogTarget log) {
     if (log == Entry::eMissedGroup) {
-        return take(log, [](const Entry& /*entry*/) { return true; });
+        return removeIf(log, [](const Entry& /*entry*/) { return true; });
     }
-    bool nothing = std::exchange(m_logs[log], {}).empty();
+    bool wasEmpty = std::exchange(m_logs[log], {}).empty();
     if (log == Entry::eMissed) {
-        nothing = std::exchange(m_logs[Entry::eMissedGroup], {}).empty() && nothing;
+        wasEmpty = std::exchange(m_logs[Entry::eMissedGroup], {}).empty() && wasEmpty;
     }
-    if (nothing) {
+    if (wasEmpty) {
         return {};
     }
     Entry event;
@@ -134,16 +134,16 @@ std::string CallLog::nextTime(const std::string& number) {
     return textOf(last->second);
 }
 
-/// The phone means a group's entry when it names a time that no other entry of that number has: it gives these a time of
-/// its own, and its request does not tell them apart.
+/// A request is about a group's entry if no missed call of the number has its time: the phone assigns its own
+/// time to the entries of groups, and its request does not distinguish them.
 CallLog::Events CallLog::removeUpTo(const CallLogEntryRequest& request) {
     const auto isOfNumber = [&request](const Entry& entry) {
         return entry.subscriberNumber == request.subscriberNumber;
     };
-    const auto holds = [this](Entry::_LogTarget log, auto isMeant) {
+    const auto holds = [this](Entry::_LogTarget log, auto matches) {
         const Parties& parties = m_logs[log];
-        return std::any_of(parties.begin(), parties.end(), [&isMeant](const Entries& entries) {
-            return std::any_of(entries.begin(), entries.end(), isMeant);
+        return std::any_of(parties.begin(), parties.end(), [&matches](const Entries& entries) {
+            return std::any_of(entries.begin(), entries.end(), matches);
         });
     };
     const auto isExactly = [&](const Entry& entry) {
@@ -151,24 +151,24 @@ CallLog::Events CallLog::removeUpTo(const CallLogEntryRequest& request) {
     };
     const bool ofGroup = request.logTarget == Entry::eMissed && !holds(Entry::eMissed, isExactly) &&
                          holds(Entry::eMissedGroup, isOfNumber);
-    return take(ofGroup ? Entry::eMissedGroup : request.logTarget, [&](const Entry& entry) {
+    return removeIf(ofGroup ? Entry::eMissedGroup : request.logTarget, [&](const Entry& entry) {
         return isOfNumber(entry) && entry.entryTime <= request.entryTime;
     });
 }
 
 CallLog::Events CallLog::removeGroup(const CallLogEntryRequest& request) {
     const Party party{request.subscriberNumber, {}, request.further.back().text};
-    return take(Entry::eMissedGroup, [&party](const Entry& entry) { return isOfParty(entry, party); });
+    return removeIf(Entry::eMissedGroup, [&party](const Entry& entry) { return isOfParty(entry, party); });
 }
 
-template <typename IsMeant>
-CallLog::Events CallLog::take(Entry::_LogTarget log, IsMeant isMeant) {
+template <typename Predicate>
+CallLog::Events CallLog::removeIf(Entry::_LogTarget log, Predicate matches) {
     Events events;
     Parties& parties = m_logs[log];
     for (Entries& entries : parties) {
         Entries kept;
         for (Entry& entry : entries) {
-            if (isMeant(entry)) {
+            if (matches(entry)) {
                 events.push_back(deletionOf(entry));
             } else {
                 kept.push_back(std::move(entry));
@@ -180,7 +180,7 @@ CallLog::Events CallLog::take(Entry::_LogTarget log, IsMeant isMeant) {
     return events;
 }
 
-/// A group's entries have a time of the phone's own there, which no entry is later than that has come about by now.
+/// The phone assigns its own time to a group's entries. That time is not later than now.
 Entry CallLog::deletionOf(const Entry& entry) {
     Entry event;
     event.action = entry.logTarget == Entry::eMissedGroup ? Entry::eDeleteAll : Entry::eDelete;

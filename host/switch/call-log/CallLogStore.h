@@ -8,11 +8,10 @@
 
 namespace host {
 
-/// The call logs of a simulated switch, one a device, kept as long as the simulator lives, however often it is stopped.
-/// Threads: any; it has a lock of its own.
+/// The call logs of a simulated switch, one per device. They survive a restart of the simulator. Thread-safe.
 class CallLogStore {
 public:
-    /// Does `work` with the log of `device` and gives on what it answers.
+    /// Calls `work` with the log of `device`, under the lock, and returns its result.
     template <typename Work>
     auto change(const std::string& device, Work work) {
         const std::lock_guard lock(m_mutex);
@@ -22,7 +21,7 @@ public:
     [[nodiscard]] CallLog::Events entries(const std::string& device) const;
 
 private:
-    /// Devices that are written differently are one.
+    /// Equal for all written forms of the same device.
     [[nodiscard]] static std::string keyOf(const std::string& device);
 
     mutable std::mutex m_mutex;

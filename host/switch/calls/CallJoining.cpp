@@ -8,7 +8,7 @@ namespace {
 
 using Side = SimulatedCall::Side;
 
-/// `key=value` pairs; what would end a value is written as a percent sign and two digits.
+/// `key=value` pairs. Characters that would end a value are percent-encoded.
 class PrivatePairs {
 public:
     void add(const std::string& key, const std::string& value) {
@@ -35,8 +35,8 @@ private:
     std::string m_text;
 };
 
-/// What the switch knows of a call's past that the new one does not show.
-std::string pastOf(const SimulatedCall& call, Side transferring) {
+/// The history of a call that the events of the new call do not contain, as private text.
+std::string historyOf(const SimulatedCall& call, Side transferring) {
     PrivatePairs pairs;
     if (transferring == Side::eCalled) {
         pairs.add("dialledName", call.firstCalled().name);
@@ -51,31 +51,31 @@ std::string pastOf(const SimulatedCall& call, Side transferring) {
     return pairs.text();
 }
 
-SimulatedEvent joining(WireEvent event, const std::string& newCallId, const SimulatedCall& primary,
+SimulatedEvent joining(WireEvent type, const std::string& newCallId, const SimulatedCall& primary,
                        const Party& owner) {
-    SimulatedEvent heard;
-    heard.event = event;
-    heard.callId = primary.id();
-    heard.newCallId = newCallId;
-    heard.subject = owner;
-    heard.device = owner;
-    return heard;
+    SimulatedEvent event;
+    event.type = type;
+    event.callId = primary.id();
+    event.newCallId = newCallId;
+    event.subject = owner;
+    event.device = owner;
+    return event;
 }
 
 SimulatedCall::End connected(const Party& party) {
     return {party, "connected"};
 }
 
-/// To `listener`: the call `callId` leads to `farEnd`, and to the others.
+/// Sends `listener` the members of the conference. The first one is the far end of its call `callId`.
 SimulatedEvent membership(const std::string& callId, const Party& listener,
                           std::vector<Party> farEndAndOthers) {
-    SimulatedEvent heard;
-    heard.event = WireEvent::ePrivate;
-    heard.callId = callId;
-    heard.subject = farEndAndOthers.front();
-    heard.members = std::move(farEndAndOthers);
-    heard.listeners = {{listener.number, "connected"}};
-    return heard;
+    SimulatedEvent event;
+    event.type = WireEvent::ePrivate;
+    event.callId = callId;
+    event.subject = farEndAndOthers.front();
+    event.members = std::move(farEndAndOthers);
+    event.listeners = {{listener.number, "connected"}};
+    return event;
 }
 
 }  // namespace
@@ -87,29 +87,30 @@ const SimulatedCall::End& HeldPair::otherEnd() const {
 TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallId) {
     const Party& remaining = calls.heldEnd().party;
     const SimulatedCall::End& target = calls.otherEnd();
-    SimulatedEvent heard = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
-    heard.secondaryCallId = calls.other.id();
-    heard.newDestination = target.party;
-    heard.connections = {{remaining, calls.held.id()}, {target.party, calls.other.id()}};
-    heard.cause = "transfer";
-    heard.privateText = pastOf(calls.held, calls.holder);
-    heard.listeners = {
+    SimulatedEvent event = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
+    event.secondaryCallId = calls.other.id();
+    event.newDestination = target.party;
+    event.connections = {{remaining, calls.held.id()}, {target.party, calls.other.id()}};
+    event.cause = "transfer";
+    event.privateText = historyOf(calls.held, calls.holder);
+    event.listeners = {
         {calls.owner().number, "null"}, {remaining.number, "connected"}, {target.party.number, target.state}};
-    return {SimulatedCall::transferred(newCallId, connected(remaining), target), {std::move(heard)}};
+    return {SimulatedCall::transferred(newCallId, connected(remaining), target), {std::move(event)}};
 }
 
-TransferredCall handOn(SimulatedCall call, Side by, const Party& to, const std::string& newCallId) {
+TransferredCall singleStepTransfer(SimulatedCall call, Side by, const Party& to,
+                                   const std::string& newCallId) {
     const Party owner = call.party(by);
     const Party remaining = call.party(SimulatedCall::other(by));
-    CallOccurrences all = {call.hold(by, "singleStepTransfer")};
+    SimulatedEvents all = {call.hold(by, "singleStepTransfer")};
     all.push_back(call.leave(by));
-    SimulatedEvent heard = joining(WireEvent::eTransferred, newCallId, call, owner);
-    heard.newDestination = to;
-    heard.connections = {{remaining, call.id()}, {to, {}}};
-    heard.cause = "singleStepTransfer";
-    heard.privateText = pastOf(call, by);
-    heard.listeners = {{owner.number, "null"}, {remaining.number, "connected"}};
-    all.push_back(std::move(heard));
+    SimulatedEvent event = joining(WireEvent::eTransferred, newCallId, call, owner);
+    event.newDestination = to;
+    event.connections = {{remaining, call.id()}, {to, {}}};
+    event.cause = "singleStepTransfer";
+    event.privateText = historyOf(call, by);
+    event.listeners = {{owner.number, "null"}, {remaining.number, "connected"}};
+    all.push_back(std::move(event));
     SimulatedCall next = SimulatedCall::transferred(newCallId, connected(remaining), {to, "null"});
     all.push_back(next.ring());
     return {std::move(next), std::move(all)};
@@ -119,16 +120,16 @@ ConferencedCalls joinCalls(const HeldPair& calls, const std::string& newCallId) 
     const Party& owner = calls.owner();
     const Party& first = calls.heldEnd().party;
     const Party& added = calls.otherEnd().party;
-    SimulatedEvent heard = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
-    heard.secondaryCallId = calls.other.id();
-    heard.newDestination = added;
-    heard.connections = {{owner, calls.held.id()}, {first, calls.held.id()}, {added, calls.other.id()}};
-    heard.cause = "conference";
+    SimulatedEvent event = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
+    event.secondaryCallId = calls.other.id();
+    event.newDestination = added;
+    event.connections = {{owner, calls.held.id()}, {first, calls.held.id()}, {added, calls.other.id()}};
+    event.cause = "conference";
     for (const Party& member : {owner, first, added}) {
-        heard.listeners.push_back({member.number, "connected"});
+        event.listeners.push_back({member.number, "connected"});
     }
     return {SimulatedConference(newCallId, {owner, first, added}),
-            {std::move(heard), membership(calls.held.id(), owner, {first, added}),
+            {std::move(event), membership(calls.held.id(), owner, {first, added}),
              membership(calls.other.id(), owner, {added, first}),
              membership(calls.held.id(), first, {owner, added}),
              membership(calls.other.id(), added, {owner, first})}};

@@ -7,19 +7,19 @@
 
 namespace host {
 
-/// Two parties out of two calls in a new one, and what the phones hear of it.
+/// The new call of a transfer, and the events for the phones.
 struct TransferredCall {
     SimulatedCall call;
-    CallOccurrences heard;
+    SimulatedEvents events;
 };
 
-/// Three parties out of two calls in a new one, and what the phones hear of it.
+/// The conference of the three parties of two calls, and the events for the phones.
 struct ConferencedCalls {
     SimulatedConference conference;
-    CallOccurrences heard;
+    SimulatedEvents events;
 };
 
-/// A call that one of its ends holds, and another call of the same party: what a transfer and a conference begin with.
+/// A held call and another call of the holder: the input of a transfer and a conference.
 struct HeldPair {
     const SimulatedCall& held;
     SimulatedCall::Side holder;
@@ -30,12 +30,12 @@ struct HeldPair {
     [[nodiscard]] const SimulatedCall::End& otherEnd() const;
 };
 
-/// The owner of both calls connects their far ends and is out. The other call may still ring.
+/// The owner connects the far ends of both calls and leaves. The other call may still ring.
 [[nodiscard]] TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallId);
-/// `by` hands the call on without asking `to`, who rings.
-[[nodiscard]] TransferredCall handOn(SimulatedCall call, SimulatedCall::Side by, const Party& to,
-                                     const std::string& newCallId);
-/// The owner of both calls joins them. Each member is then told by the switch who the far end of its call was.
+/// `by` transfers the call to `to` without consultation. The phone of `to` rings.
+[[nodiscard]] TransferredCall singleStepTransfer(SimulatedCall call, SimulatedCall::Side by, const Party& to,
+                                                 const std::string& newCallId);
+/// The owner joins both calls. The switch then sends each member the far end of its call.
 [[nodiscard]] ConferencedCalls joinCalls(const HeldPair& calls, const std::string& newCallId);
 
 }  // namespace host

@@ -6,77 +6,76 @@ namespace host {
 
 namespace {
 
-// The id under which a call is reported that the phone never saw.
+// The call id of a missed call that is only reported.
 constexpr const char* kUnseenCallId = "-1";
 constexpr const char* kAnsweredElsewhere = "multipleAlerting";
 
-/// Nobody keeps a log for a device that is not named.
+/// Only devices with a number have a log.
 bool hasLog(const Party& device) {
     return !device.anonymous && !device.number.empty();
 }
 
 }  // namespace
 
-std::vector<FinishedCall> FinishedCalls::follow(const SimulatedEvent& occurrence) {
-    const Party& subject = occurrence.subject;
-    const std::string& callId = occurrence.callId;
-    switch (occurrence.event) {
-        case WireEvent::eOriginated: note(subject, callId, {true, false, occurrence.called}); break;
-        case WireEvent::eDelivered: note(subject, callId, {false, false, occurrence.calling}); break;
-        case WireEvent::eEstablished: note(subject, callId, {false, true, occurrence.calling}); break;
+std::vector<FinishedCall> FinishedCalls::follow(const SimulatedEvent& event) {
+    const Party& subject = event.subject;
+    const std::string& callId = event.callId;
+    switch (event.type) {
+        case WireEvent::eOriginated: record(subject, callId, {true, false, event.called}); break;
+        case WireEvent::eDelivered: record(subject, callId, {false, false, event.calling}); break;
+        case WireEvent::eEstablished: record(subject, callId, {false, true, event.calling}); break;
         case WireEvent::eDiverted: m_calls.erase({subject.number, callId}); break;
-        case WireEvent::eConnectionCleared: return cleared(occurrence);
+        case WireEvent::eConnectionCleared: return cleared(event);
         case WireEvent::eTransferred:
-        case WireEvent::eConferenced: return joined(occurrence);
+        case WireEvent::eConferenced: return joined(event);
         case WireEvent::eCallInformation:
             if (callId == kUnseenCallId) {
-                return {{subject.number, CallLogEntryEvent::eMissed, occurrence.calling}};
+                return {{subject.number, CallLogEntryEvent::eMissed, event.calling}};
             }
-            learnName(occurrence);
+            updateName(event);
             break;
         default: break;
     }
     return {};
 }
 
-void FinishedCalls::note(const Party& device, const std::string& callId, const Call& call) {
+void FinishedCalls::record(const Party& device, const std::string& callId, const Call& call) {
     if (hasLog(device)) {
         m_calls[{device.number, callId}] = call;
     }
 }
 
-void FinishedCalls::learnName(const SimulatedEvent& occurrence) {
-    const auto call = m_calls.find({occurrence.subject.number, occurrence.callId});
-    if (call != m_calls.end() && isSameDevice(call->second.party, occurrence.calling)) {
-        call->second.party = occurrence.calling;
+void FinishedCalls::updateName(const SimulatedEvent& event) {
+    const auto call = m_calls.find({event.subject.number, event.callId});
+    if (call != m_calls.end() && isSameDevice(call->second.party, event.calling)) {
+        call->second.party = event.calling;
     }
 }
 
-std::vector<FinishedCall> FinishedCalls::cleared(const SimulatedEvent& occurrence) {
-    const auto call = m_calls.extract(Key{occurrence.subject.number, occurrence.callId});
+std::vector<FinishedCall> FinishedCalls::cleared(const SimulatedEvent& event) {
+    const auto call = m_calls.extract(Key{event.subject.number, event.callId});
     if (call.empty()) {
         return {};
     }
     const Call& over = call.mapped();
-    if (!over.outgoing && !over.answered && occurrence.cause == kAnsweredElsewhere) {
+    if (!over.outgoing && !over.established && event.cause == kAnsweredElsewhere) {
         return {};
     }
     return {finished(call.key().first, over)};
 }
 
-std::vector<FinishedCall> FinishedCalls::joined(const SimulatedEvent& occurrence) {
+std::vector<FinishedCall> FinishedCalls::joined(const SimulatedEvent& event) {
     std::vector<FinishedCall> over;
-    for (const std::string& oldCallId : {occurrence.callId, occurrence.secondaryCallId}) {
-        for (const SimulatedEvent::Listener& listener : occurrence.listeners) {
+    for (const std::string& oldCallId : {event.callId, event.secondaryCallId}) {
+        for (const SimulatedEvent::Listener& listener : event.listeners) {
             const auto call = m_calls.extract(Key{listener.device, oldCallId});
             if (call.empty()) {
                 continue;
             }
             const bool stays = std::any_of(
-                occurrence.connections.begin(), occurrence.connections.end(),
+                event.connections.begin(), event.connections.end(),
                 [&listener](const auto& connection) { return connection.party.number == listener.device; });
-            if (!stays ||
-                !m_calls.emplace(Key{listener.device, occurrence.newCallId}, call.mapped()).second) {
+            if (!stays || !m_calls.emplace(Key{listener.device, event.newCallId}, call.mapped()).second) {
                 over.push_back(finished(listener.device, call.mapped()));
             }
         }
@@ -85,9 +84,9 @@ std::vector<FinishedCall> FinishedCalls::joined(const SimulatedEvent& occurrence
 }
 
 FinishedCall FinishedCalls::finished(const std::string& device, const Call& call) {
-    const CallLogEntryEvent::_LogTarget log = call.outgoing   ? CallLogEntryEvent::eDialled
-                                              : call.answered ? CallLogEntryEvent::eReceived
-                                                              : CallLogEntryEvent::eMissed;
+    const CallLogEntryEvent::_LogTarget log = call.outgoing      ? CallLogEntryEvent::eDialled
+                                              : call.established ? CallLogEntryEvent::eReceived
+                                                                 : CallLogEntryEvent::eMissed;
     return {device, log, call.party};
 }
 

@@ -10,7 +10,7 @@
 
 namespace host {
 
-/// A call that is over for a device, and the log that it belongs in.
+/// A call that has ended for a device, and its log.
 struct FinishedCall {
     std::string device;
     CallLogEntryEvent::_LogTarget log = CallLogEntryEvent::eMissed;
@@ -18,32 +18,32 @@ struct FinishedCall {
     Party party;
 };
 
-/// Follows what the phones hear and says which calls are over for which device:
+/// Follows the events of the phones and reports the calls that have ended for a device:
 ///
 ///     made by the device                                  dialled
-///     came to it, answered there                          received
-///     came to it, not answered; or only reported to it    missed
-///     forwarded on, or answered at another phone          in no log
+///     received and answered by the device                 received
+///     received, not answered; or only reported to it      missed
+///     forwarded, or answered at another phone             in no log
 ///
-/// A transfer or a conference goes on as the call that it was made from; the device's other call is over with it.
+/// A transferred or conferenced call continues the call that it was made from; the device's other call ends.
 /// Not thread-safe.
 class FinishedCalls {
 public:
-    [[nodiscard]] std::vector<FinishedCall> follow(const SimulatedEvent& occurrence);
+    [[nodiscard]] std::vector<FinishedCall> follow(const SimulatedEvent& event);
 
 private:
     struct Call {
         bool outgoing = false;
-        bool answered = false;
+        bool established = false;
         Party party;
     };
     /// By device and call id.
     using Key = std::pair<std::string, std::string>;
 
-    void note(const Party& device, const std::string& callId, const Call& call);
-    void learnName(const SimulatedEvent& occurrence);
-    [[nodiscard]] std::vector<FinishedCall> cleared(const SimulatedEvent& occurrence);
-    [[nodiscard]] std::vector<FinishedCall> joined(const SimulatedEvent& occurrence);
+    void record(const Party& device, const std::string& callId, const Call& call);
+    void updateName(const SimulatedEvent& event);
+    [[nodiscard]] std::vector<FinishedCall> cleared(const SimulatedEvent& event);
+    [[nodiscard]] std::vector<FinishedCall> joined(const SimulatedEvent& event);
     [[nodiscard]] static FinishedCall finished(const std::string& device, const Call& call);
 
     std::map<Key, Call> m_calls;

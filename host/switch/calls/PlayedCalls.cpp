@@ -15,12 +15,12 @@ using Side = SimulatedCall::Side;
 
 constexpr const char* kNormal = "normalClearing";
 
-/// What needs the called phone to ring finds it ringing.
-CallOccurrences rungFirst(SimulatedCall& call) {
-    return call.isRinging() ? CallOccurrences() : CallOccurrences{call.ring()};
+/// Lets the called phone ring if it does not ring yet.
+SimulatedEvents ringIfNeeded(SimulatedCall& call) {
+    return call.isRinging() ? SimulatedEvents() : SimulatedEvents{call.ring()};
 }
 
-void append(CallOccurrences& all, CallOccurrences more) {
+void append(SimulatedEvents& all, SimulatedEvents more) {
     all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
@@ -30,14 +30,14 @@ PlayedCalls::PlayedCalls(std::string phone, std::vector<std::string> lines,
                          std::function<std::string()> newCallId)
     : m_phone(std::move(phone)), m_lines(std::move(lines)), m_newCallId(std::move(newCallId)) {}
 
-CallOccurrences PlayedCalls::perform(const ScenarioStep& step) {
+SimulatedEvents PlayedCalls::perform(const ScenarioStep& step) {
     switch (step.action) {
         case Action::eCall:
         case Action::eDial: return make(step);
         case Action::eConsult: return consult(step);
         case Action::eReportMissed:
         case Action::eCallBackSet:
-        case Action::eCallBackCancel: return beside(step);
+        case Action::eCallBackCancel: return eventWithoutCall(step);
         default: break;
     }
     if (const auto call = m_calls.find(step.call); call != m_calls.end()) {
@@ -49,128 +49,130 @@ CallOccurrences PlayedCalls::perform(const ScenarioStep& step) {
     return {};
 }
 
-CallOccurrences PlayedCalls::hangUpAll() {
-    CallOccurrences heard;
+SimulatedEvents PlayedCalls::hangUpAll() {
+    SimulatedEvents events;
     for (auto& [name, call] : m_calls) {
-        append(heard, call.hangUp(Side::eCaller, kNormal));
+        append(events, call.hangUp(Side::eCaller, kNormal));
     }
     for (auto& [name, conference] : m_conferences) {
-        append(heard, conference.hangUp(orPhone({})));
+        append(events, conference.hangUp(partyOrPhone({})));
     }
     m_calls.clear();
     m_conferences.clear();
-    return heard;
+    return events;
 }
 
-CallOccurrences PlayedCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
+SimulatedEvents PlayedCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
     switch (step.action) {
         case Action::eRing: return {call.ring()};
-        case Action::eResponse: {
-            CallOccurrences heard = rungFirst(call);
-            heard.push_back(call.answer());
-            return heard;
+        case Action::eAnswerCall: {
+            SimulatedEvents events = ringIfNeeded(call);
+            events.push_back(call.answerCall());
+            return events;
         }
         case Action::eHold: return {call.hold(sideOf(step, call), "normal")};
         case Action::eRetrieve: return {call.retrieve(sideOf(step, call))};
         case Action::eHangUp: return call.hangUp(sideOf(step, call), kNormal);
-        case Action::eGiveUp: return call.hangUp(Side::eCaller, kNormal);
+        case Action::eAbandon: return call.hangUp(Side::eCaller, kNormal);
         case Action::eBusy: return call.busy();
         case Action::eNoAnswer: {
-            CallOccurrences heard = rungFirst(call);
-            append(heard, call.hangUp(Side::eCaller, kNormal));
-            return heard;
+            SimulatedEvents events = ringIfNeeded(call);
+            append(events, call.hangUp(Side::eCaller, kNormal));
+            return events;
         }
         case Action::eDivert: return call.divert(step.to, step.word);
-        case Action::ePickUp: return call.divert(orPhone(step.to), "callPickup");
-        case Action::eElsewhere: return {call.answerElsewhere()};
-        case Action::eHandOn: {
-            TransferredCall next = handOn(call, sideOf(step, call), orPhone(step.to), m_newCallId());
-            put(step.call, std::move(next.call));
-            return std::move(next.heard);
+        case Action::ePickUp: return call.divert(partyOrPhone(step.to), "callPickup");
+        case Action::eAnsweredElsewhere: return {call.answerElsewhere()};
+        case Action::eSingleStepTransfer: {
+            TransferredCall next =
+                singleStepTransfer(call, sideOf(step, call), partyOrPhone(step.to), m_newCallId());
+            store(step.call, std::move(next.call));
+            return std::move(next.events);
         }
         case Action::eTransfer:
         case Action::eJoin: return joinWithOther(step, call);
         case Action::eMarkMissed: return {call.markMissed()};
-        case Action::eName: return {call.tellName(sideOf(step, call), step.word)};
+        case Action::eName: return {call.setName(sideOf(step, call), step.word)};
         default: return {};
     }
 }
 
-CallOccurrences PlayedCalls::performInConference(const ScenarioStep& step,
+SimulatedEvents PlayedCalls::performInConference(const ScenarioStep& step,
                                                  SimulatedConference& conference) const {
-    return step.action == Action::eHangUp  ? conference.hangUp(orPhone({}))
-           : step.action == Action::eLeave ? conference.leave(orPhone(step.to))
-                                           : CallOccurrences();
+    return step.action == Action::eHangUp  ? conference.hangUp(partyOrPhone({}))
+           : step.action == Action::eLeave ? conference.leave(partyOrPhone(step.to))
+                                           : SimulatedEvents();
 }
 
-CallOccurrences PlayedCalls::make(const ScenarioStep& step) {
-    SimulatedCall call(m_newCallId(), orPhone(step.from), orPhone(step.to), step.redirectedFrom, step.word);
-    CallOccurrences heard = call.originate(step.action == Action::eDial ? "makeCall" : "");
-    put(step.call, std::move(call));
-    return heard;
+SimulatedEvents PlayedCalls::make(const ScenarioStep& step) {
+    SimulatedCall call(m_newCallId(), partyOrPhone(step.from), partyOrPhone(step.to), step.redirectedFrom,
+                       step.word);
+    SimulatedEvents events = call.originate(step.action == Action::eDial ? "makeCall" : "");
+    store(step.call, std::move(call));
+    return events;
 }
 
-CallOccurrences PlayedCalls::consult(const ScenarioStep& step) {
+SimulatedEvents PlayedCalls::consult(const ScenarioStep& step) {
     const auto first = m_calls.find(step.other);
     if (first == m_calls.end()) {
         return {};
     }
     const Side by = sideOf(step, first->second);
-    CallOccurrences heard = {first->second.hold(by, "consultation")};
-    SimulatedCall call(m_newCallId(), first->second.party(by), orPhone(step.to), {}, {});
-    append(heard, call.originate("consultation"));
-    put(step.call, std::move(call));
-    return heard;
+    SimulatedEvents events = {first->second.hold(by, "consultation")};
+    SimulatedCall call(m_newCallId(), first->second.party(by), partyOrPhone(step.to), {}, {});
+    append(events, call.originate("consultation"));
+    store(step.call, std::move(call));
+    return events;
 }
 
-CallOccurrences PlayedCalls::joinWithOther(const ScenarioStep& step, const SimulatedCall& held) {
+SimulatedEvents PlayedCalls::joinWithOther(const ScenarioStep& step, const SimulatedCall& held) {
     const auto other = m_calls.find(step.other);
     if (other == m_calls.end()) {
         return {};
     }
     const Side holder = held.end(Side::eCaller).state == "hold" ? Side::eCaller : Side::eCalled;
     const HeldPair pair{held, holder, other->second};
-    CallOccurrences heard;
+    SimulatedEvents events;
     if (step.action == Action::eTransfer) {
         TransferredCall next = transferCalls(pair, m_newCallId());
-        heard = std::move(next.heard);
-        put(step.call, std::move(next.call));
+        events = std::move(next.events);
+        store(step.call, std::move(next.call));
     } else {
         ConferencedCalls next = joinCalls(pair, m_newCallId());
-        heard = std::move(next.heard);
+        events = std::move(next.events);
         m_calls.erase(step.call);
         m_conferences.insert_or_assign(step.call, std::move(next.conference));
     }
     m_calls.erase(step.other);
-    return heard;
+    return events;
 }
 
-/// What the switch tells the phone without any call.
-CallOccurrences PlayedCalls::beside(const ScenarioStep& step) const {
-    SimulatedEvent heard;
-    heard.subject = orPhone({});
-    heard.device = heard.subject;
-    heard.listeners = {{heard.subject.number, "null"}};
+/// An event that the switch sends to the phone without a call.
+SimulatedEvents PlayedCalls::eventWithoutCall(const ScenarioStep& step) const {
+    SimulatedEvent event;
+    event.subject = partyOrPhone({});
+    event.device = event.subject;
+    event.listeners = {{event.subject.number, "null"}};
     if (step.action == Action::eReportMissed) {
-        heard.event = WireEvent::eCallInformation;
-        heard.callId = "-1";
-        heard.calling = step.from;
-        heard.privateText = "MissedCall";
+        event.type = WireEvent::eCallInformation;
+        event.callId = "-1";
+        event.calling = step.from;
+        event.privateText = "MissedCall";
     } else {
-        heard.event = WireEvent::eCallBack;
-        heard.newDestination = step.to;
-        heard.set = step.action == Action::eCallBackSet;
-        heard.privateText = step.word;
+        event.type = WireEvent::eCallBack;
+        event.newDestination = step.to;
+        event.set = step.action == Action::eCallBackSet;
+        event.privateText = step.word;
     }
-    return {std::move(heard)};
+    return {std::move(event)};
 }
 
-void PlayedCalls::put(const std::string& name, SimulatedCall call) {
+void PlayedCalls::store(const std::string& name, SimulatedCall call) {
     m_conferences.erase(name);
     m_calls.insert_or_assign(name, std::move(call));
 }
 
-/// Without a word it is the scenario's phone that acts.
+/// The acting side: the named one, otherwise the scenario's phone.
 Side PlayedCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) const {
     if (!step.party.empty()) {
         return step.party == "caller" ? Side::eCaller : Side::eCalled;
@@ -180,7 +182,7 @@ Side PlayedCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) co
     return own ? Side::eCalled : Side::eCaller;
 }
 
-Party PlayedCalls::orPhone(const Party& party) const {
+Party PlayedCalls::partyOrPhone(const Party& party) const {
     return party.number.empty() && !party.anonymous ? Party{m_phone, party.name, false} : party;
 }
 

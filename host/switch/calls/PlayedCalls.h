@@ -10,30 +10,30 @@
 
 namespace host {
 
-/// The calls of a scenario that is being played, under the names that its text gives them: does one step after another
-/// and says what the phones hear. A step whose call is not there does nothing. Not thread-safe.
+/// The calls of a scenario that is being played, by their names in the text. Performs the steps and returns
+/// the events for the phones. A step has no effect if its call does not exist. Not thread-safe.
 class PlayedCalls {
 public:
-    /// `phone` is the scenario's device, `lines` are the others that it serves. `newCallId` makes an id that no other
-    /// call of the switch has.
+    /// `phone` is the scenario's device, `lines` are its other telephone lines. `newCallId` returns a call id
+    /// that is unique at the switch.
     PlayedCalls(std::string phone, std::vector<std::string> lines, std::function<std::string()> newCallId);
 
-    /// Everything but waits and the switch's own status.
-    [[nodiscard]] CallOccurrences perform(const ScenarioStep& step);
-    [[nodiscard]] CallOccurrences hangUpAll();
+    /// Performs any step except waits and the switch's own status.
+    [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step);
+    [[nodiscard]] SimulatedEvents hangUpAll();
 
 private:
-    [[nodiscard]] CallOccurrences perform(const ScenarioStep& step, SimulatedCall& call);
-    [[nodiscard]] CallOccurrences performInConference(const ScenarioStep& step,
+    [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step, SimulatedCall& call);
+    [[nodiscard]] SimulatedEvents performInConference(const ScenarioStep& step,
                                                       SimulatedConference& conference) const;
-    [[nodiscard]] CallOccurrences make(const ScenarioStep& step);
-    [[nodiscard]] CallOccurrences consult(const ScenarioStep& step);
-    [[nodiscard]] CallOccurrences joinWithOther(const ScenarioStep& step, const SimulatedCall& held);
-    [[nodiscard]] CallOccurrences beside(const ScenarioStep& step) const;
+    [[nodiscard]] SimulatedEvents make(const ScenarioStep& step);
+    [[nodiscard]] SimulatedEvents consult(const ScenarioStep& step);
+    [[nodiscard]] SimulatedEvents joinWithOther(const ScenarioStep& step, const SimulatedCall& held);
+    [[nodiscard]] SimulatedEvents eventWithoutCall(const ScenarioStep& step) const;
 
-    void put(const std::string& name, SimulatedCall call);
+    void store(const std::string& name, SimulatedCall call);
     [[nodiscard]] SimulatedCall::Side sideOf(const ScenarioStep& step, const SimulatedCall& call) const;
-    [[nodiscard]] Party orPhone(const Party& party) const;
+    [[nodiscard]] Party partyOrPhone(const Party& party) const;
 
     const std::string m_phone;
     const std::vector<std::string> m_lines;

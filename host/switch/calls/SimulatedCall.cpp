@@ -19,16 +19,16 @@ SimulatedCall SimulatedCall::transferred(std::string callId, const End& caller, 
     return call;
 }
 
-CallOccurrences SimulatedCall::originate(const std::string& initiated) {
-    CallOccurrences heard;
+SimulatedEvents SimulatedCall::originate(const std::string& initiated) {
+    SimulatedEvents events;
     End& caller = end(Side::eCaller);
     if (!initiated.empty()) {
         caller.state = "initiated";
-        heard.push_back(occurrence(WireEvent::eServiceInitiated, caller.party, initiated));
+        events.push_back(makeEvent(WireEvent::eServiceInitiated, caller.party, initiated));
     }
     caller.state = "connected";
-    heard.push_back(occurrence(WireEvent::eOriginated, caller.party, "newCall"));
-    return heard;
+    events.push_back(makeEvent(WireEvent::eOriginated, caller.party, "newCall"));
+    return events;
 }
 
 SimulatedEvent SimulatedCall::ring() {
@@ -37,47 +37,47 @@ SimulatedEvent SimulatedCall::ring() {
     return setUp(WireEvent::eDelivered, m_redirectWord.empty() ? usual : m_redirectWord);
 }
 
-SimulatedEvent SimulatedCall::answer() {
+SimulatedEvent SimulatedCall::answerCall() {
     end(Side::eCalled).state = "connected";
     return setUp(WireEvent::eEstablished, "newCall");
 }
 
 SimulatedEvent SimulatedCall::hold(Side by, const std::string& cause) {
     end(by).state = "hold";
-    return occurrence(WireEvent::eHeld, end(by).party, cause);
+    return makeEvent(WireEvent::eHeld, end(by).party, cause);
 }
 
 SimulatedEvent SimulatedCall::retrieve(Side by) {
     end(by).state = "connected";
-    return occurrence(WireEvent::eRetrieved, end(by).party, "normal");
+    return makeEvent(WireEvent::eRetrieved, end(by).party, "normal");
 }
 
 SimulatedEvent SimulatedCall::leave(Side by) {
     return clear(by, end(by).party, "normalClearing");
 }
 
-CallOccurrences SimulatedCall::hangUp(Side first, const std::string& cause) {
+SimulatedEvents SimulatedCall::hangUp(Side first, const std::string& cause) {
     const Party releasing = party(first);
-    CallOccurrences heard;
+    SimulatedEvents events;
     for (const Side side : {first, other(first)}) {
         if (end(side).state != "null") {
-            heard.push_back(clear(side, releasing, cause));
+            events.push_back(clear(side, releasing, cause));
         }
     }
-    return heard;
+    return events;
 }
 
-CallOccurrences SimulatedCall::busy() {
-    CallOccurrences heard = {setUp(WireEvent::eFailed, "busy")};
-    heard.push_back(clear(Side::eCaller, end(Side::eCaller).party, "normalClearing"));
-    return heard;
+SimulatedEvents SimulatedCall::busy() {
+    SimulatedEvents events = {setUp(WireEvent::eFailed, "busy")};
+    events.push_back(clear(Side::eCaller, end(Side::eCaller).party, "normalClearing"));
+    return events;
 }
 
-CallOccurrences SimulatedCall::divert(const Party& to, const std::string& word) {
+SimulatedEvents SimulatedCall::divert(const Party& to, const std::string& word) {
     const Party diverting = end(Side::eCalled).party;
-    SimulatedEvent diverted = occurrence(WireEvent::eDiverted, diverting, word);
+    SimulatedEvent diverted = makeEvent(WireEvent::eDiverted, diverting, word);
     diverted.newDestination = to;
-    // The diverting phone hears of it even when it never rang.
+    // The diverting phone receives the event even if it never rang.
     diverted.listeners = {{diverting.number, "null"}};
     if (!m_transferred) {
         diverted.listeners.insert(diverted.listeners.begin(),
@@ -90,10 +90,10 @@ CallOccurrences SimulatedCall::divert(const Party& to, const std::string& word) 
     }
     m_redirectedFrom = diverting;
     m_redirectWord = word;
-    CallOccurrences heard = {std::move(diverted)};
-    heard.push_back(word == "callPickup" ? answer() : ring());
-    heard.back().cause = word;
-    return heard;
+    SimulatedEvents events = {std::move(diverted)};
+    events.push_back(word == "callPickup" ? answerCall() : ring());
+    events.back().cause = word;
+    return events;
 }
 
 SimulatedEvent SimulatedCall::answerElsewhere() {
@@ -101,72 +101,72 @@ SimulatedEvent SimulatedCall::answerElsewhere() {
 }
 
 SimulatedEvent SimulatedCall::markMissed() const {
-    SimulatedEvent heard = information(Side::eCalled);
-    heard.privateText = "MissedCall";
-    return heard;
+    SimulatedEvent event = makeInformation(Side::eCalled);
+    event.privateText = "MissedCall";
+    return event;
 }
 
-SimulatedEvent SimulatedCall::tellName(Side learner, const std::string& name) {
+SimulatedEvent SimulatedCall::setName(Side learner, const std::string& name) {
     Party& party = end(other(learner)).party;
     party.name = name;
     if (isSameDevice(m_firstCalled, party)) {
         m_firstCalled.name = name;
     }
-    return information(learner);
+    return makeInformation(learner);
 }
 
 SimulatedCall::Side SimulatedCall::other(Side side) noexcept {
     return side == Side::eCaller ? Side::eCalled : Side::eCaller;
 }
 
-SimulatedEvent SimulatedCall::occurrence(WireEvent event, const Party& subject,
-                                         const std::string& cause) const {
-    SimulatedEvent heard;
-    heard.event = event;
-    heard.callId = m_callId;
-    heard.subject = subject;
-    heard.device = subject;
-    heard.calling = end(Side::eCaller).party;
-    heard.called = m_firstCalled;
-    heard.redirectedFrom = m_redirectedFrom;
-    heard.cause = cause;
+SimulatedEvent SimulatedCall::makeEvent(WireEvent type, const Party& subject,
+                                        const std::string& cause) const {
+    SimulatedEvent event;
+    event.type = type;
+    event.callId = m_callId;
+    event.subject = subject;
+    event.device = subject;
+    event.calling = end(Side::eCaller).party;
+    event.called = m_firstCalled;
+    event.redirectedFrom = m_redirectedFrom;
+    event.cause = cause;
     for (const End& listener : m_ends) {
         if (listener.state != "null") {
-            heard.listeners.push_back({listener.party.number, listener.state});
+            event.listeners.push_back({listener.party.number, listener.state});
         }
     }
-    return heard;
+    return event;
 }
 
-SimulatedEvent SimulatedCall::setUp(WireEvent event, const std::string& cause) const {
-    SimulatedEvent heard = occurrence(event, end(Side::eCalled).party, cause);
+SimulatedEvent SimulatedCall::setUp(WireEvent type, const std::string& cause) const {
+    SimulatedEvent event = makeEvent(type, end(Side::eCalled).party, cause);
     if (m_transferred) {
-        heard.listeners.erase(heard.listeners.begin());
+        event.listeners.erase(event.listeners.begin());
     }
-    return heard;
+    return event;
 }
 
-SimulatedEvent SimulatedCall::information(Side told) const {
-    SimulatedEvent heard;
-    heard.event = WireEvent::eCallInformation;
-    heard.callId = m_callId;
-    heard.subject = end(told).party;
-    heard.device = heard.subject;
-    heard.calling = end(other(told)).party;
-    heard.listeners = {{heard.subject.number, end(told).state}};
-    return heard;
+SimulatedEvent SimulatedCall::makeInformation(Side informed) const {
+    SimulatedEvent event;
+    event.type = WireEvent::eCallInformation;
+    event.callId = m_callId;
+    event.subject = end(informed).party;
+    event.device = event.subject;
+    event.calling = end(other(informed)).party;
+    event.listeners = {{event.subject.number, end(informed).state}};
+    return event;
 }
 
 SimulatedEvent SimulatedCall::clear(Side side, const Party& releasing, const std::string& cause) {
-    SimulatedEvent heard = occurrence(WireEvent::eConnectionCleared, end(side).party, cause);
-    heard.device = releasing;
-    for (SimulatedEvent::Listener& listener : heard.listeners) {
+    SimulatedEvent event = makeEvent(WireEvent::eConnectionCleared, end(side).party, cause);
+    event.device = releasing;
+    for (SimulatedEvent::Listener& listener : event.listeners) {
         if (listener.device == end(side).party.number) {
             listener.localConnection = "null";
         }
     }
     end(side).state = "null";
-    return heard;
+    return event;
 }
 
 }  // namespace host

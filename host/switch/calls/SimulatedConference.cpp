@@ -8,42 +8,42 @@ namespace host {
 SimulatedConference::SimulatedConference(std::string callId, std::vector<Party> members)
     : m_callId(std::move(callId)), m_members(std::move(members)) {}
 
-CallOccurrences SimulatedConference::leave(const Party& who) {
+SimulatedEvents SimulatedConference::leave(const Party& who) {
     const auto member = std::find_if(m_members.begin(), m_members.end(),
                                      [&who](const Party& one) { return isSameDevice(one, who); });
     if (member == m_members.end()) {
         return {};
     }
     const Party leaving = *member;
-    CallOccurrences heard = {clear(leaving, leaving)};
+    SimulatedEvents events = {clear(leaving, leaving)};
     if (m_members.size() == 1) {
-        heard.push_back(clear(Party(m_members.front()), leaving));
+        events.push_back(clear(Party(m_members.front()), leaving));
     }
-    return heard;
+    return events;
 }
 
-CallOccurrences SimulatedConference::hangUp(const Party& first) {
-    CallOccurrences heard = leave(first);
+SimulatedEvents SimulatedConference::hangUp(const Party& first) {
+    SimulatedEvents events = leave(first);
     while (!m_members.empty()) {
-        heard.push_back(clear(Party(m_members.front()), first));
+        events.push_back(clear(Party(m_members.front()), first));
     }
-    return heard;
+    return events;
 }
 
 SimulatedEvent SimulatedConference::clear(const Party& leaving, const Party& releasing) {
-    SimulatedEvent heard;
-    heard.event = WireEvent::eConnectionCleared;
-    heard.callId = m_callId;
-    heard.subject = leaving;
-    heard.device = releasing;
-    heard.cause = "normalClearing";
+    SimulatedEvent event;
+    event.type = WireEvent::eConnectionCleared;
+    event.callId = m_callId;
+    event.subject = leaving;
+    event.device = releasing;
+    event.cause = "normalClearing";
     for (const Party& member : m_members) {
-        heard.listeners.push_back({member.number, isSameDevice(member, leaving) ? "null" : "connected"});
+        event.listeners.push_back({member.number, isSameDevice(member, leaving) ? "null" : "connected"});
     }
     m_members.erase(std::remove_if(m_members.begin(), m_members.end(),
                                    [&leaving](const Party& member) { return isSameDevice(member, leaving); }),
                     m_members.end());
-    return heard;
+    return event;
 }
 
 }  // namespace host

@@ -7,16 +7,15 @@
 
 namespace host {
 
-/// A call of more than two inside the switch, as `SimulatedCall` is one of two. It ends when only one is left. Not
-/// thread-safe.
+/// A conference call inside the switch. It ends when only one member is left. Not thread-safe.
 class SimulatedConference {
 public:
     SimulatedConference(std::string callId, std::vector<Party> members);
 
-    /// Nothing happens when nobody of that number is in it.
-    [[nodiscard]] CallOccurrences leave(const Party& who);
-    /// All leave, `first` of its own accord.
-    [[nodiscard]] CallOccurrences hangUp(const Party& first);
+    /// Has no effect if `who` is not a member.
+    [[nodiscard]] SimulatedEvents leave(const Party& who);
+    /// All members leave; `first` hangs up.
+    [[nodiscard]] SimulatedEvents hangUp(const Party& first);
 
 private:
     [[nodiscard]] SimulatedEvent clear(const Party& leaving, const Party& releasing);

@@ -8,31 +8,31 @@
 
 namespace host {
 
-/// One event, as every monitor of it would see it but for the state of the monitored phone. Which members count depends
-/// on the event.
+/// One event of the switch, common to all its monitors except for the state of the monitored phone. The type
+/// determines which members are used.
 struct SimulatedEvent {
-    /// A phone that hears of it, and the standard's word for the state of its own connection.
+    /// A phone that receives the event, and the standard's word for the state of its own connection.
     struct Listener {
         std::string device;
         std::string localConnection;
     };
-    /// A party of the call that a transfer or a conference has made, and the call that it came from, if any.
+    /// A party of the call that a transfer or a conference creates, and its previous call, if any.
     struct Connection {
         Party party;
         std::string oldCallId;
     };
 
-    WireEvent event = WireEvent::eOriginated;
-    /// After a transfer and in a conference: the primary old call.
+    WireEvent type = WireEvent::eOriginated;
+    /// For a transfer and a conference: the primary old call.
     std::string callId;
-    /// Whose connection it is about.
+    /// The party of the event's connection.
     Party subject;
-    /// The device that only this event names (alerting, answering, holding, releasing, ...).
+    /// The device that is specific to the event (alertingDevice, answeringDevice, ...).
     Party device;
     Party calling;
     Party called;
     Party redirectedFrom;
-    /// Where the call goes: of a diversion, a transfer, a conference; who is called back.
+    /// The new party of a diversion, a transfer or a conference; the target of a callback.
     Party newDestination;
     std::string cause;
     std::vector<Listener> listeners;
@@ -42,14 +42,14 @@ struct SimulatedEvent {
     std::string newCallId;
     std::vector<Connection> connections;
 
-    /// What the switch says of a call beside the standard ("MissedCall"), and of a transfer or a callback.
+    /// Private text of a call ("MissedCall"), a transfer or a callback.
     std::string privateText;
-    /// Of a callback: false when it is cancelled.
+    /// For a callback: false if it is cancelled.
     bool set = true;
-    /// Who a conference consists of, in the message that says so.
+    /// The members of a conference, for its membership message.
     std::vector<Party> members;
 };
 
-using CallOccurrences = std::vector<SimulatedEvent>;
+using SimulatedEvents = std::vector<SimulatedEvent>;
 
 }  // namespace host

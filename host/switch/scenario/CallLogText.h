@@ -8,12 +8,12 @@
 
 namespace host {
 
-/// What people call the logs of the switch, with the number that each has on the wire.
+/// The names of the switch's logs in scenarios, with their numbers on the wire.
 [[nodiscard]] const StatementReader::Words& callLogNames();
-/// The log of one of those numbers.
+/// The log with one of these numbers.
 [[nodiscard]] CallLogEntryEvent::_LogTarget callLogOf(const std::string& number);
 
-/// One line an entry: log, number, time, name, group.
+/// One text line per entry: log, number, time, name, group.
 [[nodiscard]] std::string callLogText(const std::vector<CallLogEntryEvent>& entries);
 
 }  // namespace host

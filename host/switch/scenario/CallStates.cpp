@@ -22,31 +22,39 @@ const std::vector<CallStates::Action>& CallStates::actions() {
     static const std::vector<Action> rows = {
         {"call", Step::eCall, {eOver}, eMade, "is still there"},
         {"dial", Step::eDial, {eOver}, eDialled, "is still there"},
-        {"consult", Step::eConsult, {eOver}, eDialled, "is still there", {eUp}, "is not connected"},
+        {"consult", Step::eConsult, {eOver}, eDialled, "is still there", {eConnected}, "is not connected"},
         {"ring", Step::eRing, {eMade, eDialled}, eRinging, "cannot ring now"},
-        {"answer", Step::eResponse, {eRinging}, eUp, "does not ring"},
-        {"connect", Step::eResponse, {eDialled, eRinging}, eUp, "waits for no answer"},
-        {"hold", Step::eHold, {eUp}, eHeld, "is not connected"},
-        {"retrieve", Step::eRetrieve, {eHeld}, eUp, "is not held"},
-        {"hangup", Step::eHangUp, {eDialled, eRinging, eUp, eHeld, eConference}, eOver, "is not there"},
-        {"giveup", Step::eGiveUp, {eMade, eDialled, eRinging}, eOver, "waits for no answer"},
+        {"answer", Step::eAnswerCall, {eRinging}, eConnected, "does not ring"},
+        {"connect", Step::eAnswerCall, {eDialled, eRinging}, eConnected, "is not being set up"},
+        {"hold", Step::eHold, {eConnected}, eHeld, "is not connected"},
+        {"retrieve", Step::eRetrieve, {eHeld}, eConnected, "is not held"},
+        {"hangup",
+         Step::eHangUp,
+         {eDialled, eRinging, eConnected, eHeld, eConference},
+         eOver,
+         "is not there"},
+        {"giveup", Step::eAbandon, {eMade, eDialled, eRinging}, eOver, "is not being set up"},
         {"busy", Step::eBusy, {eDialled}, eOver, "was not just dialled"},
-        {"noanswer", Step::eNoAnswer, {eDialled, eRinging}, eOver, "waits for no answer"},
-        {"divert", Step::eDivert, {eMade, eDialled, eRinging}, eRinging, "waits for no answer"},
-        {"pickup", Step::ePickUp, {eRinging}, eUp, "does not ring"},
-        {"elsewhere", Step::eElsewhere, {eRinging}, eOver, "does not ring"},
+        {"noanswer", Step::eNoAnswer, {eDialled, eRinging}, eOver, "is not being set up"},
+        {"divert", Step::eDivert, {eMade, eDialled, eRinging}, eRinging, "is not being set up"},
+        {"pickup", Step::ePickUp, {eRinging}, eConnected, "does not ring"},
+        {"elsewhere", Step::eAnsweredElsewhere, {eRinging}, eOver, "does not ring"},
         {"transfer",
          Step::eTransfer,
          {eHeld},
-         eUp,
+         eConnected,
          "is not held",
-         {eRinging, eUp},
+         {eRinging, eConnected},
          "neither rings nor is connected"},
-        {"transfer", Step::eHandOn, {eUp}, eRinging, "is not connected"},
-        {"join", Step::eJoin, {eHeld}, eConference, "is not held", {eUp}, "is not connected"},
+        {"transfer", Step::eSingleStepTransfer, {eConnected}, eRinging, "is not connected"},
+        {"join", Step::eJoin, {eHeld}, eConference, "is not held", {eConnected}, "is not connected"},
         {"leave", Step::eLeave, {eConference}, eConference, "is no conference"},
-        {"missed", Step::eMarkMissed, {eMade, eRinging}, std::nullopt, "waits for no answer"},
-        {"name", Step::eName, {eMade, eDialled, eRinging, eUp, eHeld}, std::nullopt, "is a conference"},
+        {"missed", Step::eMarkMissed, {eMade, eRinging}, std::nullopt, "is not being set up"},
+        {"name",
+         Step::eName,
+         {eMade, eDialled, eRinging, eConnected, eHeld},
+         std::nullopt,
+         "is a conference"},
     };
     return rows;
 }
@@ -57,16 +65,16 @@ const CallStates::Action* CallStates::find(const std::string& word) {
     return row == actions().end() ? nullptr : &*row;
 }
 
-const CallStates::Action& CallStates::handingOn() {
+const CallStates::Action& CallStates::singleStepTransfer() {
     return *std::find_if(actions().begin(), actions().end(), [](const Action& candidate) {
-        return candidate.action == ScenarioStep::Action::eHandOn;
+        return candidate.action == ScenarioStep::Action::eSingleStepTransfer;
     });
 }
 
 void CallStates::apply(const Action& row, const ScenarioStep& step) {
-    check(row.word, step.call, row.fits, row.objection);
-    if (!row.otherFits.empty()) {
-        check(row.word, step.other, row.otherFits, row.otherObjection);
+    checkState(row.word, step.call, row.validStates, row.objection);
+    if (!row.otherValidStates.empty()) {
+        checkState(row.word, step.other, row.otherValidStates, row.otherObjection);
     }
     if (stateOf(step.call) == State::eConference && !step.party.empty()) {
         m_reader.fail("\"" + std::string(row.word) + "\": a conference has members, no caller");
@@ -78,15 +86,15 @@ void CallStates::apply(const Action& row, const ScenarioStep& step) {
         consult(step);
     }
     Call& call = m_calls[step.call];
-    call.state = row.then.value_or(call.state);
+    call.state = row.next.value_or(call.state);
     switch (step.action) {
         case Step::eHold: call.holder = actor(step, call); break;
         case Step::eDivert:
             call.called = numberOf(step.to);
-            call.state = step.word == "callPickup" ? State::eUp : call.state;
+            call.state = step.word == "callPickup" ? State::eConnected : call.state;
             break;
         case Step::ePickUp: pickUp(step, call); break;
-        case Step::eHandOn: handOn(step, call); break;
+        case Step::eSingleStepTransfer: singleStepTransfer(step, call); break;
         case Step::eTransfer: transfer(step, call); break;
         case Step::eJoin: join(step, call); break;
         case Step::eLeave: leave(step, call); break;
@@ -94,10 +102,10 @@ void CallStates::apply(const Action& row, const ScenarioStep& step) {
     }
 }
 
-void CallStates::check(const char* word, const std::string& call, const std::vector<State>& fits,
-                       const char* objection) const {
+void CallStates::checkState(const char* word, const std::string& call, const std::vector<State>& validStates,
+                            const char* objection) const {
     const State state = stateOf(call);
-    if (std::find(fits.begin(), fits.end(), state) == fits.end()) {
+    if (std::find(validStates.begin(), validStates.end(), state) == validStates.end()) {
         m_reader.fail("\"" + std::string(word) + "\": the call " + call + " " +
                       (!isKnown(call)          ? "was never made"
                        : state == State::eOver ? "is over"
@@ -120,7 +128,7 @@ void CallStates::pickUp(const ScenarioStep& step, Call& call) const {
     call.called = number;
 }
 
-void CallStates::handOn(const ScenarioStep& step, Call& call) const {
+void CallStates::singleStepTransfer(const ScenarioStep& step, Call& call) const {
     call.caller = otherEnd(actor(step, call), call.caller, call.called);
     call.called = numberOf(step.to);
 }

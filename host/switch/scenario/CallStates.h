@@ -11,39 +11,39 @@
 
 namespace host {
 
-/// What the calls of a scenario are doing at the present line of its text, so that an action that cannot happen is
-/// found before anything is played ("the call c1 does not ring").
+/// The states of a scenario's calls during parsing. Detects an impossible action before the scenario is
+/// played ("the call c1 does not ring").
 class CallStates {
 public:
-    enum class State { eOver, eMade, eDialled, eRinging, eUp, eHeld, eConference };
+    enum class State { eOver, eMade, eDialled, eRinging, eConnected, eHeld, eConference };
 
-    /// What a word does, to calls in which state, and what they are then.
+    /// A word of the scenario text, the call states in which it is valid, and the next state.
     struct Action {
         const char* word;
         ScenarioStep::Action action;
-        std::vector<State> fits;
-        /// Nothing: as before.
-        std::optional<State> then;
-        /// Why not, when the call is in another state.
+        std::vector<State> validStates;
+        /// `std::nullopt`: unchanged.
+        std::optional<State> next;
+        /// Error text if the call is in another state.
         const char* objection;
-        /// The same for a second call that the action needs.
-        std::vector<State> otherFits = {};
+        /// The same for the second call, if the action needs one.
+        std::vector<State> otherValidStates = {};
         const char* otherObjection = "";
     };
-    /// The first action of a word; null when there is none.
+    /// The first action of a word; `nullptr` for an unknown word.
     [[nodiscard]] static const Action* find(const std::string& word);
-    /// How "transfer" goes on when no second call is named.
-    [[nodiscard]] static const Action& handingOn();
+    /// The action of "transfer" without a second call.
+    [[nodiscard]] static const Action& singleStepTransfer();
 
-    /// `reader` says where a fault is, and outlives the object.
+    /// `reader` supplies the position of a fault and must outlive the object.
     explicit CallStates(const StatementReader& reader) : m_reader(reader) {}
 
     void setPhone(std::string device) { m_phone = std::move(device); }
     void addLine(std::string device) { m_lines.push_back(std::move(device)); }
-    /// Notes what the step, whose statement has been read, does to its calls. Throws `ScenarioError` when that
-    /// cannot be.
+    /// Applies a step, whose statement has been read, to its calls. Throws `ScenarioError` if the step is
+    /// impossible.
     void apply(const Action& row, const ScenarioStep& step);
-    /// There is a call of that name, or was.
+    /// True if a call of that name was made.
     [[nodiscard]] bool isKnown(const std::string& call) const { return m_calls.contains(call); }
     [[nodiscard]] State stateOf(const std::string& call) const;
 
@@ -52,28 +52,28 @@ private:
         State state = State::eOver;
         std::string caller;
         std::string called;
-        /// Who holds it.
+        /// The party that holds the call.
         std::string holder;
-        /// Of a conference.
+        /// The members of a conference.
         std::vector<std::string> members;
     };
 
     [[nodiscard]] static const std::vector<Action>& actions();
 
-    void check(const char* word, const std::string& call, const std::vector<State>& fits,
-               const char* objection) const;
+    void checkState(const char* word, const std::string& call, const std::vector<State>& validStates,
+                    const char* objection) const;
     void consult(const ScenarioStep& step);
     void pickUp(const ScenarioStep& step, Call& call) const;
-    void handOn(const ScenarioStep& step, Call& call) const;
+    void singleStepTransfer(const ScenarioStep& step, Call& call) const;
     void transfer(const ScenarioStep& step, Call& call);
     void join(const ScenarioStep& step, Call& call);
     void leave(const ScenarioStep& step, Call& call) const;
-    /// The two far ends of a call that is held and another one of the same holder.
+    /// The far ends of a held call and of another call of the same holder.
     [[nodiscard]] std::pair<std::string, std::string> farEnds(const char* word,
                                                               const ScenarioStep& step) const;
 
     [[nodiscard]] std::string numberOf(const Party& party) const;
-    /// The device that acts in the call: the named side, else the phone's.
+    /// The device that acts in the call: that of the named side, otherwise the scenario's phone.
     [[nodiscard]] std::string actor(const ScenarioStep& step, const Call& call) const;
 
     const StatementReader& m_reader;

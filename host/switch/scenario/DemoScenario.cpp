@@ -1,4 +1,4 @@
-#include "host/switch/scenario/Scenario.h"
+#include "host/switch/scenario/DemoScenario.h"
 
 namespace host {
 
@@ -16,7 +16,7 @@ wait 2s ; hold bob ; wait 1s ; retrieve bob ; wait 1s ; hangup bob           # d
 wait 1s
 call ann from 4711 "Ann Müller" ; ring ann ; wait 3s ; giveup ann            # missed again: one entry, two calls
 wait 1s
-call secret from anonymous ; ring secret ; wait 3s ; giveup secret           # missed, nobody knows whose
+call secret from anonymous ; ring secret ; wait 3s ; giveup secret           # missed, an unknown caller
 wait 500ms
 dial busy to 4713 "Façade & Söhne" ; wait 800ms ; busy busy                  # dialled, busy
 wait 1s ; callback 4713 "Façade & Söhne" because busy                        # to be called back when their line is free
@@ -31,8 +31,8 @@ wait 1s
 call office from 4720 "Reception" via 4700 "Hotline" because busy ; ring office
 wait 3s ; giveup office                                                      # missed, redirected to us
 wait 1s
-dial nobody to +49305550199 "José Álvarez" ; wait 1s ; ring nobody ; wait 3s
-noanswer nobody                                                              # dialled, not answered
+dial jose to +49305550199 "José Álvarez" ; wait 1s ; ring jose ; wait 3s
+noanswer jose                                                                # dialled, not answered
 wait 1s
 call ann from 4711 "Ann Müller" ; ring ann ; wait 1s ; answer ann
 wait 3s ; hold ann by caller ; wait 1s ; retrieve ann by caller ; wait 1s ; hangup ann

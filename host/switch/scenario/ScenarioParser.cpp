@@ -1,9 +1,14 @@
 #include "host/switch/scenario/ScenarioParser.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <sstream>
+#include <system_error>
 #include <utility>
 
 #include "host/switch/scenario/CallLogText.h"
+#include "host/switch/scenario/ScenarioError.h"
 
 namespace host {
 
@@ -16,15 +21,31 @@ const Words kReasons = {{"noanswer", "callForwardNoAnswer"},   {"busy", "callFor
                         {"redirected", "redirected"},          {"distributed", "distributed"}};
 
 const Words kCallBackReasons = {{"busy", "onBusy"}, {"noanswer", "onNoReply"}};
-// A callback that is cancelled is as far as it was when it was set.
+// A cancelled callback has the same progress as when it was set.
 constexpr const char* kCancel = "cancel";
 const Words kCallBackProgress = {{"ringing", "ringing"}, {"done", "done"}, {kCancel, kCancel}};
 
 }  // namespace
 
+Scenario parseScenario(std::string_view text, const std::string& source) {
+    return ScenarioParser(scenarioStatements(text, source), source).parse();
+}
+
+Scenario loadScenario(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    if (file) {
+        text << file.rdbuf();
+    }
+    if (!file) {
+        throw ScenarioError(path, 0, "cannot be read: " + std::generic_category().message(errno));
+    }
+    return parseScenario(text.str(), path);
+}
+
 ScenarioParser::ScenarioParser(std::vector<ScenarioStatement> statements, std::string source)
     : m_reader(std::move(statements), std::move(source)) {
-    m_calls.setPhone(Scenario::kUsualDevice);
+    m_calls.setPhone(Scenario::kDefaultDevice);
 }
 
 Scenario ScenarioParser::parse() {
@@ -35,9 +56,9 @@ Scenario ScenarioParser::parse() {
     return std::move(m_scenario);
 }
 
-/// Up to the `end` of the block, which is left to the caller, or up to the end of the text.
+/// Parses up to the `end` of the block, which the caller consumes, or up to the end of the text.
 void ScenarioParser::parseBlock(std::size_t repeatLine) {
-    for (; !m_reader.atEndOfText(); m_reader.goOn()) {
+    for (; !m_reader.atEndOfText(); m_reader.advance()) {
         if (m_reader.nextIs("end")) {
             return;
         }
@@ -52,7 +73,8 @@ void ScenarioParser::parseBlock(std::size_t repeatLine) {
     }
 }
 
-/// Reads the block once for each pass, so that the states of the calls are checked over its seam, too.
+/// Parses the block once per pass, so that the states of the calls are also checked from one pass to the
+/// next.
 void ScenarioParser::parseRepeat() {
     const std::size_t line = m_reader.line();
     m_reader.expect("repeat");
@@ -62,7 +84,7 @@ void ScenarioParser::parseRepeat() {
     }
     const std::size_t first = m_reader.statement() + 1;
     for (unsigned pass = 0; pass < times; ++pass) {
-        m_reader.goTo(first);
+        m_reader.seek(first);
         parseBlock(line);
         if (m_reader.statement() == first) {
             m_reader.fail("\"repeat\" has nothing to repeat");
@@ -80,7 +102,7 @@ void ScenarioParser::parseStatement() {
     }
     ScenarioStep step;
     step.line = m_reader.line();
-    if (!parseOccasion(step)) {
+    if (!parseStandaloneAction(step)) {
         parseAction(step);
     }
     m_reader.expectEnd();
@@ -102,30 +124,29 @@ bool ScenarioParser::parseDeclaration() {
 }
 
 void ScenarioParser::parseDevice() {
-    const bool first =
-        m_scenario.m_steps.empty() && m_scenario.m_lines.empty() && m_scenario.m_device.empty();
+    const bool first = m_scenario.steps.empty() && m_scenario.lines.empty() && m_scenario.device.empty();
     if (!first) {
         m_reader.fail("\"device\" stands once, before everything else");
     }
-    m_scenario.m_device = m_reader.takeWord("a number");
-    m_calls.setPhone(m_scenario.m_device);
+    m_scenario.device = m_reader.takeWord("a number");
+    m_calls.setPhone(m_scenario.device);
 }
 
 void ScenarioParser::parseLine() {
-    if (!m_scenario.m_steps.empty()) {
+    if (!m_scenario.steps.empty()) {
         m_reader.fail("\"line\" stands before the first action");
     }
     const std::string number = m_reader.takeWord("a number");
-    std::vector<std::string>& lines = m_scenario.m_lines;
-    if (number == m_scenario.m_device || std::find(lines.begin(), lines.end(), number) != lines.end()) {
+    std::vector<std::string>& lines = m_scenario.lines;
+    if (number == m_scenario.device || std::find(lines.begin(), lines.end(), number) != lines.end()) {
         m_reader.fail("the phone serves " + number + " already");
     }
     lines.push_back(number);
     m_calls.addLine(number);
 }
 
-/// What is no call, or none that the scenario has made.
-bool ScenarioParser::parseOccasion(ScenarioStep& step) {
+/// Parses an action that needs no call of the scenario.
+bool ScenarioParser::parseStandaloneAction(ScenarioStep& step) {
     using Action = ScenarioStep::Action;
     if (m_reader.take("wait")) {
         step.duration = m_reader.takeTime();
@@ -142,7 +163,7 @@ bool ScenarioParser::parseOccasion(ScenarioStep& step) {
     return true;
 }
 
-/// What happens in the phone's logs at the switch, as if somebody did it there.
+/// Parses a change of the phone's logs that is made at the switch.
 void ScenarioParser::parseLog(ScenarioStep& step) {
     using Action = ScenarioStep::Action;
     static const Words actions = {
@@ -179,7 +200,9 @@ void ScenarioParser::parseAction(ScenarioStep& step) {
     step.action = row->action;
     step.call = m_reader.takeWord("the name of a call");
     parseDetails(step);
-    m_calls.apply(step.action == ScenarioStep::Action::eHandOn ? CallStates::handingOn() : *row, step);
+    m_calls.apply(
+        step.action == ScenarioStep::Action::eSingleStepTransfer ? CallStates::singleStepTransfer() : *row,
+        step);
 }
 
 void ScenarioParser::parseDetails(ScenarioStep& step) {
@@ -205,7 +228,7 @@ void ScenarioParser::parseCallBack(ScenarioStep& step) {
     step.action = ScenarioStep::Action::eCallBackSet;
     step.to = m_reader.takeParty();
     if (step.to.anonymous) {
-        m_reader.fail("nobody can call an anonymous party back");
+        m_reader.fail("an anonymous party cannot be called back");
     }
     const bool sets = m_reader.atEnd() || m_reader.nextIs("because");
     if (!sets && !m_callBacks.contains(step.to.number)) {
@@ -265,14 +288,13 @@ void ScenarioParser::parsePickUp(ScenarioStep& step) {
     }
 }
 
-/// To another call when one of that name was ever made, or when the call is held and thus waits for one; else to a
-/// party.
+/// A transfer to another call if a call of that name was made or if the call is held; otherwise to a party.
 void ScenarioParser::parseTransfer(ScenarioStep& step) {
     m_reader.expect("to");
-    if (m_calls.isKnown(m_reader.next()) || m_calls.stateOf(step.call) == CallStates::State::eHeld) {
+    if (m_calls.isKnown(m_reader.peek()) || m_calls.stateOf(step.call) == CallStates::State::eHeld) {
         step.other = m_reader.takeWord("the name of the other call");
     } else {
-        step.action = ScenarioStep::Action::eHandOn;
+        step.action = ScenarioStep::Action::eSingleStepTransfer;
         step.to = m_reader.takeParty();
         parseBy(step);
     }
@@ -298,12 +320,12 @@ void ScenarioParser::parseBy(ScenarioStep& step) {
 }
 
 void ScenarioParser::add(ScenarioStep step) {
-    if (m_scenario.m_steps.size() == kMaxSteps) {
+    if (m_scenario.steps.size() == kMaxSteps) {
         m_reader.fail("the scenario has more than " + std::to_string(kMaxSteps) + " steps");
     }
-    m_scenario.m_waits += step.duration;
-    m_scenario.m_calls += makesCall(step) ? 1 : 0;
-    m_scenario.m_steps.push_back(std::move(step));
+    m_scenario.waitTime += step.duration;
+    m_scenario.callCount += makesCall(step) ? 1 : 0;
+    m_scenario.steps.push_back(std::move(step));
 }
 
 }  // namespace host

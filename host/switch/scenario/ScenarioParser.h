@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/switch/scenario/CallStates.h"
@@ -11,11 +12,16 @@
 
 namespace host {
 
-/// Builds a `Scenario` from its statements: what each word wants behind it, and how blocks are repeated. Lives for the
-/// length of one parse.
+/// Reads a scenario. `source` is the name of the text in errors. Throws `ScenarioError` at the first fault.
+[[nodiscard]] Scenario parseScenario(std::string_view text, const std::string& source = "scenario");
+/// Reads a scenario from a file. Throws `ScenarioError`, also for a file that cannot be read.
+[[nodiscard]] Scenario loadScenario(const std::string& path);
+
+/// Builds a `Scenario` from its statements: the arguments of each word, and the repetition of blocks. Use one
+/// object per scenario.
 class ScenarioParser {
 public:
-    /// A guard against a `repeat` that would fill the memory.
+    /// Limits the memory that `repeat` may use.
     static constexpr std::size_t kMaxSteps = 200000;
 
     ScenarioParser(std::vector<ScenarioStatement> statements, std::string source);
@@ -28,7 +34,7 @@ private:
     void parseRepeat();
     void parseStatement();
     [[nodiscard]] bool parseDeclaration();
-    [[nodiscard]] bool parseOccasion(ScenarioStep& step);
+    [[nodiscard]] bool parseStandaloneAction(ScenarioStep& step);
     void parseAction(ScenarioStep& step);
     void parseDetails(ScenarioStep& step);
 
@@ -51,10 +57,10 @@ private:
     Scenario m_scenario;
     struct CallBack {
         std::string name;
-        /// What it waits for.
+        /// The reason for the callback: the word on the wire.
         std::string reason;
     };
-    /// Those that are set, by the number of the party.
+    /// The callbacks that are set, by the number of the party.
     std::map<std::string, CallBack> m_callBacks;
 };
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/switch/scenario/Scenario.h"
+#include "host/switch/scenario/ScenarioError.h"
 
 namespace host {
 
@@ -12,10 +12,10 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
-/// Reads the statements of one line.
-class TextLineReader {
+/// Reads the statements of one text line.
+class StatementScanner {
 public:
-    TextLineReader(std::string_view line, std::size_t number, const std::string& source)
+    StatementScanner(std::string_view line, std::size_t number, const std::string& source)
         : m_line(line), m_number(number), m_source(source) {}
 
     void read(std::vector<ScenarioStatement>& statements) {
@@ -71,7 +71,7 @@ std::vector<ScenarioStatement> scenarioStatements(std::string_view text, const s
     std::vector<ScenarioStatement> statements;
     for (std::size_t number = 1; !text.empty(); ++number) {
         const std::string_view line = text.substr(0, text.find('\n'));
-        TextLineReader(line, number, source).read(statements);
+        StatementScanner(line, number, source).read(statements);
         text.remove_prefix(line.size() == text.size() ? line.size() : line.size() + 1);
     }
     return statements;

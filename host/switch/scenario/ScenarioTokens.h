@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// One word of a scenario text. A quoted word may hold anything but a line break.
+/// One word of a scenario text. A quoted word may contain anything except a line break.
 struct ScenarioToken {
     std::string text;
     bool quoted = false;
@@ -18,8 +18,8 @@ struct ScenarioStatement {
     std::vector<ScenarioToken> tokens;
 };
 
-/// Cuts a text into statements: one a line, or several with `;` between them; `#` begins a comment. Throws
-/// `ScenarioError` for a quotation mark without its partner.
+/// Splits a text into statements: one per line, or several separated by `;`. `#` begins a comment. Throws
+/// `ScenarioError` for an unclosed quotation mark.
 [[nodiscard]] std::vector<ScenarioStatement> scenarioStatements(std::string_view text,
                                                                 const std::string& source);
 

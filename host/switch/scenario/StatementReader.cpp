@@ -6,14 +6,14 @@
 #include <cstdlib>
 #include <utility>
 
-#include "host/switch/scenario/Scenario.h"
+#include "host/switch/scenario/ScenarioError.h"
 
 namespace host {
 
 StatementReader::StatementReader(std::vector<ScenarioStatement> statements, std::string source)
     : m_statements(std::move(statements)), m_source(std::move(source)) {}
 
-void StatementReader::goTo(std::size_t statement) noexcept {
+void StatementReader::seek(std::size_t statement) noexcept {
     m_statement = statement;
     m_token = 0;
 }
@@ -26,7 +26,7 @@ bool StatementReader::nextIs(const std::string& word) const {
     return !atEnd() && !tokens()[m_token].quoted && tokens()[m_token].text == word;
 }
 
-std::string StatementReader::next() const {
+std::string StatementReader::peek() const {
     return atEnd() || tokens()[m_token].quoted ? std::string() : tokens()[m_token].text;
 }
 

@@ -11,33 +11,34 @@
 
 namespace host {
 
-/// Reads the statements of a scenario word by word, from the one that it stands at. Every operation that expects something
-/// throws a `ScenarioError` when something else comes.
+/// Reads the statements of a scenario word by word. An operation that expects a certain word throws
+/// `ScenarioError` for another one.
 class StatementReader {
 public:
     using Words = std::map<std::string, std::string>;
 
     StatementReader(std::vector<ScenarioStatement> statements, std::string source);
 
-    // Going from one statement to another.
+    // Position in the list of statements.
     [[nodiscard]] bool atEndOfText() const noexcept { return m_statement == m_statements.size(); }
     [[nodiscard]] std::size_t statement() const noexcept { return m_statement; }
-    void goTo(std::size_t statement) noexcept;
-    void goOn() noexcept { goTo(m_statement + 1); }
+    void seek(std::size_t statement) noexcept;
+    void advance() noexcept { seek(m_statement + 1); }
     [[nodiscard]] std::size_t line() const { return m_statements[m_statement].line; }
 
-    // Reading the present one.
+    // Words of the current statement.
     [[nodiscard]] bool atEnd() const;
     [[nodiscard]] bool nextIs(const std::string& word) const;
-    /// The next word without taking it; empty when there is none.
-    [[nodiscard]] std::string next() const;
+    /// The next word, which is not consumed; empty if there is none.
+    [[nodiscard]] std::string peek() const;
+    /// Consumes the next word and returns true if it is `word`.
     bool take(const std::string& word);
     void expect(const std::string& word);
     void expectEnd() const;
     [[nodiscard]] std::string takeWord(const char* what);
     [[nodiscard]] std::string takeQuoted(const char* what);
     [[nodiscard]] Party takeParty();
-    /// What one of the words, of which there is one for each `kind` of thing, stands for.
+    /// Consumes one of `words` and returns its meaning. `kind` describes the words in the error text.
     [[nodiscard]] std::string takeOneOf(const std::string& kind, const Words& words);
     [[nodiscard]] std::chrono::milliseconds takeTime();
     [[nodiscard]] unsigned takeTimes();

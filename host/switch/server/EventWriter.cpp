@@ -12,7 +12,8 @@ bool isUnknown(const Party& party) {
     return party.number.empty();
 }
 
-/// One of the schema's choice for a device, whose text stands in an element called `identifier`.
+/// Writes one alternative of the schema's device choice. `identifier` is the name of the element for its
+/// text.
 void writeDevice(MessageWriter& writer, std::string_view member, std::string_view identifier,
                  const Party& party) {
     writer.open(member);
@@ -40,7 +41,7 @@ void writeRedirection(MessageWriter& writer, const Party& party) {
     writer.close();
 }
 
-/// A party whose number is withheld has a made-up device in its connection.
+/// The connection of a party with a restricted number has a generated device id.
 std::string connectionDevice(const Party& party, const std::string& callId) {
     return party.anonymous ? "trunk-" + callId : party.number;
 }
@@ -56,7 +57,7 @@ void writePrivateText(MessageWriter& writer, const std::string& text) {
     }
 }
 
-/// Which of the members that several events share an event has.
+/// The optional members of a call event.
 struct Members {
     bool ownDevice = true;
     bool callingAndCalled = true;
@@ -68,46 +69,46 @@ Members membersOf(WireEvent event) {
         case WireEvent::eServiceInitiated:
         case WireEvent::eHeld:
         case WireEvent::eRetrieved:
-        case WireEvent::eConnectionCleared: return {true, false, false};
-        case WireEvent::eOriginated: return {false, true, false};
+        case WireEvent::eConnectionCleared: return {.callingAndCalled = false, .redirection = false};
+        case WireEvent::eOriginated: return {.ownDevice = false, .redirection = false};
         default: return {};
     }
 }
 
-void writeCallEvent(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence,
+void writeCallEvent(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event,
                     std::string_view localConnection) {
-    const Members members = membersOf(occurrence.event);
-    writeConnection(writer, shape.connection, occurrence.callId, occurrence.subject);
+    const Members members = membersOf(event.type);
+    writeConnection(writer, schema.connection, event.callId, event.subject);
     if (members.ownDevice) {
-        writeParty(writer, shape.device, occurrence.device);
+        writeParty(writer, schema.device, event.device);
     }
-    if (occurrence.event == WireEvent::eDiverted) {
-        writeParty(writer, "newDestination", occurrence.newDestination);
+    if (event.type == WireEvent::eDiverted) {
+        writeParty(writer, "newDestination", event.newDestination);
     }
     if (members.callingAndCalled) {
-        writeParty(writer, "callingDevice", occurrence.calling);
-        writeParty(writer, "calledDevice", occurrence.called);
+        writeParty(writer, "callingDevice", event.calling);
+        writeParty(writer, "calledDevice", event.called);
     }
     if (members.redirection) {
-        writeRedirection(writer, occurrence.redirectedFrom);
+        writeRedirection(writer, event.redirectedFrom);
     }
-    writer.text("localConnectionInfo", localConnection).text("cause", occurrence.cause);
+    writer.text("localConnectionInfo", localConnection).text("cause", event.cause);
 }
 
-/// Transferred and Conferenced differ in names only.
-void writeJoining(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence,
+/// Writes Transferred and Conferenced, which differ in names only.
+void writeJoining(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event,
                   std::string_view localConnection) {
-    const bool transferred = occurrence.event == WireEvent::eTransferred;
-    writeConnection(writer, shape.connection, occurrence.callId, occurrence.subject);
-    if (!occurrence.secondaryCallId.empty()) {
-        writeConnection(writer, "secondaryOldCall", occurrence.secondaryCallId, occurrence.subject);
+    const bool transferred = event.type == WireEvent::eTransferred;
+    writeConnection(writer, schema.connection, event.callId, event.subject);
+    if (!event.secondaryCallId.empty()) {
+        writeConnection(writer, "secondaryOldCall", event.secondaryCallId, event.subject);
     }
-    writeParty(writer, shape.device, occurrence.device);
-    writeParty(writer, transferred ? "transferredToDevice" : "addedParty", occurrence.newDestination);
+    writeParty(writer, schema.device, event.device);
+    writeParty(writer, transferred ? "transferredToDevice" : "addedParty", event.newDestination);
     writer.open(transferred ? "transferredConnections" : "conferenceConnections");
-    for (const SimulatedEvent::Connection& one : occurrence.connections) {
+    for (const SimulatedEvent::Connection& one : event.connections) {
         writer.open("connectionListItem");
-        writeConnection(writer, "newConnection", occurrence.newCallId, one.party);
+        writeConnection(writer, "newConnection", event.newCallId, one.party);
         if (!one.oldCallId.empty()) {
             writeConnection(writer, "oldConnection", one.oldCallId, one.party);
         }
@@ -115,50 +116,50 @@ void writeJoining(MessageWriter& writer, const EventSchema& shape, const Simulat
         writer.close();
     }
     writer.close();
-    writer.text("localConnectionInfo", localConnection).text("cause", occurrence.cause);
-    writePrivateText(writer, occurrence.privateText);
+    writer.text("localConnectionInfo", localConnection).text("cause", event.cause);
+    writePrivateText(writer, event.privateText);
 }
 
-void writeCallInformation(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence) {
-    writeConnection(writer, shape.connection, occurrence.callId, occurrence.subject);
-    writeParty(writer, shape.device, occurrence.device);
-    writeParty(writer, "callingDevice", occurrence.calling);
-    if (!occurrence.privateText.empty()) {
+void writeCallInformation(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event) {
+    writeConnection(writer, schema.connection, event.callId, event.subject);
+    writeParty(writer, schema.device, event.device);
+    writeParty(writer, "callingDevice", event.calling);
+    if (!event.privateText.empty()) {
         writer.open("extensions").open("privateData").open("private");
-        writer.text("callStatus", occurrence.privateText).close().close().close();
+        writer.text("callStatus", event.privateText).close().close().close();
     }
 }
 
-void writeMembership(MessageWriter& writer, const SimulatedEvent& occurrence) {
+void writeMembership(MessageWriter& writer, const SimulatedEvent& event) {
     writer.open("privateData").open("private").open("conferenceMembership");
-    writer.text("callID", occurrence.callId);
-    writer.text("deviceID", connectionDevice(occurrence.subject, occurrence.callId));
-    for (const Party& member : occurrence.members) {
+    writer.text("callID", event.callId);
+    writer.text("deviceID", connectionDevice(event.subject, event.callId));
+    for (const Party& member : event.members) {
         writeParty(writer, "member", member);
     }
 }
 
-void writeCallBack(MessageWriter& writer, const EventSchema& shape, const SimulatedEvent& occurrence) {
-    writeParty(writer, shape.device, occurrence.device);
-    writeParty(writer, "targetDevice", occurrence.newDestination);
-    writer.flag("callBackSetCanceled", occurrence.set);
-    writePrivateText(writer, occurrence.privateText);
+void writeCallBack(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event) {
+    writeParty(writer, schema.device, event.device);
+    writeParty(writer, "targetDevice", event.newDestination);
+    writer.flag("callBackSetCanceled", event.set);
+    writePrivateText(writer, event.privateText);
 }
 
 }  // namespace
 
-std::string writeEvent(std::string_view nameSpace, const SimulatedEvent& occurrence,
+std::string writeEvent(std::string_view nameSpace, const SimulatedEvent& event,
                        std::string_view monitorCrossRefId, std::string_view localConnection) {
-    const EventSchema& shape = eventSchema(occurrence.event);
-    MessageWriter writer(shape.rootName, nameSpace);
+    const EventSchema& schema = eventSchema(event.type);
+    MessageWriter writer(schema.rootName, nameSpace);
     writer.text("monitorCrossRefID", monitorCrossRefId);
-    switch (occurrence.event) {
+    switch (event.type) {
         case WireEvent::eTransferred:
-        case WireEvent::eConferenced: writeJoining(writer, shape, occurrence, localConnection); break;
-        case WireEvent::eCallInformation: writeCallInformation(writer, shape, occurrence); break;
-        case WireEvent::ePrivate: writeMembership(writer, occurrence); break;
-        case WireEvent::eCallBack: writeCallBack(writer, shape, occurrence); break;
-        default: writeCallEvent(writer, shape, occurrence, localConnection); break;
+        case WireEvent::eConferenced: writeJoining(writer, schema, event, localConnection); break;
+        case WireEvent::eCallInformation: writeCallInformation(writer, schema, event); break;
+        case WireEvent::ePrivate: writeMembership(writer, event); break;
+        case WireEvent::eCallBack: writeCallBack(writer, schema, event); break;
+        default: writeCallEvent(writer, schema, event, localConnection); break;
     }
     return writer.finish();
 }

@@ -8,11 +8,11 @@
 
 namespace host {
 
-/// The event as one monitor gets it, by the schema.
-[[nodiscard]] std::string writeEvent(std::string_view nameSpace, const SimulatedEvent& occurrence,
+/// The event message for one monitor, by the schema.
+[[nodiscard]] std::string writeEvent(std::string_view nameSpace, const SimulatedEvent& event,
                                      std::string_view monitorCrossRefId, std::string_view localConnection);
 
-/// What has changed in the switch's own call log.
+/// The message for a change of the switch's call log.
 [[nodiscard]] std::string writeCallLogEvent(std::string_view nameSpace, const CallLogEntryEvent& entry,
                                             std::string_view monitorCrossRefId);
 

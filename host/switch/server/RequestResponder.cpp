@@ -23,21 +23,21 @@ RequestResponder::RequestResponder(std::string_view edition, std::string ownDevi
       m_monitors(monitors),
       m_callLogs(callLogs) {}
 
-RequestResponder::Outcome RequestResponder::answer(const WireDocument& request, int client) {
+RequestResponder::Outcome RequestResponder::respond(const WireDocument& request, int client) {
     static constexpr std::array rows = {
         Row{"MonitorStart", &RequestResponder::monitorStart},
-        Row{"MonitorStop", &RequestResponder::monitorStopped},
+        Row{"MonitorStop", &RequestResponder::stopMonitor},
         Row{"ChangeMonitorFilter", &RequestResponder::changeFilter},
-        Row{"SystemRegister", &RequestResponder::registration},
+        Row{"SystemRegister", &RequestResponder::systemRegister},
         Row{"SystemRegisterCancel", &RequestResponder::emptyResponse},
-        Row{"RequestSystemStatus", &RequestResponder::requestedStatus},
+        Row{"RequestSystemStatus", &RequestResponder::requestSystemStatus},
         Row{"SystemStatus", &RequestResponder::emptyResponse},
         Row{"Escape", &RequestResponder::escape},
         Row{"SnapshotDevice", &RequestResponder::snapshot},
         Row{"GetSwitchingFunctionDevices", &RequestResponder::devices},
         Row{"StartApplicationSession", &RequestResponder::startSession},
         Row{"ResetApplicationSessionTimer", &RequestResponder::resetSession},
-        Row{"StopApplicationSession", &RequestResponder::sessionEnd},
+        Row{"StopApplicationSession", &RequestResponder::stopSession},
     };
     if (request.kind() != MessageKind::eRequest) {
         return {};
@@ -59,13 +59,13 @@ void RequestResponder::addLines(const std::string& device, const std::vector<std
     if (lines.empty()) {
         return;
     }
-    std::vector<std::string>& served = m_devices[comparableNumber(device)];
-    if (served.empty()) {
-        served.push_back(device);
+    std::vector<std::string>& devices = m_devices[comparableNumber(device)];
+    if (devices.empty()) {
+        devices.push_back(device);
     }
     for (const std::string& line : lines) {
-        if (std::find(served.begin(), served.end(), line) == served.end()) {
-            served.push_back(line);
+        if (std::find(devices.begin(), devices.end(), line) == devices.end()) {
+            devices.push_back(line);
         }
     }
 }
@@ -94,10 +94,10 @@ RequestResponder::Outcome RequestResponder::monitorStart(const WireDocument& req
         monitor.filter.write(writer);
         writer.close();
     }
-    return {writer.finish(), true};
+    return {.response = writer.finish(), .monitorStarted = true};
 }
 
-RequestResponder::Outcome RequestResponder::monitorStopped(const WireDocument& request, int client) {
+RequestResponder::Outcome RequestResponder::stopMonitor(const WireDocument& request, int client) {
     const std::string id = childText(request.root(), "monitorCrossRefID");
     if (m_monitors.find(id, client) == nullptr) {
         return {error("operation", "invalidMonitorCrossRefID")};
@@ -118,31 +118,32 @@ RequestResponder::Outcome RequestResponder::changeFilter(const WireDocument& req
     return {writer.finish()};
 }
 
-RequestResponder::Outcome RequestResponder::registration(const WireDocument& /*request*/, int /*client*/) {
+RequestResponder::Outcome RequestResponder::systemRegister(const WireDocument& /*request*/, int /*client*/) {
     MessageWriter writer("SystemRegisterResponse", m_nameSpace);
     writer.text("sysStatRegisterID", std::to_string(++m_registrations));
-    return {writer.finish(), false, true};
+    return {.response = writer.finish(), .registered = true};
 }
 
-RequestResponder::Outcome RequestResponder::requestedStatus(const WireDocument& /*request*/, int /*client*/) {
+RequestResponder::Outcome RequestResponder::requestSystemStatus(const WireDocument& /*request*/,
+                                                                int /*client*/) {
     return {
         MessageWriter("RequestSystemStatusResponse", m_nameSpace).text("systemStatus", m_status).finish()};
 }
 
-/// The request names no device: it is about the logs of those that its client monitors.
+/// The request contains no device: it applies to the logs of the devices that the client monitors.
 RequestResponder::Outcome RequestResponder::escape(const WireDocument& request, int client) {
     const pugi::xml_node root = request.root();
     if (!childNamed(childNamed(privateDataOf(root), "private"), kCallLogEntryRequest)) {
         return emptyResponse(request, client);
     }
-    const std::optional<CallLogEntryRequest> asked = readCallLogEntryRequest(root);
-    if (!asked) {
+    const std::optional<CallLogEntryRequest> logRequest = readCallLogEntryRequest(root);
+    if (!logRequest) {
         return {error("operation", "invalidParameterValue")};
     }
     Outcome outcome = emptyResponse(request, client);
     for (const std::string& device : m_monitors.devicesOf(client)) {
         std::optional<CallLog::Events> events =
-            m_callLogs.change(device, [&asked](CallLog& log) { return log.apply(*asked); });
+            m_callLogs.change(device, [&logRequest](CallLog& log) { return log.apply(*logRequest); });
         if (!events) {
             return {error("operation", "invalidParameterValue")};
         }
@@ -159,20 +160,20 @@ RequestResponder::Outcome RequestResponder::snapshot(const WireDocument& /*reque
 
 RequestResponder::Outcome RequestResponder::devices(const WireDocument& request, int /*client*/) {
     const std::string device = childText(request.root(), "requestedDeviceID");
-    const auto served = m_devices.find(comparableNumber(device.empty() ? m_ownDevice : device));
-    if (served == m_devices.end()) {
+    const auto devices = m_devices.find(comparableNumber(device.empty() ? m_ownDevice : device));
+    if (devices == m_devices.end()) {
         return {error("operation", "serviceNotSupported")};
     }
     const std::string crossRefId = std::to_string(++m_deviceLists);
     MessageWriter list("SwitchingFunctionDevices", m_nameSpace);
     list.text("serviceCrossRefID", crossRefId).flag("lastSegment", true).open("deviceList");
-    for (const std::string& one : served->second) {
+    for (const std::string& one : devices->second) {
         list.open("deviceListItem").text("deviceID", one).text("deviceCategory", "station").close();
     }
     Outcome outcome{MessageWriter("GetSwitchingFunctionDevicesResponse", m_nameSpace)
                         .text("serviceCrossRefID", crossRefId)
                         .finish()};
-    outcome.sequel = list.finish();
+    outcome.followUp = list.finish();
     return outcome;
 }
 
@@ -195,7 +196,7 @@ RequestResponder::Outcome RequestResponder::emptyResponse(const WireDocument& re
     return {MessageWriter(std::string(request.name()) + "Response", m_nameSpace).finish()};
 }
 
-RequestResponder::Outcome RequestResponder::sessionEnd(const WireDocument& /*request*/, int /*client*/) {
+RequestResponder::Outcome RequestResponder::stopSession(const WireDocument& /*request*/, int /*client*/) {
     return {MessageWriter("StopApplicationSessionPosResponse", kSessionNameSpace).finish()};
 }
 

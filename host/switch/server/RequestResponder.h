@@ -13,41 +13,42 @@
 
 namespace host {
 
-/// How the simulated switch answers what clients ask. Every request gets an answer; what the switch does not know is
+/// Handles the clients' requests at the simulated switch. Every request has a response; an unknown request is
 /// refused with `serviceNotSupported`. Not thread-safe.
 class RequestResponder {
 public:
-    /// `monitors` and `callLogs` outlive the object; `ownDevice` is what an empty device in a MonitorStart means.
+    /// `monitors` and `callLogs` must outlive the object. `ownDevice` is used for an empty device in a
+    /// request.
     RequestResponder(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
                      CallLogStore& callLogs);
 
     struct Outcome {
-        /// Nothing for messages that want no answer.
-        std::optional<std::string> answer;
+        /// `std::nullopt` for messages that require no response.
+        std::optional<std::string> response = std::nullopt;
         /// The request has started a monitor.
         bool monitorStarted = false;
-        /// The client wants to be told of the system status.
+        /// The client has registered for the system status.
         bool registered = false;
-        /// What the switch sends of its own accord behind the answer.
-        std::optional<std::string> sequel = std::nullopt;
-        /// What has changed in the call log of which device.
+        /// A request that the switch sends after the response.
+        std::optional<std::string> followUp = std::nullopt;
+        /// The changes of the call logs, by device.
         std::vector<std::pair<std::string, CallLog::Events>> callLogChanges = {};
     };
-    [[nodiscard]] Outcome answer(const WireDocument& request, int client);
+    [[nodiscard]] Outcome respond(const WireDocument& request, int client);
 
-    /// The answers of a switch that misbehaves.
+    /// The responses of fault injection.
     [[nodiscard]] std::string refusal() const { return error("operation", "generic"); }
     [[nodiscard]] std::string wrongResponse(std::string_view requestName) const;
 
-    /// Requests of the switch's own.
+    /// Requests of the switch.
     [[nodiscard]] std::string systemStatus(std::string_view word) const;
     [[nodiscard]] std::string monitorStop(std::string_view id) const;
 
     [[nodiscard]] const std::string& nameSpace() const noexcept { return m_nameSpace; }
-    /// What a RequestSystemStatus is answered with.
+    /// Sets the system status that RequestSystemStatus returns.
     void setStatus(std::string word) { m_status = std::move(word); }
-    /// The phone `device` serves `lines` beside its own number. Of a phone that serves none the switch does not
-    /// tell any devices.
+    /// Adds `lines` to the telephone lines of the phone `device`. Without any, the switch refuses to list its
+    /// devices.
     void addLines(const std::string& device, const std::vector<std::string>& lines);
 
 private:
@@ -55,17 +56,17 @@ private:
     struct Row;
 
     Outcome monitorStart(const WireDocument& request, int client);
-    Outcome monitorStopped(const WireDocument& request, int client);
+    Outcome stopMonitor(const WireDocument& request, int client);
     Outcome changeFilter(const WireDocument& request, int client);
-    Outcome registration(const WireDocument& request, int client);
-    Outcome requestedStatus(const WireDocument& request, int client);
+    Outcome systemRegister(const WireDocument& request, int client);
+    Outcome requestSystemStatus(const WireDocument& request, int client);
     Outcome escape(const WireDocument& request, int client);
     Outcome snapshot(const WireDocument& request, int client);
     Outcome devices(const WireDocument& request, int client);
     Outcome startSession(const WireDocument& request, int client);
     Outcome resetSession(const WireDocument& request, int client);
     Outcome emptyResponse(const WireDocument& request, int client);
-    Outcome sessionEnd(const WireDocument& request, int client);
+    Outcome stopSession(const WireDocument& request, int client);
 
     [[nodiscard]] std::string error(std::string_view category, std::string_view value) const;
 
@@ -77,7 +78,7 @@ private:
     int m_registrations = 0;
     int m_sessions = 0;
     int m_deviceLists = 0;
-    /// All that a phone serves, its own number first, by that number.
+    /// The telephone lines of each phone, its own number first, by that number.
     std::map<std::string, std::vector<std::string>> m_devices;
 };
 

@@ -8,19 +8,19 @@ namespace host {
 
 namespace {
 
-// Between two passes of a scenario that has no time of its own.
+// Pause between two passes of a scenario without waits.
 constexpr std::chrono::milliseconds kPassPause{100};
 
 }  // namespace
 
 ScenarioPlayer::ScenarioPlayer(asio::io_context& io, Scenario scenario, PlayOptions options,
-                               const std::string& device, Stage stage)
+                               const std::string& device, Handlers handlers)
     : m_scenario(std::move(scenario)),
       m_options(std::move(options)),
-      m_device(m_scenario.device().empty() ? device : m_scenario.device()),
-      m_stage(std::move(stage)),
+      m_device(m_scenario.device.empty() ? device : m_scenario.device),
+      m_handlers(std::move(handlers)),
       m_timer(io),
-      m_calls(m_device, m_scenario.lines(), m_stage.newCallId) {}
+      m_calls(m_device, m_scenario.lines, m_handlers.newCallId) {}
 
 void ScenarioPlayer::start() {
     if (!m_options.awaitMonitor) {
@@ -32,11 +32,11 @@ void ScenarioPlayer::start() {
 }
 
 void ScenarioPlayer::monitorStarted() {
-    if (m_started || m_stopped || !m_stage.isMonitored(m_device)) {
+    if (m_started || m_stopped || !m_handlers.isMonitored(m_device)) {
         return;
     }
-    const std::vector<std::string>& lines = m_scenario.lines();
-    m_started = std::all_of(lines.begin(), lines.end(), m_stage.isMonitored);
+    const std::vector<std::string>& lines = m_scenario.lines;
+    m_started = std::all_of(lines.begin(), lines.end(), m_handlers.isMonitored);
     pauseFor(m_started ? std::chrono::milliseconds(0) : kLinePatience);
 }
 
@@ -47,11 +47,11 @@ void ScenarioPlayer::stop() {
 
 void ScenarioPlayer::play() {
     for (std::size_t done = 0; done < kStepsAtOnce; ++done) {
-        if (m_next == m_scenario.steps().size()) {
+        if (m_next == m_scenario.steps.size()) {
             endPass();
             return;
         }
-        const ScenarioStep& step = m_scenario.steps()[m_next++];
+        const ScenarioStep& step = m_scenario.steps[m_next++];
         perform(step);
         if (const std::chrono::milliseconds pause = paced(step); pause.count() > 0) {
             pauseFor(pause);
@@ -74,43 +74,42 @@ void ScenarioPlayer::pauseFor(std::chrono::milliseconds pause) {
 void ScenarioPlayer::perform(const ScenarioStep& step) {
     switch (step.action) {
         case ScenarioStep::Action::eWait: break;
-        case ScenarioStep::Action::eStatus: m_stage.status(step.word); break;
+        case ScenarioStep::Action::eStatus: m_handlers.status(step.word); break;
         case ScenarioStep::Action::eLogAdd:
         case ScenarioStep::Action::eLogDelete:
         case ScenarioStep::Action::eLogClear:
-        case ScenarioStep::Action::eLogPrint: m_stage.callLog(step); break;
-        default: show(m_calls.perform(step)); break;
+        case ScenarioStep::Action::eLogPrint: m_handlers.callLog(step); break;
+        default: publish(m_calls.perform(step)); break;
     }
 }
 
-/// What is still up when the scenario begins again is hung up, so that it finds a quiet phone. At the very end calls stay
-/// as they are.
+/// Hangs up all remaining calls before the scenario is repeated. At the final end the calls stay as they are.
 void ScenarioPlayer::endPass() {
     if (!m_options.loop) {
         m_stopped = true;
-        m_stage.finished();
+        m_handlers.finished();
         return;
     }
-    show(m_calls.hangUpAll());
+    publish(m_calls.hangUpAll());
     m_next = 0;
-    pauseFor(m_scenario.waitTime().count() > 0 || m_options.rate > 0 ? std::chrono::milliseconds(0)
-                                                                     : kPassPause);
+    pauseFor(m_scenario.waitTime.count() > 0 || m_options.rate > 0 ? std::chrono::milliseconds(0)
+                                                                   : kPassPause);
 }
 
-void ScenarioPlayer::show(const CallOccurrences& occurrences) const {
-    for (const SimulatedEvent& occurrence : occurrences) {
-        m_stage.happens(occurrence);
+void ScenarioPlayer::publish(const SimulatedEvents& events) const {
+    for (const SimulatedEvent& event : events) {
+        m_handlers.event(event);
     }
 }
 
-/// How long to wait after the step. With a rate the waits are scaled so that a pass makes its calls in the time that
-/// the rate gives it; a scenario without waits gets the pauses after its calls.
+/// The pause after the step. With a rate, the waits are scaled so that the duration of a pass fits the number
+/// of its calls. A scenario without waits pauses after each new call.
 std::chrono::milliseconds ScenarioPlayer::paced(const ScenarioStep& step) const {
-    if (m_options.rate <= 0 || m_scenario.callCount() == 0) {
+    if (m_options.rate <= 0 || m_scenario.callCount == 0) {
         return step.duration;
     }
-    const double passTime = 1000.0 * static_cast<double>(m_scenario.callCount()) / m_options.rate;
-    const auto waits = static_cast<double>(m_scenario.waitTime().count());
+    const double passTime = 1000.0 * static_cast<double>(m_scenario.callCount) / m_options.rate;
+    const auto waits = static_cast<double>(m_scenario.waitTime.count());
     if (waits > 0) {
         return std::chrono::milliseconds(
             static_cast<long long>(static_cast<double>(step.duration.count()) * passTime / waits));

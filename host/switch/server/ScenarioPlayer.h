@@ -10,39 +10,39 @@
 
 #include "host/switch/calls/PlayedCalls.h"
 #include "host/switch/scenario/Scenario.h"
-#include "host/switch/server/SwitchSimulator.h"
+#include "host/switch/server/SwitchOptions.h"
 
 namespace host {
 
-/// Plays one scenario in time: does its steps, waits between them, and hands on what the phones hear. Belongs to
-/// the simulator's thread, and must outlive the operations of the io_context.
+/// Plays one scenario: performs its steps, waits between them, and publishes the events of the phones.
+/// Simulator thread only. Must outlive the operations of the io_context.
 class ScenarioPlayer {
 public:
-    struct Stage {
-        std::function<void(const SimulatedEvent&)> happens;
+    struct Handlers {
+        std::function<void(const SimulatedEvent&)> event;
         std::function<void(const std::string& word)> status;
-        /// A change of the log that the switch keeps of the phone's calls.
+        /// A change of the switch's call log of the phone.
         std::function<void(const ScenarioStep&)> callLog;
-        /// A call id that no other call of the switch has.
+        /// Returns a call id that is unique at the switch.
         std::function<std::string()> newCallId;
-        /// Somebody monitors the device now.
+        /// True if a client monitors the device.
         std::function<bool(const std::string& device)> isMonitored;
         std::function<void()> finished;
     };
 
-    /// `device` is the phone of a scenario that names none.
+    /// `device` is the phone of a scenario without a `device` statement.
     ScenarioPlayer(asio::io_context& io, Scenario scenario, PlayOptions options, const std::string& device,
-                   Stage stage);
+                   Handlers handlers);
 
-    /// Begins, unless it waits for a monitor of the phone.
+    /// Starts playing, or waits for a monitor of the phone, as `options` require.
     void start();
-    /// There is a monitor more. Begins when it is the phone's; the monitors of the other lines that the phone
-    /// serves have a moment to follow, which a phone that monitors none of them lets pass.
+    /// A client has started a monitor. Starts playing once the phone and all its other lines are monitored,
+    /// or `kLinePatience` after the phone itself is monitored.
     void monitorStarted();
     void stop();
 
 private:
-    // After so many steps in one go the others get their turn.
+    // Yields to the other work of the thread after this number of steps.
     static constexpr std::size_t kStepsAtOnce = 64;
     static constexpr std::chrono::milliseconds kLinePatience{1000};
 
@@ -50,13 +50,13 @@ private:
     void pauseFor(std::chrono::milliseconds pause);
     void perform(const ScenarioStep& step);
     void endPass();
-    void show(const CallOccurrences& occurrences) const;
+    void publish(const SimulatedEvents& events) const;
     [[nodiscard]] std::chrono::milliseconds paced(const ScenarioStep& step) const;
 
     const Scenario m_scenario;
     const PlayOptions m_options;
     const std::string m_device;
-    const Stage m_stage;
+    const Handlers m_handlers;
     asio::steady_timer m_timer;
     bool m_started = false;
     bool m_stopped = false;

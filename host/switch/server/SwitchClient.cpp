@@ -4,8 +4,6 @@
 #include <system_error>
 #include <utility>
 
-#include <asio/write.hpp>
-
 namespace host {
 
 SwitchClient::SwitchClient(asio::ip::tcp::socket socket, int number, Handlers handlers)
@@ -23,12 +21,13 @@ void SwitchClient::send(int invokeId, const std::string& xml) {
     if (!m_open || !bytes) {
         return;
     }
-    m_queuedBytes += bytes->size();
-    m_queue.push_back(std::move(*bytes));
-    if (m_queuedBytes > kMaxQueuedBytes) {
+    m_queue.push(std::move(*bytes), [self = shared_from_this()](const std::error_code& error) {
+        if (error) {
+            self->fail();
+        }
+    });
+    if (m_queue.bytes() > kMaxQueuedBytes) {
         fail();
-    } else if (m_queue.size() == 1) {
-        write();
     }
 }
 
@@ -36,6 +35,7 @@ void SwitchClient::close() {
     m_open = false;
     std::error_code ignored;
     m_socket.close(ignored);
+    m_queue.clear();
 }
 
 void SwitchClient::read() {
@@ -55,30 +55,12 @@ void SwitchClient::read() {
                                          return;
                                      }
                                  }
-                                 if (m_reader.lost()) {
+                                 if (m_reader.isLost()) {
                                      fail();
                                      return;
                                  }
                                  read();
                              });
-}
-
-void SwitchClient::write() {
-    asio::async_write(m_socket, asio::buffer(m_queue.front()),
-                      [this, self = shared_from_this()](std::error_code error, std::size_t written) {
-                          if (!m_open) {
-                              return;
-                          }
-                          if (error) {
-                              fail();
-                              return;
-                          }
-                          m_queuedBytes -= written;
-                          m_queue.pop_front();
-                          if (!m_queue.empty()) {
-                              write();
-                          }
-                      });
 }
 
 void SwitchClient::fail() {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,11 +9,12 @@
 #include <asio/ip/tcp.hpp>
 
 #include "host/csta-wire/FrameReader.h"
+#include "host/csta-wire/SendQueue.h"
 
 namespace host {
 
-/// One client's connection at the simulated switch. Belongs to the simulator's thread; lives as long as an operation of it
-/// is under way. After `close` no handler is called.
+/// The connection of one client to the simulated switch. Simulator thread only. Stays alive while one of its
+/// operations is in progress. No handler is called after `close`.
 class SwitchClient : public std::enable_shared_from_this<SwitchClient> {
 public:
     struct Handlers {
@@ -30,11 +30,10 @@ public:
     [[nodiscard]] int number() const noexcept { return m_number; }
 
 private:
-    // A client that does not read is dropped.
+    // A client with more unread data is disconnected.
     static constexpr std::size_t kMaxQueuedBytes = 16U << 20U;
 
     void read();
-    void write();
     void fail();
 
     asio::ip::tcp::socket m_socket;
@@ -43,8 +42,7 @@ private:
     bool m_open = true;
     FrameReader m_reader;
     std::array<char, 16384> m_received{};
-    std::deque<std::string> m_queue;
-    std::size_t m_queuedBytes = 0;
+    SendQueue m_queue{m_socket};
 };
 
 }  // namespace host

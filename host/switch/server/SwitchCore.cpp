@@ -24,7 +24,7 @@ tcp::acceptor listeningOn(asio::io_context& io, const SwitchOptions& options) {
     return {io, endpoint, true};
 }
 
-/// The root element of a message that we wrote ourselves.
+/// The root element of a message that was written by `MessageWriter`.
 std::string nameOf(std::string_view xml) {
     const std::size_t root = xml.find("?><") + 3;
     return std::string(xml.substr(root, xml.find_first_of(" />", root) - root));
@@ -32,9 +32,8 @@ std::string nameOf(std::string_view xml) {
 
 }  // namespace
 
-SwitchCore::SwitchCore(const SwitchOptions& options, MessageTrace& log, CallLogStore& callLogs)
+SwitchCore::SwitchCore(const SwitchOptions& options, CallLogStore& callLogs)
     : m_options(options),
-      m_log(log),
       m_callLogs(callLogs),
       m_work(m_io.get_executor()),
       m_acceptor(listeningOn(m_io, options)),
@@ -43,21 +42,23 @@ SwitchCore::SwitchCore(const SwitchOptions& options, MessageTrace& log, CallLogS
 }
 
 void SwitchCore::play(Scenario scenario, PlayOptions options) {
-    const std::string device = scenario.device().empty() ? m_options.device : scenario.device();
-    m_responses.addLines(device, scenario.lines());
-    ScenarioPlayer::Stage stage{
-        [this](const SimulatedEvent& occurrence) { happens(occurrence); },
-        [this](const std::string& word) { sendSystemStatus(word); },
-        [this, device, options](const ScenarioStep& step) { changeCallLog(device, step, options); },
-        [this] { return std::to_string(++m_lastCall); },
-        [this](const std::string& number) { return !m_monitors.ofDevice(number).empty(); },
-        [finished = options.finished] {
-            if (finished) {
-                finished();
-            }
-        }};
+    const std::string device = scenario.device.empty() ? m_options.device : scenario.device;
+    m_responses.addLines(device, scenario.lines);
+    ScenarioPlayer::Handlers handlers{
+        .event = [this](const SimulatedEvent& event) { publish(event); },
+        .status = [this](const std::string& word) { sendSystemStatus(word); },
+        .callLog = [this, device,
+                    options](const ScenarioStep& step) { changeCallLog(device, step, options); },
+        .newCallId = [this] { return std::to_string(++m_lastCall); },
+        .isMonitored = [this](const std::string& number) { return !m_monitors.ofDevice(number).empty(); },
+        .finished =
+            [finished = options.finished] {
+                if (finished) {
+                    finished();
+                }
+            }};
     m_players.push_back(std::make_unique<ScenarioPlayer>(m_io, std::move(scenario), std::move(options),
-                                                         m_options.device, std::move(stage)));
+                                                         m_options.device, std::move(handlers)));
     m_players.back()->start();
 }
 
@@ -79,7 +80,7 @@ void SwitchCore::stopMonitors(const std::string& device) {
 void SwitchCore::dropClients() {
     for (const auto& [number, client] : ClientMap(m_clients)) {
         client->close();
-        clientGone(number);
+        removeClient(number);
     }
 }
 
@@ -99,24 +100,24 @@ void SwitchCore::accept() {
             return;
         }
         if (!error) {
-            welcome(std::move(socket));
+            addClient(std::move(socket));
         }
         accept();
     });
 }
 
-void SwitchCore::welcome(tcp::socket socket) {
+void SwitchCore::addClient(tcp::socket socket) {
     const int number = ++m_lastClient;
     auto client = std::make_shared<SwitchClient>(
         std::move(socket), number,
         SwitchClient::Handlers{[this](SwitchClient& from, const Frame& frame) { received(from, frame); },
-                               [this](SwitchClient& gone) {
-                                   // Later: whoever was just sending may be walking through its monitors.
-                                   asio::post(m_io, [this, lost = gone.number()] { clientGone(lost); });
+                               [this](SwitchClient& closed) {
+                                   // Posted, because a caller of `send` may be iterating over the monitors.
+                                   asio::post(m_io, [this, lost = closed.number()] { removeClient(lost); });
                                }});
     m_clients.emplace(number, client);
     if (loggingOnAppUni(kComponent, 5)) {
-        logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "client %d is here", number);
+        logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "client %d has connected", number);
     }
     client->start();
     if (m_options.speaksFirst) {
@@ -130,35 +131,38 @@ void SwitchCore::received(SwitchClient& client, const Frame& frame) {
     if (!document) {
         return;
     }
-    note({SwitchLogEntry::Direction::eReceived, client.number(), frame.invokeId,
-          std::string(document->name()), frame.xml});
+    trace({.direction = SwitchMessage::Direction::eReceived,
+           .client = client.number(),
+           .invokeId = frame.invokeId,
+           .name = std::string(document->name()),
+           .xml = frame.xml});
     if (document->kind() == MessageKind::eRequest) {
-        answer(client, frame.invokeId, *document);
+        respond(client, frame.invokeId, *document);
     }
 }
 
-void SwitchCore::answer(SwitchClient& client, int invokeId, const WireDocument& request) {
+void SwitchCore::respond(SwitchClient& client, int invokeId, const WireDocument& request) {
     const int number = client.number();
     const std::string name(request.name());
     switch (responseModeOf(name)) {
-        case ResponseMode::eNormally: break;
-        case ResponseMode::eNever: return;
-        case ResponseMode::eRefuse: send(number, invokeId, m_responses.refusal()); return;
-        case ResponseMode::eWrongly: send(number, invokeId, m_responses.wrongResponse(name)); return;
-        case ResponseMode::eHangUp:
+        case ResponseMode::eNormal: break;
+        case ResponseMode::eNoResponse: return;
+        case ResponseMode::eRefusal: send(number, invokeId, m_responses.refusal()); return;
+        case ResponseMode::eWrongResponse: send(number, invokeId, m_responses.wrongResponse(name)); return;
+        case ResponseMode::eDisconnect:
             client.close();
-            clientGone(number);
+            removeClient(number);
             return;
     }
-    const RequestResponder::Outcome outcome = m_responses.answer(request, number);
+    const RequestResponder::Outcome outcome = m_responses.respond(request, number);
     if (outcome.registered) {
         m_registered.insert(number);
     }
-    if (outcome.answer) {
-        send(number, invokeId, *outcome.answer);
+    if (outcome.response) {
+        send(number, invokeId, *outcome.response);
     }
-    if (outcome.sequel) {
-        sendRequest(number, *outcome.sequel);
+    if (outcome.followUp) {
+        sendRequest(number, *outcome.followUp);
     }
     for (const auto& [device, events] : outcome.callLogChanges) {
         notifyCallLog(device, events);
@@ -170,28 +174,28 @@ void SwitchCore::answer(SwitchClient& client, int invokeId, const WireDocument& 
     }
 }
 
-void SwitchCore::clientGone(int number) {
+void SwitchCore::removeClient(int number) {
     m_monitors.removeClient(number);
     m_registered.erase(number);
     m_clients.erase(number);
 }
 
-void SwitchCore::happens(const SimulatedEvent& occurrence) {
-    const EventSchema& shape = eventSchema(occurrence.event);
-    for (const SimulatedEvent::Listener& listener : occurrence.listeners) {
+void SwitchCore::publish(const SimulatedEvent& event) {
+    const EventSchema& schema = eventSchema(event.type);
+    for (const SimulatedEvent::Listener& listener : event.listeners) {
         for (const SwitchMonitor* monitor : m_monitors.ofDevice(listener.device)) {
-            if (!monitor->filter.leavesOut(shape.filterGroup, shape.filterMember)) {
+            if (!monitor->filter.suppresses(schema.filterGroup, schema.filterMember)) {
                 send(monitor->client, Frame::kEventInvokeId,
-                     writeEvent(m_responses.nameSpace(), occurrence, monitor->id, listener.localConnection));
+                     writeEvent(m_responses.nameSpace(), event, monitor->id, listener.localConnection));
             }
         }
     }
-    for (const FinishedCall& call : m_finishedCalls.follow(occurrence)) {
+    for (const FinishedCall& call : m_finishedCalls.follow(event)) {
         if (m_options.callLog) {
             notifyCallLog(call.device, m_callLogs.change(call.device, [&call](CallLog& log) {
-                return log.file(call.log, call.party.anonymous
-                                              ? CallLog::Party()
-                                              : CallLog::Party{call.party.number, call.party.name, {}});
+                return log.add(call.log, call.party.anonymous
+                                             ? CallLog::Party()
+                                             : CallLog::Party{call.party.number, call.party.name, {}});
             }));
         }
     }
@@ -208,7 +212,7 @@ void SwitchCore::changeCallLog(const std::string& device, const ScenarioStep& st
     }
     notifyCallLog(device, m_callLogs.change(device, [&step](CallLog& log) {
         switch (step.action) {
-            case Action::eLogAdd: return log.file(step.log, {step.to.number, step.to.name, step.word});
+            case Action::eLogAdd: return log.add(step.log, {step.to.number, step.to.name, step.word});
             case Action::eLogDelete: return log.remove(step.log, step.to.number);
             default: return log.clear(step.log);
         }
@@ -216,9 +220,9 @@ void SwitchCore::changeCallLog(const std::string& device, const ScenarioStep& st
 }
 
 void SwitchCore::notifyCallLog(const std::string& device, const CallLog::Events& events) {
-    const EventSchema& shape = eventSchema(WireEvent::ePrivate);
+    const EventSchema& schema = eventSchema(WireEvent::ePrivate);
     for (const SwitchMonitor* monitor : m_monitors.ofDevice(device)) {
-        if (monitor->filter.leavesOut(shape.filterGroup, shape.filterMember)) {
+        if (monitor->filter.suppresses(schema.filterGroup, schema.filterMember)) {
             continue;
         }
         for (const CallLogEntryEvent& event : events) {
@@ -233,18 +237,25 @@ void SwitchCore::send(int client, int invokeId, const std::string& xml) {
     if (found == m_clients.end()) {
         return;
     }
-    note({SwitchLogEntry::Direction::eSent, client, invokeId, nameOf(xml), xml});
-    const std::shared_ptr<SwitchClient> kept = found->second;
-    kept->send(invokeId, xml);
+    trace({.direction = SwitchMessage::Direction::eSent,
+           .client = client,
+           .invokeId = invokeId,
+           .name = nameOf(xml),
+           .xml = xml});
+    // `send` may close the client.
+    const std::shared_ptr<SwitchClient> receiver = found->second;
+    receiver->send(invokeId, xml);
 }
 
-void SwitchCore::note(SwitchLogEntry entry) {
+void SwitchCore::trace(const SwitchMessage& message) const {
     if (loggingOnAppUni(kComponent, 6)) {
-        const bool sent = entry.direction == SwitchLogEntry::Direction::eSent;
+        const bool sent = message.direction == SwitchMessage::Direction::eSent;
         logAppUni(kComponent, __FILE_NAME__, 6, __LINE__, "%s client %d, %04d %s: %s", sent ? "to" : "from",
-                  entry.client, entry.invokeId, entry.name.c_str(), entry.xml.c_str());
+                  message.client, message.invokeId, message.name.c_str(), message.xml.c_str());
     }
-    m_log.add(std::move(entry));
+    if (m_options.messageListener) {
+        m_options.messageListener(message);
+    }
 }
 
 void SwitchCore::sendRequest(int client, const std::string& xml) {
@@ -254,7 +265,7 @@ void SwitchCore::sendRequest(int client, const std::string& xml) {
 
 ResponseMode SwitchCore::responseModeOf(std::string_view request) const {
     const auto found = m_responseModes.find(request);
-    return found == m_responseModes.end() ? ResponseMode::eNormally : found->second;
+    return found == m_responseModes.end() ? ResponseMode::eNormal : found->second;
 }
 
 }  // namespace host

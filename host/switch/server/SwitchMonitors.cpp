@@ -8,7 +8,11 @@ namespace host {
 
 SwitchMonitor& SwitchMonitors::add(const std::string& device, int client, WireFilter filter) {
     const std::string id = std::to_string(++m_last);
-    SwitchMonitor monitor{id, device, comparableNumber(device), client, std::move(filter)};
+    SwitchMonitor monitor{.id = id,
+                          .device = device,
+                          .number = comparableNumber(device),
+                          .client = client,
+                          .filter = std::move(filter)};
     return m_monitors.emplace(id, std::move(monitor)).first->second;
 }
 

@@ -13,7 +13,7 @@ namespace host {
 /// A monitor at the simulated switch.
 struct SwitchMonitor {
     std::string id;
-    /// As the client named it, and in the form to compare.
+    /// The device as sent by the client, and its comparable number.
     std::string device;
     std::string number;
     int client = 0;
@@ -23,14 +23,15 @@ struct SwitchMonitor {
 /// The monitors of all clients. Not thread-safe.
 class SwitchMonitors {
 public:
-    /// The id is unique as long as the switch lives. References stay valid until the monitor is removed.
+    /// The ids are unique during the lifetime of the object. References stay valid until the monitor is
+    /// removed.
     SwitchMonitor& add(const std::string& device, int client, WireFilter filter);
-    /// Null when that client has no such monitor.
+    /// Returns `nullptr` if that client has no such monitor.
     [[nodiscard]] SwitchMonitor* find(const std::string& id, int client);
     void remove(const std::string& id) { m_monitors.erase(id); }
     void removeClient(int client);
     [[nodiscard]] std::vector<const SwitchMonitor*> ofDevice(std::string_view device) const;
-    /// What the client monitors, by number.
+    /// The numbers of the devices that the client monitors.
     [[nodiscard]] std::set<std::string> devicesOf(int client) const;
 
 private:

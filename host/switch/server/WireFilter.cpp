@@ -17,21 +17,21 @@ void WireFilter::apply(pugi::xml_node change) {
         for (const pugi::xml_node member : group.children()) {
             std::pair<std::string, std::string> key{localName(group), localName(member)};
             if (isTrue(trimmed(member.text().get()))) {
-                m_leftOut.insert(std::move(key));
+                m_suppressed.insert(std::move(key));
             } else {
-                m_leftOut.erase(key);
+                m_suppressed.erase(key);
             }
         }
     }
 }
 
-bool WireFilter::leavesOut(std::string_view group, std::string_view member) const {
-    return m_leftOut.contains(std::pair{std::string(group), std::string(member)});
+bool WireFilter::suppresses(std::string_view group, std::string_view member) const {
+    return m_suppressed.contains(std::pair{std::string(group), std::string(member)});
 }
 
 void WireFilter::write(MessageWriter& writer) const {
     std::string_view open;
-    for (const auto& [group, member] : m_leftOut) {
+    for (const auto& [group, member] : m_suppressed) {
         if (group != open) {
             if (!open.empty()) {
                 writer.close();

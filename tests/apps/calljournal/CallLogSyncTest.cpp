@@ -16,11 +16,13 @@
 #include "host/framework/AsioAlarmClock.h"
 #include "host/framework/WorkerPool.h"
 #include "host/line/Line.h"
+#include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 #include "journal-items/Occurrences.h"
 #include "journalservice/JournalServiceIfc.h"
 #include "journalservice/JournalServiceQorvexTel.h"
 #include "platform/texts/SoftwareTypes.h"
+#include "tests/support/MessageTrace.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -80,7 +82,7 @@ const std::vector<List>& lists() {
 class CallLogFixture {
 public:
     CallLogFixture(const std::string& systemIdentifier, bool switchFilesCalls)
-        : m_switch({.port = 0, .callLog = switchFilesCalls}) {
+        : m_switch({.port = 0, .callLog = switchFilesCalls, .messageListener = m_trace.listener()}) {
         m_switch.start();
         host::LineSettings settings;
         settings.link.port = m_switch.port();
@@ -110,7 +112,7 @@ public:
             --m_toFinish;
             m_changed.notify_all();
         };
-        m_switch.run(host::Scenario::parse(scenario), options);
+        m_switch.run(host::parseScenario(scenario), options);
     }
     /// Returns when observers have been told of an entry of that number; false when that takes too long.
     [[nodiscard]] bool hearsOf(const std::string& number) {
@@ -155,7 +157,7 @@ public:
     /// What the phone has asked of the switch: "action log number time", and of a group its name.
     [[nodiscard]] Texts requests() {
         Texts texts;
-        for (const host::SwitchLogEntry& message : m_switch.log().entries()) {
+        for (const host::SwitchMessage& message : m_trace.messages()) {
             std::string fault;
             if (message.name == "Escape") {
                 const auto document = host::WireDocument::parse(message.xml, fault);
@@ -200,6 +202,7 @@ private:
     host::Database m_database{m_directory.path() / "journal.db"};
     host::WorkerPool m_pool{2};
     host::AsioAlarmClock m_alarms{m_pool};
+    journaltest::MessageTrace m_trace;
     host::SwitchSimulator m_switch;
     std::unique_ptr<host::Line> m_line;
     Journal* m_journal = nullptr;

@@ -22,7 +22,7 @@ using linktest::Phone;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// A switch of few words.
+/// A switch that is driven by the test.
 class BarePeer : public linktest::WirePeer {
 public:
     [[nodiscard]] unsigned short port() const { return m_listener.local_endpoint().port(); }
@@ -31,7 +31,7 @@ public:
         hangUp();
         m_listener.accept(m_stream.socket());
     }
-    /// The next message; it must be one of that name. Answers its invoke id.
+    /// Expects a message of that name and returns its invoke id.
     int expect(std::string_view name) {
         const host::Frame frame = next();
         lastXml = frame.xml;
@@ -40,19 +40,20 @@ public:
         EXPECT_EQ(document ? document->name() : fault, name);
         return frame.invokeId;
     }
-    /// Takes what every link says first. Answers the invoke id of the last of these, which asks for the devices.
+    /// Expects the first requests of a link. Returns the invoke id of the last one,
+    /// GetSwitchingFunctionDevices.
     int greet() {
         expect("RequestSystemStatus");
         expect("SystemRegister");
         return expect("GetSwitchingFunctionDevices");
     }
-    /// Takes a MonitorStart and answers it.
+    /// Expects a MonitorStart and responds to it.
     void startMonitor(const std::string& id) {
         send(expect("MonitorStart"), "<MonitorStartResponse><monitorCrossRefID>" + id +
                                          "</monitorCrossRefID></MonitorStartResponse>");
     }
 
-    /// What `expect` saw last.
+    /// The last message of `expect`.
     std::string lastXml;
 
 private:
@@ -72,7 +73,8 @@ std::string delivered(const std::string& monitor, const std::string& caller) {
 
 class CstaLinkPeer : public LinkTest {
 protected:
-    /// A link whose own line is monitored at the peer under the id "77". No other request of it has an answer.
+    /// Starts a link whose own line is monitored at the peer with the id "77". Its other requests get no
+    /// response.
     void startMonitored() {
         startLink(configFor(peer.port()));
         std::future<std::string> accepted = std::async(std::launch::async, [this] { return startMonitor(); });
@@ -86,7 +88,7 @@ protected:
     BarePeer peer;
 };
 
-TEST_F(CstaLinkPeer, AnswersEveryRequestOfTheSwitch) {
+TEST_F(CstaLinkPeer, RespondsToEveryRequestOfTheSwitch) {
     startMonitored();
     const std::string rows = R"(
 10 | <SystemStatus><systemStatus>enabled</systemStatus></SystemStatus> | SystemStatusResponse |
@@ -107,17 +109,17 @@ TEST_F(CstaLinkPeer, AnswersEveryRequestOfTheSwitch) {
     EXPECT_THAT(peer.lastXml, testing::Not(HasSubstr("switchingFunctionDevicesChanged")));
     EXPECT_EQ(registerForStatus(phone), "refused serviceNotSupported");
 
-    // The numbers of the two sides have nothing to do with each other.
+    // The invoke ids of the two sides are independent.
     std::future<std::string> stopped = std::async(std::launch::async, [this] { return stopMonitor("M1"); });
     const int own = peer.expect("MonitorStop");
     peer.send(own, "<SystemStatus/>");
     EXPECT_EQ(peer.expect("SystemStatusResponse"), own);
-    peer.send(own + 1, "<MonitorStopResponse/>");  // nobody waits for this one
+    peer.send(own + 1, "<MonitorStopResponse/>");  // belongs to no request
     peer.send(own, "<MonitorStopResponse/>");
     EXPECT_EQ(stopped.get(), "ok");
 }
 
-TEST_F(CstaLinkPeer, WritesByTheSchemaAndDeliversEventsThatComeAheadOfTheAnswer) {
+TEST_F(CstaLinkPeer, WritesByTheSchemaAndDeliversEventsBeforeTheResponse) {
     host::CstaLinkConfig config = configFor(peer.port());
     config.edition = "ed5";
     config.ownDevice = "N<2001>";
@@ -143,7 +145,7 @@ TEST_F(CstaLinkPeer, WritesByTheSchemaAndDeliversEventsThatComeAheadOfTheAnswer)
     EXPECT_THAT(phone.events.await(2), ElementsAre("Delivered from 4711", "Delivered from 4712"));
 }
 
-TEST_F(CstaLinkPeer, SurvivesMessagesThatAreNoneAndGivesUpALostStream) {
+TEST_F(CstaLinkPeer, SurvivesInvalidMessagesAndReconnectsAfterALostStream) {
     startMonitored();
     peer.sendBytes(frame(9999, "<DeliveredEvent>") + "garbage" + delivered("77", "4711"));
     EXPECT_THAT(phone.events.await(1), ElementsAre("Delivered from 4711"));
@@ -152,7 +154,7 @@ TEST_F(CstaLinkPeer, SurvivesMessagesThatAreNoneAndGivesUpALostStream) {
     peer.greet();
 }
 
-TEST_F(CstaLinkPeer, WaitsLongerAndLongerForASwitchThatHangsUpAtOnce) {
+TEST_F(CstaLinkPeer, BacksOffFromASwitchThatDisconnectsAtOnce) {
     host::CstaLinkConfig config = configFor(peer.port());
     config.reconnectFirst = std::chrono::milliseconds(1);
     startLink(config);
@@ -165,7 +167,7 @@ TEST_F(CstaLinkPeer, WaitsLongerAndLongerForASwitchThatHangsUpAtOnce) {
 
 // ---- the devices of the phone
 
-/// A part of the switch's answer: "N<2005>Desk/station 8000/group", devices with their categories.
+/// A SwitchingFunctionDevices message; `devices` with their categories: "N<2005>Desk/station 8000/group".
 std::string segment(const std::string& crossRef, const std::string& devices, const char* last = "true") {
     std::string items;
     for (const std::string& device : journaltest::split(devices, ' ')) {
@@ -179,7 +181,7 @@ std::string segment(const std::string& crossRef, const std::string& devices, con
                         "</deviceList></SwitchingFunctionDevices>");
 }
 
-std::string promised(int id) {
+std::string devicesResponse(int id) {
     return frame(id,
                  "<GetSwitchingFunctionDevicesResponse><serviceCrossRefID>x</serviceCrossRefID>"
                  "</GetSwitchingFunctionDevicesResponse>");
@@ -196,7 +198,7 @@ protected:
         EXPECT_EQ(registerForStatus(phone), "ok");
         peer.accept();
     }
-    int askedAgain() {
+    int requestDevicesAgain() {
         peer.send(3, "<SwitchingFunctionDevicesChanged/>");
         EXPECT_EQ(peer.expect("SwitchingFunctionDevicesChangedResponse"), 3);
         return peer.expect("GetSwitchingFunctionDevices");
@@ -205,69 +207,69 @@ protected:
     static constexpr const char* kConfigured = "Devices 0 localDeviceID 2 2002 2 bluetoothDeviceID";
 };
 
-TEST_F(CstaLinkDevices, AreThoseThatTheSwitchNamesOrElseThoseOfTheConfiguration) {
+TEST_F(CstaLinkDevices, AreThoseOfTheSwitchOrElseTheConfiguredOnes) {
     startRegistered();
     int id = peer.greet();
     EXPECT_THAT(peer.lastXml, HasSubstr("<requestedDeviceID>2001</requestedDeviceID>"));
-    peer.sendBytes(segment("x", "N<2005>Desk/station", "false") + segment("y", "2999") + promised(id) +
+    peer.sendBytes(segment("x", "N<2005>Desk/station", "false") + segment("y", "2999") + devicesResponse(id) +
                    segment("x", "tel:2001 8000/group", "0") + segment("x", "2005 bluetoothDeviceID/other"));
-    std::vector<std::string> told = {"Devices 2 2005 0 localDeviceID 1 8000 2 bluetoothDeviceID"};
-    EXPECT_EQ(phone.events.await(1), told);
+    std::vector<std::string> expected = {"Devices 2 2005 0 localDeviceID 1 8000 2 bluetoothDeviceID"};
+    EXPECT_EQ(phone.events.await(1), expected);
     Phone other(strand);
     EXPECT_EQ(registerForStatus(other), "ok");
-    EXPECT_EQ(other.events.await(1), told);
+    EXPECT_EQ(other.events.await(1), expected);
     link->releaseService(other);
 
     std::string directory;
-    for (std::size_t i = 0; i <= host::DeviceDiscovery::kMostDevices; ++i) {
+    for (std::size_t i = 0; i <= host::DeviceDiscovery::kMaxDevices; ++i) {
         directory += std::to_string(3000 + i) + " ";
     }
-    id = askedAgain();
-    for (const std::string& answer :
+    id = requestDevicesAgain();
+    for (const std::string& response :
          {frame(id, "<CSTAErrorCode><operation>serviceNotSupported</operation></CSTAErrorCode>"),
-          promised(id + 2) + segment("x", ""), promised(id + 4) + segment("x", directory),
+          devicesResponse(id + 2) + segment("x", ""), devicesResponse(id + 4) + segment("x", directory),
           frame(id + 6, "<MonitorStopResponse/>")}) {
-        peer.sendBytes(answer);
-        told.emplace_back(kConfigured);
-        EXPECT_EQ(phone.events.await(told.size()), told);
-        // Another list in between, which leaves out the own line.
-        peer.sendBytes(promised(askedAgain()) + segment("x", "2009"));
-        told.emplace_back("Devices 0 localDeviceID 2 2009");
-        EXPECT_EQ(phone.events.await(told.size()), told);
-        askedAgain();
+        peer.sendBytes(response);
+        expected.emplace_back(kConfigured);
+        EXPECT_EQ(phone.events.await(expected.size()), expected);
+        // Another list in between, without the own line.
+        peer.sendBytes(devicesResponse(requestDevicesAgain()) + segment("x", "2009"));
+        expected.emplace_back("Devices 0 localDeviceID 2 2009");
+        EXPECT_EQ(phone.events.await(expected.size()), expected);
+        requestDevicesAgain();
     }
 }
 
-TEST_F(CstaLinkDevices, StayAsTheyWereWhenTheSwitchFallsSilent) {
+TEST_F(CstaLinkDevices, StayUnchangedAfterATimeout) {
     startRegistered(std::chrono::milliseconds(100));
     peer.greet();
     EXPECT_THAT(phone.events.await(1), ElementsAre(kConfigured));
-    peer.sendBytes(promised(askedAgain()) + segment("x", "2009"));
+    peer.sendBytes(devicesResponse(requestDevicesAgain()) + segment("x", "2009"));
     EXPECT_EQ(phone.events.await(2).size(), 2U);
-    peer.sendBytes(promised(askedAgain()) + segment("x", "2010", "false"));
+    peer.sendBytes(devicesResponse(requestDevicesAgain()) + segment("x", "2010", "false"));
     peer.send(9, "<RequestSystemStatus/>");
     peer.expect("RequestSystemStatusResponse");
-    // Begun later, so it ends later than the wait for the other segment.
-    EXPECT_EQ(startMonitor(), "no answer");
+    // Started later, so its timeout is later than that of the missing segment.
+    EXPECT_EQ(startMonitor(), "no response");
     EXPECT_TRUE(CapturedLog::contains("they stay as they were"));
     strand.drain();
     EXPECT_EQ(phone.events.all().size(), 2U);
 }
 
-TEST_F(CstaLinkDevices, AreToldAgainWhenTheConnectionIsLostWhileAHandlerMonitorsThem) {
+TEST_F(CstaLinkDevices, AreDeliveredAgainAfterAFailedMonitorStart) {
     phone.onEvent([this](const CSTAEvent& event) {
         if (const auto* devices = dynamic_cast<const CSTASwitchingFunctionDevices*>(&event)) {
             static_cast<void>(startMonitor(devices->getDeviceID(1)));
         }
     });
     startRegistered();
-    peer.sendBytes(promised(peer.greet()) + segment("x", "2001"));
+    peer.sendBytes(devicesResponse(peer.greet()) + segment("x", "2001"));
     peer.expect("MonitorStart");
     peer.hangUp();
     EXPECT_EQ(phone.events.await(1).size(), 1U);
 
     peer.accept();
-    peer.sendBytes(promised(peer.greet()) + segment("x", "2001"));
+    peer.sendBytes(devicesResponse(peer.greet()) + segment("x", "2001"));
     peer.startMonitor("77");
     EXPECT_TRUE(becomes("monitoring"));
     EXPECT_EQ(phone.events.await(2).back(), "Devices 0 localDeviceID");

@@ -8,22 +8,24 @@
 #include <string>
 #include <vector>
 
+#include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 #include "tests/host/csta/LinkFixture.h"
+#include "tests/support/MessageTrace.h"
 
 namespace {
 
+using host::ResponseMode;
 using linktest::LinkTest;
 using testing::ElementsAre;
-using Answering = host::ResponseMode;
 
-constexpr auto kReceived = host::SwitchLogEntry::Direction::eReceived;
+constexpr auto kReceived = journaltest::MessageTrace::Direction::eReceived;
 
 class CstaLinkAtSwitch : public LinkTest {
 protected:
     CstaLinkAtSwitch() { simulator.start(); }
 
-    void play(const std::string& text) { simulator.run(host::Scenario::parse(text)); }
+    void play(const std::string& text) { simulator.run(host::parseScenario(text)); }
 
     void startConnected(const host::CstaLinkConfig& config) {
         startLink(config);
@@ -35,27 +37,28 @@ protected:
         ASSERT_TRUE(becomes("monitoring"));
     }
     bool switchGets(const std::string& message, std::size_t number = 1) {
-        return simulator.log().await(kReceived, message, number, linktest::kPatience);
+        return trace.await(kReceived, message, number);
     }
 
-    host::SwitchSimulator simulator{{.port = 0}};
+    journaltest::MessageTrace trace;
+    host::SwitchSimulator simulator{{.port = 0, .messageListener = trace.listener()}};
 };
 
-TEST_F(CstaLinkAtSwitch, TellsTheStatusAndMonitorsAgainHoweverOftenTheSwitchStopsOrRefuses) {
+TEST_F(CstaLinkAtSwitch, ReportsTheStatusAndRestartsMonitorsAfterEachStopAndRefusal) {
     startMonitored();
     EXPECT_EQ(registerForStatus(phone), "ok");
-    EXPECT_EQ(registerForStatus(phone), "ok");  // twice, but told once
+    EXPECT_EQ(registerForStatus(phone), "ok");  // registered once
     play(
         "status initializing; status enabled; status enabled; status overloadReached;"
         "status partiallyDisabled; status normal");
     EXPECT_TRUE(switchGets("MonitorStart", 2));
     simulator.stopMonitors("2001");
     EXPECT_TRUE(switchGets("MonitorStart", 3));
-    simulator.setResponseMode("MonitorStart", Answering::eRefuse);
+    simulator.setResponseMode("MonitorStart", ResponseMode::eRefusal);
     simulator.dropClients();
     EXPECT_TRUE(becomes("away"));
     EXPECT_TRUE(switchGets("MonitorStart", 6));
-    simulator.setResponseMode("MonitorStart", Answering::eNormally);
+    simulator.setResponseMode("MonitorStart", ResponseMode::eNormal);
     EXPECT_TRUE(becomes("monitoring"));
     EXPECT_EQ(phone.events.await(7).size(), 7U);
     phone.onEvent([](const CSTAEvent& event) { EXPECT_EQ(event.getMonitorCrossRefID(), "M1"); });
@@ -66,38 +69,38 @@ TEST_F(CstaLinkAtSwitch, TellsTheStatusAndMonitorsAgainHoweverOftenTheSwitchStop
                     "Status partiallyDisabled", "Status normal", "Status normal", "Delivered from 4711"));
 }
 
-TEST_F(CstaLinkAtSwitch, TellsARefusalFromSilenceAndFromAnotherAnswer) {
+TEST_F(CstaLinkAtSwitch, DistinguishesARefusalATimeoutAndAWrongResponse) {
     host::CstaLinkConfig config = configFor(simulator.port());
     config.requestTimeout = std::chrono::milliseconds(100);
     startConnected(config);
     EXPECT_EQ(escape(7), "refused invalidParameterValue");
     const struct {
         const char* request;
-        Answering answering;
+        ResponseMode mode;
         const char* outcome;
     } cases[] = {
-        {"Escape", Answering::eRefuse, "refused generic"},
-        {"Escape", Answering::eWrongly, "another answer"},
-        {"Escape", Answering::eNever, "no answer"},
-        {"Escape", Answering::eNormally, "ok"},
-        {"MonitorStart", Answering::eRefuse, "refused generic"},
-        {"MonitorStart", Answering::eWrongly, "another answer"},
-        {"MonitorStart", Answering::eNever, "no answer"},
-        {"MonitorStart", Answering::eHangUp, "no answer"},
-        // None of the four is wanted any more: only this one is started on the new connection.
-        {"MonitorStart", Answering::eNormally, "ok M5"},
+        {"Escape", ResponseMode::eRefusal, "refused generic"},
+        {"Escape", ResponseMode::eWrongResponse, "wrong response"},
+        {"Escape", ResponseMode::eNoResponse, "no response"},
+        {"Escape", ResponseMode::eNormal, "ok"},
+        {"MonitorStart", ResponseMode::eRefusal, "refused generic"},
+        {"MonitorStart", ResponseMode::eWrongResponse, "wrong response"},
+        {"MonitorStart", ResponseMode::eNoResponse, "no response"},
+        {"MonitorStart", ResponseMode::eDisconnect, "no response"},
+        // The four failed monitors are removed: only this one is started on the new connection.
+        {"MonitorStart", ResponseMode::eNormal, "ok M5"},
     };
-    for (const auto& [request, answering, outcome] : cases) {
-        simulator.setResponseMode(request, answering);
+    for (const auto& [request, mode, outcome] : cases) {
+        simulator.setResponseMode(request, mode);
         EXPECT_EQ(*request == 'E' ? escape(CallLogEntryRequest::eDeleteAll) : startMonitor(), outcome);
     }
     EXPECT_TRUE(becomes("monitoring"));
-    EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 5U);
+    EXPECT_EQ(trace.count(kReceived, "MonitorStart"), 5U);
 }
 
-TEST_F(CstaLinkAtSwitch, EndsAWaitingRequestWithItsConnectionAndWithItself) {
+TEST_F(CstaLinkAtSwitch, FailsAWaitingRequestWhenTheConnectionIsLostAndWhenItStops) {
     startConnected(configFor(simulator.port()));
-    simulator.setResponseMode("MonitorStart", Answering::eNever);
+    simulator.setResponseMode("MonitorStart", ResponseMode::eNoResponse);
     const auto wait = [this](std::size_t nth) {
         std::future<std::string> waiting = std::async(std::launch::async, [this] { return startMonitor(); });
         EXPECT_TRUE(switchGets("MonitorStart", nth));
@@ -105,16 +108,16 @@ TEST_F(CstaLinkAtSwitch, EndsAWaitingRequestWithItsConnectionAndWithItself) {
     };
     std::future<std::string> first = wait(1);
     simulator.dropClients();
-    EXPECT_EQ(first.get(), "no answer");
+    EXPECT_EQ(first.get(), "no response");
     ASSERT_TRUE(becomes("connected"));
     std::future<std::string> second = wait(2);
     link->stop();
-    EXPECT_EQ(second.get(), "no answer");
-    EXPECT_EQ(startMonitor(), "no answer");
+    EXPECT_EQ(second.get(), "no response");
+    EXPECT_EQ(startMonitor(), "no response");
     link->releaseService(phone);
 }
 
-TEST_F(CstaLinkAtSwitch, ServesRequestsOfSeveralThreadsAtOnce) {
+TEST_F(CstaLinkAtSwitch, AcceptsRequestsOfSeveralThreads) {
     startConnected(configFor(simulator.port()));
     const auto startMany = [this](const std::string& prefix) {
         std::set<std::string> ids;
@@ -129,15 +132,15 @@ TEST_F(CstaLinkAtSwitch, ServesRequestsOfSeveralThreadsAtOnce) {
     std::set<std::string> ids = startMany("40");
     ids.merge(others.get());
     EXPECT_EQ(ids.size(), 100U);
-    EXPECT_EQ(simulator.log().count(kReceived, "MonitorStop"), 50U);
+    EXPECT_EQ(trace.count(kReceived, "MonitorStop"), 50U);
 }
 
-TEST_F(CstaLinkAtSwitch, DeliversNothingOnceAMonitorIsStopped) {
+TEST_F(CstaLinkAtSwitch, DeliversNoEventAfterAMonitorIsStopped) {
     startMonitored();
-    simulator.setResponseMode("MonitorStop", Answering::eRefuse);
+    simulator.setResponseMode("MonitorStop", ResponseMode::eRefusal);
     EXPECT_EQ(stopMonitor("M1"), "refused generic");
-    simulator.setResponseMode("MonitorStop", Answering::eNormally);
-    // Stopped from inside the first event, while the others are already on their way to the strand.
+    simulator.setResponseMode("MonitorStop", ResponseMode::eNormal);
+    // Stopped in the handler of the first event, while the others are already queued on the strand.
     phone.onEvent(
         [&](const CSTAEvent& event) { EXPECT_EQ(stopMonitor(event.getMonitorCrossRefID()), "ok"); });
     play("call c from 4711 to 2001; ring c; answer c; hangup c");
@@ -148,7 +151,7 @@ TEST_F(CstaLinkAtSwitch, DeliversNothingOnceAMonitorIsStopped) {
     EXPECT_EQ(stopMonitor("M1"), "refused invalidMonitorCrossRefID");
 }
 
-TEST_F(CstaLinkAtSwitch, ForgetsTheMonitorsOfAServiceThatGoes) {
+TEST_F(CstaLinkAtSwitch, RemovesTheMonitorsOfAReleasedService) {
     startMonitored();
     EXPECT_EQ(registerForStatus(phone), "ok");
     ASSERT_EQ(phone.events.await(1).size(), 1U);
@@ -162,10 +165,10 @@ TEST_F(CstaLinkAtSwitch, ForgetsTheMonitorsOfAServiceThatGoes) {
     EXPECT_EQ(phone.events.all().size(), 2U);
 }
 
-TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
-    for (const bool told : {true, false}) {
+TEST_F(CstaLinkAtSwitch, AppliesTheFilterAtTheSwitchOrItself) {
+    for (const bool sent : {true, false}) {
         host::CstaLinkConfig config = configFor(simulator.port());
-        config.sendFilters = told;
+        config.sendFilters = sent;
         startConnected(config);
         CSTAMonitorFilter filter;
         filter.setHeldFilter(true);
@@ -183,20 +186,20 @@ TEST_F(CstaLinkAtSwitch, HasTheFilterHonouredByTheSwitchOrByItself) {
         EXPECT_THAT(lastEventsOfACall(5), ElementsAre("Held", "Retrieved", "ConnectionCleared"));
         EXPECT_EQ(changeFilter("9999", filter), "refused invalidMonitorObject");
     }
-    // One event was held back by the switch, the other by the link.
-    EXPECT_EQ(simulator.log().count(host::SwitchLogEntry::Direction::eSent, "HeldEvent"), 3U);
-    EXPECT_EQ(simulator.log().count(kReceived, "ChangeMonitorFilter"), 1U);
+    // One event was suppressed by the switch, the other by the link.
+    EXPECT_EQ(trace.count(journaltest::MessageTrace::Direction::eSent, "HeldEvent"), 3U);
+    EXPECT_EQ(trace.count(kReceived, "ChangeMonitorFilter"), 1U);
 }
 
 TEST_F(CstaLinkAtSwitch, OpensAnApplicationSessionFirst) {
-    simulator.setResponseMode("StartApplicationSession", Answering::eRefuse);
+    simulator.setResponseMode("StartApplicationSession", ResponseMode::eRefusal);
     host::CstaLinkConfig config = configFor(simulator.port());
     config.session = "application-session";
     startLink(config);
     EXPECT_EQ(startMonitor(), "ok M1");
     EXPECT_TRUE(switchGets("StartApplicationSession", 3));
-    EXPECT_EQ(simulator.log().count(kReceived, "MonitorStart"), 0U);
-    simulator.setResponseMode("StartApplicationSession", Answering::eNormally);
+    EXPECT_EQ(trace.count(kReceived, "MonitorStart"), 0U);
+    simulator.setResponseMode("StartApplicationSession", ResponseMode::eNormal);
     EXPECT_TRUE(becomes("monitoring"));
 }
 

@@ -32,7 +32,7 @@ using testing::HasSubstr;
 ///     callingDevice:4711   a device identifier
 ///     cause=newCall        a text
 ///     moved/3/1/4711/TEXT  an entry of a connection list: new call, old call, number, endpoint
-/// What begins with "<" stands for itself; "_" is a space, and the brackets of N<4711>Ann need no escape.
+/// Text that begins with "<" is unchanged, "_" is a space, and the brackets of N<4711>Ann need no escape.
 std::string membersOf(std::string text) {
     static const std::vector<std::pair<std::regex, std::string>> kinds = {
         {std::regex("N<([^>]*)>"), "N&lt;$1&gt;"},
@@ -82,9 +82,9 @@ std::string textOf(const CSTAEvent& event) {
     return text + (event.getPrivateData().empty() ? "" : " [" + event.getPrivateData() + "]");
 }
 
-/// What the phone 2001 is told of events, each after a ";": its name, "Held" or on the monitor of another device
-/// "Held@2005", then its members.
-std::string told(const std::string& events) {
+/// The events that the phone 2001 receives for messages separated by ";". A message is its name, "Held" or on
+/// the monitor of another device "Held@2005", and its members.
+std::string eventsOf(const std::string& events) {
     host::EventReader reader("2001");
     std::string all;
     for (const std::string& event : split(std::regex_replace(events, std::regex(" ; "), "\n"), '\n')) {
@@ -102,10 +102,10 @@ std::string told(const std::string& events) {
     return all;
 }
 
-/// Rows of events and what is told of them: the whole text, or after ".." a part of it.
-void expectTold(const std::string& rows) {
+/// Rows of messages and their events: the whole text, or after ".." a part of it.
+void expectEvents(const std::string& rows) {
     for (const std::vector<std::string>& row : table(2, rows)) {
-        const std::string text = told(row[0]);
+        const std::string text = eventsOf(row[0]);
         if (row[1].rfind("..", 0) == 0) {
             EXPECT_THAT(text, HasSubstr(row[1].substr(2))) << row[0];
         } else {
@@ -115,7 +115,7 @@ void expectTold(const std::string& rows) {
 }
 
 TEST(EventReader, ReadsEveryEventOfACall) {
-    expectTold(R"(
+    expectEvents(R"(
 Delivered connection/7/2001 alertingDevice:2001 callingDevice:N<4711>Ann calledDevice:2001
 + <lastRedirectionDevice><notRequired/></lastRedirectionDevice> localConnectionInfo=alerting cause=newCall
 + | Delivered call: 7, device: here, calling: 4711 Ann, called: here, alerting: here, own: 2, cause: 22
@@ -146,8 +146,8 @@ DigitsDialed <x/> |
 )");
 }
 
-TEST(EventReader, FollowsATransferToTheCallThatThePhoneKnows) {
-    expectTold(R"(
+TEST(EventReader, FollowsATransferFromTheCallOfThePhone) {
+    expectEvents(R"(
 Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001 transferredToDevice:4712
 + cause=transfer <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/N<4712>Bob </transferredConnections>
 + | ConnectionCleared call: 12, device: here, releasing: here, own: 0, cause: 5;
@@ -169,8 +169,8 @@ Transferred primaryOldCall/21/210 transferringDevice:210 transferredToDevice:200
 )");
 }
 
-TEST(EventReader, DeliversEveryLeaveOfAConferenceAndItsMembers) {
-    expectTold(R"(
+TEST(EventReader, DeliversTheLeavingAndTheMembersOfAConference) {
+    expectEvents(R"(
 ConnectionCleared droppedConnection/14/4712 localConnectionInfo=connected
 + ; Conferenced primaryOldCall/11/2001 secondaryOldCall/12/2001 <conferenceConnections>
 + moved/14/11/4711/N<4711>Ann moved/14/12/4712/4712 </conferenceConnections>
@@ -185,8 +185,8 @@ Private <privateData><private><conferenceMembership> callID=14 deviceID=4711 mem
 )");
 }
 
-TEST(EventReader, ReadsPartiesAndTheOwnStateHoweverTheSwitchWritesThem) {
-    expectTold(R"(
+TEST(EventReader, ReadsEveryFormOfPartiesAndInfersTheOwnState) {
+    expectEvents(R"(
 Delivered <callingDevice><restricted/></callingDevice> networkCallingDevice:030 | ..device: , own
 Delivered <callingDevice><notKnown/></callingDevice> networkCallingDevice:030   | ..calling: 030,
 Delivered networkCallingDevice:030          | ..calling: 030,
@@ -212,8 +212,8 @@ ConnectionCleared droppedConnection/1/4711                 | ..own: 0,
 )");
 }
 
-TEST(EventReader, KeepsFromThePhoneWhatAnotherPartyDoes) {
-    expectTold(R"(
+TEST(EventReader, DropsEventsOfOtherParties) {
+    expectEvents(R"(
 ConnectionCleared droppedConnection/7/4711 localConnectionInfo=hold       |
 ConnectionCleared droppedConnection/7/4711 localConnectionInfo=null       | ..Cleared
 ConnectionCleared droppedConnection/7/4711                                | ..Cleared
@@ -231,8 +231,8 @@ Delivered@2005 connection/7/2005 alertingDevice:2005 | Delivered call: 7, device
 )");
 }
 
-TEST(EventReader, ReadsPrivateDataAndNoOthers) {
-    expectTold(R"(
+TEST(EventReader, ReadsOwnPrivateDataOnly) {
+    expectEvents(R"(
 Private <privateData><private><x:callStatus_xmlns:x='urn:x'>_MissedCall_</x:callStatus></private></privateData>
 + | Private [MissedCall]
 Private <extensions><privateData><private>Reminder</private></privateData></extensions> | Private [Reminder]
@@ -247,7 +247,7 @@ CallBack originatingDevice:2001 targetDevice:N<4711>Ann callBackSetCanceled=fals
 )");
 }
 
-TEST(EventReader, TellsTheCauseThatTheJournalActsUpon) {
+TEST(EventReader, ConvertsACauseByTheKindOfEvent) {
     const std::string rows = R"(
 Delivered alertingDevice:2001 | redirected 49, callForwardBusy 49, enteringDistribution 50, Redirected 1, - 0
 Delivered alertingDevice:4711 callingDevice:2001 | redirected 25, callForwardNoAnswer 8
@@ -260,15 +260,15 @@ Failed failingDevice:4712 | busy 16, - 99, normal 99
     for (const std::vector<std::string>& row : table(2, rows)) {
         for (const std::string& cause : split(row[1], ',')) {
             const std::vector<std::string> words = split(cause, ' ');
-            EXPECT_THAT(told(row[0] + (words[0] == "-" ? "" : " cause=" + words[0])),
+            EXPECT_THAT(eventsOf(row[0] + (words[0] == "-" ? "" : " cause=" + words[0])),
                         EndsWith(" cause: " + words[1]))
                 << row[0] << cause;
         }
     }
 }
 
-TEST(EventReader, ReadsAnEntryOfTheSwitchsCallLogAndNoHalfOne) {
-    expectTold(R"(
+TEST(EventReader, ReadsCompleteEntriesOfTheSwitchsCallLog) {
+    expectEvents(R"(
 Private <privateData><private><callLogEntry> action=delete logTarget=7 subscriberNumber=4711 name=A_&amp;_B
 + presentationA=1 presentationB=2 presentationC=3 presentationD=4 textC=c textD=d valueE=5 textE=e valueF=6 textF=f
 + entryTime=2026-11-21T05:22:05 entryTimeFormat=local </callLogEntry></private></privateData>
@@ -279,7 +279,7 @@ Private <privateData><private><callLogEntry> action=add logTarget=one </callLogE
 )");
 }
 
-TEST(DeviceText, IsReadInEveryWrittenFormAndReadBackAsWritten) {
+TEST(DeviceText, IsReadInEveryWrittenForm) {
     const std::string rows = R"(
                  | +15550100123 | +15550100123
                  | *61          | *61

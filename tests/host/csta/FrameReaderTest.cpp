@@ -26,8 +26,8 @@ std::string patched(std::string bytes, std::size_t at, char value) {
     return bytes;
 }
 
-/// The frames of a stream that comes in pieces of so many bytes, "9999 <A/> 2 <B/> "; "!" at the end when anything was
-/// reported of the last piece.
+/// The frames of a stream that comes in pieces of so many bytes, "9999 <A/> 2 <B/> "; "!" at the end when
+/// anything was reported of the last piece.
 std::string receive(std::string_view bytes, std::size_t piece) {
     FrameReader reader;
     std::string frames;
@@ -42,7 +42,7 @@ std::string receive(std::string_view bytes, std::size_t piece) {
     return frames + (faulty ? "!" : "");
 }
 
-TEST(FrameReader, GivesTheSameFramesHoweverTheBytesAreSplit) {
+TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
     const std::string ann = "<E><name>Ann M\xC3\xBCller \xC3\x98\xC3\x98</name></E>";
     const std::string good = frame(2, "<B/>");
     const std::string children = "<A><Ab>1</Ab><Ab>2</Ab></A>";
@@ -64,7 +64,7 @@ TEST(FrameReader, GivesTheSameFramesHoweverTheBytesAreSplit) {
         {"a byte order mark after garbage", "xy" + frame(2, "\xEF\xBB\xBF<A/>"), "2 \xEF\xBB\xBF<A/> !"},
         {"characters counted for bytes", frame(9999, ann, 3) + good, "9999 " + ann + " 2 <B/> !"},
         {"a tag cut whole", frame(9999, ann, 12) + good, "9999 " + ann + " 2 <B/> !"},
-        {"cut, and nothing behind", frame(9999, ann, 3), "9999 " + ann + " !"},
+        {"cut at the end of the stream", frame(9999, ann, 3), "9999 " + ann + " !"},
         {"cut twice in a row", frame(1, ann, 3) + frame(2, ann, 3), "1 " + ann + " 2 " + ann + " !"},
         {"a child named like the root", frame(1, children, 15) + good, "1 " + children + " 2 <B/> !"},
         {"an element that is never closed", frame(1, "<A><b>") + good, "1 <A><b> 2 <B/> "},
@@ -82,29 +82,29 @@ TEST(FrameReader, GivesTheSameFramesHoweverTheBytesAreSplit) {
     EXPECT_EQ(receive(frame(5, large) + good, 70000), "5 " + large + " 2 <B/> ");
 }
 
-TEST(FrameReader, GivesUpAStreamWithoutAnyFrameAndKeepsNothingOfIt) {
+TEST(FrameReader, GivesUpAStreamWithoutFrames) {
     FrameReader reader;
     const std::string garbage(10000, '\1');
     std::size_t fed = 0;
-    for (; !reader.lost() && fed < 10 * FrameReader::kLostBytes; fed += garbage.size()) {
+    for (; !reader.isLost() && fed < 10 * FrameReader::kLostBytes; fed += garbage.size()) {
         reader.feed(garbage);
         EXPECT_FALSE(reader.next());
         EXPECT_LE(reader.pendingBytes(), garbage.size());
     }
-    EXPECT_TRUE(reader.lost());
+    EXPECT_TRUE(reader.isLost());
     EXPECT_GT(fed, FrameReader::kLostBytes);
     reader.feed(frame(1, "<A/>"));
     EXPECT_FALSE(reader.next());
 }
 
-TEST(FrameReader, DoesNotWaitForEverForTheEndOfACutText) {
+TEST(FrameReader, LimitsTheSearchForTheEndOfTruncatedXml) {
     const std::string cut = frame(1, "<A><b>");
     EXPECT_EQ(receive(cut, 100), "");
     EXPECT_EQ(receive(cut + std::string(FrameReader::kTailBytes + 1, 'x'), cut.size()).substr(0, 9),
               "1 <A><b> ");
 }
 
-TEST(Frame, CountsBytesAndRefusesWhatNoHeaderCanSay) {
+TEST(Frame, CountsBytesAndRefusesInvalidLengthsAndIds) {
     EXPECT_EQ(encodeFrame(42, "<A>\xC3\xBC</A>"), std::string("\0\0\0\x11"
                                                               "0042<A>\xC3\xBC</A>",
                                                               17));

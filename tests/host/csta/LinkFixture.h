@@ -26,7 +26,7 @@
 
 namespace linktest {
 
-/// The name of an event's class, without what all of them have in common: "Delivered".
+/// The name of an event's class without prefix and suffix: "Delivered".
 inline std::string nameOf(const CSTAEvent& event) {
     const std::string name = typeid(event).name();
     const std::string own = name.substr(name.find("CSTA") + 4);
@@ -34,7 +34,7 @@ inline std::string nameOf(const CSTAEvent& event) {
 }
 
 /// Texts that one thread adds and another waits for.
-class Heard {
+class TextQueue {
 public:
     void add(std::string text) {
         const std::lock_guard lock(m_mutex);
@@ -45,13 +45,13 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_texts;
     }
-    /// All texts once there are at least `number`, or all there are when that takes too long.
+    /// Waits for at least `number` texts, up to the timeout, and returns all.
     [[nodiscard]] std::vector<std::string> await(std::size_t number) const {
         std::unique_lock lock(m_mutex);
         m_changed.wait_for(lock, kPatience, [&] { return m_texts.size() >= number; });
         return m_texts;
     }
-    /// Waits for that text behind those that were waited for before.
+    /// Waits for that text after the texts of earlier calls.
     [[nodiscard]] bool awaitNext(const std::string& text) {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, kPatience, [&] {
@@ -69,7 +69,7 @@ private:
     std::ptrdiff_t m_passed = 0;
 };
 
-/// A service that keeps the events it is given, as texts: "Delivered from 4711", "Devices 0 localDeviceID".
+/// A service that stores its events as texts: "Delivered from 4711", "Devices 0 localDeviceID".
 class Phone : public Service, public CSTAEventIfc {
 public:
     explicit Phone(const host::Strand& strand) : m_strand(strand) {}
@@ -94,19 +94,19 @@ public:
         }
         events.add(text);
     }
-    /// Called for each event, on the strand, before it is kept.
+    /// `action` is called for each event, on the strand, before it is stored.
     void onEvent(std::function<void(const CSTAEvent&)> action) { m_action = std::move(action); }
 
-    Heard events;
+    TextQueue events;
 
 private:
     const host::Strand& m_strand;
     std::function<void(const CSTAEvent&)> m_action;
 };
 
-/// A link with its strand and a phone that wants its events; each test starts it when its switch stands ready. A request
-/// answers what came back: "ok", with the id of a monitor that was started "ok M1"; "refused generic"; "another answer";
-/// "no answer".
+/// A link with its strand and a phone that receives its events. Each test starts the link when its switch is
+/// ready. A request returns its result as text: "ok", or "ok M1" with the id of a started monitor; "refused
+/// generic"; "wrong response"; "no response".
 class LinkTest : public testing::Test {
 public:
     ~LinkTest() override {
@@ -115,7 +115,7 @@ public:
     }
 
 protected:
-    /// Quick pauses, so that a test of many attempts is over soon.
+    /// Short delays between connection attempts.
     [[nodiscard]] static host::CstaLinkConfig configFor(unsigned short port) {
         host::CstaLinkConfig config;
         config.port = port;
@@ -131,8 +131,8 @@ protected:
         });
         link->start();
     }
-    /// Waits until the link is, or has passed through, "away", "connected" (but not monitoring) or "monitoring" since it
-    /// was last asked.
+    /// Waits until the link has, or has had, that status since the last call: "away", "connected" (but not
+    /// monitoring) or "monitoring".
     [[nodiscard]] bool becomes(const std::string& status) { return m_statuses.awaitNext(status); }
 
     [[nodiscard]] std::string startMonitor(const std::string& device = "localDeviceID",
@@ -179,10 +179,10 @@ private:
         link->request(request);
         const CSTAResponse* response = request.getResponse();
         if (request.getResponseCode() != 0 || response == nullptr) {
-            return request.getResponseCode() != 0 && response == nullptr ? "no answer" : "half an answer";
+            return request.getResponseCode() != 0 && response == nullptr ? "no response" : "half a response";
         }
         if (dynamic_cast<const Response*>(response) == nullptr) {
-            return "another answer";
+            return "wrong response";
         }
         if (response->isErrorResponse()) {
             return "refused " + response->getErrorValue();
@@ -191,7 +191,7 @@ private:
         return start == nullptr ? "ok" : "ok " + start->GetMonitorCrossRefID();
     }
 
-    Heard m_statuses;
+    TextQueue m_statuses;
 };
 
 }  // namespace linktest

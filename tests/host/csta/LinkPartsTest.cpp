@@ -21,7 +21,7 @@ WireDocument parsed(const std::string& xml) {
     return WireDocument::parse(xml, fault).value();
 }
 
-TEST(InvokeIds, GoRoundAndPassOverThoseThatWait) {
+TEST(InvokeIds, WrapAroundAndSkipWaitingOnes) {
     InvokeIds ids;
     for (int expected = InvokeIds::kFirst; expected <= InvokeIds::kLast; ++expected) {
         ASSERT_EQ(ids.next([](int) { return false; }), expected);
@@ -30,13 +30,13 @@ TEST(InvokeIds, GoRoundAndPassOverThoseThatWait) {
     EXPECT_FALSE(ids.next([](int) { return true; }));
 }
 
-TEST(EarlyEvents, AreKeptForOneMonitorWhileTheyAreYoungAndNotTooMany) {
+TEST(EarlyEvents, AreLimitedInAgeAndNumber) {
     const EarlyEvents::Clock::time_point start;
     EarlyEvents early;
     const auto take = [&](const std::string& crossRefId) {
         std::string names;
         for (const WireDocument& event :
-             early.take(crossRefId, start + EarlyEvents::kKeptFor + milliseconds(1))) {
+             early.take(crossRefId, start + EarlyEvents::kMaxAge + milliseconds(1))) {
             names += event.name();
         }
         return names;
@@ -49,13 +49,13 @@ TEST(EarlyEvents, AreKeptForOneMonitorWhileTheyAreYoungAndNotTooMany) {
     EXPECT_EQ(take("1"), "AC");
     EXPECT_EQ(take("1"), "");
     EXPECT_EQ(take("2"), "B");
-    for (std::size_t i = 0; i <= EarlyEvents::kKept; ++i) {
+    for (std::size_t i = 0; i <= EarlyEvents::kMaxEvents; ++i) {
         early.keep("1", parsed(i == 0 ? "<First/>" : "<X/>"), later);
     }
-    EXPECT_EQ(take("1"), std::string(EarlyEvents::kKept, 'X'));
+    EXPECT_EQ(take("1"), std::string(EarlyEvents::kMaxEvents, 'X'));
 }
 
-TEST(FilterGroups, SayOnTheWireWhatIsLeftOutAndInAChangeAlsoWhatIsNot) {
+TEST(FilterGroups, AreWrittenIfTrueAndInAChangeAlsoIfFalse) {
     CSTAMonitorFilter filter;
     filter.setCallControlFilter(false);
     filter.setHeldFilter(true);
@@ -65,7 +65,8 @@ TEST(FilterGroups, SayOnTheWireWhatIsLeftOutAndInAChangeAlsoWhatIsNot) {
     filter.setVendorSpecificFilter(true);
     filter.setCallLogEntryFilter(false);
     filter.setSystemFilter(true);
-    // What a start and a change write. Callbacks and the call log of the switch keep coming.
+    // The values written by a start and by a change. Callbacks and the switch's call log are never
+    // suppressed.
     const std::string rows = R"(
 callcontrol           | held            | true | true
 callcontrol           | delivered       |      | false

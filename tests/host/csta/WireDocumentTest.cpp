@@ -27,10 +27,10 @@ std::string read(const std::string& xml) {
     return document ? host::childText(document->root(), "name") : "refused: " + fault;
 }
 
-TEST(WireDocument, ReadsWhatPeersWriteAndRefusesWhatCouldHurtLater) {
+TEST(WireDocument, ReadsTheFormsOfPeersAndRefusesUnsafeText) {
     const std::string noXml = "refused: the text is not XML";
-    const std::string unknown = "refused: the text has an encoding that is not known";
-    const std::string uncarried = "refused: the text holds what XML cannot carry";
+    const std::string unknown = "refused: the encoding of the text is unknown";
+    const std::string forbidden = "refused: the text contains characters that XML forbids";
     const std::string tooDeep = "refused: the text is nested too deeply";
     const std::pair<std::string, std::string> cases[] = {
         {"\xEF\xBB\xBF<A><name>x</name></A>", "x"},
@@ -45,9 +45,9 @@ TEST(WireDocument, ReadsWhatPeersWriteAndRefusesWhatCouldHurtLater) {
         {"hello", noXml},
         {"<A><name>x</name>", noXml},
         {"<?xml version='1.0' encoding='UTF-16'?><A/>", unknown},
-        {std::string("<A>\0</A>", 8), uncarried},
-        {"<A><name>a&#0;b</name></A>", uncarried},
-        {"<A><name>a&#x000;b</name></A>", uncarried},
+        {std::string("<A>\0</A>", 8), forbidden},
+        {"<A><name>a&#0;b</name></A>", forbidden},
+        {"<A><name>a&#x000;b</name></A>", forbidden},
         {nested(WireDocument::kMaxDepth - 2), ""},
         {nested(WireDocument::kMaxDepth + 1), tooDeep},
         {nested(9000), tooDeep},
@@ -58,16 +58,16 @@ TEST(WireDocument, ReadsWhatPeersWriteAndRefusesWhatCouldHurtLater) {
     }
 }
 
-TEST(MessageWriter, WritesAnyTextSoThatItIsReadBack) {
+TEST(MessageWriter, EscapesAnyText) {
     for (const std::string text : {"N<4711>Ann & Bob", "\"quoted\" 'too'", "a\rb", "\xE5\xB1\xB1", "]]>"}) {
         EXPECT_EQ(read(MessageWriter("A", "urn:a&b").text("name", text).finish()), text);
     }
-    const std::string uncarried =
+    const std::string forbidden =
         MessageWriter("A", "urn:a").text("name", std::string("a\0\xFF", 3)).finish();
-    EXPECT_EQ(read(uncarried), "a\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(read(forbidden), "a\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-TEST(XmlText, KnowsWellFormedUtf8) {
+TEST(XmlText, DetectsInvalidUtf8) {
     for (const char* good : {"", "\xC3\xBC", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xED\x9F\xBF", "\t\r\n"}) {
         EXPECT_TRUE(host::isXmlUtf8(good)) << good;
     }

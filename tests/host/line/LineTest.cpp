@@ -13,6 +13,7 @@
 #include "host/data/Database.h"
 #include "host/framework/AsioAlarmClock.h"
 #include "host/framework/WorkerPool.h"
+#include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/clock/ClockServiceIfc.h"
@@ -30,6 +31,7 @@
 #include "platform/services/TeamServiceIfc.h"
 #include "platform/services/UCServiceIfc.h"
 #include "platform/services/WSIServiceIfc.h"
+#include "tests/support/MessageTrace.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace host {
@@ -143,7 +145,8 @@ protected:
     LifeCycle m_lifeCycle;
     std::atomic<int> m_events{0};
     std::atomic<bool> m_monitoring{false};
-    SwitchSimulator m_switch{{.port = 0}};
+    journaltest::MessageTrace m_trace;
+    SwitchSimulator m_switch{{.port = 0, .messageListener = m_trace.listener()}};
     LineSettings m_settings;
     std::unique_ptr<Line> m_line;
 };
@@ -171,9 +174,9 @@ TEST_F(LineTest, DestroysAJournalThatIsNeverStartedOrFailsToStart) {
 TEST_F(LineTest, NothingReachesTheJournalOnceItIsStopped) {
     m_line->start();
     m_monitoring.wait(false);
-    m_switch.run(Scenario::parse("repeat 100\ncall c from 4711 ; ring c ; giveup c\nend\n"),
+    m_switch.run(parseScenario("repeat 100\ncall c from 4711 ; ring c ; giveup c\nend\n"),
                  {.loop = true, .finished = {}});
-    ASSERT_TRUE(m_switch.log().await(SwitchLogEntry::Direction::eSent, "DeliveredEvent", 200));
+    ASSERT_TRUE(m_trace.await(journaltest::MessageTrace::Direction::eSent, "DeliveredEvent", 200));
     m_line->stop();
     const int atTheEnd = m_events;
     EXPECT_GT(atTheEnd, 0);

@@ -1,57 +1,56 @@
-#include "host/switch/scenario/Scenario.h"
+#include "host/switch/scenario/ScenarioParser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <regex>
 #include <string>
 #include <vector>
 
+#include "host/switch/scenario/ScenarioError.h"
 #include "tests/support/Table.h"
 
 namespace {
 
+using host::loadScenario;
+using host::parseScenario;
 using host::Party;
 using host::Scenario;
 using host::ScenarioError;
-using host::ScenarioStep;
-using Action = ScenarioStep::Action;
 using testing::HasSubstr;
 
-TEST(Scenario, ReadsStatementsOnLinesAndBetweenSemicolonsAndUnrollsBlocks) {
-    const Scenario scenario = Scenario::parse(
+TEST(Scenario, ReadsStatementsAndUnrollsBlocks) {
+    const Scenario scenario = parseScenario(
         "# a comment\n"
         "device 2005;;\n"
         "call c1 from 4711 \"Ann; M\xC3\xBCller # 1\" to 2005 ; ring c1;wait 2s   # rings\r\n"
         "\n"
         "repeat 2; wait 1ms; repeat 3; wait 500ms; end; end\n"
         "answer c1 ; hangup c1 by caller");
-    ASSERT_EQ(scenario.steps().size(), 3U + 2 * (1 + 3) + 2);
-    EXPECT_EQ(scenario.device(), "2005");
-    EXPECT_EQ(scenario.callCount(), 1U);
-    EXPECT_EQ(scenario.waitTime(), std::chrono::milliseconds(5002));
-    EXPECT_EQ(scenario.steps()[0].from, (Party{"4711", "Ann; M\xC3\xBCller # 1", false}));
-    EXPECT_EQ(scenario.steps()[0].line, 3U);
-    EXPECT_EQ(scenario.steps()[12].party, "caller");
-    EXPECT_EQ(scenario.steps()[12].line, 6U);
-    EXPECT_TRUE(Scenario::parse("\n # nothing\n;;\n").steps().empty());
+    ASSERT_EQ(scenario.steps.size(), 3U + 2 * (1 + 3) + 2);
+    EXPECT_EQ(scenario.device, "2005");
+    EXPECT_EQ(scenario.callCount, 1U);
+    EXPECT_EQ(scenario.waitTime, std::chrono::milliseconds(5002));
+    EXPECT_EQ(scenario.steps[0].from, (Party{"4711", "Ann; M\xC3\xBCller # 1", false}));
+    EXPECT_EQ(scenario.steps[0].line, 3U);
+    EXPECT_EQ(scenario.steps[12].party, "caller");
+    EXPECT_EQ(scenario.steps[12].line, 6U);
+    EXPECT_TRUE(parseScenario("\n # nothing\n;;\n").steps.empty());
 }
 
 /// Where and what is wrong with a scenario.
 std::string faultOf(const std::string& text) {
     try {
-        static_cast<void>(Scenario::parse(text, "day"));
+        static_cast<void>(parseScenario(text, "day"));
         return "no fault";
     } catch (const ScenarioError& error) {
         return error.what();
     }
 }
 
-// "/" ends a line. A fault of another line than the first begins with its number. What begins with "talk" begins with a
-// call that is connected; with "two" with a connected call c on hold and one that is connected, d; with "all" with these
-// two in a conference.
+// "/" is a line break. A fault in another line than the first begins with the line number. "talk" is a
+// connected call c; "two" is a held call c and a connected call d; "all" is a conference of these two.
 constexpr const char* kFaults = R"(
 wait 1s / rang c1                          | 2: "rang" is no action
 ring c                                     | the call c was never made
@@ -91,7 +90,7 @@ two; transfer c to d; hangup d             | d is over
 all; leave c by 3                          | 3 is not in the conference c
 all; leave c; leave c                      | 2001 is not in the conference c
 all; hangup c by caller                    | a conference has members, no caller
-callback anonymous                         | nobody can call an anonymous party back
+callback anonymous                         | an anonymous party cannot be called back
 callback 1; callback 1 cancel; callback 1 cancel | no callback to 1 is set
 call c from 1; name c Ann                  | expected the name in quotation marks
 log clear everything                       | "everything" is no log (dialled, group, missed, received)
@@ -100,7 +99,7 @@ wait 1s; line 2050                         | stands before the first action
 device 2001; line 2001                     | the phone serves 2001 already
 )";
 
-TEST(Scenario, SaysWhereAndWhatIsWrong) {
+TEST(Scenario, ReportsTheLineAndTheFault) {
     for (const std::vector<std::string>& row : journaltest::table(2, kFaults)) {
         std::string text = std::regex_replace(row[0], std::regex("/"), "\n");
         text = std::regex_replace(text, std::regex("^all;"), "two; join c d;");
@@ -110,19 +109,7 @@ TEST(Scenario, SaysWhereAndWhatIsWrong) {
         EXPECT_EQ(faultOf(text).substr(0, 5), isNumbered ? "day:" + row[1].substr(0, 1) : "day:1") << text;
         EXPECT_THAT(faultOf(text), HasSubstr(row[1])) << text;
     }
-    EXPECT_THROW(static_cast<void>(Scenario::load("no-such-file.scenario")), ScenarioError);
-}
-
-TEST(DemoScenario, BringsManyKindsOfCallsAtALivelyPace) {
-    const Scenario demo = Scenario::parse(host::demoScenarioText(), "demo");
-    EXPECT_GE(demo.callCount(), 10U);
-    EXPECT_LE(demo.waitTime() / demo.callCount(), std::chrono::seconds(7));
-    for (const Action kind :
-         {Action::eGiveUp, Action::eResponse, Action::eBusy, Action::eNoAnswer, Action::eDivert,
-          Action::eElsewhere, Action::eHold, Action::eTransfer, Action::eJoin, Action::eCallBackSet}) {
-        const auto isOfKind = [kind](const ScenarioStep& step) { return step.action == kind; };
-        EXPECT_TRUE(std::any_of(demo.steps().begin(), demo.steps().end(), isOfKind));
-    }
+    EXPECT_THROW(static_cast<void>(loadScenario("no-such-file.scenario")), ScenarioError);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "host/csta/LinkEngine.h"
+#include "host/csta/CstaLinkImpl.h"
 
 #include <future>
 #include <memory>
@@ -13,7 +13,7 @@
 
 namespace host {
 
-CstaLink::Engine::Engine(CstaLinkConfig config, const Post& post)
+CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post)
     : m_config(std::move(config)),
       m_messages(m_config.edition),
       m_work(m_io.get_executor()),
@@ -21,31 +21,31 @@ CstaLink::Engine::Engine(CstaLinkConfig config, const Post& post)
       m_connection(m_io, m_config.host, m_config.port,
                    ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
                    {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
-                    [this](const std::string& why) { lost(why); }}),
+                    [this](const std::string& reason) { lost(reason); }}),
       m_association(
           m_io, m_config.session == "application-session", m_messages,
           [this](const std::string& xml, PendingRequests::Handler handler) { send(xml, std::move(handler)); },
-          {[this] { ready(); }, [this](const std::string& why) { m_connection.abandon(why); }}),
+          {[this] { ready(); }, [this](const std::string& reason) { m_connection.abandon(reason); }}),
       m_receivers(EventDelivery(post)),
       m_monitors(m_config, m_io, *this, EventDelivery(post), [this] { updateStatus(); }),
-      m_inquiry(m_config, m_io, *this, m_messages,
-                [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
+      m_discovery(m_config, m_io, *this, m_messages,
+                  [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
       m_thread([this] { m_io.run(); }),
       m_readerId(m_thread.get_id()) {}
 
-CstaLink::Engine::~Engine() {
+CstaLinkImpl::~CstaLinkImpl() {
     stop();
 }
 
-void CstaLink::Engine::setStatusListener(StatusListener listener) {
+void CstaLinkImpl::setStatusListener(CstaLinkStatusListener listener) {
     m_listener = std::move(listener);
 }
 
-void CstaLink::Engine::start() {
+void CstaLinkImpl::start() {
     asio::post(m_io, [this] { m_connection.open(); });
 }
 
-void CstaLink::Engine::stop() {
+void CstaLinkImpl::stop() {
     const std::lock_guard joining(m_joinLock);
     {
         const std::lock_guard lock(m_acceptingLock);
@@ -58,18 +58,18 @@ void CstaLink::Engine::stop() {
         m_connection.close();
         m_association.connectionLost();
         m_pending.failAll();
-        m_inquiry.connectionLost();
+        m_discovery.connectionLost();
         m_monitors.connectionLost();
         m_work.reset();
     });
     m_thread.join();
 }
 
-CstaLink::Status CstaLink::Engine::status() const noexcept {
+CstaLinkStatus CstaLinkImpl::status() const noexcept {
     return {m_connectedNow, m_monitoringNow};
 }
 
-RequestOutcome CstaLink::Engine::perform(const std::function<void(const CompleteRequest&)>& work) {
+RequestOutcome CstaLinkImpl::perform(const std::function<void(const CompleteRequest&)>& work) {
     if (std::this_thread::get_id() == m_readerId) {
         CSTA_LINK_LOG(2, "%s", "a request from the link's own thread is not carried out");
         return {};
@@ -88,43 +88,44 @@ RequestOutcome CstaLink::Engine::perform(const std::function<void(const Complete
     return outcome.get();
 }
 
-void CstaLink::Engine::release(const Service& source) {
-    const auto forget = [this, &source] {
+void CstaLinkImpl::release(const Service& source) {
+    const auto removeService = [this, &source] {
         m_monitors.release(source);
         m_receivers.release(source);
     };
-    const RequestOutcome outcome = perform([&forget](const CompleteRequest& complete) {
-        forget();
+    const RequestOutcome outcome = perform([&removeService](const CompleteRequest& complete) {
+        removeService();
         complete(RequestOutcome::ok<CSTAMonitorStopResponse>());
     });
     if (outcome.code == RequestOutcome::kNotCarriedOut) {
-        const std::lock_guard joined(m_joinLock);  // the reader thread is gone
-        forget();
+        const std::lock_guard joined(m_joinLock);  // the reader thread has ended
+        removeService();
     }
 }
 
-void CstaLink::Engine::registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete) {
+void CstaLinkImpl::registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete) {
     m_receivers.add(std::move(sink));
     complete(m_registrationRefused
                  ? RequestOutcome::refused<CSTASystemStatusResponse>("operation", "serviceNotSupported")
                  : RequestOutcome::ok<CSTASystemStatusResponse>());
 }
 
-/// Nothing is kept for later: without a connection the request fails at once, as the library expects of a switch that is away.
-void CstaLink::Engine::escape(const CallLogEntryRequest& request, const CompleteRequest& complete) {
+/// Without a connection the request fails at once, as the library expects of a switch that is not connected.
+/// It is not queued.
+void CstaLinkImpl::escape(const CallLogEntryRequest& request, const CompleteRequest& complete) {
     if (!m_association.isReady()) {
         complete({RequestOutcome::kConnectionLost, nullptr});
         return;
     }
-    send(m_messages.escape(request), [complete](const Answer& answer) {
-        if (answer.kind == Answer::Kind::eRefused) {
-            CSTA_LINK_LOG(3, "the switch refuses a request about its call log: %s", answer.value.c_str());
+    send(m_messages.escape(request), [complete](const SwitchResponse& response) {
+        if (response.kind == SwitchResponse::Kind::eRefused) {
+            CSTA_LINK_LOG(3, "the switch refuses a request about its call log: %s", response.value.c_str());
         }
-        complete(RequestOutcome::of<CSTAEscapeResponse>(answer));
+        complete(RequestOutcome::of<CSTAEscapeResponse>(response));
     });
 }
 
-void CstaLink::Engine::send(const std::string& xml, PendingRequests::Handler handler) {
+void CstaLinkImpl::send(const std::string& xml, PendingRequests::Handler handler) {
     if (!m_connection.isConnected()) {
         handler({});
         return;
@@ -140,7 +141,7 @@ void CstaLink::Engine::send(const std::string& xml, PendingRequests::Handler han
 
 // ---- what happens on the connection
 
-void CstaLink::Engine::connected() {
+void CstaLinkImpl::connected() {
     CSTA_LINK_LOG(4, "connected to the switch at %s:%u%s", m_config.host.c_str(), unsigned{m_config.port},
                   m_outageLogged ? " again" : "");
     m_outageLogged = false;
@@ -150,40 +151,41 @@ void CstaLink::Engine::connected() {
     m_association.open();
 }
 
-/// All at once: a switch that answers nothing but MonitorStart is served as well.
-void CstaLink::Engine::ready() {
+/// Sends all requests at once: the link also works with a switch that responds to MonitorStart only.
+void CstaLinkImpl::ready() {
     m_monitorsDoubtful = false;
-    send(m_messages.requestSystemStatus(), [this](const Answer& answer) {
-        if (answer.kind == Answer::Kind::eLost) {
+    send(m_messages.requestSystemStatus(), [this](const SwitchResponse& response) {
+        if (response.kind == SwitchResponse::Kind::eLost) {
             return;
         }
-        const std::string word =
-            answer.kind == Answer::Kind::eAnswered ? childText(answer.document->root(), "systemStatus") : "";
+        const std::string word = response.kind == SwitchResponse::Kind::eResponse
+                                     ? childText(response.document->root(), "systemStatus")
+                                     : "";
         if (std::exchange(m_notifyStatus, false)) {
             m_receivers.deliver(word.empty() ? "enabled" : word);
-        } else if (isServing(word)) {
+        } else if (isInService(word)) {
             m_receivers.remember(word);
         }
     });
     registerAtSwitch();
-    m_inquiry.ask();
+    m_discovery.start();
     m_monitors.startAll();
 }
 
-void CstaLink::Engine::lost(const std::string& why) {
+void CstaLinkImpl::lost(const std::string& reason) {
     if (!std::exchange(m_outageLogged, true)) {
         CSTA_LINK_LOG(3, "the switch at %s:%u is %s: %s; trying again", m_config.host.c_str(),
-                      unsigned{m_config.port}, m_lastStatus.connected ? "lost" : "not there", why.c_str());
+                      unsigned{m_config.port}, m_lastStatus.connected ? "lost" : "not there", reason.c_str());
     }
     m_association.connectionLost();
     m_pending.failAll();
     m_receivers.connectionLost();
-    m_inquiry.connectionLost();
+    m_discovery.connectionLost();
     m_monitors.connectionLost();
     updateStatus();
 }
 
-void CstaLink::Engine::received(const Frame& frame) {
+void CstaLinkImpl::received(const Frame& frame) {
     std::string fault;
     std::optional<WireDocument> document = WireDocument::parse(frame.xml, fault);
     if (!document) {
@@ -191,23 +193,23 @@ void CstaLink::Engine::received(const Frame& frame) {
         return;
     }
     switch (document->kind()) {
-        case MessageKind::eEvent: m_monitors.event(std::move(*document)); break;
+        case MessageKind::eEvent: m_monitors.onEvent(std::move(*document)); break;
         case MessageKind::eResponse:
         case MessageKind::eError:
             if (!m_pending.complete(frame.invokeId, *document)) {
-                CSTA_LINK_LOG(4, "%s with id %d comes late or to no request",
+                CSTA_LINK_LOG(4, "%s with id %d is late or belongs to no request",
                               std::string(document->name()).c_str(), frame.invokeId);
             }
             break;
-        case MessageKind::eRequest: responseTo(frame.invokeId, *document); break;
+        case MessageKind::eRequest: respond(frame.invokeId, *document); break;
         case MessageKind::eNotice: m_association.terminated(); break;
         case MessageKind::eForeign:
-            CSTA_LINK_LOG(6, "%s is none of ours", std::string(document->name()).c_str());
+            CSTA_LINK_LOG(6, "%s is no CSTA message", std::string(document->name()).c_str());
             break;
     }
 }
 
-void CstaLink::Engine::responseTo(int invokeId, const WireDocument& document) {
+void CstaLinkImpl::respond(int invokeId, const WireDocument& document) {
     const std::string_view name = document.name();
     if (name == "SystemStatus") {
         m_connection.send(invokeId, m_messages.systemStatusResponse());
@@ -218,59 +220,60 @@ void CstaLink::Engine::responseTo(int invokeId, const WireDocument& document) {
         m_connection.send(invokeId, m_messages.monitorStopResponse());
         m_monitors.stoppedBySwitch(childText(document.root(), "monitorCrossRefID"));
     } else if (name == "SwitchingFunctionDevices") {
-        // The standard has no answer to it.
-        m_inquiry.takeSegment(document);
+        // The standard defines no response to it.
+        m_discovery.addSegment(document);
     } else if (name == "SwitchingFunctionDevicesChanged") {
         m_connection.send(invokeId, m_messages.switchingFunctionDevicesChangedResponse());
         if (m_association.isReady()) {
-            m_inquiry.ask();
+            m_discovery.start();
         }
     } else if (name == "SystemRegisterAbort") {
-        // Nor to this one.
+        // The standard defines no response to this one either.
         CSTA_LINK_LOG(4, "%s", "the switch has ended the registration for its status; registering again");
         registerAtSwitch();
     } else {
-        CSTA_LINK_LOG(4, "the switch asks for %s, which is not supported", std::string(name).c_str());
+        CSTA_LINK_LOG(4, "the switch requests %s, which is not supported", std::string(name).c_str());
         m_connection.send(invokeId, m_messages.serviceNotSupported());
     }
 }
 
-void CstaLink::Engine::systemStatus(std::string_view word) {
+void CstaLinkImpl::systemStatus(std::string_view word) {
     if (!word.empty()) {
         m_notifyStatus = false;
     }
     m_receivers.deliver(word);
     if (losesMonitors(word)) {
         m_monitorsDoubtful = true;
-    } else if (isServing(word) && std::exchange(m_monitorsDoubtful, false) && m_association.isReady()) {
-        CSTA_LINK_LOG(4, "%s", "the switch serves again; starting all monitors anew");
-        m_inquiry.ask();
+    } else if (isInService(word) && std::exchange(m_monitorsDoubtful, false) && m_association.isReady()) {
+        CSTA_LINK_LOG(4, "%s", "the switch is back in service; restarting all monitors");
+        m_discovery.start();
         m_monitors.startAll();
     }
 }
 
-void CstaLink::Engine::registerAtSwitch(bool alsoDevices) {
-    send(m_messages.systemRegister(alsoDevices), [this, alsoDevices](const Answer& answer) {
-        m_registrationRefused = answer.kind == Answer::Kind::eRefused;
+void CstaLinkImpl::registerAtSwitch(bool withDevices) {
+    send(m_messages.systemRegister(withDevices), [this, withDevices](const SwitchResponse& response) {
+        m_registrationRefused = response.kind == SwitchResponse::Kind::eRefused;
         if (!m_registrationRefused) {
             return;
         }
         CSTA_LINK_LOG(4, "the switch does not register us for its status%s: %s",
-                      alsoDevices ? " and the phone's devices" : "", answer.value.c_str());
-        if (alsoDevices) {
+                      withDevices ? " and the phone's devices" : "", response.value.c_str());
+        if (withDevices) {
             registerAtSwitch(false);
         }
     });
 }
 
-/// A service starts its monitors of the devices when it is told of them. When one of these requests failed (the connection
-/// was lost, the switch was not ready), only telling it once more brings that monitor back.
-void CstaLink::Engine::devicesFound(const std::vector<LineDevice>& devices) {
+/// A service starts its monitors when it receives the devices. If one of these requests failed (connection
+/// lost, switch not ready), the service retries it only if it receives the devices again.
+void CstaLinkImpl::devicesFound(const std::vector<LineDevice>& devices) {
     m_receivers.deliverDevices(devices, m_monitors.takeFailedStart());
 }
 
-void CstaLink::Engine::updateStatus() {
-    const Status status{m_connection.isConnected(), m_connection.isConnected() && m_monitors.isMonitoring()};
+void CstaLinkImpl::updateStatus() {
+    const CstaLinkStatus status{.connected = m_connection.isConnected(),
+                                .monitoring = m_connection.isConnected() && m_monitors.isMonitoring()};
     if (status == m_lastStatus) {
         return;
     }

@@ -12,7 +12,7 @@
 #include <asio/io_context.hpp>
 
 #include "host/csta/Association.h"
-#include "host/csta/CstaLink.h"
+#include "host/csta/CstaLinkConfig.h"
 #include "host/csta/DeviceDiscovery.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/LinkMessages.h"
@@ -24,28 +24,28 @@
 
 namespace host {
 
-/// The inside of the link: the reader thread, and the parts that live on it, wired together.
+/// Implementation of `CstaLink`: the reader thread and the components that run on it.
 ///
 ///   SwitchConnection -> Frame -> event            -> LinkMonitors -> EventDelivery -> the line's strand
-///                             -> answer           -> PendingRequests -> whoever asked
-///                             -> request, notice  -> answered here
-class CstaLink::Engine final : private RequestChannel {
+///                             -> response         -> PendingRequests -> the handler of the request
+///                             -> request, notice  -> handled here
+class CstaLinkImpl final : private RequestChannel {
 public:
-    Engine(CstaLinkConfig config, const Post& post);
-    ~Engine() override;
+    CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post);
+    ~CstaLinkImpl() override;
 
-    // The owner's thread.
-    void setStatusListener(StatusListener listener);
+    // Call from the owner's thread.
+    void setStatusListener(CstaLinkStatusListener listener);
     void start();
     void stop();
 
-    // Any thread.
-    [[nodiscard]] Status status() const noexcept;
-    /// Runs `work` on the reader thread and waits for it to call its argument.
+    // Thread-safe.
+    [[nodiscard]] CstaLinkStatus status() const noexcept;
+    /// Runs `work` on the reader thread and waits until `work` has called its argument.
     [[nodiscard]] RequestOutcome perform(const std::function<void(const CompleteRequest&)>& work);
     void release(const Service& source);
 
-    // The reader thread, from inside `perform`.
+    // Call from the reader thread, inside `perform`.
     [[nodiscard]] LinkMonitors& monitors() noexcept { return m_monitors; }
     void registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete);
     void escape(const CallLogEntryRequest& request, const CompleteRequest& complete);
@@ -57,18 +57,18 @@ private:
 
     void connected();
     void ready();
-    void lost(const std::string& why);
+    void lost(const std::string& reason);
     void received(const Frame& frame);
-    void responseTo(int invokeId, const WireDocument& document);
+    void respond(int invokeId, const WireDocument& document);
     void systemStatus(std::string_view word);
-    void registerAtSwitch(bool alsoDevices = true);
+    void registerAtSwitch(bool withDevices = true);
     void devicesFound(const std::vector<LineDevice>& devices);
     void updateStatus();
 
     // Constant after `start`.
     const CstaLinkConfig m_config;
     const LinkMessages m_messages;
-    StatusListener m_listener;
+    CstaLinkStatusListener m_listener;
 
     // Reader thread only.
     asio::io_context m_io;
@@ -78,19 +78,19 @@ private:
     Association m_association;
     SystemStatusReceivers m_receivers;
     LinkMonitors m_monitors;
-    DeviceDiscovery m_inquiry;
-    Status m_lastStatus;
+    DeviceDiscovery m_discovery;
+    CstaLinkStatus m_lastStatus;
     bool m_outageLogged = false;
     bool m_everConnected = false;
     bool m_notifyStatus = false;
     bool m_registrationRefused = false;
     bool m_monitorsDoubtful = false;
 
-    // Bits of the status, for everybody.
+    // Copies of the status for other threads.
     std::atomic<bool> m_connectedNow{false};
     std::atomic<bool> m_monitoringNow{false};
 
-    // Guarded by m_acceptingLock: whether the reader thread still takes work.
+    // Guarded by m_acceptingLock: true while the reader thread accepts work.
     std::mutex m_acceptingLock;
     bool m_accepting = true;
 

@@ -8,39 +8,36 @@
 #include <thread>
 
 #include "host/switch/call-log/CallLogStore.h"
-#include "host/switch/server/MessageTrace.h"
-#include "host/switch/server/SwitchSimulator.h"
+#include "host/switch/server/SwitchOptions.h"
 
 namespace host {
 
 class SwitchCore;
 
-/// The inside of the simulator: starts and ends the thread on which a `SwitchCore` lives, and hands work into it.
-class SwitchSimulator::Engine {
+/// Implementation of `SwitchSimulator`: the simulator's thread, and the `SwitchCore` that runs on it.
+class SwitchSimulatorImpl {
 public:
-    explicit Engine(SwitchOptions options);
-    ~Engine();
+    explicit SwitchSimulatorImpl(SwitchOptions options);
+    ~SwitchSimulatorImpl();
 
     void start();
     void stop();
     [[nodiscard]] std::uint16_t port() const noexcept { return m_port; }
-    /// Runs `work` on the simulator's thread, later; nothing happens while the simulator is stopped.
+    /// Posts `work` to the simulator's thread. Has no effect while the simulator is stopped.
     void post(std::function<void(SwitchCore&)> work);
-    [[nodiscard]] MessageTrace& log() noexcept { return m_log; }
     [[nodiscard]] CallLog::Events callLog(const std::string& device) const {
         return m_callLogs.entries(device.empty() ? m_options.device : device);
     }
 
 private:
-    // The owner's thread.
+    // Owner's thread only.
     SwitchOptions m_options;
     std::thread m_thread;
 
-    MessageTrace m_log;
     CallLogStore m_callLogs;
     std::atomic<std::uint16_t> m_port{0};
 
-    // Guarded by m_coreLock: whether there is a room; what is in it belongs to the thread.
+    // The pointer is guarded by m_coreLock; the object belongs to the simulator's thread.
     std::mutex m_coreLock;
     std::unique_ptr<SwitchCore> m_core;
 };

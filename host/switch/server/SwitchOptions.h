@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "host/switch/scenario/Scenario.h"
+
+namespace host {
+
+/// A message that the simulated switch has received or sent.
+struct SwitchMessage {
+    enum class Direction { eReceived, eSent };
+
+    Direction direction = Direction::eReceived;
+    /// Number of the connection, from 1.
+    int client = 0;
+    int invokeId = 0;
+    /// The local name of the root element ("MonitorStart").
+    std::string name;
+    std::string xml;
+};
+
+/// Settings of a simulated switch. A plain value.
+struct SwitchOptions {
+    std::string address = "127.0.0.1";
+    /// 0 selects a free port, see `SwitchSimulator::port`.
+    std::uint16_t port = 4242;
+    /// The phone of scenarios without a `device` statement.
+    std::string device = Scenario::kDefaultDevice;
+    std::string edition = "ed4";
+    /// Sends SystemStatus to a client as soon as it has connected.
+    bool speaksFirst = false;
+    /// Keeps a call log for every device: adds the finished calls of scenarios and notifies the device's
+    /// monitors. The `log` statements of a scenario and the requests of clients change the logs in any case.
+    bool callLog = false;
+    /// Called for each message, on the simulator's thread. May be empty.
+    std::function<void(const SwitchMessage&)> messageListener{};
+};
+
+/// Options for playing a scenario. A plain value.
+struct PlayOptions {
+    /// Repeats the scenario without end.
+    bool loop = false;
+    /// Calls per second, if above 0. The waits of the scenario are scaled to reach this average.
+    double rate = 0;
+    /// Waits until a client monitors the scenario's phone.
+    bool awaitMonitor = true;
+    /// Receives the text of `log print`, on the simulator's thread.
+    std::function<void(const std::string&)> print{};
+    /// Called once at the end of the scenario, on the simulator's thread; not called if `stop` interrupts the
+    /// scenario. Must not call `stop`.
+    std::function<void()> finished;
+};
+
+/// The response of the switch to requests of one kind, for fault injection.
+enum class ResponseMode {
+    eNormal,
+    eRefusal,        ///< a CSTAErrorCode
+    eWrongResponse,  ///< a response of another kind
+    eNoResponse,
+    eDisconnect,  ///< closes the connection
+};
+
+}  // namespace host
