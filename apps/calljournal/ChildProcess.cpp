@@ -13,7 +13,7 @@
 
 #include "apps/calljournal/StopSignal.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 /// In the child, where nothing but async-signal-safe functions may be called.
@@ -34,8 +34,8 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::system_error(errno, std::generic_category(), "cannot make a pipe");
     }
-    m_output = FileDescriptor(ends[0]);
-    const FileDescriptor childEnd(ends[1]);
+    m_output = host::FileDescriptor(ends[0]);
+    const host::FileDescriptor childEnd(ends[1]);
 
     std::vector<std::string> texts{"calljournal"};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
@@ -88,4 +88,4 @@ bool ChildProcess::discardOutput() {
     return ::read(m_output.get(), bytes.data(), bytes.size()) > 0;
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -8,7 +8,7 @@
 
 #include "host/framework/FileDescriptor.h"
 
-namespace host {
+namespace calljournal {
 
 /// This program once more, with other arguments, in a process of its own whose standard output we read.
 ///
@@ -36,7 +36,7 @@ public:
 
 private:
     pid_t m_id = -1;
-    FileDescriptor m_output;
+    host::FileDescriptor m_output;
 };
 
-}  // namespace host
+}  // namespace calljournal

@@ -8,7 +8,7 @@ namespace CLI {
 class App;
 }
 
-namespace host {
+namespace calljournal {
 
 /// What all sub-commands have in common.
 struct CommonOptions {
@@ -49,4 +49,4 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
 
-}  // namespace host
+}  // namespace calljournal

@@ -13,7 +13,7 @@
 #include "apps/calljournal/UsageError.h"
 #include "host/config/DataDirectory.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 struct Entry {
@@ -68,7 +68,7 @@ int runChosen(const Commands& commands, const CommonOptions& common) {
 }  // namespace
 
 std::filesystem::path CommonOptions::dataDirectory() const {
-    return data.empty() ? defaultDataDirectory() : std::filesystem::path(data);
+    return data.empty() ? host::defaultDataDirectory() : std::filesystem::path(data);
 }
 
 std::string CommonOptions::commandToType(const std::string& command) const {
@@ -99,4 +99,4 @@ int runCommandLine(int argc, char** argv) {
     }
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace host {
+namespace calljournal {
 
 /// The exit status of the program, the same for every sub-command.
 enum ExitStatus : int { eDone = 0, eFailed = 1, eWrongUsage = 2 };
@@ -9,4 +9,4 @@ enum ExitStatus : int { eDone = 0, eFailed = 1, eWrongUsage = 2 };
 /// the standard error output, with what to do about it.
 [[nodiscard]] int runCommandLine(int argc, char** argv);
 
-}  // namespace host
+}  // namespace calljournal

@@ -6,14 +6,15 @@
 #include "host/remote/RemoteError.h"
 #include "platform/journal-library/PhonebookMessage.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 constexpr std::size_t kPageSize = 1000;
 
 }  // namespace
 
-std::size_t visitContacts(RemoteClient& client, const std::string& search, std::optional<std::size_t> limit,
+std::size_t visitContacts(host::RemoteClient& client, const std::string& search,
+                          std::optional<std::size_t> limit,
                           const std::function<void(const Contact&)>& visitor) {
     journalxml::PhonebookRequest request;
     request.search = search;
@@ -22,7 +23,7 @@ std::size_t visitContacts(RemoteClient& client, const std::string& search, std::
         const auto page =
             journalxml::parsePhonebookPage(client.call(journalxml::buildPhonebookRead(request)));
         if (!page) {
-            throw RemoteError("calljournal could not answer; its log says why");
+            throw host::RemoteError("calljournal could not answer; its log says why");
         }
         for (const Contact& contact : page->contacts) {
             visitor(contact);
@@ -34,4 +35,4 @@ std::size_t visitContacts(RemoteClient& client, const std::string& search, std::
     }
 }
 
-}  // namespace host
+}  // namespace calljournal

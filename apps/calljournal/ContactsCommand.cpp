@@ -24,14 +24,14 @@
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
 std::string checkFormat(const std::string& file) {
-    return contactFormatOf(file) ? std::string()
-                                 : file + " is neither .vcf nor .csv, so its format is not known";
+    return host::contactFormatOf(file) ? std::string()
+                                       : file + " is neither .vcf nor .csv, so its format is not known";
 }
 
 int statusOfOutput() {
@@ -48,11 +48,11 @@ public:
         m_size = ignored ? 0 : size;
     }
 
-    void tell(const ImportReport& report) {
+    void tell(const host::ImportReport& report) {
         for (; m_notified < report.notes.size(); ++m_notified) {
-            const ImportReport::Note& note = report.notes[m_notified];
+            const host::ImportReport::Note& note = report.notes[m_notified];
             std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
-                      << printable(note.text) << std::endl;
+                      << host::printable(note.text) << std::endl;
         }
         const auto now = std::chrono::steady_clock::now();
         if (now - m_last >= std::chrono::seconds(1)) {
@@ -78,7 +78,7 @@ private:
     std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
 };
 
-std::string importText(const std::string& file, const ImportReport& report) {
+std::string importText(const std::string& file, const host::ImportReport& report) {
     return std::to_string(report.read) + (report.read == 1 ? " contact" : " contacts") + " read from " +
            file + ": " + std::to_string(report.added) + " added, " + std::to_string(report.changed) +
            " changed, " + std::to_string(report.unchanged) + " known already, " +
@@ -107,7 +107,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        RemoteClient client(common.dataDirectory());
+        host::RemoteClient client(common.dataDirectory());
         if (m_import->parsed()) {
             return importFile(client);
         }
@@ -122,52 +122,52 @@ private:
         return sub;
     }
 
-    int importFile(RemoteClient& client) const {
+    int importFile(host::RemoteClient& client) const {
         std::ifstream stream(m_file, std::ios::binary);
         if (!stream || stream.peek() == std::ifstream::traits_type::eof()) {
             const int reason = errno;
-            throw ContactFileError(
+            throw host::ContactFileError(
                 "cannot read " + m_file + ": " +
                 (stream.is_open() ? "there is nothing in it" : std::generic_category().message(reason)));
         }
         ImportTalk talk(m_file, stream);
         RemoteContacts contacts(client);
-        ContactImport import(contacts, [&talk](const ImportReport& each) { talk.tell(each); });
+        host::ContactImport import(contacts, [&talk](const host::ImportReport& each) { talk.tell(each); });
         const bool done = import.run(*readerOf(stream));
-        const ImportReport& report = import.report();
+        const host::ImportReport& report = import.report();
         if (!done) {
-            throw RemoteError("calljournal could not store the contacts; its log says why. " +
-                              std::to_string(report.added + report.changed) +
-                              " are in the phonebook; importing the file again takes the rest");
+            throw host::RemoteError("calljournal could not store the contacts; its log says why. " +
+                                    std::to_string(report.added + report.changed) +
+                                    " are in the phonebook; importing the file again takes the rest");
         }
-        std::cout << (m_json ? jsonText(importJson(report)) + "\n" : importText(m_file, report));
+        std::cout << (m_json ? host::jsonText(host::importJson(report)) + "\n" : importText(m_file, report));
         return report.read > report.skipped ? statusOfOutput() : eFailed;
     }
 
-    [[nodiscard]] std::unique_ptr<ContactReader> readerOf(std::istream& stream) const {
+    [[nodiscard]] std::unique_ptr<host::ContactReader> readerOf(std::istream& stream) const {
         try {
-            return makeContactReader(stream, contactFormatOf(m_file).value());
-        } catch (const ContactFileError& error) {
-            throw ContactFileError("cannot import " + m_file + ": " + error.what());
+            return host::makeContactReader(stream, host::contactFormatOf(m_file).value());
+        } catch (const host::ContactFileError& error) {
+            throw host::ContactFileError("cannot import " + m_file + ": " + error.what());
         }
     }
 
-    int list(RemoteClient& client) const {
+    int list(host::RemoteClient& client) const {
         Json contacts = Json::array();
         std::vector<TableRow> rows;
         const std::optional<std::size_t> limit = m_limit > 0 ? std::optional(m_limit) : std::nullopt;
         const std::size_t total = visitContacts(client, m_search, limit, [&](const Contact& contact) {
             if (m_json) {
-                contacts.push_back(itemJson(contact));
+                contacts.push_back(host::itemJson(contact));
             } else {
                 rows.push_back(
                     {false,
-                     {fullName(contact.getFirstname(), contact.getSurname()), contact.getCompany(),
+                     {host::fullName(contact.getFirstname(), contact.getSurname()), contact.getCompany(),
                       contact.getOffice(), contact.getMobile(), contact.getPrivate(), contact.getOffice2()}});
             }
         });
         if (m_json) {
-            std::cout << jsonText({{"total", total}, {"contacts", std::move(contacts)}}) << "\n";
+            std::cout << host::jsonText({{"total", total}, {"contacts", std::move(contacts)}}) << "\n";
         } else if (rows.empty()) {
             std::cout << (m_search.empty() ? "nobody in the phonebook\n" : "nobody found\n");
         } else {
@@ -180,11 +180,13 @@ private:
         return statusOfOutput();
     }
 
-    int exportAll(RemoteClient& client) const {
-        const ContactFormat format = m_format == "csv" ? ContactFormat::eCsv : ContactFormat::eVCard;
-        std::cout << contactFileHead(format);
-        visitContacts(client, {}, std::nullopt,
-                      [format](const Contact& contact) { std::cout << contactFileEntry(format, contact); });
+    int exportAll(host::RemoteClient& client) const {
+        const host::ContactFormat format =
+            m_format == "csv" ? host::ContactFormat::eCsv : host::ContactFormat::eVCard;
+        std::cout << host::contactFileHead(format);
+        visitContacts(client, {}, std::nullopt, [format](const Contact& contact) {
+            std::cout << host::contactFileEntry(format, contact);
+        });
         return statusOfOutput();
     }
 
@@ -204,4 +206,4 @@ std::unique_ptr<Command> makeContactsCommand(CLI::App& app) {
     return std::make_unique<ContactsCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -12,7 +12,7 @@
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/ClientResponse.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using journalxml::MethodId;
@@ -22,21 +22,23 @@ struct Deletion {
     MethodId set;
 };
 
-Deletion deletionFrom(ListName list) {
+Deletion deletionFrom(host::ListName list) {
     switch (list) {
-        case ListName::eMissed: return {MethodId::eDeleteMissedCall, MethodId::eDeleteMissedCallList};
-        case ListName::eDialled: return {MethodId::eDeleteDialledCall, MethodId::eDeleteDialledCallList};
-        case ListName::eReceived: return {MethodId::eDeleteReceivedCall, MethodId::eDeleteReceivedCallList};
-        case ListName::eForwarded:
+        case host::ListName::eMissed: return {MethodId::eDeleteMissedCall, MethodId::eDeleteMissedCallList};
+        case host::ListName::eDialled:
+            return {MethodId::eDeleteDialledCall, MethodId::eDeleteDialledCallList};
+        case host::ListName::eReceived:
+            return {MethodId::eDeleteReceivedCall, MethodId::eDeleteReceivedCallList};
+        case host::ListName::eForwarded:
             return {MethodId::eDeleteForwardedCall, MethodId::eDeleteForwardedCallList};
-        case ListName::eCallbacks: break;
+        case host::ListName::eCallbacks: break;
     }
     return {MethodId::eDeleteCallBack, MethodId::eDeleteCallBackList};
 }
 
 void require(const std::string& answer) {
     if (journalxml::parseBoolResponse(answer) != true) {
-        throw RemoteError("calljournal could not delete; its log says why");
+        throw host::RemoteError("calljournal could not delete; its log says why");
     }
 }
 
@@ -56,11 +58,11 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        RemoteClient client(common.dataDirectory());
-        const ListName list = listNamed(m_list).value();
+        host::RemoteClient client(common.dataDirectory());
+        const host::ListName list = host::listNamed(m_list).value();
         std::vector<std::string> unknown;
         const std::size_t deleted = m_all ? deleteAll(client, list) : deleteNamed(client, list, unknown);
-        std::cout << countText(list, deleted) << " deleted" << std::endl;
+        std::cout << host::countText(list, deleted) << " deleted" << std::endl;
         for (const std::string& entryId : unknown) {
             printUnknown(entryId, list, common);
         }
@@ -69,7 +71,8 @@ public:
 
 private:
     /// One by one, because only the answer about one entry says whether it was there.
-    std::size_t deleteNamed(RemoteClient& client, ListName list, std::vector<std::string>& unknown) const {
+    std::size_t deleteNamed(host::RemoteClient& client, host::ListName list,
+                            std::vector<std::string>& unknown) const {
         std::size_t deleted = 0;
         for (const std::string& entryId : m_entryIds) {
             const std::string answer =
@@ -84,15 +87,15 @@ private:
     }
 
     /// Behind the newest entries, which a list shows, there may be older ones, which come into view when those are gone.
-    static std::size_t deleteAll(RemoteClient& client, ListName list) {
+    static std::size_t deleteAll(host::RemoteClient& client, host::ListName list) {
         std::set<std::string> deleted;
         for (;;) {
             std::vector<std::string> entryIds;
             const ListResponse answer = fetchList(client, list);
             for (const ListRow& row : answer.rows) {
                 if (!deleted.insert(row.entryId).second) {
-                    throw RemoteError("calljournal could not delete " + countText(list, answer.rows.size()) +
-                                      "; its log says why");
+                    throw host::RemoteError("calljournal could not delete " +
+                                            host::countText(list, answer.rows.size()) + "; its log says why");
                 }
                 entryIds.push_back(row.entryId);
             }
@@ -115,4 +118,4 @@ std::unique_ptr<Command> makeDeleteCommand(CLI::App& app) {
     return std::make_unique<DeleteCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

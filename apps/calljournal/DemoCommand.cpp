@@ -11,20 +11,20 @@
 #include "host/config/Endpoint.h"
 #include "host/presentation/PlainText.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 /// The line that the built-in calls are for.
 constexpr const char* kDemoLine = "2001";
 
 void printChange(const std::string& sentence) {
-    std::cout << timeOfDay() << "  " << printable(sentence) << std::endl;
+    std::cout << host::timeOfDay() << "  " << host::printable(sentence) << std::endl;
 }
 
 /// Where the simulated switch listens; it says so in its first line.
-Endpoint endpointOf(ChildProcess& simulator) {
+host::Endpoint endpointOf(ChildProcess& simulator) {
     const std::string line = simulator.readLine(std::chrono::seconds(10));
-    const auto endpoint = parseEndpoint(line.substr(line.rfind(' ') + 1));
+    const auto endpoint = host::parseEndpoint(line.substr(line.rfind(' ') + 1));
     if (!endpoint) {
         throw std::runtime_error("the simulated switch did not start");
     }
@@ -37,7 +37,7 @@ public:
 
     int run(const CommonOptions& common) override {
         const StopSignal stop;
-        Configuration configuration = m_options.configure("warning");
+        host::Configuration configuration = m_options.configure("warning");
         if (configuration.lines.front().device != kDemoLine) {
             throw std::runtime_error("the simulated switch of the demo calls line " + std::string(kDemoLine) +
                                      " only; for line " + configuration.lines.front().device +
@@ -48,7 +48,7 @@ public:
         const auto directory = common.dataDirectory();
         const auto socket = JournalServer::claim(directory);
         ChildProcess simulator({"switch", "--listen", "127.0.0.1:0", "--loop"});
-        const Endpoint endpoint = endpointOf(simulator);
+        const host::Endpoint endpoint = endpointOf(simulator);
         configuration.callSwitch.host = endpoint.host;
         configuration.callSwitch.port = endpoint.port;
 
@@ -67,11 +67,11 @@ public:
     }
 
 private:
-    static void greet(const CommonOptions& common, const Configuration& configuration, pid_t switchId,
+    static void greet(const CommonOptions& common, const host::Configuration& configuration, pid_t switchId,
                       const JournalServer::HttpAddress& http) {
         std::cout << "calljournal serves line " << configuration.lines.front().device
                   << " of a simulated switch at "
-                  << Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
+                  << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
                   << " (process " << switchId
                   << "). Calls are coming in.\n\nLook at them in a browser:\n\n    " << http.signInText()
                   << "\n\nor from another terminal:\n\n    " << common.commandToType("list missed")
@@ -87,4 +87,4 @@ std::unique_ptr<Command> makeDemoCommand(CLI::App& app) {
     return std::make_unique<DemoCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

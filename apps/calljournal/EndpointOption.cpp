@@ -4,13 +4,13 @@
 
 #include "host/config/Endpoint.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 void addOption(CLI::App& app, const std::string& name, std::string& value, const std::string& help,
                const char* shape, bool anyPort) {
     const auto check = [shape, anyPort](const std::string& text) {
-        const auto endpoint = parseEndpoint(text);
+        const auto endpoint = host::parseEndpoint(text);
         return endpoint && (anyPort || endpoint->port > 0)
                    ? std::string()
                    : text + " is not " + shape + " (such as 127.0.0.1:4242)";
@@ -30,4 +30,4 @@ void addPeerOption(CLI::App& app, const std::string& name, std::string& value, c
     addOption(app, name, value, help, "HOST:PORT", false);
 }
 
-}  // namespace host
+}  // namespace calljournal

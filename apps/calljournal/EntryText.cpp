@@ -8,7 +8,7 @@
 #include "apps/calljournal/TextTable.h"
 #include "host/presentation/PlainText.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -50,7 +50,7 @@ std::string shown(const Json& object, const std::string& member, const char* for
         return found->get<bool>() ? "yes" : forFalse;
     }
     const std::string text = found->get<std::string>();
-    return member == "time" ? localTime(text) : text;
+    return member == "time" ? host::localTime(text) : text;
 }
 
 std::string callTable(const Json& occurrences, std::size_t width) {
@@ -72,13 +72,14 @@ std::string callTable(const Json& occurrences, std::size_t width) {
 
 }  // namespace
 
-std::string entryText(ListName list, const Json& item, std::size_t width) {
-    const std::string name = fullName(shown(item, "firstName", ""), shown(item, "surname", ""));
-    std::string text = (name.empty() ? "unknown" : printable(name)) + ", " + entryWord(list) + "\n";
+std::string entryText(host::ListName list, const Json& item, std::size_t width) {
+    const std::string name = host::fullName(shown(item, "firstName", ""), shown(item, "surname", ""));
+    std::string text =
+        (name.empty() ? "unknown" : host::printable(name)) + ", " + host::entryWord(list) + "\n";
     for (const auto& [member, title] : kItemMembers) {
         const std::string value = shown(item, member, "no");
         if (!value.empty()) {
-            text += "  " + padded(title, 16) + printable(value) + "\n";
+            text += "  " + host::padded(title, 16) + host::printable(value) + "\n";
         }
     }
     if (item.contains("occurrences")) {
@@ -87,4 +88,4 @@ std::string entryText(ListName list, const Json& item, std::size_t width) {
     return text;
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -7,7 +7,7 @@
 #include "apps/calljournal/ListResponse.h"
 #include "host/remote/RemoteClient.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class ExportCommand final : public Command {
@@ -18,8 +18,8 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        RemoteClient client(common.dataDirectory());
-        const ListResponse answer = fetchList(client, listNamed(m_list).value());
+        host::RemoteClient client(common.dataDirectory());
+        const ListResponse answer = fetchList(client, host::listNamed(m_list).value());
         std::cout << (m_format == "csv" ? answer.csv : answer.json + "\n") << std::flush;
         return std::cout.good() ? eDone : eFailed;
     }
@@ -35,4 +35,4 @@ std::unique_ptr<Command> makeExportCommand(CLI::App& app) {
     return std::make_unique<ExportCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

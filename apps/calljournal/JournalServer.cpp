@@ -19,7 +19,7 @@
 #include "platform/journal-library/ManagementMessage.h"
 #include "platform/journal-library/PhonebookMessage.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 constexpr const char* kDatabaseName = "journal.db";
@@ -27,9 +27,9 @@ constexpr const char* kTokenName = "api-token";
 /// From the program's directory.
 constexpr const char* kPageDirectory = "../share/calljournal/web";
 
-LineSettings lineSettings(const Configuration& configuration) {
-    const Configuration::Line& line = configuration.lines.front();
-    LineSettings settings;
+host::LineSettings lineSettings(const host::Configuration& configuration) {
+    const host::Configuration::Line& line = configuration.lines.front();
+    host::LineSettings settings;
     settings.link.host = configuration.callSwitch.host;
     settings.link.port = configuration.callSwitch.port;
     settings.link.ownDevice = line.device;
@@ -42,7 +42,7 @@ LineSettings lineSettings(const Configuration& configuration) {
     settings.region = configuration.digits.region;
     settings.featureAccessCodes = configuration.digits.featureAccessCodes;
     settings.link.bluetooth = line.bluetooth;
-    for (const Configuration::SharedDevice& shared : line.shared) {
+    for (const host::Configuration::SharedDevice& shared : line.shared) {
         settings.link.sharedDevices.push_back(shared.device);
         if (shared.logMissedCalls) {
             settings.loggedSharedDevices.insert(shared.device);
@@ -51,14 +51,14 @@ LineSettings lineSettings(const Configuration& configuration) {
     return settings;
 }
 
-HttpFaceSettings httpSettings(const Configuration& configuration,
-                              const std::filesystem::path& dataDirectory) {
-    HttpFaceSettings settings;
+host::HttpFaceSettings httpSettings(const host::Configuration& configuration,
+                                    const std::filesystem::path& dataDirectory) {
+    host::HttpFaceSettings settings;
     settings.server.listen = configuration.api.listen;
-    if (configuration.api.auth == Configuration::Auth::eToken) {
-        settings.token = apiToken(dataDirectory / kTokenName);
+    if (configuration.api.auth == host::Configuration::Auth::eToken) {
+        settings.token = host::apiToken(dataDirectory / kTokenName);
     }
-    settings.page = LibraryLoader::programDirectory() / kPageDirectory;
+    settings.page = host::LibraryLoader::programDirectory() / kPageDirectory;
     return settings;
 }
 
@@ -67,11 +67,12 @@ HttpFaceSettings httpSettings(const Configuration& configuration,
 /// In the order in which each needs the ones before it.
 class JournalServer::Parts {
 public:
-    Parts(const Configuration& configuration, const std::filesystem::path& dataDirectory,
-          ServerSocket& socket)
+    Parts(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
+          host::ServerSocket& socket)
         : m_metrics(configuration.lines.front().device),
           m_database(dataDirectory / kDatabaseName),
-          m_library(LibraryLoader::locate(LibraryLoader::kJournalLibrary, LibraryLoader::programDirectory())),
+          m_library(host::LibraryLoader::locate(host::LibraryLoader::kJournalLibrary,
+                                                host::LibraryLoader::programDirectory())),
           m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool, m_alarms),
           m_invoker(m_library.createJournalServiceInvoker()),
           m_contactGetterInvoker(m_library.createContactGetterInvoker()),
@@ -79,7 +80,7 @@ public:
           m_device(configuration.lines.front().device),
           m_httpSettings(httpSettings(configuration, dataDirectory)) {
         // The library asks the program for the phone's hardware: a plain one, without a user interface of its own.
-        HardwareVariant::set(0);
+        host::HardwareVariant::set(0);
         m_database.setWriteListener(
             [this](std::chrono::duration<double> time) { m_metrics.databaseWrote(time); });
         m_line.setEventListener([this](std::string_view kind) { m_metrics.switchEvent(kind); });
@@ -90,15 +91,15 @@ public:
         m_router.add(journalxml::kPhonebookRequest, m_phonebookInvoker, m_line.phonebook());
     }
 
-    [[nodiscard]] Line& line() noexcept { return m_line; }
+    [[nodiscard]] host::Line& line() noexcept { return m_line; }
 
     void start() {
         // First, since it fails where another journal runs, which the switch need not see.
-        m_http = std::make_unique<HttpApi>(httpBackend(), m_httpSettings);
+        m_http = std::make_unique<host::HttpApi>(httpBackend(), m_httpSettings);
         m_line.start();
-        m_remote = std::make_unique<RemoteServer>(
-            m_socket, RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
-                                    [this] { return m_library.createJournalServiceObserverProxy(); }});
+        m_remote = std::make_unique<host::RemoteServer>(
+            m_socket, host::RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
+                                          [this] { return m_library.createJournalServiceObserverProxy(); }});
         m_httpEndpoint = m_http->start();
         // Last, since what its clients do is told to the other face.
         m_remote->start();
@@ -116,7 +117,7 @@ public:
     }
 
 private:
-    HttpBackend httpBackend() {
+    host::HttpBackend httpBackend() {
         auto& journal = dynamic_cast<JournalServiceIfc&>(*m_line.journal());
         return {m_device,
                 journal,
@@ -125,39 +126,39 @@ private:
                 m_database,
                 m_metrics,
                 [this] {
-                    const CstaLink::Status status = m_line.linkStatus();
-                    return LineState{status.connected, status.monitoring, m_line.callsUp()};
+                    const host::CstaLink::Status status = m_line.linkStatus();
+                    return host::LineState{status.connected, status.monitoring, m_line.callsUp()};
                 },
                 [this] { return m_remote->clientCount(); }};
     }
 
-    Metrics m_metrics;
-    Database m_database;
-    WorkerPool m_pool;
-    AsioAlarmClock m_alarms{m_pool};
-    LibraryLoader m_library;
-    HostFrameworkContext m_framework;
-    Line m_line;
+    host::Metrics m_metrics;
+    host::Database m_database;
+    host::WorkerPool m_pool;
+    host::AsioAlarmClock m_alarms{m_pool};
+    host::LibraryLoader m_library;
+    host::HostFrameworkContext m_framework;
+    host::Line m_line;
     std::unique_ptr<Invoker> m_invoker;
     std::unique_ptr<Invoker> m_contactGetterInvoker;
-    LocalMgmtInvoker m_managementInvoker;
-    PhonebookInvoker m_phonebookInvoker;
-    InvokerRouter m_router{*m_invoker};
-    ServerSocket& m_socket;
-    std::unique_ptr<RemoteServer> m_remote;
+    host::LocalMgmtInvoker m_managementInvoker;
+    host::PhonebookInvoker m_phonebookInvoker;
+    host::InvokerRouter m_router{*m_invoker};
+    host::ServerSocket& m_socket;
+    std::unique_ptr<host::RemoteServer> m_remote;
     const std::string m_device;
-    const HttpFaceSettings m_httpSettings;
-    std::unique_ptr<HttpApi> m_http;
-    Endpoint m_httpEndpoint;
+    const host::HttpFaceSettings m_httpSettings;
+    std::unique_ptr<host::HttpApi> m_http;
+    host::Endpoint m_httpEndpoint;
 };
 
-std::unique_ptr<ServerSocket> JournalServer::claim(const std::filesystem::path& dataDirectory) {
-    makeDataDirectory(dataDirectory);
-    return std::make_unique<ServerSocket>(dataDirectory);
+std::unique_ptr<host::ServerSocket> JournalServer::claim(const std::filesystem::path& dataDirectory) {
+    host::makeDataDirectory(dataDirectory);
+    return std::make_unique<host::ServerSocket>(dataDirectory);
 }
 
-JournalServer::JournalServer(const Configuration& configuration, const std::filesystem::path& dataDirectory,
-                             ServerSocket& socket)
+JournalServer::JournalServer(const host::Configuration& configuration,
+                             const std::filesystem::path& dataDirectory, host::ServerSocket& socket)
     : m_parts(std::make_unique<Parts>(configuration, dataDirectory, socket)) {}
 
 JournalServer::~JournalServer() {
@@ -188,4 +189,4 @@ void JournalServer::stop() {
     m_parts->stop();
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -9,7 +9,7 @@
 #include "host/config/Configuration.h"
 #include "host/remote/ServerSocket.h"
 
-namespace host {
+namespace calljournal {
 
 /// Everything that `serve` runs: the database, the service library, the line, and the server for remote clients.
 ///
@@ -18,12 +18,13 @@ class JournalServer {
 public:
     /// Claims `dataDirectory`, which is made when it is not there. Done before anything is opened there. Throws
     /// `RemoteError` when a server is running in it.
-    [[nodiscard]] static std::unique_ptr<ServerSocket> claim(const std::filesystem::path& dataDirectory);
+    [[nodiscard]] static std::unique_ptr<host::ServerSocket> claim(
+        const std::filesystem::path& dataDirectory);
 
     /// Opens the database and loads the library. `socket` is borrowed and outlives the server. Throws what can go wrong
     /// with a text for the user.
-    JournalServer(const Configuration& configuration, const std::filesystem::path& dataDirectory,
-                  ServerSocket& socket);
+    JournalServer(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
+                  host::ServerSocket& socket);
     /// Stops the server if it still runs.
     ~JournalServer();
     JournalServer(const JournalServer&) = delete;
@@ -37,7 +38,7 @@ public:
 
     /// Where the HTTP face is, once started.
     struct HttpAddress {
-        Endpoint endpoint;
+        host::Endpoint endpoint;
         std::optional<std::string> token;
 
         /// "http://127.0.0.1:8080/".
@@ -55,4 +56,4 @@ private:
     const std::unique_ptr<Parts> m_parts;
 };
 
-}  // namespace host
+}  // namespace calljournal

@@ -9,7 +9,7 @@
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/remote/RemoteClient.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class ListCommand final : public Command {
@@ -30,8 +30,8 @@ public:
         if (m_limit > 0) {
             m_filter.limit = m_limit;
         }
-        RemoteClient client(common.dataDirectory());
-        const ListResponse answer = fetchList(client, listNamed(m_list).value(), m_filter);
+        host::RemoteClient client(common.dataDirectory());
+        const ListResponse answer = fetchList(client, host::listNamed(m_list).value(), m_filter);
         if (m_csv) {
             std::cout << answer.csv << std::flush;
         } else {
@@ -71,4 +71,4 @@ std::unique_ptr<Command> makeListCommand(CLI::App& app) {
     return std::make_unique<ListCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -9,7 +9,7 @@
 #include "apps/calljournal/Command.h"
 #include "host/presentation/PlainText.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 std::string checkCount(const std::string& text) {
@@ -21,9 +21,9 @@ std::string checkCount(const std::string& text) {
 }
 
 std::string checkList(const std::string& text) {
-    return listNamed(text) ? std::string()
-                           : "there is no list " + text +
-                                 "; the lists are missed, dialled, received, forwarded and callbacks";
+    return host::listNamed(text) ? std::string()
+                                 : "there is no list " + text +
+                                       "; the lists are missed, dialled, received, forwarded and callbacks";
 }
 
 }  // namespace
@@ -58,11 +58,11 @@ void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const 
     app.add_option("entry-ids", entryIds, help)->type_name("ENTRY_ID");
 }
 
-void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
-    const std::string word(wordOf(list));
-    std::cerr << "calljournal: there is no entry " << printable(entryId) << " in the list " << word << "; `"
-              << common.commandToType("list " + word + " --ids") << "` shows those that there are"
+void printUnknown(const std::string& entryId, host::ListName list, const CommonOptions& common) {
+    const std::string word(host::wordOf(list));
+    std::cerr << "calljournal: there is no entry " << host::printable(entryId) << " in the list " << word
+              << "; `" << common.commandToType("list " + word + " --ids") << "` shows those that there are"
               << std::endl;
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -11,7 +11,7 @@ class App;
 }
 
 /// What the sub-commands about lists and entries have in common. An option's value outlives the `app` that it is added to.
-namespace host {
+namespace calljournal {
 
 struct CommonOptions;
 
@@ -29,6 +29,6 @@ void addFormatOption(CLI::App& app, std::string& format, const std::vector<std::
 void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const std::string& help);
 
 /// Says on the standard error output that the list has no such entry, and how to see those that it has.
-void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common);
+void printUnknown(const std::string& entryId, host::ListName list, const CommonOptions& common);
 
-}  // namespace host
+}  // namespace calljournal

@@ -14,7 +14,7 @@
 #include "platform/journal-library/ClientResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using journalxml::MethodId;
@@ -49,10 +49,10 @@ ListRow rowOf(const Item& item) {
     ListRow row;
     row.entryId = item.getEntryId();
     row.marked = isUnviewed(item);
-    row.name = fullName(item.getFirstname(), item.getSurname());
+    row.name = host::fullName(item.getFirstname(), item.getSurname());
     const auto& occurrences = occurrencesOf(item);
     if (!occurrences.empty()) {
-        row.time = localTime(occurrences.front().getTimeAndDate());
+        row.time = host::localTime(occurrences.front().getTimeAndDate());
         row.number = occurrences.front().getNumber();
         row.duration = durationOf(occurrences.front());
         row.count = std::to_string(occurrences.size());
@@ -64,75 +64,76 @@ ListRow rowOf(const Item& item) {
 ListRow rowOf(const CallBackItem& item) {
     ListRow row;
     row.entryId = item.getEntryId();
-    row.time = localTime(utcTime(item.getTimeDate()));
-    row.name = fullName(item.getFirstname(), item.getSurname());
+    row.time = host::localTime(host::utcTime(item.getTimeDate()));
+    row.name = host::fullName(item.getFirstname(), item.getSurname());
     row.number = item.getNumber();
     nameUnknown(row);
     return row;
 }
 
 template <typename Item>
-std::optional<ListResponse> read(ListName list, const std::string& text, const ListFilter& filter,
+std::optional<ListResponse> read(host::ListName list, const std::string& text, const ListFilter& filter,
                                  ListParser<Item> parse) {
     std::deque<Item> items;
     if (journalxml::isFailure(text) || !parse(text, items)) {
         return std::nullopt;
     }
-    const SearchText search(filter.search);
+    const host::SearchText search(filter.search);
     ListResponse answer;
-    answer.csv = csvHeader(list);
+    answer.csv = host::csvTitles(list);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
-        if (!itemMatches(item, search)) {
+        if (!host::itemMatches(item, search)) {
             continue;
         }
         ++answer.total;
         answer.unviewed += isUnviewed(item) ? 1U : 0U;
         if (!filter.limit || answer.rows.size() < *filter.limit) {
             answer.rows.push_back(rowOf(item));
-            shown.push_back(itemJson(item));
-            answer.csv += csvRows(list, shown.back());
+            shown.push_back(host::itemJson(item));
+            answer.csv += host::csvLines(list, shown.back());
         }
     }
-    answer.json = jsonText({{"list", std::string(wordOf(list))},
-                            {"total", answer.total},
-                            {"unviewed", answer.unviewed},
-                            {"items", std::move(shown)}});
+    answer.json = host::jsonText({{"list", std::string(host::wordOf(list))},
+                                  {"total", answer.total},
+                                  {"unviewed", answer.unviewed},
+                                  {"items", std::move(shown)}});
     return answer;
 }
 
 }  // namespace
 
-MethodId methodFor(ListName list) noexcept {
+MethodId methodFor(host::ListName list) noexcept {
     switch (list) {
-        case ListName::eMissed: return MethodId::eGetMissedCallList;
-        case ListName::eDialled: return MethodId::eGetDialledCallList;
-        case ListName::eReceived: return MethodId::eGetReceivedCallList;
-        case ListName::eForwarded: return MethodId::eGetForwardedCallList;
-        case ListName::eCallbacks: break;
+        case host::ListName::eMissed: return MethodId::eGetMissedCallList;
+        case host::ListName::eDialled: return MethodId::eGetDialledCallList;
+        case host::ListName::eReceived: return MethodId::eGetReceivedCallList;
+        case host::ListName::eForwarded: return MethodId::eGetForwardedCallList;
+        case host::ListName::eCallbacks: break;
     }
     return MethodId::eGetCallBackList;
 }
 
-std::optional<ListResponse> readListResponse(ListName list, const std::string& answer,
+std::optional<ListResponse> readListResponse(host::ListName list, const std::string& answer,
                                              const ListFilter& filter) {
     using Helper = JournalServiceHelper;
     switch (list) {
-        case ListName::eMissed: return read(list, answer, filter, &Helper::parseXMLMissedCallList);
-        case ListName::eDialled: return read(list, answer, filter, &Helper::parseXMLDialledCallList);
-        case ListName::eReceived: return read(list, answer, filter, &Helper::parseXMLReceivedCallList);
-        case ListName::eForwarded: return read(list, answer, filter, &Helper::parseXMLForwardedCallList);
-        case ListName::eCallbacks: break;
+        case host::ListName::eMissed: return read(list, answer, filter, &Helper::parseXMLMissedCallList);
+        case host::ListName::eDialled: return read(list, answer, filter, &Helper::parseXMLDialledCallList);
+        case host::ListName::eReceived: return read(list, answer, filter, &Helper::parseXMLReceivedCallList);
+        case host::ListName::eForwarded:
+            return read(list, answer, filter, &Helper::parseXMLForwardedCallList);
+        case host::ListName::eCallbacks: break;
     }
     return read(list, answer, filter, &Helper::parseXMLCallBackList);
 }
 
-ListResponse fetchList(RemoteClient& client, ListName list, const ListFilter& filter) {
+ListResponse fetchList(host::RemoteClient& client, host::ListName list, const ListFilter& filter) {
     auto answer = readListResponse(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
     if (!answer) {
-        throw RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not answer; its log says why");
     }
     return std::move(*answer);
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -11,8 +11,10 @@
 #include "platform/journal-library/MethodId.h"
 
 namespace host {
-
 class RemoteClient;
+}
+
+namespace calljournal {
 
 /// Which items of a list are wanted.
 struct ListFilter {
@@ -36,13 +38,14 @@ struct ListResponse {
 };
 
 /// The method that answers with the list.
-[[nodiscard]] journalxml::MethodId methodFor(ListName list) noexcept;
+[[nodiscard]] journalxml::MethodId methodFor(host::ListName list) noexcept;
 
 /// Reads the answer to that method; nothing when it is a failure or is no list. Pure; any thread may call.
-[[nodiscard]] std::optional<ListResponse> readListResponse(ListName list, const std::string& answer,
+[[nodiscard]] std::optional<ListResponse> readListResponse(host::ListName list, const std::string& answer,
                                                            const ListFilter& filter);
 
 /// Asks a running server for the list. Throws `RemoteError` when it fails.
-[[nodiscard]] ListResponse fetchList(RemoteClient& client, ListName list, const ListFilter& filter = {});
+[[nodiscard]] ListResponse fetchList(host::RemoteClient& client, host::ListName list,
+                                     const ListFilter& filter = {});
 
-}  // namespace host
+}  // namespace calljournal

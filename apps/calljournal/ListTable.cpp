@@ -2,7 +2,7 @@
 
 #include "apps/calljournal/TextTable.h"
 
-namespace host {
+namespace calljournal {
 
 std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std::size_t width) {
     const bool withIds = columns == ListColumns::eEntryIds;
@@ -26,4 +26,4 @@ std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std
     return tableText(titles, lines, {width, {1, 2}});
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace host {
+namespace calljournal {
 
 /// One line of a table of calls. A plain value; texts stand as the journal has them.
 struct ListRow {
@@ -26,4 +26,4 @@ enum class ListColumns { eCalls, eEntryIds };
 [[nodiscard]] std::string tableText(const std::vector<ListRow>& rows,
                                     ListColumns columns = ListColumns::eCalls, std::size_t width = 0);
 
-}  // namespace host
+}  // namespace calljournal

@@ -4,9 +4,9 @@
 
 #include "host/remote/RemoteClient.h"
 
-namespace host {
+namespace calljournal {
 
-bool RemoteContacts::store(ImportReport& report) {
+bool RemoteContacts::store(host::ImportReport& report) {
     const auto batch = std::exchange(m_batch, journalxml::PhonebookImport());
     const auto imported = journalxml::parsePhonebookImported(m_client.call(batch.text()));
     if (!imported) {
@@ -16,4 +16,4 @@ bool RemoteContacts::store(ImportReport& report) {
     return true;
 }
 
-}  // namespace host
+}  // namespace calljournal

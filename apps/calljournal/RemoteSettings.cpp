@@ -5,21 +5,21 @@
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 
-namespace host {
+namespace calljournal {
 
-journalxml::ManagementResponse askSettings(RemoteClient& client,
+journalxml::ManagementResponse askSettings(host::RemoteClient& client,
                                            const journalxml::ManagementRequest& request) {
     auto answer =
         journalxml::parseManagementResponse(client.call(journalxml::buildManagementRequest(request)));
     if (!answer) {
-        throw RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not answer; its log says why");
     }
     return std::move(*answer);
 }
 
-bool isJournalOff(RemoteClient& client) {
+bool isJournalOff(host::RemoteClient& client) {
     const auto answer = askSettings(client, {"call-log-enabled", std::nullopt});
     return !answer.settings.empty() && answer.settings.front().value == "false";
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -9,22 +9,22 @@
 
 #include "host/csta-wire/WireDocument.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, ResponseMode>, 4> kWords{{
-    {"refuse", ResponseMode::eRefusal},
-    {"wrong", ResponseMode::eWrongResponse},
-    {"never", ResponseMode::eNoResponse},
-    {"hang-up", ResponseMode::eDisconnect},
+constexpr std::array<std::pair<std::string_view, host::ResponseMode>, 4> kWords{{
+    {"refuse", host::ResponseMode::eRefuse},
+    {"wrong", host::ResponseMode::eWrongly},
+    {"never", host::ResponseMode::eNever},
+    {"hang-up", host::ResponseMode::eHangUp},
 }};
 
-std::optional<std::pair<std::string, ResponseMode>> read(const std::string& text) {
+std::optional<std::pair<std::string, host::ResponseMode>> read(const std::string& text) {
     const std::string request = text.substr(0, text.find('='));
     const std::string_view how = std::string_view(text).substr(std::min(text.size(), request.size() + 1));
     const auto* const word =
         std::find_if(kWords.begin(), kWords.end(), [how](const auto& each) { return each.first == how; });
-    if (word == kWords.end() || messageKindOf(request) != MessageKind::eRequest) {
+    if (word == kWords.end() || host::messageKindOf(request) != host::MessageKind::eRequest) {
         return std::nullopt;
     }
     return std::pair(request, word->second);
@@ -46,8 +46,8 @@ void addResponseModeOption(CLI::App& app, std::vector<std::string>& values) {
         }));
 }
 
-std::map<std::string, ResponseMode> readResponseMode(const std::vector<std::string>& values) {
-    std::map<std::string, ResponseMode> answering;
+std::map<std::string, host::ResponseMode> readResponseMode(const std::vector<std::string>& values) {
+    std::map<std::string, host::ResponseMode> answering;
     for (const std::string& text : values) {
         if (const auto one = read(text)) {
             answering[one->first] = one->second;
@@ -56,4 +56,4 @@ std::map<std::string, ResponseMode> readResponseMode(const std::vector<std::stri
     return answering;
 }
 
-}  // namespace host
+}  // namespace calljournal

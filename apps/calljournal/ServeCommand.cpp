@@ -8,7 +8,7 @@
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class ServeCommand final : public Command {
@@ -17,13 +17,13 @@ public:
 
     int run(const CommonOptions& common) override {
         const StopSignal stop;
-        const Configuration configuration = m_options.configure();
+        const host::Configuration configuration = m_options.configure();
         const auto directory = common.dataDirectory();
         const auto socket = JournalServer::claim(directory);
         JournalServer server(configuration, directory, *socket);
         server.start();
         std::cout << "calljournal serves line " << configuration.lines.front().device << " of the switch at "
-                  << Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
+                  << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
                   << "; socket " << socket->path().string() << "; page and API "
                   << server.httpAddress().text() << std::endl;
         static_cast<void>(stop.wait());
@@ -42,4 +42,4 @@ std::unique_ptr<Command> makeServeCommand(CLI::App& app) {
     return std::make_unique<ServeCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

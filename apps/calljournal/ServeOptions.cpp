@@ -9,7 +9,7 @@
 #include "host/management/SettingRules.h"
 #include "platform/logging/Logging.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 std::string checkKeyAndValue(const std::string& text) {
@@ -18,14 +18,14 @@ std::string checkKeyAndValue(const std::string& text) {
 }
 
 /// Throws at a value that means nothing to its key, and warns of a key that nobody reads, which may be misspelt.
-void check(const Configuration::Keys& keys) {
+void check(const host::Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
-        if (!isAccepted(key, value)) {
+        if (!host::isTaken(key, value)) {
             std::string text = "management.";
-            text.append(key).append(": it takes ").append(acceptedValues(key)).append(", not ").append(value);
-            throw ConfigurationError(text);
+            text.append(key).append(": it takes ").append(host::valuesOf(key)).append(", not ").append(value);
+            throw host::ConfigurationError(text);
         }
-        if (!isUsedByJournal(key)) {
+        if (!host::isRead(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
                       "nothing reads the setting %s; is it misspelt?", key.c_str());
         }
@@ -47,27 +47,27 @@ void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
         ->check(checkKeyAndValue);
 }
 
-Configuration ServeOptions::configure(const std::string& logLevel) const {
-    Configuration configuration;
+host::Configuration ServeOptions::configure(const std::string& logLevel) const {
+    host::Configuration configuration;
     configuration.log.level = logLevel;
     if (!m_file.empty()) {
-        configuration = loadConfiguration(m_file);
+        configuration = host::Configuration::load(m_file);
     }
     if (!m_listen.empty()) {
-        configuration.api.listen = parseEndpoint(m_listen).value();
+        configuration.api.listen = host::parseEndpoint(m_listen).value();
     }
     if (!m_switch.empty()) {
-        const Endpoint endpoint = parseEndpoint(m_switch).value();
+        const host::Endpoint endpoint = host::parseEndpoint(m_switch).value();
         configuration.callSwitch.host = endpoint.host;
         configuration.callSwitch.port = endpoint.port;
     }
     for (const std::string& each : m_keys) {
         configuration.set(each);
     }
-    Log::configure(configuration.log.level, configuration.log.file);
+    host::Log::configure(configuration.log.level, configuration.log.file);
     check(configuration.management);
     check(configuration.managementOverrides);
     return configuration;
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -9,7 +9,7 @@ namespace CLI {
 class App;
 }
 
-namespace host {
+namespace calljournal {
 
 /// The options with which a journal is served, and what they say together. Later ones win: the file, then `--listen` and
 /// `--switch`, then `--set`.
@@ -19,7 +19,7 @@ public:
     void addTo(CLI::App& app, bool withSwitch);
 
     /// Throws `ConfigurationError`. Sets up the log as the configuration says; `logLevel` is that without a file.
-    [[nodiscard]] Configuration configure(const std::string& logLevel = "info") const;
+    [[nodiscard]] host::Configuration configure(const std::string& logLevel = "info") const;
 
 private:
     std::string m_file;
@@ -28,4 +28,4 @@ private:
     std::vector<std::string> m_keys;
 };
 
-}  // namespace host
+}  // namespace calljournal

@@ -12,7 +12,7 @@
 #include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class SettingsCommand final : public Command {
@@ -29,7 +29,7 @@ public:
         if (changes()) {
             request.value = m_value;
         }
-        RemoteClient client(common.dataDirectory());
+        host::RemoteClient client(common.dataDirectory());
         const auto answer = askSettings(client, request);
         if (answer.refused) {
             refuse(*answer.refused, common);
@@ -45,8 +45,8 @@ private:
         if (m_json) {
             std::cout << refusalJson(refused) << std::endl;
         }
-        const bool isUnknown = !changes() || !isUsedByJournal(refused.key);
-        throw std::runtime_error(printable(refused.text) + (isUnknown ? hint(common) : ""));
+        const bool isUnknown = !changes() || !host::isRead(refused.key);
+        throw std::runtime_error(host::printable(refused.text) + (isUnknown ? hint(common) : ""));
     }
 
     [[nodiscard]] static std::string hint(const CommonOptions& common) {
@@ -55,15 +55,15 @@ private:
 
     void print(const journalxml::ManagementResponse& answer, const CommonOptions& common) const {
         if (!m_key.empty() && !changes() && !answer.settings.front().value) {
-            throw std::runtime_error(printable(m_key) + " has no value; `" +
+            throw std::runtime_error(host::printable(m_key) + " has no value; `" +
                                      common.commandToType("settings " + m_key + " VALUE") + "` gives it one");
         }
         if (m_json) {
             std::cout << settingsJson(answer.settings) << std::endl;
         } else if (changes()) {
-            std::cout << printable(m_key) << " is set to " << printable(m_value) << std::endl;
+            std::cout << host::printable(m_key) << " is set to " << host::printable(m_value) << std::endl;
         } else if (!m_key.empty()) {
-            std::cout << printable(*answer.settings.front().value) << std::endl;
+            std::cout << host::printable(*answer.settings.front().value) << std::endl;
         } else {
             std::cout << settingsTable(answer.settings, terminalWidth()) << std::flush;
         }
@@ -81,4 +81,4 @@ std::unique_ptr<Command> makeSettingsCommand(CLI::App& app) {
     return std::make_unique<SettingsCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -5,7 +5,7 @@
 #include "apps/calljournal/TextTable.h"
 #include "host/presentation/ItemJson.h"
 
-namespace host {
+namespace calljournal {
 
 std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width) {
     std::vector<TableRow> rows;
@@ -24,13 +24,13 @@ std::string settingsJson(const std::vector<journalxml::Setting>& settings) {
             json[setting.key] = *setting.value;
         }
     }
-    return jsonText(json);
+    return host::jsonText(json);
 }
 
 std::string refusalJson(const journalxml::RefusedKey& refused) {
     nlohmann::ordered_json json;
     json["rejected"][refused.key] = {{"code", refused.code}, {"text", refused.text}};
-    return jsonText(json);
+    return host::jsonText(json);
 }
 
-}  // namespace host
+}  // namespace calljournal

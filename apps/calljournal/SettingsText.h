@@ -7,7 +7,7 @@
 #include "platform/journal-library/ManagementMessage.h"
 
 /// Settings as the command line shows them. Pure functions; any thread may call.
-namespace host {
+namespace calljournal {
 
 /// A line for each, with its kind, under titles; all of it printable, and cut to `width` columns.
 [[nodiscard]] std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width);
@@ -18,4 +18,4 @@ namespace host {
 /// {"rejected":{"KEY":{"code":10,"text":"..."}}}
 [[nodiscard]] std::string refusalJson(const journalxml::RefusedKey& refused);
 
-}  // namespace host
+}  // namespace calljournal

@@ -17,56 +17,56 @@
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using Helper = JournalServiceHelper;
 using journalxml::MethodId;
 using Json = nlohmann::ordered_json;
-using Entry = std::pair<ListName, Json>;
+using Entry = std::pair<host::ListName, Json>;
 
 template <typename Item>
 using Parser = bool (*)(const std::string&, Item&);
 
 /// The entry in one list; an item without the id is the answer where there is none.
 template <typename Item>
-std::optional<Entry> find(RemoteClient& client, ListName list, MethodId method, Parser<Item> parse,
-                          const std::string& entryId) {
+std::optional<Entry> find(host::RemoteClient& client, host::ListName list, MethodId method,
+                          Parser<Item> parse, const std::string& entryId) {
     Item item;
     if (!parse(client.call(journalxml::buildRequest(method, {entryId})), item)) {
-        throw RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not answer; its log says why");
     }
-    return item.getEntryId() == entryId ? std::optional<Entry>({list, itemJson(item)}) : std::nullopt;
+    return item.getEntryId() == entryId ? std::optional<Entry>({list, host::itemJson(item)}) : std::nullopt;
 }
 
 /// There is no method for one callback.
-std::optional<Entry> findCallback(RemoteClient& client, const std::string& entryId) {
+std::optional<Entry> findCallback(host::RemoteClient& client, const std::string& entryId) {
     std::deque<CallBackItem> items;
     if (!Helper::parseXMLCallBackList(client.call(journalxml::buildRequest(MethodId::eGetCallBackList)),
                                       items)) {
-        throw RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not answer; its log says why");
     }
     for (const CallBackItem& item : items) {
         if (item.getEntryId() == entryId) {
-            return Entry{ListName::eCallbacks, itemJson(item)};
+            return Entry{host::ListName::eCallbacks, host::itemJson(item)};
         }
     }
     return std::nullopt;
 }
 
-std::optional<Entry> findInAll(RemoteClient& client, const std::string& entryId) {
-    auto entry = find<MissedCallItem>(client, ListName::eMissed, MethodId::eGetMissedCall,
+std::optional<Entry> findInAll(host::RemoteClient& client, const std::string& entryId) {
+    auto entry = find<MissedCallItem>(client, host::ListName::eMissed, MethodId::eGetMissedCall,
                                       &Helper::parseXMLMissedCallItem, entryId);
     if (!entry) {
-        entry = find<DialledCallItem>(client, ListName::eDialled, MethodId::eGetDialledCall,
+        entry = find<DialledCallItem>(client, host::ListName::eDialled, MethodId::eGetDialledCall,
                                       &Helper::parseXMLDialledCallItem, entryId);
     }
     if (!entry) {
-        entry = find<ReceivedCallItem>(client, ListName::eReceived, MethodId::eGetReceivedCall,
+        entry = find<ReceivedCallItem>(client, host::ListName::eReceived, MethodId::eGetReceivedCall,
                                        &Helper::parseXMLReceivedCallItem, entryId);
     }
     if (!entry) {
-        entry = find<ForwardedCallItem>(client, ListName::eForwarded, MethodId::eGetForwardedCall,
+        entry = find<ForwardedCallItem>(client, host::ListName::eForwarded, MethodId::eGetForwardedCall,
                                         &Helper::parseXMLForwardedCallItem, entryId);
     }
     return entry ? entry : findCallback(client, entryId);
@@ -82,15 +82,15 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        RemoteClient client(common.dataDirectory());
+        host::RemoteClient client(common.dataDirectory());
         const std::optional<Entry> entry = findInAll(client, m_entryId);
         if (!entry) {
             throw std::runtime_error(
-                "there is no entry " + printable(m_entryId) + " in any of the five lists; `" +
+                "there is no entry " + host::printable(m_entryId) + " in any of the five lists; `" +
                 common.commandToType("list LIST --ids") +
                 "` shows those of one (an entry has a new id whenever a call is added to it)");
         }
-        std::cout << (m_json ? jsonText(entry->second) + "\n"
+        std::cout << (m_json ? host::jsonText(entry->second) + "\n"
                              : entryText(entry->first, entry->second, terminalWidth()))
                   << std::flush;
         return std::cout.good() ? eDone : eFailed;
@@ -107,4 +107,4 @@ std::unique_ptr<Command> makeShowCommand(CLI::App& app) {
     return std::make_unique<ShowCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

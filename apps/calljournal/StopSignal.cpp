@@ -8,7 +8,7 @@
 #include <csignal>
 #include <system_error>
 
-namespace host {
+namespace calljournal {
 namespace {
 
 sigset_t stopSignals() noexcept {
@@ -25,7 +25,7 @@ StopSignal::StopSignal() {
     const sigset_t signals = stopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
-    m_descriptor = FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+    m_descriptor = host::FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
     if (!m_descriptor.isOpen()) {
         throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
     }
@@ -43,4 +43,4 @@ void StopSignal::restoreInChild() noexcept {
     std::signal(SIGPIPE, SIG_DFL);
 }
 
-}  // namespace host
+}  // namespace calljournal

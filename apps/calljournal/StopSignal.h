@@ -2,7 +2,7 @@
 
 #include "host/framework/FileDescriptor.h"
 
-namespace host {
+namespace calljournal {
 
 /// Turns SIGINT and SIGTERM, which ask the program to end, into something that can be waited for. SIGPIPE is ignored
 /// from then on, so that a reader who goes away shows as a failed write.
@@ -25,7 +25,7 @@ public:
     static void restoreInChild() noexcept;
 
 private:
-    FileDescriptor m_descriptor;
+    host::FileDescriptor m_descriptor;
 };
 
-}  // namespace host
+}  // namespace calljournal

@@ -16,7 +16,7 @@
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class SwitchCommand final : public Command {
@@ -40,17 +40,19 @@ public:
     int run(const CommonOptions& /*common*/) override {
         const StopSignal stop;
         if (m_logMessages) {
-            Log::configure("debug", "");
+            host::Log::configure("debug", "");
         }
-        const Scenario scenario =
-            m_scenario.empty() ? parseScenario(demoScenarioText(), "demo") : loadScenario(m_scenario);
-        const Endpoint listen = parseEndpoint(m_listen).value();
-        SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
+        const host::Scenario scenario = m_scenario.empty()
+                                            ? host::Scenario::parse(host::demoScenarioText(), "demo")
+                                            : host::Scenario::load(m_scenario);
+        const host::Endpoint listen = host::parseEndpoint(m_listen).value();
+        host::SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
         listenWith(simulator, listen);
         for (const auto& [request, answering] : readResponseMode(m_responseModes)) {
             simulator.setResponseMode(request, answering);
         }
-        std::cout << "switch listens on " << Endpoint{listen.host, simulator.port()}.text() << std::endl;
+        std::cout << "switch listens on " << host::Endpoint{listen.host, simulator.port()}.text()
+                  << std::endl;
         simulator.run(
             scenario,
             {.loop = m_loop,
@@ -63,7 +65,7 @@ public:
     }
 
 private:
-    static void listenWith(SwitchSimulator& simulator, const Endpoint& listen) {
+    static void listenWith(host::SwitchSimulator& simulator, const host::Endpoint& listen) {
         try {
             simulator.start();
         } catch (const std::exception& error) {
@@ -87,4 +89,4 @@ std::unique_ptr<Command> makeSwitchCommand(CLI::App& app) {
     return std::make_unique<SwitchCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

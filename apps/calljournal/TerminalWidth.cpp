@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-namespace host {
+namespace calljournal {
 namespace {
 
 constexpr std::size_t kUsualWidth = 80;
@@ -25,4 +25,4 @@ std::size_t terminalWidth() {
     return kUsualWidth;
 }
 
-}  // namespace host
+}  // namespace calljournal

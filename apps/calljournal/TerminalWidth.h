@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-namespace host {
+namespace calljournal {
 
 /// How many columns a line on the standard output has: what the environment's COLUMNS says, else the terminal, and 80
 /// where the output is none.
 [[nodiscard]] std::size_t terminalWidth();
 
-}  // namespace host
+}  // namespace calljournal

@@ -5,7 +5,7 @@
 
 #include "host/presentation/PlainText.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 constexpr std::size_t kGap = 2;
@@ -15,9 +15,9 @@ constexpr std::size_t kLeastWidth = 8;
 std::size_t widthOf(std::size_t column, const std::string& title, const std::vector<TableRow>& rows) {
     std::size_t width = 0;
     for (const TableRow& row : rows) {
-        width = std::max(width, displayWidth(printable(row.cells[column])));
+        width = std::max(width, host::displayWidth(host::printable(row.cells[column])));
     }
-    return width == 0 ? 0 : std::max(width, displayWidth(title));
+    return width == 0 ? 0 : std::max(width, host::displayWidth(title));
 }
 
 std::size_t lineWidth(const std::vector<std::size_t>& widths) {
@@ -40,7 +40,8 @@ std::string lineOf(const TableRow& row, const std::vector<std::size_t>& widths) 
     std::string line = row.marked ? "* " : "  ";
     for (std::size_t column = 0; column < widths.size(); ++column) {
         if (widths[column] > 0) {
-            line += padded(shortened(printable(row.cells[column]), widths[column]), widths[column] + kGap);
+            line += host::padded(host::shortened(host::printable(row.cells[column]), widths[column]),
+                                 widths[column] + kGap);
         }
     }
     line.erase(line.find_last_not_of(' ') + 1);
@@ -66,4 +67,4 @@ std::string tableText(const std::vector<std::string>& titles, const std::vector<
     return text;
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace host {
+namespace calljournal {
 
 /// One line of a table. A plain value; texts stand as they were received.
 struct TableRow {
@@ -28,4 +28,4 @@ struct TableFit {
 [[nodiscard]] std::string tableText(const std::vector<std::string>& titles, const std::vector<TableRow>& rows,
                                     const TableFit& fit = {});
 
-}  // namespace host
+}  // namespace calljournal

@@ -8,7 +8,7 @@
 
 #include "host/presentation/PlainText.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 /// How many letters have to be put in, left out or replaced to make one word of the other.
@@ -108,7 +108,7 @@ std::string valueFault(const CLI::App& command, const CLI::ParseError& error) {
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
         return shown + " takes one value";
     }
-    return printable(isArgument && colon != std::string::npos ? text.substr(colon + 2) : text);
+    return host::printable(isArgument && colon != std::string::npos ? text.substr(colon + 2) : text);
 }
 
 std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error) {
@@ -116,13 +116,13 @@ std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::Par
     const std::vector<std::string> commands = commandsOf(command);
     if (unknown.rfind('-', 0) == 0) {
         const std::string name = unknown.substr(0, unknown.find('='));
-        return "there is no option " + printable(name) + suggestion(name, optionsOf(command));
+        return "there is no option " + host::printable(name) + suggestion(name, optionsOf(command));
     }
     if (!unknown.empty() && !commands.empty()) {
-        return "there is no command " + printable(unknown) + suggestion(unknown, commands);
+        return "there is no command " + host::printable(unknown) + suggestion(unknown, commands);
     }
     if (!unknown.empty()) {
-        return "nothing is known to do with " + printable(unknown);
+        return "nothing is known to do with " + host::printable(unknown);
     }
     if (!commands.empty()) {
         return "a command is missing: " + joined(commands);
@@ -138,4 +138,4 @@ std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     return name + ": " + faultOf(app, command, error) + " (`" + name + " --help` says more)";
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -12,7 +12,7 @@
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/ClientResponse.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class ViewedCommand final : public Command {
@@ -23,8 +23,8 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        RemoteClient client(common.dataDirectory());
-        const ListResponse missed = fetchList(client, ListName::eMissed);
+        host::RemoteClient client(common.dataDirectory());
+        const ListResponse missed = fetchList(client, host::ListName::eMissed);
         // The journal takes every id and does not say which it knows.
         const auto firstUnknown = std::stable_partition(
             m_entryIds.begin(), m_entryIds.end(), [&missed](const std::string& entryId) {
@@ -35,11 +35,11 @@ public:
         const std::string request =
             journalxml::buildRequest(journalxml::MethodId::eSetMissedCallListAsViewed, known);
         if (journalxml::parseBoolResponse(client.call(request)) != true) {
-            throw RemoteError("calljournal could not do it; its log says why");
+            throw host::RemoteError("calljournal could not do it; its log says why");
         }
-        std::cout << countText(ListName::eMissed, known.size()) << " viewed" << std::endl;
+        std::cout << host::countText(host::ListName::eMissed, known.size()) << " viewed" << std::endl;
         std::for_each(firstUnknown, m_entryIds.end(), [&common](const std::string& entryId) {
-            printUnknown(entryId, ListName::eMissed, common);
+            printUnknown(entryId, host::ListName::eMissed, common);
         });
         return firstUnknown == m_entryIds.end() && std::cout.good() ? eDone : eFailed;
     }
@@ -54,4 +54,4 @@ std::unique_ptr<Command> makeViewedCommand(CLI::App& app) {
     return std::make_unique<ViewedCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

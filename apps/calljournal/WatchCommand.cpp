@@ -12,7 +12,7 @@
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/ClientResponse.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 class WatchCommand final : public Command {
@@ -21,10 +21,10 @@ public:
 
     int run(const CommonOptions& common) override {
         const StopSignal stop;
-        RemoteClient client(common.dataDirectory());
+        host::RemoteClient client(common.dataDirectory());
         const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
         if (journalxml::parseBoolResponse(client.call(request)) != true) {
-            throw RemoteError("calljournal did not take the subscription; its log says why");
+            throw host::RemoteError("calljournal did not take the subscription; its log says why");
         }
         for (const std::string& notification : client.takeNotifications()) {
             present(notification);
@@ -54,7 +54,7 @@ private:
         } else if (m_json) {
             std::cout << watchJson(*message) << std::endl;
         } else {
-            std::cout << timeOfDay() << "  " << watchText(*message) << std::endl;
+            std::cout << host::timeOfDay() << "  " << watchText(*message) << std::endl;
         }
     }
 
@@ -67,4 +67,4 @@ std::unique_ptr<Command> makeWatchCommand(CLI::App& app) {
     return std::make_unique<WatchCommand>(app);
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -8,7 +8,7 @@
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using journalxml::ObserverMessage;
@@ -24,7 +24,7 @@ Json itemOrNull(const ObserverMessage::Item& item) {
             if constexpr (kIsNone<std::decay_t<decltype(each)>>) {
                 return nullptr;
             } else {
-                return each.getEntryId().empty() ? Json(nullptr) : itemJson(each);
+                return each.getEntryId().empty() ? Json(nullptr) : host::itemJson(each);
             }
         },
         item);
@@ -41,15 +41,15 @@ std::string watchText(const ObserverMessage& message) {
     if (isCount(message)) {
         const int count = static_cast<int>(message.count);
         return message.event == ObserverMessage::Event::eMissedCallsCountUpdate
-                   ? describeMissedCount(count)
-                   : describeCallbackCount(count);
+                   ? host::describeMissedCount(count)
+                   : host::describeCallbackCount(count);
     }
     return std::visit(
         [&message](const auto& item) -> std::string {
             if constexpr (kIsNone<std::decay_t<decltype(item)>>) {
                 return "something changed";
             } else {
-                return printable(describeChange(item, message.action));
+                return host::printable(host::describeChange(item, message.action));
             }
         },
         message.item);
@@ -64,7 +64,7 @@ std::string watchJson(const ObserverMessage& message) {
         data["entryId"] = message.entryId;
         data["item"] = itemOrNull(message.item);
     }
-    return jsonText({{"event", nameOf(message.event)}, {"data", std::move(data)}});
+    return host::jsonText({{"event", nameOf(message.event)}, {"data", std::move(data)}});
 }
 
-}  // namespace host
+}  // namespace calljournal

@@ -4,7 +4,7 @@
 
 #include "platform/journal-library/ObserverMessage.h"
 
-namespace host {
+namespace calljournal {
 
 /// A change of the journal as `watch` prints it. Pure functions; any thread may call.
 
@@ -18,4 +18,4 @@ namespace host {
 /// {"event":"missedCallsCountUpdate","data":{"count":3}}.
 [[nodiscard]] std::string watchJson(const journalxml::ObserverMessage& message);
 
-}  // namespace host
+}  // namespace calljournal

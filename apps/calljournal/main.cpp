@@ -1,5 +1,5 @@
 #include "apps/calljournal/CommandLine.h"
 
 int main(int argc, char** argv) {
-    return host::runCommandLine(argc, argv);
+    return calljournal::runCommandLine(argc, argv);
 }

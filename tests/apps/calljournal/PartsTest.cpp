@@ -8,17 +8,17 @@
 #include "host/log/Log.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
-namespace host {
+namespace calljournal {
 namespace {
 
 using Helper = JournalServiceHelper;
 
 TEST(ListResponse, IsNoneForAFailureAndForWhatIsNoList) {
-    Log::configure("error", "");  // lines about what cannot be read are not needed here
-    EXPECT_EQ(readListResponse(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
+    host::Log::configure("error", "");  // lines about what cannot be read are not needed here
+    EXPECT_EQ(readListResponse(host::ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
               R"({"list":"dialled","total":0,"unviewed":0,"items":[]})");
     for (const std::string& none : {std::string(Helper::FAILURE), std::string("<broken"), std::string()}) {
-        EXPECT_FALSE(readListResponse(ListName::eMissed, none, {})) << none;
+        EXPECT_FALSE(readListResponse(host::ListName::eMissed, none, {})) << none;
     }
 }
 
@@ -71,4 +71,4 @@ TEST(WatchText, SaysChangesAndCountsInSentencesAndInObjects) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace calljournal
