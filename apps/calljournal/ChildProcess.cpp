@@ -17,7 +17,7 @@ namespace calljournal {
 namespace {
 
 /// In the child, where nothing but async-signal-safe functions may be called.
-[[noreturn]] void become(char* const* arguments, int output, pid_t parent) noexcept {
+[[noreturn]] void execProgram(char* const* arguments, int output, pid_t parent) noexcept {
     StopSignal::restoreInChild();
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
@@ -49,7 +49,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
     const pid_t parent = ::getpid();
     m_id = ::fork();
     if (m_id == 0) {
-        become(pointers.data(), childEnd.get(), parent);
+        execProgram(pointers.data(), childEnd.get(), parent);
     }
     if (m_id < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot start a process");

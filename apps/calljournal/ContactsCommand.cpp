@@ -1,33 +1,85 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/ContactPages.h"
 #include "apps/calljournal/ListOptions.h"
-#include "apps/calljournal/RemoteContacts.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
-#include "host/contact-files/ContactFormat.h"
+#include "host/contact-files/ContactImport.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
+#include "journal-items/Contact.h"
+#include "platform/journal-library/PhonebookMessage.h"
 
 namespace calljournal {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kPageSize = 1000;
+
+/// Passes the contacts of a running server that contain `search` (empty: all) to `visitor`, in the order of their
+/// names, at most `limit`. Returns the number of contacts found. Throws `RemoteError` when the server fails.
+std::size_t visitContacts(host::RemoteClient& client, const std::string& search,
+                          std::optional<std::size_t> limit,
+                          const std::function<void(const Contact&)>& visitor) {
+    journalxml::PhonebookRequest request;
+    request.search = search;
+    for (;;) {
+        request.limit = std::min(kPageSize, limit.value_or(request.offset + kPageSize) - request.offset);
+        const auto page =
+            journalxml::parsePhonebookPage(client.call(journalxml::buildPhonebookRead(request)));
+        if (!page) {
+            throw host::RemoteError("calljournal could not answer; its log says why");
+        }
+        for (const Contact& contact : page->contacts) {
+            visitor(contact);
+        }
+        request.offset += page->contacts.size();
+        if (page->contacts.empty() || request.offset >= std::min(page->total, limit.value_or(page->total))) {
+            return page->total;
+        }
+    }
+}
+
+/// The phonebook of a running server as the destination of an import. A batch is one request. `store` throws
+/// `RemoteError` when the server does not respond.
+class RemoteContacts final : public host::ContactStore {
+public:
+    /// The client is borrowed and outlives the store.
+    explicit RemoteContacts(host::RemoteClient& client) : m_client(client) {}
+
+    [[nodiscard]] bool add(const Contact& contact) override { return m_batch.add(contact); }
+    [[nodiscard]] bool store(host::ImportReport& report) override {
+        const auto batch = std::exchange(m_batch, journalxml::PhonebookImport());
+        const auto imported = journalxml::parsePhonebookImported(m_client.call(batch.text()));
+        if (!imported) {
+            return false;
+        }
+        report.count(*imported);
+        return true;
+    }
+
+private:
+    host::RemoteClient& m_client;
+    journalxml::PhonebookImport m_batch;
+};
 
 std::string checkFormat(const std::string& file) {
     return host::contactFormatOf(file) ? std::string()
@@ -39,16 +91,16 @@ int statusOfOutput() {
 }
 
 /// Says on the standard error output what an import does, as it does it.
-class ImportTalk {
+class ImportProgress {
 public:
-    /// Both are borrowed and outlive the talk; `stream` is the file's.
-    ImportTalk(const std::string& file, std::istream& stream) : m_file(file), m_stream(stream) {
+    /// Both are borrowed and outlive the progress; `stream` is the file's.
+    ImportProgress(const std::string& file, std::istream& stream) : m_file(file), m_stream(stream) {
         std::error_code ignored;
         const auto size = std::filesystem::file_size(file, ignored);
         m_size = ignored ? 0 : size;
     }
 
-    void tell(const host::ImportReport& report) {
+    void print(const host::ImportReport& report) {
         for (; m_notified < report.notes.size(); ++m_notified) {
             const host::ImportReport::Note& note = report.notes[m_notified];
             std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
@@ -57,13 +109,13 @@ public:
         const auto now = std::chrono::steady_clock::now();
         if (now - m_last >= std::chrono::seconds(1)) {
             m_last = now;
-            std::cerr << m_file << ": " << report.read << " so far" << share() << std::endl;
+            std::cerr << m_file << ": " << report.read << " so far" << percentage() << std::endl;
         }
     }
 
 private:
     /// How much of the file is read.
-    [[nodiscard]] std::string share() const {
+    [[nodiscard]] std::string percentage() const {
         const auto at = static_cast<std::streamoff>(m_stream.tellg());
         if (at < 0 || m_size == 0) {
             return {};
@@ -130,9 +182,10 @@ private:
                 "cannot read " + m_file + ": " +
                 (stream.is_open() ? "there is nothing in it" : std::generic_category().message(reason)));
         }
-        ImportTalk talk(m_file, stream);
+        ImportProgress progress(m_file, stream);
         RemoteContacts contacts(client);
-        host::ContactImport import(contacts, [&talk](const host::ImportReport& each) { talk.tell(each); });
+        host::ContactImport import(contacts,
+                                   [&progress](const host::ImportReport& each) { progress.print(each); });
         const bool done = import.run(*readerOf(stream));
         const host::ImportReport& report = import.report();
         if (!done) {

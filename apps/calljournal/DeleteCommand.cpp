@@ -36,8 +36,8 @@ Deletion deletionFrom(host::ListName list) {
     return {MethodId::eDeleteCallBack, MethodId::eDeleteCallBackList};
 }
 
-void require(const std::string& answer) {
-    if (journalxml::parseBoolResponse(answer) != true) {
+void requireSuccess(const std::string& response) {
+    if (journalxml::parseBoolResponse(response) != true) {
         throw host::RemoteError("calljournal could not delete; its log says why");
     }
 }
@@ -75,9 +75,9 @@ private:
                             std::vector<std::string>& unknown) const {
         std::size_t deleted = 0;
         for (const std::string& entryId : m_entryIds) {
-            const std::string answer =
+            const std::string response =
                 client.call(journalxml::buildRequest(deletionFrom(list).one, {entryId}));
-            if (journalxml::parseBoolResponse(answer) == true) {
+            if (journalxml::parseBoolResponse(response) == true) {
                 ++deleted;
             } else {
                 unknown.push_back(entryId);
@@ -91,19 +91,20 @@ private:
         std::set<std::string> deleted;
         for (;;) {
             std::vector<std::string> entryIds;
-            const ListResponse answer = fetchList(client, list);
-            for (const ListRow& row : answer.rows) {
+            const ListResponse response = fetchList(client, list);
+            for (const ListRow& row : response.rows) {
                 if (!deleted.insert(row.entryId).second) {
                     throw host::RemoteError("calljournal could not delete " +
-                                            host::countText(list, answer.rows.size()) + "; its log says why");
+                                            host::countText(list, response.rows.size()) +
+                                            "; its log says why");
                 }
                 entryIds.push_back(row.entryId);
             }
             if (entryIds.empty()) {
                 return deleted.size();
             }
-            require(client.call(journalxml::buildRequest(deletionFrom(list).set, entryIds)));
-            require(client.call(journalxml::buildRequest(MethodId::eRefreshCallLists)));
+            requireSuccess(client.call(journalxml::buildRequest(deletionFrom(list).set, entryIds)));
+            requireSuccess(client.call(journalxml::buildRequest(MethodId::eRefreshCallLists)));
         }
     }
 

@@ -19,8 +19,8 @@ public:
 
     int run(const CommonOptions& common) override {
         host::RemoteClient client(common.dataDirectory());
-        const ListResponse answer = fetchList(client, host::listNamed(m_list).value());
-        std::cout << (m_format == "csv" ? answer.csv : answer.json + "\n") << std::flush;
+        const ListResponse response = fetchList(client, host::listNamed(m_list).value());
+        std::cout << (m_format == "csv" ? response.csv : response.json + "\n") << std::flush;
         return std::cout.good() ? eDone : eFailed;
     }
 

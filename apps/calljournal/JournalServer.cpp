@@ -51,9 +51,9 @@ host::LineSettings lineSettings(const host::Configuration& configuration) {
     return settings;
 }
 
-host::HttpFaceSettings httpSettings(const host::Configuration& configuration,
-                                    const std::filesystem::path& dataDirectory) {
-    host::HttpFaceSettings settings;
+host::HttpApiSettings httpSettings(const host::Configuration& configuration,
+                                   const std::filesystem::path& dataDirectory) {
+    host::HttpApiSettings settings;
     settings.server.listen = configuration.api.listen;
     if (configuration.api.auth == host::Configuration::Auth::eToken) {
         settings.token = host::apiToken(dataDirectory / kTokenName);
@@ -65,10 +65,10 @@ host::HttpFaceSettings httpSettings(const host::Configuration& configuration,
 }  // namespace
 
 /// In the order in which each needs the ones before it.
-class JournalServer::Parts {
+class JournalServer::Impl {
 public:
-    Parts(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
-          host::ServerSocket& socket)
+    Impl(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
+         host::ServerSocket& socket)
         : m_metrics(configuration.lines.front().device),
           m_database(dataDirectory / kDatabaseName),
           m_library(host::LibraryLoader::locate(host::LibraryLoader::kJournalLibrary,
@@ -147,7 +147,7 @@ private:
     host::ServerSocket& m_socket;
     std::unique_ptr<host::RemoteServer> m_remote;
     const std::string m_device;
-    const host::HttpFaceSettings m_httpSettings;
+    const host::HttpApiSettings m_httpSettings;
     std::unique_ptr<host::HttpApi> m_http;
     host::Endpoint m_httpEndpoint;
 };
@@ -159,14 +159,14 @@ std::unique_ptr<host::ServerSocket> JournalServer::claim(const std::filesystem::
 
 JournalServer::JournalServer(const host::Configuration& configuration,
                              const std::filesystem::path& dataDirectory, host::ServerSocket& socket)
-    : m_parts(std::make_unique<Parts>(configuration, dataDirectory, socket)) {}
+    : m_impl(std::make_unique<Impl>(configuration, dataDirectory, socket)) {}
 
 JournalServer::~JournalServer() {
     stop();
 }
 
 void JournalServer::setChangeListener(std::function<void(const std::string&)> listener) {
-    m_parts->line().setChangeListener(std::move(listener));
+    m_impl->line().setChangeListener(std::move(listener));
 }
 
 std::string JournalServer::HttpAddress::text() const {
@@ -178,15 +178,15 @@ std::string JournalServer::HttpAddress::signInText() const {
 }
 
 JournalServer::HttpAddress JournalServer::httpAddress() const {
-    return m_parts->httpAddress();
+    return m_impl->httpAddress();
 }
 
 void JournalServer::start() {
-    m_parts->start();
+    m_impl->start();
 }
 
 void JournalServer::stop() {
-    m_parts->stop();
+    m_impl->stop();
 }
 
 }  // namespace calljournal

@@ -52,8 +52,8 @@ public:
     void stop();
 
 private:
-    class Parts;
-    const std::unique_ptr<Parts> m_parts;
+    class Impl;
+    const std::unique_ptr<Impl> m_impl;
 };
 
 }  // namespace calljournal

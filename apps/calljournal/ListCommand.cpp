@@ -31,12 +31,12 @@ public:
             m_filter.limit = m_limit;
         }
         host::RemoteClient client(common.dataDirectory());
-        const ListResponse answer = fetchList(client, host::listNamed(m_list).value(), m_filter);
+        const ListResponse response = fetchList(client, host::listNamed(m_list).value(), m_filter);
         if (m_csv) {
-            std::cout << answer.csv << std::flush;
+            std::cout << response.csv << std::flush;
         } else {
-            std::cout << (m_json ? answer.json + "\n" : describe(answer)) << std::flush;
-            if (!m_json && answer.rows.empty() && isJournalOff(client)) {
+            std::cout << (m_json ? response.json + "\n" : describe(response)) << std::flush;
+            if (!m_json && response.rows.empty() && isJournalOff(client)) {
                 std::cerr << "calljournal: the journal is switched off; `"
                           << common.commandToType("settings call-log-enabled true") << "` switches it on\n";
             }
@@ -45,14 +45,15 @@ public:
     }
 
 private:
-    [[nodiscard]] std::string describe(const ListResponse& answer) const {
-        if (answer.rows.empty()) {
+    [[nodiscard]] std::string describe(const ListResponse& response) const {
+        if (response.rows.empty()) {
             return "nothing " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
         }
         std::string text =
-            tableText(answer.rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());
-        if (answer.rows.size() < answer.total) {
-            text += "(" + std::to_string(answer.rows.size()) + " of " + std::to_string(answer.total) + ")\n";
+            tableText(response.rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());
+        if (response.rows.size() < response.total) {
+            text +=
+                "(" + std::to_string(response.rows.size()) + " of " + std::to_string(response.total) + ")\n";
         }
         return text;
     }

@@ -79,26 +79,26 @@ std::optional<ListResponse> read(host::ListName list, const std::string& text, c
         return std::nullopt;
     }
     const host::SearchText search(filter.search);
-    ListResponse answer;
-    answer.csv = host::csvTitles(list);
+    ListResponse response;
+    response.csv = host::csvTitles(list);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
         if (!host::itemMatches(item, search)) {
             continue;
         }
-        ++answer.total;
-        answer.unviewed += isUnviewed(item) ? 1U : 0U;
-        if (!filter.limit || answer.rows.size() < *filter.limit) {
-            answer.rows.push_back(rowOf(item));
+        ++response.total;
+        response.unviewed += isUnviewed(item) ? 1U : 0U;
+        if (!filter.limit || response.rows.size() < *filter.limit) {
+            response.rows.push_back(rowOf(item));
             shown.push_back(host::itemJson(item));
-            answer.csv += host::csvLines(list, shown.back());
+            response.csv += host::csvLines(list, shown.back());
         }
     }
-    answer.json = host::jsonText({{"list", std::string(host::wordOf(list))},
-                                  {"total", answer.total},
-                                  {"unviewed", answer.unviewed},
-                                  {"items", std::move(shown)}});
-    return answer;
+    response.json = host::jsonText({{"list", std::string(host::wordOf(list))},
+                                    {"total", response.total},
+                                    {"unviewed", response.unviewed},
+                                    {"items", std::move(shown)}});
+    return response;
 }
 
 }  // namespace
@@ -114,26 +114,27 @@ MethodId methodFor(host::ListName list) noexcept {
     return MethodId::eGetCallBackList;
 }
 
-std::optional<ListResponse> readListResponse(host::ListName list, const std::string& answer,
+std::optional<ListResponse> readListResponse(host::ListName list, const std::string& response,
                                              const ListFilter& filter) {
     using Helper = JournalServiceHelper;
     switch (list) {
-        case host::ListName::eMissed: return read(list, answer, filter, &Helper::parseXMLMissedCallList);
-        case host::ListName::eDialled: return read(list, answer, filter, &Helper::parseXMLDialledCallList);
-        case host::ListName::eReceived: return read(list, answer, filter, &Helper::parseXMLReceivedCallList);
+        case host::ListName::eMissed: return read(list, response, filter, &Helper::parseXMLMissedCallList);
+        case host::ListName::eDialled: return read(list, response, filter, &Helper::parseXMLDialledCallList);
+        case host::ListName::eReceived:
+            return read(list, response, filter, &Helper::parseXMLReceivedCallList);
         case host::ListName::eForwarded:
-            return read(list, answer, filter, &Helper::parseXMLForwardedCallList);
+            return read(list, response, filter, &Helper::parseXMLForwardedCallList);
         case host::ListName::eCallbacks: break;
     }
-    return read(list, answer, filter, &Helper::parseXMLCallBackList);
+    return read(list, response, filter, &Helper::parseXMLCallBackList);
 }
 
 ListResponse fetchList(host::RemoteClient& client, host::ListName list, const ListFilter& filter) {
-    auto answer = readListResponse(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
-    if (!answer) {
+    auto response = readListResponse(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
+    if (!response) {
         throw host::RemoteError("calljournal could not answer; its log says why");
     }
-    return std::move(*answer);
+    return std::move(*response);
 }
 
 }  // namespace calljournal

@@ -41,7 +41,7 @@ struct ListResponse {
 [[nodiscard]] journalxml::MethodId methodFor(host::ListName list) noexcept;
 
 /// Reads the answer to that method; nothing when it is a failure or is no list. Pure; any thread may call.
-[[nodiscard]] std::optional<ListResponse> readListResponse(host::ListName list, const std::string& answer,
+[[nodiscard]] std::optional<ListResponse> readListResponse(host::ListName list, const std::string& response,
                                                            const ListFilter& filter);
 
 /// Asks a running server for the list. Throws `RemoteError` when it fails.

@@ -7,19 +7,19 @@
 
 namespace calljournal {
 
-journalxml::ManagementResponse askSettings(host::RemoteClient& client,
-                                           const journalxml::ManagementRequest& request) {
-    auto answer =
+journalxml::ManagementResponse requestSettings(host::RemoteClient& client,
+                                               const journalxml::ManagementRequest& request) {
+    auto response =
         journalxml::parseManagementResponse(client.call(journalxml::buildManagementRequest(request)));
-    if (!answer) {
+    if (!response) {
         throw host::RemoteError("calljournal could not answer; its log says why");
     }
-    return std::move(*answer);
+    return std::move(*response);
 }
 
 bool isJournalOff(host::RemoteClient& client) {
-    const auto answer = askSettings(client, {"call-log-enabled", std::nullopt});
-    return !answer.settings.empty() && answer.settings.front().value == "false";
+    const auto response = requestSettings(client, {"call-log-enabled", std::nullopt});
+    return !response.settings.empty() && response.settings.front().value == "false";
 }
 
 }  // namespace calljournal

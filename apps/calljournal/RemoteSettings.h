@@ -10,10 +10,10 @@ namespace calljournal {
 
 /// Reads or changes settings of the running journal, and answers what it says, a refusal included. Throws `RemoteError`
 /// when it says nothing that can be read.
-[[nodiscard]] journalxml::ManagementResponse askSettings(host::RemoteClient& client,
-                                                         const journalxml::ManagementRequest& request);
+[[nodiscard]] journalxml::ManagementResponse requestSettings(host::RemoteClient& client,
+                                                             const journalxml::ManagementRequest& request);
 
-/// Whether the running journal is switched off: its lists were emptied then. Throws as `askSettings`.
+/// Whether the running journal is switched off: its lists were emptied then. Throws as `requestSettings`.
 [[nodiscard]] bool isJournalOff(host::RemoteClient& client);
 
 }  // namespace calljournal

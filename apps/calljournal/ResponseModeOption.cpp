@@ -21,9 +21,9 @@ constexpr std::array<std::pair<std::string_view, host::ResponseMode>, 4> kWords{
 
 std::optional<std::pair<std::string, host::ResponseMode>> read(const std::string& text) {
     const std::string request = text.substr(0, text.find('='));
-    const std::string_view how = std::string_view(text).substr(std::min(text.size(), request.size() + 1));
+    const std::string_view mode = std::string_view(text).substr(std::min(text.size(), request.size() + 1));
     const auto* const word =
-        std::find_if(kWords.begin(), kWords.end(), [how](const auto& each) { return each.first == how; });
+        std::find_if(kWords.begin(), kWords.end(), [mode](const auto& each) { return each.first == mode; });
     if (word == kWords.end() || host::messageKindOf(request) != host::MessageKind::eRequest) {
         return std::nullopt;
     }
@@ -47,13 +47,13 @@ void addResponseModeOption(CLI::App& app, std::vector<std::string>& values) {
 }
 
 std::map<std::string, host::ResponseMode> readResponseMode(const std::vector<std::string>& values) {
-    std::map<std::string, host::ResponseMode> answering;
+    std::map<std::string, host::ResponseMode> modes;
     for (const std::string& text : values) {
         if (const auto one = read(text)) {
-            answering[one->first] = one->second;
+            modes[one->first] = one->second;
         }
     }
-    return answering;
+    return modes;
 }
 
 }  // namespace calljournal

@@ -1,19 +1,52 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
+#include <vector>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/RemoteSettings.h"
-#include "apps/calljournal/SettingsText.h"
 #include "apps/calljournal/TerminalWidth.h"
-#include "host/management/SettingRules.h"
+#include "apps/calljournal/TextTable.h"
+#include "host/management/SettingValues.h"
+#include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
+#include "platform/journal-library/ManagementMessage.h"
 
 namespace calljournal {
 namespace {
+
+/// One text line for each setting, with its kind; printable, and cut to `width` columns.
+std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width) {
+    std::vector<TableRow> rows;
+    rows.reserve(settings.size());
+    for (const journalxml::Setting& setting : settings) {
+        rows.push_back(
+            {false, {setting.key, setting.ofJournal ? "journal" : "phone", setting.value.value_or("")}});
+    }
+    return tableText({"SETTING", "OF", "VALUE"}, rows, {width, {2}});
+}
+
+/// {"KEY":"VALUE",...}, without the keys that have no value.
+std::string settingsJson(const std::vector<journalxml::Setting>& settings) {
+    nlohmann::ordered_json json = nlohmann::ordered_json::object();
+    for (const journalxml::Setting& setting : settings) {
+        if (setting.value) {
+            json[setting.key] = *setting.value;
+        }
+    }
+    return host::jsonText(json);
+}
+
+/// {"rejected":{"KEY":{"code":10,"text":"..."}}}
+std::string refusalJson(const journalxml::RefusedKey& refused) {
+    nlohmann::ordered_json json;
+    json["rejected"][refused.key] = {{"code", refused.code}, {"text", refused.text}};
+    return host::jsonText(json);
+}
 
 class SettingsCommand final : public Command {
 public:
@@ -30,11 +63,11 @@ public:
             request.value = m_value;
         }
         host::RemoteClient client(common.dataDirectory());
-        const auto answer = askSettings(client, request);
-        if (answer.refused) {
-            refuse(*answer.refused, common);
+        const auto response = requestSettings(client, request);
+        if (response.refused) {
+            refuse(*response.refused, common);
         }
-        print(answer, common);
+        print(response, common);
         return std::cout.good() ? eDone : eFailed;
     }
 
@@ -53,19 +86,19 @@ private:
         return "; `" + common.commandToType("settings") + "` shows those that there are";
     }
 
-    void print(const journalxml::ManagementResponse& answer, const CommonOptions& common) const {
-        if (!m_key.empty() && !changes() && !answer.settings.front().value) {
+    void print(const journalxml::ManagementResponse& response, const CommonOptions& common) const {
+        if (!m_key.empty() && !changes() && !response.settings.front().value) {
             throw std::runtime_error(host::printable(m_key) + " has no value; `" +
                                      common.commandToType("settings " + m_key + " VALUE") + "` gives it one");
         }
         if (m_json) {
-            std::cout << settingsJson(answer.settings) << std::endl;
+            std::cout << settingsJson(response.settings) << std::endl;
         } else if (changes()) {
             std::cout << host::printable(m_key) << " is set to " << host::printable(m_value) << std::endl;
         } else if (!m_key.empty()) {
-            std::cout << host::printable(*answer.settings.front().value) << std::endl;
+            std::cout << host::printable(*response.settings.front().value) << std::endl;
         } else {
-            std::cout << settingsTable(answer.settings, terminalWidth()) << std::flush;
+            std::cout << settingsTable(response.settings, terminalWidth()) << std::flush;
         }
     }
 

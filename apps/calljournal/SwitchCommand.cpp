@@ -48,8 +48,8 @@ public:
         const host::Endpoint listen = host::parseEndpoint(m_listen).value();
         host::SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
         listenWith(simulator, listen);
-        for (const auto& [request, answering] : readResponseMode(m_responseModes)) {
-            simulator.setResponseMode(request, answering);
+        for (const auto& [request, mode] : readResponseMode(m_responseModes)) {
+            simulator.setResponseMode(request, mode);
         }
         std::cout << "switch listens on " << host::Endpoint{listen.host, simulator.port()}.text()
                   << std::endl;

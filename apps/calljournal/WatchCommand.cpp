@@ -27,7 +27,7 @@ public:
             throw host::RemoteError("calljournal did not take the subscription; its log says why");
         }
         for (const std::string& notification : client.takeNotifications()) {
-            present(notification);
+            printInitial(notification);
         }
         while (const auto notification = client.nextNotification(stop.descriptor())) {
             print(*notification);
@@ -40,7 +40,7 @@ public:
 
 private:
     /// What a new subscriber is told before anything has changed. People want to know the counts only.
-    void present(const std::string& notification) const {
+    void printInitial(const std::string& notification) const {
         const auto message = journalxml::parseObserverMessage(notification);
         if (m_json || (message && isCount(*message))) {
             print(notification);

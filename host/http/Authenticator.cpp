@@ -51,7 +51,7 @@ std::string cookieValue(std::string_view cookies, std::string_view name) {
 
 }  // namespace
 
-void Authenticator::listensAt(const Endpoint& endpoint) {
+void Authenticator::setListenAddress(const Endpoint& endpoint) {
     m_host = lowered(endpoint.host);
     // Cookies know no ports: two servers of one machine need two names.
     m_cookie = "calljournal-" + std::to_string(endpoint.port);
@@ -65,7 +65,7 @@ void Authenticator::checkOrigin(const HttpRequest& request) const {
     if (host.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789.-_:[]") != std::string::npos) {
         throw HttpError(400, "bad-host", "the request must name one host");
     }
-    if (!isOurHost(hostOf(host))) {
+    if (!isServedHost(hostOf(host))) {
         throw HttpError(403, "wrong-host", "this server is not " + host);
     }
     const std::string origin = lowered(request.header("origin"));
@@ -78,11 +78,11 @@ void Authenticator::checkOrigin(const HttpRequest& request) const {
     }
 }
 
-bool Authenticator::isOurHost(const std::string& host) const {
+bool Authenticator::isServedHost(const std::string& host) const {
     return host == "localhost" || host == m_host || (isWildcard(m_host) && isAddress(host));
 }
 
-bool Authenticator::isToken(const std::string& text) const {
+bool Authenticator::matchesToken(const std::string& text) const {
     if (!m_token || text.size() != m_token->size()) {
         return false;
     }
@@ -111,7 +111,7 @@ void Authenticator::checkToken(const HttpRequest& request) const {
     if (token.empty()) {
         throw HttpError(401, "no-token", "this needs the token in the file api-token of the data directory");
     }
-    if (!isToken(token)) {
+    if (!matchesToken(token)) {
         throw HttpError(401, "wrong-token",
                         "this is not the token; it stands in the file api-token of the data directory");
     }
@@ -123,7 +123,7 @@ std::optional<HttpResponse> Authenticator::signIn(const HttpRequest& request) co
     }
     HttpResponse response;
     response.status = 303;
-    const bool isRefused = m_token && !isToken(request.queryValue("token"));
+    const bool isRefused = m_token && !matchesToken(request.queryValue("token"));
     response.headers = {{"Location", isRefused ? "/?refused=1" : "/"}};
     if (m_token && !isRefused) {
         response.headers.emplace_back(

@@ -17,14 +17,14 @@ namespace host {
 ///  3. What the journal holds needs the token: in `Authorization: Bearer TOKEN`, or in the cookie that a browser gets when
 ///     the page is opened with `/?token=TOKEN`.
 ///
-/// Threads: any, once `listensAt` was called.
+/// Threads: any, once `setListenAddress` was called.
 class Authenticator {
 public:
     /// Without a token everybody may ask who passes the first two.
     explicit Authenticator(std::optional<std::string> token) : m_token(std::move(token)) {}
 
     /// Before the first request.
-    void listensAt(const Endpoint& endpoint);
+    void setListenAddress(const Endpoint& endpoint);
 
     /// Throws `HttpError`: 400 without a host and with what is none, two of them say; 403 for a wrong one and for another origin.
     void checkOrigin(const HttpRequest& request) const;
@@ -36,10 +36,10 @@ public:
     [[nodiscard]] std::optional<HttpResponse> signIn(const HttpRequest& request) const;
 
 private:
-    [[nodiscard]] bool isOurHost(const std::string& host) const;
+    [[nodiscard]] bool isServedHost(const std::string& host) const;
     /// The token that the request names; empty without one.
     [[nodiscard]] std::string tokenOf(const HttpRequest& request) const;
-    [[nodiscard]] bool isToken(const std::string& text) const;
+    [[nodiscard]] bool matchesToken(const std::string& text) const;
 
     // Constant once the server listens.
     const std::optional<std::string> m_token;

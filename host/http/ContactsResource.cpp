@@ -4,11 +4,15 @@
 #include <cstdint>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
 
+#include "host/contact-files/ContactImport.h"
 #include "host/contact-files/FileText.h"
 #include "host/data/Database.h"
 #include "host/directory/Phonebook.h"
-#include "host/http/ContactsImport.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/PageOfItems.h"
@@ -30,7 +34,7 @@ HttpError databaseFailed() {
 }
 
 /// The fields that the body names take its values; "id" is passed over, so that what was read can be sent back.
-void takeFields(const Json& body, Contact& contact) {
+void applyFields(const Json& body, Contact& contact) {
     for (const auto& [name, value] : body.items()) {
         const auto& fields = contactFields();
         const auto field = std::find_if(fields.begin(), fields.end(),
@@ -54,13 +58,51 @@ void takeFields(const Json& body, Contact& contact) {
     }
 }
 
+/// A body of nothing but refused contacts would make an answer many times its size.
+constexpr std::size_t kMaxNotes = 1000;
+
+class PhonebookStore final : public ContactStore {
+public:
+    explicit PhonebookStore(Phonebook& phonebook) : m_phonebook(phonebook) {}
+
+    [[nodiscard]] bool add(const Contact& contact) override {
+        m_batch.push_back(contact);
+        return true;
+    }
+
+    [[nodiscard]] bool store(ImportReport& report) override {
+        const auto imported = m_phonebook.import(std::exchange(m_batch, {}));
+        if (!imported) {
+            return false;
+        }
+        report.count(*imported);
+        return true;
+    }
+
+private:
+    Phonebook& m_phonebook;
+    std::vector<Contact> m_batch;
+};
+
+ContactFormat formatOf(const HttpRequest& request) {
+    const std::string_view header = request.header("content-type");
+    const std::string type = lower(stripped(header.substr(0, header.find(';'))));
+    if (type == "text/vcard") {
+        return ContactFormat::eVCard;
+    }
+    if (type == "text/csv") {
+        return ContactFormat::eCsv;
+    }
+    throw HttpError(415, "wrong-type", "contacts are imported with the Content-Type text/vcard or text/csv");
+}
+
 }  // namespace
 
 void ContactsResource::addRoutes(Router& router) {
     router.add({"GET", "/api/v1/contacts", [this](const HttpRequest& each) { return list(each); }});
     router.add({"POST", "/api/v1/contacts", [this](const HttpRequest& each) { return add(each); }});
-    router.add({"POST", "/api/v1/contacts/import",
-                [this](const HttpRequest& each) { return importContacts(each, m_phonebook); }});
+    router.add(
+        {"POST", "/api/v1/contacts/import", [this](const HttpRequest& each) { return importFile(each); }});
     router.add({"GET", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return contact(each); }});
     router.add({"PUT", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return change(each); }});
     router.add({"DELETE", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return remove(each); }});
@@ -69,7 +111,7 @@ void ContactsResource::addRoutes(Router& router) {
 HttpResponse ContactsResource::list(const HttpRequest& request) const {
     const std::string number = request.queryValue("number");
     if (!number.empty()) {
-        return whoHas(number);
+        return findByNumber(number);
     }
     constexpr std::size_t kAll = std::numeric_limits<std::int32_t>::max();
     const PageOfItems page(request);
@@ -85,7 +127,7 @@ HttpResponse ContactsResource::list(const HttpRequest& request) const {
     return jsonResponse({{"total", found->total}, {"contacts", std::move(contacts)}});
 }
 
-HttpResponse ContactsResource::whoHas(const std::string& number) const {
+HttpResponse ContactsResource::findByNumber(const std::string& number) const {
     Contact contact;
     contact.setSearchNumber(number);
     Json contacts = Json::array();
@@ -98,13 +140,13 @@ HttpResponse ContactsResource::whoHas(const std::string& number) const {
 }
 
 HttpResponse ContactsResource::contact(const HttpRequest& request) const {
-    return jsonResponse(itemJson(wanted(request)));
+    return jsonResponse(itemJson(requestedContact(request)));
 }
 
 HttpResponse ContactsResource::add(const HttpRequest& request) {
     Contact contact;
     contact.setContactSource(Contact::eOrderedContactSource::ePersonal);
-    takeFields(jsonObject(request), contact);
+    applyFields(jsonObject(request), contact);
     const auto id = m_phonebook.add(contact);
     if (!id) {
         throw databaseFailed();
@@ -116,10 +158,10 @@ HttpResponse ContactsResource::add(const HttpRequest& request) {
 }
 
 HttpResponse ContactsResource::change(const HttpRequest& request) {
-    Contact contact = wanted(request);
-    takeFields(jsonObject(request), contact);
+    Contact contact = requestedContact(request);
+    applyFields(jsonObject(request), contact);
     if (!m_phonebook.update(contact)) {
-        static_cast<void>(wanted(request));  // somebody may have removed it meanwhile
+        static_cast<void>(requestedContact(request));  // somebody may have removed it meanwhile
         throw databaseFailed();
     }
     return jsonResponse(itemJson(contact));
@@ -127,13 +169,34 @@ HttpResponse ContactsResource::change(const HttpRequest& request) {
 
 HttpResponse ContactsResource::remove(const HttpRequest& request) {
     if (!m_phonebook.remove(request.parameter("id"))) {
-        static_cast<void>(wanted(request));
+        static_cast<void>(requestedContact(request));
         throw databaseFailed();
     }
     return emptyResponse();
 }
 
-Contact ContactsResource::wanted(const HttpRequest& request) const {
+HttpResponse ContactsResource::importFile(const HttpRequest& request) {
+    const ContactFormat format = formatOf(request);
+    std::istringstream file(request.body);
+    PhonebookStore store(m_phonebook);
+    ContactImport import(store, [](const ImportReport& /*each*/) {});
+    try {
+        const auto reader = makeContactReader(file, format);
+        if (format == ContactFormat::eVCard && upper(request.body).find("BEGIN:VCARD") == std::string::npos) {
+            throw ContactFileError("no card begins in it");
+        }
+        if (!import.run(*reader)) {
+            throw HttpError(
+                503, "database",
+                "the database does not answer; see the log. Importing the file again is harmless");
+        }
+    } catch (const ContactFileError& error) {
+        throw HttpError(422, "wrong-file", std::string("this is no file of contacts: ") + error.what());
+    }
+    return jsonResponse(importJson(import.report(), kMaxNotes));
+}
+
+Contact ContactsResource::requestedContact(const HttpRequest& request) const {
     auto found = m_phonebook.find(request.parameter("id"));
     if (!found) {
         throw m_database.healthy() ? HttpError(404, "unknown-contact", "there is no such contact")

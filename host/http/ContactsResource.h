@@ -24,15 +24,20 @@ public:
 private:
     [[nodiscard]] HttpResponse list(const HttpRequest& request) const;
     /// None, or the one that a call from the number gets its name from.
-    [[nodiscard]] HttpResponse whoHas(const std::string& number) const;
+    [[nodiscard]] HttpResponse findByNumber(const std::string& number) const;
     [[nodiscard]] HttpResponse contact(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse add(const HttpRequest& request);
     /// Fields that the body does not name stay as they are.
     [[nodiscard]] HttpResponse change(const HttpRequest& request);
     [[nodiscard]] HttpResponse remove(const HttpRequest& request);
+    /// Stores the contacts of the file in the body; the header Content-Type names its format, text/vcard or text/csv.
+    /// The response is `importJson` with a bounded number of notes. Throws `HttpError`: 415 for another type, 422 for a
+    /// body of another format, 503 when the database fails. Contacts stored before a failure remain, and a second
+    /// import of the file stores the rest.
+    [[nodiscard]] HttpResponse importFile(const HttpRequest& request);
 
     /// Throws `HttpError`: 404 when there is none of that id, 503 when the database fails.
-    [[nodiscard]] Contact wanted(const HttpRequest& request) const;
+    [[nodiscard]] Contact requestedContact(const HttpRequest& request) const;
 
     Phonebook& m_phonebook;
     const Database& m_database;

@@ -34,9 +34,8 @@ std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
         return nullptr;
     }
     // Leaves the count when the stream is destroyed, wherever that happens.
-    std::shared_ptr<void> place(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
-    return std::make_shared<EventStream>(static_cast<EventStream::Hub&>(*this), lastEventId,
-                                         std::move(place));
+    std::shared_ptr<void> slot(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
+    return std::make_shared<EventStream>(static_cast<EventStream::Hub&>(*this), lastEventId, std::move(slot));
 }
 
 void EventFeed::resync() {
@@ -76,7 +75,7 @@ bool EventFeed::join(const std::shared_ptr<EventStream>& stream) {
     return !m_closed;
 }
 
-void EventFeed::gone(const EventStream& stream) {
+void EventFeed::leave(const EventStream& stream) {
     const auto found = std::find_if(m_streams.begin(), m_streams.end(),
                                     [&stream](const auto& each) { return each.get() == &stream; });
     if (found != m_streams.end()) {

@@ -65,7 +65,7 @@ public:
 private:
     // EventStream::Hub
     bool join(const std::shared_ptr<EventStream>& stream) override;
-    void gone(const EventStream& stream) override;
+    void leave(const EventStream& stream) override;
     [[nodiscard]] const EventRing& ring() const override { return m_ring; }
 
     template <typename Item>

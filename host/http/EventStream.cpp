@@ -60,7 +60,7 @@ void EventStream::write(std::string text) {
             self->wake();
         } else {
             self->end();
-            self->m_hub.gone(*self);
+            self->m_hub.leave(*self);
         }
     });
 }

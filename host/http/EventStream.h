@@ -24,16 +24,16 @@ public:
         Hub& operator=(const Hub&) = delete;
         /// `stream` wants to be told of news from now on, until it is gone. False when there will be none. Loop thread.
         [[nodiscard]] virtual bool join(const std::shared_ptr<EventStream>& stream) = 0;
-        virtual void gone(const EventStream& stream) = 0;
+        virtual void leave(const EventStream& stream) = 0;
         [[nodiscard]] virtual const EventRing& ring() const = 0;
 
     protected:
         ~Hub() = default;
     };
 
-    /// `lastEventId` is what the client saw last; empty when it is new here. `place` is kept as long as the stream lives.
-    EventStream(Hub& hub, std::string lastEventId, std::shared_ptr<void> place)
-        : m_hub(hub), m_lastEventId(std::move(lastEventId)), m_place(std::move(place)) {}
+    /// `lastEventId` is what the client saw last; empty when it is new here. `slot` is kept as long as the stream lives.
+    EventStream(Hub& hub, std::string lastEventId, std::shared_ptr<void> slot)
+        : m_hub(hub), m_lastEventId(std::move(lastEventId)), m_slot(std::move(slot)) {}
 
     void begin(std::unique_ptr<StreamSink> sink) override;
 
@@ -50,7 +50,7 @@ private:
 
     EventStream::Hub& m_hub;
     const std::string m_lastEventId;
-    const std::shared_ptr<void> m_place;
+    const std::shared_ptr<void> m_slot;
 
     // The loop thread's.
     std::unique_ptr<StreamSink> m_sink;

@@ -17,9 +17,9 @@
 namespace host {
 
 /// In the order in which each needs the ones before it.
-class HttpApi::Parts {
+class HttpApi::Impl {
 public:
-    Parts(HttpBackend backend, HttpFaceSettings settings)
+    Impl(HttpBackend backend, HttpApiSettings settings)
         : m_backend(std::move(backend)),
           m_authenticator(std::move(settings.token)),
           m_page(settings.page),
@@ -44,17 +44,17 @@ public:
         m_router.add({"GET", "/api/v1/openapi.json",
                       [](const HttpRequest& /*each*/) { return openApiResponse(); }, Router::Guard::eOpen});
     }
-    ~Parts() { stop(); }
-    Parts(const Parts&) = delete;
-    Parts& operator=(const Parts&) = delete;
+    ~Impl() { stop(); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
 
     Endpoint start() {
         // A subscription makes the journal load its lists, which read as empty meanwhile: no client may be there then.
         m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);
         m_backend.journal.subscribeForJournalEvents(&m_feed);
         m_subscribed = true;
-        return m_server.start({[this](const HttpRequest& request) { return m_pipeline.answer(request); },
-                               [this](const Endpoint& where) { m_authenticator.listensAt(where); },
+        return m_server.start({[this](const HttpRequest& request) { return m_pipeline.handle(request); },
+                               [this](const Endpoint& where) { m_authenticator.setListenAddress(where); },
                                [this] { m_feed.keepAlive(); }});
     }
 
@@ -113,25 +113,25 @@ private:
     bool m_subscribed = false;
 };
 
-HttpApi::HttpApi(HttpBackend backend, HttpFaceSettings settings)
-    : m_parts(std::make_unique<Parts>(std::move(backend), std::move(settings))) {}
+HttpApi::HttpApi(HttpBackend backend, HttpApiSettings settings)
+    : m_impl(std::make_unique<Impl>(std::move(backend), std::move(settings))) {}
 
 HttpApi::~HttpApi() = default;
 
 Endpoint HttpApi::start() {
-    return m_parts->start();
+    return m_impl->start();
 }
 
 void HttpApi::stop() {
-    m_parts->stop();
+    m_impl->stop();
 }
 
 void HttpApi::resync() {
-    m_parts->resync();
+    m_impl->resync();
 }
 
 const Router& HttpApi::routes() const noexcept {
-    return m_parts->routes();
+    return m_impl->routes();
 }
 
 }  // namespace host

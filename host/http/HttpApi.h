@@ -33,7 +33,7 @@ struct HttpBackend {
     std::function<std::size_t()> remoteClients;
 };
 
-struct HttpFaceSettings {
+struct HttpApiSettings {
     HttpServerSettings server;
     /// Without one nobody is asked for it.
     std::optional<std::string> token;
@@ -50,7 +50,7 @@ struct HttpFaceSettings {
 class HttpApi {
 public:
     /// Throws `HttpServerError` when the address is taken.
-    HttpApi(HttpBackend backend, HttpFaceSettings settings);
+    HttpApi(HttpBackend backend, HttpApiSettings settings);
     /// Stops the face if it still runs.
     ~HttpApi();
     HttpApi(const HttpApi&) = delete;
@@ -69,8 +69,8 @@ public:
     [[nodiscard]] const Router& routes() const noexcept;
 
 private:
-    class Parts;
-    const std::unique_ptr<Parts> m_parts;
+    class Impl;
+    const std::unique_ptr<Impl> m_impl;
 };
 
 }  // namespace host

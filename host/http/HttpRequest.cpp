@@ -44,7 +44,7 @@ std::optional<std::string> decoded(std::string_view text, bool plusIsBlank) {
 }
 
 /// The parts of `text` between separators.
-std::vector<std::string_view> partsOf(std::string_view text, char separator) {
+std::vector<std::string_view> split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     for (;;) {
         const std::size_t end = text.find(separator);
@@ -56,7 +56,7 @@ std::vector<std::string_view> partsOf(std::string_view text, char separator) {
     }
 }
 
-bool leadsElsewhere(const std::string& segment) {
+bool isTraversal(const std::string& segment) {
     return segment == "." || segment == ".." || segment.find_first_of("/\\") != std::string::npos;
 }
 
@@ -71,9 +71,9 @@ bool HttpRequest::readTarget() {
     }
     path.clear();
     if (pathText != "/") {
-        for (const std::string_view part : partsOf(pathText.substr(1), '/')) {
+        for (const std::string_view part : split(pathText.substr(1), '/')) {
             auto segment = decoded(part, false);
-            if (!segment || leadsElsewhere(*segment)) {
+            if (!segment || isTraversal(*segment)) {
                 return false;
             }
             path.push_back(std::move(*segment));
@@ -84,7 +84,7 @@ bool HttpRequest::readTarget() {
 }
 
 bool HttpRequest::readQuery(std::string_view text) {
-    for (const std::string_view part : partsOf(text, '&')) {
+    for (const std::string_view part : split(text, '&')) {
         const std::size_t equals = part.find('=');
         auto name = decoded(part.substr(0, equals), true);
         auto value =

@@ -45,7 +45,7 @@ using Request = restinio::request_handle_t;
 class Loop : public asio::io_context {
 public:
     Loop() : asio::io_context(1) {}
-    void dropEverything() { shutdown(); }
+    void dropPendingWork() { shutdown(); }
 };
 
 std::string lowered(std::string text) {
@@ -112,14 +112,14 @@ auto builderFor(restinio::request_t& request, const HttpResponse& response) {
 }
 
 /// Tells whether a text was written, and that it was not when the library drops it without a word.
-class Written {
+class WriteResult {
 public:
-    explicit Written(StreamSink::Done done) : m_done(std::move(done)) {}
-    ~Written() { tell(false); }
-    Written(const Written&) = delete;
-    Written& operator=(const Written&) = delete;
+    explicit WriteResult(StreamSink::Done done) : m_done(std::move(done)) {}
+    ~WriteResult() { report(false); }
+    WriteResult(const WriteResult&) = delete;
+    WriteResult& operator=(const WriteResult&) = delete;
 
-    void tell(bool written) {
+    void report(bool written) {
         if (const StreamSink::Done done = std::exchange(m_done, nullptr)) {
             done(written);
         }
@@ -144,8 +144,8 @@ public:
 
     void write(std::string text, Done done) override {
         m_builder.append_chunk(std::move(text));
-        m_builder.flush([written = std::make_shared<Written>(std::move(done))](
-                            const asio::error_code& error) { written->tell(!error); });
+        m_builder.flush([written = std::make_shared<WriteResult>(std::move(done))](
+                            const asio::error_code& error) { written->report(!error); });
     }
 
 private:
@@ -154,9 +154,9 @@ private:
 
 }  // namespace
 
-class HttpServer::Engine {
+class HttpServer::Impl {
 public:
-    explicit Engine(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {
+    explicit Impl(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {
         try {
             const asio::ip::tcp::endpoint address(addressOf(settings.listen.host), settings.listen.port);
             const asio::ip::tcp::acceptor trial(m_loop, address);  // with SO_REUSEADDR, as the server's own
@@ -164,7 +164,7 @@ public:
             throw cannotListen(error);
         }
     }
-    ~Engine() { stop(); }
+    ~Impl() { stop(); }
 
     Endpoint start(Callbacks callbacks) {
         m_callbacks = std::move(callbacks);
@@ -206,7 +206,7 @@ public:
         asio::post(m_loop, [this] { m_loop.stop(); });
         m_thread.join();
         m_waiting.clear();
-        m_loop.dropEverything();
+        m_loop.dropPendingWork();
         m_server.reset();
     }
 
@@ -241,26 +241,26 @@ private:
                                               .max_field_value_size(8192)
                                               .max_field_count(64)
                                               .max_body_size(m_settings.maxBody))
-                .acceptor_post_bind_hook([this](asio::ip::tcp::acceptor& acceptor) { bound(acceptor); })
-                .request_handler([this](const Request& request) { return take(request); });
+                .acceptor_post_bind_hook([this](asio::ip::tcp::acceptor& acceptor) { onBound(acceptor); })
+                .request_handler([this](const Request& request) { return dispatch(request); });
         m_server = std::make_unique<Server>(restinio::external_io_context(m_loop), std::move(settings));
         m_server->open_sync();
-        beat();
+        scheduleHeartbeat();
     }
 
-    void bound(asio::ip::tcp::acceptor& acceptor) {
+    void onBound(asio::ip::tcp::acceptor& acceptor) {
         m_acceptor = &acceptor;
         m_endpoint = {m_settings.listen.host, acceptor.local_endpoint().port()};
-        m_callbacks.listens(m_endpoint);
+        m_callbacks.listening(m_endpoint);
     }
 
-    void beat() {
+    void scheduleHeartbeat() {
         m_heartbeat.expires_after(m_settings.heartbeat);
         m_heartbeat.async_wait([this](const asio::error_code& error) {
             if (!error) {
                 m_callbacks.heartbeat();
                 renewAccept();
-                beat();
+                scheduleHeartbeat();
             }
         });
     }
@@ -274,18 +274,18 @@ private:
     }
 
     /// The library's handle stays on the loop thread: it is not made to be shared.
-    restinio::request_handling_status_t take(const Request& request) {
+    restinio::request_handling_status_t dispatch(const Request& request) {
         const std::uint64_t id = ++m_lastId;
         m_waiting.emplace(id, request);
         asio::post(m_workers, [this, id, plain = requestOf(*request)] {
             asio::post(m_loop, [this, id, response = m_callbacks.handle(plain)]() mutable {
-                answer(id, std::move(response));
+                respond(id, std::move(response));
             });
         });
         return restinio::request_accepted();
     }
 
-    void answer(std::uint64_t id, HttpResponse response) {
+    void respond(std::uint64_t id, HttpResponse response) {
         const auto found = m_waiting.find(id);
         const Request request = std::move(found->second);
         m_waiting.erase(found);
@@ -329,7 +329,7 @@ private:
     std::thread m_thread;
 };
 
-HttpServer::HttpServer(const HttpServerSettings& settings) : m_impl(std::make_unique<Engine>(settings)) {}
+HttpServer::HttpServer(const HttpServerSettings& settings) : m_impl(std::make_unique<Impl>(settings)) {}
 
 HttpServer::~HttpServer() = default;
 

@@ -52,7 +52,7 @@ public:
     /// What a start needs. `listens` is called before the first request, `heartbeat` on the loop thread from time to time.
     struct Callbacks {
         Handler handle;
-        std::function<void(const Endpoint&)> listens;
+        std::function<void(const Endpoint&)> listening;
         std::function<void()> heartbeat;
     };
     /// Answers where it listens. Throws `HttpServerError`. Once only.
@@ -67,8 +67,8 @@ public:
     void postLater(std::chrono::milliseconds pause, std::function<void()> work);
 
 private:
-    class Engine;
-    const std::unique_ptr<Engine> m_impl;
+    class Impl;
+    const std::unique_ptr<Impl> m_impl;
 };
 
 }  // namespace host

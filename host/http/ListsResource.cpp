@@ -65,7 +65,7 @@ HttpResponse ListsResource::list(const HttpRequest& request) const {
                 continue;
             }
             unviewed += isUnviewed(item) ? 1U : 0U;
-            if (page.takesNext()) {
+            if (page.includesNext()) {
                 items.push_back(itemJson(item));
             }
         }

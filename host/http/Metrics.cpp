@@ -83,15 +83,15 @@ void Metrics::databaseWrote(std::chrono::duration<double> time) {
     m_registered->writes.Observe(time.count());
 }
 
-std::string Metrics::text(const Now& now) {
-    m_registered->connected.Set(now.switchConnected ? 1 : 0);
-    m_registered->monitored.Set(now.lineMonitored ? 1 : 0);
-    m_registered->callsUp.Set(static_cast<double>(now.callsUp));
-    m_registered->unviewed.Set(static_cast<double>(now.unviewed));
-    for (const auto& [face, count] : now.observers) {
+std::string Metrics::text(const Gauges& gauges) {
+    m_registered->connected.Set(gauges.switchConnected ? 1 : 0);
+    m_registered->monitored.Set(gauges.lineMonitored ? 1 : 0);
+    m_registered->callsUp.Set(static_cast<double>(gauges.callsUp));
+    m_registered->unviewed.Set(static_cast<double>(gauges.unviewed));
+    for (const auto& [face, count] : gauges.observers) {
         m_registered->observers(face).Set(static_cast<double>(count));
     }
-    for (const auto& [list, count] : now.entries) {
+    for (const auto& [list, count] : gauges.entries) {
         m_registered->entries(list).Set(static_cast<double>(count));
     }
     return m_registered->text();

@@ -18,7 +18,7 @@ namespace host {
 class Metrics final : public JournalServiceObserverIfc {
 public:
     /// What is measured when somebody looks.
-    struct Now {
+    struct Gauges {
         bool switchConnected = false;
         bool lineMonitored = false;
         std::size_t callsUp = 0;
@@ -37,7 +37,7 @@ public:
     void switchEvent(std::string_view kind);
     void databaseWrote(std::chrono::duration<double> time);
 
-    [[nodiscard]] std::string text(const Now& now);
+    [[nodiscard]] std::string text(const Gauges& gauges);
 
     // JournalServiceObserverIfc
     void missedCallsCountUpdate(int /*count*/) override {}

@@ -19,7 +19,7 @@ public:
           m_limit(number(request, "limit", std::numeric_limits<std::size_t>::max())) {}
 
     /// Whether the next thing is on the page.
-    [[nodiscard]] bool takesNext() noexcept {
+    [[nodiscard]] bool includesNext() noexcept {
         const std::size_t at = m_total++;
         return at >= m_offset && at - m_offset < m_limit;
     }

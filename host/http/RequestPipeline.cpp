@@ -24,9 +24,10 @@ void addCommonHeaders(HttpResponse& response) {
           std::pair{"Cross-Origin-Resource-Policy", "same-origin"}}) {
         response.headers.emplace_back(name, value);
     }
-    const bool saysHowLong = std::any_of(response.headers.begin(), response.headers.end(),
-                                         [](const auto& header) { return header.first == "Cache-Control"; });
-    if (!saysHowLong) {
+    const bool hasCacheControl =
+        std::any_of(response.headers.begin(), response.headers.end(),
+                    [](const auto& header) { return header.first == "Cache-Control"; });
+    if (!hasCacheControl) {
         response.headers.emplace_back("Cache-Control", "no-store");
     }
     if (response.status == 401) {
@@ -43,10 +44,10 @@ HttpResponse notAllowed(const std::string& methods) {
 
 }  // namespace
 
-HttpResponse RequestPipeline::answer(HttpRequest request) const {
+HttpResponse RequestPipeline::handle(HttpRequest request) const {
     HttpResponse response;
     try {
-        response = handle(request);
+        response = process(request);
     } catch (const HttpError& error) {
         response = errorResponse(error);
     } catch (const std::exception& error) {
@@ -58,7 +59,7 @@ HttpResponse RequestPipeline::answer(HttpRequest request) const {
     return response;
 }
 
-HttpResponse RequestPipeline::handle(HttpRequest& request) const {
+HttpResponse RequestPipeline::process(HttpRequest& request) const {
     const bool readable = request.readTarget();
     m_authenticator.checkOrigin(request);
     if (!readable) {

@@ -19,10 +19,10 @@ public:
         : m_authenticator(authenticator), m_router(router), m_page(page), m_line(std::move(line)) {}
 
     /// Never throws: whatever goes wrong is an error answer.
-    [[nodiscard]] HttpResponse answer(HttpRequest request) const;
+    [[nodiscard]] HttpResponse handle(HttpRequest request) const;
 
 private:
-    [[nodiscard]] HttpResponse handle(HttpRequest& request) const;
+    [[nodiscard]] HttpResponse process(HttpRequest& request) const;
     [[nodiscard]] HttpResponse route(HttpRequest& request) const;
 
     const Authenticator& m_authenticator;

@@ -5,8 +5,8 @@
 namespace host {
 namespace {
 
-bool fits(std::string_view pattern, const std::vector<std::string>& path,
-          std::map<std::string, std::string>& parameters) {
+bool matches(std::string_view pattern, const std::vector<std::string>& path,
+             std::map<std::string, std::string>& parameters) {
     for (const std::string& segment : path) {
         if (pattern.empty()) {
             return false;
@@ -54,7 +54,7 @@ std::string Router::methodsFor(const HttpRequest& request) const {
 std::string Router::patternFor(const std::vector<std::string>& path, Parameters& parameters) const {
     for (const Route& route : m_routes) {
         Parameters found;
-        if (fits(route.pattern, path, found)) {
+        if (matches(route.pattern, path, found)) {
             parameters = std::move(found);
             return route.pattern;
         }

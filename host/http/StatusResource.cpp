@@ -33,8 +33,8 @@ void StatusResource::addRoutes(Router& router) {
 
 HttpResponse StatusResource::health() {
     // Nobody needs a token to ask: while the database is locked, one who tries it for seconds leaves the other workers free.
-    const std::unique_lock trying(m_trying, std::try_to_lock);
-    if (!(trying ? m_sources.database.probe() : m_sources.database.healthy())) {
+    const std::unique_lock probing(m_probeMutex, std::try_to_lock);
+    if (!(probing ? m_sources.database.probe() : m_sources.database.healthy())) {
         throw HttpError(503, "database", "the database does not answer; see the log");
     }
     HttpResponse response;

@@ -52,7 +52,7 @@ private:
 
     const Sources m_sources;
     /// Held by whoever tries the database.
-    std::mutex m_trying;
+    std::mutex m_probeMutex;
 };
 
 }  // namespace host

@@ -28,7 +28,7 @@ std::string textOf(sys_seconds time) {
 }
 
 /// From when on the request counts; four weeks, when it does not say.
-sys_seconds fromOf(const HttpRequest& request) {
+sys_seconds startOf(const HttpRequest& request) {
     const std::string& text = request.queryValue("from");
     if (text.empty()) {
         return std::chrono::floor<seconds>(std::chrono::system_clock::now()) - days(28);
@@ -42,7 +42,7 @@ sys_seconds fromOf(const HttpRequest& request) {
 }
 
 /// How far the phone's zone is ahead of UTC (docs/configuration.md), as the journal compares local times.
-minutes phoneAhead(const LocalManagement::Keys& keys) {
+minutes phoneZoneOffset(const LocalManagement::Keys& keys) {
     const auto number = [&keys](const char* name) {
         const auto key = keys.find(name);
         int value = 0;
@@ -63,8 +63,8 @@ void TimesResource::addRoutes(Router& router) {
 }
 
 HttpResponse TimesResource::times(const HttpRequest& request) const {
-    const sys_seconds from = fromOf(request);
-    const seconds ahead = phoneAhead(m_sources.management.values());
+    const sys_seconds from = startOf(request);
+    const seconds ahead = phoneZoneOffset(m_sources.management.values());
     std::vector<QuarterOfCalls> found;
     if (!m_sources.database.read("counting calls", [&](Database::Session& session) {
             found = CallTimes(session, m_sources.line).since(from, ahead);

@@ -35,8 +35,8 @@ protected:
     host::HttpBackend backend() {
         return {"2001", m_journal, m_management, m_phonebook, *m_database, m_metrics, {}, {}};
     }
-    static host::HttpFaceSettings at(const host::Endpoint& endpoint) {
-        host::HttpFaceSettings settings;
+    static host::HttpApiSettings at(const host::Endpoint& endpoint) {
+        host::HttpApiSettings settings;
         settings.server.listen = endpoint;
         return settings;
     }
@@ -165,7 +165,7 @@ TEST_F(HttpApiTest, HoldsUpOneHealthCheckAtMostWhenTheDatabaseIsSlow) {
 }
 
 TEST_F(HttpApiTest, ClientsThatSayNothingMakePlaceForOthers) {
-    host::HttpFaceSettings settings = at({"127.0.0.1", 0});
+    host::HttpApiSettings settings = at({"127.0.0.1", 0});
     settings.server.maxConnections = 3;
     settings.server.clientTime = std::chrono::seconds(1);
     host::HttpApi face(backend(), settings);
@@ -182,7 +182,7 @@ TEST_F(HttpApiTest, ClientsThatSayNothingMakePlaceForOthers) {
 }
 
 TEST_F(HttpApiTest, AcceptsAgainWhenDescriptorsHadRunOut) {
-    host::HttpFaceSettings settings = at({"127.0.0.1", 0});
+    host::HttpApiSettings settings = at({"127.0.0.1", 0});
     settings.server.heartbeat = std::chrono::milliseconds(20);
     host::HttpApi face(backend(), settings);
     const auto there = address(face.start());

@@ -39,8 +39,8 @@ protected:
     }
 
     /// `headers` as "name: value; name: value", above a Host that is right.
-    HttpResponse answer(const std::string& method, const std::string& target, const std::string& headers,
-                        const std::string& body = "") {
+    HttpResponse respond(const std::string& method, const std::string& target, const std::string& headers,
+                         const std::string& body = "") {
         host::HttpRequest request;
         request.method = method;
         request.target = target;
@@ -51,9 +51,9 @@ protected:
         }
         request.body = body;
         host::Authenticator authenticator(m_token);
-        authenticator.listensAt({m_listen, 80});
+        authenticator.setListenAddress({m_listen, 80});
         const host::PageFiles page(m_directory.path());
-        return host::RequestPipeline(authenticator, m_router, page, "2001").answer(std::move(request));
+        return host::RequestPipeline(authenticator, m_router, page, "2001").handle(std::move(request));
     }
 
     /// The status, and what else tells: the code of an error, the id of an entry, how many and which entries of a list.
@@ -110,7 +110,7 @@ TEST_F(RequestPipelineTest, LetsThroughWhatComesFromTheRightPlaceWithTheToken) {
         PUT  | /api/v1/lists/a      | authorization: Bearer secret                         | 405 GET, DELETE
         GET  | /api/v1/lists/missed/viewed | authorization: Bearer secret                  | 405 POST
     )")) {
-        const HttpResponse response = answer(row[0], row[1], row[2]);
+        const HttpResponse response = respond(row[0], row[1], row[2]);
         std::string text = response.status == 401 ? summary(response) : std::to_string(response.status);
         for (const auto& [name, value] : response.headers) {
             text += name == "Allow" || name == "Location" ? " " + value : "";
@@ -121,8 +121,8 @@ TEST_F(RequestPipelineTest, LetsThroughWhatComesFromTheRightPlaceWithTheToken) {
     }
     m_token.reset();
     m_listen = "0.0.0.0";
-    EXPECT_EQ(answer("GET", "/api/v1/lists/missed", "host: 192.0.2.1:80").status, 200);
-    EXPECT_EQ(answer("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
+    EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: 192.0.2.1:80").status, 200);
+    EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
 }
 
 TEST_F(RequestPipelineTest, AsksTheJournalForWhatTheRequestSays) {
@@ -139,7 +139,7 @@ TEST_F(RequestPipelineTest, AsksTheJournalForWhatTheRequestSays) {
         POST   | missed/viewed             | {"entryIds": ["x"]} | 204 -                | setMissedCallListAsViewed({x})
     )")) {
         const std::size_t before = m_journal.calls().size();
-        EXPECT_EQ(summary(answer(row[0], "/api/v1/lists/" + row[1], "authorization: Bearer secret", row[2])),
+        EXPECT_EQ(summary(respond(row[0], "/api/v1/lists/" + row[1], "authorization: Bearer secret", row[2])),
                   row[3])
             << row[1] << row[2];
         const auto calls = m_journal.calls();
