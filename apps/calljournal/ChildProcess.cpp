@@ -16,7 +16,7 @@
 namespace calljournal {
 namespace {
 
-/// In the child, where nothing but async-signal-safe functions may be called.
+/// Runs in the child. Requires: only async-signal-safe functions are called.
 [[noreturn]] void execProgram(char* const* arguments, int output, pid_t parent) noexcept {
     StopSignal::restoreInChild();
     ::setpgid(0, 0);

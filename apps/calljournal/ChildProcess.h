@@ -10,28 +10,29 @@
 
 namespace calljournal {
 
-/// This program once more, with other arguments, in a process of its own whose standard output we read.
+/// A child process that runs this program with other arguments. The parent reads its standard output.
 ///
-/// It is in a process group of its own: Ctrl-C reaches us alone, and we end it when we are through with it.
-/// The child is asked to end (SIGTERM) when the object is destroyed, and by the system when this process dies in whatever
-/// way. Threads: the main thread only, which must live as long as the child.
+/// The child has its own process group, so Ctrl-C reaches only the parent. The destructor sends SIGTERM to
+/// the child; the kernel sends it if the parent dies. Call from the main thread only, which must outlive the
+/// child.
 class ChildProcess {
 public:
-    /// `arguments` without the program's name. Throws `std::system_error`.
+    /// Starts the child. `arguments` does not contain the program's name. Throws `std::system_error`.
     explicit ChildProcess(const std::vector<std::string>& arguments);
-    /// Ends the child and waits for that.
+    /// Ends the child and waits until it has ended.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     [[nodiscard]] pid_t id() const noexcept { return m_id; }
 
-    /// The next line of its output, without the line feed; empty when the child ends or writes none within the limit.
+    /// Returns the next text line of the child's output, without the line feed; empty if the child ends or
+    /// writes none within the limit.
     [[nodiscard]] std::string readLine(std::chrono::milliseconds limit);
 
-    /// Readable when the child has written something, and when it has ended.
+    /// A descriptor that is readable when the child has written output or has ended.
     [[nodiscard]] int output() const noexcept { return m_output.get(); }
-    /// Takes what can be read from `output` away; false when the child has ended.
+    /// Discards the output that can be read; false if the child has ended.
     [[nodiscard]] bool discardOutput();
 
 private:

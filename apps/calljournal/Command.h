@@ -10,20 +10,20 @@ class App;
 
 namespace calljournal {
 
-/// What all sub-commands have in common.
+/// The options of all sub-commands.
 struct CommonOptions {
-    /// How the program was called, for texts that show a command to type.
+    /// The name that the user started the program with, for texts that contain a command.
     std::string program = "calljournal";
-    /// Empty stands for the default.
+    /// Empty: the default directory.
     std::string data;
 
-    /// The data directory. Throws `ConfigurationError` when there is no default.
+    /// The data directory. Throws `ConfigurationError` if there is no default.
     [[nodiscard]] std::filesystem::path dataDirectory() const;
-    /// A command to type that works on the same data directory: "calljournal watch --data DIR".
+    /// A command that the user can type for the same data directory: "calljournal watch --data DIR".
     [[nodiscard]] std::string commandToType(const std::string& command) const;
 };
 
-/// One sub-command. Its options are added to the command line when it is made.
+/// A sub-command. Its constructor adds its options to the command line.
 class Command {
 public:
     Command() = default;
@@ -31,12 +31,12 @@ public:
     Command& operator=(const Command&) = delete;
     virtual ~Command() = default;
 
-    /// Runs on the main thread, which has started no other yet. Answers the exit status; throws a `std::exception`
-    /// whose text is for the user.
+    /// Returns the exit status. Throws a `std::exception` with a text for the user. Call from the main
+    /// thread, before any other thread is started.
     [[nodiscard]] virtual int run(const CommonOptions& common) = 0;
 };
 
-// Each adds the options of its sub-command to `app`, which outlives the command.
+// Each adds the options of its sub-command to `app`. Requires: `app` outlives the command.
 [[nodiscard]] std::unique_ptr<Command> makeServeCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSwitchCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDemoCommand(CLI::App& app);

@@ -25,11 +25,11 @@ struct Entry {
 constexpr std::array<Entry, 11> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
-    {"demo", "serve, with a simulated switch whose calls come in", &makeDemoCommand},
+    {"demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
     {"list", "print a list of the running journal", &makeListCommand},
     {"show", "print an entry of the running journal with all its calls", &makeShowCommand},
     {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
-    {"viewed", "mark missed calls of the running journal as looked at", &makeViewedCommand},
+    {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
     {"delete", "delete entries of the running journal", &makeDeleteCommand},
     {"export", "print a whole list of the running journal as a file for other programs", &makeExportCommand},
     {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
@@ -76,7 +76,8 @@ std::string CommonOptions::commandToType(const std::string& command) const {
 }
 
 int runCommandLine(int argc, char** argv) {
-    CLI::App app("The call journal of a telephone line: who called, who was called.", "calljournal");
+    CLI::App app("The call journal of a telephone line: calls received, dialled, missed and forwarded.",
+                 "calljournal");
     app.require_subcommand(1);
     app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
     CommonOptions common;
@@ -86,7 +87,7 @@ int runCommandLine(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) {
-            return app.exit(error);  // which prints what was asked for: the help, the version
+            return app.exit(error);  // prints the help or the version
         }
         std::cerr << usageError(app, error) << std::endl;
         return eWrongUsage;

@@ -34,8 +34,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kPageSize = 1000;
 
-/// Passes the contacts of a running server that contain `search` (empty: all) to `visitor`, in the order of their
-/// names, at most `limit`. Returns the number of contacts found. Throws `RemoteError` when the server fails.
+/// Passes the contacts of a running server that contain `search` (empty: all) to `visitor`, in the order of
+/// their names, at most `limit`. Returns the number of contacts found. Throws `RemoteError` when the server
+/// fails.
 std::size_t visitContacts(host::RemoteClient& client, const std::string& search,
                           std::optional<std::size_t> limit,
                           const std::function<void(const Contact&)>& visitor) {
@@ -46,7 +47,7 @@ std::size_t visitContacts(host::RemoteClient& client, const std::string& search,
         const auto page =
             journalxml::parsePhonebookPage(client.call(journalxml::buildPhonebookRead(request)));
         if (!page) {
-            throw host::RemoteError("calljournal could not answer; its log says why");
+            throw host::RemoteError("calljournal could not return the contacts; see its log");
         }
         for (const Contact& contact : page->contacts) {
             visitor(contact);
@@ -90,10 +91,10 @@ int statusOfOutput() {
     return std::cout.flush().good() ? eDone : eFailed;
 }
 
-/// Says on the standard error output what an import does, as it does it.
+/// Prints the progress of an import to the standard error output.
 class ImportProgress {
 public:
-    /// Both are borrowed and outlive the progress; `stream` is the file's.
+    /// Both are borrowed and outlive this object; `stream` reads the file.
     ImportProgress(const std::string& file, std::istream& stream) : m_file(file), m_stream(stream) {
         std::error_code ignored;
         const auto size = std::filesystem::file_size(file, ignored);
@@ -114,7 +115,7 @@ public:
     }
 
 private:
-    /// How much of the file is read.
+    /// The share of the file that is read: " (42 %)".
     [[nodiscard]] std::string percentage() const {
         const auto at = static_cast<std::streamoff>(m_stream.tellg());
         if (at < 0 || m_size == 0) {
@@ -141,7 +142,8 @@ class ContactsCommand final : public Command {
 public:
     explicit ContactsCommand(CLI::App& app) {
         app.require_subcommand(1);
-        m_import = addSubcommand(app, "import", "take contacts from a vCard or CSV file into the phonebook");
+        m_import =
+            addSubcommand(app, "import", "import contacts from a vCard or CSV file into the phonebook");
         m_import->add_option("file", m_file, "a file in vCard 3.0 or 4.0, or CSV")
             ->type_name("FILE.vcf|FILE.csv")
             ->required()
@@ -167,7 +169,7 @@ public:
     }
 
 private:
-    /// Options of all commands ("--data") may stand behind the options of this one.
+    /// Options of all commands ("--data") may follow the options of this one.
     static CLI::App* addSubcommand(CLI::App& app, const char* name, const char* help) {
         CLI::App* const sub = app.add_subcommand(name, help);
         sub->fallthrough();
@@ -180,7 +182,7 @@ private:
             const int reason = errno;
             throw host::ContactFileError(
                 "cannot read " + m_file + ": " +
-                (stream.is_open() ? "there is nothing in it" : std::generic_category().message(reason)));
+                (stream.is_open() ? "the file is empty" : std::generic_category().message(reason)));
         }
         ImportProgress progress(m_file, stream);
         RemoteContacts contacts(client);
@@ -189,9 +191,9 @@ private:
         const bool done = import.run(*readerOf(stream));
         const host::ImportReport& report = import.report();
         if (!done) {
-            throw host::RemoteError("calljournal could not store the contacts; its log says why. " +
+            throw host::RemoteError("calljournal could not store the contacts; see its log. " +
                                     std::to_string(report.added + report.changed) +
-                                    " are in the phonebook; importing the file again takes the rest");
+                                    " are in the phonebook; importing the file again stores the rest");
         }
         std::cout << (m_json ? host::jsonText(host::importJson(report)) + "\n" : importText(m_file, report));
         return report.read > report.skipped ? statusOfOutput() : eFailed;
@@ -222,7 +224,7 @@ private:
         if (m_json) {
             std::cout << host::jsonText({{"total", total}, {"contacts", std::move(contacts)}}) << "\n";
         } else if (rows.empty()) {
-            std::cout << (m_search.empty() ? "nobody in the phonebook\n" : "nobody found\n");
+            std::cout << (m_search.empty() ? "no contacts in the phonebook\n" : "no contacts found\n");
         } else {
             std::cout << tableText({"NAME", "COMPANY", "OFFICE", "MOBILE", "PRIVATE", "OFFICE 2"}, rows,
                                    {terminalWidth(), {1, 0}});

@@ -38,7 +38,7 @@ Deletion deletionFrom(host::ListName list) {
 
 void requireSuccess(const std::string& response) {
     if (journalxml::parseBoolResponse(response) != true) {
-        throw host::RemoteError("calljournal could not delete; its log says why");
+        throw host::RemoteError("calljournal could not delete; see its log");
     }
 }
 
@@ -50,9 +50,9 @@ public:
         app.add_flag("--all", m_all, "delete every entry of the list");
         app.callback([this] {
             if (m_entryIds.empty() != m_all) {
-                throw CLI::ValidationError(m_all
-                                               ? "either --all or entries, not both"
-                                               : "which entries? Name their ids, or all of them with --all");
+                throw CLI::ValidationError(
+                    m_all ? "either --all or entries, not both"
+                          : "no entries are given; give their ids, or --all for all of them");
             }
         });
     }
@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    /// One by one, because only the answer about one entry says whether it was there.
+    /// Deletes one entry a request, because only then does the response show if the entry existed.
     std::size_t deleteNamed(host::RemoteClient& client, host::ListName list,
                             std::vector<std::string>& unknown) const {
         std::size_t deleted = 0;
@@ -86,7 +86,8 @@ private:
         return deleted;
     }
 
-    /// Behind the newest entries, which a list shows, there may be older ones, which come into view when those are gone.
+    /// Repeats until the list is empty, because a list has only the newest entries loaded: older ones are
+    /// loaded after these are deleted.
     static std::size_t deleteAll(host::RemoteClient& client, host::ListName list) {
         std::set<std::string> deleted;
         for (;;) {
@@ -95,8 +96,7 @@ private:
             for (const ListRow& row : response.rows) {
                 if (!deleted.insert(row.entryId).second) {
                     throw host::RemoteError("calljournal could not delete " +
-                                            host::countText(list, response.rows.size()) +
-                                            "; its log says why");
+                                            host::countText(list, response.rows.size()) + "; see its log");
                 }
                 entryIds.push_back(row.entryId);
             }

@@ -14,14 +14,14 @@
 namespace calljournal {
 namespace {
 
-/// The line that the built-in calls are for.
+/// The called line of the built-in scenario.
 constexpr const char* kDemoLine = "2001";
 
 void printChange(const std::string& sentence) {
     std::cout << host::timeOfDay() << "  " << host::printable(sentence) << std::endl;
 }
 
-/// Where the simulated switch listens; it says so in its first line.
+/// The listening address of the simulated switch, which it prints in its first text line.
 host::Endpoint endpointOf(ChildProcess& simulator) {
     const std::string line = simulator.readLine(std::chrono::seconds(10));
     const auto endpoint = host::parseEndpoint(line.substr(line.rfind(' ') + 1));
@@ -43,7 +43,7 @@ public:
                                      " only; for line " + configuration.lines.front().device +
                                      " start `calljournal switch` with a scenario and `calljournal serve`");
         }
-        // So that the calls which the simulated switch sends elsewhere show as forwarded.
+        // With this setting, calls that the simulated switch forwards are in the forwarded list.
         configuration.managementOverrides.try_emplace("server-based-features", "true");
         const auto directory = common.dataDirectory();
         const auto socket = JournalServer::claim(directory);

@@ -14,7 +14,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Member = std::pair<const char*, const char*>;
 
-// The members of an item and of an occurrence as they are shown, in this order. The name and the list stand above them.
+// The members of an item and of an occurrence with their titles, in the order of the text. The name and the
+// list precede them.
 constexpr std::array<Member, 11> kItemMembers{{{"number", "Number"},
                                                {"numberType", "Kind of number"},
                                                {"time", "Time"},
@@ -37,10 +38,10 @@ constexpr std::array<Member, 11> kCallMembers{{{"time", "TIME"},
                                                {"redirectingName", "NAME"},
                                                {"lineKey", "LINE"},
                                                {"completedElsewhere", "ELSEWHERE"}}};
-// Names first, then numbers.
+// The columns that are cut first: names, then numbers.
 constexpr std::array<std::size_t, 7> kCut{8, 9, 7, 5, 3, 2, 1};
 
-/// A member as it is shown; empty when the object has no such one.
+/// The text of a member; empty if the object has no such member.
 std::string shown(const Json& object, const std::string& member, const char* forFalse) {
     const auto found = object.find(member);
     if (found == object.end()) {

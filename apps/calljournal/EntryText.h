@@ -8,9 +8,9 @@
 
 namespace calljournal {
 
-/// An entry of a list as people read it: what it is, who, and a table of its calls, cut to `width` columns; what is empty
-/// is left out, and what could disturb a terminal is made visible. `item` is what `itemJson` made of it. Pure; any
-/// thread may call.
+/// The text of an entry for people: its name and kind, its members, and a table of its calls, cut to `width`
+/// columns. Leaves out empty members and escapes control characters. `item` is the result of `itemJson`. Pure
+/// and thread-safe.
 [[nodiscard]] std::string entryText(host::ListName list, const nlohmann::ordered_json& item,
                                     std::size_t width);
 

@@ -24,7 +24,7 @@ namespace {
 
 constexpr const char* kDatabaseName = "journal.db";
 constexpr const char* kTokenName = "api-token";
-/// From the program's directory.
+/// Relative to the program's directory.
 constexpr const char* kPageDirectory = "../share/calljournal/web";
 
 host::LineSettings lineSettings(const host::Configuration& configuration) {
@@ -64,7 +64,7 @@ host::HttpApiSettings httpSettings(const host::Configuration& configuration,
 
 }  // namespace
 
-/// In the order in which each needs the ones before it.
+/// The components in dependency order.
 class JournalServer::Impl {
 public:
     Impl(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
@@ -79,7 +79,8 @@ public:
           m_socket(socket),
           m_device(configuration.lines.front().device),
           m_httpSettings(httpSettings(configuration, dataDirectory)) {
-        // The library asks the program for the phone's hardware: a plain one, without a user interface of its own.
+        // The library reads the phone's hardware variant from the program. 0: a phone without its own user
+        // interface.
         host::HardwareVariant::set(0);
         m_database.setWriteListener(
             [this](std::chrono::duration<double> time) { m_metrics.databaseWrote(time); });
@@ -94,14 +95,14 @@ public:
     [[nodiscard]] host::Line& line() noexcept { return m_line; }
 
     void start() {
-        // First, since it fails where another journal runs, which the switch need not see.
+        // First, because it fails if another journal uses the address; the switch then gets no connection.
         m_http = std::make_unique<host::HttpApi>(httpBackend(), m_httpSettings);
         m_line.start();
         m_remote = std::make_unique<host::RemoteServer>(
             m_socket, host::RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
                                           [this] { return m_library.createJournalServiceObserverProxy(); }});
         m_httpEndpoint = m_http->start();
-        // Last, since what its clients do is told to the other face.
+        // Last, because changes by its clients are reported to the HTTP API.
         m_remote->start();
     }
 

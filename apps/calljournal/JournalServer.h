@@ -11,44 +11,45 @@
 
 namespace calljournal {
 
-/// Everything that `serve` runs: the database, the service library, the line, and the server for remote clients.
-///
-/// Threads: made, started and stopped by the main thread.
+/// The components of `serve`: the database, the service library, the line, the HTTP API, and the server for
+/// remote clients. Construct, start and stop from the main thread.
 class JournalServer {
 public:
-    /// Claims `dataDirectory`, which is made when it is not there. Done before anything is opened there. Throws
-    /// `RemoteError` when a server is running in it.
+    /// Claims `dataDirectory` for this process, and creates it if it does not exist. Call before any file in
+    /// it is opened. Throws `RemoteError` if a server is running there.
     [[nodiscard]] static std::unique_ptr<host::ServerSocket> claim(
         const std::filesystem::path& dataDirectory);
 
-    /// Opens the database and loads the library. `socket` is borrowed and outlives the server. Throws what can go wrong
-    /// with a text for the user.
+    /// Opens the database and loads the library. `socket` is borrowed and outlives the server. Throws a
+    /// `std::exception` with a text for the user.
     JournalServer(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
                   host::ServerSocket& socket);
-    /// Stops the server if it still runs.
+    /// Calls `stop`.
     ~JournalServer();
     JournalServer(const JournalServer&) = delete;
     JournalServer& operator=(const JournalServer&) = delete;
 
-    /// `listener` is told every change of the journal in a sentence, on whichever thread makes it. Before `start`.
+    /// Sets a listener that gets a sentence about each change of the journal, on the thread that makes the
+    /// change. Call before `start`.
     void setChangeListener(std::function<void(const std::string&)> listener);
 
-    /// Returns when the journal is loaded and clients are served; the switch is connected to meanwhile or later.
+    /// Returns when the journal is loaded and clients are served. The connection to the switch is made
+    /// asynchronously.
     void start();
 
-    /// Where the HTTP face is, once started.
+    /// The address of the HTTP API. Valid after `start`.
     struct HttpAddress {
         host::Endpoint endpoint;
         std::optional<std::string> token;
 
         /// "http://127.0.0.1:8080/".
         [[nodiscard]] std::string text() const;
-        /// The same with the token, for a browser that has none yet.
+        /// The same with the token, for a browser that has no cookie yet.
         [[nodiscard]] std::string signInText() const;
     };
     [[nodiscard]] HttpAddress httpAddress() const;
-    /// Ends what `start` began, in reverse order: when it returns, every change that a client was told of is stored, and
-    /// nothing runs any more. Idempotent.
+    /// Stops the components in reverse order. Afterwards every change that a client was notified of is
+    /// stored, and no thread of the server runs. Idempotent.
     void stop();
 
 private:

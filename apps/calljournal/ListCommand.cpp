@@ -47,7 +47,7 @@ public:
 private:
     [[nodiscard]] std::string describe(const ListResponse& response) const {
         if (response.rows.empty()) {
-            return "nothing " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
+            return "no entries " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
         }
         std::string text =
             tableText(response.rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());

@@ -61,7 +61,7 @@ void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const 
 void printUnknown(const std::string& entryId, host::ListName list, const CommonOptions& common) {
     const std::string word(host::wordOf(list));
     std::cerr << "calljournal: there is no entry " << host::printable(entryId) << " in the list " << word
-              << "; `" << common.commandToType("list " + word + " --ids") << "` shows those that there are"
+              << "; `" << common.commandToType("list " + word + " --ids") << "` prints the ids of the entries"
               << std::endl;
 }
 

@@ -37,7 +37,7 @@ std::string durationOf(const Duration& occurrence) {
     return occurrence.getDuration();
 }
 
-/// Who withholds the number leaves nothing to show.
+/// A caller who withholds the number has neither name nor number.
 void nameUnknown(ListRow& row) {
     if (row.name.empty() && row.number.empty()) {
         row.name = "unknown";
@@ -132,7 +132,7 @@ std::optional<ListResponse> readListResponse(host::ListName list, const std::str
 ListResponse fetchList(host::RemoteClient& client, host::ListName list, const ListFilter& filter) {
     auto response = readListResponse(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
     if (!response) {
-        throw host::RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not return the list; see its log");
     }
     return std::move(*response);
 }

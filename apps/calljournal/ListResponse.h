@@ -16,19 +16,19 @@ class RemoteClient;
 
 namespace calljournal {
 
-/// Which items of a list are wanted.
+/// Selects items of a list.
 struct ListFilter {
-    /// The newest of those that are found; nothing: all.
+    /// The number of items, the newest first; std::nullopt: all.
     std::optional<std::size_t> limit;
-    /// Empty: all; else see `SearchText`.
+    /// See `SearchText`; empty: all items match.
     std::string search;
 };
 
-/// A list as it was answered, cut to what is wanted. A plain value.
+/// The selected items of a list in three formats. A plain value.
 struct ListResponse {
-    /// How many items are found, before the limit cuts them.
+    /// The number of items that match the search, regardless of the limit.
     std::size_t total = 0;
-    /// How many of those nobody has looked at; 0 for all lists but the missed one.
+    /// The number of those that are not viewed; 0 for all lists but the missed one.
     std::size_t unviewed = 0;
     std::vector<ListRow> rows;
     /// The text of {"list","total","unviewed","items":[...]}.
@@ -37,14 +37,15 @@ struct ListResponse {
     std::string csv;
 };
 
-/// The method that answers with the list.
+/// The method that returns the list.
 [[nodiscard]] journalxml::MethodId methodFor(host::ListName list) noexcept;
 
-/// Reads the answer to that method; nothing when it is a failure or is no list. Pure; any thread may call.
+/// Parses the response of that method; std::nullopt for a failure and for a text that is not a list. Pure and
+/// thread-safe.
 [[nodiscard]] std::optional<ListResponse> readListResponse(host::ListName list, const std::string& response,
                                                            const ListFilter& filter);
 
-/// Asks a running server for the list. Throws `RemoteError` when it fails.
+/// Requests the list from a running server. Throws `RemoteError` if the request fails.
 [[nodiscard]] ListResponse fetchList(host::RemoteClient& client, host::ListName list,
                                      const ListFilter& filter = {});
 

@@ -6,9 +6,9 @@
 
 namespace calljournal {
 
-/// One line of a table of calls. A plain value; texts stand as the journal has them.
+/// A row of a table of calls. A plain value; texts are not escaped.
 struct ListRow {
-    /// Not looked at yet: shown with an asterisk.
+    /// Not viewed yet; printed with an asterisk.
     bool marked = false;
     std::string time;
     std::string name;
@@ -18,11 +18,11 @@ struct ListRow {
     std::string entryId = {};
 };
 
-/// What a table of calls shows behind time, name and number.
+/// The columns of a table of calls after time, name and number.
 enum class ListColumns { eCalls, eEntryIds };
 
-/// The rows as a table (`TextTable.h`) of `width` columns, 0 for as many as it needs: names and numbers are cut. Pure; any
-/// thread may call.
+/// The rows as a table (`TextTable.h`). Cuts names and numbers so that a row has at most `width` columns; 0:
+/// no limit. Pure and thread-safe.
 [[nodiscard]] std::string tableText(const std::vector<ListRow>& rows,
                                     ListColumns columns = ListColumns::eCalls, std::size_t width = 0);
 

@@ -12,7 +12,7 @@ journalxml::ManagementResponse requestSettings(host::RemoteClient& client,
     auto response =
         journalxml::parseManagementResponse(client.call(journalxml::buildManagementRequest(request)));
     if (!response) {
-        throw host::RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not read or change the settings; see its log");
     }
     return std::move(*response);
 }

@@ -8,12 +8,12 @@ class RemoteClient;
 
 namespace calljournal {
 
-/// Reads or changes settings of the running journal, and answers what it says, a refusal included. Throws `RemoteError`
-/// when it says nothing that can be read.
+/// Reads or changes settings of the running journal. Returns the response, which may be a refusal. Throws
+/// `RemoteError` if the response is invalid.
 [[nodiscard]] journalxml::ManagementResponse requestSettings(host::RemoteClient& client,
                                                              const journalxml::ManagementRequest& request);
 
-/// Whether the running journal is switched off: its lists were emptied then. Throws as `requestSettings`.
+/// True if the running journal is switched off, which clears its lists. Throws as `requestSettings`.
 [[nodiscard]] bool isJournalOff(host::RemoteClient& client);
 
 }  // namespace calljournal

@@ -12,11 +12,11 @@ class App;
 
 namespace calljournal {
 
-/// Adds `--answer REQUEST=HOW`, which may stand several times. `values` outlives `app`; what stands in it after the
-/// command line was read can be given to `readResponseMode`.
+/// Adds `--answer REQUEST=HOW`, which may be repeated. `readResponseMode` accepts the values. Requires:
+/// `values` outlives `app`.
 void addResponseModeOption(CLI::App& app, std::vector<std::string>& values);
 
-/// The requests that are to be answered badly, and how. Of two texts about one request the last holds.
+/// The response modes of the simulated switch, by request; the last text about a request wins.
 [[nodiscard]] std::map<std::string, host::ResponseMode> readResponseMode(
     const std::vector<std::string>& values);
 

@@ -17,7 +17,8 @@ std::string checkKeyAndValue(const std::string& text) {
     return equals == std::string::npos || equals == 0 ? text + " is not KEY=VALUE" : std::string();
 }
 
-/// Throws at a value that means nothing to its key, and warns of a key that nobody reads, which may be misspelt.
+/// Throws `ConfigurationError` for an invalid value. Logs a warning for a key that is not read, which may be
+/// misspelt.
 void check(const host::Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
         if (!host::isTaken(key, value)) {
@@ -27,7 +28,7 @@ void check(const host::Configuration::Keys& keys) {
         }
         if (!host::isRead(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
-                      "nothing reads the setting %s; is it misspelt?", key.c_str());
+                      "the setting %s is not used; is it misspelt?", key.c_str());
         }
     }
 }
@@ -37,11 +38,12 @@ void check(const host::Configuration::Keys& keys) {
 void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
     app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
     addListenOption(app, "--listen", m_listen,
-                    "where the page and the API are, instead of the file's [127.0.0.1:8080]");
+                    "the address of the page and the API; overrides the file [127.0.0.1:8080]");
     if (withSwitch) {
-        addPeerOption(app, "--switch", m_switch, "the switch, instead of the file's [127.0.0.1:4242]");
+        addPeerOption(app, "--switch", m_switch,
+                      "the address of the switch; overrides the file [127.0.0.1:4242]");
     }
-    app.add_option("--set", m_keys, "a management key's value, instead of the file's and the stored one")
+    app.add_option("--set", m_keys, "the value of a management key; overrides the file and the stored value")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false)
         ->check(checkKeyAndValue);

@@ -11,14 +11,15 @@ class App;
 
 namespace calljournal {
 
-/// The options with which a journal is served, and what they say together. Later ones win: the file, then `--listen` and
-/// `--switch`, then `--set`.
+/// The options of `serve` and `demo`, and the configuration that they result in. `--listen`, `--switch` and
+/// `--set` override the file.
 class ServeOptions {
 public:
-    /// `withSwitch`: also `--switch`, where the command does not bring a switch of its own.
+    /// `withSwitch`: adds `--switch` too, for a command without its own switch.
     void addTo(CLI::App& app, bool withSwitch);
 
-    /// Throws `ConfigurationError`. Sets up the log as the configuration says; `logLevel` is that without a file.
+    /// Returns the configuration and configures the log with it. `logLevel` applies if there is no file.
+    /// Throws `ConfigurationError`.
     [[nodiscard]] host::Configuration configure(const std::string& logLevel = "info") const;
 
 private:

@@ -51,9 +51,9 @@ std::string refusalJson(const journalxml::RefusedKey& refused) {
 class SettingsCommand final : public Command {
 public:
     explicit SettingsCommand(CLI::App& app) {
-        app.add_option("key", m_key, "the setting to read or to change; without it, all are printed")
+        app.add_option("key", m_key, "the setting to read or change; without it, all are printed")
             ->type_name("KEY");
-        m_valueOption = app.add_option("value", m_value, "what to set it to")->type_name("VALUE");
+        m_valueOption = app.add_option("value", m_value, "the new value")->type_name("VALUE");
         app.add_flag("--json", m_json, "print one JSON object");
     }
 
@@ -83,13 +83,13 @@ private:
     }
 
     [[nodiscard]] static std::string hint(const CommonOptions& common) {
-        return "; `" + common.commandToType("settings") + "` shows those that there are";
+        return "; `" + common.commandToType("settings") + "` prints all settings";
     }
 
     void print(const journalxml::ManagementResponse& response, const CommonOptions& common) const {
         if (!m_key.empty() && !changes() && !response.settings.front().value) {
             throw std::runtime_error(host::printable(m_key) + " has no value; `" +
-                                     common.commandToType("settings " + m_key + " VALUE") + "` gives it one");
+                                     common.commandToType("settings " + m_key + " VALUE") + "` sets one");
         }
         if (m_json) {
             std::cout << settingsJson(response.settings) << std::endl;

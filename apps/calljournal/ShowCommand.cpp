@@ -28,23 +28,23 @@ using Entry = std::pair<host::ListName, Json>;
 template <typename Item>
 using Parser = bool (*)(const std::string&, Item&);
 
-/// The entry in one list; an item without the id is the answer where there is none.
+/// The entry of one list. The response is an item without the id if the list has no such entry.
 template <typename Item>
 std::optional<Entry> find(host::RemoteClient& client, host::ListName list, MethodId method,
                           Parser<Item> parse, const std::string& entryId) {
     Item item;
     if (!parse(client.call(journalxml::buildRequest(method, {entryId})), item)) {
-        throw host::RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not return the entry; see its log");
     }
     return item.getEntryId() == entryId ? std::optional<Entry>({list, host::itemJson(item)}) : std::nullopt;
 }
 
-/// There is no method for one callback.
+/// No method returns a single callback.
 std::optional<Entry> findCallback(host::RemoteClient& client, const std::string& entryId) {
     std::deque<CallBackItem> items;
     if (!Helper::parseXMLCallBackList(client.call(journalxml::buildRequest(MethodId::eGetCallBackList)),
                                       items)) {
-        throw host::RemoteError("calljournal could not answer; its log says why");
+        throw host::RemoteError("calljournal could not return the entry; see its log");
     }
     for (const CallBackItem& item : items) {
         if (item.getEntryId() == entryId) {
@@ -88,7 +88,7 @@ public:
             throw std::runtime_error(
                 "there is no entry " + host::printable(m_entryId) + " in any of the five lists; `" +
                 common.commandToType("list LIST --ids") +
-                "` shows those of one (an entry has a new id whenever a call is added to it)");
+                "` prints the ids of a list (an entry gets a new id whenever a call is added to it)");
         }
         std::cout << (m_json ? host::jsonText(entry->second) + "\n"
                              : entryText(entry->first, entry->second, terminalWidth()))

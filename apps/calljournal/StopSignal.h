@@ -4,10 +4,11 @@
 
 namespace calljournal {
 
-/// Turns SIGINT and SIGTERM, which ask the program to end, into something that can be waited for. SIGPIPE is ignored
-/// from then on, so that a reader who goes away shows as a failed write.
+/// Turns SIGINT and SIGTERM into a descriptor that a thread can wait for. Ignores SIGPIPE, so that a closed
+/// output is a failed write.
 ///
-/// Made on the main thread before any other is started: threads inherit that the signals are held back. Once a process.
+/// Construct once in a process, on the main thread, before any other thread is started: threads inherit the
+/// blocked signals.
 class StopSignal {
 public:
     StopSignal();
@@ -15,13 +16,14 @@ public:
     StopSignal& operator=(const StopSignal&) = delete;
     ~StopSignal() = default;
 
-    /// Readable as soon as the program is to end; to wait for together with other descriptors.
+    /// Readable after a signal; for waiting together with other descriptors.
     [[nodiscard]] int descriptor() const noexcept { return m_descriptor.get(); }
 
-    /// Waits until the program is to end, or until `other` is readable or at its end: false then. -1 stands for none.
+    /// Waits for a signal or until `other` is readable or at its end; false for the latter. -1: no other
+    /// descriptor.
     [[nodiscard]] bool wait(int other = -1) const;
 
-    /// Lets the signals through again, in a forked child before it becomes another program. Async-signal-safe.
+    /// Unblocks the signals. Call in a forked child before it executes another program. Async-signal-safe.
     static void restoreInChild() noexcept;
 
 private:

@@ -23,20 +23,22 @@ class SwitchCommand final : public Command {
 public:
     explicit SwitchCommand(CLI::App& app) {
         addListenOption(app, "--listen", m_listen,
-                        "where clients connect; port 0 takes a free one [127.0.0.1:4242]");
+                        "the address that clients connect to; port 0 selects a free port [127.0.0.1:4242]");
         app.add_option("--scenario", m_scenario, "the calls to play [those of the demo]")->type_name("FILE");
-        app.add_flag("--loop", m_loop, "start over when the scenario is over");
-        app.add_option("--rate", m_rate, "stretch or shrink the waits to this many calls a second")
+        app.add_flag("--loop", m_loop, "repeat the scenario");
+        app.add_option("--rate", m_rate, "scale the waits to this many calls per second")
             ->type_name("CALLS_PER_S")
             ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
                 return CLI::PositiveNumber(text).empty() ? std::string() : text + " is not a number above 0";
             }));
-        app.add_flag("--call-log", m_callLog, "keep a call log as a switch does and tell the phones of it");
+        app.add_flag("--call-log", m_callLog,
+                     "store a call log as a switch does, and report it to the phones");
         addResponseModeOption(app, m_responseModes);
-        app.add_flag("--log-messages", m_logMessages, "log every message that comes and goes");
+        app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
     }
 
-    // The first line of the output says where the switch listens: whoever starts it with port 0 reads it there.
+    // The first text line of the output contains the listening address, for a parent process that starts it
+    // with port 0.
     int run(const CommonOptions& /*common*/) override {
         const StopSignal stop;
         if (m_logMessages) {

@@ -4,8 +4,8 @@
 
 namespace calljournal {
 
-/// How many columns a line on the standard output has: what the environment's COLUMNS says, else the terminal, and 80
-/// where the output is none.
+/// The number of columns of the standard output: the environment's COLUMNS, else the terminal's width, else
+/// 80.
 [[nodiscard]] std::size_t terminalWidth();
 
 }  // namespace calljournal

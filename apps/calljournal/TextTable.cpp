@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kGap = 2;
 constexpr std::size_t kLeastWidth = 8;
 
-/// The column's width; 0 when no row has a value for it.
+/// The column's width; 0 if no row has a value in it.
 std::size_t widthOf(std::size_t column, const std::string& title, const std::vector<TableRow>& rows) {
     std::size_t width = 0;
     for (const TableRow& row : rows) {

@@ -6,25 +6,25 @@
 
 namespace calljournal {
 
-/// One line of a table. A plain value; texts stand as they were received.
+/// A row of a table. A plain value; texts are not escaped.
 struct TableRow {
-    /// Shown with an asterisk before the line.
+    /// Printed with an asterisk before the row.
     bool marked = false;
-    /// As many as there are titles.
+    /// One for each title.
     std::vector<std::string> cells;
 };
 
-/// How a table keeps to the width of a terminal. A plain value.
+/// The width limit of a table. A plain value.
 struct TableFit {
-    /// How many columns a line may take; 0: as many as it needs.
+    /// The number of terminal columns of a row; 0: no limit.
     std::size_t width = 0;
-    /// The positions of the table's columns that may be cut where a line would be longer, the first one first. A cut text
-    /// ends in "…". When all are down to a few characters, lines are longer after all.
+    /// The positions of the table's columns that may be cut, in this order. A cut text ends in "…". A column
+    /// is not cut below a few characters, so a row can still be longer than `width`.
     std::vector<std::size_t> cut;
 };
 
-/// The rows as a table for a terminal, with a line of titles; columns that are empty in every row are left out, and what
-/// could disturb a terminal is made visible. Empty without rows. Pure; any thread may call.
+/// The rows as a table for a terminal, with a row of titles. Leaves out columns that are empty in every row
+/// and escapes control characters. Empty if there are no rows. Pure and thread-safe.
 [[nodiscard]] std::string tableText(const std::vector<std::string>& titles, const std::vector<TableRow>& rows,
                                     const TableFit& fit = {});
 

@@ -11,7 +11,7 @@
 namespace calljournal {
 namespace {
 
-/// How many letters have to be put in, left out or replaced to make one word of the other.
+/// The Levenshtein distance of two words.
 std::size_t distance(const std::string& left, const std::string& right) {
     std::vector<std::size_t> row(right.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
@@ -27,7 +27,7 @@ std::size_t distance(const std::string& left, const std::string& right) {
     return row.back();
 }
 
-/// "; did you mean X?", or nothing where no word is near.
+/// "; did you mean X?"; empty if no word is similar.
 std::string suggestion(const std::string& word, const std::vector<std::string>& known) {
     std::string best;
     std::size_t least = std::max<std::size_t>(word.size() / 3, 1) + 1;
@@ -71,7 +71,7 @@ std::string joined(const std::vector<std::string>& words) {
     return text;
 }
 
-/// The command that the line has got to.
+/// The innermost command of the command line.
 const CLI::App& innermost(const CLI::App& app) {
     const std::vector<CLI::App*> chosen = app.get_subcommands();
     return chosen.empty() ? app : innermost(*chosen.back());
@@ -82,7 +82,7 @@ std::string fullNameOf(const CLI::App& app) {
                                        : fullNameOf(*app.get_parent()) + " " + app.get_name();
 }
 
-/// What stands on the line and is not known; an option before anything else.
+/// The first unknown option of the command line, else the first unknown word.
 std::string firstUnknown(const CLI::App& app) {
     const std::vector<std::string> rest = app.remaining(true);
     const auto option = std::find_if(rest.begin(), rest.end(),
@@ -93,7 +93,7 @@ std::string firstUnknown(const CLI::App& app) {
     return rest.empty() ? std::string() : rest.front();
 }
 
-/// What is wrong with an option's or an argument's value. The error's text begins with its name.
+/// The fault of an option's or an argument's value. The error's text begins with the name of the option.
 std::string valueFault(const CLI::App& command, const CLI::ParseError& error) {
     const std::string text = error.what();
     const std::size_t colon = text.find(": ");
@@ -122,7 +122,7 @@ std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::Par
         return "there is no command " + host::printable(unknown) + suggestion(unknown, commands);
     }
     if (!unknown.empty()) {
-        return "nothing is known to do with " + host::printable(unknown);
+        return "unexpected argument " + host::printable(unknown);
     }
     if (!commands.empty()) {
         return "a command is missing: " + joined(commands);
@@ -135,7 +135,7 @@ std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::Par
 std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App& command = innermost(app);
     const std::string name = fullNameOf(command);
-    return name + ": " + faultOf(app, command, error) + " (`" + name + " --help` says more)";
+    return name + ": " + faultOf(app, command, error) + " (`" + name + " --help` shows more)";
 }
 
 }  // namespace calljournal

@@ -9,8 +9,8 @@ class ParseError;
 
 namespace calljournal {
 
-/// What is wrong with a command line, in one line that says what to do: an unknown command or option comes with the known
-/// one that it resembles. `app` is what has just thrown `error` (which is none of the requests for help). Pure.
+/// The error of a command line as one text line with advice: an unknown command or option comes with a
+/// similar known one. Requires: `app` threw `error`, which is no request for help. Pure.
 [[nodiscard]] std::string usageError(const CLI::App& app, const CLI::ParseError& error);
 
 }  // namespace calljournal

@@ -25,7 +25,7 @@ public:
     int run(const CommonOptions& common) override {
         host::RemoteClient client(common.dataDirectory());
         const ListResponse missed = fetchList(client, host::ListName::eMissed);
-        // The journal takes every id and does not say which it knows.
+        // The journal accepts every id and does not report unknown ones.
         const auto firstUnknown = std::stable_partition(
             m_entryIds.begin(), m_entryIds.end(), [&missed](const std::string& entryId) {
                 return std::any_of(missed.rows.begin(), missed.rows.end(),
@@ -35,7 +35,7 @@ public:
         const std::string request =
             journalxml::buildRequest(journalxml::MethodId::eSetMissedCallListAsViewed, known);
         if (journalxml::parseBoolResponse(client.call(request)) != true) {
-            throw host::RemoteError("calljournal could not do it; its log says why");
+            throw host::RemoteError("calljournal could not mark them; see its log");
         }
         std::cout << host::countText(host::ListName::eMissed, known.size()) << " viewed" << std::endl;
         std::for_each(firstUnknown, m_entryIds.end(), [&common](const std::string& entryId) {

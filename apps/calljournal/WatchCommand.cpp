@@ -24,7 +24,7 @@ public:
         host::RemoteClient client(common.dataDirectory());
         const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
         if (journalxml::parseBoolResponse(client.call(request)) != true) {
-            throw host::RemoteError("calljournal did not take the subscription; its log says why");
+            throw host::RemoteError("calljournal refused the subscription; see its log");
         }
         for (const std::string& notification : client.takeNotifications()) {
             printInitial(notification);
@@ -32,14 +32,15 @@ public:
         while (const auto notification = client.nextNotification(stop.descriptor())) {
             print(*notification);
             if (!std::cout.good()) {
-                break;  // whoever read our output has seen enough
+                break;  // the reader of the output has closed it
             }
         }
         return eDone;
     }
 
 private:
-    /// What a new subscriber is told before anything has changed. People want to know the counts only.
+    /// Prints a notification that a new subscriber gets before any change. Without --json, only the counts
+    /// are printed.
     void printInitial(const std::string& notification) const {
         const auto message = journalxml::parseObserverMessage(notification);
         if (m_json || (message && isCount(*message))) {
@@ -50,7 +51,7 @@ private:
     void print(const std::string& notification) const {
         const auto message = journalxml::parseObserverMessage(notification);
         if (!message) {
-            std::cerr << "calljournal: a message that cannot be read was passed over" << std::endl;
+            std::cerr << "calljournal: an invalid message was ignored" << std::endl;
         } else if (m_json) {
             std::cout << watchJson(*message) << std::endl;
         } else {

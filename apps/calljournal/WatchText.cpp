@@ -17,7 +17,7 @@ using Json = nlohmann::ordered_json;
 template <typename Item>
 constexpr bool kIsNone = std::is_same_v<Item, std::monostate>;
 
-/// An event without an item carries a default one.
+/// The item; null for an event without one, whose item is default-constructed.
 Json itemOrNull(const ObserverMessage::Item& item) {
     return std::visit(
         [](const auto& each) -> Json {

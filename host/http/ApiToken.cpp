@@ -62,7 +62,7 @@ std::string readToken(const std::filesystem::path& path, const File& file) {
     if (!plain || token.size() < kShortest || token.size() > kLongest) {
         fail(path, "holds no token of 32 to 256 letters and digits; remove it to get a new one");
     }
-    // Somebody may have copied it with looser rights.
+    // A copied file may have wider permissions.
     if (::fchmod(file.descriptor(), S_IRUSR | S_IWUSR) != 0) {
         failWithErrno(path, "cannot be kept from others");
     }
@@ -92,7 +92,7 @@ std::string apiToken(const std::filesystem::path& path) {
     if (errno != ENOENT) {
         failWithErrno(path, "cannot be read");
     }
-    // Written elsewhere first, so that no start ever finds half a token.
+    // Written to a temporary file and renamed, so that a start never reads half a token.
     std::string token = newToken();
     const std::filesystem::path fresh = path.string() + ".new";
     ::unlink(fresh.c_str());

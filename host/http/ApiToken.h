@@ -5,9 +5,9 @@
 
 namespace host {
 
-/// The token that clients of the HTTP face show, kept in a file for its owner only (mode 0600). Makes a new one of 256
-/// random bits when the file is not there. Throws a `std::runtime_error` with a text for the user: the file cannot be read
-/// or made, or holds no token.
+/// Returns the token of the HTTP API, which is stored in a file that only its owner can read (mode 0600).
+/// Creates the file with a new token of 256 random bits if it does not exist. Throws `std::runtime_error`
+/// with a text for the user if the file cannot be read or created, or contains no token.
 [[nodiscard]] std::string apiToken(const std::filesystem::path& path);
 
 }  // namespace host

@@ -53,7 +53,7 @@ std::string cookieValue(std::string_view cookies, std::string_view name) {
 
 void Authenticator::setListenAddress(const Endpoint& endpoint) {
     m_host = lowered(endpoint.host);
-    // Cookies know no ports: two servers of one machine need two names.
+    // A cookie is sent to every port of a host, so two servers on one machine need two cookie names.
     m_cookie = "calljournal-" + std::to_string(endpoint.port);
 }
 
@@ -70,7 +70,7 @@ void Authenticator::checkOrigin(const HttpRequest& request) const {
     }
     const std::string origin = lowered(request.header("origin"));
     const std::string site = request.header("sec-fetch-site");
-    // A browser names the site where it names no origin; a link or a bookmark may open the page itself.
+    // A browser sends Sec-Fetch-Site where it sends no Origin. A link or a bookmark may open the page itself.
     const bool opensPage = request.header("sec-fetch-mode") == "navigate" && request.path.empty();
     if ((!origin.empty() && origin != "http://" + host) ||
         (!opensPage && (site == "cross-site" || site == "same-site"))) {
@@ -86,7 +86,7 @@ bool Authenticator::matchesToken(const std::string& text) const {
     if (!m_token || text.size() != m_token->size()) {
         return false;
     }
-    // Looks at every letter, so that the time it takes tells nothing.
+    // Compares every character: the time taken must not depend on the number of matching characters.
     unsigned difference = 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
         difference |= static_cast<unsigned>(static_cast<unsigned char>(text[at] ^ (*m_token)[at]));

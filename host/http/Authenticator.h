@@ -9,39 +9,39 @@
 
 namespace host {
 
-/// Who may ask, and from where:
+/// Checks the origin and the token of a request:
 ///
-///  1. `Host` must be localhost or the address that the server listens on, so that no name which somebody else's name server
-///     points here gets an answer.
-///  2. A request that a page of another origin makes is refused.
-///  3. What the journal holds needs the token: in `Authorization: Bearer TOKEN`, or in the cookie that a browser gets when
-///     the page is opened with `/?token=TOKEN`.
+///  1. `Host` must be localhost or the listening address. This prevents DNS rebinding.
+///  2. A request from a page of another origin is refused. This prevents cross-site request forgery.
+///  3. The journal's data needs the token, in `Authorization: Bearer TOKEN` or in the cookie that a browser
+///     gets when it opens the page with `/?token=TOKEN`.
 ///
-/// Threads: any, once `setListenAddress` was called.
+/// Thread-safe after `setListenAddress`.
 class Authenticator {
 public:
-    /// Without a token everybody may ask who passes the first two.
+    /// Without a token, only the first two checks apply.
     explicit Authenticator(std::optional<std::string> token) : m_token(std::move(token)) {}
 
-    /// Before the first request.
+    /// Call before the first request.
     void setListenAddress(const Endpoint& endpoint);
 
-    /// Throws `HttpError`: 400 without a host and with what is none, two of them say; 403 for a wrong one and for another origin.
+    /// Throws `HttpError`: 400 if `Host` is missing or is not one host name; 403 for another host or another
+    /// origin.
     void checkOrigin(const HttpRequest& request) const;
-    /// Throws `HttpError` 401: "no-token" for a request without one, "wrong-token" for one that has another.
+    /// Throws `HttpError` 401: "no-token" if the request has no token, "wrong-token" if it has another one.
     void checkToken(const HttpRequest& request) const;
 
-    /// The answer to "/?token=TOKEN": a cookie and the way to the page without the token in its address; for a wrong token the
-    /// way to "/?refused=1", where the page says so. Nothing for any other request.
+    /// The response to "/?token=TOKEN": sets the cookie and redirects to "/", so that the token leaves the
+    /// address bar. A wrong token redirects to "/?refused=1". std::nullopt for any other request.
     [[nodiscard]] std::optional<HttpResponse> signIn(const HttpRequest& request) const;
 
 private:
     [[nodiscard]] bool isServedHost(const std::string& host) const;
-    /// The token that the request names; empty without one.
+    /// The token of the request; empty if it has none.
     [[nodiscard]] std::string tokenOf(const HttpRequest& request) const;
     [[nodiscard]] bool matchesToken(const std::string& text) const;
 
-    // Constant once the server listens.
+    // Constant after `setListenAddress`.
     const std::optional<std::string> m_token;
     std::string m_host;
     std::string m_cookie;

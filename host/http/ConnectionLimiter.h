@@ -5,14 +5,15 @@
 
 namespace host {
 
-/// Decides when the HTTP library accepts a further client: never while `limit` are connected. It stands in the place of the
-/// library's own limiter, which loses a place for good whenever a client is gone before its turn comes, and so ends deaf.
+/// Accepts connections while fewer than `limit` clients are connected. Replaces the HTTP library's own
+/// limiter, which leaks a slot when a client disconnects before it is accepted, and finally stops accepting.
 ///
-/// The road: the library calls `accept_next` at the start and behind each accept, whatever became of that; with a place free the
-/// gate has it accept, else the next client that goes does so. The library says nothing when an accept fails, for want of
-/// descriptors say; for that there is `renewal`.
+///  1. The library calls `accept_next` at the start and after each accept, successful or not.
+///  2. If a slot is free, the limiter starts an accept. If none is free, the next disconnect starts it.
+///  3. The library does not report a failed accept (no file descriptors, for example). `renewal` restarts it.
 ///
-/// Threads: the server's loop thread only, one gate for each such thread. The names with underscores are the library's.
+/// Call from the server's loop thread only; one limiter for each such thread. The names with underscores are
+/// the library's.
 class ConnectionLimiter {
 public:
     using Acceptor = restinio::connection_count_limits::impl::acceptor_callback_iface_t;
@@ -26,10 +27,10 @@ public:
     ConnectionLimiter(const ConnectionLimiter&) = delete;
     ConnectionLimiter& operator=(const ConnectionLimiter&) = delete;
 
-    /// The gate of the server that runs on this thread: the library makes it and shows it to nobody.
+    /// The limiter of the server that runs on this thread. The library creates it and gives no access to it.
     static ConnectionLimiter*& ofThisThread() noexcept {
-        thread_local ConnectionLimiter* gate = nullptr;
-        return gate;
+        thread_local ConnectionLimiter* limiter = nullptr;
+        return limiter;
     }
 
     void accept_next(std::size_t index) noexcept {
@@ -49,8 +50,8 @@ public:
         }
     }
 
-    /// For whoever cancels the accept that is under way now: accepts again, unless that one had come to its end before. To be
-    /// run behind what is in the loop by then.
+    /// Returns a function that accepts again after the pending accept was cancelled, unless that one had
+    /// completed before. Post the function to the loop after the cancellation.
     [[nodiscard]] auto renewal() noexcept {
         return [this, wasAccepting = m_accepting, accepts = m_accepts] {
             if (wasAccepting && accepts == m_accepts) {
@@ -63,9 +64,11 @@ private:
     const restinio::not_null_pointer_t<Acceptor> m_acceptor;
     const std::size_t m_limit;
     std::size_t m_connections = 0;
-    /// How often the library asked; the one socket that it accepts with; whether an accept is under way or scheduled.
+    /// Number of calls of `accept_next`.
     std::size_t m_accepts = 0;
+    /// The index of the listening socket.
     std::size_t m_index = 0;
+    /// An accept is pending or scheduled.
     bool m_accepting = false;
 };
 

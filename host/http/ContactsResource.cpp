@@ -30,10 +30,11 @@ HttpError wrongContact(const std::string& why) {
 }
 
 HttpError databaseFailed() {
-    return {503, "database", "the database does not answer; see the log"};
+    return {503, "database", "the database does not respond; see the log"};
 }
 
-/// The fields that the body names take its values; "id" is passed over, so that what was read can be sent back.
+/// Sets the fields of the contact that are in the body. Ignores "id", so that a contact that was read can be
+/// sent back.
 void applyFields(const Json& body, Contact& contact) {
     for (const auto& [name, value] : body.items()) {
         const auto& fields = contactFields();
@@ -58,7 +59,8 @@ void applyFields(const Json& body, Contact& contact) {
     }
 }
 
-/// A body of nothing but refused contacts would make an answer many times its size.
+/// Limits the response: a body that contains only invalid contacts would cause a response many times its
+/// size.
 constexpr std::size_t kMaxNotes = 1000;
 
 class PhonebookStore final : public ContactStore {
@@ -161,7 +163,7 @@ HttpResponse ContactsResource::change(const HttpRequest& request) {
     Contact contact = requestedContact(request);
     applyFields(jsonObject(request), contact);
     if (!m_phonebook.update(contact)) {
-        static_cast<void>(requestedContact(request));  // somebody may have removed it meanwhile
+        static_cast<void>(requestedContact(request));  // 404 if another client deleted it meanwhile
         throw databaseFailed();
     }
     return jsonResponse(itemJson(contact));
@@ -188,7 +190,7 @@ HttpResponse ContactsResource::importFile(const HttpRequest& request) {
         if (!import.run(*reader)) {
             throw HttpError(
                 503, "database",
-                "the database does not answer; see the log. Importing the file again is harmless");
+                "the database does not respond; see the log. Importing the file again is harmless");
         }
     } catch (const ContactFileError& error) {
         throw HttpError(422, "wrong-file", std::string("this is no file of contacts: ") + error.what());

@@ -15,7 +15,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::chrono::milliseconds kBetweenResyncs{200};
 
-/// Differs from one start of the server to the next.
+/// A prefix of event ids that differs between two runs of the server.
 std::string markOfThisRun() {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     std::ostringstream text;
@@ -33,7 +33,7 @@ std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
         --*m_streamCount;
         return nullptr;
     }
-    // Leaves the count when the stream is destroyed, wherever that happens.
+    // Decrements the count when the stream is destroyed, on any thread.
     std::shared_ptr<void> slot(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
     return std::make_shared<EventStream>(static_cast<EventStream::Hub&>(*this), lastEventId, std::move(slot));
 }

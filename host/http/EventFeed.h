@@ -15,21 +15,23 @@
 
 namespace host {
 
-/// The journal's changes as events for many streams.
+/// Publishes the journal's changes to all event streams. The sequence of a change:
 ///
-/// The road of a change: the journal calls the observer, under the notifier's lock; the item is handed to the loop thread and
-/// nothing more happens there; the loop thread writes it as JSON into the ring and wakes the streams, each of which goes
-/// on as fast as its client reads.
+///  1. The journal calls the observer with the notifier's lock held. The observer only posts the item to the
+///     loop thread.
+///  2. The loop thread appends the item as JSON to the ring and wakes the streams.
+///  3. Each stream writes as fast as its client reads.
 ///
-/// The journal changes its lists without a word, too: when it empties some of them, and when it loads them again. Whoever may
-/// have made it do so calls `resync`, once that is done; the streams get an event that says: read everything anew.
+/// The journal does not notify observers of some changes: clearing some of the lists, and reloading. A
+/// component that may have caused such a change calls `resync` afterwards; each stream gets a "resync" event,
+/// and its client reads all again.
 ///
-/// Lifetime: outlives its streams' begin and the loop; unsubscribed from the journal before it is destroyed.
+/// Lifetime: outlives the server's loop, and is unsubscribed from the journal before it is destroyed.
 class EventFeed final : public JournalServiceObserverIfc, private EventStream::Hub {
 public:
-    /// Runs a function on the loop thread, later and in order. Any thread.
+    /// Runs a function on the loop thread, asynchronously and in order. Thread-safe.
     using Post = std::function<void(std::function<void()>)>;
-    /// The same after a pause.
+    /// The same after a delay.
     using PostLater = std::function<void(std::chrono::milliseconds, std::function<void()>)>;
 
     static constexpr std::size_t kMaxStreams = 64;
@@ -39,18 +41,21 @@ public:
     EventFeed(const EventFeed&) = delete;
     EventFeed& operator=(const EventFeed&) = delete;
 
-    // Any thread.
+    // Thread-safe.
 
-    /// A stream for one client; null when there are too many.
+    /// A stream for one client; nullptr if there are already `kMaxStreams`.
     [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId);
     [[nodiscard]] std::size_t streamCount() const noexcept { return *m_streamCount; }
-    /// The lists may have changed silently. The event comes at once, or a little later if there was one just now.
+    /// Reports that the lists may have changed without a notification. Sends the event at once, or 200 ms
+    /// after the previous one.
     void resync();
 
-    // The loop thread.
+    // Call from the loop thread only.
 
+    /// Sends a comment to each stream.
     void keepAlive();
-    /// Ends all streams, and each that begins later at once: behind it the feed holds nothing of the server's. For good.
+    /// Ends all streams, and every later stream as soon as it begins. Afterwards the feed holds no object of
+    /// the server.
     void close();
 
     // JournalServiceObserverIfc
@@ -78,11 +83,11 @@ private:
     const Post m_post;
     const PostLater m_postLater;
 
-    /// Shared with the streams' places, which may be dropped after the feed.
+    /// Shared with the streams' slots, which may be destroyed after the feed.
     const std::shared_ptr<std::atomic<std::size_t>> m_streamCount =
         std::make_shared<std::atomic<std::size_t>>(0);
 
-    // The loop thread's.
+    // Loop thread only.
     EventRing m_ring;
     std::set<std::shared_ptr<EventStream>> m_streams;
     bool m_closed = false;

@@ -8,13 +8,13 @@
 
 namespace host {
 
-/// The newest events of the stream in the form of text/event-stream, kept for clients that were away for a while.
+/// A bounded buffer of the newest events in text/event-stream format, for clients that reconnect.
 ///
-/// A position counts the events before it. The id of an event is the position behind it, after the ring's own mark:
-/// "18f3c2a-7". So a client that shows the last id it saw says where to go on, and an id of an earlier run of the server is
-/// never taken for one of this run.
+/// A position is the number of events before it. The id of an event is the ring's mark and the position after
+/// the event: "18f3c2a-7". A client that sends the id of the last event it got continues after that event,
+/// and an id of an earlier run of the server is never valid in this run.
 ///
-/// One thread at a time.
+/// Not thread-safe.
 class EventRing {
 public:
     struct Limits {
@@ -22,25 +22,26 @@ public:
         std::size_t bytes = 4U * 1024U * 1024U;
     };
 
-    /// `mark` is letters and digits.
+    /// Requires: `mark` consists of letters and digits.
     EventRing(std::string mark, Limits limits) : m_mark(std::move(mark)), m_limits(limits) {}
 
-    /// `data` has no line breaks.
+    /// Requires: `data` has no line breaks.
     void append(const std::string& event, const std::string& data);
 
-    /// The position behind the newest event.
+    /// The position after the newest event.
     [[nodiscard]] std::uint64_t end() const noexcept { return m_first + m_events.size(); }
     [[nodiscard]] std::string idAt(std::uint64_t position) const;
-    /// Where a client goes on that saw this id last; nothing when what it missed is no longer kept, or the id is none of ours.
+    /// The position after the event of this id; std::nullopt if the events from there on are no longer
+    /// stored, or the id is not one of this ring.
     [[nodiscard]] std::optional<std::uint64_t> positionOf(const std::string& id) const;
 
     struct Batch {
         std::string text;
-        /// The position behind it.
+        /// The position after the batch.
         std::uint64_t next = 0;
     };
-    /// The events from `position` on: as many as fit into `maxBytes`, one at least if there is one. Nothing when the first of
-    /// them is no longer kept.
+    /// The events from `position` on: as many as fit into `maxBytes`, at least one if there is one.
+    /// std::nullopt if the first of them is no longer stored.
     [[nodiscard]] std::optional<Batch> from(std::uint64_t position, std::size_t maxBytes) const;
 
 private:

@@ -17,7 +17,7 @@ void EventStream::begin(std::unique_ptr<StreamSink> sink) {
     const auto position = m_lastEventId.empty() ? ring.end() : ring.positionOf(m_lastEventId);
     if (position) {
         m_position = *position;
-        // An id without data is no event, but from now on the client can say where it was.
+        // An id without data is no event, but the client stores it and can continue from here.
         opening += "id: " + ring.idAt(m_position) + "\n\n";
     } else {
         opening += resync();

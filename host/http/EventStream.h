@@ -10,19 +10,19 @@
 
 namespace host {
 
-/// The event stream of one client. It keeps nothing of its own but a position in the ring: a client that reads slowly holds
-/// up nobody and costs no memory, and one that falls behind what the ring keeps is told to read everything anew.
+/// The event stream of one client. It stores only a position in the ring, so a slow client delays no other
+/// client and uses no memory. A client whose position is no longer in the ring gets a "resync" event.
 ///
-/// Threads: the loop thread; made and dropped on any.
+/// Call from the loop thread only; construction and destruction on any thread.
 class EventStream final : public StreamBody, public std::enable_shared_from_this<EventStream> {
 public:
-    /// The other end of the streams.
+    /// The owner of the ring. Call from the loop thread only.
     class Hub {
     public:
         Hub() = default;
         Hub(const Hub&) = delete;
         Hub& operator=(const Hub&) = delete;
-        /// `stream` wants to be told of news from now on, until it is gone. False when there will be none. Loop thread.
+        /// Registers `stream` for `wake` until it leaves. False if the hub is closed.
         [[nodiscard]] virtual bool join(const std::shared_ptr<EventStream>& stream) = 0;
         virtual void leave(const EventStream& stream) = 0;
         [[nodiscard]] virtual const EventRing& ring() const = 0;
@@ -31,15 +31,16 @@ public:
         ~Hub() = default;
     };
 
-    /// `lastEventId` is what the client saw last; empty when it is new here. `slot` is kept as long as the stream lives.
+    /// `lastEventId`: the id of the last event that the client got; empty for a new client. `slot` lives as
+    /// long as the stream.
     EventStream(Hub& hub, std::string lastEventId, std::shared_ptr<void> slot)
         : m_hub(hub), m_lastEventId(std::move(lastEventId)), m_slot(std::move(slot)) {}
 
     void begin(std::unique_ptr<StreamSink> sink) override;
 
-    /// The ring has news.
+    /// Writes the new events of the ring, unless a write is pending.
     void wake();
-    /// A comment line for a client that has heard nothing for a while, which also shows whether it is still there.
+    /// Writes a comment, which keeps the connection open and detects a disconnected client.
     void keepAlive();
     /// Ends the stream.
     void end();
@@ -52,7 +53,7 @@ private:
     const std::string m_lastEventId;
     const std::shared_ptr<void> m_slot;
 
-    // The loop thread's.
+    // Loop thread only.
     std::unique_ptr<StreamSink> m_sink;
     std::uint64_t m_position = 0;
     bool m_writing = false;

@@ -16,7 +16,7 @@
 
 namespace host {
 
-/// In the order in which each needs the ones before it.
+/// The components in dependency order.
 class HttpApi::Impl {
 public:
     Impl(HttpBackend backend, HttpApiSettings settings)
@@ -49,7 +49,7 @@ public:
     Impl& operator=(const Impl&) = delete;
 
     Endpoint start() {
-        // A subscription makes the journal load its lists, which read as empty meanwhile: no client may be there then.
+        // A subscription makes the journal load its lists. No client may read them before they are loaded.
         m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);
         m_backend.journal.subscribeForJournalEvents(&m_feed);
         m_subscribed = true;
@@ -77,7 +77,7 @@ private:
         if (request.method == "GET") {
             response.stream = m_feed.open(request.header("last-event-id"));
             if (response.stream == nullptr) {
-                throw HttpError(503, "too-many-streams", "too many clients listen to events");
+                throw HttpError(503, "too-many-streams", "there are too many event streams");
             }
         }
         response.contentType = "text/event-stream";
@@ -88,13 +88,13 @@ private:
         const LineState state = m_backend.lineState();
         HttpResponse response;
         response.contentType = "text/plain; version=0.0.4; charset=utf-8";
-        response.body =
-            m_backend.metrics.text({state.connected,
-                                    state.monitoring,
-                                    state.callsUp,
-                                    {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
-                                    m_status.entries(),
-                                    m_status.unviewed()});
+        response.body = m_backend.metrics.text(
+            {.switchConnected = state.connected,
+             .lineMonitored = state.monitoring,
+             .callsUp = state.callsUp,
+             .observers = {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
+             .entries = m_status.entries(),
+             .unviewed = m_status.unviewed()});
         return response;
     }
 

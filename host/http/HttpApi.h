@@ -20,7 +20,7 @@ class Metrics;
 class Phonebook;
 class Router;
 
-/// What the HTTP face serves. Everything is borrowed and outlives the face.
+/// The components that the HTTP API serves. All are borrowed and outlive the API.
 struct HttpBackend {
     std::string line;
     JournalServiceIfc& journal;
@@ -29,43 +29,41 @@ struct HttpBackend {
     Database& database;
     Metrics& metrics;
     std::function<LineState()> lineState;
-    /// How many clients are connected through the other door.
+    /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
 };
 
 struct HttpApiSettings {
     HttpServerSettings server;
-    /// Without one nobody is asked for it.
+    /// std::nullopt: no request needs a token.
     std::optional<std::string> token;
-    /// Where the files of the page are.
+    /// The directory of the page's files.
     std::filesystem::path page;
 };
 
-/// The HTTP face of one line (docs/http-api.md): the resources behind their routes, the event stream, the page.
+/// The HTTP API of one line (docs/http-api.md): the resources with their routes, the event stream, the page.
+/// Every request passes the `RequestPipeline`.
 ///
-/// The road of a request: the size of its body, where it comes from (`Authenticator`), its route, its token, its line; then the
-/// resource. Whatever one of them throws becomes an error answer.
-///
-/// Threads: made, started and stopped by one thread.
+/// Construct, start and stop from one thread.
 class HttpApi {
 public:
     /// Throws `HttpServerError` when the address is taken.
     HttpApi(HttpBackend backend, HttpApiSettings settings);
-    /// Stops the face if it still runs.
+    /// Calls `stop`.
     ~HttpApi();
     HttpApi(const HttpApi&) = delete;
     HttpApi& operator=(const HttpApi&) = delete;
 
-    /// Subscribes with the journal and answers where it listens. Throws `HttpServerError`.
+    /// Subscribes to the journal and returns the listening address. Throws `HttpServerError`.
     Endpoint start();
     /// Unsubscribes and ends every connection. Idempotent.
     void stop();
 
-    /// Tells the clients of the event stream to read the lists again. To be called when somebody may have made the journal
-    /// change them without a word to its observers: once it is done, from any thread, while the face is there.
+    /// Sends a "resync" event to all streams; their clients read the lists again. Call after an operation
+    /// that may have changed the lists without a notification of observers. Thread-safe.
     void resync();
 
-    /// Everything that is served, apart from the files of the page.
+    /// All routes; the files of the page are not among them.
     [[nodiscard]] const Router& routes() const noexcept;
 
 private:

@@ -6,10 +6,11 @@
 
 namespace host {
 
-/// A request that a handler refuses. The face answers it as {"error": {"code", "message"}} with the status.
+/// Thrown by a handler that refuses a request. The response is {"error": {"code", "message"}} with the
+/// status.
 class HttpError : public std::runtime_error {
 public:
-    /// `code` is for programs and never changes ("not-found"), `message` for people.
+    /// `code` is for programs and never changes ("not-found"); `message` is for people.
     HttpError(int status, std::string code, const std::string& message)
         : std::runtime_error(message), m_status(status), m_code(std::move(code)) {}
 

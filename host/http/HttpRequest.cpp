@@ -43,7 +43,7 @@ std::optional<std::string> decoded(std::string_view text, bool plusIsBlank) {
     return plain;
 }
 
-/// The parts of `text` between separators.
+/// Splits `text` at each separator.
 std::vector<std::string_view> split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     for (;;) {

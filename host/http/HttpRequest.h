@@ -7,27 +7,27 @@
 
 namespace host {
 
-/// One request as the handlers see it. A plain value.
+/// A request as the handlers get it. A plain value.
 struct HttpRequest {
     /// "GET", in capital letters.
     std::string method;
     /// As the client sent it: "/api/v1/lists/missed?limit=5".
     std::string target;
-    /// By name in small letters; the values of a name that came twice are joined with ", ".
+    /// By name in lower case; the values of a repeated name are joined with ", ".
     std::map<std::string, std::string> headers;
     std::string body;
 
-    // What `readTarget` finds in the target, percent escapes resolved.
+    // Set by `readTarget`, with percent escapes decoded.
     std::vector<std::string> path;
     std::map<std::string, std::string> query;
-    /// The values of a route's placeholders; the router fills them in.
+    /// The values of a route's placeholders; set by the router.
     std::map<std::string, std::string> parameters;
 
-    /// False for a target that nobody asks for in good faith: not absolute, a broken escape, a control character, "." or
-    /// "..", or an escaped "/" in a segment.
+    /// Parses `target`. False for an invalid target: not absolute, a broken escape, a control character, "."
+    /// or "..", or an escaped "/" in a segment.
     [[nodiscard]] bool readTarget();
 
-    // Each empty when there is none of that name.
+    // Each returns an empty text for an unknown name.
     [[nodiscard]] const std::string& header(const std::string& name) const { return valueIn(headers, name); }
     [[nodiscard]] const std::string& queryValue(const std::string& name) const {
         return valueIn(query, name);

@@ -12,14 +12,14 @@ namespace host {
 
 class HttpError;
 
-/// One answer. A plain value.
+/// A response. A plain value.
 struct HttpResponse {
     int status = 200;
-    /// Empty when there is no body.
+    /// Empty if there is no body.
     std::string contentType;
     std::string body;
     std::vector<std::pair<std::string, std::string>> headers;
-    /// What writes the body bit by bit, instead of `body`; null for every answer that is ready at once.
+    /// Writes a streaming (chunked) body instead of `body`; nullptr for a complete response.
     std::shared_ptr<StreamBody> stream;
 };
 

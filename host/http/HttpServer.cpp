@@ -40,8 +40,8 @@ namespace {
 using Server = restinio::http_server_t<Traits>;
 using Request = restinio::request_handle_t;
 
-/// What waits in the loop holds connections, and connections point into the server: so the waiting things go first, then the
-/// server, then the loop.
+/// Pending work holds connections, and connections point into the server. So pending work is destroyed first,
+/// then the server, then the loop.
 class Loop : public asio::io_context {
 public:
     Loop() : asio::io_context(1) {}
@@ -55,7 +55,7 @@ std::string lowered(std::string text) {
     return text;
 }
 
-/// Of the names the library takes as well.
+/// Accepts the names that the library accepts.
 asio::ip::address addressOf(const std::string& host) {
     return host == "localhost" ? asio::ip::address_v4::loopback() : asio::ip::make_address(host);
 }
@@ -111,7 +111,7 @@ auto builderFor(restinio::request_t& request, const HttpResponse& response) {
     return builder;
 }
 
-/// Tells whether a text was written, and that it was not when the library drops it without a word.
+/// Reports the result of a write once: false if the library drops the callback without calling it.
 class WriteResult {
 public:
     explicit WriteResult(StreamSink::Done done) : m_done(std::move(done)) {}
@@ -202,7 +202,7 @@ public:
         });
         closed.get_future().wait();
         m_workers.join();
-        // Behind the answers of the handlers that ran.
+        // After the responses of the handlers that ran.
         asio::post(m_loop, [this] { m_loop.stop(); });
         m_thread.join();
         m_waiting.clear();
@@ -229,11 +229,12 @@ private:
                 .address(m_settings.listen.host)
                 .port(m_settings.listen.port)
                 .max_parallel_connections(m_settings.maxConnections)
-                // Reading on behind a request is how the library notices that the client of a stream is gone.
+                // The library detects that the client of a stream disconnected only while it reads the next
+                // request.
                 .max_pipelined_requests(2)
                 .read_next_http_message_timelimit(m_settings.clientTime)
                 .write_http_response_timelimit(m_settings.clientTime)
-                // Streams have a heartbeat, so that they never come near it.
+                // Streams write at each heartbeat, so they never reach this limit.
                 .handle_request_timeout(std::chrono::seconds(60))
                 .incoming_http_msg_limits(restinio::incoming_http_msg_limits_t()
                                               .max_url_size(4096)
@@ -265,7 +266,7 @@ private:
         });
     }
 
-    /// An accept that has failed looks like one that waits.
+    /// Cancels and restarts the accept, because a failed accept cannot be distinguished from a pending one.
     void renewAccept() {
         auto renewal = ConnectionLimiter::ofThisThread()->renewal();
         asio::error_code ignored;
@@ -273,7 +274,7 @@ private:
         asio::post(m_loop, std::move(renewal));
     }
 
-    /// The library's handle stays on the loop thread: it is not made to be shared.
+    /// The library's request handle stays on the loop thread, because it is not thread-safe.
     restinio::request_handling_status_t dispatch(const Request& request) {
         const std::uint64_t id = ++m_lastId;
         m_waiting.emplace(id, request);
@@ -292,7 +293,7 @@ private:
         try {
             send(*request, response);
         } catch (const std::exception& error) {
-            logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "an answer cannot be sent: %s", error.what());
+            logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "a response cannot be sent: %s", error.what());
         }
     }
 
@@ -318,14 +319,14 @@ private:
     asio::executor_work_guard<asio::io_context::executor_type> m_alive{m_loop.get_executor()};
     asio::thread_pool m_workers{4};
 
-    // The loop thread's.
+    // Loop thread only.
     asio::steady_timer m_heartbeat;
     std::unique_ptr<Server> m_server;
     asio::ip::tcp::acceptor* m_acceptor = nullptr;  // the server's
     std::uint64_t m_lastId = 0;
     std::map<std::uint64_t, Request> m_waiting;
 
-    // The owner's.
+    // The owner's thread only.
     std::thread m_thread;
 };
 

@@ -12,7 +12,7 @@
 
 namespace host {
 
-/// Why a server cannot listen, with a text for the user.
+/// The server cannot listen; `what` is a text for the user.
 class HttpServerError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -20,50 +20,54 @@ public:
 
 struct HttpServerSettings {
     Endpoint listen;
-    /// A further client waits until another one goes.
+    /// Further clients wait until another one disconnects.
     std::size_t maxConnections = 256;
-    /// Beyond it a request is cut off. Whoever wants to answer such a request with an error allows for more here than there.
+    /// In bytes. The connection of a longer request is closed without a response, so this limit is higher
+    /// than the one of the handler that returns 413.
     std::size_t maxBody = 256U * 1024U;
-    /// How long a client may take to send a request, an idle one included, and to take a piece of an answer.
+    /// The time limit for a client to send a request, idle time included, and to receive a piece of a
+    /// response.
     std::chrono::seconds clientTime{15};
-    /// How often the streams are told that the server lives, and how long it may stay deaf after it was short of descriptors.
+    /// The interval of the streams' comments, and of new attempts to accept after file descriptors ran out.
     std::chrono::milliseconds heartbeat{15000};
 };
 
-/// HTTP over TCP. This room's one door to the HTTP library, which no other file but `ConnectionLimiter` knows.
+/// HTTP over TCP. Only this class and `ConnectionLimiter` use the HTTP library.
 ///
-/// Threads: one loop thread does all input and output and must never wait. Requests are handled on a few worker threads, so
-/// a handler may wait for the database or the switch.
+/// Threads: one loop thread does all input and output and never blocks. Handlers run on a few worker threads,
+/// so a handler may wait for the database or the switch.
 ///
-/// Slow and idle clients are cut off; what does not parse or exceeds the limits of headers (8 KiB a value, 64 of them, an
-/// address of 4 KiB) is cut off without an answer.
+/// Closes the connections of slow and idle clients. Closes a connection without a response if a request
+/// cannot be parsed or exceeds a limit: 8 KiB a header value, 64 headers, 4 KiB a target.
 class HttpServer {
 public:
-    /// Runs on a worker thread, several at a time; does not throw.
+    /// Called on worker threads, concurrently; does not throw.
     using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
-    /// Throws `HttpServerError` when it cannot listen there, before anything else begins that would disturb what does.
+    /// Throws `HttpServerError` if the address is in use, so that the caller can stop before it starts
+    /// anything else.
     explicit HttpServer(const HttpServerSettings& settings);
-    /// Stops the server if it still runs.
+    /// Calls `stop`.
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
-    /// What a start needs. `listens` is called before the first request, `heartbeat` on the loop thread from time to time.
+    /// `listening` is called before the first request, `heartbeat` on the loop thread at each interval.
     struct Callbacks {
         Handler handle;
         std::function<void(const Endpoint&)> listening;
         std::function<void()> heartbeat;
     };
-    /// Answers where it listens. Throws `HttpServerError`. Once only.
+    /// Returns the listening address. Throws `HttpServerError`. Call once only.
     Endpoint start(Callbacks callbacks);
-    /// Accepts nothing more, begins no request that waits or still comes, waits for the handlers that run, sends what these
-    /// answer as far as the network takes it at once, and cuts all clients off. What was posted before runs. Idempotent.
+    /// Stops accepting, drops requests whose handler has not begun, waits for the running handlers, sends
+    /// their responses as far as the network takes them at once, and closes all connections. Work that was
+    /// posted before runs. Idempotent.
     void stop();
 
-    /// Runs `work` on the loop thread, later and in order; what comes after `stop` is dropped. Any thread.
+    /// Runs `work` on the loop thread, asynchronously and in order; after `stop` it is dropped. Thread-safe.
     void post(std::function<void()> work);
-    /// The same after a pause.
+    /// The same after a delay.
     void postLater(std::chrono::milliseconds pause, std::function<void()> work);
 
 private:

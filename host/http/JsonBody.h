@@ -8,9 +8,11 @@ namespace host {
 
 struct HttpRequest;
 
-/// The body of a request as JSON. Each throws `HttpError`: 400 for what is no JSON, 422 for JSON of another shape.
+// The body of a request as JSON. Both throw `HttpError`: 400 for invalid JSON, 422 for JSON of another shape.
+
+/// A JSON object.
 [[nodiscard]] nlohmann::ordered_json jsonObject(const HttpRequest& request);
-/// {"entryIds": ["...", ...]}.
+/// The ids in {"entryIds": ["...", ...]}.
 [[nodiscard]] std::set<std::string> entryIdsIn(const HttpRequest& request);
 
 }  // namespace host

@@ -7,7 +7,8 @@
 #include "host/presentation/ListName.h"
 #include "journalservice/JournalServiceIfc.h"
 
-/// The five lists of the journal behind one set of operations, so that whoever serves them writes the road once.
+/// The five lists of the journal behind one set of operations, so that whoever serves them writes the road
+/// once.
 namespace host::listaccess {
 
 using Ids = std::set<std::string>;

@@ -100,7 +100,7 @@ HttpResponse ListsResource::deleteEntries(const HttpRequest& request) const {
     listaccess::with(listOf(request), [&](auto operations) {
         if (request.body.empty()) {
             operations.clear(m_journal);
-            m_emptied();
+            m_cleared();
         } else {
             operations.remove(m_journal, entryIdsIn(request));
         }

@@ -12,13 +12,13 @@ namespace host {
 
 class Router;
 
-/// The five lists: read, found, deleted, marked as viewed. Threads: any.
+/// The five lists: read, search, delete, mark as viewed. Thread-safe.
 class ListsResource {
 public:
-    /// The journal is borrowed and outlives the resource. `emptied` is called when a list was, of which the journal does not
-    /// tell its observers for every list.
-    ListsResource(JournalServiceIfc& journal, std::function<void()> emptied)
-        : m_journal(journal), m_emptied(std::move(emptied)) {}
+    /// The journal is borrowed and outlives the resource. `cleared` is called after a list was cleared,
+    /// because the journal does not notify its observers of that for every list.
+    ListsResource(JournalServiceIfc& journal, std::function<void()> cleared)
+        : m_journal(journal), m_cleared(std::move(cleared)) {}
 
     void addRoutes(Router& router);
 
@@ -30,7 +30,7 @@ private:
     [[nodiscard]] HttpResponse markViewed(const HttpRequest& request) const;
 
     JournalServiceIfc& m_journal;
-    const std::function<void()> m_emptied;
+    const std::function<void()> m_cleared;
 };
 
 }  // namespace host

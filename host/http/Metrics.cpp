@@ -22,7 +22,7 @@ public:
     explicit Registered(const std::string& line) : m_line(line) {
         for (const ListName list : {ListName::eMissed, ListName::eDialled, ListName::eReceived,
                                     ListName::eForwarded, ListName::eCallbacks}) {
-            filed(list);  // so that each stands there from the beginning
+            filed(list);  // so that each counter exists from the start
         }
     }
 
@@ -58,7 +58,7 @@ private:
 
 public:
     prometheus::Gauge& unviewed =
-        gauges("calljournal_unviewed_missed_calls", "Missed entries that nobody has looked at").Add({});
+        gauges("calljournal_unviewed_missed_calls", "Missed entries that are not viewed").Add({});
     prometheus::Gauge& connected =
         gauges("calljournal_switch_connected", "1 while the switch is connected").Add({});
     prometheus::Gauge& monitored =
@@ -98,7 +98,7 @@ std::string Metrics::text(const Gauges& gauges) {
 }
 
 void Metrics::missedCallsUpdate(MissedCallItem item, std::string /*entryId*/, ActionType action) {
-    // A call leaves its entry unviewed; an entry that was only looked at is no call.
+    // A call leaves its entry unviewed. A viewed entry was only marked as viewed.
     if (!item.getViewed()) {
         filed(ListName::eMissed, action);
     }
@@ -117,7 +117,7 @@ void Metrics::forwardedCallsUpdate(ForwardedCallItem /*item*/, std::string /*ent
 }
 
 void Metrics::callBacksUpdate(CallBackItem /*item*/, std::string /*entryId*/, ActionType action) {
-    // It is updated when its state changes.
+    // A callback is updated when its state changes.
     if (action == eItemAdded) {
         filed(ListName::eCallbacks, action);
     }

@@ -12,23 +12,22 @@
 
 namespace host {
 
-/// What the service counts, in Prometheus' text format. As an observer of the journal it counts the calls that are filed.
-///
-/// Threads: any, every operation.
+/// The metrics of the service, in Prometheus' text format. As an observer of the journal it counts the filed
+/// calls. Thread-safe.
 class Metrics final : public JournalServiceObserverIfc {
 public:
-    /// What is measured when somebody looks.
+    /// The values that are measured at each request.
     struct Gauges {
         bool switchConnected = false;
         bool lineMonitored = false;
         std::size_t callsUp = 0;
-        /// By face: "http" streams, "remote" clients, whether or not these have subscribed.
+        /// Event streams ("http") and clients of the Unix socket ("remote"), subscribed or not.
         std::map<std::string, std::size_t> observers;
         std::map<ListName, std::size_t> entries;
         std::size_t unviewed = 0;
     };
 
-    /// Every value carries the line as a label.
+    /// `line` is a label of every metric.
     explicit Metrics(const std::string& line);
     virtual ~Metrics();
     Metrics(const Metrics&) = delete;

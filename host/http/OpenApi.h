@@ -4,7 +4,7 @@
 
 namespace host {
 
-/// The description of the API (openapi.json in this room), which is part of the program.
+/// The description of the API (openapi.json in this folder), which is compiled into the program.
 [[nodiscard]] HttpResponse openApiResponse();
 
 }  // namespace host

@@ -35,7 +35,7 @@ HttpResponse readFile(const std::filesystem::path& file, const std::string& name
     response.contentType = typeOf(file.extension().string());
     std::ifstream stream(file, std::ios::binary);
     response.body.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-    // The names of built assets change with their contents.
+    // The name of a built asset changes with its content.
     const bool lasting = name.compare(0, 7, "assets/") == 0;
     response.headers = {{"Cache-Control", lasting ? "public, max-age=31536000, immutable" : "no-cache"}};
     return response;
@@ -63,7 +63,7 @@ PageFiles::PageFiles(const std::filesystem::path& directory) {
     }
     if (m_files.try_emplace(kStart, startText()).second) {
         logAppUni("HTTP", __FILE_NAME__, 3, __LINE__,
-                  "the page is not built: nothing is in %s; ./run builds it",
+                  "the page is not built: there are no files in %s; ./run builds it",
                   directory.lexically_normal().c_str());
     }
 }

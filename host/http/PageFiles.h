@@ -9,16 +9,15 @@
 
 namespace host {
 
-/// The files of the page, all read at start: a request can name one of them and nothing else on the machine. They hold
-/// nothing secret and need no token.
-///
-/// Threads: any, once made.
+/// The files of the page. All are read at start, so a request cannot reach any other file. They contain no
+/// secrets and need no token. Thread-safe after construction.
 class PageFiles {
 public:
-    /// Takes every file below `directory`; without that directory the start page is a text that says where the API is.
+    /// Reads every file in `directory` and its subdirectories. Without that directory the start page is a
+    /// text with the API's address.
     explicit PageFiles(const std::filesystem::path& directory);
 
-    /// Null when there is no such file. "/" is "index.html".
+    /// nullptr if there is no such file. "/" is "index.html".
     [[nodiscard]] const HttpResponse* find(const HttpRequest& request) const;
 
 private:

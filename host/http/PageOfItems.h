@@ -10,15 +10,15 @@
 
 namespace host {
 
-/// Counts the things that a request finds and says which of them are on the page it asks for (`limit`, `offset`).
+/// Counts the items that a request finds and selects those on the requested page (`limit`, `offset`).
 class PageOfItems {
 public:
-    /// Throws `HttpError` 400 for what is no number.
+    /// Throws `HttpError` 400 if a parameter is not a number.
     explicit PageOfItems(const HttpRequest& request)
         : m_offset(number(request, "offset", 0)),
           m_limit(number(request, "limit", std::numeric_limits<std::size_t>::max())) {}
 
-    /// Whether the next thing is on the page.
+    /// Counts the next item. True if it is on the page.
     [[nodiscard]] bool includesNext() noexcept {
         const std::size_t at = m_total++;
         return at >= m_offset && at - m_offset < m_limit;

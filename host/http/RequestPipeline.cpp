@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMaxBody = 64U * 1024U;
 
-// Nothing from elsewhere, no script or style in the text of the page: a caller's name stays a name.
+// No foreign sources and no inline script or style: a caller's name cannot become code.
 constexpr const char* kContentPolicy =
     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; font-src 'self'; "
     "connect-src 'self'; manifest-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";

@@ -9,16 +9,23 @@
 
 namespace host {
 
-/// What every request goes through before and behind its handler: where it comes from, its size, its route, its token, its
-/// line; and the headers that every answer has. Threads: any, once the routes are added.
+/// The checks before the handler of every request and the headers of every response. The sequence:
+///
+///  1. host and origin (`Authenticator`), target, size of the body;
+///  2. sign-in with "/?token=TOKEN", or a file of the page;
+///  3. route, token, line;
+///  4. the handler; an exception becomes an error response;
+///  5. the headers that every response has.
+///
+/// Thread-safe after the routes are added.
 class RequestPipeline {
 public:
-    /// All is borrowed and outlives the road. `line` is the only line there is.
+    /// All are borrowed and outlive the pipeline. `line` is the device of the only line.
     RequestPipeline(const Authenticator& authenticator, const Router& router, const PageFiles& page,
                     std::string line)
         : m_authenticator(authenticator), m_router(router), m_page(page), m_line(std::move(line)) {}
 
-    /// Never throws: whatever goes wrong is an error answer.
+    /// Does not throw: an exception of a handler becomes an error response.
     [[nodiscard]] HttpResponse handle(HttpRequest request) const;
 
 private:

@@ -10,29 +10,31 @@
 
 namespace host {
 
-/// The table of routes. Filled before the first request; afterwards any thread may call.
+/// The table of routes. Thread-safe after the last `add`.
 class Router {
 public:
-    /// Runs on a worker thread, several at a time. May throw `HttpError`.
+    /// Called on worker threads, concurrently. May throw `HttpError`.
     using Handler = std::function<HttpResponse(const HttpRequest&)>;
-    /// Whether a request needs no token.
+    /// eToken: a request needs the token. eOpen: it needs none.
     enum class Guard { eToken, eOpen };
 
     struct Route {
         std::string method;
-        /// "/api/v1/lists/{list}": a segment in braces takes any text, which becomes a parameter of that name.
+        /// "/api/v1/lists/{list}": a segment in braces matches any text, which becomes the parameter of that
+        /// name.
         std::string pattern;
         Handler handler;
         Guard guard = Guard::eToken;
     };
 
-    /// Of several patterns that fit a path the one that was added first serves it, with all its methods: "viewed" before
-    /// "{entryId}".
+    /// If several patterns match a path, the first one added serves all methods of the path: add "viewed"
+    /// before "{entryId}".
     void add(Route route) { m_routes.push_back(std::move(route)); }
 
-    /// The route of a request, whose parameters are filled in. HEAD is served by the route of GET. Null when there is none.
+    /// Returns the route of a request and sets the request's parameters. The route of GET serves HEAD.
+    /// nullptr if there is no route.
     [[nodiscard]] const Route* find(HttpRequest& request) const;
-    /// With which methods the path of a request is served, "GET, PUT"; empty when no pattern fits it.
+    /// The methods of the request's path, "GET, PUT"; empty if no pattern matches.
     [[nodiscard]] std::string methodsFor(const HttpRequest& request) const;
 
     [[nodiscard]] const std::vector<Route>& routes() const noexcept { return m_routes; }
@@ -40,7 +42,7 @@ public:
 private:
     using Parameters = std::map<std::string, std::string>;
 
-    /// Empty when none fits.
+    /// Empty if no pattern matches.
     [[nodiscard]] std::string patternFor(const std::vector<std::string>& path, Parameters& parameters) const;
 
     std::vector<Route> m_routes;

@@ -43,7 +43,7 @@ HttpResponse SettingsResource::settings() const {
         }
     }
     if (json.empty()) {
-        throw HttpError(503, "not-ready", "the journal does not answer");
+        throw HttpError(503, "not-ready", "the journal does not respond");
     }
     return jsonResponse(json);
 }

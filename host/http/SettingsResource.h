@@ -13,12 +13,12 @@ class Database;
 class LocalManagement;
 class Router;
 
-/// The journal's own settings, which its management agent keeps, and the phone's keys, which the management keeps.
-/// Threads: any, once the routes are added.
+/// The journal's own settings, which its management agent stores, and the phone's keys, which the management
+/// stores. Thread-safe after the routes are added.
 class SettingsResource {
 public:
-    /// Both are borrowed and outlive the resource. The database is the one that the settings are stored in. `changed` is called
-    /// when a setting of the journal was, which may have emptied lists.
+    /// Both are borrowed and outlive the resource. The settings are stored in `database`. `changed` is called
+    /// after a setting of the journal changed, because that may have cleared lists.
     SettingsResource(LocalManagement& management, const Database& database, std::function<void()> changed)
         : m_settings(management), m_database(database), m_changed(std::move(changed)) {}
 
@@ -30,9 +30,9 @@ private:
     [[nodiscard]] HttpResponse key(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse changeKey(const HttpRequest& request);
 
-    /// The reason of a refusal; empty when it was done.
+    /// Returns the reason of a refusal; empty if the value was set.
     [[nodiscard]] RejectReason set(const journalxml::Setting& setting, const std::string& value);
-    /// Throws `HttpError` 503 when the reason of a refusal is the database.
+    /// Throws `HttpError` 503 if the database failed, which is then the reason of a refusal.
     void requireDatabase() const;
 
     SettingsFacade m_settings;

@@ -32,10 +32,11 @@ void StatusResource::addRoutes(Router& router) {
 }
 
 HttpResponse StatusResource::health() {
-    // Nobody needs a token to ask: while the database is locked, one who tries it for seconds leaves the other workers free.
+    // The request needs no token. While the database is locked, a probe blocks for seconds; only one worker
+    // may block.
     const std::unique_lock probing(m_probeMutex, std::try_to_lock);
     if (!(probing ? m_sources.database.probe() : m_sources.database.healthy())) {
-        throw HttpError(503, "database", "the database does not answer; see the log");
+        throw HttpError(503, "database", "the database does not respond; see the log");
     }
     HttpResponse response;
     response.contentType = "text/plain; charset=utf-8";

@@ -18,17 +18,17 @@ class Database;
 class LocalManagement;
 class Router;
 
-/// What a line is doing just now.
+/// The current state of a line.
 struct LineState {
     bool connected = false;
     bool monitoring = false;
     std::size_t callsUp = 0;
 };
 
-/// How the line and the service are. Threads: any.
+/// The state of the line and the health of the service. Thread-safe.
 class StatusResource {
 public:
-    /// All is borrowed and outlives the resource.
+    /// All are borrowed and outlive the resource.
     struct Sources {
         std::string line;
         std::function<LineState()> lineState;
@@ -41,9 +41,9 @@ public:
 
     void addRoutes(Router& router);
 
-    /// How many entries each list has.
+    /// The number of entries in each list.
     [[nodiscard]] std::map<ListName, std::size_t> entries() const;
-    /// How many missed entries nobody has looked at.
+    /// The number of missed entries that are not viewed.
     [[nodiscard]] std::size_t unviewed() const;
 
 private:
@@ -51,7 +51,7 @@ private:
     [[nodiscard]] HttpResponse status() const;
 
     const Sources m_sources;
-    /// Held by whoever tries the database.
+    /// Held during the database probe; at most one worker probes at a time.
     std::mutex m_probeMutex;
 };
 

@@ -6,23 +6,25 @@
 
 namespace host {
 
-/// The way of an answer that has no end to its client. All operations belong to the server's loop thread.
+/// Sink for a streaming (chunked) response body. Call from the server's loop thread only.
 class StreamSink {
 public:
-    /// Whether the text was handed to the network; false when the client is gone. Called once, on the loop thread.
+    /// True if the text was sent to the network; false if the client disconnected. Called once, on the loop
+    /// thread.
     using Done = std::function<void(bool)>;
 
     StreamSink() = default;
     StreamSink(const StreamSink&) = delete;
     StreamSink& operator=(const StreamSink&) = delete;
-    /// Ends the answer.
+    /// Ends the response.
     virtual ~StreamSink() = default;
 
-    /// One text at a time: the next one when `done` was called. A client that does not take it is cut off after a while.
+    /// Requires: `done` of the previous write was called. The server closes the connection of a client that
+    /// does not read.
     virtual void write(std::string text, Done done) = 0;
 };
 
-/// What writes such an answer.
+/// The source of a streaming response body.
 class StreamBody {
 public:
     StreamBody() = default;
@@ -30,7 +32,7 @@ public:
     StreamBody& operator=(const StreamBody&) = delete;
     virtual ~StreamBody() = default;
 
-    /// The headers are on their way. The loop thread; once.
+    /// Called once, on the loop thread, after the headers were sent.
     virtual void begin(std::unique_ptr<StreamSink> sink) = 0;
 };
 

@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "host/clock/SystemClock.h"
 #include "host/data/CallTimes.h"
 #include "host/http/HttpError.h"
 #include "host/http/Router.h"
@@ -23,25 +22,8 @@ using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::sys_seconds;
 
-std::string textOf(sys_seconds time) {
-    return SystemClock().formatTimeDate(time.time_since_epoch().count());
-}
-
-/// From when on the request counts; four weeks, when it does not say.
-sys_seconds startOf(const HttpRequest& request) {
-    const std::string& text = request.queryValue("from");
-    if (text.empty()) {
-        return std::chrono::floor<seconds>(std::chrono::system_clock::now()) - days(28);
-    }
-    ClockServiceIfc::DateTime time;
-    if (!SystemClock().splitTimeDate(text, time)) {
-        throw HttpError(400, "bad-time", "from must be a time in UTC, as 2026-11-21T15:15:00Z");
-    }
-    return sys_days(std::chrono::year(time.year) / time.month / time.day) + hours(time.hour) +
-           minutes(time.minute) + seconds(time.second);
-}
-
-/// How far the phone's zone is ahead of UTC (docs/configuration.md), as the journal compares local times.
+/// The offset of the phone's zone from UTC (docs/configuration.md), which is the zone of the journal's local
+/// times.
 minutes phoneZoneOffset(const LocalManagement::Keys& keys) {
     const auto number = [&keys](const char* name) {
         const auto key = keys.find(name);
@@ -62,14 +44,31 @@ void TimesResource::addRoutes(Router& router) {
     router.add({"GET", "/api/v1/times", [this](const HttpRequest& each) { return times(each); }});
 }
 
-HttpResponse TimesResource::times(const HttpRequest& request) const {
+sys_seconds TimesResource::startOf(const HttpRequest& request) {
+    const std::string& text = request.queryValue("from");
+    if (text.empty()) {
+        return sys_seconds(seconds(m_clock.getSeconds())) - days(28);
+    }
+    ClockServiceIfc::DateTime time;
+    if (!m_clock.splitTimeDate(text, time)) {
+        throw HttpError(400, "bad-time", "from must be a time in UTC, as 2026-11-21T15:15:00Z");
+    }
+    return sys_days(std::chrono::year(time.year) / time.month / time.day) + hours(time.hour) +
+           minutes(time.minute) + seconds(time.second);
+}
+
+std::string TimesResource::textOf(sys_seconds time) {
+    return m_clock.formatTimeDate(time.time_since_epoch().count());
+}
+
+HttpResponse TimesResource::times(const HttpRequest& request) {
     const sys_seconds from = startOf(request);
     const seconds ahead = phoneZoneOffset(m_sources.management.values());
     std::vector<QuarterOfCalls> found;
     if (!m_sources.database.read("counting calls", [&](Database::Session& session) {
             found = CallTimes(session, m_sources.line).since(from, ahead);
         })) {
-        throw HttpError(503, "database", "the database does not answer; see the log");
+        throw HttpError(503, "database", "the database does not respond; see the log");
     }
     Json quarters = Json::array();
     for (const QuarterOfCalls& each : found) {

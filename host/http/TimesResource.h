@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <utility>
 
+#include "host/clock/SystemClock.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 
@@ -12,11 +14,11 @@ class Database;
 class LocalManagement;
 class Router;
 
-/// When people call: how many calls of each list began in which quarter of an hour. Counts what the database has, which
-/// is more than the lists show. Threads: any.
+/// The number of calls of each list that began in each quarter of an hour. Counts all calls in the database,
+/// which are more than the lists contain. Thread-safe.
 class TimesResource {
 public:
-    /// All is borrowed and outlives the resource. The management says which zone the local times of a switch are in.
+    /// All are borrowed and outlive the resource. The management has the zone of the switch's local times.
     struct Sources {
         std::string line;
         Database& database;
@@ -28,9 +30,13 @@ public:
     void addRoutes(Router& router);
 
 private:
-    [[nodiscard]] HttpResponse times(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse times(const HttpRequest& request);
+    /// The begin of the period: the parameter "from", or four weeks ago.
+    [[nodiscard]] std::chrono::sys_seconds startOf(const HttpRequest& request);
+    [[nodiscard]] std::string textOf(std::chrono::sys_seconds time);
 
     const Sources m_sources;
+    SystemClock m_clock;
 };
 
 }  // namespace host

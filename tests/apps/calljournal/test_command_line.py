@@ -32,7 +32,7 @@ class CommandLineTest(ProgramTest):
             status, output, errors = self.run_program(*command.split())
             self.assertEqual((status, output), (2, ""), command)
             self.assertIn(fault, errors)
-            self.assertRegex(errors, r"^calljournal[^\n]* \(`calljournal[a-z ]* --help` says more\)\n$")
+            self.assertRegex(errors, r"^calljournal[^\n]* \(`calljournal[a-z ]* --help` shows more\)\n$")
 
     def test_a_client_without_a_server_says_what_to_do(self):
         for command in ("list missed", "watch", "settings", "show x", "viewed x", "delete missed x", "export missed --format csv"):
@@ -78,7 +78,7 @@ class CommandLineTest(ProgramTest):
     def test_settings_that_mean_nothing_are_refused_or_warned_of(self):
         self.assertIn("management.server-based-features: it takes true or false, not yes",
                       self.refused("serve", "--switch", NOBODY, "--set", "server-based-features=yes"))
-        self.serve(NOBODY, "--set", "server-based-featres=true").logs("nothing reads the setting server-based-featres")
+        self.serve(NOBODY, "--set", "server-based-featres=true").logs("the setting server-based-featres is not used")
         self.assertIn("there is no setting nosuch".lower(), self.refused("settings", "nosuch", "1").lower())
 
     def test_faults_in_files_are_named_with_their_place(self):
@@ -102,8 +102,8 @@ class CommandLineTest(ProgramTest):
         found = self.list("missed", "--search", "471", "--limit", "1")
         self.assertEqual((found["total"], found["unviewed"], [item["number"] for item in found["items"]]), (2, 2, ["4712"]))
         self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  unknown  +1 +00:0\d\n  .*  4713 +1 +00:0\d\n$")
-        self.assertEqual(self.done("list", "forwarded"), "nothing in the list\n")
+        self.assertEqual(self.done("list", "forwarded"), "no entries in the list\n")
         self.done("settings", "call-log-enabled", "false")
         status, output, errors = self.run_program("list", "missed", "--data", self.data)
-        self.assertEqual((status, output), (0, "nothing in the list\n"))
+        self.assertEqual((status, output), (0, "no entries in the list\n"))
         self.assertIn("calljournal settings call-log-enabled true --data %s` switches it on" % self.data, errors)
