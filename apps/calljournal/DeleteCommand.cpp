@@ -11,30 +11,12 @@
 #include "host/remote/RemoteError.h"
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/ClientResponse.h"
+#include "platform/journal-library/ListXml.h"
 
 namespace calljournal {
 namespace {
 
 using journalxml::MethodId;
-
-struct Deletion {
-    MethodId one;
-    MethodId set;
-};
-
-Deletion deletionFrom(host::ListName list) {
-    switch (list) {
-        case host::ListName::eMissed: return {MethodId::eDeleteMissedCall, MethodId::eDeleteMissedCallList};
-        case host::ListName::eDialled:
-            return {MethodId::eDeleteDialledCall, MethodId::eDeleteDialledCallList};
-        case host::ListName::eReceived:
-            return {MethodId::eDeleteReceivedCall, MethodId::eDeleteReceivedCallList};
-        case host::ListName::eForwarded:
-            return {MethodId::eDeleteForwardedCall, MethodId::eDeleteForwardedCallList};
-        case host::ListName::eCallbacks: break;
-    }
-    return {MethodId::eDeleteCallBack, MethodId::eDeleteCallBackList};
-}
 
 void requireSuccess(const std::string& response) {
     if (journalxml::parseBoolResponse(response) != true) {
@@ -59,7 +41,7 @@ public:
 
     int run(const CommonOptions& common) override {
         host::RemoteClient client(common.dataDirectory());
-        const host::ListName list = host::listNamed(m_list).value();
+        const ListName list = listNamed(m_list).value();
         std::vector<std::string> unknown;
         const std::size_t deleted = m_all ? deleteAll(client, list) : deleteNamed(client, list, unknown);
         std::cout << host::countText(list, deleted) << " deleted" << std::endl;
@@ -71,13 +53,13 @@ public:
 
 private:
     /// Deletes one entry a request, because only then does the response show if the entry existed.
-    std::size_t deleteNamed(host::RemoteClient& client, host::ListName list,
+    std::size_t deleteNamed(host::RemoteClient& client, ListName list,
                             std::vector<std::string>& unknown) const {
+        const MethodId method = withItemOf(list, []<typename Item>() { return ListXml<Item>::kDelete; });
         std::size_t deleted = 0;
         for (const std::string& entryId : m_entryIds) {
-            const std::string response =
-                client.call(journalxml::buildRequest(deletionFrom(list).one, {entryId}));
-            if (journalxml::parseBoolResponse(response) == true) {
+            if (journalxml::parseBoolResponse(client.call(journalxml::buildRequest(method, {entryId}))) ==
+                true) {
                 ++deleted;
             } else {
                 unknown.push_back(entryId);
@@ -88,7 +70,8 @@ private:
 
     /// Repeats until the list is empty, because a list has only the newest entries loaded: older ones are
     /// loaded after these are deleted.
-    static std::size_t deleteAll(host::RemoteClient& client, host::ListName list) {
+    static std::size_t deleteAll(host::RemoteClient& client, ListName list) {
+        const MethodId method = withItemOf(list, []<typename Item>() { return ListXml<Item>::kDeleteList; });
         std::set<std::string> deleted;
         for (;;) {
             std::vector<std::string> entryIds;
@@ -103,7 +86,7 @@ private:
             if (entryIds.empty()) {
                 return deleted.size();
             }
-            requireSuccess(client.call(journalxml::buildRequest(deletionFrom(list).set, entryIds)));
+            requireSuccess(client.call(journalxml::buildRequest(method, entryIds)));
             requireSuccess(client.call(journalxml::buildRequest(MethodId::eRefreshCallLists)));
         }
     }

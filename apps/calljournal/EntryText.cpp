@@ -73,7 +73,7 @@ std::string callTable(const Json& occurrences, std::size_t width) {
 
 }  // namespace
 
-std::string entryText(host::ListName list, const Json& item, std::size_t width) {
+std::string entryText(ListName list, const Json& item, std::size_t width) {
     const std::string name = host::fullName(shown(item, "firstName", ""), shown(item, "surname", ""));
     std::string text =
         (name.empty() ? "unknown" : host::printable(name)) + ", " + host::entryWord(list) + "\n";

@@ -19,7 +19,7 @@ public:
 
     int run(const CommonOptions& common) override {
         host::RemoteClient client(common.dataDirectory());
-        const ListResponse response = fetchList(client, host::listNamed(m_list).value());
+        const ListResponse response = fetchList(client, listNamed(m_list).value());
         std::cout << (m_format == "csv" ? response.csv : response.json + "\n") << std::flush;
         return std::cout.good() ? eDone : eFailed;
     }

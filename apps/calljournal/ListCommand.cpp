@@ -31,7 +31,7 @@ public:
             m_filter.limit = m_limit;
         }
         host::RemoteClient client(common.dataDirectory());
-        const ListResponse response = fetchList(client, host::listNamed(m_list).value(), m_filter);
+        const ListResponse response = fetchList(client, listNamed(m_list).value(), m_filter);
         if (m_csv) {
             std::cout << response.csv << std::flush;
         } else {

@@ -21,9 +21,9 @@ std::string checkCount(const std::string& text) {
 }
 
 std::string checkList(const std::string& text) {
-    return host::listNamed(text) ? std::string()
-                                 : "there is no list " + text +
-                                       "; the lists are missed, dialled, received, forwarded and callbacks";
+    return listNamed(text) ? std::string()
+                           : "there is no list " + text +
+                                 "; the lists are missed, dialled, received, forwarded and callbacks";
 }
 
 }  // namespace
@@ -58,8 +58,8 @@ void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const 
     app.add_option("entry-ids", entryIds, help)->type_name("ENTRY_ID");
 }
 
-void printUnknown(const std::string& entryId, host::ListName list, const CommonOptions& common) {
-    const std::string word(host::wordOf(list));
+void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
+    const std::string word(wordOf(list));
     std::cerr << "calljournal: there is no entry " << host::printable(entryId) << " in the list " << word
               << "; `" << common.commandToType("list " + word + " --ids") << "` prints the ids of the entries"
               << std::endl;

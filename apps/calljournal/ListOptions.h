@@ -30,6 +30,6 @@ void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const 
 
 /// Prints to the standard error output that the list has no such entry, and the command that prints its
 /// entries.
-void printUnknown(const std::string& entryId, host::ListName list, const CommonOptions& common);
+void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common);
 
 }  // namespace calljournal

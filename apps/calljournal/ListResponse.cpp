@@ -12,15 +12,10 @@
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/ClientResponse.h"
-#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/ListXml.h"
 
 namespace calljournal {
 namespace {
-
-using journalxml::MethodId;
-
-template <typename Item>
-using ListParser = bool (*)(const std::string&, std::deque<Item>&);
 
 bool isUnviewed(const MissedCallItem& item) {
     return !item.getViewed();
@@ -72,15 +67,15 @@ ListRow rowOf(const CallBackItem& item) {
 }
 
 template <typename Item>
-std::optional<ListResponse> read(host::ListName list, const std::string& text, const ListFilter& filter,
-                                 ListParser<Item> parse) {
+std::optional<ListResponse> read(const std::string& text, const ListFilter& filter) {
+    constexpr ListName kList = ListTraits<Item>::kList;
     std::deque<Item> items;
-    if (journalxml::isFailure(text) || !parse(text, items)) {
+    if (journalxml::isFailure(text) || !ListXml<Item>::kParse(text, items)) {
         return std::nullopt;
     }
     const host::SearchText search(filter.search);
     ListResponse response;
-    response.csv = host::csvTitles(list);
+    response.csv = host::csvTitles(kList);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
         if (!host::itemMatches(item, search)) {
@@ -91,10 +86,10 @@ std::optional<ListResponse> read(host::ListName list, const std::string& text, c
         if (!filter.limit || response.rows.size() < *filter.limit) {
             response.rows.push_back(rowOf(item));
             shown.push_back(host::itemJson(item));
-            response.csv += host::csvLines(list, shown.back());
+            response.csv += host::csvLines(kList, shown.back());
         }
     }
-    response.json = host::jsonText({{"list", std::string(host::wordOf(list))},
+    response.json = host::jsonText({{"list", ListTraits<Item>::kWord},
                                     {"total", response.total},
                                     {"unviewed", response.unviewed},
                                     {"items", std::move(shown)}});
@@ -103,34 +98,14 @@ std::optional<ListResponse> read(host::ListName list, const std::string& text, c
 
 }  // namespace
 
-MethodId methodFor(host::ListName list) noexcept {
-    switch (list) {
-        case host::ListName::eMissed: return MethodId::eGetMissedCallList;
-        case host::ListName::eDialled: return MethodId::eGetDialledCallList;
-        case host::ListName::eReceived: return MethodId::eGetReceivedCallList;
-        case host::ListName::eForwarded: return MethodId::eGetForwardedCallList;
-        case host::ListName::eCallbacks: break;
-    }
-    return MethodId::eGetCallBackList;
-}
-
-std::optional<ListResponse> readListResponse(host::ListName list, const std::string& response,
+std::optional<ListResponse> readListResponse(ListName list, const std::string& response,
                                              const ListFilter& filter) {
-    using Helper = JournalServiceHelper;
-    switch (list) {
-        case host::ListName::eMissed: return read(list, response, filter, &Helper::parseXMLMissedCallList);
-        case host::ListName::eDialled: return read(list, response, filter, &Helper::parseXMLDialledCallList);
-        case host::ListName::eReceived:
-            return read(list, response, filter, &Helper::parseXMLReceivedCallList);
-        case host::ListName::eForwarded:
-            return read(list, response, filter, &Helper::parseXMLForwardedCallList);
-        case host::ListName::eCallbacks: break;
-    }
-    return read(list, response, filter, &Helper::parseXMLCallBackList);
+    return withItemOf(list, [&]<typename Item>() { return read<Item>(response, filter); });
 }
 
-ListResponse fetchList(host::RemoteClient& client, host::ListName list, const ListFilter& filter) {
-    auto response = readListResponse(list, client.call(journalxml::buildRequest(methodFor(list))), filter);
+ListResponse fetchList(host::RemoteClient& client, ListName list, const ListFilter& filter) {
+    const auto method = withItemOf(list, []<typename Item>() { return ListXml<Item>::kGetList; });
+    auto response = readListResponse(list, client.call(journalxml::buildRequest(method)), filter);
     if (!response) {
         throw host::RemoteError("calljournal could not return the list; see its log");
     }

@@ -8,7 +8,6 @@
 
 #include "apps/calljournal/ListTable.h"
 #include "host/presentation/ListName.h"
-#include "platform/journal-library/MethodId.h"
 
 namespace host {
 class RemoteClient;
@@ -37,16 +36,13 @@ struct ListResponse {
     std::string csv;
 };
 
-/// The method that returns the list.
-[[nodiscard]] journalxml::MethodId methodFor(host::ListName list) noexcept;
-
-/// Parses the response of that method; std::nullopt for a failure and for a text that is not a list. Pure and
+/// Parses the response of the method that returns the list; std::nullopt for a failure and for a text that is not a list. Pure and
 /// thread-safe.
-[[nodiscard]] std::optional<ListResponse> readListResponse(host::ListName list, const std::string& response,
+[[nodiscard]] std::optional<ListResponse> readListResponse(ListName list, const std::string& response,
                                                            const ListFilter& filter);
 
 /// Requests the list from a running server. Throws `RemoteError` if the request fails.
-[[nodiscard]] ListResponse fetchList(host::RemoteClient& client, host::ListName list,
+[[nodiscard]] ListResponse fetchList(host::RemoteClient& client, ListName list,
                                      const ListFilter& filter = {});
 
 }  // namespace calljournal

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <deque>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -15,61 +16,49 @@
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 #include "platform/journal-library/ClientRequest.h"
-#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/ListXml.h"
 
 namespace calljournal {
 namespace {
 
-using Helper = JournalServiceHelper;
-using journalxml::MethodId;
-using Json = nlohmann::ordered_json;
-using Entry = std::pair<host::ListName, Json>;
+using Entry = std::pair<ListName, nlohmann::ordered_json>;
 
-template <typename Item>
-using Parser = bool (*)(const std::string&, Item&);
-
-/// The entry of one list. The response is an item without the id if the list has no such entry.
-template <typename Item>
-std::optional<Entry> find(host::RemoteClient& client, host::ListName list, MethodId method,
-                          Parser<Item> parse, const std::string& entryId) {
-    Item item;
-    if (!parse(client.call(journalxml::buildRequest(method, {entryId})), item)) {
-        throw host::RemoteError("calljournal could not return the entry; see its log");
-    }
-    return item.getEntryId() == entryId ? std::optional<Entry>({list, host::itemJson(item)}) : std::nullopt;
+[[noreturn]] void fail() {
+    throw host::RemoteError("calljournal could not return the entry; see its log");
 }
 
-/// No method returns a single callback.
-std::optional<Entry> findCallback(host::RemoteClient& client, const std::string& entryId) {
-    std::deque<CallBackItem> items;
-    if (!Helper::parseXMLCallBackList(client.call(journalxml::buildRequest(MethodId::eGetCallBackList)),
-                                      items)) {
-        throw host::RemoteError("calljournal could not return the entry; see its log");
-    }
-    for (const CallBackItem& item : items) {
-        if (item.getEntryId() == entryId) {
-            return Entry{host::ListName::eCallbacks, host::itemJson(item)};
+/// Returns the entry of one list; std::nullopt if the list does not contain it.
+template <typename Item>
+std::optional<Entry> find(host::RemoteClient& client, const std::string& entryId) {
+    const auto matches = [&entryId](const Item& each) { return each.getEntryId() == entryId; };
+    if constexpr (ListXml<Item>::kGet) {
+        Item item;
+        if (!ListXml<Item>::kParseItem(client.call(journalxml::buildRequest(*ListXml<Item>::kGet, {entryId})),
+                                       item)) {
+            fail();
         }
+        // The response is an item without the id if the list has no such entry.
+        return matches(item) ? std::optional<Entry>({ListTraits<Item>::kList, host::itemJson(item)})
+                             : std::nullopt;
+    } else {
+        std::deque<Item> items;
+        if (!ListXml<Item>::kParse(client.call(journalxml::buildRequest(ListXml<Item>::kGetList)), items)) {
+            fail();
+        }
+        const auto found = std::find_if(items.begin(), items.end(), matches);
+        return found != items.end() ? std::optional<Entry>({ListTraits<Item>::kList, host::itemJson(*found)})
+                                    : std::nullopt;
     }
-    return std::nullopt;
 }
 
 std::optional<Entry> findInAll(host::RemoteClient& client, const std::string& entryId) {
-    auto entry = find<MissedCallItem>(client, host::ListName::eMissed, MethodId::eGetMissedCall,
-                                      &Helper::parseXMLMissedCallItem, entryId);
-    if (!entry) {
-        entry = find<DialledCallItem>(client, host::ListName::eDialled, MethodId::eGetDialledCall,
-                                      &Helper::parseXMLDialledCallItem, entryId);
-    }
-    if (!entry) {
-        entry = find<ReceivedCallItem>(client, host::ListName::eReceived, MethodId::eGetReceivedCall,
-                                       &Helper::parseXMLReceivedCallItem, entryId);
-    }
-    if (!entry) {
-        entry = find<ForwardedCallItem>(client, host::ListName::eForwarded, MethodId::eGetForwardedCall,
-                                        &Helper::parseXMLForwardedCallItem, entryId);
-    }
-    return entry ? entry : findCallback(client, entryId);
+    std::optional<Entry> entry;
+    forEachList([&]<typename Item>() {
+        if (!entry) {
+            entry = find<Item>(client, entryId);
+        }
+    });
+    return entry;
 }
 
 class ShowCommand final : public Command {

@@ -24,7 +24,7 @@ public:
 
     int run(const CommonOptions& common) override {
         host::RemoteClient client(common.dataDirectory());
-        const ListResponse missed = fetchList(client, host::ListName::eMissed);
+        const ListResponse missed = fetchList(client, ListName::eMissed);
         // The journal accepts every id and does not report unknown ones.
         const auto firstUnknown = std::stable_partition(
             m_entryIds.begin(), m_entryIds.end(), [&missed](const std::string& entryId) {
@@ -37,9 +37,9 @@ public:
         if (journalxml::parseBoolResponse(client.call(request)) != true) {
             throw host::RemoteError("calljournal could not mark them; see its log");
         }
-        std::cout << host::countText(host::ListName::eMissed, known.size()) << " viewed" << std::endl;
+        std::cout << host::countText(ListName::eMissed, known.size()) << " viewed" << std::endl;
         std::for_each(firstUnknown, m_entryIds.end(), [&common](const std::string& entryId) {
-            printUnknown(entryId, host::ListName::eMissed, common);
+            printUnknown(entryId, ListName::eMissed, common);
         });
         return firstUnknown == m_entryIds.end() && std::cout.good() ? eDone : eFailed;
     }

@@ -1,11 +1,10 @@
 #include "host/http/ListsResource.h"
 
-#include <deque>
 #include <nlohmann/json.hpp>
 
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
-#include "host/http/ListAccess.h"
+#include "host/http/ListOperations.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
 #include "host/presentation/ItemJson.h"
@@ -42,13 +41,13 @@ bool isUnviewed(const Item& /*item*/) {
 void ListsResource::addRoutes(Router& router) {
     router.add({"GET", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return list(each); }});
     router.add(
-        {"DELETE", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return deleteEntries(each); }});
+        {"DELETE", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return deleteSome(each); }});
     router.add({"POST", "/api/v1/lists/missed/viewed",
                 [this](const HttpRequest& each) { return markViewed(each); }});
     router.add(
         {"GET", "/api/v1/lists/{list}/{entryId}", [this](const HttpRequest& each) { return entry(each); }});
     router.add({"DELETE", "/api/v1/lists/{list}/{entryId}",
-                [this](const HttpRequest& each) { return deleteEntry(each); }});
+                [this](const HttpRequest& each) { return deleteOne(each); }});
 }
 
 HttpResponse ListsResource::list(const HttpRequest& request) const {
@@ -57,10 +56,8 @@ HttpResponse ListsResource::list(const HttpRequest& request) const {
     const SearchText search(request.queryValue("search"));
     std::size_t unviewed = 0;
     Json items = Json::array();
-    listaccess::with(name, [&](auto operations) {
-        std::deque<typename decltype(operations)::Item> all;
-        operations.read(m_journal, all);
-        for (const auto& item : all) {
+    withItemOf(name, [&]<typename Item>() {
+        for (const Item& item : readList<Item>(m_journal)) {
             if (!itemMatches(item, search)) {
                 continue;
             }
@@ -77,18 +74,18 @@ HttpResponse ListsResource::list(const HttpRequest& request) const {
 }
 
 HttpResponse ListsResource::entry(const HttpRequest& request) const {
-    return listaccess::with(listOf(request), [&](auto operations) {
-        typename decltype(operations)::Item item;
-        if (!operations.find(m_journal, request.parameter("entryId"), item)) {
+    return withItemOf(listOf(request), [&]<typename Item>() {
+        const auto item = findEntry<Item>(m_journal, request.parameter("entryId"));
+        if (!item) {
             throw noSuchEntry();
         }
-        return jsonResponse(itemJson(item));
+        return jsonResponse(itemJson(*item));
     });
 }
 
-HttpResponse ListsResource::deleteEntry(const HttpRequest& request) const {
-    const bool deleted = listaccess::with(listOf(request), [&](auto operations) {
-        return operations.remove(m_journal, request.parameter("entryId"));
+HttpResponse ListsResource::deleteOne(const HttpRequest& request) const {
+    const bool deleted = withItemOf(listOf(request), [&]<typename Item>() {
+        return deleteEntry<Item>(m_journal, request.parameter("entryId"));
     });
     if (!deleted) {
         throw noSuchEntry();
@@ -96,13 +93,13 @@ HttpResponse ListsResource::deleteEntry(const HttpRequest& request) const {
     return emptyResponse();
 }
 
-HttpResponse ListsResource::deleteEntries(const HttpRequest& request) const {
-    listaccess::with(listOf(request), [&](auto operations) {
+HttpResponse ListsResource::deleteSome(const HttpRequest& request) const {
+    withItemOf(listOf(request), [&]<typename Item>() {
         if (request.body.empty()) {
-            operations.clear(m_journal);
+            (m_journal.*listOperations<Item>().clear)();
             m_cleared();
         } else {
-            operations.remove(m_journal, entryIdsIn(request));
+            (m_journal.*listOperations<Item>().deleteSet)(entryIdsIn(request));
         }
     });
     return emptyResponse();

@@ -25,8 +25,8 @@ public:
 private:
     [[nodiscard]] HttpResponse list(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse entry(const HttpRequest& request) const;
-    [[nodiscard]] HttpResponse deleteEntry(const HttpRequest& request) const;
-    [[nodiscard]] HttpResponse deleteEntries(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse deleteOne(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse deleteSome(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse markViewed(const HttpRequest& request) const;
 
     JournalServiceIfc& m_journal;

@@ -20,10 +20,8 @@ auto& family(Builder builder, prometheus::Registry& registry, const std::string&
 class Metrics::Registered {
 public:
     explicit Registered(const std::string& line) : m_line(line) {
-        for (const ListName list : {ListName::eMissed, ListName::eDialled, ListName::eReceived,
-                                    ListName::eForwarded, ListName::eCallbacks}) {
-            filed(list);  // so that each counter exists from the start
-        }
+        // Each counter exists from the start.
+        forEachList([this]<typename Item>() { filed(ListTraits<Item>::kList); });
     }
 
     prometheus::Counter& filed(ListName list) { return m_filed.Add({{"list", std::string(wordOf(list))}}); }

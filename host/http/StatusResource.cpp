@@ -1,13 +1,12 @@
 #include "host/http/StatusResource.h"
 
 #include <algorithm>
-#include <deque>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/data/Database.h"
 #include "host/http/HttpError.h"
-#include "host/http/ListAccess.h"
+#include "host/http/ListOperations.h"
 #include "host/http/Router.h"
 #include "host/management/LocalManagement.h"
 
@@ -15,13 +14,6 @@ namespace host {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-template <typename Operations>
-auto itemsOf(JournalServiceIfc& journal, Operations operations) {
-    std::deque<typename Operations::Item> items;
-    operations.read(journal, items);
-    return items;
-}
 
 }  // namespace
 
@@ -46,16 +38,13 @@ HttpResponse StatusResource::health() {
 
 std::map<ListName, std::size_t> StatusResource::entries() const {
     std::map<ListName, std::size_t> sizes;
-    for (const ListName name : {ListName::eMissed, ListName::eDialled, ListName::eReceived,
-                                ListName::eForwarded, ListName::eCallbacks}) {
-        sizes[name] = listaccess::with(
-            name, [this](auto operations) { return itemsOf(m_sources.journal, operations).size(); });
-    }
+    forEachList(
+        [&]<typename Item>() { sizes[ListTraits<Item>::kList] = readList<Item>(m_sources.journal).size(); });
     return sizes;
 }
 
 std::size_t StatusResource::unviewed() const {
-    const auto missed = itemsOf(m_sources.journal, listaccess::Missed());
+    const auto missed = readList<MissedCallItem>(m_sources.journal);
     return static_cast<std::size_t>(
         std::count_if(missed.begin(), missed.end(), [](const auto& item) { return !item.getViewed(); }));
 }

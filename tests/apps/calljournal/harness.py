@@ -18,7 +18,7 @@ import threading
 import time
 import unittest
 
-from stranger_switch import StrangerSwitch
+from third_party_switch import ThirdPartySwitch
 
 LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
 IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short pauses between attempts to connect
@@ -135,9 +135,9 @@ class ProgramTest(unittest.TestCase):
         server.logs(filed)
         return simulator, server
 
-    def stranger(self):
+    def third_party_switch(self):
         """A switch that the test speaks for itself."""
-        switch = StrangerSwitch(LIMIT)
+        switch = ThirdPartySwitch(LIMIT)
         self.addCleanup(switch.close)
         return switch
 

@@ -15,7 +15,7 @@ class DurabilityTest(ProgramTest):
         return server, watcher, self.change(watcher, "missedCallsUpdate", action)
 
     def test_an_entry_survives_a_kill_right_after_it_was_announced(self):
-        self.switch = self.stranger()
+        self.switch = self.third_party_switch()
         told = []
         for call, caller in (("1", "N<4711>Ann"), ("2", "N<4712>Bob"), ("3", "N<4711>Ann")):
             server, watcher, item = self.serve_and_miss(call, caller, 1 if call == "3" else 0)
@@ -31,7 +31,7 @@ class DurabilityTest(ProgramTest):
         self.assertEqual(sorted(row[2] for row in self.rows()), [1, 2])
 
     def test_a_clean_end_keeps_everything_and_leaves_no_socket(self):
-        self.switch = self.stranger()
+        self.switch = self.third_party_switch()
         server, watcher, item = self.serve_and_miss("1", "N<4711>Ann", 0)
         self.assertEqual(server.stop(), 0)
         self.assertEqual(watcher.ends(), 1, "a watcher whose server ends has nothing more to say")

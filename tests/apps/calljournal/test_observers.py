@@ -10,7 +10,7 @@ import sys
 import time
 
 from harness import ProgramTest
-from stranger_switch import cleared, delivered
+from third_party_switch import cleared, delivered
 
 GROUPS, OBSERVERS_OF_GROUP, CALLS = 10, 10, 150
 SUBSCRIPTION = b"Q\0\0\0\1<r><Method>25</Method></r>"
@@ -61,7 +61,7 @@ class ObserversTest(ProgramTest):
 
     def test_calls_are_filed_as_fast_when_observers_have_stopped_reading(self):
         self.filed = 0
-        self.switch = self.stranger()
+        self.switch = self.third_party_switch()
         self.server = self.serve(self.switch.address)
         self.switch.accept_monitor()
         stopped = self.observers()[0]

@@ -4,7 +4,7 @@ import socket
 import threading
 
 from harness import IMPATIENT, LIMIT, ProgramTest
-from stranger_switch import cleared, delivered, established
+from third_party_switch import cleared, delivered, established
 
 
 class SwitchComesAndGoesTest(ProgramTest):
@@ -32,7 +32,7 @@ class SwitchComesAndGoesTest(ProgramTest):
         self.assertEqual(self.list("missed")["total"], 3)
 
     def test_a_call_that_outlasts_an_outage_is_one_entry(self):
-        switch = self.stranger()
+        switch = self.third_party_switch()
         self.serve(switch.address, config=IMPATIENT)
         watcher = self.watch()
         switch.accept_monitor()

@@ -15,10 +15,10 @@ using Helper = JournalServiceHelper;
 
 TEST(ListResponse, IsNoneForAFailureAndForWhatIsNoList) {
     host::Log::configure("error", "");  // lines about what cannot be read are not needed here
-    EXPECT_EQ(readListResponse(host::ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
+    EXPECT_EQ(readListResponse(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
               R"({"list":"dialled","total":0,"unviewed":0,"items":[]})");
     for (const std::string& none : {std::string(Helper::FAILURE), std::string("<broken"), std::string()}) {
-        EXPECT_FALSE(readListResponse(host::ListName::eMissed, none, {})) << none;
+        EXPECT_FALSE(readListResponse(ListName::eMissed, none, {})) << none;
     }
 }
 

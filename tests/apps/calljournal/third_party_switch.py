@@ -1,4 +1,4 @@
-"""A CSTA peer as a stranger would write it: frames of CSTA XML over TCP, and of all requests it answers MonitorStart only."""
+"""A third-party CSTA peer: frames of CSTA XML over TCP. Of all requests it responds to MonitorStart only."""
 
 import re
 import socket
@@ -36,7 +36,7 @@ def cleared(call):
                  "normalClearing")
 
 
-class StrangerSwitch:
+class ThirdPartySwitch:
     def __init__(self, limit):
         self.listener = socket.create_server(("127.0.0.1", 0))
         self.listener.settimeout(limit)

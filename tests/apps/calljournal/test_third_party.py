@@ -4,16 +4,16 @@ import threading
 import time
 
 from harness import ProgramTest
-from stranger_switch import cleared, delivered, established
+from third_party_switch import cleared, delivered, established
 
 ANN = "N<4711>Ann Müller"
 HARD_NAME = "Zoë \"<&>\" 山田 太郎 O'Neill"
 
 
-class StrangerTest(ProgramTest):
+class ThirdPartyTest(ProgramTest):
     def setUp(self):
         super().setUp()
-        self.switch = self.stranger()
+        self.switch = self.third_party_switch()
         self.server = self.serve(self.switch.address)
         self.watcher = self.watch()
         self.switch.accept_monitor()
