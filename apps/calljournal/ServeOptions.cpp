@@ -21,12 +21,16 @@ std::string checkKeyAndValue(const std::string& text) {
 /// misspelt.
 void check(const host::Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
-        if (!host::isTaken(key, value)) {
+        if (!host::isAccepted(key, value)) {
             std::string text = "management.";
-            text.append(key).append(": it takes ").append(host::valuesOf(key)).append(", not ").append(value);
+            text.append(key)
+                .append(": it takes ")
+                .append(host::acceptedValues(key))
+                .append(", not ")
+                .append(value);
             throw host::ConfigurationError(text);
         }
-        if (!host::isRead(key)) {
+        if (!host::isUsedByJournal(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
                       "the setting %s is not used; is it misspelt?", key.c_str());
         }
@@ -53,7 +57,7 @@ host::Configuration ServeOptions::configure(const std::string& logLevel) const {
     host::Configuration configuration;
     configuration.log.level = logLevel;
     if (!m_file.empty()) {
-        configuration = host::Configuration::load(m_file);
+        configuration = host::loadConfiguration(m_file);
     }
     if (!m_listen.empty()) {
         configuration.api.listen = host::parseEndpoint(m_listen).value();

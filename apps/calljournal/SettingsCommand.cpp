@@ -10,7 +10,7 @@
 #include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
-#include "host/management/SettingValues.h"
+#include "host/management/SettingRules.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 #include "host/remote/RemoteClient.h"
@@ -78,7 +78,7 @@ private:
         if (m_json) {
             std::cout << refusalJson(refused) << std::endl;
         }
-        const bool isUnknown = !changes() || !host::isRead(refused.key);
+        const bool isUnknown = !changes() || !host::isUsedByJournal(refused.key);
         throw std::runtime_error(host::printable(refused.text) + (isUnknown ? hint(common) : ""));
     }
 

@@ -13,8 +13,8 @@ namespace {
 
 using Helper = JournalServiceHelper;
 
-TEST(ListResponse, IsNoneForAFailureAndForWhatIsNoList) {
-    host::Log::configure("error", "");  // lines about what cannot be read are not needed here
+TEST(ListResponse, IsEmptyForAFailureAndForATextThatIsNotAList) {
+    host::Log::configure("error", "");  // hides the warnings about texts that cannot be parsed
     EXPECT_EQ(readListResponse(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
               R"({"list":"dialled","total":0,"unviewed":0,"items":[]})");
     for (const std::string& none : {std::string(Helper::FAILURE), std::string("<broken"), std::string()}) {
@@ -22,7 +22,7 @@ TEST(ListResponse, IsNoneForAFailureAndForWhatIsNoList) {
     }
 }
 
-TEST(ListTable, AlignsCutsAndLeavesOutColumnsByWhatATerminalShows) {
+TEST(ListTable, AlignsCutsAndLeavesOutColumnsByTheirDisplayWidth) {
     EXPECT_EQ(tableText({}), "");
     EXPECT_EQ(tableText({{true, "2026-11-21 06:22:05", "Ann Müller", "4711", "2", ""},
                          {false, "2026-11-20 06:22:05", "山田\x1b[2J", "+81355550107", "10", ""}}),
@@ -42,7 +42,7 @@ TEST(ListTable, AlignsCutsAndLeavesOutColumnsByWhatATerminalShows) {
               "* 06:22  山田山…   +491555…  2026-11-21T05:22:05Z2A\n");
 }
 
-TEST(WatchText, SaysChangesAndCountsInSentencesAndInObjects) {
+TEST(WatchText, DescribesChangesAndCountsInSentencesAndInJson) {
     ForwardedCallItem forwarded;
     forwarded.setEntryId("e1");
     forwarded.setSurname("Ann\n\x1b[2J");

@@ -1,7 +1,7 @@
-"""Runs the program for the tests: starts it, waits for what it prints, and ends it.
+"""Runs the program for the tests: starts it, waits for its output, and ends it.
 
-Every wait is for something that the program does (or for the clock, where a call has to last), and ends after LIMIT seconds. Each test has a data directory of its
-own, and every port is chosen by the system.
+Every wait is for an action of the program (or for the clock, where a call has to last), and ends after LIMIT seconds.
+Each test has its own data directory, and the system selects every port.
 """
 
 import calendar
@@ -21,7 +21,7 @@ import unittest
 from third_party_switch import ThirdPartySwitch
 
 LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
-IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short pauses between attempts to connect
+IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short intervals between attempts to connect
 
 
 class Program:
@@ -77,13 +77,13 @@ class Program:
         self.ends()
 
     def stop(self, number=signal.SIGTERM):
-        """Asks the program to end; answers its exit status."""
+        """Asks the program to end; returns its exit status."""
         if self.process.poll() is None:
             self.process.send_signal(number)
         return self.ends()
 
     def ends(self):
-        """Waits for the program to end by itself; answers its exit status."""
+        """Waits until the program has ended by itself; returns its exit status."""
         status = self.process.wait(LIMIT)
         for reader in self.readers:
             reader.join(LIMIT)
@@ -103,19 +103,19 @@ class ProgramTest(unittest.TestCase):
         return program
 
     def _end(self, program):
-        """Whatever still runs at the end of a test has to end cleanly; the newest first."""
+        """A program that still runs at the end of a test must end cleanly; the newest first."""
         if program.process.returncode is None:
             self.assertEqual(program.stop(), 0, "\n".join(program.seen[-60:]))
 
     def file(self, name, text):
-        """A file in the directory of the test; answers its path."""
+        """Writes a file into the directory of the test; returns its path."""
         path = os.path.join(self.data, name)
         with open(path, "w", encoding="utf-8", newline="") as file:
             file.write(text)
         return path
 
     def serve(self, switch, *arguments, config=None):
-        """A server that is ready for clients; `switch` is HOST:PORT. Its HTTP face is at `server.http`, HOST:PORT too."""
+        """A server that is ready for clients; `switch` is HOST:PORT. `server.http` is the HOST:PORT of its HTTP API."""
         given = ["--config", self.file("calljournal.toml", config)] if config else []
         server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *given, *arguments)
         server.http = server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch) +
@@ -123,38 +123,38 @@ class ProgramTest(unittest.TestCase):
         return server
 
     def simulate(self, scenario, *arguments, listen="127.0.0.1:0"):
-        """A simulated switch that plays the scenario; answers it and where it listens."""
+        """A simulated switch that plays the scenario; returns it and its address."""
         simulator = self.start("switch", "--listen", listen, "--scenario", self.file("calls.txt", scenario), *arguments)
         simulator.address = simulator.prints(r"^switch listens on (\S+)$").group(1)
         return simulator, simulator.address
 
     def simulate_and_serve(self, scenario, filed):
-        """Both, and the call that the scenario ends with is filed: the server has logged this."""
+        """Both; returns when the server has logged that the last call of the scenario is filed."""
         simulator, address = self.simulate(scenario)
         server = self.serve(address)
         server.logs(filed)
         return simulator, server
 
     def third_party_switch(self):
-        """A switch that the test speaks for itself."""
+        """A switch whose messages the test sends itself."""
         switch = ThirdPartySwitch(LIMIT)
         self.addCleanup(switch.close)
         return switch
 
     def watch(self):
-        """A client that prints changes as JSON, and has subscribed: what a subscriber is presented with is read already."""
+        """A subscribed client that prints changes as JSON; the initial notifications are already read."""
         watcher = self.start("watch", "--json", "--data", self.data)
         watcher.prints('"event":"dialledCallsUpdate"')
         return watcher
 
     def run_program(self, *arguments):
-        """Runs the program to its end; answers exit status, output and errors."""
+        """Runs the program to its end; returns exit status, output and errors."""
         done = subprocess.run([os.environ["CALLJOURNAL"], *arguments], stdin=subprocess.DEVNULL, capture_output=True,
                               text=True, encoding="utf-8", timeout=LIMIT, env={**os.environ, "TZ": "UTC"})
         return done.returncode, done.stdout, done.stderr
 
     def done(self, *arguments):
-        """The output of a command for the running server, which says nothing of errors."""
+        """The output of a command for the running server, which prints no errors."""
         status, output, errors = self.run_program(*arguments, "--data", self.data)
         self.assertEqual((status, errors), (0, ""), arguments)
         return output

@@ -1,4 +1,4 @@
-"""The program's own switch simulator and the journal, each in a process of its own."""
+"""The switch simulator and the journal, each in its own process."""
 
 import json
 import os
@@ -13,23 +13,14 @@ dial bob to 4712 "Bob Fischer" ; ring bob ; connect bob ; wait 100ms ; hangup bo
 
 
 class CallsTest(ProgramTest):
-    def test_calls_travel_the_whole_road_and_a_subscriber_is_presented_with_them(self):
+    def test_a_subscriber_gets_the_counts_and_the_newest_entries(self):
         self.simulate_and_serve(CALLS, "dialled Bob Fischer")
-        self.assertEqual(self.list("missed")["items"][0]["number"], "4711")
-        received = self.list("received")["items"]
-        self.assertEqual([(item["surname"], item["number"]) for item in received], [("Zoë Økland", "+4915550100123")])
-        self.assertRegex(received[0]["occurrences"][0]["duration"], r"^00:0\d$")
-        dialled = self.list("dialled")
-        self.assertEqual((dialled["total"], dialled["unviewed"]), (1, 0))
-        self.assertEqual(dialled["items"][0]["number"], "4712")
-        self.assertEqual(len(self.rows()), 3)
-
         watcher = self.start("watch", "--json", "--data", self.data)
         self.assertEqual(json.loads(watcher.prints("").string), {"event": "missedCallsCountUpdate", "data": {"count": 1}})
         data = json.loads(watcher.prints("dialledCallsUpdate").string)["data"]
         self.assertEqual((data["action"], data["item"]["number"]), (3, "4712"))
 
-    def test_a_watcher_is_told_of_each_change_as_it_comes(self):
+    def test_a_watcher_prints_each_change_as_it_comes(self):
         _, address = self.simulate(CALLS, "--loop")
         self.serve(address)
         people = self.start("watch", "--data", self.data)

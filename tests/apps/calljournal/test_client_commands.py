@@ -1,4 +1,4 @@
-"""Single entries from the command line, the client in another language, and what is written about both."""
+"""Commands for single entries, the client in another language, and the documents of both."""
 
 import csv
 import io
@@ -11,7 +11,7 @@ import sys
 from harness import LIMIT, ProgramTest
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..")
-LONG = "=SUM(A1,A2) is somebody whose name is longer than a line of a terminal can be"
+LONG = "=SUM(A1,A2) is a caller whose name is longer than a row of a terminal can be"
 CALLS = """
 call ann from 4711 "Ann Müller" ; ring ann ; giveup ann
 call sum from +4915550100123 "%s" ; ring sum ; giveup sum
@@ -44,17 +44,17 @@ class ClientCommandsTest(ProgramTest):
         self.assertEqual({item["surname"] for item in self.list("missed")["items"] if not item["viewed"]}, {LONG})
         self.assertEqual(re.findall(r"(?m)^\* .*  (\S+) ", self.done("list", "missed")), ["+4915550100123"])
 
-        status, output, errors = self.run_program("delete", "missed", ids["Zoë"], "nobody", "--data", self.data)
+        status, output, errors = self.run_program("delete", "missed", ids["Zoë"], "none", "--data", self.data)
         self.assertEqual((status, output), (1, "1 missed call deleted\n"))
-        self.assertEqual(errors, "calljournal: there is no entry nobody in the list missed; `%s list missed --ids --data %s` shows "
-                                 "those that there are\n" % (os.environ["CALLJOURNAL"], self.data))
-        for command in (["viewed", "nobody"], ["show", "nobody"], ["delete", "dialled", ids["Ann Müller"]]):
+        self.assertEqual(errors, "calljournal: there is no entry none in the list missed; `%s list missed --ids --data %s` prints "
+                                 "the ids of the entries\n" % (os.environ["CALLJOURNAL"], self.data))
+        for command in (["viewed", "none"], ["show", "none"], ["delete", "dialled", ids["Ann Müller"]]):
             self.assertIn("--ids", self.refused(*command, silent=False))
         self.assertEqual(self.done("delete", "missed", "--all"), "2 missed calls deleted\n")
         self.assertEqual(self.done("delete", "missed", "--all"), "0 missed calls deleted\n")
         self.assertEqual([len(self.list(name)["items"]) for name in ("missed", "dialled", "callbacks")], [0, 1, 1])
 
-    def test_deleting_all_takes_along_what_a_list_does_not_show(self):
+    def test_deleting_all_includes_the_entries_that_are_not_loaded(self):
         self.simulate_and_serve("\n".join("call c from %d ; ring c ; giveup c" % (5000 + index) for index in range(230)),
                                 "missed call from 5229")
         self.watch()  # a subscription loads the newest 200
@@ -88,7 +88,7 @@ class ClientCommandsTest(ProgramTest):
             options[command] = sorted({*inherited, *re.findall(r"(?m)^  (?:-h,)?(--[a-z-]+)", output)})
         return options
 
-    def test_completion_and_manual_know_every_command_and_option(self):
+    def test_completion_and_manual_contain_every_command_and_option(self):
         options = self.helped()
         self.assertGreater(len(options), 13)
         script = os.path.join(ROOT, "packaging/completion/calljournal.bash")
@@ -110,8 +110,8 @@ class ClientCommandsTest(ProgramTest):
             heading = re.compile(" (Cm )?".join(command.split()) + r"\b")
             section = [each for each in sections if heading.match(each)]
             self.assertEqual(len(section), 1, command)
-            told = {"--" + each for each in re.findall(r"Fl Fl (\S+)", section[0])}
-            self.assertEqual(told | {"--data", "--help"}, set(known), command)
+            documented = {"--" + each for each in re.findall(r"Fl Fl (\S+)", section[0])}
+            self.assertEqual(documented | {"--data", "--help"}, set(known), command)
         self.assertEqual(complete("delete", "missed", "--format", "j"), ["json"])
         self.assertEqual(complete("list", "--limit", "3", "d"), ["dialled"])
         self.assertEqual(complete("list", "missed", "d"), [])
@@ -138,7 +138,7 @@ class ClientCommandsTest(ProgramTest):
         self.assertEqual((status, len(lines)), (0, 3))
         self.assertRegex(lines[2], r"^\* \S+  \S+Z  Ann Müller  4711$")
         self.assertEqual(run("delete", "missed", lines[2].split()[1]), (0, [], ""))
-        self.assertEqual(run("delete", "missed", "nobody")[::2], (1, "no entry nobody in missed\n"))
+        self.assertEqual(run("delete", "missed", "none")[::2], (1, "no entry none in missed\n"))
         self.assertEqual(run("list", "missed")[1], lines[:2])
         followed = iter(follower.stdout.readline, "")
         self.assertIn("missedCallsUpdate: deleted\n", followed)

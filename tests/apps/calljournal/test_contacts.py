@@ -1,4 +1,4 @@
-"""The phonebook: imported while the server runs, and known to the next call."""
+"""The phonebook: imported while the server runs, and used by the next call."""
 
 import json
 

@@ -1,4 +1,4 @@
-"""Many clients that follow the journal, some of which do not read."""
+"""Many subscribed clients, some of which do not read."""
 
 import os
 import re
@@ -17,7 +17,7 @@ SUBSCRIPTION = b"Q\0\0\0\1<r><Method>25</Method></r>"
 
 
 def observe(path, count):
-    """Subscribes so often, says so, and reads what comes until it is killed."""
+    """Subscribes `count` times, prints "ready", and reads until it is killed."""
     selector = selectors.DefaultSelector()
     for _ in range(count):
         client = socket.socket(socket.AF_UNIX)
@@ -36,7 +36,7 @@ def observe(path, count):
 
 class ObserversTest(ProgramTest):
     def observers(self):
-        """The processes, each with as many observers; all have subscribed."""
+        """Starts the processes with their observers; all have subscribed."""
         command = [sys.executable, "-B", os.path.abspath(__file__), os.path.join(self.data, "calljournal.sock"), str(OBSERVERS_OF_GROUP)]
         groups = []
         for _ in range(GROUPS):
@@ -49,7 +49,7 @@ class ObserversTest(ProgramTest):
         return groups
 
     def seconds_for_calls(self):
-        """How long it takes until as many calls from new parties are filed."""
+        """The seconds until CALLS calls from new parties are filed."""
         self.done("delete", "missed", "--all")
         numbers = ["5%07d" % (self.filed + each) for each in range(CALLS)]
         self.filed += CALLS

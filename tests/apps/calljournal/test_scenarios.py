@@ -1,5 +1,5 @@
-"""Every scenario of examples/scenarios, played by the simulated switch against the program on both kinds of phone: the lists are those of
-docs/call-filing.md. The runs of one kind of phone go on side by side, because nearly all of their time is waiting."""
+"""Every scenario of examples/scenarios, played by the simulated switch on both kinds of phone: the lists are those of
+docs/call-filing.md. The runs of one kind of phone are concurrent, because they spend nearly all of their time waiting."""
 
 import concurrent.futures
 import json
@@ -52,7 +52,7 @@ EXPECTED = {
     "pickup": (["received %s T by 2005" % ANN], ["received %s T by 2005 to 2005" % ANN]),
     "shared-line": ([], ["missed " + ANN]),
     "transfer-blind": ["received %s T" % ANN],
-    # The own line's monitor of a Qorvex phone leaves Held events out, so its two calls do not know each other.
+    # The own line's monitor of a Qorvex phone leaves Held events out, so its two calls are not connected.
     "transfer-consultation": (["dialled %s T" % BOB, "received %s T" % ANN],
                               ["dialled %s T by 4711" % BOB, "received %s T by 4712" % ANN]),
     "transferred": (["received %s T by 4711" % BOB, "received %s T" % ANN],
@@ -101,8 +101,8 @@ class Run(harness.ProgramTest):
         with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
             token = file.read().strip()
         request = urllib.request.Request("http://%s/api/v1/status" % http, headers={"Authorization": "Bearer " + token})
-        with urllib.request.urlopen(request, timeout=harness.LIMIT) as answer:
-            return json.load(answer)["calls"]
+        with urllib.request.urlopen(request, timeout=harness.LIMIT) as response:
+            return json.load(response)["calls"]
 
 
 def run(name, software_type):

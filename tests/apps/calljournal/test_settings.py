@@ -1,4 +1,4 @@
-"""Settings from the command line: what they do to the journal, and what the switch is asked then."""
+"""Settings from the command line: their effects on the journal and on the requests to the switch."""
 
 import json
 import os
@@ -29,10 +29,10 @@ class SettingsTest(ProgramTest):
         return server
 
     def asks(self, simulator, request, pattern=""):
-        """The next request of that name that the switch gets."""
+        """The next request of that name that the switch receives."""
         return simulator.logs(r"from client \d+, \d+ %s: .*%s" % (request, pattern)).string
 
-    def test_keys_are_listed_read_and_written_and_refusals_say_why(self):
+    def test_keys_are_listed_read_and_written_and_refusals_have_reasons(self):
         self.serve("127.0.0.1:1", "--set", "sntp-tz-offset=3600")
         rows = [line.split() for line in self.settings().splitlines()]
         self.assertEqual(rows[0], ["SETTING", "OF", "VALUE"])
@@ -80,7 +80,7 @@ class SettingsTest(ProgramTest):
         self.assertEqual(self.refuses("call-log-enabled", "false"),
                          "calljournal: call-log-enabled value is not changed\n")
 
-    def test_the_switch_is_asked_for_what_the_settings_say(self):
+    def test_settings_change_the_requests_to_the_switch(self):
         simulator, address = self.simulate(QUIET, "--log-messages")
         server = self.serve_impatiently(address)
         self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
@@ -96,7 +96,7 @@ class SettingsTest(ProgramTest):
         start = self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
         self.assertIn("<held>true</held>", start)
 
-        # What the filter does not set goes with its group: held calls are told of, call information is not.
+        # Members that the filter does not set follow their group: held calls are reported, call information is not.
         self.set("system-identifier", "2")
         change = self.asks(simulator, "ChangeMonitorFilter")
         for member in ("<held>false<", "<retrieved>false<", "<serviceInitiated>false<", "<callInformation>true<"):
@@ -108,19 +108,19 @@ class SettingsTest(ProgramTest):
             self.assertIn(member, change)
         server.logs(r"readLocalMgmtData\(\):m_useCSTACallControlEvents == true")
 
-    def misbehave(self, how, said, said_of_change=None):
-        """A switch that answers requests in a bad way: the journal says so, goes on, and does it when the switch is well again."""
+    def misbehave(self, how, logged, logged_for_change=None):
+        """A switch that responds wrongly: the journal logs it, continues, and succeeds when the switch is well again."""
         requests = ["MonitorStop", "ChangeMonitorFilter"]
-        if how != "hang-up":  # it would come to nothing but connecting again and again
+        if how != "hang-up":  # every connection would end at once
             requests += ["SystemRegister", "RequestSystemStatus", "GetSwitchingFunctionDevices"]
         simulator, address = self.simulate(QUIET, *["--answer=%s=%s" % (request, how) for request in requests])
         server = self.serve_impatiently(address)
         self.set("system-identifier", "2")
-        server.logs(r"readLocalMgmtData\(\):" + (said_of_change or said))
+        server.logs(r"readLocalMgmtData\(\):" + (logged_for_change or logged))
         if how == "hang-up":
             server.logs("monitor M1 of localDeviceID is on")
         self.set("disable-access-calllog", "1")
-        server.logs(r"stopQorvexEvents\(\):" + said)
+        server.logs(r"stopQorvexEvents\(\):" + logged)
         if how == "hang-up":
             server.logs("connected to the switch at %s again" % address)
         simulator.stop()
@@ -131,7 +131,7 @@ class SettingsTest(ProgramTest):
         simulator, _ = self.simulate(QUIET, "--log-messages", "--answer", "MonitorStart=" + how, listen=address)
         self.asks(simulator, "SystemRegister")
         self.set("disable-access-calllog", "0")
-        server.logs(r"startQorvexEvents\(\):" + said)
+        server.logs(r"startQorvexEvents\(\):" + logged)
         simulator.stop()
         simulator, _ = self.simulate(CALLS, listen=address)
         server.logs("connected to the switch at %s again" % address)
@@ -144,10 +144,10 @@ class SettingsTest(ProgramTest):
     def test_a_switch_that_refuses_is_survived(self):
         self.misbehave("refuse", "Returned an error response")
 
-    def test_a_switch_that_answers_something_else_is_survived(self):
+    def test_a_switch_that_responds_with_something_else_is_survived(self):
         self.misbehave("wrong", "Returned NULL response")
 
-    def test_a_switch_that_does_not_answer_is_survived(self):
+    def test_a_switch_that_does_not_respond_is_survived(self):
         self.misbehave("never", "Returned ERROR", "changeMonitorFilterReq returned ERROR")
 
     def test_a_switch_that_hangs_up_is_survived(self):

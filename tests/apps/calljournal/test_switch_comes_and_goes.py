@@ -9,14 +9,14 @@ from third_party_switch import cleared, delivered, established
 
 class SwitchComesAndGoesTest(ProgramTest):
     def taken_port(self):
-        """A port that is taken and refuses, so that nobody else gets it meanwhile; answers its socket and its address."""
+        """A port that refuses connections and that no other process can take; returns its socket and its address."""
         place = socket.socket()
         self.addCleanup(place.close)
         place.bind(("127.0.0.1", 0))
         place.settimeout(LIMIT)
         return place, "127.0.0.1:%d" % place.getsockname()[1]
 
-    def test_calls_are_filed_whenever_the_switch_is_there(self):
+    def test_calls_are_filed_after_every_reconnection(self):
         place, address = self.taken_port()
         server = self.serve(address, config=IMPATIENT)
         server.logs("the switch at %s is not there: .*; trying again" % address)
@@ -38,7 +38,7 @@ class SwitchComesAndGoesTest(ProgramTest):
         switch.accept_monitor()
         switch.send(delivered("17", "N<4711>Ann") + established("17", "N<4711>Ann"))
         switch.accept_monitor()
-        # The switch tells once more what it has told before, and then goes on.
+        # The switch repeats an event and then continues.
         switch.send(established("17", "N<4711>Ann") + cleared("17"))
         switch.misses("18", "N<4712>Bob")
         self.assertEqual(self.change(watcher, "missedCallsUpdate", 0)["number"], "4712")
@@ -49,7 +49,7 @@ class SwitchComesAndGoesTest(ProgramTest):
         place, address = self.taken_port()
         server = self.serve(address, config=IMPATIENT)
         server.logs("the switch at %s is not there" % address)
-        # Attempts that are refused show nowhere; with pauses of a second at most, there are two in this time.
+        # Refused attempts leave no trace; with intervals of a second at most, there are two in this time.
         threading.Event().wait(2.5)
         self.assertEqual(server.count("trying again"), 1)
         place.listen()

@@ -45,7 +45,7 @@ class ThirdPartySwitch:
         self.peer, self.received = None, b""
 
     def accept_monitor(self):
-        """Takes the next client, and answers its first MonitorStart for device 2001."""
+        """Accepts the next client and responds to its first MonitorStart for device 2001."""
         if self.peer:
             self.peer.close()
         self.peer, _ = self.listener.accept()
@@ -70,7 +70,7 @@ class ThirdPartySwitch:
         return int(one[4:8]), one[8:].decode("utf-8")
 
     def send(self, data, *sizes):
-        """Writes the bytes in pieces of these sizes, again and again; without sizes all at once."""
+        """Writes the bytes in pieces of these sizes, repeatedly; without sizes all at once."""
         pieces = 0
         while data:
             size = sizes[pieces % len(sizes)] if sizes else len(data)

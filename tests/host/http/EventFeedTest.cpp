@@ -7,7 +7,7 @@
 
 namespace {
 
-/// What one client has got, and whether it takes more.
+/// The text that a client has received, and its pending write.
 struct Client {
     std::string text;
     host::StreamSink::Done pending;
@@ -61,7 +61,7 @@ protected:
                            {4, 4096}};
 };
 
-TEST_F(EventFeedTest, GivesASlowClientWhatCameMeanwhileInOnePieceAndOneThatIsTooSlowAResync) {
+TEST_F(EventFeedTest, SendsASlowClientTheMissedEventsInOnePieceAndATooSlowOneAResync) {
     Client& client = join();
     count(1);
     count(2);
@@ -76,17 +76,17 @@ TEST_F(EventFeedTest, GivesASlowClientWhatCameMeanwhileInOnePieceAndOneThatIsToo
     EXPECT_EQ(client.count("event:"), 3);
 }
 
-TEST_F(EventFeedTest, EndsItsStreamsWhenItClosesAndThoseThatBeginLater) {
+TEST_F(EventFeedTest, EndsItsStreamsWhenItClosesAndEveryLaterStream) {
     const Client& before = join();
     m_feed.close();
     EXPECT_TRUE(before.ended);
-    const Client& behind = join();
-    EXPECT_TRUE(behind.ended);
-    EXPECT_EQ(behind.text, "");
+    const Client& after = join();
+    EXPECT_TRUE(after.ended);
+    EXPECT_EQ(after.text, "");
     EXPECT_EQ(m_feed.streamCount(), 0U);
 }
 
-TEST_F(EventFeedTest, GoesOnBehindTheEventThatAClientSawLast) {
+TEST_F(EventFeedTest, ContinuesAfterTheLastEventThatAClientGot) {
     Client& first = join();
     first.takes();
     const std::string begin = first.lastId();
@@ -108,7 +108,7 @@ TEST_F(EventFeedTest, GoesOnBehindTheEventThatAClientSawLast) {
     }
 }
 
-TEST_F(EventFeedTest, TellsOfSilentChangesAtOnceAndThenOncePerPauseAndOfTheLastOneToo) {
+TEST_F(EventFeedTest, SendsResyncAtOnceThenOncePerIntervalAndAfterTheLastChange) {
     for (const int changes : {1, 5, 1, 0, 0, 1}) {
         for (int change = 0; change < changes; ++change) {
             m_feed.resync();
@@ -117,10 +117,11 @@ TEST_F(EventFeedTest, TellsOfSilentChangesAtOnceAndThenOncePerPauseAndOfTheLastO
         run(m_later);
     }
     const std::string id = join().lastId();
-    EXPECT_EQ(id.substr(id.find('-')), "-5") << "one, two of the five, the single one behind, and the last";
+    EXPECT_EQ(id.substr(id.find('-')), "-5")
+        << "one, two of the five, the single one after them, and the last";
 }
 
-TEST_F(EventFeedTest, ForgetsAClientThatIsGone) {
+TEST_F(EventFeedTest, RemovesADisconnectedClient) {
     Client& client = join();
     client.takes();
     m_feed.keepAlive();

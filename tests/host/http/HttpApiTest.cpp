@@ -45,7 +45,7 @@ protected:
         return {asio::ip::make_address(endpoint.host), endpoint.port};
     }
 
-    /// Whether a small request is answered well within twenty seconds.
+    /// True if a small request gets a response within twenty seconds.
     static bool isServed(asio::io_context& io, asio::ip::tcp::socket& socket,
                          const std::string& target = "/api/v1/openapi.json") {
         asio::write(socket, asio::buffer("HEAD " + target + " HTTP/1.1\r\nHost: localhost\r\n\r\n"));
@@ -67,7 +67,7 @@ protected:
     host::HttpApi m_api{backend(), at({"127.0.0.1", 0})};
 };
 
-TEST_F(HttpApiTest, ServesExactlyWhatItsDescriptionSays) {
+TEST_F(HttpApiTest, HasExactlyTheRoutesOfItsDescription) {
     const auto paths = nlohmann::json::parse(host::openApiResponse().body).at("paths");
     std::size_t described = 0;
     for (const auto& methods : paths) {
@@ -81,7 +81,7 @@ TEST_F(HttpApiTest, ServesExactlyWhatItsDescriptionSays) {
     }
 }
 
-TEST_F(HttpApiTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNobody) {
+TEST_F(HttpApiTest, StopsWithOpenConnectionsAndDoesNotShareItsAddress) {
     const host::Endpoint endpoint = m_api.start();
     EXPECT_EQ(m_journal.observers().size(), 2U);
     EXPECT_THROW(host::HttpApi(backend(), at(endpoint)), host::HttpServerError);
@@ -106,7 +106,7 @@ TEST_F(HttpApiTest, EndsWithAStreamAndARequestUnderWayAndSharesItsAddressWithNob
     }
 }
 
-TEST_F(HttpApiTest, EndsWhenTheRequestsUnderWayAreAnsweredAndBeginsNoneThatWaits) {
+TEST_F(HttpApiTest, StopsAfterTheRunningRequestsAndBeginsNoWaitingOne) {
     constexpr int kWorkers = 4;
     std::counting_semaphore<> begun(0);
     std::counting_semaphore<> mayEnd(0);
@@ -140,11 +140,11 @@ TEST_F(HttpApiTest, EndsWhenTheRequestsUnderWayAreAnsweredAndBeginsNoneThatWaits
         std::string text;
         asio::error_code cutOff;
         asio::read(each, asio::dynamic_buffer(text), cutOff);
-        EXPECT_EQ(text.rfind("HTTP/1.1 200"), 0U) << "one answer, and one only";
+        EXPECT_EQ(text.rfind("HTTP/1.1 200"), 0U) << "exactly one response";
     }
 }
 
-TEST_F(HttpApiTest, HoldsUpOneHealthCheckAtMostWhenTheDatabaseIsSlow) {
+TEST_F(HttpApiTest, BlocksAtMostOneHealthCheckWhenTheDatabaseIsSlow) {
     std::counting_semaphore<> trying(0);
     std::counting_semaphore<> mayEnd(0);
     m_database->setWriteListener([&trying, &mayEnd](auto /*time*/) {
@@ -164,12 +164,12 @@ TEST_F(HttpApiTest, HoldsUpOneHealthCheckAtMostWhenTheDatabaseIsSlow) {
     m_api.stop();
 }
 
-TEST_F(HttpApiTest, ClientsThatSayNothingMakePlaceForOthers) {
+TEST_F(HttpApiTest, DisconnectsIdleClientsForOthers) {
     host::HttpApiSettings settings = at({"127.0.0.1", 0});
     settings.server.maxConnections = 3;
     settings.server.clientTime = std::chrono::seconds(1);
-    host::HttpApi face(backend(), settings);
-    const auto there = address(face.start());
+    host::HttpApi api(backend(), settings);
+    const auto there = address(api.start());
     asio::io_context io;
     std::vector<asio::ip::tcp::socket> idle;
     for (const char* const begin : {"", "GET / HT", "GET / HTTP/1.1\r\nHost: local"}) {
@@ -181,11 +181,11 @@ TEST_F(HttpApiTest, ClientsThatSayNothingMakePlaceForOthers) {
     EXPECT_TRUE(isServed(io, last));
 }
 
-TEST_F(HttpApiTest, AcceptsAgainWhenDescriptorsHadRunOut) {
+TEST_F(HttpApiTest, AcceptsAgainAfterDescriptorsRanOut) {
     host::HttpApiSettings settings = at({"127.0.0.1", 0});
     settings.server.heartbeat = std::chrono::milliseconds(20);
-    host::HttpApi face(backend(), settings);
-    const auto there = address(face.start());
+    host::HttpApi api(backend(), settings);
+    const auto there = address(api.start());
     asio::io_context io;
     asio::ip::tcp::socket first(io);
     asio::ip::tcp::socket second(io, asio::ip::tcp::v4());
@@ -200,13 +200,13 @@ TEST_F(HttpApiTest, AcceptsAgainWhenDescriptorsHadRunOut) {
     close(free);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
     second.connect(there);
-    // Answered behind the attempt to accept the second one.
+    // The response comes after the attempt to accept the second one.
     EXPECT_TRUE(isServed(io, first));
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
     EXPECT_TRUE(isServed(io, second));
 }
 
-TEST(ApiToken, IsMadeOnceForItsOwnerAloneAndADamagedFileIsRefused) {
+TEST(ApiToken, IsCreatedOnceForItsOwnerOnlyAndADamagedFileIsRefused) {
     const TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "api-token";
     const std::string token = host::apiToken(file);

@@ -38,7 +38,7 @@ protected:
         }
     }
 
-    /// `headers` as "name: value; name: value", above a Host that is right.
+    /// `headers` is "name: value; name: value"; they override a valid Host.
     HttpResponse respond(const std::string& method, const std::string& target, const std::string& headers,
                          const std::string& body = "") {
         host::HttpRequest request;
@@ -56,7 +56,7 @@ protected:
         return host::RequestPipeline(authenticator, m_router, page, "2001").handle(std::move(request));
     }
 
-    /// The status, and what else tells: the code of an error, the id of an entry, how many and which entries of a list.
+    /// The status and the code of an error, the id of an entry, or the counts and ids of a list.
     static std::string summary(const HttpResponse& response) {
         const auto json = nlohmann::json::parse(response.body.empty() ? "{}" : response.body);
         std::string text =
@@ -74,13 +74,13 @@ protected:
     TemporaryDirectory m_directory;
     journaltest::FakeJournalService m_journal;
     Router m_router;
-    int m_emptied = 0;
-    host::ListsResource m_resource{m_journal, [this] { ++m_emptied; }};
+    int m_cleared = 0;
+    host::ListsResource m_resource{m_journal, [this] { ++m_cleared; }};
     std::optional<std::string> m_token = "secret";
     std::string m_listen = "127.0.0.1";
 };
 
-TEST_F(RequestPipelineTest, LetsThroughWhatComesFromTheRightPlaceWithTheToken) {
+TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
     for (const auto& row : journaltest::table(4, R"(
         GET  | /api/v1/lists/missed | authorization: Bearer secret                         | 200
         HEAD | /api/v1/lists/missed | authorization: bEARER secret                         | 200
@@ -125,7 +125,7 @@ TEST_F(RequestPipelineTest, LetsThroughWhatComesFromTheRightPlaceWithTheToken) {
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
 }
 
-TEST_F(RequestPipelineTest, AsksTheJournalForWhatTheRequestSays) {
+TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {
     for (const auto& row : journaltest::table(5, R"(
         GET    | missed                    |                     | 200 3/2 Ann Bob Anna | getMissedCallList()
         GET    | missed?limit=1&offset=1   |                     | 200 3/2 Bob          | getMissedCallList()
@@ -145,7 +145,7 @@ TEST_F(RequestPipelineTest, AsksTheJournalForWhatTheRequestSays) {
         const auto calls = m_journal.calls();
         EXPECT_EQ(calls.size() > before ? calls.back() : "", row[4]) << row[1] << row[2];
     }
-    EXPECT_EQ(m_emptied, 1) << "the one list without entry ids";
+    EXPECT_EQ(m_cleared, 1) << "the one list without entry ids";
 }
 
 }  // namespace
