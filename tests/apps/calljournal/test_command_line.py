@@ -21,7 +21,7 @@ class CommandLineTest(ProgramTest):
                 ("list", "LIST is missing"), ("list lost", "the lists are missed, dialled,"),
                 ("list missed --limit 0", "--limit: 0 is not a number from 1 on"), ("list missed --limit many", "not a number from 1 on"),
                 ("list missed --limit", "--limit takes one value"), ("list missed --json --csv", "--csv"),
-                ("show", "ENTRY_ID is missing"), ("viewed", "ENTRY_ID is missing"), ("delete missed", "all of them with --all"),
+                ("show", "ENTRY_ID is missing"), ("viewed", "ENTRY_ID is missing"), ("delete missed", "--all for all of them"),
                 ("delete missed --all x", "not both"), ("export missed", "--format is missing"),
                 ("export missed --format xml", "it is csv or json"), ("watch --yaml", "there is no option --yaml"),
                 ("serve --switch nowhere", "HOST:PORT"), ("serve --switch host:port", "HOST:PORT"), ("serve --switch host:0", "HOST:PORT"),

@@ -15,7 +15,7 @@ EVIL = "<img src=x onerror=alert(1)>"
 CALLS = """
 call ann from 4711 "%s" ; ring ann ; giveup ann
 call eve from 4713 "Eve" ; ring eve ; giveup eve
-call zoe from 4712 "Zoë" ; ring zoe ; response zoe ; hangup zoe by caller
+call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; hangup zoe by caller
 """ % EVIL
 IDS = '{"entryIds": ["none"]}'
 CARD = "BEGIN:VCARD\nVERSION:4.0\n%s\nEND:VCARD\n"
