@@ -18,6 +18,7 @@
 #include "apps/calljournal/ListOptions.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
+#include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactImport.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/presentation/ItemJson.h"

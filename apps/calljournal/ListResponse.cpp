@@ -75,7 +75,7 @@ std::optional<ListResponse> read(const std::string& text, const ListFilter& filt
     }
     const host::SearchText search(filter.search);
     ListResponse response;
-    response.csv = host::csvTitles(kList);
+    response.csv = host::csvHeader(kList);
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const Item& item : items) {
         if (!host::itemMatches(item, search)) {
@@ -86,7 +86,7 @@ std::optional<ListResponse> read(const std::string& text, const ListFilter& filt
         if (!filter.limit || response.rows.size() < *filter.limit) {
             response.rows.push_back(rowOf(item));
             shown.push_back(host::itemJson(item));
-            response.csv += host::csvLines(kList, shown.back());
+            response.csv += host::csvRows(kList, shown.back());
         }
     }
     response.json = host::jsonText({{"list", ListTraits<Item>::kWord},

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactImport.h"
 #include "host/contact-files/FileText.h"
 #include "host/data/Database.h"

@@ -39,7 +39,7 @@ FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"a
          ("Text/CSV; charset=utf-8", "shoe,surname,firstName\n,Byron,Ada\n1,%s," % EVIL, 200,
           '"added":1,"changed":0,"unchanged":1,"skipped":[],"remarks":[{"line":2,'),
          ("text/csv", "surname\n" + "\"\"\n" * 20000, 200, '"read":20000,"added":0'),
-         ("text/csv", "a,b\n1,2\n", 422, "its first row names no column"), ("text/vcard", "surname\nMiller\n", 422, "no card begins in it"),
+         ("text/csv", "a,b\n1,2\n", 422, "its first row has no known column name"), ("text/vcard", "surname\nMiller\n", 422, "no card begins in it"),
          ("text/vcard", "", 422, "no card"), ("text/vcard", "\ufeffBEGIN:VCARD\nN:Cut;Off\n", 200, "it has no END:VCARD"),
          ("application/json", "{}", 415, "text/vcard or text/csv"), (None, CARD % "N:Untyped", 415, "text/vcard or text/csv")]
 
