@@ -13,10 +13,10 @@ namespace calljournal {
 namespace {
 
 constexpr std::array<std::pair<std::string_view, host::ResponseMode>, 4> kWords{{
-    {"refuse", host::ResponseMode::eRefuse},
-    {"wrong", host::ResponseMode::eWrongly},
-    {"never", host::ResponseMode::eNever},
-    {"hang-up", host::ResponseMode::eHangUp},
+    {"refuse", host::ResponseMode::eRefusal},
+    {"wrong", host::ResponseMode::eWrongResponse},
+    {"never", host::ResponseMode::eNoResponse},
+    {"hang-up", host::ResponseMode::eDisconnect},
 }};
 
 std::optional<std::pair<std::string, host::ResponseMode>> read(const std::string& text) {

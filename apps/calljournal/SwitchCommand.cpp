@@ -45,8 +45,8 @@ public:
             host::Log::configure("debug", "");
         }
         const host::Scenario scenario = m_scenario.empty()
-                                            ? host::Scenario::parse(host::demoScenarioText(), "demo")
-                                            : host::Scenario::load(m_scenario);
+                                            ? host::parseScenario(host::demoScenarioText(), "demo")
+                                            : host::loadScenario(m_scenario);
         const host::Endpoint listen = host::parseEndpoint(m_listen).value();
         host::SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
         listenWith(simulator, listen);
