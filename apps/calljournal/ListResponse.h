@@ -36,8 +36,8 @@ struct ListResponse {
     std::string csv;
 };
 
-/// Parses the response of the method that returns the list; std::nullopt for a failure and for a text that is not a list. Pure and
-/// thread-safe.
+/// Parses the response of the method that returns the list; std::nullopt for a failure and for a text that is
+/// not a list. Pure and thread-safe.
 [[nodiscard]] std::optional<ListResponse> readListResponse(ListName list, const std::string& response,
                                                            const ListFilter& filter);
 

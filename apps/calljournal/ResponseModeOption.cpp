@@ -33,9 +33,9 @@ std::optional<std::pair<std::string, host::ResponseMode>> read(const std::string
 }  // namespace
 
 void addResponseModeOption(CLI::App& app, std::vector<std::string>& values) {
-    app.add_option(
-           "--answer", values,
-           "answer requests of one kind badly: MonitorStart=HOW, with HOW refuse, wrong, never or hang-up")
+    app.add_option("--answer", values,
+                   "respond wrongly to requests of one kind: MonitorStart=HOW, with HOW refuse, wrong, never "
+                   "or hang-up")
         ->type_name("REQUEST=HOW")
         ->allow_extra_args(false)
         ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
