@@ -12,23 +12,19 @@ JournalComponents::JournalComponents(const Dependencies& dependencies)
       visitorCallLog(platform, settings, service),
       persistence(adapter, [this] { visitorCallLog.setSavePending(); }),
       requests(platform, settings, &service),
-      lists(settings, persistence, requests, notifier),
-      loader(settings, adapter, lists),
-      loadLists([this, loadCallLists = dependencies.loadLists] { loader.loadWith(loadCallLists); }),
-      subscription(lists, loader, notifier, loadLists),
-      forwardedMissed(clock, lists, persistence, notifier),
-      loadAtFirstNeed([this] {
-          if (!loader.hasLoaded()) {
-              loadLists();
-          }
-      }),
-      entries(
-          {settings, clock, names, lists, persistence, requests, notifier, forwardedMissed, loadAtFirstNeed}),
+      lists(persistence, requests, notifier),
+      queries(lists),
+      deletion(settings, lists),
+      missedCallUpdates(lists),
+      loader(settings, adapter, lists, dependencies.loadLists),
+      subscription(lists, loader, notifier),
+      forwardedMissed(clock, lists),
+      entries(settings, clock, names, lists, forwardedMissed),
       completion(calls, settings, entries),
       tracker(calls, settings, clock, completion),
-      callLogRemoval({settings, clock, lists, persistence, notifier, loadAtFirstNeed}),
-      callLogEvents({calls, settings, clock, entries, callLogRemoval, lists, notifier}),
-      privateEvents({calls, settings, policy, readiness, callLogEvents}),
+      callLogRemoval(settings, clock, lists),
+      callLogEvents(calls, settings, clock, entries, callLogRemoval, lists, deletion),
+      privateEvents(calls, settings, policy, readiness, callLogEvents),
       callControl{.calls = calls, .tracker = tracker, .settings = settings, .policy = policy},
       connectionCleared(callControl, conferences, blindTransfer, privateEvents),
       qorvexRules(callControl, readiness, entries),
@@ -37,14 +33,16 @@ JournalComponents::JournalComponents(const Dependencies& dependencies)
       transferredEvents(callControl, blindTransfer, connectionCleared),
       callInformationEvents(callControl, entries, clock),
       conferenceEvents(callControl, conferences),
-      callBackEvents({callControl, clock, names, lists, persistence, notifier, loadAtFirstNeed}),
+      callBackEvents(callControl, clock, names, lists),
       systemStatusEvents(callControl, conferences, readiness),
       monitors(platform, settings, &service, dependencies.eventReceiver),
       lineDeviceEvents(platform, settings, monitors, lineDevices),
       phoneValues(platform, settings, monitors, readiness),
-      journalSettings(settings, adapter, lists),
-      refresh(platform, settings, journalSettings, phoneValues, lists, notifier, loadLists),
-      managementAgent(settings, journalSettings, phoneValues, monitors, policy, lists, refresh,
-                      visitorCallLog) {}
+      journalSettings(settings, adapter, deletion),
+      refresh(platform, settings, journalSettings, phoneValues, lists, deletion, loader),
+      managementAgent(settings, journalSettings, phoneValues, monitors, policy, deletion, refresh,
+                      visitorCallLog) {
+    lists.setSource(loader);
+}
 
 }  // namespace journal

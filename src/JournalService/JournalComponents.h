@@ -9,8 +9,11 @@
 #include "src/JournalService/base/PlatformServices.h"
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListDeletion.h"
 #include "src/JournalService/lists/ListLoader.h"
 #include "src/JournalService/lists/ListPersistence.h"
+#include "src/JournalService/lists/ListQueries.h"
+#include "src/JournalService/lists/MissedCallUpdates.h"
 #include "src/JournalService/lists/Subscription.h"
 #include "src/JournalServiceEvents/calls/CallCompletion.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"
@@ -85,14 +88,13 @@ struct JournalComponents {
     CallLogRequests requests;
 
     JournalLists lists;
+    ListQueries queries;
+    ListDeletion deletion;
+    MissedCallUpdates missedCallUpdates;
     ListLoader loader;
-    /// Loads the lists in the way of the service variant, including all steps around a load.
-    std::function<void()> loadLists;
     Subscription subscription;
 
     ForwardedMissedRule forwardedMissed;
-    /// Loads the lists if they were never loaded.
-    std::function<void()> loadAtFirstNeed;
     EntryCreation entries;
 
     CallMap calls;

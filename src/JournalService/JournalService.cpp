@@ -78,150 +78,154 @@ void JournalService::timerEvent(int id) {
 // --- JournalServiceIfc: missed calls ---
 
 void JournalService::getMissedCallList(std::deque<MissedCallItem>& list) {
-    runLogged("getMissedCallList", [&] { m_components->lists.getMissedCallList(list); });
+    runLogged("getMissedCallList", [&] { m_components->queries.getMissedCallList(list); });
 }
 
 bool JournalService::getMissedCall(const std::string& entryId, MissedCallItem& item) {
-    return resultLogged("getMissedCall", [&] { return m_components->lists.getMissedCall(entryId, item); });
+    return resultLogged("getMissedCall", [&] { return m_components->queries.getMissedCall(entryId, item); });
 }
 
 void JournalService::updateMissedCall(const MissedCallItem& item) {
-    runLogged("updateMissedCall", [&] { m_components->lists.updateMissedCall(item); });
+    runLogged("updateMissedCall", [&] { m_components->missedCallUpdates.updateMissedCall(item); });
 }
 
 bool JournalService::setMissedCallListAsViewed(const std::set<std::string>& entryIds) {
     return resultLogged("setMissedCallListAsViewed",
-                        [&] { return m_components->lists.setMissedCallListAsViewed(entryIds); });
+                        [&] { return m_components->missedCallUpdates.setMissedCallListAsViewed(entryIds); });
 }
 
 void JournalService::ageMissedCall(const std::string& entryId) {
-    runLogged("ageMissedCall", [&] { m_components->lists.ageMissedCall(entryId); });
+    runLogged("ageMissedCall", [&] { m_components->missedCallUpdates.ageMissedCall(entryId); });
 }
 
 bool JournalService::deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest) {
     return resultLogged("deleteMissedCall", [&] {
-        return m_components->lists.deleteMissedCall(entryId, isSendDeleteMissedCallRequest);
+        return m_components->deletion.deleteMissedCall(entryId, isSendDeleteMissedCallRequest);
     });
 }
 
 bool JournalService::deleteMissedCallList(const std::set<std::string>& entryIds) {
     return resultLogged("deleteMissedCallList",
-                        [&] { return m_components->lists.deleteMissedCallList(entryIds); });
+                        [&] { return m_components->deletion.deleteMissedCallList(entryIds); });
 }
 
 bool JournalService::deleteMissedCallList() {
-    return resultLogged("deleteMissedCallList", [&] { return m_components->lists.deleteMissedCallList(); });
+    return resultLogged("deleteMissedCallList",
+                        [&] { return m_components->deletion.deleteMissedCallList(); });
 }
 
 // --- JournalServiceIfc: dialled calls ---
 
 void JournalService::getDialledCallList(std::deque<DialledCallItem>& list) {
-    runLogged("getDialledCallList", [&] { m_components->lists.getDialledCallList(list); });
+    runLogged("getDialledCallList", [&] { m_components->queries.getDialledCallList(list); });
 }
 
 bool JournalService::getDialledCall(const std::string& entryId, DialledCallItem& item) {
-    return resultLogged("getDialledCall", [&] { return m_components->lists.getDialledCall(entryId, item); });
+    return resultLogged("getDialledCall",
+                        [&] { return m_components->queries.getDialledCall(entryId, item); });
 }
 
 bool JournalService::deleteDialledCall(const std::string& entryId) {
-    return resultLogged("deleteDialledCall", [&] { return m_components->lists.deleteDialledCall(entryId); });
+    return resultLogged("deleteDialledCall",
+                        [&] { return m_components->deletion.deleteDialledCall(entryId); });
 }
 
 bool JournalService::deleteDialledCallList(const std::set<std::string>& entryIds) {
     return resultLogged("deleteDialledCallList",
-                        [&] { return m_components->lists.deleteDialledCallList(entryIds); });
+                        [&] { return m_components->deletion.deleteDialledCallList(entryIds); });
 }
 
 bool JournalService::deleteDialledCallList() {
-    return resultLogged("deleteDialledCallList", [&] { return m_components->lists.deleteDialledCallList(); });
+    return resultLogged("deleteDialledCallList",
+                        [&] { return m_components->deletion.deleteDialledCallList(); });
 }
 
 bool JournalService::getLastDialledNumber(DialledCallItem& item) {
     return resultLogged("getLastDialledNumber",
-                        [&] { return m_components->lists.getLastDialledNumber(item); });
+                        [&] { return m_components->queries.getLastDialledNumber(item); });
 }
 
 // --- JournalServiceIfc: received calls ---
 
 void JournalService::getReceivedCallList(std::deque<ReceivedCallItem>& list) {
-    runLogged("getReceivedCallList", [&] { m_components->lists.getReceivedCallList(list); });
+    runLogged("getReceivedCallList", [&] { m_components->queries.getReceivedCallList(list); });
 }
 
 bool JournalService::getReceivedCall(const std::string& entryId, ReceivedCallItem& item) {
     return resultLogged("getReceivedCall",
-                        [&] { return m_components->lists.getReceivedCall(entryId, item); });
+                        [&] { return m_components->queries.getReceivedCall(entryId, item); });
 }
 
 bool JournalService::deleteReceivedCall(const std::string& entryId) {
     return resultLogged("deleteReceivedCall",
-                        [&] { return m_components->lists.deleteReceivedCall(entryId); });
+                        [&] { return m_components->deletion.deleteReceivedCall(entryId); });
 }
 
 bool JournalService::deleteReceivedCallList(const std::set<std::string>& entryIds) {
     return resultLogged("deleteReceivedCallList",
-                        [&] { return m_components->lists.deleteReceivedCallList(entryIds); });
+                        [&] { return m_components->deletion.deleteReceivedCallList(entryIds); });
 }
 
 bool JournalService::deleteReceivedCallList() {
     return resultLogged("deleteReceivedCallList",
-                        [&] { return m_components->lists.deleteReceivedCallList(); });
+                        [&] { return m_components->deletion.deleteReceivedCallList(); });
 }
 
 // --- JournalServiceIfc: forwarded calls ---
 
 void JournalService::getForwardedCallList(std::deque<ForwardedCallItem>& list) {
-    runLogged("getForwardedCallList", [&] { m_components->lists.getForwardedCallList(list); });
+    runLogged("getForwardedCallList", [&] { m_components->queries.getForwardedCallList(list); });
 }
 
 bool JournalService::getForwardedCall(const std::string& entryId, ForwardedCallItem& item) {
     return resultLogged("getForwardedCall",
-                        [&] { return m_components->lists.getForwardedCall(entryId, item); });
+                        [&] { return m_components->queries.getForwardedCall(entryId, item); });
 }
 
 bool JournalService::deleteForwardedCall(const std::string& entryId) {
     return resultLogged("deleteForwardedCall",
-                        [&] { return m_components->lists.deleteForwardedCall(entryId); });
+                        [&] { return m_components->deletion.deleteForwardedCall(entryId); });
 }
 
 bool JournalService::deleteForwardedCallList(const std::set<std::string>& entryIds) {
     return resultLogged("deleteForwardedCallList",
-                        [&] { return m_components->lists.deleteForwardedCallList(entryIds); });
+                        [&] { return m_components->deletion.deleteForwardedCallList(entryIds); });
 }
 
 bool JournalService::deleteForwardedCallList() {
     return resultLogged("deleteForwardedCallList",
-                        [&] { return m_components->lists.deleteForwardedCallList(); });
+                        [&] { return m_components->deletion.deleteForwardedCallList(); });
 }
 
 // --- JournalServiceIfc: callbacks ---
 
 void JournalService::getCallBackList(std::deque<CallBackItem>& list) {
-    runLogged("getCallBackList", [&] { m_components->lists.getCallBackList(list); });
+    runLogged("getCallBackList", [&] { m_components->queries.getCallBackList(list); });
 }
 
 bool JournalService::deleteCallBack(const std::string& entryId) {
-    return resultLogged("deleteCallBack", [&] { return m_components->lists.deleteCallBack(entryId); });
+    return resultLogged("deleteCallBack", [&] { return m_components->deletion.deleteCallBack(entryId); });
 }
 
 bool JournalService::deleteCallBackList(const std::set<std::string>& entryIds) {
     return resultLogged("deleteCallBackList",
-                        [&] { return m_components->lists.deleteCallBackList(entryIds); });
+                        [&] { return m_components->deletion.deleteCallBackList(entryIds); });
 }
 
 bool JournalService::deleteCallBackList() {
-    return resultLogged("deleteCallBackList", [&] { return m_components->lists.deleteCallBackList(); });
+    return resultLogged("deleteCallBackList", [&] { return m_components->deletion.deleteCallBackList(); });
 }
 
 // --- JournalServiceIfc: the journal as a whole ---
 
 bool JournalService::deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest) {
     return resultLogged("deleteCalls", [&] {
-        return m_components->lists.deleteCalls(entryIds, isSendDeleteMissedCallRequest);
+        return m_components->deletion.deleteCalls(entryIds, isSendDeleteMissedCallRequest);
     });
 }
 
 bool JournalService::deleteAllCalls() {
-    return resultLogged("deleteAllCalls", [&] { return m_components->lists.deleteAllCalls(); });
+    return resultLogged("deleteAllCalls", [&] { return m_components->deletion.deleteAllCalls(); });
 }
 
 bool JournalService::resetUserCalls() {
@@ -250,7 +254,7 @@ bool JournalService::setJournalServiceCallLogEventsDisabling(const std::string& 
 bool JournalService::getCallRecordsAssociatedWith(const Contact& contact,
                                                   std::vector<Contact::CallRecord>& records) {
     return resultLogged("getCallRecordsAssociatedWith",
-                        [&] { return m_components->lists.getCallRecordsAssociatedWith(contact, records); });
+                        [&] { return m_components->queries.getCallRecordsAssociatedWith(contact, records); });
 }
 
 // --- ContactGetterIfc ---

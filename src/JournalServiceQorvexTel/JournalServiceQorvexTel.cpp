@@ -10,6 +10,7 @@
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "src/JournalService/JournalComponents.h"
 #include "src/JournalService/base/Log.h"
+#include "src/JournalService/lists/ListTransaction.h"
 
 #define LOG_LOADING(level, ...) \
     JOURNAL_LOG_LINE("Journal Service", "./src/JournalServiceQorvexTel", level, __VA_ARGS__)
@@ -17,6 +18,7 @@
 namespace {
 
 using journal::JournalLists;
+using journal::ListTransaction;
 
 using Helper = CallListDatabaseAdapterHelper;
 
@@ -26,7 +28,7 @@ constexpr unsigned kRowBudget = 200;
 
 template <typename Item>
 void clearList(JournalLists& lists) {
-    lists.list<Item>().access()->clear();
+    ListTransaction(lists).open<Item>().clear();
 }
 
 /// Appends the items to their list and normalises the list. Returns the size of the list before
@@ -34,12 +36,13 @@ void clearList(JournalLists& lists) {
 template <typename Item, typename Normalize>
 unsigned addToList(JournalLists& lists, const std::deque<Item>& found, const char* word,
                    Normalize normalize) {
-    const auto items = lists.list<Item>().access();
+    ListTransaction transaction(lists);
+    auto& items = transaction.open<Item>();
     LOG_LOADING(6, "Found %d %s call(s)\n", static_cast<int>(found.size()), word);
-    items->insert(items->end(), found.begin(), found.end());
-    const auto total = static_cast<unsigned>(items->size());
+    items.insert(items.end(), found.begin(), found.end());
+    const auto total = static_cast<unsigned>(items.size());
     LOG_LOADING(6, "total %s call(s) [%d]\n", word, static_cast<int>(total));
-    normalize(*items);
+    normalize(items);
     return total;
 }
 
@@ -73,7 +76,7 @@ bool JournalServiceQorvexTel::ifNotReadFailure(const std::string& response) cons
 }
 
 void JournalServiceQorvexTel::loadCallListsFromDb() {
-    const JournalLists::Change change(components().lists);
+    ListTransaction transaction(components().lists);
     unsigned count = 0;
     unsigned inLists = 0;
     unsigned budget = kRowBudget;
@@ -98,7 +101,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
         }
     }
     LOG_LOADING(5, "Found %d call(s) in total\n", static_cast<int>(count));
-    components().lists.olderEntries().loaded(!callsRead || !whole || inLists >= kRowBudget);
+    transaction.setLoaded(!callsRead || !whole || inLists >= kRowBudget);
 }
 
 void JournalServiceQorvexTel::clearPreviousCachedData() const {
@@ -123,14 +126,14 @@ unsigned JournalServiceQorvexTel::processReadResponse(const std::string& respons
     unsigned count = addToList(lists, missed, "missed", [this](std::deque<MissedCallItem>& items) {
         components().adapter.normalizeMissedCallList(items);
     });
-    count += addToList(lists, dialled, "dialled", [&lists](std::deque<DialledCallItem>& items) {
-        lists.normalizeDialledCallList(items);
+    count += addToList(lists, dialled, "dialled", [this](std::deque<DialledCallItem>& items) {
+        components().loader.normalizeDialledCallList(items);
     });
-    count += addToList(lists, received, "received", [&lists](std::deque<ReceivedCallItem>& items) {
-        lists.normalizeReceivedCallList(items);
+    count += addToList(lists, received, "received", [this](std::deque<ReceivedCallItem>& items) {
+        components().loader.normalizeReceivedCallList(items);
     });
-    count += addToList(lists, forwarded, "forwarded", [&lists](std::deque<ForwardedCallItem>& items) {
-        lists.normalizeForwardedCallList(items);
+    count += addToList(lists, forwarded, "forwarded", [this](std::deque<ForwardedCallItem>& items) {
+        components().loader.normalizeForwardedCallList(items);
     });
     LOG_LOADING(6, "Found %d contact(s)\n", static_cast<int>(contacts.size()));
     const std::size_t known = lists.contacts().add(contacts);

@@ -74,9 +74,8 @@ public:
     FakeDigits digits;
     journal::JournalClock clock;
     journal::PartyNames names{platform, settings, clock};
-    journal::ForwardedMissedRule rule{clock, lists, persistence, notifier};
-    journal::EntryCreation entries{
-        {settings, clock, names, lists, persistence, requests, notifier, rule, {}}};
+    journal::ForwardedMissedRule rule{clock, lists};
+    journal::EntryCreation entries{settings, clock, names, lists, rule};
 
 private:
     int m_calls = 0;

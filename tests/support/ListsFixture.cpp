@@ -13,7 +13,6 @@
 namespace journaltest {
 namespace {
 
-using Helper = CallListDatabaseAdapterHelper;
 using journalxml::DataRequest;
 
 std::string textOf(const CallLogEntryRequest& request) {
@@ -40,7 +39,7 @@ void forEachKind(Visit visit) {
 template <typename Items>
 void addContents(Texts& contents, const Items& items) {
     for (const auto& item : items) {
-        contents.push_back(journal::ListPersistence::entry(item, Helper::WRITEREQUEST));
+        contents.push_back(journal::ListPersistence::entry(item, journal::RequestType::eWrite));
     }
     std::sort(contents.begin(), contents.end());
 }

@@ -9,8 +9,11 @@
 #include "src/JournalService/base/PlatformServices.h"
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListDeletion.h"
 #include "src/JournalService/lists/ListLoader.h"
 #include "src/JournalService/lists/ListPersistence.h"
+#include "src/JournalService/lists/ListQueries.h"
+#include "src/JournalService/lists/MissedCallUpdates.h"
 #include "tests/support/FakeCstaService.h"
 #include "tests/support/FakeDataAccess.h"
 #include "tests/support/ItemBuilders.h"
@@ -41,9 +44,7 @@ public:
                    const std::vector<ReceivedCallItem>& received = {},
                    const std::vector<ForwardedCallItem>& forwarded = {},
                    const std::vector<CallBackItem>& callBacks = {});
-    void load() {
-        loader.loadWith([this] { loader.loadCallListsFromDb(); });
-    }
+    void load() { loader.load(); }
     /// Forgets requests and callbacks, not the lists.
     void forget();
 
@@ -66,7 +67,7 @@ public:
 
     template <typename Item>
     [[nodiscard]] std::vector<Item> items() {
-        const auto access = lists.list<Item>().access();
+        const auto access = lists.read<Item>();
         return {access->begin(), access->end()};
     }
 
@@ -80,7 +81,10 @@ public:
     int writes = 0;
     journal::ListPersistence persistence{adapter, [this] { ++writes; }};
     ObserverNotifier notifier;
-    journal::JournalLists lists{settings, persistence, requests, notifier};
+    journal::JournalLists lists{persistence, requests, notifier};
+    journal::ListQueries queries{lists};
+    journal::ListDeletion deletion{settings, lists};
+    journal::MissedCallUpdates missedCallUpdates{lists};
     journal::ListLoader loader{settings, adapter, lists};
     ListsReader reader{lists};
     RecordingObserver observer{[this](const Callback&) { readAllLists(reader); }};

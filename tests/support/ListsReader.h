@@ -2,7 +2,7 @@
 
 #include <deque>
 
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListQueries.h"
 #include "tests/support/FakeJournalService.h"
 
 namespace journaltest {
@@ -12,21 +12,23 @@ namespace journaltest {
 class ListsReader final : public FakeJournalService {
 public:
     /// `journal` is borrowed and outlives the reader.
-    explicit ListsReader(journal::JournalLists& journal) : m_lists(journal) {}
+    explicit ListsReader(journal::JournalLists& journal) : m_queries(journal) {}
 
-    void getMissedCallList(std::deque<MissedCallItem>& list) override { m_lists.getMissedCallList(list); }
-    void getDialledCallList(std::deque<DialledCallItem>& list) override { m_lists.getDialledCallList(list); }
+    void getMissedCallList(std::deque<MissedCallItem>& list) override { m_queries.getMissedCallList(list); }
+    void getDialledCallList(std::deque<DialledCallItem>& list) override {
+        m_queries.getDialledCallList(list);
+    }
     void getReceivedCallList(std::deque<ReceivedCallItem>& list) override {
-        m_lists.getReceivedCallList(list);
+        m_queries.getReceivedCallList(list);
     }
     void getForwardedCallList(std::deque<ForwardedCallItem>& list) override {
-        m_lists.getForwardedCallList(list);
+        m_queries.getForwardedCallList(list);
     }
-    void getCallBackList(std::deque<CallBackItem>& list) override { m_lists.getCallBackList(list); }
-    bool getLastDialledNumber(DialledCallItem& item) override { return m_lists.getLastDialledNumber(item); }
+    void getCallBackList(std::deque<CallBackItem>& list) override { m_queries.getCallBackList(list); }
+    bool getLastDialledNumber(DialledCallItem& item) override { return m_queries.getLastDialledNumber(item); }
 
 private:
-    journal::JournalLists& m_lists;
+    journal::ListQueries m_queries;
 };
 
 }  // namespace journaltest

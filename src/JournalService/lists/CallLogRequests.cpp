@@ -44,7 +44,7 @@ void forEachDistinctNumber(const std::list<Info>& infos, Send send) {
 bool CallLogRequests::sendCSTAEscapeRequest(const CallLogEntryRequest* request) const {
     LOG_EVENTS(5, "%s():TargetLog: %d, SubscriberNumber: %s", "sendCSTAEscapeRequest",
                static_cast<int>(request->logTarget), request->subscriberNumber.c_str());
-    if (m_failed || !exchange(*request)) {
+    if (m_failed || !send(*request)) {
         LOG_EVENTS(2, "sendCSTAEscapeRequest() : response code is error");
         m_failed = m_batches > 0;
         return false;
@@ -53,7 +53,7 @@ bool CallLogRequests::sendCSTAEscapeRequest(const CallLogEntryRequest* request) 
     return true;
 }
 
-bool CallLogRequests::exchange(const CallLogEntryRequest& request) const {
+bool CallLogRequests::send(const CallLogEntryRequest& request) const {
     if (m_platform.m_cstaService == nullptr) {
         return false;
     }

@@ -16,18 +16,18 @@ namespace journal {
 class PlatformServices;
 class PhoneSettings;
 
-/// Tells a switch that keeps the call log itself which entries the phone has deleted.
+/// Reports the entries that the phone has deleted to a switch that keeps the call log itself.
 ///
-/// Each request waits for the switch's answer, so callers hold no list lock. Any thread may call. A request
-/// that fails is logged, and the deletion stands: nothing is retried. Whether a request is due at all is the
-/// callers' decision, but for the dialled overflow, which has a rule of its own.
+/// Each request waits for the response of the switch, so the caller holds no list lock. Any thread may call. A request that
+/// fails is logged and not repeated, and the deletion stands. The caller decides if a request is due, except for the dialled
+/// overflow, which has a rule of its own.
 ///
-/// A switch that is connected and silent costs seconds a request, in which no call can be filed. So the
-/// requests of one change stand together (`Batch`): once one has failed, the others fail without being sent.
+/// A switch that is connected and silent costs seconds a request, in which no call can be filed. So the requests of one
+/// change are one `Batch`: once one has failed, the others fail without being sent.
 class CallLogRequests {
 public:
-    /// The requests sent while it lives are one batch; a batch inside another one is part of that. One thread
-    /// at a time: whoever holds it holds the lists' `Change`, too.
+    /// The requests sent while it lives are one batch; a batch inside another one is part of that one. Requires: the
+    /// caller holds the change lock of the lists (`ListTransaction` does).
     class Batch {
     public:
         explicit Batch(const CallLogRequests& requests) : m_requests(requests) { ++m_requests.m_batches; }
@@ -46,8 +46,7 @@ public:
     CallLogRequests(const PlatformServices& platform, const PhoneSettings& settings, Service* source)
         : m_platform(platform), m_settings(settings), m_source(source) {}
 
-    /// Sends one request; false without a switch, when it does not answer, or when it did not answer this
-    /// batch before.
+    /// Sends one request. False without a switch, when it does not respond, or when a request of this batch failed before.
     bool sendCSTAEscapeRequest(const CallLogEntryRequest* request) const;
 
     bool sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::_LogTarget target) const;
@@ -62,19 +61,19 @@ public:
     bool sendDialledCallLogEntryRequests(const std::list<DialledCallItem::DialledCallInfo>& infos) const;
     bool sendReceivedCallLogEntryRequests(const std::list<ReceivedCallItem::ReceivedCallInfo>& infos) const;
 
-    /// A new dialled occurrence pushes the oldest one out of a list of more than nine: the switch forgets it
-    /// too, unless its number stands elsewhere in the list or is the new one's.
+    /// Reports the oldest dialled occurrence, which a new one pushes out of a list of more than nine, unless its number
+    /// stands elsewhere in the list or is the new one's.
     bool sendCSTACAllLogEntryDeleteRequest(const std::list<DialledCallItem::DialledCallInfo>& infos,
                                            const DialledCallItem::DialledCallInfo& newInfo) const;
 
 private:
-    [[nodiscard]] bool exchange(const CallLogEntryRequest& request) const;
+    [[nodiscard]] bool send(const CallLogEntryRequest& request) const;
 
     const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
     Service* const m_source;
 
-    // Guarded by the lists' `Change`: how many batches are open, and whether a request of theirs has failed.
+    // Guarded by the change lock of the lists: the number of open batches; true if a request of theirs has failed.
     mutable int m_batches = 0;
     mutable bool m_failed = false;
 };

@@ -8,11 +8,11 @@
 
 namespace journal {
 
-/// The contacts that came with the lists, in the order in which they came. Threads: any.
+/// The contacts that were loaded with the lists, in the order in which they were loaded. Thread-safe.
 class JournalContacts {
 public:
     void getContactList(std::vector<Contact>& contacts);
-    /// Answers how many there are then.
+    /// Returns the number of contacts after the addition.
     std::size_t add(const std::vector<Contact>& contacts);
     void clear();
 

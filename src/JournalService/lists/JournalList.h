@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <string>
 
@@ -8,40 +10,43 @@
 
 namespace journal {
 
+/// The number of items that a list keeps.
+inline constexpr std::size_t kMaxItems = 1000;
+
+/// The first item with that entry id, or the end.
+template <typename Items>
+[[nodiscard]] auto findEntry(Items& items, const std::string& entryId) {
+    return std::find_if(items.begin(), items.end(),
+                        [&entryId](const auto& item) { return item.getEntryId() == entryId; });
+}
+
 /// One list of the journal, newest item first, with the lock that guards it.
 ///
-/// Threads: any. The items are reached only through an `Access`, which holds the list's lock for its scope.
-/// Never hold two accesses at once, and never call an observer while holding one.
+/// Thread-safe. The items are reached through a `Reader`, which holds the list's lock for its scope, or through a
+/// `ListTransaction`. Two list locks are never held together, and no observer is called while one is held.
 template <typename Item>
 class JournalList {
 public:
-    class Access {
+    class Reader {
     public:
-        explicit Access(JournalList& list) : m_section(list.m_lock), m_items(list.m_items) {}
-        Access(const Access&) = delete;
-        Access& operator=(const Access&) = delete;
-        ~Access() = default;
+        explicit Reader(JournalList& list) : m_section(list.m_lock), m_items(list.m_items) {}
+        Reader(const Reader&) = delete;
+        Reader& operator=(const Reader&) = delete;
+        ~Reader() = default;
 
-        std::deque<Item>& operator*() const noexcept { return m_items; }
-        std::deque<Item>* operator->() const noexcept { return &m_items; }
-
-        /// The first item with that entry id, or the end.
-        [[nodiscard]] auto find(const std::string& entryId) const {
-            auto item = m_items.begin();
-            while (item != m_items.end() && item->getEntryId() != entryId) {
-                ++item;
-            }
-            return item;
-        }
+        const std::deque<Item>& operator*() const noexcept { return m_items; }
+        const std::deque<Item>* operator->() const noexcept { return &m_items; }
 
     private:
         const CriticalSection<Semaphore> m_section;
-        std::deque<Item>& m_items;
+        const std::deque<Item>& m_items;
     };
 
-    [[nodiscard]] Access access() { return Access(*this); }
+    [[nodiscard]] Reader read() { return Reader(*this); }
 
 private:
+    friend class ListTransaction;
+
     Semaphore m_lock{1, 1, true};
     // Guarded by m_lock.
     std::deque<Item> m_items;

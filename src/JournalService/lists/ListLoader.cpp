@@ -1,11 +1,13 @@
 #include "src/JournalService/lists/ListLoader.h"
 
+#include <algorithm>
+
 #include "platform/journal-library/CallListDatabaseAdapter.h"
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
-#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/ListXml.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListOrder.h"
+#include "src/JournalService/lists/ListTransaction.h"
 
 namespace journal {
 
@@ -13,111 +15,149 @@ namespace {
 
 using Helper = CallListDatabaseAdapterHelper;
 
-void populateDialledCallListFromXml(const std::string& xml, std::deque<DialledCallItem>& items) {
-    items.clear();
-    JournalServiceHelper::parseXMLDialledCallList(xml, items);
-}
-
-void populateReceivedCallListFromXml(const std::string& xml, std::deque<ReceivedCallItem>& items) {
-    items.clear();
-    JournalServiceHelper::parseXMLReceivedCallList(xml, items);
-}
-
-void populateForwardedCallListFromXml(const std::string& xml, std::deque<ForwardedCallItem>& items) {
-    items.clear();
-    JournalServiceHelper::parseXMLForwardedCallList(xml, items);
-}
+/// The names of a list that `normalize` writes into the log.
+template <typename Item>
+struct NormalizeNames;
+template <>
+struct NormalizeNames<DialledCallItem> {
+    static constexpr const char* kOperation = "normalizeDialledCallList";
+    static constexpr const char* kList = "m_DialledCallList";
+};
+template <>
+struct NormalizeNames<ReceivedCallItem> {
+    static constexpr const char* kOperation = "normalizeReceivedCallList";
+    static constexpr const char* kList = "m_ReceivedCallList";
+};
+template <>
+struct NormalizeNames<ForwardedCallItem> {
+    static constexpr const char* kOperation = "normalizeForwardedCallList";
+    static constexpr const char* kList = "m_ForwardedCallList";
+};
 
 }  // namespace
 
-void ListLoader::loadWith(const std::function<void()>& loadCallLists) {
-    const JournalLists::Change change(m_lists);
-    if (!m_lists.repeatRefused()) {
+void ListLoader::load() {
+    ListTransaction transaction(m_lists);
+    if (!transaction.repeatRefused()) {
         LOG_JOURNAL(2, "The database refuses entries, so the lists are not loaded and stay as they are");
         return;
     }
-    loadCallLists();
+    if (m_loadCallLists) {
+        m_loadCallLists();
+    } else {
+        loadCallListsFromDb();
+    }
     readCallBackList();
     m_hasLoaded = true;
 }
 
 void ListLoader::loadCallListsFromDb() {
     LOG_JOURNAL(6, "loadCallListsFromDb - BEGIN");
-    const JournalLists::Change change(m_lists);
+    ListTransaction transaction(m_lists);
     readMissedCallList();
     readDialledCallList();
     readReceivedCallList();
     if (m_settings.values()->isSip()) {
         readForwardedCallList();
     }
-    // A read may have failed, or found more rows than it brings.
-    m_lists.olderEntries().loaded(true);
-    m_listsLoaded = true;
+    // A read may have failed, or found more rows than it returns.
+    transaction.setLoaded(true);
+    m_subscriptionNeedsLoad = false;
     LOG_JOURNAL(6, "loadCallListsFromDb - END");
 }
 
-void ListLoader::readMissedCallList() {
-    const std::string response = m_adapter.processRequest(Helper::readMissedCallList());
+// --- one list ---
+
+template <typename Process>
+void ListLoader::readList(const std::string& request, const char* operation, Process process) {
+    const std::string response = m_adapter.processRequest(request);
     if (response != Helper::FAILED) {
-        LOG_JOURNAL(6, "response from readmissedcalllist:%s\n", response.c_str());
-        processMissedCallDbXml(response);
+        LOG_JOURNAL(6, "response from %s:%s\n", operation, response.c_str());
+        (this->*process)(response);
     }
+}
+
+void ListLoader::readMissedCallList() {
+    readList(Helper::readMissedCallList(), "readmissedcalllist", &ListLoader::processMissedCallDbXml);
 }
 
 void ListLoader::readDialledCallList() {
-    const std::string response = m_adapter.processRequest(JournalServiceHelper::readDialledCallList());
-    if (response != Helper::FAILED) {
-        LOG_JOURNAL(6, "response from readDialledCallList:%s\n", response.c_str());
-        processDialledCallDbXml(response);
-    }
+    readList(JournalServiceHelper::readDialledCallList(), "readDialledCallList",
+             &ListLoader::processDialledCallDbXml);
 }
 
 void ListLoader::readReceivedCallList() {
-    const std::string response = m_adapter.processRequest(JournalServiceHelper::readReceivedCallList());
-    if (response != Helper::FAILED) {
-        LOG_JOURNAL(6, "response from readReceivedCallList:%s\n", response.c_str());
-        processReceivedCallDbXml(response);
-    }
+    readList(JournalServiceHelper::readReceivedCallList(), "readReceivedCallList",
+             &ListLoader::processReceivedCallDbXml);
 }
 
 void ListLoader::readForwardedCallList() {
-    const std::string response = m_adapter.processRequest(JournalServiceHelper::readForwardedCallList());
-    if (response != Helper::FAILED) {
-        LOG_JOURNAL(6, "response from readForwardedCallList:%s\n", response.c_str());
-        processForwardedCallDbXml(response);
-    }
+    readList(JournalServiceHelper::readForwardedCallList(), "readForwardedCallList",
+             &ListLoader::processForwardedCallDbXml);
 }
 
 void ListLoader::readCallBackList() {
     const std::string response = m_adapter.processRequest(JournalServiceHelper::readCallBackList());
     if (response != Helper::FAILED) {
-        const auto items = m_lists.list<CallBackItem>().access();
-        items->clear();
-        JournalServiceHelper::parseXMLCallBackList(response, *items);
+        ListTransaction transaction(m_lists);
+        auto& items = transaction.open<CallBackItem>();
+        items.clear();
+        ListXml<CallBackItem>::kParse(response, items);
     }
 }
 
 void ListLoader::processMissedCallDbXml(const std::string& xml) {
-    const auto items = m_lists.list<MissedCallItem>().access();
-    m_adapter.processMissedCallDbXml(xml, *items);
+    ListTransaction transaction(m_lists);
+    m_adapter.processMissedCallDbXml(xml, transaction.open<MissedCallItem>());
+}
+
+template <typename Item>
+void ListLoader::populateFromXml(const std::string& xml) {
+    ListTransaction transaction(m_lists);
+    auto& items = transaction.open<Item>();
+    items.clear();
+    ListXml<Item>::kParse(xml, items);
+    normalize(items);
 }
 
 void ListLoader::processDialledCallDbXml(const std::string& xml) {
-    const auto items = m_lists.list<DialledCallItem>().access();
-    populateDialledCallListFromXml(xml, *items);
-    m_lists.normalizeDialledCallList(*items);
+    populateFromXml<DialledCallItem>(xml);
 }
 
 void ListLoader::processReceivedCallDbXml(const std::string& xml) {
-    const auto items = m_lists.list<ReceivedCallItem>().access();
-    populateReceivedCallListFromXml(xml, *items);
-    m_lists.normalizeReceivedCallList(*items);
+    populateFromXml<ReceivedCallItem>(xml);
 }
 
 void ListLoader::processForwardedCallDbXml(const std::string& xml) {
-    const auto items = m_lists.list<ForwardedCallItem>().access();
-    populateForwardedCallListFromXml(xml, *items);
-    m_lists.normalizeForwardedCallList(*items);
+    populateFromXml<ForwardedCallItem>(xml);
+}
+
+// --- the order of a loaded list ---
+
+template <typename Item>
+void ListLoader::normalize(std::deque<Item>& list) {
+    using Names = NormalizeNames<Item>;
+    LOG_JOURNAL(6, "before sort JournalService::%s: %s.size():%d\n", Names::kOperation, Names::kList,
+                static_cast<int>(list.size()));
+    std::sort(list.begin(), list.end(), isNewer<Item>);
+    LOG_JOURNAL(6, "after sort JournalService::%s: %s.size():%d\n", Names::kOperation, Names::kList,
+                static_cast<int>(list.size()));
+    ListTransaction transaction(m_lists);
+    for (Item& empty : takeItemsWithoutOccurrences(list)) {
+        transaction.deleteRow(empty);
+    }
+}
+
+void ListLoader::normalizeDialledCallList(std::deque<DialledCallItem>& list) {
+    normalize(list);
+}
+
+void ListLoader::normalizeReceivedCallList(std::deque<ReceivedCallItem>& list) {
+    normalize(list);
+}
+
+void ListLoader::normalizeForwardedCallList(std::deque<ForwardedCallItem>& list) {
+    normalize(list);
 }
 
 }  // namespace journal

@@ -1,8 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <string>
+#include <utility>
+
+#include "journal-items/ListTraits.h"
+#include "src/JournalService/lists/ListSourceIfc.h"
 
 class CallListDatabaseAdapter;
 
@@ -11,54 +16,67 @@ namespace journal {
 class JournalLists;
 class PhoneSettings;
 
-/// Fills the lists from the database: `loadCallListsFromDb` with one read request for each call list,
-/// `loadWith` in whichever way the service variant has, and the callbacks with it.
+/// Fills the lists from the database.
 ///
-/// Threads: any. A load is one `JournalLists::Change`: no call is filed and nothing is deleted while it is
-/// under way, so that a load neither loses nor undoes a change. The requests themselves run with no list lock
-/// held.
-class ListLoader {
+/// Thread-safe. A load is one `ListTransaction`: no call is filed and no entry is deleted while it runs, so that it neither
+/// loses nor undoes a change. The requests run with no list lock held.
+class ListLoader final : public ListSourceIfc {
 public:
-    /// The parts are borrowed and outlive the loader.
-    ListLoader(const PhoneSettings& settings, CallListDatabaseAdapter& adapter, JournalLists& lists)
-        : m_settings(settings), m_adapter(adapter), m_lists(lists) {}
-    ListLoader(const ListLoader&) = delete;
-    ListLoader& operator=(const ListLoader&) = delete;
-    ~ListLoader() = default;
+    /// All references are borrowed and outlive this object. `loadCallLists` loads the call lists and the contacts in the way
+    /// of the service variant; without it, `loadCallListsFromDb` does.
+    ListLoader(const PhoneSettings& settings, CallListDatabaseAdapter& adapter, JournalLists& lists,
+               std::function<void()> loadCallLists = {})
+        : m_settings(settings),
+          m_adapter(adapter),
+          m_lists(lists),
+          m_loadCallLists(std::move(loadCallLists)) {}
 
-    /// Loads everything: the call lists and contacts by `loadCallLists`, and the callbacks. What the database
-    /// has refused is offered to it again before; as long as it refuses, nothing is loaded, since the load
-    /// would lose it.
-    void loadWith(const std::function<void()>& loadCallLists);
-    /// Whether `loadWith` has loaded, whatever it found.
-    [[nodiscard]] bool hasLoaded() const noexcept { return m_hasLoaded; }
+    /// Loads the call lists and the contacts in the way of the variant, and the callbacks. Before that it offers to the
+    /// database what it has refused; while the database still refuses an item, nothing is loaded, since the load would lose
+    /// that item.
+    void load() override;
+    [[nodiscard]] bool hasLoaded() const noexcept override { return m_hasLoaded; }
 
-    /// Loads every call list, the forwarded one on a SIP phone only. A list whose read fails keeps its
-    /// contents.
+    /// Loads every call list with one read request each, the forwarded one on a SIP phone only. A list whose read fails
+    /// keeps its contents.
     void loadCallListsFromDb();
-    /// Whether `loadCallListsFromDb` has run, whatever it found: a subscription need not load again.
-    [[nodiscard]] bool listsLoaded() const noexcept { return m_listsLoaded; }
+    /// False once `loadCallListsFromDb` has run, whatever it found. A variant with another way to load never runs it, so
+    /// every subscription loads there.
+    [[nodiscard]] bool subscriptionNeedsLoad() const noexcept { return m_subscriptionNeedsLoad; }
 
     void readMissedCallList();
     void readDialledCallList();
     void readReceivedCallList();
     void readForwardedCallList();
 
-    // Replace one list by what an answer document holds, under the list's lock.
+    // Each replaces one list by the items of a response document.
     void processMissedCallDbXml(const std::string& xml);
     void processDialledCallDbXml(const std::string& xml);
     void processReceivedCallDbXml(const std::string& xml);
     void processForwardedCallDbXml(const std::string& xml);
 
+    // Each brings a loaded list into order and deletes the items without occurrences, here and in the database.
+    // Requires: the caller has a `ListTransaction` in which the list is open.
+    void normalizeDialledCallList(std::deque<DialledCallItem>& list);
+    void normalizeReceivedCallList(std::deque<ReceivedCallItem>& list);
+    void normalizeForwardedCallList(std::deque<ForwardedCallItem>& list);
+
 private:
+    template <typename Process>
+    void readList(const std::string& request, const char* operation, Process process);
+    template <typename Item>
+    void populateFromXml(const std::string& xml);
+    template <typename Item>
+    void normalize(std::deque<Item>& list);
     void readCallBackList();
 
     const PhoneSettings& m_settings;
     CallListDatabaseAdapter& m_adapter;
     JournalLists& m_lists;
+    const std::function<void()> m_loadCallLists;
 
     std::atomic<bool> m_hasLoaded{false};
-    std::atomic<bool> m_listsLoaded{false};
+    std::atomic<bool> m_subscriptionNeedsLoad{true};
 };
 
 }  // namespace journal

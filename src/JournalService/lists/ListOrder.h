@@ -10,13 +10,13 @@
 
 namespace journal {
 
-/// Newest first: true when a's sort key is greater than b's, compared as bytes; equal keys give false.
+/// The order of a list, newest first: true if a's sort key is greater than b's, compared as bytes.
 template <typename Item>
 [[nodiscard]] bool isNewer(const Item& a, const Item& b) {
     return sortKeyOf(a) > sortKeyOf(b);
 }
 
-// The lists' ordering predicates by their own names. The missed list is ordered by the database adapter.
+// The same under the names of the lists. The database adapter orders the missed list.
 [[nodiscard]] inline bool isDialledCallOrdered(const DialledCallItem& a, const DialledCallItem& b) {
     return isNewer(a, b);
 }
@@ -27,8 +27,7 @@ template <typename Item>
     return isNewer(a, b);
 }
 
-/// Puts an item that has become older than it was to its place: before the first item than which `newer` says
-/// it is newer.
+/// Inserts an item that has become older than it was before the first item that is older by `newer`.
 template <typename Item, typename Newer>
 void insertInOrder(std::deque<Item>& items, Item item, Newer newer) {
     const auto older = std::find_if(items.begin(), items.end(),
@@ -42,7 +41,7 @@ void insertInOrder(std::deque<Item>& items, Item item) {
     insertInOrder(items, std::move(item), isNewer<Item>);
 }
 
-/// Takes the items without occurrences out of `items` and answers them, in list order.
+/// Takes the items without occurrences out of `items` and returns them, in list order.
 template <typename Item>
 [[nodiscard]] std::vector<Item> takeItemsWithoutOccurrences(std::deque<Item>& items) {
     std::vector<Item> taken;

@@ -10,40 +10,44 @@ std::string ListPersistence::asEntry(const std::string& body) {
     return Helper::createXMLElement(Helper::ENTRY, body);
 }
 
-std::string ListPersistence::updateEntry(const std::string& body, const std::string& requestType,
+const char* ListPersistence::textOf(RequestType requestType) noexcept {
+    return requestType == RequestType::eWrite ? Helper::WRITEREQUEST : Helper::DELETEREQUEST;
+}
+
+std::string ListPersistence::updateEntry(const std::string& body, RequestType requestType,
                                          const std::string& table) {
     return updateEntries(asEntry(body), requestType, table);
 }
 
-std::string ListPersistence::updateEntries(const std::string& entries, const std::string& requestType,
+std::string ListPersistence::updateEntries(const std::string& entries, RequestType requestType,
                                            const std::string& table) {
     return entries.empty() ? std::string() : send(entries, requestType, table).value_or("");
 }
 
-std::optional<std::string> ListPersistence::send(const std::string& entries, const std::string& requestType,
+std::optional<std::string> ListPersistence::send(const std::string& entries, RequestType requestType,
                                                  const std::string& table) {
     const bool clears = entries == Helper::allEntries();
     const bool clearingWaits = refusedDeletion(table) == Helper::allEntries();
-    if (clearingWaits && !clears && exchange(Helper::allEntries(), Helper::DELETEREQUEST, table)) {
+    if (clearingWaits && !clears && sendOnce(Helper::allEntries(), RequestType::eDelete, table)) {
         forgetDeletion(table);
     }
-    std::optional<std::string> answered = exchange(entries, requestType, table);
-    const bool isDeletion = requestType == Helper::DELETEREQUEST;
-    if (!answered && isDeletion) {
+    std::optional<std::string> uniqueId = sendOnce(entries, requestType, table);
+    const bool isDeletion = requestType == RequestType::eDelete;
+    if (!uniqueId && isDeletion) {
         recordRefusedDeletion(entries, table);
-    } else if (answered && isDeletion && clears) {
+    } else if (uniqueId && isDeletion && clears) {
         forgetDeletion(table);
-    } else if (answered && !isDeletion && refusedDeletion(table) == Helper::allEntries()) {
+    } else if (uniqueId && !isDeletion && refusedDeletion(table) == Helper::allEntries()) {
         LOG_JOURNAL(2, "%s: what was to be cleared stays, since newer entries are among it now",
                     table.c_str());
         forgetDeletion(table);
     }
-    return answered;
+    return uniqueId;
 }
 
 void ListPersistence::repeatDeletion(const std::string& table) {
     const std::string entries = refusedDeletion(table);
-    if (!entries.empty() && !exchange(entries, Helper::DELETEREQUEST, table)) {
+    if (!entries.empty() && !sendOnce(entries, RequestType::eDelete, table)) {
         LOG_JOURNAL(2, "%s: what was to be deleted stays", table.c_str());
     }
     forgetDeletion(table);
@@ -71,14 +75,13 @@ void ListPersistence::recordRefusedDeletion(const std::string& entries, const st
     }
 }
 
-std::optional<std::string> ListPersistence::exchange(const std::string& entries,
-                                                     const std::string& requestType,
+std::optional<std::string> ListPersistence::sendOnce(const std::string& entries, RequestType requestType,
                                                      const std::string& table) {
     LOG_JOURNAL(6, "updateEntries[%s][%s]", table.c_str(), entries.c_str());
-    const std::string response = m_adapter.updateEntries(entries, requestType, table);
+    const std::string response = m_adapter.updateEntries(entries, textOf(requestType), table);
     LOG_JOURNAL(6, "DAS resp %s \n", response.c_str());
     if (response == Helper::FAILED) {
-        LOG_JOURNAL(2, "%s: the database refused a %s", table.c_str(), requestType.c_str());
+        LOG_JOURNAL(2, "%s: the database refused a %s", table.c_str(), textOf(requestType));
         return std::nullopt;
     }
     std::string uniqueId = JournalServiceHelper::parseLastUniqueId(response);
@@ -94,8 +97,8 @@ std::optional<std::string> ListPersistence::exchange(const std::string& entries,
     return uniqueId;
 }
 
-void ListPersistence::deleteWholeTable(const std::string& table) {
-    updateEntries(Helper::allEntries(), Helper::DELETEREQUEST, table);
+void ListPersistence::clearTable(const std::string& table) {
+    updateEntries(Helper::allEntries(), RequestType::eDelete, table);
 }
 
 void ListPersistence::recordRefused(const std::string& key, bool refused) {

@@ -2,21 +2,21 @@
 
 #include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalService/lists/ListLoader.h"
+#include "src/JournalService/lists/ListTransaction.h"
 
 namespace journal {
 
 bool Subscription::subscribe(JournalServiceObserverIfc* observer) {
     LOG_EVENTS(5, "JournalService::subscribeForJournalEvents - subscribe");
-    // One change: what the observer is told at first is followed by every change after it, with none in
-    // between.
-    const JournalLists::Change change(m_lists);
-    if (!m_loader.listsLoaded()) {
+    // One transaction: no change comes between the state that the observer is given and the first one that it is
+    // notified of.
+    const ListTransaction transaction(m_lists);
+    if (m_loader.subscriptionNeedsLoad()) {
         LOG_EVENTS(5, "JournalService::subscribeForJournalEvents - loadCallListsFromDb()");
-        m_loadLists();
+        m_loader.load();
     }
-    return m_notifier.subscribe(observer, m_lists.getFrontDialledCall());
+    return m_notifier.subscribe(observer, m_lists.front<DialledCallItem>());
 }
 
 bool Subscription::unsubscribe(JournalServiceObserverIfc* observer) {

@@ -2,7 +2,7 @@
 
 namespace journal {
 
-void UnloadedEntries::loaded(bool areLeft) {
+void UnloadedEntries::setLoaded(bool areLeft) {
     const auto forget = [areLeft](auto&... lefts) { ((lefts.known = !areLeft, lefts.items.clear()), ...); };
     std::apply(forget, m_left);
 }

@@ -9,46 +9,41 @@
 #include <utility>
 #include <vector>
 
-#include "journal-items/CallBackItem.h"
-#include "journal-items/DialledCallItem.h"
-#include "journal-items/ForwardedCallItem.h"
-#include "journal-items/MissedCallItem.h"
-#include "journal-items/ReceivedCallItem.h"
+#include "journal-items/ListTraits.h"
 #include "src/JournalService/lists/JournalList.h"
 #include "src/JournalService/lists/ListOrder.h"
 #include "src/JournalService/lists/ListPersistence.h"
 
 namespace journal {
 
-/// The entries that the database holds beside those in the lists, because a load reads the newest only.
-/// Clients do not see them; but a party has one entry in a list, a list keeps so many entries and no more,
-/// and to clear a list is to clear all of it. So whoever files, drops or clears asks here, too.
+/// The entries that the database holds beside those in the lists, because a load reads the newest only. Clients do not
+/// see them; but a party has one entry in a list, a list keeps `kMaxItems` entries, and to clear a list is to clear all of
+/// it. So every operation that files, drops or clears entries looks here too.
 ///
-/// A table is read as a whole at the first need after a load. From then on what is known of it is exact: its
-/// older entries change only when one is taken from here, or all are cleared. So a call from a new party
-/// costs no further request.
+/// A table is read as a whole at the first need after a load. From then on its unloaded entries are known exactly: they
+/// change only when one is taken from here, or all are cleared. So a call from a new party costs no further request.
 ///
-/// Threads: any, within one `JournalLists::Change` each. Errors: where the database cannot be read, there are
-/// no older entries, and the next one who asks tries again.
+/// Requires: the caller has a `ListTransaction`. Errors: while the database cannot be read there are no unloaded entries,
+/// and the next operation tries again.
 class UnloadedEntries {
 public:
-    /// The mirror is borrowed and outlives this one.
+    /// `persistence` is borrowed and outlives this object.
     explicit UnloadedEntries(ListPersistence& persistence) : m_persistence(persistence) {}
     UnloadedEntries(const UnloadedEntries&) = delete;
     UnloadedEntries& operator=(const UnloadedEntries&) = delete;
     ~UnloadedEntries() = default;
 
-    /// The lists have been loaded; `areLeft` says whether the database may hold entries that they do not.
-    void loaded(bool areLeft);
+    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do not.
+    void setLoaded(bool areLeft);
 
-    /// Those of the list, newest first, for whoever takes one out. The caller does not hold the list's lock.
+    /// The unloaded entries of the list, newest first; the caller may take one out. Requires: the list is not locked.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& of(JournalList<Item>& list);
-    /// Takes the oldest, of the list's `items` but its first and of what is known to be left, until both are
-    /// `limit` together; answers them, the oldest first. The database has them still.
+    /// Takes the oldest entries out of `items`, except its first, and out of the known unloaded entries, until both are
+    /// `limit` together; returns them, oldest first. The database still has them.
     template <typename Item>
     [[nodiscard]] std::vector<Item> takeBeyond(std::size_t limit, std::deque<Item>& items);
-    /// The whole table has been deleted.
+    /// Records that the whole table was deleted.
     template <typename Item>
     void clear() {
         left<Item>() = {true, {}};
@@ -57,7 +52,7 @@ public:
 private:
     template <typename Item>
     struct Left {
-        /// False when the table may hold more than is here.
+        /// False when the table may hold entries that are in neither place.
         bool known = false;
         std::deque<Item> items;
     };
@@ -69,10 +64,8 @@ private:
 
     ListPersistence& m_persistence;
 
-    // Guarded by the change. The callbacks are always loaded whole.
-    std::tuple<Left<MissedCallItem>, Left<DialledCallItem>, Left<ReceivedCallItem>, Left<ForwardedCallItem>,
-               Left<CallBackItem>>
-        m_left;
+    // Guarded by the change lock. The callbacks are always loaded whole.
+    ForEachList<Left> m_left;
 };
 
 template <typename Item>
@@ -83,7 +76,7 @@ std::deque<Item>& UnloadedEntries::of(JournalList<Item>& list) {
         return found.items;
     }
     std::set<std::string> listed;
-    const auto items = list.access();
+    const auto items = list.read();
     for (const Item& item : *items) {
         listed.insert(item.getUniqueId());
     }
@@ -98,11 +91,12 @@ std::deque<Item>& UnloadedEntries::of(JournalList<Item>& list) {
 
 template <typename Item>
 std::vector<Item> UnloadedEntries::takeBeyond(std::size_t limit, std::deque<Item>& items) {
-    std::deque<Item>& older = left<Item>().items;
+    std::deque<Item>& unloaded = left<Item>().items;
     std::vector<Item> taken;
-    while (items.size() + older.size() > limit) {
-        const bool fromList = older.empty() || (items.size() > 1 && isNewer(older.back(), items.back()));
-        std::deque<Item>& oldest = fromList ? items : older;
+    while (items.size() + unloaded.size() > limit) {
+        const bool fromList =
+            unloaded.empty() || (items.size() > 1 && isNewer(unloaded.back(), items.back()));
+        std::deque<Item>& oldest = fromList ? items : unloaded;
         taken.push_back(std::move(oldest.back()));
         oldest.pop_back();
     }

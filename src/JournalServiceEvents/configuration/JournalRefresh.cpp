@@ -5,7 +5,9 @@
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/base/PlatformServices.h"
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/lists/ListSourceIfc.h"
+#include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/configuration/JournalSettings.h"
 #include "src/JournalServiceEvents/configuration/PhoneValues.h"
 
@@ -13,31 +15,30 @@ namespace journal {
 
 bool JournalRefresh::refreshCallLists() {
     LOG_JOURNAL(6, "refreshCallLists");
-    m_loadLists();
+    m_source.load();
     return true;
 }
 
 bool JournalRefresh::refreshCallLog() {
     LOG_JOURNAL(6, "refreshCallLog");
-    m_loadLists();
+    m_source.load();
     const bool wasEnabled = m_settings.values()->m_callLogEnabled;
     m_journalSettings.readConfigItemsFromDB();
     if (m_settings.values()->m_callLogEnabled != wasEnabled) {
         m_journalSettings.handleEnabledStateChange();
     }
-    const JournalLists::Change change(m_lists);
-    m_notifier.updateAllExceptCallbacks(m_lists.getUnviewedMissedCallsCount());
+    ListTransaction(m_lists).commit([this](ObserverNotifierIfc& notifier) {
+        notifier.updateAllExceptCallbacks(m_lists.getUnviewedMissedCallsCount());
+    });
     return true;
 }
 
 void JournalRefresh::reloadEverything() {
-    m_loadLists();
+    m_source.load();
     m_journalSettings.readConfigItemsFromDB();
     m_journalSettings.handleEnabledStateChange();
-    {
-        const JournalLists::Change change(m_lists);
-        m_notifier.updateAll(m_lists.getUnviewedMissedCallsCount());
-    }
+    ListTransaction(m_lists).commit(
+        [this](ObserverNotifierIfc& notifier) { notifier.updateAll(m_lists.getUnviewedMissedCallsCount()); });
     if (m_settings.values()->isSip()) {
         m_phoneValues.publishCallLogEnableState();
         m_phoneValues.publishMissedLoggingState();
@@ -50,7 +51,7 @@ void JournalRefresh::reloadEverything() {
 
 bool JournalRefresh::resetUserData() {
     LOG_JOURNAL(5, "JournalService::resetUserData");
-    m_lists.deleteAllCalls();
+    m_deletion.deleteAllCalls();
     const auto before = m_settings.values();
     if (!before->isSip()) {
         return true;

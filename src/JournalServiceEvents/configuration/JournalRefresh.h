@@ -1,15 +1,13 @@
 #pragma once
 
-#include <functional>
 #include <string>
-#include <utility>
-
-class ObserverNotifierIfc;
 
 namespace journal {
 
 class PlatformServices;
 class JournalLists;
+class ListDeletion;
+class ListSourceIfc;
 class PhoneValues;
 class JournalSettings;
 class PhoneSettings;
@@ -17,30 +15,28 @@ class PhoneSettings;
 /// Reloads lists and settings from the database, and resets the user's data to the defaults. Thread-safe.
 class JournalRefresh {
 public:
-    /// Everything is borrowed and outlives this object. `loadLists` loads all lists in the way of the service
-    /// variant.
+    /// Everything is borrowed and outlives this object.
     JournalRefresh(const PlatformServices& platform, PhoneSettings& settings,
                    JournalSettings& journalSettings, const PhoneValues& phoneValues, JournalLists& lists,
-                   ObserverNotifierIfc& notifier, std::function<void()> loadLists)
+                   ListDeletion& deletion, ListSourceIfc& source)
         : m_platform(platform),
           m_settings(settings),
           m_journalSettings(journalSettings),
           m_phoneValues(phoneValues),
           m_lists(lists),
-          m_notifier(notifier),
-          m_loadLists(std::move(loadLists)) {}
+          m_deletion(deletion),
+          m_source(source) {}
 
     // All of these return true.
     bool refreshCallLists();
     bool refreshCallLog();
-    /// Empties the call lists; on a SIP phone also resets the journal's own settings and publishes those that
-    /// change.
+    /// Empties the call lists; on a SIP phone also resets the journal's own settings and publishes those that change.
     bool resetUserData();
     /// "true" while an outside call server journals missed calls itself.
     bool setJournalServiceCallLogEventsDisabling(const std::string& value);
 
-    /// Loads everything and notifies observers, the management and the unified-communications service. Call
-    /// when the phone's user or the user's data changed.
+    /// Loads everything and notifies observers, the management and the unified-communications service. Call when the
+    /// phone's user or the user's data changed.
     void reloadEverything();
 
 private:
@@ -49,8 +45,8 @@ private:
     JournalSettings& m_journalSettings;
     const PhoneValues& m_phoneValues;
     JournalLists& m_lists;
-    ObserverNotifierIfc& m_notifier;
-    const std::function<void()> m_loadLists;
+    ListDeletion& m_deletion;
+    ListSourceIfc& m_source;
 };
 
 }  // namespace journal

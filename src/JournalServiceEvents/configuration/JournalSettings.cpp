@@ -7,7 +7,7 @@
 #include "platform/sync/CriticalSection.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListDeletion.h"
 
 namespace journal {
 
@@ -72,7 +72,7 @@ bool JournalSettings::updateDeleteMissedWhenCalledState(const std::string& value
 
 void JournalSettings::handleEnabledStateChange() {
     if (!m_settings.values()->m_callLogEnabled) {
-        m_lists.deleteAllCalls();
+        m_deletion.deleteAllCalls();
     }
 }
 

@@ -10,7 +10,7 @@ class CallListDatabaseAdapter;
 namespace journal {
 
 struct SettingsSnapshot;
-class JournalLists;
+class ListDeletion;
 class PhoneSettings;
 
 /// The journal's own three settings, stored in the settings record of the database.
@@ -19,8 +19,8 @@ class PhoneSettings;
 class JournalSettings {
 public:
     /// Everything is borrowed and outlives this object.
-    JournalSettings(PhoneSettings& settings, CallListDatabaseAdapter& adapter, JournalLists& lists)
-        : m_settings(settings), m_adapter(adapter), m_lists(lists) {}
+    JournalSettings(PhoneSettings& settings, CallListDatabaseAdapter& adapter, ListDeletion& deletion)
+        : m_settings(settings), m_adapter(adapter), m_deletion(deletion) {}
 
     /// Reads the three settings. On a SIP phone, stores the default of each setting that was never stored.
     void readConfigItemsFromDB();
@@ -49,7 +49,7 @@ private:
 
     PhoneSettings& m_settings;
     CallListDatabaseAdapter& m_adapter;
-    JournalLists& m_lists;
+    ListDeletion& m_deletion;
 
     /// Held from the request to the database until its response is applied, so that memory and record agree.
     Semaphore m_recordLock{1, 1, true};

@@ -7,7 +7,7 @@
 #include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListDeletion.h"
 #include "src/JournalServiceEvents/configuration/JournalRefresh.h"
 #include "src/JournalServiceEvents/configuration/JournalSettings.h"
 #include "src/JournalServiceEvents/configuration/PhoneValues.h"
@@ -84,7 +84,7 @@ void ManagementAgent::clearCallLog() {
         LOG_EVENTS(6, "setData() ignore clear-calllog in UC/RingCentral mode");
         return;
     }
-    m_lists.deleteAllCalls();
+    m_deletion.deleteAllCalls();
 }
 
 bool ManagementAgent::getData(ManageableData& data) {

@@ -11,7 +11,7 @@ namespace journal {
 
 class CstaMonitors;
 class JournalPolicy;
-class JournalLists;
+class ListDeletion;
 class JournalRefresh;
 class PhoneValues;
 class JournalSettings;
@@ -27,14 +27,14 @@ class ManagementAgent {
 public:
     /// Everything is borrowed and outlives this object.
     ManagementAgent(PhoneSettings& settings, JournalSettings& journalSettings, PhoneValues& phoneValues,
-                    CstaMonitors& monitors, JournalPolicy& policy, JournalLists& lists,
+                    CstaMonitors& monitors, JournalPolicy& policy, ListDeletion& deletion,
                     JournalRefresh& refresh, VisitorCallLog& visitorCallLog)
         : m_settings(settings),
           m_journalSettings(journalSettings),
           m_phoneValues(phoneValues),
           m_monitors(monitors),
           m_policy(policy),
-          m_lists(lists),
+          m_deletion(deletion),
           m_refresh(refresh),
           m_visitorCallLog(visitorCallLog) {}
     ManagementAgent(const ManagementAgent&) = delete;
@@ -65,7 +65,7 @@ private:
     PhoneValues& m_phoneValues;
     CstaMonitors& m_monitors;
     JournalPolicy& m_policy;
-    JournalLists& m_lists;
+    ListDeletion& m_deletion;
     JournalRefresh& m_refresh;
     VisitorCallLog& m_visitorCallLog;
 

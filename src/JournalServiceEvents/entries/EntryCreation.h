@@ -1,67 +1,63 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "src/JournalServiceEvents/entries/EntryDetails.h"
 
-class ObserverNotifierIfc;
+class Contact;
 
 namespace journal {
 
-class CallLogRequests;
 class ForwardedMissedRule;
 class JournalClock;
 class JournalLists;
-class ListPersistence;
 class PartyNames;
 class PhoneSettings;
 
-/// Files a finished call in its list. Every list goes the same road:
+/// Files a finished call in its list. The sequence is the same for every list (`OccurrenceFiling`):
 ///  1. log the inputs and build the occurrence;
 ///  2. look the party up in the phonebook;
-///  3. under the list's lock find the party's item, ignore a call that is recorded already, merge the occurrence
-///     into the item or make a new one, put it at the front, drop the oldest beyond the limit, write it to the
-///     database;
-///  4. with the lock released tell the observers.
+///  3. in one `ListTransaction`: find the party's item, ignore a call that is recorded already, merge the occurrence into
+///     the item or create a new one, put it in front, write it to the database, drop the oldest items beyond the limit;
+///  4. report to a switch that keeps the log what the list has lost;
+///  5. notify the observers.
 ///
-/// Threads: any; the caller may hold the call-map lock, no other.
+/// Any thread may call; the caller may hold the call-map lock, no other lock.
 class EntryCreation {
 public:
-    /// All parts are borrowed and outlive this one.
-    struct Parts {
-        const PhoneSettings& settings;
-        const JournalClock& clock;
-        const PartyNames& names;
-        JournalLists& lists;
-        ListPersistence& persistence;
-        CallLogRequests& requests;
-        ObserverNotifierIfc& notifier;
-        ForwardedMissedRule& forwardedMissed;
-        /// Loads the lists when nobody has needed them before: a call must find the entry that its party has in the
-        /// database. Empty where the lists are complete as they are.
-        std::function<void()> loadAtFirstNeed{};
-    };
+    /// All references are borrowed and outlive this object.
+    EntryCreation(const PhoneSettings& settings, const JournalClock& clock, const PartyNames& names,
+                  JournalLists& lists, ForwardedMissedRule& forwardedMissed)
+        : m_settings(settings),
+          m_clock(clock),
+          m_names(names),
+          m_lists(lists),
+          m_forwardedMissed(forwardedMissed) {}
 
-    explicit EntryCreation(const Parts& parts) : m_parts(parts) {}
-
-    // True when the occurrence was filed, false when it was ignored.
+    // Each returns true when the occurrence was filed, false when it was ignored.
     bool newMissedCallEntry(const MissedEntryDetails& details);
     bool newReceivedCallEntry(const ReceivedEntryDetails& details);
     bool newDialledCallEntry(const DialledEntryDetails& details);
     bool newForwardedCallEntry(const ForwardedEntryDetails& details);
 
-    /// `newDialledCallEntry`, which never cuts the list short, and after it the bound that keeps the list finite over
-    /// years: the oldest items beyond 1000 leave memory, database and the log of a switch that keeps one. This is what
-    /// finished calls are filed with.
+    /// Files a finished dialled call: `newDialledCallEntry`, which never shortens the list, and then the limit that keeps
+    /// the list finite over years. The oldest items beyond `kMaxItems` are deleted in memory, in the database and in the
+    /// log of a switch that keeps one.
     bool fileDialledCall(const DialledEntryDetails& details);
 
-    /// Deletes the first missed entry of the party that an outgoing call has just reached; nothing when there is
-    /// none. The name serves to match a party that has no number or is not in the phonebook.
+    /// Deletes the first missed entry of the party that an outgoing call has just reached, if there is one. The name
+    /// matches a party that has no number or is not in the phonebook.
     void deleteMissedEntryOf(const std::string& calledParty, const std::string& calledPartyName);
 
 private:
-    Parts m_parts;
+    /// Looks up the party of a received or a forwarded call and logs the inputs.
+    [[nodiscard]] Contact lookUpParty(const char* logName, const EntryDetails& details) const;
+
+    const PhoneSettings& m_settings;
+    const JournalClock& m_clock;
+    const PartyNames& m_names;
+    JournalLists& m_lists;
+    ForwardedMissedRule& m_forwardedMissed;
 };
 
 }  // namespace journal

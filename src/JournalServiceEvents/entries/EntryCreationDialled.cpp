@@ -1,9 +1,6 @@
-#include <algorithm>
 #include <boost/bind/bind.hpp>
 
-#include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
 #include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
@@ -20,7 +17,7 @@ struct DialledPolicy {
     // `fileDialledCall` does it.
     static constexpr bool kLimitsItems = false;
 
-    const EntryCreation::Parts& parts;
+    const PartyNames& names;
     const DialledEntryDetails& details;
     Contact& contact;
     const Info& info;
@@ -31,8 +28,8 @@ struct DialledPolicy {
 
     // An entry keeps the names that it was made with.
     void nameContact(const std::deque<Item>& items, const std::deque<Item>::const_iterator& found) const {
-        parts.names.populateRemoteContactSurname(contact, details.remotePartyName,
-                                                 dialledCallAlreadyInDialledCallList(items, found));
+        names.populateRemoteContactSurname(contact, details.remotePartyName,
+                                           dialledCallAlreadyInDialledCallList(items, found));
     }
 
     [[nodiscard]] bool isDuplicate(const Item& item, const Info& /*info*/) const {
@@ -56,16 +53,15 @@ struct DialledPolicy {
         LOG_EVENTS(5, "%s():New Dialled call item", kLogName);
         item.setJournalSeviceGroupBy(contact.getSearchNumber());
     }
-    // The merged item's oldest call leaves the switch by a rule of its own.
-    void reportOverflow(const Info& /*oldest*/) const {
-        parts.requests.sendCSTACAllLogEntryDeleteRequest(m_merged, info);
+    // A rule of its own decides if the switch forgets the merged item's oldest call.
+    void reportOverflow(const CallLogRequests& requests, const Info& /*oldest*/) const {
+        requests.sendCSTACAllLogEntryDeleteRequest(m_merged, info);
     }
-    // None is dropped on this road.
-    static void reportDropped(const Item& /*item*/) {}
+    // Filing drops no dialled item.
+    static void reportDropped(const CallLogRequests& /*requests*/, const Item& /*item*/) {}
 
-    void announce(const Item& item, unsigned /*unviewed*/, const std::string& uniqueId,
-                  JournalServiceObserverIfc::ActionType action) const {
-        parts.notifier.updateDialledCalls(item, uniqueId, action);
+    static void announce(ObserverNotifierIfc& notifier, const FiledOccurrence<Item>& filed) {
+        notifier.updateDialledCalls(filed.item, filed.mergedUniqueId, filed.action);
     }
 
     std::list<Info> m_merged{};
@@ -86,30 +82,30 @@ bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
         LOG_EVENTS(5, "%s():Bluetooth call %d, Bluetooth anonymous call %d", kLogName, 1,
                    details.remoteParty.empty() ? 1 : 0);
     }
-    const PartyNames& names = m_parts.names;
     Contact contact;
     DialledCallItem::DialledCallInfo info;
-    populateCallInfo(info, details, m_parts.clock);
+    populateCallInfo(info, details, m_clock);
     populateRedirecting(info, details);
     info.setTimeFormat(details.timeFormat);
     info.setTransferNumberType(details.transferType);
-    names.populateDialledCallInfo(contact, info, details.dialledParty, details.remoteParty);
-    names.populateInfoConnectedNumber(info, details.connectedParty);
-    names.populateDialledCallInfoTimeAndDate(info, timeTextOf(details, m_parts.clock), details.startSec,
-                                             details.timeSec, details.endSec);
-    const JournalLists::Change change(m_parts.lists);
-    DialledPolicy policy{m_parts, details, contact, info};
-    return fileOccurrence(m_parts, policy, contact, info, details.callId);
+    m_names.populateDialledCallInfo(contact, info, details.dialledParty, details.remoteParty);
+    m_names.populateInfoConnectedNumber(info, details.connectedParty);
+    m_names.populateDialledCallInfoTimeAndDate(info, timeTextOf(details, m_clock), details.startSec,
+                                               details.timeSec, details.endSec);
+    ListTransaction transaction(m_lists);
+    OccurrenceFiling filing(transaction, m_settings, m_clock, m_names,
+                            DialledPolicy{m_names, details, contact, info});
+    return filing.file(contact, info, details.callId);
 }
 
 bool EntryCreation::fileDialledCall(const DialledEntryDetails& details) {
-    const JournalLists::Change change(m_parts.lists);
+    ListTransaction transaction(m_lists);
     const bool filed = newDialledCallEntry(details);
-    const std::vector<DialledCallItem> dropped =
-        dropOldest(m_parts, *m_parts.lists.list<DialledCallItem>().access());
-    if (m_parts.settings.values()->m_serverBasedCallLog) {
+    const std::vector<DialledCallItem> dropped = transaction.dropOldest(transaction.open<DialledCallItem>());
+    const CallLogRequests& requests = transaction.requests();
+    if (m_settings.values()->m_serverBasedCallLog) {
         for (const DialledCallItem& oldest : dropped) {
-            m_parts.requests.sendDialledCallLogEntryRequests(oldest.getDialledCallInfoList());
+            requests.sendDialledCallLogEntryRequests(oldest.getDialledCallInfoList());
         }
     }
     return filed;

@@ -1,7 +1,5 @@
-#include <algorithm>
 #include <boost/bind/bind.hpp>
 
-#include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
@@ -19,8 +17,6 @@ struct ForwardedPolicy {
     using Info = ForwardedCallItem::ForwardedCallInfo;
     static constexpr bool kLimitsItems = true;
 
-    const EntryCreation::Parts& parts;
-
     static auto matcher(const Contact& contact) {
         return boost::bind(&contactMatchesForwardedCall, boost::placeholders::_1, boost::cref(contact));
     }
@@ -28,33 +24,30 @@ struct ForwardedPolicy {
     static void onMerge(Item& /*item*/) {}
     static void onNew(Item& /*item*/) {}
     // A switch keeps no log of forwarded calls.
-    static void reportOverflow(const Info& /*oldest*/) {}
-    static void reportDropped(const Item& /*item*/) {}
+    static void reportOverflow(const CallLogRequests& /*requests*/, const Info& /*oldest*/) {}
+    static void reportDropped(const CallLogRequests& /*requests*/, const Item& /*item*/) {}
 
-    void announce(const Item& item, unsigned /*unviewed*/, const std::string& uniqueId,
-                  JournalServiceObserverIfc::ActionType action) const {
-        parts.notifier.updateForwardedCalls(item, uniqueId, action);
+    static void announce(ObserverNotifierIfc& notifier, const FiledOccurrence<Item>& filed) {
+        notifier.updateForwardedCalls(filed.item, filed.mergedUniqueId, filed.action);
     }
 };
 
 }  // namespace
 
 bool EntryCreation::newForwardedCallEntry(const ForwardedEntryDetails& details) {
-    const Contact contact =
-        m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
-    logParty(kLogName, details, contact);
+    const Contact contact = lookUpParty(kLogName, details);
     ForwardedCallItem::ForwardedCallInfo info;
-    populateCallInfo(info, details, m_parts.clock);
+    populateCallInfo(info, details, m_clock);
     populateRedirecting(info, details);
     info.setConnectedNumber(details.connectedParty);
     info.setForwardedToNumber(details.connectedParty);
     info.setDuration(JournalClock::formatDuration(details.startSec, details.endSec));
-    const JournalLists::Change change(m_parts.lists);
-    if (m_parts.settings.values()->m_serverBasedFeatures) {
-        m_parts.forwardedMissed.sscfw_checkNewForwardedCall(contact);
+    ListTransaction transaction(m_lists);
+    if (m_settings.values()->m_serverBasedFeatures) {
+        m_forwardedMissed.sscfw_checkNewForwardedCall(contact);
     }
-    ForwardedPolicy policy{m_parts};
-    return fileOccurrence(m_parts, policy, contact, info, details.callId);
+    OccurrenceFiling filing(transaction, m_settings, m_clock, m_names, ForwardedPolicy{});
+    return filing.file(contact, info, details.callId);
 }
 
 }  // namespace journal

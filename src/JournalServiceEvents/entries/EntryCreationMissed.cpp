@@ -1,9 +1,7 @@
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 
-#include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
 #include "src/JournalServiceEvents/entries/ForwardedMissedRule.h"
@@ -20,7 +18,8 @@ struct MissedPolicy {
     using Info = MissedCallItem::MissedCallInfo;
     static constexpr bool kLimitsItems = true;
 
-    const EntryCreation::Parts& parts;
+    const PhoneSettings& settings;
+    ForwardedMissedRule& forwardedMissed;
     const MissedEntryDetails& details;
 
     auto matcher(const Contact& contact) const {
@@ -40,8 +39,8 @@ struct MissedPolicy {
     }
 
     void onMerge(Item& item) const {
-        if (parts.settings.values()->isSip()) {
-            parts.forwardedMissed.keepViewedBeforeMerge(item.getViewed());
+        if (settings.values()->isSip()) {
+            forwardedMissed.keepViewedBeforeMerge(item.getViewed());
         } else {
             LOG_EVENTS(5, "%s():Missed call: {%s} ITEMUPDATED targetLog[%d]", kLogName,
                        details.callId.c_str(), static_cast<int>(details.logTarget));
@@ -50,29 +49,30 @@ struct MissedPolicy {
     }
 
     void onNew(Item& item) const {
-        if (!parts.settings.values()->isSip()) {
+        if (!settings.values()->isSip()) {
             LOG_EVENTS(5, "%s():Missed call: {%s} ITEMADDED targetLog[%d]", kLogName, details.callId.c_str(),
                        static_cast<int>(details.logTarget));
         }
         item.setViewed(false);
     }
 
-    void reportOverflow(const Info& oldest) const { parts.requests.sendMissedCallLogEntryRequest(&oldest); }
-    void reportDropped(const Item& item) const {
-        parts.requests.sendMissedCallLogEntryRequests(item.getMissedCallInfoList());
+    static void reportOverflow(const CallLogRequests& requests, const Info& oldest) {
+        requests.sendMissedCallLogEntryRequest(&oldest);
+    }
+    static void reportDropped(const CallLogRequests& requests, const Item& item) {
+        requests.sendMissedCallLogEntryRequests(item.getMissedCallInfoList());
     }
 
-    void announce(const Item& item, unsigned unviewed, const std::string& uniqueId,
-                  JournalServiceObserverIfc::ActionType action) const {
-        parts.notifier.updateMissedCallCountAndCalls(item, unviewed, uniqueId, action);
+    static void announce(ObserverNotifierIfc& notifier, const FiledOccurrence<Item>& filed) {
+        notifier.updateMissedCallCountAndCalls(filed.item, filed.unviewed, filed.mergedUniqueId,
+                                               filed.action);
     }
 };
 
 }  // namespace
 
 bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
-    const Contact contact =
-        m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
+    const Contact contact = m_names.contactOf(details.remoteParty, details.remotePartyName);
     LOG_EVENTS(5,
                "%s():Missed call: {%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, "
                "completed "
@@ -81,7 +81,7 @@ bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
                contact.getSurname().c_str(), contact.getFirstname().c_str(),
                details.completedElsewhere ? 1 : 0, details.redirectingParty.c_str(),
                details.redirectingPartyName.c_str());
-    if (details.completedElsewhere && !m_parts.settings.values()->m_missedLogging) {
+    if (details.completedElsewhere && !m_settings.values()->m_missedLogging) {
         LOG_EVENTS(
             5,
             "%s():The call was completed elsewhere, not remotely answered calls are just logged - this call "
@@ -89,53 +89,48 @@ bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
             kLogName);
         return false;
     }
-    const JournalLists::Change change(m_parts.lists);
-    if (!m_parts.forwardedMissed.sscfw_canAddMissedCall(contact)) {
+    ListTransaction transaction(m_lists);
+    if (!m_forwardedMissed.sscfw_canAddMissedCall(contact)) {
         LOG_EVENTS(5,
                    "%s():New missed entry relates to previous forwarded entry. No new entry has been added",
                    kLogName);
         return false;
     }
     MissedCallItem::MissedCallInfo info;
-    populateCallInfo(info, details, m_parts.clock);
+    populateCallInfo(info, details, m_clock);
     populateRedirecting(info, details);
     info.setTimeFormat(details.timeFormat);
     info.setCompletedElsewhere(details.completedElsewhere);
     info.setLineKey(details.lineKey);
     info.setGroupText(details.groupText);
-    MissedPolicy policy{m_parts, details};
-    return fileOccurrence(m_parts, policy, contact, info, details.callId);
+    OccurrenceFiling filing(transaction, m_settings, m_clock, m_names,
+                            MissedPolicy{m_settings, m_forwardedMissed, details});
+    return filing.file(contact, info, details.callId);
 }
 
 void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const std::string& calledPartyName) {
     Contact contact;
     contact.setSearchNumber(calledParty);
-    if (!m_parts.names.contactIsInPhonebook(contact)) {
+    if (!m_names.contactIsInPhonebook(contact)) {
         contact.setSurname(calledPartyName);
     }
     const auto isOfParty = [&contact](const MissedCallItem& item) {
         const auto& infos = item.getMissedCallInfoList();
         return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
     };
-    const JournalLists::Change change(m_parts.lists);
-    if (m_parts.loadAtFirstNeed) {
-        m_parts.loadAtFirstNeed();
+    ListTransaction transaction(m_lists);
+    transaction.loadAtFirstNeed();
+    auto& missed = transaction.open<MissedCallItem>(isOfParty);
+    const auto found = std::find_if(missed.begin(), missed.end(), isOfParty);
+    if (found == missed.end()) {
+        return;
     }
-    m_parts.lists.restore<MissedCallItem>(isOfParty);
-    unsigned unviewed = 0;
-    {
-        const auto missed = m_parts.lists.list<MissedCallItem>().access();
-        const auto found = std::find_if(missed->begin(), missed->end(), isOfParty);
-        if (found == missed->end()) {
-            return;
-        }
-        LOG_EVENTS(5, "%s():Found entry for '%s' - remove it from missed calls list",
-                   "findAndDeleteMissedEntryWhenCalled", calledParty.c_str());
-        m_parts.persistence.updateMissedEntry(*found, CallListDatabaseAdapterHelper::DELETEREQUEST);
-        missed->erase(found);
-        unviewed = JournalLists::getUnviewedMissedCallsCount(*missed);
-    }
-    m_parts.notifier.updateMissedCallCountAndCalls(unviewed);
+    LOG_EVENTS(5, "%s():Found entry for '%s' - remove it from missed calls list",
+               "findAndDeleteMissedEntryWhenCalled", calledParty.c_str());
+    transaction.remove(missed, found);
+    const unsigned unviewed = JournalLists::getUnviewedMissedCallsCount(missed);
+    transaction.commit(
+        [unviewed](ObserverNotifierIfc& notifier) { notifier.updateMissedCallCountAndCalls(unviewed); });
 }
 
 }  // namespace journal

@@ -1,9 +1,6 @@
-#include <algorithm>
 #include <boost/bind/bind.hpp>
 
-#include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
 #include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
@@ -18,8 +15,6 @@ struct ReceivedPolicy {
     using Item = ReceivedCallItem;
     using Info = ReceivedCallItem::ReceivedCallInfo;
     static constexpr bool kLimitsItems = true;
-
-    const EntryCreation::Parts& parts;
 
     static auto matcher(const Contact& contact) {
         return boost::bind(&contactMatchesReceivedCall, boost::placeholders::_1, boost::cref(contact));
@@ -38,33 +33,44 @@ struct ReceivedPolicy {
 
     static void onMerge(Item& /*item*/) {}
     static void onNew(Item& /*item*/) {}
-    void reportOverflow(const Info& oldest) const { parts.requests.sendReceivedCallLogEntryRequest(&oldest); }
-    void reportDropped(const Item& item) const {
-        parts.requests.sendReceivedCallLogEntryRequests(item.getReceivedCallInfoList());
+    static void reportOverflow(const CallLogRequests& requests, const Info& oldest) {
+        requests.sendReceivedCallLogEntryRequest(&oldest);
+    }
+    static void reportDropped(const CallLogRequests& requests, const Item& item) {
+        requests.sendReceivedCallLogEntryRequests(item.getReceivedCallInfoList());
     }
 
-    void announce(const Item& item, unsigned /*unviewed*/, const std::string& uniqueId,
-                  JournalServiceObserverIfc::ActionType action) const {
-        parts.notifier.updateReceivedCalls(item, uniqueId, action);
+    static void announce(ObserverNotifierIfc& notifier, const FiledOccurrence<Item>& filed) {
+        notifier.updateReceivedCalls(filed.item, filed.mergedUniqueId, filed.action);
     }
 };
 
 }  // namespace
 
+Contact EntryCreation::lookUpParty(const char* logName, const EntryDetails& details) const {
+    Contact contact = m_names.contactOf(details.remoteParty, details.remotePartyName);
+    LOG_EVENTS(
+        5,
+        "%s():{%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, sRedirectingNumber: "
+        "%s, sRedirectingName: %s",
+        logName, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
+        contact.getSurname().c_str(), contact.getFirstname().c_str(), details.redirectingParty.c_str(),
+        details.redirectingPartyName.c_str());
+    return contact;
+}
+
 bool EntryCreation::newReceivedCallEntry(const ReceivedEntryDetails& details) {
-    const Contact contact =
-        m_parts.names.contactOf(details.remoteParty, details.remotePartyName, details.remotePartyName);
-    logParty(kLogName, details, contact);
+    const Contact contact = lookUpParty(kLogName, details);
     ReceivedCallItem::ReceivedCallInfo info;
-    populateCallInfo(info, details, m_parts.clock);
+    populateCallInfo(info, details, m_clock);
     populateRedirecting(info, details);
     info.setConnectedNumber(details.connectedParty);
     info.setTimeFormat(details.timeFormat);
     info.setTransferNumberType(details.transferType);
     info.setDuration(JournalClock::formatDuration(details.startSec, details.endSec));
-    const JournalLists::Change change(m_parts.lists);
-    ReceivedPolicy policy{m_parts};
-    return fileOccurrence(m_parts, policy, contact, info, details.callId);
+    ListTransaction transaction(m_lists);
+    OccurrenceFiling filing(transaction, m_settings, m_clock, m_names, ReceivedPolicy{});
+    return filing.file(contact, info, details.callId);
 }
 
 }  // namespace journal

@@ -7,17 +7,17 @@
 
 namespace journal {
 
-/// What is to be filed of one call, whatever the list. Plain values; times are seconds since 1970, -1 when the
-/// moment never came. Entries that come from the switch's own call log give `timeText` instead of `timeSec`.
+/// The data of one call that is filed, common to all lists. Plain values; times are seconds since 1970, -1 for a moment
+/// that never came. Entries of the switch's own call log have `timeText` instead of `timeSec`.
 struct EntryDetails {
-    /// The tracked call's id; the entry id is made from it.
+    /// The id of the tracked call, from which the entry id is made.
     std::string callId;
     /// The far end; an empty number is an anonymous call.
     std::string remoteParty;
     std::string remotePartyName;
-    /// When the call was. -1: `timeText` says it, or else it is now.
+    /// The time of the call. With -1 it is `timeText`, or now when that is empty.
     long timeSec = -1;
-    /// Start and end of what the duration counts.
+    /// Start and end of the call's duration.
     long startSec = -1;
     long endSec = -1;
     std::string timeText;
@@ -34,7 +34,7 @@ struct EntryDetails {
 };
 
 struct MissedEntryDetails : EntryDetails {
-    /// Somebody else answered the call.
+    /// The call was answered at another telephone.
     bool completedElsewhere = false;
     /// The line on which the call was missed, empty for none, and the text of a group's call.
     std::string lineKey;
@@ -57,7 +57,7 @@ struct DialledEntryDetails : EntryDetails {
 };
 
 struct ForwardedEntryDetails : EntryDetails {
-    /// Where the call went.
+    /// The party that the call was forwarded to.
     std::string connectedParty;
     std::string connectedPartyName;
 };

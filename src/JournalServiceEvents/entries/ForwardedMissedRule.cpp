@@ -6,9 +6,8 @@
 #include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalService/lists/ListOrder.h"
-#include "src/JournalService/lists/ListPersistence.h"
+#include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 
 namespace journal {
@@ -32,7 +31,7 @@ bool ForwardedMissedRule::sscfw_canAddMissedCall(const Contact& contact) {
         return true;
     }
     if (isSameCall(now, m_lastForwardedTimeSec)) {
-        const auto forwarded = m_lists.list<ForwardedCallItem>().access();
+        const auto forwarded = m_lists.read<ForwardedCallItem>();
         if (!forwarded->empty() && contactMatchesForwardedCall(forwarded->front(), contact)) {
             m_lastMissedTimeSec = -1;
             return false;
@@ -56,37 +55,35 @@ void ForwardedMissedRule::sscfw_checkNewForwardedCall(const Contact& contact) {
 }
 
 void ForwardedMissedRule::takeBackMissedOccurrence(const Contact& contact) {
-    unsigned unviewed = 0;
-    {
-        const auto missed = m_lists.list<MissedCallItem>().access();
-        if (missed->empty()) {
-            return;
-        }
-        MissedCallItem& item = missed->front();
-        const std::string& lineKey = item.getMissedCallInfoList().empty()
-                                         ? std::string()
-                                         : item.getMissedCallInfoList().front().getLineKey();
-        if (!contactMatchesMissedCall(item, contact, lineKey)) {
-            return;
-        }
-        auto infos = item.getMissedCallInfoList();
-        infos.pop_front();
-        if (infos.empty()) {
-            LOG_EVENTS(5, "%s():removing whole entry", "sscfw_checkNewForwardedCall");
-            m_persistence.updateMissedEntry(item, CallListDatabaseAdapterHelper::DELETEREQUEST);
-            missed->pop_front();
-        } else {
-            LOG_EVENTS(5, "%s():updating shortened info list", "sscfw_checkNewForwardedCall");
-            item.setMissedCallInfoList(infos);
-            item.setViewed(m_viewedBeforeMerge);
-            m_persistence.updateMissedEntry(item, CallListDatabaseAdapterHelper::WRITEREQUEST);
-            MissedCallItem shortened = std::move(item);
-            missed->pop_front();
-            insertInOrder(*missed, std::move(shortened));
-        }
-        unviewed = JournalLists::getUnviewedMissedCallsCount(*missed);
+    ListTransaction transaction(m_lists);
+    auto& missed = transaction.open<MissedCallItem>();
+    if (missed.empty()) {
+        return;
     }
-    m_notifier.updateMissedCallCountAndCalls(unviewed);
+    MissedCallItem& item = missed.front();
+    const std::string& lineKey = item.getMissedCallInfoList().empty()
+                                     ? std::string()
+                                     : item.getMissedCallInfoList().front().getLineKey();
+    if (!contactMatchesMissedCall(item, contact, lineKey)) {
+        return;
+    }
+    auto infos = item.getMissedCallInfoList();
+    infos.pop_front();
+    if (infos.empty()) {
+        LOG_EVENTS(5, "%s():removing whole entry", "sscfw_checkNewForwardedCall");
+        transaction.remove(missed, missed.begin());
+    } else {
+        LOG_EVENTS(5, "%s():updating shortened info list", "sscfw_checkNewForwardedCall");
+        item.setMissedCallInfoList(infos);
+        item.setViewed(m_viewedBeforeMerge);
+        transaction.write(item);
+        MissedCallItem shortened = std::move(item);
+        missed.pop_front();
+        insertInOrder(missed, std::move(shortened));
+    }
+    const unsigned unviewed = JournalLists::getUnviewedMissedCallsCount(missed);
+    transaction.commit(
+        [unviewed](ObserverNotifierIfc& notifier) { notifier.updateMissedCallCountAndCalls(unviewed); });
 }
 
 }  // namespace journal

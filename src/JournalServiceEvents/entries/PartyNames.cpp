@@ -21,8 +21,7 @@ bool PartyNames::contactIsInPhonebook(Contact& contact) const {
     return true;
 }
 
-Contact PartyNames::contactOf(const std::string& number, const std::string& remoteName,
-                              const std::string& otherName) const {
+Contact PartyNames::contactOf(const std::string& number, const std::string& name) const {
     Contact contact;
     contact.setSearchNumber(number);
     const bool isNamed =
@@ -30,9 +29,9 @@ Contact PartyNames::contactOf(const std::string& number, const std::string& remo
     if (isNamed) {
         return contact;
     }
-    populateContactSurname(contact, remoteName, otherName);
+    populateContactSurname(contact, name, name);
     if (contact.getSurname().empty()) {
-        contact.setSurname(remoteName);
+        contact.setSurname(name);
     }
     return contact;
 }

@@ -2,17 +2,19 @@
 
 #include <algorithm>
 #include <boost/bind/bind.hpp>
+#include <iterator>
 #include <sstream>
-#include <utility>
-#include <vector>
+#include <string>
 
 #include "journalservice/ObserverNotifierIfc.h"
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/texts/communicationsServiceTexts.h"
+#include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/EntryId.h"
+#include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
-#include "src/JournalServiceEvents/entries/OccurrenceFiling.h"
+#include "src/JournalServiceEvents/entries/PartyNames.h"
 
 namespace journal {
 
@@ -22,7 +24,7 @@ using Type = CallBackItem::CallBackType;
 using State = CallBackItem::CallBackState;
 namespace texts = communicationsServiceTexts;
 
-/// What the words of a CallBack event's private data say; a word that is not known says nothing.
+/// The progress that the words of a CallBack event's private data name; an unknown word is ignored.
 struct Progress {
     Type type = Type::eOnRequest;
     State state = State::eRequested;
@@ -43,7 +45,7 @@ struct Progress {
     }
 };
 
-/// Which of the contact's numbers the directory has matched.
+/// The type of the contact's number that the directory has matched.
 NumberType::NT numberTypeOf(const Contact& contact) {
     switch (contact.getMatchedNumber()) {
         case Contact::MatchedNumber::eOffice2: return NumberType::NT::eOffice2;
@@ -64,7 +66,7 @@ auto matcher(const Contact& contact) {
 void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
     constexpr const char* kLogName = "handleCSTACallBackEvent";
     LOG_EVENTS(6, "handleCSTACallBackEvent[%s]", event->toString().c_str());
-    if (!m_parts.callControl.acceptsEvents()) {
+    if (!m_callControl.acceptsEvents()) {
         return;
     }
     const bool byThePhone = !event->getTargetDevice().isLocal();
@@ -74,68 +76,61 @@ void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
         return;
     }
     const Progress progress(event->getPrivateData());
-    const Contact contact = m_parts.names.contactOf(party.number, party.name, party.name);
+    const Contact contact = m_names.contactOf(party.number, party.name);
     LOG_EVENTS(5, "%s():Number: %s, Name: %s, set: %d", kLogName, party.number.c_str(),
                contact.getSurname().c_str(), event->isSet() ? 1 : 0);
-    const JournalLists::Change change(m_parts.lists);
-    if (m_parts.loadAtFirstNeed) {
-        m_parts.loadAtFirstNeed();
-    }
+    ListTransaction transaction(m_lists);
+    transaction.loadAtFirstNeed();
     if (!event->isSet() || progress.state == State::eDone) {
-        remove(contact);
+        remove(transaction, contact);
     } else {
-        set(CallBackItem({}, contact.getFirstname(), contact.getSurname(), party.number,
-                         numberTypeOf(contact), m_parts.clock.getCallBackTime(), progress.type,
-                         progress.state, CSTADevice::kLocalDevice),
+        set(transaction,
+            CallBackItem({}, contact.getFirstname(), contact.getSurname(), party.number,
+                         numberTypeOf(contact), m_clock.getCallBackTime(), progress.type, progress.state,
+                         CSTADevice::kLocalDevice),
             contact);
     }
 }
 
-void CallBackEvents::set(const CallBackItem& news, const Contact& contact) {
-    CallBackItem item = news;
-    bool changed = false;
-    {
-        const auto items = m_parts.lists.list<CallBackItem>().access();
-        const auto known = std::find_if(items->begin(), items->end(), matcher(contact));
-        changed = known != items->end();
-        if (changed) {
-            item.setEntryId(known->getEntryId());
-            if (item.getSurname().empty() && item.getFirstname().empty()) {
-                item.setSurname(known->getSurname());
-                item.setFirstname(known->getFirstname());
-            }
-            items->erase(known);
-        } else {
-            item.setEntryId(freeEntryId(*items, {}, m_parts.clock.createEntryId(item.getNumber())));
-        }
-        items->push_front(item);
-        m_parts.persistence.update(items->front(), CallListDatabaseAdapterHelper::WRITEREQUEST);
-        while (items->size() > kMaxItems) {
-            m_parts.persistence.update(items->back(), CallListDatabaseAdapterHelper::DELETEREQUEST);
-            items->pop_back();
-        }
-    }
+void CallBackEvents::set(ListTransaction& transaction, CallBackItem item, const Contact& contact) const {
+    auto& items = transaction.open<CallBackItem>();
+    const auto known = std::find_if(items.begin(), items.end(), matcher(contact));
+    const bool changed = known != items.end();
     if (changed) {
-        m_parts.notifier.updateCallbacks(item, item.getEntryId(), JournalServiceObserverIfc::eItemUpdated);
+        item.setEntryId(known->getEntryId());
+        if (item.getSurname().empty() && item.getFirstname().empty()) {
+            item.setSurname(known->getSurname());
+            item.setFirstname(known->getFirstname());
+        }
+        items.erase(known);
     } else {
-        m_parts.notifier.updateCallbacks(item, {}, JournalServiceObserverIfc::eItemAdded);
-        m_parts.notifier.updateCallbackCount();
+        item.setEntryId(freeEntryId(items, {}, m_clock.createEntryId(item.getNumber())));
     }
+    items.push_front(item);
+    transaction.write(items.front());
+    while (items.size() > kMaxItems) {
+        transaction.remove(items, std::prev(items.end()));
+    }
+    transaction.commit([&](ObserverNotifierIfc& notifier) {
+        if (changed) {
+            notifier.updateCallbacks(item, item.getEntryId(), JournalServiceObserverIfc::eItemUpdated);
+        } else {
+            notifier.updateCallbacks(item, {}, JournalServiceObserverIfc::eItemAdded);
+            notifier.updateCallbackCount();
+        }
+    });
 }
 
-void CallBackEvents::remove(const Contact& contact) {
-    std::string entryId;
-    {
-        const auto items = m_parts.lists.list<CallBackItem>().access();
-        const auto known = std::find_if(items->begin(), items->end(), matcher(contact));
-        if (known == items->end()) {
-            return;
-        }
-        entryId = known->getEntryId();
-        m_parts.persistence.update(*known, CallListDatabaseAdapterHelper::DELETEREQUEST);
-        items->erase(known);
+void CallBackEvents::remove(ListTransaction& transaction, const Contact& contact) {
+    auto& items = transaction.open<CallBackItem>();
+    const auto known = std::find_if(items.begin(), items.end(), matcher(contact));
+    if (known == items.end()) {
+        return;
     }
-    m_parts.notifier.updateCallbacksAndCount(entryId);
+    const std::string entryId = known->getEntryId();
+    transaction.remove(items, known);
+    transaction.commit(
+        [&entryId](ObserverNotifierIfc& notifier) { notifier.updateCallbacksAndCount(entryId); });
 }
 
 }  // namespace journal

@@ -65,7 +65,7 @@ bool CallInformationEvents::fileUnseenCall(const CSTACallInformationEvent& event
         return false;
     }
     MissedEntryDetails details;
-    details.callId = freshCallId();
+    details.callId = generateCallId();
     details.remoteParty = farEnd(event.getDevice()).number;
     details.remotePartyName = farEnd(event.getDevice()).name;
     details.timeSec = m_clock.getCurrentTimeSec();

@@ -8,7 +8,8 @@
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"
 #include "src/JournalServiceEvents/switch-log/CallLogRemoval.h"
@@ -24,8 +25,7 @@ namespace {
 
 constexpr const char* kLogName = "handleCallLogEntryEvent";
 
-/// Takes the phone out of server call-log mode for as long as it lives. A management that changes the mode meanwhile
-/// has the last word.
+/// Suspends server call-log mode for its life. When the management changes the mode meanwhile, that change stays.
 class ScopedSuspendReporting {
 public:
     explicit ScopedSuspendReporting(PhoneSettings& settings) : m_settings(settings) {
@@ -54,7 +54,7 @@ private:
 template <typename Details>
 Details detailsOf(const Entry& event) {
     Details details;
-    details.callId = freshCallId();
+    details.callId = generateCallId();
     details.remoteParty = event.subscriberNumber;
     details.remotePartyName = event.name;
     details.timeText = event.entryTime;
@@ -114,9 +114,9 @@ void CallLogEvents::handleCallLogEntryEvent(const Entry* event) {
     LOG_EVENTS(5, "%s():TargetLog: %d, SubscriberNumber: %s, Action: %d, entryTime:%s", kLogName,
                static_cast<int>(event->logTarget), event->subscriberNumber.c_str(), event->action,
                event->entryTime.c_str());
-    // Outlives the lock: it is given back before the priority is.
+    // Outlives the lock, so that the priority is restored after the lock is released.
     const LoweredPriority priority(kLogName);
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
+    const CallMap::Section section(m_calls.m_callMapLock);
     apply(*event);
 }
 
@@ -131,81 +131,87 @@ void CallLogEvents::apply(const Entry& event) {
         (this->*rule->apply)(event);
         return;
     }
-    const JournalLists::Change change(m_parts.lists);
-    const ScopedSuspendReporting suspended(m_parts.settings);
+    const ListTransaction transaction(m_lists);
+    const ScopedSuspendReporting suspended(m_settings);
     (this->*rule->apply)(event);
 }
 
 // --- an entry added ---
 
 void CallLogEvents::addMissed(const Entry& event) {
-    if (!m_parts.settings.values()->m_xsiConfigured) {
-        m_parts.entries.newMissedCallEntry(detailsWithTextsOf<MissedEntryDetails>(event));
+    if (!m_settings.values()->m_xsiConfigured) {
+        m_entries.newMissedCallEntry(detailsWithTextsOf<MissedEntryDetails>(event));
     }
 }
 
-// The time of a group's entry is when the phone hears of it.
+// The time of a group's entry is the time of the event.
 void CallLogEvents::addMissedGroup(const Entry& event) {
-    if (m_parts.settings.values()->m_xsiConfigured) {
+    if (m_settings.values()->m_xsiConfigured) {
         return;
     }
     auto details = detailsWithTextsOf<MissedEntryDetails>(event);
-    details.timeSec = m_parts.clock.getCurrentTimeSec();
-    details.timeText = m_parts.clock.getCurrentTime();
+    details.timeSec = m_clock.getCurrentTimeSec();
+    details.timeText = m_clock.getCurrentTime();
     details.timeFormat = Entry::eTimeIso8601;
     details.groupText = event.textF;
     details.lineKey = event.textE;
-    m_parts.entries.newMissedCallEntry(details);
+    m_entries.newMissedCallEntry(details);
 }
 
 void CallLogEvents::addReceived(const Entry& event) {
-    m_parts.entries.newReceivedCallEntry(detailsWithTextsOf<ReceivedEntryDetails>(event));
+    m_entries.newReceivedCallEntry(detailsWithTextsOf<ReceivedEntryDetails>(event));
 }
 
 void CallLogEvents::addDialled(const Entry& event) {
     auto details = detailsOf<DialledEntryDetails>(event);
     details.dialledParty = event.subscriberNumber;
-    m_parts.entries.fileDialledCall(details);
+    m_entries.fileDialledCall(details);
 }
 
 // --- an entry deleted ---
 
 std::string CallLogEvents::entryTimeOf(const Entry& event) const {
-    return comparableTime(event.entryTime, event.entryTimeFormat, *m_parts.settings.values());
+    return comparableTime(event.entryTime, event.entryTimeFormat, *m_settings.values());
 }
 
 void CallLogEvents::removeMissed(const Entry& event) {
-    m_parts.removal.removeMissedCallEntry(event.subscriberNumber, entryTimeOf(event));
+    m_removal.removeMissedCallEntry(event.subscriberNumber, entryTimeOf(event));
 }
 
 void CallLogEvents::removeMissedGroup(const Entry& event) {
-    m_parts.removal.removeMissedGroupCallEntry(event.subscriberNumber, entryTimeOf(event));
+    m_removal.removeMissedGroupCallEntry(event.subscriberNumber, entryTimeOf(event));
 }
 
 void CallLogEvents::removeReceived(const Entry& event) {
-    m_parts.removal.removeReceivedCallEntry(event.subscriberNumber, entryTimeOf(event));
+    m_removal.removeReceivedCallEntry(event.subscriberNumber, entryTimeOf(event));
 }
 
 void CallLogEvents::removeDialled(const Entry& event) {
-    m_parts.removal.removeDialledCallEntry(event.subscriberNumber, entryTimeOf(event));
+    m_removal.removeDialledCallEntry(event.subscriberNumber, entryTimeOf(event));
 }
 
 // --- a whole log deleted ---
 
-// The lists tell the observers of a cleared dialled list only; here nobody has asked for the clearing who would know.
+// `ListDeletion` notifies the observers of a cleared dialled list only, since the client that clears another one knows it.
 
 void CallLogEvents::clearMissed(const Entry& /*event*/) {
-    m_parts.lists.deleteMissedCallList();
-    m_parts.notifier.updateMissedCallCountAndCalls(JournalServiceObserverIfc::eListCleared);
+    ListTransaction transaction(m_lists);
+    m_deletion.deleteMissedCallList();
+    transaction.commit([](ObserverNotifierIfc& notifier) {
+        notifier.updateMissedCallCountAndCalls(JournalServiceObserverIfc::eListCleared);
+    });
 }
 
 void CallLogEvents::clearReceived(const Entry& /*event*/) {
-    m_parts.lists.deleteReceivedCallList();
-    m_parts.notifier.updateReceivedCalls(JournalServiceObserverIfc::eListCleared);
+    ListTransaction transaction(m_lists);
+    m_deletion.deleteReceivedCallList();
+    transaction.commit([](ObserverNotifierIfc& notifier) {
+        notifier.updateReceivedCalls(JournalServiceObserverIfc::eListCleared);
+    });
 }
 
 void CallLogEvents::clearDialled(const Entry& /*event*/) {
-    m_parts.lists.deleteDialledCallList();
+    m_deletion.deleteDialledCallList();
 }
 
 }  // namespace journal

@@ -4,8 +4,6 @@
 
 #include "platform/csta/CallLogEntryEvent.h"
 
-class ObserverNotifierIfc;
-
 namespace journal {
 
 class CallLogRemoval;
@@ -13,32 +11,31 @@ class CallMap;
 class EntryCreation;
 class JournalClock;
 class JournalLists;
+class ListDeletion;
 class PhoneSettings;
 
-/// Mirrors in the lists what happened in the call log that the switch keeps: an entry added, one deleted, or a whole
-/// log. The table in the source says what becomes of each event; one that stands in no row changes nothing.
+/// Applies to the lists what happened in the call log that the switch keeps: an entry was added or deleted, or a whole log
+/// was deleted. The table in the source lists the events that are applied; every other event is ignored.
 ///
-/// What the switch orders is not reported back to it, but for the group requests of "system-identifier" 1. While a whole log
-/// is deleted, server call-log mode is suspended; nobody else can change a list meanwhile, so no deletion of a client goes
-/// unreported. What a new entry pushes out of a full list is reported, like the rest of what the phone deletes of its own
-/// accord.
+/// What the switch orders is not reported back to it, except for the group requests of "system-identifier" 1. While a whole
+/// log is deleted, server call-log mode is suspended; no other thread can change a list meanwhile, so every deletion of a
+/// client is reported. What a new entry pushes out of a full list is reported too, as is everything that the phone deletes
+/// itself.
 ///
-/// Threads: any. Each event is applied with the call-map lock held, which the caller may hold already, and at a
+/// Any thread may call. Each event is applied with the call-map lock held, which the caller may hold already, and at a
 /// lowered priority (`LoweredPriority`).
 class CallLogEvents {
 public:
-    /// All parts are borrowed and outlive this one.
-    struct Parts {
-        CallMap& calls;
-        PhoneSettings& settings;
-        const JournalClock& clock;
-        EntryCreation& entries;
-        CallLogRemoval& removal;
-        JournalLists& lists;
-        ObserverNotifierIfc& notifier;
-    };
-
-    explicit CallLogEvents(const Parts& parts) : m_parts(parts) {}
+    /// All references are borrowed and outlive this object.
+    CallLogEvents(CallMap& calls, PhoneSettings& settings, const JournalClock& clock, EntryCreation& entries,
+                  CallLogRemoval& removal, JournalLists& lists, ListDeletion& deletion)
+        : m_calls(calls),
+          m_settings(settings),
+          m_clock(clock),
+          m_entries(entries),
+          m_removal(removal),
+          m_lists(lists),
+          m_deletion(deletion) {}
 
     /// The event is borrowed for the call.
     void handleCallLogEntryEvent(const CallLogEntryEvent* event);
@@ -62,7 +59,13 @@ private:
     void clearReceived(const CallLogEntryEvent& event);
     void clearDialled(const CallLogEntryEvent& event);
 
-    const Parts m_parts;
+    CallMap& m_calls;
+    PhoneSettings& m_settings;
+    const JournalClock& m_clock;
+    EntryCreation& m_entries;
+    CallLogRemoval& m_removal;
+    JournalLists& m_lists;
+    ListDeletion& m_deletion;
 };
 
 }  // namespace journal

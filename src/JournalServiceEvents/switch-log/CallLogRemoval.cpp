@@ -9,31 +9,27 @@
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/JournalLists.h"
 #include "src/JournalService/lists/ListOrder.h"
-#include "src/JournalService/lists/ListPersistence.h"
+#include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/switch-log/SwitchTime.h"
 
-// The common road is `CallLogRemoval::remove`; what differs stands in the policies:
+// `CallLogRemoval::remove` is the sequence that all lists share; the policies have the rules of one list:
 //
 //     Item                              the list's items
-//     takesPart(info)                   whether a call may be the one that is meant
-//     write(mirror, item)               an item that has lost a call, into the database
-//     notifyShortened, notifyRemoved        the observers' calls; `change` is what happened. An item that has lost a call is told
-//                                       as a changed list: as an updated item it would look like one more call
+//     takesPart(info)                   true if a call may be the one that is meant
+//     write(transaction, item)          writes an item that has lost a call to the database
+//     notifyShortened, notifyRemoved    notify the observers. An item that has lost a call is announced as a changed list:
+//                                       as an updated item it would look like one more call
 
 namespace journal {
-
-using Helper = CallListDatabaseAdapterHelper;
 
 namespace {
 
 struct Changed {
-    /// Whether the item has lost its last call, and is gone.
-    bool gone = false;
-    /// As the observers know it.
-    std::string uniqueId;
-    /// Missed items that nobody has viewed.
+    /// True if the item has lost its last call and is deleted.
+    bool removed = false;
+    std::string uniqueId{};
+    /// The number of unviewed items; of the missed list only.
     unsigned unviewed = 0;
 };
 
@@ -45,9 +41,7 @@ struct AnyCall {
     static bool takesPart(const Info& /*info*/) {
         return true;
     }
-    static void write(ListPersistence& persistence, Item& item) {
-        persistence.update(item, Helper::WRITEREQUEST);
-    }
+    static void write(ListTransaction& transaction, Item& item) { transaction.write(item); }
 };
 
 struct MissedPolicy : AnyCall<MissedCallItem> {
@@ -64,20 +58,20 @@ struct MissedGroupPolicy : MissedPolicy {
     static bool takesPart(const MissedCallItem::MissedCallInfo& info) {
         return info.getLogTarget() == CallLogEntryEvent::eMissedGroup || !info.getLineKey().empty();
     }
-    static void write(ListPersistence& persistence, Item& item) {
-        persistence.update(item, Helper::DELETEREQUEST);
+    static void write(ListTransaction& transaction, Item& item) {
+        transaction.deleteRow(item);
         item.setUniqueId({});
-        persistence.update(item, Helper::WRITEREQUEST);
+        transaction.write(item);
     }
 };
 
 struct DialledPolicy : AnyCall<DialledCallItem> {
     static void notifyShortened(ObserverNotifierIfc& notifier, JournalLists& lists,
                                 const Changed& /*change*/) {
-        notifier.updateDialledCalls(lists.getFrontDialledCall());
+        notifier.updateDialledCalls(lists.front<DialledCallItem>());
     }
     static void notifyRemoved(ObserverNotifierIfc& notifier, JournalLists& lists, const Changed& change) {
-        notifier.updateDialledCalls(lists.getFrontDialledCall(), change.uniqueId);
+        notifier.updateDialledCalls(lists.front<DialledCallItem>(), change.uniqueId);
     }
 };
 
@@ -91,7 +85,7 @@ struct ReceivedPolicy : AnyCall<ReceivedCallItem> {
     }
 };
 
-/// Takes the first call that matches out of the item; false when there is none.
+/// Removes the first call that matches from the item; false when there is none.
 template <typename Item, typename Matches>
 bool takeOccurrence(Item& item, Matches matches) {
     const auto& infos = occurrencesOf(item);
@@ -131,49 +125,43 @@ template <typename Policy>
 void CallLogRemoval::remove(const char* operation, const std::string& number, const std::string& entryTime) {
     using Item = typename Policy::Item;
     LOG_EVENTS(5, "%s():Subscriber Number: %s, entryTime: %s", operation, number.c_str(), entryTime.c_str());
-    const JournalLists::Change section(m_parts.lists);
-    if (m_parts.loadAtFirstNeed) {
-        m_parts.loadAtFirstNeed();
-    }
+    ListTransaction transaction(m_lists);
+    transaction.loadAtFirstNeed();
     const auto isMeant = [&](const auto& info) {
         return info.getNumber() == number && Policy::takesPart(info) &&
                isNotLater(operation, entryTime, timeOf(info));
     };
-    m_parts.lists.restore<Item>([&isMeant](const Item& item) {
+    auto& items = transaction.open<Item>([&isMeant](const Item& item) {
         const auto& infos = occurrencesOf(item);
         return std::any_of(infos.begin(), infos.end(), isMeant);
     });
-    Changed change;
-    {
-        const auto items = m_parts.lists.list<Item>().access();
-        auto item = items->begin();
-        while (item != items->end() && !takeOccurrence(*item, isMeant)) {
-            ++item;
-        }
-        if (item == items->end()) {
-            return;
-        }
-        change.uniqueId = item->getUniqueId();
-        change.gone = occurrencesOf(*item).empty();
-        if (change.gone) {
-            m_parts.persistence.update(*item, Helper::DELETEREQUEST);
-            items->erase(item);
-        } else {
-            Policy::write(m_parts.persistence, *item);
-            Item shortened = std::move(*item);
-            items->erase(item);
-            insertInOrder(*items, std::move(shortened),
-                          [this](const Item& a, const Item& b) { return isNewer(a, b); });
-        }
-        if constexpr (std::is_same_v<Item, MissedCallItem>) {
-            change.unviewed = JournalLists::getUnviewedMissedCallsCount(*items);
-        }
+    auto item = items.begin();
+    while (item != items.end() && !takeOccurrence(*item, isMeant)) {
+        ++item;
     }
-    if (change.gone) {
-        Policy::notifyRemoved(m_parts.notifier, m_parts.lists, change);
+    if (item == items.end()) {
+        return;
+    }
+    Changed change{.removed = occurrencesOf(*item).empty(), .uniqueId = item->getUniqueId()};
+    if (change.removed) {
+        transaction.remove(items, item);
     } else {
-        Policy::notifyShortened(m_parts.notifier, m_parts.lists, change);
+        Policy::write(transaction, *item);
+        Item shortened = std::move(*item);
+        items.erase(item);
+        insertInOrder(items, std::move(shortened),
+                      [this](const Item& a, const Item& b) { return isNewer(a, b); });
     }
+    if constexpr (std::is_same_v<Item, MissedCallItem>) {
+        change.unviewed = JournalLists::getUnviewedMissedCallsCount(items);
+    }
+    transaction.commit([&](ObserverNotifierIfc& notifier) {
+        if (change.removed) {
+            Policy::notifyRemoved(notifier, m_lists, change);
+        } else {
+            Policy::notifyShortened(notifier, m_lists, change);
+        }
+    });
 }
 
 template <typename Item>
@@ -182,7 +170,7 @@ bool CallLogRemoval::isNewer(const Item& a, const Item& b) const {
     const auto& infosOfA = occurrencesOf(a);
     const auto& infosOfB = occurrencesOf(b);
     if (infosOfA.empty() || infosOfB.empty() ||
-        !m_parts.clock.compareTimes(timeOf(infosOfA.front()), timeOf(infosOfB.front()), result)) {
+        !m_clock.compareTimes(timeOf(infosOfA.front()), timeOf(infosOfB.front()), result)) {
         return journal::isNewer(a, b);
     }
     return result > 0;
@@ -191,8 +179,8 @@ bool CallLogRemoval::isNewer(const Item& a, const Item& b) const {
 bool CallLogRemoval::isNotLater(const char* operation, const std::string& entryTime,
                                 const std::string& occurrenceTime) const {
     int result = 0;
-    if (!m_parts.clock.compareTimes(entryTime, occurrenceTime, result)) {
-        if (!m_parts.clock.isAvailable()) {
+    if (!m_clock.compareTimes(entryTime, occurrenceTime, result)) {
+        if (!m_clock.isAvailable()) {
             LOG_EVENTS(2, "%s():ClockSvc not available", operation);
         }
         return false;
@@ -202,7 +190,7 @@ bool CallLogRemoval::isNotLater(const char* operation, const std::string& entryT
 
 template <typename Info>
 std::string CallLogRemoval::timeOf(const Info& info) const {
-    return comparableTime(info.getTimeAndDate(), info.getTimeFormat(), *m_parts.settings.values());
+    return comparableTime(info.getTimeAndDate(), info.getTimeFormat(), *m_settings.values());
 }
 
 }  // namespace journal

@@ -1,45 +1,29 @@
 #pragma once
 
-#include <functional>
 #include <string>
-#include <utility>
 
 namespace journal {
+
 class JournalClock;
 class JournalLists;
-class ListPersistence;
 class PhoneSettings;
-}  // namespace journal
-class CallInfo;
-class ObserverNotifierIfc;
 
-namespace journal {
-
-/// Takes single calls out of the lists because the switch, which keeps the log, has deleted them. Nothing goes back to the
-/// switch. All lists go one road:
-///  1. walk the items from the newest, and each one's calls, to the first that has the subscriber's number, byte for
+/// Removes single calls from the lists because the switch, which keeps the log, has deleted them. Nothing is reported back
+/// to the switch. The sequence is the same for all lists, in one `ListTransaction`:
+///  1. search the items from the newest, and each one's calls, for the first that has the subscriber's number, byte for
 ///     byte, and is not later than the entry time: the switch names an entry by its number, and its clock may be ahead;
-///  2. take that call out. An item that has others goes to the place that the newest of them gives it and is
-///     written; an item that has none goes, in the list and in the database;
-///  3. with the list released tell the observers.
+///  2. remove that call. An item with other calls is written and moves to the place that the newest of them gives it; an
+///     item without one is deleted in the list and in the database;
+///  3. notify the observers.
 ///
-/// A time that cannot be read, the event's or a call's, matches nothing; nor does anything without a clock.
+/// A time that cannot be read, the event's or a call's, matches no call; without a clock no call matches.
 ///
-/// Threads: any; the caller may hold the call-map lock, no other.
+/// Any thread may call; the caller may hold the call-map lock, no other lock.
 class CallLogRemoval {
 public:
-    /// All parts are borrowed and outlive this one.
-    struct Parts {
-        const PhoneSettings& settings;
-        const JournalClock& clock;
-        JournalLists& lists;
-        ListPersistence& persistence;
-        ObserverNotifierIfc& notifier;
-        /// Loads the lists when nobody has needed them before: a call that only the database has is to go from there.
-        std::function<void()> loadAtFirstNeed{};
-    };
-
-    explicit CallLogRemoval(Parts parts) : m_parts(std::move(parts)) {}
+    /// All references are borrowed and outlive this object.
+    CallLogRemoval(const PhoneSettings& settings, const JournalClock& clock, JournalLists& lists)
+        : m_settings(settings), m_clock(clock), m_lists(lists) {}
 
     void removeMissedCallEntry(const std::string& subscriberNumber, const std::string& entryTime);
     void removeDialledCallEntry(const std::string& subscriberNumber, const std::string& entryTime);
@@ -57,7 +41,9 @@ private:
     template <typename Info>
     [[nodiscard]] std::string timeOf(const Info& info) const;
 
-    const Parts m_parts;
+    const PhoneSettings& m_settings;
+    const JournalClock& m_clock;
+    JournalLists& m_lists;
 };
 
 }  // namespace journal

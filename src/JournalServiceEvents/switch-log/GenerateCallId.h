@@ -7,8 +7,9 @@
 
 namespace journal {
 
-/// An id for a call that the phone never saw, to make its entry id of: eight upper-case hexadecimal digits.
-[[nodiscard]] inline std::string freshCallId() {
+/// Returns an id for a call that the phone never saw, from which its entry id is made: eight upper-case hexadecimal
+/// digits.
+[[nodiscard]] inline std::string generateCallId() {
     std::array<char, 9> digits{};
     std::snprintf(digits.data(), digits.size(), "%.8X", static_cast<unsigned>(std::rand()));
     return digits.data();

@@ -14,9 +14,9 @@ namespace {
 constexpr int kLeastNice = -20;
 constexpr int kHighestRequest = 20;
 constexpr int kStep = 5;
-// The last value that goes up by a step; from the next one on it is the highest.
+// The last value that is raised by a step; from the next one on the highest value is set.
 constexpr int kLastToStep = 13;
-// To these calls, this id is whoever makes them.
+// These calls take this id for the calling thread.
 constexpr id_t kCaller = 0;
 
 std::optional<int> niceOfCaller() {
@@ -54,7 +54,7 @@ LoweredPriority::LoweredPriority(const char* operation, const Kernel& kernel)
         return;
     }
     LOG_EVENTS(5, "%s():priority before setpriority: %d", m_operation, *former);
-    if (canTakeBack(*former)) {
+    if (canRestore(*former)) {
         m_former = former;
         m_kernel.setNice(*former <= kLastToStep ? *former + kStep : kHighestRequest);
     }
@@ -68,11 +68,11 @@ LoweredPriority::~LoweredPriority() {
     LOG_EVENTS(5, "%s():priority after reset priority: %d", m_operation, niceNow());
 }
 
-bool LoweredPriority::canTakeBack(int former) const {
+bool LoweredPriority::canRestore(int former) const {
     if (former >= m_kernel.leastAllowed()) {
         return true;
     }
-    // Below the least value there is none to try, and the kernel would take the request for no change.
+    // There is no value below the least one to try: the kernel would treat the request as no change.
     return former > kLeastNice && m_kernel.setNice(former - 1);
 }
 

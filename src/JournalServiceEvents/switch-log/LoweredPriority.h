@@ -5,23 +5,23 @@
 
 namespace journal {
 
-/// Makes way for the rest of the phone: raises the nice value by 5 (to the highest from 14 on) for as long as it lives,
-/// and puts the former value back when it goes, on every path.
+/// Raises the nice value by 5 (to the highest value from 14 on) for its life, so that the rest of the phone runs first, and
+/// restores the former value in its destructor.
 ///
-/// What it changes is the calling thread. On Linux a nice value belongs to a thread, and asking for the process's by its
-/// id reaches the main thread alone, which need not be the one that works; elsewhere the value is the process's.
+/// It changes the calling thread. On Linux a nice value belongs to a thread, and a request with the id of the process
+/// reaches the main thread alone, which need not be the one that works; elsewhere the value is the process's.
 ///
-/// A process without privileges may raise its nice value and not take it back: each event would leave it slower, for
-/// ever. So the value is changed only where the way back is open: where the limit RLIMIT_NICE allows the former value, or
-/// where the process may set a value below it, which is tried out first. Where it is not, the work is done at the priority
-/// that the process has. An operator opens the way by the limit alone (systemd: `LimitNICE=+0`).
+/// A process without privileges may raise its nice value but not lower it: each event would leave it slower, for ever. So
+/// the value is changed only if it can be restored: if the limit RLIMIT_NICE allows the former value, or if the process may
+/// set a value below it, which is tried first. Otherwise the work is done at the present priority. An operator allows the
+/// change by the limit alone (systemd: `LimitNICE=+0`).
 ///
 /// Lives on the stack of one thread.
 class LoweredPriority {
 public:
-    /// What the kernel is asked; a test brings its own.
+    /// The system calls; a test replaces them.
     struct Kernel {
-        /// The nice value now; nothing when it cannot be told.
+        /// The nice value now; std::nullopt when it cannot be read.
         std::function<std::optional<int>()> nice;
         /// False when the value is refused. Values beyond the range count as its end.
         std::function<bool(int)> setNice;
@@ -30,19 +30,19 @@ public:
     };
     static const Kernel& callingThread();
 
-    /// `operation` names the lines in the log; it and `kernel` are borrowed and outlive the object.
+    /// `operation` is the name in the log texts; it and `kernel` are borrowed and outlive this object.
     explicit LoweredPriority(const char* operation, const Kernel& kernel = callingThread());
     LoweredPriority(const LoweredPriority&) = delete;
     LoweredPriority& operator=(const LoweredPriority&) = delete;
     ~LoweredPriority();
 
 private:
-    [[nodiscard]] bool canTakeBack(int former) const;
+    [[nodiscard]] bool canRestore(int former) const;
     [[nodiscard]] int niceNow() const;
 
     const char* const m_operation;
     const Kernel& m_kernel;
-    // What is to be put back; nothing when nothing was changed.
+    // The value to restore; std::nullopt when it was not changed.
     std::optional<int> m_former;
 };
 

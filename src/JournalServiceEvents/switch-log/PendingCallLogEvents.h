@@ -10,21 +10,21 @@
 
 namespace journal {
 
-/// The entries of the switch's log that wait for the end of the call they belong to, in order of arrival.
+/// The entries of the switch's log that wait for the end of their call, in order of arrival.
 ///
-/// Threads: any; synchronised by itself, because the management empties it at any time. An entry leaves the queue
-/// before it is applied, so that one that cannot be applied does not stand in the way of those behind it.
+/// Thread-safe: the management empties the queue at any time. An entry leaves the queue before it is applied, so that an
+/// entry that cannot be applied does not block those after it.
 class PendingCallLogEvents {
 public:
-    /// Answers the oldest entry when `event` makes one too many: on a phone that never replays its queue, nothing else
-    /// would bound it. The caller applies it, so that none is lost and the order is kept.
+    /// Appends `event`. Returns the oldest entry when the queue exceeds `kMaxPending`, else std::nullopt; the caller applies
+    /// it, so that none is lost and the order is kept. On a phone that never empties its queue this is the only limit.
     [[nodiscard]] std::optional<CallLogEntryEvent> append(const CallLogEntryEvent& event) {
         const std::lock_guard lock(m_mutex);
         m_pendingCallLogEvents.push_back(event);
         return m_pendingCallLogEvents.size() > kMaxPending ? takeFrontLocked() : std::nullopt;
     }
 
-    /// The oldest entry, or nothing.
+    /// Removes and returns the oldest entry; std::nullopt when there is none.
     [[nodiscard]] std::optional<CallLogEntryEvent> takeFront() {
         const std::lock_guard lock(m_mutex);
         return takeFrontLocked();
@@ -35,7 +35,7 @@ public:
         m_pendingCallLogEvents.clear();
     }
 
-    /// As many as a list holds items.
+    /// The number of items that a list keeps.
     static constexpr std::size_t kMaxPending = 1000;
 
 private:

@@ -27,35 +27,34 @@ bool needsNoReadiness(CallLogEntryEvent::_LogTarget target) {
 void PrivateEvents::handleCSTAPrivateEvent(CSTAPrivateEvent* event) {
     LOG_EVENTS(6, "handleCSTAPrivateEvent[%s]", event->toString().c_str());
     const CallLogEntryEvent* const entry = event->getCallLogEntry();
-    if (!m_parts.gate.handleCSTAEvent() || entry == nullptr) {
+    if (!m_policy.handleCSTAEvent() || entry == nullptr) {
         return;
     }
-    if (m_parts.settings.values()->m_useCSTACallControlEvents) {
-        m_parts.events.handleCallLogEntryEvent(entry);
+    if (m_settings.values()->m_useCSTACallControlEvents) {
+        m_events.handleCallLogEntryEvent(entry);
         return;
     }
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
-    applyOrKeep(*entry);
+    const CallMap::Section section(m_calls.m_callMapLock);
+    applyOrQueue(*entry);
 }
 
-void PrivateEvents::applyOrKeep(const CallLogEntryEvent& entry) {
-    CallLogReadiness& readiness = m_parts.readiness;
-    if (readiness.m_callLogEventsReady) {
-        m_parts.events.handleCallLogEntryEvent(&entry);
-        readiness.m_callLogEventsReady = false;
+void PrivateEvents::applyOrQueue(const CallLogEntryEvent& entry) {
+    if (m_readiness.m_callLogEventsReady) {
+        m_events.handleCallLogEntryEvent(&entry);
+        m_readiness.m_callLogEventsReady = false;
     } else if (needsNoReadiness(entry.logTarget)) {
-        m_parts.events.handleCallLogEntryEvent(&entry);
-    } else if (const auto tooMany = readiness.m_pendingCallLogEvents.append(entry)) {
-        m_parts.events.handleCallLogEntryEvent(&*tooMany);
+        m_events.handleCallLogEntryEvent(&entry);
+    } else if (const auto oldest = m_readiness.m_pendingCallLogEvents.append(entry)) {
+        m_events.handleCallLogEntryEvent(&*oldest);
     }
 }
 
 void PrivateEvents::applyPendingCallLogEvents() {
-    const CallMap::Section section(m_parts.calls.m_callMapLock);
-    while (const auto entry = m_parts.readiness.m_pendingCallLogEvents.takeFront()) {
-        m_parts.events.handleCallLogEntryEvent(&*entry);
+    const CallMap::Section section(m_calls.m_callMapLock);
+    while (const auto entry = m_readiness.m_pendingCallLogEvents.takeFront()) {
+        m_events.handleCallLogEntryEvent(&*entry);
     }
-    m_parts.readiness.m_callLogEventsReady = true;
+    m_readiness.m_callLogEventsReady = true;
 }
 
 }  // namespace journal

@@ -12,39 +12,37 @@ class JournalPolicy;
 class PhoneSettings;
 
 /// Decides when an entry of the switch's own call log is applied. A phone that follows calls by their events applies it
-/// at once. One that does not cannot tell by itself when a call is over, and an entry must not appear while its call is
-/// going on:
+/// at once. Another phone cannot find out by itself that a call is over, and an entry must not appear before its call has
+/// ended:
 ///
 ///     ready    the entry's log      what happens
 ///     yes      any                  it is applied, and the phone is no longer ready
 ///     no       0, 1, 2, 4           it is applied
-///     no       any other            it waits
+///     no       any other            it is queued
 ///
-/// An offered call takes the readiness away. The end of a call gives it back and applies what waits, in order, on a
-/// Qorvex phone; a phone of another kind keeps as much waiting as the queue takes.
+/// An offered call clears the readiness. On a Qorvex phone the end of a call sets it and applies the queue in order; on
+/// another phone the queue stays, up to its limit.
 ///
-/// Threads: the line's strand.
+/// Call from the strand only.
 class PrivateEvents {
 public:
-    /// Everything is borrowed and outlives this object.
-    struct Parts {
-        CallMap& calls;
-        const PhoneSettings& settings;
-        const JournalPolicy& gate;
-        CallLogReadiness& readiness;
-        CallLogEvents& events;
-    };
-
-    explicit PrivateEvents(const Parts& parts) : m_parts(parts) {}
+    /// All references are borrowed and outlive this object.
+    PrivateEvents(CallMap& calls, const PhoneSettings& settings, const JournalPolicy& policy,
+                  CallLogReadiness& readiness, CallLogEvents& events)
+        : m_calls(calls), m_settings(settings), m_policy(policy), m_readiness(readiness), m_events(events) {}
 
     void handleCSTAPrivateEvent(CSTAPrivateEvent* event);
-    /// A call has ended.
+    /// Applies the queued entries. Call when a call has ended.
     void applyPendingCallLogEvents();
 
 private:
-    void applyOrKeep(const CallLogEntryEvent& entry);
+    void applyOrQueue(const CallLogEntryEvent& entry);
 
-    const Parts m_parts;
+    CallMap& m_calls;
+    const PhoneSettings& m_settings;
+    const JournalPolicy& m_policy;
+    CallLogReadiness& m_readiness;
+    CallLogEvents& m_events;
 };
 
 }  // namespace journal

@@ -189,21 +189,21 @@ private:
     }
 
     void userActs() {
-        auto& lists = m_phone.components().lists;
+        auto& components = m_phone.components();
         const auto missed = m_phone.list<MissedCallItem>();
         const std::set<std::string> some = {missed.empty() ? "nobody" : oneOf(missed).getEntryId()};
         const std::size_t act = upTo(12);
         m_history += "(user " + std::to_string(act) + "); ";
         m_userActs = true;
         if (act == 0 && m_parties < 100) {
-            lists.deleteAllCalls();
-            m_phone.components().notifier.updateMissedCallCount(0);  // whoever clears the list tells it
+            components.deletion.deleteAllCalls();
+            components.notifier.updateMissedCallCount(0);  // the client that clears the list notifies
         } else if (act < 3) {
-            lists.deleteCalls(some, false);
+            components.deletion.deleteCalls(some, false);
         } else if (act < 8) {
-            lists.setMissedCallListAsViewed(some);
+            components.missedCallUpdates.setMissedCallListAsViewed(some);
         } else {
-            lists.ageMissedCall(*some.begin());
+            components.missedCallUpdates.ageMissedCall(*some.begin());
         }
         m_userActs = false;
     }
@@ -237,7 +237,7 @@ private:
     template <typename Item>
     void checkList(std::string& broken) {
         const std::string name = std::string("\n") + ListXml<Item>::kTable + ": ";
-        const auto items = m_phone.components().lists.list<Item>().access();
+        const auto items = m_phone.components().lists.read<Item>();
         const std::string* before = nullptr;
         std::set<std::string> inList, inDatabase;
         if (items->size() > 1000 && !std::is_same_v<Item, DialledCallItem>) {

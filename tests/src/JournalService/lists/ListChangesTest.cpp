@@ -21,33 +21,33 @@ namespace {
 ///     one LIST ID [switch]    set LIST ID...    all LIST                  delete; LIST is missed, dialled, ...
 ///     any ID...    any-switch ID...    everything                          delete over all lists
 ///     view ID...    age ID                                                 of the missed list
-bool perform(journal::JournalLists& lists, const std::string& text) {
+bool perform(ListsFixture& rig, const std::string& text) {
     const auto words = split(text, ' ');
     const bool ofOneList = words[0] == "one" || words[0] == "set" || words[0] == "all";
     const std::size_t first = ofOneList ? 2 : 1;
     const std::set<std::string> ids(words.begin() + static_cast<std::ptrdiff_t>(first), words.end());
     const std::string id = words.size() > first ? words[first] : "";
     const std::map<std::string, std::function<bool()>> operations = {
-        {"one missed", [&] { return lists.deleteMissedCall(id, ids.contains("switch")); }},
-        {"one dialled", [&] { return lists.deleteDialledCall(id); }},
-        {"one received", [&] { return lists.deleteReceivedCall(id); }},
-        {"one forwarded", [&] { return lists.deleteForwardedCall(id); }},
-        {"one callback", [&] { return lists.deleteCallBack(id); }},
-        {"set missed", [&] { return lists.deleteMissedCallList(ids); }},
-        {"set dialled", [&] { return lists.deleteDialledCallList(ids); }},
-        {"set received", [&] { return lists.deleteReceivedCallList(ids); }},
-        {"set forwarded", [&] { return lists.deleteForwardedCallList(ids); }},
-        {"set callback", [&] { return lists.deleteCallBackList(ids); }},
-        {"all missed", [&] { return lists.deleteMissedCallList(); }},
-        {"all dialled", [&] { return lists.deleteDialledCallList(); }},
-        {"all received", [&] { return lists.deleteReceivedCallList(); }},
-        {"all forwarded", [&] { return lists.deleteForwardedCallList(); }},
-        {"all callback", [&] { return lists.deleteCallBackList(); }},
-        {"any", [&] { return lists.deleteCalls(ids, false); }},
-        {"any-switch", [&] { return lists.deleteCalls(ids, true); }},
-        {"everything", [&] { return lists.deleteAllCalls(); }},
-        {"view", [&] { return lists.setMissedCallListAsViewed(ids); }},
-        {"age", [&] { return lists.ageMissedCall(id), true; }},
+        {"one missed", [&] { return rig.deletion.deleteMissedCall(id, ids.contains("switch")); }},
+        {"one dialled", [&] { return rig.deletion.deleteDialledCall(id); }},
+        {"one received", [&] { return rig.deletion.deleteReceivedCall(id); }},
+        {"one forwarded", [&] { return rig.deletion.deleteForwardedCall(id); }},
+        {"one callback", [&] { return rig.deletion.deleteCallBack(id); }},
+        {"set missed", [&] { return rig.deletion.deleteMissedCallList(ids); }},
+        {"set dialled", [&] { return rig.deletion.deleteDialledCallList(ids); }},
+        {"set received", [&] { return rig.deletion.deleteReceivedCallList(ids); }},
+        {"set forwarded", [&] { return rig.deletion.deleteForwardedCallList(ids); }},
+        {"set callback", [&] { return rig.deletion.deleteCallBackList(ids); }},
+        {"all missed", [&] { return rig.deletion.deleteMissedCallList(); }},
+        {"all dialled", [&] { return rig.deletion.deleteDialledCallList(); }},
+        {"all received", [&] { return rig.deletion.deleteReceivedCallList(); }},
+        {"all forwarded", [&] { return rig.deletion.deleteForwardedCallList(); }},
+        {"all callback", [&] { return rig.deletion.deleteCallBackList(); }},
+        {"any", [&] { return rig.deletion.deleteCalls(ids, false); }},
+        {"any-switch", [&] { return rig.deletion.deleteCalls(ids, true); }},
+        {"everything", [&] { return rig.deletion.deleteAllCalls(); }},
+        {"view", [&] { return rig.missedCallUpdates.setMissedCallListAsViewed(ids); }},
+        {"age", [&] { return rig.missedCallUpdates.ageMissedCall(id), true; }},
     };
     return operations.at(ofOneList ? words[0] + " " + words.at(1) : words[0])();
 }
@@ -157,7 +157,7 @@ TEST(ListChanges, AnswerTellWriteSendAndLeaveWhatTheyShouldWhateverFails) {
                 rig.exchange.answer(FakeCstaService::Kind::eEscape,
                                     [](CSTARequest& request) { request.setOutcome(1, nullptr); });
             }
-            EXPECT_EQ(perform(rig.lists, row[0]), row[1] == "yes");
+            EXPECT_EQ(perform(rig, row[0]), row[1] == "yes");
             EXPECT_EQ(rig.heard(), row[2]);
             EXPECT_EQ(rig.written(), row[3]);
             EXPECT_EQ(rig.entryIds(), left);
@@ -185,14 +185,14 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
         ListsFixture rig;
         start(rig, std::stoi(row[0]));
         for (const std::string& operation : split(row[1], ',')) {
-            perform(rig.lists, operation);
+            perform(rig, operation);
         }
         EXPECT_EQ(rig.sent(), row[2]);
     }
     ListsFixture unread;
     unread.phoneIs("Norlith Qorvex", 2);
     unread.database.setFailing(true);
-    EXPECT_TRUE(unread.lists.deleteMissedCallList());
+    EXPECT_TRUE(unread.deletion.deleteMissedCallList());
     EXPECT_EQ(unread.sent(), "") << "what cannot be read is not there";
 
     ListsFixture alone;

@@ -56,7 +56,7 @@ CallLog               | m1 d1 r1 f1 c1             |
              {std::string(Helper::FAILED), empty, std::string("not a document")}) {
             ListsFixture rig;
             addRows(rig.database, "1");
-            EXPECT_FALSE(rig.loader.listsLoaded());
+            EXPECT_TRUE(rig.loader.subscriptionNeedsLoad());
             rig.load();
             FakeDataAccess usual;
             addRows(usual, "1");
@@ -72,7 +72,7 @@ CallLog               | m1 d1 r1 f1 c1             |
     ListsFixture failing;
     failing.database.setFailing(true);
     failing.load();
-    EXPECT_TRUE(failing.loader.listsLoaded()) << "and is not tried again at the next subscription";
+    EXPECT_FALSE(failing.loader.subscriptionNeedsLoad()) << "and is not tried again at the next subscription";
 }
 
 TEST(ListLoader, DropsItemsWithoutOccurrencesHereAndInTheDatabase) {

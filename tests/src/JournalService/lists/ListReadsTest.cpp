@@ -30,6 +30,9 @@ protected:
     }
     ListsFixture rig;
     journal::JournalLists& lists = rig.lists;
+    journal::ListQueries& queries = rig.queries;
+    journal::ListDeletion& deletion = rig.deletion;
+    journal::MissedCallUpdates& updates = rig.missedCallUpdates;
 };
 
 TEST_F(ListReads, FindOneEntryByItsWholeIdAndSayWhetherItWasThere) {
@@ -37,10 +40,10 @@ TEST_F(ListReads, FindOneEntryByItsWholeIdAndSayWhetherItWasThere) {
     DialledCallItem dialled;
     ReceivedCallItem received;
     ForwardedCallItem forwarded;
-    EXPECT_TRUE(lists.getMissedCall("m2", missed) && lists.getDialledCall("d2", dialled));
-    EXPECT_TRUE(lists.getReceivedCall("r1", received) && lists.getForwardedCall("f1", forwarded));
-    EXPECT_FALSE(lists.getMissedCall("m", missed) || lists.getDialledCall("", dialled));
-    EXPECT_FALSE(lists.getReceivedCall("m1", received) || lists.getForwardedCall("f11", forwarded));
+    EXPECT_TRUE(queries.getMissedCall("m2", missed) && queries.getDialledCall("d2", dialled));
+    EXPECT_TRUE(queries.getReceivedCall("r1", received) && queries.getForwardedCall("f1", forwarded));
+    EXPECT_FALSE(queries.getMissedCall("m", missed) || queries.getDialledCall("", dialled));
+    EXPECT_FALSE(queries.getReceivedCall("m1", received) || queries.getForwardedCall("f11", forwarded));
     EXPECT_EQ(missed.getUniqueId() + " " + dialled.getUniqueId() + " " + received.getUniqueId() + " " +
                   forwarded.getUniqueId(),
               "12 22 31 41")
@@ -49,15 +52,15 @@ TEST_F(ListReads, FindOneEntryByItsWholeIdAndSayWhetherItWasThere) {
 
 TEST_F(ListReads, GiveTheNewestItemOrADefaultOne) {
     std::deque<MissedCallItem> copy(5);
-    lists.getMissedCallList(copy);
+    queries.getMissedCallList(copy);
     EXPECT_EQ(copy.size(), 2U);
-    EXPECT_EQ(lists.getFrontMissedCall().getEntryId() + " " + lists.getFrontDialledCall().getEntryId() + " " +
-                  lists.getFrontReceivedCall().getEntryId() + " " +
-                  lists.getFrontForwardedCall().getEntryId() + " " +
-                  lists.getFrontCallbackCall().getEntryId(),
+    EXPECT_EQ(queries.getFrontMissedCall().getEntryId() + " " + queries.getFrontDialledCall().getEntryId() +
+                  " " + queries.getFrontReceivedCall().getEntryId() + " " +
+                  queries.getFrontForwardedCall().getEntryId() + " " +
+                  queries.getFrontCallbackCall().getEntryId(),
               "m1 d1 r1 f1 c1");
     DialledCallItem last;
-    EXPECT_TRUE(lists.getLastDialledNumber(last));
+    EXPECT_TRUE(queries.getLastDialledNumber(last));
     EXPECT_TRUE(last.sameContent(rig.items<DialledCallItem>().front()));
 
     lists.contacts().add({Contact(), Contact()});
@@ -65,9 +68,9 @@ TEST_F(ListReads, GiveTheNewestItemOrADefaultOne) {
     lists.contacts().getContactList(contacts);
     EXPECT_EQ(contacts.size(), 2U);
 
-    lists.deleteAllCalls();
-    EXPECT_TRUE(lists.getFrontMissedCall().sameContent(MissedCallItem()));
-    EXPECT_FALSE(lists.getLastDialledNumber(last));
+    deletion.deleteAllCalls();
+    EXPECT_TRUE(queries.getFrontMissedCall().sameContent(MissedCallItem()));
+    EXPECT_FALSE(queries.getLastDialledNumber(last));
     EXPECT_EQ(last.getEntryId(), "d1") << "the argument is left alone";
     lists.contacts().getContactList(contacts);
     EXPECT_TRUE(contacts.empty());
@@ -78,23 +81,23 @@ TEST_F(ListReads, GatherTheRecordsOfAContactOverAllLists) {
     contact.setSearchNumber("4711");
     contact.setPrivate("4712");
     std::vector<Contact::CallRecord> records{{"before", "x"}};
-    EXPECT_TRUE(lists.getCallRecordsAssociatedWith(contact, records));
+    EXPECT_TRUE(queries.getCallRecordsAssociatedWith(contact, records));
     EXPECT_EQ(records, (std::vector<Contact::CallRecord>{{"before", "x"},
                                                          {"m1", "missed"},
                                                          {"m2", "missed"},
                                                          {"d1", "dialled"},
                                                          {"r1", "received"},
                                                          {"c1", "callback"}}));
-    EXPECT_FALSE(lists.getCallRecordsAssociatedWith(Contact(), records)) << "nobody has the empty number";
+    EXPECT_FALSE(queries.getCallRecordsAssociatedWith(Contact(), records)) << "nobody has the empty number";
 }
 
 TEST_F(ListReads, UpdateAnEqualMissedItemByMarkingItUnviewed) {
-    lists.ageMissedCall("m2");
+    updates.ageMissedCall("m2");
     rig.forget();
-    lists.updateMissedCall(itemOf<MissedCallItem>("m2", "99", {{"9999", kNewer}}));
+    updates.updateMissedCall(itemOf<MissedCallItem>("m2", "99", {{"9999", kNewer}}));
 
     MissedCallItem stored;
-    ASSERT_TRUE(lists.getMissedCall("m2", stored));
+    ASSERT_TRUE(queries.getMissedCall("m2", stored));
     EXPECT_FALSE(stored.getViewed());
     EXPECT_EQ(stored.getUniqueId(), "12");
     EXPECT_EQ(stored.getMissedCallInfoList().front().getNumber(), "4712");
@@ -104,14 +107,14 @@ TEST_F(ListReads, UpdateAnEqualMissedItemByMarkingItUnviewed) {
 
 TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFrontUnderARowOfItsOwn) {
     rig.database.setFailing(true);
-    lists.updateMissedCall(itemOf<MissedCallItem>("m3", "12", {{"4713", kOlder}}));
-    lists.updateMissedCall(itemOf<MissedCallItem>("m4", "12", {{"4714", kOlder}}));
-    lists.updateMissedCall(MissedCallItem());
+    updates.updateMissedCall(itemOf<MissedCallItem>("m3", "12", {{"4713", kOlder}}));
+    updates.updateMissedCall(itemOf<MissedCallItem>("m4", "12", {{"4714", kOlder}}));
+    updates.updateMissedCall(MissedCallItem());
     EXPECT_EQ(rig.entryIds().substr(0, 12), "m4 m3 m1 m2 ") << "an item without an entry id is refused";
 
     rig.database.setFailing(false);
     for (int round = 0; round < 2; ++round) {
-        lists.setMissedCallListAsViewed({"m3", "m4"});
+        updates.setMissedCallListAsViewed({"m3", "m4"});
         EXPECT_EQ(rig.listContents(), rig.databaseContents())
             << "the row that the copy names is another entry's";
     }
@@ -137,29 +140,29 @@ TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndReportsEachWrite) {
     auto second = itemOf<TypeParam>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
 
     this->rig.database.setFailing(true);
-    persistence.update(first, Helper::WRITEREQUEST);
+    persistence.update(first, journal::RequestType::eWrite);
     EXPECT_EQ(first.getUniqueId() + persistence.lastUniqueId(), "");
     EXPECT_FALSE(reportsWrite());
     this->rig.database.setFailing(false);
-    persistence.update(first, Helper::WRITEREQUEST);
-    persistence.update(second, Helper::DELETEREQUEST);
+    persistence.update(first, journal::RequestType::eWrite);
+    persistence.update(second, journal::RequestType::eDelete);
     EXPECT_EQ(second.getUniqueId(), "77");
-    persistence.update(second, Helper::WRITEREQUEST);
+    persistence.update(second, journal::RequestType::eWrite);
     EXPECT_EQ(persistence.lastUniqueId(), "2");
     EXPECT_TRUE(reportsWrite());
     first.setEntryId("e3");
-    persistence.update(first, Helper::WRITEREQUEST);
+    persistence.update(first, journal::RequestType::eWrite);
     EXPECT_TRUE(reportsWrite()) << "the row is an old one, but what it says is new";
     EXPECT_EQ(this->rows(), "e3 e2");
 
-    persistence.updateEntries("", Helper::DELETEREQUEST, this->kTable);
+    persistence.updateEntries("", journal::RequestType::eDelete, this->kTable);
     EXPECT_EQ(this->rows(), "e3 e2") << "no entries are not all entries";
-    persistence.update(first, Helper::DELETEREQUEST);
+    persistence.update(first, journal::RequestType::eDelete);
     EXPECT_EQ(this->rows(), "e2");
-    persistence.template deleteAll<TypeParam>();
+    persistence.template clearTable<TypeParam>();
     EXPECT_EQ(this->rows(), "");
     static_cast<void>(reportsWrite());
-    persistence.template deleteAll<TypeParam>();
+    persistence.template clearTable<TypeParam>();
     EXPECT_FALSE(reportsWrite()) << "there was nothing to delete";
 }
 

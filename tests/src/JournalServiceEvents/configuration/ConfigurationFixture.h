@@ -68,18 +68,13 @@ public:
     journal::CstaMonitors monitors{platform, settings, nullptr, *this};
     journal::CallLogReadiness readiness;
     journal::PhoneValues phoneValues{platform, settings, monitors, readiness};
-    journal::JournalSettings journalSettings{settings, adapter, lists};
+    journal::JournalSettings journalSettings{settings, adapter, deletion};
     journal::JournalPolicy policy{platform, settings};
-    journal::JournalRefresh refresh{platform,
-                                    settings,
-                                    journalSettings,
-                                    phoneValues,
-                                    lists,
-                                    notifier,
-                                    [this] { loader.loadCallListsFromDb(); }};
+    journal::JournalRefresh refresh{platform, settings, journalSettings, phoneValues,
+                                    lists,    deletion, loader};
     journal::VisitorCallLog visitorCallLog{platform, settings, *this};
     journal::ManagementAgent agent{settings, journalSettings, phoneValues, monitors,
-                                   policy,   lists,           refresh,     visitorCallLog};
+                                   policy,   deletion,        refresh,     visitorCallLog};
 };
 
 }  // namespace journaltest

@@ -137,19 +137,20 @@ TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwit
 
 TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
     this->startWith({this->stored("77", {{"4711", "2026-11-20T00:00:00Z"}})});
-    this->rig.lists.template list<TypeParam>().access()->clear();
-    int loads = 0;
     EntriesFixture& phone = this->rig;
+    journal::ListTransaction(phone.lists).template open<TypeParam>().clear();
     phone.phoneIs(softwareTypes::sip);
-    journal::EntryCreation entries({phone.settings, phone.clock, phone.names, phone.lists, phone.persistence,
-                                    phone.requests, phone.notifier, phone.rule, [&] {
-                                        ++loads;
-                                        phone.loader.loadCallListsFromDb();
-                                    }});
-    (entries.*Filing<TypeParam>::kFile)(phone.template callFrom<TypeParam>("4711"));
+    int loads = 0;
+    journal::ListLoader loader(phone.settings, phone.adapter, phone.lists, [&] {
+        ++loads;
+        phone.loader.loadCallListsFromDb();
+    });
+    phone.lists.setSource(loader);
+    phone.template files<TypeParam>("4711");
+    phone.template files<TypeParam>("4712");
     EXPECT_EQ(loads, 1);
-    EXPECT_EQ(this->items().size(), 1U);
-    EXPECT_EQ(this->items().front().getUniqueId(), "77");
+    EXPECT_EQ(this->items().size(), 2U);
+    EXPECT_EQ(this->items().back().getUniqueId(), "77");
 }
 
 TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
@@ -178,7 +179,7 @@ TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNum
         for (const int systemIdentifier : {2, 0}) {
             EntriesFixture& phone = this->rig;
             phone.phoneIs(softwareTypes::qorvex, systemIdentifier);
-            phone.lists.deleteAllCalls();
+            phone.deletion.deleteAllCalls();
             std::vector<Occurrence> calls(9, Occurrence{"4711", "2026-11-20T00:00:00Z"});
             calls.push_back({oldest, "2026-11-01T00:00:00Z"});
             this->startWith({this->stored("77", calls)});

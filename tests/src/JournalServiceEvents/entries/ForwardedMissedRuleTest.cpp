@@ -63,7 +63,7 @@ TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMark
         rig.phoneIs(type);
         rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
         rig.files<MissedCallItem>("4711");
-        rig.lists.ageMissedCall(rig.entryIds());
+        rig.missedCallUpdates.ageMissedCall(rig.entryIds());
         rig.time.advance(3600);
         rig.files<MissedCallItem>("4711");
         rig.forget();

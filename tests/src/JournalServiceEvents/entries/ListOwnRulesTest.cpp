@@ -84,7 +84,7 @@ TEST_F(MissedCalls, OfOnePartyAreOneItemForEachLineAndUnviewedAgainWithTheNext) 
         missesOnLine("4711", line);
     }
     EXPECT_EQ(missed(), "4711 x2, 4711 on A x2, 4711 on B");
-    rig.lists.setMissedCallListAsViewed(
+    rig.missedCallUpdates.setMissedCallListAsViewed(
         {rig.items<MissedCallItem>()[0].getEntryId(), rig.items<MissedCallItem>()[1].getEntryId()});
     rig.forget();
     rig.time.advance(1);
@@ -163,7 +163,7 @@ sip    | 0-1 2 -        | 2 Adams, found by 2
 )")) {
         EntriesFixture& phone = rig;
         phone.phoneIs(row[0] == "sip" ? softwareTypes::sip : softwareTypes::qorvex);
-        phone.lists.deleteAllCalls();
+        phone.deletion.deleteAllCalls();
         const auto parties = split(row[1], ' ');
         const auto given = [&parties](std::size_t index) {
             return parties[index] == "-" ? std::string() : parties[index];
@@ -196,7 +196,7 @@ TEST_F(DialledCalls, ReportedTwiceByOneCallAreIgnored) {
 
 TEST_F(DialledCalls, GoWithoutPhonebookAndDigits) {
     rig.platform.m_directoryService = nullptr;
-    EXPECT_EQ(rig.names.contactOf("1", "Ann A.", "").getSurname(), "Ann A.");
+    EXPECT_EQ(rig.names.contactOf("1", "Ann A.").getSurname(), "Ann A.");
     rig.platform.m_digitAnalysisService = nullptr;
     EXPECT_FALSE(rig.names.isaFeatureAccessCode("*61"));
 }

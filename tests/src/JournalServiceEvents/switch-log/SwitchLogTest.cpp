@@ -61,8 +61,8 @@ struct Phone : EntriesFixture {
     }
 
     journal::CallMap calls;
-    journal::CallLogRemoval removal{{settings, clock, lists, persistence, notifier, {}}};
-    journal::CallLogEvents events{{calls, settings, clock, entries, removal, lists, notifier}};
+    journal::CallLogRemoval removal{settings, clock, lists};
+    journal::CallLogEvents events{calls, settings, clock, entries, removal, lists, deletion};
 };
 
 // --- what an event does ---

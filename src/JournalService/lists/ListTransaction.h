@@ -1,0 +1,192 @@
+#pragma once
+
+#include <algorithm>
+#include <deque>
+#include <optional>
+#include <set>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "platform/sync/CriticalSection.h"
+#include "platform/sync/NestableSemaphore.h"
+#include "platform/sync/Semaphore.h"
+#include "src/JournalService/lists/CallLogRequests.h"
+#include "src/JournalService/lists/JournalLists.h"
+#include "src/JournalService/lists/ListOrder.h"
+#include "src/JournalService/lists/ListPersistence.h"
+
+namespace journal {
+
+/// One change of the lists. Every change goes through this class, in these steps:
+///  1. The constructor takes the change lock: changes are made and announced one at a time, so that observers receive
+///     them in the order in which they happened, and the last count that they receive is the right one.
+///  2. `loadAtFirstNeed` loads the lists unless they were loaded before: a change must find the entry that a party has
+///     in the database.
+///  3. `open` restores an entry that matches and is not loaded, locks the list and returns its items. The caller finds
+///     and changes what it is about.
+///  4. `write`, `remove` and the other operations on open items carry the change to the database at once, since a
+///     written item takes the unique id of its row.
+///  5. `requests` releases the list and gives the requests to a switch that keeps the call log. Those of one transaction
+///     are one batch: a switch that does not respond is waited for once. A deletion is reported before the list is
+///     opened, every other change after it.
+///  6. `commit` releases the list and notifies the observers.
+///
+/// A transaction that is left without `commit` releases its locks and notifies no observer; what was written stays
+/// written. A transaction inside another one of the same thread is part of its batch and makes its own notifications.
+///
+/// Lives on the stack of one thread. Lock order: call map, change lock, notifier, one list. Do not construct one inside
+/// an observer callback or while a list is locked for reading.
+class ListTransaction {
+public:
+    /// `lists` is borrowed for the transaction's life.
+    explicit ListTransaction(JournalLists& lists)
+        : m_lists(lists), m_change(lists.m_changeLock), m_batch(lists.m_requests) {}
+    ListTransaction(const ListTransaction&) = delete;
+    ListTransaction& operator=(const ListTransaction&) = delete;
+    ~ListTransaction() = default;
+
+    // Before a list is opened. Requires: no list is locked.
+
+    void loadAtFirstNeed();
+    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do not.
+    void setLoaded(bool areLeft) { m_lists.m_unloadedEntries.setLoaded(areLeft); }
+    /// Offers every deletion and every item to the database again that it has refused. False when it still refuses an
+    /// item.
+    [[nodiscard]] bool repeatRefused();
+    /// The entries of the list that the database holds and the list does not, newest first.
+    template <typename Item>
+    [[nodiscard]] const std::deque<Item>& unloaded() {
+        return m_lists.m_unloadedEntries.of(list<Item>());
+    }
+    /// Locks the list and returns its items. They are valid until the list is closed or the transaction ends.
+    template <typename Item>
+    [[nodiscard]] std::deque<Item>& open();
+    /// The same, after moving the newest unloaded entry that `matches` to its place in the list, unless the list has a
+    /// match.
+    template <typename Item, typename Matches>
+    [[nodiscard]] std::deque<Item>& open(const Matches& matches);
+
+    // Changes of open items. Requires: the list of the item is open.
+
+    /// Writes the item to the database. A new item takes the unique id of its row.
+    template <typename Item>
+    void write(Item& item) {
+        m_lists.m_persistence.update(item, RequestType::eWrite);
+    }
+    /// Writes items that have a row already, in one request.
+    template <typename Item>
+    void rewrite(const std::vector<const Item*>& items) {
+        m_lists.m_persistence.rewrite(items);
+    }
+    /// Deletes the item's row; the caller takes the item out of the list.
+    template <typename Item>
+    void deleteRow(Item& item) {
+        m_lists.m_persistence.update(item, RequestType::eDelete);
+    }
+    /// Deletes the item's row and the item.
+    template <typename Item>
+    void remove(std::deque<Item>& items, typename std::deque<Item>::iterator position) {
+        deleteRow(*position);
+        items.erase(position);
+    }
+    /// Deletes the entries of these ids, in one request; `removed` are copies of them.
+    template <typename Item>
+    void removeSet(std::deque<Item>& items, const std::set<std::string>& entryIds,
+                   const std::vector<Item>& removed);
+    /// Deletes every entry of the list, the unloaded ones too.
+    template <typename Item>
+    void clear(std::deque<Item>& items);
+    /// Deletes the oldest entries beyond `kMaxItems`, the unloaded ones too, and returns them, oldest first.
+    template <typename Item>
+    [[nodiscard]] std::vector<Item> dropOldest(std::deque<Item>& items);
+
+    // The end.
+
+    /// Releases the list that is open, if any.
+    void close() noexcept { m_openList.reset(); }
+    /// Releases the list; each request waits for the response of the switch.
+    [[nodiscard]] const CallLogRequests& requests() noexcept {
+        close();
+        return m_lists.m_requests;
+    }
+    /// Releases the list and calls `announce` with the notifier.
+    template <typename Announce>
+    void commit(const Announce& announce) {
+        close();
+        announce(m_lists.m_notifier);
+    }
+
+private:
+    template <typename Item>
+    [[nodiscard]] JournalList<Item>& list() noexcept {
+        return std::get<JournalList<Item>>(m_lists.m_lists);
+    }
+    template <typename Item, typename Matches>
+    void restore(const Matches& matches);
+    template <typename Item>
+    [[nodiscard]] bool repeatRefusedOf();
+
+    JournalLists& m_lists;
+    const CriticalSection<NestableSemaphore> m_change;
+    const CallLogRequests::Batch m_batch;
+    /// Holds the lock of the open list.
+    std::optional<CriticalSection<Semaphore>> m_openList;
+};
+
+template <typename Item>
+std::deque<Item>& ListTransaction::open() {
+    JournalList<Item>& opened = list<Item>();
+    close();
+    m_openList.emplace(opened.m_lock);
+    return opened.m_items;
+}
+
+template <typename Item, typename Matches>
+std::deque<Item>& ListTransaction::open(const Matches& matches) {
+    restore<Item>(matches);
+    return open<Item>();
+}
+
+template <typename Item, typename Matches>
+void ListTransaction::restore(const Matches& matches) {
+    {
+        const auto items = m_lists.read<Item>();
+        if (std::any_of(items->begin(), items->end(), matches)) {
+            return;
+        }
+    }
+    std::deque<Item>& unloadedItems = m_lists.m_unloadedEntries.of(list<Item>());
+    const auto found = std::find_if(unloadedItems.begin(), unloadedItems.end(), matches);
+    if (found != unloadedItems.end()) {
+        insertInOrder(open<Item>(), std::move(*found));
+        close();
+        unloadedItems.erase(found);
+    }
+}
+
+template <typename Item>
+void ListTransaction::removeSet(std::deque<Item>& items, const std::set<std::string>& entryIds,
+                                const std::vector<Item>& removed) {
+    std::erase_if(items, [&entryIds](const Item& item) { return entryIds.contains(item.getEntryId()); });
+    m_lists.m_persistence.deleteRows(removed);
+}
+
+template <typename Item>
+void ListTransaction::clear(std::deque<Item>& items) {
+    items.clear();
+    m_lists.m_unloadedEntries.clear<Item>();
+    m_lists.m_persistence.clearTable<Item>();
+}
+
+template <typename Item>
+std::vector<Item> ListTransaction::dropOldest(std::deque<Item>& items) {
+    std::vector<Item> dropped = m_lists.m_unloadedEntries.takeBeyond(kMaxItems, items);
+    for (Item& oldest : dropped) {
+        deleteRow(oldest);
+    }
+    return dropped;
+}
+
+}  // namespace journal
