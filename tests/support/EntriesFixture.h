@@ -36,8 +36,8 @@ template <>
 struct Filing<ForwardedCallItem>
     : FilingWith<journal::ForwardedEntryDetails, &journal::EntryCreation::newForwardedCallEntry> {};
 
-/// The lists and the parts that file calls in them, on a Qorvex phone until a test says otherwise. The operations file
-/// a finished call that began now; each call has the next number as its id, "1" first.
+/// The lists and the parts that file calls in them, on a Qorvex phone until a test says otherwise. The
+/// operations file a finished call that began now; each call has the next number as its id, "1" first.
 class EntriesFixture : public ListsFixture {
 public:
     EntriesFixture() {

@@ -27,9 +27,10 @@ namespace journaltest {
 
 /// The journal's lists with all that they need, between a database, a switch and one observer that are fakes.
 ///
-/// The observer reads all lists inside each callback and so does the switch inside each call-log request: an operation
-/// that holds a list's lock while it tells either of them hangs, and the test fails by its time limit. The captured log
-/// is empty once the rig stands. Tests use it from one thread unless they say otherwise.
+/// The observer reads all lists inside each callback and so does the switch inside each call-log request: an
+/// operation that holds a list's lock while it tells either of them hangs, and the test fails by its time
+/// limit. The captured log is empty once the rig stands. Tests use it from one thread unless they say
+/// otherwise.
 class ListsFixture {
 public:
     ListsFixture();
@@ -49,10 +50,11 @@ public:
     void forget();
 
     // What happened since, as one text; empty for nothing.
-    /// What the observer heard: "missedCount(1); missed(m1, 11, 2); callBacksCount(0)". Of a list's update the item's
-    /// entry id, the entry id that came with it, and the action; "-" for none.
+    /// What the observer heard: "missedCount(1); missed(m1, 11, 2); callBacksCount(0)". Of a list's update
+    /// the item's entry id, the entry id that came with it, and the action; "-" for none.
     [[nodiscard]] std::string heard() const { return observer.heard(); }
-    /// The requests that changed the database, as `textOf` says them: "write MissedCalls 11; delete ReceivedCalls all".
+    /// The requests that changed the database, as `textOf` says them: "write MissedCalls 11; delete
+    /// ReceivedCalls all".
     [[nodiscard]] std::string written() const;
     /// The tables that were read: "MissedCalls DialledCalls".
     [[nodiscard]] std::string read() const;

@@ -7,8 +7,8 @@
 
 namespace journaltest {
 
-/// The reading half of the client interface over the lists alone: what the notifier and an observer need of a journal.
-/// Everything else changes nothing. Any thread may call.
+/// The reading half of the client interface over the lists alone: what the notifier and an observer need of a
+/// journal. Everything else changes nothing. Any thread may call.
 class ListsReader final : public FakeJournalService {
 public:
     /// `journal` is borrowed and outlives the reader.

@@ -67,7 +67,7 @@ public:
     }
     template <typename Item>
     [[nodiscard]] std::deque<Item> list() {
-        const auto items = components().lists.list<Item>().access();
+        const auto items = components().lists.read<Item>();
         return *items;
     }
     [[nodiscard]] std::deque<MissedCallItem> missed() { return list<MissedCallItem>(); }

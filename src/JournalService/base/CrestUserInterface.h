@@ -2,8 +2,8 @@
 
 namespace journal {
 
-/// Whether the phone runs the Crest user interface, which shows forwarded outgoing calls as forwarded. Any
-/// thread.
+/// True if the phone runs the Crest user interface, which shows forwarded outgoing calls as forwarded.
+/// Thread-safe.
 [[nodiscard]] bool isUsingCrestUX();
 
 }  // namespace journal

@@ -19,8 +19,7 @@ std::atomic<ClockServiceIfc*> JournalClock::m_pClockSvc{nullptr};
 
 namespace {
 
-// Who brought which clock, in the order of arrival, so that the process's clock can fall back to an older
-// one.
+// The clock of each journal, in the order of `adoptClock`, so that the process can fall back to an older one.
 struct BroughtClocks {
     std::mutex mutex;
     std::vector<std::pair<const JournalClock*, ClockServiceIfc*>> clocks;

@@ -9,9 +9,8 @@ namespace journal {
 
 /// Time strings, entry ids and durations, all from the phone's clock service.
 ///
-/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process brings the
-/// clock that its framework gave it; a journal that goes away takes only its own back, and the others keep
-/// theirs. Threads: any thread may ask at any time; `adoptClock` and destruction belong to the journal's own
+/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process adopts the
+/// clock of its framework; a journal that is destroyed removes its own clock only. Threads: any thread may ask at any time; `adoptClock` and destruction belong to the journal's own
 /// start and end.
 class JournalClock {
 public:
@@ -20,17 +19,17 @@ public:
     JournalClock& operator=(const JournalClock&) = delete;
     ~JournalClock();
 
-    /// Takes the clock, borrowed until this object is destroyed; null leaves the journal to the process's
-    /// clock.
+    /// Sets the clock, which is borrowed until this object is destroyed; with null the process's clock is
+    /// used.
     void adoptClock(ClockServiceIfc* clock);
 
-    /// Whether there is a clock at all.
+    /// True if there is a clock.
     [[nodiscard]] bool isAvailable() const { return clock() != nullptr; }
-    /// Date and time now: "2026-11-21T05:22:05Z", 20 characters; empty without a clock.
+    /// The date and time now: "2026-11-21T05:22:05Z", 20 characters; empty without a clock.
     [[nodiscard]] std::string getCurrentTime() const;
-    /// The same without the zone, as callbacks carry it: "2026-11-21T05:22:05".
+    /// The same without the zone, as in callbacks: "2026-11-21T05:22:05".
     [[nodiscard]] std::string getCallBackTime() const;
-    /// Seconds since 1970; -1 without a clock.
+    /// The seconds since 1970; -1 without a clock.
     [[nodiscard]] long getCurrentTimeSec() const;
     /// The current time string and the low 32 bits of the call id, read as a decimal number, in eight
     /// upper-case hexadecimal digits: 28 characters. A call id that is no number counts as 0.
@@ -46,7 +45,7 @@ public:
 private:
     [[nodiscard]] ClockServiceIfc* clock() const;
 
-    /// The process's clock: the one that the latest living journal brought.
+    /// The process's clock: that of the journal which adopted one last, of those that exist.
     static std::atomic<ClockServiceIfc*> m_pClockSvc;
 
     // Constant after adoptClock.

@@ -5,11 +5,11 @@ namespace journal {
 class PlatformServices;
 class PhoneSettings;
 
-/// Decides whether the journal follows calls at all: not while another journal on the phone owns the call
-/// log. Any thread may ask.
+/// Decides if the journal follows calls: it does not while another journal on the phone owns the call log.
+/// Thread-safe.
 class JournalPolicy {
 public:
-    /// Both are borrowed and outlive the gate.
+    /// Both are borrowed and outlive this object.
     JournalPolicy(PlatformServices& platform, const PhoneSettings& settings)
         : m_platform(platform), m_settings(settings) {}
 

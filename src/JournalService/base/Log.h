@@ -2,10 +2,10 @@
 
 #include "platform/logging/Logging.h"
 
-// Log lines of the journal library, by component. Macros, because a line that is off must not evaluate its
-// arguments and a line that is on carries its own line number. Levels: 2 error, 3 warning, 4 and 5
-// information and decisions, 6 detail. The texts are a contract with support engineers: they stand as they
-// are.
+// The log macros of the journal library, one for each component. They are macros because a level that is off
+// must not evaluate the arguments, and a log entry carries its source line number. Levels: 2 error, 3
+// warning, 4 and 5 information and decisions, 6 detail. The texts are a contract with support engineers and
+// do not change.
 
 #define JOURNAL_LOG_LINE(component, source, level, ...)                 \
     do {                                                                \
@@ -14,7 +14,7 @@
         }                                                               \
     } while (false)
 
-/// The frame, the lists and the loading.
+/// The facade, the lists and the loading.
 #define LOG_JOURNAL(level, ...) \
     JOURNAL_LOG_LINE("Journal Service", "./src/JournalService", level, __VA_ARGS__)
 /// Events, entry creation, configuration and synchronisation.

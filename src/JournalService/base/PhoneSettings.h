@@ -33,18 +33,18 @@ struct SettingsSnapshot {
     bool m_serverBasedCallLog = false;
     bool m_enterMarkedMissedCall = false;
 
-    /// An outside call server journals missed calls itself.
+    /// True if an outside call server journals missed calls itself.
     bool m_xsiConfigured = false;
 
-    /// The rules of a SIP phone hold; every other software type, an empty one included, is not SIP.
+    /// True if the rules of a SIP phone apply. Every other software type, an empty one included, is not SIP.
     [[nodiscard]] bool isSip() const;
     [[nodiscard]] bool isQorvex() const;
     void deriveEventModes();
 };
 
-/// The configuration values that every other part reads as constants.
+/// The configuration values that the other components read.
 ///
-/// Threads: any thread may read and change at any time. A reader gets an immutable snapshot, so that a
+/// Thread-safe. A reader gets an immutable snapshot, so that a
 /// decision that looks at two values sees both from one moment; it stays valid for as long as it is held.
 class PhoneSettings {
 public:

@@ -19,11 +19,11 @@ class WSIServiceIfc;
 
 namespace journal {
 
-/// The platform services that the journal works with. Every pointer may be null, and whoever uses one checks
+/// The platform services that the journal works with. Every pointer may be null, and its user checks
 /// it: a missing service is tolerated. All are borrowed from the framework and outlive the journal.
 ///
-/// Threads: `findAll` runs once, before anything else; the members are constant afterwards. The three
-/// services that are found at first use may be asked for from any thread.
+/// Call `findAll` once, before every other operation; the members are constant after it. The three services
+/// that are found at first use are thread-safe.
 class PlatformServices {
 public:
     PlatformServices() = default;
@@ -31,10 +31,10 @@ public:
     PlatformServices& operator=(const PlatformServices&) = delete;
     ~PlatformServices() = default;
 
-    /// Looks the eight services up that are known by start-up; each missing one is logged.
+    /// Looks up the eight services that are needed from start-up on; each missing one is logged.
     void findAll(Context& context);
 
-    /// The service registered under `name`, or null, also when there is no context yet.
+    /// Returns the service registered under `name`, or null, also when there is no context yet.
     [[nodiscard]] Executable* findService(const std::string& name) const;
 
     // Found at first use; a look-up that fails is repeated at the next call.

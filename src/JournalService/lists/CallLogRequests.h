@@ -18,16 +18,16 @@ class PhoneSettings;
 
 /// Reports the entries that the phone has deleted to a switch that keeps the call log itself.
 ///
-/// Each request waits for the response of the switch, so the caller holds no list lock. Any thread may call. A request that
-/// fails is logged and not repeated, and the deletion stands. The caller decides if a request is due, except for the dialled
-/// overflow, which has a rule of its own.
+/// Each request waits for the response of the switch, so the caller holds no list lock. Any thread may call.
+/// A request that fails is logged and not repeated, and the deletion stands. The caller decides if a request
+/// is due, except for the dialled overflow, which has a rule of its own.
 ///
-/// A switch that is connected and silent costs seconds a request, in which no call can be filed. So the requests of one
-/// change are one `Batch`: once one has failed, the others fail without being sent.
+/// A switch that is connected and silent costs seconds a request, in which no call can be filed. So the
+/// requests of one change are one `Batch`: once one has failed, the others fail without being sent.
 class CallLogRequests {
 public:
-    /// The requests sent while it lives are one batch; a batch inside another one is part of that one. Requires: the
-    /// caller holds the change lock of the lists (`ListTransaction` does).
+    /// The requests sent while it lives are one batch; a batch inside another one is part of that one.
+    /// Requires: the caller holds the change lock of the lists (`ListTransaction` does).
     class Batch {
     public:
         explicit Batch(const CallLogRequests& requests) : m_requests(requests) { ++m_requests.m_batches; }
@@ -46,7 +46,8 @@ public:
     CallLogRequests(const PlatformServices& platform, const PhoneSettings& settings, Service* source)
         : m_platform(platform), m_settings(settings), m_source(source) {}
 
-    /// Sends one request. False without a switch, when it does not respond, or when a request of this batch failed before.
+    /// Sends one request. False without a switch, when it does not respond, or when a request of this batch
+    /// failed before.
     bool sendCSTAEscapeRequest(const CallLogEntryRequest* request) const;
 
     bool sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::_LogTarget target) const;
@@ -61,8 +62,8 @@ public:
     bool sendDialledCallLogEntryRequests(const std::list<DialledCallItem::DialledCallInfo>& infos) const;
     bool sendReceivedCallLogEntryRequests(const std::list<ReceivedCallItem::ReceivedCallInfo>& infos) const;
 
-    /// Reports the oldest dialled occurrence, which a new one pushes out of a list of more than nine, unless its number
-    /// stands elsewhere in the list or is the new one's.
+    /// Reports the oldest dialled occurrence, which a new one pushes out of a list of more than nine, unless
+    /// its number stands elsewhere in the list or is the new one's.
     bool sendCSTACAllLogEntryDeleteRequest(const std::list<DialledCallItem::DialledCallInfo>& infos,
                                            const DialledCallItem::DialledCallInfo& newInfo) const;
 
@@ -73,7 +74,8 @@ private:
     const PhoneSettings& m_settings;
     Service* const m_source;
 
-    // Guarded by the change lock of the lists: the number of open batches; true if a request of theirs has failed.
+    // Guarded by the change lock of the lists: the number of open batches; true if a request of theirs has
+    // failed.
     mutable int m_batches = 0;
     mutable bool m_failed = false;
 };

@@ -11,9 +11,9 @@
 
 namespace journal {
 
-/// Returns `entryId`, or the next one of its second that no item of the list has and that the merged item did not have
-/// before (`formerId`, empty for a new item). Two calls that end in one second may carry ids that are no numbers, and an id
-/// must name one entry.
+/// Returns `entryId`, or the next one of its second that no item of the list has and that the merged item did
+/// not have before (`formerId`, empty for a new item). Two calls that end in one second may carry ids that
+/// are no numbers, and an id must name one entry.
 template <typename Item>
 [[nodiscard]] std::string freeEntryId(const std::deque<Item>& items, const std::string& formerId,
                                       std::string entryId) {

@@ -22,8 +22,9 @@ template <typename Items>
 
 /// One list of the journal, newest item first, with the lock that guards it.
 ///
-/// Thread-safe. The items are reached through a `Reader`, which holds the list's lock for its scope, or through a
-/// `ListTransaction`. Two list locks are never held together, and no observer is called while one is held.
+/// Thread-safe. The items are reached through a `Reader`, which holds the list's lock for its scope, or
+/// through a `ListTransaction`. Two list locks are never held together, and no observer is called while one
+/// is held.
 template <typename Item>
 class JournalList {
 public:

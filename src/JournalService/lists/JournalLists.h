@@ -17,11 +17,11 @@ class CallLogRequests;
 class ListPersistence;
 class ListSourceIfc;
 
-/// The five lists, the contacts that are loaded with them, and what a change of a list goes to: the database, a switch
-/// that keeps the call log, and the observers.
+/// The five lists, the contacts that are loaded with them, and what a change of a list goes to: the database,
+/// a switch that keeps the call log, and the observers.
 ///
-/// Thread-safe. Lock order: call map, change lock, notifier, one list. A reader takes the list's lock alone; every change
-/// is a `ListTransaction`, which takes the change lock.
+/// Thread-safe. Lock order: call map, change lock, notifier, one list. A reader takes the list's lock alone;
+/// every change is a `ListTransaction`, which takes the change lock.
 class JournalLists {
 public:
     /// All references are borrowed and outlive this object.
@@ -34,8 +34,8 @@ public:
     JournalLists& operator=(const JournalLists&) = delete;
     ~JournalLists() = default;
 
-    /// Sets the source that `ListTransaction::loadAtFirstNeed` loads from; it is borrowed. Without one the lists are
-    /// complete as they are. Call before any other thread uses the lists.
+    /// Sets the source that `ListTransaction::loadAtFirstNeed` loads from; it is borrowed. Without one the
+    /// lists are complete as they are. Call before any other thread uses the lists.
     void setSource(ListSourceIfc& source) noexcept { m_source = &source; }
 
     /// The items of one list, locked for the scope of the result.

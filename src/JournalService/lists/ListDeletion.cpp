@@ -123,8 +123,8 @@ void notifySetDeleted(ObserverNotifierIfc& notifier, JournalLists& lists) {
     }
 }
 
-// Clearing the missed or the received list notifies no observer. The switch's log notifies them itself, and the host's
-// HTTP API lets its clients read again.
+// Clearing the missed or the received list notifies no observer. The switch's log notifies them itself, and
+// the host's HTTP API lets its clients read again.
 template <typename Item>
 void notifyCleared(ObserverNotifierIfc& notifier) {
     if constexpr (std::is_same_v<Item, DialledCallItem>) {

@@ -9,8 +9,9 @@ namespace journal {
 class JournalLists;
 class PhoneSettings;
 
-/// Deletes entries for clients: one entry, a set of them, a whole list. Each deletion is one `ListTransaction`: report
-/// to a switch that keeps the call log, delete in the list and in the database, notify the observers.
+/// Deletes entries for clients: one entry, a set of them, a whole list. Each deletion is one
+/// `ListTransaction`: report to a switch that keeps the call log, delete in the list and in the database,
+/// notify the observers.
 ///
 /// Thread-safe. Do not call from inside an observer callback or with a list locked.
 class ListDeletion {
@@ -19,8 +20,8 @@ public:
     ListDeletion(const PhoneSettings& settings, JournalLists& lists) : m_settings(settings), m_lists(lists) {}
 
     // One entry; false when the list has no entry of that id.
-    /// False too, and nothing is deleted, when the client asks for the request to the switch: this deletion is not
-    /// supported.
+    /// False too, and nothing is deleted, when the client asks for the request to the switch: this deletion
+    /// is not supported.
     bool deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest);
     bool deleteDialledCall(const std::string& entryId);
     bool deleteReceivedCall(const std::string& entryId);
@@ -41,8 +42,8 @@ public:
     bool deleteForwardedCallList();
     bool deleteCallBackList();
 
-    /// The entries of these ids in all lists, without the missed ones when the client asks for the request to the switch.
-    /// False when no list has any of them.
+    /// The entries of these ids in all lists, without the missed ones when the client asks for the request to
+    /// the switch. False when no list has any of them.
     bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest);
     /// Every entry of every list except the callbacks, and the contacts; always true.
     bool deleteAllCalls();

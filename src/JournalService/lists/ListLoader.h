@@ -18,12 +18,12 @@ class PhoneSettings;
 
 /// Fills the lists from the database.
 ///
-/// Thread-safe. A load is one `ListTransaction`: no call is filed and no entry is deleted while it runs, so that it neither
-/// loses nor undoes a change. The requests run with no list lock held.
+/// Thread-safe. A load is one `ListTransaction`: no call is filed and no entry is deleted while it runs, so
+/// that it neither loses nor undoes a change. The requests run with no list lock held.
 class ListLoader final : public ListSourceIfc {
 public:
-    /// All references are borrowed and outlive this object. `loadCallLists` loads the call lists and the contacts in the way
-    /// of the service variant; without it, `loadCallListsFromDb` does.
+    /// All references are borrowed and outlive this object. `loadCallLists` loads the call lists and the
+    /// contacts in the way of the service variant; without it, `loadCallListsFromDb` does.
     ListLoader(const PhoneSettings& settings, CallListDatabaseAdapter& adapter, JournalLists& lists,
                std::function<void()> loadCallLists = {})
         : m_settings(settings),
@@ -31,17 +31,17 @@ public:
           m_lists(lists),
           m_loadCallLists(std::move(loadCallLists)) {}
 
-    /// Loads the call lists and the contacts in the way of the variant, and the callbacks. Before that it offers to the
-    /// database what it has refused; while the database still refuses an item, nothing is loaded, since the load would lose
-    /// that item.
+    /// Loads the call lists and the contacts in the way of the variant, and the callbacks. Before that it
+    /// offers to the database what it has refused; while the database still refuses an item, nothing is
+    /// loaded, since the load would lose that item.
     void load() override;
     [[nodiscard]] bool hasLoaded() const noexcept override { return m_hasLoaded; }
 
-    /// Loads every call list with one read request each, the forwarded one on a SIP phone only. A list whose read fails
-    /// keeps its contents.
+    /// Loads every call list with one read request each, the forwarded one on a SIP phone only. A list whose
+    /// read fails keeps its contents.
     void loadCallListsFromDb();
-    /// False once `loadCallListsFromDb` has run, whatever it found. A variant with another way to load never runs it, so
-    /// every subscription loads there.
+    /// False once `loadCallListsFromDb` has run, whatever it found. A variant with another way to load never
+    /// runs it, so every subscription loads there.
     [[nodiscard]] bool subscriptionNeedsLoad() const noexcept { return m_subscriptionNeedsLoad; }
 
     void readMissedCallList();
@@ -55,8 +55,8 @@ public:
     void processReceivedCallDbXml(const std::string& xml);
     void processForwardedCallDbXml(const std::string& xml);
 
-    // Each brings a loaded list into order and deletes the items without occurrences, here and in the database.
-    // Requires: the caller has a `ListTransaction` in which the list is open.
+    // Each brings a loaded list into order and deletes the items without occurrences, here and in the
+    // database. Requires: the caller has a `ListTransaction` in which the list is open.
     void normalizeDialledCallList(std::deque<DialledCallItem>& list);
     void normalizeReceivedCallList(std::deque<ReceivedCallItem>& list);
     void normalizeForwardedCallList(std::deque<ForwardedCallItem>& list);

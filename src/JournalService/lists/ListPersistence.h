@@ -22,25 +22,26 @@ enum class RequestType { eWrite, eDelete };
 
 /// Writes every change of a list to the database, and reads a table that the lists do not hold whole.
 ///
-/// A database that responds "failed" leaves the memory as it is: the change stays in the list and is logged, and this class
-/// records what is to be offered again: the items that the database lacks or has an old state of, and what it was to delete.
-/// A refused deletion is repeated once, before the table is read; a refused deletion of the whole table is repeated before
-/// the next change of it as well, since a repeated deletion must not take what was written after it.
+/// A database that responds "failed" leaves the memory as it is: the change stays in the list and is logged,
+/// and this class records what is to be offered again: the items that the database lacks or has an old state
+/// of, and what it was to delete. A refused deletion is repeated once, before the table is read; a refused
+/// deletion of the whole table is repeated before the next change of it as well, since a repeated deletion
+/// must not take what was written after it.
 ///
-/// Thread-safe for one change at a time, which `ListTransaction` ensures. The caller may hold one list lock; an operation
-/// waits until the change is durable.
+/// Thread-safe for one change at a time, which `ListTransaction` ensures. The caller may hold one list lock;
+/// an operation waits until the change is durable.
 class ListPersistence {
 public:
-    /// `adapter` is borrowed and outlives this object.
-    /// `onWritten`, if given, is called on the writing thread after each write that the database gave a unique id.
+    /// `adapter` is borrowed and outlives this object. `onWritten`, if given, is called on the writing thread
+    /// after each write that the database gave a unique id.
     explicit ListPersistence(CallListDatabaseAdapter& adapter, std::function<void()> onWritten = {})
         : m_adapter(adapter), m_onWritten(std::move(onWritten)) {}
     ListPersistence(const ListPersistence&) = delete;
     ListPersistence& operator=(const ListPersistence&) = delete;
     ~ListPersistence() = default;
 
-    // One item. An item that is written for the first time takes the unique id in the database's response, so that its
-    // next write changes its row.
+    // One item. An item that is written for the first time takes the unique id in the database's response, so
+    // that its next write changes its row.
     void updateMissedEntry(MissedCallItem& item, RequestType requestType) { update(item, requestType); }
     void updateDialledEntry(DialledCallItem& item, RequestType requestType) { update(item, requestType); }
     void updateReceivedEntry(ReceivedCallItem& item, RequestType requestType) { update(item, requestType); }
@@ -94,8 +95,8 @@ public:
                                      items);
     }
 
-    /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a line in the
-    /// log.
+    /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a
+    /// line in the log.
     template <typename Item>
     void repeatDeletion() {
         repeatDeletion(ListXml<Item>::kTable);
@@ -139,8 +140,8 @@ private:
     void recordRefusedDeletion(const std::string& entries, const std::string& table);
     void forgetDeletion(const std::string& table);
     [[nodiscard]] std::string refusedDeletion(const std::string& table) const;
-    // Both return std::nullopt when the database refused, otherwise the last unique id, which is empty when the response
-    // has none. `send` records a refused deletion.
+    // Both return std::nullopt when the database refused, otherwise the last unique id, which is empty when
+    // the response has none. `send` records a refused deletion.
     std::optional<std::string> send(const std::string& entries, RequestType requestType,
                                     const std::string& table);
     std::optional<std::string> sendOnce(const std::string& entries, RequestType requestType,

@@ -20,24 +20,26 @@
 namespace journal {
 
 /// One change of the lists. Every change goes through this class, in these steps:
-///  1. The constructor takes the change lock: changes are made and announced one at a time, so that observers receive
-///     them in the order in which they happened, and the last count that they receive is the right one.
-///  2. `loadAtFirstNeed` loads the lists unless they were loaded before: a change must find the entry that a party has
-///     in the database.
-///  3. `open` restores an entry that matches and is not loaded, locks the list and returns its items. The caller finds
-///     and changes what it is about.
-///  4. `write`, `remove` and the other operations on open items carry the change to the database at once, since a
-///     written item takes the unique id of its row.
-///  5. `requests` releases the list and gives the requests to a switch that keeps the call log. Those of one transaction
-///     are one batch: a switch that does not respond is waited for once. A deletion is reported before the list is
-///     opened, every other change after it.
+///  1. The constructor takes the change lock: changes are made and announced one at a time, so that observers
+///     receive them in the order in which they happened, and the last count that they receive is the right
+///     one.
+///  2. `loadAtFirstNeed` loads the lists unless they were loaded before: a change must find the entry that a
+///     party has in the database.
+///  3. `open` restores an entry that matches and is not loaded, locks the list and returns its items. The
+///     caller finds and changes what it is about.
+///  4. `write`, `remove` and the other operations on open items carry the change to the database at once,
+///     since a written item takes the unique id of its row.
+///  5. `requests` releases the list and gives the requests to a switch that keeps the call log. Those of one
+///     transaction are one batch: a switch that does not respond is waited for once. A deletion is reported
+///     before the list is opened, every other change after it.
 ///  6. `commit` releases the list and notifies the observers.
 ///
-/// A transaction that is left without `commit` releases its locks and notifies no observer; what was written stays
-/// written. A transaction inside another one of the same thread is part of its batch and makes its own notifications.
+/// A transaction that is left without `commit` releases its locks and notifies no observer; what was written
+/// stays written. A transaction inside another one of the same thread is part of its batch and makes its own
+/// notifications.
 ///
-/// Lives on the stack of one thread. Lock order: call map, change lock, notifier, one list. Do not construct one inside
-/// an observer callback or while a list is locked for reading.
+/// Lives on the stack of one thread. Lock order: call map, change lock, notifier, one list. Do not construct
+/// one inside an observer callback or while a list is locked for reading.
 class ListTransaction {
 public:
     /// `lists` is borrowed for the transaction's life.
@@ -50,10 +52,11 @@ public:
     // Before a list is opened. Requires: no list is locked.
 
     void loadAtFirstNeed();
-    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do not.
+    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do
+    /// not.
     void setLoaded(bool areLeft) { m_lists.m_unloadedEntries.setLoaded(areLeft); }
-    /// Offers every deletion and every item to the database again that it has refused. False when it still refuses an
-    /// item.
+    /// Offers every deletion and every item to the database again that it has refused. False when it still
+    /// refuses an item.
     [[nodiscard]] bool repeatRefused();
     /// The entries of the list that the database holds and the list does not, newest first.
     template <typename Item>
@@ -63,8 +66,8 @@ public:
     /// Locks the list and returns its items. They are valid until the list is closed or the transaction ends.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& open();
-    /// The same, after moving the newest unloaded entry that `matches` to its place in the list, unless the list has a
-    /// match.
+    /// The same, after moving the newest unloaded entry that `matches` to its place in the list, unless the
+    /// list has a match.
     template <typename Item, typename Matches>
     [[nodiscard]] std::deque<Item>& open(const Matches& matches);
 

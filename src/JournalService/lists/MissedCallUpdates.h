@@ -9,8 +9,8 @@ namespace journal {
 
 class JournalLists;
 
-/// Changes missed items in place for clients: an item is viewed, ages or is updated. Only the missed list has these
-/// operations. Each is one `ListTransaction`.
+/// Changes missed items in place for clients: an item is viewed, ages or is updated. Only the missed list has
+/// these operations. Each is one `ListTransaction`.
 ///
 /// Thread-safe. Do not call from inside an observer callback or with a list locked.
 class MissedCallUpdates {
@@ -18,8 +18,8 @@ public:
     /// `lists` is borrowed and outlives this object.
     explicit MissedCallUpdates(JournalLists& lists) : m_lists(lists) {}
 
-    /// Marks the item of that entry id unviewed, or adds `item` at the front when there is none. An item without an entry
-    /// id is ignored. Notifies no observer.
+    /// Marks the item of that entry id unviewed, or adds `item` at the front when there is none. An item
+    /// without an entry id is ignored. Notifies no observer.
     void updateMissedCall(const MissedCallItem& item);
     /// Marks the entries of these ids viewed and notifies the observers of the count alone. Always true.
     bool setMissedCallListAsViewed(const std::set<std::string>& entryIds);

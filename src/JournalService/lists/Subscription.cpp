@@ -9,8 +9,8 @@ namespace journal {
 
 bool Subscription::subscribe(JournalServiceObserverIfc* observer) {
     LOG_EVENTS(5, "JournalService::subscribeForJournalEvents - subscribe");
-    // One transaction: no change comes between the state that the observer is given and the first one that it is
-    // notified of.
+    // One transaction: no change comes between the state that the observer is given and the first one that it
+    // is notified of.
     const ListTransaction transaction(m_lists);
     if (m_loader.subscriptionNeedsLoad()) {
         LOG_EVENTS(5, "JournalService::subscribeForJournalEvents - loadCallListsFromDb()");

@@ -16,15 +16,16 @@
 
 namespace journal {
 
-/// The entries that the database holds beside those in the lists, because a load reads the newest only. Clients do not
-/// see them; but a party has one entry in a list, a list keeps `kMaxItems` entries, and to clear a list is to clear all of
-/// it. So every operation that files, drops or clears entries looks here too.
+/// The entries that the database holds beside those in the lists, because a load reads the newest only.
+/// Clients do not see them; but a party has one entry in a list, a list keeps `kMaxItems` entries, and to
+/// clear a list is to clear all of it. So every operation that files, drops or clears entries looks here too.
 ///
-/// A table is read as a whole at the first need after a load. From then on its unloaded entries are known exactly: they
-/// change only when one is taken from here, or all are cleared. So a call from a new party costs no further request.
+/// A table is read as a whole at the first need after a load. From then on its unloaded entries are known
+/// exactly: they change only when one is taken from here, or all are cleared. So a call from a new party
+/// costs no further request.
 ///
-/// Requires: the caller has a `ListTransaction`. Errors: while the database cannot be read there are no unloaded entries,
-/// and the next operation tries again.
+/// Requires: the caller has a `ListTransaction`. Errors: while the database cannot be read there are no
+/// unloaded entries, and the next operation tries again.
 class UnloadedEntries {
 public:
     /// `persistence` is borrowed and outlives this object.
@@ -33,14 +34,16 @@ public:
     UnloadedEntries& operator=(const UnloadedEntries&) = delete;
     ~UnloadedEntries() = default;
 
-    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do not.
+    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do
+    /// not.
     void setLoaded(bool areLeft);
 
-    /// The unloaded entries of the list, newest first; the caller may take one out. Requires: the list is not locked.
+    /// The unloaded entries of the list, newest first; the caller may take one out. Requires: the list is not
+    /// locked.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& of(JournalList<Item>& list);
-    /// Takes the oldest entries out of `items`, except its first, and out of the known unloaded entries, until both are
-    /// `limit` together; returns them, oldest first. The database still has them.
+    /// Takes the oldest entries out of `items`, except its first, and out of the known unloaded entries,
+    /// until both are `limit` together; returns them, oldest first. The database still has them.
     template <typename Item>
     [[nodiscard]] std::vector<Item> takeBeyond(std::size_t limit, std::deque<Item>& items);
     /// Records that the whole table was deleted.

@@ -30,13 +30,14 @@ public:
     // All of these return true.
     bool refreshCallLists();
     bool refreshCallLog();
-    /// Empties the call lists; on a SIP phone also resets the journal's own settings and publishes those that change.
+    /// Empties the call lists; on a SIP phone also resets the journal's own settings and publishes those that
+    /// change.
     bool resetUserData();
     /// "true" while an outside call server journals missed calls itself.
     bool setJournalServiceCallLogEventsDisabling(const std::string& value);
 
-    /// Loads everything and notifies observers, the management and the unified-communications service. Call when the
-    /// phone's user or the user's data changed.
+    /// Loads everything and notifies observers, the management and the unified-communications service. Call
+    /// when the phone's user or the user's data changed.
     void reloadEverything();
 
 private:

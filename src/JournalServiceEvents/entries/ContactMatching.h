@@ -10,8 +10,8 @@
 #include "journal-items/MissedCallItem.h"
 #include "journal-items/ReceivedCallItem.h"
 
-// The rules by which an item of a list belongs to a party. Pure functions over values. The contact's "number" is its
-// search number: the number of the call.
+// The rules by which an item of a list belongs to a party. Pure functions over values. The contact's "number"
+// is its search number: the number of the call.
 
 namespace journal {
 
@@ -28,8 +28,8 @@ namespace journal {
 ///     known     none     the names are equal and the occurrence has no number
 [[nodiscard]] bool contactMatchesCallInfo(const CallItem& item, const CallInfo& info, const Contact& contact);
 
-/// True if the newest occurrence matches and is of the same line: a call missed on a line never belongs to an item of
-/// another line or of none. An item without occurrences matches no contact, here and below.
+/// True if the newest occurrence matches and is of the same line: a call missed on a line never belongs to an
+/// item of another line or of none. An item without occurrences matches no contact, here and below.
 [[nodiscard]] bool contactMatchesMissedCall(const MissedCallItem& item, const Contact& contact,
                                             const std::string& lineKey);
 [[nodiscard]] bool contactMatchesReceivedCall(const ReceivedCallItem& item, const Contact& contact);

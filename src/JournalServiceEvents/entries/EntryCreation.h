@@ -17,8 +17,9 @@ class PhoneSettings;
 /// Files a finished call in its list. The sequence is the same for every list (`OccurrenceFiling`):
 ///  1. log the inputs and build the occurrence;
 ///  2. look the party up in the phonebook;
-///  3. in one `ListTransaction`: find the party's item, ignore a call that is recorded already, merge the occurrence into
-///     the item or create a new one, put it in front, write it to the database, drop the oldest items beyond the limit;
+///  3. in one `ListTransaction`: find the party's item, ignore a call that is recorded already, merge the
+///     occurrence into the item or create a new one, put it in front, write it to the database, drop the
+///     oldest items beyond the limit;
 ///  4. report to a switch that keeps the log what the list has lost;
 ///  5. notify the observers.
 ///
@@ -40,13 +41,13 @@ public:
     bool newDialledCallEntry(const DialledEntryDetails& details);
     bool newForwardedCallEntry(const ForwardedEntryDetails& details);
 
-    /// Files a finished dialled call: `newDialledCallEntry`, which never shortens the list, and then the limit that keeps
-    /// the list finite over years. The oldest items beyond `kMaxItems` are deleted in memory, in the database and in the
-    /// log of a switch that keeps one.
+    /// Files a finished dialled call: `newDialledCallEntry`, which never shortens the list, and then the
+    /// limit that keeps the list finite over years. The oldest items beyond `kMaxItems` are deleted in
+    /// memory, in the database and in the log of a switch that keeps one.
     bool fileDialledCall(const DialledEntryDetails& details);
 
-    /// Deletes the first missed entry of the party that an outgoing call has just reached, if there is one. The name
-    /// matches a party that has no number or is not in the phonebook.
+    /// Deletes the first missed entry of the party that an outgoing call has just reached, if there is one.
+    /// The name matches a party that has no number or is not in the phonebook.
     void deleteMissedEntryOf(const std::string& calledParty, const std::string& calledPartyName);
 
 private:

@@ -7,8 +7,8 @@ namespace journal {
 class JournalClock;
 class JournalLists;
 
-/// Keeps one call that is reported as missed and as forwarded, within five seconds, from standing in both lists: the
-/// forwarded entry stays.
+/// Keeps one call that is reported as missed and as forwarded, within five seconds, from standing in both
+/// lists: the forwarded entry stays.
 ///
 /// Requires: the caller has a `ListTransaction`, which guards the times below, and no list is open.
 class ForwardedMissedRule {
@@ -16,14 +16,15 @@ public:
     /// All references are borrowed and outlive this object.
     ForwardedMissedRule(const JournalClock& clock, JournalLists& lists) : m_clock(clock), m_lists(lists) {}
 
-    /// False when the missed call is the call that was just forwarded. Otherwise it stores the time of this call.
+    /// False when the missed call is the call that was just forwarded. Otherwise it stores the time of this
+    /// call.
     [[nodiscard]] bool sscfw_canAddMissedCall(const Contact& contact);
-    /// Call before a forwarded call is filed: removes the missed occurrence that the same call left a moment ago, and
-    /// stores the time.
+    /// Call before a forwarded call is filed: removes the missed occurrence that the same call left a moment
+    /// ago, and stores the time.
     void sscfw_checkNewForwardedCall(const Contact& contact);
 
-    /// Stores the viewed mark that the missed item merged last had before; a missed item that loses an occurrence takes
-    /// it back.
+    /// Stores the viewed mark that the missed item merged last had before; a missed item that loses an
+    /// occurrence takes it back.
     void keepViewedBeforeMerge(bool viewed) noexcept { m_viewedBeforeMerge = viewed; }
 
 private:

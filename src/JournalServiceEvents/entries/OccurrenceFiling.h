@@ -20,8 +20,8 @@
 
 namespace journal {
 
-/// Returns the time text of an occurrence: the call's time as the clock shows it, else the text that came with the entry,
-/// else the time now.
+/// Returns the time text of an occurrence: the call's time as the clock shows it, else the text that came
+/// with the entry, else the time now.
 [[nodiscard]] inline std::string timeTextOf(const EntryDetails& details, const JournalClock& clock) {
     if (details.timeSec != -1) {
         return clock.formatTimeDate(details.timeSec);
@@ -60,7 +60,8 @@ struct FiledOccurrence {
     unsigned unviewed = 0;
 };
 
-/// Files one occurrence in its list, in the steps that `EntryCreation` names. The rules of one list come as `Policy`:
+/// Files one occurrence in its list, in the steps that `EntryCreation` names. The rules of one list come as
+/// `Policy`:
 ///
 ///     Item, Info                      the list's types
 ///     kLimitsItems                    true if filing keeps the list at `kMaxItems`
@@ -87,8 +88,8 @@ public:
           m_names(names),
           m_policy(std::move(policy)) {}
 
-    /// Returns true when the occurrence was filed, false when it is a duplicate. The policy may change `contact` in
-    /// `nameContact`.
+    /// Returns true when the occurrence was filed, false when it is a duplicate. The policy may change
+    /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
         m_transaction.loadAtFirstNeed();
         auto& items = m_transaction.template open<Item>(m_policy.matcher(contact));

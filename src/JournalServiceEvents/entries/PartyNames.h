@@ -11,8 +11,8 @@ class PlatformServices;
 class JournalClock;
 class PhoneSettings;
 
-/// The names and numbers that an entry shows: those of the phonebook where the party is in it, else those that the switch
-/// sent. Thread-safe. All references are borrowed and outlive this object.
+/// The names and numbers that an entry shows: those of the phonebook where the party is in it, else those
+/// that the switch sent. Thread-safe. All references are borrowed and outlive this object.
 class PartyNames {
 public:
     PartyNames(const PlatformServices& platform, const PhoneSettings& settings, const JournalClock& clock)

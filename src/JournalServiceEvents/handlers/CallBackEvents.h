@@ -15,12 +15,13 @@ class PartyNames;
 
 /// Keeps the callback list as the switch reports it, one item for each party:
 ///
-///     event                     the list has no item of the party    the list has one
-///     set                       adds an item in front                updates the item and moves it to the front
-///     cancelled, or "done"      no effect                            deletes the item
+///     event                   no item of the party in the list    an item in the list
+///     set                     adds an item in front               updates the item and moves it to the front
+///     cancelled, or "done"    no effect                           deletes the item
 ///
-/// The party is the far end of the request: the party that the phone wants to reach, or that wants to reach the phone. Each
-/// change is one `ListTransaction`; the observers are notified of the count too when it has changed.
+/// The party is the far end of the request: the party that the phone wants to reach, or that wants to reach
+/// the phone. Each change is one `ListTransaction`; the observers are notified of the count too when it has
+/// changed.
 ///
 /// Call from the strand only.
 class CallBackEvents {

@@ -25,7 +25,8 @@ namespace {
 
 constexpr const char* kLogName = "handleCallLogEntryEvent";
 
-/// Suspends server call-log mode for its life. When the management changes the mode meanwhile, that change stays.
+/// Suspends server call-log mode for its life. When the management changes the mode meanwhile, that change
+/// stays.
 class ScopedSuspendReporting {
 public:
     explicit ScopedSuspendReporting(PhoneSettings& settings) : m_settings(settings) {
@@ -192,7 +193,8 @@ void CallLogEvents::removeDialled(const Entry& event) {
 
 // --- a whole log deleted ---
 
-// `ListDeletion` notifies the observers of a cleared dialled list only, since the client that clears another one knows it.
+// `ListDeletion` notifies the observers of a cleared dialled list only, since the client that clears another
+// one knows it.
 
 void CallLogEvents::clearMissed(const Entry& /*event*/) {
     ListTransaction transaction(m_lists);

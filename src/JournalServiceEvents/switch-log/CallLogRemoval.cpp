@@ -18,8 +18,8 @@
 //     Item                              the list's items
 //     takesPart(info)                   true if a call may be the one that is meant
 //     write(transaction, item)          writes an item that has lost a call to the database
-//     notifyShortened, notifyRemoved    notify the observers. An item that has lost a call is announced as a changed list:
-//                                       as an updated item it would look like one more call
+//     notifyShortened, notifyRemoved    notify the observers. An item that has lost a call is announced as a
+//                                       changed list: as an updated item it would look like one more call
 
 namespace journal {
 

@@ -12,12 +12,13 @@ namespace journal {
 
 /// The entries of the switch's log that wait for the end of their call, in order of arrival.
 ///
-/// Thread-safe: the management empties the queue at any time. An entry leaves the queue before it is applied, so that an
-/// entry that cannot be applied does not block those after it.
+/// Thread-safe: the management empties the queue at any time. An entry leaves the queue before it is applied,
+/// so that an entry that cannot be applied does not block those after it.
 class PendingCallLogEvents {
 public:
-    /// Appends `event`. Returns the oldest entry when the queue exceeds `kMaxPending`, else std::nullopt; the caller applies
-    /// it, so that none is lost and the order is kept. On a phone that never empties its queue this is the only limit.
+    /// Appends `event`. Returns the oldest entry when the queue exceeds `kMaxPending`, else std::nullopt; the
+    /// caller applies it, so that none is lost and the order is kept. On a phone that never empties its queue
+    /// this is the only limit.
     [[nodiscard]] std::optional<CallLogEntryEvent> append(const CallLogEntryEvent& event) {
         const std::lock_guard lock(m_mutex);
         m_pendingCallLogEvents.push_back(event);

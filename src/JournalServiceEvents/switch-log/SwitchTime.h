@@ -11,9 +11,10 @@
 
 namespace journal {
 
-/// Returns the time text of a switch's log entry in a form that can be compared with every other: the phone's zone, as the
-/// management sets it now, is appended to a local time. Every other text, and one that has a zone, is returned unchanged.
-/// The lists keep the text as the switch wrote it, because the switch identifies its entries by it.
+/// Returns the time text of a switch's log entry in a form that can be compared with every other: the phone's
+/// zone, as the management sets it now, is appended to a local time. Every other text, and one that has a
+/// zone, is returned unchanged. The lists keep the text as the switch wrote it, because the switch identifies
+/// its entries by it.
 [[nodiscard]] inline std::string comparableTime(const std::string& text, int format,
                                                 const SettingsSnapshot& settings) {
     constexpr std::size_t kEndOfDate = 10;

@@ -19,8 +19,8 @@
 namespace journaltest {
 namespace {
 
-// Simple calls: kind, the digits that its parties begin with, the steps. "#" is the call's id, "@" its party; steps between
-// two ";" happen with nothing in between.
+// Simple calls: kind, the digits that its parties begin with, the steps. "#" is the call's id, "@" its party;
+// steps between two ";" happen with nothing in between.
 constexpr const char* kPlans = R"(
 rang      | 47 | rings # @; clears #
 rang      | 47 | offers #; rings # @; rings # @; clears #
@@ -51,8 +51,9 @@ const std::vector<std::string> kWildIds = {"w1", "w2", "w3", "w4", "w5"};
 
 /// A line with random settings on which several calls go on at once, one event after the other.
 ///
-/// Most are simple calls: each follows a plan, so that it is known in which list it must end. Between them come wild events,
-/// about a few call ids that nothing is foretold of, and what a user does with the lists. One seed gives one course.
+/// Most are simple calls: each follows a plan, so that it is known in which list it must end. Between them
+/// come wild events, about a few call ids that nothing is foretold of, and what a user does with the lists.
+/// One seed gives one course.
 class RandomLine {
 public:
     /// Simple calls come from so many parties of each kind.
@@ -248,8 +249,8 @@ private:
             if (calls == 0 || calls > 10) {
                 broken += name + "an item of " + std::to_string(calls) + " calls";
             }
-            // An entry id begins with the time of the filing; the newest stands in front. The members of a conference end
-            // in one second.
+            // An entry id begins with the time of the filing; the newest stands in front. The members of a
+            // conference end in one second.
             constexpr std::size_t kTime = sizeof("2026-11-21T05:22:05Z") - 1;
             if (before != nullptr && before->compare(0, kTime, item.getEntryId(), 0, kTime) < 0) {
                 broken += name + item.getEntryId() + " stands behind " + *before;

@@ -1,5 +1,5 @@
-// Every change a client can make to the lists: what it answers, what the observers hear, what goes to the database and to
-// a switch that keeps the call log, and which entries are gone.
+// Every change a client can make to the lists: what it answers, what the observers hear, what goes to the
+// database and to a switch that keeps the call log, and which entries are gone.
 
 #include <functional>
 #include <map>
@@ -17,7 +17,8 @@
 namespace journaltest {
 namespace {
 
-/// Does to the lists what `text` says and answers what they answer; an operation without an answer counts as true.
+/// Does to the lists what `text` says and answers what they answer; an operation without an answer counts as
+/// true.
 ///     one LIST ID [switch]    set LIST ID...    all LIST                  delete; LIST is missed, dialled, ...
 ///     any ID...    any-switch ID...    everything                          delete over all lists
 ///     view ID...    age ID                                                 of the missed list
@@ -71,8 +72,8 @@ std::vector<Item> three(const std::string& letter, int uniqueId) {
     return items;
 }
 
-/// Three entries a list, newest first: m1 (unique id 11) to m3, d1 (21), r1 (31), f1 (41), c1. Of the missed ones m2
-/// is viewed.
+/// Three entries a list, newest first: m1 (unique id 11) to m3, d1 (21), r1 (31), f1 (41), c1. Of the missed
+/// ones m2 is viewed.
 void start(ListsFixture& rig, int systemIdentifier) {
     rig.phoneIs("", systemIdentifier);
     auto missed = three<MissedCallItem>("m", 11);
@@ -201,7 +202,8 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
     EXPECT_FALSE(alone.requests.sendCSTAEscapeRequest(&request));
 }
 
-// The numbers of a full dialled item, newest first ("-" for an empty one), and the number of the call that comes in front.
+// The numbers of a full dialled item, newest first ("-" for an empty one), and the number of the call that
+// comes in front.
 TEST(ListChanges, TellTheSwitchOfADialledNumberThatLeavesTheItemForGood) {
     for (const auto& row : table(4, R"(
 2 | 1 1 1 1 1 1 1 1 2   | 3 |

@@ -1,5 +1,5 @@
-// Filling the lists from the database: which lists are asked for, what a failed or an empty answer does, and the order
-// of what was read.
+// Filling the lists from the database: which lists are asked for, what a failed or an empty answer does, and
+// the order of what was read.
 
 #include <string>
 

@@ -1,5 +1,5 @@
-// The road that every call goes into its list, for all four lists: a new item, a merge, names, limits, the database and
-// the observers.
+// The road that every call goes into its list, for all four lists: a new item, a merge, names, limits, the
+// database and the observers.
 
 #include <string>
 #include <type_traits>

@@ -1,5 +1,5 @@
-// One call that the switch reports as missed and as forwarded stands in one list only. Five seconds apart it is the same
-// call, six seconds apart it is not.
+// One call that the switch reports as missed and as forwarded stands in one list only. Five seconds apart it
+// is the same call, six seconds apart it is not.
 
 #include <string>
 
@@ -12,7 +12,8 @@
 namespace journaltest {
 namespace {
 
-// "missed" and "forwarded" are calls from that party that end so, now; the number is that of seconds until the next.
+// "missed" and "forwarded" are calls from that party that end so, now; the number is that of seconds until
+// the next.
 TEST(ForwardedMissedRule, KeepsOneCallInOneList) {
     for (const auto& row : table(2, R"(
 forwarded 4711, 0, missed 4711             | forwarded 4711

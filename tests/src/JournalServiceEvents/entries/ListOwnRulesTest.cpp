@@ -1,5 +1,5 @@
-// What each list has of its own when a call is filed: duplicates, missed calls that are not logged, lines, viewed marks,
-// dialled numbers, durations, and the missed entry that goes when its party is called back.
+// What each list has of its own when a call is filed: duplicates, missed calls that are not logged, lines,
+// viewed marks, dialled numbers, durations, and the missed entry that goes when its party is called back.
 
 #include <string>
 
@@ -50,8 +50,8 @@ protected:
         details.lineKey = lineKey;
         rig.file<MissedCallItem>(details);
     }
-    /// The newest call of every item: "4711 2026-11-21T05:22:05Z, ...", with the line where there is one, and how many
-    /// there are where there are more.
+    /// The newest call of every item: "4711 2026-11-21T05:22:05Z, ...", with the line where there is one, and
+    /// how many there are where there are more.
     std::string missed() {
         std::string text;
         for (const MissedCallItem& item : rig.items<MissedCallItem>()) {
@@ -141,7 +141,8 @@ protected:
     EntriesFixture rig;
 };
 
-// Parties are dialled, remote, and connected, "-" for none; the outcome: number, name, substitute and connected number.
+// Parties are dialled, remote, and connected, "-" for none; the outcome: number, name, substitute and
+// connected number.
 TEST_F(DialledCalls, ShowNumbersAndNamesByTheSoftware) {
     for (const auto& row : table(3, R"(
 qorvex | 0-4711 4711 -  | 0-4711 sent, found by 4711
