@@ -20,8 +20,7 @@ public:
     ListDeletion(const PhoneSettings& settings, JournalLists& lists) : m_settings(settings), m_lists(lists) {}
 
     // One entry; false when the list has no entry of that id.
-    /// False too, and nothing is deleted, when the client asks for the request to the switch: this deletion
-    /// is not supported.
+    /// Returns false too, and deletes no entry, when `isSendDeleteMissedCallRequest` is true.
     bool deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest);
     bool deleteDialledCall(const std::string& entryId);
     bool deleteReceivedCall(const std::string& entryId);
