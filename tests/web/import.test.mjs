@@ -67,7 +67,7 @@ test("a file is imported in parts, by keyboard, and its faults are reported with
     await imports("book.vcf", "x".repeat(70_000));
     await result.getByText("was not imported: no card begins in it").waitFor();
     await imports("book.csv", "no;columns\n");
-    await result.getByText("was not imported: this is no file of contacts: its first row names no column").waitFor();
+    await result.getByText("was not imported: this is no file of contacts: its first row has no known column name").waitFor();
 
     await page.getByLabel("Search contacts").fill("mallory");
     await at(page, "contact").filter({ hasText: `Mallory ${evil}` }).waitFor();
