@@ -128,6 +128,8 @@ TEST_F(CstaLinkPeer, WritesByTheSchemaAndDeliversEventsBeforeTheResponse) {
     peer.greet();
     CSTAMonitorFilter filter;
     filter.setHeldFilter(true);
+    filter.setVendorSpecificFilter(true);
+    filter.setCallLogEntryFilter(false);
     std::future<std::string> outcome =
         std::async(std::launch::async, [&] { return startMonitor("localDeviceID", filter); });
     const int id = peer.expect("MonitorStart");
@@ -253,7 +255,7 @@ TEST_F(CstaLinkDevices, StayUnchangedAfterATimeout) {
     EXPECT_EQ(startMonitor(), "no response");
     EXPECT_TRUE(CapturedLog::contains("they stay as they were"));
     strand.drain();
-    EXPECT_EQ(phone.events.all().size(), 2U);
+    EXPECT_EQ(phone.events.await(2).size(), 2U);
 }
 
 TEST_F(CstaLinkDevices, AreDeliveredAgainAfterAFailedMonitorStart) {

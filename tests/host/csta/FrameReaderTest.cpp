@@ -11,6 +11,7 @@ namespace {
 using host::encodeFrame;
 using host::Frame;
 using host::FrameReader;
+using namespace std::string_literals;
 
 /// A frame whose header claims so many bytes less than there are, as a peer does that counts characters.
 std::string frame(int invokeId, std::string_view xml, std::size_t missing = 0) {
@@ -18,11 +19,6 @@ std::string frame(int invokeId, std::string_view xml, std::size_t missing = 0) {
     const std::size_t length = bytes.size() - missing;
     bytes[2] = static_cast<char>(static_cast<unsigned char>(length / 256));
     bytes[3] = static_cast<char>(static_cast<unsigned char>(length % 256));
-    return bytes;
-}
-
-std::string patched(std::string bytes, std::size_t at, char value) {
-    bytes[at] = value;
     return bytes;
 }
 
@@ -51,20 +47,16 @@ TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
         std::string bytes;
         std::string frames;
     } cases[] = {
-        {"two in a row", frame(9999, "<B></B>") + good, "9999 <B></B> 2 <B/> "},
         {"a declaration, blanks and a comment around the root",
          frame(7, "<?xml version='1.0'?>\n<A a='>'>x</A >\n") + frame(8, "<A/><!-- end -->") + good,
          "7 <?xml version='1.0'?>\n<A a='>'>x</A >\n 8 <A/><!-- end --> 2 <B/> "},
-        {"another framing", patched(frame(1, "<A/>"), 0, '\1') + good, "2 <B/> !"},
-        {"an invoke id that is no number", patched(frame(1, "<A/>"), 6, 'x') + good, "2 <B/> !"},
+        {"another framing", "\1\0\0\f0001<A/>"s + good, "2 <B/> !"},
+        {"an invoke id that is no number", "\0\0\0\f00x1<A/>"s + good, "2 <B/> !"},
         {"a length below eight", frame(1, "<A/>", 5) + good, "2 <B/> !"},
         {"a frame without a text", frame(1, "") + good, "2 <B/> !"},
-        {"a text that is no XML", frame(1, "hello") + good, "1 hello 2 <B/> "},
-        {"garbage with zero bytes ahead", std::string("ab\0\0\0zz\0\0", 9) + good, "2 <B/> !"},
+        {"garbage with zero bytes ahead", "ab\0\0\0zz\0\0"s + good, "2 <B/> !"},
         {"a byte order mark after garbage", "xy" + frame(2, "\xEF\xBB\xBF<A/>"), "2 \xEF\xBB\xBF<A/> !"},
-        {"characters counted for bytes", frame(9999, ann, 3) + good, "9999 " + ann + " 2 <B/> !"},
         {"a tag cut whole", frame(9999, ann, 12) + good, "9999 " + ann + " 2 <B/> !"},
-        {"cut at the end of the stream", frame(9999, ann, 3), "9999 " + ann + " !"},
         {"cut twice in a row", frame(1, ann, 3) + frame(2, ann, 3), "1 " + ann + " 2 " + ann + " !"},
         {"a child named like the root", frame(1, children, 15) + good, "1 " + children + " 2 <B/> !"},
         {"an element that is never closed", frame(1, "<A><b>") + good, "1 <A><b> 2 <B/> "},
@@ -84,15 +76,13 @@ TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
 
 TEST(FrameReader, GivesUpAStreamWithoutFrames) {
     FrameReader reader;
-    const std::string garbage(10000, '\1');
-    std::size_t fed = 0;
-    for (; !reader.isLost() && fed < 10 * FrameReader::kLostBytes; fed += garbage.size()) {
-        reader.feed(garbage);
+    for (std::size_t fed = 0; fed <= FrameReader::kLostBytes; fed += 10000) {
+        EXPECT_FALSE(reader.isLost());
+        reader.feed(std::string(10000, '\1'));
         EXPECT_FALSE(reader.next());
-        EXPECT_LE(reader.pendingBytes(), garbage.size());
+        EXPECT_LE(reader.pendingBytes(), 10000U);
     }
     EXPECT_TRUE(reader.isLost());
-    EXPECT_GT(fed, FrameReader::kLostBytes);
     reader.feed(frame(1, "<A/>"));
     EXPECT_FALSE(reader.next());
 }
@@ -105,9 +95,7 @@ TEST(FrameReader, LimitsTheSearchForTheEndOfTruncatedXml) {
 }
 
 TEST(Frame, CountsBytesAndRefusesInvalidLengthsAndIds) {
-    EXPECT_EQ(encodeFrame(42, "<A>\xC3\xBC</A>"), std::string("\0\0\0\x11"
-                                                              "0042<A>\xC3\xBC</A>",
-                                                              17));
+    EXPECT_EQ(encodeFrame(42, "<A>\xC3\xBC</A>"), "\0\0\0\0210042<A>\xC3\xBC</A>"s);
     EXPECT_FALSE(encodeFrame(1, std::string(Frame::kMaxXmlBytes + 1, 'x')));
     EXPECT_FALSE(encodeFrame(10000, "<A/>"));
     EXPECT_FALSE(encodeFrame(-1, "<A/>"));

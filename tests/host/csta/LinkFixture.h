@@ -41,10 +41,6 @@ public:
         m_texts.push_back(std::move(text));
         m_changed.notify_all();
     }
-    [[nodiscard]] std::vector<std::string> all() const {
-        const std::lock_guard lock(m_mutex);
-        return m_texts;
-    }
     /// Waits for at least `number` texts, up to the timeout, and returns all.
     [[nodiscard]] std::vector<std::string> await(std::size_t number) const {
         std::unique_lock lock(m_mutex);
@@ -155,13 +151,6 @@ protected:
         request.setRequestedFilterList(filter);
         return send<CSTAChangeMonitorFilterResponse>(request, phone);
     }
-    [[nodiscard]] std::string escape(int action) {
-        CallLogEntryRequest entry;
-        entry.action = action;
-        CSTAEscapeRequest request;
-        request.setCallLogEntry(&entry);
-        return send<CSTAEscapeResponse>(request, phone);
-    }
     [[nodiscard]] std::string registerForStatus(Phone& service) {
         CSTASystemStatusRequest request;
         return send<CSTASystemStatusResponse>(request, service);
@@ -178,8 +167,11 @@ private:
         request.setSourceService(&service);
         link->request(request);
         const CSTAResponse* response = request.getResponse();
-        if (request.getResponseCode() != 0 || response == nullptr) {
-            return request.getResponseCode() != 0 && response == nullptr ? "no response" : "half a response";
+        if ((request.getResponseCode() != 0) != (response == nullptr)) {
+            return "half a response";
+        }
+        if (response == nullptr) {
+            return "no response";
         }
         if (dynamic_cast<const Response*>(response) == nullptr) {
             return "wrong response";

@@ -28,29 +28,23 @@ std::string read(const std::string& xml) {
 }
 
 TEST(WireDocument, ReadsTheFormsOfPeersAndRefusesUnsafeText) {
-    const std::string noXml = "refused: the text is not XML";
-    const std::string unknown = "refused: the encoding of the text is unknown";
     const std::string forbidden = "refused: the text contains characters that XML forbids";
-    const std::string tooDeep = "refused: the text is nested too deeply";
     const std::pair<std::string, std::string> cases[] = {
         {"\xEF\xBB\xBF<A><name>x</name></A>", "x"},
         {"\r\n <A><name> x\n</name></A>", "x"},
         {"<?xml version='1.0' encoding='ISO-8859-1'?><A><name>M\xFCller</name></A>", "M\xC3\xBCller"},
         {"<A><name>M\xFCller</name></A>", "M\xC3\xBCller"},
-        {"<?xml version='1.0' encoding='utf-8'?><A><name>\xC3\xBC</name></A>", "\xC3\xBC"},
         {"<A><name>&lt;1&gt; &amp; &#252;&#x20AC;</name></A>", "<1> & \xC3\xBC\xE2\x82\xAC"},
         {"<A><name><![CDATA[<b>]]></name></A>", "<b>"},
         {"<p:A xmlns:p='urn:x'><p:other/><p:name>x</p:name></p:A>", "x"},
         {"<!DOCTYPE A [<!ENTITY e 'boom'>]><A><name>&e;</name></A>", "&e;"},
-        {"hello", noXml},
-        {"<A><name>x</name>", noXml},
-        {"<?xml version='1.0' encoding='UTF-16'?><A/>", unknown},
+        {"<A><name>x</name>", "refused: the text is not XML"},
+        {"<?xml version='1.0' encoding='UTF-16'?><A/>", "refused: the encoding of the text is unknown"},
         {std::string("<A>\0</A>", 8), forbidden},
-        {"<A><name>a&#0;b</name></A>", forbidden},
         {"<A><name>a&#x000;b</name></A>", forbidden},
         {nested(WireDocument::kMaxDepth - 2), ""},
-        {nested(WireDocument::kMaxDepth + 1), tooDeep},
-        {nested(9000), tooDeep},
+        {nested(WireDocument::kMaxDepth + 1), "refused: the text is nested too deeply"},
+        {nested(9000), "refused: the text is nested too deeply"},
         {"<A>" + std::string(65536, 'x') + "</A>", "refused: the text is too long"},
     };
     for (const auto& [xml, name] : cases) {

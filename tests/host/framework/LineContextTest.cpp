@@ -7,7 +7,6 @@
 #include <latch>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,40 +23,35 @@ namespace {
 using std::chrono::milliseconds;
 using Ids = std::vector<int>;
 
-/// An alarm clock that a test advances by hand. Alarms ring on the thread that calls `advance`, without the
-/// lock.
+/// An alarm clock that a test advances by hand while the strand is idle. Alarms ring on the thread that calls
+/// `advance`.
 class ManualAlarmClock final : public AlarmClock {
     using Ring = std::function<void()>;
 
 public:
     [[nodiscard]] std::unique_ptr<Alarm> after(milliseconds delay, Ring ring) override {
-        auto held = std::make_unique<Held>(std::move(ring));
-        const std::lock_guard lock(m_mutex);
+        auto held = std::make_unique<Held>();
+        held->ring = std::make_shared<Ring>(std::move(ring));
         m_rings.emplace(m_now + delay, held->ring);
         return held;
     }
 
     /// Advances the time and rings the alarms that are due, the earliest first.
     void advance(milliseconds step) {
-        std::unique_lock lock(m_mutex);
         m_now += step;
         while (!m_rings.empty() && m_rings.begin()->first <= m_now) {
             const auto due = m_rings.extract(m_rings.begin());
-            lock.unlock();
             if (const auto ring = due.mapped().lock()) {
                 (*ring)();
             }
-            lock.lock();
         }
     }
 
 private:
     struct Held final : Alarm {
-        explicit Held(Ring toRing) : ring(std::make_shared<Ring>(std::move(toRing))) {}
-        const std::shared_ptr<Ring> ring;
+        std::shared_ptr<Ring> ring;
     };
 
-    std::mutex m_mutex;
     milliseconds m_now{0};
     std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // of alarms that still exist
 };
@@ -122,8 +116,6 @@ protected:
 
 TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
     for (const auto& row : journaltest::table(2, R"(
-        5000                                          | rests
-        start 999                                     | runs
         start 999 1 5000                              | 1000 rests
         start 600 start 400 600                       | 1000 rests
         start 600 restart 999 1                       | 1600 rests
@@ -140,29 +132,23 @@ TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
 // The alarm has rung, and its expiry is posted after other work of the strand. That work cancels the timer.
 TEST_F(LineContextTest, ACancelledTimerDoesNotExpireEvenIfItsAlarmHasRung) {
     int last = 0;
-    for (const char* const action : {"stop", "restart", "delete", "stop start", "end"}) {
+    for (const std::string action : {"stop", "delete", "restart", "end"}) {
         const int id = m_context->createTimer(m_handler, 100);
-        EXPECT_GT(id, last) << "ids are unique";
-        last = id;
+        EXPECT_GT(id, std::exchange(last, id)) << "ids are unique";
         m_context->startTimer(id);
         std::latch rung(1);
         m_strand.post([&] {
             rung.wait();
-            if (*action == 'e') {
+            if (action == "end") {
                 m_context.reset();
-                return;
-            }
-            for (const std::string& verb : journaltest::split(action, ' ')) {
-                EXPECT_TRUE(does(verb, id));
+            } else {
+                EXPECT_TRUE(does(action, id));
             }
         });
         m_clock.advance(milliseconds(100));
         rung.count_down();
         m_strand.drain();
         EXPECT_EQ(m_handler.m_expired, Ids()) << action;
-        if (m_context != nullptr) {
-            m_context->deleteTimer(id);
-        }
     }
 }
 
@@ -172,7 +158,6 @@ TEST_F(LineContextTest, AHandlerMayUseItsTimersFromInsideAnExpiry) {
     const int hourly = m_context->createTimer(m_handler, 1000);
     const int once = m_context->createTimer(m_handler, 500);
     m_handler.m_react = [&](int id) {
-        EXPECT_FALSE(m_context->isTimerRunning(id));
         EXPECT_TRUE(id == hourly ? m_context->startTimer(id) : m_context->deleteTimer(id));
     };
     for (const int id : {theirs, hourly, once}) {

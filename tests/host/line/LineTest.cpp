@@ -16,73 +16,72 @@
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
-#include "platform/clock/ClockServiceIfc.h"
 #include "platform/csta/CSTADevice.h"
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAServiceIfc.h"
-#include "platform/data/DataAccessServiceIfc.h"
-#include "platform/digits/DigitAnalysisServiceIfc.h"
-#include "platform/directory/DirectoryServiceIfc.h"
-#include "platform/management/LocalMgmtIfc.h"
-#include "platform/management/MgmtAgentIfc.h"
 #include "platform/services/MobilityServiceIfc.h"
-#include "platform/services/PallaxServiceIfc.h"
-#include "platform/services/TeamServiceIfc.h"
 #include "platform/services/UCServiceIfc.h"
-#include "platform/services/WSIServiceIfc.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/MessageTrace.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace host {
 namespace {
 
+using journaltest::CapturedLog;
 using ::testing::ElementsAre;
 
 /// The life cycle of a journal, in order. The line orders the threads that write here.
 using LifeCycle = std::vector<std::string>;
 
-/// A service that registers like the journal: with the switch, the management, and the timers of its context.
-class SmallJournal final : public Service,
-                           public CSTAEventIfc,
-                           public JournalServiceObserverSubscriptionIfc,
-                           public MgmtAgentIfc {
+/// A service that uses the switch and its timers, and subscribes its observer, like the journal.
+class SmallJournal final : public Service, public CSTAEventIfc, public JournalServiceObserverSubscriptionIfc {
 public:
     SmallJournal(LifeCycle& lifeCycle, std::atomic<int>& events) : m_lifeCycle(lifeCycle), m_events(events) {}
-    ~SmallJournal() override { record("destroyed"); }
+    ~SmallJournal() override { m_lifeCycle.emplace_back("destroyed"); }
 
-    void init(Context& context) override;
+    void init(Context& context) override {
+        m_lifeCycle.emplace_back("init");
+        m_context = &context;
+        EXPECT_TRUE(find<MobilityServiceIfc>("MobilityServiceIfc").saveVisitorCallLog()) << "needs no retry";
+        find<UCServiceIfc>("UCServiceIfc").refreshJournal();
+        CSTAMonitorStartRequest request;
+        request.setDeviceObject(CSTADevice::kLocalDevice);
+        request.setSourceService(this);
+        request.setCSTAEventIfc(this);
+        find<CSTAServiceIfc>("CSTAServiceIfc").request(request);
+        // This timer is always due: an expiry that came too late would call the destroyed service.
+        context.startTimer(context.createTimer(*this, 0));
+    }
     /// Returns after `shutdown`.
     void run() override { m_ended.get_future().wait(); }
     void shutdown() override {
-        record("shutdown");
+        m_lifeCycle.emplace_back("shutdown");
         m_ended.set_value();
     }
     void timerEvent(int id) override {
         ++m_events;
         m_context->startTimer(id);
     }
-
     void deliverEvent(CSTAEvent*) override { ++m_events; }
 
-    bool subscribeForJournalEvents(JournalServiceObserverIfc*) override { return record("subscribed"); }
-    bool unsubscribeForJournalEvents(JournalServiceObserverIfc*) override { return record("unsubscribed"); }
-
-    bool setData(ManageableData&) override { return true; }
-    bool getData(ManageableData&) override { return true; }
-    void manageableDataChanged(ManageableData&) override { ++m_events; }
-    bool resetUserData() override { return true; }
-
-private:
-    bool record(const std::string& what) {
-        m_lifeCycle.push_back(what);
+    /// Delivers the contents of a list first, which are no change to log.
+    bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
+        m_lifeCycle.emplace_back("subscribed");
+        observer->callBacksUpdate({}, "", JournalServiceObserverIfc::eItemAdded);
         return true;
     }
+    bool unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
+        m_lifeCycle.emplace_back("unsubscribed");
+        observer->callBacksUpdate({}, "", JournalServiceObserverIfc::eItemDeleted);
+        return true;
+    }
+
+private:
     template <typename Interface>
-    Interface* find(const char* name) {
-        auto* const found = dynamic_cast<Interface*>(m_context->findService(name));
-        EXPECT_NE(found, nullptr) << name;
-        return found;
+    Interface& find(const char* name) {
+        return dynamic_cast<Interface&>(*m_context->findService(name));
     }
 
     LifeCycle& m_lifeCycle;
@@ -90,31 +89,6 @@ private:
     Context* m_context = nullptr;
     std::promise<void> m_ended;
 };
-
-void SmallJournal::init(Context& context) {
-    record("init");
-    m_context = &context;
-    find<DataAccessServiceIfc>("DataAccessServiceIfc");
-    find<DirectoryServiceIfc>("DirectoryServiceIfc");
-    find<ClockServiceIfc>("ClockServiceIfc");
-    find<DigitAnalysisServiceIfc>("DigitAnalysisServiceIfc");
-    EXPECT_TRUE(find<MobilityServiceIfc>("MobilityServiceIfc")->saveVisitorCallLog()) << "needs no retry";
-    EXPECT_FALSE(find<TeamServiceIfc>("TeamServiceIfc")->isLoggingMissedCalls("2002"));
-    EXPECT_FALSE(find<UCServiceIfc>("UCServiceIfc")->isRunning());
-    find<UCServiceIfc>("UCServiceIfc")->refreshJournal();
-    EXPECT_FALSE(find<PallaxServiceIfc>("PallaxServiceIfc")->isRunning());
-    EXPECT_FALSE(find<WSIServiceIfc>("WSIServiceIfc")->isCurrentUserUC());
-    auto* const management = find<LocalMgmtIfc>("LocalMgmtIfc");
-    management->registerAgent("JournalMgmtId", *this, 1);
-    management->observe("software-type", *this);
-    CSTAMonitorStartRequest request;
-    request.setDeviceObject(CSTADevice::kLocalDevice);
-    request.setSourceService(this);
-    request.setCSTAEventIfc(this);
-    find<CSTAServiceIfc>("CSTAServiceIfc")->request(request);
-    // This timer is always due: an expiry that came too late would call the destroyed service.
-    context.startTimer(context.createTimer(*this, 0));
-}
 
 /// A service whose `init` fails. The framework must call no other operation.
 class BrokenJournal final : public Service {
@@ -129,7 +103,6 @@ protected:
     void SetUp() override {
         m_switch.start();
         m_settings.link.port = m_switch.port();
-        m_settings.managementFirst = {{"software-type", "Norlith Qorvex"}};
         m_line = std::make_unique<Line>(m_settings, std::make_unique<SmallJournal>(m_lifeCycle, m_events),
                                         m_database, m_pool, m_alarms);
         m_line->setStatusListener([this](CstaLink::Status status) {
@@ -151,14 +124,14 @@ protected:
     std::unique_ptr<Line> m_line;
 };
 
-TEST_F(LineTest, GivesTheJournalEveryServiceAndItsLifeCycleEvenIfTheSwitchDisconnects) {
+TEST_F(LineTest, GivesTheJournalItsLifeCycleAndLogsItsChangesEvenIfTheSwitchDisconnects) {
     m_line->start();
-    EXPECT_NE(m_line->journal(), nullptr);
     m_monitoring.wait(false);
     m_switch.stop();
     m_monitoring.wait(true);
     m_line->stop();
     EXPECT_EQ(m_line->journal(), nullptr);
+    EXPECT_THAT(CapturedLog::lines("Journal"), ElementsAre("2001: a callback was deleted"));
     m_line->stop();
     EXPECT_THAT(m_lifeCycle, ElementsAre("init", "subscribed", "unsubscribed", "shutdown", "destroyed"));
 }

@@ -11,27 +11,21 @@ namespace {
 using host::FileDescriptor;
 using host::RemoteClient;
 using host::RemoteFrame;
+using namespace std::string_literals;
 
 using RemoteClientTest = remotetest::RemoteFixture;
 
 TEST_F(RemoteClientTest, CallsAndStoresNotificationsThatArriveMeanwhile) {
-    m_invoker.m_meanwhile = [this](const std::string& request) {
-        if (request == "change") {
-            m_service.notifyAll(1);
-            m_service.notifyAll(2);
-        }
-    };
     serve();
     RemoteClient client(m_directory.path());
     EXPECT_EQ(client.call("subscribe"), "yes");
-    EXPECT_EQ(client.call("change"), "change");
-    EXPECT_EQ(client.nextNotification(), "count 1");
-    EXPECT_EQ(client.nextNotification(), "count 2");
-    EXPECT_EQ(client.call("change"), "change");
-    EXPECT_EQ(client.takeNotifications(), (std::deque<std::string>{"count 1", "count 2"}));
-    EXPECT_TRUE(client.takeNotifications().empty());
+    for (const int count : {1, 2, 3}) {
+        m_service.notifyAll(count);
+    }
     const std::string text(3000000, 'y');
     EXPECT_EQ(client.call(text), text);
+    EXPECT_EQ(client.nextNotification(), "count 1");
+    EXPECT_EQ(client.takeNotifications(), (std::deque<std::string>{"count 2", "count 3"}));
 }
 
 TEST_F(RemoteClientTest, AcceptsItsOwnResponseOnlyAndRefusesInvalidData) {
@@ -58,6 +52,13 @@ TEST_F(RemoteClientTest, AcceptsItsOwnResponseOnlyAndRefusesInvalidData) {
         }
         EXPECT_THAT(outcome, testing::HasSubstr(expected));
     }
+}
+
+TEST(RemoteFrame, IsEncodedAsDocumented) {
+    EXPECT_EQ(RemoteFrame::encode(RemoteFrame::Kind::eRequest, 1, "<r><Method>2</Method></r>"),
+              "\0\0\0\x1eQ\0\0\0\1<r><Method>2</Method></r>"s);
+    EXPECT_EQ(RemoteFrame::readBody("Q\xFF\xEE\xDD\xCC").value().id, 0xFFEEDDCC);
+    EXPECT_FALSE(RemoteFrame::readBody("Q\0\0\0"s));
 }
 
 TEST(ServerSocket, NamesTheProblemOfTheDirectory) {

@@ -63,18 +63,16 @@ public:
         const auto frame = host::RemoteFrame::readBody(receive(length.value()));
         return frame ? static_cast<char>(frame->kind) + std::to_string(frame->id) + ' ' + frame->text : "";
     }
-    /// Returns the next response, or an empty text. Ignores notifications before it.
-    [[nodiscard]] std::string readResponse() const {
+    /// Returns the next frame that begins with that, or an empty text.
+    [[nodiscard]] std::string readUntil(char kind) const {
         std::string frame;
         do {
             frame = read();
-        } while (!frame.empty() && frame.front() != 'A');
+        } while (!frame.empty() && frame.front() != kind);
         return frame;
     }
     /// Reads until the server closes the connection.
-    void awaitClosed() const {
-        while (!read().empty()) {}
-    }
+    void awaitClosed() const { static_cast<void>(readUntil('-')); }
 
 private:
     [[nodiscard]] std::string receive(std::size_t count) const {
@@ -95,8 +93,7 @@ class SubscriptionService final : public Executable, public JournalServiceObserv
 public:
     bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
         const std::lock_guard lock(m_mutex);
-        m_observers.insert(observer);
-        return observer != nullptr;
+        return observer != nullptr && *m_observers.insert(observer) == observer;
     }
     bool unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
         const std::lock_guard lock(m_mutex);
@@ -143,19 +140,21 @@ private:
 };
 
 /// Handles four requests: "subscribe", "who" (name and protocol), "big N" (a response of N bytes) and
-/// "silent" (no response). Echoes any other request after the prefix.
+/// "silent" (no response). Echoes any other request.
 class SmallInvoker final : public Invoker {
 public:
-    explicit SmallInvoker(std::string prefix) : m_prefix(std::move(prefix)) {}
-
     void initInvoker(FrameworkContext* context) override { m_context = context; }
     void handleMessage(Executable* target, const char* message, int length,
                        InvokerResponse* response) override {
         const std::string request(message, static_cast<std::size_t>(length));
         m_meanwhile(request);
-        std::string text = m_prefix + request;
+        std::string text = request;
         if (request == "subscribe") {
-            text = subscribe(target, response->getRequester());
+            std::string name = "JournalServiceObserverIfc";
+            std::string client = response->getRequester();
+            auto* observer = dynamic_cast<CountProxy*>(m_context->findProxy(name, client));
+            auto& service = dynamic_cast<SubscriptionService&>(*target);
+            text = service.subscribeForJournalEvents(observer) ? "yes" : "failure";
         } else if (request == "who") {
             text = response->getRequester() + " " + response->getRequestedProtocol();
         } else if (request.rfind("big ", 0) == 0) {
@@ -163,9 +162,7 @@ public:
         } else if (request == "silent") {
             return;
         }
-        if (!text.empty()) {
-            response->setPayload(text.data(), static_cast<int>(text.size()));
-        }
+        response->setPayload(text.data(), static_cast<int>(text.size()));
         response->complete();
     }
 
@@ -173,14 +170,6 @@ public:
     std::function<void(const std::string&)> m_meanwhile = [](const std::string&) {};
 
 private:
-    std::string subscribe(Executable* target, std::string clientName) {
-        std::string name = "JournalServiceObserverIfc";
-        auto* observer = dynamic_cast<JournalServiceObserverIfc*>(m_context->findProxy(name, clientName));
-        auto* service = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(target);
-        return observer != nullptr && service->subscribeForJournalEvents(observer) ? "yes" : "failure";
-    }
-
-    const std::string m_prefix;
     FrameworkContext* m_context = nullptr;
 };
 
@@ -190,13 +179,8 @@ protected:
     void serve(host::RemoteLimits limits = {}) {
         m_invoker.initInvoker(&m_framework);
         m_socket = std::make_unique<host::ServerSocket>(m_directory.path());
-        m_server = std::make_unique<host::RemoteServer>(*m_socket,
-                                                        host::RemoteBackend{.target = m_service,
-                                                                            .invoker = m_invoker,
-                                                                            .methodInvoker = m_methodInvoker,
-                                                                            .framework = m_framework,
-                                                                            .makeObserverProxy = m_makeProxy},
-                                                        limits);
+        host::RemoteBackend backend{m_service, m_invoker, m_invoker, m_framework, m_makeProxy};
+        m_server = std::make_unique<host::RemoteServer>(*m_socket, backend, limits);
         m_server->start();
     }
     /// Blocks every request `held` until `m_released`, and counts `begun` down when it starts.
@@ -215,14 +199,14 @@ protected:
         RawClient client = connect();
         for (int turn = 0; turn < times; ++turn) {
             client.request(1, "subscribe");
-            EXPECT_EQ(client.readResponse(), "A1 yes");
+            EXPECT_EQ(client.readUntil('A'), "A1 yes");
         }
         return client;
     }
     /// True if the server still responds.
     [[nodiscard]] static bool responds(const RawClient& client) {
         client.request(99, "are you there");
-        return client.readResponse() == "A99 are you there";
+        return client.readUntil('A') == "A99 are you there";
     }
     /// Stops the server. No client may remain.
     void expectNoClientLeftAtStop() {
@@ -235,8 +219,7 @@ protected:
     std::latch m_released{1};
     std::atomic<int> m_proxies{0};
     SubscriptionService m_service;
-    SmallInvoker m_invoker{""};
-    SmallInvoker m_methodInvoker{"method "};
+    SmallInvoker m_invoker;
     host::HostFrameworkContext m_framework;
     std::function<std::unique_ptr<Proxy>()> m_makeProxy = [this] {
         return std::make_unique<CountProxy>(m_proxies);

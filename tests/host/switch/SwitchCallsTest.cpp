@@ -42,9 +42,6 @@ dial c to 1; connect c; consult d from c to 4712; connect d; join c d; leave c b
 + | 2001 ServiceInitiated/initiated Originated Delivered Established Held/hold ServiceInitiated/initiated Originated
 + Delivered Established Conferenced Private/- Private/- Cleared Cleared Cleared/null;
 + 4712 Delivered/alerting Established Conferenced Private/- Cleared Cleared/null
-call c from 1; ring c; answer c; consult d from c to 2; connect d; join c d; leave c; leave c by 2
-+ | 2001 Delivered/alerting Established Held/hold ServiceInitiated/initiated Originated Delivered Established
-+ Conferenced Private/- Private/- Cleared/null
 )";
     Client client(simulator.port());
     for (const char* device : {"4711", "2001", "4712"}) {
@@ -95,25 +92,20 @@ std::string names(const std::vector<Entry>& entries) {
 
 TEST_F(Switch, AddsEachCallToItsLog) {
     const std::string rows = R"(
-call c from 1 "Ann"; ring c; giveup c                                                   | 1 1Ann
 call c from 1; ring c; name c "Ann"; answer c; hangup c                                 | 0 1Ann
-call c from anonymous "Ann"; ring c; giveup c                                           | 1
-dial c to 1 "Ann"; busy c                                                               | 4 1Ann
 dial c to 1; divert c to 2; connect c; hangup c                                         | 4 1
 call c from 1; ring c; elsewhere c; missed from 2                                       | 1 2
-call c from 1; ring c; divert c to 2; giveup c                                          |
 call c from 1 to 2; ring c; pickup c; hangup c                                          | 0 1
 call c from 1; ring c; answer c; consult d from c to 2; connect d; transfer c to d      | 0 1, 4 2
 call c from 1; ring c; answer c; transfer c to 2 by caller; answer c; hangup c          | 0 1
 dial c to 1; connect c; consult d from c to 2; connect d; join c d; leave c             | 4 1, 4 2
-call c from 1; ring c                                                                   |
+call c from 1; ring c; divert c to 2; giveup c; call c from 1; ring c                   |
 )";
     for (const std::vector<std::string>& row : table(2, rows)) {
         host::SwitchSimulator keeper({.port = 0, .callLog = true});
         keeper.start();
         playToEnd(keeper, row[0], {.awaitMonitor = false, .finished = {}});
-        EXPECT_EQ(journaltest::split(names(keeper.callLog()), '\n'), journaltest::split(row[1], '\n'))
-            << row[0];
+        EXPECT_EQ(names(keeper.callLog()), row[1]) << row[0];
     }
 }
 

@@ -38,9 +38,8 @@ public:
         const std::string response = request("<MonitorStart><monitorObject><deviceObject>" + device +
                                              "</deviceObject></monitorObject></MonitorStart>");
         std::string fault;
-        const auto document = host::WireDocument::parse(response, fault);
-        std::string id = document ? host::childText(document->root(), "monitorCrossRefID") : std::string();
-        EXPECT_NE(id, "") << response;
+        const auto document = host::WireDocument::parse(response, fault).value();
+        std::string id = host::childText(document.root(), "monitorCrossRefID");
         m_devices[id] = device;
         return id;
     }
@@ -64,12 +63,11 @@ public:
 private:
     void record(const host::Frame& frame) {
         std::string fault;
-        const auto document = host::WireDocument::parse(frame.xml, fault);
-        ASSERT_TRUE(document && document->kind() == host::MessageKind::eEvent) << frame.xml;
+        const auto document = host::WireDocument::parse(frame.xml, fault).value();
         EXPECT_EQ(frame.invokeId, host::Frame::kEventInvokeId);
-        const std::string name(document->name().substr(0, document->name().size() - 5));
-        const std::string state = host::childText(document->root(), "localConnectionInfo");
-        m_events[m_devices[host::childText(document->root(), "monitorCrossRefID")]]
+        const std::string name(document.name().substr(0, document.name().size() - 5));
+        const std::string state = host::childText(document.root(), "localConnectionInfo");
+        m_events[m_devices[host::childText(document.root(), "monitorCrossRefID")]]
             .append(name == "ConnectionCleared" ? " Cleared" : " " + name)
             .append(state == "connected" ? "" : "/" + (state.empty() ? "-" : state));
         m_xml += frame.xml;
