@@ -108,6 +108,19 @@ TEST_F(CstaLinkAtSwitch, DeliversNoEventAfterAMonitorIsStopped) {
     EXPECT_EQ(stopMonitor("M1"), "refused invalidMonitorCrossRefID");
 }
 
+TEST_F(CstaLinkAtSwitch, RemovesTheMonitorsOfAReleasedService) {
+    startMonitored();
+    EXPECT_EQ(registerForStatus(phone), "ok");
+    ASSERT_EQ(phone.events.await(1).size(), 1U);
+    phone.onEvent([&](const CSTAEvent&) { link->releaseService(phone); });
+    play("call c from 4711 to 2001; ring c; answer c; hangup c");
+    EXPECT_TRUE(switchGets("MonitorStop"));
+    simulator.sendSystemStatus("disabled");
+    EXPECT_TRUE(switchGets("SystemStatusResponse"));
+    strand.drain();
+    EXPECT_EQ(phone.events.await(2).size(), 2U);
+}
+
 TEST_F(CstaLinkAtSwitch, AppliesTheFilterAtTheSwitchOrItself) {
     for (const bool sent : {true, false}) {
         host::CstaLinkConfig config = configFor(simulator.port());

@@ -41,6 +41,7 @@ TEST(WireDocument, ReadsTheFormsOfPeersAndRefusesUnsafeText) {
         {"<A><name>x</name>", "refused: the text is not XML"},
         {"<?xml version='1.0' encoding='UTF-16'?><A/>", "refused: the encoding of the text is unknown"},
         {std::string("<A>\0</A>", 8), forbidden},
+        {"<A><name>a&#0;b</name></A>", forbidden},
         {"<A><name>a&#x000;b</name></A>", forbidden},
         {nested(WireDocument::kMaxDepth - 2), ""},
         {nested(WireDocument::kMaxDepth + 1), "refused: the text is nested too deeply"},
