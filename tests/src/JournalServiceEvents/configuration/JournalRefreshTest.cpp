@@ -85,11 +85,8 @@ Norlith Qorvex | delete | delete | |
 TEST(JournalSettings, AreReadAndGetDefaultsOnASipPhone) {
     for (const auto& row : table(5, R"(
 Norlith SIP    | enabled missed | call-log-enabled=false missed-logging=0 delete-missed-when-called=true | delete |
-Norlith SIP    | delete | missed-logging=false | enabled
-+   | set call-log-enabled=true; set delete-missed-when-called=false
 Norlith SIP    | delete | fails | enabled missed
 +   | set call-log-enabled=true; set missed-logging=true; set delete-missed-when-called=false
-Norlith Qorvex | delete | missed-logging=true | missed delete |
 Norlith Qorvex | delete | fails | delete |
 )")) {
         SCOPED_TRACE(row[0] + ": " + row[2]);
@@ -105,14 +102,6 @@ Norlith Qorvex | delete | fails | delete |
         EXPECT_EQ(fixture.own(), row[3]);
         EXPECT_EQ(fixture.written(), row[4]);
         EXPECT_EQ(fixture.management.published(), "");
-    }
-}
-
-TEST(JournalRefresh, TakesOnlyTrueForAnOutsideCallServer) {
-    ConfigurationFixture fixture;
-    for (const std::string value : {"true", "1"}) {
-        EXPECT_TRUE(fixture.refresh.setJournalServiceCallLogEventsDisabling(value));
-        EXPECT_EQ(fixture.settings.values()->m_xsiConfigured, value == "true");
     }
 }
 

@@ -49,8 +49,6 @@ reg-number               | 2001 | -90 30 'x' '2001' callEvents marksMissed last
 wsi-allow-uc-journal     | true | -90 30 'x' '2001' callEvents marksMissed wsi last
 server-based-features    | true | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi last
 forwarding-party-display | 0    | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi
-forwarding-party-display | 1    | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi last
-forwarding-party-display | 0    | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi
 bt-hw-state              | on   | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi bluetooth
 ringcentral-api-sync-call-log | true
 +   | -90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral bluetooth
@@ -104,14 +102,11 @@ bt-hw-state               | on  | start bluetoothDeviceID | start bluetoothDevic
 disable-access-calllog    | 1   | stop 1; stop 2 | stop 1 |
 disable-access-calllog    | 0   | start localDeviceID; start bluetoothDeviceID | start bluetoothDeviceID | refresh
 disable-access-calllog    | 0   | | | refresh
-disable-access-calllog    | 3   | | |
 disable-access-calllog    | 2   | stop 3; stop 4 | stop 2 |
 bt-hw-state               | on  | start bluetoothDeviceID | start bluetoothDeviceID |
 bt-hw-state               | off | stop 5 | stop 3 |
-mobility-user-data-update | unmanaged | | | reload
 mobility-user-data-update | all | | | reload
 mobility-user-data-update | some | | |
-mobility-activity         | logonFailed | | | reload
 mobility-activity         | logoffFailed | | | reload
 mobility-activity         | logon | | |
 reload-conversations      | true | | | reload
@@ -149,7 +144,6 @@ TEST(PhoneValues, RecogniseTheVoiceMailNumber) {
     EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("124"));
     fixture.platform.m_digitAnalysisService = nullptr;
     EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("123"));
-    EXPECT_TRUE(fixture.phoneValues.isVoiceMailNumber("+4989123"));
     fixture.platform.m_localMgmt = nullptr;
     fixture.phoneValues.publishCallLogEnableState();
     EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("+4989123"));

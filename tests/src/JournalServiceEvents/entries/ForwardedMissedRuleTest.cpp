@@ -16,12 +16,10 @@ namespace {
 // the next.
 TEST(ForwardedMissedRule, KeepsOneCallInOneList) {
     for (const auto& row : table(2, R"(
-forwarded 4711, 0, missed 4711             | forwarded 4711
 forwarded 4711, 5, missed 4711             | forwarded 4711
 forwarded 4711, -60, missed 4711           | forwarded 4711
 forwarded 4711, 6, missed 4711             | missed 4711, forwarded 4711
 forwarded 4711, 1, missed 4712             | missed 4712, forwarded 4711
-missed 4711, 0, forwarded 4711             | forwarded 4711
 missed 4711, 5, forwarded 4711             | forwarded 4711
 missed 4711, -60, forwarded 4711           | forwarded 4711
 missed 4711, 6, forwarded 4711             | missed 4711, forwarded 4711
@@ -60,40 +58,42 @@ missed 4711, 3, forwarded 4712, 0, missed 4712, 0, forwarded 4711 | missed 4711,
 
 TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMarkOnASipPhone) {
     for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
-        EntriesFixture rig;
-        rig.phoneIs(type);
-        rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
-        rig.files<MissedCallItem>("4711");
-        rig.missedCallUpdates.ageMissedCall(rig.entryIds());
-        rig.time.advance(3600);
-        rig.files<MissedCallItem>("4711");
-        rig.forget();
-        rig.files<ForwardedCallItem>("4711");
+        EntriesFixture fixture;
+        fixture.phoneIs(type);
+        fixture.settings.change(
+            [](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
+        fixture.files<MissedCallItem>("4711");
+        fixture.missedCallUpdates.ageMissedCall(fixture.entryIds());
+        fixture.time.advance(3600);
+        fixture.files<MissedCallItem>("4711");
+        fixture.forget();
+        fixture.files<ForwardedCallItem>("4711");
         const bool viewed = type == softwareTypes::sip;
-        EXPECT_EQ(rig.items<MissedCallItem>().front().getViewed(), viewed) << type;
+        EXPECT_EQ(fixture.items<MissedCallItem>().front().getViewed(), viewed) << type;
         const std::string count = viewed ? "missedCount(0)" : "missedCount(1)";
-        EXPECT_EQ(rig.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
-        EXPECT_EQ(rig.written().rfind("write MissedCalls 1; write ForwardedCalls ", 0), 0U) << rig.written();
-        EXPECT_EQ(rig.listContents(), rig.databaseContents());
+        EXPECT_EQ(fixture.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << fixture.heard();
+        EXPECT_EQ(fixture.written().rfind("write MissedCalls 1; write ForwardedCalls ", 0), 0U)
+            << fixture.written();
+        EXPECT_EQ(fixture.listContents(), fixture.databaseContents());
 
-        rig.time.advance(3600);
-        rig.files<MissedCallItem>("4712");
-        rig.forget();
-        rig.files<ForwardedCallItem>("4712");
-        EXPECT_EQ(rig.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << rig.heard();
-        EXPECT_EQ(rig.written().rfind("delete MissedCalls ", 0), 0U) << rig.written();
-        EXPECT_EQ(rig.listContents(), rig.databaseContents());
+        fixture.time.advance(3600);
+        fixture.files<MissedCallItem>("4712");
+        fixture.forget();
+        fixture.files<ForwardedCallItem>("4712");
+        EXPECT_EQ(fixture.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << fixture.heard();
+        EXPECT_EQ(fixture.written().rfind("delete MissedCalls ", 0), 0U) << fixture.written();
+        EXPECT_EQ(fixture.listContents(), fixture.databaseContents());
     }
 }
 
 TEST(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
-    EntriesFixture rig;
-    rig.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
-    rig.clock.adoptClock(nullptr);
-    rig.files<ForwardedCallItem>("4711");
-    EXPECT_TRUE(rig.files<MissedCallItem>("4711"));
-    EXPECT_TRUE(rig.files<ForwardedCallItem>("4711"));
-    EXPECT_EQ(rig.items<MissedCallItem>().size(), 1U);
+    EntriesFixture fixture;
+    fixture.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
+    fixture.clock.adoptClock(nullptr);
+    fixture.files<ForwardedCallItem>("4711");
+    EXPECT_TRUE(fixture.files<MissedCallItem>("4711"));
+    EXPECT_TRUE(fixture.files<ForwardedCallItem>("4711"));
+    EXPECT_EQ(fixture.items<MissedCallItem>().size(), 1U);
 }
 
 }  // namespace
