@@ -11,7 +11,8 @@ namespace journaltest {
 [[nodiscard]] std::string nameOf(journal::Call::states_t state);
 [[nodiscard]] journal::Call::states_t stateOf(const std::string& name);
 
-/// A device by "4711", "4711:Ann_B" ("_" is a space), ":Ann", "here" for the telephone itself, or "-" for none.
+/// A device by "4711", "4711:Ann_B" ("_" is a space), ":Ann", "here" for the telephone itself, or "-" for
+/// none.
 [[nodiscard]] CSTADevice deviceOf(const std::string& word);
 
 /// The parties of a record without those that are empty, roles with the same party together:

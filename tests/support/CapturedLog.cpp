@@ -29,7 +29,7 @@ struct Kept {
     std::vector<Line> lines;
 };
 
-// Never destroyed: what a test leaves behind may log while the program ends.
+// Never destroyed: objects that outlive a test may log while the program ends.
 Kept& kept() {
     static Kept* const theOne = new Kept;
     return *theOne;
@@ -40,8 +40,8 @@ std::vector<Line> allLines() {
     return kept().lines;
 }
 
-/// Gives each test an empty log, and plain hardware. Naming the hardware here also brings its definition into every
-/// program that has the log, where a library that is loaded at run time may look for both.
+/// Gives each test an empty log, and plain hardware. Naming the hardware here also brings its definition into
+/// every program that has the log, where a library that is loaded at run time may look for both.
 class ResetBeforeEachTest final : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo& /*test*/) override {
         CapturedLog::reset();

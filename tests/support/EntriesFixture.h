@@ -15,7 +15,7 @@
 
 namespace journaltest {
 
-/// How a call comes into a list.
+/// The operation that files a call in a list.
 template <typename DetailsType, bool (journal::EntryCreation::*operation)(const DetailsType&)>
 struct FilingWith {
     using Details = DetailsType;

@@ -25,15 +25,15 @@ public:
         const std::lock_guard lock(m_mutex);
         m_services[name] = service;
     }
-    /// Lets time pass. Timers that fall due meanwhile expire one after the other, in the order of their times and
-    /// with none of the context's locks held: a handler may create, start, stop and delete timers.
+    /// Lets time pass. Timers that fall due meanwhile expire one after the other, in the order of their times
+    /// and with none of the context's locks held: a handler may create, start, stop and delete timers.
     void advance(milliseconds time) {
         const milliseconds end = m_now + time;
         while (const auto due = takeDue(end)) {
             due->handler->timerEvent(due->id);
         }
     }
-    /// From now on `createTimer` answers -1.
+    /// From now on `createTimer` returns -1.
     void refuseTimers() { m_refuse = true; }
 
     /// The ids of the timers that exist, and of those that are running, in the order in which they were made.

@@ -8,9 +8,9 @@ namespace journaltest {
 void FakeCstaService::request(CSTARequest& request) {
     std::unique_lock lock(m_mutex);
     const Kind kind = note(request);
-    if (const Answer told = m_responses[kind]) {
+    if (const Response response = m_responses[kind]) {
         lock.unlock();
-        told(request);
+        response(request);
     } else {
         request.setOutcome(0, grant(kind));
     }

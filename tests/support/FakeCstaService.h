@@ -18,21 +18,21 @@ class CSTAResponse;
 
 namespace journaltest {
 
-/// A switch that notes every request and answers as it was told; register it as "CSTAServiceIfc".
+/// A switch that records every request and gives the responses of the test; register it as "CSTAServiceIfc".
 ///
-/// Untold, it grants everything at once: code 0 with the response that fits the request; a monitor's cross
+/// By default it grants everything at once: code 0 with the response that fits the request; a monitor's cross
 /// reference counts up from "1". Any thread may make requests; a test sets up and reads when none does.
 class FakeCstaService final : public Executable, public CSTAServiceIfc {
 public:
     enum class Kind { eSystemStatus, eMonitorStart, eMonitorStop, eChangeMonitorFilter, eEscape };
     /// Puts the outcome into a request itself.
-    using Answer = std::function<void(CSTARequest&)>;
+    using Response = std::function<void(CSTARequest&)>;
 
-    /// How requests of a kind are answered from now on; an empty function grants them again.
-    void answer(Kind kind, Answer answer) { m_responses[kind] = std::move(answer); }
+    /// Sets the response to requests of a kind; an empty function grants them again.
+    void respond(Kind kind, Response response) { m_responses[kind] = std::move(response); }
 
-    /// What was asked, "start localDeviceID; stop 1; change localDeviceID; status", and apart from that the entries
-    /// of the call-log requests.
+    /// The requests, "start localDeviceID; stop 1; change localDeviceID; status", and apart from that the
+    /// entries of the call-log requests.
     [[nodiscard]] const std::string& asked() const { return m_asked; }
     [[nodiscard]] const std::vector<CallLogEntryRequest>& callLogEntries() const { return m_callLogEntries; }
     void forgetRequests() {
@@ -52,7 +52,7 @@ private:
 
     // Guarded by m_mutex.
     std::mutex m_mutex;
-    std::map<Kind, Answer> m_responses;
+    std::map<Kind, Response> m_responses;
     std::string m_asked;
     std::vector<CallLogEntryRequest> m_callLogEntries;
     int m_monitors = 0;

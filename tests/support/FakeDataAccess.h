@@ -18,27 +18,27 @@ namespace journaltest {
 
 /// A database in memory that keeps every request document; register it as "DataAccessServiceIfc".
 ///
-/// It reads requests and writes answers with the journal library's own functions and follows the rules of
-/// `journalxml::DataRequest`. Unique ids count up from "1" over all tables. Any thread may send requests; a test sets
-/// things up, and reads what was noted, while none does.
+/// It reads requests and writes responses with the journal library's own functions and follows the rules of
+/// `journalxml::DataRequest`. Unique ids count up from "1" over all tables. Any thread may send requests; a
+/// test sets things up, and reads the records, while none does.
 class FakeDataAccess final : public Executable, public DataAccessServiceIfc {
 public:
     using Item = journalxml::DataRequest::Item;
-    using Answer = std::function<std::string(const std::string&)>;
+    using Response = std::function<std::string(const std::string&)>;
 
     /// Puts a row into `table` with its unique id; an item without one gets the next.
     void addRow(const std::string& table, Item item) { put(table, rowOf(std::move(item)), true); }
     std::vector<Contact> contacts;
     std::map<std::string, std::string> settings;
 
-    /// While set, requests that hold `word` are answered "failed" and change nothing; untold all of them.
+    /// While set, requests that contain `word` fail and change no row; all of them by default.
     void setFailing(bool failing, const std::string& word = {}) {
         m_failing = failing ? std::optional(word) : std::nullopt;
     }
-    /// While set, the answer is what `answer` gives for the request document; it runs with no lock held, and may throw. An
-    /// empty function ends it.
-    void setResponse(Answer answer) { m_response = std::move(answer); }
-    /// The database's own answer to a request, which it does not keep.
+    /// While set, the function returns the response to the request document; it runs with no lock held, and
+    /// may throw. An empty function ends it.
+    void setResponse(Response response) { m_response = std::move(response); }
+    /// The database's own response to a request, which it does not record.
     [[nodiscard]] std::string carryOut(const std::string& document);
 
     /// The documents, oldest first, and the same as they were understood (without those that were not).
@@ -74,12 +74,13 @@ private:
     // All of these with m_mutex held.
     std::string read(const journalxml::DataRequest& request) const;
     std::string erase(const journalxml::DataRequest& request);
-    /// Replaces the row of that id or adds one, under a new unique id unless it `keepsId`. Answers the row's id.
+    /// Replaces the row of that id or adds one, under a new unique id unless it `keepsId`. Returns the row's
+    /// id.
     std::string put(const std::string& table, Row row, bool keepsId = false);
 
     // Constant while requests may come.
     std::optional<std::string> m_failing;  // the word in the requests that fail
-    Answer m_response;
+    Response m_response;
 
     // Guarded by m_mutex, as the settings are.
     mutable std::mutex m_mutex;

@@ -9,7 +9,8 @@
 
 namespace journaltest {
 
-/// Dialling rules that know only what a test has put in before calls may come; register it as "DigitAnalysisServiceIfc".
+/// Dialling rules that know only what a test has put in before calls may come; register it as
+/// "DigitAnalysisServiceIfc".
 class FakeDigits final : public Executable, public DigitAnalysisServiceIfc {
 public:
     std::set<std::string> featureAccessCodes;

@@ -9,8 +9,9 @@
 
 namespace journaltest {
 
-/// A phonebook of the contacts that a test puts in before calls may come; register it as "DirectoryServiceIfc". The
-/// first contact one of whose four numbers equals the search number byte for byte is the one.
+/// A phonebook of the contacts that a test puts in before calls may come; register it as
+/// "DirectoryServiceIfc". The first contact one of whose four numbers equals the search number byte for byte
+/// is the one.
 class FakeDirectory final : public Executable, public DirectoryServiceIfc {
 public:
     std::vector<Contact> contacts;
@@ -30,7 +31,8 @@ public:
                 if (known.getPhoneNumber(position) == number) {
                     contact = known;
                     contact.setSearchNumber(number);
-                    // The journal takes kind 1 for the fourth number and kinds 2 to 4 for the first to the third.
+                    // The journal takes kind 1 for the fourth number and kinds 2 to 4 for the first to the
+                    // third.
                     contact.setMatchedKind(position % 4 + 1);
                     return true;
                 }

@@ -11,8 +11,8 @@
 
 namespace journaltest {
 
-/// The proxies that a test registers, and the protocol "opera_text" in a plain form: a request is "request NAME SOURCE", a
-/// response is the value of its first parameter. One thread.
+/// The proxies that a test registers, and the protocol "opera_text" in a plain form: a request is "request
+/// NAME SOURCE", a response is the value of its first parameter. One thread.
 class FakeFrameworkContext final : public FrameworkContext, public ProtocolAdapter {
 public:
     /// By interface and client.

@@ -14,11 +14,11 @@
 
 namespace journaltest {
 
-/// A journal that notes every call and answers as it was told, for tests of those who stand in front of a journal.
+/// A journal that records every call, for tests of the clients of a journal.
 ///
-/// Lists are what the test put in; a get-one operation answers the entry with that id, or false. Every other
-/// operation answers `setResponse`'s value (true untold) and changes nothing. Set up before calls may come; then any thread
-/// may call.
+/// Lists are what the test put in; a get-one operation returns the entry with that id, or false. Every other
+/// operation returns the value of `setResponse` (true by default) and changes no list. Set up before calls
+/// may come; then any thread may call.
 class FakeJournalService : public Executable, public JournalServiceIfc {
     template <typename Item>
     using List = std::deque<Item>;
@@ -36,7 +36,7 @@ public:
     };
     Lists lists;
 
-    void setResponse(bool answer) { m_response = answer; }
+    void setResponse(bool response) { m_response = response; }
     /// Runs inside every operation, after it is noted; it may throw.
     void setDuring(std::function<void()> during) { m_during = std::move(during); }
 
@@ -121,7 +121,7 @@ private:
         return "{" + text + "}";
     }
 
-    /// Notes a call, lets `during` run, and gives the told answer.
+    /// Notes a call, lets `during` run, and returns the response.
     template <typename... Arguments>
     bool note(const std::string& operation, const Arguments&... arguments) {
         std::string words;
@@ -160,7 +160,7 @@ private:
     bool m_response = true;
     std::function<void()> m_during;
 
-    // Guarded by m_mutex; the test reads them when nobody else may call.
+    // Guarded by m_mutex; the test reads them while no other thread may call.
     std::mutex m_mutex;
     std::vector<std::string> m_calls;
     std::vector<Observer*> m_observers;

@@ -26,7 +26,8 @@ public:
     }
 };
 
-/// The devices whose unanswered calls are logged here; register it as "TeamServiceIfc". Constant while events may come.
+/// The devices whose unanswered calls are logged here; register it as "TeamServiceIfc". Constant while events
+/// may come.
 class FakeTeam final : public Executable, public TeamServiceIfc {
 public:
     explicit FakeTeam(std::set<std::string> loggedDevices = {}) : m_loggedDevices(std::move(loggedDevices)) {}
@@ -39,7 +40,8 @@ private:
     std::set<std::string> m_loggedDevices;
 };
 
-/// A client with a journal of its own, which runs when the test says so; register it as "UCServiceIfc". Thread-safe.
+/// A client with a journal of its own, which runs when the test says so; register it as "UCServiceIfc".
+/// Thread-safe.
 class FakeUC final : public Executable, public UCServiceIfc {
 public:
     std::atomic<bool> running{false};

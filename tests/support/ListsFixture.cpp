@@ -61,7 +61,7 @@ CallBackItem callBackOf(const std::string& entryId, const std::string& number, c
 ListsFixture::ListsFixture() {
     adapter.init(&database);
     platform.m_cstaService = &exchange;
-    exchange.answer(FakeCstaService::Kind::eEscape, [this](CSTARequest& request) {
+    exchange.respond(FakeCstaService::Kind::eEscape, [this](CSTARequest& request) {
         readAllLists(reader);
         request.setOutcome(0, std::make_unique<CSTAEscapeResponse>());
     });

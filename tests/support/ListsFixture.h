@@ -49,7 +49,7 @@ public:
     /// Forgets requests and callbacks, not the lists.
     void forget();
 
-    // What happened since, as one text; empty for nothing.
+    // Updates and requests since then, as one text each.
     /// What the observer heard: "missedCount(1); missed(m1, 11, 2); callBacksCount(0)". Of a list's update
     /// the item's entry id, the entry id that came with it, and the action; "-" for none.
     [[nodiscard]] std::string heard() const { return observer.heard(); }

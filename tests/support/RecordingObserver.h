@@ -15,8 +15,8 @@ namespace journaltest {
 
 /// One call of an observer, with what came with it.
 struct Callback : journalxml::ObserverMessage {
-    /// The call in short: "missedCount(2)"; of a list's update the item's entry id, the entry id that came with it, and the
-    /// action: "dialled(e1, 7, 2)", "callBacks(-, -, 3)".
+    /// The call in short: "missedCount(2)"; of a list's update the item's entry id, the entry id that came
+    /// with it, and the action: "dialled(e1, 7, 2)", "callBacks(-, -, 3)".
     [[nodiscard]] std::string text() const;
 };
 

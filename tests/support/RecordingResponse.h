@@ -11,8 +11,8 @@
 
 namespace journaltest {
 
-/// The answer to one message, as the framework would send it. The test fails when it is used after its completion, which
-/// ends a response's life. One thread.
+/// The response to one message, as the framework would send it. The test fails when it is used after its
+/// completion, which ends a response's life. One thread.
 class RecordingResponse final : public InvokerResponse {
 public:
     explicit RecordingResponse(std::string requester = "client", std::string protocol = "opera_text")

@@ -28,12 +28,9 @@ const std::map<std::string, int> kCauses = {
     {"none", CSTA_EC_None},
     {"unknown", CSTA_EC_Unknown},
     {"transfer", CSTA_EC_Transfer},
-    {"callback", CSTA_EC_CallBack},
     {"forward-busy", CSTA_EC_CallForwardBusy},
     {"group-pickup", CSTA_EC_GroupPickupNotify},
     {"pickup", CSTA_EC_CallPickup},
-    {"park", CSTA_EC_CallPark},
-    {"retrieve-park", CSTA_EC_CallRetrievePark},
     {"forwarded", CSTA_EC_Forwarded},
     {"directed-pickup", CSTA_EC_DirectedPickup},
     {"pickup-from-park", CSTA_EC_PickupFromPark},
@@ -139,7 +136,7 @@ journal::JournalComponents& SimulatedPhone::components() {
     return m_service->components();
 }
 
-// ---- what happens at the telephone ------------------------------------------------------------------------------
+// ---- the events at the telephone
 
 CSTADevice SimulatedPhone::Step::device(std::size_t index) const {
     return deviceOf(words.at(index));
@@ -303,7 +300,7 @@ bool SimulatedPhone::happensAround(const Step& step) {
     return true;
 }
 
-// ---- the outcome ------------------------------------------------------------------------------------------------
+// ---- the outcome
 
 std::string SimulatedPhone::journal() {
     std::vector<std::string> calls;

@@ -21,19 +21,22 @@
 
 namespace journaltest {
 
-/// A telephone with the journal in it: the real service between faked platform services. A test plays a script of events
-/// as a switch sends them, and compares the outcome as a text. The clock stands still unless the script moves it.
+/// A telephone with the journal in it: the real service between faked platform services. A test plays a
+/// script of events as a switch sends them, and compares the outcome as a text. The clock stands still unless
+/// the script moves it.
 ///
-/// A step is a verb with its words; ";" separates steps. A device is "4711", "4711:Ann_B" ("_" is a space), ":Ann",
-/// "here" for the telephone itself, or "-" for none.
+/// A step is a verb with its words; ";" separates steps. A device is "4711", "4711:Ann_B" ("_" is a space),
+/// ":Ann", "here" for the telephone itself, or "-" for none.
 ///     offers ID    rings ID CALLER    answers ID CALLER    misses ID CALLER                 an incoming call
 ///     dials ID CALLED    ringsAt ID CALLED ALERTING    reaches ID CALLED ANSWERING          an outgoing call
-///     queues ID CALLING CALLED    established ID CALLING CALLED ANSWERING    informs ID DEVICE    member ID DEVICE
-///     diverts ID CALLING CALLED TO    fails ID CALLING CALLED    holds ID [for-transfer]    retrieves ID    clears ID
+///     queues ID CALLING CALLED    established ID CALLING CALLED ANSWERING    informs ID DEVICE
+///     member ID DEVICE    diverts ID CALLING CALLED TO    fails ID CALLING CALLED
+///     holds ID [for-transfer]    retrieves ID    clears ID
 ///     transfers OLD SECONDARY NEW BY TO    conference ID PRIMARY DEVICE SECONDARY DEVICE
-///     passes SECONDS    waits MILLISECONDS    status TEXT    logs LOG NUMBER    set NAME on|off    hardware NUMBER
-/// Events take options: cause=NAME, by=DEVICE (the last redirection), at=DEVICE (of the connection), local=STATE (of the
-/// connection at the telephone), private=TEXT, media=yes.
+///     passes SECONDS    waits MILLISECONDS    status TEXT    logs LOG NUMBER    set NAME on|off
+///     hardware NUMBER
+/// Events take options: cause=NAME, by=DEVICE (the last redirection), at=DEVICE (of the connection),
+/// local=STATE (of the connection at the telephone), private=TEXT, media=yes.
 ///
 /// The thread that plays is the line's strand; the service takes client calls on any thread.
 class SimulatedPhone {
@@ -51,12 +54,13 @@ public:
     void plays(const std::string& script);
     void delivers(CSTAEvent& event) { service().deliverEvent(&event); }
 
-    /// Every occurrence of every list: "missed 4711 Ann, received 4712 01:05", newest first, the lists in the order missed,
-    /// dialled, received, forwarded. Number and name precede, where there is one, the duration, "by" the redirecting party,
-    /// "to" the connected or forwarded-to number, and marks.
+    /// Every occurrence of every list: "missed 4711 Ann, received 4712 01:05", newest first, the lists in the
+    /// order missed, dialled, received, forwarded. Number and name precede, where there is one, the duration,
+    /// "by" the redirecting party, "to" the connected or forwarded-to number, and marks.
     [[nodiscard]] std::string journal();
-    /// The journal, and after a semicolon the live calls: "; 7 out Delivered dialled+remote[4711]". A record under an id
-    /// that no step has named shows as "stray"; conferences and a clearing that is held back show, too.
+    /// The journal, and after a semicolon the live calls: "; 7 out Delivered dialled+remote[4711]". A record
+    /// under an id that no step has named shows as "stray"; conferences and a clearing that is held back
+    /// show, too.
     [[nodiscard]] std::string outcome();
 
     JournalServiceQorvexTel& service();
@@ -115,8 +119,8 @@ private:
     std::unique_ptr<Service, Deleter> m_service;
 };
 
-/// Plays each row's script on telephones of these types: name | script | outcome | outcome on a SIP phone, "=" for the
-/// same.
+/// Plays each row's script on telephones of these types: name | script | outcome | outcome on a SIP phone,
+/// "=" for the same.
 void expectOutcomes(const std::string& text,
                     const std::vector<const char*>& types = {softwareTypes::qorvex, softwareTypes::sip});
 

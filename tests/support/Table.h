@@ -6,8 +6,8 @@
 
 namespace journaltest {
 
-/// The words of `text` between separators, spaces around each dropped; an empty text has none. Several spaces separate as
-/// one does.
+/// The words of `text` between separators, spaces around each dropped; an empty text has none. Several spaces
+/// separate as one does.
 inline std::vector<std::string> split(const std::string& text, char separator) {
     const auto trimmed = [](const std::string& word) {
         const auto first = word.find_first_not_of(' ');
@@ -27,8 +27,8 @@ inline std::vector<std::string> split(const std::string& text, char separator) {
     return words.size() == 1 && words.front().empty() ? std::vector<std::string>() : words;
 }
 
-/// A table of cases written as text: a row a line, "|" between its cells. A line that begins with "+" goes on with the row
-/// above it; empty lines are none. A row that has not so many cells is a mistake in the test.
+/// A table of cases written as text: a row a line, "|" between its cells. A line that begins with "+" goes on
+/// with the row above it; empty lines are none. A row that has not so many cells is a mistake in the test.
 inline std::vector<std::vector<std::string>> table(std::size_t columns, const std::string& text) {
     std::vector<std::string> lines;
     for (const std::string& line : split(text, '\n')) {

@@ -45,8 +45,8 @@ const std::vector<std::string> kWildIds = {"w1", "w2", "w3", "w4", "w5"};
 
 /// A line with random settings on which several calls go on at once, one event after the other.
 ///
-/// Most are simple calls, each of which follows a plan. Between them come wild events with a few call ids. One seed
-/// gives one course.
+/// Most are simple calls, each of which follows a plan. Between them come wild events with a few call ids.
+/// One seed gives one course.
 class RandomLine {
 public:
     explicit RandomLine(unsigned seed)

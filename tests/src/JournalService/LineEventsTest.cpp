@@ -1,4 +1,5 @@
-// Events of the line and not of one call: waiting callbacks, the devices of the phone, entries of the switch's log.
+// Events of the line and not of one call: waiting callbacks, the devices of the phone, entries of the
+// switch's log.
 
 #include <gtest/gtest.h>
 
@@ -101,8 +102,9 @@ TEST_F(LineEvents, OfTheDevicesMoveTheMonitorsAndSayWhoseCallsAreMissed) {
         << "only own lines count";
 }
 
-// Three entries of the switch's log arrive, then a call ends. The columns: system identifier, log, whether the phone
-// is ready before, the entries that the list has at once and after the call, whether the phone is ready then.
+// Three entries of the switch's log arrive, then a call ends. The columns: system identifier, log, whether
+// the phone is ready before, the entries that the list has at once and after the call, whether the phone is
+// ready then.
 TEST(SwitchLogEvents, AreAppliedAtOnceOrWaitInOrderForTheEndOfACall) {
     for (const auto& row : table(7, R"(
 0 | dialledUnanswered | no  | 4723 4724 4722 | 4723 4724 4722 | no  | Norlith Qorvex

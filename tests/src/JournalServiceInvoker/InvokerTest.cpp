@@ -31,11 +31,11 @@ using testing::IsEmpty;
 
 constexpr const char* kComponent = "Journal Service Invoker";
 
-/// Returns the payload as text: "nothing" without one, else its texts: "true", "missed m1 missed m2".
+/// Returns the payload as text: "none" without one, else its texts: "true", "missed m1 missed m2".
 std::string sentBy(const RecordingResponse& response) {
     EXPECT_EQ(response.completions(), 1);
     if (!response.hasPayload()) {
-        return "nothing";
+        return "none";
     }
     std::string texts;
     for (const std::string& word :
@@ -75,14 +75,14 @@ protected:
         newJournal();
         invoker->initInvoker(&framework);
     }
-    /// Selects the behaviour of the journal: "yes", "no", "throws", or "nothing" in its lists.
+    /// Selects the behaviour of the journal: "yes", "no", "throws", or "none" in its lists.
     void newJournal(const std::string& behaviour = "yes") {
         journal = std::make_unique<FakeJournalService>();
         journal->setResponse(behaviour != "no");
         if (behaviour == "throws") {
             journal->setDuring([] { throw std::runtime_error("disk on fire"); });
         }
-        if (behaviour != "nothing") {
+        if (behaviour != "none") {
             journal->lists = {
                 itemsWithIds<MissedCallItem>("m1", "m2"), itemsWithIds<DialledCallItem>("d1", "d2"),
                 itemsWithIds<ReceivedCallItem>("r1", "r2"), itemsWithIds<ForwardedCallItem>("f1", "f2"),
@@ -103,11 +103,11 @@ TEST_F(InvokerTest, CallsTheOperationOfEachMethodAndRespondsOnce) {
         0  | m1       | throws  | getMissedCall(m1)                          | failure
         1  | <ENTRY><EntryId>m9</EntryId></ENTRY> | yes | updateMissedCall(m9) | failure
         2  |          | yes     | getMissedCallList()                        | missed m1 missed m2
-        2  |          | nothing | getMissedCallList()                        |
+        2  |          | none | getMissedCallList()                        |
         3  | e1       | yes     |                                            | failure
         4  | e3 e1 e1 | yes     | setMissedCallListAsViewed({e1, e3})        | true
         4  |          | yes     | setMissedCallListAsViewed({})              | true
-        5  | m1       | yes     | ageMissedCall(m1)                          | nothing
+        5  | m1       | yes     | ageMissedCall(m1)                          | none
         7  | e1 e2    | yes     | deleteMissedCall(e1, false)                | true
         7  | e1       | no      | deleteMissedCall(e1, false)                | failure
         8  | e1 e2    | yes     | deleteMissedCallList({e1, e2})             | true
@@ -132,9 +132,9 @@ TEST_F(InvokerTest, CallsTheOperationOfEachMethodAndRespondsOnce) {
         36 | m1 d1    | yes     | deleteCalls({d1, m1}, false)               | true
         36 | m1 SendDeleteMissedCallRequest=true | yes | deleteCalls({m1}, true) | true
         37 |          | yes     | deleteAllCalls()                           | true
-        38 | Value=x  | no      | setJournalServiceCallLogEventsDisabling(x) | nothing
+        38 | Value=x  | no      | setJournalServiceCallLogEventsDisabling(x) | none
         38 |          | yes     |                                            | failure
-        40 |          | no      | resetUserCalls()                           | nothing
+        40 |          | no      | resetUserCalls()                           | none
         99 | e1       | yes     |                                            | failure
         )")) {
         SCOPED_TRACE("method " + row[0] + " of " + row[1] + ", journal: " + row[2]);
@@ -190,9 +190,9 @@ TEST_F(InvokerTest, FailsWithoutAJournalOrBytes) {
     OtherService other;
     const std::string message = requestOf("7", "m1") + "<EntryId>m2</EntryId>";
     const int length = static_cast<int>(requestOf("7", "m1").size());
-    const auto responseFrom = [this](Executable* target, const char* text, int length) {
+    const auto responseFrom = [this](Executable* target, const char* text, int size) {
         RecordingResponse response;
-        invoker->handleMessage(target, text, length, &response);
+        invoker->handleMessage(target, text, size, &response);
         return sentBy(response);
     };
     for (Executable* const target : {static_cast<Executable*>(nullptr), static_cast<Executable*>(&other)}) {

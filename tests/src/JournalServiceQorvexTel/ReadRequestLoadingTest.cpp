@@ -65,8 +65,8 @@ protected:
     RecordingObserver observer;
 };
 
-// The rows that there are, the limits of the reads, and the log's total: what the first answer brought counts again after
-// the second.
+// The rows that there are, the limits of the reads, and the log's total: the rows of the first response count
+// again after the second.
 TEST_F(ReadRequestLoading, AsksForWhatIsLeftOfTwoHundredRows) {
     int before = 0;
     phone.starts();
@@ -91,9 +91,10 @@ TEST_F(ReadRequestLoading, AsksForWhatIsLeftOfTwoHundredRows) {
     EXPECT_EQ(phone.service().buildXmlElement("a<b", "a<b&c"), "<a<b>a&lt;b&amp;c</a<b>");
 }
 
-// The two answers, of which a number is an entry of that minute; the list afterwards, and the limits of the reads.
-TEST_F(ReadRequestLoading, AFailureLeavesWhatWasThereAndTheOtherAnswerIsAdded) {
-    const auto answer = [](const std::string& cell) {
+// The two responses, of which a number is an entry of that minute; the list afterwards, and the limits of the
+// reads.
+TEST_F(ReadRequestLoading, AFailureKeepsTheListAndTheOtherResponseIsAdded) {
+    const auto response = [](const std::string& cell) {
         journalxml::ListDocument document("Conversations");
         const bool entry = std::isdigit(static_cast<unsigned char>(cell.front())) != 0;
         EXPECT_TRUE(!entry || document.add(missedAt(std::stoi(cell))));
@@ -107,7 +108,7 @@ failed           | 2       | 1002 1001 | 200 200
 empty            | failed  |           | 200 200
 )")) {
         phone.database.setResponse([&](const std::string& document) {
-            return answer(row[document.find("\"Conversations\"") != std::string::npos ? 0 : 1]);
+            return response(row[document.find("\"Conversations\"") != std::string::npos ? 0 : 1]);
         });
         subscribes();
         EXPECT_EQ(numbersOf(phone.missed()), split(row[2], ' ')) << row[0];
@@ -127,7 +128,7 @@ TEST_F(ReadRequestLoading, ACallFromTheOldestEntrysPartyIsMergedIntoItUnlessItWa
     EXPECT_EQ(rows().size(), 250U);
     EXPECT_EQ(phone.missed().size(), 202U);
 
-    // What is gone from the list makes room for what is older.
+    // Older entries take the place of the deleted ones.
     for (const MissedCallItem& item : phone.missed()) {
         phone.service().deleteMissedCall(item.getEntryId(), false);
     }
@@ -215,16 +216,16 @@ TEST_F(ReadRequestLoading, OlderEntriesAreDroppedAndClearedLikeTheRestHereAndAtT
     }
 }
 
-// A load puts an answer that was true when it was given over the lists.
+// A load replaces the lists by a response that is older than some changes.
 TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
     CapturedLog::switchOff();
     FakeDataAccess stored;
     phone.database.setResponse([&stored](const std::string& document) {
-        std::string answer = stored.processRequest(document);
+        std::string response = stored.processRequest(document);
         for (int turn = 0; turn < 100 && document.find("read_request") != std::string::npos; ++turn) {
-            std::this_thread::yield();  // time for a change that the answer does not know of
+            std::this_thread::yield();  // time for a change that the response does not contain
         }
-        return answer;
+        return response;
     });
     phone.starts();
     subscribes();

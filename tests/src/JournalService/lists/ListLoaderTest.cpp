@@ -1,4 +1,5 @@
-// Filling the lists from the database: the lists that are read, and the effect of a failed or an empty response.
+// Filling the lists from the database: the lists that are read, and the effect of a failed or an empty
+// response.
 
 #include <string>
 
@@ -38,7 +39,8 @@ TEST(ListLoader, AsksForEveryListOnceAndForForwardedCallsOnASipPhoneOnly) {
     }
 }
 
-// A failed read keeps the list, an empty or unreadable response empties it; the others are loaded in any case.
+// A failed read keeps the list, an empty or unreadable response empties it; the others are loaded in any
+// case.
 TEST(ListLoader, AppliesTheResponseOfEachListAlone) {
     for (const auto& row : table(3, R"(
 CallLogMissedCalls    | m1 d2 d1 r2 r1 f2 f1 c2 c1 | d2 d1 r2 r1 f2 f1 c2 c1

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/journal-library/ListXml.h"
 #include "tests/support/ListsFixture.h"
 
 namespace journaltest {
@@ -105,30 +104,22 @@ TEST_F(ListReads, UpdateWithAnUnknownMissedItemAddsItInFrontUnderARowOfItsOwn) {
     }
 }
 
-template <typename Item>
-class ListPersistence : public testing::Test {
-protected:
-    [[nodiscard]] std::string rows() const {
-        return joined(entryIdsOf(fixture.database.rows<Item>(kTable)), " ");
-    }
-
-    static constexpr const char* kTable = ListXml<Item>::kTable;
+TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndReportsEachWrite) {
     ListsFixture fixture;
-};
-using StoredItems = testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
-TYPED_TEST_SUITE(ListPersistence, StoredItems);
+    journal::ListPersistence& persistence = fixture.persistence;
+    constexpr const char* kTable = Helper::DAS_CALLLOGRECEIVEDCALLS;
+    const auto rows = [&fixture] {
+        return joined(entryIdsOf(fixture.database.rows<ReceivedCallItem>(kTable)), " ");
+    };
+    const auto reportsWrite = [&fixture] { return std::exchange(fixture.writes, 0) > 0; };
+    auto first = itemOf<ReceivedCallItem>("e1", "", {{"4711", kOlder}});
+    auto second = itemOf<ReceivedCallItem>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
 
-TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndReportsEachWrite) {
-    journal::ListPersistence& persistence = this->fixture.persistence;
-    const auto reportsWrite = [this] { return std::exchange(this->fixture.writes, 0) > 0; };
-    auto first = itemOf<TypeParam>("e1", "", {{"4711", kOlder}});
-    auto second = itemOf<TypeParam>("e2", "77", {{"4712", kOlder}});  // the row of which is gone
-
-    this->fixture.database.setFailing(true);
+    fixture.database.setFailing(true);
     persistence.update(first, journal::RequestType::eWrite);
     EXPECT_EQ(first.getUniqueId() + persistence.lastUniqueId(), "");
     EXPECT_FALSE(reportsWrite());
-    this->fixture.database.setFailing(false);
+    fixture.database.setFailing(false);
     persistence.update(first, journal::RequestType::eWrite);
     persistence.update(second, journal::RequestType::eDelete);
     EXPECT_EQ(second.getUniqueId(), "77");
@@ -138,16 +129,16 @@ TYPED_TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndReportsEachWrite) {
     first.setEntryId("e3");
     persistence.update(first, journal::RequestType::eWrite);
     EXPECT_TRUE(reportsWrite()) << "the row is an old one, but what it says is new";
-    EXPECT_EQ(this->rows(), "e3 e2");
+    EXPECT_EQ(rows(), "e3 e2");
 
-    persistence.updateEntries("", journal::RequestType::eDelete, this->kTable);
-    EXPECT_EQ(this->rows(), "e3 e2") << "no entries are not all entries";
+    persistence.updateEntries("", journal::RequestType::eDelete, kTable);
+    EXPECT_EQ(rows(), "e3 e2") << "no entries are not all entries";
     persistence.update(first, journal::RequestType::eDelete);
-    EXPECT_EQ(this->rows(), "e2");
-    persistence.template clearTable<TypeParam>();
-    EXPECT_EQ(this->rows(), "");
+    EXPECT_EQ(rows(), "e2");
+    persistence.clearTable<ReceivedCallItem>();
+    EXPECT_EQ(rows(), "");
     static_cast<void>(reportsWrite());
-    persistence.template clearTable<TypeParam>();
+    persistence.clearTable<ReceivedCallItem>();
     EXPECT_FALSE(reportsWrite()) << "there was nothing to delete";
 }
 

@@ -75,8 +75,8 @@ protected:
 //     set           the new state is stored                 stays         the old state is kept
 //     filed         filed by the new state, and removed     closed        filed by the old state, and removed
 //     wrong         refused as a wrong transition           unexpected    refused as an unexpected state
-// Of a cell's two outcomes the second is, for Established, that of an outgoing call that counts as incoming, and for Forwarded
-// that of any other outgoing call, except under Crest.
+// Of a cell's two outcomes the second is, for Established, that of an outgoing call that counts as incoming,
+// and for Forwarded that of any other outgoing call, except under Crest.
 TEST_F(CallTrackerTest, FollowsTheMatrixOfStates) {
     const struct {
         const char* name;

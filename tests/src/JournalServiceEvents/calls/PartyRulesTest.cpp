@@ -1,5 +1,6 @@
-// The way of the parties of events into a call's record, by each flavour's rules. A row is a course of events, each as
-// "in|out STATE REMOTE [DIVERTED]" ("_" is a space in a name), and what is known of the call in the end.
+// The way of the parties of events into a call's record, by each flavour's rules. A row is a course of
+// events, each as "in|out STATE REMOTE [DIVERTED]" ("_" is a space in a name), and what is known of the call
+// in the end.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +17,8 @@ using journal::Call;
 using journaltest::deviceOf;
 using journaltest::split;
 
-/// Returns the parties of a new record after the events; "cti" after the parties is the mark of a call that an application placed.
+/// Returns the parties of a new record after the events; "cti" after the parties is the mark of a call that
+/// an application placed.
 std::string partiesAfter(const std::string& events, bool sip, const std::string& callId = "7") {
     Call call(Call::eIncoming, callId, 0);
     for (const std::string& event : split(events, ';')) {
@@ -41,7 +43,7 @@ TEST(PartyRulesQorvex, KeepWhatIsKnownAndLetADivertedPartyWin) {
 a later number does not replace | in Delivered 4711:Ann; in Delivered 4712:Bob | remote[4711 Ann]
 a later name fills in           | in Delivered 4711; in Delivered 4711:Ann | remote[4711 Ann]
 another party's name does not   | in Delivered 4711; in Delivered 4712:Bob | remote[4711]
-answered by nobody named        | in Delivered 4711:Ann; in Established | remote[4711 Ann] connected[4711]
+answered by an unnamed party    | in Delivered 4711:Ann; in Established | remote[4711 Ann] connected[4711]
 diverted                        | in Forwarded 4712:Bob 4711:Ann | remote[4711 Ann] connected[4712 Bob]
 diverted replaces another       | in Delivered 4711; in Forwarded 4712:Bob 4713:Cyd | remote[4713 Cyd] connected[4712 Bob]
 diverted keeps its name         | in Delivered 4711:Ann; in Forwarded 4712 4711:A.S. | remote[4711 Ann] connected[4712]
@@ -75,7 +77,7 @@ forwarded: the reported party becomes remote | out Delivered 4711:Ann; out Forwa
 forwarded without names: the names stay | out Delivered 4711:Ann; out Established 4711:Ann; out Forwarded 4713 4712
 +   | dialled[4711] called[4711 Ann] remote[4713 Ann] connected[4712 Ann]
 failed goes the same way | out Delivered 4711:Ann; out Failed 4713:Cyd 4712 | called[4711 Ann] remote[4713 Cyd] connected[4712]
-forwarded, nobody knows where | out Originated 4711; out Forwarded 4712:Bob | dialled[4711] called+remote[4712 Bob]
+forwarded to an unknown party | out Originated 4711; out Forwarded 4712:Bob | dialled[4711] called+remote[4712 Bob]
 dialling again is as any other event | out Originated 4711; out Originated 4712:Bob | dialled[4711] called+remote[4712 Bob]
 another party while both are the same | out Delivered 4711:Ann; out Delivered 4712:Bob | called+remote[4711 Ann]
 a changed name of the same party | out Delivered 4711:Ann; out Delivered 4711:A.S. | called+remote[4711 A.S.]

@@ -1,51 +1,30 @@
 #include <chrono>
-#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "src/JournalServiceEvents/configuration/VisitorCallLog.h"
 #include "tests/src/JournalServiceEvents/configuration/ConfigurationFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
 
-/// A phone with a visitor call log.
-class VisitorPhone : public ConfigurationFixture {
-public:
-    VisitorPhone() { platform.m_mobilityService = &mobility; }
-    /// Creates the component; the fake platform does not start its first timer.
-    void startLog() {
-        log.emplace(platform, settings, *this);
-        log->createFirstTimer(phoneValues);
-    }
-    [[nodiscard]] int firstTimer() const { return log->getAutoSaveVisitorCallLogToVantorTimerId(); }
-    void timerEvent(int id) override { log->onTimer(id); }
-
-    FakeMobility mobility;
-    std::optional<journal::VisitorCallLog> log;
-};
-
 TEST(VisitorCallLog, IsFirstSavedAfterAnHourAndMoreByTheMacAddress) {
-    VisitorPhone phone;
-    phone.startLog();
-    EXPECT_EQ(phone.firstTimer(), -1) << "there is no address";
     for (const auto& row : table(2, R"(
 00:1a:e8:00:00:ff | 3570000
 zz                | 0
 0-1-2-3-4-f       | 0
 )")) {
+        ConfigurationFixture phone;
+        phone.visitorCallLog.createFirstTimer(phone.phoneValues);
+        EXPECT_EQ(phone.visitorCallLog.getAutoSaveVisitorCallLogToVantorTimerId(), -1) << "no address";
         phone.management.set("mac-addr", row[0]);
-        phone.startLog();
-        EXPECT_EQ(phone.context.lengthOf(phone.firstTimer()),
+        phone.visitorCallLog.createFirstTimer(phone.phoneValues);
+        EXPECT_EQ(phone.context.lengthOf(phone.context.timers().front()),
                   std::chrono::milliseconds(3600000 + std::stoi(row[1])))
             << row[0];
+        EXPECT_TRUE(phone.context.runningTimers().empty());
     }
-    EXPECT_TRUE(phone.context.runningTimers().empty());
-    phone.context.refuseTimers();
-    phone.startLog();
-    EXPECT_EQ(phone.firstTimer(), -1);
 }
 
 // Phone | steps; a number advances the clock by hours | attempted saves | a save is pending at the end
@@ -60,16 +39,18 @@ Norlith Qorvex 2 | written 3               | 0 | yes
 Norlith SIP      | written 3               | 0 | yes
 )")) {
         SCOPED_TRACE(row[0] + ": " + row[1]);
-        VisitorPhone phone;
+        FakeMobility mobility;
+        ConfigurationFixture phone;
+        phone.platform.m_mobilityService = &mobility;
         phone.phoneIs(row[0]);
         phone.management.set("mac-addr", "00");
-        phone.startLog();
-        phone.context.startTimer(phone.firstTimer());
+        phone.visitorCallLog.createFirstTimer(phone.phoneValues);
+        phone.context.startTimer(phone.context.timers().front());
         for (const std::string& step : split(row[1], ' ')) {
             if (step == "written") {
-                phone.log->setSavePending();
+                phone.visitorCallLog.setSavePending();
             } else if (step == "fails" || step == "works") {
-                phone.mobility.grants = step == "works";
+                mobility.grants = step == "works";
             } else if (step == "missing") {
                 phone.platform.m_mobilityService = nullptr;
             } else if (step == "refuse") {
@@ -81,11 +62,9 @@ Norlith SIP      | written 3               | 0 | yes
                 phone.context.advance(std::chrono::hours(std::stoi(step)));
             }
         }
-        EXPECT_EQ(phone.mobility.saves, std::stoi(row[2]));
-        EXPECT_EQ(phone.log->isSavePending(), row[3] == "yes");
+        EXPECT_EQ(mobility.saves, std::stoi(row[2]));
+        EXPECT_EQ(phone.visitorCallLog.isSavePending(), row[3] == "yes");
         EXPECT_LE(phone.context.timers().size(), 1U) << "the hourly timer takes the place of the first";
-        phone.log.reset();
-        EXPECT_TRUE(phone.context.timers().empty());
     }
 }
 

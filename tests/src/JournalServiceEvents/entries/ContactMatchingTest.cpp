@@ -58,7 +58,7 @@ first names differ                | Adams, Ann,     | Adams, Amy,      | no
     }
 }
 
-TEST(ContactMatching, FindsNobodyInAnItemWithoutOccurrences) {
+TEST(ContactMatching, FindsNoPartyInAnItemWithoutOccurrences) {
     const Contact anonymous;
     EXPECT_FALSE(journal::contactMatchesMissedCall(MissedCallItem(), anonymous, ""));
     EXPECT_FALSE(journal::contactMatchesReceivedCall(ReceivedCallItem(), anonymous));

@@ -1,4 +1,4 @@
-// The road that every call goes into its list, for all four lists: a new item, a merge, names, limits, the
+// The path of every call into its list, for all four lists: a new item, a merge, names, limits, the
 // database and the observers.
 
 #include <string>
@@ -37,7 +37,7 @@ protected:
     }
     [[nodiscard]] std::vector<Item> items() { return fixture.template items<Item>(); }
 
-    /// What an observer hears; a missed call says the number of unviewed ones first.
+    /// The update for an observer; of a missed call the number of unviewed ones comes first.
     [[nodiscard]] static std::string announced(const std::string& entryId, const std::string& uniqueId,
                                                int action, int unviewed) {
         return (kMissed ? "missedCount(" + std::to_string(unviewed) + "); " : "") + kUpdate + "(" + entryId +
@@ -93,18 +93,6 @@ TYPED_TEST(EntryCreation, PutsANewPartyInFrontAndMergesACallOfAKnownOneIntoItsIt
     this->filesLater("4711", "Amy");
     EXPECT_EQ(this->items()[0].getSurname(), TestFixture::kDialled ? "Ann" : "Amy")
         << "a dialled entry keeps the names that it was made with";
-}
-
-TYPED_TEST(EntryCreation, KeepsOneRowWhenTheFirstWriteFailed) {
-    this->fixture.database.setFailing(true);
-    EXPECT_TRUE(this->files("4711"));
-    EXPECT_EQ(this->items().size(), 1U);
-    EXPECT_FALSE(this->fixture.heard().empty());
-    this->fixture.database.setFailing(false);
-    this->filesLater("4711");
-    this->filesLater("4711");
-    EXPECT_EQ(this->fixture.databaseContents().size(), 1U);
-    EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());
 }
 
 TYPED_TEST(EntryCreation, ShowsThePhonebooksNameAndPictureElseTheNameThatTheSwitchSent) {
@@ -199,7 +187,7 @@ TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheS
     this->fixture.phoneIs(softwareTypes::qorvex, 2);
     this->files("4711");
 
-    const bool limited = !TestFixture::kDialled;  // dialling one number more cuts nothing short
+    const bool limited = !TestFixture::kDialled;  // the dialled list has no limit for one more number
     EXPECT_EQ(this->items().size(), limited ? 1000U : 1001U);
     EXPECT_EQ(this->items().back().getEntryId(), limited ? "e999" : "e1000");
     EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());

@@ -86,15 +86,5 @@ TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMark
     }
 }
 
-TEST(ForwardedMissedRule, LetsEverythingInWithoutAClock) {
-    EntriesFixture fixture;
-    fixture.settings.change([](journal::SettingsSnapshot& values) { values.m_serverBasedFeatures = true; });
-    fixture.clock.adoptClock(nullptr);
-    fixture.files<ForwardedCallItem>("4711");
-    EXPECT_TRUE(fixture.files<MissedCallItem>("4711"));
-    EXPECT_TRUE(fixture.files<ForwardedCallItem>("4711"));
-    EXPECT_EQ(fixture.items<MissedCallItem>().size(), 1U);
-}
-
 }  // namespace
 }  // namespace journaltest

@@ -1,4 +1,4 @@
-// What each list has of its own when a call is filed: duplicates, missed calls that are not logged, lines,
+// The rules of each list when a call is filed: duplicates, missed calls that are not logged, lines,
 // viewed marks, dialled numbers, durations, and the missed entry that goes when its party is called back.
 
 #include <string>
@@ -87,7 +87,7 @@ TEST_F(MissedCalls, LoseTheFirstEntryOfAPartyThatIsCalledBack) {
     fixture.files<MissedCallItem>("", "Bob");
     missesOnLine("4711", "A");
     fixture.forget();
-    fixture.entries.deleteMissedEntryOf("4711", "whoever");
+    fixture.entries.deleteMissedEntryOf("4711", "Ann");
     EXPECT_EQ(missed(), "Bob, 4711") << "one entry at most";
     EXPECT_EQ(fixture.heard(), "missedCount(2); missed(-, -, 3)");
     EXPECT_EQ(fixture.written(), "delete MissedCalls 3");
@@ -157,15 +157,6 @@ sip    | 0-1 2 -        | 2 Adams, found by 2
             << row[0] << ": " << row[1];
         EXPECT_EQ(info.getFeatureAccessCode(), info.getNumber() == "*61");
     }
-}
-
-TEST_F(DialledCalls, ReportedTwiceByOneCallAreIgnored) {
-    auto details = fixture.callFrom<DialledCallItem>("4711");
-    EXPECT_TRUE(fixture.file<DialledCallItem>(details));
-    EXPECT_FALSE(fixture.file<DialledCallItem>(details));
-    details.callId = "another";
-    EXPECT_TRUE(fixture.file<DialledCallItem>(details))
-        << "the same number at the same time, but another call";
 }
 
 TEST_F(DialledCalls, GoWithoutPhonebookAndDigits) {

@@ -33,7 +33,7 @@ void refuse(CSTARequest& request) {
 TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
     MonitorsFixture fixture;
     const std::string longest(19, 'x');
-    fixture.exchange.answer(Kind::eMonitorStart, [&longest](CSTARequest& request) {
+    fixture.exchange.respond(Kind::eMonitorStart, [&longest](CSTARequest& request) {
         request.setOutcome(0, std::make_unique<CSTAMonitorStartResponse>(longest));
     });
     EXPECT_FALSE(fixture.monitors.stopMonitoringBluetoothEvents()) << "nothing to stop";
@@ -41,17 +41,17 @@ TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
     EXPECT_EQ(fixture.exchange.lastFilter(), CSTAMonitorFilter());
     fixture.monitors.stopMonitoringBluetoothEvents();
     fixture.monitors.startQorvexEvents();
+    EXPECT_EQ(fixture.exchange.lastReceiver(), &fixture);
     fixture.monitors.stopQorvexEvents();
     fixture.monitors.stopQorvexEvents();
     EXPECT_EQ(fixture.monitors.startCSTAMonitor("2002"), longest);
-    fixture.exchange.answer(Kind::eMonitorStart, refuse<CSTAEscapeResponse>);
+    fixture.exchange.respond(Kind::eMonitorStart, refuse<CSTAEscapeResponse>);
     EXPECT_EQ(fixture.monitors.startCSTAMonitor("2002"), "ERROR");
     EXPECT_EQ(fixture.exchange.lastFilter(), CSTAMonitorFilter());
     fixture.monitors.stopCSTAMonitor("5");
     EXPECT_EQ(fixture.exchange.asked(), "start bluetoothDeviceID; stop " + longest +
                                             "; start localDeviceID; stop " + longest +
                                             "; stop ; start 2002; start 2002; stop 5");
-    EXPECT_EQ(fixture.exchange.lastReceiver(), &fixture);
     fixture.forget();
     fixture.phoneIs(softwareTypes::sip);
     fixture.monitors.changeMonitorFilter();
@@ -83,16 +83,16 @@ TEST(CstaMonitors, KeepTheirStateAfterAFailedResponseAndCanBeRetried) {
     for (const auto& operation : operations) {
         SCOPED_TRACE(operation.name);
         const Kind kind = operation.starts ? Kind::eMonitorStart : Kind::eMonitorStop;
-        for (const FakeCstaService::Answer& bad :
-             {FakeCstaService::Answer([](CSTARequest& request) { request.setOutcome(7, nullptr); }),
-              FakeCstaService::Answer(refuse<CSTAEscapeResponse>),
-              FakeCstaService::Answer(operation.starts ? refuse<CSTAMonitorStartResponse>
-                                                       : refuse<CSTAMonitorStopResponse>)}) {
-            fixture.exchange.answer(kind, bad);
+        for (const FakeCstaService::Response& bad :
+             {FakeCstaService::Response([](CSTARequest& request) { request.setOutcome(7, nullptr); }),
+              FakeCstaService::Response(refuse<CSTAEscapeResponse>),
+              FakeCstaService::Response(operation.starts ? refuse<CSTAMonitorStartResponse>
+                                                         : refuse<CSTAMonitorStopResponse>)}) {
+            fixture.exchange.respond(kind, bad);
             EXPECT_FALSE((monitors.*operation.run)());
             EXPECT_EQ((monitors.*operation.isOn)(), !operation.starts);
         }
-        fixture.exchange.answer(kind, {});
+        fixture.exchange.respond(kind, {});
         EXPECT_TRUE((monitors.*operation.run)());
         EXPECT_EQ((monitors.*operation.isOn)(), operation.starts);
     }

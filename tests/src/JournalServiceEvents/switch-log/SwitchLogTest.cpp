@@ -1,5 +1,5 @@
-// The call log that the switch keeps: what each of its events does in the lists, which call a deletion takes, and that
-// nothing of it is sent back to the switch.
+// The call log that the switch keeps: what each of its events does in the lists, which call a deletion takes,
+// and that no request follows to the switch.
 
 #include <regex>
 
@@ -158,7 +158,8 @@ struct PhoneWithCalls : Phone {
     }
 };
 
-// Times of an entry without a zone are in the phone's, which is an hour and a half ahead, unless they are in ISO 8601.
+// Times of an entry without a zone are in the phone's, which is an hour and a half ahead, unless they are in
+// ISO 8601.
 TEST(CallLogRemoval, TakesTheFirstCallOfTheNumberThatIsNotLater) {
     for (const auto& row : table(4, R"(
 4711 | iso   | 2026-11-25T07:59:59Z      | 4711:25,23 4712:24,00 g4711:22,20
