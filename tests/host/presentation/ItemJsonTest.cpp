@@ -6,56 +6,31 @@
 
 #include "host/presentation/ItemCsv.h"
 #include "host/presentation/ListName.h"
+#include "tests/support/RandomItems.h"
 
 namespace host {
 namespace {
 
-template <typename Info>
-Info call(const std::string& number, const std::string& time = "") {
-    Info info;
-    info.setNumber(number);
-    info.setTimeAndDate(time);
-    return info;
-}
+using journaltest::counted;
 
-TEST(ItemJson, AMissedItemIsWrittenWithEveryFieldAndItsNewestCallFirst) {
-    MissedCallItem item;
-    item.setEntryId("2026-11-21T05:22:05Z0000002A");
-    item.setFirstname("Ann");
-    item.setSurname("M\xfcller \"x\"\n");
-    item.setUniqueId("17");
-    item.setPictureClip("ann.png");
-    item.addCallInfoToList(call<MissedCallItem::MissedCallInfo>("4710", "2026-11-20T05:00:00Z"));
-    auto newest = call<MissedCallItem::MissedCallInfo>("4711", "2026-11-21T05:22:05Z");
-    newest.setConnectedNumber("4712");
-    newest.setRedirectingNumber("2009");
-    newest.setRedirectingName("Desk");
-    newest.setLineKey("3");
-    newest.setCompletedElsewhere(true);
-    item.addCallInfoToList(newest);
+TEST(ItemJson, AnItemIsWrittenWithEveryFieldAndItsNewestCallFirst) {
+    auto missed = counted<MissedCallItem>();
+    missed.setSurname("M\xfcller \"x\"\n");
+    missed.addCallInfoToList(MissedCallItem::MissedCallInfo());
+    EXPECT_EQ(jsonText(itemJson(missed)),
+              R"({"entryId":"t1","uniqueId":"t4","list":"missed","firstName":"t2",)"
+              "\"surname\":\"M\xef\xbf\xbdller \\\"x\\\"\\n\","
+              R"("picture":"t5","number":"","time":"","viewed":true,)"
+              R"("occurrences":[{"number":"","connectedNumber":"","time":"","redirectingNumber":"",)"
+              R"("redirectingName":"","lineKey":"","completedElsewhere":false},)"
+              R"({"number":"t7","connectedNumber":"t8","time":"t11","redirectingNumber":"t17",)"
+              R"("redirectingName":"t18","lineKey":"t24","completedElsewhere":true}]})");
+    const auto dialled = itemJson(counted<DialledCallItem>());
     EXPECT_EQ(
-        jsonText(itemJson(item)),
-        R"({"entryId":"2026-11-21T05:22:05Z0000002A","uniqueId":"17","list":"missed","firstName":"Ann",)"
-        "\"surname\":\"M\xef\xbf\xbdller \\\"x\\\"\\n\","
-        R"("picture":"ann.png","number":"4711","time":"2026-11-21T05:22:05Z","viewed":false,)"
-        R"("occurrences":[{"number":"4711","connectedNumber":"4712","time":"2026-11-21T05:22:05Z",)"
-        R"("redirectingNumber":"2009","redirectingName":"Desk","lineKey":"3","completedElsewhere":true},)"
-        R"({"number":"4710","connectedNumber":"","time":"2026-11-20T05:00:00Z","redirectingNumber":"",)"
-        R"("redirectingName":"","lineKey":"","completedElsewhere":false}]})");
-}
-
-TEST(ItemJson, ADialledItemHasItsOwnMembersAndAnItemWithoutCallsIsAnObject) {
-    DialledCallItem dialled;
-    dialled.setJournalSeviceGroupBy("4711");
-    auto info = call<DialledCallItem::DialledCallInfo>("*61");
-    info.setDuration("00:07");
-    info.setSubstituteNumber("4711");
-    info.setFeatureAccessCode(true);
-    dialled.addCallInfoToList(info);
-    EXPECT_EQ(jsonText(itemJson(dialled).at("occurrences").at(0)),
-              R"({"number":"*61","connectedNumber":"","time":"","redirectingNumber":"","redirectingName":"",)"
-              R"("duration":"00:07","substituteNumber":"4711","featureAccessCode":true})");
-    EXPECT_EQ(itemJson(dialled).at("groupBy"), "4711");
+        jsonText(dialled.at("occurrences").at(0)),
+        R"({"number":"t7","connectedNumber":"t8","time":"t11","redirectingNumber":"t17",)"
+        R"("redirectingName":"t18","duration":"t23","substituteNumber":"t24","featureAccessCode":true})");
+    EXPECT_EQ(dialled.at("groupBy"), "t26");
     EXPECT_EQ(jsonText(itemJson(ReceivedCallItem()).at("occurrences")), "[]");
 }
 
@@ -70,24 +45,14 @@ TEST(ItemJson, ACallbackNamesItsKinds) {
 }
 
 TEST(ItemCsv, QuotesCellsAndDefusesFormulas) {
-    const std::pair<std::string, std::string> rows[] = {
-        {"a, \"b\"", "\"a, \"\"b\"\"\""},
-        {"two\r\nlines", "\"two\r\nlines\""},
-        {"=1+1", "'=1+1"},
-        {"@SUM", "'@SUM"},
-        {"-\"x\"", "\"'-\"\"x\"\"\""},
-        {"\t=1", "\"'\t=1\""},
-        {"'tis", "''tis"},
-        {"a=b", "a=b"},
-        {"M\xfcller\x1b", "M\uFFFDller\uFFFD"},
-    };
-    for (const auto& [name, cell] : rows) {
-        CallBackItem item;
-        item.setSurname(name);
-        item.setNumber("+49");
-        EXPECT_EQ(csvRows(ListName::eCallbacks, itemJson(item)),
-                  ",," + cell + ",'+49,unknown,,unknown,unknown,\r\n");
-    }
+    CallBackItem item("a, \"b\"", "two\r\nlines", "=1+1", "@SUM", {}, "-\"x\"", {}, {}, "\t=1");
+    EXPECT_EQ(
+        csvRows(ListName::eCallbacks, itemJson(item)),
+        "\"a, "
+        "\"\"b\"\"\",\"two\r\nlines\",'=1+1,'@SUM,unknown,\"'-\"\"x\"\"\",unknown,unknown,\"'\t=1\"\r\n");
+    item = CallBackItem("'tis", "a=b", "M\xfcller\x1b", "+49", {}, "", {}, {}, "");
+    EXPECT_EQ(csvRows(ListName::eCallbacks, itemJson(item)),
+              "''tis,a=b,M\uFFFDller\uFFFD,'+49,unknown,,unknown,unknown,\r\n");
 }
 
 }  // namespace

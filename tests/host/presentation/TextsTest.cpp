@@ -15,12 +15,6 @@ namespace {
 
 using Observer = JournalServiceObserverIfc;
 
-/// A text and its result.
-struct Row {
-    std::string text;
-    std::string shown;
-};
-
 template <typename Item, typename Info>
 Item ann(Info info) {
     Item item;
@@ -33,38 +27,39 @@ Item ann(Info info) {
 
 TEST(ChangeText, DescribesACallOrAChangeOfAList) {
     auto missed = ann<MissedCallItem>(MissedCallItem::MissedCallInfo());
-    auto viewed = missed;
-    viewed.setViewed(true);
     const auto dialled = ann<DialledCallItem>(DialledCallItem::DialledCallInfo());
     ReceivedCallItem::ReceivedCallInfo lasting;
     lasting.setDuration("01:01");
-    const auto forwarded = ann<ForwardedCallItem>(ForwardedCallItem::ForwardedCallInfo());
     ForwardedCallItem::ForwardedCallInfo away;
     away.setForwardedToNumber("2002");
-    const std::vector<Row> rows{
-        {describeChange(missed, Observer::eItemUpdated), "missed call from Änne Müller-Łuczak (4711)"},
-        {describeChange(viewed, Observer::eItemUpdated),
-         "missed call from Änne Müller-Łuczak (4711) was viewed"},
-        {describeChange(dialled, Observer::eItemUpdated), "dialled Änne Müller-Łuczak (4711)"},
-        {describeChange(ann<ReceivedCallItem>(lasting), Observer::eItemAdded),
-         "received call from Änne Müller-Łuczak (4711), 01:01"},
-        {describeChange(forwarded, Observer::eItemAdded), "forwarded call from Änne Müller-Łuczak (4711)"},
-        {describeChange(ann<ForwardedCallItem>(away), Observer::eItemAdded),
-         "forwarded call from Änne Müller-Łuczak (4711) to 2002"},
-        {describeChange(MissedCallItem(), Observer::eItemAdded), "missed call from unknown"},
-        {describeChange(ForwardedCallItem(), Observer::eItemAdded), "forwarded call from unknown"},
-        {describeChange(MissedCallItem(), Observer::eItemDeleted), "a missed call was deleted"},
-        {describeChange(DialledCallItem(), Observer::eListCleared), "the dialled calls were cleared"},
-        {describeChange(ReceivedCallItem(), Observer::eListChanged), "the received calls changed"},
-        {describeChange(ForwardedCallItem(), 99), "the forwarded calls changed"},
-        {describeChange(CallBackItem(), Observer::eItemDeleted), "a callback was deleted"},
-        {describeMissedCount(0), "no new missed calls"},
-        {describeMissedCount(1), "1 new missed call"},
-        {describeCallbackCount(2), "2 callbacks"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(row.text, row.shown);
+    std::string texts = describeChange(missed, Observer::eItemUpdated);
+    missed.setViewed(true);
+    for (const std::string& text :
+         {describeChange(missed, Observer::eItemUpdated), describeChange(dialled, Observer::eItemUpdated),
+          describeChange(ann<ReceivedCallItem>(lasting), Observer::eItemAdded),
+          describeChange(ann<ForwardedCallItem>(away), Observer::eItemAdded),
+          describeChange(ForwardedCallItem(), Observer::eItemAdded),
+          describeChange(MissedCallItem(), Observer::eItemDeleted),
+          describeChange(DialledCallItem(), Observer::eListCleared),
+          describeChange(ReceivedCallItem(), Observer::eListChanged), describeChange(ForwardedCallItem(), 99),
+          describeChange(CallBackItem(), Observer::eItemDeleted), describeMissedCount(0),
+          describeMissedCount(1), describeCallbackCount(2)}) {
+        texts += "\n" + text;
     }
+    EXPECT_EQ(texts, R"(missed call from Änne Müller-Łuczak (4711)
+missed call from Änne Müller-Łuczak (4711) was viewed
+dialled Änne Müller-Łuczak (4711)
+received call from Änne Müller-Łuczak (4711), 01:01
+forwarded call from Änne Müller-Łuczak (4711) to 2002
+forwarded call from unknown
+a missed call was deleted
+the dialled calls were cleared
+the received calls changed
+the forwarded calls changed
+a callback was deleted
+no new missed calls
+1 new missed call
+2 callbacks)");
 }
 
 TEST(ItemSearch, FindsNamesAndNumbersInAnyCaseAndBytes) {
@@ -91,57 +86,36 @@ TEST(ItemSearch, FindsNamesAndNumbersInAnyCaseAndBytes) {
 }
 
 TEST(PlainText, EscapesWhatControlsATerminal) {
-    const std::vector<Row> rows{
-        {"Ann Müller", "Ann Müller"},
-        {"two\nlines\r\n", "two\\nlines\\r\\n"},
-        {"\x1b[31mred", "\\x1b[31mred"},
-        {std::string("nul\0byte", 8), "nul\\x00byte"},
-        {"\x7f", "\\x7f"},
-        {"M\xfcller", "M\\xfcller"},
-        {"half \xe2\x82", "half \\xe2\\x82"},
-        {"\u009b[31m", "\\xc2\\x9b[31m"},
-        {"line\u2028separator", "line\\xe2\\x80\\xa8separator"},
-        {"\u202eturned", "\\xe2\\x80\\xaeturned"},
-        {"日本 😀", "日本 😀"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(printable(row.text), row.shown);
-    }
+    EXPECT_EQ(
+        printable("Ann Müller 日本 😀 two\nlines\r\n \x1b[31mred \x7f M\xfcller \u009b[31m half \xe2\x82"),
+        "Ann Müller 日本 😀 two\\nlines\\r\\n \\x1b[31mred \\x7f M\\xfcller \\xc2\\x9b[31m half \\xe2\\x82");
+    EXPECT_EQ(printable(std::string("nul\0byte", 8) + " line\u2028separator \u202eturned"),
+              "nul\\x00byte line\\xe2\\x80\\xa8separator \\xe2\\x80\\xaeturned");
 }
 
 TEST(PlainText, FillsColumnsAsATerminalDoes) {
-    EXPECT_EQ(displayWidth("Mu\u0308ller"), 6U);
-    EXPECT_EQ(displayWidth("日本😀"), 6U);
-    EXPECT_EQ(padded("日本", 6), "日本  ");
-    EXPECT_EQ(padded("longer", 3), "longer");
-    EXPECT_EQ(shortened("Müller", 6), "Müller");
-    EXPECT_EQ(shortened("Mu\u0308ller", 4), "Mu\u0308l…");
-    EXPECT_EQ(shortened("日本語", 5), "日本…");
-    EXPECT_EQ(shortened("日本語", 4), "日…");
-    EXPECT_EQ(shortened("日本語", 1), "…");
+    EXPECT_EQ(padded("日本", 6) + padded("longer", 3) + padded("Mu\u0308ller", 7),
+              "日本  longerMu\u0308ller ");
+    const std::pair<std::string, std::size_t> rows[] = {
+        {"Müller", 6}, {"Mu\u0308ller", 4}, {"日本語", 5}, {"日本語", 4}, {"日本語", 1}};
+    std::string all;
+    for (const auto& [text, width] : rows) {
+        all += shortened(text, width) + " ";
+    }
+    EXPECT_EQ(all, "Müller Mu\u0308l… 日本… 日… … ");
 }
 
 TEST(PlainText, ShowsTimesInTheZoneOfTheUserAndOtherTextsUnchanged) {
     ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
     ::tzset();
-    const std::vector<Row> rows{
-        {"2026-11-21T05:22:05Z", "2026-11-21 06:22:05"},
-        {"2026-07-21T23:22:05Z", "2026-07-22 01:22:05"},
-        {"", ""},
-        {"2026-11-21", "2026-11-21"},
-        {"2026-11-21T05:22:05Z and more", "2026-11-21T05:22:05Z and more"},
-        {"2026-13-21T05:22:05Z", "2026-13-21T05:22:05Z"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(localTime(row.text), row.shown);
+    EXPECT_EQ(localTime("2026-11-21T05:22:05Z") + localTime("2026-07-21T23:22:05Z"),
+              "2026-11-21 06:22:052026-07-22 01:22:05");
+    for (const char* const text :
+         {"", "2026-11-21", "2026-11-21T05:22:05Z and more", "2026-13-21T05:22:05Z"}) {
+        EXPECT_EQ(localTime(text), text);
     }
     ::unsetenv("TZ");
     ::tzset();
-}
-
-TEST(PlainText, NamesAPartyByItsNonEmptyParts) {
-    EXPECT_EQ(partyText("Ann", "", "") + partyText("", "", "12") + partyText("", "4711", "4711"),
-              "Ann124711");
 }
 
 }  // namespace
