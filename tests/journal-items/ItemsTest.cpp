@@ -40,6 +40,9 @@ TYPED_TEST(CallListItem, KeepsTheNewestTenCallsInFrontButTakesAWholeListAsItIs) 
     setOccurrences(item, occurrences);
     EXPECT_EQ(occurrencesOf(item).size(), 25U);
     EXPECT_EQ(timesAfter("12"), "12 11 10 9 8 7 6 5 4 3 ");
+    auto same = counted<TypeParam>();
+    same.setEntryId("entry");
+    EXPECT_TRUE(static_cast<const CallItem&>(item) == same) << "the entry id alone decides";
 }
 
 /// The same value for every field, but another one for the field that is filled as the `other`-th.
