@@ -69,8 +69,6 @@ public:
 
     void resync() { m_feed.resync(); }
 
-    [[nodiscard]] const Router& routes() const noexcept { return m_router; }
-
 private:
     HttpResponse events(const HttpRequest& request) {
         HttpResponse response;
@@ -128,10 +126,6 @@ void HttpApi::stop() {
 
 void HttpApi::resync() {
     m_impl->resync();
-}
-
-const Router& HttpApi::routes() const noexcept {
-    return m_impl->routes();
 }
 
 }  // namespace host

@@ -18,7 +18,6 @@ class Database;
 class LocalManagement;
 class Metrics;
 class Phonebook;
-class Router;
 
 /// The components that the HTTP API serves. All are borrowed and outlive the API.
 struct HttpBackend {
@@ -62,9 +61,6 @@ public:
     /// Sends a "resync" event to all streams; their clients read the lists again. Call after an operation
     /// that may have changed the lists without a notification of observers. Thread-safe.
     void resync();
-
-    /// All routes; the files of the page are not among them.
-    [[nodiscard]] const Router& routes() const noexcept;
 
 private:
     class Impl;

@@ -37,8 +37,6 @@ public:
     /// The methods of the request's path, "GET, PUT"; empty if no pattern matches.
     [[nodiscard]] std::string methodsFor(const HttpRequest& request) const;
 
-    [[nodiscard]] const std::vector<Route>& routes() const noexcept { return m_routes; }
-
 private:
     using Parameters = std::map<std::string, std::string>;
 

@@ -11,7 +11,6 @@ import queue
 import re
 import shutil
 import signal
-import sqlite3
 import subprocess
 import tempfile
 import threading
@@ -178,12 +177,3 @@ class ProgramTest(unittest.TestCase):
         """Waits for the clock: two calls of one party in one second are one and the same to the journal."""
         begin = calendar.timegm(time.strptime(entry["time"], "%Y-%m-%dT%H:%M:%SZ"))
         threading.Event().wait(max(0.0, begin + 1.01 - time.time()))
-
-    def rows(self):
-        """The items of all call lists in the database, (unique id, entry id, number of occurrences) each."""
-        database = sqlite3.connect("file:%s/journal.db?mode=ro" % self.data, uri=True)
-        try:
-            return database.execute("SELECT CAST(id AS TEXT), entry_id, (SELECT COUNT(*) FROM occurrence WHERE item = id)"
-                                    " FROM call_item ORDER BY id").fetchall()
-        finally:
-            database.close()

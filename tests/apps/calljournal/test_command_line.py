@@ -40,31 +40,37 @@ class CommandLineTest(ProgramTest):
                              "calljournal: cannot reach calljournal at %s/calljournal.sock: start it with "
                              "`calljournal serve`, or name the data directory of one that runs with --data\n" % self.data)
 
-    def test_a_directory_is_for_its_owner_and_one_server_only(self):
+    def test_a_directory_is_for_its_owner_and_one_server_and_an_address_for_one_server(self):
+        simulator, address = self.simulate("wait 1ms\n")
         self.data = os.path.join(self.data, "deeper", "still")
-        self.serve(NO_SWITCH)
+        taken = self.serve(address).http
         for name, mode in ((".", 0o700), ("calljournal.sock", 0o600), ("journal.db", 0o600)):
             self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.data, name)).st_mode), mode, name)
-        for command in (["serve", "--switch", NO_SWITCH], ["demo"]):
+        for command in (["serve", "--switch", address], ["demo"]):
             self.assertIn("a calljournal is already running at " + self.data, self.refused(*command))
-        self.assertEqual(self.list("missed")["total"], 0)
-
-    def test_a_second_journal_at_the_same_address_does_not_reach_the_switch(self):
-        simulator, address = self.simulate("wait 1ms\n")
-        taken = self.serve(address).http
         simulator.prints("scenario is over")
         self.data = os.path.join(self.data, "other")
         self.assertIn("cannot listen on %s: " % taken, self.refused("serve", "--switch", address, "--listen", taken))
         simulator.stop()
         self.assertEqual(simulator.count("client 2"), 0)
 
-    def test_both_signals_end_every_command_cleanly(self):
-        for number in (signal.SIGINT, signal.SIGTERM):
-            simulator, address = self.simulate("wait 1s\n")
-            server = self.serve(address)
-            watcher = self.watch()
-            for program in (watcher, server, simulator):
-                self.assertEqual(program.stop(number), 0, program.arguments)
+    def test_an_interrupt_ends_every_command_cleanly(self):
+        simulator, address = self.simulate("wait 1s\n")
+        server = self.serve(address)
+        for program in (self.watch(), server, simulator):
+            self.assertEqual(program.stop(signal.SIGINT), 0, program.arguments)
+
+    def test_the_demo_shows_calls_and_ends_with_its_switch(self):
+        demo = self.start("demo", "--data", self.data, "--listen", "127.0.0.1:0")
+        switch = int(demo.prints(r"of a simulated switch at \S+ \(process (\d+)\)").group(1))
+        demo.prints("list missed --data " + self.data)
+        demo.prints(r"missed call from Ann Müller \(4711\)")
+        watcher = self.start("watch", "--data", self.data)
+        watcher.prints("new missed call")
+        watcher.prints(r"^\d\d:\d\d:\d\d  received call from .* \(\S+\), 00:\d\d$")
+        self.assertEqual((watcher.stop(), demo.stop()), (0, 0))
+        with self.assertRaises(ProcessLookupError):
+            os.kill(switch, 0)
 
     def test_a_watcher_ends_when_its_output_is_closed(self):
         _, address = self.simulate('call c from 4711 ; ring c ; giveup c\n', "--loop", "--rate", "20")
@@ -97,7 +103,6 @@ class CommandLineTest(ProgramTest):
         self.assertRegex(lines[0], r"^\* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d  Bob +4712 +1$")
         self.assertRegex(lines[1], r"^\* .*  Ann Müller  4711    1$")
         self.assertEqual(self.done("list", "missed", "--limit", "1").splitlines()[2:], ["(1 of 2)"])
-        self.assertEqual(len(self.done("list", "missed", "--search", "MÜLL").splitlines()), 2)
         found = self.list("missed", "--search", "471", "--limit", "1")
         self.assertEqual((found["total"], found["unviewed"], [item["number"] for item in found["items"]]), (2, 2, ["4712"]))
         self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  unknown  +1 +00:0\d\n  .*  4713 +1 +00:0\d\n$")

@@ -50,14 +50,13 @@ class ThirdPartySwitch:
             self.peer.close()
         self.peer, _ = self.listener.accept()
         self.peer.settimeout(self.limit)
-        self.peer.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self.received = b""
         while True:
             invoke_id, xml = self._next_frame()
             if re.search(r"<MonitorStart[ >].*>2001<", xml, re.DOTALL):
                 break
-        self.send(frame(invoke_id, '<MonitorStartResponse xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
-                        "</MonitorStartResponse>" % NAME_SPACE))
+        self.peer.sendall(frame(invoke_id, '<MonitorStartResponse xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
+                                "</MonitorStartResponse>" % NAME_SPACE))
 
     def _next_frame(self):
         while len(self.received) < 8 or len(self.received) < int.from_bytes(self.received[2:4], "big"):
@@ -69,17 +68,9 @@ class ThirdPartySwitch:
         one, self.received = self.received[:length], self.received[length:]
         return int(one[4:8]), one[8:].decode("utf-8")
 
-    def send(self, data, *sizes):
-        """Writes the bytes in pieces of these sizes, repeatedly; without sizes all at once."""
-        pieces = 0
-        while data:
-            size = sizes[pieces % len(sizes)] if sizes else len(data)
-            self.peer.sendall(data[:size])
-            data, pieces = data[size:], pieces + 1
-
     def misses(self, call, caller):
         """A call that is not answered."""
-        self.send(delivered(call, caller) + cleared(call))
+        self.peer.sendall(delivered(call, caller) + cleared(call))
 
     def close(self):
         if self.peer:

@@ -43,65 +43,45 @@ protected:
         m_feed.open(lastEventId)->begin(std::make_unique<ClientSink>(client));
         return client;
     }
-    void count(int number) {
-        m_feed.missedCallsCountUpdate(number);
-        run(m_posted);
-    }
-    static void run(std::deque<std::function<void()>>& works) {
-        for (const auto& work : std::exchange(works, {})) {
-            work();
+    void count(std::initializer_list<int> numbers) {
+        for (const int number : numbers) {
+            m_feed.missedCallsCountUpdate(number);
         }
     }
 
     std::deque<Client> m_clients;
-    std::deque<std::function<void()>> m_posted;
-    std::deque<std::function<void()>> m_later;
-    host::EventFeed m_feed{[this](std::function<void()> work) { m_posted.push_back(std::move(work)); },
-                           [this](auto, std::function<void()> work) { m_later.push_back(std::move(work)); },
+    std::function<void()> m_later = [] {};
+    host::EventFeed m_feed{[](const std::function<void()>& work) { work(); },
+                           [this](auto, std::function<void()> work) { m_later = std::move(work); },
                            {4, 4096}};
 };
 
 TEST_F(EventFeedTest, SendsASlowClientTheMissedEventsInOnePieceAndATooSlowOneAResync) {
     Client& client = join();
-    count(1);
-    count(2);
+    count({1, 2});
     EXPECT_EQ(client.count("event:"), 0);
     client.takes();
     EXPECT_EQ(client.count("event: missedCallsCountUpdate\ndata: {\"count\":"), 2);
-    for (int number = 3; number <= 7; ++number) {
-        count(number);
-    }
+    count({3, 4, 5, 6, 7});
     client.takes();
     EXPECT_EQ(client.count("event: resync"), 1);
     EXPECT_EQ(client.count("event:"), 3);
-}
-
-TEST_F(EventFeedTest, EndsItsStreamsWhenItClosesAndEveryLaterStream) {
-    const Client& before = join();
-    m_feed.close();
-    EXPECT_TRUE(before.ended);
-    const Client& after = join();
-    EXPECT_TRUE(after.ended);
-    EXPECT_EQ(after.text, "");
-    EXPECT_EQ(m_feed.streamCount(), 0U);
 }
 
 TEST_F(EventFeedTest, ContinuesAfterTheLastEventThatAClientGot) {
     Client& first = join();
     first.takes();
     const std::string begin = first.lastId();
-    count(1);
+    count({1});
     first.takes();
     const std::string one = first.lastId();
-    count(2);
-    count(3);
+    count({2, 3});
     for (const auto& [id, events] : {std::pair{begin, 3}, std::pair{one, 2}, std::pair{std::string(), 0}}) {
         Client& again = join(id);
         again.takes();
         EXPECT_EQ(again.count("event: "), events) << id;
     }
-    count(4);
-    count(5);
+    count({4, 5});
     for (const std::string& id :
          {begin, std::string("another-1"), one + "0", one + "x", begin + "9999999999999999999"}) {
         EXPECT_EQ(join(id).count("event: resync"), 1) << id;
@@ -113,22 +93,25 @@ TEST_F(EventFeedTest, SendsResyncAtOnceThenOncePerIntervalAndAfterTheLastChange)
         for (int change = 0; change < changes; ++change) {
             m_feed.resync();
         }
-        run(m_posted);
-        run(m_later);
+        std::exchange(m_later, [] {})();
     }
     const std::string id = join().lastId();
     EXPECT_EQ(id.substr(id.find('-')), "-5")
         << "one, two of the five, the single one after them, and the last";
 }
 
-TEST_F(EventFeedTest, RemovesADisconnectedClient) {
+TEST_F(EventFeedTest, EndsTheStreamOfADisconnectedClientAndEveryStreamWhenItCloses) {
     Client& client = join();
     client.takes();
     m_feed.keepAlive();
     EXPECT_EQ(client.count(":\n\n"), 1);
     client.takes(false);
-    EXPECT_TRUE(client.ended);
-    EXPECT_EQ(m_feed.streamCount(), 0U);
+    const Client& open = join();
+    EXPECT_EQ(std::pair(client.ended, open.ended), std::pair(true, false));
+    m_feed.close();
+    const Client& late = join();
+    EXPECT_EQ(std::tuple(open.ended, late.ended, late.text, m_feed.streamCount()),
+              std::tuple(true, true, "", 0U));
 }
 
 }  // namespace

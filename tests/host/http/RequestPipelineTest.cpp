@@ -1,6 +1,5 @@
 #include "host/http/RequestPipeline.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -14,10 +13,6 @@
 namespace {
 
 using host::HttpResponse;
-using host::Router;
-using testing::Contains;
-using testing::HasSubstr;
-using testing::Pair;
 
 /// The lists and a page, on 127.0.0.1:80 of line 2001, with the token "secret".
 class RequestPipelineTest : public testing::Test {
@@ -26,7 +21,8 @@ protected:
         std::ofstream(m_directory.path() / "index.html") << "page";
         std::ofstream(m_directory.path() / "a.js") << "script";
         m_resource.addRoutes(m_router);
-        m_router.add({"GET", "/open", [](const auto&) { return HttpResponse(); }, Router::Guard::eOpen});
+        m_router.add(
+            {"GET", "/open", [](const auto&) { return HttpResponse(); }, host::Router::Guard::eOpen});
         m_router.add(
             {"GET", "/broken", [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
         for (const char* const name : {"Ann", "Bob", "Anna"}) {
@@ -73,7 +69,7 @@ protected:
 
     TemporaryDirectory m_directory;
     journaltest::FakeJournalService m_journal;
-    Router m_router;
+    host::Router m_router;
     int m_cleared = 0;
     host::ListsResource m_resource{m_journal, [this] { ++m_cleared; }};
     std::optional<std::string> m_token = "secret";
@@ -112,12 +108,13 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
     )")) {
         const HttpResponse response = respond(row[0], row[1], row[2]);
         std::string text = response.status == 401 ? summary(response) : std::to_string(response.status);
+        int policies = 0;
         for (const auto& [name, value] : response.headers) {
+            policies += name == "Content-Security-Policy" && value.rfind("default-src 'none'", 0) == 0;
             text += name == "Allow" || name == "Location" ? " " + value : "";
         }
         EXPECT_EQ(text, row[3]) << row[0] << " " << row[1] << " " << row[2];
-        EXPECT_THAT(response.headers,
-                    Contains(Pair("Content-Security-Policy", HasSubstr("default-src 'none'"))));
+        EXPECT_EQ(policies, 1) << row[1];
     }
     m_token.reset();
     m_listen = "0.0.0.0";
