@@ -14,7 +14,7 @@ const axeSource = fs.readFileSync(packages.resolve("axe-core/axe.min.js"), "utf8
 const limit = 40_000; // generous: a sanitizer and a busy machine make everything slow
 
 /** A journal, its switch and a browser that shows the page. `test` is node's test context; all processes end with it. */
-export class Stage {
+class Stage {
     data = fs.mkdtempSync(`${tmpdir()}/cjpage`);
     running = new Set();
     browserErrors = [];
@@ -71,7 +71,7 @@ export class Stage {
     }
 
     /** Opens the page. With `slowness` the browser is that many times slower, which shows updates that are too late for the next key. */
-    async opens({ fontSize, slowness, ...options } = {}, address = `${this.url}?token=${this.token}`) {
+    async opens({ fontSize, slowness, ...options } = {}) {
         this.browser ??= await chromium.launch({ executablePath: process.env.CHROMIUM });
         const page = await this.browser.newPage({ timezoneId: "Asia/Tokyo", locale: "en-GB", ...options });
         page.setDefaultTimeout(limit);
@@ -84,7 +84,7 @@ export class Stage {
         }
         page.on("pageerror", (error) => this.browserErrors.push(String(error)));
         page.on("console", (message) => message.type() === "error" && this.browserErrors.push(message.text()));
-        await page.goto(address);
+        await page.goto(`${this.url}?token=${this.token}`);
         return page;
     }
 
@@ -100,6 +100,14 @@ export class Stage {
             assert.ok(Date.now() < end, `never: ${expected}`);
         }
     }
+}
+
+/** A stage with a switch that plays these calls and with the server; and the page of it, opened with these options. */
+export async function showJournal(test, calls, options) {
+    const stage = new Stage(test);
+    await stage.plays(calls);
+    await stage.serves();
+    return [stage, await stage.opens(options)];
 }
 
 export const at = (page, name) => page.locator(`[data-test="${name}"]`);

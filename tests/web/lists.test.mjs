@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, row, withClockStopped } from "./harness.mjs";
+import { at, row, showJournal, withClockStopped } from "./harness.mjs";
 
 const zone = "America/New_York";
 const calls = `
@@ -14,10 +14,7 @@ callback 4715 "Egon" ; callback 4715 ringing
 `;
 
 test("callbacks and times are shown in the reader's language and zone; several entries are deleted and come back", async (context) => {
-    const stage = new Stage(context);
-    await stage.plays(calls);
-    await stage.serves();
-    const page = await stage.opens({ locale: "de-DE", timezoneId: zone });
+    const [stage, page] = await showJournal(context, calls, { locale: "de-DE", timezoneId: zone });
 
     await at(page, "nav-callbacks").filter({ hasText: "2" }).click();
     await row(page, "Egon").filter({ hasText: "4715 · ringing" }).waitFor();
@@ -80,10 +77,7 @@ test("callbacks and times are shown in the reader's language and zone; several e
 });
 
 test("the focus stays near what was deleted, Back closes an entry, and a refused deletion is shown until it is dismissed", async (context) => {
-    const stage = new Stage(context);
-    await stage.plays(calls);
-    await stage.serves();
-    const page = await stage.opens({ viewport: { width: 360, height: 640 } });
+    const [stage, page] = await showJournal(context, calls, { viewport: { width: 360, height: 640 } });
     const refused = (route) => (route.request().method() === "DELETE" ? route.fulfill({ status: 503, json: {} }) : route.continue());
     const final = () => page.evaluate(() => dispatchEvent(new Event("pagehide")));
     const onRow = (name) => async (key) => {
@@ -136,4 +130,35 @@ test("the focus stays near what was deleted, Back closes an entry, and a refused
     await final();
     assert.equal((await request).postData(), null);
     await stage.missedAre(({ total }) => total === 0);
+});
+
+/** Scrolls quickly through the list in 120 frames. Returns the number of sampled points without a row. */
+async function scrolled() {
+    const box = document.querySelector("[data-test=rows]");
+    const { left, top, width, height } = box.getBoundingClientRect();
+    const end = box.scrollHeight - box.clientHeight;
+    let empty = 0;
+    for (let step = 120; step-- > 0; ) {
+        box.scrollTop = (end * step) / 120;
+        await new Promise(requestAnimationFrame);
+        for (let y = 1; y < height - 10; y += 30) {
+            empty += document.elementFromPoint(left + width / 2, top + y)?.closest("[data-test=row]") ? 0 : 1;
+        }
+    }
+    return empty;
+}
+
+test("a thousand entries need few rows and scroll without gaps", async (context) => {
+    const [stage, page] = await showJournal(context, "status normal");
+    const time = new Date().toISOString();
+    const items = Array.from({ length: 1000 }, (_, index) => (
+        { entryId: `e${index}`, uniqueId: `u${index}`, firstName: "No", surname: `${index + 1}.`, number: "1", viewed: true, occurrences: [], time }));
+    await page.route("**/lists/missed", (route) => route.fulfill({ json: { list: "missed", total: 1000, unviewed: 0, items } }));
+    await page.reload();
+    await row(page, "No 1.").locator("[data-control=open]").focus();
+    await page.keyboard.press("End");
+    await row(page, "No 1000.").waitFor();
+    assert.equal(await page.evaluate(() => document.activeElement.closest("li").getAttribute("aria-posinset")), "1000");
+    assert.ok((await at(page, "row").count()) < 60);
+    assert.equal(await page.evaluate(scrolled), 0, "places of the window without a row");
 });

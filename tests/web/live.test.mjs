@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, row, setShown, withClockStopped } from "./harness.mjs";
+import { at, row, setShown, showJournal } from "./harness.mjs";
 
 const evil = "<img src=x onerror=alert(1)>";
 const calls = `
@@ -13,11 +13,8 @@ call ann from 4711 "Ann Müller" ; ring ann ; giveup ann
 call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; wait 1100ms ; hangup zoe by caller
 `;
 
-test("calls appear, are viewed, merged, searched, opened, deleted and undone without a reload", async (context) => {
-    const stage = new Stage(context);
-    await stage.plays("status normal");
-    await stage.serves();
-    const page = await stage.opens({ slowness: 10 });
+test("calls appear, are viewed, merged, searched, opened and deleted without a reload", async (context) => {
+    const [stage, page] = await showJournal(context, "status normal", { slowness: 10 });
     assert.equal(new URL(page.url()).search, "");
     await page.getByText("No missed calls").waitFor();
     await page.evaluate(() => (window.sameDocument = true));
@@ -48,26 +45,13 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
     await page.keyboard.press("ArrowDown");
     await page.keyboard.press("Enter");
     await at(page, "calls").getByText("Hotline, 4700").waitFor();
-    const time = at(page, "calls").locator("time");
-    const there = new Date(await time.getAttribute("datetime")).toLocaleTimeString("en-GB", { timeZone: "Asia/Tokyo" });
-    assert.ok((await time.innerText()).includes(there));
     await page.keyboard.press("Escape");
-    await withClockStopped(page, async () => {
-        await page.keyboard.press("Delete");
-        await row(page, evil).waitFor({ state: "detached" });
-        await page.keyboard.press("Control+z");
-        await row(page, evil).waitFor();
-    });
-    assert.equal((await stage.api("GET", "lists/missed")).total, 2);
 
     // A deletion is final after a moment, or when the user leaves the page.
     const gone = page.waitForResponse((each) => each.request().method() === "DELETE");
     await row(page, evil).getByRole("button", { name: "Delete" }).click();
     await gone;
     assert.deepEqual((await stage.api("GET", "lists/missed")).items.map((each) => each.surname || each.firstName), ["Ann Müller"]);
-    await at(page, "nav-times").click();
-    await page.getByText("3 calls in the last four weeks").waitFor();
-    await at(page, "nav-missed").click();
     assert.ok(await page.evaluate(() => window.sameDocument));
     await at(page, "delete-several").click();
     await row(page, "Ann").waitFor({ state: "detached" });
@@ -77,11 +61,8 @@ test("calls appear, are viewed, merged, searched, opened, deleted and undone wit
 });
 
 test("an open entry is viewed with each of its calls once its window is shown, and stays so", async (context) => {
-    const stage = new Stage(context);
     const ann = 'call ann from 4711 "Ann" ; ring ann ; giveup ann';
-    await stage.plays(ann);
-    await stage.serves();
-    const page = await stage.opens({ viewport: { width: 360, height: 640 } });
+    const [stage, page] = await showJournal(context, ann, { viewport: { width: 360, height: 640 } });
     await setShown(page, false);
     await row(page, "Ann").locator(".row-entry").click();
     await stage.plays(ann);
@@ -114,10 +95,7 @@ test("an open entry is viewed with each of its calls once its window is shown, a
 });
 
 test("the page reconnects after the connection was lost", async (context) => {
-    const stage = new Stage(context);
-    await stage.plays("status normal");
-    await stage.serves();
-    const page = await stage.opens();
+    const [stage, page] = await showJournal(context, "status normal");
     await at(page, "line-state").filter({ hasText: "no call up" }).waitFor();
     await page.evaluate(() => (window.sameDocument = true));
     stage.running.delete(stage.server);

@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { Stage, at, fits, isAccessible, row, withClockStopped } from "./harness.mjs";
+import { at, fits, isAccessible, row, showJournal, withClockStopped } from "./harness.mjs";
 
 const calls = `
 call ann from +4930123456789012 "Wolfeschlegelsteinhausenbergerdorff-Featherstonehaugh" via 4700 "The Hotline of the Company" ; ring ann ; giveup ann
@@ -18,9 +18,7 @@ const looks = [
 const narrow = [{ viewport: { width: 360, height: 640 }, fontSize: 32 }, { viewport: { width: 320, height: 256 } }];
 
 test("every view fits its window and reads well", async (context) => {
-    const stage = new Stage(context);
-    await stage.plays(calls);
-    await stage.serves();
+    const [stage] = await showJournal(context, calls);
     for (const look of [...looks, ...narrow]) {
         const page = await stage.opens(look);
         const shape = JSON.stringify(look);
@@ -41,10 +39,7 @@ test("every view fits its window and reads well", async (context) => {
 });
 
 test("contacts are added from an entry, changed and deleted, and refusals are explained", async (context) => {
-    const stage = new Stage(context);
-    await stage.plays(calls);
-    await stage.serves();
-    const page = await stage.opens();
+    const [stage, page] = await showJournal(context, calls);
     await row(page, "Eve").locator(".row-entry").click();
     await at(page, "add-contact").click();
     const dialog = at(page, "contact-dialog");

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "apps/calljournal/ListResponse.h"
 #include "apps/calljournal/ListTable.h"
@@ -46,13 +47,8 @@ TEST(WatchText, DescribesChangesAndCountsInSentencesAndInJson) {
     ForwardedCallItem forwarded;
     forwarded.setEntryId("e1");
     forwarded.setSurname("Ann\n\x1b[2J");
-    struct Row {
-        std::string message;
-        bool count;
-        std::string text;
-        std::string json;
-    };
-    for (const Row& row :
+    using Row = std::tuple<std::string, bool, std::string, std::string>;
+    for (const auto& [xml, count, text, json] :
          {Row{Helper::obsReqForwardedCallsUpdate(forwarded, "17", 1), false,
               "forwarded call from Ann\\n\\x1b[2J",
               R"({"event":"forwardedCallsUpdate","data":{"action":1,"entryId":"17","item":{"entryId":"e1",)"},
@@ -62,10 +58,9 @@ TEST(WatchText, DescribesChangesAndCountsInSentencesAndInJson) {
               R"({"event":"missedCallsCountUpdate","data":{"count":3}})"},
           Row{Helper::obsReqCallBacksCountUpdate(1), true, "1 callback",
               R"({"event":"callBacksCountUpdate","data":{"count":1}})"}}) {
-        const auto message = journalxml::parseObserverMessage(row.message).value();
-        EXPECT_EQ(isCount(message), row.count) << row.text;
-        EXPECT_EQ(watchText(message), row.text);
-        EXPECT_EQ(watchJson(message).substr(0, row.json.size()), row.json);
+        const auto message = journalxml::parseObserverMessage(xml).value();
+        const std::string line = watchJson(message).substr(0, json.size());
+        EXPECT_EQ(std::tuple(isCount(message), watchText(message), line), std::tuple(count, text, json));
         EXPECT_EQ(watchJson(message).find('\n'), std::string::npos);
     }
 }

@@ -17,8 +17,6 @@ import threading
 import time
 import unittest
 
-from third_party_switch import ThirdPartySwitch
-
 LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
 IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short intervals between attempts to connect
 
@@ -70,11 +68,6 @@ class Program:
         """How many lines so far hold the pattern."""
         return sum(1 for line in self.seen if re.search(pattern, line))
 
-    def kill(self):
-        """As a power cut would."""
-        self.process.kill()
-        self.ends()
-
     def stop(self, number=signal.SIGTERM):
         """Asks the program to end; returns its exit status."""
         if self.process.poll() is None:
@@ -114,11 +107,13 @@ class ProgramTest(unittest.TestCase):
         return path
 
     def serve(self, switch, *arguments, config=None):
-        """A server that is ready for clients; `switch` is HOST:PORT. `server.http` is the HOST:PORT of its HTTP API."""
+        """A server that is ready for clients; `switch` is HOST:PORT. `server.http` is the HOST:PORT of its HTTP API, with `server.token`."""
         given = ["--config", self.file("calljournal.toml", config)] if config else []
         server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *given, *arguments)
         server.http = server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch) +
                                     ".* page and API http://([^/]+)/").group(1)
+        with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
+            server.token = file.read().strip()
         return server
 
     def simulate(self, scenario, *arguments, listen="127.0.0.1:0"):
@@ -133,12 +128,6 @@ class ProgramTest(unittest.TestCase):
         server = self.serve(address)
         server.logs(filed)
         return simulator, server
-
-    def third_party_switch(self):
-        """A switch whose messages the test sends itself."""
-        switch = ThirdPartySwitch(LIMIT)
-        self.addCleanup(switch.close)
-        return switch
 
     def watch(self):
         """A subscribed client that prints changes as JSON; the initial notifications are already read."""

@@ -45,17 +45,12 @@ FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"a
 
 
 class HttpTest(ProgramTest):
-    def serve(self, switch, *arguments):
-        self.server = super().serve(switch, *arguments)
-        with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
-            self.token = file.read().strip()
-
     def ask(self, method, target, body=None, **headers):
         """Status and body; a header that is None is left out."""
         connection = http.client.HTTPConnection(self.server.http, timeout=LIMIT)
         self.addCleanup(connection.close)
         connection.putrequest(method, target, skip_host=True)
-        for name, value in {"Host": self.server.http, "Authorization": "Bearer " + self.token, **headers}.items():
+        for name, value in {"Host": self.server.http, "Authorization": "Bearer " + self.server.token, **headers}.items():
             if value is not None:
                 connection.putheader(name.replace("_", "-"), value)
         content = (body or "").encode()
@@ -96,7 +91,7 @@ class HttpTest(ProgramTest):
 
     def test_every_operation_responds_as_it_is_described(self):
         address = self.simulate(CALLS + 'call max from 4714 "Max" ; ring max')[1]
-        self.serve(address)
+        self.server = self.serve(address)
         self.server.logs("received call from Zoë")
         self.assertIn(1, (json.loads(self.ask("GET", "/api/v1/status")[1])["calls"] for _ in range(1000)))
         self.document = json.loads(self.ask("GET", "/api/v1/openapi.json")[1])
@@ -153,8 +148,8 @@ class HttpTest(ProgramTest):
 
     def test_a_stream_reports_every_change_and_goes_on_where_it_was_cut(self):
         simulator, address = self.simulate(CALLS, "--loop")
-        self.serve(address)
-        self.assertEqual(self.ask("GET", "/?token=" + self.token, Authorization=None)[0], 303)
+        self.server = self.serve(address)
+        self.assertEqual(self.ask("GET", "/?token=" + self.server.token, Authorization=None)[0], 303)
         cookie = self.response.getheader("Set-Cookie").split(";")[0]
         stream = self.ask("GET", "/api/v1/events", Authorization=None, Cookie=cookie)[1]
         events = [self.next_event(stream) for _ in range(6)]
@@ -173,7 +168,7 @@ class HttpTest(ProgramTest):
 
     def test_hostile_clients_do_not_hold_up_the_journal(self):
         simulator, address = self.simulate(CALLS, "--loop")
-        self.serve(address)
+        self.server = self.serve(address)
         host, port = self.server.http.split(":")
         for target, status, headers in (
                 ("/../../etc/passwd", 400, {}), ("/..%5capi-token", 400, {}), ("/%252e%252e/api-token", 404, {}), ("/a%00b", 400, {}),

@@ -25,10 +25,6 @@ class SettingsTest(ProgramTest):
     def totals(self):
         return [self.list(name)["total"] for name in ("missed", "received")]
 
-    def asks(self, simulator, request, pattern=""):
-        """The next request of that name that the switch receives."""
-        return simulator.logs(r"from client \d+, \d+ %s: .*%s" % (request, pattern)).string
-
     def test_keys_are_listed_read_and_written_and_refusals_have_reasons(self):
         self.serve("127.0.0.1:1", "--set", "sntp-tz-offset=3600")
         rows = [line.split() for line in self.settings().splitlines()]
@@ -49,15 +45,14 @@ class SettingsTest(ProgramTest):
         self.assertEqual(self.refuses("missed-logging", "1"), "calljournal: %s\n" % reason)
         status, output, _ = self.run_program("settings", "--data", self.data, "--json", "missed-logging", "1")
         self.assertEqual((status, json.loads(output)), (1, {"rejected": {"missed-logging": {"code": 10, "text": reason}}}))
-        self.assertIn("Data invalid for missed-logging: it takes 0 or 1", self.refuses("missed-logging", "perhaps"))
-        for key, value, taken in (("server-based-features", "yes", "true or false"), ("bt-hw-state", "true", "on or off"),
-                                  ("sntp-tz-offset", "1h", "a number"), ("clear-calllog", "no", "true or false")):
-            self.assertIn("The value for %s is not accepted: it takes %s" % (key, taken), self.refuses(key, value))
-        self.assertIn("call-log-enabled", self.refuses("call-log-enabled", "perhaps"))
-        self.assertIn("There is no setting system-identifer", self.refuses("system-identifer", "2"))
-        self.assertIn("`%s settings --data" % os.environ["CALLJOURNAL"], self.refuses("system-identifer"))
-        self.assertIn("voice-mail-e164 has no value", self.refuses("voice-mail-e164"))
-        self.assertIn("too long", self.refuses("reg-number", "1" * 5000))
+        for given, reason in (
+                ("missed-logging perhaps", "Data invalid for missed-logging: it takes 0 or 1"),
+                ("server-based-features yes", "The value for server-based-features is not accepted: it takes true or false"),
+                ("bt-hw-state true", "it takes on or off"), ("sntp-tz-offset 1h", "it takes a number"),
+                ("clear-calllog no", "it takes true or false"), ("call-log-enabled perhaps", "call-log-enabled"),
+                ("system-identifer 2", "There is no setting system-identifer"), ("voice-mail-e164", "voice-mail-e164 has no value"),
+                ("system-identifer", "`%s settings --data" % os.environ["CALLJOURNAL"]), ("reg-number " + "1" * 5000, "too long")):
+            self.assertIn(reason, self.refuses(*given.split()))
 
     def test_switching_the_journal_off_empties_it_for_good(self):
         simulator, server = self.simulate_and_serve(CALLS, "received call from Bob")
@@ -70,34 +65,6 @@ class SettingsTest(ProgramTest):
         self.assertEqual(self.totals(), [0, 0])
         self.set("call-log-enabled", "true")
         self.assertEqual(self.totals(), [0, 0])
-
-    def test_settings_change_the_requests_to_the_switch(self):
-        simulator, address = self.simulate(QUIET, "--log-messages")
-        server = self.serve(address)
-        self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
-        self.set("disable-access-calllog", "1")
-        self.asks(simulator, "MonitorStop")
-        self.set("bt-hw-state", "on")
-        bluetooth = self.asks(simulator, "MonitorStart")
-        self.assertNotIn("2001", bluetooth)
-        self.assertNotIn("requestedMonitorFilter", bluetooth)
-        self.set("bt-hw-state", "off")
-        self.asks(simulator, "MonitorStop")
-        self.set("disable-access-calllog", "0")
-        start = self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
-        self.assertIn("<held>true</held>", start)
-
-        # Members that the filter does not set follow their group: held calls are reported, call information is not.
-        self.set("system-identifier", "2")
-        change = self.asks(simulator, "ChangeMonitorFilter")
-        for member in ("<held>false<", "<retrieved>false<", "<serviceInitiated>false<", "<callInformation>true<"):
-            self.assertIn(member, change)
-        server.logs(r"readLocalMgmtData\(\):readLocalMgmtData: registered change of cross filter")
-        self.set("system-identifier", "3")
-        change = self.asks(simulator, "ChangeMonitorFilter")
-        for member in ("<held>true<", "<retrieved>true<", "<serviceInitiated>true<", "<callInformation>false<"):
-            self.assertIn(member, change)
-        server.logs(r"readLocalMgmtData\(\):m_useCSTACallControlEvents == true")
 
     def misbehave(self, how, logged, logged_for_change=None):
         """A switch that responds wrongly: the journal logs it, continues, and succeeds when the switch is well again."""
@@ -115,7 +82,7 @@ class SettingsTest(ProgramTest):
         server.logs(r"stopQorvexEvents\(\):OK")
 
         simulator, _ = self.simulate(QUIET, "--log-messages", "--answer", "MonitorStart=" + how, listen=address)
-        self.asks(simulator, "SystemRegister")
+        simulator.logs(r"from client \d+, \d+ SystemRegister: ")
         self.set("disable-access-calllog", "0")
         server.logs(r"startQorvexEvents\(\):" + logged)
         simulator.stop()

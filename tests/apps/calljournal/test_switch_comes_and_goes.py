@@ -4,7 +4,7 @@ import socket
 import threading
 
 from harness import IMPATIENT, ProgramTest
-from third_party_switch import cleared, delivered, established
+from third_party_switch import ThirdPartySwitch, cleared, delivered, established
 
 
 class SwitchComesAndGoesTest(ProgramTest):
@@ -30,7 +30,7 @@ class SwitchComesAndGoesTest(ProgramTest):
         self.assertEqual(server.count("trying again"), 4)
 
     def test_a_call_that_outlasts_an_outage_is_one_entry(self):
-        switch = self.third_party_switch()
+        switch = ThirdPartySwitch(self)
         self.serve(switch.address, config=IMPATIENT)
         watcher = self.watch()
         switch.accept_monitor()

@@ -4,6 +4,8 @@ import re
 import socket
 from xml.sax.saxutils import escape
 
+from harness import LIMIT
+
 NAME_SPACE = "http://www.ecma-international.org/standards/ecma-323/csta/ed4"
 
 
@@ -37,36 +39,27 @@ def cleared(call):
 
 
 class ThirdPartySwitch:
-    def __init__(self, limit):
+    def __init__(self, test):
+        """The switch of this test, which closes it."""
         self.listener = socket.create_server(("127.0.0.1", 0))
-        self.listener.settimeout(limit)
-        self.limit = limit
+        test.addCleanup(self.close)
+        self.listener.settimeout(LIMIT)
         self.address = "127.0.0.1:%d" % self.listener.getsockname()[1]
-        self.peer, self.received = None, b""
+        self.peer = None
 
     def accept_monitor(self):
         """Accepts the next client and responds to its first MonitorStart for device 2001."""
         if self.peer:
             self.peer.close()
         self.peer, _ = self.listener.accept()
-        self.peer.settimeout(self.limit)
-        self.received = b""
-        while True:
-            invoke_id, xml = self._next_frame()
-            if re.search(r"<MonitorStart[ >].*>2001<", xml, re.DOTALL):
-                break
+        self.peer.settimeout(self.listener.gettimeout())
+        stream, xml = self.peer.makefile("rb"), b""
+        while not re.search(rb"<MonitorStart[ >].*>2001<", xml, re.DOTALL):
+            head = stream.read(8)
+            invoke_id = int(head[4:])  # fails when the client has disconnected
+            xml = stream.read(int.from_bytes(head[2:4], "big") - 8)
         self.peer.sendall(frame(invoke_id, '<MonitorStartResponse xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
                                 "</MonitorStartResponse>" % NAME_SPACE))
-
-    def _next_frame(self):
-        while len(self.received) < 8 or len(self.received) < int.from_bytes(self.received[2:4], "big"):
-            part = self.peer.recv(65536)
-            if not part:
-                raise AssertionError("the client hung up before it asked for a monitor")
-            self.received += part
-        length = int.from_bytes(self.received[2:4], "big")
-        one, self.received = self.received[:length], self.received[length:]
-        return int(one[4:8]), one[8:].decode("utf-8")
 
     def misses(self, call, caller):
         """A call that is not answered."""
