@@ -25,6 +25,12 @@ class SettingsTest(ProgramTest):
     def totals(self):
         return [self.list(name)["total"] for name in ("missed", "received")]
 
+    def asks(self, simulator, request, *parts):
+        """The next request of that name that the switch receives; it has these parts."""
+        message = simulator.logs(r"from client \d+, \d+ %s: " % request).string
+        self.assertEqual([part for part in parts if part not in message], [])
+        return message
+
     def test_keys_are_listed_read_and_written_and_refusals_have_reasons(self):
         self.serve("127.0.0.1:1", "--set", "sntp-tz-offset=3600")
         rows = [line.split() for line in self.settings().splitlines()]
@@ -66,23 +72,50 @@ class SettingsTest(ProgramTest):
         self.set("call-log-enabled", "true")
         self.assertEqual(self.totals(), [0, 0])
 
+    def test_settings_change_the_requests_to_the_switch(self):
+        simulator, address = self.simulate(QUIET, "--log-messages")
+        server = self.serve(address)
+        self.asks(simulator, "MonitorStart", "<deviceObject>2001<", "<held>true</held>")
+        self.set("disable-access-calllog", "1")
+        self.asks(simulator, "MonitorStop")
+        self.set("bt-hw-state", "on")
+        self.assertNotRegex(self.asks(simulator, "MonitorStart"), "2001|requestedMonitorFilter")
+        self.set("bt-hw-state", "off")
+        self.asks(simulator, "MonitorStop")
+        self.set("disable-access-calllog", "0")
+        self.asks(simulator, "MonitorStart", "<deviceObject>2001<")
+
+        # Members that the filter does not set follow their group: held calls are reported, call information is not.
+        for identifier, calls, information, logged in (("2", "false", "true", "readLocalMgmtData: registered change of cross filter"),
+                                                       ("3", "true", "false", "m_useCSTACallControlEvents == true")):
+            self.set("system-identifier", identifier)
+            self.asks(simulator, "ChangeMonitorFilter", "<held>%s<" % calls, "<retrieved>%s<" % calls,
+                      "<serviceInitiated>%s<" % calls, "<callInformation>%s<" % information)
+            server.logs(r"readLocalMgmtData\(\):" + logged)
+
     def misbehave(self, how, logged, logged_for_change=None):
         """A switch that responds wrongly: the journal logs it, continues, and succeeds when the switch is well again."""
-        simulator, address = self.simulate(QUIET, *["--answer=%s=%s" % (request, how) for request in (
-            "MonitorStop", "ChangeMonitorFilter", "SystemRegister", "RequestSystemStatus", "GetSwitchingFunctionDevices")])
+        requests = ["MonitorStop", "ChangeMonitorFilter"]
+        if how != "hang-up":  # every connection would end at once
+            requests += ["SystemRegister", "RequestSystemStatus", "GetSwitchingFunctionDevices"]
+        simulator, address = self.simulate(QUIET, *["--answer=%s=%s" % (request, how) for request in requests])
         server = self.serve(address, config=IMPATIENT)
         server.logs("monitor M1 of localDeviceID is on")
         self.set("system-identifier", "2")
         server.logs(r"readLocalMgmtData\(\):" + (logged_for_change or logged))
+        if how == "hang-up":
+            server.logs("monitor M1 of localDeviceID is on")
         self.set("disable-access-calllog", "1")
         server.logs(r"stopQorvexEvents\(\):" + logged)
+        if how == "hang-up":
+            server.logs("connected to the switch at %s again" % address)
         simulator.stop()
         server.logs("the switch at %s is lost" % address)
         self.set("disable-access-calllog", "2")
         server.logs(r"stopQorvexEvents\(\):OK")
 
         simulator, _ = self.simulate(QUIET, "--log-messages", "--answer", "MonitorStart=" + how, listen=address)
-        simulator.logs(r"from client \d+, \d+ SystemRegister: ")
+        self.asks(simulator, "SystemRegister")
         self.set("disable-access-calllog", "0")
         server.logs(r"startQorvexEvents\(\):" + logged)
         simulator.stop()
@@ -102,3 +135,6 @@ class SettingsTest(ProgramTest):
 
     def test_a_switch_that_does_not_respond_is_survived(self):
         self.misbehave("never", "Returned ERROR", "changeMonitorFilterReq returned ERROR")
+
+    def test_a_switch_that_hangs_up_is_survived(self):
+        self.misbehave("hang-up", "Returned ERROR", "changeMonitorFilterReq returned ERROR")
