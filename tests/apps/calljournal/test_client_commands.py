@@ -49,6 +49,13 @@ class ClientCommandsTest(ProgramTest):
         self.assertEqual(self.done("delete", "missed", "--all"), "2 missed calls deleted\n")
         self.assertEqual([len(self.list(name)["items"]) for name in ("missed", "dialled", "callbacks")], [0, 1, 1])
 
+    def test_deleting_all_includes_the_entries_that_are_not_loaded(self):
+        self.simulate_and_serve("\n".join("call c from %d ; ring c ; giveup c" % (5000 + index) for index in range(230)),
+                                "missed call from 5229")
+        self.watch()  # a subscription loads the newest 200
+        self.assertEqual(self.list("missed")["total"], 200)
+        self.assertEqual(self.done("delete", "missed", "--all"), "230 missed calls deleted\n")
+
     def test_csv_holds_what_json_holds_and_no_formula(self):
         self.calls()
         for name in ("missed", "dialled", "received", "callbacks"):
