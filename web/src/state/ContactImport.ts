@@ -1,6 +1,6 @@
 import { api, ApiError } from "../api/client";
 import type { ImportResponse } from "../api/types";
-import { decoded, formatOf, partsOf, textOf, type FileFormat, type Note, type Part } from "../contacts/importParts";
+import { decoded, formatOf, partsOf, textOf, type FileFormat, type Note, type Part } from "./importParts";
 import { reasonOf, type Failures } from "./Failures";
 import { Store } from "./Store";
 
