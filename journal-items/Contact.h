@@ -39,21 +39,15 @@ public:
     /// The number for looking up and matching the contact; it need not be one of the four below.
     [[nodiscard]] const std::string& getSearchNumber() const noexcept { return m_searchNumber; }
     void setSearchNumber(const std::string& number) { m_searchNumber = number; }
-    /// The number that a directory look-up matched. The values are those of the directory and of the XML
-    /// form; they are not positions of `getPhoneNumber`.
-    enum class MatchedNumber : std::int32_t {
-        eNone = 0,
-        eOffice2 = 1,
-        eOffice = 2,
-        eMobile = 3,
-        ePrivate = 4
-    };
-    [[nodiscard]] MatchedNumber getMatchedNumber() const noexcept {
-        return static_cast<MatchedNumber>(m_matchedKind);
+    /// The kind of the number that a directory look-up matched. The values are those of the directory and of
+    /// the XML form; they are not positions of `getPhoneNumber`.
+    enum class MatchedKind : std::int32_t { eNone = 0, eOffice2 = 1, eOffice = 2, eMobile = 3, ePrivate = 4 };
+    [[nodiscard]] MatchedKind getMatchedKind() const noexcept {
+        return static_cast<MatchedKind>(m_matchedKind);
     }
-    /// The same as a number, for the XML form. A value that is no `MatchedNumber` counts as `eNone`.
-    [[nodiscard]] std::int32_t getMatchedKind() const noexcept { return m_matchedKind; }
-    void setMatchedKind(std::int32_t kind) noexcept { m_matchedKind = kind; }
+    /// The matched kind as the integer of the XML form. A value that is not in `MatchedKind` means `eNone`.
+    [[nodiscard]] std::int32_t getMatchedKindCode() const noexcept { return m_matchedKind; }
+    void setMatchedKindCode(std::int32_t kind) noexcept { m_matchedKind = kind; }
 
     /// The first to the fourth phone number.
     [[nodiscard]] const std::string& getOffice() const noexcept { return m_office; }
@@ -110,9 +104,9 @@ public:
     void setCallRecords(const std::vector<CallRecord>& records) { m_callRecords = records; }
     void addCallRecord(const CallRecord& record) { m_callRecords.push_back(record); }
 
-    /// The whole record as one printable line of text, "surname=...;firstname=...;": empty fields are
-    /// omitted, and bytes that would break the format are written as "\xHH". For transport and logs;
-    /// `deserialize` is the inverse.
+    /// The whole record as one printable text, "surname=...;firstname=...;": empty fields are omitted, and
+    /// bytes that would break the format are written as "\xHH". For transport and logs; `deserialize` is the
+    /// inverse.
     [[nodiscard]] std::string serialize() const;
     /// Reads the text of `serialize`. Returns false, with `contact` unchanged, if the text is damaged; skips
     /// unknown names.
@@ -170,18 +164,18 @@ inline const std::vector<Contact::TextField>& Contact::textFields() {
 }
 
 inline std::string Contact::serialize() const {
-    std::string line;
+    std::string text;
     for (const TextField& field : textFields()) {
-        contacttext::append(line, field.name, this->*field.member);
+        contacttext::append(text, field.name, this->*field.member);
     }
-    contacttext::append(line, "matchedKind", m_matchedKind);
-    contacttext::append(line, "defaultNumber", m_defaultNumber);
-    contacttext::append(line, "source", static_cast<std::int32_t>(m_source));
+    contacttext::append(text, "matchedKind", m_matchedKind);
+    contacttext::append(text, "defaultNumber", m_defaultNumber);
+    contacttext::append(text, "source", static_cast<std::int32_t>(m_source));
     for (const CallRecord& record : m_callRecords) {
-        line +=
+        text +=
             "record=" + contacttext::escape(record.entryId) + "," + contacttext::escape(record.type) + ";";
     }
-    return line;
+    return text;
 }
 
 inline bool Contact::deserialize(const std::string& text, Contact& contact) {

@@ -21,7 +21,7 @@ enum class ListName { eMissed, eDialled, eReceived, eForwarded, eCallbacks };
 ///     kTable      the list's table, which is also the schema name of its documents
 ///     Info        the type of an occurrence; callbacks have none
 ///
-/// The XML builders, parsers and remote methods of a list are in `ListXml` (platform/journal-library/ListXml.h).
+/// `ListXml` (platform/journal-library/ListXml.h) has the XML builders, parsers and remote methods of a list.
 template <typename Item>
 struct ListTraits;
 

@@ -48,7 +48,7 @@ bool Phonebook::lookUpContact(Contact& contact) {
         if (const auto match = rows.lookUp(rows.indexed(searched))) {
             found = rows.find(match->id);
             if (found) {
-                found->setMatchedKind(kindOf(match->position));
+                found->setMatchedKindCode(kindOf(match->position));
             }
         }
     });
@@ -112,7 +112,7 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
     }
     contact.setUniqueId(known->getUniqueId());
     contact.setSearchNumber({});
-    contact.setMatchedKind(0);
+    contact.setMatchedKindCode(0);
     contact.setCallRecords({});
     if (contact == *known) {
         return Imported::eUnchanged;

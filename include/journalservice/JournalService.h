@@ -135,7 +135,7 @@ public:
     [[nodiscard]] DigitAnalysisServiceIfc* getDigitAnalysisService() const;
 
 protected:
-    /// Fills the lists from the database. Each service variant overrides the way of loading.
+    /// Fills the lists from the database. A service variant overrides it with its own load method.
     virtual void loadCallListsFromDb();
     /// For the service variants.
     [[nodiscard]] journal::JournalComponents& components() const noexcept { return *m_components; }

@@ -22,7 +22,7 @@
 /// merged into the entry. An operation on one entry returns false for an unknown id; a `get...` then leaves
 /// its output unchanged. Deleting a set of entries, or a list, always returns true and ignores unknown ids.
 ///
-/// A change is written to the database before the operation returns. A database that refuses it is logged;
+/// A change is written to the database before the operation returns. A rejected write is logged;
 /// the change stays in memory. New operations are added at the end.
 class JournalServiceIfc : public JournalServiceObserverSubscriptionIfc {
 public:

@@ -217,7 +217,7 @@ struct Fields<Contact> : NoFields<Contact> {
     }};
     static constexpr std::array<NumberField<Contact>, 2> kNumbers{{
         number<Contact, &Contact::getDefaultNumber, &Contact::setDefaultNumber>("DefaultNumber"),
-        number<Contact, &Contact::getMatchedKind, &Contact::setMatchedKind>("MatchedKind"),
+        number<Contact, &Contact::getMatchedKindCode, &Contact::setMatchedKindCode>("MatchedKind"),
     }};
 };
 

@@ -17,7 +17,7 @@
 #include "platform/logging/LogExceptions.h"
 #include "src/JournalService/base/Log.h"
 
-#define LOG_CONTACTS(level, ...) JOURNAL_LOG_LINE(kComponent, kSource, level, __VA_ARGS__)
+#define LOG_CONTACTS(level, ...) JOURNAL_LOG(kComponent, kSource, level, __VA_ARGS__)
 
 namespace {
 

@@ -64,7 +64,7 @@ struct JournalComponents {
         Service& service;
         /// Receives the events of the journal's monitors.
         CSTAEventIfc& eventReceiver;
-        /// Loads all lists in the way of the service variant.
+        /// The load method of the service variant: loads all lists.
         std::function<void()> loadLists;
     };
 

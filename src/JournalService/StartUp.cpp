@@ -21,7 +21,7 @@ void startUp(JournalComponents& components, Context& context, MgmtAgentIfc& agen
     PlatformServices& platform = components.platform;
     platform.findAll(context);
     components.adapter.init(platform.m_dataAccessService);
-    components.clock.adoptClock(platform.m_clockService);
+    components.clock.setClock(platform.m_clockService);
 
     components.visitorCallLog.createFirstTimer(components.phoneValues);
     components.blindTransfer.start(context, components.service);

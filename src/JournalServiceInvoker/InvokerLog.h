@@ -9,4 +9,4 @@ inline constexpr const char* kInvokerSource = "./src/JournalServiceInvoker";
 
 /// Log texts of the remote interface.
 #define LOG_INVOKER(level, ...) \
-    JOURNAL_LOG_LINE(journal::kInvokerComponent, journal::kInvokerSource, level, __VA_ARGS__)
+    JOURNAL_LOG(journal::kInvokerComponent, journal::kInvokerSource, level, __VA_ARGS__)

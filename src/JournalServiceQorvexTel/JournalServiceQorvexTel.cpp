@@ -13,7 +13,7 @@
 #include "src/JournalService/lists/ListTransaction.h"
 
 #define LOG_LOADING(level, ...) \
-    JOURNAL_LOG_LINE("Journal Service", "./src/JournalServiceQorvexTel", level, __VA_ARGS__)
+    JOURNAL_LOG("Journal Service", "./src/JournalServiceQorvexTel", level, __VA_ARGS__)
 
 namespace {
 

@@ -11,8 +11,8 @@
 namespace {
 
 void logThrown(const char* what) noexcept {
-    JOURNAL_LOG_LINE("Journal Service Events", "./src/ObserverNotifier", 2, "telling an observer failed: %s",
-                     what);
+    JOURNAL_LOG("Journal Service Events", "./src/ObserverNotifier", 2, "telling an observer failed: %s",
+                what);
 }
 
 }  // namespace

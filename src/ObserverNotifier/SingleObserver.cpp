@@ -8,7 +8,7 @@
 #include "journalservice/ObserverNotifier.h"
 #include "src/JournalService/base/Log.h"
 
-#define LOG_UPDATE(...) JOURNAL_LOG_LINE("Journal Service Events", "./src/ObserverNotifier", 6, __VA_ARGS__)
+#define LOG_UPDATE(...) JOURNAL_LOG("Journal Service Events", "./src/ObserverNotifier", 6, __VA_ARGS__)
 
 namespace {
 

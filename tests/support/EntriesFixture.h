@@ -43,7 +43,7 @@ public:
     EntriesFixture() {
         platform.m_directoryService = &phonebook;
         platform.m_digitAnalysisService = &digits;
-        clock.adoptClock(&time);
+        clock.setClock(&time);
         phoneIs(softwareTypes::qorvex);
     }
 

@@ -33,7 +33,7 @@ public:
                     contact.setSearchNumber(number);
                     // The journal takes kind 1 for the fourth number and kinds 2 to 4 for the first to the
                     // third.
-                    contact.setMatchedKind(position % 4 + 1);
+                    contact.setMatchedKindCode(position % 4 + 1);
                     return true;
                 }
             }

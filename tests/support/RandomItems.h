@@ -119,7 +119,7 @@ void fill(Values& values, Contact& contact) {
         &Contact::setGroup, &Contact::setCompany, &Contact::setOffice2, &Contact::setAddress,
         &Contact::setAddress2, &Contact::setJobFunction, &Contact::setPicture, &Contact::setVoiceDial,
         &Contact::setExternalId, &Contact::setSearchNumber, &Contact::setDefaultNumber,
-        &Contact::setMatchedKind);
+        &Contact::setMatchedKindCode);
     contact.setContactSource(static_cast<Contact::eOrderedContactSource>(values.upTo(5)));
     for (int count = values.upTo(2); count > 0; --count) {
         contact.addCallRecord({values.text(), values.text()});

@@ -19,14 +19,14 @@ std::atomic<ClockServiceIfc*> JournalClock::m_pClockSvc{nullptr};
 
 namespace {
 
-// The clock of each journal, in the order of `adoptClock`, so that the process can fall back to an older one.
-struct BroughtClocks {
+// The clock of each journal, in the order of `setClock`, so that the process can fall back to an older one.
+struct RegisteredClocks {
     std::mutex mutex;
     std::vector<std::pair<const JournalClock*, ClockServiceIfc*>> clocks;
 };
 
-BroughtClocks& broughtClocks() {
-    static BroughtClocks clocks;
+RegisteredClocks& registeredClocks() {
+    static RegisteredClocks clocks;
     return clocks;
 }
 
@@ -36,19 +36,19 @@ auto fieldsOf(const ClockServiceIfc::DateTime& time) {
 
 }  // namespace
 
-void JournalClock::adoptClock(ClockServiceIfc* clock) {
-    auto& brought = broughtClocks();
-    const std::lock_guard lock(brought.mutex);
-    std::erase_if(brought.clocks, [this](const auto& entry) { return entry.first == this; });
+void JournalClock::setClock(ClockServiceIfc* clock) {
+    auto& registered = registeredClocks();
+    const std::lock_guard lock(registered.mutex);
+    std::erase_if(registered.clocks, [this](const auto& entry) { return entry.first == this; });
     if (clock != nullptr) {
-        brought.clocks.emplace_back(this, clock);
+        registered.clocks.emplace_back(this, clock);
     }
     m_ownClock = clock;
-    m_pClockSvc.store(brought.clocks.empty() ? nullptr : brought.clocks.back().second);
+    m_pClockSvc.store(registered.clocks.empty() ? nullptr : registered.clocks.back().second);
 }
 
 JournalClock::~JournalClock() {
-    adoptClock(nullptr);
+    setClock(nullptr);
 }
 
 ClockServiceIfc* JournalClock::clock() const {

@@ -9,9 +9,9 @@ namespace journal {
 
 /// Time strings, entry ids and durations, all from the phone's clock service.
 ///
-/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process adopts the
-/// clock of its framework; a journal that is destroyed removes its own clock only. Threads: any thread may ask at any time; `adoptClock` and destruction belong to the journal's own
-/// start and end.
+/// The phone has one clock, so the process keeps one pointer to it. Each journal of a process sets the clock
+/// of its framework; a journal that is destroyed removes its own clock only. Thread-safe, except `setClock`
+/// and the destructor: strand only.
 class JournalClock {
 public:
     JournalClock() = default;
@@ -21,9 +21,8 @@ public:
 
     /// Sets the clock, which is borrowed until this object is destroyed; with null the process's clock is
     /// used.
-    void adoptClock(ClockServiceIfc* clock);
+    void setClock(ClockServiceIfc* clock);
 
-    /// True if there is a clock.
     [[nodiscard]] bool isAvailable() const { return clock() != nullptr; }
     /// The date and time now: "2026-11-21T05:22:05Z", 20 characters; empty without a clock.
     [[nodiscard]] std::string getCurrentTime() const;
@@ -45,10 +44,10 @@ public:
 private:
     [[nodiscard]] ClockServiceIfc* clock() const;
 
-    /// The process's clock: that of the journal which adopted one last, of those that exist.
+    /// The process's clock: the one that was set last by a journal that still exists.
     static std::atomic<ClockServiceIfc*> m_pClockSvc;
 
-    // Constant after adoptClock.
+    // Constant after setClock.
     ClockServiceIfc* m_ownClock = nullptr;
 };
 

@@ -28,7 +28,7 @@ bool JournalPolicy::isWsiUcJournalAllowed() const {
     return ucUser && allowed;
 }
 
-bool JournalPolicy::isJournalOurs() const {
+bool JournalPolicy::ownsCallLog() const {
     if (isUCServiceRunning()) {
         return false;
     }
@@ -39,7 +39,7 @@ bool JournalPolicy::isJournalOurs() const {
 }
 
 bool JournalPolicy::handleCSTAEvent() const {
-    const bool result = isJournalOurs();
+    const bool result = ownsCallLog();
     LOG_EVENTS(6, "handleCSTAEvent() [%s]", result ? "true" : "false");
     return result;
 }

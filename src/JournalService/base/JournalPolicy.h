@@ -5,7 +5,7 @@ namespace journal {
 class PlatformServices;
 class PhoneSettings;
 
-/// Decides if the journal follows calls: it does not while another journal on the phone owns the call log.
+/// Decides if the journal tracks calls: it does not while another journal on the phone owns the call log.
 /// Thread-safe.
 class JournalPolicy {
 public:
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] bool isWsiUcJournalAllowed() const;
 
 private:
-    [[nodiscard]] bool isJournalOurs() const;
+    [[nodiscard]] bool ownsCallLog() const;
 
     PlatformServices& m_platform;
     const PhoneSettings& m_settings;

@@ -7,7 +7,7 @@
 // warning, 4 and 5 information and decisions, 6 detail. The texts are a contract with support engineers and
 // do not change.
 
-#define JOURNAL_LOG_LINE(component, source, level, ...)                 \
+#define JOURNAL_LOG(component, source, level, ...)                      \
     do {                                                                \
         if (loggingOnAppUni(component, level)) {                        \
             logAppUni(component, source, level, __LINE__, __VA_ARGS__); \
@@ -15,8 +15,7 @@
     } while (false)
 
 /// The facade, the lists and the loading.
-#define LOG_JOURNAL(level, ...) \
-    JOURNAL_LOG_LINE("Journal Service", "./src/JournalService", level, __VA_ARGS__)
+#define LOG_JOURNAL(level, ...) JOURNAL_LOG("Journal Service", "./src/JournalService", level, __VA_ARGS__)
 /// Events, entry creation, configuration and synchronisation.
 #define LOG_EVENTS(level, ...) \
-    JOURNAL_LOG_LINE("Journal Service Events", "./src/JournalServiceEvents", level, __VA_ARGS__)
+    JOURNAL_LOG("Journal Service Events", "./src/JournalServiceEvents", level, __VA_ARGS__)

@@ -44,8 +44,8 @@ struct SettingsSnapshot {
 
 /// The configuration values that the other components read.
 ///
-/// Thread-safe. A reader gets an immutable snapshot, so that a
-/// decision that looks at two values sees both from one moment; it stays valid for as long as it is held.
+/// Thread-safe. A reader gets an immutable snapshot, so that a decision that uses two values has both from
+/// one moment; the snapshot stays valid for as long as it is held.
 class PhoneSettings {
 public:
     using Snapshot = std::shared_ptr<const SettingsSnapshot>;

@@ -22,8 +22,9 @@ class PhoneSettings;
 /// A request that fails is logged and not repeated, and the deletion stands. The caller decides if a request
 /// is due, except for the dialled overflow, which has a rule of its own.
 ///
-/// A switch that is connected and silent costs seconds a request, in which no call can be filed. So the
-/// requests of one change are one `Batch`: once one has failed, the others fail without being sent.
+/// A connected switch that does not respond blocks each request until its timeout, and no call can be filed
+/// meanwhile. So the requests of one change are one `Batch`: once one has failed, the others fail without
+/// being sent.
 class CallLogRequests {
 public:
     /// The requests sent while it lives are one batch; a batch inside another one is part of that one.

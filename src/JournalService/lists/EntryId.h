@@ -11,12 +11,12 @@
 
 namespace journal {
 
-/// Returns `entryId`, or the next one of its second that no item of the list has and that the merged item did
-/// not have before (`formerId`, empty for a new item). Two calls that end in one second may carry ids that
-/// are no numbers, and an id must name one entry.
+/// Returns `entryId`, or the next unused id with the same time: one that no item of the list has and that the
+/// merged item did not have before (`formerId`, empty for a new item). Two calls that end in one second may
+/// have call ids that are not numbers, and an entry id identifies one entry.
 template <typename Item>
-[[nodiscard]] std::string freeEntryId(const std::deque<Item>& items, const std::string& formerId,
-                                      std::string entryId) {
+[[nodiscard]] std::string makeUniqueEntryId(const std::deque<Item>& items, const std::string& formerId,
+                                            std::string entryId) {
     constexpr std::size_t kDigits = 8;
     const std::string time = entryId.substr(0, entryId.size() - kDigits);
     auto number = static_cast<std::uint32_t>(std::strtoul(entryId.substr(time.size()).c_str(), nullptr, 16));

@@ -17,7 +17,7 @@ class CallLogRequests;
 class ListPersistence;
 class ListSourceIfc;
 
-/// The five lists, the contacts that are loaded with them, and what a change of a list goes to: the database,
+/// The five lists, the contacts that are loaded with them, and the destinations of each change: the database,
 /// a switch that keeps the call log, and the observers.
 ///
 /// Thread-safe. Lock order: call map, change lock, notifier, one list. A reader takes the list's lock alone;
@@ -34,7 +34,7 @@ public:
     JournalLists& operator=(const JournalLists&) = delete;
     ~JournalLists() = default;
 
-    /// Sets the source that `ListTransaction::loadAtFirstNeed` loads from; it is borrowed. Without one the
+    /// Sets the source that `ListTransaction::ensureLoaded` loads from; it is borrowed. Without one the
     /// lists are complete as they are. Call before any other thread uses the lists.
     void setSource(ListSourceIfc& source) noexcept { m_source = &source; }
 

@@ -19,32 +19,32 @@ public:
     /// Both are borrowed and outlive this object.
     ListDeletion(const PhoneSettings& settings, JournalLists& lists) : m_settings(settings), m_lists(lists) {}
 
-    // One entry; false when the list has no entry of that id.
-    /// Returns false too, and deletes no entry, when `isSendDeleteMissedCallRequest` is true.
+    // Each deletes one entry. Returns false if the list has no entry with that id.
+    /// Also returns false, and deletes no entry, if `isSendDeleteMissedCallRequest` is true.
     bool deleteMissedCall(const std::string& entryId, bool isSendDeleteMissedCallRequest);
     bool deleteDialledCall(const std::string& entryId);
     bool deleteReceivedCall(const std::string& entryId);
     bool deleteForwardedCall(const std::string& entryId);
     bool deleteCallBack(const std::string& entryId);
 
-    // The entries of these ids, those of them that the list has; always true.
+    // Each deletes the entries with these ids; unknown ids are ignored. Always returns true.
     bool deleteMissedCallList(const std::set<std::string>& entryIds);
     bool deleteDialledCallList(const std::set<std::string>& entryIds);
     bool deleteReceivedCallList(const std::set<std::string>& entryIds);
     bool deleteForwardedCallList(const std::set<std::string>& entryIds);
     bool deleteCallBackList(const std::set<std::string>& entryIds);
 
-    // Every entry, the unloaded ones too; always true.
+    // Each deletes every entry, the unloaded ones too. Always returns true.
     bool deleteMissedCallList();
     bool deleteDialledCallList();
     bool deleteReceivedCallList();
     bool deleteForwardedCallList();
     bool deleteCallBackList();
 
-    /// The entries of these ids in all lists, without the missed ones when the client asks for the request to
-    /// the switch. False when no list has any of them.
+    /// Deletes the entries with these ids in all lists, without the missed ones if the client asks for the
+    /// request to the switch. Returns false if no list has any of them.
     bool deleteCalls(const std::set<std::string>& entryIds, bool isSendDeleteMissedCallRequest);
-    /// Every entry of every list except the callbacks, and the contacts; always true.
+    /// Deletes every entry of every list except the callbacks, and the contacts. Always returns true.
     bool deleteAllCalls();
 
 private:

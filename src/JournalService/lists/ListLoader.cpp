@@ -38,7 +38,7 @@ struct NormalizeNames<ForwardedCallItem> {
 
 void ListLoader::load() {
     ListTransaction transaction(m_lists);
-    if (!transaction.repeatRefused()) {
+    if (!transaction.retryRejected()) {
         LOG_JOURNAL(2, "The database refuses entries, so the lists are not loaded and stay as they are");
         return;
     }

@@ -22,8 +22,8 @@ class PhoneSettings;
 /// that it neither loses nor undoes a change. The requests run with no list lock held.
 class ListLoader final : public ListSourceIfc {
 public:
-    /// All references are borrowed and outlive this object. `loadCallLists` loads the call lists and the
-    /// contacts in the way of the service variant; without it, `loadCallListsFromDb` does.
+    /// All references are borrowed and outlive this object. `loadCallLists` is the load method of the
+    /// service variant, for the call lists and the contacts; without it, `loadCallListsFromDb` does.
     ListLoader(const PhoneSettings& settings, CallListDatabaseAdapter& adapter, JournalLists& lists,
                std::function<void()> loadCallLists = {})
         : m_settings(settings),
@@ -31,17 +31,17 @@ public:
           m_lists(lists),
           m_loadCallLists(std::move(loadCallLists)) {}
 
-    /// Loads the call lists and the contacts in the way of the variant, and the callbacks. Before that it
-    /// offers to the database what it has refused; while the database still refuses an item, nothing is
-    /// loaded, since the load would lose that item.
+    /// Loads the call lists and the contacts by the load method of the service variant, and the callbacks.
+    /// Before that it retries the changes that the database rejected; while the database still rejects an
+    /// item, it loads no list, since the load would lose that item.
     void load() override;
     [[nodiscard]] bool hasLoaded() const noexcept override { return m_hasLoaded; }
 
     /// Loads every call list with one read request each, the forwarded one on a SIP phone only. A list whose
     /// read fails keeps its contents.
     void loadCallListsFromDb();
-    /// False once `loadCallListsFromDb` has run, whatever it found. A variant with another way to load never
-    /// runs it, so every subscription loads there.
+    /// False once `loadCallListsFromDb` has run, also if it found no entries. A variant with another load
+    /// method never runs it, so every subscription loads there.
     [[nodiscard]] bool subscriptionNeedsLoad() const noexcept { return m_subscriptionNeedsLoad; }
 
     void readMissedCallList();

@@ -27,51 +27,51 @@ std::string ListPersistence::updateEntries(const std::string& entries, RequestTy
 std::optional<std::string> ListPersistence::send(const std::string& entries, RequestType requestType,
                                                  const std::string& table) {
     const bool clears = entries == Helper::allEntries();
-    const bool clearingWaits = refusedDeletion(table) == Helper::allEntries();
+    const bool clearingWaits = rejectedDeletion(table) == Helper::allEntries();
     if (clearingWaits && !clears && sendOnce(Helper::allEntries(), RequestType::eDelete, table)) {
-        forgetDeletion(table);
+        clearRejectedDeletion(table);
     }
     std::optional<std::string> uniqueId = sendOnce(entries, requestType, table);
     const bool isDeletion = requestType == RequestType::eDelete;
     if (!uniqueId && isDeletion) {
-        recordRefusedDeletion(entries, table);
+        recordRejectedDeletion(entries, table);
     } else if (uniqueId && isDeletion && clears) {
-        forgetDeletion(table);
-    } else if (uniqueId && !isDeletion && refusedDeletion(table) == Helper::allEntries()) {
+        clearRejectedDeletion(table);
+    } else if (uniqueId && !isDeletion && rejectedDeletion(table) == Helper::allEntries()) {
         LOG_JOURNAL(2, "%s: what was to be cleared stays, since newer entries are among it now",
                     table.c_str());
-        forgetDeletion(table);
+        clearRejectedDeletion(table);
     }
     return uniqueId;
 }
 
-void ListPersistence::repeatDeletion(const std::string& table) {
-    const std::string entries = refusedDeletion(table);
+void ListPersistence::retryDeletion(const std::string& table) {
+    const std::string entries = rejectedDeletion(table);
     if (!entries.empty() && !sendOnce(entries, RequestType::eDelete, table)) {
         LOG_JOURNAL(2, "%s: what was to be deleted stays", table.c_str());
     }
-    forgetDeletion(table);
+    clearRejectedDeletion(table);
 }
 
-std::string ListPersistence::refusedDeletion(const std::string& table) const {
+std::string ListPersistence::rejectedDeletion(const std::string& table) const {
     const std::lock_guard lock(m_mutex);
-    const auto refused = m_refusedDeletions.find(table);
-    return refused == m_refusedDeletions.end() ? std::string() : refused->second;
+    const auto rejected = m_rejectedDeletions.find(table);
+    return rejected == m_rejectedDeletions.end() ? std::string() : rejected->second;
 }
 
-void ListPersistence::forgetDeletion(const std::string& table) {
+void ListPersistence::clearRejectedDeletion(const std::string& table) {
     const std::lock_guard lock(m_mutex);
-    m_refusedDeletions.erase(table);
+    m_rejectedDeletions.erase(table);
 }
 
-void ListPersistence::recordRefusedDeletion(const std::string& entries, const std::string& table) {
+void ListPersistence::recordRejectedDeletion(const std::string& entries, const std::string& table) {
     const std::string all = Helper::allEntries();
     const std::lock_guard lock(m_mutex);
-    std::string& refused = m_refusedDeletions[table];
+    std::string& rejected = m_rejectedDeletions[table];
     if (entries == all) {
-        refused = all;
-    } else if (refused != all) {
-        refused += entries;
+        rejected = all;
+    } else if (rejected != all) {
+        rejected += entries;
     }
 }
 
@@ -101,18 +101,18 @@ void ListPersistence::clearTable(const std::string& table) {
     updateEntries(Helper::allEntries(), RequestType::eDelete, table);
 }
 
-void ListPersistence::recordRefused(const std::string& key, bool refused) {
+void ListPersistence::recordRejected(const std::string& key, bool rejected) {
     const std::lock_guard lock(m_mutex);
-    if (refused) {
-        m_refused.insert(key);
+    if (rejected) {
+        m_rejectedWrites.insert(key);
     } else {
-        m_refused.erase(key);
+        m_rejectedWrites.erase(key);
     }
 }
 
-void ListPersistence::forgetRefused() {
+void ListPersistence::clearRejectedWrites() {
     const std::lock_guard lock(m_mutex);
-    m_refused.clear();
+    m_rejectedWrites.clear();
 }
 
 std::string ListPersistence::lastUniqueId() const {

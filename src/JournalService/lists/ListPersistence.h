@@ -20,13 +20,13 @@ namespace journal {
 /// The kind of a request that changes the database.
 enum class RequestType { eWrite, eDelete };
 
-/// Writes every change of a list to the database, and reads a table that the lists do not hold whole.
+/// Writes every change of a list to the database, and reads the tables of which a list loads a part only.
 ///
-/// A database that responds "failed" leaves the memory as it is: the change stays in the list and is logged,
-/// and this class records what is to be offered again: the items that the database lacks or has an old state
-/// of, and what it was to delete. A refused deletion is repeated once, before the table is read; a refused
-/// deletion of the whole table is repeated before the next change of it as well, since a repeated deletion
-/// must not take what was written after it.
+/// When the database responds "failed", the change stays in the list and an error is logged. This class
+/// records the rejected changes for a retry: the items whose row is missing or out of date, and the
+/// deletions. A rejected deletion is retried once, before the table is read. A rejected deletion of the whole
+/// table is also retried before the next change of the table, because a retry must not delete entries that
+/// were written later.
 ///
 /// Thread-safe for one change at a time, which `ListTransaction` ensures. The caller may hold one list lock;
 /// an operation waits until the change is durable.
@@ -53,7 +53,7 @@ public:
         const std::optional<std::string> uniqueId =
             send(entry(item, requestType), requestType, ListXml<Item>::kTable);
         const bool isWrite = requestType == RequestType::eWrite;
-        recordRefused(keyOf(item), isWrite && !uniqueId);
+        recordRejected(keyOf(item), isWrite && !uniqueId);
         if constexpr (!std::is_same_v<Item, CallBackItem>) {
             if (isWrite && uniqueId && !uniqueId->empty()) {
                 item.setUniqueId(*uniqueId);
@@ -68,9 +68,9 @@ public:
         for (const Item* item : items) {
             entries += entry(*item, RequestType::eWrite);
         }
-        const bool refused = !items.empty() && !send(entries, RequestType::eWrite, ListXml<Item>::kTable);
+        const bool rejected = !items.empty() && !send(entries, RequestType::eWrite, ListXml<Item>::kTable);
         for (const Item* item : items) {
-            recordRefused(keyOf(*item), refused);
+            recordRejected(keyOf(*item), rejected);
         }
     }
 
@@ -89,26 +89,26 @@ public:
     [[nodiscard]] bool read(std::deque<Item>& items) {
         // More than a list keeps, for the rows that were not dropped from the table in time.
         constexpr unsigned kRows = 2 * CallListDatabaseAdapterHelper::kListRows;
-        repeatDeletion(ListXml<Item>::kTable);
+        retryDeletion(ListXml<Item>::kTable);
         return ListXml<Item>::kParse(m_adapter.processRequest(CallListDatabaseAdapterHelper::readCallList(
                                          ListXml<Item>::kTable, kRows)),
                                      items);
     }
 
-    /// Offers what the database has refused to delete to it again, once; what it refuses then stays, with a
-    /// line in the log.
+    /// Retries the deletions that the database rejected, once. When it rejects them again, the rows stay and
+    /// an error is logged.
     template <typename Item>
-    void repeatDeletion() {
-        repeatDeletion(ListXml<Item>::kTable);
+    void retryDeletion() {
+        retryDeletion(ListXml<Item>::kTable);
     }
-    /// True if the last write of the item under its present entry id was refused.
+    /// True if the last write of the item under its current entry id was rejected.
     template <typename Item>
-    [[nodiscard]] bool isRefused(const Item& item) const {
+    [[nodiscard]] bool isRejected(const Item& item) const {
         const std::lock_guard lock(m_mutex);
-        return m_refused.contains(keyOf(item));
+        return m_rejectedWrites.contains(keyOf(item));
     }
-    /// Forgets the refused writes. Call when none of their items is left.
-    void forgetRefused();
+    /// Clears the record of rejected writes. Call when the retry of every one has succeeded.
+    void clearRejectedWrites();
 
     /// The item as an `ENTRY` field, for a request of many entries.
     template <typename Item>
@@ -135,13 +135,13 @@ private:
     [[nodiscard]] static std::string keyOf(const Item& item) {
         return std::string(ListXml<Item>::kTable) + ' ' + item.getEntryId();
     }
-    void recordRefused(const std::string& key, bool refused);
-    void repeatDeletion(const std::string& table);
-    void recordRefusedDeletion(const std::string& entries, const std::string& table);
-    void forgetDeletion(const std::string& table);
-    [[nodiscard]] std::string refusedDeletion(const std::string& table) const;
-    // Both return std::nullopt when the database refused, otherwise the last unique id, which is empty when
-    // the response has none. `send` records a refused deletion.
+    void recordRejected(const std::string& key, bool rejected);
+    void retryDeletion(const std::string& table);
+    void recordRejectedDeletion(const std::string& entries, const std::string& table);
+    void clearRejectedDeletion(const std::string& table);
+    [[nodiscard]] std::string rejectedDeletion(const std::string& table) const;
+    // Both return std::nullopt when the database rejected the request, otherwise the last unique id, which is
+    // empty when the response has none. `send` records a rejected deletion.
     std::optional<std::string> send(const std::string& entries, RequestType requestType,
                                     const std::string& table);
     std::optional<std::string> sendOnce(const std::string& entries, RequestType requestType,
@@ -156,9 +156,9 @@ private:
     mutable std::mutex m_mutex;
     // Guarded by m_mutex.
     std::string m_lastUniqueId;
-    std::set<std::string> m_refused;
+    std::set<std::string> m_rejectedWrites;
     // By table, as the entries of one request.
-    std::map<std::string, std::string> m_refusedDeletions;
+    std::map<std::string, std::string> m_rejectedDeletions;
 };
 
 }  // namespace journal

@@ -4,34 +4,34 @@
 
 namespace journal {
 
-void ListTransaction::loadAtFirstNeed() {
+void ListTransaction::ensureLoaded() {
     if (m_lists.m_source != nullptr && !m_lists.m_source->hasLoaded()) {
         m_lists.m_source->load();
     }
 }
 
 template <typename Item>
-bool ListTransaction::repeatRefusedOf() {
+bool ListTransaction::retryRejectedOf() {
     ListPersistence& persistence = m_lists.m_persistence;
-    persistence.repeatDeletion<Item>();
+    persistence.retryDeletion<Item>();
     std::deque<Item>& items = open<Item>();
-    // Up to the first that is refused again: a locked database delays each of them by seconds.
+    // Stops at the first item that is rejected again: a locked database delays each write by seconds.
     const bool accepted = std::none_of(items.begin(), items.end(), [this, &persistence](Item& item) {
-        if (persistence.isRefused(item)) {
+        if (persistence.isRejected(item)) {
             write(item);
         }
-        return persistence.isRefused(item);
+        return persistence.isRejected(item);
     });
     close();
     return accepted;
 }
 
-bool ListTransaction::repeatRefused() {
-    const bool accepted = repeatRefusedOf<MissedCallItem>() && repeatRefusedOf<DialledCallItem>() &&
-                          repeatRefusedOf<ReceivedCallItem>() && repeatRefusedOf<ForwardedCallItem>() &&
-                          repeatRefusedOf<CallBackItem>();
+bool ListTransaction::retryRejected() {
+    const bool accepted = retryRejectedOf<MissedCallItem>() && retryRejectedOf<DialledCallItem>() &&
+                          retryRejectedOf<ReceivedCallItem>() && retryRejectedOf<ForwardedCallItem>() &&
+                          retryRejectedOf<CallBackItem>();
     if (accepted) {
-        m_lists.m_persistence.forgetRefused();
+        m_lists.m_persistence.clearRejectedWrites();
     }
     return accepted;
 }

@@ -23,7 +23,7 @@ namespace journal {
 ///  1. The constructor takes the change lock: changes are made and announced one at a time, so that observers
 ///     receive them in the order in which they happened, and the last count that they receive is the right
 ///     one.
-///  2. `loadAtFirstNeed` loads the lists unless they were loaded before: a change must find the entry that a
+///  2. `ensureLoaded` loads the lists unless they were loaded before: a change must find the entry that a
 ///     party has in the database.
 ///  3. `open` restores an entry that matches and is not loaded, locks the list and returns its items. The
 ///     caller finds and changes what it is about.
@@ -49,19 +49,20 @@ public:
     ListTransaction& operator=(const ListTransaction&) = delete;
     ~ListTransaction() = default;
 
-    // Before a list is opened. Requires: no list is locked.
+    // Preparation, before a list is opened. Requires: no list is locked.
 
-    void loadAtFirstNeed();
-    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do
-    /// not.
-    void setLoaded(bool areLeft) { m_lists.m_unloadedEntries.setLoaded(areLeft); }
-    /// Offers every deletion and every item to the database again that it has refused. False when it still
-    /// refuses an item.
-    [[nodiscard]] bool repeatRefused();
-    /// The entries of the list that the database holds and the list does not, newest first.
+    /// Loads the lists unless they were loaded before.
+    void ensureLoaded();
+    /// Records that the lists were loaded; `mayHaveMore` is true when the database may hold entries that are
+    /// not loaded.
+    void setLoaded(bool mayHaveMore) { m_lists.m_unloadedEntries.setLoaded(mayHaveMore); }
+    /// Retries the deletions and the writes that the database rejected. Returns false if the database still
+    /// rejects an item.
+    [[nodiscard]] bool retryRejected();
+    /// The entries of the list that are in the database and not loaded, newest first.
     template <typename Item>
     [[nodiscard]] const std::deque<Item>& unloaded() {
-        return m_lists.m_unloadedEntries.of(list<Item>());
+        return m_lists.m_unloadedEntries.entriesOf(list<Item>());
     }
     /// Locks the list and returns its items. They are valid until the list is closed or the transaction ends.
     template <typename Item>
@@ -105,7 +106,7 @@ public:
     template <typename Item>
     [[nodiscard]] std::vector<Item> dropOldest(std::deque<Item>& items);
 
-    // The end.
+    // Completion.
 
     /// Releases the list that is open, if any.
     void close() noexcept { m_openList.reset(); }
@@ -129,7 +130,7 @@ private:
     template <typename Item, typename Matches>
     void restore(const Matches& matches);
     template <typename Item>
-    [[nodiscard]] bool repeatRefusedOf();
+    [[nodiscard]] bool retryRejectedOf();
 
     JournalLists& m_lists;
     const CriticalSection<NestableSemaphore> m_change;
@@ -160,7 +161,7 @@ void ListTransaction::restore(const Matches& matches) {
             return;
         }
     }
-    std::deque<Item>& unloadedItems = m_lists.m_unloadedEntries.of(list<Item>());
+    std::deque<Item>& unloadedItems = m_lists.m_unloadedEntries.entriesOf(list<Item>());
     const auto found = std::find_if(unloadedItems.begin(), unloadedItems.end(), matches);
     if (found != unloadedItems.end()) {
         insertInOrder(open<Item>(), std::move(*found));

@@ -15,9 +15,9 @@ void MissedCallUpdates::updateMissedCall(const MissedCallItem& item) {
         return;
     }
     ListTransaction transaction(m_lists);
-    const auto isMeant = [&item](const MissedCallItem& stored) { return stored.equals(item); };
-    auto& missed = transaction.open<MissedCallItem>(isMeant);
-    const auto found = std::find_if(missed.begin(), missed.end(), isMeant);
+    const auto isSame = [&item](const MissedCallItem& stored) { return stored.equals(item); };
+    auto& missed = transaction.open<MissedCallItem>(isSame);
+    const auto found = std::find_if(missed.begin(), missed.end(), isSame);
     if (found != missed.end()) {
         found->setViewed(false);
         transaction.write(*found);
@@ -25,7 +25,7 @@ void MissedCallUpdates::updateMissedCall(const MissedCallItem& item) {
         return;
     }
     missed.push_front(item);
-    // The id of a row belongs to the item that was written there; the copy of a client may be an old one.
+    // Clear the unique id: the client's copy may be out of date.
     missed.front().setUniqueId({});
     transaction.write(missed.front());
     LOG_JOURNAL(5, "Entry NOT found entryId = [%s] and item has been added", entryId.c_str());

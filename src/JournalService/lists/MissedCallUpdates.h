@@ -18,7 +18,7 @@ public:
     /// `lists` is borrowed and outlives this object.
     explicit MissedCallUpdates(JournalLists& lists) : m_lists(lists) {}
 
-    /// Marks the item of that entry id unviewed, or adds `item` at the front when there is none. An item
+    /// Marks the item that equals `item` unviewed, or adds `item` at the front when there is none. An item
     /// without an entry id is ignored. Notifies no observer.
     void updateMissedCall(const MissedCallItem& item);
     /// Marks the entries of these ids viewed and notifies the observers of the count alone. Always true.

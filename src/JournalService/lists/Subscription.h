@@ -8,8 +8,8 @@ namespace journal {
 class JournalLists;
 class ListLoader;
 
-/// Subscribes and unsubscribes observers. The first subscription makes the lists load; in a variant with its
-/// own way to load, every one does. Any thread may call, but not from inside an observer callback.
+/// Subscribes and unsubscribes observers. The first subscription loads the lists; in a variant with its own
+/// load method, every subscription does. Any thread may call, but not from inside an observer callback.
 class Subscription {
 public:
     /// All references are borrowed and outlive this object.

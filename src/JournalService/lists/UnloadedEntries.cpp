@@ -2,9 +2,11 @@
 
 namespace journal {
 
-void UnloadedEntries::setLoaded(bool areLeft) {
-    const auto forget = [areLeft](auto&... lefts) { ((lefts.known = !areLeft, lefts.items.clear()), ...); };
-    std::apply(forget, m_left);
+void UnloadedEntries::setLoaded(bool mayHaveMore) {
+    const auto forget = [mayHaveMore](auto&... remainders) {
+        ((remainders.known = !mayHaveMore, remainders.items.clear()), ...);
+    };
+    std::apply(forget, m_remainders);
 }
 
 }  // namespace journal

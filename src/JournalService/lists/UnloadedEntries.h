@@ -16,13 +16,13 @@
 
 namespace journal {
 
-/// The entries that the database holds beside those in the lists, because a load reads the newest only.
-/// Clients do not see them; but a party has one entry in a list, a list keeps `kMaxItems` entries, and to
-/// clear a list is to clear all of it. So every operation that files, drops or clears entries looks here too.
+/// Entries in the database that are not loaded, because a load reads the newest only. Clients do not see
+/// them; but a party has one entry in a list, a list keeps `kMaxItems` entries, and to clear a list is to
+/// clear all of it. So every operation that files, drops or clears entries uses this class too.
 ///
-/// A table is read as a whole at the first need after a load. From then on its unloaded entries are known
-/// exactly: they change only when one is taken from here, or all are cleared. So a call from a new party
-/// costs no further request.
+/// A table is read lazily: the first operation after a load that needs its unloaded entries reads it whole.
+/// From then on they are known exactly: they change only when one is taken out, or all are cleared. So a call
+/// from a new party needs no further request.
 ///
 /// Requires: the caller has a `ListTransaction`. Errors: while the database cannot be read there are no
 /// unloaded entries, and the next operation tries again.
@@ -34,14 +34,14 @@ public:
     UnloadedEntries& operator=(const UnloadedEntries&) = delete;
     ~UnloadedEntries() = default;
 
-    /// Records that the lists were loaded; `areLeft` is true when the database may hold entries that they do
-    /// not.
-    void setLoaded(bool areLeft);
+    /// Records that the lists were loaded; `mayHaveMore` is true when the database may hold entries that are
+    /// not loaded.
+    void setLoaded(bool mayHaveMore);
 
     /// The unloaded entries of the list, newest first; the caller may take one out. Requires: the list is not
     /// locked.
     template <typename Item>
-    [[nodiscard]] std::deque<Item>& of(JournalList<Item>& list);
+    [[nodiscard]] std::deque<Item>& entriesOf(JournalList<Item>& list);
     /// Takes the oldest entries out of `items`, except its first, and out of the known unloaded entries,
     /// until both are `limit` together; returns them, oldest first. The database still has them.
     template <typename Item>
@@ -49,31 +49,31 @@ public:
     /// Records that the whole table was deleted.
     template <typename Item>
     void clear() {
-        left<Item>() = {true, {}};
+        remainder<Item>() = {true, {}};
     }
 
 private:
     template <typename Item>
-    struct Left {
-        /// False when the table may hold entries that are in neither place.
+    struct Remainder {
+        /// False when the table may hold entries that are neither in the list nor in `items`.
         bool known = false;
         std::deque<Item> items;
     };
 
     template <typename Item>
-    [[nodiscard]] Left<Item>& left() {
-        return std::get<Left<Item>>(m_left);
+    [[nodiscard]] Remainder<Item>& remainder() {
+        return std::get<Remainder<Item>>(m_remainders);
     }
 
     ListPersistence& m_persistence;
 
     // Guarded by the change lock. The callbacks are always loaded whole.
-    ForEachList<Left> m_left;
+    ForEachList<Remainder> m_remainders;
 };
 
 template <typename Item>
-std::deque<Item>& UnloadedEntries::of(JournalList<Item>& list) {
-    Left<Item>& found = left<Item>();
+std::deque<Item>& UnloadedEntries::entriesOf(JournalList<Item>& list) {
+    Remainder<Item>& found = remainder<Item>();
     std::deque<Item> stored;
     if (found.known || !m_persistence.read(stored)) {
         return found.items;
@@ -94,7 +94,7 @@ std::deque<Item>& UnloadedEntries::of(JournalList<Item>& list) {
 
 template <typename Item>
 std::vector<Item> UnloadedEntries::takeBeyond(std::size_t limit, std::deque<Item>& items) {
-    std::deque<Item>& unloaded = left<Item>().items;
+    std::deque<Item>& unloaded = remainder<Item>().items;
     std::vector<Item> taken;
     while (items.size() + unloaded.size() > limit) {
         const bool fromList =

@@ -6,7 +6,8 @@
 
 namespace journal {
 
-/// The record of one call on the phone's own device while the call exists; `JournalService::Call`.
+/// The record of one call on the phone's own device while the call exists. Public alias:
+/// `JournalService::Call`.
 ///
 /// Owned by the call map. Requires for reading and writing: the call-map lock is held. Times are seconds
 /// since 1970 from the clock service, or -1 before the event.

@@ -92,7 +92,7 @@ bool CallCompletion::createCallEntryAndRemoveCall(const Call* call, Call::states
     if (rule == nullptr) {
         LOG_EVENTS(5, "%s():{%s} Unknown Call State: %d, Remote Party: %s", kLogName, call->m_sCallId.c_str(),
                    static_cast<int>(state), call->m_sRemoteParty.c_str());
-    } else if ((this->*rule->file)(*call) == Record::eKept) {
+    } else if ((this->*rule->file)(*call) == CallDisposition::eKept) {
         return true;
     }
     LOG_EVENTS(5, "%s():removeCall[%s]", kLogName, call->m_sCallId.c_str());
@@ -100,58 +100,58 @@ bool CallCompletion::createCallEntryAndRemoveCall(const Call* call, Call::states
     return rule != nullptr;
 }
 
-// ---- both flavours ----
+// ---- both phone types ----
 
-CallCompletion::Record CallCompletion::fileDialled(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileDialled(const Call& call) {
     newDialledEntry(call, LogEntry::eDialled);
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
-CallCompletion::Record CallCompletion::fileForwarded(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileForwarded(const Call& call) {
     auto details = detailsOf<ForwardedEntryDetails>(call);
     details.connectedParty = call.m_sConnectedParty;
     details.connectedPartyName = call.m_sConnectedPartyName;
     m_entries.newForwardedCallEntry(details);
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
 // ---- every phone that is not a SIP phone ----
 
-CallCompletion::Record CallCompletion::fileQorvexDialledForwarded(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileQorvexDialledForwarded(const Call& call) {
     newDialledEntry(call, LogEntry::eDialledForwarded);
-    return Record::eKept;
+    return CallDisposition::eKept;
 }
 
-CallCompletion::Record CallCompletion::fileQorvexDelivered(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileQorvexDelivered(const Call& call) {
     if (!shouldSaveDeliveredCallAsMissed(&call)) {
-        return Record::eRemoved;
+        return CallDisposition::eRemoved;
     }
     LOG_EVENTS(5, "%s():{%s} eDelivered event creating newMissedCallEntry", kLogName, call.m_sCallId.c_str());
     auto details = missedDetails(call);
     details.presentationC = LogEntry::ePresented;
     details.presentationD = LogEntry::ePresented;
     m_entries.newMissedCallEntry(details);
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
-CallCompletion::Record CallCompletion::fileQorvexMissed(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileQorvexMissed(const Call& call) {
     m_entries.newMissedCallEntry(missedDetails(call));
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
-CallCompletion::Record CallCompletion::fileQorvexReceived(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileQorvexReceived(const Call& call) {
     if (call.m_sRemoteParty == communicationsServiceTexts::noNumberProvided && !isUsingCrestUX()) {
         LOG_EVENTS(5, "%s():{%s} No Number Provided - no entry in received call list", kLogName,
                    call.m_sCallId.c_str());
-        return Record::eRemoved;
+        return CallDisposition::eRemoved;
     }
     newReceivedEntry(call);
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
 // ---- SIP phones ----
 
-CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileSipDialledForwarded(const Call& call) {
     const auto settings = m_settings.values();
     LOG_EVENTS(5,
                "%s():{%s} for state == Call::eForwarded, m_sConnectedParty[%s] m_sDialledParty[%s] "
@@ -164,10 +164,10 @@ CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call)
                textOf(call.mAutoAnswerForwardedCall));
     const std::string& connected = call.m_sConnectedParty;
     if (connected.empty() || connected == call.m_sDialledParty || connected == call.m_sCalledParty) {
-        return Record::eKept;
+        return CallDisposition::eKept;
     }
     if (call.m_sFirstForwardedParty == kForwardingsDone) {
-        return Record::eRemoved;
+        return CallDisposition::eRemoved;
     }
     LOG_EVENTS(5, "%s():{%s} for state == Call::eForwarded, newDialledCallEntry!?", kLogName,
                call.m_sCallId.c_str());
@@ -179,7 +179,7 @@ CallCompletion::Record CallCompletion::fileSipDialledForwarded(const Call& call)
         details.connectedPartyName = call.m_sFirstForwardedPartyName;
     }
     m_entries.fileDialledCall(details);
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
 // The setting selects the first or the last of several parties that a call was forwarded to. If the forwarded
@@ -189,22 +189,22 @@ bool CallCompletion::showsFirstForwardedParty(const Call& call) const {
            !call.m_sFirstForwardedParty.empty();
 }
 
-CallCompletion::Record CallCompletion::fileSipMissed(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileSipMissed(const Call& call) {
     if (!call.m_ctiAssisted && !m_settings.values()->m_xsiConfigured && call.m_missedEligible) {
         m_entries.newMissedCallEntry(missedDetails(call));
     }
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
 // A call that was placed for the user first alerts at the user's own phone, so it looks like an incoming
 // call.
-CallCompletion::Record CallCompletion::fileSipReceived(const Call& call) {
+CallCompletion::CallDisposition CallCompletion::fileSipReceived(const Call& call) {
     if (call.m_ctiAssisted) {
         newDialledEntry(call, LogEntry::eDialled);
     } else {
         newReceivedEntry(call);
     }
-    return Record::eRemoved;
+    return CallDisposition::eRemoved;
 }
 
 // ---- the entries ----
@@ -268,8 +268,7 @@ bool CallCompletion::shouldSaveDeliveredCallAsMissed(const Call* call) const {
 void CallCompletion::findAndDeleteMissedEntryWhenCalled(Call* call) {
     LOG_EVENTS(5,
                "%s():Dialled party: '%s', Called party: '%s;, Called party name: '%s', Remote party: '%s' "
-               "Remote party "
-               "name: '%s'",
+               "Remote party name: '%s'",
                "findAndDeleteMissedEntryWhenCalled", call->m_sDialledParty.c_str(),
                call->m_sCalledParty.c_str(), call->m_sCalledPartyName.c_str(), call->m_sRemoteParty.c_str(),
                call->m_sRemotePartyName.c_str());

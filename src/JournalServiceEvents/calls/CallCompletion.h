@@ -14,9 +14,9 @@ class PhoneSettings;
 /// Decides which list gets the entry of a finished call, creates it through `EntryCreation` and removes the
 /// record.
 ///
-/// The decision is one table per flavour, `kQorvexRules` and `kSipRules` in the source. The first row that
-/// matches direction and state names the operation that files the call; a call without a row is removed with
-/// a log text. A SIP call that is treated as incoming uses the incoming rows.
+/// The decision is one table for each phone type (SIP or Qorvex): `kQorvexRules` and `kSipRules` in the
+/// source. The first row that matches direction and state names the operation that files the call; a call
+/// without a row is removed with a log text. A SIP call that is treated as incoming uses the incoming rows.
 ///
 /// Requires: the call-map lock is held. The components are borrowed and outlive this one.
 class CallCompletion final : public FinishedCallsIfc {
@@ -33,14 +33,14 @@ public:
     [[nodiscard]] bool shouldSaveDeliveredCallAsMissed(const Call* call) const;
 
 private:
-    enum class Record { eRemoved, eKept };
-    using Filing = Record (CallCompletion::*)(const Call& call);
+    enum class CallDisposition { eRemoved, eKept };
+    using EntryHandler = CallDisposition (CallCompletion::*)(const Call& call);
 
     struct Rule {
         Call::directions_t direction = Call::eDirectionUnknown;
         /// std::nullopt: any state but `eUnknown`.
         std::optional<Call::states_t> state{};
-        Filing file = nullptr;
+        EntryHandler file = nullptr;
     };
 
     static const Rule kQorvexRules[];
@@ -48,18 +48,18 @@ private:
 
     [[nodiscard]] const Rule* ruleFor(const Call& call, Call::states_t state) const;
 
-    // The operations of the rows. Those for one flavour only have its name.
-    Record fileDialled(const Call& call);
-    Record fileForwarded(const Call& call);
+    // The operations of the rows. Those for one phone type only have its name.
+    CallDisposition fileDialled(const Call& call);
+    CallDisposition fileForwarded(const Call& call);
 
-    Record fileQorvexDialledForwarded(const Call& call);
-    Record fileQorvexDelivered(const Call& call);
-    Record fileQorvexMissed(const Call& call);
-    Record fileQorvexReceived(const Call& call);
+    CallDisposition fileQorvexDialledForwarded(const Call& call);
+    CallDisposition fileQorvexDelivered(const Call& call);
+    CallDisposition fileQorvexMissed(const Call& call);
+    CallDisposition fileQorvexReceived(const Call& call);
 
-    Record fileSipDialledForwarded(const Call& call);
-    Record fileSipMissed(const Call& call);
-    Record fileSipReceived(const Call& call);
+    CallDisposition fileSipDialledForwarded(const Call& call);
+    CallDisposition fileSipMissed(const Call& call);
+    CallDisposition fileSipReceived(const Call& call);
 
     void newDialledEntry(const Call& call, CallLogEntryEvent::_LogTarget target);
     void newReceivedEntry(const Call& call);

@@ -15,7 +15,7 @@ struct EventParties;
 /// The call state machine: tracks every call from its first event to its end. The handlers pass each event to
 /// `onCallEvent`, which
 ///  1. creates the record of the call if there is none;
-///  2. merges the parties of the event into the record by the rules of the phone's flavour (PartyRules.h);
+///  2. merges the parties of the event into the record by the rules of the phone type (PartyRules.h);
 ///  3. changes the state (`setCallState`), and passes a call that has ended to `FinishedCallsIfc`.
 ///
 ///     new state                  old state                   effect

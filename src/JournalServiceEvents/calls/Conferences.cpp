@@ -78,7 +78,7 @@ void Conferences::removeMember(int index, Members::iterator member) {
     }
 }
 
-void Conferences::forgetCall(const std::string& callId) {
+void Conferences::removeEndedCall(const std::string& callId) {
     for (auto& conference : m_conferences) {
         if (conference != nullptr) {
             conference->members.remove_if([&callId](const auto& member) { return member.callId == callId; });

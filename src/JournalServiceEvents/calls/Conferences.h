@@ -32,7 +32,7 @@ struct SipConference {
     [[nodiscard]] bool continues(const std::string& conferenceCallId) const;
 };
 
-/// The conferences of the phone: at most two in slots 0 and 1, and one on a SIP phone. -1 is no slot.
+/// The conferences of the phone: at most two in slots 0 and 1, and one on a SIP phone. -1 means no slot.
 ///
 /// Requires: the call-map lock is held.
 class Conferences {
@@ -67,7 +67,7 @@ public:
     /// Removes one member, and with the last one the conference.
     void removeMember(int index, Members::iterator member);
     /// Removes a call that has ended outside its conference from all conferences.
-    void forgetCall(const std::string& callId);
+    void removeEndedCall(const std::string& callId);
     void removeConference(int index) { m_conferences[static_cast<std::size_t>(index)].reset(); }
     void removeAllConferences();
 

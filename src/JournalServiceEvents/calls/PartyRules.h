@@ -8,12 +8,12 @@ namespace journal {
 
 /// The parties of one event in the roles of the call rules. An unknown party is empty.
 ///
-/// The meaning of "diverted" depends on the flavour:
-///   Qorvex  the party that the call was diverted from. It stays the far end that an entry shows, and
-///   `remoteParty` is the
-///           party that the call reached.
-///   SIP     the party that the call was diverted to (outgoing), or that diverted the call to this phone
-///   (incoming).
+/// The meaning of "diverted" depends on the phone type:
+///
+///     Qorvex  the party that the call was diverted from. It stays the far end that an entry shows, and
+///             `remoteParty` is the party that the call reached.
+///     SIP     the party that the call was diverted to (outgoing), or that diverted the call to this phone
+///             (incoming).
 struct EventParties {
     std::string remoteParty;
     std::string remotePartyName;
@@ -43,7 +43,7 @@ void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& pa
 ///                     eFailed          the remote party
 ///     empty           eOriginated      the event's remote party becomes the dialled party if that is empty
 ///     empty           other states     the event's remote party replaces called and remote party step by
-///                                      step, so that both follow a call whose far end changes
+///                                      step, so that both are those of the current far end
 ///     empty           eEstablished     it also becomes the connected and the dialled party
 ///     empty           eForwarded, out  it also fills an empty called party
 ///

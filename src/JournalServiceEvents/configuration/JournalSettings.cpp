@@ -11,13 +11,13 @@
 
 namespace journal {
 
-struct JournalSettings::Own {
+struct JournalSettings::SettingDescriptor {
     const char* key;
     Member member;
     bool byDefault;
 };
 
-const JournalSettings::Own JournalSettings::kOwn[] = {
+const JournalSettings::SettingDescriptor JournalSettings::kOwnSettings[] = {
     {"call-log-enabled", &SettingsSnapshot::m_callLogEnabled, true},
     {"missed-logging", &SettingsSnapshot::m_missedLogging, true},
     {"delete-missed-when-called", &SettingsSnapshot::m_deleteMissedWhenCalled, false},
@@ -91,12 +91,13 @@ void JournalSettings::readConfigItemsFromDB() {
     const CriticalSection<Semaphore> section(m_recordLock);
     const std::string response = m_adapter.processRequest(JournalServiceHelper::readSettings());
     const bool storesDefaults = m_settings.values()->isSip();
-    for (const Own& own : kOwn) {
-        const bool found =
-            response != CallListDatabaseAdapterHelper::FAILED && readItem(response, own.key, own.member);
+    for (const SettingDescriptor& setting : kOwnSettings) {
+        const bool found = response != CallListDatabaseAdapterHelper::FAILED &&
+                           readItem(response, setting.key, setting.member);
         if (!found && storesDefaults) {
-            m_settings.change([&own](SettingsSnapshot& values) { values.*own.member = own.byDefault; });
-            static_cast<void>(store(own.key, own.byDefault ? "true" : "false"));
+            m_settings.change(
+                [&setting](SettingsSnapshot& values) { values.*setting.member = setting.byDefault; });
+            static_cast<void>(store(setting.key, setting.byDefault ? "true" : "false"));
         }
     }
 }

@@ -26,7 +26,7 @@ public:
     void readConfigItemsFromDB();
 
     // Each stores and applies a value ("true", "false", "1", "0"). Returns true if the setting changed.
-    // Refuses the present value with a reason.
+    // Rejects the current value with a reason.
     bool updateEnabledState(const std::string& value, RejectReason& reason);
     bool updateMissedLoggingState(const std::string& value, RejectReason& reason);
     bool updateDeleteMissedWhenCalledState(const std::string& value, RejectReason& reason);
@@ -38,10 +38,10 @@ private:
     /// A setting, by the member that holds it.
     using Member = bool SettingsSnapshot::*;
 
-    struct Own;
-    static const Own kOwn[];
+    struct SettingDescriptor;
+    static const SettingDescriptor kOwnSettings[];
 
-    /// Writes to the record; false if the database refuses. Requires: the record lock is held.
+    /// Writes to the record; false if the database rejects it. Requires: the record lock is held.
     [[nodiscard]] bool store(const char* key, const std::string& value);
     bool updateBoolConfigItem(Member member, const char* key, const std::string& value);
     bool update(Member member, const char* key, const std::string& value, RejectReason& reason);

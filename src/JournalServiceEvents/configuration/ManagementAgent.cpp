@@ -24,7 +24,7 @@ std::string valueOf(const ManageableData& data, const std::string& key) {
 }
 
 /// True if the change replaces the phone's user or the user's data.
-bool asksForReload(const std::string& key, const std::string& value) {
+bool requiresReload(const std::string& key, const std::string& value) {
     return (key == "mobility-user-data-update" && (value == "unmanaged" || value == "all")) ||
            (key == "mobility-activity" && (value == "logonFailed" || value == "logoffFailed")) ||
            (key == "reload-conversations" && value == "true");
@@ -58,25 +58,25 @@ bool ManagementAgent::setKey(const std::string& key, const std::string& value, R
         return m_journalSettings.updateEnabledState(value, reason);
     }
     if (key == "missed-logging") {
-        return setInvertible(key, value, "0", &JournalSettings::updateMissedLoggingState, reason);
+        return setFlag(key, value, "0", &JournalSettings::updateMissedLoggingState, reason);
     }
     if (key == "delete-missed-when-called") {
-        return setInvertible(key, value, "1", &JournalSettings::updateDeleteMissedWhenCalledState, reason);
+        return setFlag(key, value, "1", &JournalSettings::updateDeleteMissedWhenCalledState, reason);
     }
     setRejectReason(eRejectDataInvalid, reason, "Data invalid (%s) for JournalService", key.c_str());
     LOG_EVENTS(5, "%s is not available from this service.", key.c_str());
     return false;
 }
 
-bool ManagementAgent::setInvertible(const std::string& key, const std::string& value, const char* trueForm,
-                                    bool (JournalSettings::*update)(const std::string&, RejectReason&),
-                                    RejectReason& reason) {
+bool ManagementAgent::setFlag(const std::string& key, const std::string& value, const char* trueValue,
+                              bool (JournalSettings::*update)(const std::string&, RejectReason&),
+                              RejectReason& reason) {
     if (!ClientUtils::isStringBool(value)) {
         LOG_EVENTS(2, "JournalService::setData -> %s - invalid value\n", key.c_str());
         setRejectReason(eRejectDataInvalid, reason, "Data invalid for %s", key.c_str());
         return false;
     }
-    return (m_journalSettings.*update)(value == trueForm ? "true" : "false", reason);
+    return (m_journalSettings.*update)(value == trueValue ? "true" : "false", reason);
 }
 
 void ManagementAgent::clearCallLog() {
@@ -97,11 +97,11 @@ bool ManagementAgent::getData(ManageableData& data) {
         if (key == "clear-calllog") {
             value = "false";
         } else if (key == "call-log-enabled") {
-            value = managementform::enabled(settings->m_callLogEnabled);
+            value = managementvalue::enabled(settings->m_callLogEnabled);
         } else if (key == "missed-logging") {
-            value = managementform::missedLogging(settings->m_missedLogging);
+            value = managementvalue::missedLogging(settings->m_missedLogging);
         } else if (key == "delete-missed-when-called") {
-            value = managementform::deleteWhenCalled(settings->m_deleteMissedWhenCalled);
+            value = managementvalue::deleteWhenCalled(settings->m_deleteMissedWhenCalled);
         } else {
             LOG_EVENTS(5, "%s is not available from this service.", key.c_str());
             result = false;
@@ -122,7 +122,7 @@ void ManagementAgent::manageableDataChanged(ManageableData& data) {
         m_phoneValues.readLocalMgmtData(PhoneValues::eTimeZone);
     } else if (key == "daylight-save" || key == "daylight-save-minutes") {
         m_phoneValues.readLocalMgmtData(PhoneValues::eDaylightSaving);
-    } else if (asksForReload(key, value)) {
+    } else if (requiresReload(key, value)) {
         m_refresh.reloadEverything();
         if (key == "reload-conversations") {
             m_phoneValues.writeValue("reload-conversations", "false");

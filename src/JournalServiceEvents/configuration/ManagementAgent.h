@@ -41,19 +41,17 @@ public:
     ManagementAgent& operator=(const ManagementAgent&) = delete;
     ~ManagementAgent() = default;
 
-    /// Returns the result of the last key that has one, not of all keys together. Adds a reject reason per
-    /// refused key.
+    /// Returns the result of the last key that has one, not of all keys together. Adds a reject reason for
+    /// each rejected key.
     bool setData(ManageableData& data);
-    /// Fills in the values. Returns false from the first key on that is not one of the journal's; later keys
-    /// get no value.
+    /// Fills in the values. Stops filling in values at the first unknown key and returns false.
     bool getData(ManageableData& data);
     void manageableDataChanged(ManageableData& data);
 
 private:
     bool setKey(const std::string& key, const std::string& value, RejectReason& reason, bool result);
-    bool setInvertible(const std::string& key, const std::string& value, const char* trueForm,
-                       bool (JournalSettings::*update)(const std::string&, RejectReason&),
-                       RejectReason& reason);
+    bool setFlag(const std::string& key, const std::string& value, const char* trueValue,
+                 bool (JournalSettings::*update)(const std::string&, RejectReason&), RejectReason& reason);
     void clearCallLog();
     void applyCallLogState(const std::string& state);
     void allowCallLog();

@@ -178,18 +178,18 @@ void PhoneValues::publishManageableDataChange(const char* key, const char* value
 
 void PhoneValues::publishCallLogEnableState() const {
     publishManageableDataChange("call-log-enabled",
-                                managementform::enabled(m_settings.values()->m_callLogEnabled));
+                                managementvalue::enabled(m_settings.values()->m_callLogEnabled));
 }
 
 void PhoneValues::publishMissedLoggingState() const {
     publishManageableDataChange("missed-logging",
-                                managementform::missedLogging(m_settings.values()->m_missedLogging));
+                                managementvalue::missedLogging(m_settings.values()->m_missedLogging));
 }
 
 void PhoneValues::publishDeleteMissedWhenCalledState() const {
     publishManageableDataChange(
         "delete-missed-when-called",
-        managementform::deleteWhenCalled(m_settings.values()->m_deleteMissedWhenCalled));
+        managementvalue::deleteWhenCalled(m_settings.values()->m_deleteMissedWhenCalled));
 }
 
 void PhoneValues::writeValue(const char* key, const char* value) const {

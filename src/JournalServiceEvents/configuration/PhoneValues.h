@@ -55,7 +55,7 @@ private:
 /// The journal's own settings in the form that the management uses. "missed-logging" is inverted: "1" means
 /// that missed calls that were answered elsewhere are not logged. "delete-missed-when-called" is not
 /// inverted.
-namespace managementform {
+namespace managementvalue {
 [[nodiscard]] inline const char* enabled(bool callLogEnabled) {
     return callLogEnabled ? "true" : "false";
 }
@@ -65,6 +65,6 @@ namespace managementform {
 [[nodiscard]] inline const char* deleteWhenCalled(bool deleted) {
     return deleted ? "1" : "0";
 }
-}  // namespace managementform
+}  // namespace managementvalue
 
 }  // namespace journal

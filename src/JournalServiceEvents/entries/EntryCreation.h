@@ -18,8 +18,8 @@ class PhoneSettings;
 ///  1. log the inputs and build the occurrence;
 ///  2. look the party up in the phonebook;
 ///  3. in one `ListTransaction`: find the party's item, ignore a call that is recorded already, merge the
-///     occurrence into the item or create a new one, put it in front, write it to the database, drop the
-///     oldest items beyond the limit;
+///     occurrence into the item or create a new one, insert it at the front, write it to the database,
+///     drop the oldest items beyond the limit;
 ///  4. report to a switch that keeps the log what the list has lost;
 ///  5. notify the observers.
 ///
@@ -41,9 +41,9 @@ public:
     bool newDialledCallEntry(const DialledEntryDetails& details);
     bool newForwardedCallEntry(const ForwardedEntryDetails& details);
 
-    /// Files a finished dialled call: `newDialledCallEntry`, which never shortens the list, and then the
-    /// limit that keeps the list finite over years. The oldest items beyond `kMaxItems` are deleted in
-    /// memory, in the database and in the log of a switch that keeps one.
+    /// Calls `newDialledCallEntry`, which never shortens the list, and then limits the list to `kMaxItems`:
+    /// deletes the oldest items in memory, in the database and in the log of a switch that keeps one. Use it
+    /// for every finished dialled call.
     bool fileDialledCall(const DialledEntryDetails& details);
 
     /// Deletes the first missed entry of the party that an outgoing call has just reached, if there is one.

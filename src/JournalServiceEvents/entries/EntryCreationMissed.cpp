@@ -75,8 +75,7 @@ bool EntryCreation::newMissedCallEntry(const MissedEntryDetails& details) {
     const Contact contact = m_names.contactOf(details.remoteParty, details.remotePartyName);
     LOG_EVENTS(5,
                "%s():Missed call: {%s} Remote Party: %s, Remote Party Name: %s, Surname: %s, Firstname: %s, "
-               "completed "
-               "elsewhere: %d, sRedirectingNumber: %s, sRedirectingName: %s",
+               "completed elsewhere: %d, sRedirectingNumber: %s, sRedirectingName: %s",
                kLogName, details.callId.c_str(), details.remoteParty.c_str(), details.remotePartyName.c_str(),
                contact.getSurname().c_str(), contact.getFirstname().c_str(),
                details.completedElsewhere ? 1 : 0, details.redirectingParty.c_str(),
@@ -119,7 +118,7 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
         return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
     };
     ListTransaction transaction(m_lists);
-    transaction.loadAtFirstNeed();
+    transaction.ensureLoaded();
     auto& missed = transaction.open<MissedCallItem>(isOfParty);
     const auto found = std::find_if(missed.begin(), missed.end(), isOfParty);
     if (found == missed.end()) {

@@ -7,8 +7,8 @@
 
 namespace journal {
 
-/// The data of one call that is filed, common to all lists. Plain values; times are seconds since 1970, -1
-/// for a moment that never came. Entries of the switch's own call log have `timeText` instead of `timeSec`.
+/// The data of one call that is filed, common to all lists. Plain values; times are seconds since 1970, -1 if
+/// unset. Entries of the switch's own call log have `timeText` instead of `timeSec`.
 struct EntryDetails {
     /// The id of the tracked call, from which the entry id is made.
     std::string callId;

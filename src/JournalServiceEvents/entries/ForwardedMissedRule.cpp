@@ -49,12 +49,12 @@ void ForwardedMissedRule::sscfw_checkNewForwardedCall(const Contact& contact) {
         return;
     }
     if (isSameCall(now, m_lastMissedTimeSec)) {
-        takeBackMissedOccurrence(contact);
+        removeMissedOccurrence(contact);
     }
     m_lastForwardedTimeSec = now;
 }
 
-void ForwardedMissedRule::takeBackMissedOccurrence(const Contact& contact) {
+void ForwardedMissedRule::removeMissedOccurrence(const Contact& contact) {
     ListTransaction transaction(m_lists);
     auto& missed = transaction.open<MissedCallItem>();
     if (missed.empty()) {

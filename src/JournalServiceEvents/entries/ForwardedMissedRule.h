@@ -7,7 +7,7 @@ namespace journal {
 class JournalClock;
 class JournalLists;
 
-/// Keeps one call that is reported as missed and as forwarded, within five seconds, from standing in both
+/// Keeps one call that is reported as missed and as forwarded, within five seconds, from appearing in both
 /// lists: the forwarded entry stays.
 ///
 /// Requires: the caller has a `ListTransaction`, which guards the times below, and no list is open.
@@ -24,11 +24,11 @@ public:
     void sscfw_checkNewForwardedCall(const Contact& contact);
 
     /// Stores the viewed mark that the missed item merged last had before; a missed item that loses an
-    /// occurrence takes it back.
+    /// occurrence gets it again.
     void keepViewedBeforeMerge(bool viewed) noexcept { m_viewedBeforeMerge = viewed; }
 
 private:
-    void takeBackMissedOccurrence(const Contact& contact);
+    void removeMissedOccurrence(const Contact& contact);
 
     const JournalClock& m_clock;
     JournalLists& m_lists;

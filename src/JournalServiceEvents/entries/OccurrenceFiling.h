@@ -48,7 +48,7 @@ inline void populateRedirecting(Redirecting& info, const EntryDetails& details) 
     info.setRedirectingName(details.redirectingPartyName);
 }
 
-/// What the observers are notified of when an occurrence was filed.
+/// The arguments of the observer notification.
 template <typename Item>
 struct FiledOccurrence {
     /// A copy of the item that the occurrence is in.
@@ -91,7 +91,7 @@ public:
     /// Returns true when the occurrence was filed, false when it is a duplicate. The policy may change
     /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
-        m_transaction.loadAtFirstNeed();
+        m_transaction.ensureLoaded();
         auto& items = m_transaction.template open<Item>(m_policy.matcher(contact));
         const auto found = std::find_if(items.begin(), items.end(), m_policy.matcher(contact));
         const bool merges = found != items.end();
@@ -103,7 +103,7 @@ public:
         }
         Item item = merges ? merge(items, found, info) : create(info);
         nameItem(item, contact, merges);
-        putInFront(items, std::move(item), callId);
+        insertAtFront(items, std::move(item), callId);
         report();
         m_transaction.commit([this](ObserverNotifierIfc& notifier) { m_policy.announce(notifier, m_filed); });
         return true;
@@ -140,8 +140,8 @@ private:
         }
     }
 
-    void putInFront(std::deque<Item>& items, Item item, const std::string& callId) {
-        item.setEntryId(freeEntryId(items, item.getEntryId(), m_clock.createEntryId(callId)));
+    void insertAtFront(std::deque<Item>& items, Item item, const std::string& callId) {
+        item.setEntryId(makeUniqueEntryId(items, item.getEntryId(), m_clock.createEntryId(callId)));
         items.push_front(std::move(item));
         m_transaction.write(items.front());
         if constexpr (Policy::kLimitsItems) {

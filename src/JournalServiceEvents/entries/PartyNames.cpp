@@ -38,12 +38,12 @@ Contact PartyNames::contactOf(const std::string& number, const std::string& name
 
 std::string PartyNames::getPhoneNumberFromContact(const Contact& contact) const {
     std::string number;
-    switch (contact.getMatchedNumber()) {
-        case Contact::MatchedNumber::eOffice2: number = contact.getOffice2(); break;
-        case Contact::MatchedNumber::eOffice: number = contact.getOffice(); break;
-        case Contact::MatchedNumber::eMobile: number = contact.getMobile(); break;
-        case Contact::MatchedNumber::ePrivate: number = contact.getPrivate(); break;
-        case Contact::MatchedNumber::eNone: break;
+    switch (contact.getMatchedKind()) {
+        case Contact::MatchedKind::eOffice2: number = contact.getOffice2(); break;
+        case Contact::MatchedKind::eOffice: number = contact.getOffice(); break;
+        case Contact::MatchedKind::eMobile: number = contact.getMobile(); break;
+        case Contact::MatchedKind::ePrivate: number = contact.getPrivate(); break;
+        case Contact::MatchedKind::eNone: break;
     }
     LOG_EVENTS(5, "getPhoneNumberFromContact: numberFromDb[%s]", number.c_str());
     return number;

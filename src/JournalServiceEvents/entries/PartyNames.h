@@ -29,7 +29,7 @@ public:
     /// Sets the surname of a contact without a number: `remoteName` on a SIP phone, else `otherName`.
     void populateContactSurname(Contact& contact, const std::string& remoteName,
                                 const std::string& otherName) const;
-    /// Names a dialled party that has no name `name`, unless the number has an entry already.
+    /// Sets `name` as the surname if the contact has none, unless the dialled number has an entry already.
     void populateRemoteContactSurname(Contact& contact, const std::string& name, bool inDialledList) const;
     void populateDialledCallItemWithPicture(const Contact& contact, CallItemWithPicture& item) const;
 

@@ -58,7 +58,7 @@ bool BlindTransfer::isBlindTransferProcessing(const CSTAConnectionClearedEvent& 
         m_pendingConnectionClearedEvent != nullptr &&
         m_pendingConnectionClearedEvent->getDroppedConnectionCallID() == event.getDroppedConnectionCallID();
     if (!restartBlindTransferTimer() || !sameCall) {
-        // Its second is over and only the expiry is not delivered yet, or it clears another call.
+        // The timer has expired, but the event is still queued; or the kept event clears another call.
         displaced = takePending();
     }
     m_pendingConnectionClearedEvent = std::make_unique<CSTAConnectionClearedEvent>(event);

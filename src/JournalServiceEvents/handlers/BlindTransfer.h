@@ -13,10 +13,10 @@ class Executable;
 namespace journal {
 
 /// Holds back the ConnectionCleared event of a call that may be one half of a blind transfer:
-///  1. A Held event with the cause "held for transfer" names the call.
+///  1. A Held event with the cause "held for transfer" contains the call id.
 ///  2. A ConnectionCleared event of that call that directly follows a Held event is kept, and a timer of one
 ///     second starts. Another such event replaces it and restarts the timer; the earlier event is then
-///     handled first unless it belongs to the same call and its second is not over.
+///     handled first, unless the new event belongs to the same call and arrives before the timer expires.
 ///  3. A Transferred event stops the timer; its handler takes the kept event and handles it.
 ///  4. Otherwise `ConnectionClearedEvents` takes and handles the kept event when the timer expires.
 /// Without a timer no event is held back.
@@ -47,16 +47,15 @@ public:
     // Both return true if the timer was running.
     bool restartBlindTransferTimer();
     bool stopBlindTransferTimer();
-    /// True if `timerId` is the timer of this object.
     [[nodiscard]] bool isTimer(int timerId) const noexcept {
         return timerId != -1 && timerId == m_BlindTransferTimerId;
     }
 
     /// Hands over the event that is held back, or null. The caller must handle it.
     [[nodiscard]] std::unique_ptr<CSTAConnectionClearedEvent> takePending();
-    /// Returns the call that was last held with the cause "held for transfer", or an empty string.
+    /// Returns the id of the call that was last held with the cause "held for transfer", or an empty string.
     [[nodiscard]] const std::string& lastHeldCallId() const noexcept { return m_LastHeldCallId; }
-    /// True if the event before the present one was a Held event.
+    /// True if the event before the current one was a Held event.
     [[nodiscard]] bool followsHeldEvent() const noexcept {
         return m_LastCSTACallControlEvent == static_cast<int>(CSTAEventCode::eHeld);
     }

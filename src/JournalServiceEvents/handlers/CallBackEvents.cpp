@@ -47,12 +47,12 @@ struct Progress {
 
 /// The type of the contact's number that the directory has matched.
 NumberType::NT numberTypeOf(const Contact& contact) {
-    switch (contact.getMatchedNumber()) {
-        case Contact::MatchedNumber::eOffice2: return NumberType::NT::eOffice2;
-        case Contact::MatchedNumber::eOffice: return NumberType::NT::eOffice;
-        case Contact::MatchedNumber::eMobile: return NumberType::NT::eMobile;
-        case Contact::MatchedNumber::ePrivate: return NumberType::NT::ePrivate;
-        case Contact::MatchedNumber::eNone: break;
+    switch (contact.getMatchedKind()) {
+        case Contact::MatchedKind::eOffice2: return NumberType::NT::eOffice2;
+        case Contact::MatchedKind::eOffice: return NumberType::NT::eOffice;
+        case Contact::MatchedKind::eMobile: return NumberType::NT::eMobile;
+        case Contact::MatchedKind::ePrivate: return NumberType::NT::ePrivate;
+        case Contact::MatchedKind::eNone: break;
     }
     return NumberType::NT::eUnknown;
 }
@@ -80,7 +80,7 @@ void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
     LOG_EVENTS(5, "%s():Number: %s, Name: %s, set: %d", kLogName, party.number.c_str(),
                contact.getSurname().c_str(), event->isSet() ? 1 : 0);
     ListTransaction transaction(m_lists);
-    transaction.loadAtFirstNeed();
+    transaction.ensureLoaded();
     if (!event->isSet() || progress.state == State::eDone) {
         remove(transaction, contact);
     } else {
@@ -104,7 +104,7 @@ void CallBackEvents::set(ListTransaction& transaction, CallBackItem item, const 
         }
         items.erase(known);
     } else {
-        item.setEntryId(freeEntryId(items, {}, m_clock.createEntryId(item.getNumber())));
+        item.setEntryId(makeUniqueEntryId(items, {}, m_clock.createEntryId(item.getNumber())));
     }
     items.push_front(item);
     transaction.write(items.front());

@@ -78,7 +78,7 @@ inline void logParties(const char* operation, const CSTACallControlEvent& event)
     return isKnown(first) ? first : farEnd(second);
 }
 
-/// True if the call was transferred to its present partner and the phone did not place it. The events of the
+/// True if the call was transferred to its current partner and the phone did not place it. The events of the
 /// new partner then look as if the phone had placed the call.
 [[nodiscard]] inline bool followsTransferHere(const Call& call) {
     return call.m_transferred && !call.isOutgoing();

@@ -19,7 +19,7 @@ class CallControlRulesIfc;
 /// (`ConnectionClearedEvents`). Every handler but Retrieved has the same steps:
 ///  1. log the event;
 ///  2. ignore it if the journal does not accept events now (`CallControlContext::acceptsEvents`);
-///  3. take the call-map lock and apply the rule of the flavour that is configured now.
+///  3. take the call-map lock and apply the rule of the configured phone type (SIP or Qorvex).
 ///
 /// Call from the strand only.
 class CallControlEvents {

@@ -10,7 +10,7 @@ class CSTAQueuedEvent;
 
 namespace journal {
 
-/// The rules for call-control events that differ between the flavours of the phone. Each operation reads the
+/// The rules for call-control events that differ between the phone types. Each operation reads the
 /// parties from its event and updates the call through `CallControlContext::track`.
 ///
 /// Requires: the call-map lock is held, and the journal accepts events.

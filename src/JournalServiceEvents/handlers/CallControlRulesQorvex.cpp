@@ -128,8 +128,7 @@ void CallControlRulesQorvex::delivered(const CSTADeliveredEvent& event) {
     const CSTADevice& newDestination = event.getAlertingDevice();
     LOG_EVENTS(5,
                "%s():{%s} Calling: %s, Name: %s, Called: %s, Name: %s, newDestinationNumber: %s, "
-               "newDestinationName: "
-               "%s",
+               "newDestinationName: %s",
                kLogName, callId.c_str(), calling.number.c_str(), calling.name.c_str(), called.number.c_str(),
                called.name.c_str(), newDestination.number.c_str(), newDestination.name.c_str());
     if (!tracksCalls()) {
@@ -212,15 +211,15 @@ void CallControlRulesQorvex::diverted(const CSTADivertedEvent& event) {
     }
     Call* const call = m_callControl.find(event);
     if (event.getCallingDevice().isLocal() || (call != nullptr && call->isOutgoing())) {
-        divertedThere(call, event);
+        divertedByCalledParty(call, event);
     } else {
-        divertedHere(call, event);
+        divertedAway(call, event);
     }
 }
 
 // The call was diverted away from this phone: the caller stays the remote party, the new destination is
 // connected.
-void CallControlRulesQorvex::divertedHere(Call* call, const CSTADivertedEvent& event) {
+void CallControlRulesQorvex::divertedAway(Call* call, const CSTADivertedEvent& event) {
     CSTADevice caller = farEnd(event.getCallingDevice());
     if (call != nullptr && !call->m_sRemoteParty.empty()) {
         caller = remoteOf(*call);
@@ -247,7 +246,7 @@ void CallControlRulesQorvex::divertedHere(Call* call, const CSTADivertedEvent& e
 
 // The called party has diverted the phone's own call. A call that is not tracked is ignored: its record would
 // never end.
-void CallControlRulesQorvex::divertedThere(Call* call, const CSTADivertedEvent& event) {
+void CallControlRulesQorvex::divertedByCalledParty(Call* call, const CSTADivertedEvent& event) {
     if (call != nullptr) {
         m_callControl.track(call, {.state = Call::eForwarded,
                                    .direction = Call::eOutgoing,
@@ -321,8 +320,7 @@ void CallControlRulesQorvex::establishedOutgoing(Call* call, const CSTAEstablish
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
         LOG_EVENTS(5,
                    "%s():{%s} Outoing call established, someone other than the called device has answered, "
-                   "Number: %s, "
-                   "Name: %s",
+                   "Number: %s, Name: %s",
                    kLogName, callId.c_str(), answering.number.c_str(), answering.name.c_str());
         m_callControl.track(call, {.state = Call::eEstablished,
                                    .direction = direction,

@@ -49,8 +49,8 @@ private:
 
     void deliveredByLocalConnection(const CSTADeliveredEvent& event);
     bool forwardedOn(Call& call, const CSTADeliveredEvent& event);
-    void divertedHere(Call* call, const CSTADivertedEvent& event);
-    void divertedThere(Call* call, const CSTADivertedEvent& event);
+    void divertedAway(Call* call, const CSTADivertedEvent& event);
+    void divertedByCalledParty(Call* call, const CSTADivertedEvent& event);
     void establishedIncoming(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
     void establishedOutgoing(Call* call, const CSTAEstablishedEvent& event, Call::directions_t direction);
     void fileCalledBack(const Call& call, const CSTAEstablishedEvent& event);

@@ -138,7 +138,7 @@ void ConnectionClearedEvents::clearOrdinaryCall(const CSTAConnectionClearedEvent
             linkWithHeldCall(*call);
         }
     }
-    m_conferences.forgetCall(callId);
+    m_conferences.removeEndedCall(callId);
     endCall(callId);
 }
 

@@ -12,9 +12,9 @@ class BlindTransfer;
 class Conferences;
 class PrivateEvents;
 
-/// Ends calls, for both flavours: the call of a ConnectionCleared event, the conference member that leaves,
-/// or the calls of all members when the phone itself leaves the conference. An event that may belong to a
-/// blind transfer is first held back (`BlindTransfer`).
+/// Ends calls, for both phone types: the call of a ConnectionCleared event, the conference member that
+/// leaves, or the calls of all members when the phone itself leaves the conference. An event that may belong
+/// to a blind transfer is first held back (`BlindTransfer`).
 ///
 /// Where the switch keeps the call log, call events are not tracked; the end of a call then only applies the
 /// call-log events that were kept until it.

@@ -139,8 +139,8 @@ void TransferredEvents::handleCSTATransferredEvent(CSTATransferredEvent* event) 
 
 void TransferredEvents::transfer(const CSTATransferredEvent& event) {
     const auto settings = m_callControl.settings.values();
-    const bool leaves = isTransferredAway(event);
-    if (leaves) {
+    const bool transferredAway = isTransferredAway(event);
+    if (transferredAway) {
         endSecondaryCall(event);
     }
     // A switch that does not assign the old calls to the devices may name the phone's own call as the
@@ -157,11 +157,11 @@ void TransferredEvents::transfer(const CSTATransferredEvent& event) {
     const Call* const known = m_callControl.calls.findCallFromId(oldId);
     const Call old = known != nullptr ? *known : Call(Call::eDirectionUnknown, oldId, -1);
     Call* const call = m_callControl.tracker.updateCallMap(oldId, newId);
-    const bool arrives = event.getTransferredToDevice().isLocal();
-    if (arrives) {
+    const bool transferredHere = event.getTransferredToDevice().isLocal();
+    if (transferredHere) {
         LOG_EVENTS(5, "%s():Transferred to number is localDeviceID, removing call", kLogName);
     }
-    if (arrives || leaves) {
+    if (transferredHere || transferredAway) {
         m_callControl.calls.removeCall(newId);
         return;
     }

@@ -12,7 +12,7 @@ namespace journal {
 class BlindTransfer;
 class ConnectionClearedEvents;
 
-/// Tracks a call through a transfer, for both flavours:
+/// Tracks a call through a transfer, for both phone types (SIP and Qorvex):
 ///  1. The leg before the transfer is filed under its old call id; a new record with the new id continues the
 ///     call.
 ///  2. A call that was transferred to this phone, or away by this phone, is not tracked further.

@@ -34,7 +34,7 @@ CSTAMonitorFilter ownLineFilter() {
     return filter;
 }
 
-CSTAMonitorFilter changedFilter(bool useCallControlEvents) {
+CSTAMonitorFilter changeRequestFilter(bool useCallControlEvents) {
     CSTAMonitorFilter filter;
     filter.setCallControlFilter(false);
     filter.setCallAssociatedFilter(true);
@@ -226,7 +226,7 @@ void CstaMonitors::changeMonitorFilter() {
     CSTAChangeMonitorFilterRequest request;
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(CSTADevice::kLocalDevice);
-    request.setRequestedFilterList(changedFilter(settings->m_useCSTACallControlEvents));
+    request.setRequestedFilterList(changeRequestFilter(settings->m_useCSTACallControlEvents));
     if (send<CSTAChangeMonitorFilterResponse>(request, kLogName, "changeMonitorFilterReq returned ERROR") !=
         nullptr) {
         LOG_EVENTS(5, "%s():readLocalMgmtData: registered change of cross filter", kLogName);

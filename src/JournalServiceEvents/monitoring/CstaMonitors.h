@@ -32,7 +32,6 @@ public:
 
     /// Starts the monitor of the own line, except on a SIP phone, and registers for the system status.
     void start();
-    /// Registers for the switch's system status.
     void CSTASystemRegister();
 
     // Return true if the monitor was started, or stopped.
@@ -49,7 +48,7 @@ public:
     [[nodiscard]] std::string startCSTAMonitor(const std::string& device);
     void stopCSTAMonitor(const std::string& crossRef) const;
 
-    /// Sets the filter of the own line's monitor according to the present settings. Does nothing on a SIP
+    /// Sets the filter of the own line's monitor according to the current settings. Does nothing on a SIP
     /// phone.
     void changeMonitorFilter();
 
@@ -57,8 +56,8 @@ private:
     /// At most 19 characters, as the CSTA service guarantees, and the terminator.
     using CrossRef = std::array<char, 20>;
 
-    /// Sends the request as the journal's. Returns true if the response code is 0, also without a CSTA
-    /// service.
+    /// Sets the source and sends. Returns true if the response code is 0. Without a CSTA service it sends no
+    /// request and returns true.
     [[nodiscard]] bool transmit(CSTARequest& request) const;
     /// As `transmit`. Returns the response if it is a `Response` without error; otherwise logs the reason and
     /// returns null.

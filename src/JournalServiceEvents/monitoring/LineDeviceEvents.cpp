@@ -47,7 +47,7 @@ void LineDeviceEvents::addDevice(int deviceType, const std::string& deviceId) {
         return;
     }
     const LineDevices::Device device{.monitorCrossRefId = m_monitors.startCSTAMonitor(deviceId),
-                                     .logMissedCalls = logsMissedCalls(deviceType, deviceId),
+                                     .logMissedCalls = decideMissedLogging(deviceType, deviceId),
                                      .deviceType = deviceType};
     m_devices.insert(deviceId, device);
     LOG_EVENTS(5, "Device '%s' is stored: deviceType(%d), logMissedCalls(%d)", deviceId.c_str(), deviceType,
@@ -55,7 +55,7 @@ void LineDeviceEvents::addDevice(int deviceType, const std::string& deviceId) {
 }
 
 // The team service decides for each shared line if this phone also logs its missed calls.
-bool LineDeviceEvents::logsMissedCalls(int deviceType, const std::string& deviceId) const {
+bool LineDeviceEvents::decideMissedLogging(int deviceType, const std::string& deviceId) const {
     if (deviceType == kOwnLine || deviceId == communicationsServiceTexts::content_bluetoothDeviceId) {
         return true;
     }

@@ -29,7 +29,7 @@ public:
 private:
     void stopMonitors();
     void addDevice(int deviceType, const std::string& deviceId);
-    [[nodiscard]] bool logsMissedCalls(int deviceType, const std::string& deviceId) const;
+    [[nodiscard]] bool decideMissedLogging(int deviceType, const std::string& deviceId) const;
 
     const PlatformServices& m_platform;
     const PhoneSettings& m_settings;

@@ -14,14 +14,14 @@ class JournalLists;
 class ListDeletion;
 class PhoneSettings;
 
-/// Applies to the lists what happened in the call log that the switch keeps: an entry was added or deleted,
-/// or a whole log was deleted. The table in the source lists the events that are applied; every other event
-/// is ignored.
+/// Applies the switch's call-log events to the lists: an entry was added or deleted, or a whole log was
+/// deleted. The table in the source lists the events that are applied; every other event is ignored.
 ///
-/// What the switch orders is not reported back to it, except for the group requests of "system-identifier" 1.
+/// Changes from the switch are not reported back to it, except for the group requests when
+/// "system-identifier" is 1.
 /// While a whole log is deleted, server call-log mode is suspended; no other thread can change a list
-/// meanwhile, so every deletion of a client is reported. What a new entry pushes out of a full list is
-/// reported too, as is everything that the phone deletes itself.
+/// meanwhile, so every deletion of a client is reported. Evicted items are reported too,
+/// and so is everything that the phone deletes itself.
 ///
 /// Any thread may call. Each event is applied with the call-map lock held, which the caller may hold already,
 /// and at a lowered priority (`LoweredPriority`).

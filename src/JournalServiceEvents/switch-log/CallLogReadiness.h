@@ -6,10 +6,11 @@
 
 namespace journal {
 
-/// The flag that an entry of the switch's own call log may be applied although it needs a call to belong to,
-/// and the entries that wait while it is clear. Thread-safe: the event handlers write with the call-map lock
-/// held, the management without it.
+/// Controls when the entries of the switch's own call log are applied. Thread-safe: the event handlers write
+/// with the call-map lock held, the management without it.
 struct CallLogReadiness {
+    /// True from the end of a call until an entry is applied or a call is offered. While it is false, entries
+    /// wait in `m_pendingCallLogEvents`.
     std::atomic<bool> m_callLogEventsReady{false};
     PendingCallLogEvents m_pendingCallLogEvents;
 };

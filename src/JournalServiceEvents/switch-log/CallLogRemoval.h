@@ -8,8 +8,8 @@ class JournalClock;
 class JournalLists;
 class PhoneSettings;
 
-/// Removes single calls from the lists because the switch, which keeps the log, has deleted them. Nothing is
-/// reported back to the switch. The sequence is the same for all lists, in one `ListTransaction`:
+/// Removes single calls from the lists because the switch, which keeps the log, has deleted them, and does
+/// not report the removals back. The sequence is the same for all lists, in one `ListTransaction`:
 ///  1. search the items from the newest, and each one's calls, for the first that has the subscriber's
 ///     number, byte for byte, and is not later than the entry time: the switch names an entry by its number,
 ///     and its clock may be ahead;

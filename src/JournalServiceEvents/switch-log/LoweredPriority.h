@@ -9,13 +9,13 @@ namespace journal {
 /// runs first, and restores the former value in its destructor.
 ///
 /// It changes the calling thread. On Linux a nice value belongs to a thread, and a request with the id of the
-/// process reaches the main thread alone, which need not be the one that works; elsewhere the value is the
+/// process sets only the main thread's value, which may be another thread; elsewhere the value is the
 /// process's.
 ///
-/// A process without privileges may raise its nice value but not lower it: each event would leave it slower,
-/// for ever. So the value is changed only if it can be restored: if the limit RLIMIT_NICE allows the former
-/// value, or if the process may set a value below it, which is tried first. Otherwise the work is done at the
-/// present priority. An operator allows the change by the limit alone (systemd: `LimitNICE=+0`).
+/// A process without privileges may raise its nice value but not lower it: each event would make it
+/// permanently slower. So the value is changed only if it can be restored: if the limit RLIMIT_NICE allows
+/// the former value, or if the process may set a value below it, which is tried first. Otherwise the work is
+/// done at the current priority. An operator allows the change by the limit alone (systemd: `LimitNICE=+0`).
 ///
 /// Lives on the stack of one thread.
 class LoweredPriority {

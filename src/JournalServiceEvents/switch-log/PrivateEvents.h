@@ -11,14 +11,14 @@ class CallMap;
 class JournalPolicy;
 class PhoneSettings;
 
-/// Decides when an entry of the switch's own call log is applied. A phone that follows calls by their events
-/// applies it at once. Another phone cannot find out by itself that a call is over, and an entry must not
-/// appear before its call has ended:
+/// Decides when an entry of the switch's own call log is applied. A phone that tracks calls by their events
+/// applies it at once. Another phone does not detect the end of a call, and an entry must not appear before
+/// its call has ended:
 ///
-///     ready    the entry's log      what happens
-///     yes      any                  it is applied, and the phone is no longer ready
-///     no       0, 1, 2, 4           it is applied
-///     no       any other            it is queued
+///     ready    the entry's log                               effect
+///     yes      any                                           it is applied; the phone is no longer ready
+///     no       eReceived, eMissed, eMissedMarked, eDialled   it is applied
+///     no       any other                                     it is queued
 ///
 /// An offered call clears the readiness. On a Qorvex phone the end of a call sets it and applies the queue in
 /// order; on another phone the queue stays, up to its limit.

@@ -37,7 +37,7 @@ protected:
         Contact contact;
         contact.setSearchNumber(number);
         return m_phonebook.lookUpContact(contact)
-                   ? contact.getSurname() + " " + std::to_string(contact.getMatchedKind())
+                   ? contact.getSurname() + " " + std::to_string(contact.getMatchedKindCode())
                    : "";
     }
     std::string surnames(std::size_t offset, std::size_t limit) {
@@ -60,7 +60,7 @@ TEST_F(Phonebook, ReturnsAContactEqualForAnyBytes) {
         RC_ASSERT(uniqueId);
         contact.setUniqueId(*uniqueId);
         contact.setSearchNumber({});
-        contact.setMatchedKind(0);
+        contact.setMatchedKindCode(0);
         contact.setCallRecords({});
         RC_ASSERT(m_phonebook.find(*uniqueId) == contact);
     }));

@@ -12,7 +12,7 @@ namespace {
 
 class JournalClock : public testing::Test {
 protected:
-    void SetUp() override { clock.adoptClock(&time); }
+    void SetUp() override { clock.setClock(&time); }
 
     FakeClock time;
     journal::JournalClock clock;
@@ -41,7 +41,7 @@ TEST_F(JournalClock, OfOneJournalIsNotAnothersAndOfNoneTheLatestThatLives) {
     FakeClock otherTime;
     otherTime.set(86400);
     auto other = std::make_unique<journal::JournalClock>();
-    other->adoptClock(&otherTime);
+    other->setClock(&otherTime);
     EXPECT_EQ(other->getCurrentTimeSec(), 86400);
     EXPECT_EQ(without.getCurrentTimeSec(), 86400);
     EXPECT_EQ(clock.getCurrentTimeSec(), FakeClock::kStart);
@@ -49,7 +49,7 @@ TEST_F(JournalClock, OfOneJournalIsNotAnothersAndOfNoneTheLatestThatLives) {
     EXPECT_EQ(clock.getCurrentTimeSec(), FakeClock::kStart);
     EXPECT_EQ(without.getCurrentTimeSec(), FakeClock::kStart) << "the older journal's clock is left";
 
-    clock.adoptClock(nullptr);
+    clock.setClock(nullptr);
     int result = 7;
     EXPECT_EQ(without.getCurrentTimeSec(), -1);
     EXPECT_EQ(without.getCurrentTime(), "");
