@@ -1,6 +1,5 @@
 #include "tests/support/CapturedLog.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
@@ -22,22 +21,14 @@ struct Line {
     std::string text;
 };
 
-struct Kept {
-    std::atomic<bool> on{true};
-    std::mutex mutex;
-    // Guarded by mutex.
-    std::vector<Line> lines;
-};
-
-// Never destroyed: objects that outlive a test may log while the program ends.
-Kept& kept() {
-    static Kept* const theOne = new Kept;
-    return *theOne;
-}
+std::atomic<bool> g_on{true};
+std::mutex g_mutex;
+// Never destroyed: objects that outlive a test may log while the program ends. Guarded by g_mutex.
+std::vector<Line>& g_lines = *new std::vector<Line>;
 
 std::vector<Line> allLines() {
-    const std::lock_guard lock(kept().mutex);
-    return kept().lines;
+    const std::lock_guard lock(g_mutex);
+    return g_lines;
 }
 
 /// Gives each test an empty log, and plain hardware. Naming the hardware here also brings its definition into
@@ -57,13 +48,13 @@ class ResetBeforeEachTest final : public testing::EmptyTestEventListener {
 }  // namespace
 
 void CapturedLog::switchOff() noexcept {
-    kept().on = false;
+    g_on = false;
 }
 
 void CapturedLog::reset() {
-    kept().on = true;
-    const std::lock_guard lock(kept().mutex);
-    kept().lines.clear();
+    g_on = true;
+    const std::lock_guard lock(g_mutex);
+    g_lines.clear();
 }
 
 std::vector<std::string> CapturedLog::lines(std::string_view component) {
@@ -77,10 +68,11 @@ std::vector<std::string> CapturedLog::lines(std::string_view component) {
 }
 
 int CapturedLog::count(std::string_view text) {
-    const std::vector<Line> lines = allLines();
-    return static_cast<int>(std::count_if(lines.begin(), lines.end(), [text](const Line& line) {
-        return line.text.find(text) != std::string::npos;
-    }));
+    int found = 0;
+    for (const Line& line : allLines()) {
+        found += line.text.find(text) != std::string::npos ? 1 : 0;
+    }
+    return found;
 }
 
 std::string CapturedLog::dump() {
@@ -94,7 +86,7 @@ std::string CapturedLog::dump() {
 }  // namespace journaltest
 
 bool loggingOnAppUni(const char* /*component*/, int /*level*/) noexcept {
-    return journaltest::kept().on.load(std::memory_order_relaxed);
+    return journaltest::g_on.load(std::memory_order_relaxed);
 }
 
 void logAppUni(const char* component, const char* /*sourceFile*/, int level, int /*line*/, const char* format,
@@ -109,7 +101,7 @@ void logAppUni(const char* component, const char* /*sourceFile*/, int level, int
     va_end(arguments);
     if (length >= 0) {
         const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
-        const std::lock_guard lock(journaltest::kept().mutex);
-        journaltest::kept().lines.push_back({component, level, text});
+        const std::lock_guard lock(journaltest::g_mutex);
+        journaltest::g_lines.push_back({component, level, text});
     }
 }

@@ -37,12 +37,8 @@ public:
     void refuseTimers() { m_refuse = true; }
 
     /// The ids of the timers that exist, and of those that are running, in the order in which they were made.
-    [[nodiscard]] std::vector<int> timers() const {
-        return idsOf([](const Timer&) { return true; });
-    }
-    [[nodiscard]] std::vector<int> runningTimers() const {
-        return idsOf([](const Timer& timer) { return timer.due.has_value(); });
-    }
+    [[nodiscard]] std::vector<int> timers() const { return idsOf(false); }
+    [[nodiscard]] std::vector<int> runningTimers() const { return idsOf(true); }
     /// The full time of a timer that exists.
     [[nodiscard]] milliseconds lengthOf(int id) const { return m_timers.at(id).length; }
     /// The names that were looked up, in order.
@@ -97,12 +93,11 @@ private:
         }
         return found != m_timers.end();
     }
-    template <typename Condition>
-    [[nodiscard]] std::vector<int> idsOf(Condition isMeant) const {
+    [[nodiscard]] std::vector<int> idsOf(bool runningOnly) const {
         const std::lock_guard lock(m_mutex);
         std::vector<int> ids;
         for (const auto& [id, timer] : m_timers) {
-            if (isMeant(timer)) {
+            if (!runningOnly || timer.due) {
                 ids.push_back(id);
             }
         }

@@ -126,20 +126,18 @@ private:
     bool note(const std::string& operation, const Arguments&... arguments) {
         std::string words;
         ((words += (words.empty() ? "" : ", ") + text(arguments)), ...);
-        {
-            const std::lock_guard lock(m_mutex);
-            m_calls.push_back(operation + "(" + words + ")");
-        }
+        std::unique_lock lock(m_mutex);
+        m_calls.push_back(operation + "(" + words + ")");
+        lock.unlock();
         if (m_during) {
             m_during();
         }
         return m_response;
     }
     bool note(const char* operation, Observer* observer) {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_observers.push_back(observer);
-        }
+        std::unique_lock lock(m_mutex);
+        m_observers.push_back(observer);
+        lock.unlock();
         return note(operation);
     }
     template <typename Item>
@@ -150,8 +148,7 @@ private:
     template <typename Item>
     bool find(const char* operation, const List<Item>& list, const Id& id, Item& item) {
         note(operation, id);
-        const auto found = std::find_if(list.begin(), list.end(),
-                                        [&id](const Item& held) { return held.getEntryId() == id; });
+        const auto found = std::ranges::find(list, id, &Item::getEntryId);
         item = found == list.end() ? item : *found;
         return found != list.end();
     }

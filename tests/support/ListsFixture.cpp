@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <type_traits>
 
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
@@ -47,14 +46,15 @@ void addContents(Texts& contents, const Items& items) {
 }  // namespace
 
 CallBackItem callBackOf(const std::string& entryId, const std::string& number, const std::string& time) {
+    using Item = CallBackItem;
     return {entryId,
             {},
             {},
             number,
             NumberType::NT::eOffice,
             time,
-            CallBackItem::CallBackType::eOnBusy,
-            CallBackItem::CallBackState::eRequested,
+            Item::CallBackType::eOnBusy,
+            Item::CallBackState::eRequested,
             {}};
 }
 
@@ -85,13 +85,12 @@ void ListsFixture::startWith(const std::vector<MissedCallItem>& missed,
                              const std::vector<ReceivedCallItem>& received,
                              const std::vector<ForwardedCallItem>& forwarded,
                              const std::vector<CallBackItem>& callBacks) {
-    const auto add = [this](const auto&... kinds) {
-        const auto addRow = [this](const auto& item) {
-            database.addRow(ListXml<std::decay_t<decltype(item)>>::kTable, item);
-        };
-        (..., std::for_each(kinds.begin(), kinds.end(), addRow));
+    const auto add = [this]<typename Item>(const std::vector<Item>& items) {
+        for (const Item& item : items) {
+            database.addRow(ListXml<Item>::kTable, item);
+        }
     };
-    add(missed, dialled, received, forwarded, callBacks);
+    add(missed), add(dialled), add(received), add(forwarded), add(callBacks);
     const auto before = *settings.values();
     phoneIs(softwareTypes::sip);  // which loads every list
     load();

@@ -39,10 +39,7 @@ const std::map<std::string, int> kCauses = {
     {"distributed", CSTA_EC_RedirectedByDistribution},
 };
 
-const std::map<std::string, int> kLocalStates = {{"null", CSTA_LCS_Null},
-                                                 {"connected", CSTA_LCS_Connected},
-                                                 {"hold", CSTA_LCS_Hold},
-                                                 {"queued", CSTA_LCS_Queued}};
+const std::map<std::string, int> kLocalStates = {{"null", CSTA_LCS_Null}, {"connected", CSTA_LCS_Connected}};
 
 const std::map<std::string, CallLogEntryEvent::_LogTarget> kLogs = {
     {"missed", CallLogEntryEvent::eMissed},
@@ -100,22 +97,17 @@ SimulatedPhone::SimulatedPhone(const std::string& softwareType) {
     management.set("software-type", softwareType);
     management.set("mac-addr", "00:1a:e8:00:00:10");
     management.set("server-based-features", "true");
-    const std::pair<const char*, Executable*> services[] = {
-        {"CSTAServiceIfc", &csta},
-        {"DataAccessServiceIfc", &database},
-        {"DirectoryServiceIfc", &phonebook},
-        {"LocalMgmtIfc", &management},
-        {"ClockServiceIfc", &clock},
-        {"DigitAnalysisServiceIfc", &digits},
-        {"MobilityServiceIfc", &mobility},
-        {"TeamServiceIfc", &team},
-        {"UCServiceIfc", &uc},
-        {"PallaxServiceIfc", &pallax},
-        {"WSIServiceIfc", &wsi},
-    };
-    for (const auto& [name, service] : services) {
-        context.addService(name, service);
-    }
+    context.addService("CSTAServiceIfc", &csta);
+    context.addService("DataAccessServiceIfc", &database);
+    context.addService("DirectoryServiceIfc", &phonebook);
+    context.addService("LocalMgmtIfc", &management);
+    context.addService("ClockServiceIfc", &clock);
+    context.addService("DigitAnalysisServiceIfc", &digits);
+    context.addService("MobilityServiceIfc", &mobility);
+    context.addService("TeamServiceIfc", &team);
+    context.addService("UCServiceIfc", &uc);
+    context.addService("PallaxServiceIfc", &pallax);
+    context.addService("WSIServiceIfc", &wsi);
 }
 
 void SimulatedPhone::starts() {

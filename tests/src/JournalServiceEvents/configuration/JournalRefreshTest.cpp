@@ -56,52 +56,43 @@ everything | Norlith Qorvex | enabled | false |
     }
 }
 
-// Phone | on before | on after | published | stored, after the lists that are emptied
-TEST(JournalRefresh, EmptiesTheListsOnAResetAndRestoresDefaultsOnASipPhone) {
-    for (const auto& row : table(5, R"(
-Norlith SIP    | enabled missed | enabled missed | |
-Norlith SIP    | missed delete | enabled missed | call-log-enabled=true; delete-missed-when-called=0
-+   | ; set call-log-enabled=true; set delete-missed-when-called=false
-Norlith SIP    | enabled | enabled missed | missed-logging=0 | ; set missed-logging=true
-Norlith Qorvex | delete | delete | |
+// A reset, or the stored values that are read; "fails" where they cannot be read | phone | on before | on after |
+// published | stored, for a reset after the lists that are emptied
+TEST(JournalRefresh, RestoresDefaultsOnASipPhoneByAResetOrByAFailedRead) {
+    for (const auto& row : table(6, R"(
+reset | Norlith SIP    | enabled missed | enabled missed | |
+reset | Norlith SIP    | missed delete | enabled missed | call-log-enabled=true; delete-missed-when-called=0
++     | set call-log-enabled=true; set delete-missed-when-called=false
+reset | Norlith SIP    | enabled | enabled missed | missed-logging=0 | set missed-logging=true
+reset | Norlith Qorvex | delete | delete | |
+call-log-enabled=false missed-logging=0 delete-missed-when-called=true | Norlith SIP | enabled missed | delete | |
+fails | Norlith SIP    | delete | enabled missed |
++     | set call-log-enabled=true; set missed-logging=true; set delete-missed-when-called=false
+fails | Norlith Qorvex | delete | delete | |
 )")) {
-        SCOPED_TRACE(row[0] + ", on: " + row[1]);
+        SCOPED_TRACE(row[0] + " on a " + row[1] + ", on: " + row[2]);
         ConfigurationFixture fixture;
-        becomes(fixture, row[0]);
+        becomes(fixture, row[1]);
         fixture.startWith({itemOf<MissedCallItem>("m1", "11", {{"4711", "t"}})});
-        fixture.setOwn(row[1]);
-        EXPECT_TRUE(fixture.resetUserData());
-        EXPECT_EQ(fixture.entryIds(), "");
-        EXPECT_EQ(fixture.own(), row[2]);
-        EXPECT_EQ(fixture.management.published(), row[3]);
-        EXPECT_EQ(fixture.written(),
-                  "delete MissedCalls all; delete DialledCalls all; delete ReceivedCalls all; "
-                  "delete ForwardedCalls all" +
-                      row[4]);
-    }
-}
-
-// Phone | on before | stored before, "fails" where it cannot be read | on after | stored after
-TEST(JournalSettings, AreReadAndGetDefaultsOnASipPhone) {
-    for (const auto& row : table(5, R"(
-Norlith SIP    | enabled missed | call-log-enabled=false missed-logging=0 delete-missed-when-called=true | delete |
-Norlith SIP    | delete | fails | enabled missed
-+   | set call-log-enabled=true; set missed-logging=true; set delete-missed-when-called=false
-Norlith Qorvex | delete | fails | delete |
-)")) {
-        SCOPED_TRACE(row[0] + ": " + row[2]);
-        ConfigurationFixture fixture;
-        fixture.phoneIs(row[0]);
-        fixture.setOwn(row[1]);
-        fixture.database.setFailing(row[2] == "fails");
-        for (const std::string& stored : split(row[2], ' ')) {
-            fixture.database.settings[stored.substr(0, stored.find('='))] =
-                stored.substr(stored.find('=') + 1);
+        fixture.setOwn(row[2]);
+        const bool resets = row[0] == "reset";
+        if (resets) {
+            EXPECT_TRUE(fixture.resetUserData());
+        } else {
+            fixture.database.setFailing(row[0] == "fails");
+            for (const std::string& stored : split(row[0], ' ')) {
+                fixture.database.settings[stored.substr(0, stored.find('='))] =
+                    stored.substr(stored.find('=') + 1);
+            }
+            fixture.journalSettings.readConfigItemsFromDB();
         }
-        fixture.journalSettings.readConfigItemsFromDB();
+        const std::string emptied =
+            "delete MissedCalls all; delete DialledCalls all; "
+            "delete ReceivedCalls all; delete ForwardedCalls all";
+        EXPECT_EQ(fixture.entryIds(), resets ? "" : "m1");
         EXPECT_EQ(fixture.own(), row[3]);
-        EXPECT_EQ(fixture.written(), row[4]);
-        EXPECT_EQ(fixture.management.published(), "");
+        EXPECT_EQ(fixture.management.published(), row[4]);
+        EXPECT_EQ(fixture.written(), (resets ? emptied + (row[5].empty() ? "" : "; ") : "") + row[5]);
     }
 }
 

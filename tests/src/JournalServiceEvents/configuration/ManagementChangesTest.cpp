@@ -1,7 +1,6 @@
 // The management keys that the journal reads and observes, and the effect of a change of each.
 
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -17,18 +16,14 @@ std::string valuesOf(const ConfigurationFixture& fixture) {
     const auto now = fixture.settings.values();
     std::string text = std::to_string(now->m_tzOffset) + " " + std::to_string(now->m_daylightSaveMinutes) +
                        " '" + now->m_callLogControl + "' '" + now->m_regNumber + "'";
-    const std::pair<const char*, bool> flags[] = {{"callEvents", now->m_useCSTACallControlEvents},
-                                                  {"serverLog", now->m_serverBasedCallLog},
-                                                  {"marksMissed", now->m_enterMarkedMissedCall},
-                                                  {"serverFeatures", now->m_serverBasedFeatures},
-                                                  {"wsi", now->m_wsiAllowUcJournal},
-                                                  {"last", now->m_ForwardingPartyDisplayLast},
-                                                  {"ringCentral", now->m_ringCentralSyncCallLog},
-                                                  {"bluetooth", now->m_btHwOn}};
-    for (const auto& [name, on] : flags) {
-        text += on ? std::string(" ") + name : "";
-    }
-    return text;
+    text += now->m_useCSTACallControlEvents ? " callEvents" : "";
+    text += now->m_serverBasedCallLog ? " serverLog" : "";
+    text += now->m_enterMarkedMissedCall ? " marksMissed" : "";
+    text += now->m_serverBasedFeatures ? " serverFeatures" : "";
+    text += now->m_wsiAllowUcJournal ? " wsi" : "";
+    text += now->m_ForwardingPartyDisplayLast ? " last" : "";
+    text += now->m_ringCentralSyncCallLog ? " ringCentral" : "";
+    return text + (now->m_btHwOn ? " bluetooth" : "");
 }
 
 // Each change takes effect at once and nowhere else; the next start reads the same in full.
