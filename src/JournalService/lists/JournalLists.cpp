@@ -2,7 +2,27 @@
 
 #include <algorithm>
 
+#include "platform/sync/CriticalSection.h"
+#include "src/JournalService/base/Log.h"
+
 namespace journal {
+
+void JournalContacts::getContactList(std::vector<Contact>& contacts) {
+    const CriticalSection<Semaphore> section(m_contactLock);
+    contacts = m_contacts;
+    LOG_JOURNAL(6, "getContactList[%d]", static_cast<int>(contacts.size()));
+}
+
+std::size_t JournalContacts::add(const std::vector<Contact>& contacts) {
+    const CriticalSection<Semaphore> section(m_contactLock);
+    m_contacts.insert(m_contacts.end(), contacts.begin(), contacts.end());
+    return m_contacts.size();
+}
+
+void JournalContacts::clear() {
+    const CriticalSection<Semaphore> section(m_contactLock);
+    m_contacts.clear();
+}
 
 unsigned JournalLists::getUnviewedMissedCallsCount(const std::deque<MissedCallItem>& missed) {
     return static_cast<unsigned>(

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <tuple>
+#include <vector>
 
+#include "journal-items/Contact.h"
 #include "journal-items/ListTraits.h"
 #include "platform/sync/NestableSemaphore.h"
-#include "src/JournalService/lists/JournalContacts.h"
+#include "platform/sync/Semaphore.h"
 #include "src/JournalService/lists/JournalList.h"
 #include "src/JournalService/lists/UnloadedEntries.h"
 
@@ -16,6 +19,20 @@ namespace journal {
 class CallLogRequests;
 class ListPersistence;
 class ListSourceIfc;
+
+/// The contacts that were loaded with the lists, in the order in which they were loaded. Thread-safe.
+class JournalContacts {
+public:
+    void getContactList(std::vector<Contact>& contacts);
+    /// Returns the number of contacts after the addition.
+    std::size_t add(const std::vector<Contact>& contacts);
+    void clear();
+
+private:
+    Semaphore m_contactLock{1, 1, true};
+    // Guarded by m_contactLock.
+    std::vector<Contact> m_contacts;
+};
 
 /// The five lists, the contacts that are loaded with them, and the destinations of each change: the database,
 /// a switch that keeps the call log, and the observers.
@@ -34,7 +51,7 @@ public:
     JournalLists& operator=(const JournalLists&) = delete;
     ~JournalLists() = default;
 
-    /// Sets the source that `ListTransaction::ensureLoaded` loads from; it is borrowed. Without one the
+    /// Sets the source that `ListTransaction::openLoaded` loads from; it is borrowed. Without one the
     /// lists are complete as they are. Call before any other thread uses the lists.
     void setSource(ListSourceIfc& source) noexcept { m_source = &source; }
 

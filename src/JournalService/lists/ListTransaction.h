@@ -23,9 +23,9 @@ namespace journal {
 ///  1. The constructor takes the change lock: changes are made and announced one at a time, so that observers
 ///     receive them in the order in which they happened, and the last count that they receive is the right
 ///     one.
-///  2. `ensureLoaded` loads the lists unless they were loaded before: a change must find the entry that a
+///  2. `openLoaded` loads the lists unless they were loaded before: a change must find the entry that a
 ///     party has in the database.
-///  3. `open` restores an entry that matches and is not loaded, locks the list and returns its items. The
+///  3. It and `open` restore an entry that matches and is not loaded, lock the list and return its items. The
 ///     caller finds and changes what it is about.
 ///  4. `write`, `remove` and the other operations on open items carry the change to the database at once,
 ///     since a written item takes the unique id of its row.
@@ -51,8 +51,6 @@ public:
 
     // Preparation, before a list is opened. Requires: no list is locked.
 
-    /// Loads the lists unless they were loaded before.
-    void ensureLoaded();
     /// Records that the lists were loaded; `mayHaveMore` is true when the database may hold entries that are
     /// not loaded.
     void setLoaded(bool mayHaveMore) { m_lists.m_unloadedEntries.setLoaded(mayHaveMore); }
@@ -71,6 +69,17 @@ public:
     /// list has a match.
     template <typename Item, typename Matches>
     [[nodiscard]] std::deque<Item>& open(const Matches& matches);
+    /// The same, after loading the lists unless they were loaded before.
+    template <typename Item, typename Matches>
+    [[nodiscard]] std::deque<Item>& openLoaded(const Matches& matches) {
+        ensureLoaded();
+        return open<Item>(matches);
+    }
+    template <typename Item>
+    [[nodiscard]] std::deque<Item>& openLoaded() {
+        ensureLoaded();
+        return open<Item>();
+    }
 
     // Changes of open items. Requires: the list of the item is open.
 
@@ -123,6 +132,7 @@ public:
     }
 
 private:
+    void ensureLoaded();
     template <typename Item>
     [[nodiscard]] JournalList<Item>& list() noexcept {
         return std::get<JournalList<Item>>(m_lists.m_lists);

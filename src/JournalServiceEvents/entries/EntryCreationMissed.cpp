@@ -118,8 +118,7 @@ void EntryCreation::deleteMissedEntryOf(const std::string& calledParty, const st
         return !infos.empty() && contactMatchesMissedCall(item, contact, infos.front().getLineKey());
     };
     ListTransaction transaction(m_lists);
-    transaction.ensureLoaded();
-    auto& missed = transaction.open<MissedCallItem>(isOfParty);
+    auto& missed = transaction.openLoaded<MissedCallItem>(isOfParty);
     const auto found = std::find_if(missed.begin(), missed.end(), isOfParty);
     if (found == missed.end()) {
         return;

@@ -91,8 +91,7 @@ public:
     /// Returns true when the occurrence was filed, false when it is a duplicate. The policy may change
     /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
-        m_transaction.ensureLoaded();
-        auto& items = m_transaction.template open<Item>(m_policy.matcher(contact));
+        auto& items = m_transaction.template openLoaded<Item>(m_policy.matcher(contact));
         const auto found = std::find_if(items.begin(), items.end(), m_policy.matcher(contact));
         const bool merges = found != items.end();
         if constexpr (requires { m_policy.nameContact(items, found); }) {

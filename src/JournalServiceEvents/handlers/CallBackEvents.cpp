@@ -80,7 +80,6 @@ void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
     LOG_EVENTS(5, "%s():Number: %s, Name: %s, set: %d", kLogName, party.number.c_str(),
                contact.getSurname().c_str(), event->isSet() ? 1 : 0);
     ListTransaction transaction(m_lists);
-    transaction.ensureLoaded();
     if (!event->isSet() || progress.state == State::eDone) {
         remove(transaction, contact);
     } else {
@@ -93,7 +92,7 @@ void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
 }
 
 void CallBackEvents::set(ListTransaction& transaction, CallBackItem item, const Contact& contact) const {
-    auto& items = transaction.open<CallBackItem>();
+    auto& items = transaction.openLoaded<CallBackItem>();
     const auto known = std::find_if(items.begin(), items.end(), matcher(contact));
     const bool changed = known != items.end();
     if (changed) {
@@ -122,7 +121,7 @@ void CallBackEvents::set(ListTransaction& transaction, CallBackItem item, const 
 }
 
 void CallBackEvents::remove(ListTransaction& transaction, const Contact& contact) {
-    auto& items = transaction.open<CallBackItem>();
+    auto& items = transaction.openLoaded<CallBackItem>();
     const auto known = std::find_if(items.begin(), items.end(), matcher(contact));
     if (known == items.end()) {
         return;

@@ -126,12 +126,11 @@ void CallLogRemoval::remove(const char* operation, const std::string& number, co
     using Item = typename Policy::Item;
     LOG_EVENTS(5, "%s():Subscriber Number: %s, entryTime: %s", operation, number.c_str(), entryTime.c_str());
     ListTransaction transaction(m_lists);
-    transaction.ensureLoaded();
     const auto matches = [&](const auto& info) {
         return info.getNumber() == number && Policy::takesPart(info) &&
                isNotLater(operation, entryTime, timeOf(info));
     };
-    auto& items = transaction.open<Item>([&matches](const Item& item) {
+    auto& items = transaction.openLoaded<Item>([&matches](const Item& item) {
         const auto& infos = occurrencesOf(item);
         return std::any_of(infos.begin(), infos.end(), matches);
     });
