@@ -20,7 +20,7 @@ struct CommonOptions {
     /// The data directory. Throws `ConfigurationError` if there is no default.
     [[nodiscard]] std::filesystem::path dataDirectory() const;
     /// A command that the user can type for the same data directory: "calljournal watch --data DIR".
-    [[nodiscard]] std::string commandToType(const std::string& command) const;
+    [[nodiscard]] std::string commandForUser(const std::string& command) const;
 };
 
 /// A sub-command. Its constructor adds its options to the command line.

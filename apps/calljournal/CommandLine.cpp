@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "apps/calljournal/Command.h"
-#include "apps/calljournal/UsageError.h"
+#include "apps/calljournal/UsageErrorText.h"
 #include "host/config/DataDirectory.h"
 
 namespace calljournal {
@@ -71,7 +71,7 @@ std::filesystem::path CommonOptions::dataDirectory() const {
     return data.empty() ? host::defaultDataDirectory() : std::filesystem::path(data);
 }
 
-std::string CommonOptions::commandToType(const std::string& command) const {
+std::string CommonOptions::commandForUser(const std::string& command) const {
     return program + " " + command + (data.empty() ? std::string() : " --data " + data);
 }
 
@@ -89,7 +89,7 @@ int runCommandLine(int argc, char** argv) {
         if (error.get_exit_code() == 0) {
             return app.exit(error);  // prints the help or the version
         }
-        std::cerr << usageError(app, error) << std::endl;
+        std::cerr << usageErrorText(app, error) << std::endl;
         return eWrongUsage;
     }
     try {

@@ -74,8 +74,8 @@ private:
                   << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
                   << " (process " << switchId
                   << "). Calls are coming in.\n\nLook at them in a browser:\n\n    " << http.signInText()
-                  << "\n\nor from another terminal:\n\n    " << common.commandToType("list missed")
-                  << "\n    " << common.commandToType("watch") << "\n\nCtrl-C ends it." << std::endl;
+                  << "\n\nor from another terminal:\n\n    " << common.commandForUser("list missed")
+                  << "\n    " << common.commandForUser("watch") << "\n\nCtrl-C ends it." << std::endl;
     }
 
     ServeOptions m_options;

@@ -3,7 +3,7 @@
 #include "host/config/DataDirectory.h"
 #include "host/data/Database.h"
 #include "host/directory/PhonebookInvoker.h"
-#include "host/framework/AsioAlarmClock.h"
+#include "host/framework/AsioTimerSource.h"
 #include "host/framework/HostFrameworkContext.h"
 #include "host/framework/LibraryLoader.h"
 #include "host/framework/WorkerPool.h"
@@ -73,7 +73,8 @@ public:
           m_database(dataDirectory / kDatabaseName),
           m_library(host::LibraryLoader::locate(host::LibraryLoader::kJournalLibrary,
                                                 host::LibraryLoader::programDirectory())),
-          m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool, m_alarms),
+          m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool,
+                 m_timerSource),
           m_invoker(m_library.createJournalServiceInvoker()),
           m_contactGetterInvoker(m_library.createContactGetterInvoker()),
           m_socket(socket),
@@ -128,7 +129,7 @@ private:
                 m_metrics,
                 [this] {
                     const host::CstaLink::Status status = m_line.linkStatus();
-                    return host::LineState{status.connected, status.monitoring, m_line.callsUp()};
+                    return host::LineState{status.connected, status.monitoring, m_line.liveCallCount()};
                 },
                 [this] { return m_remote->clientCount(); }};
     }
@@ -136,7 +137,7 @@ private:
     host::Metrics m_metrics;
     host::Database m_database;
     host::WorkerPool m_pool;
-    host::AsioAlarmClock m_alarms{m_pool};
+    host::AsioTimerSource m_timerSource{m_pool};
     host::LibraryLoader m_library;
     host::HostFrameworkContext m_framework;
     host::Line m_line;

@@ -38,7 +38,7 @@ public:
             std::cout << (m_json ? response.json + "\n" : describe(response)) << std::flush;
             if (!m_json && response.rows.empty() && isJournalOff(client)) {
                 std::cerr << "calljournal: the journal is switched off; `"
-                          << common.commandToType("settings call-log-enabled true") << "` switches it on\n";
+                          << common.commandForUser("settings call-log-enabled true") << "` switches it on\n";
             }
         }
         return std::cout.good() ? eDone : eFailed;

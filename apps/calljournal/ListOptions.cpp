@@ -61,8 +61,8 @@ void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const 
 void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
     const std::string word(wordOf(list));
     std::cerr << "calljournal: there is no entry " << host::printable(entryId) << " in the list " << word
-              << "; `" << common.commandToType("list " + word + " --ids") << "` prints the ids of the entries"
-              << std::endl;
+              << "; `" << common.commandForUser("list " + word + " --ids")
+              << "` prints the ids of the entries" << std::endl;
 }
 
 }  // namespace calljournal

@@ -83,13 +83,13 @@ private:
     }
 
     [[nodiscard]] static std::string hint(const CommonOptions& common) {
-        return "; `" + common.commandToType("settings") + "` prints all settings";
+        return "; `" + common.commandForUser("settings") + "` prints all settings";
     }
 
     void print(const journalxml::ManagementResponse& response, const CommonOptions& common) const {
         if (!m_key.empty() && !changes() && !response.settings.front().value) {
             throw std::runtime_error(host::printable(m_key) + " has no value; `" +
-                                     common.commandToType("settings " + m_key + " VALUE") + "` sets one");
+                                     common.commandForUser("settings " + m_key + " VALUE") + "` sets one");
         }
         if (m_json) {
             std::cout << settingsJson(response.settings) << std::endl;

@@ -76,7 +76,7 @@ public:
         if (!entry) {
             throw std::runtime_error(
                 "there is no entry " + host::printable(m_entryId) + " in any of the five lists; `" +
-                common.commandToType("list LIST --ids") +
+                common.commandForUser("list LIST --ids") +
                 "` prints the ids of a list (an entry gets a new id whenever a call is added to it)");
         }
         std::cout << (m_json ? host::jsonText(entry->second) + "\n"

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "host/csta-wire/XmlText.h"
+#include "platform/client-utils/PercentEncoding.h"
 
 namespace host {
 
@@ -29,21 +30,6 @@ bool takeScheme(std::string_view& text, std::string_view scheme) {
 
 std::string_view upTo(std::string_view text, std::string_view ends) {
     return text.substr(0, text.find_first_of(ends));
-}
-
-std::string percentDecoded(std::string_view text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool coded = text[i] == '%' && i + 2 < text.size() && hexDigitValue(text[i + 1]) >= 0 &&
-                           hexDigitValue(text[i + 2]) >= 0;
-        if (coded) {
-            out.push_back(static_cast<char>(hexDigitValue(text[i + 1]) * 16 + hexDigitValue(text[i + 2])));
-            i += 2;
-        } else {
-            out.push_back(text[i]);
-        }
-    }
-    return out;
 }
 
 std::string digitsOf(std::string_view text) {
@@ -91,7 +77,7 @@ DeviceText parseDeviceText(std::string_view text) {
         return {std::string(trimmed(upTo(text, ";?"))), {}};
     }
     if (takeScheme(text, "sip:") || takeScheme(text, "sips:")) {
-        return {percentDecoded(upTo(text, "@;?")), {}};
+        return {percentencoding::decode(upTo(text, "@;?")), {}};
     }
     return {std::string(trimmed(withoutCompound(upTo(text, ";")))), {}};
 }

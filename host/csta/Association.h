@@ -14,9 +14,9 @@ namespace host {
 
 /// Opens the association on a new connection, as configured:
 ///   "auto"                 ready at once
-/// "application-session"  1. StartApplicationSession  2. ready on the positive response  3. the session timer
-/// is
-///                          reset after half of the duration that the switch granted
+///   "application-session"  1. StartApplicationSession
+///                          2. ready on the positive response
+///                          3. the session timer is reset after half of the duration that the switch granted
 /// The end of the session ends the connection; the next connection opens a new session. Reader thread only.
 class Association {
 public:

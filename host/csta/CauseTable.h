@@ -15,7 +15,7 @@ enum class CauseContext {
     eConnectionCleared,
 };
 
-/// Returns the phone's `CSTAEventCause` for the standard's word: `CSTA_EC_None` for an empty word,
+/// Returns the phone's `CSTAEventCause` for the ECMA-323 value: `CSTA_EC_None` for an empty word,
 /// `CSTA_EC_Unknown` for an unknown one. In a Failed event both become `CSTA_EC_Other`, because 0 and 1 mean
 /// there that the failure belongs to no call.
 [[nodiscard]] int causeNumber(std::string_view word, CauseContext context) noexcept;

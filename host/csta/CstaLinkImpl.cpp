@@ -8,7 +8,7 @@
 
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/LinkLog.h"
-#include "host/csta/SystemStatusWords.h"
+#include "host/csta/SystemStatusValues.h"
 #include "platform/csta/CSTAResponses.h"
 
 namespace host {
@@ -242,7 +242,7 @@ void CstaLinkImpl::systemStatus(std::string_view word) {
         m_notifyStatus = false;
     }
     m_receivers.deliver(word);
-    if (losesMonitors(word)) {
+    if (requiresMonitorRestart(word)) {
         m_monitorsDoubtful = true;
     } else if (isInService(word) && std::exchange(m_monitorsDoubtful, false) && m_association.isReady()) {
         CSTA_LINK_LOG(4, "%s", "the switch is back in service; restarting all monitors");

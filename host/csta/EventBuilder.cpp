@@ -37,16 +37,16 @@ EventBuilder::EventBuilder(const EventSchema& schema, const WireDocument& docume
     m_device = m_devices.device(member(m_schema.device));
     m_callId = callIdOf(connection);
 
-    m_facts.event = schema.event;
-    m_facts.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
-    m_facts.outgoing = calling().party == EventParty::eMonitored;
+    m_context.event = schema.event;
+    m_context.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
+    m_context.outgoing = calling().party == EventParty::eMonitored;
     // ConnectionCleared is about the dropped party, independent of the releasing one. In other events the
     // device member is more reliable, because some switches put the monitored device into every connection.
     const EventParty first =
         schema.event == WireEvent::eConnectionCleared ? m_connectionDevice.party : m_device.party;
     const EventParty second =
         schema.event == WireEvent::eConnectionCleared ? EventParty::eUnknown : m_connectionDevice.party;
-    m_facts.subject = first == EventParty::eUnknown ? second : first;
+    m_context.subject = first == EventParty::eUnknown ? second : first;
 }
 
 std::string EventBuilder::newCallId() const {
@@ -112,7 +112,7 @@ std::unique_ptr<CSTAEvent> EventBuilder::buildClearing() const {
 std::unique_ptr<CSTAEvent> EventBuilder::buildSecondaryClearing() const {
     const pugi::xml_node secondary = member("secondaryOldCall");
     const std::string callId = childText(secondary, "callID");
-    if (m_schema.event != WireEvent::eTransferred || m_facts.subject != EventParty::eMonitored ||
+    if (m_schema.event != WireEvent::eTransferred || m_context.subject != EventParty::eMonitored ||
         callId.empty()) {
         return nullptr;
     }
@@ -150,12 +150,12 @@ CSTADevice EventBuilder::ownDevice() const {
 template <typename Event>
 std::unique_ptr<Event> EventBuilder::callControl() const {
     auto event = std::make_unique<Event>();
-    fillCommon(*event, causeContextOf(m_facts));
+    fillCommon(*event, causeContextOf(m_context));
     event->setConnection(m_callId, m_connectionDevice.device.number);
     event->setCallingDevice(calling().device);
     event->setCalledDevice(called());
     event->setLastRedirectionDevice(m_devices.device(member("lastRedirectionDevice")).device);
-    event->setLocalConnectionInfo(localConnectionOf(m_facts));
+    event->setLocalConnectionInfo(localConnectionOf(m_context));
     return event;
 }
 

@@ -21,8 +21,8 @@ public:
     EventBuilder(const EventSchema& schema, const WireDocument& document, DeviceReader devices,
                  std::string crossRefId);
 
-    [[nodiscard]] const EventFacts& facts() const noexcept { return m_facts; }
-    void setConference(bool conference) noexcept { m_facts.conference = conference; }
+    [[nodiscard]] const EventContext& context() const noexcept { return m_context; }
+    void setConference(bool conference) noexcept { m_context.conference = conference; }
 
     /// The call id of the event's connection. If the switch sends no call ids, one made from the monitor's
     /// id.
@@ -65,7 +65,7 @@ private:
     EventDevice m_connectionDevice;
     EventDevice m_device;
     std::string m_callId;
-    EventFacts m_facts;
+    EventContext m_context;
 };
 
 /// The text of an event's private data: that of its `callStatus` element, otherwise plain text, otherwise

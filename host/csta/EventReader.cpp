@@ -27,20 +27,20 @@ std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& do
     builder.setConference(isConference(builder.callId()));
 
     std::vector<std::unique_ptr<CSTAEvent>> events;
-    if (!concernsThePhone(builder.facts())) {
+    if (!isForOwnConnection(builder.context())) {
         return events;
     }
     if (std::unique_ptr<CSTAEvent> cleared = builder.buildSecondaryClearing()) {
         events.push_back(std::move(cleared));
     }
     events.push_back(builder.build());
-    if (endsSilently(builder.facts())) {
+    if (endsWithoutClearedEvent(builder.context())) {
         events.push_back(builder.buildClearing());
     }
     if (schema->event == WireEvent::eConferenced) {
         rememberConference(builder.newCallId());
     } else if (schema->event == WireEvent::eConnectionCleared &&
-               builder.facts().subject != EventParty::eOther) {
+               builder.context().subject != EventParty::eOther) {
         forgetConference(builder.callId());
     }
     return events;

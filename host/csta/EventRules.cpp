@@ -35,14 +35,14 @@ constexpr std::array kInferred = {
 
 /// True if the connection is that of another party. An unknown phone that rings for an outgoing call is
 /// another party; any diversion of an incoming call diverts it away from this phone.
-bool isByOther(const EventFacts& facts) noexcept {
-    if (facts.event == WireEvent::eDiverted) {
-        return facts.outgoing && facts.subject != EventParty::eMonitored;
+bool isByOther(const EventContext& context) noexcept {
+    if (context.event == WireEvent::eDiverted) {
+        return context.outgoing && context.subject != EventParty::eMonitored;
     }
-    if (facts.event == WireEvent::eDelivered && facts.subject == EventParty::eUnknown) {
-        return facts.outgoing;
+    if (context.event == WireEvent::eDelivered && context.subject == EventParty::eUnknown) {
+        return context.outgoing;
     }
-    return facts.subject == EventParty::eOther;
+    return context.subject == EventParty::eOther;
 }
 
 }  // namespace
@@ -56,29 +56,29 @@ std::optional<int> localConnectionNumber(std::string_view word) noexcept {
     return std::nullopt;
 }
 
-int localConnectionOf(const EventFacts& facts) noexcept {
-    if (facts.localConnection) {
-        return *facts.localConnection;
+int localConnectionOf(const EventContext& context) noexcept {
+    if (context.localConnection) {
+        return *context.localConnection;
     }
-    const bool byOther = isByOther(facts);
-    if (facts.event == WireEvent::eConnectionCleared && facts.conference && byOther) {
+    const bool byOther = isByOther(context);
+    if (context.event == WireEvent::eConnectionCleared && context.conference && byOther) {
         return CSTA_LCS_Connected;
     }
     for (const InferredState& row : kInferred) {
-        if (row.event == facts.event) {
+        if (row.event == context.event) {
             return byOther ? row.ofOther : row.ofOwn;
         }
     }
     return CSTA_LCS_Null;
 }
 
-bool concernsThePhone(const EventFacts& facts) noexcept {
-    if (facts.subject != EventParty::eOther) {
+bool isForOwnConnection(const EventContext& context) noexcept {
+    if (context.subject != EventParty::eOther) {
         return true;
     }
-    const int own = localConnectionOf(facts);
-    switch (facts.event) {
-        case WireEvent::eConnectionCleared: return facts.conference || own == CSTA_LCS_Null;
+    const int own = localConnectionOf(context);
+    switch (context.event) {
+        case WireEvent::eConnectionCleared: return context.conference || own == CSTA_LCS_Null;
         case WireEvent::eHeld: return own == CSTA_LCS_Hold;
         case WireEvent::eRetrieved: return false;
         case WireEvent::eDiverted: return own == CSTA_LCS_Null || own == CSTA_LCS_Alerting;
@@ -86,15 +86,15 @@ bool concernsThePhone(const EventFacts& facts) noexcept {
     }
 }
 
-bool endsSilently(const EventFacts& facts) noexcept {
-    return facts.event == WireEvent::eDiverted && localConnectionOf(facts) == CSTA_LCS_Null;
+bool endsWithoutClearedEvent(const EventContext& context) noexcept {
+    return context.event == WireEvent::eDiverted && localConnectionOf(context) == CSTA_LCS_Null;
 }
 
-CauseContext causeContextOf(const EventFacts& facts) noexcept {
-    switch (facts.event) {
+CauseContext causeContextOf(const EventContext& context) noexcept {
+    switch (context.event) {
         case WireEvent::eDelivered:
-            return localConnectionOf(facts) == CSTA_LCS_Connected ? CauseContext::eDeliveredElsewhere
-                                                                  : CauseContext::eDeliveredHere;
+            return localConnectionOf(context) == CSTA_LCS_Connected ? CauseContext::eDeliveredElsewhere
+                                                                    : CauseContext::eDeliveredHere;
         case WireEvent::eEstablished: return CauseContext::eEstablished;
         case WireEvent::eHeld: return CauseContext::eHeld;
         case WireEvent::eFailed: return CauseContext::eFailed;

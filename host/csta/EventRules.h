@@ -9,9 +9,9 @@
 
 namespace host {
 
-/// Input of the rules below. `subject` is the party whose connection the event is about: the alerting,
-/// dropped, holding, diverting, failing or transferring one.
-struct EventFacts {
+/// The context of an event, for the rules below. `subject` is the party whose connection the event is about:
+/// the alerting, dropped, holding, diverting, failing or transferring one.
+struct EventContext {
     WireEvent event = WireEvent::eOriginated;
     EventParty subject = EventParty::eUnknown;
     /// A `CSTALocalConnectionState`; `std::nullopt` if the switch sent none.
@@ -22,11 +22,11 @@ struct EventFacts {
     bool conference = false;
 };
 
-/// The `CSTALocalConnectionState` for the standard's word; `std::nullopt` for an unknown word.
+/// The `CSTALocalConnectionState` for an ECMA-323 value; `std::nullopt` for an unknown one.
 [[nodiscard]] std::optional<int> localConnectionNumber(std::string_view word) noexcept;
 
 /// The monitored phone's own state: as sent by the switch, otherwise inferred from the event.
-[[nodiscard]] int localConnectionOf(const EventFacts& facts) noexcept;
+[[nodiscard]] int localConnectionOf(const EventContext& context) noexcept;
 
 /// True if the event is about the monitored phone's own connection. A phone ends a call on any
 /// ConnectionCleared, so events of another party are dropped while the phone stays in the call:
@@ -35,12 +35,12 @@ struct EventFacts {
 ///   Held, Retrieved by another party     never delivered: the phone itself is still connected
 ///   Diverted by another party            delivered unless the phone is still in the call, by its own state,
 ///                                        or because it is the caller if that is not sent
-[[nodiscard]] bool concernsThePhone(const EventFacts& facts) noexcept;
+[[nodiscard]] bool isForOwnConnection(const EventContext& context) noexcept;
 
 /// True if the event ends the phone's own connection without a ConnectionCleared event: the call was diverted
 /// away.
-[[nodiscard]] bool endsSilently(const EventFacts& facts) noexcept;
+[[nodiscard]] bool endsWithoutClearedEvent(const EventContext& context) noexcept;
 
-[[nodiscard]] CauseContext causeContextOf(const EventFacts& facts) noexcept;
+[[nodiscard]] CauseContext causeContextOf(const EventContext& context) noexcept;
 
 }  // namespace host

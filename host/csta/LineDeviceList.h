@@ -28,7 +28,7 @@ class LineDeviceList {
 public:
     explicit LineDeviceList(std::string_view ownDevice);
 
-    /// Adds a device in any written form, with the standard's word for its category (empty for a telephone).
+    /// Adds a device in any written form, with the ECMA-323 value of its category (empty for a telephone).
     /// Ignores duplicates and devices without a number.
     void add(std::string_view device, std::string_view category = {});
     [[nodiscard]] bool isEmpty() const noexcept { return m_devices.empty(); }

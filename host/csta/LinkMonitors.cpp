@@ -156,7 +156,7 @@ void LinkMonitors::startAll() {
 
 void LinkMonitors::connectionLost() {
     cancelRetries();
-    m_early.clear();
+    m_earlyEvents.clear();
     for (WantedMonitor* monitor : m_table.all()) {
         monitor->switchId.clear();
     }
@@ -200,7 +200,7 @@ void LinkMonitors::onEvent(WireDocument document) {
     if (!monitors.empty()) {
         deliver(document, monitors);
     } else if (m_table.anyStarting()) {
-        m_early.keep(switchId, std::move(document), EarlyEvents::Clock::now());
+        m_earlyEvents.keep(switchId, std::move(document), EventsBeforeMonitorStart::Clock::now());
     } else {
         CSTA_LINK_LOG(6, "an event of an unknown monitor: %s", switchId.c_str());
     }
@@ -257,7 +257,8 @@ void LinkMonitors::markStarted(WantedMonitor& monitor, std::string switchId) {
     monitor.refused = false;
     CSTA_LINK_LOG(5, "monitor %s of %s is on; its id at the switch is %s", monitor.crossRefId.c_str(),
                   monitor.device.c_str(), monitor.switchId.c_str());
-    for (const WireDocument& early : m_early.take(monitor.switchId, EarlyEvents::Clock::now())) {
+    for (const WireDocument& early :
+         m_earlyEvents.take(monitor.switchId, EventsBeforeMonitorStart::Clock::now())) {
         deliver(early, {&monitor});
     }
     m_changed();

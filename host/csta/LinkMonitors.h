@@ -9,9 +9,9 @@
 #include <asio/io_context.hpp>
 
 #include "host/csta/CstaLinkConfig.h"
-#include "host/csta/EarlyEvents.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/EventReader.h"
+#include "host/csta/EventsBeforeMonitorStart.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/MonitorTable.h"
 #include "host/csta/RequestChannel.h"
@@ -22,8 +22,9 @@ namespace host {
 /// The monitors of the link: handles the services' requests, keeps the wanted monitors started at the switch,
 /// and delivers the switch's events to their receivers.
 ///
-/// wanted, off --MonitorStart sent--> starting --response with an id--> on --connection lost, stopped by the
-/// switch--> off
+///     wanted, off  --MonitorStart sent-->                           starting
+///     starting     --response with an id-->                         on
+///     on           --connection lost, or stopped by the switch-->   wanted, off
 ///
 /// A monitor that is requested while the switch is connected is removed if the switch does not start it. An
 /// accepted monitor stays wanted: a refusal is logged and retried with exponential backoff.
@@ -77,7 +78,7 @@ private:
 
     MonitorTable m_table;
     EventReader m_reader;
-    EarlyEvents m_early;
+    EventsBeforeMonitorStart m_earlyEvents;
     bool m_startFailed = false;
 };
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/csta/LinkLog.h"
-#include "host/csta/SystemStatusWords.h"
+#include "host/csta/SystemStatusValues.h"
 #include "platform/csta/CSTASystemEvents.h"
 
 namespace host {

@@ -14,7 +14,7 @@ namespace host {
 
 /// The callbacks of one line as rows; a callback's entry id is its key.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class CallBackRows {
 public:
     /// Both are borrowed.

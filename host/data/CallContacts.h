@@ -18,7 +18,7 @@ namespace host {
 /// The phonebook of a line with the calls of each contact: first the contacts whose number is the number of
 /// an item's newest call, each with these items, then all others by name.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class CallContacts {
 public:
     /// Everything is borrowed; without `digits` numbers are compared as they are written.

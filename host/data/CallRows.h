@@ -18,7 +18,7 @@ namespace host {
 /// not limited here: the journal deletes the oldest item itself, since it must notify observers of it.
 /// Requires: a list is one of the four call lists.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class CallRows {
 public:
     /// Both are borrowed.

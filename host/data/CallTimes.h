@@ -24,7 +24,7 @@ struct QuarterOfCalls {
 /// The start times of a line's calls: all items, the kept occurrences of each. The database counts; only the
 /// counts are read.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class CallTimes {
 public:
     /// Both are borrowed.

@@ -15,7 +15,7 @@ namespace host {
 
 /// The contacts of one line as rows, with the index of their numbers; a contact's unique id is its row's id.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class ContactRows {
 public:
     /// The match of a number: the contact's row, and the position of the number, 1 to 4 as in

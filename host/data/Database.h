@@ -30,8 +30,8 @@ class DatabaseConnection;
 /// whole when it returns false. Other processes may use the file at the same time; work waits for them up to
 /// the busy time, then fails.
 ///
-/// Threads: any thread may call; pieces of work run one at a time, on the caller's thread. A piece of work
-/// must not call the database except through its session, and must not wait for another thread.
+/// Threads: any thread may call; `read` and `write` run one at a time, on the caller's thread. The function
+/// passed must not call the database except through its session, and must not wait for another thread.
 ///
 /// Errors: no operation throws at run time. On a failure (locked, full, damaged, read-only, an exception of
 /// the work) `read` and `write` return false and write one log text; `healthy` then returns false.
@@ -42,7 +42,7 @@ public:
         std::chrono::milliseconds busyTime{2000};
     };
 
-    /// The connection as one piece of work uses it.
+    /// The connection during one `read` or `write` call.
     class Session {
     public:
         /// Returns a statement by its text; it is prepared at its first use and kept. Requires: no earlier
@@ -78,8 +78,8 @@ public:
     /// Runs work in one transaction, isolated from other processes: all of it or none.
     bool write(const char* what, const Work& work) noexcept;
 
-    /// False from a failed piece of work until a later one succeeds; after a failed write that must be a
-    /// write. Never blocks.
+    /// False from a failed `read` or `write` until a later one succeeds; after a failed write that must be
+    /// a write. Never blocks.
     [[nodiscard]] bool healthy() const noexcept { return !m_readFailed && !m_writeFailed; }
     /// Tests if the database can be read and written now, without a change; updates and returns `healthy`.
     [[nodiscard]] bool probe() noexcept;

@@ -15,7 +15,7 @@ namespace host {
 /// The occurrences of items as rows, each with its position; 0 is the front, the newest. A column without a
 /// field in the occurrence's class holds its default.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class OccurrenceRows {
 public:
     /// Both are borrowed.

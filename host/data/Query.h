@@ -19,8 +19,8 @@ namespace host {
 ///         surnames.push_back(query.text());
 ///     }
 ///
-/// Texts keep every byte, also NUL and invalid UTF-8. Use it inside the piece of work that made it, on its
-/// thread. Every operation throws if the database fails.
+/// Texts keep every byte, also NUL and invalid UTF-8. Use it inside the `read` or `write` call that made
+/// it, on its thread. Every operation throws if the database fails.
 class Query {
 public:
     /// Reserves the statement until the query is destroyed; see `Session::query`.

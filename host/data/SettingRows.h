@@ -10,7 +10,7 @@ namespace host {
 
 /// Keys with values of one line as rows: the journal's own settings, and the phone's management values.
 ///
-/// Use it inside one piece of work of the database. Every operation throws if the database fails.
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class SettingRows {
 public:
     enum class Table { eJournalSettings, eManagementValues };

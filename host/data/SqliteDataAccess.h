@@ -18,8 +18,8 @@ class Database;
 /// The journal's lists and settings of one line in the database, registered as "DataAccessServiceIfc".
 /// Requests and responses are those of docs/messages.md.
 ///
-/// The steps of a request: read the document, carry it out in one piece of work of the database, build the
-/// response. A request that cannot be read or carried out gives "failed", one log text, and no change. A
+/// The steps of a request: read the document, carry it out in one `Database::read` or `write` call, build
+/// the response. A request that cannot be read or carried out gives "failed", one log text, and no change. A
 /// change is durable when `processRequest` returns.
 ///
 /// Thread-safe; requests are carried out one after the other.

@@ -85,7 +85,7 @@ void DigitAnalysis::normalise(std::string& number) {
     if (!isNumber(dialled)) {
         return;
     }
-    if (!staysInside(dialled)) {
+    if (!isExtensionOrCode(dialled)) {
         if (std::optional<std::string> international = m_plan.international(dialled)) {
             dialled = std::move(*international);
         }
@@ -93,15 +93,15 @@ void DigitAnalysis::normalise(std::string& number) {
     number = std::move(dialled);
 }
 
-std::string DigitAnalysis::rules() const {
-    std::string rules = std::string(kRulesEdition) + " " + m_region;
+std::string DigitAnalysis::rulesKey() const {
+    std::string key = std::string(kRulesEdition) + " " + m_region;
     for (const std::string& code : m_codes) {
-        rules += " " + code;
+        key += " " + code;
     }
-    return rules;
+    return key;
 }
 
-bool DigitAnalysis::staysInside(const std::string& dialled) const {
+bool DigitAnalysis::isExtensionOrCode(const std::string& dialled) const {
     return dialled.find_first_of("*#") != std::string::npos ||
            (dialled.front() != '+' && dialled.size() <= kLongestExtension) ||
            beginsWithOneOf(m_codes, dialled);

@@ -35,10 +35,10 @@ public:
     void normalise(std::string& number) override;
 
     /// Returns a key of the rules. Objects with equal keys normalise every number alike.
-    [[nodiscard]] std::string rules() const;
+    [[nodiscard]] std::string rulesKey() const;
 
 private:
-    [[nodiscard]] bool staysInside(const std::string& dialled) const;
+    [[nodiscard]] bool isExtensionOrCode(const std::string& dialled) const;
 
     // Constant after construction.
     const std::string m_region;

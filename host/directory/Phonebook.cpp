@@ -17,10 +17,14 @@ namespace {
 /// read.
 constexpr std::size_t kSlice = 1000;
 
-/// The matched kind of a number by its position in the contact: kind 1 is the fourth number, kinds 2 to 4 are
-/// the first to the third.
-constexpr std::int32_t kindOf(std::int32_t position) {
-    return position == 4 ? 1 : position + 1;
+/// `position`: 1 to 4, as in `Contact::getPhoneNumber`.
+constexpr Contact::MatchedNumber matchedNumberAt(std::int32_t position) {
+    switch (position) {
+        case 1: return Contact::MatchedNumber::eOffice;
+        case 2: return Contact::MatchedNumber::eMobile;
+        case 3: return Contact::MatchedNumber::ePrivate;
+        default: return Contact::MatchedNumber::eOffice2;
+    }
 }
 
 /// A file of another program may have fewer fields of a contact.
@@ -48,7 +52,7 @@ bool Phonebook::lookUpContact(Contact& contact) {
         if (const auto match = rows.lookUp(rows.indexed(searched))) {
             found = rows.find(match->id);
             if (found) {
-                found->setMatchedKindCode(kindOf(match->position));
+                found->setMatchedKindCode(static_cast<std::int32_t>(matchedNumberAt(match->position)));
             }
         }
     });
@@ -190,12 +194,12 @@ std::optional<std::vector<Contact>> Phonebook::slice(std::size_t offset, std::si
     return done ? std::optional(std::move(contacts)) : std::nullopt;
 }
 
-bool Phonebook::useRules(const std::string& rules) {
-    std::string present;
+bool Phonebook::reindexIfRulesChanged(const std::string& rulesKey) {
+    std::string current;
     return m_database.read("reading the rules of the index", [&](Database::Session& session) {
-        present = ContactRows(session, m_line, &m_digits).indexRules();
-    }) && (present == rules || m_database.write("indexing contacts anew", [&](Database::Session& session) {
-               ContactRows(session, m_line, &m_digits).reindex(rules);
+        current = ContactRows(session, m_line, &m_digits).indexRules();
+    }) && (current == rulesKey || m_database.write("indexing contacts anew", [&](Database::Session& session) {
+               ContactRows(session, m_line, &m_digits).reindex(rulesKey);
            }));
 }
 

@@ -36,8 +36,7 @@ struct ImportCounts {
 /// which is stored in an index. If several contacts have a number, the one of the best source wins (personal
 /// before company before the others), then the oldest.
 ///
-/// The matched kind is 1 second office, 2 office, 3 mobile, 4 private, the order in which the journal reads
-/// it.
+/// The matched kind of a found contact is a `Contact::MatchedNumber`.
 ///
 /// Thread-safe. Errors: no operation throws. A database that fails logs the error; the operation here then
 /// returns the same as for a missing contact.
@@ -76,10 +75,10 @@ public:
                                                     std::size_t limit);
     [[nodiscard]] std::size_t count();
 
-    /// Sets the rules by which `digits` normalises numbers. Call it before the first look-up. An index of
-    /// numbers that was made by other rules is recomputed (some seconds for 50,000 contacts). Returns false
-    /// if the database failed.
-    [[nodiscard]] bool useRules(const std::string& rules);
+    /// Recomputes the index of numbers if it was made by other rules than `rulesKey`, those by which `digits`
+    /// normalises numbers (some seconds for 50,000 contacts). Call it before the first look-up. Returns
+    /// false if the database failed.
+    [[nodiscard]] bool reindexIfRulesChanged(const std::string& rulesKey);
 
 private:
     enum class Imported { eAdded, eChanged, eUnchanged };

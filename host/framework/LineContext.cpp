@@ -5,8 +5,8 @@
 #include <limits>
 #include <utility>
 
-#include "host/framework/AlarmClock.h"
 #include "host/framework/Strand.h"
+#include "host/framework/TimerSource.h"
 #include "platform/framework/Executable.h"
 #include "platform/logging/Logging.h"
 
@@ -14,8 +14,8 @@ namespace host {
 
 class LineContext::Timers : public std::enable_shared_from_this<Timers> {
 public:
-    Timers(std::function<bool(Strand::Work)> post, AlarmClock& alarms)
-        : m_post(std::move(post)), m_alarms(alarms) {}
+    Timers(std::function<bool(Strand::Work)> post, TimerSource& timerSource)
+        : m_post(std::move(post)), m_timerSource(timerSource) {}
 
     int create(Executable& handler, int milliseconds) {
         const std::lock_guard lock(m_mutex);
@@ -27,23 +27,23 @@ public:
         m_timers.emplace(++m_lastId, Timer{.handler = &handler,
                                            .duration = std::chrono::milliseconds(milliseconds),
                                            .generation = 0,
-                                           .alarm = nullptr});
+                                           .expiry = nullptr});
         return m_lastId;
     }
 
     bool start(int id, bool afresh) {
-        std::unique_ptr<Alarm> old;
+        std::unique_ptr<ScheduledExpiry> old;
         const std::lock_guard lock(m_mutex);
         Timer* timer = find(id);
-        if (timer != nullptr && (afresh || !timer->alarm)) {
+        if (timer != nullptr && (afresh || !timer->expiry)) {
             old = disarm(*timer);
-            timer->alarm = m_alarms.after(timer->duration, ringer(id, timer->generation));
+            timer->expiry = m_timerSource.schedule(timer->duration, expiryPoster(id, timer->generation));
         }
         return timer != nullptr;
     }
 
     bool stop(int id) {
-        std::unique_ptr<Alarm> old;
+        std::unique_ptr<ScheduledExpiry> old;
         const std::lock_guard lock(m_mutex);
         Timer* timer = find(id);
         if (timer != nullptr) {
@@ -70,7 +70,7 @@ public:
     bool isRunning(int id) {
         const std::lock_guard lock(m_mutex);
         const Timer* timer = find(id);
-        return timer != nullptr && timer->alarm;
+        return timer != nullptr && timer->expiry;
     }
 
 private:
@@ -80,7 +80,7 @@ private:
         /// Changes whenever a posted expiry becomes invalid.
         std::uint64_t generation;
         /// Set while the timer runs.
-        std::unique_ptr<Alarm> alarm;
+        std::unique_ptr<ScheduledExpiry> expiry;
     };
 
     Timer* find(int id) {
@@ -88,12 +88,12 @@ private:
         return found == m_timers.end() ? nullptr : &found->second;
     }
 
-    static std::unique_ptr<Alarm> disarm(Timer& timer) {
+    static std::unique_ptr<ScheduledExpiry> disarm(Timer& timer) {
         ++timer.generation;
-        return std::move(timer.alarm);
+        return std::move(timer.expiry);
     }
 
-    std::function<void()> ringer(int id, std::uint64_t generation) {
+    std::function<void()> expiryPoster(int id, std::uint64_t generation) {
         return [weak = weak_from_this(), id, generation] {
             if (const std::shared_ptr<Timers> self = weak.lock()) {
                 self->m_post([weak, id, generation] {
@@ -109,10 +109,10 @@ private:
     void expire(int id, std::uint64_t generation) {
         Executable* handler = nullptr;
         {
-            std::unique_ptr<Alarm> old;
+            std::unique_ptr<ScheduledExpiry> old;
             const std::lock_guard lock(m_mutex);
             Timer* timer = find(id);
-            if (timer == nullptr || !timer->alarm || timer->generation != generation) {
+            if (timer == nullptr || !timer->expiry || timer->generation != generation) {
                 return;
             }
             old = disarm(*timer);
@@ -123,7 +123,7 @@ private:
 
     // Constant after construction.
     const std::function<bool(Strand::Work)> m_post;
-    AlarmClock& m_alarms;
+    TimerSource& m_timerSource;
 
     std::mutex m_mutex;
     // Guarded by m_mutex.
@@ -131,8 +131,8 @@ private:
     int m_lastId = 0;
 };
 
-LineContext::LineContext(Strand& strand, AlarmClock& alarms)
-    : m_timers(std::make_shared<Timers>(strand.weakPoster(), alarms)) {}
+LineContext::LineContext(Strand& strand, TimerSource& timerSource)
+    : m_timers(std::make_shared<Timers>(strand.weakPoster(), timerSource)) {}
 
 LineContext::~LineContext() {
     m_timers->removeAll();

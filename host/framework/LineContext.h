@@ -10,14 +10,15 @@
 
 namespace host {
 
-class AlarmClock;
+class TimerSource;
 class Strand;
 
 /// The context of one line: its services by name, and the timers of these services.
 ///
 /// The sequence of a timer:
-///  1. `startTimer` gives it a new generation and sets an alarm.
-///  2. The alarm rings on any thread and posts the expiry, with its generation, to the line's strand.
+///  1. `startTimer` gives it a new generation and schedules an expiry.
+///  2. The timer source reports the expiry on any thread, and posts it with its generation to the line's
+///     strand.
 ///  3. The strand delivers the expiry only if the timer still exists, still runs and still has that
 ///     generation. Stop, restart and delete change these, so an expiry that was posted before them is
 ///     discarded.
@@ -26,8 +27,8 @@ class Strand;
 class LineContext final : public Context {
 public:
     /// Requires: both outlive the context.
-    LineContext(Strand& strand, AlarmClock& alarms);
-    /// Silences every timer. Call from the strand, or after it is closed.
+    LineContext(Strand& strand, TimerSource& timerSource);
+    /// Cancels every timer. Call from the strand, or after it is closed.
     ~LineContext() override;
 
     /// Registers `service` as `name` and replaces a former one. Requires: `service` lives until

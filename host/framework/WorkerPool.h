@@ -13,7 +13,7 @@ class WorkerThreads;
 /// the switch, for example) does not delay the rest. It never ends a thread before its own end.
 ///
 /// Thread-safe, except that one owner creates and destroys it. Lifetime: outlives every strand and every
-/// alarm clock on it. The destructor ends the threads and discards work that has not begun, so drain the
+/// expiry clock on it. The destructor ends the threads and discards work that has not begun, so drain the
 /// strands first.
 class WorkerPool {
 public:
@@ -27,7 +27,7 @@ public:
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    /// For strands and alarm clocks only.
+    /// For strands and timer sources only.
     [[nodiscard]] WorkerThreads& threads() noexcept { return *m_threads; }
 
 private:

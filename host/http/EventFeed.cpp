@@ -35,21 +35,22 @@ std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
     }
     // Decrements the count when the stream is destroyed, on any thread.
     std::shared_ptr<void> slot(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
-    return std::make_shared<EventStream>(static_cast<EventStream::Hub&>(*this), lastEventId, std::move(slot));
+    return std::make_shared<EventStream>(static_cast<EventStream::StreamRegistry&>(*this), lastEventId,
+                                         std::move(slot));
 }
 
 void EventFeed::resync() {
     m_post([this] {
         m_resyncDue = true;
-        if (!m_resyncPauses) {
+        if (!m_resyncDelayActive) {
             resyncIfDue();
         }
     });
 }
 
 void EventFeed::resyncIfDue() {
-    m_resyncPauses = std::exchange(m_resyncDue, false);
-    if (m_resyncPauses) {
+    m_resyncDelayActive = std::exchange(m_resyncDue, false);
+    if (m_resyncDelayActive) {
         append("resync", Json::object());
         m_postLater(kBetweenResyncs, [this] { resyncIfDue(); });
     }
@@ -68,14 +69,14 @@ void EventFeed::close() {
     }
 }
 
-bool EventFeed::join(const std::shared_ptr<EventStream>& stream) {
+bool EventFeed::add(const std::shared_ptr<EventStream>& stream) {
     if (!m_closed) {
         m_streams.insert(stream);
     }
     return !m_closed;
 }
 
-void EventFeed::leave(const EventStream& stream) {
+void EventFeed::remove(const EventStream& stream) {
     const auto found = std::find_if(m_streams.begin(), m_streams.end(),
                                     [&stream](const auto& each) { return each.get() == &stream; });
     if (found != m_streams.end()) {

@@ -27,7 +27,7 @@ namespace host {
 /// and its client reads all again.
 ///
 /// Lifetime: outlives the server's loop, and is unsubscribed from the journal before it is destroyed.
-class EventFeed final : public JournalServiceObserverIfc, private EventStream::Hub {
+class EventFeed final : public JournalServiceObserverIfc, private EventStream::StreamRegistry {
 public:
     /// Runs a function on the loop thread, asynchronously and in order. Thread-safe.
     using Post = std::function<void(std::function<void()>)>;
@@ -68,9 +68,9 @@ public:
     void callBacksCountUpdate(int count) override;
 
 private:
-    // EventStream::Hub
-    bool join(const std::shared_ptr<EventStream>& stream) override;
-    void leave(const EventStream& stream) override;
+    // EventStream::StreamRegistry
+    bool add(const std::shared_ptr<EventStream>& stream) override;
+    void remove(const EventStream& stream) override;
     [[nodiscard]] const EventRing& ring() const override { return m_ring; }
 
     template <typename Item>
@@ -92,7 +92,7 @@ private:
     std::set<std::shared_ptr<EventStream>> m_streams;
     bool m_closed = false;
     bool m_resyncDue = false;
-    bool m_resyncPauses = false;
+    bool m_resyncDelayActive = false;
 };
 
 }  // namespace host

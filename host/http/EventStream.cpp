@@ -8,11 +8,11 @@ constexpr std::size_t kBatchBytes = 64U * 1024U;
 }  // namespace
 
 void EventStream::begin(std::unique_ptr<StreamSink> sink) {
-    if (!m_hub.join(shared_from_this())) {
+    if (!m_registry.add(shared_from_this())) {
         return;
     }
     m_sink = std::move(sink);
-    const EventRing& ring = m_hub.ring();
+    const EventRing& ring = m_registry.ring();
     std::string opening = "retry: 2000\n";
     const auto position = m_lastEventId.empty() ? ring.end() : ring.positionOf(m_lastEventId);
     if (position) {
@@ -29,7 +29,7 @@ void EventStream::wake() {
     if (m_writing || m_sink == nullptr) {
         return;
     }
-    auto batch = m_hub.ring().from(m_position, kBatchBytes);
+    auto batch = m_registry.ring().from(m_position, kBatchBytes);
     if (!batch) {
         write(resync());
     } else if (!batch->text.empty()) {
@@ -60,13 +60,13 @@ void EventStream::write(std::string text) {
             self->wake();
         } else {
             self->end();
-            self->m_hub.leave(*self);
+            self->m_registry.remove(*self);
         }
     });
 }
 
 std::string EventStream::resync() {
-    const EventRing& ring = m_hub.ring();
+    const EventRing& ring = m_registry.ring();
     m_position = ring.end();
     return "id: " + ring.idAt(m_position) + "\nevent: resync\ndata: {}\n\n";
 }

@@ -16,25 +16,25 @@ namespace host {
 /// Call from the loop thread only; construction and destruction on any thread.
 class EventStream final : public StreamBody, public std::enable_shared_from_this<EventStream> {
 public:
-    /// The owner of the ring. Call from the loop thread only.
-    class Hub {
+    /// The owner of the ring and the list of streams. Call from the loop thread only.
+    class StreamRegistry {
     public:
-        Hub() = default;
-        Hub(const Hub&) = delete;
-        Hub& operator=(const Hub&) = delete;
-        /// Registers `stream` for `wake` until it leaves. False if the hub is closed.
-        [[nodiscard]] virtual bool join(const std::shared_ptr<EventStream>& stream) = 0;
-        virtual void leave(const EventStream& stream) = 0;
+        StreamRegistry() = default;
+        StreamRegistry(const StreamRegistry&) = delete;
+        StreamRegistry& operator=(const StreamRegistry&) = delete;
+        /// Adds `stream` for `wake` until `remove`. Returns false if the registry is closed.
+        [[nodiscard]] virtual bool add(const std::shared_ptr<EventStream>& stream) = 0;
+        virtual void remove(const EventStream& stream) = 0;
         [[nodiscard]] virtual const EventRing& ring() const = 0;
 
     protected:
-        ~Hub() = default;
+        ~StreamRegistry() = default;
     };
 
     /// `lastEventId`: the id of the last event that the client got; empty for a new client. `slot` lives as
     /// long as the stream.
-    EventStream(Hub& hub, std::string lastEventId, std::shared_ptr<void> slot)
-        : m_hub(hub), m_lastEventId(std::move(lastEventId)), m_slot(std::move(slot)) {}
+    EventStream(StreamRegistry& registry, std::string lastEventId, std::shared_ptr<void> slot)
+        : m_registry(registry), m_lastEventId(std::move(lastEventId)), m_slot(std::move(slot)) {}
 
     void begin(std::unique_ptr<StreamSink> sink) override;
 
@@ -49,7 +49,7 @@ private:
     void write(std::string text);
     [[nodiscard]] std::string resync();
 
-    EventStream::Hub& m_hub;
+    EventStream::StreamRegistry& m_registry;
     const std::string m_lastEventId;
     const std::shared_ptr<void> m_slot;
 

@@ -89,7 +89,7 @@ private:
         response.body = m_backend.metrics.text(
             {.switchConnected = state.connected,
              .lineMonitored = state.monitoring,
-             .callsUp = state.callsUp,
+             .liveCallCount = state.liveCallCount,
              .observers = {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
              .entries = m_status.entries(),
              .unviewed = m_status.unviewed()});

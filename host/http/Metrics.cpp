@@ -61,7 +61,7 @@ public:
         gauges("calljournal_switch_connected", "1 while the switch is connected").Add({});
     prometheus::Gauge& monitored =
         gauges("calljournal_line_monitored", "1 while the switch reports the line's calls").Add({});
-    prometheus::Gauge& callsUp = gauges("calljournal_calls_up", "Calls of the line just now").Add({});
+    prometheus::Gauge& liveCallCount = gauges("calljournal_calls_up", "Calls of the line just now").Add({});
     prometheus::Histogram& writes =
         family(prometheus::BuildHistogram(), m_registry, m_line, "calljournal_database_write_seconds",
                "How long a change took until it was durable")
@@ -84,7 +84,7 @@ void Metrics::databaseWrote(std::chrono::duration<double> time) {
 std::string Metrics::text(const Gauges& gauges) {
     m_registered->connected.Set(gauges.switchConnected ? 1 : 0);
     m_registered->monitored.Set(gauges.lineMonitored ? 1 : 0);
-    m_registered->callsUp.Set(static_cast<double>(gauges.callsUp));
+    m_registered->liveCallCount.Set(static_cast<double>(gauges.liveCallCount));
     m_registered->unviewed.Set(static_cast<double>(gauges.unviewed));
     for (const auto& [face, count] : gauges.observers) {
         m_registered->observers(face).Set(static_cast<double>(count));

@@ -20,7 +20,7 @@ public:
     struct Gauges {
         bool switchConnected = false;
         bool lineMonitored = false;
-        std::size_t callsUp = 0;
+        std::size_t liveCallCount = 0;
         /// Event streams ("http") and clients of the Unix socket ("remote"), subscribed or not.
         std::map<std::string, std::size_t> observers;
         std::map<ListName, std::size_t> entries;

@@ -61,7 +61,7 @@ HttpResponse StatusResource::status() const {
     return jsonResponse({{"line", m_sources.line},
                          {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
                          {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
-                         {"calls", state.callsUp},
+                         {"calls", state.liveCallCount},
                          {"lists", std::move(lists)}});
 }
 

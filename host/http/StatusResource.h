@@ -22,7 +22,7 @@ class Router;
 struct LineState {
     bool connected = false;
     bool monitoring = false;
-    std::size_t callsUp = 0;
+    std::size_t liveCallCount = 0;
 };
 
 /// The state of the line and the health of the service. Thread-safe.

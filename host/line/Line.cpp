@@ -9,9 +9,9 @@
 namespace host {
 
 Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database,
-           WorkerPool& pool, AlarmClock& alarms)
+           WorkerPool& pool, TimerSource& timerSource)
     : m_strand(pool),
-      m_context(m_strand, alarms),
+      m_context(m_strand, timerSource),
       m_digits(settings.region, settings.featureAccessCodes),
       m_phonebook(database, m_digits, settings.link.ownDevice),
       m_dataAccess(database, settings.link.ownDevice, &m_digits),
@@ -51,7 +51,7 @@ void Line::start() {
             m_statusListener(status);
         }
     });
-    static_cast<void>(m_phonebook.useRules(m_digits.rules()));
+    static_cast<void>(m_phonebook.reindexIfRulesChanged(m_digits.rulesKey()));
     m_strand.runAndWait([this] {
         for (const NamedService& service : m_services) {
             m_context.registerService(service.name, service.executable);

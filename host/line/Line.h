@@ -25,7 +25,7 @@
 
 namespace host {
 
-class AlarmClock;
+class TimerSource;
 class Database;
 class WorkerPool;
 
@@ -51,7 +51,7 @@ public:
     /// Throws `DatabaseError` if stored settings cannot be read. Requires: the database, the pool, the clock
     /// and the library of `journal` outlive the line.
     Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database, WorkerPool& pool,
-         AlarmClock& alarms);
+         TimerSource& timerSource);
     /// Stops the line if it still runs.
     ~Line();
     Line(const Line&) = delete;
@@ -85,7 +85,7 @@ public:
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
     /// Returns the number of live calls.
-    [[nodiscard]] std::size_t callsUp() const { return m_liveCalls.count(); }
+    [[nodiscard]] std::size_t liveCallCount() const { return m_liveCalls.count(); }
 
 private:
     struct NamedService {

@@ -24,10 +24,10 @@ public:
     /// Runs `work` with the agent. Returns false if the handle is closed.
     template <typename Work>
     bool call(Work&& work) {
-        if (!enter()) {
+        if (!beginCall()) {
             return false;
         }
-        const Leaving leaving{*this};
+        const CallGuard guard{*this};
         work(m_agent);
         return true;
     }
@@ -37,23 +37,23 @@ public:
     void close();
 
 private:
-    struct Leaving {
+    struct CallGuard {
         AgentHandle& handle;
-        explicit Leaving(AgentHandle& entered) : handle(entered) {}
-        ~Leaving() { handle.leave(); }
-        Leaving(const Leaving&) = delete;
-        Leaving& operator=(const Leaving&) = delete;
+        explicit CallGuard(AgentHandle& owner) : handle(owner) {}
+        ~CallGuard() { handle.endCall(); }
+        CallGuard(const CallGuard&) = delete;
+        CallGuard& operator=(const CallGuard&) = delete;
     };
 
-    [[nodiscard]] bool enter();
-    void leave();
+    [[nodiscard]] bool beginCall();
+    void endCall();
 
     MgmtAgentIfc& m_agent;
 
     std::mutex m_mutex;
-    std::condition_variable m_left;
-    // Guarded by m_mutex. m_inside has each thread once for each call that it is making.
-    std::vector<std::thread::id> m_inside;
+    std::condition_variable m_callEnded;
+    // Guarded by m_mutex. m_activeCalls contains the thread id once for each active call.
+    std::vector<std::thread::id> m_activeCalls;
     bool m_closed = false;
 };
 

@@ -10,7 +10,7 @@
 
 namespace host {
 
-/// The service, the invokers and the framework of a remote server. Requires: all of them outlive the server.
+/// The service, the invokers and the context that a remote server uses. Requires: all outlive the server.
 struct RemoteBackend {
     /// The target of requests. Clients subscribe to it through `JournalServiceObserverSubscriptionIfc`.
     Executable& target;
@@ -18,7 +18,7 @@ struct RemoteBackend {
     Invoker& invoker;
     /// Handles methods in the text protocol. Requires: initialised with `framework`.
     Invoker& methodInvoker;
-    /// Has the clients' proxies and the protocol, for the invokers.
+    /// Provides the client proxies and the text protocol to the invokers.
     HostFrameworkContext& framework;
     /// Creates the observer proxy of one client. May throw. The server calls it on threads of its own.
     std::function<std::unique_ptr<Proxy>()> makeObserverProxy;

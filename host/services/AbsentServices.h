@@ -11,30 +11,30 @@ namespace host {
 // The platform services that a phone under this host does not have. Each implements its interface so that the
 // journal keeps the log itself. All are stateless; any thread may call.
 
-/// Visitors of the phone, registered as "MobilityServiceIfc". There is no server that could keep a visitor's
-/// call log.
+/// A mobility service that stores no visitor call log, because there is no server for it. Registered as
+/// "MobilityServiceIfc".
 class Mobility final : public Executable, public MobilityServiceIfc {
 public:
     /// Logs that it cannot save. Returns true, because a retry would not help.
     [[nodiscard]] bool saveVisitorCallLog() override;
 };
 
-/// The unified-communications client, registered as "UCServiceIfc". It never runs.
+/// A unified-communications client that never runs. Registered as "UCServiceIfc".
 class UnifiedCommunications final : public Executable, public UCServiceIfc {
 public:
     [[nodiscard]] bool isRunning() override { return false; }
-    /// Has no effect but a log entry.
+    /// Writes a log text only.
     void refreshJournal() override;
 };
 
-/// The Pallax client, registered as "PallaxServiceIfc". It never runs.
+/// A Pallax client that never runs. Registered as "PallaxServiceIfc".
 class PallaxClient final : public Executable, public PallaxServiceIfc {
 public:
     [[nodiscard]] bool isRunning() override { return false; }
 };
 
-/// The web-services interface, registered as "WSIServiceIfc". The current user never uses unified
-/// communications.
+/// A web-services interface whose current user never uses unified communications. Registered as
+/// "WSIServiceIfc".
 class WebServices final : public Executable, public WSIServiceIfc {
 public:
     [[nodiscard]] bool isCurrentUserUC() override { return false; }

@@ -20,7 +20,7 @@ public:
     virtual void dispatch(CSTAEventObserverBase& observer) = 0;
     /// A deep copy, owned by the caller.
     [[nodiscard]] virtual std::unique_ptr<CSTAEvent> clone() const = 0;
-    /// The event as one text line for a log. Costly: check first that the line will be written.
+    /// The event as one log text. Costly: check first that the text will be written.
     [[nodiscard]] virtual std::string toString() const { return {}; }
 
     [[nodiscard]] const std::string& getMonitorCrossRefID() const noexcept { return m_monitorCrossRefID; }

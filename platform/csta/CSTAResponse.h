@@ -12,7 +12,7 @@ public:
 
     /// True for a response that refuses the request.
     [[nodiscard]] bool isErrorResponse() const noexcept { return !m_errorCategory.empty(); }
-    /// The standard's words for a refusal ("operation", "invalidDeviceID"); empty for a success.
+    /// The ECMA-323 values of a refusal ("operation", "invalidDeviceID"); empty for a success.
     [[nodiscard]] const std::string& getErrorCategory() const noexcept { return m_errorCategory; }
     [[nodiscard]] const std::string& getErrorValue() const noexcept { return m_errorValue; }
     /// Requires: `category` is not empty.

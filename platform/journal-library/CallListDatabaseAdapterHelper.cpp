@@ -1,8 +1,8 @@
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 
 #include "platform/client-utils/ClientUtils.h"
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemWriter.h"
+#include "platform/journal-library/RootElements.h"
 
 namespace {
 

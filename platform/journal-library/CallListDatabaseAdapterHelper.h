@@ -4,7 +4,7 @@
 
 #include "journal-items/Contact.h"
 #include "journal-items/ListTraits.h"
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/XmlNames.h"
 
 /// The words and the builders of the documents for the database; `docs/messages.md` shows each document.
 ///

@@ -1,9 +1,9 @@
 #include "platform/journal-library/ClientRequest.h"
 
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemWriter.h"
 #include "platform/journal-library/JournalServiceHelper.h"
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/RootElements.h"
+#include "platform/journal-library/XmlNames.h"
 
 namespace journalxml {
 std::string buildRequest(MethodId method, const std::vector<std::string>& entryIds,
@@ -21,7 +21,7 @@ std::string buildRequest(MethodId method, const std::vector<std::string>& entryI
         appendField(body, JournalServiceHelper::SENDDELETEMISSEDCALLREQUEST_XML,
                     *sendDeleteRequest ? "true" : "false");
     }
-    return framed(kRequestFrame, body);
+    return inRootElement(kRequestElement, body);
 }
 
 }  // namespace journalxml

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemReader.h"
 #include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/RootElements.h"
 #include "platform/journal-library/XmlMessage.h"
 
 namespace journalxml {

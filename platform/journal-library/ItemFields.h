@@ -10,7 +10,7 @@
 #include "journal-items/Contact.h"
 #include "journal-items/ListTraits.h"
 #include "journal-items/Occurrences.h"
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/XmlNames.h"
 
 /// The table of elements and fields that both the writer and the reader of items use.
 ///

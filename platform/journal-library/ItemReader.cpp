@@ -3,7 +3,7 @@
 #include <list>
 #include <string>
 
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/XmlNames.h"
 
 namespace journalxml {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "platform/client-utils/ClientUtils.h"
 #include "platform/journal-library/ItemFields.h"
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/XmlNames.h"
 
 namespace journalxml {
 namespace {

@@ -1,18 +1,18 @@
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/EntryList.h"
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemWriter.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 #include "platform/journal-library/ObserverMessage.h"
+#include "platform/journal-library/RootElements.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "platform/logging/Logging.h"
 
 using journalxml::appendField;
 using journalxml::entryElement;
-using journalxml::framed;
+using journalxml::inRootElement;
 using journalxml::itemBody;
-using journalxml::kNotificationFrame;
-using journalxml::kResponseFrame;
+using journalxml::kNotificationElement;
+using journalxml::kResponseElement;
 
 namespace {
 
@@ -24,12 +24,12 @@ constexpr int kWarning = 3;
 
 template <typename Item>
 std::string itemResponse(const Item& item) {
-    return framed(kResponseFrame, entryElement(itemBody(item)));
+    return inRootElement(kResponseElement, entryElement(itemBody(item)));
 }
 
 template <typename Item>
 std::string listResponse(const std::deque<Item>& list) {
-    journalxml::EntryList entries(journalxml::opening(kResponseFrame), kResponseFrame.closing,
+    journalxml::EntryList entries(journalxml::opening(kResponseElement), kResponseElement.closing,
                                   journalxml::kMaxDocumentBytes);
     for (const Item& item : list) {
         if (!entries.add(itemBody(item))) {
@@ -51,7 +51,7 @@ std::string eventField(Event event) {
 std::string countMessage(Event event, unsigned count) {
     std::string body = eventField(event);
     appendField(body, journalxml::kCount, std::to_string(count));
-    return framed(kNotificationFrame, body);
+    return inRootElement(kNotificationElement, body);
 }
 
 template <typename Item>
@@ -59,7 +59,7 @@ std::string changeMessage(Event event, const Item& item, const std::string& entr
     std::string body = eventField(event);
     appendField(body, journalxml::kAction, std::to_string(action));
     appendField(body, CallListDatabaseAdapterHelper::ENTRYID, entryId);
-    return framed(kNotificationFrame, body + entryElement(itemBody(item)));
+    return inRootElement(kNotificationElement, body + entryElement(itemBody(item)));
 }
 
 }  // namespace
@@ -67,7 +67,7 @@ std::string changeMessage(Event event, const Item& item, const std::string& entr
 std::string JournalServiceHelper::respBool(bool result) {
     std::string body;
     appendField(body, journalxml::kResult, result ? "true" : "false");
-    return framed(kResponseFrame, body);
+    return inRootElement(kResponseElement, body);
 }
 
 std::string JournalServiceHelper::respGetMissedCall(const MissedCallItem& item) {

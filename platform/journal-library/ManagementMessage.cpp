@@ -2,15 +2,15 @@
 
 #include <cstdint>
 
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemWriter.h"
+#include "platform/journal-library/RootElements.h"
 #include "platform/journal-library/XmlMessage.h"
 
 namespace journalxml {
 namespace {
 
-constexpr Frame kRequest{"<ManagementRequest>", "</ManagementRequest>"};
-constexpr Frame kResponse{"<ManagementResponse>", "</ManagementResponse>"};
+constexpr RootElement kRequest{"<ManagementRequest>", "</ManagementRequest>"};
+constexpr RootElement kResponse{"<ManagementResponse>", "</ManagementResponse>"};
 
 constexpr const char* kOperation = "Operation";
 constexpr const char* kRead = "read";
@@ -51,7 +51,7 @@ std::string buildManagementRequest(const ManagementRequest& request) {
     if (request.value) {
         appendField(body, kValue, *request.value);
     }
-    return framed(kRequest, body);
+    return inRootElement(kRequest, body);
 }
 
 std::optional<ManagementRequest> parseManagementRequest(std::string_view text) {
@@ -87,7 +87,7 @@ std::string buildManagementResponse(const ManagementResponse& response) {
         appendField(fields, kText, response.refused->text);
         appendElement(body, kRejected, fields);
     }
-    return framed(kResponse, body);
+    return inRootElement(kResponse, body);
 }
 
 std::optional<ManagementResponse> parseManagementResponse(std::string_view text) {

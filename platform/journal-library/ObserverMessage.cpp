@@ -3,10 +3,10 @@
 #include <array>
 #include <string_view>
 
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemReader.h"
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/RootElements.h"
 #include "platform/journal-library/XmlMessage.h"
+#include "platform/journal-library/XmlNames.h"
 
 namespace journalxml {
 namespace {

@@ -2,18 +2,18 @@
 
 #include <cstdint>
 
-#include "platform/journal-library/Frames.h"
 #include "platform/journal-library/ItemReader.h"
 #include "platform/journal-library/ItemWriter.h"
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/RootElements.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "platform/journal-library/XmlMessage.h"
+#include "platform/journal-library/XmlNames.h"
 
 namespace journalxml {
 namespace {
 
-constexpr Frame kRequest{"<PhonebookRequest>", "</PhonebookRequest>"};
-constexpr Frame kResponse{"<PhonebookResponse>", "</PhonebookResponse>"};
+constexpr RootElement kRequest{"<PhonebookRequest>", "</PhonebookRequest>"};
+constexpr RootElement kResponse{"<PhonebookResponse>", "</PhonebookResponse>"};
 constexpr const char* kResponseName = "PhonebookResponse";
 
 constexpr const char* kOperation = "Operation";
@@ -57,8 +57,8 @@ std::vector<Contact> contactsIn(const pugi::xml_node& parent) {
 }  // namespace
 
 std::string buildPhonebookRead(const PhonebookRequest& request) {
-    return framed(kRequest, field(kOperation, kRead) + field(kSearch, request.search) +
-                                field(kOffset, request.offset) + field(kRowLimit, request.limit));
+    return inRootElement(kRequest, field(kOperation, kRead) + field(kSearch, request.search) +
+                                       field(kOffset, request.offset) + field(kRowLimit, request.limit));
 }
 
 PhonebookImport::PhonebookImport()
@@ -109,8 +109,8 @@ std::optional<PhonebookPage> parsePhonebookPage(std::string_view text) {
 }
 
 std::string buildPhonebookImported(const PhonebookImported& imported) {
-    return framed(kResponse, field(kAdded, imported.added) + field(kChanged, imported.changed) +
-                                 field(kUnchanged, imported.unchanged));
+    return inRootElement(kResponse, field(kAdded, imported.added) + field(kChanged, imported.changed) +
+                                        field(kUnchanged, imported.unchanged));
 }
 
 std::optional<PhonebookImported> parsePhonebookImported(std::string_view text) {

@@ -10,7 +10,7 @@
 [[nodiscard]] __attribute__((visibility("default"))) bool loggingOnAppUni(const char* component,
                                                                           int level) noexcept;
 
-/// Writes one line of text; `format` and the arguments are those of `printf`. A level that is off costs no
-/// formatting. Line breaks and control characters cannot forge a line: the provider escapes them.
+/// Writes one log text; `format` and the arguments are those of `printf`. A level that is off costs no
+/// formatting. The provider escapes line breaks and control characters, so a log text cannot imitate several.
 void logAppUni(const char* component, const char* sourceFile, int level, int line, const char* format,
                ...) noexcept __attribute__((visibility("default"), format(printf, 5, 6)));

@@ -1,9 +1,9 @@
 #pragma once
 
 /// Values of the management key "software-type".
-namespace softwareTypes {
+namespace softwaretypes {
 
 inline constexpr const char* sip = "Norlith SIP";
 inline constexpr const char* qorvex = "Norlith Qorvex";
 
-}  // namespace softwareTypes
+}  // namespace softwaretypes

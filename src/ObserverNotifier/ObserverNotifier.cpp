@@ -48,7 +48,7 @@ void ObserverNotifier::notify(UpdateSingle update, JournalServiceObserverIfc& ob
 
 void ObserverNotifier::init(JournalServiceIfc* service, const std::string& softwareType) {
     m_service = service;
-    m_isSipSoftware = softwareType == softwareTypes::sip;
+    m_isSipSoftware = softwareType == softwaretypes::sip;
 }
 
 bool ObserverNotifier::subscribe(JournalServiceObserverIfc* observer, const DialledCallItem& lastDialled) {

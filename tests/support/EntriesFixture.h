@@ -44,7 +44,7 @@ public:
         platform.m_directoryService = &phonebook;
         platform.m_digitAnalysisService = &digits;
         clock.setClock(&time);
-        phoneIs(softwareTypes::qorvex);
+        phoneIs(softwaretypes::qorvex);
     }
 
     template <typename Item>

@@ -65,8 +65,8 @@ ListsFixture::ListsFixture() {
         readAllLists(reader);
         request.setOutcome(0, std::make_unique<CSTAEscapeResponse>());
     });
-    phoneIs(softwareTypes::sip);
-    notifier.init(&reader, softwareTypes::sip);
+    phoneIs(softwaretypes::sip);
+    notifier.init(&reader, softwaretypes::sip);
     notifier.subscribe(&observer, {});
     observer.clear();
     CapturedLog::reset();
@@ -92,7 +92,7 @@ void ListsFixture::startWith(const std::vector<MissedCallItem>& missed,
     };
     add(missed), add(dialled), add(received), add(forwarded), add(callBacks);
     const auto before = *settings.values();
-    phoneIs(softwareTypes::sip);  // which loads every list
+    phoneIs(softwaretypes::sip);  // which loads every list
     load();
     phoneIs(before.m_softwareType, before.m_systemIdentifier);
     forget();

@@ -369,7 +369,7 @@ void expectOutcomes(const std::string& text, const std::vector<const char*>& typ
             setHardwareVariant(0);
             SimulatedPhone phone(type);
             phone.plays(row[1]);
-            const bool sip = type == std::string(softwareTypes::sip);
+            const bool sip = type == std::string(softwaretypes::sip);
             EXPECT_EQ(phone.outcome(), sip && row[3] != "=" ? row[3] : row[2]);
         }
     }

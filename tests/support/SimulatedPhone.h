@@ -41,7 +41,7 @@ namespace journaltest {
 /// The thread that plays is the line's strand; the service takes client calls on any thread.
 class SimulatedPhone {
 public:
-    explicit SimulatedPhone(const std::string& softwareType = softwareTypes::qorvex);
+    explicit SimulatedPhone(const std::string& softwareType = softwaretypes::qorvex);
     SimulatedPhone(const SimulatedPhone&) = delete;
     SimulatedPhone& operator=(const SimulatedPhone&) = delete;
     ~SimulatedPhone() = default;
@@ -122,6 +122,6 @@ private:
 /// Plays each row's script on telephones of these types: name | script | outcome | outcome on a SIP phone,
 /// "=" for the same.
 void expectOutcomes(const std::string& text,
-                    const std::vector<const char*>& types = {softwareTypes::qorvex, softwareTypes::sip});
+                    const std::vector<const char*>& types = {softwaretypes::qorvex, softwaretypes::sip});
 
 }  // namespace journaltest

@@ -16,7 +16,7 @@ public:
 
     struct End {
         Party party;
-        /// The standard's word; "null" if the party is not in the call.
+        /// The ECMA-323 value; "null" if the party is not in the call.
         std::string state = "null";
     };
 

@@ -11,7 +11,7 @@ namespace host {
 /// One event of the switch, common to all its monitors except for the state of the monitored phone. The type
 /// determines which members are used.
 struct SimulatedEvent {
-    /// A phone that receives the event, and the standard's word for the state of its own connection.
+    /// A phone that receives the event, and the ECMA-323 value of the state of its own connection.
     struct Listener {
         std::string device;
         std::string localConnection;

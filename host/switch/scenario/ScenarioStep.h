@@ -69,7 +69,7 @@ struct ScenarioStep {
     Party redirectedFrom;
     /// "caller" or "called"; empty for the default party of the action.
     std::string party;
-    /// The standard's word of a cause or a status; empty for the default of the action.
+    /// The ECMA-323 value of a cause or a status; empty for the default of the action.
     std::string word;
     std::chrono::milliseconds duration{0};
     /// One of the phone's logs at the switch.

@@ -8,7 +8,7 @@
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
 
-#include "host/switch/calls/PlayedCalls.h"
+#include "host/switch/calls/ScenarioCalls.h"
 #include "host/switch/scenario/Scenario.h"
 #include "host/switch/server/SwitchOptions.h"
 
@@ -61,7 +61,7 @@ private:
     bool m_started = false;
     bool m_stopped = false;
     std::size_t m_next = 0;
-    PlayedCalls m_calls;
+    ScenarioCalls m_calls;
 };
 
 }  // namespace host

@@ -190,7 +190,7 @@ void SwitchCore::publish(const SimulatedEvent& event) {
             }
         }
     }
-    for (const FinishedCall& call : m_finishedCalls.follow(event)) {
+    for (const FinishedCall& call : m_callLogBuilder.process(event)) {
         if (m_options.callLog) {
             notifyCallLog(call.device, m_callLogs.change(call.device, [&call](CallLog& log) {
                 return log.add(call.log, call.party.anonymous

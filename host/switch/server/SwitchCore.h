@@ -15,7 +15,7 @@
 
 #include "host/csta-wire/InvokeIds.h"
 #include "host/switch/call-log/CallLogStore.h"
-#include "host/switch/calls/FinishedCalls.h"
+#include "host/switch/calls/SwitchCallLogBuilder.h"
 #include "host/switch/server/RequestResponder.h"
 #include "host/switch/server/ScenarioPlayer.h"
 #include "host/switch/server/SwitchClient.h"
@@ -61,7 +61,7 @@ private:
 
     const SwitchOptions m_options;
     CallLogStore& m_callLogs;
-    FinishedCalls m_finishedCalls;
+    SwitchCallLogBuilder m_callLogBuilder;
     asio::io_context m_io;
     asio::executor_work_guard<asio::io_context::executor_type> m_work;
     asio::ip::tcp::acceptor m_acceptor;

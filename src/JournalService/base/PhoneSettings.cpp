@@ -5,11 +5,11 @@
 namespace journal {
 
 bool SettingsSnapshot::isSip() const {
-    return m_softwareType == softwareTypes::sip;
+    return m_softwareType == softwaretypes::sip;
 }
 
 bool SettingsSnapshot::isQorvex() const {
-    return m_softwareType == softwareTypes::qorvex;
+    return m_softwareType == softwaretypes::qorvex;
 }
 
 void SettingsSnapshot::deriveEventModes() {

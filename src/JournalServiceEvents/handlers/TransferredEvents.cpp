@@ -126,7 +126,7 @@ void TransferredEvents::handleCSTATransferredEvent(CSTATransferredEvent* event) 
         return;
     }
     const auto settings = m_callControl.settings.values();
-    if (!settings->isSip() && settings->m_softwareType != softwareTypes::qorvex) {
+    if (!settings->isSip() && settings->m_softwareType != softwaretypes::qorvex) {
         LOG_EVENTS(5, "Unhandled software type.");
         return;
     }

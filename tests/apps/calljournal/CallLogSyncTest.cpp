@@ -12,7 +12,7 @@
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/data/Database.h"
-#include "host/framework/AsioAlarmClock.h"
+#include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
 #include "host/http/ListOperations.h"
 #include "host/line/Line.h"
@@ -78,10 +78,10 @@ public:
         m_switch.start();
         host::LineSettings settings;
         settings.link.port = m_switch.port();
-        settings.managementFirst = {{"software-type", softwareTypes::qorvex},
+        settings.managementFirst = {{"software-type", softwaretypes::qorvex},
                                     {"system-identifier", systemIdentifier}};
         m_line = std::make_unique<host::Line>(settings, std::make_unique<JournalServiceQorvexTel>(nullptr),
-                                              m_database, m_pool, m_alarms);
+                                              m_database, m_pool, m_timerSource);
         m_line->start();
         m_journal = dynamic_cast<Journal*>(m_line->journal());
         m_observer.setDuring([this](const journaltest::Callback& callback) { recordChange(callback); });
@@ -193,7 +193,7 @@ private:
     TemporaryDirectory m_directory;
     host::Database m_database{m_directory.path() / "journal.db"};
     host::WorkerPool m_pool{2};
-    host::AsioAlarmClock m_alarms{m_pool};
+    host::AsioTimerSource m_timerSource{m_pool};
     journaltest::MessageTrace m_trace;
     host::SwitchSimulator m_switch;
     std::unique_ptr<host::Line> m_line;

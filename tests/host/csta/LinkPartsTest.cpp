@@ -4,11 +4,11 @@
 #include <string>
 
 #include "host/csta-wire/InvokeIds.h"
-#include "host/csta/EarlyEvents.h"
+#include "host/csta/EventsBeforeMonitorStart.h"
 
 namespace {
 
-using host::EarlyEvents;
+using host::EventsBeforeMonitorStart;
 using host::InvokeIds;
 using host::WireDocument;
 using std::chrono::milliseconds;
@@ -27,19 +27,20 @@ TEST(InvokeIds, WrapAroundAndSkipWaitingOnes) {
     EXPECT_FALSE(ids.next([](int) { return true; }));
 }
 
-TEST(EarlyEvents, AreLimitedInAgeAndNumber) {
-    const EarlyEvents::Clock::time_point start;
-    EarlyEvents early;
+TEST(EventsBeforeMonitorStart, AreLimitedInAgeAndNumber) {
+    const EventsBeforeMonitorStart::Clock::time_point start;
+    EventsBeforeMonitorStart early;
     early.keep("1", parsed("<Old/>"), start);
     const auto later = start + milliseconds(1000);
-    for (std::size_t i = 0; i <= EarlyEvents::kMaxEvents; ++i) {
+    for (std::size_t i = 0; i <= EventsBeforeMonitorStart::kMaxEvents; ++i) {
         early.keep("1", parsed(i == 0 ? "<First/>" : "<X/>"), later);
     }
     std::string names;
-    for (const WireDocument& event : early.take("1", start + EarlyEvents::kMaxAge + milliseconds(1))) {
+    for (const WireDocument& event :
+         early.take("1", start + EventsBeforeMonitorStart::kMaxAge + milliseconds(1))) {
         names += event.name();
     }
-    EXPECT_EQ(names, std::string(EarlyEvents::kMaxEvents, 'X'));
+    EXPECT_EQ(names, std::string(EventsBeforeMonitorStart::kMaxEvents, 'X'));
 }
 
 }  // namespace

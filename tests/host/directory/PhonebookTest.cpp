@@ -165,11 +165,11 @@ TEST_F(Phonebook, SearchesByNameIgnoringCasePageByPage) {
 
 TEST_F(Phonebook, RecomputesTheIndexOnlyForOtherRules) {
     store(miller());
-    EXPECT_TRUE(m_phonebook.useRules("first"));
+    EXPECT_TRUE(m_phonebook.reindexIfRulesChanged("first"));
     m_database.otherConnection().exec("UPDATE contact_number SET number = 'by other rules'");
-    EXPECT_TRUE(m_phonebook.useRules("first"));
+    EXPECT_TRUE(m_phonebook.reindexIfRulesChanged("first"));
     EXPECT_EQ(whoHas("4711"), "");
-    EXPECT_TRUE(m_phonebook.useRules("second"));
+    EXPECT_TRUE(m_phonebook.reindexIfRulesChanged("second"));
     EXPECT_EQ(whoHas("4711"), "Miller 2");
     EXPECT_EQ(m_database.number("SELECT count(*) FROM contact_number"), 1);
 }
@@ -234,7 +234,7 @@ TEST_F(Phonebook, FailsForAnUnreadableMessageAndWithTheDatabase) {
     journaltest::CapturedLog::reset();
     EXPECT_EQ(whoHas("4711") + store(contact), "failed");
     EXPECT_FALSE(m_phonebook.update(contact) || m_phonebook.remove("1") || m_phonebook.find("1") ||
-                 m_phonebook.import({contact}) || m_phonebook.useRules("others"));
+                 m_phonebook.import({contact}) || m_phonebook.reindexIfRulesChanged("others"));
     EXPECT_EQ(surnames(0, 10) + std::to_string(m_phonebook.count()), "0");
     EXPECT_EQ(journaltest::CapturedLog::lines("Database").size(), 9U);
     m_database.otherConnection().exec("ALTER TABLE hidden RENAME TO contact");

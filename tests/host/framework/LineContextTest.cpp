@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/framework/AlarmClock.h"
 #include "host/framework/Strand.h"
+#include "host/framework/TimerSource.h"
 #include "host/framework/WorkerPool.h"
 #include "platform/framework/Executable.h"
 #include "tests/support/Table.h"
@@ -23,20 +23,20 @@ namespace {
 using std::chrono::milliseconds;
 using Ids = std::vector<int>;
 
-/// An alarm clock that a test advances by hand while the strand is idle. Alarms ring on the thread that calls
+/// A timer source that a test advances by hand while the strand is idle. Callbacks run on the thread that calls
 /// `advance`.
-class ManualAlarmClock final : public AlarmClock {
+class ManualTimerSource final : public TimerSource {
     using Ring = std::function<void()>;
 
 public:
-    [[nodiscard]] std::unique_ptr<Alarm> after(milliseconds delay, Ring ring) override {
+    [[nodiscard]] std::unique_ptr<ScheduledExpiry> schedule(milliseconds delay, Ring ring) override {
         auto held = std::make_unique<Held>();
         held->ring = std::make_shared<Ring>(std::move(ring));
         m_rings.emplace(m_now + delay, held->ring);
         return held;
     }
 
-    /// Advances the time and rings the alarms that are due, the earliest first.
+    /// Advances the time and runs the callbacks that are due, the earliest first.
     void advance(milliseconds step) {
         m_now += step;
         while (!m_rings.empty() && m_rings.begin()->first <= m_now) {
@@ -48,12 +48,12 @@ public:
     }
 
 private:
-    struct Held final : Alarm {
+    struct Held final : ScheduledExpiry {
         std::shared_ptr<Ring> ring;
     };
 
     milliseconds m_now{0};
-    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // of alarms that still exist
+    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // that still exist
 };
 
 /// Records the timers that expire on the strand, and calls `m_react` from inside the expiry.
@@ -109,7 +109,7 @@ protected:
 
     WorkerPool m_pool{2};
     Strand m_strand{m_pool};
-    ManualAlarmClock m_clock;
+    ManualTimerSource m_clock;
     std::unique_ptr<LineContext> m_context = std::make_unique<LineContext>(m_strand, m_clock);
     TimerRecorder m_handler{m_strand};
 };
@@ -129,8 +129,8 @@ TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
     EXPECT_EQ(m_context->createTimer(m_handler, -1), -1);
 }
 
-// The alarm has rung, and its expiry is posted after other work of the strand. That work cancels the timer.
-TEST_F(LineContextTest, ACancelledTimerDoesNotExpireEvenIfItsAlarmHasRung) {
+// The timer has expired, and its expiry is posted after other work of the strand. That work cancels the timer.
+TEST_F(LineContextTest, ACancelledTimerDoesNotExpireEvenIfItsExpiryIsPosted) {
     int last = 0;
     for (const std::string action : {"stop", "delete", "restart", "end"}) {
         const int id = m_context->createTimer(m_handler, 100);

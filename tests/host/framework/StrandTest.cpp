@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/framework/AsioAlarmClock.h"
+#include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
 
 namespace host {
@@ -86,21 +86,21 @@ TEST_F(StrandTest, CompletesPostedWorkAndDestroysItWhenItClosesAndRefusesMore) {
     EXPECT_FALSE(post([] { FAIL() << "ran after the strand was destroyed"; }));
 }
 
-// With the lock, an alarm that rang inside the call that sets it would deadlock.
-TEST(AsioAlarmClock, RingsAtItsTimeUnlessDestroyedAndDoesNotDelayTheEndOfThePool) {
+// With the lock, an expiry inside the call that schedules it would deadlock.
+TEST(AsioTimerSource, RingsAtItsTimeUnlessDestroyedAndDoesNotDelayTheEndOfThePool) {
     WorkerPool pool(1);
-    AsioAlarmClock clock(pool);
-    const auto far = clock.after(std::chrono::hours(1), [] { FAIL() << "rang early"; });
+    AsioTimerSource clock(pool);
+    const auto far = clock.schedule(std::chrono::hours(1), [] { FAIL() << "rang early"; });
     std::mutex held;
     std::promise<steady_clock::time_point> rung;
     const auto begin = steady_clock::now();
-    clock.after(milliseconds(5), [] { FAIL() << "was destroyed"; }).reset();
-    std::unique_ptr<Alarm> atOnce;
+    clock.schedule(milliseconds(5), [] { FAIL() << "was destroyed"; }).reset();
+    std::unique_ptr<ScheduledExpiry> atOnce;
     {
         const std::lock_guard lock(held);
-        atOnce = clock.after(milliseconds(0), [&] { const std::lock_guard inner(held); });
+        atOnce = clock.schedule(milliseconds(0), [&] { const std::lock_guard inner(held); });
     }
-    const auto alarm = clock.after(milliseconds(20), [&] { rung.set_value(steady_clock::now()); });
+    const auto expiry = clock.schedule(milliseconds(20), [&] { rung.set_value(steady_clock::now()); });
     auto future = rung.get_future();
     ASSERT_EQ(future.wait_for(std::chrono::seconds(20)), std::future_status::ready);
     EXPECT_GE(future.get() - begin, milliseconds(20));

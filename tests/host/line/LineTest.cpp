@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "host/data/Database.h"
-#include "host/framework/AsioAlarmClock.h"
+#include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
@@ -104,7 +104,7 @@ protected:
         m_switch.start();
         m_settings.link.port = m_switch.port();
         m_line = std::make_unique<Line>(m_settings, std::make_unique<SmallJournal>(m_lifeCycle, m_events),
-                                        m_database, m_pool, m_alarms);
+                                        m_database, m_pool, m_timerSource);
         m_line->setStatusListener([this](CstaLink::Status status) {
             m_monitoring = status.monitoring;
             m_monitoring.notify_all();
@@ -114,7 +114,7 @@ protected:
     TemporaryDirectory m_directory;
     Database m_database{m_directory.path() / "journal.db"};
     WorkerPool m_pool{2};
-    AsioAlarmClock m_alarms{m_pool};
+    AsioTimerSource m_timerSource{m_pool};
     LifeCycle m_lifeCycle;
     std::atomic<int> m_events{0};
     std::atomic<bool> m_monitoring{false};
@@ -139,7 +139,7 @@ TEST_F(LineTest, GivesTheJournalItsLifeCycleAndLogsItsChangesEvenIfTheSwitchDisc
 TEST_F(LineTest, DestroysAJournalThatIsNeverStartedOrFailsToStart) {
     m_line.reset();
     EXPECT_THAT(m_lifeCycle, ElementsAre("destroyed"));
-    Line line(m_settings, std::make_unique<BrokenJournal>(), m_database, m_pool, m_alarms);
+    Line line(m_settings, std::make_unique<BrokenJournal>(), m_database, m_pool, m_timerSource);
     EXPECT_THROW(line.start(), std::runtime_error);
 }
 

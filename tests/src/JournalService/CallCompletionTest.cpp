@@ -27,7 +27,7 @@ TEST(CallCompletion, ShowsTheLastOrTheFirstForwardedPartyAsConfigured) {
 firstForwardedParty_seq_done | on | by hand | is filed already
 )")) {
         CapturedLog::reset();
-        SimulatedPhone phone(softwareTypes::sip);
+        SimulatedPhone phone(softwaretypes::sip);
         phone.plays("set displayLast " + row[1]);
         auto call = std::make_unique<Call>(Call::eOutgoing, "7", 0);
         call->m_sDialledParty = "4711";
@@ -53,7 +53,7 @@ fails 1 4711 here                  | 05:22:05Z 1 0000 | 05:22:05Z 1 0000
 rings 1 4711; passes 5; answers 1 4711; passes 5; clears 1 | 05:22:05Z 0 1111 | 05:22:05Z 0 1111
 passes 2; dials 1 4711; passes 5; clears 1 | 05:22:07Z 4 1100 | 05:22:07Z 4 1100
 )")) {
-        for (const std::string type : {softwareTypes::qorvex, softwareTypes::sip}) {
+        for (const std::string type : {softwaretypes::qorvex, softwaretypes::sip}) {
             SimulatedPhone phone(type);
             phone.plays(row[0]);
             std::string marks;
@@ -69,7 +69,7 @@ passes 2; dials 1 4711; passes 5; clears 1 | 05:22:07Z 4 1100 | 05:22:07Z 4 1100
             note(phone.list<MissedCallItem>());
             note(phone.list<DialledCallItem>());
             note(phone.list<ReceivedCallItem>());
-            EXPECT_EQ(marks, row[type == softwareTypes::sip ? 2 : 1]) << row[0] << " on " << type;
+            EXPECT_EQ(marks, row[type == softwaretypes::sip ? 2 : 1]) << row[0] << " on " << type;
         }
     }
 }

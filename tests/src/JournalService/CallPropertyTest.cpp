@@ -50,7 +50,7 @@ const std::vector<std::string> kWildIds = {"w1", "w2", "w3", "w4", "w5"};
 class RandomLine {
 public:
     explicit RandomLine(unsigned seed)
-        : m_phone(seed % 2 == 0 ? softwareTypes::qorvex : softwareTypes::sip), m_random(seed) {
+        : m_phone(seed % 2 == 0 ? softwaretypes::qorvex : softwaretypes::sip), m_random(seed) {
         m_phone.service().subscribeForJournalEvents(&m_observer);
         // Seldom other than on an ordinary phone, or every other line would keep no journal at all.
         for (const std::string& name :

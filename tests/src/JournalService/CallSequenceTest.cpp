@@ -11,7 +11,7 @@ namespace {
 using journaltest::expectOutcomes;
 using journaltest::SimulatedPhone;
 
-const std::vector<const char*> kAllTypes = {softwareTypes::qorvex, "", softwareTypes::sip};
+const std::vector<const char*> kAllTypes = {softwaretypes::qorvex, "", softwaretypes::sip};
 
 TEST(CallSequence, OfAnIncomingCallEndsInTheListThatTheFlavourSays) {
     expectOutcomes(R"(
@@ -165,8 +165,8 @@ TEST(CallSequence, CountsOnlyWhereTheJournalIsKept) {
         "dials 1 4711; offers 2; queues 3 4711 here; rings 4 4711; diverts 5 4711 here 4712; answers 6 4711; "
         "fails 7 4711 here";
     expectOutcomes("elsewhere | set keptElsewhere on; " + everything + " | | =", kAllTypes);
-    expectOutcomes("by the switch | set callEvents off; " + everything + " | |", {softwareTypes::qorvex, ""});
-    expectOutcomes("nowhere | set callLog off; " + everything + " | |", {softwareTypes::sip});
+    expectOutcomes("by the switch | set callEvents off; " + everything + " | |", {softwaretypes::qorvex, ""});
+    expectOutcomes("nowhere | set callLog off; " + everything + " | |", {softwaretypes::sip});
     expectOutcomes(R"(
 log off, not a SIP phone | set callLog off; rings 1 4711; clears 1 | missed 4711 |
 by the switch, SIP phone | set callEvents off; rings 1 4711; clears 1 | | missed 4711

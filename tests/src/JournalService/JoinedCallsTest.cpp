@@ -93,7 +93,7 @@ named, is unknown    | informs 1 4711:Ann | | =
 }
 
 TEST(JoinedCalls, PrivateDataOfASipSwitchFillsTheRecord) {
-    SimulatedPhone phone{softwareTypes::sip};
+    SimulatedPhone phone{softwaretypes::sip};
     phone.plays("dials 1 4711:Ann; reaches 1 4711:Ann 4711:Ann");
     CSTATransferredEvent event;
     event.setOldCalls("1", "");

@@ -44,12 +44,12 @@ TEST_F(JournalServiceFrame, LooksItsServicesUpInTheirOrderAndServesItsClientsWit
 }
 
 TEST_F(JournalServiceFrame, StartsByMonitoringItsLineReadingItsSettingsAndRegistering) {
-    for (const std::string type : {softwareTypes::qorvex, softwareTypes::sip}) {
+    for (const std::string type : {softwaretypes::qorvex, softwaretypes::sip}) {
         SimulatedPhone started(type);
         started.database.settings["missed-logging"] = "false";
         started.starts();
         // Another service monitors a SIP phone.
-        EXPECT_EQ(started.csta.asked(), type == softwareTypes::sip
+        EXPECT_EQ(started.csta.asked(), type == softwaretypes::sip
                                             ? "status"
                                             : "change localDeviceID; start localDeviceID; status");
         EXPECT_EQ(started.management.registrations(), "JournalMgmtId 1");

@@ -52,7 +52,7 @@ protected:
         return phone.csta.asked();
     }
 
-    SimulatedPhone phone{softwareTypes::sip};
+    SimulatedPhone phone{softwaretypes::sip};
 };
 
 TEST_F(LineEvents, OfACallBackAddChangeAndRemoveIt) {

@@ -34,7 +34,7 @@ std::string heardBy(RecordingObserver& observer) {
 class Notifier : public testing::Test {
 protected:
     Notifier() {
-        notifier.init(&journal, softwareTypes::qorvex);
+        notifier.init(&journal, softwaretypes::qorvex);
         journal.lists.dialled = {itemWithId<DialledCallItem>("newest"), itemWithId<DialledCallItem>("older")};
         journal.lists.callBacks = {itemWithId<CallBackItem>("b1"), itemWithId<CallBackItem>("b2")};
     }

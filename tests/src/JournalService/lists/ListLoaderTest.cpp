@@ -27,11 +27,11 @@ void addRows(FakeDataAccess& database, const std::string& number) {
 }
 
 TEST(ListLoader, AsksForEveryListOnceAndForForwardedCallsOnASipPhoneOnly) {
-    for (const std::string type : {softwareTypes::sip, softwareTypes::qorvex, "norlith sip"}) {
+    for (const std::string type : {softwaretypes::sip, softwaretypes::qorvex, "norlith sip"}) {
         ListsFixture fixture;
         fixture.phoneIs(type);
         fixture.load();
-        EXPECT_EQ(fixture.read(), type == softwareTypes::sip
+        EXPECT_EQ(fixture.read(), type == softwaretypes::sip
                                       ? "MissedCalls DialledCalls ReceivedCalls ForwardedCalls CallBacks"
                                       : "MissedCalls DialledCalls ReceivedCalls CallBacks")
             << type;

@@ -119,7 +119,7 @@ CallInformation | wrong      | wrong   | wrong     | unexpected/set   | filed/st
 TEST_F(CallTrackerTest, RefusesWhatCannotBeFollowed) {
     EXPECT_EQ(outcomeOf(*record(Call::eIncoming, Call::eDelivered), Call::eUnknown), "refused");
     EXPECT_FALSE(tracker.setCallState(nullptr, Call::eDelivered, Call::eIncoming));
-    for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
+    for (const char* type : {softwaretypes::qorvex, softwaretypes::sip}) {
         settings.change([type](auto& values) { values.m_softwareType = type; });
         EXPECT_FALSE(
             tracker.onCallEvent(nullptr, Call::eDelivered, Call::eIncoming, "", "", "", "", "", false))

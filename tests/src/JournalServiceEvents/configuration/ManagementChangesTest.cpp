@@ -30,7 +30,7 @@ std::string valuesOf(const ConfigurationFixture& fixture) {
 TEST(PhoneValues, FollowChangesAndAreReadAtTheStart) {
     ConfigurationFixture fixture;
     fixture.management.set("daylight-save-minutes", "60");
-    fixture.management.set("software-type", softwareTypes::qorvex);
+    fixture.management.set("software-type", softwaretypes::qorvex);
     fixture.phoneValues.initEvents(fixture);
     const auto changes = table(3, R"(
 sntp-tz-offset           | -90  | -90 0 '' '' callEvents last
@@ -58,7 +58,7 @@ ringcentral-api-sync-call-log | true
     fixture.management.refuseObserving("sntp-tz-offset");
     next.phoneValues.initEvents(next);
     EXPECT_EQ(valuesOf(next), "-90 30 'x' '2001' callEvents marksMissed serverFeatures wsi ringCentral");
-    EXPECT_EQ(next.settings.values()->m_softwareType, softwareTypes::qorvex);
+    EXPECT_EQ(next.settings.values()->m_softwareType, softwaretypes::qorvex);
     for (const auto& row : changes) {
         fixture.management.remove(row[0]);
     }
@@ -72,8 +72,8 @@ ringcentral-api-sync-call-log | true
 TEST(ManagementChanges, AreFollowed) {
     ConfigurationFixture qorvex;
     ConfigurationFixture sip;
-    qorvex.management.set("software-type", softwareTypes::qorvex);
-    sip.management.set("software-type", softwareTypes::sip);
+    qorvex.management.set("software-type", softwaretypes::qorvex);
+    sip.management.set("software-type", softwaretypes::sip);
     qorvex.phoneValues.initEvents(qorvex);
     sip.phoneValues.initEvents(sip);
     const auto effectOf = [](ConfigurationFixture& fixture, const std::string& key,

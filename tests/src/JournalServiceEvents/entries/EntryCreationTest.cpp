@@ -121,7 +121,7 @@ TYPED_TEST(EntryCreation, LoadsTheListsBeforeTheFirstCallLooksForItsParty) {
     this->startWith({this->stored("77", {{"4711", "2026-11-20T00:00:00Z"}})});
     EntriesFixture& phone = this->fixture;
     journal::ListTransaction(phone.lists).template open<TypeParam>().clear();
-    phone.phoneIs(softwareTypes::sip);
+    phone.phoneIs(softwaretypes::sip);
     int loads = 0;
     journal::ListLoader loader(phone.settings, phone.adapter, phone.lists, [&] {
         ++loads;
@@ -160,7 +160,7 @@ TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNum
     for (const std::string oldest : {"4799", "4711"}) {
         for (const int systemIdentifier : {2, 0}) {
             EntriesFixture& phone = this->fixture;
-            phone.phoneIs(softwareTypes::qorvex, systemIdentifier);
+            phone.phoneIs(softwaretypes::qorvex, systemIdentifier);
             phone.deletion.deleteAllCalls();
             std::vector<Occurrence> calls(9, Occurrence{"4711", "2026-11-20T00:00:00Z"});
             calls.push_back({oldest, "2026-11-01T00:00:00Z"});
@@ -184,7 +184,7 @@ TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheS
         full.push_back(this->stored(std::to_string(index + 1), {{"n" + std::to_string(index), time}}));
     }
     this->startWith(full);
-    this->fixture.phoneIs(softwareTypes::qorvex, 2);
+    this->fixture.phoneIs(softwaretypes::qorvex, 2);
     this->files("4711");
 
     const bool limited = !TestFixture::kDialled;  // the dialled list has no limit for one more number

@@ -57,7 +57,7 @@ missed 4711, 3, forwarded 4712, 0, missed 4712, 0, forwarded 4711 | missed 4711,
 }
 
 TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMarkOnASipPhone) {
-    for (const char* type : {softwareTypes::qorvex, softwareTypes::sip}) {
+    for (const char* type : {softwaretypes::qorvex, softwaretypes::sip}) {
         EntriesFixture fixture;
         fixture.phoneIs(type);
         fixture.settings.change(
@@ -68,7 +68,7 @@ TEST(ForwardedMissedRule, TellsOfTheCallThatItTakesBackAndRemembersTheViewedMark
         fixture.files<MissedCallItem>("4711");
         fixture.forget();
         fixture.files<ForwardedCallItem>("4711");
-        const bool viewed = type == softwareTypes::sip;
+        const bool viewed = type == softwaretypes::sip;
         EXPECT_EQ(fixture.items<MissedCallItem>().front().getViewed(), viewed) << type;
         const std::string count = viewed ? "missedCount(0)" : "missedCount(1)";
         EXPECT_EQ(fixture.heard().rfind(count + "; missed(-, -, 3); forwarded(", 0), 0U) << fixture.heard();

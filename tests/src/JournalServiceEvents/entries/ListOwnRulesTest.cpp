@@ -135,7 +135,7 @@ sip    | *61 4711 4712  | 4711 sent, found by 4711
 sip    | 0-1 2 -        | 2 Adams, found by 2
 )")) {
         EntriesFixture& phone = fixture;
-        phone.phoneIs(row[0] == "sip" ? softwareTypes::sip : softwareTypes::qorvex);
+        phone.phoneIs(row[0] == "sip" ? softwaretypes::sip : softwaretypes::qorvex);
         phone.deletion.deleteAllCalls();
         const auto parties = split(row[1], ' ');
         const auto given = [&parties](std::size_t index) {

@@ -53,9 +53,9 @@ TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
                                             "; start localDeviceID; stop " + longest +
                                             "; stop ; start 2002; start 2002; stop 5");
     fixture.forget();
-    fixture.phoneIs(softwareTypes::sip);
+    fixture.phoneIs(softwaretypes::sip);
     fixture.monitors.changeMonitorFilter();
-    fixture.phoneIs(softwareTypes::qorvex);
+    fixture.phoneIs(softwaretypes::qorvex);
     fixture.platform.m_cstaService = nullptr;
     fixture.monitors.changeMonitorFilter();
     EXPECT_EQ(fixture.exchange.asked(), "");

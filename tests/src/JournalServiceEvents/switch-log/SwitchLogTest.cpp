@@ -52,7 +52,7 @@ std::string days(const Items& items) {
 
 /// A Qorvex phone in server call-log mode, and what the switch says to it.
 struct Phone : EntriesFixture {
-    Phone() { phoneIs(softwareTypes::qorvex, 2); }
+    Phone() { phoneIs(softwaretypes::qorvex, 2); }
     void dayIs(int day) { time.set(FakeClock::kStart + (day - 21) * 86400L); }
     void hears(const Entry& event) { events.handleCallLogEntryEvent(&event); }
     std::string allDays() {
@@ -136,7 +136,7 @@ TEST(CallLogEvents, KeepWhatTheSwitchSaysOfAnEntry) {
 TEST(CallLogEvents, LeaveTheLastWordOnTheModeToTheManagement) {
     Phone phone;
     phone.database.setResponse([&phone](const std::string& document) {
-        phone.phoneIs(softwareTypes::qorvex, 0);
+        phone.phoneIs(softwaretypes::qorvex, 0);
         return phone.database.carryOut(document);
     });
     phone.hears(entry(Entry::eDeleteAll, Entry::eMissed, "", ""));

@@ -1,10 +1,10 @@
-#include "host/csta/EarlyEvents.h"
+#include "host/csta/EventsBeforeMonitorStart.h"
 
 #include <utility>
 
 namespace host {
 
-void EarlyEvents::keep(std::string crossRefId, WireDocument event, Clock::time_point now) {
+void EventsBeforeMonitorStart::keep(std::string crossRefId, WireDocument event, Clock::time_point now) {
     dropExpired(now);
     if (m_events.size() == kMaxEvents) {
         m_events.pop_front();
@@ -12,11 +12,11 @@ void EarlyEvents::keep(std::string crossRefId, WireDocument event, Clock::time_p
     m_events.push_back({std::move(crossRefId), std::move(event), now});
 }
 
-std::vector<WireDocument> EarlyEvents::take(std::string_view crossRefId, Clock::time_point now) {
+std::vector<WireDocument> EventsBeforeMonitorStart::take(std::string_view crossRefId, Clock::time_point now) {
     dropExpired(now);
     std::vector<WireDocument> taken;
-    std::deque<Early> others;
-    for (Early& early : m_events) {
+    std::deque<BufferedEvent> others;
+    for (BufferedEvent& early : m_events) {
         if (early.crossRefId == crossRefId) {
             taken.push_back(std::move(early.event));
         } else {
@@ -27,7 +27,7 @@ std::vector<WireDocument> EarlyEvents::take(std::string_view crossRefId, Clock::
     return taken;
 }
 
-void EarlyEvents::dropExpired(Clock::time_point now) {
+void EventsBeforeMonitorStart::dropExpired(Clock::time_point now) {
     while (!m_events.empty() && now - m_events.front().since > kMaxAge) {
         m_events.pop_front();
     }

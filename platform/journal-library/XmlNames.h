@@ -4,7 +4,7 @@
 
 #include "journal-items/Contact.h"
 
-/// The words that items, database documents and client messages share. Constants and pure functions; any
+/// The element names and values that items, database documents and client messages share. Constants and pure functions; any
 /// thread may call.
 namespace journalxml {
 
@@ -14,9 +14,9 @@ inline constexpr const char* kEntryId = "EntryId";
 /// The database's id of a row.
 inline constexpr const char* kUniqueId = "UniqueId";
 
-/// The word for a contact's source in documents; "unknown" for a value without one.
+/// The value of a contact's source in documents; "unknown" for a value without one.
 [[nodiscard]] const char* nameOf(Contact::eOrderedContactSource source) noexcept;
-/// The inverse; `eUnknown` for an unknown word.
+/// The inverse; `eUnknown` for an unknown value.
 [[nodiscard]] Contact::eOrderedContactSource contactSourceNamed(std::string_view name) noexcept;
 
 }  // namespace journalxml

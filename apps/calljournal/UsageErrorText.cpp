@@ -1,4 +1,4 @@
-#include "apps/calljournal/UsageError.h"
+#include "apps/calljournal/UsageErrorText.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -132,7 +132,7 @@ std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::Par
 
 }  // namespace
 
-std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
+std::string usageErrorText(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App& command = innermost(app);
     const std::string name = fullNameOf(command);
     return name + ": " + faultOf(app, command, error) + " (`" + name + " --help` shows more)";

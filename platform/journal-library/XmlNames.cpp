@@ -1,4 +1,4 @@
-#include "platform/journal-library/Vocabulary.h"
+#include "platform/journal-library/XmlNames.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "host/switch/calls/FinishedCalls.h"
+#include "host/switch/calls/SwitchCallLogBuilder.h"
 
 #include <algorithm>
 
@@ -17,7 +17,7 @@ bool hasLog(const Party& device) {
 
 }  // namespace
 
-std::vector<FinishedCall> FinishedCalls::follow(const SimulatedEvent& event) {
+std::vector<FinishedCall> SwitchCallLogBuilder::process(const SimulatedEvent& event) {
     const Party& subject = event.subject;
     const std::string& callId = event.callId;
     switch (event.type) {
@@ -39,20 +39,20 @@ std::vector<FinishedCall> FinishedCalls::follow(const SimulatedEvent& event) {
     return {};
 }
 
-void FinishedCalls::record(const Party& device, const std::string& callId, const Call& call) {
+void SwitchCallLogBuilder::record(const Party& device, const std::string& callId, const Call& call) {
     if (hasLog(device)) {
         m_calls[{device.number, callId}] = call;
     }
 }
 
-void FinishedCalls::updateName(const SimulatedEvent& event) {
+void SwitchCallLogBuilder::updateName(const SimulatedEvent& event) {
     const auto call = m_calls.find({event.subject.number, event.callId});
     if (call != m_calls.end() && isSameDevice(call->second.party, event.calling)) {
         call->second.party = event.calling;
     }
 }
 
-std::vector<FinishedCall> FinishedCalls::cleared(const SimulatedEvent& event) {
+std::vector<FinishedCall> SwitchCallLogBuilder::cleared(const SimulatedEvent& event) {
     const auto call = m_calls.extract(Key{event.subject.number, event.callId});
     if (call.empty()) {
         return {};
@@ -64,7 +64,7 @@ std::vector<FinishedCall> FinishedCalls::cleared(const SimulatedEvent& event) {
     return {finished(call.key().first, over)};
 }
 
-std::vector<FinishedCall> FinishedCalls::joined(const SimulatedEvent& event) {
+std::vector<FinishedCall> SwitchCallLogBuilder::joined(const SimulatedEvent& event) {
     std::vector<FinishedCall> over;
     for (const std::string& oldCallId : {event.callId, event.secondaryCallId}) {
         for (const SimulatedEvent::Listener& listener : event.listeners) {
@@ -83,7 +83,7 @@ std::vector<FinishedCall> FinishedCalls::joined(const SimulatedEvent& event) {
     return over;
 }
 
-FinishedCall FinishedCalls::finished(const std::string& device, const Call& call) {
+FinishedCall SwitchCallLogBuilder::finished(const std::string& device, const Call& call) {
     const CallLogEntryEvent::_LogTarget log = call.outgoing      ? CallLogEntryEvent::eDialled
                                               : call.established ? CallLogEntryEvent::eReceived
                                                                  : CallLogEntryEvent::eMissed;

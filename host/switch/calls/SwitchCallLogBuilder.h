@@ -18,7 +18,7 @@ struct FinishedCall {
     Party party;
 };
 
-/// Follows the events of the phones and reports the calls that have ended for a device:
+/// Tracks the calls by the events of the phones, and reports the calls that have ended for a device:
 ///
 ///     made by the device                                  dialled
 ///     received and answered by the device                 received
@@ -27,9 +27,9 @@ struct FinishedCall {
 ///
 /// A transferred or conferenced call continues the call that it was made from; the device's other call ends.
 /// Not thread-safe.
-class FinishedCalls {
+class SwitchCallLogBuilder {
 public:
-    [[nodiscard]] std::vector<FinishedCall> follow(const SimulatedEvent& event);
+    [[nodiscard]] std::vector<FinishedCall> process(const SimulatedEvent& event);
 
 private:
     struct Call {

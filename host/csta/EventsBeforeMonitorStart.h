@@ -13,7 +13,7 @@ namespace host {
 
 /// Buffer for events of a monitor whose id is not known yet: a switch may send the first event of a new
 /// monitor before its MonitorStartResponse. Limited in size and age. Not thread-safe.
-class EarlyEvents {
+class EventsBeforeMonitorStart {
 public:
     using Clock = std::chrono::steady_clock;
     static constexpr std::chrono::seconds kMaxAge{2};
@@ -25,7 +25,7 @@ public:
     void clear() { m_events.clear(); }
 
 private:
-    struct Early {
+    struct BufferedEvent {
         std::string crossRefId;
         WireDocument event;
         Clock::time_point since;
@@ -33,7 +33,7 @@ private:
 
     void dropExpired(Clock::time_point now);
 
-    std::deque<Early> m_events;
+    std::deque<BufferedEvent> m_events;
 };
 
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "host/switch/calls/CallJoining.h"
+#include "host/switch/calls/TransferAndConference.h"
 
 #include <utility>
 

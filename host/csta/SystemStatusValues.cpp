@@ -1,4 +1,4 @@
-#include "host/csta/SystemStatusWords.h"
+#include "host/csta/SystemStatusValues.h"
 
 #include "platform/texts/communicationsServiceTexts.h"
 
@@ -24,7 +24,7 @@ std::string platformStatus(std::string_view word) {
     return std::string(word);
 }
 
-bool losesMonitors(std::string_view word) noexcept {
+bool requiresMonitorRestart(std::string_view word) noexcept {
     return word == "initializing" || word == "disabled";
 }
 

@@ -12,11 +12,11 @@ namespace host {
 
 /// The calls of a scenario that is being played, by their names in the text. Performs the steps and returns
 /// the events for the phones. A step has no effect if its call does not exist. Not thread-safe.
-class PlayedCalls {
+class ScenarioCalls {
 public:
     /// `phone` is the scenario's device, `lines` are its other telephone lines. `newCallId` returns a call id
     /// that is unique at the switch.
-    PlayedCalls(std::string phone, std::vector<std::string> lines, std::function<std::string()> newCallId);
+    ScenarioCalls(std::string phone, std::vector<std::string> lines, std::function<std::string()> newCallId);
 
     /// Performs any step except waits and the switch's own status.
     [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step);

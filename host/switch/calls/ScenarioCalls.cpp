@@ -1,10 +1,10 @@
-#include "host/switch/calls/PlayedCalls.h"
+#include "host/switch/calls/ScenarioCalls.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
-#include "host/switch/calls/CallJoining.h"
+#include "host/switch/calls/TransferAndConference.h"
 
 namespace host {
 
@@ -26,11 +26,11 @@ void append(SimulatedEvents& all, SimulatedEvents more) {
 
 }  // namespace
 
-PlayedCalls::PlayedCalls(std::string phone, std::vector<std::string> lines,
-                         std::function<std::string()> newCallId)
+ScenarioCalls::ScenarioCalls(std::string phone, std::vector<std::string> lines,
+                             std::function<std::string()> newCallId)
     : m_phone(std::move(phone)), m_lines(std::move(lines)), m_newCallId(std::move(newCallId)) {}
 
-SimulatedEvents PlayedCalls::perform(const ScenarioStep& step) {
+SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step) {
     switch (step.action) {
         case Action::eCall:
         case Action::eDial: return make(step);
@@ -49,7 +49,7 @@ SimulatedEvents PlayedCalls::perform(const ScenarioStep& step) {
     return {};
 }
 
-SimulatedEvents PlayedCalls::hangUpAll() {
+SimulatedEvents ScenarioCalls::hangUpAll() {
     SimulatedEvents events;
     for (auto& [name, call] : m_calls) {
         append(events, call.hangUp(Side::eCaller, kNormal));
@@ -62,7 +62,7 @@ SimulatedEvents PlayedCalls::hangUpAll() {
     return events;
 }
 
-SimulatedEvents PlayedCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
+SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
     switch (step.action) {
         case Action::eRing: return {call.ring()};
         case Action::eAnswerCall: {
@@ -97,14 +97,14 @@ SimulatedEvents PlayedCalls::perform(const ScenarioStep& step, SimulatedCall& ca
     }
 }
 
-SimulatedEvents PlayedCalls::performInConference(const ScenarioStep& step,
-                                                 SimulatedConference& conference) const {
+SimulatedEvents ScenarioCalls::performInConference(const ScenarioStep& step,
+                                                   SimulatedConference& conference) const {
     return step.action == Action::eHangUp  ? conference.hangUp(partyOrPhone({}))
            : step.action == Action::eLeave ? conference.leave(partyOrPhone(step.to))
                                            : SimulatedEvents();
 }
 
-SimulatedEvents PlayedCalls::make(const ScenarioStep& step) {
+SimulatedEvents ScenarioCalls::make(const ScenarioStep& step) {
     SimulatedCall call(m_newCallId(), partyOrPhone(step.from), partyOrPhone(step.to), step.redirectedFrom,
                        step.word);
     SimulatedEvents events = call.originate(step.action == Action::eDial ? "makeCall" : "");
@@ -112,7 +112,7 @@ SimulatedEvents PlayedCalls::make(const ScenarioStep& step) {
     return events;
 }
 
-SimulatedEvents PlayedCalls::consult(const ScenarioStep& step) {
+SimulatedEvents ScenarioCalls::consult(const ScenarioStep& step) {
     const auto first = m_calls.find(step.other);
     if (first == m_calls.end()) {
         return {};
@@ -125,7 +125,7 @@ SimulatedEvents PlayedCalls::consult(const ScenarioStep& step) {
     return events;
 }
 
-SimulatedEvents PlayedCalls::joinWithOther(const ScenarioStep& step, const SimulatedCall& held) {
+SimulatedEvents ScenarioCalls::joinWithOther(const ScenarioStep& step, const SimulatedCall& held) {
     const auto other = m_calls.find(step.other);
     if (other == m_calls.end()) {
         return {};
@@ -148,7 +148,7 @@ SimulatedEvents PlayedCalls::joinWithOther(const ScenarioStep& step, const Simul
 }
 
 /// An event that the switch sends to the phone without a call.
-SimulatedEvents PlayedCalls::eventWithoutCall(const ScenarioStep& step) const {
+SimulatedEvents ScenarioCalls::eventWithoutCall(const ScenarioStep& step) const {
     SimulatedEvent event;
     event.subject = partyOrPhone({});
     event.device = event.subject;
@@ -167,13 +167,13 @@ SimulatedEvents PlayedCalls::eventWithoutCall(const ScenarioStep& step) const {
     return {std::move(event)};
 }
 
-void PlayedCalls::store(const std::string& name, SimulatedCall call) {
+void ScenarioCalls::store(const std::string& name, SimulatedCall call) {
     m_conferences.erase(name);
     m_calls.insert_or_assign(name, std::move(call));
 }
 
 /// The acting side: the named one, otherwise the scenario's phone.
-Side PlayedCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) const {
+Side ScenarioCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) const {
     if (!step.party.empty()) {
         return step.party == "caller" ? Side::eCaller : Side::eCalled;
     }
@@ -182,7 +182,7 @@ Side PlayedCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) co
     return own ? Side::eCalled : Side::eCaller;
 }
 
-Party PlayedCalls::partyOrPhone(const Party& party) const {
+Party ScenarioCalls::partyOrPhone(const Party& party) const {
     return party.number.empty() && !party.anonymous ? Party{m_phone, party.name, false} : party;
 }
 
