@@ -18,7 +18,6 @@ class Database;
 class LocalManagement;
 class Router;
 
-/// The current state of a line.
 struct LineState {
     bool connected = false;
     bool monitoring = false;

@@ -4,8 +4,8 @@
 
 #include "journal-items/Contact.h"
 
-/// The element names and values that items, database documents and client messages share. Constants and pure functions; any
-/// thread may call.
+/// The element names and values that items, database documents and client messages share. Constants and pure
+/// functions; any thread may call.
 namespace journalxml {
 
 /// The element of one item in a list or a message.

@@ -23,8 +23,8 @@ namespace {
 using std::chrono::milliseconds;
 using Ids = std::vector<int>;
 
-/// A timer source that a test advances by hand while the strand is idle. Callbacks run on the thread that calls
-/// `advance`.
+/// A timer source that a test advances by hand while the strand is idle. Callbacks run on the thread that
+/// calls `advance`.
 class ManualTimerSource final : public TimerSource {
     using Ring = std::function<void()>;
 
@@ -53,7 +53,7 @@ private:
     };
 
     milliseconds m_now{0};
-    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // that still exist
+    std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // of timers that run
 };
 
 /// Records the timers that expire on the strand, and calls `m_react` from inside the expiry.
@@ -129,7 +129,7 @@ TEST_F(LineContextTest, ATimerExpiresOnceAtItsTimeWhileItRuns) {
     EXPECT_EQ(m_context->createTimer(m_handler, -1), -1);
 }
 
-// The timer has expired, and its expiry is posted after other work of the strand. That work cancels the timer.
+// The expiry is posted after other work of the strand. That work cancels the timer.
 TEST_F(LineContextTest, ACancelledTimerDoesNotExpireEvenIfItsExpiryIsPosted) {
     int last = 0;
     for (const std::string action : {"stop", "delete", "restart", "end"}) {

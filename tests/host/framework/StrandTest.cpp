@@ -87,10 +87,10 @@ TEST_F(StrandTest, CompletesPostedWorkAndDestroysItWhenItClosesAndRefusesMore) {
 }
 
 // With the lock, an expiry inside the call that schedules it would deadlock.
-TEST(AsioTimerSource, RingsAtItsTimeUnlessDestroyedAndDoesNotDelayTheEndOfThePool) {
+TEST(AsioTimerSource, ExpiresAtItsTimeUnlessDestroyedAndDoesNotDelayTheEndOfThePool) {
     WorkerPool pool(1);
     AsioTimerSource clock(pool);
-    const auto far = clock.schedule(std::chrono::hours(1), [] { FAIL() << "rang early"; });
+    const auto far = clock.schedule(std::chrono::hours(1), [] { FAIL() << "expired early"; });
     std::mutex held;
     std::promise<steady_clock::time_point> rung;
     const auto begin = steady_clock::now();
