@@ -18,12 +18,12 @@ namespace {
 constexpr std::size_t kSlice = 1000;
 
 /// `position`: 1 to 4, as in `Contact::getPhoneNumber`.
-constexpr Contact::MatchedNumber matchedNumberAt(std::int32_t position) {
+constexpr Contact::MatchedKind matchedKindAt(std::int32_t position) {
     switch (position) {
-        case 1: return Contact::MatchedNumber::eOffice;
-        case 2: return Contact::MatchedNumber::eMobile;
-        case 3: return Contact::MatchedNumber::ePrivate;
-        default: return Contact::MatchedNumber::eOffice2;
+        case 1: return Contact::MatchedKind::eOffice;
+        case 2: return Contact::MatchedKind::eMobile;
+        case 3: return Contact::MatchedKind::ePrivate;
+        default: return Contact::MatchedKind::eOffice2;
     }
 }
 
@@ -52,7 +52,7 @@ bool Phonebook::lookUpContact(Contact& contact) {
         if (const auto match = rows.lookUp(rows.indexed(searched))) {
             found = rows.find(match->id);
             if (found) {
-                found->setMatchedKindCode(static_cast<std::int32_t>(matchedNumberAt(match->position)));
+                found->setMatchedKindCode(static_cast<std::int32_t>(matchedKindAt(match->position)));
             }
         }
     });

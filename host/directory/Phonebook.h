@@ -36,7 +36,7 @@ struct ImportCounts {
 /// which is stored in an index. If several contacts have a number, the one of the best source wins (personal
 /// before company before the others), then the oldest.
 ///
-/// The matched kind of a found contact is a `Contact::MatchedNumber`.
+/// The matched kind of a found contact is a `Contact::MatchedKind`.
 ///
 /// Thread-safe. Errors: no operation throws. A database that fails logs the error; the operation here then
 /// returns the same as for a missing contact.
