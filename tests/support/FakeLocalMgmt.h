@@ -15,11 +15,11 @@ namespace journaltest {
 
 /// The phone's settings as a table that a test fills; register it as "LocalMgmtIfc".
 ///
-/// Every key may be written, and observed unless the test says otherwise. Any thread may call the operations of
-/// `LocalMgmtIfc`; agents are told on the thread of the one who calls `change`, with no lock held.
+/// Every key may be written, and observed unless the test refuses it. Any thread may call the operations of
+/// `LocalMgmtIfc`; agents are notified on the thread that calls `change`, with no lock held.
 class FakeLocalMgmt final : public Executable, public LocalMgmtIfc {
 public:
-    /// Sets a value without telling anybody.
+    /// Sets a value without a notification.
     void set(const std::string& key, const std::string& value) {
         const std::lock_guard lock(m_mutex);
         m_values[key] = value;
@@ -45,9 +45,9 @@ public:
     /// From now on `key` cannot be observed.
     void refuseObserving(const std::string& key) { m_refused = key; }
 
-    /// The agents that were registered by identifier and version, "JournalMgmtId 1", one behind the other.
+    /// The agents that were registered by identifier and version, "JournalMgmtId 1", one after the other.
     [[nodiscard]] const std::string& registrations() const { return m_registrations; }
-    /// What was stored and what was published, oldest first: "key=value; key=value".
+    /// The stored and the published values, oldest first: "key=value; key=value".
     [[nodiscard]] const std::string& written() const { return m_written; }
     [[nodiscard]] const std::string& published() const { return m_published; }
 
@@ -102,7 +102,7 @@ private:
         }
     }
 
-    // Guarded by m_mutex. The test reads what was noted when nobody else may call.
+    // Guarded by m_mutex. The test reads the records when no other thread may call.
     std::mutex m_mutex;
     std::map<std::string, std::string> m_values;
     std::string m_refused;

@@ -17,35 +17,35 @@ struct TextsOf {
 };
 
 using Requests = CallListDatabaseAdapterHelper;
-using Answers = JournalServiceHelper;
+using Helper = JournalServiceHelper;
 
-/// What each list's items are called in requests, answers and messages, for tests that treat the lists alike.
+/// The names of each list's items in requests, responses and messages, for tests that treat the lists alike.
 template <typename Item>
 struct ItemTexts;
 
 template <>
 struct ItemTexts<MissedCallItem>
     : TextsOf<Requests::DAS_CALLLOGMISSEDCALLS, &Requests::createXMLMissedCallItemBody,
-              &Answers::parseXMLMissedCallItem, &Answers::parseXMLMissedCallList,
-              &Answers::respGetMissedCallList, &Answers::obsReqMissedCallsUpdate> {};
+              &Helper::parseXMLMissedCallItem, &Helper::parseXMLMissedCallList,
+              &Helper::respGetMissedCallList, &Helper::obsReqMissedCallsUpdate> {};
 template <>
 struct ItemTexts<DialledCallItem>
     : TextsOf<Requests::DAS_CALLLOGDIALLEDCALLS, &Requests::createXMLDialledCallItemBody,
-              &Answers::parseXMLDialledCallItem, &Answers::parseXMLDialledCallList,
-              &Answers::respGetDialledCallList, &Answers::obsReqDialledCallsUpdate> {};
+              &Helper::parseXMLDialledCallItem, &Helper::parseXMLDialledCallList,
+              &Helper::respGetDialledCallList, &Helper::obsReqDialledCallsUpdate> {};
 template <>
 struct ItemTexts<ReceivedCallItem>
     : TextsOf<Requests::DAS_CALLLOGRECEIVEDCALLS, &Requests::createXMLReceivedCallItemBody,
-              &Answers::parseXMLReceivedCallItem, &Answers::parseXMLReceivedCallList,
-              &Answers::respGetReceivedCallList, &Answers::obsReqReceivedCallsUpdate> {};
+              &Helper::parseXMLReceivedCallItem, &Helper::parseXMLReceivedCallList,
+              &Helper::respGetReceivedCallList, &Helper::obsReqReceivedCallsUpdate> {};
 template <>
 struct ItemTexts<ForwardedCallItem>
     : TextsOf<Requests::DAS_CALLLOGFORWARDEDCALLS, &Requests::createXMLForwardedCallItemBody,
-              &Answers::parseXMLForwardedCallItem, &Answers::parseXMLForwardedCallList,
-              &Answers::respGetForwardedCallList, &Answers::obsReqForwardedCallsUpdate> {};
+              &Helper::parseXMLForwardedCallItem, &Helper::parseXMLForwardedCallList,
+              &Helper::respGetForwardedCallList, &Helper::obsReqForwardedCallsUpdate> {};
 template <>
 struct ItemTexts<CallBackItem> : TextsOf<Requests::DAS_CALLLOGCALLBACKS, &Requests::createXMLCallBackItemBody,
-                                         &Answers::parseXMLCallBackItem, &Answers::parseXMLCallBackList,
-                                         &Answers::respGetCallBackList, &Answers::obsReqCallBacksUpdate> {};
+                                         &Helper::parseXMLCallBackItem, &Helper::parseXMLCallBackList,
+                                         &Helper::respGetCallBackList, &Helper::obsReqCallBacksUpdate> {};
 
 }  // namespace journaltest

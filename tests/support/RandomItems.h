@@ -10,8 +10,8 @@
 #include "journal-items/Contact.h"
 #include "journal-items/Occurrences.h"
 
-/// Items whose every field is filled: by anything, for properties, or by counted values, which tell the fields apart. Each
-/// setter is named here: what the library's own tables forget, this does not.
+/// Items whose every field is filled: with random values for properties, or with counted values, which show
+/// mixed-up fields. Each setter is named here, independently of the tables of the library.
 namespace journaltest {
 
 /// Texts that have broken something somewhere, mixed with any bytes.

@@ -34,7 +34,7 @@ public:
     [[nodiscard]] SQLite::Database otherConnection() const {
         return {file().string(), SQLite::OPEN_READWRITE};
     }
-    /// What another connection reads.
+    /// The number that another connection reads with the statement.
     [[nodiscard]] std::int64_t number(const std::string& sql) const {
         return otherConnection().execAndGet(sql).getInt64();
     }

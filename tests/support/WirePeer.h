@@ -11,11 +11,10 @@
 
 namespace linktest {
 
-/// How long a test waits for what must happen.
+/// The time that a test waits for an event that must happen.
 inline constexpr std::chrono::seconds kPatience{20};
 
-/// One end of a connection between a switch and its client, driven by the test itself: it says exactly what the test
-/// tells it to.
+/// One end of a connection between a switch and its client. It sends exactly the bytes that the test gives it.
 class WirePeer {
 public:
     void send(int invokeId, std::string_view xml) { sendBytes(host::encodeFrame(invokeId, xml).value()); }
