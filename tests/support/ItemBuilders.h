@@ -65,8 +65,9 @@ inline std::string tableOf(const journalxml::DataRequest& request) {
     return request.schema.substr(request.schema.rfind(prefix, 0) == 0 ? prefix.size() : 0);
 }
 
-/// Returns the request as text: "write MissedCalls 11", "delete DialledCalls 21 23", "delete ReceivedCalls all",
-/// "set missed-logging=true", "read Conversations 50 from 0 [A B]". Rows stand by unique id, or by entry id where there is none.
+/// Returns the request as text: "write MissedCalls 11", "delete DialledCalls 21 23",
+/// "delete ReceivedCalls all", "set missed-logging=true", "read Conversations 50 from 0 [A B]". Rows are
+/// named by their unique id, or by their entry id where they have none.
 inline std::string textOf(const journalxml::DataRequest& request) {
     using Reason = journalxml::DataRequest::Reason;
     if (request.reason == Reason::eRead) {

@@ -14,7 +14,8 @@ namespace linktest {
 /// The time that a test waits for an event that must happen.
 inline constexpr std::chrono::seconds kPatience{20};
 
-/// One end of a connection between a switch and its client. It sends exactly the bytes that the test gives it.
+/// One end of a connection between a switch and its client. It sends exactly the bytes that the test
+/// gives it.
 class WirePeer {
 public:
     void send(int invokeId, std::string_view xml) { sendBytes(host::encodeFrame(invokeId, xml).value()); }

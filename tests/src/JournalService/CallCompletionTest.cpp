@@ -57,13 +57,15 @@ passes 2; dials 1 4711; passes 5; clears 1 | 05:22:07Z 4 1100 | 05:22:07Z 4 1100
             SimulatedPhone phone(type);
             phone.plays(row[0]);
             std::string marks;
-            const auto note = [&marks]<typename Item>(const std::deque<Item>& items) {
-                for (const Item& item : items) {
+            const auto note = [&marks](const auto& items) {
+                for (const auto& item : items) {
                     const CallInfo& info = occurrencesOf(item).front();
                     marks +=
-                        info.getTimeAndDate().substr(11) + " " + std::to_string(info.getLogTarget()) + " " +
-                        std::to_string(info.getPresentationA()) + std::to_string(info.getPresentationB()) +
-                        std::to_string(info.getPresentationC()) + std::to_string(info.getPresentationD());
+                        info.getTimeAndDate().substr(11) + " " + std::to_string(info.getLogTarget()) + " ";
+                    for (const int shown : {info.getPresentationA(), info.getPresentationB(),
+                                            info.getPresentationC(), info.getPresentationD()}) {
+                        marks += std::to_string(shown);
+                    }
                 }
             };
             note(phone.list<MissedCallItem>());

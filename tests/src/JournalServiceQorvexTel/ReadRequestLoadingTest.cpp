@@ -73,6 +73,8 @@ TEST_F(ReadRequestLoading, AsksForWhatIsLeftOfTwoHundredRows) {
     for (const auto& row : table(3, R"(
 0   | 200 200 | 0
 150 | 200 50  | 300
+199 | 200 1   | 398
+200 | 200     | 200
 250 | 200     | 200
 )")) {
         const int rowsNow = std::stoi(row[0]);
@@ -105,6 +107,7 @@ TEST_F(ReadRequestLoading, AFailureKeepsTheListAndTheOtherResponseIsAdded) {
 1                | failed  | 1001      | 200 199
 failed           | 2       | 1002 1001 | 200 200
 <a>a failure</a> | failure | 1002 1001 | 200 200
+3                | 4       | 1004 1003 | 200 199
 empty            | failed  |           | 200 200
 )")) {
         phone.database.setResponse([&](const std::string& document) {
@@ -114,6 +117,20 @@ empty            | failed  |           | 200 200
         EXPECT_EQ(numbersOf(phone.missed()), split(row[2], ' ')) << row[0];
         EXPECT_EQ(reads(), row[3]);
     }
+}
+
+TEST_F(ReadRequestLoading, LoadsAtEverySubscriptionButForCallsOnlyOnce) {
+    phone.database.contacts.emplace_back();
+    phone.starts();
+    phone.plays("misses 1 4711");
+    phone.plays("misses 2 4712");
+    EXPECT_EQ(reads(), "200 200");
+    subscribes();
+    subscribes();
+    EXPECT_EQ(reads(), "200 198 200 198");
+    std::vector<Contact> contacts;
+    phone.service().getContactList(contacts);
+    EXPECT_EQ(contacts.size(), 1U);
 }
 
 TEST_F(ReadRequestLoading, ACallFromTheOldestEntrysPartyIsMergedIntoItUnlessItWasDeleted) {

@@ -1,3 +1,4 @@
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -13,6 +14,7 @@
 namespace journaltest {
 namespace {
 
+using Ifc = ObserverNotifierIfc;
 using Observer = JournalServiceObserverIfc;
 
 template <typename Item>
@@ -49,6 +51,60 @@ protected:
 };
 
 const auto kMissed = itemWithId<MissedCallItem>("m1");
+const auto kDialled = itemWithId<DialledCallItem>("d1");
+
+const struct {
+    const char* heard;
+    std::function<void(Ifc&)> update;
+} kUpdates[] = {
+    {"missedCount(0); missed(-, -, 3)", [](Ifc& n) { n.updateMissedCallCountAndCalls(); }},
+    {"missedCount(7); missed(-, 17, 2)", [](Ifc& n) { n.updateMissedCallCountAndCalls(7U, "17"); }},
+    {"dialled(d1, 17, 1)", [](Ifc& n) { n.updateDialledCalls(kDialled, "17", Observer::eItemUpdated); }},
+    {"received(-, -, 4)", [](Ifc& n) { n.updateReceivedCalls(Observer::eListCleared); }},
+    {"forwarded(-, -, 3)", [](Ifc& n) { n.updateForwardedCalls(); }},
+    {"callBacks(-, b9, 2); callBacksCount(2)", [](Ifc& n) { n.updateCallbacksAndCount("b9"); }},
+};
+
+TEST_F(Notifier, NotifiesEveryObserverAndReadsNoListWithoutObservers) {
+    for (const auto& row : kUpdates) {
+        row.update(notifier);
+    }
+    EXPECT_TRUE(journal.calls().empty());
+
+    RecordingObserver first;
+    RecordingObserver second;
+    subscribeQuietly(first);
+    subscribeQuietly(second);
+    for (const auto& row : kUpdates) {
+        row.update(notifier);
+        EXPECT_EQ(heardBy(first), row.heard);
+        EXPECT_EQ(heardBy(second), row.heard);
+    }
+}
+
+TEST_F(Notifier, IncludesForwardedCallsInAllListsOnSipPhonesOnly) {
+    RecordingObserver observer;
+    subscribeQuietly(observer);
+    for (const std::string type : {"Norlith SIP", "Norlith Qorvex", "norlith sip", "Norlith SIP ", ""}) {
+        notifier.init(&journal, type);
+        notifier.updateAll(7);
+        const std::string forwarded = type == "Norlith SIP" ? "forwarded(-, -, 3); " : "";
+        EXPECT_EQ(heardBy(observer),
+                  "missedCount(7); missed(-, -, 3); dialled(newest, -, 3); received(-, -, 3); " + forwarded +
+                      "callBacks(-, -, 3); callBacksCount(2)")
+            << type;
+    }
+}
+
+TEST_F(Notifier, CountsTheCallbacksForEachObserver) {
+    RecordingObserver takesOneAway;
+    RecordingObserver last;
+    subscribeQuietly(takesOneAway);
+    subscribeQuietly(last);
+    takesOneAway.setDuring([this](const Callback&) { journal.lists.callBacks.pop_back(); });
+    notifier.updateCallbackCount();
+    EXPECT_EQ(heardBy(takesOneAway) + ", " + heardBy(last), "callBacksCount(2), callBacksCount(1)");
+}
 
 TEST_F(Notifier, ReportsTheStateToANewObserverOnly) {
     RecordingObserver first;
@@ -57,9 +113,13 @@ TEST_F(Notifier, ReportsTheStateToANewObserverOnly) {
     auto viewed = kMissed;
     viewed.setViewed(true);
     journal.lists.missed = {kMissed, viewed, kMissed};
-    notifier.subscribe(&second, itemWithId<DialledCallItem>("d1"));
+    notifier.subscribe(&second, kDialled);
     EXPECT_EQ(heardBy(second), "missedCount(2); dialled(d1, -, 3); callBacksCount(2)");
     EXPECT_EQ(heardBy(first), "");
+
+    journal.lists = {};
+    notifier.subscribe(&first, {});
+    EXPECT_EQ(heardBy(first), "missedCount(0); dialled(-, -, 3)") << "an empty callback list is not reported";
 }
 
 // Subscriptions (+) and unsubscriptions (-), their results, and the observers of an update; "0" is a null
@@ -67,6 +127,8 @@ TEST_F(Notifier, ReportsTheStateToANewObserverOnly) {
 TEST_F(Notifier, NotifiesTheSubscribedInTheirOrder) {
     for (const auto& row : table(3, R"(
 a+ b+ c+ a+ a- | yes yes yes yes yes | bca
+a+ a+          | yes yes             | aa
+a+ a+ a-       | yes yes yes         | a
 a+ a+ a- a- a- | yes yes yes yes no  |
 a+ b- 0-       | yes no no           | a
 0+             | no                  |

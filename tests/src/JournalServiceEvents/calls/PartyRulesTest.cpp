@@ -40,6 +40,7 @@ std::string partiesAfter(const std::string& events, bool sip, const std::string&
 
 TEST(PartyRulesQorvex, KeepWhatIsKnownAndLetADivertedPartyWin) {
     for (const auto& row : journaltest::table(3, R"(
+an anonymous caller's name      | in Delivered :Anonymous | remote[ Anonymous]
 a later number does not replace | in Delivered 4711:Ann; in Delivered 4712:Bob | remote[4711 Ann]
 a later name fills in           | in Delivered 4711; in Delivered 4711:Ann | remote[4711 Ann]
 another party's name does not   | in Delivered 4711; in Delivered 4712:Bob | remote[4711]
@@ -66,6 +67,8 @@ bluetoothDeviceID | in Delivered 4712; in Delivered 4711             | remote[47
 
 TEST(PartyRulesSip, FollowTheCallStepByStep) {
     for (const auto& row : journaltest::table(3, R"(
+sent here: who sent it is called, connected and redirecting | in Delivered 4711:Ann 600:Sales
++   | called+connected+redirecting[600 Sales] remote[4711 Ann]
 sent here without names: known names stay, the redirecting one does not | in Delivered 4711:Ann 600:Sales; in Established 4711 601
 +   | called+connected[601 Sales] remote[4711 Ann] redirecting[601]
 sent here by another: a known caller stays | in Delivered 4711:Ann 600; in Established 4713:Cyd 600
@@ -76,16 +79,21 @@ forwarded: the reported party becomes remote | out Delivered 4711:Ann; out Forwa
 +   | called[4711 Ann] remote[4713 Cyd] connected[4712 Bob]
 forwarded without names: the names stay | out Delivered 4711:Ann; out Established 4711:Ann; out Forwarded 4713 4712
 +   | dialled[4711] called[4711 Ann] remote[4713 Ann] connected[4712 Ann]
+forwarded to the remote party itself | out Delivered 4711:Ann; out Forwarded 4713:Cyd 4711:A.S.
++   | called+remote[4711 Ann] connected[4711 A.S.]
 failed goes the same way | out Delivered 4711:Ann; out Failed 4713:Cyd 4712 | called[4711 Ann] remote[4713 Cyd] connected[4712]
 forwarded to an unknown party | out Originated 4711; out Forwarded 4712:Bob | dialled[4711] called+remote[4712 Bob]
 dialling again is as any other event | out Originated 4711; out Originated 4712:Bob | dialled[4711] called+remote[4712 Bob]
 another party while both are the same | out Delivered 4711:Ann; out Delivered 4712:Bob | called+remote[4711 Ann]
 a changed name of the same party | out Delivered 4711:Ann; out Delivered 4711:A.S. | called+remote[4711 A.S.]
+the same party without a name, no party | out Delivered 4711:Ann; out Delivered 4711; out Cleared | called+remote[4711 Ann]
 called and remote differ: replaced | in Delivered 4711:Ann 600; in Delivered 4713:Cyd
 +   | called+remote[4713 Cyd] connected+redirecting[600]
 called and remote differ: the remote party again | in Delivered 4711:Ann 600:Sales; in Delivered 4711:Ann
 +   | called+remote[4711 Ann] connected+redirecting[600 Sales]
+called and remote differ: no parties | in Delivered 4711:Ann 600; in Cleared | called+connected+redirecting[600] remote[4711 Ann]
 no parties leave an anonymous name | in Delivered :Anonymous 600; in Cleared | called+connected+redirecting[600] remote[ Anonymous]
+answered: connected and dialled | out Delivered 4711:Ann; out Established 4711:Ann | dialled[4711] called+remote+connected[4711 Ann]
 answered without a party | out Originated 4711; out Delivered 4711:Ann; out Established | called+remote[4711 Ann] connected[4711]
 answered again by another | out Delivered 4711:Ann; out Established 4711:Ann; out Established 4712:Bob
 +   | dialled[4712] called+remote[4711 Ann] connected[4712 Bob]
@@ -98,6 +106,7 @@ answered on Bluetooth: what was dialled stays | out Originated bluetoothDeviceID
 a Bluetooth call keeps its called party | in Delivered 4711:Ann bluetoothDeviceID; in Delivered 4712:Bob
 +   | called+connected+redirecting[bluetoothDeviceID] remote[4712 Bob]
 an application's call is known by its mark | in Delivered 4711:CTI_Assisted | called[4711 CTI Assisted] remote[4711] cti
+which is no name | in Delivered 4711:CTI_assisted | called+remote[4711 CTI assisted]
 )")) {
         EXPECT_EQ(partiesAfter(row[1], true), row[2]) << row[0];
     }

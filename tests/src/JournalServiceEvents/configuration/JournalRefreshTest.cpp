@@ -56,8 +56,8 @@ everything | Norlith Qorvex | enabled | false |
     }
 }
 
-// A reset, or the stored values that are read; "fails" where they cannot be read | phone | on before | on after |
-// published | stored, for a reset after the lists that are emptied
+// A reset, or the stored values that are read; "fails" where they cannot be read | phone | on before |
+// on after | published | stored, for a reset after the lists that are emptied
 TEST(JournalRefresh, RestoresDefaultsOnASipPhoneByAResetOrByAFailedRead) {
     for (const auto& row : table(6, R"(
 reset | Norlith SIP    | enabled missed | enabled missed | |

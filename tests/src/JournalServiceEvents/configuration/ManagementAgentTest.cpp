@@ -24,17 +24,26 @@ ManageableData recordOf(const std::string& text) {
 // refused | stored in the settings record.
 TEST(SetData, AcceptsAndRefusesKeyByKey) {
     for (const auto& row : table(6, R"(
+enabled missed        | | yes | enabled missed | |
 enabled missed        | call-log-enabled=false | yes | missed | | set call-log-enabled=false
 missed                | call-log-enabled=1 | yes | enabled missed | | set call-log-enabled=1
 enabled missed        | call-log-enabled=true | no | enabled missed
 +   | call-log-enabled: 10 call-log-enabled value is not changed | set call-log-enabled=true
 enabled missed        | call-log-enabled=on | no | enabled missed | |
+missed                | call-log-enabled=on | no | missed
++   | call-log-enabled: 10 call-log-enabled value is not changed |
 enabled               | missed-logging=0 | yes | enabled missed | | set missed-logging=true
 enabled missed        | missed-logging=1 | yes | enabled | | set missed-logging=false
 enabled missed        | missed-logging=2 | no | enabled missed | missed-logging: 4 Data invalid for missed-logging |
+enabled missed        | delete-missed-when-called=1 | yes | enabled missed delete |
++   | set delete-missed-when-called=true
 enabled missed delete | delete-missed-when-called=true | yes | enabled missed | | set delete-missed-when-called=false
+enabled missed        | volume=3, missed-logging=1 | yes | enabled
++   | volume: 4 Data invalid (volume) for JournalService | set missed-logging=false
 enabled missed        | missed-logging=1, volume=3 | no | enabled
 +   | volume: 4 Data invalid (volume) for JournalService | set missed-logging=false
+enabled missed        | volume=3, clear-calllog=no | no | enabled missed
++   | volume: 4 Data invalid (volume) for JournalService |
 fails enabled missed  | missed-logging=1, call-log-enabled=false | no | enabled missed |
 +   | set missed-logging=false; set call-log-enabled=false
 )")) {
@@ -77,6 +86,32 @@ clear-calllog=true     | RingCentral | m1 c1
     }
 }
 
+// Settings that are on | keys | result | values.
+TEST(GetData, ReturnsValuesUntilAKeyIsNotTheJournals) {
+    for (const auto& row : table(4, R"(
+enabled missed delete | call-log-enabled missed-logging delete-missed-when-called clear-calllog | yes
++   | call-log-enabled=true; missed-logging=0; delete-missed-when-called=1; clear-calllog=false
+                      | call-log-enabled missed-logging delete-missed-when-called clear-calllog | yes
++   | call-log-enabled=false; missed-logging=1; delete-missed-when-called=0; clear-calllog=false
+enabled missed        | missed-logging volume clear-calllog | no | missed-logging=0
+)")) {
+        ConfigurationFixture fixture;
+        fixture.setOwn(row[0]);
+        ManageableData data;
+        for (const std::string& key : split(row[1], ' ')) {
+            data.setRootId(key, nullptr);
+        }
+        EXPECT_EQ(fixture.getData(data), row[2] == "yes") << row[1];
+        Texts given;
+        for (const std::string& key : data.getRootIds()) {
+            if (const DataNode* node = data.interogate(key)) {
+                given.push_back(key + "=" + node->getValue());
+            }
+        }
+        EXPECT_EQ(joined(given), row[3]);
+    }
+}
+
 TEST(JournalPolicy, AcceptsEventsWhileNoOtherJournalOwnsTheCallLog) {
     ConfigurationFixture fixture;
     EXPECT_TRUE(fixture.policy.handleCSTAEvent()) << "there are no such services yet";
@@ -90,6 +125,7 @@ userIsUc                                 | open
 allowed                                  | open
 ringCentral                              | shut
 pallaxRuns                               | shut
+ucRuns userIsUc allowed ringCentral pallaxRuns | shut
 )")) {
         const auto is = [&row](const char* word) { return row[0].find(word) != std::string::npos; };
         fixture.uc.running = is("ucRuns");
@@ -101,6 +137,17 @@ pallaxRuns                               | shut
         });
         EXPECT_EQ(fixture.policy.handleCSTAEvent(), row[1] == "open") << row[0];
     }
+}
+
+TEST(JournalPolicy, LooksForEachServiceUntilOneOfItsInterfaceIsFound) {
+    ConfigurationFixture fixture;
+    fixture.uc.running = true;
+    fixture.context.addService("UCServiceIfc", &fixture.pallax);
+    EXPECT_TRUE(fixture.policy.handleCSTAEvent()) << "a service of another interface counts as missing";
+    fixture.context.addService("UCServiceIfc", &fixture.uc);
+    EXPECT_FALSE(fixture.policy.handleCSTAEvent());
+    fixture.context.addService("UCServiceIfc", nullptr);
+    EXPECT_FALSE(fixture.policy.handleCSTAEvent()) << "it is not looked for again";
 }
 
 }  // namespace
