@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <deque>
-#include <optional>
+#include <memory>
 #include <set>
 #include <string>
 #include <tuple>
@@ -132,6 +132,11 @@ public:
     }
 
 private:
+    /// Releases the lock of a list. A `CriticalSection` in an optional would do, but g++ 12 warns of it.
+    struct Signal {
+        void operator()(Semaphore* lock) const noexcept { lock->signal(); }
+    };
+
     void ensureLoaded();
     template <typename Item>
     [[nodiscard]] JournalList<Item>& list() noexcept {
@@ -146,14 +151,15 @@ private:
     const CriticalSection<NestableSemaphore> m_change;
     const CallLogRequests::Batch m_batch;
     /// Holds the lock of the open list.
-    std::optional<CriticalSection<Semaphore>> m_openList;
+    std::unique_ptr<Semaphore, Signal> m_openList;
 };
 
 template <typename Item>
 std::deque<Item>& ListTransaction::open() {
     JournalList<Item>& opened = list<Item>();
     close();
-    m_openList.emplace(opened.m_lock);
+    opened.m_lock.wait();
+    m_openList.reset(&opened.m_lock);
     return opened.m_items;
 }
 
