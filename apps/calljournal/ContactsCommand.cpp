@@ -34,17 +34,17 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kPageSize = 1000;
+constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
 
 /// Passes the contacts of a running server that contain `search` (empty: all) to `visitor`, in the order of
 /// their names, at most `limit`. Returns the number of contacts found. Throws `RemoteError` when the server
 /// fails.
-std::size_t visitContacts(host::RemoteClient& client, const std::string& search,
-                          std::optional<std::size_t> limit,
+std::size_t visitContacts(host::RemoteClient& client, const std::string& search, std::size_t limit,
                           const std::function<void(const Contact&)>& visitor) {
     journalxml::PhonebookRequest request;
     request.search = search;
     for (;;) {
-        request.limit = std::min(kPageSize, limit.value_or(request.offset + kPageSize) - request.offset);
+        request.limit = std::min(kPageSize, limit - request.offset);
         const auto page =
             journalxml::parsePhonebookPage(client.call(journalxml::buildPhonebookRead(request)));
         if (!page) {
@@ -54,7 +54,7 @@ std::size_t visitContacts(host::RemoteClient& client, const std::string& search,
             visitor(contact);
         }
         request.offset += page->contacts.size();
-        if (page->contacts.empty() || request.offset >= std::min(page->total, limit.value_or(page->total))) {
+        if (page->contacts.empty() || request.offset >= std::min(page->total, limit)) {
             return page->total;
         }
     }
@@ -211,7 +211,7 @@ private:
     int list(host::RemoteClient& client) const {
         Json contacts = Json::array();
         std::vector<TableRow> rows;
-        const std::optional<std::size_t> limit = m_limit > 0 ? std::optional(m_limit) : std::nullopt;
+        const std::size_t limit = m_limit > 0 ? m_limit : kNoLimit;
         const std::size_t total = visitContacts(client, m_search, limit, [&](const Contact& contact) {
             if (m_json) {
                 contacts.push_back(host::itemJson(contact));
@@ -240,7 +240,7 @@ private:
         const host::ContactFormat format =
             m_format == "csv" ? host::ContactFormat::eCsv : host::ContactFormat::eVCard;
         std::cout << host::contactFileHead(format);
-        visitContacts(client, {}, std::nullopt, [format](const Contact& contact) {
+        visitContacts(client, {}, kNoLimit, [format](const Contact& contact) {
             std::cout << host::contactFileEntry(format, contact);
         });
         return statusOfOutput();
