@@ -12,21 +12,20 @@
 
 namespace {
 
-constexpr LogOrigin originAt(int line) {
-    return {.component = "Journal Service", .sourceFile = "./src/JournalService", .line = line};
-}
+constexpr LogOrigin kLogOrigin{
+    .component = "Journal Service", .sourceFile = "./src/JournalService", .line = __LINE__};
 
 /// For operations without a result: a platform service that throws costs one event or one call, not the
 /// process.
 template <typename Work>
 void runLogged(const char* operation, Work work) noexcept {
-    logExceptions(originAt(__LINE__), operation, work);
+    logExceptions(kLogOrigin, operation, work);
 }
 
 /// For operations with a result: one that throws returns false, 0 or an empty value.
 template <typename Work>
 auto resultLogged(const char* operation, Work work) noexcept {
-    return logExceptionsOr(originAt(__LINE__), operation, decltype(work()){}, work);
+    return logExceptionsOr(kLogOrigin, operation, decltype(work()){}, work);
 }
 
 }  // namespace
@@ -289,82 +288,6 @@ void JournalService::deliverEvent(CSTAEvent* event) {
     LOG_EVENTS(5, "deliverEvent[%s]", *type == '*' ? type + 1 : type);
     runLogged("deliverEvent", [this, event] { event->dispatch(*this); });
     m_components->blindTransfer.eventDelivered(event->getType());
-}
-
-// --- CSTAEventObserverBase ---
-
-void JournalService::handleCSTAOriginatedEvent(CSTAOriginatedEvent* event) {
-    m_components->callControlEvents.handleCSTAOriginatedEvent(event);
-}
-
-void JournalService::handleCSTAOfferedEvent(CSTAOfferedEvent* event) {
-    m_components->callControlEvents.handleCSTAOfferedEvent(event);
-}
-
-void JournalService::handleCSTAQueuedEvent(CSTAQueuedEvent* event) {
-    m_components->callControlEvents.handleCSTAQueuedEvent(event);
-}
-
-void JournalService::handleCSTADeliveredEvent(CSTADeliveredEvent* event) {
-    m_components->callControlEvents.handleCSTADeliveredEvent(event);
-}
-
-void JournalService::handleCSTADivertedEvent(CSTADivertedEvent* event) {
-    m_components->callControlEvents.handleCSTADivertedEvent(event);
-}
-
-void JournalService::handleCSTAEstablishedEvent(CSTAEstablishedEvent* event) {
-    m_components->callControlEvents.handleCSTAEstablishedEvent(event);
-}
-
-void JournalService::handleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event) {
-    m_components->connectionCleared.handleCSTAConnectionClearedEvent(event);
-}
-
-void JournalService::handleCSTAFailedEvent(CSTAFailedEvent* event) {
-    m_components->callControlEvents.handleCSTAFailedEvent(event);
-}
-
-void JournalService::handleCSTAHookswitchEvent(CSTAHookswitchEvent* /*event*/) {}
-
-void JournalService::handleCSTAConferencedEvent(CSTAConferencedEvent* event) {
-    m_components->conferenceEvents.handleCSTAConferencedEvent(event);
-}
-
-void JournalService::handleCSTACallInformationEvent(CSTACallInformationEvent* event) {
-    m_components->callInformationEvents.handleCSTACallInformationEvent(event);
-}
-
-void JournalService::handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) {
-    m_components->systemStatusEvents.handleCSTASystemStatusEvent(event);
-}
-
-void JournalService::handleCSTAPrivateEvent(CSTAPrivateEvent* event) {
-    m_components->privateEvents.handleCSTAPrivateEvent(event);
-}
-
-void JournalService::handleCSTATransferredEvent(CSTATransferredEvent* event) {
-    m_components->transferredEvents.handleCSTATransferredEvent(event);
-}
-
-void JournalService::handleCSTACallBackEvent(CSTACallBackEvent* event) {
-    m_components->callBackEvents.handleCSTACallBackEvent(event);
-}
-
-void JournalService::handleCSTASwitchingFunctionDevices(CSTASwitchingFunctionDevices* event) {
-    m_components->lineDeviceEvents.handleCSTASwitchingFunctionDevices(event);
-}
-
-void JournalService::handleCSTAConferenceMembershipEvent(CSTAConferenceMembershipEvent* event) {
-    m_components->conferenceEvents.handleCSTAConferenceMembershipEvent(event);
-}
-
-void JournalService::handleCSTAHeldEvent(CSTAHeldEvent* event) {
-    m_components->blindTransfer.handleCSTAHeldEvent(*event);
-}
-
-void JournalService::handleCSTARetrievedEvent(CSTARetrievedEvent* event) {
-    m_components->callControlEvents.handleCSTARetrievedEvent(event);
 }
 
 // --- MgmtAgentIfc ---

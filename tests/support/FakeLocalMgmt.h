@@ -28,7 +28,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_values.erase(key);
     }
-    /// Sets a value and tells the agents that observe the key.
+    /// Sets a value and notifies the agents that observe the key.
     void change(const std::string& key, const std::string& value) {
         set(key, value);
         std::unique_lock lock(m_mutex);

@@ -28,7 +28,7 @@ namespace journaltest {
 /// The journal's lists with all that they need, between a database, a switch and one observer that are fakes.
 ///
 /// The observer reads all lists inside each callback and so does the switch inside each call-log request: an
-/// operation that holds a list's lock while it tells either of them hangs, and the test fails by its time
+/// operation that holds a list's lock while it notifies either of them hangs, and the test fails by its time
 /// limit. The captured log is empty once the fixture stands. Tests use it from one thread unless they say
 /// otherwise.
 class ListsFixture {
