@@ -8,28 +8,21 @@ namespace journal {
 
 namespace {
 
-/// The operations' names in the log; the third one is written so.
+/// The names of the operations in the log.
+struct LogNames {
+    const char* get;
+    const char* getList;
+};
 template <typename Item>
-constexpr const char* kGetOperation = nullptr;
+constexpr LogNames kLogNames{};
 template <>
-constexpr const char* kGetOperation<MissedCallItem> = "getMissedCall";
+constexpr LogNames kLogNames<MissedCallItem>{.get = "getMissedCall", .getList = "getMissedCallList"};
 template <>
-constexpr const char* kGetOperation<DialledCallItem> = "getDialledCall";
+constexpr LogNames kLogNames<DialledCallItem>{.get = "getDialledCall", .getList = "getDialledCallList"};
+template <>  // "getReceivedall" is written so
+constexpr LogNames kLogNames<ReceivedCallItem>{.get = "getReceivedall", .getList = "getReceivedCallList"};
 template <>
-constexpr const char* kGetOperation<ReceivedCallItem> = "getReceivedall";
-template <>
-constexpr const char* kGetOperation<ForwardedCallItem> = "getForwardedCall";
-
-template <typename Item>
-constexpr const char* kGetListOperation = nullptr;
-template <>
-constexpr const char* kGetListOperation<MissedCallItem> = "getMissedCallList";
-template <>
-constexpr const char* kGetListOperation<DialledCallItem> = "getDialledCallList";
-template <>
-constexpr const char* kGetListOperation<ReceivedCallItem> = "getReceivedCallList";
-template <>
-constexpr const char* kGetListOperation<ForwardedCallItem> = "getForwardedCallList";
+constexpr LogNames kLogNames<ForwardedCallItem>{.get = "getForwardedCall", .getList = "getForwardedCallList"};
 
 // An entry without a number belongs to no contact.
 bool isNumberOf(const Contact& contact, const std::string& number) {
@@ -63,7 +56,7 @@ void addRecordsOf(const Contact& contact, JournalLists& lists, const char* type,
 template <typename Item>
 void ListQueries::copyCalls(std::deque<Item>& list) {
     list = *m_lists.read<Item>();
-    LOG_JOURNAL(6, "%s[%d]", kGetListOperation<Item>, static_cast<int>(list.size()));
+    LOG_JOURNAL(6, "%s[%d]", kLogNames<Item>.getList, static_cast<int>(list.size()));
 }
 
 template void ListQueries::copyCalls(std::deque<MissedCallItem>& list);
@@ -87,7 +80,7 @@ bool ListQueries::find(const std::string& entryId, Item& item) {
             item = *found;
         }
     }
-    LOG_JOURNAL(5, "JournalService::%s: entry %s entryId = %s", kGetOperation<Item>,
+    LOG_JOURNAL(5, "JournalService::%s: entry %s entryId = %s", kLogNames<Item>.get,
                 isFound ? "found" : "not found", entryId.c_str());
     return isFound;
 }

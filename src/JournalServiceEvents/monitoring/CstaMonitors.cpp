@@ -88,6 +88,28 @@ Response* CstaMonitors::send(CSTARequest& request, const char* operation, const 
     return response;
 }
 
+bool CstaMonitors::start(OwnMonitor& monitor, CSTAMonitorStartRequest& request, const char* logName) {
+    const auto* response = send<CSTAMonitorStartResponse>(request, logName, kReturnedError);
+    if (response == nullptr) {
+        return false;
+    }
+    store(monitor.crossRef, response->GetMonitorCrossRefID());
+    monitor.started = true;
+    return true;
+}
+
+bool CstaMonitors::stop(OwnMonitor& monitor, const char* logName) {
+    CSTAMonitorStopRequest request;
+    request.setMonitorCrossRefID(monitor.crossRef.data());
+    if (send<CSTAMonitorStopResponse>(request, logName, kReturnedError) == nullptr) {
+        return false;
+    }
+    LOG_EVENTS(5, "%s():OK", logName);
+    store(monitor.crossRef, {});
+    monitor.started = false;
+    return true;
+}
+
 void CstaMonitors::start() {
     if (!m_settings.values()->isSip()) {
         startQorvexEvents();
@@ -116,28 +138,17 @@ bool CstaMonitors::startQorvexEvents() {
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(CSTADevice::kLocalDevice);
     request.setRequestedMonitorFilter(ownLineFilter());
-    const auto* response = send<CSTAMonitorStartResponse>(request, kLogName, kReturnedError);
-    if (response == nullptr) {
+    if (!start(m_qorvex, request, kLogName)) {
         return false;
     }
-    store(m_qorvexCrossRef, response->GetMonitorCrossRefID());
-    m_qorvexEventsStarted = true;
-    LOG_EVENTS(5, "%s():OK registered monitor cross filter [%s]", kLogName, m_qorvexCrossRef.data());
+    LOG_EVENTS(5, "%s():OK registered monitor cross filter [%s]", kLogName, m_qorvex.crossRef.data());
     return true;
 }
 
 bool CstaMonitors::stopQorvexEvents() {
     constexpr const char* kLogName = "stopQorvexEvents";
     LOG_EVENTS(5, "JournalService():stopQorvexEvents()");
-    CSTAMonitorStopRequest request;
-    request.setMonitorCrossRefID(m_qorvexCrossRef.data());
-    if (send<CSTAMonitorStopResponse>(request, kLogName, kReturnedError) == nullptr) {
-        return false;
-    }
-    LOG_EVENTS(5, "%s():OK", kLogName);
-    store(m_qorvexCrossRef, {});
-    m_qorvexEventsStarted = false;
-    return true;
+    return stop(m_qorvex, kLogName);
 }
 
 bool CstaMonitors::startMonitoringBluetoothEvents() {
@@ -146,33 +157,22 @@ bool CstaMonitors::startMonitoringBluetoothEvents() {
     CSTAMonitorStartRequest request;
     request.setCSTAEventIfc(&m_receiver);
     request.setDeviceObject(communicationsServiceTexts::content_bluetoothDeviceId);
-    const auto* response = send<CSTAMonitorStartResponse>(request, kLogName, kReturnedError);
-    if (response == nullptr) {
+    if (!start(m_bluetooth, request, kLogName)) {
         return false;
     }
-    store(m_bluetoothCrossRef, response->GetMonitorCrossRefID());
-    m_bluetoothEventsStarted = true;
     LOG_EVENTS(5, "%s():startMonitoringBluetoothEvents: registered monitor cross filter [%s]", kLogName,
-               m_bluetoothCrossRef.data());
+               m_bluetooth.crossRef.data());
     return true;
 }
 
 bool CstaMonitors::stopMonitoringBluetoothEvents() {
     constexpr const char* kLogName = "stopMonitoringBluetoothEvents";
-    if (!m_bluetoothEventsStarted) {
+    if (!m_bluetooth.started) {
         LOG_EVENTS(5, "%s(): - monitor not started, do nothing", kLogName);
         return false;
     }
     LOG_EVENTS(5, "%s():", kLogName);
-    CSTAMonitorStopRequest request;
-    request.setMonitorCrossRefID(m_bluetoothCrossRef.data());
-    if (send<CSTAMonitorStopResponse>(request, kLogName, kReturnedError) == nullptr) {
-        return false;
-    }
-    LOG_EVENTS(5, "%s():OK", kLogName);
-    store(m_bluetoothCrossRef, {});
-    m_bluetoothEventsStarted = false;
-    return true;
+    return stop(m_bluetooth, kLogName);
 }
 
 std::string CstaMonitors::startCSTAMonitor(const std::string& device) {

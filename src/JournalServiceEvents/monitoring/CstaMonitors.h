@@ -5,6 +5,7 @@
 
 class CSTAEventIfc;
 class CSTAMonitorFilter;
+class CSTAMonitorStartRequest;
 class CSTARequest;
 class Service;
 
@@ -39,8 +40,8 @@ public:
     bool stopQorvexEvents();
     bool startMonitoringBluetoothEvents();
     bool stopMonitoringBluetoothEvents();
-    [[nodiscard]] bool qorvexEventsStarted() const noexcept { return m_qorvexEventsStarted; }
-    [[nodiscard]] bool bluetoothEventsStarted() const noexcept { return m_bluetoothEventsStarted; }
+    [[nodiscard]] bool qorvexEventsStarted() const noexcept { return m_qorvex.started; }
+    [[nodiscard]] bool bluetoothEventsStarted() const noexcept { return m_bluetooth.started; }
 
     /// The result of `startCSTAMonitor` for a monitor that could not be started.
     static constexpr const char* kNoMonitor = "ERROR";
@@ -55,6 +56,10 @@ public:
 private:
     /// At most 19 characters, as the CSTA service guarantees, and the terminator.
     using CrossRef = std::array<char, 20>;
+    struct OwnMonitor {
+        CrossRef crossRef{};
+        bool started = false;
+    };
 
     /// Sets the source and sends. Returns true if the response code is 0. Without a CSTA service it sends no
     /// request and returns true.
@@ -64,16 +69,19 @@ private:
     template <typename Response>
     [[nodiscard]] Response* send(CSTARequest& request, const char* operation, const char* failure) const;
     static void store(CrossRef& buffer, const std::string& crossRef);
+    /// Sends the request; a monitor that was started has its cross reference stored. Returns false, with a log
+    /// text, if it was not started.
+    bool start(OwnMonitor& monitor, CSTAMonitorStartRequest& request, const char* logName);
+    /// Stops the monitor and clears its cross reference. Returns false, with a log text, if it still runs.
+    bool stop(OwnMonitor& monitor, const char* logName);
 
     const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
     Service* const m_source;
     CSTAEventIfc& m_receiver;
 
-    CrossRef m_qorvexCrossRef{};
-    CrossRef m_bluetoothCrossRef{};
-    bool m_qorvexEventsStarted = false;
-    bool m_bluetoothEventsStarted = false;
+    OwnMonitor m_qorvex;
+    OwnMonitor m_bluetooth;
 };
 
 }  // namespace journal
