@@ -69,8 +69,7 @@ private:
     template <typename Response>
     [[nodiscard]] Response* send(CSTARequest& request, const char* operation, const char* failure) const;
     static void store(CrossRef& buffer, const std::string& crossRef);
-    /// Sends the request; a monitor that was started has its cross reference stored. Returns false, with a log
-    /// text, if it was not started.
+    /// Starts the monitor and stores its cross reference. Returns false, with a log text, if that failed.
     bool start(OwnMonitor& monitor, CSTAMonitorStartRequest& request, const char* logName);
     /// Stops the monitor and clears its cross reference. Returns false, with a log text, if it still runs.
     bool stop(OwnMonitor& monitor, const char* logName);
