@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "platform/csta/CSTADevice.h"
@@ -13,9 +12,9 @@ namespace host {
 enum class PhoneRole {
     /// It rings here.
     eRinging,
-    /// Placed here and not answered yet.
+    /// Placed here and not established yet.
     eCalling,
-    /// Answered; the phone takes part, or holds the call.
+    /// Established: the phone takes part, or holds the call.
     eConnected,
 };
 
@@ -24,22 +23,27 @@ struct PhoneCall {
     using Time = std::chrono::system_clock::time_point;
 
     std::string callId;
-    /// The device whose monitor reported the call: the own device, a shared line, the Bluetooth telephone.
+    /// The device whose monitor reports the call: the own device, a shared line, the Bluetooth telephone.
     std::string device;
     PhoneRole role = PhoneRole::eRinging;
     /// True if the call was placed here.
     bool outgoing = false;
     bool conference = false;
+    /// Another party has transferred the call, so its events may name a new partner.
+    bool transferred = false;
+    /// Another phone has established the call while it rang here.
+    bool elsewhere = false;
 
     /// The phone's own number is `CSTADevice::kLocalDevice`.
     CSTADevice calling;
     CSTADevice called;
     CSTADevice redirecting;
-    /// The party that answered, or that the phone was connected with by a transfer; empty if not known.
+    /// The party at the far end of an established call; empty if it is not known.
     CSTADevice partner;
 
     Time firstEvent{};
-    std::optional<Time> answer;
+    /// The time since which the call is established here.
+    std::optional<Time> established;
     Time lastEvent{};
 };
 
