@@ -11,10 +11,9 @@
 /// database: they are loaded when newer entries are deleted, and an entry whose party calls again is found
 /// and merged (`journal::UnloadedEntries`).
 ///
-/// Threads: `loadCallListsFromDb` is thread-safe. It is one change of the lists, so that no concurrent entry
-/// or deletion is lost. The other operations are steps of a load; call them from the loading thread only. No
-/// list is locked while a request runs or a response is parsed; each list is locked only while it is emptied
-/// or filled.
+/// Thread-safe. A load is one change of the lists, so that no concurrent entry or deletion is lost. It
+/// prepares the new contents aside and swaps them in at the end: no list is locked while a request runs or a
+/// response is parsed, and no reader sees a list empty or half filled because of a load.
 class JournalServiceQorvexTel : public JournalServiceQorvex {
 public:
     explicit JournalServiceQorvexTel(ObserverNotifierIfc* notifier) : JournalServiceQorvex(notifier) {}
@@ -41,8 +40,4 @@ public:
     /// Appends the items of the response to the lists and normalises the lists. Returns the number of items
     /// in the four lists before normalisation, which drops items without occurrences.
     unsigned processReadResponse(const std::string& response);
-
-private:
-    /// The last response was parsed to its end. Guarded by the change lock of the lists.
-    bool m_wholeResponse = true;
 };

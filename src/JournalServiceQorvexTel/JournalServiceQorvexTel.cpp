@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <deque>
+#include <tuple>
 #include <vector>
 
 #include "platform/client-utils/ClientUtils.h"
@@ -26,25 +27,83 @@ constexpr const char* kResultColumns = "CALL_LOG.* PHONE_BOOK.*";
 /// The limit of both requests of a load together, in rows.
 constexpr unsigned kRowBudget = 200;
 
-template <typename Item>
-void clearList(JournalLists& lists) {
-    ListTransaction(lists).open<Item>().clear();
-}
+/// The contents of the four call lists and of the contact list while they are prepared. No other thread sees
+/// them before `swapInto`.
+class PreparedLists {
+public:
+    /// Copies the contents of the lists.
+    void copyFrom(JournalLists& lists) {
+        copyList<MissedCallItem>(lists);
+        copyList<DialledCallItem>(lists);
+        copyList<ReceivedCallItem>(lists);
+        copyList<ForwardedCallItem>(lists);
+        lists.contacts().getContactList(m_contacts);
+    }
+    /// Appends the items of the response and normalises the lists. Returns the number of items in the four
+    /// lists before normalisation.
+    unsigned add(const std::string& response, journal::JournalComponents& components) {
+        std::deque<MissedCallItem> missed;
+        std::deque<DialledCallItem> dialled;
+        std::deque<ReceivedCallItem> received;
+        std::deque<ForwardedCallItem> forwarded;
+        std::vector<Contact> contacts;
+        m_isWhole =
+            JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
+        journal::ListLoader& loader = components.loader;
+        unsigned count = append(missed, "missed");
+        components.adapter.normalizeMissedCallList(items<MissedCallItem>());
+        count += append(dialled, "dialled");
+        loader.normalizeDialledCallList(items<DialledCallItem>());
+        count += append(received, "received");
+        loader.normalizeReceivedCallList(items<ReceivedCallItem>());
+        count += append(forwarded, "forwarded");
+        loader.normalizeForwardedCallList(items<ForwardedCallItem>());
+        LOG_LOADING(6, "Found %d contact(s)\n", static_cast<int>(contacts.size()));
+        m_contacts.insert(m_contacts.end(), contacts.begin(), contacts.end());
+        LOG_LOADING(6, "total contact(s) [%d]\n", static_cast<int>(m_contacts.size()));
+        LOG_LOADING(4, "processReadResponse: processed %d call(s)\n", static_cast<int>(count));
+        return count;
+    }
+    /// False if the last response could not be parsed to its end.
+    [[nodiscard]] bool isWhole() const noexcept { return m_isWhole; }
+    /// Replaces the contents of the lists, each under its own lock.
+    void swapInto(JournalLists& lists) {
+        swapList<MissedCallItem>(lists);
+        swapList<DialledCallItem>(lists);
+        swapList<ReceivedCallItem>(lists);
+        swapList<ForwardedCallItem>(lists);
+        lists.contacts().swap(m_contacts);
+    }
 
-/// Appends the items to their list and normalises the list. Returns the size of the list before
-/// normalisation.
-template <typename Item, typename Normalize>
-unsigned addToList(JournalLists& lists, const std::deque<Item>& found, const char* word,
-                   Normalize normalize) {
-    ListTransaction transaction(lists);
-    auto& items = transaction.open<Item>();
-    LOG_LOADING(6, "Found %d %s call(s)\n", static_cast<int>(found.size()), word);
-    items.insert(items.end(), found.begin(), found.end());
-    const auto total = static_cast<unsigned>(items.size());
-    LOG_LOADING(6, "total %s call(s) [%d]\n", word, static_cast<int>(total));
-    normalize(items);
-    return total;
-}
+private:
+    template <typename Item>
+    std::deque<Item>& items() {
+        return std::get<std::deque<Item>>(m_lists);
+    }
+    template <typename Item>
+    void copyList(JournalLists& lists) {
+        items<Item>() = *lists.read<Item>();
+    }
+    template <typename Item>
+    void swapList(JournalLists& lists) {
+        ListTransaction(lists).open<Item>().swap(items<Item>());
+    }
+    /// Returns the size of the list.
+    template <typename Item>
+    unsigned append(const std::deque<Item>& found, const char* word) {
+        LOG_LOADING(6, "Found %d %s call(s)\n", static_cast<int>(found.size()), word);
+        items<Item>().insert(items<Item>().end(), found.begin(), found.end());
+        const auto total = static_cast<unsigned>(items<Item>().size());
+        LOG_LOADING(6, "total %s call(s) [%d]\n", word, static_cast<int>(total));
+        return total;
+    }
+
+    std::tuple<std::deque<MissedCallItem>, std::deque<DialledCallItem>, std::deque<ReceivedCallItem>,
+               std::deque<ForwardedCallItem>>
+        m_lists;
+    std::vector<Contact> m_contacts;
+    bool m_isWhole = true;
+};
 
 }  // namespace
 
@@ -83,61 +142,39 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
     std::string response = loadCallLists(Helper::CONVERSATIONS_SCHEMA, budget);
     LOG_LOADING(5, "response from read all:%s\n", response.c_str());
     const bool callsRead = ifNotReadFailure(response);
+    PreparedLists prepared;
     bool whole = true;
     if (callsRead) {
-        clearPreviousCachedData();
-        count = processReadResponse(response);
-        whole = m_wholeResponse;
+        count = prepared.add(response, components());
+        whole = prepared.isWhole();
         inLists = count;
         budget -= std::min(count, budget);
+    } else {
+        prepared.copyFrom(components().lists);
     }
     if (budget > 0) {
         response = loadCallLists(Helper::CALLLOGPHONEBOOK_SCHEMA, budget);
         LOG_LOADING(5, "response from read all:%s\n", response.c_str());
         if (ifNotReadFailure(response)) {
             // Counts whole lists, so the items of the first response are counted again.
-            inLists = processReadResponse(response);
+            inLists = prepared.add(response, components());
             count += inLists;
         }
     }
+    prepared.swapInto(components().lists);
     LOG_LOADING(5, "Found %d call(s) in total\n", static_cast<int>(count));
     transaction.setLoaded(!callsRead || !whole || inLists >= kRowBudget);
 }
 
 void JournalServiceQorvexTel::clearPreviousCachedData() const {
-    JournalLists& lists = components().lists;
-    clearList<MissedCallItem>(lists);
-    clearList<DialledCallItem>(lists);
-    clearList<ReceivedCallItem>(lists);
-    clearList<ForwardedCallItem>(lists);
-    lists.contacts().clear();
+    PreparedLists().swapInto(components().lists);
 }
 
 unsigned JournalServiceQorvexTel::processReadResponse(const std::string& response) {
-    std::deque<MissedCallItem> missed;
-    std::deque<DialledCallItem> dialled;
-    std::deque<ReceivedCallItem> received;
-    std::deque<ForwardedCallItem> forwarded;
-    std::vector<Contact> contacts;
-    m_wholeResponse =
-        JournalServiceHelper::parseXMLdata(response, missed, dialled, received, forwarded, contacts);
-
-    JournalLists& lists = components().lists;
-    unsigned count = addToList(lists, missed, "missed", [this](std::deque<MissedCallItem>& items) {
-        components().adapter.normalizeMissedCallList(items);
-    });
-    count += addToList(lists, dialled, "dialled", [this](std::deque<DialledCallItem>& items) {
-        components().loader.normalizeDialledCallList(items);
-    });
-    count += addToList(lists, received, "received", [this](std::deque<ReceivedCallItem>& items) {
-        components().loader.normalizeReceivedCallList(items);
-    });
-    count += addToList(lists, forwarded, "forwarded", [this](std::deque<ForwardedCallItem>& items) {
-        components().loader.normalizeForwardedCallList(items);
-    });
-    LOG_LOADING(6, "Found %d contact(s)\n", static_cast<int>(contacts.size()));
-    const std::size_t known = lists.contacts().add(contacts);
-    LOG_LOADING(6, "total contact(s) [%d]\n", static_cast<int>(known));
-    LOG_LOADING(4, "processReadResponse: processed %d call(s)\n", static_cast<int>(count));
+    const ListTransaction transaction(components().lists);
+    PreparedLists prepared;
+    prepared.copyFrom(components().lists);
+    const unsigned count = prepared.add(response, components());
+    prepared.swapInto(components().lists);
     return count;
 }

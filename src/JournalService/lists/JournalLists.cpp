@@ -13,10 +13,9 @@ void JournalContacts::getContactList(std::vector<Contact>& contacts) {
     LOG_JOURNAL(6, "getContactList[%d]", static_cast<int>(contacts.size()));
 }
 
-std::size_t JournalContacts::add(const std::vector<Contact>& contacts) {
+void JournalContacts::swap(std::vector<Contact>& contacts) {
     const CriticalSection<Semaphore> section(m_contactLock);
-    m_contacts.insert(m_contacts.end(), contacts.begin(), contacts.end());
-    return m_contacts.size();
+    m_contacts.swap(contacts);
 }
 
 void JournalContacts::clear() {

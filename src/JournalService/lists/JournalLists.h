@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <deque>
 #include <tuple>
 #include <vector>
@@ -24,8 +23,7 @@ class ListSourceIfc;
 class JournalContacts {
 public:
     void getContactList(std::vector<Contact>& contacts);
-    /// Returns the number of contacts after the addition.
-    std::size_t add(const std::vector<Contact>& contacts);
+    void swap(std::vector<Contact>& contacts);
     void clear();
 
 private:

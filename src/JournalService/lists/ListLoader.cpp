@@ -99,25 +99,32 @@ void ListLoader::readForwardedCallList() {
 void ListLoader::readCallBackList() {
     const std::string response = m_adapter.processRequest(JournalServiceHelper::readCallBackList());
     if (response != Helper::FAILED) {
-        ListTransaction transaction(m_lists);
-        auto& items = transaction.open<CallBackItem>();
-        items.clear();
+        std::deque<CallBackItem> items;
         ListXml<CallBackItem>::kParse(response, items);
+        replaceList(std::move(items));
     }
 }
 
-void ListLoader::processMissedCallDbXml(const std::string& xml) {
+template <typename Item>
+void ListLoader::replaceList(std::deque<Item> items) {
     ListTransaction transaction(m_lists);
-    m_adapter.processMissedCallDbXml(xml, transaction.open<MissedCallItem>());
+    transaction.open<Item>().swap(items);
+}
+
+void ListLoader::processMissedCallDbXml(const std::string& xml) {
+    const ListTransaction transaction(m_lists);
+    std::deque<MissedCallItem> items;
+    m_adapter.processMissedCallDbXml(xml, items);
+    replaceList(std::move(items));
 }
 
 template <typename Item>
 void ListLoader::populateFromXml(const std::string& xml) {
-    ListTransaction transaction(m_lists);
-    auto& items = transaction.open<Item>();
-    items.clear();
+    const ListTransaction transaction(m_lists);
+    std::deque<Item> items;
     ListXml<Item>::kParse(xml, items);
     normalize(items);
+    replaceList(std::move(items));
 }
 
 void ListLoader::processDialledCallDbXml(const std::string& xml) {

@@ -19,7 +19,8 @@ class PhoneSettings;
 /// Fills the lists from the database.
 ///
 /// Thread-safe. A load is one `ListTransaction`: no call is filed and no entry is deleted while it runs, so
-/// that it neither loses nor undoes a change. The requests run with no list lock held.
+/// that it neither loses nor undoes a change. The requests run and the responses are parsed with no list lock
+/// held; the new contents of a list are swapped in, so that no reader sees it empty or half filled.
 class ListLoader final : public ListSourceIfc {
 public:
     /// All references are borrowed and outlive this object. `loadCallLists` is the load method of the
@@ -55,8 +56,8 @@ public:
     void processReceivedCallDbXml(const std::string& xml);
     void processForwardedCallDbXml(const std::string& xml);
 
-    // Each brings a loaded list into order and deletes the items without occurrences, here and in the
-    // database. Requires: the caller has a `ListTransaction` in which the list is open.
+    // Each brings the new contents of a list into order and deletes the items without occurrences, here and
+    // in the database. Requires: the caller has a `ListTransaction`.
     void normalizeDialledCallList(std::deque<DialledCallItem>& list);
     void normalizeReceivedCallList(std::deque<ReceivedCallItem>& list);
     void normalizeForwardedCallList(std::deque<ForwardedCallItem>& list);
@@ -64,6 +65,8 @@ public:
 private:
     template <typename Process>
     void readList(const std::string& request, const char* operation, Process process);
+    template <typename Item>
+    void replaceList(std::deque<Item> items);
     template <typename Item>
     void populateFromXml(const std::string& xml);
     template <typename Item>

@@ -62,6 +62,11 @@ public:
     [[nodiscard]] const std::deque<Item>& unloaded() {
         return m_lists.m_unloadedEntries.entriesOf(list<Item>());
     }
+    /// Returns `entryId`, or the next id with the same time that no entry of any list has, loaded or not: an
+    /// entry id identifies one entry of the journal, and the call ids that it is made from may not be
+    /// numbers. An entry that is about to be merged counts, so it gets another id than it had. Loads the
+    /// lists unless they were loaded before, and releases the list that is open, if any.
+    [[nodiscard]] std::string makeUniqueEntryId(std::string entryId);
     /// Locks the list and returns its items. They are valid until the list is closed or the transaction ends.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& open();
@@ -146,6 +151,8 @@ private:
     void restore(const Matches& matches);
     template <typename Item>
     [[nodiscard]] bool retryRejectedOf();
+    template <typename Item>
+    void addEntryIds(const std::string& prefix, std::set<std::string>& entryIds);
 
     JournalLists& m_lists;
     const CriticalSection<NestableSemaphore> m_change;

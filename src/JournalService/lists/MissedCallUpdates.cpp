@@ -24,9 +24,11 @@ void MissedCallUpdates::updateMissedCall(const MissedCallItem& item) {
         LOG_JOURNAL(3, "Entry found entryId = [%s] but update can be needed!", entryId.c_str());
         return;
     }
-    missed.push_front(item);
-    // Clear the unique id: the client's copy may be out of date.
-    missed.front().setUniqueId({});
+    MissedCallItem added = item;
+    // The client's copy may be out of date: another entry may have its ids now.
+    added.setUniqueId({});
+    added.setEntryId(transaction.makeUniqueEntryId(entryId));
+    transaction.open<MissedCallItem>().push_front(std::move(added));
     transaction.write(missed.front());
     LOG_JOURNAL(5, "Entry NOT found entryId = [%s] and item has been added", entryId.c_str());
 }

@@ -13,7 +13,6 @@
 #include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/EntryId.h"
 #include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/entries/EntryDetails.h"
 #include "src/JournalServiceEvents/entries/PartyNames.h"
@@ -91,6 +90,7 @@ public:
     /// Returns true when the occurrence was filed, false when it is a duplicate. The policy may change
     /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
+        const std::string entryId = m_transaction.makeUniqueEntryId(m_clock.createEntryId(callId));
         auto& items = m_transaction.template openLoaded<Item>(m_policy.matcher(contact));
         const auto found = std::find_if(items.begin(), items.end(), m_policy.matcher(contact));
         const bool merges = found != items.end();
@@ -102,7 +102,7 @@ public:
         }
         Item item = merges ? merge(items, found, info) : create(info);
         nameItem(item, contact, merges);
-        insertAtFront(items, std::move(item), callId);
+        insertAtFront(items, std::move(item), entryId);
         report();
         m_transaction.commit([this](ObserverNotifierIfc& notifier) { m_policy.announce(notifier, m_filed); });
         return true;
@@ -139,8 +139,8 @@ private:
         }
     }
 
-    void insertAtFront(std::deque<Item>& items, Item item, const std::string& callId) {
-        item.setEntryId(makeUniqueEntryId(items, item.getEntryId(), m_clock.createEntryId(callId)));
+    void insertAtFront(std::deque<Item>& items, Item item, const std::string& entryId) {
+        item.setEntryId(entryId);
         items.push_front(std::move(item));
         m_transaction.write(items.front());
         if constexpr (Policy::kLimitsItems) {

@@ -11,7 +11,6 @@
 #include "platform/texts/communicationsServiceTexts.h"
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
-#include "src/JournalService/lists/EntryId.h"
 #include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/entries/ContactMatching.h"
 #include "src/JournalServiceEvents/entries/PartyNames.h"
@@ -92,6 +91,7 @@ void CallBackEvents::handleCSTACallBackEvent(CSTACallBackEvent* event) {
 }
 
 void CallBackEvents::set(ListTransaction& transaction, CallBackItem item, const Contact& contact) const {
+    const std::string newEntryId = transaction.makeUniqueEntryId(m_clock.createEntryId(item.getNumber()));
     auto& items = transaction.openLoaded<CallBackItem>();
     const auto known = std::find_if(items.begin(), items.end(), matcher(contact));
     const bool changed = known != items.end();
@@ -103,7 +103,7 @@ void CallBackEvents::set(ListTransaction& transaction, CallBackItem item, const 
         }
         items.erase(known);
     } else {
-        item.setEntryId(makeUniqueEntryId(items, {}, m_clock.createEntryId(item.getNumber())));
+        item.setEntryId(newEntryId);
     }
     items.push_front(item);
     transaction.write(items.front());

@@ -234,9 +234,14 @@ TEST_F(ReadRequestLoading, OlderEntriesAreDroppedAndClearedLikeTheRestHereAndAtT
 }
 
 // A load replaces the lists by a response that is older than some changes.
-TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
+TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletionNorShortensAListForReaders) {
     CapturedLog::switchOff();
     FakeDataAccess stored;
+    Texts expected;
+    for (int minute = 0; minute < 10; ++minute) {
+        stored.addRow(kMissedTable, missedAt(minute));
+        expected.insert(expected.begin(), std::to_string(1000 + minute));
+    }
     phone.database.setResponse([&stored](const std::string& document) {
         std::string response = stored.processRequest(document);
         for (int turn = 0; turn < 100 && document.find("read_request") != std::string::npos; ++turn) {
@@ -252,7 +257,12 @@ TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
             phone.service().refreshCallLists();
         }
     });
-    Texts expected;
+    std::size_t shortest = expected.size();
+    std::thread reads([this, &filing, &shortest] {
+        while (filing) {
+            shortest = std::min(shortest, phone.missed().size());
+        }
+    });
     for (int call = 2000; call < 2190; ++call) {
         phone.clock.advance(1);
         phone.plays("misses 9 " + std::to_string(call));
@@ -264,6 +274,8 @@ TEST_F(ReadRequestLoading, ALoadNeitherLosesACallNorUndoesADeletion) {
     }
     filing = false;
     loads.join();
+    reads.join();
+    EXPECT_EQ(shortest, 10U);
     EXPECT_EQ(numbersOf(phone.missed()), expected);
     EXPECT_EQ(stored.rows<MissedCallItem>(kMissedTable).size(), expected.size());
 }

@@ -46,8 +46,8 @@ TEST_F(ListReads, GiveTheNewestItemOrADefaultOne) {
     DialledCallItem last;
     EXPECT_TRUE(queries.getLastDialledNumber(last));
 
-    lists.contacts().add({Contact(), Contact()});
-    std::vector<Contact> contacts;
+    std::vector<Contact> contacts(2);
+    lists.contacts().swap(contacts);
     lists.contacts().getContactList(contacts);
     EXPECT_EQ(contacts.size(), 2U);
 

@@ -154,6 +154,25 @@ TYPED_TEST(EntryCreation, GivesEveryItemAnEntryIdOfItsOwn) {
     fileAs("xyz", "1");
     EXPECT_EQ(this->items().front().getEntryId(), "2026-11-21T05:22:05Z00000003")
         << "a merge gives a new one";
+
+    // Entries of other lists count, loaded or not.
+    using Other =
+        std::conditional_t<std::is_same_v<TypeParam, MissedCallItem>, DialledCallItem, MissedCallItem>;
+    EntriesFixture& phone = this->fixture;
+    auto other = phone.template callFrom<Other>("5");
+    other.callId = "xyz";
+    phone.template file<Other>(other);
+    phone.database.addRow(ListXml<Other>::kTable,
+                          itemOf<Other>("2026-11-21T05:22:05Z00000004", "99", {{"6", "2020"}}));
+    phone.database.addRow(ListXml<CallBackItem>::kTable,
+                          callBackOf("2026-11-21T05:22:05Z00000005", "7", "2020"));
+    phone.load();
+    journal::ListTransaction(phone.lists).template open<Other>().clear();
+    fileAs("xyz", "8");
+    EXPECT_EQ(this->items().front().getEntryId(), "2026-11-21T05:22:05Z00000006");
+    phone.missedCallUpdates.updateMissedCall(
+        itemOf<MissedCallItem>("2026-11-21T05:22:05Z00000005", "", {{"9", "2020"}}));
+    EXPECT_EQ(phone.items<MissedCallItem>().front().getEntryId(), "2026-11-21T05:22:05Z00000007");
 }
 
 TYPED_TEST(EntryCreation, KeepsTenCallsAnItemAndReportsTheOneItLosesUnlessItsNumberStays) {
