@@ -19,7 +19,7 @@ void readAsEvent(std::string_view xml, host::EventReader& reader) {
     std::string fault;
     if (const auto document = host::WireDocument::parse(xml, fault)) {
         for (const auto& event : reader.read(*document, {"M1", "localDeviceID"})) {
-            static_cast<void>(event->toString());
+            static_cast<void>(event.event->toString());
         }
     }
 }
@@ -33,7 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
     const std::size_t segment = 1 + data[0];
 
-    host::EventReader events("2001");
+    host::PhoneCalls calls;
+    host::EventReader events("2001", calls);
     host::FrameReader frames;
     for (std::size_t at = 0; at < bytes.size(); at += segment) {
         frames.feed(bytes.substr(at, segment));

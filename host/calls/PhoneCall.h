@@ -23,7 +23,8 @@ struct PhoneCall {
     using Time = std::chrono::system_clock::time_point;
 
     std::string callId;
-    /// The device whose monitor reports the call: the own device, a shared line, the Bluetooth telephone.
+    /// The device whose monitor reports the call: `CSTADevice::kLocalDevice`, a shared line, the Bluetooth
+    /// telephone.
     std::string device;
     PhoneRole role = PhoneRole::eRinging;
     /// True if the call was placed here.

@@ -26,6 +26,11 @@ public:
     /// `monitoredDevice` may be `CSTADevice::kLocalDevice`.
     DeviceReader(std::string_view ownDevice, std::string_view monitoredDevice);
 
+    /// The monitored device as the platform receives it.
+    [[nodiscard]] std::string monitoredDevice() const {
+        return m_monitored == m_own ? CSTADevice::kLocalDevice : m_monitored;
+    }
+
     /// Reads a device member such as `<callingDevice>`: a device identifier, a dialled number, a text, or an
     /// element for a restricted or unknown party.
     [[nodiscard]] EventDevice device(pugi::xml_node member) const;

@@ -39,14 +39,13 @@ EventBuilder::EventBuilder(const EventSchema& schema, const WireDocument& docume
 
     m_context.event = schema.event;
     m_context.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
-    m_context.outgoing = calling().party == EventParty::eMonitored;
+    m_context.calling = calling();
+    m_context.called = called();
     // ConnectionCleared is about the dropped party, independent of the releasing one. In other events the
     // device member is more reliable, because some switches put the monitored device into every connection.
-    const EventParty first =
-        schema.event == WireEvent::eConnectionCleared ? m_connectionDevice.party : m_device.party;
-    const EventParty second =
-        schema.event == WireEvent::eConnectionCleared ? EventParty::eUnknown : m_connectionDevice.party;
-    m_context.subject = first == EventParty::eUnknown ? second : first;
+    const bool byConnection =
+        schema.event == WireEvent::eConnectionCleared || m_device.party == EventParty::eUnknown;
+    m_context.subject = byConnection ? m_connectionDevice : m_device;
 }
 
 std::string EventBuilder::newCallId() const {
@@ -112,7 +111,7 @@ std::unique_ptr<CSTAEvent> EventBuilder::buildClearing() const {
 std::unique_ptr<CSTAEvent> EventBuilder::buildSecondaryClearing() const {
     const pugi::xml_node secondary = member("secondaryOldCall");
     const std::string callId = childText(secondary, "callID");
-    if (m_schema.event != WireEvent::eTransferred || m_context.subject != EventParty::eMonitored ||
+    if (m_schema.event != WireEvent::eTransferred || m_context.subject.party != EventParty::eMonitored ||
         callId.empty()) {
         return nullptr;
     }
@@ -142,6 +141,10 @@ CSTADevice EventBuilder::called() const {
     return m_devices.device(member("calledDevice"), member("networkCalledDevice")).device;
 }
 
+CSTADevice EventBuilder::redirecting() const {
+    return m_devices.device(member("lastRedirectionDevice")).device;
+}
+
 /// The device member that is specific to this event, otherwise the device of the connection.
 CSTADevice EventBuilder::ownDevice() const {
     return m_device.party == EventParty::eUnknown ? m_connectionDevice.device : m_device.device;
@@ -154,7 +157,7 @@ std::unique_ptr<Event> EventBuilder::callControl() const {
     event->setConnection(m_callId, m_connectionDevice.device.number);
     event->setCallingDevice(calling().device);
     event->setCalledDevice(called());
-    event->setLastRedirectionDevice(m_devices.device(member("lastRedirectionDevice")).device);
+    event->setLastRedirectionDevice(redirecting());
     event->setLocalConnectionInfo(localConnectionOf(m_context));
     return event;
 }
@@ -217,6 +220,17 @@ CSTADevice EventBuilder::transferredTo(std::string_view knownCallId) const {
         }
     }
     return to;
+}
+
+CSTADevice EventBuilder::transferredParty() const {
+    for (const pugi::xml_node item : connectionList(m_root).children()) {
+        EventDevice endpoint =
+            m_devices.device(childNamed(item, "endpoint"), childNamed(item, "newConnection"));
+        if (endpoint.party == EventParty::eOther && endpoint.device.number != m_device.device.number) {
+            return endpoint.device;
+        }
+    }
+    return {};
 }
 
 std::unique_ptr<CSTAEvent> EventBuilder::callBack() const {

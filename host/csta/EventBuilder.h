@@ -22,13 +22,19 @@ public:
                  std::string crossRefId);
 
     [[nodiscard]] const EventContext& context() const noexcept { return m_context; }
-    void setConference(bool conference) noexcept { m_context.conference = conference; }
+    /// Sets the phone's part in the call so far, which the built events depend on; null if it is not known.
+    /// Borrowed.
+    void setCall(const PhoneCall* call) noexcept { m_context.call = call; }
 
     /// The call id of the event's connection. If the switch sends no call ids, one made from the monitor's
     /// id.
     [[nodiscard]] const std::string& callId() const noexcept { return m_callId; }
-    /// The id of the call that a transfer or a conference creates.
-    [[nodiscard]] std::string newCallId() const;
+    /// The monitored device as the platform receives it.
+    [[nodiscard]] std::string monitoredDevice() const { return m_devices.monitoredDevice(); }
+    [[nodiscard]] CSTADevice redirecting() const;
+    /// The far end of a call that has been transferred to this phone: neither this phone nor the transferring
+    /// one. Empty if the event does not name it.
+    [[nodiscard]] CSTADevice transferredParty() const;
 
     [[nodiscard]] std::unique_ptr<CSTAEvent> build() const;
     /// The ConnectionCleared event for the second call of a phone that transfers; the switch sends none.
@@ -41,6 +47,8 @@ public:
 private:
     [[nodiscard]] std::string callIdOf(pugi::xml_node connection) const;
     [[nodiscard]] pugi::xml_node member(std::string_view name) const;
+    /// The id of the call that a transfer or a conference creates.
+    [[nodiscard]] std::string newCallId() const;
     [[nodiscard]] EventDevice calling() const;
     [[nodiscard]] CSTADevice called() const;
     [[nodiscard]] CSTADevice ownDevice() const;

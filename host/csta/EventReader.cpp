@@ -1,65 +1,106 @@
 #include "host/csta/EventReader.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "host/calls/FollowCalls.h"
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/DeviceReader.h"
 #include "host/csta/EventBuilder.h"
 #include "host/csta/EventRules.h"
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAEventCause.h"
 
 namespace host {
 
-EventReader::EventReader(std::string ownDevice) : m_ownDevice(std::move(ownDevice)) {}
+EventReader::EventReader(std::string ownDevice, PhoneCalls& calls, Now now)
+    : m_ownDevice(std::move(ownDevice)), m_calls(calls), m_now(std::move(now)) {}
 
 std::string EventReader::crossRefIdOf(const WireDocument& document) {
     return childText(document.root(), "monitorCrossRefID");
 }
 
-std::vector<std::unique_ptr<CSTAEvent>> EventReader::read(const WireDocument& document,
-                                                          const EventSource& source) {
+std::vector<PhoneEvent> EventReader::read(const WireDocument& document, const EventSource& source) {
     const EventSchema* schema = findEventSchema(document.name());
     if (schema == nullptr) {
         return {};
     }
     EventBuilder builder(*schema, document, DeviceReader(m_ownDevice, source.device), source.crossRefId);
-    builder.setConference(isConference(builder.callId()));
+    const std::string device = builder.monitoredDevice();
+    const PhoneCall* known = m_calls.find(device, builder.callId());
+    builder.setCall(known);
 
-    std::vector<std::unique_ptr<CSTAEvent>> events;
-    if (!isForOwnConnection(builder.context())) {
-        return events;
+    std::vector<PhoneEvent> events;
+    const EventDecision decision = decide(builder.context());
+    if (known != nullptr && decision.endsKnownCall) {
+        endKnownCall(events, *known, source.crossRefId);
+        builder.setCall(nullptr);
     }
-    if (std::unique_ptr<CSTAEvent> cleared = builder.buildSecondaryClearing()) {
-        events.push_back(std::move(cleared));
-    }
-    events.push_back(builder.build());
-    if (endsWithoutClearedEvent(builder.context())) {
-        events.push_back(builder.buildClearing());
-    }
-    if (schema->event == WireEvent::eConferenced) {
-        rememberConference(builder.newCallId());
-    } else if (schema->event == WireEvent::eConnectionCleared &&
-               builder.context().subject != EventParty::eOther) {
-        forgetConference(builder.callId());
+    switch (decision.action) {
+        case EventDecision::Action::eDrop:
+            if (known != nullptr) {
+                noteDropped(*known, schema->event == WireEvent::eEstablished);
+            }
+            break;
+        case EventDecision::Action::eEndElsewhere:
+            add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
+            break;
+        case EventDecision::Action::eDeliver: carryOut(events, builder, source); break;
     }
     return events;
 }
 
-bool EventReader::isConference(std::string_view callId) const {
-    return std::find(m_conferences.begin(), m_conferences.end(), callId) != m_conferences.end();
-}
-
-void EventReader::rememberConference(std::string callId) {
-    forgetConference(callId);
-    m_conferences.push_back(std::move(callId));
-    if (m_conferences.size() > kKeptConferences) {
-        m_conferences.pop_front();
+void EventReader::carryOut(std::vector<PhoneEvent>& events, EventBuilder& builder,
+                           const EventSource& source) {
+    const std::string device = builder.monitoredDevice();
+    const PhoneCall* const known = builder.context().call;
+    if (known != nullptr && known->elsewhere && builder.context().event == WireEvent::eConnectionCleared) {
+        add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
+        return;
+    }
+    const bool mayAlert = endsWithoutClearedEvent(builder.context());
+    std::unique_ptr<CSTAEvent> clearing = mayAlert ? builder.buildClearing() : nullptr;
+    if (std::unique_ptr<CSTAEvent> cleared = builder.buildSecondaryClearing()) {
+        add(events, {std::move(cleared)}, device);
+    }
+    add(events, {builder.build()}, device);
+    if (clearing != nullptr) {
+        add(events, {std::move(clearing)}, device);
+    }
+    const auto* const transferred = dynamic_cast<const CSTATransferredEvent*>(events.back().event.get());
+    const PhoneCall* const moved =
+        transferred != nullptr ? m_calls.find(device, transferred->getConnectionCallID()) : nullptr;
+    if (moved != nullptr && moved->role == PhoneRole::eRinging) {
+        // The journal forgets the old call; the new one rings.
+        PhoneCall rings = *moved;
+        rings.transferred = false;
+        rings.calling = builder.transferredParty();
+        m_calls.store(rings);
+        add(events, {ringingEvent(rings, source.crossRefId)}, device);
     }
 }
 
-void EventReader::forgetConference(std::string_view callId) {
-    m_conferences.erase(std::remove(m_conferences.begin(), m_conferences.end(), callId), m_conferences.end());
+void EventReader::add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device) {
+    follow(m_calls, *event.event, device, event.time.value_or(m_now()));
+    events.push_back(std::move(event));
+}
+
+/// The end of the call was not reported, so its last event is taken for its end.
+void EventReader::endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall& call,
+                               const std::string& crossRefId) {
+    const PhoneCall ended = call;
+    add(events,
+        {.event = clearedEvent(ended, crossRefId, CSTA_EC_NormalClearing),
+         .time = ended.lastEvent,
+         .endApproximate = true},
+        ended.device);
+}
+
+void EventReader::noteDropped(const PhoneCall& known, bool established) {
+    PhoneCall call = known;
+    call.lastEvent = m_now();
+    call.elsewhere = call.elsewhere || (established && call.role == PhoneRole::eRinging);
+    m_calls.store(std::move(call));
 }
 
 }  // namespace host

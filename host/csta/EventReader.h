@@ -1,17 +1,17 @@
 #pragma once
 
-#include <deque>
-#include <memory>
+#include <chrono>
+#include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "platform/csta/CSTAEvent.h"
+#include "host/calls/PhoneCallEvents.h"
+#include "host/calls/PhoneCalls.h"
 
 namespace host {
 
+class EventBuilder;
 class WireDocument;
-struct EventSchema;
 
 /// The monitor that an event belongs to.
 struct EventSource {
@@ -21,33 +21,36 @@ struct EventSource {
 };
 
 /// Converts events of the wire into events of the platform: devices, the state of the phone's own connection,
-/// the cause in the phone's numbering. Drops events that do not concern the monitored phone (EventRules.h),
-/// and adds the ConnectionCleared events that a switch may omit: after a Diverted event, and for the second
-/// call of a phone that transfers.
+/// the cause in the phone's numbering. Follows the phone's calls and drops events of other parties
+/// (EventRules.h). Adds the events that a switch may omit:
+///   - ConnectionCleared after a Diverted event, for the second call of a phone that transfers, for a call
+///     whose id is used again, and for a call that another phone has established;
+///   - Delivered for a call that is transferred to this phone while it rings.
 ///
-/// Reads members by local name, in any order; missing members become empty. Stores which calls are
-/// conferences, so use one reader per connection. Not thread-safe.
+/// Reads members by local name, in any order; missing members become empty. Not thread-safe.
 class EventReader {
 public:
-    explicit EventReader(std::string ownDevice);
+    using Now = std::function<PhoneCall::Time()>;
+
+    /// `calls` is borrowed and outlives the reader.
+    EventReader(std::string ownDevice, PhoneCalls& calls, Now now = &std::chrono::system_clock::now);
 
     /// The switch's id of the monitor that the event belongs to.
     [[nodiscard]] static std::string crossRefIdOf(const WireDocument& document);
 
     /// Returns the events to deliver, in order; none for an unknown event or one that does not concern the
     /// phone.
-    [[nodiscard]] std::vector<std::unique_ptr<CSTAEvent>> read(const WireDocument& document,
-                                                               const EventSource& source);
+    [[nodiscard]] std::vector<PhoneEvent> read(const WireDocument& document, const EventSource& source);
 
 private:
-    static constexpr std::size_t kKeptConferences = 32;
-
-    [[nodiscard]] bool isConference(std::string_view callId) const;
-    void rememberConference(std::string callId);
-    void forgetConference(std::string_view callId);
+    void add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device);
+    void endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall& call, const std::string& crossRefId);
+    void carryOut(std::vector<PhoneEvent>& events, EventBuilder& builder, const EventSource& source);
+    void noteDropped(const PhoneCall& known, bool established);
 
     const std::string m_ownDevice;
-    std::deque<std::string> m_conferences;
+    PhoneCalls& m_calls;
+    const Now m_now;
 };
 
 }  // namespace host

@@ -1,8 +1,11 @@
 #include "host/csta/EventRules.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 
+#include "host/csta-wire/DeviceText.h"
 #include "platform/csta/CSTALocalConnectionState.h"
 
 namespace host {
@@ -12,6 +15,9 @@ namespace {
 // In the order of the state numbers.
 constexpr std::array<std::string_view, 7> kStateWords = {"null", "initiated", "alerting", "connected",
                                                          "hold", "queued",    "fail"};
+
+// Public numbers are compared by their last digits: one of them may lack a prefix.
+constexpr int kComparedDigits = 6;
 
 struct InferredState {
     WireEvent event;
@@ -33,16 +39,161 @@ constexpr std::array kInferred = {
     InferredState{WireEvent::eTransferred, CSTA_LCS_Null, CSTA_LCS_Connected},
 };
 
-/// True if the connection is that of another party. An unknown phone that rings for an outgoing call is
-/// another party; any diversion of an incoming call diverts it away from this phone.
+using Action = EventDecision::Action;
+
+bool isOwnCall(const EventContext& context) noexcept {
+    return context.calling.party == EventParty::eMonitored ||
+           (context.call != nullptr && context.call->outgoing);
+}
+
+/// True if the connection is that of another party. Where the event names no party, a phone that rings or
+/// responds in an outgoing call is another party; in any other event it is this phone.
 bool isByOther(const EventContext& context) noexcept {
-    if (context.event == WireEvent::eDiverted) {
-        return context.outgoing && context.subject != EventParty::eMonitored;
+    if (context.subject.party != EventParty::eUnknown) {
+        return context.subject.party == EventParty::eOther;
     }
-    if (context.event == WireEvent::eDelivered && context.subject == EventParty::eUnknown) {
-        return context.outgoing;
+    switch (context.event) {
+        case WireEvent::eDiverted:
+        case WireEvent::eDelivered: return isOwnCall(context);
+        default: return false;
     }
-    return context.subject == EventParty::eOther;
+}
+
+/// True if both are telephone numbers of one party. A switch may write a number with and without its prefix.
+bool isSameParty(const CSTADevice& a, const CSTADevice& b) {
+    if (a.isLocal() || b.isLocal()) {
+        return a.isLocal() == b.isLocal();
+    }
+    const std::string first = comparableNumber(a.number);
+    const std::string second = comparableNumber(b.number);
+    return first == second ||
+           (std::min(first.size(), second.size()) >= kComparedDigits &&
+            std::equal(first.end() - kComparedDigits, first.end(), second.end() - kComparedDigits));
+}
+
+/// True if both parties are known and differ.
+bool differ(const CSTADevice& a, const CSTADevice& b) {
+    return !a.number.empty() && !b.number.empty() && !isSameParty(a, b);
+}
+
+/// True if the event belongs to a new call that has the id of a known one.
+bool usesIdAgain(const EventContext& context) {
+    if (context.call == nullptr) {
+        return false;
+    }
+    const PhoneCall& call = *context.call;
+    const bool byOther = isByOther(context);
+    switch (context.event) {
+        case WireEvent::eOriginated:
+            return !call.outgoing || call.role == PhoneRole::eConnected ||
+                   differ(context.called, call.called);
+        case WireEvent::eOffered:
+        case WireEvent::eDelivered:
+            return !byOther && context.calling.party == EventParty::eOther &&
+                   (call.outgoing || differ(context.calling.device, call.calling));
+        default: return false;
+    }
+}
+
+bool isState(const EventContext& context, int state) noexcept {
+    return context.localConnection && *context.localConnection == state;
+}
+
+Action always(bool deliver) noexcept {
+    return deliver ? Action::eDeliver : Action::eDrop;
+}
+
+/// Another phone is offered the call, or rings.
+Action alertingElsewhere(const EventContext& context) {
+    if (context.call == nullptr) {
+        return always(context.calling.party == EventParty::eUnknown
+                          ? context.localConnection.has_value()
+                          : isOwnCall(context) || isState(context, CSTA_LCS_Alerting));
+    }
+    return always(context.call->role == PhoneRole::eCalling || context.call->transferred ||
+                  (context.call->role == PhoneRole::eRinging && isOwnCall(context)));
+}
+
+/// Another phone has established the call.
+Action establishedElsewhere(const EventContext& context) {
+    if (context.call == nullptr) {
+        return always(isOwnCall(context));
+    }
+    switch (context.call->role) {
+        case PhoneRole::eCalling: return Action::eDeliver;
+        case PhoneRole::eConnected: return always(context.call->transferred);
+        case PhoneRole::eRinging: break;
+    }
+    if (isOwnCall(context)) {
+        return Action::eDeliver;  // the switch has called this phone first, to place the call for it
+    }
+    return isState(context, CSTA_LCS_Alerting) ? Action::eDrop : Action::eEndElsewhere;
+}
+
+/// This phone has established the call. An established call keeps its direction.
+Action establishedHere(const EventContext& context) {
+    const PhoneCall* const call = context.call;
+    if (call == nullptr || call->role != PhoneRole::eConnected || call->transferred) {
+        return Action::eDeliver;
+    }
+    return always((context.calling.party == EventParty::eMonitored) == call->outgoing);
+}
+
+/// Another party fails. That is the end of a call that this phone places only if it is the called party.
+Action failedElsewhere(const EventContext& context) {
+    if (isState(context, CSTA_LCS_Null) || isState(context, CSTA_LCS_Fail)) {
+        return always(context.call != nullptr || isOwnCall(context));
+    }
+    const bool placing =
+        context.call != nullptr ? context.call->role == PhoneRole::eCalling : isOwnCall(context);
+    const CSTADevice& called =
+        context.call != nullptr && context.called.number.empty() ? context.call->called : context.called;
+    return always(placing && !differ(context.subject.device, called));
+}
+
+/// Another party leaves. A call of two parties ends with either; the switch need not report the own
+/// connection.
+Action clearedElsewhere(const EventContext& context) {
+    const PhoneCall* const call = context.call;
+    if (call != nullptr && call->conference) {
+        return Action::eDeliver;
+    }
+    if (context.localConnection) {
+        return always(isState(context, CSTA_LCS_Null));
+    }
+    if (call == nullptr || call->outgoing || call->called.isLocal() || call->called.number.empty()) {
+        return Action::eDeliver;
+    }
+    // A call to a group: other members leave it, too.
+    const CSTADevice& far = call->partner.number.empty() ? call->calling : call->partner;
+    return always(!differ(context.subject.device, far));
+}
+
+/// Another device diverts the call. A group that diverts its call takes it away from this phone, too.
+Action divertedElsewhere(const EventContext& context) {
+    if (context.localConnection) {
+        return always(isState(context, CSTA_LCS_Null));
+    }
+    const bool rings = context.call == nullptr || context.call->role == PhoneRole::eRinging;
+    return always(rings && !isOwnCall(context) && !differ(context.subject.device, context.called));
+}
+
+Action byOther(const EventContext& context) {
+    switch (context.event) {
+        case WireEvent::eOffered:
+            return always(context.call == nullptr && !isOwnCall(context) &&
+                          context.localConnection.has_value());
+        case WireEvent::eDelivered: return alertingElsewhere(context);
+        case WireEvent::eEstablished: return establishedElsewhere(context);
+        case WireEvent::eFailed: return failedElsewhere(context);
+        case WireEvent::eConnectionCleared: return clearedElsewhere(context);
+        case WireEvent::eHeld: return always(isState(context, CSTA_LCS_Hold));
+        case WireEvent::eRetrieved: return Action::eDrop;
+        case WireEvent::eQueued:
+            return always(context.call == nullptr || context.call->role == PhoneRole::eCalling);
+        case WireEvent::eDiverted: return divertedElsewhere(context);
+        default: return Action::eDeliver;
+    }
 }
 
 }  // namespace
@@ -61,8 +212,12 @@ int localConnectionOf(const EventContext& context) noexcept {
         return *context.localConnection;
     }
     const bool byOther = isByOther(context);
-    if (context.event == WireEvent::eConnectionCleared && context.conference && byOther) {
+    if (byOther && context.event == WireEvent::eConnectionCleared && context.call != nullptr &&
+        context.call->conference) {
         return CSTA_LCS_Connected;
+    }
+    if (byOther && context.event == WireEvent::eDiverted && !isOwnCall(context)) {
+        return CSTA_LCS_Null;  // any diversion of an incoming call diverts it away from this phone
     }
     for (const InferredState& row : kInferred) {
         if (row.event == context.event) {
@@ -72,18 +227,14 @@ int localConnectionOf(const EventContext& context) noexcept {
     return CSTA_LCS_Null;
 }
 
-bool isForOwnConnection(const EventContext& context) noexcept {
-    if (context.subject != EventParty::eOther) {
-        return true;
+EventDecision decide(const EventContext& context) {
+    if (usesIdAgain(context)) {
+        return {.action = Action::eDeliver, .endsKnownCall = true};
     }
-    const int own = localConnectionOf(context);
-    switch (context.event) {
-        case WireEvent::eConnectionCleared: return context.conference || own == CSTA_LCS_Null;
-        case WireEvent::eHeld: return own == CSTA_LCS_Hold;
-        case WireEvent::eRetrieved: return false;
-        case WireEvent::eDiverted: return own == CSTA_LCS_Null || own == CSTA_LCS_Alerting;
-        default: return true;
+    if (isByOther(context)) {
+        return {.action = byOther(context)};
     }
+    return {.action = context.event == WireEvent::eEstablished ? establishedHere(context) : Action::eDeliver};
 }
 
 bool endsWithoutClearedEvent(const EventContext& context) noexcept {

@@ -3,39 +3,51 @@
 #include <optional>
 #include <string_view>
 
+#include "host/calls/PhoneCall.h"
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta/CauseTable.h"
 #include "host/csta/DeviceReader.h"
 
 namespace host {
 
-/// The context of an event, for the rules below. `subject` is the party whose connection the event is about:
-/// the alerting, dropped, holding, diverting, failing or transferring one.
+/// An event of a call, for the rules below.
 struct EventContext {
     WireEvent event = WireEvent::eOriginated;
-    EventParty subject = EventParty::eUnknown;
+    /// The party whose connection the event is about: the alerting, dropped, holding, diverting, failing or
+    /// transferring one.
+    EventDevice subject;
+    EventDevice calling;
+    CSTADevice called;
     /// A `CSTALocalConnectionState`; `std::nullopt` if the switch sent none.
     std::optional<int> localConnection;
-    /// The monitored phone is the calling device.
-    bool outgoing = false;
-    /// The call is a conference.
-    bool conference = false;
+    /// The phone's part in the call so far; null if the call is not known.
+    const PhoneCall* call = nullptr;
+};
+
+/// The treatment of an event by the link.
+struct EventDecision {
+    enum class Action {
+        eDeliver,
+        eDrop,
+        /// Deliver a ConnectionCleared event instead, with the cause "completed elsewhere".
+        eEndElsewhere,
+    };
+    Action action = Action::eDeliver;
+    /// The switch uses the id of a call again that has not ended: the known call ends first.
+    bool endsKnownCall = false;
 };
 
 /// The `CSTALocalConnectionState` for an ECMA-323 value; `std::nullopt` for an unknown one.
 [[nodiscard]] std::optional<int> localConnectionNumber(std::string_view word) noexcept;
 
-/// The monitored phone's own state: as sent by the switch, otherwise inferred from the event.
+/// The monitored phone's own state: as sent by the switch, otherwise inferred from the event and the phone's
+/// part in the call.
 [[nodiscard]] int localConnectionOf(const EventContext& context) noexcept;
 
-/// True if the event is about the monitored phone's own connection. A phone ends a call on any
-/// ConnectionCleared, so events of another party are dropped while the phone stays in the call:
-///   ConnectionCleared of another party   delivered if the phone's own state is null or not sent (a call of
-///                                        two parties ends with either), or if the call is a conference
-///   Held, Retrieved by another party     never delivered: the phone itself is still connected
-///   Diverted by another party            delivered unless the phone is still in the call, by its own state,
-///                                        or because it is the caller if that is not sent
-[[nodiscard]] bool isForOwnConnection(const EventContext& context) noexcept;
+/// Decides by the devices and the connection of the event, and by the phone's part in the call. The journal
+/// follows this phone only, so an event of another party is dropped where it would end, reverse or rename the
+/// phone's own call. docs/call-filing.md has the rules as a table.
+[[nodiscard]] EventDecision decide(const EventContext& context);
 
 /// True if the event ends the phone's own connection without a ConnectionCleared event: the call was diverted
 /// away.

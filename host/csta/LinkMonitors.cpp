@@ -46,7 +46,7 @@ LinkMonitors::LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, R
       m_delivery(std::move(delivery)),
       m_changed(std::move(changed)),
       m_messages(config.edition),
-      m_reader(config.ownDevice) {}
+      m_reader(config.ownDevice, m_calls) {}
 
 // ---- requests of services
 
@@ -291,14 +291,13 @@ void LinkMonitors::deliver(const WireDocument& document, const std::vector<Wante
         if (isSuppressed(monitor->filter, *schema) || !served.insert(monitor->sink->receiver).second) {
             continue;
         }
-        for (std::unique_ptr<CSTAEvent>& event :
-             m_reader.read(document, {monitor->crossRefId, monitor->device})) {
+        for (PhoneEvent& read : m_reader.read(document, {monitor->crossRefId, monitor->device})) {
             CSTA_LINK_LOG(6, "%s for %s: %s", std::string(schema->rootName).c_str(),
-                          monitor->crossRefId.c_str(), event->toString().c_str());
+                          monitor->crossRefId.c_str(), read.event->toString().c_str());
             if (m_config.eventListener) {
-                m_config.eventListener(schema->rootName, *event);
+                m_config.eventListener(schema->rootName, *read.event);
             }
-            m_delivery.deliver(monitor->sink, std::move(event));
+            m_delivery.deliver(monitor->sink, std::move(read.event));
         }
     }
 }

@@ -55,6 +55,9 @@ public:
     [[nodiscard]] bool isMonitoring();
     void cancelRetries();
 
+    /// The calls of the monitored devices. They stay while a monitor is off. The reader thread changes them.
+    [[nodiscard]] PhoneCalls& calls() noexcept { return m_calls; }
+
     /// True if a requested monitor was not started, and was removed, since the last call.
     [[nodiscard]] bool takeFailedStart() noexcept { return std::exchange(m_startFailed, false); }
 
@@ -77,6 +80,7 @@ private:
     const LinkMessages m_messages;
 
     MonitorTable m_table;
+    PhoneCalls m_calls;
     EventReader m_reader;
     EventsBeforeMonitorStart m_earlyEvents;
     bool m_startFailed = false;

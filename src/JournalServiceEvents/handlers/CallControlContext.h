@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/csta/CSTACallControlEvent.h"
+#include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTADevice.h"
 #include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalService/base/Log.h"
@@ -82,6 +82,17 @@ inline void logParties(const char* operation, const CSTACallControlEvent& event)
 /// new partner then look as if the phone had placed the call.
 [[nodiscard]] inline bool followsTransferHere(const Call& call) {
     return call.m_transferred && !call.isOutgoing();
+}
+
+/// True if the phone placed the call to pick up another phone's call, and it is now that call. `direction` is
+/// the one of the Established event.
+[[nodiscard]] inline bool isPickedUp(const Call* call, Call::directions_t direction) {
+    return call != nullptr && call->isOutgoing() && direction == Call::eIncoming;
+}
+
+/// True if another phone has established a call that came in here.
+[[nodiscard]] inline bool isEstablishedElsewhere(const Call& call, const CSTAEstablishedEvent& event) {
+    return !call.isOutgoing() && isKnown(event.getAnsweringDevice());
 }
 
 /// Returns the direction of a call according to its event. `reached` is the answering or failing device;

@@ -171,8 +171,9 @@ void CallControlRulesQorvex::deliveredByLocalConnection(const CSTADeliveredEvent
     const int localConnection = event.getLocalConnectionInfo();
     switch (localConnection) {
         case CSTA_LCS_Connected:
-            if (const Call* const call = m_callControl.find(event); call != nullptr && call->m_transferred) {
-                break;  // the new partner of a transfer is alerting
+            if (const Call* const call = m_callControl.find(event);
+                call != nullptr && (call->m_transferred || !call->isOutgoing())) {
+                break;  // the new partner of a transfer is alerting, or a third party
             }
             m_callControl.track(m_callControl.find(event), {.state = Call::eDelivered,
                                                             .direction = Call::eOutgoing,

@@ -21,14 +21,13 @@ void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
     auto direction = directionOf(calling, called, answering, call);
     if (call != nullptr && call->m_State == Call::eEstablished) {
         direction = call->m_Direction;
-    } else if (call != nullptr && call->isOutgoing() && direction == Call::eIncoming) {
-        // The phone placed this call to pick up another phone's call, and it is now that call.
+    } else if (isPickedUp(call, direction)) {
         m_callControl.calls.removeCall(callId);
         call = nullptr;
     }
     if (direction == Call::eDirectionUnknown) {
         LOG_EVENTS(5, "%s():{%s} Unknown direction", kLogName, callId.c_str());
-        if (call == nullptr) {
+        if (call == nullptr || isEstablishedElsewhere(*call, event)) {
             return;
         }
         direction = call->m_Direction;

@@ -155,6 +155,9 @@ void CallControlRulesSip::ringBack(const CSTADeliveredEvent& event) {
                                    .treatAsIncoming = call != nullptr && call->m_treatAsIncoming});
         return;
     }
+    if (call != nullptr && !call->isOutgoing() && !call->m_transferred) {
+        return;  // a third party is alerting
+    }
     const auto direction = call != nullptr ? call->m_Direction : Call::eOutgoing;
     m_callControl.track(call, {.state = Call::eDelivered,
                                .direction = direction,
@@ -192,9 +195,15 @@ void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
     auto direction = isBLFPickupCall ? call->m_Direction
                                      : directionOf(event.getCallingDevice(), event.getCalledDevice(),
                                                    event.getAnsweringDevice(), call);
+    if (call != nullptr && call->m_State == Call::eEstablished) {
+        direction = call->m_Direction;
+    } else if (!isBLFPickupCall && isPickedUp(call, direction)) {
+        m_callControl.calls.removeCall(callId);
+        call = nullptr;
+    }
     if (direction == Call::eDirectionUnknown) {
         LOG_EVENTS(5, "%s():{%s} Unknown direction", kLogName, callId.c_str());
-        if (call == nullptr) {
+        if (call == nullptr || isEstablishedElsewhere(*call, event)) {
             return;
         }
         direction = call->m_Direction;
@@ -255,6 +264,14 @@ void CallControlRulesSip::establishedOutgoing(Call* call, const CSTAEstablishedE
     if (isKnown(called) && isKnown(answering) && called.number != answering.number) {
         if (call == nullptr && isUsingCrestUX()) {
             return;  // filed when it was forwarded
+        }
+        if (call == nullptr) {
+            // The call was not seen before, so the party that it was placed to is not known yet.
+            m_callControl.track(nullptr, {.state = Call::eOriginated,
+                                          .direction = Call::eOutgoing,
+                                          .callId = callId,
+                                          .remote = {called.number, {}}});
+            call = m_callControl.find(event);
         }
         const auto state = isUsingCrestUX() ? Call::eForwarded : Call::eEstablished;
         m_callControl.track(call, {.state = state,

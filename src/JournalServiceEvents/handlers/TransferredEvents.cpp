@@ -21,6 +21,10 @@ bool isTransferredAway(const CSTATransferredEvent& event) {
     return event.getTransferringDevice().isLocal() && event.getLocalConnectionInfo() == CSTA_LCS_Null;
 }
 
+bool ringsHere(const Call& call) {
+    return !call.isOutgoing() && (call.m_State == Call::eOffered || call.m_State == Call::eDelivered);
+}
+
 void setIfKnown(std::string& number, std::string& name, const CSTADevice& device) {
     if (isKnown(device)) {
         number = device.number;
@@ -155,9 +159,15 @@ void TransferredEvents::transfer(const CSTATransferredEvent& event) {
         return;
     }
     const Call* const known = m_callControl.calls.findCallFromId(oldId);
+    const bool transferredHere = event.getTransferredToDevice().isLocal();
+    if (transferredHere && known != nullptr && ringsHere(*known)) {
+        // The transferring party has left. The new call has events of its own; this one was not missed.
+        LOG_EVENTS(5, "%s():Transferred to number is localDeviceID, removing call", kLogName);
+        m_callControl.calls.removeCall(oldId);
+        return;
+    }
     const Call old = known != nullptr ? *known : Call(Call::eDirectionUnknown, oldId, -1);
     Call* const call = m_callControl.tracker.updateCallMap(oldId, newId);
-    const bool transferredHere = event.getTransferredToDevice().isLocal();
     if (transferredHere) {
         LOG_EVENTS(5, "%s():Transferred to number is localDeviceID, removing call", kLogName);
     }

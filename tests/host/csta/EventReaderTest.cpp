@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <regex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "host/csta-wire/DeviceText.h"
@@ -15,38 +14,17 @@
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "tests/host/csta/LinkFixture.h"
 #include "tests/support/Table.h"
+#include "tests/support/WireMembers.h"
 
 namespace {
 
 using host::comparableNumber;
 using host::DeviceText;
 using host::parseDeviceText;
+using journaltest::membersOf;
 using journaltest::split;
 using journaltest::table;
 using testing::HasSubstr;
-
-/// The XML of members in short, each after a space:
-///     connection/7/2001    a connection: its call and its device
-///     callingDevice:4711   a device identifier
-///     cause=newCall        a text
-///     moved/3/1/4711/TEXT  an entry of a connection list: new call, old call, number, endpoint
-/// Text that begins with "<" is unchanged, "_" is a space, and the brackets of N<4711>Ann need no escape.
-std::string membersOf(std::string text) {
-    static const std::vector<std::pair<std::regex, std::string>> kinds = {
-        {std::regex("N<([^>]*)>"), "N&lt;$1&gt;"},
-        {std::regex(" moved/(\\w+)/(\\w+)/(\\w+)/(\\S+)"),
-         "<connectionListItem> newConnection/$1/$3 oldConnection/$2/$3"
-         " <endpoint> deviceID=$4</endpoint></connectionListItem>"},
-        {std::regex(" (\\w+)/([^/ ]*)/([^< ]*)"), "<$1> callID=$2 deviceID=$3</$1>"},
-        {std::regex(" (\\w+):([^< ]*)"), "<$1> deviceIdentifier=$2</$1>"},
-        {std::regex(" (\\w+)=([^< ]*)"), "<$1>$2</$1>"},
-        {std::regex("_"), " "},
-    };
-    for (const auto& [kind, xml] : kinds) {
-        text = std::regex_replace(text, kind, xml);
-    }
-    return text;
-}
 
 /// "Held call: 7, device: here, own: 4, cause: 3", then what only some events hold; private data in brackets.
 std::string textOf(const CSTAEvent& event) {
@@ -82,7 +60,8 @@ std::string textOf(const CSTAEvent& event) {
 /// The events that the phone 2001 receives for messages separated by ";". A message is its name, "Held" or on
 /// the monitor of another device "Held@2005", and its members.
 std::string eventsOf(const std::string& events) {
-    host::EventReader reader("2001");
+    host::PhoneCalls calls;
+    host::EventReader reader("2001", calls);
     std::string all;
     for (const std::string& event : split(std::regex_replace(events, std::regex(" ; "), "\n"), '\n')) {
         const std::vector<std::string> name = split(event.substr(0, event.find(' ')), '@');
@@ -93,7 +72,7 @@ std::string eventsOf(const std::string& events) {
             "<" + root + membersOf(" monitorCrossRefID=77" + members) + "</" + root, fault);
         EXPECT_TRUE(document) << fault << ": " << event;
         for (const auto& read : reader.read(*document, {"M1", name.size() > 1 ? name[1] : "localDeviceID"})) {
-            all += (all.empty() ? "" : "; ") + textOf(*read);
+            all += (all.empty() ? "" : "; ") + textOf(*read.event);
         }
     }
     return all;
@@ -258,7 +237,7 @@ Originated callingDevice:2001 cause=callPickup                                  
 Held holdingDevice:2001 cause=singleStepTransfer                                | ..cause: 3.
 Held holdingDevice:2001 cause=alternate                                         | ..cause: 2.
 ConnectionCleared droppedConnection/7/2001 cause=callPickup                     | ..cause: 40.
-Failed failingDevice:4712                                                       | ..cause: 99.
+Failed failingDevice:4712 callingDevice:2001                                    | ..cause: 99.
 )");
 }
 

@@ -30,11 +30,11 @@ diverted, anonymous     | rings 1 -; diverts 1 - here 4712:Bob | forwarded to 47
 diverted, never rang    | diverts 1 4711:Ann here 4712:Bob | forwarded 4711 Ann to 4712 |
 not put through         | offers 1; fails 1 4711:Ann here | missed 4711 Ann | =
 was an outgoing one     | dials 1 4711; rings 1 4711; clears 1 | | =
-answered as another's   | dials 1 4711; established 1 4712 here here; clears 1 | received 4712 |
+answered as another's   | dials 1 4711; established 1 4712 here here; clears 1 | received 4712 | =
 waits for the mark      | set marksMissed on; rings 7 4711; rings bluetoothDeviceID 4712; clears 7;
 +   clears bluetoothDeviceID | missed 4712 | missed 4712, missed 4711
 itself as the far end   | rings 1 here cause=redirected by=here; established 1 here here here; clears 1 | received | =
-ring back when answered | answers 1 4711:Ann; ringsAt 1 - 4711:Ann; clears 1 | | received 4711 Ann
+ring back when answered | answers 1 4711:Ann; ringsAt 1 - 4711:Ann; clears 1 | received 4711 Ann | =
 no number               | rings 1 noNumberProvided; answers 2 noNumberProvided; clears 1; clears 2
 +   | missed noNumberProvided | missed noNumberProvided, received noNumberProvided
 no number, Crest        | hardware 3; answers 2 noNumberProvided; clears 2 | received noNumberProvided | =

@@ -1,0 +1,169 @@
+#include "host/calls/FollowCalls.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAConferenceEvents.h"
+
+namespace host {
+
+namespace {
+
+void setIfKnown(CSTADevice& device, const CSTADevice& value) {
+    if (!value.number.empty() || !value.name.empty()) {
+        device = value;
+    }
+}
+
+/// One event, the call that it belongs to, and the calls of the line.
+class Step {
+public:
+    Step(PhoneCalls& calls, const std::string& device, PhoneCall::Time now)
+        : m_calls(calls), m_device(device), m_now(now) {}
+
+    void conferenced(const CSTAConferencedEvent& event) {
+        PhoneCall joined = callOf(event.getConferenceCallID());
+        for (const std::string& callId :
+             {event.getPrimaryoldcallCallID(), event.getSecondaryoldcallCallID()}) {
+            if (const PhoneCall* old = m_calls.find(m_device, callId)) {
+                joined.firstEvent = std::min(joined.firstEvent, old->firstEvent);
+                m_calls.remove(m_device, callId);
+            }
+        }
+        joined.conference = true;
+        establish(joined);
+        m_calls.store(std::move(joined));
+    }
+
+    void transferred(const CSTATransferredEvent& event) {
+        const PhoneCall* old = m_calls.find(m_device, event.getPrimaryoldcallCallID());
+        if (old == nullptr) {
+            old = m_calls.find(m_device, event.getSecondaryoldcallCallID());
+        }
+        PhoneCall call = old != nullptr ? *old : callOf(event.getConnectionCallID());
+        call.callId = event.getConnectionCallID();
+        call.lastEvent = m_now;
+        call.transferred = true;
+        m_calls.remove(m_device, event.getPrimaryoldcallCallID());
+        m_calls.remove(m_device, event.getSecondaryoldcallCallID());
+        const bool stays = !isOwn(event.getTransferringDevice()) &&
+                           (old != nullptr || event.getLocalConnectionInfo() == CSTA_LCS_Connected);
+        if (!stays || call.callId.empty()) {
+            return;
+        }
+        if (old == nullptr) {
+            establish(call);
+        }
+        if (!isOwn(event.getTransferredToDevice())) {
+            setIfKnown(call.partner, event.getTransferredToDevice());
+        }
+        m_calls.store(std::move(call));
+    }
+
+    void control(const CSTACallControlEvent& event) {
+        const std::string& callId = event.getConnectionCallID();
+        const PhoneCall* const known = m_calls.find(m_device, callId);
+        if (callId.empty() || ends(event, known)) {
+            m_calls.remove(m_device, callId);
+            return;
+        }
+        if (known == nullptr && !begins(event)) {
+            return;
+        }
+        PhoneCall call = known != nullptr ? *known : callOf(callId);
+        if (known == nullptr) {
+            call.outgoing = event.getType() == CSTAEventCode::eOriginated ||
+                            isOwn(event.getCallingDevice()) ||
+                            (event.getType() == CSTAEventCode::eDelivered &&
+                             event.getLocalConnectionInfo() == CSTA_LCS_Connected);
+            call.role = call.outgoing ? PhoneRole::eCalling : PhoneRole::eRinging;
+        }
+        if (const auto* established = dynamic_cast<const CSTAEstablishedEvent*>(&event)) {
+            establishedBy(call, *established);
+        }
+        setIfKnown(call.calling, event.getCallingDevice());
+        setIfKnown(call.redirecting, event.getLastRedirectionDevice());
+        // The called device keeps the digits that were dialled.
+        if (call.called.number.empty()) {
+            setIfKnown(call.called, event.getCalledDevice());
+        }
+        call.lastEvent = m_now;
+        m_calls.store(std::move(call));
+    }
+
+private:
+    [[nodiscard]] bool isOwn(const CSTADevice& device) const {
+        return device.isLocal() || device.number == m_device;
+    }
+
+    [[nodiscard]] PhoneCall callOf(const std::string& callId) const {
+        PhoneCall call;
+        call.callId = callId;
+        call.device = m_device;
+        call.firstEvent = m_now;
+        call.lastEvent = m_now;
+        return call;
+    }
+
+    void establish(PhoneCall& call) const {
+        call.role = PhoneRole::eConnected;
+        if (!call.established) {
+            call.established = m_now;
+        }
+    }
+
+    void establishedBy(PhoneCall& call, const CSTAEstablishedEvent& event) const {
+        const CSTADevice& calling = event.getCallingDevice();
+        const bool pickedUp = call.role == PhoneRole::eCalling && isOwn(event.getAnsweringDevice()) &&
+                              !calling.number.empty() && !isOwn(calling);
+        if (pickedUp) {
+            call.outgoing = false;
+            call.called = {};
+        }
+        establish(call);
+        setIfKnown(call.partner, isOwn(event.getAnsweringDevice()) ? calling : event.getAnsweringDevice());
+    }
+
+    /// True if the event ends the phone's part in the call.
+    static bool ends(const CSTACallControlEvent& event, const PhoneCall* call) {
+        switch (event.getType()) {
+            case CSTAEventCode::eConnectionCleared:
+                return call == nullptr || !call->conference ||
+                       event.getLocalConnectionInfo() == CSTA_LCS_Null;
+            case CSTAEventCode::eDiverted: return event.getLocalConnectionInfo() == CSTA_LCS_Null;
+            case CSTAEventCode::eFailed: return true;
+            default: return false;
+        }
+    }
+
+    static bool begins(const CSTACallControlEvent& event) {
+        switch (event.getType()) {
+            case CSTAEventCode::eOriginated:
+            case CSTAEventCode::eOffered:
+            case CSTAEventCode::eQueued:
+            case CSTAEventCode::eDelivered:
+            case CSTAEventCode::eEstablished: return true;
+            default: return false;
+        }
+    }
+
+    PhoneCalls& m_calls;
+    const std::string& m_device;
+    const PhoneCall::Time m_now;
+};
+
+}  // namespace
+
+void follow(PhoneCalls& calls, const CSTAEvent& event, const std::string& device, PhoneCall::Time now) {
+    Step step(calls, device, now);
+    if (const auto* conferenced = dynamic_cast<const CSTAConferencedEvent*>(&event)) {
+        step.conferenced(*conferenced);
+    } else if (const auto* transferred = dynamic_cast<const CSTATransferredEvent*>(&event)) {
+        step.transferred(*transferred);
+    } else if (const auto* control = dynamic_cast<const CSTACallControlEvent*>(&event)) {
+        step.control(*control);
+    }
+}
+
+}  // namespace host

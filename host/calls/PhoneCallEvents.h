@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "host/calls/PhoneCall.h"
+#include "platform/csta/CSTAEvent.h"
+
+namespace host {
+
+/// An event for the journal.
+struct PhoneEvent {
+    std::unique_ptr<CSTAEvent> event;
+    /// The time of the event if it lies back; otherwise it happens now.
+    std::optional<PhoneCall::Time> time{};
+    /// The event ends a call at an assumed time.
+    bool endApproximate = false;
+};
+
+// Events that the switch did not send, made from what is known of a call. `crossRefId` is the monitor's id.
+
+/// The phone rings: Delivered.
+[[nodiscard]] std::unique_ptr<CSTAEvent> ringingEvent(const PhoneCall& call, const std::string& crossRefId);
+/// The phone places the call: Originated.
+[[nodiscard]] std::unique_ptr<CSTAEvent> originatedEvent(const PhoneCall& call,
+                                                         const std::string& crossRefId);
+/// The call is established.
+[[nodiscard]] std::unique_ptr<CSTAEvent> establishedEvent(const PhoneCall& call,
+                                                          const std::string& crossRefId);
+/// The phone's own connection ends: ConnectionCleared with a `CSTAEventCause`.
+[[nodiscard]] std::unique_ptr<CSTAEvent> clearedEvent(const PhoneCall& call, const std::string& crossRefId,
+                                                      int cause);
+
+}  // namespace host

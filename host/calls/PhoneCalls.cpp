@@ -1,0 +1,46 @@
+#include "host/calls/PhoneCalls.h"
+
+namespace host {
+
+const PhoneCall* PhoneCalls::find(std::string_view device, std::string_view callId) const {
+    const auto found = m_calls.find({std::string(device), std::string(callId)});
+    return found == m_calls.end() ? nullptr : &found->second;
+}
+
+void PhoneCalls::store(PhoneCall call) {
+    Key key(call.device, call.callId);
+    const PhoneCall& stored = m_calls.insert_or_assign(std::move(key), std::move(call)).first->second;
+    m_count = m_calls.size();
+    if (m_listener.changed) {
+        m_listener.changed(stored);
+    }
+}
+
+void PhoneCalls::remove(std::string_view device, std::string_view callId) {
+    const auto found = m_calls.find({std::string(device), std::string(callId)});
+    if (found == m_calls.end()) {
+        return;
+    }
+    const PhoneCall ended = std::move(found->second);
+    m_calls.erase(found);
+    m_count = m_calls.size();
+    if (m_listener.ended) {
+        m_listener.ended(ended);
+    }
+}
+
+void PhoneCalls::clear() {
+    m_calls.clear();
+    m_count = 0;
+}
+
+std::vector<PhoneCall> PhoneCalls::all() const {
+    std::vector<PhoneCall> calls;
+    calls.reserve(m_calls.size());
+    for (const auto& [key, call] : m_calls) {
+        calls.push_back(call);
+    }
+    return calls;
+}
+
+}  // namespace host

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/calls/PhoneCall.h"
+
+namespace host {
+
+/// The live calls of a line, by the monitored device and the call id. The link keeps them on its reader
+/// thread; `count` alone is for any thread.
+class PhoneCalls {
+public:
+    /// Receives each call that begins or changes, and each one that ends.
+    struct Listener {
+        std::function<void(const PhoneCall&)> changed;
+        std::function<void(const PhoneCall&)> ended;
+    };
+
+    void setListener(Listener listener) { m_listener = std::move(listener); }
+
+    /// Returns the call, or null. Valid until the next change.
+    [[nodiscard]] const PhoneCall* find(std::string_view device, std::string_view callId) const;
+    /// Stores the call; replaces one of the same device and id.
+    void store(PhoneCall call);
+    /// Has no effect on an unknown call.
+    void remove(std::string_view device, std::string_view callId);
+    /// Removes all calls, without a report to the listener.
+    void clear();
+
+    /// Returns the calls in the order of device and id.
+    [[nodiscard]] std::vector<PhoneCall> all() const;
+    /// Thread-safe.
+    [[nodiscard]] std::size_t count() const noexcept { return m_count; }
+
+private:
+    using Key = std::pair<std::string, std::string>;
+
+    std::map<Key, PhoneCall> m_calls;
+    std::atomic<std::size_t> m_count{0};
+    Listener m_listener;
+};
+
+}  // namespace host
