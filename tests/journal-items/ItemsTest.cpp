@@ -91,6 +91,7 @@ RC_GTEST_PROP(Contact, IsReadBackFromItsPrintableText, ()) {
 
 TEST(Contact, RefusesADamagedTextAndSkipsUnknownNames) {
     Contact contact;
+    EXPECT_EQ(contact.getPhoneNumber(5), "");
     ASSERT_TRUE(Contact::deserialize("shoeSize=43;surname=before;", contact));
     for (const char* line : {"surname=Miller", "surname", "surname;", "surname=\\;", "surname=\\x4;",
                              "surname=\\x4g;", "surname=a\\y41;", "matchedKind=two;", "matchedKind=;",

@@ -50,6 +50,20 @@ Item itemOf(const std::string& entryId, const std::string& uniqueId, const std::
     return item;
 }
 
+inline CallBackItem callBackOf(const std::string& entryId, const std::string& number,
+                               const std::string& time) {
+    using Item = CallBackItem;
+    return {entryId,
+            {},
+            {},
+            number,
+            NumberType::NT::eOffice,
+            time,
+            Item::CallBackType::eOnBusy,
+            Item::CallBackState::eRequested,
+            {}};
+}
+
 template <typename Items>
 Texts entryIdsOf(const Items& items) {
     Texts ids;

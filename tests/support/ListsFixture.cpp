@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "journal-items/ListTraits.h"
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
 #include "platform/journal-library/ListXml.h"
@@ -25,16 +26,6 @@ std::string textOf(const CallLogEntryRequest& request) {
                : "one " + target + " " + request.subscriberNumber + " " + request.entryTime;
 }
 
-/// Calls `visit` with an item of each list's kind, in the order of the lists.
-template <typename Visit>
-void forEachKind(Visit visit) {
-    visit(MissedCallItem());
-    visit(DialledCallItem());
-    visit(ReceivedCallItem());
-    visit(ForwardedCallItem());
-    visit(CallBackItem());
-}
-
 template <typename Items>
 void addContents(Texts& contents, const Items& items) {
     for (const auto& item : items) {
@@ -44,19 +35,6 @@ void addContents(Texts& contents, const Items& items) {
 }
 
 }  // namespace
-
-CallBackItem callBackOf(const std::string& entryId, const std::string& number, const std::string& time) {
-    using Item = CallBackItem;
-    return {entryId,
-            {},
-            {},
-            number,
-            NumberType::NT::eOffice,
-            time,
-            Item::CallBackType::eOnBusy,
-            Item::CallBackState::eRequested,
-            {}};
-}
 
 ListsFixture::ListsFixture() {
     adapter.init(&database);
@@ -134,7 +112,7 @@ std::string ListsFixture::sent() const {
 
 std::string ListsFixture::entryIds() {
     Texts ids;
-    forEachKind([this, &ids]<typename Item>(const Item&) {
+    forEachList([this, &ids]<typename Item>() {
         const Texts more = entryIdsOf(items<Item>());
         ids.insert(ids.end(), more.begin(), more.end());
     });
@@ -143,15 +121,13 @@ std::string ListsFixture::entryIds() {
 
 Texts ListsFixture::listContents() {
     Texts contents;
-    forEachKind([&]<typename Item>(const Item&) { addContents(contents, items<Item>()); });
+    forEachList([&]<typename Item>() { addContents(contents, items<Item>()); });
     return contents;
 }
 
 Texts ListsFixture::databaseContents() const {
     Texts contents;
-    forEachKind([&]<typename Item>(const Item&) {
-        addContents(contents, database.rows<Item>(ListXml<Item>::kTable));
-    });
+    forEachList([&]<typename Item>() { addContents(contents, database.rows<Item>(ListXml<Item>::kTable)); });
     return contents;
 }
 

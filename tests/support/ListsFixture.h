@@ -22,9 +22,6 @@
 
 namespace journaltest {
 
-[[nodiscard]] CallBackItem callBackOf(const std::string& entryId, const std::string& number,
-                                      const std::string& time);
-
 /// The journal's lists with all that they need, between a database, a switch and one observer that are fakes.
 ///
 /// The observer reads all lists inside each callback and so does the switch inside each call-log request: an

@@ -37,9 +37,11 @@ const std::map<std::string, int> kCauses = {
     {"elsewhere", CSTA_EC_CompletedElsewhere},
     {"redirected", CSTA_EC_Redirected},
     {"distributed", CSTA_EC_RedirectedByDistribution},
+    {"park", CSTA_EC_CallPark},
 };
 
-const std::map<std::string, int> kLocalStates = {{"null", CSTA_LCS_Null}, {"connected", CSTA_LCS_Connected}};
+const std::map<std::string, int> kLocalStates = {
+    {"null", CSTA_LCS_Null}, {"connected", CSTA_LCS_Connected}, {"hold", CSTA_LCS_Hold}};
 
 const std::map<std::string, CallLogEntryEvent::_LogTarget> kLogs = {
     {"missed", CallLogEntryEvent::eMissed},
@@ -58,7 +60,6 @@ const std::map<std::string, bool Values::*> kSettings = {
     {"keptElsewhere", &Values::m_ringCentralSyncCallLog},
     {"callEvents", &Values::m_useCSTACallControlEvents},
     {"marksMissed", &Values::m_enterMarkedMissedCall},
-    {"otherServer", &Values::m_xsiConfigured},
 };
 
 template <typename Event>
@@ -282,6 +283,8 @@ bool SimulatedPhone::happensAround(const Step& step) {
         CSTAPrivateEvent event;
         event.setCallLogEntry(entry);
         delivers(event);
+    } else if (step.verb == "set" && step.word(0) == "otherServer") {
+        service().setJournalServiceCallLogEventsDisabling(step.word(1) == "on" ? "true" : "false");
     } else if (step.verb == "set") {
         configure([&step](Values& values) { values.*kSettings.at(step.word(0)) = step.word(1) == "on"; });
     } else if (step.verb == "hardware") {

@@ -144,6 +144,9 @@ pick-up                 | dials 1 4711 cause=pickup | | ; 1 out Originated as in
 pick-up from park       | dials 1 4711 cause=pickup-from-park | ; 1 out Originated dialled+called+remote[4711]
 +   | ; 1 out Originated as incoming
 delivered, null         | rings 1 4711 local=null | ; 1 in Delivered remote[4711] | ; 1 in Delivered called+remote[4711]
+delivered, held         | rings 1 4711 local=hold | | =
+parks a call            | dials 1 4711 cause=park | | =
+another party's name    | rings 1 4711; informs 1 4712:Bob | ; 1 in Delivered remote[4711] | ; 1 in Delivered called+remote[4711]
 delivered, connected    | rings 1 4711 local=connected | ; 1 out Delivered | =
 reminder                | rings 1 4711 private=ReminderCall | | ; 1 in Delivered called+remote[4711]
 answered: called here   | established 1 4711 here - | ; 1 in Established remote+connected[4711]

@@ -7,12 +7,16 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "journal-items/ListTraits.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/ItemBuilders.h"
+#include "tests/support/ListOperations.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/SimulatedPhone.h"
+#include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
@@ -54,11 +58,91 @@ TEST_F(JournalServiceFrame, StartsByMonitoringItsLineReadingItsSettingsAndRegist
                                             : "change localDeviceID; start localDeviceID; status");
         EXPECT_EQ(started.management.registrations(), "JournalMgmtId 1");
         EXPECT_EQ(started.setting("missed-logging"), "1");
+        EXPECT_EQ(started.service().getDigitAnalysisService(), &started.digits);
+        EXPECT_TRUE(started.service().handleCSTAEvent());
+        started.uc.running = true;
+        EXPECT_FALSE(started.service().handleCSTAEvent()) << "another journal keeps the call log";
 
         const int timer = started.service().getAutoSaveVisitorCallLogToVantorTimerId();
         EXPECT_EQ(started.context.lengthOf(timer), 3600000ms + 16 * 14000ms);
         EXPECT_TRUE(started.context.runningTimers().empty()) << "the platform arms the timers";
     }
+}
+
+/// A SIP phone with two entries in each list, the newer one of 4712, the other of 4711: m2 (in the row u-m2)
+/// and m1, d2 and d1, r2, f2, c2.
+struct PhoneWithEntries : SimulatedPhone {
+    PhoneWithEntries() : SimulatedPhone(softwaretypes::sip) {
+        forEachList([this]<typename Item>() {
+            for (const std::string index : {"2", "1"}) {
+                const std::string id = *ListTraits<Item>::kWord + index;
+                if constexpr (std::is_same_v<Item, CallBackItem>) {
+                    database.addRow(ListTraits<Item>::kTable,
+                                    callBackOf(id, "471" + index, "2026-11-2" + index));
+                } else {
+                    database.addRow(ListTraits<Item>::kTable,
+                                    itemOf<Item>(id, "u-" + id, {{"471" + index, "2026-11-2" + index}}));
+                }
+            }
+        });
+        service().subscribeForJournalEvents(&observer);
+        observer.clear();
+    }
+    /// The entry ids of the lists, which the database holds as well.
+    std::string entryIds() {
+        Texts ids;
+        forEachList([this, &ids]<typename Item>() {
+            ids.push_back(joined(entryIdsOf(list<Item>()), " "));
+            EXPECT_EQ(ids.back(), joined(entryIdsOf(database.rows<Item>(ListTraits<Item>::kTable)), " "));
+        });
+        return joined(ids, " ");
+    }
+
+    RecordingObserver observer;
+};
+
+// Operation | callbacks | the entries that are left. One that deletes no entry returns false here.
+TEST(JournalServiceOperations, DeleteFromTheListThatTheyName) {
+    for (const auto& row : table(3, R"(
+one missed m2        | missedCount(1); missed(-, u-m2, 2) | m1 d2 d1 r2 r1 f2 f1 c2 c1
+one missed m2 switch | | m2 m1 d2 d1 r2 r1 f2 f1 c2 c1
+one dialled d2       | dialled(d1, u-d2, 2) | m2 m1 d1 r2 r1 f2 f1 c2 c1
+one received r1      | received(-, u-r1, 2) | m2 m1 d2 d1 r2 f2 f1 c2 c1
+one forwarded f1     | forwarded(-, u-f1, 2) | m2 m1 d2 d1 r2 r1 f2 c2 c1
+one callback c2      | callBacks(-, c2, 2); callBacksCount(1) | m2 m1 d2 d1 r2 r1 f2 f1 c1
+set missed m1 d2     | missedCount(1); missed(-, -, 3) | m2 d2 d1 r2 r1 f2 f1 c2 c1
+set dialled d2 m2    | dialled(d1, -, 3) | m2 m1 d1 r2 r1 f2 f1 c2 c1
+set received r2 r1   | received(-, -, 3) | m2 m1 d2 d1 f2 f1 c2 c1
+set forwarded f2 c2  | forwarded(-, -, 3) | m2 m1 d2 d1 r2 r1 f1 c2 c1
+set callback c2 f2   | callBacks(-, -, 3); callBacksCount(1) | m2 m1 d2 d1 r2 r1 f2 f1 c1
+all missed           | | d2 d1 r2 r1 f2 f1 c2 c1
+all dialled          | dialled(-, -, 4) | m2 m1 r2 r1 f2 f1 c2 c1
+all received         | | m2 m1 d2 d1 f2 f1 c2 c1
+all forwarded        | forwarded(-, -, 3) | m2 m1 d2 d1 r2 r1 c2 c1
+all callback         | callBacks(-, -, 3); callBacksCount(0) | m2 m1 d2 d1 r2 r1 f2 f1
+any m2 c1            | missedCount(1); missed(-, -, 3); callBacks(-, -, 3); callBacksCount(1) | m1 d2 d1 r2 r1 f2 f1 c2
+any-switch m2 c1     | callBacks(-, -, 3); callBacksCount(1) | m2 m1 d2 d1 r2 r1 f2 f1 c2
+)")) {
+        SCOPED_TRACE(row[0]);
+        PhoneWithEntries phone;
+        const std::string before = phone.entryIds();
+        EXPECT_EQ(perform(phone.service(), phone.service(), row[0]), row[2] != before);
+        EXPECT_EQ(phone.observer.heard(), row[1]);
+        EXPECT_EQ(phone.entryIds(), row[2]);
+    }
+}
+
+TEST(JournalServiceOperations, ReadOverAllLists) {
+    PhoneWithEntries phone;
+    DialledCallItem last;
+    EXPECT_TRUE(phone.service().getLastDialledNumber(last));
+    EXPECT_EQ(last.getEntryId(), "d2");
+    Contact contact;
+    contact.setMobile("4711");
+    std::vector<Contact::CallRecord> records;
+    EXPECT_TRUE(phone.service().getCallRecordsAssociatedWith(contact, records));
+    ASSERT_EQ(records.size(), 5U);
+    EXPECT_EQ(records.back(), Contact::CallRecord("c1", "callback"));
 }
 
 // A phonebook with an unexpected failure.

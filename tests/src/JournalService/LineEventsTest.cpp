@@ -87,6 +87,27 @@ TEST_F(LineEvents, OfACallBackAddChangeAndRemoveIt) {
     EXPECT_EQ(callBacks(), "4713  Cyd") << "the other party counts";
 }
 
+TEST_F(LineEvents, OfACallBackTellWhichNumberItIsAndDropTheOldestOfAThousand) {
+    Contact& ann = phone.phonebook.contacts.emplace_back();
+    ann.setOffice("1");
+    ann.setMobile("2");
+    ann.setPrivate("3");
+    ann.setOffice2("4");
+    for (int call = 1000; call > 0; --call) {
+        callsBack(kHere, {std::to_string(call), ""}, true);
+    }
+    callsBack(kHere, {"1001", ""}, true);
+    const auto items = phone.list<CallBackItem>();
+    ASSERT_EQ(items.size(), 1000U);
+    EXPECT_EQ(items.back().getNumber(), "999");
+    EXPECT_EQ(phone.database.rows<CallBackItem>("CallLogCallBacks").size(), 1000U);
+    using enum NumberType::NT;
+    auto item = items.begin();
+    for (const auto type : {eUnknown, eOffice, eMobile, ePrivate, eOffice2, eUnknown}) {
+        EXPECT_EQ((item++)->getNumberType(), type);
+    }
+}
+
 TEST_F(LineEvents, OfTheDevicesMoveTheMonitorsAndSayWhoseCallsAreMissed) {
     EXPECT_EQ(hasDevices("0 localDeviceID,1 4,2 2050,3 5,2 2051,2 bluetoothDeviceID,2 2050"),
               "start localDeviceID; start 2050; start 2051; start bluetoothDeviceID");

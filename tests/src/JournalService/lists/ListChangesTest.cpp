@@ -1,9 +1,6 @@
 // Every change a client can make to the lists: its result, the updates for the observers, the requests to the
 // database and to a switch that keeps the call log, and the entries that are deleted.
 
-#include <functional>
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -11,46 +8,12 @@
 
 #include "platform/csta/CSTARequest.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/ListOperations.h"
 #include "tests/support/ListsFixture.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
 namespace {
-
-/// Performs the operation and returns its result, true for one without a result.
-///     one LIST ID [switch]    set LIST ID...    all LIST              delete; LIST is missed, dialled, ...
-///     any ID...    any-switch ID...    everything                      delete over all lists
-///     view ID...    age ID                                             of the missed list
-bool perform(ListsFixture& fixture, const std::string& text) {
-    const auto words = split(text, ' ');
-    const bool ofOneList = words[0] == "one" || words[0] == "set" || words[0] == "all";
-    const std::size_t first = ofOneList ? 2 : 1;
-    const std::set<std::string> ids(words.begin() + static_cast<std::ptrdiff_t>(first), words.end());
-    const std::string id = words.size() > first ? words[first] : "";
-    const std::map<std::string, std::function<bool()>> operations = {
-        {"one missed", [&] { return fixture.deletion.deleteMissedCall(id, ids.contains("switch")); }},
-        {"one dialled", [&] { return fixture.deletion.deleteDialledCall(id); }},
-        {"one received", [&] { return fixture.deletion.deleteReceivedCall(id); }},
-        {"one forwarded", [&] { return fixture.deletion.deleteForwardedCall(id); }},
-        {"one callback", [&] { return fixture.deletion.deleteCallBack(id); }},
-        {"set missed", [&] { return fixture.deletion.deleteMissedCallList(ids); }},
-        {"set dialled", [&] { return fixture.deletion.deleteDialledCallList(ids); }},
-        {"set received", [&] { return fixture.deletion.deleteReceivedCallList(ids); }},
-        {"set forwarded", [&] { return fixture.deletion.deleteForwardedCallList(ids); }},
-        {"set callback", [&] { return fixture.deletion.deleteCallBackList(ids); }},
-        {"all missed", [&] { return fixture.deletion.deleteMissedCallList(); }},
-        {"all dialled", [&] { return fixture.deletion.deleteDialledCallList(); }},
-        {"all received", [&] { return fixture.deletion.deleteReceivedCallList(); }},
-        {"all forwarded", [&] { return fixture.deletion.deleteForwardedCallList(); }},
-        {"all callback", [&] { return fixture.deletion.deleteCallBackList(); }},
-        {"any", [&] { return fixture.deletion.deleteCalls(ids, false); }},
-        {"any-switch", [&] { return fixture.deletion.deleteCalls(ids, true); }},
-        {"everything", [&] { return fixture.deletion.deleteAllCalls(); }},
-        {"view", [&] { return fixture.missedCallUpdates.setMissedCallListAsViewed(ids); }},
-        {"age", [&] { return fixture.missedCallUpdates.ageMissedCall(id), true; }},
-    };
-    return operations.at(ofOneList ? words[0] + " " + words.at(1) : words[0])();
-}
 
 std::string dayOf(int index) {
     return "2026-11-2" + std::to_string(3 - index);
@@ -147,7 +110,7 @@ TEST(ListChanges, NotifyWriteAndSendAlsoWhenTheDatabaseOrTheSwitchFails) {
                 fixture.exchange.respond(FakeCstaService::Kind::eEscape,
                                          [](CSTARequest& request) { request.setOutcome(1, nullptr); });
             }
-            EXPECT_EQ(perform(fixture, row[0]), row[1] == "yes");
+            EXPECT_EQ(perform(fixture.deletion, fixture.missedCallUpdates, row[0]), row[1] == "yes");
             EXPECT_EQ(fixture.heard(), row[2]);
             EXPECT_EQ(fixture.written(), row[3]);
             EXPECT_EQ(fixture.entryIds(), left);
@@ -175,7 +138,7 @@ TEST(ListChanges, AreSentByWhatTheSwitchKeeps) {
         ListsFixture fixture;
         start(fixture, std::stoi(row[0]));
         for (const std::string& operation : split(row[1], ',')) {
-            perform(fixture, operation);
+            perform(fixture.deletion, fixture.missedCallUpdates, operation);
         }
         EXPECT_EQ(fixture.sent(), row[2]);
     }

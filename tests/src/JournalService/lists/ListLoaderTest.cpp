@@ -69,6 +69,10 @@ CallLog               | m1 d1 r1 f1 c1             |
                 << row[0] << ": " << response;
         }
     }
+    ListsFixture bare;
+    bare.startWith({itemOf<MissedCallItem>("m1", "11", {})}, {itemOf<DialledCallItem>("d1", "21", {})});
+    EXPECT_EQ(bare.entryIds(), "") << "an entry without calls is none";
+    EXPECT_EQ(bare.databaseContents(), Texts());
     ListsFixture failing;
     failing.database.setFailing(true);
     failing.load();

@@ -131,6 +131,9 @@ TEST(ListPersistence, GivesAnItemTheUniqueIdOfItsRowAndReportsEachWrite) {
     EXPECT_TRUE(reportsWrite()) << "the row is an old one, but what it says is new";
     EXPECT_EQ(rows(), "e3 e2");
 
+    EXPECT_EQ(persistence.updateEntry(Helper::createXMLReceivedCallItemBody(first, Helper::WRITEREQUEST),
+                                      journal::RequestType::eWrite, kTable),
+              first.getUniqueId());
     persistence.updateEntries("", journal::RequestType::eDelete, kTable);
     EXPECT_EQ(rows(), "e3 e2") << "no entries are not all entries";
     persistence.update(first, journal::RequestType::eDelete);

@@ -82,6 +82,7 @@ forwarded without names: the names stay | out Delivered 4711:Ann; out Establishe
 forwarded to the remote party itself | out Delivered 4711:Ann; out Forwarded 4713:Cyd 4711:A.S.
 +   | called+remote[4711 Ann] connected[4711 A.S.]
 failed goes the same way | out Delivered 4711:Ann; out Failed 4713:Cyd 4712 | called[4711 Ann] remote[4713 Cyd] connected[4712]
+forwarded without parties | out Forwarded |
 forwarded to an unknown party | out Originated 4711; out Forwarded 4712:Bob | dialled[4711] called+remote[4712 Bob]
 dialling again is as any other event | out Originated 4711; out Originated 4712:Bob | dialled[4711] called+remote[4712 Bob]
 another party while both are the same | out Delivered 4711:Ann; out Delivered 4712:Bob | called+remote[4711 Ann]

@@ -6,6 +6,7 @@
 
 #include "platform/texts/SoftwareTypes.h"
 #include "tests/src/JournalServiceEvents/configuration/ConfigurationFixture.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/Table.h"
 
 namespace journaltest {
@@ -97,6 +98,7 @@ bt-hw-state               | on  | start bluetoothDeviceID | start bluetoothDevic
 disable-access-calllog    | 1   | stop 1; stop 2 | stop 1 |
 disable-access-calllog    | 0   | start localDeviceID; start bluetoothDeviceID | start bluetoothDeviceID | refresh
 disable-access-calllog    | 0   | | | refresh
+disable-access-calllog    | 3   | | |
 disable-access-calllog    | 2   | stop 3; stop 4 | stop 2 |
 bt-hw-state               | on  | start bluetoothDeviceID | start bluetoothDeviceID |
 bt-hw-state               | off | stop 5 | stop 3 |
@@ -141,6 +143,8 @@ TEST(PhoneValues, RecogniseTheVoiceMailNumber) {
     EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("123"));
     fixture.platform.m_localMgmt = nullptr;
     fixture.phoneValues.publishCallLogEnableState();
+    fixture.phoneValues.initEvents(fixture);
+    EXPECT_EQ(CapturedLog::count("localManagement not available"), 1);
     EXPECT_FALSE(fixture.phoneValues.isVoiceMailNumber("+4989123"));
 }
 

@@ -217,6 +217,13 @@ TYPED_TEST(EntryCreation, DropsTheOldestOfATooLongListHereInTheDatabaseAndAtTheS
     this->fixture.forget();
     this->filesLater("4711");
     EXPECT_EQ(this->fixture.written().find(';'), std::string::npos) << "a merge makes no list longer";
+    if constexpr (TestFixture::kDialled) {
+        this->fixture.entries.fileDialledCall(this->fixture.template callFrom<TypeParam>("4712"));
+        EXPECT_EQ(this->items().size(), 1000U);
+        EXPECT_EQ(this->fixture.listContents(), this->fixture.databaseContents());
+        EXPECT_EQ(this->fixture.sent(),
+                  "one 4 n999 2025-01-01T00:00:00Z9000; one 4 n998 2025-01-01T00:00:00Z9001");
+    }
 }
 
 }  // namespace

@@ -22,6 +22,9 @@ forwarded 4711, 6, missed 4711             | missed 4711, forwarded 4711
 forwarded 4711, 1, missed 4712             | missed 4712, forwarded 4711
 missed 4711, 5, forwarded 4711             | forwarded 4711
 missed 4711, -60, forwarded 4711           | forwarded 4711
+missed 4711, deleted, forwarded 4711       | forwarded 4711
+clockless, missed 4711, forwarded 4711     | missed 4711, forwarded 4711
+clockless, forwarded 4711, missed 4711     | missed 4711, forwarded 4711
 missed 4711, 6, forwarded 4711             | missed 4711, forwarded 4711
 missed 4711, 1, forwarded 4712             | missed 4711, forwarded 4712
 missed 4711, 99, missed 4711, 5, forwarded 4711  | missed 4711, forwarded 4711
@@ -38,6 +41,10 @@ missed 4711, 3, forwarded 4712, 0, missed 4712, 0, forwarded 4711 | missed 4711,
                 fixture.files<MissedCallItem>(party);
             } else if (step.rfind("forwarded", 0) == 0) {
                 fixture.files<ForwardedCallItem>(party);
+            } else if (step == "deleted") {
+                fixture.deletion.deleteMissedCallList();
+            } else if (step == "clockless") {
+                fixture.clock.setClock(nullptr);
             } else {
                 fixture.time.advance(std::stol(step));
             }

@@ -128,6 +128,7 @@ qorvex | *61 4711 4712  | *61 sent for 4711 to 4712, found by 4711
 qorvex | *61 4711 -     | *61 sent for 4711 to 4711, found by 4711
 qorvex | *61 *61 -      | *61 sent, found by *61
 qorvex | 1 - -          | 1 Adams, found by 1
+qorvex | 3 - -          | 3 Adams, found by 3
 qorvex | 4 - -          | 4 Adams, found by 4
 qorvex | 5 - -          | 5 , found by 5
 sip    | 0-4711 4711 -  | 4711 sent, found by 4711

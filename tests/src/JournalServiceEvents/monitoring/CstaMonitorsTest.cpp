@@ -61,6 +61,7 @@ TEST(CstaMonitors, AreStoppedByTheCrossReferenceThatTheSwitchGave) {
     EXPECT_EQ(fixture.exchange.asked(), "");
     EXPECT_EQ(fixture.monitors.startCSTAMonitor("2003"), "ERROR");
     fixture.monitors.stopCSTAMonitor("5");
+    fixture.monitors.CSTASystemRegister();
 }
 
 TEST(CstaMonitors, KeepTheirStateAfterAFailedResponseAndCanBeRetried) {
