@@ -57,8 +57,6 @@ struct DialledPolicy {
     void reportOverflow(const CallLogRequests& requests, const Info& /*oldest*/) const {
         requests.sendCSTACAllLogEntryDeleteRequest(m_merged, info);
     }
-    // Filing drops no dialled item.
-    static void reportDropped(const CallLogRequests& /*requests*/, const Item& /*item*/) {}
 
     static void announce(ObserverNotifierIfc& notifier, const FiledOccurrence<Item>& filed) {
         notifier.updateDialledCalls(filed.item, filed.mergedUniqueId, filed.action);

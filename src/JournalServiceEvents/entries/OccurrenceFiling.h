@@ -69,7 +69,7 @@ struct FiledOccurrence {
 ///     isDuplicate(item, info)         true if the occurrence is recorded already; logs it
 ///     onMerge(item), onNew(item)      changes the list's own fields before the occurrence is added; logs
 ///     reportOverflow(requests, info)  reports the oldest occurrence that a full item loses to the switch
-///     reportDropped(requests, item)   reports an item that the list loses to the switch
+///     reportDropped(requests, item)   reports an item that a limited list loses to the switch
 ///     announce(notifier, filed)       notifies the observers
 ///
 /// Lives on the stack of one operation; all references are borrowed.
@@ -161,8 +161,10 @@ private:
         if (m_overflowed) {
             m_policy.reportOverflow(requests, *m_overflowed);
         }
-        for (const Item& oldest : m_dropped) {
-            m_policy.reportDropped(requests, oldest);
+        if constexpr (Policy::kLimitsItems) {
+            for (const Item& oldest : m_dropped) {
+                m_policy.reportDropped(requests, oldest);
+            }
         }
     }
 
