@@ -121,6 +121,9 @@ private:
             call.outgoing = false;
             call.called = {};
         }
+        if (call.role == PhoneRole::eConnected) {
+            call.transferred = false;  // the new partner has answered
+        }
         establish(call);
         setIfKnown(call.partner, isOwn(event.getAnsweringDevice()) ? calling : event.getAnsweringDevice());
     }

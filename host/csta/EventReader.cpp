@@ -43,7 +43,9 @@ std::vector<PhoneEvent> EventReader::read(const WireDocument& document, const Ev
             }
             break;
         case EventDecision::Action::eEndElsewhere:
-            add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
+            if (known != nullptr) {
+                add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
+            }
             break;
         case EventDecision::Action::eDeliver: carryOut(events, builder, source); break;
     }

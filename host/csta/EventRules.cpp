@@ -103,6 +103,11 @@ Action always(bool deliver) noexcept {
     return deliver ? Action::eDeliver : Action::eDrop;
 }
 
+/// True if the call has been transferred and the event is about its new partner.
+bool isByNewPartner(const EventContext& context) {
+    return context.call->transferred && !differ(context.subject.device, context.call->partner);
+}
+
 /// Another phone is offered the call, or rings.
 Action alertingElsewhere(const EventContext& context) {
     if (context.call == nullptr) {
@@ -110,7 +115,7 @@ Action alertingElsewhere(const EventContext& context) {
                           ? context.localConnection.has_value()
                           : isOwnCall(context) || isState(context, CSTA_LCS_Alerting));
     }
-    return always(context.call->role == PhoneRole::eCalling || context.call->transferred ||
+    return always(context.call->role == PhoneRole::eCalling || isByNewPartner(context) ||
                   (context.call->role == PhoneRole::eRinging && isOwnCall(context)));
 }
 
@@ -121,7 +126,7 @@ Action establishedElsewhere(const EventContext& context) {
     }
     switch (context.call->role) {
         case PhoneRole::eCalling: return Action::eDeliver;
-        case PhoneRole::eConnected: return always(context.call->transferred);
+        case PhoneRole::eConnected: return always(isByNewPartner(context));
         case PhoneRole::eRinging: break;
     }
     if (isOwnCall(context)) {
@@ -233,6 +238,10 @@ EventDecision decide(const EventContext& context) {
     }
     if (isByOther(context)) {
         return {.action = byOther(context)};
+    }
+    if (context.event == WireEvent::eDiverted && context.pickup && !isOwnCall(context) &&
+        localConnectionOf(context) == CSTA_LCS_Null) {
+        return {.action = Action::eEndElsewhere};  // picked up by another phone, not forwarded
     }
     return {.action = context.event == WireEvent::eEstablished ? establishedHere(context) : Action::eDeliver};
 }

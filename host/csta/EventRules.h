@@ -20,6 +20,8 @@ struct EventContext {
     CSTADevice called;
     /// A `CSTALocalConnectionState`; `std::nullopt` if the switch sent none.
     std::optional<int> localConnection;
+    /// The cause is callPickup.
+    bool pickup = false;
     /// The phone's part in the call so far; null if the call is not known.
     const PhoneCall* call = nullptr;
 };

@@ -90,6 +90,10 @@ a colleague answers        | Delivered 1 at:2001 from:4711 to:2000 own=alerting;
 a colleague rings, answers | Delivered 1 at:2001 from:4711 to:2000 own=alerting; Delivered 1 at:2006 from:4711 to:2000 own=alerting;
 +   Established 1 at:2006 from:4711 to:2000 own=alerting; Cleared 1 at:2001 own=null cause=multipleAlerting
 +   | missed 4711 elsewhere | =
+a colleague picks it up    | Delivered 1 at:2001 from:4711 to:2001 own=alerting;
++   Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callPickup;
++   Delivered 1 at:2007 from:4711 to:2007 own=null; Established 1 at:2007 from:4711 to:2007 own=null
++   | missed 4711 elsewhere | =
 both ring, the caller gives up | Delivered 1 at:2001 from:4711 to:2000 own=alerting; Delivered 1 at:2006 from:4711 to:2000 own=alerting;
 +   Cleared 1 at:4711 own=null | missed 4711 | =
 a colleague gives up first | Delivered 1 at:2001 from:4711 to:2000 own=alerting; Cleared 1 at:2006 own=alerting;

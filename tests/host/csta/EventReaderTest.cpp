@@ -113,8 +113,7 @@ Failed failedConnection/8/4712 failingDevice:4712 callingDevice:2001 calledDevic
 Diverted connection/7/2001 divertingDevice:2001 newDestination:205 cause=callForwardNoAnswer
 + | Diverted call: 7, device: here, diverting: here, newDestination: 205, own: 0, cause: 8;
 + ConnectionCleared call: 7, device: here, releasing: here, own: 0, cause: 8
-Diverted cause=callPickup
-+ | Diverted call: call-M1, device: , own: 0, cause: 13; ConnectionCleared call: call-M1, device: , own: 0, cause: 40
+Diverted connection/7/2001 divertingDevice:2001 newDestination:205 cause=callPickup |
 CallInformation connection/-1/2001 device:2001 callingDevice:N<4711>Ann
 + | CallInformation call: -1, device: here, calling: 4711 Ann, device: 4711 Ann, own: 0, cause: 0
 CallInformation connection/-1/2001 device:N<4711>Ann | ..device: here, device: 4711 Ann,
