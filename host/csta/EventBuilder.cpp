@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/csta-wire/CallLogWire.h"
+#include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/WireDocument.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTADeviceEvents.h"
@@ -66,7 +67,7 @@ std::unique_ptr<CSTAEvent> EventBuilder::build() const {
         case WireEvent::eQueued: return callControl<CSTAQueuedEvent>();
         case WireEvent::eDelivered: {
             auto event = callControl<CSTADeliveredEvent>();
-            event->setAlertingDevice(ownDevice());
+            event->setAlertingDevice(ringsAtMemberOfGroup(*event) ? event->getCalledDevice() : ownDevice());
             return event;
         }
         case WireEvent::eDiverted: {
@@ -132,6 +133,25 @@ std::string EventBuilder::callIdOf(pugi::xml_node connection) const {
 
 pugi::xml_node EventBuilder::member(std::string_view name) const {
     return childNamed(m_root, name);
+}
+
+/// True if the phone's own call rings at a device that is not the called one, without having been redirected.
+bool EventBuilder::ringsAtMemberOfGroup(const CSTADeliveredEvent& event) const {
+    switch (event.getCause()) {
+        case CSTA_EC_CallForwardImmediate:
+        case CSTA_EC_CallForwardBusy:
+        case CSTA_EC_CallForwardNoAnswer:
+        case CSTA_EC_CallForward:
+        case CSTA_EC_Forwarded:
+        case CSTA_EC_Redirected:
+        case CSTA_EC_RedirectedByDistribution: return false;
+        default: break;
+    }
+    const bool transferred = m_context.call != nullptr && m_context.call->transferred;
+    const std::string alerting = comparableNumber(ownDevice().number);
+    const std::string called = comparableNumber(event.getCalledDevice().number);
+    return m_context.calling.party == EventParty::eMonitored && !transferred && !called.empty() &&
+           !alerting.ends_with(called) && !called.ends_with(alerting);
 }
 
 EventDevice EventBuilder::calling() const {

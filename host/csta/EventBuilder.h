@@ -52,6 +52,7 @@ private:
     [[nodiscard]] EventDevice calling() const;
     [[nodiscard]] CSTADevice called() const;
     [[nodiscard]] CSTADevice ownDevice() const;
+    [[nodiscard]] bool ringsAtMemberOfGroup(const CSTADeliveredEvent& event) const;
 
     template <typename Event>
     [[nodiscard]] std::unique_ptr<Event> callControl() const;

@@ -58,6 +58,7 @@ EXPECTED = {
                     ["received %s T by 4711 to 4712" % ANN, "received %s T" % ANN]),
     "transferred-blind": ["dialled %s T by 4711" % BOB, "dialled %s T" % ANN],
     "transferred-here": ["received 2005 Colleague T"],
+    "transferred-here-ringing": ["received %s T" % ANN],
 }
 
 

@@ -124,6 +124,8 @@ the far end is offered it  | Originated 1 to:04712 own=connected cause=newCall; 
 +   Cleared 1 at:2001 own=null | dialled 04712 | =
 a member of a group is busy | Originated 1 to:2100 own=connected cause=newCall; Failed 1 at:2006 from:2001 to:2100 own=connected cause=busy;
 +   Established 1 at:2007 from:2001 to:2100 own=connected; passes 2; Cleared 1 at:2001 own=null | dialled 2100 00:02 | =
+the members of a group ring | Originated 1 to:2100 own=connected cause=newCall; Delivered 1 at:2006 from:2001 to:2100 own=connected;
++   Delivered 1 at:2007 from:2001 to:2100 own=connected; Cleared 1 at:2001 own=null | dialled 2100 | =
 first seen established     | Established 1 at:4713 from:2001 to:4712 own=connected; passes 2; Cleared 1 at:2001 own=null
 +   | dialled 4712 00:02 | =
 picked up                  | Originated 1 to:*8 own=connected cause=newCall;
