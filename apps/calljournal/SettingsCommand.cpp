@@ -41,7 +41,7 @@ std::string settingsJson(const std::vector<journalxml::Setting>& settings) {
     return host::jsonText(json);
 }
 
-/// {"rejected":{"KEY":{"code":10,"text":"..."}}}
+/// {"rejected":{"KEY":{"code":4,"text":"..."}}}
 std::string refusalJson(const journalxml::RefusedKey& refused) {
     nlohmann::ordered_json json;
     json["rejected"][refused.key] = {{"code", refused.code}, {"text", refused.text}};

@@ -102,7 +102,10 @@ ContactFormat formatOf(const HttpRequest& request) {
 }  // namespace
 
 void ContactsResource::addRoutes(Router& router) {
-    router.add({"GET", "/api/v1/contacts", [this](const HttpRequest& each) { return list(each); }});
+    router.add({"GET",
+                "/api/v1/contacts",
+                [this](const HttpRequest& each) { return list(each); },
+                {"limit", "offset", "search", "number"}});
     router.add({"POST", "/api/v1/contacts", [this](const HttpRequest& each) { return add(each); }});
     router.add(
         {"POST", "/api/v1/contacts/import", [this](const HttpRequest& each) { return importFile(each); }});

@@ -41,8 +41,11 @@ public:
         m_status.addRoutes(m_router);
         m_router.add({"GET", "/metrics", [this](const HttpRequest& /*each*/) { return metrics(); }});
         m_router.add({"GET", "/api/v1/events", [this](const HttpRequest& each) { return events(each); }});
-        m_router.add({"GET", "/api/v1/openapi.json",
-                      [](const HttpRequest& /*each*/) { return openApiResponse(); }, Router::Guard::eOpen});
+        m_router.add({"GET",
+                      "/api/v1/openapi.json",
+                      [](const HttpRequest& /*each*/) { return openApiResponse(); },
+                      {},
+                      Router::Guard::eOpen});
     }
     ~Impl() { stop(); }
     Impl(const Impl&) = delete;
@@ -67,6 +70,7 @@ public:
         m_server.stop();
     }
 
+    [[nodiscard]] const Router& router() const noexcept { return m_router; }
     void resync() { m_feed.resync(); }
 
 private:
@@ -122,6 +126,10 @@ Endpoint HttpApi::start() {
 
 void HttpApi::stop() {
     m_impl->stop();
+}
+
+const std::vector<Router::Route>& HttpApi::routes() const noexcept {
+    return m_impl->router().routes();
 }
 
 void HttpApi::resync() {

@@ -6,8 +6,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/http/HttpServer.h"
+#include "host/http/Router.h"
 #include "host/http/StatusResource.h"
 
 class JournalServiceIfc;
@@ -57,6 +59,9 @@ public:
     Endpoint start();
     /// Unsubscribes and ends every connection. Idempotent.
     void stop();
+
+    /// The routes of all resources.
+    [[nodiscard]] const std::vector<Router::Route>& routes() const noexcept;
 
     /// Sends a "resync" event to all streams; their clients read the lists again. Call after an operation
     /// that may have changed the lists without a notification of observers. Thread-safe.

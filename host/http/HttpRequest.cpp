@@ -80,11 +80,15 @@ bool HttpRequest::readTarget() {
         }
     }
     query.clear();
+    repeatedParameter.clear();
     return question == std::string_view::npos || readQuery(whole.substr(question + 1));
 }
 
 bool HttpRequest::readQuery(std::string_view text) {
     for (const std::string_view part : split(text, '&')) {
+        if (part.empty()) {
+            continue;
+        }
         const std::size_t equals = part.find('=');
         auto name = decoded(part.substr(0, equals), true);
         auto value =
@@ -92,7 +96,9 @@ bool HttpRequest::readQuery(std::string_view text) {
         if (!name || !value) {
             return false;
         }
-        query.try_emplace(std::move(*name), std::move(*value));
+        if (!query.try_emplace(*name, std::move(*value)).second) {
+            repeatedParameter = *name;
+        }
     }
     return true;
 }

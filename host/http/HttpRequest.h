@@ -19,7 +19,10 @@ struct HttpRequest {
 
     // Set by `readTarget`, with percent escapes decoded.
     std::vector<std::string> path;
+    /// Of a repeated parameter, the first value.
     std::map<std::string, std::string> query;
+    /// A parameter that the query has more than once; empty if there is none.
+    std::string repeatedParameter;
     /// The values of a route's placeholders; set by the router.
     std::map<std::string, std::string> parameters;
 

@@ -1,6 +1,9 @@
 #include "host/http/ListsResource.h"
 
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
+#include <string>
 
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
@@ -28,6 +31,24 @@ HttpError noSuchEntry() {
             "this list has no such entry; an entry gets a new id when a further call is added to it"};
 }
 
+/// Returns the ids that a deletion names; std::nullopt if it names all entries. Throws `HttpError` 400 unless
+/// the request says it in exactly one way.
+std::optional<std::set<std::string>> entriesToDelete(const HttpRequest& request) {
+    const bool inQuery = request.query.contains("entryIds");
+    const bool inBody = !request.body.empty();
+    const bool all = request.query.contains("all");
+    if ((inQuery ? 1 : 0) + (inBody ? 1 : 0) + (all ? 1 : 0) != 1 ||
+        (all && request.queryValue("all") != "true")) {
+        throw HttpError(400, "wrong-selection",
+                        "a deletion takes either ?all=true, or ?entryIds=ID,ID, or the body "
+                        R"({"entryIds": [...]})");
+    }
+    if (all) {
+        return std::nullopt;
+    }
+    return inQuery ? entryIdsIn(request.queryValue("entryIds")) : entryIdsIn(request, 400);
+}
+
 bool isUnviewed(const MissedCallItem& item) {
     return !item.getViewed();
 }
@@ -39,9 +60,14 @@ bool isUnviewed(const Item& /*item*/) {
 }  // namespace
 
 void ListsResource::addRoutes(Router& router) {
-    router.add({"GET", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return list(each); }});
-    router.add(
-        {"DELETE", "/api/v1/lists/{list}", [this](const HttpRequest& each) { return deleteSome(each); }});
+    router.add({"GET",
+                "/api/v1/lists/{list}",
+                [this](const HttpRequest& each) { return list(each); },
+                {"limit", "offset", "search"}});
+    router.add({"DELETE",
+                "/api/v1/lists/{list}",
+                [this](const HttpRequest& each) { return deleteSome(each); },
+                {"all", "entryIds"}});
     router.add({"POST", "/api/v1/lists/missed/viewed",
                 [this](const HttpRequest& each) { return markViewed(each); }});
     router.add(
@@ -95,11 +121,11 @@ HttpResponse ListsResource::deleteOne(const HttpRequest& request) const {
 
 HttpResponse ListsResource::deleteSome(const HttpRequest& request) const {
     withItemOf(listOf(request), [&]<typename Item>() {
-        if (request.body.empty()) {
+        if (const auto entryIds = entriesToDelete(request)) {
+            (m_journal.*listOperations<Item>().deleteSet)(*entryIds);
+        } else {
             (m_journal.*listOperations<Item>().clear)();
             m_cleared();
-        } else {
-            (m_journal.*listOperations<Item>().deleteSet)(entryIdsIn(request));
         }
     });
     return emptyResponse();

@@ -91,6 +91,7 @@ HttpResponse RequestPipeline::route(HttpRequest& request) const {
         }
         return notAllowed(methods);
     }
+    found->checkQuery(request);
     if (request.query.contains("line") && request.queryValue("line") != m_line) {
         throw HttpError(404, "unknown-line", "there is no such line");
     }

@@ -1,6 +1,9 @@
 #include "host/http/Router.h"
 
+#include <algorithm>
 #include <string_view>
+
+#include "host/http/HttpError.h"
 
 namespace host {
 namespace {
@@ -27,6 +30,21 @@ bool matches(std::string_view pattern, const std::vector<std::string>& path,
 }
 
 }  // namespace
+
+void Router::Route::checkQuery(const HttpRequest& request) const {
+    if (!pattern.starts_with("/api/v1/")) {
+        return;
+    }
+    for (const auto& [name, value] : request.query) {
+        if (name != "line" &&
+            std::find(queryParameters.begin(), queryParameters.end(), name) == queryParameters.end()) {
+            throw HttpError(400, "unknown-parameter", "this address takes no parameter " + name);
+        }
+    }
+    if (!request.repeatedParameter.empty()) {
+        throw HttpError(400, "repeated-parameter", request.repeatedParameter + " may be given once only");
+    }
+}
 
 const Router::Route* Router::find(HttpRequest& request) const {
     const std::string method = request.method == "HEAD" ? "GET" : request.method;

@@ -24,7 +24,14 @@ public:
         /// name.
         std::string pattern;
         Handler handler;
+        /// The parameters of the query that the route takes. Every route below "/api/v1" takes "line", too.
+        std::vector<std::string> queryParameters{};
         Guard guard = Guard::eToken;
+
+        /// Throws `HttpError` 400 if the query of the request has a parameter that this route does not take,
+        /// or one twice: a misspelt parameter must not widen a request. Routes outside "/api/v1" ignore the
+        /// query.
+        void checkQuery(const HttpRequest& request) const;
     };
 
     /// If several patterns match a path, the first one added serves all methods of the path: add "viewed"
@@ -36,6 +43,7 @@ public:
     [[nodiscard]] const Route* find(HttpRequest& request) const;
     /// The methods of the request's path, "GET, PUT"; empty if no pattern matches.
     [[nodiscard]] std::string methodsFor(const HttpRequest& request) const;
+    [[nodiscard]] const std::vector<Route>& routes() const noexcept { return m_routes; }
 
 private:
     using Parameters = std::map<std::string, std::string>;

@@ -18,8 +18,11 @@ using Json = nlohmann::ordered_json;
 }  // namespace
 
 void StatusResource::addRoutes(Router& router) {
-    router.add(
-        {"GET", "/healthz", [this](const HttpRequest& /*each*/) { return health(); }, Router::Guard::eOpen});
+    router.add({"GET",
+                "/healthz",
+                [this](const HttpRequest& /*each*/) { return health(); },
+                {},
+                Router::Guard::eOpen});
     router.add({"GET", "/api/v1/status", [this](const HttpRequest& /*each*/) { return status(); }});
 }
 

@@ -41,7 +41,7 @@ minutes phoneZoneOffset(const LocalManagement::Keys& keys) {
 }  // namespace
 
 void TimesResource::addRoutes(Router& router) {
-    router.add({"GET", "/api/v1/times", [this](const HttpRequest& each) { return times(each); }});
+    router.add({"GET", "/api/v1/times", [this](const HttpRequest& each) { return times(each); }, {"from"}});
 }
 
 sys_seconds TimesResource::startOf(const HttpRequest& request) {

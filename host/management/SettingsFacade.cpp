@@ -78,6 +78,9 @@ RejectReason SettingsFacade::set(const std::string& key, const std::string& valu
         return {};
     }
     const auto reason = data.getRejectReasons().find(key);
+    if (reason != data.getRejectReasons().end() && reason->second.code == eRejectValueNotChanged) {
+        return {};
+    }
     if (reason == data.getRejectReasons().end() || reason->second.empty()) {
         // An agent may refuse without a reason: the value is invalid or cannot be stored.
         return {eRejectDataInvalid, "The value for " + key + " is not accepted"};

@@ -28,7 +28,7 @@ public:
     [[nodiscard]] std::vector<journalxml::Setting> all() const;
     /// Returns std::nullopt if the key does not exist.
     [[nodiscard]] std::optional<journalxml::Setting> find(const std::string& key) const;
-    /// Returns the reason of a refusal; an empty one on success.
+    /// Returns the reason of a refusal; an empty one on success, also if the key has the value already.
     [[nodiscard]] RejectReason set(const std::string& key, const std::string& value);
 
 private:

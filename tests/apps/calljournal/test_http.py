@@ -17,6 +17,12 @@ call ann from 4711 "%s" ; ring ann ; giveup ann
 call eve from 4713 "Eve" ; ring eve ; giveup eve
 call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; hangup zoe by caller
 """ % EVIL
+# An entry in every list; the last call stays.
+EVERYTHING = """
+dial dan to 4715 "Dan" ; connect dan ; hangup dan by called
+call fay from 4716 "Fay" ; divert fay to 205 "Desk" reason immediate ; answer fay ; hangup fay by caller
+callback 4717 "Cal" because busy
+""" + CALLS + 'call max from 4714 "Max" ; ring max'
 IDS = '{"entryIds": ["none"]}'
 CARD = "BEGIN:VCARD\nVERSION:4.0\n%s\nEND:VCARD\n"
 IMPORT = "POST /api/v1/contacts/import"
@@ -25,10 +31,10 @@ GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value":
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', IMPORT: CARD % "N:New;Ned"}
 RENAMED = {413: "Content Too Large", 422: "Unprocessable Content"}  # younger names than this Python knows
 # Requests beyond those that every operation gets: operation, status, path values, body.
-ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("GET /api/v1/lists/{list}", 200, {"list": "callbacks"}, None),
-        ("DELETE /api/v1/lists/{list}", 422, {}, '{"ids": []}'), ("DELETE /api/v1/lists/{list}", 400, {}, '{"entryIds": ['),
+ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE /api/v1/lists/{list}", 400, {}, None),
+        ("DELETE /api/v1/lists/{list}", 400, {}, '{"ids": []}'), ("DELETE /api/v1/lists/{list}", 400, {}, '{"entryIds": ['),
         ("DELETE /api/v1/lists/{list}", 404, {"list": "lost"}, IDS), ("POST /api/v1/lists/missed/viewed", 422, {}, '{"entryIds": [1]}'),
-        ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'), ("PUT /api/v1/settings", 422, {}, '{"missed-logging": "1"}'),
+        ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'), ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'),
         ("PUT /api/v1/settings", 422, {}, "[]"), ("PUT /api/v1/management/{key}", 422, {}, '{"value": "%s"}' % ("x" * 5000)),
         ("GET /api/v1/management/{key}", 404, {"key": "none"}, None), ("POST /api/v1/contacts", 422, {}, '{"nose": "long"}'),
         ("POST /api/v1/contacts", 422, {}, '{"surname": " "}'), ("PUT /api/v1/contacts/{id}", 422, {}, '{"defaultNumber": "fax"}'),
@@ -90,8 +96,8 @@ class HttpTest(ProgramTest):
         return content
 
     def test_every_operation_responds_as_it_is_described(self):
-        address = self.simulate(CALLS + 'call max from 4714 "Max" ; ring max')[1]
-        self.server = self.serve(address)
+        address = self.simulate(EVERYTHING)[1]
+        self.server = self.serve(address, "--set", "server-based-features=true")
         self.server.logs("received call from Zoë")
         self.assertIn(1, (json.loads(self.ask("GET", "/api/v1/status")[1])["calls"] for _ in range(1000)))
         self.document = json.loads(self.ask("GET", "/api/v1/openapi.json")[1])
@@ -105,6 +111,9 @@ class HttpTest(ProgramTest):
             self.described(operation, 400, body=GOOD.get(operation), Host=None)
             self.described(operation, 403, body=GOOD.get(operation), Host="evil.example:80")
             self.described(operation, 403, body=GOOD.get(operation), Origin="http://evil.example")
+            if "/api/v1/" in operation:
+                self.described(operation, 400, {"query": "?lines=2001"}, GOOD.get(operation))
+                self.described(operation, 400, {"query": "?line=2001&line=2001"}, GOOD.get(operation))
             if each.get("security") != []:
                 self.described(operation, 401, body=GOOD.get(operation), Authorization="Bearer " + "0" * 64)
             if "404" in each["responses"]:
@@ -117,6 +126,9 @@ class HttpTest(ProgramTest):
             self.assertEqual(set(self.response.getheader("Allow").split(", ")), served, path)
             if "GET" in served and not path.endswith("/events"):
                 self.assertEqual(self.ask("HEAD", path.format(**self.values)), (200, b""), path)
+        for name in ("missed", "dialled", "received", "forwarded", "callbacks"):
+            page = json.loads(self.described("GET /api/v1/lists/{list}", 200, {"list": name}))
+            self.described("GET /api/v1/lists/{list}/{entryId}", 200, {"list": name, "entryId": page["items"][0]["entryId"]})
         for row in ROWS:
             self.described(*row[:3], body=row[3])
         for kind, body, status, found in FILES:
@@ -159,7 +171,7 @@ class HttpTest(ProgramTest):
         self.assertEqual([self.next_event(again) for _ in range(3)], events[3:])
         # It reports changes that the journal does not notify of, too.
         self.assertEqual(simulator.stop(), 0)
-        for change in (lambda: self.ask("DELETE", "/api/v1/lists/received"), lambda: self.ask("PUT", "/api/v1/settings", '{"call-log-enabled": "false"}'),
+        for change in (lambda: self.ask("DELETE", "/api/v1/lists/received?all=true"), lambda: self.ask("PUT", "/api/v1/settings", '{"call-log-enabled": "false"}'),
                        self.watch, lambda: self.done("settings", "missed-logging", "1")):
             change()
             while self.next_event(stream)[1] != "resync":

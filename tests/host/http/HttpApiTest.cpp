@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <asio/ip/tcp.hpp>
 #include <asio/read.hpp>
 #include <asio/read_until.hpp>
@@ -11,8 +12,10 @@
 #include <asio/write.hpp>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <semaphore>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -20,6 +23,7 @@
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
 #include "host/http/Metrics.h"
+#include "host/http/OpenApi.h"
 #include "host/management/LocalManagement.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeJournalService.h"
@@ -146,6 +150,43 @@ TEST_F(HttpApiTest, BlocksAtMostOneHealthCheckWhenTheDatabaseIsSlow) {
     EXPECT_TRUE(isServed(second, "/healthz"));
     mayEnd.release(2);
     m_api->stop();
+}
+
+TEST_F(HttpApiTest, DescribesEveryRouteWithItsParameters) {
+    std::set<std::string> served;
+    for (const host::Router::Route& route : m_api.emplace(backend(), m_settings).routes()) {
+        std::set<std::string> names(route.queryParameters.begin(), route.queryParameters.end());
+        if (route.pattern.starts_with("/api/v1/")) {
+            names.insert("line");
+        }
+        served.insert(route.method + " " + route.pattern + " " + testing::PrintToString(names));
+    }
+    std::set<std::string> described;
+    const auto document = nlohmann::json::parse(host::openApiResponse().body);
+    const auto add = [&document](std::set<std::string>& names, const nlohmann::json& operation) {
+        for (nlohmann::json parameter : operation.value("parameters", nlohmann::json::array())) {
+            if (parameter.contains("$ref")) {
+                const std::string reference = parameter["$ref"];
+                parameter = document.at(nlohmann::json::json_pointer(reference.substr(1)));
+            }
+            if (parameter.at("in") == "query") {
+                names.insert(parameter.at("name").get<std::string>());
+            }
+        }
+    };
+    for (const auto& [path, methods] : document.at("paths").items()) {
+        for (const auto& [method, operation] : methods.items()) {
+            std::set<std::string> names;
+            add(names, methods);
+            if (method != "parameters") {
+                add(names, operation);
+                std::string upper = method;
+                std::transform(upper.begin(), upper.end(), upper.begin(), ::toupper);
+                described.insert(upper + " " + path + " " + testing::PrintToString(names));
+            }
+        }
+    }
+    EXPECT_EQ(described, served);
 }
 
 TEST_F(HttpApiTest, DisconnectsIdleClientsForOthers) {

@@ -22,7 +22,7 @@ protected:
         std::ofstream(m_directory.path() / "a.js") << "script";
         m_resource.addRoutes(m_router);
         m_router.add(
-            {"GET", "/open", [](const auto&) { return HttpResponse(); }, host::Router::Guard::eOpen});
+            {"GET", "/open", [](const auto&) { return HttpResponse(); }, {}, host::Router::Guard::eOpen});
         m_router.add(
             {"GET", "/broken", [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
         for (const char* const name : {"Ann", "Bob", "Anna"}) {
@@ -129,10 +129,21 @@ TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {
         GET    | missed?search=ANN&limit=9 |                     | 200 2/2 Ann Anna     | getMissedCallList()
         GET    | missed/%42ob              |                     | 200 Bob              | getMissedCall(Bob)
         DELETE | missed/Bob                |                     | 204 -                | deleteMissedCall(Bob, false)
-        DELETE | callbacks                 |                     | 204 -                | deleteCallBackList()
+        GET    | missed/Bob?limit=1        |                     | 400 unknown-parameter  |
+        GET    | missed?limit=1&limit=1    |                     | 400 repeated-parameter |
+        DELETE | callbacks?all=true&       |                     | 204 -                | deleteCallBackList()
         DELETE | received                  | {"entryIds": ["b"]} | 204 -                | deleteReceivedCallList({b})
+        DELETE | received?entryIds=b,%61   |                     | 204 -                | deleteReceivedCallList({a, b})
         DELETE | forwarded                 | {"entryIds": []}    | 204 -                | deleteForwardedCallList({})
-        DELETE | dialled                   | {}                  | 422 wrong-shape      |
+        DELETE | dialled                   |                     | 400 wrong-selection  |
+        DELETE | dialled?all=1             |                     | 400 wrong-selection  |
+        DELETE | dialled?all=true          | {"entryIds": ["b"]} | 400 wrong-selection  |
+        DELETE | dialled?entryIds=b        | {"entryIds": ["b"]} | 400 wrong-selection  |
+        DELETE | dialled?all=true&entryIds=b |                   | 400 wrong-selection  |
+        DELETE | dialled?entryIds=b,,c     |                     | 400 wrong-selection  |
+        DELETE | dialled?entryIds=         |                     | 400 wrong-selection  |
+        DELETE | dialled?al=true           | {"entryIds": ["b"]} | 400 unknown-parameter |
+        DELETE | dialled                   | {}                  | 400 wrong-shape      |
         POST   | missed/viewed             | {"entryIds": ["x"]} | 204 -                | setMissedCallListAsViewed({x})
     )")) {
         const std::size_t before = m_journal.calls().size();

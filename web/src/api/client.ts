@@ -56,7 +56,7 @@ export const api = {
     list: (name: ListName) => request<ListResponse>("GET", `lists/${name}`),
     /** Deletes all entries if there are no ids. The server skips entries that have changed meanwhile. */
     deleteEntries: (name: ListName, entryIds: string[] | undefined, keepalive: boolean) =>
-        request<void>("DELETE", `lists/${name}`, entryIds && { entryIds }, keepalive),
+        request<void>("DELETE", entryIds ? `lists/${name}` : `lists/${name}?all=true`, entryIds && { entryIds }, keepalive),
     markViewed: (entryIds: string[]) => request<void>("POST", "lists/missed/viewed", { entryIds }),
     /** Counts all calls in the database; quarters of an hour without a call are left out. */
     times: (from: Date) => request<{ quarters: Quarter[] }>("GET", `times?from=${from.toISOString()}`),

@@ -34,9 +34,6 @@ const rows: Setting[] = [
 /** The text of a refusal, with advice. */
 function explained(error: unknown, key: string): string {
     const rejection = error instanceof ApiError ? error.rejected[key] : undefined;
-    if (rejection?.code === 10) {
-        return `Another client has set this already; the page now shows the current value. (${rejection.text})`;
-    }
     if (rejection) {
         return `The journal does not accept this value: ${rejection.text}`;
     }
