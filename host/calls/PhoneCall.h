@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/csta/CSTADevice.h"
@@ -41,6 +42,8 @@ struct PhoneCall {
     CSTADevice redirecting;
     /// The party at the far end of an established call; empty if it is not known.
     CSTADevice partner;
+    /// The numbers of all other devices that have rung or taken part and have not left.
+    std::set<std::string> others;
 
     Time firstEvent{};
     /// The time since which the call is established here.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "host/calls/FollowCalls.h"
+#include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/DeviceReader.h"
@@ -49,6 +50,7 @@ std::vector<PhoneEvent> EventReader::read(const WireDocument& document, const Ev
             break;
         case EventDecision::Action::eDeliver: carryOut(events, builder, source); break;
     }
+    noteOther(builder.context(), device, builder.callId());
     return events;
 }
 
@@ -96,6 +98,28 @@ void EventReader::endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall&
          .time = ended.lastEvent,
          .endApproximate = true},
         ended.device);
+}
+
+/// Notes that another device has joined the call, or has left it.
+void EventReader::noteOther(const EventContext& context, const std::string& device,
+                            const std::string& callId) {
+    const PhoneCall* const known = m_calls.find(device, callId);
+    const std::string number = comparableNumber(context.subject.device.number);
+    if (known == nullptr || context.subject.party != EventParty::eOther || number.empty()) {
+        return;
+    }
+    const bool joins = context.event == WireEvent::eOffered || context.event == WireEvent::eDelivered ||
+                       context.event == WireEvent::eEstablished;
+    const bool leaves = context.event == WireEvent::eConnectionCleared || context.event == WireEvent::eFailed;
+    if (known->others.contains(number) ? leaves : joins) {
+        PhoneCall call = *known;
+        if (joins) {
+            call.others.insert(number);
+        } else {
+            call.others.erase(number);
+        }
+        m_calls.store(std::move(call));
+    }
 }
 
 void EventReader::noteDropped(const PhoneCall& known, bool established) {

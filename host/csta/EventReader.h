@@ -11,6 +11,7 @@
 namespace host {
 
 class EventBuilder;
+struct EventContext;
 class WireDocument;
 
 /// The monitor that an event belongs to.
@@ -46,6 +47,7 @@ private:
     void add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device);
     void endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall& call, const std::string& crossRefId);
     void carryOut(std::vector<PhoneEvent>& events, EventBuilder& builder, const EventSource& source);
+    void noteOther(const EventContext& context, const std::string& device, const std::string& callId);
     void noteDropped(const PhoneCall& known, bool established);
 
     const std::string m_ownDevice;

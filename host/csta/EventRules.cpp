@@ -157,7 +157,7 @@ Action failedElsewhere(const EventContext& context) {
 }
 
 /// Another party leaves. A call of two parties ends with either; the switch need not report the own
-/// connection.
+/// connection. Third parties and the members of a group leave without ending it.
 Action clearedElsewhere(const EventContext& context) {
     const PhoneCall* const call = context.call;
     if (call != nullptr && call->conference) {
@@ -166,12 +166,16 @@ Action clearedElsewhere(const EventContext& context) {
     if (context.localConnection) {
         return always(isState(context, CSTA_LCS_Null));
     }
-    if (call == nullptr || call->outgoing || call->called.isLocal() || call->called.number.empty()) {
+    if (call == nullptr) {
         return Action::eDeliver;
     }
-    // A call to a group: other members leave it, too.
+    const bool known = call->others.contains(comparableNumber(context.subject.device.number));
+    if (call->role == PhoneRole::eCalling) {
+        return always(!known || call->others.size() == 1);
+    }
     const CSTADevice& far = call->partner.number.empty() ? call->calling : call->partner;
-    return always(!differ(context.subject.device, far));
+    const bool toGroup = !call->outgoing && !call->called.isLocal() && !call->called.number.empty();
+    return always(!differ(context.subject.device, far) || !(known || toGroup));
 }
 
 /// Another device diverts the call. A group that diverts its call takes it away from this phone, too.

@@ -110,6 +110,9 @@ a colleague drops while talking | Delivered 1 at:2001 from:4711 to:2000 own=aler
 +   Cleared 1 at:4711 own=null | received 4711 00:02 | =
 a third party rings        | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
 +   Delivered 1 at:4713 from:4711 to:4713 own=connected; passes 2; Cleared 1 at:2001 own=null | received 4711 00:02 | =
+a third party comes and goes | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
++   Delivered 1 at:4713 from:4711 to:4713 own=connected; Established 1 at:4713 from:4711 to:4713 own=connected;
++   Cleared 1 at:4713 own=connected; passes 2; Cleared 1 at:4711 own=null | received 4711 00:02 | =
 a third party is busy      | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
 +   Failed 1 at:2006 from:2001 to:2006 own=connected; passes 2; Cleared 1 at:2001 own=null | received 4711 00:02 | =
 the roles are reversed     | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
@@ -126,6 +129,9 @@ a member of a group is busy | Originated 1 to:2100 own=connected cause=newCall; 
 +   Established 1 at:2007 from:2001 to:2100 own=connected; passes 2; Cleared 1 at:2001 own=null | dialled 2100 00:02 | =
 the members of a group ring | Originated 1 to:2100 own=connected cause=newCall; Delivered 1 at:2006 from:2001 to:2100 own=connected;
 +   Delivered 1 at:2007 from:2001 to:2100 own=connected; Cleared 1 at:2001 own=null | dialled 2100 | =
+a member stops ringing     | Originated 1 to:2100 own=connected cause=newCall; Delivered 1 at:2006 from:2001 to:2100 own=connected;
++   Delivered 1 at:2007 from:2001 to:2100 own=connected; Cleared 1 at:2006 own=connected;
++   Established 1 at:2007 from:2001 to:2100 own=connected; passes 2; Cleared 1 at:2007 own=null | dialled 2100 00:02 | =
 first seen established     | Established 1 at:4713 from:2001 to:4712 own=connected; passes 2; Cleared 1 at:2001 own=null
 +   | dialled 4712 00:02 | =
 picked up                  | Originated 1 to:*8 own=connected cause=newCall;
