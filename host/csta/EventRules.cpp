@@ -217,6 +217,9 @@ std::optional<int> localConnectionNumber(std::string_view word) noexcept {
 }
 
 int localConnectionOf(const EventContext& context) noexcept {
+    if (context.event == WireEvent::eTransferred && context.subject.party == EventParty::eMonitored) {
+        return CSTA_LCS_Null;  // the phone has left; some switches still send the hold before it
+    }
     if (context.localConnection) {
         return *context.localConnection;
     }

@@ -128,7 +128,7 @@ Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:20
 + | ConnectionCleared call: 12, device: here, releasing: here, own: 0, cause: 5;
 + Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: 12, transferring: here,
 + transferredTo: 4712 Bob, own: 0, cause: 5
-Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001
+Transfered primaryOldCall/11/2001 secondaryOldCall/12/2001 transferringDevice:2001 localConnectionInfo=hold
 + <transferredToDevice><notKnown/></transferredToDevice>
 + <transferredConnections> moved/13/11/4711/4711 moved/13/12/4712/N<4712>Bob </transferredConnections>
 + | ..Transferred call: 13, device: here, primaryOldCall: 11, secondaryOldCall: 12, transferring: here,
