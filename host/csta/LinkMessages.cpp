@@ -52,6 +52,16 @@ std::string LinkMessages::changeMonitorFilter(std::string_view crossRefId,
     return writer.finish();
 }
 
+std::string LinkMessages::snapshotDevice(std::string_view device) const {
+    return MessageWriter("SnapshotDevice", m_nameSpace).text("snapshotObject", device).finish();
+}
+
+std::string LinkMessages::snapshotCall(std::string_view callId, std::string_view device) const {
+    MessageWriter writer("SnapshotCall", m_nameSpace);
+    writer.open("snapshotObject").text("callID", callId).text("deviceID", device);
+    return writer.finish();
+}
+
 std::string LinkMessages::escape(const CallLogEntryRequest& request) const {
     MessageWriter writer("Escape", m_nameSpace);
     writeCallLogEntryRequest(writer, request);

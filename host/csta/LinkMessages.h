@@ -24,6 +24,9 @@ public:
     [[nodiscard]] std::string changeMonitorFilter(std::string_view crossRefId,
                                                   const CSTAMonitorFilter& filter) const;
 
+    [[nodiscard]] std::string snapshotDevice(std::string_view device) const;
+    [[nodiscard]] std::string snapshotCall(std::string_view callId, std::string_view device) const;
+
     /// A private request about the switch's call log.
     [[nodiscard]] std::string escape(const CallLogEntryRequest& request) const;
 
