@@ -1,9 +1,8 @@
 #include "host/csta/SnapshotReader.h"
 
-#include <algorithm>
-#include <array>
-#include <string_view>
+#include <utility>
 
+#include "host/csta-wire/SimpleCallState.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/EventRules.h"
 #include "platform/csta/CSTALocalConnectionState.h"
@@ -13,30 +12,6 @@ namespace host {
 namespace {
 
 constexpr const char* kChoice = "crossRefIDorSnapshotData";
-
-struct SimpleState {
-    std::string_view word;
-    int own;
-    int other;
-};
-
-constexpr std::array kSimpleStates = {
-    SimpleState{"callNull", CSTA_LCS_Null, CSTA_LCS_Null},
-    SimpleState{"callPending", CSTA_LCS_Initiated, CSTA_LCS_Null},
-    SimpleState{"callOriginated", CSTA_LCS_Connected, CSTA_LCS_Null},
-    SimpleState{"callDelivered", CSTA_LCS_Connected, CSTA_LCS_Alerting},
-    SimpleState{"callDeliveredHeld", CSTA_LCS_Hold, CSTA_LCS_Alerting},
-    SimpleState{"callReceived", CSTA_LCS_Alerting, CSTA_LCS_Connected},
-    SimpleState{"callReceivedOnHold", CSTA_LCS_Alerting, CSTA_LCS_Hold},
-    SimpleState{"callEstablished", CSTA_LCS_Connected, CSTA_LCS_Connected},
-    SimpleState{"callEstablishedHeld", CSTA_LCS_Hold, CSTA_LCS_Connected},
-    SimpleState{"callEstablishedOnHold", CSTA_LCS_Connected, CSTA_LCS_Hold},
-    SimpleState{"callQueued", CSTA_LCS_Connected, CSTA_LCS_Queued},
-    SimpleState{"callQueuedHeld", CSTA_LCS_Hold, CSTA_LCS_Queued},
-    SimpleState{"callFailed", CSTA_LCS_Connected, CSTA_LCS_Fail},
-    SimpleState{"callFailedHeld", CSTA_LCS_Hold, CSTA_LCS_Fail},
-    SimpleState{"callBlocked", CSTA_LCS_Fail, CSTA_LCS_Null},
-};
 
 pugi::xml_node dataOf(const WireDocument& message) {
     const pugi::xml_node root = message.root();
@@ -69,13 +44,9 @@ void readState(pugi::xml_node state, DeviceSnapshot::Connection& connection) {
         readCompound(compound, connection);
         return;
     }
-    const std::string word = firstText(state);
-    const auto* const row =
-        std::find_if(kSimpleStates.begin(), kSimpleStates.end(),
-                     [&word](const SimpleState& candidate) { return candidate.word == word; });
-    if (row != kSimpleStates.end()) {
-        connection.own = row->own;
-        connection.others = {row->other};
+    if (const std::optional<SimpleCallState> simple = simpleCallState(firstText(state))) {
+        connection.own = localConnectionNumber(simple->own);
+        connection.others = {localConnectionNumber(simple->other).value_or(CSTA_LCS_Null)};
     }
 }
 

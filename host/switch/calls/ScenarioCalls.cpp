@@ -62,6 +62,21 @@ SimulatedEvents ScenarioCalls::hangUpAll() {
     return events;
 }
 
+void ScenarioCalls::addLiveCalls(std::vector<LiveCall>& calls) const {
+    const auto add = [&calls](LiveCall call) {
+        if (std::any_of(call.connections.begin(), call.connections.end(),
+                        [](const LiveCall::Connection& one) { return one.state != "null"; })) {
+            calls.push_back(std::move(call));
+        }
+    };
+    for (const auto& [name, call] : m_calls) {
+        add(call.live());
+    }
+    for (const auto& [name, conference] : m_conferences) {
+        add(conference.live());
+    }
+}
+
 SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
     switch (step.action) {
         case Action::eRing: return {call.ring()};

@@ -21,6 +21,8 @@ public:
     /// Performs any step except waits and the switch's own status.
     [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step);
     [[nodiscard]] SimulatedEvents hangUpAll();
+    /// Adds the live calls to `calls`.
+    void addLiveCalls(std::vector<LiveCall>& calls) const;
 
 private:
     [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step, SimulatedCall& call);

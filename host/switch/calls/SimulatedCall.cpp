@@ -115,6 +115,15 @@ SimulatedEvent SimulatedCall::setName(Side learner, const std::string& name) {
     return makeInformation(learner);
 }
 
+LiveCall SimulatedCall::live() const {
+    LiveCall call{
+        .callId = m_callId, .calling = party(Side::eCaller), .called = m_firstCalled, .connections = {}};
+    for (const End& one : m_ends) {
+        call.connections.push_back({one.party, one.state});
+    }
+    return call;
+}
+
 SimulatedCall::Side SimulatedCall::other(Side side) noexcept {
     return side == Side::eCaller ? Side::eCalled : Side::eCaller;
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "host/switch/calls/LiveCall.h"
 #include "host/switch/calls/SimulatedEvent.h"
 
 namespace host {
@@ -47,6 +48,7 @@ public:
     /// Sends `learner` the name of the other side.
     [[nodiscard]] SimulatedEvent setName(Side learner, const std::string& name);
 
+    [[nodiscard]] LiveCall live() const;
     [[nodiscard]] static Side other(Side side) noexcept;
     [[nodiscard]] bool isRinging() const noexcept { return end(Side::eCalled).state == "alerting"; }
     [[nodiscard]] const std::string& id() const noexcept { return m_callId; }

@@ -30,6 +30,14 @@ SimulatedEvents SimulatedConference::hangUp(const Party& first) {
     return events;
 }
 
+LiveCall SimulatedConference::live() const {
+    LiveCall call{.callId = m_callId, .calling = {}, .called = {}, .connections = {}};
+    for (const Party& member : m_members) {
+        call.connections.push_back({member, "connected"});
+    }
+    return call;
+}
+
 SimulatedEvent SimulatedConference::clear(const Party& leaving, const Party& releasing) {
     SimulatedEvent event;
     event.type = WireEvent::eConnectionCleared;

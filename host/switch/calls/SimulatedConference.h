@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "host/switch/calls/LiveCall.h"
 #include "host/switch/calls/SimulatedEvent.h"
 
 namespace host {
@@ -16,6 +17,7 @@ public:
     [[nodiscard]] SimulatedEvents leave(const Party& who);
     /// All members leave; `first` hangs up.
     [[nodiscard]] SimulatedEvents hangUp(const Party& first);
+    [[nodiscard]] LiveCall live() const;
 
 private:
     [[nodiscard]] SimulatedEvent clear(const Party& leaving, const Party& releasing);

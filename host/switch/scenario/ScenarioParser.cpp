@@ -153,6 +153,8 @@ bool ScenarioParser::parseStandaloneAction(ScenarioStep& step) {
     } else if (m_reader.take("status")) {
         step.action = Action::eStatus;
         step.word = m_reader.takeWord("a status");
+    } else if (m_reader.take("disconnect")) {
+        step.action = Action::eDisconnect;
     } else if (m_reader.take("callback")) {
         parseCallBack(step);
     } else if (m_reader.take("log")) {

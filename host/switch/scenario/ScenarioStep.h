@@ -52,6 +52,7 @@ struct ScenarioStep {
         eCallBackSet,     ///< the phone's callback to `to` is set or progresses; `word` is its private text
         eCallBackCancel,  ///< the phone's callback to `to` is cancelled; `word` as above
         eStatus,          ///< the switch reports the system status `word`
+        eDisconnect,      ///< the switch closes all its connections
         eLogAdd,     ///< the switch's log `log` gets an entry of `to`; `word` is the group that was called
         eLogDelete,  ///< the newest entry of `to` leaves it
         eLogClear,   ///< all entries leave it

@@ -3,52 +3,20 @@
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
+#include "host/switch/server/PartyWriter.h"
 
 namespace host {
 
 namespace {
 
-bool isUnknown(const Party& party) {
-    return party.number.empty();
-}
-
-/// Writes one alternative of the schema's device choice. `identifier` is the name of the element for its
-/// text.
-void writeDevice(MessageWriter& writer, std::string_view member, std::string_view identifier,
-                 const Party& party) {
-    writer.open(member);
-    if (party.anonymous) {
-        writer.empty("restricted");
-    } else if (isUnknown(party)) {
-        writer.empty("notKnown");
-    } else {
-        writer.text(identifier, deviceText(party.number, party.name));
-    }
-    writer.close();
-}
-
-void writeParty(MessageWriter& writer, std::string_view member, const Party& party) {
-    writeDevice(writer, member, "deviceIdentifier", party);
-}
-
 void writeRedirection(MessageWriter& writer, const Party& party) {
     writer.open("lastRedirectionDevice");
-    if (isUnknown(party)) {
+    if (party.number.empty()) {
         writer.empty("notRequired");
     } else {
         writer.text("numberDialed", deviceText(party.number, party.name));
     }
     writer.close();
-}
-
-/// The connection of a party with a restricted number has a generated device id.
-std::string connectionDevice(const Party& party, const std::string& callId) {
-    return party.anonymous ? "trunk-" + callId : party.number;
-}
-
-void writeConnection(MessageWriter& writer, std::string_view member, const std::string& callId,
-                     const Party& party) {
-    writer.open(member).text("callID", callId).text("deviceID", connectionDevice(party, callId)).close();
 }
 
 void writePrivateText(MessageWriter& writer, const std::string& text) {

@@ -8,6 +8,7 @@
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/NameSpaces.h"
+#include "host/switch/server/SnapshotWriter.h"
 
 namespace host {
 
@@ -17,11 +18,12 @@ struct RequestResponder::Row {
 };
 
 RequestResponder::RequestResponder(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
-                                   CallLogStore& callLogs)
+                                   CallLogStore& callLogs, std::function<std::vector<LiveCall>()> liveCalls)
     : m_nameSpace(cstaNameSpace(edition)),
       m_ownDevice(std::move(ownDevice)),
       m_monitors(monitors),
-      m_callLogs(callLogs) {}
+      m_callLogs(callLogs),
+      m_liveCalls(std::move(liveCalls)) {}
 
 RequestResponder::Outcome RequestResponder::respond(const WireDocument& request, int client) {
     static constexpr std::array rows = {
@@ -33,7 +35,8 @@ RequestResponder::Outcome RequestResponder::respond(const WireDocument& request,
         Row{"RequestSystemStatus", &RequestResponder::requestSystemStatus},
         Row{"SystemStatus", &RequestResponder::emptyResponse},
         Row{"Escape", &RequestResponder::escape},
-        Row{"SnapshotDevice", &RequestResponder::snapshot},
+        Row{"SnapshotDevice", &RequestResponder::snapshotDevice},
+        Row{"SnapshotCall", &RequestResponder::snapshotCall},
         Row{"GetSwitchingFunctionDevices", &RequestResponder::devices},
         Row{"StartApplicationSession", &RequestResponder::startSession},
         Row{"ResetApplicationSessionTimer", &RequestResponder::resetSession},
@@ -152,10 +155,19 @@ RequestResponder::Outcome RequestResponder::escape(const WireDocument& request, 
     return outcome;
 }
 
-RequestResponder::Outcome RequestResponder::snapshot(const WireDocument& /*request*/, int /*client*/) {
-    MessageWriter writer("SnapshotDeviceResponse", m_nameSpace);
-    writer.open("crossRefIDorSnapshotData").empty("snapshotData");
-    return {writer.finish()};
+RequestResponder::Outcome RequestResponder::snapshotDevice(const WireDocument& request, int /*client*/) {
+    const std::string device = firstText(childNamed(request.root(), "snapshotObject"));
+    return {writeDeviceSnapshot(m_nameSpace, device.empty() ? m_ownDevice : device, m_liveCalls())};
+}
+
+RequestResponder::Outcome RequestResponder::snapshotCall(const WireDocument& request, int /*client*/) {
+    const std::string callId = childText(childNamed(request.root(), "snapshotObject"), "callID");
+    for (const LiveCall& call : m_liveCalls()) {
+        if (call.callId == callId) {
+            return {writeCallSnapshot(m_nameSpace, call)};
+        }
+    }
+    return {error("operation", "invalidCallID")};
 }
 
 RequestResponder::Outcome RequestResponder::devices(const WireDocument& request, int /*client*/) {

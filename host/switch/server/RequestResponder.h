@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "host/csta-wire/WireDocument.h"
 #include "host/switch/call-log/CallLogStore.h"
+#include "host/switch/calls/LiveCall.h"
 #include "host/switch/server/SwitchMonitors.h"
 
 namespace host {
@@ -18,9 +20,9 @@ namespace host {
 class RequestResponder {
 public:
     /// `monitors` and `callLogs` must outlive the object. `ownDevice` is used for an empty device in a
-    /// request.
+    /// request. `liveCalls` returns the live calls of the switch.
     RequestResponder(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
-                     CallLogStore& callLogs);
+                     CallLogStore& callLogs, std::function<std::vector<LiveCall>()> liveCalls);
 
     struct Outcome {
         /// `std::nullopt` for messages that require no response.
@@ -61,7 +63,8 @@ private:
     Outcome systemRegister(const WireDocument& request, int client);
     Outcome requestSystemStatus(const WireDocument& request, int client);
     Outcome escape(const WireDocument& request, int client);
-    Outcome snapshot(const WireDocument& request, int client);
+    Outcome snapshotDevice(const WireDocument& request, int client);
+    Outcome snapshotCall(const WireDocument& request, int client);
     Outcome devices(const WireDocument& request, int client);
     Outcome startSession(const WireDocument& request, int client);
     Outcome resetSession(const WireDocument& request, int client);
@@ -74,6 +77,7 @@ private:
     const std::string m_ownDevice;
     SwitchMonitors& m_monitors;
     CallLogStore& m_callLogs;
+    const std::function<std::vector<LiveCall>()> m_liveCalls;
     std::string m_status = "normal";
     int m_registrations = 0;
     int m_sessions = 0;

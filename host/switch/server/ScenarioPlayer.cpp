@@ -75,6 +75,7 @@ void ScenarioPlayer::perform(const ScenarioStep& step) {
     switch (step.action) {
         case ScenarioStep::Action::eWait: break;
         case ScenarioStep::Action::eStatus: m_handlers.status(step.word); break;
+        case ScenarioStep::Action::eDisconnect: m_handlers.disconnect(); break;
         case ScenarioStep::Action::eLogAdd:
         case ScenarioStep::Action::eLogDelete:
         case ScenarioStep::Action::eLogClear:

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
@@ -21,6 +22,8 @@ public:
     struct Handlers {
         std::function<void(const SimulatedEvent&)> event;
         std::function<void(const std::string& word)> status;
+        /// Closes all connections of the switch.
+        std::function<void()> disconnect;
         /// A change of the switch's call log of the phone.
         std::function<void(const ScenarioStep&)> callLog;
         /// Returns a call id that is unique at the switch.
@@ -40,6 +43,7 @@ public:
     /// or `kLinePatience` after the phone itself is monitored.
     void monitorStarted();
     void stop();
+    void addLiveCalls(std::vector<LiveCall>& calls) const { m_calls.addLiveCalls(calls); }
 
 private:
     // Yields to the other work of the thread after this number of steps.

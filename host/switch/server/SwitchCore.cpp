@@ -37,7 +37,7 @@ SwitchCore::SwitchCore(const SwitchOptions& options, CallLogStore& callLogs)
       m_callLogs(callLogs),
       m_work(m_io.get_executor()),
       m_acceptor(listeningOn(m_io, options)),
-      m_responses(options.edition, options.device, m_monitors, callLogs) {
+      m_responses(options.edition, options.device, m_monitors, callLogs, [this] { return liveCalls(); }) {
     accept();
 }
 
@@ -47,6 +47,7 @@ void SwitchCore::play(Scenario scenario, PlayOptions options) {
     ScenarioPlayer::Handlers handlers{
         .event = [this](const SimulatedEvent& event) { publish(event); },
         .status = [this](const std::string& word) { sendSystemStatus(word); },
+        .disconnect = [this] { dropClients(); },
         .callLog = [this, device,
                     options](const ScenarioStep& step) { changeCallLog(device, step, options); },
         .newCallId = [this] { return std::to_string(++m_lastCall); },
@@ -92,6 +93,14 @@ void SwitchCore::close() {
     }
     dropClients();
     m_work.reset();
+}
+
+std::vector<LiveCall> SwitchCore::liveCalls() const {
+    std::vector<LiveCall> calls;
+    for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
+        player->addLiveCalls(calls);
+    }
+    return calls;
 }
 
 void SwitchCore::accept() {

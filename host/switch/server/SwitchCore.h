@@ -46,6 +46,7 @@ private:
     using ClientMap = std::map<int, std::shared_ptr<SwitchClient>>;
 
     void accept();
+    [[nodiscard]] std::vector<LiveCall> liveCalls() const;
     void addClient(asio::ip::tcp::socket socket);
     void received(SwitchClient& client, const Frame& frame);
     void respond(SwitchClient& client, int invokeId, const WireDocument& request);

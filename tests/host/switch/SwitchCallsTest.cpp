@@ -90,6 +90,44 @@ std::string names(const std::vector<Entry>& entries) {
     return text;
 }
 
+TEST_F(Switch, ReportsItsLiveCalls) {
+    // The state of the phone, and the devices of the call; the row's last call is asked for.
+    const std::string rows = R"(
+call c from 4711 "Ann"; ring c    | simpleCallState>callReceived<   | N&lt;4711&gt;Ann connected, PHONE alerting
+dial c to 4712                    | simpleCallState>callOriginated< | PHONE connected
+call c from anonymous; ring c; answer c; hold c by caller | simpleCallState>callEstablishedOnHold< | - hold, PHONE connected
+call b from 1; ring b; answer b; hold b; dial c to 2; connect c; join b c
++ | compoundCallState><localConnectionState>connected<              | PHONE connected, 1 connected, 2 connected
+call c from 1; ring c; giveup c   | snapshotData></snapshotData     |
+)";
+    Client client(simulator.port());
+    int phone = 3000;
+    for (const std::vector<std::string>& row : table(3, rows)) {
+        const std::string number = std::to_string(++phone);
+        playToEnd(simulator, "device " + number + "; " + row[0], {.awaitMonitor = false, .finished = {}});
+        const std::string calls = client.request("<SnapshotDevice><snapshotObject>" + number +
+                                                 "</snapshotObject></SnapshotDevice>");
+        EXPECT_THAT(calls, HasSubstr(row[1])) << row[0];
+        const std::size_t id = calls.find("<callID>");
+        const std::string call = client.request(
+            "<SnapshotCall><snapshotObject>" +
+            (id == std::string::npos ? "" : calls.substr(id, calls.find("</callID>") - id + 9)) +
+            "</snapshotObject></SnapshotCall>");
+        std::string parties;
+        for (std::size_t at = 0; (at = call.find("<deviceOnCall>", at)) != std::string::npos; ++at) {
+            const auto text = [&](const std::string& tag) {
+                const std::size_t begin = call.find('<' + tag + '>', at) + tag.size() + 2;
+                return call.substr(begin, call.find("</" + tag, begin) - begin);
+            };
+            const bool restricted = text("deviceOnCall") == "<restricted/>";
+            const std::string device = restricted ? "-" : text("deviceIdentifier");
+            parties += (parties.empty() ? "" : ", ") + (device == number ? "PHONE" : device) + ' ' +
+                       text("localConnectionInfo");
+        }
+        EXPECT_EQ(parties, row[2]) << row[0];
+    }
+}
+
 TEST_F(Switch, AddsEachCallToItsLog) {
     const std::string rows = R"(
 call c from 1; ring c; name c "Ann"; answer c; hangup c                                 | 0 1Ann

@@ -31,7 +31,8 @@ TEST_F(Switch, RespondsToEveryRequestAndIgnoresOtherMessages) {
 <SystemRegisterCancel/>          | <SystemRegisterCancelResponse
 <Escape><privateData/></Escape>  | <EscapeResponse
 <Escape><privateData><private><callLogEntryRequest/></private></privateData></Escape> | <operation>invalidParameterValue<
-<SnapshotDevice/>                | <snapshotData/>
+<SnapshotDevice/>                | <snapshotData></snapshotData>
+<SnapshotCall><snapshotObject><callID>9</callID></snapshotObject></SnapshotCall> | <operation>invalidCallID<
 <MonitorStart/>                  | <operation>invalidMonitorObject<
 <ChangeMonitorFilter/>           | <operation>invalidMonitorCrossRefID<
 <MakeCall/> | <CSTAErrorCode xmlns="http://www.ecma-international.org/standards/ecma-323/csta/ed4"><operation>serviceN

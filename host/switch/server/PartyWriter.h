@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/csta-wire/MessageWriter.h"
+#include "host/switch/scenario/ScenarioStep.h"
+
+namespace host {
+
+/// Writes one alternative of the schema's device choice. `identifier` is the name of the element for its
+/// text.
+void writeDevice(MessageWriter& writer, std::string_view member, std::string_view identifier,
+                 const Party& party);
+/// The same with the name that most members use.
+void writeParty(MessageWriter& writer, std::string_view member, const Party& party);
+
+/// The connection of a party with a restricted number has a generated device id.
+[[nodiscard]] std::string connectionDevice(const Party& party, const std::string& callId);
+void writeConnection(MessageWriter& writer, std::string_view member, const std::string& callId,
+                     const Party& party);
+
+}  // namespace host
