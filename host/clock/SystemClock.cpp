@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "host/calls/DeliveryContext.h"
+
 namespace host {
 namespace {
 
@@ -133,12 +135,17 @@ std::optional<minutes> zone(Scanner& text) {
 
 SystemClock::SystemClock(Now now) : m_now(std::move(now)) {}
 
+std::chrono::system_clock::time_point SystemClock::now() const {
+    const DeliveryContext* const delivery = DeliveryContext::current();
+    return delivery != nullptr && delivery->time ? *delivery->time : m_now();
+}
+
 ClockServiceIfc::DateTime SystemClock::getDateTime() {
-    return split(std::chrono::floor<seconds>(m_now()));
+    return split(std::chrono::floor<seconds>(now()));
 }
 
 long SystemClock::getSeconds() {
-    return std::chrono::floor<seconds>(m_now()).time_since_epoch().count();
+    return std::chrono::floor<seconds>(now()).time_since_epoch().count();
 }
 
 std::string SystemClock::formatTimeDate(long secondsSince1970) {

@@ -13,6 +13,9 @@ namespace host {
 /// "2026-11-21T05:22:05Z". The journal formats `getDateTime` in the same way, so old and new list keys sort
 /// alike in every time zone. User interfaces convert to local time.
 ///
+/// While an event is delivered on the calling thread, the time now is the time of the event
+/// (`DeliveryContext`): the journal files calls with the times at which the events arrived.
+///
 /// Thread-safe; stateless.
 class SystemClock final : public Executable, public ClockServiceIfc {
 public:
@@ -32,6 +35,8 @@ public:
     [[nodiscard]] bool splitTimeDate(const std::string& text, DateTime& result) override;
 
 private:
+    [[nodiscard]] std::chrono::system_clock::time_point now() const;
+
     // Constant after construction.
     const Now m_now;
 };

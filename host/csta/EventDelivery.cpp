@@ -5,13 +5,21 @@
 
 namespace host {
 
-void EventDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::unique_ptr<CSTAEvent> event) const {
+void EventDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::unique_ptr<CSTAEvent> event,
+                            DeliveryContext context) const {
     if (sink->receiver == nullptr) {
         return;
     }
-    m_post([sink, shared = std::shared_ptr<CSTAEvent>(std::move(event))] {
+    if (!context.time) {
+        context.time = std::chrono::system_clock::now();
+    }
+    m_post([sink, shared = std::shared_ptr<CSTAEvent>(std::move(event)), context = std::move(context),
+            ended = m_ended]() mutable {
         if (sink->live) {
-            sink->receiver->deliverEvent(shared.get());
+            context.around([&] { sink->receiver->deliverEvent(shared.get()); });
+        }
+        if (context.ends && ended) {
+            ended(context);
         }
     });
 }

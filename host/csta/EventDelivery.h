@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 
+#include "host/calls/DeliveryContext.h"
+
 class CSTAEvent;
 class CSTAEventIfc;
 class Service;
@@ -26,13 +28,20 @@ class EventDelivery {
 public:
     /// Runs a function on the line's strand, later and in order, never inside the call.
     using Post = std::function<void(std::function<void()>)>;
+    /// Called on the strand after the delivery of an event that ends a call, even if its receiver is gone.
+    using Ended = std::function<void(const DeliveryContext&)>;
 
-    explicit EventDelivery(Post post) : m_post(std::move(post)) {}
+    explicit EventDelivery(Post post, Ended ended = {})
+        : m_post(std::move(post)), m_ended(std::move(ended)) {}
 
-    void deliver(const std::shared_ptr<EventSink>& sink, std::unique_ptr<CSTAEvent> event) const;
+    /// Delivers the event with its context. Without a time in it, the event happens now, not when the strand
+    /// gets to it.
+    void deliver(const std::shared_ptr<EventSink>& sink, std::unique_ptr<CSTAEvent> event,
+                 DeliveryContext context = {}) const;
 
 private:
     const Post m_post;
+    const Ended m_ended;
 };
 
 }  // namespace host

@@ -4,9 +4,12 @@
 
 #include <chrono>
 #include <cstdio>
+#include <future>
 #include <limits>
+#include <stdexcept>
 #include <string>
 
+#include "host/calls/DeliveryContext.h"
 #include "tests/support/Table.h"
 
 namespace {
@@ -44,6 +47,22 @@ TEST(SystemClock, HasTheSameTimeInAllFormsAndLimitsItToFourDigitsOfAYear) {
     EXPECT_EQ(clock.formatTimeDate(clock.getSeconds()), "2026-11-21T05:22:05Z");
     EXPECT_EQ(clock.formatTimeDate(std::numeric_limits<long>::max()), "9999-12-31T23:59:59Z");
     EXPECT_EQ(clock.formatTimeDate(std::numeric_limits<long>::min()), "0000-01-01T00:00:00Z");
+}
+
+TEST(SystemClock, ReturnsTheTimeOfTheDeliveredEventOnItsThread) {
+    SystemClock clock = clockAt(5000);
+    host::DeliveryContext earlier{.time = system_clock::time_point(milliseconds(3999))};
+    EXPECT_THROW(earlier.around([&] {
+        EXPECT_EQ(clock.getSeconds(), 3);
+        EXPECT_EQ(text(clock.getDateTime()), "1970-01-01 00:00:03");
+        EXPECT_EQ(std::async(std::launch::async, [&] { return clock.getSeconds(); }).get(), 5);
+        host::DeliveryContext now;
+        now.around([&] { EXPECT_EQ(clock.getSeconds(), 5); });
+        EXPECT_EQ(host::DeliveryContext::current(), &earlier);
+        throw std::runtime_error("the receiver fails");
+    }),
+                 std::runtime_error);
+    EXPECT_EQ(clock.getSeconds(), 5);
 }
 
 TEST(SplitTimeDate, ReadsValidTimesOnly) {

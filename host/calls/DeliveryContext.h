@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "host/calls/PhoneCall.h"
+
+namespace host {
+
+/// Identifies one call for all time: a switch reuses its call ids.
+struct PhoneCallKey {
+    std::string device;
+    std::string callId;
+    PhoneCall::Time firstEvent{};
+
+    [[nodiscard]] auto operator<=>(const PhoneCallKey&) const = default;
+};
+
+[[nodiscard]] inline PhoneCallKey keyOf(const PhoneCall& call) {
+    return {call.device, call.callId, call.firstEvent};
+}
+
+/// The context of one event for the services of the host while the journal handles it. The thread that delivers the
+/// event sets the context around the delivery; the clock and the database look it up on that thread:
+///  1. The clock returns the time of the event, which may lie back.
+///  2. The database removes the call that the event ends in the transaction that files it, and stores with
+///     the entry that the end is approximate.
+struct DeliveryContext {
+    /// The time of the event; `std::nullopt` for the time of the clock.
+    std::optional<PhoneCall::Time> time{};
+    /// The call that the event ends.
+    std::optional<PhoneCallKey> ends{};
+    /// The call ended at a time that is not known exactly.
+    bool endApproximate = false;
+    /// Set by the database when the call was filed.
+    bool filed = false;
+
+    /// The context of the delivery in progress on this thread, or null.
+    [[nodiscard]] static DeliveryContext* current() noexcept { return slot(); }
+
+    /// Runs `deliver` with this context on the calling thread.
+    void around(const std::function<void()>& deliver) {
+        struct Restore {
+            DeliveryContext* const previous = std::exchange(slot(), nullptr);
+            Restore() = default;
+            Restore(const Restore&) = delete;
+            Restore& operator=(const Restore&) = delete;
+            ~Restore() { slot() = previous; }
+        } const restore;
+        slot() = this;
+        deliver();
+    }
+
+private:
+    [[nodiscard]] static DeliveryContext*& slot() noexcept {
+        thread_local DeliveryContext* context = nullptr;
+        return context;
+    }
+};
+
+}  // namespace host
