@@ -22,8 +22,8 @@ struct PhoneCallKey {
     return {call.device, call.callId, call.firstEvent};
 }
 
-/// The context of one event for the services of the host while the journal handles it. The thread that delivers the
-/// event sets the context around the delivery; the clock and the database look it up on that thread:
+/// The context of one event for the services of the host while the journal handles it. The thread that
+/// delivers the event sets it; the clock and the database look it up on that thread:
 ///  1. The clock returns the time of the event, which may lie back.
 ///  2. The database removes the call that the event ends in the transaction that files it, and stores with
 ///     the entry that the end is approximate.
