@@ -131,7 +131,10 @@ private:
                     const host::CstaLink::Status status = m_line.linkStatus();
                     return host::LineState{status.connected, status.monitoring, m_line.liveCallCount()};
                 },
-                [this] { return m_remote->clientCount(); }};
+                [this] { return m_remote->clientCount(); },
+                [this](const std::string& number, const std::string& time) {
+                    return m_line.endIsApproximate(number, time);
+                }};
     }
 
     host::Metrics m_metrics;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/calls/PhoneCall.h"
 
@@ -25,17 +26,20 @@ struct PhoneCallKey {
 /// The context of one event for the services of the host while the journal handles it. The thread that
 /// delivers the event sets it; the clock and the database look it up on that thread:
 ///  1. The clock returns the time of the event, which may lie back.
-///  2. The database removes the call that the event ends in the transaction that files it, and stores with
+///  2. The database removes a call that the event ends in the transaction that files it, and stores with
 ///     the entry that the end is approximate.
 struct DeliveryContext {
     /// The time of the event; `std::nullopt` for the time of the clock.
     std::optional<PhoneCall::Time> time{};
-    /// The call that the event ends.
-    std::optional<PhoneCallKey> ends{};
-    /// The call ended at a time that is not known exactly.
+    struct EndedCall {
+        PhoneCallKey call;
+        /// Set by the database when it has stored the call's entry.
+        bool filed = false;
+    };
+    /// The calls that the event ends; a transfer ends two.
+    std::vector<EndedCall> ends{};
+    /// The calls ended at a time that is not known exactly.
     bool endApproximate = false;
-    /// Set by the database when the call was filed.
-    bool filed = false;
 
     /// The context of the delivery in progress on this thread, or null.
     [[nodiscard]] static DeliveryContext* current() noexcept { return slot(); }

@@ -18,7 +18,7 @@ void EventDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::unique_
         if (sink->live) {
             context.around([&] { sink->receiver->deliverEvent(shared.get()); });
         }
-        if (context.ends && ended) {
+        if (!context.ends.empty() && ended) {
             ended(context);
         }
     });

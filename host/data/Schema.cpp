@@ -124,6 +124,39 @@ CREATE TABLE contact_number_rules (
     rules TEXT NOT NULL
 ) STRICT, WITHOUT ROWID;
 )sql",
+    R"sql(
+CREATE TABLE live_call (
+    line               TEXT NOT NULL,
+    device             TEXT NOT NULL,
+    call_id            TEXT NOT NULL,
+    first_event        INTEGER NOT NULL,
+    role               INTEGER NOT NULL,
+    outgoing           INTEGER NOT NULL,
+    conference         INTEGER NOT NULL,
+    transferred        INTEGER NOT NULL,
+    elsewhere          INTEGER NOT NULL,
+    calling_number     TEXT NOT NULL,
+    calling_name       TEXT NOT NULL,
+    called_number      TEXT NOT NULL,
+    called_name        TEXT NOT NULL,
+    redirecting_number TEXT NOT NULL,
+    redirecting_name   TEXT NOT NULL,
+    partner_number     TEXT NOT NULL,
+    partner_name       TEXT NOT NULL,
+    established        INTEGER,
+    last_event         INTEGER NOT NULL,
+    ended              INTEGER,
+    end_approximate    INTEGER NOT NULL,
+    PRIMARY KEY (line, device, call_id, first_event)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE approximate_end (
+    line   TEXT NOT NULL,
+    number TEXT NOT NULL,
+    time   TEXT NOT NULL,
+    PRIMARY KEY (line, number, time)
+) STRICT, WITHOUT ROWID;
+)sql",
 };
 
 }  // namespace

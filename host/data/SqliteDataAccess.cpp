@@ -4,11 +4,14 @@
 #include <utility>
 #include <variant>
 
+#include "host/calls/DeliveryContext.h"
 #include "host/data/CallBackRows.h"
 #include "host/data/CallContacts.h"
 #include "host/data/CallRows.h"
 #include "host/data/Database.h"
+#include "host/data/LiveCallRows.h"
 #include "host/data/SettingRows.h"
+#include "journal-items/Occurrences.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/DataRequest.h"
 #include "platform/journal-library/DataResponse.h"
@@ -21,6 +24,15 @@ namespace {
 using journalxml::DataRequest;
 using journalxml::ListDocument;
 using Words = CallListDatabaseAdapterHelper;
+
+template <typename Item>
+const CallInfo* newestCall(const Item& item) {
+    const auto& occurrences = occurrencesOf(item);
+    return occurrences.empty() ? nullptr : &occurrences.front();
+}
+const CallInfo* newestCall(const CallBackItem& /*item*/) {
+    return nullptr;
+}
 
 /// Reads the rows of a read request into a document; false for a schema that is no list.
 bool readList(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits,
@@ -103,6 +115,38 @@ std::string change(Database::Session& session, const std::string& line, const Da
     return {};
 }
 
+/// A call that the request files, and the occurrence for it.
+struct FiledCall {
+    DeliveryContext::EndedCall* call = nullptr;
+    const CallInfo* occurrence = nullptr;
+};
+
+/// Finds the calls, of those that the event being delivered ends, that the request files.
+std::vector<FiledCall> filedCalls(const DataRequest& request, DeliveryContext* delivery) {
+    std::vector<FiledCall> filed;
+    if (delivery == nullptr || request.reason != DataRequest::Reason::eWrite) {
+        return filed;
+    }
+    for (const DataRequest::Item& item : request.items) {
+        const CallInfo* const newest = std::visit([](const auto& one) { return newestCall(one); }, item);
+        for (DeliveryContext::EndedCall& each : delivery->ends) {
+            if (newest != nullptr && newest->getCallId() == each.call.callId) {
+                filed.push_back({&each, newest});
+            }
+        }
+    }
+    return filed;
+}
+
+void removeLiveCall(Database::Session& session, const std::string& line, const PhoneCallKey& call) {
+    session.query(LiveCallRows::kRemove)
+        .bind(line)
+        .bind(call.device)
+        .bind(call.callId)
+        .bind(LiveCallRows::numberOf(call.firstEvent))
+        .run();
+}
+
 std::string textFor(const DataRequest& request, const char* doing) {
     return std::string(doing) + ' ' + request.schema;
 }
@@ -110,7 +154,9 @@ std::string textFor(const DataRequest& request, const char* doing) {
 }  // namespace
 
 SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits)
-    : m_database(database), m_line(std::move(line)), m_digits(digits) {}
+    : m_database(database), m_line(std::move(line)), m_digits(digits), m_approximateEnds(m_line) {
+    m_approximateEnds.load(m_database);
+}
 
 bool SqliteDataAccess::healthy() const noexcept {
     return m_database.healthy();
@@ -162,9 +208,24 @@ std::string SqliteDataAccess::readResponse(const DataRequest& request) {
 
 std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
     std::string lastUniqueId;
+    DeliveryContext* const delivery = DeliveryContext::current();
+    const std::vector<FiledCall> filed = filedCalls(request, delivery);
+    const bool approximate = !filed.empty() && delivery->endApproximate;
     const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
         lastUniqueId = change(session, m_line, request);
+        for (const FiledCall& each : filed) {
+            removeLiveCall(session, m_line, each.call->call);
+            if (approximate) {
+                m_approximateEnds.write(session, *each.occurrence);
+            }
+        }
     });
+    for (const FiledCall& each : done ? filed : std::vector<FiledCall>()) {
+        each.call->filed = true;
+        if (approximate) {
+            m_approximateEnds.add(*each.occurrence);
+        }
+    }
     return done ? journalxml::buildUpdateResponse(request.schema, lastUniqueId) : Words::FAILED;
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "host/data/ApproximateEnds.h"
 #include "platform/data/DataAccessServiceIfc.h"
 #include "platform/framework/Executable.h"
 
@@ -22,6 +23,10 @@ class Database;
 /// the response. A request that cannot be read or carried out gives "failed", one log text, and no change. A
 /// change is durable when `processRequest` returns.
 ///
+/// A write during the delivery of an event that ends a call (`DeliveryContext`) is the filing of that call if
+/// the newest occurrence of a written item has its call id. The same transaction then removes the row of the
+/// live call, and marks the occurrence if the end of the call is approximate.
+///
 /// Thread-safe; requests are carried out one after the other.
 class SqliteDataAccess final : public Executable, public DataAccessServiceIfc {
 public:
@@ -34,6 +39,7 @@ public:
 
     /// True if the database carried out the last request; see `Database::healthy`. Never blocks.
     [[nodiscard]] bool healthy() const noexcept;
+    [[nodiscard]] const ApproximateEnds& approximateEnds() const noexcept { return m_approximateEnds; }
 
 private:
     [[nodiscard]] std::string responseTo(const std::string& request);
@@ -45,6 +51,8 @@ private:
     Database& m_database;
     const std::string m_line;
     DigitAnalysisServiceIfc* const m_digits;
+
+    ApproximateEnds m_approximateEnds;
 };
 
 }  // namespace host

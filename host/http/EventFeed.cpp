@@ -25,8 +25,12 @@ std::string markOfThisRun() {
 
 }  // namespace
 
-EventFeed::EventFeed(Post post, PostLater postLater, EventRing::Limits limits)
-    : m_post(std::move(post)), m_postLater(std::move(postLater)), m_ring(markOfThisRun(), limits) {}
+EventFeed::EventFeed(Post post, PostLater postLater, EventRing::Limits limits,
+                     EndIsApproximate endIsApproximate)
+    : m_post(std::move(post)),
+      m_postLater(std::move(postLater)),
+      m_endIsApproximate(std::move(endIsApproximate)),
+      m_ring(markOfThisRun(), limits) {}
 
 std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
     if (m_streamCount->fetch_add(1) >= kMaxStreams) {
@@ -117,7 +121,9 @@ void EventFeed::announce(const char* event, Item item, std::string entryId, Acti
     m_post([this, event, item = std::move(item), entryId = std::move(entryId), action] {
         append(event, {{"action", static_cast<int>(action)},
                        {"entryId", entryId},
-                       {"item", item.getEntryId().empty() ? Json(nullptr) : itemJson(item)}});
+                       {"item", item.getEntryId().empty()
+                                    ? Json(nullptr)
+                                    : withApproximateEnds(itemJson(item), m_endIsApproximate)}});
     });
 }
 

@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+#include "host/http/ApproximateEndMarks.h"
 #include "host/http/EventRing.h"
 #include "host/http/EventStream.h"
 #include "journalservice/JournalServiceObserverIfc.h"
@@ -36,7 +37,8 @@ public:
 
     static constexpr std::size_t kMaxStreams = 64;
 
-    EventFeed(Post post, PostLater postLater, EventRing::Limits limits = {});
+    EventFeed(Post post, PostLater postLater, EventRing::Limits limits = {},
+              EndIsApproximate endIsApproximate = {});
     virtual ~EventFeed() = default;
     EventFeed(const EventFeed&) = delete;
     EventFeed& operator=(const EventFeed&) = delete;
@@ -82,6 +84,7 @@ private:
     // Constant after construction.
     const Post m_post;
     const PostLater m_postLater;
+    const EndIsApproximate m_endIsApproximate;
 
     /// Shared with the streams' slots, which may be destroyed after the feed.
     const std::shared_ptr<std::atomic<std::size_t>> m_streamCount =

@@ -23,7 +23,8 @@ public:
         : m_backend(std::move(backend)),
           m_authenticator(std::move(settings.token)),
           m_page(settings.page),
-          m_lists(m_backend.journal, [this] { resync(); }),
+          m_lists(
+              m_backend.journal, [this] { resync(); }, m_backend.endIsApproximate),
           m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
           m_contacts(m_backend.phonebook, m_backend.database),
           m_times({m_backend.line, m_backend.database, m_backend.management}),
@@ -32,7 +33,8 @@ public:
           m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
                  [this](std::chrono::milliseconds pause, std::function<void()> work) {
                      m_server.postLater(pause, std::move(work));
-                 }),
+                 },
+                 {}, m_backend.endIsApproximate),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
         m_settings.addRoutes(m_router);

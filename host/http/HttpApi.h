@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/http/ApproximateEndMarks.h"
 #include "host/http/HttpServer.h"
 #include "host/http/Router.h"
 #include "host/http/StatusResource.h"
@@ -32,6 +33,8 @@ struct HttpBackend {
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
+    /// True if the end of the call with that number and time is approximate. Without it, that of no call is.
+    EndIsApproximate endIsApproximate{};
 };
 
 struct HttpApiSettings {

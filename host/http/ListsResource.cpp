@@ -89,7 +89,7 @@ HttpResponse ListsResource::list(const HttpRequest& request) const {
             }
             unviewed += isUnviewed(item) ? 1U : 0U;
             if (page.includesNext()) {
-                items.push_back(itemJson(item));
+                items.push_back(withApproximateEnds(itemJson(item), m_endIsApproximate));
             }
         }
     });
@@ -105,7 +105,7 @@ HttpResponse ListsResource::entry(const HttpRequest& request) const {
         if (!item) {
             throw noSuchEntry();
         }
-        return jsonResponse(itemJson(*item));
+        return jsonResponse(withApproximateEnds(itemJson(*item), m_endIsApproximate));
     });
 }
 

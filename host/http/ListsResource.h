@@ -3,6 +3,7 @@
 #include <functional>
 #include <utility>
 
+#include "host/http/ApproximateEndMarks.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 
@@ -17,8 +18,11 @@ class ListsResource {
 public:
     /// The journal is borrowed and outlives the resource. `cleared` is called after a list was cleared,
     /// because the journal does not notify its observers of that for every list.
-    ListsResource(JournalServiceIfc& journal, std::function<void()> cleared)
-        : m_journal(journal), m_cleared(std::move(cleared)) {}
+    ListsResource(JournalServiceIfc& journal, std::function<void()> cleared,
+                  EndIsApproximate endIsApproximate = {})
+        : m_journal(journal),
+          m_cleared(std::move(cleared)),
+          m_endIsApproximate(std::move(endIsApproximate)) {}
 
     void addRoutes(Router& router);
 
@@ -31,6 +35,7 @@ private:
 
     JournalServiceIfc& m_journal;
     const std::function<void()> m_cleared;
+    const EndIsApproximate m_endIsApproximate;
 };
 
 }  // namespace host

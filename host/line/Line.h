@@ -84,6 +84,10 @@ public:
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
+    /// True if the end of the filed call with that number and time is approximate.
+    [[nodiscard]] bool endIsApproximate(const std::string& number, const std::string& time) const {
+        return m_dataAccess.approximateEnds().contains(number, time);
+    }
     /// Returns the number of live calls.
     [[nodiscard]] std::size_t liveCallCount() const { return m_liveCalls.count(); }
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "host/calls/DeliveryContext.h"
+#include "host/calls/PhoneCall.h"
+
+namespace host {
+
+/// A call as an earlier run of the program has noted it.
+struct NotedCall {
+    PhoneCall call;
+    /// The time at which the call ended, if the run did not file it.
+    std::optional<PhoneCall::Time> ended{};
+    bool endApproximate = false;
+};
+
+/// Notes the live calls of a line, so that a restart does not lose them. Any thread may call; no operation
+/// waits for the database, except `read`.
+class LiveCallStoreIfc {
+public:
+    LiveCallStoreIfc() = default;
+    LiveCallStoreIfc(const LiveCallStoreIfc&) = delete;
+    LiveCallStoreIfc& operator=(const LiveCallStoreIfc&) = delete;
+    virtual ~LiveCallStoreIfc() = default;
+
+    /// The calls that an earlier run has noted, in the order of their first events. Call it once, before
+    /// `store`.
+    [[nodiscard]] virtual std::vector<NotedCall> read() = 0;
+    /// Notes a call that is new or has changed.
+    virtual void store(const PhoneCall& call) = 0;
+    /// Notes the end of a call. It stays noted until it is filed.
+    virtual void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) = 0;
+    /// Call it after the event that ends a call was delivered. A call that was not filed meanwhile stays
+    /// noted for a few seconds, because the journal may hold the event back.
+    virtual void delivered(const DeliveryContext& context) = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "host/calls/LiveCallStoreIfc.h"
+
+namespace SQLite {
+class Database;
+}
+
+namespace host {
+
+class Database;
+
+/// The live calls of one line in the table `live_call`. A thread of its own writes what has changed, in
+/// batches, over a connection of its own that does not flush the disk: a change is in the file within 200 ms
+/// and survives the end of the process, but not a power cut.
+///
+/// Sequence of a call:
+///  1. `store` notes it, also after each change.
+///  2. `end` marks its row as ended.
+///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`).
+///  4. `delivered` drops the call here. The row of a call that was not filed is removed `kHeldBack` later.
+///
+/// Thread-safe. A batch that fails is logged once and repeated.
+class LiveCallStore final : public LiveCallStoreIfc {
+public:
+    /// Longer than the journal holds an event back.
+    static constexpr std::chrono::seconds kHeldBack{10};
+
+    /// Throws `DatabaseError` if the file cannot be opened. `database` is borrowed.
+    LiveCallStore(const Database& database, std::string line);
+    /// Writes what has changed.
+    ~LiveCallStore() override;
+
+    [[nodiscard]] std::vector<NotedCall> read() override;
+    void store(const PhoneCall& call) override;
+    void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) override;
+    void delivered(const DeliveryContext& context) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::milliseconds kBatchTime{100};
+
+    /// The changes of one batch: the rows to write and those to remove.
+    struct Batch {
+        std::vector<NotedCall> written;
+        std::set<PhoneCallKey> removed;
+    };
+
+    void remove(const PhoneCallKey& call);
+    void run();
+    [[nodiscard]] bool isIdle() const { return m_changed.empty() && m_removed.empty(); }
+    [[nodiscard]] Batch takeBatch();
+    void removeOverdue(Clock::time_point now);
+    void restore(const Batch& batch);
+    [[nodiscard]] bool write(const Batch& batch) noexcept;
+
+    // Constant after construction.
+    const std::string m_line;
+
+    // Used by `read`, then by the writing thread.
+    std::unique_ptr<SQLite::Database> m_connection;
+    bool m_failed = false;
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    // Guarded by m_mutex.
+    std::map<PhoneCallKey, NotedCall> m_calls;
+    std::set<PhoneCallKey> m_changed;
+    std::set<PhoneCallKey> m_removed;
+    std::deque<std::pair<Clock::time_point, PhoneCallKey>> m_heldBack;
+    bool m_stopping = false;
+
+    std::thread m_thread;
+};
+
+}  // namespace host
