@@ -2,6 +2,8 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include <sstream>
+
 #include "host/data/Database.h"
 #include "host/data/LiveCallRows.h"
 #include "platform/logging/Logging.h"
@@ -37,6 +39,24 @@ std::optional<PhoneCall::Time> timeFrom(SQLite::Statement& row, int& column) {
     return value.isNull() ? std::nullopt : std::optional(LiveCallRows::timeOf(value.getInt64()));
 }
 
+/// Numbers as one text, each followed by a line break, which no number contains.
+std::string textOf(const std::set<std::string>& numbers) {
+    std::string text;
+    for (const std::string& number : numbers) {
+        text += number + '\n';
+    }
+    return text;
+}
+
+std::set<std::string> numbersFrom(const std::string& text) {
+    std::set<std::string> numbers;
+    std::istringstream lines(text);
+    for (std::string number; std::getline(lines, number);) {
+        numbers.insert(number);
+    }
+    return numbers;
+}
+
 NotedCall callFrom(SQLite::Statement& row) {
     int column = 0;
     const auto flag = [&] { return row.getColumn(column++).getInt() != 0; };
@@ -54,6 +74,7 @@ NotedCall callFrom(SQLite::Statement& row) {
     call.called = deviceFrom(row, column);
     call.redirecting = deviceFrom(row, column);
     call.partner = deviceFrom(row, column);
+    call.others = numbersFrom(row.getColumn(column++).getString());
     call.established = timeFrom(row, column);
     call.lastEvent = timeFrom(row, column).value_or(PhoneCall::Time());
     noted.ended = timeFrom(row, column);
@@ -95,7 +116,7 @@ void writeRow(SQLite::Statement& insert, const std::string& line, const NotedCal
     Binder bind(insert);
     bind(line)(call.device)(call.callId)(call.firstEvent)(static_cast<std::int64_t>(call.role));
     bind(call.outgoing)(call.conference)(call.transferred)(call.elsewhere);
-    bind(call.calling)(call.called)(call.redirecting)(call.partner);
+    bind(call.calling)(call.called)(call.redirecting)(call.partner)(textOf(call.others));
     bind(call.established)(call.lastEvent)(noted.ended)(noted.endApproximate);
     insert.exec();
 }

@@ -143,6 +143,7 @@ CREATE TABLE live_call (
     redirecting_name   TEXT NOT NULL,
     partner_number     TEXT NOT NULL,
     partner_name       TEXT NOT NULL,
+    others             TEXT NOT NULL,
     established        INTEGER,
     last_event         INTEGER NOT NULL,
     ended              INTEGER,

@@ -35,6 +35,7 @@ PhoneCall callOf(const std::string& callId, int seconds) {
             .called = {"localDeviceID", ""},
             .redirecting = {"4700", "Désk"},
             .partner = {"4712", "Bob"},
+            .others = {"4711", "2006"},
             .firstEvent = at(seconds),
             .established = at(seconds + 1),
             .lastEvent = at(seconds + 2)};
@@ -44,7 +45,7 @@ bool areEqual(const PhoneCall& one, const PhoneCall& other) {
     const auto members = [](const PhoneCall& call) {
         return std::tie(call.callId, call.device, call.role, call.outgoing, call.conference, call.transferred,
                         call.elsewhere, call.calling, call.called, call.redirecting, call.partner,
-                        call.firstEvent, call.established, call.lastEvent);
+                        call.others, call.firstEvent, call.established, call.lastEvent);
     };
     return members(one) == members(other);
 }
