@@ -29,6 +29,8 @@ public:
     /// The call id of the event's connection. If the switch sends no call ids, one made from the monitor's
     /// id.
     [[nodiscard]] const std::string& callId() const noexcept { return m_callId; }
+    /// The id of the call that a transfer or a conference creates.
+    [[nodiscard]] std::string newCallId() const;
     /// The monitored device as the platform receives it.
     [[nodiscard]] std::string monitoredDevice() const { return m_devices.monitoredDevice(); }
     [[nodiscard]] CSTADevice redirecting() const;
@@ -47,8 +49,6 @@ public:
 private:
     [[nodiscard]] std::string callIdOf(pugi::xml_node connection) const;
     [[nodiscard]] pugi::xml_node member(std::string_view name) const;
-    /// The id of the call that a transfer or a conference creates.
-    [[nodiscard]] std::string newCallId() const;
     [[nodiscard]] EventDevice calling() const;
     [[nodiscard]] CSTADevice called() const;
     [[nodiscard]] CSTADevice ownDevice() const;

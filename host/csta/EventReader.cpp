@@ -9,7 +9,6 @@
 #include "host/csta/DeviceReader.h"
 #include "host/csta/EventBuilder.h"
 #include "host/csta/EventRules.h"
-#include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAEventCause.h"
 
 namespace host {
@@ -62,8 +61,9 @@ void EventReader::carryOut(std::vector<PhoneEvent>& events, EventBuilder& builde
         add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
         return;
     }
-    const bool mayAlert = endsWithoutClearedEvent(builder.context());
-    std::unique_ptr<CSTAEvent> clearing = mayAlert ? builder.buildClearing() : nullptr;
+    // All events are built before the first one changes the call.
+    std::unique_ptr<CSTAEvent> clearing =
+        endsWithoutClearedEvent(builder.context()) ? builder.buildClearing() : nullptr;
     if (std::unique_ptr<CSTAEvent> cleared = builder.buildSecondaryClearing()) {
         add(events, {std::move(cleared)}, device);
     }
@@ -71,17 +71,23 @@ void EventReader::carryOut(std::vector<PhoneEvent>& events, EventBuilder& builde
     if (clearing != nullptr) {
         add(events, {std::move(clearing)}, device);
     }
-    const auto* const transferred = dynamic_cast<const CSTATransferredEvent*>(events.back().event.get());
-    const PhoneCall* const moved =
-        transferred != nullptr ? m_calls.find(device, transferred->getConnectionCallID()) : nullptr;
-    if (moved != nullptr && moved->role == PhoneRole::eRinging) {
-        // The journal forgets the old call; the new one rings.
-        PhoneCall rings = *moved;
-        rings.transferred = false;
-        rings.calling = builder.transferredParty();
-        m_calls.store(rings);
-        add(events, {ringingEvent(rings, source.crossRefId)}, device);
+    if (builder.context().event == WireEvent::eTransferred) {
+        ringAfterTransfer(events, builder, source.crossRefId);
     }
+}
+
+/// The journal forgets a call that is transferred here while it rings. The new call rings with its caller.
+void EventReader::ringAfterTransfer(std::vector<PhoneEvent>& events, const EventBuilder& builder,
+                                    const std::string& crossRefId) {
+    const PhoneCall* const moved = m_calls.find(builder.monitoredDevice(), builder.newCallId());
+    if (moved == nullptr || moved->role != PhoneRole::eRinging) {
+        return;
+    }
+    PhoneCall rings = *moved;
+    rings.transferred = false;
+    rings.calling = builder.transferredParty();
+    m_calls.store(rings);
+    add(events, {ringingEvent(rings, crossRefId)}, rings.device);
 }
 
 void EventReader::add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device) {

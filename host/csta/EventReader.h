@@ -47,6 +47,8 @@ private:
     void add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device);
     void endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall& call, const std::string& crossRefId);
     void carryOut(std::vector<PhoneEvent>& events, EventBuilder& builder, const EventSource& source);
+    void ringAfterTransfer(std::vector<PhoneEvent>& events, const EventBuilder& builder,
+                           const std::string& crossRefId);
     void noteOther(const EventContext& context, const std::string& device, const std::string& callId);
     void noteDropped(const PhoneCall& known, bool established);
 
