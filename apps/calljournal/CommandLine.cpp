@@ -31,7 +31,7 @@ constexpr std::array<Entry, 11> kEntries{{
     {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
     {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
     {"delete", "delete entries of the running journal", &makeDeleteCommand},
-    {"export", "print a whole list of the running journal as a file for other programs", &makeExportCommand},
+    {"export", "print a list of the running journal as a file for other programs", &makeExportCommand},
     {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
     {"settings", "print or change the settings of the running journal and its phone", &makeSettingsCommand},
 }};

@@ -18,7 +18,8 @@ ClientBacklog::Added ClientBacklog::add(Waiting waiting) {
     if (m_closed) {
         return Added::eClosed;
     }
-    if (waiting.counted > m_maxBytes - m_bytes) {
+    // A frame of any length is queued if no other waits.
+    if (m_bytes > 0 && m_bytes + waiting.counted > m_maxBytes) {
         m_closed = true;
         m_waiting.clear();
         return Added::eOverflow;

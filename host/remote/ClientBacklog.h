@@ -10,9 +10,9 @@ namespace host {
 
 /// The queue of frames to write to one client.
 ///
-/// Notifications arrive even if the client does not read, so their bytes are limited. Responses are not
-/// counted: the server reads the next request of a client only after it has written the last response, so at
-/// most one response is queued.
+/// Notifications arrive even if the client does not read, so their bytes are limited; a notification that is
+/// longer than the limit is queued if no other waits. Responses are not counted: the server reads the next
+/// request of a client only after it has written the last response, so at most one response is queued.
 ///
 /// Thread-safe for adding and closing. Call `take` from the one writer only.
 class ClientBacklog {

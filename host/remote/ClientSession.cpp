@@ -124,10 +124,6 @@ void ClientSession::take(RemoteFrame frame) {
 }
 
 void ClientSession::respond(std::uint32_t id, const std::string& text) {
-    if (text.size() > RemoteFrame::kMaxTextBytes) {
-        close("the response to its request is too long");
-        return;
-    }
     handleQueued(m_backlog.addResponse(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text)));
 }
 
@@ -189,8 +185,14 @@ void ClientSession::handle(const RemoteFrame& request) {
         request.kind == RemoteFrame::Kind::eMethod ? m_backend.methodInvoker : m_backend.invoker;
     invoker.handleMessage(&m_backend.target, request.text.data(), static_cast<int>(request.text.size()),
                           &response);
+    std::string text = response.takePayload();
+    if (text.size() > RemoteFrame::kMaxTextBytes) {
+        logAppUni("Remote", __FILE_NAME__, 2, __LINE__, "the response to a request of %s is too long",
+                  m_name.c_str());
+        text = request.kind == RemoteFrame::Kind::eMethod ? "fail" : "failure";
+    }
     asio::post(m_reader, [weak = weak_from_this(), id = request.id, complete = response.isComplete(),
-                          text = response.takePayload()] {
+                          text = std::move(text)] {
         const auto self = weak.lock();
         if (self && complete) {
             self->respond(id, text);

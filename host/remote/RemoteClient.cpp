@@ -26,6 +26,12 @@ RemoteError broken(const std::string& path, const std::string& what) {
     return RemoteError("the connection to calljournal at " + path + " " + what);
 }
 
+RemoteError closed(const std::string& path) {
+    return broken(path,
+                  "was closed: it has ended, or has too many clients; see its log, and try again when other "
+                  "clients have ended");
+}
+
 }  // namespace
 
 RemoteClient::RemoteClient(const std::filesystem::path& dataDirectory)
@@ -86,6 +92,8 @@ void RemoteClient::sendAll(const std::string& bytes, const Deadline& deadline) {
             sent += static_cast<std::size_t>(count);
         } else if (errno == EAGAIN) {
             waitUntilReady(POLLOUT, deadline, -1);
+        } else if (errno == EPIPE || errno == ECONNRESET) {
+            throw closed(m_path);
         } else if (errno != EINTR) {
             throw broken(m_path, "broke: " + std::generic_category().message(errno));
         }
@@ -104,8 +112,8 @@ std::optional<RemoteFrame> RemoteClient::receive(const Deadline& deadline, int i
         const ssize_t count = ::recv(m_socket.get(), chunk.data(), chunk.size(), 0);
         if (count > 0) {
             m_received.append(chunk.data(), static_cast<std::size_t>(count));
-        } else if (count == 0) {
-            throw broken(m_path, "was closed");
+        } else if (count == 0 || errno == ECONNRESET) {
+            throw closed(m_path);
         } else if (errno != EINTR && errno != EAGAIN) {
             throw broken(m_path, "broke: " + std::generic_category().message(errno));
         }

@@ -9,8 +9,9 @@
 #include "journal-items/ReceivedCallItem.h"
 
 /// Receives the changes of the journal; implemented by clients. There is no callback when the missed or the
-/// received list is cleared as a whole, nor when lists are loaded for a subscriber or by `refreshCallLists`.
-/// When missed items are marked as viewed, only the count is reported.
+/// received list is cleared as a whole, when lists are loaded for a subscriber or by `refreshCallLists`, for
+/// `updateMissedCall`, nor for an item that a full list drops. When missed items are marked as viewed, only
+/// the count is reported.
 ///
 /// Threads: callbacks arrive one at a time, on the thread that changed the journal, with the notifier's lock
 /// held and no list lock. Inside a callback an observer may read the lists. It must not subscribe,
@@ -19,8 +20,8 @@
 ///
 /// In every list callback, `entryId` is empty unless the action documents it, and the item is
 /// default-constructed unless the action has one. Exception: `dialledCallsUpdate` has the newest remaining
-/// entry with `eItemDeleted`, and with `eListChanged` if it is known. Callbacks have no unique id; their
-/// entry id is used in its place.
+/// entry with `eItemDeleted`, and with `eListChanged` except after `refreshCallLog`. Callbacks have no unique
+/// id; their entry id is used in its place.
 class JournalServiceObserverIfc {
 public:
     /// The kind of change.
