@@ -111,9 +111,9 @@ bool isByNewPartner(const EventContext& context) {
 /// Another phone is offered the call, or rings.
 Action alertingElsewhere(const EventContext& context) {
     if (context.call == nullptr) {
-        return always(context.calling.party == EventParty::eUnknown
-                          ? context.localConnection.has_value()
-                          : isOwnCall(context) || isState(context, CSTA_LCS_Alerting));
+        const bool mayBeOwnCall =
+            context.calling.party == EventParty::eUnknown && isState(context, CSTA_LCS_Connected);
+        return always(mayBeOwnCall || isOwnCall(context) || isState(context, CSTA_LCS_Alerting));
     }
     return always(context.call->role == PhoneRole::eCalling || isByNewPartner(context) ||
                   (context.call->role == PhoneRole::eRinging && isOwnCall(context)));
@@ -191,7 +191,7 @@ Action byOther(const EventContext& context) {
     switch (context.event) {
         case WireEvent::eOffered:
             return always(context.call == nullptr && !isOwnCall(context) &&
-                          context.localConnection.has_value());
+                          isState(context, CSTA_LCS_Alerting));
         case WireEvent::eDelivered: return alertingElsewhere(context);
         case WireEvent::eEstablished: return establishedElsewhere(context);
         case WireEvent::eFailed: return failedElsewhere(context);
