@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -30,6 +31,15 @@ private:
     Semaphore m_contactLock{1, 1, true};
     // Guarded by m_contactLock.
     std::vector<Contact> m_contacts;
+};
+
+/// The greatest entry id. Entry ids begin with a time, so a new one is greater than all others unless two
+/// calls end in one second or the clock was set back: only then the lists and the tables are searched for it.
+struct EntryIdRecord {
+    /// False until all tables were read.
+    bool known = false;
+    /// In the order of bytes. No entry has a greater one.
+    std::string newest;
 };
 
 /// The five lists, the contacts that are loaded with them, and the destinations of each change: the database,
@@ -82,6 +92,7 @@ private:
     NestableSemaphore m_changeLock;
     // Guarded by m_changeLock.
     UnloadedEntries m_unloadedEntries;
+    EntryIdRecord m_entryIds;
 
     // Each list is guarded by its own lock.
     ForEachList<JournalList> m_lists;

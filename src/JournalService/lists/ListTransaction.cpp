@@ -17,8 +17,10 @@ void ListTransaction::ensureLoaded() {
 
 template <typename Item>
 void ListTransaction::addEntryIds(const std::string& prefix, std::set<std::string>& entryIds) {
-    const auto add = [&prefix, &entryIds](const std::deque<Item>& items) {
+    EntryIdRecord& record = m_lists.m_entryIds;
+    const auto add = [&](const std::deque<Item>& items) {
         for (const Item& item : items) {
+            record.newest = std::max(record.newest, item.getEntryId());
             if (item.getEntryId().starts_with(prefix)) {
                 entryIds.insert(item.getEntryId());
             }
@@ -26,8 +28,24 @@ void ListTransaction::addEntryIds(const std::string& prefix, std::set<std::strin
     };
     if constexpr (!std::is_same_v<Item, CallBackItem>) {
         add(unloaded<Item>());
+        record.known = record.known && m_lists.m_unloadedEntries.areKnown<Item>();
     }
     add(*m_lists.read<Item>());
+}
+
+std::set<std::string> ListTransaction::entryIdsWith(const std::string& prefix) {
+    std::set<std::string> entryIds;
+    // If no entry has a greater id than `newest`, no entry has an id that begins with a greater text.
+    if (m_lists.m_entryIds.known && prefix > m_lists.m_entryIds.newest) {
+        return entryIds;
+    }
+    m_lists.m_entryIds.known = true;
+    addEntryIds<MissedCallItem>(prefix, entryIds);
+    addEntryIds<DialledCallItem>(prefix, entryIds);
+    addEntryIds<ReceivedCallItem>(prefix, entryIds);
+    addEntryIds<ForwardedCallItem>(prefix, entryIds);
+    addEntryIds<CallBackItem>(prefix, entryIds);
+    return entryIds;
 }
 
 std::string ListTransaction::makeUniqueEntryId(std::string entryId) {
@@ -36,18 +54,14 @@ std::string ListTransaction::makeUniqueEntryId(std::string entryId) {
     ensureLoaded();
     // An id that a client made may be shorter.
     const std::string time = entryId.substr(0, std::max(entryId.size(), kDigits) - kDigits);
-    std::set<std::string> used;
-    addEntryIds<MissedCallItem>(time, used);
-    addEntryIds<DialledCallItem>(time, used);
-    addEntryIds<ReceivedCallItem>(time, used);
-    addEntryIds<ForwardedCallItem>(time, used);
-    addEntryIds<CallBackItem>(time, used);
+    const std::set<std::string> used = entryIdsWith(time);
     auto number = static_cast<std::uint32_t>(std::strtoul(entryId.substr(time.size()).c_str(), nullptr, 16));
     while (used.contains(entryId)) {
         std::array<char, kDigits + 1> digits{};
         std::snprintf(digits.data(), digits.size(), "%.8X", ++number);
         entryId = time + digits.data();
     }
+    m_lists.m_entryIds.newest = std::max(m_lists.m_entryIds.newest, entryId);
     return entryId;
 }
 

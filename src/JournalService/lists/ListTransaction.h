@@ -151,6 +151,8 @@ private:
     void restore(const Matches& matches);
     template <typename Item>
     [[nodiscard]] bool retryRejectedOf();
+    /// The entry ids of all lists that begin with `prefix`.
+    [[nodiscard]] std::set<std::string> entryIdsWith(const std::string& prefix);
     template <typename Item>
     void addEntryIds(const std::string& prefix, std::set<std::string>& entryIds);
 

@@ -42,6 +42,11 @@ public:
     /// locked.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& entriesOf(JournalList<Item>& list);
+    /// False if the last read of the table failed, or if it was not read since the last load.
+    template <typename Item>
+    [[nodiscard]] bool areKnown() const {
+        return std::get<Remainder<Item>>(m_remainders).known;
+    }
     /// Takes the oldest entries out of `items`, except its first, and out of the known unloaded entries,
     /// until both are `limit` together; returns them, oldest first. The database still has them.
     template <typename Item>
