@@ -37,6 +37,7 @@ host::LineSettings lineSettings(const host::Configuration& configuration) {
     settings.link.session = configuration.callSwitch.session;
     settings.link.sendFilters = configuration.callSwitch.sendFilters;
     settings.link.reconnectMax = configuration.callSwitch.reconnectMax;
+    settings.link.callMaxAge = configuration.callSwitch.callMax;
     settings.managementFirst = configuration.management;
     settings.managementOverrides = configuration.managementOverrides;
     settings.region = configuration.digits.region;

@@ -32,8 +32,8 @@ public:
     virtual void store(const PhoneCall& call) = 0;
     /// Notes the end of a call. It stays noted until it is filed.
     virtual void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) = 0;
-    /// Call it after the event that ends a call was delivered. A call that was not filed meanwhile stays
-    /// noted for a few seconds, because the journal may hold the event back.
+    /// Call it after the event that ends the calls was delivered. One that may be filed later stays noted for
+    /// a few seconds.
     virtual void delivered(const DeliveryContext& context) = 0;
 };
 

@@ -46,6 +46,7 @@ struct Configuration {
         bool sendFilters = true;
         bool tls = false;
         std::chrono::seconds reconnectMax{30};
+        std::chrono::hours callMax{12};
 
         bool operator==(const Switch&) const = default;
     };

@@ -76,6 +76,9 @@ void readSwitch(TomlSection& section, Configuration::Switch& callSwitch) {
     std::int64_t pause = callSwitch.reconnectMax.count();
     section.read("reconnect-max-s", pause, 1, 3600);
     callSwitch.reconnectMax = std::chrono::seconds(pause);
+    std::int64_t callMax = callSwitch.callMax.count();
+    section.read("call-max-hours", callMax, 1, 8760);
+    callSwitch.callMax = std::chrono::hours(callMax);
     section.finish();
 }
 

@@ -52,6 +52,10 @@ CstaLink::Status CstaLink::status() const noexcept {
     return m_impl->status();
 }
 
+std::size_t CstaLink::callCount() const noexcept {
+    return m_impl->callCount();
+}
+
 void CstaLink::releaseService(const Service& source) {
     m_impl->release(source);
 }

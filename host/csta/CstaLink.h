@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "host/csta/CstaLinkConfig.h"
@@ -58,6 +59,8 @@ public:
 
     /// Thread-safe.
     [[nodiscard]] Status status() const noexcept;
+    /// The number of live calls that the services know of. Thread-safe.
+    [[nodiscard]] std::size_t callCount() const noexcept;
 
     /// Removes the monitors and registrations of a service that is about to be destroyed. Call from the
     /// strand, or after the strand has stopped.

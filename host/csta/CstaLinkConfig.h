@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-class CSTAEvent;
-
 namespace host {
+
+class LiveCallStoreIfc;
 
 /// Settings of the link to a switch. A plain value.
 struct CstaLinkConfig {
@@ -32,9 +32,13 @@ struct CstaLinkConfig {
     /// Delay before the first reconnection attempt. It doubles for each further attempt, up to the maximum.
     std::chrono::milliseconds reconnectFirst{1000};
     std::chrono::milliseconds reconnectMax{30000};
+    /// Calls without an event for this time are assumed to be over.
+    std::chrono::hours callMaxAge{12};
+    /// Notes the live calls. Borrowed; may be null. Outlives the strand.
+    LiveCallStoreIfc* liveCallStore = nullptr;
     /// Called with the name on the wire for each event before it is posted to a service. May be empty. Runs
     /// on the reader thread: must not block.
-    std::function<void(std::string_view, const CSTAEvent&)> eventListener;
+    std::function<void(std::string_view)> eventListener;
 };
 
 /// State of the link, reported after each change.

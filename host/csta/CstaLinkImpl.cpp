@@ -27,7 +27,7 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
           [this](const std::string& xml, PendingRequests::Handler handler) { send(xml, std::move(handler)); },
           {[this] { ready(); }, [this](const std::string& reason) { m_connection.abandon(reason); }}),
       m_receivers(EventDelivery(post)),
-      m_monitors(m_config, m_io, *this, EventDelivery(post), [this] { updateStatus(); }),
+      m_monitors(m_config, m_io, *this, post, [this] { updateStatus(); }),
       m_discovery(m_config, m_io, *this, m_messages,
                   [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
       m_thread([this] { m_io.run(); }),
@@ -59,7 +59,7 @@ void CstaLinkImpl::stop() {
         m_association.connectionLost();
         m_pending.failAll();
         m_discovery.connectionLost();
-        m_monitors.connectionLost();
+        m_monitors.close();
         m_work.reset();
     });
     m_thread.join();
@@ -162,7 +162,7 @@ void CstaLinkImpl::ready() {
                                      ? childText(response.document->root(), "systemStatus")
                                      : "";
         if (std::exchange(m_notifyStatus, false)) {
-            m_receivers.deliver(word.empty() ? "enabled" : word);
+            deliverStatus(word.empty() ? "enabled" : word);
         } else if (isInService(word)) {
             m_receivers.remember(word);
         }
@@ -201,7 +201,14 @@ void CstaLinkImpl::received(const Frame& frame) {
                               std::string(document->name()).c_str(), frame.invokeId);
             }
             break;
-        case MessageKind::eRequest: respond(frame.invokeId, *document); break;
+        case MessageKind::eRequest:
+            if (document->name() == "SnapshotDeviceData" || document->name() == "SnapshotCallData") {
+                // The standard defines no response to them.
+                m_monitors.onSnapshotSegment(std::move(*document));
+            } else {
+                respond(frame.invokeId, *document);
+            }
+            break;
         case MessageKind::eNotice: m_association.terminated(); break;
         case MessageKind::eForeign:
             CSTA_LINK_LOG(6, "%s is no CSTA message", std::string(document->name()).c_str());
@@ -241,13 +248,20 @@ void CstaLinkImpl::systemStatus(std::string_view word) {
     if (!word.empty()) {
         m_notifyStatus = false;
     }
-    m_receivers.deliver(word);
+    deliverStatus(word);
     if (requiresMonitorRestart(word)) {
         m_monitorsDoubtful = true;
     } else if (isInService(word) && std::exchange(m_monitorsDoubtful, false) && m_association.isReady()) {
         CSTA_LINK_LOG(4, "%s", "the switch is back in service; restarting all monitors");
         m_discovery.start();
         m_monitors.startAll();
+    }
+}
+
+void CstaLinkImpl::deliverStatus(std::string_view word) {
+    m_receivers.deliver(word);
+    if (dropsCalls(word)) {
+        m_monitors.callsForgotten();
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -41,6 +42,7 @@ public:
 
     // Thread-safe.
     [[nodiscard]] CstaLinkStatus status() const noexcept;
+    [[nodiscard]] std::size_t callCount() const noexcept { return m_monitors.calls().count(); }
     /// Runs `work` on the reader thread and waits until `work` has called its argument.
     [[nodiscard]] RequestOutcome perform(const std::function<void(const CompleteRequest&)>& work);
     void release(const Service& source);
@@ -61,6 +63,7 @@ private:
     void received(const Frame& frame);
     void respond(int invokeId, const WireDocument& document);
     void systemStatus(std::string_view word);
+    void deliverStatus(std::string_view word);
     void registerAtSwitch(bool withDevices = true);
     void devicesFound(const std::vector<LineDevice>& devices);
     void updateStatus();

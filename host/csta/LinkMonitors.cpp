@@ -39,13 +39,18 @@ bool isSuppressed(const CSTAMonitorFilter& filter, const EventSchema& schema) {
 }  // namespace
 
 LinkMonitors::LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, RequestChannel& channel,
-                           EventDelivery delivery, std::function<void()> changed)
+                           const EventDelivery::Post& post, std::function<void()> changed)
     : m_config(config),
       m_io(io),
       m_channel(channel),
-      m_delivery(std::move(delivery)),
       m_changed(std::move(changed)),
       m_messages(config.edition),
+      m_delivery(post, m_calls, config.liveCallStore),
+      m_snapshots(io, config.requestTimeout, channel, m_messages),
+      m_synchronisation(config, io, m_snapshots, m_table, m_calls,
+                        [this](const WantedMonitor& monitor, std::vector<PhoneEvent> events) {
+                            m_delivery.deliver(monitor.sink, std::move(events));
+                        }),
       m_reader(config.ownDevice, m_calls) {}
 
 // ---- requests of services
@@ -58,6 +63,7 @@ void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& fil
     if (!m_channel.isReady()) {
         CSTA_LINK_LOG(5, "monitor %s of %s is accepted and starts when the switch is connected", id.c_str(),
                       device.c_str());
+        m_synchronisation.monitorAccepted(monitor);
         m_changed();
         complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
         return;
@@ -66,6 +72,7 @@ void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& fil
         WantedMonitor* started = m_table.find(id);
         const std::string switchId = startedId(response);
         if (started != nullptr && !switchId.empty()) {
+            m_synchronisation.monitorAccepted(*started);
             markStarted(*started, switchId);
             complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
             return;
@@ -157,10 +164,17 @@ void LinkMonitors::startAll() {
 void LinkMonitors::connectionLost() {
     cancelRetries();
     m_earlyEvents.clear();
+    m_snapshots.connectionLost();
     for (WantedMonitor* monitor : m_table.all()) {
+        m_synchronisation.gapBegins(*monitor);
         monitor->switchId.clear();
     }
     m_changed();
+}
+
+void LinkMonitors::close() {
+    connectionLost();
+    m_synchronisation.close();
 }
 
 bool LinkMonitors::isMonitoring() {
@@ -188,6 +202,7 @@ void LinkMonitors::stoppedBySwitch(std::string_view switchId) {
     for (WantedMonitor* monitor : m_table.withSwitchId(switchId)) {
         CSTA_LINK_LOG(3, "the switch has stopped monitor %s of %s", monitor->crossRefId.c_str(),
                       monitor->device.c_str());
+        m_synchronisation.gapBegins(*monitor);
         monitor->switchId.clear();
         restartLater(*monitor);
     }
@@ -204,6 +219,13 @@ void LinkMonitors::onEvent(WireDocument document) {
     } else {
         CSTA_LINK_LOG(6, "an event of an unknown monitor: %s", switchId.c_str());
     }
+}
+
+void LinkMonitors::callsForgotten() {
+    for (const WantedMonitor* monitor : m_table.all()) {
+        m_synchronisation.gapBegins(*monitor);
+    }
+    m_synchronisation.callsForgotten();
 }
 
 // ---- internal
@@ -261,11 +283,13 @@ void LinkMonitors::markStarted(WantedMonitor& monitor, std::string switchId) {
          m_earlyEvents.take(monitor.switchId, EventsBeforeMonitorStart::Clock::now())) {
         deliver(early, {&monitor});
     }
+    m_synchronisation.monitorStarted(monitor);
     m_changed();
 }
 
 void LinkMonitors::remove(const std::string& crossRefId) {
     if (const WantedMonitor* monitor = m_table.find(crossRefId)) {
+        m_synchronisation.gapBegins(*monitor);
         monitor->sink->live = false;
         m_table.remove(crossRefId);
         m_changed();
@@ -291,15 +315,18 @@ void LinkMonitors::deliver(const WireDocument& document, const std::vector<Wante
         if (isSuppressed(monitor->filter, *schema) || !served.insert(monitor->sink->receiver).second) {
             continue;
         }
-        for (PhoneEvent& read : m_reader.read(document, {monitor->crossRefId, monitor->device})) {
+        std::vector<PhoneEvent> events = m_reader.read(document, {monitor->crossRefId, monitor->device});
+        for (PhoneEvent& read : events) {
             CSTA_LINK_LOG(6, "%s for %s: %s", std::string(schema->rootName).c_str(),
                           monitor->crossRefId.c_str(), read.event->toString().c_str());
             if (m_config.eventListener) {
-                m_config.eventListener(schema->rootName, *read.event);
+                m_config.eventListener(schema->rootName);
             }
-            m_delivery.deliver(monitor->sink, std::move(read.event));
+            m_synchronisation.adjust(*monitor, read);
         }
+        m_delivery.deliver(monitor->sink, std::move(events));
     }
+    m_synchronisation.limitCalls();
 }
 
 WantedMonitor* LinkMonitors::monitorOfDevice(const std::string& device) {

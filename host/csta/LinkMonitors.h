@@ -8,6 +8,8 @@
 
 #include <asio/io_context.hpp>
 
+#include "host/csta/CallDelivery.h"
+#include "host/csta/CallSynchronisation.h"
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/EventReader.h"
@@ -16,6 +18,7 @@
 #include "host/csta/MonitorTable.h"
 #include "host/csta/RequestChannel.h"
 #include "host/csta/RequestOutcome.h"
+#include "host/csta/SnapshotRequests.h"
 
 namespace host {
 
@@ -29,13 +32,15 @@ namespace host {
 /// A monitor that is requested while the switch is connected is removed if the switch does not start it. An
 /// accepted monitor stays wanted: a refusal is logged and retried with exponential backoff.
 ///
+/// `CallSynchronisation` keeps the calls correct while a monitor is off.
+///
 /// Reader thread only.
 class LinkMonitors {
 public:
     /// The references must outlive the object. `changed` is called after every change that may affect the
     /// status.
     LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, RequestChannel& channel,
-                 EventDelivery delivery, std::function<void()> changed);
+                 const EventDelivery::Post& post, std::function<void()> changed);
 
     // Requests of services.
     void start(const std::string& device, const CSTAMonitorFilter& filter, std::shared_ptr<EventSink> sink,
@@ -48,15 +53,21 @@ public:
     // Events and state changes of the switch.
     void startAll();
     void connectionLost();
+    /// The connection is lost for good: cancels all timers.
+    void close();
     void stoppedBySwitch(std::string_view switchId);
     void onEvent(WireDocument document);
+    /// A segment of a snapshot.
+    void onSnapshotSegment(WireDocument segment) { m_snapshots.addSegment(std::move(segment)); }
+    /// The service has received a system status on which it drops its calls.
+    void callsForgotten();
 
     /// True if all monitors of the own device are on or, without such a monitor, if any monitor is on.
     [[nodiscard]] bool isMonitoring();
     void cancelRetries();
 
     /// The calls of the monitored devices. They stay while a monitor is off. The reader thread changes them.
-    [[nodiscard]] PhoneCalls& calls() noexcept { return m_calls; }
+    [[nodiscard]] const PhoneCalls& calls() const noexcept { return m_calls; }
 
     /// True if a requested monitor was not started, and was removed, since the last call.
     [[nodiscard]] bool takeFailedStart() noexcept { return std::exchange(m_startFailed, false); }
@@ -75,12 +86,14 @@ private:
     const CstaLinkConfig& m_config;
     asio::io_context& m_io;
     RequestChannel& m_channel;
-    const EventDelivery m_delivery;
     const std::function<void()> m_changed;
     const LinkMessages m_messages;
 
     MonitorTable m_table;
     PhoneCalls m_calls;
+    CallDelivery m_delivery;
+    SnapshotRequests m_snapshots;
+    CallSynchronisation m_synchronisation;
     EventReader m_reader;
     EventsBeforeMonitorStart m_earlyEvents;
     bool m_startFailed = false;

@@ -28,6 +28,11 @@ bool requiresMonitorRestart(std::string_view word) noexcept {
     return word == "initializing" || word == "disabled";
 }
 
+bool dropsCalls(std::string_view word) noexcept {
+    return word == "initializing" || word == "disabled" || word == "partiallyDisabled" || word == "cleanup" ||
+           word == "reset" || word == "stopped";
+}
+
 bool isInService(std::string_view word) noexcept {
     return word == "enabled" || word == "normal";
 }

@@ -11,6 +11,8 @@ namespace host {
 
 /// True for `initializing` and `disabled`: the switch has lost its monitors, which must be restarted.
 [[nodiscard]] bool requiresMonitorRestart(std::string_view word) noexcept;
+/// True for a value on which the journal drops its calls.
+[[nodiscard]] bool dropsCalls(std::string_view word) noexcept;
 /// True for `enabled` and `normal`: the switch is in service.
 [[nodiscard]] bool isInService(std::string_view word) noexcept;
 

@@ -176,7 +176,7 @@ void LiveCallStore::end(const PhoneCallKey& call, PhoneCall::Time time, bool app
 void LiveCallStore::delivered(const DeliveryContext& context) {
     const std::lock_guard lock(m_mutex);
     for (const DeliveryContext::EndedCall& each : context.ends) {
-        if (each.filed) {
+        if (each.filed || !each.mayBeFiledLater) {
             remove(each.call);
         } else {
             m_heldBack.emplace_back(Clock::now() + kHeldBack, each.call);

@@ -31,7 +31,8 @@ class Database;
 ///  1. `store` notes it, also after each change.
 ///  2. `end` marks its row as ended.
 ///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`).
-///  4. `delivered` drops the call here. The row of a call that was not filed is removed `kHeldBack` later.
+///  4. `delivered` drops the call here. The row of a call that may be filed later is removed after
+///     `kHeldBack`.
 ///
 /// Thread-safe. A batch that fails is logged once and repeated.
 class LiveCallStore final : public LiveCallStoreIfc {

@@ -18,7 +18,8 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
       m_management(database, settings.link.ownDevice, settings.managementFirst, settings.managementOverrides,
                    post()),
       m_team(settings.loggedSharedDevices),
-      m_link(withEventListener(settings.link), post()),
+      m_liveCallStore(database, settings.link.ownDevice),
+      m_link(completed(settings.link), post()),
       m_observer(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
       m_services{{"ClockServiceIfc", m_clock},
@@ -44,9 +45,6 @@ void Line::setStatusListener(CstaLink::StatusListener listener) {
 void Line::start() {
     m_started = true;
     m_link.setStatusListener([this](CstaLink::Status status) {
-        if (!status.monitoring) {
-            m_liveCalls.clear();
-        }
         if (m_statusListener) {
             m_statusListener(status);
         }
@@ -83,9 +81,9 @@ std::function<void(std::function<void()>)> Line::post() const {
     return [post = m_strand.weakPoster()](std::function<void()> work) { post(std::move(work)); };
 }
 
-CstaLinkConfig Line::withEventListener(CstaLinkConfig link) {
-    link.eventListener = [this](std::string_view name, const CSTAEvent& event) {
-        m_liveCalls.update(event);
+CstaLinkConfig Line::completed(CstaLinkConfig link) {
+    link.liveCallStore = &m_liveCallStore;
+    link.eventListener = [this](std::string_view name) {
         if (m_eventListener) {
             m_eventListener(name);
         }

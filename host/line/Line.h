@@ -9,6 +9,7 @@
 
 #include "host/clock/SystemClock.h"
 #include "host/csta/CstaLink.h"
+#include "host/data/LiveCallStore.h"
 #include "host/data/SqliteDataAccess.h"
 #include "host/digits/DigitAnalysis.h"
 #include "host/directory/Phonebook.h"
@@ -17,7 +18,6 @@
 #include "host/framework/Strand.h"
 #include "host/line/JournalLogObserver.h"
 #include "host/line/LineSettings.h"
-#include "host/line/LiveCalls.h"
 #include "host/management/LocalManagement.h"
 #include "host/services/AbsentServices.h"
 #include "host/services/Team.h"
@@ -88,8 +88,8 @@ public:
     [[nodiscard]] bool endIsApproximate(const std::string& number, const std::string& time) const {
         return m_dataAccess.approximateEnds().contains(number, time);
     }
-    /// Returns the number of live calls.
-    [[nodiscard]] std::size_t liveCallCount() const { return m_liveCalls.count(); }
+    /// Returns the number of live calls that the journal knows of.
+    [[nodiscard]] std::size_t liveCallCount() const noexcept { return m_link.callCount(); }
 
 private:
     struct NamedService {
@@ -99,8 +99,8 @@ private:
 
     /// Returns a function that posts to the strand, and drops the work if the strand is closed.
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
-    /// Returns `link` with an event listener of this line.
-    [[nodiscard]] CstaLinkConfig withEventListener(CstaLinkConfig link);
+    /// Returns `link` with the event listener and the store of this line.
+    [[nodiscard]] CstaLinkConfig completed(CstaLinkConfig link);
     void subscribeObserver();
     void releaseJournal();
 
@@ -117,7 +117,7 @@ private:
     UnifiedCommunications m_unifiedCommunications;
     PallaxClient m_pallax;
     WebServices m_webServices;
-    LiveCalls m_liveCalls;
+    LiveCallStore m_liveCallStore;
     std::function<void(std::string_view)> m_eventListener;
     CstaLink::StatusListener m_statusListener;
     CstaLink m_link;

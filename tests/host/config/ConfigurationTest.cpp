@@ -52,6 +52,7 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
         send-filters = false
         tls = false
         reconnect-max-s = 60
+        call-max-hours = 3
     )");
     Configuration expected;
     expected.lines = {{.device = "3001", .shared = {{"3002", true}, {"3003", false}}, .bluetooth = true}};
@@ -61,7 +62,8 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
                            .session = "application-session",
                            .sendFilters = false,
                            .tls = false,
-                           .reconnectMax = std::chrono::seconds(60)};
+                           .reconnectMax = std::chrono::seconds(60),
+                           .callMax = std::chrono::hours(3)};
     expected.api = {{"::1", 9090}, Configuration::Auth::eNone};
     expected.management = {{"anything-else", "x = y"},
                            {"mac-addr", "00:00:00:00:00:00"},
@@ -117,7 +119,7 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
     for (const auto& row : table(3, R"(
         [line];device = "1";device = "2"             | 3:                     | device
         ;[swich];port = 1                            | 2: swich:              | valid keys: api, data
-        [switch];host = "a";prot = 1                 | 3: switch.prot:        | valid keys: edition, host
+        [switch];host = "a";prot = 1                 | 3: switch.prot:        | valid keys: call-max-hours, edition, host
         [line];device = "1";number = "2"             | 3: line.number:        | valid keys: bluetooth, device
         [[line.shared]];device = "1";log = true      | 3: line.shared.log:    | log-missed-calls
         ;switch = "pbx"                              | 2: switch:             | [switch]
@@ -134,6 +136,7 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [switch];session = "Auto"                    | 2: switch.session:     | application-session
         [switch];tls = true                          | 2: switch.tls:         | no TLS
         [switch];reconnect-max-s = 0                 | 2: switch.reconnect-max-s: | from 1 to 3600
+        [switch];call-max-hours = 0                  | 2: switch.call-max-hours: | from 1 to 8760
         [api];listen = "127.0.0.1"                   | 2: api.listen:         | ADDR:PORT
         [api];auth = "password"                      | 2: api.auth:           | "token", "none"
         [data];store = "postgresql://db"             | 2: data.store:         | must be "sqlite"

@@ -118,7 +118,7 @@ TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
     store->delivered(context);
 
     // A call that was not filed keeps its row for a while.
-    DeliveryContext unfiled{.ends = {{keyOf(later)}}};
+    DeliveryContext unfiled{.ends = {{.call = keyOf(later), .mayBeFiledLater = true}}};
     store->end(keyOf(later), at(80), false);
     store->delivered(unfiled);
     store->store(callOf("27", 90));

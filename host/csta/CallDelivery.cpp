@@ -1,0 +1,70 @@
+#include "host/csta/CallDelivery.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/csta/CSTACallControlEvents.h"
+
+namespace host {
+
+namespace {
+
+EventDelivery::Ended reportTo(LiveCallStoreIfc* store) {
+    return store == nullptr ? EventDelivery::Ended()
+                            : [store](const DeliveryContext& context) { store->delivered(context); };
+}
+
+}  // namespace
+
+CallDelivery::CallDelivery(EventDelivery::Post post, PhoneCalls& calls, LiveCallStoreIfc* store)
+    : m_calls(calls), m_store(store), m_delivery(std::move(post), reportTo(store)) {
+    m_calls.setListener({.changed =
+                             [store](const PhoneCall& call) {
+                                 if (store != nullptr) {
+                                     store->store(call);
+                                 }
+                             },
+                         .ended = [this](const PhoneCall& call) { m_ended.push_back(keyOf(call)); }});
+}
+
+CallDelivery::~CallDelivery() {
+    m_calls.setListener({});
+}
+
+void CallDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::vector<PhoneEvent> events) {
+    for (PhoneEvent& event : events) {
+        DeliveryContext context = contextOf(event, &event == &events.back());
+        m_delivery.deliver(sink, std::move(event.event), std::move(context));
+    }
+}
+
+void CallDelivery::dropEnded() {
+    DeliveryContext context;
+    for (PhoneCallKey& call : std::exchange(m_ended, {})) {
+        context.ends.push_back({.call = std::move(call)});
+    }
+    if (m_store != nullptr) {
+        m_store->delivered(context);
+    }
+}
+
+/// An event ends the call that it names; the last one of several also ends the other calls.
+DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last) {
+    const auto* const control = dynamic_cast<const CSTACallControlEvent*>(event.event.get());
+    const bool mayBeHeldBack = event.event->getType() == CSTAEventCode::eConnectionCleared;
+    DeliveryContext context{.time = event.time.value_or(std::chrono::system_clock::now()),
+                            .endApproximate = event.endApproximate};
+    const auto taken = std::stable_partition(m_ended.begin(), m_ended.end(), [&](const PhoneCallKey& call) {
+        return !last && (control == nullptr || control->getConnectionCallID() != call.callId);
+    });
+    for (auto call = taken; call != m_ended.end(); ++call) {
+        if (m_store != nullptr) {
+            m_store->end(*call, *context.time, event.endApproximate);
+        }
+        context.ends.push_back({.call = std::move(*call), .mayBeFiledLater = mayBeHeldBack});
+    }
+    m_ended.erase(taken, m_ended.end());
+    return context;
+}
+
+}  // namespace host

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/calls/LiveCallStoreIfc.h"
+#include "host/calls/PhoneCallEvents.h"
+#include "host/calls/PhoneCalls.h"
+#include "host/csta/EventDelivery.h"
+
+namespace host {
+
+/// Delivers the events of calls with their contexts, and notes the live calls:
+///  1. Each change of `PhoneCalls` goes to the store.
+///  2. A call that an event has ended is marked as ended there, and becomes part of the event's context.
+///  3. When the journal has handled the event, the store learns which calls were filed.
+///
+/// Reader thread only.
+class CallDelivery {
+public:
+    /// `calls` and `store` are borrowed; `store` may be null. Becomes the listener of `calls`.
+    CallDelivery(EventDelivery::Post post, PhoneCalls& calls, LiveCallStoreIfc* store);
+    CallDelivery(const CallDelivery&) = delete;
+    CallDelivery& operator=(const CallDelivery&) = delete;
+    ~CallDelivery();
+
+    /// Delivers the events in order. Requires: `calls` has followed them since the last delivery.
+    void deliver(const std::shared_ptr<EventSink>& sink, std::vector<PhoneEvent> events);
+    /// Marks the calls that have ended since the last delivery as ended, for a monitor that is gone.
+    void dropEnded();
+
+private:
+    [[nodiscard]] DeliveryContext contextOf(const PhoneEvent& event, bool last);
+
+    PhoneCalls& m_calls;
+    LiveCallStoreIfc* const m_store;
+    const EventDelivery m_delivery;
+    /// The calls that have ended since the last delivery.
+    std::vector<PhoneCallKey> m_ended;
+};
+
+}  // namespace host

@@ -1,0 +1,287 @@
+#include "host/csta/CallSynchronisation.h"
+
+#include <algorithm>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "host/calls/FollowCalls.h"
+#include "host/csta-wire/DeviceText.h"
+#include "host/csta/LinkLog.h"
+#include "host/csta/SnapshotRules.h"
+#include "platform/csta/CSTAEventCause.h"
+#include "platform/csta/CSTALocalConnectionState.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::chrono::seconds kAgeingPeriod{30};
+
+PhoneCall::Time now() {
+    return std::chrono::system_clock::now();
+}
+
+int clearingCause(const PhoneCall& call) {
+    return call.elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing;
+}
+
+/// The events of a call up to now, at their times.
+std::vector<PhoneEvent> eventsOf(PhoneCall call, const std::string& crossRefId) {
+    if (!call.outgoing && call.transferred && !call.partner.number.empty()) {
+        call.calling = call.partner;
+    }
+    std::vector<PhoneEvent> events;
+    events.push_back({call.outgoing ? originatedEvent(call, crossRefId) : ringingEvent(call, crossRefId),
+                      call.firstEvent});
+    if (call.established) {
+        events.push_back({establishedEvent(call, crossRefId), call.established});
+    }
+    return events;
+}
+
+}  // namespace
+
+CallSynchronisation::CallSynchronisation(const CstaLinkConfig& config, asio::io_context& io,
+                                         SnapshotRequests& snapshots, MonitorTable& monitors,
+                                         PhoneCalls& calls, Deliver deliver)
+    : m_config(config),
+      m_snapshots(snapshots),
+      m_monitors(monitors),
+      m_calls(calls),
+      m_deliver(std::move(deliver)),
+      m_ageing(io) {
+    if (m_config.liveCallStore != nullptr) {
+        for (NotedCall& noted : m_config.liveCallStore->read()) {
+            if (noted.ended) {
+                m_unfiled.push_back(std::move(noted));
+            } else {
+                m_calls.store(std::move(noted.call));
+            }
+        }
+    }
+    scheduleAgeing();
+}
+
+void CallSynchronisation::monitorAccepted(const WantedMonitor& monitor) {
+    fileNoted(monitor);
+    for (const PhoneCall& call : callsOf(deviceOf(monitor))) {
+        replay(monitor, call);
+    }
+}
+
+void CallSynchronisation::monitorStarted(const WantedMonitor& monitor) {
+    const std::string device =
+        monitor.device == CSTADevice::kLocalDevice ? m_config.ownDevice : monitor.device;
+    m_snapshots.ofDevice(device, [this, id = monitor.crossRefId,
+                                  asked = now()](const std::optional<DeviceSnapshot>& snapshot) {
+        if (snapshot) {
+            apply(id, asked, *snapshot);
+        } else {
+            CSTA_LINK_LOG(5, "no snapshot for monitor %s; the known calls stay", id.c_str());
+        }
+    });
+}
+
+void CallSynchronisation::gapBegins(const WantedMonitor& monitor) {
+    if (monitor.isOn()) {
+        m_gaps[deviceOf(monitor)] = now();
+    }
+}
+
+void CallSynchronisation::callsForgotten() {
+    for (const PhoneCall& call : m_calls.all()) {
+        if (const WantedMonitor* monitor = monitorOf(call.device)) {
+            replay(*monitor, call);
+        }
+    }
+}
+
+void CallSynchronisation::close() {
+    m_closed = true;
+    m_ageing.cancel();
+}
+
+void CallSynchronisation::limitCalls() {
+    while (m_calls.count() > kMaxCalls) {
+        const std::vector<PhoneCall> calls = m_calls.all();
+        end(*std::min_element(calls.begin(), calls.end(), [](const PhoneCall& one, const PhoneCall& other) {
+            return one.firstEvent < other.firstEvent;
+        }));
+    }
+}
+
+void CallSynchronisation::adjust(const WantedMonitor& monitor, PhoneEvent& event) const {
+    const auto gap = m_gaps.find(deviceOf(monitor));
+    if (event.endApproximate && event.time && gap != m_gaps.end()) {
+        event.time = std::max(*event.time, gap->second);
+    }
+}
+
+std::string CallSynchronisation::deviceOf(const WantedMonitor& monitor) const {
+    return readerFor(monitor).monitoredDevice();
+}
+
+const WantedMonitor* CallSynchronisation::monitorOf(const std::string& device) {
+    for (const WantedMonitor* monitor : m_monitors.all()) {
+        if (deviceOf(*monitor) == device) {
+            return monitor;
+        }
+    }
+    return nullptr;
+}
+
+DeviceReader CallSynchronisation::readerFor(const WantedMonitor& monitor) const {
+    return {m_config.ownDevice, monitor.device};
+}
+
+std::vector<PhoneCall> CallSynchronisation::callsOf(const std::string& device) const {
+    std::vector<PhoneCall> calls = m_calls.all();
+    calls.erase(std::remove_if(calls.begin(), calls.end(),
+                               [&device](const PhoneCall& call) { return call.device != device; }),
+                calls.end());
+    return calls;
+}
+
+/// The calls do not follow these events: they are known.
+void CallSynchronisation::replay(const WantedMonitor& monitor, const PhoneCall& call) {
+    CSTA_LINK_LOG(5, "call %s is given to the journal again", call.callId.c_str());
+    m_deliver(monitor, eventsOf(call, monitor.crossRefId));
+}
+
+/// Files the calls that had ended in the last run. The journal ignores one that it has filed already.
+void CallSynchronisation::fileNoted(const WantedMonitor& monitor) {
+    const std::string device = deviceOf(monitor);
+    for (NotedCall& noted : std::exchange(m_unfiled, {})) {
+        if (noted.call.device != device) {
+            m_unfiled.push_back(std::move(noted));
+            continue;
+        }
+        const PhoneCall* const live = m_calls.find(device, noted.call.callId);
+        const std::optional<PhoneCall> later = live == nullptr ? std::nullopt : std::optional(*live);
+        m_calls.store(noted.call);
+        replay(monitor, noted.call);
+        give(monitor, device,
+             {.event = clearedEvent(noted.call, monitor.crossRefId, clearingCause(noted.call)),
+              .time = noted.ended,
+              .endApproximate = noted.endApproximate});
+        if (later) {
+            m_calls.store(*later);
+        }
+    }
+}
+
+void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const DeviceSnapshot& snapshot) {
+    const WantedMonitor* monitor = m_monitors.find(crossRefId);
+    if (monitor == nullptr) {
+        return;
+    }
+    std::set<std::string> present;
+    for (const DeviceSnapshot::Connection& connection : snapshot.connections) {
+        if (!connection.callId.empty() && connection.own != CSTA_LCS_Null) {
+            present.insert(connection.callId);
+            askForCall(*monitor, connection, asked);
+        }
+    }
+    for (const PhoneCall& call : callsOf(deviceOf(*monitor))) {
+        if (!present.contains(call.callId) && call.lastEvent < asked) {
+            end(call);
+        }
+    }
+}
+
+/// A call that an event has introduced since needs no snapshot.
+void CallSynchronisation::askForCall(const WantedMonitor& monitor,
+                                     const DeviceSnapshot::Connection& connection, Time asked) {
+    const std::string device =
+        monitor.device == CSTADevice::kLocalDevice ? m_config.ownDevice : monitor.device;
+    m_snapshots.ofCall(
+        connection.callId, device, readerFor(monitor),
+        [this, id = monitor.crossRefId, connection, asked](const std::optional<CallSnapshot>& snapshot) {
+            const WantedMonitor* asking = m_monitors.find(id);
+            if (asking != nullptr && snapshot) {
+                apply(*asking, connection, asked, *snapshot);
+            }
+        });
+}
+
+void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection,
+                                Time asked, const CallSnapshot& snapshot) {
+    const std::string device = deviceOf(monitor);
+    std::optional<PhoneCall> call = callFrom(connection, snapshot, device);
+    const PhoneCall* known = m_calls.find(device, connection.callId);
+    if (!call || (known != nullptr && known->lastEvent >= asked)) {
+        return;
+    }
+    if (known != nullptr && isOtherCall(*known, *call, snapshot)) {
+        end(PhoneCall(*known));
+        known = nullptr;
+    }
+    if (known == nullptr) {
+        begin(monitor, *call);
+    } else if (call->established && !known->established) {
+        call->calling = known->calling;
+        call->outgoing = known->outgoing;
+        establish(monitor, *call);
+    }
+}
+
+void CallSynchronisation::begin(const WantedMonitor& monitor, const PhoneCall& call) {
+    CSTA_LINK_LOG(5, "call %s has begun without an event", call.callId.c_str());
+    give(
+        monitor, call.device,
+        {call.outgoing ? originatedEvent(call, monitor.crossRefId) : ringingEvent(call, monitor.crossRefId)});
+    if (call.established) {
+        establish(monitor, call);
+    }
+}
+
+void CallSynchronisation::establish(const WantedMonitor& monitor, PhoneCall call) {
+    if (call.outgoing && call.partner.number.empty()) {
+        call.partner = call.called;
+    }
+    give(monitor, call.device, {establishedEvent(call, monitor.crossRefId)});
+}
+
+/// Without a monitor the journal has no interest in the call.
+void CallSynchronisation::end(const PhoneCall& call) {
+    CSTA_LINK_LOG(5, "call %s has ended without an event", call.callId.c_str());
+    const WantedMonitor* monitor = monitorOf(call.device);
+    if (monitor == nullptr) {
+        m_calls.remove(call.device, call.callId);
+        return;
+    }
+    PhoneEvent cleared{.event = clearedEvent(call, monitor->crossRefId, clearingCause(call)),
+                       .time = call.lastEvent,
+                       .endApproximate = true};
+    adjust(*monitor, cleared);
+    give(*monitor, call.device, std::move(cleared));
+}
+
+void CallSynchronisation::give(const WantedMonitor& monitor, const std::string& device, PhoneEvent event) {
+    follow(m_calls, *event.event, device, event.time.value_or(now()));
+    std::vector<PhoneEvent> events;
+    events.push_back(std::move(event));
+    m_deliver(monitor, std::move(events));
+}
+
+void CallSynchronisation::scheduleAgeing() {
+    m_ageing.expires_after(kAgeingPeriod);
+    m_ageing.async_wait([this](std::error_code error) {
+        if (!error && !m_closed) {
+            endSilentCalls();
+            scheduleAgeing();
+        }
+    });
+}
+
+void CallSynchronisation::endSilentCalls() {
+    for (const PhoneCall& call : m_calls.all()) {
+        if (now() - call.lastEvent > m_config.callMaxAge) {
+            CSTA_LINK_LOG(4, "call %s had no event for too long", call.callId.c_str());
+            end(call);
+        }
+    }
+}
+
+}  // namespace host

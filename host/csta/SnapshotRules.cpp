@@ -1,0 +1,87 @@
+#include "host/csta/SnapshotRules.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/csta-wire/DeviceText.h"
+#include "platform/csta/CSTALocalConnectionState.h"
+
+namespace host {
+
+namespace {
+
+bool takesPart(int state) {
+    return state == CSTA_LCS_Connected || state == CSTA_LCS_Hold;
+}
+
+/// The phone's own state. The call's snapshot is the newer one.
+std::optional<int> ownState(const DeviceSnapshot::Connection& connection, const CallSnapshot& snapshot) {
+    for (const CallSnapshot::Party& party : snapshot.parties) {
+        if (party.device.party == EventParty::eMonitored && party.state) {
+            return party.state;
+        }
+    }
+    return connection.own;
+}
+
+/// The other party that takes part; null if none does.
+const CallSnapshot::Party* partnerIn(const CallSnapshot& snapshot) {
+    const auto found =
+        std::find_if(snapshot.parties.begin(), snapshot.parties.end(), [](const CallSnapshot::Party& party) {
+            return party.device.party != EventParty::eMonitored && party.state && takesPart(*party.state);
+        });
+    return found == snapshot.parties.end() ? nullptr : &*found;
+}
+
+bool isSameNumber(const CSTADevice& one, const CSTADevice& other) {
+    return comparableNumber(one.number) == comparableNumber(other.number);
+}
+
+}  // namespace
+
+std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection, const CallSnapshot& snapshot,
+                                  const std::string& device) {
+    const std::optional<int> own = ownState(connection, snapshot);
+    if (!own || (*own != CSTA_LCS_Alerting && !takesPart(*own))) {
+        return std::nullopt;
+    }
+    PhoneCall call;
+    call.callId = connection.callId;
+    call.device = device;
+    call.calling = snapshot.calling.device;
+    call.called = snapshot.called.device;
+    call.outgoing = takesPart(*own) && snapshot.calling.party == EventParty::eMonitored;
+    const CallSnapshot::Party* const partner = partnerIn(snapshot);
+    const bool othersTakePart =
+        partner != nullptr || std::any_of(connection.others.begin(), connection.others.end(), takesPart);
+    if (takesPart(*own) && (!call.outgoing || othersTakePart)) {
+        call.role = PhoneRole::eConnected;
+        call.established = PhoneCall::Time();
+    } else {
+        call.role = call.outgoing ? PhoneRole::eCalling : PhoneRole::eRinging;
+    }
+    if (call.established && partner != nullptr) {
+        call.partner = partner->device.device;
+    }
+    if (!call.outgoing && call.calling.number.empty() && call.calling.name.empty()) {
+        call.calling = call.partner;
+    }
+    return call;
+}
+
+bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapshot& snapshot) {
+    if (now.role == PhoneRole::eRinging && (known.outgoing || known.established)) {
+        return true;
+    }
+    const CSTADevice& caller = now.calling;
+    if (known.outgoing || now.outgoing || known.transferred || known.calling.number.empty() ||
+        caller.number.empty() || isSameNumber(caller, known.calling) || isSameNumber(caller, known.partner)) {
+        return false;
+    }
+    return std::none_of(snapshot.parties.begin(), snapshot.parties.end(),
+                        [&known](const CallSnapshot::Party& party) {
+                            return isSameNumber(party.device.device, known.calling);
+                        });
+}
+
+}  // namespace host

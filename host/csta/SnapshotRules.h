@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/calls/PhoneCall.h"
+#include "host/csta/SnapshotReader.h"
+
+namespace host {
+
+/// The phone's call as a snapshot describes it; `std::nullopt` if the phone does not take part, or only
+/// dials, queues or has failed: its next event tells more. Times are not set, except that `established` has
+/// a value if the call is established. `device` is the device as the calls name it.
+[[nodiscard]] std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection,
+                                                const CallSnapshot& snapshot, const std::string& device);
+
+/// True if the switch has used the id of the known call again for the call of the snapshot: an established
+/// call rings again, or another party calls.
+[[nodiscard]] bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapshot& snapshot);
+
+}  // namespace host
