@@ -61,6 +61,47 @@ class ThirdPartySwitch:
         self.peer.sendall(frame(invoke_id, '<MonitorStartResponse xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
                                 "</MonitorStartResponse>" % NAME_SPACE))
 
+    def synchronise(self, calls):
+        """Accepts the next client and refuses all its requests but those that start and synchronise the monitor of device 2001.
+        `calls`, its live calls: {call id: (state, other state, caller)}; None: without the services, which ends with their refusal."""
+        if self.peer:
+            self.peer.close()
+        self.peer, _ = self.listener.accept()
+        self.peer.settimeout(self.listener.gettimeout())
+        stream, waiting = self.peer.makefile("rb"), None
+        while waiting is None or waiting:
+            head = stream.read(8)
+            xml = stream.read(int.from_bytes(head[2:4], "big") - 8).decode("utf-8")
+            name, call = re.search(r"<([A-Z]\w+)", xml).group(1), re.search(r"<callID>(\w+)<", xml)
+            if waiting is None and name == "SnapshotDevice":
+                waiting = set(calls or ())
+            elif name == "SnapshotCall":
+                waiting.discard(call.group(1))
+            self.peer.sendall(frame(int(head[4:]), self.response(name, call and call.group(1), calls)))
+
+    @staticmethod
+    def response(name, call, calls):
+        """The response to a request of that name."""
+        if name == "MonitorStart":
+            body = "<monitorCrossRefID>x7</monitorCrossRefID>"
+        elif name == "SnapshotDevice" and calls is not None:
+            body = "<crossRefIDorSnapshotData><snapshotData>%s</snapshotData></crossRefIDorSnapshotData>" % "".join(
+                "<snapshotDeviceResponseInfo><connectionIdentifier><callID>%s</callID><deviceID>2001</deviceID></connectionIdentifier>"
+                "<localCallState><compoundCallState><localConnectionState>%s</localConnectionState><localConnectionState>%s"
+                "</localConnectionState></compoundCallState></localCallState></snapshotDeviceResponseInfo>" % (each, own, other)
+                for each, (own, other, _) in calls.items())
+        elif name == "SnapshotCall" and calls is not None:
+            own, other, caller = calls[call]
+            body = "<crossRefIDorSnapshotData><snapshotData>%s</snapshotData></crossRefIDorSnapshotData>" % "".join(
+                "<snapshotCallResponseInfo><deviceOnCall><deviceIdentifier>%s</deviceIdentifier></deviceOnCall><localConnectionInfo>%s"
+                "</localConnectionInfo></snapshotCallResponseInfo>" % (escape(device), state)
+                for device, state in (("2001", own), (caller, other)))
+            body += ("<callingDevice><deviceIdentifier>%s</deviceIdentifier></callingDevice>"
+                     "<calledDevice><deviceIdentifier>2001</deviceIdentifier></calledDevice>" % escape(caller))
+        else:
+            return '<CSTAErrorCode xmlns="%s"><operation>serviceNotSupported</operation></CSTAErrorCode>' % NAME_SPACE
+        return '<%sResponse xmlns="%s">%s</%sResponse>' % (name, NAME_SPACE, body, name)
+
     def misses(self, call, caller):
         """A call that is not answered."""
         self.peer.sendall(delivered(call, caller) + cleared(call))

@@ -1,0 +1,77 @@
+"""Calls that begin or end while the link is down, or while the program is not running."""
+
+import json
+import signal
+import threading
+import time
+import urllib.request
+
+from harness import IMPATIENT, LIMIT, ProgramTest
+from third_party_switch import ThirdPartySwitch, cleared, delivered, established
+
+ANN, BOB = "N<4711>Ann", "N<4712>Bob"
+LINK, PROGRAM = "link", "program"
+RINGS, TALKS = ("alerting", "connected"), ("connected", "connected")
+
+# What happens before the gap, the gap, the calls of the switch after it (None: it has no such service), what happens then, and the
+# entries; "~" marks an end that is only approximate.
+CASES = [
+    (delivered("17", ANN) + established("17", ANN), LINK, {}, b"", ["received 4711~"]),
+    (delivered("17", ANN) + established("17", ANN), PROGRAM, {}, b"", ["received 4711~"]),
+    (delivered("17", ANN) + established("17", ANN), PROGRAM, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
+    (delivered("17", ANN) + established("17", ANN), PROGRAM, None, cleared("17"), ["received 4711"]),
+    (delivered("17", ANN), LINK, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
+    (delivered("25", ANN), LINK, None, delivered("25", BOB) + cleared("25"), ["missed 4712", "missed 4711~"]),
+    (delivered("25", ANN), PROGRAM, {"25": (*RINGS, BOB)}, cleared("25"), ["missed 4712", "missed 4711~"]),
+    (b"", LINK, {"30": (*RINGS, ANN), "31": (*TALKS, BOB)}, cleared("30") + cleared("31"), ["missed 4711", "received 4712"]),
+]
+
+
+class LostCallsTest(ProgramTest):
+    def check(self, software_type):
+        for before, gap, calls, after, expected in CASES:
+            with self.subTest(gap=gap, expected=expected):
+                switch = ThirdPartySwitch(self)
+                options = ("--set", "software-type=" + software_type)
+                server = self.serve(switch.address, *options, config=IMPATIENT)
+                switch.synchronise({})
+                switch.peer.sendall(before)
+                if before:
+                    self.await_value(1, lambda: self.get(server, "status")["calls"])
+                if gap == PROGRAM:
+                    threading.Event().wait(0.5)  # the time after which a call is noted
+                    server.stop(signal.SIGKILL)
+                    server = self.serve(switch.address, *options, config=IMPATIENT)
+                switch.synchronise(calls)
+                switch.peer.sendall(after)
+                self.await_value(expected, lambda: self.entries(server))
+                self.await_value(0, lambda: self.get(server, "status")["calls"])
+                self.done("delete", "missed", "--all")
+                self.done("delete", "received", "--all")
+                self.assertEqual(server.stop(), 0)
+
+    def get(self, server, path):
+        request = urllib.request.Request("http://%s/api/v1/%s" % (server.http, path),
+                                         headers={"Authorization": "Bearer " + server.token})
+        with urllib.request.urlopen(request, timeout=LIMIT) as response:
+            return json.load(response)
+
+    def await_value(self, expected, read):
+        deadline = time.monotonic() + LIMIT
+        while (found := read()) != expected:
+            self.assertLess(time.monotonic(), deadline, "%s instead of %s" % (found, expected))
+            threading.Event().wait(0.05)
+
+    def entries(self, server):
+        texts = []
+        for name in ("missed", "received", "dialled"):
+            for item in self.get(server, "lists/" + name)["items"]:
+                for call in item["occurrences"]:
+                    texts.append("%s %s%s" % (name, call["number"], "~" if call.get("endApproximate") else ""))
+        return texts
+
+    def test_no_call_of_a_qorvex_phone_is_lost(self):
+        self.check("Norlith Qorvex")
+
+    def test_no_call_of_a_sip_phone_is_lost(self):
+        self.check("Norlith SIP")
