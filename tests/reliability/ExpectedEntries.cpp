@@ -1,0 +1,153 @@
+#include "tests/reliability/ExpectedEntries.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace reliability {
+
+namespace {
+
+bool isAtPhone(const std::vector<Call>& calls, const std::string& callId) {
+    return std::any_of(calls.begin(), calls.end(), [&callId](const Call& call) { return call.id == callId; });
+}
+
+/// The leg as the phone can know it if it misses the steps of the gap; std::nullopt if it cannot know it.
+std::optional<Leg> asSeen(Leg leg, const Story& story, const Gap& gap) {
+    const bool known = leg.began < gap.first;
+    const bool stillUp = isAtPhone(story.steps[gap.end - 1].calls, leg.callId);
+    if (!known && !stillUp && leg.began < gap.end) {
+        return std::nullopt;
+    }
+    if (known && !stillUp && leg.ended && *leg.ended >= gap.first && *leg.ended < gap.end) {
+        // It is over: how it went on during the gap is not known.
+        leg.end = Leg::End::eReleased;
+        if (leg.established && *leg.established >= gap.first) {
+            leg.established.reset();
+        }
+    }
+    return leg;
+}
+
+/// True if that party rang, was connected or was busy: a SIP phone takes the name of the party called from
+/// these events only.
+bool isNamed(const Story& story, const std::string& callId, const Party& party) {
+    return std::any_of(story.steps.begin(), story.steps.end(), [&](const Step& step) {
+        const EventKind kind = step.event.kind;
+        return step.event.callId == callId && step.event.subject == party &&
+               (kind == EventKind::eDelivered || kind == EventKind::eEstablished ||
+                kind == EventKind::eFailed);
+    });
+}
+
+class Filing {
+public:
+    Filing(const Story& story, const PhoneType& phone, const Dialect& dialect)
+        : m_story(story), m_phone(phone), m_dialect(dialect) {}
+
+    void file(const Leg& leg) {
+        if (leg.end == Leg::End::eUntracked) {
+            return;
+        }
+        if (leg.outgoing) {
+            fileDialled(leg);
+        } else if (leg.established) {
+            fileReceived(leg);
+        } else if (leg.end == Leg::End::eDiverted) {
+            fileDiverted(leg);
+        } else {
+            add("missed", leg.party, leg.end == Leg::End::eElsewhere);
+        }
+    }
+
+    [[nodiscard]] std::vector<ExpectedEntry> entries() && { return std::move(m_entries); }
+
+private:
+    void fileDialled(const Leg& leg) {
+        add("dialled", leg.party);
+        if (m_phone.sip && !isNamed(m_story, leg.callId, leg.party)) {
+            m_entries.back().push_back(entryText("dialled", leg.party.number, {}, false));
+        }
+        // A SIP phone names the party that it reached in a group.
+        if (m_phone.sip && !leg.reached.number.empty()) {
+            m_entries.back().push_back(text("dialled", leg.reached, false));
+        }
+    }
+
+    /// A SIP phone files the leg after a transfer under the caller, or under the partner if that is withheld.
+    void fileReceived(const Leg& leg) {
+        if (m_phone.sip && !leg.transferredBy.number.empty()) {
+            add("received", leg.firstParty);
+            if (leg.firstParty.withheld) {
+                m_entries.back().push_back(text("received", leg.party, false));
+            }
+        } else {
+            add("received", leg.party);
+        }
+    }
+
+    /// A SIP phone files no call that leaves it while it rings: the destination files it.
+    void fileDiverted(const Leg& leg) {
+        if (m_phone.sip) {
+            return;
+        }
+        if (m_phone.forwards) {
+            add("forwarded", leg.party);
+        } else if (leg.rang) {
+            add("missed", leg.party);
+        }
+    }
+
+    void add(const std::string& list, const Party& party, bool elsewhere = false) {
+        m_entries.push_back({text(list, party, elsewhere)});
+    }
+
+    [[nodiscard]] std::string text(const std::string& list, const Party& party, bool elsewhere) const {
+        const bool named = m_dialect.names && !party.withheld;
+        return entryText(list, party.withheld ? std::string() : party.number,
+                         named ? party.name : std::string(), elsewhere);
+    }
+
+    const Story& m_story;
+    const PhoneType& m_phone;
+    const Dialect& m_dialect;
+    std::vector<ExpectedEntry> m_entries;
+};
+
+}  // namespace
+
+std::string PhoneType::text() const {
+    return std::string(sip ? "Norlith SIP" : "Norlith Qorvex") +
+           (forwards ? " with server-based features" : "");
+}
+
+std::string entryText(const std::string& list, const std::string& number, const std::string& name,
+                      bool elsewhere) {
+    return list + (number.empty() ? "" : " " + number) + (name.empty() ? "" : " " + name) +
+           (elsewhere ? " elsewhere" : "");
+}
+
+bool matches(const std::vector<ExpectedEntry>& expected, const Entries& found) {
+    Entries left = found;
+    for (const ExpectedEntry& one : expected) {
+        const auto allowed = std::find_if(one.begin(), one.end(),
+                                          [&found](const std::string& text) { return found.contains(text); });
+        if (allowed == one.end()) {
+            return false;
+        }
+        left.erase(*allowed);
+    }
+    return left.empty();
+}
+
+std::vector<ExpectedEntry> expectedEntries(const Story& story, const PhoneType& phone, const Dialect& dialect,
+                                           const std::optional<Gap>& gap) {
+    Filing filing(story, phone, dialect);
+    for (const Leg& leg : story.legs) {
+        if (const std::optional<Leg> seen = gap ? asSeen(leg, story, *gap) : leg) {
+            filing.file(*seen);
+        }
+    }
+    return std::move(filing).entries();
+}
+
+}  // namespace reliability

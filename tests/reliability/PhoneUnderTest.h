@@ -1,0 +1,49 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "host/data/Database.h"
+#include "host/framework/AsioTimerSource.h"
+#include "host/framework/WorkerPool.h"
+#include "host/line/Line.h"
+#include "journalservice/JournalServiceIfc.h"
+#include "tests/reliability/ExpectedEntries.h"
+#include "tests/support/RecordingObserver.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace reliability {
+
+/// A line of the program with the journal on it, its data in a temporary directory.
+class PhoneUnderTest {
+public:
+    PhoneUnderTest(const PhoneType& type, std::uint16_t switchPort);
+    ~PhoneUnderTest();
+    PhoneUnderTest(const PhoneUnderTest&) = delete;
+    PhoneUnderTest& operator=(const PhoneUnderTest&) = delete;
+
+    /// Waits until the journal has a missed call of that number. False after 20 s.
+    [[nodiscard]] bool awaitMissed(const std::string& number);
+    /// The entries of the four lists, without the missed ones of `number`.
+    [[nodiscard]] Entries entriesWithout(const std::string& number);
+    void clear() { m_journal->deleteAllCalls(); }
+
+private:
+    TemporaryDirectory m_directory;
+    host::Database m_database{m_directory.path() / "journal.db"};
+    host::WorkerPool m_pool{2};
+    host::AsioTimerSource m_timerSource{m_pool};
+    std::unique_ptr<host::Line> m_line;
+    JournalServiceIfc* m_journal = nullptr;
+    journaltest::RecordingObserver m_observer;
+
+    // Guarded by m_mutex.
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::string m_lastMissed;
+};
+
+}  // namespace reliability

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "host/csta-wire/WireDocument.h"
+#include "tests/reliability/CallEvent.h"
+#include "tests/reliability/SwitchModel.h"
+
+namespace reliability {
+
+/// The switch's end of the link. It accepts one connection at a time and responds to requests on a thread of
+/// its own. The other operations are for one thread.
+class SwitchPeer {
+public:
+    SwitchPeer();
+    ~SwitchPeer();
+    SwitchPeer(const SwitchPeer&) = delete;
+    SwitchPeer& operator=(const SwitchPeer&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const;
+
+    /// Waits for the phone to connect and to monitor its own number. False after 20 s.
+    [[nodiscard]] bool connect();
+    /// Waits until the phone has asked for its calls, and for the parties of those. False after 20 s.
+    [[nodiscard]] bool awaitSnapshot(const std::vector<std::string>& unknownCalls);
+    /// Waits until the phone has read everything that was sent. False after 20 s.
+    [[nodiscard]] bool awaitIdle();
+    void disconnect();
+    /// The calls that the following snapshots show.
+    void setCalls(std::vector<Call> calls, const Dialect& dialect);
+
+    void send(const CallEvent& event, const Dialect& dialect);
+
+private:
+    void serve();
+    void respond(int invokeId, const host::WireDocument& request);
+    [[nodiscard]] std::string responseTo(const host::WireDocument& request);
+    [[nodiscard]] std::string snapshotOfDevice();
+    [[nodiscard]] std::string snapshotOfCall(const std::string& callId);
+    void write(int invokeId, const std::string& xml);
+    template <typename Condition>
+    [[nodiscard]] bool await(Condition condition);
+
+    asio::io_context m_io;
+    asio::ip::tcp::acceptor m_acceptor;
+    asio::ip::tcp::socket m_socket;
+    std::thread m_reader;
+
+    std::mutex m_writeMutex;
+
+    // Used by the reader thread only.
+    int m_monitors = 0;
+    std::string m_crossRefIdSent;
+
+    // Guarded by m_mutex.
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::string m_crossRefId;
+    bool m_snapshotSent = false;
+    int m_responses = 0;
+    std::vector<std::string> m_callsTold;
+    std::vector<Call> m_calls;
+    Dialect m_dialect;
+};
+
+}  // namespace reliability
