@@ -11,6 +11,8 @@ namespace host {
 /// A call as an earlier run of the program has noted it.
 struct NotedCall {
     PhoneCall call;
+    /// The last time at which the link was up with the call.
+    PhoneCall::Time seen{};
     /// The time at which the call ended, if the run did not file it.
     std::optional<PhoneCall::Time> ended{};
     bool endApproximate = false;
@@ -30,6 +32,8 @@ public:
     [[nodiscard]] virtual std::vector<NotedCall> read() = 0;
     /// Notes a call that is new or has changed.
     virtual void store(const PhoneCall& call) = 0;
+    /// Notes that the call is up and its monitor is on at `time`.
+    virtual void confirm(const PhoneCallKey& call, PhoneCall::Time time) = 0;
     /// Notes the end of a call. It stays noted until it is filed.
     virtual void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) = 0;
     /// Call it after the event that ends the calls was delivered. One that may be filed later stays noted for

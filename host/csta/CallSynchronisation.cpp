@@ -16,7 +16,7 @@ namespace host {
 
 namespace {
 
-constexpr std::chrono::seconds kAgeingPeriod{30};
+constexpr std::chrono::seconds kAgeingPeriod{10};
 
 PhoneCall::Time now() {
     return std::chrono::system_clock::now();
@@ -56,6 +56,8 @@ CallSynchronisation::CallSynchronisation(const CstaLinkConfig& config, asio::io_
             if (noted.ended) {
                 m_unfiled.push_back(std::move(noted));
             } else {
+                Time& gap = m_gaps[noted.call.device];
+                gap = std::max(gap, noted.seen);
                 m_calls.store(std::move(noted.call));
             }
         }
@@ -98,6 +100,7 @@ void CallSynchronisation::callsForgotten() {
 }
 
 void CallSynchronisation::close() {
+    confirmCalls();
     m_closed = true;
     m_ageing.cancel();
 }
@@ -270,9 +273,22 @@ void CallSynchronisation::scheduleAgeing() {
     m_ageing.async_wait([this](std::error_code error) {
         if (!error && !m_closed) {
             endSilentCalls();
+            confirmCalls();
             scheduleAgeing();
         }
     });
+}
+
+void CallSynchronisation::confirmCalls() {
+    if (m_config.liveCallStore == nullptr) {
+        return;
+    }
+    for (const PhoneCall& call : m_calls.all()) {
+        const WantedMonitor* monitor = monitorOf(call.device);
+        if (monitor != nullptr && monitor->isOn()) {
+            m_config.liveCallStore->confirm(keyOf(call), now());
+        }
+    }
 }
 
 void CallSynchronisation::endSilentCalls() {

@@ -49,8 +49,10 @@ public:
     void gapBegins(const WantedMonitor& monitor);
     /// The journal has dropped its calls.
     void callsForgotten();
-    /// Cancels the timer; no call ends by its age any more.
+    /// Notes the time of the end, and cancels the timer. Call it while the monitors are on.
     void close();
+    /// Ends the calls without an event for the configured time. A timer calls it.
+    void endSilentCalls();
     /// Ends the oldest calls beyond `kMaxCalls`.
     void limitCalls();
 
@@ -80,7 +82,8 @@ private:
     void give(const WantedMonitor& monitor, const std::string& device, PhoneEvent event);
 
     void scheduleAgeing();
-    void endSilentCalls();
+    /// Notes that the monitored calls are up now.
+    void confirmCalls();
 
     const CstaLinkConfig& m_config;
     SnapshotRequests& m_snapshots;

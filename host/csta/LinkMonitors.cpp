@@ -173,8 +173,8 @@ void LinkMonitors::connectionLost() {
 }
 
 void LinkMonitors::close() {
-    connectionLost();
     m_synchronisation.close();
+    connectionLost();
 }
 
 bool LinkMonitors::isMonitoring() {

@@ -50,10 +50,14 @@ std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection, 
     call.device = device;
     call.calling = snapshot.calling.device;
     call.called = snapshot.called.device;
-    call.outgoing = takesPart(*own) && snapshot.calling.party == EventParty::eMonitored;
     const CallSnapshot::Party* const partner = partnerIn(snapshot);
     const bool othersTakePart =
         partner != nullptr || std::any_of(connection.others.begin(), connection.others.end(), takesPart);
+    // Without a caller, the phone of a call in which no other party takes part yet has placed it.
+    call.outgoing =
+        takesPart(*own) &&
+        (snapshot.calling.party == EventParty::eMonitored ||
+         (snapshot.calling.party == EventParty::eUnknown && !connection.others.empty() && !othersTakePart));
     if (takesPart(*own) && (!call.outgoing || othersTakePart)) {
         call.role = PhoneRole::eConnected;
         call.established = PhoneCall::Time();

@@ -77,6 +77,7 @@ NotedCall callFrom(SQLite::Statement& row) {
     call.others = numbersFrom(row.getColumn(column++).getString());
     call.established = timeFrom(row, column);
     call.lastEvent = timeFrom(row, column).value_or(PhoneCall::Time());
+    noted.seen = timeFrom(row, column).value_or(PhoneCall::Time());
     noted.ended = timeFrom(row, column);
     noted.endApproximate = flag();
     return noted;
@@ -117,7 +118,7 @@ void writeRow(SQLite::Statement& insert, const std::string& line, const NotedCal
     bind(line)(call.device)(call.callId)(call.firstEvent)(static_cast<std::int64_t>(call.role));
     bind(call.outgoing)(call.conference)(call.transferred)(call.elsewhere);
     bind(call.calling)(call.called)(call.redirecting)(call.partner)(textOf(call.others));
-    bind(call.established)(call.lastEvent)(noted.ended)(noted.endApproximate);
+    bind(call.established)(call.lastEvent)(noted.seen)(noted.ended)(noted.endApproximate);
     insert.exec();
 }
 
@@ -162,12 +163,23 @@ void LiveCallStore::store(const PhoneCall& call) {
     m_wake.notify_all();
 }
 
+void LiveCallStore::confirm(const PhoneCallKey& call, PhoneCall::Time time) {
+    change(call, [time](NotedCall& noted) { noted.seen = time; });
+}
+
 void LiveCallStore::end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) {
+    change(call, [&](NotedCall& noted) {
+        noted.ended = time;
+        noted.endApproximate = approximate;
+    });
+}
+
+/// Has no effect on a call that is not noted.
+void LiveCallStore::change(const PhoneCallKey& call, const std::function<void(NotedCall&)>& action) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_calls.find(call);
     if (found != m_calls.end()) {
-        found->second.ended = time;
-        found->second.endApproximate = approximate;
+        action(found->second);
         m_changed.insert(call);
         m_wake.notify_all();
     }

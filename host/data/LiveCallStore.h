@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -47,6 +48,7 @@ public:
 
     [[nodiscard]] std::vector<NotedCall> read() override;
     void store(const PhoneCall& call) override;
+    void confirm(const PhoneCallKey& call, PhoneCall::Time time) override;
     void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) override;
     void delivered(const DeliveryContext& context) override;
 
@@ -60,6 +62,7 @@ private:
         std::set<PhoneCallKey> removed;
     };
 
+    void change(const PhoneCallKey& call, const std::function<void(NotedCall&)>& action);
     void remove(const PhoneCallKey& call);
     void run();
     [[nodiscard]] bool isIdle() const { return m_changed.empty() && m_removed.empty(); }

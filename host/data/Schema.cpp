@@ -146,6 +146,7 @@ CREATE TABLE live_call (
     others             TEXT NOT NULL,
     established        INTEGER,
     last_event         INTEGER NOT NULL,
+    seen               INTEGER NOT NULL,
     ended              INTEGER,
     end_approximate    INTEGER NOT NULL,
     PRIMARY KEY (line, device, call_id, first_event)

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/csta/SnapshotRequests.h"
+#include "tests/host/csta/SilentChannel.h"
 #include "tests/support/Table.h"
 
 namespace {
@@ -14,13 +15,7 @@ namespace {
 using host::CallSnapshot;
 using host::DeviceSnapshot;
 using host::SnapshotRequests;
-using host::SwitchResponse;
-using host::WireDocument;
-
-WireDocument parsed(const std::string& xml) {
-    std::string fault;
-    return WireDocument::parse(xml, fault).value();
-}
+using linktest::parsed;
 
 std::string textOf(const std::optional<int>& state) {
     return state ? std::to_string(*state) : "-";
@@ -51,24 +46,6 @@ std::string textOf(const std::optional<CallSnapshot>& snapshot) {
     return text;
 }
 
-/// Sends no message: the test calls the handlers.
-class Channel : public host::RequestChannel {
-public:
-    [[nodiscard]] bool isReady() const override { return true; }
-    void send(const std::string& xml, host::PendingRequests::Handler handler) override {
-        lastXml = xml;
-        handlers.push_back(std::move(handler));
-    }
-    void respond(std::size_t request, const std::string& xml) const {
-        const WireDocument document = parsed(xml);
-        handlers.at(request)(
-            {.kind = SwitchResponse::Kind::eResponse, .document = &document, .category = {}, .value = {}});
-    }
-
-    std::string lastXml;
-    std::vector<host::PendingRequests::Handler> handlers;
-};
-
 class Snapshots : public testing::Test {
 protected:
     void askForDevice() {
@@ -80,7 +57,7 @@ protected:
     }
 
     asio::io_context io;
-    Channel channel;
+    linktest::SilentChannel channel;
     const host::LinkMessages messages{"ed4"};
     SnapshotRequests requests{io, std::chrono::milliseconds(20), channel, messages};
     std::vector<std::string> results;

@@ -88,12 +88,14 @@ TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
     store->store(ended);
     store->store(first);
     EXPECT_TRUE(become("2001 25, 2001 26, 3001 9"));
+    store->confirm(keyOf(first), at(50));
     store->end(keyOf(ended), at(60), true);
     store.reset();
     open();
     const std::vector<NotedCall> noted = store->read();
     ASSERT_EQ(noted.size(), 2U);
     EXPECT_TRUE(areEqual(noted[0].call, first));
+    EXPECT_EQ(noted[0].seen, at(50));
     EXPECT_EQ(noted[0].ended, std::nullopt);
     EXPECT_TRUE(areEqual(noted[1].call, ended));
     EXPECT_EQ(noted[1].ended, at(60));
