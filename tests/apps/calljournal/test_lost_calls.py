@@ -10,7 +10,7 @@ from harness import IMPATIENT, LIMIT, ProgramTest
 from third_party_switch import ThirdPartySwitch, cleared, delivered, established
 
 ANN, BOB = "N<4711>Ann", "N<4712>Bob"
-LINK, PROGRAM = "link", "program"
+LINK, PROGRAM, STATUS = "link", "program", "status"
 RINGS, TALKS = ("alerting", "connected"), ("connected", "connected")
 
 # What happens before the gap, the gap, the calls of the switch after it (None: it has no such service), what happens then, and the
@@ -23,6 +23,8 @@ CASES = [
     (delivered("17", ANN), LINK, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
     (delivered("25", ANN), LINK, None, delivered("25", BOB) + cleared("25"), ["missed 4712", "missed 4711~"]),
     (delivered("25", ANN), PROGRAM, {"25": (*RINGS, BOB)}, cleared("25"), ["missed 4712", "missed 4711~"]),
+    (delivered("17", ANN) + established("17", ANN), STATUS, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
+    (delivered("17", ANN), STATUS, {}, b"", ["missed 4711~"]),
     (b"", LINK, {"30": (*RINGS, ANN), "31": (*TALKS, BOB)}, cleared("30") + cleared("31"), ["missed 4711", "received 4712"]),
 ]
 
@@ -42,7 +44,10 @@ class LostCallsTest(ProgramTest):
                     threading.Event().wait(0.5)  # the time after which a call is noted
                     server.stop(signal.SIGKILL)
                     server = self.serve(switch.address, *options, config=IMPATIENT)
-                switch.synchronise(calls)
+                elif gap == STATUS:  # on which the journal drops its calls
+                    switch.report_status("initializing")
+                    switch.report_status("normal")
+                switch.synchronise(calls, accept=gap != STATUS)
                 switch.peer.sendall(after)
                 self.await_value(expected, lambda: self.entries(server))
                 self.await_value(0, lambda: self.get(server, "status")["calls"])

@@ -46,6 +46,7 @@ EXPECTED = {
     "forwarded-noreply": (["forwarded %s to 205" % ANN], []),
     "held": ["received %s T" % ANN],
     "late-name": ["missed " + ANN],
+    "lost-link": ["missed " + BOB, "received %s T" % ANN],
     "missed": ["missed " + ANN],
     "missed-marked": (["missed " + BOB, "missed " + ANN], ["missed " + BOB]),
     "pickup": (["received %s T by 2005" % ANN], ["received %s T by 2005 to 2005" % ANN]),

@@ -61,18 +61,23 @@ class ThirdPartySwitch:
         self.peer.sendall(frame(invoke_id, '<MonitorStartResponse xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>'
                                 "</MonitorStartResponse>" % NAME_SPACE))
 
-    def synchronise(self, calls):
-        """Accepts the next client and refuses all its requests but those that start and synchronise the monitor of device 2001.
-        `calls`, its live calls: {call id: (state, other state, caller)}; None: without the services, which ends with their refusal."""
-        if self.peer:
-            self.peer.close()
-        self.peer, _ = self.listener.accept()
-        self.peer.settimeout(self.listener.gettimeout())
-        stream, waiting = self.peer.makefile("rb"), None
+    def synchronise(self, calls, accept=True):
+        """Accepts the next client, or goes on with this one; refuses all its requests but those that start and synchronise the monitor.
+        `calls`, the live calls of device 2001: {call id: (state, other state, caller)}; None: without the services."""
+        if accept:
+            if self.peer:
+                self.stream.close()  # refers to the connection, too
+                self.peer.close()
+            self.peer, _ = self.listener.accept()
+            self.peer.settimeout(self.listener.gettimeout())
+            self.stream = self.peer.makefile("rb")
+        waiting = None
         while waiting is None or waiting:
-            head = stream.read(8)
-            xml = stream.read(int.from_bytes(head[2:4], "big") - 8).decode("utf-8")
+            head = self.stream.read(8)
+            xml = self.stream.read(int.from_bytes(head[2:4], "big") - 8).decode("utf-8")
             name, call = re.search(r"<([A-Z]\w+)", xml).group(1), re.search(r"<callID>(\w+)<", xml)
+            if name.endswith("Response"):
+                continue
             if waiting is None and name == "SnapshotDevice":
                 waiting = set(calls or ())
             elif name == "SnapshotCall":
@@ -101,6 +106,9 @@ class ThirdPartySwitch:
         else:
             return '<CSTAErrorCode xmlns="%s"><operation>serviceNotSupported</operation></CSTAErrorCode>' % NAME_SPACE
         return '<%sResponse xmlns="%s">%s</%sResponse>' % (name, NAME_SPACE, body, name)
+
+    def report_status(self, word):
+        self.peer.sendall(frame(1, '<SystemStatus xmlns="%s"><systemStatus>%s</systemStatus></SystemStatus>' % (NAME_SPACE, word)))
 
     def misses(self, call, caller):
         """A call that is not answered."""
