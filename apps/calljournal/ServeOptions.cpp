@@ -22,13 +22,8 @@ std::string checkKeyAndValue(const std::string& text) {
 void check(const host::Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
         if (!host::isAccepted(key, value)) {
-            std::string text = "management.";
-            text.append(key)
-                .append(": it takes ")
-                .append(host::acceptedValues(key))
-                .append(", not ")
-                .append(value);
-            throw host::ConfigurationError(text);
+            throw host::ConfigurationError("--set " + key + "=" + value + ": must be " +
+                                           std::string(host::acceptedValues(key)));
         }
         if (!host::isUsedByJournal(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,

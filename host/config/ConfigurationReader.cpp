@@ -9,6 +9,7 @@
 
 #include "host/config/TomlSection.h"
 #include "host/log/Log.h"
+#include "host/management/SettingRules.h"
 
 namespace host {
 namespace {
@@ -103,7 +104,11 @@ void readData(TomlSection& section, Configuration::Data& data) {
 
 void readManagement(TomlSection& section, Configuration::Keys& keys) {
     for (const std::string& key : section.takeAllKeys()) {
-        section.read(key.c_str(), keys[key]);
+        std::string& value = keys[key];
+        section.read(key.c_str(), value);
+        if (!isAccepted(key, value)) {
+            section.refuse(key, "must be " + std::string(acceptedValues(key)));
+        }
     }
 }
 

@@ -57,6 +57,7 @@ void Line::start() {
         }
     });
     m_journal.start();
+    m_management.announceValues();
     m_strand.runAndWait([this] { subscribeObserver(); });
     m_link.start();
 }

@@ -35,8 +35,9 @@ class WorkerPool;
 /// Start-up sequence (`start`):
 ///  1. The services are registered under their names and initialised.
 ///  2. The journal is initialised on the strand.
-///  3. The log observer subscribes, which loads the lists.
-///  4. The link begins to connect.
+///  3. The management announces its values, so that each has its effect.
+///  4. The log observer subscribes, which loads the lists.
+///  5. The link begins to connect.
 ///
 /// Shut-down sequence (`stop`):
 ///  1. The link ends, so nothing more is posted. Posted work is completed.

@@ -6,6 +6,8 @@
 #include "host/data/Database.h"
 #include "host/data/SettingRows.h"
 #include "host/management/AgentHandle.h"
+#include "host/management/SettingRules.h"
+#include "platform/logging/Logging.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
 
@@ -18,6 +20,17 @@ constexpr std::size_t kLongestValue = 4096;
 bool isKey(const std::string& text) {
     return !text.empty() && text.size() <= kLongestKey &&
            std::all_of(text.begin(), text.end(), [](char each) { return each > ' ' && each < '\x7f'; });
+}
+
+/// False, with a warning, for a value that a former version has stored and this one does not accept.
+bool isValid(const std::pair<std::string, std::string>& stored) {
+    const bool valid = isAccepted(stored.first, stored.second);
+    if (!valid) {
+        logAppUni("Settings", __FILE_NAME__, 3, __LINE__,
+                  "the stored value \"%s\" of %s has no effect: it takes %s", stored.second.c_str(),
+                  stored.first.c_str(), std::string(acceptedValues(stored.first)).c_str());
+    }
+    return valid;
 }
 
 void rejectAll(ManageableData& data, const std::string& why) {
@@ -39,6 +52,7 @@ LocalManagement::LocalManagement(Database& database, std::string line, const Key
         throw DatabaseError(m_database.file().string() +
                             ": the management values cannot be read; see the log");
     }
+    std::erase_if(stored, [](const Change& value) { return !isValid(value); });
     // `insert` keeps the values that the map already has.
     m_values.insert(stored.begin(), stored.end());
     m_values.insert(firstValues.begin(), firstValues.end());
@@ -117,7 +131,7 @@ bool LocalManagement::write(ManageableData& data) {
         accepted = false;
     }
     if (accepted) {
-        apply(changes);
+        apply(changes, Repeated::eNotify);
     }
     return accepted;
 }
@@ -136,7 +150,19 @@ void LocalManagement::publish(const ManageableData& data) {
             m_publishedKeys.insert(change.first);
         }
     }
-    apply(changes);
+    apply(changes, Repeated::eIgnore);
+}
+
+void LocalManagement::announceValues() {
+    const std::lock_guard order(m_changeMutex);
+    std::vector<Notification> notifications;
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const auto& value : m_values) {
+            addNotifications(value, notifications);
+        }
+    }
+    post(notifications);
 }
 
 bool LocalManagement::setAgentData(const std::string& identifier, ManageableData& data) {
@@ -214,24 +240,33 @@ bool LocalManagement::store(const std::vector<Change>& changes) {
     });
 }
 
-void LocalManagement::apply(const std::vector<Change>& changes) {
-    std::vector<std::pair<Handle, Change>> notifications;
+void LocalManagement::apply(const std::vector<Change>& changes, Repeated repeated) {
+    std::vector<Notification> notifications;
     {
         const std::lock_guard lock(m_mutex);
         for (const Change& change : changes) {
             const auto [value, added] = m_values.try_emplace(change.first, change.second);
-            if (!added && value->second == change.second) {
-                continue;
-            }
-            value->second = change.second;
-            const auto observers = m_observers.find(change.first);
-            for (const Handle& handle :
-                 observers == m_observers.end() ? std::vector<Handle>() : observers->second) {
-                notifications.emplace_back(handle, change);
+            const bool unchanged = !added && value->second == change.second;
+            if (!unchanged || repeated == Repeated::eNotify) {
+                value->second = change.second;
+                addNotifications(change, notifications);
             }
         }
     }
-    for (const auto& notification : notifications) {
+    post(notifications);
+}
+
+void LocalManagement::addNotifications(const Change& change, std::vector<Notification>& notifications) const {
+    const auto observers = m_observers.find(change.first);
+    if (observers != m_observers.end()) {
+        for (const Handle& handle : observers->second) {
+            notifications.emplace_back(handle, change);
+        }
+    }
+}
+
+void LocalManagement::post(const std::vector<Notification>& notifications) const {
+    for (const Notification& notification : notifications) {
         m_post([notification] {
             const auto& [key, value] = notification.second;
             ManageableData data;

@@ -29,8 +29,8 @@ class Database;
 ///    and observed like a key of the phone, but `write` refuses them.
 ///
 /// The sequence of a change: it is stored in the database, `read` returns it, and each observer is notified
-/// on the line's strand, in the order of the changes. A `write` or `publish` that does not change a value
-/// notifies no observer.
+/// on the line's strand, in the order of the changes. A `write` notifies the observers even if the value is
+/// the same, so that an order ("load everything") can be repeated; a `publish` only of a change.
 ///
 /// Thread-safe. An agent may also call from inside its own operations. No agent is called while a lock is
 /// held here or from inside the operations of `LocalMgmtIfc`.
@@ -75,6 +75,10 @@ public:
     /// no such agent or it does not serve a key.
     [[nodiscard]] bool getAgentData(const std::string& identifier, ManageableData& data);
 
+    /// Notifies each observer of the values that its keys have. Call once the agents observe their keys, so
+    /// that a value of an earlier run, of the configuration or of the command line has its effect.
+    void announceValues();
+
     /// Returns the phone's own keys and those that agents have published, with their values.
     [[nodiscard]] Keys values() const;
     /// Returns the same keys, and every other key that an agent observes, without a value.
@@ -83,6 +87,8 @@ public:
 private:
     using Handle = std::shared_ptr<AgentHandle>;
     using Change = std::pair<std::string, std::string>;
+    using Notification = std::pair<Handle, Change>;
+    enum class Repeated { eNotify, eIgnore };
 
     [[nodiscard]] Handle handleOf(MgmtAgentIfc& agent);
     [[nodiscard]] Handle handleOf(const std::string& identifier) const;
@@ -90,9 +96,12 @@ private:
                                  bool (MgmtAgentIfc::*operation)(ManageableData&));
     [[nodiscard]] RejectReason objectionTo(const std::string& key, const ManageableData& data) const;
     [[nodiscard]] bool store(const std::vector<Change>& changes);
-    /// Applies the changes and posts a notification for each observer of each. Requires: m_changeMutex is
-    /// held.
-    void apply(const std::vector<Change>& changes);
+    /// Applies the changes and posts a notification for each observer of each. `repeated` decides on a change
+    /// to the value that the key has. Requires: m_changeMutex is held.
+    void apply(const std::vector<Change>& changes, Repeated repeated);
+    /// Requires: m_mutex is held.
+    void addNotifications(const Change& change, std::vector<Notification>& notifications) const;
+    void post(const std::vector<Notification>& notifications) const;
 
     // Constant after construction.
     Database& m_database;

@@ -13,6 +13,8 @@ constexpr std::string_view kTrueOrFalse = "true or false";
 constexpr std::string_view kOnOrOff = "on or off";
 constexpr std::string_view kNumber = "a number";
 constexpr std::string_view kZeroOrOne = "0 or 1";
+constexpr std::string_view kZeroToTwo = "0, 1 or 2";
+constexpr std::string_view kSoftwareType = "Norlith Qorvex or Norlith SIP";
 
 constexpr std::string_view kText;
 
@@ -24,7 +26,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 23> kValues{
     {"daylight-save", kTrueOrFalse},
     {"daylight-save-minutes", kNumber},
     {"delete-missed-when-called", kZeroOrOne},
-    {"disable-access-calllog", kNumber},
+    {"disable-access-calllog", kZeroToTwo},
     {"forwarding-party-display", kNumber},
     {"mac-addr", kText},
     {"missed-logging", kZeroOrOne},
@@ -36,11 +38,15 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 23> kValues{
     {"ringcentral-api-sync-call-log", kTrueOrFalse},
     {"server-based-features", kTrueOrFalse},
     {"sntp-tz-offset", kNumber},
-    {"software-type", kText},
+    {"software-type", kSoftwareType},
     {"system-identifier", kNumber},
     {"voice-mail-e164", kText},
     {"wsi-allow-uc-journal", kTrueOrFalse},
 }};
+
+/// Keys for which the journal takes an empty value for another one than the default.
+constexpr std::array<std::string_view, 3> kNeverEmpty{"disable-access-calllog", "forwarding-party-display",
+                                                      "software-type"};
 
 bool isNumber(std::string_view text) noexcept {
     std::int32_t number = 0;
@@ -53,11 +59,18 @@ auto find(std::string_view key) noexcept {
                         [key](const auto& each) { return each.first == key; });
 }
 
-/// `values` is "A or B".
+/// `values` is "A or B" or "A, B or C".
 bool isOneOf(std::string_view values, std::string_view value) noexcept {
-    constexpr std::string_view kOr = " or ";
-    const std::size_t at = values.find(kOr);
-    return value == values.substr(0, at) || value == values.substr(at + kOr.size());
+    for (const std::string_view separator : {std::string_view(", "), std::string_view(" or ")}) {
+        for (std::size_t at = values.find(separator); at != std::string_view::npos;
+             at = values.find(separator)) {
+            if (value == values.substr(0, at)) {
+                return true;
+            }
+            values.remove_prefix(at + separator.size());
+        }
+    }
+    return value == values;
 }
 
 }  // namespace
@@ -73,7 +86,10 @@ bool isUsedByJournal(std::string_view key) noexcept {
 
 bool isAccepted(std::string_view key, std::string_view value) noexcept {
     const std::string_view values = acceptedValues(key);
-    return values.empty() || value.empty() || (values == kNumber ? isNumber(value) : isOneOf(values, value));
+    if (value.empty()) {
+        return std::find(kNeverEmpty.begin(), kNeverEmpty.end(), key) == kNeverEmpty.end();
+    }
+    return values.empty() || (values == kNumber ? isNumber(value) : isOneOf(values, value));
 }
 
 }  // namespace host

@@ -13,8 +13,9 @@ namespace host {
 /// True if the journal reads the phone's key or stores it itself.
 [[nodiscard]] bool isUsedByJournal(std::string_view key) noexcept;
 
-/// True if the value is valid for the phone's key. An empty text always is; it means "not set". The
-/// management itself accepts any text and treats an invalid one as off or 0, which would hide a typing error.
+/// True if the value is valid for the phone's key. An empty text means "not set" and is valid for all keys
+/// but three, which need a value. The management itself accepts any text, and the journal treats an invalid
+/// one as off or 0, which would hide a typing error.
 [[nodiscard]] bool isAccepted(std::string_view key, std::string_view value) noexcept;
 
 }  // namespace host

@@ -28,8 +28,8 @@ public:
     /// Deletes the timers.
     ~VisitorCallLog();
 
-    /// Creates the first timer; the platform decides whether that also starts it. Requires: the platform has
-    /// a context.
+    /// Creates the first timer. The phone starts it, by `getAutoSaveVisitorCallLogToVantorTimerId`, if it has
+    /// visitors. Requires: the platform has a context.
     void createFirstTimer(const PhoneValues& phoneValues);
     /// Handles an expiry. Ignores timers of other components.
     void onTimer(int id);

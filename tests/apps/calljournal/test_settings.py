@@ -56,6 +56,7 @@ class SettingsTest(ProgramTest):
                 ("server-based-features yes", "The value for server-based-features is not accepted: it takes true or false"),
                 ("bt-hw-state true", "it takes on or off"), ("sntp-tz-offset 1h", "it takes a number"),
                 ("clear-calllog no", "it takes true or false"), ("call-log-enabled perhaps", "call-log-enabled"),
+                ("software-type sip", "it takes Norlith Qorvex or Norlith SIP"), ("disable-access-calllog 3", "it takes 0, 1 or 2"),
                 ("system-identifer 2", "There is no setting system-identifer"), ("voice-mail-e164", "voice-mail-e164 has no value"),
                 ("system-identifer", "`%s settings --data" % os.environ["CALLJOURNAL"]), ("reg-number " + "1" * 5000, "too long")):
             self.assertIn(reason, self.refuses(*given.split()))
@@ -92,6 +93,17 @@ class SettingsTest(ProgramTest):
             self.asks(simulator, "ChangeMonitorFilter", "<held>%s<" % calls, "<retrieved>%s<" % calls,
                       "<serviceInitiated>%s<" % calls, "<callInformation>%s<" % information)
             server.logs(r"readLocalMgmtData\(\):" + logged)
+
+        # A value of an earlier run has its effect at start, and again when it is set again.
+        self.set("disable-access-calllog", "2")
+        self.asks(simulator, "MonitorStop")
+        server.stop()
+        server = self.serve(address)
+        server.logs(r"stopQorvexEvents\(\):OK")
+        self.asks(simulator, "SystemRegister")
+        self.set("disable-access-calllog", "2")
+        server.logs("Events already stopped")
+        self.assertEqual(simulator.count("MonitorStart.*>2001<"), 2)
 
     def misbehave(self, how, logged, logged_for_change=None):
         """A switch that responds wrongly: the journal logs it, continues, and succeeds when the switch is well again."""

@@ -141,6 +141,9 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [api];auth = "password"                      | 2: api.auth:           | "token", "none"
         [data];store = "postgresql://db"             | 2: data.store:         | must be "sqlite"
         [management];"system-identifier" = 2         | 2: management.system-identifier: | quotation marks
+        [management];;"software-type" = "norlith sip" | 3: management.software-type: | Norlith Qorvex or Norlith SIP
+        [management];"software-type" = ""            | 2: management.software-type: | Norlith Qorvex or Norlith SIP
+        [management];"disable-access-calllog" = "3"  | 2: management.disable-access-calllog: | 0, 1 or 2
         [management.system];identifier = "2"         | 1: management.system:  | quotation marks
         [digits];region = "de"                       | 2: digits.region:      | two capital letters
         [digits];feature-access-codes = "*61"        | 2: digits.feature-access-codes: | a list of texts

@@ -17,7 +17,7 @@ protected:
 
     /// Runs the steps and returns the notifications of the remaining agents, A and B. Keys "a" and "b" start
     /// with "0". The steps: "A observes KEY", "A leaves" (and is destroyed), "KEY=VALUE" (a write), "publish
-    /// KEY=VALUE", "runs" (the strand), "ends" (the management).
+    /// KEY=VALUE", "announces" (the values), "runs" (the strand), "ends" (the management).
     std::string notifications(const std::string& steps) {
         start({}, {{"a", "0"}, {"b", "0"}});
         std::map<std::string, std::unique_ptr<RecordingAgent>> agents;
@@ -26,6 +26,8 @@ protected:
             const std::vector<std::string> change = split(words.back(), '=');
             if (words.back() == "runs") {
                 runStrand();
+            } else if (words.back() == "announces") {
+                management().announceValues();
             } else if (words.back() == "ends") {
                 m_management.reset();
             } else if (words.back() == "leaves") {
@@ -55,11 +57,13 @@ protected:
     RecordingAgent m_agent;
 };
 
-TEST_F(Agents, AreNotifiedOfEachChangeOnceOnTheStrandInOrder) {
+TEST_F(Agents, AreNotifiedOfEachWriteOnceOnTheStrandInOrder) {
     for (const auto& row : journaltest::table(2, R"(
         A observes a, A observes b, a=1, b=2, c=3, a=4             | A:
         A observes a, A observes b, a=1, b=2, c=3, a=4, runs       | A: a=1 b=2 a=4
-        A observes a, A observes a, a=1, a=1, runs                 | A: a=1
+        A observes a, A observes a, a=1, a=1, runs                 | A: a=1 a=1
+        A observes b, A observes a, A observes d, announces, runs  | A: a=0 b=0
+        A observes a, announces, a=0, publish a=0, runs            | A: a=0 a=0
         A observes new, B observes new, new=1, runs                | A: new=1; B: new=1
         A observes c, publish c=2, publish c=2, runs               | A: c=2
         A observes a, B observes a, a=1, A leaves, a=2, runs       | B: a=1 a=2

@@ -69,6 +69,10 @@ TEST_F(PhoneValues, AreStoredTogetherOrNotAtAll) {
     EXPECT_EQ(data.getRejectReasons().at("no-value").code, eRejectDataInvalid);
     EXPECT_THAT(data.getRejectReasons().at("too-long").text, HasSubstr("too-long"));
 
+    EXPECT_TRUE(write("software-type", "norlith sip"));
+    start({{"software-type", "Norlith SIP"}});
+    EXPECT_EQ(valueOf("software-type"), "Norlith SIP") << "a stored value that is not valid has no effect";
+
     const std::string longest(4096, 'v');
     EXPECT_TRUE(write(longest.substr(0, 100), longest));
     start({{"good", "old"}});
