@@ -29,7 +29,8 @@ public:
     [[nodiscard]] const std::string& getNumber() const noexcept { return m_number; }
     void setNumber(const std::string& number) { m_number = number; }
 
-    /// The number that was reached if the dialled number was a feature access code.
+    /// The party that is connected in the end: for a dialled feature access code the number that was reached,
+    /// for a received or forwarded call the far end or the new destination.
     [[nodiscard]] const std::string& getConnectedNumber() const noexcept { return m_connectedNumber; }
     void setConnectedNumber(const std::string& number) { m_connectedNumber = number; }
 

@@ -24,6 +24,11 @@ bool isWithheld(pugi::xml_node identifier, const char* attribute) {
     return isTrue(identifier.attribute(attribute).value());
 }
 
+/// True if the party withholds its number.
+bool isRestricted(pugi::xml_node member) {
+    return childNamed(member, "restricted") || isWithheld(identifierOf(member), "privateNumber");
+}
+
 }  // namespace
 
 DeviceReader::DeviceReader(std::string_view ownDevice, std::string_view monitoredDevice)
@@ -47,8 +52,22 @@ EventDevice DeviceReader::device(pugi::xml_node member) const {
 
 EventDevice DeviceReader::device(pugi::xml_node member, pugi::xml_node fallback) const {
     EventDevice read = device(member);
-    const bool known = read.party != EventParty::eUnknown || childNamed(member, "restricted");
-    return known ? read : device(fallback);
+    if (read.party != EventParty::eUnknown || isRestricted(member)) {
+        return read;
+    }
+    EventDevice other = device(fallback);
+    if (other.device.name.empty()) {
+        other.device.name = std::move(read.device.name);
+    }
+    return other;
+}
+
+EventDevice DeviceReader::caller(pugi::xml_node member, pugi::xml_node fallback) const {
+    EventDevice read = device(member, fallback);
+    if (isRestricted(member) && read.device.number.empty() && read.device.name.empty()) {
+        read.device.name = kWithheldName;
+    }
+    return read;
 }
 
 EventDevice DeviceReader::connectionDevice(pugi::xml_node connection) const {

@@ -23,6 +23,8 @@ struct EventDevice {
 /// `CSTADevice::kLocalDevice`. A party that is restricted or unknown is empty. A plain value.
 class DeviceReader {
 public:
+    static constexpr const char* kWithheldName = "Withheld";
+
     /// `monitoredDevice` may be `CSTADevice::kLocalDevice`.
     DeviceReader(std::string_view ownDevice, std::string_view monitoredDevice);
 
@@ -34,8 +36,12 @@ public:
     /// Reads a device member such as `<callingDevice>`: a device identifier, a dialled number, a text, or an
     /// element for a restricted or unknown party.
     [[nodiscard]] EventDevice device(pugi::xml_node member) const;
-    /// As above. If the party is unknown but not restricted, `fallback` is read instead.
+    /// As above. If the number is unknown but not restricted, that of `fallback` is read instead, and its
+    /// name; a name without a number is kept if `fallback` has no name.
     [[nodiscard]] EventDevice device(pugi::xml_node member, pugi::xml_node fallback) const;
+    /// As above. A caller that withholds number and name gets `kWithheldName`, so that the journal does not
+    /// take it for an unknown caller.
+    [[nodiscard]] EventDevice caller(pugi::xml_node member, pugi::xml_node fallback) const;
     /// The device of a connection id, without its name.
     [[nodiscard]] EventDevice connectionDevice(pugi::xml_node connection) const;
 

@@ -155,7 +155,7 @@ bool EventBuilder::ringsAtMemberOfGroup(const CSTADeliveredEvent& event) const {
 }
 
 EventDevice EventBuilder::calling() const {
-    return m_devices.device(member("callingDevice"), member("networkCallingDevice"));
+    return m_devices.caller(member("callingDevice"), member("networkCallingDevice"));
 }
 
 CSTADevice EventBuilder::called() const {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/calls/DeliveryContext.h"
+#include "host/csta/OtherDeviceEvents.h"
 
 class CSTAEvent;
 class CSTAEventIfc;
@@ -21,6 +22,8 @@ struct EventSink {
     const Service* const source;
     /// Cleared before the receiver's removal returns. Every delivery checks it first.
     std::atomic<bool> live{true};
+    /// Null for the own line. Used by the reader thread only.
+    std::unique_ptr<OtherDeviceEvents> otherDevice;
 };
 
 /// Posts events to their receivers on the line's strand. Call from the reader thread only.

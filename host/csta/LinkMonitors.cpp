@@ -57,6 +57,11 @@ LinkMonitors::LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, R
 
 void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& filter,
                          std::shared_ptr<EventSink> sink, const CompleteRequest& complete) {
+    if (const WantedMonitor* const existing = monitorOf(device, *sink)) {
+        complete(RequestOutcome::ok<CSTAMonitorStartResponse>(existing->crossRefId));
+        return;
+    }
+    sink->otherDevice = OtherDeviceEvents::of(device, m_config.ownDevice);
     WantedMonitor& monitor = m_table.add(device, filter, std::move(sink),
                                          ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax));
     const std::string id = monitor.crossRefId;
@@ -223,6 +228,9 @@ void LinkMonitors::onEvent(WireDocument document) {
 
 void LinkMonitors::callsForgotten() {
     for (const WantedMonitor* monitor : m_table.all()) {
+        if (monitor->sink->otherDevice != nullptr) {
+            monitor->sink->otherDevice->forgetCalls();
+        }
         m_synchronisation.gapBegins(*monitor);
     }
     m_synchronisation.callsForgotten();
@@ -333,6 +341,16 @@ WantedMonitor* LinkMonitors::monitorOfDevice(const std::string& device) {
     const std::string wanted = comparableNumber(deviceAtSwitch(device));
     for (WantedMonitor* monitor : m_table.all()) {
         if (comparableNumber(deviceAtSwitch(monitor->device)) == wanted) {
+            return monitor;
+        }
+    }
+    return nullptr;
+}
+
+WantedMonitor* LinkMonitors::monitorOf(const std::string& device, const EventSink& sink) {
+    for (WantedMonitor* monitor : m_table.all()) {
+        if (monitor->device == device && monitor->sink->receiver == sink.receiver &&
+            monitor->sink->source == sink.source) {
             return monitor;
         }
     }

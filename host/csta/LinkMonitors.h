@@ -81,6 +81,8 @@ private:
     void stopAtSwitch(const std::string& switchId);
     void deliver(const WireDocument& document, const std::vector<WantedMonitor*>& monitors);
     [[nodiscard]] WantedMonitor* monitorOfDevice(const std::string& device);
+    /// The monitor of the device for the receiver, requested as `device`; `nullptr` if there is none.
+    [[nodiscard]] WantedMonitor* monitorOf(const std::string& device, const EventSink& sink);
     [[nodiscard]] std::string deviceAtSwitch(const std::string& device) const;
 
     const CstaLinkConfig& m_config;

@@ -60,6 +60,8 @@ public:
     /// The first party that an outgoing call was forwarded to.
     std::string m_sFirstForwardedParty;
     std::string m_sFirstForwardedPartyName;
+    /// The shared line at which the call rings; empty for the own line.
+    std::string m_sLineKey;
     long m_startTimeSec;
     long m_establishedTimeSec = -1;
     long m_endTimeSec = -1;

@@ -213,6 +213,7 @@ MissedEntryDetails CallCompletion::missedDetails(const Call& call) {
     auto details = detailsOf<MissedEntryDetails>(call);
     details.logTarget = LogEntry::eMissed;
     details.completedElsewhere = call.m_completedElsewhere;
+    details.lineKey = call.m_sLineKey;
     return details;
 }
 

@@ -184,10 +184,12 @@ Call* CallTracker::updateCallMap(const std::string& oldId, const std::string& ne
     LOG_EVENTS(5, "%s():[%s][%s]", "updateCallMap", oldId.c_str(), newId.c_str());
     auto state = Call::eUnknown;
     auto direction = Call::eDirectionUnknown;
+    std::string lineKey;
     if (Call* old = m_calls.findCallFromId(oldId)) {
         old->m_endTimeSec = m_clock.getCurrentTimeSec();
         state = old->m_State;
         direction = old->m_Direction;
+        lineKey = old->m_sLineKey;
         m_finished.createCallEntryAndRemoveCall(old, state);
         // No event will name the old id again, so a leg that the completion keeps is removed as well.
         if (m_calls.findCallFromId(oldId) != nullptr) {
@@ -196,6 +198,7 @@ Call* CallTracker::updateCallMap(const std::string& oldId, const std::string& ne
     }
     auto call = std::make_unique<Call>(direction, newId, m_clock.getCurrentTimeSec());
     call->m_State = state;
+    call->m_sLineKey = lineKey;
     return m_calls.insertEntryToCallMap(newId, std::move(call));
 }
 

@@ -1,5 +1,7 @@
 #include "src/JournalServiceEvents/calls/LineDevices.h"
 
+#include "platform/texts/communicationsServiceTexts.h"
+
 namespace journal {
 
 const LineDevices::Device* LineDevices::find(const std::string& deviceId) const {
@@ -14,6 +16,13 @@ bool LineDevices::insert(const std::string& deviceId, const Device& device) {
 bool LineDevices::logsMissedCalls(const std::string& deviceId) const {
     const Device* const device = find(deviceId);
     return device == nullptr || device->logMissedCalls;
+}
+
+bool LineDevices::isSharedLine(const std::string& deviceId) const {
+    constexpr std::int32_t kOtherLine = 2;
+    const Device* const device = find(deviceId);
+    return device != nullptr && device->deviceType == kOtherLine &&
+           deviceId != communicationsServiceTexts::content_bluetoothDeviceId;
 }
 
 }  // namespace journal

@@ -37,6 +37,8 @@ public:
     /// True if this phone logs missed calls of the device. A device that is not in the table is the phone's
     /// own.
     [[nodiscard]] bool logsMissedCalls(const std::string& deviceId) const;
+    /// True for another line than the own one. The Bluetooth telephone is none.
+    [[nodiscard]] bool isSharedLine(const std::string& deviceId) const;
 
 private:
     Table m_devices;

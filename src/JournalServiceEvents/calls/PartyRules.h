@@ -21,6 +21,10 @@ struct EventParties {
     std::string divertedPartyName;
 };
 
+/// The name that an application's call brings instead of a person's. It is no name on any phone; on a SIP
+/// phone, as remote name, it marks a call that was placed for the user.
+inline constexpr const char* kCtiAssisted = "CTI Assisted";
+
 /// Merges the parties of an event that changes `call` to `state` into the record, on every phone that is not
 /// a SIP phone. Known values have priority over later ones:
 ///
@@ -47,7 +51,6 @@ void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& pa
 ///     empty           eEstablished     it also becomes the connected and the dialled party
 ///     empty           eForwarded, out  it also fills an empty called party
 ///
-/// A remote name "CTI Assisted" is no name: it marks a call that was placed for the user.
 /// Does not change state and direction of the record. Requires: the call-map lock is held.
 void mergeSipParties(Call& call, Call::states_t state, Call::directions_t direction,
                      const EventParties& parties);

@@ -37,7 +37,13 @@ void mergeConnected(Call& call, const EventParties& parties) {
 
 }  // namespace
 
-void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& parties) {
+void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& given) {
+    EventParties parties = given;
+    for (std::string* const name : {&parties.remotePartyName, &parties.divertedPartyName}) {
+        if (*name == kCtiAssisted) {
+            name->clear();
+        }
+    }
     if (!parties.divertedParty.empty()) {
         mergeDiverted(call, parties);
         return;

@@ -8,7 +8,6 @@ namespace journal {
 namespace {
 
 constexpr const char* kLogName = "onCallEvent";
-constexpr const char* kCtiAssisted = "CTI Assisted";
 
 bool isBluetooth(const std::string& party) {
     return party == communicationsServiceTexts::content_bluetoothDeviceId;
@@ -178,7 +177,12 @@ void mergeSipParties(Call& call, Call::states_t state, Call::directions_t direct
     }
     if (call.m_sRemotePartyName == kCtiAssisted) {
         call.m_ctiAssisted = true;
-        call.m_sRemotePartyName.clear();
+    }
+    for (std::string* const name :
+         {&call.m_sRemotePartyName, &call.m_sCalledPartyName, &call.m_sConnectedPartyName}) {
+        if (*name == kCtiAssisted) {
+            name->clear();
+        }
     }
 }
 

@@ -137,6 +137,10 @@ void CallControlRulesSip::ringing(const CSTADeliveredEvent& event) {
                                                     .callId = callId,
                                                     .remote = farEnd(event.getCallingDevice()),
                                                     .diverted = farEnd(event.getLastRedirectionDevice())});
+    Call* const call = m_callControl.find(event);
+    if (call != nullptr && m_devices.isSharedLine(deviceId)) {
+        call->m_sLineKey = deviceId;
+    }
 }
 
 void CallControlRulesSip::ringBack(const CSTADeliveredEvent& event) {

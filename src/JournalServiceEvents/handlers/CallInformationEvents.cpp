@@ -51,6 +51,10 @@ bool CallInformationEvents::markAsMissed(const CSTACallInformationEvent& event) 
         return false;
     }
     call->m_markedMissed = true;
+    if (m_callControl.settings.values()->isSip()) {
+        // A call of a SIP phone is missed without a mark, by its state.
+        return true;
+    }
     m_callControl.track(call,
                         {.state = Call::eCallInformation, .direction = Call::eIncoming, .callId = callId});
     return true;

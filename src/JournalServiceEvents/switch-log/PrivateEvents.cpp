@@ -27,10 +27,12 @@ bool needsNoReadiness(CallLogEntryEvent::_LogTarget target) {
 void PrivateEvents::handleCSTAPrivateEvent(CSTAPrivateEvent* event) {
     LOG_EVENTS(6, "handleCSTAPrivateEvent[%s]", event->toString().c_str());
     const CallLogEntryEvent* const entry = event->getCallLogEntry();
-    if (!m_policy.handleCSTAEvent() || entry == nullptr) {
+    const auto settings = m_settings.values();
+    const bool switchedOff = settings->isSip() && !settings->m_callLogEnabled;
+    if (switchedOff || !m_policy.handleCSTAEvent() || entry == nullptr) {
         return;
     }
-    if (m_settings.values()->m_useCSTACallControlEvents) {
+    if (settings->m_useCSTACallControlEvents) {
         m_events.handleCallLogEntryEvent(entry);
         return;
     }

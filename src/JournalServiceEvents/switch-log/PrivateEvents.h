@@ -13,7 +13,7 @@ class PhoneSettings;
 
 /// Decides when an entry of the switch's own call log is applied. A phone that tracks calls by their events
 /// applies it at once. Another phone does not detect the end of a call, and an entry must not appear before
-/// its call has ended:
+/// its call has ended. A SIP phone whose call log is switched off ignores it.
 ///
 ///     ready    the entry's log                               effect
 ///     yes      any                                           it is applied; the phone is no longer ready

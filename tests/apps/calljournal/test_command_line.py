@@ -87,7 +87,7 @@ class CommandLineTest(ProgramTest):
         for arguments, fault in ((["serve", "--config", config], config + ":2"),
                                  (["switch", "--listen", "127.0.0.1:0", "--scenario", scenario], scenario + ":2"),
                                  (["serve", "--switch", NO_SWITCH, "--set", "server-based-features=yes"],
-                                  "management.server-based-features: it takes true or false, not yes")):
+                                  "--set server-based-features=yes: must be true or false")):
             self.assertIn(fault, self.refused(*arguments))
         self.serve(NO_SWITCH, "--set", "server-based-featres=true").logs("the setting server-based-featres is not used")
 
@@ -95,14 +95,14 @@ class CommandLineTest(ProgramTest):
         self.simulate_and_serve('call a from 4711 "Ann Müller" ; ring a ; giveup a\n'
                                 'call b from 4712 "Bob" ; ring b ; giveup b\n'
                                 'call c from 4713 ; ring c ; answer c ; hangup c by caller\n'
-                                'call d from anonymous ; ring d ; answer d ; hangup d by caller\n', "received call from unknown")
+                                'call d from anonymous ; ring d ; answer d ; hangup d by caller\n', "received call from Withheld")
         title, *lines = self.done("list", "missed").splitlines()
         self.assertEqual(title.split(), ["TIME", "NAME", "NUMBER", "CALLS"])
         self.assertRegex(lines[0], r"^\* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d  Bob +4712 +1$")
         self.assertEqual(self.done("list", "missed", "--limit", "1").splitlines()[2:], ["(1 of 2)"])
         found = self.list("missed", "--search", "471", "--limit", "1")
         self.assertEqual((found["total"], found["unviewed"], [item["number"] for item in found["items"]]), (2, 2, ["4712"]))
-        self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  unknown  +1 +00:0\d\n  .*  4713 +1 +00:0\d\n$")
+        self.assertRegex(self.done("list", "received"), r"CALLS +DURATION\n  .*  Withheld  +1 +00:0\d\n  .*  4713 +1 +00:0\d\n$")
         self.assertEqual(self.done("list", "forwarded"), "no entries in the list\n")
         self.done("settings", "call-log-enabled", "false")
         status, output, errors = self.run_program("list", "missed", "--data", self.data)

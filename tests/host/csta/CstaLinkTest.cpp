@@ -46,6 +46,7 @@ protected:
 
 TEST_F(CstaLinkAtSwitch, ReportsTheStatusAndRestartsMonitorsAfterEachStopAndRefusal) {
     startMonitored();
+    EXPECT_EQ(startMonitor(), "ok M1");  // monitored once
     EXPECT_EQ(registerForStatus(phone), "ok");
     EXPECT_EQ(registerForStatus(phone), "ok");  // registered once
     play(

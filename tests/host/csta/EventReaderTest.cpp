@@ -4,12 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <memory>
 #include <regex>
 #include <string>
 #include <vector>
 
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/WireDocument.h"
+#include "host/csta/OtherDeviceEvents.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTAPrivateEvents.h"
 #include "tests/host/csta/LinkFixture.h"
@@ -62,6 +65,7 @@ std::string textOf(const CSTAEvent& event) {
 std::string eventsOf(const std::string& events) {
     host::PhoneCalls calls;
     host::EventReader reader("2001", calls);
+    std::map<std::string, std::unique_ptr<host::OtherDeviceEvents>> others;
     std::string all;
     for (const std::string& event : split(std::regex_replace(events, std::regex(" ; "), "\n"), '\n')) {
         const std::vector<std::string> name = split(event.substr(0, event.find(' ')), '@');
@@ -71,8 +75,15 @@ std::string eventsOf(const std::string& events) {
         const auto document = host::WireDocument::parse(
             "<" + root + membersOf(" monitorCrossRefID=77" + members) + "</" + root, fault);
         EXPECT_TRUE(document) << fault << ": " << event;
-        for (const auto& read : reader.read(*document, {"M1", name.size() > 1 ? name[1] : "localDeviceID"})) {
-            all += (all.empty() ? "" : "; ") + textOf(*read.event);
+        const std::string device = name.size() > 1 ? name[1] : "localDeviceID";
+        const auto& other =
+            others.try_emplace(device, host::OtherDeviceEvents::of(device, "2001")).first->second;
+        for (auto& read : reader.read(*document, {"M1", device})) {
+            const auto adapted =
+                other == nullptr ? std::move(read.event) : other->adapt(std::move(read.event));
+            if (adapted != nullptr) {
+                all += (all.empty() ? "" : "; ") + textOf(*adapted);
+            }
         }
     }
     return all;
@@ -162,8 +173,12 @@ Private <privateData><private><conferenceMembership> callID=14 deviceID=4711 mem
 
 TEST(EventReader, ReadsEveryFormOfPartiesAndInfersTheOwnState) {
     expectEvents(R"(
-Delivered <callingDevice><restricted/></callingDevice> networkCallingDevice:030 | ..device: , own
+Delivered <callingDevice><restricted/></callingDevice> networkCallingDevice:030 | ..calling:  Withheld, own
 Delivered <callingDevice><notKnown/></callingDevice> networkCallingDevice:030   | ..calling: 030,
+Delivered <callingDevice><notKnown/></callingDevice>       | ..device: , own
+Delivered callingDevice:N<>Ann                             | ..calling:  Ann,
+Delivered callingDevice:N<>Ann networkCallingDevice:030    | ..calling: 030 Ann,
+Delivered <callingDevice><deviceIdentifier_privateNumber='true'>4711</deviceIdentifier></callingDevice> | ..calling:  Withheld,
 Delivered callingDevice=4711                | ..calling: 4711,
 Delivered <callingDevice>_<x/>_<deviceIdentifier_typeOfNumber='other'>_tel:4711;ext=1_</deviceIdentifier></callingDevice>
 + | ..calling: 4711,
@@ -198,7 +213,30 @@ Diverted connection/7/4712 divertingDevice:4712 callingDevice:2001        |
 Diverted connection/7/4712 divertingDevice:4712 callingDevice:4711        | ..; ConnectionCleared
 ConnectionCleared@2005 droppedConnection/7/2005 localConnectionInfo=connected | ..Cleared
 ConnectionCleared@2005 droppedConnection/7/2001 localConnectionInfo=connected |
-Delivered@2005 connection/7/2005 alertingDevice:2005 | Delivered call: 7, device: 2005, alerting: 2005, own: 2, cause: 0
+Delivered@2005 connection/7/2005 alertingDevice:2005 | Delivered call: 7@2005, device: 2005, alerting: 2005, own: 2, cause: 0
+)");
+}
+
+TEST(EventReader, FollowsTheRingingCallsOfASharedLine) {
+    expectEvents(R"(
+Originated@2005 originatedConnection/7/2005 callingDevice:2005                               |
+Offered@2005 offeredConnection/7/4711 callingDevice:2005                                     |
+Delivered@2005 connection/7/4711 alertingDevice:4711 callingDevice:2005                      |
+Delivered@2005 connection/7/2005 alertingDevice:2005 callingDevice:2001                      |
+Delivered@2001 connection/7/2001 alertingDevice:2001                                         | ..call: 7, device: here
+Established@2005 establishedConnection/7/2005 answeringDevice:2005 callingDevice:4711
++ | Diverted call: 7@2005, device: 2005, calling: 4711, own: 0, cause: 0
+ConnectionCleared@2005 droppedConnection/7/2005 cause=callPickup                             | ..Diverted call: 7@2005
+ConnectionCleared@2005 droppedConnection/7/4711                                              | ..Cleared call: 7@2005
+Failed@2005 failedConnection/7/2005 failingDevice:2005 cause=callNotAnswered                 | ..Cleared call: 7@2005
+CallInformation@2005 connection/-1/2005 device:2005 callingDevice:4711                       | ..call: -1
+Conferenced@2005 primaryOldCall/7/2005                                                       |
+Transfered@2005 primaryOldCall/7/2005 transferringDevice:4711 transferredToDevice:4712       |
+Delivered@2005 connection/7/2005 alertingDevice:2005 callingDevice:4711 localConnectionInfo=alerting
++ ; Transfered@2005 primaryOldCall/7/4711 transferringDevice:4711 transferredToDevice:2005
++ <transferredConnections> moved/8/7/2005/2005 </transferredConnections>
++ ; Transfered@2005 primaryOldCall/8/4711 transferringDevice:4711 transferredToDevice:2005
++ | ..call: 8@2005, device: 4711, primaryOldCall: 7@2005, secondaryOldCall: , transferring: 4711, transferredTo: 2005,
 )");
 }
 

@@ -5,6 +5,7 @@
 
 #include "host/csta-wire/InvokeIds.h"
 #include "host/csta/EventsBeforeMonitorStart.h"
+#include "host/csta/OtherDeviceEvents.h"
 
 namespace {
 
@@ -41,6 +42,35 @@ TEST(EventsBeforeMonitorStart, AreLimitedInAgeAndNumber) {
         names += event.name();
     }
     EXPECT_EQ(names, std::string(EventsBeforeMonitorStart::kMaxEvents, 'X'));
+}
+
+TEST(OtherDeviceEvents, GiveOneCallOfTheBluetoothTelephoneThePlatformsId) {
+    const std::string device = "bluetoothDeviceID";
+    const auto events = host::OtherDeviceEvents::of(device, "2001");
+    const auto idIn = [&](auto event, const std::string& callId) {
+        event.setConnection(callId, device);
+        const auto adapted = events->adapt(event.clone());
+        return dynamic_cast<CSTACallControlEvent&>(*adapted).getConnectionCallID();
+    };
+    EXPECT_EQ(idIn(CSTACallInformationEvent(), "-1"), "-1");
+    EXPECT_EQ(idIn(CSTAConnectionClearedEvent(), "6"), "6");
+    EXPECT_EQ(idIn(CSTADeliveredEvent(), "7"), device);
+    EXPECT_EQ(idIn(CSTADeliveredEvent(), "8"), "8");
+    CSTAEstablishedEvent established;
+    established.setAnsweringDevice({device, ""});
+    EXPECT_EQ(idIn(established, "7"), device);
+    const auto adapted = events->adapt(established.clone());
+    EXPECT_TRUE(dynamic_cast<CSTAEstablishedEvent&>(*adapted).getAnsweringDevice().isLocal());
+    EXPECT_EQ(idIn(CSTAFailedEvent(), "7"), device);
+    EXPECT_EQ(idIn(CSTADeliveredEvent(), "9"), device) << "the call before has ended";
+    EXPECT_EQ(idIn(CSTAConnectionClearedEvent(), "8"), "8");
+    CSTATransferredEvent transferred;
+    transferred.setOldCalls("9", "");
+    EXPECT_EQ(idIn(transferred, "10"), device);
+    EXPECT_EQ(idIn(CSTAConnectionClearedEvent(), "10"), device);
+    EXPECT_EQ(idIn(CSTADeliveredEvent(), "11"), device);
+    events->forgetCalls();
+    EXPECT_EQ(idIn(CSTADeliveredEvent(), "12"), device);
 }
 
 }  // namespace

@@ -28,6 +28,7 @@ elsewhere, not logged   | set missedLogging off; rings 1 4711; clears 1 cause=el
 diverted                | rings 1 4711:Ann; diverts 1 4711:Ann here 4712; clears 1 | forwarded 4711 Ann to 4712 |
 diverted, anonymous     | rings 1 -; diverts 1 - here 4712:Bob | forwarded to 4712 |
 diverted, never rang    | diverts 1 4711:Ann here 4712:Bob | forwarded 4711 Ann to 4712 |
+switched off, kept there | set callLog off; rings 1 4711; clears 1; logs missed 4712 | missed 4712, missed 4711 |
 not put through         | offers 1; fails 1 4711:Ann here | missed 4711 Ann | =
 was an outgoing one     | dials 1 4711; rings 1 4711; clears 1 | | =
 answered as another's   | dials 1 4711; established 1 4712 here here; clears 1 | received 4712 | =
@@ -39,7 +40,9 @@ no number               | rings 1 noNumberProvided; answers 2 noNumberProvided; 
 +   | missed noNumberProvided | missed noNumberProvided, received noNumberProvided
 no number, Crest        | hardware 3; answers 2 noNumberProvided; clears 2 | received noNumberProvided | =
 placed by a computer    | rings 1 4711:CTI_Assisted; clears 1; answers 2 4711:CTI_Assisted; clears 2
-+   | missed 4711 CTI Assisted, received 4711 CTI Assisted | dialled 4711 CTI Assisted
++   | missed 4711, received 4711 | dialled 4711
+its name stays a name   | dials 1 4711; reaches 1 4711 4711:Bob; clears 1; answers 2 4711:CTI_Assisted; clears 2
++   | dialled 4711 Bob, received 4711 | dialled 4711 Bob, dialled 4711 Bob
 another server journals | set otherServer on; rings 1 4711; clears 1; fails 2 4712 here; answers 3 4713; clears 3
 +   | missed 4712, missed 4711, received 4713 | received 4713
 failed, waits for marks | set marksMissed on; fails 1 4711 here | missed 4711 | =

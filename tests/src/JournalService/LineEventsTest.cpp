@@ -115,6 +115,10 @@ TEST_F(LineEvents, OfTheDevicesMoveTheMonitorsAndSayWhoseCallsAreMissed) {
         "rings 1 4711 at=2050; rings 2 4712 at=2051; rings 3 4713 at=bluetoothDeviceID; rings 4 4714;"
         "rings 5 4715 at=2052; clears 1; clears 2; clears 3; clears 4; clears 5");
     EXPECT_EQ(phone.outcome(), "missed 4715, missed 4714, missed 4713, missed 4712");
+    for (const MissedCallItem& item : phone.missed()) {
+        const auto& call = item.getMissedCallInfoList().front();
+        EXPECT_EQ(call.getLineKey(), call.getNumber() == "4712" ? "2051" : "") << call.getNumber();
+    }
     phone.components().platform.m_teamService = nullptr;
     EXPECT_EQ(hasDevices("0 localDeviceID,2 2051"),
               "stop 2; stop 3; stop 4; stop 1; start localDeviceID; start 2051");

@@ -106,7 +106,7 @@ answered on Bluetooth: what was dialled stays | out Originated bluetoothDeviceID
 +   | dialled+called+remote[bluetoothDeviceID] connected[4711 Ann]
 a Bluetooth call keeps its called party | in Delivered 4711:Ann bluetoothDeviceID; in Delivered 4712:Bob
 +   | called+connected+redirecting[bluetoothDeviceID] remote[4712 Bob]
-an application's call is known by its mark | in Delivered 4711:CTI_Assisted | called[4711 CTI Assisted] remote[4711] cti
+an application's call is known by its mark | in Delivered 4711:CTI_Assisted | called+remote[4711] cti
 which is no name | in Delivered 4711:CTI_assisted | called+remote[4711 CTI assisted]
 )")) {
         EXPECT_EQ(partiesAfter(row[1], true), row[2]) << row[0];
