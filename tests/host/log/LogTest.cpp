@@ -70,8 +70,8 @@ private:
 TEST_F(LogToFile, WritesTimeLevelComponentTextAndSourceInOneLine) {
     logAppUni("Journal Service", "./src/JournalService", 3, 120, "%s has %d calls", "Ada\nforged", 7);
     // The buffer of the first attempt has 512 bytes.
-    for (const int length : {511, 512, 513, 60000}) {
-        logAppUni("any", "f", 5, 1, "%s|", std::string(static_cast<std::size_t>(length), 'x').c_str());
+    for (const std::size_t length : {511U, 512U, 513U, 60000U}) {
+        logAppUni("any", "f", 5, 1, "%s|", std::string(length, 'x').c_str());
         EXPECT_EQ(lines().back().substr(25), "info [any] " + std::string(length, 'x') + "| (f:1)");
     }
     EXPECT_THAT(lines().front(), ContainsRegex("^[0-9]{4}-[0-9-]{5}T[0-9:]{8}\\.[0-9]{3}Z warning"));
