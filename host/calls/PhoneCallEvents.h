@@ -13,7 +13,7 @@ namespace host {
 /// An event for the journal.
 struct PhoneEvent {
     std::unique_ptr<CSTAEvent> event;
-    /// The time of the event if it lies back; otherwise it happens now.
+    /// The time of the event; without it, the event happens now.
     std::optional<PhoneCall::Time> time{};
     /// The event ends a call at an assumed time.
     bool endApproximate = false;

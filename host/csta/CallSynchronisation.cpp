@@ -262,7 +262,10 @@ void CallSynchronisation::end(const PhoneCall& call) {
 }
 
 void CallSynchronisation::give(const WantedMonitor& monitor, const std::string& device, PhoneEvent event) {
-    follow(m_calls, *event.event, device, event.time.value_or(now()));
+    if (!event.time) {
+        event.time = now();
+    }
+    follow(m_calls, *event.event, device, *event.time);
     std::vector<PhoneEvent> events;
     events.push_back(std::move(event));
     m_deliver(monitor, std::move(events));

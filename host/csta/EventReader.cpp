@@ -91,7 +91,10 @@ void EventReader::ringAfterTransfer(std::vector<PhoneEvent>& events, const Event
 }
 
 void EventReader::add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device) {
-    follow(m_calls, *event.event, device, event.time.value_or(m_now()));
+    if (!event.time) {
+        event.time = m_now();  // the journal and the noted call have the same time
+    }
+    follow(m_calls, *event.event, device, *event.time);
     events.push_back(std::move(event));
 }
 
