@@ -20,6 +20,17 @@ pugi::xml_node identifierOf(pugi::xml_node member) {
     return member;
 }
 
+/// The display name in an element beside the device id, which some dialects write instead of the `N<...>`
+/// form.
+std::string nameBeside(pugi::xml_node member) {
+    for (const char* name : {"displayName", "deviceName", "partyName", "name"}) {
+        if (std::string text = childText(member, name); !text.empty()) {
+            return text;
+        }
+    }
+    return {};
+}
+
 bool isWithheld(pugi::xml_node identifier, const char* attribute) {
     return isTrue(identifier.attribute(attribute).value());
 }
@@ -39,6 +50,9 @@ EventDevice DeviceReader::device(pugi::xml_node member) const {
     if (childNamed(member, "restricted")) {
         return {};
     }
+    if (childNamed(member, "notKnown")) {
+        return {{{}, nameBeside(member)}, EventParty::eUnknown};
+    }
     const pugi::xml_node identifier = identifierOf(member);
     EventDevice read = fromText(firstText(identifier));
     if (isWithheld(identifier, "privateNumber") && !read.device.isLocal()) {
@@ -46,6 +60,8 @@ EventDevice DeviceReader::device(pugi::xml_node member) const {
     }
     if (isWithheld(identifier, "privateName")) {
         read.device.name.clear();
+    } else if (read.device.name.empty() && identifier != member) {
+        read.device.name = nameBeside(member);
     }
     return read;
 }

@@ -184,6 +184,9 @@ Delivered <callingDevice>_<x/>_<deviceIdentifier_typeOfNumber='other'>_tel:4711;
 + | ..calling: 4711,
 Delivered <callingDevice><deviceIdentifier_privateNumber='true'>N&lt;4711&gt;Ann</deviceIdentifier></callingDevice>
 + | ..calling:  Ann,
+Delivered <callingDevice><deviceIdentifier>4711</deviceIdentifier><x:displayName_xmlns:x='u'>Ann</x:displayName></callingDevice>
++ | ..calling: 4711 Ann,
+Delivered <callingDevice><notKnown/><displayName>Ann</displayName></callingDevice> | ..calling:  Ann,
 Delivered <callingDevice><deviceIdentifier_privateName='1'>N&lt;4711&gt;Ann</deviceIdentifier></callingDevice>
 + | ..calling: 4711,
 Delivered callingDevice:N<2001>2001              | ..calling: here,
