@@ -5,6 +5,7 @@
 
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAConferenceEvents.h"
+#include "platform/texts/communicationsServiceTexts.h"
 
 namespace host {
 
@@ -89,10 +90,19 @@ public:
             setIfKnown(call.called, event.getCalledDevice());
         }
         call.lastEvent = m_now;
+        if (isSharedLine() && call.role != PhoneRole::eRinging) {
+            m_calls.remove(m_device, callId);
+            return;
+        }
         m_calls.store(std::move(call));
     }
 
 private:
+    /// What the owner of a shared line places or answers is no call of this phone.
+    [[nodiscard]] bool isSharedLine() const {
+        return m_device != CSTADevice::kLocalDevice &&
+               m_device != communicationsServiceTexts::content_bluetoothDeviceId;
+    }
     [[nodiscard]] bool isOwn(const CSTADevice& device) const {
         return device.isLocal() || device.number == m_device;
     }

@@ -44,7 +44,8 @@ bool isRestricted(pugi::xml_node member) {
 
 DeviceReader::DeviceReader(std::string_view ownDevice, std::string_view monitoredDevice)
     : m_own(comparableNumber(ownDevice)),
-      m_monitored(monitoredDevice == CSTADevice::kLocalDevice ? m_own : comparableNumber(monitoredDevice)) {}
+      m_monitored(monitoredDevice == CSTADevice::kLocalDevice ? m_own : comparableNumber(monitoredDevice)),
+      m_monitoredDevice(parseDeviceText(monitoredDevice).number) {}
 
 EventDevice DeviceReader::device(pugi::xml_node member) const {
     if (childNamed(member, "restricted")) {

@@ -30,7 +30,7 @@ public:
 
     /// The monitored device as the platform receives it.
     [[nodiscard]] std::string monitoredDevice() const {
-        return m_monitored == m_own ? CSTADevice::kLocalDevice : m_monitored;
+        return m_monitored == m_own ? CSTADevice::kLocalDevice : m_monitoredDevice;
     }
 
     /// Reads a device member such as `<callingDevice>`: a device identifier, a dialled number, a text, or an
@@ -50,6 +50,7 @@ private:
 
     std::string m_own;
     std::string m_monitored;
+    std::string m_monitoredDevice;
 };
 
 }  // namespace host

@@ -104,12 +104,7 @@ std::unique_ptr<CSTAEvent> OtherDeviceEvents::atSharedLine(std::unique_ptr<CSTAE
             call->setConnection(id, m_device);
             m_ringing.insert(id);
             return event;
-        case CSTAEventCode::eTransferred:
-            if (!isTransferOfRingingCall(*event)) {
-                return nullptr;
-            }
-            m_ringing.insert(id);
-            return event;
+        case CSTAEventCode::eTransferred: return transferWhileRinging(std::move(event));
         case CSTAEventCode::eEstablished: m_ringing.erase(id); return as<CSTADivertedEvent>(*call);
         case CSTAEventCode::eConnectionCleared:
             m_ringing.erase(id);
@@ -129,10 +124,19 @@ bool OtherDeviceEvents::ringsFromElsewhere(const CSTACallControlEvent& event) co
            calling.number != m_device;
 }
 
-bool OtherDeviceEvents::isTransferOfRingingCall(const CSTAEvent& event) const {
-    const auto& transferred = dynamic_cast<const CSTATransferredEvent&>(event);
-    return m_ringing.contains(transferred.getPrimaryoldcallCallID()) ||
-           m_ringing.contains(transferred.getSecondaryoldcallCallID());
+/// The library drops a call that is transferred to the phone; the new call then rings at the line.
+std::unique_ptr<CSTAEvent> OtherDeviceEvents::transferWhileRinging(std::unique_ptr<CSTAEvent> event) {
+    auto& transferred = dynamic_cast<CSTATransferredEvent&>(*event);
+    if (m_ringing.erase(transferred.getPrimaryoldcallCallID()) +
+            m_ringing.erase(transferred.getSecondaryoldcallCallID()) ==
+        0) {
+        return nullptr;
+    }
+    if (transferred.getTransferredToDevice().number == m_device) {
+        transferred.setTransferredToDevice({CSTADevice::kLocalDevice, {}});
+    }
+    m_ringing.insert(transferred.getConnectionCallID());
+    return event;
 }
 
 void OtherDeviceEvents::atBluetooth(CSTAEvent& event) {

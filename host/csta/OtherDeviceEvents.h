@@ -51,7 +51,7 @@ public:
 private:
     [[nodiscard]] std::unique_ptr<CSTAEvent> atSharedLine(std::unique_ptr<CSTAEvent> event);
     [[nodiscard]] bool ringsFromElsewhere(const CSTACallControlEvent& event) const;
-    [[nodiscard]] bool isTransferOfRingingCall(const CSTAEvent& event) const;
+    [[nodiscard]] std::unique_ptr<CSTAEvent> transferWhileRinging(std::unique_ptr<CSTAEvent> event);
     void atBluetooth(CSTAEvent& event);
     [[nodiscard]] std::string bluetoothId(const std::string& callId) const;
 

@@ -239,7 +239,7 @@ Delivered@2005 connection/7/2005 alertingDevice:2005 callingDevice:4711 localCon
 + ; Transfered@2005 primaryOldCall/7/4711 transferringDevice:4711 transferredToDevice:2005
 + <transferredConnections> moved/8/7/2005/2005 </transferredConnections>
 + ; Transfered@2005 primaryOldCall/8/4711 transferringDevice:4711 transferredToDevice:2005
-+ | ..call: 8@2005, device: 4711, primaryOldCall: 7@2005, secondaryOldCall: , transferring: 4711, transferredTo: 2005,
++ | ..call: 8@2005, device: 4711, primaryOldCall: 7@2005, secondaryOldCall: , transferring: 4711, transferredTo: here,
 )");
 }
 
