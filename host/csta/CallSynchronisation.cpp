@@ -223,8 +223,10 @@ void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapsh
     if (known == nullptr) {
         begin(monitor, *call);
     } else if (call->established && !known->established) {
-        call->calling = known->calling;
-        call->outgoing = known->outgoing;
+        if (!isPickedUp(*known, *call)) {
+            call->calling = known->calling;
+            call->outgoing = known->outgoing;
+        }
         establish(monitor, *call);
     }
 }

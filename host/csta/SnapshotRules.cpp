@@ -37,6 +37,28 @@ bool isSameNumber(const CSTADevice& one, const CSTADevice& other) {
     return comparableNumber(one.number) == comparableNumber(other.number);
 }
 
+bool isFarEnd(const EventDevice& device) {
+    return device.party == EventParty::eOther && !device.device.number.empty();
+}
+
+/// True if the snapshot contains the number of a party at the far end.
+bool hasFarEnd(const PhoneCall& call, const CallSnapshot& snapshot) {
+    return isFarEnd(call.outgoing ? snapshot.called : snapshot.calling) ||
+           std::any_of(snapshot.parties.begin(), snapshot.parties.end(),
+                       [](const CallSnapshot::Party& party) { return isFarEnd(party.device); });
+}
+
+bool names(const CallSnapshot& snapshot, const CSTADevice& device) {
+    if (device.number.empty()) {
+        return false;
+    }
+    return isSameNumber(snapshot.calling.device, device) || isSameNumber(snapshot.called.device, device) ||
+           std::any_of(snapshot.parties.begin(), snapshot.parties.end(),
+                       [&device](const CallSnapshot::Party& party) {
+                           return isSameNumber(party.device.device, device);
+                       });
+}
+
 }  // namespace
 
 std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection, const CallSnapshot& snapshot,
@@ -73,19 +95,20 @@ std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection, 
     return call;
 }
 
+bool isPickedUp(const PhoneCall& known, const PhoneCall& now) {
+    return known.outgoing && !known.established && !now.outgoing && !now.calling.number.empty() &&
+           known.called.number.find_first_of("*#") != std::string::npos;
+}
+
 bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapshot& snapshot) {
     if (now.role == PhoneRole::eRinging && (known.outgoing || known.established)) {
         return true;
     }
-    const CSTADevice& caller = now.calling;
-    if (known.outgoing || now.outgoing || known.transferred || known.calling.number.empty() ||
-        caller.number.empty() || isSameNumber(caller, known.calling) || isSameNumber(caller, known.partner)) {
+    const CSTADevice& farEnd = known.outgoing ? known.called : known.calling;
+    if (known.transferred || isPickedUp(known, now) || farEnd.number.empty() || !hasFarEnd(now, snapshot)) {
         return false;
     }
-    return std::none_of(snapshot.parties.begin(), snapshot.parties.end(),
-                        [&known](const CallSnapshot::Party& party) {
-                            return isSameNumber(party.device.device, known.calling);
-                        });
+    return !names(snapshot, farEnd) && !names(snapshot, known.partner);
 }
 
 }  // namespace host

@@ -14,8 +14,12 @@ namespace host {
 [[nodiscard]] std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection,
                                                 const CallSnapshot& snapshot, const std::string& device);
 
+/// True if the known call is a dialled code, which has picked up the call of the snapshot.
+[[nodiscard]] bool isPickedUp(const PhoneCall& known, const PhoneCall& now);
+
 /// True if the switch has used the id of the known call again for the call of the snapshot: an established
-/// call rings again, or another party calls.
+/// call rings again, or the party at the far end of the known call is no party of the snapshot. A transferred
+/// call, and one that is picked up, have other parties and are the same call.
 [[nodiscard]] bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapshot& snapshot);
 
 }  // namespace host

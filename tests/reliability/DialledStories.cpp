@@ -10,6 +10,7 @@ void StoryMaker::dial() {
     Call& call = m_switch.place(leg.callId, SwitchModel::own(), party);
     if (may("initiated", 30)) {
         m_switch.initiate(call, SwitchModel::own());
+        leg.began = m_switch.now();
     }
     m_switch.originate(call);
     dialled(call, leg, party);

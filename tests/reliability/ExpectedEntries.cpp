@@ -7,14 +7,23 @@ namespace reliability {
 
 namespace {
 
-bool isAtPhone(const std::vector<Call>& calls, const std::string& callId) {
-    return std::any_of(calls.begin(), calls.end(), [&callId](const Call& call) { return call.id == callId; });
+/// The name of a party that withholds its number.
+constexpr const char* kWithheldName = "Withheld";
+
+/// True if the leg's call is at the phone when the gap ends. A failed call is not: the phone does not take it
+/// from a snapshot.
+bool isStillUp(const Leg& leg, const Story& story, const Gap& gap) {
+    const std::vector<Call>& calls = story.steps[gap.end - 1].calls;
+    const bool over = leg.storyEnd && gap.end > *leg.storyEnd;
+    return !over && std::any_of(calls.begin(), calls.end(), [&leg](const Call& call) {
+        return call.id == leg.callId && call.stateOf(SwitchModel::own()) != "fail";
+    });
 }
 
 /// The leg as the phone can know it if it misses the steps of the gap; std::nullopt if it cannot know it.
 std::optional<Leg> asSeen(Leg leg, const Story& story, const Gap& gap) {
     const bool known = leg.began < gap.first;
-    const bool stillUp = isAtPhone(story.steps[gap.end - 1].calls, leg.callId);
+    const bool stillUp = isStillUp(leg, story, gap);
     if (!known && !stillUp && leg.began < gap.end) {
         return std::nullopt;
     }
@@ -41,8 +50,8 @@ bool isNamed(const Story& story, const std::string& callId, const Party& party) 
 
 class Filing {
 public:
-    Filing(const Story& story, const PhoneType& phone, const Dialect& dialect)
-        : m_story(story), m_phone(phone), m_dialect(dialect) {}
+    Filing(const Story& story, const PhoneType& phone, const Dialect& dialect, bool gap)
+        : m_story(story), m_phone(phone), m_dialect(dialect), m_gap(gap) {}
 
     void file(const Leg& leg) {
         if (leg.end == Leg::End::eUntracked) {
@@ -64,7 +73,7 @@ public:
 private:
     void fileDialled(const Leg& leg) {
         add("dialled", leg.party);
-        if (m_phone.sip && !isNamed(m_story, leg.callId, leg.party)) {
+        if (m_phone.sip && (m_gap || !isNamed(m_story, leg.callId, leg.party))) {
             m_entries.back().push_back(entryText("dialled", leg.party.number, {}, false));
         }
         // A SIP phone names the party that it reached in a group.
@@ -102,14 +111,17 @@ private:
     }
 
     [[nodiscard]] std::string text(const std::string& list, const Party& party, bool elsewhere) const {
-        const bool named = m_dialect.names && !party.withheld;
-        return entryText(list, party.withheld ? std::string() : party.number,
-                         named ? party.name : std::string(), elsewhere);
+        if (party.withheld) {
+            return entryText(list, {}, kWithheldName, elsewhere);
+        }
+        return entryText(list, party.number, m_dialect.names ? party.name : std::string(), elsewhere);
     }
 
     const Story& m_story;
     const PhoneType& m_phone;
     const Dialect& m_dialect;
+    /// The events that name a party may be lost.
+    const bool m_gap;
     std::vector<ExpectedEntry> m_entries;
 };
 
@@ -141,7 +153,7 @@ bool matches(const std::vector<ExpectedEntry>& expected, const Entries& found) {
 
 std::vector<ExpectedEntry> expectedEntries(const Story& story, const PhoneType& phone, const Dialect& dialect,
                                            const std::optional<Gap>& gap) {
-    Filing filing(story, phone, dialect);
+    Filing filing(story, phone, dialect, gap.has_value());
     for (const Leg& leg : story.legs) {
         if (const std::optional<Leg> seen = gap ? asSeen(leg, story, *gap) : leg) {
             filing.file(*seen);

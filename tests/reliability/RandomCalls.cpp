@@ -153,8 +153,6 @@ RandomCalls::Round RandomCalls::roundOf(std::vector<Numbered> stories) {
 }
 
 RandomCalls::Numbered RandomCalls::make(std::size_t number, bool alone) {
-    Numbered made;
-    made.number = number;
     StorySettings settings;
     settings.seed = Dice(seedOf(m_settings) * 1000003 + number).seed();
     settings.outsidePrefix = "47" + std::to_string(100000 + number);
@@ -163,15 +161,32 @@ RandomCalls::Numbered RandomCalls::make(std::size_t number, bool alone) {
     settings.localState = m_settings.dialect.localState;
     settings.newCallId = [this] { return newCallId(); };
     settings.excluded = m_settings.excluded;
-    made.story = StoryMaker(m_office, settings).make();
+    Numbered made{number, StoryMaker(m_office, settings).make(), {}};
     Dice dice(settings.seed + 1);
-    const std::size_t steps = made.story.steps.size();
-    if (alone && made.story.plain && steps > 1 && dice.chance(15) &&
-        !m_settings.excluded.contains("lost-link")) {
-        const std::size_t first = dice.below(steps);
-        made.gap = Gap{first, first + 1 + dice.below(steps - first)};
+    if (alone && made.story.plain && dice.chance(40) && !m_settings.excluded.contains("lost-link")) {
+        addGap(made, std::move(settings), dice);
     }
     return made;
+}
+
+void RandomCalls::addGap(Numbered& made, StorySettings settings, Dice& dice) {
+    const std::size_t steps = made.story.steps.size();
+    if (steps == 0) {
+        return;
+    }
+    const std::size_t first = dice.below(steps);
+    made.gap = Gap{first, first + 1 + dice.below(steps - first)};
+    // Or the gap reaches into another call that has the same id.
+    const std::string callId = made.story.legs.front().callId;
+    settings.seed += 2;
+    settings.outsidePrefix += "5";
+    settings.inside = false;
+    settings.newCallId = [callId] { return callId; };
+    const Story next = StoryMaker(m_office, settings).make();
+    if (dice.chance(40) && next.plain && !next.steps.empty() && made.story.legs.size() == 1) {
+        made.story.append(next);
+        made.gap->end = steps + 1 + dice.below(next.steps.size());
+    }
 }
 
 std::string RandomCalls::newCallId() {
@@ -200,7 +215,9 @@ bool RandomCalls::send(const Round& round) {
         const std::size_t step = next[chosen]++;
         const bool lost = story.gap && step >= story.gap->first && step < story.gap->end;
         if (!lost) {
-            m_session->peer.send(story.story.steps[step].event, m_settings.dialect);
+            // A call with a gap is alone.
+            m_session->peer.send(story.story.steps[step].event, m_settings.dialect,
+                                 story.gap ? story.story.steps[step].calls : std::vector<Call>());
         } else if (step == story.gap->first && !loseLink(story)) {
             return false;
         }

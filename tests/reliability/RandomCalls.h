@@ -59,6 +59,8 @@ private:
     };
 
     [[nodiscard]] Numbered make(std::size_t number, bool alone);
+    /// Loses the link in the story, which requires `plain`.
+    void addGap(Numbered& made, StorySettings settings, Dice& dice);
     [[nodiscard]] std::string newCallId();
     [[nodiscard]] Round roundOf(std::vector<Numbered> stories);
     /// Plays them, and returns the differences as a text.

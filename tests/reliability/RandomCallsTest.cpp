@@ -22,11 +22,9 @@ std::size_t number(const char* name, std::size_t otherwise) {
     return text.empty() ? otherwise : std::stoul(text);
 }
 
-/// The kinds of calls and steps that are left out, by the names in the reports. The link does not request
-/// snapshots yet, so a lost link is left out unless the environment says otherwise.
+/// The kinds of calls and steps that are left out, by the names in the reports.
 Exclusions excluded() {
-    const char* const without = std::getenv("RANDOM_CALLS_WITHOUT");
-    std::istringstream names(without == nullptr ? "lost-link" : without);
+    std::istringstream names(environment("RANDOM_CALLS_WITHOUT"));
     Exclusions exclusions;
     for (std::string name; std::getline(names, name, ',');) {
         exclusions.insert(name);

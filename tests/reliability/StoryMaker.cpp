@@ -63,6 +63,8 @@ void StoryMaker::callHere() {
     Call& call = m_switch.place(leg.callId, caller, SwitchModel::own());
     if (may("offered", 30)) {
         m_switch.offer(call, SwitchModel::own());
+        // An offered call does not ring yet.
+        leg.began = m_switch.now();
     }
     m_switch.ring(call, SwitchModel::own());
     ringHere(call, leg, caller);

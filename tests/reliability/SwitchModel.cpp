@@ -32,6 +32,24 @@ std::string Call::stateOf(const Party& party) const {
     return found == connections.end() ? "null" : found->state;
 }
 
+void Story::append(const Story& next) {
+    for (Leg& leg : legs) {
+        leg.storyEnd = steps.size();
+    }
+    for (Leg leg : next.legs) {
+        leg.began += steps.size();
+        for (std::optional<std::size_t>* const step : {&leg.established, &leg.ended}) {
+            if (*step) {
+                **step += steps.size();
+            }
+        }
+        legs.push_back(std::move(leg));
+    }
+    steps.insert(steps.end(), next.steps.begin(), next.steps.end());
+    choices.emplace_back("then");
+    choices.insert(choices.end(), next.choices.begin(), next.choices.end());
+}
+
 const Party& SwitchModel::own() {
     static const Party party{kOwnNumber, "Own Phone"};
     return party;

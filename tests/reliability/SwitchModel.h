@@ -55,6 +55,8 @@ struct Leg {
     std::optional<std::size_t> established;
     std::optional<std::size_t> ended;
     End end = End::eReleased;
+    /// The step from which another story with the same call id follows.
+    std::optional<std::size_t> storyEnd;
 };
 
 struct Step {
@@ -73,6 +75,9 @@ struct Story {
     std::vector<std::string> choices;
     /// The link may be lost in it: no call changes its id.
     bool plain = true;
+
+    /// Adds a story that happens afterwards.
+    void append(const Story& next);
 };
 
 /// A switch that plays one call and the calls that come from it. Each operation changes the connections and

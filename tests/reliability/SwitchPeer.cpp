@@ -77,7 +77,10 @@ bool SwitchPeer::awaitIdle() {
         const std::lock_guard lock(m_mutex);
         responses = m_responses;
     }
-    write(1, messageOf("RequestSystemStatus").finish());
+    {
+        const std::lock_guard order(m_writeMutex);
+        write(1, messageOf("RequestSystemStatus").finish());
+    }
     return await([&] { return m_responses > responses; });
 }
 
@@ -96,7 +99,9 @@ void SwitchPeer::setCalls(std::vector<Call> calls, const Dialect& dialect) {
     m_dialect = dialect;
 }
 
-void SwitchPeer::send(const CallEvent& event, const Dialect& dialect) {
+void SwitchPeer::send(const CallEvent& event, const Dialect& dialect, std::vector<Call> calls) {
+    const std::lock_guard order(m_writeMutex);
+    setCalls(std::move(calls), dialect);
     std::string crossRefId;
     {
         const std::lock_guard lock(m_mutex);
@@ -130,6 +135,7 @@ void SwitchPeer::serve() {
 }
 
 void SwitchPeer::respond(int invokeId, const host::WireDocument& request) {
+    const std::lock_guard order(m_writeMutex);
     write(invokeId, responseTo(request));
     const std::lock_guard lock(m_mutex);
     if (request.name() == "MonitorStart") {
@@ -212,7 +218,6 @@ std::string SwitchPeer::snapshotOfCall(const std::string& callId) {
 }
 
 void SwitchPeer::write(int invokeId, const std::string& xml) {
-    const std::lock_guard lock(m_writeMutex);
     asio::error_code ignored;
     asio::write(m_socket, asio::buffer(host::encodeFrame(invokeId, xml).value()), ignored);
 }

@@ -36,7 +36,8 @@ public:
     /// The calls that the following snapshots show.
     void setCalls(std::vector<Call> calls, const Dialect& dialect);
 
-    void send(const CallEvent& event, const Dialect& dialect);
+    /// Sends the event, after which snapshots show those calls.
+    void send(const CallEvent& event, const Dialect& dialect, std::vector<Call> calls = {});
 
 private:
     void serve();
@@ -44,6 +45,7 @@ private:
     [[nodiscard]] std::string responseTo(const host::WireDocument& request);
     [[nodiscard]] std::string snapshotOfDevice();
     [[nodiscard]] std::string snapshotOfCall(const std::string& callId);
+    /// Requires: `m_writeMutex` is held.
     void write(int invokeId, const std::string& xml);
     template <typename Condition>
     [[nodiscard]] bool await(Condition condition);
@@ -53,6 +55,7 @@ private:
     asio::ip::tcp::socket m_socket;
     std::thread m_reader;
 
+    /// Held while a message is made and written: a response shows the calls as of the events before it.
     std::mutex m_writeMutex;
 
     // Used by the reader thread only.
