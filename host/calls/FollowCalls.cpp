@@ -98,7 +98,7 @@ public:
     }
 
 private:
-    /// What the owner of a shared line places or answers is no call of this phone.
+    /// True for another person's line: a call that its owner places or establishes is none of this phone.
     [[nodiscard]] bool isSharedLine() const {
         return m_device != CSTADevice::kLocalDevice &&
                m_device != communicationsServiceTexts::content_bluetoothDeviceId;
