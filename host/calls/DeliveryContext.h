@@ -33,6 +33,8 @@ struct DeliveryContext {
     std::optional<PhoneCall::Time> time{};
     struct EndedCall {
         PhoneCallKey call;
+        /// The call id in the delivered event, if it is another one.
+        std::string deliveredId{};
         /// The journal may hold the event back and file the call later.
         bool mayBeFiledLater = false;
         /// Set by the database when it has stored the call's entry.

@@ -130,7 +130,8 @@ std::vector<FiledCall> filedCalls(const DataRequest& request, DeliveryContext* d
     for (const DataRequest::Item& item : request.items) {
         const CallInfo* const newest = std::visit([](const auto& one) { return newestCall(one); }, item);
         for (DeliveryContext::EndedCall& each : delivery->ends) {
-            if (newest != nullptr && newest->getCallId() == each.call.callId) {
+            if (newest != nullptr &&
+                newest->getCallId() == (each.deliveredId.empty() ? each.call.callId : each.deliveredId)) {
                 filed.push_back({&each, newest});
             }
         }

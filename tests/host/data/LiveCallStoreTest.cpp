@@ -106,10 +106,12 @@ TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
     store->store(later);
     EXPECT_TRUE(become("2001 25, 2001 26, 2001 26, 3001 9"));
     DataAccessFixture journal(*database);
-    DeliveryContext context{.ends = {{keyOf(callOf("99", 5))}, {keyOf(ended)}}, .endApproximate = true};
+    DeliveryContext context{
+        .ends = {{.call = keyOf(callOf("99", 5))}, {.call = keyOf(ended), .deliveredId = "26@2002"}},
+        .endApproximate = true};
     context.around([&] { journal.write<MissedCallItem>({missedCall("7")}); });
     EXPECT_FALSE(context.ends[1].filed);
-    context.around([&] { journal.write<MissedCallItem>({missedCall("26")}); });
+    context.around([&] { journal.write<MissedCallItem>({missedCall("26@2002")}); });
     EXPECT_TRUE(context.ends[1].filed);
     EXPECT_FALSE(context.ends[0].filed);
     EXPECT_EQ(rows(), "2001 25, 2001 26, 3001 9");
