@@ -213,10 +213,12 @@ void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapsh
     const std::string device = deviceOf(monitor);
     std::optional<PhoneCall> call = callFrom(connection, snapshot, device);
     const PhoneCall* known = m_calls.find(device, connection.callId);
-    if (!call || (known != nullptr && known->lastEvent >= asked)) {
+    if (!call) {
         return;
     }
-    if (known != nullptr && isOtherCall(*known, *call, snapshot)) {
+    // Events that have arrived since are newer than the device's snapshot, but not than this response.
+    const bool hasEvent = known != nullptr && known->lastEvent >= asked;
+    if (known != nullptr && !hasEvent && isOtherCall(*known, *call, snapshot)) {
         end(PhoneCall(*known));
         known = nullptr;
     }

@@ -175,7 +175,8 @@ Action clearedElsewhere(const EventContext& context) {
     }
     const CSTADevice& far = call->partner.number.empty() ? call->calling : call->partner;
     const bool toGroup = !call->outgoing && !call->called.isLocal() && !call->called.number.empty();
-    return always(!differ(context.subject.device, far) || !(known || toGroup));
+    const bool isFarEnd = far.number.empty() ? !known : !differ(context.subject.device, far);
+    return always(isFarEnd || !(known || toGroup));
 }
 
 /// Another device diverts the call. A group that diverts its call takes it away from this phone, too.

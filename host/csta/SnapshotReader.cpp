@@ -80,7 +80,7 @@ void SnapshotReader::addTo(DeviceSnapshot& snapshot, const WireDocument& message
 void SnapshotReader::addTo(CallSnapshot& snapshot, const WireDocument& message, const DeviceReader& devices) {
     const pugi::xml_node root = message.root();
     if (const pugi::xml_node calling = childNamed(root, "callingDevice")) {
-        snapshot.calling = devices.device(calling);
+        snapshot.calling = devices.caller(calling, {});
     }
     if (const pugi::xml_node called = childNamed(root, "calledDevice")) {
         snapshot.called = devices.device(called);

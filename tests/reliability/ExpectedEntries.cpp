@@ -141,12 +141,16 @@ std::string entryText(const std::string& list, const std::string& number, const 
 bool matches(const std::vector<ExpectedEntry>& expected, const Entries& found) {
     Entries left = found;
     for (const ExpectedEntry& one : expected) {
-        const auto allowed = std::find_if(one.begin(), one.end(),
-                                          [&found](const std::string& text) { return found.contains(text); });
-        if (allowed == one.end()) {
+        const auto isIn = [&one](const Entries& entries) {
+            return std::find_if(one.begin(), one.end(),
+                                [&entries](const std::string& text) { return entries.contains(text); });
+        };
+        if (isIn(found) == one.end()) {
             return false;
         }
-        left.erase(*allowed);
+        if (const auto entry = isIn(left); entry != one.end()) {
+            left.erase(*entry);
+        }
     }
     return left.empty();
 }

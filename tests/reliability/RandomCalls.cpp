@@ -29,17 +29,11 @@ Office officeOf(std::uint64_t seed) {
     return Office::random(dice);
 }
 
-/// The ids of the calls that the phone is not told of before the snapshot.
-std::vector<std::string> unknownCalls(const Story& story, const Gap& gap) {
+/// The ids of the calls that the snapshot shows.
+std::vector<std::string> callIdsAfter(const Story& story, const Gap& gap) {
     std::vector<std::string> ids;
-    for (const Leg& leg : story.legs) {
-        if (leg.began >= gap.first && leg.began < gap.end) {
-            for (const Call& call : story.steps[gap.end - 1].calls) {
-                if (call.id == leg.callId) {
-                    ids.push_back(call.id);
-                }
-            }
-        }
+    for (const Call& call : story.steps[gap.end - 1].calls) {
+        ids.push_back(call.id);
     }
     return ids;
 }
@@ -233,7 +227,7 @@ bool RandomCalls::loseLink(const Numbered& story) {
     }
     m_session->peer.disconnect();
     m_session->peer.setCalls(story.story.steps[story.gap->end - 1].calls, m_settings.dialect);
-    return m_session->peer.connect() && m_session->peer.awaitSnapshot(unknownCalls(story.story, *story.gap));
+    return m_session->peer.connect() && m_session->peer.awaitSnapshot(callIdsAfter(story.story, *story.gap));
 }
 
 bool RandomCalls::sendLastCall() {

@@ -110,6 +110,8 @@ void StoryMaker::pickUp() {
         }
         m_switch.originate(call, m_dice.chance(70) ? "newCall" : "callPickup");
         m_switch.join();
+        // In a gap the phone cannot tell an answered call from the dialled code.
+        m_switch.keepLink();
     }
     call.calling = caller;
     call.called = rung;

@@ -73,7 +73,7 @@ struct Story {
     std::vector<Leg> legs;
     /// The names of the decisions that were made.
     std::vector<std::string> choices;
-    /// The link may be lost in it: no call changes its id.
+    /// The link may be lost in it: no call changes its id or its kind.
     bool plain = true;
 
     /// Adds a story that happens afterwards.
@@ -116,6 +116,8 @@ public:
 
     /// The next event follows the last one at once.
     void join();
+    /// The link is not lost in the story.
+    void keepLink() { m_story.plain = false; }
 
     Leg& beginLeg(bool outgoing, const Party& party, const std::string& callId);
     void ended(Leg& leg, Leg::End end = Leg::End::eReleased);

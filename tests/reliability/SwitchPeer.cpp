@@ -62,10 +62,10 @@ bool SwitchPeer::connect() {
     return await([this] { return !m_crossRefId.empty(); });
 }
 
-bool SwitchPeer::awaitSnapshot(const std::vector<std::string>& unknownCalls) {
+bool SwitchPeer::awaitSnapshot(const std::vector<std::string>& callIds) {
     return await([&] {
         return m_snapshotSent &&
-               std::all_of(unknownCalls.begin(), unknownCalls.end(), [this](const std::string& callId) {
+               std::all_of(callIds.begin(), callIds.end(), [this](const std::string& callId) {
                    return std::find(m_callsTold.begin(), m_callsTold.end(), callId) != m_callsTold.end();
                });
     });

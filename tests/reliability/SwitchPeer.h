@@ -29,7 +29,7 @@ public:
     /// Waits for the phone to connect and to monitor its own number. False after 20 s.
     [[nodiscard]] bool connect();
     /// Waits until the phone has asked for its calls, and for the parties of those. False after 20 s.
-    [[nodiscard]] bool awaitSnapshot(const std::vector<std::string>& unknownCalls);
+    [[nodiscard]] bool awaitSnapshot(const std::vector<std::string>& callIds);
     /// Waits until the phone has read everything that was sent. False after 20 s.
     [[nodiscard]] bool awaitIdle();
     void disconnect();
