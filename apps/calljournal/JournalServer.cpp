@@ -11,13 +11,18 @@
 #include "host/http/HttpApi.h"
 #include "host/http/Metrics.h"
 #include "host/line/Line.h"
+#include "host/lists/ListInvoker.h"
+#include "host/management/LocalManagement.h"
 #include "host/management/LocalMgmtInvoker.h"
 #include "host/remote/InvokerRouter.h"
 #include "host/remote/RemoteServer.h"
 #include "host/services/HardwareVariant.h"
 #include "journalservice/JournalServiceIfc.h"
+#include "platform/journal-library/ListMessage.h"
 #include "platform/journal-library/ManagementMessage.h"
 #include "platform/journal-library/PhonebookMessage.h"
+#include "platform/logging/Logging.h"
+#include "platform/texts/SoftwareTypes.h"
 
 namespace calljournal {
 namespace {
@@ -63,6 +68,23 @@ host::HttpApiSettings httpSettings(const host::Configuration& configuration,
     return settings;
 }
 
+/// Logs a warning for a SIP phone at a switch that keeps the call log: such a phone follows its calls by
+/// itself.
+void warnOfDoubleEntries(const host::LocalManagement& management) {
+    const auto values = management.values();
+    const auto is = [&values](const char* key, const char* value) {
+        const auto found = values.find(key);
+        return found != values.end() && found->second == value;
+    };
+    if (is("software-type", softwaretypes::sip) && is("system-identifier", "2")) {
+        logAppUni(
+            "Journal", __FILE_NAME__, 3, __LINE__,
+            "system-identifier is 2 and software-type is %s: a SIP phone files its calls itself, and the "
+            "switch reports them again, so every call is listed twice; set system-identifier to 0",
+            softwaretypes::sip);
+    }
+}
+
 }  // namespace
 
 /// The components in dependency order.
@@ -91,6 +113,7 @@ public:
         m_contactGetterInvoker->initInvoker(&m_framework);
         m_router.add(journalxml::kManagementRequest, m_managementInvoker, m_line.management());
         m_router.setChangeListener([this] { m_http->resync(); });
+        m_router.add(journalxml::kListRequest, m_listInvoker, *m_line.journal());
         m_router.add(journalxml::kPhonebookRequest, m_phonebookInvoker, m_line.phonebook());
     }
 
@@ -100,6 +123,7 @@ public:
         // First, because it fails if another journal uses the address; the switch then gets no connection.
         m_http = std::make_unique<host::HttpApi>(httpBackend(), m_httpSettings);
         m_line.start();
+        warnOfDoubleEntries(m_line.management());
         m_remote = std::make_unique<host::RemoteServer>(
             m_socket, host::RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
                                           [this] { return m_library.createJournalServiceObserverProxy(); }});
@@ -111,6 +135,8 @@ public:
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
     void stop() {
+        // First, because requests of clients may wait for the switch.
+        m_line.disconnect();
         if (m_remote) {
             m_remote->stop();
         }
@@ -149,6 +175,7 @@ private:
     std::unique_ptr<Invoker> m_contactGetterInvoker;
     host::LocalMgmtInvoker m_managementInvoker;
     host::PhonebookInvoker m_phonebookInvoker;
+    host::ListInvoker m_listInvoker{[this](ListName list) { return m_line.storedIds(list); }};
     host::InvokerRouter m_router{*m_invoker};
     host::ServerSocket& m_socket;
     std::unique_ptr<host::RemoteServer> m_remote;

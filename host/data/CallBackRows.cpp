@@ -53,6 +53,16 @@ void CallBackRows::removeAll() {
     m_session.query("DELETE FROM callback WHERE line = ?").bind(m_line).run();
 }
 
+std::set<std::string> CallBackRows::ids() {
+    std::set<std::string> ids;
+    Query rows = m_session.query("SELECT entry_id FROM callback WHERE line = ?");
+    rows.bind(m_line);
+    while (rows.next()) {
+        ids.insert(rows.text());
+    }
+    return ids;
+}
+
 void CallBackRows::read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document) {
     Query rows = m_session.query(kRead);
     rows.bind(m_line).bind(limit).bind(offset);

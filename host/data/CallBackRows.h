@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include "host/data/Database.h"
@@ -24,6 +25,8 @@ public:
     void write(const CallBackItem& item);
     void remove(const std::string& entryId);
     void removeAll();
+    /// The entry ids of all callbacks.
+    [[nodiscard]] std::set<std::string> ids();
     /// Adds the callbacks to the document, newest first, beginning with number `offset`, at most `limit` and
     /// no more than the document can hold.
     void read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);

@@ -123,6 +123,16 @@ std::optional<std::string> CallRows::removeAll(ListName list) {
     return id > 0 ? std::optional(uniqueIdOf(id)) : std::nullopt;
 }
 
+std::set<std::string> CallRows::ids(ListName list) {
+    std::set<std::string> ids;
+    Query rows = m_session.query("SELECT id FROM call_item WHERE line = ? AND list = ?");
+    rows.bind(m_line).bind(numberOf(list));
+    while (rows.next()) {
+        ids.insert(uniqueIdOf(rows.number()));
+    }
+    return ids;
+}
+
 void CallRows::read(ListName list, std::int64_t offset, std::int64_t limit,
                     journalxml::ListDocument& document) {
     Query rows = m_session.query(kReadOne);

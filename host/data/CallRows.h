@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "host/data/Database.h"
@@ -36,6 +37,8 @@ public:
     /// Removes all rows of the list. Returns the last one's unique id; `std::nullopt` if there was none.
     std::optional<std::string> removeAll(ListName list);
 
+    /// The unique ids of the list's rows.
+    [[nodiscard]] std::set<std::string> ids(ListName list);
     /// Adds the list's items to the document, newest first, beginning with number `offset`, at most `limit`
     /// and no more than the document can hold.
     void read(ListName list, std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);

@@ -163,6 +163,15 @@ bool SqliteDataAccess::healthy() const noexcept {
     return m_database.healthy();
 }
 
+std::optional<std::set<std::string>> SqliteDataAccess::storedIds(ListName list) {
+    std::set<std::string> ids;
+    const bool done = m_database.read("reading the ids of a list", [&](Database::Session& session) {
+        ids = list == ListName::eCallbacks ? CallBackRows(session, m_line).ids()
+                                           : CallRows(session, m_line).ids(list);
+    });
+    return done ? std::optional(std::move(ids)) : std::nullopt;
+}
+
 std::string SqliteDataAccess::processRequest(const std::string& request) {
     try {
         return responseTo(request);

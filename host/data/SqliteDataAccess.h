@@ -1,8 +1,11 @@
 #pragma once
 
+#include <optional>
+#include <set>
 #include <string>
 
 #include "host/data/ApproximateEnds.h"
+#include "journal-items/ListTraits.h"
 #include "platform/data/DataAccessServiceIfc.h"
 #include "platform/framework/Executable.h"
 
@@ -36,6 +39,10 @@ public:
     SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr);
 
     [[nodiscard]] std::string processRequest(const std::string& request) override;
+
+    /// The unique ids of the list's rows, of the callbacks the entry ids; `std::nullopt` if the database
+    /// fails.
+    [[nodiscard]] std::optional<std::set<std::string>> storedIds(ListName list);
 
     /// True if the database carried out the last request; see `Database::healthy`. Never blocks.
     [[nodiscard]] bool healthy() const noexcept;

@@ -7,9 +7,9 @@
 
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
-#include "host/http/ListOperations.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
+#include "host/lists/ListOperations.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/ItemSearch.h"
 

@@ -6,8 +6,8 @@
 
 #include "host/data/Database.h"
 #include "host/http/HttpError.h"
-#include "host/http/ListOperations.h"
 #include "host/http/Router.h"
+#include "host/lists/ListOperations.h"
 #include "host/management/LocalManagement.h"
 
 namespace host {

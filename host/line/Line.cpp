@@ -4,9 +4,17 @@
 #include <utility>
 
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
+#include "platform/logging/Logging.h"
 #include "platform/management/MgmtAgentIfc.h"
 
 namespace host {
+
+namespace {
+
+// The time for events of the switch that wait when the line ends.
+constexpr std::chrono::seconds kTimeForEvents{2};
+
+}  // namespace
 
 Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database,
            WorkerPool& pool, TimerSource& timerSource)
@@ -19,7 +27,7 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
                    post()),
       m_team(settings.loggedSharedDevices),
       m_liveCallStore(database, settings.link.ownDevice),
-      m_link(completed(settings.link), post()),
+      m_link(completed(settings.link), postEvent()),
       m_observer(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
       m_services{{"ClockServiceIfc", m_clock},
@@ -62,12 +70,22 @@ void Line::start() {
     m_link.start();
 }
 
+void Line::disconnect() {
+    Clock::time_point unset = Clock::time_point::max();
+    m_eventsEnd.compare_exchange_strong(unset, Clock::now() + kTimeForEvents);
+    m_link.stop();
+}
+
 void Line::stop() {
     if (!std::exchange(m_started, false)) {
         return;
     }
-    m_link.stop();
+    disconnect();
     m_strand.runAndWait([this] { releaseJournal(); });
+    if (m_droppedEvents != 0) {
+        logAppUni("Line", __FILE_NAME__, 3, __LINE__, "%zu events of the switch are dropped: the line ends",
+                  m_droppedEvents.load());
+    }
     m_journal.stop();
     m_strand.runAndWait([this] {
         std::for_each(m_services.rbegin(), m_services.rend(), [this](const NamedService& service) {
@@ -80,6 +98,18 @@ void Line::stop() {
 
 std::function<void(std::function<void()>)> Line::post() const {
     return [post = m_strand.weakPoster()](std::function<void()> work) { post(std::move(work)); };
+}
+
+std::function<void(std::function<void()>)> Line::postEvent() {
+    return [this, post = post()](std::function<void()> work) {
+        post([this, event = std::move(work)] {
+            if (Clock::now() < m_eventsEnd.load()) {
+                event();
+            } else {
+                ++m_droppedEvents;
+            }
+        });
+    };
 }
 
 CstaLinkConfig Line::completed(CstaLinkConfig link) {

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -40,7 +45,7 @@ class WorkerPool;
 ///  5. The link begins to connect.
 ///
 /// Shut-down sequence (`stop`):
-///  1. The link ends, so nothing more is posted. Posted work is completed.
+///  1. The link ends, so nothing more is posted (`disconnect`). Posted work is completed.
 ///  2. The observer and the journal are removed from everything with which they were registered.
 ///  3. The journal and then the services are shut down, in reverse order.
 ///
@@ -74,6 +79,10 @@ public:
     }
 
     void start();
+    /// Ends the link to the switch: a request that waits for a response fails at once, and so does each later
+    /// one. Events that wait are applied for two more seconds; later ones are dropped. Call it before the
+    /// clients are stopped, whose requests may wait. Idempotent.
+    void disconnect();
     /// Requires: no remote client is connected. Idempotent.
     void stop();
 
@@ -84,6 +93,10 @@ public:
 
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
+    /// See `SqliteDataAccess::storedIds`.
+    [[nodiscard]] std::optional<std::set<std::string>> storedIds(ListName list) {
+        return m_dataAccess.storedIds(list);
+    }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
     /// True if the end of the filed call with that number and time is approximate.
     [[nodiscard]] bool endIsApproximate(const std::string& number, const std::string& time) const {
@@ -98,12 +111,20 @@ private:
         Executable& executable;
     };
 
+    using Clock = std::chrono::steady_clock;
+
     /// Returns a function that posts to the strand, and drops the work if the strand is closed.
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
+    /// The same for events of the switch: drops them from `m_eventsEnd` on.
+    [[nodiscard]] std::function<void(std::function<void()>)> postEvent();
     /// Returns `link` with the event listener and the store of this line.
     [[nodiscard]] CstaLinkConfig completed(CstaLinkConfig link);
     void subscribeObserver();
     void releaseJournal();
+
+    // Any thread: the time from which events are dropped, and their number. They outlive the strand.
+    std::atomic<Clock::time_point> m_eventsEnd{Clock::time_point::max()};
+    std::atomic<std::size_t> m_droppedEvents{0};
 
     // In dependency order.
     Strand m_strand;

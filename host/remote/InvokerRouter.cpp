@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/ListMessage.h"
 #include "platform/journal-library/ManagementMessage.h"
 #include "platform/journal-library/MethodId.h"
 #include "platform/journal-library/XmlScanner.h"
@@ -40,7 +41,8 @@ void InvokerRouter::handleMessage(Executable* target, const char* message, int l
         mayChange = isChangingMethod(text);
     } else {
         found->second.invoker.handleMessage(&found->second.target, message, length, response);
-        mayChange = found->first == journalxml::kManagementRequest && setsValue(text);
+        mayChange = found->first == journalxml::kListRequest ||
+                    (found->first == journalxml::kManagementRequest && setsValue(text));
     }
     if (mayChange && m_changeListener) {
         m_changeListener();

@@ -15,8 +15,6 @@
 ///     kParseItem      reads one item
 ///     kGet            the method that gets one item; std::nullopt for the callbacks, which have none
 ///     kGetList        the method that gets the list
-///     kDelete         the method that deletes one entry
-///     kDeleteList     the method that deletes a set of entries
 template <typename Item>
 struct ListXml;
 
@@ -27,8 +25,6 @@ struct ListXml<MissedCallItem> : ListTraits<MissedCallItem> {
     static constexpr auto kParseItem = &JournalServiceHelper::parseXMLMissedCallItem;
     static constexpr std::optional<journalxml::MethodId> kGet = journalxml::MethodId::eGetMissedCall;
     static constexpr journalxml::MethodId kGetList = journalxml::MethodId::eGetMissedCallList;
-    static constexpr journalxml::MethodId kDelete = journalxml::MethodId::eDeleteMissedCall;
-    static constexpr journalxml::MethodId kDeleteList = journalxml::MethodId::eDeleteMissedCallList;
 };
 
 template <>
@@ -38,8 +34,6 @@ struct ListXml<DialledCallItem> : ListTraits<DialledCallItem> {
     static constexpr auto kParseItem = &JournalServiceHelper::parseXMLDialledCallItem;
     static constexpr std::optional<journalxml::MethodId> kGet = journalxml::MethodId::eGetDialledCall;
     static constexpr journalxml::MethodId kGetList = journalxml::MethodId::eGetDialledCallList;
-    static constexpr journalxml::MethodId kDelete = journalxml::MethodId::eDeleteDialledCall;
-    static constexpr journalxml::MethodId kDeleteList = journalxml::MethodId::eDeleteDialledCallList;
 };
 
 template <>
@@ -49,8 +43,6 @@ struct ListXml<ReceivedCallItem> : ListTraits<ReceivedCallItem> {
     static constexpr auto kParseItem = &JournalServiceHelper::parseXMLReceivedCallItem;
     static constexpr std::optional<journalxml::MethodId> kGet = journalxml::MethodId::eGetReceivedCall;
     static constexpr journalxml::MethodId kGetList = journalxml::MethodId::eGetReceivedCallList;
-    static constexpr journalxml::MethodId kDelete = journalxml::MethodId::eDeleteReceivedCall;
-    static constexpr journalxml::MethodId kDeleteList = journalxml::MethodId::eDeleteReceivedCallList;
 };
 
 template <>
@@ -60,8 +52,6 @@ struct ListXml<ForwardedCallItem> : ListTraits<ForwardedCallItem> {
     static constexpr auto kParseItem = &JournalServiceHelper::parseXMLForwardedCallItem;
     static constexpr std::optional<journalxml::MethodId> kGet = journalxml::MethodId::eGetForwardedCall;
     static constexpr journalxml::MethodId kGetList = journalxml::MethodId::eGetForwardedCallList;
-    static constexpr journalxml::MethodId kDelete = journalxml::MethodId::eDeleteForwardedCall;
-    static constexpr journalxml::MethodId kDeleteList = journalxml::MethodId::eDeleteForwardedCallList;
 };
 
 template <>
@@ -71,6 +61,4 @@ struct ListXml<CallBackItem> : ListTraits<CallBackItem> {
     static constexpr auto kParseItem = &JournalServiceHelper::parseXMLCallBackItem;
     static constexpr std::optional<journalxml::MethodId> kGet = std::nullopt;
     static constexpr journalxml::MethodId kGetList = journalxml::MethodId::eGetCallBackList;
-    static constexpr journalxml::MethodId kDelete = journalxml::MethodId::eDeleteCallBack;
-    static constexpr journalxml::MethodId kDeleteList = journalxml::MethodId::eDeleteCallBackList;
 };

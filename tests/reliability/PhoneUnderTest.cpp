@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "host/http/ListOperations.h"
+#include "host/lists/ListOperations.h"
 #include "journal-items/Occurrences.h"
 #include "journalservice/JournalServiceQorvexTel.h"
 #include "platform/texts/SoftwareTypes.h"

@@ -14,7 +14,7 @@
 #include "host/data/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
-#include "host/http/ListOperations.h"
+#include "host/lists/ListOperations.h"
 #include "host/line/Line.h"
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"

@@ -5,6 +5,7 @@ import io
 import json
 import os
 import re
+import sqlite3
 import subprocess
 import sys
 
@@ -49,12 +50,21 @@ class ClientCommandsTest(ProgramTest):
         self.assertEqual(self.done("delete", "missed", "--all"), "2 missed calls deleted\n")
         self.assertEqual([len(self.list(name)["items"]) for name in ("missed", "dialled", "callbacks")], [0, 1, 1])
 
-    def test_deleting_all_includes_the_entries_that_are_not_loaded(self):
-        self.simulate_and_serve("\n".join("call c from %d ; ring c ; giveup c" % (5000 + index) for index in range(230)),
-                                "missed call from 5229")
+    def test_deleting_all_includes_the_entries_that_are_not_loaded_and_reports_those_that_remain(self):
+        self.simulate_and_serve("\n".join(["call c from %d ; ring c ; giveup c" % (5000 + index) for index in range(30)] +
+                                          ["dial c to %d ; busy c" % (6000 + index) for index in range(210)]),
+                                "dialled 6209")
         self.watch()  # a subscription loads the newest 200
-        self.assertEqual(self.list("missed")["total"], 200)
-        self.assertEqual(self.done("delete", "missed", "--all"), "230 missed calls deleted\n")
+        self.assertEqual(self.list("missed")["total"], 0)
+        other = sqlite3.connect(os.path.join(self.data, "journal.db"), isolation_level=None)
+        self.addCleanup(other.close)
+        other.execute("BEGIN IMMEDIATE")
+        ended = self.run_program("delete", "missed", "--all", "--data", self.data)
+        self.assertEqual(ended, (1, "0 missed calls deleted\n", "calljournal: 30 missed calls could not be deleted and remain in "
+                         "the database; see the log of calljournal\n"))
+        other.execute("ROLLBACK")
+        self.assertEqual(self.done("delete", "missed", "--all"), "30 missed calls deleted\n")
+        self.assertEqual(other.execute("SELECT count(*) FROM call_item").fetchone(), (210,))
 
     def test_csv_holds_what_json_holds_and_no_formula(self):
         self.calls()

@@ -2,9 +2,10 @@
 
 import socket
 import threading
+import time
 
 from harness import IMPATIENT, ProgramTest
-from third_party_switch import ThirdPartySwitch, cleared, delivered, established
+from third_party_switch import ThirdPartySwitch, cleared, delivered, established, log_entry
 
 
 class SwitchComesAndGoesTest(ProgramTest):
@@ -42,3 +43,20 @@ class SwitchComesAndGoesTest(ProgramTest):
         self.assertEqual(self.change(watcher, "missedCallsUpdate", 0)["number"], "4712")
         self.assertEqual([len(item["occurrences"]) for item in self.list("received")["items"]], [1])
         self.assertEqual(self.list("missed")["total"], 1)
+
+    def test_the_end_waits_neither_for_responses_nor_for_the_events_of_the_switch(self):
+        switch = ThirdPartySwitch(self)
+        server = self.serve(switch.address, "--set", "system-identifier=2", "--set", "software-type=Norlith SIP")
+        server.logs("every call is listed twice")
+        switch.accept_monitor()
+        switch.peer.sendall(b"".join(log_entry(0, number) for number in range(5)))
+        server.logs("received call from 4")
+        clients = [self.start("delete", "received", item["entryId"], "--data", self.data)
+                   for item in self.list("received")["items"]]
+        server.logs("sendCSTAEscapeRequest")
+        switch.peer.sendall(b"".join(log_entry(1, number) for number in range(10000)))
+        begin = time.monotonic()
+        self.assertEqual(server.stop(), 0)
+        self.assertLess(time.monotonic() - begin, 5)
+        for client in clients:
+            self.assertLess(client.ends(), 2)

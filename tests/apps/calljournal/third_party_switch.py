@@ -38,6 +38,14 @@ def cleared(call):
                  "normalClearing")
 
 
+def log_entry(log, number):
+    """An entry that the switch has added to its call log."""
+    return frame(9999, '<PrivateEvent xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID><privateData><private><callLogEntry>'
+                 "<action>add</action><logTarget>%d</logTarget><subscriberNumber>%d</subscriberNumber>"
+                 "<entryTime>2026-11-21T05:22:05Z</entryTime></callLogEntry></private></privateData></PrivateEvent>"
+                 % (NAME_SPACE, log, number))
+
+
 class ThirdPartySwitch:
     def __init__(self, test):
         """The switch of this test, which closes it."""
