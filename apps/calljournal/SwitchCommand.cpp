@@ -33,6 +33,8 @@ public:
             }));
         app.add_flag("--call-log", m_callLog,
                      "store a call log as a switch does, and report it to the phones");
+        app.add_flag("--echo-deletions", m_echoDeletions,
+                     "report a deletion in the call log to the phone that requested it, too");
         addResponseModeOption(app, m_responseModes);
         app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
     }
@@ -48,7 +50,10 @@ public:
                                             ? host::parseScenario(host::demoScenarioText(), "demo")
                                             : host::loadScenario(m_scenario);
         const host::Endpoint listen = host::parseEndpoint(m_listen).value();
-        host::SwitchSimulator simulator({.address = listen.host, .port = listen.port, .callLog = m_callLog});
+        host::SwitchSimulator simulator({.address = listen.host,
+                                         .port = listen.port,
+                                         .callLog = m_callLog,
+                                         .echoDeletions = m_echoDeletions});
         listenWith(simulator, listen);
         for (const auto& [request, mode] : readResponseMode(m_responseModes)) {
             simulator.setResponseMode(request, mode);
@@ -82,6 +87,7 @@ private:
     bool m_logMessages = false;
     bool m_loop = false;
     bool m_callLog = false;
+    bool m_echoDeletions = false;
     double m_rate = 0;
 };
 

@@ -84,7 +84,7 @@ void CstaLink::request(CSTARequest& request) {
         });
     } else if (const CallLogEntryRequest* entry = callLogEntryOf(request)) {
         outcome = link.perform([&link, logRequest = *entry](const CompleteRequest& complete) {
-            link.escape(logRequest, complete);
+            link.callLog().request(logRequest, complete);
         });
     } else {
         CSTA_LINK_LOG(3, "%s", "the link does not support this kind of request");

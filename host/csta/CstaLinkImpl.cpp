@@ -26,6 +26,7 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
           m_io, m_config.session == "application-session", m_messages,
           [this](const std::string& xml, PendingRequests::Handler handler) { send(xml, std::move(handler)); },
           {[this] { ready(); }, [this](const std::string& reason) { m_connection.abandon(reason); }}),
+      m_callLog(m_io, *this, m_messages, m_config.requestTimeout),
       m_receivers(EventDelivery(post)),
       m_monitors(m_config, m_io, *this, post, [this] { updateStatus(); }),
       m_discovery(m_config, m_io, *this, m_messages,
@@ -110,21 +111,6 @@ void CstaLinkImpl::registerForStatus(std::shared_ptr<EventSink> sink, const Comp
                  : RequestOutcome::ok<CSTASystemStatusResponse>());
 }
 
-/// Without a connection the request fails at once, as the library expects of a switch that is not connected.
-/// It is not queued.
-void CstaLinkImpl::escape(const CallLogEntryRequest& request, const CompleteRequest& complete) {
-    if (!m_association.isReady()) {
-        complete({RequestOutcome::kConnectionLost, nullptr});
-        return;
-    }
-    send(m_messages.escape(request), [complete](const SwitchResponse& response) {
-        if (response.kind == SwitchResponse::Kind::eRefused) {
-            CSTA_LINK_LOG(3, "the switch refuses a request about its call log: %s", response.value.c_str());
-        }
-        complete(RequestOutcome::of<CSTAEscapeResponse>(response));
-    });
-}
-
 void CstaLinkImpl::send(const std::string& xml, PendingRequests::Handler handler) {
     if (!m_connection.isConnected()) {
         handler({});
@@ -193,7 +179,11 @@ void CstaLinkImpl::received(const Frame& frame) {
         return;
     }
     switch (document->kind()) {
-        case MessageKind::eEvent: m_monitors.onEvent(std::move(*document)); break;
+        case MessageKind::eEvent:
+            if (!m_callLog.isEcho(*document)) {
+                m_monitors.onEvent(std::move(*document));
+            }
+            break;
         case MessageKind::eResponse:
         case MessageKind::eError:
             if (!m_pending.complete(frame.invokeId, *document)) {

@@ -13,6 +13,7 @@
 #include <asio/io_context.hpp>
 
 #include "host/csta/Association.h"
+#include "host/csta/CallLogRequester.h"
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/DeviceDiscovery.h"
 #include "host/csta/EventDelivery.h"
@@ -49,8 +50,8 @@ public:
 
     // Call from the reader thread, inside `perform`.
     [[nodiscard]] LinkMonitors& monitors() noexcept { return m_monitors; }
+    [[nodiscard]] CallLogRequester& callLog() noexcept { return m_callLog; }
     void registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete);
-    void escape(const CallLogEntryRequest& request, const CompleteRequest& complete);
 
 private:
     // RequestChannel
@@ -79,6 +80,7 @@ private:
     PendingRequests m_pending;
     SwitchConnection m_connection;
     Association m_association;
+    CallLogRequester m_callLog;
     SystemStatusReceivers m_receivers;
     LinkMonitors m_monitors;
     DeviceDiscovery m_discovery;

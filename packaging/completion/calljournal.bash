@@ -7,7 +7,7 @@ _calljournal_options() {
     case "$1${2:+ $2}" in
         '') echo --help --version ;;
         serve) echo --config --listen --switch --set --data --help ;;
-        switch) echo --listen --scenario --loop --rate --call-log --answer --log-messages --data --help ;;
+        switch) echo --listen --scenario --loop --rate --call-log --echo-deletions --answer --log-messages --data --help ;;
         demo) echo --config --listen --set --data --help ;;
         list) echo --limit --search --ids --json --csv --data --help ;;
         show | watch | settings) echo --json --data --help ;;

@@ -5,7 +5,8 @@ class CSTARequest;
 /// The connection to the switch. Registered as "CSTAServiceIfc".
 ///
 /// Threads: any thread may call, also the handler of an event. The call waits for the switch's response, at
-/// most five seconds.
+/// most five seconds. The journal files no call while it makes the requests about the call log of one change,
+/// one after the other: limit the wait for all of them, too, and send the rest without waiting.
 class CSTAServiceIfc {
 public:
     CSTAServiceIfc() = default;

@@ -16,6 +16,7 @@ using std::chrono::sys_seconds;
 
 // Above this number of stored times, those in the past are removed.
 constexpr std::size_t kManyTimes = 2000;
+constexpr const char* kTimeForm = "%Y-%m-%dT%H:%M:%SZ";
 
 sys_seconds now() {
     return std::chrono::time_point_cast<seconds>(std::chrono::system_clock::now());
@@ -26,12 +27,18 @@ std::string textOf(sys_seconds time) {
     std::tm fields{};
     gmtime_r(&counted, &fields);
     std::array<char, 32> text{};
-    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &fields);
+    std::strftime(text.data(), text.size(), kTimeForm, &fields);
     return text.data();
 }
 
 Entry::_PresentationValue presented(const std::string& text) {
     return text.empty() ? Entry::eNotPresented : Entry::ePresented;
+}
+
+sys_seconds timeOf(const std::string& text) {
+    std::tm fields{};
+    strptime(text.c_str(), kTimeForm, &fields);
+    return std::chrono::time_point_cast<seconds>(std::chrono::system_clock::from_time_t(timegm(&fields)));
 }
 
 bool isOfParty(const Entry& entry, const CallLog::Party& party) {
@@ -69,7 +76,8 @@ CallLog::Events CallLog::add(Entry::_LogTarget log, const Party& party) {
             parties.rbegin(), parties.rend(),
             [](const Entries& a, const Entries& b) { return a.front().entryTime < b.front().entryTime; });
         const auto oldest = std::prev(found.base());
-        std::transform(oldest->begin(), oldest->end(), std::back_inserter(events), deletionOf);
+        std::transform(oldest->begin(), oldest->end(), std::back_inserter(events),
+                       [this](const Entry& dropped) { return deletionOf(dropped); });
         parties.erase(oldest);
     }
     return events;
@@ -125,6 +133,10 @@ CallLog::Events CallLog::entries() const {
     return all;
 }
 
+bool CallLog::isOfWholeLog(const Entry& event) {
+    return event.action == Entry::eDeleteAll && event.logTarget != Entry::eMissedGroup;
+}
+
 std::string CallLog::nextTime(const std::string& number) {
     if (m_lastTimes.size() > kManyTimes) {
         std::erase_if(m_lastTimes, [present = now()](const auto& last) { return last.second < present; });
@@ -134,26 +146,48 @@ std::string CallLog::nextTime(const std::string& number) {
     return textOf(last->second);
 }
 
-/// A request is about a group's entry if no missed call of the number has its time: the phone assigns its own
-/// time to the entries of groups, and its request does not distinguish them.
 CallLog::Events CallLog::removeUpTo(const CallLogEntryRequest& request) {
-    const auto isOfNumber = [&request](const Entry& entry) {
-        return entry.subscriberNumber == request.subscriberNumber;
-    };
-    const auto holds = [this](Entry::_LogTarget log, auto matches) {
-        const Parties& parties = m_logs[log];
-        return std::any_of(parties.begin(), parties.end(), [&matches](const Entries& entries) {
-            return std::any_of(entries.begin(), entries.end(), matches);
-        });
-    };
-    const auto isExactly = [&](const Entry& entry) {
-        return isOfNumber(entry) && entry.entryTime == request.entryTime;
-    };
-    const bool ofGroup = request.logTarget == Entry::eMissed && !holds(Entry::eMissed, isExactly) &&
-                         holds(Entry::eMissedGroup, isOfNumber);
-    return removeIf(ofGroup ? Entry::eMissedGroup : request.logTarget, [&](const Entry& entry) {
-        return isOfNumber(entry) && entry.entryTime <= request.entryTime;
+    const std::optional<Entry> ofGroup = groupEntryOf(request);
+    const Party party{request.subscriberNumber, {}, ofGroup ? ofGroup->textF : std::string()};
+    const std::string limit = ofGroup ? std::max(ofGroup->entryTime, request.entryTime) : request.entryTime;
+    return removeIf(ofGroup ? Entry::eMissedGroup : request.logTarget,
+                    [&](const Entry& entry) { return isOfParty(entry, party) && entry.entryTime <= limit; });
+}
+
+/// Returns the group's entry that the request is about; `std::nullopt` if it is about another entry.
+///
+/// It is about a group's entry if no missed call of the number has its time: the phone assigns its own time
+/// to the entries of groups, and its request does not distinguish them. That time is the one at which the
+/// phone got the entry, so it is the newest entry that is not later; if all are later, the oldest one.
+std::optional<CallLog::Entry> CallLog::groupEntryOf(const CallLogEntryRequest& request) const {
+    const Events missed = entriesOf(Entry::eMissed, request.subscriberNumber);
+    const Events ofGroups = entriesOf(Entry::eMissedGroup, request.subscriberNumber);
+    const bool isMissed = std::any_of(missed.begin(), missed.end(), [&request](const Entry& entry) {
+        return entry.entryTime == request.entryTime;
     });
+    if (request.logTarget != Entry::eMissed || isMissed || ofGroups.empty()) {
+        return std::nullopt;
+    }
+    const auto later = std::find_if(ofGroups.begin(), ofGroups.end(), [&request](const Entry& entry) {
+        return entry.entryTime > request.entryTime;
+    });
+    return later == ofGroups.begin() ? *later : *std::prev(later);
+}
+
+CallLog::Events CallLog::entriesOf(Entry::_LogTarget log, const std::string& number) const {
+    Events found;
+    const auto parties = m_logs.find(log);
+    if (parties == m_logs.end()) {
+        return found;
+    }
+    for (const Entries& entries : parties->second) {
+        if (!entries.empty() && entries.front().subscriberNumber == number) {
+            found.insert(found.end(), entries.begin(), entries.end());
+        }
+    }
+    std::sort(found.begin(), found.end(),
+              [](const Entry& a, const Entry& b) { return a.entryTime < b.entryTime; });
+    return found;
 }
 
 CallLog::Events CallLog::removeGroup(const CallLogEntryRequest& request) {
@@ -167,11 +201,11 @@ CallLog::Events CallLog::removeIf(Entry::_LogTarget log, Predicate matches) {
     Parties& parties = m_logs[log];
     for (Entries& entries : parties) {
         Entries kept;
-        for (Entry& entry : entries) {
+        for (const Entry& entry : entries) {
             if (matches(entry)) {
                 events.push_back(deletionOf(entry));
             } else {
-                kept.push_back(std::move(entry));
+                kept.push_back(entry);
             }
         }
         entries.swap(kept);
@@ -180,13 +214,25 @@ CallLog::Events CallLog::removeIf(Entry::_LogTarget log, Predicate matches) {
     return events;
 }
 
-/// The phone assigns its own time to a group's entries. That time is not later than now.
-Entry CallLog::deletionOf(const Entry& entry) {
+/// The phone assigns its own time to a group's entries: not later than now, and before the next entry of the
+/// number, if there is one.
+Entry CallLog::deletionOf(const Entry& entry) const {
     Entry event;
-    event.action = entry.logTarget == Entry::eMissedGroup ? Entry::eDeleteAll : Entry::eDelete;
+    event.action = Entry::eDelete;
     event.logTarget = entry.logTarget;
     event.subscriberNumber = entry.subscriberNumber;
-    event.entryTime = entry.logTarget == Entry::eMissedGroup ? textOf(now()) : entry.entryTime;
+    event.entryTime = entry.entryTime;
+    if (entry.logTarget == Entry::eMissedGroup) {
+        event.action = Entry::eDeleteAll;
+        event.textE = entry.textE;
+        event.textF = entry.textF;
+        const Events ofNumber = entriesOf(Entry::eMissedGroup, entry.subscriberNumber);
+        const auto next = std::find_if(ofNumber.begin(), ofNumber.end(), [&entry](const Entry& other) {
+            return other.entryTime > entry.entryTime;
+        });
+        event.entryTime =
+            next == ofNumber.end() ? textOf(now()) : textOf(timeOf(next->entryTime) - seconds(1));
+    }
     return event;
 }
 

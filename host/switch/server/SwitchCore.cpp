@@ -174,7 +174,7 @@ void SwitchCore::respond(SwitchClient& client, int invokeId, const WireDocument&
         sendRequest(number, *outcome.followUp);
     }
     for (const auto& [device, events] : outcome.callLogChanges) {
-        notifyCallLog(device, events);
+        notifyCallLog(device, events, m_options.echoDeletions ? kNoClient : number);
     }
     if (outcome.monitorStarted) {
         for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
@@ -228,15 +228,18 @@ void SwitchCore::changeCallLog(const std::string& device, const ScenarioStep& st
     }));
 }
 
-void SwitchCore::notifyCallLog(const std::string& device, const CallLog::Events& events) {
+/// The client that requested the deletions of single entries, if any, is not notified of them.
+void SwitchCore::notifyCallLog(const std::string& device, const CallLog::Events& events, int requester) {
     const EventSchema& schema = eventSchema(WireEvent::ePrivate);
     for (const SwitchMonitor* monitor : m_monitors.ofDevice(device)) {
         if (monitor->filter.suppresses(schema.filterGroup, schema.filterMember)) {
             continue;
         }
         for (const CallLogEntryEvent& event : events) {
-            send(monitor->client, Frame::kEventInvokeId,
-                 writeCallLogEvent(m_responses.nameSpace(), event, monitor->id));
+            if (monitor->client != requester || CallLog::isOfWholeLog(event)) {
+                send(monitor->client, Frame::kEventInvokeId,
+                     writeCallLogEvent(m_responses.nameSpace(), event, monitor->id));
+            }
         }
     }
 }

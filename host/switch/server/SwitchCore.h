@@ -45,6 +45,8 @@ public:
 private:
     using ClientMap = std::map<int, std::shared_ptr<SwitchClient>>;
 
+    static constexpr int kNoClient = 0;
+
     void accept();
     [[nodiscard]] std::vector<LiveCall> liveCalls() const;
     void addClient(asio::ip::tcp::socket socket);
@@ -53,7 +55,7 @@ private:
     void removeClient(int number);
     void publish(const SimulatedEvent& event);
     void changeCallLog(const std::string& device, const ScenarioStep& step, const PlayOptions& options);
-    void notifyCallLog(const std::string& device, const CallLog::Events& events);
+    void notifyCallLog(const std::string& device, const CallLog::Events& events, int requester = kNoClient);
     void send(int client, int invokeId, const std::string& xml);
     /// Writes the message to the program's log and calls the message listener.
     void trace(const SwitchMessage& message) const;

@@ -34,6 +34,8 @@ struct SwitchOptions {
     /// Keeps a call log for every device: adds the finished calls of scenarios and notifies the device's
     /// monitors. The `log` statements of a scenario and the requests of clients change the logs in any case.
     bool callLog = false;
+    /// Notifies a client of the deletion of single entries that it requested itself, as some switches do.
+    bool echoDeletions = false;
     /// Called for each message, on the simulator's thread. May be empty.
     std::function<void(const SwitchMessage&)> messageListener{};
 };

@@ -44,4 +44,9 @@ bool JournalPolicy::handleCSTAEvent() const {
     return result;
 }
 
+bool JournalPolicy::acceptsEvents() const {
+    const auto values = m_settings.values();
+    return (!values->isSip() || values->m_callLogEnabled) && handleCSTAEvent();
+}
+
 }  // namespace journal

@@ -15,6 +15,9 @@ public:
 
     /// True when call-control events are to be journalled.
     [[nodiscard]] bool handleCSTAEvent() const;
+    /// True if the journal processes the switch's events about calls and its call log now: false while
+    /// another journal owns the call log, and on a SIP phone whose call log is switched off.
+    [[nodiscard]] bool acceptsEvents() const;
     [[nodiscard]] bool isUCServiceRunning() const;
     [[nodiscard]] bool isPallaxServiceRunning() const;
     [[nodiscard]] bool isWsiUcJournalAllowed() const;

@@ -44,9 +44,8 @@ void forEachDistinctNumber(const std::list<Info>& infos, Send send) {
 bool CallLogRequests::sendCSTAEscapeRequest(const CallLogEntryRequest* request) const {
     LOG_EVENTS(5, "%s():TargetLog: %d, SubscriberNumber: %s", "sendCSTAEscapeRequest",
                static_cast<int>(request->logTarget), request->subscriberNumber.c_str());
-    if (m_failed || !send(*request)) {
+    if (!send(*request)) {
         LOG_EVENTS(2, "sendCSTAEscapeRequest() : response code is error");
-        m_failed = m_batches > 0;
         return false;
     }
     LOG_EVENTS(5, "sendCSTAEscapeRequest() : response code is ok");

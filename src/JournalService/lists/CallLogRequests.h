@@ -18,37 +18,17 @@ class PhoneSettings;
 
 /// Reports the entries that the phone has deleted to a switch that keeps the call log itself.
 ///
-/// Each request waits for the response of the switch, so the caller holds no list lock. Any thread may call.
-/// A request that fails is logged and not repeated, and the deletion stands. The caller decides if a request
-/// is due, except for the dialled overflow, which has a rule of its own.
-///
-/// A connected switch that does not respond blocks each request until its timeout, and no call can be filed
-/// meanwhile. So the requests of one change are one `Batch`: once one has failed, the others fail without
-/// being sent.
+/// Each request waits for the response of the switch, so the caller holds no list lock. Any thread may
+/// call. A request that fails is logged and not repeated, and the deletion stands; the next one is sent all
+/// the same. How long a request waits for a switch that does not respond is up to the CSTA service. The
+/// caller decides if a request is due, except for the dialled overflow, which has a rule of its own.
 class CallLogRequests {
 public:
-    /// The requests sent while it lives are one batch; a batch inside another one is part of that one.
-    /// Requires: the caller holds the change lock of the lists (`ListTransaction` does).
-    class Batch {
-    public:
-        explicit Batch(const CallLogRequests& requests) : m_requests(requests) { ++m_requests.m_batches; }
-        Batch(const Batch&) = delete;
-        Batch& operator=(const Batch&) = delete;
-        ~Batch() {
-            --m_requests.m_batches;
-            m_requests.m_failed = m_requests.m_failed && m_requests.m_batches > 0;
-        }
-
-    private:
-        const CallLogRequests& m_requests;
-    };
-
     /// Everything is borrowed and outlives this object. `source` is the source of the requests.
     CallLogRequests(const PlatformServices& platform, const PhoneSettings& settings, Service* source)
         : m_platform(platform), m_settings(settings), m_source(source) {}
 
-    /// Sends one request. False without a switch, when it does not respond, or when a request of this batch
-    /// failed before.
+    /// Sends one request. False without a switch, and when it does not respond.
     bool sendCSTAEscapeRequest(const CallLogEntryRequest* request) const;
 
     bool sendDeleteAllCallLogEntryRequest(CallLogEntryEvent::_LogTarget target) const;
@@ -74,11 +54,6 @@ private:
     const PlatformServices& m_platform;
     const PhoneSettings& m_settings;
     Service* const m_source;
-
-    // Guarded by the change lock of the lists: the number of open batches; true if a request of theirs has
-    // failed.
-    mutable int m_batches = 0;
-    mutable bool m_failed = false;
 };
 
 }  // namespace journal

@@ -29,22 +29,19 @@ namespace journal {
 ///     caller finds and changes what it is about.
 ///  4. `write`, `remove` and the other operations on open items carry the change to the database at once,
 ///     since a written item takes the unique id of its row.
-///  5. `requests` releases the list and gives the requests to a switch that keeps the call log. Those of one
-///     transaction are one batch: a switch that does not respond is waited for once. A deletion is reported
-///     before the list is opened, every other change after it.
+///  5. `requests` releases the list and gives the requests to a switch that keeps the call log. A deletion is
+///     reported before the list is opened, every other change after it.
 ///  6. `commit` releases the list and notifies the observers.
 ///
 /// A transaction that is left without `commit` releases its locks and notifies no observer; what was written
-/// stays written. A transaction inside another one of the same thread is part of its batch and makes its own
-/// notifications.
+/// stays written. A transaction inside another one of the same thread makes its own notifications.
 ///
 /// Lives on the stack of one thread. Lock order: call map, change lock, notifier, one list. Do not construct
 /// one inside an observer callback or while a list is locked for reading.
 class ListTransaction {
 public:
     /// `lists` is borrowed for the transaction's life.
-    explicit ListTransaction(JournalLists& lists)
-        : m_lists(lists), m_change(lists.m_changeLock), m_batch(lists.m_requests) {}
+    explicit ListTransaction(JournalLists& lists) : m_lists(lists), m_change(lists.m_changeLock) {}
     ListTransaction(const ListTransaction&) = delete;
     ListTransaction& operator=(const ListTransaction&) = delete;
     ~ListTransaction() = default;
@@ -158,7 +155,6 @@ private:
 
     JournalLists& m_lists;
     const CriticalSection<NestableSemaphore> m_change;
-    const CallLogRequests::Batch m_batch;
     /// Holds the lock of the open list.
     std::unique_ptr<Semaphore, Signal> m_openList;
 };

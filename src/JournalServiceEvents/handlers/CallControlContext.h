@@ -32,12 +32,7 @@ struct CallControlContext {
     const PhoneSettings& settings;
     const JournalPolicy& policy;
 
-    /// True if the journal processes call events now: false while another journal owns the call log, and on a
-    /// SIP phone whose call log is switched off.
-    [[nodiscard]] bool acceptsEvents() const {
-        const auto values = settings.values();
-        return (!values->isSip() || values->m_callLogEnabled) && policy.handleCSTAEvent();
-    }
+    [[nodiscard]] bool acceptsEvents() const { return policy.acceptsEvents(); }
 
     /// Returns the record of the event's call, or null. Requires: the call-map lock is held.
     [[nodiscard]] Call* find(const CSTACallControlEvent& event) const {

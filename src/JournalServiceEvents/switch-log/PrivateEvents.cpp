@@ -27,12 +27,10 @@ bool needsNoReadiness(CallLogEntryEvent::_LogTarget target) {
 void PrivateEvents::handleCSTAPrivateEvent(CSTAPrivateEvent* event) {
     LOG_EVENTS(6, "handleCSTAPrivateEvent[%s]", event->toString().c_str());
     const CallLogEntryEvent* const entry = event->getCallLogEntry();
-    const auto settings = m_settings.values();
-    const bool switchedOff = settings->isSip() && !settings->m_callLogEnabled;
-    if (switchedOff || !m_policy.handleCSTAEvent() || entry == nullptr) {
+    if (entry == nullptr || !m_policy.acceptsEvents()) {
         return;
     }
-    if (settings->m_useCSTACallControlEvents) {
+    if (m_settings.values()->m_useCSTACallControlEvents) {
         m_events.handleCallLogEntryEvent(entry);
         return;
     }

@@ -23,6 +23,8 @@ class PhoneSettings;
 /// An offered call clears the readiness. On a Qorvex phone the end of a call sets it and applies the queue in
 /// order; on another phone the queue stays, up to its limit.
 ///
+/// Entries are ignored while the journal accepts no events (`JournalPolicy::acceptsEvents`).
+///
 /// Call from the strand only.
 class PrivateEvents {
 public:

@@ -14,8 +14,8 @@
 #include "host/data/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
-#include "host/lists/ListOperations.h"
 #include "host/line/Line.h"
+#include "host/lists/ListOperations.h"
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
 #include "journal-items/Occurrences.h"
@@ -73,8 +73,11 @@ constexpr std::array<List, 3> kLists{listOf<MissedCallItem>(CallLogEntryEvent::e
 /// The journal on a line of its own, over the real link at a simulated switch: a Qorvex phone, number 2001.
 class CallLogFixture {
 public:
-    CallLogFixture(const std::string& systemIdentifier, bool switchFilesCalls)
-        : m_switch({.port = 0, .callLog = switchFilesCalls, .messageListener = m_trace.listener()}) {
+    CallLogFixture(const std::string& systemIdentifier, bool switchFilesCalls, bool switchEchoes = false)
+        : m_switch({.port = 0,
+                    .callLog = switchFilesCalls,
+                    .echoDeletions = switchEchoes,
+                    .messageListener = m_trace.listener()}) {
         m_switch.start();
         host::LineSettings settings;
         settings.link.port = m_switch.port();
@@ -137,6 +140,23 @@ public:
             }
         }
         return calls;
+    }
+    /// The lines of the missed entries, empty for those without one.
+    [[nodiscard]] std::multiset<std::string> missedLines() {
+        std::multiset<std::string> lines;
+        for (const MissedCallItem& item : host::readList<MissedCallItem>(*m_journal)) {
+            lines.insert(item.getMissedCallInfoList().front().getLineKey());
+        }
+        return lines;
+    }
+    /// Deletes the missed entry of that number and line.
+    void deleteMissed(const std::string& number, const std::string& line) {
+        for (const MissedCallItem& item : host::readList<MissedCallItem>(*m_journal)) {
+            const auto& newest = item.getMissedCallInfoList().front();
+            if (newest.getNumber() == number && newest.getLineKey() == line) {
+                EXPECT_TRUE(m_journal->deleteMissedCall(item.getEntryId(), false));
+            }
+        }
     }
     [[nodiscard]] std::multiset<std::string> logsAtSwitch() {
         std::multiset<std::string> calls;
@@ -264,8 +284,9 @@ private:
 };
 
 TEST(CallLogSync, KeepsBothSidesEqualAndAsksForNothingButWhatTheUserDeletes) {
-    for (const bool oneByOne : {true, false}) {
-        CallLogFixture phone("2", true);
+    for (const auto& [oneByOne, echoes] :
+         {std::pair(true, false), {true, true}, {false, false}, {false, true}}) {
+        CallLogFixture phone("2", true, echoes);
         BothSides sides(phone);
         if (!oneByOne) {
             std::string burst;
@@ -283,6 +304,27 @@ TEST(CallLogSync, KeepsBothSidesEqualAndAsksForNothingButWhatTheUserDeletes) {
             EXPECT_GT(sides.expectedRequests().size(), 40U);
             EXPECT_EQ(phone.requests(), sides.expectedRequests());
         }
+    }
+}
+
+// Two groups and a direct call of one caller are three entries. The call of 5000 ends the wait of the
+// groups'.
+TEST(CallLogSync, DeletesOneEntryAndNoOtherOfTheSameNumber) {
+    for (const bool echoes : {false, true}) {
+        CallLogFixture phone("2", true, echoes);
+        phone.play(
+            "log add group 4711 \"Ann\" of \"Sales\"; log add group 4711 \"Ann\" of \"Help\";"
+            "log add missed 4711 \"Ann\"; call c from 5000; ring c; giveup c");
+        ASSERT_TRUE(phone.hearsOf("5000") && phone.settles());
+        EXPECT_EQ(phone.missedLines(), (std::multiset<std::string>{"", "", "Help", "Sales"}));
+        for (const auto& [line, left] :
+             {std::pair("", Texts{"", "Help", "Sales"}), {"Sales", {"", "Help"}}}) {
+            phone.deleteMissed("4711", line);
+            ASSERT_TRUE(phone.settles());
+            EXPECT_EQ(phone.missedLines(), std::multiset<std::string>(left.begin(), left.end())) << echoes;
+        }
+        EXPECT_EQ(phone.logsAtSwitch().size(), phone.listsAtPhone().size());
+        EXPECT_EQ(phone.requests().size(), 2U);
     }
 }
 

@@ -70,6 +70,26 @@ TEST_F(CstaLinkAtSwitch, ReportsTheStatusAndRestartsMonitorsAfterEachStopAndRefu
                     "Status partiallyDisabled", "Status normal", "Status normal", "Delivered from 4711"));
 }
 
+TEST_F(CstaLinkAtSwitch, SendsEveryRequestAboutTheCallLogAndWaitsOnceForASwitchThatDoesNotRespond) {
+    host::CstaLinkConfig config = configFor(simulator.port());
+    config.requestTimeout = std::chrono::seconds(1);
+    startConnected(config);
+    EXPECT_EQ(requestDeletion("4710"), "ok");
+    simulator.setResponseMode("Escape", ResponseMode::eNoResponse);
+    const auto start = std::chrono::steady_clock::now();
+    for (int number = 4711; number < 4741; ++number) {
+        EXPECT_EQ(requestDeletion(std::to_string(number)), "no response");
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    EXPECT_TRUE(switchGets("Escape", 31));
+    simulator.setResponseMode("Escape", ResponseMode::eRefusal);
+    std::string response;
+    while (response != "refused generic" && std::chrono::steady_clock::now() - start < linktest::kPatience) {
+        response = requestDeletion("4741");
+    }
+    EXPECT_EQ(response, "refused generic");
+}
+
 TEST_F(CstaLinkAtSwitch, FailsAWaitingRequestWhenItStops) {
     startConnected(configFor(simulator.port()));
     simulator.setResponseMode("MonitorStart", ResponseMode::eNoResponse);

@@ -21,6 +21,7 @@
 #include "platform/csta/CSTARequests.h"
 #include "platform/csta/CSTAResponses.h"
 #include "platform/csta/CSTASystemEvents.h"
+#include "platform/csta/CallLogEntryRequest.h"
 #include "platform/framework/Service.h"
 #include "tests/support/WirePeer.h"
 
@@ -150,6 +151,16 @@ protected:
         request.setDeviceObject(device);
         request.setRequestedFilterList(filter);
         return send<CSTAChangeMonitorFilterResponse>(request, phone);
+    }
+    /// Requests the deletion of a missed call of that number.
+    [[nodiscard]] std::string requestDeletion(const std::string& number) {
+        CallLogEntryRequest entry;
+        entry.action = CallLogEntryRequest::eDeleteOne;
+        entry.logTarget = CallLogEntryEvent::eMissed;
+        entry.subscriberNumber = number;
+        CSTAEscapeRequest request;
+        request.setCallLogEntry(&entry);
+        return send<CSTAEscapeResponse>(request, phone);
     }
     [[nodiscard]] std::string registerForStatus(Phone& service) {
         CSTASystemStatusRequest request;

@@ -1,11 +1,17 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include "host/csta-wire/InvokeIds.h"
+#include "host/csta/CallLogEchoes.h"
+#include "host/csta/CallLogRequester.h"
 #include "host/csta/EventsBeforeMonitorStart.h"
 #include "host/csta/OtherDeviceEvents.h"
+#include "tests/support/Table.h"
 
 namespace {
 
@@ -17,6 +23,40 @@ using std::chrono::milliseconds;
 WireDocument parsed(const std::string& xml) {
     std::string fault;
     return WireDocument::parse(xml, fault).value();
+}
+
+struct TimedEvent {
+    CallLogEntryEvent event;
+    std::chrono::seconds after;
+};
+
+std::string wordOf(const std::vector<std::string>& words, std::size_t index) {
+    return words.size() > index && words[index] != "-" ? words[index] : "";
+}
+
+/// "ACTION LOG NUMBER TIME GROUP SECONDS"; "-" and missing words are empty.
+TimedEvent logEventOf(const std::string& text) {
+    const auto words = journaltest::split(text, ' ');
+    TimedEvent result{{}, std::chrono::seconds(words.size() > 5 ? std::stoi(words[5]) : 0)};
+    result.event.action = words[0] == "add"      ? CallLogEntryEvent::eAdd
+                          : words[0] == "delete" ? CallLogEntryEvent::eDelete
+                                                 : CallLogEntryEvent::eDeleteAll;
+    result.event.logTarget = static_cast<CallLogEntryEvent::_LogTarget>(std::stoi(words[1]));
+    result.event.subscriberNumber = wordOf(words, 2);
+    result.event.entryTime = wordOf(words, 3);
+    result.event.textF = wordOf(words, 4);
+    return result;
+}
+
+CallLogEntryRequest logRequestOf(const std::string& text) {
+    const CallLogEntryEvent event = logEventOf(text).event;
+    CallLogEntryRequest request;
+    request.action = event.action;
+    request.logTarget = event.logTarget;
+    request.subscriberNumber = event.subscriberNumber;
+    request.entryTime = event.entryTime;
+    request.further.back().text = event.textF;
+    return request;
 }
 
 TEST(InvokeIds, WrapAroundAndSkipWaitingOnes) {
@@ -71,6 +111,68 @@ TEST(OtherDeviceEvents, GiveOneCallOfTheBluetoothTelephoneThePlatformsId) {
     EXPECT_EQ(idIn(CSTADeliveredEvent(), "11"), device);
     events->forgetCalls();
     EXPECT_EQ(idIn(CSTADeliveredEvent(), "12"), device);
+}
+
+// The phone requests a deletion (log, number, time, group), after the switch has added a missed call of
+// 4711 at time 2 and one of 4712 at time 5. The events: action, log, number, time, group, seconds since the
+// request.
+TEST(CallLogEchoes, AreTheDeletionsThatThePhoneRequested) {
+    using Clock = host::CallLogEchoes::Clock;
+    for (const auto& row : journaltest::table(3, R"(
+delete 1 4711 2       | delete 1 4711 2, delete 2 4711 1, delete 1 4711 2 - 9   | echo
+delete 1 4711 2       | delete 1 4711 3, delete 1 4712 2, delete 0 4711 2       | no
+delete 1 4711 2       | delete 1 4711 2 - 11, delete 1 4711 12, deleteAll 1     | no
+delete 1 4711 2       | deleteAll 7 4711 2, delete 7 4711 2, add 1 4711 2       | no
+delete 1 4711 3       | deleteAll 7 4711 9 Help, delete 7 4711 9                | echo
+delete 4 4711 2       | delete 4 4711 2, delete 5 4711 2, delete 6 4711 1       | echo
+delete 4 4711 2       | delete 1 4711 2, deleteAll 7 4711 2, deleteAll 4        | no
+deleteAll 3 4711 - Help | deleteAll 7 4711 9 Help, deleteAll 7 4711 9           | echo
+deleteAll 3 4711 - Help | deleteAll 7 4711 9 Sales, deleteAll 7 4712 9 Help     | no
+deleteAll 1           | deleteAll 1, delete 1 4711 2                            | no
+)")) {
+        for (const std::string& text : journaltest::split(row[1], ',')) {
+            SCOPED_TRACE(row[0] + ", then " + text);
+            const Clock::time_point start;
+            host::CallLogEchoes echoes;
+            for (const char* const added : {"add 1 4711 2", "add 2 4712 5"}) {
+                EXPECT_FALSE(echoes.isEcho(logEventOf(added).event, start));
+            }
+            echoes.requested(logRequestOf(row[0]), start);
+            const TimedEvent event = logEventOf(text);
+            EXPECT_EQ(echoes.isEcho(event.event, start + event.after), row[2] == "echo");
+        }
+    }
+}
+
+TEST(CallLogPatience, WaitsOnceForASwitchThatDoesNotRespond) {
+    using Clock = host::CallLogPatience::Clock;
+    host::CallLogPatience patience{milliseconds(1000)};
+    Clock::time_point now(milliseconds(5000));
+    std::vector<long> waits;
+    const auto request = [&](milliseconds responseAfter) {
+        const Clock::duration limit = patience.next(now);
+        const Clock::duration waited = std::min<Clock::duration>(limit, responseAfter);
+        waits.push_back(std::chrono::duration_cast<milliseconds>(waited).count());
+        patience.ended(now, now + waited, waited == responseAfter);
+        now += waited;
+    };
+    constexpr milliseconds kNever = std::chrono::hours(1);
+    for (const milliseconds response :
+         {milliseconds(10), kNever, milliseconds(10), kNever, kNever, kNever, kNever}) {
+        request(response);
+    }
+    EXPECT_THAT(waits, testing::ElementsAre(10, 1000, 10, 50, 50, 50, 30));
+    request(kNever);
+    EXPECT_EQ(waits.back(), 0);
+    patience.respondedLate(now - milliseconds(51), now);
+    request(milliseconds(10));
+    EXPECT_EQ(waits.back(), 0);
+    patience.respondedLate(now - milliseconds(10), now);
+    request(milliseconds(10));
+    EXPECT_EQ(waits.back(), 10);
+    now += milliseconds(1001);
+    request(kNever);
+    EXPECT_EQ(waits.back(), 1000);
 }
 
 }  // namespace

@@ -161,6 +161,40 @@ TEST(CallLog, DeletesTheEntriesOfTheNamedGroupOnly) {
     EXPECT_FALSE(log.apply(request));
 }
 
+// The phone identifies an entry by its number and time. It assigns its own time to those of groups.
+TEST(CallLog, DeletesTheEntryThatTheRequestMeans) {
+    CallLog log;
+    std::vector<std::string> times;
+    for (const char* const group : {"", "Sales", "Help", "Sales"}) {
+        times.push_back(log.add(group[0] == 0 ? Entry::eMissed : Entry::eMissedGroup, {"2", group, group})
+                            .at(0)
+                            .entryTime);
+    }
+    static_cast<void>(log.add(Entry::eMissed, {"3", "", ""}));
+    CallLogEntryRequest request;
+    request.action = CallLogEntryRequest::eDeleteOne;
+    request.logTarget = Entry::eMissed;
+    request.subscriberNumber = "2";
+    // The time of the request, the entries that stay, and the times of the events for other phones.
+    const struct {
+        std::string time;
+        const char* left;
+        std::vector<std::string> events;
+    } rows[] = {{times[2], "1 3, 1 2, 7 2Sales, 7 2Sales", {times[2]}},
+                {times[0], "1 3, 7 2Sales, 7 2Sales", {times[0]}},
+                {times[3], "1 3", {"", times[3]}}};
+    for (const auto& row : rows) {
+        request.entryTime = row.time;
+        const CallLog::Events events = log.apply(request).value();
+        EXPECT_EQ(names(log.entries()), row.left);
+        ASSERT_EQ(events.size(), row.events.size());
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            EXPECT_FALSE(CallLog::isOfWholeLog(events[i]));
+            EXPECT_TRUE(row.events[i].empty() || events[i].entryTime <= row.events[i]) << events[i].entryTime;
+        }
+    }
+}
+
 TEST(CallLog, ReportsTheEntriesOfADroppedParty) {
     CallLog log;
     for (std::size_t i = 0; i < CallLog::kMaxParties; ++i) {
