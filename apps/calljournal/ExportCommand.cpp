@@ -21,6 +21,7 @@ public:
         host::RemoteClient client(common.dataDirectory());
         const ListResponse response = fetchList(client, listNamed(m_list).value());
         std::cout << (m_format == "csv" ? response.csv : response.json + "\n") << std::flush;
+        reportUnloaded(client, listNamed(m_list).value());
         return std::cout.good() ? eDone : eFailed;
     }
 

@@ -41,6 +41,7 @@ public:
                           << common.commandForUser("settings call-log-enabled true") << "` switches it on\n";
             }
         }
+        reportUnloaded(client, listNamed(m_list).value());
         return std::cout.good() ? eDone : eFailed;
     }
 

@@ -1,6 +1,7 @@
 #include "apps/calljournal/ListResponse.h"
 
 #include <deque>
+#include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "host/presentation/ItemCsv.h"
@@ -12,6 +13,7 @@
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/ClientResponse.h"
+#include "platform/journal-library/ListMessage.h"
 #include "platform/journal-library/ListXml.h"
 
 namespace calljournal {
@@ -110,6 +112,18 @@ ListResponse fetchList(host::RemoteClient& client, ListName list, const ListFilt
         throw host::RemoteError("calljournal could not return the list; see its log");
     }
     return std::move(*response);
+}
+
+void reportUnloaded(host::RemoteClient& client, ListName list) {
+    journalxml::ListRequest request;
+    request.list = list;
+    request.countsUnloaded = true;
+    const auto count = journalxml::parseUnloadedCount(client.call(journalxml::buildListRequest(request)));
+    if (count.value_or(0) != 0) {
+        std::cerr << "calljournal: " << host::countText(list, *count)
+                  << " more in the database, too old to be shown until newer entries are deleted"
+                  << std::endl;
+    }
 }
 
 }  // namespace calljournal

@@ -45,4 +45,8 @@ struct ListResponse {
 [[nodiscard]] ListResponse fetchList(host::RemoteClient& client, ListName list,
                                      const ListFilter& filter = {});
 
+/// Prints on the standard error output that older entries of the list are stored and not loaded, if there are
+/// any: a list that is printed does not contain them. Throws `RemoteError` if the server does not respond.
+void reportUnloaded(host::RemoteClient& client, ListName list);
+
 }  // namespace calljournal

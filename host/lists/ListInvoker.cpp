@@ -45,6 +45,15 @@ Ids takeKnown(JournalServiceIfc& journal, Ids& entryIds, std::vector<std::string
     return rows;
 }
 
+/// Returns the number of the rows that no entry of the list has.
+template <typename Item>
+std::size_t countUnloaded(JournalServiceIfc& journal, Ids rows) {
+    for (const Item& item : readList<Item>(journal)) {
+        rows.erase(idOfRow(item));
+    }
+    return rows.size();
+}
+
 }  // namespace
 
 std::string ListInvoker::responseTo(std::string_view message, Executable* target) const {
@@ -55,6 +64,10 @@ std::string ListInvoker::responseTo(std::string_view message, Executable* target
         logAppUni("Lists", __FILE_NAME__, 3, __LINE__, "a request for a list cannot be carried out: %s",
                   request ? "the database fails" : "it cannot be read");
         return JournalServiceHelper::FAILURE;
+    }
+    if (request->countsUnloaded) {
+        return journalxml::buildUnloadedCount(
+            withItemOf(request->list, [&]<typename Item>() { return countUnloaded<Item>(*journal, *rows); }));
     }
     journalxml::ListDeleted result;
     withItemOf(request->list, [&]<typename Item>() {

@@ -17,6 +17,11 @@ bool setsValue(std::string_view message) {
     return request && request->value;
 }
 
+bool deletesEntries(std::string_view message) {
+    const auto request = journalxml::parseListRequest(message);
+    return request && !request->countsUnloaded;
+}
+
 bool isChangingMethod(std::string_view message) {
     using journalxml::MethodId;
     const auto method = journalxml::methodOf(JournalServiceHelper::getMethodFromXMLMsg(std::string(message)));
@@ -41,7 +46,7 @@ void InvokerRouter::handleMessage(Executable* target, const char* message, int l
         mayChange = isChangingMethod(text);
     } else {
         found->second.invoker.handleMessage(&found->second.target, message, length, response);
-        mayChange = found->first == journalxml::kListRequest ||
+        mayChange = (found->first == journalxml::kListRequest && deletesEntries(text)) ||
                     (found->first == journalxml::kManagementRequest && setsValue(text));
     }
     if (mayChange && m_changeListener) {

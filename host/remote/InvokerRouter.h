@@ -21,7 +21,7 @@ public:
     void add(const std::string& rootName, Invoker& invoker, Executable& target);
 
     /// The router calls `listener` after every request that may have changed the journal's lists without
-    /// notifying its observers: a request to the journal that does not only read, a list request, or one that
+    /// notifying its observers: a request to the journal that does not only read, a deletion, or one that
     /// changes a setting. It calls on the thread that handles the request.
     void setChangeListener(std::function<void()> listener) { m_changeListener = std::move(listener); }
 

@@ -17,11 +17,13 @@ constexpr const char* kResponseName = "ListResponse";
 
 constexpr const char* kOperation = "Operation";
 constexpr const char* kDelete = "delete";
+constexpr const char* kCountUnloaded = "countUnloaded";
 constexpr const char* kList = "List";
 constexpr const char* kAllEntries = "AllEntries";
 constexpr const char* kDeleted = "Deleted";
 constexpr const char* kRemaining = "Remaining";
 constexpr const char* kUnknown = "Unknown";
+constexpr const char* kUnloaded = "Unloaded";
 
 void append(std::string& text, const char* name, const std::vector<std::string>& values) {
     for (const std::string& value : values) {
@@ -48,10 +50,10 @@ std::optional<std::size_t> countIn(const pugi::xml_node& parent, const char* nam
 
 std::string buildListRequest(const ListRequest& request) {
     std::string body;
-    appendField(body, kOperation, kDelete);
+    appendField(body, kOperation, request.countsUnloaded ? kCountUnloaded : kDelete);
     appendField(body, kList, std::string(wordOf(request.list)));
     append(body, kEntryId, request.entryIds);
-    if (request.entryIds.empty()) {
+    if (request.entryIds.empty() && !request.countsUnloaded) {
         appendField(body, kAllEntries, "true");
     }
     return inRootElement(kRequest, body);
@@ -59,18 +61,20 @@ std::string buildListRequest(const ListRequest& request) {
 
 std::optional<ListRequest> parseListRequest(std::string_view text) {
     XmlMessage message;
-    if (!message.parse(text, kMaxMessageBytes) || !isNamed(message.root(), kListRequest) ||
-        textOfChild(message.root(), kOperation) != kDelete) {
+    if (!message.parse(text, kMaxMessageBytes) || !isNamed(message.root(), kListRequest)) {
         return std::nullopt;
     }
+    const std::string operation = textOfChild(message.root(), kOperation);
+    const bool counts = operation == kCountUnloaded;
     const std::optional<ListName> list = listNamed(textOfChild(message.root(), kList));
     std::vector<std::string> entryIds = textsIn(message.root(), kEntryId);
     bool all = false;
     static_cast<void>(readBool(textOfChild(message.root(), kAllEntries), all));
-    if (!list || all != entryIds.empty()) {
+    const bool namesEntries = all || !entryIds.empty();
+    if (!list || (!counts && operation != kDelete) || namesEntries == counts || (all && !entryIds.empty())) {
         return std::nullopt;
     }
-    return ListRequest{*list, std::move(entryIds)};
+    return ListRequest{*list, std::move(entryIds), counts};
 }
 
 std::string buildListDeleted(const ListDeleted& deleted) {
@@ -91,6 +95,18 @@ std::optional<ListDeleted> parseListDeleted(std::string_view text) {
     return deleted && remaining
                ? std::optional(ListDeleted{*deleted, *remaining, textsIn(message.root(), kUnknown)})
                : std::nullopt;
+}
+
+std::string buildUnloadedCount(std::size_t count) {
+    std::string body;
+    appendField(body, kUnloaded, std::to_string(count));
+    return inRootElement(kResponse, body);
+}
+
+std::optional<std::size_t> parseUnloadedCount(std::string_view text) {
+    XmlMessage message;
+    return message.parse(text) && isNamed(message.root(), kResponseName) ? countIn(message.root(), kUnloaded)
+                                                                         : std::nullopt;
 }
 
 }  // namespace journalxml
