@@ -101,7 +101,8 @@ bool isPickedUp(const PhoneCall& known, const PhoneCall& now) {
 }
 
 bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapshot& snapshot) {
-    if (now.role == PhoneRole::eRinging && (known.outgoing || known.established)) {
+    const bool ringsAgain = now.role == PhoneRole::eRinging && (known.outgoing || known.established);
+    if (ringsAgain || (now.role == PhoneRole::eCalling && !known.outgoing)) {
         return true;
     }
     const CSTADevice& farEnd = known.outgoing ? known.called : known.calling;
