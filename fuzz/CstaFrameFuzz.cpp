@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "host/csta-events/EventReader.h"
 #include "host/csta-wire/FrameReader.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/EventReader.h"
 #include "platform/csta/CSTAEvent.h"
 
 // Feeds any bytes of a peer to the link's readers. The first byte is the length of the segments. Every frame

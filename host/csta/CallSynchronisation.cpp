@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "host/calls/FollowCalls.h"
+#include "host/csta-events/SnapshotRules.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta/LinkLog.h"
-#include "host/csta/SnapshotRules.h"
 #include "platform/csta/CSTAEventCause.h"
 #include "platform/csta/CSTALocalConnectionState.h"
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "host/calls/DeliveryContext.h"
-#include "host/csta/OtherDeviceEvents.h"
+#include "host/csta-events/OtherDeviceEvents.h"
 
 class CSTAEvent;
 class CSTAEventIfc;

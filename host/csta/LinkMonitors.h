@@ -8,11 +8,11 @@
 
 #include <asio/io_context.hpp>
 
+#include "host/csta-events/EventReader.h"
 #include "host/csta/CallDelivery.h"
 #include "host/csta/CallSynchronisation.h"
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/EventDelivery.h"
-#include "host/csta/EventReader.h"
 #include "host/csta/EventsBeforeMonitorStart.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/MonitorTable.h"

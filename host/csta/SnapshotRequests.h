@@ -11,10 +11,10 @@
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
 
+#include "host/csta-events/SnapshotReader.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/RequestChannel.h"
-#include "host/csta/SnapshotReader.h"
 
 namespace host {
 

@@ -23,16 +23,10 @@
 #include "platform/csta/CSTASystemEvents.h"
 #include "platform/csta/CallLogEntryRequest.h"
 #include "platform/framework/Service.h"
+#include "tests/support/EventName.h"
 #include "tests/support/WirePeer.h"
 
 namespace linktest {
-
-/// The name of an event's class without prefix and suffix: "Delivered".
-inline std::string nameOf(const CSTAEvent& event) {
-    const std::string name = typeid(event).name();
-    const std::string own = name.substr(name.find("CSTA") + 4);
-    return own.substr(0, own.rfind("Event"));
-}
 
 /// Texts that one thread adds and another waits for.
 class TextQueue {
@@ -77,7 +71,7 @@ public:
         if (m_action) {
             m_action(*event);
         }
-        std::string text = nameOf(*event);
+        std::string text = journaltest::nameOf(*event);
         if (const auto* status = dynamic_cast<const CSTASystemStatusEvent*>(event)) {
             text = "Status " + status->getSystemStatus();
         } else if (const auto* devices = dynamic_cast<const CSTASwitchingFunctionDevices*>(event)) {

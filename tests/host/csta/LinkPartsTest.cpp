@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "host/csta-events/OtherDeviceEvents.h"
 #include "host/csta-wire/InvokeIds.h"
 #include "host/csta/CallLogEchoes.h"
 #include "host/csta/CallLogRequester.h"
 #include "host/csta/EventsBeforeMonitorStart.h"
-#include "host/csta/OtherDeviceEvents.h"
 #include "tests/support/Table.h"
 
 namespace {

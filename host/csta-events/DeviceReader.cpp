@@ -1,4 +1,4 @@
-#include "host/csta/DeviceReader.h"
+#include "host/csta-events/DeviceReader.h"
 
 #include <utility>
 

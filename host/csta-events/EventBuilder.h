@@ -6,8 +6,8 @@
 
 #include <pugixml.hpp>
 
-#include "host/csta/DeviceReader.h"
-#include "host/csta/EventRules.h"
+#include "host/csta-events/DeviceReader.h"
+#include "host/csta-events/EventRules.h"
 #include "platform/csta/CSTACallControlEvents.h"
 
 namespace host {

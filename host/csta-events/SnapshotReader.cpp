@@ -1,10 +1,10 @@
-#include "host/csta/SnapshotReader.h"
+#include "host/csta-events/SnapshotReader.h"
 
 #include <utility>
 
+#include "host/csta-events/EventRules.h"
 #include "host/csta-wire/SimpleCallState.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/EventRules.h"
 #include "platform/csta/CSTALocalConnectionState.h"
 
 namespace host {

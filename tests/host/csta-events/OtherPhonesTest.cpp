@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "host/csta-events/EventReader.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/EventReader.h"
 #include "tests/support/SimulatedPhone.h"
 #include "tests/support/Table.h"
 #include "tests/support/WireMembers.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "host/calls/PhoneCall.h"
-#include "host/csta/SnapshotReader.h"
+#include "host/csta-events/SnapshotReader.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/csta/EventBuilder.h"
+#include "host/csta-events/EventBuilder.h"
 
 #include <optional>
 #include <utility>

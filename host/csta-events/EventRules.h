@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "host/calls/PhoneCall.h"
+#include "host/csta-events/CauseTable.h"
+#include "host/csta-events/DeviceReader.h"
 #include "host/csta-wire/EventSchemas.h"
-#include "host/csta/CauseTable.h"
-#include "host/csta/DeviceReader.h"
 
 namespace host {
 

@@ -1,9 +1,9 @@
 #include <cstddef>
 
+#include "host/csta-events/EventBuilder.h"
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta-wire/XmlText.h"
-#include "host/csta/EventBuilder.h"
 
 namespace host {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/csta/DeviceReader.h"
+#include "host/csta-events/DeviceReader.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/csta/OtherDeviceEvents.h"
+#include "host/csta-events/OtherDeviceEvents.h"
 
 #include <utility>
 

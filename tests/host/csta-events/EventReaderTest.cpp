@@ -1,4 +1,4 @@
-#include "host/csta/EventReader.h"
+#include "host/csta-events/EventReader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "host/csta-events/OtherDeviceEvents.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/OtherDeviceEvents.h"
 #include "platform/csta/CSTAConferenceEvents.h"
 #include "platform/csta/CSTAPrivateEvents.h"
-#include "tests/host/csta/LinkFixture.h"
+#include "tests/support/EventName.h"
 #include "tests/support/Table.h"
 #include "tests/support/WireMembers.h"
 
@@ -32,7 +32,7 @@ using testing::HasSubstr;
 /// "Held call: 7, device: here, own: 4, cause: 3", then what only some events hold; private data in brackets.
 std::string textOf(const CSTAEvent& event) {
     std::string text =
-        linktest::nameOf(event) + (event.toString().empty() ? "" : " ") +
+        journaltest::nameOf(event) + (event.toString().empty() ? "" : " ") +
         std::regex_replace(std::regex_replace(event.toString(), std::regex("localDeviceID"), "here"),
                            std::regex("localConnection"), "own");
     if (const auto* callBack = dynamic_cast<const CSTACallBackEvent*>(&event)) {

@@ -1,14 +1,14 @@
-#include "host/csta/EventReader.h"
+#include "host/csta-events/EventReader.h"
 
 #include <utility>
 
 #include "host/calls/FollowCalls.h"
+#include "host/csta-events/DeviceReader.h"
+#include "host/csta-events/EventBuilder.h"
+#include "host/csta-events/EventRules.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/DeviceReader.h"
-#include "host/csta/EventBuilder.h"
-#include "host/csta/EventRules.h"
 #include "platform/csta/CSTAEventCause.h"
 
 namespace host {

@@ -1,4 +1,4 @@
-#include "host/csta/SnapshotRules.h"
+#include "host/csta-events/SnapshotRules.h"
 
 #include <algorithm>
 #include <utility>

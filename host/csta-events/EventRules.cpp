@@ -1,4 +1,4 @@
-#include "host/csta/EventRules.h"
+#include "host/csta-events/EventRules.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "host/csta/CauseTable.h"
+#include "host/csta-events/CauseTable.h"
 
 #include <algorithm>
 #include <array>
