@@ -90,6 +90,7 @@ public:
             setIfKnown(call.called, event.getCalledDevice());
         }
         call.lastEvent = m_now;
+        call.unconfirmed = false;
         if (isSharedLine() && call.role != PhoneRole::eRinging) {
             m_calls.remove(m_device, callId);
             return;

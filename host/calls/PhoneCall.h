@@ -33,6 +33,8 @@ struct PhoneCall {
     bool conference = false;
     /// Another party has transferred the call, so its events may name a new partner.
     bool transferred = false;
+    /// Events may have been lost since the last one, so the id may belong to another call now.
+    bool unconfirmed = false;
     /// Another phone has established the call while it rang here.
     bool elsewhere = false;
 

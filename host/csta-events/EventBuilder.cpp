@@ -128,7 +128,7 @@ std::unique_ptr<CSTAEvent> EventBuilder::buildSecondaryClearing() const {
 
 std::string EventBuilder::callIdOf(pugi::xml_node connection) const {
     std::string callId = childText(connection, "callID");
-    return callId.empty() ? "call-" + m_crossRefId : callId;
+    return callId.empty() ? unnumberedCallId(m_crossRefId) : callId;
 }
 
 pugi::xml_node EventBuilder::member(std::string_view name) const {

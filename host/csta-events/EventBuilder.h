@@ -26,6 +26,10 @@ public:
     /// Borrowed.
     void setCall(const PhoneCall* call) noexcept { m_context.call = call; }
 
+    /// The id of the calls of a monitor whose switch sends no call ids.
+    [[nodiscard]] static std::string unnumberedCallId(const std::string& crossRefId) {
+        return "call-" + crossRefId;
+    }
     /// The call id of the event's connection. If the switch sends no call ids, one made from the monitor's
     /// id.
     [[nodiscard]] const std::string& callId() const noexcept { return m_callId; }

@@ -134,6 +134,7 @@ void EventReader::noteOther(const EventContext& context, const std::string& devi
 void EventReader::noteDropped(const PhoneCall& known, bool established) {
     PhoneCall call = known;
     call.lastEvent = m_now();
+    call.unconfirmed = false;
     call.elsewhere = call.elsewhere || (established && call.role == PhoneRole::eRinging);
     m_calls.store(std::move(call));
 }

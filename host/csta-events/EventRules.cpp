@@ -76,6 +76,30 @@ bool differ(const CSTADevice& a, const CSTADevice& b) {
     return !a.number.empty() && !b.number.empty() && !isSameParty(a, b);
 }
 
+/// True if a caller without a number has a name now, and another party was the caller before a gap.
+bool isOtherAnonymousCaller(const EventContext& context) {
+    const CSTADevice& caller = context.calling.device;
+    return context.call->unconfirmed && caller.number.empty() && !caller.name.empty() &&
+           !context.call->calling.number.empty() && caller.name != context.call->calling.name;
+}
+
+/// True if the far end of an Established event is not that of the call before a gap. A call that was placed to
+/// pick up another one, or that was transferred, has a new far end.
+bool hasOtherFarEnd(const EventContext& context) {
+    const PhoneCall& call = *context.call;
+    const bool placedHere = context.calling.party == EventParty::eMonitored;
+    if (call.transferred) {
+        return false;
+    }
+    if (placedHere != call.outgoing) {
+        const bool mayBePickup = call.outgoing && call.role == PhoneRole::eCalling;
+        return context.calling.party != EventParty::eUnknown && !mayBePickup &&
+               differ(placedHere ? context.called : context.calling.device,
+                      placedHere ? call.calling : call.called);
+    }
+    return placedHere ? differ(context.called, call.called) : differ(context.calling.device, call.calling);
+}
+
 /// True if the event belongs to a new call that has the id of a known one.
 bool usesIdAgain(const EventContext& context) {
     if (context.call == nullptr) {
@@ -89,8 +113,10 @@ bool usesIdAgain(const EventContext& context) {
                    differ(context.called, call.called);
         case WireEvent::eOffered:
         case WireEvent::eDelivered:
-            return !byOther && context.calling.party == EventParty::eOther &&
-                   (call.outgoing || differ(context.calling.device, call.calling));
+            return !byOther && ((context.calling.party == EventParty::eOther &&
+                                 (call.outgoing || differ(context.calling.device, call.calling))) ||
+                                isOtherAnonymousCaller(context));
+        case WireEvent::eEstablished: return call.unconfirmed && hasOtherFarEnd(context);
         default: return false;
     }
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/calls/FollowCalls.h"
+#include "host/csta-events/EventBuilder.h"
 #include "host/csta-events/SnapshotRules.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta/LinkLog.h"
@@ -58,6 +59,7 @@ CallSynchronisation::CallSynchronisation(const CstaLinkConfig& config, asio::io_
             } else {
                 Time& gap = m_gaps[noted.call.device];
                 gap = std::max(gap, noted.seen);
+                noted.call.unconfirmed = true;
                 m_calls.store(std::move(noted.call));
             }
         }
@@ -73,10 +75,8 @@ void CallSynchronisation::monitorAccepted(const WantedMonitor& monitor) {
 }
 
 void CallSynchronisation::monitorStarted(const WantedMonitor& monitor) {
-    const std::string device =
-        monitor.device == CSTADevice::kLocalDevice ? m_config.ownDevice : monitor.device;
-    m_snapshots.ofDevice(device, [this, id = monitor.crossRefId,
-                                  asked = now()](const std::optional<DeviceSnapshot>& snapshot) {
+    m_snapshots.ofDevice(deviceAtSwitch(monitor), [this, id = monitor.crossRefId, asked = now()](
+                                                      const std::optional<DeviceSnapshot>& snapshot) {
         if (snapshot) {
             apply(id, asked, *snapshot);
         } else {
@@ -86,8 +86,14 @@ void CallSynchronisation::monitorStarted(const WantedMonitor& monitor) {
 }
 
 void CallSynchronisation::gapBegins(const WantedMonitor& monitor) {
-    if (monitor.isOn()) {
-        m_gaps[deviceOf(monitor)] = now();
+    if (!monitor.isOn()) {
+        return;
+    }
+    const std::string device = deviceOf(monitor);
+    m_gaps[device] = now();
+    for (PhoneCall& call : callsOf(device)) {
+        call.unconfirmed = true;
+        m_calls.store(std::move(call));
     }
 }
 
@@ -123,6 +129,10 @@ void CallSynchronisation::adjust(const WantedMonitor& monitor, PhoneEvent& event
 
 std::string CallSynchronisation::deviceOf(const WantedMonitor& monitor) const {
     return readerFor(monitor).monitoredDevice();
+}
+
+std::string CallSynchronisation::deviceAtSwitch(const WantedMonitor& monitor) const {
+    return monitor.device == CSTADevice::kLocalDevice ? m_config.ownDevice : monitor.device;
 }
 
 const WantedMonitor* CallSynchronisation::monitorOf(const std::string& device) {
@@ -181,10 +191,16 @@ void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const
     }
     std::set<std::string> present;
     for (const DeviceSnapshot::Connection& connection : snapshot.connections) {
-        if (!connection.callId.empty() && connection.own != CSTA_LCS_Null) {
-            present.insert(connection.callId);
-            askForCall(*monitor, connection, asked);
+        if (connection.own == CSTA_LCS_Null) {
+            continue;
         }
+        if (connection.callId.empty()) {
+            // The switch does not number its calls, so it cannot be asked for one.
+            present.insert(EventBuilder::unnumberedCallId(monitor->crossRefId));
+            continue;
+        }
+        present.insert(connection.callId);
+        askForCall(*monitor, connection, asked);
     }
     for (const PhoneCall& call : callsOf(deviceOf(*monitor))) {
         if (!present.contains(call.callId) && call.lastEvent < asked) {
@@ -196,16 +212,17 @@ void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const
 /// A call that an event has introduced since needs no snapshot.
 void CallSynchronisation::askForCall(const WantedMonitor& monitor,
                                      const DeviceSnapshot::Connection& connection, Time asked) {
-    const std::string device =
-        monitor.device == CSTADevice::kLocalDevice ? m_config.ownDevice : monitor.device;
-    m_snapshots.ofCall(
-        connection.callId, device, readerFor(monitor),
-        [this, id = monitor.crossRefId, connection, asked](const std::optional<CallSnapshot>& snapshot) {
-            const WantedMonitor* asking = m_monitors.find(id);
-            if (asking != nullptr && snapshot) {
-                apply(*asking, connection, asked, *snapshot);
-            }
-        });
+    m_snapshots.ofCall(connection.callId, deviceAtSwitch(monitor), readerFor(monitor),
+                       [this, id = monitor.crossRefId, connection, asked,
+                        wasKnown = m_calls.find(deviceOf(monitor), connection.callId) !=
+                                   nullptr](const std::optional<CallSnapshot>& snapshot) {
+                           const WantedMonitor* asking = m_monitors.find(id);
+                           const bool ended = asking != nullptr && wasKnown &&
+                                              m_calls.find(deviceOf(*asking), connection.callId) == nullptr;
+                           if (asking != nullptr && snapshot && !ended) {
+                               apply(*asking, connection, asked, *snapshot);
+                           }
+                       });
 }
 
 void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection,
@@ -298,9 +315,49 @@ void CallSynchronisation::confirmCalls() {
     }
 }
 
+bool CallSynchronisation::isSilent(const PhoneCall& call) const {
+    return now() - call.lastEvent > m_config.callMaxAge;
+}
+
+/// The switch knows if a call without events is still up. If it does not tell, the call ends.
 void CallSynchronisation::endSilentCalls() {
+    std::set<std::string> devices;
     for (const PhoneCall& call : m_calls.all()) {
-        if (now() - call.lastEvent > m_config.callMaxAge) {
+        if (isSilent(call)) {
+            devices.insert(call.device);
+        }
+    }
+    for (const std::string& device : devices) {
+        const WantedMonitor* monitor = monitorOf(device);
+        if (monitor != nullptr && monitor->isOn()) {
+            askForSilentCalls(*monitor);
+        } else {
+            endSilentCalls(device);
+        }
+    }
+}
+
+void CallSynchronisation::askForSilentCalls(const WantedMonitor& monitor) {
+    m_snapshots.ofDevice(deviceAtSwitch(monitor),
+                         [this, id = monitor.crossRefId, device = deviceOf(monitor),
+                          asked = now()](const std::optional<DeviceSnapshot>& snapshot) {
+                             if (!snapshot) {
+                                 endSilentCalls(device);
+                                 return;
+                             }
+                             apply(id, asked, *snapshot);
+                             for (PhoneCall& call : callsOf(device)) {
+                                 if (isSilent(call)) {
+                                     call.lastEvent = now();
+                                     m_calls.store(std::move(call));
+                                 }
+                             }
+                         });
+}
+
+void CallSynchronisation::endSilentCalls(const std::string& device) {
+    for (const PhoneCall& call : callsOf(device)) {
+        if (isSilent(call)) {
             CSTA_LINK_LOG(4, "call %s had no event for too long", call.callId.c_str());
             end(call);
         }

@@ -52,7 +52,10 @@ public:
     /// Notes the time of the end, and cancels the timer. Call it while the monitors are on.
     void close();
     /// Ends the calls without an event for the configured time. A timer calls it.
+    [[nodiscard]] bool isSilent(const PhoneCall& call) const;
     void endSilentCalls();
+    void askForSilentCalls(const WantedMonitor& monitor);
+    void endSilentCalls(const std::string& device);
     /// Ends the oldest calls beyond `kMaxCalls`.
     void limitCalls();
 
@@ -64,6 +67,7 @@ private:
 
     /// The device as the calls name it.
     [[nodiscard]] std::string deviceOf(const WantedMonitor& monitor) const;
+    [[nodiscard]] std::string deviceAtSwitch(const WantedMonitor& monitor) const;
     [[nodiscard]] const WantedMonitor* monitorOf(const std::string& device);
     [[nodiscard]] DeviceReader readerFor(const WantedMonitor& monitor) const;
     [[nodiscard]] std::vector<PhoneCall> callsOf(const std::string& device) const;

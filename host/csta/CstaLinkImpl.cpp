@@ -245,6 +245,9 @@ void CstaLinkImpl::systemStatus(std::string_view word) {
         CSTA_LINK_LOG(4, "%s", "the switch is back in service; restarting all monitors");
         m_discovery.start();
         m_monitors.startAll();
+        m_callsDoubtful = false;
+    } else if (isInService(word) && std::exchange(m_callsDoubtful, false) && m_association.isReady()) {
+        m_monitors.askForCalls();
     }
 }
 
@@ -252,6 +255,7 @@ void CstaLinkImpl::deliverStatus(std::string_view word) {
     m_receivers.deliver(word);
     if (dropsCalls(word)) {
         m_monitors.callsForgotten();
+        m_callsDoubtful = true;
     }
 }
 

@@ -90,6 +90,7 @@ private:
     bool m_notifyStatus = false;
     bool m_registrationRefused = false;
     bool m_monitorsDoubtful = false;
+    bool m_callsDoubtful = false;
 
     // Copies of the status for other threads.
     std::atomic<bool> m_connectedNow{false};

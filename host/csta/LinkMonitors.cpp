@@ -236,6 +236,14 @@ void LinkMonitors::callsForgotten() {
     m_synchronisation.callsForgotten();
 }
 
+void LinkMonitors::askForCalls() {
+    for (const WantedMonitor* monitor : m_table.all()) {
+        if (monitor->isOn()) {
+            m_synchronisation.monitorStarted(*monitor);
+        }
+    }
+}
+
 // ---- internal
 
 void LinkMonitors::sendStart(WantedMonitor& monitor,

@@ -61,6 +61,8 @@ public:
     void onSnapshotSegment(WireDocument segment) { m_snapshots.addSegment(std::move(segment)); }
     /// The service has received a system status on which it drops its calls.
     void callsForgotten();
+    /// Asks the switch for the calls of every monitor that is on.
+    void askForCalls();
 
     /// True if all monitors of the own device are on or, without such a monitor, if any monitor is on.
     [[nodiscard]] bool isMonitoring();

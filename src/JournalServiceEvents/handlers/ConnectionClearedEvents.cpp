@@ -52,6 +52,7 @@ void ConnectionClearedEvents::immediatelyhandleCSTAConnectionClearedEvent(CSTACo
     LOG_EVENTS(5, "%s():{%s}, event cause: %d", kLogName, event->getDroppedConnectionCallID().c_str(),
                event->getCause());
     if (!m_callControl.acceptsEvents()) {
+        forget(*event);
         return;
     }
     const auto settings = m_callControl.settings.values();
@@ -59,10 +60,20 @@ void ConnectionClearedEvents::immediatelyhandleCSTAConnectionClearedEvent(CSTACo
         if (settings->isQorvex()) {
             m_privateEvents.applyPendingCallLogEvents();
         }
+        forget(*event);
         return;
     }
     const CallMap::Section section(m_callControl.calls.m_callMapLock);
     clear(*event);
+}
+
+// The call is over and not to be filed. Its record would be taken for that of a later call with its id.
+void ConnectionClearedEvents::forget(const CSTAConnectionClearedEvent& event) {
+    const CallMap::Section section(m_callControl.calls.m_callMapLock);
+    const std::string& callId = event.getDroppedConnectionCallID();
+    if (isOwnConnection(event) && m_callControl.calls.findCallFromId(callId) != nullptr) {
+        m_callControl.calls.removeCall(callId);
+    }
 }
 
 void ConnectionClearedEvents::clear(const CSTAConnectionClearedEvent& event) {

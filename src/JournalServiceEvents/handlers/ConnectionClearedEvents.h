@@ -41,6 +41,7 @@ public:
 private:
     void immediatelyhandleCSTAConnectionClearedEvent(CSTAConnectionClearedEvent* event);
     // Require: the call-map lock is held.
+    void forget(const CSTAConnectionClearedEvent& event);
     void clear(const CSTAConnectionClearedEvent& event);
     void clearMember(int conference, const CSTAConnectionClearedEvent& event);
     void clearSipMember(const CSTAConnectionClearedEvent& event);

@@ -61,6 +61,13 @@ std::string outcome(const std::string& messages, const char* type, bool withOwnS
             phone.plays(text);
             continue;
         }
+        if (text == "gap") {
+            for (host::PhoneCall& call : calls.all()) {
+                call.unconfirmed = true;
+                calls.store(std::move(call));
+            }
+            continue;
+        }
         std::string fault;
         const auto document = host::WireDocument::parse(message(text, withOwnState), fault);
         EXPECT_TRUE(document) << fault << ": " << text;
@@ -157,6 +164,13 @@ TEST(OtherPhones, UseTheIdOfACallAgain) {
     expectEntries(R"(
 another caller rings | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Delivered 25 at:2001 from:4712 to:2001 own=alerting;
 +   Cleared 25 at:4712 own=null | missed 4712, missed 4711 | =
+another call after a gap | Delivered 25 at:2001 from:4711 to:2001 own=alerting; gap;
++   Established 25 at:2001 from:4712 to:2001 own=connected; Cleared 25 at:2001 own=null | missed 4711, received 4712 | =
+the same call after a gap | Delivered 25 at:2001 from:4711 to:2001 own=alerting; gap;
++   Established 25 at:2001 from:4711 to:2001 own=connected; Cleared 25 at:2001 own=null | received 4711 | =
+a withheld caller after a gap | Delivered 25 at:2001 from:4711 to:2001 own=alerting; gap;
++   Delivered 25 at:2001 <callingDevice><restricted/></callingDevice> to:2001 own=alerting; Cleared 25 at:2001 own=null
++   | missed Withheld, missed 4711 | =
 this phone dials     | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
 +   Originated 25 to:4712 own=connected cause=newCall; Cleared 25 at:2001 own=null | dialled 4712, received 4711 | =
 )");

@@ -156,6 +156,17 @@ TEST_F(Synchronisation, LeavesACallWithALaterEventAlone) {
     EXPECT_EQ(events, "");
 }
 
+TEST_F(Synchronisation, KeepsTheCallOfASwitchThatSendsNoCallIds) {
+    know("talking 4711", "call-M1");
+    synchronisation.monitorStarted(*monitors.find("M1"));
+    channel.respond(0,
+                    "<SnapshotDeviceResponse><snapshotData><snapshotDeviceResponseInfo><connectionIdentifier>"
+                    "<deviceID>2001</deviceID></connectionIdentifier><localCallState><simpleCallState>"
+                    "callEstablished</simpleCallState></localCallState></snapshotDeviceResponseInfo>"
+                    "</snapshotData></SnapshotDeviceResponse>");
+    EXPECT_EQ(events, "");
+}
+
 TEST_F(Synchronisation, GivesTheKnownCallsAgainAndEndsThemInTime) {
     know("talking 4711", "1");
     know("called 4712", "2");
@@ -169,6 +180,8 @@ TEST_F(Synchronisation, GivesTheKnownCallsAgainAndEndsThemInTime) {
     events.clear();
     know("ringing 4713", "3", std::chrono::system_clock::now() - config.callMaxAge - minutes(1));
     synchronisation.endSilentCalls();
+    EXPECT_EQ(events, "") << "the switch is asked first";
+    channel.handlers.back()({});
     EXPECT_EQ(events, "Cleared 4713 +-711~");
     synchronisation.gapBegins(*monitors.find("M1"));
     events.clear();
