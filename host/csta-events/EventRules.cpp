@@ -83,8 +83,8 @@ bool isOtherAnonymousCaller(const EventContext& context) {
            !context.call->calling.number.empty() && caller.name != context.call->calling.name;
 }
 
-/// True if the far end of an Established event is not that of the call before a gap. A call that was placed to
-/// pick up another one, or that was transferred, has a new far end.
+/// True if the far end of an Established event is not that of the call before a gap. A call that was placed
+/// to pick up another one, or that was transferred, has a new far end.
 bool hasOtherFarEnd(const EventContext& context) {
     const PhoneCall& call = *context.call;
     const bool placedHere = context.calling.party == EventParty::eMonitored;
