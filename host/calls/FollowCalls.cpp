@@ -44,7 +44,11 @@ public:
         }
         PhoneCall call = old != nullptr ? *old : callOf(event.getConnectionCallID());
         call.callId = event.getConnectionCallID();
-        call.lastEvent = m_now;
+        // The journal has filed the leg before the transfer.
+        call.firstEvent = call.lastEvent = m_now;
+        if (call.established) {
+            call.established = m_now;
+        }
         call.transferred = true;
         m_calls.remove(m_device, event.getPrimaryoldcallCallID());
         m_calls.remove(m_device, event.getSecondaryoldcallCallID());
@@ -59,6 +63,7 @@ public:
         if (!isOwn(event.getTransferredToDevice())) {
             setIfKnown(call.partner, event.getTransferredToDevice());
         }
+        setIfKnown(call.redirecting, event.getTransferringDevice());
         m_calls.store(std::move(call));
     }
 
@@ -80,6 +85,8 @@ public:
                              event.getLocalConnectionInfo() == CSTA_LCS_Connected);
             call.role = call.outgoing ? PhoneRole::eCalling : PhoneRole::eRinging;
         }
+        const bool reachesPartner =
+            call.transferred && call.established && event.getType() == CSTAEventCode::eEstablished;
         if (const auto* established = dynamic_cast<const CSTAEstablishedEvent*>(&event)) {
             establishedBy(call, *established);
         }
@@ -88,6 +95,9 @@ public:
         // The called device keeps the digits that were dialled.
         if (call.called.number.empty()) {
             setIfKnown(call.called, event.getCalledDevice());
+        }
+        if (reachesPartner && !call.partner.number.empty()) {
+            (call.outgoing ? call.called : call.calling) = call.partner;
         }
         call.lastEvent = m_now;
         call.unconfirmed = false;

@@ -9,6 +9,9 @@ namespace host {
 
 namespace {
 
+/// Longer than the journal holds a clearing back.
+constexpr std::chrono::seconds kHeldBack{3};
+
 EventDelivery::Ended reportTo(LiveCallStoreIfc* store) {
     return store == nullptr ? EventDelivery::Ended()
                             : [store](const DeliveryContext& context) { store->delivered(context); };
@@ -57,14 +60,29 @@ DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last) {
     const auto taken = std::stable_partition(m_ended.begin(), m_ended.end(), [&](const PhoneCallKey& call) {
         return !last && (control == nullptr || control->getConnectionCallID() != call.callId);
     });
+    addHeldBack(context, *event.event);
     for (auto call = taken; call != m_ended.end(); ++call) {
         if (m_store != nullptr) {
             m_store->end(*call, *context.time, event.endApproximate);
+        }
+        if (mayBeHeldBack) {
+            m_heldBack.emplace_back(std::chrono::steady_clock::now() + kHeldBack, *call);
         }
         context.ends.push_back({.call = std::move(*call), .mayBeFiledLater = mayBeHeldBack});
     }
     m_ended.erase(taken, m_ended.end());
     return context;
+}
+
+void CallDelivery::addHeldBack(DeliveryContext& context, const CSTAEvent& event) {
+    while (!m_heldBack.empty() && m_heldBack.front().first < std::chrono::steady_clock::now()) {
+        m_heldBack.pop_front();
+    }
+    if (event.getType() == CSTAEventCode::eTransferred) {
+        for (auto& [until, call] : std::exchange(m_heldBack, {})) {
+            context.ends.push_back({.call = std::move(call), .mayBeFiledLater = true});
+        }
+    }
 }
 
 }  // namespace host

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <chrono>
+#include <deque>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "host/calls/LiveCallStoreIfc.h"
@@ -31,12 +34,16 @@ public:
 
 private:
     [[nodiscard]] DeliveryContext contextOf(const PhoneEvent& event, bool last);
+    /// Adds the calls of the held-back events that this one makes the journal handle.
+    void addHeldBack(DeliveryContext& context, const CSTAEvent& event);
 
     PhoneCalls& m_calls;
     LiveCallStoreIfc* const m_store;
     const EventDelivery m_delivery;
     /// The calls that have ended since the last delivery.
     std::vector<PhoneCallKey> m_ended;
+    /// The calls whose clearings the journal may hold back, with the ends of that time.
+    std::deque<std::pair<std::chrono::steady_clock::time_point, PhoneCallKey>> m_heldBack;
 };
 
 }  // namespace host

@@ -27,10 +27,15 @@ int clearingCause(const PhoneCall& call) {
     return call.elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing;
 }
 
+/// True for the connection of a conference, which the journal does not file: it files the calls in it.
+bool isOnlyConference(const PhoneCall& call) {
+    return call.conference && !call.outgoing && call.calling.number.empty() && call.calling.name.empty();
+}
+
 /// The events of a call up to now, at their times.
 std::vector<PhoneEvent> eventsOf(PhoneCall call, const std::string& crossRefId) {
-    if (!call.outgoing && call.transferred && !call.partner.number.empty()) {
-        call.calling = call.partner;
+    if (call.transferred && !call.partner.number.empty()) {
+        (call.outgoing ? call.called : call.calling) = call.partner;
     }
     std::vector<PhoneEvent> events;
     events.push_back({call.outgoing ? originatedEvent(call, crossRefId) : ringingEvent(call, crossRefId),
@@ -168,6 +173,10 @@ void CallSynchronisation::fileNoted(const WantedMonitor& monitor) {
     for (NotedCall& noted : std::exchange(m_unfiled, {})) {
         if (noted.call.device != device) {
             m_unfiled.push_back(std::move(noted));
+            continue;
+        }
+        if (isOnlyConference(noted.call)) {
+            m_config.liveCallStore->delivered({.ends = {{.call = keyOf(noted.call)}}});
             continue;
         }
         const PhoneCall* const live = m_calls.find(device, noted.call.callId);

@@ -24,6 +24,9 @@ FROM live_call WHERE line = ? ORDER BY first_event
 )sql";
     static constexpr const char* kRemove =
         "DELETE FROM live_call WHERE line = ? AND device = ? AND call_id = ? AND first_event = ?";
+    /// An ended call that is filed later, when no event that ends it is being delivered.
+    static constexpr const char* kRemoveEnded =
+        "DELETE FROM live_call WHERE line = ? AND call_id = ? AND ended IS NOT NULL";
 
     /// Times are microseconds since 1970.
     [[nodiscard]] static std::int64_t numberOf(PhoneCall::Time time) {

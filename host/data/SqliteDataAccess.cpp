@@ -115,6 +115,19 @@ std::string change(Database::Session& session, const std::string& line, const Da
     return {};
 }
 
+/// Removes the noted calls that ended before the event being delivered, if one is, and that are filed now.
+void removeEndedLiveCalls(Database::Session& session, const std::string& line, const DataRequest& request) {
+    if (request.reason != DataRequest::Reason::eWrite) {
+        return;
+    }
+    for (const DataRequest::Item& item : request.items) {
+        const CallInfo* const newest = std::visit([](const auto& one) { return newestCall(one); }, item);
+        if (newest != nullptr) {
+            session.query(LiveCallRows::kRemoveEnded).bind(line).bind(newest->getCallId()).run();
+        }
+    }
+}
+
 /// A call that the request files, and the occurrence for it.
 struct FiledCall {
     DeliveryContext::EndedCall* call = nullptr;
@@ -223,6 +236,7 @@ std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
     const bool approximate = !filed.empty() && delivery->endApproximate;
     const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
         lastUniqueId = change(session, m_line, request);
+        removeEndedLiveCalls(session, m_line, request);
         for (const FiledCall& each : filed) {
             removeLiveCall(session, m_line, each.call->call);
             if (approximate) {

@@ -7,7 +7,7 @@ import time
 import urllib.request
 
 from harness import IMPATIENT, LIMIT, ProgramTest
-from third_party_switch import ThirdPartySwitch, cleared, delivered, established
+from third_party_switch import ThirdPartySwitch, cleared, delivered, dialled, established, transferred
 
 ANN, BOB = "N<4711>Ann", "N<4712>Bob"
 LINK, PROGRAM, STATUS = "link", "program", "status"
@@ -25,6 +25,11 @@ CASES = [
     (delivered("25", ANN), PROGRAM, {"25": (*RINGS, BOB)}, cleared("25"), ["missed 4712", "missed 4711~"]),
     (delivered("17", ANN) + established("17", ANN), STATUS, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
     (delivered("17", ANN), STATUS, {}, b"", ["missed 4711~"]),
+    (dialled("17", ANN), PROGRAM, None, cleared("17"), ["dialled 4711"]),
+    (delivered("17", ANN) + established("17", ANN) + transferred("17", ANN, "18", BOB), PROGRAM, None, cleared("18"),
+     ["received 4712", "received 4711"]),
+    (dialled("17", ANN) + transferred("17", ANN, "18", BOB), PROGRAM, {"18": (*TALKS, BOB)}, cleared("18"),
+     ["dialled 4712", "dialled 4711"]),
     (b"", LINK, {"30": (*RINGS, ANN), "31": (*TALKS, BOB)}, cleared("30") + cleared("31"), ["missed 4711", "received 4712"]),
 ]
 
@@ -53,6 +58,7 @@ class LostCallsTest(ProgramTest):
                 self.await_value(0, lambda: self.get(server, "status")["calls"])
                 self.done("delete", "missed", "--all")
                 self.done("delete", "received", "--all")
+                self.done("delete", "dialled", "--all")
                 self.assertEqual(server.stop(), 0)
 
     def get(self, server, path):

@@ -38,6 +38,30 @@ def cleared(call):
                  "normalClearing")
 
 
+def dialled(call, called):
+    """A call of device 2001 that the called device has answered."""
+    parties = [("callingDevice", "2001"), ("calledDevice", called)]
+    return (event("OriginatedEvent", "originatedConnection", call, parties, "connected", "newCall")
+            + event("EstablishedEvent", "establishedConnection", call, [("answeringDevice", called)] + parties, "connected", "newCall"))
+
+
+def joined(name, connections, call, old, parties=()):
+    """The calls `old` of device 2001, (call id, far end), continue as `call`: a transfer by another device, or a conference."""
+    connection = "<%s><callID>%s</callID><deviceID>%s</deviceID></%s>"
+    return frame(9999, '<%s xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID>%s%s<%s><connectionListItem>%s</connectionListItem></%s>'
+                 "<localConnectionInfo>connected</localConnectionInfo><cause>normal</cause></%s>" % (
+                     name, NAME_SPACE,
+                     "".join(connection % (member, *each, member) for member, each in zip(("primaryOldCall", "secondaryOldCall"), old)),
+                     "".join("<%s><deviceIdentifier>%s</deviceIdentifier></%s>" % (member, escape(device), member)
+                             for member, device in parties),
+                     connections, connection % ("newConnection", call, "2001", "newConnection"), connections, name))
+
+
+def transferred(call, by, new_call, to):
+    return joined("TransferedEvent", "transferredConnections", new_call, [(call, "2001")],
+                  [("transferringDevice", by), ("transferredToDevice", to)])
+
+
 def log_entry(log, number):
     """An entry that the switch has added to its call log."""
     return frame(9999, '<PrivateEvent xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID><privateData><private><callLogEntry>'

@@ -127,6 +127,9 @@ TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
     store->delivered(unfiled);
     store->store(callOf("27", 90));
     EXPECT_TRUE(become("2001 25, 2001 26, 2001 27, 3001 9"));
+    // A timer of the journal files it, when no event is being delivered.
+    journal.write<MissedCallItem>({missedCall("26"), missedCall("27")});
+    EXPECT_EQ(rows(), "2001 25, 2001 27, 3001 9");
 }
 
 TEST_F(LiveCalls, AreWrittenWhenTheDatabaseIsFreeAgain) {
