@@ -63,7 +63,9 @@ public:
         if (!isOwn(event.getTransferredToDevice())) {
             setIfKnown(call.partner, event.getTransferredToDevice());
         }
-        setIfKnown(call.redirecting, event.getTransferringDevice());
+        if (call.established) {
+            setIfKnown(call.redirecting, event.getTransferringDevice());
+        }
         m_calls.store(std::move(call));
     }
 
