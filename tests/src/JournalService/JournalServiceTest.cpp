@@ -142,7 +142,7 @@ TEST(JournalServiceOperations, ReadOverAllLists) {
     std::vector<Contact::CallRecord> records;
     EXPECT_TRUE(phone.service().getCallRecordsAssociatedWith(contact, records));
     ASSERT_EQ(records.size(), 5U);
-    EXPECT_EQ(records.back(), Contact::CallRecord("c1", "callback"));
+    EXPECT_EQ(records.back(), (Contact::CallRecord{"c1", "callback"}));
 }
 
 // A phonebook with an unexpected failure.
