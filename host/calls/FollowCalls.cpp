@@ -5,6 +5,7 @@
 
 #include "platform/csta/CSTACallControlEvents.h"
 #include "platform/csta/CSTAConferenceEvents.h"
+#include "platform/csta/CSTAEventCause.h"
 #include "platform/texts/communicationsServiceTexts.h"
 
 namespace host {
@@ -24,15 +25,17 @@ public:
         : m_calls(calls), m_device(device), m_now(now) {}
 
     void conferenced(const CSTAConferencedEvent& event) {
-        PhoneCall joined = callOf(event.getConferenceCallID());
+        const std::string& conferenceId = event.getConferenceCallID();
         for (const std::string& callId :
              {event.getPrimaryoldcallCallID(), event.getSecondaryoldcallCallID()}) {
-            if (const PhoneCall* old = m_calls.find(m_device, callId)) {
-                joined.firstEvent = std::min(joined.firstEvent, old->firstEvent);
-                m_calls.remove(m_device, callId);
+            if (callId != conferenceId) {
+                join(callId, conferenceId);
             }
         }
+        const PhoneCall* const known = m_calls.find(m_device, conferenceId);
+        PhoneCall joined = known != nullptr ? *known : callOf(conferenceId);
         joined.conference = true;
+        joined.lastEvent = m_now;
         establish(joined);
         m_calls.store(std::move(joined));
     }
@@ -73,7 +76,14 @@ public:
         const std::string& callId = event.getConnectionCallID();
         const PhoneCall* const known = m_calls.find(m_device, callId);
         if (callId.empty() || ends(event, known)) {
+            for (const PhoneCall& member : m_calls.membersOf(m_device, callId)) {
+                m_calls.remove(m_device, member.callId);
+            }
             m_calls.remove(m_device, callId);
+            return;
+        }
+        if (known != nullptr && known->conference) {
+            inConference(event, *known);
             return;
         }
         if (known == nullptr && !begins(event)) {
@@ -86,7 +96,12 @@ public:
                             (event.getType() == CSTAEventCode::eDelivered &&
                              event.getLocalConnectionInfo() == CSTA_LCS_Connected);
             call.role = call.outgoing ? PhoneRole::eCalling : PhoneRole::eRinging;
+            call.pickUp =
+                event.getType() == CSTAEventCode::eOriginated && event.getCause() == CSTA_EC_CallPickup;
         }
+        call.markedMissed =
+            call.markedMissed ||
+            event.getPrivateData() == communicationsServiceTexts::content_callstatus_MissedCall;
         const bool reachesPartner =
             call.transferred && call.established && event.getType() == CSTAEventCode::eEstablished;
         if (const auto* established = dynamic_cast<const CSTAEstablishedEvent*>(&event)) {
@@ -111,6 +126,42 @@ public:
     }
 
 private:
+    /// The call, and all calls of a conference that it was, continue in the conference.
+    void join(const std::string& callId, const std::string& conferenceId) {
+        for (PhoneCall& member : m_calls.membersOf(m_device, callId)) {
+            member.conferenceId = conferenceId;
+            m_calls.store(std::move(member));
+        }
+        const PhoneCall* const old = m_calls.find(m_device, callId);
+        if (old == nullptr) {
+            return;
+        }
+        if (isOnlyConference(*old)) {
+            m_calls.remove(m_device, callId);
+            return;
+        }
+        PhoneCall member = *old;
+        member.conference = false;
+        member.conferenceId = conferenceId;
+        m_calls.store(std::move(member));
+    }
+
+    /// The event of a conference names its parties, or those that leave, and none of the phone's calls.
+    void inConference(const CSTACallControlEvent& event, const PhoneCall& conference) {
+        PhoneCall changed = conference;
+        changed.lastEvent = m_now;
+        changed.unconfirmed = false;
+        m_calls.store(std::move(changed));
+        if (event.getType() != CSTAEventCode::eConnectionCleared) {
+            return;
+        }
+        for (const PhoneCall& member : m_calls.membersOf(m_device, event.getConnectionCallID())) {
+            if (farEndOf(member).number == event.getConnectionDeviceID()) {
+                m_calls.remove(m_device, member.callId);
+            }
+        }
+    }
+
     /// True for another person's line: a call that its owner places or establishes is none of this phone.
     [[nodiscard]] bool isSharedLine() const {
         return m_device != CSTADevice::kLocalDevice &&

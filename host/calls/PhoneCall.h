@@ -30,7 +30,14 @@ struct PhoneCall {
     PhoneRole role = PhoneRole::eRinging;
     /// True if the call was placed here.
     bool outgoing = false;
+    /// The phone's own connection of a conference, or a call whose id the conference has.
     bool conference = false;
+    /// The call id of the conference that the call is in, and with which it ends; empty for none.
+    std::string conferenceId;
+    /// The switch has marked the call as missed.
+    bool markedMissed = false;
+    /// The phone has placed the call to pick another one up.
+    bool pickUp = false;
     /// Another party has transferred the call, so its events may name a new partner.
     bool transferred = false;
     /// Events may have been lost since the last one, so the id may belong to another call now.
@@ -52,5 +59,18 @@ struct PhoneCall {
     std::optional<Time> established;
     Time lastEvent{};
 };
+
+/// The party at the far end, as far as it is known.
+[[nodiscard]] inline const CSTADevice& farEndOf(const PhoneCall& call) {
+    if (!call.partner.number.empty()) {
+        return call.partner;
+    }
+    return call.outgoing ? call.called : call.calling;
+}
+
+/// True for the mere connection of a conference, which the journal does not file: it files the calls in it.
+[[nodiscard]] inline bool isOnlyConference(const PhoneCall& call) {
+    return call.conference && !call.outgoing && call.calling.number.empty() && call.calling.name.empty();
+}
 
 }  // namespace host

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/calls/PhoneCall.h"
 #include "platform/csta/CSTAEvent.h"
@@ -26,11 +27,18 @@ struct PhoneEvent {
 /// The phone places the call: Originated.
 [[nodiscard]] std::unique_ptr<CSTAEvent> originatedEvent(const PhoneCall& call,
                                                          const std::string& crossRefId);
+/// The switch marks the call as missed: CallInformation.
+[[nodiscard]] std::unique_ptr<CSTAEvent> missedMarkEvent(const PhoneCall& call,
+                                                         const std::string& crossRefId);
 /// The call is established.
 [[nodiscard]] std::unique_ptr<CSTAEvent> establishedEvent(const PhoneCall& call,
                                                           const std::string& crossRefId);
 /// The phone's own connection ends: ConnectionCleared with a `CSTAEventCause`.
 [[nodiscard]] std::unique_ptr<CSTAEvent> clearedEvent(const PhoneCall& call, const std::string& crossRefId,
                                                       int cause);
+
+/// The events of a call up to now, at their times. A conference has those by which `members` have joined it.
+[[nodiscard]] std::vector<PhoneEvent> eventsOf(const PhoneCall& call, const std::vector<PhoneCall>& members,
+                                               const std::string& crossRefId);
 
 }  // namespace host

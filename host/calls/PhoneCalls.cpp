@@ -1,5 +1,7 @@
 #include "host/calls/PhoneCalls.h"
 
+#include <algorithm>
+
 namespace host {
 
 const PhoneCall* PhoneCalls::find(std::string_view device, std::string_view callId) const {
@@ -10,7 +12,7 @@ const PhoneCall* PhoneCalls::find(std::string_view device, std::string_view call
 void PhoneCalls::store(PhoneCall call) {
     Key key(call.device, call.callId);
     const PhoneCall& stored = m_calls.insert_or_assign(std::move(key), std::move(call)).first->second;
-    m_count = m_calls.size();
+    updateCount();
     if (m_listener.changed) {
         m_listener.changed(stored);
     }
@@ -23,7 +25,7 @@ void PhoneCalls::remove(std::string_view device, std::string_view callId) {
     }
     const PhoneCall ended = std::move(found->second);
     m_calls.erase(found);
-    m_count = m_calls.size();
+    updateCount();
     if (m_listener.ended) {
         m_listener.ended(ended);
     }
@@ -41,6 +43,21 @@ std::vector<PhoneCall> PhoneCalls::all() const {
         calls.push_back(call);
     }
     return calls;
+}
+
+std::vector<PhoneCall> PhoneCalls::membersOf(std::string_view device, std::string_view conferenceId) const {
+    std::vector<PhoneCall> members;
+    for (const auto& [key, call] : m_calls) {
+        if (call.device == device && !conferenceId.empty() && call.conferenceId == conferenceId) {
+            members.push_back(call);
+        }
+    }
+    return members;
+}
+
+void PhoneCalls::updateCount() {
+    m_count = static_cast<std::size_t>(std::count_if(
+        m_calls.begin(), m_calls.end(), [](const auto& each) { return each.second.conferenceId.empty(); }));
 }
 
 }  // namespace host

@@ -36,11 +36,20 @@ public:
 
     /// Returns the calls in the order of device and id.
     [[nodiscard]] std::vector<PhoneCall> all() const;
-    /// Thread-safe.
+    /// Returns the calls that are in the conference.
+    [[nodiscard]] std::vector<PhoneCall> membersOf(std::string_view device,
+                                                   std::string_view conferenceId) const;
+    /// True for a call in a conference that is live; it ends with the conference.
+    [[nodiscard]] bool isInConference(const PhoneCall& call) const {
+        return !call.conferenceId.empty() && find(call.device, call.conferenceId) != nullptr;
+    }
+    /// The number of calls; a conference is one. Thread-safe.
     [[nodiscard]] std::size_t count() const noexcept { return m_count; }
 
 private:
     using Key = std::pair<std::string, std::string>;
+
+    void updateCount();
 
     std::map<Key, PhoneCall> m_calls;
     std::atomic<std::size_t> m_count{0};

@@ -106,7 +106,8 @@ bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapsho
         return true;
     }
     const CSTADevice& farEnd = known.outgoing ? known.called : known.calling;
-    if (known.transferred || isPickedUp(known, now) || farEnd.number.empty() || !hasFarEnd(now, snapshot)) {
+    if (known.transferred || known.conference || isPickedUp(known, now) || farEnd.number.empty() ||
+        !hasFarEnd(now, snapshot)) {
         return false;
     }
     return !names(snapshot, farEnd) && !names(snapshot, known.partner);

@@ -27,25 +27,6 @@ int clearingCause(const PhoneCall& call) {
     return call.elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing;
 }
 
-/// True for the connection of a conference, which the journal does not file: it files the calls in it.
-bool isOnlyConference(const PhoneCall& call) {
-    return call.conference && !call.outgoing && call.calling.number.empty() && call.calling.name.empty();
-}
-
-/// The events of a call up to now, at their times.
-std::vector<PhoneEvent> eventsOf(PhoneCall call, const std::string& crossRefId) {
-    if (call.transferred && !call.partner.number.empty()) {
-        (call.outgoing ? call.called : call.calling) = call.partner;
-    }
-    std::vector<PhoneEvent> events;
-    events.push_back({call.outgoing ? originatedEvent(call, crossRefId) : ringingEvent(call, crossRefId),
-                      call.firstEvent});
-    if (call.established) {
-        events.push_back({establishedEvent(call, crossRefId), call.established});
-    }
-    return events;
-}
-
 }  // namespace
 
 CallSynchronisation::CallSynchronisation(const CstaLinkConfig& config, asio::io_context& io,
@@ -164,7 +145,9 @@ std::vector<PhoneCall> CallSynchronisation::callsOf(const std::string& device) c
 /// The calls do not follow these events: they are known.
 void CallSynchronisation::replay(const WantedMonitor& monitor, const PhoneCall& call) {
     CSTA_LINK_LOG(5, "call %s is given to the journal again", call.callId.c_str());
-    m_deliver(monitor, eventsOf(call, monitor.crossRefId));
+    const std::vector<PhoneCall> members =
+        call.conference ? m_calls.membersOf(call.device, call.callId) : std::vector<PhoneCall>();
+    m_deliver(monitor, eventsOf(call, members, monitor.crossRefId));
 }
 
 /// Files the calls that had ended in the last run. The journal ignores one that it has filed already.
@@ -212,7 +195,10 @@ void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const
         askForCall(*monitor, connection, asked);
     }
     for (const PhoneCall& call : callsOf(deviceOf(*monitor))) {
-        if (!present.contains(call.callId) && call.lastEvent < asked) {
+        const bool isLive =
+            m_calls.find(call.device, call.callId) != nullptr;  // may have ended in a conference
+        if (isLive && !m_calls.isInConference(call) && !present.contains(call.callId) &&
+            call.lastEvent < asked) {
             end(call);
         }
     }
@@ -325,7 +311,7 @@ void CallSynchronisation::confirmCalls() {
 }
 
 bool CallSynchronisation::isSilent(const PhoneCall& call) const {
-    return now() - call.lastEvent > m_config.callMaxAge;
+    return !m_calls.isInConference(call) && now() - call.lastEvent > m_config.callMaxAge;
 }
 
 /// The switch knows if a call without events is still up. If it does not tell, the call ends.

@@ -10,14 +10,15 @@ namespace host {
 /// The SQL of the table `live_call`, and the conversion of its columns.
 struct LiveCallRows {
     static constexpr const char* kWrite = R"sql(
-INSERT OR REPLACE INTO live_call (line, device, call_id, first_event, role, outgoing, conference, transferred,
-    elsewhere, calling_number, calling_name, called_number, called_name, redirecting_number, redirecting_name,
+INSERT OR REPLACE INTO live_call (line, device, call_id, first_event, role, outgoing, conference, conference_id,
+    marked_missed, pick_up, transferred, elsewhere, calling_number, calling_name, called_number, called_name, redirecting_number, redirecting_name,
     partner_number, partner_name, others, established, last_event, seen, ended,
     end_approximate)
-VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)
+VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)
 )sql";
     static constexpr const char* kRead = R"sql(
-SELECT device, call_id, first_event, role, outgoing, conference, transferred, elsewhere, calling_number,
+SELECT device, call_id, first_event, role, outgoing, conference, conference_id, marked_missed,
+    pick_up, transferred, elsewhere, calling_number,
     calling_name, called_number, called_name, redirecting_number, redirecting_name, partner_number,
     partner_name, others, established, last_event, seen, ended, end_approximate
 FROM live_call WHERE line = ? ORDER BY first_event

@@ -68,6 +68,9 @@ NotedCall callFrom(SQLite::Statement& row) {
     call.role = static_cast<PhoneRole>(row.getColumn(column++).getInt());
     call.outgoing = flag();
     call.conference = flag();
+    call.conferenceId = row.getColumn(column++).getString();
+    call.markedMissed = flag();
+    call.pickUp = flag();
     call.transferred = flag();
     call.elsewhere = flag();
     call.calling = deviceFrom(row, column);
@@ -116,7 +119,8 @@ void writeRow(SQLite::Statement& insert, const std::string& line, const NotedCal
     insert.reset();
     Binder bind(insert);
     bind(line)(call.device)(call.callId)(call.firstEvent)(static_cast<std::int64_t>(call.role));
-    bind(call.outgoing)(call.conference)(call.transferred)(call.elsewhere);
+    bind(call.outgoing)(call.conference)(call.conferenceId)(call.markedMissed)(call.pickUp);
+    bind(call.transferred)(call.elsewhere);
     bind(call.calling)(call.called)(call.redirecting)(call.partner)(textOf(call.others));
     bind(call.established)(call.lastEvent)(noted.seen)(noted.ended)(noted.endApproximate);
     insert.exec();

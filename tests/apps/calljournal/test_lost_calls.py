@@ -7,14 +7,14 @@ import time
 import urllib.request
 
 from harness import IMPATIENT, LIMIT, ProgramTest
-from third_party_switch import ThirdPartySwitch, cleared, delivered, dialled, established, transferred
+from third_party_switch import ThirdPartySwitch, cleared, conferenced, delivered, dialled, established, marked_missed, transferred
 
 ANN, BOB = "N<4711>Ann", "N<4712>Bob"
 LINK, PROGRAM, STATUS = "link", "program", "status"
 RINGS, TALKS = ("alerting", "connected"), ("connected", "connected")
 
 # What happens before the gap, the gap, the calls of the switch after it (None: it has no such service), what happens then, and the
-# entries; "~" marks an end that is only approximate.
+# entries; "~" marks an end that is only approximate; the setting of the case, if any.
 CASES = [
     (delivered("17", ANN) + established("17", ANN), LINK, {}, b"", ["received 4711~"]),
     (delivered("17", ANN) + established("17", ANN), PROGRAM, {}, b"", ["received 4711~"]),
@@ -30,16 +30,21 @@ CASES = [
      ["received 4712", "received 4711"]),
     (dialled("17", ANN) + transferred("17", ANN, "18", BOB), PROGRAM, {"18": (*TALKS, BOB)}, cleared("18"),
      ["dialled 4712", "dialled 4711"]),
+    (delivered("17", ANN) + marked_missed("17"), PROGRAM, None, cleared("17"), ["missed 4711"], "system-identifier=1"),
+    (delivered("17", ANN) + established("17", ANN) + dialled("18", BOB) + conferenced("19", ("17", "4711"), ("18", "4712")),
+     PROGRAM, {"19": (*TALKS, ANN)}, cleared("19"), ["received 4711", "dialled 4712"]),
+    (delivered("17", ANN) + established("17", ANN) + dialled("18", BOB) + conferenced("19", ("17", "4711"), ("18", "4712")),
+     STATUS, {}, b"", ["received 4711~", "dialled 4712~"]),
     (b"", LINK, {"30": (*RINGS, ANN), "31": (*TALKS, BOB)}, cleared("30") + cleared("31"), ["missed 4711", "received 4712"]),
 ]
 
 
 class LostCallsTest(ProgramTest):
     def check(self, software_type):
-        for before, gap, calls, after, expected in CASES:
+        for before, gap, calls, after, expected, *settings in CASES:
             with self.subTest(gap=gap, expected=expected):
                 switch = ThirdPartySwitch(self)
-                options = ("--set", "software-type=" + software_type)
+                options = [word for setting in ["software-type=" + software_type, *settings] for word in ("--set", setting)]
                 server = self.serve(switch.address, *options, config=IMPATIENT)
                 switch.synchronise({})
                 switch.peer.sendall(before)

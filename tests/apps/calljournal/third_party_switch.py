@@ -45,6 +45,12 @@ def dialled(call, called):
             + event("EstablishedEvent", "establishedConnection", call, [("answeringDevice", called)] + parties, "connected", "newCall"))
 
 
+def marked_missed(call):
+    return frame(9999, '<CallInformationEvent xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID><connection><callID>%s</callID><deviceID>2001'
+                 "</deviceID></connection><device>2001</device><extensions><privateData><private><callStatus>MissedCall</callStatus>"
+                 "</private></privateData></extensions></CallInformationEvent>" % (NAME_SPACE, call))
+
+
 def joined(name, connections, call, old, parties=()):
     """The calls `old` of device 2001, (call id, far end), continue as `call`: a transfer by another device, or a conference."""
     connection = "<%s><callID>%s</callID><deviceID>%s</deviceID></%s>"
@@ -60,6 +66,10 @@ def joined(name, connections, call, old, parties=()):
 def transferred(call, by, new_call, to):
     return joined("TransferedEvent", "transferredConnections", new_call, [(call, "2001")],
                   [("transferringDevice", by), ("transferredToDevice", to)])
+
+
+def conferenced(call, *old):
+    return joined("ConferencedEvent", "conferenceConnections", call, old)
 
 
 def log_entry(log, number):

@@ -30,6 +30,9 @@ PhoneCall callOf(const std::string& callId, int seconds) {
             .device = "localDeviceID",
             .role = host::PhoneRole::eConnected,
             .conference = true,
+            .conferenceId = "30",
+            .markedMissed = true,
+            .pickUp = true,
             .elsewhere = true,
             .calling = {"4711", "Ann"},
             .called = {"localDeviceID", ""},
@@ -43,9 +46,10 @@ PhoneCall callOf(const std::string& callId, int seconds) {
 
 bool areEqual(const PhoneCall& one, const PhoneCall& other) {
     const auto members = [](const PhoneCall& call) {
-        return std::tie(call.callId, call.device, call.role, call.outgoing, call.conference, call.transferred,
-                        call.elsewhere, call.calling, call.called, call.redirecting, call.partner,
-                        call.others, call.firstEvent, call.established, call.lastEvent);
+        return std::tie(call.callId, call.device, call.role, call.outgoing, call.conference,
+                        call.conferenceId, call.markedMissed, call.pickUp, call.transferred, call.elsewhere,
+                        call.calling, call.called, call.redirecting, call.partner, call.others,
+                        call.firstEvent, call.established, call.lastEvent);
     };
     return members(one) == members(other);
 }
