@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ public:
     [[nodiscard]] std::string monitoredDevice() const {
         return m_monitored == m_own ? CSTADevice::kLocalDevice : m_monitoredDevice;
     }
+
+    /// The length of its number.
+    [[nodiscard]] std::size_t monitoredDigits() const noexcept { return m_monitored.size(); }
 
     /// Reads a device member such as `<callingDevice>`: a device identifier, a dialled number, a text, or an
     /// element for a restricted or unknown party.

@@ -41,6 +41,7 @@ EventBuilder::EventBuilder(const EventSchema& schema, const WireDocument& docume
     m_context.event = schema.event;
     m_context.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
     m_context.pickup = childText(m_root, "cause") == "callPickup";
+    m_context.ownDigits = m_devices.monitoredDigits();
     m_context.calling = calling();
     m_context.called = called();
     // ConnectionCleared is about the dropped party, independent of the releasing one. In other events the

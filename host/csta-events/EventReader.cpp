@@ -42,9 +42,12 @@ std::vector<PhoneEvent> EventReader::read(const WireDocument& document, const Ev
                 noteDropped(*known, schema->event == WireEvent::eEstablished);
             }
             break;
+        case EventDecision::Action::eEnd:
         case EventDecision::Action::eEndElsewhere:
             if (known != nullptr) {
-                add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
+                const int cause = decision.action == EventDecision::Action::eEnd ? CSTA_EC_NormalClearing
+                                                                                 : CSTA_EC_CompletedElsewhere;
+                add(events, {clearedEvent(*known, source.crossRefId, cause)}, device);
             }
             break;
         case EventDecision::Action::eDeliver: carryOut(events, builder, source); break;

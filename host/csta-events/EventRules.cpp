@@ -182,6 +182,12 @@ Action failedElsewhere(const EventContext& context) {
     return always(placing && !differ(context.subject.device, called));
 }
 
+/// True if the device has an internal number. A far end outside may be named by its trunk instead.
+bool isInternal(const EventContext& context) {
+    const std::string number = comparableNumber(context.subject.device.number);
+    return number.size() == context.ownDigits && number.find_first_not_of("0123456789") == std::string::npos;
+}
+
 /// Another party leaves. A call of two parties ends with either; the switch need not report the own
 /// connection. Third parties and the members of a group leave without ending it.
 Action clearedElsewhere(const EventContext& context) {
@@ -197,12 +203,13 @@ Action clearedElsewhere(const EventContext& context) {
     }
     const bool known = call->others.contains(comparableNumber(context.subject.device.number));
     if (call->role == PhoneRole::eCalling) {
-        return always(!known || call->others.size() == 1);
+        const bool member = isInternal(context) && differ(context.subject.device, call->called);
+        return always(known ? call->others.size() == 1 : !member || call->others.empty());
     }
     const CSTADevice& far = call->partner.number.empty() ? call->calling : call->partner;
     const bool toGroup = !call->outgoing && !call->called.isLocal() && !call->called.number.empty();
     const bool isFarEnd = far.number.empty() ? !known : !differ(context.subject.device, far);
-    return always(isFarEnd || !(known || toGroup));
+    return always(isFarEnd || !(known || toGroup || isInternal(context)));
 }
 
 /// Another device diverts the call. A group that diverts its call takes it away from this phone, too.
@@ -276,6 +283,10 @@ EventDecision decide(const EventContext& context) {
     if (context.event == WireEvent::eDiverted && context.pickup && !isOwnCall(context) &&
         localConnectionOf(context) == CSTA_LCS_Null) {
         return {.action = Action::eEndElsewhere};  // picked up by another phone, not forwarded
+    }
+    if (endsWithoutClearedEvent(context) && context.call != nullptr &&
+        context.call->role == PhoneRole::eConnected) {
+        return {.action = Action::eEnd};  // parked: only a call that is not established is forwarded
     }
     return {.action = context.event == WireEvent::eEstablished ? establishedHere(context) : Action::eDeliver};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -17,6 +18,8 @@ struct EventContext {
     /// transferring one.
     EventDevice subject;
     EventDevice calling;
+    /// The number of digits of the monitored device: the internal numbers have as many.
+    std::size_t ownDigits = 0;
     CSTADevice called;
     /// A `CSTALocalConnectionState`; `std::nullopt` if the switch sent none.
     std::optional<int> localConnection;
@@ -31,6 +34,8 @@ struct EventDecision {
     enum class Action {
         eDeliver,
         eDrop,
+        /// Deliver a ConnectionCleared event instead.
+        eEnd,
         /// Deliver a ConnectionCleared event instead, with the cause "completed elsewhere".
         eEndElsewhere,
     };

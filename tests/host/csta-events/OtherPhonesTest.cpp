@@ -122,6 +122,14 @@ a third party comes and goes | Delivered 1 at:2001 from:4711 to:2001 own=alertin
 +   Cleared 1 at:4713 own=connected; passes 2; Cleared 1 at:4711 own=null | received 4711 00:02 | =
 a third party is busy      | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
 +   Failed 1 at:2006 from:2001 to:2006 own=connected; passes 2; Cleared 1 at:2001 own=null | received 4711 00:02 | =
+a colleague stops ringing  | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Cleared 1 at:2006 own=alerting;
++   Established 1 at:2001 from:4711 to:2001 own=connected; Cleared 1 at:2006 own=connected; passes 2;
++   Cleared 1 at:4711 own=null | received 4711 00:02 | =
+the far end is a trunk     | Delivered 1 at:2001 from:4711 to:2001 own=alerting;
++   Established 1 at:2001 from:4711 to:2001 own=connected; passes 2; Cleared 1 at:T15 own=null | received 4711 00:02 | =
+answered, then parked      | Delivered 1 at:2001 from:4711 to:2001 own=alerting;
++   Established 1 at:2001 from:4711 to:2001 own=connected; passes 2; Diverted 1 at:2001 away:7000 own=null cause=park;
++   Cleared 1 at:4711 own=null | received 4711 00:02 | =
 the roles are reversed     | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
 +   Held 1 at:2001 own=hold; Established 1 at:4711 from:2001 to:4711 own=connected; passes 1;
 +   Cleared 1 at:2001 own=null | received 4711 00:01 | =
@@ -139,6 +147,9 @@ the members of a group ring | Originated 1 to:2100 own=connected cause=newCall; 
 a member stops ringing     | Originated 1 to:2100 own=connected cause=newCall; Delivered 1 at:2006 from:2001 to:2100 own=connected;
 +   Delivered 1 at:2007 from:2001 to:2100 own=connected; Cleared 1 at:2006 own=connected;
 +   Established 1 at:2007 from:2001 to:2100 own=connected; passes 2; Cleared 1 at:2007 own=null | dialled 2100 00:02 | =
+another device leaves      | Originated 1 to:4711 own=connected cause=newCall; Delivered 1 at:4711 from:2001 to:4711 own=connected;
++   Cleared 1 at:4719 own=connected; Established 1 at:4711 from:2001 to:4711 own=connected; passes 2;
++   Cleared 1 at:2001 own=null | dialled 4711 00:02 | =
 first seen established     | Established 1 at:4713 from:2001 to:4712 own=connected; passes 2; Cleared 1 at:2001 own=null
 +   | dialled 4712 00:02 | =
 picked up                  | Originated 1 to:*8 own=connected cause=newCall;
