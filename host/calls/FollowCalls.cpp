@@ -53,11 +53,14 @@ public:
             call.established = m_now;
         }
         call.transferred = true;
+        // The journal does not follow a call that is transferred here after this phone has established it.
+        const bool endsHere = isOwn(event.getTransferredToDevice()) &&
+                              (old == nullptr || call.role == PhoneRole::eConnected);
         m_calls.remove(m_device, event.getPrimaryoldcallCallID());
         m_calls.remove(m_device, event.getSecondaryoldcallCallID());
         const bool stays = !isOwn(event.getTransferringDevice()) &&
                            (old != nullptr || event.getLocalConnectionInfo() == CSTA_LCS_Connected);
-        if (!stays || call.callId.empty()) {
+        if (!stays || endsHere || call.callId.empty()) {
             return;
         }
         if (old == nullptr) {
