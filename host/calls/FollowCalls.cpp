@@ -54,8 +54,8 @@ public:
         }
         call.transferred = true;
         // The journal does not follow a call that is transferred here after this phone has established it.
-        const bool endsHere = isOwn(event.getTransferredToDevice()) &&
-                              (old == nullptr || call.role == PhoneRole::eConnected);
+        const bool endsHere =
+            isOwn(event.getTransferredToDevice()) && (old == nullptr || call.role == PhoneRole::eConnected);
         m_calls.remove(m_device, event.getPrimaryoldcallCallID());
         m_calls.remove(m_device, event.getSecondaryoldcallCallID());
         const bool stays = !isOwn(event.getTransferringDevice()) &&

@@ -7,6 +7,7 @@
 #include <latch>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,8 +24,8 @@ namespace {
 using std::chrono::milliseconds;
 using Ids = std::vector<int>;
 
-/// A timer source that a test advances by hand while the strand is idle. Callbacks run on the thread that
-/// calls `advance`.
+/// A timer source that a test advances by hand. Callbacks run on the thread that calls `advance`; a handler on
+/// the strand may schedule meanwhile.
 class ManualTimerSource final : public TimerSource {
     using Ring = std::function<void()>;
 
@@ -32,18 +33,22 @@ public:
     [[nodiscard]] std::unique_ptr<ScheduledExpiry> schedule(milliseconds delay, Ring ring) override {
         auto held = std::make_unique<Held>();
         held->ring = std::make_shared<Ring>(std::move(ring));
+        const std::lock_guard lock(m_mutex);
         m_rings.emplace(m_now + delay, held->ring);
         return held;
     }
 
     /// Advances the time and runs the callbacks that are due, the earliest first.
     void advance(milliseconds step) {
+        std::unique_lock lock(m_mutex);
         m_now += step;
         while (!m_rings.empty() && m_rings.begin()->first <= m_now) {
             const auto due = m_rings.extract(m_rings.begin());
+            lock.unlock();
             if (const auto ring = due.mapped().lock()) {
                 (*ring)();
             }
+            lock.lock();
         }
     }
 
@@ -52,6 +57,8 @@ private:
         std::shared_ptr<Ring> ring;
     };
 
+    std::mutex m_mutex;
+    // Guarded by m_mutex.
     milliseconds m_now{0};
     std::multimap<milliseconds, std::weak_ptr<Ring>> m_rings;  // of timers that run
 };
