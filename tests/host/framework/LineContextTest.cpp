@@ -24,8 +24,8 @@ namespace {
 using std::chrono::milliseconds;
 using Ids = std::vector<int>;
 
-/// A timer source that a test advances by hand. Callbacks run on the thread that calls `advance`; a handler on
-/// the strand may schedule meanwhile.
+/// A timer source that a test advances by hand. Callbacks run on the thread that calls `advance`; a handler
+/// on the strand may schedule meanwhile.
 class ManualTimerSource final : public TimerSource {
     using Ring = std::function<void()>;
 
