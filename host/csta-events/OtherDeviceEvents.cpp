@@ -54,7 +54,7 @@ CSTADevice ownIfBluetooth(const CSTADevice& device) {
     return device.number == kBluetooth ? CSTADevice{CSTADevice::kLocalDevice, {}} : device;
 }
 
-/// The Bluetooth telephone is the phone's own, so a call that it places or answers is one of the phone.
+/// The Bluetooth telephone is the phone's own: the calls of the one are those of the other.
 void nameOwnDevice(CSTAEvent& event) {
     if (auto* call = dynamic_cast<CSTACallControlEvent*>(&event)) {
         call->setCallingDevice(ownIfBluetooth(call->getCallingDevice()));

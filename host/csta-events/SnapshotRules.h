@@ -9,7 +9,7 @@
 namespace host {
 
 /// The phone's call as a snapshot describes it; `std::nullopt` if the phone does not take part, or only
-/// dials, queues or has failed: its next event tells more. Times are not set, except that `established` has
+/// dials, queues or has failed: its next event has more. Times are not set, except that `established` has
 /// a value if the call is established. `device` is the device as the calls name it.
 [[nodiscard]] std::optional<PhoneCall> callFrom(const DeviceSnapshot::Connection& connection,
                                                 const CallSnapshot& snapshot, const std::string& device);

@@ -314,7 +314,7 @@ bool CallSynchronisation::isSilent(const PhoneCall& call) const {
     return !m_calls.isInConference(call) && now() - call.lastEvent > m_config.callMaxAge;
 }
 
-/// The switch knows if a call without events is still up. If it does not tell, the call ends.
+/// Asks the switch if a call without events is still up. Without a snapshot the call ends.
 void CallSynchronisation::endSilentCalls() {
     std::set<std::string> devices;
     for (const PhoneCall& call : m_calls.all()) {

@@ -9,7 +9,7 @@ namespace reliability {
 struct Party {
     std::string number;
     std::string name;
-    /// The switch does not tell who it is.
+    /// The switch sends no number and no name.
     bool withheld = false;
 
     [[nodiscard]] bool operator==(const Party& other) const { return number == other.number; }

@@ -32,7 +32,7 @@ struct ScenarioStep {
         eDial,               ///< makes `call` from `from` to `to`, with the events of the dialling phone
         eConsult,            ///< holds `other` by `party` and dials `call` to `to` from there
         eRing,               ///< the called phone rings
-        eAnswerCall,         ///< the called party (or `party`) answers
+        eAnswerCall,         ///< established by the called party (or `party`)
         eHold,               ///< by `party`
         eRetrieve,           ///< by `party`
         eHangUp,             ///< by `party`
@@ -40,7 +40,7 @@ struct ScenarioStep {
         eBusy,               ///< the far end of an outgoing call is busy
         eNoAnswer,           ///< the outgoing call is not answered, and the phone hangs up
         eDivert,             ///< to `to`, because of `word`
-        ePickUp,             ///< `to` answers the call that rings at another phone
+        ePickUp,             ///< `to` takes the call that rings at another phone
         eAnsweredElsewhere,  ///< another phone with the same number answered
         eTransfer,  ///< the holder of `call` connects its far end with that of `other`; creates `call` anew
         eSingleStepTransfer,  ///< `party` transfers `call` to `to`, whose phone rings
