@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -109,6 +110,30 @@ inline void logParties(const char* operation, const CSTACallControlEvent& event)
         return Call::eOutgoing;
     }
     return reachedHere ? Call::eIncoming : Call::eDirectionUnknown;
+}
+
+/// Returns the direction in which a call is established, and `std::nullopt`, with a log text, if the event
+/// does not concern a call of this phone. `direction` is that of the event. An established call keeps its
+/// direction; the record of a call placed to pick up another one is removed, and `call` becomes null.
+[[nodiscard]] inline std::optional<Call::directions_t> establishedDirection(
+    const CallControlContext& callControl, Call*& call, const CSTAEstablishedEvent& event,
+    Call::directions_t direction) {
+    const std::string& callId = event.getConnectionCallID();
+    if (call != nullptr && call->m_State == Call::eEstablished) {
+        return call->m_Direction;
+    }
+    if (isPickedUp(call, direction)) {
+        callControl.calls.removeCall(callId);
+        call = nullptr;
+    }
+    if (direction != Call::eDirectionUnknown) {
+        return direction;
+    }
+    LOG_EVENTS(5, "%s():{%s} Unknown direction", "handleCSTAEstablishedEvent", callId.c_str());
+    if (call == nullptr || isEstablishedElsewhere(*call, event)) {
+        return std::nullopt;
+    }
+    return call->m_Direction;
 }
 
 }  // namespace journal

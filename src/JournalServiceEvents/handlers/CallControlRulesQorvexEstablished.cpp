@@ -18,24 +18,15 @@ void CallControlRulesQorvex::established(const CSTAEstablishedEvent& event) {
         return;
     }
     Call* call = m_callControl.find(event);
-    auto direction = directionOf(calling, called, answering, call);
-    if (call != nullptr && call->m_State == Call::eEstablished) {
-        direction = call->m_Direction;
-    } else if (isPickedUp(call, direction)) {
-        m_callControl.calls.removeCall(callId);
-        call = nullptr;
+    const auto direction =
+        establishedDirection(m_callControl, call, event, directionOf(calling, called, answering, call));
+    if (!direction) {
+        return;
     }
-    if (direction == Call::eDirectionUnknown) {
-        LOG_EVENTS(5, "%s():{%s} Unknown direction", kLogName, callId.c_str());
-        if (call == nullptr || isEstablishedElsewhere(*call, event)) {
-            return;
-        }
-        direction = call->m_Direction;
-    }
-    if (direction == Call::eOutgoing) {
-        establishedOutgoing(call, event, direction);
+    if (*direction == Call::eOutgoing) {
+        establishedOutgoing(call, event, *direction);
     } else {
-        establishedIncoming(call, event, direction);
+        establishedIncoming(call, event, *direction);
     }
     recordRedirecting(event, kLogName);
 }

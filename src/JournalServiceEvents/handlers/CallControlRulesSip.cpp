@@ -196,32 +196,24 @@ void CallControlRulesSip::established(const CSTAEstablishedEvent& event) {
                isBLFPickupCall ? 1 : 0);
 
     // A call that was placed to pick up another one may be established with the parties of that other call.
-    auto direction = isBLFPickupCall ? call->m_Direction
-                                     : directionOf(event.getCallingDevice(), event.getCalledDevice(),
-                                                   event.getAnsweringDevice(), call);
-    if (call != nullptr && call->m_State == Call::eEstablished) {
-        direction = call->m_Direction;
-    } else if (!isBLFPickupCall && isPickedUp(call, direction)) {
-        m_callControl.calls.removeCall(callId);
-        call = nullptr;
-    }
-    if (direction == Call::eDirectionUnknown) {
-        LOG_EVENTS(5, "%s():{%s} Unknown direction", kLogName, callId.c_str());
-        if (call == nullptr || isEstablishedElsewhere(*call, event)) {
-            return;
-        }
-        direction = call->m_Direction;
+    const auto direction =
+        establishedDirection(m_callControl, call, event,
+                             isBLFPickupCall ? call->m_Direction
+                                             : directionOf(event.getCallingDevice(), event.getCalledDevice(),
+                                                           event.getAnsweringDevice(), call));
+    if (!direction) {
+        return;
     }
     if (!callId.empty() && m_blindTransfer.followsHeldEvent() && m_blindTransfer.lastHeldCallId() == callId) {
         LOG_EVENTS(5, "handleCSTAEstablishedEvent: established event following a held event");
         if (call == nullptr) {
-            call = m_callControl.tracker.enterCall(direction, callId);
+            call = m_callControl.tracker.enterCall(*direction, callId);
         }
     }
-    if (direction == Call::eOutgoing) {
+    if (*direction == Call::eOutgoing) {
         establishedOutgoing(call, event);
     } else {
-        establishedIncoming(call, event, direction);
+        establishedIncoming(call, event, *direction);
     }
 }
 
