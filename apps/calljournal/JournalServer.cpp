@@ -1,7 +1,7 @@
 #include "apps/calljournal/JournalServer.h"
 
 #include "host/config/DataDirectory.h"
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/directory/PhonebookInvoker.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/HostFrameworkContext.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "journal-items/CallInfo.h"
 
 namespace host {

@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "journal-items/CallBackItem.h"
 
 namespace journalxml {

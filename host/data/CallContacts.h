@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/data/ContactRows.h"
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "journal-items/Contact.h"
 
 namespace journalxml {

@@ -3,7 +3,7 @@
 #include <list>
 #include <type_traits>
 
-#include "host/data/RowId.h"
+#include "host/database/RowId.h"
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/DataResponse.h"
 

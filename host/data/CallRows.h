@@ -5,8 +5,8 @@
 #include <set>
 #include <string>
 
-#include "host/data/Database.h"
 #include "host/data/OccurrenceRows.h"
+#include "host/database/Database.h"
 #include "journal-items/ListTraits.h"
 
 namespace journalxml {

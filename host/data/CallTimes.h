@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/data/CallRows.h"
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/data/RowId.h"
+#include "host/database/RowId.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
 namespace host {

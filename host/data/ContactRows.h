@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "journal-items/Contact.h"
 
 class DigitAnalysisServiceIfc;

@@ -4,8 +4,8 @@
 
 #include <sstream>
 
-#include "host/data/Database.h"
 #include "host/data/LiveCallRows.h"
+#include "host/database/Database.h"
 #include "platform/logging/Logging.h"
 
 namespace host {

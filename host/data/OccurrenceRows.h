@@ -4,7 +4,7 @@
 #include <list>
 #include <string>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "journal-items/DialledCallItem.h"
 #include "journal-items/ForwardedCallItem.h"
 #include "journal-items/MissedCallItem.h"

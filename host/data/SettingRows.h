@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 
 namespace host {
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "host/data/ContactRows.h"
-#include "host/data/Database.h"
-#include "host/data/RowId.h"
+#include "host/database/Database.h"
+#include "host/database/RowId.h"
 #include "host/presentation/ContactFields.h"
 #include "host/presentation/ItemSearch.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"

@@ -12,7 +12,7 @@
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactImport.h"
 #include "host/contact-files/FileText.h"
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"

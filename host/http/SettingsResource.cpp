@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/Router.h"

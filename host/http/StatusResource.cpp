@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/http/HttpError.h"
 #include "host/http/Router.h"
 #include "host/lists/ListOperations.h"

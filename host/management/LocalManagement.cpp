@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "host/data/Database.h"
 #include "host/data/SettingRows.h"
+#include "host/database/Database.h"
 #include "host/management/AgentHandle.h"
 #include "host/management/SettingRules.h"
 #include "platform/logging/Logging.h"

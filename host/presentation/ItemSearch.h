@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/presentation/SearchText.h"
+#include "host/search/SearchText.h"
 #include "journal-items/CallBackItem.h"
 #include "journal-items/Contact.h"
 #include "journal-items/DialledCallItem.h"

@@ -11,7 +11,7 @@
 
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
 #include "host/line/Line.h"

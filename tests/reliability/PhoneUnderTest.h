@@ -6,7 +6,7 @@
 #include <mutex>
 #include <string>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
 #include "host/line/Line.h"

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace journaltest {

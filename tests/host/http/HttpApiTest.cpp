@@ -19,7 +19,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
 #include "host/http/Metrics.h"

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
 #include "host/switch/scenario/ScenarioParser.h"

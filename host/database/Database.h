@@ -10,8 +10,8 @@
 #include <string>
 #include <utility>
 
-#include "host/data/DatabaseError.h"
-#include "host/data/Query.h"
+#include "host/database/DatabaseError.h"
+#include "host/database/Query.h"
 
 namespace host {
 

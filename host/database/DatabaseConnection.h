@@ -7,7 +7,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
-#include "host/data/Query.h"
+#include "host/database/Query.h"
 
 namespace host {
 
@@ -35,6 +35,8 @@ private:
     void refuseForeign();
     void refuseDamaged();
     void configure();
+    /// Adds the SQL function search_text(name, number), `SearchText::searchable`.
+    void addSearchText();
     void migrate();
     [[nodiscard]] int number(const char* sql);
 

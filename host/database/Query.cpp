@@ -1,4 +1,4 @@
-#include "host/data/Query.h"
+#include "host/database/Query.h"
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Statement.h>

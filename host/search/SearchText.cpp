@@ -1,4 +1,4 @@
-#include "host/presentation/SearchText.h"
+#include "host/search/SearchText.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -74,6 +74,10 @@ std::string joined(std::string number) {
 }  // namespace
 
 SearchText::SearchText(std::string_view text) : m_text(folded(trimmed(text))), m_number(joined(m_text)) {}
+
+std::string SearchText::searchable(std::string_view name, std::string_view number) {
+    return folded(name) + '\x1F' + joined(folded(number));
+}
 
 bool SearchText::isIn(std::string_view text) const {
     return folded(text).find(m_text) != std::string::npos;

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string>
 
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 #include "tests/support/TemporaryDatabase.h"
 
 namespace {

@@ -19,6 +19,15 @@ public:
     [[nodiscard]] bool isIn(std::string_view text) const;
     [[nodiscard]] bool isInNumber(std::string_view number) const;
 
+    /// The text for a comparison with the name in a stored search text (`searchable`).
+    [[nodiscard]] const std::string& text() const noexcept { return m_text; }
+    /// The same for the number; empty if the text cannot be part of a number.
+    [[nodiscard]] const std::string& number() const noexcept { return m_number; }
+
+    /// The search text that is stored for a name and a number: the folded name, the character U+001F, and the
+    /// number without separators.
+    [[nodiscard]] static std::string searchable(std::string_view name, std::string_view number);
+
 private:
     std::string m_text;
     /// Empty if the text cannot be part of a number.

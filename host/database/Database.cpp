@@ -1,4 +1,4 @@
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 
 #include <fcntl.h>
 #include <sqlite3.h>
@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <system_error>
 
-#include "host/data/DatabaseConnection.h"
-#include "host/data/Schema.h"
+#include "host/database/DatabaseConnection.h"
+#include "host/database/Schema.h"
 #include "platform/logging/Logging.h"
 
 namespace host {

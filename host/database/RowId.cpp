@@ -1,4 +1,4 @@
-#include "host/data/RowId.h"
+#include "host/database/RowId.h"
 
 #include <charconv>
 

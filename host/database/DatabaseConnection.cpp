@@ -1,13 +1,32 @@
-#include "host/data/DatabaseConnection.h"
+#include "host/database/DatabaseConnection.h"
 
 #include <sqlite3.h>
 
 #include <stdexcept>
 
-#include "host/data/DatabaseError.h"
-#include "host/data/Schema.h"
+#include "host/database/DatabaseError.h"
+#include "host/database/Schema.h"
+#include "host/search/SearchText.h"
 
 namespace host {
+namespace {
+
+std::string_view textOf(sqlite3_value* value) {
+    const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
+    return bytes == nullptr ? std::string_view()
+                            : std::string_view(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+}
+
+void searchText(sqlite3_context* context, int /*count*/, sqlite3_value** values) {
+    try {
+        const std::string text = SearchText::searchable(textOf(values[0]), textOf(values[1]));
+        sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    } catch (const std::exception& error) {
+        sqlite3_result_error(context, error.what(), -1);
+    }
+}
+
+}  // namespace
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime)
     : m_file(file),
@@ -16,6 +35,7 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
     refuseForeign();
     refuseDamaged();
     configure();
+    addSearchText();
     migrate();
 }
 
@@ -72,6 +92,14 @@ void DatabaseConnection::configure() {
     m_database.exec("PRAGMA synchronous = FULL");
     m_database.exec("PRAGMA foreign_keys = ON");
     m_database.exec("PRAGMA trusted_schema = OFF");
+}
+
+void DatabaseConnection::addSearchText() {
+    constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+    if (sqlite3_create_function_v2(m_database.getHandle(), "search_text", 2, kFlags, nullptr, &searchText,
+                                   nullptr, nullptr, nullptr) != SQLITE_OK) {
+        throw SQLite::Exception("search_text cannot be added", SQLITE_ERROR);
+    }
 }
 
 void DatabaseConnection::migrate() {

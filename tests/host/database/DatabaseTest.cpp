@@ -1,4 +1,4 @@
-#include "host/data/Database.h"
+#include "host/database/Database.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
