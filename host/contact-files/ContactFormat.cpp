@@ -1,8 +1,8 @@
 #include "host/contact-files/ContactFormat.h"
 
 #include "host/contact-files/CsvReader.h"
-#include "host/contact-files/FileText.h"
 #include "host/contact-files/VCardReader.h"
+#include "host/text-files/FileText.h"
 
 namespace host {
 namespace {

@@ -3,11 +3,12 @@
 #include <array>
 #include <string_view>
 
-#include "host/contact-files/FileText.h"
 #include "host/contact-files/VCardContact.h"
 #include "host/contact-files/VCardProperty.h"
 #include "host/presentation/ContactFields.h"
 #include "host/presentation/PlainText.h"
+#include "host/text-files/CsvCell.h"
+#include "host/text-files/FileText.h"
 #include "platform/client-utils/Utf8.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 
@@ -97,17 +98,6 @@ std::string card(const Contact& contact) {
     return text;
 }
 
-std::string cell(const std::string& text) {
-    std::string quoted = cleaned(text);
-    if (quoted.find_first_of(",;\t\"\n") == std::string::npos) {
-        return quoted;
-    }
-    for (std::size_t at = quoted.find('"'); at != std::string::npos; at = quoted.find('"', at + 2)) {
-        quoted.insert(at, 1, '"');
-    }
-    return '"' + quoted + '"';
-}
-
 template <typename CellOf>
 std::string row(const CellOf& cellOf) {
     std::string text;
@@ -128,9 +118,9 @@ std::string contactFileHead(ContactFormat format) {
 }
 
 std::string contactFileEntry(ContactFormat format, const Contact& contact) {
-    return format == ContactFormat::eVCard
-               ? card(contact)
-               : row([&contact](const ContactField& field) { return cell(field.get(contact)); });
+    return format == ContactFormat::eVCard ? card(contact) : row([&contact](const ContactField& field) {
+        return quotedCell(cleaned(field.get(contact)));
+    });
 }
 
 }  // namespace host

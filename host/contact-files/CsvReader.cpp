@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 
 namespace host {
 namespace {

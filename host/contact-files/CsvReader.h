@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "host/contact-files/ContactReader.h"
-#include "host/contact-files/CsvRows.h"
 #include "host/presentation/ContactFields.h"
+#include "host/text-files/CsvRows.h"
 
 namespace host {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 
 namespace host {

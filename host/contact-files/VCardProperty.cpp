@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cstddef>
 
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 
 namespace host {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 
 namespace host {
 namespace {

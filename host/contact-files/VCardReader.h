@@ -6,8 +6,8 @@
 #include <string>
 
 #include "host/contact-files/ContactReader.h"
-#include "host/contact-files/TextLineReader.h"
 #include "host/contact-files/VCardContact.h"
+#include "host/text-files/TextLineReader.h"
 
 namespace host {
 

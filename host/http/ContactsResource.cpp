@@ -11,7 +11,6 @@
 
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactImport.h"
-#include "host/contact-files/FileText.h"
 #include "host/database/Database.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/HttpError.h"
@@ -20,6 +19,7 @@
 #include "host/http/Router.h"
 #include "host/presentation/ContactFields.h"
 #include "host/presentation/ItemJson.h"
+#include "host/text-files/FileText.h"
 
 namespace host {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactWriter.h"
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 #include "tests/support/RandomItems.h"
 #include "tests/support/Table.h"
 

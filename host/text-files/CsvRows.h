@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/contact-files/TextLineReader.h"
+#include "host/text-files/TextLineReader.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/contact-files/TextLineReader.h"
+#include "host/text-files/TextLineReader.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
-#include "host/contact-files/CsvRows.h"
+#include "host/text-files/CsvRows.h"
 
 #include <algorithm>
 #include <array>
 
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/contact-files/FileText.h"
+#include "host/text-files/FileText.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// Helpers for the texts of contact files. Pure functions; any thread may call.
+/// Helpers for the texts of files. Pure functions; any thread may call.
 namespace host {
 
 /// True if the text is valid UTF-8; control characters are allowed.
