@@ -1,0 +1,119 @@
+#include "host/history/CallSelection.h"
+
+#include <utility>
+
+#include "host/database/Query.h"
+#include "host/search/SearchText.h"
+#include "platform/digits/DigitAnalysisServiceIfc.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kInName = "instr(party.search, ?) > 0";
+constexpr const char* kInNumber = "instr(substr(party.search, instr(party.search, char(31)) + 1), ?) > 0";
+// The shown contact is the best one of the number (ContactRows::kLookUpSql), so that others do not count.
+constexpr const char* kInContact = R"sql(party.lookup IN (
+    SELECT found.number FROM contact JOIN contact_number AS found ON found.contact = contact.id
+    WHERE contact.line = ? AND instr(contact.search, ?) > 0 AND contact.id = (
+        SELECT best.id FROM contact_number AS other JOIN contact AS best ON best.id = other.contact
+        WHERE other.line = found.line AND other.number = found.number
+        ORDER BY best.source = 0, best.source, best.id LIMIT 1)))sql";
+// Only the missed list has unviewed entries.
+constexpr const char* kUnviewed = R"sql((call.list = 0 AND EXISTS (
+    SELECT 1 FROM call_item WHERE call_item.id = call.item AND call_item.viewed = 0)))sql";
+
+}  // namespace
+
+CallSelection::CallSelection(const std::string& line, const CallFilter& filter,
+                             DigitAnalysisServiceIfc* digits) {
+    require("call.line = ?");
+    add(line);
+    requireTimes(filter);
+    requireKind(filter);
+    if (CallSelection parties = ofParties(line, filter, digits); !parties.m_condition.empty()) {
+        require("call.party IN (SELECT party.id FROM party WHERE " + parties.m_condition + ')');
+        for (auto& value : parties.m_values) {
+            add(std::move(value));
+        }
+    }
+}
+
+CallSelection CallSelection::ofParties(const std::string& line, const CallFilter& filter,
+                                       DigitAnalysisServiceIfc* digits) {
+    CallSelection parties;
+    if (!filter.number.empty()) {
+        parties.requireNumber(line, filter.number, digits);
+    }
+    if (!filter.search.empty()) {
+        parties.requireText(line, filter.search);
+    }
+    return parties;
+}
+
+void CallSelection::bind(Query& query) const {
+    for (const auto& value : m_values) {
+        std::visit([&query](const auto& each) { query.bind(each); }, value);
+    }
+}
+
+void CallSelection::require(const std::string& condition) {
+    m_condition += (m_condition.empty() ? "" : " AND ") + condition;
+}
+
+void CallSelection::requireNumber(const std::string& line, const std::string& number,
+                                  DigitAnalysisServiceIfc* digits) {
+    std::string normalised = number;
+    if (digits != nullptr) {
+        digits->normalise(normalised);
+    }
+    require("party.line = ? AND (party.lookup = ? OR party.number = ?)");
+    add(line);
+    add(normalised);
+    add(number);
+}
+
+void CallSelection::requireText(const std::string& line, const std::string& text) {
+    const SearchText search(text);
+    require("party.line = ?");
+    add(line);
+    std::string found = kInName;
+    add(search.text());
+    if (!search.number().empty() && search.number() != search.text()) {
+        found += std::string(" OR ") + kInNumber;
+        add(search.number());
+    }
+    require('(' + found + " OR " + kInContact + ')');
+    add(line);
+    add(search.text());
+}
+
+void CallSelection::requireTimes(const CallFilter& filter) {
+    if (filter.since) {
+        require("call.start >= ?");
+        add(std::int64_t{filter.since->time_since_epoch().count()});
+    }
+    if (filter.until) {
+        require("call.start < ?");
+        add(std::int64_t{filter.until->time_since_epoch().count()});
+    }
+    if (filter.minDuration) {
+        require("call.duration >= ?");
+        add(std::int64_t{filter.minDuration->count()});
+    }
+}
+
+void CallSelection::requireKind(const CallFilter& filter) {
+    if (filter.list) {
+        require("call.list = ?");
+        add(static_cast<std::int64_t>(*filter.list));
+    }
+    if (filter.outgoing) {
+        require(*filter.outgoing ? "call.list = ?" : "call.list <> ?");
+        add(static_cast<std::int64_t>(ListName::eDialled));
+    }
+    if (filter.viewed) {
+        require(*filter.viewed ? std::string("NOT ") + kUnviewed : std::string(kUnviewed));
+    }
+}
+
+}  // namespace host
