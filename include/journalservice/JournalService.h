@@ -87,6 +87,10 @@ public:
     bool setJournalServiceCallLogEventsDisabling(const std::string& value) override;
     bool getCallRecordsAssociatedWith(const Contact& contact,
                                       std::vector<Contact::CallRecord>& records) override;
+    bool replaceEntry(const MissedCallItem& item, bool reportsRemoved) override;
+    bool replaceEntry(const DialledCallItem& item, bool reportsRemoved) override;
+    bool replaceEntry(const ReceivedCallItem& item, bool reportsRemoved) override;
+    bool replaceEntry(const ForwardedCallItem& item, bool reportsRemoved) override;
 
     // ContactGetterIfc
     void getContactList(std::vector<Contact>& contacts) override;

@@ -88,4 +88,16 @@ public:
     /// none.
     virtual bool getCallRecordsAssociatedWith(const Contact& contact,
                                               std::vector<Contact::CallRecord>& records) = 0;
+
+    /// The entry with the item's unique id, loaded or not, takes over the item's names, picture, calls
+    /// (newest first, at most ten) and, of a missed entry, the viewed mark. Its entry id stays. Observers are
+    /// notified once of an updated item. An item without calls deletes the entry.
+    ///
+    /// If `reportsRemoved` is true, the calls that the item no longer has are reported to a switch that keeps
+    /// the call log, as a deletion reports them. Returns false, and changes nothing, if the item has no
+    /// unique id or the list has no such entry.
+    virtual bool replaceEntry(const MissedCallItem& item, bool reportsRemoved) = 0;
+    virtual bool replaceEntry(const DialledCallItem& item, bool reportsRemoved) = 0;
+    virtual bool replaceEntry(const ReceivedCallItem& item, bool reportsRemoved) = 0;
+    virtual bool replaceEntry(const ForwardedCallItem& item, bool reportsRemoved) = 0;
 };

@@ -15,6 +15,7 @@ JournalComponents::JournalComponents(const Dependencies& dependencies)
       lists(persistence, requests, notifier),
       queries(lists),
       deletion(settings, lists),
+      replacement(settings, lists),
       missedCallUpdates(lists),
       loader(settings, adapter, lists, dependencies.loadLists),
       subscription(lists, loader, notifier),

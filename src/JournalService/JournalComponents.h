@@ -7,13 +7,14 @@
 #include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/base/PlatformServices.h"
+#include "src/JournalService/list-changes/EntryReplacement.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
+#include "src/JournalService/list-changes/MissedCallUpdates.h"
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListDeletion.h"
 #include "src/JournalService/lists/ListLoader.h"
 #include "src/JournalService/lists/ListPersistence.h"
 #include "src/JournalService/lists/ListQueries.h"
-#include "src/JournalService/lists/MissedCallUpdates.h"
 #include "src/JournalService/lists/Subscription.h"
 #include "src/JournalServiceEvents/calls/CallCompletion.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"
@@ -90,6 +91,7 @@ struct JournalComponents {
     JournalLists lists;
     ListQueries queries;
     ListDeletion deletion;
+    EntryReplacement replacement;
     MissedCallUpdates missedCallUpdates;
     ListLoader loader;
     Subscription subscription;

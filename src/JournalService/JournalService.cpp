@@ -256,6 +256,26 @@ bool JournalService::getCallRecordsAssociatedWith(const Contact& contact,
                         [&] { return m_components->queries.getCallRecordsAssociatedWith(contact, records); });
 }
 
+bool JournalService::replaceEntry(const MissedCallItem& item, bool reportsRemoved) {
+    return resultLogged("replaceEntry",
+                        [&] { return m_components->replacement.replaceEntry(item, reportsRemoved); });
+}
+
+bool JournalService::replaceEntry(const DialledCallItem& item, bool reportsRemoved) {
+    return resultLogged("replaceEntry",
+                        [&] { return m_components->replacement.replaceEntry(item, reportsRemoved); });
+}
+
+bool JournalService::replaceEntry(const ReceivedCallItem& item, bool reportsRemoved) {
+    return resultLogged("replaceEntry",
+                        [&] { return m_components->replacement.replaceEntry(item, reportsRemoved); });
+}
+
+bool JournalService::replaceEntry(const ForwardedCallItem& item, bool reportsRemoved) {
+    return resultLogged("replaceEntry",
+                        [&] { return m_components->replacement.replaceEntry(item, reportsRemoved); });
+}
+
 // --- ContactGetterIfc ---
 
 void JournalService::getContactList(std::vector<Contact>& contacts) {

@@ -110,6 +110,13 @@ public:
         return note(__func__, contact.getSearchNumber());
     }
 
+    bool replaceEntry(const MissedCallItem& item, bool reports) override { return noteItem(item, reports); }
+    bool replaceEntry(const DialledCallItem& item, bool reports) override { return noteItem(item, reports); }
+    bool replaceEntry(const ReceivedCallItem& item, bool reports) override { return noteItem(item, reports); }
+    bool replaceEntry(const ForwardedCallItem& item, bool reports) override {
+        return noteItem(item, reports);
+    }
+
 private:
     [[nodiscard]] static std::string text(const std::string& word) { return word; }
     [[nodiscard]] static std::string text(bool flag) { return flag ? "true" : "false"; }
@@ -133,6 +140,10 @@ private:
             m_during();
         }
         return m_response;
+    }
+    template <typename Item>
+    bool noteItem(const Item& item, bool reports) {
+        return note("replaceEntry", item.getUniqueId(), reports);
     }
     bool note(const char* operation, Observer* observer) {
         std::unique_lock lock(m_mutex);

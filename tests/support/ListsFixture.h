@@ -7,13 +7,14 @@
 #include "platform/journal-library/CallListDatabaseAdapter.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/base/PlatformServices.h"
+#include "src/JournalService/list-changes/EntryReplacement.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
+#include "src/JournalService/list-changes/MissedCallUpdates.h"
 #include "src/JournalService/lists/CallLogRequests.h"
 #include "src/JournalService/lists/JournalLists.h"
-#include "src/JournalService/lists/ListDeletion.h"
 #include "src/JournalService/lists/ListLoader.h"
 #include "src/JournalService/lists/ListPersistence.h"
 #include "src/JournalService/lists/ListQueries.h"
-#include "src/JournalService/lists/MissedCallUpdates.h"
 #include "tests/support/FakeCstaService.h"
 #include "tests/support/FakeDataAccess.h"
 #include "tests/support/ItemBuilders.h"
@@ -83,6 +84,7 @@ public:
     journal::JournalLists lists{persistence, requests, notifier};
     journal::ListQueries queries{lists};
     journal::ListDeletion deletion{settings, lists};
+    journal::EntryReplacement replacement{settings, lists};
     journal::MissedCallUpdates missedCallUpdates{lists};
     journal::ListLoader loader{settings, adapter, lists};
     ListsReader reader{lists};

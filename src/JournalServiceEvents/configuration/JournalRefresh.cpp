@@ -5,7 +5,7 @@
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
 #include "src/JournalService/base/PlatformServices.h"
-#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
 #include "src/JournalService/lists/ListSourceIfc.h"
 #include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/configuration/JournalSettings.h"

@@ -7,7 +7,7 @@
 #include "platform/sync/CriticalSection.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
 
 namespace journal {
 

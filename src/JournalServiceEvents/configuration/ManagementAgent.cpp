@@ -7,7 +7,7 @@
 #include "src/JournalService/base/JournalPolicy.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
 #include "src/JournalServiceEvents/configuration/JournalRefresh.h"
 #include "src/JournalServiceEvents/configuration/JournalSettings.h"
 #include "src/JournalServiceEvents/configuration/PhoneValues.h"

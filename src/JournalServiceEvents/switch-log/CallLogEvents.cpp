@@ -8,7 +8,7 @@
 #include "src/JournalService/base/JournalClock.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
-#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
 #include "src/JournalService/lists/ListTransaction.h"
 #include "src/JournalServiceEvents/calls/CallMap.h"
 #include "src/JournalServiceEvents/entries/EntryCreation.h"

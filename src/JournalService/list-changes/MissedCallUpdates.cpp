@@ -1,4 +1,4 @@
-#include "src/JournalService/lists/MissedCallUpdates.h"
+#include "src/JournalService/list-changes/MissedCallUpdates.h"
 
 #include <algorithm>
 

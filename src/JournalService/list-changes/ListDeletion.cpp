@@ -1,4 +1,4 @@
-#include "src/JournalService/lists/ListDeletion.h"
+#include "src/JournalService/list-changes/ListDeletion.h"
 
 #include <type_traits>
 #include <vector>
@@ -6,6 +6,7 @@
 #include "journalservice/ObserverNotifierIfc.h"
 #include "src/JournalService/base/Log.h"
 #include "src/JournalService/base/PhoneSettings.h"
+#include "src/JournalService/list-changes/EntryDeletion.h"
 #include "src/JournalService/lists/ListTransaction.h"
 
 namespace journal {
@@ -14,45 +15,7 @@ namespace {
 
 using ActionType = JournalServiceObserverIfc::ActionType;
 
-// With this identifier the switch keeps the entries of group calls only.
-constexpr int kGroupCallSystem = 1;
-
 // --- the report to the switch ---
-
-bool isGroupCall(const MissedCallItem& item) {
-    const auto& infos = item.getMissedCallInfoList();
-    return !infos.empty() && !infos.front().getLineKey().empty();
-}
-
-void reportDeleted(ListTransaction& transaction, const SettingsSnapshot& settings,
-                   const MissedCallItem& item) {
-    if (settings.m_serverBasedCallLog) {
-        transaction.requests().sendMissedCallLogEntryRequests(item.getMissedCallInfoList());
-    } else if (settings.m_systemIdentifier == kGroupCallSystem && isGroupCall(item)) {
-        LOG_JOURNAL(5, "send CSTAEscapeRequest for group call");
-        transaction.requests().sendMissedGroupCallLogEntryRequest(&item.getMissedCallInfoList().front());
-    }
-}
-
-void reportDeleted(ListTransaction& transaction, const SettingsSnapshot& settings,
-                   const DialledCallItem& item) {
-    if (settings.m_serverBasedCallLog) {
-        transaction.requests().sendDialledCallLogEntryRequests(item.getDialledCallInfoList());
-    }
-}
-
-void reportDeleted(ListTransaction& transaction, const SettingsSnapshot& settings,
-                   const ReceivedCallItem& item) {
-    if (settings.m_serverBasedCallLog) {
-        transaction.requests().sendReceivedCallLogEntryRequests(item.getReceivedCallInfoList());
-    }
-}
-
-// A switch keeps no log of forwarded calls and callbacks.
-void reportDeleted(ListTransaction& /*transaction*/, const SettingsSnapshot& /*settings*/,
-                   const ForwardedCallItem& /*item*/) {}
-void reportDeleted(ListTransaction& /*transaction*/, const SettingsSnapshot& /*settings*/,
-                   const CallBackItem& /*item*/) {}
 
 constexpr int kNoLog = -1;
 template <typename Item>
@@ -91,22 +54,6 @@ void reportCleared(ListTransaction& transaction, JournalLists& lists, const Sett
 }
 
 // --- the notification of the observers ---
-
-void notifyDeleted(ObserverNotifierIfc& notifier, JournalLists& lists, const MissedCallItem& deleted) {
-    notifier.updateMissedCallCountAndCalls(lists.getUnviewedMissedCallsCount(), deleted.getUniqueId());
-}
-void notifyDeleted(ObserverNotifierIfc& notifier, JournalLists& lists, const DialledCallItem& deleted) {
-    notifier.updateDialledCalls(lists.front<DialledCallItem>(), deleted.getUniqueId());
-}
-void notifyDeleted(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const ReceivedCallItem& deleted) {
-    notifier.updateReceivedCalls(deleted.getUniqueId());
-}
-void notifyDeleted(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const ForwardedCallItem& deleted) {
-    notifier.updateForwardedCalls(deleted.getUniqueId());
-}
-void notifyDeleted(ObserverNotifierIfc& notifier, JournalLists& /*lists*/, const CallBackItem& deleted) {
-    notifier.updateCallbacksAndCount(deleted.getEntryId());
-}
 
 template <typename Item>
 void notifySetDeleted(ObserverNotifierIfc& notifier, JournalLists& lists) {
@@ -161,10 +108,7 @@ bool ListDeletion::deleteOne(const char* operation, const std::string& entryId) 
     }
     LOG_JOURNAL(5, "JournalService::%s: entry found", operation);
     reportDeleted(transaction, *m_settings.values(), deleted.front());
-    auto& items = transaction.open<Item>();
-    transaction.remove(items, findEntry(items, entryId));
-    transaction.commit(
-        [&](ObserverNotifierIfc& notifier) { notifyDeleted(notifier, m_lists, deleted.front()); });
+    deleteEntry(transaction, m_lists, deleted.front());
     return true;
 }
 
