@@ -153,15 +153,13 @@ private:
                 m_line.management(),
                 m_line.phonebook(),
                 m_database,
+                m_line.storedLists(),
                 m_metrics,
                 [this] {
                     const host::CstaLink::Status status = m_line.linkStatus();
                     return host::LineState{status.connected, status.monitoring, m_line.liveCallCount()};
                 },
-                [this] { return m_remote->clientCount(); },
-                [this](const std::string& number, const std::string& time) {
-                    return m_line.endIsApproximate(number, time);
-                }};
+                [this] { return m_remote->clientCount(); }};
     }
 
     host::Metrics m_metrics;

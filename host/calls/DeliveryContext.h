@@ -44,6 +44,8 @@ struct DeliveryContext {
     std::vector<EndedCall> ends{};
     /// The calls ended at a time that is not known exactly.
     bool endApproximate = false;
+    /// The event establishes a call. The journal removes the missed entry of a party that is called back.
+    bool establishes = false;
 
     /// The context of the delivery in progress on this thread, or null.
     [[nodiscard]] static DeliveryContext* current() noexcept { return slot(); }

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "host/calls/CallReason.h"
 #include "platform/csta/CSTADevice.h"
 
 namespace host {
@@ -44,6 +45,9 @@ struct PhoneCall {
     bool unconfirmed = false;
     /// Another phone has established the call while it rang here.
     bool elsewhere = false;
+
+    /// Why the call has another party than the one that was called.
+    CallReason reason = CallReason::eNone;
 
     /// The phone's own number is `CSTADevice::kLocalDevice`.
     CSTADevice calling;

@@ -27,6 +27,7 @@ void EventDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::unique_
     if (sink->receiver == nullptr) {
         return;
     }
+    context.establishes = event != nullptr && event->getType() == CSTAEventCode::eEstablished;
     if (!context.time) {
         context.time = std::chrono::system_clock::now();
     }

@@ -63,6 +63,16 @@ std::set<std::string> CallBackRows::ids() {
     return ids;
 }
 
+std::vector<CallBackItem> CallBackRows::all() {
+    std::vector<CallBackItem> items;
+    Query rows = m_session.query(kRead);
+    rows.bind(m_line).bind(std::int64_t{-1}).bind(std::int64_t{0});
+    while (rows.next()) {
+        items.push_back(itemFrom(rows));
+    }
+    return items;
+}
+
 void CallBackRows::read(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document) {
     Query rows = m_session.query(kRead);
     rows.bind(m_line).bind(limit).bind(offset);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "host/database/Database.h"
 #include "journal-items/CallBackItem.h"
@@ -22,6 +23,8 @@ public:
     CallBackRows(Database::Session& session, const std::string& line) : m_session(session), m_line(line) {}
 
     /// Replaces the row with the callback's entry id, or adds it.
+    /// All callbacks, newest first.
+    [[nodiscard]] std::vector<CallBackItem> all();
     void write(const CallBackItem& item);
     void remove(const std::string& entryId);
     void removeAll();

@@ -10,9 +10,11 @@ namespace host {
 namespace {
 
 constexpr const char* kNewestCalls = R"sql(
-SELECT call_item.list, call_item.entry_id, occurrence.number
-FROM call_item JOIN occurrence ON occurrence.item = call_item.id AND occurrence.position = 0
-WHERE call_item.line = ? AND occurrence.number <> ''
+SELECT call_item.list, call_item.entry_id, party.number
+FROM call_item
+    JOIN call ON call.id = (SELECT id FROM call WHERE item = call_item.id ORDER BY item_order DESC LIMIT 1)
+    JOIN party ON party.id = call.party
+WHERE call_item.line = ? AND party.number <> ''
 ORDER BY call_item.sort_key DESC, call_item.entry_id DESC, call_item.id DESC
 )sql";
 

@@ -1,5 +1,6 @@
 #include "host/data/CallRows.h"
 
+#include <algorithm>
 #include <list>
 #include <type_traits>
 
@@ -28,6 +29,11 @@ constexpr const char* kFindByEntry =
 constexpr const char* kReadOne = R"sql(
 SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
 WHERE line = ? AND list = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
+)sql";
+
+constexpr const char* kReadRow = R"sql(
+SELECT entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
+WHERE line = ? AND list = ? AND id = ?
 )sql";
 
 constexpr const char* kReadAll = R"sql(
@@ -61,6 +67,12 @@ std::string groupByOf(const DialledCallItem& item) {
     return item.getJournalSeviceGroupBy();
 }
 
+/// The name under which a call is filed.
+std::string nameOf(const CallItem& item) {
+    const bool both = !item.getFirstname().empty() && !item.getSurname().empty();
+    return item.getFirstname() + (both ? " " : "") + item.getSurname();
+}
+
 template <typename Item>
 void bindFields(Query& query, const Item& item) {
     query.bind(sortKeyOf(item)).bind(item.getEntryId()).bind(item.getFirstname()).bind(item.getSurname());
@@ -70,7 +82,7 @@ void bindFields(Query& query, const Item& item) {
 }  // namespace
 
 template <typename Item>
-std::string CallRows::write(const Item& item) {
+std::string CallRows::write(const Item& item, const CallFacts* facts) {
     const std::int32_t list = numberOf(ListTraits<Item>::kList);
     std::int64_t id = rowIdOf(item.getUniqueId()).value_or(0);
     Query update = m_session.query(kUpdate);
@@ -81,17 +93,38 @@ std::string CallRows::write(const Item& item) {
         insert.bind(m_line).bind(list).run();
         id = m_session.lastInsertedId();
     }
-    m_occurrences.replace(id, occurrencesOf(item));
+    m_history.write<Item>(id, nameOf(item), occurrencesOf(item), facts);
     return uniqueIdOf(id);
 }
 
-template std::string CallRows::write(const MissedCallItem&);
-template std::string CallRows::write(const DialledCallItem&);
-template std::string CallRows::write(const ReceivedCallItem&);
-template std::string CallRows::write(const ForwardedCallItem&);
+template std::string CallRows::write(const MissedCallItem&, const CallFacts*);
+template std::string CallRows::write(const DialledCallItem&, const CallFacts*);
+template std::string CallRows::write(const ReceivedCallItem&, const CallFacts*);
+template std::string CallRows::write(const ForwardedCallItem&, const CallFacts*);
 
-std::optional<std::int64_t> CallRows::find(ListName list, const std::string& uniqueId,
-                                           const std::string& entryId) {
+template <typename Item>
+bool CallRows::find(std::int64_t id, Item& item) {
+    Query row = m_session.query(kReadRow);
+    if (!row.bind(m_line).bind(numberOf(ListTraits<Item>::kList)).bind(id).next()) {
+        return false;
+    }
+    item = readItem<Item>(id, row);
+    return true;
+}
+
+template bool CallRows::find(std::int64_t, MissedCallItem&);
+template bool CallRows::find(std::int64_t, DialledCallItem&);
+template bool CallRows::find(std::int64_t, ReceivedCallItem&);
+template bool CallRows::find(std::int64_t, ForwardedCallItem&);
+
+std::optional<std::int64_t> CallRows::idOf(ListName list, const std::string& text) {
+    const bool isNumber = !text.empty() && std::all_of(text.begin(), text.end(),
+                                                       [](char each) { return each >= '0' && each <= '9'; });
+    return isNumber ? findId(list, text, "") : findId(list, "", text);
+}
+
+std::optional<std::int64_t> CallRows::findId(ListName list, const std::string& uniqueId,
+                                             const std::string& entryId) {
     Query query = m_session.query(uniqueId.empty() ? kFindByEntry : kFindById);
     query.bind(m_line).bind(numberOf(list));
     if (uniqueId.empty()) {
@@ -104,10 +137,15 @@ std::optional<std::int64_t> CallRows::find(ListName list, const std::string& uni
 }
 
 std::optional<std::string> CallRows::remove(ListName list, const std::string& uniqueId,
-                                            const std::string& entryId) {
-    const std::optional<std::int64_t> id = find(list, uniqueId, entryId);
+                                            const std::string& entryId, const Calls& calls) {
+    const std::optional<std::int64_t> id = findId(list, uniqueId, entryId);
     if (!id) {
         return std::nullopt;
+    }
+    if (calls.areKept) {
+        m_history.release(*id, calls.calledBackAt);
+    } else {
+        m_history.removeOf(*id);
     }
     m_session.query("DELETE FROM call_item WHERE id = ?").bind(*id).run();
     return uniqueIdOf(*id);
@@ -116,6 +154,7 @@ std::optional<std::string> CallRows::remove(ListName list, const std::string& un
 std::optional<std::string> CallRows::removeAll(ListName list) {
     Query last = m_session.query("SELECT max(id) FROM call_item WHERE line = ? AND list = ?");
     const std::int64_t id = last.bind(m_line).bind(numberOf(list)).next() ? last.number() : 0;
+    m_history.removeAll(list);
     m_session.query("DELETE FROM call_item WHERE line = ? AND list = ?")
         .bind(m_line)
         .bind(numberOf(list))
@@ -131,6 +170,11 @@ std::set<std::string> CallRows::ids(ListName list) {
         ids.insert(uniqueIdOf(rows.number()));
     }
     return ids;
+}
+
+std::int64_t CallRows::count(ListName list) {
+    Query rows = m_session.query("SELECT count(*) FROM call_item WHERE line = ? AND list = ?");
+    return rows.bind(m_line).bind(numberOf(list)).next() ? rows.number() : 0;
 }
 
 void CallRows::read(ListName list, std::int64_t offset, std::int64_t limit,
@@ -170,7 +214,7 @@ Item CallRows::readItem(std::int64_t id, Query& row) {
     const bool viewed = row.flag();
     setOwnFields(item, viewed, row.text());
     std::list<typename ListTraits<Item>::Info> occurrences;
-    m_occurrences.read(id, occurrences);
+    m_history.readListed(id, occurrences);
     setOccurrences(item, occurrences);
     return item;
 }

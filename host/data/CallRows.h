@@ -1,11 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
 
-#include "host/data/OccurrenceRows.h"
+#include "host/data/HistoryRows.h"
 #include "host/database/Database.h"
 #include "journal-items/ListTraits.h"
 
@@ -22,23 +23,41 @@ namespace host {
 /// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class CallRows {
 public:
-    /// Both are borrowed.
-    CallRows(Database::Session& session, const std::string& line)
-        : m_session(session), m_line(line), m_occurrences(session, line) {}
+    /// Everything is borrowed.
+    CallRows(Database::Session& session, const HistoryRows::Context& context)
+        : m_session(session), m_line(context.line), m_history(session, context) {}
 
-    /// Replaces the row with the item's unique id, or adds a new one if its list has no row with that id.
-    /// Returns the row's unique id.
+    /// Replaces the row with the item's unique id, or adds a new one if its list has no row with that id; its
+    /// calls become those of `HistoryRows::write`. `facts` belong to the newest call and may be null. Returns
+    /// the row's unique id.
     template <typename Item>
-    std::string write(const Item& item);
+    std::string write(const Item& item, const CallFacts* facts = nullptr);
 
+    /// What becomes of the calls of an item that is removed.
+    struct Calls {
+        bool areKept = false;
+        /// Set if the calls are kept because the party was called back.
+        std::optional<std::chrono::sys_seconds> calledBackAt{};
+    };
     /// Removes the row with the unique id, or, if that is empty, the newest one with the entry id. Returns
     /// the unique id of the removed row; `std::nullopt` if there was none.
-    std::optional<std::string> remove(ListName list, const std::string& uniqueId, const std::string& entryId);
-    /// Removes all rows of the list. Returns the last one's unique id; `std::nullopt` if there was none.
+    std::optional<std::string> remove(ListName list, const std::string& uniqueId, const std::string& entryId,
+                                      const Calls& calls);
+    /// Removes all rows of the list, and all its calls. Returns the last one's unique id; `std::nullopt` if
+    /// there was none.
     std::optional<std::string> removeAll(ListName list);
+
+    /// Reads the item of a row, with its listed calls. Returns false if the list of the item has no such row.
+    template <typename Item>
+    [[nodiscard]] bool find(std::int64_t id, Item& item);
+    /// The row with that unique id, if `text` is a number, or the newest one with that entry id.
+    [[nodiscard]] std::optional<std::int64_t> idOf(ListName list, const std::string& text);
 
     /// The unique ids of the list's rows.
     [[nodiscard]] std::set<std::string> ids(ListName list);
+    /// The number of items in the list.
+    [[nodiscard]] std::int64_t count(ListName list);
+    [[nodiscard]] HistoryRows& history() noexcept { return m_history; }
     /// Adds the list's items to the document, newest first, beginning with number `offset`, at most `limit`
     /// and no more than the document can hold.
     void read(ListName list, std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
@@ -46,15 +65,15 @@ public:
     void readAll(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);
 
 private:
-    [[nodiscard]] std::optional<std::int64_t> find(ListName list, const std::string& uniqueId,
-                                                   const std::string& entryId);
+    [[nodiscard]] std::optional<std::int64_t> findId(ListName list, const std::string& uniqueId,
+                                                     const std::string& entryId);
     void addTo(journalxml::ListDocument& document, Query& rows);
     template <typename Item>
     [[nodiscard]] Item readItem(std::int64_t id, Query& row);
 
     Database::Session& m_session;
     const std::string& m_line;
-    OccurrenceRows m_occurrences;
+    HistoryRows m_history;
 };
 
 }  // namespace host

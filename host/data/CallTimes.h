@@ -21,8 +21,7 @@ struct QuarterOfCalls {
     [[nodiscard]] std::int64_t of(ListName list) const { return calls.at(static_cast<std::size_t>(list)); }
 };
 
-/// The start times of a line's calls: all items, the kept occurrences of each. The database counts; only the
-/// counts are read.
+/// The start times of all calls of a line. The database counts; only the counts are read.
 ///
 /// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
 class CallTimes {
@@ -31,10 +30,8 @@ public:
     CallTimes(Database::Session& session, const std::string& line) : m_session(session), m_line(line) {}
 
     /// Returns the quarters with calls from `from` on, in order; calls before `from` are not counted, also
-    /// those of its own quarter. A time that a switch wrote as its local one is `phoneAhead` of UTC. A text
-    /// that is no time is skipped.
-    [[nodiscard]] std::vector<QuarterOfCalls> since(std::chrono::sys_seconds from,
-                                                    std::chrono::seconds phoneAhead);
+    /// those of its own quarter. A call whose time is not known is skipped.
+    [[nodiscard]] std::vector<QuarterOfCalls> since(std::chrono::sys_seconds from);
 
 private:
     Database::Session& m_session;

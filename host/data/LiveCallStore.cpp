@@ -20,6 +20,7 @@ std::unique_ptr<SQLite::Database> connectionTo(const Database& database) {
                                                              kBusyMilliseconds);
         connection->exec("PRAGMA synchronous = NORMAL");
         connection->exec("PRAGMA wal_autocheckpoint = 0");
+        connection->exec("PRAGMA secure_delete = ON");
         return connection;
     } catch (const SQLite::Exception& error) {
         throw DatabaseError(database.file().string() +
@@ -176,6 +177,23 @@ void LiveCallStore::end(const PhoneCallKey& call, PhoneCall::Time time, bool app
         noted.ended = time;
         noted.endApproximate = approximate;
     });
+}
+
+std::optional<NotedCall> LiveCallStore::ended(const PhoneCallKey& call) const {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_calls.find(call);
+    return found != m_calls.end() && found->second.ended ? std::optional(found->second) : std::nullopt;
+}
+
+std::optional<NotedCall> LiveCallStore::ended(const std::string& callId) const {
+    const std::lock_guard lock(m_mutex);
+    std::optional<NotedCall> last;
+    for (const auto& [key, noted] : m_calls) {
+        if (key.callId == callId && noted.ended && (!last || last->ended < noted.ended)) {
+            last = noted;
+        }
+    }
+    return last;
 }
 
 /// Has no effect on a call that is not noted.

@@ -50,6 +50,8 @@ public:
     void store(const PhoneCall& call) override;
     void confirm(const PhoneCallKey& call, PhoneCall::Time time) override;
     void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) override;
+    [[nodiscard]] std::optional<NotedCall> ended(const PhoneCallKey& call) const override;
+    [[nodiscard]] std::optional<NotedCall> ended(const std::string& callId) const override;
     void delivered(const DeliveryContext& context) override;
 
 private:
@@ -78,7 +80,7 @@ private:
     std::unique_ptr<SQLite::Database> m_connection;
     bool m_failed = false;
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::condition_variable m_wake;
     // Guarded by m_mutex.
     std::map<PhoneCallKey, NotedCall> m_calls;

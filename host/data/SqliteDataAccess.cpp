@@ -7,11 +7,10 @@
 #include "host/calls/DeliveryContext.h"
 #include "host/data/CallBackRows.h"
 #include "host/data/CallContacts.h"
+#include "host/data/CallFiling.h"
 #include "host/data/CallRows.h"
-#include "host/data/LiveCallRows.h"
 #include "host/data/SettingRows.h"
 #include "host/database/Database.h"
-#include "journal-items/Occurrences.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/DataRequest.h"
 #include "platform/journal-library/DataResponse.h"
@@ -25,47 +24,50 @@ using journalxml::DataRequest;
 using journalxml::ListDocument;
 using Words = CallListDatabaseAdapterHelper;
 
-template <typename Item>
-const CallInfo* newestCall(const Item& item) {
-    const auto& occurrences = occurrencesOf(item);
-    return occurrences.empty() ? nullptr : &occurrences.front();
-}
-const CallInfo* newestCall(const CallBackItem& /*item*/) {
-    return nullptr;
-}
-
 /// Reads the rows of a read request into a document; false for a schema that is no list.
-bool readList(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits,
-              const DataRequest& request, ListDocument& document) {
+bool readList(Database::Session& session, const HistoryRows::Context& context, const DataRequest& request,
+              ListDocument& document) {
     const std::int64_t offset = request.offset;
     const std::int64_t limit = request.rowLimit;
     const std::optional<ListName> list = listOfTable(request.schema);
     if (list == ListName::eCallbacks) {
-        CallBackRows(session, line).read(offset, limit, document);
+        CallBackRows(session, context.line).read(offset, limit, document);
     } else if (list) {
-        CallRows(session, line).read(*list, offset, limit, document);
+        CallRows(session, context).read(*list, offset, limit, document);
     } else if (request.schema == Words::CONVERSATIONS_SCHEMA) {
-        CallRows(session, line).readAll(offset, limit, document);
+        CallRows(session, context).readAll(offset, limit, document);
     } else if (request.schema == Words::CALLLOGPHONEBOOK_SCHEMA) {
-        CallContacts(session, line, digits).read(offset, limit, document);
+        CallContacts(session, context.line, context.digits).read(offset, limit, document);
     } else {
         return false;
     }
     return true;
 }
 
+/// The rows that a request may change.
+struct Rows {
+    Rows(Database::Session& session, const HistoryRows::Context& context)
+        : calls(session, context),
+          callBacks(session, context.line),
+          settings(session, SettingRows::Table::eJournalSettings, context.line) {}
+
+    CallRows calls;
+    CallBackRows callBacks;
+    SettingRows settings;
+};
+
 /// Writes the items; returns the last unique id.
-std::string writeItems(Database::Session& session, const std::string& line,
-                       const std::vector<DataRequest::Item>& items) {
+std::string writeItems(Rows& rows, const std::vector<DataRequest::Item>& items, const CallFiling& filing) {
     std::string lastUniqueId;
     for (const DataRequest::Item& item : items) {
+        const CallFacts* const facts = filing.factsOf(CallFiling::newestOf(item));
         if (const auto* const callBack = std::get_if<CallBackItem>(&item)) {
-            CallBackRows(session, line).write(*callBack);
+            rows.callBacks.write(*callBack);
         } else {
             std::visit(
                 [&](const auto& call) {
                     if constexpr (!std::is_same_v<std::decay_t<decltype(call)>, CallBackItem>) {
-                        lastUniqueId = CallRows(session, line).write(call);
+                        lastUniqueId = rows.calls.write(call, facts);
                     }
                 },
                 item);
@@ -74,19 +76,35 @@ std::string writeItems(Database::Session& session, const std::string& line,
     return lastUniqueId;
 }
 
+/// What becomes of the calls of an entry that the journal deletes:
+///  - of the oldest one of a list that is too long, and of the missed entry of a party that is called back
+///    now, they stay in the history;
+///  - of every other one, which a user or the switch's log deletes, they are deleted.
+CallRows::Calls callsOfDeleted(ListName list, CallRows& rows) {
+    if (rows.count(list) > std::int64_t{Words::kListRows}) {
+        return {.areKept = true};
+    }
+    const DeliveryContext* const delivery = DeliveryContext::current();
+    if (list == ListName::eMissed && delivery != nullptr && delivery->establishes) {
+        return {.areKept = true, .calledBackAt = floor<std::chrono::seconds>(*delivery->time)};
+    }
+    return {};
+}
+
 /// Deletes rows of a call list; returns the last unique id.
-std::string deleteCalls(CallRows&& rows, ListName list, const DataRequest& request) {
+std::string deleteCalls(CallRows& rows, ListName list, const DataRequest& request) {
     if (request.allEntries) {
         return rows.removeAll(list).value_or("");
     }
     std::string lastUniqueId;
     for (const DataRequest::Key& key : request.keys) {
-        lastUniqueId = rows.remove(list, key.uniqueId, key.entryId).value_or(lastUniqueId);
+        lastUniqueId =
+            rows.remove(list, key.uniqueId, key.entryId, callsOfDeleted(list, rows)).value_or(lastUniqueId);
     }
     return lastUniqueId;
 }
 
-void deleteCallBacks(CallBackRows&& rows, const DataRequest& request) {
+void deleteCallBacks(CallBackRows& rows, const DataRequest& request) {
     if (request.allEntries) {
         rows.removeAll();
     }
@@ -96,69 +114,23 @@ void deleteCallBacks(CallBackRows&& rows, const DataRequest& request) {
 }
 
 /// Carries out a request that changes rows; returns the last unique id.
-std::string change(Database::Session& session, const std::string& line, const DataRequest& request) {
+std::string change(Rows& rows, const DataRequest& request, const CallFiling& filing) {
     switch (request.reason) {
-        case DataRequest::Reason::eWrite: return writeItems(session, line, request.items);
+        case DataRequest::Reason::eWrite: return writeItems(rows, request.items, filing);
         case DataRequest::Reason::eDelete:
             if (const auto list = listOfTable(request.schema); list && list != ListName::eCallbacks) {
-                return deleteCalls(CallRows(session, line), *list, request);
+                return deleteCalls(rows.calls, *list, request);
             }
-            deleteCallBacks(CallBackRows(session, line), request);
+            deleteCallBacks(rows.callBacks, request);
             return {};
         case DataRequest::Reason::eUpdate:
             for (const auto& setting : request.settings) {
-                SettingRows(session, SettingRows::Table::eJournalSettings, line).write(setting);
+                rows.settings.write(setting);
             }
             return {};
         case DataRequest::Reason::eRead: break;
     }
     return {};
-}
-
-/// Removes the noted calls that ended before the event being delivered, if one is, and that are filed now.
-void removeEndedLiveCalls(Database::Session& session, const std::string& line, const DataRequest& request) {
-    if (request.reason != DataRequest::Reason::eWrite) {
-        return;
-    }
-    for (const DataRequest::Item& item : request.items) {
-        const CallInfo* const newest = std::visit([](const auto& one) { return newestCall(one); }, item);
-        if (newest != nullptr) {
-            session.query(LiveCallRows::kRemoveEnded).bind(line).bind(newest->getCallId()).run();
-        }
-    }
-}
-
-/// A call that the request files, and the occurrence for it.
-struct FiledCall {
-    DeliveryContext::EndedCall* call = nullptr;
-    const CallInfo* occurrence = nullptr;
-};
-
-/// Finds the calls, of those that the event being delivered ends, that the request files.
-std::vector<FiledCall> filedCalls(const DataRequest& request, DeliveryContext* delivery) {
-    std::vector<FiledCall> filed;
-    if (delivery == nullptr || request.reason != DataRequest::Reason::eWrite) {
-        return filed;
-    }
-    for (const DataRequest::Item& item : request.items) {
-        const CallInfo* const newest = std::visit([](const auto& one) { return newestCall(one); }, item);
-        for (DeliveryContext::EndedCall& each : delivery->ends) {
-            if (newest != nullptr &&
-                newest->getCallId() == (each.deliveredId.empty() ? each.call.callId : each.deliveredId)) {
-                filed.push_back({&each, newest});
-            }
-        }
-    }
-    return filed;
-}
-
-void removeLiveCall(Database::Session& session, const std::string& line, const PhoneCallKey& call) {
-    session.query(LiveCallRows::kRemove)
-        .bind(line)
-        .bind(call.device)
-        .bind(call.callId)
-        .bind(LiveCallRows::numberOf(call.firstEvent))
-        .run();
 }
 
 std::string textFor(const DataRequest& request, const char* doing) {
@@ -167,20 +139,24 @@ std::string textFor(const DataRequest& request, const char* doing) {
 
 }  // namespace
 
-SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits)
-    : m_database(database), m_line(std::move(line)), m_digits(digits), m_approximateEnds(m_line) {
-    m_approximateEnds.load(m_database);
-}
+SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits,
+                                   DataAccessSources sources)
+    : m_database(database), m_line(std::move(line)), m_digits(digits), m_sources(std::move(sources)) {}
 
 bool SqliteDataAccess::healthy() const noexcept {
     return m_database.healthy();
 }
 
+HistoryRows::Context SqliteDataAccess::context() const {
+    return {m_line, m_digits, m_sources.phoneAhead ? m_sources.phoneAhead() : std::chrono::seconds(0)};
+}
+
 std::optional<std::set<std::string>> SqliteDataAccess::storedIds(ListName list) {
     std::set<std::string> ids;
+    const HistoryRows::Context context = this->context();
     const bool done = m_database.read("reading the ids of a list", [&](Database::Session& session) {
         ids = list == ListName::eCallbacks ? CallBackRows(session, m_line).ids()
-                                           : CallRows(session, m_line).ids(list);
+                                           : CallRows(session, context).ids(list);
     });
     return done ? std::optional(std::move(ids)) : std::nullopt;
 }
@@ -220,7 +196,7 @@ std::string SqliteDataAccess::readResponse(const DataRequest& request) {
     ListDocument document(request.schema);
     bool known = false;
     const bool done = m_database.read(textFor(request, "reading").c_str(), [&](Database::Session& session) {
-        known = readList(session, m_line, m_digits, request, document);
+        known = readList(session, context(), request, document);
     });
     if (done && !known) {
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request reads %s, which is unknown",
@@ -231,26 +207,23 @@ std::string SqliteDataAccess::readResponse(const DataRequest& request) {
 
 std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
     std::string lastUniqueId;
-    DeliveryContext* const delivery = DeliveryContext::current();
-    const std::vector<FiledCall> filed = filedCalls(request, delivery);
-    const bool approximate = !filed.empty() && delivery->endApproximate;
+    const CallFiling filing(request, m_sources.calls);
+    const HistoryRows::Context context = this->context();
+    bool hasDeleted = false;
     const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
-        lastUniqueId = change(session, m_line, request);
-        removeEndedLiveCalls(session, m_line, request);
-        for (const FiledCall& each : filed) {
-            removeLiveCall(session, m_line, each.call->call);
-            if (approximate) {
-                m_approximateEnds.write(session, *each.occurrence);
-            }
-        }
+        Rows rows(session, context);
+        lastUniqueId = change(rows, request, filing);
+        filing.removeLiveCalls(session, m_line);
+        hasDeleted = rows.calls.history().removeTraces();
     });
-    for (const FiledCall& each : done ? filed : std::vector<FiledCall>()) {
-        each.call->filed = true;
-        if (approximate) {
-            m_approximateEnds.add(*each.occurrence);
-        }
+    if (!done) {
+        return Words::FAILED;
     }
-    return done ? journalxml::buildUpdateResponse(request.schema, lastUniqueId) : Words::FAILED;
+    filing.setFiled();
+    if (hasDeleted) {
+        m_database.truncateLog();
+    }
+    return journalxml::buildUpdateResponse(request.schema, lastUniqueId);
 }
 
 }  // namespace host

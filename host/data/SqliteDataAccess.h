@@ -1,10 +1,13 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
 
-#include "host/data/ApproximateEnds.h"
+#include "host/calls/LiveCallStoreIfc.h"
+#include "host/data/HistoryRows.h"
 #include "journal-items/ListTraits.h"
 #include "platform/data/DataAccessServiceIfc.h"
 #include "platform/framework/Executable.h"
@@ -19,6 +22,14 @@ namespace host {
 
 class Database;
 
+/// What the database of a line learns from other components. Everything is borrowed and may be missing.
+struct DataAccessSources {
+    /// The calls that the link follows.
+    LiveCallStoreIfc* calls = nullptr;
+    /// The time by which the phone's zone is ahead of UTC; any thread calls it.
+    std::function<std::chrono::seconds()> phoneAhead{};
+};
+
 /// The journal's lists and settings of one line in the database, registered as "DataAccessServiceIfc".
 /// Requests and responses are those of docs/messages.md.
 ///
@@ -26,9 +37,10 @@ class Database;
 /// the response. A request that cannot be read or carried out gives "failed", one log text, and no change. A
 /// change is durable when `processRequest` returns.
 ///
-/// A write during the delivery of an event that ends a call (`DeliveryContext`) is the filing of that call if
-/// the newest occurrence of a written item has its call id. The same transaction then removes the row of the
-/// live call, and marks the occurrence if the end of the call is approximate.
+/// Every occurrence that is written for the first time becomes a call of the history, in the same
+/// transaction. It is the filing of a call that the link has seen end, if its call id is that call's: then
+/// the call gets the times and the reason that the link knows, and the row of the live call is removed
+/// (`CallFiling`). What becomes of the calls of a deleted entry: docs/database.md.
 ///
 /// Thread-safe; requests are carried out one after the other.
 class SqliteDataAccess final : public Executable, public DataAccessServiceIfc {
@@ -36,7 +48,8 @@ public:
     /// `line` is the device whose rows are read and written; a request never reaches those of another.
     /// `digits` normalises numbers where calls are matched with contacts; without it they are matched as they
     /// are written. Both services are borrowed and outlive the object.
-    SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr);
+    SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr,
+                     DataAccessSources sources = {});
 
     [[nodiscard]] std::string processRequest(const std::string& request) override;
 
@@ -46,9 +59,9 @@ public:
 
     /// True if the database carried out the last request; see `Database::healthy`. Never blocks.
     [[nodiscard]] bool healthy() const noexcept;
-    [[nodiscard]] const ApproximateEnds& approximateEnds() const noexcept { return m_approximateEnds; }
 
 private:
+    [[nodiscard]] HistoryRows::Context context() const;
     [[nodiscard]] std::string responseTo(const std::string& request);
     [[nodiscard]] std::string readSettingsResponse();
     [[nodiscard]] std::string readResponse(const journalxml::DataRequest& request);
@@ -58,8 +71,7 @@ private:
     Database& m_database;
     const std::string m_line;
     DigitAnalysisServiceIfc* const m_digits;
-
-    ApproximateEnds m_approximateEnds;
+    const DataAccessSources m_sources;
 };
 
 }  // namespace host

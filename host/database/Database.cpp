@@ -1,28 +1,14 @@
 #include "host/database/Database.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <system_error>
 
 #include "host/database/DatabaseConnection.h"
+#include "host/database/PrivateFile.h"
 #include "host/database/Schema.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
-
-/// SQLite would create the file readable for all; its companion files get the file's own mode.
-void makePrivateFile(const std::filesystem::path& file) {
-    const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0) {
-        throw DatabaseError(file.string() + " cannot be opened: " + std::generic_category().message(errno));
-    }
-    ::close(descriptor);
-}
 
 /// The SQLite error as a sentence for the user who starts the program.
 std::string explanationOf(const std::filesystem::path& file, const SQLite::Exception& error) {
@@ -52,29 +38,60 @@ std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& fi
 }  // namespace
 
 Query Database::Session::query(const char* sql) {
-    return m_database.m_connection->query(sql);
+    return m_connection.query(sql);
 }
 
 std::int64_t Database::Session::lastInsertedId() const {
-    return m_database.m_connection->lastInsertedId();
+    return m_connection.lastInsertedId();
 }
 
 Database::Database(const std::filesystem::path& file) : Database(file, Options()) {}
 
 Database::Database(const std::filesystem::path& file, Options options)
-    : m_file(std::filesystem::absolute(file)), m_connection(connectionTo(m_file, options.busyTime)) {}
+    : m_file(std::filesystem::absolute(file)),
+      m_busyTime(options.busyTime),
+      m_connection(connectionTo(m_file, options.busyTime)) {}
 
 Database::~Database() = default;
 
 bool Database::read(const char* what, const Work& work) noexcept {
-    const bool done = run(what, "BEGIN", work);
+    const bool done = guarded(what, [&] {
+        const std::lock_guard lock(m_mutex);
+        carryOut(*m_connection, "BEGIN", work);
+    });
     m_readFailed = !done;
     return done;
 }
 
+bool Database::readAside(const char* what, const Work& work) noexcept {
+    const bool done = guarded(what, [&] {
+        std::unique_ptr<DatabaseConnection> reader = takeReader();
+        carryOut(*reader, "BEGIN", work);
+        const std::lock_guard lock(m_readersMutex);
+        m_readers.push_back(std::move(reader));
+    });
+    m_readFailed = !done;
+    return done;
+}
+
+std::unique_ptr<DatabaseConnection> Database::takeReader() {
+    {
+        const std::lock_guard lock(m_readersMutex);
+        if (!m_readers.empty()) {
+            std::unique_ptr<DatabaseConnection> reader = std::move(m_readers.back());
+            m_readers.pop_back();
+            return reader;
+        }
+    }
+    return std::make_unique<DatabaseConnection>(m_file, m_busyTime, DatabaseConnection::ReadOnly());
+}
+
 bool Database::write(const char* what, const Work& work) noexcept {
     const auto begin = std::chrono::steady_clock::now();
-    const bool done = run(what, "BEGIN IMMEDIATE", work);
+    const bool done = guarded(what, [&] {
+        const std::lock_guard lock(m_mutex);
+        carryOut(*m_connection, "BEGIN IMMEDIATE", work);
+    });
     if (m_writeListener) {
         m_writeListener(std::chrono::steady_clock::now() - begin);
     }
@@ -96,10 +113,24 @@ bool Database::probe() noexcept {
     });
 }
 
-bool Database::run(const char* what, const char* begin, const Work& work) noexcept {
-    try {
+void Database::truncateLog() noexcept {
+    static_cast<void>(guarded("emptying the log of the database", [this] {
         const std::lock_guard lock(m_mutex);
-        carryOut(begin, work);
+        m_connection->truncateLog();
+    }));
+}
+
+void Database::removeMigrationCopy() noexcept {
+    static_cast<void>(guarded("removing the copy of the older version", [this] {
+        for (int version = 0; version < Schema::version(); ++version) {
+            std::filesystem::remove(DatabaseConnection::copyOf(m_file, version));
+        }
+    }));
+}
+
+bool Database::guarded(const char* what, const std::function<void()>& work) noexcept {
+    try {
+        work();
         return true;
     } catch (const std::exception& error) {
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed: %s", what, error.what());
@@ -109,14 +140,14 @@ bool Database::run(const char* what, const char* begin, const Work& work) noexce
     return false;
 }
 
-void Database::carryOut(const char* begin, const Work& work) {
+void Database::carryOut(DatabaseConnection& connection, const char* begin, const Work& work) {
     try {
-        m_connection->query(begin).run();
-        Session session(*this);
+        connection.query(begin).run();
+        Session session(connection);
         work(session);
-        m_connection->query("COMMIT").run();
+        connection.query("COMMIT").run();
     } catch (...) {
-        m_connection->rollBack();
+        connection.rollBack();
         throw;
     }
 }

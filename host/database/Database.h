@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/database/DatabaseError.h"
 #include "host/database/Query.h"
@@ -53,8 +54,8 @@ public:
 
     private:
         friend class Database;
-        explicit Session(Database& database) noexcept : m_database(database) {}
-        Database& m_database;
+        explicit Session(DatabaseConnection& connection) noexcept : m_connection(connection) {}
+        DatabaseConnection& m_connection;
     };
     using Work = std::function<void(Session&)>;
 
@@ -75,6 +76,9 @@ public:
 
     /// Runs work that only reads, in one state of the database. `what` completes "... failed" in the log.
     bool read(const char* what, const Work& work) noexcept;
+    /// The same on a connection of its own, so that a long read does not delay a write. Reads the state of
+    /// the last write that was done before. The work must only read.
+    bool readAside(const char* what, const Work& work) noexcept;
     /// Runs work in one transaction, isolated from other processes: all of it or none.
     bool write(const char* what, const Work& work) noexcept;
 
@@ -84,14 +88,22 @@ public:
     /// Tests if the database can be read and written now, without a change; updates and returns `healthy`.
     [[nodiscard]] bool probe() noexcept;
 
+    /// Moves the log into the file and empties it, so that nothing that was deleted stays in the log; waits
+    /// for no reader. Call it after a deletion.
+    void truncateLog() noexcept;
+    /// Removes the copy that a migration has kept, if there is one. Call it at a clean end.
+    void removeMigrationCopy() noexcept;
+
     [[nodiscard]] const std::filesystem::path& file() const noexcept { return m_file; }
 
 private:
-    bool run(const char* what, const char* begin, const Work& work) noexcept;
-    void carryOut(const char* begin, const Work& work);
+    bool guarded(const char* what, const std::function<void()>& work) noexcept;
+    static void carryOut(DatabaseConnection& connection, const char* begin, const Work& work);
+    [[nodiscard]] std::unique_ptr<DatabaseConnection> takeReader();
 
     // Constant after construction.
     const std::filesystem::path m_file;
+    const std::chrono::milliseconds m_busyTime;
     // Constant from the first write on.
     std::function<void(std::chrono::duration<double>)> m_writeListener;
 
@@ -101,6 +113,10 @@ private:
     std::mutex m_mutex;
     // Guarded by m_mutex.
     std::unique_ptr<DatabaseConnection> m_connection;
+
+    std::mutex m_readersMutex;
+    // Guarded by m_readersMutex: the connections of `readAside` that are idle.
+    std::vector<std::unique_ptr<DatabaseConnection>> m_readers;
 };
 
 }  // namespace host

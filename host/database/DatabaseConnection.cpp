@@ -2,11 +2,15 @@
 
 #include <sqlite3.h>
 
+#include <SQLiteCpp/Backup.h>
+
 #include <stdexcept>
 
 #include "host/database/DatabaseError.h"
+#include "host/database/PrivateFile.h"
 #include "host/database/Schema.h"
 #include "host/search/SearchText.h"
+#include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
@@ -39,6 +43,17 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
     migrate();
 }
 
+DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime,
+                                       ReadOnly /*how*/)
+    : m_file(file), m_database(file.string(), SQLite::OPEN_READONLY, static_cast<int>(busyTime.count())) {
+    m_database.exec("PRAGMA trusted_schema = OFF");
+    addSearchText();
+}
+
+std::filesystem::path DatabaseConnection::copyOf(const std::filesystem::path& file, int version) {
+    return file.string() + ".version-" + std::to_string(version);
+}
+
 Query DatabaseConnection::query(const char* sql) {
     const auto [found, added] = m_statements.try_emplace(sql, m_database, sql);
     Prepared& prepared = found->second;
@@ -47,6 +62,10 @@ Query DatabaseConnection::query(const char* sql) {
     }
     prepared.statement.clearBindings();
     return {prepared.statement, prepared.inUse};
+}
+
+void DatabaseConnection::truncateLog() {
+    static_cast<void>(m_database.execAndGet("PRAGMA wal_checkpoint(TRUNCATE)"));
 }
 
 void DatabaseConnection::rollBack() noexcept {
@@ -92,6 +111,8 @@ void DatabaseConnection::configure() {
     m_database.exec("PRAGMA synchronous = FULL");
     m_database.exec("PRAGMA foreign_keys = ON");
     m_database.exec("PRAGMA trusted_schema = OFF");
+    // A deleted row leaves no bytes in the file.
+    m_database.exec("PRAGMA secure_delete = ON");
 }
 
 void DatabaseConnection::addSearchText() {
@@ -106,6 +127,9 @@ void DatabaseConnection::migrate() {
     if (number("PRAGMA user_version") == Schema::version()) {
         return;
     }
+    if (const int former = number("PRAGMA user_version"); former > 0) {
+        keepCopy(former);
+    }
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     // Checked again, now that no other process can migrate at the same time.
     for (int version = number("PRAGMA user_version"); version < Schema::version(); ++version) {
@@ -114,6 +138,22 @@ void DatabaseConnection::migrate() {
     m_database.exec("PRAGMA application_id = " + std::to_string(Schema::kApplicationId));
     m_database.exec("PRAGMA user_version = " + std::to_string(Schema::version()));
     transaction.commit();
+}
+
+/// The copy holds what the older version of the program can read.
+void DatabaseConnection::keepCopy(int version) {
+    const std::filesystem::path copy = copyOf(m_file, version);
+    {
+        const std::filesystem::path unfinished = copy.string() + ".unfinished";
+        std::filesystem::remove(unfinished);
+        makePrivateFile(unfinished);
+        SQLite::Database target(unfinished.string(), SQLite::OPEN_READWRITE);
+        SQLite::Backup(target, m_database).executeStep();
+        std::filesystem::rename(unfinished, copy);
+    }
+    logAppUni("Database", __FILE_NAME__, 4, __LINE__,
+              "%s is migrated from version %d to %d; a copy stays in %s until the first clean end",
+              m_file.c_str(), version, Schema::version(), copy.c_str());
 }
 
 }  // namespace host

@@ -18,9 +18,17 @@ public:
     /// Opens the file, checks that it is undamaged and belongs to this program, and migrates its tables to
     /// the current version. Throws `DatabaseError` for a file of another program or of a newer version.
     DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime);
+    struct ReadOnly {};
+    /// Opens a file that another connection has checked, for reading only.
+    DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime, ReadOnly how);
+
+    /// The copy of the file that the migration from that version keeps.
+    [[nodiscard]] static std::filesystem::path copyOf(const std::filesystem::path& file, int version);
 
     [[nodiscard]] Query query(const char* sql);
     [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
+    /// Moves the log into the file and empties it, if no other connection reads it now.
+    void truncateLog();
     /// Rolls back the open transaction, if there is one; it never throws.
     void rollBack() noexcept;
 
@@ -38,6 +46,7 @@ private:
     /// Adds the SQL function search_text(name, number), `SearchText::searchable`.
     void addSearchText();
     void migrate();
+    void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
 
     const std::filesystem::path m_file;

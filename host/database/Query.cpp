@@ -24,6 +24,14 @@ Query& Query::bind(std::int64_t number) {
     return *this;
 }
 
+Query& Query::bind(const std::optional<std::int64_t>& number) {
+    if (number) {
+        return bind(*number);
+    }
+    m_statement.bind(m_nextParameter++);
+    return *this;
+}
+
 bool Query::next() {
     m_nextColumn = 0;
     return m_statement.executeStep();
@@ -43,6 +51,11 @@ Query& Query::again() {
 
 std::string Query::text() {
     return m_statement.getColumn(m_nextColumn++).getString();
+}
+
+std::optional<std::int64_t> Query::optionalNumber() {
+    const SQLite::Column value = m_statement.getColumn(m_nextColumn++);
+    return value.isNull() ? std::nullopt : std::optional<std::int64_t>(value.getInt64());
 }
 
 std::int64_t Query::number() {

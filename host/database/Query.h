@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace SQLite {
@@ -33,6 +34,8 @@ public:
     Query& bind(const char*) = delete;
     Query& bind(std::int64_t number);
     Query& bind(std::int32_t number) { return bind(std::int64_t{number}); }
+    /// Binds NULL for `std::nullopt`.
+    Query& bind(const std::optional<std::int64_t>& number);
     Query& bind(bool flag) { return bind(std::int64_t{flag ? 1 : 0}); }
 
     /// Steps to the next row; false if there is none.
@@ -45,6 +48,8 @@ public:
     /// The next column of the row.
     [[nodiscard]] std::string text();
     [[nodiscard]] std::int64_t number();
+    /// `std::nullopt` for NULL.
+    [[nodiscard]] std::optional<std::int64_t> optionalNumber();
     [[nodiscard]] std::int32_t smallNumber() { return static_cast<std::int32_t>(number()); }
     [[nodiscard]] bool flag() { return number() != 0; }
 

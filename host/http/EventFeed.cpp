@@ -25,11 +25,10 @@ std::string markOfThisRun() {
 
 }  // namespace
 
-EventFeed::EventFeed(Post post, PostLater postLater, EventRing::Limits limits,
-                     EndIsApproximate endIsApproximate)
+EventFeed::EventFeed(Post post, PostLater postLater, EventRing::Limits limits, Stored stored)
     : m_post(std::move(post)),
       m_postLater(std::move(postLater)),
-      m_endIsApproximate(std::move(endIsApproximate)),
+      m_stored(std::move(stored)),
       m_ring(markOfThisRun(), limits) {}
 
 std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
@@ -89,7 +88,8 @@ void EventFeed::remove(const EventStream& stream) {
 }
 
 void EventFeed::missedCallsCountUpdate(int count) {
-    announceCount("missedCallsCountUpdate", count);
+    const auto stored = m_stored.unviewed ? m_stored.unviewed() : std::nullopt;
+    announceCount("missedCallsCountUpdate", stored ? static_cast<int>(*stored) : count);
 }
 
 void EventFeed::missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) {
@@ -117,13 +117,26 @@ void EventFeed::callBacksCountUpdate(int count) {
 }
 
 template <typename Item>
+Json EventFeed::storedJson(const Item& item) const {
+    if (item.getEntryId().empty()) {
+        return nullptr;
+    }
+    if constexpr (!std::is_same_v<Item, CallBackItem>) {
+        Json stored = m_stored.entry && !item.getUniqueId().empty()
+                          ? m_stored.entry(ListTraits<Item>::kList, item.getUniqueId())
+                          : Json();
+        if (!stored.is_null()) {
+            return stored;
+        }
+    }
+    return itemJson(item);
+}
+
+template <typename Item>
 void EventFeed::announce(const char* event, Item item, std::string entryId, ActionType action) {
-    m_post([this, event, item = std::move(item), entryId = std::move(entryId), action] {
-        append(event, {{"action", static_cast<int>(action)},
-                       {"entryId", entryId},
-                       {"item", item.getEntryId().empty()
-                                    ? Json(nullptr)
-                                    : withApproximateEnds(itemJson(item), m_endIsApproximate)}});
+    m_post([this, event, entry = storedJson(item), entryId = std::move(entryId), action]() mutable {
+        append(event,
+               {{"action", static_cast<int>(action)}, {"entryId", entryId}, {"item", std::move(entry)}});
     });
 }
 

@@ -6,20 +6,22 @@
 #include <functional>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <set>
 #include <string>
 
-#include "host/http/ApproximateEndMarks.h"
 #include "host/http/EventRing.h"
 #include "host/http/EventStream.h"
+#include "journal-items/ListTraits.h"
 #include "journalservice/JournalServiceObserverIfc.h"
 
 namespace host {
 
 /// Publishes the journal's changes to all event streams. The sequence of a change:
 ///
-///  1. The journal calls the observer with the notifier's lock held. The observer only posts the item to the
-///     loop thread.
+///  1. The journal calls the observer with the notifier's lock held, when the change is stored. The observer
+///     reads the entry and the count of unviewed ones as they are stored, which may be more than the journal
+///     has loaded, and posts them to the loop thread.
 ///  2. The loop thread appends the item as JSON to the ring and wakes the streams.
 ///  3. Each stream writes as fast as its client reads.
 ///
@@ -35,10 +37,17 @@ public:
     /// The same after a delay.
     using PostLater = std::function<void(std::chrono::milliseconds, std::function<void()>)>;
 
+    /// The entries as they are stored; any thread calls these functions. Each may be empty.
+    struct Stored {
+        /// The entry with that unique id as JSON; null if it is not stored.
+        std::function<nlohmann::ordered_json(ListName, const std::string& uniqueId)> entry{};
+        /// The number of unviewed missed entries; std::nullopt if the database fails.
+        std::function<std::optional<std::size_t>()> unviewed{};
+    };
+
     static constexpr std::size_t kMaxStreams = 64;
 
-    EventFeed(Post post, PostLater postLater, EventRing::Limits limits = {},
-              EndIsApproximate endIsApproximate = {});
+    EventFeed(Post post, PostLater postLater, EventRing::Limits limits, Stored stored);
     virtual ~EventFeed() = default;
     EventFeed(const EventFeed&) = delete;
     EventFeed& operator=(const EventFeed&) = delete;
@@ -75,6 +84,9 @@ private:
     void remove(const EventStream& stream) override;
     [[nodiscard]] const EventRing& ring() const override { return m_ring; }
 
+    /// The item as it is stored; null for an event without one.
+    template <typename Item>
+    [[nodiscard]] nlohmann::ordered_json storedJson(const Item& item) const;
     template <typename Item>
     void announce(const char* event, Item item, std::string entryId, ActionType action);
     void announceCount(const char* event, int count);
@@ -84,7 +96,7 @@ private:
     // Constant after construction.
     const Post m_post;
     const PostLater m_postLater;
-    const EndIsApproximate m_endIsApproximate;
+    const Stored m_stored;
 
     /// Shared with the streams' slots, which may be destroyed after the feed.
     const std::shared_ptr<std::atomic<std::size_t>> m_streamCount =

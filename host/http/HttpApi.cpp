@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "host/history/StoredLists.h"
 #include "host/http/ContactsResource.h"
 #include "host/http/EventFeed.h"
 #include "host/http/HttpError.h"
@@ -23,18 +24,21 @@ public:
         : m_backend(std::move(backend)),
           m_authenticator(std::move(settings.token)),
           m_page(settings.page),
-          m_lists(
-              m_backend.journal, [this] { resync(); }, m_backend.endIsApproximate),
+          m_lists(m_backend.journal, m_backend.storedLists, [this] { resync(); }),
           m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
           m_contacts(m_backend.phonebook, m_backend.database),
-          m_times({m_backend.line, m_backend.database, m_backend.management}),
-          m_status({m_backend.line, m_backend.lineState, m_backend.journal, m_backend.management,
+          m_times({m_backend.line, m_backend.database}),
+          m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
                     m_backend.database}),
           m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
                  [this](std::chrono::milliseconds pause, std::function<void()> work) {
                      m_server.postLater(pause, std::move(work));
                  },
-                 {}, m_backend.endIsApproximate),
+                 {},
+                 {[this](ListName list, const std::string& uniqueId) {
+                      return m_backend.storedLists.entry(list, uniqueId).value_or(nullptr);
+                  },
+                  [this] { return m_backend.storedLists.unviewed(); }}),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
         m_settings.addRoutes(m_router);

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "host/http/ApproximateEndMarks.h"
 #include "host/http/HttpServer.h"
 #include "host/http/Router.h"
 #include "host/http/StatusResource.h"
@@ -21,6 +20,7 @@ class Database;
 class LocalManagement;
 class Metrics;
 class Phonebook;
+class StoredLists;
 
 /// The components that the HTTP API serves. All are borrowed and outlive the API.
 struct HttpBackend {
@@ -29,12 +29,11 @@ struct HttpBackend {
     LocalManagement& management;
     Phonebook& phonebook;
     Database& database;
+    const StoredLists& storedLists;
     Metrics& metrics;
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
-    /// True if the end of the call with that number and time is approximate. Without it, that of no call is.
-    EndIsApproximate endIsApproximate{};
 };
 
 struct HttpApiSettings {

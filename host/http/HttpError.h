@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -21,5 +22,14 @@ private:
     int m_status;
     std::string m_code;
 };
+
+/// Returns the value; throws `HttpError` 503 if the database has failed.
+template <typename Value>
+[[nodiscard]] Value storedOr503(std::optional<Value> value) {
+    if (!value) {
+        throw HttpError(503, "database", "the database does not respond; see the log");
+    }
+    return std::move(*value);
+}
 
 }  // namespace host

@@ -5,13 +5,12 @@
 #include <set>
 #include <string>
 
+#include "host/history/StoredLists.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
 #include "host/lists/ListOperations.h"
-#include "host/presentation/ItemJson.h"
-#include "host/presentation/ItemSearch.h"
 
 namespace host {
 namespace {
@@ -49,14 +48,6 @@ std::optional<std::set<std::string>> entriesToDelete(const HttpRequest& request)
     return inQuery ? entryIdsIn(request.queryValue("entryIds")) : entryIdsIn(request, 400);
 }
 
-bool isUnviewed(const MissedCallItem& item) {
-    return !item.getViewed();
-}
-template <typename Item>
-bool isUnviewed(const Item& /*item*/) {
-    return false;
-}
-
 }  // namespace
 
 void ListsResource::addRoutes(Router& router) {
@@ -78,35 +69,21 @@ void ListsResource::addRoutes(Router& router) {
 
 HttpResponse ListsResource::list(const HttpRequest& request) const {
     const ListName name = listOf(request);
-    PageOfItems page(request);
-    const SearchText search(request.queryValue("search"));
-    std::size_t unviewed = 0;
-    Json items = Json::array();
-    withItemOf(name, [&]<typename Item>() {
-        for (const Item& item : readList<Item>(m_journal)) {
-            if (!itemMatches(item, search)) {
-                continue;
-            }
-            unviewed += isUnviewed(item) ? 1U : 0U;
-            if (page.includesNext()) {
-                items.push_back(withApproximateEnds(itemJson(item), m_endIsApproximate));
-            }
-        }
-    });
+    const PageOfItems page(request);
+    StoredLists::Page found =
+        storedOr503(m_stored.page(name, request.queryValue("search"), page.offset(), page.limit()));
     return jsonResponse({{"list", std::string(wordOf(name))},
-                         {"total", page.total()},
-                         {"unviewed", unviewed},
-                         {"items", std::move(items)}});
+                         {"total", found.total},
+                         {"unviewed", found.unviewed},
+                         {"items", std::move(found.items)}});
 }
 
 HttpResponse ListsResource::entry(const HttpRequest& request) const {
-    return withItemOf(listOf(request), [&]<typename Item>() {
-        const auto item = findEntry<Item>(m_journal, request.parameter("entryId"));
-        if (!item) {
-            throw noSuchEntry();
-        }
-        return jsonResponse(withApproximateEnds(itemJson(*item), m_endIsApproximate));
-    });
+    Json entry = storedOr503(m_stored.entry(listOf(request), request.parameter("entryId")));
+    if (entry.is_null()) {
+        throw noSuchEntry();
+    }
+    return jsonResponse(entry);
 }
 
 HttpResponse ListsResource::deleteOne(const HttpRequest& request) const {

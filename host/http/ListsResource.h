@@ -3,7 +3,6 @@
 #include <functional>
 #include <utility>
 
-#include "host/http/ApproximateEndMarks.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 
@@ -12,17 +11,15 @@ class JournalServiceIfc;
 namespace host {
 
 class Router;
+class StoredLists;
 
 /// The five lists: read, search, delete, mark as viewed. Thread-safe.
 class ListsResource {
 public:
-    /// The journal is borrowed and outlives the resource. `cleared` is called after a list was cleared,
+    /// The journal and the stored lists are borrowed and outlive the resource. `cleared` is called after a list was cleared,
     /// because the journal does not notify its observers of that for every list.
-    ListsResource(JournalServiceIfc& journal, std::function<void()> cleared,
-                  EndIsApproximate endIsApproximate = {})
-        : m_journal(journal),
-          m_cleared(std::move(cleared)),
-          m_endIsApproximate(std::move(endIsApproximate)) {}
+    ListsResource(JournalServiceIfc& journal, const StoredLists& stored, std::function<void()> cleared)
+        : m_journal(journal), m_stored(stored), m_cleared(std::move(cleared)) {}
 
     void addRoutes(Router& router);
 
@@ -34,8 +31,8 @@ private:
     [[nodiscard]] HttpResponse markViewed(const HttpRequest& request) const;
 
     JournalServiceIfc& m_journal;
+    const StoredLists& m_stored;
     const std::function<void()> m_cleared;
-    const EndIsApproximate m_endIsApproximate;
 };
 
 }  // namespace host

@@ -1,13 +1,12 @@
 #include "host/http/StatusResource.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/database/Database.h"
+#include "host/history/StoredLists.h"
 #include "host/http/HttpError.h"
 #include "host/http/Router.h"
-#include "host/lists/ListOperations.h"
 #include "host/management/LocalManagement.h"
 
 namespace host {
@@ -40,16 +39,11 @@ HttpResponse StatusResource::health() {
 }
 
 std::map<ListName, std::size_t> StatusResource::entries() const {
-    std::map<ListName, std::size_t> sizes;
-    forEachList(
-        [&]<typename Item>() { sizes[ListTraits<Item>::kList] = readList<Item>(m_sources.journal).size(); });
-    return sizes;
+    return storedOr503(m_sources.storedLists.counts());
 }
 
 std::size_t StatusResource::unviewed() const {
-    const auto missed = readList<MissedCallItem>(m_sources.journal);
-    return static_cast<std::size_t>(
-        std::count_if(missed.begin(), missed.end(), [](const auto& item) { return !item.getViewed(); }));
+    return storedOr503(m_sources.storedLists.unviewed());
 }
 
 HttpResponse StatusResource::status() const {

@@ -10,13 +10,12 @@
 #include "host/http/HttpResponse.h"
 #include "host/presentation/ListName.h"
 
-class JournalServiceIfc;
-
 namespace host {
 
 class Database;
 class LocalManagement;
 class Router;
+class StoredLists;
 
 struct LineState {
     bool connected = false;
@@ -31,7 +30,7 @@ public:
     struct Sources {
         std::string line;
         std::function<LineState()> lineState;
-        JournalServiceIfc& journal;
+        const StoredLists& storedLists;
         LocalManagement& management;
         Database& database;
     };
@@ -39,6 +38,8 @@ public:
     explicit StatusResource(Sources sources) : m_sources(std::move(sources)) {}
 
     void addRoutes(Router& router);
+
+    // Both throw `HttpError` 503 if the database fails.
 
     /// The number of entries in each list.
     [[nodiscard]] std::map<ListName, std::size_t> entries() const;

@@ -1,6 +1,5 @@
 #include "host/http/TimesResource.h"
 
-#include <charconv>
 #include <chrono>
 #include <nlohmann/json.hpp>
 #include <vector>
@@ -8,8 +7,6 @@
 #include "host/data/CallTimes.h"
 #include "host/http/HttpError.h"
 #include "host/http/Router.h"
-#include "host/management/LocalManagement.h"
-#include "platform/clock/PhoneZone.h"
 
 namespace host {
 namespace {
@@ -21,22 +18,6 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::sys_seconds;
-
-/// The offset of the phone's zone from UTC (docs/configuration.md), which is the zone of the journal's local
-/// times.
-minutes phoneZoneOffset(const LocalManagement::Keys& keys) {
-    const auto number = [&keys](const char* name) {
-        const auto key = keys.find(name);
-        int value = 0;
-        if (key != keys.end()) {
-            std::from_chars(key->second.data(), key->second.data() + key->second.size(), value);
-        }
-        return value;
-    };
-    const auto saving = keys.find("daylight-save");
-    const bool saves = saving != keys.end() && saving->second == "true";
-    return minutes(minutesAheadOfUtc(number("sntp-tz-offset"), saves ? number("daylight-save-minutes") : 0));
-}
 
 }  // namespace
 
@@ -63,10 +44,9 @@ std::string TimesResource::textOf(sys_seconds time) {
 
 HttpResponse TimesResource::times(const HttpRequest& request) {
     const sys_seconds from = startOf(request);
-    const seconds ahead = phoneZoneOffset(m_sources.management.values());
     std::vector<QuarterOfCalls> found;
     if (!m_sources.database.read("counting calls", [&](Database::Session& session) {
-            found = CallTimes(session, m_sources.line).since(from, ahead);
+            found = CallTimes(session, m_sources.line).since(from);
         })) {
         throw HttpError(503, "database", "the database does not respond; see the log");
     }

@@ -11,18 +11,16 @@
 namespace host {
 
 class Database;
-class LocalManagement;
 class Router;
 
 /// The number of calls of each list that began in each quarter of an hour. Counts all calls in the database,
 /// which are more than the lists contain. Thread-safe.
 class TimesResource {
 public:
-    /// All are borrowed and outlive the resource. The management has the zone of the switch's local times.
+    /// All are borrowed and outlive the resource.
     struct Sources {
         std::string line;
         Database& database;
-        const LocalManagement& management;
     };
 
     explicit TimesResource(Sources sources) : m_sources(std::move(sources)) {}

@@ -21,6 +21,7 @@
 #include "host/framework/HostedService.h"
 #include "host/framework/LineContext.h"
 #include "host/framework/Strand.h"
+#include "host/history/StoredLists.h"
 #include "host/line/JournalLogObserver.h"
 #include "host/line/LineSettings.h"
 #include "host/management/LocalManagement.h"
@@ -93,15 +94,12 @@ public:
 
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
+    [[nodiscard]] const StoredLists& storedLists() const noexcept { return m_storedLists; }
     /// See `SqliteDataAccess::storedIds`.
     [[nodiscard]] std::optional<std::set<std::string>> storedIds(ListName list) {
         return m_dataAccess.storedIds(list);
     }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
-    /// True if the end of the filed call with that number and time is approximate.
-    [[nodiscard]] bool endIsApproximate(const std::string& number, const std::string& time) const {
-        return m_dataAccess.approximateEnds().contains(number, time);
-    }
     /// Returns the number of live calls that the journal knows of.
     [[nodiscard]] std::size_t liveCallCount() const noexcept { return m_link.callCount(); }
 
@@ -132,14 +130,15 @@ private:
     SystemClock m_clock;
     DigitAnalysis m_digits;
     Phonebook m_phonebook;
+    LiveCallStore m_liveCallStore;
     SqliteDataAccess m_dataAccess;
+    StoredLists m_storedLists;
     LocalManagement m_management;
     Mobility m_mobility;
     Team m_team;
     UnifiedCommunications m_unifiedCommunications;
     PallaxClient m_pallax;
     WebServices m_webServices;
-    LiveCallStore m_liveCallStore;
     std::function<void(std::string_view)> m_eventListener;
     CstaLink::StatusListener m_statusListener;
     CstaLink m_link;

@@ -1,12 +1,14 @@
 #include "host/management/LocalManagement.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 
 #include "host/data/SettingRows.h"
 #include "host/database/Database.h"
 #include "host/management/AgentHandle.h"
 #include "host/management/SettingRules.h"
+#include "platform/clock/PhoneZone.h"
 #include "platform/logging/Logging.h"
 #include "platform/management/ManageableData.h"
 #include "platform/management/MgmtAgentIfc.h"
@@ -274,6 +276,22 @@ void LocalManagement::post(const std::vector<Notification>& notifications) const
             notification.first->call([&data](MgmtAgentIfc& agent) { agent.manageableDataChanged(data); });
         });
     }
+}
+
+std::chrono::minutes LocalManagement::aheadOfUtc() const {
+    const Keys keys = values();
+    const auto number = [&keys](const char* name) {
+        const auto key = keys.find(name);
+        int value = 0;
+        if (key != keys.end()) {
+            std::from_chars(key->second.data(), key->second.data() + key->second.size(), value);
+        }
+        return value;
+    };
+    const auto saving = keys.find("daylight-save");
+    const bool saves = saving != keys.end() && saving->second == "true";
+    return std::chrono::minutes(
+        minutesAheadOfUtc(number("sntp-tz-offset"), saves ? number("daylight-save-minutes") : 0));
 }
 
 }  // namespace host

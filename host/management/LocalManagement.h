@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -83,6 +84,9 @@ public:
     [[nodiscard]] Keys values() const;
     /// Returns the same keys, and every other key that an agent observes, without a value.
     [[nodiscard]] KnownKeys knownKeys() const;
+    /// The time by which the phone's zone (docs/configuration.md) is ahead of UTC; the zone of the switch's
+    /// local times.
+    [[nodiscard]] std::chrono::minutes aheadOfUtc() const;
 
 private:
     using Handle = std::shared_ptr<AgentHandle>;

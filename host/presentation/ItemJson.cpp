@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
@@ -33,7 +34,20 @@ Json commonJson(const Occurrence& occurrence) {
                 {"connectedNumber", occurrence.getConnectedNumber()},
                 {"time", occurrence.getTimeAndDate()},
                 {"redirectingNumber", occurrence.getRedirectingNumber()},
-                {"redirectingName", occurrence.getRedirectingName()}};
+                {"redirectingName", occurrence.getRedirectingName()},
+                {"endApproximate", false}};
+}
+
+/// "75:11" in seconds.
+int secondsOf(const std::string& duration) {
+    int minutes = 0;
+    int seconds = 0;
+    return std::sscanf(duration.c_str(), "%d:%d", &minutes, &seconds) == 2 ? 60 * minutes + seconds : 0;
+}
+
+void addDuration(Json& json, const Duration& duration) {
+    json["duration"] = duration.getDuration();
+    json["durationSeconds"] = secondsOf(duration.getDuration());
 }
 
 Json occurrenceJson(const MissedCallItem::MissedCallInfo& occurrence) {
@@ -45,7 +59,7 @@ Json occurrenceJson(const MissedCallItem::MissedCallInfo& occurrence) {
 
 Json occurrenceJson(const DialledCallItem::DialledCallInfo& occurrence) {
     Json json = commonJson(occurrence);
-    json["duration"] = occurrence.getDuration();
+    addDuration(json, occurrence);
     json["substituteNumber"] = occurrence.getSubstituteNumber();
     json["featureAccessCode"] = occurrence.getFeatureAccessCode();
     return json;
@@ -53,13 +67,13 @@ Json occurrenceJson(const DialledCallItem::DialledCallInfo& occurrence) {
 
 Json occurrenceJson(const ReceivedCallItem::ReceivedCallInfo& occurrence) {
     Json json = commonJson(occurrence);
-    json["duration"] = occurrence.getDuration();
+    addDuration(json, occurrence);
     return json;
 }
 
 Json occurrenceJson(const ForwardedCallItem::ForwardedCallInfo& occurrence) {
     Json json = commonJson(occurrence);
-    json["duration"] = occurrence.getDuration();
+    addDuration(json, occurrence);
     json["forwardedToNumber"] = occurrence.getForwardedToNumber();
     return json;
 }
@@ -73,6 +87,7 @@ Json headJson(const Item& item) {
                 {"list", ListTraits<Item>::kWord},
                 {"firstName", item.getFirstname()},
                 {"surname", item.getSurname()},
+                {"displayName", fullName(item.getFirstname(), item.getSurname())},
                 {"picture", item.getPictureClip()},
                 {"number", empty ? std::string() : occurrences.front().getNumber()},
                 {"time", empty ? std::string() : occurrences.front().getTimeAndDate()}};
@@ -84,6 +99,7 @@ void addOccurrences(Json& json, const Item& item) {
     for (const auto& occurrence : occurrencesOf(item)) {
         all.push_back(occurrenceJson(occurrence));
     }
+    json["calls"] = all.size();
     json["occurrences"] = std::move(all);
 }
 
@@ -119,6 +135,7 @@ Json itemJson(const CallBackItem& item) {
     return Json{{"entryId", item.getEntryId()},
                 {"firstName", item.getFirstname()},
                 {"surname", item.getSurname()},
+                {"displayName", fullName(item.getFirstname(), item.getSurname())},
                 {"number", item.getNumber()},
                 {"numberType", wordIn(kNumberTypes, item.getNumberType())},
                 {"time", utcTime(item.getTimeDate())},

@@ -37,15 +37,16 @@ TEST(CallTimes, CountsTheCallsOfEachListByTheQuarterInWhichTheyBegan) {
                     calls.back().setTimeFormat(local);
                 }
                 item.setMissedCallInfoList(calls);
-                const std::string id = host::CallRows(session, words[0].substr(0, 4)).write(item);
-                session.query("UPDATE call_item SET list = ? WHERE id = ?")
+                const std::string line = words[0].substr(0, 4);
+                const host::HistoryRows::Context context{line, nullptr, std::chrono::hours(2)};
+                const std::string id = host::CallRows(session, context).write(item);
+                session.query("UPDATE call SET list = ? WHERE item = ?")
                     .bind(std::stoi(words[0].substr(5)))
                     .bind(id)
                     .run();
             }
             const auto from = kDay + std::chrono::minutes(std::stoi(row[1]));
-            for (const auto& [begin, counts] :
-                 host::CallTimes(session, "2001").since(from, std::chrono::hours(2))) {
+            for (const auto& [begin, counts] : host::CallTimes(session, "2001").since(from)) {
                 found += (found.empty() ? "" : " ") + std::to_string((begin - kDay).count() / 60) + ' ';
                 for (const auto count : counts) {
                     found += std::to_string(count);

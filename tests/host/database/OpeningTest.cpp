@@ -55,7 +55,7 @@ TEST(Opening, LeavesARefusedFileUnchangedAndReportsWhy) {
     for (const auto& each : cases) {
         TemporaryDatabase database;
         // The page of one table only, which opening the file does not read.
-        const auto page = database.number("SELECT rootpage FROM sqlite_schema WHERE name = 'occurrence'");
+        const auto page = database.number("SELECT rootpage FROM sqlite_schema WHERE name = 'party'");
         database.close();
         std::string content = contentOf(database.file());
         each.change(content, static_cast<std::size_t>(page - 1) * 4096);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/calls/LiveCallStoreIfc.h"
+#include "host/data/HistoryRows.h"
+#include "host/database/Database.h"
+#include "journal-items/CallInfo.h"
+#include "platform/journal-library/DataRequest.h"
+
+namespace host {
+
+/// The calls that one write request files: the newest call of each written item, if the link has seen it end.
+/// Lives for one request, on its thread.
+class CallFiling {
+public:
+    /// `request` and `calls` are borrowed; `calls` may be null. Looks the calls up, with the delivery in
+    /// progress on this thread.
+    CallFiling(const journalxml::DataRequest& request, LiveCallStoreIfc* calls);
+
+    /// What the link knows of the newest call of an item; null if the link has not seen it.
+    [[nodiscard]] const CallFacts* factsOf(const CallInfo* newest) const;
+    /// Removes the rows of the live calls, in the transaction that files them.
+    void removeLiveCalls(Database::Session& session, const std::string& line) const;
+    /// Call it when the transaction is done.
+    void setFiled() const;
+
+    /// The newest occurrence of the item; null for an item without one.
+    [[nodiscard]] static const CallInfo* newestOf(const journalxml::DataRequest::Item& item);
+
+private:
+    struct Filed {
+        const CallInfo* newest = nullptr;
+        std::optional<PhoneCallKey> call{};
+        /// The call in the context of the delivery, or null.
+        DeliveryContext::EndedCall* ended = nullptr;
+        std::optional<CallFacts> facts{};
+    };
+
+    std::vector<Filed> m_filed;
+};
+
+}  // namespace host

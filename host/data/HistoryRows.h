@@ -1,0 +1,97 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <list>
+#include <optional>
+#include <string>
+
+#include "host/calls/CallReason.h"
+#include "host/data/PartyRows.h"
+#include "host/database/Database.h"
+#include "journal-items/CallInfo.h"
+#include "journal-items/ListTraits.h"
+
+namespace host {
+
+/// What the link knows of a call that is filed, and the journal's occurrence does not have.
+struct CallFacts {
+    std::optional<std::chrono::sys_seconds> established{};
+    std::optional<std::chrono::sys_seconds> ended{};
+    bool endApproximate = false;
+    CallReason reason = CallReason::eNone;
+    /// The party at the far end of an established call; empty if it is not known.
+    std::string connectedNumber{};
+    std::string connectedName{};
+};
+
+/// The calls of one line as rows of the table `call`, one for each call that was ever filed. The calls that
+/// the journal's entry has are "listed"; the older ones of the entry are not.
+///
+/// Use it inside one `Database::read` or `write` call. Every operation throws if the database fails.
+class HistoryRows {
+public:
+    struct Context {
+        const std::string& line;
+        DigitAnalysisServiceIfc* digits = nullptr;
+        /// The time by which the phone's zone is ahead of UTC, for occurrences in local time.
+        std::chrono::seconds phoneAhead{0};
+    };
+
+    /// Everything is borrowed.
+    HistoryRows(Database::Session& session, const Context& context)
+        : m_session(session), m_context(context), m_parties(session, context.line, context.digits) {}
+
+    /// Makes `occurrences` (newest first) the listed calls of the entry:
+    ///  1. A new occurrence becomes a call. `name` is the name under which it is filed, `facts` belong to the
+    ///     newest one and may be null.
+    ///  2. The oldest calls that a full entry has lost stay in the history and are not listed any more.
+    ///  3. Every other call that the entry has lost is deleted.
+    template <typename Item>
+    void write(std::int64_t item, const std::string& name,
+               const std::list<typename ListTraits<Item>::Info>& occurrences, const CallFacts* facts);
+
+    /// Appends the listed calls of the entry, newest first, to `occurrences`.
+    template <typename Info>
+    void readListed(std::int64_t item, std::list<Info>& occurrences);
+    /// Appends the newest calls of the entry, listed or not, at most `limit`.
+    template <typename Info>
+    void readNewest(std::int64_t item, std::int64_t limit, std::list<Info>& occurrences);
+
+    /// Deletes the calls of an entry.
+    void removeOf(std::int64_t item);
+    /// Keeps the calls of an entry that leaves its list; `calledBackAt` is set for a missed call that was
+    /// called back.
+    void release(std::int64_t item, const std::optional<std::chrono::sys_seconds>& calledBackAt);
+    /// Deletes the calls of a list, those without an entry too.
+    void removeAll(ListName list);
+
+    /// Removes what the deleted calls leave behind. Returns true if a call was deleted; then
+    /// `Database::truncateLog` must follow the transaction.
+    bool removeTraces();
+
+private:
+    template <typename Info>
+    struct Stored;
+
+    template <typename Info>
+    [[nodiscard]] std::list<Stored<Info>> listedOf(std::int64_t item);
+    template <typename Info>
+    void lose(const std::list<Stored<Info>>& stored, const std::list<Info>& occurrences);
+    template <typename Info>
+    void store(const Stored<Info>& call, std::int64_t item, ListName list, const std::string& name,
+               const CallFacts* facts);
+    /// The row of an occurrence that no entry lists; 0 if there is none. Then `part` tells a new row from
+    /// others with the same call id and start.
+    [[nodiscard]] std::int64_t findUnlisted(const CallInfo& info, std::int64_t start, ListName list,
+                                            std::int64_t item, std::int64_t& part);
+    [[nodiscard]] std::int64_t startOf(const std::string& timeAndDate, std::int32_t timeFormat);
+    [[nodiscard]] std::int64_t newestOrder(std::int64_t item);
+
+    Database::Session& m_session;
+    const Context& m_context;
+    PartyRows m_parties;
+    bool m_hasDeleted = false;
+};
+
+}  // namespace host

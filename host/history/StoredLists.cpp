@@ -1,0 +1,200 @@
+#include "host/history/StoredLists.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "host/data/CallBackRows.h"
+#include "host/data/CallRows.h"
+#include "host/data/ContactRows.h"
+#include "host/database/RowId.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/ItemSearch.h"
+#include "host/presentation/PlainText.h"
+#include "host/search/SearchText.h"
+#include "journal-items/Occurrences.h"
+
+namespace host {
+namespace {
+
+using Json = StoredLists::Json;
+
+constexpr std::int64_t kShownCalls = CallItemWithPicture::kMaxOccurrences;
+
+// The entries that a search finds: by the item's name, by the names and numbers of its newest calls, or by a
+// contact that has one of these numbers. The text and the number of the search are ?3 and ?4.
+constexpr const char* kMatching = R"sql(
+WITH matching AS (
+    SELECT id, viewed, row_number() OVER (ORDER BY sort_key DESC, entry_id DESC, id DESC) AS place
+    FROM call_item WHERE line = ?1 AND list = ?2 AND (?3 = ''
+        OR instr(search_text(first_name || ' ' || surname, ''), ?3)
+        OR EXISTS (SELECT 1 FROM call JOIN party ON party.id = call.party
+            WHERE call.id IN (SELECT id FROM call WHERE item = call_item.id ORDER BY item_order DESC LIMIT ?5)
+                AND (instr(party.search, ?3)
+                    OR (?4 <> '' AND instr(party.search || search_text('', call.connected_number), ?4))
+                    OR EXISTS (SELECT 1 FROM contact_number JOIN contact ON contact.id = contact_number.contact
+                        WHERE contact_number.line = ?1 AND contact_number.number = party.lookup
+                            AND instr(contact.search, ?3)))))
+)
+SELECT id, (SELECT count(*) FROM matching), (SELECT coalesce(sum(?2 = 0 AND viewed = 0), 0) FROM matching)
+FROM matching WHERE place > ?6 ORDER BY place LIMIT ?7
+)sql";
+
+constexpr const char* kCounts = R"sql(
+SELECT list, count(*) FROM call_item WHERE line = ?1 GROUP BY list
+UNION ALL SELECT 4, count(*) FROM callback WHERE line = ?1
+)sql";
+
+constexpr const char* kUnviewed = "SELECT count(*) FROM call_item WHERE line = ? AND list = 0 AND viewed = 0";
+
+std::int64_t bounded(std::size_t number) {
+    constexpr auto kMost = static_cast<std::size_t>(std::numeric_limits<std::int64_t>::max());
+    return static_cast<std::int64_t>(std::min(number, kMost));
+}
+
+/// Reads the entries of one line.
+class Reader {
+public:
+    Reader(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
+        : m_session(session),
+          m_context{line, digits},
+          m_rows(session, m_context),
+          m_contacts(session, line, digits) {}
+
+    template <typename Item>
+    [[nodiscard]] std::optional<Json> entry(std::int64_t id) {
+        Item item;
+        if (!m_rows.find(id, item)) {
+            return std::nullopt;
+        }
+        std::list<typename ListTraits<Item>::Info> occurrences;
+        m_rows.history().readNewest(id, kShownCalls, occurrences);
+        setOccurrences(item, occurrences);
+        Json json = itemJson(item);
+        Query calls = m_session.query("SELECT calls FROM call_item WHERE id = ?");
+        json["calls"] = calls.bind(id).next() ? calls.number() : 0;
+        const std::string contact = contactName(json["number"].get<std::string>());
+        if (!contact.empty()) {
+            json["displayName"] = contact;
+        }
+        markApproximateEnds(id, json["occurrences"]);
+        return json;
+    }
+
+    [[nodiscard]] std::string contactName(const std::string& number) {
+        const auto match = number.empty() ? std::nullopt : m_contacts.lookUp(m_contacts.indexed(number));
+        const std::optional<Contact> contact = match ? m_contacts.find(match->id) : std::nullopt;
+        return contact ? fullName(contact->getFirstname(), contact->getSurname()) : std::string();
+    }
+
+private:
+    void markApproximateEnds(std::int64_t id, Json& occurrences) {
+        Query rows = m_session.query(
+            "SELECT end_approximate FROM call WHERE item = ? ORDER BY item_order DESC LIMIT ?");
+        rows.bind(id).bind(kShownCalls);
+        for (auto each = occurrences.begin(); each != occurrences.end() && rows.next(); ++each) {
+            (*each)["endApproximate"] = rows.flag();
+        }
+    }
+
+    Database::Session& m_session;
+    const HistoryRows::Context m_context;
+    CallRows m_rows;
+    ContactRows m_contacts;
+};
+
+}  // namespace
+
+std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::string& search,
+                                                   std::size_t offset, std::size_t limit) const {
+    if (list == ListName::eCallbacks) {
+        return callBackPage(search, offset, limit);
+    }
+    const SearchText text(search);
+    Page page;
+    const bool done = m_database.readAside("reading a list", [&](Database::Session& session) {
+        page = {};
+        Reader reader(session, m_line, m_digits);
+        Query rows = session.query(kMatching);
+        rows.bind(m_line).bind(static_cast<std::int32_t>(list)).bind(text.text()).bind(text.number());
+        // One row at least, for the counts.
+        rows.bind(kShownCalls)
+            .bind(bounded(limit == 0 ? 0 : offset))
+            .bind(bounded(std::max<std::size_t>(limit, 1)));
+        while (rows.next()) {
+            const std::int64_t id = rows.number();
+            page.total = static_cast<std::size_t>(rows.number());
+            page.unviewed = static_cast<std::size_t>(rows.number());
+            withItemOf(list, [&]<typename Item>() {
+                if constexpr (!std::is_same_v<Item, CallBackItem>) {
+                    if (auto entry = limit > 0 ? reader.entry<Item>(id) : std::nullopt) {
+                        page.items.push_back(std::move(*entry));
+                    }
+                }
+            });
+        }
+    });
+    return done ? std::optional(std::move(page)) : std::nullopt;
+}
+
+std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& search, std::size_t offset,
+                                                           std::size_t limit) const {
+    const SearchText text(search);
+    Page page;
+    const bool done = m_database.readAside("reading the callbacks", [&](Database::Session& session) {
+        page = {};
+        for (const CallBackItem& item : CallBackRows(session, m_line).all()) {
+            if (itemMatches(item, text)) {
+                const std::size_t at = page.total++;
+                if (at >= offset && at - offset < limit) {
+                    page.items.push_back(itemJson(item));
+                }
+            }
+        }
+    });
+    return done ? std::optional(std::move(page)) : std::nullopt;
+}
+
+std::optional<StoredLists::Json> StoredLists::entry(ListName list, const std::string& id) const {
+    Json found;
+    const bool done = m_database.readAside("reading an entry", [&](Database::Session& session) {
+        Reader reader(session, m_line, m_digits);
+        withItemOf(list, [&]<typename Item>() {
+            if constexpr (std::is_same_v<Item, CallBackItem>) {
+                const auto all = CallBackRows(session, m_line).all();
+                const auto one = std::find_if(all.begin(), all.end(),
+                                              [&id](const auto& each) { return each.getEntryId() == id; });
+                found = one == all.end() ? Json() : itemJson(*one);
+            } else {
+                const HistoryRows::Context context{m_line, m_digits};
+                const auto row = CallRows(session, context).idOf(list, id);
+                found = row ? reader.entry<Item>(*row).value_or(Json()) : Json();
+            }
+        });
+    });
+    return done ? std::optional(std::move(found)) : std::nullopt;
+}
+
+std::optional<std::map<ListName, std::size_t>> StoredLists::counts() const {
+    std::map<ListName, std::size_t> counts;
+    const bool done = m_database.readAside("counting entries", [&](Database::Session& session) {
+        forEachList([&]<typename Item>() { counts[ListTraits<Item>::kList] = 0; });
+        Query rows = session.query(kCounts);
+        rows.bind(m_line);
+        while (rows.next()) {
+            const auto list = static_cast<ListName>(rows.smallNumber());
+            counts[list] = static_cast<std::size_t>(rows.number());
+        }
+    });
+    return done ? std::optional(std::move(counts)) : std::nullopt;
+}
+
+std::optional<std::size_t> StoredLists::unviewed() const {
+    std::size_t count = 0;
+    const bool done = m_database.readAside("counting unviewed entries", [&](Database::Session& session) {
+        Query rows = session.query(kUnviewed);
+        count = rows.bind(m_line).next() ? static_cast<std::size_t>(rows.number()) : 0;
+    });
+    return done ? std::optional(count) : std::nullopt;
+}
+
+}  // namespace host

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "host/database/Database.h"
+#include "journal-items/ListTraits.h"
+
+class DigitAnalysisServiceIfc;
+
+namespace host {
+
+/// The five lists of one line as they are stored: every entry, whether the journal has loaded it or not.
+///
+/// An entry is the JSON object of `itemJson`, with the newest ten calls, "calls" (the number of all calls that
+/// it had), and "displayName" from the phonebook as it is now.
+///
+/// Thread-safe; reads beside the writes. Errors: std::nullopt if the database fails.
+class StoredLists {
+public:
+    using Json = nlohmann::ordered_json;
+
+    /// Everything is borrowed; without `digits` numbers are matched with contacts as they are written.
+    StoredLists(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr)
+        : m_database(database), m_line(std::move(line)), m_digits(digits) {}
+
+    struct Page {
+        /// The number of entries in all pages, and of the unviewed ones among them.
+        std::size_t total = 0;
+        std::size_t unviewed = 0;
+        /// Newest first.
+        Json items = Json::array();
+    };
+    /// The entries in whose names or numbers `search` is (`SearchText`), from number `offset` on, at most
+    /// `limit`.
+    [[nodiscard]] std::optional<Page> page(ListName list, const std::string& search, std::size_t offset,
+                                           std::size_t limit) const;
+    /// The entry with that unique id, if `id` is a number, or with that entry id; null if the list has none.
+    [[nodiscard]] std::optional<Json> entry(ListName list, const std::string& id) const;
+    /// The number of entries in each list.
+    [[nodiscard]] std::optional<std::map<ListName, std::size_t>> counts() const;
+    /// The number of unviewed missed entries.
+    [[nodiscard]] std::optional<std::size_t> unviewed() const;
+
+private:
+    [[nodiscard]] std::optional<Page> callBackPage(const std::string& search, std::size_t offset,
+                                                   std::size_t limit) const;
+
+    // Constant after construction.
+    Database& m_database;
+    const std::string m_line;
+    DigitAnalysisServiceIfc* const m_digits;
+};
+
+}  // namespace host
