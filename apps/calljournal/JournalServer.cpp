@@ -93,7 +93,7 @@ public:
     Impl(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
          host::ServerSocket& socket)
         : m_metrics(configuration.lines.front().device),
-          m_database(dataDirectory / kDatabaseName),
+          m_database(databaseIn(dataDirectory)),
           m_library(host::LibraryLoader::locate(host::LibraryLoader::kJournalLibrary,
                                                 host::LibraryLoader::programDirectory())),
           m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool,
@@ -186,6 +186,10 @@ private:
 std::unique_ptr<host::ServerSocket> JournalServer::claim(const std::filesystem::path& dataDirectory) {
     host::makeDataDirectory(dataDirectory);
     return std::make_unique<host::ServerSocket>(dataDirectory);
+}
+
+std::filesystem::path JournalServer::databaseIn(const std::filesystem::path& dataDirectory) {
+    return dataDirectory / kDatabaseName;
 }
 
 JournalServer::JournalServer(const host::Configuration& configuration,

@@ -20,6 +20,9 @@ public:
     [[nodiscard]] static std::unique_ptr<host::ServerSocket> claim(
         const std::filesystem::path& dataDirectory);
 
+    /// The database in a data directory.
+    [[nodiscard]] static std::filesystem::path databaseIn(const std::filesystem::path& dataDirectory);
+
     /// Opens the database and loads the library. `socket` is borrowed and outlives the server. Throws a
     /// `std::exception` with a text for the user.
     JournalServer(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,

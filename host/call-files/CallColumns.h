@@ -9,8 +9,8 @@
 namespace host {
 
 /// The columns of a file of call-detail records by the members of a call that they hold:
-/// "start=calldate,number=src,duration=billsec". A column is named by its title, or by its number from 1 on in a
-/// file without a row of titles; "start=date+time" joins two columns with a blank.
+/// "start=calldate,number=src,duration=billsec". A column is named by its title, or by its number from 1 on
+/// in a file without a row of titles; "start=date+time" joins two columns with a blank.
 ///
 /// A plain value.
 class CallColumns {

@@ -12,6 +12,7 @@ _calljournal_options() {
         list) echo --limit --search --ids --json --csv --data --help ;;
         show | watch | settings) echo --json --data --help ;;
         delete) echo --all --data --help ;;
+        backup) echo --force --data --help ;;
         export) echo --format --data --help ;;
         'contacts import') echo --json --data --help ;;
         'contacts list') echo --search --limit --json --data --help ;;
@@ -56,7 +57,7 @@ _calljournal() {
             if [[ $word == -* ]]; then
                 words=$(_calljournal_options "$command" "$subcommand")
             elif [[ -z $command ]]; then
-                words='serve switch demo list show watch viewed delete export contacts settings'
+                words='serve switch demo list show watch viewed delete export backup restore contacts settings'
             elif [[ $command == contacts && -z $subcommand ]]; then
                 words='import list export'
             elif [[ $subcommand == import ]]; then

@@ -1,0 +1,82 @@
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+
+#include "apps/calljournal/Command.h"
+#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/JournalServer.h"
+#include "apps/calljournal/ProgressText.h"
+#include "host/database/DatabaseCopy.h"
+
+namespace calljournal {
+namespace {
+
+/// Shows the progress of `what`, whose text ends in the file's name.
+host::CopyProgress progressOf(ProgressText& progress, const std::string& what) {
+    return [&progress, what](std::size_t done, std::size_t total) { progress.show(what, done, total); };
+}
+
+class BackupCommand final : public Command {
+public:
+    explicit BackupCommand(CLI::App& app) {
+        app.add_option("file", m_file, "the file to write, of mode 0600")->type_name("FILE")->required();
+        app.add_flag("--force", m_force, "replace the file if it exists");
+    }
+
+    int run(const CommonOptions& common) override {
+        const std::filesystem::path source = JournalServer::databaseIn(common.dataDirectory());
+        if (!std::filesystem::exists(source)) {
+            throw host::DatabaseError("there is no journal at " + source.string());
+        }
+        if (!m_force && std::filesystem::exists(m_file)) {
+            throw host::DatabaseError(m_file + " exists; choose another name, or replace it with --force");
+        }
+        ProgressText progress;
+        host::copyDatabase(source, m_file, progressOf(progress, "writing " + m_file));
+        progress.clear();
+        std::cout << m_file << " holds the journal of " << source.string() << std::endl;
+        return eDone;
+    }
+
+private:
+    std::string m_file;
+    bool m_force = false;
+};
+
+class RestoreCommand final : public Command {
+public:
+    explicit RestoreCommand(CLI::App& app) {
+        app.add_option("file", m_file, "a file that \"backup\" wrote")
+            ->type_name("FILE")
+            ->required()
+            ->check(CLI::ExistingFile);
+    }
+
+    int run(const CommonOptions& common) override {
+        const auto socket = JournalServer::claim(common.dataDirectory());
+        const std::filesystem::path target = JournalServer::databaseIn(common.dataDirectory());
+        ProgressText progress;
+        const auto kept = host::restoreDatabase(m_file, target, progressOf(progress, "reading " + m_file));
+        progress.clear();
+        std::cout << target.string() << " is the journal of " << m_file << " now\n";
+        for (const std::filesystem::path& each : kept) {
+            std::cout << "the former file is " << each.string() << "\n";
+        }
+        return std::cout.flush().good() ? eDone : eFailed;
+    }
+
+private:
+    std::string m_file;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeBackupCommand(CLI::App& app) {
+    return std::make_unique<BackupCommand>(app);
+}
+
+std::unique_ptr<Command> makeRestoreCommand(CLI::App& app) {
+    return std::make_unique<RestoreCommand>(app);
+}
+
+}  // namespace calljournal

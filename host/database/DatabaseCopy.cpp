@@ -1,0 +1,171 @@
+#include "host/database/DatabaseCopy.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <SQLiteCpp/Backup.h>
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include "host/database/Schema.h"
+
+namespace host {
+namespace {
+
+constexpr int kPagesOfAStep = 2048;
+constexpr int kBusyMilliseconds = 5000;
+/// The files of a database: the log and its index go first, because they belong to no other database.
+constexpr const char* kCompanions[] = {"-wal", "-shm", ""};
+
+DatabaseError systemError(const std::string& what) {
+    return DatabaseError(what + ": " + std::generic_category().message(errno));
+}
+
+/// A file of a temporary name beside the target, removed unless it gets the target's name.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::filesystem::path target)
+        : m_target(std::move(target)), m_name(m_target.string() + ".XXXXXX") {
+        const int descriptor = ::mkostemp(m_name.data(), O_CLOEXEC);  // with mode 0600
+        if (descriptor < 0) {
+            throw systemError(m_target.string() + " cannot be written");
+        }
+        ::close(descriptor);
+    }
+    ~TemporaryFile() {
+        if (!m_name.empty()) {
+            ::unlink(m_name.c_str());
+        }
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    [[nodiscard]] const std::string& name() const noexcept { return m_name; }
+
+    void takeName() {
+        flush(m_name);
+        if (::rename(m_name.c_str(), m_target.c_str()) != 0) {
+            throw systemError(m_target.string() + " cannot be written");
+        }
+        m_name.clear();
+        flush(m_target.has_parent_path() ? m_target.parent_path().string() : ".");
+    }
+
+private:
+    static void flush(const std::string& name) {
+        const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+        const bool flushed = descriptor >= 0 && ::fsync(descriptor) == 0;
+        ::close(descriptor);
+        if (!flushed) {
+            throw systemError(name + " cannot be written to the disk");
+        }
+    }
+
+    const std::filesystem::path m_target;
+    std::string m_name;
+};
+
+void copyPages(SQLite::Database& from, SQLite::Database& to, const CopyProgress& progress) {
+    // The open transaction keeps one state of the source, so that a write does not begin the copy again.
+    from.exec("BEGIN");
+    static_cast<void>(from.execAndGet("SELECT count(*) FROM sqlite_schema"));
+    SQLite::Backup backup(to, from);
+    for (int state = SQLITE_OK; state != SQLITE_DONE;) {
+        state = backup.executeStep(kPagesOfAStep);
+        if (state == SQLITE_BUSY || state == SQLITE_LOCKED) {
+            throw SQLite::Exception("it is locked by another program", state);
+        }
+        const auto total = static_cast<std::size_t>(backup.getTotalPageCount());
+        progress(total - static_cast<std::size_t>(backup.getRemainingPageCount()), total);
+    }
+}
+
+/// Throws unless this version of the program can use the copy; `source` is for the text.
+void check(SQLite::Database& copy, const std::string& source) {
+    if (copy.execAndGet("PRAGMA application_id").getInt() != Schema::kApplicationId) {
+        throw DatabaseError(source + " is no database of this program");
+    }
+    const int version = copy.execAndGet("PRAGMA user_version").getInt();
+    if (version > Schema::version()) {
+        throw DatabaseError(source +
+                            " was written by a newer version of this program (its tables have version " +
+                            std::to_string(version) + ", this program knows " +
+                            std::to_string(Schema::version()) + "); use that version");
+    }
+    if (const std::string finding = copy.execAndGet("PRAGMA quick_check(1)").getString(); finding != "ok") {
+        throw DatabaseError(source + " is damaged: " + finding);
+    }
+}
+
+void copyTo(const TemporaryFile& target, const std::filesystem::path& source, const CopyProgress& progress) {
+    try {
+        SQLite::Database from(source.string(), SQLite::OPEN_READONLY, kBusyMilliseconds);
+        SQLite::Database to(target.name(), SQLite::OPEN_READWRITE);
+        copyPages(from, to, progress);
+        to.exec("PRAGMA journal_mode = DELETE");
+        check(to, source.string());
+    } catch (const SQLite::Exception& error) {
+        throw DatabaseError(source.string() + " cannot be copied: " + error.what());
+    }
+}
+
+/// The first name of that kind that none of the database's files has yet.
+std::string freeSuffix(const std::filesystem::path& file) {
+    std::string suffix = ".before-restore";
+    const auto isTaken = [&] {
+        for (const char* const companion : kCompanions) {
+            if (std::filesystem::exists(file.string() + companion + suffix)) {
+                return true;
+            }
+        }
+        return false;
+    };
+    for (int count = 2; isTaken(); ++count) {
+        suffix = ".before-restore." + std::to_string(count);
+    }
+    return suffix;
+}
+
+}  // namespace
+
+void copyDatabase(const std::filesystem::path& source, const std::filesystem::path& target,
+                  const CopyProgress& progress) {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(source, target, ignored)) {
+        throw DatabaseError(target.string() + " is the database itself");
+    }
+    TemporaryFile copy(target);
+    copyTo(copy, source, progress);
+    copy.takeName();
+}
+
+std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& backup,
+                                                   const std::filesystem::path& file,
+                                                   const CopyProgress& progress) {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(backup, file, ignored)) {
+        throw DatabaseError(backup.string() + " is the database itself");
+    }
+    TemporaryFile copy(file);
+    copyTo(copy, backup, progress);
+    const std::string suffix = freeSuffix(file);
+    std::vector<std::filesystem::path> kept;
+    for (const char* const companion : kCompanions) {
+        const std::string name = file.string() + companion;
+        if (::rename(name.c_str(), (name + suffix).c_str()) == 0) {
+            kept.emplace_back(name + suffix);
+        } else if (errno != ENOENT) {
+            throw systemError(name + " cannot be renamed");
+        }
+    }
+    copy.takeName();
+    return kept;
+}
+
+}  // namespace host

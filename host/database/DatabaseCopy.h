@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+#include "host/database/DatabaseError.h"
+
+/// Backups of the database file. Call each function from any thread; it blocks until it is done. Each throws
+/// `DatabaseError` with a sentence for the user, and then leaves the files as they were.
+namespace host {
+
+/// Called with the number of pages that are copied and that the file has.
+using CopyProgress = std::function<void(std::size_t done, std::size_t total)>;
+
+/// Copies a database of this program to the file `target` (mode 0600), in the state of one moment, while
+/// other processes read and write it. The copy is one file without a log, checked, and gets its name when it
+/// is complete and on the disk; an existing file of that name is replaced.
+void copyDatabase(const std::filesystem::path& source, const std::filesystem::path& target,
+                  const CopyProgress& progress);
+
+/// Replaces the database `file` by a copy of `backup`, which may be of an older version of the program and
+/// must not be damaged or of a newer one. The former file and its log get ".before-restore" appended to their
+/// names, or ".before-restore.2" and so on. Returns the files that were kept. Requires: no process uses
+/// `file`.
+std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& backup,
+                                                   const std::filesystem::path& file,
+                                                   const CopyProgress& progress);
+
+}  // namespace host
