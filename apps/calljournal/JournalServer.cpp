@@ -7,6 +7,7 @@
 #include "host/framework/HostFrameworkContext.h"
 #include "host/framework/LibraryLoader.h"
 #include "host/framework/WorkerPool.h"
+#include "host/history/HistoryMaintenance.h"
 #include "host/http/ApiToken.h"
 #include "host/http/HttpApi.h"
 #include "host/http/Metrics.h"
@@ -102,6 +103,9 @@ public:
           m_contactGetterInvoker(m_library.createContactGetterInvoker()),
           m_socket(socket),
           m_device(configuration.lines.front().device),
+          m_entries({dynamic_cast<JournalServiceIfc&>(*m_line.journal()), m_database, m_device,
+                     &m_line.digits(), [this] { m_http->resync(); }}),
+          m_retention(m_entries, m_callDeletion, configuration.data.keep),
           m_httpSettings(httpSettings(configuration, dataDirectory)) {
         // The library reads the phone's hardware variant from the program. 0: a phone without its own user
         // interface.
@@ -112,6 +116,7 @@ public:
         m_invoker->initInvoker(&m_framework);
         m_contactGetterInvoker->initInvoker(&m_framework);
         m_router.add(journalxml::kManagementRequest, m_managementInvoker, m_line.management());
+        m_line.phonebook().setChangeListener([this] { m_maintenance.phonebookChanged(); });
         m_router.setChangeListener([this] { m_http->resync(); });
         m_router.add(journalxml::kListRequest, m_listInvoker, *m_line.journal());
         m_router.add(journalxml::kPhonebookRequest, m_phonebookInvoker, m_line.phonebook());
@@ -126,8 +131,10 @@ public:
         warnOfDoubleEntries(m_line.management());
         m_remote = std::make_unique<host::RemoteServer>(
             m_socket, host::RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
-                                          [this] { return m_library.createJournalServiceObserverProxy(); }});
+                                          [this] { return m_library.createJournalServiceObserverProxy(); },
+                                          [this] { return m_line.storedLists().unviewed(); }});
         m_httpEndpoint = m_http->start();
+        m_maintenance.start();
         // Last, because changes by its clients are reported to the HTTP API.
         m_remote->start();
     }
@@ -140,9 +147,11 @@ public:
         if (m_remote) {
             m_remote->stop();
         }
+        m_maintenance.stop();
         m_http.reset();
         m_remote.reset();
         m_line.stop();
+        m_database.removeMigrationCopy();
     }
 
 private:
@@ -154,6 +163,7 @@ private:
                 m_line.phonebook(),
                 m_database,
                 m_line.storedLists(),
+                m_entries,
                 m_metrics,
                 [this] {
                     const host::CstaLink::Status status = m_line.linkStatus();
@@ -178,6 +188,11 @@ private:
     host::ServerSocket& m_socket;
     std::unique_ptr<host::RemoteServer> m_remote;
     const std::string m_device;
+    host::StoredEntries m_entries;
+    host::CallDeletion m_callDeletion{m_entries};
+    host::Retention m_retention;
+    host::EntryNames m_names{m_entries};
+    host::HistoryMaintenance m_maintenance{m_pool, m_timerSource, m_retention, m_names};
     const host::HttpApiSettings m_httpSettings;
     std::unique_ptr<host::HttpApi> m_http;
     host::Endpoint m_httpEndpoint;

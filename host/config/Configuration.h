@@ -61,6 +61,8 @@ struct Configuration {
 
     struct Data {
         std::string store = "sqlite";
+        /// The time for which calls and callbacks are kept; 0 for ever.
+        std::chrono::days keep{0};
 
         bool operator==(const Data&) const = default;
     };

@@ -99,6 +99,9 @@ void readApi(TomlSection& section, Configuration::Api& api) {
 
 void readData(TomlSection& section, Configuration::Data& data) {
     section.readWord("store", data.store, {"sqlite"});
+    std::int64_t days = data.keep.count();
+    section.read("keep-days", days, 0, 36500);
+    data.keep = std::chrono::days(days);
     section.finish();
 }
 

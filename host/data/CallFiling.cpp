@@ -92,7 +92,7 @@ const CallFacts* CallFiling::factsOf(const CallInfo* newest) const {
 
 void CallFiling::removeLiveCalls(Database::Session& session, const std::string& line) const {
     for (const Filed& each : m_filed) {
-        // An ended call that is filed later, when no event that ends it is being delivered, is found by its id.
+        // A call that is filed later, when no event that ends it is being delivered, is found by its id.
         session.query(LiveCallRows::kRemoveEnded).bind(line).bind(each.newest->getCallId()).run();
         if (each.call) {
             session.query(LiveCallRows::kRemove)

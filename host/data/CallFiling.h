@@ -19,7 +19,7 @@ public:
     /// progress on this thread.
     CallFiling(const journalxml::DataRequest& request, LiveCallStoreIfc* calls);
 
-    /// What the link knows of the newest call of an item; null if the link has not seen it.
+    /// The facts of the newest call of an item; null if the link has not seen it.
     [[nodiscard]] const CallFacts* factsOf(const CallInfo* newest) const;
     /// Removes the rows of the live calls, in the transaction that files them.
     void removeLiveCalls(Database::Session& session, const std::string& line) const;

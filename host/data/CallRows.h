@@ -33,7 +33,7 @@ public:
     template <typename Item>
     std::string write(const Item& item, const CallFacts* facts = nullptr);
 
-    /// What becomes of the calls of an item that is removed.
+    /// The treatment of the calls of an item that is removed.
     struct Calls {
         bool areKept = false;
         /// Set if the calls are kept because the party was called back.

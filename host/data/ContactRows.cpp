@@ -10,12 +10,12 @@ namespace {
 
 constexpr const char* kInsert = R"sql(
 INSERT INTO contact (surname, first_name, office, mobile, private, office2, default_number, email,
-    group_name, company, address, address2, job_function, picture, voice_dial, external_id, source, line)
-VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?,  ?, ?, ?, ?, ?, ?, ?, ?)
+    group_name, company, address, address2, job_function, picture, voice_dial, external_id, source, line, search)
+VALUES (?1, ?2, ?, ?, ?, ?, ?, ?, ?, ?,  ?, ?, ?, ?, ?, ?, ?, ?, search_text(trim(?2 || ' ' || ?1), ''))
 )sql";
 
 constexpr const char* kUpdate = R"sql(
-UPDATE contact SET surname = ?, first_name = ?, office = ?, mobile = ?, private = ?, office2 = ?,
+UPDATE contact SET surname = ?1, first_name = ?2, search = search_text(trim(?2 || ' ' || ?1), ''), office = ?, mobile = ?, private = ?, office2 = ?,
     default_number = ?, email = ?, group_name = ?, company = ?, address = ?, address2 = ?, job_function = ?, picture = ?,
     voice_dial = ?, external_id = ?, source = ?
 WHERE line = ? AND id = ?

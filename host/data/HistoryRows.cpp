@@ -41,7 +41,7 @@ UPDATE call SET item = ?, item_order = ?, listed = 1, redirecting = ?, duration 
 WHERE id = ?
 )sql";
 
-// The listed calls of an entry, or all of them.
+// The listed calls of an entry, or all of them, or those whose ids are in a JSON array.
 constexpr const char* kSelect = R"sql(
 SELECT call.id, item_order, call_id, party.number, connected_number, text_c, text_d, time_and_date,
     log_target, presentation_a, presentation_b, presentation_c, presentation_d, duration_text, time_format,
@@ -50,7 +50,8 @@ SELECT call.id, item_order, call_id, party.number, connected_number, text_c, tex
     completed_elsewhere, group_text, line_key, substitute_number, feature_access_code,
     forwarded_to_number, forwarding_target, forwarding_reason
 FROM call JOIN party ON party.id = call.party LEFT JOIN party AS redirected ON redirected.id = call.redirecting
-WHERE item = ? AND (listed = 1 OR ?) ORDER BY item_order DESC LIMIT ?
+WHERE item = ? AND (listed = 1 OR ?) AND (?3 = '' OR call.id IN (SELECT value FROM json_each(?3)))
+ORDER BY item_order DESC LIMIT ?
 )sql";
 
 // The database would accept other texts as a time, "now" among them. A text that is no time is 0.
@@ -157,6 +158,15 @@ void readFields(Query& query, Info& info) {
     forwarded.setForwardingReason(query.smallNumber());
 }
 
+template <typename Info>
+void readInto(Query& rows, std::list<Info>& occurrences) {
+    while (rows.next()) {
+        static_cast<void>(rows.number());
+        static_cast<void>(rows.number());
+        readFields(rows, occurrences.emplace_back());
+    }
+}
+
 /// "75:11" in seconds.
 std::int64_t secondsOf(const std::string& duration) {
     const std::size_t colon = duration.find(':');
@@ -200,7 +210,7 @@ template <typename Info>
 std::list<HistoryRows::Stored<Info>> HistoryRows::listedOf(std::int64_t item) {
     std::list<Stored<Info>> stored;
     Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(false).bind(std::int64_t{-1});
+    rows.bind(item).bind(false).bind(std::string()).bind(std::int64_t{-1});
     while (rows.next()) {
         Stored<Info>& call = stored.emplace_back();
         call.id = rows.number();
@@ -336,12 +346,20 @@ void HistoryRows::readListed(std::int64_t item, std::list<Info>& occurrences) {
 template <typename Info>
 void HistoryRows::readNewest(std::int64_t item, std::int64_t limit, std::list<Info>& occurrences) {
     Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(true).bind(limit);
-    while (rows.next()) {
-        static_cast<void>(rows.number());
-        static_cast<void>(rows.number());
-        readFields(rows, occurrences.emplace_back());
+    rows.bind(item).bind(true).bind(std::string()).bind(limit);
+    readInto(rows, occurrences);
+}
+
+template <typename Info>
+void HistoryRows::read(std::int64_t item, const std::vector<std::int64_t>& calls,
+                       std::list<Info>& occurrences) {
+    std::string ids;
+    for (const std::int64_t call : calls) {
+        ids += (ids.empty() ? "[" : ",") + std::to_string(call);
     }
+    Query rows = m_session.query(kSelect);
+    rows.bind(item).bind(true).bind(ids.empty() ? "[]" : ids + "]").bind(std::int64_t{-1});
+    readInto(rows, occurrences);
 }
 
 void HistoryRows::removeOf(std::int64_t item) {
@@ -383,9 +401,13 @@ template void HistoryRows::write<ReceivedCallItem>(std::int64_t, const std::stri
 template void HistoryRows::write<ForwardedCallItem>(std::int64_t, const std::string&,
                                                     const std::list<Forwarded>&, const CallFacts*);
 template void HistoryRows::readListed(std::int64_t, std::list<Missed>&);
+template void HistoryRows::read(std::int64_t, const std::vector<std::int64_t>&, std::list<Missed>&);
 template void HistoryRows::readListed(std::int64_t, std::list<Dialled>&);
+template void HistoryRows::read(std::int64_t, const std::vector<std::int64_t>&, std::list<Dialled>&);
 template void HistoryRows::readListed(std::int64_t, std::list<Received>&);
+template void HistoryRows::read(std::int64_t, const std::vector<std::int64_t>&, std::list<Received>&);
 template void HistoryRows::readListed(std::int64_t, std::list<Forwarded>&);
+template void HistoryRows::read(std::int64_t, const std::vector<std::int64_t>&, std::list<Forwarded>&);
 template void HistoryRows::readNewest(std::int64_t, std::int64_t, std::list<Missed>&);
 template void HistoryRows::readNewest(std::int64_t, std::int64_t, std::list<Dialled>&);
 template void HistoryRows::readNewest(std::int64_t, std::int64_t, std::list<Received>&);

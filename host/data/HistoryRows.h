@@ -5,6 +5,7 @@
 #include <list>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/calls/CallReason.h"
 #include "host/data/PartyRows.h"
@@ -14,7 +15,7 @@
 
 namespace host {
 
-/// What the link knows of a call that is filed, and the journal's occurrence does not have.
+/// The facts that the link knows of a call that is filed, and the journal's occurrence does not have.
 struct CallFacts {
     std::optional<std::chrono::sys_seconds> established{};
     std::optional<std::chrono::sys_seconds> ended{};
@@ -58,6 +59,10 @@ public:
     template <typename Info>
     void readNewest(std::int64_t item, std::int64_t limit, std::list<Info>& occurrences);
 
+    /// Appends those calls of the entry, newest first.
+    template <typename Info>
+    void read(std::int64_t item, const std::vector<std::int64_t>& calls, std::list<Info>& occurrences);
+
     /// Deletes the calls of an entry.
     void removeOf(std::int64_t item);
     /// Keeps the calls of an entry that leaves its list; `calledBackAt` is set for a missed call that was
@@ -66,7 +71,7 @@ public:
     /// Deletes the calls of a list, those without an entry too.
     void removeAll(ListName list);
 
-    /// Removes what the deleted calls leave behind. Returns true if a call was deleted; then
+    /// Removes the parties that no call has any more. Returns true if a call was deleted; then
     /// `Database::truncateLog` must follow the transaction.
     bool removeTraces();
 

@@ -76,7 +76,7 @@ std::string writeItems(Rows& rows, const std::vector<DataRequest::Item>& items, 
     return lastUniqueId;
 }
 
-/// What becomes of the calls of an entry that the journal deletes:
+/// The treatment of the calls of an entry that the journal deletes:
 ///  - of the oldest one of a list that is too long, and of the missed entry of a party that is called back
 ///    now, they stay in the history;
 ///  - of every other one, which a user or the switch's log deletes, they are deleted.
@@ -86,7 +86,8 @@ CallRows::Calls callsOfDeleted(ListName list, CallRows& rows) {
     }
     const DeliveryContext* const delivery = DeliveryContext::current();
     if (list == ListName::eMissed && delivery != nullptr && delivery->establishes) {
-        return {.areKept = true, .calledBackAt = floor<std::chrono::seconds>(*delivery->time)};
+        return {.areKept = true,
+                .calledBackAt = std::chrono::time_point_cast<std::chrono::seconds>(*delivery->time)};
     }
     return {};
 }

@@ -22,7 +22,7 @@ namespace host {
 
 class Database;
 
-/// What the database of a line learns from other components. Everything is borrowed and may be missing.
+/// The components from which the database of a line gets what its requests lack. Everything is borrowed and may be missing.
 struct DataAccessSources {
     /// The calls that the link follows.
     LiveCallStoreIfc* calls = nullptr;

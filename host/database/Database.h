@@ -88,7 +88,7 @@ public:
     /// Tests if the database can be read and written now, without a change; updates and returns `healthy`.
     [[nodiscard]] bool probe() noexcept;
 
-    /// Moves the log into the file and empties it, so that nothing that was deleted stays in the log; waits
+    /// Moves the log into the file and empties it, so that no deleted text stays in the log; waits
     /// for no reader. Call it after a deletion.
     void truncateLog() noexcept;
     /// Removes the copy that a migration has kept, if there is one. Call it at a clean end.

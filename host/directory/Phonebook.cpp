@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/data/ContactRows.h"
+#include "host/data/PartyRows.h"
 #include "host/database/Database.h"
 #include "host/database/RowId.h"
 #include "host/presentation/ContactFields.h"
@@ -65,16 +66,24 @@ bool Phonebook::lookUpContact(Contact& contact) {
     return true;
 }
 
+bool Phonebook::change(const char* what, const Database::Work& work) {
+    const bool done = m_database.write(what, work);
+    if (done && m_changeListener) {
+        m_changeListener();
+    }
+    return done;
+}
+
 std::optional<std::string> Phonebook::add(const Contact& contact) {
     std::int64_t id = 0;
-    const bool done = m_database.write("adding a contact", [&](Database::Session& session) {
+    const bool done = change("adding a contact", [&](Database::Session& session) {
         id = ContactRows(session, m_line, &m_digits).insert(contact);
     });
     return done ? std::optional(uniqueIdOf(id)) : std::nullopt;
 }
 
 bool Phonebook::add(const std::vector<Contact>& contacts) {
-    return m_database.write("adding contacts", [&](Database::Session& session) {
+    return change("adding contacts", [&](Database::Session& session) {
         ContactRows rows(session, m_line, &m_digits);
         for (const Contact& contact : contacts) {
             rows.insert(contact);
@@ -84,7 +93,7 @@ bool Phonebook::add(const std::vector<Contact>& contacts) {
 
 std::optional<ImportCounts> Phonebook::import(const std::vector<Contact>& contacts) {
     ImportCounts counts;
-    const bool done = m_database.write("importing contacts", [&](Database::Session& session) {
+    const bool done = change("importing contacts", [&](Database::Session& session) {
         ContactRows rows(session, m_line, &m_digits);
         for (const Contact& contact : contacts) {
             switch (importOne(rows, contact)) {
@@ -127,7 +136,7 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
 
 bool Phonebook::update(const Contact& contact) {
     bool found = false;
-    const bool done = m_database.write("changing a contact", [&](Database::Session& session) {
+    const bool done = change("changing a contact", [&](Database::Session& session) {
         found = ContactRows(session, m_line, &m_digits)
                     .update(rowIdOf(contact.getUniqueId()).value_or(0), contact);
     });
@@ -136,7 +145,7 @@ bool Phonebook::update(const Contact& contact) {
 
 bool Phonebook::remove(const std::string& uniqueId) {
     bool found = false;
-    const bool done = m_database.write("removing a contact", [&](Database::Session& session) {
+    const bool done = change("removing a contact", [&](Database::Session& session) {
         found = ContactRows(session, m_line, &m_digits).remove(rowIdOf(uniqueId).value_or(0));
     });
     return done && found;
@@ -200,6 +209,7 @@ bool Phonebook::reindexIfRulesChanged(const std::string& rulesKey) {
         current = ContactRows(session, m_line, &m_digits).indexRules();
     }) && (current == rulesKey || m_database.write("indexing contacts anew", [&](Database::Session& session) {
                ContactRows(session, m_line, &m_digits).reindex(rulesKey);
+               PartyRows(session, m_line, &m_digits).reindex();
            }));
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "host/database/Database.h"
 #include "journal-items/Contact.h"
 #include "platform/directory/DirectoryServiceIfc.h"
 #include "platform/framework/Executable.h"
@@ -14,7 +17,6 @@ class DigitAnalysisServiceIfc;
 namespace host {
 
 class ContactRows;
-class Database;
 
 /// One page of the phonebook. A plain value.
 struct ContactPage {
@@ -44,6 +46,10 @@ class Phonebook final : public Executable, public DirectoryServiceIfc {
 public:
     /// Both are borrowed and outlive the phonebook. `line` is the device that owns the contacts.
     Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line);
+
+    /// Sets a listener for changes of contacts, called on the thread that made the change. Call it before the
+    /// first change.
+    void setChangeListener(std::function<void()> listener) { m_changeListener = std::move(listener); }
 
     /// Fills in everything but the search number and the call records, which are kept.
     [[nodiscard]] bool lookUpContact(Contact& contact) override;
@@ -81,6 +87,8 @@ public:
     [[nodiscard]] bool reindexIfRulesChanged(const std::string& rulesKey);
 
 private:
+    /// Carries out a change in one transaction and calls the listener.
+    bool change(const char* what, const Database::Work& work);
     enum class Imported { eAdded, eChanged, eUnchanged };
     static Imported importOne(ContactRows& rows, Contact contact);
     [[nodiscard]] std::optional<std::vector<Contact>> slice(std::size_t offset, std::size_t limit);
@@ -89,6 +97,9 @@ private:
     Database& m_database;
     DigitAnalysisServiceIfc& m_digits;
     const std::string m_line;
+
+    // Constant from the first change on.
+    std::function<void()> m_changeListener;
 };
 
 }  // namespace host

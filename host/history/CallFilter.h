@@ -25,6 +25,7 @@ struct CallFilter {
     /// The shortest duration.
     std::optional<std::chrono::seconds> minDuration;
 
+    [[nodiscard]] bool operator==(const CallFilter&) const = default;
     [[nodiscard]] bool isEmpty() const noexcept {
         return !since && !until && number.empty() && search.empty() && !list && !outgoing && !viewed &&
                !minDuration;

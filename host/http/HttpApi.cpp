@@ -24,7 +24,7 @@ public:
         : m_backend(std::move(backend)),
           m_authenticator(std::move(settings.token)),
           m_page(settings.page),
-          m_lists(m_backend.journal, m_backend.storedLists, [this] { resync(); }),
+          m_lists(m_backend.storedLists, m_backend.storedEntries),
           m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
           m_contacts(m_backend.phonebook, m_backend.database),
           m_times({m_backend.line, m_backend.database}),

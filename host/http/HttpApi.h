@@ -20,6 +20,7 @@ class Database;
 class LocalManagement;
 class Metrics;
 class Phonebook;
+class StoredEntries;
 class StoredLists;
 
 /// The components that the HTTP API serves. All are borrowed and outlive the API.
@@ -30,6 +31,7 @@ struct HttpBackend {
     Phonebook& phonebook;
     Database& database;
     const StoredLists& storedLists;
+    StoredEntries& storedEntries;
     Metrics& metrics;
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.

@@ -32,4 +32,9 @@ template <typename Value>
     return std::move(*value);
 }
 
+/// Throws `HttpError` 503 unless the database has done it.
+inline void doneOr503(bool done) {
+    static_cast<void>(storedOr503(done ? std::optional(true) : std::nullopt));
+}
+
 }  // namespace host

@@ -5,12 +5,12 @@
 #include <set>
 #include <string>
 
+#include "host/history/StoredEntries.h"
 #include "host/history/StoredLists.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
-#include "host/lists/ListOperations.h"
 
 namespace host {
 namespace {
@@ -60,7 +60,9 @@ void ListsResource::addRoutes(Router& router) {
                 [this](const HttpRequest& each) { return deleteSome(each); },
                 {"all", "entryIds"}});
     router.add({"POST", "/api/v1/lists/missed/viewed",
-                [this](const HttpRequest& each) { return markViewed(each); }});
+                [this](const HttpRequest& each) { return markViewed(each, true); }});
+    router.add({"POST", "/api/v1/lists/missed/unviewed",
+                [this](const HttpRequest& each) { return markViewed(each, false); }});
     router.add(
         {"GET", "/api/v1/lists/{list}/{entryId}", [this](const HttpRequest& each) { return entry(each); }});
     router.add({"DELETE", "/api/v1/lists/{list}/{entryId}",
@@ -87,29 +89,25 @@ HttpResponse ListsResource::entry(const HttpRequest& request) const {
 }
 
 HttpResponse ListsResource::deleteOne(const HttpRequest& request) const {
-    const bool deleted = withItemOf(listOf(request), [&]<typename Item>() {
-        return deleteEntry<Item>(m_journal, request.parameter("entryId"));
-    });
-    if (!deleted) {
+    const std::string& id = request.parameter("entryId");
+    if (storedOr503(m_entries.remove(listOf(request), {id})) == 0) {
         throw noSuchEntry();
     }
     return emptyResponse();
 }
 
 HttpResponse ListsResource::deleteSome(const HttpRequest& request) const {
-    withItemOf(listOf(request), [&]<typename Item>() {
-        if (const auto entryIds = entriesToDelete(request)) {
-            (m_journal.*listOperations<Item>().deleteSet)(*entryIds);
-        } else {
-            (m_journal.*listOperations<Item>().clear)();
-            m_cleared();
-        }
-    });
+    const ListName list = listOf(request);
+    if (const auto entryIds = entriesToDelete(request)) {
+        static_cast<void>(storedOr503(m_entries.remove(list, *entryIds)));
+    } else {
+        doneOr503(m_entries.clear(list));
+    }
     return emptyResponse();
 }
 
-HttpResponse ListsResource::markViewed(const HttpRequest& request) const {
-    m_journal.setMissedCallListAsViewed(entryIdsIn(request));
+HttpResponse ListsResource::markViewed(const HttpRequest& request, bool viewed) const {
+    doneOr503(m_entries.setViewed(entryIdsIn(request), viewed));
     return emptyResponse();
 }
 

@@ -94,6 +94,7 @@ public:
 
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
+    [[nodiscard]] DigitAnalysis& digits() noexcept { return m_digits; }
     [[nodiscard]] const StoredLists& storedLists() const noexcept { return m_storedLists; }
     /// See `SqliteDataAccess::storedIds`.
     [[nodiscard]] std::optional<std::set<std::string>> storedIds(ListName list) {

@@ -13,6 +13,8 @@
 #include "journalservice/JournalServiceObserverIfc.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/framework/InvokerResponse.h"
+#include "platform/journal-library/JournalServiceHelper.h"
+#include "platform/journal-library/ObserverMessage.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -40,6 +42,19 @@ private:
     std::string m_payload;
     bool m_complete = false;
 };
+
+/// A count of unviewed missed calls becomes that of all stored ones; any other message stays as it is.
+std::string withStoredCount(const std::string& message, const RemoteBackend& backend) {
+    using Event = journalxml::ObserverMessage::Event;
+    constexpr auto kCount = Event::eMissedCallsCountUpdate;
+    if (!backend.unviewed || message.find(journalxml::nameOf(kCount)) == std::string::npos) {
+        return message;
+    }
+    const auto parsed = journalxml::parseObserverMessage(message);
+    const auto stored = parsed && parsed->event == kCount ? backend.unviewed() : std::nullopt;
+    return stored ? JournalServiceHelper::obsReqMissedCallsCountUpdate(static_cast<unsigned>(*stored))
+                  : message;
+}
 
 }  // namespace
 
@@ -78,8 +93,8 @@ void ClientSession::close(const std::string& reason) {
 void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
 
 void ClientSession::send(const std::string& request) {
-    handleQueued(
-        m_backlog.addNotification(RemoteFrame::encode(RemoteFrame::Kind::eNotification, 0, request)));
+    const std::string text = withStoredCount(request, m_backend);
+    handleQueued(m_backlog.addNotification(RemoteFrame::encode(RemoteFrame::Kind::eNotification, 0, text)));
 }
 
 void ClientSession::readLength() {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "host/framework/HostFrameworkContext.h"
 #include "platform/framework/Executable.h"
@@ -22,6 +23,9 @@ struct RemoteBackend {
     HostFrameworkContext& framework;
     /// Creates the observer proxy of one client. May throw. The server calls it on threads of its own.
     std::function<std::unique_ptr<Proxy>()> makeObserverProxy;
+    /// The number of all stored unviewed missed entries, which clients get in place of that of the loaded
+    /// ones. May be empty; std::nullopt if the database fails. Any thread calls it.
+    std::function<std::optional<std::size_t>()> unviewed{};
 };
 
 }  // namespace host

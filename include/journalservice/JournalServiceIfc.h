@@ -94,8 +94,9 @@ public:
     /// notified once of an updated item. An item without calls deletes the entry.
     ///
     /// If `reportsRemoved` is true, the calls that the item no longer has are reported to a switch that keeps
-    /// the call log, as a deletion reports them. Returns false, and changes nothing, if the item has no
-    /// unique id or the list has no such entry.
+    /// the call log, as a deletion reports them. Returns false, and has no effect, if the item has no unique
+    /// id, the list has no such entry, or the entry has another entry id than the item, because a call
+    /// was added meanwhile; an item without an entry id stands for the entry as it is now.
     virtual bool replaceEntry(const MissedCallItem& item, bool reportsRemoved) = 0;
     virtual bool replaceEntry(const DialledCallItem& item, bool reportsRemoved) = 0;
     virtual bool replaceEntry(const ReceivedCallItem& item, bool reportsRemoved) = 0;

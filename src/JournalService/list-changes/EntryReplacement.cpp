@@ -86,7 +86,7 @@ bool EntryReplacement::replaceEntry(const Item& item, bool reportsRemoved) {
     const auto isEntry = [&uniqueId](const Item& stored) { return stored.getUniqueId() == uniqueId; };
     auto& items = transaction.openLoaded<Item>(isEntry);
     const auto entry = std::find_if(items.begin(), items.end(), isEntry);
-    if (entry == items.end()) {
+    if (entry == items.end() || (!item.getEntryId().empty() && entry->getEntryId() != item.getEntryId())) {
         return false;
     }
     const Item before = *entry;

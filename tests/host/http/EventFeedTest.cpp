@@ -53,7 +53,8 @@ protected:
     std::function<void()> m_later = [] {};
     host::EventFeed m_feed{[](const std::function<void()>& work) { work(); },
                            [this](auto, std::function<void()> work) { m_later = std::move(work); },
-                           {4, 4096}};
+                           {4, 4096},
+                           {}};
 };
 
 TEST_F(EventFeedTest, SendsASlowClientTheMissedEventsInOnePieceAndATooSlowOneAResync) {

@@ -5,9 +5,13 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "host/history/StoredEntries.h"
+#include "host/history/StoredLists.h"
 #include "host/http/ListsResource.h"
 #include "tests/support/FakeJournalService.h"
+#include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"
+#include "tests/support/TemporaryDatabase.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace {
@@ -25,13 +29,20 @@ protected:
             {"GET", "/open", [](const auto&) { return HttpResponse(); }, {}, host::Router::Guard::eOpen});
         m_router.add(
             {"GET", "/broken", [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
-        for (const char* const name : {"Ann", "Bob", "Anna"}) {
-            MissedCallItem item;
-            item.setEntryId(name);
-            item.setSurname(name);
-            item.setViewed(name == std::string("Bob"));
-            m_journal.lists.missed.push_back(item);
-        }
+        const host::HistoryRows::Context context{m_line};
+        m_database->write("test", [&](host::Database::Session& session) {
+            for (const char* const name : {"Anna", "Bob", "Ann"}) {
+                auto item = journaltest::itemOf<MissedCallItem>(name, "",
+                                                                {{"4711", std::string("2026-11-2") +
+                                                                              (name[3] == 'a'   ? "0"
+                                                                               : name[0] == 'B' ? "1"
+                                                                                                : "2") +
+                                                                              "T10:00:00Z"}});
+                item.setSurname(name);
+                item.setViewed(name == std::string("Bob"));
+                host::CallRows(session, context).write(item);
+            }
+        });
     }
 
     /// `headers` is "name: value; name: value"; they override a valid Host.
@@ -70,8 +81,12 @@ protected:
     TemporaryDirectory m_directory;
     journaltest::FakeJournalService m_journal;
     host::Router m_router;
-    int m_cleared = 0;
-    host::ListsResource m_resource{m_journal, [this] { ++m_cleared; }};
+    const std::string m_line = "2001";
+    journaltest::TemporaryDatabase m_database;
+    int m_resyncs = 0;
+    host::StoredLists m_stored{*m_database, m_line};
+    host::StoredEntries m_entries{{m_journal, *m_database, m_line, nullptr, [this] { ++m_resyncs; }}};
+    host::ListsResource m_resource{m_stored, m_entries};
     std::optional<std::string> m_token = "secret";
     std::string m_listen = "127.0.0.1";
 };
@@ -124,17 +139,20 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
 
 TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {
     for (const auto& row : journaltest::table(5, R"(
-        GET    | missed                    |                     | 200 3/2 Ann Bob Anna | getMissedCallList()
-        GET    | missed?limit=1&offset=1   |                     | 200 3/2 Bob          | getMissedCallList()
-        GET    | missed?search=ANN&limit=9 |                     | 200 2/2 Ann Anna     | getMissedCallList()
-        GET    | missed/%42ob              |                     | 200 Bob              | getMissedCall(Bob)
-        DELETE | missed/Bob                |                     | 204 -                | deleteMissedCall(Bob, false)
+        GET    | missed                    |                     | 200 3/2 Ann Bob Anna |
+        GET    | missed?limit=1&offset=1   |                     | 200 3/2 Bob          |
+        GET    | missed?search=ANN&limit=9 |                     | 200 2/2 Ann Anna     |
+        GET    | missed/%42ob              |                     | 200 Bob              |
+        GET    | missed/2                  |                     | 200 Bob              |
+        GET    | dialled/2                 |                     | 404 unknown-entry    |
+        DELETE | missed/Bo                 |                     | 404 unknown-entry    |
+        DELETE | missed/Bob                |                     | 503 database         | deleteMissedCall(Bob, false)
+        DELETE | missed/2                  |                     | 503 database         | deleteMissedCall(Bob, false)
         GET    | missed/Bob?limit=1        |                     | 400 unknown-parameter  |
         GET    | missed?limit=1&limit=1    |                     | 400 repeated-parameter |
         DELETE | callbacks?all=true&       |                     | 204 -                | deleteCallBackList()
-        DELETE | received                  | {"entryIds": ["b"]} | 204 -                | deleteReceivedCallList({b})
-        DELETE | received?entryIds=b,%61   |                     | 204 -                | deleteReceivedCallList({a, b})
-        DELETE | forwarded                 | {"entryIds": []}    | 204 -                | deleteForwardedCallList({})
+        DELETE | missed                    | {"entryIds": ["Ann", "1"]} | 503 database  | deleteMissedCallList({Ann, Anna})
+        DELETE | received?entryIds=b,%61   |                     | 204 -                |
         DELETE | dialled                   |                     | 400 wrong-selection  |
         DELETE | dialled?all=1             |                     | 400 wrong-selection  |
         DELETE | dialled?all=true          | {"entryIds": ["b"]} | 400 wrong-selection  |
@@ -144,16 +162,16 @@ TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {
         DELETE | dialled?entryIds=         |                     | 400 wrong-selection  |
         DELETE | dialled?al=true           | {"entryIds": ["b"]} | 400 unknown-parameter |
         DELETE | dialled                   | {}                  | 400 wrong-shape      |
-        POST   | missed/viewed             | {"entryIds": ["x"]} | 204 -                | setMissedCallListAsViewed({x})
+        POST   | missed/viewed             | {"entryIds": ["Ann", "x"]} | 204 -         | setMissedCallListAsViewed({Ann})
     )")) {
         const std::size_t before = m_journal.calls().size();
         EXPECT_EQ(summary(respond(row[0], "/api/v1/lists/" + row[1], "authorization: Bearer secret", row[2])),
                   row[3])
             << row[1] << row[2];
         const auto calls = m_journal.calls();
-        EXPECT_EQ(calls.size() > before ? calls.back() : "", row[4]) << row[1] << row[2];
+        EXPECT_EQ(calls.size() > before ? calls[before] : "", row[4]) << row[1] << row[2];
     }
-    EXPECT_EQ(m_cleared, 1) << "the one list without entry ids";
+    EXPECT_EQ(m_resyncs, 1) << "the one list without entry ids";
 }
 
 }  // namespace

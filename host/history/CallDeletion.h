@@ -1,0 +1,44 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "host/history/CallDeletionIfc.h"
+#include "host/history/StoredEntries.h"
+
+namespace host {
+
+/// Deletes calls of the history. The sequence of a deletion:
+///  1. Each entry that has some of the calls gets its newest other calls, or is deleted with its last one
+///     (`StoredEntries::change`).
+///  2. The calls that are in no entry, or are not listed there, are deleted in batches.
+///  3. Parties without calls are removed, and the database's log is emptied.
+///
+/// Thread-safe.
+class CallDeletion final : public CallDeletionIfc {
+public:
+    /// `entries` is borrowed and outlives the object.
+    explicit CallDeletion(StoredEntries& entries) : m_entries(entries) {}
+
+    [[nodiscard]] std::optional<std::size_t> remove(const CallFilter& filter) override;
+    [[nodiscard]] std::optional<std::size_t> remove(std::int64_t id) override;
+    /// Deletes the calls that began before that time, in batches, without a report to the switch. A call
+    /// whose time is not known stays.
+    [[nodiscard]] std::optional<std::size_t> removeOlderThan(std::chrono::sys_seconds time);
+
+private:
+    /// A condition about rows of the table `call`, and the binding of its values.
+    struct Condition {
+        std::string text;
+        std::function<void(Query&)> bind;
+    };
+
+    [[nodiscard]] std::optional<std::size_t> remove(const Condition& condition, bool reportsRemoved);
+    [[nodiscard]] bool changeEntries(const Condition& condition, bool reportsRemoved);
+    [[nodiscard]] std::optional<std::size_t> removeRows(const Condition& condition);
+
+    StoredEntries& m_entries;
+};
+
+}  // namespace host

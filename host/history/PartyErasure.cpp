@@ -1,0 +1,142 @@
+#include "host/history/PartyErasure.h"
+
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "host/data/CallBackRows.h"
+#include "journal-items/Occurrences.h"
+#include "platform/digits/DigitAnalysisServiceIfc.h"
+
+namespace host {
+namespace {
+
+// ?1 is the line, ?2 the number as numbers are compared.
+constexpr const char* kEntries = R"sql(
+SELECT DISTINCT list, item FROM call WHERE item IS NOT NULL AND line = ?1
+    AND (redirecting IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
+        OR connected_number = ?2 OR forwarded_to_number = ?2 OR substitute_number = ?2)
+)sql";
+
+constexpr const char* kEraseRedirecting = R"sql(
+UPDATE call SET redirecting = NULL
+WHERE redirecting IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
+)sql";
+
+constexpr const char* kEraseConnected = R"sql(
+UPDATE call SET connected = NULL WHERE connected IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
+)sql";
+
+constexpr const char* kEraseTexts = R"sql(
+UPDATE call SET connected_number = iif(connected_number = ?2, '', connected_number),
+    forwarded_to_number = iif(forwarded_to_number = ?2, '', forwarded_to_number),
+    substitute_number = iif(substitute_number = ?2, '', substitute_number)
+WHERE line = ?1 AND (connected_number = ?2 OR forwarded_to_number = ?2 OR substitute_number = ?2)
+)sql";
+
+constexpr const char* kEraseNote = "DELETE FROM party_note WHERE line = ?1 AND number = ?2";
+
+template <typename Info>
+void eraseIn(Info& info, const std::function<bool(const std::string&)>& matches) {
+    if (matches(info.getRedirectingNumber())) {
+        info.setRedirectingNumber({});
+        info.setRedirectingName({});
+    }
+    if (matches(info.getConnectedNumber())) {
+        info.setConnectedNumber({});
+    }
+    if constexpr (std::is_same_v<Info, DialledCallItem::DialledCallInfo>) {
+        if (matches(info.getSubstituteNumber())) {
+            info.setSubstituteNumber({});
+        }
+    } else if constexpr (std::is_same_v<Info, ForwardedCallItem::ForwardedCallInfo>) {
+        if (matches(info.getForwardedToNumber())) {
+            info.setForwardedToNumber({});
+        }
+    }
+}
+
+}  // namespace
+
+std::string PartyErasure::lookupOf(std::string number) const {
+    if (m_entries.sources().digits != nullptr) {
+        m_entries.sources().digits->normalise(number);
+    }
+    return number;
+}
+
+bool PartyErasure::erase(const std::string& number) {
+    const std::string lookup = lookupOf(number);
+    return eraseFromEntries(lookup) && eraseRows(lookup) && eraseCallBacks(lookup);
+}
+
+bool PartyErasure::eraseFromEntries(const std::string& lookup) {
+    const StoredEntries::Sources& sources = m_entries.sources();
+    std::vector<std::pair<ListName, std::int64_t>> affected;
+    if (!sources.database.readAside("finding entries", [&](Database::Session& session) {
+            affected.clear();
+            Query query = session.query(kEntries);
+            query.bind(sources.line).bind(lookup);
+            while (query.next()) {
+                const auto list = static_cast<ListName>(query.smallNumber());
+                affected.emplace_back(list, query.number());
+            }
+        })) {
+        return false;
+    }
+    const auto matches = [&](const std::string& number) {
+        return !number.empty() && lookupOf(number) == lookup;
+    };
+    for (const auto& [list, id] : affected) {
+        const bool done = withItemOf(list, [&, id = id]<typename Item>() {
+            if constexpr (std::is_same_v<Item, CallBackItem>) {
+                return true;
+            } else {
+                return m_entries.change<Item>(id, false,
+                                              [&](auto& /*session*/, auto& /*context*/, Item& item) {
+                                                  auto occurrences = occurrencesOf(item);
+                                                  for (auto& info : occurrences) {
+                                                      eraseIn(info, matches);
+                                                  }
+                                                  const bool changes = !(occurrences == occurrencesOf(item));
+                                                  setOccurrences(item, occurrences);
+                                                  return changes;
+                                              });
+            }
+        });
+        if (!done) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool PartyErasure::eraseRows(const std::string& lookup) {
+    const StoredEntries::Sources& sources = m_entries.sources();
+    const bool done = sources.database.write("erasing a party", [&](Database::Session& session) {
+        for (const char* const sql : {kEraseRedirecting, kEraseConnected, kEraseTexts, kEraseNote}) {
+            session.query(sql).bind(sources.line).bind(lookup).run();
+        }
+        PartyRows(session, sources.line, sources.digits).removeUnused();
+    });
+    sources.database.truncateLog();
+    return done;
+}
+
+bool PartyErasure::eraseCallBacks(const std::string& lookup) {
+    const StoredEntries::Sources& sources = m_entries.sources();
+    std::set<std::string> entryIds;
+    if (!sources.database.readAside("reading the callbacks", [&](Database::Session& session) {
+            entryIds.clear();
+            for (const CallBackItem& item : CallBackRows(session, sources.line).all()) {
+                if (lookupOf(item.getNumber()) == lookup) {
+                    entryIds.insert(item.getEntryId());
+                }
+            }
+        })) {
+        return false;
+    }
+    return entryIds.empty() || m_entries.remove(ListName::eCallbacks, entryIds).has_value();
+}
+
+}  // namespace host

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/data/CallRows.h"
+#include "host/database/Database.h"
+#include "host/lists/ListOperations.h"
+
+class DigitAnalysisServiceIfc;
+
+namespace host {
+
+/// Changes of stored entries by a user. The journal makes a change of an entry that it has, loaded or not, and
+/// so notifies its observers and the switch; the rows of any other entry are changed directly, and then
+/// `resync` is called.
+///
+/// Thread-safe. Errors: false or std::nullopt if the database fails; the log has the reason.
+class StoredEntries {
+public:
+    /// All are borrowed, and outlive the object.
+    struct Sources {
+        JournalServiceIfc& journal;
+        Database& database;
+        std::string line;
+        DigitAnalysisServiceIfc* digits = nullptr;
+        /// Lets all readers read again; any thread calls it.
+        std::function<void()> resync;
+    };
+
+    explicit StoredEntries(Sources sources) : m_sources(std::move(sources)) {}
+
+    /// Deletes the entries with these entry ids or unique ids. Returns their number; unknown ids are skipped.
+    [[nodiscard]] std::optional<std::size_t> remove(ListName list, const std::set<std::string>& ids);
+    /// Deletes all entries of the list, and its calls that have no entry.
+    [[nodiscard]] bool clear(ListName list);
+    /// Sets the viewed mark of missed entries; unknown ids are skipped.
+    [[nodiscard]] bool setViewed(const std::set<std::string>& ids, bool viewed);
+
+    /// Makes a change of one entry: `change` gets the entry as it is stored, in a read of the database, and
+    /// returns false to leave it. An entry without calls is deleted. Repeats it if a call is added meanwhile.
+    template <typename Item>
+    [[nodiscard]] bool change(
+        std::int64_t id, bool reportsRemoved,
+        const std::function<bool(Database::Session&, const HistoryRows::Context&, Item&)>& change);
+
+    [[nodiscard]] const Sources& sources() const noexcept { return m_sources; }
+
+private:
+    template <typename Item>
+    [[nodiscard]] std::optional<std::set<std::string>> entryIdsOf(const std::vector<std::int64_t>& rows);
+    template <typename Item>
+    [[nodiscard]] std::optional<std::size_t> removeEntries(const std::set<std::string>& ids);
+    [[nodiscard]] std::optional<std::size_t> removeCallBacks(const std::set<std::string>& entryIds);
+    /// Changes the rows of an entry that the journal does not have.
+    template <typename Item>
+    [[nodiscard]] bool changeRows(const Item& item);
+    /// The rows of the entries that are stored.
+    [[nodiscard]] std::optional<std::vector<std::int64_t>> find(ListName list,
+                                                                const std::set<std::string>& ids);
+    [[nodiscard]] HistoryRows::Context context() const { return {m_sources.line, m_sources.digits}; }
+
+    const Sources m_sources;
+};
+
+}  // namespace host
