@@ -1,12 +1,12 @@
 # The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, spdlog::spdlog, nlohmann_json::nlohmann_json, toml_pp,
-# phonenumber, ICU::uc, restinio_http, prometheus_core, CLI11::CLI11, and for tests GTest::gtest, GTest::gmock, rapidcheck,
-# rapidcheck_gtest.
+# phonenumber, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, and for tests GTest::gtest, GTest::gmock,
+# rapidcheck, rapidcheck_gtest.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
 find_package(Boost 1.74 REQUIRED) # headers only: bind
-find_package(ICU REQUIRED COMPONENTS uc)
+find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(pugixml REQUIRED)
 find_package(SQLiteCpp REQUIRED)
 find_package(fmt REQUIRED)

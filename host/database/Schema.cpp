@@ -225,9 +225,10 @@ CREATE TABLE call (
     forwarding_reason   INTEGER NOT NULL
 ) STRICT;
 CREATE UNIQUE INDEX call_identity ON call (line, call_id, start, part) WHERE call_id <> '';
-CREATE INDEX call_newest ON call (line, start DESC, id DESC);
-CREATE INDEX call_newest_of_list ON call (line, list, start DESC, id DESC);
-CREATE INDEX call_party ON call (party, start DESC, id DESC);
+-- The columns after the id let a page and the statistics be computed without the rows.
+CREATE INDEX call_newest ON call (line, start DESC, id DESC, list, reason, party, duration);
+CREATE INDEX call_newest_of_list ON call (line, list, start DESC, id DESC, duration);
+CREATE INDEX call_party ON call (party, start DESC, id DESC, list, reason, duration);
 CREATE INDEX call_connected ON call (connected) WHERE connected IS NOT NULL;
 CREATE INDEX call_redirecting ON call (redirecting) WHERE redirecting IS NOT NULL;
 CREATE INDEX call_of_item ON call (item, item_order DESC) WHERE item IS NOT NULL;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "host/history/CallFilter.h"
@@ -36,19 +36,29 @@ public:
     /// without them.
     [[nodiscard]] static CallSelection ofParties(const std::string& line, const CallFilter& filter,
                                                  DigitAnalysisServiceIfc* digits);
+    /// The condition for `list`, `outgoing`, `viewed` and `minDuration`; empty for a filter without them.
+    [[nodiscard]] static CallSelection ofKind(const CallFilter& filter);
 
 private:
+    struct Value {
+        std::int64_t number;
+        /// std::nullopt if the value is the number.
+        std::optional<std::string> text;
+    };
+
     CallSelection() = default;
 
     void require(const std::string& condition);
-    void add(std::variant<std::int64_t, std::string> value) { m_values.push_back(std::move(value)); }
+    /// Requires what the other selection requires.
+    void require(CallSelection&& other, const std::string& before = {}, const std::string& after = {});
+    void add(std::int64_t number) { m_values.push_back({number, std::nullopt}); }
+    void add(const std::string& text) { m_values.push_back({0, text}); }
     void requireNumber(const std::string& line, const std::string& number, DigitAnalysisServiceIfc* digits);
     void requireText(const std::string& line, const std::string& text);
     void requireTimes(const CallFilter& filter);
-    void requireKind(const CallFilter& filter);
 
     std::string m_condition;
-    std::vector<std::variant<std::int64_t, std::string>> m_values;
+    std::vector<Value> m_values;
 };
 
 }  // namespace host
