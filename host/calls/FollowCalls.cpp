@@ -18,11 +18,59 @@ void setIfKnown(CSTADevice& device, const CSTADevice& value) {
     }
 }
 
+CallReason reasonOf(int cause) {
+    switch (cause) {
+        case CSTA_EC_Transfer: return CallReason::eTransfer;
+        case CSTA_EC_CallForwardBusy: return CallReason::eForwardBusy;
+        case CSTA_EC_CallForwardNoAnswer: return CallReason::eForwardNoAnswer;
+        case CSTA_EC_CallForward:  // a switch that does not tell the kinds apart
+        case CSTA_EC_CallForwardImmediate: return CallReason::eForwardAlways;
+        case CSTA_EC_CallPickup:
+        case CSTA_EC_DirectedPickup:
+        case CSTA_EC_GroupPickupNotify: return CallReason::ePickUp;
+        case CSTA_EC_CompletedElsewhere: return CallReason::eCompletedElsewhere;
+        default: return CallReason::eNone;
+    }
+}
+
+bool isByOtherPhone(CallReason reason) {
+    return reason == CallReason::ePickUp || reason == CallReason::eCompletedElsewhere;
+}
+
+/// The reason that an event with that cause gives for the parties of the call; `eNone` if it gives none.
+CallReason reasonOf(const CSTACallControlEvent& event, int cause, const PhoneCall& call) {
+    const CallReason reason = reasonOf(cause);
+    const bool isRedirected = !event.getLastRedirectionDevice().number.empty();
+    switch (event.getType()) {
+        case CSTAEventCode::eOriginated: return reason == CallReason::ePickUp ? reason : CallReason::eNone;
+        case CSTAEventCode::eOffered:
+        case CSTAEventCode::eQueued:
+        case CSTAEventCode::eDelivered:
+            return isRedirected && !isByOtherPhone(reason) ? reason : CallReason::eNone;
+        case CSTAEventCode::eEstablished:
+            return isRedirected || reason == CallReason::ePickUp ? reason : CallReason::eNone;
+        case CSTAEventCode::eDiverted: return reason;
+        case CSTAEventCode::eConnectionCleared: {
+            const bool isElsewhere = call.role == PhoneRole::eRinging && isByOtherPhone(reason);
+            return isElsewhere || reason == CallReason::eTransfer ? reason : CallReason::eNone;
+        }
+        default: return CallReason::eNone;
+    }
+}
+
+/// A call that another phone has picked up is also completed elsewhere.
+void setReason(PhoneCall& call, CallReason reason) {
+    const bool isKnown = reason == CallReason::eCompletedElsewhere && call.reason == CallReason::ePickUp;
+    if (reason != CallReason::eNone && !isKnown) {
+        call.reason = reason;
+    }
+}
+
 /// One event, the call that it belongs to, and the calls of the line.
 class Step {
 public:
-    Step(PhoneCalls& calls, const std::string& device, PhoneCall::Time now)
-        : m_calls(calls), m_device(device), m_now(now) {}
+    Step(PhoneCalls& calls, const std::string& device, PhoneCall::Time now, std::optional<int> cause)
+        : m_calls(calls), m_device(device), m_now(now), m_cause(cause) {}
 
     void conferenced(const CSTAConferencedEvent& event) {
         const std::string& conferenceId = event.getConferenceCallID();
@@ -53,11 +101,17 @@ public:
             call.established = m_now;
         }
         call.transferred = true;
+        call.reason = CallReason::eTransfer;
         // The journal does not follow a call that is transferred here after this phone has established it.
         const bool endsHere =
             isOwn(event.getTransferredToDevice()) && (old == nullptr || call.role == PhoneRole::eConnected);
-        m_calls.remove(m_device, event.getPrimaryoldcallCallID());
-        m_calls.remove(m_device, event.getSecondaryoldcallCallID());
+        for (const std::string& callId :
+             {event.getPrimaryoldcallCallID(), event.getSecondaryoldcallCallID()}) {
+            if (isOwn(event.getTransferringDevice())) {
+                noteReason(callId, CallReason::eTransfer);
+            }
+            m_calls.remove(m_device, callId);
+        }
         const bool stays = !isOwn(event.getTransferringDevice()) &&
                            (old != nullptr || event.getLocalConnectionInfo() == CSTA_LCS_Connected);
         if (!stays || endsHere || call.callId.empty()) {
@@ -81,6 +135,9 @@ public:
         if (callId.empty() || ends(event, known)) {
             for (const PhoneCall& member : m_calls.membersOf(m_device, callId)) {
                 m_calls.remove(m_device, member.callId);
+            }
+            if (known != nullptr) {
+                noteReason(callId, reasonOf(event, causeOf(event), *known));
             }
             m_calls.remove(m_device, callId);
             return;
@@ -110,6 +167,7 @@ public:
         if (const auto* established = dynamic_cast<const CSTAEstablishedEvent*>(&event)) {
             establishedBy(call, *established);
         }
+        setReason(call, reasonOf(event, causeOf(event), call));
         setIfKnown(call.calling, event.getCallingDevice());
         setIfKnown(call.redirecting, event.getLastRedirectionDevice());
         // The called device keeps the digits that were dialled.
@@ -129,6 +187,21 @@ public:
     }
 
 private:
+    [[nodiscard]] int causeOf(const CSTAEvent& event) const { return m_cause.value_or(event.getCause()); }
+
+    /// For a call that ends: its listener gets the reason.
+    void noteReason(const std::string& callId, CallReason reason) {
+        const PhoneCall* const known = m_calls.find(m_device, callId);
+        if (known == nullptr || reason == CallReason::eNone) {
+            return;
+        }
+        PhoneCall call = *known;
+        setReason(call, reason);
+        if (call.reason != known->reason) {
+            m_calls.store(std::move(call));
+        }
+    }
+
     /// The call, and all calls of a conference that it was, continue in the conference.
     void join(const std::string& callId, const std::string& conferenceId) {
         for (PhoneCall& member : m_calls.membersOf(m_device, callId)) {
@@ -197,6 +270,9 @@ private:
         if (pickedUp) {
             call.outgoing = false;
             call.called = {};
+            call.reason = CallReason::ePickUp;
+        } else if (call.reason == CallReason::eCompletedElsewhere) {
+            call.reason = CallReason::eNone;  // this phone has it after all
         }
         if (call.role == PhoneRole::eConnected) {
             call.transferred = false;  // the new partner has answered
@@ -231,12 +307,14 @@ private:
     PhoneCalls& m_calls;
     const std::string& m_device;
     const PhoneCall::Time m_now;
+    const std::optional<int> m_cause;
 };
 
 }  // namespace
 
-void follow(PhoneCalls& calls, const CSTAEvent& event, const std::string& device, PhoneCall::Time now) {
-    Step step(calls, device, now);
+void follow(PhoneCalls& calls, const CSTAEvent& event, const std::string& device, PhoneCall::Time now,
+            std::optional<int> cause) {
+    Step step(calls, device, now, cause);
     if (const auto* conferenced = dynamic_cast<const CSTAConferencedEvent*>(&event)) {
         step.conferenced(*conferenced);
     } else if (const auto* transferred = dynamic_cast<const CSTATransferredEvent*>(&event)) {

@@ -36,9 +36,10 @@ public:
     virtual void confirm(const PhoneCallKey& call, PhoneCall::Time time) = 0;
     /// Notes the end of a call. It stays noted until it is filed.
     virtual void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) = 0;
-    /// The ended call that may be filed now, std::nullopt for any other; by its call id, the one that ended
-    /// last. A call is known until `delivered`, and for a few seconds longer if it may be filed later.
+    /// The ended call that may be filed now, std::nullopt for any other. A call is known until `delivered`,
+    /// and for a few seconds longer if it was not filed and may be filed later.
     [[nodiscard]] virtual std::optional<NotedCall> ended(const PhoneCallKey& call) const = 0;
+    /// By the id under which the journal files the call; of several, the one that ended last.
     [[nodiscard]] virtual std::optional<NotedCall> ended(const std::string& callId) const = 0;
     /// Call it after the event that ends the calls was delivered. One that may be filed later stays noted for
     /// a few seconds.

@@ -45,8 +45,8 @@ struct PhoneCall {
     bool unconfirmed = false;
     /// Another phone has established the call while it rang here.
     bool elsewhere = false;
-
-    /// Why the call has another party than the one that was called.
+    /// Why the call has another party than the one that was called: by the newest event that gives a reason,
+    /// also by the one that ends the call.
     CallReason reason = CallReason::eNone;
 
     /// The phone's own number is `CSTADevice::kLocalDevice`.

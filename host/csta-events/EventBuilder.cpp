@@ -167,6 +167,10 @@ CSTADevice EventBuilder::redirecting() const {
     return m_devices.device(member("lastRedirectionDevice")).device;
 }
 
+int EventBuilder::causeAtSwitch() const {
+    return causeNumber(childText(m_root, "cause"), CauseContext::eOther);
+}
+
 /// The device member that is specific to this event, otherwise the device of the connection.
 CSTADevice EventBuilder::ownDevice() const {
     return m_device.party == EventParty::eUnknown ? m_connectionDevice.device : m_device.device;

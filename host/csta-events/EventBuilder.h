@@ -38,6 +38,8 @@ public:
     /// The monitored device as the platform receives it.
     [[nodiscard]] std::string monitoredDevice() const { return m_devices.monitoredDevice(); }
     [[nodiscard]] CSTADevice redirecting() const;
+    /// The `CSTAEventCause` as the switch has sent it. The built event may have a less exact one.
+    [[nodiscard]] int causeAtSwitch() const;
     /// The far end of a call that has been transferred to this phone: neither this phone nor the transferring
     /// one. Empty if the event does not name it.
     [[nodiscard]] CSTADevice transferredParty() const;

@@ -39,15 +39,17 @@ std::vector<PhoneEvent> EventReader::read(const WireDocument& document, const Ev
     switch (decision.action) {
         case EventDecision::Action::eDrop:
             if (known != nullptr) {
-                noteDropped(*known, schema->event == WireEvent::eEstablished);
+                noteDropped(*known, builder.context());
             }
             break;
         case EventDecision::Action::eEnd:
         case EventDecision::Action::eEndElsewhere:
             if (known != nullptr) {
-                const int cause = decision.action == EventDecision::Action::eEnd ? CSTA_EC_NormalClearing
-                                                                                 : CSTA_EC_CompletedElsewhere;
-                add(events, {clearedEvent(*known, source.crossRefId, cause)}, device);
+                if (decision.action == EventDecision::Action::eEnd) {
+                    add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_NormalClearing)}, device);
+                } else {
+                    endElsewhere(events, *known, builder.context(), source.crossRefId);
+                }
             }
             break;
         case EventDecision::Action::eDeliver: carryOut(events, builder, source); break;
@@ -61,7 +63,7 @@ void EventReader::carryOut(std::vector<PhoneEvent>& events, EventBuilder& builde
     const std::string device = builder.monitoredDevice();
     const PhoneCall* const known = builder.context().call;
     if (known != nullptr && known->elsewhere && builder.context().event == WireEvent::eConnectionCleared) {
-        add(events, {clearedEvent(*known, source.crossRefId, CSTA_EC_CompletedElsewhere)}, device);
+        endElsewhere(events, *known, builder.context(), source.crossRefId);
         return;
     }
     // All events are built before the first one changes the call.
@@ -70,7 +72,7 @@ void EventReader::carryOut(std::vector<PhoneEvent>& events, EventBuilder& builde
     if (std::unique_ptr<CSTAEvent> cleared = builder.buildSecondaryClearing()) {
         add(events, {std::move(cleared)}, device);
     }
-    add(events, {builder.build()}, device);
+    add(events, {builder.build()}, device, builder.causeAtSwitch());
     if (clearing != nullptr) {
         add(events, {std::move(clearing)}, device);
     }
@@ -93,12 +95,20 @@ void EventReader::ringAfterTransfer(std::vector<PhoneEvent>& events, const Event
     add(events, {ringingEvent(rings, crossRefId)}, rings.device);
 }
 
-void EventReader::add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device) {
+void EventReader::add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device,
+                      std::optional<int> cause) {
     if (!event.time) {
         event.time = m_now();  // the journal and the noted call have the same time
     }
-    follow(m_calls, *event.event, device, *event.time);
+    follow(m_calls, *event.event, device, *event.time, cause);
     events.push_back(std::move(event));
+}
+
+void EventReader::endElsewhere(std::vector<PhoneEvent>& events, const PhoneCall& call,
+                               const EventContext& context, const std::string& crossRefId) {
+    const int cause = context.pickup ? CSTA_EC_CallPickup : CSTA_EC_CompletedElsewhere;
+    add(events, {clearedEvent(call, crossRefId, CSTA_EC_CompletedElsewhere)}, std::string(call.device),
+        cause);
 }
 
 /// The end of the call was not reported, so its last event is taken for its end.
@@ -134,11 +144,14 @@ void EventReader::noteOther(const EventContext& context, const std::string& devi
     }
 }
 
-void EventReader::noteDropped(const PhoneCall& known, bool established) {
+void EventReader::noteDropped(const PhoneCall& known, const EventContext& context) {
     PhoneCall call = known;
     call.lastEvent = m_now();
     call.unconfirmed = false;
-    call.elsewhere = call.elsewhere || (established && call.role == PhoneRole::eRinging);
+    if (context.event == WireEvent::eEstablished && call.role == PhoneRole::eRinging) {
+        call.elsewhere = true;
+        call.reason = context.pickup ? CallReason::ePickUp : CallReason::eCompletedElsewhere;
+    }
     m_calls.store(std::move(call));
 }
 

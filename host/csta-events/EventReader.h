@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,13 +45,17 @@ public:
     [[nodiscard]] std::vector<PhoneEvent> read(const WireDocument& document, const EventSource& source);
 
 private:
-    void add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device);
+    /// `cause` is that of the switch, if the event has another one.
+    void add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device,
+             std::optional<int> cause = std::nullopt);
+    void endElsewhere(std::vector<PhoneEvent>& events, const PhoneCall& call, const EventContext& context,
+                      const std::string& crossRefId);
     void endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall& call, const std::string& crossRefId);
     void carryOut(std::vector<PhoneEvent>& events, EventBuilder& builder, const EventSource& source);
     void ringAfterTransfer(std::vector<PhoneEvent>& events, const EventBuilder& builder,
                            const std::string& crossRefId);
     void noteOther(const EventContext& context, const std::string& device, const std::string& callId);
-    void noteDropped(const PhoneCall& known, bool established);
+    void noteDropped(const PhoneCall& known, const EventContext& context);
 
     const std::string m_ownDevice;
     PhoneCalls& m_calls;

@@ -24,7 +24,8 @@ PhoneCall::Time now() {
 }
 
 int clearingCause(const PhoneCall& call) {
-    return call.elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing;
+    const bool elsewhere = call.elsewhere || call.reason == CallReason::eCompletedElsewhere;
+    return elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing;
 }
 
 }  // namespace

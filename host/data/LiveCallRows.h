@@ -11,16 +11,15 @@ namespace host {
 struct LiveCallRows {
     static constexpr const char* kWrite = R"sql(
 INSERT OR REPLACE INTO live_call (line, device, call_id, first_event, role, outgoing, conference, conference_id,
-    marked_missed, pick_up, transferred, elsewhere, calling_number, calling_name, called_number, called_name, redirecting_number, redirecting_name,
-    partner_number, partner_name, others, established, last_event, seen, ended,
-    end_approximate)
-VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)
+    marked_missed, pick_up, transferred, elsewhere, reason, calling_number, calling_name, called_number, called_name,
+    redirecting_number, redirecting_name, partner_number, partner_name, others, established, last_event, seen,
+    ended, end_approximate)
+VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)
 )sql";
     static constexpr const char* kRead = R"sql(
 SELECT device, call_id, first_event, role, outgoing, conference, conference_id, marked_missed,
-    pick_up, transferred, elsewhere, calling_number,
-    calling_name, called_number, called_name, redirecting_number, redirecting_name, partner_number,
-    partner_name, others, established, last_event, seen, ended, end_approximate
+    pick_up, transferred, elsewhere, reason, calling_number, calling_name, called_number, called_name,
+    redirecting_number, redirecting_name, partner_number, partner_name, others, established, last_event, seen, ended, end_approximate
 FROM live_call WHERE line = ? ORDER BY first_event
 )sql";
     static constexpr const char* kRemove =

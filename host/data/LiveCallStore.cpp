@@ -74,6 +74,7 @@ NotedCall callFrom(SQLite::Statement& row) {
     call.pickUp = flag();
     call.transferred = flag();
     call.elsewhere = flag();
+    call.reason = static_cast<CallReason>(row.getColumn(column++).getInt());
     call.calling = deviceFrom(row, column);
     call.called = deviceFrom(row, column);
     call.redirecting = deviceFrom(row, column);
@@ -121,7 +122,7 @@ void writeRow(SQLite::Statement& insert, const std::string& line, const NotedCal
     Binder bind(insert);
     bind(line)(call.device)(call.callId)(call.firstEvent)(static_cast<std::int64_t>(call.role));
     bind(call.outgoing)(call.conference)(call.conferenceId)(call.markedMissed)(call.pickUp);
-    bind(call.transferred)(call.elsewhere);
+    bind(call.transferred)(call.elsewhere)(static_cast<std::int64_t>(call.reason));
     bind(call.calling)(call.called)(call.redirecting)(call.partner)(textOf(call.others));
     bind(call.established)(call.lastEvent)(noted.seen)(noted.ended)(noted.endApproximate);
     insert.exec();
@@ -189,7 +190,9 @@ std::optional<NotedCall> LiveCallStore::ended(const std::string& callId) const {
     const std::lock_guard lock(m_mutex);
     std::optional<NotedCall> last;
     for (const auto& [key, noted] : m_calls) {
-        if (key.callId == callId && noted.ended && (!last || last->ended < noted.ended)) {
+        const auto delivered = m_deliveredIds.find(key);
+        const std::string& id = delivered == m_deliveredIds.end() ? key.callId : delivered->second;
+        if (id == callId && noted.ended && (!last || last->ended < noted.ended)) {
             last = noted;
         }
     }
@@ -214,6 +217,9 @@ void LiveCallStore::delivered(const DeliveryContext& context) {
             remove(each.call);
         } else {
             m_heldBack.emplace_back(Clock::now() + kHeldBack, each.call);
+            if (!each.deliveredId.empty() && m_calls.contains(each.call)) {
+                m_deliveredIds[each.call] = each.deliveredId;
+            }
         }
     }
     m_wake.notify_all();
@@ -223,6 +229,7 @@ void LiveCallStore::delivered(const DeliveryContext& context) {
 /// one even if the filing transaction has removed it.
 void LiveCallStore::remove(const PhoneCallKey& call) {
     m_calls.erase(call);
+    m_deliveredIds.erase(call);
     m_changed.erase(call);
     m_removed.insert(call);
 }

@@ -87,6 +87,8 @@ private:
     std::set<PhoneCallKey> m_changed;
     std::set<PhoneCallKey> m_removed;
     std::deque<std::pair<Clock::time_point, PhoneCallKey>> m_heldBack;
+    /// The ids under which the journal files those calls, if they are other ones.
+    std::map<PhoneCallKey, std::string> m_deliveredIds;
     bool m_stopping = false;
 
     std::thread m_thread;

@@ -171,6 +171,51 @@ TEST(OtherPhones, TransferACallHereWhileItRings) {
         transferred + "; Cleared 53 at:4711 own=null | missed 4711 Ann | =\n");
 }
 
+/// The reason of the last call that ended, or the reasons of the live calls.
+std::string reasonOf(const std::string& messages, bool withOwnState) {
+    host::PhoneCalls calls;
+    host::CallReason reason{};
+    calls.setListener({.changed = {}, .ended = [&](const host::PhoneCall& call) { reason = call.reason; }});
+    host::EventReader reader("2001", calls);
+    for (const std::string& text : split(messages, ';')) {
+        std::string fault;
+        const auto document = host::WireDocument::parse(message(text, withOwnState), fault);
+        EXPECT_TRUE(document) << fault << ": " << text;
+        static_cast<void>(reader.read(*document, {"7", "localDeviceID"}));
+    }
+    return std::string(wordOf(calls.all().empty() ? reason : calls.all().back().reason));
+}
+
+// name | messages | reason
+TEST(OtherPhones, AreTheReasonForAnotherParty) {
+    const std::string rings = "Delivered 1 at:2001 from:4711 to:2001 own=alerting";
+    for (const std::vector<std::string>& row : journaltest::table(3, R"(
+plain call                | RINGS; Established 1 at:2001 from:4711 to:2001 own=connected; Cleared 1 at:2001 own=null |
+forwarded here            | Delivered 1 at:2001 from:4711 to:2005 lastRedirectionDevice:2005 own=alerting cause=callForwardBusy
++   | forward-busy
+forwarded here by a member | Delivered 1 at:2001 from:4711 to:2005 lastRedirectionDevice:2005 own=alerting cause=callForward;
++   Established 1 at:2001 from:4711 to:2005 own=connected; Cleared 1 at:4711 own=null | forward-always
+not redirected            | Delivered 1 at:2001 from:4711 to:2001 own=alerting cause=callForwardBusy |
+forwarded away            | RINGS; Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callForwardNoAnswer | forward-no-answer
+the far end forwards      | Originated 1 to:4711 own=connected cause=newCall;
++   Delivered 1 at:4712 from:2001 to:4711 lastRedirectionDevice:4711 own=connected cause=callForwardImmediate | forward-always
+a colleague picks it up   | RINGS; Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callPickup | pick-up
+a colleague answers       | RINGS; Established 1 at:2006 from:4711 to:2001 own=null | completed-elsewhere
+a colleague answers first | RINGS; Established 1 at:2006 from:4711 to:2001 own=alerting;
++   Cleared 1 at:2001 own=null cause=multipleAlerting | completed-elsewhere
+a member picks it up      | RINGS; Established 1 at:2006 from:4711 to:2001 own=alerting cause=callPickup;
++   Cleared 1 at:2001 own=null cause=multipleAlerting | pick-up
+picked up here            | Originated 1 to:*8 own=connected cause=newCall; Established 1 at:2001 from:4711 to:2005 own=connected
++   | pick-up
+transferred here          | Delivered 52 at:2001 from:2005 to:2001 own=alerting; Transfered 51 52 by:2005 own=alerting
++   <transferredConnections> moved/53/51/4711/4711 moved/53/52/2001/2001 </transferredConnections> | transfer
+)")) {
+        const std::string messages = std::regex_replace(row[1], std::regex("RINGS"), rings);
+        EXPECT_EQ(reasonOf(messages, true), row[2]) << row[0];
+        EXPECT_EQ(reasonOf(messages, false), row[2]) << row[0] << ", own state not sent";
+    }
+}
+
 TEST(OtherPhones, UseTheIdOfACallAgain) {
     expectEntries(R"(
 another caller rings | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Delivered 25 at:2001 from:4712 to:2001 own=alerting;

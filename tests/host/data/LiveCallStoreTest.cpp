@@ -34,6 +34,7 @@ PhoneCall callOf(const std::string& callId, int seconds) {
             .markedMissed = true,
             .pickUp = true,
             .elsewhere = true,
+            .reason = host::CallReason::ePickUp,
             .calling = {"4711", "Ann"},
             .called = {"localDeviceID", ""},
             .redirecting = {"4700", "Désk"},
@@ -48,7 +49,7 @@ bool areEqual(const PhoneCall& one, const PhoneCall& other) {
     const auto members = [](const PhoneCall& call) {
         return std::tie(call.callId, call.device, call.role, call.outgoing, call.conference,
                         call.conferenceId, call.markedMissed, call.pickUp, call.transferred, call.elsewhere,
-                        call.calling, call.called, call.redirecting, call.partner, call.others,
+                        call.reason, call.calling, call.called, call.redirecting, call.partner, call.others,
                         call.firstEvent, call.established, call.lastEvent);
     };
     return members(one) == members(other);
@@ -126,9 +127,14 @@ TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
     store->delivered(context);
 
     // A call that was not filed keeps its row for a while.
-    DeliveryContext unfiled{.ends = {{.call = keyOf(later), .mayBeFiledLater = true}}};
+    DeliveryContext unfiled{
+        .ends = {{.call = keyOf(later), .deliveredId = "26@2003", .mayBeFiledLater = true}}};
+    EXPECT_FALSE(store->ended("26")) << "live";
     store->end(keyOf(later), at(80), false);
     store->delivered(unfiled);
+    EXPECT_FALSE(store->ended("26"));
+    ASSERT_TRUE(store->ended("26@2003"));
+    EXPECT_EQ(store->ended("26@2003")->ended, at(80));
     store->store(callOf("27", 90));
     EXPECT_TRUE(become("2001 25, 2001 26, 2001 27, 3001 9"));
     // A timer of the journal files it, when no event is being delivered.
