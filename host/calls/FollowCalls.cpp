@@ -136,10 +136,7 @@ public:
             for (const PhoneCall& member : m_calls.membersOf(m_device, callId)) {
                 m_calls.remove(m_device, member.callId);
             }
-            if (known != nullptr) {
-                noteReason(callId, reasonOf(event, causeOf(event), *known));
-            }
-            m_calls.remove(m_device, callId);
+            endBy(event, known);
             return;
         }
         if (known != nullptr && known->conference) {
@@ -188,6 +185,22 @@ public:
 
 private:
     [[nodiscard]] int causeOf(const CSTAEvent& event) const { return m_cause.value_or(event.getCause()); }
+
+    /// A call that is diverted before it rings here begins and ends with that event.
+    void endBy(const CSTACallControlEvent& event, const PhoneCall* known) {
+        const std::string& callId = event.getConnectionCallID();
+        if (known != nullptr) {
+            noteReason(callId, reasonOf(event, causeOf(event), *known));
+        } else if (event.getType() == CSTAEventCode::eDiverted && !callId.empty() &&
+                   !isOwn(event.getCallingDevice())) {
+            PhoneCall call = callOf(callId);
+            call.calling = event.getCallingDevice();
+            call.called = event.getCalledDevice();
+            call.reason = reasonOf(causeOf(event));
+            m_calls.store(std::move(call));
+        }
+        m_calls.remove(m_device, callId);
+    }
 
     /// For a call that ends: its listener gets the reason.
     void noteReason(const std::string& callId, CallReason reason) {

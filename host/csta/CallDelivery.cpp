@@ -35,8 +35,9 @@ CallDelivery::~CallDelivery() {
 }
 
 void CallDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::vector<PhoneEvent> events) {
+    const bool isDiversion = events.size() > 1 && events.front().event->getType() == CSTAEventCode::eDiverted;
     for (PhoneEvent& event : events) {
-        DeliveryContext context = contextOf(event, &event == &events.back());
+        DeliveryContext context = contextOf(event, &event == &events.back(), isDiversion);
         m_delivery.deliver(sink, std::move(event.event), std::move(context));
     }
 }
@@ -51,10 +52,11 @@ void CallDelivery::dropEnded() {
     }
 }
 
-/// An event ends the call that it names; the last one of several also ends the other calls.
-DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last) {
+/// An event ends the call that it names; the last one of several also ends the other calls. Both events of a
+/// diversion end the call: the settings of the phone decide by which one it files the call, if at all.
+DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last, bool isDiversion) {
     const auto* const control = dynamic_cast<const CSTACallControlEvent*>(event.event.get());
-    const bool mayBeHeldBack = event.event->getType() == CSTAEventCode::eConnectionCleared;
+    const bool mayBeHeldBack = !isDiversion && event.event->getType() == CSTAEventCode::eConnectionCleared;
     DeliveryContext context{.time = event.time.value_or(std::chrono::system_clock::now()),
                             .endApproximate = event.endApproximate};
     const auto taken = std::stable_partition(m_ended.begin(), m_ended.end(), [&](const PhoneCallKey& call) {
@@ -68,9 +70,11 @@ DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last) {
         if (mayBeHeldBack) {
             m_heldBack.emplace_back(std::chrono::steady_clock::now() + kHeldBack, *call);
         }
-        context.ends.push_back({.call = std::move(*call), .mayBeFiledLater = mayBeHeldBack});
+        context.ends.push_back({.call = *call, .mayBeFiledLater = mayBeHeldBack || (isDiversion && !last)});
     }
-    m_ended.erase(taken, m_ended.end());
+    if (last || !isDiversion) {
+        m_ended.erase(taken, m_ended.end());
+    }
     return context;
 }
 

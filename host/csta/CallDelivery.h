@@ -33,7 +33,7 @@ public:
     void dropEnded();
 
 private:
-    [[nodiscard]] DeliveryContext contextOf(const PhoneEvent& event, bool last);
+    [[nodiscard]] DeliveryContext contextOf(const PhoneEvent& event, bool last, bool isDiversion);
     /// Adds the calls of the held-back events that this one makes the journal handle.
     void addHeldBack(DeliveryContext& context, const CSTAEvent& event);
 

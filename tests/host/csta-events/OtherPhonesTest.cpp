@@ -197,6 +197,7 @@ forwarded here by a member | Delivered 1 at:2001 from:4711 to:2005 lastRedirecti
 +   Established 1 at:2001 from:4711 to:2005 own=connected; Cleared 1 at:4711 own=null | forward-always
 not redirected            | Delivered 1 at:2001 from:4711 to:2001 own=alerting cause=callForwardBusy |
 forwarded away            | RINGS; Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callForwardNoAnswer | forward-no-answer
+forwarded before it rings | Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callForwardBusy | forward-busy
 the far end forwards      | Originated 1 to:4711 own=connected cause=newCall;
 +   Delivered 1 at:4712 from:2001 to:4711 lastRedirectionDevice:4711 own=connected cause=callForwardImmediate | forward-always
 a colleague picks it up   | RINGS; Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callPickup | pick-up
