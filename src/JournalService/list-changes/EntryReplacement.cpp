@@ -113,7 +113,7 @@ Item EntryReplacement::update(ListTransaction& transaction, std::deque<Item>& it
     const std::string place = sortKeyOf(*entry);
     takeOver(*entry, item);
     transaction.write(*entry);
-    const Item after = *entry;
+    Item after = *entry;
     if (sortKeyOf(after) != place) {
         items.erase(entry);
         insertInOrder(items, after);
