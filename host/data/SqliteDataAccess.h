@@ -22,7 +22,8 @@ namespace host {
 
 class Database;
 
-/// The components from which the database of a line gets what its requests lack. Everything is borrowed and may be missing.
+/// The components from which the database of a line gets what its requests lack. All are borrowed, and may be
+/// missing.
 struct DataAccessSources {
     /// The calls that the link follows.
     LiveCallStoreIfc* calls = nullptr;

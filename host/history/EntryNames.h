@@ -4,9 +4,9 @@
 
 namespace host {
 
-/// Renames the entries of the lists when the phonebook changes: an entry gets the names and the picture of the
-/// contact that has its number now, or, without one, the name under which its newest call was filed. The
-/// history keeps its names. Thread-safe.
+/// Renames the entries of the lists when the phonebook changes: an entry gets the names and the picture of
+/// the contact that has its number now, or, without one, the name under which its newest call was filed.
+/// The history keeps its names. Thread-safe.
 class EntryNames {
 public:
     /// `entries` is borrowed and outlives the object.

@@ -15,8 +15,8 @@ class DigitAnalysisServiceIfc;
 
 namespace host {
 
-/// Changes of stored entries by a user. The journal makes a change of an entry that it has, loaded or not, and
-/// so notifies its observers and the switch; the rows of any other entry are changed directly, and then
+/// Changes of stored entries by a user. The journal makes a change of an entry that it has, loaded or not,
+/// and so notifies its observers and the switch; the rows of any other entry are changed directly, and then
 /// `resync` is called.
 ///
 /// Thread-safe. Errors: false or std::nullopt if the database fails; the log has the reason.

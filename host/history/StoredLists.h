@@ -15,8 +15,8 @@ namespace host {
 
 /// The five lists of one line as they are stored: every entry, whether the journal has loaded it or not.
 ///
-/// An entry is the JSON object of `itemJson`, with the newest ten calls, "calls" (the number of all calls that
-/// it had), and "displayName" from the phonebook as it is now.
+/// An entry is the JSON object of `itemJson`, with the newest ten calls, "calls" (the number of all calls
+/// that it had), and "displayName" from the phonebook as it is now.
 ///
 /// Thread-safe; reads beside the writes. Errors: std::nullopt if the database fails.
 class StoredLists {

@@ -27,7 +27,7 @@ IDS = '{"entryIds": ["none"]}'
 CARD = "BEGIN:VCARD\nVERSION:4.0\n%s\nEND:VCARD\n"
 IMPORT = "POST /api/v1/contacts/import"
 GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value": "7"}', "DELETE /api/v1/lists/{list}": IDS,
-        "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
+        "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/lists/missed/unviewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', IMPORT: CARD % "N:New;Ned"}
 RENAMED = {413: "Content Too Large", 422: "Unprocessable Content"}  # younger names than this Python knows
 # Requests beyond those that every operation gets: operation, status, path values, body.

@@ -108,6 +108,8 @@ TEST(EntryReplacement, TakesOverTheRestAndSurvivesARefusal) {
     item.setFirstname("Ada");
     item.setPictureClip("ada.png");
     item.setViewed(true);
+    EXPECT_FALSE(fixture.replacement.replaceEntry(item, true)) << "the entry has changed meanwhile";
+    item.setEntryId("m1");
     fixture.database.setFailing(true);
     EXPECT_TRUE(fixture.replacement.replaceEntry(item, true));
     EXPECT_TRUE(CapturedLog::contains("the database refused"));
