@@ -30,6 +30,7 @@ HttpResponse rejection(Json rejected) {
 void SettingsResource::addRoutes(Router& router) {
     router.add({"GET", "/api/v1/settings", [this](const HttpRequest& /*each*/) { return settings(); }});
     router.add({"PUT", "/api/v1/settings", [this](const HttpRequest& each) { return changeSettings(each); }});
+    router.add({"GET", "/api/v1/management", [this](const HttpRequest& /*each*/) { return keys(); }});
     router.add({"GET", "/api/v1/management/{key}", [this](const HttpRequest& each) { return key(each); }});
     router.add(
         {"PUT", "/api/v1/management/{key}", [this](const HttpRequest& each) { return changeKey(each); }});
@@ -67,10 +68,20 @@ HttpResponse SettingsResource::changeSettings(const HttpRequest& request) {
     return rejected.empty() ? settings() : rejection(std::move(rejected));
 }
 
+HttpResponse SettingsResource::keys() const {
+    Json settings = Json::array();
+    for (const auto& setting : m_settings.all()) {
+        settings.push_back({{"key", setting.key},
+                            {"of", setting.ofJournal ? "journal" : "phone"},
+                            {"value", setting.value ? Json(*setting.value) : Json(nullptr)}});
+    }
+    return jsonResponse({{"settings", std::move(settings)}});
+}
+
 HttpResponse SettingsResource::key(const HttpRequest& request) const {
     const auto setting = m_settings.find(request.parameter("key"));
     if (!setting) {
-        throw HttpError(404, "unknown-key", "there is no setting of this name");
+        throw HttpError(404, "unknown-key", "there is no setting " + request.parameter("key"));
     }
     return jsonResponse({{"value", setting->value ? Json(*setting->value) : Json(nullptr)}});
 }
@@ -92,7 +103,7 @@ HttpResponse SettingsResource::changeKey(const HttpRequest& request) {
     return key(request);
 }
 
-RejectReason SettingsResource::set(const journalxml::Setting& setting, const std::string& value) {
+RejectReason SettingsResource::set(const Setting& setting, const std::string& value) {
     RejectReason reason = m_settings.set(setting.key, value);
     if (reason.empty() && setting.ofJournal) {
         m_changed();

@@ -27,11 +27,13 @@ public:
 private:
     [[nodiscard]] HttpResponse settings() const;
     [[nodiscard]] HttpResponse changeSettings(const HttpRequest& request);
+    /// All settings: the journal's and the phone's.
+    [[nodiscard]] HttpResponse keys() const;
     [[nodiscard]] HttpResponse key(const HttpRequest& request) const;
     [[nodiscard]] HttpResponse changeKey(const HttpRequest& request);
 
     /// Returns the reason of a refusal; empty if the value was set.
-    [[nodiscard]] RejectReason set(const journalxml::Setting& setting, const std::string& value);
+    [[nodiscard]] RejectReason set(const Setting& setting, const std::string& value);
     /// Throws `HttpError` 503 if the database failed, which is then the reason of a refusal.
     void requireDatabase() const;
 
