@@ -4,11 +4,10 @@
     journal_client.py [--data DIR] list LIST
     journal_client.py [--data DIR] delete LIST ENTRY_ID...
     journal_client.py [--data DIR] contacts
-    journal_client.py [--data DIR] phonebook [TEXT]
     journal_client.py [--data DIR] follow
 
-LIST is missed, dialled, received, forwarded or callbacks. `contacts` prints the contacts that were loaded with the lists,
-`phonebook` all contacts, or those with TEXT in a name or number. `docs/messages.md` describes the frames and messages.
+LIST is missed, dialled, received, forwarded or callbacks. `contacts` prints the contacts that were loaded with the lists.
+`docs/messages.md` describes the frames and messages; the HTTP API (docs/http-api.md) has the whole phonebook.
 """
 
 import argparse
@@ -82,24 +81,12 @@ class Journal:
         values = dict(line.split(" ")[1:3] for line in lines[1:])
         return ET.fromstring("<Contacts>%s</Contacts>" % urllib.parse.unquote(values.get("contactList", "")))
 
-    def phonebook(self, text=""):
-        """Returns the contacts with the text in a name, number, company or e-mail address, as XML elements."""
-        found = []
-        while True:
-            page = self._ask("the phonebook", "<PhonebookRequest><Operation>read</Operation><Search>%s</Search><Offset>%d</Offset>"
-                             "<RowLimit>1000</RowLimit></PhonebookRequest>" % (escape(text), len(found))).findall("ENTRY")
-            found += page
-            if not page:
-                return found
-
     def _request(self, method, *entry_ids):
         ids = "".join("<EntryId>%s</EntryId>" % escape(each) for each in entry_ids)
-        return self._ask("method %d" % method, "<JournalRequest><Method>%d</Method>%s</JournalRequest>" % (method, ids))
-
-    def _ask(self, what, request):
+        request = "<JournalRequest><Method>%d</Method>%s</JournalRequest>" % (method, ids)
         response = self._exchange("Q", request)
         if response == "failure":
-            raise JournalError("the journal refused " + what)
+            raise JournalError("the journal refused method %d" % method)
         return ET.fromstring(response.encode("utf-8"))
 
     def _exchange(self, kind, text):
@@ -164,8 +151,8 @@ def run(journal, arguments):
         for each in unknown:
             print("no entry %s in %s" % (each, arguments.list), file=sys.stderr)
         return 1 if unknown else 0
-    elif arguments.command in ("contacts", "phonebook"):
-        for entry in journal.contacts() if arguments.command == "contacts" else journal.phonebook(arguments.text):
+    elif arguments.command == "contacts":
+        for entry in journal.contacts():
             texts = [text_of(entry, name) for name in ("Firstname", "Surname", "Company", "Office", "Mobile", "Private", "Office2")]
             print("  ".join(filter(None, [" ".join(filter(None, texts[:2])), *texts[2:]])))
     else:
@@ -184,7 +171,6 @@ def main():
         commands.add_parser(name).add_argument("list", choices=METHODS)
     commands.choices["delete"].add_argument("entry_ids", nargs="+", metavar="ENTRY_ID")
     commands.add_parser("contacts")
-    commands.add_parser("phonebook").add_argument("text", nargs="?", default="", metavar="TEXT")
     commands.add_parser("follow")
     arguments = parser.parse_args()
     try:

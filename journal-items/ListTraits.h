@@ -17,11 +17,11 @@ enum class ListName { eMissed, eDialled, eReceived, eForwarded, eCallbacks };
 ///
 ///     kList       the list's enumerator
 ///     kWord       the list's name on the command line, in JSON and in routes: "missed"
-///     kEntryWord  the name of one entry in a sentence: "missed call"
+///     kCallWord   the name of one call in a sentence: "missed call"
 ///     kTable      the list's table, which is also the schema name of its documents
 ///     Info        the type of an occurrence; callbacks have none
 ///
-/// `ListXml` (platform/journal-library/ListXml.h) has the XML builders, parsers and remote methods of a list.
+/// `ListXml` (platform/journal-library/ListXml.h) has the XML builders and parsers of a list.
 template <typename Item>
 struct ListTraits;
 
@@ -30,7 +30,7 @@ struct ListTraits<MissedCallItem> {
     using Info = MissedCallItem::MissedCallInfo;
     static constexpr ListName kList = ListName::eMissed;
     static constexpr const char* kWord = "missed";
-    static constexpr const char* kEntryWord = "missed call";
+    static constexpr const char* kCallWord = "missed call";
     static constexpr const char* kTable = "CallLogMissedCalls";
 };
 
@@ -39,7 +39,7 @@ struct ListTraits<DialledCallItem> {
     using Info = DialledCallItem::DialledCallInfo;
     static constexpr ListName kList = ListName::eDialled;
     static constexpr const char* kWord = "dialled";
-    static constexpr const char* kEntryWord = "dialled call";
+    static constexpr const char* kCallWord = "dialled call";
     static constexpr const char* kTable = "CallLogDialledCalls";
 };
 
@@ -48,7 +48,7 @@ struct ListTraits<ReceivedCallItem> {
     using Info = ReceivedCallItem::ReceivedCallInfo;
     static constexpr ListName kList = ListName::eReceived;
     static constexpr const char* kWord = "received";
-    static constexpr const char* kEntryWord = "received call";
+    static constexpr const char* kCallWord = "received call";
     static constexpr const char* kTable = "CallLogReceivedCalls";
 };
 
@@ -57,7 +57,7 @@ struct ListTraits<ForwardedCallItem> {
     using Info = ForwardedCallItem::ForwardedCallInfo;
     static constexpr ListName kList = ListName::eForwarded;
     static constexpr const char* kWord = "forwarded";
-    static constexpr const char* kEntryWord = "forwarded call";
+    static constexpr const char* kCallWord = "forwarded call";
     static constexpr const char* kTable = "CallLogForwardedCalls";
 };
 
@@ -65,7 +65,7 @@ template <>
 struct ListTraits<CallBackItem> {
     static constexpr ListName kList = ListName::eCallbacks;
     static constexpr const char* kWord = "callbacks";
-    static constexpr const char* kEntryWord = "callback";
+    static constexpr const char* kCallWord = "callback";
     static constexpr const char* kTable = "CallLogCallBacks";
 };
 

@@ -1,87 +1,39 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iostream>
+#include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ContactClient.h"
+#include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/ListOptions.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
+#include "host/api-client/ApiClient.h"
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactImport.h"
 #include "host/contact-files/ContactWriter.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
-#include "host/remote/RemoteClient.h"
-#include "host/remote/RemoteError.h"
 #include "journal-items/Contact.h"
-#include "platform/journal-library/PhonebookMessage.h"
 
 namespace calljournal {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t kPageSize = 1000;
 constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
-
-/// Passes the contacts of a running server that contain `search` (empty: all) to `visitor`, in the order of
-/// their names, at most `limit`. Returns the number of contacts found. Throws `RemoteError` when the server
-/// fails.
-std::size_t visitContacts(host::RemoteClient& client, const std::string& search, std::size_t limit,
-                          const std::function<void(const Contact&)>& visitor) {
-    journalxml::PhonebookRequest request;
-    request.search = search;
-    for (;;) {
-        request.limit = std::min(kPageSize, limit - request.offset);
-        const auto page =
-            journalxml::parsePhonebookPage(client.call(journalxml::buildPhonebookRead(request)));
-        if (!page) {
-            throw host::RemoteError("calljournal could not return the contacts; see its log");
-        }
-        for (const Contact& contact : page->contacts) {
-            visitor(contact);
-        }
-        request.offset += page->contacts.size();
-        if (page->contacts.empty() || request.offset >= std::min(page->total, limit)) {
-            return page->total;
-        }
-    }
-}
-
-/// The phonebook of a running server as the destination of an import. A batch is one request. `store` throws
-/// `RemoteError` when the server does not respond.
-class RemoteContacts final : public host::ContactStore {
-public:
-    /// The client is borrowed and outlives the store.
-    explicit RemoteContacts(host::RemoteClient& client) : m_client(client) {}
-
-    [[nodiscard]] bool add(const Contact& contact) override { return m_batch.add(contact); }
-    [[nodiscard]] bool store(host::ImportReport& report) override {
-        const auto batch = std::exchange(m_batch, journalxml::PhonebookImport());
-        const auto imported = journalxml::parsePhonebookImported(m_client.call(batch.text()));
-        if (!imported) {
-            return false;
-        }
-        report.count(*imported);
-        return true;
-    }
-
-private:
-    host::RemoteClient& m_client;
-    journalxml::PhonebookImport m_batch;
-};
 
 std::string checkFormat(const std::string& file) {
     return host::contactFormatOf(file) ? std::string()
@@ -150,6 +102,7 @@ public:
             ->required()
             ->check(checkFormat);
         m_import->add_flag("--json", m_json, "print one JSON object");
+        addFields(*(m_add = addSubcommand(app, "add", "add a contact to the phonebook")));
         m_list = addSubcommand(app, "list", "print the phonebook");
         m_list
             ->add_option("--search", m_search,
@@ -162,14 +115,61 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::RemoteClient client(common.dataDirectory());
+        host::ApiClient client(common.dataDirectory());
         if (m_import->parsed()) {
             return importFile(client);
+        }
+        if (m_add->parsed()) {
+            return add(client);
         }
         return m_list->parsed() ? list(client) : exportAll(client);
     }
 
 private:
+    /// An option of `contacts add` and the member of the contact that it sets.
+    struct Field {
+        const char* option;
+        const char* member;
+        const char* help;
+    };
+    static constexpr std::array<Field, 12> kFields{{{"--first-name", "firstName", "the first name"},
+                                                    {"--surname", "surname", "the surname"},
+                                                    {"--office", "office", "the number at work"},
+                                                    {"--mobile", "mobile", "the mobile number"},
+                                                    {"--private", "private", "the number at home"},
+                                                    {"--office2", "office2", "the second number at work"},
+                                                    {"--email", "email", "the e-mail address"},
+                                                    {"--company", "company", "the company"},
+                                                    {"--job-function", "jobFunction", "the job"},
+                                                    {"--group", "group", "the groups"},
+                                                    {"--address", "address", "the address at work"},
+                                                    {"--address2", "address2", "the address at home"}}};
+
+    void addFields(CLI::App& app) {
+        for (const Field& field : kFields) {
+            app.add_option(field.option, m_fields[field.member], field.help)->type_name("TEXT");
+        }
+        app.add_flag("--json", m_json, "print one JSON object");
+    }
+
+    int add(host::ApiClient& client) const {
+        Json fields = Json::object();
+        for (const auto& [member, value] : m_fields) {
+            if (!value.empty()) {
+                fields[member] = value;
+            }
+        }
+        const Json contact = client.post({"contacts"}, fields);
+        if (m_json) {
+            std::cout << host::jsonText(contact) << "\n";
+        } else {
+            const std::string name = nameIn(contact);
+            std::cout << host::printable(name.empty() ? textIn(contact, "company") : name)
+                      << " is in the phonebook\n";
+        }
+        return statusOfOutput();
+    }
+
     /// Options of all commands ("--data") may follow the options of this one.
     static CLI::App* addSubcommand(CLI::App& app, const char* name, const char* help) {
         CLI::App* const sub = app.add_subcommand(name, help);
@@ -177,7 +177,7 @@ private:
         return sub;
     }
 
-    int importFile(host::RemoteClient& client) const {
+    int importFile(host::ApiClient& client) const {
         std::ifstream stream(m_file, std::ios::binary);
         if (!stream || stream.peek() == std::ifstream::traits_type::eof()) {
             const int reason = errno;
@@ -186,7 +186,7 @@ private:
                 (stream.is_open() ? "the file is empty" : std::generic_category().message(reason)));
         }
         ImportProgress progress(m_file, stream);
-        RemoteContacts contacts(client);
+        ContactUpload contacts(client);
         host::ContactImport import(contacts,
                                    [&progress](const host::ImportReport& each) { progress.print(each); });
         const bool done = import.run(*readerOf(stream));
@@ -208,18 +208,18 @@ private:
         }
     }
 
-    int list(host::RemoteClient& client) const {
+    int list(host::ApiClient& client) const {
         Json contacts = Json::array();
         std::vector<TableRow> rows;
         const std::size_t limit = m_limit > 0 ? m_limit : kNoLimit;
-        const std::size_t total = visitContacts(client, m_search, limit, [&](const Contact& contact) {
+        const std::size_t total = visitContacts(client, m_search, limit, [&](const Json& contact) {
             if (m_json) {
-                contacts.push_back(host::itemJson(contact));
+                contacts.push_back(contact);
             } else {
                 rows.push_back(
                     {false,
-                     {host::fullName(contact.getFirstname(), contact.getSurname()), contact.getCompany(),
-                      contact.getOffice(), contact.getMobile(), contact.getPrivate(), contact.getOffice2()}});
+                     {nameIn(contact), textIn(contact, "company"), textIn(contact, "office"),
+                      textIn(contact, "mobile"), textIn(contact, "private"), textIn(contact, "office2")}});
             }
         });
         if (m_json) {
@@ -236,20 +236,22 @@ private:
         return statusOfOutput();
     }
 
-    int exportAll(host::RemoteClient& client) const {
+    int exportAll(host::ApiClient& client) const {
         const host::ContactFormat format =
             m_format == "csv" ? host::ContactFormat::eCsv : host::ContactFormat::eVCard;
         std::cout << host::contactFileHead(format);
-        visitContacts(client, {}, kNoLimit, [format](const Contact& contact) {
-            std::cout << host::contactFileEntry(format, contact);
+        visitContacts(client, {}, kNoLimit, [format](const Json& contact) {
+            std::cout << host::contactFileEntry(format, contactFrom(contact));
         });
         return statusOfOutput();
     }
 
     CLI::App* m_import = nullptr;
+    CLI::App* m_add = nullptr;
     CLI::App* m_list = nullptr;
     CLI::App* m_export = nullptr;
     std::string m_file;
+    std::map<std::string, std::string> m_fields;
     std::string m_search;
     std::size_t m_limit = 0;
     std::string m_format;

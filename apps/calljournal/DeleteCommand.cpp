@@ -1,57 +1,93 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/FilterOptions.h"
+#include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
-#include "host/presentation/ListName.h"
-#include "host/remote/RemoteClient.h"
-#include "host/remote/RemoteError.h"
-#include "platform/journal-library/ListMessage.h"
+#include "host/api-client/ApiClient.h"
 
 namespace calljournal {
 namespace {
 
+using Json = nlohmann::ordered_json;
+
+/// Deletes entries of a list, or the calls that filters select.
 class DeleteCommand final : public Command {
 public:
     explicit DeleteCommand(CLI::App& app) {
-        addListOption(app, m_list);
-        addEntryIdsOption(app, m_entryIds, "the entries, as `list LIST --ids` shows them");
+        addListOption(app, m_list, ListOption::eOptional);
+        addEntriesOption(app, m_entries, "the entries, as `list LIST --ids` shows them, or their unique ids");
         app.add_flag("--all", m_all, "delete every entry of the list");
-        app.callback([this] {
-            if (m_entryIds.empty() != m_all) {
-                throw CLI::ValidationError(
-                    m_all ? "either --all or entries, not both"
-                          : "no entries are given; give their ids, or --all for all of them");
-            }
-        });
+        m_filters.addSelection(app);
+        app.callback([this] { checkSelection(); });
     }
 
     int run(const CommonOptions& common) override {
-        host::RemoteClient client(common.dataDirectory());
-        const ListName list = listNamed(m_list).value();
-        const auto result =
-            journalxml::parseListDeleted(client.call(journalxml::buildListRequest({list, m_entryIds})));
-        if (!result) {
-            throw host::RemoteError("calljournal could not delete; see its log");
-        }
-        std::cout << host::countText(list, result->deleted) << " deleted" << std::endl;
-        for (const std::string& entryId : result->unknown) {
-            printUnknown(entryId, list, common);
-        }
-        if (result->remaining != 0) {
-            std::cerr << "calljournal: " << host::countText(list, result->remaining)
-                      << " could not be deleted and remain in the database; see the log of calljournal"
-                      << std::endl;
-        }
-        return result->unknown.empty() && result->remaining == 0 && std::cout.good() ? eDone : eFailed;
+        host::ApiClient client(common.dataDirectory());
+        return m_filters.selectsCalls() ? deleteCalls(client) : deleteEntries(client, common);
     }
 
 private:
+    void checkSelection() const {
+        if (m_filters.selectsCalls()) {
+            if (m_all || !m_entries.empty()) {
+                throw CLI::ValidationError("either filters, or entries, or --all, not both");
+            }
+        } else if (m_list.empty()) {
+            throw CLI::ValidationError(
+                "a list with entries or --all is missing, or a filter such as --number");
+        } else if (m_entries.empty() != m_all) {
+            throw CLI::ValidationError(
+                m_all ? "either --all or entries, not both"
+                      : "no entries are given; give their ids, or --all for all of them");
+        }
+    }
+
+    int deleteCalls(host::ApiClient& client) const {
+        host::ApiClient::Query query = m_filters.query();
+        if (!m_list.empty()) {
+            query.emplace_back("list", m_list);
+        }
+        const auto deleted = client.remove({"calls"}, query).at("deleted").get<std::size_t>();
+        std::cout << deleted << (deleted == 1 ? " call" : " calls") << " deleted" << std::endl;
+        return std::cout.good() ? eDone : eFailed;
+    }
+
+    int deleteEntries(host::ApiClient& client, const CommonOptions& common) const {
+        const ListName list = listNamed(m_list).value();
+        if (m_all) {
+            const auto count = fetchList(client, list, {.limit = 1, .search = {}})["total"].get<std::size_t>();
+            client.remove({"lists", m_list}, {{"all", "true"}});
+            std::cout << host::countText(list, count) << " deleted" << std::endl;
+            return std::cout.good() ? eDone : eFailed;
+        }
+        Json known = Json::array();
+        std::vector<std::string> unknown;
+        for (const std::string& entry : m_entries) {
+            if (findEntry(client, list, entry)) {
+                known.push_back(entry);
+            } else {
+                unknown.push_back(entry);
+            }
+        }
+        if (!known.empty()) {
+            client.remove({"lists", m_list}, {}, {{"entryIds", known}});
+        }
+        std::cout << host::countText(list, known.size()) << " deleted" << std::endl;
+        for (const std::string& entry : unknown) {
+            printUnknown(entry, list, common);
+        }
+        return unknown.empty() && std::cout.good() ? eDone : eFailed;
+    }
+
     std::string m_list;
-    std::vector<std::string> m_entryIds;
+    std::vector<std::string> m_entries;
     bool m_all = false;
+    FilterOptions m_filters;
 };
 
 }  // namespace

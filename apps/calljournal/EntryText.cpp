@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/presentation/PlainText.h"
 
@@ -16,7 +17,8 @@ using Member = std::pair<const char*, const char*>;
 
 // The members of an item and of an occurrence with their titles, in the order of the text. The name and the
 // list precede them.
-constexpr std::array<Member, 11> kItemMembers{{{"number", "Number"},
+constexpr std::array<Member, 12> kItemMembers{{{"number", "Number"},
+                                               {"calls", "Calls"},
                                                {"numberType", "Kind of number"},
                                                {"time", "Time"},
                                                {"type", "Asked for"},
@@ -50,7 +52,7 @@ std::string shown(const Json& object, const std::string& member, const char* for
     if (found->is_boolean()) {
         return found->get<bool>() ? "yes" : forFalse;
     }
-    const std::string text = found->get<std::string>();
+    const std::string text = textIn(object, member);
     return member == "time" ? host::localTime(text) : text;
 }
 
@@ -74,9 +76,13 @@ std::string callTable(const Json& occurrences, std::size_t width) {
 }  // namespace
 
 std::string entryText(ListName list, const Json& item, std::size_t width) {
-    const std::string name = host::fullName(shown(item, "firstName", ""), shown(item, "surname", ""));
-    std::string text =
-        (name.empty() ? "unknown" : host::printable(name)) + ", " + host::entryWord(list) + "\n";
+    const std::string name = nameIn(item);
+    std::string text = (name.empty() ? "unknown" : host::printable(name)) + ", " + host::callWord(list) +
+                       (item.value("calls", 1) > 1 ? "s" : "") + "\n";
+    const std::string filed = host::fullName(textIn(item, "firstName"), textIn(item, "surname"));
+    if (filed != name) {
+        text += "  " + host::padded("Filed as", 16) + host::printable(filed) + "\n";
+    }
     for (const auto& [member, title] : kItemMembers) {
         const std::string value = shown(item, member, "no");
         if (!value.empty()) {

@@ -3,9 +3,11 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
-#include "apps/calljournal/ListResponse.h"
-#include "host/remote/RemoteClient.h"
+#include "host/api-client/ApiClient.h"
+#include "host/presentation/ItemCsv.h"
+#include "host/presentation/ItemJson.h"
 
 namespace calljournal {
 namespace {
@@ -18,10 +20,12 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::RemoteClient client(common.dataDirectory());
-        const ListResponse response = fetchList(client, listNamed(m_list).value());
-        std::cout << (m_format == "csv" ? response.csv : response.json + "\n") << std::flush;
-        reportUnloaded(client, listNamed(m_list).value());
+        const ListName list = listNamed(m_list).value();
+        host::ApiClient client(common.dataDirectory());
+        const auto response = fetchList(client, list);
+        std::cout << (m_format == "csv" ? host::csvText(list, response["items"])
+                                        : host::jsonText(response) + "\n")
+                  << std::flush;
         return std::cout.good() ? eDone : eFailed;
     }
 

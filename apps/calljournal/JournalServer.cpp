@@ -1,8 +1,8 @@
 #include "apps/calljournal/JournalServer.h"
 
+#include "host/api-client/ApiAddress.h"
 #include "host/config/DataDirectory.h"
 #include "host/database/Database.h"
-#include "host/directory/PhonebookInvoker.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/HostFrameworkContext.h"
 #include "host/framework/LibraryLoader.h"
@@ -12,16 +12,11 @@
 #include "host/http/HttpApi.h"
 #include "host/http/Metrics.h"
 #include "host/line/Line.h"
-#include "host/lists/ListInvoker.h"
 #include "host/management/LocalManagement.h"
-#include "host/management/LocalMgmtInvoker.h"
-#include "host/remote/InvokerRouter.h"
+#include "host/remote/ChangeReporter.h"
 #include "host/remote/RemoteServer.h"
 #include "host/services/HardwareVariant.h"
 #include "journalservice/JournalServiceIfc.h"
-#include "platform/journal-library/ListMessage.h"
-#include "platform/journal-library/ManagementMessage.h"
-#include "platform/journal-library/PhonebookMessage.h"
 #include "platform/logging/Logging.h"
 #include "platform/texts/SoftwareTypes.h"
 
@@ -106,7 +101,8 @@ public:
           m_entries({dynamic_cast<JournalServiceIfc&>(*m_line.journal()), m_database, m_device,
                      &m_line.digits(), [this] { m_http->resync(); }}),
           m_retention(m_entries, m_callDeletion, configuration.data.keep),
-          m_httpSettings(httpSettings(configuration, dataDirectory)) {
+          m_httpSettings(httpSettings(configuration, dataDirectory)),
+          m_dataDirectory(dataDirectory) {
         // The library reads the phone's hardware variant from the program. 0: a phone without its own user
         // interface.
         host::HardwareVariant::set(0);
@@ -115,11 +111,7 @@ public:
         m_line.setEventListener([this](std::string_view kind) { m_metrics.switchEvent(kind); });
         m_invoker->initInvoker(&m_framework);
         m_contactGetterInvoker->initInvoker(&m_framework);
-        m_router.add(journalxml::kManagementRequest, m_managementInvoker, m_line.management());
         m_line.phonebook().setChangeListener([this] { m_maintenance.phonebookChanged(); });
-        m_router.setChangeListener([this] { m_http->resync(); });
-        m_router.add(journalxml::kListRequest, m_listInvoker, *m_line.journal());
-        m_router.add(journalxml::kPhonebookRequest, m_phonebookInvoker, m_line.phonebook());
     }
 
     [[nodiscard]] host::Line& line() noexcept { return m_line; }
@@ -130,10 +122,11 @@ public:
         m_line.start();
         warnOfDoubleEntries(m_line.management());
         m_remote = std::make_unique<host::RemoteServer>(
-            m_socket, host::RemoteBackend{*m_line.journal(), m_router, *m_contactGetterInvoker, m_framework,
+            m_socket, host::RemoteBackend{*m_line.journal(), m_reporter, *m_contactGetterInvoker, m_framework,
                                           [this] { return m_library.createJournalServiceObserverProxy(); },
                                           [this] { return m_line.storedLists().unviewed(); }});
         m_httpEndpoint = m_http->start();
+        m_addressFile.emplace(m_dataDirectory, m_httpEndpoint);
         m_maintenance.start();
         // Last, because changes by its clients are reported to the HTTP API.
         m_remote->start();
@@ -142,6 +135,7 @@ public:
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
     void stop() {
+        m_addressFile.reset();
         // First, because requests of clients may wait for the switch.
         m_line.disconnect();
         if (m_remote) {
@@ -181,10 +175,7 @@ private:
     host::Line m_line;
     std::unique_ptr<Invoker> m_invoker;
     std::unique_ptr<Invoker> m_contactGetterInvoker;
-    host::LocalMgmtInvoker m_managementInvoker;
-    host::PhonebookInvoker m_phonebookInvoker;
-    host::ListInvoker m_listInvoker{[this](ListName list) { return m_line.storedIds(list); }};
-    host::InvokerRouter m_router{*m_invoker};
+    host::ChangeReporter m_reporter{*m_invoker, [this] { m_http->resync(); }};
     host::ServerSocket& m_socket;
     std::unique_ptr<host::RemoteServer> m_remote;
     const std::string m_device;
@@ -196,11 +187,15 @@ private:
     const host::HttpApiSettings m_httpSettings;
     std::unique_ptr<host::HttpApi> m_http;
     host::Endpoint m_httpEndpoint;
+    const std::filesystem::path m_dataDirectory;
+    std::optional<host::ApiAddressFile> m_addressFile;
 };
 
 std::unique_ptr<host::ServerSocket> JournalServer::claim(const std::filesystem::path& dataDirectory) {
     host::makeDataDirectory(dataDirectory);
-    return std::make_unique<host::ServerSocket>(dataDirectory);
+    auto socket = std::make_unique<host::ServerSocket>(dataDirectory);
+    host::ApiAddressFile::removeStale(dataDirectory);
+    return socket;
 }
 
 std::filesystem::path JournalServer::databaseIn(const std::filesystem::path& dataDirectory) {

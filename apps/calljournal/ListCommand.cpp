@@ -3,11 +3,12 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
-#include "apps/calljournal/ListResponse.h"
-#include "apps/calljournal/RemoteSettings.h"
 #include "apps/calljournal/TerminalWidth.h"
-#include "host/remote/RemoteClient.h"
+#include "host/api-client/ApiClient.h"
+#include "host/presentation/ItemCsv.h"
+#include "host/presentation/ItemJson.h"
 
 namespace calljournal {
 namespace {
@@ -30,31 +31,34 @@ public:
         if (m_limit > 0) {
             m_filter.limit = m_limit;
         }
-        host::RemoteClient client(common.dataDirectory());
-        const ListResponse response = fetchList(client, listNamed(m_list).value(), m_filter);
+        const ListName list = listNamed(m_list).value();
+        host::ApiClient client(common.dataDirectory());
+        const nlohmann::ordered_json response = fetchList(client, list, m_filter);
         if (m_csv) {
-            std::cout << response.csv << std::flush;
+            std::cout << host::csvText(list, response["items"]) << std::flush;
         } else {
-            std::cout << (m_json ? response.json + "\n" : describe(response)) << std::flush;
-            if (!m_json && response.rows.empty() && isJournalOff(client)) {
+            std::cout << (m_json ? host::jsonText(response) + "\n" : describe(response)) << std::flush;
+            if (!m_json && response["items"].empty() && isJournalOff(client)) {
                 std::cerr << "calljournal: the journal is switched off; `"
                           << common.commandForUser("settings call-log-enabled true") << "` switches it on\n";
             }
         }
-        reportUnloaded(client, listNamed(m_list).value());
         return std::cout.good() ? eDone : eFailed;
     }
 
 private:
-    [[nodiscard]] std::string describe(const ListResponse& response) const {
-        if (response.rows.empty()) {
+    [[nodiscard]] std::string describe(const nlohmann::ordered_json& response) const {
+        std::vector<ListRow> rows;
+        for (const auto& item : response["items"]) {
+            rows.push_back(rowOf(item));
+        }
+        if (rows.empty()) {
             return "no entries " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
         }
         std::string text =
-            tableText(response.rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());
-        if (response.rows.size() < response.total) {
-            text +=
-                "(" + std::to_string(response.rows.size()) + " of " + std::to_string(response.total) + ")\n";
+            tableText(rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());
+        if (const auto total = response["total"].get<std::size_t>(); rows.size() < total) {
+            text += "(" + std::to_string(rows.size()) + " of " + std::to_string(total) + ")\n";
         }
         return text;
     }

@@ -28,10 +28,10 @@ std::string checkList(const std::string& text) {
 
 }  // namespace
 
-void addListOption(CLI::App& app, std::string& list) {
+void addListOption(CLI::App& app, std::string& list, ListOption kind) {
     app.add_option("list", list, "missed, dialled, received, forwarded or callbacks")
         ->type_name("LIST")
-        ->required()
+        ->required(kind == ListOption::eRequired)
         ->check(std::function<std::string(const std::string&)>(&checkList));
 }
 
@@ -54,8 +54,8 @@ void addFormatOption(CLI::App& app, std::string& format, const std::vector<std::
         }));
 }
 
-void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const std::string& help) {
-    app.add_option("entry-ids", entryIds, help)->type_name("ENTRY_ID");
+void addEntriesOption(CLI::App& app, std::vector<std::string>& entries, const std::string& help) {
+    app.add_option("entries", entries, help)->type_name("ENTRY");
 }
 
 void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {

@@ -15,8 +15,10 @@ namespace calljournal {
 
 struct CommonOptions;
 
-/// The required positional LIST. `listNamed` accepts the value.
-void addListOption(CLI::App& app, std::string& list);
+enum class ListOption { eRequired, eOptional };
+
+/// The positional LIST. `listNamed` accepts the value; it is empty if it is optional and not given.
+void addListOption(CLI::App& app, std::string& list, ListOption kind = ListOption::eRequired);
 
 /// --limit N, a positive whole number. `limit` is unchanged if the option is not given.
 void addLimitOption(CLI::App& app, std::size_t& limit, const std::string& help);
@@ -25,8 +27,8 @@ void addLimitOption(CLI::App& app, std::size_t& limit, const std::string& help);
 void addFormatOption(CLI::App& app, std::string& format, const std::vector<std::string>& formats,
                      const std::string& help);
 
-/// The positional ENTRY_ID, any number of times.
-void addEntryIdsOption(CLI::App& app, std::vector<std::string>& entryIds, const std::string& help);
+/// The positional ENTRY, an entry id or a unique id, any number of times.
+void addEntriesOption(CLI::App& app, std::vector<std::string>& entries, const std::string& help);
 
 /// Prints to the standard error output that the list has no such entry, and the command that prints its
 /// entries.

@@ -13,7 +13,7 @@ std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std
         if (withIds) {
             cells.push_back(row.entryId);
         } else {
-            cells.insert(cells.end(), {row.count, row.duration});
+            cells.insert(cells.end(), {row.forwardedTo, row.count, row.duration});
         }
         lines.push_back({row.marked, std::move(cells)});
     }
@@ -21,9 +21,10 @@ std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std
     if (withIds) {
         titles.emplace_back("ENTRY ID");
     } else {
-        titles.insert(titles.end(), {"CALLS", "DURATION"});
+        titles.insert(titles.end(), {"FORWARDED TO", "CALLS", "DURATION"});
     }
-    return tableText(titles, lines, {width, {1, 2}});
+    return tableText(titles, lines,
+                     {width, withIds ? std::vector<std::size_t>{1, 2} : std::vector<std::size_t>{1, 3, 2}});
 }
 
 }  // namespace calljournal

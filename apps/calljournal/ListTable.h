@@ -16,6 +16,8 @@ struct ListRow {
     std::string count;
     std::string duration;
     std::string entryId = {};
+    /// The destination of a forwarded call.
+    std::string forwardedTo = {};
 };
 
 /// The columns of a table of calls after time, name and number.

@@ -1,50 +1,41 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <stdexcept>
 #include <vector>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
-#include "apps/calljournal/RemoteSettings.h"
+#include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
-#include "host/management/SettingRules.h"
+#include "host/api-client/ApiClient.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
-#include "host/remote/RemoteClient.h"
-#include "platform/journal-library/ManagementMessage.h"
 
 namespace calljournal {
 namespace {
 
+using Json = nlohmann::ordered_json;
+
 /// One text line for each setting, with its kind; printable, and cut to `width` columns.
-std::string settingsTable(const std::vector<journalxml::Setting>& settings, std::size_t width) {
+std::string settingsTable(const Json& settings, std::size_t width) {
     std::vector<TableRow> rows;
     rows.reserve(settings.size());
-    for (const journalxml::Setting& setting : settings) {
-        rows.push_back(
-            {false, {setting.key, setting.ofJournal ? "journal" : "phone", setting.value.value_or("")}});
+    for (const Json& setting : settings) {
+        rows.push_back({false, {textIn(setting, "key"), textIn(setting, "of"), textIn(setting, "value")}});
     }
     return tableText({"SETTING", "OF", "VALUE"}, rows, {width, {2}});
 }
 
 /// {"KEY":"VALUE",...}, without the keys that have no value.
-std::string settingsJson(const std::vector<journalxml::Setting>& settings) {
-    nlohmann::ordered_json json = nlohmann::ordered_json::object();
-    for (const journalxml::Setting& setting : settings) {
-        if (setting.value) {
-            json[setting.key] = *setting.value;
+std::string settingsJson(const Json& settings) {
+    Json json = Json::object();
+    for (const Json& setting : settings) {
+        if (!setting["value"].is_null()) {
+            json[textIn(setting, "key")] = setting["value"];
         }
     }
-    return host::jsonText(json);
-}
-
-/// {"rejected":{"KEY":{"code":4,"text":"..."}}}
-std::string refusalJson(const journalxml::RefusedKey& refused) {
-    nlohmann::ordered_json json;
-    json["rejected"][refused.key] = {{"code", refused.code}, {"text", refused.text}};
     return host::jsonText(json);
 }
 
@@ -58,47 +49,55 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        journalxml::ManagementRequest request{m_key, std::nullopt};
-        if (changes()) {
-            request.value = m_value;
+        host::ApiClient client(common.dataDirectory());
+        if (m_key.empty()) {
+            const Json settings = client.get({"management"})["settings"];
+            std::cout << (m_json ? settingsJson(settings) + "\n" : settingsTable(settings, terminalWidth()));
+        } else {
+            print(valueOf(client, common), common);
         }
-        host::RemoteClient client(common.dataDirectory());
-        const auto response = requestSettings(client, request);
-        if (response.refused) {
-            refuse(*response.refused, common);
-        }
-        print(response, common);
-        return std::cout.good() ? eDone : eFailed;
+        return std::cout.flush().good() ? eDone : eFailed;
     }
 
 private:
     [[nodiscard]] bool changes() const { return m_valueOption->count() > 0; }
 
-    [[noreturn]] void refuse(const journalxml::RefusedKey& refused, const CommonOptions& common) const {
-        if (m_json) {
-            std::cout << refusalJson(refused) << std::endl;
+    /// Returns the value of the key after the change, if there is one; null if it has none.
+    [[nodiscard]] Json valueOf(host::ApiClient& client, const CommonOptions& common) const {
+        const host::ApiClient::Path path{"management", m_key};
+        try {
+            return (changes() ? client.put(path, {{"value", m_value}}) : client.get(path))["value"];
+        } catch (const host::ApiError& error) {
+            refuse(error, common);
         }
-        const bool isUnknown = !changes() || !host::isUsedByJournal(refused.key);
-        throw std::runtime_error(host::printable(refused.text) + (isUnknown ? hint(common) : ""));
     }
 
-    [[nodiscard]] static std::string hint(const CommonOptions& common) {
-        return "; `" + common.commandForUser("settings") + "` prints all settings";
+    [[noreturn]] void refuse(const host::ApiError& error, const CommonOptions& common) const {
+        const auto rejected = error.body().find("rejected");
+        if (error.status() == 404) {
+            throw std::runtime_error(std::string(error.what()) + "; `" + common.commandForUser("settings") +
+                                     "` prints all settings");
+        }
+        if (rejected == error.body().end()) {
+            throw error;
+        }
+        if (m_json) {
+            std::cout << host::jsonText({{"rejected", *rejected}}) << std::endl;
+        }
+        throw std::runtime_error(host::printable(textIn((*rejected)[m_key], "text")));
     }
 
-    void print(const journalxml::ManagementResponse& response, const CommonOptions& common) const {
-        if (!m_key.empty() && !changes() && !response.settings.front().value) {
-            throw std::runtime_error(host::printable(m_key) + " has no value; `" +
+    void print(const Json& value, const CommonOptions& common) const {
+        const std::string key = host::printable(m_key);
+        if (value.is_null()) {
+            throw std::runtime_error(key + " has no value; `" +
                                      common.commandForUser("settings " + m_key + " VALUE") + "` sets one");
         }
+        const std::string text = host::printable(value.get<std::string>());
         if (m_json) {
-            std::cout << settingsJson(response.settings) << std::endl;
-        } else if (changes()) {
-            std::cout << host::printable(m_key) << " is set to " << host::printable(m_value) << std::endl;
-        } else if (!m_key.empty()) {
-            std::cout << host::printable(*response.settings.front().value) << std::endl;
+            std::cout << host::jsonText({{m_key, value}}) << "\n";
         } else {
-            std::cout << settingsTable(response.settings, terminalWidth()) << std::flush;
+            std::cout << (changes() ? key + " is set to " + host::printable(m_value) : text) << "\n";
         }
     }
 

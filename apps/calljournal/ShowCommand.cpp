@@ -1,6 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <deque>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -10,74 +8,48 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/EntryText.h"
+#include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/TerminalWidth.h"
+#include "host/api-client/ApiClient.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
-#include "host/remote/RemoteClient.h"
-#include "host/remote/RemoteError.h"
-#include "platform/journal-library/ClientRequest.h"
-#include "platform/journal-library/ListXml.h"
 
 namespace calljournal {
 namespace {
 
 using Entry = std::pair<ListName, nlohmann::ordered_json>;
 
-[[noreturn]] void fail() {
-    throw host::RemoteError("calljournal could not return the entry; see its log");
-}
-
-/// Returns the entry of one list; std::nullopt if the list does not contain it.
-template <typename Item>
-std::optional<Entry> find(host::RemoteClient& client, const std::string& entryId) {
-    const auto matches = [&entryId](const Item& each) { return each.getEntryId() == entryId; };
-    if constexpr (ListXml<Item>::kGet) {
-        Item item;
-        if (!ListXml<Item>::kParseItem(client.call(journalxml::buildRequest(*ListXml<Item>::kGet, {entryId})),
-                                       item)) {
-            fail();
-        }
-        // The response is an item without the id if the list has no such entry.
-        return matches(item) ? std::optional<Entry>({ListTraits<Item>::kList, host::itemJson(item)})
-                             : std::nullopt;
-    } else {
-        std::deque<Item> items;
-        if (!ListXml<Item>::kParse(client.call(journalxml::buildRequest(ListXml<Item>::kGetList)), items)) {
-            fail();
-        }
-        const auto found = std::find_if(items.begin(), items.end(), matches);
-        return found != items.end() ? std::optional<Entry>({ListTraits<Item>::kList, host::itemJson(*found)})
-                                    : std::nullopt;
-    }
-}
-
-std::optional<Entry> findInAll(host::RemoteClient& client, const std::string& entryId) {
-    std::optional<Entry> entry;
+std::optional<Entry> findInAll(host::ApiClient& client, const std::string& id) {
+    std::optional<Entry> found;
     forEachList([&]<typename Item>() {
-        if (!entry) {
-            entry = find<Item>(client, entryId);
+        constexpr ListName kList = ListTraits<Item>::kList;
+        if (!found) {
+            if (auto item = findEntry(client, kList, id)) {
+                found.emplace(kList, std::move(*item));
+            }
         }
     });
-    return entry;
+    return found;
 }
 
 class ShowCommand final : public Command {
 public:
     explicit ShowCommand(CLI::App& app) {
-        app.add_option("entry-id", m_entryId, "the entry, as `list LIST --ids` shows it")
-            ->type_name("ENTRY_ID")
+        app.add_option("entry", m_entry, "the entry's id, as `list LIST --ids` shows it, or its unique id")
+            ->type_name("ENTRY")
             ->required();
         app.add_flag("--json", m_json, "print one JSON object");
     }
 
     int run(const CommonOptions& common) override {
-        host::RemoteClient client(common.dataDirectory());
-        const std::optional<Entry> entry = findInAll(client, m_entryId);
+        host::ApiClient client(common.dataDirectory());
+        const std::optional<Entry> entry = findInAll(client, m_entry);
         if (!entry) {
             throw std::runtime_error(
-                "there is no entry " + host::printable(m_entryId) + " in any of the five lists; `" +
+                "there is no entry " + host::printable(m_entry) + " in any of the five lists; `" +
                 common.commandForUser("list LIST --ids") +
-                "` prints the ids of a list (an entry gets a new id whenever a call is added to it)");
+                "` prints the ids of a list (an entry gets a new id whenever a call is added to it, and "
+                "keeps its unique id)");
         }
         std::cout << (m_json ? host::jsonText(entry->second) + "\n"
                              : entryText(entry->first, entry->second, terminalWidth()))
@@ -86,7 +58,7 @@ public:
     }
 
 private:
-    std::string m_entryId;
+    std::string m_entry;
     bool m_json = false;
 };
 

@@ -1,16 +1,13 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
-#include "apps/calljournal/ListResponse.h"
-#include "host/remote/RemoteClient.h"
-#include "host/remote/RemoteError.h"
-#include "platform/journal-library/ClientRequest.h"
-#include "platform/journal-library/ClientResponse.h"
+#include "host/api-client/ApiClient.h"
 
 namespace calljournal {
 namespace {
@@ -18,34 +15,32 @@ namespace {
 class ViewedCommand final : public Command {
 public:
     explicit ViewedCommand(CLI::App& app) {
-        addEntryIdsOption(app, m_entryIds, "the missed calls, as `list missed --ids` shows them");
-        app.get_option("entry-ids")->required();
+        addEntriesOption(app, m_entries, "the missed calls, as `list missed --ids` shows them");
+        app.get_option("entries")->required();
     }
 
     int run(const CommonOptions& common) override {
-        host::RemoteClient client(common.dataDirectory());
-        const ListResponse missed = fetchList(client, ListName::eMissed);
-        // The journal accepts every id and does not report unknown ones.
-        const auto firstUnknown = std::stable_partition(
-            m_entryIds.begin(), m_entryIds.end(), [&missed](const std::string& entryId) {
-                return std::any_of(missed.rows.begin(), missed.rows.end(),
-                                   [&entryId](const ListRow& row) { return row.entryId == entryId; });
-            });
-        const std::vector<std::string> known(m_entryIds.begin(), firstUnknown);
-        const std::string request =
-            journalxml::buildRequest(journalxml::MethodId::eSetMissedCallListAsViewed, known);
-        if (journalxml::parseBoolResponse(client.call(request)) != true) {
-            throw host::RemoteError("calljournal could not mark them; see its log");
+        host::ApiClient client(common.dataDirectory());
+        // The server ignores unknown ids.
+        std::vector<std::string> unknown;
+        nlohmann::ordered_json known = nlohmann::ordered_json::array();
+        for (const std::string& entry : m_entries) {
+            if (findEntry(client, ListName::eMissed, entry)) {
+                known.push_back(entry);
+            } else {
+                unknown.push_back(entry);
+            }
         }
+        client.post({"lists", "missed", "viewed"}, {{"entryIds", known}});
         std::cout << host::countText(ListName::eMissed, known.size()) << " viewed" << std::endl;
-        std::for_each(firstUnknown, m_entryIds.end(), [&common](const std::string& entryId) {
-            printUnknown(entryId, ListName::eMissed, common);
-        });
-        return firstUnknown == m_entryIds.end() && std::cout.good() ? eDone : eFailed;
+        for (const std::string& entry : unknown) {
+            printUnknown(entry, ListName::eMissed, common);
+        }
+        return unknown.empty() && std::cout.good() ? eDone : eFailed;
     }
 
 private:
-    std::vector<std::string> m_entryIds;
+    std::vector<std::string> m_entries;
 };
 
 }  // namespace

@@ -13,6 +13,9 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "host/config/FileReplacement.h"
+#include "host/framework/FileDescriptor.h"
+
 namespace host {
 namespace {
 
@@ -27,28 +30,9 @@ constexpr std::size_t kLongest = 256;
     fail(file, std::string(what) + ": " + std::generic_category().message(errno));
 }
 
-class File {
-public:
-    File(const std::filesystem::path& path, int flags)
-        : m_descriptor(::open(path.c_str(), flags | O_CLOEXEC, S_IRUSR | S_IWUSR)) {}
-    ~File() {
-        if (isOpen()) {
-            ::close(m_descriptor);
-        }
-    }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-
-    [[nodiscard]] bool isOpen() const noexcept { return m_descriptor >= 0; }
-    [[nodiscard]] int descriptor() const noexcept { return m_descriptor; }
-
-private:
-    const int m_descriptor;
-};
-
-std::string readToken(const std::filesystem::path& path, const File& file) {
+std::string readToken(const std::filesystem::path& path, const FileDescriptor& file) {
     std::array<char, kLongest + 2> buffer{};
-    const ssize_t length = ::read(file.descriptor(), buffer.data(), buffer.size());
+    const ssize_t length = ::read(file.get(), buffer.data(), buffer.size());
     if (length < 0) {
         failWithErrno(path, "cannot be read");
     }
@@ -63,7 +47,7 @@ std::string readToken(const std::filesystem::path& path, const File& file) {
         fail(path, "holds no token of 32 to 256 letters and digits; remove it to get a new one");
     }
     // A copied file may have wider permissions.
-    if (::fchmod(file.descriptor(), S_IRUSR | S_IWUSR) != 0) {
+    if (::fchmod(file.get(), S_IRUSR | S_IWUSR) != 0) {
         failWithErrno(path, "cannot be kept from others");
     }
     return token;
@@ -86,23 +70,14 @@ std::string newToken() {
 }  // namespace
 
 std::string apiToken(const std::filesystem::path& path) {
-    if (const File present(path, O_RDONLY); present.isOpen()) {
+    if (const FileDescriptor present(::open(path.c_str(), O_RDONLY | O_CLOEXEC)); present.isOpen()) {
         return readToken(path, present);
     }
     if (errno != ENOENT) {
         failWithErrno(path, "cannot be read");
     }
-    // Written to a temporary file and renamed, so that a start never reads half a token.
     std::string token = newToken();
-    const std::filesystem::path fresh = path.string() + ".new";
-    ::unlink(fresh.c_str());
-    const File file(fresh, O_WRONLY | O_CREAT | O_EXCL);
-    const std::string line = token + "\n";
-    if (!file.isOpen() ||
-        ::write(file.descriptor(), line.data(), line.size()) != static_cast<ssize_t>(line.size()) ||
-        ::fsync(file.descriptor()) != 0 || ::rename(fresh.c_str(), path.c_str()) != 0) {
-        failWithErrno(path, "cannot be made");
-    }
+    replaceFile(path, token + "\n");
     return token;
 }
 

@@ -6,7 +6,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -96,10 +95,6 @@ public:
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
     [[nodiscard]] DigitAnalysis& digits() noexcept { return m_digits; }
     [[nodiscard]] const StoredLists& storedLists() const noexcept { return m_storedLists; }
-    /// See `SqliteDataAccess::storedIds`.
-    [[nodiscard]] std::optional<std::set<std::string>> storedIds(ListName list) {
-        return m_dataAccess.storedIds(list);
-    }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
     /// Returns the number of live calls that the journal knows of.
     [[nodiscard]] std::size_t liveCallCount() const noexcept { return m_link.callCount(); }

@@ -11,8 +11,6 @@
 namespace host {
 namespace {
 
-using journalxml::Setting;
-
 constexpr const char* kJournalAgent = "JournalMgmtId";
 constexpr std::array<std::string_view, 4> kJournalKeys{"call-log-enabled", "clear-calllog",
                                                        "delete-missed-when-called", "missed-logging"};

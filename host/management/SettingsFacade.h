@@ -4,12 +4,20 @@
 #include <string>
 #include <vector>
 
-#include "platform/journal-library/ManagementMessage.h"
 #include "platform/management/RejectReasons.h"
 
 namespace host {
 
 class LocalManagement;
+
+/// One key with its value. A plain value.
+struct Setting {
+    std::string key;
+    /// True if the journal keeps the key ("missed-logging"), false if the phone does ("system-identifier").
+    bool ofJournal = false;
+    /// `std::nullopt`: the phone has the key, but without a value.
+    std::optional<std::string> value;
+};
 
 /// The settings of one line as users see them: one list of keys. The journal's agent ("JournalMgmtId") reads
 /// and changes the journal's keys, the management all others.
@@ -25,9 +33,9 @@ public:
     explicit SettingsFacade(LocalManagement& management) : m_management(management) {}
 
     /// Returns the journal's keys and then the phone's, each sorted by name.
-    [[nodiscard]] std::vector<journalxml::Setting> all() const;
+    [[nodiscard]] std::vector<Setting> all() const;
     /// Returns std::nullopt if the key does not exist.
-    [[nodiscard]] std::optional<journalxml::Setting> find(const std::string& key) const;
+    [[nodiscard]] std::optional<Setting> find(const std::string& key) const;
     /// Returns the reason of a refusal; an empty one on success, also if the key has the value already.
     [[nodiscard]] RejectReason set(const std::string& key, const std::string& value);
 

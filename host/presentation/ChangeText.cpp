@@ -15,11 +15,11 @@ bool isCall(int action) {
 
 /// The sentences without a call.
 std::string describeList(ListName list, int action) {
-    const std::string entry = entryWord(list);
+    const std::string calls = callWord(list) + "s";
     switch (action) {
-        case JournalServiceObserverIfc::eItemDeleted: return "a " + entry + " was deleted";
-        case JournalServiceObserverIfc::eListCleared: return "the " + entry + "s were cleared";
-        default: return "the " + entry + "s changed";
+        case JournalServiceObserverIfc::eItemDeleted: return "a " + entryWord(list) + " was deleted";
+        case JournalServiceObserverIfc::eListCleared: return "the " + calls + " were cleared";
+        default: return "the " + calls + " changed";
     }
 }
 
@@ -37,8 +37,8 @@ std::string lastingText(const Item& item) {
     return duration.empty() ? std::string() : ", " + duration;
 }
 
-std::string counted(int count, const std::string& entry) {
-    return (count == 0 ? "no" : std::to_string(count)) + " " + entry + (count == 1 ? "" : "s");
+std::string numberText(int count) {
+    return count == 0 ? "no" : std::to_string(count);
 }
 
 }  // namespace
@@ -79,11 +79,11 @@ std::string describeChange(const CallBackItem& item, int action) {
 }
 
 std::string describeMissedCount(int count) {
-    return counted(count, "new missed call");
+    return count == 1 ? "1 missed entry is not viewed" : numberText(count) + " missed entries are not viewed";
 }
 
 std::string describeCallbackCount(int count) {
-    return counted(count, "callback");
+    return count == 1 ? "1 callback" : numberText(count) + " callbacks";
 }
 
 }  // namespace host

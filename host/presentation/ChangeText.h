@@ -20,7 +20,7 @@ namespace host {
 [[nodiscard]] std::string describeChange(const ForwardedCallItem& item, int action);
 [[nodiscard]] std::string describeChange(const CallBackItem& item, int action);
 
-/// "3 new missed calls", "no callbacks".
+/// "3 missed entries are not viewed", "no callbacks". The journal counts entries, each with one call or more.
 [[nodiscard]] std::string describeMissedCount(int count);
 [[nodiscard]] std::string describeCallbackCount(int count);
 

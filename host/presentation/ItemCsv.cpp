@@ -1,7 +1,9 @@
 #include "host/presentation/ItemCsv.h"
 
 #include <nlohmann/json.hpp>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include "host/presentation/ItemJson.h"
 #include "host/text-files/CsvCell.h"
@@ -24,57 +26,77 @@ Json emptyItem(ListName list) {
     });
 }
 
-/// True for a member that every occurrence has and the item repeats for its newest.
-bool isRepeated(const Json& item, const std::string& member) {
-    return item.contains(kOccurrences) && (member == "number" || member == "time");
-}
+struct Column {
+    std::string name;
+    /// Of the occurrence, else of the item.
+    bool ofCall = false;
+};
 
-std::string cellOf(const Json& value) {
-    if (!value.is_string()) {
-        return value.dump();
+/// The columns of a list: members that the API adds to an item or a call are not among them.
+std::vector<Column> columnsOf(ListName list) {
+    const Json item = emptyItem(list);
+    const bool hasCalls = item.contains(kOccurrences);
+    std::vector<Column> columns;
+    for (const auto& [name, value] : item.items()) {
+        // An item repeats number and time of its newest occurrence.
+        const bool isRepeated = hasCalls && (name == "number" || name == "time");
+        if (!value.is_array() && !isRepeated) {
+            columns.push_back({name, false});
+        }
     }
-    return csvCell(value.get_ref<const std::string&>());
+    if (hasCalls) {
+        for (const auto& [name, value] : item[kOccurrences][0].items()) {
+            columns.push_back({name, true});
+        }
+    }
+    return columns;
 }
 
-/// Builds a row: `makeCell` gives a cell for each member's name and value.
+std::string cellOf(const Json& members, const std::string& name) {
+    const auto value = members.find(name);
+    if (value == members.end() || value->is_null()) {
+        return {};
+    }
+    return value->is_string() ? csvCell(value->get_ref<const std::string&>()) : value->dump();
+}
+
+/// Builds a row: `makeCell` gives the cell of a column.
 template <typename MakeCell>
-std::string rowOf(const Json& item, const Json& occurrence, MakeCell makeCell) {
+std::string rowOf(const std::vector<Column>& columns, MakeCell makeCell) {
     std::string row;
     const char* between = "";
-    for (const Json* const members : {&item, &occurrence}) {
-        for (const auto& [name, value] : members->items()) {
-            if (!value.is_array() && (members != &item || !isRepeated(item, name))) {
-                row += between + makeCell(name, value);
-                between = ",";
-            }
-        }
+    for (const Column& column : columns) {
+        row += between + makeCell(column);
+        between = ",";
     }
     return row + "\r\n";
 }
 
-std::string valueCell(const std::string& /*name*/, const Json& value) {
-    return cellOf(value);
+std::string rowsOf(const std::vector<Column>& columns, const Json& item) {
+    static const Json kNoCall = Json::array({Json::object()});
+    const auto found = item.find(kOccurrences);
+    std::string rows;
+    for (const Json& call : found == item.end() || found->empty() ? kNoCall : *found) {
+        rows += rowOf(columns, [&item, &call](const Column& column) {
+            return cellOf(column.ofCall ? call : item, column.name);
+        });
+    }
+    return rows;
 }
 
 }  // namespace
 
-std::string csvHeader(ListName list) {
-    const Json item = emptyItem(list);
-    const Json occurrence = item.contains(kOccurrences) ? item[kOccurrences][0] : Json::object();
-    return rowOf(item, occurrence, [](const std::string& name, const Json& /*value*/) { return name; });
+std::string csvRows(ListName list, const Json& item) {
+    return rowsOf(columnsOf(list), item);
 }
 
-std::string csvRows(ListName list, const Json& item) {
-    if (!item.contains(kOccurrences)) {
-        return rowOf(item, Json::object(), valueCell);
+std::string csvText(ListName list, const Json& items) {
+    const std::vector<Column> columns = columnsOf(list);
+    std::string text = rowOf(columns, [](const Column& column) { return column.name; });
+    for (const Json& item : items) {
+        text += rowsOf(columns, item);
     }
-    const Json none = emptyItem(list)[kOccurrences];
-    const Json& occurrences = item[kOccurrences].empty() ? none : item[kOccurrences];
-    std::string rows;
-    for (const Json& occurrence : occurrences) {
-        rows += rowOf(item, occurrence, valueCell);
-    }
-    return rows;
+    return text;
 }
 
 }  // namespace host

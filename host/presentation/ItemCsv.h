@@ -10,10 +10,10 @@
 /// first. A callback is one row. Pure functions; any thread may call.
 namespace host {
 
-/// The row of titles: the members' names.
-[[nodiscard]] std::string csvHeader(ListName list);
-
-/// The rows of an item of that list. Requires: `item` is a result of `itemJson`.
+/// The rows of an item of that list. Members that `itemJson` does not set are left out.
 [[nodiscard]] std::string csvRows(ListName list, const nlohmann::ordered_json& item);
+
+/// A whole file: the row of titles, which are the members' names, and the rows of the items.
+[[nodiscard]] std::string csvText(ListName list, const nlohmann::ordered_json& items);
 
 }  // namespace host

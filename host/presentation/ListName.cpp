@@ -2,12 +2,20 @@
 
 namespace host {
 
+std::string callWord(ListName list) {
+    return withItemOf(list, []<typename Item>() { return std::string(ListTraits<Item>::kCallWord); });
+}
+
 std::string entryWord(ListName list) {
-    return withItemOf(list, []<typename Item>() { return std::string(ListTraits<Item>::kEntryWord); });
+    return list == ListName::eCallbacks ? callWord(list) : std::string(wordOf(list)) + " entry";
 }
 
 std::string countText(ListName list, std::size_t count) {
-    return std::to_string(count) + " " + entryWord(list) + (count == 1 ? "" : "s");
+    std::string word = entryWord(list);
+    if (count != 1) {
+        word = list == ListName::eCallbacks ? word + "s" : std::string(wordOf(list)) + " entries";
+    }
+    return std::to_string(count) + " " + word;
 }
 
 }  // namespace host

@@ -11,10 +11,16 @@ _calljournal_options() {
         demo) echo --config --listen --set --data --help ;;
         list) echo --limit --search --ids --json --csv --data --help ;;
         show | watch | settings) echo --json --data --help ;;
-        delete) echo --all --data --help ;;
+        delete)
+            echo --all --since --until --tz --number --search --list --direction --viewed --min-duration --data --help
+            ;;
         backup) echo --force --data --help ;;
         export) echo --format --data --help ;;
         'contacts import') echo --json --data --help ;;
+        'contacts add')
+            echo --first-name --surname --office --mobile --private --office2 --email --company --job-function --group --address \
+                --address2 --json --data --help
+            ;;
         'contacts list') echo --search --limit --json --data --help ;;
         'contacts export') echo --format --data --help ;;
         *) echo --data --help ;;
@@ -30,7 +36,7 @@ _calljournal() {
         each=${COMP_WORDS[at]}
         if [[ -z $command && $each != -* ]]; then
             command=$each
-        elif [[ $command == contacts && -z $subcommand && " import list export " == *" $each "* ]]; then
+        elif [[ $command == contacts && -z $subcommand && " import add list export " == *" $each "* ]]; then
             subcommand=$each
         elif [[ " $lists " == *" $each "* ]]; then
             list=$each
@@ -59,7 +65,7 @@ _calljournal() {
             elif [[ -z $command ]]; then
                 words='serve switch demo list show watch viewed delete export backup restore contacts settings'
             elif [[ $command == contacts && -z $subcommand ]]; then
-                words='import list export'
+                words='import add list export'
             elif [[ $subcommand == import ]]; then
                 # shellcheck disable=SC2207
                 COMPREPLY=($(compgen -f -- "$word"))

@@ -163,21 +163,6 @@ bool isSafeXml(std::string_view text, std::size_t maxBytes) noexcept {
     return false;
 }
 
-std::string_view rootNameOf(std::string_view text) noexcept {
-    XmlScanner scanner(text);
-    XmlScanner::Markup markup = scanner.next();
-    while (markup == XmlScanner::Markup::eAside) {
-        markup = scanner.next();
-    }
-    if (markup != XmlScanner::Markup::eStartTag && markup != XmlScanner::Markup::eEmptyTag) {
-        return {};
-    }
-    const std::string_view passed = text.substr(0, scanner.position());
-    const std::string_view tag = passed.substr(passed.rfind('<') + 1);
-    const std::string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/>"));
-    return name.substr(name.find(':') + 1);
-}
-
 std::size_t elementEnd(std::string_view text, std::size_t begin) noexcept {
     XmlScanner scanner(text, begin);
     std::size_t depth = 0;

@@ -47,10 +47,6 @@ private:
 /// The parser itself checks that the names of start and end tags agree.
 [[nodiscard]] bool isSafeXml(std::string_view text, std::size_t maxBytes) noexcept;
 
-/// The outermost element's name without its prefix; empty if there is none. Reads no further than that
-/// element's start tag, so the rest may be malformed.
-[[nodiscard]] std::string_view rootNameOf(std::string_view text) noexcept;
-
 /// The end (one past the last character) of the element that begins at `begin`. Requires: `isSafeXml`
 /// accepted the text.
 [[nodiscard]] std::size_t elementEnd(std::string_view text, std::size_t begin) noexcept;

@@ -3,25 +3,14 @@
 #include <string>
 #include <tuple>
 
-#include "apps/calljournal/ListResponse.h"
 #include "apps/calljournal/ListTable.h"
 #include "apps/calljournal/WatchText.h"
-#include "host/log/Log.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
 namespace calljournal {
 namespace {
 
 using Helper = JournalServiceHelper;
-
-TEST(ListResponse, IsEmptyForAFailureAndForATextThatIsNotAList) {
-    host::Log::configure("error", "");  // hides the warnings about texts that cannot be parsed
-    EXPECT_EQ(readListResponse(ListName::eDialled, Helper::respGetDialledCallList({}), {}).value().json,
-              R"({"list":"dialled","total":0,"unviewed":0,"items":[]})");
-    for (const std::string& none : {std::string(Helper::FAILURE), std::string("<broken"), std::string()}) {
-        EXPECT_FALSE(readListResponse(ListName::eMissed, none, {})) << none;
-    }
-}
 
 TEST(ListTable, AlignsCutsAndLeavesOutColumnsByTheirDisplayWidth) {
     EXPECT_EQ(tableText({}), "");
@@ -54,7 +43,7 @@ TEST(WatchText, DescribesChangesAndCountsInSentencesAndInJson) {
               R"({"event":"forwardedCallsUpdate","data":{"action":1,"entryId":"17","item":{"entryId":"e1",)"},
           Row{Helper::obsReqCallBacksUpdate({}, "9", 2), false, "a callback was deleted",
               R"({"event":"callBacksUpdate","data":{"action":2,"entryId":"9","item":null}})"},
-          Row{Helper::obsReqMissedCallsCountUpdate(3), true, "3 new missed calls",
+          Row{Helper::obsReqMissedCallsCountUpdate(3), true, "3 missed entries are not viewed",
               R"({"event":"missedCallsCountUpdate","data":{"count":3}})"},
           Row{Helper::obsReqCallBacksCountUpdate(1), true, "1 callback",
               R"({"event":"callBacksCountUpdate","data":{"count":1}})"}}) {

@@ -39,34 +39,31 @@ class ClientCommandsTest(ProgramTest):
         self.assertTrue(any("…" in line for line in table))
         self.assertLessEqual(max(map(len, table)), 80)
 
-        self.assertEqual(self.done("viewed", ids["Zoë"], ids["Ann Müller"]), "2 missed calls viewed\n")
+        self.assertEqual(self.done("viewed", ids["Zoë"], ids["Ann Müller"]), "2 missed entries viewed\n")
         self.assertEqual(re.findall(r"(?m)^\* .*  (\S+) ", self.done("list", "missed")), ["+4915550100123"])
 
         ended = self.run_program("delete", "missed", ids["Zoë"], "none", "--data", self.data)
-        self.assertEqual(ended, (1, "1 missed call deleted\n", "calljournal: there is no entry none in the list missed; `%s list missed --ids --data %s` prints "
+        self.assertEqual(ended, (1, "1 missed entry deleted\n", "calljournal: there is no entry none in the list missed; `%s list missed --ids --data %s` prints "
                          "the ids of the entries\n" % (os.environ["CALLJOURNAL"], self.data)))
         for command in (["viewed", "none"], ["show", "none"], ["delete", "dialled", ids["Ann Müller"]]):
             self.assertIn("--ids", self.refused(*command, silent=False))
-        self.assertEqual(self.done("delete", "missed", "--all"), "2 missed calls deleted\n")
+        self.assertEqual(self.done("delete", "missed", "--all"), "2 missed entries deleted\n")
         self.assertEqual([len(self.list(name)["items"]) for name in ("missed", "dialled", "callbacks")], [0, 1, 1])
 
-    def test_deleting_all_includes_the_entries_that_are_not_loaded_and_reports_those_that_remain(self):
+    def test_entries_that_are_not_loaded_are_listed_and_deleted_and_a_failure_is_reported(self):
         self.simulate_and_serve("\n".join(["call c from %d ; ring c ; giveup c" % (5000 + index) for index in range(30)] +
                                           ["dial c to %d ; busy c" % (6000 + index) for index in range(210)]),
                                 "dialled 6209")
         self.watch()  # a subscription loads the newest 200
         for command in (["list", "missed", "--json"], ["export", "missed", "--format", "json"]):
-            status, output, errors = self.run_program(*command, "--data", self.data)
-            self.assertEqual((status, json.loads(output)["total"], errors), (0, 0, "calljournal: 30 missed calls more in the database, "
-                             "too old to be shown until newer entries are deleted\n"))
+            found = json.loads(self.done(*command))
+            self.assertEqual((found["total"], len(found["items"])), (30, 30))
         other = sqlite3.connect(os.path.join(self.data, "journal.db"), isolation_level=None)
         self.addCleanup(other.close)
         other.execute("BEGIN IMMEDIATE")
-        ended = self.run_program("delete", "missed", "--all", "--data", self.data)
-        self.assertEqual(ended, (1, "0 missed calls deleted\n", "calljournal: 30 missed calls could not be deleted and remain in "
-                         "the database; see the log of calljournal\n"))
+        self.assertEqual(self.refused("delete", "missed", "--all"), "calljournal: the database does not respond; see the log\n")
         other.execute("ROLLBACK")
-        self.assertEqual(self.done("delete", "missed", "--all"), "30 missed calls deleted\n")
+        self.assertEqual(self.done("delete", "missed", "--all"), "30 missed entries deleted\n")
         self.assertEqual(other.execute("SELECT count(*) FROM call_item").fetchone(), (210,))
 
     def test_csv_holds_what_json_holds_and_no_formula(self):
@@ -92,7 +89,7 @@ class ClientCommandsTest(ProgramTest):
             _, _, subcommands = output.partition("\nSubcommands:\n")
             left += [(command + " " + each).strip() for each in re.findall(r"(?m)^  ([a-z]+) ", subcommands)]
             inherited = options.get(command.rpartition(" ")[0], []) if " " in command else []
-            options[command] = sorted({*inherited, *re.findall(r"(?m)^  (?:-h,)?(--[a-z-]+)", output)})
+            options[command] = sorted({*inherited, *re.findall(r"(?m)^  (?:-h,)?(--[a-z0-9-]+)", output)})
         return options
 
     def test_completion_and_manual_contain_every_command_and_option(self):
@@ -135,7 +132,7 @@ class ClientCommandsTest(ProgramTest):
         for end in (follower.stdout.close, follower.wait, follower.kill):  # in the other order
             self.addCleanup(end)
         self.assertEqual(follower.stdout.readline(), "missedCallsCountUpdate: 3\n")
-        self.assertEqual(run("contacts")[1] + run("phonebook", "MÜLLER")[1] + run("phonebook", "<")[1], ["Ann Müller  4711"] * 2)
+        self.assertEqual(run("contacts")[1], ["Ann Müller  4711"])
         lines = run("list", "missed")[1]
         self.assertRegex(lines[2], r"^\* \S+  \S+Z  Ann Müller  4711$")
         self.assertEqual(run("delete", "missed", lines[2].split()[1]), (0, [], ""))

@@ -57,7 +57,7 @@ class SettingsTest(ProgramTest):
                 ("bt-hw-state true", "it takes on or off"), ("sntp-tz-offset 1h", "it takes a number"),
                 ("clear-calllog no", "it takes true or false"), ("call-log-enabled perhaps", "call-log-enabled"),
                 ("software-type sip", "it takes Norlith Qorvex or Norlith SIP"), ("disable-access-calllog 3", "it takes 0, 1 or 2"),
-                ("system-identifer 2", "There is no setting system-identifer"), ("voice-mail-e164", "voice-mail-e164 has no value"),
+                ("system-identifer 2", "there is no setting system-identifer"), ("voice-mail-e164", "voice-mail-e164 has no value"),
                 ("system-identifer", "`%s settings --data" % os.environ["CALLJOURNAL"]), ("reg-number " + "1" * 5000, "too long")):
             self.assertIn(reason, self.refuses(*given.split()))
 

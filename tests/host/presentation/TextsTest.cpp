@@ -52,13 +52,13 @@ dialled Änne Müller-Łuczak (4711)
 received call from Änne Müller-Łuczak (4711), 01:01
 forwarded call from Änne Müller-Łuczak (4711) to 2002
 forwarded call from unknown
-a missed call was deleted
+a missed entry was deleted
 the dialled calls were cleared
 the received calls changed
 the forwarded calls changed
 a callback was deleted
-no new missed calls
-1 new missed call
+no missed entries are not viewed
+1 missed entry is not viewed
 2 callbacks)");
 }
 

@@ -8,11 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "host/remote/InvokerRouter.h"
+#include "host/remote/ChangeReporter.h"
 #include "host/remote/RemoteClient.h"
 #include "host/remote/RemoteError.h"
 #include "platform/journal-library/ClientRequest.h"
-#include "platform/journal-library/ManagementMessage.h"
 #include "tests/host/remote/RemoteFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/RecordingResponse.h"
@@ -177,21 +176,17 @@ TEST_F(RemoteServerTest, ServesAClientWithoutAProxyWhichCannotSubscribe) {
     EXPECT_EQ(client.read(), "A1 failure");
 }
 
-TEST_F(RemoteServerTest, TheRouterReportsRequestsThatMayHaveChangedLists) {
+TEST_F(RemoteServerTest, ReportsRequestsThatMayHaveChangedLists) {
     using journalxml::MethodId;
     int reports = 0;
-    host::InvokerRouter router(m_invoker);
-    router.add(journalxml::kManagementRequest, m_invoker, m_service);
-    router.setChangeListener([&reports] { ++reports; });
+    host::ChangeReporter reporter(m_invoker, [&reports] { ++reports; });
     for (const auto& [request, changes] :
          {std::pair{journalxml::buildRequest(MethodId::eGetMissedCallList), 0},
           {journalxml::buildRequest(MethodId::eUnsubscribeForJournalEvents), 0},
           {journalxml::buildRequest(MethodId::eDeleteAllCalls), 1},
-          {journalxml::buildManagementRequest({"missed-logging", std::nullopt}), 0},
-          {journalxml::buildManagementRequest({"missed-logging", "1"}), 1},
           {"<Method>8</Method", 0}}) {
         journaltest::RecordingResponse response;
-        router.handleMessage(&m_service, request.data(), static_cast<int>(request.size()), &response);
+        reporter.handleMessage(&m_service, request.data(), static_cast<int>(request.size()), &response);
         EXPECT_EQ(std::exchange(reports, 0), changes) << request;
     }
 }

@@ -6,7 +6,6 @@
 
 #include "platform/journal-library/ClientResponse.h"
 #include "platform/journal-library/JournalServiceHelper.h"
-#include "platform/journal-library/ManagementMessage.h"
 #include "platform/journal-library/ObserverMessage.h"
 #include "platform/journal-library/XmlLimits.h"
 #include "tests/support/Table.h"
@@ -102,25 +101,6 @@ TEST(ObserverMessage, IsRefusedIfItIsNotComplete) {
             EXPECT_TRUE(std::get<MissedCallItem>(read->item).sameContent({}));
         }
         EXPECT_EQ(text, row[1]) << row[0];
-    }
-}
-
-TEST(ManagementMessage, IsRefusedIfItIsNoValidRequest) {
-    std::string outcomes;
-    for (const char* const fields :
-         {"<Operation>read</Operation>", "<Operation>write</Operation><Key>k</Key><Value/>", "<Operation/>",
-          "<Operation>erase</Operation><Key>k</Key>", "<X><Operation>read</Operation></X>",
-          "<Operation>write</Operation>", "<Operation>write</Operation><Key>k</Key>",
-          "<Operation>write</Operation><Value>1</Value>", "<Operation>read</Operation><Key>k"}) {
-        const std::string text = std::string("<ManagementRequest>") + fields + "</ManagementRequest>";
-        outcomes += journalxml::parseManagementRequest(text) ? "+" : "-";
-    }
-    EXPECT_EQ(outcomes, "++-------");
-    EXPECT_FALSE(journalxml::parseManagementRequest("<J><Operation>read</Operation></J>"));
-    const std::string key(1024 * 1024, 'k');
-    EXPECT_FALSE(journalxml::parseManagementRequest(journalxml::buildManagementRequest({key, {}})));
-    for (const char* const text : {"failure", "<JournalResponse/>", "<ManagementResponse>"}) {
-        EXPECT_FALSE(journalxml::parseManagementResponse(text)) << text;
     }
 }
 

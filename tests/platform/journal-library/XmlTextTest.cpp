@@ -144,11 +144,4 @@ RC_GTEST_PROP(SafeXml, LetsNoTextCrashAReader, ()) {
     }
 }
 
-TEST(RootName, IsThatOfTheFirstElement) {
-    for (const char* root :
-         {"r<r/>", "r<?xml version='1.0'?>\n<!-- <a> --> <j:r\n x='/>'><b/></j:r>", "<r", "</r>"}) {
-        EXPECT_EQ(journalxml::rootNameOf(root + (root[0] == 'r')), root[0] == 'r' ? "r" : "") << root;
-    }
-}
-
 }  // namespace

@@ -1,0 +1,207 @@
+#include "host/api-client/ApiClient.h"
+
+#include <curl/curl.h>
+
+#include <fstream>
+#include <string_view>
+
+#include "host/api-client/ApiAddress.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/PlainText.h"
+
+namespace host {
+namespace {
+
+using Json = ApiClient::Json;
+
+/// A server that sends no byte for this long does not respond. Deleting a long history takes a while.
+constexpr long kPatienceSeconds = 120;
+
+RemoteError unreachable(const std::string& where) {
+    return RemoteError("cannot reach calljournal at " + where +
+                       ": start it with `calljournal serve`, or name the data "
+                       "directory of one that runs with --data");
+}
+
+std::string addressIn(const std::filesystem::path& dataDirectory) {
+    const auto url = ApiAddressFile::read(dataDirectory);
+    if (!url) {
+        throw unreachable(dataDirectory.string());
+    }
+    return *url;
+}
+
+/// Returns an empty text if there is no token; a server with `auth = "none"` does not need one.
+std::string tokenIn(const std::filesystem::path& dataDirectory) {
+    std::ifstream file(dataDirectory / "api-token");
+    std::string token;
+    std::getline(file, token);
+    return token;
+}
+
+std::size_t append(char* data, std::size_t size, std::size_t count, void* text) noexcept {
+    static_cast<std::string*>(text)->append(data, size * count);
+    return size * count;
+}
+
+/// The header lines of one request.
+class HeaderLines {
+public:
+    HeaderLines() = default;
+    HeaderLines(const HeaderLines&) = delete;
+    HeaderLines& operator=(const HeaderLines&) = delete;
+    ~HeaderLines() { curl_slist_free_all(m_lines); }
+
+    void add(const std::string& line) { m_lines = curl_slist_append(m_lines, line.c_str()); }
+    [[nodiscard]] curl_slist* get() const noexcept { return m_lines; }
+
+private:
+    curl_slist* m_lines = nullptr;
+};
+
+/// The message of the API, or the status if the body has none.
+std::string messageOf(int status, const Json& body) {
+    if (body.is_object() && body.contains("error") && body["error"].is_object()) {
+        return printable(body["error"].value("message", ""));
+    }
+    return "calljournal responded with the HTTP status " + std::to_string(status);
+}
+
+}  // namespace
+
+class ApiClient::Impl {
+public:
+    explicit Impl(const std::filesystem::path& dataDirectory)
+        : m_directory(dataDirectory.string()),
+          m_address(addressIn(dataDirectory)),
+          m_token(tokenIn(dataDirectory)),
+          m_curl(curl_easy_init()) {
+        if (m_curl == nullptr) {
+            throw RemoteError("cannot make an HTTP client");
+        }
+    }
+    ~Impl() { curl_easy_cleanup(m_curl); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+
+    Json send(const char* method, const Path& path, const Query& query, const std::string& body,
+              const std::string& contentType) {
+        const std::string url = urlOf(path, query);
+        std::string received;
+        HeaderLines headers;
+        headers.add("Expect:");
+        if (!m_token.empty()) {
+            headers.add("Authorization: Bearer " + m_token);
+        }
+        curl_easy_reset(m_curl);
+        set(CURLOPT_URL, url.c_str());
+        set(CURLOPT_CUSTOMREQUEST, method);
+        if (!contentType.empty()) {
+            headers.add("Content-Type: " + contentType);
+            set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+            set(CURLOPT_POSTFIELDS, body.data());
+        }
+        set(CURLOPT_HTTPHEADER, headers.get());
+        set(CURLOPT_WRITEFUNCTION, &append);
+        set(CURLOPT_WRITEDATA, &received);
+        // The server is on this machine: a proxy that the environment names could not reach it.
+        set(CURLOPT_PROXY, "");
+        set(CURLOPT_PROTOCOLS_STR, "http");
+        set(CURLOPT_NOSIGNAL, 1L);
+        set(CURLOPT_CONNECTTIMEOUT, 10L);
+        set(CURLOPT_LOW_SPEED_LIMIT, 1L);
+        set(CURLOPT_LOW_SPEED_TIME, kPatienceSeconds);
+        check(curl_easy_perform(m_curl));
+        return result(received);
+    }
+
+private:
+    template <typename Value>
+    void set(CURLoption option, Value value) {
+        if (curl_easy_setopt(m_curl, option, value) != CURLE_OK) {
+            throw RemoteError("libcurl refuses an option of a request");
+        }
+    }
+
+    void check(CURLcode code) const {
+        switch (code) {
+            case CURLE_OK: return;
+            case CURLE_COULDNT_CONNECT: throw unreachable(m_directory);
+            case CURLE_OPERATION_TIMEDOUT:
+                throw RemoteError("calljournal at " + m_address + " does not respond");
+            default:
+                throw RemoteError("the connection to calljournal at " + m_address +
+                                  " failed: " + curl_easy_strerror(code) + "; see its log");
+        }
+    }
+
+    [[nodiscard]] Json result(const std::string& received) const {
+        long status = 0;
+        curl_easy_getinfo(m_curl, CURLINFO_RESPONSE_CODE, &status);
+        Json body = received.empty() ? Json() : Json::parse(received, nullptr, false);
+        const bool isJson = !body.is_discarded();
+        if (status < 200 || status > 299) {
+            const std::string message = messageOf(static_cast<int>(status), body);
+            throw ApiError(static_cast<int>(status), message, isJson ? std::move(body) : Json());
+        }
+        if (!isJson) {
+            throw RemoteError("the response of calljournal at " + m_address + " is no JSON");
+        }
+        return body;
+    }
+
+    [[nodiscard]] std::string urlOf(const Path& path, const Query& query) const {
+        std::string url = m_address + "/api/v1";
+        for (const std::string& segment : path) {
+            url += "/" + encoded(segment);
+        }
+        const char* between = "?";
+        for (const auto& [name, value] : query) {
+            url += between + encoded(name) + "=" + encoded(value);
+            between = "&";
+        }
+        return url;
+    }
+
+    [[nodiscard]] std::string encoded(const std::string& text) const {
+        if (text.empty()) {
+            return {};  // for libcurl, the length 0 means "up to the first NUL"
+        }
+        const std::unique_ptr<char, decltype(&curl_free)> escaped(
+            curl_easy_escape(m_curl, text.data(), static_cast<int>(text.size())), &curl_free);
+        return escaped ? std::string(escaped.get()) : std::string();
+    }
+
+    const std::string m_directory;
+    const std::string m_address;
+    const std::string m_token;
+    CURL* const m_curl;
+};
+
+ApiClient::ApiClient(const std::filesystem::path& dataDirectory)
+    : m_impl(std::make_unique<Impl>(dataDirectory)) {}
+
+ApiClient::~ApiClient() = default;
+
+Json ApiClient::get(const Path& path, const Query& query) {
+    return m_impl->send("GET", path, query, {}, {});
+}
+
+Json ApiClient::put(const Path& path, const Json& body) {
+    return m_impl->send("PUT", path, {}, jsonText(body), "application/json");
+}
+
+Json ApiClient::post(const Path& path, const Json& body) {
+    return post(path, jsonText(body), "application/json");
+}
+
+Json ApiClient::post(const Path& path, const std::string& body, const std::string& contentType) {
+    return m_impl->send("POST", path, {}, body, contentType);
+}
+
+Json ApiClient::remove(const Path& path, const Query& query, const Json& body) {
+    return body.is_null() ? m_impl->send("DELETE", path, query, {}, {})
+                          : m_impl->send("DELETE", path, query, jsonText(body), "application/json");
+}
+
+}  // namespace host
