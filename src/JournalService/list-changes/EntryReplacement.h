@@ -25,7 +25,7 @@ public:
     ///
     /// If `reportsRemoved` is true, the calls that the item no longer has are reported to a switch that
     /// keeps the log, as a deletion reports them. Returns false, and changes nothing, if the item has no
-    /// unique id or the list has no entry with it.
+    /// unique id, the list has no entry with it, or the item has an entry id that the entry no longer has.
     ///
     /// For the items of the four call lists.
     template <typename Item>
