@@ -60,7 +60,8 @@ private:
     int deleteEntries(host::ApiClient& client, const CommonOptions& common) const {
         const ListName list = listNamed(m_list).value();
         if (m_all) {
-            const auto count = fetchList(client, list, {.limit = 1, .search = {}})["total"].get<std::size_t>();
+            const auto count =
+                fetchList(client, list, {.limit = 1, .search = {}})["total"].get<std::size_t>();
             client.remove({"lists", m_list}, {{"all", "true"}});
             std::cout << host::countText(list, count) << " deleted" << std::endl;
             return std::cout.good() ? eDone : eFailed;

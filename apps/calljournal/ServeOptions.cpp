@@ -22,8 +22,11 @@ std::string checkKeyAndValue(const std::string& text) {
 void check(const host::Configuration::Keys& keys) {
     for (const auto& [key, value] : keys) {
         if (!host::isAccepted(key, value)) {
-            throw host::ConfigurationError("--set " + key + "=" + value + ": must be " +
-                                           std::string(host::acceptedValues(key)));
+            std::string text = "--set " + key;
+            text += '=' + value;
+            text += ": must be ";
+            text += host::acceptedValues(key);
+            throw host::ConfigurationError(text);
         }
         if (!host::isUsedByJournal(key)) {
             logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,

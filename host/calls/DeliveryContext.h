@@ -16,7 +16,8 @@ struct PhoneCallKey {
     std::string callId;
     PhoneCall::Time firstEvent{};
 
-    [[nodiscard]] auto operator<=>(const PhoneCallKey&) const = default;
+    // clang-tidy takes the 0 of the generated comparison for a pointer.
+    [[nodiscard]] auto operator<=>(const PhoneCallKey&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 [[nodiscard]] inline PhoneCallKey keyOf(const PhoneCall& call) {

@@ -38,7 +38,7 @@ struct PhoneEvent {
                                                       int cause);
 
 /// The events of a call up to now, at their times. A conference has those by which `members` have joined it.
-[[nodiscard]] std::vector<PhoneEvent> eventsOf(const PhoneCall& call, const std::vector<PhoneCall>& members,
+[[nodiscard]] std::vector<PhoneEvent> eventsOf(const PhoneCall& known, const std::vector<PhoneCall>& members,
                                                const std::string& crossRefId);
 
 }  // namespace host

@@ -41,7 +41,7 @@ void StoryMaker::dialled(Call& call, Leg& leg, const Party& party) {
 void StoryMaker::busyThere(Call& call, Leg& leg, const Party& party) {
     m_switch.ended(leg);
     if (may("busy-state-fail", 50)) {
-        m_switch.connectSilently(call, SwitchModel::own(), "fail");
+        SwitchModel::connectSilently(call, SwitchModel::own(), "fail");
     }
     m_switch.fail(call, party, m_dice.pick<std::string>({"busy", "destNotObtainable", "networkCongestion"}));
     m_switch.drop(call, SwitchModel::own(), SwitchModel::own());

@@ -171,11 +171,11 @@ void RandomCalls::addGap(Numbered& made, StorySettings settings, Dice& dice) {
     const std::size_t first = dice.below(steps);
     made.gap = Gap{first, first + 1 + dice.below(steps - first)};
     // Or the gap reaches into another call that has the same id.
-    const std::string callId = made.story.legs.front().callId;
+    std::string callId = made.story.legs.front().callId;
     settings.seed += 2;
     settings.outsidePrefix += "5";
     settings.inside = false;
-    settings.newCallId = [callId] { return callId; };
+    settings.newCallId = [callId = std::move(callId)] { return callId; };
     const Story next = StoryMaker(m_office, settings).make();
     if (dice.chance(40) && next.plain && !next.steps.empty() && made.story.legs.size() == 1) {
         made.story.append(next);

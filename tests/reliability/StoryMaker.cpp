@@ -84,7 +84,7 @@ void StoryMaker::callGroup() {
     const bool unreported = !caller.withheld || m_settings.localState;
     if (unreported && !m_silent.empty() && m_dice.chance(40)) {
         m_ringing.push_back(take(m_silent));
-        m_switch.connectSilently(call, m_ringing.back(), "alerting");
+        SwitchModel::connectSilently(call, m_ringing.back(), "alerting");
     }
     m_switch.ring(call, SwitchModel::own());
     ringHere(call, leg, caller);
@@ -115,7 +115,7 @@ void StoryMaker::pickUp() {
     }
     call.calling = caller;
     call.called = rung;
-    m_switch.connectSilently(call, caller);
+    SwitchModel::connectSilently(call, caller);
     leg.established = m_switch.now();
     m_switch.establish(call, SwitchModel::own(), may("pickup-without-cause", 20) ? "newCall" : "callPickup");
     talk(call, leg, caller);
@@ -125,7 +125,7 @@ void StoryMaker::askedByColleague() {
     const Party caller = outside();
     const Party asking = colleague();
     Call& held = m_switch.place(newCallId(), caller, asking);
-    m_switch.connectSilently(held, asking, "hold");
+    SwitchModel::connectSilently(held, asking, "hold");
     Leg& leg = m_switch.beginLeg(false, asking, newCallId());
     Call& call = m_switch.place(leg.callId, asking, SwitchModel::own());
     m_switch.ring(call, SwitchModel::own(), m_dice.chance(50) ? "newCall" : "consultation");

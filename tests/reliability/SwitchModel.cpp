@@ -214,7 +214,7 @@ Leg& SwitchModel::beginLeg(bool outgoing, const Party& party, const std::string&
     return m_legs.back();
 }
 
-void SwitchModel::ended(Leg& leg, Leg::End end) {
+void SwitchModel::ended(Leg& leg, Leg::End end) const {
     leg.ended = now();
     leg.end = end;
 }

@@ -120,7 +120,7 @@ public:
     void keepLink() { m_story.plain = false; }
 
     Leg& beginLeg(bool outgoing, const Party& party, const std::string& callId);
-    void ended(Leg& leg, Leg::End end = Leg::End::eReleased);
+    void ended(Leg& leg, Leg::End end = Leg::End::eReleased) const;
     /// The index of the next step.
     [[nodiscard]] std::size_t now() const { return m_story.steps.size(); }
 

@@ -119,7 +119,7 @@ void StoryMaker::transferredByPartner(Call& call, Leg& leg, const Party& partner
     Call* other = nullptr;
     if (!blind) {
         other = &m_switch.place(newCallId(), partner, to);
-        m_switch.connectSilently(*other, to, ringing ? "alerting" : "connected");
+        SwitchModel::connectSilently(*other, to, ringing ? "alerting" : "connected");
     }
     Call& joined = m_switch.transfer(call, other, partner, to, next.callId);
     joined.calling = m_dice.chance(50) ? SwitchModel::own() : partner;
@@ -130,7 +130,7 @@ void StoryMaker::transferredByPartner(Call& call, Leg& leg, const Party& partner
     if (ringing && may("transferred-established", 80)) {
         m_switch.establish(joined, to);
     } else {
-        m_switch.connectSilently(joined, to);
+        SwitchModel::connectSilently(joined, to);
     }
     talk(joined, next, to, false);
 }
@@ -189,7 +189,7 @@ void StoryMaker::conferenceHere(Call& call, Leg& leg, const Party& partner) {
 void StoryMaker::conferenceByPartner(Call& call, Leg& leg, const Party& partner) {
     const Party added = outside();
     Call& other = m_switch.place(newCallId(), partner, added);
-    m_switch.connectSilently(other, added);
+    SwitchModel::connectSilently(other, added);
     const std::string id = may("conference-keeps-id", 30) ? call.id : newCallId();
     leaveConference(m_switch.conference(call, other, partner, added, id),
                     {{&leg, partner}, {nullptr, added}});

@@ -36,7 +36,7 @@ inline constexpr const char* kCtiAssisted = "CTI Assisted";
 ///                      the first time the call is established it also becomes the connected party
 ///
 /// Does not change state and direction of the record. Requires: the call-map lock is held.
-void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& parties);
+void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& event);
 
 /// The same on a SIP phone. `direction` is that of the event, or of the record if the event has none.
 ///

@@ -37,8 +37,8 @@ void mergeConnected(Call& call, const EventParties& parties) {
 
 }  // namespace
 
-void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& given) {
-    EventParties parties = given;
+void mergeQorvexParties(Call& call, Call::states_t state, const EventParties& event) {
+    EventParties parties = event;
     for (std::string* const name : {&parties.remotePartyName, &parties.divertedPartyName}) {
         if (*name == kCtiAssisted) {
             name->clear();

@@ -27,7 +27,7 @@ protected:
         monitors.add("localDeviceID", {}, nullptr, host::ExponentialBackoff(minutes(1), minutes(1)))
             .switchId = "7";
     }
-    ~Synchronisation() override { synchronisation.close(); }
+    void TearDown() override { synchronisation.close(); }
 
     void know(const std::string& text, const std::string& callId = "25",
               PhoneCall::Time began = tenMinutesAgo()) {

@@ -120,9 +120,9 @@ TEST(SqliteDataAccess, FailsWithOneLogTextForAnUnreadableRequestAndStaysHealthy)
     const TemporaryDatabase database;
     DataAccessFixture journal(*database);
     journal.plays("missed a 05");
-    for (const char* const each : {"", "<Schema", "<x/>", "\x01",
-                                   "<Schema name='CallLogAll'><ReasonForMessage>read_request"
-                                   "</ReasonForMessage></Schema>"}) {
+    const char* const unknown =
+        R"(<Schema name='CallLogAll'><ReasonForMessage>read_request</ReasonForMessage></Schema>)";
+    for (const char* const each : {"", "<Schema", "<x/>", "\x01", unknown}) {
         CapturedLog::reset();
         EXPECT_EQ(journal.sends(each), "failed");
         EXPECT_EQ(CapturedLog::lines("Database").size(), 1U) << each;

@@ -39,7 +39,7 @@ class HttpApiTest : public testing::Test {
 protected:
     /// Starts the API; later clients of `connect` are its clients.
     host::Endpoint start() {
-        const host::Endpoint endpoint = m_api.emplace(backend(), m_settings).start();
+        host::Endpoint endpoint = m_api.emplace(backend(), m_settings).start();
         m_address = {asio::ip::make_address(endpoint.host), endpoint.port};
         return endpoint;
     }

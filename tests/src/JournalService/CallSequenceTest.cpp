@@ -3,6 +3,8 @@
 // row above. SimulatedPhone.h describes scripts and outcomes. The scenarios of examples/scenarios play the
 // usual calls on the whole program; these rows add the unusual ones.
 
+#include <gtest/gtest.h>
+
 #include "tests/support/SimulatedPhone.h"
 #include "tests/support/Table.h"
 
@@ -218,7 +220,7 @@ lost, switched off       | rings 1 -; set callLog off; status reset | | ; 1 in D
 
 TEST(CallSequence, IsForgottenWithItsConferencesWhenTheSwitchHasLostIt) {
     const std::string before = "rings 1 -; conference 9 2 4711 3 4712; status ";
-    for (const std::string status : {"cleanup", "disabled", "partiallyDisabled", "reset", "stopped"}) {
+    for (const char* const status : {"cleanup", "disabled", "partiallyDisabled", "reset", "stopped"}) {
         expectOutcomes("lost | " + before + status + " | | =");
     }
     expectOutcomes("kept | " + before + "enabled | ; 1 in Delivered, a conference | ; 1 in Delivered");

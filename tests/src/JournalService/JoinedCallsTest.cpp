@@ -1,6 +1,8 @@
 // Transfers, conferences and call information. A row is: name | script | outcome on a Qorvex phone | outcome
 // on a SIP phone, "=" for the same. SimulatedPhone.h describes scripts and outcomes.
 
+#include <gtest/gtest.h>
+
 #include <regex>
 
 #include "platform/csta/CSTACallControlEvents.h"

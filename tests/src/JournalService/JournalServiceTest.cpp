@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -74,7 +76,7 @@ TEST_F(JournalServiceFrame, StartsByMonitoringItsLineReadingItsSettingsAndRegist
 struct PhoneWithEntries : SimulatedPhone {
     PhoneWithEntries() : SimulatedPhone(softwaretypes::sip) {
         forEachList([this]<typename Item>() {
-            for (const std::string index : {"2", "1"}) {
+            for (const std::string& index : {std::string("2"), std::string("1")}) {
                 const std::string id = *ListTraits<Item>::kWord + index;
                 if constexpr (std::is_same_v<Item, CallBackItem>) {
                     database.addRow(ListTraits<Item>::kTable,

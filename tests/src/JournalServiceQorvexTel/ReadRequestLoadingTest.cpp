@@ -1,5 +1,7 @@
 // The service variant that loads with two read requests at each subscription.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cctype>
