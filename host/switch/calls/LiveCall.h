@@ -10,15 +10,15 @@ namespace host {
 /// A live call at the switch, as the snapshot services report it. A plain value.
 struct LiveCall {
     struct Connection {
-        Party party;
+        SimulatedParty party;
         /// The ECMA-323 value.
         std::string state;
     };
 
     std::string callId;
     /// Both are unknown parties for a conference.
-    Party calling;
-    Party called;
+    SimulatedParty calling;
+    SimulatedParty called;
     std::vector<Connection> connections;
 };
 

@@ -197,8 +197,8 @@ Side ScenarioCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) 
     return own ? Side::eCalled : Side::eCaller;
 }
 
-Party ScenarioCalls::partyOrPhone(const Party& party) const {
-    return party.number.empty() && !party.anonymous ? Party{m_phone, party.name, false} : party;
+SimulatedParty ScenarioCalls::partyOrPhone(const SimulatedParty& party) const {
+    return party.number.empty() && !party.anonymous ? SimulatedParty{m_phone, party.name, false} : party;
 }
 
 }  // namespace host

@@ -35,7 +35,7 @@ private:
 
     void store(const std::string& name, SimulatedCall call);
     [[nodiscard]] SimulatedCall::Side sideOf(const ScenarioStep& step, const SimulatedCall& call) const;
-    [[nodiscard]] Party partyOrPhone(const Party& party) const;
+    [[nodiscard]] SimulatedParty partyOrPhone(const SimulatedParty& party) const;
 
     const std::string m_phone;
     const std::vector<std::string> m_lines;

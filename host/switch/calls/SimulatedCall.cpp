@@ -4,8 +4,8 @@
 
 namespace host {
 
-SimulatedCall::SimulatedCall(std::string callId, Party caller, Party called, Party redirectedFrom,
-                             std::string redirectWord)
+SimulatedCall::SimulatedCall(std::string callId, SimulatedParty caller, SimulatedParty called,
+                             SimulatedParty redirectedFrom, std::string redirectWord)
     : m_callId(std::move(callId)),
       m_ends{End{std::move(caller), "null"}, End{std::move(called), "null"}},
       m_firstCalled(redirectedFrom.number.empty() ? m_ends[1].party : redirectedFrom),
@@ -57,7 +57,7 @@ SimulatedEvent SimulatedCall::leave(Side by) {
 }
 
 SimulatedEvents SimulatedCall::hangUp(Side first, const std::string& cause) {
-    const Party releasing = party(first);
+    const SimulatedParty releasing = party(first);
     SimulatedEvents events;
     for (const Side side : {first, other(first)}) {
         if (end(side).state != "null") {
@@ -73,8 +73,8 @@ SimulatedEvents SimulatedCall::busy() {
     return events;
 }
 
-SimulatedEvents SimulatedCall::divert(const Party& to, const std::string& word) {
-    const Party diverting = end(Side::eCalled).party;
+SimulatedEvents SimulatedCall::divert(const SimulatedParty& to, const std::string& word) {
+    const SimulatedParty diverting = end(Side::eCalled).party;
     SimulatedEvent diverted = makeEvent(WireEvent::eDiverted, diverting, word);
     diverted.newDestination = to;
     // The diverting phone receives the event even if it never rang.
@@ -107,7 +107,7 @@ SimulatedEvent SimulatedCall::markMissed() const {
 }
 
 SimulatedEvent SimulatedCall::setName(Side learner, const std::string& name) {
-    Party& party = end(other(learner)).party;
+    SimulatedParty& party = end(other(learner)).party;
     party.name = name;
     if (isSameDevice(m_firstCalled, party)) {
         m_firstCalled.name = name;
@@ -128,7 +128,7 @@ SimulatedCall::Side SimulatedCall::other(Side side) noexcept {
     return side == Side::eCaller ? Side::eCalled : Side::eCaller;
 }
 
-SimulatedEvent SimulatedCall::makeEvent(WireEvent type, const Party& subject,
+SimulatedEvent SimulatedCall::makeEvent(WireEvent type, const SimulatedParty& subject,
                                         const std::string& cause) const {
     SimulatedEvent event;
     event.type = type;
@@ -166,7 +166,7 @@ SimulatedEvent SimulatedCall::makeInformation(Side informed) const {
     return event;
 }
 
-SimulatedEvent SimulatedCall::clear(Side side, const Party& releasing, const std::string& cause) {
+SimulatedEvent SimulatedCall::clear(Side side, const SimulatedParty& releasing, const std::string& cause) {
     SimulatedEvent event = makeEvent(WireEvent::eConnectionCleared, end(side).party, cause);
     event.device = releasing;
     for (SimulatedEvent::Listener& listener : event.listeners) {

@@ -11,19 +11,19 @@ namespace host {
 /// A conference call inside the switch. It ends when only one member is left. Not thread-safe.
 class SimulatedConference {
 public:
-    SimulatedConference(std::string callId, std::vector<Party> members);
+    SimulatedConference(std::string callId, std::vector<SimulatedParty> members);
 
     /// Has no effect if `who` is not a member.
-    [[nodiscard]] SimulatedEvents leave(const Party& who);
+    [[nodiscard]] SimulatedEvents leave(const SimulatedParty& who);
     /// All members leave; `first` hangs up.
-    [[nodiscard]] SimulatedEvents hangUp(const Party& first);
+    [[nodiscard]] SimulatedEvents hangUp(const SimulatedParty& first);
     [[nodiscard]] LiveCall live() const;
 
 private:
-    [[nodiscard]] SimulatedEvent clear(const Party& leaving, const Party& releasing);
+    [[nodiscard]] SimulatedEvent clear(const SimulatedParty& leaving, const SimulatedParty& releasing);
 
     std::string m_callId;
-    std::vector<Party> m_members;
+    std::vector<SimulatedParty> m_members;
 };
 
 }  // namespace host

@@ -18,7 +18,7 @@ struct SimulatedEvent {
     };
     /// A party of the call that a transfer or a conference creates, and its previous call, if any.
     struct Connection {
-        Party party;
+        SimulatedParty party;
         std::string oldCallId;
     };
 
@@ -26,14 +26,14 @@ struct SimulatedEvent {
     /// For a transfer and a conference: the primary old call.
     std::string callId;
     /// The party of the event's connection.
-    Party subject;
+    SimulatedParty subject;
     /// The device that is specific to the event (alertingDevice, answeringDevice, ...).
-    Party device;
-    Party calling;
-    Party called;
-    Party redirectedFrom;
+    SimulatedParty device;
+    SimulatedParty calling;
+    SimulatedParty called;
+    SimulatedParty redirectedFrom;
     /// The new party of a diversion, a transfer or a conference; the target of a callback.
-    Party newDestination;
+    SimulatedParty newDestination;
     std::string cause;
     std::vector<Listener> listeners;
 
@@ -47,7 +47,7 @@ struct SimulatedEvent {
     /// For a callback: false if it is cancelled.
     bool set = true;
     /// The members of a conference, for its membership message.
-    std::vector<Party> members;
+    std::vector<SimulatedParty> members;
 };
 
 using SimulatedEvents = std::vector<SimulatedEvent>;

@@ -11,14 +11,14 @@ constexpr const char* kUnseenCallId = "-1";
 constexpr const char* kAnsweredElsewhere = "multipleAlerting";
 
 /// Only devices with a number have a log.
-bool hasLog(const Party& device) {
+bool hasLog(const SimulatedParty& device) {
     return !device.anonymous && !device.number.empty();
 }
 
 }  // namespace
 
 std::vector<FinishedCall> SwitchCallLogBuilder::process(const SimulatedEvent& event) {
-    const Party& subject = event.subject;
+    const SimulatedParty& subject = event.subject;
     const std::string& callId = event.callId;
     switch (event.type) {
         case WireEvent::eOriginated: record(subject, callId, {true, false, event.called}); break;
@@ -39,7 +39,7 @@ std::vector<FinishedCall> SwitchCallLogBuilder::process(const SimulatedEvent& ev
     return {};
 }
 
-void SwitchCallLogBuilder::record(const Party& device, const std::string& callId, const Call& call) {
+void SwitchCallLogBuilder::record(const SimulatedParty& device, const std::string& callId, const Call& call) {
     if (hasLog(device)) {
         m_calls[{device.number, callId}] = call;
     }

@@ -15,7 +15,7 @@ struct FinishedCall {
     std::string device;
     CallLogEntryEvent::_LogTarget log = CallLogEntryEvent::eMissed;
     /// The far end.
-    Party party;
+    SimulatedParty party;
 };
 
 /// Tracks the calls by the events of the phones, and reports the calls that have ended for a device:
@@ -35,12 +35,12 @@ private:
     struct Call {
         bool outgoing = false;
         bool established = false;
-        Party party;
+        SimulatedParty party;
     };
     /// By device and call id.
     using Key = std::pair<std::string, std::string>;
 
-    void record(const Party& device, const std::string& callId, const Call& call);
+    void record(const SimulatedParty& device, const std::string& callId, const Call& call);
     void updateName(const SimulatedEvent& event);
     [[nodiscard]] std::vector<FinishedCall> cleared(const SimulatedEvent& event);
     [[nodiscard]] std::vector<FinishedCall> joined(const SimulatedEvent& event);

@@ -43,7 +43,7 @@ std::string historyOf(const SimulatedCall& call, Side transferring) {
         pairs.add("firstForwardedNumber", call.firstForwardedTo().number);
         pairs.add("firstForwardedName", call.firstForwardedTo().name);
     }
-    const Party& redirecting = call.party(transferring);
+    const SimulatedParty& redirecting = call.party(transferring);
     if (!redirecting.anonymous) {
         pairs.add("redirectingNumber", redirecting.number);
         pairs.add("redirectingName", redirecting.name);
@@ -52,7 +52,7 @@ std::string historyOf(const SimulatedCall& call, Side transferring) {
 }
 
 SimulatedEvent joining(WireEvent type, const std::string& newCallId, const SimulatedCall& primary,
-                       const Party& owner) {
+                       const SimulatedParty& owner) {
     SimulatedEvent event;
     event.type = type;
     event.callId = primary.id();
@@ -62,13 +62,13 @@ SimulatedEvent joining(WireEvent type, const std::string& newCallId, const Simul
     return event;
 }
 
-SimulatedCall::End connected(const Party& party) {
+SimulatedCall::End connected(const SimulatedParty& party) {
     return {party, "connected"};
 }
 
 /// Sends `listener` the members of the conference. The first one is the far end of its call `callId`.
-SimulatedEvent membership(const std::string& callId, const Party& listener,
-                          std::vector<Party> farEndAndOthers) {
+SimulatedEvent membership(const std::string& callId, const SimulatedParty& listener,
+                          std::vector<SimulatedParty> farEndAndOthers) {
     SimulatedEvent event;
     event.type = WireEvent::ePrivate;
     event.callId = callId;
@@ -85,7 +85,7 @@ const SimulatedCall::End& HeldPair::otherEnd() const {
 }
 
 TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallId) {
-    const Party& remaining = calls.heldEnd().party;
+    const SimulatedParty& remaining = calls.heldEnd().party;
     const SimulatedCall::End& target = calls.otherEnd();
     SimulatedEvent event = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
     event.secondaryCallId = calls.other.id();
@@ -98,10 +98,10 @@ TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallI
     return {SimulatedCall::transferred(newCallId, connected(remaining), target), {std::move(event)}};
 }
 
-TransferredCall singleStepTransfer(SimulatedCall call, Side by, const Party& to,
+TransferredCall singleStepTransfer(SimulatedCall call, Side by, const SimulatedParty& to,
                                    const std::string& newCallId) {
-    const Party owner = call.party(by);
-    const Party remaining = call.party(SimulatedCall::other(by));
+    const SimulatedParty owner = call.party(by);
+    const SimulatedParty remaining = call.party(SimulatedCall::other(by));
     SimulatedEvents all = {call.hold(by, "singleStepTransfer")};
     all.push_back(call.leave(by));
     SimulatedEvent event = joining(WireEvent::eTransferred, newCallId, call, owner);
@@ -117,15 +117,15 @@ TransferredCall singleStepTransfer(SimulatedCall call, Side by, const Party& to,
 }
 
 ConferencedCalls joinCalls(const HeldPair& calls, const std::string& newCallId) {
-    const Party& owner = calls.owner();
-    const Party& first = calls.heldEnd().party;
-    const Party& added = calls.otherEnd().party;
+    const SimulatedParty& owner = calls.owner();
+    const SimulatedParty& first = calls.heldEnd().party;
+    const SimulatedParty& added = calls.otherEnd().party;
     SimulatedEvent event = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
     event.secondaryCallId = calls.other.id();
     event.newDestination = added;
     event.connections = {{owner, calls.held.id()}, {first, calls.held.id()}, {added, calls.other.id()}};
     event.cause = "conference";
-    for (const Party& member : {owner, first, added}) {
+    for (const SimulatedParty& member : {owner, first, added}) {
         event.listeners.push_back({member.number, "connected"});
     }
     return {SimulatedConference(newCallId, {owner, first, added}),

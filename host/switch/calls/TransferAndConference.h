@@ -25,7 +25,7 @@ struct HeldPair {
     SimulatedCall::Side holder;
     const SimulatedCall& other;
 
-    [[nodiscard]] const Party& owner() const { return held.party(holder); }
+    [[nodiscard]] const SimulatedParty& owner() const { return held.party(holder); }
     [[nodiscard]] const SimulatedCall::End& heldEnd() const { return held.end(SimulatedCall::other(holder)); }
     [[nodiscard]] const SimulatedCall::End& otherEnd() const;
 };
@@ -33,8 +33,8 @@ struct HeldPair {
 /// The owner connects the far ends of both calls and leaves. The other call may still ring.
 [[nodiscard]] TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallId);
 /// `by` transfers the call to `to` without consultation. The phone of `to` rings.
-[[nodiscard]] TransferredCall singleStepTransfer(SimulatedCall call, SimulatedCall::Side by, const Party& to,
-                                                 const std::string& newCallId);
+[[nodiscard]] TransferredCall singleStepTransfer(SimulatedCall call, SimulatedCall::Side by,
+                                                 const SimulatedParty& to, const std::string& newCallId);
 /// The owner joins both calls. The switch then sends each member the far end of its call.
 [[nodiscard]] ConferencedCalls joinCalls(const HeldPair& calls, const std::string& newCallId);
 

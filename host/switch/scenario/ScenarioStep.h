@@ -9,17 +9,17 @@
 namespace host {
 
 /// One party of a simulated call.
-struct Party {
+struct SimulatedParty {
     std::string number;
     std::string name;
     /// Number and name are restricted.
     bool anonymous = false;
 
-    [[nodiscard]] bool operator==(const Party&) const = default;
+    [[nodiscard]] bool operator==(const SimulatedParty&) const = default;
 };
 
 /// True for the same number, independent of the name. All anonymous parties are the same.
-[[nodiscard]] inline bool isSameDevice(const Party& one, const Party& other) {
+[[nodiscard]] inline bool isSameDevice(const SimulatedParty& one, const SimulatedParty& other) {
     return one.anonymous == other.anonymous && one.number == other.number;
 }
 
@@ -64,10 +64,10 @@ struct ScenarioStep {
     std::size_t line = 0;
     std::string call;
     std::string other;
-    Party from;
-    Party to;
+    SimulatedParty from;
+    SimulatedParty to;
     /// The last redirecting party; the number is empty for a direct call.
-    Party redirectedFrom;
+    SimulatedParty redirectedFrom;
     /// "caller" or "called"; empty for the default party of the action.
     std::string party;
     /// The ECMA-323 value of a cause or a status; empty for the default of the action.

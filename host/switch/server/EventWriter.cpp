@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-void writeRedirection(MessageWriter& writer, const Party& party) {
+void writeRedirection(MessageWriter& writer, const SimulatedParty& party) {
     writer.open("lastRedirectionDevice");
     if (party.number.empty()) {
         writer.empty("notRequired");
@@ -102,7 +102,7 @@ void writeMembership(MessageWriter& writer, const SimulatedEvent& event) {
     writer.open("privateData").open("private").open("conferenceMembership");
     writer.text("callID", event.callId);
     writer.text("deviceID", connectionDevice(event.subject, event.callId));
-    for (const Party& member : event.members) {
+    for (const SimulatedParty& member : event.members) {
         writeParty(writer, "member", member);
     }
 }

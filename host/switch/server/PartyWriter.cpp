@@ -5,7 +5,7 @@
 namespace host {
 
 void writeDevice(MessageWriter& writer, std::string_view member, std::string_view identifier,
-                 const Party& party) {
+                 const SimulatedParty& party) {
     writer.open(member);
     if (party.anonymous) {
         writer.empty("restricted");
@@ -17,16 +17,16 @@ void writeDevice(MessageWriter& writer, std::string_view member, std::string_vie
     writer.close();
 }
 
-void writeParty(MessageWriter& writer, std::string_view member, const Party& party) {
+void writeParty(MessageWriter& writer, std::string_view member, const SimulatedParty& party) {
     writeDevice(writer, member, "deviceIdentifier", party);
 }
 
-std::string connectionDevice(const Party& party, const std::string& callId) {
+std::string connectionDevice(const SimulatedParty& party, const std::string& callId) {
     return party.anonymous ? "trunk-" + callId : party.number;
 }
 
 void writeConnection(MessageWriter& writer, std::string_view member, const std::string& callId,
-                     const Party& party) {
+                     const SimulatedParty& party) {
     writer.open(member).text("callID", callId).text("deviceID", connectionDevice(party, callId)).close();
 }
 

@@ -11,13 +11,13 @@ namespace host {
 /// Writes one alternative of the schema's device choice. `identifier` is the name of the element for its
 /// text.
 void writeDevice(MessageWriter& writer, std::string_view member, std::string_view identifier,
-                 const Party& party);
+                 const SimulatedParty& party);
 /// The same with the name that most members use.
-void writeParty(MessageWriter& writer, std::string_view member, const Party& party);
+void writeParty(MessageWriter& writer, std::string_view member, const SimulatedParty& party);
 
 /// The connection of a party with a restricted number has a generated device id.
-[[nodiscard]] std::string connectionDevice(const Party& party, const std::string& callId);
+[[nodiscard]] std::string connectionDevice(const SimulatedParty& party, const std::string& callId);
 void writeConnection(MessageWriter& writer, std::string_view member, const std::string& callId,
-                     const Party& party);
+                     const SimulatedParty& party);
 
 }  // namespace host

@@ -32,7 +32,7 @@ TEST(Scenario, ReadsStatementsAndUnrollsBlocks) {
     EXPECT_EQ(scenario.device, "2005");
     EXPECT_EQ(scenario.callCount, 1U);
     EXPECT_EQ(scenario.waitTime, std::chrono::milliseconds(5002));
-    EXPECT_EQ(scenario.steps[0].from, (Party{"4711", "Ann; M\xC3\xBCller # 1", false}));
+    EXPECT_EQ(scenario.steps[0].from, (SimulatedParty{"4711", "Ann; M\xC3\xBCller # 1", false}));
     EXPECT_EQ(scenario.steps[0].line, 3U);
     EXPECT_EQ(scenario.steps[12].party, "caller");
     EXPECT_EQ(scenario.steps[12].line, 6U);
