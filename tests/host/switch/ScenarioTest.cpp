@@ -15,7 +15,7 @@ namespace {
 
 using host::loadScenario;
 using host::parseScenario;
-using host::Party;
+using host::SimulatedParty;
 using host::Scenario;
 using host::ScenarioError;
 using testing::HasSubstr;
