@@ -41,6 +41,9 @@ public:
     [[nodiscard]] virtual std::optional<NotedCall> ended(const PhoneCallKey& call) const = 0;
     /// By the id under which the journal files the call; of several, the one that ended last.
     [[nodiscard]] virtual std::optional<NotedCall> ended(const std::string& callId) const = 0;
+    /// Call it with true inside the transaction that files an ended call and removes its row: the row is not
+    /// written again. Call it with false if that transaction fails.
+    virtual void setFiled(const PhoneCallKey& call, bool filed) = 0;
     /// Call it after the event that ends the calls was delivered. One that may be filed later stays noted for
     /// a few seconds.
     virtual void delivered(const DeliveryContext& context) = 0;

@@ -51,7 +51,7 @@ const CallInfo* CallFiling::newestOf(const journalxml::DataRequest::Item& item) 
     return std::visit([](const auto& one) { return newestCall(one); }, item);
 }
 
-CallFiling::CallFiling(const journalxml::DataRequest& request, LiveCallStoreIfc* calls) {
+CallFiling::CallFiling(const journalxml::DataRequest& request, LiveCallStoreIfc* calls) : m_calls(calls) {
     if (request.reason != journalxml::DataRequest::Reason::eWrite) {
         return;
     }
@@ -95,6 +95,9 @@ void CallFiling::removeLiveCalls(Database::Session& session, const std::string& 
         // A call that is filed later, when no event that ends it is being delivered, is found by its id.
         session.query(LiveCallRows::kRemoveEnded).bind(line).bind(each.newest->getCallId()).run();
         if (each.call) {
+            if (m_calls != nullptr) {
+                m_calls->setFiled(*each.call, true);
+            }
             session.query(LiveCallRows::kRemove)
                 .bind(line)
                 .bind(each.call->device)
@@ -105,10 +108,13 @@ void CallFiling::removeLiveCalls(Database::Session& session, const std::string& 
     }
 }
 
-void CallFiling::setFiled() const {
+void CallFiling::setFiled(bool filed) const {
     for (const Filed& each : m_filed) {
-        if (each.ended != nullptr) {
+        if (each.ended != nullptr && filed) {
             each.ended->filed = true;
+        }
+        if (each.call && m_calls != nullptr && !filed) {
+            m_calls->setFiled(*each.call, false);
         }
     }
 }

@@ -23,8 +23,8 @@ public:
     [[nodiscard]] const CallFacts* factsOf(const CallInfo* newest) const;
     /// Removes the rows of the live calls, in the transaction that files them.
     void removeLiveCalls(Database::Session& session, const std::string& line) const;
-    /// Call it when the transaction is done.
-    void setFiled() const;
+    /// Call it when the transaction is done, or has failed.
+    void setFiled(bool filed) const;
 
     /// The newest occurrence of the item; null for an item without one.
     [[nodiscard]] static const CallInfo* newestOf(const journalxml::DataRequest::Item& item);
@@ -38,6 +38,7 @@ private:
         std::optional<CallFacts> facts{};
     };
 
+    LiveCallStoreIfc* const m_calls;
     std::vector<Filed> m_filed;
 };
 

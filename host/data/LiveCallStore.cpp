@@ -165,6 +165,7 @@ void LiveCallStore::store(const PhoneCall& call) {
     const PhoneCallKey key = keyOf(call);
     m_calls[key].call = call;
     m_removed.erase(key);
+    m_filed.erase(key);
     m_changed.insert(key);
     m_wake.notify_all();
 }
@@ -205,6 +206,23 @@ void LiveCallStore::change(const PhoneCallKey& call, const std::function<void(No
     const auto found = m_calls.find(call);
     if (found != m_calls.end()) {
         action(found->second);
+        if (!m_filed.contains(call)) {
+            m_changed.insert(call);
+            m_wake.notify_all();
+        }
+    }
+}
+
+void LiveCallStore::setFiled(const PhoneCallKey& call, bool filed) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_calls.contains(call)) {
+        return;
+    }
+    if (filed) {
+        m_filed.insert(call);
+        m_changed.erase(call);
+    } else {
+        m_filed.erase(call);
         m_changed.insert(call);
         m_wake.notify_all();
     }
@@ -225,13 +243,14 @@ void LiveCallStore::delivered(const DeliveryContext& context) {
     m_wake.notify_all();
 }
 
-/// Requires: m_mutex is held. The row may be in the batch that is being written, so it is removed in the next
-/// one even if the filing transaction has removed it.
+/// Requires: m_mutex is held.
 void LiveCallStore::remove(const PhoneCallKey& call) {
     m_calls.erase(call);
     m_deliveredIds.erase(call);
     m_changed.erase(call);
-    m_removed.insert(call);
+    if (m_filed.erase(call) == 0) {
+        m_removed.insert(call);
+    }
 }
 
 void LiveCallStore::run() {
@@ -246,21 +265,18 @@ void LiveCallStore::run() {
         }
         m_wake.wait_for(lock, kBatchTime, [this] { return m_stopping; });
         const bool last = m_stopping;
-        const Batch batch = takeBatch();
         lock.unlock();
-        const bool done = write(batch);
+        const bool done = writeBatch();
         lock.lock();
-        if (!done) {
-            restore(batch);
-            if (last) {
-                return;
-            }
+        if (!done && last) {
+            return;
         }
         removeOverdue(Clock::now());
     }
 }
 
 LiveCallStore::Batch LiveCallStore::takeBatch() {
+    const std::lock_guard lock(m_mutex);
     Batch batch;
     for (const PhoneCallKey& key : std::exchange(m_changed, {})) {
         batch.written.push_back(m_calls.at(key));
@@ -278,8 +294,9 @@ void LiveCallStore::removeOverdue(Clock::time_point now) {
 
 /// Marks the changes of a batch that was not written as changed again.
 void LiveCallStore::restore(const Batch& batch) {
+    const std::lock_guard lock(m_mutex);
     for (const NotedCall& each : batch.written) {
-        if (m_calls.contains(keyOf(each.call))) {
+        if (m_calls.contains(keyOf(each.call)) && !m_filed.contains(keyOf(each.call))) {
             m_changed.insert(keyOf(each.call));
         }
     }
@@ -290,20 +307,12 @@ void LiveCallStore::restore(const Batch& batch) {
     }
 }
 
-bool LiveCallStore::write(const Batch& batch) noexcept {
+bool LiveCallStore::writeBatch() noexcept {
+    Batch batch;
     try {
         SQLite::Transaction transaction(*m_connection, SQLite::TransactionBehavior::IMMEDIATE);
-        SQLite::Statement insert(*m_connection, LiveCallRows::kWrite);
-        for (const NotedCall& each : batch.written) {
-            writeRow(insert, m_line, each);
-        }
-        SQLite::Statement erase(*m_connection, LiveCallRows::kRemove);
-        for (const PhoneCallKey& key : batch.removed) {
-            erase.reset();
-            Binder bind(erase);
-            bind(m_line)(key.device)(key.callId)(key.firstEvent);
-            erase.exec();
-        }
+        batch = takeBatch();
+        write(batch);
         transaction.commit();
         m_failed = false;
         return true;
@@ -313,7 +322,22 @@ bool LiveCallStore::write(const Batch& batch) noexcept {
                       error.what());
         }
     }
+    restore(batch);
     return false;
+}
+
+void LiveCallStore::write(const Batch& batch) {
+    SQLite::Statement insert(*m_connection, LiveCallRows::kWrite);
+    for (const NotedCall& each : batch.written) {
+        writeRow(insert, m_line, each);
+    }
+    SQLite::Statement erase(*m_connection, LiveCallRows::kRemove);
+    for (const PhoneCallKey& key : batch.removed) {
+        erase.reset();
+        Binder bind(erase);
+        bind(m_line)(key.device)(key.callId)(key.firstEvent);
+        erase.exec();
+    }
 }
 
 }  // namespace host

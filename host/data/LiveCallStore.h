@@ -31,7 +31,9 @@ class Database;
 /// Sequence of a call:
 ///  1. `store` notes it, also after each change.
 ///  2. `end` marks its row as ended.
-///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`).
+///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`) and
+///     calls `setFiled`. The thread takes a batch inside its own transaction, so that it never writes the row
+///     of a call that is filed already: the next run would file the call again.
 ///  4. `delivered` drops the call here. The row of a call that may be filed later is removed after
 ///     `kHeldBack`.
 ///
@@ -52,6 +54,7 @@ public:
     void end(const PhoneCallKey& call, PhoneCall::Time time, bool approximate) override;
     [[nodiscard]] std::optional<NotedCall> ended(const PhoneCallKey& call) const override;
     [[nodiscard]] std::optional<NotedCall> ended(const std::string& callId) const override;
+    void setFiled(const PhoneCallKey& call, bool filed) override;
     void delivered(const DeliveryContext& context) override;
 
 private:
@@ -71,7 +74,8 @@ private:
     [[nodiscard]] Batch takeBatch();
     void removeOverdue(Clock::time_point now);
     void restore(const Batch& batch);
-    [[nodiscard]] bool write(const Batch& batch) noexcept;
+    [[nodiscard]] bool writeBatch() noexcept;
+    void write(const Batch& batch);
 
     // Constant after construction.
     const std::string m_line;
@@ -86,6 +90,8 @@ private:
     std::map<PhoneCallKey, NotedCall> m_calls;
     std::set<PhoneCallKey> m_changed;
     std::set<PhoneCallKey> m_removed;
+    /// Those of m_calls whose rows a filing transaction has removed.
+    std::set<PhoneCallKey> m_filed;
     std::deque<std::pair<Clock::time_point, PhoneCallKey>> m_heldBack;
     /// The ids under which the journal files those calls, if they are other ones.
     std::map<PhoneCallKey, std::string> m_deliveredIds;

@@ -217,10 +217,10 @@ std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
         filing.removeLiveCalls(session, m_line);
         hasDeleted = rows.calls.history().removeTraces();
     });
+    filing.setFiled(done);
     if (!done) {
         return Words::FAILED;
     }
-    filing.setFiled();
     if (hasDeleted) {
         m_database.truncateLog();
     }

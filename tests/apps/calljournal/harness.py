@@ -16,6 +16,7 @@ import tempfile
 import threading
 import time
 import unittest
+import urllib.request
 
 LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
 IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short intervals between attempts to connect
@@ -156,6 +157,22 @@ class ProgramTest(unittest.TestCase):
     def list(self, name, *arguments):
         """A list of the running server."""
         return json.loads(self.done("list", name, "--json", *arguments))
+
+    def open(self, server, path, method="GET"):
+        """The response of the running server's HTTP API."""
+        request = urllib.request.Request("http://%s/api/v1/%s" % (server.http, path), method=method,
+                                         headers={"Authorization": "Bearer " + server.token})
+        return urllib.request.urlopen(request, timeout=LIMIT)
+
+    def get(self, server, path):
+        with self.open(server, path) as response:
+            return json.load(response)
+
+    def await_value(self, expected, read):
+        deadline = time.monotonic() + LIMIT
+        while (found := read()) != expected:
+            self.assertLess(time.monotonic(), deadline, "%s instead of %s" % (found, expected))
+            threading.Event().wait(0.05)
 
     def change(self, watcher, event, action):
         """The item of the next such change that the watcher prints."""

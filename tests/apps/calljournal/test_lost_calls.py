@@ -1,12 +1,9 @@
 """Calls that begin or end while the link is down, or while the program is not running."""
 
-import json
 import signal
 import threading
-import time
-import urllib.request
 
-from harness import IMPATIENT, LIMIT, ProgramTest
+from harness import IMPATIENT, ProgramTest
 from third_party_switch import ThirdPartySwitch, cleared, conferenced, delivered, dialled, established, marked_missed, transferred
 
 ANN, BOB = "N<4711>Ann", "N<4712>Bob"
@@ -65,18 +62,6 @@ class LostCallsTest(ProgramTest):
                 self.done("delete", "received", "--all")
                 self.done("delete", "dialled", "--all")
                 self.assertEqual(server.stop(), 0)
-
-    def get(self, server, path):
-        request = urllib.request.Request("http://%s/api/v1/%s" % (server.http, path),
-                                         headers={"Authorization": "Bearer " + server.token})
-        with urllib.request.urlopen(request, timeout=LIMIT) as response:
-            return json.load(response)
-
-    def await_value(self, expected, read):
-        deadline = time.monotonic() + LIMIT
-        while (found := read()) != expected:
-            self.assertLess(time.monotonic(), deadline, "%s instead of %s" % (found, expected))
-            threading.Event().wait(0.05)
 
     def entries(self, server):
         texts = []

@@ -147,8 +147,10 @@ TEST_F(LiveCalls, AreWrittenWhenTheDatabaseIsFreeAgain) {
     SQLite::Database other = database.otherConnection();
     other.exec("BEGIN IMMEDIATE");
     store->store(callOf("25", 0));
+    store->store(callOf("27", 0));
     std::this_thread::sleep_for(std::chrono::milliseconds(700));
     store->store(callOf("26", 0));
+    store->setFiled(keyOf(callOf("27", 0)), true);  // by the transaction that held the lock
     other.exec("ROLLBACK");
     EXPECT_TRUE(become("2001 25, 2001 26"));
 }

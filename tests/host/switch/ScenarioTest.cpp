@@ -15,9 +15,9 @@ namespace {
 
 using host::loadScenario;
 using host::parseScenario;
-using host::SimulatedParty;
 using host::Scenario;
 using host::ScenarioError;
+using host::SimulatedParty;
 using testing::HasSubstr;
 
 TEST(Scenario, ReadsStatementsAndUnrollsBlocks) {
