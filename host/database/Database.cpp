@@ -70,6 +70,7 @@ bool Database::readAside(const char* what, const Work& work) noexcept {
         const std::lock_guard lock(m_readersMutex);
         m_readers.push_back(std::move(reader));
     });
+    truncateLogIfDue();
     m_readFailed = !done;
     return done;
 }
@@ -99,6 +100,7 @@ bool Database::write(const char* what, const Work& work) noexcept {
     if (done) {
         m_readFailed = false;
     }
+    truncateLogIfDue();
     return done;
 }
 
@@ -114,10 +116,17 @@ bool Database::probe() noexcept {
 }
 
 void Database::truncateLog() noexcept {
-    static_cast<void>(guarded("emptying the log of the database", [this] {
-        const std::lock_guard lock(m_mutex);
-        m_connection->truncateLog();
-    }));
+    m_logIsDue = true;
+    truncateLogIfDue();
+}
+
+void Database::truncateLogIfDue() noexcept {
+    if (m_logIsDue) {
+        static_cast<void>(guarded("emptying the log of the database", [this] {
+            const std::lock_guard lock(m_mutex);
+            m_logIsDue = !m_connection->truncateLog();
+        }));
+    }
 }
 
 void Database::removeMigrationCopy() noexcept {

@@ -88,8 +88,8 @@ public:
     /// Tests if the database can be read and written now, without a change; updates and returns `healthy`.
     [[nodiscard]] bool probe() noexcept;
 
-    /// Moves the log into the file and empties it, so that no deleted text stays in the log; waits
-    /// for no reader. Call it after a deletion.
+    /// Moves the log into the file and empties it, so that no deleted text stays in the log. Call it after a
+    /// deletion. If a reader uses the log now, it is done when that reader has finished.
     void truncateLog() noexcept;
     /// Removes the copy that a migration has kept, if there is one. Call it at a clean end.
     void removeMigrationCopy() noexcept;
@@ -100,6 +100,7 @@ private:
     bool guarded(const char* what, const std::function<void()>& work) noexcept;
     static void carryOut(DatabaseConnection& connection, const char* begin, const Work& work);
     [[nodiscard]] std::unique_ptr<DatabaseConnection> takeReader();
+    void truncateLogIfDue() noexcept;
 
     // Constant after construction.
     const std::filesystem::path m_file;
@@ -109,6 +110,8 @@ private:
 
     std::atomic<bool> m_readFailed{false};
     std::atomic<bool> m_writeFailed{false};
+    /// True from a deletion until the log is empty.
+    std::atomic<bool> m_logIsDue{false};
 
     std::mutex m_mutex;
     // Guarded by m_mutex.

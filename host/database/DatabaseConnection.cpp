@@ -34,8 +34,8 @@ void searchText(sqlite3_context* context, int /*count*/, sqlite3_value** values)
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime)
     : m_file(file),
-      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE,
-                 static_cast<int>(busyTime.count())) {
+      m_busyMilliseconds(static_cast<int>(busyTime.count())),
+      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, m_busyMilliseconds) {
     refuseForeign();
     refuseDamaged();
     configure();
@@ -45,7 +45,9 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime,
                                        ReadOnly /*how*/)
-    : m_file(file), m_database(file.string(), SQLite::OPEN_READONLY, static_cast<int>(busyTime.count())) {
+    : m_file(file),
+      m_busyMilliseconds(static_cast<int>(busyTime.count())),
+      m_database(file.string(), SQLite::OPEN_READONLY, m_busyMilliseconds) {
     m_database.exec("PRAGMA trusted_schema = OFF");
     addSearchText();
 }
@@ -64,8 +66,11 @@ Query DatabaseConnection::query(const char* sql) {
     return {prepared.statement, prepared.inUse};
 }
 
-void DatabaseConnection::truncateLog() {
-    static_cast<void>(m_database.execAndGet("PRAGMA wal_checkpoint(TRUNCATE)"));
+bool DatabaseConnection::truncateLog() {
+    m_database.setBusyTimeout(0);
+    const int busy = number("PRAGMA wal_checkpoint(TRUNCATE)");
+    m_database.setBusyTimeout(m_busyMilliseconds);
+    return busy == 0;
 }
 
 void DatabaseConnection::rollBack() noexcept {

@@ -27,8 +27,8 @@ public:
 
     [[nodiscard]] Query query(const char* sql);
     [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
-    /// Moves the log into the file and empties it, if no other connection reads it now.
-    void truncateLog();
+    /// Moves the log into the file and empties it. Returns false, at once, if another connection reads it.
+    [[nodiscard]] bool truncateLog();
     /// Rolls back the open transaction, if there is one; it never throws.
     void rollBack() noexcept;
 
@@ -50,6 +50,7 @@ private:
     [[nodiscard]] int number(const char* sql);
 
     const std::filesystem::path m_file;
+    const int m_busyMilliseconds;
     SQLite::Database m_database;
     std::unordered_map<std::string, Prepared> m_statements;
 };
