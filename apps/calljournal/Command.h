@@ -46,6 +46,7 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeViewedCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDeleteCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeExportCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeImportCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeBackupCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeRestoreCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);

@@ -22,7 +22,7 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 13> kEntries{{
+constexpr std::array<Entry, 14> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {"demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
@@ -32,6 +32,7 @@ constexpr std::array<Entry, 13> kEntries{{
     {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
     {"delete", "delete entries of the running journal", &makeDeleteCommand},
     {"export", "print a list of the running journal as a file for other programs", &makeExportCommand},
+    {"import", "store the calls of a file in the history of the running journal", &makeImportCommand},
     {"backup", "copy the journal to a file, also while it runs", &makeBackupCommand},
     {"restore", "replace the journal by a file that backup wrote", &makeRestoreCommand},
     {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},

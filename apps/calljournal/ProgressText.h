@@ -6,8 +6,8 @@
 
 namespace calljournal {
 
-/// The progress of a command on the standard error output: one text line that is written again and again, on a
-/// terminal only, and from the first second on. The destructor clears it. One thread at a time.
+/// The progress of a command on the standard error output: one text line that is written again and again, on
+/// a terminal only, and from the first second on. The destructor clears it. One thread at a time.
 class ProgressText {
 public:
     ProgressText();

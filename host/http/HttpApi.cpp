@@ -7,6 +7,7 @@
 #include "host/http/ContactsResource.h"
 #include "host/http/EventFeed.h"
 #include "host/http/HttpError.h"
+#include "host/http/ImportResource.h"
 #include "host/http/ListsResource.h"
 #include "host/http/Metrics.h"
 #include "host/http/OpenApi.h"
@@ -25,6 +26,7 @@ public:
           m_authenticator(std::move(settings.token)),
           m_page(settings.page),
           m_lists(m_backend.storedLists, m_backend.storedEntries),
+          m_import(m_backend.storedEntries),
           m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
           m_contacts(m_backend.phonebook, m_backend.database),
           m_times({m_backend.line, m_backend.database}),
@@ -41,6 +43,7 @@ public:
                   [this] { return m_backend.storedLists.unviewed(); }}),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
+        m_import.addRoutes(m_router);
         m_settings.addRoutes(m_router);
         m_contacts.addRoutes(m_router);
         m_times.addRoutes(m_router);
@@ -110,6 +113,7 @@ private:
     Authenticator m_authenticator;
     const PageFiles m_page;
     ListsResource m_lists;
+    ImportResource m_import;
     SettingsResource m_settings;
     ContactsResource m_contacts;
     TimesResource m_times;

@@ -14,6 +14,7 @@ _calljournal_options() {
         delete)
             echo --all --since --until --tz --number --search --list --direction --viewed --min-duration --data --help
             ;;
+        import) echo --format --columns --timezone --time-format --own --unviewed --json --data --help ;;
         backup) echo --force --data --help ;;
         export) echo --format --data --help ;;
         'contacts import') echo --json --data --help ;;
@@ -63,7 +64,7 @@ _calljournal() {
             if [[ $word == -* ]]; then
                 words=$(_calljournal_options "$command" "$subcommand")
             elif [[ -z $command ]]; then
-                words='serve switch demo list show watch viewed delete export backup restore contacts settings'
+                words='serve switch demo list show watch viewed delete export import backup restore contacts settings'
             elif [[ $command == contacts && -z $subcommand ]]; then
                 words='import add list export'
             elif [[ $subcommand == import ]]; then

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/call-files/CallCalendar.h"
-#include "host/call-files/CallReader.h"
+#include "host/call-files/CallFileReader.h"
 #include "host/call-files/CallWriter.h"
 #include "host/history/CallJson.h"
 #include "tests/support/Table.h"

@@ -1,4 +1,4 @@
-#include "host/call-files/CallReader.h"
+#include "host/call-files/CallFileReader.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

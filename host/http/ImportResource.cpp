@@ -1,0 +1,73 @@
+#include "host/http/ImportResource.h"
+
+#include <cstddef>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "host/call-files/CallFields.h"
+#include "host/http/HttpError.h"
+#include "host/http/JsonBody.h"
+#include "host/http/Router.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+bool flagIn(const Json& body, const char* member) {
+    const auto found = body.find(member);
+    if (found == body.end()) {
+        return false;
+    }
+    if (!found->is_boolean()) {
+        throw HttpError(422, "wrong-shape", std::string(member) + " is true or false");
+    }
+    return found->get<bool>();
+}
+
+/// Reads a call of the body; a time in it needs a zone.
+Call callIn(const Json& call) {
+    if (!call.is_object()) {
+        throw CallFieldError("it is no JSON object");
+    }
+    return callOf(callFieldsOf(call), {});
+}
+
+}  // namespace
+
+void ImportResource::addRoutes(Router& router) {
+    router.add(
+        {"POST", "/api/v1/calls/import", [this](const HttpRequest& each) { return importCalls(each); }});
+}
+
+HttpResponse ImportResource::importCalls(const HttpRequest& request) {
+    const Json body = jsonObject(request);
+    const auto given = body.find("calls");
+    if (given == body.end() || !given->is_array()) {
+        throw HttpError(422, "wrong-shape", R"(the body must be {"calls": [...]})");
+    }
+    const bool unviewed = flagIn(body, "unviewed");
+    const bool isLast = !flagIn(body, "more");
+    std::vector<Call> calls;
+    Json failed = Json::array();
+    for (std::size_t row = 0; row < given->size(); ++row) {
+        try {
+            calls.push_back(callIn((*given)[row]));
+        } catch (const CallFieldError& error) {
+            failed.push_back({{"row", row + 1}, {"error", error.what()}});
+        }
+    }
+    const auto counts = m_import.add(calls, unviewed);
+    if (isLast || !counts) {
+        m_import.finish();
+    }
+    if (!counts) {
+        throw HttpError(503, "database",
+                        "the database does not respond; see the log. Importing the calls again is harmless");
+    }
+    return jsonResponse(
+        {{"imported", counts->imported}, {"known", counts->known}, {"failed", std::move(failed)}});
+}
+
+}  // namespace host

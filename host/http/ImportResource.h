@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/history/CallImport.h"
+#include "host/http/HttpRequest.h"
+#include "host/http/HttpResponse.h"
+
+namespace host {
+
+class Router;
+
+/// The import of calls into the history. Thread-safe.
+class ImportResource {
+public:
+    /// The entries are borrowed and outlive the resource.
+    explicit ImportResource(StoredEntries& entries) : m_import(entries) {}
+
+    /// Requires: routes with "/api/v1/calls/{id}" are added later.
+    void addRoutes(Router& router);
+
+private:
+    [[nodiscard]] HttpResponse importCalls(const HttpRequest& request);
+
+    CallImport m_import;
+};
+
+}  // namespace host
