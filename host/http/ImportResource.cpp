@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/call-files/CallFields.h"
@@ -14,6 +15,9 @@ namespace host {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+/// Enough for a few hundred calls.
+constexpr std::size_t kMaxBody = 256U * 1024U;
 
 bool flagIn(const Json& body, const char* member) {
     const auto found = body.find(member);
@@ -37,8 +41,10 @@ Call callIn(const Json& call) {
 }  // namespace
 
 void ImportResource::addRoutes(Router& router) {
-    router.add(
-        {"POST", "/api/v1/calls/import", [this](const HttpRequest& each) { return importCalls(each); }});
+    Router::Route route{"POST", "/api/v1/calls/import",
+                        [this](const HttpRequest& each) { return importCalls(each); }};
+    route.maxBody = kMaxBody;
+    router.add(std::move(route));
 }
 
 HttpResponse ImportResource::importCalls(const HttpRequest& request) {

@@ -9,7 +9,6 @@
 namespace host {
 namespace {
 
-constexpr std::size_t kMaxBody = 64U * 1024U;
 
 // No foreign sources and no inline script or style: a caller's name cannot become code.
 constexpr const char* kContentPolicy =
@@ -65,9 +64,6 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
     if (!readable) {
         throw HttpError(400, "bad-target", "this is no address that is served here");
     }
-    if (request.body.size() > kMaxBody) {
-        throw HttpError(413, "too-large", "a body may have 64 KiB");
-    }
     if (auto signedIn = m_authenticator.signIn(request)) {
         return std::move(*signedIn);
     }
@@ -90,6 +86,10 @@ HttpResponse RequestPipeline::route(HttpRequest& request) const {
             throw HttpError(404, "not-found", "there is nothing at this address");
         }
         return notAllowed(methods);
+    }
+    if (request.body.size() > found->maxBody) {
+        throw HttpError(413, "too-large",
+                        "a body may have " + std::to_string(found->maxBody / 1024) + " KiB here");
     }
     found->checkQuery(request);
     if (request.query.contains("line") && request.queryValue("line") != m_line) {

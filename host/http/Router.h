@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
@@ -27,6 +28,8 @@ public:
         /// The parameters of the query that the route takes. Every route below "/api/v1" takes "line", too.
         std::vector<std::string> queryParameters{};
         Guard guard = Guard::eToken;
+        /// The most bytes that the body of a request may have; the server itself takes no more than 256 KiB.
+        std::size_t maxBody = 64U * 1024U;
 
         /// Throws `HttpError` 400 if the query of the request has a parameter that this route does not take,
         /// or one twice: a misspelt parameter must not widen a request. Routes outside "/api/v1" ignore the
