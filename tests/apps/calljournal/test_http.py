@@ -29,6 +29,8 @@ IMPORT = "POST /api/v1/contacts/import"
 GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value": "7"}', "DELETE /api/v1/lists/{list}": IDS,
         "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/lists/missed/unviewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', IMPORT: CARD % "N:New;Ned"}
+UPLOAD = "POST /api/v1/calls/import"
+GOOD[UPLOAD] = '{"calls": [{"start": "2026-11-21T05:22:05Z", "number": "1"}, {"start": "2026-11-21"}]}'
 RENAMED = {413: "Content Too Large", 422: "Unprocessable Content"}  # younger names than this Python knows
 # Requests beyond those that every operation gets: operation, status, path values, body.
 ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE /api/v1/lists/{list}", 400, {}, None),
@@ -40,6 +42,7 @@ ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE
         ("POST /api/v1/contacts", 422, {}, '{"surname": " "}'), ("PUT /api/v1/contacts/{id}", 422, {}, '{"defaultNumber": "fax"}'),
         ("GET /api/v1/times", 400, {"query": "?from=yesterday"}, None), ("GET /api/v1/times", 200, {"query": "?from=1970-01-01T00:00:00Z"}, None),
         ("GET /api/v1/contacts/{id}", 404, {"id": "77"}, None), ("DELETE /api/v1/contacts/{id}", 404, {"id": "77"}, None)]
+ROWS += [(UPLOAD, 422, {}, body) for body in ('{"calls": 1}', '{"calls": [], "more": 1}')]
 # Files of contacts: type, body, status, a part of the response.
 FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"added":1,"changed":0,"unchanged":0,"skipped":[{"line":5,'),
          ("Text/CSV; charset=utf-8", "shoe,surname,firstName\n,Byron,Ada\n1,%s," % EVIL, 200,
@@ -119,7 +122,7 @@ class HttpTest(ProgramTest):
             if "404" in each["responses"]:
                 self.described(operation, 404, {"query": "?line=none"}, GOOD.get(operation))
             if "413" in each["responses"]:
-                self.described(operation, 413, body=" " * 65537)
+                self.described(operation, 413, body=" " * (256001 if operation == UPLOAD else 65537))
         for path, methods in self.document["paths"].items():
             served = {each.upper() for each in methods} - {"PARAMETERS"}
             self.assertEqual(self.ask("PATCH", path.format(**self.values))[0], 405, path)
