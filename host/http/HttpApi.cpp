@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/history/StoredLists.h"
+#include "host/http/CallsResource.h"
 #include "host/http/ContactsResource.h"
 #include "host/http/EventFeed.h"
 #include "host/http/HttpError.h"
@@ -11,8 +12,10 @@
 #include "host/http/ListsResource.h"
 #include "host/http/Metrics.h"
 #include "host/http/OpenApi.h"
+#include "host/http/PartiesResource.h"
 #include "host/http/RequestPipeline.h"
 #include "host/http/SettingsResource.h"
+#include "host/http/StatisticsResource.h"
 #include "host/http/TimesResource.h"
 #include "journalservice/JournalServiceIfc.h"
 
@@ -32,6 +35,9 @@ public:
           m_times({m_backend.line, m_backend.database}),
           m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
                     m_backend.database}),
+          m_calls(m_backend.storedEntries),
+          m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
+          m_parties(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
           m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
                  [this](std::chrono::milliseconds pause, std::function<void()> work) {
                      m_server.postLater(pause, std::move(work));
@@ -47,6 +53,9 @@ public:
         m_settings.addRoutes(m_router);
         m_contacts.addRoutes(m_router);
         m_times.addRoutes(m_router);
+        m_calls.addRoutes(m_router);
+        m_statistics.addRoutes(m_router);
+        m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
         m_router.add({"GET", "/metrics", [this](const HttpRequest& /*each*/) { return metrics(); }});
         m_router.add({"GET", "/api/v1/events", [this](const HttpRequest& each) { return events(each); }});
@@ -118,6 +127,9 @@ private:
     ContactsResource m_contacts;
     TimesResource m_times;
     StatusResource m_status;
+    CallsResource m_calls;
+    StatisticsResource m_statistics;
+    PartiesResource m_parties;
     Router m_router;
     RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line};
     EventFeed m_feed;
