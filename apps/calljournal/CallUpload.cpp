@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t kUsualCalls = 400;
 constexpr std::size_t kUsualBytes = 150U * 1024U;
-/// A request may have 256 KiB.
-constexpr std::size_t kMaxBytes = 250U * 1024U;
+/// A request may have 250 KiB.
+constexpr std::size_t kMaxBytes = 240U * 1024U;
 
 }  // namespace
 

@@ -63,7 +63,9 @@ bool CallImport::addBatch(const Call* begin, const Call* end, bool unviewed, Cal
         }
         batch.imported = calls.size();
         batch.known = static_cast<std::size_t>(end - begin) - calls.size();
-        ImportedEntries(session, sources.line, sources.digits, run).take(calls);
+        if (!calls.empty()) {
+            ImportedEntries(session, sources.line, sources.digits, run).take(calls);
+        }
     });
     if (done) {
         m_run = std::move(run);

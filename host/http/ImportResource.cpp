@@ -17,7 +17,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 /// Enough for a few hundred calls.
-constexpr std::size_t kMaxBody = 256U * 1024U;
+constexpr std::size_t kMaxBody = 250U * 1024U;
 
 bool flagIn(const Json& body, const char* member) {
     const auto found = body.find(member);
