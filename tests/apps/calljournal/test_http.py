@@ -7,10 +7,12 @@ import resource
 import socket
 import sqlite3
 import struct
+import subprocess
 
 import jsonschema
 from harness import LIMIT, ProgramTest
 
+MAKE_HISTORY = os.path.join(os.path.dirname(__file__), "../../../tools/make-history")
 EVIL = "<img src=x onerror=alert(1)>"
 CALLS = """
 call ann from 4711 "%s" ; ring ann ; giveup ann
@@ -186,6 +188,25 @@ class HttpTest(ProgramTest):
             while self.next_event(stream)[1] != "resync":
                 pass
         self.assertIn('calljournal_unviewed_missed_calls{line="2001"} 0\n', self.ask("GET", "/metrics")[1].decode())
+
+    def test_a_made_history_is_served_and_deleted_as_a_filed_one(self):
+        subprocess.run([MAKE_HISTORY, self.data, "--calls", "2500", "--parties", "1500"], check=True, capture_output=True)
+        server = self.serve("127.0.0.1:9")
+        calls, page = [], {"next": ""}
+        while page["next"] is not None:
+            page = self.get(server, "calls?limit=700" + ("&cursor=" + page["next"] if page["next"] else ""))
+            calls += page["items"]
+        self.assertEqual([call["id"] for call in calls], list(range(2500, 0, -1)))
+        self.assertEqual(self.get(server, "statistics")["totals"]["calls"], 2500)
+        for name in ("missed", "dialled", "received", "forwarded"):
+            entries = {call["uniqueId"] for call in calls if call["list"] == name} - {None}
+            shown = self.get(server, "lists/" + name)
+            self.assertEqual((shown["total"], {item["uniqueId"] for item in shown["items"]}), (len(entries), entries))
+            for item in shown["items"][:3]:
+                self.assertEqual(item["calls"], sum(call["uniqueId"] == item["uniqueId"] for call in calls))
+        with self.open(server, "calls?all=true", "DELETE") as response:
+            self.assertEqual(json.load(response), {"deleted": 2500})
+        self.assertEqual(self.get(server, "lists/received")["total"], 0)
 
     def test_hostile_clients_do_not_hold_up_the_journal(self):
         simulator, address = self.simulate(CALLS, "--loop")
