@@ -41,6 +41,8 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeSwitchCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDemoCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeListCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeCallsCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeStatsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeShowCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeWatchCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeViewedCommand(CLI::App& app);

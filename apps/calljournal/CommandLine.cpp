@@ -22,16 +22,18 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 14> kEntries{{
+constexpr std::array<Entry, 16> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {"demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
     {"list", "print a list of the running journal", &makeListCommand},
+    {"calls", "print the calls of the history of the running journal", &makeCallsCommand},
+    {"stats", "print statistics of the calls of the running journal", &makeStatsCommand},
     {"show", "print an entry of the running journal with all its calls", &makeShowCommand},
     {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
     {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
-    {"delete", "delete entries of the running journal", &makeDeleteCommand},
-    {"export", "print a list of the running journal as a file for other programs", &makeExportCommand},
+    {"delete", "delete entries or calls of the running journal", &makeDeleteCommand},
+    {"export", "print calls of the running journal as a file for other programs", &makeExportCommand},
     {"import", "store the calls of a file in the history of the running journal", &makeImportCommand},
     {"backup", "copy the journal to a file, also while it runs", &makeBackupCommand},
     {"restore", "replace the journal by a file that backup wrote", &makeRestoreCommand},

@@ -5,20 +5,15 @@
 namespace calljournal {
 
 void FilterOptions::addSelection(CLI::App& app) {
-    addPeriod(app);
+    add(app, "since", "TIME", "only calls from TIME on: 2026-11-21, 2026-11-21T15:00, 7d for seven days ago");
+    add(app, "until", "TIME", "only calls before TIME");
+    add(app, "tz", "ZONE", "the time zone of the given times, such as Europe/Berlin [that of the server]");
     add(app, "number", "NUMBER", "only calls with this number, in any spelling");
     add(app, "search", "TEXT", "only calls with TEXT in the name or number");
     add(app, "list", "LIST", "only calls of this list: missed, dialled, received or forwarded");
     add(app, "direction", "incoming|outgoing", "only incoming or only outgoing calls");
     add(app, "viewed", "true|false", "only missed calls that were viewed, or that were not");
-    add(app, "min-duration", "SECONDS", "only calls of at least this duration");
-}
-
-void FilterOptions::addPeriod(CLI::App& app) {
-    add(app, "since", "TIME",
-        "only calls from TIME on: 2026-11-21, 2026-11-21T15:00, or 7d for seven days ago");
-    add(app, "until", "TIME", "only calls before TIME");
-    add(app, "tz", "ZONE", "the time zone of the given times, such as Europe/Berlin [that of the server]");
+    add(app, "min-duration", "SECONDS", "only calls of at least this duration, also 1m30s");
 }
 
 void FilterOptions::addOrder(CLI::App& app) {

@@ -24,8 +24,6 @@ public:
 
     /// Adds --since, --until, --tz, --number, --search, --list, --direction, --viewed and --min-duration.
     void addSelection(CLI::App& app);
-    /// Adds --since, --until and --tz only.
-    void addPeriod(CLI::App& app);
     /// Adds --sort.
     void addOrder(CLI::App& app);
 

@@ -26,6 +26,14 @@ std::string checkList(const std::string& text) {
                                  "; the lists are missed, dialled, received, forwarded and callbacks";
 }
 
+std::string alternatives(const std::vector<std::string>& words) {
+    std::string text = words.front();
+    for (std::size_t at = 1; at < words.size(); ++at) {
+        text += (at + 1 < words.size() ? ", " : " or ") + words[at];
+    }
+    return text;
+}
+
 }  // namespace
 
 void addListOption(CLI::App& app, std::string& list, ListOption kind) {
@@ -49,8 +57,7 @@ void addFormatOption(CLI::App& app, std::string& format, const std::vector<std::
         ->check(std::function<std::string(const std::string&)>([formats](const std::string& text) {
             return std::find(formats.begin(), formats.end(), text) != formats.end()
                        ? std::string()
-                       : "there is no format " + text + "; it is " + formats.front() + " or " +
-                             formats.back();
+                       : "there is no format " + text + "; it is " + alternatives(formats);
         }));
 }
 

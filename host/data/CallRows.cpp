@@ -162,16 +162,6 @@ std::optional<std::string> CallRows::removeAll(ListName list) {
     return id > 0 ? std::optional(uniqueIdOf(id)) : std::nullopt;
 }
 
-std::set<std::string> CallRows::ids(ListName list) {
-    std::set<std::string> ids;
-    Query rows = m_session.query("SELECT id FROM call_item WHERE line = ? AND list = ?");
-    rows.bind(m_line).bind(numberOf(list));
-    while (rows.next()) {
-        ids.insert(uniqueIdOf(rows.number()));
-    }
-    return ids;
-}
-
 std::int64_t CallRows::count(ListName list) {
     Query rows = m_session.query("SELECT count(*) FROM call_item WHERE line = ? AND list = ?");
     return rows.bind(m_line).bind(numberOf(list)).next() ? rows.number() : 0;

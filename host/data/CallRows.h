@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "host/data/HistoryRows.h"
@@ -53,8 +52,6 @@ public:
     /// The row with that unique id, if `text` is a number, or the newest one with that entry id.
     [[nodiscard]] std::optional<std::int64_t> idOf(ListName list, const std::string& text);
 
-    /// The unique ids of the list's rows.
-    [[nodiscard]] std::set<std::string> ids(ListName list);
     /// The number of items in the list.
     [[nodiscard]] std::int64_t count(ListName list);
     [[nodiscard]] HistoryRows& history() noexcept { return m_history; }

@@ -152,16 +152,6 @@ HistoryRows::Context SqliteDataAccess::context() const {
     return {m_line, m_digits, m_sources.phoneAhead ? m_sources.phoneAhead() : std::chrono::seconds(0)};
 }
 
-std::optional<std::set<std::string>> SqliteDataAccess::storedIds(ListName list) {
-    std::set<std::string> ids;
-    const HistoryRows::Context context = this->context();
-    const bool done = m_database.read("reading the ids of a list", [&](Database::Session& session) {
-        ids = list == ListName::eCallbacks ? CallBackRows(session, m_line).ids()
-                                           : CallRows(session, context).ids(list);
-    });
-    return done ? std::optional(std::move(ids)) : std::nullopt;
-}
-
 std::string SqliteDataAccess::processRequest(const std::string& request) {
     try {
         return responseTo(request);

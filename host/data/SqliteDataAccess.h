@@ -3,7 +3,6 @@
 #include <chrono>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "host/calls/LiveCallStoreIfc.h"
@@ -53,10 +52,6 @@ public:
                      DataAccessSources sources = {});
 
     [[nodiscard]] std::string processRequest(const std::string& request) override;
-
-    /// The unique ids of the list's rows, of the callbacks the entry ids; `std::nullopt` if the database
-    /// fails.
-    [[nodiscard]] std::optional<std::set<std::string>> storedIds(ListName list);
 
     /// True if the database carried out the last request; see `Database::healthy`. Never blocks.
     [[nodiscard]] bool healthy() const noexcept;

@@ -2,6 +2,8 @@
 # /usr/share/bash-completion/completions/calljournal. For zsh, in ~/.zshrc:
 #   autoload -U +X bashcompinit && bashcompinit && source .../calljournal.bash
 
+_calljournal_filters='--since --until --tz --number --search --list --direction --viewed --min-duration'
+
 # _calljournal_options COMMAND [SUBCOMMAND]: its options.
 _calljournal_options() {
     case "$1${2:+ $2}" in
@@ -11,12 +13,12 @@ _calljournal_options() {
         demo) echo --config --listen --set --data --help ;;
         list) echo --limit --search --ids --json --csv --data --help ;;
         show | watch | settings) echo --json --data --help ;;
-        delete)
-            echo --all --since --until --tz --number --search --list --direction --viewed --min-duration --data --help
-            ;;
+        calls) echo "$_calljournal_filters" --sort --limit --json --data --help ;;
+        stats) echo "$_calljournal_filters" --by --limit --json --data --help ;;
+        delete) echo --all "$_calljournal_filters" --data --help ;;
         import) echo --format --columns --timezone --time-format --own --unviewed --json --data --help ;;
         backup) echo --force --data --help ;;
-        export) echo --format --data --help ;;
+        export) echo --format "$_calljournal_filters" --sort --limit --data --help ;;
         'contacts import') echo --json --data --help ;;
         'contacts add')
             echo --first-name --surname --office --mobile --private --office2 --email --company --job-function --group --address \
@@ -56,15 +58,21 @@ _calljournal() {
             return
             ;;
         --format)
-            words='csv json'
+            words='csv json jsonl ical'
             [[ $command == contacts ]] && words='vcf csv'
             ;;
+        --list) words='missed dialled received forwarded' ;;
+        --direction) words='incoming outgoing' ;;
+        --viewed) words='true false' ;;
+        --sort) words='start -start' ;;
+        --by) words='day hour weekday party' ;;
+        --since | --until | --tz | --number | --min-duration) return ;;
         --listen | --switch | --set | --rate | --answer | --limit | --search) return ;;
         *)
             if [[ $word == -* ]]; then
                 words=$(_calljournal_options "$command" "$subcommand")
             elif [[ -z $command ]]; then
-                words='serve switch demo list show watch viewed delete export import backup restore contacts settings'
+                words='serve switch demo list calls stats show watch viewed delete export import backup restore contacts settings'
             elif [[ $command == contacts && -z $subcommand ]]; then
                 words='import add list export'
             elif [[ $subcommand == import ]]; then

@@ -22,13 +22,17 @@ LIMIT = 40.0  # generous: a sanitizer and a busy machine make everything slow
 IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short intervals between attempts to connect
 
 
+# The commands reach a server on this machine without the proxy of the environment.
+ENVIRONMENT = {**os.environ, "TZ": "UTC", "http_proxy": "http://127.0.0.1:1"}
+
+
 class Program:
     """One process of the program whose two outputs are read all the time."""
 
     def __init__(self, *arguments):
         self.process = subprocess.Popen([os.environ["CALLJOURNAL"], *arguments], stdin=subprocess.DEVNULL,
                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
-                                        encoding="utf-8", env={**os.environ, "TZ": "UTC"})
+                                        encoding="utf-8", env=ENVIRONMENT)
         self.arguments = arguments
         self.output, self.errors = queue.Queue(), queue.Queue()
         self.seen = []
@@ -139,7 +143,7 @@ class ProgramTest(unittest.TestCase):
     def run_program(self, *arguments):
         """Runs the program to its end; returns exit status, output and errors."""
         done = subprocess.run([os.environ["CALLJOURNAL"], *arguments], stdin=subprocess.DEVNULL, capture_output=True,
-                              text=True, encoding="utf-8", timeout=LIMIT, env={**os.environ, "TZ": "UTC"})
+                              text=True, encoding="utf-8", timeout=LIMIT, env=ENVIRONMENT)
         return done.returncode, done.stdout, done.stderr
 
     def done(self, *arguments):

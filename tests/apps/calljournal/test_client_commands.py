@@ -69,8 +69,7 @@ class ClientCommandsTest(ProgramTest):
     def test_csv_holds_what_json_holds_and_no_formula(self):
         self.calls()
         for name in ("missed", "dialled", "received", "callbacks"):
-            text = self.done("export", name, "--format", "csv")
-            self.assertEqual(self.done("list", name, "--csv"), text)
+            text = self.done("list", name, "--csv")
             self.assertEqual(self.done("export", name, "--format", "json"), self.done("list", name, "--json"))
             rows = list(csv.DictReader(io.StringIO(text, newline=""), strict=True))
             calls = [{**item, **call} for item in self.list(name)["items"] for call in item.pop("occurrences", [{}])]
@@ -79,6 +78,21 @@ class ClientCommandsTest(ProgramTest):
                 self.assertFalse([cell for cell in row.values() if cell[:1] in list("=+-@")])
                 self.assertEqual({key: cell[cell.startswith("'"):] for key, cell in row.items()},
                                  {key: value if isinstance(value, str) else json.dumps(value) for key, value in call.items()})
+
+    def test_calls_are_selected_counted_exported_and_deleted(self):
+        self.calls()
+        found = json.loads(self.done("calls", "--list", "missed", "--sort", "start", "--json"))
+        self.assertEqual(([call["number"] for call in found["items"]], found["next"]), (["4711", "+4915550100123", "4712"], None))
+        self.assertRegex(self.done("calls", "--limit", "1"), r"^  TIME +LIST +NAME .*\n  [-0-9]+ [:0-9]+  dialled +Bob .*\n\(1 shown; there are more: --limit N\)\n$")
+        self.assertEqual([json.loads(line) for line in self.done("export", "--format", "jsonl", "--sort", "start").splitlines()][:3], found["items"])
+        self.assertEqual([row["number"] for row in csv.DictReader(io.StringIO(self.done("export", "missed", "--search", "zoe", "--format", "csv")))], ["4712"])
+        self.assertEqual(self.done("export", "missed", "--format", "ical").count("BEGIN:VEVENT"), 3)
+        self.assertRegex(self.done("stats", "--since", "1d"), r"^  Calls +4\n  Answered here +0\n  Missed +3\n(.*\n)+\n  NAME +NUMBER +CALLS .*\n")
+        self.assertRegex(self.done("stats", "--by", "weekday"), r"\n  WEEKDAY +CALLS .*\n  [A-Z][a-z]+day +4 ")
+        self.assertIn("since must be a date", self.refused("calls", "--since", "once"))
+        self.assertIn("number must not be empty", self.refused("delete", "--since", "1d", "--number", ""))
+        self.assertEqual(self.done("delete", "--number", "4711"), "1 call deleted\n")
+        self.assertEqual((self.list("missed")["total"], len(json.loads(self.done("calls", "--json"))["items"])), (2, 3))
 
     def helped(self):
         """Each command with sub-commands and options, as --help names them: {"contacts list": ["--data", ...]}."""
@@ -114,7 +128,7 @@ class ClientCommandsTest(ProgramTest):
             section = [each for each in sections if re.match(" (Cm )?".join(command.split()) + r"\b", each)]
             self.assertEqual(len(section), 1, command)
             self.assertEqual({"--" + each for each in re.findall(r"Fl Fl (\S+)", section[0])} | {"--data", "--help"}, set(known), command)
-        self.assertEqual(complete("delete", "missed", "--format", "j"), ["json"])
+        self.assertEqual(complete("export", "missed", "--format", "c"), ["csv"])
         self.assertEqual(complete("list", "--limit", "3", "d"), ["dialled"])
         self.assertEqual(complete("list", "missed", "d"), [])
 
