@@ -122,10 +122,10 @@ test("the focus stays near what was deleted, Back closes an entry, and a refused
     await failure.getByRole("button").click();
     await failure.waitFor({ state: "detached" });
 
-    // "All" includes entries that the page does not show.
+    // "All" is not a list of ids.
     await page.unroute("**/lists/missed", refused);
     await at(page, "delete-several").click();
-    await page.getByText("3 entries deleted, and all older ones").waitFor();
+    await page.getByText("3 entries deleted, with all calls of the list").waitFor();
     const request = page.waitForRequest((each) => each.method() === "DELETE");
     await final();
     assert.equal((await request).postData(), null);
@@ -152,7 +152,7 @@ test("a thousand entries need few rows and scroll without gaps", async (context)
     const [stage, page] = await showJournal(context, "status normal");
     const time = new Date().toISOString();
     const items = Array.from({ length: 1000 }, (_, index) => (
-        { entryId: `e${index}`, uniqueId: `u${index}`, firstName: "No", surname: `${index + 1}.`, number: "1", viewed: true, occurrences: [], time }));
+        { entryId: `e${index}`, uniqueId: `u${index}`, firstName: "", surname: "", displayName: `No ${index + 1}.`, number: "1", viewed: true, occurrences: [], time }));
     await page.route("**/lists/missed", (route) => route.fulfill({ json: { list: "missed", total: 1000, unviewed: 0, items } }));
     await page.reload();
     await row(page, "No 1.").locator("[data-control=open]").focus();

@@ -6,6 +6,7 @@ import "./style/colours.css";
 import "./style/frame.css";
 import "./style/controls.css";
 import "./style/list.css";
+import "./style/calls.css";
 import "./style/details.css";
 import "./style/views.css";
 import "./style/windows.css";

@@ -1,4 +1,4 @@
-import type { Contact, ContactValues, ImportResponse, ListResponse, ListName, Quarter, Rejection, Status } from "./types";
+import type { CallPage, Contact, ContactValues, ImportResponse, ListResponse, ListName, Quarter, Rejection, Status } from "./types";
 
 /** The server refused the request, or was not reachable (status 0). The message is for the user. */
 export class ApiError extends Error {
@@ -25,13 +25,13 @@ function content(body: unknown): RequestInit {
 }
 
 /** Sends a request. With `keepalive` it continues after the user has left the page. Throws ApiError. */
-async function request<Result>(method: string, path: string, body?: unknown, keepalive = false): Promise<Result> {
+async function request<Result>(method: string, path: string, body?: unknown, keepalive = false, limit = 15_000): Promise<Result> {
     let response: Response;
     try {
         response = await fetch(`/api/v1/${path}`, {
             method,
             keepalive,
-            signal: AbortSignal.timeout(15_000),
+            signal: AbortSignal.timeout(limit),
             ...content(body),
         });
     } catch {
@@ -58,8 +58,21 @@ export const api = {
     deleteEntries: (name: ListName, entryIds: string[] | undefined, keepalive: boolean) =>
         request<void>("DELETE", entryIds ? `lists/${name}` : `lists/${name}?all=true`, entryIds && { entryIds }, keepalive),
     markViewed: (entryIds: string[]) => request<void>("POST", "lists/missed/viewed", { entryIds }),
+    markUnviewed: (entryIds: string[]) => request<void>("POST", "lists/missed/unviewed", { entryIds }),
     /** Counts all calls in the database; quarters of an hour without a call are left out. */
     times: (from: Date) => request<{ quarters: Quarter[] }>("GET", `times?from=${from.toISOString()}`),
+
+    /** The next calls of a selection. The query has the filters (`callQuery`). */
+    calls: (query: string, limit: number, cursor: string | null) =>
+        request<CallPage>("GET", `calls?${query}&limit=${limit}${cursor ? `&cursor=${encodeURIComponent(cursor)}` : ""}`),
+    countCalls: async (query: string) => (await request<{ totals: { calls: number } }>("GET", `statistics?limit=1&${query}`)).totals.calls,
+    /** Returns the number of deleted calls. A million takes minutes. */
+    deleteCalls: async (query: string) =>
+        (await request<{ deleted: number }>("DELETE", `calls?${query}`, undefined, false, 600_000)).deleted,
+    deleteCall: (id: number) => request<void>("DELETE", `calls/${id}`).catch(ignoreNotFound),
+
+    party: (number: string) => request<{ note: string }>("GET", `parties/${encodeURIComponent(number)}`),
+    setNote: (number: string, note: string) => request<unknown>("PUT", `parties/${encodeURIComponent(number)}`, { note }, true),
 
     contacts: (search: string, limit: number) =>
         request<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encodeURIComponent(search)}`),

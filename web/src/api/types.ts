@@ -9,8 +9,9 @@ export interface Occurrence {
     time: string;
     redirectingNumber: string;
     redirectingName: string;
-    /** Minutes and seconds, "01:01". Missed calls have none. */
-    duration?: string;
+    /** Missed calls have none. */
+    durationSeconds?: number;
+    endApproximate: boolean;
     lineKey?: string;
     completedElsewhere?: boolean;
     substituteNumber?: string;
@@ -18,16 +19,21 @@ export interface Occurrence {
     forwardedToNumber?: string;
 }
 
-/** An entry of a list. Callbacks have the members of the last group instead of occurrences. */
+/** An entry of a list. Callbacks have the members of the last group instead of those before it. */
 export interface Entry {
     entryId: string;
+    /** The name as filed. */
     firstName: string;
     surname: string;
+    /** The name of the contact that has the number now, else the name as filed. */
+    displayName: string;
     number: string;
     time: string;
 
     uniqueId?: string;
     viewed?: boolean;
+    /** The number of all calls; `occurrences` are the newest ten. */
+    calls?: number;
     occurrences?: Occurrence[];
 
     numberType?: string;
@@ -41,6 +47,41 @@ export interface ListResponse {
     total: number;
     unviewed: number;
     items: Entry[];
+}
+
+/** Why a call has another party than the one that was called. */
+export type CallReason = "" | "transfer" | "forward-busy" | "forward-no-answer" | "forward-always" | "pick-up" | "completed-elsewhere";
+
+/** A call of the history, which keeps more calls than the entries of the lists show. */
+export interface Call {
+    id: number;
+    /** The unique id of its entry; null if its entry has left the list. */
+    uniqueId: string | null;
+    list: Exclude<ListName, "callbacks">;
+    number: string;
+    /** The name as filed. */
+    name: string;
+    displayName: string;
+    connectedNumber: string | null;
+    connectedName: string | null;
+    redirectingNumber: string | null;
+    redirectingName: string | null;
+    reason: CallReason;
+    start: string;
+    answered: string | null;
+    ended: string | null;
+    /** Seconds. */
+    duration: number;
+    endApproximate: boolean;
+    lineKey: string;
+    viewed: boolean;
+    calledBackAt: string | null;
+}
+
+/** `next` is the cursor of the next page; null on the last one. */
+export interface CallPage {
+    items: Call[];
+    next: string | null;
 }
 
 export interface Status {

@@ -1,4 +1,5 @@
 import { useEffect } from "preact/hooks";
+import { CallsView } from "../calls/CallsView";
 import { ContactsView } from "../contacts/ContactsView";
 import { ListView } from "../list/ListView";
 import { TimesView } from "../heatmap/TimesView";
@@ -33,6 +34,7 @@ export function App() {
             <main class="main" tabIndex={-1} aria-label={titles[view]} data-test={`view-${view}`}>
                 <Notices />
                 {isList(view) && <ListView key={view} list={view} />}
+                {view === "calls" && <CallsView />}
                 {view === "contacts" && <ContactsView />}
                 {view === "times" && <TimesView />}
                 {view === "settings" && <SettingsView />}

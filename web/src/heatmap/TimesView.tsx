@@ -16,7 +16,7 @@ export function TimesView() {
                 {quarters ? `${plural(total, "call", "calls")} in the last four weeks, all lists together. ` : "Counting the calls … "}
                 {quarters && total === 0
                     ? "The heatmap fills as calls come in."
-                    : "The journal counts up to 1,000 entries in each list, with the last 10 calls of each."}
+                    : "Deleted calls are not counted."}
             </p>
             <CallHeatmap days={found} />
             <details>

@@ -2,10 +2,12 @@ import { useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import type { Contact, Entry, ListName } from "../api/types";
 import { ContactDialog } from "../contacts/ContactDialog";
-import { fullName, plural, titleOf } from "../text/names";
+import { journal } from "../state/app";
+import { titleOf } from "../text/names";
 import { dateLanguage, fullTime } from "../text/times";
 import { callbackText } from "./callbacks";
-import { OccurrenceList } from "./OccurrenceList";
+import { EntryCalls } from "./EntryCalls";
+import { PartyNote } from "./PartyNote";
 import { useMarkOpenedViewed } from "./useMarkViewed";
 
 interface Props {
@@ -53,7 +55,6 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
         }
     };
     const title = titleOf(entry);
-    const calls = entry.occurrences ?? [];
     const waiting = callbackText(entry);
     return (
         <section
@@ -74,17 +75,30 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
                     Close
                 </button>
             </div>
-            {fullName(entry) && entry.number && <p class="details-number">{entry.number}</p>}
+            {entry.displayName && entry.number && <p class="details-number">{entry.number}</p>}
             <div class="details-actions">
                 {entry.number && (
                     <button type="button" data-test="add-contact" onClick={() => void openDialog()}>
                         {contact ? "Change the contact" : "Add to contacts"}
                     </button>
                 )}
+                {entry.viewed && (
+                    <button
+                        type="button"
+                        data-test="mark-new"
+                        onClick={() => {
+                            onClose();
+                            journal.markNew(entry);
+                        }}
+                    >
+                        Mark as new
+                    </button>
+                )}
                 <button type="button" data-test="details-delete" onClick={onDelete}>
                     Delete
                 </button>
             </div>
+            {entry.number && <PartyNote key={entry.number} number={entry.number} />}
             {list === "callbacks" ? (
                 <p>
                     Callback asked for on{" "}
@@ -94,10 +108,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
                     {waiting && ` (${waiting})`}.
                 </p>
             ) : (
-                <>
-                    <h3>{plural(calls.length, "call", "calls")}</h3>
-                    <OccurrenceList calls={calls} />
-                </>
+                <EntryCalls entry={entry} />
             )}
             {dialog && (
                 <ContactDialog

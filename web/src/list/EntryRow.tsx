@@ -1,5 +1,5 @@
 import type { Entry, ListName } from "../api/types";
-import { fullName, plural, titleOf } from "../text/names";
+import { plural, titleOf } from "../text/names";
 import { briefTime, dateLanguage, durationText, fullTime } from "../text/times";
 import { callbackText } from "./callbacks";
 
@@ -20,13 +20,13 @@ interface Props {
 
 /** The text below the name: number, number of calls, duration of the newest. */
 function facts(list: ListName, entry: Entry): string {
-    const calls = entry.occurrences ?? [];
-    const newest = calls[0];
+    const { calls = 1 } = entry;
+    const newest = entry.occurrences?.[0];
     return [
-        fullName(entry) ? entry.number : entry.number ? "" : "number withheld",
+        entry.displayName ? entry.number : entry.number ? "" : "number withheld",
         list === "callbacks" ? callbackText(entry) : "",
-        calls.length > 1 ? plural(calls.length, "call", "calls") : "",
-        newest?.duration ? durationText(newest.duration) : "",
+        calls > 1 ? plural(calls, "call", "calls") : "",
+        newest?.durationSeconds ? durationText(newest.durationSeconds, newest.endApproximate) : "",
         newest?.completedElsewhere ? "answered elsewhere" : "",
         newest?.forwardedToNumber ? `to ${newest.forwardedToNumber}` : "",
     ]

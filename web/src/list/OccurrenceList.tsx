@@ -7,7 +7,7 @@ function factsOf(call: Occurrence): [string, string][] {
     const facts: [string, string | undefined][] = [
         ["Number", call.number],
         ["Connected to", call.connectedNumber === call.number ? "" : call.connectedNumber],
-        ["Duration", call.duration && durationText(call.duration)],
+        ["Duration", call.durationSeconds === undefined ? "" : durationText(call.durationSeconds, call.endApproximate)],
         ["Redirected by", redirected],
         ["Forwarded to", call.forwardedToNumber],
         ["Line", call.lineKey],

@@ -21,7 +21,7 @@ export function useMarkViewed(box: RefObject<HTMLElement>, entries: readonly Ent
             const { top, bottom } = visiblePart(element);
             const first = Math.max(0, Math.ceil(top / rowHeight - 0.5));
             const last = Math.max(0, Math.floor(bottom / rowHeight + 0.5));
-            const seen = latest.current.slice(first, last).filter((each) => each.viewed === false);
+            const seen = latest.current.slice(first, last).filter((each) => each.viewed === false && !journal.isKeptNew(each));
             const ids = new Set(seen.map((each) => each.entryId));
             [...since.keys()].filter((id) => !ids.has(id)).forEach((id) => since.delete(id));
             const now = performance.now();
@@ -41,9 +41,10 @@ export function useMarkViewed(box: RefObject<HTMLElement>, entries: readonly Ent
 export function useMarkOpenedViewed(entry: Entry): void {
     const latest = useRef(entry);
     latest.current = entry;
+    useLayoutEffect(() => journal.onOpened(entry), []);
     useLayoutEffect(() => {
         const look = () => {
-            if (latest.current.viewed === false && document.visibilityState === "visible") {
+            if (latest.current.viewed === false && !journal.isKeptNew(latest.current) && document.visibilityState === "visible") {
                 journal.markViewed([latest.current.entryId]);
             }
         };

@@ -1,9 +1,9 @@
 const keys = [
-    ["Up, Down, Page Up, Page Down, Home, End", "go from entry to entry"],
-    ["Enter", "opens the entry"],
-    ["Escape", "closes it"],
+    ["Up, Down, Page Up, Page Down, Home, End", "go from entry to entry, and from call to call"],
+    ["Enter", "opens the entry or the call"],
+    ["Escape", "closes the entry"],
     ["Space", "on an entry's box: selects it"],
-    ["Delete", "deletes the entry"],
+    ["Delete", "deletes the entry or the call"],
     ["Ctrl+Z", "undoes deleting"],
 ] as const;
 

@@ -15,7 +15,7 @@ const maxWaiting = 300;
 /** On leaving a page, a browser sends at most 64 KiB of bodies, all requests together. */
 const maxBytesOnLeave = 60_000;
 
-/** `whole`: the whole list, including entries that are older than those on the page. */
+/** `whole`: the whole list, including the calls whose entry has left it. */
 interface Batch {
     ids: Set<string>;
     whole: boolean;
@@ -60,8 +60,8 @@ export class Deletions extends Store {
         const contacts = this.waiting.get("contacts")?.ids.size ?? 0;
         const entries = this.count() - contacts;
         const parts = [entries > 0 && plural(entries, "entry", "entries"), contacts > 0 && plural(contacts, "contact", "contacts")];
-        const older = [...this.waiting.values()].some((each) => each.whole) ? ", and all older ones that are not shown" : "";
-        return `${parts.filter(Boolean).join(" and ")} deleted${older}`;
+        const whole = [...this.waiting.values()].some((each) => each.whole) ? ", with all calls of the list" : "";
+        return `${parts.filter(Boolean).join(" and ")} deleted${whole}`;
     }
 
     add(scope: DeletionScope, ids: readonly string[], whole = false): void {

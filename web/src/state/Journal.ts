@@ -1,7 +1,7 @@
 import { api } from "../api/client";
 import { listNames, type Change, type Entry, type ListName } from "../api/types";
 import { titleOf } from "../text/names";
-import { actions, applied } from "./entries";
+import { actions, applied, keyOf, withViewed } from "./entries";
 import type { Failures } from "./Failures";
 import { Store } from "./Store";
 
@@ -26,6 +26,8 @@ export class Journal extends Store {
         listNames.map((name) => [name, { entries: [], read: false, reading: false, again: false, failed: false, lateChanges: [] }]),
     );
     private counting: number | undefined;
+    /** Keys of missed entries that were marked as new again. They stay new until they are opened or get a further call. */
+    private readonly keptNew = new Set<string>();
 
     constructor(private readonly failures: Failures) {
         super();
@@ -59,7 +61,7 @@ export class Journal extends Store {
             state.lateChanges.push(change);
         }
         this.apply(name, state, change);
-        if (name === "missed" && change.item && !change.item.viewed && (change.action === actions.added || change.action === actions.updated)) {
+        if (name === "missed" && change.item && !change.item.viewed && !this.isKeptNew(change.item) && (change.action === actions.added || change.action === actions.updated)) {
             this.announcement = { text: `Missed call from ${titleOf(change.item)}`, count: this.announcement.count + 1 };
         }
         this.changedSoon();
@@ -82,16 +84,38 @@ export class Journal extends Store {
 
     markViewed(entryIds: string[]): void {
         const state = this.stateOf("missed");
-        const wanted = new Set(entryIds);
-        state.entries = state.entries.map((each) => (wanted.has(each.entryId) ? { ...each, viewed: true } : each));
+        state.entries = withViewed(state.entries, entryIds, true);
         this.changed();
         api.markViewed(entryIds).then(
             () => this.failures.clear("viewed"),
             (error: unknown) => {
                 this.failures.reportOnce("viewed", "Not marked as viewed", error);
+                state.entries = withViewed(state.entries, entryIds, false); // not "marked as new again"
                 void this.read("missed");
             },
         );
+    }
+
+    markNew(entry: Entry): void {
+        const state = this.stateOf("missed");
+        this.replaceEntries(state, withViewed(state.entries, [entry.entryId], false));
+        this.changed();
+        api.markUnviewed([entry.entryId]).then(
+            () => this.failures.clear("new"),
+            (error: unknown) => {
+                this.failures.report("new", "Not marked as new", error);
+                void this.read("missed");
+            },
+        );
+    }
+
+    /** True if only opening the entry, or a further call, ends its mark as new. */
+    isKeptNew(entry: Entry): boolean {
+        return this.keptNew.has(keyOf(entry));
+    }
+
+    onOpened(entry: Entry): void {
+        this.keptNew.delete(keyOf(entry));
     }
 
     /** Removes entries that the server has deleted; its event repeats that. */
@@ -105,10 +129,24 @@ export class Journal extends Store {
         return this.lists.get(name) as ListState;
     }
 
+    /** Also finds the entries that were marked as new again, here or by another client: the number of their calls is unchanged. */
+    private replaceEntries(state: ListState, entries: Entry[]): void {
+        const before = new Map(state.entries.map((each) => [keyOf(each), each]));
+        for (const entry of entries) {
+            const { viewed, calls } = before.get(keyOf(entry)) ?? {};
+            if (viewed && entry.viewed === false && calls === entry.calls) {
+                this.keptNew.add(keyOf(entry));
+            } else if (entry.viewed || calls !== entry.calls) {
+                this.keptNew.delete(keyOf(entry));
+            }
+        }
+        state.entries = entries;
+    }
+
     private apply(name: ListName, state: ListState, change: Change): void {
         const next = applied(state.entries, change);
         if (next) {
-            state.entries = next;
+            this.replaceEntries(state, next);
         } else {
             void this.read(name);
         }
@@ -124,7 +162,7 @@ export class Journal extends Store {
         state.lateChanges = [];
         try {
             const response = await api.list(name);
-            state.entries = response.items;
+            this.replaceEntries(state, response.items);
             state.read = true;
             state.reading = false;
             state.failed = false;

@@ -1,6 +1,7 @@
 import { EventStream } from "../api/EventStream";
 import { api, ApiError } from "../api/client";
 import type { Change, ListName, Status } from "../api/types";
+import type { CallHistory } from "./CallHistory";
 import type { Failures } from "./Failures";
 import type { Journal } from "./Journal";
 import type { Settings } from "./Settings";
@@ -17,15 +18,23 @@ export class LineState extends Store {
 
     constructor(
         private readonly journal: Journal,
+        private readonly callHistory: CallHistory,
         private readonly settings: Settings,
         private readonly failures: Failures,
     ) {
         super();
         this.stream = new EventStream({
-            changed: (list: ListName, change: Change) => journal.onChange(list, change),
-            unviewedCount: (count) => journal.checkUnviewedCount(count),
+            changed: (list: ListName, change: Change) => {
+                journal.onChange(list, change);
+                callHistory.refreshSoon();
+            },
+            unviewedCount: (count) => {
+                journal.checkUnviewedCount(count);
+                callHistory.refreshSoon();
+            },
             reload: () => {
                 journal.readAll();
+                callHistory.refreshSoon();
                 void settings.read();
             },
             connected: (up) => {
@@ -55,6 +64,7 @@ export class LineState extends Store {
                 this.stream.open();
             }
             this.journal.readFailed();
+            this.callHistory.readFailed();
             this.settings.readFailed();
         } catch (error) {
             if (error instanceof ApiError && error.status === 401) {

@@ -1,5 +1,6 @@
 import type { Entry, ListName } from "../api/types";
 import { ContactImport } from "./ContactImport";
+import { CallHistory } from "./CallHistory";
 import { Deletions } from "./Deletions";
 import { Failures } from "./Failures";
 import { Journal } from "./Journal";
@@ -13,7 +14,8 @@ export const failures = new Failures();
 export const journal = new Journal(failures);
 export const settings = new Settings(failures);
 export const deletions = new Deletions(journal, failures);
-export const lineState = new LineState(journal, settings, failures);
+export const callHistory = new CallHistory(failures);
+export const lineState = new LineState(journal, callHistory, settings, failures);
 export const contactImport = new ContactImport(failures);
 
 /** The entries of a list without those just deleted. A component that calls this uses the stores `journal` and `deletions`. */

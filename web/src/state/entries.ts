@@ -23,3 +23,8 @@ export function applied(list: Entry[], { action, entryId, item }: Change): Entry
     const position = older < 0 ? others.length : older;
     return [...others.slice(0, position), item, ...others.slice(position)];
 }
+
+export function withViewed(list: readonly Entry[], entryIds: readonly string[], viewed: boolean): Entry[] {
+    const wanted = new Set(entryIds);
+    return list.map((each) => (wanted.has(each.entryId) ? { ...each, viewed } : each));
+}

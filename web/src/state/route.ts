@@ -1,7 +1,7 @@
 import { listNames, type ListName } from "../api/types";
 import { Store } from "./Store";
 
-export const views = [...listNames, "contacts", "times", "settings"] as const;
+export const views = [...listNames, "calls", "contacts", "times", "settings"] as const;
 export type View = (typeof views)[number];
 
 export const titles: Record<View, string> = {
@@ -10,6 +10,7 @@ export const titles: Record<View, string> = {
     received: "Received",
     forwarded: "Forwarded",
     callbacks: "Callbacks",
+    calls: "All calls",
     contacts: "Contacts",
     times: "Times",
     settings: "Settings",
@@ -25,12 +26,14 @@ export function isList(view: View): view is ListName {
 }
 
 /**
- * The view and the open entry in the address: "#/missed", "#/missed/KEY". Bookmarks work, and the browser's back button closes an entry:
- * opening one adds a step to the history, moving on to another one does not.
+ * The view, the open entry and the filters in the address: "#/missed", "#/missed/KEY", "#/calls?since=7d". Bookmarks work, and the
+ * browser's back button closes an entry: opening one adds a step to the history, moving on to another one does not, nor does a filter.
  */
 export class Route extends Store {
     view: View = "missed";
     openKey: string | undefined;
+    /** The part of the address after "?". */
+    query = "";
     /** Set while the browser goes back, which is asynchronous. An entry opened meanwhile waits, or going back would close it. */
     private returning: { next?: string } | undefined;
 
@@ -69,6 +72,11 @@ export class Route extends Store {
         this.changed();
     }
 
+    setQuery(query: string): void {
+        window.history.replaceState(window.history.state, "", `#/${this.view}${query && `?${query}`}`);
+        this.follow();
+    }
+
     private arrive(): void {
         const next = this.returning?.next;
         this.returning = undefined;
@@ -79,7 +87,8 @@ export class Route extends Store {
     }
 
     private follow(): void {
-        const [, name, key] = /^#\/?([^/]*)(?:\/(.+))?/.exec(window.location.hash) ?? [];
+        const [, name, key, query = ""] = /^#\/?([^/?]*)(?:\/([^?]+))?(?:\?(.*))?/.exec(window.location.hash) ?? [];
+        this.query = query;
         this.view = views.find((view) => view === name) ?? "missed";
         try {
             this.openKey = key && decodeURIComponent(key);

@@ -6,7 +6,7 @@ export function fullName(person: { firstName: string; surname: string }): string
 
 /** The title of an entry: its name, else its number. */
 export function titleOf(entry: Entry): string {
-    return fullName(entry) || entry.number || "Unknown";
+    return entry.displayName || entry.number || "Unknown";
 }
 
 export function plural(count: number, one: string, many: string): string {

@@ -11,7 +11,7 @@ function joined(number: string): string {
     return number.replace(/[\s()/.-]/g, "");
 }
 
-/** Returns a predicate: true if the text is a part of the entry's name or of one of its numbers. */
+/** Returns a predicate: true if the text is a part of the entry's name or of one of its newest numbers. */
 export function matcher(text: string): (entry: Entry) => boolean {
     const wanted = plain(text.trim());
     const number = joined(wanted);
@@ -19,7 +19,7 @@ export function matcher(text: string): (entry: Entry) => boolean {
         return () => true;
     }
     return (entry) => {
-        if (plain(fullName(entry)).includes(wanted)) {
+        if ([entry.displayName, fullName(entry)].some((name) => plain(name).includes(wanted))) {
             return true;
         }
         const calls = entry.occurrences ?? [];
