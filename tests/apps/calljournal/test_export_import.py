@@ -1,9 +1,20 @@
 """What leaves the journal as a file comes back as it was."""
 
+import csv
+import io
+import json
 import os
 import sqlite3
 
 from harness import ProgramTest
+
+CALLS = """
+call a from 4711 "Ann, 'Müller'" to 2001 ; ring a ; giveup a
+call b from 4712 "@Bob" to 2001 via 2050 "Office" because busy ; ring b ; giveup b ; wait 2s
+call c from 4711 "Ann" to 2001 ; ring c ; giveup c
+dial d to 4713 "Carl" ; ring d ; connect d ; wait 1s ; hangup d
+call e from +4714 "=1+1" to 2001 ; ring e ; answer e ; wait 1s ; hangup e
+"""
 
 
 class ExportImportTest(ProgramTest):
@@ -46,3 +57,54 @@ class ExportImportTest(ProgramTest):
         self.assertEqual(self.value(database + ".before-restore.2", setting), former)
         self.serve("127.0.0.1:9")
         self.assertEqual(self.done("settings", "missed-logging").strip(), "0")
+
+    def exported(self):
+        """The whole history in both formats, without the ids of entries."""
+        lines = [json.loads(line) for line in self.done("export", "--format", "jsonl", "--sort", "start").splitlines()]
+        rows = list(csv.reader(io.StringIO(self.done("export", "--format", "csv", "--sort", "start"), newline="")))
+        for line in lines:
+            self.assertIn("uniqueId", line)
+            line["uniqueId"] = None
+        column = rows[0].index("uniqueId")
+        return lines, [row[:column] + row[column + 1:] for row in rows]
+
+    def test_the_history_is_the_same_after_export_deletion_and_import(self):
+        self.simulate_and_serve(CALLS, "received call from =1\\+1")
+        self.done("viewed", self.list("missed")["items"][0]["entryId"])
+        before, lists = self.exported(), self.counts()
+        self.assertEqual(len(before[0]), 5)
+        self.assertEqual({line["viewed"] for line in before[0] if line["list"] == "missed"}, {True, False})
+        for form in ("csv", "jsonl"):
+            file = self.file("calls." + form, self.done("export", "--format", form, *(["--sort", "start"] if form == "csv" else [])))
+            for name in ("missed", "dialled", "received"):
+                self.done("delete", name, "--all")
+            self.assertEqual(self.exported()[0], [])
+            self.assertIn("5 imported, 0 known", self.done("import", file))
+            self.assertEqual(self.exported(), before)
+            self.assertIn("0 imported, 5 known", self.done("import", file))
+            self.assertEqual(self.counts(), lists)
+
+    def counts(self):
+        return [(page["total"], page["unviewed"], [(each["number"], each["calls"], each["time"]) for each in page["items"]])
+                for page in map(self.list, ("missed", "dialled", "received"))]
+
+    def test_call_detail_records_are_imported_once_and_wrong_rows_are_named(self):
+        server = self.serve("127.0.0.1:9")
+        watcher = self.watch()
+        records = self.file("records.csv", "calldate,src,dst,disposition,billsec\n2026-11-21 06:22:05,4711,2001,NO ANSWER,0\n"
+                            "2026-13-21 06:22:05,4711,2001,ANSWERED,5\n2026-11-21 07:00:00,2001,4712,ANSWERED,75\n")
+        arguments = ("import", records, "--timezone", "Europe/Berlin", "--columns",
+                     "start=calldate,calling=src,called=dst,list=disposition,duration=billsec")
+        for imported in ("2 imported, 0 known", "0 imported, 2 known"):
+            status, output, errors = self.run_program(*arguments, "--data", self.data)
+            self.assertEqual((status, errors), (1, records + ":3: start is no time: 2026-13-21 06:22:05\n"))
+            self.assertIn(imported, output)
+        missed, dialled = self.list("missed"), self.list("dialled")
+        self.assertEqual((missed["unviewed"], missed["items"][0]["time"]), (0, "2026-11-21T05:22:05Z"))
+        self.assertEqual(dialled["items"][0]["number"], "4712")
+        more = self.file("more.jsonl", '{"start":"2026-11-22T00:00:00Z","number":"4711","list":"missed"}\n')
+        self.assertIn("1 imported", self.done("import", more, "--unviewed"))
+        item = self.change(watcher, "missedCallsUpdate", 1)
+        self.assertEqual((item["viewed"], len(item["occurrences"])), (False, 2))
+        self.assertEqual(server.stop(), 0)
+        self.assertEqual(watcher.ends(), 1)
