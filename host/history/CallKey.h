@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -15,7 +14,9 @@ struct CallKey {
     std::int64_t start = 0;
     std::int64_t id = 0;
 
-    [[nodiscard]] auto operator<=>(const CallKey&) const = default;
+    [[nodiscard]] constexpr bool operator<(const CallKey& other) const noexcept {
+        return start != other.start ? start < other.start : id < other.id;
+    }
 
     /// Before the first call that starts in this second.
     [[nodiscard]] static constexpr CallKey before(std::int64_t start) noexcept {

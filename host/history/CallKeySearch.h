@@ -54,7 +54,7 @@ private:
     [[nodiscard]] Keys read(const Stream& stream, std::size_t limit);
     /// True if the first key comes earlier on the page.
     [[nodiscard]] bool precedes(const CallKey& first, const CallKey& second) const {
-        return m_oldestFirst ? first < second : first > second;
+        return m_oldestFirst ? first < second : second < first;
     }
     /// The condition and the order of the searched range, with the values of `bindRange`.
     [[nodiscard]] std::string range() const;

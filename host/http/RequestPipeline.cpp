@@ -9,7 +9,6 @@
 namespace host {
 namespace {
 
-
 // No foreign sources and no inline script or style: a caller's name cannot become code.
 constexpr const char* kContentPolicy =
     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; font-src 'self'; "
