@@ -60,6 +60,7 @@ class CommandLineTest(ProgramTest):
         server = self.serve(address)
         for program in (self.watch(), server, simulator):
             self.assertEqual(program.stop(signal.SIGINT), 0, program.arguments)
+        self.assertNotIn("api-address", os.listdir(self.data))
 
     def test_the_demo_shows_calls_and_ends_with_its_switch(self):
         demo = self.start("demo", "--data", self.data, "--listen", "127.0.0.1:0")
