@@ -1,14 +1,18 @@
-import type { Entry } from "../api/types";
+import type { Entry, ListName } from "../api/types";
+import { queryOf } from "../state/callFilters";
 import { plural } from "../text/names";
 import { OccurrenceList } from "./OccurrenceList";
 
-/** The newest calls of an entry, and a link to all calls of its number, those of other entries and lists, too. */
-export function EntryCalls({ entry }: { entry: Entry }) {
+/**
+ * The newest calls of an entry, and a link to all calls of its number, those of other entries and lists, too. A party without a number is
+ * found by its name in the list.
+ */
+export function EntryCalls({ list, entry }: { list: ListName; entry: Entry }) {
     const shown = entry.occurrences ?? [];
-    const { calls = shown.length, number } = entry;
-    const all = number && (
-        <a href={`#/calls?number=${encodeURIComponent(number)}`} data-test="all-calls">
-            All calls of this number
+    const { calls = shown.length, number, displayName } = entry;
+    const all = (number || displayName) && (
+        <a href={`#/calls?${queryOf(number ? { number } : { list, search: displayName })}`} data-test="all-calls">
+            {number ? "All calls of this number" : "All calls with this name"}
         </a>
     );
     return (

@@ -108,7 +108,7 @@ export function EntryDetails({ list, entry, onClose, onDelete }: Props) {
                     {waiting && ` (${waiting})`}.
                 </p>
             ) : (
-                <EntryCalls entry={entry} />
+                <EntryCalls list={list} entry={entry} />
             )}
             {dialog && (
                 <ContactDialog
