@@ -34,7 +34,7 @@ struct Count {
 };
 
 constexpr std::array<Count, 9> kCounts{{{"calls", "CALLS", "Calls"},
-                                        {"answered", "ANSWERED", "Answered here"},
+                                        {"answered", "RECEIVED", "Answered here"},
                                         {"missed", "MISSED", "Missed"},
                                         {"completedElsewhere", "ELSEWHERE", "Answered elsewhere"},
                                         {"dialled", "DIALLED", "Dialled"},

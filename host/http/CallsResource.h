@@ -2,13 +2,13 @@
 
 #include <functional>
 
-#include "host/history/CallDeletion.h"
 #include "host/history/CallHistory.h"
-#include "host/history/PartyErasure.h"
-#include "host/history/StoredEntries.h"
 #include "host/history/Zone.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
+#include "host/stored-lists/CallDeletion.h"
+#include "host/stored-lists/PartyErasure.h"
+#include "host/stored-lists/StoredEntries.h"
 
 namespace host {
 

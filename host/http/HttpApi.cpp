@@ -3,7 +3,6 @@
 #include <chrono>
 #include <utility>
 
-#include "host/history/StoredLists.h"
 #include "host/http/CallsResource.h"
 #include "host/http/ContactsResource.h"
 #include "host/http/EventFeed.h"
@@ -17,6 +16,7 @@
 #include "host/http/SettingsResource.h"
 #include "host/http/StatisticsResource.h"
 #include "host/http/TimesResource.h"
+#include "host/stored-lists/StoredLists.h"
 #include "journalservice/JournalServiceIfc.h"
 
 namespace host {

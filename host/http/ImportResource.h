@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/history/CallImport.h"
+#include "host/call-import/CallImport.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 

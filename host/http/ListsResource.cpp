@@ -5,12 +5,12 @@
 #include <set>
 #include <string>
 
-#include "host/history/StoredEntries.h"
-#include "host/history/StoredLists.h"
 #include "host/http/HttpError.h"
 #include "host/http/JsonBody.h"
 #include "host/http/PageOfItems.h"
 #include "host/http/Router.h"
+#include "host/stored-lists/StoredEntries.h"
+#include "host/stored-lists/StoredLists.h"
 
 namespace host {
 namespace {

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "host/database/Database.h"
-#include "host/history/StoredLists.h"
 #include "host/http/HttpError.h"
 #include "host/http/Router.h"
 #include "host/management/LocalManagement.h"
+#include "host/stored-lists/StoredLists.h"
 
 namespace host {
 namespace {

@@ -20,12 +20,12 @@
 #include "host/framework/HostedService.h"
 #include "host/framework/LineContext.h"
 #include "host/framework/Strand.h"
-#include "host/history/StoredLists.h"
 #include "host/line/JournalLogObserver.h"
 #include "host/line/LineSettings.h"
 #include "host/management/LocalManagement.h"
 #include "host/services/AbsentServices.h"
 #include "host/services/Team.h"
+#include "host/stored-lists/StoredLists.h"
 #include "platform/framework/Service.h"
 
 namespace host {

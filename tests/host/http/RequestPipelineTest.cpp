@@ -5,9 +5,9 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "host/history/StoredEntries.h"
-#include "host/history/StoredLists.h"
 #include "host/http/ListsResource.h"
+#include "host/stored-lists/StoredEntries.h"
+#include "host/stored-lists/StoredLists.h"
 #include "tests/support/FakeJournalService.h"
 #include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"

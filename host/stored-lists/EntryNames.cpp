@@ -1,4 +1,4 @@
-#include "host/history/EntryNames.h"
+#include "host/stored-lists/EntryNames.h"
 
 #include <type_traits>
 #include <vector>

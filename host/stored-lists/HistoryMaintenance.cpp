@@ -1,4 +1,4 @@
-#include "host/history/HistoryMaintenance.h"
+#include "host/stored-lists/HistoryMaintenance.h"
 
 #include <chrono>
 

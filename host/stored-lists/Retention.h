@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "host/history/CallDeletion.h"
+#include "host/stored-lists/CallDeletion.h"
 
 namespace host {
 

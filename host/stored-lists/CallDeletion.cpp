@@ -1,11 +1,11 @@
-#include "host/history/CallDeletion.h"
+#include "host/stored-lists/CallDeletion.h"
 
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "host/history/CallSelection.h"
-#include "host/history/PartyErasure.h"
+#include "host/stored-lists/PartyErasure.h"
 #include "journal-items/Occurrences.h"
 
 namespace host {

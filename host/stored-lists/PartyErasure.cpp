@@ -1,4 +1,4 @@
-#include "host/history/PartyErasure.h"
+#include "host/stored-lists/PartyErasure.h"
 
 #include <type_traits>
 #include <utility>

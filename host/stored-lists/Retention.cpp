@@ -1,4 +1,4 @@
-#include "host/history/Retention.h"
+#include "host/stored-lists/Retention.h"
 
 #include <set>
 #include <string>

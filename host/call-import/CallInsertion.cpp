@@ -1,4 +1,4 @@
-#include "host/history/CallInsertion.h"
+#include "host/call-import/CallInsertion.h"
 
 #include <array>
 #include <cstdio>

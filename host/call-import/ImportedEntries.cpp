@@ -1,4 +1,4 @@
-#include "host/history/ImportedEntries.h"
+#include "host/call-import/ImportedEntries.h"
 
 #include <algorithm>
 #include <array>

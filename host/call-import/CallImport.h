@@ -6,10 +6,10 @@
 #include <optional>
 #include <vector>
 
+#include "host/call-import/CallInsertion.h"
+#include "host/call-import/ImportedEntries.h"
 #include "host/history/Call.h"
-#include "host/history/CallInsertion.h"
-#include "host/history/ImportedEntries.h"
-#include "host/history/StoredEntries.h"
+#include "host/stored-lists/StoredEntries.h"
 
 namespace host {
 

@@ -4,8 +4,8 @@
 #include <functional>
 #include <string>
 
-#include "host/history/CallDeletionIfc.h"
-#include "host/history/StoredEntries.h"
+#include "host/stored-lists/CallDeletionIfc.h"
+#include "host/stored-lists/StoredEntries.h"
 
 namespace host {
 

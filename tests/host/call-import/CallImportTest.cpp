@@ -1,4 +1,4 @@
-#include "host/history/CallImport.h"
+#include "host/call-import/CallImport.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

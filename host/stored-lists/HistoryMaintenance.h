@@ -5,8 +5,8 @@
 
 #include "host/framework/Strand.h"
 #include "host/framework/TimerSource.h"
-#include "host/history/EntryNames.h"
-#include "host/history/Retention.h"
+#include "host/stored-lists/EntryNames.h"
+#include "host/stored-lists/Retention.h"
 
 namespace host {
 

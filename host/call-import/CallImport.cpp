@@ -1,4 +1,4 @@
-#include "host/history/CallImport.h"
+#include "host/call-import/CallImport.h"
 
 #include <algorithm>
 #include <list>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/history/StoredEntries.h"
+#include "host/stored-lists/StoredEntries.h"
 
 namespace host {
 

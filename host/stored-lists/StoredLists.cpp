@@ -1,4 +1,4 @@
-#include "host/history/StoredLists.h"
+#include "host/stored-lists/StoredLists.h"
 
 #include <algorithm>
 #include <limits>

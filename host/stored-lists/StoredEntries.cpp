@@ -1,4 +1,4 @@
-#include "host/history/StoredEntries.h"
+#include "host/stored-lists/StoredEntries.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/history/StoredEntries.h"
+#include "host/stored-lists/StoredEntries.h"
 
 namespace host {
 
