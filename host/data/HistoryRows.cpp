@@ -41,16 +41,17 @@ UPDATE call SET item = ?, item_order = ?, listed = 1, redirecting = ?, duration 
 WHERE id = ?
 )sql";
 
-// The listed calls of an entry, or all of them, or those whose ids are in a JSON array.
+// The newest calls of an entry, or those of them whose ids are in a JSON array. It reads no more rows than it
+// returns: an entry may have many.
 constexpr const char* kSelect = R"sql(
-SELECT call.id, item_order, call_id, party.number, connected_number, text_c, text_d, time_and_date,
+SELECT call.id, item_order, listed, call_id, party.number, connected_number, text_c, text_d, time_and_date,
     log_target, presentation_a, presentation_b, presentation_c, presentation_d, duration_text, time_format,
     coalesce(redirected.number, ''), coalesce(redirected.name, ''),
     redirecting_number_presentation, redirecting_name_presentation, transfer_number_type, redirecting_reason,
     completed_elsewhere, group_text, line_key, substitute_number, feature_access_code,
     forwarded_to_number, forwarding_target, forwarding_reason
 FROM call JOIN party ON party.id = call.party LEFT JOIN party AS redirected ON redirected.id = call.redirecting
-WHERE item = ? AND (listed = 1 OR ?) AND (?3 = '' OR call.id IN (SELECT value FROM json_each(?3)))
+WHERE item = ? AND (?2 = '' OR call.id IN (SELECT value FROM json_each(?2)))
 ORDER BY item_order DESC LIMIT ?
 )sql";
 
@@ -163,6 +164,7 @@ void readInto(Query& rows, std::list<Info>& occurrences) {
     while (rows.next()) {
         static_cast<void>(rows.number());
         static_cast<void>(rows.number());
+        static_cast<void>(rows.flag());
         readFields(rows, occurrences.emplace_back());
     }
 }
@@ -210,12 +212,15 @@ template <typename Info>
 std::list<HistoryRows::Stored<Info>> HistoryRows::listedOf(std::int64_t item) {
     std::list<Stored<Info>> stored;
     Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(false).bind(std::string()).bind(std::int64_t{-1});
+    // The listed calls are the newest ones.
+    rows.bind(item).bind(std::string()).bind(std::int64_t{CallItemWithPicture::kMaxOccurrences});
     while (rows.next()) {
-        Stored<Info>& call = stored.emplace_back();
-        call.id = rows.number();
-        call.order = rows.number();
+        Stored<Info> call{.id = rows.number(), .order = rows.number()};
+        if (!rows.flag()) {
+            break;
+        }
         readFields(rows, call.info);
+        stored.push_back(std::move(call));
     }
     return stored;
 }
@@ -346,7 +351,7 @@ void HistoryRows::readListed(std::int64_t item, std::list<Info>& occurrences) {
 template <typename Info>
 void HistoryRows::readNewest(std::int64_t item, std::int64_t limit, std::list<Info>& occurrences) {
     Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(true).bind(std::string()).bind(limit);
+    rows.bind(item).bind(std::string()).bind(limit);
     readInto(rows, occurrences);
 }
 
@@ -358,7 +363,7 @@ void HistoryRows::read(std::int64_t item, const std::vector<std::int64_t>& calls
         ids += (ids.empty() ? "[" : ",") + std::to_string(call);
     }
     Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(true).bind(ids.empty() ? "[]" : ids + "]").bind(std::int64_t{-1});
+    rows.bind(item).bind(ids.empty() ? "[]" : ids + "]").bind(std::int64_t{-1});
     readInto(rows, occurrences);
 }
 

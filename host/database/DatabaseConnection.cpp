@@ -114,6 +114,8 @@ void DatabaseConnection::configure() {
         throw SQLite::Exception("the file system allows no write-ahead log", SQLITE_CANTOPEN);
     }
     m_database.exec("PRAGMA synchronous = FULL");
+    // The inner pages of the indexes of a million calls, so that a filing reads few pages.
+    m_database.exec("PRAGMA cache_size = -8192");
     m_database.exec("PRAGMA foreign_keys = ON");
     m_database.exec("PRAGMA trusted_schema = OFF");
     // A deleted row leaves no bytes in the file.
