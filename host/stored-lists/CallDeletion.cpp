@@ -127,9 +127,11 @@ std::optional<std::size_t> CallDeletion::removeRows(const Condition& condition) 
     std::int64_t inBatch = kBatch;
     while (inBatch == kBatch) {
         if (!sources.database.write("deleting calls", [&](Database::Session& session) {
-                Query query = session.query(("DELETE FROM call WHERE id IN (SELECT call.id FROM call WHERE " +
-                                             condition.text + " LIMIT ?)")
-                                                .c_str());
+                // A call that an entry lists was filed after the entries were changed.
+                Query query = session.query(
+                    ("DELETE FROM call WHERE id IN (SELECT call.id FROM call WHERE listed = 0 AND " +
+                     condition.text + " LIMIT ?)")
+                        .c_str());
                 condition.bind(query);
                 inBatch = query.bind(kBatch).run();
                 if (inBatch < kBatch) {

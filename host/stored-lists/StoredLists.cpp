@@ -21,7 +21,8 @@ using Json = StoredLists::Json;
 constexpr std::int64_t kShownCalls = CallItemWithPicture::kMaxOccurrences;
 
 // The entries that a search finds: by the item's name, by the names and numbers of its newest calls, or by a
-// contact that has one of these numbers. The text and the number of the search are ?3 and ?4.
+// contact that has one of these numbers. The text and the number of the search are ?3 and ?4. A page without
+// entries is one row without an id.
 constexpr const char* kMatching = R"sql(
 WITH matching AS (
     SELECT id, viewed, row_number() OVER (ORDER BY sort_key DESC, entry_id DESC, id DESC) AS place
@@ -36,7 +37,7 @@ WITH matching AS (
                             AND instr(contact.search, ?3)))))
 )
 SELECT id, (SELECT count(*) FROM matching), (SELECT coalesce(sum(?2 = 0 AND viewed = 0), 0) FROM matching)
-FROM matching WHERE place > ?6 ORDER BY place LIMIT ?7
+FROM (SELECT 1) LEFT JOIN matching ON place > ?6 ORDER BY place LIMIT ?7
 )sql";
 
 constexpr const char* kCounts = R"sql(
