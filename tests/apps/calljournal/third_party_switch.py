@@ -72,12 +72,12 @@ def conferenced(call, *old):
     return joined("ConferencedEvent", "conferenceConnections", call, old)
 
 
-def log_entry(log, number):
-    """An entry that the switch has added to its call log."""
+def log_entry(log, number, action="add", at="2026-11-21T05:22:05Z"):
+    """An entry that the switch has added to its call log, or deleted in it."""
     return frame(9999, '<PrivateEvent xmlns="%s"><monitorCrossRefID>x7</monitorCrossRefID><privateData><private><callLogEntry>'
-                 "<action>add</action><logTarget>%d</logTarget><subscriberNumber>%d</subscriberNumber>"
-                 "<entryTime>2026-11-21T05:22:05Z</entryTime></callLogEntry></private></privateData></PrivateEvent>"
-                 % (NAME_SPACE, log, number))
+                 "<action>%s</action><logTarget>%d</logTarget><subscriberNumber>%d</subscriberNumber>"
+                 "<entryTime>%s</entryTime></callLogEntry></private></privateData></PrivateEvent>"
+                 % (NAME_SPACE, action, log, number, at))
 
 
 class ThirdPartySwitch:
