@@ -69,7 +69,7 @@ public:
         if (m_access.processRequest(request) == Helper::FAILED) {
             throw std::runtime_error("a call is not filed");
         }
-        m_times.push_back(Clock::now() - sent);
+        m_times.emplace_back(Clock::now() - sent);
     }
 
     [[nodiscard]] Milliseconds median() {

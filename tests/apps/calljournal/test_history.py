@@ -19,7 +19,7 @@ TOOL = importlib.machinery.SourceFileLoader("make_history", str(pathlib.Path(__f
 make_history = importlib.util.module_from_spec(importlib.util.spec_from_loader("make_history", TOOL))
 TOOL.exec_module(make_history)
 
-READS = int(os.environ.get("READS", "300"))
+READS = int(os.environ.get("READS", "100"))
 NOW = int(time.time())
 DAY = 86400
 ANN, BOB, CAL, DAN = ("3090187201", "Quillfeather"), ("3090187202", "Brambleworth"), ("3090187203", "Cranmerfield"), ("3090187204", "Dunwoodie")
