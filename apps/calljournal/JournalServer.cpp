@@ -99,7 +99,8 @@ public:
           m_socket(socket),
           m_device(configuration.lines.front().device),
           m_entries({dynamic_cast<JournalServiceIfc&>(*m_line.journal()), m_database, m_device,
-                     &m_line.digits(), [this] { m_http->resync(); }}),
+                     &m_line.digits(), [this] { m_http->resync(); },
+                     [this] { return m_line.management().aheadOfUtc(); }}),
           m_retention(m_entries, m_callDeletion, configuration.data.keep),
           m_httpSettings(httpSettings(configuration, dataDirectory)),
           m_dataDirectory(dataDirectory) {

@@ -31,6 +31,25 @@ SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by F
 WHERE line = ? AND list = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
 
+constexpr const char* kOldest = R"sql(
+SELECT id FROM call_item WHERE line = ? AND list = ? ORDER BY sort_key, entry_id, id LIMIT 1
+)sql";
+
+constexpr const char* kListNewest = R"sql(
+UPDATE call SET listed = 1 WHERE listed = 0 AND id IN (
+    SELECT newest.id FROM call_item JOIN call AS newest ON newest.id IN (
+        SELECT id FROM call WHERE item = call_item.id ORDER BY item_order DESC LIMIT 10)
+    WHERE call_item.line = ? AND min(10, call_item.calls) >
+        (SELECT count(*) FROM call WHERE item = call_item.id AND listed = 1))
+)sql";
+
+constexpr const char* kUnlistOlder = R"sql(
+UPDATE call SET listed = 0 WHERE listed = 1 AND id IN (
+    SELECT older.id FROM call_item JOIN call AS older ON older.item = call_item.id AND older.listed = 1
+    WHERE call_item.line = ? AND (SELECT count(*) FROM call WHERE item = call_item.id AND listed = 1) > 10
+        AND older.id NOT IN (SELECT id FROM call WHERE item = call_item.id ORDER BY item_order DESC LIMIT 10))
+)sql";
+
 constexpr const char* kReadRow = R"sql(
 SELECT entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
 WHERE line = ? AND list = ? AND id = ?
@@ -142,10 +161,10 @@ std::optional<std::string> CallRows::remove(ListName list, const std::string& un
     if (!id) {
         return std::nullopt;
     }
-    if (calls.areKept) {
-        m_history.release(*id, calls.calledBackAt);
-    } else {
-        m_history.removeOf(*id);
+    switch (calls.fate) {
+        case Calls::Fate::eDeleted: m_history.removeOf(*id); break;
+        case Calls::Fate::eListedDeleted: m_history.removeListedOf(*id); break;
+        case Calls::Fate::eKept: m_history.release(*id, calls.calledBackAt); break;
     }
     m_session.query("DELETE FROM call_item WHERE id = ?").bind(*id).run();
     return uniqueIdOf(*id);
@@ -160,6 +179,31 @@ std::optional<std::string> CallRows::removeAll(ListName list) {
         .bind(numberOf(list))
         .run();
     return id > 0 ? std::optional(uniqueIdOf(id)) : std::nullopt;
+}
+
+void CallRows::listNewestCalls() {
+    m_session.query(kListNewest).bind(m_line).run();
+    m_session.query(kUnlistOlder).bind(m_line).run();
+}
+
+bool CallRows::isOldestBeyond(std::int64_t limit, ListName list, const std::string& uniqueId,
+                              const std::string& entryId) {
+    if (count(list) <= limit) {
+        return false;
+    }
+    Query oldest = m_session.query(kOldest);
+    oldest.bind(m_line).bind(numberOf(list));
+    return oldest.next() && findId(list, uniqueId, entryId) == oldest.number();
+}
+
+std::optional<std::int64_t> CallRows::rewrittenGroup(const std::string& uniqueId) {
+    const auto id = findId(ListName::eMissed, uniqueId, "");
+    MissedCallItem item;
+    if (!id || !find(*id, item) || item.getMissedCallInfoList().size() < 2 ||
+        item.getMissedCallInfoList().front().getLineKey().empty()) {
+        return std::nullopt;
+    }
+    return id;
 }
 
 std::int64_t CallRows::count(ListName list) {

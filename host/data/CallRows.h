@@ -34,7 +34,13 @@ public:
 
     /// The treatment of the calls of an item that is removed.
     struct Calls {
-        bool areKept = false;
+        enum class Fate {
+            eDeleted,
+            /// The calls that the journal's entry has are deleted, the older ones stay in the history.
+            eListedDeleted,
+            eKept,
+        };
+        Fate fate = Fate::eDeleted;
         /// Set if the calls are kept because the party was called back.
         std::optional<std::chrono::sys_seconds> calledBackAt{};
     };
@@ -52,6 +58,15 @@ public:
     /// The row with that unique id, if `text` is a number, or the newest one with that entry id.
     [[nodiscard]] std::optional<std::int64_t> idOf(ListName list, const std::string& text);
 
+    /// Lists the newest calls of every item, if an import that did not finish has left others listed. Requires:
+    /// the journal has not loaded its lists.
+    void listNewestCalls();
+    /// True if the list has more than `limit` items, and the one of the key is its oldest.
+    [[nodiscard]] bool isOldestBeyond(std::int64_t limit, ListName list, const std::string& uniqueId,
+                                      const std::string& entryId);
+    /// The row of a missed item that the journal deletes and writes again, shortened: one with several listed
+    /// calls, the newest of which came to a group or a shared line.
+    [[nodiscard]] std::optional<std::int64_t> rewrittenGroup(const std::string& uniqueId);
     /// The number of items in the list.
     [[nodiscard]] std::int64_t count(ListName list);
     [[nodiscard]] HistoryRows& history() noexcept { return m_history; }

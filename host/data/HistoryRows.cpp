@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 
-#include "journal-items/Duration.h"
-#include "journal-items/Redirecting.h"
-#include "journal-items/TimeFormat.h"
+#include "host/data/OccurrenceColumns.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
@@ -30,7 +29,7 @@ VALUES (?, ?, 1, ?, ?, ?, ?, ?, ?, ?, ?, ?,  ?, ?, ?, ?,  ?, ?, ?, ?,  ?, ?, ?, 
 
 // Keeps the identity, the party as it was filed, and what the link knows of the call.
 constexpr const char* kUpdate = R"sql(
-UPDATE call SET item = ?, item_order = ?, listed = 1, redirecting = ?, duration = ?, reason = max(reason, ?),
+UPDATE call SET item = ?, item_order = ?, listed = 1, redirecting = ?, duration = ?, reason = coalesce(nullif(?, 0), reason),
     connected_number = ?, text_c = ?, text_d = ?, time_and_date = ?,
     log_target = ?, presentation_a = ?, presentation_b = ?, presentation_c = ?, presentation_d = ?,
     duration_text = ?, time_format = ?,
@@ -41,19 +40,24 @@ UPDATE call SET item = ?, item_order = ?, listed = 1, redirecting = ?, duration 
 WHERE id = ?
 )sql";
 
-// The newest calls of an entry, or those of them whose ids are in a JSON array. It reads no more rows than it
-// returns: an entry may have many.
+// The columns of a call and of its occurrence, in the order of `readFields`.
 constexpr const char* kSelect = R"sql(
-SELECT call.id, item_order, listed, call_id, party.number, connected_number, text_c, text_d, time_and_date,
+SELECT call.id, item_order, call_id, party.number, connected_number, text_c, text_d, time_and_date,
     log_target, presentation_a, presentation_b, presentation_c, presentation_d, duration_text, time_format,
     coalesce(redirected.number, ''), coalesce(redirected.name, ''),
     redirecting_number_presentation, redirecting_name_presentation, transfer_number_type, redirecting_reason,
     completed_elsewhere, group_text, line_key, substitute_number, feature_access_code,
     forwarded_to_number, forwarding_target, forwarding_reason
 FROM call JOIN party ON party.id = call.party LEFT JOIN party AS redirected ON redirected.id = call.redirecting
-WHERE item = ? AND (?2 = '' OR call.id IN (SELECT value FROM json_each(?2)))
-ORDER BY item_order DESC LIMIT ?
 )sql";
+
+// Each reads no more rows than it returns: an entry may have many.
+const std::string kSelectListed =
+    std::string(kSelect) + "WHERE item = ? AND listed = 1 ORDER BY item_order DESC";
+const std::string kSelectNewest = std::string(kSelect) + "WHERE item = ? ORDER BY item_order DESC LIMIT ?";
+const std::string kSelectSome =
+    std::string(kSelect) +
+    "WHERE item = ? AND call.id IN (SELECT value FROM json_each(?)) ORDER BY item_order DESC";
 
 // The database would accept other texts as a time, "now" among them. A text that is no time is 0.
 constexpr const char* kStart = R"sql(
@@ -62,109 +66,34 @@ SELECT CASE WHEN ?1 GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]?*'
     - CASE WHEN ?2 AND substr(?1, 11) NOT GLOB '*[-+Zz]*' THEN ?3 ELSE 0 END
 )sql";
 
-// The calls with the identity of an occurrence, and if one of them is the occurrence itself, which no entry
-// lists: it left its entry, or is one of the older calls of the entry ?6.
-constexpr const char* kFindIdentity = R"sql(
-SELECT call.id, part, listed = 0 AND list = ?1 AND number = ?2 FROM call JOIN party ON party.id = call.party
-WHERE call.line = ?3 AND call_id = ?4 AND start = ?5 AND call_id <> ''
+// The row of an occurrence that no entry lists: its call has left its entry, or is one of the older calls of
+// the entry ?6. Compares the text of the time, since the begin of one in local time depends on the zone.
+constexpr const char* kFindUnlisted = R"sql(
+SELECT call.id FROM call JOIN party ON party.id = call.party
+WHERE ?4 <> '' AND call.line = ?3 AND call_id = ?4 AND list = ?1 AND number = ?2 AND time_and_date = ?5 AND listed = 0
 UNION ALL
-SELECT call.id, 0, listed = 0 AND number = ?2 FROM call JOIN party ON party.id = call.party
-WHERE ?4 = '' AND item = ?6 AND call_id = '' AND start = ?5
-ORDER BY 2
+SELECT call.id FROM call JOIN party ON party.id = call.party
+WHERE ?4 = '' AND item = ?6 AND call_id = '' AND number = ?2 AND time_and_date = ?5 AND listed = 0
 )sql";
+
+constexpr const char* kFindPart =
+    "SELECT coalesce(max(part) + 1, 0) FROM call WHERE line = ? AND call_id = ? AND start = ? AND call_id <> "
+    "''";
+
+using occurrence_columns::as;
+using occurrence_columns::bindFields;
+using occurrence_columns::readFields;
 
 using Missed = MissedCallItem::MissedCallInfo;
 using Dialled = DialledCallItem::DialledCallInfo;
 using Received = ReceivedCallItem::ReceivedCallInfo;
 using Forwarded = ForwardedCallItem::ForwardedCallInfo;
 
-/// The occurrence as one of its base classes, or a default object of that class if it is no base.
-template <typename Part, typename Info>
-decltype(auto) as(Info& info) {
-    if constexpr (std::is_base_of_v<Part, std::remove_const_t<Info>>) {
-        return static_cast<std::conditional_t<std::is_const_v<Info>, const Part&, Part&>>(info);
-    } else {
-        return Part();
-    }
-}
-
-void bindCallInfo(Query& query, const CallInfo& info) {
-    query.bind(info.getConnectedNumber());
-    query.bind(info.getTextC()).bind(info.getTextD()).bind(info.getTimeAndDate()).bind(info.getLogTarget());
-    query.bind(info.getPresentationA()).bind(info.getPresentationB());
-    query.bind(info.getPresentationC()).bind(info.getPresentationD());
-}
-
-void bindRedirecting(Query& query, const Redirecting& redirecting) {
-    query.bind(redirecting.getRedirectingNumberPresentation())
-        .bind(redirecting.getRedirectingNamePresentation());
-    query.bind(redirecting.getTransferNumberType()).bind(redirecting.getRedirectingReason());
-}
-
-template <typename Info>
-void bindFields(Query& query, const Info& info) {
-    bindCallInfo(query, info);
-    query.bind(as<Duration>(info).getDuration()).bind(as<TimeFormat>(info).getTimeFormat());
-    bindRedirecting(query, info);
-    const Missed& missed = as<Missed>(info);
-    query.bind(missed.getCompletedElsewhere()).bind(missed.getGroupText()).bind(missed.getLineKey());
-    const Dialled& dialled = as<Dialled>(info);
-    query.bind(dialled.getSubstituteNumber()).bind(dialled.getFeatureAccessCode());
-    const Forwarded& forwarded = as<Forwarded>(info);
-    query.bind(forwarded.getForwardedToNumber());
-    query.bind(forwarded.getForwardingTarget()).bind(forwarded.getForwardingReason());
-}
-
-void readCallInfo(Query& query, CallInfo& info) {
-    info.setCallId(query.text());
-    info.setNumber(query.text());
-    info.setConnectedNumber(query.text());
-    info.setTextC(query.text());
-    info.setTextD(query.text());
-    info.setTimeAndDate(query.text());
-    info.setLogTarget(query.smallNumber());
-    info.setPresentationA(query.smallNumber());
-    info.setPresentationB(query.smallNumber());
-    info.setPresentationC(query.smallNumber());
-    info.setPresentationD(query.smallNumber());
-}
-
-void readRedirecting(Query& query, Redirecting& redirecting) {
-    redirecting.setRedirectingNumber(query.text());
-    redirecting.setRedirectingName(query.text());
-    redirecting.setRedirectingNumberPresentation(query.smallNumber());
-    redirecting.setRedirectingNamePresentation(query.smallNumber());
-    redirecting.setTransferNumberType(query.smallNumber());
-    redirecting.setRedirectingReason(query.smallNumber());
-}
-
-template <typename Info>
-void readFields(Query& query, Info& info) {
-    readCallInfo(query, info);
-    auto&& duration = as<Duration>(info);
-    duration.setDuration(query.text());
-    auto&& timeFormat = as<TimeFormat>(info);
-    timeFormat.setTimeFormat(query.smallNumber());
-    readRedirecting(query, info);
-    auto&& missed = as<Missed>(info);
-    missed.setCompletedElsewhere(query.flag());
-    missed.setGroupText(query.text());
-    missed.setLineKey(query.text());
-    auto&& dialled = as<Dialled>(info);
-    dialled.setSubstituteNumber(query.text());
-    dialled.setFeatureAccessCode(query.flag());
-    auto&& forwarded = as<Forwarded>(info);
-    forwarded.setForwardedToNumber(query.text());
-    forwarded.setForwardingTarget(query.smallNumber());
-    forwarded.setForwardingReason(query.smallNumber());
-}
-
 template <typename Info>
 void readInto(Query& rows, std::list<Info>& occurrences) {
     while (rows.next()) {
         static_cast<void>(rows.number());
         static_cast<void>(rows.number());
-        static_cast<void>(rows.flag());
         readFields(rows, occurrences.emplace_back());
     }
 }
@@ -181,10 +110,9 @@ std::int64_t secondsOf(const std::string& duration) {
     return 60 * number(duration.substr(0, colon)) + number(duration.substr(colon + 1));
 }
 
+/// A call that was completed elsewhere is one, also if a colleague has picked it up.
 CallReason reasonOf(const Missed& missed, const CallFacts& facts) {
-    return facts.reason == CallReason::eNone && missed.getCompletedElsewhere()
-               ? CallReason::eCompletedElsewhere
-               : facts.reason;
+    return missed.getCompletedElsewhere() ? CallReason::eCompletedElsewhere : facts.reason;
 }
 
 std::optional<std::int64_t> secondsOf(const std::optional<std::chrono::sys_seconds>& time) {
@@ -211,14 +139,10 @@ struct HistoryRows::Stored {
 template <typename Info>
 std::list<HistoryRows::Stored<Info>> HistoryRows::listedOf(std::int64_t item) {
     std::list<Stored<Info>> stored;
-    Query rows = m_session.query(kSelect);
-    // The listed calls are the newest ones.
-    rows.bind(item).bind(std::string()).bind(std::int64_t{CallItemWithPicture::kMaxOccurrences});
+    Query rows = m_session.query(kSelectListed.c_str());
+    rows.bind(item);
     while (rows.next()) {
         Stored<Info> call{.id = rows.number(), .order = rows.number()};
-        if (!rows.flag()) {
-            break;
-        }
         readFields(rows, call.info);
         stored.push_back(std::move(call));
     }
@@ -272,8 +196,7 @@ void HistoryRows::lose(const std::list<Stored<Info>>& stored, const std::list<In
         if (oldest && full) {
             m_session.query("UPDATE call SET listed = 0 WHERE id = ?").bind(call->id).run();
         } else if (!call->kept) {
-            m_hasDeleted = true;
-            m_session.query("DELETE FROM call WHERE id = ?").bind(call->id).run();
+            removeWhere("id = ?", call->id);
         }
     }
 }
@@ -290,9 +213,7 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
     const std::string& redirectingName = info.getRedirectingName();
     const bool hasRedirecting = !redirecting.empty() || !redirectingName.empty();
     const bool hasConnected = !known.connectedNumber.empty() || !known.connectedName.empty();
-    const std::int64_t start = startOf(info.getTimeAndDate(), timeFormat.getTimeFormat());
-    std::int64_t part = 0;
-    const std::int64_t id = call.id != 0 ? call.id : findUnlisted(info, start, list, item, part);
+    const std::int64_t id = call.id != 0 ? call.id : findUnlisted(info, list, item);
     Query query = m_session.query(id != 0 ? kUpdate : kInsert);
     query.bind(item).bind(call.order);
     if (id == 0) {
@@ -301,7 +222,8 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
     query.bind(hasRedirecting ? std::optional(m_parties.idOf(redirecting, redirectingName)) : std::nullopt);
     query.bind(secondsOf(duration.getDuration())).bind(static_cast<std::int32_t>(reasonOf(missed, known)));
     if (id == 0) {
-        query.bind(info.getCallId()).bind(part).bind(start).bind(m_context.line);
+        const std::int64_t start = startOf(info.getTimeAndDate(), timeFormat.getTimeFormat());
+        query.bind(info.getCallId()).bind(partOf(info.getCallId(), start)).bind(start).bind(m_context.line);
         query.bind(static_cast<std::int32_t>(list));
         query.bind(secondsOf(known.established)).bind(secondsOf(known.ended)).bind(known.endApproximate);
         query.bind(hasConnected ? std::optional(m_parties.idOf(known.connectedNumber, known.connectedName))
@@ -314,19 +236,16 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
     query.run();
 }
 
-std::int64_t HistoryRows::findUnlisted(const CallInfo& info, std::int64_t start, ListName list,
-                                       std::int64_t item, std::int64_t& part) {
-    Query rows = m_session.query(kFindIdentity);
+std::int64_t HistoryRows::findUnlisted(const CallInfo& info, ListName list, std::int64_t item) {
+    Query rows = m_session.query(kFindUnlisted);
     rows.bind(static_cast<std::int32_t>(list)).bind(info.getNumber()).bind(m_context.line);
-    rows.bind(info.getCallId()).bind(start).bind(item);
-    while (rows.next()) {
-        const std::int64_t id = rows.number();
-        part = rows.number() + 1;
-        if (rows.flag()) {
-            return id;
-        }
-    }
-    return 0;
+    rows.bind(info.getCallId()).bind(info.getTimeAndDate()).bind(item);
+    return rows.next() ? rows.number() : 0;
+}
+
+std::int64_t HistoryRows::partOf(const std::string& callId, std::int64_t start) {
+    Query rows = m_session.query(kFindPart);
+    return rows.bind(m_context.line).bind(callId).bind(start).next() ? rows.number() : 0;
 }
 
 std::int64_t HistoryRows::startOf(const std::string& timeAndDate, std::int32_t timeFormat) {
@@ -350,8 +269,8 @@ void HistoryRows::readListed(std::int64_t item, std::list<Info>& occurrences) {
 
 template <typename Info>
 void HistoryRows::readNewest(std::int64_t item, std::int64_t limit, std::list<Info>& occurrences) {
-    Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(std::string()).bind(limit);
+    Query rows = m_session.query(kSelectNewest.c_str());
+    rows.bind(item).bind(limit);
     readInto(rows, occurrences);
 }
 
@@ -362,14 +281,58 @@ void HistoryRows::read(std::int64_t item, const std::vector<std::int64_t>& calls
     for (const std::int64_t call : calls) {
         ids += (ids.empty() ? "[" : ",") + std::to_string(call);
     }
-    Query rows = m_session.query(kSelect);
-    rows.bind(item).bind(ids.empty() ? "[]" : ids + "]").bind(std::int64_t{-1});
+    Query rows = m_session.query(kSelectSome.c_str());
+    rows.bind(item).bind(ids.empty() ? "[]" : ids + "]");
     readInto(rows, occurrences);
 }
 
+void HistoryRows::removeWhere(const std::string& condition, std::int64_t value) {
+    for (const char* const column : {"party", "connected", "redirecting"}) {
+        Query rows = m_session.query(
+            ("SELECT DISTINCT " + std::string(column) + " FROM call WHERE " + condition).c_str());
+        rows.bind(value);
+        while (rows.next()) {
+            if (const auto party = rows.optionalNumber()) {
+                m_traces.insert(*party);
+            }
+        }
+    }
+    if (m_session.query(("DELETE FROM call WHERE " + condition).c_str()).bind(value).run() > 0) {
+        m_hasDeleted = true;
+    }
+}
+
 void HistoryRows::removeOf(std::int64_t item) {
-    m_hasDeleted = true;
-    m_session.query("DELETE FROM call WHERE item = ?").bind(item).run();
+    removeWhere("item = ?", item);
+}
+
+void HistoryRows::removeListedOf(std::int64_t item) {
+    removeWhere("listed = 1 AND item = ?", item);
+    release(item, std::nullopt);
+}
+
+HistoryRows::Detached HistoryRows::detach(std::int64_t item) {
+    Detached calls;
+    {
+        Query rows = m_session.query("SELECT id, listed FROM call WHERE item = ?");
+        rows.bind(item);
+        while (rows.next()) {
+            const std::int64_t id = rows.number();
+            (rows.flag() ? calls.listed : calls.older).push_back(id);
+        }
+    }
+    release(item, std::nullopt);
+    return calls;
+}
+
+void HistoryRows::attach(std::int64_t item, const Detached& calls) {
+    for (const std::int64_t id : calls.listed) {
+        removeWhere("item IS NULL AND id = ?", id);
+    }
+    Query update = m_session.query("UPDATE call SET item = ? WHERE item IS NULL AND id = ?");
+    for (const std::int64_t id : calls.older) {
+        update.again().bind(item).bind(id).run();
+    }
 }
 
 void HistoryRows::release(std::int64_t item, const std::optional<std::chrono::sys_seconds>& calledBackAt) {
@@ -384,6 +347,7 @@ void HistoryRows::release(std::int64_t item, const std::optional<std::chrono::sy
 
 void HistoryRows::removeAll(ListName list) {
     m_hasDeleted = true;
+    m_hasManyTraces = true;
     m_session.query("DELETE FROM call WHERE line = ? AND list = ?")
         .bind(m_context.line)
         .bind(static_cast<std::int32_t>(list))
@@ -391,8 +355,10 @@ void HistoryRows::removeAll(ListName list) {
 }
 
 bool HistoryRows::removeTraces() {
-    if (m_hasDeleted) {
+    if (m_hasManyTraces) {
         m_parties.removeUnused();
+    } else {
+        m_parties.removeUnused(m_traces);
     }
     return m_hasDeleted;
 }

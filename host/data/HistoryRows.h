@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <list>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,17 @@ public:
 
     /// Deletes the calls of an entry.
     void removeOf(std::int64_t item);
+    /// Deletes the listed calls of an entry and keeps the others.
+    void removeListedOf(std::int64_t item);
+    /// The calls of an entry whose row is deleted and written again.
+    struct Detached {
+        std::vector<std::int64_t> listed{};
+        std::vector<std::int64_t> older{};
+    };
+    /// Keeps the calls of an entry until `attach`.
+    [[nodiscard]] Detached detach(std::int64_t item);
+    /// Gives the older ones to the entry, and deletes the listed ones that it was not written with.
+    void attach(std::int64_t item, const Detached& calls);
     /// Keeps the calls of an entry that leaves its list; `calledBackAt` is set for a missed call that was
     /// called back.
     void release(std::int64_t item, const std::optional<std::chrono::sys_seconds>& calledBackAt);
@@ -86,10 +98,12 @@ private:
     template <typename Info>
     void store(const Stored<Info>& call, std::int64_t item, ListName list, const std::string& name,
                const CallFacts* facts);
-    /// The row of an occurrence that no entry lists; 0 if there is none. Then `part` tells a new row from
-    /// others with the same call id and start.
-    [[nodiscard]] std::int64_t findUnlisted(const CallInfo& info, std::int64_t start, ListName list,
-                                            std::int64_t item, std::int64_t& part);
+    /// The row of an occurrence that no entry lists; 0 if there is none.
+    [[nodiscard]] std::int64_t findUnlisted(const CallInfo& info, ListName list, std::int64_t item);
+    /// The number that distinguishes a new call from others with the same call id and start.
+    [[nodiscard]] std::int64_t partOf(const std::string& callId, std::int64_t start);
+    /// Deletes the calls of a condition with one parameter, and notes their parties.
+    void removeWhere(const std::string& condition, std::int64_t value);
     [[nodiscard]] std::int64_t startOf(const std::string& timeAndDate, std::int32_t timeFormat);
     [[nodiscard]] std::int64_t newestOrder(std::int64_t item);
 
@@ -97,6 +111,9 @@ private:
     const Context& m_context;
     PartyRows m_parties;
     bool m_hasDeleted = false;
+    /// The parties of deleted calls; all parties if there are many.
+    std::set<std::int64_t> m_traces;
+    bool m_hasManyTraces = false;
 };
 
 }  // namespace host

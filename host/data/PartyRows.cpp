@@ -21,6 +21,13 @@ DELETE FROM party WHERE line = ?
     AND NOT EXISTS (SELECT 1 FROM call WHERE call.redirecting = party.id)
 )sql";
 
+constexpr const char* kRemoveOneUnused = R"sql(
+DELETE FROM party WHERE line = ? AND id = ?
+    AND NOT EXISTS (SELECT 1 FROM call WHERE call.party = party.id)
+    AND NOT EXISTS (SELECT 1 FROM call WHERE call.connected = party.id)
+    AND NOT EXISTS (SELECT 1 FROM call WHERE call.redirecting = party.id)
+)sql";
+
 }  // namespace
 
 std::int64_t PartyRows::idOf(const std::string& number, const std::string& name) {
@@ -34,6 +41,13 @@ std::int64_t PartyRows::idOf(const std::string& number, const std::string& name)
 
 void PartyRows::removeUnused() {
     m_session.query(kRemoveUnused).bind(m_line).run();
+}
+
+void PartyRows::removeUnused(const std::set<std::int64_t>& parties) {
+    Query remove = m_session.query(kRemoveOneUnused);
+    for (const std::int64_t party : parties) {
+        remove.again().bind(m_line).bind(party).run();
+    }
 }
 
 void PartyRows::reindex() {

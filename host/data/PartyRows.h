@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include "host/database/Database.h"
@@ -21,8 +22,9 @@ public:
 
     /// Returns the row of the party; adds it if there is none.
     [[nodiscard]] std::int64_t idOf(const std::string& number, const std::string& name);
-    /// Removes the parties that no call has.
+    /// Removes the parties that no call has; of all, or of these.
     void removeUnused();
+    void removeUnused(const std::set<std::int64_t>& parties);
     /// Computes the form in which numbers are compared again, for other dialling rules.
     void reindex();
     /// The form in which numbers are compared, which is that of the phonebook.

@@ -11,6 +11,7 @@
 #include "host/data/CallRows.h"
 #include "host/data/SettingRows.h"
 #include "host/database/Database.h"
+#include "host/database/RowId.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/DataRequest.h"
 #include "platform/journal-library/DataResponse.h"
@@ -79,17 +80,19 @@ std::string writeItems(Rows& rows, const std::vector<DataRequest::Item>& items, 
 /// The treatment of the calls of an entry that the journal deletes:
 ///  - of the oldest one of a list that is too long, and of the missed entry of a party that is called back
 ///    now, they stay in the history;
-///  - of every other one, which a user or the switch's log deletes, they are deleted.
-CallRows::Calls callsOfDeleted(ListName list, CallRows& rows) {
-    if (rows.count(list) > std::int64_t{Words::kListRows}) {
-        return {.areKept = true};
+///  - the switch's log, whose events are delivered, has the listed ones only;
+///  - a user deletes all of them.
+CallRows::Calls callsOfDeleted(ListName list, const DataRequest::Key& key, CallRows& rows) {
+    using Fate = CallRows::Calls::Fate;
+    if (rows.isOldestBeyond(std::int64_t{Words::kListRows}, list, key.uniqueId, key.entryId)) {
+        return {.fate = Fate::eKept};
     }
     const DeliveryContext* const delivery = DeliveryContext::current();
     if (list == ListName::eMissed && delivery != nullptr && delivery->establishes) {
-        return {.areKept = true,
+        return {.fate = Fate::eKept,
                 .calledBackAt = std::chrono::time_point_cast<std::chrono::seconds>(*delivery->time)};
     }
-    return {};
+    return {.fate = delivery != nullptr ? Fate::eListedDeleted : Fate::eDeleted};
 }
 
 /// Deletes rows of a call list; returns the last unique id.
@@ -99,8 +102,8 @@ std::string deleteCalls(CallRows& rows, ListName list, const DataRequest& reques
     }
     std::string lastUniqueId;
     for (const DataRequest::Key& key : request.keys) {
-        lastUniqueId =
-            rows.remove(list, key.uniqueId, key.entryId, callsOfDeleted(list, rows)).value_or(lastUniqueId);
+        lastUniqueId = rows.remove(list, key.uniqueId, key.entryId, callsOfDeleted(list, key, rows))
+                           .value_or(lastUniqueId);
     }
     return lastUniqueId;
 }
@@ -142,7 +145,12 @@ std::string textFor(const DataRequest& request, const char* doing) {
 
 SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits,
                                    DataAccessSources sources)
-    : m_database(database), m_line(std::move(line)), m_digits(digits), m_sources(std::move(sources)) {}
+    : m_database(database), m_line(std::move(line)), m_digits(digits), m_sources(std::move(sources)) {
+    const HistoryRows::Context context{m_line, m_digits};
+    static_cast<void>(m_database.write("listing the newest calls", [&](Database::Session& session) {
+        CallRows(session, context).listNewestCalls();
+    }));
+}
 
 bool SqliteDataAccess::healthy() const noexcept {
     return m_database.healthy();
@@ -196,6 +204,29 @@ std::string SqliteDataAccess::readResponse(const DataRequest& request) {
     return done && known ? document.text() : Words::FAILED;
 }
 
+void SqliteDataAccess::detachRewritten(const DataRequest& request, CallRows& rows) {
+    m_rewritten.reset();
+    const bool deletesOne = request.reason == DataRequest::Reason::eDelete && request.keys.size() == 1 &&
+                            listOfTable(request.schema) == ListName::eMissed;
+    const auto group = deletesOne && DeliveryContext::current() != nullptr
+                           ? rows.rewrittenGroup(request.keys.front().uniqueId)
+                           : std::nullopt;
+    if (group) {
+        m_rewritten = {request.keys.front().entryId, rows.history().detach(*group)};
+    }
+}
+
+void SqliteDataAccess::attachRewritten(const DataRequest& request, const std::string& uniqueId,
+                                       CallRows& rows) {
+    const auto* const item =
+        request.items.size() == 1 ? std::get_if<MissedCallItem>(&request.items.front()) : nullptr;
+    const auto rewritten = std::exchange(m_rewritten, std::nullopt);
+    if (rewritten && item != nullptr && item->getUniqueId().empty() &&
+        item->getEntryId() == rewritten->first) {
+        rows.history().attach(rowIdOf(uniqueId).value_or(0), rewritten->second);
+    }
+}
+
 std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
     std::string lastUniqueId;
     const CallFiling filing(request, m_sources.calls);
@@ -203,7 +234,13 @@ std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
     bool hasDeleted = false;
     const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
         Rows rows(session, context);
+        if (request.reason == DataRequest::Reason::eDelete) {
+            detachRewritten(request, rows.calls);
+        }
         lastUniqueId = change(rows, request, filing);
+        if (request.reason == DataRequest::Reason::eWrite) {
+            attachRewritten(request, lastUniqueId, rows.calls);
+        }
         filing.removeLiveCalls(session, m_line);
         hasDeleted = rows.calls.history().removeTraces();
     });

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "host/calls/LiveCallStoreIfc.h"
 #include "host/data/HistoryRows.h"
@@ -19,6 +20,7 @@ struct DataRequest;
 
 namespace host {
 
+class CallRows;
 class Database;
 
 /// The components from which the database of a line gets what its requests lack. All are borrowed, and may be
@@ -61,6 +63,10 @@ private:
     [[nodiscard]] std::string responseTo(const std::string& request);
     [[nodiscard]] std::string readSettingsResponse();
     [[nodiscard]] std::string readResponse(const journalxml::DataRequest& request);
+    // The journal shortens an entry of a group, as the switch's log demands, by deleting and writing it. Its
+    // older calls and what the link knows of them stay meanwhile.
+    void detachRewritten(const journalxml::DataRequest& request, CallRows& rows);
+    void attachRewritten(const journalxml::DataRequest& request, const std::string& uniqueId, CallRows& rows);
     [[nodiscard]] std::string changeResponse(const journalxml::DataRequest& request);
 
     // Constant after construction.
@@ -68,6 +74,10 @@ private:
     const std::string m_line;
     DigitAnalysisServiceIfc* const m_digits;
     const DataAccessSources m_sources;
+
+    /// The entry id and the calls of a group's entry that was deleted and may be written again. Used in
+    /// transactions only, which run one at a time.
+    std::optional<std::pair<std::string, HistoryRows::Detached>> m_rewritten;
 };
 
 }  // namespace host

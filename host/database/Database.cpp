@@ -117,11 +117,15 @@ bool Database::probe() noexcept {
 
 void Database::truncateLog() noexcept {
     m_logIsDue = true;
+    m_nextAttempt = std::chrono::steady_clock::time_point();
     truncateLogIfDue();
 }
 
 void Database::truncateLogIfDue() noexcept {
-    if (m_logIsDue) {
+    constexpr std::chrono::seconds kBetweenAttempts{1};
+    const auto now = std::chrono::steady_clock::now();
+    if (m_logIsDue && now >= m_nextAttempt.load()) {
+        m_nextAttempt = now + kBetweenAttempts;
         static_cast<void>(guarded("emptying the log of the database", [this] {
             const std::lock_guard lock(m_mutex);
             m_logIsDue = !m_connection->truncateLog();
@@ -132,7 +136,9 @@ void Database::truncateLogIfDue() noexcept {
 void Database::removeMigrationCopy() noexcept {
     static_cast<void>(guarded("removing the copy of the older version", [this] {
         for (int version = 0; version < Schema::version(); ++version) {
-            std::filesystem::remove(DatabaseConnection::copyOf(m_file, version));
+            const std::filesystem::path copy = DatabaseConnection::copyOf(m_file, version);
+            std::filesystem::remove(copy);
+            std::filesystem::remove(copy.string() + ".unfinished");
         }
     }));
 }

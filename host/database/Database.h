@@ -112,6 +112,8 @@ private:
     std::atomic<bool> m_writeFailed{false};
     /// True from a deletion until the log is empty.
     std::atomic<bool> m_logIsDue{false};
+    /// Each attempt flushes the disk; while a reader uses the log, there is one a second.
+    std::atomic<std::chrono::steady_clock::time_point> m_nextAttempt{};
 
     std::mutex m_mutex;
     // Guarded by m_mutex.

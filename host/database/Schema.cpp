@@ -232,6 +232,7 @@ CREATE INDEX call_party ON call (party, start DESC, id DESC, list, reason, durat
 CREATE INDEX call_connected ON call (connected) WHERE connected IS NOT NULL;
 CREATE INDEX call_redirecting ON call (redirecting) WHERE redirecting IS NOT NULL;
 CREATE INDEX call_of_item ON call (item, item_order DESC) WHERE item IS NOT NULL;
+CREATE INDEX call_listed ON call (item, item_order DESC) WHERE listed = 1;
 
 ALTER TABLE call_item ADD COLUMN calls INTEGER NOT NULL DEFAULT 0;
 CREATE INDEX call_item_unviewed ON call_item (line) WHERE list = 0 AND viewed = 0;

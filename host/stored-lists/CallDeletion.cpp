@@ -1,5 +1,6 @@
 #include "host/stored-lists/CallDeletion.h"
 
+#include <algorithm>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -35,6 +36,9 @@ std::optional<std::size_t> CallDeletion::remove(const CallFilter& filter) {
         !PartyErasure(m_entries).erase(filter.number)) {
         return std::nullopt;
     }
+    if (sources.resync) {
+        sources.resync();
+    }
     return removed;
 }
 
@@ -52,20 +56,28 @@ std::optional<std::size_t> CallDeletion::removeOlderThan(std::chrono::sys_second
 }
 
 std::optional<std::size_t> CallDeletion::remove(const Condition& condition, bool reportsRemoved) {
-    std::size_t count = 0;
-    const bool counted =
-        m_entries.sources().database.readAside("counting calls", [&](Database::Session& session) {
-            Query query = session.query(countOf(condition.text).c_str());
-            condition.bind(query);
-            count = query.next() ? static_cast<std::size_t>(query.number()) : 0;
-        });
-    if (!counted || count == 0) {
-        return counted ? std::optional(count) : std::nullopt;
+    const std::optional<std::int64_t> before = count(condition);
+    if (!before || *before == 0) {
+        return before ? std::optional<std::size_t>(0) : std::nullopt;
     }
     if (!changeEntries(condition, reportsRemoved) || !removeRows(condition)) {
         return std::nullopt;
     }
-    return count;
+    // A call that was filed during the deletion stays, and does not count.
+    const std::optional<std::int64_t> after = count(condition);
+    return after ? std::optional(static_cast<std::size_t>(std::max<std::int64_t>(*before - *after, 0)))
+                 : std::nullopt;
+}
+
+std::optional<std::int64_t> CallDeletion::count(const Condition& condition) {
+    std::int64_t count = 0;
+    const bool counted =
+        m_entries.sources().database.readAside("counting calls", [&](Database::Session& session) {
+            Query query = session.query(countOf(condition.text).c_str());
+            condition.bind(query);
+            count = query.next() ? query.number() : 0;
+        });
+    return counted ? std::optional(count) : std::nullopt;
 }
 
 bool CallDeletion::changeEntries(const Condition& condition, bool reportsRemoved) {

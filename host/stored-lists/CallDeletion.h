@@ -35,6 +35,7 @@ private:
     };
 
     [[nodiscard]] std::optional<std::size_t> remove(const Condition& condition, bool reportsRemoved);
+    [[nodiscard]] std::optional<std::int64_t> count(const Condition& condition);
     [[nodiscard]] bool changeEntries(const Condition& condition, bool reportsRemoved);
     [[nodiscard]] std::optional<std::size_t> removeRows(const Condition& condition);
 

@@ -1,5 +1,6 @@
 #include "host/stored-lists/PartyErasure.h"
 
+#include <array>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -12,10 +13,9 @@ namespace host {
 namespace {
 
 // ?1 is the line, ?2 the number as numbers are compared.
-constexpr const char* kEntries = R"sql(
+constexpr const char* kOfRedirecting = R"sql(
 SELECT DISTINCT list, item FROM call WHERE item IS NOT NULL AND line = ?1
-    AND (redirecting IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
-        OR connected_number = ?2 OR forwarded_to_number = ?2 OR substitute_number = ?2)
+    AND redirecting IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
 )sql";
 
 constexpr const char* kEraseRedirecting = R"sql(
@@ -27,14 +27,10 @@ constexpr const char* kEraseConnected = R"sql(
 UPDATE call SET connected = NULL WHERE connected IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
 )sql";
 
-constexpr const char* kEraseTexts = R"sql(
-UPDATE call SET connected_number = iif(connected_number = ?2, '', connected_number),
-    forwarded_to_number = iif(forwarded_to_number = ?2, '', forwarded_to_number),
-    substitute_number = iif(substitute_number = ?2, '', substitute_number)
-WHERE line = ?1 AND (connected_number = ?2 OR forwarded_to_number = ?2 OR substitute_number = ?2)
-)sql";
-
 constexpr const char* kEraseNote = "DELETE FROM party_note WHERE line = ?1 AND number = ?2";
+
+/// The columns of a call that hold a number as it was written, in any spelling.
+constexpr std::array kNumberColumns{"connected_number", "forwarded_to_number", "substitute_number"};
 
 template <typename Info>
 void eraseIn(Info& info, const std::function<bool(const std::string&)>& matches) {
@@ -65,6 +61,28 @@ std::string PartyErasure::lookupOf(std::string number) const {
     return number;
 }
 
+/// Calls `action` with each column and each text in it that is a spelling of the number.
+void PartyErasure::forEachText(
+    Database::Session& session, const std::string& lookup,
+    const std::function<void(const std::string&, const std::string&)>& action) const {
+    for (const std::string column : kNumberColumns) {
+        std::vector<std::string> texts;
+        {
+            Query query = session.query(
+                ("SELECT DISTINCT " + column + " FROM call WHERE line = ? AND " + column + " <> ''").c_str());
+            query.bind(m_entries.sources().line);
+            while (query.next()) {
+                texts.push_back(query.text());
+            }
+        }
+        for (const std::string& text : texts) {
+            if (lookupOf(text) == lookup) {
+                action(column, text);
+            }
+        }
+    }
+}
+
 bool PartyErasure::erase(const std::string& number) {
     const std::string lookup = lookupOf(number);
     return eraseFromEntries(lookup) && eraseRows(lookup) && eraseCallBacks(lookup);
@@ -75,12 +93,22 @@ bool PartyErasure::eraseFromEntries(const std::string& lookup) {
     std::vector<std::pair<ListName, std::int64_t>> affected;
     if (!sources.database.readAside("finding entries", [&](Database::Session& session) {
             affected.clear();
-            Query query = session.query(kEntries);
-            query.bind(sources.line).bind(lookup);
-            while (query.next()) {
-                const auto list = static_cast<ListName>(query.smallNumber());
-                affected.emplace_back(list, query.number());
-            }
+            const auto add = [&affected](Query& query) {
+                while (query.next()) {
+                    const auto list = static_cast<ListName>(query.smallNumber());
+                    affected.emplace_back(list, query.number());
+                }
+            };
+            add(session.query(kOfRedirecting).bind(sources.line).bind(lookup));
+            forEachText(session, lookup, [&](const std::string& column, const std::string& text) {
+                add(session
+                        .query(
+                            ("SELECT DISTINCT list, item FROM call WHERE item IS NOT NULL AND line = ? AND " +
+                             column + " = ?")
+                                .c_str())
+                        .bind(sources.line)
+                        .bind(text));
+            });
         })) {
         return false;
     }
@@ -114,9 +142,16 @@ bool PartyErasure::eraseFromEntries(const std::string& lookup) {
 bool PartyErasure::eraseRows(const std::string& lookup) {
     const StoredEntries::Sources& sources = m_entries.sources();
     const bool done = sources.database.write("erasing a party", [&](Database::Session& session) {
-        for (const char* const sql : {kEraseRedirecting, kEraseConnected, kEraseTexts, kEraseNote}) {
+        for (const char* const sql : {kEraseRedirecting, kEraseConnected, kEraseNote}) {
             session.query(sql).bind(sources.line).bind(lookup).run();
         }
+        forEachText(session, lookup, [&](const std::string& column, const std::string& text) {
+            session
+                .query(("UPDATE call SET " + column + " = '' WHERE line = ? AND " + column + " = ?").c_str())
+                .bind(sources.line)
+                .bind(text)
+                .run();
+        });
         PartyRows(session, sources.line, sources.digits).removeUnused();
     });
     sources.database.truncateLog();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "host/stored-lists/StoredEntries.h"
@@ -20,6 +21,8 @@ private:
     [[nodiscard]] bool eraseFromEntries(const std::string& lookup);
     [[nodiscard]] bool eraseRows(const std::string& lookup);
     [[nodiscard]] bool eraseCallBacks(const std::string& lookup);
+    void forEachText(Database::Session& session, const std::string& lookup,
+                     const std::function<void(const std::string&, const std::string&)>& action) const;
     [[nodiscard]] std::string lookupOf(std::string number) const;
 
     StoredEntries& m_entries;

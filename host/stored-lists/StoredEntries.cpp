@@ -34,6 +34,7 @@ template <typename Item>
 bool StoredEntries::change(
     std::int64_t id, bool reportsRemoved,
     const std::function<bool(Database::Session&, const HistoryRows::Context&, Item&)>& change) {
+    const std::lock_guard lock(m_changes);
     const HistoryRows::Context context = this->context();
     std::string former;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -154,25 +155,38 @@ std::optional<std::size_t> StoredEntries::removeCallBacks(const std::set<std::st
 }
 
 bool StoredEntries::clear(ListName list) {
+    std::int64_t newestCall = 0;
+    std::int64_t newestEntry = 0;
+    const auto number = [](Database::Session& session, const char* sql) {
+        Query query = session.query(sql);
+        return query.next() ? query.number() : 0;
+    };
+    if (!m_sources.database.readAside("reading a list", [&](Database::Session& session) {
+            newestCall = number(session, "SELECT coalesce(max(id), 0) FROM call");
+            newestEntry = number(session, "SELECT coalesce(max(id), 0) FROM call_item");
+        })) {
+        return false;
+    }
     withItemOf(list, [&]<typename Item>() { (m_sources.journal.*listOperations<Item>().clear)(); });
-    const HistoryRows::Context context = this->context();
-    bool hasDeleted = false;
+    // The rows that the journal does not have, or that the database refused to delete. A call that is filed
+    // meanwhile stays.
     const bool done = m_sources.database.write("clearing a list", [&](Database::Session& session) {
         if (list == ListName::eCallbacks) {
-            CallBackRows(session, m_sources.line).removeAll();
             return;
         }
-        CallRows rows(session, context);
-        rows.removeAll(list);
-        hasDeleted = rows.history().removeTraces();
+        const auto bindTo = [&](Query&& query, std::int64_t newest) {
+            query.bind(m_sources.line).bind(static_cast<std::int32_t>(list)).bind(newest).run();
+        };
+        bindTo(session.query("DELETE FROM call WHERE line = ? AND list = ? AND id <= ?"), newestCall);
+        bindTo(session.query("DELETE FROM call_item WHERE line = ? AND list = ? AND id <= ? AND calls = 0"),
+               newestEntry);
+        PartyRows(session, m_sources.line, m_sources.digits).removeUnused();
     });
-    if (done && hasDeleted) {
-        m_sources.database.truncateLog();
-    }
+    m_sources.database.truncateLog();
     if (done && m_sources.resync) {
         m_sources.resync();
     }
-    return done;
+    return done && (list != ListName::eCallbacks || !hasCallBacks());
 }
 
 bool StoredEntries::setViewed(const std::set<std::string>& ids, bool viewed) {
@@ -191,7 +205,32 @@ bool StoredEntries::setViewed(const std::set<std::string>& ids, bool viewed) {
                                return changes;
                            });
     }
-    return done;
+    return done && areMarked(*rows, viewed);
+}
+
+bool StoredEntries::areMarked(const std::vector<std::int64_t>& rows, bool viewed) {
+    bool marked = true;
+    const bool done =
+        m_sources.database.readAside("reading the viewed marks", [&](Database::Session& session) {
+            Query query = session.query("SELECT viewed FROM call_item WHERE id = ?");
+            for (const std::int64_t row : rows) {
+                marked = marked && (!query.again().bind(row).next() || query.flag() == viewed);
+            }
+        });
+    return done && marked;
+}
+
+bool StoredEntries::hasCallBacks() {
+    bool any = true;
+    const bool done = m_sources.database.readAside("reading the callbacks", [&](Database::Session& session) {
+        any = !CallBackRows(session, m_sources.line).ids().empty();
+    });
+    return !done || any;
+}
+
+HistoryRows::Context StoredEntries::context() const {
+    return {m_sources.line, m_sources.digits,
+            m_sources.phoneAhead ? m_sources.phoneAhead() : std::chrono::seconds(0)};
 }
 
 template bool StoredEntries::change<MissedCallItem>(

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -28,8 +30,10 @@ public:
         Database& database;
         std::string line;
         DigitAnalysisServiceIfc* digits = nullptr;
-        /// Lets all readers read again; any thread calls it.
+        /// Makes the readers of the event stream read again; any thread calls it.
         std::function<void()> resync;
+        /// The time by which the phone's zone is ahead of UTC; any thread calls it. May be empty.
+        std::function<std::chrono::seconds()> phoneAhead{};
     };
 
     explicit StoredEntries(Sources sources) : m_sources(std::move(sources)) {}
@@ -62,9 +66,15 @@ private:
     /// The rows of the entries that are stored.
     [[nodiscard]] std::optional<std::vector<std::int64_t>> find(ListName list,
                                                                 const std::set<std::string>& ids);
-    [[nodiscard]] HistoryRows::Context context() const { return {m_sources.line, m_sources.digits}; }
+    [[nodiscard]] HistoryRows::Context context() const;
+    [[nodiscard]] bool hasCallBacks();
+    /// True if all these missed entries that are stored have that mark.
+    [[nodiscard]] bool areMarked(const std::vector<std::int64_t>& rows, bool viewed);
 
     const Sources m_sources;
+
+    /// Held from the read of an entry to its change, so that no other change is lost.
+    std::mutex m_changes;
 };
 
 }  // namespace host

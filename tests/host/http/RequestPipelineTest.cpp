@@ -162,7 +162,7 @@ TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {
         DELETE | dialled?entryIds=         |                     | 400 wrong-selection  |
         DELETE | dialled?al=true           | {"entryIds": ["b"]} | 400 unknown-parameter |
         DELETE | dialled                   | {}                  | 400 wrong-shape      |
-        POST   | missed/viewed             | {"entryIds": ["Ann", "x"]} | 204 -         | setMissedCallListAsViewed({Ann})
+        POST   | missed/viewed             | {"entryIds": ["Ann", "x"]} | 503 database  | setMissedCallListAsViewed({Ann})
     )")) {
         const std::size_t before = m_journal.calls().size();
         EXPECT_EQ(summary(respond(row[0], "/api/v1/lists/" + row[1], "authorization: Bearer secret", row[2])),
