@@ -58,8 +58,8 @@ public:
     /// The row with that unique id, if `text` is a number, or the newest one with that entry id.
     [[nodiscard]] std::optional<std::int64_t> idOf(ListName list, const std::string& text);
 
-    /// Lists the newest calls of every item, if an import that did not finish has left others listed. Requires:
-    /// the journal has not loaded its lists.
+    /// Lists the newest calls of every item, if an import that did not finish has left others listed.
+    /// Requires: the journal has not loaded its lists.
     void listNewestCalls();
     /// True if the list has more than `limit` items, and the one of the key is its oldest.
     [[nodiscard]] bool isOldestBeyond(std::int64_t limit, ListName list, const std::string& uniqueId,

@@ -184,3 +184,34 @@ class HistoryTest(ProgramTest):
         misses(DAN)(self)
         self.await_value(["missed (A*12)", "missed D"], lambda: [each for each in self.calls().split(", ") if each[-1] in "AD)"])
         self.assertEqual(self.get(self.server, "lists/missed?limit=1")["total"], 1000)
+
+    def test_changes_at_the_same_time_lose_and_double_no_call(self):
+        self.fill([(0, ANN, NOW - 3 * DAY, 12, True), (2, ANN, NOW - 2 * DAY, 3, True)])
+        self.switch = ThirdPartySwitch(self)
+        self.server = self.serve(self.switch.address)
+        self.switch.accept_monitor()
+        misses(ANN)(self)
+        self.await_value("missed A*13, received A*3", self.calls)
+        # Between the calls of the entries, and newer than they are.
+        exported = [json.loads(line) for line in self.done("export", "--format", "jsonl").splitlines()]
+        added = [dict(call, id=0, callId="i%d" % at, start=make_history.text_of(NOW + at - 1800 - (at % 2) * 2 * DAY), answered=None, ended=None)
+                 for at, call in enumerate(exported[:2] + exported[-4:-2])]
+        path = os.path.join(self.data, "added.jsonl")
+        pathlib.Path(path).write_text("".join(json.dumps(call) + "\n" for call in added))
+        self.done("import", path)
+        counts = {"missed": 13, "received": 3}
+        for call in added:
+            counts[call["list"]] += 1
+        self.await_value("missed A*%(missed)d, received A*%(received)d" % counts, self.calls)
+        deleted = [call["id"] for call in exported if call["list"] == "missed"][2:9]
+        threads = [threading.Thread(target=http("DELETE", "calls/%d" % each), args=(self,)) for each in deleted]
+        for thread in threads:
+            thread.start()
+        misses(ANN, "78")(self)
+        for thread in threads:
+            thread.join()
+        counts["missed"] -= len(deleted) - 1
+        self.await_value("missed A*%(missed)d, received A*%(received)d" % counts, self.calls)
+        self.assertEqual(self.server.stop(), 0)
+        self.server = self.serve(self.switch.address)
+        self.assertEqual({call["id"] for call in self.get(self.server, "calls?limit=1000")["items"]} & set(deleted), set())
