@@ -4,8 +4,11 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -115,22 +118,54 @@ void copyTo(const TemporaryFile& target, const std::filesystem::path& source, co
     }
 }
 
-/// The first name of that kind that none of the database's files has yet.
-std::string freeSuffix(const std::filesystem::path& file) {
-    std::string suffix = ".before-restore";
-    const auto isTaken = [&] {
+/// The files of a database that another one replaces: moved back, all of them, unless they are kept.
+class FormerFiles {
+public:
+    explicit FormerFiles(const std::filesystem::path& file) : m_file(file.string()), m_suffix(freeSuffix()) {}
+    ~FormerFiles() {
+        for (auto name = m_moved.rbegin(); name != m_moved.rend(); ++name) {
+            static_cast<void>(std::rename((*name + m_suffix).c_str(), name->c_str()));
+        }
+    }
+    FormerFiles(const FormerFiles&) = delete;
+    FormerFiles& operator=(const FormerFiles&) = delete;
+
+    void moveAside() {
         for (const char* const companion : kCompanions) {
-            if (std::filesystem::exists(file.string() + companion + suffix)) {
-                return true;
+            const std::string name = m_file + companion;
+            if (std::rename(name.c_str(), (name + m_suffix).c_str()) == 0) {
+                m_moved.push_back(name);
+            } else if (errno != ENOENT) {
+                throw systemError(name + " cannot be renamed, the database is as it was");
             }
         }
-        return false;
-    };
-    for (int count = 2; isTaken(); ++count) {
-        suffix = ".before-restore." + std::to_string(count);
     }
-    return suffix;
-}
+    /// Returns their names.
+    std::vector<std::filesystem::path> keep() {
+        std::vector<std::filesystem::path> kept;
+        for (const std::string& name : std::exchange(m_moved, {})) {
+            kept.emplace_back(name + m_suffix);
+        }
+        return kept;
+    }
+
+private:
+    /// The first suffix of that kind that none of the files has yet.
+    [[nodiscard]] std::string freeSuffix() const {
+        std::string suffix = ".before-restore";
+        const auto isTaken = [&](const char* companion) {
+            return std::filesystem::exists(m_file + companion + suffix);
+        };
+        for (int count = 2; std::any_of(std::begin(kCompanions), std::end(kCompanions), isTaken); ++count) {
+            suffix = ".before-restore." + std::to_string(count);
+        }
+        return suffix;
+    }
+
+    const std::string m_file;
+    const std::string m_suffix;
+    std::vector<std::string> m_moved;
+};
 
 }  // namespace
 
@@ -154,18 +189,10 @@ std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& 
     }
     TemporaryFile copy(file);
     copyTo(copy, backup, progress);
-    const std::string suffix = freeSuffix(file);
-    std::vector<std::filesystem::path> kept;
-    for (const char* const companion : kCompanions) {
-        const std::string name = file.string() + companion;
-        if (::rename(name.c_str(), (name + suffix).c_str()) == 0) {
-            kept.emplace_back(name + suffix);
-        } else if (errno != ENOENT) {
-            throw systemError(name + " cannot be renamed");
-        }
-    }
+    FormerFiles former(file);
+    former.moveAside();
     copy.takeName();
-    return kept;
+    return former.keep();
 }
 
 }  // namespace host
