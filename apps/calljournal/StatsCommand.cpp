@@ -70,7 +70,8 @@ constexpr std::array<const char*, 7> kWeekdays{"Monday", "Tuesday",  "Wednesday"
 std::vector<std::string> keyCells(const Json& group, const std::string& by) {
     const std::string key = textIn(group, "key");
     if (by == "party") {
-        return {nameIn(group), key};
+        const std::string name = nameIn(group);
+        return {name.empty() && key.empty() ? "unknown" : name, key};
     }
     if (by == "weekday") {
         return {kWeekdays.at(group["key"].get<std::size_t>() - 1)};

@@ -42,7 +42,8 @@ struct CallGroup {
     /// id of the party.
     std::int64_t key = 0;
     CallCounts counts;
-    // Set for parties only: the number as it was last filed, the name that is shown for it.
+    // Set for parties only: the number as it was last filed, the name that is shown for it; empty for the
+    // calls without a number.
     std::string number{};
     std::string displayName{};
 };
@@ -58,7 +59,7 @@ struct StatisticsQuery {
 struct StatisticsResult {
     CallCounts totals;
     /// In the order of their keys. Parties, which a query without grouping has too: those with most calls,
-    /// these first, without withheld numbers.
+    /// these first. All calls without a number are one party.
     std::vector<CallGroup> groups;
 };
 

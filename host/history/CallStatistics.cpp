@@ -15,11 +15,12 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-// A number with several names is one party, with the least id of them. Numbers that no rules have, and those
-// that are withheld, are compared with none.
+// A number with several names is one party, with the least id of them; one that no rules have equals
+// no other. All calls without a number are those of the person 0.
 constexpr const char* kParties = R"sql(
 WITH own AS MATERIALIZED (
-    SELECT id, min(id) OVER (PARTITION BY coalesce(nullif(lookup, ''), id)) AS person, lookup
+    SELECT id, lookup,
+        iif(number = '', 0, min(id) OVER (PARTITION BY coalesce(nullif(lookup, ''), id))) AS person
     FROM party WHERE line = ?)
 )sql";
 
@@ -151,9 +152,7 @@ private:
                     group.displayName = contact;
                 }
             }
-            if (!group.number.empty()) {
-                m_result.groups.push_back(std::move(group));
-            }
+            m_result.groups.push_back(std::move(group));
         }
     }
 

@@ -196,6 +196,9 @@ TEST_F(CallHistoryTest, CountsInTheZoneAcrossTheChangesOfItsClocks) {
     EXPECT_EQ(counted(eWeekday, ""), all + ", 6:2 1 0 60 60 600, 7:5 1 1 75 40 1200");
     EXPECT_EQ(counted(eHour, ""), all + ", 2:2 0 0 70 40 -, 23:5 2 1 65 60 900");
     EXPECT_EQ(counted(eParty, "number=1 list=missed"), "all:3 2 1 0 0 900, Ann:3 2 1 0 0 900");
+    store(*m_database, {ListName::eMissed, at("2026-10-27T12:00"), "", ""});
+    store(*m_database, {ListName::eReceived, at("2026-10-28"), "", "Eve", 7});
+    EXPECT_EQ(counted(eParty, "since=2026-10-27"), "all:2 1 0 7 7 -, 0:2 1 0 7 7 -") << "without a number";
 }
 
 TEST(FilterTextTest, ReadsTimesOfTheZone) {
