@@ -27,20 +27,12 @@ std::int64_t idOf(const HttpRequest& request) {
     return *id;
 }
 
-/// True if the filter selects the calls of one number, all of them.
-bool isOneNumber(CallFilter filter) {
-    const bool hasNumber = !filter.number.empty();
-    filter.number.clear();
-    return hasNumber && filter.isEmpty();
-}
-
 }  // namespace
 
 CallsResource::CallsResource(StoredEntries& entries)
     : m_resync(entries.sources().resync),
       m_history(entries.sources().database, entries.sources().line, entries.sources().digits),
-      m_deletion(entries),
-      m_erasure(entries) {}
+      m_deletion(entries) {}
 
 void CallsResource::addRoutes(Router& router) {
     std::vector<std::string> deletionParameters = filterParameters();
@@ -79,7 +71,7 @@ HttpResponse CallsResource::deleteOne(const HttpRequest& request) {
     if (storedOr503(m_deletion.remove(idOf(request))) == 0) {
         throw noSuchCall();
     }
-    tellReaders();
+    resync();
     return emptyResponse();
 }
 
@@ -90,17 +82,10 @@ HttpResponse CallsResource::deleteSome(const HttpRequest& request) {
     if (all != filter.isEmpty() || (all && request.queryValue("all") != "true")) {
         throw HttpError(400, "wrong-selection", "a deletion takes either filters or all=true");
     }
-    const std::size_t deleted = storedOr503(m_deletion.remove(filter));
-    if (isOneNumber(filter)) {
-        doneOr503(m_erasure.erase(filter.number));
-    }
-    if (deleted > 0) {
-        tellReaders();
-    }
-    return jsonResponse({{"deleted", deleted}});
+    return jsonResponse({{"deleted", storedOr503(m_deletion.remove(filter))}});
 }
 
-void CallsResource::tellReaders() const {
+void CallsResource::resync() const {
     if (m_resync) {
         m_resync();
     }

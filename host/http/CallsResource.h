@@ -7,7 +7,6 @@
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 #include "host/stored-lists/CallDeletion.h"
-#include "host/stored-lists/PartyErasure.h"
 #include "host/stored-lists/StoredEntries.h"
 
 namespace host {
@@ -31,12 +30,11 @@ private:
 
     /// Lets all readers read again: the journal has notified its observers only of the calls that its entries
     /// had.
-    void tellReaders() const;
+    void resync() const;
 
     const std::function<void()> m_resync;
     const CallHistory m_history;
     CallDeletion m_deletion;
-    PartyErasure m_erasure;
     const Zone m_zone = Zone::ofMachine();
 };
 
