@@ -1,8 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cerrno>
-#include <chrono>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -18,6 +16,7 @@
 #include "apps/calljournal/ContactClient.h"
 #include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/ProgressText.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/api-client/ApiClient.h"
@@ -44,7 +43,7 @@ int statusOfOutput() {
     return std::cout.flush().good() ? eDone : eFailed;
 }
 
-/// Prints the progress of an import to the standard error output.
+/// Prints the notes and the progress of an import to the standard error output.
 class ImportProgress {
 public:
     /// Both are borrowed and outlive this object; `stream` reads the file.
@@ -57,31 +56,24 @@ public:
     void print(const host::ImportReport& report) {
         for (; m_notified < report.notes.size(); ++m_notified) {
             const host::ImportReport::Note& note = report.notes[m_notified];
+            m_text.clear();
             std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
                       << host::printable(note.text) << std::endl;
         }
-        const auto now = std::chrono::steady_clock::now();
-        if (now - m_last >= std::chrono::seconds(1)) {
-            m_last = now;
-            std::cerr << m_file << ": " << report.read << " so far" << percentage() << std::endl;
-        }
+        const auto at = static_cast<std::streamoff>(m_stream.tellg());
+        m_text.show("importing " + m_file + ": " + std::to_string(report.read) + " contacts",
+                    at > 0 ? static_cast<std::size_t>(at) : 0, at > 0 ? m_size : 0);
     }
+
+    /// Call before other output.
+    void end() { m_text.clear(); }
 
 private:
-    /// The share of the file that is read: " (42 %)".
-    [[nodiscard]] std::string percentage() const {
-        const auto at = static_cast<std::streamoff>(m_stream.tellg());
-        if (at < 0 || m_size == 0) {
-            return {};
-        }
-        return " (" + std::to_string(static_cast<std::uintmax_t>(at) * 100 / m_size) + " %)";
-    }
-
     const std::string& m_file;
     std::istream& m_stream;
-    std::uintmax_t m_size = 0;
+    std::size_t m_size = 0;
     std::size_t m_notified = 0;
-    std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
+    ProgressText m_text;
 };
 
 std::string importText(const std::string& file, const host::ImportReport& report) {
@@ -190,6 +182,7 @@ private:
         host::ContactImport import(contacts,
                                    [&progress](const host::ImportReport& each) { progress.print(each); });
         const bool done = import.run(*readerOf(stream));
+        progress.end();
         const host::ImportReport& report = import.report();
         if (!done) {
             throw host::RemoteError("calljournal could not store the contacts; see its log. " +
