@@ -33,8 +33,10 @@ void CallUpload::finish() {
 
 void CallUpload::send(bool isLast) {
     const std::string body = std::string(R"({"more":)") + (isLast ? "false" : "true") + R"(,"unviewed":)" +
-                             (m_unviewed ? "true" : "false") + R"(,"calls":[)" + m_calls + "]}";
+                             (m_unviewed ? "true" : "false") + R"(,"import":)" + m_import + R"(,"calls":[)" +
+                             m_calls + "]}";
     const nlohmann::ordered_json done = m_client.post({"calls", "import"}, body, "application/json");
+    m_import = done.at("import").dump();
     m_counts.imported += done.at("imported").get<std::size_t>();
     m_counts.known += done.at("known").get<std::size_t>();
     for (const auto& each : done.at("failed")) {

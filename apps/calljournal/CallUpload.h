@@ -33,8 +33,7 @@ public:
         : m_client(client), m_unviewed(unviewed), m_refused(std::move(refused)) {}
 
     void add(std::size_t row, const host::Call& call);
-    /// Sends the rest and ends the import; without it, the lists of the journal lack the calls until they are
-    /// loaded again.
+    /// Sends the rest and ends the import; without it, the server ends the import after half a minute.
     void finish();
 
     [[nodiscard]] const Counts& counts() const noexcept { return m_counts; }
@@ -46,6 +45,8 @@ private:
     const bool m_unviewed;
     const Refused m_refused;
     Counts m_counts;
+    /// The id that the server gave the import, as JSON.
+    std::string m_import = "null";
     /// The calls of the next request as JSON, and their rows.
     std::string m_calls;
     std::vector<std::size_t> m_rows;

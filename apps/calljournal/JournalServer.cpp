@@ -143,6 +143,9 @@ public:
             m_remote->stop();
         }
         m_maintenance.stop();
+        if (m_http) {
+            m_http->stop();  // its last requests and imports may send a "resync"
+        }
         m_http.reset();
         m_remote.reset();
         m_line.stop();

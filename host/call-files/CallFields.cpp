@@ -123,6 +123,10 @@ public:
         readTimes();
         readTexts();
         decideList();
+        if (m_call.list == ListName::eMissed || m_outcome == Outcome::eUnconnected) {
+            // A record may count the time of ringing.
+            m_call.duration = std::chrono::seconds(0);
+        }
         readParty();
         m_call.id = numberIn("id");
         m_call.endApproximate = flagIn("endApproximate").value_or(false);
@@ -253,10 +257,6 @@ private:
             m_outcome = *outcome;
         }
         m_call.list = listOf(direction.value_or(false));
-        if (m_outcome == Outcome::eUnconnected) {
-            // A record may count the time of ringing.
-            m_call.duration = std::chrono::seconds(0);
-        }
     }
 
     [[nodiscard]] ListName listOf(bool outgoing) const {

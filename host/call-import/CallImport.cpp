@@ -30,7 +30,6 @@ bool markUnviewed(Item& /*item*/, bool /*unviewed*/) {
 }  // namespace
 
 std::optional<CallImport::Counts> CallImport::add(const std::vector<Call>& calls, bool unviewed) {
-    const std::lock_guard lock(m_mutex);
     Counts counts;
     CallInsertion::Added added;
     for (std::size_t at = 0; at < calls.size(); at += kMaxBatch) {
@@ -75,8 +74,15 @@ bool CallImport::addBatch(const Call* begin, const Call* end, bool unviewed, Cal
     return done;
 }
 
+void CallImport::publish() {
+    if (!m_run.made.empty()) {
+        static_cast<void>(m_entries.sources().journal.refreshCallLists());
+        // From now on they are entries that the journal may hold.
+        m_run.made.clear();
+    }
+}
+
 void CallImport::finish() {
-    const std::lock_guard lock(m_mutex);
     const StoredEntries::Sources& sources = m_entries.sources();
     // The journal learns of the new entries first: the next call of their parties belongs to them.
     static_cast<void>(sources.journal.refreshCallLists());

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -18,10 +17,13 @@ namespace host {
 ///  1. `add`, once or several times: the calls become rows of the history, in transactions of 1000. A call
 ///     that is there is not stored again. The entry of the call's party in its list takes the call over, or
 ///     is made.
-///  2. `finish`: the journal loads its lists, the entries that were there before take over their newest
+///  2. `publish` after an `add` that others follow: the journal loads the entries that were made, so that a
+///     call that is filed meanwhile makes no second one.
+///  3. `finish`: the journal loads its lists, the entries that were there before take over their newest
 ///     calls, and all readers read again.
 ///
-/// Thread-safe. The switch is told of no call.
+/// One thread at a time. No call is reported to the switch. A missed `finish` leaves the entries with their
+/// former calls.
 class CallImport {
 public:
     /// The entries are borrowed.
@@ -36,6 +38,7 @@ public:
     /// true or the history had it before it was deleted: its id is one of this database. Returns std::nullopt
     /// if the database fails; the transactions before are done then.
     [[nodiscard]] std::optional<Counts> add(const std::vector<Call>& calls, bool unviewed);
+    void publish();
     /// Ends the import. Call it after the last `add`, also after a failed one.
     void finish();
 
@@ -46,9 +49,6 @@ private:
     void takeOver(std::int64_t entry, bool unviewed);
 
     StoredEntries& m_entries;
-
-    std::mutex m_mutex;
-    // Guarded by m_mutex.
     ImportRun m_run;
     /// The greatest id of a call before the import; std::nullopt before its first `add`.
     std::optional<std::int64_t> m_lastId;

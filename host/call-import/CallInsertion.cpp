@@ -25,10 +25,10 @@ constexpr const char* kInsert = R"sql(
 INSERT INTO call (item, item_order, listed, text_c, text_d, log_target,
     presentation_a, presentation_b, presentation_c, presentation_d, time_format,
     redirecting_number_presentation, redirecting_name_presentation, transfer_number_type, redirecting_reason,
-    group_text, substitute_number, feature_access_code, forwarded_to_number, forwarding_target, forwarding_reason,
+    group_text, substitute_number, feature_access_code, forwarding_target, forwarding_reason, forwarded_to_number,
     id, line, list, call_id, part, start, established, ended, duration, end_approximate, called_back_at, reason,
     party, connected, redirecting, connected_number, time_and_date, duration_text, completed_elsewhere, line_key)
-VALUES (NULL, 0, 0, '', '', 0,  0, 0, 0, 0, 0,  0, 0, 0, 0,  '', '', 0, '', 0, 0,
+VALUES (NULL, 0, 0, '', '', 0,  0, 0, 0, 0, 0,  0, 0, 0, 0,  '', '', 0, 0, 0, ?,
     ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?,  ?, ?, ?, ?, ?, ?, ?, ?)
 )sql";
 
@@ -62,13 +62,15 @@ std::optional<std::int64_t> CallInsertion::add(const Call& call) {
     const auto connected = partyOf(call.connected);
     const auto redirecting = partyOf(call.redirecting);
     Query query = m_session.query(kInsert);
+    const std::string connectedNumber = call.connected ? call.connected->number : std::string();
+    query.bind(call.list == ListName::eForwarded ? connectedNumber : std::string());
     query.bind(freeId(call.id)).bind(m_line).bind(static_cast<std::int32_t>(call.list)).bind(call.callId);
     query.bind(identity.nextPart).bind(secondsOf(call.start));
     query.bind(secondsOf(call.established)).bind(secondsOf(call.ended));
     query.bind(std::int64_t{call.duration.count()}).bind(call.endApproximate);
     query.bind(secondsOf(call.calledBackAt)).bind(static_cast<std::int32_t>(call.reason));
     query.bind(party).bind(connected).bind(redirecting);
-    query.bind(call.connected ? call.connected->number : std::string());
+    query.bind(connectedNumber);
     query.bind(utcText(call.start)).bind(durationText(call));
     query.bind(call.reason == CallReason::eCompletedElsewhere).bind(call.lineKey);
     query.run();
@@ -93,12 +95,11 @@ CallInsertion::Identity CallInsertion::identityOf(const Call& call) {
     while (rows.next() && !identity.isKnown) {
         const auto added = m_added.find(rows.number());
         identity.nextPart = rows.number() + (hasId ? 1 : 0);
-        const bool sameParty =
-            rows.smallNumber() == static_cast<std::int32_t>(call.list) && rows.text() == call.party.number;
+        const bool sameList = rows.smallNumber() == static_cast<std::int32_t>(call.list) || !hasId;
         const bool areDifferent =
             added != m_added.end() &&
-            ((hasId && !sameParty) || (call.id != 0 && added->second != 0 && call.id != added->second));
-        identity.isKnown = !areDifferent;
+            (!sameList || (call.id != 0 && added->second != 0 && call.id != added->second));
+        identity.isKnown = rows.text() == call.party.number && !areDifferent;
     }
     return identity;
 }

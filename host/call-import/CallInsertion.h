@@ -13,9 +13,9 @@ namespace host {
 
 /// Adds calls of a file to the history, each without an entry.
 ///
-/// A call is known if the history has one of the same call id that began in the same second; without a call
-/// id, one of the same direction, number, start and duration. Calls of one file with different ids, or of one
-/// call id with different parties or lists, are different calls: a conference has a call for each party.
+/// A call is known if the history has one of the same call id and number that began in the same second;
+/// without a call id, one of the same direction, number, start and duration. A conference has a call for each
+/// party. Calls of one request with different ids, or of one call id in different lists, are different calls.
 ///
 /// Use it inside one `Database::write` call. Every operation throws if the database fails.
 class CallInsertion {

@@ -86,6 +86,7 @@ public:
         }
         m_server.post([this] { m_feed.close(); });
         m_server.stop();
+        m_import.stop();
     }
 
     [[nodiscard]] const Router& router() const noexcept { return m_router; }

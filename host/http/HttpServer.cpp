@@ -85,6 +85,7 @@ const char* reasonOf(int status) {
         case 403: return "Forbidden";
         case 404: return "Not Found";
         case 405: return "Method Not Allowed";
+        case 409: return "Conflict";
         case 413: return "Content Too Large";
         case 415: return "Unsupported Media Type";
         case 422: return "Unprocessable Content";

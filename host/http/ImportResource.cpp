@@ -30,6 +30,17 @@ bool flagIn(const Json& body, const char* member) {
     return found->get<bool>();
 }
 
+std::string importIn(const Json& body) {
+    const auto found = body.find("import");
+    if (found == body.end() || found->is_null()) {
+        return {};
+    }
+    if (!found->is_string()) {
+        throw HttpError(422, "wrong-shape", "import is the text that the first request got");
+    }
+    return found->get<std::string>();
+}
+
 /// Reads a call of the body; a time in it needs a zone.
 Call callIn(const Json& call) {
     if (!call.is_object()) {
@@ -53,27 +64,28 @@ HttpResponse ImportResource::importCalls(const HttpRequest& request) {
     if (given == body.end() || !given->is_array()) {
         throw HttpError(422, "wrong-shape", R"(the body must be {"calls": [...]})");
     }
-    const bool unviewed = flagIn(body, "unviewed");
-    const bool isLast = !flagIn(body, "more");
-    std::vector<Call> calls;
+    ImportSession::Request part{importIn(body), !flagIn(body, "more"), flagIn(body, "unviewed"), {}};
     Json failed = Json::array();
     for (std::size_t row = 0; row < given->size(); ++row) {
         try {
-            calls.push_back(callIn((*given)[row]));
+            part.calls.push_back(callIn((*given)[row]));
         } catch (const CallFieldError& error) {
             failed.push_back({{"row", row + 1}, {"error", error.what()}});
         }
     }
-    const auto counts = m_import.add(calls, unviewed);
-    if (isLast || !counts) {
-        m_import.finish();
+    const ImportSession::Response done = m_import.add(part);
+    if (done.outcome == ImportSession::Outcome::eOtherImport) {
+        throw HttpError(409, "other-import",
+                        "another import is running; one whose client is gone ends after 30 seconds");
     }
-    if (!counts) {
+    if (done.outcome == ImportSession::Outcome::eFailed) {
         throw HttpError(503, "database",
                         "the database does not respond; see the log. Importing the calls again is harmless");
     }
-    return jsonResponse(
-        {{"imported", counts->imported}, {"known", counts->known}, {"failed", std::move(failed)}});
+    return jsonResponse({{"imported", done.counts.imported},
+                         {"known", done.counts.known},
+                         {"failed", std::move(failed)},
+                         {"import", done.import.empty() ? Json() : Json(done.import)}});
 }
 
 }  // namespace host

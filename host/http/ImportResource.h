@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/call-import/CallImport.h"
+#include "host/call-import/ImportSession.h"
 #include "host/http/HttpRequest.h"
 #include "host/http/HttpResponse.h"
 
@@ -16,11 +16,13 @@ public:
 
     /// Requires: routes with "/api/v1/calls/{id}" are added later.
     void addRoutes(Router& router);
+    /// As `ImportSession`.
+    void stop() { m_import.stop(); }
 
 private:
     [[nodiscard]] HttpResponse importCalls(const HttpRequest& request);
 
-    CallImport m_import;
+    ImportSession m_import;
 };
 
 }  // namespace host

@@ -15,6 +15,9 @@ call c from 4711 "Ann" to 2001 ; ring c ; giveup c
 dial d to 4713 "Carl" ; ring d ; connect d ; wait 1s ; hangup d
 call e from +4714 "=1+1" to 2001 ; ring e ; answer e ; wait 1s ; hangup e
 """
+LISTS = ("missed", "dialled", "received", "forwarded")
+MORE = "".join('{"start":"2026-11-21T05:22:%02dZ","number":"4799","list":"received","duration":7}\n' % n for n in range(12)) + \
+    '{"start":"2026-11-21T05:22:05Z","number":"4716","list":"forwarded","connectedNumber":"205","connectedName":"Desk"}\n'
 
 
 class ExportImportTest(ProgramTest):
@@ -70,23 +73,26 @@ class ExportImportTest(ProgramTest):
 
     def test_the_history_is_the_same_after_export_deletion_and_import(self):
         self.simulate_and_serve(CALLS, "received call from =1\\+1")
+        self.done("import", self.file("more.jsonl", MORE))
         self.done("viewed", self.list("missed")["items"][0]["entryId"])
         before, lists = self.exported(), self.counts()
-        self.assertEqual(len(before[0]), 5)
+        self.assertEqual(len(before[0]), 18)
+        self.assertIn("'205'", str(lists))
         self.assertEqual({line["viewed"] for line in before[0] if line["list"] == "missed"}, {True, False})
         for form in ("csv", "jsonl"):
             file = self.file("calls." + form, self.done("export", "--format", form, *(["--sort", "start"] if form == "csv" else [])))
-            for name in ("missed", "dialled", "received"):
+            for name in LISTS:
                 self.done("delete", name, "--all")
             self.assertEqual(self.exported()[0], [])
-            self.assertIn("5 imported, 0 known", self.done("import", file))
+            self.assertIn("18 imported, 0 known", self.done("import", file))
             self.assertEqual(self.exported(), before)
-            self.assertIn("0 imported, 5 known", self.done("import", file))
+            self.assertIn("0 imported, 18 known", self.done("import", file))
             self.assertEqual(self.counts(), lists)
 
     def counts(self):
-        return [(page["total"], page["unviewed"], [(each["number"], each["calls"], each["time"]) for each in page["items"]])
-                for page in map(self.list, ("missed", "dialled", "received"))]
+        return [(page["total"], page["unviewed"], [(each["number"], each["calls"], each["time"], len(each["occurrences"]), each["occurrences"][0].get("forwardedToNumber"))
+                                                     for each in page["items"]])
+                for page in map(self.list, LISTS)]
 
     def test_call_detail_records_are_imported_once_and_wrong_rows_are_named(self):
         server = self.serve("127.0.0.1:9")

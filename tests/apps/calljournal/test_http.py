@@ -153,6 +153,9 @@ class HttpTest(ProgramTest):
             good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204}.get(
                 operation, 204 if operation.startswith("DELETE") and operation not in QUERIES else 200)
             self.described(operation, good, body=GOOD.get(operation))
+        run = json.loads(self.described(UPLOAD, 200, body='{"calls": [], "more": true}'))["import"]
+        self.described(UPLOAD, 409, body=GOOD[UPLOAD])
+        self.described(UPLOAD, 200, body='{"calls": [], "import": "%s"}' % run)
         streams = [self.ask("GET", "/api/v1/events")[0] for _ in range(65)]
         self.assertEqual(set(streams), {200, 503})
         self.described("GET /api/v1/events", 503)

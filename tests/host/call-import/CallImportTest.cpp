@@ -1,8 +1,10 @@
 #include "host/call-import/CallImport.h"
+#include "host/call-import/ImportSession.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <future>
 #include <string>
 #include <vector>
 
@@ -55,7 +57,8 @@ TEST_F(CallImport, StoresNoCallTwice) {
                                   call("", 100, "4712", ListName::eDialled)};
     EXPECT_EQ(imports(calls), "5 0");
     EXPECT_EQ(imports(calls), "0 5");
-    EXPECT_EQ(imports({call("a", 100, "4799")}), "0 1") << "one call id is one call";
+    EXPECT_EQ(imports({call("a", 100, "4799")}), "1 0") << "another party of a conference";
+    EXPECT_EQ(imports({call("a", 100, "4799", ListName::eReceived)}), "0 1") << "one call id is one call";
     EXPECT_EQ(imports({call("", 100, "4712", ListName::eReceived)}), "0 1") << "the direction is the same";
     EXPECT_EQ(imports({call("c", 100, "1"), call("c", 100, "2"), call("c", 100, "2")}), "2 1")
         << "a conference";
@@ -109,6 +112,23 @@ TEST_F(CallImport, LeavesTheCallsOfAnEntryThatTheJournalHasToTheJournal) {
         159);
     ASSERT_EQ(m_journal.calls().size(), 3U);
     EXPECT_THAT(m_journal.calls()[2], testing::StartsWith("replaceEntry("));
+}
+
+TEST_F(CallImport, RunsOneImportAtATimeAndEndsAnAbandonedOne) {
+    using Outcome = host::ImportSession::Outcome;
+    host::ImportSession session(m_entries, std::chrono::milliseconds(300));
+    const auto first = session.add({"", false, false, {call("a", 5)}});
+    EXPECT_EQ(session.add({"", true, false, {call("x", 6)}}).outcome, Outcome::eOtherImport);
+    EXPECT_EQ(session.add({first.import, false, false, {call("b", 9)}}).import, first.import);
+    EXPECT_THAT(m_journal.calls(), ElementsAre("refreshCallLists()")) << "the journal knows the new entry";
+    std::promise<void> ended;
+    m_journal.setDuring([&] {
+        if (testing::Matches(testing::StartsWith("replaceEntry("))(m_journal.calls().back())) {
+            ended.set_value();
+        }
+    });
+    EXPECT_EQ(ended.get_future().wait_for(seconds(10)), std::future_status::ready);
+    EXPECT_EQ(session.add({"", true, false, {}}).outcome, Outcome::eDone);
 }
 
 TEST_F(CallImport, CountsMissedCallsAsNewOnlyIfAskedOrIfTheyWereBefore) {
