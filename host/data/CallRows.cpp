@@ -131,6 +131,23 @@ bool CallRows::find(std::int64_t id, Item& item) {
     return true;
 }
 
+template <typename Item>
+bool CallRows::findWithNewest(std::int64_t id, Item& item) {
+    Query row = m_session.query(kReadRow);
+    if (!row.bind(m_line).bind(numberOf(ListTraits<Item>::kList)).bind(id).next()) {
+        return false;
+    }
+    item = readHead<Item>(id, row);
+    std::list<typename ListTraits<Item>::Info> occurrences;
+    m_history.readNewest(id, Item::kMaxOccurrences, occurrences);
+    setOccurrences(item, occurrences);
+    return true;
+}
+
+template bool CallRows::findWithNewest(std::int64_t, MissedCallItem&);
+template bool CallRows::findWithNewest(std::int64_t, DialledCallItem&);
+template bool CallRows::findWithNewest(std::int64_t, ReceivedCallItem&);
+template bool CallRows::findWithNewest(std::int64_t, ForwardedCallItem&);
 template bool CallRows::find(std::int64_t, MissedCallItem&);
 template bool CallRows::find(std::int64_t, DialledCallItem&);
 template bool CallRows::find(std::int64_t, ReceivedCallItem&);
@@ -239,6 +256,15 @@ void CallRows::addTo(journalxml::ListDocument& document, Query& rows) {
 
 template <typename Item>
 Item CallRows::readItem(std::int64_t id, Query& row) {
+    Item item = readHead<Item>(id, row);
+    std::list<typename ListTraits<Item>::Info> occurrences;
+    m_history.readListed(id, occurrences);
+    setOccurrences(item, occurrences);
+    return item;
+}
+
+template <typename Item>
+Item CallRows::readHead(std::int64_t id, Query& row) {
     Item item;
     item.setUniqueId(uniqueIdOf(id));
     item.setEntryId(row.text());
@@ -247,9 +273,6 @@ Item CallRows::readItem(std::int64_t id, Query& row) {
     item.setPictureClip(row.text());
     const bool viewed = row.flag();
     setOwnFields(item, viewed, row.text());
-    std::list<typename ListTraits<Item>::Info> occurrences;
-    m_history.readListed(id, occurrences);
-    setOccurrences(item, occurrences);
     return item;
 }
 

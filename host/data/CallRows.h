@@ -55,6 +55,9 @@ public:
     /// Reads the item of a row, with its listed calls. Returns false if the list of the item has no such row.
     template <typename Item>
     [[nodiscard]] bool find(std::int64_t id, Item& item);
+    /// The same with its newest calls, listed or not.
+    template <typename Item>
+    [[nodiscard]] bool findWithNewest(std::int64_t id, Item& item);
     /// The row with that unique id, if `text` is a number, or the newest one with that entry id.
     [[nodiscard]] std::optional<std::int64_t> idOf(ListName list, const std::string& text);
 
@@ -82,6 +85,8 @@ private:
     void addTo(journalxml::ListDocument& document, Query& rows);
     template <typename Item>
     [[nodiscard]] Item readItem(std::int64_t id, Query& row);
+    template <typename Item>
+    [[nodiscard]] Item readHead(std::int64_t id, Query& row);
 
     Database::Session& m_session;
     const std::string& m_line;

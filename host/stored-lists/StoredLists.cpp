@@ -64,12 +64,9 @@ public:
     template <typename Item>
     [[nodiscard]] std::optional<Json> entry(std::int64_t id) {
         Item item;
-        if (!m_rows.find(id, item)) {
+        if (!m_rows.findWithNewest(id, item)) {
             return std::nullopt;
         }
-        std::list<typename ListTraits<Item>::Info> occurrences;
-        m_rows.history().readNewest(id, kShownCalls, occurrences);
-        setOccurrences(item, occurrences);
         Json json = itemJson(item);
         Query calls = m_session.query("SELECT calls FROM call_item WHERE id = ?");
         json["calls"] = calls.bind(id).next() ? calls.number() : 0;
