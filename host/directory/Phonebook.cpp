@@ -68,6 +68,10 @@ bool Phonebook::lookUpContact(Contact& contact) {
 
 bool Phonebook::change(const char* what, const Database::Work& work) {
     const bool done = m_database.write(what, work);
+    if (done) {
+        // The former fields leave no bytes in the log.
+        m_database.truncateLog();
+    }
     if (done && m_changeListener) {
         m_changeListener();
     }

@@ -62,7 +62,7 @@ CallSelection CallSelection::ofKind(const CallFilter& filter) {
         kind.add(static_cast<std::int64_t>(ListName::eDialled));
     }
     if (filter.viewed) {
-        kind.require(*filter.viewed ? std::string("NOT ") + kUnviewed : std::string(kUnviewed));
+        kind.require(*filter.viewed ? std::string("call.list = 0 AND NOT ") + kUnviewed : kUnviewed);
     }
     if (filter.minDuration) {
         kind.require("call.duration >= ?");

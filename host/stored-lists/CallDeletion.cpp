@@ -1,6 +1,5 @@
 #include "host/stored-lists/CallDeletion.h"
 
-#include <algorithm>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -13,6 +12,7 @@ namespace host {
 namespace {
 
 constexpr std::int64_t kBatch = 1000;
+constexpr int kAttempts = 20;
 
 struct Affected {
     ListName list = ListName::eMissed;
@@ -55,29 +55,39 @@ std::optional<std::size_t> CallDeletion::removeOlderThan(std::chrono::sys_second
                   false);
 }
 
-std::optional<std::size_t> CallDeletion::remove(const Condition& condition, bool reportsRemoved) {
-    const std::optional<std::int64_t> before = count(condition);
-    if (!before || *before == 0) {
-        return before ? std::optional<std::size_t>(0) : std::nullopt;
+std::optional<std::size_t> CallDeletion::remove(const Condition& selected, bool reportsRemoved) {
+    const std::optional<std::int64_t> newest = number("SELECT coalesce(max(id), 0) FROM call", [](Query&) {});
+    // A call that is filed during the deletion stays.
+    const Condition condition{selected.text + " AND call.id <= ?", [&](Query& query) {
+                                  selected.bind(query);
+                                  query.bind(*newest);
+                              }};
+    const std::optional<std::int64_t> before = newest ? count(condition) : std::nullopt;
+    std::optional<std::int64_t> remaining = before;
+    // Another change may give an entry one of the calls again that was not listed before.
+    for (int attempt = 0; remaining && *remaining > 0 && attempt < kAttempts; ++attempt) {
+        if (!changeEntries(condition, reportsRemoved) || !removeRows(condition)) {
+            return std::nullopt;
+        }
+        remaining = count(condition);
     }
-    if (!changeEntries(condition, reportsRemoved) || !removeRows(condition)) {
-        return std::nullopt;
-    }
-    // A call that was filed during the deletion stays, and does not count.
-    const std::optional<std::int64_t> after = count(condition);
-    return after ? std::optional(static_cast<std::size_t>(std::max<std::int64_t>(*before - *after, 0)))
-                 : std::nullopt;
+    return remaining == std::int64_t{0} ? std::optional(static_cast<std::size_t>(*before)) : std::nullopt;
 }
 
 std::optional<std::int64_t> CallDeletion::count(const Condition& condition) {
-    std::int64_t count = 0;
-    const bool counted =
+    return number(countOf(condition.text), condition.bind);
+}
+
+std::optional<std::int64_t> CallDeletion::number(const std::string& sql,
+                                                 const std::function<void(Query&)>& bind) {
+    std::int64_t number = 0;
+    const bool done =
         m_entries.sources().database.readAside("counting calls", [&](Database::Session& session) {
-            Query query = session.query(countOf(condition.text).c_str());
-            condition.bind(query);
-            count = query.next() ? query.number() : 0;
+            Query query = session.query(sql.c_str());
+            bind(query);
+            number = query.next() ? query.number() : 0;
         });
-    return counted ? std::optional(count) : std::nullopt;
+    return done ? std::optional(number) : std::nullopt;
 }
 
 bool CallDeletion::changeEntries(const Condition& condition, bool reportsRemoved) {
@@ -138,8 +148,9 @@ std::optional<std::size_t> CallDeletion::removeRows(const Condition& condition) 
     std::size_t removed = 0;
     std::int64_t inBatch = kBatch;
     while (inBatch == kBatch) {
+        const auto lock = m_entries.exclusive();
         if (!sources.database.write("deleting calls", [&](Database::Session& session) {
-                // A call that an entry lists was filed after the entries were changed.
+                // A call that an entry lists now leaves it first.
                 Query query = session.query(
                     ("DELETE FROM call WHERE id IN (SELECT call.id FROM call WHERE listed = 0 AND " +
                      condition.text + " LIMIT ?)")

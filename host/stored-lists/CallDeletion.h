@@ -36,6 +36,8 @@ private:
 
     [[nodiscard]] std::optional<std::size_t> remove(const Condition& condition, bool reportsRemoved);
     [[nodiscard]] std::optional<std::int64_t> count(const Condition& condition);
+    [[nodiscard]] std::optional<std::int64_t> number(const std::string& sql,
+                                                     const std::function<void(Query&)>& bind);
     [[nodiscard]] bool changeEntries(const Condition& condition, bool reportsRemoved);
     [[nodiscard]] std::optional<std::size_t> removeRows(const Condition& condition);
 

@@ -52,6 +52,10 @@ public:
         std::int64_t id, bool reportsRemoved,
         const std::function<bool(Database::Session&, const HistoryRows::Context&, Item&)>& change);
 
+    /// Excludes every other change of an entry, for a deletion of rows that such a change may have read. Do
+    /// not call the other operations meanwhile.
+    [[nodiscard]] std::unique_lock<std::mutex> exclusive() { return std::unique_lock(m_changes); }
+
     [[nodiscard]] const Sources& sources() const noexcept { return m_sources; }
 
 private:

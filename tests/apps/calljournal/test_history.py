@@ -204,6 +204,7 @@ class HistoryTest(ProgramTest):
             counts[call["list"]] += 1
         self.await_value("missed A*%(missed)d, received A*%(received)d" % counts, self.calls)
         deleted = [call["id"] for call in exported if call["list"] == "missed"][2:9]
+        self.await_second_after(self.list("missed")["items"][0])
         threads = [threading.Thread(target=http("DELETE", "calls/%d" % each), args=(self,)) for each in deleted]
         for thread in threads:
             thread.start()
