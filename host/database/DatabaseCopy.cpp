@@ -123,8 +123,8 @@ class FormerFiles {
 public:
     explicit FormerFiles(const std::filesystem::path& file) : m_file(file.string()), m_suffix(freeSuffix()) {}
     ~FormerFiles() {
-        for (auto name = m_moved.rbegin(); name != m_moved.rend(); ++name) {
-            static_cast<void>(std::rename((*name + m_suffix).c_str(), name->c_str()));
+        for (const std::string& name : m_moved) {
+            static_cast<void>(std::rename((name + m_suffix).c_str(), name.c_str()));
         }
     }
     FormerFiles(const FormerFiles&) = delete;

@@ -34,7 +34,7 @@ private:
         std::function<void(Query&)> bind;
     };
 
-    [[nodiscard]] std::optional<std::size_t> remove(const Condition& condition, bool reportsRemoved);
+    [[nodiscard]] std::optional<std::size_t> remove(const Condition& selected, bool reportsRemoved);
     [[nodiscard]] std::optional<std::int64_t> count(const Condition& condition);
     [[nodiscard]] std::optional<std::int64_t> number(const std::string& sql,
                                                      const std::function<void(Query&)>& bind);

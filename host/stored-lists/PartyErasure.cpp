@@ -68,8 +68,10 @@ void PartyErasure::forEachText(
     for (const std::string column : kNumberColumns) {
         std::vector<std::string> texts;
         {
-            Query query = session.query(
-                ("SELECT DISTINCT " + column + " FROM call WHERE line = ? AND " + column + " <> ''").c_str());
+            std::string sql = "SELECT DISTINCT " + column;
+            sql += " FROM call WHERE line = ? AND " + column;
+            sql += " <> ''";
+            Query query = session.query(sql.c_str());
             query.bind(m_entries.sources().line);
             while (query.next()) {
                 texts.push_back(query.text());
