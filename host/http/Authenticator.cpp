@@ -6,7 +6,7 @@
 #include <array>
 #include <string_view>
 
-#include "host/http/HttpError.h"
+#include "host/http/messages/HttpError.h"
 
 namespace host {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "host/config/Endpoint.h"
-#include "host/http/HttpRequest.h"
-#include "host/http/HttpResponse.h"
+#include "host/http/messages/HttpRequest.h"
+#include "host/http/messages/HttpResponse.h"
 
 namespace host {
 

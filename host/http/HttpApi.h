@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "host/http/HttpServer.h"
-#include "host/http/Router.h"
-#include "host/http/StatusResource.h"
+#include "host/http/messages/Router.h"
+#include "host/http/resources/StatusResource.h"
 
 class JournalServiceIfc;
 

@@ -7,8 +7,8 @@
 #include <stdexcept>
 
 #include "host/config/Endpoint.h"
-#include "host/http/HttpRequest.h"
-#include "host/http/HttpResponse.h"
+#include "host/http/messages/HttpRequest.h"
+#include "host/http/messages/HttpResponse.h"
 
 namespace host {
 

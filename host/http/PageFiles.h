@@ -4,8 +4,8 @@
 #include <map>
 #include <string>
 
-#include "host/http/HttpRequest.h"
-#include "host/http/HttpResponse.h"
+#include "host/http/messages/HttpRequest.h"
+#include "host/http/messages/HttpResponse.h"
 
 namespace host {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/http/HttpError.h"
+#include "host/http/messages/HttpError.h"
 #include "platform/logging/Logging.h"
 
 namespace host {

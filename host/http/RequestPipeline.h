@@ -5,7 +5,7 @@
 
 #include "host/http/Authenticator.h"
 #include "host/http/PageFiles.h"
-#include "host/http/Router.h"
+#include "host/http/messages/Router.h"
 
 namespace host {
 

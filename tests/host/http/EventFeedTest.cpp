@@ -1,4 +1,4 @@
-#include "host/http/EventFeed.h"
+#include "host/http/events/EventFeed.h"
 
 #include <gtest/gtest.h>
 

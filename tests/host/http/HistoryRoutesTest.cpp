@@ -2,11 +2,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/http/CallsResource.h"
-#include "host/http/HttpError.h"
-#include "host/http/PartiesResource.h"
-#include "host/http/Router.h"
-#include "host/http/StatisticsResource.h"
+#include "host/http/messages/HttpError.h"
+#include "host/http/messages/Router.h"
+#include "host/http/resources/CallsResource.h"
+#include "host/http/resources/PartiesResource.h"
+#include "host/http/resources/StatisticsResource.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeJournalService.h"
 #include "tests/support/StoredCalls.h"

@@ -23,7 +23,7 @@
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
 #include "host/http/Metrics.h"
-#include "host/http/OpenApi.h"
+#include "host/http/resources/OpenApi.h"
 #include "host/management/LocalManagement.h"
 #include "host/stored-lists/StoredEntries.h"
 #include "host/stored-lists/StoredLists.h"

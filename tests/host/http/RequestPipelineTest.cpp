@@ -5,7 +5,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "host/http/ListsResource.h"
+#include "host/http/resources/ListsResource.h"
 #include "host/stored-lists/StoredEntries.h"
 #include "host/stored-lists/StoredLists.h"
 #include "tests/support/FakeJournalService.h"

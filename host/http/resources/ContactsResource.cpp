@@ -1,0 +1,214 @@
+#include "host/http/resources/ContactsResource.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/contact-files/ContactFormat.h"
+#include "host/contact-files/ContactImport.h"
+#include "host/database/Database.h"
+#include "host/directory/Phonebook.h"
+#include "host/http/messages/HttpError.h"
+#include "host/http/messages/JsonBody.h"
+#include "host/http/messages/PageOfItems.h"
+#include "host/http/messages/Router.h"
+#include "host/presentation/ContactFields.h"
+#include "host/presentation/ItemJson.h"
+#include "host/text-files/FileText.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+HttpError wrongContact(const std::string& why) {
+    return {422, "wrong-contact", why};
+}
+
+HttpError databaseFailed() {
+    return {503, "database", "the database does not respond; see the log"};
+}
+
+/// Sets the fields of the contact that are in the body. Ignores "id", so that a contact that was read can be
+/// sent back.
+void applyFields(const Json& body, Contact& contact) {
+    for (const auto& [name, value] : body.items()) {
+        const auto& fields = contactFields();
+        const auto field = std::find_if(fields.begin(), fields.end(),
+                                        [&name = name](const auto& each) { return name == each.name; });
+        if (name == "id") {
+            continue;
+        }
+        if (field == fields.end()) {
+            throw wrongContact("a contact has no field " + name);
+        }
+        if (!value.is_string() || !field->set(contact, value.get<std::string>())) {
+            throw wrongContact("this is no value for " + name);
+        }
+    }
+    std::string known = contact.getSurname() + contact.getFirstname() + contact.getCompany();
+    for (int position = 1; position <= 4; ++position) {
+        known += contact.getPhoneNumber(position);
+    }
+    if (stripped(known).empty()) {
+        throw wrongContact("a contact needs a name, a company or a number");
+    }
+}
+
+/// Limits the response: a body that contains only invalid contacts would cause a response many times its
+/// size.
+constexpr std::size_t kMaxNotes = 1000;
+
+class PhonebookStore final : public ContactStore {
+public:
+    explicit PhonebookStore(Phonebook& phonebook) : m_phonebook(phonebook) {}
+
+    [[nodiscard]] bool add(const Contact& contact) override {
+        m_batch.push_back(contact);
+        return true;
+    }
+
+    [[nodiscard]] bool store(ImportReport& report) override {
+        const auto imported = m_phonebook.import(std::exchange(m_batch, {}));
+        if (!imported) {
+            return false;
+        }
+        report.count(*imported);
+        return true;
+    }
+
+private:
+    Phonebook& m_phonebook;
+    std::vector<Contact> m_batch;
+};
+
+ContactFormat formatOf(const HttpRequest& request) {
+    const std::string_view header = request.header("content-type");
+    const std::string type = lower(stripped(header.substr(0, header.find(';'))));
+    if (type == "text/vcard") {
+        return ContactFormat::eVCard;
+    }
+    if (type == "text/csv") {
+        return ContactFormat::eCsv;
+    }
+    throw HttpError(415, "wrong-type", "contacts are imported with the Content-Type text/vcard or text/csv");
+}
+
+}  // namespace
+
+void ContactsResource::addRoutes(Router& router) {
+    router.add({"GET",
+                "/api/v1/contacts",
+                [this](const HttpRequest& each) { return list(each); },
+                {"limit", "offset", "search", "number"}});
+    router.add({"POST", "/api/v1/contacts", [this](const HttpRequest& each) { return add(each); }});
+    router.add(
+        {"POST", "/api/v1/contacts/import", [this](const HttpRequest& each) { return importFile(each); }});
+    router.add({"GET", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return contact(each); }});
+    router.add({"PUT", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return change(each); }});
+    router.add({"DELETE", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return remove(each); }});
+}
+
+HttpResponse ContactsResource::list(const HttpRequest& request) const {
+    const std::string number = request.queryValue("number");
+    if (!number.empty()) {
+        return findByNumber(number);
+    }
+    constexpr std::size_t kAll = std::numeric_limits<std::int32_t>::max();
+    const PageOfItems page(request);
+    const auto found = m_phonebook.search(request.queryValue("search"), std::min(page.offset(), kAll),
+                                          std::min(page.limit(), kAll));
+    if (!found) {
+        throw databaseFailed();
+    }
+    Json contacts = Json::array();
+    for (const Contact& each : found->contacts) {
+        contacts.push_back(itemJson(each));
+    }
+    return jsonResponse({{"total", found->total}, {"contacts", std::move(contacts)}});
+}
+
+HttpResponse ContactsResource::findByNumber(const std::string& number) const {
+    Contact contact;
+    contact.setSearchNumber(number);
+    Json contacts = Json::array();
+    if (m_phonebook.lookUpContact(contact)) {
+        contacts.push_back(itemJson(contact));
+    } else if (!m_database.healthy()) {
+        throw databaseFailed();
+    }
+    return jsonResponse({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
+}
+
+HttpResponse ContactsResource::contact(const HttpRequest& request) const {
+    return jsonResponse(itemJson(requestedContact(request)));
+}
+
+HttpResponse ContactsResource::add(const HttpRequest& request) {
+    Contact contact;
+    contact.setContactSource(Contact::eOrderedContactSource::ePersonal);
+    applyFields(jsonObject(request), contact);
+    const auto id = m_phonebook.add(contact);
+    if (!id) {
+        throw databaseFailed();
+    }
+    contact.setUniqueId(*id);
+    HttpResponse response = jsonResponse(itemJson(contact), 201);
+    response.headers.emplace_back("Location", "/api/v1/contacts/" + *id);
+    return response;
+}
+
+HttpResponse ContactsResource::change(const HttpRequest& request) {
+    Contact contact = requestedContact(request);
+    applyFields(jsonObject(request), contact);
+    if (!m_phonebook.update(contact)) {
+        static_cast<void>(requestedContact(request));  // 404 if another client deleted it meanwhile
+        throw databaseFailed();
+    }
+    return jsonResponse(itemJson(contact));
+}
+
+HttpResponse ContactsResource::remove(const HttpRequest& request) {
+    if (!m_phonebook.remove(request.parameter("id"))) {
+        static_cast<void>(requestedContact(request));
+        throw databaseFailed();
+    }
+    return emptyResponse();
+}
+
+HttpResponse ContactsResource::importFile(const HttpRequest& request) {
+    const ContactFormat format = formatOf(request);
+    std::istringstream file(request.body);
+    PhonebookStore store(m_phonebook);
+    ContactImport import(store, [](const ImportReport& /*each*/) {});
+    try {
+        const auto reader = makeContactReader(file, format);
+        if (format == ContactFormat::eVCard && upper(request.body).find("BEGIN:VCARD") == std::string::npos) {
+            throw ContactFileError("no card begins in it");
+        }
+        if (!import.run(*reader)) {
+            throw HttpError(
+                503, "database",
+                "the database does not respond; see the log. Importing the file again is harmless");
+        }
+    } catch (const ContactFileError& error) {
+        throw HttpError(422, "wrong-file", std::string("this is no file of contacts: ") + error.what());
+    }
+    return jsonResponse(importJson(import.report(), kMaxNotes));
+}
+
+Contact ContactsResource::requestedContact(const HttpRequest& request) const {
+    auto found = m_phonebook.find(request.parameter("id"));
+    if (!found) {
+        throw m_database.healthy() ? HttpError(404, "unknown-contact", "there is no such contact")
+                                   : databaseFailed();
+    }
+    return *found;
+}
+
+}  // namespace host

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "host/http/messages/HttpRequest.h"
+#include "host/http/messages/HttpResponse.h"
+#include "journal-items/Contact.h"
+
+namespace host {
+
+class Database;
+class Phonebook;
+class Router;
+
+/// The phonebook of the line: search, single contacts, import. Thread-safe.
+class ContactsResource {
+public:
+    /// Both are borrowed and outlive the resource. The phonebook is stored in `database`.
+    ContactsResource(Phonebook& phonebook, const Database& database)
+        : m_phonebook(phonebook), m_database(database) {}
+
+    void addRoutes(Router& router);
+
+private:
+    [[nodiscard]] HttpResponse list(const HttpRequest& request) const;
+    /// The one contact that a call from the number takes its name from, or none.
+    [[nodiscard]] HttpResponse findByNumber(const std::string& number) const;
+    [[nodiscard]] HttpResponse contact(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse add(const HttpRequest& request);
+    /// Fields that are missing in the body are unchanged.
+    [[nodiscard]] HttpResponse change(const HttpRequest& request);
+    [[nodiscard]] HttpResponse remove(const HttpRequest& request);
+    /// Stores the contacts of the file in the body; the header Content-Type names its format, text/vcard or
+    /// text/csv. The response is `importJson` with a bounded number of notes. Throws `HttpError`: 415 for
+    /// another type, 422 for a body of another format, 503 when the database fails. Contacts stored before a
+    /// failure remain, and a second import of the file stores the rest.
+    [[nodiscard]] HttpResponse importFile(const HttpRequest& request);
+
+    /// The contact of the id in the path. Throws `HttpError`: 404 for an unknown id, 503 when the database
+    /// fails.
+    [[nodiscard]] Contact requestedContact(const HttpRequest& request) const;
+
+    Phonebook& m_phonebook;
+    const Database& m_database;
+};
+
+}  // namespace host

@@ -1,0 +1,65 @@
+#include "host/http/resources/StatusResource.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "host/database/Database.h"
+#include "host/http/messages/HttpError.h"
+#include "host/http/messages/Router.h"
+#include "host/management/LocalManagement.h"
+#include "host/stored-lists/StoredLists.h"
+
+namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+}  // namespace
+
+void StatusResource::addRoutes(Router& router) {
+    router.add({"GET",
+                "/healthz",
+                [this](const HttpRequest& /*each*/) { return health(); },
+                {},
+                Router::Guard::eOpen});
+    router.add({"GET", "/api/v1/status", [this](const HttpRequest& /*each*/) { return status(); }});
+}
+
+HttpResponse StatusResource::health() {
+    // The request needs no token. While the database is locked, a probe blocks for seconds; only one worker
+    // may block.
+    const std::unique_lock probing(m_probeMutex, std::try_to_lock);
+    if (!(probing ? m_sources.database.probe() : m_sources.database.healthy())) {
+        throw HttpError(503, "database", "the database does not respond; see the log");
+    }
+    HttpResponse response;
+    response.contentType = "text/plain; charset=utf-8";
+    response.body = "ok\n";
+    return response;
+}
+
+std::map<ListName, std::size_t> StatusResource::entries() const {
+    return storedOr503(m_sources.storedLists.counts());
+}
+
+std::size_t StatusResource::unviewed() const {
+    return storedOr503(m_sources.storedLists.unviewed());
+}
+
+HttpResponse StatusResource::status() const {
+    Json lists = Json::object();
+    for (const auto& [name, total] : entries()) {
+        lists[std::string(wordOf(name))] = {{"total", total}};
+    }
+    lists["missed"]["unviewed"] = unviewed();
+    const LineState state = m_sources.lineState();
+    const auto keys = m_sources.management.values();
+    const auto softwareType = keys.find("software-type");
+    return jsonResponse({{"line", m_sources.line},
+                         {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
+                         {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
+                         {"calls", state.liveCallCount},
+                         {"lists", std::move(lists)}});
+}
+
+}  // namespace host

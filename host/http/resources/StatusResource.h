@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "host/http/messages/HttpRequest.h"
+#include "host/http/messages/HttpResponse.h"
+#include "host/presentation/ListName.h"
+
+namespace host {
+
+class Database;
+class LocalManagement;
+class Router;
+class StoredLists;
+
+struct LineState {
+    bool connected = false;
+    bool monitoring = false;
+    std::size_t liveCallCount = 0;
+};
+
+/// The state of the line and the health of the service. Thread-safe.
+class StatusResource {
+public:
+    /// All are borrowed and outlive the resource.
+    struct Sources {
+        std::string line;
+        std::function<LineState()> lineState;
+        const StoredLists& storedLists;
+        LocalManagement& management;
+        Database& database;
+    };
+
+    explicit StatusResource(Sources sources) : m_sources(std::move(sources)) {}
+
+    void addRoutes(Router& router);
+
+    // Both throw `HttpError` 503 if the database fails.
+
+    /// The number of entries in each list.
+    [[nodiscard]] std::map<ListName, std::size_t> entries() const;
+    /// The number of missed entries that are not viewed.
+    [[nodiscard]] std::size_t unviewed() const;
+
+private:
+    [[nodiscard]] HttpResponse health();
+    [[nodiscard]] HttpResponse status() const;
+
+    const Sources m_sources;
+    /// Held during the database probe; at most one worker probes at a time.
+    std::mutex m_probeMutex;
+};
+
+}  // namespace host
