@@ -7,6 +7,10 @@ endif()
 enable_testing()
 include(GoogleTest)
 
+# Scripts need Debian's interpreter, because another python3 in the PATH does not have the modules of Debian's packages.
+find_program(JOURNAL_DEBIAN_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
+mark_as_advanced(JOURNAL_DEBIAN_PYTHON)
+
 # GoogleTest's headers compile slowly. All test programs share the precompiled copy in this library.
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/cmake/journal_test_pch.cpp" CONTENT
     "// Exists only for the precompiled headers of the tests.\n")
@@ -57,4 +61,27 @@ function(journal_test name)
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
         PROPERTIES LABELS "${name};${arg_LABELS}" TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+endfunction()
+
+# journal_check(<name> (SOURCES a.cpp ... [LIBS ...] | SCRIPT <file.py>) ARGUMENTS --rounds <n> ... [TIMEOUT <seconds>])
+#   Adds a reliability check (tests/reliability/checks.toml); its short form is the test reliability.<name>. With SOURCES it
+#   builds the program <name>_check; a script finds the program to test in the environment variable CALLJOURNAL. The test
+#   fails after TIMEOUT (60 s).
+function(journal_check name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT;TIMEOUT" "SOURCES;LIBS;ARGUMENTS")
+    journal_refuse_leftovers(journal_check ${name} "${arg_UNPARSED_ARGUMENTS}")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 60)
+    endif()
+    if(arg_SCRIPT)
+        set(command "${JOURNAL_DEBIAN_PYTHON}" -B "${CMAKE_CURRENT_SOURCE_DIR}/${arg_SCRIPT}")
+    else()
+        journal_executable(${name}_check SOURCES ${arg_SOURCES} LIBS ${arg_LIBS} reliability_support)
+        set(command ${name}_check)
+    endif()
+    add_test(NAME reliability.${name} COMMAND ${command} ${arg_ARGUMENTS})
+    set_tests_properties(reliability.${name} PROPERTIES
+        LABELS reliability
+        TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT "CALLJOURNAL=$<TARGET_FILE:calljournal>;PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/reliability/support:${PROJECT_SOURCE_DIR}/tests/apps/calljournal")
 endfunction()

@@ -1,6 +1,6 @@
 // The part of a story in which the phone has dialled and the called party has not answered yet.
 
-#include "tests/reliability/StoryMaker.h"
+#include "tests/reliability/random-calls/StoryMaker.h"
 
 namespace reliability {
 

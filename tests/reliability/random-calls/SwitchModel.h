@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/reliability/CallEvent.h"
+#include "tests/reliability/random-calls/CallEvent.h"
 
 namespace reliability {
 

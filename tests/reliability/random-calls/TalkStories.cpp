@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "tests/reliability/StoryMaker.h"
+#include "tests/reliability/random-calls/StoryMaker.h"
 
 namespace reliability {
 

@@ -1,4 +1,4 @@
-#include "tests/reliability/CallEvent.h"
+#include "tests/reliability/random-calls/CallEvent.h"
 
 #include <array>
 

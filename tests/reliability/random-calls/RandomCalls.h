@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/reliability/PhoneUnderTest.h"
-#include "tests/reliability/StoryMaker.h"
-#include "tests/reliability/SwitchPeer.h"
+#include "tests/reliability/random-calls/PhoneUnderTest.h"
+#include "tests/reliability/random-calls/StoryMaker.h"
+#include "tests/reliability/random-calls/SwitchPeer.h"
 
 namespace reliability {
 

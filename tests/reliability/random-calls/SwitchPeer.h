@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "host/csta-wire/WireDocument.h"
-#include "tests/reliability/CallEvent.h"
-#include "tests/reliability/SwitchModel.h"
+#include "tests/reliability/random-calls/CallEvent.h"
+#include "tests/reliability/random-calls/SwitchModel.h"
 
 namespace reliability {
 

@@ -1,4 +1,4 @@
-#include "tests/reliability/SwitchModel.h"
+#include "tests/reliability/random-calls/SwitchModel.h"
 
 #include <algorithm>
 #include <utility>

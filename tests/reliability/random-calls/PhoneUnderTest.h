@@ -11,7 +11,7 @@
 #include "host/framework/WorkerPool.h"
 #include "host/line/Line.h"
 #include "journalservice/JournalServiceIfc.h"
-#include "tests/reliability/ExpectedEntries.h"
+#include "tests/reliability/random-calls/ExpectedEntries.h"
 #include "tests/support/RecordingObserver.h"
 #include "tests/support/TemporaryDirectory.h"
 

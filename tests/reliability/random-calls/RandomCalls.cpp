@@ -1,4 +1,4 @@
-#include "tests/reliability/RandomCalls.h"
+#include "tests/reliability/random-calls/RandomCalls.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "tests/reliability/PhoneUnderTest.h"
+#include "tests/reliability/random-calls/PhoneUnderTest.h"
 
 #include <chrono>
 #include <utility>

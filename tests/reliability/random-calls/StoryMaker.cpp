@@ -1,4 +1,4 @@
-#include "tests/reliability/StoryMaker.h"
+#include "tests/reliability/random-calls/StoryMaker.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tests/reliability/SwitchPeer.h"
+#include "tests/reliability/random-calls/SwitchPeer.h"
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "tests/reliability/RandomCalls.h"
+#include "tests/reliability/random-calls/RandomCalls.h"
 
 namespace reliability {
 namespace {

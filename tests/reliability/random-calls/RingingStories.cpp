@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tests/reliability/StoryMaker.h"
+#include "tests/reliability/random-calls/StoryMaker.h"
 
 namespace reliability {
 

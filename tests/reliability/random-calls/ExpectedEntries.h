@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/reliability/CallEvent.h"
-#include "tests/reliability/SwitchModel.h"
+#include "tests/reliability/random-calls/CallEvent.h"
+#include "tests/reliability/random-calls/SwitchModel.h"
 
 namespace reliability {
 

@@ -1,4 +1,4 @@
-#include "tests/reliability/ExpectedEntries.h"
+#include "tests/reliability/random-calls/ExpectedEntries.h"
 
 #include <algorithm>
 #include <vector>

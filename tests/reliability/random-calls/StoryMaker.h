@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/reliability/Dice.h"
-#include "tests/reliability/SwitchModel.h"
+#include "tests/reliability/random-calls/SwitchModel.h"
+#include "tests/reliability/support/Dice.h"
 
 namespace reliability {
 

@@ -1,0 +1,40 @@
+"""The reliability checks of tests/reliability/checks.toml: how tools/soak and tools/mutants build and play them."""
+
+import os
+import re
+import subprocess
+import sys
+import tomllib
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent.parent.parent
+LAST_LINE = re.compile(r"^(\S+): (\d+) rounds, (\d+) faults, next seed (\d+)$")
+
+
+def read_checks():
+    """The rows of the table by name."""
+    return tomllib.loads((ROOT / "tests/reliability/checks.toml").read_text(encoding="utf-8"))
+
+
+def build(root, preset, check):
+    """Builds the program and the check in the tree `root`; raises CalledProcessError."""
+    targets = ["calljournal", *check.get("targets", [])]
+    subprocess.run([root / "tools/build", preset, *targets], check=True, stdout=subprocess.DEVNULL)
+
+
+def play(root, preset, name, check, options, quiet=False):
+    """Plays the check of the tree `root`; returns rounds, faults and the next seed, or None if its last line is missing."""
+    binaries = root / "build" / preset / "bin"
+    script = root / check["command"]
+    command = ["/usr/bin/python3", "-B", script] if script.suffix == ".py" else [binaries / check["command"]]
+    modules = [str(root / each) for each in ("tests/reliability/support", "tests/apps/calljournal")]
+    environment = {**os.environ, "CALLJOURNAL": str(binaries / "calljournal"), "PYTHONPATH": ":".join(modules)}
+    found = None
+    with subprocess.Popen([*command, *check.get("arguments", []), *options], cwd=root, env=environment,
+                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL if quiet else None, text=True) as process:
+        for line in process.stdout:
+            found = LAST_LINE.match(line.strip()) or found
+            if not quiet:
+                sys.stdout.write(line)
+                sys.stdout.flush()
+    return tuple(int(each) for each in found.groups()[1:]) if found and found.group(1) == name else None

@@ -1,0 +1,43 @@
+"""The rounds of one reliability check, played by its script:
+
+    NAME_check.py [--rounds N] [--seconds N] [--seed S]
+
+Round i uses the seed S + i and no other source of chance, so that one round can be played alone by its seed. The script ends at the
+round or the second that comes first. Each fault is printed as one line with its seed; the last line is
+
+    NAME: R rounds, F faults, next seed T
+"""
+
+import argparse
+import itertools
+import sys
+import time
+
+
+def play(name, play_round, rounds):
+    """Plays rounds until the options say stop, and ends the process: status 1 after a fault, or if no round was played.
+
+    `play_round(seed)` returns the faults as texts of one line each; an exception is a fault too. `rounds` is the number without
+    --rounds and --seconds.
+    """
+    options = argparse.ArgumentParser(prog=name)
+    options.add_argument("--rounds", type=int, default=0)
+    options.add_argument("--seconds", type=float, default=0)
+    options.add_argument("--seed", type=int, default=1)
+    given = options.parse_args()
+    last = given.rounds or (0 if given.seconds else rounds)
+    end = time.monotonic() + given.seconds
+    played = faults = 0
+    for seed in itertools.count(given.seed):
+        if (last and played >= last) or (given.seconds and time.monotonic() >= end):
+            break
+        try:
+            found = list(play_round(seed))
+        except Exception as error:  # the check goes on: one broken round must not hide the next
+            found = ["%s: %s" % (type(error).__name__, error)]
+        for fault in found:
+            faults += 1
+            print("%s: fault with seed %d: %s" % (name, seed, str(fault).replace("\n", "\\n")), flush=True)
+        played += 1
+    print("%s: %d rounds, %d faults, next seed %d" % (name, played, faults, given.seed + played))
+    sys.exit(0 if played and not faults else 1)
