@@ -11,6 +11,7 @@
 #include "host/http/HttpApi.h"
 #include "host/http/Metrics.h"
 #include "host/line/Line.h"
+#include "host/log/Log.h"
 #include "host/management/LocalManagement.h"
 #include "host/remote/ChangeReporter.h"
 #include "host/remote/RemoteServer.h"
@@ -167,7 +168,8 @@ private:
                     const host::CstaLink::Status status = m_line.linkStatus();
                     return host::LineState{status.connected, status.monitoring, m_line.liveCallCount()};
                 },
-                [this] { return m_remote->clientCount(); }};
+                [this] { return m_remote->clientCount(); },
+                &host::Log::droppedLines};
     }
 
     host::Metrics m_metrics;

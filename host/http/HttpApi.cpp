@@ -115,7 +115,8 @@ private:
              .liveCallCount = state.liveCallCount,
              .observers = {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
              .entries = m_status.entries(),
-             .unviewed = m_status.unviewed()});
+             .unviewed = m_status.unviewed(),
+             .droppedLogLines = m_backend.droppedLogLines()});
         return response;
     }
 

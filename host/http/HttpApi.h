@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -36,6 +37,8 @@ struct HttpBackend {
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
+    /// The number of lines that the log dropped since the program started.
+    std::function<std::uint64_t()> droppedLogLines;
 };
 
 struct HttpApiSettings {

@@ -6,6 +6,9 @@
 #include <prometheus/registry.h>
 #include <prometheus/text_serializer.h>
 
+#include <algorithm>
+#include <mutex>
+
 namespace host {
 namespace {
 
@@ -28,6 +31,12 @@ public:
     prometheus::Counter& events(std::string_view kind) { return m_events.Add({{"kind", std::string(kind)}}); }
     prometheus::Gauge& observers(const std::string& face) { return m_observers.Add({{"face", face}}); }
     prometheus::Gauge& entries(ListName list) { return m_entries.Add({{"list", std::string(wordOf(list))}}); }
+
+    /// Requests may report in another order than they measured.
+    void raiseDroppedLogLines(double total) {
+        const std::lock_guard lock(m_mutex);
+        m_droppedLogLines.Increment(std::max(0.0, total - m_droppedLogLines.Value()));
+    }
 
     std::string text() const {
         const prometheus::TextSerializer serializer;
@@ -53,6 +62,11 @@ private:
                "Open event streams (http) and connected clients of the Unix socket (remote)");
     prometheus::Family<prometheus::Gauge>& m_entries =
         gauges("calljournal_list_entries", "Entries in each list");
+    prometheus::Counter& m_droppedLogLines =
+        counters("calljournal_log_lines_dropped_total",
+                 "Lines of the log that were not taken in time, or could not be written")
+            .Add({});
+    std::mutex m_mutex;
 
 public:
     prometheus::Gauge& unviewed =
@@ -86,6 +100,7 @@ std::string Metrics::text(const Gauges& gauges) {
     m_registered->monitored.Set(gauges.lineMonitored ? 1 : 0);
     m_registered->liveCallCount.Set(static_cast<double>(gauges.liveCallCount));
     m_registered->unviewed.Set(static_cast<double>(gauges.unviewed));
+    m_registered->raiseDroppedLogLines(static_cast<double>(gauges.droppedLogLines));
     for (const auto& [face, count] : gauges.observers) {
         m_registered->observers(face).Set(static_cast<double>(count));
     }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -25,6 +26,8 @@ public:
         std::map<std::string, std::size_t> observers;
         std::map<ListName, std::size_t> entries;
         std::size_t unviewed = 0;
+        /// Since the program started.
+        std::uint64_t droppedLogLines = 0;
     };
 
     /// `line` is a label of every metric.

@@ -1,10 +1,6 @@
 #include "host/log/Log.h"
 
 #include <fcntl.h>
-#include <spdlog/logger.h>
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/basic_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -12,6 +8,8 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <limits>
 #include <memory>
 #include <mutex>
@@ -20,6 +18,7 @@
 #include <utility>
 
 #include "host/log/LogText.h"
+#include "host/log/LogWriter.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -34,60 +33,82 @@ constexpr Word kWords[] = {
     {"error", 2}, {"warning", 3}, {"info", 5}, {"debug", 6}, {"trace", std::numeric_limits<int>::max()}};
 constexpr int kInitialLevel = 5;
 
-spdlog::level::level_enum spdlogLevelOf(int level) {
+constexpr std::chrono::milliseconds kLastFlush{1000};
+
+std::string_view wordOf(int level) noexcept {
     switch (level) {
-        case 2: return spdlog::level::err;
-        case 3: return spdlog::level::warn;
+        case 2: return "error";
+        case 3: return "warning";
         case 4:
-        case 5: return spdlog::level::info;
-        case 6: return spdlog::level::debug;
-        default: return level < 2 ? spdlog::level::critical : spdlog::level::trace;
+        case 5: return "info";
+        case 6: return "debug";
+        default: return level < 2 ? "critical" : "trace";
     }
 }
 
-std::unique_ptr<spdlog::logger> loggerInto(spdlog::sink_ptr sink) {
-    auto logger = std::make_unique<spdlog::logger>("", std::move(sink));
-    logger->set_level(spdlog::level::trace);
-    logger->flush_on(spdlog::level::trace);
-    logger->set_formatter(std::make_unique<spdlog::pattern_formatter>("%Y-%m-%dT%H:%M:%S.%eZ %l %v",
-                                                                      spdlog::pattern_time_type::utc));
-    return logger;
-}
+std::atomic<int> g_level{kInitialLevel};
 
-/// The output of the log. The sinks have no lock of their own; the mutex also guards the change of the sink.
-struct Output {
-    std::mutex mutex;
-    std::unique_ptr<spdlog::logger> logger = loggerInto(std::make_shared<spdlog::sinks::stderr_sink_st>());
+/// The current writer. Thread-safe.
+class Output {
+public:
+    void add(std::string_view level, const std::string& text) {
+        const std::lock_guard lock(m_mutex);
+        m_writer->add(level, text);
+    }
+
+    /// The lines of the previous writer are written first, unless they wait for a reader.
+    void redirect(std::shared_ptr<LogWriter> writer) {
+        const std::lock_guard lock(m_mutex);
+        m_writer->flush(kLastFlush);
+        m_writer.swap(writer);
+    }
+
+    bool flush(std::chrono::milliseconds limit) {
+        std::unique_lock lock(m_mutex);
+        const std::shared_ptr<LogWriter> writer = m_writer;
+        lock.unlock();
+        return writer->flush(limit);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::shared_ptr<LogWriter> m_writer =
+        std::make_shared<LogWriter>(LogWriter::Target{.descriptor = STDERR_FILENO, .isOwned = false});
 };
 
-std::atomic<int> g_level{kInitialLevel};
+Output& output();
+
+std::terminate_handler g_previousHandler = nullptr;
+
+/// The queue is written also if the program ends by `std::exit` or an exception that is not caught.
+void flushAtTheEnd() {
+    std::atexit([] { output().flush(kLastFlush); });
+    g_previousHandler = std::set_terminate([] {
+        output().flush(kLastFlush);
+        g_previousHandler();
+    });
+}
 
 // Never destroyed: threads may log while the program ends.
 Output& output() {
-    static auto* const instance = new Output;  // NOLINT(cppcoreguidelines-owning-memory)
+    static auto* const instance = [] {
+        flushAtTheEnd();
+        return new Output;  // NOLINT(cppcoreguidelines-owning-memory)
+    }();
     return *instance;
 }
 
-/// Creates the file with mode 0600, because the file sink would make it readable for all.
-void makePrivateFile(const std::string& file) {
+/// A new file gets mode 0600.
+LogWriter::Target targetFor(const std::string& file) {
+    if (file.empty()) {
+        return {.descriptor = STDERR_FILENO, .isOwned = false};
+    }
     const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor < 0) {
         throw std::runtime_error("cannot write the log file " + file + ": " +
                                  std::generic_category().message(errno));
     }
-    ::close(descriptor);
-}
-
-std::unique_ptr<spdlog::logger> loggerFor(const std::string& file) {
-    if (file.empty()) {
-        return loggerInto(std::make_shared<spdlog::sinks::stderr_sink_st>());
-    }
-    makePrivateFile(file);
-    try {
-        return loggerInto(std::make_shared<spdlog::sinks::basic_file_sink_st>(file));
-    } catch (const spdlog::spdlog_ex& error) {
-        throw std::runtime_error("cannot write the log file " + file + ": " + error.what());
-    }
+    return {.descriptor = descriptor, .isOwned = true};
 }
 
 __attribute__((format(printf, 1, 0))) std::string printed(const char* format, std::va_list arguments) {
@@ -125,13 +146,16 @@ void Log::configure(std::string_view levelWord, const std::string& file) {
     if (!level) {
         throw std::runtime_error("the log level must be one of error, warning, info, debug, trace");
     }
-    auto logger = loggerFor(file);
-    Output& out = output();
-    {
-        const std::lock_guard lock(out.mutex);
-        out.logger.swap(logger);
-    }
+    output().redirect(std::make_shared<LogWriter>(targetFor(file)));
     g_level = *level;
+}
+
+bool Log::flush(std::chrono::milliseconds limit) noexcept {
+    return output().flush(limit);
+}
+
+std::uint64_t Log::droppedLines() noexcept {
+    return LogWriter::droppedLines();
 }
 
 }  // namespace host
@@ -149,11 +173,8 @@ __attribute__((visibility("default"))) void logAppUni(const char* component, con
     va_start(arguments, format);
     // A failure to log must not disturb the caller; the text is lost.
     try {
-        const std::string payload =
-            host::payloadOf(component, sourceFile, line, host::printed(format, arguments));
-        host::Output& out = host::output();
-        const std::lock_guard lock(out.mutex);
-        out.logger->log(host::spdlogLevelOf(level), payload);
+        host::output().add(host::wordOf(level),
+                           host::payloadOf(component, sourceFile, line, host::printed(format, arguments)));
     } catch (...) {  // NOLINT(bugprone-empty-catch)
     }
     va_end(arguments);

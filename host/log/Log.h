@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +16,9 @@ namespace host {
 ///     2026-11-21T05:22:05.123Z info [Journal Service] loadCallListsFromDb - BEGIN (./src/JournalService:120)
 ///
 /// and is always one text line: `escapedLogText` escapes every character that could break or forge one.
+///
+/// Logging never waits for the output: a `LogWriter` writes the lines on a thread of its own, and drops and
+/// counts them while its queue is full. The end of the program waits up to 1 s for the queue.
 ///
 /// Thread-safe. Any thread may log at any time, even while the program ends.
 class Log {
@@ -35,6 +40,13 @@ public:
     /// with a message for the user if the word is not valid or the file cannot be written; the configuration
     /// is then unchanged.
     static void configure(std::string_view levelWord, const std::string& file);
+
+    /// Waits until every line that was logged before is written, or for `limit`. Returns false if lines
+    /// remain.
+    static bool flush(std::chrono::milliseconds limit) noexcept;
+
+    /// The number of lines that were dropped or could not be written since the program started.
+    [[nodiscard]] static std::uint64_t droppedLines() noexcept;
 };
 
 }  // namespace host

@@ -44,8 +44,8 @@ protected:
         return endpoint;
     }
     host::HttpBackend backend() {
-        return {"2001",   m_journal, m_management, m_phonebook, *m_database,
-                m_stored, m_entries, m_metrics,    {},          {}};
+        return {"2001",    m_journal, m_management, m_phonebook, *m_database, m_stored,
+                m_entries, m_metrics, {},           {},          {}};
     }
 
     /// A client that has sent this text.

@@ -1,17 +1,25 @@
 #include "host/log/Log.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "host/log/LogText.h"
+#include "host/log/LogWriter.h"
 #include "platform/logging/Logging.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -21,6 +29,7 @@ using namespace std::string_literals;
 using host::escapedLogText;
 using host::kMaxLogText;
 using host::Log;
+using host::LogWriter;
 using testing::ContainsRegex;
 using testing::Each;
 using testing::ElementsAre;
@@ -45,6 +54,8 @@ TEST(LogText, CutsALongTextAndAppendsTheMissingSize) {
     EXPECT_EQ(withinACharacter.substr(kMaxLogText - 1), R"(\xc3 ... (1 bytes more))");
 }
 
+constexpr std::chrono::seconds kTestTimeout{30};
+
 class LogToFile : public testing::Test {
 public:
     ~LogToFile() override { Log::configure("info", ""); }
@@ -55,6 +66,7 @@ protected:
     void configure(const char* level) { Log::configure(level, file()); }
     [[nodiscard]] std::string file() const { return m_directory.path() / "journal.log"; }
     [[nodiscard]] std::vector<std::string> lines() const {
+        EXPECT_TRUE(Log::flush(kTestTimeout));
         std::ifstream stream(file());
         std::vector<std::string> read;
         for (std::string line; std::getline(stream, line);) {
@@ -132,6 +144,69 @@ TEST_F(LogToFile, SeparatesTheTextsOfManyThreadsWhileItIsConfigured) {
     threads.clear();  // waits for them
     EXPECT_THAT(lines(), SizeIs(800));
     EXPECT_THAT(lines(), Each(ContainsRegex(R"(^[^ ]+Z info \[any\] thread [0-3] \(f:[0-9]+\)$)")));
+}
+
+/// A pipe that is not read until `lines`.
+class LogToPipe : public testing::Test {
+public:
+    ~LogToPipe() override { ::close(m_ends[0]); }
+
+protected:
+    LogToPipe() {
+        EXPECT_EQ(::pipe(m_ends.data()), 0);
+        m_writer = std::make_unique<LogWriter>(LogWriter::Target{.descriptor = m_ends[1], .isOwned = true});
+    }
+
+    [[nodiscard]] LogWriter& writer() { return *m_writer; }
+    /// Ends the writer and reads the texts of the lines.
+    [[nodiscard]] std::vector<std::string> texts() {
+        m_writer.reset();
+        std::string all;
+        std::array<char, 65536> part{};
+        for (ssize_t size = 0; (size = ::read(m_ends[0], part.data(), part.size())) > 0;) {
+            all.append(part.data(), static_cast<std::size_t>(size));
+        }
+        std::istringstream stream(all);
+        std::vector<std::string> read;
+        for (std::string line; std::getline(stream, line);) {
+            read.push_back(line.substr(std::string("2026-11-21T05:22:05.123Z ").size()));
+        }
+        return read;
+    }
+
+private:
+    std::array<int, 2> m_ends{};
+    std::unique_ptr<LogWriter> m_writer;
+};
+
+TEST_F(LogToPipe, DropsAndCountsLinesWhileNoReaderTakesThemAndReportsThemInTheirPlace) {
+    constexpr int kLines = 20000;  // more than the pipe, the thread and the queue hold
+    const std::string filling(1000, 'x');
+    const std::uint64_t droppedBefore = LogWriter::droppedLines();
+    for (int line = 0; line < kLines; ++line) {
+        writer().add("info", std::to_string(line) + filling);
+    }
+    EXPECT_FALSE(writer().flush(std::chrono::milliseconds(10)));
+    const std::uint64_t dropped = LogWriter::droppedLines() - droppedBefore;
+    ASSERT_GT(dropped, kLines / 2);
+    const std::vector<std::string> read = texts();
+    const std::size_t kept = kLines - dropped;
+    ASSERT_THAT(read, SizeIs(kept + 1));
+    for (std::size_t line = 0; line < kept; ++line) {
+        ASSERT_EQ(read[line], "info " + std::to_string(line) + filling);
+    }
+    EXPECT_EQ(read.back(),
+              "warning [Log] " + std::to_string(dropped) +
+                  " lines are missing here: they were not taken in time, or could not be written");
+}
+
+TEST(LogToFullDevice, CountsTheLinesThatCannotBeWritten) {
+    const std::uint64_t droppedBefore = LogWriter::droppedLines();
+    LogWriter writer({.descriptor = ::open("/dev/full", O_WRONLY | O_CLOEXEC), .isOwned = true});
+    writer.add("info", "first");
+    writer.add("info", "second");
+    EXPECT_TRUE(writer.flush(kTestTimeout));
+    EXPECT_EQ(LogWriter::droppedLines() - droppedBefore, 2U);
 }
 
 }  // namespace
