@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdarg>
 #include <cstdio>
 #include <ctime>
 #include <deque>
@@ -19,7 +18,6 @@
 #include "host/database/Database.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/JournalServiceHelper.h"
-#include "platform/logging/Logging.h"
 
 namespace {
 
@@ -93,16 +91,6 @@ private:
 };
 
 }  // namespace
-
-void logAppUni(const char* component, const char* /*sourceFile*/, int /*level*/, int /*line*/,
-               const char* format, ...) noexcept {
-    std::fprintf(stderr, "%s: ", component);
-    std::va_list values;
-    va_start(values, format);
-    std::vfprintf(stderr, format, values);
-    va_end(values);
-    std::fputc('\n', stderr);
-}
 
 int main(int count, char** arguments) {
     try {

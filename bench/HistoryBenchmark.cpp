@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdarg>
 #include <cstdio>
 #include <ctime>
 #include <exception>
@@ -16,7 +15,6 @@
 #include "host/history/CallKey.h"
 #include "host/history/CallStatistics.h"
 #include "host/history/FilterText.h"
-#include "platform/logging/Logging.h"
 
 namespace {
 
@@ -108,16 +106,6 @@ private:
 };
 
 }  // namespace
-
-void logAppUni(const char* component, const char* /*sourceFile*/, int /*level*/, int /*line*/,
-               const char* format, ...) noexcept {
-    std::fprintf(stderr, "%s: ", component);
-    std::va_list values;
-    va_start(values, format);
-    std::vfprintf(stderr, format, values);
-    va_end(values);
-    std::fputc('\n', stderr);
-}
 
 int main(int count, char** arguments) {
     try {

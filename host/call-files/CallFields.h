@@ -23,7 +23,7 @@ using CallFields = std::map<std::string, std::string, std::less<>>;
 /// The rules for reading the members of calls. A plain value.
 struct CallReading {
     TimeReading time;
-    /// The own number, by which `calling` and `called` tell the direction of a call.
+    /// The own number, from which `calling` and `called` give the direction of a call.
     std::string ownNumber;
 };
 
@@ -31,7 +31,7 @@ struct CallReading {
 /// an object or an array.
 [[nodiscard]] CallFields callFieldsOf(const nlohmann::ordered_json& object);
 
-/// Builds a call from its members (docs/export-import.md tells the rules). Only `start` is required. `viewed`
+/// Builds a call from its members (the rules: docs/export-import.md). Only `start` is required. `viewed`
 /// is false for a missed call without that member. Throws `CallFieldError`.
 [[nodiscard]] Call callOf(const CallFields& fields, const CallReading& reading);
 

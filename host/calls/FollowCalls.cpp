@@ -23,7 +23,7 @@ CallReason reasonOf(int cause) {
         case CSTA_EC_Transfer: return CallReason::eTransfer;
         case CSTA_EC_CallForwardBusy: return CallReason::eForwardBusy;
         case CSTA_EC_CallForwardNoAnswer: return CallReason::eForwardNoAnswer;
-        case CSTA_EC_CallForward:  // a switch that does not tell the kinds apart
+        case CSTA_EC_CallForward:  // a switch that does not distinguish the kinds
         case CSTA_EC_CallForwardImmediate: return CallReason::eForwardAlways;
         case CSTA_EC_CallPickup:
         case CSTA_EC_DirectedPickup:

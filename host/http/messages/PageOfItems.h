@@ -10,20 +10,13 @@
 
 namespace host {
 
-/// Counts the items that a request finds and selects those on the requested page (`limit`, `offset`).
+/// The page that a request asks for by `limit` and `offset`.
 class PageOfItems {
 public:
     /// Throws `HttpError` 400 if a parameter is not a number.
     explicit PageOfItems(const HttpRequest& request)
         : m_offset(number(request, "offset", 0)),
           m_limit(number(request, "limit", std::numeric_limits<std::size_t>::max())) {}
-
-    /// Counts the next item. True if it is on the page.
-    [[nodiscard]] bool includesNext() noexcept {
-        const std::size_t at = m_total++;
-        return at >= m_offset && at - m_offset < m_limit;
-    }
-    [[nodiscard]] std::size_t total() const noexcept { return m_total; }
 
     [[nodiscard]] std::size_t offset() const noexcept { return m_offset; }
     [[nodiscard]] std::size_t limit() const noexcept { return m_limit; }
@@ -44,7 +37,6 @@ private:
 
     const std::size_t m_offset;
     const std::size_t m_limit;
-    std::size_t m_total = 0;
 };
 
 }  // namespace host

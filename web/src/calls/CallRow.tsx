@@ -1,5 +1,6 @@
 import { useState } from "preact/hooks";
 import type { Call } from "../api/types";
+import { FactList } from "../frame/FactList";
 import { listLabel } from "../state/route";
 import { clockTime, dateLanguage } from "../text/times";
 import { callFacts, callSummary, callTitle } from "./callText";
@@ -15,16 +16,7 @@ interface Props {
 function Details({ call, onDelete }: Pick<Props, "call" | "onDelete">) {
     return (
         <div class="call-details">
-            <dl>
-                {callFacts(call).map(([name, value]) => (
-                    <div key={name}>
-                        <dt>{name}</dt>
-                        <dd>
-                            <bdi>{value}</bdi>
-                        </dd>
-                    </div>
-                ))}
-            </dl>
+            <FactList facts={callFacts(call)} />
             <p class="call-actions">
                 {call.uniqueId && <a href={`#/${call.list}/${call.uniqueId}`}>Entry in {listLabel(call.list).toLowerCase()}</a>}
                 {call.number && <a href={`#/calls?number=${encodeURIComponent(call.number)}`}>All calls of this number</a>}

@@ -1,4 +1,5 @@
 import type { Occurrence } from "../api/types";
+import { FactList } from "../frame/FactList";
 import { dateLanguage, durationText, fullTime } from "../text/times";
 
 /** The details of a call besides its time: pairs of name and value. */
@@ -25,16 +26,7 @@ export function OccurrenceList({ calls }: { calls: readonly Occurrence[] }) {
                     <time lang={dateLanguage} dateTime={call.time}>
                         {fullTime(call.time)}
                     </time>
-                    <dl>
-                        {factsOf(call).map(([name, value]) => (
-                            <div key={name}>
-                                <dt>{name}</dt>
-                                <dd>
-                                    <bdi>{value}</bdi>
-                                </dd>
-                            </div>
-                        ))}
-                    </dl>
+                    <FactList facts={factsOf(call)} />
                 </li>
             ))}
         </ol>
