@@ -10,14 +10,13 @@
 #include <string_view>
 #include <utility>
 
+#include "host/limits/TextLimits.h"
 #include "host/text-files/FileText.h"
 
 namespace host {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr std::size_t kMaxTextBytes = 1000;
 
 /// The outcome of a call: of a call-detail record that names no list.
 enum class Outcome { eUnknown, eConnected, eUnconnected, eForwarded };
@@ -113,6 +112,12 @@ std::string digitsOf(std::string number) {
     return number;
 }
 
+bool isNumberMember(std::string_view member) {
+    constexpr std::array<std::string_view, 6> kNumbers{"number",  "connectedNumber", "redirectingNumber",
+                                                       "calling", "called",          "lineKey"};
+    return std::find(kNumbers.begin(), kNumbers.end(), member) != kNumbers.end();
+}
+
 /// Reads the members of one call.
 class CallBuilder {
 public:
@@ -142,8 +147,9 @@ private:
         if (found == m_fields.end()) {
             return kNone;
         }
-        if (found->second.size() > kMaxTextBytes) {
-            throw CallFieldError(std::string(member) + " is longer than 1000 bytes");
+        const std::size_t limit = isNumberMember(member) ? limits::kNumberBytes : limits::kNameBytes;
+        if (found->second.size() > limit) {
+            throw CallFieldError(limits::tooLong(member, limit));
         }
         return found->second;
     }

@@ -174,6 +174,7 @@ public:
         if (reachesPartner && !call.partner.number.empty()) {
             (call.outgoing ? call.called : call.calling) = call.partner;
         }
+        call.held = event.getLocalConnectionInfo() == CSTA_LCS_Hold;
         call.lastEvent = m_now;
         call.unconfirmed = false;
         if (isSharedLine() && call.role != PhoneRole::eRinging) {

@@ -43,6 +43,8 @@ struct PhoneCall {
     bool transferred = false;
     /// Events may have been lost since the last one, so the id may belong to another call now.
     bool unconfirmed = false;
+    /// The phone holds the call. Not noted in the database.
+    bool held = false;
     /// Another phone has established the call while it rang here.
     bool elsewhere = false;
     /// Why the call has another party than the one that was called: by the newest event that gives a reason,

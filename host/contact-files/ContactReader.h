@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/presentation/ContactFields.h"
 #include "journal-items/Contact.h"
 
 namespace host {
@@ -26,6 +27,12 @@ struct ContactRecord {
     /// The parts of it that are left out.
     std::vector<std::string> remarks;
 };
+
+/// The refusal of a contact with a field that is too long; empty if none is.
+[[nodiscard]] inline std::string refusalOfLength(const Contact& contact) {
+    const std::optional<std::string> fault = tooLongField(contact);
+    return fault ? "its " + *fault : std::string();
+}
 
 /// Reads the contacts of a file one after the other; an error in one does not affect the next. Memory is
 /// bounded for any file. One thread at a time.

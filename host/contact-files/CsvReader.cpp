@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "host/limits/TextLimits.h"
 #include "host/text-files/FileText.h"
 
 namespace host {
@@ -59,6 +60,9 @@ std::optional<ContactRecord> CsvReader::next() {
     for (std::size_t column = 0; column < row.cells.size() && record.refusal.empty(); ++column) {
         takeCell(column, row.cells[column], record);
     }
+    if (record.refusal.empty()) {
+        record.refusal = refusalOfLength(record.contact);
+    }
     if (record.refusal.empty() && isEmpty(record.contact)) {
         record.refusal = "it has no name";
     }
@@ -79,7 +83,8 @@ void CsvReader::takeCell(std::size_t column, const std::string& text, ContactRec
     if (!isUtf8(text)) {
         record.refusal = std::string("its ") + field->name + " is not UTF-8";
     } else if (!field->set(record.contact, cleaned(text))) {
-        record.refusal = std::string("its ") + field->name + " has a value that is unknown: " + cleaned(text);
+        record.refusal = std::string("its ") + field->name + " has a value that is unknown: " +
+                         std::string(limits::cut(cleaned(text), limits::kNumberBytes));
     }
 }
 

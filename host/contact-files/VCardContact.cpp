@@ -99,6 +99,9 @@ ContactRecord VCardContact::finish(std::size_t line) {
     record.contact = std::move(m_contact);
     record.refusal = std::move(m_refusal);
     m_numbers.fill(record);
+    if (record.refusal.empty()) {
+        record.refusal = refusalOfLength(record.contact);
+    }
     return record;
 }
 

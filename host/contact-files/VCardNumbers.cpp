@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "host/limits/TextLimits.h"
 #include "host/text-files/FileText.h"
 
 namespace host {
@@ -54,6 +55,11 @@ void setNumber(Contact& contact, int position, const std::string& number) {
     }
 }
 
+/// For a remark.
+std::string shown(const std::string& number) {
+    return std::string(limits::cut(number, limits::kNumberBytes));
+}
+
 }  // namespace
 
 void VCardNumbers::take(const VCardProperty& property) {
@@ -92,14 +98,14 @@ void VCardNumbers::fill(ContactRecord& record) const {
     std::vector<const Number*> rest;
     for (const Number& number : m_numbers) {
         if (!number.voice) {
-            record.remarks.push_back("its fax or pager number " + number.text + " is left out");
+            record.remarks.push_back("its fax or pager number " + shown(number.text) + " is left out");
         } else if (!put(number, number.wanted.data(), number.wanted.data() + number.wanted.size(), slots)) {
             rest.push_back(&number);
         }
     }
     for (const Number* number : rest) {
         if (!put(*number, kFreePlaces.data(), kFreePlaces.data() + kFreePlaces.size(), slots)) {
-            record.remarks.push_back("its number " + number->text +
+            record.remarks.push_back("its number " + shown(number->text) +
                                      " is left out: a contact has four at most");
         }
     }

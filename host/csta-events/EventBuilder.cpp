@@ -40,7 +40,9 @@ EventBuilder::EventBuilder(const EventSchema& schema, const WireDocument& docume
 
     m_context.event = schema.event;
     m_context.localConnection = localConnectionNumber(childText(m_root, "localConnectionInfo"));
-    m_context.pickup = childText(m_root, "cause") == "callPickup";
+    const std::string cause = childText(m_root, "cause");
+    m_context.pickup = cause == "callPickup";
+    m_context.reminds = cause.starts_with("recall");
     m_context.ownDigits = m_devices.monitoredDigits();
     m_context.calling = calling();
     m_context.called = called();

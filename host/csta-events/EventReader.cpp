@@ -1,5 +1,6 @@
 #include "host/csta-events/EventReader.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "host/calls/FollowCalls.h"
@@ -12,6 +13,13 @@
 #include "platform/csta/CSTAEventCause.h"
 
 namespace host {
+
+namespace {
+
+/// The parties of one call that are told apart: more than a conference has.
+constexpr std::size_t kMaxOthers = 64;
+
+}  // namespace
 
 EventReader::EventReader(std::string ownDevice, PhoneCalls& calls, Now now)
     : m_ownDevice(std::move(ownDevice)), m_calls(calls), m_now(std::move(now)) {}
@@ -133,7 +141,8 @@ void EventReader::noteOther(const EventContext& context, const std::string& devi
     const bool joins = context.event == WireEvent::eOffered || context.event == WireEvent::eDelivered ||
                        context.event == WireEvent::eEstablished;
     const bool leaves = context.event == WireEvent::eConnectionCleared || context.event == WireEvent::eFailed;
-    if (known->others.contains(number) ? leaves : joins) {
+    const bool isKnown = known->others.contains(number);
+    if (isKnown ? leaves : joins && known->others.size() < kMaxOthers) {
         PhoneCall call = *known;
         if (joins) {
             call.others.insert(number);

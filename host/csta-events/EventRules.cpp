@@ -100,6 +100,23 @@ bool hasOtherFarEnd(const EventContext& context) {
     return placedHere ? differ(context.called, call.called) : differ(context.calling.device, call.calling);
 }
 
+/// True if the phone rings for the caller of a call that it has established: the end of that call was not
+/// reported. A switch may also ring for a call that the phone holds.
+bool ringsAfterEstablished(const EventContext& context) {
+    const PhoneCall& call = *context.call;
+    return call.role == PhoneRole::eConnected && !call.outgoing && !call.held && !context.reminds &&
+           !call.transferred && !call.conference && call.conferenceId.empty() &&
+           context.calling.party != EventParty::eMonitored && localConnectionOf(context) == CSTA_LCS_Alerting;
+}
+
+/// True if this phone calls another party than before a gap: the far end rings.
+bool callsOtherParty(const EventContext& context) {
+    const PhoneCall& call = *context.call;
+    return call.unconfirmed && !call.transferred && !call.conference &&
+           context.calling.party == EventParty::eMonitored &&
+           (!call.outgoing || differ(context.called, call.called));
+}
+
 /// True if the event belongs to a new call that has the id of a known one.
 bool usesIdAgain(const EventContext& context) {
     if (context.call == nullptr) {
@@ -113,9 +130,10 @@ bool usesIdAgain(const EventContext& context) {
                    differ(context.called, call.called);
         case WireEvent::eOffered:
         case WireEvent::eDelivered:
-            return !byOther && ((context.calling.party == EventParty::eOther &&
-                                 (call.outgoing || differ(context.calling.device, call.calling))) ||
-                                isOtherAnonymousCaller(context));
+            return byOther ? callsOtherParty(context)
+                           : (context.calling.party == EventParty::eOther &&
+                              (call.outgoing || differ(context.calling.device, call.calling))) ||
+                                 isOtherAnonymousCaller(context) || ringsAfterEstablished(context);
         case WireEvent::eEstablished: return call.unconfirmed && hasOtherFarEnd(context);
         default: return false;
     }

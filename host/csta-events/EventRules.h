@@ -25,6 +25,8 @@ struct EventContext {
     std::optional<int> localConnection;
     /// The cause is callPickup.
     bool pickup = false;
+    /// The cause is that of a reminder: the switch rings for a call that the phone holds.
+    bool reminds = false;
     /// The phone's part in the call so far; null if the call is not known.
     const PhoneCall* call = nullptr;
 };

@@ -4,6 +4,7 @@
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta-wire/XmlText.h"
+#include "host/limits/TextLimits.h"
 
 namespace host {
 
@@ -30,9 +31,7 @@ std::string textFromHex(std::string_view hex) {
     return digits.size() % 2 == 0 && isXmlUtf8(text) ? text : std::string();
 }
 
-}  // namespace
-
-std::string privateText(pugi::xml_node root) {
+std::string wholeText(pugi::xml_node root) {
     const pugi::xml_node data = privateDataOf(root);
     const pugi::xml_node own = childNamed(data, "private");
     const pugi::xml_node status =
@@ -43,7 +42,13 @@ std::string privateText(pugi::xml_node root) {
     if (const std::string_view text = trimmed(own.text().get()); !text.empty()) {
         return std::string(text);
     }
-    return textFromHex(childText(data, "string"));
+    return textFromHex(trimmed(childNamed(data, "string").text().get()));
+}
+
+}  // namespace
+
+std::string privateText(pugi::xml_node root) {
+    return std::string(limits::cut(wholeText(root), limits::kTextBytes));
 }
 
 }  // namespace host

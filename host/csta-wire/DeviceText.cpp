@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "host/csta-wire/XmlText.h"
+#include "host/limits/TextLimits.h"
 #include "platform/client-utils/PercentEncoding.h"
 
 namespace host {
@@ -57,6 +58,7 @@ DeviceText bracketForm(std::string_view text) {
     if (repeatsNumber(device.name, device.number)) {
         device.name.clear();
     }
+    device.name.resize(limits::cut(device.name, limits::kNameBytes).size());
     return device;
 }
 
@@ -66,10 +68,7 @@ std::string_view withoutCompound(std::string_view text) {
     return !head.empty() && std::all_of(head.begin(), head.end(), isDigit) ? head : text;
 }
 
-}  // namespace
-
-DeviceText parseDeviceText(std::string_view text) {
-    text = trimmed(text);
+DeviceText withoutLimit(std::string_view text) {
     if (text.substr(0, 2) == "N<") {
         return bracketForm(text);
     }
@@ -80,6 +79,14 @@ DeviceText parseDeviceText(std::string_view text) {
         return {percentencoding::decode(upTo(text, "@;?")), {}};
     }
     return {std::string(trimmed(withoutCompound(upTo(text, ";")))), {}};
+}
+
+}  // namespace
+
+DeviceText parseDeviceText(std::string_view text) {
+    DeviceText device = withoutLimit(trimmed(text));
+    device.number.resize(limits::cut(device.number, limits::kNumberBytes).size());
+    return device;
 }
 
 std::string deviceText(std::string_view number, std::string_view name) {

@@ -20,7 +20,7 @@ struct DeviceText {
 ///   `tel:4711;phone-context=...`           the number of a tel: URI
 ///   `sip:4711@host;user=phone`             the user of a sip: or sips: URI, percent signs decoded
 ///   `4750:switch1:192.0.2.2:0`             the extension of a compound
-/// Any other text is returned as the number, unchanged.
+/// Any other text is returned as the number, unchanged. Number and name are cut at the limits of the host.
 [[nodiscard]] DeviceText parseDeviceText(std::string_view text);
 
 /// The inverse: the plain number, or the `N<number>name` form if there is a name. A semicolon in the name

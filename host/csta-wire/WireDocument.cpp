@@ -5,6 +5,7 @@
 
 #include "host/csta-wire/Frame.h"
 #include "host/csta-wire/XmlText.h"
+#include "host/limits/TextLimits.h"
 
 namespace host {
 
@@ -148,7 +149,7 @@ pugi::xml_node childNamed(pugi::xml_node parent, std::string_view name) {
 }
 
 std::string childText(pugi::xml_node parent, std::string_view name) {
-    return std::string(trimmed(childNamed(parent, name).text().get()));
+    return std::string(limits::cut(trimmed(childNamed(parent, name).text().get()), limits::kNameBytes));
 }
 
 std::string firstText(pugi::xml_node node) {

@@ -47,9 +47,9 @@ private:
 /// The first child element with that local name; a null node if there is none. A null node has no children.
 [[nodiscard]] pugi::xml_node childNamed(pugi::xml_node parent, std::string_view name);
 [[nodiscard]] std::string_view localName(pugi::xml_node node);
-/// The trimmed text of a child element; empty if it is missing.
+/// The trimmed text of a child element, at most `limits::kNameBytes` of it; empty if it is missing.
 [[nodiscard]] std::string childText(pugi::xml_node parent, std::string_view name);
-/// The trimmed text of the node itself or of the first descendant that has one.
+/// The trimmed text of the node itself or of the first descendant that has one, of any length.
 [[nodiscard]] std::string firstText(pugi::xml_node node);
 /// True for "true" and "1".
 [[nodiscard]] bool isTrue(std::string_view text) noexcept;

@@ -99,11 +99,18 @@ void CallSynchronisation::close() {
 }
 
 void CallSynchronisation::limitCalls() {
+    const auto lastSign = [](const PhoneCall& call) {
+        return call.lastEvent + (call.established ? kTalkBonus : std::chrono::hours(0));
+    };
     while (m_calls.count() > kMaxCalls) {
         const std::vector<PhoneCall> calls = m_calls.all();
-        end(*std::min_element(calls.begin(), calls.end(), [](const PhoneCall& one, const PhoneCall& other) {
-            return one.firstEvent < other.firstEvent;
-        }));
+        const PhoneCall& ended = *std::min_element(calls.begin(), calls.end(),
+                                                   [&lastSign](const PhoneCall& one, const PhoneCall& other) {
+                                                       return lastSign(one) < lastSign(other);
+                                                   });
+        CSTA_LINK_LOG(3, "more than %zu calls are up; call %s ends as one whose end is not known", kMaxCalls,
+                      ended.callId.c_str());
+        end(ended);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>
@@ -27,12 +28,14 @@ namespace host {
 ///     event, or of the gap if that is later. So has one whose caller is another one now.
 ///  4. A call of the snapshot that is not known begins; one that was established meanwhile is established.
 ///  5. If the switch does not have the service, the known calls stay. A call without an event for the
-///     configured time ends, and the oldest one if there are more than `kMaxCalls`.
+///     configured time ends, and one more whenever there are more than `kMaxCalls`: the one that is silent
+///     longest, a talk counting as `kTalkBonus` younger, because it has no events.
 ///
 /// Reader thread only.
 class CallSynchronisation {
 public:
     static constexpr std::size_t kMaxCalls = 1000;
+    static constexpr std::chrono::hours kTalkBonus{4};
 
     /// Delivers events to the receiver of a monitor. Requires: `calls` has followed them.
     using Deliver = std::function<void(const WantedMonitor&, std::vector<PhoneEvent>)>;
@@ -56,7 +59,7 @@ public:
     void endSilentCalls();
     void askForSilentCalls(const WantedMonitor& monitor);
     void endSilentCalls(const std::string& device);
-    /// Ends the oldest calls beyond `kMaxCalls`.
+    /// Ends the calls beyond `kMaxCalls`.
     void limitCalls();
 
     /// Sets the time of an assumed end to that of the gap if it is later.

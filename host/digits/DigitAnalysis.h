@@ -31,7 +31,7 @@ public:
     ///     access code, as dialled.
     ///  3. Converts numbers of the numbering plan to their international form: in Germany, "030 1234", "0049
     ///     30 1234" and "+49 (0)30 1234" become "+49301234". Leaves all others as dialled, for example a
-    ///     local number without area code.
+    ///     local number without area code, or more than `limits::kMaxDigits` digits.
     void normalise(std::string& number) override;
 
     /// Returns a key of the rules. Objects with equal keys normalise every number alike.

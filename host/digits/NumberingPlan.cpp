@@ -8,6 +8,8 @@
 #include <set>
 #include <utility>
 
+#include "host/limits/TextLimits.h"
+
 namespace host {
 namespace {
 
@@ -65,6 +67,9 @@ NumberingPlan::NumberingPlan(std::string region)
       m_trunkPrefix(trunkPrefixOf(m_region)) {}
 
 std::optional<std::string> NumberingPlan::international(const std::string& dialled) const {
+    if (dialled.size() > limits::kMaxDigits + 1) {  // with "+"
+        return std::nullopt;
+    }
     PhoneNumber number;
     if (plans().ParseAndKeepRawInput(dialled, m_region, &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
         return std::nullopt;

@@ -22,7 +22,8 @@ public:
     ///  - "+" or the country's international prefix, a country code, and a number of a possible length there;
     ///  - the country's trunk prefix and a number of a possible length;
     ///  - a valid number in the country's national format, which may have no trunk prefix.
-    /// Returns std::nullopt for all others: local numbers without area code, emergency numbers, extensions.
+    /// Returns std::nullopt for all others: local numbers without area code, emergency numbers, extensions,
+    /// and texts of more than `limits::kMaxDigits` digits, for which the number library takes seconds.
     [[nodiscard]] std::optional<std::string> international(const std::string& dialled) const;
 
 private:

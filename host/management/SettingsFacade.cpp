@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "host/limits/TextLimits.h"
 #include "host/management/LocalManagement.h"
 #include "host/management/SettingRules.h"
 #include "platform/management/ManageableData.h"
@@ -67,6 +68,9 @@ RejectReason SettingsFacade::set(const std::string& key, const std::string& valu
     // The journal refuses invalid values for its own keys, except for "clear-calllog", where it ignores them.
     if ((!isOfJournal(key) || key == "clear-calllog") && !isAccepted(key, value)) {
         return {eRejectDataInvalid, "The value for " + key + " is not accepted" + hint(key)};
+    }
+    if (value.size() > limits::kTextBytes) {
+        return {eRejectDataInvalid, limits::tooLong("The value for " + key, limits::kTextBytes)};
     }
     ManageableData data;
     data.populate(key, key, value);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "host/limits/TextLimits.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 
 namespace host {
@@ -14,12 +15,13 @@ namespace {
 using Words = CallListDatabaseAdapterHelper;
 
 template <const std::string& (Contact::*Get)() const, void (Contact::*Set)(const std::string&)>
-constexpr ContactField text(const char* name) {
+constexpr ContactField text(const char* name, std::size_t maxBytes = limits::kNameBytes) {
     return {name, [](const Contact& contact) { return (contact.*Get)(); },
             [](Contact& contact, const std::string& value) {
                 (contact.*Set)(value);
                 return true;
-            }};
+            },
+            maxBytes};
 }
 
 /// By position.
@@ -59,23 +61,32 @@ const std::vector<ContactField>& contactFields() {
     static const std::vector<ContactField> kFields = {
         text<&Contact::getSurname, &Contact::setSurname>("surname"),
         text<&Contact::getFirstname, &Contact::setFirstname>("firstName"),
-        text<&Contact::getOffice, &Contact::setOffice>("office"),
-        text<&Contact::getMobile, &Contact::setMobile>("mobile"),
-        text<&Contact::getPrivate, &Contact::setPrivate>("private"),
-        text<&Contact::getOffice2, &Contact::setOffice2>("office2"),
-        {"defaultNumber", &defaultNumberOf, &setDefaultNumber},
+        text<&Contact::getOffice, &Contact::setOffice>("office", limits::kNumberBytes),
+        text<&Contact::getMobile, &Contact::setMobile>("mobile", limits::kNumberBytes),
+        text<&Contact::getPrivate, &Contact::setPrivate>("private", limits::kNumberBytes),
+        text<&Contact::getOffice2, &Contact::setOffice2>("office2", limits::kNumberBytes),
+        {"defaultNumber", &defaultNumberOf, &setDefaultNumber, limits::kNameBytes},
         text<&Contact::getEmail, &Contact::setEmail>("email"),
         text<&Contact::getCompany, &Contact::setCompany>("company"),
         text<&Contact::getJobFunction, &Contact::setJobFunction>("jobFunction"),
         text<&Contact::getGroup, &Contact::setGroup>("group"),
-        text<&Contact::getAddress, &Contact::setAddress>("address"),
-        text<&Contact::getAddress2, &Contact::setAddress2>("address2"),
-        text<&Contact::getPicture, &Contact::setPicture>("picture"),
+        text<&Contact::getAddress, &Contact::setAddress>("address", limits::kTextBytes),
+        text<&Contact::getAddress2, &Contact::setAddress2>("address2", limits::kTextBytes),
+        text<&Contact::getPicture, &Contact::setPicture>("picture", limits::kTextBytes),
         text<&Contact::getVoiceDial, &Contact::setVoiceDial>("voiceDial"),
         text<&Contact::getExternalId, &Contact::setExternalId>("externalId"),
-        {"source", &sourceOf, &setSource},
+        {"source", &sourceOf, &setSource, limits::kNameBytes},
     };
     return kFields;
+}
+
+std::optional<std::string> tooLongField(const Contact& contact) {
+    for (const ContactField& field : contactFields()) {
+        if (field.get(contact).size() > field.maxBytes) {
+            return limits::tooLong(field.name, field.maxBytes);
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace host

@@ -51,6 +51,9 @@ void applyFields(const Json& body, Contact& contact) {
             throw wrongContact("this is no value for " + name);
         }
     }
+    if (const std::optional<std::string> fault = tooLongField(contact)) {
+        throw wrongContact(*fault);
+    }
     std::string known = contact.getSurname() + contact.getFirstname() + contact.getCompany();
     for (int position = 1; position <= 4; ++position) {
         known += contact.getPhoneNumber(position);

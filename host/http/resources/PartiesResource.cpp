@@ -6,6 +6,7 @@
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/JsonBody.h"
 #include "host/http/messages/Router.h"
+#include "host/limits/TextLimits.h"
 
 namespace host {
 
@@ -32,7 +33,11 @@ HttpResponse PartiesResource::setNote(const HttpRequest& request) {
     if (json.size() != 1 || note == json.end() || !note->is_string()) {
         throw HttpError(422, "wrong-shape", R"(the body must be {"note": "..."})");
     }
-    doneOr503(m_notes.setNote(request.parameter("number"), note->get<std::string>()));
+    const auto text = note->get<std::string>();
+    if (text.size() > limits::kTextBytes) {
+        throw HttpError(422, "wrong-shape", limits::tooLong("the note", limits::kTextBytes));
+    }
+    doneOr503(m_notes.setNote(request.parameter("number"), text));
     return party(request);
 }
 

@@ -37,7 +37,8 @@ class ContactsTest(ProgramTest):
         self.assertEqual((found["total"], found["contacts"][0]["group"]), (1, "a, b"))
         self.assertEqual(self.done("contacts", "list", "--limit", "1"), "  NAME        MOBILE\n  Ann Müller  0155 50100123\n(1 of 2)\n")
         for name, text, reason in (("a.csv", "a,b\n1,2\n", "its first row has no known column name"), ("b.vcf", "", "the file is empty"),
-                                   ("c.vcf", "hello\n", "c.vcf:1: skipped: what stands here belongs to no card")):
+                                   ("c.vcf", "hello\n", "c.vcf:1: skipped: what stands here belongs to no card"),
+                                   ("d.csv", "surname;office\nLong;%s\n" % ("0" * 60000), "d.csv:2: skipped: its office is longer than 256 bytes")):
             self.assertIn(reason, self.refused("contacts", "import", self.file(name, text), silent=False))
         self.assertIn("No such file", self.refused("contacts", "import", self.data + "/none.vcf"))
         self.assertIn("neither .vcf nor .csv", self.refused("contacts", "import", "book.doc", status=2))

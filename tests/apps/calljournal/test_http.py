@@ -43,6 +43,7 @@ ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE
         ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'), ("PUT /api/v1/settings", 200, {}, '{"missed-logging": "1"}'),
         ("PUT /api/v1/settings", 422, {}, "[]"), ("PUT /api/v1/management/{key}", 422, {}, '{"value": "%s"}' % ("x" * 5000)),
         ("GET /api/v1/management/{key}", 404, {"key": "none"}, None), ("POST /api/v1/contacts", 422, {}, '{"nose": "long"}'),
+        ("POST /api/v1/contacts", 422, {}, '{"mobile": "%s"}' % ("0" * 300)), ("PUT /api/v1/parties/{number}", 422, {}, '{"note": "%s"}' % ("x" * 5000)),
         ("POST /api/v1/contacts", 422, {}, '{"surname": " "}'), ("PUT /api/v1/contacts/{id}", 422, {}, '{"defaultNumber": "fax"}'),
         ("GET /api/v1/times", 400, {"query": "?from=yesterday"}, None), ("GET /api/v1/times", 200, {"query": "?from=1970-01-01T00:00:00Z"}, None),
         ("GET /api/v1/calls", 400, {"query": "?since=soon"}, None), ("GET /api/v1/calls/{callId}", 404, {"callId": "77"}, None),

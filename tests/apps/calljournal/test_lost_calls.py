@@ -19,6 +19,10 @@ CASES = [
     (delivered("17", ANN) + established("17", ANN), PROGRAM, None, cleared("17"), ["received 4711"]),
     (delivered("17", ANN), LINK, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
     (delivered("25", ANN), LINK, None, delivered("25", BOB) + cleared("25"), ["missed 4712", "missed 4711~"]),
+    # A switch that uses the id of a call again whose end was lost, and one that has no call ids.
+    (delivered("25", ANN) + established("25", ANN), LINK, None, delivered("25", ANN) + cleared("25"), ["missed 4711", "received 4711~"]),
+    (dialled("25", ANN), LINK, None, delivered("25", BOB) + cleared("25"), ["missed 4712", "dialled 4711~"]),
+    (delivered("", ANN) + established("", ANN), LINK, None, delivered("", BOB) + cleared(""), ["missed 4712", "received 4711~"]),
     (delivered("25", ANN), PROGRAM, {"25": (*RINGS, BOB)}, cleared("25"), ["missed 4712", "missed 4711~"]),
     (delivered("17", ANN) + established("17", ANN), STATUS, {"17": (*TALKS, ANN)}, cleared("17"), ["received 4711"]),
     (delivered("17", ANN), STATUS, {}, b"", ["missed 4711~"]),

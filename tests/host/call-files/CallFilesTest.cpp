@@ -131,10 +131,12 @@ TEST(CallFiles, NameTheRowsThatCannotBeReadAndReadTheOthers) {
     const auto lines =
         read(CallFormat::eJsonLines,
              "{\"start\":\"2026-11-21T05:22:05Z\",\"list\":\"dialled\"}\n\n[1]\n{\"start\":{}}\n"
-             "{\"start\":\"2026-11-21 05:22:05\"}\n");
-    ASSERT_EQ(lines.size(), 4U);
+             "{\"start\":\"2026-11-21 05:22:05\"}\n"
+             "{\"start\":\"2026-11-21T05:22:05Z\",\"number\":\"" +
+                 std::string(257, '1') + "\"}\n");
+    ASSERT_EQ(lines.size(), 5U);
     EXPECT_TRUE(lines[0].error.empty());
-    for (std::size_t at = 1; at < 4; ++at) {
+    for (std::size_t at = 1; at < 5; ++at) {
         EXPECT_EQ(lines[at].row, at + 2);
         EXPECT_FALSE(lines[at].error.empty());
     }

@@ -74,6 +74,8 @@ TEST(VCard, IsSkippedWithLineAndReasonAndAffectsNoOther) {
          "its N is quoted-printable, which belongs to vCard 2.1"},
         {card("N:M\xfcller"), "its N is not UTF-8"},
         {"BEGIN:VCARD\r\nVERSION:3.0\r\nN:M\r\n", "it has no END:VCARD"},
+        {card("N:" + std::string(1025, 'x')), "its surname is longer than 1024 bytes"},
+        {card("N:M\r\nTEL:" + std::string(257, '1')), "its office is longer than 256 bytes"},
         {"<html>\r\n\r\n", "what stands here belongs to no card"},
     };
     for (const auto& [bad, reason] : cases) {

@@ -310,4 +310,13 @@ Ann              |              | N<>Ann
     EXPECT_NE(comparableNumber("*61"), comparableNumber("61"));
 }
 
+// A name of 1,024 bytes that ends inside a character is cut before it.
+TEST(EventReader, CutsLongTextsOfTheSwitchAtACharacter) {
+    const DeviceText cut = parseDeviceText("N<" + std::string(300, '7') + ">" + std::string(1023, 'x') + "ü");
+    EXPECT_EQ(cut, (DeviceText{std::string(256, '7'), std::string(1023, 'x')}));
+    const std::string id(5000, '9');
+    EXPECT_EQ(eventsOf("Held heldConnection/" + id + "/2001"),
+              eventsOf("Held heldConnection/" + id + "1/2001"));
+}
+
 }  // namespace

@@ -230,6 +230,15 @@ a withheld caller after a gap | Delivered 25 at:2001 from:4711 to:2001 own=alert
 +   | missed Withheld, missed 4711 | =
 this phone dials     | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
 +   Originated 25 to:4712 own=connected cause=newCall; Cleared 25 at:2001 own=null | dialled 4712, received 4711 | =
+the same caller rings again | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
++   Delivered 25 at:2001 from:4711 to:2001 own=alerting; Cleared 25 at:2001 own=null | missed 4711, received 4711 | =
+a reminder of a held call | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
++   Held 25 at:2001 own=hold; Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
++   Cleared 25 at:2001 own=null | received 4711 | =
+a reminder           | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
++   Delivered 25 at:2001 from:4711 to:2001 own=alerting cause=recallBusy; Cleared 25 at:2001 own=null | received 4711 | =
+another destination after a gap | Originated 25 to:4711 own=connected cause=newCall; gap;
++   Delivered 25 at:4712 from:2001 to:4712 own=connected; Cleared 25 at:2001 own=null | dialled 4712, dialled 4711 | =
 )");
 }
 

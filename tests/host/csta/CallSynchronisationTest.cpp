@@ -189,8 +189,9 @@ TEST_F(Synchronisation, GivesTheKnownCallsAgainAndEndsThemInTime) {
         know("ringing 4714", "n" + std::to_string(call), tenMinutesAgo() + minutes(2));
     }
     know("ringing 4715", "oldest", tenMinutesAgo() - minutes(1));
+    know("talking 4716", "lost", tenMinutesAgo() - CallSynchronisation::kTalkBonus - minutes(5));
     synchronisation.limitCalls();
-    EXPECT_EQ(events, "Cleared 4715~, Cleared 4711~");
+    EXPECT_EQ(events, "Cleared 4716~, Cleared 4715~, Cleared 4714~") << "no talk that may be up";
     EXPECT_EQ(calls.count(), CallSynchronisation::kMaxCalls);
 }
 
