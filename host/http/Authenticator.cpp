@@ -117,6 +117,10 @@ void Authenticator::checkToken(const HttpRequest& request) const {
     }
 }
 
+bool Authenticator::isTrusted(const HttpRequest& request) const {
+    return !m_token || matchesToken(tokenOf(request));
+}
+
 std::optional<HttpResponse> Authenticator::signIn(const HttpRequest& request) const {
     if (!request.path.empty() || !request.query.contains("token") || request.method != "GET") {
         return std::nullopt;

@@ -30,6 +30,8 @@ public:
     void checkOrigin(const HttpRequest& request) const;
     /// Throws `HttpError` 401: "no-token" if the request has no token, "wrong-token" if it has another one.
     void checkToken(const HttpRequest& request) const;
+    /// True if `checkToken` does not throw.
+    [[nodiscard]] bool isTrusted(const HttpRequest& request) const;
 
     /// The response to "/?token=TOKEN": sets the cookie and redirects to "/", so that the token leaves the
     /// address bar. A wrong token redirects to "/?refused=1". std::nullopt for any other request.

@@ -74,9 +74,11 @@ public:
         m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);
         m_backend.journal.subscribeForJournalEvents(&m_feed);
         m_subscribed = true;
-        return m_server.start({[this](const HttpRequest& request) { return m_pipeline.handle(request); },
-                               [this](const Endpoint& where) { m_authenticator.setListenAddress(where); },
-                               [this] { m_feed.keepAlive(); }});
+        return m_server.start(
+            {[this](const HttpRequest& request) { return m_pipeline.handle(request); },
+             [this](const HttpRequest& request) { return m_authenticator.isTrusted(request); },
+             [this](const Endpoint& where) { m_authenticator.setListenAddress(where); },
+             [this] { m_feed.keepAlive(); }});
     }
 
     void stop() {

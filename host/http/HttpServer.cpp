@@ -16,14 +16,30 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
+#include "host/http/ClosableSocket.h"
 #include "host/http/ConnectionLimiter.h"
+#include "host/http/ConnectionTable.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
 
-struct Traits : public restinio::default_single_thread_traits_t {};
+/// The HTTP library calls it on the loop thread for each connection that begins or ends.
+struct ConnectionListener {
+    std::function<void(const restinio::connection_state::notice_t&)> changed;
+
+    void state_changed(const restinio::connection_state::notice_t& notice) const { changed(notice); }
+};
+
+struct Traits : public restinio::default_single_thread_traits_t {
+    using stream_socket_t = ClosableSocket;
+    using connection_state_listener_t = ConnectionListener;
+};
+
+/// Connections that are shut down, but not closed yet.
+constexpr std::size_t kEndingConnections = 64;
 
 }  // namespace
 }  // namespace host
@@ -157,7 +173,12 @@ private:
 
 class HttpServer::Impl {
 public:
-    explicit Impl(const HttpServerSettings& settings) : m_settings(settings), m_heartbeat(m_loop) {
+    explicit Impl(const HttpServerSettings& settings)
+        : m_settings(settings),
+          m_heartbeat(m_loop),
+          m_table({.trusted = settings.maxTrustedConnections,
+                   .anonymous = settings.maxAnonymousConnections,
+                   .anonymousOfOneAddress = settings.maxAnonymousOfOneAddress}) {
         try {
             const asio::ip::tcp::endpoint address(addressOf(settings.listen.host), settings.listen.port);
             const asio::ip::tcp::acceptor trial(m_loop, address);  // with SO_REUSEADDR, as the server's own
@@ -229,7 +250,10 @@ private:
             restinio::server_settings_t<Traits>()
                 .address(m_settings.listen.host)
                 .port(m_settings.listen.port)
-                .max_parallel_connections(m_settings.maxConnections)
+                .max_parallel_connections(m_settings.maxTrustedConnections +
+                                          m_settings.maxAnonymousConnections + kEndingConnections)
+                .connection_state_listener(std::make_shared<ConnectionListener>(
+                    ConnectionListener{[this](const auto& notice) { onConnection(notice); }}))
                 // The library detects that the client of a stream disconnected only while it reads the next
                 // request.
                 .max_pipelined_requests(2)
@@ -256,6 +280,34 @@ private:
         m_callbacks.listening(m_endpoint);
     }
 
+    void onConnection(const restinio::connection_state::notice_t& notice) {
+        using restinio::connection_state::closed_t;
+        const ConnectionTable::Id id = notice.connection_id();
+        const restinio::connection_state::cause_t cause = notice.cause();
+        if (!restinio::holds_alternative<closed_t>(cause)) {
+            m_streams.try_emplace(id);
+            m_table.accepted(
+                id, notice.remote_endpoint().address().to_string(),
+                [socket = ClosableSocket::lastMoved()] { ClosableSocket::shutDown(socket); },
+                ConnectionTable::Clock::now());
+            return;
+        }
+        m_table.closed(id);
+        const auto found = m_streams.find(id);
+        if (found == m_streams.end()) {
+            return;
+        }
+        // Later, because the library may report it within a write of the stream.
+        asio::post(m_loop, [streams = std::move(found->second)] {
+            for (const auto& weak : streams) {
+                if (const auto stream = weak.lock()) {
+                    stream->disconnected();
+                }
+            }
+        });
+        m_streams.erase(found);
+    }
+
     void scheduleHeartbeat() {
         m_heartbeat.expires_after(m_settings.heartbeat);
         m_heartbeat.async_wait([this](const asio::error_code& error) {
@@ -279,7 +331,10 @@ private:
     restinio::request_handling_status_t dispatch(const Request& request) {
         const std::uint64_t id = ++m_lastId;
         m_waiting.emplace(id, request);
-        asio::post(m_workers, [this, id, plain = requestOf(*request)] {
+        HttpRequest plain = requestOf(*request);
+        m_table.requested(request->connection_id(), m_callbacks.isTrusted(plain),
+                          ConnectionTable::Clock::now());
+        asio::post(m_workers, [this, id, plain = std::move(plain)] {
             asio::post(m_loop, [this, id, response = m_callbacks.handle(plain)]() mutable {
                 respond(id, std::move(response));
             });
@@ -291,6 +346,12 @@ private:
         const auto found = m_waiting.find(id);
         const Request request = std::move(found->second);
         m_waiting.erase(found);
+        const ConnectionTable::Id connection = request->connection_id();
+        if (!response.stream) {
+            m_table.responded(connection, ConnectionTable::Clock::now());
+        } else if (const auto streams = m_streams.find(connection); streams != m_streams.end()) {
+            streams->second.push_back(response.stream);
+        }
         try {
             send(*request, response);
         } catch (const std::exception& error) {
@@ -322,6 +383,9 @@ private:
 
     // Loop thread only.
     asio::steady_timer m_heartbeat;
+    ConnectionTable m_table;
+    /// The streams of each open connection.
+    std::map<ConnectionTable::Id, std::vector<std::weak_ptr<StreamBody>>> m_streams;
     std::unique_ptr<Server> m_server;
     asio::ip::tcp::acceptor* m_acceptor = nullptr;  // the server's
     std::uint64_t m_lastId = 0;

@@ -20,8 +20,10 @@ public:
 
 struct HttpServerSettings {
     Endpoint listen;
-    /// Further clients wait until another one disconnects.
-    std::size_t maxConnections = 256;
+    /// Connections that have sent a request with the token, and the others; `ConnectionTable` has the rule.
+    std::size_t maxTrustedConnections = 192;
+    std::size_t maxAnonymousConnections = 64;
+    std::size_t maxAnonymousOfOneAddress = 32;
     /// In bytes. The connection of a longer request is closed without a response, so this limit is higher
     /// than the one of the handler that returns 413.
     std::size_t maxBody = 256U * 1024U;
@@ -53,8 +55,11 @@ public:
     HttpServer& operator=(const HttpServer&) = delete;
 
     /// `listening` is called before the first request, `heartbeat` on the loop thread at each interval.
+    /// `isTrusted` is called on the loop thread for each request; true keeps its connection from clients
+    /// without the token.
     struct Callbacks {
         Handler handle;
+        std::function<bool(const HttpRequest&)> isTrusted;
         std::function<void(const Endpoint&)> listening;
         std::function<void()> heartbeat;
     };

@@ -44,13 +44,20 @@ void EventStream::keepAlive() {
     }
 }
 
+void EventStream::disconnected() {
+    end();
+    m_registry.remove(*this);
+}
+
 void EventStream::end() {
     m_sink.reset();
 }
 
 void EventStream::write(std::string text) {
     m_writing = true;
-    m_sink->write(std::move(text), [weak = weak_from_this()](bool written) {
+    // The sink may report a failure, and with it the end of the stream, within the call.
+    const std::shared_ptr<StreamSink> sink = m_sink;
+    sink->write(std::move(text), [weak = weak_from_this()](bool written) {
         const auto self = weak.lock();
         if (self == nullptr) {
             return;
@@ -59,8 +66,7 @@ void EventStream::write(std::string text) {
         if (written) {
             self->wake();
         } else {
-            self->end();
-            self->m_registry.remove(*self);
+            self->disconnected();
         }
     });
 }

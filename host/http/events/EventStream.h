@@ -37,6 +37,7 @@ public:
         : m_registry(registry), m_lastEventId(std::move(lastEventId)), m_slot(std::move(slot)) {}
 
     void begin(std::unique_ptr<StreamSink> sink) override;
+    void disconnected() override;
 
     /// Writes the new events of the ring, unless a write is pending.
     void wake();
@@ -54,7 +55,7 @@ private:
     const std::shared_ptr<void> m_slot;
 
     // Loop thread only.
-    std::unique_ptr<StreamSink> m_sink;
+    std::shared_ptr<StreamSink> m_sink;
     std::uint64_t m_position = 0;
     bool m_writing = false;
 };

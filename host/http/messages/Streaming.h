@@ -34,6 +34,9 @@ public:
 
     /// Called once, on the loop thread, after the headers were sent.
     virtual void begin(std::unique_ptr<StreamSink> sink) = 0;
+    /// Called on the loop thread, at most once, when the client has disconnected. A write may have reported
+    /// it before.
+    virtual void disconnected() = 0;
 };
 
 }  // namespace host

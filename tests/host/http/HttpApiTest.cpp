@@ -23,6 +23,7 @@
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
 #include "host/http/Metrics.h"
+#include "host/http/events/EventFeed.h"
 #include "host/http/resources/OpenApi.h"
 #include "host/management/LocalManagement.h"
 #include "host/stored-lists/StoredEntries.h"
@@ -67,14 +68,19 @@ protected:
     }
 
     /// True if a small request gets a response within twenty seconds.
-    bool isServed(Socket& client, const std::string& target = "/api/v1/openapi.json") {
+    bool isServed(Socket& client, const std::string& target = "/healthz") {
         asio::write(client, asio::buffer(request("HEAD " + target)));
+        return headerOf(client).rfind("HTTP/1.1 200", 0) == 0;
+    }
+
+    /// The status and the headers that arrive within twenty seconds.
+    std::string headerOf(Socket& client) {
         std::string text;
         asio::async_read_until(client, asio::dynamic_buffer(text), "\r\n\r\n",
                                [](auto /*error*/, auto /*size*/) {});
         m_io.restart();
         m_io.run_for(std::chrono::seconds(20));
-        return text.rfind("HTTP/1.1 200", 0) == 0;
+        return text;
     }
 
     journaltest::TemporaryDatabase m_database;
@@ -195,14 +201,42 @@ TEST_F(HttpApiTest, DescribesEveryRouteWithItsParameters) {
 }
 
 TEST_F(HttpApiTest, DisconnectsIdleClientsForOthers) {
-    m_settings.server.maxConnections = 3;
-    m_settings.server.clientTime = std::chrono::seconds(1);
+    m_settings.token = "secret";
+    m_settings.server.maxAnonymousOfOneAddress = 3;
     start();
+    Socket trusted = connect(
+        "HEAD /api/v1/openapi.json HTTP/1.1\r\nHost: localhost\r\n"
+        "Authorization: Bearer secret\r\n\r\n");
+    EXPECT_EQ(headerOf(trusted).rfind("HTTP/1.1 200", 0), 0U);
     std::vector<Socket> clients;
     for (const char* const begin : {"", "GET / HT", "GET / HTTP/1.1\r\nHost: local", ""}) {
         clients.push_back(connect(begin));
     }
+    EXPECT_EQ(receivedBy(clients.front()), "");  // the one that was idle for the longest time
     EXPECT_TRUE(isServed(clients.back()));
+    EXPECT_TRUE(isServed(trusted));
+}
+
+TEST_F(HttpApiTest, FreesThePlacesOfStreamsWhenTheirClientsDisconnect) {
+    start();
+    const std::string request = HttpApiTest::request("GET /api/v1/events");
+    std::vector<Socket> streams;
+    for (std::size_t number = 0; number < host::EventFeed::kMaxStreams; ++number) {
+        streams.push_back(connect(request));
+        ASSERT_EQ(headerOf(streams.back()).rfind("HTTP/1.1 200", 0), 0U);
+    }
+    Socket refused = connect(request);
+    EXPECT_EQ(headerOf(refused).rfind("HTTP/1.1 503", 0), 0U);
+
+    streams.clear();
+    // The server notices it long before the next heartbeat.
+    const auto deadline = std::chrono::steady_clock::now() + m_settings.server.heartbeat / 3;
+    std::string header;
+    while (header.rfind("HTTP/1.1 200", 0) != 0 && std::chrono::steady_clock::now() < deadline) {
+        Socket next = connect(request);
+        header = headerOf(next);
+    }
+    EXPECT_EQ(header.rfind("HTTP/1.1 200", 0), 0U);
 }
 
 TEST_F(HttpApiTest, AcceptsAgainAfterDescriptorsRanOut) {
