@@ -118,9 +118,9 @@ std::string contactFileHead(ContactFormat format) {
 }
 
 std::string contactFileEntry(ContactFormat format, const Contact& contact) {
-    return format == ContactFormat::eVCard ? card(contact) : row([&contact](const ContactField& field) {
-        return quotedCell(cleaned(field.get(contact)));
-    });
+    return format == ContactFormat::eVCard
+               ? card(contact)
+               : row([&contact](const ContactField& field) { return csvCell(cleaned(field.get(contact))); });
 }
 
 }  // namespace host

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/limits/TextLimits.h"
+#include "host/text-files/CsvCell.h"
 #include "host/text-files/FileText.h"
 
 namespace host {
@@ -82,9 +83,10 @@ void CsvReader::takeCell(std::size_t column, const std::string& text, ContactRec
     }
     if (!isUtf8(text)) {
         record.refusal = std::string("its ") + field->name + " is not UTF-8";
-    } else if (!field->set(record.contact, cleaned(text))) {
+    } else if (const std::string value = cleaned(textOfCsvCell(cleaned(text)));
+               !field->set(record.contact, value)) {
         record.refusal = std::string("its ") + field->name + " has a value that is unknown: " +
-                         std::string(limits::cut(cleaned(text), limits::kNumberBytes));
+                         std::string(limits::cut(value, limits::kNumberBytes));
     }
 }
 

@@ -1,7 +1,9 @@
 #include "host/text-files/CsvCell.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 #include "platform/client-utils/Utf8.h"
@@ -28,6 +30,14 @@ std::string withoutControls(std::string_view text) {
     return clean;
 }
 
+/// `=`, `+`, `-` and `@`, in their full width too, an apostrophe, a tab or a line break.
+bool needsApostrophe(std::string_view cell) {
+    static constexpr std::string_view kMarks[] = {"=",      "+",      "-",      "@",  "'",  "\uFF1D",
+                                                  "\uFF0B", "\uFF0D", "\uFF20", "\t", "\r", "\n"};
+    return std::any_of(std::begin(kMarks), std::end(kMarks),
+                       [cell](std::string_view mark) { return cell.starts_with(mark); });
+}
+
 /// Readers remove blanks around a cell that is not quoted.
 bool needsQuotes(const std::string& cell) {
     return cell.find_first_of(",;\t\"\r\n") != std::string::npos ||
@@ -38,14 +48,14 @@ bool needsQuotes(const std::string& cell) {
 
 std::string csvCell(std::string_view text) {
     std::string cell = withoutControls(text);
-    if (!cell.empty() && std::string_view("=+-@'\t\r\n").find(cell.front()) != std::string_view::npos) {
+    if (needsApostrophe(cell)) {
         cell.insert(0, 1, '\'');
     }
     return quotedCell(std::move(cell));
 }
 
 std::string textOfCsvCell(std::string cell) {
-    if (cell.starts_with('\'')) {
+    if (cell.starts_with('\'') && needsApostrophe(std::string_view(cell).substr(1))) {
         cell.erase(0, 1);
     }
     return cell;

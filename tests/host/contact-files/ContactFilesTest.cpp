@@ -100,6 +100,8 @@ TEST(Csv, IsReadByTheNamesOfItsColumns) {
         {"surname\toffice\n\"Mil\n\"\"ler\"\"\"\t1\n", "Mil\n\"ler\" 1|"},
         {"surname,source\nMiller\n,\nZuse,none\n",
          "Miller |3: it has no name|4: its source has a value that is unknown: none|"},
+        {"surname,office\n'=1+1,'+49 30\n''tis,=2\n't Hooft,'\n'\uFF1D1,\n",
+         "=1+1 +49 30|'tis =2|'t Hooft '|\uFF1D1 |"},
         {"surname\nM\xfcller\nA,B\n\"Zuse\n",
          "2: its surname is not UTF-8|3: it has more cells than there are columns; is a quotation mark "
          "missing?|4: a quotation mark is not closed|"},
@@ -130,6 +132,8 @@ TEST(ContactFile, IsReadBackEqual) {
                                                    Contact::eOrderedContactSource::eCompany));
         contact.setSurname("Mill;er, \"A\"\\n" + contact.getSurname());
         contact.setPicture("pictures/ada.png");
+        contact.setCompany(*rc::gen::element<std::string>("", "=", "@SUM", "-", "'", "'=", "\uFF0B", "'t") +
+                           contact.getCompany());
         const auto records =
             recordsOf(format, host::contactFileHead(format) + host::contactFileEntry(format, contact));
         RC_ASSERT(records.size() == 1U);
@@ -141,6 +145,7 @@ TEST(ContactFile, IsReadBackEqual) {
         for (int position = 1; position <= 4; ++position) {
             RC_ASSERT(read.getPhoneNumber(position) == host::cleaned(contact.getPhoneNumber(position)));
         }
+        RC_ASSERT(read.getCompany() == host::cleaned(contact.getCompany()));
         RC_ASSERT(read.getContactSource() == contact.getContactSource());
         RC_ASSERT(host::contactFileEntry(format, read) == host::contactFileEntry(format, contact));
     }));

@@ -1,5 +1,6 @@
 #include "host/presentation/ItemJson.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -57,6 +58,9 @@ TEST(ItemCsv, QuotesCellsAndDefusesFormulas) {
               "\"a, "
               "\"\"b\"\"\",\"two\r\nlines\",'=1+1,\"two\r\nlines "
               "=1+1\",'@SUM,unknown,\"'-\"\"x\"\"\",unknown,unknown,\"'\t=1\"\r\n");
+    item = CallBackItem("\uFF1D1", "\uFF0B", "\uFF0D", "\uFF20", {}, "", {}, {}, "");
+    EXPECT_THAT(csvRows(ListName::eCallbacks, itemJson(item)),
+                testing::StartsWith("'\uFF1D1,'\uFF0B,'\uFF0D,'\uFF0B \uFF0D,'\uFF20,"));
     item = CallBackItem("'tis", "a=b", "M\xfcller\x1b", "+49", {}, "", {}, {}, "");
     EXPECT_EQ(csvRows(ListName::eCallbacks, itemJson(item)),
               "''tis,a=b,M\uFFFDller\uFFFD,a=b M\uFFFDller\uFFFD,'+49,unknown,,unknown,unknown,\r\n");
