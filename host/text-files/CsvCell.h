@@ -6,9 +6,10 @@
 /// Cells of files with comma-separated values (RFC 4180), for spreadsheets and programs. Pure functions;
 /// any thread may call.
 ///
-/// A spreadsheet takes a cell that begins with `=`, `+`, `-` or `@`, in their full width too, for a formula,
-/// and a caller may have any name. Such a cell gets an apostrophe in front, and so does one that begins with
-/// an apostrophe, a tab or a line break. Invalid UTF-8 and control characters other than tab and line breaks become U+FFFD.
+/// A spreadsheet takes a cell that begins with `=`, `+`, `-` or `@`, in their full width too, for a
+/// formula, and a caller may have any name. Such a cell gets an apostrophe in front, and so does one that
+/// begins with an apostrophe, a tab or a line break. Invalid UTF-8 and control characters other than tab
+/// and line breaks become U+FFFD.
 namespace host {
 
 /// The cell for a text that may come from anywhere.
