@@ -35,23 +35,12 @@ constexpr int kInitialLevel = 5;
 
 constexpr std::chrono::milliseconds kLastFlush{1000};
 
-std::string_view wordOf(int level) noexcept {
-    switch (level) {
-        case 2: return "error";
-        case 3: return "warning";
-        case 4:
-        case 5: return "info";
-        case 6: return "debug";
-        default: return level < 2 ? "critical" : "trace";
-    }
-}
-
 std::atomic<int> g_level{kInitialLevel};
 
 /// The current writer. Thread-safe.
 class Output {
 public:
-    void add(std::string_view level, const std::string& text) {
+    void add(int level, const std::string& text) {
         const std::lock_guard lock(m_mutex);
         m_writer->add(level, text);
     }
@@ -59,7 +48,7 @@ public:
     /// The lines of the previous writer are written first, unless they wait for a reader.
     void redirect(std::shared_ptr<LogWriter> writer) {
         const std::lock_guard lock(m_mutex);
-        m_writer->flush(kLastFlush);
+        static_cast<void>(m_writer->flush(kLastFlush));
         m_writer.swap(writer);
     }
 
@@ -72,8 +61,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::shared_ptr<LogWriter> m_writer =
-        std::make_shared<LogWriter>(LogWriter::Target{.descriptor = STDERR_FILENO, .isOwned = false});
+    std::shared_ptr<LogWriter> m_writer = std::make_shared<LogWriter>("");
 };
 
 Output& output();
@@ -98,17 +86,18 @@ Output& output() {
     return *instance;
 }
 
-/// A new file gets mode 0600.
-LogWriter::Target targetFor(const std::string& file) {
-    if (file.empty()) {
-        return {.descriptor = STDERR_FILENO, .isOwned = false};
+std::shared_ptr<LogWriter> writerTo(const std::string& file) {
+    if (!file.empty()) {
+        // Created here with mode 0600, because the library would make it readable for all.
+        const int descriptor =
+            ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (descriptor < 0) {
+            throw std::runtime_error("cannot write the log file " + file + ": " +
+                                     std::generic_category().message(errno));
+        }
+        ::close(descriptor);
     }
-    const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0) {
-        throw std::runtime_error("cannot write the log file " + file + ": " +
-                                 std::generic_category().message(errno));
-    }
-    return {.descriptor = descriptor, .isOwned = true};
+    return std::make_shared<LogWriter>(file);
 }
 
 __attribute__((format(printf, 1, 0))) std::string printed(const char* format, std::va_list arguments) {
@@ -146,7 +135,7 @@ void Log::configure(std::string_view levelWord, const std::string& file) {
     if (!level) {
         throw std::runtime_error("the log level must be one of error, warning, info, debug, trace");
     }
-    output().redirect(std::make_shared<LogWriter>(targetFor(file)));
+    output().redirect(writerTo(file));
     g_level = *level;
 }
 
@@ -173,7 +162,7 @@ __attribute__((visibility("default"))) void logAppUni(const char* component, con
     va_start(arguments, format);
     // A failure to log must not disturb the caller; the text is lost.
     try {
-        host::output().add(host::wordOf(level),
+        host::output().add(level,
                            host::payloadOf(component, sourceFile, line, host::printed(format, arguments)));
     } catch (...) {  // NOLINT(bugprone-empty-catch)
     }

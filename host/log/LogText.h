@@ -11,6 +11,6 @@ namespace host {
 /// bytes that are missing. Pure; any thread may call.
 [[nodiscard]] std::string escapedLogText(std::string_view text);
 
-inline constexpr std::size_t kMaxLogText = 64U * 1024U;
+inline constexpr std::size_t kMaxLogText = 16U * 1024U;
 
 }  // namespace host

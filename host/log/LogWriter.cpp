@@ -1,18 +1,18 @@
 #include "host/log/LogWriter.h"
 
 #include <poll.h>
+#include <spdlog/async_logger.h>
+#include <spdlog/details/thread_pool.h>
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/sinks/basic_file_sink.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
-#include <condition_variable>
 #include <csignal>
-#include <cstdio>
-#include <ctime>
-#include <mutex>
-#include <string>
+#include <stdexcept>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -21,195 +21,174 @@ namespace {
 
 std::atomic<std::uint64_t> g_droppedLines{0};
 
-/// "2026-11-21T05:22:05.123Z".
-std::string timeText() {
-    using namespace std::chrono;
-    const auto now = duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
-    const auto seconds = static_cast<std::time_t>(now / 1000);
-    std::tm utc{};
-    gmtime_r(&seconds, &utc);
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &utc);
-    std::snprintf(text.data() + length, text.size() - length, ".%03dZ", static_cast<int>(now % 1000));
-    return text.data();
+spdlog::level::level_enum spdlogLevelOf(int level) {
+    switch (level) {
+        case 2: return spdlog::level::err;
+        case 3: return spdlog::level::warn;
+        case 4:
+        case 5: return spdlog::level::info;
+        case 6: return spdlog::level::debug;
+        default: return level < 2 ? spdlog::level::critical : spdlog::level::trace;
+    }
 }
 
-void appendLine(std::string& to, std::string_view level, std::string_view text) {
-    to += timeText();
-    to += ' ';
-    to += level;
-    to += ' ';
-    to += text;
-    to += '\n';
+/// Standard error without the buffer and the lock of `stderr`: the exit of the program would wait for them.
+class StandardErrorSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
+private:
+    /// Blocks while the reader of a pipe or a terminal does not read. Throws `spdlog_ex`.
+    void sink_it_(const spdlog::details::log_msg& line) override {
+        spdlog::memory_buf_t text;
+        formatter_->format(line, text);
+        std::string_view rest(text.data(), text.size());
+        while (!rest.empty()) {
+            const ssize_t written = ::write(STDERR_FILENO, rest.data(), rest.size());
+            if (written > 0) {
+                rest.remove_prefix(static_cast<std::size_t>(written));
+            } else if (errno == EAGAIN) {
+                pollfd wait{STDERR_FILENO, POLLOUT, 0};
+                ::poll(&wait, 1, -1);
+            } else if (errno != EINTR) {
+                throw spdlog::spdlog_ex("standard error", errno);
+            }
+        }
+    }
+    void flush_() override {}
+};
+
+spdlog::sink_ptr outputTo(const std::string& file) {
+    if (file.empty()) {
+        return std::make_shared<StandardErrorSink>();
+    }
+    try {
+        return std::make_shared<spdlog::sinks::basic_file_sink_st>(file);
+    } catch (const spdlog::spdlog_ex& error) {
+        throw std::runtime_error(error.what());
+    }
 }
 
-/// Starts a thread that takes no signals: the program's own threads decide about them.
-template <typename Function>
-void startDetached(Function function) {
+/// Passes the lines to the output and counts those that are missing. Used by the thread of the queue only,
+/// except `handled`.
+class CountingSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
+public:
+    explicit CountingSink(spdlog::sink_ptr output) : m_output(std::move(output)) {}
+
+    void setQueue(spdlog::details::thread_pool& queue) { m_queue = &queue; }
+
+    /// The number of lines that were written or could not be written.
+    [[nodiscard]] std::uint64_t handled() const noexcept { return m_handled; }
+
+private:
+    void sink_it_(const spdlog::details::log_msg& line) override {
+        const std::uint64_t overrun = m_queue->overrun_counter();
+        m_missing += overrun - std::exchange(m_overrun, overrun);
+        if (!reportMissing(line) || !write(line)) {
+            ++m_missing;
+            ++g_droppedLines;
+        }
+        ++m_handled;
+    }
+    void flush_() override {}
+    void set_formatter_(std::unique_ptr<spdlog::formatter> formatter) override {
+        m_output->set_formatter(std::move(formatter));
+    }
+
+    bool reportMissing(const spdlog::details::log_msg& before) {
+        if (m_missing == 0) {
+            return true;
+        }
+        const std::string text =
+            "[Log] " + std::to_string(m_missing) +
+            " lines are missing here: they were not taken in time, or could not be written";
+        const bool done =
+            write(spdlog::details::log_msg(before.time, {}, before.logger_name, spdlog::level::warn, text));
+        m_missing = done ? 0 : m_missing;
+        return done;
+    }
+
+    /// Blocks while the reader of a pipe or a terminal does not read.
+    bool write(const spdlog::details::log_msg& line) {
+        try {
+            m_output->log(line);
+            m_output->flush();
+            return true;
+        } catch (const spdlog::spdlog_ex&) {
+            return false;
+        }
+    }
+
+    const spdlog::sink_ptr m_output;
+    spdlog::details::thread_pool* m_queue = nullptr;
+    std::uint64_t m_overrun = 0;
+    /// Lines that are missing before the next one.
+    std::uint64_t m_missing = 0;
+    std::atomic<std::uint64_t> m_handled{0};
+};
+
+/// A queue whose thread takes no signals: the program's own threads decide about them.
+std::shared_ptr<spdlog::details::thread_pool> makeQueue() {
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
-    try {
-        std::thread(std::move(function)).detach();
-    } catch (...) {
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-        throw;
-    }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    const auto restore = [&before](void*) { pthread_sigmask(SIG_SETMASK, &before, nullptr); };
+    const std::unique_ptr<void, decltype(restore)> atTheEnd(&before, restore);
+    return std::make_shared<spdlog::details::thread_pool>(LogWriter::kMaxQueuedLines, 1);
 }
-
-/// The descriptor of a log, used by the writing thread only.
-class Output {
-public:
-    explicit Output(LogWriter::Target target) : m_target(target) {}
-    ~Output() {
-        if (m_target.isOwned) {
-            ::close(m_target.descriptor);
-        }
-    }
-    Output(const Output&) = delete;
-    Output& operator=(const Output&) = delete;
-
-    /// Writes the lines, and then how many lines are missing after them.
-    void write(std::string_view lines, std::uint64_t missingAfter) {
-        const bool isComplete = reportLost() && writeAll(lines);
-        if (!isComplete) {
-            countLost(static_cast<std::uint64_t>(std::count(m_rest.begin(), m_rest.end(), '\n')));
-        }
-        m_lost += missingAfter;
-        if (isComplete) {
-            reportLost();
-        }
-    }
-
-private:
-    void countLost(std::uint64_t lines) {
-        m_lost += lines;
-        g_droppedLines += lines;
-    }
-
-    bool reportLost() {
-        if (m_lost == 0) {
-            return true;
-        }
-        std::string line(m_isInLine ? "\n" : "");
-        appendLine(line, "warning",
-                   "[Log] " + std::to_string(m_lost) +
-                       " lines are missing here: they were not taken in time, or could not be written");
-        if (!writeAll(line)) {
-            return false;
-        }
-        m_lost = 0;
-        return true;
-    }
-
-    /// Blocks while the reader of a pipe or a terminal does not read. Leaves in `m_rest` what failed.
-    bool writeAll(std::string_view text) {
-        m_rest = text;
-        while (!m_rest.empty()) {
-            const ssize_t written = ::write(m_target.descriptor, m_rest.data(), m_rest.size());
-            if (written > 0) {
-                m_isInLine = m_rest[static_cast<std::size_t>(written) - 1] != '\n';
-                m_rest.remove_prefix(static_cast<std::size_t>(written));
-            } else if (errno == EAGAIN) {
-                pollfd wait{m_target.descriptor, POLLOUT, 0};
-                ::poll(&wait, 1, -1);
-            } else if (errno != EINTR) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-    const LogWriter::Target m_target;
-    std::string_view m_rest;
-    std::uint64_t m_lost = 0;
-    /// The last write ended within a line.
-    bool m_isInLine = false;
-};
 
 }  // namespace
 
-class LogWriter::Queue : public std::enable_shared_from_this<Queue> {
-public:
-    explicit Queue(Target target) : m_output(target) {}
-
-    void add(std::string_view level, std::string_view text) {
-        const std::lock_guard lock(m_mutex);
-        // A dropped line is followed by dropped lines only, until the report stands in their place.
-        if (m_dropped > 0 || (!m_lines.empty() && m_lines.size() + text.size() > kMaxQueuedBytes)) {
-            ++m_dropped;
-            ++g_droppedLines;
-            return;
-        }
-        if (!std::exchange(m_isRunning, true)) {
-            startDetached([self = shared_from_this()] { self->run(); });
-        }
-        appendLine(m_lines, level, text);
-        m_work.notify_one();
+struct LogWriter::Impl {
+    explicit Impl(const std::string& file)
+        : sink(std::make_shared<CountingSink>(outputTo(file))), queue(makeQueue()) {
+        sink->setQueue(*queue);
+        logger = std::make_shared<spdlog::async_logger>("", sink, queue,
+                                                        spdlog::async_overflow_policy::overrun_oldest);
+        logger->set_level(spdlog::level::trace);
+        logger->set_formatter(std::make_unique<spdlog::pattern_formatter>("%Y-%m-%dT%H:%M:%S.%eZ %l %v",
+                                                                          spdlog::pattern_time_type::utc));
     }
 
-    bool flush(std::chrono::milliseconds limit) {
-        std::unique_lock lock(m_mutex);
-        return m_idle.wait_for(lock, limit, [this] { return m_lines.empty() && !m_isWriting; });
+    /// Adds the lines that the queue has overwritten to the count, each once.
+    void countOverrun() {
+        const std::uint64_t overrun = queue->overrun_counter();
+        std::uint64_t counted = countedOverrun;
+        while (counted < overrun && !countedOverrun.compare_exchange_weak(counted, overrun)) {}
+        g_droppedLines += counted < overrun ? overrun - counted : 0;
     }
+    [[nodiscard]] bool isWritten() const { return added == sink->handled() + queue->overrun_counter(); }
 
-    void close() {
-        const std::lock_guard lock(m_mutex);
-        m_isClosed = true;
-        m_work.notify_one();
-    }
-
-private:
-    void run() {
-        std::string lines;
-        std::unique_lock lock(m_mutex);
-        for (;;) {
-            m_work.wait(lock, [this] { return !m_lines.empty() || m_isClosed; });
-            if (m_lines.empty()) {
-                return;
-            }
-            lines.clear();
-            lines.swap(m_lines);
-            const std::uint64_t dropped = std::exchange(m_dropped, 0);
-            m_isWriting = true;
-            lock.unlock();
-            m_output.write(lines, dropped);
-            lock.lock();
-            m_isWriting = false;
-            m_idle.notify_all();
-        }
-    }
-
-    std::mutex m_mutex;
-    std::condition_variable m_work;
-    std::condition_variable m_idle;
-
-    // Guarded by m_mutex.
-    std::string m_lines;
-    /// Lines that are missing after `m_lines`.
-    std::uint64_t m_dropped = 0;
-    bool m_isRunning = false;
-    bool m_isWriting = false;
-    bool m_isClosed = false;
-
-    // The thread only.
-    Output m_output;
+    const std::shared_ptr<CountingSink> sink;
+    const std::shared_ptr<spdlog::details::thread_pool> queue;
+    std::shared_ptr<spdlog::async_logger> logger;
+    std::atomic<std::uint64_t> added{0};
+    std::atomic<std::uint64_t> countedOverrun{0};
 };
 
-LogWriter::LogWriter(Target target) : m_queue(std::make_shared<Queue>(target)) {}
+LogWriter::LogWriter(const std::string& file) : m_impl(std::make_unique<Impl>(file)) {}
 
 LogWriter::~LogWriter() {
-    m_queue->close();
+    if (!flush(std::chrono::milliseconds(0))) {
+        // The queue would wait for its thread, which waits for the party that takes no lines.
+        static_cast<void>(m_impl.release());
+    }
 }
 
-void LogWriter::add(std::string_view level, std::string_view text) {
-    m_queue->add(level, text);
+void LogWriter::add(int level, const std::string& text) {
+    ++m_impl->added;
+    m_impl->logger->log(spdlogLevelOf(level), text);
+    m_impl->countOverrun();
 }
 
 bool LogWriter::flush(std::chrono::milliseconds limit) noexcept {
-    return m_queue->flush(limit);
+    constexpr std::chrono::milliseconds kPause{1};
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!m_impl->isWritten()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+    return true;
 }
 
 std::uint64_t LogWriter::droppedLines() noexcept {
