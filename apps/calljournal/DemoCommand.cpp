@@ -62,8 +62,7 @@ public:
             }
         }
         std::cout << "calljournal ends" << std::endl;
-        server.stop();
-        return eDone;
+        return server.end();
     }
 
 private:

@@ -1,7 +1,11 @@
 #include "apps/calljournal/JournalServer.h"
 
+#include <iostream>
+
+#include "apps/calljournal/CommandLine.h"
 #include "host/api-client/ApiAddress.h"
 #include "host/config/DataDirectory.h"
+#include "host/data/DatabaseMaintenance.h"
 #include "host/database/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/HostFrameworkContext.h"
@@ -130,13 +134,14 @@ public:
         m_httpEndpoint = m_http->start();
         m_addressFile.emplace(m_dataDirectory, m_httpEndpoint);
         m_maintenance.start();
+        m_databaseMaintenance.start();
         // Last, because changes by its clients are reported to the HTTP API.
         m_remote->start();
     }
 
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
-    void stop() {
+    [[nodiscard]] std::size_t stop() {
         m_addressFile.reset();
         // First, because requests of clients may wait for the switch.
         m_line.disconnect();
@@ -150,7 +155,10 @@ public:
         m_http.reset();
         m_remote.reset();
         m_line.stop();
+        m_databaseMaintenance.stop();
+        const std::size_t kept = m_databaseMaintenance.storeRest();
         m_database.removeMigrationCopy();
+        return kept;
     }
 
 private:
@@ -190,6 +198,7 @@ private:
     host::Retention m_retention;
     host::EntryNames m_names{m_entries};
     host::HistoryMaintenance m_maintenance{m_pool, m_timerSource, m_retention, m_names};
+    host::DatabaseMaintenance m_databaseMaintenance{m_database, m_pool, m_timerSource};
     const host::HttpApiSettings m_httpSettings;
     std::unique_ptr<host::HttpApi> m_http;
     host::Endpoint m_httpEndpoint;
@@ -213,7 +222,7 @@ JournalServer::JournalServer(const host::Configuration& configuration,
     : m_impl(std::make_unique<Impl>(configuration, dataDirectory, socket)) {}
 
 JournalServer::~JournalServer() {
-    stop();
+    static_cast<void>(stop());
 }
 
 void JournalServer::setChangeListener(std::function<void(const std::string&)> listener) {
@@ -236,8 +245,17 @@ void JournalServer::start() {
     m_impl->start();
 }
 
-void JournalServer::stop() {
-    m_impl->stop();
+std::size_t JournalServer::stop() {
+    return m_impl->stop();
+}
+
+int JournalServer::end() {
+    const std::size_t kept = stop();
+    if (kept > 0) {
+        std::cerr << "calljournal: the database refuses " << kept
+                  << " changes (filed calls, deletions and the like); they are not stored" << std::endl;
+    }
+    return kept > 0 ? eFailed : eDone;
 }
 
 }  // namespace calljournal

@@ -51,9 +51,12 @@ public:
         [[nodiscard]] std::string signInText() const;
     };
     [[nodiscard]] HttpAddress httpAddress() const;
-    /// Stops the components in reverse order. Afterwards every change that a client was notified of is
-    /// stored, and no thread of the server runs. Idempotent.
-    void stop();
+    /// Stops the components in reverse order; afterwards no thread of the server runs. Every change that a
+    /// client was notified of is then stored, except for those whose number it returns: the database has
+    /// refused them, the last five seconds too. Idempotent.
+    [[nodiscard]] std::size_t stop();
+    /// Does the same and prints the changes that are not stored on standard error. Returns the exit status.
+    [[nodiscard]] int end();
 
 private:
     class Impl;

@@ -28,8 +28,7 @@ public:
                   << server.httpAddress().text() << std::endl;
         static_cast<void>(stop.wait());
         std::cout << "calljournal ends" << std::endl;
-        server.stop();
-        return eDone;
+        return server.end();
     }
 
 private:

@@ -24,7 +24,6 @@ sigset_t stopSignals() noexcept {
 StopSignal::StopSignal() {
     const sigset_t signals = stopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
     m_descriptor = host::FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
     if (!m_descriptor.isOpen()) {
         throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
@@ -41,6 +40,7 @@ void StopSignal::restoreInChild() noexcept {
     const sigset_t signals = stopSignals();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_DFL);
 }
 
 }  // namespace calljournal

@@ -108,6 +108,18 @@ void CallFiling::removeLiveCalls(Database::Session& session, const std::string& 
     }
 }
 
+void CallFiling::keep() {
+    for (Filed& each : m_filed) {
+        if (each.call && m_calls != nullptr) {
+            m_calls->setFiled(*each.call, true);
+        }
+        if (each.ended != nullptr) {
+            each.ended->filed = true;
+            each.ended = nullptr;
+        }
+    }
+}
+
 void CallFiling::setFiled(bool filed) const {
     for (const Filed& each : m_filed) {
         if (each.ended != nullptr && filed) {

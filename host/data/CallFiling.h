@@ -12,18 +12,21 @@
 namespace host {
 
 /// The calls that one write request files: the newest call of each written item, if the link has seen it end.
-/// Lives for one request, on its thread.
+/// On the thread of the request until `keep`; then on any thread, one at a time.
 class CallFiling {
 public:
-    /// `request` and `calls` are borrowed; `calls` may be null. Looks the calls up, with the delivery in
-    /// progress on this thread.
+    /// `request` and `calls` are borrowed, and outlive the object; `calls` may be null. Looks the calls up,
+    /// with the delivery in progress on this thread.
     CallFiling(const journalxml::DataRequest& request, LiveCallStoreIfc* calls);
 
     /// The facts of the newest call of an item; null if the link has not seen it.
     [[nodiscard]] const CallFacts* factsOf(const CallInfo* newest) const;
     /// Removes the rows of the live calls, in the transaction that files them.
     void removeLiveCalls(Database::Session& session, const std::string& line) const;
-    /// Call it when the transaction is done, or has failed.
+    /// Call it if the calls are filed later, while their event is still being delivered: the link then
+    /// forgets them, and their rows of live calls stay until they are filed.
+    void keep();
+    /// Call it when the transaction is done, or is given up.
     void setFiled(bool filed) const;
 
     /// The newest occurrence of the item; null for an item without one.

@@ -18,8 +18,8 @@ WHERE id = ? AND line = ? AND list = ?
 )sql";
 
 constexpr const char* kInsert = R"sql(
-INSERT INTO call_item (sort_key, entry_id, first_name, surname, picture_clip, viewed, group_by, line, list)
-VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)
+INSERT INTO call_item (sort_key, entry_id, first_name, surname, picture_clip, viewed, group_by, line, list, id)
+VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)
 )sql";
 
 constexpr const char* kFindById = "SELECT id FROM call_item WHERE line = ? AND list = ? AND id = ?";
@@ -101,7 +101,8 @@ void bindFields(Query& query, const Item& item) {
 }  // namespace
 
 template <typename Item>
-std::string CallRows::write(const Item& item, const CallFacts* facts) {
+std::string CallRows::write(const Item& item, const CallFacts* facts,
+                            const std::optional<std::int64_t>& newId) {
     const std::int32_t list = numberOf(ListTraits<Item>::kList);
     std::int64_t id = rowIdOf(item.getUniqueId()).value_or(0);
     Query update = m_session.query(kUpdate);
@@ -109,17 +110,21 @@ std::string CallRows::write(const Item& item, const CallFacts* facts) {
     if (update.bind(id).bind(m_line).bind(list).run() == 0) {
         Query insert = m_session.query(kInsert);
         bindFields(insert, item);
-        insert.bind(m_line).bind(list).run();
+        insert.bind(m_line).bind(list).bind(newId).run();
         id = m_session.lastInsertedId();
     }
     m_history.write<Item>(id, nameOf(item), occurrencesOf(item), facts);
     return uniqueIdOf(id);
 }
 
-template std::string CallRows::write(const MissedCallItem&, const CallFacts*);
-template std::string CallRows::write(const DialledCallItem&, const CallFacts*);
-template std::string CallRows::write(const ReceivedCallItem&, const CallFacts*);
-template std::string CallRows::write(const ForwardedCallItem&, const CallFacts*);
+template std::string CallRows::write(const MissedCallItem&, const CallFacts*,
+                                     const std::optional<std::int64_t>&);
+template std::string CallRows::write(const DialledCallItem&, const CallFacts*,
+                                     const std::optional<std::int64_t>&);
+template std::string CallRows::write(const ReceivedCallItem&, const CallFacts*,
+                                     const std::optional<std::int64_t>&);
+template std::string CallRows::write(const ForwardedCallItem&, const CallFacts*,
+                                     const std::optional<std::int64_t>&);
 
 template <typename Item>
 bool CallRows::find(std::int64_t id, Item& item) {

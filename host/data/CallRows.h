@@ -28,9 +28,10 @@ public:
 
     /// Replaces the row with the item's unique id, or adds a new one if its list has no row with that id; its
     /// calls become those of `HistoryRows::write`. `facts` belong to the newest call and may be null. Returns
-    /// the row's unique id.
+    /// the row's unique id, which is `newId` for a new row, if that is given (`Database::newItemId`).
     template <typename Item>
-    std::string write(const Item& item, const CallFacts* facts = nullptr);
+    std::string write(const Item& item, const CallFacts* facts = nullptr,
+                      const std::optional<std::int64_t>& newId = {});
 
     /// The treatment of the calls of an item that is removed.
     struct Calls {

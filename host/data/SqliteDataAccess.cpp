@@ -1,17 +1,14 @@
 #include "host/data/SqliteDataAccess.h"
 
+#include <memory>
 #include <optional>
 #include <utility>
-#include <variant>
 
-#include "host/calls/DeliveryContext.h"
 #include "host/data/CallBackRows.h"
 #include "host/data/CallContacts.h"
-#include "host/data/CallFiling.h"
 #include "host/data/CallRows.h"
 #include "host/data/SettingRows.h"
 #include "host/database/Database.h"
-#include "host/database/RowId.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/DataRequest.h"
 #include "platform/journal-library/DataResponse.h"
@@ -24,6 +21,9 @@ namespace {
 using journalxml::DataRequest;
 using journalxml::ListDocument;
 using Words = CallListDatabaseAdapterHelper;
+
+/// The memory that a kept change needs beside its texts.
+constexpr std::size_t kBytesOfChange = 2048;
 
 /// Reads the rows of a read request into a document; false for a schema that is no list.
 bool readList(Database::Session& session, const HistoryRows::Context& context, const DataRequest& request,
@@ -45,98 +45,6 @@ bool readList(Database::Session& session, const HistoryRows::Context& context, c
     return true;
 }
 
-/// The rows that a request may change.
-struct Rows {
-    Rows(Database::Session& session, const HistoryRows::Context& context)
-        : calls(session, context),
-          callBacks(session, context.line),
-          settings(session, SettingRows::Table::eJournalSettings, context.line) {}
-
-    CallRows calls;
-    CallBackRows callBacks;
-    SettingRows settings;
-};
-
-/// Writes the items; returns the last unique id.
-std::string writeItems(Rows& rows, const std::vector<DataRequest::Item>& items, const CallFiling& filing) {
-    std::string lastUniqueId;
-    for (const DataRequest::Item& item : items) {
-        const CallFacts* const facts = filing.factsOf(CallFiling::newestOf(item));
-        if (const auto* const callBack = std::get_if<CallBackItem>(&item)) {
-            rows.callBacks.write(*callBack);
-        } else {
-            std::visit(
-                [&](const auto& call) {
-                    if constexpr (!std::is_same_v<std::decay_t<decltype(call)>, CallBackItem>) {
-                        lastUniqueId = rows.calls.write(call, facts);
-                    }
-                },
-                item);
-        }
-    }
-    return lastUniqueId;
-}
-
-/// The treatment of the calls of an entry that the journal deletes:
-///  - of the oldest one of a list that is too long, and of the missed entry of a party that is called back
-///    now, they stay in the history;
-///  - the switch's log, whose events are delivered, has the listed ones only;
-///  - a user deletes all of them.
-CallRows::Calls callsOfDeleted(ListName list, const DataRequest::Key& key, CallRows& rows) {
-    using Fate = CallRows::Calls::Fate;
-    if (rows.isOldestBeyond(std::int64_t{Words::kListRows}, list, key.uniqueId, key.entryId)) {
-        return {.fate = Fate::eKept};
-    }
-    const DeliveryContext* const delivery = DeliveryContext::current();
-    if (list == ListName::eMissed && delivery != nullptr && delivery->establishes) {
-        return {.fate = Fate::eKept,
-                .calledBackAt = std::chrono::time_point_cast<std::chrono::seconds>(*delivery->time)};
-    }
-    return {.fate = delivery != nullptr ? Fate::eListedDeleted : Fate::eDeleted};
-}
-
-/// Deletes rows of a call list; returns the last unique id.
-std::string deleteCalls(CallRows& rows, ListName list, const DataRequest& request) {
-    if (request.allEntries) {
-        return rows.removeAll(list).value_or("");
-    }
-    std::string lastUniqueId;
-    for (const DataRequest::Key& key : request.keys) {
-        lastUniqueId = rows.remove(list, key.uniqueId, key.entryId, callsOfDeleted(list, key, rows))
-                           .value_or(lastUniqueId);
-    }
-    return lastUniqueId;
-}
-
-void deleteCallBacks(CallBackRows& rows, const DataRequest& request) {
-    if (request.allEntries) {
-        rows.removeAll();
-    }
-    for (const DataRequest::Key& key : request.keys) {
-        rows.remove(key.entryId);
-    }
-}
-
-/// Carries out a request that changes rows; returns the last unique id.
-std::string change(Rows& rows, const DataRequest& request, const CallFiling& filing) {
-    switch (request.reason) {
-        case DataRequest::Reason::eWrite: return writeItems(rows, request.items, filing);
-        case DataRequest::Reason::eDelete:
-            if (const auto list = listOfTable(request.schema); list && list != ListName::eCallbacks) {
-                return deleteCalls(rows.calls, *list, request);
-            }
-            deleteCallBacks(rows.callBacks, request);
-            return {};
-        case DataRequest::Reason::eUpdate:
-            for (const auto& setting : request.settings) {
-                rows.settings.write(setting);
-            }
-            return {};
-        case DataRequest::Reason::eRead: break;
-    }
-    return {};
-}
-
 std::string textFor(const DataRequest& request, const char* doing) {
     return std::string(doing) + ' ' + request.schema;
 }
@@ -145,7 +53,12 @@ std::string textFor(const DataRequest& request, const char* doing) {
 
 SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits,
                                    DataAccessSources sources)
-    : m_database(database), m_line(std::move(line)), m_digits(digits), m_sources(std::move(sources)) {
+    : m_database(database),
+      m_line(std::move(line)),
+      m_digits(digits),
+      m_sources(std::move(sources)),
+      m_shared(std::make_shared<JournalChange::Line>(
+          JournalChange::Line{.device = m_line, .digits = digits, .calls = m_sources.calls})) {
     const HistoryRows::Context context{m_line, m_digits};
     static_cast<void>(m_database.write("listing the newest calls", [&](Database::Session& session) {
         CallRows(session, context).listNewestCalls();
@@ -170,14 +83,14 @@ std::string SqliteDataAccess::processRequest(const std::string& request) {
 }
 
 std::string SqliteDataAccess::responseTo(const std::string& request) {
-    const std::optional<DataRequest> read = journalxml::parseDataRequest(request);
+    std::optional<DataRequest> read = journalxml::parseDataRequest(request);
     if (!read) {
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "a request of %zu bytes cannot be read",
                   request.size());
         return Words::FAILED;
     }
     if (read->reason != DataRequest::Reason::eRead) {
-        return changeResponse(*read);
+        return changeResponse(std::move(*read), request.size());
     }
     return read->schema == JournalServiceHelper::SETTINGS_SCHEMA ? readSettingsResponse()
                                                                  : readResponse(*read);
@@ -192,6 +105,10 @@ std::string SqliteDataAccess::readSettingsResponse() {
 }
 
 std::string SqliteDataAccess::readResponse(const DataRequest& request) {
+    // Without what is kept the journal would load too little.
+    if (!m_database.storeKept()) {
+        return Words::FAILED;
+    }
     ListDocument document(request.schema);
     bool known = false;
     const bool done = m_database.read(textFor(request, "reading").c_str(), [&](Database::Session& session) {
@@ -204,54 +121,27 @@ std::string SqliteDataAccess::readResponse(const DataRequest& request) {
     return done && known ? document.text() : Words::FAILED;
 }
 
-void SqliteDataAccess::detachRewritten(const DataRequest& request, CallRows& rows) {
-    m_rewritten.reset();
-    const bool deletesOne = request.reason == DataRequest::Reason::eDelete && request.keys.size() == 1 &&
-                            listOfTable(request.schema) == ListName::eMissed;
-    const auto group = deletesOne && DeliveryContext::current() != nullptr
-                           ? rows.rewrittenGroup(request.keys.front().uniqueId)
-                           : std::nullopt;
-    if (group) {
-        m_rewritten = {request.keys.front().entryId, rows.history().detach(*group)};
-    }
-}
-
-void SqliteDataAccess::attachRewritten(const DataRequest& request, const std::string& uniqueId,
-                                       CallRows& rows) {
-    const auto* const item =
-        request.items.size() == 1 ? std::get_if<MissedCallItem>(&request.items.front()) : nullptr;
-    const auto rewritten = std::exchange(m_rewritten, std::nullopt);
-    if (rewritten && item != nullptr && item->getUniqueId().empty() &&
-        item->getEntryId() == rewritten->first) {
-        rows.history().attach(rowIdOf(uniqueId).value_or(0), rewritten->second);
-    }
-}
-
-std::string SqliteDataAccess::changeResponse(const DataRequest& request) {
-    std::string lastUniqueId;
-    const CallFiling filing(request, m_sources.calls);
+std::string SqliteDataAccess::changeResponse(DataRequest request, std::size_t bytes) {
     const HistoryRows::Context context = this->context();
-    bool hasDeleted = false;
-    const bool done = m_database.write(textFor(request, "changing").c_str(), [&](Database::Session& session) {
-        Rows rows(session, context);
-        if (request.reason == DataRequest::Reason::eDelete) {
-            detachRewritten(request, rows.calls);
-        }
-        lastUniqueId = change(rows, request, filing);
-        if (request.reason == DataRequest::Reason::eWrite) {
-            attachRewritten(request, lastUniqueId, rows.calls);
-        }
-        filing.removeLiveCalls(session, m_line);
-        hasDeleted = rows.calls.history().removeTraces();
-    });
-    filing.setFiled(done);
-    if (!done) {
-        return Words::FAILED;
+    const auto change = std::make_shared<JournalChange>(std::move(request), m_shared, context.phoneAhead);
+    const DataRequest& made = change->request();
+    const std::string what = textFor(made, "changing");
+    const auto carryOut = [change](Database::Session& session) { change->carryOut(session); };
+    if (made.reason == DataRequest::Reason::eUpdate) {
+        // The journal does not use a setting that is not stored.
+        return m_database.write(what.c_str(), carryOut) ? journalxml::buildUpdateResponse(made.schema, "")
+                                                        : Words::FAILED;
     }
-    if (hasDeleted) {
-        m_database.truncateLog();
-    }
-    return journalxml::buildUpdateResponse(request.schema, lastUniqueId);
+    const auto outcome = m_database.writeOrKeep(std::make_shared<DatabaseChange>(DatabaseChange{
+        .what = what,
+        .work = carryOut,
+        .isMinor = [change](Database::Session& session) { return change->isEviction(session); },
+        .keep = [this, change] { change->keep(m_database); },
+        .done = [change](bool stored) { change->done(stored); },
+        .bytes = kBytesOfChange + 2 * bytes}));
+    return outcome == Database::Outcome::eRefused
+               ? Words::FAILED
+               : journalxml::buildUpdateResponse(made.schema, change->lastUniqueId());
 }
 
 }  // namespace host

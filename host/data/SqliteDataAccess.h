@@ -2,12 +2,12 @@
 
 #include <chrono>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
-#include <utility>
 
 #include "host/calls/LiveCallStoreIfc.h"
 #include "host/data/HistoryRows.h"
+#include "host/data/JournalChange.h"
 #include "journal-items/ListTraits.h"
 #include "platform/data/DataAccessServiceIfc.h"
 #include "platform/framework/Executable.h"
@@ -20,7 +20,6 @@ struct DataRequest;
 
 namespace host {
 
-class CallRows;
 class Database;
 
 /// The components from which the database of a line gets what its requests lack. All are borrowed, and may be
@@ -37,7 +36,10 @@ struct DataAccessSources {
 ///
 /// The steps of a request: read the document, carry it out in one `Database::read` or `write` call, build
 /// the response. A request that cannot be read or carried out gives "failed", one log text, and no change. A
-/// change is durable when `processRequest` returns.
+/// change is durable when `processRequest` returns, with two exceptions:
+///  - A change of the lists that the database refuses is kept and stored later (`Database::writeOrKeep`). The
+///    response is that of the stored change. No list is read before it is stored.
+///  - The deletion of the oldest entry of a list that is too long is durable with the next change.
 ///
 /// Every occurrence that is written for the first time becomes a call of the history, in the same
 /// transaction. It is the filing of a call that the link has seen end, if its call id is that call's: then
@@ -49,7 +51,7 @@ class SqliteDataAccess final : public Executable, public DataAccessServiceIfc {
 public:
     /// `line` is the device whose rows are read and written; a request never reaches those of another.
     /// `digits` normalises numbers where calls are matched with contacts; without it they are matched as they
-    /// are written. Both services are borrowed and outlive the object.
+    /// are written. Both services are borrowed; they outlive the object and the changes that it has kept.
     SqliteDataAccess(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr,
                      DataAccessSources sources = {});
 
@@ -63,21 +65,15 @@ private:
     [[nodiscard]] std::string responseTo(const std::string& request);
     [[nodiscard]] std::string readSettingsResponse();
     [[nodiscard]] std::string readResponse(const journalxml::DataRequest& request);
-    // The journal shortens an entry of a group, as the switch's log demands, by deleting and writing it. Its
-    // older calls and what the link knows of them stay meanwhile.
-    void detachRewritten(const journalxml::DataRequest& request, CallRows& rows);
-    void attachRewritten(const journalxml::DataRequest& request, const std::string& uniqueId, CallRows& rows);
-    [[nodiscard]] std::string changeResponse(const journalxml::DataRequest& request);
+    [[nodiscard]] std::string changeResponse(journalxml::DataRequest request, std::size_t bytes);
 
     // Constant after construction.
     Database& m_database;
     const std::string m_line;
     DigitAnalysisServiceIfc* const m_digits;
     const DataAccessSources m_sources;
-
-    /// The entry id and the calls of a group's entry that was deleted and may be written again. Used in
-    /// transactions only, which run one at a time.
-    std::optional<std::pair<std::string, HistoryRows::Detached>> m_rewritten;
+    /// Shared with the changes that are kept.
+    const std::shared_ptr<JournalChange::Line> m_shared;
 };
 
 }  // namespace host

@@ -2,6 +2,10 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <thread>
+#include <utility>
+
 #include "host/database/DatabaseConnection.h"
 #include "host/database/PrivateFile.h"
 #include "host/database/Schema.h"
@@ -9,6 +13,11 @@
 
 namespace host {
 namespace {
+
+/// The time that a change waits for others while changes are kept, and the time between attempts to store
+/// them.
+constexpr std::chrono::milliseconds kShortWait{50};
+constexpr std::chrono::milliseconds kBetweenStores{250};
 
 /// The SQLite error as a sentence for the user who starts the program.
 std::string explanationOf(const std::filesystem::path& file, const SQLite::Exception& error) {
@@ -25,6 +34,18 @@ std::string explanationOf(const std::filesystem::path& file, const SQLite::Excep
     }
 }
 
+/// A mutex with a time limit makes ThreadSanitizer report false alarms.
+bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds time) {
+    constexpr std::chrono::milliseconds kPause{2};
+    for (const auto end = std::chrono::steady_clock::now() + time; !lock.try_lock();) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+    return true;
+}
+
 std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& file,
                                                  std::chrono::milliseconds busyTime) {
     try {
@@ -37,11 +58,11 @@ std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& fi
 
 }  // namespace
 
-Query Database::Session::query(const char* sql) {
+Query DatabaseSession::query(const char* sql) {
     return m_connection.query(sql);
 }
 
-std::int64_t Database::Session::lastInsertedId() const {
+std::int64_t DatabaseSession::lastInsertedId() const {
     return m_connection.lastInsertedId();
 }
 
@@ -50,28 +71,28 @@ Database::Database(const std::filesystem::path& file) : Database(file, Options()
 Database::Database(const std::filesystem::path& file, Options options)
     : m_file(std::filesystem::absolute(file)),
       m_busyTime(options.busyTime),
-      m_connection(connectionTo(m_file, options.busyTime)) {}
+      m_connection(connectionTo(m_file, options.busyTime)),
+      m_place(m_file) {
+    m_lastItemId = m_connection->lastItemId();
+}
 
 Database::~Database() = default;
 
 bool Database::read(const char* what, const Work& work) noexcept {
-    const bool done = guarded(what, [&] {
+    return guarded(what, false, [&] {
         const std::lock_guard lock(m_mutex);
         carryOut(*m_connection, "BEGIN", work);
     });
-    m_readFailed = !done;
-    return done;
 }
 
 bool Database::readAside(const char* what, const Work& work) noexcept {
-    const bool done = guarded(what, [&] {
+    const bool done = guarded(what, false, [&] {
+        const unsigned generation = m_generation;
         std::unique_ptr<DatabaseConnection> reader = takeReader();
         carryOut(*reader, "BEGIN", work);
-        const std::lock_guard lock(m_readersMutex);
-        m_readers.push_back(std::move(reader));
+        giveBack(std::move(reader), generation);
     });
     truncateLogIfDue();
-    m_readFailed = !done;
     return done;
 }
 
@@ -87,32 +108,224 @@ std::unique_ptr<DatabaseConnection> Database::takeReader() {
     return std::make_unique<DatabaseConnection>(m_file, m_busyTime, DatabaseConnection::ReadOnly());
 }
 
+void Database::giveBack(std::unique_ptr<DatabaseConnection> reader, unsigned generation) {
+    const std::lock_guard lock(m_readersMutex);
+    if (generation == m_generation) {
+        m_readers.push_back(std::move(reader));
+    }
+}
+
 bool Database::write(const char* what, const Work& work) noexcept {
-    const auto begin = std::chrono::steady_clock::now();
-    const bool done = guarded(what, [&] {
-        const std::lock_guard lock(m_mutex);
-        carryOut(*m_connection, "BEGIN IMMEDIATE", work);
+    bool done = false;
+    measured([&] {
+        done = storeKept() && guarded(what, true, [&] {
+                   const std::lock_guard lock(m_mutex);
+                   if (m_kept.size() > 0) {
+                       throw std::runtime_error("earlier changes are not stored yet");
+                   }
+                   transact(work, true);
+               });
     });
-    if (m_writeListener) {
-        m_writeListener(std::chrono::steady_clock::now() - begin);
-    }
-    m_writeFailed = !done;
-    if (done) {
-        m_readFailed = false;
-    }
-    truncateLogIfDue();
     return done;
 }
 
+void Database::measured(const std::function<void()>& write) {
+    const auto begin = Clock::now();
+    write();
+    if (m_writeListener) {
+        m_writeListener(Clock::now() - begin);
+    }
+    truncateLogIfDue();
+}
+
+void Database::transact(const Work& work, bool flushes) {
+    requireFile();
+    m_connection->setFlushing(flushes);
+    bool emptiesLog = false;
+    carryOut(*m_connection, "BEGIN IMMEDIATE", [&](Session& session) {
+        work(session);
+        emptiesLog = session.m_emptiesLog;
+    });
+    std::int64_t last = m_lastItemId;
+    while (last < m_connection->lastItemId() &&
+           !m_lastItemId.compare_exchange_weak(last, m_connection->lastItemId())) {}
+    if (emptiesLog) {
+        m_nextAttempt = Clock::time_point();
+        m_logIsDue = true;
+    }
+}
+
+void Database::transact(const DatabaseChange& change, bool flushes) {
+    Session session(*m_connection);
+    transact(change.work, flushes && !(change.isMinor && change.isMinor(session)));
+}
+
+Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept {
+    Outcome outcome = Outcome::eRefused;
+    measured([&] {
+        try {
+            outcome = changeOrKeep(change);
+        } catch (const std::exception& error) {
+            failed(change->what, true, {0, error.what()});
+        }
+    });
+    if (outcome == Outcome::eRefused && change->done) {
+        change->done(false);
+    }
+    return outcome;
+}
+
+Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& change) {
+    const auto outcomeOf = [](bool kept) { return kept ? Outcome::eKept : Outcome::eRefused; };
+    if (const auto kept = m_kept.addBehindOthers(change)) {
+        const auto now = Clock::now();
+        if (now >= m_nextStore.load()) {
+            m_nextStore = now + kBetweenStores;
+            static_cast<void>(storeFirst());
+        }
+        return outcomeOf(*kept);
+    }
+    const std::lock_guard lock(m_mutex);
+    if (const auto kept = m_kept.addBehindOthers(change)) {
+        return outcomeOf(*kept);
+    }
+    const auto failure = DatabaseFailure::of([&] { transact(*change, true); });
+    if (!failure) {
+        m_health.succeeded(change->what, true);
+        if (change->done) {
+            change->done(true);
+        }
+        return Outcome::eStored;
+    }
+    failed(change->what, true, *failure);
+    if (!failure->isOfDatabase()) {
+        return Outcome::eRefused;
+    }
+    const bool kept = m_kept.add(change);
+    if (kept) {
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s is kept in memory and repeated",
+                  change->what.c_str());
+        m_keptFor = failure->text;
+    }
+    return outcomeOf(kept);
+}
+
+bool Database::storeKept() noexcept {
+    bool goesOn = true;
+    const auto failure = DatabaseFailure::of([&] {
+        while (goesOn && m_kept.size() > 0) {
+            goesOn = storeFirst();
+        }
+    });
+    truncateLogIfDue();
+    return !failure && goesOn;
+}
+
+/// Returns false if the first kept change cannot be stored now.
+bool Database::storeFirst() {
+    std::unique_lock lock(m_mutex, std::defer_lock);
+    if (!lockWithin(lock, kShortWait)) {
+        return false;
+    }
+    const std::deque<KeptChanges::Kept> kept = m_kept.first(2);
+    if (kept.empty()) {
+        return true;
+    }
+    DatabaseChange& first = *kept.front().change;
+    m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
+    // Each change is a transaction of its own; the last flushes all of them.
+    const auto failure = DatabaseFailure::of([&] { transact(first, kept.size() == 1); });
+    if (failure) {
+        passFirst(kept, *failure);
+        m_connection->setBusyTime(m_busyTime);
+        return m_kept.size() == 0;
+    }
+    m_connection->setBusyTime(m_busyTime);
+    m_health.succeeded(first.what, true);
+    m_kept.remove(0, false);
+    if (first.done) {
+        first.done(true);
+    }
+    if (kept.size() == 1) {
+        m_keptFor.clear();
+        logAppUni("Database", __FILE_NAME__, 4, __LINE__, "the changes that were kept are stored");
+    }
+    return true;
+}
+
+/// Drops a change that fails while the one after it can be made. Requires: m_mutex is held.
+void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure) {
+    DatabaseChange& first = *kept.front().change;
+    if (m_keptFor != failure.text) {
+        m_keptFor = failure.text;
+        failed(first.what, true, failure);
+    } else {
+        m_health.failed(first.what, true, failure.code);
+    }
+    bool isLost = !failure.isOfDatabase();
+    if (!isLost && failure.mayBeOfOneWork() && m_kept.noteFailure() && kept.size() > 1 &&
+        !DatabaseFailure::of([&] { transact(*kept[1].change, true); })) {
+        m_kept.remove(1, false);
+        if (kept[1].change->done) {
+            kept[1].change->done(true);
+        }
+        isLost = true;
+    }
+    if (isLost) {
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s is given up: %s", first.what.c_str(),
+                  failure.text.c_str());
+        m_kept.remove(0, true);
+        if (first.done) {
+            first.done(false);
+        }
+    }
+}
+
+bool Database::maintain() noexcept {
+    if (const std::unique_lock lock(m_mutex, std::try_to_lock); lock.owns_lock()) {
+        if (const auto failure = DatabaseFailure::of([this] { requireFile(); })) {
+            failed("putting the database back", true, *failure);
+        }
+    }
+    return storeKept();
+}
+
+void Database::requireFile() {
+    if (m_place.isInPlace()) {
+        m_fileIsInPlace = true;
+        return;
+    }
+    if (m_fileIsInPlace.exchange(false)) {
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s was deleted, renamed or replaced",
+                  m_file.c_str());
+    }
+    m_connection = m_place.putBack(*m_connection, m_busyTime);
+    {
+        const std::lock_guard lock(m_readersMutex);
+        ++m_generation;
+        m_readers.clear();
+    }
+    m_fileIsInPlace = true;
+    logAppUni("Database", __FILE_NAME__, 2, __LINE__,
+              "%s is written anew, with all that was stored; another file of that name is kept beside it",
+              m_file.c_str());
+}
+
+bool Database::healthy() const noexcept {
+    return m_health.healthy() && m_fileIsInPlace && m_kept.size() == 0;
+}
+
 bool Database::probe() noexcept {
-    const bool doubtful = m_writeFailed;
-    return write("probing the database", [doubtful](Session& session) {
+    static_cast<void>(maintain());
+    const bool doubtful = m_health.writeFailed();
+    static_cast<void>(write("probing the database", [doubtful](Session& session) {
         static_cast<void>(session.query("SELECT count(*) FROM setting").next());
         if (doubtful) {
             // Taking the lock does not detect a full disk: write a value that changes nothing.
             session.query(("PRAGMA user_version = " + std::to_string(Schema::version())).c_str()).run();
         }
-    });
+    }));
+    return healthy();
 }
 
 void Database::truncateLog() noexcept {
@@ -126,7 +339,7 @@ void Database::truncateLogIfDue() noexcept {
     const auto now = std::chrono::steady_clock::now();
     if (m_logIsDue && now >= m_nextAttempt.load()) {
         m_nextAttempt = now + kBetweenAttempts;
-        static_cast<void>(guarded("emptying the log of the database", [this] {
+        static_cast<void>(guarded("emptying the log of the database", false, [this] {
             const std::lock_guard lock(m_mutex);
             m_logIsDue = !m_connection->truncateLog();
         }));
@@ -134,7 +347,7 @@ void Database::truncateLogIfDue() noexcept {
 }
 
 void Database::removeMigrationCopy() noexcept {
-    static_cast<void>(guarded("removing the copy of the older version", [this] {
+    static_cast<void>(guarded("removing the copy of the older version", false, [this] {
         for (int version = 0; version < Schema::version(); ++version) {
             const std::filesystem::path copy = DatabaseConnection::copyOf(m_file, version);
             std::filesystem::remove(copy);
@@ -143,16 +356,19 @@ void Database::removeMigrationCopy() noexcept {
     }));
 }
 
-bool Database::guarded(const char* what, const std::function<void()>& work) noexcept {
-    try {
-        work();
-        return true;
-    } catch (const std::exception& error) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed: %s", what, error.what());
-    } catch (...) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed", what);
+bool Database::guarded(const char* what, bool isWrite, const std::function<void()>& work) noexcept {
+    const auto failure = DatabaseFailure::of(work);
+    if (failure) {
+        failed(what, isWrite, *failure);
+    } else {
+        m_health.succeeded(what, isWrite);
     }
-    return false;
+    return !failure;
+}
+
+void Database::failed(const std::string& what, bool isWrite, const DatabaseFailure& failure) noexcept {
+    m_health.failed(what, isWrite, failure.code);
+    logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed: %s", what.c_str(), failure.text.c_str());
 }
 
 void Database::carryOut(DatabaseConnection& connection, const char* begin, const Work& work) {

@@ -2,17 +2,24 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "host/database/DatabaseError.h"
-#include "host/database/Query.h"
+#include "host/database/DatabaseFailure.h"
+#include "host/database/DatabaseFile.h"
+#include "host/database/DatabaseHealth.h"
+#include "host/database/DatabaseSession.h"
+#include "host/database/KeptChanges.h"
 
 namespace host {
 
@@ -35,7 +42,9 @@ class DatabaseConnection;
 /// passed must not call the database except through its session, and must not wait for another thread.
 ///
 /// Errors: no operation throws at run time. On a failure (locked, full, damaged, read-only, an exception of
-/// the work) `read` and `write` return false and write one log text; `healthy` then returns false.
+/// the work) `read` and `write` return false and write one log text; `healthy` then returns false. A change
+/// that its maker cannot repeat is kept (`writeOrKeep`). While changes are kept, no other change is made
+/// before them: `write` stores them first, or fails.
 class Database {
 public:
     struct Options {
@@ -43,21 +52,8 @@ public:
         std::chrono::milliseconds busyTime{2000};
     };
 
-    /// The connection during one `read` or `write` call.
-    class Session {
-    public:
-        /// Returns a statement by its text; it is prepared at its first use and kept. Requires: no earlier
-        /// `Query` of the same text is alive.
-        [[nodiscard]] Query query(const char* sql);
-        /// The row id of the last row that was inserted.
-        [[nodiscard]] std::int64_t lastInsertedId() const;
-
-    private:
-        friend class Database;
-        explicit Session(DatabaseConnection& connection) noexcept : m_connection(connection) {}
-        DatabaseConnection& m_connection;
-    };
-    using Work = std::function<void(Session&)>;
+    using Session = DatabaseSession;
+    using Work = DatabaseWork;
 
     /// Opens the file, creates it (mode 0600) if it is missing, and migrates its tables to the current
     /// version. Throws `DatabaseError` on failure: no permission, not a database of this program, damaged,
@@ -82,9 +78,31 @@ public:
     /// Runs work in one transaction, isolated from other processes: all of it or none.
     bool write(const char* what, const Work& work) noexcept;
 
-    /// False from a failed `read` or `write` until a later one succeeds; after a failed write that must be
-    /// a write. Never blocks.
-    [[nodiscard]] bool healthy() const noexcept { return !m_readFailed && !m_writeFailed; }
+    enum class Outcome {
+        eStored,
+        /// Kept, and stored after the changes that were kept before.
+        eKept,
+        /// Neither stored nor kept.
+        eRefused,
+    };
+    /// Makes the change in one transaction; keeps it if the database refuses it, or if others are kept. Then
+    /// it waits for the database no longer than some 100 ms.
+    [[nodiscard]] Outcome writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept;
+    /// Tries to store what is kept, in order; returns true if no change is kept afterwards. Waits for other
+    /// programs and threads no longer than some 100 ms for each change.
+    bool storeKept() noexcept;
+    /// Puts the file back if it was deleted or replaced, then stores what is kept. Call it about every
+    /// second.
+    bool maintain() noexcept;
+    /// The number of changes that are kept, and of those that were lost. Neither blocks.
+    [[nodiscard]] std::size_t keptCount() const { return m_kept.size(); }
+    [[nodiscard]] std::uint64_t lostCount() const { return m_kept.lost(); }
+    /// A row id for a new row of `call_item` that no row has had. Also if the database fails.
+    [[nodiscard]] std::int64_t newItemId() noexcept { return ++m_lastItemId; }
+
+    /// False from a failed `read` or `write` until a later one succeeds (`DatabaseHealth`), and while changes
+    /// are kept or the file is not in its place. Never blocks.
+    [[nodiscard]] bool healthy() const noexcept;
     /// Tests if the database can be read and written now, without a change; updates and returns `healthy`.
     [[nodiscard]] bool probe() noexcept;
 
@@ -95,11 +113,26 @@ public:
     void removeMigrationCopy() noexcept;
 
     [[nodiscard]] const std::filesystem::path& file() const noexcept { return m_file; }
+    /// Changes when the file was put back: then other connections must open it again.
+    [[nodiscard]] unsigned generation() const noexcept { return m_generation; }
 
 private:
-    bool guarded(const char* what, const std::function<void()>& work) noexcept;
+    using Clock = std::chrono::steady_clock;
+
+    /// Runs the work, updates the health and logs a failure.
+    bool guarded(const char* what, bool isWrite, const std::function<void()>& work) noexcept;
+    void failed(const std::string& what, bool isWrite, const DatabaseFailure& failure) noexcept;
     static void carryOut(DatabaseConnection& connection, const char* begin, const Work& work);
+    [[nodiscard]] Outcome changeOrKeep(const std::shared_ptr<DatabaseChange>& change);
+    bool storeFirst();
+    void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
+    // Require: m_mutex is held.
+    void transact(const Work& work, bool flushes);
+    void transact(const DatabaseChange& change, bool flushes);
+    void requireFile();
     [[nodiscard]] std::unique_ptr<DatabaseConnection> takeReader();
+    void giveBack(std::unique_ptr<DatabaseConnection> reader, unsigned generation);
+    void measured(const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
 
     // Constant after construction.
@@ -108,8 +141,13 @@ private:
     // Constant from the first write on.
     std::function<void(std::chrono::duration<double>)> m_writeListener;
 
-    std::atomic<bool> m_readFailed{false};
-    std::atomic<bool> m_writeFailed{false};
+    DatabaseHealth m_health;
+    KeptChanges m_kept;
+    std::atomic<bool> m_fileIsInPlace{true};
+    std::atomic<unsigned> m_generation{0};
+    std::atomic<std::int64_t> m_lastItemId{0};
+    /// While changes are kept, a further one tries to store them from this time on.
+    std::atomic<Clock::time_point> m_nextStore{};
     /// True from a deletion until the log is empty.
     std::atomic<bool> m_logIsDue{false};
     /// Each attempt flushes the disk; while a reader uses the log, there is one a second.
@@ -118,6 +156,9 @@ private:
     std::mutex m_mutex;
     // Guarded by m_mutex.
     std::unique_ptr<DatabaseConnection> m_connection;
+    DatabaseFile m_place;
+    /// The last error for which the first kept change was not stored.
+    std::string m_keptFor;
 
     std::mutex m_readersMutex;
     // Guarded by m_readersMutex: the connections of `readAside` that are idle.

@@ -4,6 +4,8 @@
 
 #include <SQLiteCpp/Backup.h>
 
+#include <algorithm>
+#include <cstring>
 #include <stdexcept>
 
 #include "host/database/DatabaseError.h"
@@ -41,6 +43,7 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
     configure();
     addSearchText();
     migrate();
+    followItemIds();
 }
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime,
@@ -73,6 +76,18 @@ bool DatabaseConnection::truncateLog() {
     const int busy = number("PRAGMA wal_checkpoint(TRUNCATE)");
     m_database.setBusyTimeout(m_busyMilliseconds);
     return busy == 0;
+}
+
+void DatabaseConnection::setFlushing(bool flushes) {
+    if (flushes != m_flushes) {
+        query(flushes ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL").run();
+        m_flushes = flushes;
+    }
+}
+
+void DatabaseConnection::copyTo(const std::filesystem::path& file) {
+    SQLite::Database target(file.string(), SQLite::OPEN_READWRITE);
+    SQLite::Backup(target, m_database).executeStep();
 }
 
 void DatabaseConnection::rollBack() noexcept {
@@ -132,6 +147,20 @@ void DatabaseConnection::addSearchText() {
     }
 }
 
+void DatabaseConnection::followItemIds() {
+    SQLite::Statement last(m_database, "SELECT seq FROM sqlite_sequence WHERE name = 'call_item'");
+    m_lastItemId = last.executeStep() ? last.getColumn(0).getInt64() : 0;
+    sqlite3_update_hook(
+        m_database.getHandle(),
+        [](void* lastId, int operation, const char* /*database*/, const char* table, sqlite3_int64 id) {
+            if (operation == SQLITE_INSERT && std::strcmp(table, "call_item") == 0) {
+                auto& greatest = *static_cast<std::int64_t*>(lastId);
+                greatest = std::max(greatest, std::int64_t{id});
+            }
+        },
+        &m_lastItemId);
+}
+
 void DatabaseConnection::migrate() {
     if (number("PRAGMA user_version") == Schema::version()) {
         return;
@@ -156,8 +185,7 @@ void DatabaseConnection::keepCopy(int version) {
         const std::filesystem::path unfinished = copy.string() + ".unfinished";
         std::filesystem::remove(unfinished);
         makePrivateFile(unfinished);
-        SQLite::Database target(unfinished.string(), SQLite::OPEN_READWRITE);
-        SQLite::Backup(target, m_database).executeStep();
+        copyTo(unfinished);
         std::filesystem::rename(unfinished, copy);
     }
     logAppUni("Database", __FILE_NAME__, 4, __LINE__,

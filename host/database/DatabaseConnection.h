@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <unordered_map>
@@ -29,6 +30,17 @@ public:
     [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
     /// Moves the log into the file and empties it. Returns false, at once, if another connection reads it.
     [[nodiscard]] bool truncateLog();
+    /// Sets the time that work waits for another process that holds the lock.
+    void setBusyTime(std::chrono::milliseconds time) {
+        m_database.setBusyTimeout(static_cast<int>(time.count()));
+    }
+    /// Sets if a commit flushes the disk, which it does at first. Requires: no transaction is open.
+    void setFlushing(bool flushes);
+    /// The greatest row id that `call_item` has had; read from the file, then noted at each insertion.
+    [[nodiscard]] std::int64_t lastItemId() const noexcept { return m_lastItemId; }
+    /// Copies the whole database, in the state of its last commit, into an empty file.
+    void copyTo(const std::filesystem::path& file);
+
     /// Rolls back the open transaction, if there is one; it never throws.
     void rollBack() noexcept;
 
@@ -45,12 +57,16 @@ private:
     void configure();
     /// Adds the SQL function search_text(name, number), `SearchText::searchable`.
     void addSearchText();
+    /// Notes the row ids of new rows of `call_item`.
+    void followItemIds();
     void migrate();
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
 
     const std::filesystem::path m_file;
     const int m_busyMilliseconds;
+    bool m_flushes = true;
+    std::int64_t m_lastItemId = 0;
     SQLite::Database m_database;
     std::unordered_map<std::string, Prepared> m_statements;
 };

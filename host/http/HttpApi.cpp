@@ -118,6 +118,8 @@ private:
              .observers = {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
              .entries = m_status.entries(),
              .unviewed = m_status.unviewed(),
+             .keptChanges = m_backend.database.keptCount(),
+             .lostChanges = m_backend.database.lostCount(),
              .droppedLogLines = m_backend.droppedLogLines()});
         return response;
     }

@@ -32,11 +32,8 @@ public:
     prometheus::Gauge& observers(const std::string& face) { return m_observers.Add({{"face", face}}); }
     prometheus::Gauge& entries(ListName list) { return m_entries.Add({{"list", std::string(wordOf(list))}}); }
 
-    /// Requests may report in another order than they measured.
-    void raiseDroppedLogLines(double total) {
-        const std::lock_guard lock(m_mutex);
-        m_droppedLogLines.Increment(std::max(0.0, total - m_droppedLogLines.Value()));
-    }
+    void raiseDroppedLogLines(double total) { raise(m_droppedLogLines, total); }
+    void raiseLostChanges(double total) { raise(m_lostChanges, total); }
 
     std::string text() const {
         const prometheus::TextSerializer serializer;
@@ -44,6 +41,11 @@ public:
     }
 
 private:
+    /// Requests may report in another order than they measured.
+    void raise(prometheus::Counter& counter, double total) {
+        const std::lock_guard lock(m_mutex);
+        counter.Increment(std::max(0.0, total - counter.Value()));
+    }
     prometheus::Family<prometheus::Gauge>& gauges(const char* name, const char* help) {
         return family(prometheus::BuildGauge(), m_registry, m_line, name, help);
     }
@@ -66,6 +68,9 @@ private:
         counters("calljournal_log_lines_dropped_total",
                  "Lines of the log that were not taken in time, or could not be written")
             .Add({});
+    prometheus::Counter& m_lostChanges =
+        counters("calljournal_changes_lost_total", "Changes that the database refused and that were not kept")
+            .Add({});
     std::mutex m_mutex;
 
 public:
@@ -76,6 +81,8 @@ public:
     prometheus::Gauge& monitored =
         gauges("calljournal_line_monitored", "1 while the switch reports the line's calls").Add({});
     prometheus::Gauge& liveCallCount = gauges("calljournal_calls_up", "Calls of the line just now").Add({});
+    prometheus::Gauge& keptChanges =
+        gauges("calljournal_changes_kept", "Changes that the database refuses and that are repeated").Add({});
     prometheus::Histogram& writes =
         family(prometheus::BuildHistogram(), m_registry, m_line, "calljournal_database_write_seconds",
                "How long a change took until it was durable")
@@ -101,6 +108,8 @@ std::string Metrics::text(const Gauges& gauges) {
     m_registered->liveCallCount.Set(static_cast<double>(gauges.liveCallCount));
     m_registered->unviewed.Set(static_cast<double>(gauges.unviewed));
     m_registered->raiseDroppedLogLines(static_cast<double>(gauges.droppedLogLines));
+    m_registered->keptChanges.Set(static_cast<double>(gauges.keptChanges));
+    m_registered->raiseLostChanges(static_cast<double>(gauges.lostChanges));
     for (const auto& [face, count] : gauges.observers) {
         m_registered->observers(face).Set(static_cast<double>(count));
     }

@@ -26,6 +26,9 @@ public:
         std::map<std::string, std::size_t> observers;
         std::map<ListName, std::size_t> entries;
         std::size_t unviewed = 0;
+        /// The changes that the database refuses: those that are kept, and those that were lost.
+        std::size_t keptChanges = 0;
+        std::uint64_t lostChanges = 0;
         /// Since the program started.
         std::uint64_t droppedLogLines = 0;
     };

@@ -30,7 +30,11 @@ HttpResponse StatusResource::health() {
     // may block.
     const std::unique_lock probing(m_probeMutex, std::try_to_lock);
     if (!(probing ? m_sources.database.probe() : m_sources.database.healthy())) {
-        throw HttpError(503, "database", "the database does not respond; see the log");
+        const std::size_t kept = m_sources.database.keptCount();
+        throw HttpError(503, "database",
+                        kept > 0 ? "the database refuses changes; " + std::to_string(kept) +
+                                       " are kept in memory and repeated; see the log"
+                                 : "the database does not respond; see the log");
     }
     HttpResponse response;
     response.contentType = "text/plain; charset=utf-8";
@@ -55,11 +59,13 @@ HttpResponse StatusResource::status() const {
     const LineState state = m_sources.lineState();
     const auto keys = m_sources.management.values();
     const auto softwareType = keys.find("software-type");
-    return jsonResponse({{"line", m_sources.line},
-                         {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
-                         {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
-                         {"calls", state.liveCallCount},
-                         {"lists", std::move(lists)}});
+    return jsonResponse(
+        {{"line", m_sources.line},
+         {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
+         {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
+         {"calls", state.liveCallCount},
+         {"database", {{"kept", m_sources.database.keptCount()}, {"lost", m_sources.database.lostCount()}}},
+         {"lists", std::move(lists)}});
 }
 
 }  // namespace host

@@ -132,15 +132,16 @@ TEST(SqliteDataAccess, FailsWithOneLogTextForAnUnreadableRequestAndStaysHealthy)
 }
 
 // Rows: the connection that breaks it, the SQL that breaks and the SQL that repairs it; the reason in the
-// log; the result of a read meanwhile.
-TEST(SqliteDataAccess, WritesARequestAsAWholeOrNotAtAllAndIsUnhealthyUntilItCanWrite) {
-    for (const auto& row : table(5, R"(
-        other | BEGIN IMMEDIATE                   | ROLLBACK                          | locked   | missed a
-        own   | PRAGMA query_only = ON            | PRAGMA query_only = OFF           | readonly | missed a
-        own   | PRAGMA max_page_count = 1         | PRAGMA max_page_count = 100000    | full     | missed a
-        other | ALTER TABLE call_item RENAME TO x | ALTER TABLE x RENAME TO call_item | no such  | failed
+// log; the results of the write and of a read meanwhile; the list afterwards. What the database refuses is
+// kept; a request that is wrong itself is not.
+TEST(SqliteDataAccess, WritesARequestAsAWholeAtOnceOrLaterOrNotAtAll) {
+    for (const auto& row : table(7, R"(
+        other | BEGIN IMMEDIATE                   | ROLLBACK                          | locked   | 2 | failed | missed after bad changed
+        own   | PRAGMA query_only = ON            | PRAGMA query_only = OFF           | readonly | 2 | failed | missed after bad changed
+        own   | PRAGMA max_page_count = 1         | PRAGMA max_page_count = 100000    | full     | 2 | failed | missed after bad changed
+        other | ALTER TABLE call_item RENAME TO x | ALTER TABLE x RENAME TO call_item | no such  | 2 | failed | missed after bad changed
         other | CREATE TRIGGER refusal BEFORE INSERT ON call_item WHEN new.surname = 'bad'
-              + BEGIN SELECT RAISE(ABORT, 'a reason'); END | DROP TRIGGER refusal     | a reason | missed a
+              + BEGIN SELECT RAISE(ABORT, 'a reason'); END | DROP TRIGGER refusal     | a reason | failed | missed a | missed after a
     )")) {
         SCOPED_TRACE(row[1]);
         const TemporaryDatabase database;
@@ -158,21 +159,47 @@ TEST(SqliteDataAccess, WritesARequestAsAWholeOrNotAtAllAndIsUnhealthyUntilItCanW
         journal.plays("missed a 05");
         auto changed = journal.read<MissedCallItem>().front();
         changed.setSurname("changed");
+        changed.setPictureClip(std::string(100000, 'x'));
         auto bad = changed;
         bad.setUniqueId({});
         bad.setSurname("bad");
-        auto big = bad;
-        big.setSurname(std::string(100000, 'x'));
         executes(row[1]);
         CapturedLog::reset();
-        EXPECT_EQ(journal.write<MissedCallItem>({changed, big, bad}), "failed");
-        EXPECT_THAT(CapturedLog::lines("Database"),
-                    ElementsAre(AllOf(HasSubstr("CallLogMissedCalls failed"), HasSubstr(row[3]))));
-        EXPECT_EQ(journal.plays("read missed"), row[4]);
+        const std::string response = journal.write<MissedCallItem>({changed, bad});
+        EXPECT_EQ(response == "failed" ? response : JournalServiceHelper::parseLastUniqueId(response),
+                  row[4]);
+        EXPECT_THAT(CapturedLog::lines("Database").front(),
+                    AllOf(HasSubstr("CallLogMissedCalls failed"), HasSubstr(row[3])));
+        EXPECT_EQ(journal.plays("read missed"), row[5]);
         EXPECT_FALSE(journal.healthy());
         executes(row[2]);
-        EXPECT_EQ(journal.plays("missed after 07; read missed"), "missed after a");
+        EXPECT_EQ(journal.plays("missed after 07; read missed"), row[6]);
         EXPECT_TRUE(journal.healthy());
+    }
+}
+
+// Rows: what the journal writes while the database is locked, and the lists afterwards.
+TEST(SqliteDataAccess, KeepsChangesInOrderWithTheRowsThatTheyConcern) {
+    for (const auto& row : table(2, R"(
+        missed a 05; missed b 06; missed A 07 id=a calls=2         | missed A*2 b old
+        missed a 05; remove missed a; missed b 06                  | missed b old
+        empty missed; missed a 05; dialled a 05; callback c 05     | missed a, dialled a, callback c
+        missed a 05; missed A 07 id=a calls=2; remove missed A     | missed old
+    )")) {
+        SCOPED_TRACE(row[0]);
+        const TemporaryDatabase database;
+        DataAccessFixture journal(*database);
+        journal.plays("missed old 01");
+        SQLite::Database other = database.otherConnection();
+        other.exec("BEGIN IMMEDIATE");
+        EXPECT_NE(journal.plays(row[0]), "failed");
+        EXPECT_EQ(database->keptCount(), journaltest::split(row[0], ';').size());
+        // No other change overtakes what is kept.
+        EXPECT_FALSE(database->write("a note", [](host::Database::Session& /*session*/) {}));
+        other.exec("ROLLBACK");
+        EXPECT_TRUE(database->maintain());
+        EXPECT_EQ(journal.contents(), row[1]);
+        EXPECT_EQ(database->lostCount(), 0U);
     }
 }
 

@@ -3,8 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sqlite3.h>
+
+#include <chrono>
+#include <fstream>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "tests/support/CapturedLog.h"
 #include "tests/support/TemporaryDatabase.h"
@@ -26,6 +32,21 @@ protected:
                 .run();
         });
     }
+    /// A change of another journal's setting, which is kept if the database refuses it.
+    host::Database::Outcome keeps(const std::string& key, const std::string& sql = "SELECT 1") {
+        return m_database->writeOrKeep(std::make_shared<host::DatabaseChange>(host::DatabaseChange{
+            .what = "keeping " + key,
+            .work =
+                [=](Session& session) {
+                    static_cast<void>(session.query(sql.c_str()).next());
+                    session.query("INSERT INTO setting (line, key, value) VALUES ('2', ?, '')")
+                        .bind(key)
+                        .run();
+                },
+            .done = [=, this](bool stored) { m_done += key + (stored ? "+" : "-"); }}));
+    }
+    std::string m_done;
+
     /// The value that another connection reads.
     std::string stored() { return m_database.text("SELECT value FROM setting"); }
 
@@ -73,6 +94,69 @@ TEST_F(DatabaseWork, CanBeProbedWithoutChangingAnything) {
     EXPECT_TRUE(m_database->probe());
     EXPECT_TRUE(m_database->healthy());
     EXPECT_EQ(stored(), "x");
+}
+
+using Outcome = host::Database::Outcome;
+
+TEST_F(DatabaseWork, IsKeptWithinABoundAndStoredInOrder) {
+    SQLite::Database other = m_database.otherConnection();
+    other.exec("BEGIN IMMEDIATE");
+    for (std::size_t number = 0; number < host::KeptChanges::kMostChanges; ++number) {
+        ASSERT_EQ(keeps(std::to_string(number)), Outcome::eKept);
+    }
+    EXPECT_EQ(keeps("one too many"), Outcome::eRefused);
+    EXPECT_EQ(m_done, "one too many-");
+    EXPECT_EQ(m_database->lostCount(), 1U);
+    EXPECT_FALSE(stores("x") || m_database->healthy() || m_database->probe());
+    other.exec("ROLLBACK");
+    EXPECT_TRUE(stores("x") && m_database->healthy());
+    EXPECT_EQ(m_database.number("SELECT count(*) FROM setting"), 10'001);
+    EXPECT_EQ(m_done.substr(0, 24), "one too many-0+1+2+3+4+5");
+}
+
+TEST_F(DatabaseWork, ThatAlwaysFailsDoesNotKeepTheOthersWaiting) {
+    SQLite::Database other = m_database.otherConnection();
+    other.exec("BEGIN IMMEDIATE");
+    EXPECT_EQ(keeps("bad", "SELECT * FROM missing"), Outcome::eKept);
+    EXPECT_EQ(keeps("twice"), Outcome::eKept);
+    EXPECT_EQ(keeps("twice"), Outcome::eKept);
+    other.exec("ROLLBACK");
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!m_database->maintain() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    EXPECT_EQ(m_done, "twice+bad-twice-");
+    EXPECT_EQ(m_database->lostCount(), 2U);
+}
+
+// Another statement does not use the damaged page.
+TEST_F(DatabaseWork, ThatFoundDamageIsUnhealthyUntilItSucceedsItself) {
+    const auto damaged = [](Session&) { throw SQLite::Exception("damaged", SQLITE_CORRUPT); };
+    EXPECT_FALSE(m_database->write("filing", damaged));
+    EXPECT_TRUE(stores("x"));
+    EXPECT_FALSE(m_database->probe());
+    EXPECT_TRUE(m_database->write("filing", [](Session&) {}) && m_database->probe());
+}
+
+// Rows: what becomes of the file under the open database, and the files that are there afterwards.
+TEST_F(DatabaseWork, GoesOnInANewFileWhenItsOwnIsDeletedRenamedOrReplaced) {
+    const auto file = m_database.file();
+    const auto beside = [&file](const char* suffix) { return std::filesystem::path(file.string() + suffix); };
+    EXPECT_TRUE(stores("1"));
+    std::filesystem::remove(file);
+    EXPECT_EQ(keeps("a"), Outcome::eStored);
+    EXPECT_EQ(stored(), "1");
+    std::filesystem::rename(file, beside(".renamed"));
+    EXPECT_TRUE(m_database->maintain() && m_database->healthy());
+    EXPECT_EQ(stored(), "1");
+    std::filesystem::remove(file);
+    std::ofstream(file) << "another";
+    EXPECT_TRUE(m_database->probe());
+    EXPECT_TRUE(stores("2"));
+    EXPECT_EQ(stored(), "2");
+    EXPECT_EQ(std::filesystem::file_size(beside(".replaced")), 7U);
+    m_database.reopen();
+    EXPECT_EQ(m_database.number("SELECT count(*) FROM setting"), 2);
 }
 
 }  // namespace

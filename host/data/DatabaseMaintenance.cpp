@@ -1,0 +1,38 @@
+#include "host/data/DatabaseMaintenance.h"
+
+#include <thread>
+
+#include "host/database/Database.h"
+
+namespace host {
+namespace {
+
+constexpr std::chrono::seconds kBetween{1};
+constexpr std::chrono::milliseconds kBetweenAtEnd{100};
+
+}  // namespace
+
+void DatabaseMaintenance::start() {
+    m_strand.post([this] { maintain(); });
+}
+
+void DatabaseMaintenance::stop() {
+    m_strand.post([this] { m_next.reset(); });
+    m_strand.close();
+}
+
+void DatabaseMaintenance::maintain() {
+    static_cast<void>(m_database.maintain());
+    m_next =
+        m_timers.schedule(kBetween, [this, post = m_strand.weakPoster()] { post([this] { maintain(); }); });
+}
+
+std::size_t DatabaseMaintenance::storeRest(std::chrono::milliseconds time) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (!m_database.maintain() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(kBetweenAtEnd);
+    }
+    return m_database.keptCount();
+}
+
+}  // namespace host

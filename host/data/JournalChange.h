@@ -1,0 +1,85 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/data/CallFiling.h"
+#include "host/data/CallRows.h"
+#include "host/data/HistoryRows.h"
+#include "host/database/KeptChanges.h"
+#include "platform/journal-library/DataRequest.h"
+
+class DigitAnalysisServiceIfc;
+
+namespace host {
+
+class Database;
+class LiveCallStoreIfc;
+
+/// A request of the journal that changes rows, with all that it needs to be carried out later on another
+/// thread.
+///
+/// `make` and `keep` run on the thread of the request, the rest in or after a transaction.
+class JournalChange {
+public:
+    /// The entry id and the calls of a group's entry that was deleted and may be written again.
+    using Rewritten = std::optional<std::pair<std::string, HistoryRows::Detached>>;
+
+    /// The part that the changes of one line share.
+    struct Line {
+        std::string device;
+        /// The services are borrowed and outlive the changes; they may be missing.
+        DigitAnalysisServiceIfc* digits = nullptr;
+        LiveCallStoreIfc* calls = nullptr;
+        /// Of the last transaction; used by one at a time.
+        Rewritten rewritten{};
+    };
+
+    JournalChange(journalxml::DataRequest request, std::shared_ptr<Line> line,
+                  std::chrono::seconds phoneAhead);
+
+    void carryOut(Database::Session& session);
+    /// True for the deletion of the oldest entry of a list that is too long. A power cut that brings the
+    /// entry back does no harm: the list is too long again, and the journal does not load its oldest entries.
+    [[nodiscard]] bool isEviction(Database::Session& session) const;
+    /// Prepares the change to be carried out later: new rows get their ids now.
+    void keep(Database& database);
+    void done(bool stored);
+
+    [[nodiscard]] const journalxml::DataRequest& request() const noexcept { return m_request; }
+    /// The last unique id of the rows that are or will be changed; empty for none.
+    [[nodiscard]] const std::string& lastUniqueId() const noexcept { return m_lastUniqueId; }
+
+private:
+    [[nodiscard]] HistoryRows::Context context() const;
+    [[nodiscard]] std::string change(Database::Session& session, CallRows& calls) const;
+    [[nodiscard]] std::string writeItems(Database::Session& session, CallRows& calls) const;
+    [[nodiscard]] std::string deleteCalls(CallRows& calls, ListName list) const;
+    [[nodiscard]] CallRows::Calls callsOfDeleted(ListName list, const journalxml::DataRequest::Key& key,
+                                                 CallRows& calls) const;
+    [[nodiscard]] Rewritten detachRewritten(CallRows& calls) const;
+    void attachRewritten(CallRows& calls, const std::string& uniqueId) const;
+
+    // Constant after construction.
+    const journalxml::DataRequest m_request;
+    const std::shared_ptr<Line> m_line;
+    const std::chrono::seconds m_phoneAhead;
+    /// An event of the switch is being delivered.
+    bool m_isDelivered = false;
+    /// Set if that event establishes a call: its time.
+    std::optional<std::chrono::sys_seconds> m_calledBackAt{};
+
+    CallFiling m_filing;
+    bool m_isKept = false;
+    /// The ids of new rows, by the item; empty if the change was not kept.
+    std::vector<std::optional<std::int64_t>> m_newIds;
+    Rewritten m_rewritten;
+    std::string m_lastUniqueId;
+};
+
+}  // namespace host

@@ -1,0 +1,75 @@
+#include "host/database/KeptChanges.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+namespace {
+
+constexpr int kManyFailures = 5;
+constexpr std::chrono::seconds kLong{5};
+
+}  // namespace
+
+bool KeptChanges::add(std::shared_ptr<DatabaseChange> change) {
+    const std::lock_guard lock(m_mutex);
+    return append(change);
+}
+
+std::optional<bool> KeptChanges::addBehindOthers(const std::shared_ptr<DatabaseChange>& change) {
+    const std::lock_guard lock(m_mutex);
+    return m_changes.empty() ? std::nullopt : std::optional(append(change));
+}
+
+/// Requires: m_mutex is held.
+bool KeptChanges::append(const std::shared_ptr<DatabaseChange>& change) {
+    if (m_changes.size() >= kMostChanges || change->bytes > kMostBytes - m_bytes) {
+        ++m_lost;
+        return false;
+    }
+    if (change->keep) {
+        change->keep();
+    }
+    m_changes.push_back({.change = change});
+    m_bytes += change->bytes;
+    return true;
+}
+
+std::size_t KeptChanges::size() const {
+    const std::lock_guard lock(m_mutex);
+    return m_changes.size();
+}
+
+std::uint64_t KeptChanges::lost() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lost;
+}
+
+std::deque<KeptChanges::Kept> KeptChanges::first(std::size_t count) const {
+    const std::lock_guard lock(m_mutex);
+    const auto number = static_cast<std::ptrdiff_t>(std::min(count, m_changes.size()));
+    return {m_changes.begin(), m_changes.begin() + number};
+}
+
+bool KeptChanges::noteFailure() {
+    const std::lock_guard lock(m_mutex);
+    if (m_changes.empty()) {
+        return false;
+    }
+    Kept& first = m_changes.front();
+    const auto now = std::chrono::steady_clock::now();
+    if (first.failures++ == 0) {
+        first.firstFailure = now;
+    }
+    return first.failures >= kManyFailures && now - first.firstFailure >= kLong;
+}
+
+void KeptChanges::remove(std::size_t index, bool isLost) {
+    const std::lock_guard lock(m_mutex);
+    const auto at = m_changes.begin() + static_cast<std::ptrdiff_t>(index);
+    m_bytes -= at->change->bytes;
+    m_changes.erase(at);
+    m_lost += isLost ? 1 : 0;
+}
+
+}  // namespace host

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "host/database/DatabaseSession.h"
+
+namespace host {
+
+/// A change whose maker cannot repeat it: if the database refuses it, it is kept and stored later. Its
+/// functions own all that they use, and must not call the database except through the session.
+struct DatabaseChange {
+    /// Completes "... failed" in the log.
+    std::string what{};
+    /// May run several times, on any thread, until one transaction succeeds.
+    DatabaseWork work{};
+    /// True if the change needs no flush of its own, because losing it in a power cut loses no information.
+    /// Runs before the transaction; may be empty.
+    std::function<bool(DatabaseSession&)> isMinor{};
+    /// Called once, on the thread that makes the change, before it is kept.
+    std::function<void()> keep{};
+    /// Called once, with true after the transaction and with false when the change is lost. No other
+    /// transaction runs meanwhile.
+    std::function<void(bool stored)> done{};
+    /// The memory that the change needs.
+    std::size_t bytes = 0;
+};
+
+/// The changes that the database has refused, in order. Bounded; a change beyond the bounds is lost.
+///
+/// Thread-safe; no operation waits for the database.
+class KeptChanges {
+public:
+    static constexpr std::size_t kMostChanges = 10'000;
+    static constexpr std::size_t kMostBytes = std::size_t{64} * 1024 * 1024;
+
+    struct Kept {
+        std::shared_ptr<DatabaseChange> change;
+        /// The number of attempts that failed for a reason that may lie in the change, and the time of the
+        /// first.
+        int failures = 0;
+        std::chrono::steady_clock::time_point firstFailure{};
+    };
+
+    /// Calls `keep` of the change and appends it. Returns false, and counts the change as lost, if a bound is
+    /// reached.
+    [[nodiscard]] bool add(std::shared_ptr<DatabaseChange> change);
+    /// The same if other changes are kept; `std::nullopt` if none is.
+    [[nodiscard]] std::optional<bool> addBehindOthers(const std::shared_ptr<DatabaseChange>& change);
+
+    [[nodiscard]] std::size_t size() const;
+    /// The number of changes that were lost since the start.
+    [[nodiscard]] std::uint64_t lost() const;
+
+    /// The first changes, at most `count`.
+    [[nodiscard]] std::deque<Kept> first(std::size_t count) const;
+    /// Notes a failed attempt of the first change. Returns true if it has failed often and for long.
+    bool noteFailure();
+    /// Removes the change at `index`, which is stored or lost.
+    void remove(std::size_t index, bool isLost);
+
+private:
+    [[nodiscard]] bool append(const std::shared_ptr<DatabaseChange>& change);
+
+    mutable std::mutex m_mutex;
+    // Guarded by m_mutex.
+    std::deque<Kept> m_changes;
+    std::size_t m_bytes = 0;
+    std::uint64_t m_lost = 0;
+};
+
+}  // namespace host
