@@ -5,8 +5,10 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/JournalServer.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/ProgressText.h"
 #include "host/database/DatabaseCopy.h"
+#include "host/presentation/PlainText.h"
 
 namespace calljournal {
 namespace {
@@ -34,7 +36,8 @@ public:
         ProgressText progress;
         host::copyDatabase(source, m_file, progressOf(progress, "writing " + m_file));
         progress.clear();
-        std::cout << m_file << " holds the journal of " << source.string() << std::endl;
+        std::cout << host::printable(m_file) << " holds the journal of " << host::printable(source.string())
+                  << std::endl;
         return eDone;
     }
 
@@ -58,11 +61,12 @@ public:
         ProgressText progress;
         const auto kept = host::restoreDatabase(m_file, target, progressOf(progress, "reading " + m_file));
         progress.clear();
-        std::cout << target.string() << " is the journal of " << m_file << " now\n";
+        std::cout << host::printable(target.string()) << " is the journal of " << host::printable(m_file)
+                  << " now\n";
         for (const std::filesystem::path& each : kept) {
-            std::cout << "the former file is " << each.string() << "\n";
+            std::cout << "the former file is " << host::printable(each.string()) << "\n";
         }
-        return std::cout.flush().good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

@@ -11,6 +11,7 @@
 #include "apps/calljournal/FilterOptions.h"
 #include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/call-files/CallTime.h"
@@ -59,7 +60,7 @@ public:
         } else {
             printTable(client);
         }
-        return std::cout.flush().good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

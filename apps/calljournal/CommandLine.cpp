@@ -12,6 +12,7 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/UsageErrorText.h"
 #include "host/config/DataDirectory.h"
+#include "host/presentation/PlainText.h"
 
 namespace calljournal {
 namespace {
@@ -94,13 +95,13 @@ int runCommandLine(int argc, char** argv) {
         if (error.get_exit_code() == 0) {
             return app.exit(error);  // prints the help or the version
         }
-        std::cerr << usageErrorText(app, error) << std::endl;
+        std::cerr << host::printable(usageErrorText(app, error)) << std::endl;
         return eWrongUsage;
     }
     try {
         return runChosen(commands, common);
     } catch (const std::exception& error) {
-        std::cerr << "calljournal: " << error.what() << std::endl;
+        std::cerr << "calljournal: " << host::printable(error.what()) << std::endl;
         return eFailed;
     }
 }

@@ -16,6 +16,7 @@
 #include "apps/calljournal/ContactClient.h"
 #include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/ProgressText.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
@@ -39,10 +40,6 @@ std::string checkFormat(const std::string& file) {
                                        : file + " is neither .vcf nor .csv, so its format is not known";
 }
 
-int statusOfOutput() {
-    return std::cout.flush().good() ? eDone : eFailed;
-}
-
 /// Prints the notes and the progress of an import to the standard error output.
 class ImportProgress {
 public:
@@ -57,8 +54,8 @@ public:
         for (; m_notified < report.notes.size(); ++m_notified) {
             const host::ImportReport::Note& note = report.notes[m_notified];
             m_text.clear();
-            std::cerr << m_file << ":" << note.line << ": " << (note.skipped ? "skipped: " : "")
-                      << host::printable(note.text) << std::endl;
+            std::cerr << host::printable(m_file) << ":" << note.line << ": "
+                      << (note.skipped ? "skipped: " : "") << host::printable(note.text) << std::endl;
         }
         const auto at = static_cast<std::streamoff>(m_stream.tellg());
         m_text.show("importing " + m_file + ": " + std::to_string(report.read) + " contacts",
@@ -78,9 +75,9 @@ private:
 
 std::string importText(const std::string& file, const host::ImportReport& report) {
     return std::to_string(report.read) + (report.read == 1 ? " contact" : " contacts") + " read from " +
-           file + ": " + std::to_string(report.added) + " added, " + std::to_string(report.changed) +
-           " changed, " + std::to_string(report.unchanged) + " known already, " +
-           std::to_string(report.skipped) + " skipped\n";
+           host::printable(file) + ": " + std::to_string(report.added) + " added, " +
+           std::to_string(report.changed) + " changed, " + std::to_string(report.unchanged) +
+           " known already, " + std::to_string(report.skipped) + " skipped\n";
 }
 
 class ContactsCommand final : public Command {
@@ -170,6 +167,10 @@ private:
     }
 
     int importFile(host::ApiClient& client) const {
+        std::error_code error;
+        if (std::filesystem::exists(m_file, error) && !std::filesystem::is_regular_file(m_file, error)) {
+            throw host::ContactFileError("cannot read " + m_file + ": it is not a regular file");
+        }
         std::ifstream stream(m_file, std::ios::binary);
         if (!stream || stream.peek() == std::ifstream::traits_type::eof()) {
             const int reason = errno;
@@ -190,7 +191,7 @@ private:
                                     " are in the phonebook; importing the file again stores the rest");
         }
         std::cout << (m_json ? host::jsonText(host::importJson(report)) + "\n" : importText(m_file, report));
-        return report.read > report.skipped ? statusOfOutput() : eFailed;
+        return statusOfOutput(report.read > report.skipped);
     }
 
     [[nodiscard]] std::unique_ptr<host::ContactReader> readerOf(std::istream& stream) const {

@@ -8,6 +8,7 @@
 #include "apps/calljournal/FilterOptions.h"
 #include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "host/api-client/ApiClient.h"
 
 namespace calljournal {
@@ -54,7 +55,7 @@ private:
         }
         const auto deleted = client.remove({"calls"}, query).at("deleted").get<std::size_t>();
         std::cout << deleted << (deleted == 1 ? " call" : " calls") << " deleted" << std::endl;
-        return std::cout.good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
     int deleteEntries(host::ApiClient& client, const CommonOptions& common) const {
@@ -64,7 +65,7 @@ private:
                 fetchList(client, list, {.limit = 1, .search = {}})["total"].get<std::size_t>();
             client.remove({"lists", m_list}, {{"all", "true"}});
             std::cout << host::countText(list, count) << " deleted" << std::endl;
-            return std::cout.good() ? eDone : eFailed;
+            return statusOfOutput();
         }
         Json known = Json::array();
         std::vector<std::string> unknown;
@@ -82,7 +83,7 @@ private:
         for (const std::string& entry : unknown) {
             printUnknown(entry, list, common);
         }
-        return unknown.empty() && std::cout.good() ? eDone : eFailed;
+        return statusOfOutput(unknown.empty());
     }
 
     std::string m_list;

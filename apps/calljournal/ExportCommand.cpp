@@ -12,6 +12,7 @@
 #include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/ProgressText.h"
 #include "host/call-files/CallCalendar.h"
 #include "host/call-files/CallWriter.h"
@@ -51,7 +52,7 @@ public:
         } else {
             exportCalls(client);
         }
-        return std::cout.flush().good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

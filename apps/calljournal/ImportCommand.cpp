@@ -10,6 +10,7 @@
 #include "apps/calljournal/CallUpload.h"
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/ProgressText.h"
 #include "host/api-client/ApiClient.h"
 #include "host/call-files/CallFileReader.h"
@@ -30,7 +31,7 @@ public:
     void count() { ++m_read; }
     void fail(std::size_t row, const std::string& why) {
         m_progress.clear();
-        std::cerr << m_file << ":" << row << ": " << host::printable(why) << std::endl;
+        std::cerr << host::printable(m_file) << ":" << row << ": " << host::printable(why) << std::endl;
         m_failed.push_back({{"row", row}, {"error", why}});
     }
 
@@ -45,9 +46,9 @@ public:
                                          {"failed", m_failed}})
                       << "\n";
         } else {
-            std::cout << m_read << (m_read == 1 ? " call" : " calls") << " read from " << m_file << ": "
-                      << counts.imported << " imported, " << counts.known << " known already, "
-                      << m_failed.size() << " failed\n";
+            std::cout << m_read << (m_read == 1 ? " call" : " calls") << " read from "
+                      << host::printable(m_file) << ": " << counts.imported << " imported, " << counts.known
+                      << " known already, " << m_failed.size() << " failed\n";
         }
     }
 
@@ -114,11 +115,10 @@ public:
         upload.finish();
         progress.clear();
         result.print(upload.counts(), m_json);
-        std::cout.flush();
         if (error) {
             throw host::CallFileError("cannot import " + m_file + ": " + *error);
         }
-        return result.hasFailed() || !std::cout.good() ? eFailed : eDone;
+        return statusOfOutput(!result.hasFailed());
     }
 
 private:

@@ -5,6 +5,7 @@
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/api-client/ApiClient.h"
 #include "host/presentation/ItemCsv.h"
@@ -35,15 +36,15 @@ public:
         host::ApiClient client(common.dataDirectory());
         const nlohmann::ordered_json response = fetchList(client, list, m_filter);
         if (m_csv) {
-            std::cout << host::csvText(list, response["items"]) << std::flush;
+            std::cout << host::csvText(list, response["items"]);
         } else {
-            std::cout << (m_json ? host::jsonText(response) + "\n" : describe(response)) << std::flush;
+            std::cout << (m_json ? host::jsonText(response) + "\n" : describe(response));
             if (!m_json && response["items"].empty() && isJournalOff(client)) {
                 std::cerr << "calljournal: the journal is switched off; `"
                           << common.commandForUser("settings call-log-enabled true") << "` switches it on\n";
             }
         }
-        return std::cout.good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

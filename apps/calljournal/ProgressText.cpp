@@ -5,6 +5,8 @@
 #include <iostream>
 #include <utility>
 
+#include "host/presentation/PlainText.h"
+
 namespace calljournal {
 namespace {
 
@@ -28,7 +30,7 @@ void ProgressText::show(const std::string& what, std::size_t done, std::size_t t
     }
     m_next = now + kPause;
     m_shown = true;
-    std::cerr << kClearLine << what;
+    std::cerr << kClearLine << host::printable(what);
     if (total > 0) {
         std::cerr << " (" << done * 100 / total << " %)";
     }

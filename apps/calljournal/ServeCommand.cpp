@@ -7,6 +7,7 @@
 #include "apps/calljournal/ServeOptions.h"
 #include "apps/calljournal/StopSignal.h"
 #include "host/config/Endpoint.h"
+#include "host/presentation/PlainText.h"
 
 namespace calljournal {
 namespace {
@@ -24,7 +25,7 @@ public:
         server.start();
         std::cout << "calljournal serves line " << configuration.lines.front().device << " of the switch at "
                   << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
-                  << "; socket " << socket->path().string() << "; page and API "
+                  << "; socket " << host::printable(socket->path().string()) << "; page and API "
                   << server.httpAddress().text() << std::endl;
         static_cast<void>(stop.wait());
         std::cout << "calljournal ends" << std::endl;

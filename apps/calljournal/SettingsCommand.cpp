@@ -7,6 +7,7 @@
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/JsonText.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/api-client/ApiClient.h"
@@ -56,7 +57,7 @@ public:
         } else {
             print(valueOf(client, common), common);
         }
-        return std::cout.flush().good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

@@ -9,6 +9,7 @@
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/EntryText.h"
 #include "apps/calljournal/ListClient.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "host/api-client/ApiClient.h"
 #include "host/presentation/ItemJson.h"
@@ -54,7 +55,7 @@ public:
         std::cout << (m_json ? host::jsonText(entry->second) + "\n"
                              : entryText(entry->first, entry->second, terminalWidth()))
                   << std::flush;
-        return std::cout.good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

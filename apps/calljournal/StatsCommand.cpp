@@ -12,6 +12,7 @@
 #include "apps/calljournal/FilterOptions.h"
 #include "apps/calljournal/JsonText.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/TerminalWidth.h"
 #include "apps/calljournal/TextTable.h"
 #include "host/api-client/ApiClient.h"
@@ -129,7 +130,7 @@ public:
         } else {
             std::cout << describe(statistics);
         }
-        return std::cout.flush().good() ? eDone : eFailed;
+        return statusOfOutput();
     }
 
 private:

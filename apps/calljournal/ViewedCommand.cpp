@@ -7,6 +7,7 @@
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "host/api-client/ApiClient.h"
 
 namespace calljournal {
@@ -36,7 +37,7 @@ public:
         for (const std::string& entry : unknown) {
             printUnknown(entry, ListName::eMissed, common);
         }
-        return unknown.empty() && std::cout.good() ? eDone : eFailed;
+        return statusOfOutput(unknown.empty());
     }
 
 private:

@@ -1,9 +1,13 @@
+#include <poll.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <optional>
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/StopSignal.h"
 #include "apps/calljournal/WatchText.h"
 #include "host/presentation/PlainText.h"
@@ -29,16 +33,23 @@ public:
         for (const std::string& notification : client.takeNotifications()) {
             printInitial(notification);
         }
-        while (const auto notification = client.nextNotification(stop.descriptor())) {
-            print(*notification);
-            if (!std::cout.good()) {
-                break;  // the reader of the output has closed it
+        while (std::cout.good()) {
+            const auto notification = client.nextNotification(stop.descriptor());
+            if (!notification) {
+                break;
             }
+            print(*notification);
         }
-        return eDone;
+        return hasReader() ? statusOfOutput() : eDone;
     }
 
 private:
+    /// False if the standard output is a pipe that its reader has closed.
+    static bool hasReader() {
+        pollfd output{STDOUT_FILENO, 0, 0};
+        return ::poll(&output, 1, 0) <= 0 || (output.revents & POLLERR) == 0;
+    }
+
     /// Prints a notification that a new subscriber gets before any change. Without --json, only the counts
     /// are printed.
     void printInitial(const std::string& notification) const {

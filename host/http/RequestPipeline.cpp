@@ -58,6 +58,9 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
 }
 
 HttpResponse RequestPipeline::process(HttpRequest& request) const {
+    if (!request.hasValidHeaderNames()) {
+        throw HttpError(400, "bad-header", "the name of a header has a character that is not allowed");
+    }
     const bool readable = request.readTarget();
     m_authenticator.checkOrigin(request);
     if (!readable) {

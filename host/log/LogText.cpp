@@ -1,8 +1,8 @@
 #include "host/log/LogText.h"
 
 #include <algorithm>
-#include <cstdint>
 
+#include "host/limits/UnsafeCharacters.h"
 #include "platform/client-utils/Utf8.h"
 
 namespace host {
@@ -11,32 +11,6 @@ namespace {
 bool isPlain(char character) {
     const auto byte = static_cast<unsigned char>(character);
     return byte >= 0x20 && byte < 0x7f;
-}
-
-bool mayStand(std::uint32_t character) {
-    if (character == utf8::kInvalid || character < 0x20 || (character >= 0x7f && character < 0xa0)) {
-        return false;
-    }
-    const bool separates = character == 0x2028 || character == 0x2029;
-    const bool turnsRound =
-        (character >= 0x202a && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069);
-    return !separates && !turnsRound;
-}
-
-void appendEscaped(std::string& line, std::string_view bytes) {
-    static constexpr char kHex[] = "0123456789abcdef";
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        switch (character) {
-            case '\n': line += "\\n"; break;
-            case '\r': line += "\\r"; break;
-            case '\t': line += "\\t"; break;
-            default:
-                line += "\\x";
-                line += kHex[byte >> 4U];
-                line += kHex[byte & 0x0fU];
-        }
-    }
 }
 
 }  // namespace
@@ -60,10 +34,10 @@ std::string escapedLogText(std::string_view text) {
         if (at < text.size()) {
             const utf8::Step step = utf8::next(text, at);
             const std::string_view bytes = text.substr(at, step.length);
-            if (mayStand(step.character)) {
-                line += bytes;
-            } else {
+            if (isUnsafeToPrint(step.character)) {
                 appendEscaped(line, bytes);
+            } else {
+                line += bytes;
             }
             at += step.length;
         }

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "host/limits/UnsafeCharacters.h"
 #include "platform/client-utils/Utf8.h"
 
 namespace host {
@@ -29,41 +30,23 @@ std::size_t columnsOf(std::uint32_t codePoint) {
     return combines || invisible ? 0 : 1;
 }
 
-/// True for characters that move the cursor, change the direction of writing or separate lines, and for
-/// invalid bytes.
-bool isUnsafe(std::uint32_t character) {
-    return character == utf8::kInvalid || character < 0x20 || (character >= 0x7F && character < 0xA0) ||
-           character == 0x2028 || character == 0x2029 || (character >= 0x202A && character <= 0x202E) ||
-           (character >= 0x2066 && character <= 0x2069);
-}
-
-void appendEscaped(std::string& line, std::string_view bytes) {
-    for (const char byte : bytes) {
-        switch (byte) {
-            case '\n': line += "\\n"; break;
-            case '\r': line += "\\r"; break;
-            case '\t': line += "\\t"; break;
-            default: {
-                std::array<char, 5> text{};
-                std::snprintf(text.data(), text.size(), "\\x%02x",
-                              static_cast<unsigned>(static_cast<unsigned char>(byte)));
-                line += text.data();
-            }
-        }
-    }
-}
+/// More marks on one character make no letter of any script.
+constexpr std::size_t kMaxMarks = 8;
 
 }  // namespace
 
 std::string printable(std::string_view text) {
     std::string line;
+    std::size_t marks = 0;
     for (std::size_t at = 0; at < text.size();) {
         const utf8::Step step = utf8::next(text, at);
         const std::string_view bytes = text.substr(at, step.length);
-        if (isUnsafe(step.character)) {
+        if (isUnsafeToPrint(step.character)) {
             appendEscaped(line, bytes);
+            marks = 0;
         } else {
-            line += bytes;
+            marks = columnsOf(step.character) == 0 ? marks + 1 : 0;
+            line += marks > kMaxMarks ? std::string_view() : bytes;
         }
         at += step.length;
     }

@@ -7,8 +7,10 @@
 /// Texts for a terminal. Pure functions; any thread may call.
 namespace host {
 
-/// `text` as one line that is safe to print: control characters, line separators and bytes that are no UTF-8
-/// appear as "\n", "\x1b", "\xff". A caller's name can neither break a table nor control the terminal.
+/// `text` as one line that is safe to print: control characters, line separators, marks of the writing
+/// direction and bytes that are no UTF-8 appear as "\n", "\x1b", "\xff". Of a run of characters without
+/// width, such as accents, the first eight remain. A caller's name can neither break a table nor control the
+/// terminal.
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// The number of columns of a printable text (Unicode Standard Annex 11): most characters have one, East

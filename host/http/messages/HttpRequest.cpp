@@ -103,6 +103,13 @@ bool HttpRequest::readQuery(std::string_view text) {
     return true;
 }
 
+bool HttpRequest::hasValidHeaderNames() const {
+    constexpr std::string_view kTokens = "abcdefghijklmnopqrstuvwxyz0123456789!#$%&'*+-.^_`|~";
+    return std::all_of(headers.begin(), headers.end(), [kTokens](const auto& header) {
+        return header.first.find_first_not_of(kTokens) == std::string::npos;
+    });
+}
+
 const std::string& HttpRequest::valueIn(const std::map<std::string, std::string>& values,
                                         const std::string& name) {
     static const std::string kNone;

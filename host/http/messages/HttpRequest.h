@@ -30,6 +30,9 @@ struct HttpRequest {
     /// or "..", or an escaped "/" in a segment.
     [[nodiscard]] bool readTarget();
 
+    /// True if the names of all headers are tokens (RFC 9110); the HTTP library accepts other ones, too.
+    [[nodiscard]] bool hasValidHeaderNames() const;
+
     // Each returns an empty text for an unknown name.
     [[nodiscard]] const std::string& header(const std::string& name) const { return valueIn(headers, name); }
     [[nodiscard]] const std::string& queryValue(const std::string& name) const {

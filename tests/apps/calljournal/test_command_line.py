@@ -83,6 +83,25 @@ class CommandLineTest(ProgramTest):
         watcher.stdout.close()
         self.assertEqual(watcher.wait(LIMIT), 0)
 
+    def test_output_that_cannot_be_written_is_an_error(self):
+        self.serve(NO_SWITCH)
+        for command in ("list missed", "list missed --json", "settings", "contacts export --format csv", "export missed --format csv",
+                        "stats", "watch"):
+            with open("/dev/full", "w", encoding="utf-8") as full:
+                done = subprocess.run([os.environ["CALLJOURNAL"], *command.split(), "--data", self.data], stdin=subprocess.DEVNULL,
+                                      stdout=full, stderr=subprocess.PIPE, text=True, timeout=LIMIT)
+            self.assertEqual(done.returncode, 1, command)
+            self.assertRegex(done.stderr, "^calljournal: the output cannot be written", command)
+
+    def test_errors_escape_what_controls_a_terminal(self):
+        self.serve(NO_SWITCH)
+        os.mkfifo(self.data + "/\x1b[31m.vcf")
+        for arguments in (["list", "missed", "--data", "\x1b[31m"], ["\x1b[31m"], ["serve", "--config", "\x1b[31m"],
+                          ["contacts", "import", self.data + "/\x1b[31m.vcf", "--data", self.data]):
+            _, _, errors = self.run_program(*arguments)
+            self.assertIn("\\x1b[31m", errors)
+            self.assertNotIn("\x1b", errors)
+
     def test_faults_in_files_and_settings_are_named_with_their_place(self):
         config = self.file("faulty.toml", "[switch]\nhost = 7\n")
         scenario = self.file("faulty.txt", "wait 1s\nring unknown\n")

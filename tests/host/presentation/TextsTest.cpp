@@ -92,6 +92,13 @@ TEST(PlainText, EscapesWhatControlsATerminal) {
         "Ann Müller 日本 😀 two\\nlines\\r\\n \\x1b[31mred \\x7f M\\xfcller \\xc2\\x9b[31m half \\xe2\\x82");
     EXPECT_EQ(printable(std::string("nul\0byte", 8) + " line\u2028separator \u202eturned"),
               "nul\\x00byte line\\xe2\\x80\\xa8separator \\xe2\\x80\\xaeturned");
+    EXPECT_EQ(printable("\u200e\u200f\u061c\U000E0041"),
+              R"(\xe2\x80\x8e\xe2\x80\x8f\xd8\x9c\xf3\xa0\x81\x81)");
+    std::string marks = "e";
+    for (int mark = 0; mark < 180; ++mark) {
+        marks += "\u0301";
+    }
+    EXPECT_EQ(printable(marks + "f\u0301"), marks.substr(0, 17) + "f\u0301");
 }
 
 TEST(PlainText, FillsColumnsAsATerminalDoes) {
