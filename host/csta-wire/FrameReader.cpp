@@ -41,6 +41,11 @@ bool looksLikeFrame(std::string_view bytes) {
     return headerFault(bytes).empty() && (first == '<' || first == '\xEF' || isXmlBlank(first));
 }
 
+/// True for XML whose root element is closed.
+bool isClosedXml(std::string_view bytes) {
+    return bytes.find('<') != std::string_view::npos && missingClosingTag(bytes).empty();
+}
+
 std::optional<std::size_t> searchFrame(std::string_view bytes) {
     for (std::size_t at = bytes.find('\0'); at != std::string_view::npos; at = bytes.find('\0', at + 1)) {
         if (bytes.size() - at <= kHeaderBytes) {
@@ -51,6 +56,20 @@ std::optional<std::size_t> searchFrame(std::string_view bytes) {
         }
     }
     return std::nullopt;
+}
+
+/// The number of bytes of XML in a frame whose length is too large. `std::nullopt` if it is not, or if more
+/// bytes are needed to decide. `bytes` is the stream after the header, `length` the claimed number of them.
+std::optional<std::size_t> lengthBeforeNextFrame(std::string_view bytes, std::size_t length) {
+    const std::size_t zero = bytes.substr(0, length).find('\0');
+    if (zero == std::string_view::npos) {
+        return std::nullopt;
+    }
+    if (isClosedXml(bytes.substr(0, zero))) {
+        return zero;
+    }
+    const std::optional<std::size_t> header = searchFrame(bytes.substr(zero));
+    return header && zero + *header < length ? std::optional(zero + *header) : std::nullopt;
 }
 
 /// The position after the first such tag in `text`; 0 if there is none.
@@ -92,6 +111,10 @@ std::optional<Frame> FrameReader::next() {
             continue;
         }
         const std::size_t length = lengthOf(rest());
+        if (const auto shorter = lengthBeforeNextFrame(rest().substr(kHeaderBytes), length - kHeaderBytes)) {
+            report("the frame's length is too large");
+            return take(*shorter);
+        }
         if (rest().size() < length) {
             return std::nullopt;
         }
@@ -103,6 +126,18 @@ std::optional<Frame> FrameReader::next() {
         return takeFrame(length);
     }
     return std::nullopt;
+}
+
+std::optional<Frame> FrameReader::takeOverdue() {
+    if (m_searching || m_lost || rest().size() <= kHeaderBytes) {
+        return std::nullopt;
+    }
+    const bool isComplete = rest().size() >= lengthOf(rest());
+    if (!isComplete && !isClosedXml(rest().substr(kHeaderBytes))) {
+        return std::nullopt;
+    }
+    report(isComplete ? "the frame's XML is not closed" : "the frame's length is too large");
+    return take(isComplete ? lengthOf(rest()) - kHeaderBytes : rest().size() - kHeaderBytes);
 }
 
 std::vector<std::string> FrameReader::takeFaults() {
@@ -142,12 +177,16 @@ std::optional<Frame> FrameReader::takeFrame(std::size_t length) {
     if (!whole) {
         return std::nullopt;
     }
+    return take(*whole);
+}
+
+Frame FrameReader::take(std::size_t xmlBytes) {
     Frame frame;
-    for (const char digit : bytes.substr(4, 4)) {
+    for (const char digit : rest().substr(4, 4)) {
         frame.invokeId = frame.invokeId * 10 + (digit - '0');
     }
-    frame.xml = bytes.substr(kHeaderBytes, *whole);
-    drop(kHeaderBytes + *whole);
+    frame.xml = rest().substr(kHeaderBytes, xmlBytes);
+    drop(kHeaderBytes + xmlBytes);
     return frame;
 }
 

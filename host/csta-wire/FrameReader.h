@@ -18,7 +18,10 @@ namespace host {
 ///  2. XML that ends before its root element is closed is sent by a peer that counts characters instead of
 ///     bytes. The reader appends the following bytes up to the closing tag. If a header comes first, the XML
 ///     is malformed and is returned unchanged.
-///  3. After too many bytes without a header the stream is lost: reconnect.
+///  3. XML that is complete, or a header that is followed by XML, inside the claimed length: the length is too
+///     large, and the frame ends before the zero byte. Without a further byte the caller takes the complete
+///     XML after a while (`takeOverdue`).
+///  4. After too many bytes without a header the stream is lost: reconnect.
 ///
 /// A segment may contain several frames or a part of one. The reader never buffers more than a frame, a
 /// segment and the search window. Not thread-safe.
@@ -35,6 +38,10 @@ public:
     /// Returns the next frame, or `std::nullopt` if more bytes are needed. Its XML is not checked.
     [[nodiscard]] std::optional<Frame> next();
 
+    /// Returns the buffered frame although more bytes are missing, if its XML is complete or its length has
+    /// come. Call it when no byte has come for a while.
+    [[nodiscard]] std::optional<Frame> takeOverdue();
+
     /// Returns the faults since the last call as log texts; usually empty.
     [[nodiscard]] std::vector<std::string> takeFaults();
     [[nodiscard]] bool isLost() const noexcept { return m_lost; }
@@ -46,6 +53,7 @@ private:
     void drop(std::size_t bytes);
     [[nodiscard]] bool findHeader();
     [[nodiscard]] std::optional<Frame> takeFrame(std::size_t length);
+    [[nodiscard]] Frame take(std::size_t xmlBytes);
     [[nodiscard]] std::optional<std::size_t> lengthWithTail(std::string_view xml, std::string_view following);
     void report(std::string fault);
 

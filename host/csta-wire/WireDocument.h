@@ -27,7 +27,7 @@ enum class MessageKind {
 ///
 /// `parse` refuses a text that is longer than a frame, contains characters that XML forbids or references to
 /// the zero character, is nested deeper than `kMaxDepth`, or has an unknown encoding. Invalid UTF-8 and text
-/// that is declared as ISO 8859-1 are converted from ISO 8859-1.
+/// that is declared as ISO 8859-1 or Windows-1252 are converted from Windows-1252.
 class WireDocument {
 public:
     static constexpr std::size_t kMaxDepth = 64;

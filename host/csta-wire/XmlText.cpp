@@ -1,6 +1,8 @@
 #include "host/csta-wire/XmlText.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/client-utils/Utf8.h"
 
@@ -9,6 +11,12 @@ namespace host {
 namespace {
 
 constexpr const char* kReplacement = "\xEF\xBF\xBD";
+
+/// The characters 0x80 to 0x9F of Windows-1252.
+constexpr std::array<std::uint32_t, 32> kWindows1252{
+    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
 
 /// The length of the first character of `bytes`; 0 for ill-formed UTF-8 and for a character that XML 1.0
 /// forbids.
@@ -68,8 +76,7 @@ std::string utf8FromLatin1(std::string_view bytes) {
         if (value < 0x80) {
             text.push_back(c);
         } else {
-            text.push_back(static_cast<char>(0xC0U | value >> 6U));
-            text.push_back(static_cast<char>(0x80U | (value & 0x3FU)));
+            utf8::append(text, value < 0xA0 ? kWindows1252[value - 0x80] : value);
         }
     }
     return text;

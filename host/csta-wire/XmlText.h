@@ -20,6 +20,7 @@ namespace host {
 /// forbids.
 [[nodiscard]] bool isXmlUtf8(std::string_view bytes) noexcept;
 
+/// Reads 0x80 to 0x9F, which are control characters in ISO 8859-1, as Windows-1252.
 [[nodiscard]] std::string utf8FromLatin1(std::string_view bytes);
 
 /// `text` with the markup characters escaped. Bytes that XML forbids become U+FFFD.

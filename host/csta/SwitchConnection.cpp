@@ -44,7 +44,8 @@ SwitchConnection::SwitchConnection(asio::io_context& io, std::string host, std::
       m_backoff(backoff),
       m_resolver(io),
       m_socket(io),
-      m_timer(io) {}
+      m_timer(io),
+      m_restTimer(io) {}
 
 void SwitchConnection::open() {
     m_open = true;
@@ -148,23 +149,53 @@ void SwitchConnection::read() {
 }
 
 void SwitchConnection::takeFrames(std::size_t received) {
-    const unsigned generation = m_generation;
     m_reader.feed(std::string_view(m_received.data(), received));
-    while (const std::optional<Frame> frame = m_reader.next()) {
-        m_backoff.reset();
-        m_handlers.frame(*frame);
-        if (generation != m_generation) {
-            return;
-        }
-    }
-    for (const std::string& fault : m_reader.takeFaults()) {
-        CSTA_LINK_LOG(3, "from the switch: %s", fault.c_str());
+    if (!handOver(&FrameReader::next)) {
+        return;
     }
     if (m_reader.isLost()) {
         abandon("the byte stream contains no valid message");
         return;
     }
+    awaitRest();
     read();
+}
+
+bool SwitchConnection::handOver(std::optional<Frame> (FrameReader::*next)()) {
+    const unsigned generation = m_generation;
+    while (const std::optional<Frame> frame = (m_reader.*next)()) {
+        m_backoff.reset();
+        m_handlers.frame(*frame);
+        if (generation != m_generation) {
+            return false;
+        }
+    }
+    for (const std::string& fault : m_reader.takeFaults()) {
+        CSTA_LINK_LOG(3, "from the switch: %s", fault.c_str());
+    }
+    return true;
+}
+
+void SwitchConnection::awaitRest() {
+    m_restTimer.cancel();
+    if (m_reader.pendingBytes() == 0) {
+        return;
+    }
+    m_restTimer.expires_after(kOverdue);
+    m_restTimer.async_wait([this, generation = m_generation](std::error_code overdue) {
+        if (overdue || generation != m_generation || !handOver(&FrameReader::takeOverdue) ||
+            m_reader.pendingBytes() == 0) {
+            return;
+        }
+        CSTA_LINK_LOG(3, "the rest of a message does not come; %zu bytes of it are there",
+                      m_reader.pendingBytes());
+        m_restTimer.expires_after(kTornOff - kOverdue);
+        m_restTimer.async_wait([this, generation](std::error_code tornOff) {
+            if (!tornOff && generation == m_generation) {
+                abandon("the rest of a message does not come");
+            }
+        });
+    });
 }
 
 void SwitchConnection::endAttempt() {
@@ -172,6 +203,7 @@ void SwitchConnection::endAttempt() {
     m_connected = false;
     m_resolver.cancel();
     m_timer.cancel();
+    m_restTimer.cancel();
     std::error_code ignored;
     m_socket.close(ignored);
     m_reader = FrameReader();

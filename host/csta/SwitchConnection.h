@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include <asio/io_context.hpp>
@@ -19,7 +20,8 @@ namespace host {
 
 /// The TCP connection to the switch. Reconnects with exponential backoff until `close`. The backoff is reset
 /// only after a message has been received, so a switch that accepts and disconnects at once is not retried
-/// every second.
+/// every second. A message that does not end, although no byte has come for a while, is read as it is if its
+/// XML is complete; otherwise the connection counts as lost, so that the calls are asked for.
 ///
 /// Call from the thread that runs the io_context only; the object must outlive that thread. Handlers run on
 /// the same thread and may call any operation.
@@ -48,6 +50,9 @@ public:
 private:
     // Above this the switch is assumed to have stopped reading.
     static constexpr std::size_t kMaxQueuedBytes = 4U << 20U;
+    // The time without a byte inside a message.
+    static constexpr std::chrono::seconds kOverdue{2};
+    static constexpr std::chrono::seconds kTornOff{30};
 
     void attempt();
     void connect(const asio::ip::tcp::resolver::results_type& endpoints);
@@ -55,6 +60,9 @@ private:
     void limitAttempt();
     void read();
     void takeFrames(std::size_t received);
+    /// Hands over the frames of `next`. Returns false if the connection has ended meanwhile.
+    bool handOver(std::optional<Frame> (FrameReader::*next)());
+    void awaitRest();
     void endAttempt();
 
     const std::string m_host;
@@ -65,6 +73,7 @@ private:
     asio::ip::tcp::resolver m_resolver;
     asio::ip::tcp::socket m_socket;
     asio::steady_timer m_timer;
+    asio::steady_timer m_restTimer;
     // Distinguishes the handlers of the current connection from those of earlier ones.
     unsigned m_generation = 0;
     bool m_connected = false;

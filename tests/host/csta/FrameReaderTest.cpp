@@ -13,10 +13,11 @@ using host::Frame;
 using host::FrameReader;
 using namespace std::string_literals;
 
-/// A frame whose header claims so many bytes less than there are, as a peer does that counts characters.
-std::string frame(int invokeId, std::string_view xml, std::size_t missing = 0) {
+/// A frame whose header claims so many bytes less than there are, as a peer does that counts characters; more
+/// if the number is negative.
+std::string frame(int invokeId, std::string_view xml, int missing = 0) {
     std::string bytes = encodeFrame(invokeId, xml).value();
-    const std::size_t length = bytes.size() - missing;
+    const std::size_t length = bytes.size() - static_cast<std::size_t>(missing);
     bytes[2] = static_cast<char>(static_cast<unsigned char>(length / 256));
     bytes[3] = static_cast<char>(static_cast<unsigned char>(length % 256));
     return bytes;
@@ -59,6 +60,12 @@ TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
         {"a tag cut whole", frame(9999, ann, 12) + good, "9999 " + ann + " 2 <B/> !"},
         {"cut twice in a row", frame(1, ann, 3) + frame(2, ann, 3), "1 " + ann + " 2 " + ann + " !"},
         {"a child named like the root", frame(1, children, 15) + good, "1 " + children + " 2 <B/> !"},
+        {"a length too large by a part of a header", frame(1, ann, -5) + good, "1 " + ann + " 2 <B/> !"},
+        {"a length too large by a frame", frame(1, ann, -80) + good + good + frame(3, ann),
+         "1 " + ann + " 2 <B/> 2 <B/> 3 " + ann + " !"},
+        {"a frame that is cut short", frame(1, ann).substr(0, 30) + good + frame(3, ann),
+         "1 " + ann.substr(0, 22) + " 2 <B/> 3 " + ann + " !"},
+        {"a zero byte in a text", frame(1, "<A>\0</A>"s) + good, "1 <A>\0</A> 2 <B/> "s},
         {"an element that is never closed", frame(1, "<A><b>") + good, "1 <A><b> 2 <B/> "},
     };
     for (const auto& one : cases) {
@@ -85,6 +92,17 @@ TEST(FrameReader, GivesUpAStreamWithoutFrames) {
     EXPECT_TRUE(reader.isLost());
     reader.feed(frame(1, "<A/>"));
     EXPECT_FALSE(reader.next());
+}
+
+TEST(FrameReader, ReturnsAFrameWhoseRestDoesNotComeIfItIsComplete) {
+    FrameReader reader;
+    reader.feed(frame(1, "<A></A>", -100));
+    EXPECT_FALSE(reader.next());
+    EXPECT_EQ(reader.takeOverdue().value_or(Frame()), (Frame{1, "<A></A>"}));
+    reader.feed(frame(2, "<A></A>").substr(0, 14));
+    EXPECT_FALSE(reader.next() || reader.takeOverdue());
+    reader.feed(">");
+    EXPECT_EQ(reader.next().value_or(Frame()), (Frame{2, "<A></A>"}));
 }
 
 TEST(FrameReader, LimitsTheSearchForTheEndOfTruncatedXml) {

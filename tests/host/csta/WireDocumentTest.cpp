@@ -32,6 +32,7 @@ TEST(WireDocument, ReadsTheFormsOfPeersAndRefusesUnsafeText) {
     const std::pair<std::string, std::string> cases[] = {
         {"\xEF\xBB\xBF<A><name>x</name></A>", "x"},
         {"\r\n <A><name> x\n</name></A>", "x"},
+        {"<?xml version='1.0' encoding='windows-1252'?><A><name>\x80\x9F\xFC</name></A>", "€Ÿü"},
         {"<?xml version='1.0' encoding='ISO-8859-1'?><A><name>M\xFCller</name></A>", "M\xC3\xBCller"},
         {"<A><name>M\xFCller</name></A>", "M\xC3\xBCller"},
         {"<A><name>&lt;1&gt; &amp; &#252;&#x20AC;</name></A>", "<1> & \xC3\xBC\xE2\x82\xAC"},
