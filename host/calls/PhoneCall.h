@@ -64,6 +64,9 @@ struct PhoneCall {
     /// The time since which the call is established here.
     std::optional<Time> established;
     Time lastEvent{};
+    /// `Moment::offset` at the first event, or when the call was read from the database; `PhoneCalls` sets
+    /// it.
+    std::optional<std::chrono::nanoseconds> clockOffset;
 };
 
 /// The party at the far end, as far as it is known.

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "host/calls/CallClock.h"
+#include "platform/csta/CSTACallControlEvents.h"
+
 namespace host {
 
 const PhoneCall* PhoneCalls::find(std::string_view device, std::string_view callId) const {
@@ -11,6 +14,10 @@ const PhoneCall* PhoneCalls::find(std::string_view device, std::string_view call
 
 void PhoneCalls::store(PhoneCall call) {
     Key key(call.device, call.callId);
+    if (!call.clockOffset) {
+        const auto known = m_calls.find(key);
+        call.clockOffset = known == m_calls.end() ? Moment::now().offset() : known->second.clockOffset;
+    }
     const PhoneCall& stored = m_calls.insert_or_assign(std::move(key), std::move(call)).first->second;
     updateCount();
     if (m_listener.changed) {
@@ -53,6 +60,16 @@ std::vector<PhoneCall> PhoneCalls::membersOf(std::string_view device, std::strin
         }
     }
     return members;
+}
+
+PhoneCall::Time PhoneCalls::timeOf(const CSTAEvent& event, std::string_view device) const {
+    const PhoneCall* call = nullptr;
+    if (const auto* transferred = dynamic_cast<const CSTATransferredEvent*>(&event)) {
+        call = find(device, transferred->getPrimaryoldcallCallID());
+    } else if (const auto* control = dynamic_cast<const CSTACallControlEvent*>(&event)) {
+        call = find(device, control->getConnectionCallID());
+    }
+    return call == nullptr ? std::chrono::system_clock::now() : timeIn(*call, Moment::now());
 }
 
 void PhoneCalls::updateCount() {

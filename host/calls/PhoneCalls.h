@@ -11,6 +11,8 @@
 
 #include "host/calls/PhoneCall.h"
 
+class CSTAEvent;
+
 namespace host {
 
 /// The live calls of a line, by the monitored device and the call id. The link keeps them on its reader
@@ -43,6 +45,8 @@ public:
     [[nodiscard]] bool isInConference(const PhoneCall& call) const {
         return !call.conferenceId.empty() && find(call.device, call.conferenceId) != nullptr;
     }
+    /// The time now for an event of the device: in the clock of its call (`timeIn`) if that is live.
+    [[nodiscard]] PhoneCall::Time timeOf(const CSTAEvent& event, std::string_view device) const;
     /// The number of calls; a conference is one. Thread-safe.
     [[nodiscard]] std::size_t count() const noexcept { return m_count; }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "host/calls/CallClock.h"
 #include "host/calls/FollowCalls.h"
 #include "host/csta-events/DeviceReader.h"
 #include "host/csta-events/EventBuilder.h"
@@ -21,8 +22,8 @@ constexpr std::size_t kMaxOthers = 64;
 
 }  // namespace
 
-EventReader::EventReader(std::string ownDevice, PhoneCalls& calls, Now now)
-    : m_ownDevice(std::move(ownDevice)), m_calls(calls), m_now(std::move(now)) {}
+EventReader::EventReader(std::string ownDevice, PhoneCalls& calls)
+    : m_ownDevice(std::move(ownDevice)), m_calls(calls) {}
 
 std::string EventReader::crossRefIdOf(const WireDocument& document) {
     return childText(document.root(), "monitorCrossRefID");
@@ -106,7 +107,8 @@ void EventReader::ringAfterTransfer(std::vector<PhoneEvent>& events, const Event
 void EventReader::add(std::vector<PhoneEvent>& events, PhoneEvent event, const std::string& device,
                       std::optional<int> cause) {
     if (!event.time) {
-        event.time = m_now();  // the journal and the noted call have the same time
+        event.time =
+            m_calls.timeOf(*event.event, device);  // the journal and the noted call have the same time
     }
     follow(m_calls, *event.event, device, *event.time, cause);
     events.push_back(std::move(event));
@@ -155,7 +157,7 @@ void EventReader::noteOther(const EventContext& context, const std::string& devi
 
 void EventReader::noteDropped(const PhoneCall& known, const EventContext& context) {
     PhoneCall call = known;
-    call.lastEvent = m_now();
+    call.lastEvent = timeIn(call, Moment::now());
     call.unconfirmed = false;
     if (context.event == WireEvent::eEstablished && call.role == PhoneRole::eRinging) {
         call.elsewhere = true;

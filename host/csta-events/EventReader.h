@@ -1,7 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,10 +30,8 @@ struct EventSource {
 /// Reads members by local name, in any order; missing members become empty. Not thread-safe.
 class EventReader {
 public:
-    using Now = std::function<PhoneCall::Time()>;
-
     /// `calls` is borrowed and outlives the reader.
-    EventReader(std::string ownDevice, PhoneCalls& calls, Now now = &std::chrono::system_clock::now);
+    EventReader(std::string ownDevice, PhoneCalls& calls);
 
     /// The switch's id of the monitor that the event belongs to.
     [[nodiscard]] static std::string crossRefIdOf(const WireDocument& document);
@@ -59,7 +55,6 @@ private:
 
     const std::string m_ownDevice;
     PhoneCalls& m_calls;
-    const Now m_now;
 };
 
 }  // namespace host

@@ -18,9 +18,9 @@ namespace host {
 ///  2. XML that ends before its root element is closed is sent by a peer that counts characters instead of
 ///     bytes. The reader appends the following bytes up to the closing tag. If a header comes first, the XML
 ///     is malformed and is returned unchanged.
-///  3. XML that is complete, or a header that is followed by XML, inside the claimed length: the length is too
-///     large, and the frame ends before the zero byte. Without a further byte the caller takes the complete
-///     XML after a while (`takeOverdue`).
+///  3. XML that is complete, or a header that is followed by XML, inside the claimed length: the length is
+///     too large, and the frame ends before the zero byte. Without a further byte the caller takes the
+///     complete XML after a while (`takeOverdue`).
 ///  4. After too many bytes without a header the stream is lost: reconnect.
 ///
 /// A segment may contain several frames or a part of one. The reader never buffers more than a frame, a

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "host/calls/CallClock.h"
 #include "host/calls/FollowCalls.h"
 #include "host/csta-events/EventBuilder.h"
 #include "host/csta-events/SnapshotRules.h"
@@ -62,7 +63,7 @@ void CallSynchronisation::monitorAccepted(const WantedMonitor& monitor) {
 }
 
 void CallSynchronisation::monitorStarted(const WantedMonitor& monitor) {
-    m_snapshots.ofDevice(deviceAtSwitch(monitor), [this, id = monitor.crossRefId, asked = now()](
+    m_snapshots.ofDevice(deviceAtSwitch(monitor), [this, id = monitor.crossRefId, asked = Moment::now()](
                                                       const std::optional<DeviceSnapshot>& snapshot) {
         if (snapshot) {
             apply(id, asked, *snapshot);
@@ -184,7 +185,8 @@ void CallSynchronisation::fileNoted(const WantedMonitor& monitor) {
     }
 }
 
-void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const DeviceSnapshot& snapshot) {
+void CallSynchronisation::apply(const std::string& crossRefId, const Moment& asked,
+                                const DeviceSnapshot& snapshot) {
     const WantedMonitor* monitor = m_monitors.find(crossRefId);
     if (monitor == nullptr) {
         return;
@@ -206,7 +208,7 @@ void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const
         const bool isLive =
             m_calls.find(call.device, call.callId) != nullptr;  // may have ended in a conference
         if (isLive && !m_calls.isInConference(call) && !present.contains(call.callId) &&
-            call.lastEvent < asked) {
+            call.lastEvent < timeIn(call, asked)) {
             end(call);
         }
     }
@@ -214,7 +216,7 @@ void CallSynchronisation::apply(const std::string& crossRefId, Time asked, const
 
 /// A call that an event has introduced since needs no snapshot.
 void CallSynchronisation::askForCall(const WantedMonitor& monitor,
-                                     const DeviceSnapshot::Connection& connection, Time asked) {
+                                     const DeviceSnapshot::Connection& connection, const Moment& asked) {
     m_snapshots.ofCall(connection.callId, deviceAtSwitch(monitor), readerFor(monitor),
                        [this, id = monitor.crossRefId, connection, asked,
                         wasKnown = m_calls.find(deviceOf(monitor), connection.callId) !=
@@ -229,7 +231,7 @@ void CallSynchronisation::askForCall(const WantedMonitor& monitor,
 }
 
 void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection,
-                                Time asked, const CallSnapshot& snapshot) {
+                                const Moment& asked, const CallSnapshot& snapshot) {
     const std::string device = deviceOf(monitor);
     std::optional<PhoneCall> call = callFrom(connection, snapshot, device);
     const PhoneCall* known = m_calls.find(device, connection.callId);
@@ -237,7 +239,7 @@ void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapsh
         return;
     }
     // Events that have arrived since are newer than the device's snapshot, but not than this response.
-    const bool hasEvent = known != nullptr && known->lastEvent >= asked;
+    const bool hasEvent = known != nullptr && known->lastEvent >= timeIn(*known, asked);
     if (known != nullptr && !hasEvent && isOtherCall(*known, *call, snapshot)) {
         end(PhoneCall(*known));
         known = nullptr;
@@ -287,7 +289,7 @@ void CallSynchronisation::end(const PhoneCall& call) {
 
 void CallSynchronisation::give(const WantedMonitor& monitor, const std::string& device, PhoneEvent event) {
     if (!event.time) {
-        event.time = now();
+        event.time = m_calls.timeOf(*event.event, device);
     }
     follow(m_calls, *event.event, device, *event.time);
     std::vector<PhoneEvent> events;
@@ -319,7 +321,8 @@ void CallSynchronisation::confirmCalls() {
 }
 
 bool CallSynchronisation::isSilent(const PhoneCall& call) const {
-    return !m_calls.isInConference(call) && now() - call.lastEvent > m_config.callMaxAge;
+    return !m_calls.isInConference(call) &&
+           timeIn(call, Moment::now()) - call.lastEvent > m_config.callMaxAge;
 }
 
 /// Asks the switch if a call without events is still up. Without a snapshot the call ends.
@@ -343,7 +346,7 @@ void CallSynchronisation::endSilentCalls() {
 void CallSynchronisation::askForSilentCalls(const WantedMonitor& monitor) {
     m_snapshots.ofDevice(deviceAtSwitch(monitor),
                          [this, id = monitor.crossRefId, device = deviceOf(monitor),
-                          asked = now()](const std::optional<DeviceSnapshot>& snapshot) {
+                          asked = Moment::now()](const std::optional<DeviceSnapshot>& snapshot) {
                              if (!snapshot) {
                                  endSilentCalls(device);
                                  return;
@@ -351,7 +354,7 @@ void CallSynchronisation::askForSilentCalls(const WantedMonitor& monitor) {
                              apply(id, asked, *snapshot);
                              for (PhoneCall& call : callsOf(device)) {
                                  if (isSilent(call)) {
-                                     call.lastEvent = now();
+                                     call.lastEvent = timeIn(call, Moment::now());
                                      m_calls.store(std::move(call));
                                  }
                              }

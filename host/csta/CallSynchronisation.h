@@ -10,6 +10,7 @@
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
 
+#include "host/calls/CallClock.h"
 #include "host/calls/LiveCallStoreIfc.h"
 #include "host/calls/PhoneCallEvents.h"
 #include "host/calls/PhoneCalls.h"
@@ -78,10 +79,11 @@ private:
     void replay(const WantedMonitor& monitor, const PhoneCall& call);
     void fileNoted(const WantedMonitor& monitor);
 
-    void apply(const std::string& crossRefId, Time asked, const DeviceSnapshot& snapshot);
-    void askForCall(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection, Time asked);
-    void apply(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection, Time asked,
-               const CallSnapshot& snapshot);
+    void apply(const std::string& crossRefId, const Moment& asked, const DeviceSnapshot& snapshot);
+    void askForCall(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection,
+                    const Moment& asked);
+    void apply(const WantedMonitor& monitor, const DeviceSnapshot::Connection& connection,
+               const Moment& asked, const CallSnapshot& snapshot);
     void begin(const WantedMonitor& monitor, const PhoneCall& call);
     void establish(const WantedMonitor& monitor, PhoneCall call);
     void end(const PhoneCall& call);
