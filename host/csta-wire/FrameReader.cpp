@@ -58,18 +58,22 @@ std::optional<std::size_t> searchFrame(std::string_view bytes) {
     return std::nullopt;
 }
 
-/// The number of bytes of XML in a frame whose length is too large. `std::nullopt` if it is not, or if more
-/// bytes are needed to decide. `bytes` is the stream after the header, `length` the claimed number of them.
+/// The number of bytes of XML in a frame whose length is too large; `length` if it is not; `std::nullopt` if
+/// more bytes are needed to decide. `bytes` is the stream after the header, `length` the claimed number.
 std::optional<std::size_t> lengthBeforeNextFrame(std::string_view bytes, std::size_t length) {
     const std::size_t zero = bytes.substr(0, length).find('\0');
     if (zero == std::string_view::npos) {
-        return std::nullopt;
+        return length;
     }
     if (isClosedXml(bytes.substr(0, zero))) {
         return zero;
     }
-    const std::optional<std::size_t> header = searchFrame(bytes.substr(zero));
-    return header && zero + *header < length ? std::optional(zero + *header) : std::nullopt;
+    if (const std::optional<std::size_t> header = searchFrame(bytes.substr(zero))) {
+        return std::min(zero + *header, length);
+    }
+    // The last bytes of the frame may be the first of a header.
+    const std::size_t last = bytes.substr(0, length).rfind('\0');
+    return bytes.size() - last > kHeaderBytes ? std::optional(length) : std::nullopt;
 }
 
 /// The position after the first such tag in `text`; 0 if there is none.
@@ -111,11 +115,13 @@ std::optional<Frame> FrameReader::next() {
             continue;
         }
         const std::size_t length = lengthOf(rest());
-        if (const auto shorter = lengthBeforeNextFrame(rest().substr(kHeaderBytes), length - kHeaderBytes)) {
+        const std::optional<std::size_t> xmlBytes =
+            lengthBeforeNextFrame(rest().substr(kHeaderBytes), length - kHeaderBytes);
+        if (xmlBytes && kHeaderBytes + *xmlBytes < length) {
             report("the frame's length is too large");
-            return take(*shorter);
+            return take(*xmlBytes);
         }
-        if (rest().size() < length) {
+        if (!xmlBytes || rest().size() < length) {
             return std::nullopt;
         }
         if (length == kHeaderBytes) {

@@ -65,6 +65,8 @@ TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
          "1 " + ann + " 2 <B/> 2 <B/> 3 " + ann + " !"},
         {"a frame that is cut short", frame(1, ann).substr(0, 30) + good + frame(3, ann),
          "1 " + ann.substr(0, 22) + " 2 <B/> 3 " + ann + " !"},
+        {"a frame that is cut short by less than a header", frame(1, ann.substr(0, 22), -5) + good + good,
+         "1 " + ann.substr(0, 22) + " 2 <B/> 2 <B/> !"},
         {"a zero byte in a text", frame(1, "<A>\0</A>"s) + good, "1 <A>\0</A> 2 <B/> "s},
         {"an element that is never closed", frame(1, "<A><b>") + good, "1 <A><b> 2 <B/> "},
     };
