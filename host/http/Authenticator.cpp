@@ -18,19 +18,20 @@ std::string lowered(std::string text) {
     return text;
 }
 
-/// "localhost" of "localhost:8080", "::1" of "[::1]:8080".
-std::string hostOf(const std::string& hostAndPort) {
-    if (!hostAndPort.empty() && hostAndPort.front() == '[') {
-        const std::size_t end = hostAndPort.find(']');
-        return end == std::string::npos ? std::string() : hostAndPort.substr(1, end - 1);
-    }
-    return hostAndPort.substr(0, hostAndPort.find(':'));
-}
-
 bool isAddress(const std::string& host) {
     std::array<unsigned char, sizeof(in6_addr)> ignored{};
     return inet_pton(AF_INET, host.c_str(), ignored.data()) == 1 ||
            inet_pton(AF_INET6, host.c_str(), ignored.data()) == 1;
+}
+
+/// "localhost" of "localhost:8080", "::1" of "[::1]:8080".
+std::string hostOf(const std::string& hostAndPort) {
+    if (!hostAndPort.empty() && hostAndPort.front() == '[') {
+        const std::size_t end = hostAndPort.find(']');
+        const std::string host = hostAndPort.substr(1, end == std::string::npos ? end : end - 1);
+        return end != std::string::npos && isAddress(host) ? host : std::string();
+    }
+    return hostAndPort.substr(0, hostAndPort.find(':'));
 }
 
 bool isWildcard(const std::string& host) {

@@ -105,6 +105,8 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
         GET  | /broken              | authorization: Bearer secret                         | 500
         GET  | /open                | host: LOCALHOST:9000                                 | 200
         GET  | /open                | host: 127.0.0.1.evil.example                         | 403
+        GET  | /open                | f oo: b                                              | 400
+        GET  | /open                | host: [localhost]                                    | 403
         GET  | /open                | origin: http://127.0.0.1:80                          | 200
         GET  | /open                | origin: http://127.0.0.1:81                          | 403
         GET  | /open                | origin: null                                         | 403
