@@ -99,9 +99,10 @@ std::vector<std::string> PowerCuts::faultsOf(const Run& run, std::size_t cut, co
     std::vector<std::string> found;
     DatabaseWork work(std::make_shared<SimulatedDisk>(files), m_file);
     const std::string state = work.state();
-    // An eviction need not be on the disk, which loses no information.
+    // An eviction need not be on the disk, which loses no information; a request without effect is not
+    // written.
     auto first = last;
-    while (first != run.points.begin() && first->wasEviction) {
+    while (first != run.points.begin() && (first->wasEviction || first->state == std::prev(first)->state)) {
         --first;
     }
     const auto end = next == run.points.end() ? next : std::next(next);
