@@ -66,9 +66,6 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
     if (!readable) {
         throw HttpError(400, "bad-target", "this is no address that is served here");
     }
-    if (!request.hasValidHeaderNames()) {
-        throw HttpError(400, "bad-header", "the request has a header whose name is not valid");
-    }
     if (auto signedIn = m_authenticator.signIn(request)) {
         return std::move(*signedIn);
     }

@@ -8,9 +8,6 @@
 namespace host {
 namespace {
 
-/// RFC 9110, section 5.6.2; names are in lower case.
-constexpr std::string_view kTokenCharacters = "abcdefghijklmnopqrstuvwxyz0123456789!#$%&'*+-.^_`|~";
-
 std::optional<char> escapedByte(std::string_view digits) {
     unsigned char byte = 0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
@@ -85,12 +82,6 @@ bool HttpRequest::readTarget() {
     query.clear();
     repeatedParameter.clear();
     return question == std::string_view::npos || readQuery(whole.substr(question + 1));
-}
-
-bool HttpRequest::hasValidHeaderNames() const {
-    return std::all_of(headers.begin(), headers.end(), [](const auto& header) {
-        return !header.first.empty() && header.first.find_first_not_of(kTokenCharacters) == std::string::npos;
-    });
 }
 
 bool HttpRequest::readQuery(std::string_view text) {

@@ -29,9 +29,6 @@ struct HttpRequest {
     /// Parses `target`. False for an invalid target: not absolute, a broken escape, a control character, "."
     /// or "..", or an escaped "/" in a segment.
     [[nodiscard]] bool readTarget();
-    /// False if a header name has a character that no name may have, such as a blank: another reader of the
-    /// same bytes could take that line for another header.
-    [[nodiscard]] bool hasValidHeaderNames() const;
 
     /// True if the names of all headers are tokens (RFC 9110); the HTTP library accepts other ones, too.
     [[nodiscard]] bool hasValidHeaderNames() const;
