@@ -162,11 +162,13 @@ std::optional<sys_seconds> anyTime(std::string_view text, const TimeReading& rea
 std::optional<sys_seconds> timeOf(std::string_view text, const TimeReading& reading) {
     const auto time =
         reading.format.empty() ? anyTime(text, reading) : inOwnFormat(std::string(text), reading);
-    return time && *time >= sys_seconds() ? time : std::nullopt;
+    constexpr std::chrono::sys_days kEnd = std::chrono::year(10000) / 1 / 1;
+    return time && *time >= sys_seconds() && *time < kEnd ? time : std::nullopt;
 }
 
 std::optional<seconds> durationOf(std::string_view text) {
     constexpr std::size_t kMaxDigits = 9;
+    constexpr std::int64_t kMaxDuration = 999'999'999;
     Scanner scanner(text);
     const auto first = scanner.number(1, kMaxDigits);
     if (!first) {
@@ -181,7 +183,7 @@ std::optional<seconds> durationOf(std::string_view text) {
         total = total * 60 + *part;
     }
     skipFraction(scanner);
-    return scanner.atEnd() ? std::optional(seconds(total)) : std::nullopt;
+    return scanner.atEnd() && total <= kMaxDuration ? std::optional(seconds(total)) : std::nullopt;
 }
 
 std::string durationText(seconds duration) {

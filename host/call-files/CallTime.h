@@ -23,11 +23,11 @@ struct TimeReading {
 ///     1795238525 and 1795238525123 (seconds and milliseconds since 1970)
 ///
 /// with or without seconds, a fraction and a zone (Z or an offset). std::nullopt for any other text, and for
-/// a time before 1970.
+/// a time before 1970 or after the year 9999.
 [[nodiscard]] std::optional<std::chrono::sys_seconds> timeOf(std::string_view text,
                                                              const TimeReading& reading);
 
-/// Reads "75", "75.4", "1:15" or "0:01:15"; std::nullopt for any other text.
+/// Reads "75", "75.4", "1:15" or "0:01:15"; std::nullopt for any other text, and for 10^9 seconds or more.
 [[nodiscard]] std::optional<std::chrono::seconds> durationOf(std::string_view text);
 
 /// "1:15", or "1:01:15" from an hour on.
