@@ -1,7 +1,7 @@
 # The settings of every target of the project.
 
 option(JOURNAL_TESTS "Build the tests" ON)
-option(JOURNAL_FUZZ "Build the fuzz targets (clang only)" OFF)
+option(JOURNAL_FUZZ "Link the fuzz targets with libFuzzer (clang only)" OFF)
 option(JOURNAL_PCH "Precompile the headers that many sources share" ON)
 set(JOURNAL_SANITIZE "" CACHE STRING "The value of -fsanitize=, for example address,undefined")
 

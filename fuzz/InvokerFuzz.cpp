@@ -1,17 +1,17 @@
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <deque>
 #include <string>
 
+#include "fuzz/support/Property.h"
 #include "journalservice/JournalService.h"
 #include "journalservice/JournalServiceInvoker.h"
+#include "platform/client-utils/Utf8.h"
 #include "platform/framework/Context.h"
 #include "platform/framework/InvokerResponse.h"
 #include "platform/hardware/HardwareVersion.h"
 #include "platform/journal-library/ClientRequest.h"
 #include "platform/journal-library/JournalServiceHelper.h"
-#include "platform/logging/Logging.h"
 
 // Feeds any bytes of a remote client to the invoker. Each message must get exactly one response, and the next
 // valid request must still return its list.
@@ -19,11 +19,6 @@
 int HardwareVersion::getHWSubPlatformVariant() noexcept {
     return 0;
 }
-bool loggingOnAppUni(const char* /*component*/, int /*level*/) noexcept {
-    return false;
-}
-void logAppUni(const char* /*component*/, const char* /*sourceFile*/, int /*level*/, int /*line*/,
-               const char* /*format*/, ...) noexcept {}
 
 namespace {
 
@@ -57,9 +52,8 @@ struct Phone {
     std::string handle(const char* message, std::size_t size) {
         Response response;
         invoker.handleMessage(&journal, message, static_cast<int>(size), &response);
-        if (response.completions != 1) {
-            std::abort();
-        }
+        fuzz::require(response.completions == 1, "a message has not one response");
+        fuzz::require(utf8::isXmlText(response.payload), "a response has bytes that XML forbids");
         return response.payload;
     }
 
@@ -75,8 +69,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     phone.handle(reinterpret_cast<const char*>(data), size);
     const std::string valid = journalxml::buildRequest(journalxml::MethodId::eGetMissedCallList);
     std::deque<MissedCallItem> list;
-    if (!JournalServiceHelper::parseXMLMissedCallList(phone.handle(valid.data(), valid.size()), list)) {
-        std::abort();
-    }
+    fuzz::require(
+        JournalServiceHelper::parseXMLMissedCallList(phone.handle(valid.data(), valid.size()), list),
+        "a valid request after it fails");
     return 0;
 }

@@ -1,10 +1,10 @@
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <string>
 
+#include "fuzz/support/Property.h"
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactWriter.h"
 
@@ -19,11 +19,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             if (!record->refusal.empty()) {
                 continue;
             }
-            std::istringstream card(host::contactFileEntry(host::ContactFormat::eVCard, record->contact));
+            const std::string text = host::contactFileEntry(host::ContactFormat::eVCard, record->contact);
+            fuzz::requireUtf8(text, "a card is not UTF-8");
+            fuzz::require(!fuzz::hasControlCharacters(text), "a card has control characters");
+            std::istringstream card(text);
             const auto again = host::makeContactReader(card, host::ContactFormat::eVCard)->next();
-            if (!again || !again->refusal.empty() || !(again->contact == record->contact)) {
-                std::abort();
-            }
+            fuzz::require(again && again->refusal.empty() && again->contact == record->contact,
+                          "a contact that was written as a card is read as another one");
         }
     } catch (const host::ContactFileError&) {
         return 0;

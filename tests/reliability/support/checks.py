@@ -2,6 +2,7 @@
 
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tomllib
@@ -17,8 +18,11 @@ def read_checks():
 
 
 def build(root, preset, check):
-    """Builds the program and the check in the tree `root`; raises CalledProcessError."""
-    targets = ["calljournal", *check.get("targets", [])]
+    """Builds the program and the check in the tree `root`; raises CalledProcessError. Ends the process if it needs what is missing."""
+    for program, package_list in check.get("needs", {}).items() if preset == check.get("preset") else []:
+        if not shutil.which(program):
+            sys.exit("%s is missing: tools/setup %s installs it" % (program, package_list))
+    targets = [*(["calljournal"] if check.get("program", True) else []), *check.get("targets", [])]
     subprocess.run([root / "tools/build", preset, *targets], check=True, stdout=subprocess.DEVNULL)
 
 
