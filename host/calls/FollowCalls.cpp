@@ -174,6 +174,8 @@ public:
         if (reachesPartner && !call.partner.number.empty()) {
             (call.outgoing ? call.called : call.calling) = call.partner;
         }
+        call.offered = event.getType() == CSTAEventCode::eOffered ||
+                       (call.offered && event.getType() == CSTAEventCode::eQueued);
         call.held = event.getLocalConnectionInfo() == CSTA_LCS_Hold;
         call.lastEvent = m_now;
         call.unconfirmed = false;

@@ -35,6 +35,8 @@ struct PhoneCall {
     bool conference = false;
     /// The call id of the conference that the call is in, and with which it ends; empty for none.
     std::string conferenceId;
+    /// The call has been offered, but does not ring yet. Not noted in the database.
+    bool offered = false;
     /// The switch has marked the call as missed.
     bool markedMissed = false;
     /// The phone has placed the call to pick another one up.

@@ -252,6 +252,8 @@ void CallSynchronisation::apply(const WantedMonitor& monitor, const DeviceSnapsh
             call->outgoing = known->outgoing;
         }
         establish(monitor, *call);
+    } else if (known->offered && call->role == PhoneRole::eRinging) {
+        give(monitor, device, {ringingEvent(*known, monitor.crossRefId)});
     }
 }
 

@@ -53,9 +53,9 @@ PhoneUnderTest::PhoneUnderTest(const PhoneType& type, std::uint16_t switchPort)
     m_observer.setDuring([this](const journaltest::Callback& callback) {
         if (const auto* missed = std::get_if<MissedCallItem>(&callback.item)) {
             const std::lock_guard lock(m_mutex);
-            m_lastMissed = missed->getMissedCallInfoList().empty()
-                               ? std::string()
-                               : missed->getMissedCallInfoList().front().getNumber();
+            for (const auto& call : missed->getMissedCallInfoList()) {
+                m_missed.insert(call.getNumber());
+            }
             m_changed.notify_all();
         }
     });
@@ -67,9 +67,17 @@ PhoneUnderTest::~PhoneUnderTest() {
     m_line->stop();
 }
 
-bool PhoneUnderTest::awaitMissed(const std::string& number) {
+bool PhoneUnderTest::awaitMissed(const std::string& number, std::chrono::milliseconds timeout) {
     std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, std::chrono::seconds(20), [&] { return m_lastMissed == number; });
+    return m_changed.wait_for(lock, timeout, [&] { return m_missed.contains(number); });
+}
+
+void PhoneUnderTest::clear() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_missed.clear();
+    }
+    m_journal->deleteAllCalls();
 }
 
 Entries PhoneUnderTest::entriesWithout(const std::string& number) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 
 #include "host/database/Database.h"
@@ -25,11 +27,13 @@ public:
     PhoneUnderTest(const PhoneUnderTest&) = delete;
     PhoneUnderTest& operator=(const PhoneUnderTest&) = delete;
 
-    /// Waits until the journal has a missed call of that number. False after 20 s.
-    [[nodiscard]] bool awaitMissed(const std::string& number);
+    /// Waits until the journal has filed a missed call of that number since `clear`. False after the timeout.
+    [[nodiscard]] bool awaitMissed(const std::string& number,
+                                   std::chrono::milliseconds timeout = std::chrono::seconds(20));
     /// The entries of the four lists, without the missed ones of `number`.
     [[nodiscard]] Entries entriesWithout(const std::string& number);
-    void clear() { m_journal->deleteAllCalls(); }
+    [[nodiscard]] JournalServiceIfc& journal() { return *m_journal; }
+    void clear();
 
 private:
     TemporaryDirectory m_directory;
@@ -43,7 +47,7 @@ private:
     // Guarded by m_mutex.
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::string m_lastMissed;
+    std::set<std::string> m_missed;
 };
 
 }  // namespace reliability

@@ -67,7 +67,8 @@ std::vector<std::string> RandomCalls::run() {
     std::vector<std::string> differences;
     for (std::size_t number = 0;
          number < m_settings.calls && differences.size() < m_settings.maxDifferences;) {
-        const std::size_t count = std::min(m_settings.calls - number, 1 + m_dice.below(3));
+        const std::size_t count =
+            m_settings.single ? 1 : std::min(m_settings.calls - number, 1 + m_dice.below(3));
         std::vector<Numbered> stories;
         for (std::size_t each = 0; each < count; ++each, ++number) {
             stories.push_back(make(number, count == 1));
@@ -157,7 +158,8 @@ RandomCalls::Numbered RandomCalls::make(std::size_t number, bool alone) {
     settings.excluded = m_settings.excluded;
     Numbered made{number, StoryMaker(m_office, settings).make(), {}};
     Dice dice(settings.seed + 1);
-    if (alone && made.story.plain && dice.chance(40) && !m_settings.excluded.contains("lost-link")) {
+    if (alone && made.story.plain && dice.chance(m_settings.lostLinks) &&
+        !m_settings.excluded.contains("lost-link")) {
         addGap(made, std::move(settings), dice);
     }
     return made;

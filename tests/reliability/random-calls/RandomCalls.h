@@ -21,6 +21,10 @@ struct RunSettings {
     Dialect dialect;
     std::uint64_t seed = 1;
     std::size_t calls = 0;
+    /// The calls in which the link is lost, in percent of those in which it may be.
+    std::size_t lostLinks = 40;
+    /// Plays no two calls at a time.
+    bool single = false;
     /// Plays only the call with this number.
     std::optional<std::size_t> only;
     /// Reports its log, too.

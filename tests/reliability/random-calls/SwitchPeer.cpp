@@ -58,7 +58,11 @@ bool SwitchPeer::connect() {
         m_snapshotSent = false;
         m_callsTold.clear();
     }
-    m_reader = std::thread([this] { serve(); });
+    m_isOpen = true;
+    m_reader = std::thread([this] {
+        serve();
+        m_isOpen = false;
+    });
     return await([this] { return !m_crossRefId.empty(); });
 }
 
@@ -102,12 +106,18 @@ void SwitchPeer::setCalls(std::vector<Call> calls, const Dialect& dialect) {
 void SwitchPeer::send(const CallEvent& event, const Dialect& dialect, std::vector<Call> calls) {
     const std::lock_guard order(m_writeMutex);
     setCalls(std::move(calls), dialect);
-    std::string crossRefId;
-    {
-        const std::lock_guard lock(m_mutex);
-        crossRefId = m_crossRefId;
-    }
-    write(kEventInvokeId, writeEvent(event, dialect, crossRefId));
+    write(kEventInvokeId, writeEvent(event, dialect, crossRefId()));
+}
+
+void SwitchPeer::sendBytes(std::string_view bytes) {
+    const std::lock_guard order(m_writeMutex);
+    asio::error_code ignored;
+    asio::write(m_socket, asio::buffer(bytes), ignored);
+}
+
+std::string SwitchPeer::crossRefId() {
+    const std::lock_guard lock(m_mutex);
+    return m_crossRefId;
 }
 
 void SwitchPeer::serve() {

@@ -2,10 +2,12 @@
 
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -38,6 +40,12 @@ public:
 
     /// Sends the event, after which snapshots show those calls.
     void send(const CallEvent& event, const Dialect& dialect, std::vector<Call> calls = {});
+    /// Sends any bytes.
+    void sendBytes(std::string_view bytes);
+    /// The id of the monitor of the own number.
+    [[nodiscard]] std::string crossRefId();
+    /// False after the phone has disconnected.
+    [[nodiscard]] bool isOpen() const { return m_isOpen; }
 
 private:
     void serve();
@@ -57,6 +65,8 @@ private:
 
     /// Held while a message is made and written: a response shows the calls as of the events before it.
     std::mutex m_writeMutex;
+
+    std::atomic<bool> m_isOpen{false};
 
     // Used by the reader thread only.
     int m_monitors = 0;
