@@ -68,7 +68,7 @@ struct PhoneCall {
     Time lastEvent{};
     /// `Moment::offset` at the first event, or when the call was read from the database; `PhoneCalls` sets
     /// it.
-    std::optional<std::chrono::nanoseconds> clockOffset;
+    std::optional<std::chrono::nanoseconds> clockOffset{};
 };
 
 /// The party at the far end, as far as it is known.

@@ -9,6 +9,7 @@
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/LinkLog.h"
 #include "host/csta/SystemStatusValues.h"
+#include "host/framework/EventLoop.h"
 #include "platform/csta/CSTAResponses.h"
 
 namespace host {
@@ -31,7 +32,7 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
       m_monitors(m_config, m_io, *this, post, [this] { updateStatus(); }),
       m_discovery(m_config, m_io, *this, m_messages,
                   [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
-      m_thread([this] { m_io.run(); }),
+      m_thread([this] { runLoop(m_io); }),
       m_readerId(m_thread.get_id()) {}
 
 CstaLinkImpl::~CstaLinkImpl() {

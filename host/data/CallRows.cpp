@@ -1,6 +1,8 @@
 #include "host/data/CallRows.h"
 
 #include <algorithm>
+#include <array>
+#include <ctime>
 #include <list>
 #include <type_traits>
 
@@ -28,7 +30,7 @@ constexpr const char* kFindByEntry =
 
 constexpr const char* kReadOne = R"sql(
 SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
-WHERE line = ? AND list = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
+WHERE line = ? AND list = ? ORDER BY sort_key > ?, sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
 
 constexpr const char* kOldest = R"sql(
@@ -57,7 +59,7 @@ WHERE line = ? AND list = ? AND id = ?
 
 constexpr const char* kReadAll = R"sql(
 SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
-WHERE line = ? ORDER BY sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
+WHERE line = ? ORDER BY sort_key > ?, sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
 
 std::int32_t numberOf(ListName list) {
@@ -233,16 +235,28 @@ std::int64_t CallRows::count(ListName list) {
     return rows.bind(m_line).bind(numberOf(list)).next() ? rows.number() : 0;
 }
 
+std::string CallRows::latestSortKey() {
+    constexpr std::chrono::hours kOtherZones{24};
+    const std::time_t time =
+        std::chrono::system_clock::to_time_t(std::chrono::system_clock::now() + kOtherZones);
+    std::tm fields{};
+    std::array<char, 32> text{};
+    return gmtime_r(&time, &fields) == nullptr
+               ? std::string()
+               : std::string(text.data(),
+                             std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &fields));
+}
+
 void CallRows::read(ListName list, std::int64_t offset, std::int64_t limit,
                     journalxml::ListDocument& document) {
     Query rows = m_session.query(kReadOne);
-    rows.bind(m_line).bind(numberOf(list)).bind(limit).bind(offset);
+    rows.bind(m_line).bind(numberOf(list)).bind(latestSortKey()).bind(limit).bind(offset);
     addTo(document, rows);
 }
 
 void CallRows::readAll(std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document) {
     Query rows = m_session.query(kReadAll);
-    rows.bind(m_line).bind(limit).bind(offset);
+    rows.bind(m_line).bind(latestSortKey()).bind(limit).bind(offset);
     addTo(document, rows);
 }
 

@@ -74,6 +74,9 @@ public:
     /// The number of items in the list.
     [[nodiscard]] std::int64_t count(ListName list);
     [[nodiscard]] HistoryRows& history() noexcept { return m_history; }
+    /// The sort key beyond which an item is dated in the future, by a clock that was wrong. Such items come
+    /// last in a list, so that they do not hide the new ones.
+    [[nodiscard]] static std::string latestSortKey();
     /// Adds the list's items to the document, newest first, beginning with number `offset`, at most `limit`
     /// and no more than the document can hold.
     void read(ListName list, std::int64_t offset, std::int64_t limit, journalxml::ListDocument& document);

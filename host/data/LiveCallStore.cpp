@@ -131,7 +131,11 @@ void writeRow(SQLite::Statement& insert, const std::string& line, const NotedCal
 }  // namespace
 
 LiveCallStore::LiveCallStore(const Database& database, std::string line)
-    : m_line(std::move(line)), m_connection(connectionTo(database)), m_thread([this] { run(); }) {}
+    : m_database(database),
+      m_line(std::move(line)),
+      m_generation(database.generation()),
+      m_connection(connectionTo(database)),
+      m_thread([this] { run(); }) {}
 
 LiveCallStore::~LiveCallStore() {
     {
@@ -310,6 +314,10 @@ void LiveCallStore::restore(const Batch& batch) {
 bool LiveCallStore::writeBatch() noexcept {
     Batch batch;
     try {
+        if (const unsigned generation = m_database.generation(); generation != m_generation) {
+            m_connection = connectionTo(m_database);
+            m_generation = generation;
+        }
         SQLite::Transaction transaction(*m_connection, SQLite::TransactionBehavior::IMMEDIATE);
         batch = takeBatch();
         write(batch);

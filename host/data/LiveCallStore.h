@@ -43,7 +43,8 @@ public:
     /// Longer than the journal holds an event back.
     static constexpr std::chrono::seconds kHeldBack{10};
 
-    /// Throws `DatabaseError` if the file cannot be opened. `database` is borrowed.
+    /// Throws `DatabaseError` if the file cannot be opened. `database` is borrowed and
+    /// outlives the object.
     LiveCallStore(const Database& database, std::string line);
     /// Writes what has changed.
     ~LiveCallStore() override;
@@ -78,9 +79,11 @@ private:
     void write(const Batch& batch);
 
     // Constant after construction.
+    const Database& m_database;
     const std::string m_line;
 
     // Used by `read`, then by the writing thread.
+    unsigned m_generation;
     std::unique_ptr<SQLite::Database> m_connection;
     bool m_failed = false;
 

@@ -43,12 +43,16 @@ Phonebook::Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::s
     : m_database(database), m_digits(digits), m_line(std::move(line)) {}
 
 bool Phonebook::lookUpContact(Contact& contact) {
+    return lookUp(contact).value_or(false);
+}
+
+std::optional<bool> Phonebook::lookUp(Contact& contact) {
     const std::string searched = contact.getSearchNumber();
     std::optional<Contact> found;
     if (searched.empty()) {
         return false;
     }
-    m_database.read("looking a contact up", [&](Database::Session& session) {
+    const bool done = m_database.read("looking a contact up", [&](Database::Session& session) {
         ContactRows rows(session, m_line, &m_digits);
         if (const auto match = rows.lookUp(rows.indexed(searched))) {
             found = rows.find(match->id);
@@ -57,6 +61,9 @@ bool Phonebook::lookUpContact(Contact& contact) {
             }
         }
     });
+    if (!done) {
+        return std::nullopt;
+    }
     if (!found) {
         return false;
     }
@@ -155,12 +162,10 @@ bool Phonebook::remove(const std::string& uniqueId) {
     return done && found;
 }
 
-std::optional<Contact> Phonebook::find(const std::string& uniqueId) {
-    std::optional<Contact> found;
-    m_database.read("reading a contact", [&](Database::Session& session) {
-        found = ContactRows(session, m_line, &m_digits).find(rowIdOf(uniqueId).value_or(0));
+bool Phonebook::find(const std::string& uniqueId, std::optional<Contact>& contact) {
+    return m_database.read("reading a contact", [&](Database::Session& session) {
+        contact = ContactRows(session, m_line, &m_digits).find(rowIdOf(uniqueId).value_or(0));
     });
-    return found;
 }
 
 std::vector<Contact> Phonebook::list(std::size_t offset, std::size_t limit) {
@@ -168,18 +173,23 @@ std::vector<Contact> Phonebook::list(std::size_t offset, std::size_t limit) {
 }
 
 std::size_t Phonebook::count() {
+    return counted().value_or(0);
+}
+
+std::optional<std::size_t> Phonebook::counted() {
     std::int64_t number = 0;
-    m_database.read("counting contacts", [&](Database::Session& session) {
+    const bool done = m_database.read("counting contacts", [&](Database::Session& session) {
         number = ContactRows(session, m_line, &m_digits).count();
     });
-    return static_cast<std::size_t>(number);
+    return done ? std::optional(static_cast<std::size_t>(number)) : std::nullopt;
 }
 
 std::optional<ContactPage> Phonebook::search(const std::string& text, std::size_t offset, std::size_t limit) {
     const SearchText wanted(text);
     if (wanted.isEmpty()) {
         const std::optional<std::vector<Contact>> contacts = slice(offset, limit);
-        return contacts ? std::optional(ContactPage{count(), *contacts}) : std::nullopt;
+        const std::optional<std::size_t> total = contacts ? counted() : std::nullopt;
+        return total ? std::optional(ContactPage{*total, *contacts}) : std::nullopt;
     }
     ContactPage page;
     for (std::size_t begin = 0;; begin += kSlice) {

@@ -72,7 +72,10 @@ public:
     /// Removes the contact with that unique id; false if there is none.
     [[nodiscard]] bool remove(const std::string& uniqueId);
 
-    [[nodiscard]] std::optional<Contact> find(const std::string& uniqueId);
+    /// `contact` becomes `std::nullopt` if there is none. Returns false if the database fails.
+    [[nodiscard]] bool find(const std::string& uniqueId, std::optional<Contact>& contact);
+    /// As `lookUpContact`; `std::nullopt` if the database fails.
+    [[nodiscard]] std::optional<bool> lookUp(Contact& contact);
     /// In the order of surname, first name and age, beginning with number `offset`.
     [[nodiscard]] std::vector<Contact> list(std::size_t offset, std::size_t limit);
     /// The same for the contacts that `itemMatches` finds by `text`; an empty text finds all. `std::nullopt`
@@ -91,6 +94,7 @@ private:
     bool change(const char* what, const Database::Work& work);
     enum class Imported { eAdded, eChanged, eUnchanged };
     static Imported importOne(ContactRows& rows, Contact contact);
+    [[nodiscard]] std::optional<std::size_t> counted();
     [[nodiscard]] std::optional<std::vector<Contact>> slice(std::size_t offset, std::size_t limit);
 
     // Constant after construction.

@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/framework/EventLoop.h"
 #include "host/http/ClosableSocket.h"
 #include "host/http/ConnectionLimiter.h"
 #include "host/http/ConnectionTable.h"
@@ -190,7 +191,7 @@ public:
 
     Endpoint start(Callbacks callbacks) {
         m_callbacks = std::move(callbacks);
-        m_thread = std::thread([this] { m_loop.run(); });
+        m_thread = std::thread([this] { runLoop(m_loop); });
         std::promise<void> opened;
         asio::post(m_loop, [this, &opened] {
             try {
@@ -335,9 +336,15 @@ private:
         m_table.requested(request->connection_id(), m_callbacks.isTrusted(plain),
                           ConnectionTable::Clock::now());
         asio::post(m_workers, [this, id, plain = std::move(plain)] {
-            asio::post(m_loop, [this, id, response = m_callbacks.handle(plain)]() mutable {
-                respond(id, std::move(response));
-            });
+            // An exception, as without free memory, leaves the request without a response until its time
+            // limit.
+            try {
+                asio::post(m_loop, [this, id, response = m_callbacks.handle(plain)]() mutable {
+                    respond(id, std::move(response));
+                });
+            } catch (const std::exception& error) {
+                logAppUni("Http", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
+            }
         });
         return restinio::request_accepted();
     }

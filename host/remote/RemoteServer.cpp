@@ -13,6 +13,7 @@
 #include <thread>
 #include <utility>
 
+#include "host/framework/EventLoop.h"
 #include "host/framework/WorkerPool.h"
 #include "host/remote/ClientSession.h"
 #include "host/remote/ServerSocket.h"
@@ -37,7 +38,7 @@ public:
 
     void start() {
         asio::post(m_io, [this] { accept(); });
-        m_thread = std::thread([this] { m_io.run(); });
+        m_thread = std::thread([this] { runLoop(m_io); });
     }
 
     void stop() {

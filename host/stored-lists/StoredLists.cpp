@@ -25,7 +25,7 @@ constexpr std::int64_t kShownCalls = CallItemWithPicture::kMaxOccurrences;
 // entries is one row without an id.
 constexpr const char* kMatching = R"sql(
 WITH matching AS (
-    SELECT id, viewed, row_number() OVER (ORDER BY sort_key DESC, entry_id DESC, id DESC) AS place
+    SELECT id, viewed, row_number() OVER (ORDER BY sort_key > ?8, sort_key DESC, entry_id DESC, id DESC) AS place
     FROM call_item WHERE line = ?1 AND list = ?2 AND (?3 = ''
         OR instr(search_text(first_name || ' ' || surname, ''), ?3)
         OR EXISTS (SELECT 1 FROM call JOIN party ON party.id = call.party
@@ -117,7 +117,8 @@ std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::str
         // One row at least, for the counts.
         rows.bind(kShownCalls)
             .bind(bounded(limit == 0 ? 0 : offset))
-            .bind(bounded(std::max<std::size_t>(limit, 1)));
+            .bind(bounded(std::max<std::size_t>(limit, 1)))
+            .bind(CallRows::latestSortKey());
         while (rows.next()) {
             const std::int64_t id = rows.number();
             page.total = static_cast<std::size_t>(rows.number());

@@ -11,7 +11,6 @@
 
 #include "host/contact-files/ContactFormat.h"
 #include "host/contact-files/ContactImport.h"
-#include "host/database/Database.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/JsonBody.h"
@@ -140,10 +139,8 @@ HttpResponse ContactsResource::findByNumber(const std::string& number) const {
     Contact contact;
     contact.setSearchNumber(number);
     Json contacts = Json::array();
-    if (m_phonebook.lookUpContact(contact)) {
+    if (storedOr503(m_phonebook.lookUp(contact))) {
         contacts.push_back(itemJson(contact));
-    } else if (!m_database.healthy()) {
-        throw databaseFailed();
     }
     return jsonResponse({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
 }
@@ -206,10 +203,12 @@ HttpResponse ContactsResource::importFile(const HttpRequest& request) {
 }
 
 Contact ContactsResource::requestedContact(const HttpRequest& request) const {
-    auto found = m_phonebook.find(request.parameter("id"));
+    std::optional<Contact> found;
+    if (!m_phonebook.find(request.parameter("id"), found)) {
+        throw databaseFailed();
+    }
     if (!found) {
-        throw m_database.healthy() ? HttpError(404, "unknown-contact", "there is no such contact")
-                                   : databaseFailed();
+        throw HttpError(404, "unknown-contact", "there is no such contact");
     }
     return *found;
 }

@@ -8,7 +8,6 @@
 
 namespace host {
 
-class Database;
 class Phonebook;
 class Router;
 
@@ -16,8 +15,7 @@ class Router;
 class ContactsResource {
 public:
     /// Both are borrowed and outlive the resource. The phonebook is stored in `database`.
-    ContactsResource(Phonebook& phonebook, const Database& database)
-        : m_phonebook(phonebook), m_database(database) {}
+    explicit ContactsResource(Phonebook& phonebook) : m_phonebook(phonebook) {}
 
     void addRoutes(Router& router);
 
@@ -41,7 +39,6 @@ private:
     [[nodiscard]] Contact requestedContact(const HttpRequest& request) const;
 
     Phonebook& m_phonebook;
-    const Database& m_database;
 };
 
 }  // namespace host

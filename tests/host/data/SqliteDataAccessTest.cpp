@@ -103,6 +103,19 @@ TEST(SqliteDataAccess, ReadsContactsWithTheirCalls) {
     }
 }
 
+TEST(SqliteDataAccess, ReadsEntriesOfTheFutureLast) {
+    const TemporaryDatabase database;
+    DataAccessFixture journal(*database);
+    journal.plays("missed a 05; missed b 07");
+    auto items = journal.read<MissedCallItem>();
+    auto calls = items.back().getMissedCallInfoList();
+    calls.front().setTimeAndDate("2199-01-01T00:00:00Z");
+    items.back().setMissedCallInfoList(calls);
+    journal.write<MissedCallItem>({items.back()});
+    EXPECT_EQ(journal.plays("missed c 06; read missed 2"), "missed b c");
+    EXPECT_EQ(journal.plays("read all 2 1"), "missed c a");
+}
+
 TEST(SqliteDataAccess, KeepsTheSettingsOfALineApart) {
     using Helper = JournalServiceHelper;
     const TemporaryDatabase database;
