@@ -17,7 +17,7 @@ import threading
 import time
 
 import rounds
-from harness import LIMIT
+from harness import IMPATIENT, LIMIT
 from journal import Api, Round
 from third_party_switch import cleared, delivered
 
@@ -143,7 +143,9 @@ def discard(peer):
 
 
 def unread_pipe(play):
-    """The path of a pipe that takes 64 KiB, and never more."""
+    """The path of a pipe for the log, which takes 64 KiB and never more. The log has every detail, so that its queue overflows."""
+    with open(os.path.join(play.data, "calljournal.toml"), "w", encoding="ascii") as file:
+        file.write(IMPATIENT + '[log]\nlevel = "trace"\n')
     path = os.path.join(play.data, "log")
     os.mkfifo(path)
     play.callback(os.close, os.open(path, os.O_RDWR))
