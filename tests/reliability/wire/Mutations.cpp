@@ -76,7 +76,7 @@ std::string mutatedFrame(const std::vector<SampleMessage>& samples, Dice& dice) 
     SampleMessage message = dice.pick(samples);
     const std::size_t kind = dice.below(10);
     if (kind == 0) {
-        message.xml = dice.pick(hostileTexts());
+        message.xml = dice.pick(dice.chance(50) ? hostileTexts() : refusedTexts());
     }
     for (std::size_t times = kind < 6 ? dice.below(3) : 0; times > 0; --times) {
         if (dice.chance(20)) {

@@ -17,7 +17,10 @@ struct SampleMessage {
 /// Messages that end the monitor, the session or the calls.
 [[nodiscard]] std::vector<SampleMessage> disturbingMessages(const std::string& crossRefId);
 
-/// Texts that are no messages: entities, depth, length, encodings, zero bytes, wrong roots.
+/// Texts that are no messages: entities, length, encodings, wrong roots.
 [[nodiscard]] const std::vector<std::string>& hostileTexts();
+
+/// Texts that the parser must refuse: too deep, not closed, zero characters, an unknown encoding.
+[[nodiscard]] const std::vector<std::string>& refusedTexts();
 
 }  // namespace reliability

@@ -9,6 +9,7 @@
 
 #include "host/csta-wire/Frame.h"
 #include "host/csta-wire/FrameReader.h"
+#include "host/csta-wire/WireDocument.h"
 #include "tests/reliability/random-calls/PhoneUnderTest.h"
 #include "tests/reliability/random-calls/SwitchPeer.h"
 #include "tests/reliability/support/Dice.h"
@@ -37,6 +38,11 @@ public:
         if (disturbs) {
             const SampleMessage message = dice.pick(disturbingMessages(m_session->peer.crossRefId()));
             m_session->peer.sendBytes(host::encodeFrame(message.invokeId, message.xml).value());
+        }
+        std::string reason;
+        const std::string& refused = refusedTexts()[seed % refusedTexts().size()];
+        if (host::WireDocument::parse(refused, reason)) {
+            faults.push_back("not refused: " + refused.substr(0, 60));
         }
         send(bytesOf(dice), dice);
         if (!(disturbs ? isFiledInTheEnd(number) : isFiled(number))) {
