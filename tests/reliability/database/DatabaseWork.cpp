@@ -91,7 +91,9 @@ std::string DatabaseWork::file(Dice& dice, const std::string& uniqueId) {
         entry.numbers.push_back(call.number + " " + call.time);
     }
     m_model.entries[id] = std::move(entry);
-    m_givenIds.insert(id);
+    if (!m_givenIds.insert(id).second && id != uniqueId) {
+        m_repeatedIds.push_back(id);
+    }
     return id;
 }
 
@@ -142,16 +144,24 @@ bool DatabaseWork::addToEntry(Dice& dice) {
 }
 
 bool DatabaseWork::deleteEntries(Dice& dice) {
-    const std::string list = pickOf(m_model.entries, dice)->second.list;
-    std::string body;
-    std::vector<std::string> ids;
+    // The newest entry of all: no later one may get its id.
+    auto chosen = pickOf(m_model.entries, dice);
+    if (dice.chance(50)) {
+        chosen = std::max_element(m_model.entries.begin(), m_model.entries.end(),
+                                  [](const auto& left, const auto& right) {
+                                      return std::stoll(left.first) < std::stoll(right.first);
+                                  });
+    }
+    const std::string list = chosen->second.list;
+    std::vector<std::string> ids{chosen->first};
+    std::string body = keyOf(chosen->first, chosen->second.entryId);
     for (const auto& [id, entry] : m_model.entries) {
-        if (entry.list == list && ids.size() < 3 && dice.chance(30)) {
+        if (entry.list == list && id != ids.front() && ids.size() < 3 && dice.chance(30)) {
             ids.push_back(id);
             body += keyOf(id, entry.entryId);
         }
     }
-    if (!ids.empty() && send(Requests::DELETEREQUEST, list.c_str(), body) == Requests::FAILED) {
+    if (send(Requests::DELETEREQUEST, list.c_str(), body) == Requests::FAILED) {
         return false;
     }
     for (const std::string& id : ids) {
@@ -288,6 +298,9 @@ std::optional<std::vector<std::string>> DatabaseWork::faults() {
         return std::nullopt;
     }
     std::vector<std::string> found;
+    for (const std::string& id : std::exchange(m_repeatedIds, {})) {
+        found.push_back("the unique id " + id + " is used again");
+    }
     for (const auto& [id, entry] : m_model.entries) {
         const auto other = stored->entries.find(id);
         if (other == stored->entries.end()) {

@@ -92,6 +92,8 @@ private:
     host::SqliteDataAccess m_access;
     Model m_model;
     std::set<std::string> m_givenIds;
+    /// The ids of new entries that other entries had before.
+    std::vector<std::string> m_repeatedIds;
     int m_clock = 0;
     bool m_wasEviction = false;
 };
