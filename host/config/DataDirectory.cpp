@@ -22,6 +22,15 @@ std::filesystem::path absolutePathIn(const char* variable) {
                              "; choose another one with --data DIR");
 }
 
+/// Where every user may write, another one may replace the database and the token.
+void refuseOpenToAll(const std::filesystem::path& directory) {
+    struct stat status {};
+    if (::stat(directory.c_str(), &status) == 0 && (status.st_mode & S_IWOTH) != 0) {
+        throw ConfigurationError("every user may write in the data directory " + directory.string() +
+                                 "; close it with chmod o-w, or choose another one with --data DIR");
+    }
+}
+
 }  // namespace
 
 std::filesystem::path defaultDataDirectory() {
@@ -38,6 +47,7 @@ std::filesystem::path defaultDataDirectory() {
 void makeDataDirectory(const std::filesystem::path& directory) {
     std::error_code error;
     if (std::filesystem::is_directory(directory, error)) {
+        refuseOpenToAll(directory);
         return;
     }
     if (directory.has_parent_path()) {

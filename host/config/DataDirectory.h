@@ -11,7 +11,7 @@ namespace host {
 [[nodiscard]] std::filesystem::path defaultDataDirectory();
 
 /// Creates the directory and its parents if they do not exist, with mode 0700. Throws `ConfigurationError` if
-/// this fails.
+/// this fails, and for a directory in which every user may write.
 void makeDataDirectory(const std::filesystem::path& directory);
 
 }  // namespace host

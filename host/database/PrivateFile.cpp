@@ -16,6 +16,11 @@ void makePrivateFile(const std::filesystem::path& file) {
     if (descriptor < 0) {
         throw DatabaseError(file.string() + " cannot be opened: " + std::generic_category().message(errno));
     }
+    // A file that was loosened or copied; that of another user stays as it is.
+    if (struct stat status{};
+        ::fstat(descriptor, &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
+        static_cast<void>(::fchmod(descriptor, status.st_mode & S_IRWXU));
+    }
     ::close(descriptor);
 }
 

@@ -31,6 +31,10 @@ constexpr std::size_t kLongest = 256;
 }
 
 std::string readToken(const std::filesystem::path& path, const FileDescriptor& file) {
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0 || (status.st_uid != ::geteuid() && status.st_uid != 0)) {
+        fail(path, "belongs to another user, who knows it; remove it to get a new one");
+    }
     std::array<char, kLongest + 2> buffer{};
     const ssize_t length = ::read(file.get(), buffer.data(), buffer.size());
     if (length < 0) {

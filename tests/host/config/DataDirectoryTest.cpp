@@ -32,6 +32,13 @@ TEST(DataDirectory, IsChosenByTheEnvironment) {
     }
 }
 
+TEST(DataDirectory, IsRefusedIfEveryUserMayWriteInIt) {
+    const TemporaryDirectory temporary;
+    EXPECT_NO_THROW(host::makeDataDirectory(temporary.path()));
+    std::filesystem::permissions(temporary.path(), std::filesystem::perms::all);
+    EXPECT_THROW(host::makeDataDirectory(temporary.path()), host::ConfigurationError);
+}
+
 TEST(DataDirectory, IsRefusedIfAFileIsInItsPlace) {
     const TemporaryDirectory temporary;
     const auto file = temporary.path() / "file";

@@ -155,8 +155,10 @@ TEST_F(DatabaseWork, GoesOnInANewFileWhenItsOwnIsDeletedRenamedOrReplaced) {
     EXPECT_TRUE(stores("2"));
     EXPECT_EQ(stored(), "2");
     EXPECT_EQ(std::filesystem::file_size(beside(".replaced")), 7U);
+    std::filesystem::permissions(file, std::filesystem::perms::all);
     m_database.reopen();
     EXPECT_EQ(m_database.number("SELECT count(*) FROM setting"), 2);
+    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms::owner_all);
 }
 
 }  // namespace
