@@ -193,7 +193,10 @@ private:
     void endBy(const CSTACallControlEvent& event, const PhoneCall* known) {
         const std::string& callId = event.getConnectionCallID();
         if (known != nullptr) {
-            noteReason(callId, reasonOf(event, causeOf(event), *known));
+            const CallReason atSwitch = reasonOf(event, causeOf(event), *known);
+            // The switch's words for a call that is completed elsewhere have another meaning in other events.
+            noteReason(callId,
+                       atSwitch == CallReason::eNone ? reasonOf(event, event.getCause(), *known) : atSwitch);
         } else if (event.getType() == CSTAEventCode::eDiverted && !callId.empty() &&
                    !isOwn(event.getCallingDevice())) {
             PhoneCall call = callOf(callId);
