@@ -97,7 +97,10 @@ bool hasOtherFarEnd(const EventContext& context) {
                differ(placedHere ? context.called : context.calling.device,
                       placedHere ? call.calling : call.called);
     }
-    return placedHere ? differ(context.called, call.called) : differ(context.calling.device, call.calling);
+    // A forwarded call may be named after the party that has answered it.
+    const bool isPartner = !call.partner.number.empty() && !differ(context.called, call.partner);
+    return placedHere ? !isPartner && differ(context.called, call.called)
+                      : differ(context.calling.device, call.calling);
 }
 
 /// True if the phone rings for the caller of a call that it has established: the end of that call was not

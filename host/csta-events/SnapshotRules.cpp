@@ -106,6 +106,11 @@ bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapsho
         return true;
     }
     const CSTADevice& farEnd = known.outgoing ? known.called : known.calling;
+    // A caller that withholds its number does so for the whole call.
+    if (!known.outgoing && !known.transferred && !known.conference && farEnd.number.empty() &&
+        farEnd.name == DeviceReader::kWithheldName && isFarEnd(snapshot.calling)) {
+        return true;
+    }
     if (known.transferred || known.conference || isPickedUp(known, now) || farEnd.number.empty() ||
         !hasFarEnd(now, snapshot)) {
         return false;
