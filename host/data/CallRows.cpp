@@ -33,10 +33,6 @@ SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by F
 WHERE line = ? AND list = ? ORDER BY sort_key > ?, sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
 
-constexpr const char* kOldest = R"sql(
-SELECT id FROM call_item WHERE line = ? AND list = ? ORDER BY sort_key, entry_id, id LIMIT 1
-)sql";
-
 constexpr const char* kListNewest = R"sql(
 UPDATE call SET listed = 1 WHERE listed = 0 AND id IN (
     SELECT newest.id FROM call_item JOIN call AS newest ON newest.id IN (
@@ -208,16 +204,6 @@ std::optional<std::string> CallRows::removeAll(ListName list) {
 void CallRows::listNewestCalls() {
     m_session.query(kListNewest).bind(m_line).run();
     m_session.query(kUnlistOlder).bind(m_line).run();
-}
-
-bool CallRows::isOldestBeyond(std::int64_t limit, ListName list, const std::string& uniqueId,
-                              const std::string& entryId) {
-    if (count(list) <= limit) {
-        return false;
-    }
-    Query oldest = m_session.query(kOldest);
-    oldest.bind(m_line).bind(numberOf(list));
-    return oldest.next() && findId(list, uniqueId, entryId) == oldest.number();
 }
 
 std::optional<std::int64_t> CallRows::rewrittenGroup(const std::string& uniqueId) {

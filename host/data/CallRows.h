@@ -65,9 +65,6 @@ public:
     /// Lists the newest calls of every item, if an import that did not finish has left others listed.
     /// Requires: the journal has not loaded its lists.
     void listNewestCalls();
-    /// True if the list has more than `limit` items, and the one of the key is its oldest.
-    [[nodiscard]] bool isOldestBeyond(std::int64_t limit, ListName list, const std::string& uniqueId,
-                                      const std::string& entryId);
     /// The row of a missed item that the journal deletes and writes again, shortened: one with several listed
     /// calls, the newest of which came to a group or a shared line.
     [[nodiscard]] std::optional<std::int64_t> rewrittenGroup(const std::string& uniqueId);

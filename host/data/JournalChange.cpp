@@ -59,6 +59,8 @@ void JournalChange::carryOut(Database::Session& session) {
     const HistoryRows::Context context = this->context();
     CallRows calls(session, context);
     m_rewritten = m_line->rewritten;
+    const auto list = listOfTable(m_request.schema);
+    m_isEviction = list && isEvictionFrom(*list, calls);
     if (m_request.reason == DataRequest::Reason::eDelete) {
         m_rewritten = detachRewritten(calls);
     }
@@ -78,14 +80,14 @@ void JournalChange::carryOut(Database::Session& session) {
 
 bool JournalChange::isEviction(Database::Session& session) const {
     const auto list = listOfTable(m_request.schema);
-    if (m_request.reason != DataRequest::Reason::eDelete || m_request.keys.size() != 1 || !list ||
-        *list == ListName::eCallbacks) {
-        return false;
-    }
     const HistoryRows::Context context = this->context();
-    const DataRequest::Key& key = m_request.keys.front();
-    return CallRows(session, context)
-        .isOldestBeyond(std::int64_t{Words::kListRows}, *list, key.uniqueId, key.entryId);
+    CallRows calls(session, context);
+    return list && isEvictionFrom(*list, calls);
+}
+
+bool JournalChange::isEvictionFrom(ListName list, CallRows& calls) const {
+    return m_request.reason == DataRequest::Reason::eDelete && m_request.keys.size() == 1 &&
+           m_line->written == std::pair(list, m_thread) && calls.count(list) > std::int64_t{Words::kListRows};
 }
 
 void JournalChange::keep(Database& database) {
@@ -111,8 +113,19 @@ void JournalChange::keep(Database& database) {
 void JournalChange::done(bool stored) {
     if (stored) {
         m_line->rewritten = std::move(m_rewritten);
+        if (!m_isEviction) {
+            m_line->written = written();
+        }
     }
     m_filing.setFiled(stored);
+}
+
+/// The list in which the request writes an entry.
+std::optional<std::pair<ListName, std::thread::id>> JournalChange::written() const {
+    const auto list = listOfTable(m_request.schema);
+    const bool writesOne =
+        list && m_request.reason == DataRequest::Reason::eWrite && m_request.items.size() == 1;
+    return writesOne ? std::optional(std::pair(*list, m_thread)) : std::nullopt;
 }
 
 std::string JournalChange::change(Database::Session& session, CallRows& calls) const {
@@ -157,14 +170,13 @@ std::string JournalChange::writeItems(Database::Session& session, CallRows& call
 }
 
 /// The treatment of the calls of an entry that the journal deletes:
-///  - of the oldest one of a list that is too long, and of the missed entry of a party that is called back
+///  - of one that the journal drops from a list that is too long, and of the missed entry of a party that is called back
 ///    now, they stay in the history;
 ///  - the switch's log, whose events are delivered, has the listed ones only;
 ///  - a user deletes all of them.
-CallRows::Calls JournalChange::callsOfDeleted(ListName list, const DataRequest::Key& key,
-                                              CallRows& calls) const {
+CallRows::Calls JournalChange::callsOfDeleted(ListName list) const {
     using Fate = CallRows::Calls::Fate;
-    if (calls.isOldestBeyond(std::int64_t{Words::kListRows}, list, key.uniqueId, key.entryId)) {
+    if (m_isEviction) {
         return {.fate = Fate::eKept};
     }
     if (list == ListName::eMissed && m_calledBackAt) {
@@ -180,8 +192,8 @@ std::string JournalChange::deleteCalls(CallRows& calls, ListName list) const {
     }
     std::string lastUniqueId;
     for (const DataRequest::Key& key : m_request.keys) {
-        lastUniqueId = calls.remove(list, key.uniqueId, key.entryId, callsOfDeleted(list, key, calls))
-                           .value_or(lastUniqueId);
+        lastUniqueId =
+            calls.remove(list, key.uniqueId, key.entryId, callsOfDeleted(list)).value_or(lastUniqueId);
     }
     return lastUniqueId;
 }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -36,15 +37,17 @@ public:
         /// The services are borrowed and outlive the changes; they may be missing.
         DigitAnalysisServiceIfc* digits = nullptr;
         LiveCallStoreIfc* calls = nullptr;
-        /// Of the last transaction; used by one at a time.
+        // Of the last transaction; used by one at a time.
         Rewritten rewritten{};
+        /// The list in which an entry was written, and the thread whose change that was.
+        std::optional<std::pair<ListName, std::thread::id>> written{};
     };
 
     JournalChange(journalxml::DataRequest request, std::shared_ptr<Line> line,
                   std::chrono::seconds phoneAhead);
 
     void carryOut(Database::Session& session);
-    /// True for the deletion of the oldest entry of a list that is too long. A power cut that brings the
+    /// True for the deletion with which the journal shortens a list that is too long. A power cut that brings the
     /// entry back does no harm: the list is too long again, and the journal does not load its oldest entries.
     [[nodiscard]] bool isEviction(Database::Session& session) const;
     /// Prepares the change to be carried out later: new rows get their ids now.
@@ -57,11 +60,14 @@ public:
 
 private:
     [[nodiscard]] HistoryRows::Context context() const;
+    /// True if the list is too long and the deletion follows, on the same thread, the writing of an entry of
+    /// it. The order of the rows does not matter: the journal may have another one within a second.
+    [[nodiscard]] bool isEvictionFrom(ListName list, CallRows& calls) const;
+    [[nodiscard]] std::optional<std::pair<ListName, std::thread::id>> written() const;
     [[nodiscard]] std::string change(Database::Session& session, CallRows& calls) const;
     [[nodiscard]] std::string writeItems(Database::Session& session, CallRows& calls) const;
     [[nodiscard]] std::string deleteCalls(CallRows& calls, ListName list) const;
-    [[nodiscard]] CallRows::Calls callsOfDeleted(ListName list, const journalxml::DataRequest::Key& key,
-                                                 CallRows& calls) const;
+    [[nodiscard]] CallRows::Calls callsOfDeleted(ListName list) const;
     [[nodiscard]] Rewritten detachRewritten(CallRows& calls) const;
     void attachRewritten(CallRows& calls, const std::string& uniqueId) const;
 
@@ -69,6 +75,7 @@ private:
     const journalxml::DataRequest m_request;
     const std::shared_ptr<Line> m_line;
     const std::chrono::seconds m_phoneAhead;
+    const std::thread::id m_thread = std::this_thread::get_id();
     /// An event of the switch is being delivered.
     bool m_isDelivered = false;
     /// Set if that event establishes a call: its time.
@@ -79,6 +86,7 @@ private:
     /// The ids of new rows, by the item; empty if the change was not kept.
     std::vector<std::optional<std::int64_t>> m_newIds;
     Rewritten m_rewritten;
+    bool m_isEviction = false;
     std::string m_lastUniqueId;
 };
 

@@ -216,6 +216,20 @@ TEST(SqliteDataAccess, KeepsChangesInOrderWithTheRowsThatTheyConcern) {
     }
 }
 
+// The entries have one time and ids in the other order, so that the row that is dropped is not the oldest.
+TEST(SqliteDataAccess, KeepsTheCallsOfTheEntryThatIsDroppedFromAFullList) {
+    const TemporaryDatabase database;
+    DataAccessFixture journal(*database);
+    const auto nameOf = [](int entry) { return std::to_string(9000 - entry); };
+    for (int entry = 0; entry <= 1000; ++entry) {
+        EXPECT_EQ(journal.plays("missed " + nameOf(entry) + " 05 entry=0000" + nameOf(entry)), "new");
+    }
+    EXPECT_EQ(journal.plays("remove missed " + nameOf(0)), nameOf(0));
+    EXPECT_EQ(database.number("SELECT count(*) FROM call"), 1001);
+    EXPECT_EQ(journal.plays("remove missed " + nameOf(1)), nameOf(1));
+    EXPECT_EQ(database.number("SELECT count(*) FROM call"), 1000);
+}
+
 // Each thread finds exactly its own rows, while the others write and read.
 TEST(SqliteDataAccess, IsUsedByManyThreadsWithoutLosingARow) {
     const TemporaryDatabase database;
