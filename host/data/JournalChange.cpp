@@ -170,8 +170,8 @@ std::string JournalChange::writeItems(Database::Session& session, CallRows& call
 }
 
 /// The treatment of the calls of an entry that the journal deletes:
-///  - of one that the journal drops from a list that is too long, and of the missed entry of a party that is called back
-///    now, they stay in the history;
+///  - of one that the journal drops from a list that is too long, and of the missed entry of a party that is
+///    called back now, they stay in the history;
 ///  - the switch's log, whose events are delivered, has the listed ones only;
 ///  - a user deletes all of them.
 CallRows::Calls JournalChange::callsOfDeleted(ListName list) const {

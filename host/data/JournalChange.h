@@ -47,8 +47,9 @@ public:
                   std::chrono::seconds phoneAhead);
 
     void carryOut(Database::Session& session);
-    /// True for the deletion with which the journal shortens a list that is too long. A power cut that brings the
-    /// entry back does no harm: the list is too long again, and the journal does not load its oldest entries.
+    /// True for the deletion with which the journal shortens a list that is too long. A power cut that brings
+    /// the entry back does no harm: the list is too long again, and the journal does not load its oldest
+    /// entries.
     [[nodiscard]] bool isEviction(Database::Session& session) const;
     /// Prepares the change to be carried out later: new rows get their ids now.
     void keep(Database& database);
