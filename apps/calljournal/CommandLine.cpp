@@ -78,7 +78,7 @@ std::filesystem::path CommonOptions::dataDirectory() const {
 }
 
 std::string CommonOptions::commandForUser(const std::string& command) const {
-    return program + " " + command + (data.empty() ? std::string() : " --data " + data);
+    return program + " " + command + (data.empty() ? std::string() : " --data " + host::printable(data));
 }
 
 int runCommandLine(int argc, char** argv) {

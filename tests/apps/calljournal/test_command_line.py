@@ -96,7 +96,11 @@ class CommandLineTest(ProgramTest):
     def test_errors_escape_what_controls_a_terminal(self):
         self.serve(NO_SWITCH)
         os.mkfifo(self.data + "/\x1b[31m.vcf")
+        os.symlink(self.data, self.data + "/\x1b[31m")
+        config = self.file("faulty.toml", '["\\u001b[31m"]\n')
         for arguments in (["list", "missed", "--data", "\x1b[31m"], ["\x1b[31m"], ["serve", "--config", "\x1b[31m"],
+                          ["serve", "--config", config], ["serve", "--set", "\x1b[31m"],
+                          ["delete", "missed", "unknown", "--data", self.data + "/\x1b[31m"],
                           ["contacts", "import", self.data + "/\x1b[31m.vcf", "--data", self.data]):
             _, _, errors = self.run_program(*arguments)
             self.assertIn("\\x1b[31m", errors)
