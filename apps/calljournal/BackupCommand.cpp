@@ -37,8 +37,8 @@ public:
         host::copyDatabase(source, m_file, progressOf(progress, "writing " + m_file));
         progress.clear();
         std::cout << host::printable(m_file) << " holds the journal of " << host::printable(source.string())
-                  << std::endl;
-        return eDone;
+                  << "\n";
+        return statusOfOutput();
     }
 
 private:

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>
+#include <system_error>
 
 #include "host/database/DatabaseError.h"
 #include "host/database/PrivateFile.h"
@@ -87,7 +88,9 @@ void DatabaseConnection::setFlushing(bool flushes) {
 
 void DatabaseConnection::copyTo(const std::filesystem::path& file) {
     SQLite::Database target(file.string(), SQLite::OPEN_READWRITE);
-    SQLite::Backup(target, m_database).executeStep();
+    if (const int state = SQLite::Backup(target, m_database).executeStep(); state != SQLITE_DONE) {
+        throw SQLite::Exception("it is locked by another program", state);
+    }
 }
 
 void DatabaseConnection::rollBack() noexcept {
@@ -181,12 +184,16 @@ void DatabaseConnection::migrate() {
 /// The copy holds what the older version of the program can read.
 void DatabaseConnection::keepCopy(int version) {
     const std::filesystem::path copy = copyOf(m_file, version);
-    {
-        const std::filesystem::path unfinished = copy.string() + ".unfinished";
+    const std::filesystem::path unfinished = copy.string() + ".unfinished";
+    try {
         std::filesystem::remove(unfinished);
         makePrivateFile(unfinished);
         copyTo(unfinished);
         std::filesystem::rename(unfinished, copy);
+    } catch (...) {
+        std::error_code ignored;
+        std::filesystem::remove(unfinished, ignored);
+        throw;
     }
     logAppUni("Database", __FILE_NAME__, 4, __LINE__,
               "%s is migrated from version %d to %d; a copy stays in %s until the first clean end",
