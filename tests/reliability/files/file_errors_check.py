@@ -194,7 +194,7 @@ def output(place, fault):
     """An output that does not fit is an error, and one that ends with status 0 is complete."""
     place.fill().start(wrapper=AS_USER)
     command = place.dice.choice((("export", "--format", "csv"), ("export", "--format", "jsonl"), ("export", "--format", "json"),
-                                 ("export", "--format", "ical"), ("export", "received", "--format", "csv"),("export", "dialled", "--format", "json"),
+                                 ("export", "--format", "ical"), ("export", "received", "--format", "csv"), ("export", "dialled", "--format", "json"),
                                  ("contacts", "export", "--format", "vcf"), ("contacts", "export", "--format", "csv"),
                                  ("list", "received"), ("list", "received", "--json"), ("calls",), ("stats",), ("settings",),
                                  ("contacts", "list")))
