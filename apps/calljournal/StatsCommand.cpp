@@ -28,9 +28,9 @@ using Json = nlohmann::ordered_json;
 
 /// A count of the statistics with its title in a table and in a list.
 struct Count {
-    const char* member;
-    const char* title;
-    const char* text;
+    const char* member = nullptr;
+    const char* title = nullptr;
+    const char* text = nullptr;
     bool isDuration = false;
 };
 

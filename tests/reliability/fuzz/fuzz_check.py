@@ -6,7 +6,7 @@ The round of a seed plays one target, the seed modulo the number of targets, wit
     round of the target goes on;
   - in any other preset by fuzz/support/ReplayDriver.cpp for 3 s: the corpus of the tree, and changes of it.
 
-An input that is a fault is kept in build/PRESET/fuzz-findings/TARGET. The build is that of the program in CALLJOURNAL.
+An input that is a fault is kept in build/PRESET/fuzz-findings/TARGET. The build is CHECK_BUILD, or that of the program in CALLJOURNAL.
 """
 
 import os
@@ -20,8 +20,9 @@ import rounds
 
 ROOT = Path(__file__).resolve().parent.parent.parent.parent
 BINARIES = Path(os.environ["CALLJOURNAL"]).parent
+BUILD = Path(os.environ.get("CHECK_BUILD", BINARIES.parent))
 TARGETS = sorted(each.name for each in (ROOT / "fuzz/corpus").iterdir())
-IS_LIBFUZZER = BINARIES.parent.name == "fuzz"
+IS_LIBFUZZER = BUILD.name == "fuzz"
 SECONDS = 20 if IS_LIBFUZZER else 3
 FAULT = re.compile(r"fault with seed|broken property|ERROR: |runtime error|SUMMARY: ")
 
@@ -30,7 +31,7 @@ def command(target, seed, findings):
     program = BINARIES / (target + "_fuzz")
     if not IS_LIBFUZZER:
         return [program, "--seconds", str(SECONDS), "--seed", str(seed * 1_000_000)]
-    kept = BINARIES.parent / "fuzz-corpus" / target
+    kept = BUILD / "fuzz-corpus" / target
     kept.mkdir(parents=True, exist_ok=True)
     return [program, "-max_total_time=%d" % SECONDS, "-seed=%d" % seed, "-timeout=30", "-rss_limit_mb=4096", "-max_len=65536",
             "-dict=%s" % (ROOT / "fuzz/dictionaries" / (target + ".dict")), "-artifact_prefix=%s/" % findings,
@@ -39,7 +40,7 @@ def command(target, seed, findings):
 
 def play_round(seed):
     target = TARGETS[seed % len(TARGETS)]
-    findings = BINARIES.parent / "fuzz-findings" / target
+    findings = BUILD / "fuzz-findings" / target
     findings.mkdir(parents=True, exist_ok=True)
     # The databases of the targets are in memory, where that is possible.
     memory = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None

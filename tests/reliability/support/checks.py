@@ -1,5 +1,6 @@
 """The reliability checks of tests/reliability/checks.toml: how tools/soak and tools/mutants build and play them."""
 
+import fcntl
 import os
 import re
 import shutil
@@ -23,16 +24,37 @@ def build(root, preset, check):
         if not shutil.which(program):
             sys.exit("%s is missing: tools/setup %s installs it" % (program, package_list))
     targets = [*(["calljournal"] if check.get("program", True) else []), *check.get("targets", [])]
-    subprocess.run([root / "tools/build", preset, *targets], check=True, stdout=subprocess.DEVNULL)
+    (root / "build").mkdir(exist_ok=True)
+    with open(root / "build/checks.lock", "w", encoding="ascii") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)  # two builds of one tree disturb each other
+        subprocess.run([root / "tools/build", preset, *targets], check=True, stdout=subprocess.DEVNULL)
+        link_programs(root, preset, check)
+
+
+def run_directory(root, preset, check):
+    """The directory with the programs of one check."""
+    return root / "build" / preset / "check-runs" / Path(check["command"]).stem
+
+
+def link_programs(root, preset, check):
+    """Gives the check links of its own to the programs, so that it plays the same ones while another build replaces them."""
+    run, built = run_directory(root, preset, check), root / "build" / preset
+    shutil.rmtree(run, ignore_errors=True)
+    run.mkdir(parents=True)
+    (run / "share").symlink_to(built / "share")
+    for file in [*(built / "bin").iterdir(), *(built / "lib").glob("*.so*")]:
+        (run / file.parent.name).mkdir(exist_ok=True)
+        os.link(file, run / file.parent.name / file.name)
 
 
 def play(root, preset, name, check, options, quiet=False):
-    """Plays the check of the tree `root`; returns rounds, faults and the next seed, or None if its last line is missing."""
-    binaries = root / "build" / preset / "bin"
+    """Plays the check of the tree `root`, which `build` has built; returns rounds, faults and the next seed, or None if its last line is missing."""
+    binaries = run_directory(root, preset, check) / "bin"
     script = root / check["command"]
     command = ["/usr/bin/python3", "-B", script] if script.suffix == ".py" else [binaries / check["command"]]
     modules = [str(root / each) for each in ("tests/reliability/support", "tests/apps/calljournal")]
-    environment = {**os.environ, "CALLJOURNAL": str(binaries / "calljournal"), "PYTHONPATH": ":".join(modules)}
+    environment = {**os.environ, "CALLJOURNAL": str(binaries / "calljournal"), "CHECK_BUILD": str(root / "build" / preset),
+                   "PYTHONPATH": ":".join(modules)}
     found = None
     with subprocess.Popen([*command, *check.get("arguments", []), *options], cwd=root, env=environment,
                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL if quiet else None, text=True) as process:
