@@ -1,5 +1,6 @@
 #include "host/http/HttpServer.h"
 
+#include <algorithm>
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/ip/address.hpp>
@@ -22,6 +23,7 @@
 #include "host/http/ClosableSocket.h"
 #include "host/http/ConnectionLimiter.h"
 #include "host/http/ConnectionTable.h"
+#include "host/http/DescriptorWatch.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -41,6 +43,7 @@ struct Traits : public restinio::default_single_thread_traits_t {
 
 /// Connections that are shut down, but not closed yet.
 constexpr std::size_t kEndingConnections = 64;
+constexpr std::chrono::milliseconds kDescriptorInterval{1000};
 
 }  // namespace
 }  // namespace host
@@ -177,6 +180,7 @@ public:
     explicit Impl(const HttpServerSettings& settings)
         : m_settings(settings),
           m_heartbeat(m_loop),
+          m_descriptors(m_loop, [this] { renewAccept(); }),
           m_table({.trusted = settings.maxTrustedConnections,
                    .anonymous = settings.maxAnonymousConnections,
                    .anonymousOfOneAddress = settings.maxAnonymousOfOneAddress}) {
@@ -218,6 +222,7 @@ public:
         std::promise<void> closed;
         asio::post(m_loop, [this, &closed] {
             m_heartbeat.cancel();
+            m_descriptors.stop();
             if (m_server) {
                 m_server->close_sync();
             }
@@ -273,6 +278,7 @@ private:
         m_server = std::make_unique<Server>(restinio::external_io_context(m_loop), std::move(settings));
         m_server->open_sync();
         scheduleHeartbeat();
+        m_descriptors.start(std::min(kDescriptorInterval, m_settings.heartbeat));
     }
 
     void onBound(asio::ip::tcp::acceptor& acceptor) {
@@ -390,6 +396,7 @@ private:
 
     // Loop thread only.
     asio::steady_timer m_heartbeat;
+    DescriptorWatch m_descriptors;
     ConnectionTable m_table;
     /// The streams of each open connection.
     std::map<ConnectionTable::Id, std::vector<std::weak_ptr<StreamBody>>> m_streams;

@@ -58,11 +58,14 @@ private:
                 return;
             }
             if (error) {
-                logAppUni("Remote", __FILE_NAME__, 2, __LINE__, "cannot accept a client: %s",
-                          error.message().c_str());
+                if (!std::exchange(m_acceptFails, true)) {
+                    logAppUni("Remote", __FILE_NAME__, 2, __LINE__, "cannot accept a client for now: %s",
+                              error.message().c_str());
+                }
                 acceptLater();
                 return;
             }
+            m_acceptFails = false;
             admit(std::move(socket));
             accept();
         });
@@ -126,6 +129,8 @@ private:
     asio::local::stream_protocol::acceptor m_acceptor;
     asio::steady_timer m_retry;
     bool m_stopping = false;
+    /// The last accept has failed.
+    bool m_acceptFails = false;
     unsigned long m_lastClient = 0;
     /// Each client has at most one request in progress. With a thread for each, requests that wait delay no
     /// other.

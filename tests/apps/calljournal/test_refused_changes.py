@@ -3,6 +3,7 @@
 import json
 import os
 import resource
+import socket
 import sqlite3
 import urllib.error
 import urllib.request
@@ -74,6 +75,23 @@ class RefusedChangesTest(ProgramTest):
         self.assertEqual(self.server.ends(), 1)
         self.watcher.ends()
         lock.execute("COMMIT")
+
+    def test_a_shortage_of_descriptors_is_logged_once_and_ends(self):
+        server, logged = self.server, ("no file descriptor is free", "cannot accept a client", "descriptors are free again")
+        limits = resource.prlimit(server.process.pid, resource.RLIMIT_NOFILE)
+        resource.prlimit(server.process.pid, resource.RLIMIT_NOFILE, (0, limits[1]))
+        server.logs(logged[0])
+        with socket.socket(socket.AF_UNIX) as local, socket.create_connection(server.http.split(":")) as waiting:
+            local.connect(os.path.join(self.data, "calljournal.sock"))
+            waiting.sendall(b"GET /healthz HTTP/1.1\r\nHost: localhost\r\n\r\n")
+            server.logs(logged[1])
+            self.miss("4711")
+            resource.prlimit(server.process.pid, resource.RLIMIT_NOFILE, limits)
+            waiting.settimeout(15)
+            self.assertEqual(waiting.recv(12), b"HTTP/1.1 200")
+        server.logs(logged[2])
+        self.assertEqual([server.count(each) for each in logged], [1, 1, 1])
+        self.assert_stored()
 
     def test_a_full_disk_and_a_deleted_database_lose_nothing(self):
         # The limit of the file size stands for a full disk.
