@@ -106,6 +106,10 @@ bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapsho
         return true;
     }
     const CSTADevice& farEnd = known.outgoing ? known.called : known.calling;
+    if (!known.outgoing && !known.transferred && !known.conference &&
+        snapshot.calling.party == EventParty::eMonitored && !isSameNumber(farEnd, snapshot.calling.device)) {
+        return true;
+    }
     // A caller that withholds its number does so for the whole call.
     if (!known.outgoing && !known.transferred && !known.conference && farEnd.number.empty() &&
         farEnd.name == DeviceReader::kWithheldName && isFarEnd(snapshot.calling)) {

@@ -28,21 +28,29 @@ std::string textOf(const CallLogEntryRequest& request) {
 
 CallLogPatience::Clock::duration CallLogPatience::next(Clock::time_point now) {
     if (m_lastEnd == Clock::time_point() || now - m_lastEnd > kGap) {
-        m_left = m_timeout * 6 / 5;
-        m_withoutResponse = false;
+        m_left = m_silent ? brief() : m_timeout * 6 / 5;
+        m_briefly = m_withoutResponse = m_silent;
     }
-    return std::min(m_left, m_withoutResponse ? m_timeout / 20 : m_timeout);
+    m_granted = std::min(m_left, m_withoutResponse ? brief() : m_timeout);
+    return m_granted;
 }
 
 void CallLogPatience::ended(Clock::time_point begin, Clock::time_point now, bool responded) {
     m_left = std::max(m_left - (now - begin), Clock::duration::zero());
     m_lastEnd = now;
     m_withoutResponse = m_withoutResponse || !responded;
+    if (responded && now - begin <= brief()) {
+        m_silent = false;
+        m_left += std::exchange(m_briefly, false) ? m_timeout * 6 / 5 - brief() : Clock::duration::zero();
+    } else if (!responded && m_granted >= brief()) {
+        m_silent = true;
+    }
 }
 
 void CallLogPatience::respondedLate(Clock::time_point begin, Clock::time_point now) {
-    if (now - begin <= m_timeout / 20) {
-        m_left = std::max(m_left, m_timeout / 20);
+    if (now - begin <= brief()) {
+        m_silent = false;
+        m_left = std::max(m_left, brief());
     }
 }
 

@@ -22,7 +22,9 @@ class WireDocument;
 ///     each request after one without a response in time  at most 1/20 of the timeout
 ///     the whole burst                                    6/5 of the timeout; the rest is not waited for
 ///
-/// A response to a request that is not waited for any more, within 1/20 of the timeout, allows one such wait.
+/// A switch that left a request without a response counts as silent until it responds within 1/20 of the
+/// timeout. For a silent switch, a whole burst is waited for at most 1/20 of the timeout. A response to a
+/// request that is not waited for any more, within 1/20 of the timeout, allows one such wait.
 ///
 /// Not thread-safe.
 class CallLogPatience {
@@ -41,9 +43,14 @@ public:
 private:
     static constexpr std::chrono::seconds kGap{1};
 
+    [[nodiscard]] Clock::duration brief() const { return m_timeout / 20; }
+
     const Clock::duration m_timeout;
     Clock::time_point m_lastEnd{};
-    Clock::duration m_left{};
+    Clock::duration m_left{};     // of the burst
+    Clock::duration m_granted{};  // to the current request
+    bool m_silent = false;
+    bool m_briefly = false;  // the burst has begun while the switch was silent
     bool m_withoutResponse = false;
 };
 

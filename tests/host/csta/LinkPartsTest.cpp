@@ -173,6 +173,18 @@ TEST(CallLogPatience, WaitsOnceForASwitchThatDoesNotRespond) {
     now += milliseconds(1001);
     request(kNever);
     EXPECT_EQ(waits.back(), 1000);
+    waits.clear();
+    for (const milliseconds response : {kNever, milliseconds(51), milliseconds(10)}) {
+        now += milliseconds(1001);
+        request(response);
+    }
+    // The switch has responded in time, but not to every request.
+    request(kNever);
+    EXPECT_THAT(waits, testing::ElementsAre(50, 50, 10, 50));
+    now += milliseconds(1001);
+    patience.respondedLate(now - milliseconds(10), now);
+    request(kNever);
+    EXPECT_EQ(waits.back(), 1000);
 }
 
 }  // namespace
