@@ -117,17 +117,17 @@ std::optional<Frame> FrameReader::next() {
         const std::size_t length = lengthOf(rest());
         const std::optional<std::size_t> xmlBytes =
             lengthBeforeNextFrame(rest().substr(kHeaderBytes), length - kHeaderBytes);
+        if (xmlBytes && *xmlBytes == 0) {
+            report("the frame is empty");
+            drop(kHeaderBytes);
+            continue;
+        }
         if (xmlBytes && kHeaderBytes + *xmlBytes < length) {
             report("the frame's length is too large");
             return take(*xmlBytes);
         }
         if (!xmlBytes || rest().size() < length) {
             return std::nullopt;
-        }
-        if (length == kHeaderBytes) {
-            report("the frame is empty");
-            drop(length);
-            continue;
         }
         return takeFrame(length);
     }

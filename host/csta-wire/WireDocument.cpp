@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include "host/csta-wire/Frame.h"
 #include "host/csta-wire/XmlText.h"
@@ -38,21 +39,6 @@ Encoding encodingOf(std::string_view xml) {
     }
     return name == "iso-8859-1" || name == "latin1" || name == "windows-1252" ? Encoding::eLatin1
                                                                               : Encoding::eUnknown;
-}
-
-/// True if `xml` contains a reference to the zero character, at which the parser would end a text.
-bool refersToZero(std::string_view xml) {
-    for (std::size_t at = xml.find("&#"); at != std::string_view::npos; at = xml.find("&#", at + 2)) {
-        std::size_t digit = at + 2;
-        if (digit < xml.size() && (xml[digit] == 'x' || xml[digit] == 'X')) {
-            ++digit;
-        }
-        digit = std::min(xml.find_first_not_of('0', digit), xml.size());
-        if (digit == xml.size() || xml[digit] == ';') {
-            return true;
-        }
-    }
-    return false;
 }
 
 bool isDeeperThan(pugi::xml_node top, std::size_t limit) {
@@ -114,16 +100,19 @@ std::optional<WireDocument> WireDocument::parse(std::string_view xml, std::strin
     if (encoding == Encoding::eUnknown) {
         return refuse("the encoding of the text is unknown");
     }
-    std::string converted;
-    if (encoding == Encoding::eLatin1 || !isXmlUtf8(xml)) {
-        converted = utf8FromLatin1(xml);
-        xml = converted;
+    std::string text;
+    if (encoding == Encoding::eLatin1) {
+        xml = text = utf8FromLatin1(xml);
     }
-    if (!isXmlUtf8(xml) || refersToZero(xml)) {
-        return refuse("the text contains characters that XML forbids");
+    WireDocument document;
+    if (std::optional<std::string> permitted = withoutForbiddenCharacters(xml)) {
+        document.m_hasReplacements = true;
+        xml = text = std::move(*permitted);
+    }
+    if (!isXmlUtf8(xml)) {
+        xml = text = utf8FromLatin1(xml);
     }
 
-    WireDocument document;
     document.m_document = std::make_unique<pugi::xml_document>();
     const pugi::xml_parse_result result = document.m_document->load_buffer(
         xml.data(), xml.size(), pugi::parse_default | pugi::parse_trim_pcdata, pugi::encoding_utf8);

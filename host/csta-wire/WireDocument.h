@@ -25,9 +25,10 @@ enum class MessageKind {
 /// One parsed message. Elements are found by local name, in any order, because peers differ in prefixes, name
 /// spaces and order; unknown elements are ignored. Movable. Not thread-safe.
 ///
-/// `parse` refuses a text that is longer than a frame, contains characters that XML forbids or references to
-/// the zero character, is nested deeper than `kMaxDepth`, or has an unknown encoding. Invalid UTF-8 and text
-/// that is declared as ISO 8859-1 or Windows-1252 are converted from Windows-1252.
+/// `parse` refuses a text that is longer than a frame, is no XML, is nested deeper than `kMaxDepth`, or has
+/// an unknown encoding. Invalid UTF-8 and text that is declared as ISO 8859-1 or Windows-1252 are converted from
+/// Windows-1252. Characters that XML forbids, and references to them, become spaces: a control character in a
+/// name must not lose the call.
 class WireDocument {
 public:
     static constexpr std::size_t kMaxDepth = 64;
@@ -39,9 +40,12 @@ public:
     /// The root's local name.
     [[nodiscard]] std::string_view name() const;
     [[nodiscard]] MessageKind kind() const { return messageKindOf(name()); }
+    /// True if characters that XML forbids have been replaced.
+    [[nodiscard]] bool hasReplacements() const noexcept { return m_hasReplacements; }
 
 private:
     std::unique_ptr<pugi::xml_document> m_document;
+    bool m_hasReplacements = false;
 };
 
 /// The first child element with that local name; a null node if there is none. A null node has no children.

@@ -1,8 +1,10 @@
 #include "host/csta-wire/XmlText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "platform/client-utils/Utf8.h"
 
@@ -23,6 +25,32 @@ constexpr std::array<std::uint32_t, 32> kWindows1252{
 std::size_t xmlCharacterLength(std::string_view bytes) noexcept {
     const utf8::Step step = utf8::next(bytes, 0);
     return utf8::isXmlCharacter(step.character) ? step.length : 0;
+}
+
+/// The length of the reference to a character with which `xml` begins, if XML forbids the character; else 0.
+/// A reference without digits is one to the zero character.
+std::size_t forbiddenReference(std::string_view xml) noexcept {
+    if (xml.substr(0, 2) != "&#") {
+        return 0;
+    }
+    const bool isHex = xml.size() > 2 && xml[2] == 'x';
+    std::uint32_t character = 0;
+    std::size_t at = isHex ? 3 : 2;
+    for (; at < xml.size() && hexDigitValue(xml[at]) >= 0 && (isHex || xml[at] <= '9'); ++at) {
+        character =
+            std::min(character * (isHex ? 16 : 10) + static_cast<std::uint32_t>(hexDigitValue(xml[at])),
+                     utf8::kInvalid >> 5U);
+    }
+    return at < xml.size() && xml[at] == ';' && !utf8::isXmlCharacter(character) ? at + 1 : 0;
+}
+
+/// The length of what XML forbids at the begin of `xml`; 0 if that is permitted, or no UTF-8.
+std::size_t forbiddenLength(std::string_view xml, bool isCdata) noexcept {
+    const utf8::Step step = utf8::next(xml, 0);
+    if (step.character != utf8::kInvalid && !utf8::isXmlCharacter(step.character)) {
+        return step.length;
+    }
+    return isCdata ? 0 : forbiddenReference(xml);
 }
 
 std::string_view rootTag(std::string_view xml) noexcept {
@@ -80,6 +108,27 @@ std::string utf8FromLatin1(std::string_view bytes) {
         }
     }
     return text;
+}
+
+std::optional<std::string> withoutForbiddenCharacters(std::string_view xml) {
+    if (isXmlUtf8(xml) && xml.find("&#") == std::string_view::npos) {
+        return std::nullopt;
+    }
+    constexpr std::string_view kCdata = "<![CDATA[";
+    constexpr std::string_view kCdataEnd = "]]>";
+    std::string text;
+    bool isReplaced = false;
+    bool isCdata = false;
+    text.reserve(xml.size());
+    while (!xml.empty()) {
+        isCdata =
+            isCdata ? xml.substr(0, kCdataEnd.size()) != kCdataEnd : xml.substr(0, kCdata.size()) == kCdata;
+        const std::size_t forbidden = forbiddenLength(xml, isCdata);
+        text.push_back(forbidden > 0 ? ' ' : xml.front());
+        isReplaced = isReplaced || forbidden > 0;
+        xml.remove_prefix(std::max<std::size_t>(forbidden, 1));
+    }
+    return isReplaced ? std::optional(std::move(text)) : std::nullopt;
 }
 
 std::string escapedXml(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,11 @@ namespace host {
 
 /// Reads 0x80 to 0x9F, which are control characters in ISO 8859-1, as Windows-1252.
 [[nodiscard]] std::string utf8FromLatin1(std::string_view bytes);
+
+/// `xml` with a space in place of each character, and each reference to a character, that XML forbids;
+/// `std::nullopt` if it has none. Bytes that are no UTF-8 stay; what looks like a reference in a CDATA
+/// section is text.
+[[nodiscard]] std::optional<std::string> withoutForbiddenCharacters(std::string_view xml);
 
 /// `text` with the markup characters escaped. Bytes that XML forbids become U+FFFD.
 [[nodiscard]] std::string escapedXml(std::string_view text);

@@ -132,6 +132,7 @@ void CstaLinkImpl::connected() {
     CSTA_LINK_LOG(4, "connected to the switch at %s:%u%s", m_config.host.c_str(), unsigned{m_config.port},
                   m_outageLogged ? " again" : "");
     m_outageLogged = false;
+    m_replacementsLogged = false;
     m_notifyStatus = m_everConnected;
     m_everConnected = true;
     updateStatus();
@@ -178,6 +179,9 @@ void CstaLinkImpl::received(const Frame& frame) {
     if (!document) {
         CSTA_LINK_LOG(3, "a message from the switch is dropped: %s", fault.c_str());
         return;
+    }
+    if (document->hasReplacements() && !std::exchange(m_replacementsLogged, true)) {
+        CSTA_LINK_LOG(3, "%s", "messages of the switch have characters that XML forbids; read as spaces");
     }
     switch (document->kind()) {
         case MessageKind::eEvent:

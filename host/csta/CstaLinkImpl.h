@@ -86,6 +86,7 @@ private:
     DeviceDiscovery m_discovery;
     CstaLinkStatus m_lastStatus;
     bool m_outageLogged = false;
+    bool m_replacementsLogged = false;  // on this connection
     bool m_everConnected = false;
     bool m_notifyStatus = false;
     bool m_registrationRefused = false;

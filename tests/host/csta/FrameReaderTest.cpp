@@ -61,6 +61,7 @@ TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
         {"cut twice in a row", frame(1, ann, 3) + frame(2, ann, 3), "1 " + ann + " 2 " + ann + " !"},
         {"a child named like the root", frame(1, children, 15) + good, "1 " + children + " 2 <B/> !"},
         {"a length too large by a part of a header", frame(1, ann, -5) + good, "1 " + ann + " 2 <B/> !"},
+        {"a header only", frame(1, "", -5) + good, "2 <B/> !"},
         {"a length too large by a frame", frame(1, ann, -80) + good + good + frame(3, ann),
          "1 " + ann + " 2 <B/> 2 <B/> 3 " + ann + " !"},
         {"a frame that is cut short", frame(1, ann).substr(0, 30) + good + frame(3, ann),

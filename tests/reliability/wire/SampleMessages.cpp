@@ -103,6 +103,9 @@ const std::vector<std::string>& hostileTexts() {
         "plain text",
         " \r\n\t ",
         "\xEF\xBB\xBF",
+        std::string("<DeliveredEvent>a\0b\x1B</DeliveredEvent>", 37),
+        "<DeliveredEvent>&#0;&#x0;&#99999999999;&unknown;&#x1b;</DeliveredEvent>",
+        std::string("<Delivered\0Event>", 17),
     };
     return kTexts;
 }
@@ -115,8 +118,6 @@ const std::vector<std::string>& refusedTexts() {
         repeated("<a>", 20000),
         "<?xml version='1.0' encoding='UTF-16'?><DeliveredEvent/>",
         std::string("\xFF\xFE<\0a\0/\0>\0", 10),
-        std::string("<DeliveredEvent>a\0b</DeliveredEvent>", 36),
-        "<DeliveredEvent>&#0;&#x0;&#99999999999;&unknown;</DeliveredEvent>",
     };
     return kTexts;
 }
