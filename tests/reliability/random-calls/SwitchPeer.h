@@ -46,6 +46,8 @@ public:
     [[nodiscard]] std::string crossRefId();
     /// False after the phone has disconnected.
     [[nodiscard]] bool isOpen() const { return m_isOpen; }
+    /// The number of monitors that were started. Thread-safe.
+    [[nodiscard]] int monitorStarts() const { return m_monitors; }
 
 private:
     void serve();
@@ -69,7 +71,7 @@ private:
     std::atomic<bool> m_isOpen{false};
 
     // Used by the reader thread only.
-    int m_monitors = 0;
+    std::atomic<int> m_monitors{0};
     std::string m_crossRefIdSent;
 
     // Guarded by m_mutex.
