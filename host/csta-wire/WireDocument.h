@@ -26,9 +26,9 @@ enum class MessageKind {
 /// spaces and order; unknown elements are ignored. Movable. Not thread-safe.
 ///
 /// `parse` refuses a text that is longer than a frame, is no XML, is nested deeper than `kMaxDepth`, or has
-/// an unknown encoding. Invalid UTF-8 and text that is declared as ISO 8859-1 or Windows-1252 are converted from
-/// Windows-1252. Characters that XML forbids, and references to them, become spaces: a control character in a
-/// name must not lose the call.
+/// an unknown encoding. Invalid UTF-8 and text that is declared as ISO 8859-1 or Windows-1252 are converted
+/// from Windows-1252. Characters that XML forbids, and references to them, become spaces: a control
+/// character in a name must not lose the call.
 class WireDocument {
 public:
     static constexpr std::size_t kMaxDepth = 64;
