@@ -22,7 +22,8 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
       m_connection(m_io, m_config.host, m_config.port,
                    ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
                    {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
-                    [this](const std::string& reason) { lost(reason); }}),
+                    [this](const std::string& reason) { lost(reason); }},
+                   {}),
       m_association(
           m_io, m_config.session == "application-session", m_messages,
           [this](const std::string& xml, PendingRequests::Handler handler) { send(xml, std::move(handler)); },

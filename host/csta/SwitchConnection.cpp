@@ -37,10 +37,11 @@ void enableKeepAlive(tcp::socket& socket) {
 }  // namespace
 
 SwitchConnection::SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port,
-                                   ExponentialBackoff backoff, Handlers handlers)
+                                   ExponentialBackoff backoff, Handlers handlers, Limits limits)
     : m_host(std::move(host)),
       m_port(port),
       m_handlers(std::move(handlers)),
+      m_limits(limits),
       m_backoff(backoff),
       m_resolver(io),
       m_socket(io),
@@ -181,7 +182,7 @@ void SwitchConnection::awaitRest() {
     if (m_reader.pendingBytes() == 0) {
         return;
     }
-    m_restTimer.expires_after(kOverdue);
+    m_restTimer.expires_after(m_limits.overdue);
     m_restTimer.async_wait([this, generation = m_generation](std::error_code overdue) {
         if (overdue || generation != m_generation || !handOver(&FrameReader::takeOverdue) ||
             m_reader.pendingBytes() == 0) {
@@ -189,7 +190,7 @@ void SwitchConnection::awaitRest() {
         }
         CSTA_LINK_LOG(3, "the rest of a message does not come; %zu bytes of it are there",
                       m_reader.pendingBytes());
-        m_restTimer.expires_after(kTornOff - kOverdue);
+        m_restTimer.expires_after(m_limits.tornOff - m_limits.overdue);
         m_restTimer.async_wait([this, generation](std::error_code tornOff) {
             if (!tornOff && generation == m_generation) {
                 abandon("the rest of a message does not come");

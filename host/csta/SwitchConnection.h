@@ -34,8 +34,15 @@ public:
         std::function<void(const std::string& reason)> lost;
     };
 
+    /// The times without a byte inside a message.
+    struct Limits {
+        std::chrono::milliseconds overdue{2000};
+        /// After this the connection counts as lost. Longer than `overdue`.
+        std::chrono::milliseconds tornOff{30000};
+    };
+
     SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port, ExponentialBackoff backoff,
-                     Handlers handlers);
+                     Handlers handlers, Limits limits);
 
     void open();
     /// Closes the connection for good. No handler is called afterwards.
@@ -50,9 +57,6 @@ public:
 private:
     // Above this the switch is assumed to have stopped reading.
     static constexpr std::size_t kMaxQueuedBytes = 4U << 20U;
-    // The time without a byte inside a message.
-    static constexpr std::chrono::seconds kOverdue{2};
-    static constexpr std::chrono::seconds kTornOff{30};
 
     void attempt();
     void connect(const asio::ip::tcp::resolver::results_type& endpoints);
@@ -68,6 +72,7 @@ private:
     const std::string m_host;
     const std::uint16_t m_port;
     const Handlers m_handlers;
+    const Limits m_limits;
     ExponentialBackoff m_backoff;
 
     asio::ip::tcp::resolver m_resolver;

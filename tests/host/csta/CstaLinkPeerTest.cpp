@@ -6,10 +6,12 @@
 #include <chrono>
 #include <future>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/DeviceDiscovery.h"
+#include "host/csta/SwitchConnection.h"
 #include "tests/host/csta/LinkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/Table.h"
@@ -75,6 +77,33 @@ std::string delivered(const std::string& monitor, const std::string& caller) {
     return frame(9999, "<DeliveredEvent><monitorCrossRefID>" + monitor +
                            "</monitorCrossRefID><callingDevice><deviceIdentifier>" + caller +
                            "</deviceIdentifier></callingDevice><cause>newCall</cause></DeliveredEvent>");
+}
+
+TEST(SwitchConnection, ReadsAClosedMessageThatIsOverdueAndLeavesASwitchThatTearsOneOff) {
+    BarePeer peer;
+    asio::io_context io;
+    linktest::TextQueue got;
+    host::SwitchConnection connection(io, "127.0.0.1", peer.port(),
+                                      host::ExponentialBackoff(std::chrono::hours(1), std::chrono::hours(1)),
+                                      {[] {}, [&got](const host::Frame& each) { got.add(each.xml); },
+                                       [&](const std::string& reason) {
+                                           got.add(reason);
+                                           io.stop();
+                                       }},
+                                      {std::chrono::milliseconds(50), std::chrono::milliseconds(300)});
+    connection.open();
+    std::thread reader([&io] { io.run_for(linktest::kPatience); });
+    peer.accept();
+    std::string tooLong = frame(1, "<A/>");
+    tooLong[3] = '\x7F';
+    const auto begin = std::chrono::steady_clock::now();
+    peer.sendBytes(tooLong);
+    EXPECT_THAT(got.await(1), ElementsAre("<A/>"));
+    peer.sendBytes(frame(2, "<B></B>").substr(0, 12));
+    reader.join();
+    EXPECT_THAT(got.await(2), ElementsAre("<A/>", "the rest of a message does not come"));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(350));
+    connection.close();
 }
 
 class CstaLinkPeer : public LinkTest {
