@@ -342,10 +342,10 @@ private:
         m_table.requested(request->connection_id(), m_callbacks.isTrusted(plain),
                           ConnectionTable::Clock::now());
         asio::post(m_workers, [this, id, plain = std::move(plain)] {
-            // An exception, as without free memory, leaves the request without a response until its time
+            // An exception here, as without free memory, leaves the request without a response until its time
             // limit.
             try {
-                asio::post(m_loop, [this, id, response = m_callbacks.handle(plain)]() mutable {
+                asio::post(m_loop, [this, id, response = handled(plain)]() mutable {
                     respond(id, std::move(response));
                 });
             } catch (const std::exception& error) {
@@ -353,6 +353,18 @@ private:
             }
         });
         return restinio::request_accepted();
+    }
+
+    /// An error that cannot even be described, as without free memory, gets an empty response.
+    [[nodiscard]] HttpResponse handled(const HttpRequest& request) const {
+        try {
+            return m_callbacks.handle(request);
+        } catch (const std::exception& error) {
+            logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
+            HttpResponse response;
+            response.status = 503;
+            return response;
+        }
     }
 
     void respond(std::uint64_t id, HttpResponse response) {

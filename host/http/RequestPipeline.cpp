@@ -1,6 +1,7 @@
 #include "host/http/RequestPipeline.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "host/http/messages/HttpError.h"
@@ -48,6 +49,9 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
         response = process(request);
     } catch (const HttpError& error) {
         response = errorResponse(error);
+    } catch (const std::bad_alloc&) {
+        logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "%s failed: out of memory", request.method.c_str());
+        response = errorResponse({503, "out-of-memory", "there is too little memory for it now"});
     } catch (const std::exception& error) {
         logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "%s %s failed: %s", request.method.c_str(),
                   request.target.c_str(), error.what());

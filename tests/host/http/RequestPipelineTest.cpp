@@ -29,6 +29,7 @@ protected:
             {"GET", "/open", [](const auto&) { return HttpResponse(); }, {}, host::Router::Guard::eOpen});
         m_router.add(
             {"GET", "/broken", [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
+        m_router.add({"GET", "/large", [](const auto&) -> HttpResponse { throw std::bad_alloc(); }});
         const host::HistoryRows::Context context{m_line};
         m_database->write("test", [&](host::Database::Session& session) {
             for (const char* const name : {"Anna", "Bob", "Ann"}) {
@@ -103,6 +104,7 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
         GET  | /api/v1/lists/missed |                                                      | 401 no-token
         GET  | /nowhere             | authorization: Bearer secret                         | 404
         GET  | /broken              | authorization: Bearer secret                         | 500
+        GET  | /large               | authorization: Bearer secret                         | 503
         GET  | /open                | host: LOCALHOST:9000                                 | 200
         GET  | /open                | host: 127.0.0.1.evil.example                         | 403
         GET  | /open                | f oo: b                                              | 400
