@@ -68,9 +68,10 @@ SELECT CASE WHEN ?1 GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]?*'
 
 // The row of an occurrence that no entry lists: its call has left its entry, or is one of the older calls of
 // the entry ?6. Compares the text of the time, since the begin of one in local time depends on the zone.
+// Without the name of the index SQLite reads all calls of the list.
 constexpr const char* kFindUnlisted = R"sql(
-SELECT call.id FROM call JOIN party ON party.id = call.party
-WHERE ?4 <> '' AND call.line = ?3 AND call_id = ?4 AND list = ?1 AND number = ?2 AND time_and_date = ?5 AND listed = 0
+SELECT call.id FROM call INDEXED BY call_identity JOIN party ON party.id = call.party
+WHERE call_id <> '' AND call.line = ?3 AND call_id = ?4 AND list = ?1 AND number = ?2 AND time_and_date = ?5 AND listed = 0
 UNION ALL
 SELECT call.id FROM call JOIN party ON party.id = call.party
 WHERE ?4 = '' AND item = ?6 AND call_id = '' AND number = ?2 AND time_and_date = ?5 AND listed = 0

@@ -60,7 +60,8 @@ void JournalChange::carryOut(Database::Session& session) {
     CallRows calls(session, context);
     m_rewritten = m_line->rewritten;
     const auto list = listOfTable(m_request.schema);
-    m_isEviction = list && isEvictionFrom(*list, calls);
+    m_isEviction = m_foundEviction ? *m_foundEviction : list && isEvictionFrom(*list, calls);
+    m_foundEviction.reset();
     if (m_request.reason == DataRequest::Reason::eDelete) {
         m_rewritten = detachRewritten(calls);
     }
@@ -78,11 +79,12 @@ void JournalChange::carryOut(Database::Session& session) {
     }
 }
 
-bool JournalChange::isEviction(Database::Session& session) const {
+bool JournalChange::isEviction(Database::Session& session) {
     const auto list = listOfTable(m_request.schema);
     const HistoryRows::Context context = this->context();
     CallRows calls(session, context);
-    return list && isEvictionFrom(*list, calls);
+    m_foundEviction = list && isEvictionFrom(*list, calls);
+    return *m_foundEviction;
 }
 
 bool JournalChange::isEvictionFrom(ListName list, CallRows& calls) const {

@@ -49,8 +49,9 @@ public:
     void carryOut(Database::Session& session);
     /// True for the deletion with which the journal shortens a list that is too long. A power cut that brings
     /// the entry back does no harm: the list is too long again, and the journal does not load its oldest
-    /// entries.
-    [[nodiscard]] bool isEviction(Database::Session& session) const;
+    /// entries. `carryOut` uses the result, since counting a full list takes time. Requires: it follows with
+    /// the same lock held.
+    [[nodiscard]] bool isEviction(Database::Session& session);
     /// Prepares the change to be carried out later: new rows get their ids now.
     void keep(Database& database);
     void done(bool stored);
@@ -88,6 +89,7 @@ private:
     std::vector<std::optional<std::int64_t>> m_newIds;
     Rewritten m_rewritten;
     bool m_isEviction = false;
+    std::optional<bool> m_foundEviction{};
     std::string m_lastUniqueId;
 };
 
