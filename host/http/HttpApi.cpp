@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "host/database/DatabaseMemory.h"
 #include "host/http/Metrics.h"
 #include "host/http/RequestPipeline.h"
 #include "host/http/events/EventFeed.h"
@@ -120,6 +121,7 @@ private:
              .unviewed = m_status.unviewed(),
              .keptChanges = m_backend.database.keptCount(),
              .lostChanges = m_backend.database.lostCount(),
+             .databaseMemory = databaseMemory(),
              .droppedLogLines = m_backend.droppedLogLines()});
         return response;
     }

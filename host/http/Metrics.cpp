@@ -1,5 +1,6 @@
 #include "host/http/Metrics.h"
 
+#include <malloc.h>
 #include <prometheus/counter.h>
 #include <prometheus/gauge.h>
 #include <prometheus/histogram.h>
@@ -18,6 +19,12 @@ auto& family(Builder builder, prometheus::Registry& registry, const std::string&
     return builder.Name(name).Help(help).Labels({{"line", line}}).Register(registry);
 }
 
+/// The bytes that are allocated now; what the allocator keeps for later is not counted.
+double allocatedMemory() {
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+}
+
 }  // namespace
 
 class Metrics::Registered {
@@ -30,6 +37,7 @@ public:
     prometheus::Counter& filed(ListName list) { return m_filed.Add({{"list", std::string(wordOf(list))}}); }
     prometheus::Counter& events(std::string_view kind) { return m_events.Add({{"kind", std::string(kind)}}); }
     prometheus::Gauge& observers(const std::string& face) { return m_observers.Add({{"face", face}}); }
+    prometheus::Gauge& memory(const char* use) { return m_memory.Add({{"use", use}}); }
     prometheus::Gauge& entries(ListName list) { return m_entries.Add({{"list", std::string(wordOf(list))}}); }
 
     void raiseDroppedLogLines(double total) { raise(m_droppedLogLines, total); }
@@ -64,6 +72,8 @@ private:
                "Open event streams (http) and connected clients of the Unix socket (remote)");
     prometheus::Family<prometheus::Gauge>& m_entries =
         gauges("calljournal_list_entries", "Entries in each list");
+    prometheus::Family<prometheus::Gauge>& m_memory =
+        gauges("calljournal_memory_bytes", "Allocated memory, by its use");
     prometheus::Counter& m_droppedLogLines =
         counters("calljournal_log_lines_dropped_total",
                  "Lines of the log that were not taken in time, or could not be written")
@@ -110,6 +120,9 @@ std::string Metrics::text(const Gauges& gauges) {
     m_registered->raiseDroppedLogLines(static_cast<double>(gauges.droppedLogLines));
     m_registered->keptChanges.Set(static_cast<double>(gauges.keptChanges));
     m_registered->raiseLostChanges(static_cast<double>(gauges.lostChanges));
+    const auto ofDatabase = static_cast<double>(gauges.databaseMemory);
+    m_registered->memory("database").Set(ofDatabase);
+    m_registered->memory("other").Set(std::max(0.0, allocatedMemory() - ofDatabase));
     for (const auto& [face, count] : gauges.observers) {
         m_registered->observers(face).Set(static_cast<double>(count));
     }

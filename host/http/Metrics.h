@@ -29,6 +29,8 @@ public:
         /// The changes that the database refuses: those that are kept, and those that were lost.
         std::size_t keptChanges = 0;
         std::uint64_t lostChanges = 0;
+        /// Bytes of the program's memory that the databases use.
+        std::int64_t databaseMemory = 0;
         /// Since the program started.
         std::uint64_t droppedLogLines = 0;
     };
