@@ -36,8 +36,10 @@ struct DeliveryContext {
         PhoneCallKey call;
         /// The call id in the delivered event, if it is another one.
         std::string deliveredId{};
-        /// The journal may hold the event back and file the call later.
+        /// The journal may file the call by a later event: the call stays known for a few seconds.
         bool mayBeFiledLater = false;
+        /// The journal may hold the event back: if the program ends meanwhile, its next run files the call.
+        bool mayBeHeldBack = false;
         /// Set by the database when it has stored the call's entry.
         bool filed = false;
     };

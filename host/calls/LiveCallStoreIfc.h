@@ -44,8 +44,8 @@ public:
     /// Call it with true inside the transaction that files an ended call and removes its row: the row is not
     /// written again. Call it with false if that transaction fails.
     virtual void setFiled(const PhoneCallKey& call, bool filed) = 0;
-    /// Call it after the event that ends the calls was delivered. One that may be filed later stays noted for
-    /// a few seconds.
+    /// Call it after the event that ends the calls was delivered. One that may be filed later stays known for
+    /// a few seconds, and noted for the next run if its event may be held back.
     virtual void delivered(const DeliveryContext& context) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/csta/CSTACallControlEvents.h"
+#include "platform/csta/CSTAEventCause.h"
 
 namespace host {
 
@@ -56,7 +57,12 @@ void CallDelivery::dropEnded() {
 /// diversion end the call: the settings of the phone decide by which one it files the call, if at all.
 DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last, bool isDiversion) {
     const auto* const control = dynamic_cast<const CSTACallControlEvent*>(event.event.get());
-    const bool mayBeHeldBack = !isDiversion && event.event->getType() == CSTAEventCode::eConnectionCleared;
+    const bool isCleared = !isDiversion && event.event->getType() == CSTAEventCode::eConnectionCleared;
+    const bool mayBeHeldBack = isCleared && control->getConnectionCallID() == m_heldForTransfer;
+    if (event.event->getType() == CSTAEventCode::eHeld &&
+        event.event->getCause() == CSTA_EC_HeldForTransfer) {
+        m_heldForTransfer = control->getConnectionCallID();
+    }
     DeliveryContext context{.time = event.time.value_or(std::chrono::system_clock::now()),
                             .endApproximate = event.endApproximate};
     const auto taken = std::stable_partition(m_ended.begin(), m_ended.end(), [&](const PhoneCallKey& call) {
@@ -70,7 +76,10 @@ DeliveryContext CallDelivery::contextOf(const PhoneEvent& event, bool last, bool
         if (mayBeHeldBack) {
             m_heldBack.emplace_back(std::chrono::steady_clock::now() + kHeldBack, *call);
         }
-        context.ends.push_back({.call = *call, .mayBeFiledLater = mayBeHeldBack || (isDiversion && !last)});
+        const bool isHandledAgain = isDiversion && !last;
+        context.ends.push_back({.call = *call,
+                                .mayBeFiledLater = isCleared || isHandledAgain,
+                                .mayBeHeldBack = mayBeHeldBack || isHandledAgain});
     }
     if (last || !isDiversion) {
         m_ended.erase(taken, m_ended.end());
@@ -84,7 +93,7 @@ void CallDelivery::addHeldBack(DeliveryContext& context, const CSTAEvent& event)
     }
     if (event.getType() == CSTAEventCode::eTransferred) {
         for (auto& [until, call] : std::exchange(m_heldBack, {})) {
-            context.ends.push_back({.call = std::move(call), .mayBeFiledLater = true});
+            context.ends.push_back({.call = std::move(call), .mayBeFiledLater = true, .mayBeHeldBack = true});
         }
     }
 }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <deque>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -42,6 +43,8 @@ private:
     const EventDelivery m_delivery;
     /// The calls that have ended since the last delivery.
     std::vector<PhoneCallKey> m_ended;
+    /// The id of the call that was last held for a transfer: the journal may hold its clearing back.
+    std::string m_heldForTransfer;
     /// The calls whose clearings the journal may hold back, with the ends of that time.
     std::deque<std::pair<std::chrono::steady_clock::time_point, PhoneCallKey>> m_heldBack;
 };

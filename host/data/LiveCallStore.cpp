@@ -238,13 +238,26 @@ void LiveCallStore::delivered(const DeliveryContext& context) {
         if (each.filed || !each.mayBeFiledLater) {
             remove(each.call);
         } else {
-            m_heldBack.emplace_back(Clock::now() + kHeldBack, each.call);
-            if (!each.deliveredId.empty() && m_calls.contains(each.call)) {
-                m_deliveredIds[each.call] = each.deliveredId;
-            }
+            keepKnown(each);
         }
     }
     m_wake.notify_all();
+}
+
+/// Requires: m_mutex is held.
+void LiveCallStore::keepKnown(const DeliveryContext::EndedCall& ended) {
+    if (!m_calls.contains(ended.call)) {
+        return;
+    }
+    m_heldBack.emplace_back(Clock::now() + kHeldBack, ended.call);
+    if (!ended.deliveredId.empty()) {
+        m_deliveredIds[ended.call] = ended.deliveredId;
+    }
+    // The journal has decided to file no call. The next run could decide otherwise, by other settings.
+    if (!ended.mayBeHeldBack && m_filed.insert(ended.call).second) {
+        m_changed.erase(ended.call);
+        m_removed.insert(ended.call);
+    }
 }
 
 /// Requires: m_mutex is held.
@@ -305,7 +318,7 @@ void LiveCallStore::restore(const Batch& batch) {
         }
     }
     for (const PhoneCallKey& key : batch.removed) {
-        if (!m_calls.contains(key)) {
+        if (!m_calls.contains(key) || m_filed.contains(key)) {
             m_removed.insert(key);
         }
     }

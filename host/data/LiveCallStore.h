@@ -34,8 +34,8 @@ class Database;
 ///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`) and
 ///     calls `setFiled`. The thread takes a batch inside its own transaction, so that it never writes the row
 ///     of a call that is filed already: the next run would file the call again.
-///  4. `delivered` drops the call here. The row of a call that may be filed later is removed after
-///     `kHeldBack`.
+///  4. `delivered` drops the call here and removes the row of one that was not filed. A call that may be
+///     filed later is dropped after `kHeldBack`; its row stays so long only if its event may be held back.
 ///
 /// Thread-safe. A batch that fails is logged once and repeated.
 class LiveCallStore final : public LiveCallStoreIfc {
@@ -69,6 +69,7 @@ private:
     };
 
     void change(const PhoneCallKey& call, const std::function<void(NotedCall&)>& action);
+    void keepKnown(const DeliveryContext::EndedCall& ended);
     void remove(const PhoneCallKey& call);
     void run();
     [[nodiscard]] bool isIdle() const { return m_changed.empty() && m_removed.empty(); }
@@ -93,7 +94,7 @@ private:
     std::map<PhoneCallKey, NotedCall> m_calls;
     std::set<PhoneCallKey> m_changed;
     std::set<PhoneCallKey> m_removed;
-    /// Those of m_calls whose rows a filing transaction has removed.
+    /// Those of m_calls whose rows are removed, by a filing transaction or because they are not filed.
     std::set<PhoneCallKey> m_filed;
     std::deque<std::pair<Clock::time_point, PhoneCallKey>> m_heldBack;
     /// The ids under which the journal files those calls, if they are other ones.

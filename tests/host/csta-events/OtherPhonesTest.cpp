@@ -204,6 +204,8 @@ a colleague picks it up   | RINGS; Diverted 1 at:2001 away:2007 from:4711 to:200
 a colleague answers       | RINGS; Established 1 at:2006 from:4711 to:2001 own=null | completed-elsewhere
 a colleague answers first | RINGS; Established 1 at:2006 from:4711 to:2001 own=alerting;
 +   Cleared 1 at:2001 own=null cause=multipleAlerting | completed-elsewhere
+answered elsewhere        | RINGS; Cleared 1 at:2001 own=null cause=multipleAlerting | completed-elsewhere
+answered by a key there   | RINGS; Cleared 1 at:2001 own=null cause=keyOperation | completed-elsewhere
 a member picks it up      | RINGS; Established 1 at:2006 from:4711 to:2001 own=alerting cause=callPickup;
 +   Cleared 1 at:2001 own=null cause=multipleAlerting | pick-up
 picked up here            | Originated 1 to:*8 own=connected cause=newCall; Established 1 at:2001 from:4711 to:2005 own=connected

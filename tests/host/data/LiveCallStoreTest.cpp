@@ -126,14 +126,21 @@ TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
               "7 0, 26@2002 1");
     store->delivered(context);
 
-    // A call that was not filed keeps its row for a while.
+    // A call that was not filed stays known for a while, and keeps its row if its end may be held back.
+    const PhoneCall refused = callOf("28", 75);
+    store->store(refused);
+    EXPECT_TRUE(become("2001 25, 2001 26, 2001 28, 3001 9"));
     DeliveryContext unfiled{
-        .ends = {{.call = keyOf(later), .deliveredId = "26@2003", .mayBeFiledLater = true}}};
+        .ends = {
+            {.call = keyOf(later), .deliveredId = "26@2003", .mayBeFiledLater = true, .mayBeHeldBack = true},
+            {.call = keyOf(refused), .mayBeFiledLater = true}}};
+    store->end(keyOf(refused), at(78), false);
     EXPECT_FALSE(store->ended("26")) << "live";
     store->end(keyOf(later), at(80), false);
     store->delivered(unfiled);
     EXPECT_FALSE(store->ended("26"));
     ASSERT_TRUE(store->ended("26@2003"));
+    EXPECT_TRUE(store->ended("28"));
     EXPECT_EQ(store->ended("26@2003")->ended, at(80));
     store->store(callOf("27", 90));
     EXPECT_TRUE(become("2001 25, 2001 26, 2001 27, 3001 9"));
