@@ -141,7 +141,11 @@ public:
 
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
+    /// Stops once; returns the number of changes that are not stored.
     [[nodiscard]] std::size_t stop() {
+        if (std::exchange(m_stopped, true)) {
+            return m_notStored;
+        }
         m_addressFile.reset();
         // First, because requests of clients may wait for the switch.
         m_line.disconnect();
@@ -156,9 +160,9 @@ public:
         m_remote.reset();
         m_line.stop();
         m_databaseMaintenance.stop();
-        const std::size_t kept = m_databaseMaintenance.storeRest();
+        m_notStored = m_databaseMaintenance.storeRest();
         m_database.removeMigrationCopy();
-        return kept;
+        return m_notStored;
     }
 
 private:
@@ -204,6 +208,8 @@ private:
     host::Endpoint m_httpEndpoint;
     const std::filesystem::path m_dataDirectory;
     std::optional<host::ApiAddressFile> m_addressFile;
+    bool m_stopped = false;
+    std::size_t m_notStored = 0;
 };
 
 std::unique_ptr<host::ServerSocket> JournalServer::claim(const std::filesystem::path& dataDirectory) {

@@ -104,6 +104,8 @@ void JournalChange::keep(Database& database) {
         if (m_lastUniqueId.empty()) {
             m_newIds[at] = database.newItemId();
             m_lastUniqueId = host::uniqueIdOf(*m_newIds[at]);
+        } else {
+            m_newIds[at] = rowIdOf(m_lastUniqueId);  // for a row whose first change was given up
         }
     }
     if (!m_request.keys.empty()) {

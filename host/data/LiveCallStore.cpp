@@ -324,12 +324,23 @@ void LiveCallStore::restore(const Batch& batch) {
     }
 }
 
+/// The file was put back without what was written to the old one since.
+void LiveCallStore::markAllChanged() {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [key, noted] : m_calls) {
+        if (!m_filed.contains(key)) {
+            m_changed.insert(key);
+        }
+    }
+}
+
 bool LiveCallStore::writeBatch() noexcept {
     Batch batch;
     try {
         if (const unsigned generation = m_database.generation(); generation != m_generation) {
             m_connection = connectionTo(m_database);
             m_generation = generation;
+            markAllChanged();
         }
         SQLite::Transaction transaction(*m_connection, SQLite::TransactionBehavior::IMMEDIATE);
         batch = takeBatch();

@@ -75,6 +75,7 @@ private:
     [[nodiscard]] bool isIdle() const { return m_changed.empty() && m_removed.empty(); }
     [[nodiscard]] Batch takeBatch();
     void removeOverdue(Clock::time_point now);
+    void markAllChanged();
     void restore(const Batch& batch);
     [[nodiscard]] bool writeBatch() noexcept;
     void write(const Batch& batch);

@@ -49,8 +49,11 @@ bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds ti
 std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& file,
                                                  std::chrono::milliseconds busyTime) {
     try {
+        DatabaseFile::recover(file);
         makePrivateFile(file);
         return std::make_unique<DatabaseConnection>(file, busyTime);
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw DatabaseError(error.what());
     } catch (const SQLite::Exception& error) {
         throw DatabaseError(explanationOf(file, error));
     }
@@ -105,7 +108,15 @@ std::unique_ptr<DatabaseConnection> Database::takeReader() {
             return reader;
         }
     }
-    return std::make_unique<DatabaseConnection>(m_file, m_busyTime, DatabaseConnection::ReadOnly());
+    const auto requirePlace = [this] {
+        if (!m_place.isInPlace()) {
+            throw std::runtime_error(m_file.string() + " is not the file that is in use");
+        }
+    };
+    requirePlace();
+    auto reader = std::make_unique<DatabaseConnection>(m_file, m_busyTime, DatabaseConnection::ReadOnly());
+    requirePlace();
+    return reader;
 }
 
 void Database::giveBack(std::unique_ptr<DatabaseConnection> reader, unsigned generation) {
@@ -155,9 +166,18 @@ void Database::transact(const Work& work, bool flushes) {
     }
 }
 
-void Database::transact(const DatabaseChange& change, bool flushes) {
+void Database::transactFlushing(const DatabaseChange& change) {
     Session session(*m_connection);
-    transact(change.work, flushes && !(change.isMinor && change.isMinor(session)));
+    transact(change.work, !(change.isMinor && change.isMinor(session)));
+}
+
+void Database::finish(DatabaseChange& change, bool stored) noexcept {
+    if (change.done) {
+        if (const auto failure = DatabaseFailure::of([&] { change.done(stored); })) {
+            logAppUni("Database", __FILE_NAME__, 2, __LINE__, "what follows %s failed: %s",
+                      change.what.c_str(), failure->text.c_str());
+        }
+    }
 }
 
 Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept {
@@ -169,8 +189,9 @@ Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& c
             failed(change->what, true, {0, error.what()});
         }
     });
-    if (outcome == Outcome::eRefused && change->done) {
-        change->done(false);
+    if (outcome == Outcome::eRefused) {
+        m_kept.countLost();
+        finish(*change, false);
     }
     return outcome;
 }
@@ -189,12 +210,10 @@ Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& 
     if (const auto kept = m_kept.addBehindOthers(change)) {
         return outcomeOf(*kept);
     }
-    const auto failure = DatabaseFailure::of([&] { transact(*change, true); });
+    const auto failure = DatabaseFailure::of([&] { transactFlushing(*change); });
     if (!failure) {
         m_health.succeeded(change->what, true);
-        if (change->done) {
-            change->done(true);
-        }
+        finish(*change, true);
         return Outcome::eStored;
     }
     failed(change->what, true, *failure);
@@ -234,7 +253,8 @@ bool Database::storeFirst() {
     DatabaseChange& first = *kept.front().change;
     m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
     // Each change is a transaction of its own; the last flushes all of them.
-    const auto failure = DatabaseFailure::of([&] { transact(first, kept.size() == 1); });
+    const bool isLast = kept.size() == 1;
+    const auto failure = DatabaseFailure::of([&] { transact(first.work, isLast); });
     if (failure) {
         passFirst(kept, *failure);
         m_connection->setBusyTime(m_busyTime);
@@ -243,10 +263,9 @@ bool Database::storeFirst() {
     m_connection->setBusyTime(m_busyTime);
     m_health.succeeded(first.what, true);
     m_kept.remove(0, false);
-    if (first.done) {
-        first.done(true);
-    }
-    if (kept.size() == 1) {
+    m_isUnflushed = !isLast;
+    finish(first, true);
+    if (isLast) {
         m_keptFor.clear();
         logAppUni("Database", __FILE_NAME__, 4, __LINE__, "the changes that were kept are stored");
     }
@@ -264,19 +283,19 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
     }
     bool isLost = !failure.isOfDatabase();
     if (!isLost && failure.mayBeOfOneWork() && m_kept.noteFailure() && kept.size() > 1 &&
-        !DatabaseFailure::of([&] { transact(*kept[1].change, true); })) {
+        !DatabaseFailure::of([&] { transact(kept[1].change->work, true); })) {
         m_kept.remove(1, false);
-        if (kept[1].change->done) {
-            kept[1].change->done(true);
-        }
+        m_isUnflushed = false;
+        finish(*kept[1].change, true);
         isLost = true;
     }
     if (isLost) {
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s is given up: %s", first.what.c_str(),
                   failure.text.c_str());
         m_kept.remove(0, true);
-        if (first.done) {
-            first.done(false);
+        finish(first, false);
+        if (m_kept.size() == 0 && std::exchange(m_isUnflushed, false)) {
+            truncateLog();  // flushes what was stored before
         }
     }
 }

@@ -128,7 +128,8 @@ private:
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
     // Require: m_mutex is held.
     void transact(const Work& work, bool flushes);
-    void transact(const DatabaseChange& change, bool flushes);
+    void transactFlushing(const DatabaseChange& change);
+    static void finish(DatabaseChange& change, bool stored) noexcept;
     void requireFile();
     [[nodiscard]] std::unique_ptr<DatabaseConnection> takeReader();
     void giveBack(std::unique_ptr<DatabaseConnection> reader, unsigned generation);
@@ -157,6 +158,8 @@ private:
     // Guarded by m_mutex.
     std::unique_ptr<DatabaseConnection> m_connection;
     DatabaseFile m_place;
+    /// The last transaction was not flushed.
+    bool m_isUnflushed = false;
     /// The last error for which the first kept change was not stored.
     std::string m_keptFor;
 

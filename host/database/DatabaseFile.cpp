@@ -35,7 +35,9 @@ DatabaseFile::Identity DatabaseFile::find() const noexcept {
 }
 
 bool DatabaseFile::isInPlace() const noexcept {
-    return find() == m_open;
+    const Identity found = find();
+    const std::lock_guard lock(m_mutex);
+    return found == m_open;
 }
 
 std::unique_ptr<DatabaseConnection> DatabaseFile::putBack(DatabaseConnection& connection,
@@ -44,12 +46,24 @@ std::unique_ptr<DatabaseConnection> DatabaseFile::putBack(DatabaseConnection& co
     std::filesystem::remove(unfinished);
     makePrivateFile(unfinished);
     connection.copyTo(unfinished);
+    std::filesystem::rename(unfinished, copyOf(m_file));
     moveAside();
-    std::filesystem::rename(unfinished, m_file);
+    std::filesystem::rename(copyOf(m_file), m_file);
     flushDirectory(m_file.parent_path());
     auto opened = std::make_unique<DatabaseConnection>(m_file, busyTime);
+    const std::lock_guard lock(m_mutex);
     m_open = find();
     return opened;
+}
+
+void DatabaseFile::recover(const std::filesystem::path& file) {
+    if (!std::filesystem::exists(file) && std::filesystem::exists(copyOf(file))) {
+        std::filesystem::rename(copyOf(file), file);
+    }
+}
+
+std::filesystem::path DatabaseFile::copyOf(const std::filesystem::path& file) {
+    return file.string() + ".copy";
 }
 
 /// A log beside a missing file belongs to the open one, whose copy has all of it.

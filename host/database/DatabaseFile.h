@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 
 namespace host {
 
@@ -13,7 +14,7 @@ class DatabaseConnection;
 /// The file that a connection has open, as it is found under its name. A running process keeps a file that is
 /// deleted or renamed, so that all it writes there is gone when it ends.
 ///
-/// Not thread-safe: requires the database's lock.
+/// Any thread may call `isInPlace`; the rest requires the database's lock.
 class DatabaseFile {
 public:
     /// The file exists and is open.
@@ -27,6 +28,10 @@ public:
     [[nodiscard]] std::unique_ptr<DatabaseConnection> putBack(DatabaseConnection& connection,
                                                               std::chrono::milliseconds busyTime);
 
+    /// Completes a `putBack` that was killed before its copy had the name of the file. Call it before the file
+    /// is opened. Throws `std::filesystem::filesystem_error`.
+    static void recover(const std::filesystem::path& file);
+
 private:
     struct Identity {
         dev_t device{};
@@ -37,8 +42,12 @@ private:
     /// Default for a file that does not exist.
     [[nodiscard]] Identity find() const noexcept;
     void moveAside() const;
+    [[nodiscard]] static std::filesystem::path copyOf(const std::filesystem::path& file);
 
     const std::filesystem::path m_file;
+
+    mutable std::mutex m_mutex;
+    // Guarded by m_mutex.
     Identity m_open;
 };
 

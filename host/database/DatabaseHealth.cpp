@@ -21,8 +21,8 @@ void DatabaseHealth::succeeded(const std::string& kind, bool isWrite) {
 void DatabaseHealth::failed(const std::string& kind, bool isWrite, int code) noexcept {
     (isWrite ? m_writeFailed : m_readFailed) = true;
     if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) {
-        m_damaged = true;
         const std::lock_guard lock(m_mutex);
+        m_damaged = true;
         try {
             m_damagedKinds.insert(kind);
         } catch (const std::bad_alloc&) {

@@ -24,7 +24,6 @@ std::optional<bool> KeptChanges::addBehindOthers(const std::shared_ptr<DatabaseC
 /// Requires: m_mutex is held.
 bool KeptChanges::append(const std::shared_ptr<DatabaseChange>& change) {
     if (m_changes.size() >= kMostChanges || change->bytes > kMostBytes - m_bytes) {
-        ++m_lost;
         return false;
     }
     if (change->keep) {
@@ -43,6 +42,11 @@ std::size_t KeptChanges::size() const {
 std::uint64_t KeptChanges::lost() const {
     const std::lock_guard lock(m_mutex);
     return m_lost;
+}
+
+void KeptChanges::countLost() {
+    const std::lock_guard lock(m_mutex);
+    ++m_lost;
 }
 
 std::deque<KeptChanges::Kept> KeptChanges::first(std::size_t count) const {

@@ -49,8 +49,7 @@ public:
         std::chrono::steady_clock::time_point firstFailure{};
     };
 
-    /// Calls `keep` of the change and appends it. Returns false, and counts the change as lost, if a bound is
-    /// reached.
+    /// Calls `keep` of the change and appends it. Returns false if a bound is reached.
     [[nodiscard]] bool add(std::shared_ptr<DatabaseChange> change);
     /// The same if other changes are kept; `std::nullopt` if none is.
     [[nodiscard]] std::optional<bool> addBehindOthers(const std::shared_ptr<DatabaseChange>& change);
@@ -58,6 +57,8 @@ public:
     [[nodiscard]] std::size_t size() const;
     /// The number of changes that were lost since the start.
     [[nodiscard]] std::uint64_t lost() const;
+    /// Counts a change that is neither stored nor kept.
+    void countLost();
 
     /// The first changes, at most `count`.
     [[nodiscard]] std::deque<Kept> first(std::size_t count) const;
