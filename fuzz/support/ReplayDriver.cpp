@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@
 
 // Plays a fuzz target without libFuzzer, in the form of a reliability check: the corpus in the first round,
 // and in each round one changed file of it. An input that breaks a property, crashes, or takes longer than 30
-// seconds is written to the file "input-SEED" of the working directory, and ends the program with status 1.
+// seconds is written to the file "input-SEED" in the directory of the program, and ends it with status 1.
 // With the environment variable FUZZ_INPUT, the target reads only that file.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -32,10 +33,11 @@ const char* g_target = "";
 const char* g_file = "";
 std::uint64_t g_seed = 0;
 const std::string* g_input = nullptr;
+std::string g_directory;
 
 void writeInput() {
-    std::array<char, 64> name{};
-    std::snprintf(name.data(), name.size(), "input-%" PRIu64, g_seed);
+    std::array<char, 4096> name{};
+    std::snprintf(name.data(), name.size(), "%s/input-%" PRIu64, g_directory.c_str(), g_seed);
     const int file = ::open(name.data(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (file >= 0 && g_input != nullptr) {
         static_cast<void>(!::write(file, g_input->data(), g_input->size()));
@@ -92,6 +94,7 @@ int main(int argc, char** argv) {
     const std::string name = targetName();
     const std::string check = name + "_fuzz";
     g_target = check.c_str();
+    g_directory = std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
     handleSignals();
     const reliability::Rounds rounds(check, argc, argv, 1000);
     if (const char* const file = std::getenv("FUZZ_INPUT")) {

@@ -150,6 +150,11 @@ std::vector<std::string> FrameReader::takeFaults() {
     return std::exchange(m_faults, {});
 }
 
+std::size_t FrameReader::pendingBytes() const noexcept {
+    const auto isFiller = [](char each) { return each == '\0' || isXmlBlank(each); };
+    return std::all_of(rest().begin(), rest().end(), isFiller) ? 0 : rest().size();
+}
+
 std::string_view FrameReader::rest() const noexcept {
     return std::string_view(m_buffer).substr(m_begin);
 }

@@ -45,8 +45,9 @@ public:
     /// Returns the faults since the last call as log texts; usually empty.
     [[nodiscard]] std::vector<std::string> takeFaults();
     [[nodiscard]] bool isLost() const noexcept { return m_lost; }
-    /// The number of buffered bytes. If it is not 0 when the connection ends, the last frame is incomplete.
-    [[nodiscard]] std::size_t pendingBytes() const noexcept { return m_buffer.size() - m_begin; }
+    /// The number of buffered bytes; 0 if they are only zero bytes and blanks, which some peers send after a
+    /// frame. If it is not 0 when the connection ends, the last frame is incomplete.
+    [[nodiscard]] std::size_t pendingBytes() const noexcept;
 
 private:
     [[nodiscard]] std::string_view rest() const noexcept;

@@ -303,9 +303,9 @@ void CallSynchronisation::scheduleAgeing() {
     m_ageing.expires_after(kAgeingPeriod);
     m_ageing.async_wait([this](std::error_code error) {
         if (!error && !m_closed) {
+            scheduleAgeing();
             endSilentCalls();
             confirmCalls();
-            scheduleAgeing();
         }
     });
 }

@@ -33,7 +33,7 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
       m_monitors(m_config, m_io, *this, post, [this] { updateStatus(); }),
       m_discovery(m_config, m_io, *this, m_messages,
                   [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
-      m_thread([this] { runLoop(m_io); }),
+      m_thread([this] { runLoop(m_io, [this] { m_connection.abandon("a message could not be handled"); }); }),
       m_readerId(m_thread.get_id()) {}
 
 CstaLinkImpl::~CstaLinkImpl() {
@@ -88,7 +88,11 @@ RequestOutcome CstaLinkImpl::perform(const std::function<void(const CompleteRequ
             work([promise](RequestOutcome result) { promise->set_value(std::move(result)); });
         });
     }
-    return outcome.get();
+    try {
+        return outcome.get();
+    } catch (const std::future_error&) {
+        return {};  // an exception has ended the work
+    }
 }
 
 void CstaLinkImpl::release(const Service& source) {

@@ -1,5 +1,6 @@
 #include "host/data/DatabaseMaintenance.h"
 
+#include <new>
 #include <thread>
 
 #include "host/database/Database.h"
@@ -23,8 +24,13 @@ void DatabaseMaintenance::stop() {
 
 void DatabaseMaintenance::maintain() {
     static_cast<void>(m_database.maintain());
-    m_next =
-        m_timers.schedule(kBetween, [this, post = m_strand.weakPoster()] { post([this] { maintain(); }); });
+    try {
+        m_next = m_timers.schedule(kBetween,
+                                   [this, post = m_strand.weakPoster()] { post([this] { maintain(); }); });
+    } catch (const std::bad_alloc&) {
+        std::this_thread::sleep_for(kBetween);
+        m_strand.post([this] { maintain(); });
+    }
 }
 
 std::size_t DatabaseMaintenance::storeRest(std::chrono::milliseconds time) {

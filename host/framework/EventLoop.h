@@ -8,16 +8,27 @@
 namespace host {
 
 /// Runs the loop on the calling thread until it has no work or is stopped. An exception of a handler, as that
-/// of a process without free memory, is logged, and the loop continues.
-inline void runLoop(asio::io_context& loop) noexcept {
-    for (bool ended = false; !ended;) {
+/// of a process without free memory, is logged, and the loop continues after `repair`, because the handler
+/// may not have started its next operation. An exception of `repair` is only logged.
+template <typename Repair>
+void runLoop(asio::io_context& loop, const Repair& repair) noexcept {
+    const auto succeeds = [](const auto& work) noexcept {
         try {
-            loop.run();
-            ended = true;
+            work();
+            return true;
         } catch (const std::exception& error) {
             logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a handler failed: %s", error.what());
+            return false;
         }
+    };
+    while (!succeeds([&loop] { loop.run(); })) {
+        static_cast<void>(succeeds(repair));
     }
+}
+
+/// For a loop whose handlers start their next operation before they do anything else.
+inline void runLoop(asio::io_context& loop) noexcept {
+    runLoop(loop, [] {});
 }
 
 }  // namespace host

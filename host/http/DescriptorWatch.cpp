@@ -25,8 +25,8 @@ void DescriptorWatch::start(Clock::duration interval) {
     m_timer.expires_after(interval);
     m_timer.async_wait([this, interval](const asio::error_code& error) {
         if (!error) {
-            check();
             start(interval);
+            check();
         }
     });
 }

@@ -44,6 +44,7 @@ struct Traits : public restinio::default_single_thread_traits_t {
 /// Connections that are shut down, but not closed yet.
 constexpr std::size_t kEndingConnections = 64;
 constexpr std::chrono::milliseconds kDescriptorInterval{1000};
+constexpr std::chrono::milliseconds kMemoryInterval{100};
 
 }  // namespace
 }  // namespace host
@@ -319,9 +320,9 @@ private:
         m_heartbeat.expires_after(m_settings.heartbeat);
         m_heartbeat.async_wait([this](const asio::error_code& error) {
             if (!error) {
-                m_callbacks.heartbeat();
-                renewAccept();
                 scheduleHeartbeat();
+                renewAccept();
+                m_callbacks.heartbeat();
             }
         });
     }
@@ -337,34 +338,44 @@ private:
     /// The library's request handle stays on the loop thread, because it is not thread-safe.
     restinio::request_handling_status_t dispatch(const Request& request) {
         const std::uint64_t id = ++m_lastId;
-        m_waiting.emplace(id, request);
         HttpRequest plain = requestOf(*request);
         m_table.requested(request->connection_id(), m_callbacks.isTrusted(plain),
                           ConnectionTable::Clock::now());
-        asio::post(m_workers, [this, id, plain = std::move(plain)] {
-            // An exception here, as without free memory, leaves the request without a response until its time
-            // limit.
-            try {
-                asio::post(m_loop, [this, id, response = handled(plain)]() mutable {
-                    respond(id, std::move(response));
-                });
-            } catch (const std::exception& error) {
-                logAppUni("Http", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
-            }
-        });
+        m_waiting.emplace(id, request);
+        try {
+            asio::post(m_workers, [this, id, plain = std::move(plain)] { handle(id, plain); });
+        } catch (const std::exception& error) {
+            logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
+            respond(id, unavailable());
+        }
         return restinio::request_accepted();
     }
 
-    /// An error that cannot even be described, as without free memory, gets an empty response.
-    [[nodiscard]] HttpResponse handled(const HttpRequest& request) const {
-        try {
-            return m_callbacks.handle(request);
-        } catch (const std::exception& error) {
-            logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
-            HttpResponse response;
-            response.status = 503;
-            return response;
+    /// An error that cannot even be described, as without free memory, gets an empty response. It is repeated
+    /// until there is memory for it, because each request must end.
+    void handle(std::uint64_t id, const HttpRequest& request) noexcept {
+        bool failed = false;
+        for (bool posted = false; !posted;) {
+            try {
+                asio::post(
+                    m_loop,
+                    [this, id, response = failed ? unavailable() : m_callbacks.handle(request)]() mutable {
+                        respond(id, std::move(response));
+                    });
+                posted = true;
+            } catch (const std::exception& error) {
+                logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "a request failed: %s", error.what());
+                if (std::exchange(failed, true)) {
+                    std::this_thread::sleep_for(kMemoryInterval);
+                }
+            }
         }
+    }
+
+    static HttpResponse unavailable() {
+        HttpResponse response;
+        response.status = 503;
+        return response;
     }
 
     void respond(std::uint64_t id, HttpResponse response) {

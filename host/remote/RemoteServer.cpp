@@ -66,8 +66,8 @@ private:
                 return;
             }
             m_acceptFails = false;
-            admit(std::move(socket));
             accept();
+            admit(std::move(socket));
         });
     }
 

@@ -191,6 +191,17 @@ TEST_F(CstaLinkPeer, SurvivesInvalidMessagesAndReconnectsAfterALostStream) {
     peer.greet();
 }
 
+TEST_F(CstaLinkPeer, ReconnectsAfterAMessageThatCouldNotBeHandled) {
+    startMonitored();
+    postFails = true;
+    peer.sendBytes(delivered("77", "4711"));
+    peer.accept();
+    peer.greet();
+    peer.startMonitor("78");
+    peer.sendBytes(delivered("78", "4722"));
+    EXPECT_TRUE(phone.events.awaitNext("Delivered from 4722"));
+}
+
 TEST_F(CstaLinkPeer, BacksOffFromASwitchThatDisconnectsAtOnce) {
     host::CstaLinkConfig config = configFor(peer.port());
     config.reconnectFirst = std::chrono::milliseconds(1);

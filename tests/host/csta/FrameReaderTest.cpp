@@ -64,6 +64,8 @@ TEST(FrameReader, ReturnsTheSameFramesForEverySegmentLength) {
         {"a header only", frame(1, "", -5) + good, "2 <B/> !"},
         {"a length too large by a frame", frame(1, ann, -80) + good + good + frame(3, ann),
          "1 " + ann + " 2 <B/> 2 <B/> 3 " + ann + " !"},
+        {"zero bytes and line ends after the frames", frame(1, ann + "\0"s) + good + "\n\0\0"s + good + "\0"s,
+         "1 " + ann + " 2 <B/> 2 <B/> !"},
         {"a frame that is cut short", frame(1, ann).substr(0, 30) + good + frame(3, ann),
          "1 " + ann.substr(0, 22) + " 2 <B/> 3 " + ann + " !"},
         {"a frame that is cut short by less than a header", frame(1, ann.substr(0, 22), -5) + good + good,
@@ -106,6 +108,9 @@ TEST(FrameReader, ReturnsAFrameWhoseRestDoesNotComeIfItIsComplete) {
     EXPECT_FALSE(reader.next() || reader.takeOverdue());
     reader.feed(">");
     EXPECT_EQ(reader.next().value_or(Frame()), (Frame{2, "<A></A>"}));
+    reader.feed(frame(3, "<A/>\0\n"s));
+    EXPECT_EQ(reader.next().value_or(Frame()), (Frame{3, "<A/>"}));
+    EXPECT_EQ(reader.pendingBytes(), 0U);  // no part of a message
 }
 
 TEST(FrameReader, LimitsTheSearchForTheEndOfTruncatedXml) {

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <typeinfo>
 #include <utility>
@@ -115,8 +117,12 @@ protected:
         return config;
     }
     void startLink(const host::CstaLinkConfig& config) {
-        link = std::make_unique<host::CstaLink>(
-            config, [this](std::function<void()> work) { strand.post(std::move(work)); });
+        link = std::make_unique<host::CstaLink>(config, [this](std::function<void()> work) {
+            if (postFails.exchange(false)) {
+                throw std::bad_alloc();
+            }
+            strand.post(std::move(work));
+        });
         link->setStatusListener([this](host::CstaLink::Status status) {
             m_statuses.add(status.monitoring ? "monitoring" : status.connected ? "connected" : "away");
         });
@@ -165,6 +171,8 @@ protected:
     host::Strand strand{pool};
     Phone phone{strand};
     std::unique_ptr<host::CstaLink> link;
+    /// The next event cannot be handed over, as without free memory.
+    std::atomic<bool> postFails{false};
 
 private:
     template <typename Response>
