@@ -28,8 +28,8 @@ public:
     [[nodiscard]] std::unique_ptr<DatabaseConnection> putBack(DatabaseConnection& connection,
                                                               std::chrono::milliseconds busyTime);
 
-    /// Completes a `putBack` that was killed before its copy had the name of the file. Call it before the file
-    /// is opened. Throws `std::filesystem::filesystem_error`.
+    /// Completes a `putBack` that was killed before its copy had the name of the file. Call it before the
+    /// file is opened. Throws `std::filesystem::filesystem_error`.
     static void recover(const std::filesystem::path& file);
 
 private:
