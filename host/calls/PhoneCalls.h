@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <functional>
@@ -38,6 +39,14 @@ public:
 
     /// Returns the calls in the order of device and id.
     [[nodiscard]] std::vector<PhoneCall> all() const;
+    /// Returns the first call in the order `less`, or null. Valid until the next change.
+    template <typename Less>
+    [[nodiscard]] const PhoneCall* first(const Less& less) const {
+        const auto found = std::min_element(
+            m_calls.begin(), m_calls.end(),
+            [&less](const auto& one, const auto& other) { return less(one.second, other.second); });
+        return found == m_calls.end() ? nullptr : &found->second;
+    }
     /// Returns the calls that are in the conference.
     [[nodiscard]] std::vector<PhoneCall> membersOf(std::string_view device,
                                                    std::string_view conferenceId) const;

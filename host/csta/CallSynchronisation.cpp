@@ -104,11 +104,9 @@ void CallSynchronisation::limitCalls() {
         return call.lastEvent + (call.established ? kTalkBonus : std::chrono::hours(0));
     };
     while (m_calls.count() > kMaxCalls) {
-        const std::vector<PhoneCall> calls = m_calls.all();
-        const PhoneCall& ended = *std::min_element(calls.begin(), calls.end(),
-                                                   [&lastSign](const PhoneCall& one, const PhoneCall& other) {
-                                                       return lastSign(one) < lastSign(other);
-                                                   });
+        const PhoneCall ended = *m_calls.first([&lastSign](const PhoneCall& one, const PhoneCall& other) {
+            return lastSign(one) < lastSign(other);
+        });
         CSTA_LINK_LOG(3, "more than %zu calls are up; call %s ends as one whose end is not known", kMaxCalls,
                       ended.callId.c_str());
         end(ended);

@@ -195,6 +195,7 @@ TEST_F(CstaLinkPeer, ReconnectsAfterAMessageThatCouldNotBeHandled) {
     startMonitored();
     postFails = true;
     peer.sendBytes(delivered("77", "4711"));
+    ASSERT_TRUE(becomes("away"));
     peer.accept();
     peer.greet();
     peer.startMonitor("78");
