@@ -48,15 +48,16 @@ bool hasFarEnd(const PhoneCall& call, const CallSnapshot& snapshot) {
                        [](const CallSnapshot::Party& party) { return isFarEnd(party.device); });
 }
 
+bool isParty(const CallSnapshot& snapshot, const CSTADevice& device) {
+    return std::any_of(
+        snapshot.parties.begin(), snapshot.parties.end(),
+        [&device](const CallSnapshot::Party& party) { return isSameNumber(party.device.device, device); });
+}
+
 bool names(const CallSnapshot& snapshot, const CSTADevice& device) {
-    if (device.number.empty()) {
-        return false;
-    }
-    return isSameNumber(snapshot.calling.device, device) || isSameNumber(snapshot.called.device, device) ||
-           std::any_of(snapshot.parties.begin(), snapshot.parties.end(),
-                       [&device](const CallSnapshot::Party& party) {
-                           return isSameNumber(party.device.device, device);
-                       });
+    return !device.number.empty() &&
+           (isSameNumber(snapshot.calling.device, device) || isSameNumber(snapshot.called.device, device) ||
+            isParty(snapshot, device));
 }
 
 }  // namespace
@@ -119,7 +120,11 @@ bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapsho
         !hasFarEnd(now, snapshot)) {
         return false;
     }
-    return !names(snapshot, farEnd) && !names(snapshot, known.partner);
+    // The known caller is called by another one: the phone has picked that call up.
+    const bool isCalledNow = !known.outgoing && isFarEnd(snapshot.calling) &&
+                             isSameNumber(farEnd, snapshot.called.device) &&
+                             !isSameNumber(farEnd, snapshot.calling.device) && !isParty(snapshot, farEnd);
+    return isCalledNow || (!names(snapshot, farEnd) && !names(snapshot, known.partner));
 }
 
 }  // namespace host

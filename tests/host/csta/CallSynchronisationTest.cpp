@@ -101,6 +101,7 @@ calling 4711 | connected alerting   | 2001 4711 |
 ringing 4711 | alerting connected   | 4712 2001 | Cleared 4711 +0~, Delivered 4712
 talking 4711 | alerting connected   | 4711 2001 | Cleared 4711 +1~, Delivered 4711
 called 4711  | alerting connected   | 4712 2001 | Cleared 4711 +1~, Delivered 4712
+ringing 4711 | connected connected  | 4712 4711 | Cleared 4711 +0~, Delivered 4712, Established 4712
 ringing 4711 | connected connected  | 2001 4712 | Cleared 4711 +0~, Originated 4712, Established 4712
 talking 4711 | connected connected  | 2001 4711 | Cleared 4711 +1~, Originated 4711, Established 4711
 called 4711  | connected connected  | 2001 4712 | Cleared 4711 +1~, Originated 4712, Established 4712
