@@ -141,6 +141,8 @@ class Game(Round):
             ("viewed=false&list=missed", lambda call: call.list == "missed" and call.entry and not call.entry.viewed)))
         found = self.ask("DELETE", "calls?" + query)["deleted"]
         self.expect("calls deleted by " + query, found, self.model.delete_calls(selected))
+        if query == "number=" + number and number in self.model.notes:  # erases the number, with its note
+            self.model.notes[number] = ""
 
     def delete_call(self):
         shown = self.ask("GET", "calls?limit=1000")["items"]
