@@ -58,7 +58,7 @@ class SettingsTest(ProgramTest):
                 ("clear-calllog no", "it takes true or false"), ("call-log-enabled perhaps", "call-log-enabled"),
                 ("software-type sip", "it takes Norlith Qorvex or Norlith SIP"), ("disable-access-calllog 3", "it takes 0, 1 or 2"),
                 ("system-identifer 2", "there is no setting system-identifer"), ("voice-mail-e164", "voice-mail-e164 has no value"),
-                ("system-identifer", "`%s settings --data" % os.environ["CALLJOURNAL"]), ("reg-number " + "1" * 5000, "too long")):
+                ("system-identifer", "`%s settings --data" % os.environ["CALLJOURNAL"]), ("reg-number " + "1" * 5000, "longer than 4096 bytes")):
             self.assertIn(reason, self.refuses(*given.split()))
 
     def test_switching_the_journal_off_empties_it_for_good(self):
