@@ -49,6 +49,7 @@ bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds ti
 std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& file,
                                                  std::chrono::milliseconds busyTime) {
     try {
+        requireRegularFile(file);
         DatabaseFile::recover(file);
         makePrivateFile(file);
         return std::make_unique<DatabaseConnection>(file, busyTime);

@@ -16,6 +16,7 @@
 #include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include "host/database/PrivateFile.h"
 #include "host/database/Schema.h"
 
 namespace host {
@@ -175,6 +176,7 @@ void copyDatabase(const std::filesystem::path& source, const std::filesystem::pa
     if (std::filesystem::equivalent(source, target, ignored)) {
         throw DatabaseError(target.string() + " is the database itself");
     }
+    requireRegularFile(target);
     TemporaryFile copy(target);
     copyTo(copy, source, progress);
     copy.takeName();
@@ -186,6 +188,10 @@ std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& 
     std::error_code ignored;
     if (std::filesystem::equivalent(backup, file, ignored)) {
         throw DatabaseError(backup.string() + " is the database itself");
+    }
+    requireRegularFile(file);
+    if (std::filesystem::exists(backup, ignored) && !std::filesystem::is_regular_file(backup, ignored)) {
+        throw DatabaseError(backup.string() + " is not a regular file");
     }
     TemporaryFile copy(file);
     copyTo(copy, backup, progress);

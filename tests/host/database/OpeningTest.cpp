@@ -67,6 +67,21 @@ TEST(Opening, LeavesARefusedFileUnchangedAndReportsWhy) {
     }
 }
 
+TEST(Opening, RefusesALinkAndLeavesTheFileThatItNamesAsItIs) {
+    namespace fs = std::filesystem;
+    const TemporaryDirectory directory;
+    const fs::path text = directory.path() / "text";
+    std::ofstream(text) << "a text";
+    fs::permissions(text, fs::perms(0644));
+    for (const fs::path& target : {text, directory.path() / "missing"}) {
+        const fs::path link = directory.path() / ("to-" + target.filename().string());
+        fs::create_symlink(target, link);
+        EXPECT_THAT(refusalOf(link), HasSubstr("is not a regular file"));
+    }
+    EXPECT_EQ(fs::status(text).permissions(), fs::perms(0644));
+    EXPECT_FALSE(fs::exists(directory.path() / "missing"));
+}
+
 TEST(Opening, RefusesALockedFileAfterItsTimeAndAPlaceWhereNoFileCanBe) {
     const TemporaryDirectory directory;
     const auto file = directory.path() / "journal.db";
@@ -74,7 +89,7 @@ TEST(Opening, RefusesALockedFileAfterItsTimeAndAPlaceWhereNoFileCanBe) {
     other.exec("BEGIN EXCLUSIVE");
     EXPECT_THAT(refusalOf(file), HasSubstr("locked by another program"));
     EXPECT_THAT(refusalOf(directory.path() / "absent" / "journal.db"), HasSubstr("cannot be opened"));
-    EXPECT_THAT(refusalOf(directory.path()), HasSubstr("cannot be opened"));
+    EXPECT_THAT(refusalOf(directory.path()), HasSubstr("is not a regular file"));
 }
 
 }  // namespace
