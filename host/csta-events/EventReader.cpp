@@ -17,7 +17,7 @@ namespace host {
 
 namespace {
 
-/// The parties of one call that are told apart: more than a conference has.
+/// The most parties of one call that are followed one by one; a conference has fewer.
 constexpr std::size_t kMaxOthers = 64;
 
 }  // namespace

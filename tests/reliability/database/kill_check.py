@@ -1,4 +1,4 @@
-"""Ends the server by kill -9 while its journal changes, and holds it to everything that its clients were told before.
+"""Ends the server by kill -9 while its journal changes, and compares it with all that its clients were notified of before.
 
 A switch sends calls of numbers that occur once; clients follow the events, delete entries and calls, mark entries as viewed, import
 calls and write notes. A round is one kill. After the next start of the program every call and change that a client was told of is
@@ -23,7 +23,7 @@ KINDS = ("missed", "received", "dialled")
 
 
 class Told:
-    """What the clients of one server were told. Each member is written by one thread."""
+    """The notifications that the clients of one server received. Each member is written by one thread."""
 
     def __init__(self):
         self.calls = {}         # (list, number): unique id, of the entries that were announced
