@@ -22,6 +22,8 @@ export class CallHistory extends Store {
     /** The number of the latest reading; the responses to earlier ones are ignored. */
     private latest = 0;
     private reading = false;
+    /** Whether more calls were asked for while others were read. */
+    private wantsMore = false;
     private failed = false;
     private refreshTimer: number | undefined;
 
@@ -35,6 +37,7 @@ export class CallHistory extends Store {
 
     show(filters: CallFilters): void {
         this.filters = filters;
+        this.wantsMore = false;
         void this.read([], null, pageSize);
     }
 
@@ -42,12 +45,14 @@ export class CallHistory extends Store {
         this.filters = undefined;
         this.calls = [];
         this.next = null;
-        this.isRead = this.reading = this.failed = false;
+        this.isRead = this.reading = this.wantsMore = this.failed = false;
         ++this.latest;
     }
 
     readMore(): void {
-        if (!this.reading && this.next) {
+        if (this.reading) {
+            this.wantsMore = true;
+        } else if (this.next) {
             void this.read(this.calls, this.next, pageSize);
         }
     }
@@ -110,5 +115,9 @@ export class CallHistory extends Store {
         }
         this.reading = false;
         this.changed();
+        if (this.wantsMore) {
+            this.wantsMore = false;
+            this.readMore();
+        }
     }
 }
