@@ -76,7 +76,8 @@ Database::Database(const std::filesystem::path& file, Options options)
     : m_file(std::filesystem::absolute(file)),
       m_busyTime(options.busyTime),
       m_connection(connectionTo(m_file, options.busyTime)),
-      m_place(m_file) {
+      m_place(m_file),
+      m_readers(m_file, m_place, m_busyTime) {
     m_lastItemId = m_connection->lastItemId();
 }
 
@@ -91,52 +92,26 @@ bool Database::read(const char* what, const Work& work) noexcept {
 
 bool Database::readAside(const char* what, const Work& work) noexcept {
     const bool done = guarded(what, false, [&] {
-        const unsigned generation = m_generation;
-        std::unique_ptr<DatabaseConnection> reader = takeReader();
-        carryOut(*reader, "BEGIN", work);
-        giveBack(std::move(reader), generation);
+        m_readers.run([&work](DatabaseConnection& reader) { carryOut(reader, "BEGIN", work); });
     });
     truncateLogIfDue();
     return done;
 }
 
-std::unique_ptr<DatabaseConnection> Database::takeReader() {
-    {
-        const std::lock_guard lock(m_readersMutex);
-        if (!m_readers.empty()) {
-            std::unique_ptr<DatabaseConnection> reader = std::move(m_readers.back());
-            m_readers.pop_back();
-            return reader;
-        }
-    }
-    const auto requirePlace = [this] {
-        if (!m_place.isInPlace()) {
-            throw std::runtime_error(m_file.string() + " is not the file that is in use");
-        }
-    };
-    requirePlace();
-    auto reader = std::make_unique<DatabaseConnection>(m_file, m_busyTime, DatabaseConnection::ReadOnly());
-    requirePlace();
-    return reader;
-}
-
-void Database::giveBack(std::unique_ptr<DatabaseConnection> reader, unsigned generation) {
-    const std::lock_guard lock(m_readersMutex);
-    if (generation == m_generation) {
-        m_readers.push_back(std::move(reader));
-    }
-}
-
 bool Database::write(const char* what, const Work& work) noexcept {
     bool done = false;
     measured([&] {
-        done = storeKept() && guarded(what, true, [&] {
-                   const std::lock_guard lock(m_mutex);
-                   if (m_kept.size() > 0) {
-                       throw std::runtime_error("earlier changes are not stored yet");
-                   }
-                   transact(work, true);
-               });
+        static_cast<void>(storeKept());
+        done = guarded(what, true, [&] {
+            const std::lock_guard lock(m_mutex);
+            if (m_kept.size() > 0 && !m_kept.isHopelessAndAlone()) {
+                throw std::runtime_error("earlier changes are not stored yet");
+            }
+            transact(work, true);
+            if (m_kept.size() > 0) {
+                giveUpFirst(m_keptFor);
+            }
+        });
     });
     return done;
 }
@@ -283,7 +258,7 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
         m_health.failed(first.what, true, failure.code);
     }
     bool isLost = !failure.isOfDatabase();
-    if (!isLost && failure.mayBeOfOneWork() && m_kept.noteFailure() && kept.size() > 1 &&
+    if (!isLost && m_kept.noteFailure(failure.mayBeOfOneWork()) && kept.size() > 1 &&
         !DatabaseFailure::of([&] { transact(kept[1].change->work, true); })) {
         m_kept.remove(1, false);
         m_isUnflushed = false;
@@ -291,14 +266,20 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
         isLost = true;
     }
     if (isLost) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s is given up: %s", first.what.c_str(),
-                  failure.text.c_str());
-        m_kept.remove(0, true);
-        finish(first, false);
+        giveUpFirst(failure.text);
         if (m_kept.size() == 0 && std::exchange(m_isUnflushed, false)) {
             truncateLog();  // flushes what was stored before
         }
     }
+}
+
+/// Requires: m_mutex is held.
+void Database::giveUpFirst(const std::string& reason) {
+    const std::shared_ptr<DatabaseChange> first = m_kept.first(1).front().change;
+    logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s is given up: %s", first->what.c_str(),
+              reason.c_str());
+    m_kept.remove(0, true);
+    finish(*first, false);
 }
 
 bool Database::maintain() noexcept {
@@ -320,11 +301,7 @@ void Database::requireFile() {
                   m_file.c_str());
     }
     m_connection = m_place.putBack(*m_connection, m_busyTime);
-    {
-        const std::lock_guard lock(m_readersMutex);
-        ++m_generation;
-        m_readers.clear();
-    }
+    m_readers.renew();
     m_fileIsInPlace = true;
     logAppUni("Database", __FILE_NAME__, 2, __LINE__,
               "%s is written anew, with all that was stored; another file of that name is kept beside it",
@@ -336,7 +313,9 @@ bool Database::healthy() const noexcept {
 }
 
 bool Database::probe() noexcept {
-    static_cast<void>(maintain());
+    if (!maintain()) {
+        return healthy();
+    }
     const bool doubtful = m_health.writeFailed();
     static_cast<void>(write("probing the database", [doubtful](Session& session) {
         static_cast<void>(session.query("SELECT count(*) FROM setting").next());

@@ -12,7 +12,6 @@
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "host/database/DatabaseError.h"
 #include "host/database/DatabaseFailure.h"
@@ -20,6 +19,7 @@
 #include "host/database/DatabaseHealth.h"
 #include "host/database/DatabaseSession.h"
 #include "host/database/KeptChanges.h"
+#include "host/database/ReadConnections.h"
 
 namespace host {
 
@@ -44,7 +44,8 @@ class DatabaseConnection;
 /// Errors: no operation throws at run time. On a failure (locked, full, damaged, read-only, an exception of
 /// the work) `read` and `write` return false and write one log text; `healthy` then returns false. A change
 /// that its maker cannot repeat is kept (`writeOrKeep`). While changes are kept, no other change is made
-/// before them: `write` stores them first, or fails.
+/// before them: `write` stores them first, or fails. Only a kept change that has failed alone, often and for
+/// long is given up when another one succeeds.
 class Database {
 public:
     struct Options {
@@ -114,7 +115,7 @@ public:
 
     [[nodiscard]] const std::filesystem::path& file() const noexcept { return m_file; }
     /// Changes when the file was put back: then other connections must open it again.
-    [[nodiscard]] unsigned generation() const noexcept { return m_generation; }
+    [[nodiscard]] unsigned generation() const noexcept { return m_readers.generation(); }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -125,14 +126,13 @@ private:
     static void carryOut(DatabaseConnection& connection, const char* begin, const Work& work);
     [[nodiscard]] Outcome changeOrKeep(const std::shared_ptr<DatabaseChange>& change);
     bool storeFirst();
+    void giveUpFirst(const std::string& reason);
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
     // Require: m_mutex is held.
     void transact(const Work& work, bool flushes);
     void transactFlushing(const DatabaseChange& change);
     static void finish(DatabaseChange& change, bool stored) noexcept;
     void requireFile();
-    [[nodiscard]] std::unique_ptr<DatabaseConnection> takeReader();
-    void giveBack(std::unique_ptr<DatabaseConnection> reader, unsigned generation);
     void measured(const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
 
@@ -145,7 +145,6 @@ private:
     DatabaseHealth m_health;
     KeptChanges m_kept;
     std::atomic<bool> m_fileIsInPlace{true};
-    std::atomic<unsigned> m_generation{0};
     std::atomic<std::int64_t> m_lastItemId{0};
     /// While changes are kept, a further one tries to store them from this time on.
     std::atomic<Clock::time_point> m_nextStore{};
@@ -157,15 +156,14 @@ private:
     std::mutex m_mutex;
     // Guarded by m_mutex.
     std::unique_ptr<DatabaseConnection> m_connection;
-    DatabaseFile m_place;
     /// The last transaction was not flushed.
     bool m_isUnflushed = false;
     /// The last error for which the first kept change was not stored.
     std::string m_keptFor;
 
-    std::mutex m_readersMutex;
-    // Guarded by m_readersMutex: the connections of `readAside` that are idle.
-    std::vector<std::unique_ptr<DatabaseConnection>> m_readers;
+    // Thread-safe. After the connection, which creates the file.
+    DatabaseFile m_place;  // putting the file back requires m_mutex
+    ReadConnections m_readers;
 };
 
 }  // namespace host

@@ -55,9 +55,13 @@ std::deque<KeptChanges::Kept> KeptChanges::first(std::size_t count) const {
     return {m_changes.begin(), m_changes.begin() + number};
 }
 
-bool KeptChanges::noteFailure() {
+bool KeptChanges::noteFailure(bool mayBeOfChange) {
     const std::lock_guard lock(m_mutex);
     if (m_changes.empty()) {
+        return false;
+    }
+    if (!mayBeOfChange) {
+        m_changes.front().failures = 0;
         return false;
     }
     Kept& first = m_changes.front();
@@ -65,7 +69,16 @@ bool KeptChanges::noteFailure() {
     if (first.failures++ == 0) {
         first.firstFailure = now;
     }
-    return first.failures >= kManyFailures && now - first.firstFailure >= kLong;
+    return isHopeless(first);
+}
+
+bool KeptChanges::isHopelessAndAlone() const {
+    const std::lock_guard lock(m_mutex);
+    return m_changes.size() == 1 && isHopeless(m_changes.front());
+}
+
+bool KeptChanges::isHopeless(const Kept& kept) {
+    return kept.failures >= kManyFailures && std::chrono::steady_clock::now() - kept.firstFailure >= kLong;
 }
 
 void KeptChanges::remove(std::size_t index, bool isLost) {

@@ -62,12 +62,16 @@ public:
 
     /// The first changes, at most `count`.
     [[nodiscard]] std::deque<Kept> first(std::size_t count) const;
-    /// Notes a failed attempt of the first change. Returns true if it has failed often and for long.
-    bool noteFailure();
+    /// Notes a failed attempt of the first change. Returns true if it has failed often and for long, each
+    /// time for a reason that may lie in the change.
+    bool noteFailure(bool mayBeOfChange);
+    /// True if one change is kept, which has failed so.
+    [[nodiscard]] bool isHopelessAndAlone() const;
     /// Removes the change at `index`, which is stored or lost.
     void remove(std::size_t index, bool isLost);
 
 private:
+    [[nodiscard]] static bool isHopeless(const Kept& kept);
     [[nodiscard]] bool append(const std::shared_ptr<DatabaseChange>& change);
 
     mutable std::mutex m_mutex;

@@ -26,7 +26,7 @@ test("an entry with many calls leads to all of them, which are read while scroll
     await page.getByRole("heading", { name: "Today" }).waitFor();
     await at(page, "calls-state").filter({ hasText: "The newest 50 calls" }).waitFor();
 
-    // Whoever scrolls on while the calls are read again gets the next ones too.
+    // A reader who scrolls on while the calls are read again gets the next ones too.
     const rereading = new Promise((asked) => page.route(/api\/v1\/calls\?/, (route) => asked(() => route.continue()), { times: 1 }));
     await stage.plays(dialled("ann", "4711"));
     const goOn = await rereading;

@@ -127,6 +127,18 @@ TEST_F(DatabaseWork, ThatAlwaysFailsDoesNotKeepTheOthersWaiting) {
     }
     EXPECT_EQ(m_done, "twice+bad-twice-");
     EXPECT_EQ(m_database->lostCount(), 2U);
+
+    // Alone it is kept until something else can be written.
+    other.exec("BEGIN IMMEDIATE");
+    EXPECT_EQ(keeps("alone", "SELECT * FROM missing"), Outcome::eKept);
+    other.exec("ROLLBACK");
+    EXPECT_FALSE(stores("x"));
+    while (!stores("x") && std::chrono::steady_clock::now() < end) {
+        EXPECT_FALSE(m_database->probe());
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    EXPECT_EQ(m_done, "twice+bad-twice-alone-");
+    EXPECT_TRUE(m_database->probe());
 }
 
 // Another statement does not use the damaged page.

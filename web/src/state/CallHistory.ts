@@ -22,7 +22,7 @@ export class CallHistory extends Store {
     /** The number of the latest reading; the responses to earlier ones are ignored. */
     private latest = 0;
     private reading = false;
-    /** Whether more calls were asked for while others were read. */
+    /** True if more calls were asked for while others were read. */
     private wantsMore = false;
     private failed = false;
     private refreshTimer: number | undefined;
