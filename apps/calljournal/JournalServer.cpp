@@ -165,6 +165,8 @@ public:
         return m_notStored;
     }
 
+    [[nodiscard]] std::uint64_t lostCount() const { return m_database.lostCount(); }
+
 private:
     host::HttpBackend httpBackend() {
         auto& journal = dynamic_cast<JournalServiceIfc&>(*m_line.journal());
@@ -261,7 +263,14 @@ int JournalServer::end() {
         std::cerr << "calljournal: the database refuses " << kept
                   << " changes (filed calls, deletions and the like); they are not stored" << std::endl;
     }
-    return kept > 0 ? eFailed : eDone;
+    const std::uint64_t lost = m_impl->lostCount();
+    if (lost > 0) {
+        std::cerr << "calljournal: " << lost
+                  << " changes (filed calls, deletions and the like) were lost since the start: the database "
+                     "refused them, and they were not kept"
+                  << std::endl;
+    }
+    return kept > 0 || lost > 0 ? eFailed : eDone;
 }
 
 }  // namespace calljournal

@@ -55,7 +55,8 @@ public:
     /// client was notified of is then stored, except for those whose number it returns: the database has
     /// refused them, the last five seconds too. Idempotent.
     [[nodiscard]] std::size_t stop();
-    /// Does the same and prints the changes that are not stored on standard error. Returns the exit status.
+    /// Does the same and prints on standard error the changes that are not stored, and those that were lost
+    /// since the start. Returns the exit status, which is 1 if there are any.
     [[nodiscard]] int end();
 
 private:

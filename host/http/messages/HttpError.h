@@ -32,9 +32,26 @@ template <typename Value>
     return std::move(*value);
 }
 
+/// The same for a change that the journal makes and keeps while the database refuses changes.
+template <typename Value>
+[[nodiscard]] Value changedOr503(std::optional<Value> value) {
+    if (!value) {
+        throw HttpError(
+            503, "database",
+            "not stored yet: the database refuses changes now; what the journal has changed is kept "
+            "and stored later (see the log); repeat the request then");
+    }
+    return std::move(*value);
+}
+
 /// Throws `HttpError` 503 unless the database has done it.
 inline void doneOr503(bool done) {
     static_cast<void>(storedOr503(done ? std::optional(true) : std::nullopt));
+}
+
+/// The same for a change that the journal makes.
+inline void requireChanged(bool done) {
+    static_cast<void>(changedOr503(done ? std::optional(true) : std::nullopt));
 }
 
 }  // namespace host

@@ -68,7 +68,7 @@ HttpResponse CallsResource::call(const HttpRequest& request) const {
 }
 
 HttpResponse CallsResource::deleteOne(const HttpRequest& request) {
-    if (storedOr503(m_deletion.remove(idOf(request))) == 0) {
+    if (changedOr503(m_deletion.remove(idOf(request))) == 0) {
         throw noSuchCall();
     }
     resync();
@@ -82,7 +82,7 @@ HttpResponse CallsResource::deleteSome(const HttpRequest& request) {
     if (all != filter.isEmpty() || (all && request.queryValue("all") != "true")) {
         throw HttpError(400, "wrong-selection", "a deletion takes either filters or all=true");
     }
-    return jsonResponse({{"deleted", storedOr503(m_deletion.remove(filter))}});
+    return jsonResponse({{"deleted", changedOr503(m_deletion.remove(filter))}});
 }
 
 void CallsResource::resync() const {

@@ -90,7 +90,7 @@ HttpResponse ListsResource::entry(const HttpRequest& request) const {
 
 HttpResponse ListsResource::deleteOne(const HttpRequest& request) const {
     const std::string& id = request.parameter("entryId");
-    if (storedOr503(m_entries.remove(listOf(request), {id})) == 0) {
+    if (changedOr503(m_entries.remove(listOf(request), {id})) == 0) {
         throw noSuchEntry();
     }
     return emptyResponse();
@@ -99,15 +99,15 @@ HttpResponse ListsResource::deleteOne(const HttpRequest& request) const {
 HttpResponse ListsResource::deleteSome(const HttpRequest& request) const {
     const ListName list = listOf(request);
     if (const auto entryIds = entriesToDelete(request)) {
-        static_cast<void>(storedOr503(m_entries.remove(list, *entryIds)));
+        static_cast<void>(changedOr503(m_entries.remove(list, *entryIds)));
     } else {
-        doneOr503(m_entries.clear(list));
+        requireChanged(m_entries.clear(list));
     }
     return emptyResponse();
 }
 
 HttpResponse ListsResource::markViewed(const HttpRequest& request, bool viewed) const {
-    doneOr503(m_entries.setViewed(entryIdsIn(request), viewed));
+    requireChanged(m_entries.setViewed(entryIdsIn(request), viewed));
     return emptyResponse();
 }
 

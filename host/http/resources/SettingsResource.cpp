@@ -51,6 +51,7 @@ HttpResponse SettingsResource::settings() const {
 
 HttpResponse SettingsResource::changeSettings(const HttpRequest& request) {
     Json rejected = Json::object();
+    bool changes = false;
     const Json body = jsonObject(request);
     for (const auto& [name, value] : body.items()) {
         const auto setting = m_settings.find(name);
@@ -59,12 +60,14 @@ HttpResponse SettingsResource::changeSettings(const HttpRequest& request) {
             reason.text = "The journal has no setting " + name;
         } else if (value.is_string()) {
             reason = set(*setting, value.get<std::string>());
+            changes = changes || (reason.empty() && setting->value != value.get<std::string>());
         }
         if (!reason.empty()) {
             requireDatabase();
             rejected[name] = refusal(reason);
         }
     }
+    requireStored(changes);
     return rejected.empty() ? settings() : rejection(std::move(rejected));
 }
 
@@ -99,6 +102,7 @@ HttpResponse SettingsResource::changeKey(const HttpRequest& request) {
             requireDatabase();
             return rejection({{name, refusal(reason)}});
         }
+        requireStored(setting->value != value->get<std::string>());
     }
     return key(request);
 }
@@ -109,6 +113,10 @@ RejectReason SettingsResource::set(const Setting& setting, const std::string& va
         m_changed();
     }
     return reason;
+}
+
+void SettingsResource::requireStored(bool changes) {
+    requireChanged(!changes || m_database.storeKept());
 }
 
 void SettingsResource::requireDatabase() const {

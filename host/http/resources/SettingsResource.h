@@ -19,7 +19,7 @@ class SettingsResource {
 public:
     /// Both are borrowed and outlive the resource. The settings are stored in `database`. `changed` is called
     /// after a setting of the journal changed, because that may have cleared lists.
-    SettingsResource(LocalManagement& management, const Database& database, std::function<void()> changed)
+    SettingsResource(LocalManagement& management, Database& database, std::function<void()> changed)
         : m_settings(management), m_database(database), m_changed(std::move(changed)) {}
 
     void addRoutes(Router& router);
@@ -34,11 +34,14 @@ private:
 
     /// Returns the reason of a refusal; empty if the value was set.
     [[nodiscard]] RejectReason set(const Setting& setting, const std::string& value);
+    /// Throws `HttpError` 503 if the deletions that follow a change of a value are kept and cannot be stored
+    /// now.
+    void requireStored(bool changes);
     /// Throws `HttpError` 503 if the database failed, which is then the reason of a refusal.
     void requireDatabase() const;
 
     SettingsFacade m_settings;
-    const Database& m_database;
+    Database& m_database;
     const std::function<void()> m_changed;
 };
 

@@ -59,7 +59,7 @@ class RefusedChangesTest(ProgramTest):
         status, text = self.health()
         self.assertEqual((status, "4 are kept" in text), (503, True), text)
         self.assertEqual(self.get(self.server, "status")["database"], {"kept": 4, "lost": 0})
-        self.refused("viewed", self.announced[0]["entryId"])
+        self.assertIn("is kept and stored later", self.refused("viewed", self.announced[0]["entryId"]))
         lock.execute("COMMIT")
         self.await_value((200, ""), self.health)
         self.announced[0]["viewed"] = True  # what the user asked for was kept, too
@@ -75,6 +75,24 @@ class RefusedChangesTest(ProgramTest):
         self.assertEqual(self.server.ends(), 1)
         self.watcher.ends()
         lock.execute("COMMIT")
+
+    def test_a_clearing_that_is_not_stored_is_no_success(self):
+        self.miss("4711")
+        lock = self.connection()
+        lock.execute("BEGIN IMMEDIATE")
+        self.assertIn("not stored yet", self.refused("settings", "clear-calllog", "true"))
+        lock.execute("COMMIT")
+        self.await_value((200, ""), self.health)
+        self.assertEqual(self.list("missed")["items"], [])
+
+    def test_the_end_tells_what_was_lost(self):
+        self.connection().execute("CREATE TRIGGER refuse BEFORE INSERT ON call BEGIN SELECT RAISE(ABORT, 'no'); END")
+        self.switch.misses("c0", "N<4711>Bob")
+        self.await_value({"kept": 0, "lost": 1}, lambda: self.get(self.server, "status")["database"])
+        self.server.process.terminate()
+        self.server.logs("1 changes .* were lost since the start")
+        self.assertEqual(self.server.ends(), 1)
+        self.watcher.ends()
 
     def test_a_shortage_of_descriptors_is_logged_once_and_ends(self):
         server, logged = self.server, ("no file descriptor is free", "cannot accept a client", "descriptors are free again")
