@@ -297,14 +297,14 @@ void Database::requireFile() {
         return;
     }
     if (m_fileIsInPlace.exchange(false)) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s was deleted, renamed or replaced",
-                  m_file.c_str());
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__,
+                  "%s, or its -wal or -shm, was deleted, renamed or replaced", m_file.c_str());
     }
     m_connection = m_place.putBack(*m_connection, m_busyTime);
     m_readers.renew();
     m_fileIsInPlace = true;
     logAppUni("Database", __FILE_NAME__, 2, __LINE__,
-              "%s is written anew, with all that was stored; another file of that name is kept beside it",
+              "%s is written anew, with all that was stored; a file that had replaced it is kept beside it",
               m_file.c_str());
 }
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -14,7 +15,8 @@
 namespace host {
 namespace {
 
-constexpr std::array<const char*, 3> kCompanions{"", "-wal", "-shm"};
+/// The file is first: when it is missing and its copy is complete, `recover` takes the copy.
+constexpr std::array<const char*, 3> kSuffixes{"", "-wal", "-shm"};
 
 /// Makes the new names in the directory durable.
 void flushDirectory(const std::filesystem::path& directory) {
@@ -27,15 +29,24 @@ void flushDirectory(const std::filesystem::path& directory) {
 
 }  // namespace
 
-DatabaseFile::DatabaseFile(std::filesystem::path file) : m_file(std::move(file)), m_open(find()) {}
+DatabaseFile::DatabaseFile(std::filesystem::path file)
+    : m_file(std::move(file)),
+      m_names{m_file.string() + kSuffixes[0], m_file.string() + kSuffixes[1], m_file.string() + kSuffixes[2]},
+      m_open(find()) {}
 
-DatabaseFile::Identity DatabaseFile::find() const noexcept {
-    struct stat status {};
-    return ::stat(m_file.c_str(), &status) == 0 ? Identity{status.st_dev, status.st_ino} : Identity{};
+DatabaseFile::Identities DatabaseFile::find() const noexcept {
+    Identities found;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        struct stat status {};
+        if (::stat(m_names.at(i).c_str(), &status) == 0) {
+            found.at(i) = {status.st_dev, status.st_ino};
+        }
+    }
+    return found;
 }
 
 bool DatabaseFile::isInPlace() const noexcept {
-    const Identity found = find();
+    const Identities found = find();
     const std::lock_guard lock(m_mutex);
     return found == m_open;
 }
@@ -58,6 +69,9 @@ std::unique_ptr<DatabaseConnection> DatabaseFile::putBack(DatabaseConnection& co
 
 void DatabaseFile::recover(const std::filesystem::path& file) {
     if (!std::filesystem::exists(file) && std::filesystem::exists(copyOf(file))) {
+        // A log that the other process has left is not that of the copy.
+        std::filesystem::remove(file.string() + "-wal");
+        std::filesystem::remove(file.string() + "-shm");
         std::filesystem::rename(copyOf(file), file);
     }
 }
@@ -66,21 +80,20 @@ std::filesystem::path DatabaseFile::copyOf(const std::filesystem::path& file) {
     return file.string() + ".copy";
 }
 
-/// A log beside a missing file belongs to the open one, whose copy has all of it.
+/// The copy has all that the open files have.
 void DatabaseFile::moveAside() const {
-    const std::string file = m_file.string();
-    if (!std::filesystem::exists(m_file)) {
-        std::filesystem::remove(file + "-wal");
-        std::filesystem::remove(file + "-shm");
-        return;
-    }
+    const Identities found = find();
     std::string suffix = ".replaced";
-    for (int count = 2; std::filesystem::exists(file + suffix); ++count) {
+    const auto isTaken = [&](const std::string& name) { return std::filesystem::exists(name + suffix); };
+    for (int count = 2; std::any_of(m_names.begin(), m_names.end(), isTaken); ++count) {
         suffix = ".replaced." + std::to_string(count);
     }
-    for (const char* const companion : kCompanions) {
-        if (std::filesystem::exists(file + companion)) {
-            std::filesystem::rename(file + companion, file + companion + suffix);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const std::string& name = m_names.at(i);
+        if (found.at(i) == m_open.at(i)) {
+            std::filesystem::remove(name);
+        } else if (found.at(i) != Identity{}) {
+            std::filesystem::rename(name, name + suffix);
         }
     }
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <thread>
@@ -159,6 +160,17 @@ TEST_F(LiveCalls, AreWrittenWhenTheDatabaseIsFreeAgain) {
     store->store(callOf("26", 0));
     store->setFiled(keyOf(callOf("27", 0)), true);  // by the transaction that held the lock
     other.exec("ROLLBACK");
+    EXPECT_TRUE(become("2001 25, 2001 26"));
+}
+
+TEST_F(LiveCalls, AreAllNotedInAFileThatWasPutBack) {
+    open();
+    store->store(callOf("25", 0));
+    EXPECT_TRUE(become("2001 25"));
+    std::filesystem::remove(database.file());
+    EXPECT_TRUE(database->maintain());
+    database.otherConnection().exec("DELETE FROM live_call");
+    store->store(callOf("26", 5));
     EXPECT_TRUE(become("2001 25, 2001 26"));
 }
 

@@ -167,6 +167,14 @@ TEST_F(DatabaseWork, GoesOnInANewFileWhenItsOwnIsDeletedRenamedOrReplaced) {
     EXPECT_TRUE(stores("2"));
     EXPECT_EQ(stored(), "2");
     EXPECT_EQ(std::filesystem::file_size(beside(".replaced")), 7U);
+    std::filesystem::remove(beside("-wal"));
+    std::ofstream(beside("-wal")) << "other";
+    EXPECT_TRUE(stores("3"));
+    EXPECT_EQ(stored(), "3");
+    EXPECT_EQ(std::filesystem::file_size(beside("-wal.replaced.2")), 5U);
+    std::filesystem::remove(beside("-shm"));
+    EXPECT_TRUE(m_database->maintain() && stores("4"));
+    EXPECT_EQ(stored(), "4");
     std::filesystem::permissions(file, std::filesystem::perms::all);
     m_database.reopen();
     EXPECT_EQ(m_database.number("SELECT count(*) FROM setting"), 2);

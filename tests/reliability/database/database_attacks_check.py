@@ -91,6 +91,23 @@ def delete_one(journal):
     return None
 
 
+def delete_log(journal):
+    os.unlink(journal.file + "-wal")
+    return None
+
+
+def replace_log(journal):
+    with open(journal.file + ".copy", "wb") as other:
+        other.write(journal.dice.randbytes(journal.dice.choice((0, 5000))))
+    os.replace(journal.file + ".copy", journal.file + "-wal")
+    return None
+
+
+def delete_index(journal):
+    os.unlink(journal.file + "-shm")
+    return None
+
+
 def rename(journal):
     for file in journal.files():
         os.rename(file, file + ".away")
@@ -118,7 +135,7 @@ def make_read_only(journal):
     return end
 
 
-SURVIVED = (lock, delete, delete_one, rename, replace, make_read_only)
+SURVIVED = (lock, delete, delete_one, delete_log, replace_log, delete_index, rename, replace, make_read_only)
 
 
 # The attacks that destroy what is stored.
