@@ -7,15 +7,19 @@
 #include "apps/calljournal/JournalServer.h"
 #include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/ProgressText.h"
+#include "apps/calljournal/StopSignal.h"
 #include "host/database/DatabaseCopy.h"
 #include "host/presentation/PlainText.h"
 
 namespace calljournal {
 namespace {
 
-/// Shows the progress of `what`, whose text ends in the file's name.
-host::CopyProgress progressOf(ProgressText& progress, const std::string& what) {
-    return [&progress, what](std::size_t done, std::size_t total) { progress.show(what, done, total); };
+/// Shows the progress of `what`, whose text ends in the file's name, and ends it on a signal.
+host::CopyProgress progressOf(const StopSignal& stop, ProgressText& progress, const std::string& what) {
+    return [&stop, &progress, what](std::size_t done, std::size_t total) {
+        progress.show(what, done, total);
+        return !stop.hasCome();
+    };
 }
 
 class BackupCommand final : public Command {
@@ -26,15 +30,23 @@ public:
     }
 
     int run(const CommonOptions& common) override {
+        const StopSignal stop;
+        if (m_file == "-") {
+            throw host::DatabaseError("a backup is a file, not the standard output; name it");
+        }
         const std::filesystem::path source = JournalServer::databaseIn(common.dataDirectory());
         if (!std::filesystem::exists(source)) {
             throw host::DatabaseError("there is no journal at " + source.string());
+        }
+        if (JournalServer::isOwnFile(common.dataDirectory(), m_file)) {
+            throw host::DatabaseError(m_file +
+                                      " has the name of a file of the journal itself; choose another one");
         }
         if (!m_force && std::filesystem::exists(m_file)) {
             throw host::DatabaseError(m_file + " exists; choose another name, or replace it with --force");
         }
         ProgressText progress;
-        host::copyDatabase(source, m_file, progressOf(progress, "writing " + m_file));
+        host::copyDatabase(source, m_file, progressOf(stop, progress, "writing " + m_file));
         progress.clear();
         std::cout << host::printable(m_file) << " holds the journal of " << host::printable(source.string())
                   << "\n";
@@ -56,10 +68,12 @@ public:
     }
 
     int run(const CommonOptions& common) override {
+        const StopSignal stop;
         const auto socket = JournalServer::claim(common.dataDirectory());
         const std::filesystem::path target = JournalServer::databaseIn(common.dataDirectory());
         ProgressText progress;
-        const auto kept = host::restoreDatabase(m_file, target, progressOf(progress, "reading " + m_file));
+        const auto kept =
+            host::restoreDatabase(m_file, target, progressOf(stop, progress, "reading " + m_file));
         progress.clear();
         std::cout << host::printable(target.string()) << " is the journal of " << host::printable(m_file)
                   << " now\n";

@@ -1,6 +1,9 @@
 #include "apps/calljournal/JournalServer.h"
 
+#include <algorithm>
+#include <array>
 #include <iostream>
+#include <string_view>
 
 #include "apps/calljournal/CommandLine.h"
 #include "host/api-client/ApiAddress.h"
@@ -19,6 +22,7 @@
 #include "host/management/LocalManagement.h"
 #include "host/remote/ChangeReporter.h"
 #include "host/remote/RemoteServer.h"
+#include "host/remote/SocketAddress.h"
 #include "host/services/HardwareVariant.h"
 #include "host/stored-lists/HistoryMaintenance.h"
 #include "journalservice/JournalServiceIfc.h"
@@ -223,6 +227,19 @@ std::unique_ptr<host::ServerSocket> JournalServer::claim(const std::filesystem::
 
 std::filesystem::path JournalServer::databaseIn(const std::filesystem::path& dataDirectory) {
     return dataDirectory / kDatabaseName;
+}
+
+bool JournalServer::isOwnFile(const std::filesystem::path& dataDirectory, const std::filesystem::path& file) {
+    std::error_code ignored;
+    if (!std::filesystem::equivalent(std::filesystem::absolute(file).parent_path(), dataDirectory, ignored)) {
+        return false;
+    }
+    constexpr std::array<std::string_view, 4> kNames{kDatabaseName, kTokenName, host::ApiAddressFile::kName,
+                                                     host::kSocketName};
+    // Others have a suffix: -wal, .replaced, .new.
+    const std::string name = file.filename().string();
+    return std::any_of(kNames.begin(), kNames.end(),
+                       [&name](std::string_view each) { return name.starts_with(each); });
 }
 
 JournalServer::JournalServer(const host::Configuration& configuration,

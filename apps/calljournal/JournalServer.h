@@ -23,6 +23,10 @@ public:
     /// The database in a data directory.
     [[nodiscard]] static std::filesystem::path databaseIn(const std::filesystem::path& dataDirectory);
 
+    /// True if the name is that of a file which the server has, makes or keeps in its data directory.
+    [[nodiscard]] static bool isOwnFile(const std::filesystem::path& dataDirectory,
+                                        const std::filesystem::path& file);
+
     /// Opens the database and loads the library. `socket` is borrowed and outlives the server. Throws a
     /// `std::exception` with a text for the user.
     JournalServer(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,

@@ -36,6 +36,11 @@ bool StopSignal::wait(int other) const {
     return waits[0].revents != 0;
 }
 
+bool StopSignal::hasCome() const {
+    pollfd signal{m_descriptor.get(), POLLIN, 0};
+    return ::poll(&signal, 1, 0) > 0;
+}
+
 void StopSignal::restoreInChild() noexcept {
     const sigset_t signals = stopSignals();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);

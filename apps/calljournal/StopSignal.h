@@ -23,6 +23,9 @@ public:
     /// descriptor.
     [[nodiscard]] bool wait(int other = -1) const;
 
+    /// True if a signal has come.
+    [[nodiscard]] bool hasCome() const;
+
     /// Unblocks the signals. Call in a forked child before it executes another program. Async-signal-safe.
     static void restoreInChild() noexcept;
 

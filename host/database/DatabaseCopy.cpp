@@ -35,7 +35,7 @@ DatabaseError systemError(const std::string& what) {
 class TemporaryFile {
 public:
     explicit TemporaryFile(std::filesystem::path target)
-        : m_target(std::move(target)), m_name(m_target.string() + ".XXXXXX") {
+        : m_target(std::move(target)), m_name(m_target.string() + ".unfinished-XXXXXX") {
         const int descriptor = ::mkostemp(m_name.data(), O_CLOEXEC);  // with mode 0600
         if (descriptor < 0) {
             throw systemError(m_target.string() + " cannot be written");
@@ -75,6 +75,13 @@ private:
     std::string m_name;
 };
 
+/// Throws if the copy is to end.
+void report(const CopyProgress& progress, std::size_t done, std::size_t total) {
+    if (!progress(done, total)) {
+        throw DatabaseError("interrupted; no file was changed");
+    }
+}
+
 void copyPages(SQLite::Database& from, SQLite::Database& to, const CopyProgress& progress) {
     // The open transaction keeps one state of the source, so that a write does not begin the copy again.
     from.exec("BEGIN");
@@ -86,7 +93,7 @@ void copyPages(SQLite::Database& from, SQLite::Database& to, const CopyProgress&
             throw SQLite::Exception("it is locked by another program", state);
         }
         const auto total = static_cast<std::size_t>(backup.getTotalPageCount());
-        progress(total - static_cast<std::size_t>(backup.getRemainingPageCount()), total);
+        report(progress, total - static_cast<std::size_t>(backup.getRemainingPageCount()), total);
     }
 }
 
@@ -107,14 +114,25 @@ void check(SQLite::Database& copy, const std::string& source) {
     }
 }
 
+/// Ends a long check of the copy when the caller says so; `progress` outlives the connection.
+void makeInterruptible(SQLite::Database& copy, const CopyProgress& progress) {
+    constexpr int kSteps = 100'000;
+    const auto isToEnd = [](void* given) { return (*static_cast<const CopyProgress*>(given))(1, 1) ? 0 : 1; };
+    sqlite3_progress_handler(copy.getHandle(), kSteps, isToEnd, const_cast<CopyProgress*>(&progress));
+}
+
 void copyTo(const TemporaryFile& target, const std::filesystem::path& source, const CopyProgress& progress) {
     try {
         SQLite::Database from(source.string(), SQLite::OPEN_READONLY, kBusyMilliseconds);
         SQLite::Database to(target.name(), SQLite::OPEN_READWRITE);
         copyPages(from, to, progress);
         to.exec("PRAGMA journal_mode = DELETE");
+        makeInterruptible(to, progress);
         check(to, source.string());
     } catch (const SQLite::Exception& error) {
+        if (error.getErrorCode() == SQLITE_INTERRUPT) {
+            report(progress, 1, 1);
+        }
         throw DatabaseError(source.string() + " cannot be copied: " + error.what());
     }
 }

@@ -11,12 +11,14 @@
 /// `DatabaseError` with a sentence for the user, and then leaves the files as they were.
 namespace host {
 
-/// Called with the number of pages that are copied and that the file has.
-using CopyProgress = std::function<void(std::size_t done, std::size_t total)>;
+/// Called repeatedly with the number of pages that are copied and that the file has. Returns false to end
+/// the copy, which then throws.
+using CopyProgress = std::function<bool(std::size_t done, std::size_t total)>;
 
 /// Copies a database of this program to the file `target` (mode 0600), in the state of one moment, while
 /// other processes read and write it. The copy is one file without a log, checked, and gets its name when it
-/// is complete and on the disk; an existing file of that name is replaced.
+/// is complete and on the disk; an existing file of that name is replaced. Until then it is called
+/// TARGET.unfinished-XXXXXX, which stays only if the process is killed.
 void copyDatabase(const std::filesystem::path& source, const std::filesystem::path& target,
                   const CopyProgress& progress);
 

@@ -32,6 +32,9 @@ class ExportImportTest(ProgramTest):
         self.done("backup", copy)
         self.assertEqual(os.stat(copy).st_mode & 0o777, 0o600)
         self.assertIn("--force", self.refused("backup", copy))
+        for name in ("api-token", "api-address", "journal.db-wal", "calljournal.sock"):
+            self.assertIn("of the journal itself", self.refused("backup", "--force", os.path.join(self.data, name)))
+        self.assertIn("standard output", self.refused("backup", "-"))
         self.assertIn("is already running", self.refused("restore", copy))
         self.done("settings", "missed-logging", "0")
         self.done("backup", copy + "2")

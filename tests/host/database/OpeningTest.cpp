@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
 #include "host/database/Database.h"
+#include "host/database/DatabaseCopy.h"
 #include "tests/support/TemporaryDatabase.h"
 
 namespace {
@@ -90,6 +92,16 @@ TEST(Opening, RefusesALockedFileAfterItsTimeAndAPlaceWhereNoFileCanBe) {
     EXPECT_THAT(refusalOf(file), HasSubstr("locked by another program"));
     EXPECT_THAT(refusalOf(directory.path() / "absent" / "journal.db"), HasSubstr("cannot be opened"));
     EXPECT_THAT(refusalOf(directory.path()), HasSubstr("is not a regular file"));
+}
+
+TEST(Copying, LeavesNoFileWhenItIsInterrupted) {
+    const TemporaryDatabase database;
+    const auto target = database.file().parent_path() / "copy";
+    EXPECT_THROW(host::copyDatabase(database.file(), target, [](auto, auto) { return false; }),
+                 host::DatabaseError);
+    for (const auto& each : std::filesystem::directory_iterator(target.parent_path())) {
+        EXPECT_THAT(each.path().filename().string(), HasSubstr("journal.db"));
+    }
 }
 
 }  // namespace
