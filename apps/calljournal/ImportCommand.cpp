@@ -101,6 +101,10 @@ public:
                 m_file + " ends in neither .csv, .json nor .jsonl; name its format with --format");
         }
         const auto columns = m_columns.empty() ? std::nullopt : std::optional(host::CallColumns(m_columns));
+        // A device such as /dev/zero has no end.
+        if (!std::filesystem::is_regular_file(m_file) && !std::filesystem::is_fifo(m_file)) {
+            throw host::CallFileError("cannot read " + m_file + ": it is neither a file nor a pipe");
+        }
         std::ifstream stream(m_file, std::ios::binary);
         if (!stream) {
             throw host::CallFileError("cannot read " + m_file + ": " +

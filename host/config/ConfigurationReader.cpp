@@ -1,15 +1,14 @@
 #include "host/config/ConfigurationReader.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <limits>
+#include <stdexcept>
 #include <system_error>
 
 #include "host/config/TomlSection.h"
 #include "host/log/Log.h"
 #include "host/management/SettingRules.h"
+#include "host/text-files/WholeFile.h"
 
 namespace host {
 namespace {
@@ -175,12 +174,12 @@ Configuration loadConfiguration(const std::filesystem::path& file) {
     if (std::filesystem::is_directory(file, error)) {
         throw ConfigurationError(file.string() + ": is a directory, not a configuration file");
     }
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    const std::string toml{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (!stream) {
-        throw ConfigurationError(file.string() +
-                                 ": cannot be read: " + std::generic_category().message(errno));
+    constexpr std::size_t kMostBytes = 1024U * 1024U;
+    std::string toml;
+    try {
+        toml = readWholeFile(file, kMostBytes);
+    } catch (const std::runtime_error& failure) {
+        throw ConfigurationError(file.string() + ": cannot be read: " + failure.what());
     }
     return readConfiguration(toml, file.string());
 }

@@ -35,6 +35,9 @@ std::string readToken(const std::filesystem::path& path, const FileDescriptor& f
     if (::fstat(file.get(), &status) != 0 || (status.st_uid != ::geteuid() && status.st_uid != 0)) {
         fail(path, "belongs to another user, who knows it; remove it to get a new one");
     }
+    if (!S_ISREG(status.st_mode)) {
+        fail(path, "is not a regular file; remove it to get a new one");
+    }
     std::array<char, kLongest + 2> buffer{};
     const ssize_t length = ::read(file.get(), buffer.data(), buffer.size());
     if (length < 0) {
@@ -74,7 +77,8 @@ std::string newToken() {
 }  // namespace
 
 std::string apiToken(const std::filesystem::path& path) {
-    if (const FileDescriptor present(::open(path.c_str(), O_RDONLY | O_CLOEXEC)); present.isOpen()) {
+    if (const FileDescriptor present(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        present.isOpen()) {
         return readToken(path, present);
     }
     if (errno != ENOENT) {

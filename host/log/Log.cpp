@@ -89,11 +89,13 @@ Output& output() {
 std::shared_ptr<LogWriter> writerTo(const std::string& file) {
     if (!file.empty()) {
         // Created here with mode 0600, because the library would make it readable for all.
+        // A pipe that no process reads would block.
         const int descriptor =
-            ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR);
+            ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
         if (descriptor < 0) {
-            throw std::runtime_error("cannot write the log file " + file + ": " +
-                                     std::generic_category().message(errno));
+            throw std::runtime_error(
+                "cannot write the log file " + file + ": " +
+                (errno == ENXIO ? "it is a pipe without a reader" : std::generic_category().message(errno)));
         }
         ::close(descriptor);
     }

@@ -1,14 +1,12 @@
 #include "host/switch/scenario/ScenarioParser.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
-#include <sstream>
-#include <system_error>
+#include <stdexcept>
 #include <utility>
 
 #include "host/switch/scenario/CallLogText.h"
 #include "host/switch/scenario/ScenarioError.h"
+#include "host/text-files/WholeFile.h"
 
 namespace host {
 
@@ -32,15 +30,14 @@ Scenario parseScenario(std::string_view text, const std::string& source) {
 }
 
 Scenario loadScenario(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    if (file) {
-        text << file.rdbuf();
+    constexpr std::size_t kMostBytes = 16U * 1024U * 1024U;
+    std::string text;
+    try {
+        text = readWholeFile(path, kMostBytes);
+    } catch (const std::runtime_error& failure) {
+        throw ScenarioError(path, 0, std::string("cannot be read: ") + failure.what());
     }
-    if (!file) {
-        throw ScenarioError(path, 0, "cannot be read: " + std::generic_category().message(errno));
-    }
-    return parseScenario(text.str(), path);
+    return parseScenario(text, path);
 }
 
 ScenarioParser::ScenarioParser(std::vector<ScenarioStatement> statements, std::string source)

@@ -114,6 +114,12 @@ class CommandLineTest(ProgramTest):
                                  (["serve", "--switch", NO_SWITCH, "--set", "server-based-features=yes"],
                                   "--set server-based-features=yes: must be true or false")):
             self.assertIn(fault, self.refused(*arguments))
+        pipe = os.path.join(self.data, "api-token")  # without a writer and a reader
+        os.mkfifo(pipe)
+        for arguments, fault in ((["serve", "--listen", "127.0.0.1:0"], "not a regular file"),
+                                 (["serve", "--config", self.file("log.toml", "[log]\nfile = '%s'\n" % pipe)], "without a reader")):
+            self.assertIn(fault, self.refused(*arguments))
+        os.remove(pipe)
         self.serve(NO_SWITCH, "--set", "server-based-featres=true").logs("the setting server-based-featres is not used")
 
     def test_a_table_is_for_people(self):

@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -99,6 +101,17 @@ TEST(Configuration, IsRefusedIfItsFileCannotBeRead) {
     for (const auto& wrong : {directory.path(), directory.path() / "absent.toml"}) {
         EXPECT_THROW(static_cast<void>(host::loadConfiguration(wrong)), host::ConfigurationError) << wrong;
     }
+}
+
+// As a shell passes the output of a command that has ended.
+TEST(Configuration, IsReadFromAPipeThatItsWriterHasClosed) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    ASSERT_EQ(write(ends[1], "[api]\nauth = 'none'\n", 20), 20);
+    close(ends[1]);
+    EXPECT_EQ(host::loadConfiguration("/proc/self/fd/" + std::to_string(ends[0])).api.auth,
+              Configuration::Auth::eNone);
+    close(ends[0]);
 }
 
 TEST(Configuration, SeparatesTheCommandLineFromTheFile) {
