@@ -91,19 +91,17 @@ const CallFacts* CallFiling::factsOf(const CallInfo* newest) const {
 }
 
 void CallFiling::removeLiveCalls(Database::Session& session, const std::string& line) const {
+    LiveCallRows rows(session, line);
     for (const Filed& each : m_filed) {
-        // A call that is filed later, when no event that ends it is being delivered, is found by its id.
-        session.query(LiveCallRows::kRemoveEnded).bind(line).bind(each.newest->getCallId()).run();
+        if (each.ended == nullptr) {
+            // It is filed later, when no event that ends it is being delivered.
+            rows.removeEnded(each.newest->getCallId());
+        }
         if (each.call) {
             if (m_calls != nullptr) {
                 m_calls->setFiled(*each.call, true);
             }
-            session.query(LiveCallRows::kRemove)
-                .bind(line)
-                .bind(each.call->device)
-                .bind(each.call->callId)
-                .bind(LiveCallRows::numberOf(each.call->firstEvent))
-                .run();
+            rows.remove(*each.call);
         }
     }
 }

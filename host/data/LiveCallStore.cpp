@@ -1,140 +1,15 @@
 #include "host/data/LiveCallStore.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
-
-#include <sstream>
-
 #include "host/data/LiveCallRows.h"
 #include "host/database/Database.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
-namespace {
 
-constexpr int kBusyMilliseconds = 500;
-
-/// Commits without a flush. Checkpoints are left to the other connection, which flushes before them.
-std::unique_ptr<SQLite::Database> connectionTo(const Database& database) {
-    try {
-        auto connection = std::make_unique<SQLite::Database>(database.file().string(), SQLite::OPEN_READWRITE,
-                                                             kBusyMilliseconds);
-        connection->exec("PRAGMA synchronous = NORMAL");
-        connection->exec("PRAGMA wal_autocheckpoint = 0");
-        connection->exec("PRAGMA secure_delete = ON");
-        return connection;
-    } catch (const SQLite::Exception& error) {
-        throw DatabaseError(database.file().string() +
-                            " cannot be opened for the live calls: " + error.what());
-    }
-}
-
-CSTADevice deviceFrom(SQLite::Statement& row, int& column) {
-    CSTADevice device;
-    device.number = row.getColumn(column++).getString();
-    device.name = row.getColumn(column++).getString();
-    return device;
-}
-
-std::optional<PhoneCall::Time> timeFrom(SQLite::Statement& row, int& column) {
-    const SQLite::Column value = row.getColumn(column++);
-    return value.isNull() ? std::nullopt : std::optional(LiveCallRows::timeOf(value.getInt64()));
-}
-
-/// Numbers as one text, each followed by a line break, which no number contains.
-std::string textOf(const std::set<std::string>& numbers) {
-    std::string text;
-    for (const std::string& number : numbers) {
-        text += number + '\n';
-    }
-    return text;
-}
-
-std::set<std::string> numbersFrom(const std::string& text) {
-    std::set<std::string> numbers;
-    std::istringstream lines(text);
-    for (std::string number; std::getline(lines, number);) {
-        numbers.insert(number);
-    }
-    return numbers;
-}
-
-NotedCall callFrom(SQLite::Statement& row) {
-    int column = 0;
-    const auto flag = [&] { return row.getColumn(column++).getInt() != 0; };
-    NotedCall noted;
-    PhoneCall& call = noted.call;
-    call.device = row.getColumn(column++).getString();
-    call.callId = row.getColumn(column++).getString();
-    call.firstEvent = timeFrom(row, column).value_or(PhoneCall::Time());
-    call.role = static_cast<PhoneRole>(row.getColumn(column++).getInt());
-    call.outgoing = flag();
-    call.conference = flag();
-    call.conferenceId = row.getColumn(column++).getString();
-    call.markedMissed = flag();
-    call.pickUp = flag();
-    call.transferred = flag();
-    call.elsewhere = flag();
-    call.reason = static_cast<CallReason>(row.getColumn(column++).getInt());
-    call.calling = deviceFrom(row, column);
-    call.called = deviceFrom(row, column);
-    call.redirecting = deviceFrom(row, column);
-    call.partner = deviceFrom(row, column);
-    call.others = numbersFrom(row.getColumn(column++).getString());
-    call.established = timeFrom(row, column);
-    call.lastEvent = timeFrom(row, column).value_or(PhoneCall::Time());
-    noted.seen = timeFrom(row, column).value_or(PhoneCall::Time());
-    noted.ended = timeFrom(row, column);
-    noted.endApproximate = flag();
-    return noted;
-}
-
-class Binder {
-public:
-    explicit Binder(SQLite::Statement& statement) : m_statement(statement) {}
-
-    Binder& operator()(const std::string& text) {
-        m_statement.bind(++m_last, text);
-        return *this;
-    }
-    Binder& operator()(std::int64_t number) {
-        m_statement.bind(++m_last, number);
-        return *this;
-    }
-    Binder& operator()(bool flag) { return (*this)(std::int64_t{flag ? 1 : 0}); }
-    Binder& operator()(PhoneCall::Time time) { return (*this)(LiveCallRows::numberOf(time)); }
-    Binder& operator()(const std::optional<PhoneCall::Time>& time) {
-        if (time) {
-            return (*this)(*time);
-        }
-        m_statement.bind(++m_last);
-        return *this;
-    }
-    Binder& operator()(const CSTADevice& device) { return (*this)(device.number)(device.name); }
-
-private:
-    SQLite::Statement& m_statement;
-    int m_last = 0;
-};
-
-void writeRow(SQLite::Statement& insert, const std::string& line, const NotedCall& noted) {
-    const PhoneCall& call = noted.call;
-    insert.reset();
-    Binder bind(insert);
-    bind(line)(call.device)(call.callId)(call.firstEvent)(static_cast<std::int64_t>(call.role));
-    bind(call.outgoing)(call.conference)(call.conferenceId)(call.markedMissed)(call.pickUp);
-    bind(call.transferred)(call.elsewhere)(static_cast<std::int64_t>(call.reason));
-    bind(call.calling)(call.called)(call.redirecting)(call.partner)(textOf(call.others));
-    bind(call.established)(call.lastEvent)(noted.seen)(noted.ended)(noted.endApproximate);
-    insert.exec();
-}
-
-}  // namespace
-
-LiveCallStore::LiveCallStore(const Database& database, std::string line)
+LiveCallStore::LiveCallStore(Database& database, std::string line)
     : m_database(database),
       m_line(std::move(line)),
       m_generation(database.generation()),
-      m_connection(connectionTo(database)),
       m_thread([this] { run(); }) {}
 
 LiveCallStore::~LiveCallStore() {
@@ -148,16 +23,10 @@ LiveCallStore::~LiveCallStore() {
 
 std::vector<NotedCall> LiveCallStore::read() {
     std::vector<NotedCall> calls;
+    static_cast<void>(m_database.read("reading the live calls", [&](Database::Session& session) {
+        calls = LiveCallRows(session, m_line).read();
+    }));
     const std::lock_guard lock(m_mutex);
-    try {
-        SQLite::Statement rows(*m_connection, LiveCallRows::kRead);
-        rows.bind(1, m_line);
-        while (rows.executeStep()) {
-            calls.push_back(callFrom(rows));
-        }
-    } catch (const SQLite::Exception& error) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "reading the live calls failed: %s", error.what());
-    }
     for (const NotedCall& each : calls) {
         m_calls.insert_or_assign(keyOf(each.call), each);
     }
@@ -335,41 +204,31 @@ void LiveCallStore::markAllChanged() {
 }
 
 bool LiveCallStore::writeBatch() noexcept {
+    if (const unsigned generation = m_database.generation(); generation != m_generation) {
+        m_generation = generation;
+        markAllChanged();
+    }
     Batch batch;
-    try {
-        if (const unsigned generation = m_database.generation(); generation != m_generation) {
-            m_connection = connectionTo(m_database);
-            m_generation = generation;
-            markAllChanged();
-        }
-        SQLite::Transaction transaction(*m_connection, SQLite::TransactionBehavior::IMMEDIATE);
+    const auto failure = m_database.note([&](Database::Session& session) {
         batch = takeBatch();
-        write(batch);
-        transaction.commit();
+        LiveCallRows rows(session, m_line);
+        for (const NotedCall& each : batch.written) {
+            rows.write(each);
+        }
+        for (const PhoneCallKey& key : batch.removed) {
+            rows.remove(key);
+        }
+    });
+    if (!failure) {
         m_failed = false;
         return true;
-    } catch (const std::exception& error) {
-        if (!std::exchange(m_failed, true)) {
-            logAppUni("Database", __FILE_NAME__, 2, __LINE__, "noting the live calls failed: %s",
-                      error.what());
-        }
+    }
+    if (!std::exchange(m_failed, true)) {
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "noting the live calls failed: %s",
+                  failure->text.c_str());
     }
     restore(batch);
     return false;
-}
-
-void LiveCallStore::write(const Batch& batch) {
-    SQLite::Statement insert(*m_connection, LiveCallRows::kWrite);
-    for (const NotedCall& each : batch.written) {
-        writeRow(insert, m_line, each);
-    }
-    SQLite::Statement erase(*m_connection, LiveCallRows::kRemove);
-    for (const PhoneCallKey& key : batch.removed) {
-        erase.reset();
-        Binder bind(erase);
-        bind(m_line)(key.device)(key.callId)(key.firstEvent);
-        erase.exec();
-    }
 }
 
 }  // namespace host

@@ -6,7 +6,6 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
@@ -16,17 +15,13 @@
 
 #include "host/calls/LiveCallStoreIfc.h"
 
-namespace SQLite {
-class Database;
-}
-
 namespace host {
 
 class Database;
 
 /// The live calls of one line in the table `live_call`. A thread of its own writes what has changed, in
-/// batches, over a connection of its own that does not flush the disk: a change is in the file within 200 ms
-/// and survives the end of the process, but not a power cut.
+/// batches without a flush of the disk: a change is in the file within 200 ms and survives the end of the
+/// process, but not a power cut.
 ///
 /// Sequence of a call:
 ///  1. `store` notes it, also after each change.
@@ -43,9 +38,8 @@ public:
     /// Longer than the journal holds an event back.
     static constexpr std::chrono::seconds kHeldBack{10};
 
-    /// Throws `DatabaseError` if the file cannot be opened. `database` is borrowed and
-    /// outlives the object.
-    LiveCallStore(const Database& database, std::string line);
+    /// `database` is borrowed and outlives the object.
+    LiveCallStore(Database& database, std::string line);
     /// Writes what has changed.
     ~LiveCallStore() override;
 
@@ -78,15 +72,13 @@ private:
     void markAllChanged();
     void restore(const Batch& batch);
     [[nodiscard]] bool writeBatch() noexcept;
-    void write(const Batch& batch);
 
     // Constant after construction.
-    const Database& m_database;
+    Database& m_database;
     const std::string m_line;
 
-    // Used by `read`, then by the writing thread.
+    // The writing thread only.
     unsigned m_generation;
-    std::unique_ptr<SQLite::Database> m_connection;
     bool m_failed = false;
 
     mutable std::mutex m_mutex;

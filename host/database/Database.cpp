@@ -116,6 +116,11 @@ bool Database::write(const char* what, const Work& work) noexcept {
     return done;
 }
 
+std::optional<DatabaseFailure> Database::note(const Work& work) noexcept {
+    const std::lock_guard lock(m_mutex);
+    return transactSoon(work, false);
+}
+
 void Database::measured(const std::function<void()>& write) {
     const auto begin = Clock::now();
     write();
@@ -140,6 +145,14 @@ void Database::transact(const Work& work, bool flushes) {
         m_nextAttempt = Clock::time_point();
         m_logIsDue = true;
     }
+}
+
+/// Waits for other programs for a short time only.
+std::optional<DatabaseFailure> Database::transactSoon(const Work& work, bool flushes) noexcept {
+    m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
+    const auto failure = DatabaseFailure::of([&] { transact(work, flushes); });
+    m_connection->setBusyTime(m_busyTime);
+    return failure;
 }
 
 void Database::transactFlushing(const DatabaseChange& change) {
@@ -227,16 +240,12 @@ bool Database::storeFirst() {
         return true;
     }
     DatabaseChange& first = *kept.front().change;
-    m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
     // Each change is a transaction of its own; the last flushes all of them.
     const bool isLast = kept.size() == 1;
-    const auto failure = DatabaseFailure::of([&] { transact(first.work, isLast); });
-    if (failure) {
+    if (const auto failure = transactSoon(first.work, isLast)) {
         passFirst(kept, *failure);
-        m_connection->setBusyTime(m_busyTime);
         return m_kept.size() == 0;
     }
-    m_connection->setBusyTime(m_busyTime);
     m_health.succeeded(first.what, true);
     m_kept.remove(0, false);
     m_isUnflushed = !isLast;
@@ -259,7 +268,7 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
     }
     bool isLost = !failure.isOfDatabase();
     if (!isLost && m_kept.noteFailure(failure.mayBeOfOneWork()) && kept.size() > 1 &&
-        !DatabaseFailure::of([&] { transact(kept[1].change->work, true); })) {
+        !transactSoon(kept[1].change->work, true)) {
         m_kept.remove(1, false);
         m_isUnflushed = false;
         finish(*kept[1].change, true);

@@ -79,6 +79,11 @@ public:
     /// Runs work in one transaction, isolated from other processes: all of it or none.
     bool write(const char* what, const Work& work) noexcept;
 
+    /// Runs work in one transaction that is not flushed, and not ordered with the changes that are kept: for
+    /// what a power cut may take, and its maker repeats. Waits for other programs no longer than some 50 ms.
+    /// Returns the reason if it fails, without a log text.
+    [[nodiscard]] std::optional<DatabaseFailure> note(const Work& work) noexcept;
+
     enum class Outcome {
         eStored,
         /// Kept, and stored after the changes that were kept before.
@@ -130,6 +135,7 @@ private:
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
     // Require: m_mutex is held.
     void transact(const Work& work, bool flushes);
+    [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const Work& work, bool flushes) noexcept;
     void transactFlushing(const DatabaseChange& change);
     static void finish(DatabaseChange& change, bool stored) noexcept;
     void requireFile();

@@ -79,6 +79,10 @@ bool DatabaseConnection::truncateLog() {
     return busy == 0;
 }
 
+void DatabaseConnection::setBusyTime(std::chrono::milliseconds time) noexcept {
+    sqlite3_busy_timeout(m_database.getHandle(), static_cast<int>(time.count()));
+}
+
 void DatabaseConnection::setFlushing(bool flushes) {
     if (flushes != m_flushes) {
         query(flushes ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL").run();

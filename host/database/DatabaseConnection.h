@@ -31,9 +31,7 @@ public:
     /// Moves the log into the file and empties it. Returns false, at once, if another connection reads it.
     [[nodiscard]] bool truncateLog();
     /// Sets the time that work waits for another process that holds the lock.
-    void setBusyTime(std::chrono::milliseconds time) {
-        m_database.setBusyTimeout(static_cast<int>(time.count()));
-    }
+    void setBusyTime(std::chrono::milliseconds time) noexcept;
     /// Sets if a commit flushes the disk, which it does at first. Requires: no transaction is open.
     void setFlushing(bool flushes);
     /// The greatest row id that `call_item` has had; read from the file, then noted at each insertion.
