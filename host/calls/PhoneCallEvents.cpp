@@ -92,6 +92,11 @@ std::unique_ptr<CSTAEvent> clearedEvent(const PhoneCall& call, const std::string
     return event;
 }
 
+std::unique_ptr<CSTAEvent> unreportedEndEvent(const PhoneCall& call, const std::string& crossRefId) {
+    const bool elsewhere = call.elsewhere || call.reason == CallReason::eCompletedElsewhere;
+    return clearedEvent(call, crossRefId, elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing);
+}
+
 std::vector<PhoneEvent> eventsOf(const PhoneCall& known, const std::vector<PhoneCall>& members,
                                  const std::string& crossRefId) {
     PhoneCall call = known;

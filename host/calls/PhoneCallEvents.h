@@ -36,6 +36,10 @@ struct PhoneEvent {
 /// The phone's own connection ends: ConnectionCleared with a `CSTAEventCause`.
 [[nodiscard]] std::unique_ptr<CSTAEvent> clearedEvent(const PhoneCall& call, const std::string& crossRefId,
                                                       int cause);
+/// The phone's own connection has ended without an event: ConnectionCleared, "completed elsewhere" if another
+/// phone has established the call, else normal clearing.
+[[nodiscard]] std::unique_ptr<CSTAEvent> unreportedEndEvent(const PhoneCall& call,
+                                                            const std::string& crossRefId);
 
 /// The events of a call up to now, at their times. A conference has those by which `members` have joined it.
 [[nodiscard]] std::vector<PhoneEvent> eventsOf(const PhoneCall& known, const std::vector<PhoneCall>& members,

@@ -126,9 +126,7 @@ void EventReader::endKnownCall(std::vector<PhoneEvent>& events, const PhoneCall&
                                const std::string& crossRefId) {
     const PhoneCall ended = call;
     add(events,
-        {.event = clearedEvent(ended, crossRefId, CSTA_EC_NormalClearing),
-         .time = ended.lastEvent,
-         .endApproximate = true},
+        {.event = unreportedEndEvent(ended, crossRefId), .time = ended.lastEvent, .endApproximate = true},
         ended.device);
 }
 
@@ -137,7 +135,11 @@ void EventReader::noteOther(const EventContext& context, const std::string& devi
                             const std::string& callId) {
     const PhoneCall* const known = m_calls.find(device, callId);
     const std::string number = comparableNumber(context.subject.device.number);
-    if (known == nullptr || context.subject.party != EventParty::eOther || number.empty()) {
+    // In an Established event that reverses the roles it is the far end, which may withhold its number.
+    const bool isReversed = known != nullptr && context.event == WireEvent::eEstablished &&
+                            known->role == PhoneRole::eConnected && !known->outgoing &&
+                            context.calling.party == EventParty::eMonitored;
+    if (known == nullptr || context.subject.party != EventParty::eOther || number.empty() || isReversed) {
         return;
     }
     const bool joins = context.event == WireEvent::eOffered || context.event == WireEvent::eDelivered ||

@@ -54,6 +54,15 @@ bool isParty(const CallSnapshot& snapshot, const CSTADevice& device) {
         [&device](const CallSnapshot::Party& party) { return isSameNumber(party.device.device, device); });
 }
 
+/// True if the known caller rings for another one, as another phone of the group that this one has called.
+bool ringsForAnother(const CSTADevice& caller, const CallSnapshot& snapshot) {
+    const bool rings = std::any_of(
+        snapshot.parties.begin(), snapshot.parties.end(), [&caller](const CallSnapshot::Party& party) {
+            return party.state == CSTA_LCS_Alerting && isSameNumber(party.device.device, caller);
+        });
+    return rings && isFarEnd(snapshot.calling) && !isSameNumber(snapshot.calling.device, caller);
+}
+
 bool names(const CallSnapshot& snapshot, const CSTADevice& device) {
     return !device.number.empty() &&
            (isSameNumber(snapshot.calling.device, device) || isSameNumber(snapshot.called.device, device) ||
@@ -124,7 +133,8 @@ bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapsho
     const bool isCalledNow = !known.outgoing && isFarEnd(snapshot.calling) &&
                              isSameNumber(farEnd, snapshot.called.device) &&
                              !isSameNumber(farEnd, snapshot.calling.device) && !isParty(snapshot, farEnd);
-    return isCalledNow || (!names(snapshot, farEnd) && !names(snapshot, known.partner));
+    const bool rings = !known.outgoing && ringsForAnother(farEnd, snapshot);
+    return rings || isCalledNow || (!names(snapshot, farEnd) && !names(snapshot, known.partner));
 }
 
 }  // namespace host

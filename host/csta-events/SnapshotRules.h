@@ -18,9 +18,9 @@ namespace host {
 [[nodiscard]] bool isPickedUp(const PhoneCall& known, const PhoneCall& now);
 
 /// True if the switch has used the id of the known call again for the call of the snapshot: an established
-/// call rings again, a ringing one is being placed, the phone is the caller of a call that came in, or the
-/// party at the far end of the known call is no party of the snapshot. A transferred call, and one that is
-/// picked up, have other parties and are the same call.
+/// call rings again, a ringing one is being placed, the phone is the caller of a call that came in, the known
+/// caller rings for another one, or the party at the far end of the known call is no party of the snapshot. A
+/// transferred call, and one that is picked up, have other parties and are the same call.
 [[nodiscard]] bool isOtherCall(const PhoneCall& known, const PhoneCall& now, const CallSnapshot& snapshot);
 
 }  // namespace host

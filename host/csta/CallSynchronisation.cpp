@@ -11,7 +11,6 @@
 #include "host/csta-events/SnapshotRules.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta/LinkLog.h"
-#include "platform/csta/CSTAEventCause.h"
 #include "platform/csta/CSTALocalConnectionState.h"
 
 namespace host {
@@ -22,11 +21,6 @@ constexpr std::chrono::seconds kAgeingPeriod{10};
 
 PhoneCall::Time now() {
     return std::chrono::system_clock::now();
-}
-
-int clearingCause(const PhoneCall& call) {
-    const bool elsewhere = call.elsewhere || call.reason == CallReason::eCompletedElsewhere;
-    return elsewhere ? CSTA_EC_CompletedElsewhere : CSTA_EC_NormalClearing;
 }
 
 }  // namespace
@@ -174,7 +168,7 @@ void CallSynchronisation::fileNoted(const WantedMonitor& monitor) {
         m_calls.store(noted.call);
         replay(monitor, noted.call);
         give(monitor, device,
-             {.event = clearedEvent(noted.call, monitor.crossRefId, clearingCause(noted.call)),
+             {.event = unreportedEndEvent(noted.call, monitor.crossRefId),
               .time = noted.ended,
               .endApproximate = noted.endApproximate});
         if (later) {
@@ -280,7 +274,7 @@ void CallSynchronisation::end(const PhoneCall& call) {
         m_calls.remove(call.device, call.callId);
         return;
     }
-    PhoneEvent cleared{.event = clearedEvent(call, monitor->crossRefId, clearingCause(call)),
+    PhoneEvent cleared{.event = unreportedEndEvent(call, monitor->crossRefId),
                        .time = call.lastEvent,
                        .endApproximate = true};
     adjust(*monitor, cleared);

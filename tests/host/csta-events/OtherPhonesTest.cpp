@@ -130,6 +130,9 @@ the far end is a trunk     | Delivered 1 at:2001 from:4711 to:2001 own=alerting;
 answered, then parked      | Delivered 1 at:2001 from:4711 to:2001 own=alerting;
 +   Established 1 at:2001 from:4711 to:2001 own=connected; passes 2; Diverted 1 at:2001 away:7000 own=null cause=park;
 +   Cleared 1 at:4711 own=null | received 4711 00:02 | =
+a withheld caller, the roles are reversed | Delivered 1 at:2001 <callingDevice><restricted/></callingDevice> to:2000 own=alerting;
++   Established 1 at:2001 <callingDevice><restricted/></callingDevice> to:2000 own=connected; Held 1 at:2001 own=hold;
++   Established 1 at:4711 from:2001 own=connected; passes 1; Cleared 1 at:4711 own=null | received Withheld 00:01 | =
 the roles are reversed     | Delivered 1 at:2001 from:4711 to:2001 own=alerting; Established 1 at:2001 from:4711 to:2001 own=connected;
 +   Held 1 at:2001 own=hold; Established 1 at:4711 from:2001 to:4711 own=connected; passes 1;
 +   Cleared 1 at:2001 own=null | received 4711 00:01 | =
@@ -239,6 +242,9 @@ a reminder of a held call | Delivered 25 at:2001 from:4711 to:2001 own=alerting;
 +   Cleared 25 at:2001 own=null | received 4711 | =
 a reminder           | Delivered 25 at:2001 from:4711 to:2001 own=alerting; Established 25 at:2001 from:4711 to:2001 own=connected;
 +   Delivered 25 at:2001 from:4711 to:2001 own=alerting cause=recallBusy; Cleared 25 at:2001 own=null | received 4711 | =
+a colleague had answered | Delivered 25 at:2001 from:4711 to:2000 own=alerting; Delivered 25 at:2006 from:4711 to:2000 own=alerting;
++   Established 25 at:2006 from:4711 to:2000 own=alerting; gap; Originated 25 to:4712 own=connected cause=newCall;
++   Cleared 25 at:2001 own=null | missed 4711 elsewhere, dialled 4712 | =
 another destination after a gap | Originated 25 to:4711 own=connected cause=newCall; gap;
 +   Delivered 25 at:4712 from:2001 to:4712 own=connected; Cleared 25 at:2001 own=null | dialled 4712, dialled 4711 | =
 )");

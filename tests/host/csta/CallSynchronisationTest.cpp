@@ -87,7 +87,8 @@ protected:
 };
 
 TEST_F(Synchronisation, FollowsTheSnapshot) {
-    // The known call 25; its state in the snapshot, own and other; calling and called party; the events.
+    // The known call 25; its state in the snapshot, own and other; calling and called party, and one that
+    // rings; the events.
     const std::string rows = R"(
 ringing 4711 |                      |           | Cleared 4711 +0~
 talking 4711 |                      |           | Cleared 4711 +1~
@@ -99,6 +100,8 @@ ringing 4711 | connected connected  | 4711 2001 | Established 4711
 calling 4711 | connected hold       | 2001 4711 | Established 4711
 calling 4711 | connected alerting   | 2001 4711 |
 ringing 4711 | alerting connected   | 4712 2001 | Cleared 4711 +0~, Delivered 4712
+ringing 2006 | alerting connected   | 4711 2000 2006 | Cleared 2006 +0~, Delivered 4711
+talking 2006 | connected hold       | 2006 2000 2006 |
 talking 4711 | alerting connected   | 4711 2001 | Cleared 4711 +1~, Delivered 4711
 called 4711  | alerting connected   | 4712 2001 | Cleared 4711 +1~, Delivered 4712
 ringing 4711 | connected connected  | 4712 4711 | Cleared 4711 +0~, Delivered 4712, Established 4712
@@ -142,7 +145,13 @@ talking 4711 | alerting connected   | refused   |
         if (row[2] == "refused") {
             channel.handlers.at(1)({});
         } else if (channel.handlers.size() > 1) {
-            channel.respond(1, "<SnapshotCallResponse><snapshotData/><callingDevice>" + parties.at(0) +
+            const std::string ringing = parties.size() < 3
+                                            ? ""
+                                            : "<snapshotCallResponseInfo><deviceOnCall>" + parties[2] +
+                                                  "</deviceOnCall><localConnectionInfo>alerting"
+                                                  "</localConnectionInfo></snapshotCallResponseInfo>";
+            channel.respond(1, "<SnapshotCallResponse><snapshotData>" + ringing +
+                                   "</snapshotData><callingDevice>" + parties.at(0) +
                                    "</callingDevice><calledDevice>" + parties.at(1) +
                                    "</calledDevice></SnapshotCallResponse>");
         }

@@ -49,7 +49,8 @@ std::string joined(const Entries& entries) {
 }  // namespace
 
 RandomCalls::Session::Session(const PhoneType& type) : phone(type, peer.port()) {
-    if (!peer.connect()) {
+    // The first snapshot shows an offered call as one that rings.
+    if (!peer.connect() || !peer.awaitSnapshot({})) {
         throw std::runtime_error("the phone does not start its monitor");
     }
 }
