@@ -18,8 +18,11 @@ class Entry:
         self.list, self.number, self.viewed, self.calls = name, number, False, []
         self.shortened = False  # its newest call was deleted: among the entries of that second it has no certain place
 
+    def newest(self):
+        return max(self.calls, key=lambda call: call.order)
+
     def order(self):
-        return max(call.order for call in self.calls)
+        return self.newest().order
 
 
 class PlainJournal:
@@ -39,6 +42,9 @@ class PlainJournal:
             if called_back := self.entries["missed"].pop(number, None):
                 for call in called_back.calls:
                     call.called_back, call.entry = True, None
+        entry = self.entries[name].get(number)
+        if name == "dialled" and entry:
+            switch_name = entry.newest().filed  # a dialled entry keeps its name
         self.add(Call(name, number, self.contacts.get(number, switch_name), order, call_id, elsewhere)).viewed = False
         return True
 
@@ -64,7 +70,7 @@ class PlainJournal:
 
     def list(self, name):
         """The entries, newest first: number, name, viewed, calls."""
-        return [(entry.number, self.display_name(max(entry.calls, key=lambda call: call.order)), name != "missed" or entry.viewed, len(entry.calls))
+        return [(entry.number, self.display_name(entry.newest()), name != "missed" or entry.viewed, len(entry.calls))
                 for entry in sorted(self.entries[name].values(), key=Entry.order, reverse=True)]
 
     def history(self):
