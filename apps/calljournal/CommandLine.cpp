@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/calljournal/Command.h"
+#include "apps/calljournal/ErrorOutput.h"
 #include "apps/calljournal/UsageErrorText.h"
 #include "host/config/DataDirectory.h"
 #include "host/presentation/PlainText.h"
@@ -101,7 +102,7 @@ int runCommandLine(int argc, char** argv) {
     try {
         return runChosen(commands, common);
     } catch (const std::exception& error) {
-        std::cerr << "calljournal: " << host::printable(error.what()) << std::endl;
+        printError(host::printable(error.what()));
         return eFailed;
     }
 }

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <iostream>
 #include <string_view>
 
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ErrorOutput.h"
 #include "host/api-client/ApiAddress.h"
 #include "host/config/DataDirectory.h"
 #include "host/data/DatabaseMaintenance.h"
@@ -277,15 +277,14 @@ std::size_t JournalServer::stop() {
 int JournalServer::end() {
     const std::size_t kept = stop();
     if (kept > 0) {
-        std::cerr << "calljournal: the database refuses " << kept
-                  << " changes (filed calls, deletions and the like); they are not stored" << std::endl;
+        printError("the database refuses " + std::to_string(kept) +
+                   " changes (filed calls, deletions and the like); they are not stored");
     }
     const std::uint64_t lost = m_impl->lostCount();
     if (lost > 0) {
-        std::cerr << "calljournal: " << lost
-                  << " changes (filed calls, deletions and the like) were lost since the start: the database "
-                     "refused them, and they were not kept"
-                  << std::endl;
+        printError(std::to_string(lost) +
+                   " changes (filed calls, deletions and the like) were lost since the start: the database "
+                   "refused them, and they were not kept");
     }
     return kept > 0 || lost > 0 ? eFailed : eDone;
 }

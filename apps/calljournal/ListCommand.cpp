@@ -3,6 +3,7 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ErrorOutput.h"
 #include "apps/calljournal/ListClient.h"
 #include "apps/calljournal/ListOptions.h"
 #include "apps/calljournal/OutputStatus.h"
@@ -40,8 +41,8 @@ public:
         } else {
             std::cout << (m_json ? host::jsonText(response) + "\n" : describe(response));
             if (!m_json && response["items"].empty() && isJournalOff(client)) {
-                std::cerr << "calljournal: the journal is switched off; `"
-                          << common.commandForUser("settings call-log-enabled true") << "` switches it on\n";
+                printError("the journal is switched off; `" +
+                           common.commandForUser("settings call-log-enabled true") + "` switches it on");
             }
         }
         return statusOfOutput();

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <charconv>
 #include <functional>
-#include <iostream>
 
 #include "apps/calljournal/Command.h"
+#include "apps/calljournal/ErrorOutput.h"
 #include "host/presentation/PlainText.h"
 
 namespace calljournal {
@@ -67,9 +67,8 @@ void addEntriesOption(CLI::App& app, std::vector<std::string>& entries, const st
 
 void printUnknown(const std::string& entryId, ListName list, const CommonOptions& common) {
     const std::string word(wordOf(list));
-    std::cerr << "calljournal: there is no entry " << host::printable(entryId) << " in the list " << word
-              << "; `" << common.commandForUser("list " + word + " --ids")
-              << "` prints the ids of the entries" << std::endl;
+    printError("there is no entry " + host::printable(entryId) + " in the list " + word + "; `" +
+               common.commandForUser("list " + word + " --ids") + "` prints the ids of the entries");
 }
 
 }  // namespace calljournal

@@ -2,9 +2,11 @@
 
 #include <cerrno>
 #include <iostream>
+#include <string>
 #include <system_error>
 
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ErrorOutput.h"
 
 namespace calljournal {
 
@@ -15,8 +17,8 @@ int statusOfOutput(bool succeeded) {
         return succeeded ? eDone : eFailed;
     }
     // The reason is known only if this flush failed.
-    std::cerr << "calljournal: the output cannot be written"
-              << (wasGood && errno != 0 ? ": " + std::generic_category().message(errno) : "") << std::endl;
+    printError("the output cannot be written" +
+               (wasGood && errno != 0 ? ": " + std::generic_category().message(errno) : std::string()));
     return eFailed;
 }
 

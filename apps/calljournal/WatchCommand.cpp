@@ -7,6 +7,7 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/ErrorOutput.h"
 #include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/StopSignal.h"
 #include "apps/calljournal/WatchText.h"
@@ -62,7 +63,7 @@ private:
     void print(const std::string& notification) const {
         const auto message = journalxml::parseObserverMessage(notification);
         if (!message) {
-            std::cerr << "calljournal: an invalid message was ignored" << std::endl;
+            printError("an invalid message was ignored");
         } else if (m_json) {
             std::cout << watchJson(*message) << std::endl;
         } else {

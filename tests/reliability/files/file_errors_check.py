@@ -246,6 +246,7 @@ def served(place, fault, name, *, old=False):
     config = place.inside("calljournal.toml")  # what Server passes
     with open(config, "w", encoding="ascii") as file:
         file.write('[log]\nfile = "%s"\n' % place.inside("log.txt") if name == "log.txt" else "[switch]\nreconnect-max-s = 1\n")
+    named = re.escape(name.removesuffix("-wal")) if fault is directory else r"\S"
     end = fault(place.inside(name))
     server = place.try_start(wrapper=(*AS_USER, *limited(place.dice.choice(SIZES) if fault is full else None)))
     status = server.end(15)
@@ -253,7 +254,7 @@ def served(place, fault, name, *, old=False):
     if server.http:
         if status not in (0, 1):
             yield "the server ended with status %d" % status
-    elif status != 1 or not any(re.match(r"calljournal: \S+", line) for line in server.log):
+    elif status != 1 or not any(re.match("calljournal: .*" + named, line) for line in server.log):
         yield "the start ended with status %d and without a reason: %s" % (status, "".join(server.log[-2:]))
     if old and stored_calls(place.inside("journal.db"))[0] == 3 and stored_calls(place.inside("journal.db")) != expected:
         yield "the old database has changed"
