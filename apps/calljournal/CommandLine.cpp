@@ -11,6 +11,7 @@
 
 #include "apps/calljournal/Command.h"
 #include "apps/calljournal/ErrorOutput.h"
+#include "apps/calljournal/OutputStatus.h"
 #include "apps/calljournal/UsageErrorText.h"
 #include "host/config/DataDirectory.h"
 #include "host/presentation/PlainText.h"
@@ -94,7 +95,8 @@ int runCommandLine(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) {
-            return app.exit(error);  // prints the help or the version
+            static_cast<void>(app.exit(error));  // prints the help or the version
+            return statusOfOutput();
         }
         std::cerr << host::printable(usageErrorText(app, error)) << std::endl;
         return eWrongUsage;

@@ -1,6 +1,3 @@
-#include <poll.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <optional>
@@ -28,7 +25,11 @@ public:
         const StopSignal stop;
         host::RemoteClient client(common.dataDirectory());
         const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
-        if (journalxml::parseBoolResponse(client.call(request)) != true) {
+        const auto response = client.call(request, stop.descriptor());
+        if (!response) {
+            return eDone;
+        }
+        if (journalxml::parseBoolResponse(*response) != true) {
             throw host::RemoteError("calljournal refused the subscription; see its log");
         }
         for (const std::string& notification : client.takeNotifications()) {
@@ -41,16 +42,10 @@ public:
             }
             print(*notification);
         }
-        return hasReader() ? statusOfOutput() : eDone;
+        return outputHasReader() ? statusOfOutput() : eDone;
     }
 
 private:
-    /// False if the standard output is a pipe that its reader has closed.
-    static bool hasReader() {
-        pollfd output{STDOUT_FILENO, 0, 0};
-        return ::poll(&output, 1, 0) <= 0 || (output.revents & POLLERR) == 0;
-    }
-
     /// Prints a notification that a new subscriber gets before any change. Without --json, only the counts
     /// are printed.
     void printInitial(const std::string& notification) const {

@@ -46,11 +46,27 @@ bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds ti
     return true;
 }
 
+/// A full disk or an interrupted copy leaves such a file. SQLite would delete a log beside it.
+void reportEmptyFile(const std::filesystem::path& file) {
+    if (!std::filesystem::exists(file) || std::filesystem::file_size(file) > 0) {
+        return;
+    }
+    const std::string log = file.string() + "-wal";
+    if (std::filesystem::exists(log) && std::filesystem::file_size(log) > 0) {
+        throw DatabaseError(file.string() + " is empty, but " + log +
+                            " is not; restore it from a backup or move both away, then start again");
+    }
+    logAppUni("Database", __FILE_NAME__, 3, __LINE__,
+              "%s is empty, as a full disk or an interrupted copy leaves it; a new journal begins in it",
+              file.c_str());
+}
+
 std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& file,
                                                  std::chrono::milliseconds busyTime) {
     try {
         requireRegularFile(file);
         DatabaseFile::recover(file);
+        reportEmptyFile(file);
         makePrivateFile(file);
         return std::make_unique<DatabaseConnection>(file, busyTime);
     } catch (const std::filesystem::filesystem_error& error) {

@@ -51,22 +51,26 @@ RemoteClient::RemoteClient(const std::filesystem::path& dataDirectory)
 }
 
 std::string RemoteClient::call(const std::string& request, std::chrono::milliseconds limit) {
-    return exchange(RemoteFrame::Kind::eRequest, request, limit);
+    return exchange(request, limit, -1).value();
 }
 
-std::string RemoteClient::exchange(RemoteFrame::Kind kind, const std::string& text,
-                                   std::chrono::milliseconds limit) {
+std::optional<std::string> RemoteClient::call(const std::string& request, int interrupt) {
+    return exchange(request, kLimit, interrupt);
+}
+
+std::optional<std::string> RemoteClient::exchange(const std::string& request, std::chrono::milliseconds limit,
+                                                  int interrupt) {
     const Deadline deadline = std::chrono::steady_clock::now() + limit;
     const std::uint32_t id = ++m_lastId;
-    sendAll(RemoteFrame::encode(kind, id, text), deadline);
-    for (;;) {
-        std::optional<RemoteFrame> frame = receive(deadline, -1);
-        if (frame && frame->kind == RemoteFrame::Kind::eNotification) {
+    sendAll(RemoteFrame::encode(RemoteFrame::Kind::eRequest, id, request), deadline);
+    while (std::optional<RemoteFrame> frame = receive(deadline, interrupt)) {
+        if (frame->kind == RemoteFrame::Kind::eNotification) {
             m_notifications.push_back(std::move(frame->text));
-        } else if (frame && frame->kind == RemoteFrame::Kind::eResponse && frame->id == id) {
+        } else if (frame->kind == RemoteFrame::Kind::eResponse && frame->id == id) {
             return std::move(frame->text);
         }
     }
+    return std::nullopt;
 }
 
 std::optional<std::string> RemoteClient::nextNotification(int interrupt) {

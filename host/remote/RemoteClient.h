@@ -19,13 +19,17 @@ namespace host {
 /// Not thread-safe. Errors: operations throw `RemoteError`; do not use the client afterwards.
 class RemoteClient {
 public:
+    static constexpr std::chrono::seconds kLimit{30};
+
     /// Connects. Throws if no server runs there.
     explicit RemoteClient(const std::filesystem::path& dataDirectory);
 
     /// Sends one request and waits for its response, which may be empty. Stores notifications that arrive
     /// meanwhile for `nextNotification`. Throws if there is no response within `limit`.
-    [[nodiscard]] std::string call(const std::string& request,
-                                   std::chrono::milliseconds limit = std::chrono::seconds(30));
+    [[nodiscard]] std::string call(const std::string& request, std::chrono::milliseconds limit = kLimit);
+
+    /// The same; std::nullopt if the descriptor `interrupt` becomes readable first.
+    [[nodiscard]] std::optional<std::string> call(const std::string& request, int interrupt);
 
     /// Removes and returns the notifications that arrived during calls.
     [[nodiscard]] std::deque<std::string> takeNotifications() { return std::exchange(m_notifications, {}); }
@@ -37,7 +41,8 @@ public:
 private:
     using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
-    std::string exchange(RemoteFrame::Kind kind, const std::string& text, std::chrono::milliseconds limit);
+    std::optional<std::string> exchange(const std::string& request, std::chrono::milliseconds limit,
+                                        int interrupt);
     void sendAll(const std::string& bytes, const Deadline& deadline);
     /// Returns one frame, or std::nullopt if it is interrupted before the frame is complete.
     std::optional<RemoteFrame> receive(const Deadline& deadline, int interrupt);

@@ -3,6 +3,7 @@
 import os
 import select
 import signal
+import socket
 import stat
 import subprocess
 
@@ -61,6 +62,13 @@ class CommandLineTest(ProgramTest):
         for program in (self.watch(), server, simulator):
             self.assertEqual(program.stop(signal.SIGINT), 0, program.arguments)
         self.assertNotIn("api-address", os.listdir(self.data))
+        with socket.socket(socket.AF_UNIX) as silent:
+            silent.bind(os.path.join(self.data, "calljournal.sock"))
+            silent.listen()
+            watcher = self.start("watch", "--data", self.data)
+            client, _ = silent.accept()
+            self.assertEqual((client.recv(1), watcher.stop()), (b"\0", 0))
+            client.close()
 
     def test_the_demo_shows_calls_and_ends_with_its_switch(self):
         demo = self.start("demo", "--data", self.data, "--listen", "127.0.0.1:0")
@@ -92,6 +100,11 @@ class CommandLineTest(ProgramTest):
                                       stdout=full, stderr=subprocess.PIPE, text=True, timeout=LIMIT)
             self.assertEqual(done.returncode, 1, command)
             self.assertRegex(done.stderr, "^calljournal: the output cannot be written", command)
+        for output, status in (("", 1), ("| (exec <&-; sleep 1)", 141)):
+            script = "(sleep 0.3; \"$0\" settings --data \"$1\" %s; echo $? >&2) %s" % ("" if output else ">&-", output)
+            done = subprocess.run(["sh", "-c", script, os.environ["CALLJOURNAL"], self.data], stdin=subprocess.DEVNULL,
+                                  stderr=subprocess.PIPE, text=True, timeout=LIMIT)
+            self.assertTrue(done.stderr.endswith("%d\n" % status), done.stderr)
 
     def test_errors_escape_what_controls_a_terminal(self):
         self.serve(NO_SWITCH)

@@ -69,6 +69,18 @@ TEST(Opening, LeavesARefusedFileUnchangedAndReportsWhy) {
     }
 }
 
+TEST(Opening, BeginsInAnEmptyFileUnlessItHasALog) {
+    const TemporaryDirectory directory;
+    const auto file = directory.path() / "journal.db";
+    const auto log = directory.path() / "journal.db-wal";
+    std::ofstream(file).flush();
+    std::ofstream(log) << "pages";
+    EXPECT_THAT(refusalOf(file), HasSubstr("is empty, but"));
+    EXPECT_EQ(contentOf(log), "pages");
+    std::filesystem::remove(log);
+    EXPECT_EQ(refusalOf(file), "");
+}
+
 TEST(Opening, RefusesALinkAndLeavesTheFileThatItNamesAsItIs) {
     namespace fs = std::filesystem;
     const TemporaryDirectory directory;
