@@ -1,7 +1,7 @@
 # The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, spdlog::spdlog, nlohmann_json::nlohmann_json, toml_pp,
 # phonenumber, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, and for tests GTest::gtest,
-# GTest::gmock, rapidcheck, rapidcheck_gtest.
+# GTest::gmock, rapidcheck, rapidcheck_gtest, benchmark::benchmark, benchmark::benchmark_main.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
@@ -68,9 +68,10 @@ target_link_libraries(prometheus_core INTERFACE "${JOURNAL_PROMETHEUS_LIBRARY}")
 if(JOURNAL_TESTS)
     find_package(GTest QUIET)
     find_package(rapidcheck QUIET)
-    if(NOT GTest_FOUND OR NOT rapidcheck_FOUND)
+    find_package(benchmark QUIET)
+    if(NOT GTest_FOUND OR NOT rapidcheck_FOUND OR NOT benchmark_FOUND)
         # ./run installs no test library. Not cached: the next configuration looks again.
-        message(NOTICE "The tests are left out: GoogleTest or rapidcheck is missing (tools/setup tests)")
+        message(NOTICE "The tests are left out: GoogleTest, rapidcheck or Google Benchmark is missing (tools/setup tests)")
         set(JOURNAL_TESTS OFF)
     endif()
 endif()

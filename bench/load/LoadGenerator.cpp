@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-#include "bench/load/CallPlan.h"
+#include "bench/calls/CallPlan.h"
 #include "bench/load/LoadRun.h"
 #include "bench/load/LoadSwitch.h"
 #include "bench/load/ObserverCrowd.h"

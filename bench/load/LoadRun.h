@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "bench/load/CallPlan.h"
+#include "bench/calls/CallPlan.h"
 #include "bench/load/LoadSwitch.h"
 #include "bench/load/ObserverSocket.h"
 

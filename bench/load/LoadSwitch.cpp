@@ -11,16 +11,13 @@
 #include <optional>
 #include <stdexcept>
 
+#include "bench/calls/CallWriter.h"
 #include "bench/load/SystemCall.h"
-#include "host/csta-wire/EventSchemas.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/switch/server/EventWriter.h"
 
 namespace bench {
 
 namespace {
-
-using Side = host::SimulatedCall::Side;
 
 constexpr int kClient = 1;
 constexpr int kRequestId = 1;
@@ -75,47 +72,13 @@ void LoadSwitch::awaitMonitor() {
     }
 }
 
-std::string LoadSwitch::callBytes(const CallPlan& plan, std::size_t number) {
-    const std::size_t party = plan.partyOf(number);
-    const host::SimulatedParty own{kDevice, ""};
-    const host::SimulatedParty other{CallPlan::numberOf(party), CallPlan::nameOf(party)};
-    const bool dialled = plan.kind == CallKind::eDialled;
-    host::SimulatedCall call(plan.callId(number), dialled ? own : other, dialled ? other : own, {}, "");
-
-    host::SimulatedEvents events = call.originate(dialled ? "makeCall" : "");
-    events.push_back(call.ring());
-    switch (plan.kind) {
-        case CallKind::eReceived:
-            events.push_back(call.answerCall());
-            events.push_back(call.hold(Side::eCalled, "normal"));
-            events.push_back(call.retrieve(Side::eCalled));
-            events.push_back(call.leave(Side::eCalled));
-            break;
-        case CallKind::eDialled:
-            events.push_back(call.answerCall());
-            events.push_back(call.leave(Side::eCaller));
-            break;
-        case CallKind::eMissed: events.push_back(call.leave(Side::eCalled)); break;
-        case CallKind::eForwarded: events = call.divert({"2099", "Desk"}, "callForwardImmediate"); break;
-    }
-    std::string bytes;
-    append(bytes, events);
-    return bytes;
-}
-
-void LoadSwitch::append(std::string& bytes, const host::SimulatedEvents& events) {
+std::string LoadSwitch::callBytes(const CallPlan& plan, std::size_t call) const {
     const host::SwitchMonitor& monitor = *m_monitors.ofDevice(kDevice).front();
-    for (const host::SimulatedEvent& event : events) {
-        for (const host::SimulatedEvent::Listener& listener : event.listeners) {
-            const host::EventSchema& schema = host::eventSchema(event.type);
-            if (listener.device == kDevice &&
-                !monitor.filter.suppresses(schema.filterGroup, schema.filterMember)) {
-                bytes += *host::encodeFrame(
-                    host::Frame::kEventInvokeId,
-                    host::writeEvent(m_responses.nameSpace(), event, monitor.id, listener.localConnection));
-            }
-        }
+    std::string bytes;
+    for (const std::string& message : messagesOf(plan, call, monitor)) {
+        bytes += *host::encodeFrame(host::Frame::kEventInvokeId, message);
     }
+    return bytes;
 }
 
 std::size_t LoadSwitch::send(std::string_view bytes) {

@@ -5,11 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "bench/load/CallPlan.h"
+#include "bench/calls/CallPlan.h"
 #include "host/csta-wire/FrameReader.h"
 #include "host/framework/FileDescriptor.h"
 #include "host/switch/call-log/CallLogStore.h"
-#include "host/switch/calls/SimulatedCall.h"
 #include "host/switch/server/RequestResponder.h"
 #include "host/switch/server/SwitchMonitors.h"
 
@@ -23,8 +22,6 @@ namespace bench {
 /// disconnects.
 class LoadSwitch {
 public:
-    static constexpr const char* kDevice = "2001";
-
     LoadSwitch();
 
     /// The address that a client connects to, "127.0.0.1:PORT".
@@ -32,9 +29,8 @@ public:
     /// Accepts the client, and responds to it until it monitors the device and pauses.
     void awaitMonitor();
 
-    /// The bytes of one call: five events for a received one (it rings, is answered, held and retrieved, and
-    /// ends) and for a dialled one, fewer for the others. Requires: the device is monitored.
-    [[nodiscard]] std::string callBytes(const CallPlan& plan, std::size_t call);
+    /// The bytes of one call (`messagesOf`). Requires: the device is monitored.
+    [[nodiscard]] std::string callBytes(const CallPlan& plan, std::size_t call) const;
 
     /// The connection, for poll.
     [[nodiscard]] int descriptor() const noexcept { return m_client.get(); }
@@ -46,7 +42,6 @@ public:
 private:
     void respond(const host::Frame& frame);
     void sendAll(std::string_view bytes);
-    void append(std::string& bytes, const host::SimulatedEvents& events);
 
     host::FileDescriptor m_listener;
     std::uint16_t m_port = 0;

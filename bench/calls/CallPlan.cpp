@@ -1,4 +1,4 @@
-#include "bench/load/CallPlan.h"
+#include "bench/calls/CallPlan.h"
 
 #include <algorithm>
 #include <array>
