@@ -13,7 +13,7 @@ namespace bench {
 inline constexpr const char* kDevice = "2001";
 
 /// Returns the CSTA messages of one call for a monitor of the device: five for a received call (it rings, is
-/// answered, held and retrieved, and ends) and for a dialled one, fewer for the others. Pure.
+/// established, held and retrieved, and ends) and for a dialled one, fewer for the others. Pure.
 [[nodiscard]] std::vector<std::string> messagesOf(const CallPlan& plan, std::size_t call,
                                                   const host::SwitchMonitor& monitor);
 

@@ -91,6 +91,8 @@ std::size_t LoadSwitch::send(std::string_view bytes) {
 
 void LoadSwitch::sendAll(std::string_view bytes) {
     while (!bytes.empty()) {
+        pollfd wait{m_client.get(), POLLOUT, 0};
+        checked(::poll(&wait, 1, -1), "poll");
         bytes.remove_prefix(send(bytes));
     }
 }

@@ -26,6 +26,7 @@ public:
 
     /// The address that a client connects to, "127.0.0.1:PORT".
     [[nodiscard]] std::string address() const;
+    [[nodiscard]] std::uint16_t port() const noexcept { return m_port; }
     /// Accepts the client, and responds to it until it monitors the device and pauses.
     void awaitMonitor();
 
@@ -36,12 +37,13 @@ public:
     [[nodiscard]] int descriptor() const noexcept { return m_client.get(); }
     /// Sends as much as the connection takes; returns the number of bytes.
     [[nodiscard]] std::size_t send(std::string_view bytes);
+    /// Sends all bytes.
+    void sendAll(std::string_view bytes);
     /// Responds to what the client has sent.
     void receive();
 
 private:
     void respond(const host::Frame& frame);
-    void sendAll(std::string_view bytes);
 
     host::FileDescriptor m_listener;
     std::uint16_t m_port = 0;

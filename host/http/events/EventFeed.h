@@ -45,7 +45,7 @@ public:
         std::function<std::optional<std::size_t>()> unviewed{};
     };
 
-    static constexpr std::size_t kMaxStreams = 64;
+    static constexpr std::size_t kMaxStreams = 128;
 
     EventFeed(Post post, PostLater postLater, EventRing::Limits limits, Stored stored);
     virtual ~EventFeed() = default;

@@ -111,12 +111,12 @@ def await_no_stream(target):
 
 
 def all_streams(target):
-    """64 streams are served and the next are refused; closed ones give their places back at once."""
+    """128 streams are served and the next are refused; closed ones give their places back at once."""
     wanted = request("GET", "/api/v1/events", target.bearer, close=False)
-    with clients(target, 70, wanted) as open_streams:
+    with clients(target, 134, wanted) as open_streams:
         found = [stream_head(each) for each in open_streams]
-        if found.count(200) != 64 or found.count(503) != 6:
-            yield "70 event streams: %d are served, %d refused" % (found.count(200), found.count(503))
+        if found.count(200) != 128 or found.count(503) != 6:
+            yield "134 event streams: %d are served, %d refused" % (found.count(200), found.count(503))
         yield from target.faults()
     yield from await_no_stream(target)
 

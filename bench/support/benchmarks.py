@@ -1,0 +1,108 @@
+"""The benchmarks that tools/bench runs: the command of each, and the figures in what it prints."""
+
+BASELINE, PRODUCT = "baseline", "program"
+SHORT_CALLS = 200
+LISTS = "missed,dialled,forwarded,received"
+
+
+class Load:
+    """Calls over TCP from a switch to the notification of an observer."""
+
+    def __init__(self, name, options, has_baseline=True, figures=("rate", "p50", "p99", "p99.9", "processor"), calls=1000, in_short=False):
+        self.name, self.options, self.has_baseline, self.in_short = name, options, has_baseline, in_short
+        self.chosen, self.calls = figures, calls
+
+    def command(self, build, side, run):
+        server = ["journal_baseline"] if side == BASELINE else ["calljournal", "serve", "--listen", "127.0.0.1:0"]
+        calls = ["--calls", SHORT_CALLS, "--fill", SHORT_CALLS] if run.short else ["--calls", self.calls]
+        return [run.tools / "bin/load_generator", "--data", run.data / "load", *calls, *self.options, "--", build / "bin" / server[0], *server[1:]]
+
+    def figures(self, printed):
+        values = {
+            "rate": ("calls/s", lambda: printed["calls-per-second"]),
+            "p50": ("us", lambda: printed["latency-us"]["p50"]),
+            "p99": ("us", lambda: printed["latency-us"]["p99"]),
+            "p99.9": ("us", lambda: printed["latency-us"]["p99.9"]),
+            "processor": ("us/call", lambda: printed["server-processor-us-per-call"]),
+        }
+        for name in self.chosen:
+            unit, value = values[name]
+            yield "%s: %s" % (self.name, name), unit, value() if printed else None
+
+
+class Functions:
+    """The benchmarks of single functions; one row each."""
+
+    name, has_baseline, in_short = "functions", False, True
+
+    def command(self, build, side, run):
+        seconds = 0.01 if run.short else 0.5
+        return [build / "bin/function_benchmark", "--benchmark_format=json", "--benchmark_min_time=%s" % seconds]
+
+    def figures(self, printed):
+        for each in printed["benchmarks"] if printed else ():
+            if "items_per_second" in each:
+                yield "`%s`" % each["name"], "events/s", each["items_per_second"]
+            else:
+                scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3}[each["time_unit"]]
+                yield "`%s`" % each["name"], "us", each["cpu_time"] * scale
+
+
+class Memory:
+    """The memory of a line."""
+
+    has_baseline, in_short = False, True
+
+    def __init__(self, name, options, short):
+        self.name, self.options, self.short = name, options, short
+
+    def command(self, build, side, run):
+        return [build / "bin/memory_benchmark", "--data", run.data / "memory", *(self.short if run.short else self.options)]
+
+    def figures(self, printed):
+        yield self.name, "KiB", printed["kib-of-a-line"] if printed else None
+
+
+class Start:
+    """The start of a server that has four full lists."""
+
+    name, has_baseline, in_short = "start", False, True
+
+    def command(self, build, side, run):
+        server, data = build / "bin/calljournal", run.data / ("start-" + side)
+        if not (data / "api-token").exists():
+            fill = ["--fill", 100] if run.short else []
+            return ["/bin/sh", "-c", '"$0" --data "$2" --calls 1 %s --kind %s -- "$3" serve --listen 127.0.0.1:0 '
+                    '--set server-based-features=true > /dev/null && exec "$1" --data "$2" -- "$3" serve'
+                    % (" ".join(map(str, fill)), LISTS), run.tools / "bin/load_generator", run.tools / "bin/start_benchmark", data, server]
+        return [run.tools / "bin/start_benchmark", "--data", data, "--", server, "serve"]
+
+    def figures(self, printed):
+        yield "start: listening", "ms", printed["listening-ms"] if printed else None
+        yield "start: first list", "ms", printed["first-list-ms"] if printed else None
+
+
+NEW, REPEATED, TEXT_IDS, MANY = [], ["--repeat"], ["--text-ids"], ["--in-flight", 64]
+OPEN = ["--rate", 500, "--in-flight", 2000]
+CROWD = "100 remote observers and 100 event streams"
+
+ALL = [
+    Load("new callers, one at a time", NEW, in_short=True),
+    Load("repeated callers, one at a time", REPEATED, in_short=True),
+    Load("new callers, text ids, one at a time", TEXT_IDS),
+    Load("repeated callers, text ids, one at a time", [*REPEATED, *TEXT_IDS]),
+    Load("new callers, 64 in flight", MANY, figures=("rate", "processor")),
+    Load("repeated callers, 64 in flight", [*REPEATED, *MANY], figures=("rate", "processor")),
+    Load("new callers, text ids, 64 in flight", [*TEXT_IDS, *MANY], figures=("rate", "processor"), in_short=True),
+    Load("repeated callers, text ids, 64 in flight", [*REPEATED, *TEXT_IDS, *MANY], figures=("rate", "processor")),
+    *(Load("500 calls/s, " + clients, [*OPEN, *options], has_baseline=False, figures=("rate", "p50", "p99"), calls=2000, in_short=in_short)
+      for clients, options, in_short in (
+          ("one remote observer", [], False),
+          ("one event stream", ["--stream"], False),
+          (CROWD, ["--observers", 100, "--streams", 100], True),
+          ("a stopped remote observer and a stopped event stream", ["--stopped-observers", 1, "--stopped-streams", 1], False))),
+    Memory("an idle line", ["--lines", 1000], ["--lines", 20]),
+    Memory("a line with four lists of 1,000 entries", ["--entries", 1000], ["--entries", 50]),
+    Start(),
+    Functions(),
+]
