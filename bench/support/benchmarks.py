@@ -102,7 +102,7 @@ ALL = [
           (CROWD, ["--observers", 100, "--streams", 100], True),
           ("a stopped remote observer and a stopped event stream", ["--stopped-observers", 1, "--stopped-streams", 1], False))),
     Memory("an idle line", ["--lines", 1000], ["--lines", 20]),
-    Memory("a line with four lists of 1,000 entries", ["--entries", 1000], ["--entries", 50]),
+    Memory("a line with four full lists", ["--entries", 1000], ["--entries", 50]),
     Start(),
     Functions(),
 ]
