@@ -8,6 +8,7 @@
 
 #include "host/database/RowId.h"
 #include "journal-items/Occurrences.h"
+#include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/DataResponse.h"
 
 namespace host {
@@ -32,6 +33,13 @@ constexpr const char* kReadOne = R"sql(
 SELECT list, id, entry_id, first_name, surname, picture_clip, viewed, group_by FROM call_item
 WHERE line = ? AND list = ? ORDER BY sort_key > ?, sort_key DESC, entry_id DESC, id DESC LIMIT ? OFFSET ?
 )sql";
+
+constexpr const char* kReadSurplus = R"sql(
+SELECT id FROM call_item WHERE line = ? AND list = ?
+ORDER BY sort_key > ?, sort_key DESC, entry_id DESC, id DESC LIMIT -1 OFFSET ?
+)sql";
+
+constexpr const char* kRemove = "DELETE FROM call_item WHERE id = ?";
 
 constexpr const char* kListNewest = R"sql(
 UPDATE call SET listed = 1 WHERE listed = 0 AND id IN (
@@ -186,7 +194,7 @@ std::optional<std::string> CallRows::remove(ListName list, const std::string& un
         case Calls::Fate::eListedDeleted: m_history.removeListedOf(*id); break;
         case Calls::Fate::eKept: m_history.release(*id, calls.calledBackAt); break;
     }
-    m_session.query("DELETE FROM call_item WHERE id = ?").bind(*id).run();
+    m_session.query(kRemove).bind(*id).run();
     return uniqueIdOf(*id);
 }
 
@@ -204,6 +212,25 @@ std::optional<std::string> CallRows::removeAll(ListName list) {
 void CallRows::listNewestCalls() {
     m_session.query(kListNewest).bind(m_line).run();
     m_session.query(kUnlistOlder).bind(m_line).run();
+}
+
+void CallRows::shortenLists() {
+    for (const ListName list :
+         {ListName::eMissed, ListName::eDialled, ListName::eReceived, ListName::eForwarded}) {
+        std::vector<std::int64_t> surplus;
+        {
+            Query rows = m_session.query(kReadSurplus);
+            rows.bind(m_line).bind(numberOf(list)).bind(latestSortKey());
+            rows.bind(std::int64_t{CallListDatabaseAdapterHelper::kListRows});
+            while (rows.next()) {
+                surplus.push_back(rows.number());
+            }
+        }
+        for (const std::int64_t id : surplus) {
+            m_history.release(id, std::nullopt);
+            m_session.query(kRemove).bind(id).run();
+        }
+    }
 }
 
 std::optional<std::int64_t> CallRows::rewrittenGroup(const std::string& uniqueId) {

@@ -65,6 +65,9 @@ public:
     /// Lists the newest calls of every item, if an import that did not finish has left others listed.
     /// Requires: the journal has not loaded its lists.
     void listNewestCalls();
+    /// Removes the oldest entries of the lists that are too long, because the deletion of one was lost; their
+    /// calls stay in the history. Requires: the journal has not loaded its lists.
+    void shortenLists();
     /// The row of a missed item that the journal deletes and writes again, shortened: one with several listed
     /// calls, the newest of which came to a group or a shared line.
     [[nodiscard]] std::optional<std::int64_t> rewrittenGroup(const std::string& uniqueId);

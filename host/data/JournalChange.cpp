@@ -60,8 +60,8 @@ void JournalChange::carryOut(Database::Session& session) {
     CallRows calls(session, context);
     m_rewritten = m_line->rewritten;
     const auto list = listOfTable(m_request.schema);
-    m_isEviction = m_foundEviction ? *m_foundEviction : list && isEvictionFrom(*list, calls);
-    m_foundEviction.reset();
+    m_isEviction = m_isEviction || (list && isEvictionFrom(*list, session));
+    m_itemChanges.first = session.itemChanges();
     if (m_request.reason == DataRequest::Reason::eDelete) {
         m_rewritten = detachRewritten(calls);
     }
@@ -70,6 +70,7 @@ void JournalChange::carryOut(Database::Session& session) {
         attachRewritten(calls, changed);
         m_rewritten.reset();
     }
+    m_itemChanges.second = session.itemChanges();
     m_filing.removeLiveCalls(session, m_line->device);
     if (calls.history().removeTraces()) {
         session.emptyLogAfterwards();
@@ -81,15 +82,38 @@ void JournalChange::carryOut(Database::Session& session) {
 
 bool JournalChange::isEviction(Database::Session& session) {
     const auto list = listOfTable(m_request.schema);
-    const HistoryRows::Context context = this->context();
-    CallRows calls(session, context);
-    m_foundEviction = list && isEvictionFrom(*list, calls);
-    return *m_foundEviction;
+    m_isEviction = list && isEvictionFrom(*list, session);
+    if (m_isEviction) {
+        --m_line->count->entries;  // it may be carried out later
+        m_isCounted = true;
+    }
+    return m_isEviction;
 }
 
-bool JournalChange::isEvictionFrom(ListName list, CallRows& calls) const {
+bool JournalChange::isEvictionFrom(ListName list, Database::Session& session) const {
     return m_request.reason == DataRequest::Reason::eDelete && m_request.keys.size() == 1 &&
-           m_line->written == std::pair(list, m_thread) && calls.count(list) > std::int64_t{Words::kListRows};
+           m_line->written == std::pair(list, m_thread) &&
+           countOf(list, session) > std::int64_t{Words::kListRows};
+}
+
+std::int64_t JournalChange::countOf(ListName list, Database::Session& session) const {
+    const std::uint64_t changes = session.itemChanges();
+    if (!m_line->count || m_line->count->list != list || m_line->count->changes != changes) {
+        const HistoryRows::Context context = this->context();
+        m_line->count = {.list = list, .entries = CallRows(session, context).count(list), .changes = changes};
+    }
+    return m_line->count->entries;
+}
+
+/// Keeps the count if the change has added one entry to that list, or removed one.
+void JournalChange::noteCount() const {
+    const auto [before, after] = m_itemChanges;
+    auto& count = m_line->count;
+    const bool isOne = m_request.items.size() + m_request.keys.size() == 1 && after == before + 1;
+    if (count && count->changes == before && listOfTable(m_request.schema) == count->list && isOne) {
+        count->entries += m_isCounted ? 0 : m_request.items.empty() ? -1 : 1;
+        count->changes = after;
+    }
 }
 
 void JournalChange::keep(Database& database) {
@@ -116,6 +140,7 @@ void JournalChange::keep(Database& database) {
 
 void JournalChange::done(bool stored) {
     if (stored) {
+        noteCount();
         m_line->rewritten = std::move(m_rewritten);
         if (!m_isEviction) {
             m_line->written = written();

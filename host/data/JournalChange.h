@@ -41,6 +41,14 @@ public:
         Rewritten rewritten{};
         /// The list in which an entry was written, and the thread whose change that was.
         std::optional<std::pair<ListName, std::thread::id>> written{};
+        /// The number of entries of the list that was counted last, since counting takes time.
+        struct Count {
+            ListName list{};
+            std::int64_t entries = 0;
+            /// The `itemChanges` up to which it holds.
+            std::uint64_t changes = 0;
+        };
+        std::optional<Count> count{};
     };
 
     JournalChange(journalxml::DataRequest request, std::shared_ptr<Line> line,
@@ -48,9 +56,7 @@ public:
 
     void carryOut(Database::Session& session);
     /// True for the deletion with which the journal shortens a list that is too long. A power cut that brings
-    /// the entry back does no harm: the list is too long again, and the journal does not load its oldest
-    /// entries. `carryOut` uses the result, since counting a full list takes time. Requires: it follows with
-    /// the same lock held.
+    /// the entry back does no harm: the next start shortens the list.
     [[nodiscard]] bool isEviction(Database::Session& session);
     /// Prepares the change to be carried out later: new rows get their ids now.
     void keep(Database& database);
@@ -64,7 +70,9 @@ private:
     [[nodiscard]] HistoryRows::Context context() const;
     /// True if the list is too long and the deletion follows, on the same thread, the writing of an entry of
     /// it. The order of the rows does not matter: the journal may have another one within a second.
-    [[nodiscard]] bool isEvictionFrom(ListName list, CallRows& calls) const;
+    [[nodiscard]] bool isEvictionFrom(ListName list, Database::Session& session) const;
+    [[nodiscard]] std::int64_t countOf(ListName list, Database::Session& session) const;
+    void noteCount() const;
     [[nodiscard]] std::optional<std::pair<ListName, std::thread::id>> written() const;
     [[nodiscard]] std::string change(Database::Session& session, CallRows& calls) const;
     [[nodiscard]] std::string writeItems(Database::Session& session, CallRows& calls) const;
@@ -88,8 +96,12 @@ private:
     /// The ids of new rows, by the item; empty if the change was not kept.
     std::vector<std::optional<std::int64_t>> m_newIds;
     Rewritten m_rewritten;
+    /// Once true it stays so, when the change is repeated too.
     bool m_isEviction = false;
-    std::optional<bool> m_foundEviction{};
+    /// `Line::count` is without the entry that is deleted.
+    bool m_isCounted = false;
+    /// `itemChanges` before and after the change.
+    std::pair<std::uint64_t, std::uint64_t> m_itemChanges{};
     std::string m_lastUniqueId;
 };
 

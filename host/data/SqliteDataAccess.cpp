@@ -61,6 +61,7 @@ SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAn
           JournalChange::Line{.device = m_line, .digits = digits, .calls = m_sources.calls})) {
     const HistoryRows::Context context{m_line, m_digits};
     static_cast<void>(m_database.write("listing the newest calls", [&](Database::Session& session) {
+        CallRows(session, context).shortenLists();
         CallRows(session, context).listNewestCalls();
     }));
 }

@@ -86,6 +86,10 @@ std::int64_t DatabaseSession::lastInsertedId() const {
     return m_connection.lastInsertedId();
 }
 
+std::uint64_t DatabaseSession::itemChanges() const {
+    return m_connection.itemChanges();
+}
+
 Database::Database(const std::filesystem::path& file) : Database(file, Options()) {}
 
 Database::Database(const std::filesystem::path& file, Options options)
@@ -100,6 +104,7 @@ Database::Database(const std::filesystem::path& file, Options options)
 Database::~Database() = default;
 
 bool Database::read(const char* what, const Work& work) noexcept {
+    makeDeferred();
     return guarded(what, false, [&] {
         const std::lock_guard lock(m_mutex);
         carryOut(*m_connection, "BEGIN", work);
@@ -107,6 +112,7 @@ bool Database::read(const char* what, const Work& work) noexcept {
 }
 
 bool Database::readAside(const char* what, const Work& work) noexcept {
+    makeDeferred();
     const bool done = guarded(what, false, [&] {
         m_readers.run([&work](DatabaseConnection& reader) { carryOut(reader, "BEGIN", work); });
     });
@@ -151,9 +157,11 @@ void Database::transact(const Work& work, bool flushes) {
     m_connection->setFlushing(flushes);
     bool emptiesLog = false;
     carryOut(*m_connection, "BEGIN IMMEDIATE", [&](Session& session) {
+        m_deferred.carryOut(*m_connection);
         work(session);
         emptiesLog = session.m_emptiesLog;
     });
+    m_deferred.committed();
     std::int64_t last = m_lastItemId;
     while (last < m_connection->lastItemId() &&
            !m_lastItemId.compare_exchange_weak(last, m_connection->lastItemId())) {}
@@ -171,18 +179,21 @@ std::optional<DatabaseFailure> Database::transactSoon(const Work& work, bool flu
     return failure;
 }
 
-void Database::transactFlushing(const DatabaseChange& change) {
-    Session session(*m_connection);
-    transact(change.work, !(change.isMinor && change.isMinor(session)));
+void Database::makeDeferred() noexcept {
+    if (!m_deferred.isEmpty()) {
+        const std::lock_guard lock(m_mutex);
+        // If it fails, the next transaction repeats it.
+        static_cast<void>(transactSoon([](Session&) {}, false));
+    }
 }
 
-void Database::finish(DatabaseChange& change, bool stored) noexcept {
-    if (change.done) {
-        if (const auto failure = DatabaseFailure::of([&] { change.done(stored); })) {
-            logAppUni("Database", __FILE_NAME__, 2, __LINE__, "what follows %s failed: %s",
-                      change.what.c_str(), failure->text.c_str());
-        }
-    }
+bool Database::isMinor(const DatabaseChange& change) {
+    bool minor = false;
+    const auto failure = DatabaseFailure::of([&] {
+        Session session(*m_connection);
+        minor = change.isMinor && change.isMinor(session);
+    });
+    return !failure && minor;
 }
 
 Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept {
@@ -196,7 +207,7 @@ Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& c
     });
     if (outcome == Outcome::eRefused) {
         m_kept.countLost();
-        finish(*change, false);
+        change->finish(false);
     }
     return outcome;
 }
@@ -215,10 +226,14 @@ Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& 
     if (const auto kept = m_kept.addBehindOthers(change)) {
         return outcomeOf(*kept);
     }
-    const auto failure = DatabaseFailure::of([&] { transactFlushing(*change); });
+    if (isMinor(*change)) {
+        m_deferred.add(change);
+        return Outcome::eStored;
+    }
+    const auto failure = DatabaseFailure::of([&] { transact(change->work, true); });
     if (!failure) {
         m_health.succeeded(change->what, true);
-        finish(*change, true);
+        change->finish(true);
         return Outcome::eStored;
     }
     failed(change->what, true, *failure);
@@ -265,7 +280,7 @@ bool Database::storeFirst() {
     m_health.succeeded(first.what, true);
     m_kept.remove(0, false);
     m_isUnflushed = !isLast;
-    finish(first, true);
+    first.finish(true);
     if (isLast) {
         m_keptFor.clear();
         logAppUni("Database", __FILE_NAME__, 4, __LINE__, "the changes that were kept are stored");
@@ -287,7 +302,7 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
         !transactSoon(kept[1].change->work, true)) {
         m_kept.remove(1, false);
         m_isUnflushed = false;
-        finish(*kept[1].change, true);
+        kept[1].change->finish(true);
         isLost = true;
     }
     if (isLost) {
@@ -304,7 +319,7 @@ void Database::giveUpFirst(const std::string& reason) {
     logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s is given up: %s", first->what.c_str(),
               reason.c_str());
     m_kept.remove(0, true);
-    finish(*first, false);
+    first->finish(false);
 }
 
 bool Database::maintain() noexcept {
@@ -313,6 +328,7 @@ bool Database::maintain() noexcept {
             failed("putting the database back", true, *failure);
         }
     }
+    makeDeferred();
     return storeKept();
 }
 

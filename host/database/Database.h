@@ -18,6 +18,7 @@
 #include "host/database/DatabaseFile.h"
 #include "host/database/DatabaseHealth.h"
 #include "host/database/DatabaseSession.h"
+#include "host/database/DeferredChanges.h"
 #include "host/database/KeptChanges.h"
 #include "host/database/ReadConnections.h"
 
@@ -92,7 +93,8 @@ public:
         eRefused,
     };
     /// Makes the change in one transaction; keeps it if the database refuses it, or if others are kept. Then
-    /// it waits for the database no longer than some 100 ms.
+    /// it waits for the database no longer than some 100 ms. A minor change is made with the next transaction,
+    /// within a second or before the next read; it counts as stored.
     [[nodiscard]] Outcome writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept;
     /// Tries to store what is kept, in order; returns true if no change is kept afterwards. Waits for other
     /// programs and threads no longer than some 100 ms for each change.
@@ -133,11 +135,11 @@ private:
     bool storeFirst();
     void giveUpFirst(const std::string& reason);
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
+    void makeDeferred() noexcept;
     // Require: m_mutex is held.
     void transact(const Work& work, bool flushes);
     [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const Work& work, bool flushes) noexcept;
-    void transactFlushing(const DatabaseChange& change);
-    static void finish(DatabaseChange& change, bool stored) noexcept;
+    [[nodiscard]] bool isMinor(const DatabaseChange& change);
     void requireFile();
     void measured(const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
@@ -150,6 +152,7 @@ private:
 
     DatabaseHealth m_health;
     KeptChanges m_kept;
+    DeferredChanges m_deferred;  // requires m_mutex
     std::atomic<bool> m_fileIsInPlace{true};
     std::atomic<std::int64_t> m_lastItemId{0};
     /// While changes are kept, a further one tries to store them from this time on.

@@ -5,6 +5,7 @@
 #include <SQLiteCpp/Backup.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <stdexcept>
 #include <system_error>
@@ -44,7 +45,7 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
     configure();
     addSearchText();
     migrate();
-    followItemIds();
+    followItemRows();
 }
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime,
@@ -98,9 +99,13 @@ void DatabaseConnection::copyTo(const std::filesystem::path& file) {
 }
 
 void DatabaseConnection::rollBack() noexcept {
-    if (sqlite3_get_autocommit(m_database.getHandle()) == 0) {
+    if (isInTransaction()) {
         m_database.tryExec("ROLLBACK");
     }
+}
+
+bool DatabaseConnection::isInTransaction() const noexcept {
+    return sqlite3_get_autocommit(m_database.getHandle()) == 0;
 }
 
 int DatabaseConnection::number(const char* sql) {
@@ -154,18 +159,23 @@ void DatabaseConnection::addSearchText() {
     }
 }
 
-void DatabaseConnection::followItemIds() {
+void DatabaseConnection::followItemRows() {
     SQLite::Statement last(m_database, "SELECT seq FROM sqlite_sequence WHERE name = 'call_item'");
-    m_lastItemId = last.executeStep() ? last.getColumn(0).getInt64() : 0;
+    // The numbers of another connection do not come again.
+    static std::atomic<std::uint64_t> connections{0};
+    m_items.changes = ++connections << 40U;
+    m_items.lastId = last.executeStep() ? last.getColumn(0).getInt64() : 0;
     sqlite3_update_hook(
         m_database.getHandle(),
-        [](void* lastId, int operation, const char* /*database*/, const char* table, sqlite3_int64 id) {
-            if (operation == SQLITE_INSERT && std::strcmp(table, "call_item") == 0) {
-                auto& greatest = *static_cast<std::int64_t*>(lastId);
-                greatest = std::max(greatest, std::int64_t{id});
+        [](void* rows, int operation, const char* /*database*/, const char* table, sqlite3_int64 id) {
+            if (operation != SQLITE_UPDATE && std::strcmp(table, "call_item") == 0) {
+                auto& items = *static_cast<ItemRows*>(rows);
+                ++items.changes;
+                items.lastId =
+                    operation == SQLITE_INSERT ? std::max(items.lastId, std::int64_t{id}) : items.lastId;
             }
         },
-        &m_lastItemId);
+        &m_items);
 }
 
 void DatabaseConnection::migrate() {

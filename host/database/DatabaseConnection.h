@@ -35,10 +35,13 @@ public:
     /// Sets if a commit flushes the disk, which it does at first. Requires: no transaction is open.
     void setFlushing(bool flushes);
     /// The greatest row id that `call_item` has had; read from the file, then noted at each insertion.
-    [[nodiscard]] std::int64_t lastItemId() const noexcept { return m_lastItemId; }
+    [[nodiscard]] std::int64_t lastItemId() const noexcept { return m_items.lastId; }
+    /// Grows by the number of rows that are added to `call_item` or removed, rolled back or not.
+    [[nodiscard]] std::uint64_t itemChanges() const noexcept { return m_items.changes; }
     /// Copies the whole database, in the state of its last commit, into an empty file.
     void copyTo(const std::filesystem::path& file);
 
+    [[nodiscard]] bool isInTransaction() const noexcept;
     /// Rolls back the open transaction, if there is one; it never throws.
     void rollBack() noexcept;
 
@@ -55,8 +58,7 @@ private:
     void configure();
     /// Adds the SQL function search_text(name, number), `SearchText::searchable`.
     void addSearchText();
-    /// Notes the row ids of new rows of `call_item`.
-    void followItemIds();
+    void followItemRows();
     void migrate();
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
@@ -64,7 +66,11 @@ private:
     const std::filesystem::path m_file;
     const int m_busyMilliseconds;
     bool m_flushes = true;
-    std::int64_t m_lastItemId = 0;
+    struct ItemRows {
+        std::int64_t lastId = 0;
+        std::uint64_t changes = 0;
+    };
+    ItemRows m_items;
     SQLite::Database m_database;
     std::unordered_map<std::string, Prepared> m_statements;
 };

@@ -17,12 +17,15 @@ public:
     [[nodiscard]] Query query(const char* sql);
     /// The row id of the last row that was inserted.
     [[nodiscard]] std::int64_t lastInsertedId() const;
+    /// Changes when a row is added to `call_item` or removed, if not by another process.
+    [[nodiscard]] std::uint64_t itemChanges() const;
 
     /// Call it in a transaction that deletes a text: when that is done, the log of the database is emptied.
     void emptyLogAfterwards() noexcept { m_emptiesLog = true; }
 
 private:
     friend class Database;
+    friend class DeferredChanges;
     explicit DatabaseSession(DatabaseConnection& connection) noexcept : m_connection(connection) {}
 
     DatabaseConnection& m_connection;

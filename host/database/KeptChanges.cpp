@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/database/DatabaseFailure.h"
+#include "platform/logging/Logging.h"
+
 namespace host {
 namespace {
 
@@ -10,6 +13,15 @@ constexpr int kManyFailures = 5;
 constexpr std::chrono::seconds kLong{5};
 
 }  // namespace
+
+void DatabaseChange::finish(bool stored) const noexcept {
+    if (done) {
+        if (const auto failure = DatabaseFailure::of([&] { done(stored); })) {
+            logAppUni("Database", __FILE_NAME__, 2, __LINE__, "what follows %s failed: %s", what.c_str(),
+                      failure->text.c_str());
+        }
+    }
+}
 
 bool KeptChanges::add(std::shared_ptr<DatabaseChange> change) {
     const std::lock_guard lock(m_mutex);

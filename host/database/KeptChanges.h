@@ -21,8 +21,8 @@ struct DatabaseChange {
     std::string what{};
     /// May run several times, on any thread, until one transaction succeeds.
     DatabaseWork work{};
-    /// True if the change needs no flush of its own, because losing it in a power cut loses no information.
-    /// Runs before the transaction; may be empty.
+    /// True if the change can wait for the next transaction, because losing it loses no information. `keep` is
+    /// called then. Runs outside of a transaction; may be empty.
     std::function<bool(DatabaseSession&)> isMinor{};
     /// Called once, on the thread that makes the change, before it is kept.
     std::function<void()> keep{};
@@ -31,6 +31,9 @@ struct DatabaseChange {
     std::function<void(bool stored)> done{};
     /// The memory that the change needs.
     std::size_t bytes = 0;
+
+    /// Calls `done`, if there is one; a failure of it is logged.
+    void finish(bool stored) const noexcept;
 };
 
 /// The changes that the database has refused, in order. Bounded; a change beyond the bounds is lost.
