@@ -93,8 +93,8 @@ public:
         eRefused,
     };
     /// Makes the change in one transaction; keeps it if the database refuses it, or if others are kept. Then
-    /// it waits for the database no longer than some 100 ms. A minor change is made with the next transaction,
-    /// within a second or before the next read; it counts as stored.
+    /// it waits for the database no longer than some 100 ms. A minor change is made with the next
+    /// transaction, within a second or before the next read; it counts as stored.
     [[nodiscard]] Outcome writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept;
     /// Tries to store what is kept, in order; returns true if no change is kept afterwards. Waits for other
     /// programs and threads no longer than some 100 ms for each change.

@@ -21,8 +21,8 @@ struct DatabaseChange {
     std::string what{};
     /// May run several times, on any thread, until one transaction succeeds.
     DatabaseWork work{};
-    /// True if the change can wait for the next transaction, because losing it loses no information. `keep` is
-    /// called then. Runs outside of a transaction; may be empty.
+    /// True if the change can wait for the next transaction, because losing it loses no information. `keep`
+    /// is called then. Runs outside of a transaction; may be empty.
     std::function<bool(DatabaseSession&)> isMinor{};
     /// Called once, on the thread that makes the change, before it is kept.
     std::function<void()> keep{};

@@ -34,7 +34,7 @@ public:
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    /// Appends what can be read now. Returns false at the end of the file, and if there is no more now.
+    /// Appends the bytes that can be read now. Returns false at the end of the file, and if none is there now.
     [[nodiscard]] bool readInto(std::string& text) {
         std::array<char, 65536> bytes{};
         const ssize_t count = ::read(m_descriptor, bytes.data(), bytes.size());
