@@ -63,10 +63,10 @@ class Memory:
         yield self.name, "KiB", printed["kib-of-a-line"] if printed else None
 
 
-class Start:
-    """The start of a server that has four full lists."""
+class Server:
+    """The start of a server that has four full lists, and the reads of one client."""
 
-    name, has_baseline, in_short = "start", False, True
+    name, has_baseline, in_short = "start and reads", False, True
 
     def command(self, build, side, run):
         server, data = build / "bin/calljournal", run.data / ("start-" + side)
@@ -74,12 +74,14 @@ class Start:
             fill = ["--fill", 100] if run.short else []
             return ["/bin/sh", "-c", '"$0" --data "$2" --calls 1 %s --kind %s -- "$3" serve --listen 127.0.0.1:0 '
                     '--set server-based-features=true > /dev/null && exec "$1" --data "$2" -- "$3" serve'
-                    % (" ".join(map(str, fill)), LISTS), run.tools / "bin/load_generator", run.tools / "bin/start_benchmark", data, server]
-        return [run.tools / "bin/start_benchmark", "--data", data, "--", server, "serve"]
+                    % (" ".join(map(str, fill)), LISTS), run.tools / "bin/load_generator", run.tools / "bin/server_benchmark", data, server]
+        return [run.tools / "bin/server_benchmark", "--data", data, "--", server, "serve"]
 
     def figures(self, printed):
         yield "start: listening", "ms", printed["listening-ms"] if printed else None
         yield "start: first list", "ms", printed["first-list-ms"] if printed else None
+        yield "HTTP: list of 1,000 entries with one call each", "ms", printed["list-ms"] if printed else None
+        yield "HTTP: page of 50 calls of the history", "ms", printed["page-ms"] if printed else None
 
 
 NEW, REPEATED, TEXT_IDS, MANY = [], ["--repeat"], ["--text-ids"], ["--in-flight", 64]
@@ -103,6 +105,6 @@ ALL = [
           ("a stopped remote observer and a stopped event stream", ["--stopped-observers", 1, "--stopped-streams", 1], False))),
     Memory("an idle line", ["--lines", 1000], ["--lines", 20]),
     Memory("a line with four full lists", ["--entries", 1000], ["--entries", 50]),
-    Start(),
+    Server(),
     Functions(),
 ]
