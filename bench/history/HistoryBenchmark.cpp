@@ -1,15 +1,20 @@
-// Measures pages, searches and statistics of the history (docs/performance.md):
-//   history_benchmark DATA     DATA was filled by tools/make-history
+// Measures pages, searches and statistics of the history, and the filing of a call (docs/performance.md):
+//   history_benchmark DATA [DATA...] [--benchmark_...]
+// tools/make-history has filled each DATA. Pages and statistics are those of the first one; calls are filed
+// in all.
 
-#include <algorithm>
+#include <benchmark/benchmark.h>
+
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
-#include <ctime>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
+#include "bench/history/FilingBenchmark.h"
 #include "host/database/Database.h"
 #include "host/history/CallHistory.h"
 #include "host/history/CallKey.h"
@@ -18,25 +23,17 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
 constexpr const char* kLine = "2001";
 
-/// Prints the median and the maximum of the durations of the work, and the processor time of one run.
-void measure(const std::string& name, int runs, const std::function<std::size_t()>& work) {
-    std::vector<Milliseconds> times;
-    const std::clock_t processorBegin = std::clock();
-    std::size_t found = 0;
-    for (int run = 0; run < runs; ++run) {
-        const auto begin = Clock::now();
-        found = work();
-        times.push_back(Clock::now() - begin);
-    }
-    std::sort(times.begin(), times.end());
-    const double processor = 1000.0 * static_cast<double>(std::clock() - processorBegin) / CLOCKS_PER_SEC;
-    std::printf("%-70s %8.2f ms %8.2f ms %8.2f ms %7zu\n", name.c_str(), times[times.size() / 2].count(),
-                times.back().count(), processor / runs, found);
+/// Registers the work as a benchmark. The counter `calls` is its result.
+void measure(const std::string& name, const std::function<std::size_t()>& work) {
+    benchmark::RegisterBenchmark(name.c_str(), [work](benchmark::State& state) {
+        std::size_t found = 0;
+        for (auto _ : state) {
+            found = work();
+        }
+        state.counters["calls"] = static_cast<double>(found);
+    })->Unit(benchmark::kMillisecond);
 }
 
 std::string textOf(const host::FilterText::Parameters& parameters) {
@@ -47,9 +44,9 @@ std::string textOf(const host::FilterText::Parameters& parameters) {
     return text;
 }
 
-class Benchmark {
+class History {
 public:
-    explicit Benchmark(const std::string& data) : m_database(data + "/journal.db") {
+    explicit History(const std::string& data) : m_database(data + "/journal.db") {
         const host::CallPage newest = m_history.page({}).value();
         m_now = newest.calls.front().start + std::chrono::seconds(1);
     }
@@ -88,14 +85,16 @@ public:
 private:
     void page(const host::FilterText::Parameters& parameters) {
         const host::CallQuery query = host::FilterText(m_now, m_zone).query(parameters);
-        measure("page " + textOf(parameters), 20, [&] { return m_history.page(query).value().calls.size(); });
+        measure("page " + textOf(parameters),
+                [this, query] { return m_history.page(query).value().calls.size(); });
     }
 
     void count(const std::string& name, std::optional<host::CallGrouping> by) {
         host::StatisticsQuery query{{}, by, m_zone};
         query.filter.since = m_now - std::chrono::days(365);
-        measure("statistics of a year" + name, 5,
-                [&] { return static_cast<std::size_t>(m_statistics.of(query, m_now).value().totals.calls); });
+        measure("statistics of a year" + name, [this, query] {
+            return static_cast<std::size_t>(m_statistics.of(query, m_now).value().totals.calls);
+        });
     }
 
     const host::Zone m_zone = host::Zone::named("Europe/Berlin").value();
@@ -109,16 +108,20 @@ private:
 
 int main(int count, char** arguments) {
     try {
-        if (count != 2) {
-            std::fputs("usage: history_benchmark DATA\n", stderr);
+        benchmark::Initialize(&count, arguments);
+        if (count < 2) {
+            std::fputs("usage: history_benchmark DATA [DATA...] [--benchmark_...]\n", stderr);
             return 2;
         }
-        Benchmark benchmark(arguments[1]);
-        std::printf("%-70s %11s %11s %11s %7s\n", "", "median", "greatest", "processor", "calls");
-        benchmark.pages();
-        benchmark.statistics();
+        History history(arguments[1]);
+        history.pages();
+        history.statistics();
+        for (int number = 1; number < count; ++number) {
+            bench::registerFiling(arguments[number]);
+        }
+        benchmark::RunSpecifiedBenchmarks();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
+        std::fprintf(stderr, "history_benchmark: %s\n", error.what());
         return 1;
     }
     return 0;
