@@ -89,7 +89,7 @@ OPEN = ["--rate", 500, "--in-flight", 2000]
 CROWD = "100 remote observers and 100 event streams"
 
 ALL = [
-    Load("new callers, one at a time", NEW, in_short=True),
+    Load("new callers, one at a time", NEW, calls=3000, in_short=True),
     Load("repeated callers, one at a time", REPEATED, in_short=True),
     Load("new callers, text ids, one at a time", TEXT_IDS),
     Load("repeated callers, text ids, one at a time", [*REPEATED, *TEXT_IDS]),
