@@ -42,10 +42,10 @@ class Functions:
     def figures(self, printed):
         for each in printed["benchmarks"] if printed else ():
             if "items_per_second" in each:
-                yield "`%s`" % each["name"], "events/s", each["items_per_second"]
+                yield "function " + each["name"], "events/s", each["items_per_second"]
             else:
                 scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3}[each["time_unit"]]
-                yield "`%s`" % each["name"], "us", each["cpu_time"] * scale
+                yield "function " + each["name"], "us", each["cpu_time"] * scale
 
 
 class Memory:
