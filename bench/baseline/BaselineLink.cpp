@@ -51,7 +51,7 @@ BaselineLink::BaselineLink(const std::string& address)
 }
 
 bool BaselineLink::receive() {
-    std::array<char, 65536> chunk;
+    std::array<char, 65536> chunk{};
     const ssize_t count =
         checked(::recv(m_socket.get(), chunk.data(), chunk.size(), 0), "receive from the switch");
     m_received.append(chunk.data(), static_cast<std::size_t>(count));

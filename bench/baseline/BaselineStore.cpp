@@ -17,7 +17,7 @@ SQLite::Database BaselineStore::opened(const std::filesystem::path& file) {
           "PRAGMA secure_delete = ON",
           "CREATE TABLE entry (id INTEGER PRIMARY KEY, number TEXT, name TEXT, time TEXT)",
           "CREATE INDEX entry_number ON entry (number)",
-          "CREATE TABLE call (id INTEGER PRIMARY KEY, entry INTEGER, number TEXT, time TEXT, duration "
+          "CREATE TABLE call (id INTEGER PRIMARY KEY, entry INTEGER, number TEXT, time TEXT, seconds "
           "INTEGER)",
           "CREATE INDEX call_entry ON call (entry, time)", "CREATE INDEX call_time ON call (time)"}) {
         database.exec(statement);
@@ -28,7 +28,7 @@ SQLite::Database BaselineStore::opened(const std::filesystem::path& file) {
 BaselineStore::BaselineStore(const std::filesystem::path& file)
     : m_database(opened(file)),
       m_writeEntry(m_database, "INSERT OR REPLACE INTO entry VALUES (?, ?, ?, ?)"),
-      m_writeCall(m_database, "INSERT INTO call (entry, number, time, duration) VALUES (?, ?, ?, ?)"),
+      m_writeCall(m_database, "INSERT INTO call (entry, number, time, seconds) VALUES (?, ?, ?, ?)"),
       m_deleteEntry(m_database, "DELETE FROM entry WHERE id = ?") {}
 
 void BaselineStore::carryOut(std::string_view request) {

@@ -67,7 +67,7 @@ private:
     /// A client that sends any request becomes an observer.
     void addObserver() {
         host::FileDescriptor client(bench::checked(::accept(m_listener.get(), nullptr, nullptr), "accept"));
-        std::array<char, 4096> request;
+        std::array<char, 4096> request{};
         if (::recv(client.get(), request.data(), request.size(), 0) > 0) {
             send(client, host::RemoteFrame::encode(Kind::eResponse, 1, "true"));
             m_observers.push_back(std::move(client));

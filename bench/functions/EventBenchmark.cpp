@@ -58,7 +58,7 @@ BENCHMARK(fileRepeatedCalls)->Arg(1)->Arg(kListLength)->Unit(benchmark::kMicrose
 void fileNewCallers(benchmark::State& state, bool decimalIds) {
     bench::PhoneUnderLoad phone(kListLength);
     std::vector<std::vector<host::PhoneEvent>> passes;
-    for (const std::size_t first : {1, 2}) {
+    for (const std::size_t first : {std::size_t{1}, std::size_t{2}}) {
         passes.push_back(bench::PhoneUnderLoad::eventsOf(
             {.firstParty = first * kListLength, .decimalIds = decimalIds, .idPrefix = "5"}, kListLength));
     }

@@ -39,7 +39,7 @@ void measure(const std::string& name, const std::function<std::size_t()>& work) 
 std::string textOf(const host::FilterText::Parameters& parameters) {
     std::string text;
     for (const auto& [name, value] : parameters) {
-        text += (text.empty() ? "" : "&") + name + '=' + value;
+        text.append(text.empty() ? "" : "&").append(name).append("=").append(value);
     }
     return text;
 }

@@ -98,7 +98,7 @@ void LoadSwitch::sendAll(std::string_view bytes) {
 }
 
 void LoadSwitch::receive() {
-    std::array<char, 65536> chunk;
+    std::array<char, 65536> chunk{};
     const ssize_t count = ::recv(m_client.get(), chunk.data(), chunk.size(), 0);
     if (count < 0 && errno == EAGAIN) {
         return;

@@ -63,7 +63,7 @@ std::optional<std::string> HttpConnection::get(const std::string& path) {
         return std::nullopt;
     }
     std::string response;
-    std::array<char, 65536> chunk;
+    std::array<char, 65536> chunk{};
     std::optional<std::size_t> size;
     while (!size || response.size() < *size) {
         const ssize_t count = ::recv(m_socket.get(), chunk.data(), chunk.size(), 0);

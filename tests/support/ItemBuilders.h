@@ -91,7 +91,7 @@ inline std::string textOf(const journalxml::DataRequest& request) {
     }
     Texts words;
     for (const auto& [key, value] : request.settings) {
-        words.push_back(key + "=" + value);
+        words.push_back(std::string(key).append("=").append(value));
     }
     const auto addRow = [&words](const std::string& uniqueId, const std::string& entryId) {
         words.push_back(uniqueId.empty() ? entryId : uniqueId);
