@@ -15,9 +15,18 @@ constexpr std::chrono::milliseconds kBetweenAtEnd{100};
 
 void DatabaseMaintenance::start() {
     m_strand.post([this] { maintain(); });
+    m_database.setLogListener([this, post = m_strand.weakPoster()] {
+        if (!m_checkpointIsDue.exchange(true)) {
+            post([this] {
+                m_checkpointIsDue = false;
+                m_database.checkpoint();
+            });
+        }
+    });
 }
 
 void DatabaseMaintenance::stop() {
+    m_database.setLogListener(nullptr);
     m_strand.post([this] { m_next.reset(); });
     m_strand.close();
 }

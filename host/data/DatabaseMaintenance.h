@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -11,8 +12,8 @@ namespace host {
 
 class Database;
 
-/// Repeats every second what the database has kept, and puts its file back (`Database::maintain`), on a
-/// strand of its own. One owner calls.
+/// Repeats every second what the database has kept, puts its file back (`Database::maintain`), and moves its
+/// log into the file (`Database::checkpoint`), on a strand of its own. One owner calls.
 class DatabaseMaintenance {
 public:
     static constexpr std::chrono::seconds kTimeAtEnd{5};
@@ -36,6 +37,8 @@ private:
 
     Database& m_database;
     TimerSource& m_timers;
+
+    std::atomic<bool> m_checkpointIsDue{false};
 
     // Strand only.
     std::unique_ptr<ScheduledExpiry> m_next;

@@ -7,32 +7,17 @@
 #include <utility>
 
 #include "host/database/DatabaseConnection.h"
-#include "host/database/PrivateFile.h"
+#include "host/database/LogCheckpoint.h"
 #include "host/database/Schema.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
 
-/// The time that a change waits for others while changes are kept, and the time between attempts to store
-/// them.
+/// The time that a change waits for other threads while changes are kept, and the time between attempts to
+/// store them.
 constexpr std::chrono::milliseconds kShortWait{50};
 constexpr std::chrono::milliseconds kBetweenStores{250};
-
-/// The SQLite error as a sentence for the user who starts the program.
-std::string explanationOf(const std::filesystem::path& file, const SQLite::Exception& error) {
-    switch (error.getErrorCode()) {
-        case SQLITE_CORRUPT:
-        case SQLITE_NOTADB:
-            return file.string() + " is damaged (" + error.what() +
-                   "); restore it from a backup or move it away, then start again. Nothing in it was changed";
-        case SQLITE_BUSY:
-        case SQLITE_LOCKED:
-            return file.string() + " is locked by another program; end that one, then start again";
-        case SQLITE_READONLY: return file.string() + " cannot be written: " + error.what();
-        default: return file.string() + " cannot be used: " + error.what();
-    }
-}
 
 /// A mutex with a time limit makes ThreadSanitizer report false alarms.
 bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds time) {
@@ -46,75 +31,42 @@ bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds ti
     return true;
 }
 
-/// A full disk or an interrupted copy leaves such a file. SQLite would delete a log beside it.
-void reportEmptyFile(const std::filesystem::path& file) {
-    if (!std::filesystem::exists(file) || std::filesystem::file_size(file) > 0) {
-        return;
-    }
-    const std::string log = file.string() + "-wal";
-    if (std::filesystem::exists(log) && std::filesystem::file_size(log) > 0) {
-        throw DatabaseError(file.string() + " is empty, but " + log +
-                            " is not; restore it from a backup or move both away, then start again");
-    }
-    logAppUni("Database", __FILE_NAME__, 3, __LINE__,
-              "%s is empty, as a full disk or an interrupted copy leaves it; a new journal begins in it",
-              file.c_str());
-}
-
-std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& file,
-                                                 std::chrono::milliseconds busyTime) {
-    try {
-        requireRegularFile(file);
-        DatabaseFile::recover(file);
-        reportEmptyFile(file);
-        makePrivateFile(file);
-        return std::make_unique<DatabaseConnection>(file, busyTime);
-    } catch (const std::filesystem::filesystem_error& error) {
-        throw DatabaseError(error.what());
-    } catch (const SQLite::Exception& error) {
-        throw DatabaseError(explanationOf(file, error));
-    }
-}
-
 }  // namespace
-
-Query DatabaseSession::query(const char* sql) {
-    return m_connection.query(sql);
-}
-
-std::int64_t DatabaseSession::lastInsertedId() const {
-    return m_connection.lastInsertedId();
-}
-
-std::uint64_t DatabaseSession::itemChanges() const {
-    return m_connection.itemChanges();
-}
 
 Database::Database(const std::filesystem::path& file) : Database(file, Options()) {}
 
 Database::Database(const std::filesystem::path& file, Options options)
-    : m_file(std::filesystem::absolute(file)),
-      m_busyTime(options.busyTime),
-      m_connection(connectionTo(m_file, options.busyTime)),
-      m_place(m_file),
-      m_readers(m_file, m_place, m_busyTime) {
-    m_lastItemId = m_connection->lastItemId();
-}
+    : m_file(std::filesystem::absolute(file)), m_writer(m_file, options.busyTime) {}
 
 Database::~Database() = default;
+
+void Database::setLogListener(std::function<void()> listener) {
+    const std::lock_guard lock(m_mutex);
+    m_writer.setLogListener(std::move(listener));
+}
+
+void Database::checkpoint() noexcept {
+    constexpr int kNeverRestarted = 4000;  // pages
+    static_cast<void>(guarded("moving the log of the database into its file", false, [this] {
+        if (m_writer.isInPlace() && checkpointLog(m_file) >= kNeverRestarted) {
+            const std::lock_guard lock(m_mutex);
+            m_writer.connection().checkpoint();
+        }
+    }));
+}
 
 bool Database::read(const char* what, const Work& work) noexcept {
     makeDeferred();
     return guarded(what, false, [&] {
         const std::lock_guard lock(m_mutex);
-        carryOut(*m_connection, "BEGIN", work);
+        carryOut(m_writer.connection(), "BEGIN", work);
     });
 }
 
 bool Database::readAside(const char* what, const Work& work) noexcept {
     makeDeferred();
     const bool done = guarded(what, false, [&] {
-        m_readers.run([&work](DatabaseConnection& reader) { carryOut(reader, "BEGIN", work); });
+        m_writer.readers().run([&work](DatabaseConnection& reader) { carryOut(reader, "BEGIN", work); });
     });
     truncateLogIfDue();
     return done;
@@ -129,7 +81,7 @@ bool Database::write(const char* what, const Work& work) noexcept {
             if (m_kept.size() > 0 && !m_kept.isHopelessAndAlone()) {
                 throw std::runtime_error("earlier changes are not stored yet");
             }
-            transact(work, true);
+            m_writer.transact(work, true);
             if (m_kept.size() > 0) {
                 giveUpFirst(m_keptFor);
             }
@@ -140,7 +92,7 @@ bool Database::write(const char* what, const Work& work) noexcept {
 
 std::optional<DatabaseFailure> Database::note(const Work& work) noexcept {
     const std::lock_guard lock(m_mutex);
-    return transactSoon(work, false);
+    return m_writer.transactSoon(work, false);
 }
 
 void Database::measured(const std::function<void()>& write) {
@@ -152,48 +104,12 @@ void Database::measured(const std::function<void()>& write) {
     truncateLogIfDue();
 }
 
-void Database::transact(const Work& work, bool flushes) {
-    requireFile();
-    m_connection->setFlushing(flushes);
-    bool emptiesLog = false;
-    carryOut(*m_connection, "BEGIN IMMEDIATE", [&](Session& session) {
-        m_deferred.carryOut(*m_connection);
-        work(session);
-        emptiesLog = session.m_emptiesLog;
-    });
-    m_deferred.committed();
-    std::int64_t last = m_lastItemId;
-    while (last < m_connection->lastItemId() &&
-           !m_lastItemId.compare_exchange_weak(last, m_connection->lastItemId())) {}
-    if (emptiesLog) {
-        m_nextAttempt = Clock::time_point();
-        m_logIsDue = true;
-    }
-}
-
-/// Waits for other programs for a short time only.
-std::optional<DatabaseFailure> Database::transactSoon(const Work& work, bool flushes) noexcept {
-    m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
-    const auto failure = DatabaseFailure::of([&] { transact(work, flushes); });
-    m_connection->setBusyTime(m_busyTime);
-    return failure;
-}
-
 void Database::makeDeferred() noexcept {
-    if (!m_deferred.isEmpty()) {
+    if (m_writer.hasDeferred()) {
         const std::lock_guard lock(m_mutex);
         // If it fails, the next transaction repeats it.
-        static_cast<void>(transactSoon([](Session&) {}, false));
+        static_cast<void>(m_writer.transactSoon([](Session&) {}, false));
     }
-}
-
-bool Database::isMinor(const DatabaseChange& change) {
-    bool minor = false;
-    const auto failure = DatabaseFailure::of([&] {
-        Session session(*m_connection);
-        minor = change.isMinor && change.isMinor(session);
-    });
-    return !failure && minor;
 }
 
 Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept {
@@ -226,11 +142,11 @@ Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& 
     if (const auto kept = m_kept.addBehindOthers(change)) {
         return outcomeOf(*kept);
     }
-    if (isMinor(*change)) {
-        m_deferred.add(change);
+    if (m_writer.isMinor(*change)) {
+        m_writer.defer(change);
         return Outcome::eStored;
     }
-    const auto failure = DatabaseFailure::of([&] { transact(change->work, true); });
+    const auto failure = DatabaseFailure::of([&] { m_writer.transact(change->work, true); });
     if (!failure) {
         m_health.succeeded(change->what, true);
         change->finish(true);
@@ -273,7 +189,7 @@ bool Database::storeFirst() {
     DatabaseChange& first = *kept.front().change;
     // Each change is a transaction of its own; the last flushes all of them.
     const bool isLast = kept.size() == 1;
-    if (const auto failure = transactSoon(first.work, isLast)) {
+    if (const auto failure = m_writer.transactSoon(first.work, isLast)) {
         passFirst(kept, *failure);
         return m_kept.size() == 0;
     }
@@ -299,7 +215,7 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
     }
     bool isLost = !failure.isOfDatabase();
     if (!isLost && m_kept.noteFailure(failure.mayBeOfOneWork()) && kept.size() > 1 &&
-        !transactSoon(kept[1].change->work, true)) {
+        !m_writer.transactSoon(kept[1].change->work, true)) {
         m_kept.remove(1, false);
         m_isUnflushed = false;
         kept[1].change->finish(true);
@@ -324,7 +240,7 @@ void Database::giveUpFirst(const std::string& reason) {
 
 bool Database::maintain() noexcept {
     if (const std::unique_lock lock(m_mutex, std::try_to_lock); lock.owns_lock()) {
-        if (const auto failure = DatabaseFailure::of([this] { requireFile(); })) {
+        if (const auto failure = DatabaseFailure::of([this] { m_writer.requireFile(); })) {
             failed("putting the database back", true, *failure);
         }
     }
@@ -332,25 +248,8 @@ bool Database::maintain() noexcept {
     return storeKept();
 }
 
-void Database::requireFile() {
-    if (m_place.isInPlace()) {
-        m_fileIsInPlace = true;
-        return;
-    }
-    if (m_fileIsInPlace.exchange(false)) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__,
-                  "%s, or its -wal or -shm, was deleted, renamed or replaced", m_file.c_str());
-    }
-    m_connection = m_place.putBack(*m_connection, m_busyTime);
-    m_readers.renew();
-    m_fileIsInPlace = true;
-    logAppUni("Database", __FILE_NAME__, 2, __LINE__,
-              "%s is written anew, with all that was stored; a file that had replaced it is kept beside it",
-              m_file.c_str());
-}
-
 bool Database::healthy() const noexcept {
-    return m_health.healthy() && m_fileIsInPlace && m_kept.size() == 0;
+    return m_health.healthy() && m_writer.isInPlace() && m_kept.size() == 0;
 }
 
 bool Database::probe() noexcept {
@@ -377,11 +276,15 @@ void Database::truncateLog() noexcept {
 void Database::truncateLogIfDue() noexcept {
     constexpr std::chrono::seconds kBetweenAttempts{1};
     const auto now = std::chrono::steady_clock::now();
+    if (m_writer.takeEmptiesLog()) {
+        m_nextAttempt = Clock::time_point();
+        m_logIsDue = true;
+    }
     if (m_logIsDue && now >= m_nextAttempt.load()) {
         m_nextAttempt = now + kBetweenAttempts;
         static_cast<void>(guarded("emptying the log of the database", false, [this] {
             const std::lock_guard lock(m_mutex);
-            m_logIsDue = !m_connection->truncateLog();
+            m_logIsDue = !m_writer.connection().truncateLog();
         }));
     }
 }
@@ -408,19 +311,7 @@ bool Database::guarded(const char* what, bool isWrite, const std::function<void(
 
 void Database::failed(const std::string& what, bool isWrite, const DatabaseFailure& failure) noexcept {
     m_health.failed(what, isWrite, failure.code);
-    logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed: %s", what.c_str(), failure.text.c_str());
-}
-
-void Database::carryOut(DatabaseConnection& connection, const char* begin, const Work& work) {
-    try {
-        connection.query(begin).run();
-        Session session(connection);
-        work(session);
-        connection.query("COMMIT").run();
-    } catch (...) {
-        connection.rollBack();
-        throw;
-    }
+    m_failures.write(what, failure.text);
 }
 
 }  // namespace host

@@ -15,16 +15,13 @@
 
 #include "host/database/DatabaseError.h"
 #include "host/database/DatabaseFailure.h"
-#include "host/database/DatabaseFile.h"
 #include "host/database/DatabaseHealth.h"
 #include "host/database/DatabaseSession.h"
-#include "host/database/DeferredChanges.h"
+#include "host/database/DatabaseWriter.h"
+#include "host/database/FailureLog.h"
 #include "host/database/KeptChanges.h"
-#include "host/database/ReadConnections.h"
 
 namespace host {
-
-class DatabaseConnection;
 
 /// The host's database: one SQLite file with one connection, which several components share
 /// (docs/database.md).
@@ -72,6 +69,12 @@ public:
         m_writeListener = std::move(listener);
     }
 
+    /// Sets a listener that is called while work runs, on its thread, when `checkpoint` should be called
+    /// soon; an empty one leaves that to the writes. The listener must not call the database.
+    void setLogListener(std::function<void()> listener);
+    /// Moves the log into the file while other work goes on; that waits for the last pages only.
+    void checkpoint() noexcept;
+
     /// Runs work that only reads, in one state of the database. `what` completes "... failed" in the log.
     bool read(const char* what, const Work& work) noexcept;
     /// The same on a connection of its own, so that a long read does not delay a write. Reads the state of
@@ -106,7 +109,7 @@ public:
     [[nodiscard]] std::size_t keptCount() const { return m_kept.size(); }
     [[nodiscard]] std::uint64_t lostCount() const { return m_kept.lost(); }
     /// A row id for a new row of `call_item` that no row has had. Also if the database fails.
-    [[nodiscard]] std::int64_t newItemId() noexcept { return ++m_lastItemId; }
+    [[nodiscard]] std::int64_t newItemId() noexcept { return m_writer.newItemId(); }
 
     /// False from a failed `read` or `write` until a later one succeeds (`DatabaseHealth`), and while changes
     /// are kept or the file is not in its place. Never blocks.
@@ -122,7 +125,7 @@ public:
 
     [[nodiscard]] const std::filesystem::path& file() const noexcept { return m_file; }
     /// Changes when the file was put back: then other connections must open it again.
-    [[nodiscard]] unsigned generation() const noexcept { return m_readers.generation(); }
+    [[nodiscard]] unsigned generation() const noexcept { return m_writer.generation(); }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -130,31 +133,22 @@ private:
     /// Runs the work, updates the health and logs a failure.
     bool guarded(const char* what, bool isWrite, const std::function<void()>& work) noexcept;
     void failed(const std::string& what, bool isWrite, const DatabaseFailure& failure) noexcept;
-    static void carryOut(DatabaseConnection& connection, const char* begin, const Work& work);
     [[nodiscard]] Outcome changeOrKeep(const std::shared_ptr<DatabaseChange>& change);
     bool storeFirst();
     void giveUpFirst(const std::string& reason);
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
     void makeDeferred() noexcept;
-    // Require: m_mutex is held.
-    void transact(const Work& work, bool flushes);
-    [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const Work& work, bool flushes) noexcept;
-    [[nodiscard]] bool isMinor(const DatabaseChange& change);
-    void requireFile();
     void measured(const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
 
     // Constant after construction.
     const std::filesystem::path m_file;
-    const std::chrono::milliseconds m_busyTime;
     // Constant from the first write on.
     std::function<void(std::chrono::duration<double>)> m_writeListener;
 
     DatabaseHealth m_health;
+    FailureLog m_failures;
     KeptChanges m_kept;
-    DeferredChanges m_deferred;  // requires m_mutex
-    std::atomic<bool> m_fileIsInPlace{true};
-    std::atomic<std::int64_t> m_lastItemId{0};
     /// While changes are kept, a further one tries to store them from this time on.
     std::atomic<Clock::time_point> m_nextStore{};
     /// True from a deletion until the log is empty.
@@ -164,15 +158,11 @@ private:
 
     std::mutex m_mutex;
     // Guarded by m_mutex.
-    std::unique_ptr<DatabaseConnection> m_connection;
+    DatabaseWriter m_writer;
     /// The last transaction was not flushed.
     bool m_isUnflushed = false;
     /// The last error for which the first kept change was not stored.
     std::string m_keptFor;
-
-    // Thread-safe. After the connection, which creates the file.
-    DatabaseFile m_place;  // putting the file back requires m_mutex
-    ReadConnections m_readers;
 };
 
 }  // namespace host

@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "host/database/DatabaseError.h"
+#include "host/database/DatabaseFailure.h"
 #include "host/database/PrivateFile.h"
 #include "host/database/Schema.h"
 #include "host/search/SearchText.h"
@@ -18,6 +19,10 @@
 
 namespace host {
 namespace {
+
+/// In pages of 4 KiB.
+constexpr int kLongLog = 1000;
+constexpr int kVeryLongLog = 16'000;
 
 std::string_view textOf(sqlite3_value* value) {
     const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
@@ -46,6 +51,7 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
     addSearchText();
     migrate();
     followItemRows();
+    followLog();
 }
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime,
@@ -78,6 +84,26 @@ bool DatabaseConnection::truncateLog() {
     const int busy = number("PRAGMA wal_checkpoint(TRUNCATE)");
     m_database.setBusyTimeout(m_busyMilliseconds);
     return busy == 0;
+}
+
+void DatabaseConnection::checkpoint() noexcept {
+    sqlite3_wal_checkpoint_v2(m_database.getHandle(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+}
+
+void DatabaseConnection::followLog() {
+    sqlite3_wal_hook(
+        m_database.getHandle(),
+        [](void* self, sqlite3* /*database*/, const char* /*name*/, int pages) {
+            auto& connection = *static_cast<DatabaseConnection*>(self);
+            if (pages >= (connection.m_logListener ? kVeryLongLog : kLongLog)) {
+                connection.checkpoint();
+            } else if (pages >= kLongLog) {
+                // Without memory for it the next commit calls it again.
+                static_cast<void>(DatabaseFailure::of(connection.m_logListener));
+            }
+            return SQLITE_OK;
+        },
+        this);
 }
 
 void DatabaseConnection::setBusyTime(std::chrono::milliseconds time) noexcept {

@@ -3,8 +3,10 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -30,6 +32,12 @@ public:
     [[nodiscard]] std::int64_t lastInsertedId() const { return m_database.getLastInsertRowid(); }
     /// Moves the log into the file and empties it. Returns false, at once, if another connection reads it.
     [[nodiscard]] bool truncateLog();
+    /// Calls `listener` after each commit that finds the log long, so that it is moved into the file
+    /// elsewhere (`checkpointLog`). Without a listener, or if the log becomes very long, the commit does so
+    /// itself.
+    void setLogListener(std::function<void()> listener) { m_logListener = std::move(listener); }
+    /// Moves the log into the file, without waiting for other connections.
+    void checkpoint() noexcept;
     /// Sets the time that work waits for another process that holds the lock.
     void setBusyTime(std::chrono::milliseconds time) noexcept;
     /// Sets if a commit flushes the disk, which it does at first. Requires: no transaction is open.
@@ -59,6 +67,7 @@ private:
     /// Adds the SQL function search_text(name, number), `SearchText::searchable`.
     void addSearchText();
     void followItemRows();
+    void followLog();
     void migrate();
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
@@ -71,6 +80,7 @@ private:
         std::uint64_t changes = 0;
     };
     ItemRows m_items;
+    std::function<void()> m_logListener;
     SQLite::Database m_database;
     std::unordered_map<std::string, Prepared> m_statements;
 };

@@ -12,6 +12,9 @@ class DatabaseConnection;
 /// The connection during one `Database::read` or `write` call.
 class DatabaseSession {
 public:
+    /// Borrows the connection.
+    explicit DatabaseSession(DatabaseConnection& connection) noexcept : m_connection(connection) {}
+
     /// Returns a statement by its text; it is prepared at its first use and kept. Requires: no earlier
     /// `Query` of the same text is alive.
     [[nodiscard]] Query query(const char* sql);
@@ -22,12 +25,9 @@ public:
 
     /// Call it in a transaction that deletes a text: when that is done, the log of the database is emptied.
     void emptyLogAfterwards() noexcept { m_emptiesLog = true; }
+    [[nodiscard]] bool emptiesLog() const noexcept { return m_emptiesLog; }
 
 private:
-    friend class Database;
-    friend class DeferredChanges;
-    explicit DatabaseSession(DatabaseConnection& connection) noexcept : m_connection(connection) {}
-
     DatabaseConnection& m_connection;
     bool m_emptiesLog = false;
 };
@@ -35,5 +35,9 @@ private:
 /// Work with the database. It must not call the database except through its session, and must not wait for
 /// another thread.
 using DatabaseWork = std::function<void(DatabaseSession&)>;
+
+/// Runs the work in one transaction, which `begin` begins. Throws what SQLite or the work throws, after all
+/// was rolled back. Requires: the connection's lock is held.
+void carryOut(DatabaseConnection& connection, const char* begin, const DatabaseWork& work);
 
 }  // namespace host

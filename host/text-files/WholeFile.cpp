@@ -34,7 +34,7 @@ public:
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    /// Appends the bytes that can be read now. Returns false at the end of the file, and if none is there now.
+    /// Appends the bytes that can be read now. Returns false at the end of the file, and if none is there.
     [[nodiscard]] bool readInto(std::string& text) {
         std::array<char, 65536> bytes{};
         const ssize_t count = ::read(m_descriptor, bytes.data(), bytes.size());

@@ -157,7 +157,7 @@ class HttpTest(ProgramTest):
         run = json.loads(self.described(UPLOAD, 200, body='{"calls": [], "more": true}'))["import"]
         self.described(UPLOAD, 409, body=GOOD[UPLOAD])
         self.described(UPLOAD, 200, body='{"calls": [], "import": "%s"}' % run)
-        streams = [self.ask("GET", "/api/v1/events")[0] for _ in range(65)]
+        streams = [self.ask("GET", "/api/v1/events")[0] for _ in range(129)]
         self.assertEqual(set(streams), {200, 503})
         self.described("GET /api/v1/events", 503)
         database = sqlite3.connect(os.path.join(self.data, "journal.db"), timeout=LIMIT)

@@ -222,7 +222,7 @@ TEST_F(Phonebook, FailsWithTheDatabase) {
     EXPECT_FALSE(m_phonebook.update(contact) || m_phonebook.remove("1") || m_phonebook.find("1", none) ||
                  m_phonebook.import({contact}) || m_phonebook.reindexIfRulesChanged("others"));
     EXPECT_EQ(surnames(0, 10) + std::to_string(m_phonebook.count()), "0");
-    EXPECT_EQ(journaltest::CapturedLog::lines("Database").size(), 9U);
+    EXPECT_EQ(journaltest::CapturedLog::lines("Database").size(), 8U) << "the second look-up is counted";
     m_database.otherConnection().exec("ALTER TABLE hidden RENAME TO contact");
     EXPECT_EQ(whoHas("4711"), contact.getSurname() + " 2");
 }

@@ -191,10 +191,11 @@ public:
         const Kind& kind = kKinds[seed % kKinds.size()];
         const std::uint64_t rest = seed / kKinds.size();
         const std::uint64_t number = rest % kCourses;
-        // Each step comes once before one comes again.
+        // Each step comes once before one comes again; the first are among the changes, not at the start.
         const std::size_t steps = stepsOf(kind, number);
         const bool lasts = rest / kCourses % 2 == 1;
-        const Fault fault{kind, rest / kCourses / 2 * kStride % steps, lasts};
+        const Fault fault{
+            kind, (steps * (number + 1) / (kCourses + 1) + rest / kCourses / 2 * kStride) % steps, lasts};
         std::vector<std::string> found = Course(m_file, number, fault).play();
         for (std::string& each : found) {
             each = std::string(kind.name) + (lasts ? " from operation " : " at operation ") +

@@ -1,0 +1,134 @@
+#include "host/database/DatabaseWriter.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <string>
+
+#include "host/database/DatabaseConnection.h"
+#include "host/database/DatabaseError.h"
+#include "host/database/PrivateFile.h"
+#include "platform/logging/Logging.h"
+
+namespace host {
+namespace {
+
+/// The time that a transaction waits for other programs if it must not wait long.
+constexpr std::chrono::milliseconds kShortWait{50};
+
+/// The SQLite error as a sentence for the user who starts the program.
+std::string explanationOf(const std::filesystem::path& file, const SQLite::Exception& error) {
+    switch (error.getErrorCode()) {
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+            return file.string() + " is damaged (" + error.what() +
+                   "); restore it from a backup or move it away, then start again. Nothing in it was changed";
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return file.string() + " is locked by another program; end that one, then start again";
+        case SQLITE_READONLY: return file.string() + " cannot be written: " + error.what();
+        default: return file.string() + " cannot be used: " + error.what();
+    }
+}
+
+/// A full disk or an interrupted copy leaves such a file. SQLite would delete a log beside it.
+void reportEmptyFile(const std::filesystem::path& file) {
+    if (!std::filesystem::exists(file) || std::filesystem::file_size(file) > 0) {
+        return;
+    }
+    const std::string log = file.string() + "-wal";
+    if (std::filesystem::exists(log) && std::filesystem::file_size(log) > 0) {
+        throw DatabaseError(file.string() + " is empty, but " + log +
+                            " is not; restore it from a backup or move both away, then start again");
+    }
+    logAppUni("Database", __FILE_NAME__, 3, __LINE__,
+              "%s is empty, as a full disk or an interrupted copy leaves it; a new journal begins in it",
+              file.c_str());
+}
+
+std::unique_ptr<DatabaseConnection> connectionTo(const std::filesystem::path& file,
+                                                 std::chrono::milliseconds busyTime) {
+    try {
+        requireRegularFile(file);
+        DatabaseFile::recover(file);
+        reportEmptyFile(file);
+        makePrivateFile(file);
+        return std::make_unique<DatabaseConnection>(file, busyTime);
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw DatabaseError(error.what());
+    } catch (const SQLite::Exception& error) {
+        throw DatabaseError(explanationOf(file, error));
+    }
+}
+
+}  // namespace
+
+DatabaseWriter::DatabaseWriter(std::filesystem::path file, std::chrono::milliseconds busyTime)
+    : m_file(std::move(file)),
+      m_busyTime(busyTime),
+      m_connection(connectionTo(m_file, busyTime)),
+      m_place(m_file),
+      m_readers(m_file, m_place, busyTime) {
+    m_lastItemId = m_connection->lastItemId();
+}
+
+DatabaseWriter::~DatabaseWriter() = default;
+
+void DatabaseWriter::setLogListener(std::function<void()> listener) {
+    m_logListener = std::move(listener);
+    m_connection->setLogListener(m_logListener);
+}
+
+void DatabaseWriter::requireFile() {
+    if (m_place.isInPlace()) {
+        m_isInPlace = true;
+        return;
+    }
+    if (m_isInPlace.exchange(false)) {
+        logAppUni("Database", __FILE_NAME__, 2, __LINE__,
+                  "%s, or its -wal or -shm, was deleted, renamed or replaced", m_file.c_str());
+    }
+    m_connection = m_place.putBack(*m_connection, m_busyTime);
+    m_connection->setLogListener(m_logListener);
+    m_readers.renew();
+    m_isInPlace = true;
+    logAppUni("Database", __FILE_NAME__, 2, __LINE__,
+              "%s is written anew, with all that was stored; a file that had replaced it is kept beside it",
+              m_file.c_str());
+}
+
+void DatabaseWriter::transact(const DatabaseWork& work, bool flushes) {
+    requireFile();
+    m_connection->setFlushing(flushes);
+    bool emptiesLog = false;
+    carryOut(*m_connection, "BEGIN IMMEDIATE", [&](DatabaseSession& session) {
+        m_deferred.carryOut(*m_connection);
+        work(session);
+        emptiesLog = session.emptiesLog();
+    });
+    m_deferred.committed();
+    std::int64_t last = m_lastItemId;
+    while (last < m_connection->lastItemId() &&
+           !m_lastItemId.compare_exchange_weak(last, m_connection->lastItemId())) {}
+    if (emptiesLog) {
+        m_emptiesLog = true;
+    }
+}
+
+std::optional<DatabaseFailure> DatabaseWriter::transactSoon(const DatabaseWork& work, bool flushes) noexcept {
+    m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
+    const auto failure = DatabaseFailure::of([&] { transact(work, flushes); });
+    m_connection->setBusyTime(m_busyTime);
+    return failure;
+}
+
+bool DatabaseWriter::isMinor(const DatabaseChange& change) noexcept {
+    bool minor = false;
+    const auto failure = DatabaseFailure::of([&] {
+        DatabaseSession session(*m_connection);
+        minor = change.isMinor && change.isMinor(session);
+    });
+    return !failure && minor;
+}
+
+}  // namespace host

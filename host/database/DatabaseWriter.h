@@ -1,0 +1,78 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "host/database/DatabaseFailure.h"
+#include "host/database/DatabaseFile.h"
+#include "host/database/DatabaseSession.h"
+#include "host/database/DeferredChanges.h"
+#include "host/database/ReadConnections.h"
+
+namespace host {
+
+class DatabaseConnection;
+
+/// The connection that writes, with its file in its place and the changes that wait for a transaction.
+///
+/// Requires, but for what is marked as thread-safe: the database's lock is held.
+class DatabaseWriter {
+public:
+    /// Opens the file, creates it (mode 0600) if it is missing, and migrates its tables. Throws
+    /// `DatabaseError`.
+    DatabaseWriter(std::filesystem::path file, std::chrono::milliseconds busyTime);
+    ~DatabaseWriter();
+    DatabaseWriter(const DatabaseWriter&) = delete;
+    DatabaseWriter& operator=(const DatabaseWriter&) = delete;
+
+    [[nodiscard]] DatabaseConnection& connection() noexcept { return *m_connection; }
+    /// Thread-safe, as all that these connections do.
+    [[nodiscard]] ReadConnections& readers() noexcept { return m_readers; }
+    [[nodiscard]] unsigned generation() const noexcept { return m_readers.generation(); }
+    /// False from the time at which `requireFile` found another file until it has put the open one back.
+    /// Thread-safe.
+    [[nodiscard]] bool isInPlace() const noexcept { return m_isInPlace; }
+    /// A row id for a new row of `call_item` that no row has had. Thread-safe.
+    [[nodiscard]] std::int64_t newItemId() noexcept { return ++m_lastItemId; }
+    /// See `DatabaseConnection::setLogListener`; it holds for the next connection too.
+    void setLogListener(std::function<void()> listener);
+
+    /// Puts the file back if it was deleted or replaced. Throws if that fails.
+    void requireFile();
+    /// Runs the work and the deferred changes in one transaction. Throws what SQLite or the work throws,
+    /// after all was rolled back.
+    void transact(const DatabaseWork& work, bool flushes);
+    /// The same, but waits for other programs for some 50 ms only, and returns the failure.
+    [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const DatabaseWork& work,
+                                                              bool flushes) noexcept;
+    /// True once after a transaction that wants the log to be emptied. Thread-safe.
+    [[nodiscard]] bool takeEmptiesLog() noexcept { return m_emptiesLog && m_emptiesLog.exchange(false); }
+
+    [[nodiscard]] bool isMinor(const DatabaseChange& change) noexcept;
+    void defer(const std::shared_ptr<DatabaseChange>& change) { m_deferred.add(change); }
+    /// Thread-safe.
+    [[nodiscard]] bool hasDeferred() const noexcept { return !m_deferred.isEmpty(); }
+
+private:
+    // Constant after construction.
+    const std::filesystem::path m_file;
+    const std::chrono::milliseconds m_busyTime;
+
+    std::atomic<bool> m_isInPlace{true};
+    std::atomic<std::int64_t> m_lastItemId{0};
+    std::atomic<bool> m_emptiesLog{false};
+
+    std::unique_ptr<DatabaseConnection> m_connection;
+    std::function<void()> m_logListener;
+    DeferredChanges m_deferred;
+    // After the connection, which creates the file.
+    DatabaseFile m_place;
+    ReadConnections m_readers;
+};
+
+}  // namespace host
