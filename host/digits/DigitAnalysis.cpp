@@ -81,16 +81,21 @@ bool DigitAnalysis::isFeatureAccessCode(const std::string& digits) {
 }
 
 void DigitAnalysis::normalise(std::string& number) {
-    std::string dialled = withoutSeparators(number);
-    if (!isNumber(dialled)) {
+    if (std::optional<std::string> known = m_known.find(number)) {
+        number = std::move(*known);
         return;
     }
-    if (!isExtensionOrCode(dialled)) {
-        if (std::optional<std::string> international = m_plan.international(dialled)) {
-            dialled = std::move(*international);
-        }
+    std::string form = withoutSeparators(number);
+    if (!isNumber(form)) {
+        return;
     }
-    number = std::move(dialled);
+    if (!isExtensionOrCode(form)) {
+        if (std::optional<std::string> international = m_plan.international(form)) {
+            form = std::move(*international);
+        }
+        m_known.store(number, form);
+    }
+    number = std::move(form);
 }
 
 std::string DigitAnalysis::rulesKey() const {

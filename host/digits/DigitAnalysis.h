@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "host/digits/NumberForms.h"
 #include "host/digits/NumberingPlan.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 #include "platform/framework/Executable.h"
@@ -11,7 +12,7 @@ namespace host {
 
 /// Dialling rules from the configuration, registered as "DigitAnalysisServiceIfc".
 ///
-/// Constant after construction; any thread may call.
+/// The rules are constant after construction. Thread-safe.
 class DigitAnalysis final : public Executable, public DigitAnalysisServiceIfc {
 public:
     /// `region` is the country of the numbering plan, as two capital letters. An unsupported region is
@@ -45,6 +46,9 @@ private:
     const NumberingPlan m_plan;
     /// Without separators.
     const std::vector<std::string> m_codes;
+
+    // Thread-safe. Never outdated, since the rules are constant.
+    NumberForms m_known;
 };
 
 }  // namespace host
