@@ -9,6 +9,7 @@
 #include "journal-items/ListTraits.h"
 #include "platform/sync/NestableSemaphore.h"
 #include "platform/sync/Semaphore.h"
+#include "src/JournalService/lists/EntryIdRecord.h"
 #include "src/JournalService/lists/JournalList.h"
 #include "src/JournalService/lists/UnloadedEntries.h"
 
@@ -31,15 +32,6 @@ private:
     Semaphore m_contactLock{1, 1, true};
     // Guarded by m_contactLock.
     std::vector<Contact> m_contacts;
-};
-
-/// The greatest entry id. Entry ids begin with a time, so a new one is greater than all others unless two
-/// calls end in one second or the clock was set back: only then the lists and the tables are searched for it.
-struct EntryIdRecord {
-    /// False until all tables were read.
-    bool known = false;
-    /// In the order of bytes. No entry has a greater one.
-    std::string newest;
 };
 
 /// The five lists, the contacts that are loaded with them, and the destinations of each change: the database,

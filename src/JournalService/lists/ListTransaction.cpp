@@ -1,9 +1,7 @@
 #include "src/JournalService/lists/ListTransaction.h"
 
 #include <array>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
+#include <string>
 
 #include "src/JournalService/lists/ListSourceIfc.h"
 
@@ -16,53 +14,34 @@ void ListTransaction::ensureLoaded() {
 }
 
 template <typename Item>
-void ListTransaction::addEntryIds(const std::string& prefix, std::set<std::string>& entryIds) {
-    EntryIdRecord& record = m_lists.m_entryIds;
-    const auto add = [&](const std::deque<Item>& items) {
+bool ListTransaction::addEntryIds() {
+    const auto add = [this](const std::deque<Item>& items) {
         for (const Item& item : items) {
-            record.newest = std::max(record.newest, item.getEntryId());
-            if (item.getEntryId().starts_with(prefix)) {
-                entryIds.insert(item.getEntryId());
-            }
+            m_lists.m_entryIds.add(item.getEntryId());
         }
     };
+    bool isKnown = true;
     if constexpr (!std::is_same_v<Item, CallBackItem>) {
         add(unloaded<Item>());
-        record.known = record.known && m_lists.m_unloadedEntries.areKnown<Item>();
+        isKnown = m_lists.m_unloadedEntries.areKnown<Item>();
     }
     add(*m_lists.read<Item>());
+    return isKnown;
 }
 
-std::set<std::string> ListTransaction::entryIdsWith(const std::string& prefix) {
-    std::set<std::string> entryIds;
-    // If no entry has a greater id than `newest`, no entry has an id that begins with a greater text.
-    if (m_lists.m_entryIds.known && prefix > m_lists.m_entryIds.newest) {
-        return entryIds;
-    }
-    m_lists.m_entryIds.known = true;
-    addEntryIds<MissedCallItem>(prefix, entryIds);
-    addEntryIds<DialledCallItem>(prefix, entryIds);
-    addEntryIds<ReceivedCallItem>(prefix, entryIds);
-    addEntryIds<ForwardedCallItem>(prefix, entryIds);
-    addEntryIds<CallBackItem>(prefix, entryIds);
-    return entryIds;
-}
-
-std::string ListTransaction::makeUniqueEntryId(std::string entryId) {
-    constexpr std::size_t kDigits = 8;
+std::string ListTransaction::makeUniqueEntryId(const std::string& entryId) {
     close();
     ensureLoaded();
-    // An id that a client made may be shorter.
-    const std::string time = entryId.substr(0, std::max(entryId.size(), kDigits) - kDigits);
-    const std::set<std::string> used = entryIdsWith(time);
-    auto number = static_cast<std::uint32_t>(std::strtoul(entryId.substr(time.size()).c_str(), nullptr, 16));
-    while (used.contains(entryId)) {
-        std::array<char, kDigits + 1> digits{};
-        std::snprintf(digits.data(), digits.size(), "%.8X", ++number);
-        entryId = time + digits.data();
+    EntryIdRecord& record = m_lists.m_entryIds;
+    const std::string time = EntryIdRecord::timeOf(entryId);
+    if (!record.knows(time)) {
+        record.begin(time);
+        const std::array<bool, 5> known{addEntryIds<MissedCallItem>(), addEntryIds<DialledCallItem>(),
+                                        addEntryIds<ReceivedCallItem>(), addEntryIds<ForwardedCallItem>(),
+                                        addEntryIds<CallBackItem>()};
+        record.end(std::all_of(known.begin(), known.end(), [](bool each) { return each; }));
     }
-    m_lists.m_entryIds.newest = std::max(m_lists.m_entryIds.newest, entryId);
-    return entryId;
+    return record.take(entryId);
 }
 
 template <typename Item>

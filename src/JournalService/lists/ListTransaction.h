@@ -50,7 +50,10 @@ public:
 
     /// Records that the lists were loaded; `mayHaveMore` is true when the database may hold entries that are
     /// not loaded.
-    void setLoaded(bool mayHaveMore) { m_lists.m_unloadedEntries.setLoaded(mayHaveMore); }
+    void setLoaded(bool mayHaveMore) {
+        m_lists.m_unloadedEntries.setLoaded(mayHaveMore);
+        m_lists.m_entryIds.forget();
+    }
     /// Retries the deletions and the writes that the database rejected. Returns false if the database still
     /// rejects an item.
     [[nodiscard]] bool retryRejected();
@@ -63,7 +66,7 @@ public:
     /// entry id identifies one entry of the journal, and the call ids that it is made from may not be
     /// numbers. An entry that is about to be merged counts, so it gets another id than it had. Loads the
     /// lists unless they were loaded before, and releases the list that is open, if any.
-    [[nodiscard]] std::string makeUniqueEntryId(std::string entryId);
+    [[nodiscard]] std::string makeUniqueEntryId(const std::string& entryId);
     /// Locks the list and returns its items. They are valid until the list is closed or the transaction ends.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& open();
@@ -82,6 +85,17 @@ public:
         ensureLoaded();
         return open<Item>();
     }
+    /// As `openLoaded`, to file an entry with an id of `makeUniqueEntryId`: the ids that are taken stay
+    /// known, so the caller reports each id that the list loses or does not use to `releaseEntryId`. `found`
+    /// is the first item that `matches`, or the end.
+    template <typename Item>
+    struct FoundItem {
+        std::deque<Item>& items;
+        typename std::deque<Item>::iterator found;
+    };
+    template <typename Item, typename Matches>
+    [[nodiscard]] FoundItem<Item> openToFile(const Matches& matches);
+    void releaseEntryId(const std::string& entryId) { m_lists.m_entryIds.release(entryId); }
 
     // Changes of open items. Requires: the list of the item is open.
 
@@ -116,6 +130,12 @@ public:
     /// Deletes the oldest entries beyond `kMaxItems`, the unloaded ones too, and returns them, oldest first.
     template <typename Item>
     [[nodiscard]] std::vector<Item> dropOldest(std::deque<Item>& items);
+    /// The same of a list that is not open, and opens it.
+    template <typename Item>
+    [[nodiscard]] std::vector<Item> dropOldest() {
+        close();
+        return dropOldest(lock<Item>());
+    }
 
     // Completion.
 
@@ -148,10 +168,13 @@ private:
     void restore(const Matches& matches);
     template <typename Item>
     [[nodiscard]] bool retryRejectedOf();
-    /// The entry ids of all lists that begin with `prefix`.
-    [[nodiscard]] std::set<std::string> entryIdsWith(const std::string& prefix);
+    /// Locks the list.
     template <typename Item>
-    void addEntryIds(const std::string& prefix, std::set<std::string>& entryIds);
+    [[nodiscard]] std::deque<Item>& lock();
+    /// Adds the entry ids of one list, loaded or not, to the record. Returns false if the table could not be
+    /// read.
+    template <typename Item>
+    bool addEntryIds();
 
     JournalLists& m_lists;
     const CriticalSection<NestableSemaphore> m_change;
@@ -161,6 +184,12 @@ private:
 
 template <typename Item>
 std::deque<Item>& ListTransaction::open() {
+    m_lists.m_entryIds.forget();
+    return lock<Item>();
+}
+
+template <typename Item>
+std::deque<Item>& ListTransaction::lock() {
     JournalList<Item>& opened = list<Item>();
     close();
     opened.m_lock.wait();
@@ -175,6 +204,16 @@ std::deque<Item>& ListTransaction::open(const Matches& matches) {
 }
 
 template <typename Item, typename Matches>
+ListTransaction::FoundItem<Item> ListTransaction::openToFile(const Matches& matches) {
+    ensureLoaded();
+    if (!m_lists.m_unloadedEntries.areKnown<Item>() || !unloaded<Item>().empty()) {
+        restore<Item>(matches);
+    }
+    std::deque<Item>& items = lock<Item>();
+    return {items, std::find_if(items.begin(), items.end(), matches)};
+}
+
+template <typename Item, typename Matches>
 void ListTransaction::restore(const Matches& matches) {
     {
         const auto items = m_lists.read<Item>();
@@ -185,7 +224,7 @@ void ListTransaction::restore(const Matches& matches) {
     std::deque<Item>& unloadedItems = m_lists.m_unloadedEntries.entriesOf(list<Item>());
     const auto found = std::find_if(unloadedItems.begin(), unloadedItems.end(), matches);
     if (found != unloadedItems.end()) {
-        insertInOrder(open<Item>(), std::move(*found));
+        insertInOrder(lock<Item>(), std::move(*found));
         close();
         unloadedItems.erase(found);
     }
@@ -210,6 +249,7 @@ std::vector<Item> ListTransaction::dropOldest(std::deque<Item>& items) {
     std::vector<Item> dropped = m_lists.m_unloadedEntries.takeBeyond(kMaxItems, items);
     for (Item& oldest : dropped) {
         deleteRow(oldest);
+        releaseEntryId(oldest.getEntryId());
     }
     return dropped;
 }

@@ -99,7 +99,7 @@ bool EntryCreation::newDialledCallEntry(const DialledEntryDetails& details) {
 bool EntryCreation::fileDialledCall(const DialledEntryDetails& details) {
     ListTransaction transaction(m_lists);
     const bool filed = newDialledCallEntry(details);
-    const std::vector<DialledCallItem> dropped = transaction.dropOldest(transaction.open<DialledCallItem>());
+    const std::vector<DialledCallItem> dropped = transaction.dropOldest<DialledCallItem>();
     const CallLogRequests& requests = transaction.requests();
     if (m_settings.values()->m_serverBasedCallLog) {
         for (const DialledCallItem& oldest : dropped) {

@@ -91,13 +91,13 @@ public:
     /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
         const std::string entryId = m_transaction.makeUniqueEntryId(m_clock.createEntryId(callId));
-        auto& items = m_transaction.template openLoaded<Item>(m_policy.matcher(contact));
-        const auto found = std::find_if(items.begin(), items.end(), m_policy.matcher(contact));
+        const auto [items, found] = m_transaction.template openToFile<Item>(m_policy.matcher(contact));
         const bool merges = found != items.end();
         if constexpr (requires { m_policy.nameContact(items, found); }) {
             m_policy.nameContact(items, found);
         }
         if (merges && m_policy.isDuplicate(*found, info)) {
+            m_transaction.releaseEntryId(entryId);
             return false;
         }
         Item item = merges ? merge(items, found, info) : create(info);
@@ -113,6 +113,7 @@ private:
     Item merge(std::deque<Item>& items, typename std::deque<Item>::iterator found, const Info& info) {
         Item item = std::move(*found);
         items.erase(found);
+        m_transaction.releaseEntryId(item.getEntryId());
         m_filed.mergedUniqueId = item.getUniqueId();
         m_filed.action = JournalServiceObserverIfc::eItemUpdated;
         const auto& infos = occurrencesOf(item);
