@@ -69,6 +69,11 @@ std::filesystem::path DatabaseConnection::copyOf(const std::filesystem::path& fi
     return file.string() + ".version-" + std::to_string(version);
 }
 
+std::uint64_t DatabaseConnection::newSerial() noexcept {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
 Query DatabaseConnection::query(const char* sql) {
     const auto [found, added] = m_statements.try_emplace(sql, m_database, sql);
     Prepared& prepared = found->second;

@@ -46,6 +46,8 @@ public:
     [[nodiscard]] std::int64_t lastItemId() const noexcept { return m_items.lastId; }
     /// Grows by the number of rows that are added to `call_item` or removed, rolled back or not.
     [[nodiscard]] std::uint64_t itemChanges() const noexcept { return m_items.changes; }
+    /// A number that no other connection of this process has.
+    [[nodiscard]] std::uint64_t serial() const noexcept { return m_serial; }
     /// Copies the whole database, in the state of its last commit, into an empty file.
     void copyTo(const std::filesystem::path& file);
 
@@ -72,6 +74,9 @@ private:
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
 
+    static std::uint64_t newSerial() noexcept;
+
+    const std::uint64_t m_serial = newSerial();
     const std::filesystem::path m_file;
     const int m_busyMilliseconds;
     bool m_flushes = true;

@@ -16,6 +16,11 @@ std::uint64_t DatabaseSession::itemChanges() const {
     return m_connection.itemChanges();
 }
 
+DatabaseState DatabaseSession::state() {
+    Query version = m_connection.query("PRAGMA data_version");
+    return {m_connection.serial(), version.next() ? version.number() : 0};
+}
+
 void carryOut(DatabaseConnection& connection, const char* begin, const DatabaseWork& work) {
     try {
         connection.query(begin).run();

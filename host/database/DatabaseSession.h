@@ -9,6 +9,15 @@ namespace host {
 
 class DatabaseConnection;
 
+/// A state of the database as one connection sees it. Two states are equal only if no other connection, of
+/// this process or of another, has changed the database between them. A plain value.
+struct DatabaseState {
+    std::uint64_t connection = 0;
+    std::int64_t version = 0;
+
+    friend bool operator==(const DatabaseState&, const DatabaseState&) = default;
+};
+
 /// The connection during one `Database::read` or `write` call.
 class DatabaseSession {
 public:
@@ -22,6 +31,9 @@ public:
     [[nodiscard]] std::int64_t lastInsertedId() const;
     /// Changes when a row is added to `call_item` or removed, if not by another process.
     [[nodiscard]] std::uint64_t itemChanges() const;
+
+    /// The state that this work reads. Requires: the work is of `Database::readAside`.
+    [[nodiscard]] DatabaseState state();
 
     /// Call it in a transaction that deletes a text: when that is done, the log of the database is emptied.
     void emptyLogAfterwards() noexcept { m_emptiesLog = true; }

@@ -35,6 +35,15 @@ public:
         return handle;
     }
 
+    /// Sends each write at once: the next event of a stream would otherwise wait until the client has
+    /// acknowledged the one before, which takes up to 40 ms.
+    static void sendAtOnce(const Handle& handle) noexcept {
+        if (const auto socket = handle.lock()) {
+            asio::error_code ignored;
+            (*socket)->set_option(asio::ip::tcp::no_delay(true), ignored);
+        }
+    }
+
     /// Ends both directions, so that the pending operations of the connection fail and its owner closes it.
     static void shutDown(const Handle& handle) noexcept {
         if (const auto socket = handle.lock()) {

@@ -1,9 +1,12 @@
 #include "host/http/HttpApi.h"
 
 #include <chrono>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/database/DatabaseMemory.h"
+#include "host/framework/Strand.h"
+#include "host/framework/WorkerPool.h"
 #include "host/http/Metrics.h"
 #include "host/http/RequestPipeline.h"
 #include "host/http/events/EventFeed.h"
@@ -21,6 +24,11 @@
 #include "journalservice/JournalServiceIfc.h"
 
 namespace host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+}  // namespace
 
 /// The components in dependency order.
 class HttpApi::Impl {
@@ -43,9 +51,9 @@ public:
                  [this](std::chrono::milliseconds pause, std::function<void()> work) {
                      m_server.postLater(pause, std::move(work));
                  },
-                 {},
-                 {[this](ListName list, const std::string& uniqueId) {
-                      return m_backend.storedLists.entry(list, uniqueId).value_or(nullptr);
+                 [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); }, {},
+                 {[this](const std::vector<EventFeed::EntryKey>& keys) {
+                      return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
                   },
                   [this] { return m_backend.storedLists.unviewed(); }}),
           m_server(settings.server) {
@@ -87,6 +95,7 @@ public:
             m_backend.journal.unsubscribeForJournalEvents(&m_feed);
             m_backend.journal.unsubscribeForJournalEvents(&m_backend.metrics);
         }
+        m_eventStrand.close();
         m_server.post([this] { m_feed.close(); });
         m_server.stop();
         m_import.stop();
@@ -142,6 +151,8 @@ private:
     RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line};
     EventFeed m_feed;
     HttpServer m_server;
+    WorkerPool m_eventWorkers{1};
+    Strand m_eventStrand{m_eventWorkers};
     bool m_subscribed = false;
 };
 

@@ -195,6 +195,7 @@ private:
         const restinio::connection_state::cause_t cause = notice.cause();
         if (!restinio::holds_alternative<closed_t>(cause)) {
             m_streams.try_emplace(id);
+            ClosableSocket::sendAtOnce(ClosableSocket::lastMoved());
             m_table.accepted(
                 id, notice.remote_endpoint().address().to_string(),
                 [socket = ClosableSocket::lastMoved()] { ClosableSocket::shutDown(socket); },

@@ -29,16 +29,28 @@ ClientBacklog::Added ClientBacklog::add(Waiting waiting) {
     return std::exchange(m_writing, true) ? Added::eQueued : Added::eWakeUp;
 }
 
-std::optional<std::string> ClientBacklog::take() {
+std::optional<ClientBacklog::Batch> ClientBacklog::take() {
     const std::lock_guard lock(m_mutex);
     m_writing = !m_waiting.empty();
     if (!m_writing) {
         return std::nullopt;
     }
-    Waiting next = std::move(m_waiting.front());
-    m_waiting.pop_front();
-    m_bytes -= next.counted;
-    return std::move(next.frame);
+    Batch batch;
+    while (!m_waiting.empty() && !batch.hasResponse) {
+        Waiting& next = m_waiting.front();
+        if (!batch.bytes.empty() && batch.bytes.size() + next.frame.size() > kBatchBytes) {
+            break;
+        }
+        batch.hasResponse = next.counted == 0;
+        m_bytes -= next.counted;
+        if (batch.bytes.empty()) {
+            batch.bytes = std::move(next.frame);
+        } else {
+            batch.bytes += next.frame;
+        }
+        m_waiting.pop_front();
+    }
+    return batch;
 }
 
 void ClientBacklog::close() {

@@ -29,8 +29,16 @@ public:
     [[nodiscard]] Added addNotification(std::string frame);
     [[nodiscard]] Added addResponse(std::string frame);
 
-    /// Returns the next frame to write. If there is none, the writer is idle until `eWakeUp`.
-    [[nodiscard]] std::optional<std::string> take();
+    /// Frames to write, one after the other.
+    struct Batch {
+        std::string bytes;
+        /// The batch ends with a response.
+        bool hasResponse = false;
+    };
+    /// Returns the next frames: up to a response, and no more than `kBatchBytes` if they are several. If
+    /// there is none, the writer is idle until `eWakeUp`.
+    [[nodiscard]] std::optional<Batch> take();
+    static constexpr std::size_t kBatchBytes = 64U * 1024U;
 
     /// Drops all frames, present and future.
     void close();

@@ -164,19 +164,18 @@ void ClientSession::handleQueued(ClientBacklog::Added added) {
 }
 
 void ClientSession::writeNext() {
-    std::optional<std::string> frame = m_backlog.take();
-    if (m_closing || !frame) {
+    std::optional<ClientBacklog::Batch> batch = m_backlog.take();
+    if (m_closing || !batch) {
         return;
     }
-    m_writing = std::move(*frame);
-    asio::async_write(m_socket, asio::buffer(m_writing),
+    m_writing = std::move(*batch);
+    asio::async_write(m_socket, asio::buffer(m_writing.bytes),
                       [self = shared_from_this()](const asio::error_code& error, std::size_t) {
                           if (error) {
                               self->close("");
                               return;
                           }
-                          const char kind = self->m_writing[RemoteFrame::kLengthBytes];
-                          if (kind == static_cast<char>(RemoteFrame::Kind::eResponse)) {
+                          if (self->m_writing.hasResponse) {
                               self->readLength();
                           }
                           self->writeNext();

@@ -82,7 +82,7 @@ private:
     Socket m_socket;
     std::array<char, RemoteFrame::kLengthBytes> m_length{};
     std::string m_body;
-    std::string m_writing;
+    ClientBacklog::Batch m_writing;
     bool m_closing = false;
 
     // Used by the strand only. The strand itself is the last member, so that it is closed first.

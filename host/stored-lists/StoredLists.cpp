@@ -45,6 +45,10 @@ SELECT list, count(*) FROM call_item WHERE line = ?1 GROUP BY list
 UNION ALL SELECT 4, count(*) FROM callback WHERE line = ?1
 )sql";
 
+// An entry that is dated in the future changes its place when its time has come.
+constexpr const char* kFuture =
+    "SELECT 1 FROM call_item WHERE line = ?1 AND list = ?2 AND sort_key > ?3 LIMIT 1";
+
 constexpr const char* kUnviewed = "SELECT count(*) FROM call_item WHERE line = ? AND list = 0 AND viewed = 0";
 
 std::int64_t bounded(std::size_t number) {
@@ -84,6 +88,23 @@ public:
         return contact ? fullName(contact->getFirstname(), contact->getSurname()) : std::string();
     }
 
+    /// The entry with that unique id or entry id; null if the list has none.
+    [[nodiscard]] Json entryOf(ListName list, const std::string& id) {
+        Json found;
+        withItemOf(list, [&]<typename Item>() {
+            if constexpr (std::is_same_v<Item, CallBackItem>) {
+                const auto all = CallBackRows(m_session, m_context.line).all();
+                const auto one = std::find_if(all.begin(), all.end(),
+                                              [&id](const auto& each) { return each.getEntryId() == id; });
+                found = one == all.end() ? Json() : itemJson(*one);
+            } else {
+                const auto row = m_rows.idOf(list, id);
+                found = row ? entry<Item>(*row).value_or(Json()) : Json();
+            }
+        });
+        return found;
+    }
+
 private:
     void markApproximateEnds(std::int64_t id, Json& occurrences) {
         Query rows = m_session.query(
@@ -102,6 +123,20 @@ private:
 
 }  // namespace
 
+std::optional<DatabaseState> StoredLists::state() const {
+    DatabaseState state;
+    const bool done = m_database.readAside("reading the state of the lists",
+                                           [&state](auto& session) { state = session.state(); });
+    return done ? std::optional(state) : std::nullopt;
+}
+
+std::optional<DatabaseState> StoredLists::stateFor(Database::Session& session, ListName list) const {
+    const DatabaseState state = session.state();
+    Query future = session.query(kFuture);
+    future.bind(m_line).bind(static_cast<std::int32_t>(list)).bind(CallRows::latestSortKey());
+    return future.next() ? std::nullopt : std::optional(state);
+}
+
 std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::string& search,
                                                    std::size_t offset, std::size_t limit) const {
     if (list == ListName::eCallbacks) {
@@ -111,6 +146,7 @@ std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::str
     Page page;
     const bool done = m_database.readAside("reading a list", [&](Database::Session& session) {
         page = {};
+        page.state = stateFor(session, list);
         Reader reader(session, m_line, m_digits);
         Query rows = session.query(kMatching);
         rows.bind(m_line).bind(static_cast<std::int32_t>(list)).bind(text.text()).bind(text.number());
@@ -141,6 +177,7 @@ std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& se
     Page page;
     const bool done = m_database.readAside("reading the callbacks", [&](Database::Session& session) {
         page = {};
+        page.state = session.state();
         for (const CallBackItem& item : CallBackRows(session, m_line).all()) {
             if (itemMatches(item, text)) {
                 const std::size_t at = page.total++;
@@ -154,21 +191,19 @@ std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& se
 }
 
 std::optional<StoredLists::Json> StoredLists::entry(ListName list, const std::string& id) const {
-    Json found;
+    auto found = entries({{list, id}});
+    return found ? std::optional(std::move(found->front())) : std::nullopt;
+}
+
+std::optional<std::vector<StoredLists::Json>> StoredLists::entries(
+    const std::vector<std::pair<ListName, std::string>>& ids) const {
+    std::vector<Json> found;
     const bool done = m_database.readAside("reading an entry", [&](Database::Session& session) {
+        found.clear();
         Reader reader(session, m_line, m_digits);
-        withItemOf(list, [&]<typename Item>() {
-            if constexpr (std::is_same_v<Item, CallBackItem>) {
-                const auto all = CallBackRows(session, m_line).all();
-                const auto one = std::find_if(all.begin(), all.end(),
-                                              [&id](const auto& each) { return each.getEntryId() == id; });
-                found = one == all.end() ? Json() : itemJson(*one);
-            } else {
-                const HistoryRows::Context context{m_line, m_digits};
-                const auto row = CallRows(session, context).idOf(list, id);
-                found = row ? reader.entry<Item>(*row).value_or(Json()) : Json();
-            }
-        });
+        for (const auto& [list, id] : ids) {
+            found.push_back(reader.entryOf(list, id));
+        }
     });
     return done ? std::optional(std::move(found)) : std::nullopt;
 }

@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/database/Database.h"
 #include "journal-items/ListTraits.h"
@@ -33,19 +35,28 @@ public:
         std::size_t unviewed = 0;
         /// Newest first.
         Json items = Json::array();
+        /// The page is the same as long as the state of the database is (`state`); std::nullopt if it also
+        /// depends on the time.
+        std::optional<DatabaseState> state{};
     };
+    /// The state of the database now.
+    [[nodiscard]] std::optional<DatabaseState> state() const;
     /// The entries in whose names or numbers `search` is (`SearchText`), from number `offset` on, at most
     /// `limit`.
     [[nodiscard]] std::optional<Page> page(ListName list, const std::string& search, std::size_t offset,
                                            std::size_t limit) const;
     /// The entry with that unique id, if `id` is a number, or with that entry id; null if the list has none.
     [[nodiscard]] std::optional<Json> entry(ListName list, const std::string& id) const;
+    /// The same for several, in their order, in one state of the database.
+    [[nodiscard]] std::optional<std::vector<Json>> entries(
+        const std::vector<std::pair<ListName, std::string>>& ids) const;
     /// The number of entries in each list.
     [[nodiscard]] std::optional<std::map<ListName, std::size_t>> counts() const;
     /// The number of unviewed missed entries.
     [[nodiscard]] std::optional<std::size_t> unviewed() const;
 
 private:
+    [[nodiscard]] std::optional<DatabaseState> stateFor(Database::Session& session, ListName list) const;
     [[nodiscard]] std::optional<Page> callBackPage(const std::string& search, std::size_t offset,
                                                    std::size_t limit) const;
 

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <utility>
 
 #include "host/presentation/ItemJson.h"
+#include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
@@ -14,6 +16,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::chrono::milliseconds kBetweenResyncs{200};
+
+// A write costs some 10 us of the processor for each stream. While changes come quickly, several events share
+// a write.
+constexpr std::chrono::microseconds kWakePauseOfStream{200};
+constexpr std::chrono::microseconds kMaxWakePause{20000};
 
 /// A prefix of event ids that differs between two runs of the server.
 std::string markOfThisRun() {
@@ -25,38 +32,30 @@ std::string markOfThisRun() {
 
 }  // namespace
 
-EventFeed::EventFeed(Post post, PostLater postLater, EventRing::Limits limits, Stored stored)
+EventFeed::EventFeed(Post post, PostLater postLater, RunAside runAside, EventRing::Limits limits,
+                     Stored stored)
     : m_post(std::move(post)),
       m_postLater(std::move(postLater)),
+      m_runAside(std::move(runAside)),
       m_stored(std::move(stored)),
       m_ring(markOfThisRun(), limits) {}
 
 std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
-    if (m_streamCount->fetch_add(1) >= kMaxStreams) {
-        --*m_streamCount;
+    if (m_streamsOpen->count.fetch_add(1) >= kMaxStreams) {
+        --m_streamsOpen->count;
         return nullptr;
     }
-    // Decrements the count when the stream is destroyed, on any thread.
-    std::shared_ptr<void> slot(nullptr, [count = m_streamCount](void* /*none*/) { --*count; });
+    // Destroyed with the stream, on any thread.
+    std::shared_ptr<void> slot(nullptr, [streams = m_streamsOpen](void* /*none*/) {
+        streams->lastEnd = Clock::now();
+        --streams->count;
+    });
     return std::make_shared<EventStream>(static_cast<EventStream::StreamRegistry&>(*this), lastEventId,
                                          std::move(slot));
 }
 
 void EventFeed::resync() {
-    m_post([this] {
-        m_resyncDue = true;
-        if (!m_resyncDelayActive) {
-            resyncIfDue();
-        }
-    });
-}
-
-void EventFeed::resyncIfDue() {
-    m_resyncDelayActive = std::exchange(m_resyncDue, false);
-    if (m_resyncDelayActive) {
-        append("resync", Json::object());
-        m_postLater(kBetweenResyncs, [this] { resyncIfDue(); });
-    }
+    enqueue([] { return Change{}; });
 }
 
 void EventFeed::keepAlive() {
@@ -73,10 +72,16 @@ void EventFeed::close() {
 }
 
 bool EventFeed::add(const std::shared_ptr<EventStream>& stream) {
-    if (!m_closed) {
-        m_streams.insert(stream);
+    if (m_closed) {
+        return false;
     }
-    return !m_closed;
+    // The stream is counted, so from here on each change is queued.
+    const std::lock_guard lock(m_mutex);
+    if (std::exchange(m_hasGap, false)) {
+        m_ring.forget();
+    }
+    m_streams.insert(stream);
+    return true;
 }
 
 void EventFeed::remove(const EventStream& stream) {
@@ -88,8 +93,9 @@ void EventFeed::remove(const EventStream& stream) {
 }
 
 void EventFeed::missedCallsCountUpdate(int count) {
-    const auto stored = m_stored.unviewed ? m_stored.unviewed() : std::nullopt;
-    announceCount("missedCallsCountUpdate", stored ? static_cast<int>(*stored) : count);
+    enqueue([count] {
+        return Change{.kind = Change::Kind::eMissedCount, .event = "missedCallsCountUpdate", .number = count};
+    });
 }
 
 void EventFeed::missedCallsUpdate(MissedCallItem item, std::string entryId, ActionType action) {
@@ -113,39 +119,180 @@ void EventFeed::callBacksUpdate(CallBackItem item, std::string entryId, ActionTy
 }
 
 void EventFeed::callBacksCountUpdate(int count) {
-    announceCount("callBacksCountUpdate", count);
-}
-
-template <typename Item>
-Json EventFeed::storedJson(const Item& item) const {
-    if (item.getEntryId().empty()) {
-        return nullptr;
-    }
-    if constexpr (!std::is_same_v<Item, CallBackItem>) {
-        Json stored = m_stored.entry && !item.getUniqueId().empty()
-                          ? m_stored.entry(ListTraits<Item>::kList, item.getUniqueId())
-                          : Json();
-        if (!stored.is_null()) {
-            return stored;
-        }
-    }
-    return itemJson(item);
+    enqueue([count] {
+        return Change{.kind = Change::Kind::eCallBackCount, .event = "callBacksCountUpdate", .number = count};
+    });
 }
 
 template <typename Item>
 void EventFeed::announce(const char* event, Item item, std::string entryId, ActionType action) {
-    m_post([this, event, entry = storedJson(item), entryId = std::move(entryId), action]() mutable {
-        append(event,
-               {{"action", static_cast<int>(action)}, {"entryId", entryId}, {"item", std::move(entry)}});
+    enqueue([&] {
+        Change change{.kind = Change::Kind::eItem,
+                      .event = event,
+                      .entryId = std::move(entryId),
+                      .number = static_cast<int>(action)};
+        if (item.getEntryId().empty()) {
+            return change;
+        }
+        if constexpr (!std::is_same_v<Item, CallBackItem>) {
+            if (!item.getUniqueId().empty()) {
+                change.key.emplace(ListTraits<Item>::kList, item.getUniqueId());
+            }
+        }
+        change.notified = [item = std::move(item)] { return itemJson(item); };
+        return change;
     });
 }
 
-void EventFeed::announceCount(const char* event, int count) {
-    m_post([this, event, count] { append(event, {{"count", count}}); });
+bool EventFeed::mayBeRead() const noexcept {
+    if (m_streamsOpen->count != 0) {
+        return true;
+    }
+    const Clock::time_point lastEnd = m_streamsOpen->lastEnd;
+    return lastEnd != Clock::time_point::min() && Clock::now() - lastEnd < kReturnTime;
 }
 
-void EventFeed::append(const char* event, const Json& data) {
-    m_ring.append(event, jsonText(data));
+void EventFeed::enqueue(const std::function<Change()>& change) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!mayBeRead()) {
+            m_hasGap = true;
+            return;
+        }
+        if (m_queue.size() < kMaxQueued) {
+            m_queue.push_back(change());
+        } else {
+            m_queue.clear();
+            m_queue.emplace_back();
+        }
+        if (std::exchange(m_publishing, true)) {
+            return;
+        }
+    }
+    guarded([this] { m_runAside([this] { publishQueued(); }); });
+}
+
+void EventFeed::guarded(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const std::exception& error) {
+        logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "events cannot be published: %s", error.what());
+        const std::lock_guard lock(m_mutex);
+        m_publishing = false;
+        m_hasLost = true;
+    }
+}
+
+void EventFeed::publishQueued() {
+    guarded([this] {
+        std::deque<Change> changes;
+        {
+            const std::lock_guard lock(m_mutex);
+            changes.swap(m_queue);
+            if (std::exchange(m_hasLost, false)) {
+                changes.emplace_back();
+            }
+        }
+        // The next batch waits until the loop has this one, so that a busy loop gets few and large ones.
+        m_post([this, events = eventsOf(changes)] {
+            append(events);
+            publishNext();
+        });
+    });
+}
+
+void EventFeed::publishNext() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_publishing = !m_queue.empty();
+        if (!m_publishing) {
+            return;
+        }
+    }
+    guarded([this] { m_runAside([this] { publishQueued(); }); });
+}
+
+std::vector<EventFeed::Event> EventFeed::eventsOf(const std::deque<Change>& changes) const {
+    using Kind = Change::Kind;
+    const bool counts = std::any_of(changes.begin(), changes.end(),
+                                    [](const Change& each) { return each.kind == Kind::eMissedCount; });
+    const auto unviewed = counts && m_stored.unviewed ? m_stored.unviewed() : std::nullopt;
+    std::vector<Json> entries = storedEntries(changes);
+    auto stored = entries.begin();
+    std::vector<Event> events;
+    events.reserve(changes.size());
+    for (const Change& change : changes) {
+        Json data;
+        if (change.kind == Kind::eItem) {
+            Json item = change.key && !entries.empty() ? std::move(*stored++) : Json();
+            if (item.is_null() && change.notified) {
+                item = change.notified();
+            }
+            data = {{"action", change.number}, {"entryId", change.entryId}, {"item", std::move(item)}};
+        } else if (change.kind != Kind::eResync) {
+            const bool isStored = change.kind == Kind::eMissedCount && unviewed;
+            data = {{"count", isStored ? static_cast<int>(*unviewed) : change.number}};
+        }
+        events.push_back({change.event, data.is_null() ? std::string() : jsonText(data)});
+    }
+    return events;
+}
+
+std::vector<Json> EventFeed::storedEntries(const std::deque<Change>& changes) const {
+    std::vector<EntryKey> keys;
+    for (const Change& change : changes) {
+        if (change.key) {
+            keys.push_back(*change.key);
+        }
+    }
+    return keys.empty() || !m_stored.entries ? std::vector<Json>() : m_stored.entries(keys);
+}
+
+void EventFeed::append(const std::vector<Event>& events) {
+    for (const Event& event : events) {
+        if (!event.text.empty()) {
+            m_ring.append(event.name, event.text);
+            continue;
+        }
+        m_resyncDue = true;
+        if (!m_resyncDelayActive) {
+            appendResyncIfDue();
+        }
+    }
+    wakeStreamsSoon();
+}
+
+void EventFeed::wakeStreamsSoon() {
+    if (std::exchange(m_wakeIsDue, true) || m_wakeDelayActive) {
+        return;
+    }
+    wakeStreams();
+    const auto pause = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::min(kMaxWakePause, kWakePauseOfStream * static_cast<int>(m_streams.size())));
+    if (pause.count() > 0) {
+        m_wakeDelayActive = true;
+        m_postLater(pause, [this] {
+            m_wakeDelayActive = false;
+            if (std::exchange(m_wakeIsDue, false)) {
+                wakeStreamsSoon();
+            }
+        });
+    }
+}
+
+void EventFeed::appendResyncIfDue() {
+    m_resyncDelayActive = std::exchange(m_resyncDue, false);
+    if (m_resyncDelayActive) {
+        m_ring.append("resync", "{}");
+        m_postLater(kBetweenResyncs, [this] {
+            appendResyncIfDue();
+            wakeStreams();
+        });
+    }
+}
+
+void EventFeed::wakeStreams() {
+    m_wakeIsDue = false;
     for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
         stream->wake();
     }

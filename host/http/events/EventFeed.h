@@ -3,12 +3,16 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/http/events/EventRing.h"
 #include "host/http/events/EventStream.h"
@@ -20,16 +24,22 @@ namespace host {
 /// Publishes the journal's changes to all event streams. The sequence of a change:
 ///
 ///  1. The journal calls the observer with the notifier's lock held, when the change is stored. The observer
-///     reads the entry and the count of unviewed ones as they are stored, which may be more than the journal
-///     has loaded, and posts them to the loop thread.
-///  2. The loop thread appends the item as JSON to the ring and wakes the streams.
-///  3. Each stream writes as fast as its client reads.
+///     adds it to a queue, if a stream is open or has ended within the last `kReturnTime`; otherwise it only
+///     notes that a change was not published.
+///  2. Another thread takes what is queued, reads the entries and the count of unviewed ones as they are
+///     stored, which may be more than the journal has loaded, and posts the events to the loop thread.
+///  3. The loop thread appends the events to the ring and wakes the streams.
+///  4. Each stream writes as fast as its client reads.
+///
+/// If step 2 is late by more than `kMaxQueued` changes, one resync takes their place. A stream that
+/// resumes after a change that was not published begins with a resync, too.
 ///
 /// The journal does not notify observers of some changes: clearing some of the lists, and reloading. A
 /// component that may have caused such a change calls `resync` afterwards; each stream gets a "resync" event,
 /// and its client reads all again.
 ///
-/// Lifetime: outlives the server's loop, and is unsubscribed from the journal before it is destroyed.
+/// Lifetime: outlives the server's loop and the work that it has passed to `RunAside`, and is unsubscribed
+/// from the journal before it is destroyed.
 class EventFeed final : public JournalServiceObserverIfc, private EventStream::StreamRegistry {
 public:
     /// Runs a function on the loop thread, asynchronously and in order. Thread-safe.
@@ -37,17 +47,26 @@ public:
     /// The same after a delay.
     using PostLater = std::function<void(std::chrono::milliseconds, std::function<void()>)>;
 
-    /// The entries as they are stored; any thread calls these functions. Each may be empty.
+    /// Runs a function on a thread that may wait for the database, asynchronously. Thread-safe.
+    using RunAside = std::function<void(std::function<void()>)>;
+
+    /// An entry by its list and unique id.
+    using EntryKey = std::pair<ListName, std::string>;
+
+    /// The entries as they are stored; `RunAside`'s thread calls these functions. Each may be empty.
     struct Stored {
-        /// The entry with that unique id as JSON; null if it is not stored.
-        std::function<nlohmann::ordered_json(ListName, const std::string& uniqueId)> entry{};
+        /// The entries as JSON, in the order of the keys; null for one that is not stored.
+        std::function<std::vector<nlohmann::ordered_json>(const std::vector<EntryKey>&)> entries{};
         /// The number of unviewed missed entries; std::nullopt if the database fails.
         std::function<std::optional<std::size_t>()> unviewed{};
     };
 
     static constexpr std::size_t kMaxStreams = 128;
+    static constexpr std::size_t kMaxQueued = 1024;
+    /// The time for which events are stored after the last stream has ended, for a client that reconnects.
+    static constexpr std::chrono::seconds kReturnTime{60};
 
-    EventFeed(Post post, PostLater postLater, EventRing::Limits limits, Stored stored);
+    EventFeed(Post post, PostLater postLater, RunAside runAside, EventRing::Limits limits, Stored stored);
     virtual ~EventFeed() = default;
     EventFeed(const EventFeed&) = delete;
     EventFeed& operator=(const EventFeed&) = delete;
@@ -56,9 +75,9 @@ public:
 
     /// A stream for one client; nullptr if there are already `kMaxStreams`.
     [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId);
-    [[nodiscard]] std::size_t streamCount() const noexcept { return *m_streamCount; }
-    /// Reports that the lists may have changed without a notification. Sends the event at once, or 200 ms
-    /// after the previous one.
+    [[nodiscard]] std::size_t streamCount() const noexcept { return m_streamsOpen->count; }
+    /// Reports that the lists may have changed without a notification. Sends the event after those of the
+    /// changes that were notified before, and no sooner than 200 ms after the previous one.
     void resync();
 
     // Call from the loop thread only.
@@ -79,33 +98,86 @@ public:
     void callBacksCountUpdate(int count) override;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    /// The open streams. Shared with the streams' slots, which may be destroyed after the feed.
+    struct OpenStreams {
+        std::atomic<std::size_t> count{0};
+        /// Set when a stream ends, before it is counted as ended.
+        std::atomic<Clock::time_point> lastEnd{Clock::time_point::min()};
+    };
+
+    /// A queued change.
+    struct Change {
+        enum class Kind { eItem, eMissedCount, eCallBackCount, eResync };
+        Kind kind = Kind::eResync;
+        const char* event = "resync";
+        /// Of an item: its key, if it is one of the journal's call entries, and a function that returns the
+        /// item as it was notified.
+        std::optional<EntryKey> key{};
+        std::function<nlohmann::ordered_json()> notified{};
+        std::string entryId{};
+        /// The action of an item, or a count.
+        int number = 0;
+    };
+
+    /// An event for the ring; without a text, a resync.
+    struct Event {
+        const char* name;
+        std::string text;
+    };
+
     // EventStream::StreamRegistry
     bool add(const std::shared_ptr<EventStream>& stream) override;
     void remove(const EventStream& stream) override;
     [[nodiscard]] const EventRing& ring() const override { return m_ring; }
 
-    /// The item as it is stored; null for an event without one.
-    template <typename Item>
-    [[nodiscard]] nlohmann::ordered_json storedJson(const Item& item) const;
+    // Any thread.
     template <typename Item>
     void announce(const char* event, Item item, std::string entryId, ActionType action);
-    void announceCount(const char* event, int count);
-    void append(const char* event, const nlohmann::ordered_json& data);
-    void resyncIfDue();
+    void enqueue(const std::function<Change()>& change);
+    [[nodiscard]] bool mayBeRead() const noexcept;
+    /// Runs one step of the publication. If it throws, as without free memory, what it had is replaced by a
+    /// resync, which is published with the next change.
+    void guarded(const std::function<void()>& step);
+
+    // `RunAside`'s thread only.
+    void publishQueued();
+    [[nodiscard]] std::vector<Event> eventsOf(const std::deque<Change>& changes) const;
+    [[nodiscard]] std::vector<nlohmann::ordered_json> storedEntries(const std::deque<Change>& changes) const;
+
+    // Loop thread only.
+    void publishNext();
+    void append(const std::vector<Event>& events);
+    /// Wakes the streams now, or after a pause that grows with their number.
+    void wakeStreamsSoon();
+    void wakeStreams();
+    void appendResyncIfDue();
 
     // Constant after construction.
     const Post m_post;
     const PostLater m_postLater;
+    const RunAside m_runAside;
     const Stored m_stored;
 
-    /// Shared with the streams' slots, which may be destroyed after the feed.
-    const std::shared_ptr<std::atomic<std::size_t>> m_streamCount =
-        std::make_shared<std::atomic<std::size_t>>(0);
+    const std::shared_ptr<OpenStreams> m_streamsOpen = std::make_shared<OpenStreams>();
+
+    std::mutex m_mutex;
+    // Guarded by m_mutex.
+    std::deque<Change> m_queue;
+    /// A batch of changes is between the queue and the ring.
+    bool m_publishing = false;
+    /// A batch was lost.
+    bool m_hasLost = false;
+    /// A change was not published, because no stream could have read it.
+    bool m_hasGap = false;
 
     // Loop thread only.
     EventRing m_ring;
     std::set<std::shared_ptr<EventStream>> m_streams;
     bool m_closed = false;
+    bool m_wakeIsDue = false;
+    bool m_wakeDelayActive = false;
     bool m_resyncDue = false;
     bool m_resyncDelayActive = false;
 };

@@ -14,6 +14,12 @@ void EventRing::append(const std::string& event, const std::string& data) {
     }
 }
 
+void EventRing::forget() {
+    m_first = end() + 1;
+    m_events.clear();
+    m_bytes = 0;
+}
+
 std::string EventRing::idAt(std::uint64_t position) const {
     return m_mark + "-" + std::to_string(position);
 }

@@ -28,6 +28,9 @@ public:
     /// Requires: `data` has no line breaks.
     void append(const std::string& event, const std::string& data);
 
+    /// Drops all events; the ids of earlier ones are no longer valid.
+    void forget();
+
     /// The position after the newest event.
     [[nodiscard]] std::uint64_t end() const noexcept { return m_first + m_events.size(); }
     [[nodiscard]] std::string idAt(std::uint64_t position) const;

@@ -72,12 +72,24 @@ void ListsResource::addRoutes(Router& router) {
 HttpResponse ListsResource::list(const HttpRequest& request) const {
     const ListName name = listOf(request);
     const PageOfItems page(request);
-    StoredLists::Page found =
-        storedOr503(m_stored.page(name, request.queryValue("search"), page.offset(), page.limit()));
-    return jsonResponse({{"list", std::string(wordOf(name))},
-                         {"total", found.total},
-                         {"unviewed", found.unviewed},
-                         {"items", std::move(found.items)}});
+    const std::string& search = request.queryValue("search");
+    const std::string key = std::string(wordOf(name)) + ' ' + std::to_string(page.offset()) + ' ' +
+                            std::to_string(page.limit()) + ' ' + search;
+    HttpResponse response;
+    if (m_pages.find(key, storedOr503(m_stored.state()), response.body)) {
+        response.contentType = "application/json";
+        return response;
+    }
+    StoredLists::Page found = storedOr503(m_stored.page(name, search, page.offset(), page.limit()));
+    const auto state = found.state;
+    response = jsonResponse({{"list", std::string(wordOf(name))},
+                             {"total", found.total},
+                             {"unviewed", found.unviewed},
+                             {"items", std::move(found.items)}});
+    if (state) {
+        m_pages.store(key, *state, response.body);
+    }
+    return response;
 }
 
 HttpResponse ListsResource::entry(const HttpRequest& request) const {

@@ -2,6 +2,7 @@
 
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
+#include "host/http/resources/PageCache.h"
 
 namespace host {
 
@@ -25,6 +26,7 @@ private:
     [[nodiscard]] HttpResponse markViewed(const HttpRequest& request, bool viewed) const;
 
     const StoredLists& m_stored;
+    mutable PageCache m_pages;
     StoredEntries& m_entries;
 };
 

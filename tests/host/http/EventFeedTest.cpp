@@ -49,10 +49,22 @@ protected:
         }
     }
 
+    void runAside() {
+        std::exchange(m_aside, [] {})();
+    }
+
     std::deque<Client> m_clients;
+    std::function<void()> m_aside = [] {};
+    bool m_isBehind = false;
     std::function<void()> m_later = [] {};
     host::EventFeed m_feed{[](const std::function<void()>& work) { work(); },
                            [this](auto, std::function<void()> work) { m_later = std::move(work); },
+                           [this](std::function<void()> work) {
+                               m_aside = std::move(work);
+                               if (!m_isBehind) {
+                                   runAside();
+                               }
+                           },
                            {4, 4096},
                            {}};
 };
@@ -90,6 +102,7 @@ TEST_F(EventFeedTest, ContinuesAfterTheLastEventThatAClientGot) {
 }
 
 TEST_F(EventFeedTest, SendsResyncAtOnceThenOncePerIntervalAndAfterTheLastChange) {
+    join();
     for (const int changes : {1, 5, 1, 0, 0, 1}) {
         for (int change = 0; change < changes; ++change) {
             m_feed.resync();
@@ -99,6 +112,32 @@ TEST_F(EventFeedTest, SendsResyncAtOnceThenOncePerIntervalAndAfterTheLastChange)
     const std::string id = join().lastId();
     EXPECT_EQ(id.substr(id.find('-')), "-5")
         << "one, two of the five, the single one after them, and the last";
+}
+
+TEST_F(EventFeedTest, ResumesWithAResyncAfterChangesThatNoStreamCouldRead) {
+    count({1});
+    const std::string first = join().lastId();
+    EXPECT_EQ(join(first).count("event: resync"), 0);
+    m_clients[0].takes(false);
+    m_clients[1].takes(false);
+    count({2});
+    EXPECT_EQ(join(first).count("event: resync"), 0) << "the client may return within a minute";
+}
+
+TEST_F(EventFeedTest, PublishesAResyncInPlaceOfTheChangesThatItCannotFollow) {
+    Client& client = join();
+    client.takes();
+    m_isBehind = true;
+    count({1, 2});
+    runAside();
+    client.takes();
+    EXPECT_EQ(client.count("event: missedCallsCountUpdate"), 2);
+    for (std::size_t number = 0; number <= host::EventFeed::kMaxQueued; ++number) {
+        count({3});
+    }
+    runAside();
+    EXPECT_EQ(std::pair(client.count("event: missedCallsCountUpdate"), client.count("event: resync")),
+              std::pair(2L, 1L));
 }
 
 TEST_F(EventFeedTest, EndsTheStreamOfADisconnectedClientAndEveryStreamWhenItCloses) {
