@@ -110,6 +110,7 @@ std::string SqliteDataAccess::readResponse(const DataRequest& request) {
     if (!m_database.storeKept()) {
         return Words::FAILED;
     }
+    m_database.makeDeferred();
     ListDocument document(request.schema);
     bool known = false;
     const bool done = m_database.read(textFor(request, "reading").c_str(), [&](Database::Session& session) {

@@ -36,7 +36,7 @@ bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds ti
 Database::Database(const std::filesystem::path& file) : Database(file, Options()) {}
 
 Database::Database(const std::filesystem::path& file, Options options)
-    : m_file(std::filesystem::absolute(file)), m_writer(m_file, options.busyTime) {}
+    : m_file(std::filesystem::absolute(file)), m_checkpoint(m_file), m_writer(m_file, options.busyTime) {}
 
 Database::~Database() = default;
 
@@ -48,7 +48,8 @@ void Database::setLogListener(std::function<void()> listener) {
 void Database::checkpoint() noexcept {
     constexpr int kNeverRestarted = 4000;  // pages
     static_cast<void>(guarded("moving the log of the database into its file", false, [this] {
-        if (m_writer.isInPlace() && checkpointLog(m_file) >= kNeverRestarted) {
+        const std::lock_guard checkpointLock(m_checkpointMutex);
+        if (m_writer.isInPlace() && m_checkpoint.run(m_writer.generation()) >= kNeverRestarted) {
             const std::lock_guard lock(m_mutex);
             m_writer.connection().checkpoint();
         }
@@ -56,7 +57,6 @@ void Database::checkpoint() noexcept {
 }
 
 bool Database::read(const char* what, const Work& work) noexcept {
-    makeDeferred();
     return guarded(what, false, [&] {
         const std::lock_guard lock(m_mutex);
         carryOut(m_writer.connection(), "BEGIN", work);

@@ -20,6 +20,7 @@
 #include "host/database/DatabaseWriter.h"
 #include "host/database/FailureLog.h"
 #include "host/database/KeptChanges.h"
+#include "host/database/LogCheckpoint.h"
 
 namespace host {
 
@@ -75,6 +76,8 @@ public:
     /// Moves the log into the file while other work goes on; that waits for the last pages only.
     void checkpoint() noexcept;
 
+    /// Makes the minor changes that wait for the next transaction. Call it before a `read` of call lists.
+    void makeDeferred() noexcept;
     /// Runs work that only reads, in one state of the database. `what` completes "... failed" in the log.
     bool read(const char* what, const Work& work) noexcept;
     /// The same on a connection of its own, so that a long read does not delay a write. Reads the state of
@@ -97,7 +100,7 @@ public:
     };
     /// Makes the change in one transaction; keeps it if the database refuses it, or if others are kept. Then
     /// it waits for the database no longer than some 100 ms. A minor change is made with the next
-    /// transaction, within a second or before the next read; it counts as stored.
+    /// transaction, within a second or before the next `readAside`; it counts as stored.
     [[nodiscard]] Outcome writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept;
     /// Tries to store what is kept, in order; returns true if no change is kept afterwards. Waits for other
     /// programs and threads no longer than some 100 ms for each change.
@@ -137,7 +140,6 @@ private:
     bool storeFirst();
     void giveUpFirst(const std::string& reason);
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
-    void makeDeferred() noexcept;
     void measured(const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
 
@@ -155,6 +157,10 @@ private:
     std::atomic<bool> m_logIsDue{false};
     /// Each attempt flushes the disk; while a reader uses the log, there is one a second.
     std::atomic<std::chrono::steady_clock::time_point> m_nextAttempt{};
+
+    std::mutex m_checkpointMutex;
+    // Guarded by m_checkpointMutex, which is taken before m_mutex.
+    LogCheckpoint m_checkpoint;
 
     std::mutex m_mutex;
     // Guarded by m_mutex.

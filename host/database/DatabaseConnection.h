@@ -33,7 +33,7 @@ public:
     /// Moves the log into the file and empties it. Returns false, at once, if another connection reads it.
     [[nodiscard]] bool truncateLog();
     /// Calls `listener` after each commit that finds the log long, so that it is moved into the file
-    /// elsewhere (`checkpointLog`). Without a listener, or if the log becomes very long, the commit does so
+    /// elsewhere (`LogCheckpoint`). Without a listener, or if the log becomes very long, the commit does so
     /// itself.
     void setLogListener(std::function<void()> listener) { m_logListener = std::move(listener); }
     /// Moves the log into the file, without waiting for other connections.
