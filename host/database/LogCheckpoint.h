@@ -9,8 +9,8 @@ class Database;
 
 namespace host {
 
-/// Moves what the write-ahead log of a database has into its file, over a connection of its own, while another
-/// one writes. One thread at a time uses it.
+/// Moves what the write-ahead log of a database has into its file, over a connection of its own, while
+/// another one writes. One thread at a time uses it.
 class LogCheckpoint {
 public:
     explicit LogCheckpoint(std::filesystem::path file);
@@ -18,9 +18,9 @@ public:
     LogCheckpoint(const LogCheckpoint&) = delete;
     LogCheckpoint& operator=(const LogCheckpoint&) = delete;
 
-    /// Afterwards the log is used from its begin again, unless it has grown meanwhile. Does not wait for other
-    /// connections. `generation` is the one of the open file: another one opens the file again. Returns the
-    /// number of pages that the log has. Throws `SQLite::Exception`.
+    /// Afterwards the log is used from its begin again, unless it has grown meanwhile. Does not wait for
+    /// other connections. `generation` is the one of the open file: another one opens the file again.
+    /// Returns the number of pages that the log has. Throws `SQLite::Exception`.
     [[nodiscard]] int run(unsigned generation);
 
 private:
