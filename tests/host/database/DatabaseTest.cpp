@@ -150,6 +150,20 @@ TEST_F(DatabaseWork, ThatFoundDamageIsUnhealthyUntilItSucceedsItself) {
     EXPECT_TRUE(m_database->write("filing", [](Session&) {}) && m_database->probe());
 }
 
+TEST(FailureLog, WritesTheSameFailureOnceAMinuteWithItsCount) {
+    CapturedLog::reset();
+    host::FailureLog failures;
+    const host::FailureLog::Clock::time_point begin{};
+    for (const int second : {0, 10, 20, 59, 60, 61}) {
+        failures.write("filing", "damaged", begin + std::chrono::seconds(second));
+        failures.write("reading", second == 0 ? "locked" : "damaged", begin + std::chrono::seconds(second));
+    }
+    EXPECT_THAT(CapturedLog::lines("Database"),
+                ElementsAre(HasSubstr("filing failed: damaged"), HasSubstr("reading failed: locked"),
+                            HasSubstr("reading failed: damaged"),
+                            HasSubstr("filing failed: damaged (3 times more since the last line)")));
+}
+
 // Rows: what becomes of the file under the open database, and the files that are there afterwards.
 TEST_F(DatabaseWork, GoesOnInANewFileWhenItsOwnIsDeletedRenamedOrReplaced) {
     const auto file = m_database.file();
