@@ -16,11 +16,16 @@ constexpr std::chrono::milliseconds kBetweenAtEnd{100};
 void DatabaseMaintenance::start() {
     m_strand.post([this] { maintain(); });
     m_database.setLogListener([this, post = m_strand.weakPoster()] {
-        if (!m_checkpointIsDue.exchange(true)) {
+        if (m_checkpointIsDue.exchange(true)) {
+            return;
+        }
+        try {
             post([this] {
                 m_checkpointIsDue = false;
                 m_database.checkpoint();
             });
+        } catch (const std::bad_alloc&) {
+            m_checkpointIsDue = false;  // the next commit calls again
         }
     });
 }

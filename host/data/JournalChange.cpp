@@ -146,6 +146,9 @@ void JournalChange::done(bool stored) {
             m_line->written = written();
         }
     }
+    if (!stored) {
+        m_line->count.reset();
+    }
     m_filing.setFiled(stored);
 }
 

@@ -36,7 +36,9 @@ bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds ti
 Database::Database(const std::filesystem::path& file) : Database(file, Options()) {}
 
 Database::Database(const std::filesystem::path& file, Options options)
-    : m_file(std::filesystem::absolute(file)), m_checkpoint(m_file), m_writer(m_file, options.busyTime) {}
+    : m_file(std::filesystem::absolute(file)),
+      m_writer(m_file, options.busyTime),
+      m_checkpoint(m_file, m_writer.place()) {}
 
 Database::~Database() = default;
 
@@ -106,9 +108,11 @@ void Database::measured(const std::function<void()>& write) {
 
 void Database::makeDeferred() noexcept {
     if (m_writer.hasDeferred()) {
-        const std::lock_guard lock(m_mutex);
-        // If it fails, the next transaction repeats it.
-        static_cast<void>(m_writer.transactSoon([](Session&) {}, false));
+        std::unique_lock lock(m_mutex, std::defer_lock);
+        if (lockWithin(lock, kShortWait)) {
+            // If it fails, the next transaction repeats it.
+            static_cast<void>(m_writer.transactSoon([](Session&) {}, false));
+        }
     }
 }
 

@@ -76,7 +76,8 @@ public:
     /// Moves the log into the file while other work goes on; that waits for the last pages only.
     void checkpoint() noexcept;
 
-    /// Makes the minor changes that wait for the next transaction. Call it before a `read` of call lists.
+    /// Makes the minor changes that wait for the next transaction, unless other work takes long. Call it
+    /// before a `read` of call lists.
     void makeDeferred() noexcept;
     /// Runs work that only reads, in one state of the database. `what` completes "... failed" in the log.
     bool read(const char* what, const Work& work) noexcept;
@@ -158,10 +159,6 @@ private:
     /// Each attempt flushes the disk; while a reader uses the log, there is one a second.
     std::atomic<std::chrono::steady_clock::time_point> m_nextAttempt{};
 
-    std::mutex m_checkpointMutex;
-    // Guarded by m_checkpointMutex, which is taken before m_mutex.
-    LogCheckpoint m_checkpoint;
-
     std::mutex m_mutex;
     // Guarded by m_mutex.
     DatabaseWriter m_writer;
@@ -169,6 +166,10 @@ private:
     bool m_isUnflushed = false;
     /// The last error for which the first kept change was not stored.
     std::string m_keptFor;
+
+    std::mutex m_checkpointMutex;
+    // Guarded by m_checkpointMutex, which is taken before m_mutex.
+    LogCheckpoint m_checkpoint;
 };
 
 }  // namespace host

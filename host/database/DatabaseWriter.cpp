@@ -124,10 +124,12 @@ std::optional<DatabaseFailure> DatabaseWriter::transactSoon(const DatabaseWork& 
 
 bool DatabaseWriter::isMinor(const DatabaseChange& change) noexcept {
     bool minor = false;
+    m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
     const auto failure = DatabaseFailure::of([&] {
         DatabaseSession session(*m_connection);
         minor = change.isMinor && change.isMinor(session);
     });
+    m_connection->setBusyTime(m_busyTime);
     return !failure && minor;
 }
 

@@ -31,6 +31,8 @@ public:
     DatabaseWriter& operator=(const DatabaseWriter&) = delete;
 
     [[nodiscard]] DatabaseConnection& connection() noexcept { return *m_connection; }
+    /// The place of the open files. Thread-safe.
+    [[nodiscard]] const DatabaseFile& place() const noexcept { return m_place; }
     /// Thread-safe, as all that these connections do.
     [[nodiscard]] ReadConnections& readers() noexcept { return m_readers; }
     [[nodiscard]] unsigned generation() const noexcept { return m_readers.generation(); }

@@ -24,7 +24,8 @@ struct DatabaseChange {
     /// True if the change can wait for the next transaction, because losing it loses no information. `keep`
     /// is called then. Runs outside of a transaction; may be empty.
     std::function<bool(DatabaseSession&)> isMinor{};
-    /// Called once, on the thread that makes the change, before it is kept.
+    /// Called once, on the thread that makes the change, before it is kept. The lock of the kept changes may
+    /// be held.
     std::function<void()> keep{};
     /// Called once, with true after the transaction and with false when the change is lost. No other
     /// transaction runs meanwhile.

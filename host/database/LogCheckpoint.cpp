@@ -4,18 +4,37 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
+
+#include "host/database/DatabaseFile.h"
 
 namespace host {
 
-LogCheckpoint::LogCheckpoint(std::filesystem::path file) : m_file(std::move(file)) {}
+LogCheckpoint::LogCheckpoint(std::filesystem::path file, const DatabaseFile& place)
+    : m_file(std::move(file)), m_place(place) {}
 
 LogCheckpoint::~LogCheckpoint() = default;
 
+void LogCheckpoint::open(unsigned generation) {
+    const auto requirePlace = [this] {
+        if (!m_place.isInPlace()) {
+            throw std::runtime_error(m_file.string() + " is not the file that is in use");
+        }
+    };
+    m_connection.reset();
+    requirePlace();
+    auto connection = std::make_unique<SQLite::Database>(m_file.string(), SQLite::OPEN_READWRITE);
+    // Opens the log too.
+    static_cast<void>(connection->execAndGet("SELECT count(*) FROM sqlite_schema"));
+    requirePlace();
+    m_connection = std::move(connection);
+    m_generation = generation;
+}
+
 int LogCheckpoint::run(unsigned generation) {
     if (!m_connection || generation != m_generation) {
-        m_connection = std::make_unique<SQLite::Database>(m_file.string(), SQLite::OPEN_READWRITE);
-        m_generation = generation;
+        open(generation);
     }
     int pages = 0;
     const int result = sqlite3_wal_checkpoint_v2(m_connection->getHandle(), nullptr,

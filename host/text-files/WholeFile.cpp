@@ -53,10 +53,14 @@ public:
     void awaitMore(Clock::time_point end) {
         const auto time = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         pollfd wait{m_descriptor, POLLIN, 0};
-        if (time.count() <= 0 || ::poll(&wait, 1, static_cast<int>(time.count())) == 0) {
+        const int ready = time.count() <= 0 ? 0 : ::poll(&wait, 1, static_cast<int>(time.count()));
+        if (ready == 0) {
             throw std::runtime_error("it is a pipe that does not deliver all in five seconds");
         }
-        m_isAtEnd = (wait.revents & POLLIN) == 0;
+        if (ready < 0 && errno != EINTR) {
+            fail(errno);
+        }
+        m_isAtEnd = ready > 0 && (wait.revents & POLLIN) == 0;
     }
 
 private:

@@ -195,7 +195,7 @@ void EventFeed::publishQueued() {
         }
         // The next batch waits until the loop has this one, so that a busy loop gets few and large ones.
         m_post([this, events = eventsOf(changes)] {
-            append(events);
+            guarded([&] { append(events); });
             publishNext();
         });
     });
@@ -270,13 +270,13 @@ void EventFeed::wakeStreamsSoon() {
     const auto pause = std::chrono::duration_cast<std::chrono::milliseconds>(
         std::min(kMaxWakePause, kWakePauseOfStream * static_cast<int>(m_streams.size())));
     if (pause.count() > 0) {
-        m_wakeDelayActive = true;
         m_postLater(pause, [this] {
             m_wakeDelayActive = false;
             if (std::exchange(m_wakeIsDue, false)) {
                 wakeStreamsSoon();
             }
         });
+        m_wakeDelayActive = true;
     }
 }
 
