@@ -48,7 +48,7 @@ void Database::setLogListener(std::function<void()> listener) {
 }
 
 void Database::checkpoint() noexcept {
-    constexpr int kNeverRestarted = 4000;  // pages
+    constexpr int kNeverRestarted = 2000;  // pages
     static_cast<void>(guarded("moving the log of the database into its file", false, [this] {
         const std::lock_guard checkpointLock(m_checkpointMutex);
         if (m_writer.isInPlace() && m_checkpoint.run(m_writer.generation()) >= kNeverRestarted) {

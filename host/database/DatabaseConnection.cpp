@@ -22,7 +22,7 @@ namespace {
 
 /// In pages of 4 KiB.
 constexpr int kLongLog = 1000;
-constexpr int kVeryLongLog = 16'000;
+constexpr int kVeryLongLog = 3000;
 
 std::string_view textOf(sqlite3_value* value) {
     const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
