@@ -14,7 +14,10 @@ constexpr std::chrono::milliseconds kBetweenAtEnd{100};
 }  // namespace
 
 void DatabaseMaintenance::start() {
-    m_strand.post([this] { maintain(); });
+    m_strand.post([this] {
+        m_database.checkpoint();  // what a kill has left in the log; its connection stays open
+        maintain();
+    });
     m_database.setLogListener([this, post = m_strand.weakPoster()] {
         if (m_checkpointIsDue.exchange(true)) {
             return;
