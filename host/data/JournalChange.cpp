@@ -83,10 +83,6 @@ void JournalChange::carryOut(Database::Session& session) {
 bool JournalChange::isEviction(Database::Session& session) {
     const auto list = listOfTable(m_request.schema);
     m_isEviction = list && isEvictionFrom(*list, session);
-    if (m_isEviction) {
-        --m_line->count->entries;  // it may be carried out later
-        m_isCounted = true;
-    }
     return m_isEviction;
 }
 
@@ -102,7 +98,8 @@ std::int64_t JournalChange::countOf(ListName list, Database::Session& session) c
         const HistoryRows::Context context = this->context();
         m_line->count = {.list = list, .entries = CallRows(session, context).count(list), .changes = changes};
     }
-    return m_line->count->entries;
+    const auto waiting = m_line->waiting.find(list);
+    return m_line->count->entries - (waiting == m_line->waiting.end() ? 0 : waiting->second);
 }
 
 /// Keeps the count if the change has added one entry to that list, or removed one.
@@ -111,7 +108,7 @@ void JournalChange::noteCount() const {
     auto& count = m_line->count;
     const bool isOne = m_request.items.size() + m_request.keys.size() == 1 && after == before + 1;
     if (count && count->changes == before && listOfTable(m_request.schema) == count->list && isOne) {
-        count->entries += m_isCounted ? 0 : m_request.items.empty() ? -1 : 1;
+        count->entries += m_request.items.empty() ? -1 : 1;
         count->changes = after;
     }
 }
@@ -136,6 +133,10 @@ void JournalChange::keep(Database& database) {
         m_lastUniqueId = m_request.keys.back().uniqueId;
     }
     m_filing.keep();
+    if (m_isEviction) {
+        m_waitingIn = listOfTable(m_request.schema);
+        ++m_line->waiting[*m_waitingIn];
+    }
 }
 
 void JournalChange::done(bool stored) {
@@ -146,8 +147,8 @@ void JournalChange::done(bool stored) {
             m_line->written = written();
         }
     }
-    if (!stored) {
-        m_line->count.reset();
+    if (m_waitingIn) {
+        --m_line->waiting[*m_waitingIn];
     }
     m_filing.setFiled(stored);
 }

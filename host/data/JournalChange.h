@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -49,6 +50,8 @@ public:
             std::uint64_t changes = 0;
         };
         std::optional<Count> count{};
+        /// The number of entries of each list whose eviction waits for the next transaction.
+        std::map<ListName, std::int64_t> waiting{};
     };
 
     JournalChange(journalxml::DataRequest request, std::shared_ptr<Line> line,
@@ -71,6 +74,7 @@ private:
     /// True if the list is too long and the deletion follows, on the same thread, the writing of an entry of
     /// it. The order of the rows does not matter: the journal may have another one within a second.
     [[nodiscard]] bool isEvictionFrom(ListName list, Database::Session& session) const;
+    /// The number of entries without those whose eviction waits.
     [[nodiscard]] std::int64_t countOf(ListName list, Database::Session& session) const;
     void noteCount() const;
     [[nodiscard]] std::optional<std::pair<ListName, std::thread::id>> written() const;
@@ -98,8 +102,8 @@ private:
     Rewritten m_rewritten;
     /// Once true it stays so, when the change is repeated too.
     bool m_isEviction = false;
-    /// `Line::count` is without the entry that is deleted.
-    bool m_isCounted = false;
+    /// The list of an eviction that waits for the next transaction.
+    std::optional<ListName> m_waitingIn{};
     /// `itemChanges` before and after the change.
     std::pair<std::uint64_t, std::uint64_t> m_itemChanges{};
     std::string m_lastUniqueId;

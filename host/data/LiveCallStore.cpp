@@ -164,10 +164,12 @@ void LiveCallStore::run() {
 LiveCallStore::Batch LiveCallStore::takeBatch() {
     const std::lock_guard lock(m_mutex);
     Batch batch;
-    for (const PhoneCallKey& key : std::exchange(m_changed, {})) {
+    for (const PhoneCallKey& key : m_changed) {
         batch.written.push_back(m_calls.at(key));
     }
-    batch.removed = std::exchange(m_removed, {});
+    // Last, so that a failure above loses no change.
+    batch.removed.swap(m_removed);
+    m_changed.clear();
     return batch;
 }
 

@@ -14,9 +14,8 @@
 namespace host {
 namespace {
 
-/// The time that a change waits for other threads while changes are kept, and the time between attempts to
-/// store them.
-constexpr std::chrono::milliseconds kShortWait{50};
+constexpr std::chrono::milliseconds kShortWait = DatabaseWriter::kShortWait;
+/// The time between attempts to store what is kept.
 constexpr std::chrono::milliseconds kBetweenStores{250};
 
 /// A mutex with a time limit makes ThreadSanitizer report false alarms.

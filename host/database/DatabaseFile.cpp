@@ -45,6 +45,12 @@ DatabaseFile::Identities DatabaseFile::find() const noexcept {
     return found;
 }
 
+void DatabaseFile::requireInPlace() const {
+    if (!isInPlace()) {
+        throw std::runtime_error(m_file.string() + " is not the file that is in use");
+    }
+}
+
 bool DatabaseFile::isInPlace() const noexcept {
     const Identities found = find();
     const std::lock_guard lock(m_mutex);

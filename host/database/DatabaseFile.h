@@ -17,7 +17,7 @@ class DatabaseConnection;
 /// their names. A running process keeps a file that is deleted or renamed, so that all it writes there is
 /// gone when it ends.
 ///
-/// Any thread may call `isInPlace`; the rest requires the database's lock.
+/// Any thread may call `isInPlace` and `requireInPlace`; the rest requires the database's lock.
 class DatabaseFile {
 public:
     /// The file exists and is open, and so are its companions.
@@ -25,6 +25,9 @@ public:
 
     /// True if the open files still have their names.
     [[nodiscard]] bool isInPlace() const noexcept;
+    /// Throws `std::runtime_error` if they do not. Call it before and after a connection is
+    /// opened by name.
+    void requireInPlace() const;
     /// Writes all that `connection` has open to a new file of that name, and returns a connection to it.
     /// The open files lose their names; any other file of these names is moved aside, as FILE.replaced,
     /// FILE-wal.replaced and FILE-shm.replaced, or FILE.replaced.2 and so on. Throws if that fails; what is

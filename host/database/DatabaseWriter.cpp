@@ -13,9 +13,6 @@
 namespace host {
 namespace {
 
-/// The time that a transaction waits for other programs if it must not wait long.
-constexpr std::chrono::milliseconds kShortWait{50};
-
 /// The SQLite error as a sentence for the user who starts the program.
 std::string explanationOf(const std::filesystem::path& file, const SQLite::Exception& error) {
     switch (error.getErrorCode()) {

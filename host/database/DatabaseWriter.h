@@ -23,6 +23,9 @@ class DatabaseConnection;
 /// Requires, but for what is marked as thread-safe: the database's lock is held.
 class DatabaseWriter {
 public:
+    /// The time that work waits for other programs or threads if it must not wait long.
+    static constexpr std::chrono::milliseconds kShortWait{50};
+
     /// Opens the file, creates it (mode 0600) if it is missing, and migrates its tables. Throws
     /// `DatabaseError`.
     DatabaseWriter(std::filesystem::path file, std::chrono::milliseconds busyTime);
@@ -49,7 +52,7 @@ public:
     /// Runs the work and the deferred changes in one transaction. Throws what SQLite or the work throws,
     /// after all was rolled back.
     void transact(const DatabaseWork& work, bool flushes);
-    /// The same, but waits for other programs for some 50 ms only, and returns the failure.
+    /// The same, but waits for other programs for `kShortWait` only, and returns the failure.
     [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const DatabaseWork& work,
                                                               bool flushes) noexcept;
     /// True once after a transaction that wants the log to be emptied. Thread-safe.

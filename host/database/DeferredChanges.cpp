@@ -10,6 +10,7 @@
 namespace host {
 
 void DeferredChanges::add(const std::shared_ptr<DatabaseChange>& change) {
+    m_changes.reserve(m_changes.size() + 1);
     if (change->keep) {
         change->keep();
     }

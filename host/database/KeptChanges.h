@@ -27,8 +27,8 @@ struct DatabaseChange {
     /// Called once, on the thread that makes the change, before it is kept. The lock of the kept changes may
     /// be held.
     std::function<void()> keep{};
-    /// Called once, with true after the transaction and with false when the change is lost. No other
-    /// transaction runs meanwhile.
+    /// Called once: with true after the transaction, while no other one runs, and with false when the change
+    /// is lost.
     std::function<void(bool stored)> done{};
     /// The memory that the change needs.
     std::size_t bytes = 0;

@@ -4,7 +4,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 #include "host/database/DatabaseFile.h"
@@ -17,17 +16,12 @@ LogCheckpoint::LogCheckpoint(std::filesystem::path file, const DatabaseFile& pla
 LogCheckpoint::~LogCheckpoint() = default;
 
 void LogCheckpoint::open(unsigned generation) {
-    const auto requirePlace = [this] {
-        if (!m_place.isInPlace()) {
-            throw std::runtime_error(m_file.string() + " is not the file that is in use");
-        }
-    };
     m_connection.reset();
-    requirePlace();
+    m_place.requireInPlace();
     auto connection = std::make_unique<SQLite::Database>(m_file.string(), SQLite::OPEN_READWRITE);
     // Opens the log too.
     static_cast<void>(connection->execAndGet("SELECT count(*) FROM sqlite_schema"));
-    requirePlace();
+    m_place.requireInPlace();
     m_connection = std::move(connection);
     m_generation = generation;
 }

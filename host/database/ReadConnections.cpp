@@ -1,6 +1,5 @@
 #include "host/database/ReadConnections.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "host/database/DatabaseConnection.h"
@@ -39,16 +38,10 @@ std::unique_ptr<DatabaseConnection> ReadConnections::take() {
             return reader;
         }
     }
-    requirePlace();
+    m_place.requireInPlace();
     auto reader = std::make_unique<DatabaseConnection>(m_file, m_busyTime, DatabaseConnection::ReadOnly());
-    requirePlace();
+    m_place.requireInPlace();
     return reader;
-}
-
-void ReadConnections::requirePlace() const {
-    if (!m_place.isInPlace()) {
-        throw std::runtime_error(m_file.string() + " is not the file that is in use");
-    }
 }
 
 }  // namespace host

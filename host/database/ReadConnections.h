@@ -36,7 +36,6 @@ public:
 
 private:
     [[nodiscard]] std::unique_ptr<DatabaseConnection> take();
-    void requirePlace() const;
 
     // Constant after construction.
     const std::filesystem::path m_file;

@@ -24,7 +24,7 @@
 #include "host/http/ConnectionLimiter.h"
 #include "host/http/ConnectionTable.h"
 #include "host/http/DescriptorWatch.h"
-#include "host/http/LibraryMessages.h"
+#include "host/http/RestinioMessages.h"
 #include "platform/logging/Logging.h"
 
 namespace host {

@@ -34,7 +34,7 @@ struct HttpServerSettings {
     std::chrono::milliseconds heartbeat{15000};
 };
 
-/// HTTP over TCP. Only its source, `ConnectionLimiter` and `LibraryMessages` use the HTTP library.
+/// HTTP over TCP. Only its source, `ConnectionLimiter` and `RestinioMessages` use the HTTP library.
 ///
 /// Threads: one loop thread does all input and output and never blocks. Handlers run on a few worker threads,
 /// so a handler may wait for the database or the switch.

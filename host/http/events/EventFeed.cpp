@@ -281,13 +281,14 @@ void EventFeed::wakeStreamsSoon() {
 }
 
 void EventFeed::appendResyncIfDue() {
-    m_resyncDelayActive = std::exchange(m_resyncDue, false);
-    if (m_resyncDelayActive) {
+    m_resyncDelayActive = false;
+    if (std::exchange(m_resyncDue, false)) {
         m_ring.append("resync", "{}");
         m_postLater(kBetweenResyncs, [this] {
             appendResyncIfDue();
             wakeStreams();
         });
+        m_resyncDelayActive = true;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "host/http/LibraryMessages.h"
+#include "host/http/RestinioMessages.h"
 
 #include <cstdint>
 #include <exception>
