@@ -3,23 +3,22 @@
 #include <system_error>
 #include <utility>
 
+#include "host/csta-wire/CallControlWire.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta-wire/XmlText.h"
 
 namespace host {
 
 namespace {
 
 SwitchResponse readResponse(const WireDocument& document) {
-    if (document.kind() != MessageKind::eError) {
+    std::optional<CstaRefusal> refusal = readCstaRefusal(document);
+    if (!refusal) {
         return {.kind = SwitchResponse::Kind::eResponse, .document = &document, .category = {}, .value = {}};
     }
-    const pugi::xml_node reason =
-        document.root().find_child([](pugi::xml_node node) { return node.type() == pugi::node_element; });
     return {.kind = SwitchResponse::Kind::eRefused,
             .document = &document,
-            .category = std::string(localName(reason)),
-            .value = std::string(trimmed(reason.text().get()))};
+            .category = std::move(refusal->category),
+            .value = std::move(refusal->value)};
 }
 
 }  // namespace
