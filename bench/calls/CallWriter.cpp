@@ -1,26 +1,26 @@
 #include "bench/calls/CallWriter.h"
 
+#include "host/csta-server/EventWriter.h"
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta-wire/NameSpaces.h"
-#include "host/switch/calls/SimulatedCall.h"
-#include "host/switch/server/EventWriter.h"
+#include "host/switch/calls/SwitchCall.h"
 
 namespace bench {
 
 namespace {
 
-using Side = host::SimulatedCall::Side;
+using Side = host::SwitchCall::Side;
 
-host::SimulatedEvents eventsOf(const CallPlan& plan, std::size_t number) {
+host::SwitchEvents eventsOf(const CallPlan& plan, std::size_t number) {
     const std::size_t party = plan.partyOf(number);
-    const host::SimulatedParty own{kDevice, ""};
-    const host::SimulatedParty other{CallPlan::numberOf(party), CallPlan::nameOf(party)};
+    const host::SwitchParty own{kDevice, ""};
+    const host::SwitchParty other{CallPlan::numberOf(party), CallPlan::nameOf(party)};
     const bool dialled = plan.kind == CallKind::eDialled;
-    host::SimulatedCall call(plan.callId(number), dialled ? own : other, dialled ? other : own, {}, "");
+    host::SwitchCall call(plan.callId(number), dialled ? own : other, dialled ? other : own, {}, "");
     if (plan.kind == CallKind::eForwarded) {
         return call.divert({"2099", "Desk"}, "callForwardImmediate");
     }
-    host::SimulatedEvents events = call.originate(dialled ? "makeCall" : "");
+    host::SwitchEvents events = call.originate(dialled ? "makeCall" : "");
     events.push_back(call.ring());
     if (plan.kind != CallKind::eMissed) {
         events.push_back(call.answerCall());
@@ -39,9 +39,9 @@ std::vector<std::string> messagesOf(const CallPlan& plan, std::size_t call,
                                     const host::SwitchMonitor& monitor) {
     static const std::string nameSpace = host::cstaNameSpace("ed4");
     std::vector<std::string> messages;
-    for (const host::SimulatedEvent& event : eventsOf(plan, call)) {
+    for (const host::SwitchEvent& event : eventsOf(plan, call)) {
         const host::EventSchema& schema = host::eventSchema(event.type);
-        for (const host::SimulatedEvent::Listener& listener : event.listeners) {
+        for (const host::SwitchEvent::Listener& listener : event.listeners) {
             if (listener.device == kDevice &&
                 !monitor.filter.suppresses(schema.filterGroup, schema.filterMember)) {
                 messages.push_back(host::writeEvent(nameSpace, event, monitor.id, listener.localConnection));

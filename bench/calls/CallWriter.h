@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "bench/calls/CallPlan.h"
-#include "host/switch/server/SwitchMonitors.h"
+#include "host/csta-server/SwitchMonitors.h"
 
 namespace bench {
 

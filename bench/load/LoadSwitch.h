@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "bench/calls/CallPlan.h"
+#include "host/csta-server/RequestResponder.h"
+#include "host/csta-server/SwitchMonitors.h"
 #include "host/csta-wire/FrameReader.h"
 #include "host/framework/FileDescriptor.h"
 #include "host/switch/call-log/CallLogStore.h"
-#include "host/switch/server/RequestResponder.h"
-#include "host/switch/server/SwitchMonitors.h"
 
 namespace bench {
 

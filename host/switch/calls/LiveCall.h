@@ -3,22 +3,22 @@
 #include <string>
 #include <vector>
 
-#include "host/switch/scenario/ScenarioStep.h"
+#include "host/csta-wire/SwitchParty.h"
 
 namespace host {
 
 /// A live call at the switch, as the snapshot services report it. A plain value.
 struct LiveCall {
     struct Connection {
-        SimulatedParty party;
+        SwitchParty party;
         /// The ECMA-323 value.
         std::string state;
     };
 
     std::string callId;
     /// Both are unknown parties for a conference.
-    SimulatedParty calling;
-    SimulatedParty called;
+    SwitchParty calling;
+    SwitchParty called;
     std::vector<Connection> connections;
 };
 

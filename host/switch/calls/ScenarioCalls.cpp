@@ -11,16 +11,16 @@ namespace host {
 namespace {
 
 using Action = ScenarioStep::Action;
-using Side = SimulatedCall::Side;
+using Side = SwitchCall::Side;
 
 constexpr const char* kNormal = "normalClearing";
 
 /// Lets the called phone ring if it does not ring yet.
-SimulatedEvents ringIfNeeded(SimulatedCall& call) {
-    return call.isRinging() ? SimulatedEvents() : SimulatedEvents{call.ring()};
+SwitchEvents ringIfNeeded(SwitchCall& call) {
+    return call.isRinging() ? SwitchEvents() : SwitchEvents{call.ring()};
 }
 
-void append(SimulatedEvents& all, SimulatedEvents more) {
+void append(SwitchEvents& all, SwitchEvents more) {
     all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
@@ -30,7 +30,7 @@ ScenarioCalls::ScenarioCalls(std::string phone, std::vector<std::string> lines,
                              std::function<std::string()> newCallId)
     : m_phone(std::move(phone)), m_lines(std::move(lines)), m_newCallId(std::move(newCallId)) {}
 
-SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step) {
+SwitchEvents ScenarioCalls::perform(const ScenarioStep& step) {
     switch (step.action) {
         case Action::eCall:
         case Action::eDial: return make(step);
@@ -49,8 +49,8 @@ SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step) {
     return {};
 }
 
-SimulatedEvents ScenarioCalls::hangUpAll() {
-    SimulatedEvents events;
+SwitchEvents ScenarioCalls::hangUpAll() {
+    SwitchEvents events;
     for (auto& [name, call] : m_calls) {
         append(events, call.hangUp(Side::eCaller, kNormal));
     }
@@ -77,11 +77,11 @@ void ScenarioCalls::addLiveCalls(std::vector<LiveCall>& calls) const {
     }
 }
 
-SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step, SimulatedCall& call) {
+SwitchEvents ScenarioCalls::perform(const ScenarioStep& step, SwitchCall& call) {
     switch (step.action) {
         case Action::eRing: return {call.ring()};
         case Action::eAnswerCall: {
-            SimulatedEvents events = ringIfNeeded(call);
+            SwitchEvents events = ringIfNeeded(call);
             events.push_back(call.answerCall());
             return events;
         }
@@ -91,7 +91,7 @@ SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step, SimulatedCall& 
         case Action::eAbandon: return call.hangUp(Side::eCaller, kNormal);
         case Action::eBusy: return call.busy();
         case Action::eNoAnswer: {
-            SimulatedEvents events = ringIfNeeded(call);
+            SwitchEvents events = ringIfNeeded(call);
             append(events, call.hangUp(Side::eCaller, kNormal));
             return events;
         }
@@ -112,42 +112,42 @@ SimulatedEvents ScenarioCalls::perform(const ScenarioStep& step, SimulatedCall& 
     }
 }
 
-SimulatedEvents ScenarioCalls::performInConference(const ScenarioStep& step,
-                                                   SimulatedConference& conference) const {
+SwitchEvents ScenarioCalls::performInConference(const ScenarioStep& step,
+                                                SwitchConference& conference) const {
     return step.action == Action::eHangUp  ? conference.hangUp(partyOrPhone({}))
            : step.action == Action::eLeave ? conference.leave(partyOrPhone(step.to))
-                                           : SimulatedEvents();
+                                           : SwitchEvents();
 }
 
-SimulatedEvents ScenarioCalls::make(const ScenarioStep& step) {
-    SimulatedCall call(m_newCallId(), partyOrPhone(step.from), partyOrPhone(step.to), step.redirectedFrom,
-                       step.word);
-    SimulatedEvents events = call.originate(step.action == Action::eDial ? "makeCall" : "");
+SwitchEvents ScenarioCalls::make(const ScenarioStep& step) {
+    SwitchCall call(m_newCallId(), partyOrPhone(step.from), partyOrPhone(step.to), step.redirectedFrom,
+                    step.word);
+    SwitchEvents events = call.originate(step.action == Action::eDial ? "makeCall" : "");
     store(step.call, std::move(call));
     return events;
 }
 
-SimulatedEvents ScenarioCalls::consult(const ScenarioStep& step) {
+SwitchEvents ScenarioCalls::consult(const ScenarioStep& step) {
     const auto first = m_calls.find(step.other);
     if (first == m_calls.end()) {
         return {};
     }
     const Side by = sideOf(step, first->second);
-    SimulatedEvents events = {first->second.hold(by, "consultation")};
-    SimulatedCall call(m_newCallId(), first->second.party(by), partyOrPhone(step.to), {}, {});
+    SwitchEvents events = {first->second.hold(by, "consultation")};
+    SwitchCall call(m_newCallId(), first->second.party(by), partyOrPhone(step.to), {}, {});
     append(events, call.originate("consultation"));
     store(step.call, std::move(call));
     return events;
 }
 
-SimulatedEvents ScenarioCalls::joinWithOther(const ScenarioStep& step, const SimulatedCall& held) {
+SwitchEvents ScenarioCalls::joinWithOther(const ScenarioStep& step, const SwitchCall& held) {
     const auto other = m_calls.find(step.other);
     if (other == m_calls.end()) {
         return {};
     }
     const Side holder = held.end(Side::eCaller).state == "hold" ? Side::eCaller : Side::eCalled;
     const HeldPair pair{held, holder, other->second};
-    SimulatedEvents events;
+    SwitchEvents events;
     if (step.action == Action::eTransfer) {
         TransferredCall next = transferCalls(pair, m_newCallId());
         events = std::move(next.events);
@@ -163,8 +163,8 @@ SimulatedEvents ScenarioCalls::joinWithOther(const ScenarioStep& step, const Sim
 }
 
 /// An event that the switch sends to the phone without a call.
-SimulatedEvents ScenarioCalls::eventWithoutCall(const ScenarioStep& step) const {
-    SimulatedEvent event;
+SwitchEvents ScenarioCalls::eventWithoutCall(const ScenarioStep& step) const {
+    SwitchEvent event;
     event.subject = partyOrPhone({});
     event.device = event.subject;
     event.listeners = {{event.subject.number, "null"}};
@@ -182,13 +182,13 @@ SimulatedEvents ScenarioCalls::eventWithoutCall(const ScenarioStep& step) const 
     return {std::move(event)};
 }
 
-void ScenarioCalls::store(const std::string& name, SimulatedCall call) {
+void ScenarioCalls::store(const std::string& name, SwitchCall call) {
     m_conferences.erase(name);
     m_calls.insert_or_assign(name, std::move(call));
 }
 
 /// The acting side: the named one, otherwise the scenario's phone.
-Side ScenarioCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) const {
+Side ScenarioCalls::sideOf(const ScenarioStep& step, const SwitchCall& call) const {
     if (!step.party.empty()) {
         return step.party == "caller" ? Side::eCaller : Side::eCalled;
     }
@@ -197,8 +197,8 @@ Side ScenarioCalls::sideOf(const ScenarioStep& step, const SimulatedCall& call) 
     return own ? Side::eCalled : Side::eCaller;
 }
 
-SimulatedParty ScenarioCalls::partyOrPhone(const SimulatedParty& party) const {
-    return party.number.empty() && !party.anonymous ? SimulatedParty{m_phone, party.name, false} : party;
+SwitchParty ScenarioCalls::partyOrPhone(const SwitchParty& party) const {
+    return party.number.empty() && !party.anonymous ? SwitchParty{m_phone, party.name, false} : party;
 }
 
 }  // namespace host

@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "host/switch/calls/SimulatedCall.h"
-#include "host/switch/calls/SimulatedConference.h"
+#include "host/switch/calls/SwitchCall.h"
+#include "host/switch/calls/SwitchConference.h"
+#include "host/switch/scenario/ScenarioStep.h"
 
 namespace host {
 
@@ -19,29 +20,29 @@ public:
     ScenarioCalls(std::string phone, std::vector<std::string> lines, std::function<std::string()> newCallId);
 
     /// Performs any step except waits and the switch's own status.
-    [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step);
-    [[nodiscard]] SimulatedEvents hangUpAll();
+    [[nodiscard]] SwitchEvents perform(const ScenarioStep& step);
+    [[nodiscard]] SwitchEvents hangUpAll();
     /// Adds the live calls to `calls`.
     void addLiveCalls(std::vector<LiveCall>& calls) const;
 
 private:
-    [[nodiscard]] SimulatedEvents perform(const ScenarioStep& step, SimulatedCall& call);
-    [[nodiscard]] SimulatedEvents performInConference(const ScenarioStep& step,
-                                                      SimulatedConference& conference) const;
-    [[nodiscard]] SimulatedEvents make(const ScenarioStep& step);
-    [[nodiscard]] SimulatedEvents consult(const ScenarioStep& step);
-    [[nodiscard]] SimulatedEvents joinWithOther(const ScenarioStep& step, const SimulatedCall& held);
-    [[nodiscard]] SimulatedEvents eventWithoutCall(const ScenarioStep& step) const;
+    [[nodiscard]] SwitchEvents perform(const ScenarioStep& step, SwitchCall& call);
+    [[nodiscard]] SwitchEvents performInConference(const ScenarioStep& step,
+                                                   SwitchConference& conference) const;
+    [[nodiscard]] SwitchEvents make(const ScenarioStep& step);
+    [[nodiscard]] SwitchEvents consult(const ScenarioStep& step);
+    [[nodiscard]] SwitchEvents joinWithOther(const ScenarioStep& step, const SwitchCall& held);
+    [[nodiscard]] SwitchEvents eventWithoutCall(const ScenarioStep& step) const;
 
-    void store(const std::string& name, SimulatedCall call);
-    [[nodiscard]] SimulatedCall::Side sideOf(const ScenarioStep& step, const SimulatedCall& call) const;
-    [[nodiscard]] SimulatedParty partyOrPhone(const SimulatedParty& party) const;
+    void store(const std::string& name, SwitchCall call);
+    [[nodiscard]] SwitchCall::Side sideOf(const ScenarioStep& step, const SwitchCall& call) const;
+    [[nodiscard]] SwitchParty partyOrPhone(const SwitchParty& party) const;
 
     const std::string m_phone;
     const std::vector<std::string> m_lines;
     const std::function<std::string()> m_newCallId;
-    std::map<std::string, SimulatedCall> m_calls;
-    std::map<std::string, SimulatedConference> m_conferences;
+    std::map<std::string, SwitchCall> m_calls;
+    std::map<std::string, SwitchConference> m_conferences;
 };
 
 }  // namespace host

@@ -11,14 +11,14 @@ constexpr const char* kUnseenCallId = "-1";
 constexpr const char* kAnsweredElsewhere = "multipleAlerting";
 
 /// Only devices with a number have a log.
-bool hasLog(const SimulatedParty& device) {
+bool hasLog(const SwitchParty& device) {
     return !device.anonymous && !device.number.empty();
 }
 
 }  // namespace
 
-std::vector<FinishedCall> SwitchCallLogBuilder::process(const SimulatedEvent& event) {
-    const SimulatedParty& subject = event.subject;
+std::vector<FinishedCall> SwitchCallLogBuilder::process(const SwitchEvent& event) {
+    const SwitchParty& subject = event.subject;
     const std::string& callId = event.callId;
     switch (event.type) {
         case WireEvent::eOriginated: record(subject, callId, {true, false, event.called}); break;
@@ -39,20 +39,20 @@ std::vector<FinishedCall> SwitchCallLogBuilder::process(const SimulatedEvent& ev
     return {};
 }
 
-void SwitchCallLogBuilder::record(const SimulatedParty& device, const std::string& callId, const Call& call) {
+void SwitchCallLogBuilder::record(const SwitchParty& device, const std::string& callId, const Call& call) {
     if (hasLog(device)) {
         m_calls[{device.number, callId}] = call;
     }
 }
 
-void SwitchCallLogBuilder::updateName(const SimulatedEvent& event) {
+void SwitchCallLogBuilder::updateName(const SwitchEvent& event) {
     const auto call = m_calls.find({event.subject.number, event.callId});
     if (call != m_calls.end() && isSameDevice(call->second.party, event.calling)) {
         call->second.party = event.calling;
     }
 }
 
-std::vector<FinishedCall> SwitchCallLogBuilder::cleared(const SimulatedEvent& event) {
+std::vector<FinishedCall> SwitchCallLogBuilder::cleared(const SwitchEvent& event) {
     const auto call = m_calls.extract(Key{event.subject.number, event.callId});
     if (call.empty()) {
         return {};
@@ -64,10 +64,10 @@ std::vector<FinishedCall> SwitchCallLogBuilder::cleared(const SimulatedEvent& ev
     return {finished(call.key().first, over)};
 }
 
-std::vector<FinishedCall> SwitchCallLogBuilder::joined(const SimulatedEvent& event) {
+std::vector<FinishedCall> SwitchCallLogBuilder::joined(const SwitchEvent& event) {
     std::vector<FinishedCall> over;
     for (const std::string& oldCallId : {event.callId, event.secondaryCallId}) {
-        for (const SimulatedEvent::Listener& listener : event.listeners) {
+        for (const SwitchEvent::Listener& listener : event.listeners) {
             const auto call = m_calls.extract(Key{listener.device, oldCallId});
             if (call.empty()) {
                 continue;

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/switch/calls/SimulatedEvent.h"
+#include "host/switch/calls/SwitchEvent.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
@@ -15,7 +15,7 @@ struct FinishedCall {
     std::string device;
     CallLogEntryEvent::_LogTarget log = CallLogEntryEvent::eMissed;
     /// The far end.
-    SimulatedParty party;
+    SwitchParty party;
 };
 
 /// Tracks the calls by the events of the phones, and reports the calls that have ended for a device:
@@ -29,21 +29,21 @@ struct FinishedCall {
 /// Not thread-safe.
 class SwitchCallLogBuilder {
 public:
-    [[nodiscard]] std::vector<FinishedCall> process(const SimulatedEvent& event);
+    [[nodiscard]] std::vector<FinishedCall> process(const SwitchEvent& event);
 
 private:
     struct Call {
         bool outgoing = false;
         bool established = false;
-        SimulatedParty party;
+        SwitchParty party;
     };
     /// By device and call id.
     using Key = std::pair<std::string, std::string>;
 
-    void record(const SimulatedParty& device, const std::string& callId, const Call& call);
-    void updateName(const SimulatedEvent& event);
-    [[nodiscard]] std::vector<FinishedCall> cleared(const SimulatedEvent& event);
-    [[nodiscard]] std::vector<FinishedCall> joined(const SimulatedEvent& event);
+    void record(const SwitchParty& device, const std::string& callId, const Call& call);
+    void updateName(const SwitchEvent& event);
+    [[nodiscard]] std::vector<FinishedCall> cleared(const SwitchEvent& event);
+    [[nodiscard]] std::vector<FinishedCall> joined(const SwitchEvent& event);
     [[nodiscard]] static FinishedCall finished(const std::string& device, const Call& call);
 
     std::map<Key, Call> m_calls;

@@ -6,7 +6,7 @@ namespace host {
 
 namespace {
 
-using Side = SimulatedCall::Side;
+using Side = SwitchCall::Side;
 
 /// `key=value` pairs. Characters that would end a value are percent-encoded.
 class PrivatePairs {
@@ -36,14 +36,14 @@ private:
 };
 
 /// The history of a call that the events of the new call do not contain, as private text.
-std::string historyOf(const SimulatedCall& call, Side transferring) {
+std::string historyOf(const SwitchCall& call, Side transferring) {
     PrivatePairs pairs;
     if (transferring == Side::eCalled) {
         pairs.add("dialledName", call.firstCalled().name);
         pairs.add("firstForwardedNumber", call.firstForwardedTo().number);
         pairs.add("firstForwardedName", call.firstForwardedTo().name);
     }
-    const SimulatedParty& redirecting = call.party(transferring);
+    const SwitchParty& redirecting = call.party(transferring);
     if (!redirecting.anonymous) {
         pairs.add("redirectingNumber", redirecting.number);
         pairs.add("redirectingName", redirecting.name);
@@ -51,9 +51,9 @@ std::string historyOf(const SimulatedCall& call, Side transferring) {
     return pairs.text();
 }
 
-SimulatedEvent joining(WireEvent type, const std::string& newCallId, const SimulatedCall& primary,
-                       const SimulatedParty& owner) {
-    SimulatedEvent event;
+SwitchEvent joining(WireEvent type, const std::string& newCallId, const SwitchCall& primary,
+                    const SwitchParty& owner) {
+    SwitchEvent event;
     event.type = type;
     event.callId = primary.id();
     event.newCallId = newCallId;
@@ -62,14 +62,14 @@ SimulatedEvent joining(WireEvent type, const std::string& newCallId, const Simul
     return event;
 }
 
-SimulatedCall::End connected(const SimulatedParty& party) {
+SwitchCall::End connected(const SwitchParty& party) {
     return {party, "connected"};
 }
 
 /// Sends `listener` the members of the conference. The first one is the far end of its call `callId`.
-SimulatedEvent membership(const std::string& callId, const SimulatedParty& listener,
-                          std::vector<SimulatedParty> farEndAndOthers) {
-    SimulatedEvent event;
+SwitchEvent membership(const std::string& callId, const SwitchParty& listener,
+                       std::vector<SwitchParty> farEndAndOthers) {
+    SwitchEvent event;
     event.type = WireEvent::ePrivate;
     event.callId = callId;
     event.subject = farEndAndOthers.front();
@@ -80,14 +80,14 @@ SimulatedEvent membership(const std::string& callId, const SimulatedParty& liste
 
 }  // namespace
 
-const SimulatedCall::End& HeldPair::otherEnd() const {
+const SwitchCall::End& HeldPair::otherEnd() const {
     return other.end(isSameDevice(other.party(Side::eCaller), owner()) ? Side::eCalled : Side::eCaller);
 }
 
 TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallId) {
-    const SimulatedParty& remaining = calls.heldEnd().party;
-    const SimulatedCall::End& target = calls.otherEnd();
-    SimulatedEvent event = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
+    const SwitchParty& remaining = calls.heldEnd().party;
+    const SwitchCall::End& target = calls.otherEnd();
+    SwitchEvent event = joining(WireEvent::eTransferred, newCallId, calls.held, calls.owner());
     event.secondaryCallId = calls.other.id();
     event.newDestination = target.party;
     event.connections = {{remaining, calls.held.id()}, {target.party, calls.other.id()}};
@@ -95,40 +95,40 @@ TransferredCall transferCalls(const HeldPair& calls, const std::string& newCallI
     event.privateText = historyOf(calls.held, calls.holder);
     event.listeners = {
         {calls.owner().number, "null"}, {remaining.number, "connected"}, {target.party.number, target.state}};
-    return {SimulatedCall::transferred(newCallId, connected(remaining), target), {std::move(event)}};
+    return {SwitchCall::transferred(newCallId, connected(remaining), target), {std::move(event)}};
 }
 
-TransferredCall singleStepTransfer(SimulatedCall call, Side by, const SimulatedParty& to,
+TransferredCall singleStepTransfer(SwitchCall call, Side by, const SwitchParty& to,
                                    const std::string& newCallId) {
-    const SimulatedParty owner = call.party(by);
-    const SimulatedParty remaining = call.party(SimulatedCall::other(by));
-    SimulatedEvents all = {call.hold(by, "singleStepTransfer")};
+    const SwitchParty owner = call.party(by);
+    const SwitchParty remaining = call.party(SwitchCall::other(by));
+    SwitchEvents all = {call.hold(by, "singleStepTransfer")};
     all.push_back(call.leave(by));
-    SimulatedEvent event = joining(WireEvent::eTransferred, newCallId, call, owner);
+    SwitchEvent event = joining(WireEvent::eTransferred, newCallId, call, owner);
     event.newDestination = to;
     event.connections = {{remaining, call.id()}, {to, {}}};
     event.cause = "singleStepTransfer";
     event.privateText = historyOf(call, by);
     event.listeners = {{owner.number, "null"}, {remaining.number, "connected"}};
     all.push_back(std::move(event));
-    SimulatedCall next = SimulatedCall::transferred(newCallId, connected(remaining), {to, "null"});
+    SwitchCall next = SwitchCall::transferred(newCallId, connected(remaining), {to, "null"});
     all.push_back(next.ring());
     return {std::move(next), std::move(all)};
 }
 
 ConferencedCalls joinCalls(const HeldPair& calls, const std::string& newCallId) {
-    const SimulatedParty& owner = calls.owner();
-    const SimulatedParty& first = calls.heldEnd().party;
-    const SimulatedParty& added = calls.otherEnd().party;
-    SimulatedEvent event = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
+    const SwitchParty& owner = calls.owner();
+    const SwitchParty& first = calls.heldEnd().party;
+    const SwitchParty& added = calls.otherEnd().party;
+    SwitchEvent event = joining(WireEvent::eConferenced, newCallId, calls.held, owner);
     event.secondaryCallId = calls.other.id();
     event.newDestination = added;
     event.connections = {{owner, calls.held.id()}, {first, calls.held.id()}, {added, calls.other.id()}};
     event.cause = "conference";
-    for (const SimulatedParty& member : {owner, first, added}) {
+    for (const SwitchParty& member : {owner, first, added}) {
         event.listeners.push_back({member.number, "connected"});
     }
-    return {SimulatedConference(newCallId, {owner, first, added}),
+    return {SwitchConference(newCallId, {owner, first, added}),
             {std::move(event), membership(calls.held.id(), owner, {first, added}),
              membership(calls.other.id(), owner, {added, first}),
              membership(calls.held.id(), first, {owner, added}),

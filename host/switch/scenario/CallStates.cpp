@@ -170,7 +170,7 @@ CallStates::State CallStates::stateOf(const std::string& call) const {
     return known == m_calls.end() ? State::eOver : known->second.state;
 }
 
-std::string CallStates::numberOf(const SimulatedParty& party) const {
+std::string CallStates::numberOf(const SwitchParty& party) const {
     return party.anonymous ? kAnonymous : party.number.empty() ? m_phone : party.number;
 }
 

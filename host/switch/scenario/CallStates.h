@@ -72,7 +72,7 @@ private:
     [[nodiscard]] std::pair<std::string, std::string> farEnds(const char* word,
                                                               const ScenarioStep& step) const;
 
-    [[nodiscard]] std::string numberOf(const SimulatedParty& party) const;
+    [[nodiscard]] std::string numberOf(const SwitchParty& party) const;
     /// The device that acts in the call: that of the named side, otherwise the scenario's phone.
     [[nodiscard]] std::string actor(const ScenarioStep& step, const Call& call) const;
 

@@ -4,24 +4,10 @@
 #include <cstddef>
 #include <string>
 
+#include "host/csta-wire/SwitchParty.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
-
-/// One party of a simulated call.
-struct SimulatedParty {
-    std::string number;
-    std::string name;
-    /// Number and name are restricted.
-    bool anonymous = false;
-
-    [[nodiscard]] bool operator==(const SimulatedParty&) const = default;
-};
-
-/// True for the same number, independent of the name. All anonymous parties are the same.
-[[nodiscard]] inline bool isSameDevice(const SimulatedParty& one, const SimulatedParty& other) {
-    return one.anonymous == other.anonymous && one.number == other.number;
-}
 
 /// One action of a scenario, in the order of the text. The action determines which members are used. A party
 /// that has no number and is not anonymous is the scenario's phone.
@@ -64,10 +50,10 @@ struct ScenarioStep {
     std::size_t line = 0;
     std::string call;
     std::string other;
-    SimulatedParty from;
-    SimulatedParty to;
+    SwitchParty from;
+    SwitchParty to;
     /// The last redirecting party; the number is empty for a direct call.
-    SimulatedParty redirectedFrom;
+    SwitchParty redirectedFrom;
     /// "caller" or "called"; empty for the default party of the action.
     std::string party;
     /// The ECMA-323 value of a cause or a status; empty for the default of the action.

@@ -62,8 +62,8 @@ std::string StatementReader::takeQuoted(const char* what) {
     return tokens()[m_token++].text;
 }
 
-SimulatedParty StatementReader::takeParty() {
-    SimulatedParty party;
+SwitchParty StatementReader::takeParty() {
+    SwitchParty party;
     const std::string number = takeWord("a number, or \"anonymous\"");
     party.anonymous = number == "anonymous";
     party.number = party.anonymous ? "" : number;

@@ -37,7 +37,7 @@ public:
     void expectEnd() const;
     [[nodiscard]] std::string takeWord(const char* what);
     [[nodiscard]] std::string takeQuoted(const char* what);
-    [[nodiscard]] SimulatedParty takeParty();
+    [[nodiscard]] SwitchParty takeParty();
     /// Consumes one of `words` and returns its meaning. `kind` describes the words in the error text.
     [[nodiscard]] std::string takeOneOf(const std::string& kind, const Words& words);
     [[nodiscard]] std::chrono::milliseconds takeTime();

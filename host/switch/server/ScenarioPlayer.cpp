@@ -97,8 +97,8 @@ void ScenarioPlayer::endPass() {
                                                                    : kPassPause);
 }
 
-void ScenarioPlayer::publish(const SimulatedEvents& events) const {
-    for (const SimulatedEvent& event : events) {
+void ScenarioPlayer::publish(const SwitchEvents& events) const {
+    for (const SwitchEvent& event : events) {
         m_handlers.event(event);
     }
 }

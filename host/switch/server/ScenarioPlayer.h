@@ -20,7 +20,7 @@ namespace host {
 class ScenarioPlayer {
 public:
     struct Handlers {
-        std::function<void(const SimulatedEvent&)> event;
+        std::function<void(const SwitchEvent&)> event;
         std::function<void(const std::string& word)> status;
         /// Closes all connections of the switch.
         std::function<void()> disconnect;
@@ -54,7 +54,7 @@ private:
     void pauseFor(std::chrono::milliseconds pause);
     void perform(const ScenarioStep& step);
     void endPass();
-    void publish(const SimulatedEvents& events) const;
+    void publish(const SwitchEvents& events) const;
     [[nodiscard]] std::chrono::milliseconds paced(const ScenarioStep& step) const;
 
     const Scenario m_scenario;

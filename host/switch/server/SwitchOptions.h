@@ -4,22 +4,10 @@
 #include <functional>
 #include <string>
 
+#include "host/csta-server/SwitchMessage.h"
 #include "host/switch/scenario/Scenario.h"
 
 namespace host {
-
-/// A message that the simulated switch has received or sent.
-struct SwitchMessage {
-    enum class Direction { eReceived, eSent };
-
-    Direction direction = Direction::eReceived;
-    /// Number of the connection, from 1.
-    int client = 0;
-    int invokeId = 0;
-    /// The local name of the root element ("MonitorStart").
-    std::string name;
-    std::string xml;
-};
 
 /// Settings of a simulated switch. A plain value.
 struct SwitchOptions {
@@ -53,15 +41,6 @@ struct PlayOptions {
     /// Called once at the end of the scenario, on the simulator's thread; not called if `stop` interrupts the
     /// scenario. Must not call `stop`.
     std::function<void()> finished;
-};
-
-/// The response of the switch to requests of one kind, for fault injection.
-enum class ResponseMode {
-    eNormal,
-    eRefusal,        ///< a CSTAErrorCode
-    eWrongResponse,  ///< a response of another kind
-    eNoResponse,
-    eDisconnect,  ///< closes the connection
 };
 
 }  // namespace host

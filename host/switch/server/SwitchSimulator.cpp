@@ -31,19 +31,19 @@ void SwitchSimulator::run(Scenario scenario, PlayOptions options) {
 }
 
 void SwitchSimulator::setResponseMode(const std::string& request, ResponseMode mode) {
-    m_impl->post([request, mode](SwitchCore& core) { core.setResponseMode(request, mode); });
+    m_impl->post([request, mode](SwitchCore& core) { core.server().setResponseMode(request, mode); });
 }
 
 void SwitchSimulator::sendSystemStatus(const std::string& word) {
-    m_impl->post([word](SwitchCore& core) { core.sendSystemStatus(word); });
+    m_impl->post([word](SwitchCore& core) { core.server().sendSystemStatus(word); });
 }
 
 void SwitchSimulator::stopMonitors(const std::string& device) {
-    m_impl->post([device](SwitchCore& core) { core.stopMonitors(device); });
+    m_impl->post([device](SwitchCore& core) { core.server().stopMonitors(device); });
 }
 
 void SwitchSimulator::dropClients() {
-    m_impl->post([](SwitchCore& core) { core.dropClients(); });
+    m_impl->post([](SwitchCore& core) { core.server().dropClients(); });
 }
 
 std::vector<CallLogEntryEvent> SwitchSimulator::callLog(const std::string& device) const {

@@ -17,7 +17,7 @@ using host::loadScenario;
 using host::parseScenario;
 using host::Scenario;
 using host::ScenarioError;
-using host::SimulatedParty;
+using host::SwitchParty;
 using testing::HasSubstr;
 
 TEST(Scenario, ReadsStatementsAndUnrollsBlocks) {
@@ -32,7 +32,7 @@ TEST(Scenario, ReadsStatementsAndUnrollsBlocks) {
     EXPECT_EQ(scenario.device, "2005");
     EXPECT_EQ(scenario.callCount, 1U);
     EXPECT_EQ(scenario.waitTime, std::chrono::milliseconds(5002));
-    EXPECT_EQ(scenario.steps[0].from, (SimulatedParty{"4711", "Ann; M\xC3\xBCller # 1", false}));
+    EXPECT_EQ(scenario.steps[0].from, (SwitchParty{"4711", "Ann; M\xC3\xBCller # 1", false}));
     EXPECT_EQ(scenario.steps[0].line, 3U);
     EXPECT_EQ(scenario.steps[12].party, "caller");
     EXPECT_EQ(scenario.steps[12].line, 6U);

@@ -1,4 +1,4 @@
-#include "host/switch/server/WireFilter.h"
+#include "host/csta-server/WireFilter.h"
 
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/WireDocument.h"

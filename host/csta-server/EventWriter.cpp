@@ -1,15 +1,15 @@
-#include "host/switch/server/EventWriter.h"
+#include "host/csta-server/EventWriter.h"
 
+#include "host/csta-server/PartyWriter.h"
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
-#include "host/switch/server/PartyWriter.h"
 
 namespace host {
 
 namespace {
 
-void writeRedirection(MessageWriter& writer, const SimulatedParty& party) {
+void writeRedirection(MessageWriter& writer, const SwitchParty& party) {
     writer.open("lastRedirectionDevice");
     if (party.number.empty()) {
         writer.empty("notRequired");
@@ -43,7 +43,7 @@ Members membersOf(WireEvent event) {
     }
 }
 
-void writeCallEvent(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event,
+void writeCallEvent(MessageWriter& writer, const EventSchema& schema, const SwitchEvent& event,
                     std::string_view localConnection) {
     const Members members = membersOf(event.type);
     writeConnection(writer, schema.connection, event.callId, event.subject);
@@ -64,7 +64,7 @@ void writeCallEvent(MessageWriter& writer, const EventSchema& schema, const Simu
 }
 
 /// Writes Transferred and Conferenced, which differ in names only.
-void writeJoining(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event,
+void writeJoining(MessageWriter& writer, const EventSchema& schema, const SwitchEvent& event,
                   std::string_view localConnection) {
     const bool transferred = event.type == WireEvent::eTransferred;
     writeConnection(writer, schema.connection, event.callId, event.subject);
@@ -74,7 +74,7 @@ void writeJoining(MessageWriter& writer, const EventSchema& schema, const Simula
     writeParty(writer, schema.device, event.device);
     writeParty(writer, transferred ? "transferredToDevice" : "addedParty", event.newDestination);
     writer.open(transferred ? "transferredConnections" : "conferenceConnections");
-    for (const SimulatedEvent::Connection& one : event.connections) {
+    for (const SwitchEvent::Connection& one : event.connections) {
         writer.open("connectionListItem");
         writeConnection(writer, "newConnection", event.newCallId, one.party);
         if (!one.oldCallId.empty()) {
@@ -88,7 +88,7 @@ void writeJoining(MessageWriter& writer, const EventSchema& schema, const Simula
     writePrivateText(writer, event.privateText);
 }
 
-void writeCallInformation(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event) {
+void writeCallInformation(MessageWriter& writer, const EventSchema& schema, const SwitchEvent& event) {
     writeConnection(writer, schema.connection, event.callId, event.subject);
     writeParty(writer, schema.device, event.device);
     writeParty(writer, "callingDevice", event.calling);
@@ -98,16 +98,16 @@ void writeCallInformation(MessageWriter& writer, const EventSchema& schema, cons
     }
 }
 
-void writeMembership(MessageWriter& writer, const SimulatedEvent& event) {
+void writeMembership(MessageWriter& writer, const SwitchEvent& event) {
     writer.open("privateData").open("private").open("conferenceMembership");
     writer.text("callID", event.callId);
     writer.text("deviceID", connectionDevice(event.subject, event.callId));
-    for (const SimulatedParty& member : event.members) {
+    for (const SwitchParty& member : event.members) {
         writeParty(writer, "member", member);
     }
 }
 
-void writeCallBack(MessageWriter& writer, const EventSchema& schema, const SimulatedEvent& event) {
+void writeCallBack(MessageWriter& writer, const EventSchema& schema, const SwitchEvent& event) {
     writeParty(writer, schema.device, event.device);
     writeParty(writer, "targetDevice", event.newDestination);
     writer.flag("callBackSetCanceled", event.set);
@@ -116,7 +116,7 @@ void writeCallBack(MessageWriter& writer, const EventSchema& schema, const Simul
 
 }  // namespace
 
-std::string writeEvent(std::string_view nameSpace, const SimulatedEvent& event,
+std::string writeEvent(std::string_view nameSpace, const SwitchEvent& event,
                        std::string_view monitorCrossRefId, std::string_view localConnection) {
     const EventSchema& schema = eventSchema(event.type);
     MessageWriter writer(schema.rootName, nameSpace);

@@ -1,4 +1,4 @@
-#include "host/switch/server/SwitchMonitors.h"
+#include "host/csta-server/SwitchMonitors.h"
 
 #include <utility>
 

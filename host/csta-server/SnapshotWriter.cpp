@@ -1,11 +1,11 @@
-#include "host/switch/server/SnapshotWriter.h"
+#include "host/csta-server/SnapshotWriter.h"
 
 #include <algorithm>
 
+#include "host/csta-server/PartyWriter.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/SimpleCallState.h"
-#include "host/switch/server/PartyWriter.h"
 
 namespace host {
 

@@ -1,26 +1,26 @@
-#include "host/switch/calls/SimulatedCall.h"
+#include "host/switch/calls/SwitchCall.h"
 
 #include <utility>
 
 namespace host {
 
-SimulatedCall::SimulatedCall(std::string callId, SimulatedParty caller, SimulatedParty called,
-                             SimulatedParty redirectedFrom, std::string redirectWord)
+SwitchCall::SwitchCall(std::string callId, SwitchParty caller, SwitchParty called, SwitchParty redirectedFrom,
+                       std::string redirectWord)
     : m_callId(std::move(callId)),
       m_ends{End{std::move(caller), "null"}, End{std::move(called), "null"}},
       m_firstCalled(redirectedFrom.number.empty() ? m_ends[1].party : redirectedFrom),
       m_redirectedFrom(std::move(redirectedFrom)),
       m_redirectWord(std::move(redirectWord)) {}
 
-SimulatedCall SimulatedCall::transferred(std::string callId, const End& caller, const End& called) {
-    SimulatedCall call(std::move(callId), caller.party, called.party, {}, {});
+SwitchCall SwitchCall::transferred(std::string callId, const End& caller, const End& called) {
+    SwitchCall call(std::move(callId), caller.party, called.party, {}, {});
     call.m_ends = {caller, called};
     call.m_transferred = true;
     return call;
 }
 
-SimulatedEvents SimulatedCall::originate(const std::string& initiated) {
-    SimulatedEvents events;
+SwitchEvents SwitchCall::originate(const std::string& initiated) {
+    SwitchEvents events;
     End& caller = end(Side::eCaller);
     if (!initiated.empty()) {
         caller.state = "initiated";
@@ -31,34 +31,34 @@ SimulatedEvents SimulatedCall::originate(const std::string& initiated) {
     return events;
 }
 
-SimulatedEvent SimulatedCall::ring() {
+SwitchEvent SwitchCall::ring() {
     end(Side::eCalled).state = "alerting";
     const std::string usual = m_transferred ? "singleStepTransfer" : "newCall";
     return setUp(WireEvent::eDelivered, m_redirectWord.empty() ? usual : m_redirectWord);
 }
 
-SimulatedEvent SimulatedCall::answerCall() {
+SwitchEvent SwitchCall::answerCall() {
     end(Side::eCalled).state = "connected";
     return setUp(WireEvent::eEstablished, "newCall");
 }
 
-SimulatedEvent SimulatedCall::hold(Side by, const std::string& cause) {
+SwitchEvent SwitchCall::hold(Side by, const std::string& cause) {
     end(by).state = "hold";
     return makeEvent(WireEvent::eHeld, end(by).party, cause);
 }
 
-SimulatedEvent SimulatedCall::retrieve(Side by) {
+SwitchEvent SwitchCall::retrieve(Side by) {
     end(by).state = "connected";
     return makeEvent(WireEvent::eRetrieved, end(by).party, "normal");
 }
 
-SimulatedEvent SimulatedCall::leave(Side by) {
+SwitchEvent SwitchCall::leave(Side by) {
     return clear(by, end(by).party, "normalClearing");
 }
 
-SimulatedEvents SimulatedCall::hangUp(Side first, const std::string& cause) {
-    const SimulatedParty releasing = party(first);
-    SimulatedEvents events;
+SwitchEvents SwitchCall::hangUp(Side first, const std::string& cause) {
+    const SwitchParty releasing = party(first);
+    SwitchEvents events;
     for (const Side side : {first, other(first)}) {
         if (end(side).state != "null") {
             events.push_back(clear(side, releasing, cause));
@@ -67,15 +67,15 @@ SimulatedEvents SimulatedCall::hangUp(Side first, const std::string& cause) {
     return events;
 }
 
-SimulatedEvents SimulatedCall::busy() {
-    SimulatedEvents events = {setUp(WireEvent::eFailed, "busy")};
+SwitchEvents SwitchCall::busy() {
+    SwitchEvents events = {setUp(WireEvent::eFailed, "busy")};
     events.push_back(clear(Side::eCaller, end(Side::eCaller).party, "normalClearing"));
     return events;
 }
 
-SimulatedEvents SimulatedCall::divert(const SimulatedParty& to, const std::string& word) {
-    const SimulatedParty diverting = end(Side::eCalled).party;
-    SimulatedEvent diverted = makeEvent(WireEvent::eDiverted, diverting, word);
+SwitchEvents SwitchCall::divert(const SwitchParty& to, const std::string& word) {
+    const SwitchParty diverting = end(Side::eCalled).party;
+    SwitchEvent diverted = makeEvent(WireEvent::eDiverted, diverting, word);
     diverted.newDestination = to;
     // The diverting phone receives the event even if it never rang.
     diverted.listeners = {{diverting.number, "null"}};
@@ -90,24 +90,24 @@ SimulatedEvents SimulatedCall::divert(const SimulatedParty& to, const std::strin
     }
     m_redirectedFrom = diverting;
     m_redirectWord = word;
-    SimulatedEvents events = {std::move(diverted)};
+    SwitchEvents events = {std::move(diverted)};
     events.push_back(word == "callPickup" ? answerCall() : ring());
     events.back().cause = word;
     return events;
 }
 
-SimulatedEvent SimulatedCall::answerElsewhere() {
+SwitchEvent SwitchCall::answerElsewhere() {
     return clear(Side::eCalled, end(Side::eCalled).party, "multipleAlerting");
 }
 
-SimulatedEvent SimulatedCall::markMissed() const {
-    SimulatedEvent event = makeInformation(Side::eCalled);
+SwitchEvent SwitchCall::markMissed() const {
+    SwitchEvent event = makeInformation(Side::eCalled);
     event.privateText = "MissedCall";
     return event;
 }
 
-SimulatedEvent SimulatedCall::setName(Side learner, const std::string& name) {
-    SimulatedParty& party = end(other(learner)).party;
+SwitchEvent SwitchCall::setName(Side learner, const std::string& name) {
+    SwitchParty& party = end(other(learner)).party;
     party.name = name;
     if (isSameDevice(m_firstCalled, party)) {
         m_firstCalled.name = name;
@@ -115,7 +115,7 @@ SimulatedEvent SimulatedCall::setName(Side learner, const std::string& name) {
     return makeInformation(learner);
 }
 
-LiveCall SimulatedCall::live() const {
+LiveCall SwitchCall::live() const {
     LiveCall call{
         .callId = m_callId, .calling = party(Side::eCaller), .called = m_firstCalled, .connections = {}};
     for (const End& one : m_ends) {
@@ -124,13 +124,13 @@ LiveCall SimulatedCall::live() const {
     return call;
 }
 
-SimulatedCall::Side SimulatedCall::other(Side side) noexcept {
+SwitchCall::Side SwitchCall::other(Side side) noexcept {
     return side == Side::eCaller ? Side::eCalled : Side::eCaller;
 }
 
-SimulatedEvent SimulatedCall::makeEvent(WireEvent type, const SimulatedParty& subject,
-                                        const std::string& cause) const {
-    SimulatedEvent event;
+SwitchEvent SwitchCall::makeEvent(WireEvent type, const SwitchParty& subject,
+                                  const std::string& cause) const {
+    SwitchEvent event;
     event.type = type;
     event.callId = m_callId;
     event.subject = subject;
@@ -147,16 +147,16 @@ SimulatedEvent SimulatedCall::makeEvent(WireEvent type, const SimulatedParty& su
     return event;
 }
 
-SimulatedEvent SimulatedCall::setUp(WireEvent type, const std::string& cause) const {
-    SimulatedEvent event = makeEvent(type, end(Side::eCalled).party, cause);
+SwitchEvent SwitchCall::setUp(WireEvent type, const std::string& cause) const {
+    SwitchEvent event = makeEvent(type, end(Side::eCalled).party, cause);
     if (m_transferred) {
         event.listeners.erase(event.listeners.begin());
     }
     return event;
 }
 
-SimulatedEvent SimulatedCall::makeInformation(Side informed) const {
-    SimulatedEvent event;
+SwitchEvent SwitchCall::makeInformation(Side informed) const {
+    SwitchEvent event;
     event.type = WireEvent::eCallInformation;
     event.callId = m_callId;
     event.subject = end(informed).party;
@@ -166,10 +166,10 @@ SimulatedEvent SimulatedCall::makeInformation(Side informed) const {
     return event;
 }
 
-SimulatedEvent SimulatedCall::clear(Side side, const SimulatedParty& releasing, const std::string& cause) {
-    SimulatedEvent event = makeEvent(WireEvent::eConnectionCleared, end(side).party, cause);
+SwitchEvent SwitchCall::clear(Side side, const SwitchParty& releasing, const std::string& cause) {
+    SwitchEvent event = makeEvent(WireEvent::eConnectionCleared, end(side).party, cause);
     event.device = releasing;
-    for (SimulatedEvent::Listener& listener : event.listeners) {
+    for (SwitchEvent::Listener& listener : event.listeners) {
         if (listener.device == end(side).party.number) {
             listener.localConnection = "null";
         }

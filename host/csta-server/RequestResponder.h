@@ -8,14 +8,14 @@
 #include <utility>
 #include <vector>
 
+#include "host/csta-server/SwitchMonitors.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/switch/call-log/CallLogStore.h"
 #include "host/switch/calls/LiveCall.h"
-#include "host/switch/server/SwitchMonitors.h"
 
 namespace host {
 
-/// Handles the clients' requests at the simulated switch. Every request has a response; an unknown request is
+/// Handles the clients' requests at the switch. Every request has a response; an unknown request is
 /// refused with `serviceNotSupported`. Not thread-safe.
 class RequestResponder {
 public:

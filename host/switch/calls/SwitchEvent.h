@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "host/csta-wire/EventSchemas.h"
-#include "host/switch/scenario/ScenarioStep.h"
+#include "host/csta-wire/SwitchParty.h"
 
 namespace host {
 
 /// One event of the switch, common to all its monitors except for the state of the monitored phone. The type
 /// determines which members are used.
-struct SimulatedEvent {
+struct SwitchEvent {
     /// A phone that receives the event, and the ECMA-323 value of the state of its own connection.
     struct Listener {
         std::string device;
@@ -18,7 +18,7 @@ struct SimulatedEvent {
     };
     /// A party of the call that a transfer or a conference creates, and its previous call, if any.
     struct Connection {
-        SimulatedParty party;
+        SwitchParty party;
         std::string oldCallId;
     };
 
@@ -26,14 +26,14 @@ struct SimulatedEvent {
     /// For a transfer and a conference: the primary old call.
     std::string callId;
     /// The party of the event's connection.
-    SimulatedParty subject;
+    SwitchParty subject;
     /// The device that is specific to the event (alertingDevice, answeringDevice, ...).
-    SimulatedParty device;
-    SimulatedParty calling;
-    SimulatedParty called;
-    SimulatedParty redirectedFrom;
+    SwitchParty device;
+    SwitchParty calling;
+    SwitchParty called;
+    SwitchParty redirectedFrom;
     /// The new party of a diversion, a transfer or a conference; the target of a callback.
-    SimulatedParty newDestination;
+    SwitchParty newDestination;
     std::string cause;
     std::vector<Listener> listeners;
 
@@ -47,9 +47,9 @@ struct SimulatedEvent {
     /// For a callback: false if it is cancelled.
     bool set = true;
     /// The members of a conference, for its membership message.
-    std::vector<SimulatedParty> members;
+    std::vector<SwitchParty> members;
 };
 
-using SimulatedEvents = std::vector<SimulatedEvent>;
+using SwitchEvents = std::vector<SwitchEvent>;
 
 }  // namespace host

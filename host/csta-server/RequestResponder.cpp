@@ -1,14 +1,14 @@
-#include "host/switch/server/RequestResponder.h"
+#include "host/csta-server/RequestResponder.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
+#include "host/csta-server/SnapshotWriter.h"
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/NameSpaces.h"
-#include "host/switch/server/SnapshotWriter.h"
 
 namespace host {
 

@@ -13,7 +13,7 @@
 
 namespace host {
 
-/// The connection of one client to the simulated switch. Simulator thread only. Stays alive while one of its
+/// The connection of one client to the switch. Server thread only. Stays alive while one of its
 /// operations is in progress. No handler is called after `close`.
 class SwitchClient : public std::enable_shared_from_this<SwitchClient> {
 public:

@@ -1,11 +1,11 @@
-#include "host/switch/server/PartyWriter.h"
+#include "host/csta-server/PartyWriter.h"
 
 #include "host/csta-wire/DeviceText.h"
 
 namespace host {
 
 void writeDevice(MessageWriter& writer, std::string_view member, std::string_view identifier,
-                 const SimulatedParty& party) {
+                 const SwitchParty& party) {
     writer.open(member);
     if (party.anonymous) {
         writer.empty("restricted");
@@ -17,16 +17,16 @@ void writeDevice(MessageWriter& writer, std::string_view member, std::string_vie
     writer.close();
 }
 
-void writeParty(MessageWriter& writer, std::string_view member, const SimulatedParty& party) {
+void writeParty(MessageWriter& writer, std::string_view member, const SwitchParty& party) {
     writeDevice(writer, member, "deviceIdentifier", party);
 }
 
-std::string connectionDevice(const SimulatedParty& party, const std::string& callId) {
+std::string connectionDevice(const SwitchParty& party, const std::string& callId) {
     return party.anonymous ? "trunk-" + callId : party.number;
 }
 
 void writeConnection(MessageWriter& writer, std::string_view member, const std::string& callId,
-                     const SimulatedParty& party) {
+                     const SwitchParty& party) {
     writer.open(member).text("callID", callId).text("deviceID", connectionDevice(party, callId)).close();
 }
 

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "host/switch/server/WireFilter.h"
+#include "host/csta-server/WireFilter.h"
 
 namespace host {
 
-/// A monitor at the simulated switch.
+/// A monitor at the switch.
 struct SwitchMonitor {
     std::string id;
     /// The device as sent by the client, and its comparable number.

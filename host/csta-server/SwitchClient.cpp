@@ -1,4 +1,4 @@
-#include "host/switch/server/SwitchClient.h"
+#include "host/csta-server/SwitchClient.h"
 
 #include <string_view>
 #include <system_error>
