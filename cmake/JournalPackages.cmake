@@ -1,5 +1,5 @@
 # The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
-# Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, spdlog::spdlog, nlohmann_json::nlohmann_json, toml_pp,
+# Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, nlohmann_json::nlohmann_json, toml_pp,
 # phonenumber, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, and for tests GTest::gtest,
 # GTest::gmock, rapidcheck, rapidcheck_gtest, benchmark::benchmark, benchmark::benchmark_main.
 
@@ -10,7 +10,6 @@ find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(pugixml REQUIRED)
 find_package(SQLiteCpp REQUIRED)
 find_package(fmt REQUIRED)
-find_package(spdlog REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(CURL 7.88 REQUIRED)

@@ -74,15 +74,24 @@ std::optional<std::string> NumberingPlan::international(const std::string& diall
     if (plans().ParseAndKeepRawInput(dialled, m_region, &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
         return std::nullopt;
     }
+    if (!isUnderstood(dialled, number)) {
+        return std::nullopt;
+    }
+    std::string found = formatted(number, PhoneNumberUtil::E164);
+    // A number with "+" is read alike in every region.
+    return found == dialled || isStable(found) ? std::optional(std::move(found)) : std::nullopt;
+}
+
+bool NumberingPlan::isUnderstood(const std::string& dialled, const PhoneNumber& number) const {
+    // In the order of their costs.
     const bool possible = plans().IsPossibleNumberWithReason(number) == PhoneNumberUtil::IS_POSSIBLE;
+    if (possible && isInternational(number)) {
+        return true;
+    }
     std::string significant;
     plans().GetNationalSignificantNumber(number, &significant);
-    const bool dialledNationally =
-        (possible && !m_trunkPrefix.empty() && dialled == m_trunkPrefix + significant) ||
-        (plans().IsValidNumber(number) && dialled == nationalDigits(number));
-    std::string found = formatted(number, PhoneNumberUtil::E164);
-    const bool understood = (possible && isInternational(number)) || dialledNationally;
-    return understood && isStable(found) ? std::optional(std::move(found)) : std::nullopt;
+    return (possible && !m_trunkPrefix.empty() && dialled == m_trunkPrefix + significant) ||
+           (plans().IsValidNumber(number) && dialled == nationalDigits(number));
 }
 
 }  // namespace host

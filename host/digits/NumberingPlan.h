@@ -3,6 +3,10 @@
 #include <optional>
 #include <string>
 
+namespace i18n::phonenumbers {
+class PhoneNumber;
+}  // namespace i18n::phonenumbers
+
 namespace host {
 
 /// The public numbering plan as dialled from one country.
@@ -27,6 +31,9 @@ public:
     [[nodiscard]] std::optional<std::string> international(const std::string& dialled) const;
 
 private:
+    [[nodiscard]] bool isUnderstood(const std::string& dialled,
+                                    const i18n::phonenumbers::PhoneNumber& number) const;
+
     // Constant after construction.
     const std::string m_region;
     const bool m_supported;

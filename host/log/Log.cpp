@@ -1,10 +1,7 @@
 #include "host/log/Log.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
+#include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
@@ -14,7 +11,6 @@
 #include <memory>
 #include <mutex>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 #include "host/log/LogText.h"
@@ -40,9 +36,9 @@ std::atomic<int> g_level{kInitialLevel};
 /// The current writer. Thread-safe.
 class Output {
 public:
-    void add(int level, const std::string& text) {
+    void add(int level, std::string text) {
         const std::lock_guard lock(m_mutex);
-        m_writer->add(level, text);
+        m_writer->add(level, std::move(text));
     }
 
     /// The lines of the previous writer are written first, unless they wait for a reader.
@@ -86,39 +82,42 @@ Output& output() {
     return *instance;
 }
 
-std::shared_ptr<LogWriter> writerTo(const std::string& file) {
-    if (!file.empty()) {
-        // Created here with mode 0600, because the library would make it readable for all.
-        // A pipe that no process reads would block.
-        const int descriptor =
-            ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
-        if (descriptor < 0) {
-            throw std::runtime_error(
-                "cannot write the log file " + file + ": " +
-                (errno == ENXIO ? "it is a pipe without a reader" : std::generic_category().message(errno)));
-        }
-        ::close(descriptor);
-    }
-    return std::make_shared<LogWriter>(file);
-}
-
-__attribute__((format(printf, 1, 0))) std::string printed(const char* format, std::va_list arguments) {
-    std::string text(512, '\0');
+/// Appends the text that `std::vprintf` would print.
+__attribute__((format(printf, 2, 0))) void appendPrinted(std::string& line, const char* format,
+                                                         std::va_list arguments) {
+    // Most texts are shorter.
+    std::array<char, 512> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): it is written below.
     std::va_list again;
     va_copy(again, arguments);
-    const int length = std::vsnprintf(text.data(), text.size(), format, arguments);
-    if (length >= 0 && static_cast<std::size_t>(length) >= text.size()) {
-        text.resize(static_cast<std::size_t>(length) + 1);
-        std::vsnprintf(text.data(), text.size(), format, again);
+    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+    if (length < 0) {
+        appendLogText(line, format);
+    } else if (static_cast<std::size_t>(length) < buffer.size()) {
+        appendLogText(line, {buffer.data(), static_cast<std::size_t>(length)});
+    } else {
+        std::string text(static_cast<std::size_t>(length), '\0');
+        std::vsnprintf(text.data(), text.size() + 1, format, again);
+        appendLogText(line, text);
     }
     va_end(again);
-    text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
-    return length < 0 ? format : text;
 }
 
-std::string payloadOf(const char* component, const char* sourceFile, int line, std::string_view text) {
-    return '[' + escapedLogText(component == nullptr ? "" : component) + "] " + escapedLogText(text) + " (" +
-           escapedLogText(sourceFile == nullptr ? "" : sourceFile) + ':' + std::to_string(line) + ')';
+__attribute__((format(printf, 4, 0))) std::string lineOf(const char* component, const char* sourceFile,
+                                                         int number, const char* format,
+                                                         std::va_list arguments) {
+    constexpr std::size_t kUsualLength = 200;
+    std::string line;
+    line.reserve(kUsualLength);
+    line += '[';
+    appendLogText(line, component == nullptr ? "" : component);
+    line += "] ";
+    appendPrinted(line, format, arguments);
+    line += " (";
+    appendLogText(line, sourceFile == nullptr ? "" : sourceFile);
+    line += ':';
+    line += std::to_string(number);
+    line += ')';
+    return line;
 }
 
 }  // namespace
@@ -137,7 +136,7 @@ void Log::configure(std::string_view levelWord, const std::string& file) {
     if (!level) {
         throw std::runtime_error("the log level must be one of error, warning, info, debug, trace");
     }
-    output().redirect(writerTo(file));
+    output().redirect(std::make_shared<LogWriter>(file));
     g_level = *level;
 }
 
@@ -164,8 +163,7 @@ __attribute__((visibility("default"))) void logAppUni(const char* component, con
     va_start(arguments, format);
     // A failure to log must not disturb the caller; the text is lost.
     try {
-        host::output().add(level,
-                           host::payloadOf(component, sourceFile, line, host::printed(format, arguments)));
+        host::output().add(level, host::lineOf(component, sourceFile, line, format, arguments));
     } catch (...) {  // NOLINT(bugprone-empty-catch)
     }
     va_end(arguments);

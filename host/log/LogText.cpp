@@ -16,14 +16,19 @@ bool isPlain(char character) {
 }  // namespace
 
 std::string escapedLogText(std::string_view text) {
+    std::string line;
+    line.reserve(text.size());
+    appendLogText(line, text);
+    return line;
+}
+
+void appendLogText(std::string& line, std::string_view text) {
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) {
         text.remove_suffix(1);
     }
     const std::size_t left = text.size() > kMaxLogText ? text.size() - kMaxLogText : 0;
     text.remove_suffix(left);
 
-    std::string line;
-    line.reserve(text.size());
     std::size_t at = 0;
     while (at < text.size()) {
         const auto* const begin = text.data() + at;
@@ -45,7 +50,6 @@ std::string escapedLogText(std::string_view text) {
     if (left > 0) {
         line += " ... (" + std::to_string(left) + " bytes more)";
     }
-    return line;
 }
 
 }  // namespace host

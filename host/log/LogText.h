@@ -10,6 +10,8 @@ namespace host {
 /// Removes line breaks at the end. Cuts a text of more than `kMaxLogText` bytes and appends the number of
 /// bytes that are missing. Pure; any thread may call.
 [[nodiscard]] std::string escapedLogText(std::string_view text);
+/// Appends it to a line.
+void appendLogText(std::string& line, std::string_view text);
 
 inline constexpr std::size_t kMaxLogText = 16U * 1024U;
 

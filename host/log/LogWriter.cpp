@@ -1,188 +1,214 @@
 #include "host/log/LogWriter.h"
 
-#include <poll.h>
-#include <spdlog/async_logger.h>
-#include <spdlog/details/thread_pool.h>
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/base_sink.h>
-#include <spdlog/sinks/basic_file_sink.h>
-#include <unistd.h>
-
+#include <algorithm>
 #include <atomic>
-#include <cerrno>
+#include <condition_variable>
 #include <csignal>
-#include <stdexcept>
-#include <string_view>
-#include <thread>
+#include <deque>
+#include <exception>
+#include <iterator>
+#include <mutex>
 #include <utility>
+#include <vector>
+
+#include "host/log/LogLines.h"
+#include "host/log/LogOutput.h"
 
 namespace host {
 namespace {
 
+constexpr std::chrono::milliseconds kGathering{2};
+/// So many lines are written without waiting for more, and at most so many at once.
+constexpr std::size_t kBatch = 256;
+constexpr int kWarning = 3;
+
 std::atomic<std::uint64_t> g_droppedLines{0};
 
-spdlog::level::level_enum spdlogLevelOf(int level) {
-    switch (level) {
-        case 2: return spdlog::level::err;
-        case 3: return spdlog::level::warn;
-        case 4:
-        case 5: return spdlog::level::info;
-        case 6: return spdlog::level::debug;
-        default: return level < 2 ? spdlog::level::critical : spdlog::level::trace;
-    }
-}
-
-/// Standard error without the buffer and the lock of `stderr`: the exit of the program would wait for them.
-class StandardErrorSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
-private:
-    /// Blocks while the reader of a pipe or a terminal does not read. Throws `spdlog_ex`.
-    void sink_it_(const spdlog::details::log_msg& line) override {
-        spdlog::memory_buf_t text;
-        formatter_->format(line, text);
-        std::string_view rest(text.data(), text.size());
-        while (!rest.empty()) {
-            const ssize_t written = ::write(STDERR_FILENO, rest.data(), rest.size());
-            if (written > 0) {
-                rest.remove_prefix(static_cast<std::size_t>(written));
-            } else if (errno == EAGAIN) {
-                pollfd wait{STDERR_FILENO, POLLOUT, 0};
-                ::poll(&wait, 1, -1);
-            } else if (errno != EINTR) {
-                throw spdlog::spdlog_ex("standard error", errno);
-            }
-        }
-    }
-    void flush_() override {}
-};
-
-spdlog::sink_ptr outputTo(const std::string& file) {
-    if (file.empty()) {
-        return std::make_shared<StandardErrorSink>();
-    }
-    try {
-        return std::make_shared<spdlog::sinks::basic_file_sink_st>(file);
-    } catch (const spdlog::spdlog_ex& error) {
-        throw std::runtime_error(error.what());
-    }
-}
-
-/// Passes the lines to the output and counts those that are missing. Used by the thread of the queue only,
-/// except `handled`.
-class CountingSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
-public:
-    explicit CountingSink(spdlog::sink_ptr output) : m_output(std::move(output)) {}
-
-    void setQueue(spdlog::details::thread_pool& queue) { m_queue = &queue; }
-
-    /// The number of lines that were written or could not be written.
-    [[nodiscard]] std::uint64_t handled() const noexcept { return m_handled; }
-
-private:
-    void sink_it_(const spdlog::details::log_msg& line) override {
-        const std::uint64_t overrun = m_queue->overrun_counter();
-        m_missing += overrun - std::exchange(m_overrun, overrun);
-        if (!reportMissing(line) || !write(line)) {
-            ++m_missing;
-            ++g_droppedLines;
-        }
-        ++m_handled;
-    }
-    void flush_() override {}
-    void set_formatter_(std::unique_ptr<spdlog::formatter> formatter) override {
-        m_output->set_formatter(std::move(formatter));
-    }
-
-    bool reportMissing(const spdlog::details::log_msg& before) {
-        if (m_missing == 0) {
-            return true;
-        }
-        const std::string text =
-            "[Log] " + std::to_string(m_missing) +
-            " lines are missing here: they were not taken in time, or could not be written";
-        const bool done =
-            write(spdlog::details::log_msg(before.time, {}, before.logger_name, spdlog::level::warn, text));
-        m_missing = done ? 0 : m_missing;
-        return done;
-    }
-
-    /// Blocks while the reader of a pipe or a terminal does not read.
-    bool write(const spdlog::details::log_msg& line) {
-        try {
-            m_output->log(line);
-            m_output->flush();
-            return true;
-        } catch (const spdlog::spdlog_ex&) {
-            return false;
-        }
-    }
-
-    const spdlog::sink_ptr m_output;
-    spdlog::details::thread_pool* m_queue = nullptr;
-    std::uint64_t m_overrun = 0;
-    /// Lines that are missing before the next one.
-    std::uint64_t m_missing = 0;
-    std::atomic<std::uint64_t> m_handled{0};
-};
-
-/// A queue whose thread takes no signals: the program's own threads decide about them.
-std::shared_ptr<spdlog::details::thread_pool> makeQueue() {
+/// Starts a thread that takes no signals: the program's own threads decide about them.
+template <typename Work>
+std::thread threadWithoutSignals(Work work) {
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
     const auto restore = [&before](void*) { pthread_sigmask(SIG_SETMASK, &before, nullptr); };
     const std::unique_ptr<void, decltype(restore)> atTheEnd(&before, restore);
-    return std::make_shared<spdlog::details::thread_pool>(LogWriter::kMaxQueuedLines, 1);
+    return std::thread(std::move(work));
 }
 
 }  // namespace
 
-struct LogWriter::Impl {
-    explicit Impl(const std::string& file)
-        : sink(std::make_shared<CountingSink>(outputTo(file))), queue(makeQueue()) {
-        sink->setQueue(*queue);
-        logger = std::make_shared<spdlog::async_logger>("", sink, queue,
-                                                        spdlog::async_overflow_policy::overrun_oldest);
-        logger->set_level(spdlog::level::trace);
-        logger->set_formatter(std::make_unique<spdlog::pattern_formatter>("%Y-%m-%dT%H:%M:%S.%eZ %l %v",
-                                                                          spdlog::pattern_time_type::utc));
-    }
+/// The lines that wait, and the work of the thread that writes them.
+class LogWriter::Queue {
+public:
+    explicit Queue(const std::string& file) : m_output(file) { m_batch.reserve(kBatch); }
 
-    /// Adds the lines that the queue has overwritten to the count, each once.
-    void countOverrun() {
-        const std::uint64_t overrun = queue->overrun_counter();
-        std::uint64_t counted = countedOverrun;
-        while (counted < overrun && !countedOverrun.compare_exchange_weak(counted, overrun)) {}
-        g_droppedLines += counted < overrun ? overrun - counted : 0;
-    }
-    [[nodiscard]] bool isWritten() const { return added == sink->handled() + queue->overrun_counter(); }
+    void add(int level, std::string text);
+    [[nodiscard]] std::uint64_t added() const noexcept { return m_added; }
+    /// The number of lines that were written, dropped or could not be written.
+    [[nodiscard]] std::uint64_t handled() const noexcept { return m_handled; }
+    /// Ends `run` when all lines are written.
+    void stop();
+    /// Writes lines until `stop`. On the queue's own thread.
+    void run() noexcept;
 
-    const std::shared_ptr<CountingSink> sink;
-    const std::shared_ptr<spdlog::details::thread_pool> queue;
-    std::shared_ptr<spdlog::async_logger> logger;
-    std::atomic<std::uint64_t> added{0};
-    std::atomic<std::uint64_t> countedOverrun{0};
+private:
+    struct Line {
+        LogLines::Time time;
+        int level = 0;
+        std::string text;
+    };
+
+    [[nodiscard]] bool takeBatch() noexcept;
+    void compose();
+    void write() noexcept;
+    void miss(std::uint64_t lines) noexcept;
+    void countMissing(std::uint64_t lines) noexcept;
+
+    // Each has its own synchronisation.
+    std::atomic<std::uint64_t> m_added{0};
+    std::atomic<std::uint64_t> m_handled{0};
+
+    std::mutex m_mutex;
+    std::condition_variable m_filled;
+    // Guarded by m_mutex.
+    std::deque<Line> m_lines;
+    /// The lines that are missing before the first one.
+    std::uint64_t m_overwritten = 0;
+    /// True while the thread waits for a first line; otherwise it comes by itself.
+    bool m_isIdle = false;
+    bool m_isStopped = false;
+
+    // Used by the thread only.
+    LogOutput m_output;
+    std::vector<Line> m_batch;
+    LogLines m_text;
+    /// The sizes of the text up to the end of each line, and before the first one.
+    std::vector<std::size_t> m_ends;
+    std::size_t m_report = 0;
+    /// Lines that are missing before the next one.
+    std::uint64_t m_missing = 0;
+    /// The output took the last line in part.
+    bool m_isCut = false;
 };
 
-LogWriter::LogWriter(const std::string& file) : m_impl(std::make_unique<Impl>(file)) {}
-
-LogWriter::~LogWriter() {
-    if (!flush(std::chrono::milliseconds(0))) {
-        // The queue would wait for its thread, which waits for the party that takes no lines.
-        static_cast<void>(m_impl.release());
+void LogWriter::Queue::add(int level, std::string text) {
+    bool wake = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_lines.size() == kMaxQueuedLines) {
+            m_lines.pop_front();
+            ++m_overwritten;
+            countMissing(1);
+        }
+        m_lines.push_back({std::chrono::system_clock::now(), level, std::move(text)});
+        ++m_added;
+        wake = std::exchange(m_isIdle, false) || m_lines.size() == kBatch;
+    }
+    if (wake) {
+        m_filled.notify_one();
     }
 }
 
-void LogWriter::add(int level, const std::string& text) {
-    ++m_impl->added;
-    m_impl->logger->log(spdlogLevelOf(level), text);
-    m_impl->countOverrun();
+void LogWriter::Queue::stop() {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_isStopped = true;
+    }
+    m_filled.notify_one();
+}
+
+void LogWriter::Queue::countMissing(std::uint64_t lines) noexcept {
+    g_droppedLines += lines;
+    m_handled += lines;
+}
+
+void LogWriter::Queue::run() noexcept {
+    while (takeBatch()) {
+        try {
+            compose();
+            write();
+        } catch (const std::exception&) {  // no memory
+            miss(m_batch.size());
+        }
+        m_batch.clear();
+    }
+}
+
+/// Returns false at the end.
+bool LogWriter::Queue::takeBatch() noexcept {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_isIdle = m_lines.empty();
+    m_filled.wait(lock, [this] { return !m_lines.empty() || m_isStopped; });
+    m_isIdle = false;
+    m_filled.wait_for(lock, kGathering, [this] { return m_lines.size() >= kBatch || m_isStopped; });
+    const auto end = m_lines.begin() + static_cast<std::ptrdiff_t>(std::min(m_lines.size(), kBatch));
+    m_batch.assign(std::make_move_iterator(m_lines.begin()), std::make_move_iterator(end));
+    m_lines.erase(m_lines.begin(), end);
+    m_missing += std::exchange(m_overwritten, 0);
+    return !m_batch.empty();
+}
+
+void LogWriter::Queue::compose() {
+    m_text.clear();
+    m_ends.clear();
+    if (m_isCut) {
+        m_text.addEnd();
+    }
+    if (m_missing > 0) {
+        m_text.add(m_batch.front().time, kWarning,
+                   "[Log] " + std::to_string(m_missing) +
+                       " lines are missing here: they were not taken in time, or could not be written");
+    }
+    m_report = m_text.text().size();
+    for (const Line& line : m_batch) {
+        m_text.add(line.time, line.level, line.text);
+        m_ends.push_back(m_text.text().size());
+    }
+}
+
+void LogWriter::Queue::write() noexcept {
+    const std::size_t size = m_output.write(m_text.text());
+    const auto written =
+        static_cast<std::uint64_t>(std::upper_bound(m_ends.begin(), m_ends.end(), size) - m_ends.begin());
+    if (size > 0) {
+        m_isCut = m_text.text()[size - 1] != '\n';
+    }
+    if (size >= m_report) {
+        m_missing = 0;
+    }
+    m_handled += written;
+    miss(m_batch.size() - written);
+}
+
+void LogWriter::Queue::miss(std::uint64_t lines) noexcept {
+    m_missing += lines;
+    countMissing(lines);
+}
+
+LogWriter::LogWriter(const std::string& file)
+    : m_queue(std::make_shared<Queue>(file)),
+      m_thread(threadWithoutSignals([queue = m_queue] { queue->run(); })) {}
+
+LogWriter::~LogWriter() {
+    m_queue->stop();
+    if (flush(std::chrono::milliseconds(0))) {
+        m_thread.join();
+    } else {
+        // The thread waits for the party that takes no lines.
+        m_thread.detach();
+    }
+}
+
+void LogWriter::add(int level, std::string text) {
+    m_queue->add(level, std::move(text));
 }
 
 bool LogWriter::flush(std::chrono::milliseconds limit) noexcept {
     constexpr std::chrono::milliseconds kPause{1};
     const auto end = std::chrono::steady_clock::now() + limit;
-    while (!m_impl->isWritten()) {
+    const std::uint64_t added = m_queue->added();
+    while (m_queue->handled() < added) {
         if (std::chrono::steady_clock::now() >= end) {
             return false;
         }
