@@ -25,9 +25,10 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 16> kEntries{{
+constexpr std::array<Entry, 17> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
+    {"sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
     {"demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
     {"list", "print a list of the running journal", &makeListCommand},
     {"calls", "print the calls of the history of the running journal", &makeCallsCommand},

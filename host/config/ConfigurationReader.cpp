@@ -13,15 +13,6 @@
 namespace host {
 namespace {
 
-toml::table parsed(std::string_view toml, const std::string& fileName) {
-    try {
-        return toml::parse(toml, fileName);
-    } catch (const toml::parse_error& error) {
-        throw ConfigurationError(fileName + ':' + std::to_string(error.source().begin.line) + ": " +
-                                 std::string(error.description()));
-    }
-}
-
 Configuration::SharedDevice readSharedDevice(TomlSection& section) {
     Configuration::SharedDevice shared;
     section.readName("device", shared.device);
@@ -155,7 +146,7 @@ void readSection(TomlSection& file, const char* name, void (*reader)(TomlSection
 }  // namespace
 
 Configuration readConfiguration(std::string_view toml, const std::string& fileName) {
-    const toml::table table = parsed(toml, fileName);
+    const toml::table table = parseToml(toml, fileName);
     TomlSection file(table, "", fileName);
     Configuration configuration;
     readLines(file, configuration.lines);

@@ -7,6 +7,15 @@
 
 namespace host {
 
+toml::table parseToml(std::string_view toml, const std::string& fileName) {
+    try {
+        return toml::parse(toml, fileName);
+    } catch (const toml::parse_error& error) {
+        throw ConfigurationError(fileName + ':' + std::to_string(error.source().begin.line) + ": " +
+                                 std::string(error.description()));
+    }
+}
+
 TomlSection::TomlSection(const toml::table& table, std::string path, std::string fileName)
     : m_table(table), m_path(std::move(path)), m_fileName(std::move(fileName)) {}
 

@@ -13,6 +13,9 @@
 
 namespace host {
 
+/// Parses a TOML text. `fileName` appears in messages. Throws `ConfigurationError` with file and line.
+[[nodiscard]] toml::table parseToml(std::string_view toml, const std::string& fileName);
+
 /// A checked section of a TOML file. The configuration reader reads every key that is valid; `finish` refuses
 /// any other key. If a key is absent, the passed value, its default, is unchanged.
 ///

@@ -8,7 +8,8 @@ _calljournal_filters='--since --until --tz --number --search --list --direction 
 _calljournal_options() {
     case "$1${2:+ $2}" in
         '') echo --help --version ;;
-        serve) echo --config --listen --switch --set --data --help ;;
+        serve) echo --config --listen --switch --sip --set --data --help ;;
+        sip) echo --baresip --listen --log-level --data --help ;;
         switch) echo --listen --scenario --loop --rate --call-log --echo-deletions --answer --log-messages --data --help ;;
         demo) echo --config --listen --set --data --help ;;
         list) echo --limit --search --ids --json --csv --data --help ;;
@@ -52,7 +53,7 @@ _calljournal() {
             COMPREPLY=($(compgen -d -- "$word"))
             return
             ;;
-        --config | --scenario)
+        --config | --scenario | --sip)
             # shellcheck disable=SC2207
             COMPREPLY=($(compgen -f -- "$word"))
             return
@@ -67,12 +68,12 @@ _calljournal() {
         --sort) words='start -start' ;;
         --by) words='day hour weekday party' ;;
         --since | --until | --tz | --number | --min-duration) return ;;
-        --listen | --switch | --set | --rate | --answer | --limit | --search) return ;;
+        --listen | --switch | --baresip | --log-level | --set | --rate | --answer | --limit | --search) return ;;
         *)
             if [[ $word == -* ]]; then
                 words=$(_calljournal_options "$command" "$subcommand")
             elif [[ -z $command ]]; then
-                words='serve switch demo list calls stats show watch viewed delete export import backup restore contacts settings'
+                words='serve switch sip demo list calls stats show watch viewed delete export import backup restore contacts settings'
             elif [[ $command == contacts && -z $subcommand ]]; then
                 words='import add list export'
             elif [[ $subcommand == import ]]; then

@@ -89,7 +89,7 @@ SwitchEvents ScenarioCalls::perform(const ScenarioStep& step, SwitchCall& call) 
         case Action::eRetrieve: return {call.retrieve(sideOf(step, call))};
         case Action::eHangUp: return call.hangUp(sideOf(step, call), kNormal);
         case Action::eAbandon: return call.hangUp(Side::eCaller, kNormal);
-        case Action::eBusy: return call.busy();
+        case Action::eBusy: return call.fail("busy");
         case Action::eNoAnswer: {
             SwitchEvents events = ringIfNeeded(call);
             append(events, call.hangUp(Side::eCaller, kNormal));

@@ -67,8 +67,8 @@ SwitchEvents SwitchCall::hangUp(Side first, const std::string& cause) {
     return events;
 }
 
-SwitchEvents SwitchCall::busy() {
-    SwitchEvents events = {setUp(WireEvent::eFailed, "busy")};
+SwitchEvents SwitchCall::fail(const std::string& cause) {
+    SwitchEvents events = {setUp(WireEvent::eFailed, cause)};
     events.push_back(clear(Side::eCaller, end(Side::eCaller).party, "normalClearing"));
     return events;
 }

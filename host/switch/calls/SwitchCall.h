@@ -38,7 +38,8 @@ public:
     [[nodiscard]] SwitchEvent leave(Side by);
     /// Both sides leave; `first` hangs up.
     [[nodiscard]] SwitchEvents hangUp(Side first, const std::string& cause);
-    [[nodiscard]] SwitchEvents busy();
+    /// The called party is busy, for example: the caller's phone gives up.
+    [[nodiscard]] SwitchEvents fail(const std::string& cause);
     /// The call is diverted from the called phone to `to`, which rings or, for a pick-up, has answered.
     [[nodiscard]] SwitchEvents divert(const SwitchParty& to, const std::string& word);
     /// Another phone of the called party has answered; the call ends for this one.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+// The texts of the telephone's responses, which are written for people. Pure functions.
+
+/// A call of the telephone, as `callstat` reports it.
+struct PhoneCall {
+    enum class State { eDialling, eRinging, eTalking };
+
+    std::string id;
+    bool outgoing = false;
+    std::string peerUri;
+    std::string peerName;
+    State state = State::eDialling;
+};
+
+/// The numbers of the lines in the response to `listcalls`.
+[[nodiscard]] std::vector<int> readLineNumbers(std::string_view text);
+
+/// The response to `callstat`; `std::nullopt` if there is no call, or the call has ended.
+[[nodiscard]] std::optional<PhoneCall> readCallState(std::string_view text);
+
+}  // namespace host

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/csta-wire/SwitchParty.h"
+
+namespace host {
+
+// SIP addresses and the device ids that stand for them at the CSTA link. Pure functions.
+
+/// `sip:USER@HOST:PORT;parameters`. A plain value.
+struct SipAddress {
+    std::string scheme = "sip";
+    /// Percent signs decoded.
+    std::string user;
+    /// With the port, if it was written; in lower case.
+    std::string host;
+
+    [[nodiscard]] bool operator==(const SipAddress&) const = default;
+};
+
+/// Returns `std::nullopt` if the text is no sip: or sips: address with a user and a host.
+[[nodiscard]] std::optional<SipAddress> parseSipAddress(std::string_view text);
+
+/// The party of a call. A telephone number stands for itself, at any host. Any other user has its host,
+/// `ann@example.org`, unless that is the host of the own account. An address without a user, or with one that
+/// means "withheld", is an anonymous party.
+[[nodiscard]] SwitchParty partyOf(std::string_view uri, std::string_view name, std::string_view ownHost);
+
+/// The text to dial for a number or an address; `std::nullopt` if it cannot be dialled. Addresses remain as
+/// they are. Separators are removed from a number.
+[[nodiscard]] std::optional<std::string> dialText(std::string_view number);
+
+/// The id of a call at the CSTA link. It depends on the Call-ID and the direction only, so it survives a
+/// restart of the gateway. Two calls never have the same one, nor do the two ends of a call to oneself.
+[[nodiscard]] std::string cstaCallId(std::string_view sipId, bool outgoing);
+
+}  // namespace host

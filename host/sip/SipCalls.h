@@ -1,0 +1,88 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/sip/PhoneMessage.h"
+#include "host/sip/PhoneTexts.h"
+#include "host/switch/calls/LiveCall.h"
+#include "host/switch/calls/SwitchCall.h"
+#include "host/switch/calls/SwitchEvent.h"
+
+namespace host {
+
+/// The calls of a SIP telephone as calls of a switch: each event of the telephone results in the events of
+/// one monitored device. A call begins and ends exactly once, in any order of the telephone's messages.
+///
+///     telephone                        events of the device
+///     dial, or the first sign of it    ServiceInitiated (only by `dialled`), Originated
+///     CALL_RINGING, CALL_PROGRESS      Delivered
+///     CALL_INCOMING                    Delivered
+///     CALL_ESTABLISHED                 Established; Held for the others if it is incoming
+///     CALL_CLOSED                      ConnectionCleared of both ends, or Failed and that of the own end;
+///                                      Retrieved for the call that the telephone takes back
+///
+/// Not thread-safe.
+class SipCalls {
+public:
+    /// A call that a client of the CSTA link names.
+    struct Found {
+        std::string sipId;
+        bool outgoing = false;
+        bool isRinging = false;
+    };
+
+    /// `own` is the monitored device, `ownHost` the host of its account.
+    SipCalls(SwitchParty own, std::string ownHost);
+
+    [[nodiscard]] SwitchEvents process(const PhoneEvent& event);
+    /// The client has dialled a call, which now has an id. Has no effect if the call is known.
+    [[nodiscard]] SwitchEvents dialled(const std::string& sipId, const std::string& uri);
+    /// Adds a call that the telephone had already.
+    [[nodiscard]] SwitchEvents introduce(const PhoneCall& call);
+    /// The telephone is not connected any more: its calls may end meanwhile.
+    void doubtAll();
+    /// Removes, without events, the calls that were neither introduced nor had an event since `doubtAll`.
+    /// Returns true if there were any.
+    [[nodiscard]] bool dropDoubtful();
+    /// Ends all calls: the telephone has gone.
+    [[nodiscard]] SwitchEvents endAll();
+
+    [[nodiscard]] std::optional<Found> find(const std::string& cstaId) const;
+    [[nodiscard]] std::vector<LiveCall> live() const;
+    [[nodiscard]] bool isKnown(const std::string& sipId, bool outgoing) const {
+        return m_calls.count({sipId, outgoing}) > 0;
+    }
+    [[nodiscard]] const SwitchParty& own() const noexcept { return m_own; }
+
+private:
+    struct Call {
+        SwitchCall call;
+        PhoneCall::State state = PhoneCall::State::eDialling;
+        bool held = false;
+        bool doubtful = false;
+    };
+    /// The Call-ID, and true for an outgoing call.
+    using Key = std::pair<std::string, bool>;
+    using Side = SwitchCall::Side;
+
+    [[nodiscard]] static Side ownSide(const Key& key) noexcept;
+    /// The call, which is created with its first events if it is new.
+    Call& callOf(const PhoneEvent& event, const std::string& initiated, SwitchEvents& events);
+    void ring(const Key& key, Call& call, SwitchEvents& events) const;
+    void establish(const Key& key, Call& call, SwitchEvents& events);
+    void close(const Key& key, const std::string& reason, SwitchEvents& events);
+    void holdOthers(const Key& key, SwitchEvents& events);
+    void retrieveLast(SwitchEvents& events);
+    /// Adds the events for the own device only.
+    void append(SwitchEvents& events, SwitchEvents added) const;
+
+    const SwitchParty m_own;
+    const std::string m_ownHost;
+    std::map<Key, Call> m_calls;
+};
+
+}  // namespace host

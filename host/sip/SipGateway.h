@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "host/sip/SipAccount.h"
+
+namespace host {
+
+/// Settings of a SIP gateway. A plain value.
+struct SipGatewayOptions {
+    SipAccount account;
+    /// For the configuration of the telephone.
+    std::filesystem::path directory;
+    /// The address of the CSTA link. Port 0 selects a free one.
+    Endpoint listen{"127.0.0.1", 0};
+    std::string edition = "ed4";
+    /// Gets a text about the state of the telephone ("registered"), on the gateway's thread. May be empty.
+    std::function<void(const std::string&)> statusListener{};
+};
+
+/// A CSTA switch in front of a SIP telephone, with one monitored device: the user of the account.
+///
+/// Call from the owner's thread. All work is done on one thread of the gateway.
+class SipGateway {
+public:
+    /// Throws `std::runtime_error` with a text for the user if the telephone is not installed, for example.
+    explicit SipGateway(SipGatewayOptions options);
+    /// Calls `stop`.
+    ~SipGateway();
+    SipGateway(const SipGateway&) = delete;
+    SipGateway& operator=(const SipGateway&) = delete;
+
+    /// Starts the telephone, then listens. A telephone that is not there within some seconds comes later.
+    /// Throws `std::system_error` if the address is not available.
+    void start();
+    /// Hangs up, ends the telephone, and reports the ends of its calls to the clients. Idempotent.
+    void stop();
+
+    /// The address of the CSTA link. Valid after `start`.
+    [[nodiscard]] Endpoint endpoint() const;
+    [[nodiscard]] std::string device() const;
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+}  // namespace host
