@@ -73,6 +73,16 @@ bool Database::readAside(const char* what, const Work& work) noexcept {
     return done;
 }
 
+RowChanges& Database::rowChanges() noexcept {
+    if (const std::unique_lock lock(m_mutex, std::try_to_lock); lock.owns_lock()) {
+        if (DatabaseFailure::of([this] { m_writer.noteForeignChanges(); })) {
+            m_writer.rowChanges().noteAll();
+            m_writer.rowChanges().endTransaction();
+        }
+    }
+    return m_writer.rowChanges();
+}
+
 bool Database::write(const char* what, const Work& work) noexcept {
     bool done = false;
     measured([&] {

@@ -84,6 +84,9 @@ public:
     /// The same on a connection of its own, so that a long read does not delay a write. Reads the state of
     /// the last write that was done before. The work must only read.
     bool readAside(const char* what, const Work& work) noexcept;
+    /// The rows that were changed lately. What another program has changed is noted too, but while a write
+    /// runs only when that has begun. Never waits.
+    [[nodiscard]] RowChanges& rowChanges() noexcept;
     /// Runs work in one transaction, isolated from other processes: all of it or none.
     bool write(const char* what, const Work& work) noexcept;
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 #include <stdexcept>
 #include <system_error>
 
@@ -50,8 +49,8 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
     configure();
     addSearchText();
     migrate();
-    followItemRows();
-    followLog();
+    followRows();
+    followTransactions();
 }
 
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime,
@@ -84,6 +83,11 @@ Query DatabaseConnection::query(const char* sql) {
     return {prepared.statement, prepared.inUse};
 }
 
+std::int64_t DatabaseConnection::dataVersion() {
+    Query version = query("PRAGMA data_version");
+    return version.next() ? version.number() : 0;
+}
+
 bool DatabaseConnection::truncateLog() {
     m_database.setBusyTimeout(0);
     const int busy = number("PRAGMA wal_checkpoint(TRUNCATE)");
@@ -95,11 +99,22 @@ void DatabaseConnection::checkpoint() noexcept {
     sqlite3_wal_checkpoint_v2(m_database.getHandle(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
 }
 
-void DatabaseConnection::followLog() {
+void DatabaseConnection::followTransactions() {
+    sqlite3_rollback_hook(
+        m_database.getHandle(),
+        [](void* self) {
+            if (RowChanges* const changes = static_cast<DatabaseConnection*>(self)->m_changes) {
+                changes->endTransaction();
+            }
+        },
+        this);
     sqlite3_wal_hook(
         m_database.getHandle(),
         [](void* self, sqlite3* /*database*/, const char* /*name*/, int pages) {
             auto& connection = *static_cast<DatabaseConnection*>(self);
+            if (connection.m_changes != nullptr) {
+                connection.m_changes->endTransaction();
+            }
             if (pages >= (connection.m_logListener ? kVeryLongLog : kLongLog)) {
                 connection.checkpoint();
             } else if (pages >= kLongLog) {
@@ -190,7 +205,7 @@ void DatabaseConnection::addSearchText() {
     }
 }
 
-void DatabaseConnection::followItemRows() {
+void DatabaseConnection::followRows() {
     SQLite::Statement last(m_database, "SELECT seq FROM sqlite_sequence WHERE name = 'call_item'");
     // The numbers of another connection do not come again.
     static std::atomic<std::uint64_t> connections{0};
@@ -198,15 +213,28 @@ void DatabaseConnection::followItemRows() {
     m_items.lastId = last.executeStep() ? last.getColumn(0).getInt64() : 0;
     sqlite3_update_hook(
         m_database.getHandle(),
-        [](void* rows, int operation, const char* /*database*/, const char* table, sqlite3_int64 id) {
-            if (operation != SQLITE_UPDATE && std::strcmp(table, "call_item") == 0) {
-                auto& items = *static_cast<ItemRows*>(rows);
-                ++items.changes;
-                items.lastId =
-                    operation == SQLITE_INSERT ? std::max(items.lastId, std::int64_t{id}) : items.lastId;
-            }
+        [](void* self, int operation, const char* /*database*/, const char* table, sqlite3_int64 id) {
+            static_cast<DatabaseConnection*>(self)->noteRow(operation, table, id);
         },
-        &m_items);
+        this);
+}
+
+void DatabaseConnection::noteRow(int operation, const char* table, std::int64_t id) noexcept {
+    const std::string_view name = table;
+    const bool isItem = name == "call_item";
+    if (isItem && operation != SQLITE_UPDATE) {
+        ++m_items.changes;
+        m_items.lastId = operation == SQLITE_INSERT ? std::max(m_items.lastId, id) : m_items.lastId;
+    }
+    if (m_changes == nullptr) {
+        return;
+    }
+    // A trigger changes the entry too when a call is added to it or taken from it.
+    if (isItem || (name == "call" && operation == SQLITE_UPDATE)) {
+        m_changes->note({isItem ? RowChanges::Table::eItem : RowChanges::Table::eCall, id});
+    } else if (name == "contact" || (name == "party" && operation == SQLITE_UPDATE)) {
+        m_changes->noteAll();
+    }
 }
 
 void DatabaseConnection::migrate() {

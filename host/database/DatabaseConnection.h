@@ -11,6 +11,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include "host/database/Query.h"
+#include "host/database/RowChanges.h"
 
 namespace host {
 
@@ -42,6 +43,10 @@ public:
     void setBusyTime(std::chrono::milliseconds time) noexcept;
     /// Sets if a commit flushes the disk, which it does at first. Requires: no transaction is open.
     void setFlushing(bool flushes);
+    /// Notes the rows that this connection changes from now on; `changes` is borrowed.
+    void setRowChanges(RowChanges& changes) noexcept { m_changes = &changes; }
+    /// Changes when another connection, also of another program, has changed the database.
+    [[nodiscard]] std::int64_t dataVersion();
     /// The greatest row id that `call_item` has had; read from the file, then noted at each insertion.
     [[nodiscard]] std::int64_t lastItemId() const noexcept { return m_items.lastId; }
     /// Grows by the number of rows that are added to `call_item` or removed, rolled back or not.
@@ -68,8 +73,9 @@ private:
     void configure();
     /// Adds the SQL function search_text(name, number), `SearchText::searchable`.
     void addSearchText();
-    void followItemRows();
-    void followLog();
+    void followRows();
+    void noteRow(int operation, const char* table, std::int64_t id) noexcept;
+    void followTransactions();
     void migrate();
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
@@ -86,6 +92,7 @@ private:
     };
     ItemRows m_items;
     std::function<void()> m_logListener;
+    RowChanges* m_changes = nullptr;
     SQLite::Database m_database;
     std::unordered_map<std::string, Prepared> m_statements;
 };

@@ -17,8 +17,7 @@ std::uint64_t DatabaseSession::itemChanges() const {
 }
 
 DatabaseState DatabaseSession::state() {
-    Query version = m_connection.query("PRAGMA data_version");
-    return {m_connection.serial(), version.next() ? version.number() : 0};
+    return {m_connection.serial(), m_connection.dataVersion()};
 }
 
 void carryOut(DatabaseConnection& connection, const char* begin, const DatabaseWork& work) {

@@ -67,6 +67,8 @@ DatabaseWriter::DatabaseWriter(std::filesystem::path file, std::chrono::millisec
       m_place(m_file),
       m_readers(m_file, m_place, busyTime) {
     m_lastItemId = m_connection->lastItemId();
+    m_dataVersion = m_connection->dataVersion();
+    m_connection->setRowChanges(m_changes);
 }
 
 DatabaseWriter::~DatabaseWriter() = default;
@@ -87,6 +89,10 @@ void DatabaseWriter::requireFile() {
     }
     m_connection = m_place.putBack(*m_connection, m_busyTime);
     m_connection->setLogListener(m_logListener);
+    m_connection->setRowChanges(m_changes);
+    m_dataVersion = m_connection->dataVersion();
+    m_changes.noteAll();
+    m_changes.endTransaction();
     m_readers.renew();
     m_isInPlace = true;
     logAppUni("Database", __FILE_NAME__, 2, __LINE__,
@@ -94,11 +100,22 @@ void DatabaseWriter::requireFile() {
               m_file.c_str());
 }
 
+void DatabaseWriter::noteForeignChanges() {
+    if (const std::int64_t version = m_connection->dataVersion(); version != m_dataVersion) {
+        m_dataVersion = version;
+        m_changes.noteAll();
+        if (!m_connection->isInTransaction()) {
+            m_changes.endTransaction();
+        }
+    }
+}
+
 void DatabaseWriter::transact(const DatabaseWork& work, bool flushes) {
     requireFile();
     m_connection->setFlushing(flushes);
     bool emptiesLog = false;
     carryOut(*m_connection, "BEGIN IMMEDIATE", [&](DatabaseSession& session) {
+        noteForeignChanges();
         m_deferred.carryOut(*m_connection);
         work(session);
         emptiesLog = session.emptiesLog();

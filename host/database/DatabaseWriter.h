@@ -13,6 +13,7 @@
 #include "host/database/DatabaseSession.h"
 #include "host/database/DeferredChanges.h"
 #include "host/database/ReadConnections.h"
+#include "host/database/RowChanges.h"
 
 namespace host {
 
@@ -32,6 +33,11 @@ public:
     ~DatabaseWriter();
     DatabaseWriter(const DatabaseWriter&) = delete;
     DatabaseWriter& operator=(const DatabaseWriter&) = delete;
+
+    /// The rows that were changed. Thread-safe.
+    [[nodiscard]] RowChanges& rowChanges() noexcept { return m_changes; }
+    /// Notes if another program has changed rows.
+    void noteForeignChanges();
 
     [[nodiscard]] DatabaseConnection& connection() noexcept { return *m_connection; }
     /// The place of the open files. Thread-safe.
@@ -72,7 +78,9 @@ private:
     std::atomic<std::int64_t> m_lastItemId{0};
     std::atomic<bool> m_emptiesLog{false};
 
+    RowChanges m_changes;
     std::unique_ptr<DatabaseConnection> m_connection;
+    std::int64_t m_dataVersion = 0;
     std::function<void()> m_logListener;
     DeferredChanges m_deferred;
     // After the connection, which creates the file.

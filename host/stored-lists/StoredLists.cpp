@@ -5,13 +5,10 @@
 
 #include "host/data/CallBackRows.h"
 #include "host/data/CallRows.h"
-#include "host/data/ContactRows.h"
-#include "host/database/RowId.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/ItemSearch.h"
-#include "host/presentation/PlainText.h"
 #include "host/search/SearchText.h"
-#include "journal-items/Occurrences.h"
+#include "host/stored-lists/EntryReader.h"
 
 namespace host {
 namespace {
@@ -56,71 +53,6 @@ std::int64_t bounded(std::size_t number) {
     return static_cast<std::int64_t>(std::min(number, kMost));
 }
 
-/// Reads the entries of one line.
-class Reader {
-public:
-    Reader(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
-        : m_session(session),
-          m_context{line, digits},
-          m_rows(session, m_context),
-          m_contacts(session, line, digits) {}
-
-    template <typename Item>
-    [[nodiscard]] std::optional<Json> entry(std::int64_t id) {
-        Item item;
-        if (!m_rows.findWithNewest(id, item)) {
-            return std::nullopt;
-        }
-        Json json = itemJson(item);
-        Query calls = m_session.query("SELECT calls FROM call_item WHERE id = ?");
-        json["calls"] = calls.bind(id).next() ? calls.number() : 0;
-        const std::string contact = contactName(json["number"].get<std::string>());
-        if (!contact.empty()) {
-            json["displayName"] = contact;
-        }
-        markApproximateEnds(id, json["occurrences"]);
-        return json;
-    }
-
-    [[nodiscard]] std::string contactName(const std::string& number) {
-        const auto match = number.empty() ? std::nullopt : m_contacts.lookUp(m_contacts.indexed(number));
-        const std::optional<Contact> contact = match ? m_contacts.find(match->id) : std::nullopt;
-        return contact ? fullName(contact->getFirstname(), contact->getSurname()) : std::string();
-    }
-
-    /// The entry with that unique id or entry id; null if the list has none.
-    [[nodiscard]] Json entryOf(ListName list, const std::string& id) {
-        Json found;
-        withItemOf(list, [&]<typename Item>() {
-            if constexpr (std::is_same_v<Item, CallBackItem>) {
-                const auto all = CallBackRows(m_session, m_context.line).all();
-                const auto one = std::find_if(all.begin(), all.end(),
-                                              [&id](const auto& each) { return each.getEntryId() == id; });
-                found = one == all.end() ? Json() : itemJson(*one);
-            } else {
-                const auto row = m_rows.idOf(list, id);
-                found = row ? entry<Item>(*row).value_or(Json()) : Json();
-            }
-        });
-        return found;
-    }
-
-private:
-    void markApproximateEnds(std::int64_t id, Json& occurrences) {
-        Query rows = m_session.query(
-            "SELECT end_approximate FROM call WHERE item = ? ORDER BY item_order DESC LIMIT ?");
-        rows.bind(id).bind(kShownCalls);
-        for (auto each = occurrences.begin(); each != occurrences.end() && rows.next(); ++each) {
-            (*each)["endApproximate"] = rows.flag();
-        }
-    }
-
-    Database::Session& m_session;
-    const HistoryRows::Context m_context;
-    CallRows m_rows;
-    ContactRows m_contacts;
-};
-
 }  // namespace
 
 std::optional<DatabaseState> StoredLists::state() const {
@@ -147,7 +79,7 @@ std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::str
     const bool done = m_database.readAside("reading a list", [&](Database::Session& session) {
         page = {};
         page.state = stateFor(session, list);
-        Reader reader(session, m_line, m_digits);
+        EntryReader reader(session, m_line, m_digits);
         Query rows = session.query(kMatching);
         rows.bind(m_line).bind(static_cast<std::int32_t>(list)).bind(text.text()).bind(text.number());
         // One row at least, for the counts.
@@ -159,16 +91,38 @@ std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::str
             const std::int64_t id = rows.number();
             page.total = static_cast<std::size_t>(rows.number());
             page.unviewed = static_cast<std::size_t>(rows.number());
-            withItemOf(list, [&]<typename Item>() {
-                if constexpr (!std::is_same_v<Item, CallBackItem>) {
-                    if (auto entry = limit > 0 ? reader.entry<Item>(id) : std::nullopt) {
-                        page.items.push_back(std::move(*entry));
-                    }
-                }
-            });
+            if (auto entry = limit > 0 ? reader.entry(list, id) : std::nullopt) {
+                page.items.push_back(std::move(*entry));
+            }
         }
     });
     return done ? std::optional(std::move(page)) : std::nullopt;
+}
+
+std::optional<std::string> StoredLists::pageText(ListName list, std::size_t offset, std::size_t limit) const {
+    {
+        const std::lock_guard lock(m_snapshotMutex);
+        ListSnapshot& snapshot = m_snapshots.at(static_cast<std::size_t>(list));
+        RowChanges& changes = m_database.rowChanges();
+        const std::uint64_t settled = changes.settled();
+        bool isShort = false;
+        const bool done = m_database.readAside("reading a list", [&](Database::Session& session) {
+            isShort = snapshot.update(session, {list, m_line, m_digits}, changes, settled);
+        });
+        if (!done) {
+            snapshot.clear();
+            return std::nullopt;
+        }
+        if (isShort) {
+            return snapshot.page(list, offset, limit);
+        }
+    }
+    std::optional<Page> read = page(list, {}, offset, limit);
+    return read ? std::optional(jsonText({{"list", std::string(wordOf(list))},
+                                          {"total", read->total},
+                                          {"unviewed", read->unviewed},
+                                          {"items", std::move(read->items)}}))
+                : std::nullopt;
 }
 
 std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& search, std::size_t offset,
@@ -200,7 +154,7 @@ std::optional<std::vector<StoredLists::Json>> StoredLists::entries(
     std::vector<Json> found;
     const bool done = m_database.readAside("reading an entry", [&](Database::Session& session) {
         found.clear();
-        Reader reader(session, m_line, m_digits);
+        EntryReader reader(session, m_line, m_digits);
         for (const auto& [list, id] : ids) {
             found.push_back(reader.entryOf(list, id));
         }

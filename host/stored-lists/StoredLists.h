@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <map>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "host/database/Database.h"
+#include "host/stored-lists/ListSnapshot.h"
 #include "journal-items/ListTraits.h"
 
 class DigitAnalysisServiceIfc;
@@ -45,6 +48,10 @@ public:
     /// `limit`.
     [[nodiscard]] std::optional<Page> page(ListName list, const std::string& search, std::size_t offset,
                                            std::size_t limit) const;
+    /// A page of a call list without a search, as the JSON text {"list","total","unviewed","items"}. It is
+    /// built from a snapshot in memory, of which only the entries that have changed are read again.
+    [[nodiscard]] std::optional<std::string> pageText(ListName list, std::size_t offset,
+                                                      std::size_t limit) const;
     /// The entry with that unique id, if `id` is a number, or with that entry id; null if the list has none.
     [[nodiscard]] std::optional<Json> entry(ListName list, const std::string& id) const;
     /// The same for several, in their order, in one state of the database.
@@ -56,6 +63,8 @@ public:
     [[nodiscard]] std::optional<std::size_t> unviewed() const;
 
 private:
+    static constexpr std::size_t kCallLists = 4;
+
     [[nodiscard]] std::optional<DatabaseState> stateFor(Database::Session& session, ListName list) const;
     [[nodiscard]] std::optional<Page> callBackPage(const std::string& search, std::size_t offset,
                                                    std::size_t limit) const;
@@ -64,6 +73,10 @@ private:
     Database& m_database;
     const std::string m_line;
     DigitAnalysisServiceIfc* const m_digits;
+
+    mutable std::mutex m_snapshotMutex;
+    // Guarded by m_snapshotMutex, which is held while a snapshot is read from the database.
+    mutable std::array<ListSnapshot, kCallLists> m_snapshots;
 };
 
 }  // namespace host

@@ -73,6 +73,12 @@ HttpResponse ListsResource::list(const HttpRequest& request) const {
     const ListName name = listOf(request);
     const PageOfItems page(request);
     const std::string& search = request.queryValue("search");
+    if (search.empty() && name != ListName::eCallbacks) {
+        HttpResponse response;
+        response.contentType = "application/json";
+        response.body = storedOr503(m_stored.pageText(name, page.offset(), page.limit()));
+        return response;
+    }
     const std::string key = std::string(wordOf(name)) + ' ' + std::to_string(page.offset()) + ' ' +
                             std::to_string(page.limit()) + ' ' + search;
     HttpResponse response;
