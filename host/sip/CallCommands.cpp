@@ -52,9 +52,9 @@ void CallCommands::makeCall(const CallControlRequest& request, const std::string
 
 void CallCommands::dialled(const std::vector<PhoneResponse>& responses, const std::string& nameSpace,
                            const Reply& reply) {
-    const std::optional<PhoneCall> call =
+    const std::optional<SipCallState> call =
         responses.empty() || !responses.front().ok ? std::nullopt : readCallState(responses.back().text);
-    if (!call || !call->outgoing || call->state == PhoneCall::State::eTalking) {
+    if (!call || !call->outgoing || call->state == SipCallState::State::eTalking) {
         reply(writeCstaRefusal("operation", responses.empty() ? "generic" : "invalidDestination", nameSpace));
         return;
     }

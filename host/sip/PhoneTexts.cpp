@@ -27,7 +27,7 @@ std::string_view between(std::string_view line, std::string_view begin, char end
 }
 
 /// "Ann <sip:ann@example.org>"
-void readPeer(std::string_view text, PhoneCall& call) {
+void readPeer(std::string_view text, SipCallState& call) {
     const std::size_t bracket = text.rfind('<');
     if (bracket != std::string_view::npos) {
         call.peerName = trimmed(text.substr(0, bracket));
@@ -35,12 +35,12 @@ void readPeer(std::string_view text, PhoneCall& call) {
     }
 }
 
-PhoneCall::State stateOf(std::string_view word, bool outgoing) {
+SipCallState::State stateOf(std::string_view word, bool outgoing) {
     if (word == "ESTABLISHED") {
-        return PhoneCall::State::eTalking;
+        return SipCallState::State::eTalking;
     }
     const bool ringing = !outgoing || word == "RINGING" || word == "EARLY";
-    return ringing ? PhoneCall::State::eRinging : PhoneCall::State::eDialling;
+    return ringing ? SipCallState::State::eRinging : SipCallState::State::eDialling;
 }
 
 }  // namespace
@@ -57,9 +57,9 @@ std::vector<int> readLineNumbers(std::string_view text) {
     return numbers;
 }
 
-std::optional<PhoneCall> readCallState(std::string_view text) {
+std::optional<SipCallState> readCallState(std::string_view text) {
     constexpr std::string_view kPeer = " peer_uri:";
-    PhoneCall call;
+    SipCallState call;
     std::string_view word;
     // A name cannot begin a line, so no peer can pretend the members of another line.
     while (!text.empty()) {

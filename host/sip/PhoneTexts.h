@@ -10,7 +10,7 @@ namespace host {
 // The texts of the telephone's responses, which are written for people. Pure functions.
 
 /// A call of the telephone, as `callstat` reports it.
-struct PhoneCall {
+struct SipCallState {
     enum class State { eDialling, eRinging, eTalking };
 
     std::string id;
@@ -24,6 +24,6 @@ struct PhoneCall {
 [[nodiscard]] std::vector<int> readLineNumbers(std::string_view text);
 
 /// The response to `callstat`; `std::nullopt` if there is no call, or the call has ended.
-[[nodiscard]] std::optional<PhoneCall> readCallState(std::string_view text);
+[[nodiscard]] std::optional<SipCallState> readCallState(std::string_view text);
 
 }  // namespace host

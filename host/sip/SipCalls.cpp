@@ -9,9 +9,9 @@ namespace host {
 
 namespace {
 
-using State = PhoneCall::State;
+using State = SipCallState::State;
 
-PhoneEvent eventOf(const PhoneCall& call) {
+PhoneEvent eventOf(const SipCallState& call) {
     return {.type = {},
             .account = {},
             .outgoing = call.outgoing,
@@ -57,7 +57,7 @@ SwitchEvents SipCalls::dialled(const std::string& sipId, const std::string& uri)
     return events;
 }
 
-SwitchEvents SipCalls::introduce(const PhoneCall& call) {
+SwitchEvents SipCalls::introduce(const SipCallState& call) {
     SwitchEvents events;
     const Key key{call.id, call.outgoing};
     Call& known = callOf(eventOf(call), {}, events);

@@ -42,7 +42,7 @@ public:
     /// The client has dialled a call, which now has an id. Has no effect if the call is known.
     [[nodiscard]] SwitchEvents dialled(const std::string& sipId, const std::string& uri);
     /// Adds a call that the telephone had already.
-    [[nodiscard]] SwitchEvents introduce(const PhoneCall& call);
+    [[nodiscard]] SwitchEvents introduce(const SipCallState& call);
     /// The telephone is not connected any more: its calls may end meanwhile.
     void doubtAll();
     /// Removes, without events, the calls that were neither introduced nor had an event since `doubtAll`.
@@ -61,7 +61,7 @@ public:
 private:
     struct Call {
         SwitchCall call;
-        PhoneCall::State state = PhoneCall::State::eDialling;
+        SipCallState::State state = SipCallState::State::eDialling;
         bool held = false;
         bool doubtful = false;
     };

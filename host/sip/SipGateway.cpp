@@ -155,7 +155,7 @@ private:
             return;
         }
         for (const PhoneResponse& state : states) {
-            if (const std::optional<PhoneCall> call = readCallState(state.text)) {
+            if (const std::optional<SipCallState> call = readCallState(state.text)) {
                 publish(m_calls.introduce(*call));
             }
         }

@@ -120,7 +120,7 @@ TEST(SipCallsTest, CallsOfALostTelephoneEndUnlessItStillHasThem) {
                                        .outgoing = false,
                                        .peerUri = "sip:bob@h",
                                        .peerName = {},
-                                       .state = PhoneCall::State::eTalking})),
+                                       .state = SipCallState::State::eTalking})),
               (Texts{"c1_i Established connected newCall"}));
     EXPECT_TRUE(calls.dropDoubtful());
     EXPECT_FALSE(calls.dropDoubtful());

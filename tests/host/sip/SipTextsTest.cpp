@@ -71,7 +71,7 @@ TEST(PhoneTextsTest, TheStateOfACallIsReadFromItsOwnLines) {
     EXPECT_EQ(call->peerUri, "sip:a@127.0.0.1:5070");
     EXPECT_EQ(call->peerName, "<sip:x@y> af= id=no");
     EXPECT_FALSE(call->outgoing);
-    EXPECT_EQ(call->state, PhoneCall::State::eTalking);
+    EXPECT_EQ(call->state, SipCallState::State::eTalking);
     EXPECT_FALSE(readCallState("\n(no active calls)\n"));
     EXPECT_EQ(
         readLineNumbers("\n--- Active calls (2) ---\n  [line 1]  0:00:00 RINGING sip:a@h\n> [line 12] x\n"),
