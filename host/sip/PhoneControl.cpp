@@ -86,7 +86,7 @@ void PhoneControl::received() {
                       text->c_str());
             continue;
         }
-        if (const auto* event = std::get_if<PhoneEvent>(&*message)) {
+        if (const auto* event = std::get_if<SipPhoneEvent>(&*message)) {
             m_handlers.event(*event);
         } else {
             process(std::get<PhoneResponse>(*message));

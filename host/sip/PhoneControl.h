@@ -32,7 +32,7 @@ public:
     /// The responses in the order of the commands; empty if the telephone did not respond to all.
     using ResponseHandler = std::function<void(const std::vector<PhoneResponse>&)>;
     struct Handlers {
-        std::function<void(const PhoneEvent&)> event;
+        std::function<void(const SipPhoneEvent&)> event;
         /// Called once. The connection is then closed, and each open command has had its handler called.
         std::function<void(const std::string& reason)> closed;
     };

@@ -22,7 +22,7 @@ bool flagOf(const json& message, const char* member) {
     return found != message.end() && found->is_boolean() && found->get<bool>();
 }
 
-PhoneEvent eventOf(const json& message) {
+SipPhoneEvent eventOf(const json& message) {
     return {.type = textOf(message, "type"),
             .account = textOf(message, "accountaor"),
             .outgoing = textOf(message, "direction") == "outgoing",
@@ -34,7 +34,7 @@ PhoneEvent eventOf(const json& message) {
 
 }  // namespace
 
-std::optional<std::variant<PhoneEvent, PhoneResponse>> readPhoneMessage(std::string text) {
+std::optional<std::variant<SipPhoneEvent, PhoneResponse>> readPhoneMessage(std::string text) {
     // The telephone does not escape every control character of a name.
     std::replace_if(
         text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');

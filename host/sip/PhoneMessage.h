@@ -10,7 +10,7 @@ namespace host {
 // The messages on the control port of the SIP telephone, as JSON texts. Pure functions.
 
 /// Something that has happened at the telephone. Text members are empty if they were not sent.
-struct PhoneEvent {
+struct SipPhoneEvent {
     /// "CALL_INCOMING", "REGISTER_FAIL", ...
     std::string type;
     /// The address of the account, "sip:alice@example.org".
@@ -31,7 +31,7 @@ struct PhoneResponse {
 };
 
 /// Reads a message. Text that is no UTF-8 is read as ISO 8859-1. Returns `std::nullopt` for any other JSON.
-[[nodiscard]] std::optional<std::variant<PhoneEvent, PhoneResponse>> readPhoneMessage(std::string text);
+[[nodiscard]] std::optional<std::variant<SipPhoneEvent, PhoneResponse>> readPhoneMessage(std::string text);
 
 /// A command; empty parameters are not written, because some commands then act on the last ones.
 [[nodiscard]] std::string writePhoneCommand(std::string_view command, std::string_view parameters,

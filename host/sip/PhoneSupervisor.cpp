@@ -124,7 +124,7 @@ void PhoneSupervisor::connected(tcp::socket socket) {
     m_connectedAt = steady_clock::now();
     m_control = std::make_shared<PhoneControl>(
         std::move(socket),
-        PhoneControl::Handlers{.event = [this](const PhoneEvent& event) { m_handlers.event(event); },
+        PhoneControl::Handlers{.event = [this](const SipPhoneEvent& event) { m_handlers.event(event); },
                                .closed = [this](const std::string& reason) { failed(reason); }});
     m_control->start();
     logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "baresip is connected at %s",

@@ -29,7 +29,7 @@ public:
     struct Handlers {
         /// The telephone is connected.
         std::function<void()> connected;
-        std::function<void(const PhoneEvent&)> event;
+        std::function<void(const SipPhoneEvent&)> event;
         /// The telephone is not connected any more. `ended`: it has ended with all its calls.
         std::function<void(bool ended)> lost;
     };

@@ -11,7 +11,7 @@ namespace {
 
 using State = SipCallState::State;
 
-PhoneEvent eventOf(const SipCallState& call) {
+SipPhoneEvent eventOf(const SipCallState& call) {
     return {.type = {},
             .account = {},
             .outgoing = call.outgoing,
@@ -26,7 +26,7 @@ PhoneEvent eventOf(const SipCallState& call) {
 SipCalls::SipCalls(SwitchParty own, std::string ownHost)
     : m_own(std::move(own)), m_ownHost(std::move(ownHost)) {}
 
-SwitchEvents SipCalls::process(const PhoneEvent& event) {
+SwitchEvents SipCalls::process(const SipPhoneEvent& event) {
     SwitchEvents events;
     // An outgoing call has no id before the other side responds; `dialled` introduces it.
     if (event.id.empty() || event.type.substr(0, 5) != "CALL_") {
@@ -49,7 +49,7 @@ SwitchEvents SipCalls::process(const PhoneEvent& event) {
 
 SwitchEvents SipCalls::dialled(const std::string& sipId, const std::string& uri) {
     SwitchEvents events;
-    PhoneEvent event;
+    SipPhoneEvent event;
     event.outgoing = true;
     event.peerUri = uri;
     event.id = sipId;
@@ -112,7 +112,7 @@ SipCalls::Side SipCalls::ownSide(const Key& key) noexcept {
     return key.second ? Side::eCaller : Side::eCalled;
 }
 
-SipCalls::Call& SipCalls::callOf(const PhoneEvent& event, const std::string& initiated,
+SipCalls::Call& SipCalls::callOf(const SipPhoneEvent& event, const std::string& initiated,
                                  SwitchEvents& events) {
     const Key key{event.id, event.outgoing};
     const auto found = m_calls.find(key);

@@ -38,7 +38,7 @@ public:
     /// `own` is the monitored device, `ownHost` the host of its account.
     SipCalls(SwitchParty own, std::string ownHost);
 
-    [[nodiscard]] SwitchEvents process(const PhoneEvent& event);
+    [[nodiscard]] SwitchEvents process(const SipPhoneEvent& event);
     /// The client has dialled a call, which now has an id. Has no effect if the call is known.
     [[nodiscard]] SwitchEvents dialled(const std::string& sipId, const std::string& uri);
     /// Adds a call that the telephone had already.
@@ -71,7 +71,7 @@ private:
 
     [[nodiscard]] static Side ownSide(const Key& key) noexcept;
     /// The call, which is created with its first events if it is new.
-    Call& callOf(const PhoneEvent& event, const std::string& initiated, SwitchEvents& events);
+    Call& callOf(const SipPhoneEvent& event, const std::string& initiated, SwitchEvents& events);
     void ring(const Key& key, Call& call, SwitchEvents& events) const;
     void establish(const Key& key, Call& call, SwitchEvents& events);
     void close(const Key& key, const std::string& reason, SwitchEvents& events);

@@ -40,7 +40,7 @@ public:
                   m_options.account.address.host),
           m_phone(m_io, m_options.account, m_options.directory,
                   {.connected = [this] { readCalls(); },
-                   .event = [this](const PhoneEvent& event) { process(event); },
+                   .event = [this](const SipPhoneEvent& event) { process(event); },
                    .lost = [this](bool ended) { lost(ended); }}),
           m_commands(m_phone, m_calls, [this](const SwitchEvents& events) { publish(events); }) {}
 
@@ -111,7 +111,7 @@ private:
         return service.has_value();
     }
 
-    void process(const PhoneEvent& event) {
+    void process(const SipPhoneEvent& event) {
         // A running telephone may have other accounts.
         const std::optional<SipAddress> account = parseSipAddress(event.account);
         if (account && account->user != m_options.account.address.user) {

@@ -10,7 +10,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 /// "incoming c1 CALL_CLOSED 486 Busy Here": the call's id is the second word.
-PhoneEvent eventOf(const std::string& text) {
+SipPhoneEvent eventOf(const std::string& text) {
     const bool outgoing = text.substr(0, 3) == "out";
     return {.type = text.substr(7, text.find(' ', 7) - 7),
             .account = "sip:alice@h",
@@ -90,7 +90,7 @@ TEST(SipCallsTest, TheMessagesOfTheTelephoneAreTheEventsOfTheDevice) {
         SipCalls calls({.number = "alice", .name = {}}, "h");
         Texts device;
         for (const std::string& text : row.phone) {
-            PhoneEvent event = eventOf(text);
+            SipPhoneEvent event = eventOf(text);
             event.id.erase(0, event.id.find_first_not_of(' '));
             const Texts texts = textsOf(calls.process(event));
             device.insert(device.end(), texts.begin(), texts.end());

@@ -54,7 +54,7 @@ TEST(PhoneMessageTest, NamesInAnyEncodingDoNotLoseTheEvent) {
             R"({"event":true,"type":"CALL_INCOMING","direction":"incoming","id":"c1","peerdisplayname":")" +
             sent + "\"}");
         ASSERT_TRUE(message) << sent;
-        EXPECT_EQ(std::get<PhoneEvent>(*message).peerName, read);
+        EXPECT_EQ(std::get<SipPhoneEvent>(*message).peerName, read);
     }
     EXPECT_FALSE(readPhoneMessage("[1]"));
     EXPECT_FALSE(readPhoneMessage(R"({"event":1})"));

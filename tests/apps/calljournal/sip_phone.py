@@ -1,0 +1,148 @@
+"""Real SIP telephones for the tests: baresip on loopback, without sound, driven over its control port."""
+
+import json
+import os
+import queue
+import re
+import shutil
+import signal
+import socket
+import struct
+import subprocess
+import tempfile
+import threading
+import time
+
+from harness import LIMIT
+
+CONFIG = """sip_listen 127.0.0.1:%d
+audio_player aubridge,x
+audio_source aubridge,x
+module_path /usr/lib/baresip/modules
+module g711.so
+module aubridge.so
+module_app account.so
+module_app menu.so
+module_app ctrl_tcp.so
+ctrl_tcp_listen 127.0.0.1:%d
+%s
+"""
+
+
+def free_port(kind=socket.SOCK_STREAM):
+    with socket.socket(socket.AF_INET, kind) as held:
+        held.bind(("127.0.0.1", 0))
+        return held.getsockname()[1]
+
+
+class SipPhone:
+    """One telephone; ends with the test."""
+
+    def __init__(self, test, name, settings=""):
+        self.name = name
+        self.port, self.control_port = free_port(socket.SOCK_DGRAM), free_port()
+        directory = tempfile.mkdtemp(prefix="phone")
+        test.addCleanup(shutil.rmtree, directory)
+        for file, text in (("config", CONFIG % (self.port, self.control_port, settings)), ("contacts", ""),
+                           ("accounts", "\"The %s\" <%s>;regint=0;answermode=manual\n" % (name, self.address))):
+            with open(os.path.join(directory, file), "w", encoding="utf-8") as target:
+                target.write(text)
+        self.process = subprocess.Popen(["baresip", "-f", directory], stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        test.addCleanup(self.end)
+        self.control = None
+
+    @property
+    def address(self):
+        return "sip:%s@127.0.0.1:%d" % (self.name, self.port)
+
+    @property
+    def number(self):
+        """How the journal writes it."""
+        return "%s@127.0.0.1:%d" % (self.name, self.port)
+
+    def connect(self):
+        deadline = time.monotonic() + LIMIT
+        while self.control is None:
+            try:
+                self.control = socket.create_connection(("127.0.0.1", self.control_port), LIMIT)
+            except OSError:
+                assert time.monotonic() < deadline, "baresip does not open its control port"
+                threading.Event().wait(0.02)
+        self.messages = queue.Queue()
+        threading.Thread(target=self._read, daemon=True).start()
+        return self
+
+    def _read(self):
+        data = b""
+        try:
+            while received := self.control.recv(65536):
+                data += received
+                while (found := re.match(rb"(\d+):", data)) and len(data) > found.end() + int(found.group(1)):
+                    end = found.end() + int(found.group(1))
+                    self.messages.put(json.loads(data[found.end():end]))
+                    data = data[end + 1:]
+        except OSError:
+            pass
+
+    def command(self, name, parameters=None):
+        message = {"command": name} if parameters is None else {"command": name, "params": parameters}
+        text = json.dumps(message).encode()
+        self.control.sendall(b"%d:%s," % (len(text), text))
+
+    def reports(self, kind):
+        """Waits for the next such message of the telephone."""
+        deadline = time.monotonic() + LIMIT
+        while True:
+            message = self.messages.get(timeout=max(0.0, deadline - time.monotonic()))
+            if message.get("type") == kind:
+                return message
+
+    def end(self):
+        if self.control is not None:
+            self.control.close()
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+            try:
+                self.process.wait(5)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()
+
+
+class CallController:
+    """A client of the CSTA link that places, answers and clears calls."""
+
+    def __init__(self, test, address, device):
+        host, port = address.rsplit(":", 1)
+        self.device = device
+        self.peer = socket.create_connection((host, int(port)), LIMIT)
+        test.addCleanup(self.peer.close)
+        self.id = 0
+
+    def request(self, xml):
+        """The response; events do not come, because nothing is monitored."""
+        self.id += 1
+        text = xml.encode()
+        self.peer.sendall(struct.pack(">HH4s", 0, len(text) + 8, b"%04d" % self.id) + text)
+        data = b""
+        while len(data) < 8 or len(data) < struct.unpack(">H", data[2:4])[0]:
+            received = self.peer.recv(65536)
+            assert received, "the gateway has closed the link"
+            data += received
+        return data[8:].decode()
+
+    def calls(self):
+        text = self.request("<SnapshotDevice><snapshotObject>%s</snapshotObject></SnapshotDevice>" % self.device)
+        return re.findall("<callID>(.*?)</callID>", text)
+
+    def make(self, number):
+        return self.request("<MakeCall><callingDevice>%s</callingDevice><calledDirectoryNumber>%s</calledDirectoryNumber>"
+                            "</MakeCall>" % (self.device, number))
+
+    def answer_call(self, call):
+        return self.request("<AnswerCall><callToBeAnswered><callID>%s</callID></callToBeAnswered></AnswerCall>" % call)
+
+    def clear(self, call):
+        return self.request("<ClearConnection><connectionToBeCleared><callID>%s</callID></connectionToBeCleared>"
+                            "</ClearConnection>" % call)

@@ -1,0 +1,229 @@
+"""The journal with real SIP telephones: its own behind the gateway, and others that call it and are called."""
+
+import os
+import signal
+import socket
+import stat
+import subprocess
+import threading
+
+from harness import IMPATIENT, LIMIT, ENVIRONMENT, ProgramTest
+from sip_phone import CallController, SipPhone, free_port
+
+LISTS = ("missed", "received", "dialled")
+
+
+class SipTest(ProgramTest):
+    def account(self, *lines):
+        self.port = free_port(socket.SOCK_DGRAM)
+        self.address = "sip:alice@127.0.0.1:%d" % self.port
+        return self.file("account.toml", "[sip]\naccount = \"%s\"\nregister = false\nlisten = \"127.0.0.1:%d\"\n%s\n" %
+                         (self.address, self.port, "\n".join(lines)))
+
+    def serve_sip(self, *options):
+        """Gateway and journal in one process."""
+        server = self.start("serve", "--data", self.data, "--listen", "127.0.0.1:0", "--sip", self.account(), *options)
+        return self.ready(server)
+
+    def ready(self, server):
+        found = server.prints("serves line alice of the switch at ([^;]+);.* page and API http://([^/]+)/")
+        server.switch, server.http = found.groups()
+        with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
+            server.token = file.read().strip()
+        self.await_value(True, lambda: self.get(server, "status")["switch"]["monitoring"])
+        return server
+
+    def gateway(self, account, *options):
+        program = self.start("sip", account, "--data", os.path.join(self.data, "gateway"), *options)
+        program.address = program.prints("SIP gateway for line alice listens on (.*)$").group(1)
+        return program
+
+    def serve_at(self, gateway):
+        server = self.start("serve", "--data", self.data, "--switch", gateway.address, "--listen", "127.0.0.1:0", "--config",
+                            self.file("line.toml", "[line]\ndevice = \"alice\"\n" + IMPATIENT))
+        return self.ready(server)
+
+    def phone(self, name, settings=""):
+        return SipPhone(self, name, settings).connect()
+
+    def rings_from(self, phone):
+        """The phone calls alice; returns the id of the call."""
+        before = set(self.control.calls())
+        phone.command("dial", self.address)
+        phone.reports("CALL_RINGING")
+        self.await_value(1, lambda: len(set(self.control.calls()) - before))
+        return (set(self.control.calls()) - before).pop()
+
+    def call_to(self, phone):
+        """Alice calls the phone, which rings."""
+        self.assertIn("MakeCallResponse", self.control.make(phone.address))
+        phone.reports("CALL_INCOMING")
+        return self.control.calls()[-1]
+
+    def is_filed(self, server, expected):
+        """The journal has these calls, newest first in each list, and none is up."""
+        self.await_value(expected, lambda: self.entries(server))
+        self.await_value(0, lambda: self.get(server, "status")["calls"])
+        self.assertEqual(self.control.calls(), [])
+        self.assertEqual(self.get(server, "calls?limit=1")["total"], len(expected))
+
+    def entries(self, server):
+        return sorted("%s %s%s%s" % (name, call["number"].split("@")[0], " talked" if call["duration"] else "",
+                                     "~" if call.get("endApproximate") else "")
+                      for name in LISTS for item in self.get(server, "lists/" + name)["items"] for call in item["occurrences"])
+
+    def test_each_way_a_call_ends(self):
+        server = self.serve_sip()
+        self.control = CallController(self, server.switch, "alice")
+        expected = []
+
+        phone = self.phone("cancels")
+        self.rings_from(phone)
+        phone.command("hangup")
+        expected.append("missed cancels")
+
+        phone = self.phone("isrejected")
+        self.control.clear(self.rings_from(phone))
+        self.assertIn("486", phone.reports("CALL_CLOSED")["param"])
+        expected.append("missed isrejected")
+
+        talks, ends = self.phone("talks"), self.phone("ends")
+        for each in (talks, ends):
+            self.assertIn("AnswerCallResponse", self.control.answer_call(self.rings_from(each)))
+            each.reports("CALL_ESTABLISHED")
+        threading.Event().wait(1.1)  # the duration is in whole seconds
+        for call in self.control.calls():
+            if ends.process.poll() is None:
+                self.control.clear(call)
+        expected += ["received ends talked", "received talks talked"]
+
+        phone = self.phone("answers")
+        self.call_to(phone)
+        phone.command("accept")
+        phone.reports("CALL_ESTABLISHED")
+        threading.Event().wait(1.1)
+        phone.command("hangup")
+        expected.append("dialled answers talked")
+
+        phone = self.phone("rejects")
+        self.call_to(phone)
+        phone.command("hangup")
+        expected.append("dialled rejects")
+
+        phone = self.phone("isbusy", "call_max_calls 1")
+        phone.command("dial", talks.address)
+        phone.reports("CALL_RINGING")
+        self.assertIn("MakeCallResponse", self.control.make(phone.address))
+        expected.append("dialled isbusy")
+
+        phone = self.phone("waits")
+        self.control.clear(self.call_to(phone))
+        phone.reports("CALL_CLOSED")
+        expected.append("dialled waits")
+
+        self.assertIn("MakeCallResponse", self.control.make("sip:absent@127.0.0.1:%d" % phone.port))
+        expected.append("dialled absent")
+        self.is_filed(server, sorted(expected))
+        self.assertIn("invalidCalledDeviceID", self.control.make("not a number"))
+
+    def test_a_killed_telephone_is_replaced_and_its_call_filed_once(self):
+        server = self.serve_sip()
+        self.control = CallController(self, server.switch, "alice")
+        phone = self.phone("bob")
+        self.control.answer_call(self.rings_from(phone))
+        phone.reports("CALL_ESTABLISHED")
+        threading.Event().wait(1.1)
+        telephone = self.child_of(server)
+        os.kill(telephone, signal.SIGKILL)
+        self.is_filed(server, ["received bob talked"])
+        server.logs("baresip is connected")
+        again = self.phone("again")
+        self.rings_from(again)
+        again.command("hangup")
+        self.is_filed(server, ["missed again", "received bob talked"])
+        self.assertNotEqual(self.child_of(server), telephone)
+
+    def test_a_call_survives_a_killed_journal(self):
+        gateway = self.gateway(self.account(), "--listen", "127.0.0.1:0")
+        self.control = CallController(self, gateway.address, "alice")
+        server = self.serve_at(gateway)
+        phone, late = self.phone("bob"), self.phone("late")
+        self.control.answer_call(self.rings_from(phone))
+        threading.Event().wait(0.6)  # the time after which a call is noted
+        server.stop(signal.SIGKILL)
+        self.rings_from(late)
+        server = self.serve_at(gateway)
+        self.await_value(2, lambda: self.get(server, "status")["calls"])
+        late.command("hangup")
+        threading.Event().wait(1.1)
+        phone.command("hangup")
+        self.is_filed(server, ["missed late", "received bob talked"])
+
+    def test_a_call_of_a_killed_gateway_ends_approximately(self):
+        account = self.account()
+        gateway = self.gateway(account, "--listen", "127.0.0.1:0")
+        self.control = CallController(self, gateway.address, "alice")
+        server = self.serve_at(gateway)
+        phone = self.phone("bob")
+        self.control.answer_call(self.rings_from(phone))
+        phone.reports("CALL_ESTABLISHED")
+        threading.Event().wait(1.1)
+        telephone = self.child_of(gateway)
+        gateway.stop(signal.SIGKILL)
+        phone.reports("CALL_CLOSED")  # the telephone hangs up before it ends
+        self.await_value(False, lambda: os.path.exists("/proc/%d" % telephone))
+        gateway = self.gateway(account, "--listen", gateway.address)
+        self.control = CallController(self, gateway.address, "alice")
+        self.is_filed(server, ["received bob talked~"])
+
+    def test_a_running_telephone_keeps_its_call_while_the_gateway_is_replaced(self):
+        own = SipPhone(self, "alice")
+        self.address = own.address
+        options = ("--baresip", "127.0.0.1:%d" % own.control_port, "--listen")
+        self.await_value(True, lambda: socket.socket().connect_ex(("127.0.0.1", own.control_port)) == 0)
+        gateway = self.gateway(own.address, *options, "127.0.0.1:0")
+        self.control = CallController(self, gateway.address, "alice")
+        server = self.serve_at(gateway)
+        phone = self.phone("bob")
+        self.control.answer_call(self.rings_from(phone))
+        phone.reports("CALL_ESTABLISHED")
+        call = self.control.calls()
+        gateway.stop(signal.SIGKILL)
+        gateway = self.gateway(own.address, *options, gateway.address)
+        self.control = CallController(self, gateway.address, "alice")
+        self.assertEqual(self.control.calls(), call)
+        self.await_value(True, lambda: self.get(server, "status")["switch"]["monitoring"])
+        threading.Event().wait(1.1)
+        phone.command("hangup")
+        self.is_filed(server, ["received bob talked"])
+
+    def test_the_password_is_in_no_output_argument_or_open_file(self):
+        secret = "S3cret;with=signs"
+        os.chmod(self.file("secret", secret + "\n"), 0o600)
+        account = self.account("password-file = \"secret\"")
+        gateway = self.gateway(account, "--listen", "127.0.0.1:0", "--log-level", "trace")
+        with open("/proc/%d/cmdline" % self.child_of(gateway), "rb") as file:
+            self.assertNotIn(secret.encode(), file.read())
+        directory = os.path.join(self.data, "gateway", "sip")
+        with open(os.path.join(directory, "accounts"), encoding="utf-8") as file:
+            self.assertIn(secret, file.read())
+        for path in (directory, *(os.path.join(directory, name) for name in os.listdir(directory))):
+            self.assertEqual(stat.S_IMODE(os.stat(path).st_mode) & 0o077, 0, path)
+        self.assertEqual(gateway.stop(), 0)
+        self.assertEqual(gateway.count(secret), 0)
+        self.assertFalse(os.path.exists(os.path.join(directory, "accounts")))
+
+    def test_a_missing_telephone_is_named(self):
+        done = subprocess.run([os.environ["CALLJOURNAL"], "sip", self.account(), "--data", self.data], capture_output=True,
+                              text=True, timeout=LIMIT, env={**ENVIRONMENT, "PATH": "/nonexistent"})
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("apt-get install --no-install-recommends baresip-core", done.stderr)
+
+    @staticmethod
+    def child_of(program):
+        with open("/proc/%d/task/%d/children" % ((program.process.pid,) * 2), encoding="ascii") as file:
+            children = file.read().split()
+        for task in os.listdir("/proc/%d/task" % program.process.pid):
+            with open("/proc/%d/task/%s/children" % (program.process.pid, task), encoding="ascii") as file:
+                children += file.read().split()
+        return int(children[0])
