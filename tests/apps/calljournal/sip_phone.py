@@ -98,9 +98,14 @@ class SipPhone:
             if message.get("type") == kind:
                 return message
 
-    def end(self):
+    def disconnect(self):
         if self.control is not None:
+            self.control.shutdown(socket.SHUT_RDWR)
             self.control.close()
+            self.control = None
+
+    def end(self):
+        self.disconnect()
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGTERM)
             try:
