@@ -20,8 +20,10 @@ void PhoneCalls::store(PhoneCall call) {
     }
     const PhoneCall& stored = m_calls.insert_or_assign(std::move(key), std::move(call)).first->second;
     updateCount();
-    if (m_listener.changed) {
-        m_listener.changed(stored);
+    for (const Listener& listener : m_listeners) {
+        if (listener.changed) {
+            listener.changed(stored);
+        }
     }
 }
 
@@ -33,8 +35,10 @@ void PhoneCalls::remove(std::string_view device, std::string_view callId) {
     const PhoneCall ended = std::move(found->second);
     m_calls.erase(found);
     updateCount();
-    if (m_listener.ended) {
-        m_listener.ended(ended);
+    for (const Listener& listener : m_listeners) {
+        if (listener.ended) {
+            listener.ended(ended);
+        }
     }
 }
 

@@ -20,13 +20,15 @@ namespace host {
 /// thread; `count` alone is for any thread.
 class PhoneCalls {
 public:
-    /// Receives each call that begins or changes, and each one that ends.
+    /// Receives each call that begins or changes, and each one that ends. Either function may be empty.
     struct Listener {
         std::function<void(const PhoneCall&)> changed;
         std::function<void(const PhoneCall&)> ended;
     };
 
-    void setListener(Listener listener) { m_listener = std::move(listener); }
+    /// Listeners are called in the order in which they are added, until the end of the object. They must not
+    /// change the calls.
+    void addListener(Listener listener) { m_listeners.push_back(std::move(listener)); }
 
     /// Returns the call, or null. Valid until the next change.
     [[nodiscard]] const PhoneCall* find(std::string_view device, std::string_view callId) const;
@@ -34,7 +36,7 @@ public:
     void store(PhoneCall call);
     /// Has no effect on an unknown call.
     void remove(std::string_view device, std::string_view callId);
-    /// Removes all calls, without a report to the listener.
+    /// Removes all calls, without a report to the listeners.
     void clear();
 
     /// Returns the calls in the order of device and id.
@@ -66,7 +68,7 @@ private:
 
     std::map<Key, PhoneCall> m_calls;
     std::atomic<std::size_t> m_count{0};
-    Listener m_listener;
+    std::vector<Listener> m_listeners;
 };
 
 }  // namespace host

@@ -10,8 +10,8 @@ namespace host {
 
 // The services MakeCall, AnswerCall and ClearConnection in XML, for both ends of the link. Pure functions.
 //
-// The client writes a request with `writeCallControlRequest`. The message with the request's invoke id is read
-// with `readCstaRefusal` first, which recognises every form of a refusal, then with
+// The client writes a request with `writeCallControlRequest`. It reads the message with the request's invoke
+// id with `readCstaRefusal` first, which recognises every form of a refusal, then with
 // `readCallControlResponse`.
 //
 // The switch reads a request with `readCallControlRequest`, and responds with `writeCallControlResponse`, or

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 
 namespace host {
 

@@ -8,7 +8,7 @@
 #include <asio/steady_timer.hpp>
 
 #include "host/csta/LinkMessages.h"
-#include "host/csta/PendingRequests.h"
+#include "host/csta/requests/PendingRequests.h"
 
 namespace host {
 

@@ -22,17 +22,13 @@ EventDelivery::Ended reportTo(LiveCallStoreIfc* store) {
 
 CallDelivery::CallDelivery(EventDelivery::Post post, PhoneCalls& calls, LiveCallStoreIfc* store)
     : m_calls(calls), m_store(store), m_delivery(std::move(post), reportTo(store)) {
-    m_calls.setListener({.changed =
+    m_calls.addListener({.changed =
                              [store](const PhoneCall& call) {
                                  if (store != nullptr) {
                                      store->store(call);
                                  }
                              },
                          .ended = [this](const PhoneCall& call) { m_ended.push_back(keyOf(call)); }});
-}
-
-CallDelivery::~CallDelivery() {
-    m_calls.setListener({});
 }
 
 void CallDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::vector<PhoneEvent> events) {

@@ -22,11 +22,11 @@ namespace host {
 /// Reader thread only.
 class CallDelivery {
 public:
-    /// `calls` and `store` are borrowed; `store` may be null. Becomes the listener of `calls`.
+    /// `calls` and `store` are borrowed; `store` may be null. Becomes a listener of `calls`, which must not
+    /// change after the end of the object.
     CallDelivery(EventDelivery::Post post, PhoneCalls& calls, LiveCallStoreIfc* store);
     CallDelivery(const CallDelivery&) = delete;
     CallDelivery& operator=(const CallDelivery&) = delete;
-    ~CallDelivery();
 
     /// Delivers the events in order. Requires: `calls` has followed them since the last delivery.
     void deliver(const std::shared_ptr<EventSink>& sink, std::vector<PhoneEvent> events);

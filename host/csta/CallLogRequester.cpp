@@ -11,7 +11,7 @@
 
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTAResponses.h"
 
 namespace host {

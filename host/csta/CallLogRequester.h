@@ -6,8 +6,8 @@
 
 #include "host/csta/CallLogEchoes.h"
 #include "host/csta/LinkMessages.h"
-#include "host/csta/RequestChannel.h"
-#include "host/csta/RequestOutcome.h"
+#include "host/csta/requests/RequestChannel.h"
+#include "host/csta/requests/RequestOutcome.h"
 #include "platform/csta/CallLogEntryRequest.h"
 
 namespace host {

@@ -10,7 +10,7 @@
 #include "host/csta-events/EventBuilder.h"
 #include "host/csta-events/SnapshotRules.h"
 #include "host/csta-wire/DeviceText.h"
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTALocalConnectionState.h"
 
 namespace host {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "host/csta/CstaLinkImpl.h"
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/csta/CSTARequests.h"
 #include "platform/framework/Service.h"
@@ -29,6 +29,13 @@ const CallLogEntryRequest* callLogEntryOf(const CSTARequest& request) {
                                                                             : nullptr;
 }
 
+CallControlOutcome controlled(
+    CstaLinkImpl& link, const std::function<void(CallControl&, const CallControl::Complete&)>& request) {
+    return link
+        .resultOf<CallControlOutcome>([&](const auto& complete) { request(link.callControl(), complete); })
+        .value_or(CallControlOutcome());
+}
+
 }  // namespace
 
 CstaLink::CstaLink(CstaLinkConfig config, const Post& post)
@@ -38,6 +45,10 @@ CstaLink::~CstaLink() = default;
 
 void CstaLink::setStatusListener(StatusListener listener) {
     m_impl->setStatusListener(std::move(listener));
+}
+
+void CstaLink::setCallsListener(std::function<void()> listener) {
+    m_impl->setCallsListener(std::move(listener));
 }
 
 void CstaLink::start() {
@@ -90,6 +101,27 @@ void CstaLink::request(CSTARequest& request) {
         CSTA_LINK_LOG(3, "%s", "the link does not support this kind of request");
     }
     request.setOutcome(outcome.code, std::move(outcome.response));
+}
+
+CallControlOutcome CstaLink::makeCall(const std::string& number) {
+    return controlled(*m_impl,
+                      [&](CallControl& calls, const auto& complete) { calls.makeCall(number, complete); });
+}
+
+CallControlOutcome CstaLink::answerCall(const std::string& id) {
+    return controlled(*m_impl,
+                      [&](CallControl& calls, const auto& complete) { calls.answerCall(id, complete); });
+}
+
+CallControlOutcome CstaLink::clearCall(const std::string& id) {
+    return controlled(*m_impl,
+                      [&](CallControl& calls, const auto& complete) { calls.clearCall(id, complete); });
+}
+
+std::vector<LiveCallView> CstaLink::liveCalls() {
+    using Views = std::vector<LiveCallView>;
+    return m_impl->resultOf<Views>([this](const auto& complete) { complete(m_impl->callControl().views()); })
+        .value_or(Views());
 }
 
 }  // namespace host

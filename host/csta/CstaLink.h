@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/EventDelivery.h"
+#include "host/csta/call-control/CallControlIfc.h"
 #include "platform/csta/CSTAServiceIfc.h"
 #include "platform/framework/Executable.h"
 
@@ -38,7 +42,7 @@ class CstaLinkImpl;
 /// Lifetime: receivers and services are borrowed. After a MonitorStop or `releaseService` has returned on the
 /// strand, the receiver gets no further event. After `stop` the link posts no event; what it posted before
 /// still runs, so receivers must outlive the strand or be released.
-class CstaLink final : public Executable, public CSTAServiceIfc {
+class CstaLink final : public Executable, public CSTAServiceIfc, public CallControlIfc {
 public:
     using Post = EventDelivery::Post;
     using Status = CstaLinkStatus;
@@ -50,6 +54,9 @@ public:
 
     /// Requires: `start` has not been called.
     void setStatusListener(StatusListener listener);
+    /// The link calls `listener` on the reader thread when the live calls may have changed. It must not block
+    /// and must not send requests through the link. Requires: `start` has not been called.
+    void setCallsListener(std::function<void()> listener);
 
     /// Starts connecting and returns at once. An unreachable switch is not an error: the link keeps trying.
     /// Call once.
@@ -68,6 +75,13 @@ public:
 
     // CSTAServiceIfc
     void request(CSTARequest& request) override;
+
+    // CallControlIfc
+    [[nodiscard]] CallControlOutcome makeCall(const std::string& number) override;
+    [[nodiscard]] CallControlOutcome answerCall(const std::string& id) override;
+    [[nodiscard]] CallControlOutcome clearCall(const std::string& id) override;
+    /// Empty after `stop`.
+    [[nodiscard]] std::vector<LiveCallView> liveCalls() override;
 
 private:
     std::unique_ptr<CstaLinkImpl> m_impl;

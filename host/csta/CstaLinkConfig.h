@@ -46,6 +46,8 @@ struct CstaLinkStatus {
     bool connected = false;
     /// Connected, and the monitors of the own device are started.
     bool monitoring = false;
+    /// The switch is ready, and is not known to lack the service MakeCall.
+    bool callControl = false;
 
     [[nodiscard]] bool operator==(const CstaLinkStatus&) const = default;
 };

@@ -1,14 +1,12 @@
 #include "host/csta/CstaLinkImpl.h"
 
-#include <future>
-#include <memory>
 #include <utility>
 
 #include <asio/post.hpp>
 
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/LinkLog.h"
 #include "host/csta/SystemStatusValues.h"
+#include "host/csta/requests/LinkLog.h"
 #include "host/framework/EventLoop.h"
 #include "platform/csta/CSTAResponses.h"
 
@@ -31,6 +29,18 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
       m_callLog(m_io, *this, m_messages, m_config.requestTimeout),
       m_receivers(EventDelivery(post)),
       m_monitors(m_config, m_io, *this, post, [this] { updateStatus(); }),
+      m_callControl({.ownDevice = m_config.ownDevice,
+                     .edition = m_config.edition,
+                     .requestTimeout = m_config.requestTimeout},
+                    m_io, *this, m_monitors.calls(),
+                    {.callsChanged =
+                         [this] {
+                             if (m_callsListener) {
+                                 m_callsListener();
+                             }
+                         },
+                     .statusChanged = [this] { updateStatus(); },
+                     .isUnnumbered = [this](const std::string& id) { return m_monitors.isUnnumbered(id); }}),
       m_discovery(m_config, m_io, *this, m_messages,
                   [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
       m_thread([this] { runLoop(m_io, [this] { m_connection.abandon("a message could not be handled"); }); }),
@@ -63,36 +73,26 @@ void CstaLinkImpl::stop() {
         m_pending.failAll();
         m_discovery.connectionLost();
         m_monitors.close();
+        m_callControl.close();
         m_work.reset();
     });
     m_thread.join();
 }
 
 CstaLinkStatus CstaLinkImpl::status() const noexcept {
-    return {m_connectedNow, m_monitoringNow};
+    return {m_connectedNow, m_monitoringNow, m_callControlNow};
 }
 
-RequestOutcome CstaLinkImpl::perform(const std::function<void(const CompleteRequest&)>& work) {
+bool CstaLinkImpl::post(std::function<void()> work) {
     if (std::this_thread::get_id() == m_readerId) {
         CSTA_LINK_LOG(2, "%s", "a request from the link's own thread is not carried out");
-        return {};
+        return false;
     }
-    auto promise = std::make_shared<std::promise<RequestOutcome>>();
-    std::future<RequestOutcome> outcome = promise->get_future();
-    {
-        const std::lock_guard lock(m_acceptingLock);
-        if (!m_accepting) {
-            return {};
-        }
-        asio::post(m_io, [work, promise] {
-            work([promise](RequestOutcome result) { promise->set_value(std::move(result)); });
-        });
+    const std::lock_guard lock(m_acceptingLock);
+    if (m_accepting) {
+        asio::post(m_io, std::move(work));
     }
-    try {
-        return outcome.get();
-    } catch (const std::future_error&) {
-        return {};  // an exception has ended the work
-    }
+    return m_accepting;
 }
 
 void CstaLinkImpl::release(const Service& source) {
@@ -147,6 +147,7 @@ void CstaLinkImpl::connected() {
 /// Sends all requests at once: the link also works with a switch that responds to MonitorStart only.
 void CstaLinkImpl::ready() {
     m_monitorsDoubtful = false;
+    updateStatus();
     send(m_messages.requestSystemStatus(), [this](const SwitchResponse& response) {
         if (response.kind == SwitchResponse::Kind::eLost) {
             return;
@@ -175,6 +176,7 @@ void CstaLinkImpl::lost(const std::string& reason) {
     m_receivers.connectionLost();
     m_discovery.connectionLost();
     m_monitors.connectionLost();
+    m_callControl.connectionLost();
     updateStatus();
 }
 
@@ -191,6 +193,7 @@ void CstaLinkImpl::received(const Frame& frame) {
     switch (document->kind()) {
         case MessageKind::eEvent:
             if (!m_callLog.isEcho(*document)) {
+                m_callControl.onEvent(*document);
                 m_monitors.onEvent(std::move(*document));
             }
             break;
@@ -199,6 +202,7 @@ void CstaLinkImpl::received(const Frame& frame) {
             if (!m_pending.complete(frame.invokeId, *document)) {
                 CSTA_LINK_LOG(4, "%s with id %d is late or belongs to no request",
                               std::string(document->name()).c_str(), frame.invokeId);
+                m_callControl.onLateResponse(*document);
             }
             break;
         case MessageKind::eRequest:
@@ -291,13 +295,15 @@ void CstaLinkImpl::devicesFound(const std::vector<LineDevice>& devices) {
 
 void CstaLinkImpl::updateStatus() {
     const CstaLinkStatus status{.connected = m_connection.isConnected(),
-                                .monitoring = m_connection.isConnected() && m_monitors.isMonitoring()};
+                                .monitoring = m_connection.isConnected() && m_monitors.isMonitoring(),
+                                .callControl = m_connection.isConnected() && m_callControl.isAvailable()};
     if (status == m_lastStatus) {
         return;
     }
     m_lastStatus = status;
     m_connectedNow = status.connected;
     m_monitoringNow = status.monitoring;
+    m_callControlNow = status.callControl;
     if (m_listener) {
         m_listener(status);
     }

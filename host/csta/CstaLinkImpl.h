@@ -3,7 +3,10 @@
 #include <atomic>
 #include <cstddef>
 #include <functional>
+#include <future>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -19,10 +22,11 @@
 #include "host/csta/EventDelivery.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/LinkMonitors.h"
-#include "host/csta/PendingRequests.h"
-#include "host/csta/RequestChannel.h"
 #include "host/csta/SwitchConnection.h"
 #include "host/csta/SystemStatusReceivers.h"
+#include "host/csta/call-control/CallControl.h"
+#include "host/csta/requests/PendingRequests.h"
+#include "host/csta/requests/RequestChannel.h"
 
 namespace host {
 
@@ -38,6 +42,7 @@ public:
 
     // Call from the owner's thread.
     void setStatusListener(CstaLinkStatusListener listener);
+    void setCallsListener(std::function<void()> listener) { m_callsListener = std::move(listener); }
     void start();
     void stop();
 
@@ -45,12 +50,19 @@ public:
     [[nodiscard]] CstaLinkStatus status() const noexcept;
     [[nodiscard]] std::size_t callCount() const noexcept { return m_monitors.calls().count(); }
     /// Runs `work` on the reader thread and waits until `work` has called its argument.
-    [[nodiscard]] RequestOutcome perform(const std::function<void(const CompleteRequest&)>& work);
+    [[nodiscard]] RequestOutcome perform(const std::function<void(const CompleteRequest&)>& work) {
+        return resultOf<RequestOutcome>(work).value_or(RequestOutcome());
+    }
+    /// The same for a result of any type; `std::nullopt` if the link has ended.
+    template <typename Result>
+    [[nodiscard]] std::optional<Result> resultOf(
+        const std::function<void(const std::function<void(Result)>&)>& work);
     void release(const Service& source);
 
     // Call from the reader thread, inside `perform`.
     [[nodiscard]] LinkMonitors& monitors() noexcept { return m_monitors; }
     [[nodiscard]] CallLogRequester& callLog() noexcept { return m_callLog; }
+    [[nodiscard]] CallControl& callControl() noexcept { return m_callControl; }
     void registerForStatus(std::shared_ptr<EventSink> sink, const CompleteRequest& complete);
 
 private:
@@ -68,11 +80,14 @@ private:
     void registerAtSwitch(bool withDevices = true);
     void devicesFound(const std::vector<LineDevice>& devices);
     void updateStatus();
+    /// Posts `work` to the reader thread; false if the link has ended, or on the reader thread itself.
+    [[nodiscard]] bool post(std::function<void()> work);
 
     // Constant after `start`.
     const CstaLinkConfig m_config;
     const LinkMessages m_messages;
     CstaLinkStatusListener m_listener;
+    std::function<void()> m_callsListener;
 
     // Reader thread only.
     asio::io_context m_io;
@@ -83,6 +98,7 @@ private:
     CallLogRequester m_callLog;
     SystemStatusReceivers m_receivers;
     LinkMonitors m_monitors;
+    CallControl m_callControl;
     DeviceDiscovery m_discovery;
     CstaLinkStatus m_lastStatus;
     bool m_outageLogged = false;
@@ -96,6 +112,7 @@ private:
     // Copies of the status for other threads.
     std::atomic<bool> m_connectedNow{false};
     std::atomic<bool> m_monitoringNow{false};
+    std::atomic<bool> m_callControlNow{false};
 
     // Guarded by m_acceptingLock: true while the reader thread accepts work.
     std::mutex m_acceptingLock;
@@ -106,5 +123,22 @@ private:
     std::thread m_thread;
     const std::thread::id m_readerId;
 };
+
+template <typename Result>
+std::optional<Result> CstaLinkImpl::resultOf(
+    const std::function<void(const std::function<void(Result)>&)>& work) {
+    auto promise = std::make_shared<std::promise<Result>>();
+    std::future<Result> result = promise->get_future();
+    if (!post([work, promise = std::move(promise)] {
+            work([promise](Result value) { promise->set_value(std::move(value)); });
+        })) {
+        return std::nullopt;
+    }
+    try {
+        return result.get();
+    } catch (const std::future_error&) {
+        return std::nullopt;  // an exception has ended the work
+    }
+}
 
 }  // namespace host

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 
 namespace host {
 

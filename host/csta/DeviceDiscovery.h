@@ -12,7 +12,7 @@
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/LineDeviceList.h"
 #include "host/csta/LinkMessages.h"
-#include "host/csta/RequestChannel.h"
+#include "host/csta/requests/RequestChannel.h"
 
 namespace host {
 

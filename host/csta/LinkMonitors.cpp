@@ -1,13 +1,15 @@
 #include "host/csta/LinkMonitors.h"
 
+#include <algorithm>
 #include <chrono>
 #include <set>
 #include <utility>
 
+#include "host/csta-events/EventBuilder.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta/FilterGroups.h"
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTADevice.h"
 #include "platform/csta/CSTAResponses.h"
 
@@ -194,6 +196,13 @@ bool LinkMonitors::isMonitoring() {
         anyOn = anyOn || monitor->isOn();
     }
     return ownWanted ? ownOn : anyOn;
+}
+
+bool LinkMonitors::isUnnumbered(const std::string& callId) {
+    const std::vector<WantedMonitor*> monitors = m_table.all();
+    return std::any_of(monitors.begin(), monitors.end(), [&callId](const WantedMonitor* monitor) {
+        return EventBuilder::unnumberedCallId(monitor->crossRefId) == callId;
+    });
 }
 
 void LinkMonitors::cancelRetries() {

@@ -16,9 +16,9 @@
 #include "host/csta/EventsBeforeMonitorStart.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/MonitorTable.h"
-#include "host/csta/RequestChannel.h"
-#include "host/csta/RequestOutcome.h"
 #include "host/csta/SnapshotRequests.h"
+#include "host/csta/requests/RequestChannel.h"
+#include "host/csta/requests/RequestOutcome.h"
 
 namespace host {
 
@@ -70,6 +70,9 @@ public:
 
     /// The calls of the monitored devices. They stay while a monitor is off. The reader thread changes them.
     [[nodiscard]] const PhoneCalls& calls() const noexcept { return m_calls; }
+    [[nodiscard]] PhoneCalls& calls() noexcept { return m_calls; }
+    /// True if the id was made for the calls of a monitor whose switch sends none.
+    [[nodiscard]] bool isUnnumbered(const std::string& callId);
 
     /// True if a requested monitor was not started, and was removed, since the last call.
     [[nodiscard]] bool takeFailedStart() noexcept { return std::exchange(m_startFailed, false); }

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 
 namespace host {
 

@@ -14,7 +14,7 @@
 #include "host/csta-events/SnapshotReader.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/LinkMessages.h"
-#include "host/csta/RequestChannel.h"
+#include "host/csta/requests/RequestChannel.h"
 
 namespace host {
 

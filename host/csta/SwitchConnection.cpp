@@ -9,7 +9,7 @@
 
 #include <asio/connect.hpp>
 
-#include "host/csta/LinkLog.h"
+#include "host/csta/requests/LinkLog.h"
 
 namespace host {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/csta/LinkLog.h"
 #include "host/csta/SystemStatusValues.h"
+#include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTASystemEvents.h"
 
 namespace host {

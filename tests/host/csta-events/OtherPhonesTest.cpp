@@ -178,7 +178,7 @@ TEST(OtherPhones, TransferACallHereWhileItRings) {
 std::string reasonOf(const std::string& messages, bool withOwnState) {
     host::PhoneCalls calls;
     host::CallReason reason{};
-    calls.setListener({.changed = {}, .ended = [&](const host::PhoneCall& call) { reason = call.reason; }});
+    calls.addListener({.changed = {}, .ended = [&](const host::PhoneCall& call) { reason = call.reason; }});
     host::EventReader reader("2001", calls);
     for (const std::string& text : split(messages, ';')) {
         std::string fault;

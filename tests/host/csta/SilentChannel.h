@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/RequestChannel.h"
+#include "host/csta/requests/RequestChannel.h"
 
 namespace linktest {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/csta/PendingRequests.h"
+#include "host/csta/requests/PendingRequests.h"
 #include "platform/csta/CSTAResponse.h"
 
 namespace host {

@@ -1,4 +1,4 @@
-#include "host/csta/PendingRequests.h"
+#include "host/csta/requests/PendingRequests.h"
 
 #include <system_error>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "host/csta/RequestOutcome.h"
+#include "host/csta/requests/RequestOutcome.h"
 
 #include <string_view>
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "host/csta/PendingRequests.h"
+#include "host/csta/requests/PendingRequests.h"
 
 namespace host {
 
