@@ -12,11 +12,13 @@
 namespace calljournal {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, host::ResponseMode>, 4> kWords{{
+constexpr std::array<std::pair<std::string_view, host::ResponseMode>, 6> kWords{{
     {"refuse", host::ResponseMode::eRefusal},
     {"wrong", host::ResponseMode::eWrongResponse},
     {"never", host::ResponseMode::eNoResponse},
     {"hang-up", host::ResponseMode::eDisconnect},
+    {"lack", host::ResponseMode::eNotSupported},
+    {"late", host::ResponseMode::eLate},
 }};
 
 std::optional<std::pair<std::string, host::ResponseMode>> read(const std::string& text) {
@@ -33,16 +35,17 @@ std::optional<std::pair<std::string, host::ResponseMode>> read(const std::string
 }  // namespace
 
 void addResponseModeOption(CLI::App& app, std::vector<std::string>& values) {
-    app.add_option("--answer", values,
-                   "respond wrongly to requests of one kind: MonitorStart=HOW, with HOW refuse, wrong, never "
-                   "or hang-up")
+    app.add_option(
+           "--answer", values,
+           "respond wrongly to requests of one kind: MonitorStart=HOW, with HOW refuse, wrong, never, "
+           "hang-up, lack (the switch does not have the service) or late")
         ->type_name("REQUEST=HOW")
         ->allow_extra_args(false)
         ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
             return read(text) ? std::string()
                               : text +
                                     " is not REQUEST=HOW (such as MonitorStart=refuse; HOW is refuse, wrong, "
-                                    "never or hang-up)";
+                                    "never, hang-up, lack or late)";
         }));
 }
 

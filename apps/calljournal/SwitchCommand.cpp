@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <iostream>
+#include <map>
 #include <stdexcept>
 #include <vector>
 
@@ -36,6 +37,13 @@ public:
         app.add_flag("--echo-deletions", m_echoDeletions,
                      "report a deletion in the call log to the phone that requested it, too");
         addResponseModeOption(app, m_responseModes);
+        app.add_option("--callee", m_callee,
+                       "the party that a client calls: answers, rings (without an answer) or busy [answers]")
+            ->type_name("HOW")
+            ->transform(CLI::CheckedTransformer(
+                std::map<std::string, host::Callee>{{"answers", host::Callee::eAnswers},
+                                                    {"rings", host::Callee::eRings},
+                                                    {"busy", host::Callee::eBusy}}));
         app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
     }
 
@@ -53,7 +61,8 @@ public:
         host::SwitchSimulator simulator({.address = listen.host,
                                          .port = listen.port,
                                          .callLog = m_callLog,
-                                         .echoDeletions = m_echoDeletions});
+                                         .echoDeletions = m_echoDeletions,
+                                         .callee = m_callee});
         listenWith(simulator, listen);
         for (const auto& [request, mode] : readResponseMode(m_responseModes)) {
             simulator.setResponseMode(request, mode);
@@ -88,6 +97,7 @@ private:
     bool m_loop = false;
     bool m_callLog = false;
     bool m_echoDeletions = false;
+    host::Callee m_callee = host::Callee::eAnswers;
     double m_rate = 0;
 };
 

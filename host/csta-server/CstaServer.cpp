@@ -6,6 +6,7 @@
 
 #include <asio/ip/address.hpp>
 #include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
 
 #include "host/csta-server/EventWriter.h"
 #include "host/csta-wire/Frame.h"
@@ -120,8 +121,11 @@ void CstaServer::received(SwitchClient& client, const Frame& frame) {
 void CstaServer::respond(SwitchClient& client, int invokeId, const WireDocument& request) {
     const int number = client.number();
     const std::string name(request.name());
-    switch (responseModeOf(name)) {
-        case ResponseMode::eNormal: break;
+    const ResponseMode mode = responseModeOf(name);
+    switch (mode) {
+        case ResponseMode::eNormal:
+        case ResponseMode::eLate: break;
+        case ResponseMode::eNotSupported: send(number, invokeId, m_responses.notSupported()); return;
         case ResponseMode::eNoResponse: return;
         case ResponseMode::eRefusal: send(number, invokeId, m_responses.refusal()); return;
         case ResponseMode::eWrongResponse: send(number, invokeId, m_responses.wrongResponse(name)); return;
@@ -130,21 +134,25 @@ void CstaServer::respond(SwitchClient& client, int invokeId, const WireDocument&
             removeClient(number);
             return;
     }
-    if (m_handlers.service && m_handlers.service(request, [this, number, invokeId](const std::string& xml) {
+    const Reply reply = [this, number, invokeId, mode](const std::string& xml) {
+        if (mode == ResponseMode::eLate) {
+            sendLater(number, invokeId, xml);
+        } else {
             send(number, invokeId, xml);
-        })) {
-        return;
+        }
+    };
+    if (!m_handlers.service || !m_handlers.service(request, reply)) {
+        respondNormally(number, reply, request);
     }
-    respondNormally(number, invokeId, request);
 }
 
-void CstaServer::respondNormally(int client, int invokeId, const WireDocument& request) {
+void CstaServer::respondNormally(int client, const Reply& reply, const WireDocument& request) {
     const RequestResponder::Outcome outcome = m_responses.respond(request, client);
     if (outcome.registered) {
         m_registered.insert(client);
     }
     if (outcome.response) {
-        send(client, invokeId, *outcome.response);
+        reply(*outcome.response);
     }
     if (outcome.followUp) {
         sendRequest(client, *outcome.followUp);
@@ -203,6 +211,15 @@ void CstaServer::send(int client, int invokeId, const std::string& xml) {
     // `send` may close the client.
     const std::shared_ptr<SwitchClient> receiver = found->second;
     receiver->send(invokeId, xml);
+}
+
+void CstaServer::sendLater(int client, int invokeId, const std::string& xml) {
+    auto timer = std::make_shared<asio::steady_timer>(m_io, kLate);
+    timer->async_wait([this, timer, client, invokeId, xml](std::error_code error) {
+        if (!error) {
+            send(client, invokeId, xml);
+        }
+    });
 }
 
 void CstaServer::trace(const SwitchMessage& message) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -89,14 +90,16 @@ private:
     using ClientMap = std::map<int, std::shared_ptr<SwitchClient>>;
 
     static constexpr int kNoClient = 0;
+    static constexpr std::chrono::milliseconds kLate{500};
 
     void accept();
     void addClient(asio::ip::tcp::socket socket);
     void received(SwitchClient& client, const Frame& frame);
     void respond(SwitchClient& client, int invokeId, const WireDocument& request);
-    void respondNormally(int client, int invokeId, const WireDocument& request);
+    void respondNormally(int client, const Reply& reply, const WireDocument& request);
     void removeClient(int number);
     void send(int client, int invokeId, const std::string& xml);
+    void sendLater(int client, int invokeId, const std::string& xml);
     void sendRequest(int client, const std::string& xml);
     /// Writes the message to the program's log and calls the message listener.
     void trace(const SwitchMessage& message) const;

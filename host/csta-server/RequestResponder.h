@@ -40,6 +40,7 @@ public:
 
     /// The responses of fault injection.
     [[nodiscard]] std::string refusal() const { return error("operation", "generic"); }
+    [[nodiscard]] std::string notSupported() const { return error("operation", "serviceNotSupported"); }
     [[nodiscard]] std::string wrongResponse(std::string_view requestName) const;
 
     /// Requests of the switch.

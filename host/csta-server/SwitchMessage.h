@@ -23,7 +23,9 @@ enum class ResponseMode {
     eRefusal,        ///< a CSTAErrorCode
     eWrongResponse,  ///< a response of another kind
     eNoResponse,
-    eDisconnect,  ///< closes the connection
+    eDisconnect,    ///< closes the connection
+    eNotSupported,  ///< a CSTAErrorCode: the switch does not have the service
+    eLate,          ///< the usual response, half a second later: the events of the request precede it
 };
 
 }  // namespace host

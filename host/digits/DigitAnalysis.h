@@ -39,8 +39,6 @@ public:
     [[nodiscard]] std::string rulesKey() const;
 
 private:
-    [[nodiscard]] bool isExtensionOrCode(const std::string& dialled) const;
-
     // Constant after construction.
     const std::string m_region;
     const NumberingPlan m_plan;

@@ -2,6 +2,7 @@
 
 #include <phonenumbers/phonenumber.pb.h>
 #include <phonenumbers/phonenumberutil.h>
+#include <phonenumbers/shortnumberinfo.h>
 
 #include <algorithm>
 #include <iterator>
@@ -38,12 +39,15 @@ std::string formatted(const PhoneNumber& number, PhoneNumberUtil::PhoneNumberFor
     return text;
 }
 
-std::string nationalDigits(const PhoneNumber& number) {
-    const std::string text = formatted(number, PhoneNumberUtil::NATIONAL);
+std::string digitsOf(const std::string& text) {
     std::string digits;
     std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
                  [](char each) { return each >= '0' && each <= '9'; });
     return digits;
+}
+
+std::string nationalDigits(const PhoneNumber& number) {
+    return digitsOf(formatted(number, PhoneNumberUtil::NATIONAL));
 }
 
 bool isInternational(const PhoneNumber& number) {
@@ -92,6 +96,22 @@ bool NumberingPlan::isUnderstood(const std::string& dialled, const PhoneNumber& 
     plans().GetNationalSignificantNumber(number, &significant);
     return (possible && !m_trunkPrefix.empty() && dialled == m_trunkPrefix + significant) ||
            (plans().IsValidNumber(number) && dialled == nationalDigits(number));
+}
+
+std::string NumberingPlan::dialledFrom(const std::string& international) const {
+    PhoneNumber number;
+    if (!m_supported || plans().Parse(international, "ZZ", &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
+        return international;
+    }
+    std::string text;
+    plans().FormatOutOfCountryCallingNumber(number, m_region, &text);
+    std::string digits = text.starts_with("+") ? "+" : "";
+    return digits += digitsOf(text);
+}
+
+bool NumberingPlan::isEmergencyNumber(const std::string& dialled) const {
+    static const i18n::phonenumbers::ShortNumberInfo shortNumbers;
+    return m_supported && shortNumbers.IsEmergencyNumber(dialled, m_region);
 }
 
 }  // namespace host

@@ -30,6 +30,14 @@ public:
     /// and texts of more than `limits::kMaxDigits` digits, for which the number library takes seconds.
     [[nodiscard]] std::optional<std::string> international(const std::string& dialled) const;
 
+    /// Returns the digits to dial from the country for a number in international form; unchanged if the
+    /// country has no single prefix for it.
+    [[nodiscard]] std::string dialledFrom(const std::string& international) const;
+
+    /// True for an emergency number of the country, exactly as dialled. The first call of a process takes
+    /// some milliseconds.
+    [[nodiscard]] bool isEmergencyNumber(const std::string& dialled) const;
+
 private:
     [[nodiscard]] bool isUnderstood(const std::string& dialled,
                                     const i18n::phonenumbers::PhoneNumber& number) const;

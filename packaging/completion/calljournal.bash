@@ -10,7 +10,7 @@ _calljournal_options() {
         '') echo --help --version ;;
         serve) echo --config --listen --switch --sip --set --data --help ;;
         sip) echo --baresip --listen --log-level --data --help ;;
-        switch) echo --listen --scenario --loop --rate --call-log --echo-deletions --answer --log-messages --data --help ;;
+        switch) echo --listen --scenario --loop --rate --call-log --echo-deletions --callee --answer --log-messages --data --help ;;
         demo) echo --config --listen --set --data --help ;;
         list) echo --limit --search --ids --json --csv --data --help ;;
         show | watch | settings) echo --json --data --help ;;
@@ -66,6 +66,7 @@ _calljournal() {
         --direction) words='incoming outgoing' ;;
         --viewed) words='true false' ;;
         --sort) words='start -start' ;;
+        --callee) words='answers rings busy' ;;
         --by) words='day hour weekday party' ;;
         --since | --until | --tz | --number | --min-duration) return ;;
         --listen | --switch | --baresip | --log-level | --set | --rate | --answer | --limit | --search) return ;;

@@ -62,6 +62,13 @@ SwitchEvents ScenarioCalls::hangUpAll() {
     return events;
 }
 
+SwitchCall* ScenarioCalls::find(std::string_view callId, std::string_view device) {
+    const auto found = std::find_if(m_calls.begin(), m_calls.end(), [&](const auto& each) {
+        return (callId.empty() || each.second.id() == callId) && each.second.sideOf(device);
+    });
+    return found == m_calls.end() ? nullptr : &found->second;
+}
+
 void ScenarioCalls::addLiveCalls(std::vector<LiveCall>& calls) const {
     const auto add = [&calls](LiveCall call) {
         if (std::any_of(call.connections.begin(), call.connections.end(),
@@ -78,6 +85,13 @@ void ScenarioCalls::addLiveCalls(std::vector<LiveCall>& calls) const {
 }
 
 SwitchEvents ScenarioCalls::perform(const ScenarioStep& step, SwitchCall& call) {
+    // A client has answered or ended the call before the scenario.
+    const bool isInformation = step.action == Action::eMarkMissed || step.action == Action::eName;
+    const bool isAnswered =
+        step.action == Action::eAnswerCall && std::as_const(call).end(Side::eCalled).state == "connected";
+    if ((call.isOver() && !isInformation) || isAnswered) {
+        return {};
+    }
     switch (step.action) {
         case Action::eRing: return {call.ring()};
         case Action::eAnswerCall: {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/switch/calls/SwitchCall.h"
@@ -22,6 +23,8 @@ public:
     /// Performs any step except waits and the switch's own status.
     [[nodiscard]] SwitchEvents perform(const ScenarioStep& step);
     [[nodiscard]] SwitchEvents hangUpAll();
+    /// The live call with that id in which the device takes part, or null. An empty id stands for any call.
+    [[nodiscard]] SwitchCall* find(std::string_view callId, std::string_view device);
     /// Adds the live calls to `calls`.
     void addLiveCalls(std::vector<LiveCall>& calls) const;
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/csta-wire/DeviceText.h"
+
 namespace host {
 
 SwitchCall::SwitchCall(std::string callId, SwitchParty caller, SwitchParty called, SwitchParty redirectedFrom,
@@ -113,6 +115,16 @@ SwitchEvent SwitchCall::setName(Side learner, const std::string& name) {
         m_firstCalled.name = name;
     }
     return makeInformation(learner);
+}
+
+std::optional<SwitchCall::Side> SwitchCall::sideOf(std::string_view device) const {
+    const std::string number = comparableNumber(device);
+    for (const Side side : {Side::eCaller, Side::eCalled}) {
+        if (end(side).state != "null" && comparableNumber(end(side).party.number) == number) {
+            return side;
+        }
+    }
+    return std::nullopt;
 }
 
 LiveCall SwitchCall::live() const {

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "host/switch/calls/LiveCall.h"
 #include "host/switch/calls/SwitchEvent.h"
@@ -48,6 +50,13 @@ public:
     [[nodiscard]] SwitchEvent markMissed() const;
     /// Sends `learner` the name of the other side.
     [[nodiscard]] SwitchEvent setName(Side learner, const std::string& name);
+
+    /// The side of the device in the live call; `std::nullopt` if it has none. Any written form of the number.
+    [[nodiscard]] std::optional<Side> sideOf(std::string_view device) const;
+    /// True if no party is in the call, after its begin.
+    [[nodiscard]] bool isOver() const noexcept {
+        return m_ends[0].state == "null" && m_ends[1].state == "null";
+    }
 
     [[nodiscard]] LiveCall live() const;
     [[nodiscard]] static Side other(Side side) noexcept;

@@ -44,6 +44,7 @@ public:
     void monitorStarted();
     void stop();
     void addLiveCalls(std::vector<LiveCall>& calls) const { m_calls.addLiveCalls(calls); }
+    [[nodiscard]] ScenarioCalls& calls() noexcept { return m_calls; }
 
 private:
     // Yields to the other work of the thread after this number of steps.

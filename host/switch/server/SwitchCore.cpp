@@ -26,7 +26,16 @@ SwitchCore::SwitchCore(const SwitchOptions& options, CallLogStore& callLogs)
       m_work(m_io.get_executor()),
       m_server(
           m_io, serverOptions(options), callLogs,
-          {.liveCalls = [this] { return liveCalls(); }, .monitorStarted = [this] { monitorStarted(); }}) {}
+          {.liveCalls = [this] { return liveCalls(); },
+           .monitorStarted = [this] { monitorStarted(); },
+           .service = [this](const WireDocument& request,
+                             const CstaServer::Reply& reply) { return m_ordered.handle(request, reply); }}),
+      m_ordered(m_io, m_options,
+                {.event = [this](const SwitchEvent& event) { publish(event); },
+                 .newCallId = [this] { return std::to_string(++m_lastCall); },
+                 .isMonitored = [this](const std::string& device) { return m_server.isMonitored(device); },
+                 .findCall = [this](std::string_view callId,
+                                    std::string_view device) { return findCall(callId, device); }}) {}
 
 void SwitchCore::play(Scenario scenario, PlayOptions options) {
     const std::string device = scenario.device.empty() ? m_options.device : scenario.device;
@@ -54,6 +63,7 @@ void SwitchCore::close() {
     for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
         player->stop();
     }
+    m_ordered.close();
     m_server.close();
     m_work.reset();
 }
@@ -63,7 +73,17 @@ std::vector<LiveCall> SwitchCore::liveCalls() const {
     for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
         player->addLiveCalls(calls);
     }
+    m_ordered.addLiveCalls(calls);
     return calls;
+}
+
+SwitchCall* SwitchCore::findCall(std::string_view callId, std::string_view device) {
+    for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
+        if (SwitchCall* const call = player->calls().find(callId, device)) {
+            return call;
+        }
+    }
+    return nullptr;
 }
 
 void SwitchCore::monitorStarted() {

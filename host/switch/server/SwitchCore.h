@@ -11,6 +11,7 @@
 #include "host/csta-server/CstaServer.h"
 #include "host/switch/call-log/CallLogStore.h"
 #include "host/switch/calls/SwitchCallLogBuilder.h"
+#include "host/switch/server/OrderedCalls.h"
 #include "host/switch/server/ScenarioPlayer.h"
 #include "host/switch/server/SwitchOptions.h"
 
@@ -33,6 +34,7 @@ public:
 
 private:
     [[nodiscard]] std::vector<LiveCall> liveCalls() const;
+    [[nodiscard]] SwitchCall* findCall(std::string_view callId, std::string_view device);
     void monitorStarted();
     void publish(const SwitchEvent& event);
     void changeCallLog(const std::string& device, const ScenarioStep& step, const PlayOptions& options);
@@ -43,6 +45,7 @@ private:
     asio::io_context m_io;
     asio::executor_work_guard<asio::io_context::executor_type> m_work;
     CstaServer m_server;
+    OrderedCalls m_ordered;
     std::vector<std::unique_ptr<ScenarioPlayer>> m_players;
     unsigned long m_lastCall = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -8,6 +9,13 @@
 #include "host/switch/scenario/Scenario.h"
 
 namespace host {
+
+/// The party that a client's MakeCall reaches.
+enum class Callee {
+    eAnswers,
+    eRings,  ///< and does not answer
+    eBusy,
+};
 
 /// Settings of a simulated switch. A plain value.
 struct SwitchOptions {
@@ -24,6 +32,10 @@ struct SwitchOptions {
     bool callLog = false;
     /// Notifies a client of the deletion of single entries that it requested itself, as some switches do.
     bool echoDeletions = false;
+    /// What happens to the calls that clients place.
+    Callee callee = Callee::eAnswers;
+    /// The time after which the called phone rings, and again that after which it answers.
+    std::chrono::milliseconds calleePause{500};
     /// Called for each message, on the simulator's thread. May be empty.
     std::function<void(const SwitchMessage&)> messageListener{};
 };

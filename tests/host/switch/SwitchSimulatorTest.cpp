@@ -35,7 +35,10 @@ TEST_F(Switch, RespondsToEveryRequestAndIgnoresOtherMessages) {
 <SnapshotCall><snapshotObject><callID>9</callID></snapshotObject></SnapshotCall> | <operation>invalidCallID<
 <MonitorStart/>                  | <operation>invalidMonitorObject<
 <ChangeMonitorFilter/>           | <operation>invalidMonitorCrossRefID<
-<MakeCall/> | <CSTAErrorCode xmlns="http://www.ecma-international.org/standards/ecma-323/csta/ed4"><operation>serviceN
+<MakeCall><callingDevice>2001</callingDevice></MakeCall> | <operation>invalidCallingDeviceID<
+<AnswerCall><callToBeAnswered><callID>9</callID></callToBeAnswered></AnswerCall> | <operation>invalidCallID<
+<ClearConnection/> | <operation>invalidCallID<
+<HoldCall/> | <CSTAErrorCode xmlns="http://www.ecma-international.org/standards/ecma-323/csta/ed4"><operation>serviceN
 <GetSwitchingFunctionDevices><requestedDeviceID>2001</requestedDeviceID></GetSwitchingFunctionDevices>
 + | <operation>serviceNotSupported<
 <StartApplicationSession><requestedProtocolVersions><protocolVersion>v</protocolVersion></requestedProtocolVersions>

@@ -1,0 +1,74 @@
+#include "host/digits/Dialling.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/csta-wire/DeviceText.h"
+#include "host/digits/DialledText.h"
+#include "host/limits/TextLimits.h"
+
+namespace host {
+namespace {
+
+bool beginsWith(std::string_view text, std::string_view scheme) {
+    return text.size() > scheme.size() &&
+           std::equal(scheme.begin(), scheme.end(), text.begin(),
+                      [](char expected, char each) { return expected == (each | 0x20) || expected == each; });
+}
+
+bool isSipAddress(std::string_view text) {
+    const bool hasScheme = beginsWith(text, "sip:") || beginsWith(text, "sips:");
+    return hasScheme && std::none_of(text.begin(), text.end(), [](char each) {
+               return static_cast<unsigned char>(each) <= ' ' || each == '<' || each == '>' || each == '"';
+           });
+}
+
+Dialling::Rules dialled(Dialling::Rules rules) {
+    rules.featureAccessCodes = dialledCodes(rules.featureAccessCodes);
+    return rules;
+}
+
+}  // namespace
+
+Dialling::Dialling(Rules rules) : m_rules(dialled(std::move(rules))), m_plan(m_rules.region) {}
+
+std::optional<Dialling::Target> Dialling::target(std::string_view text) const {
+    if (text.size() > limits::kNumberBytes) {
+        return std::nullopt;
+    }
+    if (isSipAddress(text)) {
+        return Target{std::string(text), reachesEmergencyService(parseDeviceText(text).number)};
+    }
+    if (beginsWith(text, "tel:")) {
+        text.remove_prefix(4);
+        text = text.substr(0, text.find(';'));
+    }
+    std::string number = withoutSeparators(text);
+    if (!isDialledNumber(number) || number.size() > limits::kMaxDigits + 1) {
+        return std::nullopt;
+    }
+    if (reachesEmergencyService(number)) {
+        return Target{std::move(number), true};
+    }
+    const auto international =
+        isExtensionOrCode(number, m_rules.featureAccessCodes) ? std::nullopt : m_plan.international(number);
+    if (international) {
+        const bool isNational = m_rules.form == DialForm::eNational;
+        number = isNational ? m_plan.dialledFrom(*international) : *international;
+        if (number.front() != '+') {
+            number.insert(0, m_rules.outsideLine);
+        }
+    }
+    return Target{std::move(number), false};
+}
+
+bool Dialling::reachesEmergencyService(const std::string& dialled) const {
+    std::vector<std::string> prefixes = m_rules.featureAccessCodes;
+    prefixes.push_back(m_rules.outsideLine);
+    prefixes.emplace_back();
+    return std::any_of(prefixes.begin(), prefixes.end(), [&](const std::string& prefix) {
+        return dialled.starts_with(prefix) && m_plan.isEmergencyNumber(dialled.substr(prefix.size()));
+    });
+}
+
+}  // namespace host

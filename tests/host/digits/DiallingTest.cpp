@@ -1,0 +1,53 @@
+#include "host/digits/Dialling.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/Table.h"
+
+namespace {
+
+using host::DialForm;
+using host::Dialling;
+
+TEST(Dialling, DialsAsTheNumberingPlanAndTheSwitchWant) {
+    // region, outside line, form; what a person writes; what is dialled ("-": refused; "!": an emergency call)
+    for (const auto& row : journaltest::table(5, R"(
+        DE |   | national | +49 (0)30 123456; 030 / 12 34 56; tel:+4930123456 | 030123456
+        DE | 0 | national | +4930123456                                   | 0030123456
+        DE | 0 | national | +44 20 7946 0000; 0044 20 79460000            | 000442079460000
+        DE |   | e164     | 030 123456                                    | +4930123456
+        DE | 0 | e164     | 030 123456                                    | +4930123456
+        US |   | national | (202) 555-0100                                | 12025550100
+        DE | 0 | national | 47-11                                         | 4711
+        DE | 0 | national | *61 030 123456                                | *61030123456
+        DE | 0 | national | 1234567                                       | 1234567
+        XX |   | national | +4930123456                                   | +4930123456
+        DE | 0 | national | sip:ann@example.org                           | sip:ann@example.org
+        DE | 0 | national | SIPS:030-1@example.org                        | SIPS:030-1@example.org
+        DE | 0 | national | 112; 1-1-2; tel:112                           | !112
+        DE | 0 | national | 110                                           | !110
+        DE | 0 | national | 0112                                          | !0112
+        DE | 0 | national | *61112                                        | !*61112
+        DE | 0 | national | sip:112@example.org                           | !sip:112@example.org
+        DE | 0 | national | 911                                           | 911
+        US |   | national | 911                                           | !911
+        DE | 0 | national | ann; sip:; sip:a b@c; tel:; +; 030123456 4711x | -
+        )")) {
+        const Dialling dialling({.region = row[0],
+                                 .featureAccessCodes = {"*61"},
+                                 .outsideLine = row[1],
+                                 .form = row[2] == "e164" ? DialForm::eInternational : DialForm::eNational});
+        for (const std::string& written : journaltest::split(row[3], ';')) {
+            const auto target = dialling.target(written);
+            const std::string result = target ? (target->isEmergency ? "!" : "") + target->text : "-";
+            EXPECT_EQ(result, row[4]) << written << " in " << row[0];
+        }
+    }
+    EXPECT_EQ(Dialling({}).target("tel:112;phone-context=example.org")->text, "112");
+    EXPECT_FALSE(Dialling({}).target(""));
+    EXPECT_FALSE(Dialling({}).target(std::string(40, '1')));
+}
+
+}  // namespace
