@@ -38,10 +38,10 @@ public:
                      "report a deletion in the call log to the phone that requested it, too");
         addResponseModeOption(app, m_responseModes);
         app.add_option("--callee", m_callee,
-                       "the party that a client calls: answers, rings (without an answer) or busy [answers]")
+                       "the party of each call that a client places: takes, rings or busy [takes]")
             ->type_name("HOW")
             ->transform(CLI::CheckedTransformer(
-                std::map<std::string, host::Callee>{{"answers", host::Callee::eAnswers},
+                std::map<std::string, host::Callee>{{"takes", host::Callee::eTakesCall},
                                                     {"rings", host::Callee::eRings},
                                                     {"busy", host::Callee::eBusy}}));
         app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
@@ -97,7 +97,7 @@ private:
     bool m_loop = false;
     bool m_callLog = false;
     bool m_echoDeletions = false;
-    host::Callee m_callee = host::Callee::eAnswers;
+    host::Callee m_callee = host::Callee::eTakesCall;
     double m_rate = 0;
 };
 

@@ -66,7 +66,7 @@ _calljournal() {
         --direction) words='incoming outgoing' ;;
         --viewed) words='true false' ;;
         --sort) words='start -start' ;;
-        --callee) words='answers rings busy' ;;
+        --callee) words='takes rings busy' ;;
         --by) words='day hour weekday party' ;;
         --since | --until | --tz | --number | --min-duration) return ;;
         --listen | --switch | --baresip | --log-level | --set | --rate | --answer | --limit | --search) return ;;

@@ -256,12 +256,12 @@ void CallControl::callEnded(const PhoneCall& call) {
 
 void CallControl::completeFor(const std::string& id, bool established, bool ended) {
     for (const Waiting& each : std::list<Waiting>(m_waiting)) {
-        const bool isAnswer = each.service == Service::eAnswerCall;
-        if (each.id != id || !(ended || (isAnswer && established))) {
+        const bool isAnswerCall = each.service == Service::eAnswerCall;
+        if (each.id != id || !(ended || (isAnswerCall && established))) {
             continue;
         }
-        finish(each.serial, isAnswer && !established ? notPossible("the call has ended")
-                                                     : CallControlOutcome{.kind = Kind::eDone});
+        finish(each.serial, isAnswerCall && !established ? notPossible("the call has ended")
+                                                         : CallControlOutcome{.kind = Kind::eDone});
     }
 }
 

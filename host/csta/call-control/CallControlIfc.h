@@ -33,7 +33,7 @@ struct LiveCallView {
     std::optional<Time> connectedSince{};
 };
 
-/// The outcome of a request to place, answer or clear a call.
+/// The outcome of a request to place a call, answer the call or clear it.
 struct CallControlOutcome {
     enum class Kind {
         eDone,
@@ -50,9 +50,9 @@ struct CallControlOutcome {
     std::string reason{};
 };
 
-/// Places, answers and clears calls of a line at its switch. Any thread may call, except the link's own. A
-/// request returns when the switch has responded, or an event shows that it was carried out; without
-/// either, after the link's time for a response.
+/// Places calls of a line at its switch, answers calls and clears calls. Any thread may call, except the
+/// link's own. A request returns when the switch has responded, or an event shows that it was carried out;
+/// without either, after the link's time for a response.
 class CallControlIfc {
 public:
     CallControlIfc() = default;

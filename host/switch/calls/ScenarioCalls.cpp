@@ -85,11 +85,11 @@ void ScenarioCalls::addLiveCalls(std::vector<LiveCall>& calls) const {
 }
 
 SwitchEvents ScenarioCalls::perform(const ScenarioStep& step, SwitchCall& call) {
-    // A client has answered or ended the call before the scenario.
+    // A client has answered the call, or ended it, before the scenario.
     const bool isInformation = step.action == Action::eMarkMissed || step.action == Action::eName;
-    const bool isAnswered =
+    const bool isEstablished =
         step.action == Action::eAnswerCall && std::as_const(call).end(Side::eCalled).state == "connected";
-    if ((call.isOver() && !isInformation) || isAnswered) {
+    if ((call.isOver() && !isInformation) || isEstablished) {
         return {};
     }
     switch (step.action) {

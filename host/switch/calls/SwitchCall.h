@@ -51,7 +51,7 @@ public:
     /// Sends `learner` the name of the other side.
     [[nodiscard]] SwitchEvent setName(Side learner, const std::string& name);
 
-    /// The side of the device in the live call; `std::nullopt` if it has none. Any written form of the number.
+    /// The side of the device in the live call; `std::nullopt` if it has none.
     [[nodiscard]] std::optional<Side> sideOf(std::string_view device) const;
     /// True if no party is in the call, after its begin.
     [[nodiscard]] bool isOver() const noexcept {

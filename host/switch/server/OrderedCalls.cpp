@@ -125,7 +125,7 @@ void OrderedCalls::proceed(const std::string& callId) {
     if (m_options.callee == Callee::eBusy) {
         publish(call.fail("busy"));
     } else if (state == "null") {
-        if (m_options.callee == Callee::eAnswers) {
+        if (m_options.callee == Callee::eTakesCall) {
             continueLater(callId);
         }
         publish({call.ring()});

@@ -12,8 +12,8 @@ namespace host {
 
 /// The party that a client's MakeCall reaches.
 enum class Callee {
-    eAnswers,
-    eRings,  ///< and does not answer
+    eTakesCall,
+    eRings,  ///< without an end
     eBusy,
 };
 
@@ -32,9 +32,9 @@ struct SwitchOptions {
     bool callLog = false;
     /// Notifies a client of the deletion of single entries that it requested itself, as some switches do.
     bool echoDeletions = false;
-    /// What happens to the calls that clients place.
-    Callee callee = Callee::eAnswers;
-    /// The time after which the called phone rings, and again that after which it answers.
+    /// The party of each call that a client places.
+    Callee callee = Callee::eTakesCall;
+    /// The time after which the called phone rings, and again that after which it takes the call.
     std::chrono::milliseconds calleePause{500};
     /// Called for each message, on the simulator's thread. May be empty.
     std::function<void(const SwitchMessage&)> messageListener{};

@@ -12,7 +12,7 @@ using host::DialForm;
 using host::Dialling;
 
 TEST(Dialling, DialsAsTheNumberingPlanAndTheSwitchWant) {
-    // region, outside line, form; what a person writes; what is dialled ("-": refused; "!": an emergency call)
+    // region, outside line, form, what a person writes, what is dialled ("-": refused; "!": an emergency)
     for (const auto& row : journaltest::table(5, R"(
         DE |   | national | +49 (0)30 123456; 030 / 12 34 56; tel:+4930123456 | 030123456
         DE | 0 | national | +4930123456                                   | 0030123456
