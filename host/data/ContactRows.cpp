@@ -117,6 +117,16 @@ std::optional<Contact> ContactRows::find(std::int64_t id) {
     return query.bind(m_line).bind(id).next() ? std::optional(contactFrom(query)) : std::nullopt;
 }
 
+std::vector<std::string> ContactRows::allNumbers() {
+    Query query = m_session.query("SELECT number FROM contact_number WHERE line = ?");
+    query.bind(m_line);
+    std::vector<std::string> numbers;
+    while (query.next()) {
+        numbers.push_back(query.text());
+    }
+    return numbers;
+}
+
 std::optional<Contact> ContactRows::findExternal(const std::string& externalId) {
     Query query = m_session.query(kFindExternal);
     return contactNamedBy(query.bind(m_line).bind(externalId));

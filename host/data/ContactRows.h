@@ -41,6 +41,8 @@ public:
     /// The best contact with that number. Requires: the number is in its indexed form (`indexed`).
     [[nodiscard]] std::optional<Match> lookUp(const std::string& number);
     [[nodiscard]] std::optional<Contact> find(std::int64_t id);
+    /// The numbers of all contacts, in their indexed form.
+    [[nodiscard]] std::vector<std::string> allNumbers();
     /// The oldest contact with that id in the directory of its origin.
     [[nodiscard]] std::optional<Contact> findExternal(const std::string& externalId);
     /// The oldest contact with the same names and the same first number (without one, if this contact has
@@ -58,11 +60,12 @@ public:
 
     /// The form of a number in the index.
     [[nodiscard]] std::string indexed(std::string number) const;
+    /// The four numbers of a contact in the order of their positions; a missing one is empty.
+    static std::array<std::string, 4> numbersOf(const Contact& contact);
 
 private:
     using Numbers = std::array<std::string, 4>;
 
-    static Numbers numbersOf(const Contact& contact);
     void index(std::int64_t id, const Numbers& numbers);
     void insertNumbers(std::int64_t id, const Numbers& numbers);
     /// Reads the contact whose id is the next column.

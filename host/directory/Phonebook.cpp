@@ -1,6 +1,9 @@
 #include "host/directory/Phonebook.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include "host/data/ContactRows.h"
@@ -39,42 +42,80 @@ void fillIn(Contact& contact, const Contact& known) {
 
 }  // namespace
 
-Phonebook::Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line)
-    : m_database(database), m_digits(digits), m_line(std::move(line)) {}
+Phonebook::Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line,
+                     std::chrono::milliseconds interval)
+    : m_database(database), m_digits(digits), m_line(std::move(line)), m_interval(interval) {}
 
 bool Phonebook::lookUpContact(Contact& contact) {
     return lookUp(contact).value_or(false);
 }
 
 std::optional<bool> Phonebook::lookUp(Contact& contact) {
-    const std::string searched = contact.getSearchNumber();
-    std::optional<Contact> found;
-    if (searched.empty()) {
+    std::string number = contact.getSearchNumber();
+    if (number.empty()) {
         return false;
     }
-    const bool done = m_database.read("looking a contact up", [&](Database::Session& session) {
-        ContactRows rows(session, m_line, &m_digits);
-        if (const auto match = rows.lookUp(rows.indexed(searched))) {
-            found = rows.find(match->id);
-            if (found) {
-                found->setMatchedKindCode(static_cast<std::int32_t>(matchedKindAt(match->position)));
-            }
-        }
-    });
-    if (!done) {
+    m_digits.normalise(number);
+    noticeOtherProcesses();
+    KnownNumbers::ContactPtr found;
+    if (const auto known = m_known.find(number)) {
+        found = *known;
+    } else if (!read(number, found)) {
         return std::nullopt;
     }
     if (!found) {
         return false;
     }
-    found->setSearchNumber(searched);
-    found->setCallRecords(contact.getCallRecords());
-    contact = std::move(*found);
+    Contact result = *found;
+    result.setSearchNumber(contact.getSearchNumber());
+    result.setCallRecords(contact.getCallRecords());
+    contact = std::move(result);
     return true;
 }
 
-bool Phonebook::change(const char* what, const Database::Work& work) {
+void Phonebook::noticeOtherProcesses() {
+    const Clock::time_point now = Clock::now();
+    if (now < m_nextNotice.load()) {
+        return;
+    }
+    m_nextNotice = now + m_interval;
+    DatabaseState state;
+    const bool done = m_database.read("looking for changes of contacts",
+                                      [&state](Database::Session& session) { state = session.state(); });
+    const std::lock_guard<std::mutex> lock(m_stateMutex);
+    if (!done || !(m_state == state)) {
+        m_known.clear();
+    }
+    m_state = state;
+}
+
+bool Phonebook::read(const std::string& number, KnownNumbers::ContactPtr& found) {
+    const std::uint64_t version = m_known.version();
+    return m_database.read("looking a contact up", [&](Database::Session& session) {
+        ContactRows rows(session, m_line, &m_digits);
+        if (!m_known.isLoaded()) {
+            m_known.load(version, rows.allNumbers());
+        }
+        if (const auto match = rows.lookUp(number)) {
+            if (std::optional<Contact> contact = rows.find(match->id)) {
+                contact->setMatchedKindCode(static_cast<std::int32_t>(matchedKindAt(match->position)));
+                found = std::make_shared<const Contact>(*std::move(contact));
+            }
+        }
+        m_known.store(version, number, found);
+    });
+}
+
+bool Phonebook::change(const char* what, const Contact* changed, const Database::Work& work) {
     const bool done = m_database.write(what, work);
+    if (changed == nullptr) {
+        m_known.clear();
+    } else {
+        std::array<std::string, 4> numbers = ContactRows::numbersOf(*changed);
+        std::for_each(numbers.begin(), numbers.end(),
+                      [this](std::string& number) { m_digits.normalise(number); });
+        m_known.change({numbers.begin(), numbers.end()});
+    }
     if (done) {
         // The former fields leave no bytes in the log.
         m_database.truncateLog();
@@ -87,14 +128,14 @@ bool Phonebook::change(const char* what, const Database::Work& work) {
 
 std::optional<std::string> Phonebook::add(const Contact& contact) {
     std::int64_t id = 0;
-    const bool done = change("adding a contact", [&](Database::Session& session) {
+    const bool done = change("adding a contact", &contact, [&](Database::Session& session) {
         id = ContactRows(session, m_line, &m_digits).insert(contact);
     });
     return done ? std::optional(uniqueIdOf(id)) : std::nullopt;
 }
 
 bool Phonebook::add(const std::vector<Contact>& contacts) {
-    return change("adding contacts", [&](Database::Session& session) {
+    return change("adding contacts", nullptr, [&](Database::Session& session) {
         ContactRows rows(session, m_line, &m_digits);
         for (const Contact& contact : contacts) {
             rows.insert(contact);
@@ -104,7 +145,7 @@ bool Phonebook::add(const std::vector<Contact>& contacts) {
 
 std::optional<ImportCounts> Phonebook::import(const std::vector<Contact>& contacts) {
     ImportCounts counts;
-    const bool done = change("importing contacts", [&](Database::Session& session) {
+    const bool done = change("importing contacts", nullptr, [&](Database::Session& session) {
         ContactRows rows(session, m_line, &m_digits);
         for (const Contact& contact : contacts) {
             switch (importOne(rows, contact)) {
@@ -147,7 +188,7 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
 
 bool Phonebook::update(const Contact& contact) {
     bool found = false;
-    const bool done = change("changing a contact", [&](Database::Session& session) {
+    const bool done = change("changing a contact", &contact, [&](Database::Session& session) {
         found = ContactRows(session, m_line, &m_digits)
                     .update(rowIdOf(contact.getUniqueId()).value_or(0), contact);
     });
@@ -156,7 +197,8 @@ bool Phonebook::update(const Contact& contact) {
 
 bool Phonebook::remove(const std::string& uniqueId) {
     bool found = false;
-    const bool done = change("removing a contact", [&](Database::Session& session) {
+    const Contact none;  // no number is added
+    const bool done = change("removing a contact", &none, [&](Database::Session& session) {
         found = ContactRows(session, m_line, &m_digits).remove(rowIdOf(uniqueId).value_or(0));
     });
     return done && found;
@@ -219,12 +261,18 @@ std::optional<std::vector<Contact>> Phonebook::slice(std::size_t offset, std::si
 
 bool Phonebook::reindexIfRulesChanged(const std::string& rulesKey) {
     std::string current;
-    return m_database.read("reading the rules of the index", [&](Database::Session& session) {
+    const bool done = m_database.read("reading the rules of the index", [&](Database::Session& session) {
         current = ContactRows(session, m_line, &m_digits).indexRules();
-    }) && (current == rulesKey || m_database.write("indexing contacts anew", [&](Database::Session& session) {
-               ContactRows(session, m_line, &m_digits).reindex(rulesKey);
-               PartyRows(session, m_line, &m_digits).reindex();
-           }));
+    });
+    if (!done || current == rulesKey) {
+        return done;
+    }
+    const bool indexed = m_database.write("indexing contacts anew", [&](Database::Session& session) {
+        ContactRows(session, m_line, &m_digits).reindex(rulesKey);
+        PartyRows(session, m_line, &m_digits).reindex();
+    });
+    m_known.clear();
+    return indexed;
 }
 
 }  // namespace host

@@ -1,13 +1,17 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "host/database/Database.h"
+#include "host/directory/KnownNumbers.h"
 #include "journal-items/Contact.h"
 #include "platform/directory/DirectoryServiceIfc.h"
 #include "platform/framework/Executable.h"
@@ -38,14 +42,19 @@ struct ImportCounts {
 /// which is stored in an index. If several contacts have a number, the one of the best source wins (personal
 /// before company before the others), then the oldest.
 ///
+/// A look-up reads the database for a number that a contact has and that was not looked up before
+/// (`KnownNumbers`); all others are looked up in memory. A change by another process applies within a second.
+///
 /// The matched kind of a found contact is a `Contact::MatchedKind`.
 ///
 /// Thread-safe. Errors: no operation throws. A database that fails logs the error; the operation here then
 /// returns the same as for a missing contact.
 class Phonebook final : public Executable, public DirectoryServiceIfc {
 public:
-    /// Both are borrowed and outlive the phonebook. `line` is the device that owns the contacts.
-    Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line);
+    /// Both are borrowed and outlive the phonebook. `line` is the device that owns the contacts; it has no
+    /// other phonebook in this process. Changes by other processes are looked for after `interval`.
+    Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line,
+              std::chrono::milliseconds interval = std::chrono::seconds(1));
 
     /// Sets a listener for changes of contacts, called on the thread that made the change. Call it before the
     /// first change.
@@ -90,8 +99,15 @@ public:
     [[nodiscard]] bool reindexIfRulesChanged(const std::string& rulesKey);
 
 private:
-    /// Carries out a change in one transaction and calls the listener.
-    bool change(const char* what, const Database::Work& work);
+    using Clock = std::chrono::steady_clock;
+
+    /// Carries out a change in one transaction and calls the listener. `changed` is the contact that is added
+    /// or changed, null for several.
+    bool change(const char* what, const Contact* changed, const Database::Work& work);
+    /// Forgets what is known if another process has changed the database.
+    void noticeOtherProcesses();
+    /// Reads the contact with a number in its indexed form. Returns false if the database failed.
+    bool read(const std::string& number, KnownNumbers::ContactPtr& found);
     enum class Imported { eAdded, eChanged, eUnchanged };
     static Imported importOne(ContactRows& rows, Contact contact);
     [[nodiscard]] std::optional<std::size_t> counted();
@@ -101,6 +117,15 @@ private:
     Database& m_database;
     DigitAnalysisServiceIfc& m_digits;
     const std::string m_line;
+    const std::chrono::milliseconds m_interval;
+
+    // Each is thread-safe.
+    KnownNumbers m_known;
+    std::atomic<Clock::time_point> m_nextNotice{};
+
+    std::mutex m_stateMutex;
+    // Guarded by m_stateMutex.
+    DatabaseState m_state;
 
     // Constant from the first change on.
     std::function<void()> m_changeListener;

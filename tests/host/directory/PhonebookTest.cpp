@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <chrono>
+
 #include "host/data/ContactRows.h"
 #include "host/digits/DigitAnalysis.h"
 #include "tests/support/CapturedLog.h"
@@ -123,6 +125,32 @@ TEST_F(Phonebook, KeepsTheLinesApart) {
     EXPECT_EQ(whoHas("4711") + std::to_string(m_phonebook.count()), "0");
     std::optional<Contact> found;
     EXPECT_TRUE(other.find(contact.getUniqueId(), found) && found == contact);
+}
+
+TEST_F(Phonebook, FindsEachChangeAfterALookUp) {
+    host::Phonebook phonebook(*m_database, m_digits, "2001", std::chrono::milliseconds(0));
+    const auto surname = [&phonebook](const std::string& number) {
+        Contact contact;
+        contact.setSearchNumber(number);
+        return phonebook.lookUpContact(contact) ? contact.getSurname() : "";
+    };
+    EXPECT_EQ(surname("4711"), "");
+    Contact contact = miller();
+    contact.setUniqueId(phonebook.add(contact).value_or(""));
+    EXPECT_EQ(surname("4711") + surname("4711") + surname("4712"), "MillerMiller");
+    contact.setOffice("4712");
+    contact.setSurname("Lovelace");
+    EXPECT_TRUE(phonebook.update(contact));
+    EXPECT_EQ(surname("4711") + surname("4712"), "Lovelace");
+    EXPECT_TRUE(phonebook.import({contactOf("surname=Byron;office=4711;")}));
+    EXPECT_EQ(surname("4711"), "Byron");
+    // By another process.
+    m_database.otherConnection().exec("UPDATE contact SET surname = 'Babbage' WHERE surname = 'Byron'");
+    EXPECT_EQ(surname("4711"), "Babbage");
+    m_database.otherConnection().exec("UPDATE contact_number SET number = '4713' WHERE number = '4711'");
+    EXPECT_EQ(surname("4711") + surname("4713"), "Babbage");
+    EXPECT_TRUE(phonebook.remove(contact.getUniqueId()));
+    EXPECT_EQ(surname("4712"), "");
 }
 
 // The query plan, not the time: a look-up searches two trees for any number of contacts.
