@@ -1,5 +1,7 @@
 #include "platform/client-utils/ClientUtils.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -20,6 +22,12 @@ void appendAsByteCharacters(std::string& out, std::string_view bytes) {
     }
 }
 
+/// True for the characters of ASCII that are written as they are.
+constexpr bool isPlain(char character) noexcept {
+    return character >= ' ' && character < '\x7f' && character != '&' && character != '<' &&
+           character != '>' && character != '"' && character != '\'';
+}
+
 const char* referenceFor(std::uint32_t character) noexcept {
     switch (character) {
         case '&': return "&amp;";
@@ -37,10 +45,23 @@ const char* referenceFor(std::uint32_t character) noexcept {
 std::string ClientUtils::escapeXMLString(const std::string& text) {
     std::string out;
     out.reserve(text.size());
+    appendEscapedXml(out, text);
+    return out;
+}
+
+void ClientUtils::appendEscapedXml(std::string& out, std::string_view text) {
     std::size_t at = 0;
     while (at < text.size()) {
+        const auto plain = static_cast<std::size_t>(
+            std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isPlain) -
+            text.begin());
+        out += text.substr(at, plain - at);
+        at = plain;
+        if (at == text.size()) {
+            return;
+        }
         const utf8::Step step = utf8::next(text, at);
-        const std::string_view bytes = std::string_view(text).substr(at, step.length);
+        const std::string_view bytes = text.substr(at, step.length);
         if (const char* const reference = referenceFor(step.character)) {
             out += reference;
         } else if (!utf8::isXmlCharacter(step.character) || standsForByte(step.character)) {
@@ -50,7 +71,6 @@ std::string ClientUtils::escapeXMLString(const std::string& text) {
         }
         at += step.length;
     }
-    return out;
 }
 
 std::string ClientUtils::unescapeText(const std::string& text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 /// Small text helpers that the phone's services and their clients share. Pure functions; any thread may call.
 class ClientUtils {
@@ -16,6 +17,8 @@ public:
     /// becomes the one private-use character U+EE00 + byte. Each byte of a genuine U+EE00 to U+EEFF is
     /// written in the same way, so the text stays unambiguous. `unescapeText` is the inverse.
     [[nodiscard]] static std::string escapeXMLString(const std::string& text);
+    /// Appends it.
+    static void appendEscapedXml(std::string& out, std::string_view text);
 
     /// The inverse, for text whose references an XML parser has resolved: U+EE00 to U+EEFF become the bytes
     /// that they stand for, everything else is kept. For any bytes, parsing and `unescapeText` undo

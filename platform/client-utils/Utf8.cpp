@@ -64,6 +64,10 @@ bool isXmlCharacter(std::uint32_t character) noexcept {
 bool isXmlText(std::string_view text) noexcept {
     std::size_t at = 0;
     while (at < text.size()) {
+        if (text[at] >= ' ' && text[at] <= '\x7e') {  // most texts have no others
+            ++at;
+            continue;
+        }
         const Step step = next(text, at);
         if (!isXmlCharacter(step.character)) {
             return false;

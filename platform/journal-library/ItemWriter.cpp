@@ -9,21 +9,36 @@
 namespace journalxml {
 namespace {
 
+void appendBegin(std::string& out, std::string_view name) {
+    out += '<';
+    out += name;
+    out += '>';
+}
+
+void appendEnd(std::string& out, std::string_view name) {
+    out += "</";
+    out += name;
+    out += '>';
+}
+
 // A database response that contains the word counts as failed, and a caller may have any name.
-std::string withoutFailureMarker(std::string text) {
+void removeFailureMarker(std::string& text, std::size_t begin) {
     constexpr std::string_view kMarker = "failure";
     constexpr std::string_view kHarmless = "failur&#101;";
-    std::size_t at = text.find(kMarker);
+    std::size_t at = text.find(kMarker, begin);
     while (at != std::string::npos) {
         text.replace(at, kMarker.size(), kHarmless);
         at = text.find(kMarker, at + kHarmless.size());
     }
-    return text;
 }
 
-void appendText(std::string& out, const char* name, const std::string& value) {
+void appendText(std::string& out, std::string_view name, const std::string& value) {
     if (!value.empty()) {
-        appendElement(out, name, withoutFailureMarker(ClientUtils::escapeXMLString(value)));
+        appendBegin(out, name);
+        const std::size_t begin = out.size();
+        ClientUtils::appendEscapedXml(out, value);
+        removeFailureMarker(out, begin);
+        appendEnd(out, name);
     }
 }
 
@@ -50,15 +65,25 @@ struct FieldWriter {
 };
 
 template <typename Item>
+std::size_t occurrenceCount(const Item& item) {
+    if constexpr (kHasOccurrences<Item>) {
+        return occurrencesOf(item).size();
+    }
+    return 0;
+}
+
+template <typename Item>
 std::string bodyOf(const Item& item) {
+    constexpr std::size_t kUsualPart = 400;
     std::string out;
+    out.reserve(kUsualPart * (1 + occurrenceCount(item)));
     appendElement(out, kTypeField, kTypeOf<Item>);
     forEachPart(item, FieldWriter{out});
     if constexpr (kHasOccurrences<Item>) {
         for (const auto& info : occurrencesOf(item)) {
-            std::string occurrence;
-            forEachPart(info, FieldWriter{occurrence});
-            appendElement(out, kOccurrence, occurrence);
+            appendBegin(out, kOccurrence);
+            forEachPart(info, FieldWriter{out});
+            appendEnd(out, kOccurrence);
         }
     }
     return out;
@@ -66,8 +91,10 @@ std::string bodyOf(const Item& item) {
 
 }  // namespace
 
-void appendElement(std::string& out, const char* name, const std::string& body) {
-    out.append("<").append(name).append(">").append(body).append("</").append(name).append(">");
+void appendElement(std::string& out, std::string_view name, std::string_view body) {
+    appendBegin(out, name);
+    out += body;
+    appendEnd(out, name);
 }
 
 void appendField(std::string& out, const char* name, const std::string& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "journal-items/CallBackItem.h"
 #include "journal-items/Contact.h"
@@ -27,7 +28,7 @@ namespace journalxml {
 [[nodiscard]] std::string entryElement(const std::string& body);
 
 /// Appends `<name>body</name>`; the body is XML already.
-void appendElement(std::string& out, const char* name, const std::string& body);
+void appendElement(std::string& out, std::string_view name, std::string_view body);
 /// Appends `<name>value</name>`, the value escaped.
 void appendField(std::string& out, const char* name, const std::string& value);
 

@@ -7,6 +7,7 @@
 
 #include "platform/sync/CriticalSection.h"
 #include "platform/sync/Semaphore.h"
+#include "src/JournalService/lists/PartyIndex.h"
 
 namespace journal {
 
@@ -51,6 +52,7 @@ private:
     Semaphore m_lock{1, 1, true};
     // Guarded by m_lock.
     std::deque<Item> m_items;
+    PartyIndex m_parties;
 };
 
 }  // namespace journal

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <set>
@@ -87,14 +88,20 @@ public:
     }
     /// As `openLoaded`, to file an entry with an id of `makeUniqueEntryId`: the ids that are taken stay
     /// known, so the caller reports each id that the list loses or does not use to `releaseEntryId`. `found`
-    /// is the first item that `matches`, or the end.
+    /// is the first item that `matches`, or the end. Requires: only items of `party` (`partyOf`) match.
     template <typename Item>
     struct FoundItem {
         std::deque<Item>& items;
         typename std::deque<Item>::iterator found;
     };
     template <typename Item, typename Matches>
-    [[nodiscard]] FoundItem<Item> openToFile(const Matches& matches);
+    [[nodiscard]] FoundItem<Item> openToFile(const std::string& party, const Matches& matches);
+    /// Call it when the list has lost the found item, if any, has the filed one at its front, and is limited:
+    /// the next `openToFile` need not read all items.
+    template <typename Item>
+    void recordFiled(const std::deque<Item>& items) {
+        list<Item>().m_parties.record(items);
+    }
     void releaseEntryId(const std::string& entryId) { m_lists.m_entryIds.release(entryId); }
 
     // Changes of open items. Requires: the list of the item is open.
@@ -171,6 +178,9 @@ private:
     /// Locks the list.
     template <typename Item>
     [[nodiscard]] std::deque<Item>& lock();
+    /// The same, to find a party's item.
+    template <typename Item>
+    [[nodiscard]] JournalList<Item>& lockToFind();
     /// Adds the entry ids of one list, loaded or not, to the record. Returns false if the table could not be
     /// read.
     template <typename Item>
@@ -190,11 +200,18 @@ std::deque<Item>& ListTransaction::open() {
 
 template <typename Item>
 std::deque<Item>& ListTransaction::lock() {
+    JournalList<Item>& opened = lockToFind<Item>();
+    opened.m_parties.forget();
+    return opened.m_items;
+}
+
+template <typename Item>
+JournalList<Item>& ListTransaction::lockToFind() {
     JournalList<Item>& opened = list<Item>();
     close();
     opened.m_lock.wait();
     m_openList.reset(&opened.m_lock);
-    return opened.m_items;
+    return opened;
 }
 
 template <typename Item, typename Matches>
@@ -204,13 +221,16 @@ std::deque<Item>& ListTransaction::open(const Matches& matches) {
 }
 
 template <typename Item, typename Matches>
-ListTransaction::FoundItem<Item> ListTransaction::openToFile(const Matches& matches) {
+ListTransaction::FoundItem<Item> ListTransaction::openToFile(const std::string& party,
+                                                             const Matches& matches) {
     ensureLoaded();
     if (!m_lists.m_unloadedEntries.areKnown<Item>() || !unloaded<Item>().empty()) {
         restore<Item>(matches);
     }
-    std::deque<Item>& items = lock<Item>();
-    return {items, std::find_if(items.begin(), items.end(), matches)};
+    JournalList<Item>& opened = lockToFind<Item>();
+    std::deque<Item>& items = opened.m_items;
+    const std::size_t found = opened.m_parties.find(items, party, matches);
+    return {items, items.begin() + static_cast<std::ptrdiff_t>(found)};
 }
 
 template <typename Item, typename Matches>

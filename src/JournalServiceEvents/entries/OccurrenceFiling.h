@@ -91,7 +91,8 @@ public:
     /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
         const std::string entryId = m_transaction.makeUniqueEntryId(m_clock.createEntryId(callId));
-        const auto [items, found] = m_transaction.template openToFile<Item>(m_policy.matcher(contact));
+        const auto [items, found] =
+            m_transaction.template openToFile<Item>(contact.getSearchNumber(), m_policy.matcher(contact));
         const bool merges = found != items.end();
         if constexpr (requires { m_policy.nameContact(items, found); }) {
             m_policy.nameContact(items, found);
@@ -147,6 +148,7 @@ private:
         if constexpr (Policy::kLimitsItems) {
             m_dropped = m_transaction.dropOldest(items);
         }
+        m_transaction.recordFiled(items);
         m_filed.item = items.front();
         if constexpr (std::is_same_v<Item, MissedCallItem>) {
             m_filed.unviewed = JournalLists::getUnviewedMissedCallsCount(items);
