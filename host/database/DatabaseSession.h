@@ -32,8 +32,8 @@ public:
     /// Changes when a row is added to `call_item` or removed, if not by another process.
     [[nodiscard]] std::uint64_t itemChanges() const;
 
-    /// The state that this work reads. Of work of `Database::read` it does not change by the writes of the same
-    /// `Database`.
+    /// The state that this work reads. Of work of `Database::read` it does not change by the writes of the
+    /// same `Database`.
     [[nodiscard]] DatabaseState state();
 
     /// Call it in a transaction that deletes a text: when that is done, the log of the database is emptied.

@@ -14,9 +14,8 @@
 
 namespace host {
 
-/// What a phonebook has read of the numbers of its contacts, so that most calls are looked up without the
-/// database: which numbers contacts have, and the contacts that were looked up last. All numbers are in their
-/// indexed form.
+/// The numbers that the contacts of a phonebook have, and the contacts that were looked up last, in memory,
+/// so that most calls are looked up without the database. All numbers are in their indexed form.
 ///
 /// Use it in this order: `find`; if the result is not known, `version`, read the database, `load` if it is
 /// not loaded, and `store`. What was read before a change is then not stored after it.

@@ -30,8 +30,8 @@ const std::string& partyOf(const Item& item) {
 /// The parties of a list's items as hashes beside the items, so that the filing of a call does not read the
 /// items of all others.
 ///
-/// The filing keeps it: `find`, then `record` when the call is filed. Any other change of the list is followed
-/// by `forget`, and the next `find` makes it anew.
+/// The filing keeps it: `find`, then `record` when the call is filed. Any other change of the list is
+/// followed by `forget`, and the next `find` makes it anew.
 ///
 /// Not thread-safe: guarded by the list's lock.
 class PartyIndex {
