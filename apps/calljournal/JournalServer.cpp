@@ -6,6 +6,7 @@
 
 #include "apps/calljournal/CommandLine.h"
 #include "apps/calljournal/ErrorOutput.h"
+#include "apps/calljournal/StartAhead.h"
 #include "host/api-client/ApiAddress.h"
 #include "host/config/DataDirectory.h"
 #include "host/data/DatabaseMaintenance.h"
@@ -190,6 +191,7 @@ private:
                 &host::Log::droppedLines};
     }
 
+    StartAhead m_startAhead;
     host::Metrics m_metrics;
     host::Database m_database;
     host::WorkerPool m_pool;

@@ -36,6 +36,7 @@
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/LibraryLoader.h"
 #include "host/framework/WorkerPool.h"
+#include "host/limits/UnusedMemory.h"
 #include "host/line/Line.h"
 #include "host/lists/ListOperations.h"
 #include "host/log/Log.h"
@@ -248,6 +249,8 @@ int main(int count, char** arguments) {
     app.add_option("--lines", lines, "the number of lines");
     app.add_option("--entries", entries, "the number of entries in each list of one line");
     CLI11_PARSE(app, count, arguments);
+    // As the program does.
+    host::limitUnusedMemory();
     try {
         std::cout << measure(data, lines, entries).dump() << std::endl;
     } catch (const std::exception& error) {

@@ -1,11 +1,10 @@
 #include "host/api-client/ApiClient.h"
 
-#include <curl/curl.h>
-
 #include <fstream>
 #include <string_view>
 
 #include "host/api-client/ApiAddress.h"
+#include "host/api-client/CurlLibrary.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 
@@ -50,9 +49,9 @@ public:
     HeaderLines() = default;
     HeaderLines(const HeaderLines&) = delete;
     HeaderLines& operator=(const HeaderLines&) = delete;
-    ~HeaderLines() { curl_slist_free_all(m_lines); }
+    ~HeaderLines() { CurlLibrary::get().freeLines(m_lines); }
 
-    void add(const std::string& line) { m_lines = curl_slist_append(m_lines, line.c_str()); }
+    void add(const std::string& line) { m_lines = CurlLibrary::get().appendLine(m_lines, line.c_str()); }
     [[nodiscard]] curl_slist* get() const noexcept { return m_lines; }
 
 private:
@@ -75,12 +74,12 @@ public:
         : m_directory(dataDirectory.string()),
           m_address(addressIn(dataDirectory)),
           m_token(tokenIn(dataDirectory)),
-          m_curl(curl_easy_init()) {
-        if (m_curl == nullptr) {
+          m_client(m_curl.init()) {
+        if (m_client == nullptr) {
             throw RemoteError("cannot make an HTTP client");
         }
     }
-    ~Impl() { curl_easy_cleanup(m_curl); }
+    ~Impl() { m_curl.cleanup(m_client); }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
@@ -93,7 +92,7 @@ public:
         if (!m_token.empty()) {
             headers.add("Authorization: Bearer " + m_token);
         }
-        curl_easy_reset(m_curl);
+        m_curl.reset(m_client);
         set(CURLOPT_URL, url.c_str());
         set(CURLOPT_CUSTOMREQUEST, method);
         if (!contentType.empty()) {
@@ -111,14 +110,14 @@ public:
         set(CURLOPT_CONNECTTIMEOUT, 10L);
         set(CURLOPT_LOW_SPEED_LIMIT, 1L);
         set(CURLOPT_LOW_SPEED_TIME, kPatienceSeconds);
-        check(curl_easy_perform(m_curl));
+        check(m_curl.perform(m_client));
         return result(received);
     }
 
 private:
     template <typename Value>
     void set(CURLoption option, Value value) {
-        if (curl_easy_setopt(m_curl, option, value) != CURLE_OK) {
+        if (m_curl.setOption(m_client, option, value) != CURLE_OK) {
             throw RemoteError("libcurl refuses an option of a request");
         }
     }
@@ -131,13 +130,13 @@ private:
                 throw RemoteError("calljournal at " + m_address + " does not respond");
             default:
                 throw RemoteError("the connection to calljournal at " + m_address +
-                                  " failed: " + curl_easy_strerror(code) + "; see its log");
+                                  " failed: " + m_curl.errorText(code) + "; see its log");
         }
     }
 
     [[nodiscard]] Json result(const std::string& received) const {
         long status = 0;
-        curl_easy_getinfo(m_curl, CURLINFO_RESPONSE_CODE, &status);
+        m_curl.information(m_client, CURLINFO_RESPONSE_CODE, &status);
         Json body = received.empty() ? Json() : Json::parse(received, nullptr, false);
         const bool isJson = !body.is_discarded();
         if (status < 200 || status > 299) {
@@ -168,14 +167,15 @@ private:
             return {};  // for libcurl, the length 0 means "up to the first NUL"
         }
         const std::unique_ptr<char, decltype(&curl_free)> escaped(
-            curl_easy_escape(m_curl, text.data(), static_cast<int>(text.size())), &curl_free);
+            m_curl.escape(m_client, text.data(), static_cast<int>(text.size())), m_curl.free);
         return escaped ? std::string(escaped.get()) : std::string();
     }
 
     const std::string m_directory;
     const std::string m_address;
     const std::string m_token;
-    CURL* const m_curl;
+    const CurlLibrary& m_curl = CurlLibrary::get();
+    CURL* const m_client;
 };
 
 ApiClient::ApiClient(const std::filesystem::path& dataDirectory)

@@ -65,6 +65,10 @@ bool isStable(const std::string& international) {
 
 }  // namespace
 
+void NumberingPlan::load() {
+    static_cast<void>(plans());
+}
+
 NumberingPlan::NumberingPlan(std::string region)
     : m_region(std::move(region)),
       m_supported(isSupported(m_region)),

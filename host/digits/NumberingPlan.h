@@ -18,6 +18,8 @@ public:
     /// `region` is a country, as two capital letters ("DE"). In an unsupported one, only numbers with "+" are
     /// understood.
     explicit NumberingPlan(std::string region);
+    /// Loads the plans of all countries, so that the first object has them.
+    static void load();
 
     [[nodiscard]] bool supportsRegion() const noexcept { return m_supported; }
 

@@ -40,6 +40,10 @@ LibraryLoader::LibraryLoader(const std::filesystem::path& path)
     }
 }
 
+bool LibraryLoader::load(const std::filesystem::path& path) noexcept {
+    return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) != nullptr;
+}
+
 LibraryLoader::~LibraryLoader() {
     dlclose(m_handle);
 }

@@ -39,6 +39,8 @@ public:
     /// Loads the library. Throws `LibraryError`.
     explicit LibraryLoader(const std::filesystem::path& path);
     ~LibraryLoader();
+    /// Loads the library, so that the next object has it; it stays loaded. Returns false if that fails.
+    static bool load(const std::filesystem::path& path) noexcept;
     LibraryLoader(const LibraryLoader&) = delete;
     LibraryLoader& operator=(const LibraryLoader&) = delete;
 

@@ -8,6 +8,7 @@
 #include "host/framework/Strand.h"
 #include "host/framework/WorkerPool.h"
 #include "host/http/Metrics.h"
+#include "host/http/ObserverPair.h"
 #include "host/http/RequestPipeline.h"
 #include "host/http/events/EventFeed.h"
 #include "host/http/messages/HttpError.h"
@@ -80,8 +81,7 @@ public:
 
     Endpoint start() {
         // A subscription makes the journal load its lists. No client may read them before they are loaded.
-        m_backend.journal.subscribeForJournalEvents(&m_backend.metrics);
-        m_backend.journal.subscribeForJournalEvents(&m_feed);
+        m_backend.journal.subscribeForJournalEvents(&m_observers);
         m_subscribed = true;
         return m_server.start(
             {[this](const HttpRequest& request) { return m_pipeline.handle(request); },
@@ -92,8 +92,7 @@ public:
 
     void stop() {
         if (std::exchange(m_subscribed, false)) {
-            m_backend.journal.unsubscribeForJournalEvents(&m_feed);
-            m_backend.journal.unsubscribeForJournalEvents(&m_backend.metrics);
+            m_backend.journal.unsubscribeForJournalEvents(&m_observers);
         }
         m_eventStrand.close();
         m_server.post([this] { m_feed.close(); });
@@ -150,6 +149,7 @@ private:
     Router m_router;
     RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line};
     EventFeed m_feed;
+    ObserverPair m_observers{m_backend.metrics, m_feed};
     HttpServer m_server;
     WorkerPool m_eventWorkers{1};
     Strand m_eventStrand{m_eventWorkers};

@@ -100,7 +100,7 @@ protected:
 
 TEST_F(HttpApiTest, StopsWithOpenConnectionsAndDoesNotShareItsAddress) {
     m_settings.server.listen = start();
-    EXPECT_EQ(m_journal.observers().size(), 2U);
+    EXPECT_EQ(m_journal.observers().size(), 1U);
     EXPECT_THROW(host::HttpApi(backend(), m_settings), host::HttpServerError);
     m_settings.server.listen = {"localhost", 0};
     EXPECT_NO_THROW(host::HttpApi(backend(), m_settings));
