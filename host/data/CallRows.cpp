@@ -117,15 +117,19 @@ std::string CallRows::write(const Item& item, const CallFacts* facts,
                             const std::optional<std::int64_t>& newId) {
     const std::int32_t list = numberOf(ListTraits<Item>::kList);
     std::int64_t id = rowIdOf(item.getUniqueId()).value_or(0);
-    Query update = m_session.query(kUpdate);
-    bindFields(update, item);
-    if (update.bind(id).bind(m_line).bind(list).run() == 0) {
+    bool isNew = id == 0;
+    if (!isNew) {
+        Query update = m_session.query(kUpdate);
+        bindFields(update, item);
+        isNew = update.bind(id).bind(m_line).bind(list).run() == 0;
+    }
+    if (isNew) {
         Query insert = m_session.query(kInsert);
         bindFields(insert, item);
         insert.bind(m_line).bind(list).bind(newId).run();
         id = m_session.lastInsertedId();
     }
-    m_history.write<Item>(id, nameOf(item), occurrencesOf(item), facts);
+    m_history.write<Item>(id, nameOf(item), occurrencesOf(item), facts, isNew);
     return uniqueIdOf(id);
 }
 

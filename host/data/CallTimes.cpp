@@ -11,7 +11,7 @@ using Quarters = std::chrono::duration<std::int64_t, std::ratio<900>>;
 
 constexpr const char* kCounts = R"sql(
 SELECT start / 900, sum(list = 0), sum(list = 1), sum(list = 2), sum(list = 3)
-FROM call WHERE line = ? AND start >= ? GROUP BY start / 900 ORDER BY start / 900
+FROM call WHERE line = ? AND list IN (0, 1, 2, 3) AND start >= ? GROUP BY start / 900 ORDER BY start / 900
 )sql";
 
 }  // namespace

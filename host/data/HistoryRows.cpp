@@ -51,9 +51,9 @@ SELECT call.id, item_order, call_id, party.number, connected_number, text_c, tex
 FROM call JOIN party ON party.id = call.party LEFT JOIN party AS redirected ON redirected.id = call.redirecting
 )sql";
 
-// Each reads no more rows than it returns: an entry may have many.
+// Each reads few rows more than it returns: an entry may have many, but the listed ones are the newest.
 const std::string kSelectListed =
-    std::string(kSelect) + "WHERE item = ? AND listed = 1 ORDER BY item_order DESC";
+    std::string(kSelect) + "WHERE item = ? AND listed = 1 ORDER BY item_order DESC LIMIT ?";
 const std::string kSelectNewest = std::string(kSelect) + "WHERE item = ? ORDER BY item_order DESC LIMIT ?";
 const std::string kSelectSome =
     std::string(kSelect) +
@@ -67,19 +67,17 @@ SELECT CASE WHEN ?1 GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]?*'
 )sql";
 
 // The row of an occurrence that no entry lists: its call has left its entry, or is one of the older calls of
-// the entry ?6. Compares the text of the time, since the begin of one in local time depends on the zone.
+// the entry. Compares the text of the time, since the begin of one in local time depends on the zone.
 // Without the name of the index SQLite reads all calls of the list.
-constexpr const char* kFindUnlisted = R"sql(
-SELECT call.id FROM call INDEXED BY call_identity JOIN party ON party.id = call.party
-WHERE call_id <> '' AND call.line = ?3 AND call_id = ?4 AND list = ?1 AND number = ?2 AND time_and_date = ?5 AND listed = 0
-UNION ALL
-SELECT call.id FROM call JOIN party ON party.id = call.party
-WHERE ?4 = '' AND item = ?6 AND call_id = '' AND number = ?2 AND time_and_date = ?5 AND listed = 0
+constexpr const char* kFindById = R"sql(
+SELECT call.id, start, part, listed = 0 AND list = ? AND number = ? AND time_and_date = ?
+FROM call INDEXED BY call_identity JOIN party ON party.id = call.party
+WHERE call_id <> '' AND call.line = ? AND call_id = ?
 )sql";
-
-constexpr const char* kFindPart =
-    "SELECT coalesce(max(part) + 1, 0) FROM call WHERE line = ? AND call_id = ? AND start = ? AND call_id <> "
-    "''";
+constexpr const char* kFindOfItem = R"sql(
+SELECT call.id FROM call JOIN party ON party.id = call.party
+WHERE item = ? AND call_id = '' AND number = ? AND time_and_date = ? AND listed = 0
+)sql";
 
 using occurrence_columns::as;
 using occurrence_columns::bindFields;
@@ -141,7 +139,7 @@ template <typename Info>
 std::list<HistoryRows::Stored<Info>> HistoryRows::listedOf(std::int64_t item) {
     std::list<Stored<Info>> stored;
     Query rows = m_session.query(kSelectListed.c_str());
-    rows.bind(item);
+    rows.bind(item).bind(std::int64_t{CallItemWithPicture::kMaxOccurrences});
     while (rows.next()) {
         Stored<Info> call{.id = rows.number(), .order = rows.number()};
         readFields(rows, call.info);
@@ -152,10 +150,10 @@ std::list<HistoryRows::Stored<Info>> HistoryRows::listedOf(std::int64_t item) {
 
 template <typename Item>
 void HistoryRows::write(std::int64_t item, const std::string& name,
-                        const std::list<typename ListTraits<Item>::Info>& occurrences,
-                        const CallFacts* facts) {
+                        const std::list<typename ListTraits<Item>::Info>& occurrences, const CallFacts* facts,
+                        bool isNew) {
     using Info = typename ListTraits<Item>::Info;
-    std::list<Stored<Info>> stored = listedOf<Info>(item);
+    std::list<Stored<Info>> stored = isNew ? std::list<Stored<Info>>() : listedOf<Info>(item);
     // From the oldest to the newest, so that each gets a greater order than the one before.
     std::optional<std::int64_t> last;
     std::list<Stored<Info>> changed;
@@ -173,7 +171,7 @@ void HistoryRows::write(std::int64_t item, const std::string& name,
         }
         const bool follows = call.id != 0 && (!last || call.order > *last);
         if (!follows) {
-            call.order = (last ? *last : newestOrder(item)) + 1;
+            call.order = (last ? *last : isNew ? 0 : newestOrder(item)) + 1;
         }
         last = call.order;
         if (!follows || !(same->info == *written)) {
@@ -214,21 +212,27 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
     const std::string& redirectingName = info.getRedirectingName();
     const bool hasRedirecting = !redirecting.empty() || !redirectingName.empty();
     const bool hasConnected = !known.connectedNumber.empty() || !known.connectedName.empty();
-    const std::int64_t id = call.id != 0 ? call.id : findUnlisted(info, list, item);
+    const std::int64_t start = call.id != 0 ? 0 : startOf(info.getTimeAndDate(), timeFormat.getTimeFormat());
+    const Place place = call.id != 0 ? Place{.id = call.id} : placeOf(info, list, item, start);
+    const std::int64_t id = place.id;
     Query query = m_session.query(id != 0 ? kUpdate : kInsert);
     query.bind(item).bind(call.order);
+    std::int64_t party = 0;
     if (id == 0) {
-        query.bind(m_parties.idOf(info.getNumber(), name));
+        party = m_parties.idOf(info.getNumber(), name);
+        query.bind(party);
     }
     query.bind(hasRedirecting ? std::optional(m_parties.idOf(redirecting, redirectingName)) : std::nullopt);
     query.bind(secondsOf(duration.getDuration())).bind(static_cast<std::int32_t>(reasonOf(missed, known)));
     if (id == 0) {
-        const std::int64_t start = startOf(info.getTimeAndDate(), timeFormat.getTimeFormat());
-        query.bind(info.getCallId()).bind(partOf(info.getCallId(), start)).bind(start).bind(m_context.line);
+        query.bind(info.getCallId()).bind(place.part).bind(start).bind(m_context.line);
         query.bind(static_cast<std::int32_t>(list));
         query.bind(secondsOf(known.established)).bind(secondsOf(known.ended)).bind(known.endApproximate);
-        query.bind(hasConnected ? std::optional(m_parties.idOf(known.connectedNumber, known.connectedName))
-                                : std::nullopt);
+        const bool isParty = known.connectedNumber == info.getNumber() && known.connectedName == name;
+        query.bind(!hasConnected
+                       ? std::nullopt
+                       : std::optional(isParty ? party
+                                               : m_parties.idOf(known.connectedNumber, known.connectedName)));
     }
     bindFields(query, info);
     if (id != 0) {
@@ -237,16 +241,41 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
     query.run();
 }
 
-std::int64_t HistoryRows::findUnlisted(const CallInfo& info, ListName list, std::int64_t item) {
-    Query rows = m_session.query(kFindUnlisted);
-    rows.bind(static_cast<std::int32_t>(list)).bind(info.getNumber()).bind(m_context.line);
-    rows.bind(info.getCallId()).bind(info.getTimeAndDate()).bind(item);
-    return rows.next() ? rows.number() : 0;
+HistoryRows::Place HistoryRows::placeOf(const CallInfo& info, ListName list, std::int64_t item,
+                                        std::int64_t start) {
+    if (info.getCallId().empty()) {
+        Query rows = m_session.query(kFindOfItem);
+        rows.bind(item).bind(info.getNumber()).bind(info.getTimeAndDate());
+        return {.id = rows.next() ? rows.number() : 0};
+    }
+    std::optional<Place> place = placeById(info, list, start);
+    if (place) {
+        // An eviction that waits may leave the call without an entry.
+        m_session.makeDeferred();
+        place = placeById(info, list, start);
+    }
+    return place.value_or(Place());
 }
 
-std::int64_t HistoryRows::partOf(const std::string& callId, std::int64_t start) {
-    Query rows = m_session.query(kFindPart);
-    return rows.bind(m_context.line).bind(callId).bind(start).next() ? rows.number() : 0;
+std::optional<HistoryRows::Place> HistoryRows::placeById(const CallInfo& info, ListName list,
+                                                         std::int64_t start) {
+    Query rows = m_session.query(kFindById);
+    rows.bind(static_cast<std::int32_t>(list)).bind(info.getNumber()).bind(info.getTimeAndDate());
+    rows.bind(m_context.line).bind(info.getCallId());
+    std::optional<Place> place;
+    while (rows.next()) {
+        place = place.value_or(Place());
+        const std::int64_t id = rows.number();
+        const bool hasStart = rows.number() == start;
+        const std::int64_t part = rows.number();
+        if (rows.flag() && place->id == 0) {
+            place->id = id;
+        }
+        if (hasStart) {
+            place->part = std::max(place->part, part + 1);
+        }
+    }
+    return place;
 }
 
 std::int64_t HistoryRows::startOf(const std::string& timeAndDate, std::int32_t timeFormat) {
@@ -365,13 +394,13 @@ bool HistoryRows::removeTraces() {
 }
 
 template void HistoryRows::write<MissedCallItem>(std::int64_t, const std::string&, const std::list<Missed>&,
-                                                 const CallFacts*);
+                                                 const CallFacts*, bool);
 template void HistoryRows::write<DialledCallItem>(std::int64_t, const std::string&, const std::list<Dialled>&,
-                                                  const CallFacts*);
+                                                  const CallFacts*, bool);
 template void HistoryRows::write<ReceivedCallItem>(std::int64_t, const std::string&,
-                                                   const std::list<Received>&, const CallFacts*);
+                                                   const std::list<Received>&, const CallFacts*, bool);
 template void HistoryRows::write<ForwardedCallItem>(std::int64_t, const std::string&,
-                                                    const std::list<Forwarded>&, const CallFacts*);
+                                                    const std::list<Forwarded>&, const CallFacts*, bool);
 template void HistoryRows::readListed(std::int64_t, std::list<Missed>&);
 template void HistoryRows::read(std::int64_t, const std::vector<std::int64_t>&, std::list<Missed>&);
 template void HistoryRows::readListed(std::int64_t, std::list<Dialled>&);

@@ -49,9 +49,11 @@ public:
     ///     newest one and may be null.
     ///  2. The oldest calls that a full entry has lost stay in the history and are not listed any more.
     ///  3. Every other call that the entry has lost is deleted.
+    /// `isNew` says that the entry was added just now.
     template <typename Item>
     void write(std::int64_t item, const std::string& name,
-               const std::list<typename ListTraits<Item>::Info>& occurrences, const CallFacts* facts);
+               const std::list<typename ListTraits<Item>::Info>& occurrences, const CallFacts* facts,
+               bool isNew);
 
     /// Appends the listed calls of the entry, newest first, to `occurrences`.
     template <typename Info>
@@ -98,10 +100,15 @@ private:
     template <typename Info>
     void store(const Stored<Info>& call, std::int64_t item, ListName list, const std::string& name,
                const CallFacts* facts);
-    /// The row of an occurrence that no entry lists; 0 if there is none.
-    [[nodiscard]] std::int64_t findUnlisted(const CallInfo& info, ListName list, std::int64_t item);
-    /// The number that distinguishes a new call from others with the same call id and start.
-    [[nodiscard]] std::int64_t partOf(const std::string& callId, std::int64_t start);
+    struct Place {
+        /// The row of an occurrence that no entry lists; 0 if there is none.
+        std::int64_t id = 0;
+        /// The number that distinguishes a new call from others with the same call id and start.
+        std::int64_t part = 0;
+    };
+    [[nodiscard]] Place placeOf(const CallInfo& info, ListName list, std::int64_t item, std::int64_t start);
+    /// `std::nullopt` if no call has the call id.
+    [[nodiscard]] std::optional<Place> placeById(const CallInfo& info, ListName list, std::int64_t start);
     /// Deletes the calls of a condition with one parameter, and notes their parties.
     void removeWhere(const std::string& condition, std::int64_t value);
     [[nodiscard]] std::int64_t startOf(const std::string& timeAndDate, std::int32_t timeFormat);

@@ -62,7 +62,7 @@ void JournalChange::carryOut(Database::Session& session) {
     const auto list = listOfTable(m_request.schema);
     m_isEviction = m_isEviction || (list && isEvictionFrom(*list, session));
     m_itemChanges.first = session.itemChanges();
-    if (m_request.reason == DataRequest::Reason::eDelete) {
+    if (m_request.reason == DataRequest::Reason::eDelete && !m_isEviction) {
         m_rewritten = detachRewritten(calls);
     }
     const std::string changed = change(session, calls);
@@ -159,6 +159,10 @@ std::optional<std::pair<ListName, std::thread::id>> JournalChange::written() con
     const bool writesOne =
         list && m_request.reason == DataRequest::Reason::eWrite && m_request.items.size() == 1;
     return writesOne ? std::optional(std::pair(*list, m_thread)) : std::nullopt;
+}
+
+bool JournalChange::leavesEvictions() const {
+    return written().has_value();
 }
 
 std::string JournalChange::change(Database::Session& session, CallRows& calls) const {

@@ -50,7 +50,7 @@ public:
             std::uint64_t changes = 0;
         };
         std::optional<Count> count{};
-        /// The number of entries of each list whose eviction waits for the next transaction.
+        /// The number of entries of each list whose eviction waits for another transaction.
         std::map<ListName, std::int64_t> waiting{};
     };
 
@@ -61,6 +61,8 @@ public:
     /// True for the deletion with which the journal shortens a list that is too long. A power cut that brings
     /// the entry back does no harm: the next start shortens the list.
     [[nodiscard]] bool isEviction(Database::Session& session);
+    /// True if the change may be made before the evictions that wait: the filing of an entry.
+    [[nodiscard]] bool leavesEvictions() const;
     /// Prepares the change to be carried out later: new rows get their ids now.
     void keep(Database& database);
     void done(bool stored);
@@ -102,7 +104,7 @@ private:
     Rewritten m_rewritten;
     /// Once true it stays so, when the change is repeated too.
     bool m_isEviction = false;
-    /// The list of an eviction that waits for the next transaction.
+    /// The list of an eviction that waits for another transaction.
     std::optional<ListName> m_waitingIn{};
     /// `itemChanges` before and after the change.
     std::pair<std::uint64_t, std::uint64_t> m_itemChanges{};

@@ -17,14 +17,14 @@ INSERT INTO party (line, number, name, lookup, search) VALUES (?1, ?2, ?3, ?4, s
 constexpr const char* kRemoveUnused = R"sql(
 DELETE FROM party WHERE line = ?
     AND NOT EXISTS (SELECT 1 FROM call WHERE call.party = party.id)
-    AND NOT EXISTS (SELECT 1 FROM call WHERE call.connected = party.id)
+    AND NOT EXISTS (SELECT 1 FROM call WHERE call.connected = party.id AND connected <> party)
     AND NOT EXISTS (SELECT 1 FROM call WHERE call.redirecting = party.id)
 )sql";
 
 constexpr const char* kRemoveOneUnused = R"sql(
 DELETE FROM party WHERE line = ? AND id = ?
     AND NOT EXISTS (SELECT 1 FROM call WHERE call.party = party.id)
-    AND NOT EXISTS (SELECT 1 FROM call WHERE call.connected = party.id)
+    AND NOT EXISTS (SELECT 1 FROM call WHERE call.connected = party.id AND connected <> party)
     AND NOT EXISTS (SELECT 1 FROM call WHERE call.redirecting = party.id)
 )sql";
 

@@ -138,6 +138,7 @@ std::string SqliteDataAccess::changeResponse(DataRequest request, std::size_t by
         .what = what,
         .work = carryOut,
         .isMinor = [change](Database::Session& session) { return change->isEviction(session); },
+        .leavesMinor = change->leavesEvictions(),
         .keep = [this, change] { change->keep(m_database); },
         .done = [change](bool stored) { change->done(stored); },
         .bytes = kBytesOfChange + 2 * bytes}));

@@ -159,7 +159,7 @@ Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& 
         m_writer.defer(change);
         return Outcome::eStored;
     }
-    const auto failure = DatabaseFailure::of([&] { m_writer.transact(change->work, true); });
+    const auto failure = DatabaseFailure::of([&] { m_writer.transact(*change); });
     if (!failure) {
         m_health.succeeded(change->what, true);
         change->finish(true);

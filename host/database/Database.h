@@ -76,7 +76,7 @@ public:
     /// Moves the log into the file while other work goes on; that waits for the last pages only.
     void checkpoint() noexcept;
 
-    /// Makes the minor changes that wait for the next transaction, unless other work takes long. Call it
+    /// Makes the minor changes that wait for another transaction, unless other work takes long. Call it
     /// before a `read` of call lists.
     void makeDeferred() noexcept;
     /// Runs work that only reads, in one state of the database. `what` completes "... failed" in the log.
@@ -103,7 +103,7 @@ public:
         eRefused,
     };
     /// Makes the change in one transaction; keeps it if the database refuses it, or if others are kept. Then
-    /// it waits for the database no longer than some 100 ms. A minor change is made with the next
+    /// it waits for the database no longer than some 100 ms. A minor change is made with another
     /// transaction, within a second or before the next `readAside`; it counts as stored.
     [[nodiscard]] Outcome writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept;
     /// Tries to store what is kept, in order; returns true if no change is kept afterwards. Waits for other

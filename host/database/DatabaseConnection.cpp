@@ -74,7 +74,10 @@ std::uint64_t DatabaseConnection::newSerial() noexcept {
 }
 
 Query DatabaseConnection::query(const char* sql) {
-    const auto [found, added] = m_statements.try_emplace(sql, m_database, sql);
+    auto found = m_statements.find(std::string_view(sql));
+    if (found == m_statements.end()) {
+        found = m_statements.try_emplace(sql, m_database, sql).first;
+    }
     Prepared& prepared = found->second;
     if (prepared.inUse) {
         throw std::logic_error(std::string("in use already: ") + sql);
@@ -191,7 +194,8 @@ void DatabaseConnection::configure() {
     m_database.exec("PRAGMA synchronous = FULL");
     // The inner pages of the indexes of a million calls, so that a filing reads few pages.
     m_database.exec("PRAGMA cache_size = -8192");
-    m_database.exec("PRAGMA foreign_keys = ON");
+    // The program keeps the references itself: to check them would read further pages for each row.
+    m_database.exec("PRAGMA foreign_keys = OFF");
     m_database.exec("PRAGMA trusted_schema = OFF");
     // A deleted row leaves no bytes in the file.
     m_database.exec("PRAGMA secure_delete = ON");

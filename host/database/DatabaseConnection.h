@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -68,6 +69,14 @@ private:
         bool inUse = false;
     };
 
+    /// Lets a statement be found without a copy of its text.
+    struct TextHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const noexcept {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+
     void refuseForeign();
     void refuseDamaged();
     void configure();
@@ -94,7 +103,7 @@ private:
     std::function<void()> m_logListener;
     RowChanges* m_changes = nullptr;
     SQLite::Database m_database;
-    std::unordered_map<std::string, Prepared> m_statements;
+    std::unordered_map<std::string, Prepared, TextHash, std::equal_to<>> m_statements;
 };
 
 }  // namespace host

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include "host/database/Query.h"
 
@@ -24,6 +25,17 @@ public:
     /// Borrows the connection.
     explicit DatabaseSession(DatabaseConnection& connection) noexcept : m_connection(connection) {}
 
+    /// Sets what makes the minor changes that wait, for a change that leaves them.
+    void setDeferred(std::function<void()> make) { m_makeDeferred = std::move(make); }
+    /// Makes the minor changes that wait, in this transaction, if that is not done yet. Call it before work
+    /// that depends on them, if the change is one that leaves them. Requires: no `Query` that they need is
+    /// alive.
+    void makeDeferred() {
+        if (m_makeDeferred) {
+            m_makeDeferred();
+        }
+    }
+
     /// Returns a statement by its text; it is prepared at its first use and kept. Requires: no earlier
     /// `Query` of the same text is alive.
     [[nodiscard]] Query query(const char* sql);
@@ -42,6 +54,7 @@ public:
 
 private:
     DatabaseConnection& m_connection;
+    std::function<void()> m_makeDeferred{};
     bool m_emptiesLog = false;
 };
 

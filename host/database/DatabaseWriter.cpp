@@ -111,12 +111,25 @@ void DatabaseWriter::noteForeignChanges() {
 }
 
 void DatabaseWriter::transact(const DatabaseWork& work, bool flushes) {
+    transact(work, flushes, false);
+}
+
+void DatabaseWriter::transact(const DatabaseChange& change) {
+    transact(change.work, true, change.leavesMinor && !m_deferred.areMany());
+}
+
+void DatabaseWriter::transact(const DatabaseWork& work, bool flushes, bool leavesDeferred) {
     requireFile();
     m_connection->setFlushing(flushes);
     bool emptiesLog = false;
     carryOut(*m_connection, "BEGIN IMMEDIATE", [&](DatabaseSession& session) {
         noteForeignChanges();
-        m_deferred.carryOut(*m_connection);
+        m_deferred.begin();
+        if (leavesDeferred) {
+            session.setDeferred([this] { m_deferred.carryOut(*m_connection); });
+        } else {
+            m_deferred.carryOut(*m_connection);
+        }
         work(session);
         emptiesLog = session.emptiesLog();
     });

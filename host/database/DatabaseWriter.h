@@ -55,9 +55,12 @@ public:
 
     /// Puts the file back if it was deleted or replaced. Throws if that fails.
     void requireFile();
-    /// Runs the work and the deferred changes in one transaction. Throws what SQLite or the work throws,
-    /// after all was rolled back.
+    /// Runs the work and before it the deferred changes in one transaction. Throws what SQLite or the work
+    /// throws, after all was rolled back.
     void transact(const DatabaseWork& work, bool flushes);
+    /// The same in a transaction that is flushed. A change that allows it leaves the deferred changes until
+    /// there are many.
+    void transact(const DatabaseChange& change);
     /// The same, but waits for other programs for `kShortWait` only, and returns the failure.
     [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const DatabaseWork& work,
                                                               bool flushes) noexcept;
@@ -70,6 +73,8 @@ public:
     [[nodiscard]] bool hasDeferred() const noexcept { return !m_deferred.isEmpty(); }
 
 private:
+    void transact(const DatabaseWork& work, bool flushes, bool leavesDeferred);
+
     // Constant after construction.
     const std::filesystem::path m_file;
     const std::chrono::milliseconds m_busyTime;

@@ -18,7 +18,14 @@ void DeferredChanges::add(const std::shared_ptr<DatabaseChange>& change) {
     m_isEmpty = false;
 }
 
+void DeferredChanges::begin() noexcept {
+    m_areCarriedOut = false;
+}
+
 void DeferredChanges::carryOut(DatabaseConnection& connection) {
+    if (std::exchange(m_areCarriedOut, true)) {
+        return;
+    }
     for (Deferred& each : m_changes) {
         each.isMade = make(*each.change, connection);
     }
@@ -43,6 +50,9 @@ bool DeferredChanges::make(DatabaseChange& change, DatabaseConnection& connectio
 }
 
 void DeferredChanges::committed() noexcept {
+    if (!std::exchange(m_areCarriedOut, false)) {
+        return;
+    }
     m_isEmpty = true;
     for (const Deferred& each : std::exchange(m_changes, {})) {
         each.change->finish(each.isMade);

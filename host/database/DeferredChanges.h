@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -10,21 +11,28 @@ namespace host {
 
 class DatabaseConnection;
 
-/// Changes that need no transaction of their own, because losing them loses no information: each is made
-/// with the next transaction.
+/// Changes that need no transaction of their own, because losing them loses no information: several are made
+/// together with another transaction, since they change the same pages.
 ///
 /// Requires, except for `isEmpty`: the database's lock is held.
 class DeferredChanges {
 public:
+    /// A transaction that could leave them makes them if there are so many. More would delay it too much.
+    static constexpr std::size_t kMany = 16;
+
     /// Calls `keep` of the change.
     void add(const std::shared_ptr<DatabaseChange>& change);
     /// True if no change waits. Any thread may call; no lock is needed.
     [[nodiscard]] bool isEmpty() const noexcept { return m_isEmpty; }
 
-    /// Makes all of them inside the open transaction, each for itself: one that fails is rolled back alone.
+    [[nodiscard]] bool areMany() const noexcept { return m_changes.size() >= kMany; }
+
+    /// Call it at the begin of each transaction, also of one that does not make them.
+    void begin() noexcept;
+    /// Makes, once in a transaction, all of them, each for itself: one that fails is rolled back alone.
     /// Throws if the whole transaction was rolled back.
     void carryOut(DatabaseConnection& connection);
-    /// Call it after the commit: calls `done` of those that were carried out and drops all.
+    /// Call it after the commit: if they were carried out, it calls `done` of each and drops all.
     void committed() noexcept;
 
 private:
@@ -36,6 +44,8 @@ private:
     [[nodiscard]] static bool make(DatabaseChange& change, DatabaseConnection& connection);
 
     std::vector<Deferred> m_changes;
+    /// The open transaction has carried them out.
+    bool m_areCarriedOut = false;
     std::atomic<bool> m_isEmpty{true};
 };
 

@@ -24,6 +24,9 @@ struct DatabaseChange {
     /// True if the change can wait for the next transaction, because losing it loses no information. `keep`
     /// is called then. Runs outside of a transaction; may be empty.
     std::function<bool(DatabaseSession&)> isMinor{};
+    /// True if the minor changes that wait may go on waiting. Work that depends on them after all calls
+    /// `makeDeferred` of its session.
+    bool leavesMinor = false;
     /// Called once, on the thread that makes the change, before it is kept. The lock of the kept changes may
     /// be held.
     std::function<void()> keep{};

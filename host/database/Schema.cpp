@@ -302,6 +302,27 @@ UPDATE contact SET search = search_text(trim(first_name || ' ' || surname), '');
 
 ALTER TABLE live_call ADD COLUMN reason INTEGER NOT NULL DEFAULT 0;
 )sql",
+    R"sql(
+-- Each index costs each filed call a page of the log. New rows come at an end of these indexes: at a begin
+-- SQLite moves the cells of several pages.
+DROP INDEX call_newest;
+DROP INDEX call_newest_of_list;
+-- The columns after the id let a page and the counts be computed without the rows.
+CREATE INDEX call_of_list ON call (line, list, start, id, party, reason, duration);
+DROP INDEX call_listed;
+DROP INDEX call_of_item;
+CREATE INDEX call_of_item ON call (item, item_order, listed) WHERE item IS NOT NULL;
+DROP INDEX call_connected;
+CREATE INDEX call_connected ON call (connected) WHERE connected <> party;
+-- A list is short: its index has the entry ids too.
+DROP INDEX call_item_entry;
+DROP INDEX call_item_newest;
+CREATE INDEX call_item_order ON call_item (line, list, sort_key, entry_id, id);
+
+CREATE TRIGGER contact_removed AFTER DELETE ON contact BEGIN
+    DELETE FROM contact_number WHERE contact = OLD.id;
+END;
+)sql",
 };
 
 }  // namespace

@@ -71,7 +71,8 @@ std::vector<CallKeySearch::Stream> CallKeySearch::streamsOfLists() const {
                                   : std::vector{stream(ListName::eMissed), stream(ListName::eReceived),
                                                 stream(ListName::eForwarded)};
     }
-    return {{Index::eLine, 0}};
+    return {stream(ListName::eMissed), stream(ListName::eDialled), stream(ListName::eReceived),
+            stream(ListName::eForwarded)};
 }
 
 std::vector<std::int64_t> CallKeySearch::parties() {
@@ -100,12 +101,19 @@ CallKeySearch::Keys CallKeySearch::ofParties(const std::vector<std::int64_t>& pa
 
 bool CallKeySearch::scan(const std::vector<std::int64_t>& parties, Keys& keys) {
     const std::string kind = m_kind.condition().empty() ? "1" : m_kind.condition();
-    Query rows = m_session.query(("SELECT call.start, call.id, call.party, " + kind +
-                                  " FROM call INDEXED BY call_newest WHERE call.line = ?" + range())
-                                     .c_str());
-    m_kind.bind(rows);
-    rows.bind(m_line);
-    bindRange(rows);
+    const std::vector<Stream> lists = streamsOfLists();
+    std::string sql;
+    for (std::size_t list = 0; list < lists.size(); ++list) {
+        sql += (list == 0 ? "SELECT call.start, call.id, call.party, "
+                          : " UNION ALL SELECT call.start, call.id, call.party, ") +
+               kind + " FROM call INDEXED BY call_of_list WHERE call.line = ? AND call.list = ?" + range();
+    }
+    Query rows = m_session.query((sql + order()).c_str());
+    for (const Stream& list : lists) {
+        m_kind.bind(rows);
+        rows.bind(m_line).bind(list.of);
+        bindRange(rows);
+    }
     for (std::size_t tested = 0; rows.next(); ++tested) {
         if (tested == kLongestScan) {
             return false;
@@ -132,7 +140,7 @@ CallKeySearch::Keys CallKeySearch::ofUnviewedEntries() {
     Query rows = m_session.query(("SELECT call.start, call.id FROM call_item CROSS JOIN call "
                                   "ON call.item = call_item.id "
                                   "WHERE call_item.line = ? AND call_item.list = 0 AND call_item.viewed = 0" +
-                                  kind + range() + " LIMIT ?")
+                                  kind + range() + order() + " LIMIT ?")
                                      .c_str());
     rows.bind(m_line);
     m_kind.bind(rows);
@@ -177,20 +185,17 @@ CallKeySearch::Keys CallKeySearch::merge(const std::vector<Stream>& streams) {
 CallKeySearch::Keys CallKeySearch::read(const Stream& stream, std::size_t limit) {
     std::string sql = "SELECT call.start, call.id FROM call INDEXED BY ";
     switch (stream.index) {
-        case Index::eLine: sql += "call_newest WHERE call.line = ?"; break;
-        case Index::eList: sql += "call_newest_of_list WHERE call.line = ? AND call.list = ?"; break;
+        case Index::eList: sql += "call_of_list WHERE call.line = ? AND call.list = ?"; break;
         case Index::eParty: sql += "call_party WHERE call.party = ?"; break;
     }
     if (!m_kind.condition().empty()) {
         sql += " AND " + m_kind.condition();
     }
-    Query rows = m_session.query((sql + range() + " LIMIT ?").c_str());
-    if (stream.index != Index::eParty) {
+    Query rows = m_session.query((sql + range() + order() + " LIMIT ?").c_str());
+    if (stream.index == Index::eList) {
         rows.bind(m_line);
     }
-    if (stream.index != Index::eLine) {
-        rows.bind(stream.of);
-    }
+    rows.bind(stream.of);
     m_kind.bind(rows);
     bindRange(rows);
     rows.bind(static_cast<std::int64_t>(limit));
@@ -201,12 +206,14 @@ CallKeySearch::Keys CallKeySearch::read(const Stream& stream, std::size_t limit)
     return keys;
 }
 
-std::string CallKeySearch::range() const {
+const char* CallKeySearch::range() noexcept {
     // The first two comparisons are the range of the index, the others its exact ends.
-    return std::string(
-               " AND call.start >= ? AND call.start <= ?"
-               " AND (call.start, call.id) > (?, ?) AND (call.start, call.id) < (?, ?)") +
-           (m_oldestFirst ? " ORDER BY call.start, call.id" : " ORDER BY call.start DESC, call.id DESC");
+    return " AND call.start >= ? AND call.start <= ?"
+           " AND (call.start, call.id) > (?, ?) AND (call.start, call.id) < (?, ?)";
+}
+
+const char* CallKeySearch::order() const noexcept {
+    return m_oldestFirst ? " ORDER BY 1, 2" : " ORDER BY 1 DESC, 2 DESC";
 }
 
 void CallKeySearch::bindRange(Query& query) const {

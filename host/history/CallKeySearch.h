@@ -18,8 +18,8 @@ namespace host {
 ///  1. `search` and `number` select parties first; there are far fewer of them than calls.
 ///  2. Few parties: one stream for each party. Many: the calls in the order of time, until the page is full;
 ///     if it is not full after many calls, one stream for each party.
-///  3. Without parties: one stream for each list that the filter allows, or one of all calls. Unviewed calls
-///     are found by their entries.
+///  3. Without parties: one stream for each list that the filter allows. Unviewed calls are found by their
+///     entries.
 ///  4. The conditions that no index has are tested for each call of a stream.
 ///
 /// Use it inside one `Database::read`. Every operation throws if the database fails.
@@ -35,7 +35,7 @@ public:
 
 private:
     using Keys = std::vector<CallKey>;
-    enum class Index { eLine, eList, eParty };
+    enum class Index { eList, eParty };
     struct Stream {
         Index index;
         /// The list or the party.
@@ -56,8 +56,10 @@ private:
     [[nodiscard]] bool precedes(const CallKey& first, const CallKey& second) const {
         return m_oldestFirst ? first < second : second < first;
     }
-    /// The condition and the order of the searched range, with the values of `bindRange`.
-    [[nodiscard]] std::string range() const;
+    /// The condition of the searched range, with the values of `bindRange`.
+    [[nodiscard]] static const char* range() noexcept;
+    /// The order of rows whose first columns are the start and the id.
+    [[nodiscard]] const char* order() const noexcept;
     void bindRange(Query& query) const;
 
     Database::Session& m_session;

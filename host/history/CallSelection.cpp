@@ -34,6 +34,9 @@ CallSelection::CallSelection(const std::string& line, const CallFilter& filter,
                              DigitAnalysisServiceIfc* digits) {
     require("call.line = ?");
     add(line);
+    if (!filter.list) {
+        require("call.list IN (0, 1, 2, 3)");  // for the index
+    }
     requireTimes(filter);
     require(ofKind(filter));
     require(ofParties(line, filter, digits), "call.party IN (SELECT party.id FROM party WHERE ", ")");

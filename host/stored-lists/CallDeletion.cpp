@@ -50,7 +50,7 @@ std::optional<std::size_t> CallDeletion::remove(std::int64_t id) {
 std::optional<std::size_t> CallDeletion::removeOlderThan(std::chrono::sys_seconds time) {
     const std::string& line = m_entries.sources().line;
     const std::int64_t limit = time.time_since_epoch().count();
-    return remove({"call.line = ? AND call.start > 0 AND call.start < ?",
+    return remove({"call.line = ? AND call.list IN (0, 1, 2, 3) AND call.start > 0 AND call.start < ?",
                    [&](Query& query) { query.bind(line).bind(limit); }},
                   false);
 }

@@ -23,8 +23,15 @@ UPDATE call SET redirecting = NULL
 WHERE redirecting IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
 )sql";
 
+// The index has only the calls that reached another party.
 constexpr const char* kEraseConnected = R"sql(
-UPDATE call SET connected = NULL WHERE connected IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
+UPDATE call SET connected = NULL
+WHERE connected <> party AND connected IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
+)sql";
+
+constexpr const char* kEraseConnectedParty = R"sql(
+UPDATE call SET connected = NULL
+WHERE connected = party AND party IN (SELECT id FROM party WHERE line = ?1 AND lookup = ?2)
 )sql";
 
 constexpr const char* kEraseNote = "DELETE FROM party_note WHERE line = ?1 AND number = ?2";
@@ -144,7 +151,7 @@ bool PartyErasure::eraseFromEntries(const std::string& lookup) {
 bool PartyErasure::eraseRows(const std::string& lookup) {
     const StoredEntries::Sources& sources = m_entries.sources();
     const bool done = sources.database.write("erasing a party", [&](Database::Session& session) {
-        for (const char* const sql : {kEraseRedirecting, kEraseConnected, kEraseNote}) {
+        for (const char* const sql : {kEraseRedirecting, kEraseConnected, kEraseConnectedParty, kEraseNote}) {
             session.query(sql).bind(sources.line).bind(lookup).run();
         }
         forEachText(session, lookup, [&](const std::string& column, const std::string& text) {

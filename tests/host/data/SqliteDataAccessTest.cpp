@@ -230,6 +230,43 @@ TEST(SqliteDataAccess, KeepsTheCallsOfTheEntryThatIsDroppedFromAFullList) {
     EXPECT_EQ(database.number("SELECT count(*) FROM call"), 1000);
 }
 
+// They wait for each other. A call of an entry that waits stays one call when it is filed again.
+TEST(SqliteDataAccess, DropsEntriesFromAFullListTogether) {
+    const TemporaryDatabase database;
+    DataAccessFixture journal(*database);
+    const auto entryOf = [](int number) {
+        const std::string time = "2026-11-21T05:00:00Z";
+        const std::string text = std::to_string(1000 + number);
+        auto item = journaltest::itemOf<MissedCallItem>(time + "0000" + text, "", {{text, time}});
+        auto calls = item.getMissedCallInfoList();
+        calls.front().setCallId(text);
+        item.setMissedCallInfoList(calls);
+        return item;
+    };
+    std::vector<MissedCallItem> full;
+    for (int entry = 0; entry < 1000; ++entry) {
+        full.push_back(entryOf(entry));
+    }
+    EXPECT_NE(journal.write(full), "failed");
+    const auto dropsOldest = [&](int entry) {
+        EXPECT_NE(journal.write<MissedCallItem>({entryOf(1000 + entry)}), "failed");
+        EXPECT_NE(journal.plays("remove missed " + std::to_string(entry + 1) + ":x"), "failed");
+    };
+    for (int entry = 0; entry < 3; ++entry) {
+        dropsOldest(entry);
+    }
+    const char* const counts = "SELECT count(*) || ' ' || (SELECT count(*) FROM call) FROM call_item";
+    EXPECT_EQ(database.text(counts), "1003 1003");
+    EXPECT_NE(journal.write<MissedCallItem>({entryOf(0)}), "failed");
+    EXPECT_EQ(database.text(counts), "1001 1003");
+    for (int entry = 3; entry < 103; ++entry) {
+        dropsOldest(entry);
+        EXPECT_LE(database.number("SELECT count(*) FROM call_item"), 1020);
+    }
+    database->makeDeferred();
+    EXPECT_EQ(database.text(counts), "1001 1103");
+}
+
 // Each thread finds exactly its own rows, while the others write and read.
 TEST(SqliteDataAccess, IsUsedByManyThreadsWithoutLosingARow) {
     const TemporaryDatabase database;

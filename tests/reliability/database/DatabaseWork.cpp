@@ -342,7 +342,12 @@ std::string DatabaseWork::state() {
 }
 
 std::string DatabaseWork::integrity() {
-    return SQLite::Database(m_database.file().string()).execAndGet("PRAGMA integrity_check").getString();
+    SQLite::Database connection(m_database.file().string());
+    const std::string finding = connection.execAndGet("PRAGMA integrity_check").getString();
+    SQLite::Statement broken(connection, "PRAGMA foreign_key_check");
+    return finding != "ok" || !broken.executeStep()
+               ? finding
+               : "a reference of " + broken.getColumn(0).getString() + " is broken";
 }
 
 }  // namespace reliability

@@ -202,6 +202,8 @@ def play_round(seed):
         with sqlite3.connect(os.path.join(server_round.data, "journal.db")) as database:
             if (finding := database.execute("PRAGMA integrity_check").fetchone()[0]) != "ok":
                 yield "the database is damaged: " + finding
+            if broken := database.execute("PRAGMA foreign_key_check").fetchone():
+                yield f"a reference is broken: {broken}"
         database.close()
 
 
