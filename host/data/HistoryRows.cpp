@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/data/CallStart.h"
 #include "host/data/OccurrenceColumns.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
@@ -58,13 +59,6 @@ const std::string kSelectNewest = std::string(kSelect) + "WHERE item = ? ORDER B
 const std::string kSelectSome =
     std::string(kSelect) +
     "WHERE item = ? AND call.id IN (SELECT value FROM json_each(?)) ORDER BY item_order DESC";
-
-// The database would accept other texts as a time, "now" among them. A text that is no time is 0.
-constexpr const char* kStart = R"sql(
-SELECT CASE WHEN ?1 GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]?*'
-        THEN coalesce(CAST(strftime('%s', ?1) AS INTEGER), 0) ELSE 0 END
-    - CASE WHEN ?2 AND substr(?1, 11) NOT GLOB '*[-+Zz]*' THEN ?3 ELSE 0 END
-)sql";
 
 // The row of an occurrence that no entry lists: its call has left its entry, or is one of the older calls of
 // the entry. Compares the text of the time, since the begin of one in local time depends on the zone.
@@ -212,7 +206,11 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
     const std::string& redirectingName = info.getRedirectingName();
     const bool hasRedirecting = !redirecting.empty() || !redirectingName.empty();
     const bool hasConnected = !known.connectedNumber.empty() || !known.connectedName.empty();
-    const std::int64_t start = call.id != 0 ? 0 : startOf(info.getTimeAndDate(), timeFormat.getTimeFormat());
+    const std::int64_t start =
+        call.id != 0
+            ? 0
+            : callStart(m_session, info.getTimeAndDate(),
+                        timeFormat.getTimeFormat() == CallLogEntryEvent::eTimeLocal, m_context.phoneAhead);
     const Place place = call.id != 0 ? Place{.id = call.id} : placeOf(info, list, item, start);
     const std::int64_t id = place.id;
     Query query = m_session.query(id != 0 ? kUpdate : kInsert);
@@ -276,13 +274,6 @@ std::optional<HistoryRows::Place> HistoryRows::placeById(const CallInfo& info, L
         }
     }
     return place;
-}
-
-std::int64_t HistoryRows::startOf(const std::string& timeAndDate, std::int32_t timeFormat) {
-    Query query = m_session.query(kStart);
-    query.bind(timeAndDate).bind(timeFormat == CallLogEntryEvent::eTimeLocal);
-    query.bind(std::int64_t{m_context.phoneAhead.count()});
-    return query.next() ? query.number() : 0;
 }
 
 std::int64_t HistoryRows::newestOrder(std::int64_t item) {

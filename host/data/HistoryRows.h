@@ -111,7 +111,6 @@ private:
     [[nodiscard]] std::optional<Place> placeById(const CallInfo& info, ListName list, std::int64_t start);
     /// Deletes the calls of a condition with one parameter, and notes their parties.
     void removeWhere(const std::string& condition, std::int64_t value);
-    [[nodiscard]] std::int64_t startOf(const std::string& timeAndDate, std::int32_t timeFormat);
     [[nodiscard]] std::int64_t newestOrder(std::int64_t item);
 
     Database::Session& m_session;
