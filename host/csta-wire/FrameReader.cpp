@@ -41,11 +41,6 @@ bool looksLikeFrame(std::string_view bytes) {
     return headerFault(bytes).empty() && (first == '<' || first == '\xEF' || isXmlBlank(first));
 }
 
-/// True for XML whose root element is closed.
-bool isClosedXml(std::string_view bytes) {
-    return bytes.find('<') != std::string_view::npos && missingClosingTag(bytes).empty();
-}
-
 std::optional<std::size_t> searchFrame(std::string_view bytes) {
     for (std::size_t at = bytes.find('\0'); at != std::string_view::npos; at = bytes.find('\0', at + 1)) {
         if (bytes.size() - at <= kHeaderBytes) {
@@ -65,7 +60,7 @@ std::optional<std::size_t> lengthBeforeNextFrame(std::string_view bytes, std::si
     if (zero == std::string_view::npos) {
         return length;
     }
-    if (isClosedXml(bytes.substr(0, zero))) {
+    if (hasClosedRoot(bytes.substr(0, zero))) {
         return zero;
     }
     if (const std::optional<std::size_t> header = searchFrame(bytes.substr(zero))) {
@@ -139,7 +134,7 @@ std::optional<Frame> FrameReader::takeOverdue() {
         return std::nullopt;
     }
     const bool isComplete = rest().size() >= lengthOf(rest());
-    if (!isComplete && !isClosedXml(rest().substr(kHeaderBytes))) {
+    if (!isComplete && !hasClosedRoot(rest().substr(kHeaderBytes))) {
         return std::nullopt;
     }
     report(isComplete ? "the frame's XML is not closed" : "the frame's length is too large");

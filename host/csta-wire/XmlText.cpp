@@ -72,6 +72,19 @@ std::string_view rootTag(std::string_view xml) noexcept {
     return {};
 }
 
+/// The text without the comments, processing instructions and blanks at its end.
+std::string_view withoutMarkupAtEnd(std::string_view xml) noexcept {
+    for (std::string_view before; before.size() != xml.size();) {
+        before = xml;
+        xml = trimmed(xml);
+        const std::string_view begin = xml.ends_with("-->") ? "<!--" : xml.ends_with("?>") ? "<?" : "";
+        if (!begin.empty()) {
+            xml = xml.substr(0, xml.rfind(begin));
+        }
+    }
+    return xml;
+}
+
 }  // namespace
 
 int hexDigitValue(char c) noexcept {
@@ -169,6 +182,11 @@ std::string missingClosingTag(std::string_view xml) {
     const bool closed =
         end.ends_with('>') && trimmed(end.substr(lastTag, end.size() - lastTag - 1)) == closing;
     return selfClosed || closed ? std::string() : closing;
+}
+
+bool hasClosedRoot(std::string_view xml) {
+    const std::string_view elements = withoutMarkupAtEnd(xml);
+    return rootTag(elements).size() >= 2 && missingClosingTag(elements).empty();
 }
 
 }  // namespace host

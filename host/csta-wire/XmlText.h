@@ -39,4 +39,8 @@ namespace host {
 /// does, or if the text does not begin like XML. Does not parse the text.
 [[nodiscard]] std::string missingClosingTag(std::string_view xml);
 
+/// True if the text has a root element, and ends with its closing tag or with comments and processing
+/// instructions after it. Does not parse the text.
+[[nodiscard]] bool hasClosedRoot(std::string_view xml);
+
 }  // namespace host

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <optional>
 
 #include "host/limits/UnsafeCharacters.h"
 #include "platform/client-utils/Utf8.h"
@@ -32,6 +33,13 @@ std::size_t columnsOf(std::uint32_t codePoint) {
 
 /// More marks on one character make no letter of any script.
 constexpr std::size_t kMaxMarks = 8;
+
+/// `std::nullopt` if the time has no local form.
+std::optional<std::tm> localFields(std::time_t seconds) {
+    tzset();  // the machine's zone may have changed
+    std::tm local{};
+    return localtime_r(&seconds, &local) == nullptr ? std::nullopt : std::optional(local);
+}
 
 }  // namespace
 
@@ -98,21 +106,18 @@ std::string localTime(const std::string& time) {
         return time;
     }
     const std::time_t seconds = timegm(&utc);
-    std::tm local{};
+    const auto local = localFields(seconds);
     std::array<char, 32> text{};
-    if (localtime_r(&seconds, &local) == nullptr ||
-        std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local) == 0) {
+    if (!local || std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &*local) == 0) {
         return time;
     }
     return text.data();
 }
 
 std::string timeOfDay() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
     std::array<char, 16> text{};
-    if (localtime_r(&now, &local) != nullptr) {
-        std::strftime(text.data(), text.size(), "%H:%M:%S", &local);
+    if (const auto local = localFields(std::time(nullptr))) {
+        std::strftime(text.data(), text.size(), "%H:%M:%S", &*local);
     }
     return text.data();
 }

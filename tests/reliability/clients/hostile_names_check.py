@@ -3,7 +3,7 @@
 A switch sends a missed call with each name: control characters, escape sequences, directions of writing, formulas, HTML, quotes, line
 breaks of calendars and cards, bytes that are no UTF-8. A round holds every output to its form: JSON and CSV have one entry for each
 call, tables have one line, no cell is a formula, no calendar and no card has a line too many, and the terminal and the log get no
-control character. Odd seeds send the names as they are, even ones two of them in one.
+control character. Odd seeds send each name alone, even ones each joined with another.
 """
 
 import csv

@@ -55,7 +55,7 @@ private:
 
 Run PowerCuts::runOf(std::uint64_t seed) const {
     Dice dice(seed);
-    // A quarter each: an empty directory, a full list, an older version.
+    // As often as each other: an empty directory, each older version, a full list of this version.
     const int version =
         static_cast<int>(dice.below(static_cast<std::size_t>(host::Schema::version()) + 1)) - 1;
     Run run{std::make_shared<SimulatedDisk>(storedFiles(m_file, version)), {}, {}, {}};

@@ -158,15 +158,13 @@ def guessing(target):
     for part in range(1, len(token) + 1, 3):
         wrong = token[:-part] + "".join("1" if letter == "0" else "0" for letter in token[-part:])
         yield from target.answers(request("GET", "/api/v1/lists/missed", "Authorization: Bearer " + wrong), (401,))
-    begin, raw = time.monotonic(), request("GET", "/api/v1/status", "Authorization: Bearer " + "f" * len(token), close=False)
+    raw = request("GET", "/api/v1/status", "Authorization: Bearer " + "f" * len(token), close=False)
     with target.connect() as client:
         for _ in range(300):
             client.sendall(raw)
             if stream_head(client) != 401:
                 yield "a guessed token is not refused"
                 break
-    if time.monotonic() - begin < 300 / 20_000:
-        yield "300 guesses in %.4f s" % (time.monotonic() - begin)
     yield from target.faults()
 
 

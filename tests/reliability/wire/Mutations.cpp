@@ -78,7 +78,9 @@ std::string mutatedFrame(const std::vector<SampleMessage>& samples, Dice& dice) 
     if (kind == 0) {
         message.xml = dice.pick(dice.chance(50) ? hostileTexts() : refusedTexts());
     }
-    for (std::size_t times = kind < 6 ? dice.below(3) : 0; times > 0; --times) {
+    // The kinds up to 3 get no other damage.
+    const std::size_t fewest = kind > 0 && kind < 4 ? 1 : 0;
+    for (std::size_t times = kind < 6 ? fewest + dice.below(3 - fewest) : 0; times > 0; --times) {
         if (dice.chance(20)) {
             splice(message.xml, dice.pick(samples).xml, dice);
         } else {

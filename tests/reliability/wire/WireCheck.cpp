@@ -86,7 +86,8 @@ private:
         }
     }
 
-    /// Splits each kind of message at some positions: `kSplitRounds` rounds in a row cover all of them.
+    /// Splits each kind of message at some positions, with a long pause there. `kSplitRounds` rounds in a row
+    /// cover all positions.
     [[nodiscard]] std::vector<std::string> playSplits(std::uint64_t seed) const {
         std::vector<std::string> faults;
         for (const SampleMessage& sample : sampleMessages("m1")) {
@@ -105,7 +106,7 @@ private:
                                           const SampleMessage& sample) {
         host::FrameReader reader;
         reader.feed(bytes.substr(0, split));
-        const bool early = reader.next().has_value();
+        const bool early = reader.next() || reader.takeOverdue();
         reader.feed(bytes.substr(split));
         const auto frame = reader.next();
         return !early && frame && frame->xml == sample.xml && frame->invokeId == sample.invokeId &&
