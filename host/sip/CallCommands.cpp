@@ -12,6 +12,10 @@ namespace {
 
 const PhoneControl::Command kState{.name = "callstat"};
 
+PhoneControl::Command chosen(const SipCalls::Found& call) {
+    return {.name = "callfind", .parameters = call.sipId};
+}
+
 bool isNotFound(const std::vector<PhoneResponse>& responses) {
     return responses.empty() || responses.front().text.find("not found") != std::string::npos;
 }
@@ -26,8 +30,8 @@ void CallCommands::perform(const CallControlRequest& request, const std::string&
     }
     switch (request.service) {
         case CallControlService::eMakeCall: makeCall(request, nameSpace, reply); return;
-        case CallControlService::eAnswerCall: act(request, "accept", nameSpace, reply); return;
-        case CallControlService::eClearConnection: act(request, "hangup", nameSpace, reply); return;
+        case CallControlService::eAnswerCall:
+        case CallControlService::eClearConnection: act(request, nameSpace, reply); return;
     }
 }
 
@@ -64,29 +68,50 @@ void CallCommands::dialled(const std::vector<PhoneResponse>& responses, const st
     m_publish(m_calls.dialled(call->id, call->peerUri));
 }
 
-void CallCommands::act(const CallControlRequest& request, const std::string& command,
-                       const std::string& nameSpace, const Reply& reply) {
+/// The telephone first puts the call that was current before on hold, and does not accept if it cannot, as
+/// with a call that rings. So it is chosen here. Held once, it is no obstacle for the second `accept`, which
+/// has no effect after a success.
+std::vector<PhoneControl::Command> CallCommands::acceptCommands(const SipCalls::Found& call) const {
+    const PhoneControl::Command choose = chosen(call);
+    const std::optional<SipCalls::Found> held = m_calls.heldFor(call);
+    std::vector<PhoneControl::Command> commands{choose};
+    if (held) {
+        commands.push_back(chosen(*held));
+        commands.push_back(choose);
+    }
+    commands.push_back({.name = "accept"});
+    commands.push_back({.name = "accept"});
+    if (held && held->isRinging) {
+        // It would have no sound when it is accepted.
+        commands.push_back(chosen(*held));
+        commands.push_back({.name = "resume"});
+        commands.push_back(choose);
+    }
+    return commands;
+}
+
+void CallCommands::act(const CallControlRequest& request, const std::string& nameSpace, const Reply& reply) {
     const std::optional<SipCalls::Found> call = m_calls.find(request.connection.callId);
+    const bool accepts = request.service == CallControlService::eAnswerCall;
     if (!call) {
         reply(writeCstaRefusal("operation", "invalidCallID", nameSpace));
         return;
     }
-    if (request.service == CallControlService::eAnswerCall && !call->isRinging) {
+    if (accepts && !call->isRinging) {
         reply(writeCstaRefusal("stateIncompatibility", "noCallToAnswer", nameSpace));
         return;
     }
-    const PhoneControl::Command choose{.name = "callfind", .parameters = call->sipId};
-    m_phone.send({choose}, [this, choose, command, service = request.service, nameSpace,
-                            reply](const std::vector<PhoneResponse>& found) {
+    m_phone.send({chosen(*call)}, [this, call, accepts, service = request.service, nameSpace,
+                                   reply](const std::vector<PhoneResponse>& found) {
         if (isNotFound(found)) {
             reply(writeCstaRefusal("operation", "invalidCallID", nameSpace));
             return;
         }
-        m_phone.send({choose, {.name = command}},
+        m_phone.send(accepts ? acceptCommands(*call)
+                             : std::vector<PhoneControl::Command>{chosen(*call), {.name = "hangup"}},
                      [service, nameSpace, reply](const std::vector<PhoneResponse>& responses) {
-                         const bool done = !isNotFound(responses) && responses.back().ok;
-                         reply(done ? writeCallControlResponse(service, {}, nameSpace)
-                                    : writeCstaRefusal("operation", "generic", nameSpace));
+                         reply(isNotFound(responses) ? writeCstaRefusal("operation", "generic", nameSpace)
+                                                     : writeCallControlResponse(service, {}, nameSpace));
                      });
     });
 }

@@ -30,9 +30,9 @@ private:
     void makeCall(const CallControlRequest& request, const std::string& nameSpace, const Reply& reply);
     void dialled(const std::vector<PhoneResponse>& responses, const std::string& nameSpace,
                  const Reply& reply);
-    /// Performs `command` for the request's call.
-    void act(const CallControlRequest& request, const std::string& command, const std::string& nameSpace,
-             const Reply& reply);
+    /// Performs the request for its call.
+    void act(const CallControlRequest& request, const std::string& nameSpace, const Reply& reply);
+    [[nodiscard]] std::vector<PhoneControl::Command> acceptCommands(const SipCalls::Found& call) const;
 
     PhoneSupervisor& m_phone;
     SipCalls& m_calls;

@@ -92,12 +92,33 @@ SwitchEvents SipCalls::endAll() {
 std::optional<SipCalls::Found> SipCalls::find(const std::string& cstaId) const {
     for (const auto& [key, call] : m_calls) {
         if (call.call.id() == cstaId) {
-            return Found{.sipId = key.first,
-                         .outgoing = key.second,
-                         .isRinging = !key.second && call.state == State::eRinging};
+            return foundAs(key, call);
         }
     }
     return std::nullopt;
+}
+
+SipCalls::Found SipCalls::foundAs(const Key& key, const Call& call) {
+    return {.sipId = key.first,
+            .outgoing = key.second,
+            .isRinging = !key.second && call.state == State::eRinging};
+}
+
+std::optional<SipCalls::Found> SipCalls::heldFor(const Found& accepted) const {
+    std::optional<Found> held;
+    for (const auto& [key, call] : m_calls) {
+        const Found each = foundAs(key, call);
+        if (key == Key{accepted.sipId, accepted.outgoing}) {
+            continue;
+        }
+        if (call.state == State::eTalking && !call.held) {
+            return each;
+        }
+        if (call.state == State::eTalking || (each.isRinging && !held)) {
+            held = each;
+        }
+    }
+    return held;
 }
 
 std::vector<LiveCall> SipCalls::live() const {

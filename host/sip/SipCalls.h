@@ -52,6 +52,9 @@ public:
     [[nodiscard]] SwitchEvents endAll();
 
     [[nodiscard]] std::optional<Found> find(const std::string& cstaId) const;
+    /// The call that the telephone should put on hold when it accepts `accepted`: a conversation, or else
+    /// another call that rings.
+    [[nodiscard]] std::optional<Found> heldFor(const Found& accepted) const;
     [[nodiscard]] std::vector<LiveCall> live() const;
     [[nodiscard]] bool isKnown(const std::string& sipId, bool outgoing) const {
         return m_calls.count({sipId, outgoing}) > 0;
@@ -69,6 +72,7 @@ private:
     using Key = std::pair<std::string, bool>;
     using Side = SwitchCall::Side;
 
+    [[nodiscard]] static Found foundAs(const Key& key, const Call& call);
     [[nodiscard]] static Side ownSide(const Key& key) noexcept;
     /// The call, which is created with its first events if it is new.
     Call& callOf(const SipPhoneEvent& event, const std::string& initiated, SwitchEvents& events);

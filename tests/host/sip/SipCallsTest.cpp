@@ -111,6 +111,22 @@ TEST(SipCallsTest, ADialledCallBeginsOnceInAnyOrder) {
     EXPECT_FALSE(calls.find("c1_i"));
 }
 
+TEST(SipCallsTest, AnAcceptedCallHoldsAConversationRatherThanACallThatRings) {
+    SipCalls calls({.number = "alice", .name = {}}, "h");
+    const auto held = [&calls] {
+        const auto found = calls.heldFor({.sipId = "c1", .outgoing = false, .isRinging = true});
+        return found ? found->sipId : std::string();
+    };
+    static_cast<void>(calls.process(eventOf("in  c1 CALL_INCOMING")));
+    EXPECT_EQ(held(), "");
+    static_cast<void>(calls.process(eventOf("in  c2 CALL_INCOMING")));
+    EXPECT_EQ(held(), "c2");
+    static_cast<void>(calls.process(eventOf("in  c3 CALL_ESTABLISHED")));
+    EXPECT_EQ(held(), "c3");
+    static_cast<void>(calls.process(eventOf("in  c4 CALL_ESTABLISHED")));
+    EXPECT_EQ(held(), "c4");
+}
+
 TEST(SipCallsTest, CallsOfALostTelephoneEndUnlessItStillHasThem) {
     SipCalls calls({.number = "alice", .name = {}}, "h");
     static_cast<void>(calls.process(eventOf("in  c1 CALL_INCOMING")));
