@@ -91,8 +91,11 @@ public:
     /// `contact` in `nameContact`.
     bool file(const Contact& contact, const Info& info, const std::string& callId) {
         const std::string entryId = m_transaction.makeUniqueEntryId(m_clock.createEntryId(callId));
-        const auto [items, found] =
+        // No structured binding: clang 14 takes none in the requirement below.
+        const auto opened =
             m_transaction.template openToFile<Item>(contact.getSearchNumber(), m_policy.matcher(contact));
+        std::deque<Item>& items = opened.items;
+        const auto found = opened.found;
         const bool merges = found != items.end();
         if constexpr (requires { m_policy.nameContact(items, found); }) {
             m_policy.nameContact(items, found);
