@@ -101,9 +101,10 @@ void ListSnapshot::putInOrder() {
     const auto comesBefore = [&placeOf](const Entry& one, const Entry& two) {
         return placeOf(one) > placeOf(two);
     };
-    if (!std::is_sorted(m_entries.begin(), m_entries.end(), comesBefore)) {
-        std::sort(m_entries.begin(), m_entries.end(), comesBefore);
-    }
+    // After a change the few entries that were read again are at the end.
+    const auto rest = std::is_sorted_until(m_entries.begin(), m_entries.end(), comesBefore);
+    std::sort(rest, m_entries.end(), comesBefore);
+    std::inplace_merge(m_entries.begin(), rest, m_entries.end(), comesBefore);
 }
 
 std::string ListSnapshot::page(ListName list, std::size_t offset, std::size_t limit) const {
