@@ -22,6 +22,7 @@ constexpr std::chrono::milliseconds kLongestDelay{30000};
 constexpr std::chrono::milliseconds kConnectRetry{25};
 /// The time that the child process has to open its control port.
 constexpr std::chrono::seconds kStartPatience{5};
+constexpr std::chrono::seconds kFirstCheck{1};
 constexpr std::chrono::seconds kCheckInterval{10};
 /// A telephone that was connected for less counts as one that failed to start.
 constexpr std::chrono::seconds kStable{10};
@@ -130,7 +131,7 @@ void PhoneSupervisor::connected(tcp::socket socket) {
     logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "baresip is connected at %s",
               m_endpoint.text().c_str());
     m_handlers.connected();
-    checkLater();
+    checkAfter(kFirstCheck);
 }
 
 void PhoneSupervisor::failed(const std::string& reason) {
@@ -163,13 +164,18 @@ void PhoneSupervisor::failed(const std::string& reason) {
 }
 
 /// A response that does not come closes the connection.
-void PhoneSupervisor::checkLater() {
-    m_timer.expires_after(kCheckInterval);
+void PhoneSupervisor::checkAfter(std::chrono::milliseconds delay) {
+    m_timer.expires_after(delay);
     m_timer.async_wait([this, attempt = m_attempt](std::error_code cancelled) {
-        if (!cancelled && attempt == m_attempt) {
-            send({{.name = "listcalls"}}, [](const auto&) {});
-            checkLater();
+        if (cancelled || attempt != m_attempt) {
+            return;
         }
+        send({{.name = "reginfo"}}, [this](const std::vector<PhoneResponse>& responses) {
+            if (!responses.empty()) {
+                m_handlers.registration(responses.front().text);
+            }
+        });
+        checkAfter(kCheckInterval);
     });
 }
 

@@ -30,6 +30,8 @@ public:
         /// The telephone is connected.
         std::function<void()> connected;
         std::function<void(const SipPhoneEvent&)> event;
+        /// The response to `reginfo`, which is asked for regularly.
+        std::function<void(const std::string& text)> registration;
         /// The telephone is not connected any more. `ended`: it has ended with all its calls.
         std::function<void(bool ended)> lost;
     };
@@ -52,7 +54,7 @@ private:
     void connect();
     void connected(asio::ip::tcp::socket socket);
     void failed(const std::string& reason);
-    void checkLater();
+    void checkAfter(std::chrono::milliseconds delay);
 
     asio::io_context& m_io;
     const SipAccount m_account;

@@ -1,5 +1,6 @@
 #include "host/sip/PhoneTexts.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "host/csta-wire/XmlText.h"
@@ -55,6 +56,22 @@ std::vector<int> readLineNumbers(std::string_view text) {
         }
     }
     return numbers;
+}
+
+std::optional<bool> readRegistration(std::string_view text, std::string_view user) {
+    const std::string account = "sip:" + std::string(user) + '@';
+    while (!text.empty()) {
+        const std::string_view line = takeLine(text);
+        const std::size_t found = line.find(account);
+        if (found != std::string_view::npos) {
+            // After the address: terminal codes around "OK ", "ERR" or "zzz".
+            const std::string_view state = line.substr(std::min(line.find(' ', found), line.size()));
+            const bool registered = state.find("OK") != std::string_view::npos;
+            const bool refused = state.find("ERR") != std::string_view::npos;
+            return registered || refused ? std::optional(registered) : std::nullopt;
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<SipCallState> readCallState(std::string_view text) {

@@ -23,6 +23,10 @@ struct SipCallState {
 /// The numbers of the lines in the response to `listcalls`.
 [[nodiscard]] std::vector<int> readLineNumbers(std::string_view text);
 
+/// The state of the account in the response to `reginfo`: true if it is registered, false if the registrar
+/// refuses or does not respond; `std::nullopt` if it is neither, or there is no registrar.
+[[nodiscard]] std::optional<bool> readRegistration(std::string_view text, std::string_view user);
+
 /// The response to `callstat`; `std::nullopt` if there is no call, or the call has ended.
 [[nodiscard]] std::optional<SipCallState> readCallState(std::string_view text);
 

@@ -41,6 +41,12 @@ public:
           m_phone(m_io, m_options.account, m_options.directory,
                   {.connected = [this] { readCalls(); },
                    .event = [this](const SipPhoneEvent& event) { process(event); },
+                   .registration =
+                       [this](const std::string& text) {
+                           if (const auto state = readRegistration(text, m_options.account.address.user)) {
+                               report(*state, {});
+                           }
+                       },
                    .lost = [this](bool ended) { lost(ended); }}),
           m_commands(m_phone, m_calls, [this](const SwitchEvents& events) { publish(events); }) {}
 
@@ -80,7 +86,7 @@ private:
     /// The clients are let in once the calls of a running telephone are known: otherwise they would take them
     /// for ended.
     void listen() {
-        if (m_server || m_port != 0) {
+        if (std::exchange(m_listenAttempted, true)) {
             return;
         }
         try {
@@ -98,7 +104,6 @@ private:
             m_port = m_server->port();
             m_listening.set_value();
         } catch (...) {
-            m_port = m_options.listen.port;
             m_listening.set_exception(std::current_exception());
         }
     }
@@ -117,12 +122,26 @@ private:
         if (account && account->user != m_options.account.address.user) {
             return;
         }
-        if (event.type == "REGISTER_OK") {
-            report("registered: " + event.account, 5);
-        } else if (event.type == "REGISTER_FAIL") {
-            report("not registered: " + event.account + ": " + event.param, 3);
+        if (event.type == "REGISTER_OK" || event.type == "REGISTER_FAIL") {
+            report(event.type == "REGISTER_OK", event.param);
         }
         publish(m_calls.process(event));
+    }
+
+    /// The first result may precede the connection to the telephone, so it is asked for, too.
+    void report(bool registered, const std::string& reason) {
+        if (m_registered == registered) {
+            return;
+        }
+        m_registered = registered;
+        const std::string& account = m_options.account.uri;
+        if (registered) {
+            logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "%s is registered", account.c_str());
+        } else {
+            logAppUni(kComponent, __FILE_NAME__, 3, __LINE__,
+                      "%s is not registered: %s; check the account and its password", account.c_str(),
+                      reason.empty() ? "the registrar refuses or does not respond" : reason.c_str());
+        }
     }
 
     void publish(const SwitchEvents& events) {
@@ -165,7 +184,7 @@ private:
     }
 
     void lost(bool ended) {
-        report("the telephone is lost", 3);
+        m_registered.reset();
         if (ended) {
             publish(m_calls.endAll());
             return;
@@ -175,6 +194,7 @@ private:
         m_timer.async_wait([this](std::error_code cancelled) {
             if (!cancelled) {
                 dropDoubtful();
+                listen();
             }
         });
     }
@@ -184,13 +204,6 @@ private:
     void dropDoubtful() {
         if (m_calls.dropDoubtful() && m_server) {
             m_server->dropClients();
-        }
-    }
-
-    void report(const std::string& text, int level) const {
-        logAppUni(kComponent, __FILE_NAME__, level, __LINE__, "%s", text.c_str());
-        if (m_options.statusListener) {
-            m_options.statusListener(text);
         }
     }
 
@@ -212,6 +225,8 @@ private:
     std::uint16_t m_port = 0;
 
     // The gateway's thread only, while it runs.
+    bool m_listenAttempted = false;
+    std::optional<bool> m_registered;
     asio::io_context m_io;
     std::optional<asio::executor_work_guard<asio::io_context::executor_type>> m_work;
     asio::steady_timer m_timer;

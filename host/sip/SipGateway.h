@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -18,8 +17,6 @@ struct SipGatewayOptions {
     /// The address of the CSTA link. Port 0 selects a free one.
     Endpoint listen{"127.0.0.1", 0};
     std::string edition = "ed4";
-    /// Gets a text about the state of the telephone ("registered"), on the gateway's thread. May be empty.
-    std::function<void(const std::string&)> statusListener{};
 };
 
 /// A CSTA switch in front of a SIP telephone, with one monitored device: the user of the account.

@@ -78,6 +78,19 @@ TEST(PhoneTextsTest, TheStateOfACallIsReadFromItsOwnLines) {
         (std::vector<int>{1, 12}));
 }
 
+TEST(PhoneTextsTest, TheRegistrationIsThatOfTheAccount) {
+    const std::vector<std::pair<std::string, std::optional<bool>>> rows = {
+        {"> sip:bob@h  \x1b[31mERR\x1b[;m \n  sip:ann@h  \x1b[32mOK \x1b[;m Expires 9s\n", true},
+        {"> sip:ann@OK.example  \x1b[31mERR\x1b[;m Expires 0s\n", false},
+        {"> sip:ann@h  \x1b[33mzzz\x1b[;m Expires 0s\n", std::nullopt},
+        {"> sip:ann@h\n", std::nullopt},
+        {"> sip:joann@h OK\n", std::nullopt},
+    };
+    for (const auto& [text, state] : rows) {
+        EXPECT_EQ(readRegistration(text, "ann"), state) << text;
+    }
+}
+
 TEST(CallEndTest, ReadsTheTextOfTheTelephone) {
     using By = CallEnd::By;
     const std::vector<std::pair<std::string, CallEnd>> rows = {
