@@ -105,7 +105,7 @@ SipAccount readSection(TomlSection& section, const std::filesystem::path& file) 
 }  // namespace
 
 std::string SipAccount::device() const {
-    return partyOf("sip:" + address.user + '@' + address.host, {}, address.host).number;
+    return deviceOf(address);
 }
 
 SipAccount readSipAccount(std::string_view toml, const std::filesystem::path& file) {

@@ -35,15 +35,6 @@ std::string lowered(std::string_view text) {
     return result;
 }
 
-/// A device id has no characters that end a number in its bracket form, or are a compound's separator.
-std::string deviceNumber(std::string_view user) {
-    std::string number(user);
-    std::replace_if(
-        number.begin(), number.end(),
-        [](char c) { return isIn("!&/%;<>\" ", c) || static_cast<unsigned char>(c) < ' '; }, '_');
-    return number;
-}
-
 bool isWithheld(const std::string& user) {
     static constexpr std::array<std::string_view, 4> kWords{"anonymous", "restricted", "unavailable",
                                                             "unknown"};
@@ -70,13 +61,22 @@ std::optional<SipAddress> parseSipAddress(std::string_view text) {
     return valid ? std::optional(address) : std::nullopt;
 }
 
-SwitchParty partyOf(std::string_view uri, std::string_view name, std::string_view ownHost) {
+/// It has no characters that end a number in its bracket form.
+std::string deviceOf(const SipAddress& address) {
+    std::string number = address.user;
+    std::replace_if(
+        number.begin(), number.end(),
+        [](char c) { return isIn("!&/%;<>\" ", c) || static_cast<unsigned char>(c) < ' '; }, '_');
+    return number;
+}
+
+SwitchParty partyOf(std::string_view uri, std::string_view name) {
     const std::optional<SipAddress> address = parseSipAddress(uri);
     if (!address || isWithheld(address->user)) {
         return {.number = {}, .name = {}, .anonymous = true};
     }
-    std::string number = deviceNumber(address->user);
-    if (!isPhoneNumber(address->user) && address->host != lowered(ownHost)) {
+    std::string number = deviceOf(*address);
+    if (!isPhoneNumber(address->user)) {
         number += '@' + address->host;
     }
     return {.number = number, .name = std::string(trimmed(name))};

@@ -25,9 +25,12 @@ struct SipAddress {
 [[nodiscard]] std::optional<SipAddress> parseSipAddress(std::string_view text);
 
 /// The party of a call. A telephone number stands for itself, at any host. Any other user has its host,
-/// `ann@example.org`, unless that is the host of the own account. An address without a user, or with one that
-/// means "withheld", is an anonymous party.
-[[nodiscard]] SwitchParty partyOf(std::string_view uri, std::string_view name, std::string_view ownHost);
+/// `ann@example.org`, so that it can be dialled. An address without a user, or with one that means "withheld",
+/// is an anonymous party.
+[[nodiscard]] SwitchParty partyOf(std::string_view uri, std::string_view name);
+
+/// The user of an address as a device id.
+[[nodiscard]] std::string deviceOf(const SipAddress& address);
 
 /// The text to dial for a number or an address; `std::nullopt` if it cannot be dialled. Addresses remain as
 /// they are. Separators are removed from a number.

@@ -23,9 +23,6 @@ SipPhoneEvent eventOf(const SipCallState& call) {
 
 }  // namespace
 
-SipCalls::SipCalls(SwitchParty own, std::string ownHost)
-    : m_own(std::move(own)), m_ownHost(std::move(ownHost)) {}
-
 SwitchEvents SipCalls::process(const SipPhoneEvent& event) {
     SwitchEvents events;
     // An outgoing call has no id before the other side responds; `dialled` introduces it.
@@ -141,7 +138,7 @@ SipCalls::Call& SipCalls::callOf(const SipPhoneEvent& event, const std::string& 
         found->second.doubtful = false;
         return found->second;
     }
-    const SwitchParty peer = partyOf(event.peerUri, event.peerName, m_ownHost);
+    const SwitchParty peer = partyOf(event.peerUri, event.peerName);
     const std::string id = cstaCallId(event.id, event.outgoing);
     SwitchCall call =
         event.outgoing ? SwitchCall(id, m_own, peer, {}, {}) : SwitchCall(id, peer, m_own, {}, {});

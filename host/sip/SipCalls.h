@@ -35,8 +35,8 @@ public:
         bool isRinging = false;
     };
 
-    /// `own` is the monitored device, `ownHost` the host of its account.
-    SipCalls(SwitchParty own, std::string ownHost);
+    /// `own` is the monitored device.
+    explicit SipCalls(SwitchParty own) : m_own(std::move(own)) {}
 
     [[nodiscard]] SwitchEvents process(const SipPhoneEvent& event);
     /// The client has dialled a call, which now has an id. Has no effect if the call is known.
@@ -85,7 +85,6 @@ private:
     void append(SwitchEvents& events, SwitchEvents added) const;
 
     const SwitchParty m_own;
-    const std::string m_ownHost;
     std::map<Key, Call> m_calls;
 };
 

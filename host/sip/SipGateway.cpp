@@ -36,8 +36,7 @@ public:
     explicit Impl(SipGatewayOptions options)
         : m_options(std::move(options)),
           m_timer(m_io),
-          m_calls({.number = m_options.account.device(), .name = m_options.account.name},
-                  m_options.account.address.host),
+          m_calls({.number = m_options.account.device(), .name = m_options.account.name}),
           m_phone(m_io, m_options.account, m_options.directory,
                   {.connected = [this] { readCalls(); },
                    .event = [this](const SipPhoneEvent& event) { process(event); },

@@ -87,7 +87,7 @@ const std::vector<Row> kRows = {
 
 TEST(SipCallsTest, TheMessagesOfTheTelephoneAreTheEventsOfTheDevice) {
     for (const Row& row : kRows) {
-        SipCalls calls({.number = "alice", .name = {}}, "h");
+        SipCalls calls({.number = "alice", .name = {}});
         Texts device;
         for (const std::string& text : row.phone) {
             SipPhoneEvent event = eventOf(text);
@@ -101,7 +101,7 @@ TEST(SipCallsTest, TheMessagesOfTheTelephoneAreTheEventsOfTheDevice) {
 }
 
 TEST(SipCallsTest, ADialledCallBeginsOnceInAnyOrder) {
-    SipCalls calls({.number = "alice", .name = {}}, "h");
+    SipCalls calls({.number = "alice", .name = {}});
     EXPECT_EQ(textsOf(calls.dialled("c1", "sip:bob@h")),
               (Texts{"c1_o ServiceInitiated initiated makeCall", "c1_o Originated connected newCall"}));
     EXPECT_EQ(textsOf(calls.process(eventOf("out c1 CALL_RINGING"))),
@@ -112,7 +112,7 @@ TEST(SipCallsTest, ADialledCallBeginsOnceInAnyOrder) {
 }
 
 TEST(SipCallsTest, AnAcceptedCallHoldsAConversationRatherThanACallThatRings) {
-    SipCalls calls({.number = "alice", .name = {}}, "h");
+    SipCalls calls({.number = "alice", .name = {}});
     const auto held = [&calls] {
         const auto found = calls.heldFor({.sipId = "c1", .outgoing = false, .isRinging = true});
         return found ? found->sipId : std::string();
@@ -128,7 +128,7 @@ TEST(SipCallsTest, AnAcceptedCallHoldsAConversationRatherThanACallThatRings) {
 }
 
 TEST(SipCallsTest, CallsOfALostTelephoneEndUnlessItStillHasThem) {
-    SipCalls calls({.number = "alice", .name = {}}, "h");
+    SipCalls calls({.number = "alice", .name = {}});
     static_cast<void>(calls.process(eventOf("in  c1 CALL_INCOMING")));
     static_cast<void>(calls.process(eventOf("in  c2 CALL_INCOMING")));
     calls.doubtAll();

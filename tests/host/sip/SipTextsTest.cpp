@@ -121,15 +121,15 @@ TEST(SipAddressTest, APartyIsNamedByWhatCanBeDialled) {
     const std::vector<Row> rows = {
         {"sip:+4930123@gateway.example.net;user=phone", "+4930123"},
         {"sips:%2B4930123@example.org", "+4930123"},
-        {"sip:bob@Example.Org", "bob"},
+        {"sip:bob@Example.Org", "bob@example.org"},
         {"sip:bob@example.net:5070", "bob@example.net:5070"},
-        {"sip:b%3Eo!b@example.org", "b_o_b"},
+        {"sip:b%3Eo!b@example.org", "b_o_b@example.org"},
         {"sip:Anonymous@anonymous.invalid", "", true},
         {"sip:example.org", "", true},
         {"", "", true},
     };
     for (const Row& row : rows) {
-        const SwitchParty party = partyOf(row.uri, " Bob ", "example.org");
+        const SwitchParty party = partyOf(row.uri, " Bob ");
         EXPECT_EQ(party.number, row.number) << row.uri;
         EXPECT_EQ(party.anonymous, row.anonymous) << row.uri;
         EXPECT_EQ(party.name, row.anonymous ? "" : "Bob") << row.uri;
