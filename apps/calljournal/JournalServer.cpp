@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 #include "apps/calljournal/CommandLine.h"
@@ -91,6 +92,15 @@ void warnOfDoubleEntries(const host::LocalManagement& management) {
     }
 }
 
+/// "2 changes (1 new call, 1 other)".
+std::string changesText(std::uint64_t changes, std::uint64_t calls) {
+    const auto count = [](std::uint64_t number, const char* what) {
+        return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+    };
+    return count(changes, "change") + " (" + count(calls, "new call") + ", " +
+           std::to_string(changes - std::min(calls, changes)) + " other)";
+}
+
 }  // namespace
 
 /// The components in dependency order.
@@ -170,7 +180,7 @@ public:
         return m_notStored;
     }
 
-    [[nodiscard]] std::uint64_t lostCount() const { return m_database.lostCount(); }
+    [[nodiscard]] const host::Database& database() const { return m_database; }
 
 private:
     host::HttpBackend httpBackend() {
@@ -279,14 +289,13 @@ std::size_t JournalServer::stop() {
 int JournalServer::end() {
     const std::size_t kept = stop();
     if (kept > 0) {
-        printError("the database refuses " + std::to_string(kept) +
-                   " changes (filed calls, deletions and the like); they are not stored");
+        printError("the database refuses " + changesText(kept, m_impl->database().keptCalls()) +
+                   "; they are not stored");
     }
-    const std::uint64_t lost = m_impl->lostCount();
+    const std::uint64_t lost = m_impl->database().lostCount();
     if (lost > 0) {
-        printError(std::to_string(lost) +
-                   " changes (filed calls, deletions and the like) were lost since the start: the database "
-                   "refused them, and they were not kept");
+        printError("lost since the start: " + changesText(lost, m_impl->database().lostCalls()) +
+                   "; the database refused them, and they were not kept");
     }
     return kept > 0 || lost > 0 ? eFailed : eDone;
 }

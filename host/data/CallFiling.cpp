@@ -106,6 +106,11 @@ void CallFiling::removeLiveCalls(Database::Session& session, const std::string& 
     }
 }
 
+std::size_t CallFiling::callCount() const noexcept {
+    return static_cast<std::size_t>(std::count_if(m_filed.begin(), m_filed.end(),
+                                                  [](const Filed& each) { return each.call.has_value(); }));
+}
+
 void CallFiling::keep() {
     for (Filed& each : m_filed) {
         if (each.call && m_calls != nullptr) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,9 @@ public:
     void keep();
     /// Call it when the transaction is done, or is given up.
     void setFiled(bool filed) const;
+
+    /// The number of calls that have ended just now; an entry that is only changed has none.
+    [[nodiscard]] std::size_t callCount() const noexcept;
 
     /// The newest occurrence of the item; null for an item without one.
     [[nodiscard]] static const CallInfo* newestOf(const journalxml::DataRequest::Item& item);

@@ -68,6 +68,8 @@ public:
     void done(bool stored);
 
     [[nodiscard]] const journalxml::DataRequest& request() const noexcept { return m_request; }
+    /// The number of ended calls that the request files.
+    [[nodiscard]] std::size_t callCount() const noexcept { return m_filing.callCount(); }
     /// The last unique id of the rows that are or will be changed; empty for none.
     [[nodiscard]] const std::string& lastUniqueId() const noexcept { return m_lastUniqueId; }
 

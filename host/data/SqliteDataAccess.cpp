@@ -141,7 +141,8 @@ std::string SqliteDataAccess::changeResponse(DataRequest request, std::size_t by
         .leavesMinor = change->leavesEvictions(),
         .keep = [this, change] { change->keep(m_database); },
         .done = [change](bool stored) { change->done(stored); },
-        .bytes = kBytesOfChange + 2 * bytes}));
+        .bytes = kBytesOfChange + 2 * bytes,
+        .calls = change->callCount()}));
     return outcome == Database::Outcome::eRefused
                ? Words::FAILED
                : journalxml::buildUpdateResponse(made.schema, change->lastUniqueId());

@@ -135,7 +135,7 @@ Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& c
         }
     });
     if (outcome == Outcome::eRefused) {
-        m_kept.countLost();
+        m_kept.countLost(*change);
         change->finish(false);
     }
     return outcome;

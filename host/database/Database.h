@@ -112,9 +112,12 @@ public:
     /// Puts the file back if it was deleted or replaced, then stores what is kept. Call it about every
     /// second.
     bool maintain() noexcept;
-    /// The number of changes that are kept, and of those that were lost. Neither blocks.
+    /// The number of changes that are kept, and of those that were lost; and of the calls that these changes
+    /// file. None blocks.
     [[nodiscard]] std::size_t keptCount() const { return m_kept.size(); }
+    [[nodiscard]] std::size_t keptCalls() const { return m_kept.calls(); }
     [[nodiscard]] std::uint64_t lostCount() const { return m_kept.lost(); }
+    [[nodiscard]] std::uint64_t lostCalls() const { return m_kept.lostCalls(); }
     /// A row id for a new row of `call_item` that no row has had. Also if the database fails.
     [[nodiscard]] std::int64_t newItemId() noexcept { return m_writer.newItemId(); }
 

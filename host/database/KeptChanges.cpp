@@ -1,6 +1,7 @@
 #include "host/database/KeptChanges.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "host/database/DatabaseFailure.h"
@@ -51,14 +52,26 @@ std::size_t KeptChanges::size() const {
     return m_changes.size();
 }
 
+std::size_t KeptChanges::calls() const {
+    const std::lock_guard lock(m_mutex);
+    return std::accumulate(m_changes.begin(), m_changes.end(), std::size_t{0},
+                           [](std::size_t sum, const Kept& each) { return sum + each.change->calls; });
+}
+
 std::uint64_t KeptChanges::lost() const {
     const std::lock_guard lock(m_mutex);
     return m_lost;
 }
 
-void KeptChanges::countLost() {
+std::uint64_t KeptChanges::lostCalls() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lostCalls;
+}
+
+void KeptChanges::countLost(const DatabaseChange& change) {
     const std::lock_guard lock(m_mutex);
     ++m_lost;
+    m_lostCalls += change.calls;
 }
 
 std::deque<KeptChanges::Kept> KeptChanges::first(std::size_t count) const {
@@ -97,8 +110,11 @@ void KeptChanges::remove(std::size_t index, bool isLost) {
     const std::lock_guard lock(m_mutex);
     const auto at = m_changes.begin() + static_cast<std::ptrdiff_t>(index);
     m_bytes -= at->change->bytes;
+    if (isLost) {
+        ++m_lost;
+        m_lostCalls += at->change->calls;
+    }
     m_changes.erase(at);
-    m_lost += isLost ? 1 : 0;
 }
 
 }  // namespace host

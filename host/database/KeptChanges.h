@@ -35,6 +35,8 @@ struct DatabaseChange {
     std::function<void(bool stored)> done{};
     /// The memory that the change needs.
     std::size_t bytes = 0;
+    /// The number of ended calls that the change files.
+    std::size_t calls = 0;
 
     /// Calls `done`, if there is one; a failure of it is logged.
     void finish(bool stored) const noexcept;
@@ -62,10 +64,13 @@ public:
     [[nodiscard]] std::optional<bool> addBehindOthers(const std::shared_ptr<DatabaseChange>& change);
 
     [[nodiscard]] std::size_t size() const;
-    /// The number of changes that were lost since the start.
+    /// The number of calls that the kept changes file.
+    [[nodiscard]] std::size_t calls() const;
+    /// The numbers of changes that were lost since the start, and of the calls that they file.
     [[nodiscard]] std::uint64_t lost() const;
+    [[nodiscard]] std::uint64_t lostCalls() const;
     /// Counts a change that is neither stored nor kept.
-    void countLost();
+    void countLost(const DatabaseChange& change);
 
     /// The first changes, at most `count`.
     [[nodiscard]] std::deque<Kept> first(std::size_t count) const;
@@ -86,6 +91,7 @@ private:
     std::deque<Kept> m_changes;
     std::size_t m_bytes = 0;
     std::uint64_t m_lost = 0;
+    std::uint64_t m_lostCalls = 0;
 };
 
 }  // namespace host
