@@ -46,6 +46,9 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeStatsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeShowCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeWatchCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeCallCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeAnswerCallCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeHangUpCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeViewedCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDeleteCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeExportCommand(CLI::App& app);

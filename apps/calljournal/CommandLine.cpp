@@ -25,7 +25,7 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 17> kEntries{{
+constexpr std::array<Entry, 20> kEntries{{
     {"serve", "run the call journal of a line", &makeServeCommand},
     {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {"sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
@@ -35,6 +35,9 @@ constexpr std::array<Entry, 17> kEntries{{
     {"stats", "print statistics of the calls of the running journal", &makeStatsCommand},
     {"show", "print an entry of the running journal with all its calls", &makeShowCommand},
     {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
+    {"call", "place a call with the telephone of the line", &makeCallCommand},
+    {"answer", "answer the call that rings", &makeAnswerCallCommand},
+    {"hangup", "end a live call", &makeHangUpCommand},
     {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
     {"delete", "delete entries or calls of the running journal", &makeDeleteCommand},
     {"export", "print calls of the running journal as a file for other programs", &makeExportCommand},

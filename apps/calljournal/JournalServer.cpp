@@ -54,6 +54,9 @@ host::LineSettings lineSettings(const host::Configuration& configuration) {
     settings.managementOverrides = configuration.managementOverrides;
     settings.region = configuration.digits.region;
     settings.featureAccessCodes = configuration.digits.featureAccessCodes;
+    settings.outsideLine = configuration.digits.outsideLine;
+    settings.dialForm =
+        configuration.digits.dialInternational ? host::DialForm::eInternational : host::DialForm::eNational;
     settings.link.bluetooth = line.bluetooth;
     for (const host::Configuration::SharedDevice& shared : line.shared) {
         settings.link.sharedDevices.push_back(shared.device);
@@ -129,6 +132,7 @@ public:
         host::HardwareVariant::set(0);
         m_database.setWriteListener(
             [this](std::chrono::duration<double> time) { m_metrics.databaseWrote(time); });
+        m_line.setCallsListener([this] { m_http->liveCallsChanged(); });
         m_line.setEventListener([this](std::string_view kind) { m_metrics.switchEvent(kind); });
         m_invoker->initInvoker(&m_framework);
         m_contactGetterInvoker->initInvoker(&m_framework);
@@ -193,9 +197,12 @@ private:
                 m_line.storedLists(),
                 m_entries,
                 m_metrics,
+                m_line.callControl(),
+                m_line.dialling(),
                 [this] {
                     const host::CstaLink::Status status = m_line.linkStatus();
-                    return host::LineState{status.connected, status.monitoring, m_line.liveCallCount()};
+                    return host::LineState{status.connected, status.monitoring, status.callControl,
+                                           m_line.liveCallCount()};
                 },
                 [this] { return m_remote->clientCount(); },
                 &host::Log::droppedLines};

@@ -71,6 +71,10 @@ struct Configuration {
         /// The country of the line's numbering plan, as two capital letters.
         std::string region = "DE";
         std::vector<std::string> featureAccessCodes{"*61"};
+        /// Dialled before a number of the public numbering plan; empty for none.
+        std::string outsideLine;
+        /// True if such a number is dialled as "+4930123456".
+        bool dialInternational = false;
 
         bool operator==(const Digits&) const = default;
     };

@@ -123,6 +123,13 @@ void readDigits(TomlSection& section, Configuration::Digits& digits) {
     if (!std::all_of(digits.featureAccessCodes.begin(), digits.featureAccessCodes.end(), isAccessCode)) {
         section.refuse("feature-access-codes", "each code must consist of digits, \"*\" and \"#\"");
     }
+    section.read("outside-line", digits.outsideLine);
+    if (!digits.outsideLine.empty() && !isAccessCode(digits.outsideLine)) {
+        section.refuse("outside-line", "must consist of digits, \"*\" and \"#\"");
+    }
+    std::string form = digits.dialInternational ? "international" : "national";
+    section.readWord("dial", form, {"national", "international"});
+    digits.dialInternational = form == "international";
     section.finish();
 }
 

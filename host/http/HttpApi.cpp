@@ -16,6 +16,7 @@
 #include "host/http/resources/ContactsResource.h"
 #include "host/http/resources/ImportResource.h"
 #include "host/http/resources/ListsResource.h"
+#include "host/http/resources/LiveCallsResource.h"
 #include "host/http/resources/OpenApi.h"
 #include "host/http/resources/PartiesResource.h"
 #include "host/http/resources/SettingsResource.h"
@@ -46,17 +47,19 @@ public:
           m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
                     m_backend.database}),
           m_calls(m_backend.storedEntries),
+          m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook}),
           m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
           m_parties(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
-          m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
-                 [this](std::chrono::milliseconds pause, std::function<void()> work) {
-                     m_server.postLater(pause, std::move(work));
-                 },
-                 [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); }, {},
-                 {[this](const std::vector<EventFeed::EntryKey>& keys) {
-                      return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
-                  },
-                  [this] { return m_backend.storedLists.unviewed(); }}),
+          m_feed(
+              [this](std::function<void()> work) { m_server.post(std::move(work)); },
+              [this](std::chrono::milliseconds pause, std::function<void()> work) {
+                  m_server.postLater(pause, std::move(work));
+              },
+              [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); }, {},
+              {[this](const std::vector<EventFeed::EntryKey>& keys) {
+                   return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
+               },
+               [this] { return m_backend.storedLists.unviewed(); }, [this] { return m_liveCalls.list(); }}),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
         m_import.addRoutes(m_router);
@@ -64,6 +67,7 @@ public:
         m_contacts.addRoutes(m_router);
         m_times.addRoutes(m_router);
         m_calls.addRoutes(m_router);
+        m_liveCalls.addRoutes(m_router);
         m_statistics.addRoutes(m_router);
         m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
@@ -102,6 +106,7 @@ public:
 
     [[nodiscard]] const Router& router() const noexcept { return m_router; }
     void resync() { m_feed.resync(); }
+    void liveCallsChanged() { m_feed.liveCallsChanged(); }
 
 private:
     HttpResponse events(const HttpRequest& request) {
@@ -144,6 +149,7 @@ private:
     TimesResource m_times;
     StatusResource m_status;
     CallsResource m_calls;
+    LiveCallsResource m_liveCalls;
     StatisticsResource m_statistics;
     PartiesResource m_parties;
     Router m_router;
@@ -175,6 +181,10 @@ const std::vector<Router::Route>& HttpApi::routes() const noexcept {
 
 void HttpApi::resync() {
     m_impl->resync();
+}
+
+void HttpApi::liveCallsChanged() {
+    m_impl->liveCallsChanged();
 }
 
 }  // namespace host

@@ -17,7 +17,9 @@ class JournalServiceIfc;
 
 namespace host {
 
+class CallControlIfc;
 class Database;
+class Dialling;
 class LocalManagement;
 class Metrics;
 class Phonebook;
@@ -34,6 +36,8 @@ struct HttpBackend {
     const StoredLists& storedLists;
     StoredEntries& storedEntries;
     Metrics& metrics;
+    CallControlIfc& callControl;
+    const Dialling& dialling;
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
@@ -73,6 +77,9 @@ public:
     /// Sends a "resync" event to all streams; their clients read the lists again. Call after an operation
     /// that may have changed the lists without a notification of observers. Thread-safe.
     void resync();
+    /// Sends a "liveCallsUpdate" event to all streams, with the live calls as they are then, not more often
+    /// than ten times a second. Call after each change of the live calls. Does not block. Thread-safe.
+    void liveCallsChanged();
 
 private:
     class Impl;

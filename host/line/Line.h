@@ -15,6 +15,7 @@
 #include "host/csta/CstaLink.h"
 #include "host/data/LiveCallStore.h"
 #include "host/data/SqliteDataAccess.h"
+#include "host/digits/Dialling.h"
 #include "host/digits/DigitAnalysis.h"
 #include "host/directory/Phonebook.h"
 #include "host/framework/HostedService.h"
@@ -73,6 +74,10 @@ public:
         m_eventListener = std::move(listener);
     }
 
+    /// The link calls `listener` when the live calls may have changed, on a thread of its own. It must not
+    /// block.
+    void setCallsListener(std::function<void()> listener) { m_link.setCallsListener(std::move(listener)); }
+
     /// Receives a sentence for every change of the journal.
     void setChangeListener(JournalLogObserver::Listener listener) {
         m_observer.setListener(std::move(listener));
@@ -94,6 +99,9 @@ public:
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
     [[nodiscard]] DigitAnalysis& digits() noexcept { return m_digits; }
+    [[nodiscard]] const Dialling& dialling() const noexcept { return m_dialling; }
+    /// Not the link's own thread.
+    [[nodiscard]] CallControlIfc& callControl() noexcept { return m_link; }
     [[nodiscard]] const StoredLists& storedLists() const noexcept { return m_storedLists; }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
     /// Returns the number of live calls that the journal knows of.
@@ -125,6 +133,7 @@ private:
     LineContext m_context;
     SystemClock m_clock;
     DigitAnalysis m_digits;
+    Dialling m_dialling;
     Phonebook m_phonebook;
     LiveCallStore m_liveCallStore;
     SqliteDataAccess m_dataAccess;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/csta/CstaLink.h"
+#include "host/digits/Dialling.h"
 
 namespace host {
 
@@ -20,6 +21,9 @@ struct LineSettings {
     /// The country of the numbering plan, as two capital letters.
     std::string region = "DE";
     std::vector<std::string> featureAccessCodes;
+    /// See `Dialling::Rules`.
+    std::string outsideLine;
+    DialForm dialForm = DialForm::eNational;
     /// Shared devices whose unanswered calls are logged on this line.
     std::set<std::string> loggedSharedDevices;
 };

@@ -14,6 +14,7 @@ _calljournal_options() {
         demo) echo --config --listen --set --data --help ;;
         list) echo --limit --search --ids --json --csv --data --help ;;
         show | watch | settings) echo --json --data --help ;;
+        call) echo --entry --emergency --json --data --help ;;
         calls) echo "$_calljournal_filters" --sort --limit --json --data --help ;;
         stats) echo "$_calljournal_filters" --by --limit --json --data --help ;;
         delete) echo --all "$_calljournal_filters" --data --help ;;
@@ -74,7 +75,7 @@ _calljournal() {
             if [[ $word == -* ]]; then
                 words=$(_calljournal_options "$command" "$subcommand")
             elif [[ -z $command ]]; then
-                words='serve switch sip demo list calls stats show watch viewed delete export import backup restore contacts settings'
+                words='serve switch sip demo list calls stats show watch call answer hangup viewed delete export import backup restore contacts settings'
             elif [[ $command == contacts && -z $subcommand ]]; then
                 words='import add list export'
             elif [[ $subcommand == import ]]; then

@@ -58,6 +58,38 @@ void EventFeed::resync() {
     enqueue([] { return Change{}; });
 }
 
+void EventFeed::liveCallsChanged() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!mayBeRead()) {
+            m_hasGap = true;
+            return;
+        }
+        if (std::exchange(m_liveCallsDue, true)) {
+            return;
+        }
+    }
+    m_post([this] {
+        const Clock::time_point now = Clock::now();
+        const bool isSoon =
+            m_lastLiveCalls != Clock::time_point::min() && now - m_lastLiveCalls < kBetweenLiveCalls;
+        if (isSoon) {
+            m_postLater(kBetweenLiveCalls, [this] { enqueueLiveCalls(); });
+        } else {
+            enqueueLiveCalls();
+        }
+    });
+}
+
+void EventFeed::enqueueLiveCalls() {
+    m_lastLiveCalls = Clock::now();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_liveCallsDue = false;
+    }
+    enqueue([] { return Change{.kind = Change::Kind::eLiveCalls, .event = "liveCallsUpdate"}; });
+}
+
 void EventFeed::keepAlive() {
     for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
         stream->keepAlive();
@@ -229,6 +261,8 @@ std::vector<EventFeed::Event> EventFeed::eventsOf(const std::deque<Change>& chan
                 item = change.notified();
             }
             data = {{"action", change.number}, {"entryId", change.entryId}, {"item", std::move(item)}};
+        } else if (change.kind == Kind::eLiveCalls) {
+            data = m_stored.liveCalls ? m_stored.liveCalls() : Json();
         } else if (change.kind != Kind::eResync) {
             const bool isStored = change.kind == Kind::eMissedCount && unviewed;
             data = {{"count", isStored ? static_cast<int>(*unviewed) : change.number}};

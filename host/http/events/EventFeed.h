@@ -59,10 +59,13 @@ public:
         std::function<std::vector<nlohmann::ordered_json>(const std::vector<EntryKey>&)> entries{};
         /// The number of unviewed missed entries; std::nullopt if the database fails.
         std::function<std::optional<std::size_t>()> unviewed{};
+        /// The live calls of the line.
+        std::function<nlohmann::ordered_json()> liveCalls{};
     };
 
     static constexpr std::size_t kMaxStreams = 128;
     static constexpr std::size_t kMaxQueued = 1024;
+    static constexpr std::chrono::milliseconds kBetweenLiveCalls{100};
     /// The time for which events are stored after the last stream has ended, for a client that reconnects.
     static constexpr std::chrono::seconds kReturnTime{60};
 
@@ -79,6 +82,9 @@ public:
     /// Reports that the lists may have changed without a notification. Sends the event after those of the
     /// changes that were notified before, and no sooner than 200 ms after the previous one.
     void resync();
+    /// Reports that the live calls have changed. The event has the calls as they are when it is published, no
+    /// sooner than `kBetweenLiveCalls` after the previous one.
+    void liveCallsChanged();
 
     // Call from the loop thread only.
 
@@ -109,7 +115,7 @@ private:
 
     /// A queued change.
     struct Change {
-        enum class Kind { eItem, eMissedCount, eCallBackCount, eResync };
+        enum class Kind { eItem, eMissedCount, eCallBackCount, eLiveCalls, eResync };
         Kind kind = Kind::eResync;
         const char* event = "resync";
         /// Of an item: its key, if it is one of the journal's call entries, and a function that returns the
@@ -153,6 +159,7 @@ private:
     void wakeStreamsSoon();
     void wakeStreams();
     void appendResyncIfDue();
+    void enqueueLiveCalls();
 
     // Constant after construction.
     const Post m_post;
@@ -169,6 +176,8 @@ private:
     bool m_publishing = false;
     /// A batch was lost.
     bool m_hasLost = false;
+    /// A change of the live calls is not queued yet.
+    bool m_liveCallsDue = false;
     /// A change was not published, because no stream could have read it.
     bool m_hasGap = false;
 
@@ -178,6 +187,7 @@ private:
     bool m_closed = false;
     bool m_wakeIsDue = false;
     bool m_wakeDelayActive = false;
+    Clock::time_point m_lastLiveCalls = Clock::time_point::min();
     bool m_resyncDue = false;
     bool m_resyncDelayActive = false;
 };

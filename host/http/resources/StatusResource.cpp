@@ -63,6 +63,7 @@ HttpResponse StatusResource::status() const {
         {{"line", m_sources.line},
          {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
          {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
+         {"callControl", state.callControl},
          {"calls", state.liveCallCount},
          {"database", {{"kept", m_sources.database.keptCount()}, {"lost", m_sources.database.lostCount()}}},
          {"lists", std::move(lists)}});

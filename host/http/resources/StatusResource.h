@@ -20,6 +20,8 @@ class StoredLists;
 struct LineState {
     bool connected = false;
     bool monitoring = false;
+    /// Calls can be placed at the switch, as far as is known.
+    bool callControl = false;
     std::size_t liveCallCount = 0;
 };
 

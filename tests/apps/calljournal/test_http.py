@@ -33,6 +33,9 @@ GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value":
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', "PUT /api/v1/parties/{number}": '{"note": "late"}', IMPORT: CARD % "N:New;Ned"}
 QUERIES = {"DELETE /api/v1/calls": "?all=true"}
 UPLOAD = "POST /api/v1/calls/import"
+# Calls are placed, answered and ended in test_call_control.py.
+PLACE, CONTROL = "POST /api/v1/calls", ("POST /api/v1/live-calls/{liveCallId}/answer", "DELETE /api/v1/live-calls/{liveCallId}")
+GOOD[PLACE] = '{"number": "4718"}'
 GOOD[UPLOAD] = '{"calls": [{"start": "2026-11-21T05:22:05Z", "number": "1"}, {"start": "2026-11-21"}]}'
 RENAMED = {413: "Content Too Large", 422: "Unprocessable Content"}  # younger names than this Python knows
 # Requests beyond those that every operation gets: operation, status, path values, body.
@@ -50,6 +53,8 @@ ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE
         ("GET /api/v1/calls", 200, {"query": "?search=zoe&direction=incoming&since=1h&limit=1"}, None),
         *(("GET /api/v1/statistics", 200, {"query": "?by=" + by}, None) for by in ("day", "hour", "weekday", "party")),
         ("GET /api/v1/contacts/{id}", 404, {"id": "77"}, None), ("DELETE /api/v1/contacts/{id}", 404, {"id": "77"}, None)]
+ROWS += [(PLACE, 409, {}, '{"number": "2001"}'), (PLACE, 422, {}, '{"number": "112"}'), (PLACE, 422, {}, '{"number": "4711", "urgent": true}'),
+         *((each, 404, {"liveCallId": "none"}, None) for each in CONTROL)]
 ROWS += [(UPLOAD, 422, {}, body) for body in ('{"calls": 1}', '{"calls": [], "more": 1}')]
 # Files of contacts: type, body, status, a part of the response.
 FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"added":1,"changed":0,"unchanged":0,"skipped":[{"line":5,'),
@@ -82,11 +87,13 @@ class HttpTest(ProgramTest):
 
     @staticmethod
     def next_event(stream):
-        """Id, name and data of the next event."""
-        fields = {}
-        while "data" not in fields:
+        """Id, name and data of the next event about a list."""
+        fields = {"event": "liveCallsUpdate"}
+        while fields["event"] == "liveCallsUpdate" or "data" not in fields:
             name, _, value = stream.readline().decode().rstrip("\n").partition(": ")
             fields[name] = value
+            if name == "event":
+                fields.pop("data", None)
         return fields["id"], fields["event"], fields["data"]
 
     def described(self, operation, status, values=None, body=None, **headers):
@@ -113,7 +120,7 @@ class HttpTest(ProgramTest):
         self.assertIn(1, (json.loads(self.ask("GET", "/api/v1/status")[1])["calls"] for _ in range(1000)))
         self.document = json.loads(self.ask("GET", "/api/v1/openapi.json")[1])
         self.values = {"list": "missed", "key": "mac-addr", "number": "4711",
-                       "callId": json.loads(self.ask("GET", "/api/v1/calls?sort=start")[1])["items"][0]["id"],
+                       "liveCallId": "none", "callId": json.loads(self.ask("GET", "/api/v1/calls?sort=start")[1])["items"][0]["id"],
                        "entryId": json.loads(self.ask("GET", "/api/v1/lists/missed")[1])["items"][0]["entryId"],
                        "id": json.loads(self.ask("POST", "/api/v1/contacts", '{"surname": "Old"}')[1])["id"]}
         operations = {method.upper() + " " + path: each for path, methods in self.document["paths"].items()
@@ -149,8 +156,12 @@ class HttpTest(ProgramTest):
             self.assertLess(len(content), 65536)
         people = [each["surname"] + " " + each["source"] for each in json.loads(self.ask("GET", "/api/v1/contacts")[1])["contacts"]]
         self.assertEqual(people, [EVIL + " personal", "Byron personal", "Old personal"])
+        self.values["liveCallId"] = json.loads(self.described(PLACE, 202, body=GOOD[PLACE]))["callId"]
+        self.described("GET /api/v1/live-calls", 200)
+        self.described(CONTROL[0], 409)
+        self.described(CONTROL[1], 204)
         # Reading before deleting, and one entry before all of them.
-        for operation in sorted(operations, key=lambda each: (each.startswith("DELETE"), -len(each))):
+        for operation in sorted({*operations} - {PLACE, *CONTROL}, key=lambda each: (each.startswith("DELETE"), -len(each))):
             good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204}.get(
                 operation, 204 if operation.startswith("DELETE") and operation not in QUERIES else 200)
             self.described(operation, good, body=GOOD.get(operation))
@@ -165,13 +176,15 @@ class HttpTest(ProgramTest):
         for table in ("contact", "call", "call_item", "party_note", "setting", "management_value"):
             database.execute("ALTER TABLE %s RENAME TO hidden_%s" % (table, table))
         for operation, each in operations.items():
-            if "503" in each["responses"] and operation not in ("GET /api/v1/events", "GET /api/v1/settings"):
+            if "503" in each["responses"] and operation not in (
+                    "GET /api/v1/events", "GET /api/v1/settings", PLACE, *CONTROL):
                 self.described(operation, 503, body={"PUT /api/v1/settings": '{"missed-logging": "0"}',
                                                      "PUT /api/v1/management/{key}": '{"value": "8"}'}.get(operation, GOOD.get(operation)))
         self.assertEqual(self.ask("GET", "/api/v1/contacts?number=1")[0], 503)
         # The journal responds as long as the API is served.
         self.assertEqual(self.seen, {(name, status) for name, each in operations.items() for status in each["responses"]
-                                     if status != "default"} - {("GET /api/v1/settings", "503")})
+                                     if status != "default"} - {("GET /api/v1/settings", "503"), (CONTROL[0], "204"), (CONTROL[1], "409"),
+                                                                    *((each, status) for each in (PLACE, *CONTROL) for status in ("501", "503"))})
 
     def test_a_stream_reports_every_change_and_goes_on_where_it_was_cut(self):
         simulator, address = self.simulate(CALLS, "--loop")

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "host/http/messages/HttpRequest.h"
+#include "host/http/messages/HttpResponse.h"
+
+namespace host {
+
+class CallControlIfc;
+class Dialling;
+class Phonebook;
+class Router;
+struct CallControlOutcome;
+struct LiveCallView;
+
+/// The live calls of the line: the list, and placing, answering and ending calls. Thread-safe.
+class LiveCallsResource {
+public:
+    /// All are borrowed and outlive the resource.
+    struct Sources {
+        CallControlIfc& calls;
+        const Dialling& dialling;
+        Phonebook& phonebook;
+    };
+
+    explicit LiveCallsResource(Sources sources) : m_sources(sources) {}
+
+    void addRoutes(Router& router);
+
+    /// {"calls": [...]}, as `GET /api/v1/live-calls` returns it.
+    [[nodiscard]] nlohmann::ordered_json list() const;
+
+private:
+    [[nodiscard]] HttpResponse place(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse answerCall(const HttpRequest& request) const;
+    [[nodiscard]] HttpResponse hangUp(const HttpRequest& request) const;
+    [[nodiscard]] nlohmann::ordered_json callJson(const LiveCallView& call) const;
+
+    const Sources m_sources;
+};
+
+}  // namespace host
