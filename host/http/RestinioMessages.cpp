@@ -22,6 +22,7 @@ const char* reasonOf(int status) {
     switch (status) {
         case 200: return "OK";
         case 201: return "Created";
+        case 202: return "Accepted";
         case 204: return "No Content";
         case 303: return "See Other";
         case 400: return "Bad Request";
@@ -33,6 +34,7 @@ const char* reasonOf(int status) {
         case 413: return "Content Too Large";
         case 415: return "Unsupported Media Type";
         case 422: return "Unprocessable Content";
+        case 501: return "Not Implemented";
         case 503: return "Service Unavailable";
         default: return "Internal Server Error";
     }

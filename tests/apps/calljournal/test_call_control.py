@@ -1,7 +1,7 @@
 """Calls that the journal places, answers and ends at a simulated switch, over HTTP and on the command line."""
 
+import http
 import json
-import threading
 import urllib.error
 import urllib.request
 
@@ -27,6 +27,7 @@ class CallControlTest(ProgramTest):
                 text = response.read()
                 return response.status, json.loads(text) if text else None
         except urllib.error.HTTPError as error:
+            self.assertEqual(error.reason, http.HTTPStatus(error.code).phrase.replace("Entity", "Content"))
             return error.code, json.load(error)["error"]
 
     def live(self):

@@ -44,7 +44,7 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
         api = { listen = "[::1]:9090", auth = "none" }
         data = { store = "sqlite" }
         management = { "software-type" = "Norlith SIP", anything-else = "x = y" }
-        digits = { region = "GB", feature-access-codes = ["*61", "#72"] }
+        digits = { region = "GB", feature-access-codes = ["*61", "#72"], outside-line = "0", dial = "international" }
         log = { level = "debug", file = "/var/log/calljournal.log" }
         [switch]
         host = "pbx.example.org"
@@ -71,7 +71,7 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
                            {"mac-addr", "00:00:00:00:00:00"},
                            {"software-type", "Norlith SIP"},
                            {"system-identifier", "0"}};
-    expected.digits = {"GB", {"*61", "#72"}};
+    expected.digits = {"GB", {"*61", "#72"}, "0", true};
     expected.log = {"debug", "/var/log/calljournal.log"};
     EXPECT_EQ(read, expected);
 }
@@ -161,6 +161,7 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [digits];region = "de"                       | 2: digits.region:      | two capital letters
         [digits];feature-access-codes = "*61"        | 2: digits.feature-access-codes: | a list of texts
         [digits];feature-access-codes = ["*61",; 62] | 3: digits.feature-access-codes: | quotation marks
+        [digits];outside-line = "zero"               | 2: digits.outside-line: | digits
         [digits];feature-access-codes = [""]         | 2: digits.feature-access-codes: | digits
     )")) {
         const std::string refusal = refusalOf(row[0]);

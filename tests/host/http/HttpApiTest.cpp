@@ -19,7 +19,9 @@
 #include <thread>
 #include <vector>
 
+#include "host/csta/call-control/CallControlIfc.h"
 #include "host/database/Database.h"
+#include "host/digits/Dialling.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
 #include "host/http/Metrics.h"
@@ -36,6 +38,15 @@ namespace {
 
 using Socket = asio::ip::tcp::socket;
 
+/// A line without a link.
+class NoCalls final : public host::CallControlIfc {
+public:
+    host::CallControlOutcome makeCall(const std::string& /*number*/) override { return {}; }
+    host::CallControlOutcome answerCall(const std::string& /*id*/) override { return {}; }
+    host::CallControlOutcome clearCall(const std::string& /*id*/) override { return {}; }
+    std::vector<host::LiveCallView> liveCalls() override { return {}; }
+};
+
 class HttpApiTest : public testing::Test {
 protected:
     /// Starts the API; later clients of `connect` are its clients.
@@ -45,8 +56,8 @@ protected:
         return endpoint;
     }
     host::HttpBackend backend() {
-        return {"2001",    m_journal, m_management, m_phonebook, *m_database, m_stored,
-                m_entries, m_metrics, {},           {},          {}};
+        return {"2001",    m_journal, m_management, m_phonebook, *m_database, m_stored, m_entries,
+                m_metrics, m_calls,   m_dialling,   {},          {},          {}};
     }
 
     /// A client that has sent this text.
@@ -91,6 +102,8 @@ protected:
         *m_database, "2001", {}, {}, [](const std::function<void()>& /*work*/) {}};
     host::StoredLists m_stored{*m_database, "2001"};
     host::StoredEntries m_entries{{m_journal, *m_database, "2001", nullptr, {}}};
+    NoCalls m_calls;
+    const host::Dialling m_dialling{{}};
     host::Metrics m_metrics{"2001"};
     asio::io_context m_io;
     asio::ip::tcp::endpoint m_address;
