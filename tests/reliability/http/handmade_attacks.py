@@ -75,8 +75,8 @@ def lines(target):
               .replace(b"Host", b"Connection: Upgrade, HTTP2-Settings\r\nHost"), (200, 400)) for kind in ("h2c", "websocket", "TLS/1.0")]
     rows += [("expectation", request("PUT", "/api/v1/settings", target.bearer, "Expect: 200-maybe", body="[]"), (400, 417, 422, CLOSED)),
              ("two hosts", request("GET", "/api/v1/status", target.bearer, "Host: evil.example"), REFUSED),
-             ("method in a header", request("POST", "/api/v1/calls", target.bearer, "X-HTTP-Method-Override: DELETE"), (405,)),
-             ("method in the query", request("POST", "/api/v1/calls?_method=DELETE&all=true", target.bearer), (405,))]
+             ("method in a header", request("POST", "/api/v1/calls/1", target.bearer, "X-HTTP-Method-Override: DELETE"), (405,)),
+             ("method in the query", request("POST", "/api/v1/calls/1?_method=DELETE", target.bearer), (405,))]
     return rows
 
 
