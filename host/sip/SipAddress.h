@@ -25,8 +25,8 @@ struct SipAddress {
 [[nodiscard]] std::optional<SipAddress> parseSipAddress(std::string_view text);
 
 /// The party of a call. A telephone number stands for itself, at any host. Any other user has its host,
-/// `ann@example.org`, so that it can be dialled. An address without a user, or with one that means "withheld",
-/// is an anonymous party.
+/// `ann@example.org`, so that it can be dialled. An address without a user, or with one that means
+/// "withheld", is an anonymous party.
 [[nodiscard]] SwitchParty partyOf(std::string_view uri, std::string_view name);
 
 /// The user of an address as a device id.

@@ -29,28 +29,37 @@ ctrl_tcp_listen 127.0.0.1:%d
 """
 
 
-def free_port(kind=socket.SOCK_STREAM):
-    with socket.socket(socket.AF_INET, kind) as held:
-        held.bind(("127.0.0.1", 0))
-        return held.getsockname()[1]
+def free_port():
+    """A port that is free for TCP and UDP, which baresip both needs."""
+    while True:
+        with socket.socket(socket.AF_INET, socket.SOCK_STREAM) as held, socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as other:
+            held.bind(("127.0.0.1", 0))
+            try:
+                other.bind(held.getsockname())
+            except OSError:
+                continue
+            return held.getsockname()[1]
 
 
 class SipPhone:
     """One telephone; ends with the test."""
 
     def __init__(self, test, name, settings=""):
-        self.name = name
-        self.port, self.control_port = free_port(socket.SOCK_DGRAM), free_port()
-        directory = tempfile.mkdtemp(prefix="phone")
-        test.addCleanup(shutil.rmtree, directory)
-        for file, text in (("config", CONFIG % (self.port, self.control_port, settings)), ("contacts", ""),
-                           ("accounts", "\"The %s\" <%s>;regint=0;answermode=manual\n" % (name, self.address))):
-            with open(os.path.join(directory, file), "w", encoding="utf-8") as target:
-                target.write(text)
-        self.process = subprocess.Popen(["baresip", "-f", directory], stdin=subprocess.DEVNULL,
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.name, self.settings = name, settings
+        self.directory = tempfile.mkdtemp(prefix="phone")
+        test.addCleanup(shutil.rmtree, self.directory)
+        self.control = self.process = None
         test.addCleanup(self.end)
-        self.control = None
+
+    def _start(self):
+        self.port, self.control_port = free_port(), free_port()
+        for file, text in (("config", CONFIG % (self.port, self.control_port, self.settings)), ("contacts", ""),
+                           ("accounts", "\"The %s\" <%s>;regint=0;answermode=manual\n" % (self.name, self.address))):
+            with open(os.path.join(self.directory, file), "w", encoding="utf-8") as target:
+                target.write(text)
+        self.started = time.monotonic()
+        self.process = subprocess.Popen(["baresip", "-f", self.directory], stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     @property
     def address(self):
@@ -64,10 +73,14 @@ class SipPhone:
     def connect(self):
         deadline = time.monotonic() + LIMIT
         while self.control is None:
+            assert time.monotonic() < deadline, "baresip does not open its control port"
+            # Another program may take a port meanwhile; without the control port the telephone runs on.
+            if self.process is None or self.process.poll() is not None or time.monotonic() - self.started > 4:
+                self.end()
+                self._start()
             try:
                 self.control = socket.create_connection(("127.0.0.1", self.control_port), LIMIT)
             except OSError:
-                assert time.monotonic() < deadline, "baresip does not open its control port"
                 threading.Event().wait(0.02)
         self.messages = queue.Queue()
         threading.Thread(target=self._read, daemon=True).start()
@@ -106,7 +119,7 @@ class SipPhone:
 
     def end(self):
         self.disconnect()
-        if self.process.poll() is None:
+        if self.process is not None and self.process.poll() is None:
             self.process.send_signal(signal.SIGTERM)
             try:
                 self.process.wait(5)

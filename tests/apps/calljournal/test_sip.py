@@ -2,7 +2,6 @@
 
 import os
 import signal
-import socket
 import stat
 import subprocess
 import threading
@@ -15,7 +14,7 @@ LISTS = ("missed", "received", "dialled")
 
 class SipTest(ProgramTest):
     def account(self, *lines):
-        self.port = free_port(socket.SOCK_DGRAM)
+        self.port = free_port()
         self.address = "sip:alice@127.0.0.1:%d" % self.port
         return self.file("account.toml", "[sip]\naccount = \"%s\"\nregister = false\nlisten = \"127.0.0.1:%d\"\n%s\n" %
                          (self.address, self.port, "\n".join(lines)))
@@ -181,10 +180,10 @@ class SipTest(ProgramTest):
         self.is_filed(server, ["received bob talked~"])
 
     def test_a_running_telephone_keeps_its_call_while_the_gateway_is_replaced(self):
-        own = SipPhone(self, "alice")
+        own = self.phone("alice")
+        own.disconnect()  # it takes one client
         self.address = own.address
         options = ("--baresip", "127.0.0.1:%d" % own.control_port, "--listen")
-        own.connect().disconnect()  # it has one client
         gateway = self.gateway(own.address, *options, "127.0.0.1:0")
         self.control = CallController(self, gateway.address, "alice")
         server = self.serve_at(gateway)

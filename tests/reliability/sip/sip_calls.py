@@ -7,7 +7,6 @@ import random
 import re
 import shutil
 import signal
-import socket
 import subprocess
 import tempfile
 import threading
@@ -30,7 +29,7 @@ class Journal(contextlib.ExitStack):
         self.data = tempfile.mkdtemp(prefix="cj")
         self.callback(shutil.rmtree, self.data, ignore_errors=True)
         self.addCleanup = self.callback
-        port = free_port(socket.SOCK_DGRAM)
+        port = free_port()
         self.address = "sip:alice@127.0.0.1:%d" % port
         with open(os.path.join(self.data, "account.toml"), "w", encoding="ascii") as file:
             file.write("[sip]\naccount = \"%s\"\nregister = false\nlisten = \"127.0.0.1:%d\"\n" % (self.address, port))
