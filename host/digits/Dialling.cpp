@@ -16,11 +16,18 @@ bool beginsWith(std::string_view text, std::string_view scheme) {
                       [](char expected, char each) { return expected == (each | 0x20) || expected == each; });
 }
 
-bool isSipAddress(std::string_view text) {
+/// The text as a SIP address. A user with a host, as the lists show SIP parties, gets the scheme.
+std::optional<std::string> sipAddress(std::string_view text) {
     const bool hasScheme = beginsWith(text, "sip:") || beginsWith(text, "sips:");
-    return hasScheme && std::none_of(text.begin(), text.end(), [](char each) {
-               return static_cast<unsigned char>(each) <= ' ' || each == '<' || each == '>' || each == '"';
-           });
+    const std::size_t at = text.find('@');
+    const bool hasHost = at != std::string_view::npos && at > 0 && at + 1 < text.size();
+    const bool isValid = std::none_of(text.begin(), text.end(), [](char each) {
+        return static_cast<unsigned char>(each) <= ' ' || each == '<' || each == '>' || each == '"';
+    });
+    if (!isValid || (!hasScheme && !hasHost)) {
+        return std::nullopt;
+    }
+    return (hasScheme ? "" : "sip:") + std::string(text);
 }
 
 Dialling::Rules dialled(Dialling::Rules rules) {
@@ -36,8 +43,9 @@ std::optional<Dialling::Target> Dialling::target(std::string_view text) const {
     if (text.size() > limits::kNumberBytes) {
         return std::nullopt;
     }
-    if (isSipAddress(text)) {
-        return Target{std::string(text), reachesEmergencyService(parseDeviceText(text).number)};
+    if (std::optional<std::string> address = sipAddress(text)) {
+        const bool isEmergency = reachesEmergencyService(parseDeviceText(*address).number);
+        return Target{std::move(*address), isEmergency};
     }
     if (beginsWith(text, "tel:")) {
         text.remove_prefix(4);

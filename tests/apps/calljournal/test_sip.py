@@ -1,10 +1,12 @@
 """The journal with real SIP telephones: its own behind the gateway, and others that call it and are called."""
 
+import json
 import os
 import signal
 import stat
 import subprocess
 import threading
+import urllib.request
 
 from harness import IMPATIENT, LIMIT, ENVIRONMENT, ProgramTest
 from sip_phone import CallController, SipPhone, free_port
@@ -128,6 +130,42 @@ class SipTest(ProgramTest):
         expected.append("dialled absent")
         self.is_filed(server, sorted(expected))
         self.assertIn("invalidCalledDeviceID", self.control.make("not a number"))
+
+    def test_a_missed_call_is_called_back_and_others_controlled_over_http(self):
+        server = self.serve_sip()
+        self.control = CallController(self, server.switch, "alice")
+        phone = self.phone("bob")
+        self.rings_from(phone)
+        self.await_value([("incoming", "ringing", phone.number)], lambda: self.live(server))
+        phone.command("hangup")
+        self.is_filed(server, ["missed bob"])
+
+        with self.open(server, "calls", "POST", {"number": self.get(server, "lists/missed")["items"][0]["number"]}) as response:
+            call = json.load(response)["callId"]
+        phone.reports("CALL_INCOMING")
+        phone.command("accept")
+        self.await_value([("outgoing", "connected", phone.number)], lambda: self.live(server))
+        threading.Event().wait(1.1)
+        self.open(server, "live-calls/" + call, "DELETE").close()
+        self.await_value(["dialled bob talked", "missed bob"], lambda: self.filed(server))
+
+        other = self.phone("ann")
+        self.rings_from(other)
+        self.await_value(1, lambda: len(self.live(server)))
+        call = self.get(server, "live-calls")["calls"][0]["callId"]
+        self.open(server, "live-calls/%s/answer" % call, "POST").close()
+        other.reports("CALL_ESTABLISHED")
+        self.open(server, "live-calls/" + call, "DELETE").close()
+        self.await_value(3, lambda: len(self.filed(server)))
+
+    def live(self, server):
+        return [(call["direction"], call["state"], call["number"]) for call in self.get(server, "live-calls")["calls"]]
+
+    def open(self, server, path, method="GET", body=None):
+        request = urllib.request.Request("http://%s/api/v1/%s" % (server.http, path), method=method,
+                                         data=None if body is None else json.dumps(body).encode(),
+                                         headers={"Authorization": "Bearer " + server.token, "Content-Type": "application/json"})
+        return urllib.request.urlopen(request, timeout=LIMIT)
 
     def test_a_killed_telephone_is_replaced_and_its_call_filed_once(self):
         server = self.serve_sip()

@@ -25,15 +25,16 @@ TEST(Dialling, DialsAsTheNumberingPlanAndTheSwitchWant) {
         DE | 0 | national | 1234567                                       | 1234567
         XX |   | national | +4930123456                                   | +4930123456
         DE | 0 | national | sip:ann@example.org                           | sip:ann@example.org
+        DE | 0 | national | ann@example.org:5070                          | sip:ann@example.org:5070
         DE | 0 | national | SIPS:030-1@example.org                        | SIPS:030-1@example.org
         DE | 0 | national | 112; 1-1-2; tel:112                           | !112
         DE | 0 | national | 110                                           | !110
         DE | 0 | national | 0112                                          | !0112
         DE | 0 | national | *61112                                        | !*61112
-        DE | 0 | national | sip:112@example.org                           | !sip:112@example.org
+        DE | 0 | national | sip:112@example.org; 112@example.org          | !sip:112@example.org
         DE | 0 | national | 911                                           | 911
         US |   | national | 911                                           | !911
-        DE | 0 | national | ann; sip:; sip:a b@c; tel:; +; 030123456 4711x | -
+        DE | 0 | national | ann; ann@; @c; sip:; sip:a b@c; tel:; +; 4711x | -
         )")) {
         const Dialling dialling({.region = row[0],
                                  .featureAccessCodes = {"*61"},
