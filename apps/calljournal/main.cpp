@@ -3,7 +3,7 @@
 
 #include <csignal>
 
-#include "apps/calljournal/CommandLine.h"
+#include "apps/calljournal/command-line/CommandLine.h"
 #include "host/limits/UnusedMemory.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 #include <tuple>
 
-#include "apps/calljournal/ListTable.h"
-#include "apps/calljournal/WatchText.h"
+#include "apps/calljournal/output/ListTable.h"
+#include "apps/calljournal/output/WatchText.h"
 #include "platform/journal-library/JournalServiceHelper.h"
 
 namespace calljournal {

@@ -1,0 +1,116 @@
+#include "apps/calljournal/command-line/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/output/ErrorOutput.h"
+#include "apps/calljournal/output/OutputStatus.h"
+#include "apps/calljournal/output/UsageErrorText.h"
+#include "host/config/DataDirectory.h"
+#include "host/presentation/PlainText.h"
+
+namespace calljournal {
+namespace {
+
+struct Entry {
+    const char* name;
+    const char* help;
+    std::unique_ptr<Command> (*make)(CLI::App&);
+};
+
+constexpr std::array<Entry, 20> kEntries{{
+    {"serve", "run the call journal of a line", &makeServeCommand},
+    {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
+    {"sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
+    {"demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
+    {"list", "print a list of the running journal", &makeListCommand},
+    {"calls", "print the calls of the history of the running journal", &makeCallsCommand},
+    {"stats", "print statistics of the calls of the running journal", &makeStatsCommand},
+    {"show", "print an entry of the running journal with all its calls", &makeShowCommand},
+    {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
+    {"call", "place a call with the telephone of the line", &makeCallCommand},
+    {"answer", "answer the call that rings", &makeAnswerCallCommand},
+    {"hangup", "end a live call", &makeHangUpCommand},
+    {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
+    {"delete", "delete entries or calls of the running journal", &makeDeleteCommand},
+    {"export", "print calls of the running journal as a file for other programs", &makeExportCommand},
+    {"import", "store the calls of a file in the history of the running journal", &makeImportCommand},
+    {"backup", "copy the journal to a file, also while it runs", &makeBackupCommand},
+    {"restore", "replace the journal by a file that backup wrote", &makeRestoreCommand},
+    {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
+    {"settings", "print or change the settings of the running journal and its phone", &makeSettingsCommand},
+}};
+
+std::string programName(const char* calledAs) {
+    const std::string name = calledAs != nullptr ? calledAs : "";
+    return name.find('/') == std::string::npos ? "calljournal" : name;
+}
+
+using Commands = std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>>;
+
+Commands addCommands(CLI::App& app, CommonOptions& common) {
+    Commands commands;
+    for (const Entry& entry : kEntries) {
+        CLI::App* const sub = app.add_subcommand(entry.name, entry.help);
+        commands.emplace_back(sub, entry.make(*sub));
+        sub->add_option(
+               "--data", common.data,
+               "directory of the journal [$XDG_STATE_HOME/calljournal, or ~/.local/state/calljournal]")
+            ->type_name("DIR");
+    }
+    return commands;
+}
+
+int runChosen(const Commands& commands, const CommonOptions& common) {
+    for (const auto& [app, command] : commands) {
+        if (app->parsed()) {
+            return command->run(common);
+        }
+    }
+    return eWrongUsage;
+}
+
+}  // namespace
+
+std::filesystem::path CommonOptions::dataDirectory() const {
+    return data.empty() ? host::defaultDataDirectory() : std::filesystem::path(data);
+}
+
+std::string CommonOptions::commandForUser(const std::string& command) const {
+    return program + " " + command + (data.empty() ? std::string() : " --data " + host::printable(data));
+}
+
+int runCommandLine(int argc, char** argv) {
+    CLI::App app("The call journal of a telephone line: calls received, dialled, missed and forwarded.",
+                 "calljournal");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
+    CommonOptions common;
+    common.program = programName(argc > 0 ? argv[0] : nullptr);
+    const Commands commands = addCommands(app, common);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) {
+            static_cast<void>(app.exit(error));  // prints the help or the version
+            return statusOfOutput();
+        }
+        std::cerr << host::printable(usageErrorText(app, error)) << std::endl;
+        return eWrongUsage;
+    }
+    try {
+        return runChosen(commands, common);
+    } catch (const std::exception& error) {
+        printError(host::printable(error.what()));
+        return eFailed;
+    }
+}
+
+}  // namespace calljournal

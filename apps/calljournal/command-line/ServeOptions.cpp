@@ -1,0 +1,77 @@
+#include "apps/calljournal/command-line/ServeOptions.h"
+
+#include <CLI/CLI.hpp>
+
+#include "apps/calljournal/command-line/EndpointOption.h"
+#include "host/config/ConfigurationReader.h"
+#include "host/config/Endpoint.h"
+#include "host/log/Log.h"
+#include "host/management/SettingRules.h"
+#include "platform/logging/Logging.h"
+
+namespace calljournal {
+namespace {
+
+std::string checkKeyAndValue(const std::string& text) {
+    const std::size_t equals = text.find('=');
+    return equals == std::string::npos || equals == 0 ? text + " is not KEY=VALUE" : std::string();
+}
+
+/// Throws `ConfigurationError` for an invalid value. Logs a warning for a key that is not read, which may be
+/// misspelt.
+void check(const host::Configuration::Keys& keys) {
+    for (const auto& [key, value] : keys) {
+        if (!host::isAccepted(key, value)) {
+            std::string text = "--set " + key;
+            text += '=' + value;
+            text += ": must be ";
+            text += host::acceptedValues(key);
+            throw host::ConfigurationError(text);
+        }
+        if (!host::isUsedByJournal(key)) {
+            logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
+                      "the setting %s is not used; is it misspelt?", key.c_str());
+        }
+    }
+}
+
+}  // namespace
+
+void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
+    app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
+    addListenOption(app, "--listen", m_listen,
+                    "the address of the page and the API; overrides the file [127.0.0.1:8080]");
+    if (withSwitch) {
+        addPeerOption(app, "--switch", m_switch,
+                      "the address of the switch; overrides the file [127.0.0.1:4242]");
+    }
+    app.add_option("--set", m_keys, "the value of a management key; overrides the file and the stored value")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false)
+        ->check(checkKeyAndValue);
+}
+
+host::Configuration ServeOptions::configure(const std::string& logLevel) const {
+    host::Configuration configuration;
+    configuration.log.level = logLevel;
+    if (!m_file.empty()) {
+        configuration = host::loadConfiguration(m_file);
+    }
+    if (!m_listen.empty()) {
+        configuration.api.listen = host::parseEndpoint(m_listen).value();
+    }
+    if (!m_switch.empty()) {
+        const host::Endpoint endpoint = host::parseEndpoint(m_switch).value();
+        configuration.callSwitch.host = endpoint.host;
+        configuration.callSwitch.port = endpoint.port;
+    }
+    for (const std::string& each : m_keys) {
+        configuration.set(each);
+    }
+    host::Log::configure(configuration.log.level, configuration.log.file);
+    check(configuration.management);
+    check(configuration.managementOverrides);
+    return configuration;
+}
+
+}  // namespace calljournal

@@ -1,0 +1,79 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/ServeOptions.h"
+#include "apps/calljournal/command-line/SipOptions.h"
+#include "apps/calljournal/server/JournalServer.h"
+#include "apps/calljournal/server/StopSignal.h"
+#include "host/config/Endpoint.h"
+#include "host/presentation/PlainText.h"
+#include "host/sip/SipGateway.h"
+
+namespace calljournal {
+namespace {
+
+class ServeCommand final : public Command {
+public:
+    explicit ServeCommand(CLI::App& app) {
+        m_options.addTo(app, true);
+        app.add_option("--sip", m_account, "run a SIP gateway with this account too; its line is the user")
+            ->type_name("FILE")
+            ->excludes("--switch");
+    }
+
+    int run(const CommonOptions& common) override {
+        const StopSignal stop;
+        host::Configuration configuration = m_options.configure();
+        const auto directory = common.dataDirectory();
+        const auto socket = JournalServer::claim(directory);
+        const std::unique_ptr<host::SipGateway> gateway = startGatewayFor(configuration, common);
+        JournalServer server(configuration, directory, *socket);
+        server.start();
+        std::cout << "calljournal serves line " << configuration.lines.front().device << " of the switch at "
+                  << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
+                  << "; socket " << host::printable(socket->path().string()) << "; page and API "
+                  << server.httpAddress().text() << std::endl;
+        static_cast<void>(stop.wait());
+        std::cout << "calljournal ends" << std::endl;
+        if (gateway) {
+            // First, so that the journal files the calls that this ends.
+            gateway->stop();
+        }
+        return server.end();
+    }
+
+private:
+    /// The gateway of `--sip`, which the configuration then has as its switch; otherwise nullptr.
+    [[nodiscard]] std::unique_ptr<host::SipGateway> startGatewayFor(host::Configuration& configuration,
+                                                                    const CommonOptions& common) const {
+        if (m_account.empty()) {
+            return nullptr;
+        }
+        const host::Endpoint listen{"127.0.0.1", 0};
+        auto gateway = std::make_unique<host::SipGateway>(
+            host::SipGatewayOptions{.account = host::loadSipAccount(m_account),
+                                    .directory = sipDirectory(common),
+                                    .listen = listen,
+                                    .edition = configuration.callSwitch.edition});
+        startGateway(*gateway, listen);
+        configuration.callSwitch.host = gateway->endpoint().host;
+        configuration.callSwitch.port = gateway->endpoint().port;
+        configuration.lines.front().device = gateway->device();
+        return gateway;
+    }
+
+    ServeOptions m_options;
+    std::string m_account;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeServeCommand(CLI::App& app) {
+    return std::make_unique<ServeCommand>(app);
+}
+
+}  // namespace calljournal

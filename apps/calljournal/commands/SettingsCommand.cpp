@@ -1,0 +1,117 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <vector>
+
+#include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/output/JsonText.h"
+#include "apps/calljournal/output/OutputStatus.h"
+#include "apps/calljournal/output/TerminalWidth.h"
+#include "apps/calljournal/output/TextTable.h"
+#include "host/api-client/ApiClient.h"
+#include "host/presentation/ItemJson.h"
+#include "host/presentation/PlainText.h"
+
+namespace calljournal {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// One text line for each setting, with its kind; printable, and cut to `width` columns.
+std::string settingsTable(const Json& settings, std::size_t width) {
+    std::vector<TableRow> rows;
+    rows.reserve(settings.size());
+    for (const Json& setting : settings) {
+        rows.push_back({false, {textIn(setting, "key"), textIn(setting, "of"), textIn(setting, "value")}});
+    }
+    return tableText({"SETTING", "OF", "VALUE"}, rows, {width, {2}});
+}
+
+/// {"KEY":"VALUE",...}, without the keys that have no value.
+std::string settingsJson(const Json& settings) {
+    Json json = Json::object();
+    for (const Json& setting : settings) {
+        if (!setting["value"].is_null()) {
+            json[textIn(setting, "key")] = setting["value"];
+        }
+    }
+    return host::jsonText(json);
+}
+
+class SettingsCommand final : public Command {
+public:
+    explicit SettingsCommand(CLI::App& app) {
+        app.add_option("key", m_key, "the setting to read or change; without it, all are printed")
+            ->type_name("KEY");
+        m_valueOption = app.add_option("value", m_value, "the new value")->type_name("VALUE");
+        app.add_flag("--json", m_json, "print one JSON object");
+    }
+
+    int run(const CommonOptions& common) override {
+        host::ApiClient client(common.dataDirectory());
+        if (m_key.empty()) {
+            const Json settings = client.get({"management"})["settings"];
+            std::cout << (m_json ? settingsJson(settings) + "\n" : settingsTable(settings, terminalWidth()));
+        } else {
+            print(valueOf(client, common), common);
+        }
+        return statusOfOutput();
+    }
+
+private:
+    [[nodiscard]] bool changes() const { return m_valueOption->count() > 0; }
+
+    /// Returns the value of the key after the change, if there is one; null if it has none.
+    [[nodiscard]] Json valueOf(host::ApiClient& client, const CommonOptions& common) const {
+        const host::ApiClient::Path path{"management", m_key};
+        try {
+            return (changes() ? client.put(path, {{"value", m_value}}) : client.get(path))["value"];
+        } catch (const host::ApiError& error) {
+            refuse(error, common);
+        }
+    }
+
+    [[noreturn]] void refuse(const host::ApiError& error, const CommonOptions& common) const {
+        const auto rejected = error.body().find("rejected");
+        if (error.status() == 404) {
+            throw std::runtime_error(std::string(error.what()) + "; `" + common.commandForUser("settings") +
+                                     "` prints all settings");
+        }
+        if (rejected == error.body().end()) {
+            throw error;
+        }
+        if (m_json) {
+            std::cout << host::jsonText({{"rejected", *rejected}}) << std::endl;
+        }
+        throw std::runtime_error(host::printable(textIn((*rejected)[m_key], "text")));
+    }
+
+    void print(const Json& value, const CommonOptions& common) const {
+        const std::string key = host::printable(m_key);
+        if (value.is_null()) {
+            throw std::runtime_error(key + " has no value; `" +
+                                     common.commandForUser("settings " + m_key + " VALUE") + "` sets one");
+        }
+        const std::string text = host::printable(value.get<std::string>());
+        if (m_json) {
+            std::cout << host::jsonText({{m_key, value}}) << "\n";
+        } else {
+            std::cout << (changes() ? key + " is set to " + host::printable(m_value) : text) << "\n";
+        }
+    }
+
+    std::string m_key;
+    std::string m_value;
+    CLI::Option* m_valueOption = nullptr;
+    bool m_json = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeSettingsCommand(CLI::App& app) {
+    return std::make_unique<SettingsCommand>(app);
+}
+
+}  // namespace calljournal

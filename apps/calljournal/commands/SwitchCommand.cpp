@@ -1,0 +1,110 @@
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <stdexcept>
+#include <vector>
+
+#include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/EndpointOption.h"
+#include "apps/calljournal/command-line/ResponseModeOption.h"
+#include "apps/calljournal/server/StopSignal.h"
+#include "host/config/Endpoint.h"
+#include "host/log/Log.h"
+#include "host/switch/scenario/DemoScenario.h"
+#include "host/switch/scenario/ScenarioError.h"
+#include "host/switch/scenario/ScenarioParser.h"
+#include "host/switch/server/SwitchSimulator.h"
+
+namespace calljournal {
+namespace {
+
+class SwitchCommand final : public Command {
+public:
+    explicit SwitchCommand(CLI::App& app) {
+        addListenOption(app, "--listen", m_listen,
+                        "the address that clients connect to; port 0 selects a free port [127.0.0.1:4242]");
+        app.add_option("--scenario", m_scenario, "the calls to play [those of the demo]")->type_name("FILE");
+        app.add_flag("--loop", m_loop, "repeat the scenario");
+        app.add_option("--rate", m_rate, "scale the waits to this many calls per second")
+            ->type_name("CALLS_PER_S")
+            ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
+                return CLI::PositiveNumber(text).empty() ? std::string() : text + " is not a number above 0";
+            }));
+        app.add_flag("--call-log", m_callLog,
+                     "store a call log as a switch does, and report it to the phones");
+        app.add_flag("--echo-deletions", m_echoDeletions,
+                     "report a deletion in the call log to the phone that requested it, too");
+        addResponseModeOption(app, m_responseModes);
+        app.add_option("--callee", m_callee,
+                       "the party of each call that a client places: takes, rings or busy [takes]")
+            ->type_name("HOW")
+            ->transform(CLI::CheckedTransformer(
+                std::map<std::string, host::Callee>{{"takes", host::Callee::eTakesCall},
+                                                    {"rings", host::Callee::eRings},
+                                                    {"busy", host::Callee::eBusy}}));
+        app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
+    }
+
+    // The first text line of the output contains the listening address, for a parent process that starts it
+    // with port 0.
+    int run(const CommonOptions& /*common*/) override {
+        const StopSignal stop;
+        if (m_logMessages) {
+            host::Log::configure("debug", "");
+        }
+        const host::Scenario scenario = m_scenario.empty()
+                                            ? host::parseScenario(host::demoScenarioText(), "demo")
+                                            : host::loadScenario(m_scenario);
+        const host::Endpoint listen = host::parseEndpoint(m_listen).value();
+        host::SwitchSimulator simulator({.address = listen.host,
+                                         .port = listen.port,
+                                         .callLog = m_callLog,
+                                         .echoDeletions = m_echoDeletions,
+                                         .callee = m_callee});
+        listenWith(simulator, listen);
+        for (const auto& [request, mode] : readResponseMode(m_responseModes)) {
+            simulator.setResponseMode(request, mode);
+        }
+        std::cout << "switch listens on " << host::Endpoint{listen.host, simulator.port()}.text()
+                  << std::endl;
+        simulator.run(
+            scenario,
+            {.loop = m_loop,
+             .rate = m_rate,
+             .print = [](const std::string& text) { std::cout << text << std::flush; },
+             .finished = [] { std::cout << "scenario is over; Ctrl-C ends the switch" << std::endl; }});
+        static_cast<void>(stop.wait());
+        simulator.stop();
+        return eDone;
+    }
+
+private:
+    static void listenWith(host::SwitchSimulator& simulator, const host::Endpoint& listen) {
+        try {
+            simulator.start();
+        } catch (const std::exception& error) {
+            throw std::runtime_error("cannot listen on " + listen.text() + ": " + error.what() +
+                                     "; choose another address with --listen");
+        }
+    }
+
+    std::string m_listen = "127.0.0.1:4242";
+    std::string m_scenario;
+    std::vector<std::string> m_responseModes;
+    bool m_logMessages = false;
+    bool m_loop = false;
+    bool m_callLog = false;
+    bool m_echoDeletions = false;
+    host::Callee m_callee = host::Callee::eTakesCall;
+    double m_rate = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeSwitchCommand(CLI::App& app) {
+    return std::make_unique<SwitchCommand>(app);
+}
+
+}  // namespace calljournal

@@ -1,0 +1,51 @@
+#include "apps/calljournal/server/StopSignal.h"
+
+#include <poll.h>
+#include <sys/signalfd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+
+namespace calljournal {
+namespace {
+
+sigset_t stopSignals() noexcept {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    return signals;
+}
+
+}  // namespace
+
+StopSignal::StopSignal() {
+    const sigset_t signals = stopSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    m_descriptor = host::FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+    if (!m_descriptor.isOpen()) {
+        throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
+    }
+}
+
+bool StopSignal::wait(int other) const {
+    std::array<pollfd, 2> waits{{{m_descriptor.get(), POLLIN, 0}, {other, POLLIN, 0}}};
+    while (::poll(waits.data(), waits.size(), -1) < 0 && errno == EINTR) {}
+    return waits[0].revents != 0;
+}
+
+bool StopSignal::hasCome() const {
+    pollfd signal{m_descriptor.get(), POLLIN, 0};
+    return ::poll(&signal, 1, 0) > 0;
+}
+
+void StopSignal::restoreInChild() noexcept {
+    const sigset_t signals = stopSignals();
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_DFL);
+}
+
+}  // namespace calljournal
