@@ -63,7 +63,10 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
         sub->add_option(
                "--data", common.data,
                "directory of the journal [$XDG_STATE_HOME/calljournal, or ~/.local/state/calljournal]")
-            ->type_name("DIR");
+            ->type_name("DIR")
+            ->check([](const std::string& directory) {
+                return directory.empty() ? "the directory has no name" : std::string();
+            });
     }
     return commands;
 }

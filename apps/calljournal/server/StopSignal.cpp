@@ -14,6 +14,7 @@ namespace {
 sigset_t stopSignals() noexcept {
     sigset_t signals;
     sigemptyset(&signals);
+    sigaddset(&signals, SIGHUP);  // a terminal that is closed
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
     return signals;
