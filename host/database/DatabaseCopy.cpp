@@ -109,7 +109,8 @@ void check(SQLite::Database& copy, const std::string& source) {
                             std::to_string(version) + ", this program knows " +
                             std::to_string(Schema::version()) + "); use that version");
     }
-    // With the indexes, which the start does not compare with their tables: a copy must not replace a good one.
+    // With the indexes, which the start does not compare with their tables: a damaged copy must not replace a
+    // good one.
     if (const std::string finding = copy.execAndGet("PRAGMA integrity_check(1)").getString();
         finding != "ok") {
         throw DatabaseError(source + " is damaged: " + finding);

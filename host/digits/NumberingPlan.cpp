@@ -115,7 +115,11 @@ std::string NumberingPlan::dialledFrom(const std::string& international) const {
 
 bool NumberingPlan::isEmergencyNumber(const std::string& dialled) const {
     static const i18n::phonenumbers::ShortNumberInfo shortNumbers;
-    return m_supported && shortNumbers.IsEmergencyNumber(dialled, m_region);
+    if (!m_supported) {
+        const std::string digits = digitsOf(dialled);
+        return digits == "112" || digits == "911";
+    }
+    return shortNumbers.IsEmergencyNumber(dialled, m_region);
 }
 
 }  // namespace host

@@ -36,7 +36,8 @@ public:
     /// country has no single prefix for it.
     [[nodiscard]] std::string dialledFrom(const std::string& international) const;
 
-    /// True for an emergency number of the country, exactly as dialled. The first call of a process takes
+    /// True for an emergency number of the country, exactly as dialled; for 112 and 911 if the country is not
+    /// known. The first call of a process takes
     /// some milliseconds.
     [[nodiscard]] bool isEmergencyNumber(const std::string& dialled) const;
 

@@ -57,6 +57,12 @@ void readAddress(TomlSection& section, SipAccount& account) {
     if (!address) {
         section.refuse("account", "must be a SIP address, such as \"sip:alice@example.org\"");
     }
+    if (hasPassword(account.uri)) {
+        section.refuse("account", "must have no password, which is for password-file");
+    }
+    if (!isWritable(address->user, ";\"<> ")) {
+        section.refuse("account", "the user must have no blank, quotation mark, \";\", \"<\" or \">\"");
+    }
     account.address = *address;
 }
 

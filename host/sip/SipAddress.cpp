@@ -43,6 +43,11 @@ bool isWithheld(const std::string& user) {
 
 }  // namespace
 
+bool hasPassword(std::string_view text) noexcept {
+    const std::string_view user = text.substr(0, text.find('@'));
+    return std::count(user.begin(), user.end(), ':') > 1;
+}
+
 std::optional<SipAddress> parseSipAddress(std::string_view text) {
     SipAddress address;
     const std::size_t colon = text.find(':');

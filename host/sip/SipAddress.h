@@ -21,6 +21,9 @@ struct SipAddress {
     [[nodiscard]] bool operator==(const SipAddress&) const = default;
 };
 
+/// True if the text before the "@" is USER:PASSWORD after the scheme.
+[[nodiscard]] bool hasPassword(std::string_view text) noexcept;
+
 /// Returns `std::nullopt` if the text is no sip: or sips: address with a user and a host.
 [[nodiscard]] std::optional<SipAddress> parseSipAddress(std::string_view text);
 

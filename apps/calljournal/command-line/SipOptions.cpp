@@ -10,6 +10,9 @@ namespace calljournal {
 
 host::SipAccount readAccount(const std::string& account, const std::string& baresip) {
     const std::optional<host::SipAddress> address = host::parseSipAddress(account);
+    if (address && host::hasPassword(account)) {
+        throw host::ConfigurationError("the address must have no password: other users can read the command");
+    }
     if (address && baresip.empty()) {
         throw host::ConfigurationError(account + ": an address without a file needs --baresip HOST:PORT");
     }

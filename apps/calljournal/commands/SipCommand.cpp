@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
+#include <asio/ip/address.hpp>
 #include <iostream>
 #include <stdexcept>
+#include <system_error>
 
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
@@ -35,6 +37,12 @@ public:
         const StopSignal stop;
         host::Log::configure(m_logLevel, "");
         const host::Endpoint listen = host::parseEndpoint(m_listen).value();
+        std::error_code error;
+        if (const auto address = asio::ip::make_address(listen.host, error);
+            error || !address.is_loopback()) {
+            throw host::ConfigurationError(
+                "--listen must be a loopback address, 127.0.0.1 or ::1: who connects needs no password");
+        }
         host::SipGateway gateway({.account = readAccount(m_account, m_baresip),
                                   .directory = sipDirectory(common),
                                   .listen = listen});

@@ -4,8 +4,8 @@
 
 namespace calljournal {
 
-/// Turns SIGHUP, SIGINT and SIGTERM into a descriptor that a thread can wait for. Ignores SIGPIPE, so that a closed
-/// output is a failed write.
+/// Turns SIGHUP, SIGINT and SIGTERM into a descriptor that a thread can wait for. Ignores SIGPIPE, so that a
+/// closed output is a failed write.
 ///
 /// Construct once in a process, on the main thread, before any other thread is started: threads inherit the
 /// blocked signals.
