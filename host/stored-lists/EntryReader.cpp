@@ -25,6 +25,23 @@ EntryReader::EntryReader(Database::Session& session, const std::string& line, Di
       m_contacts(session, line, digits),
       m_hasContacts(hasContacts(session, line)) {}
 
+template <typename Item>
+std::optional<EntryReader::Json> EntryReader::entryOfRow(std::int64_t id) {
+    Item item;
+    if (!m_rows.findWithNewest(id, item)) {
+        return std::nullopt;
+    }
+    Json json = itemJson(item);
+    Query calls = m_session.query("SELECT calls FROM call_item WHERE id = ?");
+    json["calls"] = calls.bind(id).next() ? calls.number() : 0;
+    const std::string contact = contactName(json["number"].get<std::string>());
+    if (!contact.empty()) {
+        json["displayName"] = contact;
+    }
+    markApproximateEnds(id, json["occurrences"]);
+    return json;
+}
+
 std::optional<EntryReader::Json> EntryReader::entry(ListName list, std::int64_t id) {
     return withItemOf(list, [&]<typename Item>() -> std::optional<Json> {
         if constexpr (std::is_same_v<Item, CallBackItem>) {
@@ -44,23 +61,6 @@ EntryReader::Json EntryReader::entryOf(ListName list, const std::string& id) {
     }
     const auto row = m_rows.idOf(list, id);
     return row ? entry(list, *row).value_or(Json()) : Json();
-}
-
-template <typename Item>
-std::optional<EntryReader::Json> EntryReader::entryOfRow(std::int64_t id) {
-    Item item;
-    if (!m_rows.findWithNewest(id, item)) {
-        return std::nullopt;
-    }
-    Json json = itemJson(item);
-    Query calls = m_session.query("SELECT calls FROM call_item WHERE id = ?");
-    json["calls"] = calls.bind(id).next() ? calls.number() : 0;
-    const std::string contact = contactName(json["number"].get<std::string>());
-    if (!contact.empty()) {
-        json["displayName"] = contact;
-    }
-    markApproximateEnds(id, json["occurrences"]);
-    return json;
 }
 
 std::string EntryReader::contactName(const std::string& number) {
