@@ -57,6 +57,23 @@ void reap(pid_t id, std::chrono::milliseconds limit) {
     }
 }
 
+/// Without what selects colours: ESC [ up to a letter.
+std::string withoutTerminalCodes(std::string_view line) {
+    constexpr std::string_view kBegin = "\x1b[";
+    std::string text;
+    while (!line.empty()) {
+        if (line.starts_with(kBegin)) {
+            line.remove_prefix(kBegin.size());
+            const std::size_t letter = line.find_first_not_of("0123456789;");
+            line.remove_prefix(letter == std::string_view::npos ? line.size() : letter + 1);
+        } else {
+            text += line.front();
+            line.remove_prefix(1);
+        }
+    }
+    return text;
+}
+
 }  // namespace
 
 std::filesystem::path findBaresip() {
@@ -107,18 +124,33 @@ struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
     }
 
     void endLine() {
-        if (!line.empty()) {
-            logAppUni(kComponent, __FILE_NAME__, 6, __LINE__, "baresip: %s", line.c_str());
-            lastLine = line;
+        const std::string text = withoutTerminalCodes(line);
+        if (!text.empty()) {
+            logAppUni(kComponent, __FILE_NAME__, 6, __LINE__, "baresip: %s", text.c_str());
+            note(text, line.find("\x1b[31m") != std::string::npos);
         }
         line.clear();
+    }
+
+    /// baresip prints its errors in red. The first of those before the end is the cause of the others.
+    void note(const std::string& text, bool isError) {
+        constexpr std::string_view kStop = "ua: stop all";  // before each end
+        if (text.starts_with(kStop)) {
+            return;
+        }
+        if (!isError || !hasError) {
+            lastLine = text;
+        }
+        hasError = isError;
     }
 
     asio::posix::stream_descriptor stream;
     std::function<void(const std::string&)> ended;
     std::array<char, 4096> bytes{};
     std::string line;
+    /// The line of the output that tells best why the process ends.
     std::string lastLine;
+    bool hasError = false;
 };
 
 PhoneProcess::PhoneProcess(asio::io_context& io, const std::filesystem::path& program,

@@ -96,6 +96,9 @@ SipAccount readSection(TomlSection& section, const std::filesystem::path& file) 
     readWritable(section, "auth-user", account.authUser, ";\"<> ");
     readWritable(section, "outbound", account.outbound, "\"<> ");
     readWritable(section, "listen", account.listen, " ");
+    if (!account.listen.empty() && !parseEndpoint(account.listen)) {
+        section.refuse("listen", "must be ADDRESS:PORT, such as \"192.0.2.7:5060\"");
+    }
     section.read("register", account.registers);
     readAudio(section, account.audio);
     readBaresip(section, account.baresip);
