@@ -1,8 +1,10 @@
 """Real SIP telephones for the tests: baresip on loopback, without sound, driven over its control port."""
 
+import contextlib
 import json
 import os
 import queue
+import random
 import re
 import shutil
 import signal
@@ -30,15 +32,20 @@ ctrl_tcp_listen 127.0.0.1:%d
 
 
 def free_port():
-    """A port that is free for TCP and UDP, which baresip both needs."""
+    """A port that is free for TCP and UDP, as the one after it: baresip needs the four.
+
+    Not one that the system gives to other programs, which could take it before baresip does.
+    """
     while True:
-        with socket.socket(socket.AF_INET, socket.SOCK_STREAM) as held, socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as other:
-            held.bind(("127.0.0.1", 0))
-            try:
-                other.bind(held.getsockname())
-            except OSError:
-                continue
-            return held.getsockname()[1]
+        port = random.randrange(10000, 32000, 2)
+        try:
+            with contextlib.ExitStack() as opened:
+                for kind in (socket.SOCK_STREAM, socket.SOCK_DGRAM):
+                    for each in (port, port + 1):
+                        opened.enter_context(socket.socket(socket.AF_INET, kind)).bind(("127.0.0.1", each))
+            return port
+        except OSError:
+            pass
 
 
 class SipPhone:

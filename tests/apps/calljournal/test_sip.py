@@ -260,11 +260,15 @@ class SipTest(ProgramTest):
         self.assertEqual(done.returncode, 1)
         self.assertIn("apt-get install --no-install-recommends baresip-core", done.stderr)
 
-    @staticmethod
-    def child_of(program):
-        with open("/proc/%d/task/%d/children" % ((program.process.pid,) * 2), encoding="ascii") as file:
-            children = file.read().split()
-        for task in os.listdir("/proc/%d/task" % program.process.pid):
-            with open("/proc/%d/task/%s/children" % (program.process.pid, task), encoding="ascii") as file:
-                children += file.read().split()
+    def child_of(self, program):
+        """The telephone; one that ends at its start, since a port is taken, is started again."""
+        children = []
+
+        def read():
+            for task in os.listdir("/proc/%d/task" % program.process.pid):
+                with open("/proc/%d/task/%s/children" % (program.process.pid, task), encoding="ascii") as file:
+                    children.extend(file.read().split())
+            return children != []
+
+        self.await_value(True, read)
         return int(children[0])
