@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/data/CallPlace.h"
 #include "host/data/CallStart.h"
 #include "host/data/OccurrenceColumns.h"
 #include "platform/csta/CallLogEntryEvent.h"
@@ -59,19 +60,6 @@ const std::string kSelectNewest = std::string(kSelect) + "WHERE item = ? ORDER B
 const std::string kSelectSome =
     std::string(kSelect) +
     "WHERE item = ? AND call.id IN (SELECT value FROM json_each(?)) ORDER BY item_order DESC";
-
-// The row of an occurrence that no entry lists: its call has left its entry, or is one of the older calls of
-// the entry. Compares the text of the time, since the begin of one in local time depends on the zone.
-// Without the name of the index SQLite reads all calls of the list.
-constexpr const char* kFindById = R"sql(
-SELECT call.id, start, part, listed = 0 AND list = ? AND number = ? AND time_and_date = ?
-FROM call INDEXED BY call_identity JOIN party ON party.id = call.party
-WHERE call_id <> '' AND call.line = ? AND call_id = ?
-)sql";
-constexpr const char* kFindOfItem = R"sql(
-SELECT call.id FROM call JOIN party ON party.id = call.party
-WHERE item = ? AND call_id = '' AND number = ? AND time_and_date = ? AND listed = 0
-)sql";
 
 using occurrence_columns::as;
 using occurrence_columns::bindFields;
@@ -211,7 +199,8 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
             ? 0
             : callStart(m_session, info.getTimeAndDate(),
                         timeFormat.getTimeFormat() == CallLogEntryEvent::eTimeLocal, m_context.phoneAhead);
-    const Place place = call.id != 0 ? Place{.id = call.id} : placeOf(info, list, item, start);
+    const CallPlace place = call.id != 0 ? CallPlace{.id = call.id}
+                                         : callPlace(m_session, m_context.line, info, list, item, start);
     const std::int64_t id = place.id;
     Query query = m_session.query(id != 0 ? kUpdate : kInsert);
     query.bind(item).bind(call.order);
@@ -237,43 +226,6 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
         query.bind(id);
     }
     query.run();
-}
-
-HistoryRows::Place HistoryRows::placeOf(const CallInfo& info, ListName list, std::int64_t item,
-                                        std::int64_t start) {
-    if (info.getCallId().empty()) {
-        Query rows = m_session.query(kFindOfItem);
-        rows.bind(item).bind(info.getNumber()).bind(info.getTimeAndDate());
-        return {.id = rows.next() ? rows.number() : 0};
-    }
-    std::optional<Place> place = placeById(info, list, start);
-    if (place) {
-        // An eviction that waits may leave the call without an entry.
-        m_session.makeDeferred();
-        place = placeById(info, list, start);
-    }
-    return place.value_or(Place());
-}
-
-std::optional<HistoryRows::Place> HistoryRows::placeById(const CallInfo& info, ListName list,
-                                                         std::int64_t start) {
-    Query rows = m_session.query(kFindById);
-    rows.bind(static_cast<std::int32_t>(list)).bind(info.getNumber()).bind(info.getTimeAndDate());
-    rows.bind(m_context.line).bind(info.getCallId());
-    std::optional<Place> place;
-    while (rows.next()) {
-        place = place.value_or(Place());
-        const std::int64_t id = rows.number();
-        const bool hasStart = rows.number() == start;
-        const std::int64_t part = rows.number();
-        if (rows.flag() && place->id == 0) {
-            place->id = id;
-        }
-        if (hasStart) {
-            place->part = std::max(place->part, part + 1);
-        }
-    }
-    return place;
 }
 
 std::int64_t HistoryRows::newestOrder(std::int64_t item) {

@@ -100,15 +100,6 @@ private:
     template <typename Info>
     void store(const Stored<Info>& call, std::int64_t item, ListName list, const std::string& name,
                const CallFacts* facts);
-    struct Place {
-        /// The row of an occurrence that no entry lists; 0 if there is none.
-        std::int64_t id = 0;
-        /// The number that distinguishes a new call from others with the same call id and start.
-        std::int64_t part = 0;
-    };
-    [[nodiscard]] Place placeOf(const CallInfo& info, ListName list, std::int64_t item, std::int64_t start);
-    /// `std::nullopt` if no call has the call id.
-    [[nodiscard]] std::optional<Place> placeById(const CallInfo& info, ListName list, std::int64_t start);
     /// Deletes the calls of a condition with one parameter, and notes their parties.
     void removeWhere(const std::string& condition, std::int64_t value);
     [[nodiscard]] std::int64_t newestOrder(std::int64_t item);

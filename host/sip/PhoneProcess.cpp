@@ -148,7 +148,7 @@ struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
     std::function<void(const std::string&)> ended;
     std::array<char, 4096> bytes{};
     std::string line;
-    /// The line of the output that tells best why the process ends.
+    /// The line of the output that best explains the end of the process.
     std::string lastLine;
     bool hasError = false;
 };
