@@ -17,18 +17,19 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
       m_messages(m_config.edition),
       m_work(m_io.get_executor()),
       m_pending(m_io, m_config.requestTimeout),
+      m_events(post),
       m_connection(m_io, m_config.host, m_config.port,
                    ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
                    {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
-                    [this](const std::string& reason) { lost(reason); }},
+                    [this](const std::string& reason) { lost(reason); }, [this] { m_events.end(); }},
                    {}),
       m_association(
           m_io, m_config.session == "application-session", m_messages,
           [this](const std::string& xml, PendingRequests::Handler handler) { send(xml, std::move(handler)); },
           {[this] { ready(); }, [this](const std::string& reason) { m_connection.abandon(reason); }}),
       m_callLog(m_io, *this, m_messages, m_config.requestTimeout),
-      m_receivers(EventDelivery(post)),
-      m_monitors(m_config, m_io, *this, post, [this] { updateStatus(); }),
+      m_receivers(EventDelivery(batched())),
+      m_monitors(m_config, m_io, *this, batched(), [this] { updateStatus(); }),
       m_callControl({.ownDevice = m_config.ownDevice,
                      .edition = m_config.edition,
                      .requestTimeout = m_config.requestTimeout},
@@ -48,6 +49,10 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
 
 CstaLinkImpl::~CstaLinkImpl() {
     stop();
+}
+
+EventDelivery::Post CstaLinkImpl::batched() {
+    return [this](std::function<void()> delivery) { m_events.add(std::move(delivery)); };
 }
 
 void CstaLinkImpl::setStatusListener(CstaLinkStatusListener listener) {
@@ -167,6 +172,7 @@ void CstaLinkImpl::ready() {
 }
 
 void CstaLinkImpl::lost(const std::string& reason) {
+    m_events.end();
     if (!std::exchange(m_outageLogged, true)) {
         CSTA_LINK_LOG(3, "the switch at %s:%u is %s: %s; trying again", m_config.host.c_str(),
                       unsigned{m_config.port}, m_lastStatus.connected ? "lost" : "not there", reason.c_str());
@@ -189,6 +195,11 @@ void CstaLinkImpl::received(const Frame& frame) {
     }
     if (document->hasReplacements() && !std::exchange(m_replacementsLogged, true)) {
         CSTA_LINK_LOG(3, "%s", "messages of the switch have characters that XML forbids; read as spaces");
+    }
+    if (document->kind() == MessageKind::eEvent) {
+        m_events.begin();
+    } else {
+        m_events.flush();  // the events before a response are posted before it
     }
     switch (document->kind()) {
         case MessageKind::eEvent:

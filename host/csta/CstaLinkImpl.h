@@ -19,6 +19,7 @@
 #include "host/csta/CallLogRequester.h"
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/DeviceDiscovery.h"
+#include "host/csta/EventBatch.h"
 #include "host/csta/EventDelivery.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/LinkMonitors.h"
@@ -70,6 +71,8 @@ private:
     [[nodiscard]] bool isReady() const override { return m_association.isReady(); }
     void send(const std::string& xml, PendingRequests::Handler handler) override;
 
+    /// Posts through m_events.
+    [[nodiscard]] EventDelivery::Post batched();
     void connected();
     void ready();
     void lost(const std::string& reason);
@@ -93,6 +96,7 @@ private:
     asio::io_context m_io;
     asio::executor_work_guard<asio::io_context::executor_type> m_work;
     PendingRequests m_pending;
+    EventBatch m_events;
     SwitchConnection m_connection;
     Association m_association;
     CallLogRequester m_callLog;

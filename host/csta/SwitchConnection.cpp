@@ -168,8 +168,12 @@ bool SwitchConnection::handOver(std::optional<Frame> (FrameReader::*next)()) {
         m_backoff.reset();
         m_handlers.frame(*frame);
         if (generation != m_generation) {
-            return false;
+            break;
         }
+    }
+    m_handlers.framesEnd();
+    if (generation != m_generation) {
+        return false;
     }
     for (const std::string& fault : m_reader.takeFaults()) {
         CSTA_LINK_LOG(3, "from the switch: %s", fault.c_str());

@@ -32,6 +32,8 @@ public:
         std::function<void(const Frame&)> frame;
         /// An attempt failed or the connection was lost. The next attempt is already scheduled.
         std::function<void(const std::string& reason)> lost;
+        /// After the frames of one read. Not called if a handler has thrown an exception.
+        std::function<void()> framesEnd = [] {};
     };
 
     /// The times without a byte inside a message.

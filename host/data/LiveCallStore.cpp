@@ -40,7 +40,7 @@ void LiveCallStore::store(const PhoneCall& call) {
     m_removed.erase(key);
     m_filed.erase(key);
     m_changed.insert(key);
-    m_wake.notify_all();
+    wake();
 }
 
 void LiveCallStore::confirm(const PhoneCallKey& call, PhoneCall::Time time) {
@@ -81,7 +81,7 @@ void LiveCallStore::change(const PhoneCallKey& call, const std::function<void(No
         action(found->second);
         if (!m_filed.contains(call)) {
             m_changed.insert(call);
-            m_wake.notify_all();
+            wake();
         }
     }
 }
@@ -97,7 +97,7 @@ void LiveCallStore::setFiled(const PhoneCallKey& call, bool filed) {
     } else {
         m_filed.erase(call);
         m_changed.insert(call);
-        m_wake.notify_all();
+        wake();
     }
 }
 
@@ -110,7 +110,15 @@ void LiveCallStore::delivered(const DeliveryContext& context) {
             keepKnown(each);
         }
     }
-    m_wake.notify_all();
+    wake();
+}
+
+/// Wakes the thread if it waits for something to do, not if it waits for the end of a batch. Requires:
+/// m_mutex is held.
+void LiveCallStore::wake() {
+    if (m_waitsForWork) {
+        m_wake.notify_all();
+    }
 }
 
 /// Requires: m_mutex is held.
@@ -145,7 +153,9 @@ void LiveCallStore::run() {
         if (isIdle()) {
             const auto next =
                 m_heldBack.empty() ? Clock::now() + std::chrono::hours(1) : m_heldBack.front().first;
+            m_waitsForWork = true;
             m_wake.wait_until(lock, next, [this] { return m_stopping || !isIdle(); });
+            m_waitsForWork = false;
             removeOverdue(Clock::now());
             continue;
         }

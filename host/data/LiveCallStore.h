@@ -65,6 +65,7 @@ private:
     void change(const PhoneCallKey& call, const std::function<void(NotedCall&)>& action);
     void keepKnown(const DeliveryContext::EndedCall& ended);
     void remove(const PhoneCallKey& call);
+    void wake();
     void run();
     [[nodiscard]] bool isIdle() const { return m_changed.empty() && m_removed.empty(); }
     [[nodiscard]] Batch takeBatch();
@@ -93,6 +94,7 @@ private:
     /// The ids under which the journal files those calls, if they are other ones.
     std::map<PhoneCallKey, std::string> m_deliveredIds;
     bool m_stopping = false;
+    bool m_waitsForWork = false;
 
     std::thread m_thread;
 };

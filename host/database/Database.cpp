@@ -47,13 +47,16 @@ void Database::setLogListener(std::function<void()> listener) {
 }
 
 void Database::checkpoint() noexcept {
-    constexpr int kNeverRestarted = 2000;  // pages
     static_cast<void>(guarded("moving the log of the database into its file", false, [this] {
         const std::lock_guard checkpointLock(m_checkpointMutex);
-        if (m_writer.isInPlace() && m_checkpoint.run(m_writer.generation()) >= kNeverRestarted) {
-            const std::lock_guard lock(m_mutex);
-            m_writer.connection().checkpoint();
+        if (!m_writer.isInPlace()) {
+            return;
         }
+        m_checkpoint.run(m_writer.generation());
+        // The few pages that were written meanwhile. Only a log that is moved whole is used from its begin
+        // again.
+        const std::lock_guard lock(m_mutex);
+        m_writer.connection().checkpoint();
     }));
 }
 

@@ -19,10 +19,6 @@
 namespace host {
 namespace {
 
-/// In pages of 4 KiB.
-constexpr int kLongLog = 1000;
-constexpr int kVeryLongLog = 3000;
-
 std::string_view textOf(sqlite3_value* value) {
     const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
     return bytes == nullptr ? std::string_view()
@@ -118,15 +114,26 @@ void DatabaseConnection::followTransactions() {
             if (connection.m_changes != nullptr) {
                 connection.m_changes->endTransaction();
             }
-            if (pages >= (connection.m_logListener ? kVeryLongLog : kLongLog)) {
-                connection.checkpoint();
-            } else if (pages >= kLongLog) {
-                // Without memory for it the next commit calls it again.
-                static_cast<void>(DatabaseFailure::of(connection.m_logListener));
-            }
+            connection.logHasGrown(pages);
             return SQLITE_OK;
         },
         this);
+}
+
+/// Where a reader keeps the log from being used from its begin again, it is tried once for each `kLogStep`
+/// pages, not at each commit.
+void DatabaseConnection::logHasGrown(int pages) noexcept {
+    m_logDue = pages < m_logPages ? kLongLog : m_logDue;
+    m_logPages = pages;
+    if (pages < m_logDue) {
+        return;
+    }
+    if (!m_logListener || pages >= kVeryLongLog) {
+        checkpoint();
+    } else if (DatabaseFailure::of(m_logListener)) {
+        return;  // without memory for it the next commit calls it again
+    }
+    m_logDue = pages + kLogStep;
 }
 
 void DatabaseConnection::setBusyTime(std::chrono::milliseconds time) noexcept {

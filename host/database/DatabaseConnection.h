@@ -85,9 +85,15 @@ private:
     void followRows();
     void noteRow(int operation, const char* table, std::int64_t id) noexcept;
     void followTransactions();
+    void logHasGrown(int pages) noexcept;
     void migrate();
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
+
+    // In pages of 4 KiB.
+    static constexpr int kLongLog = 1000;
+    static constexpr int kVeryLongLog = 3000;
+    static constexpr int kLogStep = 250;
 
     static std::uint64_t newSerial() noexcept;
 
@@ -101,6 +107,9 @@ private:
     };
     ItemRows m_items;
     std::function<void()> m_logListener;
+    /// Pages of the log after the last commit, and from which number on a checkpoint is due.
+    int m_logPages = 0;
+    int m_logDue = kLongLog;
     RowChanges* m_changes = nullptr;
     SQLite::Database m_database;
     std::unordered_map<std::string, Prepared, TextHash, std::equal_to<>> m_statements;

@@ -3,7 +3,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "host/database/DatabaseFile.h"
@@ -26,17 +25,15 @@ void LogCheckpoint::open(unsigned generation) {
     m_generation = generation;
 }
 
-int LogCheckpoint::run(unsigned generation) {
+void LogCheckpoint::run(unsigned generation) {
     if (!m_connection || generation != m_generation) {
         open(generation);
     }
-    int pages = 0;
     const int result = sqlite3_wal_checkpoint_v2(m_connection->getHandle(), nullptr,
-                                                 SQLITE_CHECKPOINT_PASSIVE, &pages, nullptr);
+                                                 SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     if (result != SQLITE_OK && result != SQLITE_BUSY) {
         throw SQLite::Exception(m_connection->getHandle(), result);
     }
-    return std::max(pages, 0);
 }
 
 }  // namespace host

@@ -21,11 +21,10 @@ public:
     LogCheckpoint(const LogCheckpoint&) = delete;
     LogCheckpoint& operator=(const LogCheckpoint&) = delete;
 
-    /// Afterwards the log is used from its begin again, unless it has grown meanwhile. Does not wait for
-    /// other connections. `generation` is the one of the open file: another one opens the file again.
-    /// Returns the number of pages that the log has. Throws `SQLite::Exception`, or `std::runtime_error` if
-    /// other files have the names of the open ones: SQLite would take the pages of another log.
-    [[nodiscard]] int run(unsigned generation);
+    /// Does not wait for other connections. `generation` is the one of the open file: another one opens the
+    /// file again. Throws `SQLite::Exception`, or `std::runtime_error` if other files have the names of the
+    /// open ones: SQLite would take the pages of another log.
+    void run(unsigned generation);
 
 private:
     void open(unsigned generation);

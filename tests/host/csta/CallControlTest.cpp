@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 #include <vector>
@@ -65,6 +66,11 @@ TEST_F(CallControl, TakesRequestsOfManyThreadsAndKeepsTheCallsApart) {
     }
     EXPECT_EQ(listed, 20);
     EXPECT_EQ(link->clearCall("none").kind, Kind::eUnknownCall);
+    // An event of the switch ends each call.
+    const auto limit = std::chrono::steady_clock::now() + linktest::kPatience;
+    while (!link->liveCalls().empty() && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
     EXPECT_TRUE(link->liveCalls().empty());
     link->stop();
     EXPECT_EQ(link->makeCall("4711").kind, Kind::eNotConnected);

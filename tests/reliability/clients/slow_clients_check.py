@@ -110,6 +110,14 @@ def descriptors(server):
     return len(os.listdir("/proc/%d/fd" % server.process.pid))
 
 
+def descriptors_left(server, expected):
+    """The open descriptors, as soon as they are at most the expected ones: a connection is closed a moment after its client."""
+    limit = time.monotonic() + 10
+    while (left := descriptors(server)) > expected and time.monotonic() < limit:
+        time.sleep(0.05)
+    return left
+
+
 def file_calls(play, follower, first):
     """Files the next calls; returns how many a second."""
     begin = time.monotonic()
@@ -181,7 +189,7 @@ def play_round(seed):
             faults.append("a client waits %.1f s" % slowest)
         if growth > MOST_GROWTH:
             faults.append("the memory grows by %.0f MiB" % growth)
-        left = descriptors(server) - descriptors_before
+        left = descriptors_left(server, descriptors_before + 4) - descriptors_before
         if left > 4:
             faults.append("%d descriptors more are open" % left)
         if seed % FLOOD_EVERY == 0:
