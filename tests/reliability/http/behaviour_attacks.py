@@ -176,7 +176,7 @@ def sign_in(target):
     for needed in ("HttpOnly", "SameSite=Strict", "Path=/"):
         if needed not in given:
             yield "the cookie lacks " + needed
-    if response.headers.get("location") != "/" or target.server.token in response.headers.get("location", ""):
+    if response.headers.get("location") != "./" or target.server.token in response.headers.get("location", ""):
         yield "signing in leads to %s" % response.headers.get("location")
     received, _ = target.exchange(request("GET", "/?token=" + target.server.token[:-1]))
     if b"Set-Cookie" in received or target.server.token.encode() in received:
