@@ -4,12 +4,12 @@
 
 namespace host {
 
-ClientBacklog::Added ClientBacklog::addNotification(std::string frame) {
-    const std::size_t bytes = frame.size();
+ClientBacklog::Added ClientBacklog::addNotification(Frame frame) {
+    const std::size_t bytes = frame->size();
     return add({.frame = std::move(frame), .counted = bytes});
 }
 
-ClientBacklog::Added ClientBacklog::addResponse(std::string frame) {
+ClientBacklog::Added ClientBacklog::addResponse(Frame frame) {
     return add({.frame = std::move(frame), .counted = 0});
 }
 
@@ -29,28 +29,24 @@ ClientBacklog::Added ClientBacklog::add(Waiting waiting) {
     return std::exchange(m_writing, true) ? Added::eQueued : Added::eWakeUp;
 }
 
-std::optional<ClientBacklog::Batch> ClientBacklog::take() {
+bool ClientBacklog::take(Batch& batch) {
+    batch.frames.clear();
+    batch.hasResponse = false;
     const std::lock_guard lock(m_mutex);
     m_writing = !m_waiting.empty();
-    if (!m_writing) {
-        return std::nullopt;
-    }
-    Batch batch;
-    while (!m_waiting.empty() && !batch.hasResponse) {
+    std::size_t bytes = 0;
+    while (!m_waiting.empty() && !batch.hasResponse && batch.frames.size() < kBatchFrames) {
         Waiting& next = m_waiting.front();
-        if (!batch.bytes.empty() && batch.bytes.size() + next.frame.size() > kBatchBytes) {
+        bytes += next.frame->size();
+        if (!batch.frames.empty() && bytes > kBatchBytes) {
             break;
         }
         batch.hasResponse = next.counted == 0;
         m_bytes -= next.counted;
-        if (batch.bytes.empty()) {
-            batch.bytes = std::move(next.frame);
-        } else {
-            batch.bytes += next.frame;
-        }
+        batch.frames.push_back(std::move(next.frame));
         m_waiting.pop_front();
     }
-    return batch;
+    return m_writing;
 }
 
 void ClientBacklog::close() {

@@ -2,9 +2,10 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace host {
 
@@ -24,28 +25,33 @@ public:
         eClosed,    ///< the client is disconnected; the frame is dropped
     };
 
+    using Frame = std::shared_ptr<const std::string>;
+
     explicit ClientBacklog(std::size_t maxNotificationBytes) : m_maxBytes(maxNotificationBytes) {}
 
-    [[nodiscard]] Added addNotification(std::string frame);
-    [[nodiscard]] Added addResponse(std::string frame);
+    [[nodiscard]] Added addNotification(Frame frame);
+    [[nodiscard]] Added addResponse(Frame frame);
 
     /// Frames to write, one after the other.
     struct Batch {
-        std::string bytes;
+        std::vector<Frame> frames{};
         /// The batch ends with a response.
         bool hasResponse = false;
     };
-    /// Returns the next frames: up to a response, and no more than `kBatchBytes` if they are several. If
-    /// there is none, the writer is idle until `eWakeUp`.
-    [[nodiscard]] std::optional<Batch> take();
+    /// Replaces `batch` by the next frames: up to a response, and no more than `kBatchBytes` and
+    /// `kBatchFrames` if they are several. If there is none, returns false, and the writer is idle until
+    /// `eWakeUp`.
+    [[nodiscard]] bool take(Batch& batch);
     static constexpr std::size_t kBatchBytes = 64U * 1024U;
+    /// The system writes so many with one call.
+    static constexpr std::size_t kBatchFrames = 64;
 
     /// Drops all frames, present and future.
     void close();
 
 private:
     struct Waiting {
-        std::string frame;
+        Frame frame;
         std::size_t counted;
     };
 

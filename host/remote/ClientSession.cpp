@@ -10,11 +10,10 @@
 #include <optional>
 #include <utility>
 
+#include "host/remote/NotificationFrames.h"
 #include "journalservice/JournalServiceObserverIfc.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/framework/InvokerResponse.h"
-#include "platform/journal-library/JournalServiceHelper.h"
-#include "platform/journal-library/ObserverMessage.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -43,33 +42,24 @@ private:
     bool m_complete = false;
 };
 
-/// A count of unviewed missed calls becomes that of all stored ones; any other message stays as it is.
-std::string withStoredCount(const std::string& message, const RemoteBackend& backend) {
-    using Event = journalxml::ObserverMessage::Event;
-    constexpr auto kCount = Event::eMissedCallsCountUpdate;
-    if (!backend.unviewed || message.find(journalxml::nameOf(kCount)) == std::string::npos) {
-        return message;
-    }
-    const auto parsed = journalxml::parseObserverMessage(message);
-    const auto stored = parsed && parsed->event == kCount ? backend.unviewed() : std::nullopt;
-    return stored ? JournalServiceHelper::obsReqMissedCallsCountUpdate(static_cast<unsigned>(*stored))
-                  : message;
-}
-
 }  // namespace
 
-ClientSession::ClientSession(Socket socket, std::string name, RemoteBackend& backend, WorkerPool& workers,
-                             std::size_t maxBacklogBytes, std::function<void()> gone)
+ClientSession::ClientSession(Socket socket, std::string name, const ClientSurroundings& surroundings,
+                             std::function<void()> gone)
     : m_name(std::move(name)),
-      m_backend(backend),
+      m_backend(surroundings.backend),
+      m_frames(surroundings.frames),
+      m_writes(surroundings.writes),
       m_gone(std::move(gone)),
       m_reader(socket.get_executor()),
-      m_backlog(maxBacklogBytes),
+      m_backlog(surroundings.maxBacklogBytes),
       m_socket(std::move(socket)),
-      m_strand(workers) {}
+      m_strand(surroundings.workers) {}
 
 void ClientSession::start() {
     logAppUni("Remote", __FILE_NAME__, 6, __LINE__, "%s is connected", m_name.c_str());
+    asio::error_code ignored;
+    m_socket.non_blocking(true, ignored);
     m_strand.post([this] { attach(); });
     readLength();
 }
@@ -93,8 +83,7 @@ void ClientSession::close(const std::string& reason) {
 void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
 
 void ClientSession::send(const std::string& request) {
-    const std::string text = withStoredCount(request, m_backend);
-    handleQueued(m_backlog.addNotification(RemoteFrame::encode(RemoteFrame::Kind::eNotification, 0, text)));
+    handleQueued(m_backlog.addNotification(m_frames.frameOf(request)));
 }
 
 void ClientSession::readLength() {
@@ -139,18 +128,13 @@ void ClientSession::take(RemoteFrame frame) {
 }
 
 void ClientSession::respond(std::uint32_t id, const std::string& text) {
-    handleQueued(m_backlog.addResponse(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text)));
+    handleQueued(m_backlog.addResponse(
+        std::make_shared<const std::string>(RemoteFrame::encode(RemoteFrame::Kind::eResponse, id, text))));
 }
 
 void ClientSession::handleQueued(ClientBacklog::Added added) {
     switch (added) {
-        case ClientBacklog::Added::eWakeUp:
-            asio::post(m_reader, [weak = weak_from_this()] {
-                if (const auto self = weak.lock()) {
-                    self->writeNext();
-                }
-            });
-            break;
+        case ClientBacklog::Added::eWakeUp: m_writes.add(weak_from_this()); break;
         case ClientBacklog::Added::eOverflow:
             asio::post(m_reader, [weak = weak_from_this()] {
                 if (const auto self = weak.lock()) {
@@ -164,22 +148,48 @@ void ClientSession::handleQueued(ClientBacklog::Added added) {
 }
 
 void ClientSession::writeNext() {
-    std::optional<ClientBacklog::Batch> batch = m_backlog.take();
-    if (m_closing || !batch) {
-        return;
+    while (!m_closing && m_backlog.take(m_writing)) {
+        m_rest.clear();
+        for (const ClientBacklog::Frame& frame : m_writing.frames) {
+            m_rest.push_back(asio::buffer(*frame));
+        }
+        if (!writeBatch()) {
+            return;
+        }
+        batchWritten();
     }
-    m_writing = std::move(*batch);
-    asio::async_write(m_socket, asio::buffer(m_writing.bytes),
-                      [self = shared_from_this()](const asio::error_code& error, std::size_t) {
-                          if (error) {
+}
+
+// Most clients take everything at once, which needs no wait for the socket.
+bool ClientSession::writeBatch() {
+    asio::error_code error;
+    std::size_t taken = m_socket.write_some(m_rest, error);
+    auto next = m_rest.begin();
+    for (; next != m_rest.end() && taken >= next->size(); ++next) {
+        taken -= next->size();
+    }
+    m_rest.erase(m_rest.begin(), next);
+    if (m_rest.empty()) {
+        return true;
+    }
+    m_rest.front() += taken;
+    asio::async_write(m_socket, m_rest,
+                      [self = shared_from_this()](const asio::error_code& failure, std::size_t) {
+                          if (failure) {
                               self->close("");
                               return;
                           }
-                          if (self->m_writing.hasResponse) {
-                              self->readLength();
-                          }
+                          self->batchWritten();
                           self->writeNext();
                       });
+    return false;
+}
+
+void ClientSession::batchWritten() {
+    m_writing.frames.clear();
+    if (m_writing.hasResponse) {
+        readLength();
+    }
 }
 
 void ClientSession::attach() {

@@ -2,19 +2,33 @@
 
 #include <array>
 #include <asio/any_io_executor.hpp>
+#include <asio/buffer.hpp>
 #include <asio/local/stream_protocol.hpp>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/framework/Strand.h"
 #include "host/remote/ClientBacklog.h"
+#include "host/remote/PendingWrites.h"
 #include "host/remote/RemoteBackend.h"
 #include "host/remote/RemoteFrame.h"
 #include "platform/framework/ProxyRequest.h"
 
 namespace host {
+
+class NotificationFrames;
+
+/// The parts of a server that its clients share. Everything is borrowed and outlives them.
+struct ClientSurroundings {
+    RemoteBackend& backend;
+    WorkerPool& workers;
+    NotificationFrames& frames;
+    PendingWrites& writes;
+    std::size_t maxBacklogBytes;
+};
 
 /// One connected client of the remote server.
 ///
@@ -26,9 +40,9 @@ namespace host {
 ///
 /// The sequence of a notification:
 ///  1. The journal calls the client's proxy on the thread that changed a list.
-///  2. The proxy sends through `ProxyRequest`, which adds the frame to the backlog and wakes the reader
-///     thread.
-///  3. The reader thread writes the frame.
+///  2. The proxy sends through `ProxyRequest`, which adds the frame that all clients share to the backlog,
+///     and the client to those that the reader thread writes to.
+///  3. The reader thread writes all frames that wait.
 ///
 /// The sequence of the end:
 ///  1. The reader thread closes the socket: the client has disconnected, sent a malformed frame, or its
@@ -38,18 +52,22 @@ namespace host {
 ///  3. The server removes the session.
 ///
 /// Call from the reader thread only, except where an operation states otherwise.
-class ClientSession final : public ProxyRequest, public std::enable_shared_from_this<ClientSession> {
+class ClientSession final : public ProxyRequest,
+                            public PendingWrites::Client,
+                            public std::enable_shared_from_this<ClientSession> {
 public:
     using Socket = asio::local::stream_protocol::socket;
 
     /// The session calls `gone` once, on the reader thread, when it has no work left.
-    ClientSession(Socket socket, std::string name, RemoteBackend& backend, WorkerPool& workers,
-                  std::size_t maxBacklogBytes, std::function<void()> gone);
+    ClientSession(Socket socket, std::string name, const ClientSurroundings& surroundings,
+                  std::function<void()> gone);
 
     /// Creates the client's proxy and begins to read.
     void start();
     /// Disconnects the client and logs `reason` unless it is empty. Idempotent.
     void close(const std::string& reason);
+    /// Writes what waits, as far as the client takes it now, and the rest when it does.
+    void writeNext() override;
 
     // ProxyRequest. Any thread may call.
     void selectProtocol(const std::string& protocolName) override;
@@ -62,7 +80,9 @@ private:
     void take(RemoteFrame frame);
     void respond(std::uint32_t id, const std::string& text);
     void handleQueued(ClientBacklog::Added added);
-    void writeNext();
+    /// Returns true if the client has taken the whole batch.
+    [[nodiscard]] bool writeBatch();
+    void batchWritten();
 
     // Call from the client's strand only.
     void attach();
@@ -72,6 +92,8 @@ private:
     // Constant after construction.
     const std::string m_name;
     RemoteBackend& m_backend;
+    NotificationFrames& m_frames;
+    PendingWrites& m_writes;
     const std::function<void()> m_gone;
     const asio::any_io_executor m_reader;
 
@@ -83,6 +105,8 @@ private:
     std::array<char, RemoteFrame::kLengthBytes> m_length{};
     std::string m_body;
     ClientBacklog::Batch m_writing;
+    /// The part of `m_writing` that is not written.
+    std::vector<asio::const_buffer> m_rest;
     bool m_closing = false;
 
     // Used by the strand only. The strand itself is the last member, so that it is closed first.

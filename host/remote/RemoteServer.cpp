@@ -16,6 +16,8 @@
 #include "host/framework/EventLoop.h"
 #include "host/framework/WorkerPool.h"
 #include "host/remote/ClientSession.h"
+#include "host/remote/NotificationFrames.h"
+#include "host/remote/PendingWrites.h"
 #include "host/remote/ServerSocket.h"
 #include "platform/logging/Logging.h"
 
@@ -88,9 +90,8 @@ private:
             return;
         }
         const std::string name = "client-" + std::to_string(++m_lastClient);
-        const auto session =
-            std::make_shared<ClientSession>(std::move(socket), name, m_backend, m_workers,
-                                            m_limits.maxBacklogBytes, [this, name] { forget(name); });
+        const auto session = std::make_shared<ClientSession>(std::move(socket), name, m_surroundings,
+                                                             [this, name] { forget(name); });
         m_sessions.emplace(name, session);
         m_sessionCount = m_sessions.size();
         session->start();
@@ -123,6 +124,9 @@ private:
     RemoteBackend m_backend;
     const RemoteLimits m_limits;
 
+    // Has its own lock.
+    NotificationFrames m_frames{m_backend.unviewed};
+
     // Used by the reader thread only, which runs m_io.
     asio::io_context m_io{1};
     asio::executor_work_guard<asio::io_context::executor_type> m_alive{m_io.get_executor()};
@@ -135,6 +139,9 @@ private:
     /// Each client has at most one request in progress. With a thread for each, requests that wait delay no
     /// other.
     WorkerPool m_workers;
+    PendingWrites m_writes{m_io.get_executor()};
+    const ClientSurroundings m_surroundings{m_backend, m_workers, m_frames, m_writes,
+                                            m_limits.maxBacklogBytes};
     std::map<std::string, std::shared_ptr<ClientSession>> m_sessions;
 
     /// Any thread may read it.

@@ -46,8 +46,6 @@ UNION ALL SELECT 4, count(*) FROM callback WHERE line = ?1
 constexpr const char* kFuture =
     "SELECT 1 FROM call_item WHERE line = ?1 AND list = ?2 AND sort_key > ?3 LIMIT 1";
 
-constexpr const char* kUnviewed = "SELECT count(*) FROM call_item WHERE line = ? AND list = 0 AND viewed = 0";
-
 std::int64_t bounded(std::size_t number) {
     constexpr auto kMost = static_cast<std::size_t>(std::numeric_limits<std::int64_t>::max());
     return static_cast<std::int64_t>(std::min(number, kMost));
@@ -174,15 +172,6 @@ std::optional<std::map<ListName, std::size_t>> StoredLists::counts() const {
         }
     });
     return done ? std::optional(std::move(counts)) : std::nullopt;
-}
-
-std::optional<std::size_t> StoredLists::unviewed() const {
-    std::size_t count = 0;
-    const bool done = m_database.readAside("counting unviewed entries", [&](Database::Session& session) {
-        Query rows = session.query(kUnviewed);
-        count = rows.bind(m_line).next() ? static_cast<std::size_t>(rows.number()) : 0;
-    });
-    return done ? std::optional(count) : std::nullopt;
 }
 
 }  // namespace host

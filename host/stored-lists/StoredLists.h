@@ -12,6 +12,7 @@
 
 #include "host/database/Database.h"
 #include "host/stored-lists/ListSnapshot.h"
+#include "host/stored-lists/UnviewedCount.h"
 #include "journal-items/ListTraits.h"
 
 class DigitAnalysisServiceIfc;
@@ -30,7 +31,7 @@ public:
 
     /// Everything is borrowed; without `digits` numbers are matched with contacts as they are written.
     StoredLists(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr)
-        : m_database(database), m_line(std::move(line)), m_digits(digits) {}
+        : m_database(database), m_line(std::move(line)), m_digits(digits), m_unviewed(database, m_line) {}
 
     struct Page {
         /// The number of entries in all pages, and of the unviewed ones among them.
@@ -60,7 +61,7 @@ public:
     /// The number of entries in each list.
     [[nodiscard]] std::optional<std::map<ListName, std::size_t>> counts() const;
     /// The number of unviewed missed entries.
-    [[nodiscard]] std::optional<std::size_t> unviewed() const;
+    [[nodiscard]] std::optional<std::size_t> unviewed() const { return m_unviewed.now(); }
 
 private:
     static constexpr std::size_t kCallLists = 4;
@@ -73,6 +74,9 @@ private:
     Database& m_database;
     const std::string m_line;
     DigitAnalysisServiceIfc* const m_digits;
+
+    // Has its own lock.
+    mutable UnviewedCount m_unviewed;
 
     mutable std::mutex m_snapshotMutex;
     // Guarded by m_snapshotMutex, which is held while a snapshot is read from the database.

@@ -112,6 +112,7 @@ TEST_F(ListSnapshotTest, HasTheEntriesAsTheyAreStoredAfterAnyChange) {
                                   {"unviewed", page->unviewed},
                                   {"items", page->items}}))
             << "round " << round;
+        EXPECT_EQ(m_lists.unviewed(), page->unviewed) << "round " << round;
     }
 }
 

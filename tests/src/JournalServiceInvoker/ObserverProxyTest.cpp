@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/framework/ProxyRequest.h"
+#include "platform/journal-library/JournalServiceHelper.h"
 #include "tests/support/ItemBuilders.h"
 #include "tests/support/RecordingObserver.h"
 
@@ -19,9 +20,11 @@ using Observer = JournalServiceObserverIfc;
 class RecordingProxyRequest final : public ProxyRequest {
 public:
     std::string sent;
+    std::string last;
 
     void selectProtocol(const std::string& protocolName) override { sent += protocolName; }
     void send(const std::string& request) override {
+        last = request;
         sent += "; " + Callback{journalxml::parseObserverMessage(request).value()}.text();
     }
 };
@@ -43,6 +46,21 @@ TEST(ObserverProxy, SendsEveryCallbackToItsClientOnceItHasOne) {
     EXPECT_EQ(client.sent,
               "opera_text; missedCount(7); missed(m, <1>, 0); dialled(d, 2, 1); received(r, 3, 2); "
               "forwarded(f, 4, 3); callBacks(-, 5, 4); callBacksCount(4294967295)");
+}
+
+TEST(ObserverProxy, SendsEveryClientTheItemAsItIsNow) {
+    RecordingProxyRequest clients[2];
+    JournalServiceObserverProxy proxies[2];
+    auto item = itemOf<MissedCallItem>("m", "", {});
+    for (const char* const name : {"Old", "New"}) {
+        item.setSurname(name);
+        for (std::size_t number = 0; number < 2; ++number) {
+            proxies[number].initProxy(clients[number]);
+            proxies[number].missedCallsUpdate(item, "1", Observer::eItemUpdated);
+            EXPECT_EQ(clients[number].last,
+                      JournalServiceHelper::obsReqMissedCallsUpdate(item, "1", Observer::eItemUpdated));
+        }
+    }
 }
 
 }  // namespace
