@@ -11,6 +11,7 @@
 
 #include "host/database/DatabaseError.h"
 #include "host/database/DatabaseFailure.h"
+#include "host/database/LogFileSystem.h"
 #include "host/database/PrivateFile.h"
 #include "host/database/Schema.h"
 #include "host/search/SearchText.h"
@@ -39,7 +40,8 @@ void searchText(sqlite3_context* context, int /*count*/, sqlite3_value** values)
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime)
     : m_file(file),
       m_busyMilliseconds(static_cast<int>(busyTime.count())),
-      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, m_busyMilliseconds) {
+      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, m_busyMilliseconds,
+                 logFileSystem()) {
     refuseForeign();
     refuseDamaged();
     configure();

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -37,9 +38,11 @@ DatabaseFile::DatabaseFile(std::filesystem::path file)
 DatabaseFile::Identities DatabaseFile::find() const noexcept {
     Identities found;
     for (std::size_t i = 0; i < found.size(); ++i) {
-        struct stat status {};
-        if (::stat(m_names.at(i).c_str(), &status) == 0) {
-            found.at(i) = {status.st_dev, status.st_ino};
+        // Without the times: once a file's times were read, the kernel gives it a new one at the next write,
+        // and then each flush of the log writes its inode, too.
+        struct statx status {};
+        if (::statx(AT_FDCWD, m_names.at(i).c_str(), 0, STATX_INO, &status) == 0) {
+            found.at(i) = {makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino};
         }
     }
     return found;
