@@ -85,7 +85,7 @@ private:
     /// The first member: SQLite's view of the file.
     sqlite3_file m_base{nullptr};
     sqlite3_file* const m_wrapped;
-    /// What is not written yet, from m_begin on.
+    /// The bytes that are not written yet, from m_begin on.
     std::vector<char> m_bytes;
     sqlite3_int64 m_begin = 0;
     /// Where the last write ended.
