@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <string_view>
 
 #include "bench/load/SystemCall.h"
@@ -54,28 +55,36 @@ HttpConnection::HttpConnection(std::uint16_t port, const std::filesystem::path& 
     std::string token;
     std::ifstream(data / "api-token") >> token;
     m_header = " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) + "\r\nAuthorization: Bearer " + token +
-               "\r\n\r\n";
+               "\r\n";
 }
 
-std::optional<std::string> HttpConnection::get(const std::string& path) {
-    const std::string request = "GET " + path + m_header;
+const std::string* HttpConnection::get(const std::string& path) {
+    return response("GET " + path + m_header + "\r\n");
+}
+
+const std::string* HttpConnection::post(const std::string& path, const std::string& json) {
+    return response("POST " + path + m_header + "Content-Type: application/json\r\nContent-Length: " +
+                    std::to_string(json.size()) + "\r\n\r\n" + json);
+}
+
+const std::string* HttpConnection::response(const std::string& request) {
     if (::send(m_socket.get(), request.data(), request.size(), MSG_NOSIGNAL) < 0) {
-        return std::nullopt;
+        return nullptr;
     }
-    std::string response;
+    m_response.clear();
     std::array<char, 65536> chunk{};
     std::optional<std::size_t> size;
-    while (!size || response.size() < *size) {
+    while (!size || m_response.size() < *size) {
         const ssize_t count = ::recv(m_socket.get(), chunk.data(), chunk.size(), 0);
         if (count <= 0) {
-            return std::nullopt;
+            return nullptr;
         }
-        response.append(chunk.data(), static_cast<std::size_t>(count));
+        m_response.append(chunk.data(), static_cast<std::size_t>(count));
         if (!size) {
-            size = sizeOf(response);
+            size = sizeOf(m_response);
         }
     }
-    return response;
+    return &m_response;
 }
 
 std::uint16_t freePort() {

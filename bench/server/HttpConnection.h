@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "host/framework/FileDescriptor.h"
@@ -16,13 +15,21 @@ public:
     /// Throws if the server does not listen.
     HttpConnection(std::uint16_t port, const std::filesystem::path& data);
 
-    /// Returns the response to a GET with its header; std::nullopt if the server closes the connection.
-    [[nodiscard]] std::optional<std::string> get(const std::string& path);
+    /// Returns the response to a GET with its header, which stays valid until the next request; nullptr if
+    /// the server closes the connection.
+    [[nodiscard]] const std::string* get(const std::string& path);
+
+    /// The response to a JSON body, in the same way.
+    [[nodiscard]] const std::string* post(const std::string& path, const std::string& json);
 
 private:
+    [[nodiscard]] const std::string* response(const std::string& request);
+
     host::FileDescriptor m_socket;
     /// The end of each request.
     std::string m_header;
+    /// Kept, because the memory of a long response takes as much time as its transfer.
+    std::string m_response;
 };
 
 /// A port that no server uses at the moment.

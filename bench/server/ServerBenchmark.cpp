@@ -2,7 +2,7 @@
 //   server_benchmark --data DIR -- COMMAND...
 // COMMAND (`calljournal serve`) is started with `--listen`, `--data` and `--switch` appended. Prints one JSON
 // object: the milliseconds until the server accepts a connection and until it has sent the list of received
-// calls, and the medians of later reads.
+// calls, and the medians of later reads; among them those of a list after each change of one entry.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -13,7 +13,6 @@
 #include <filesystem>
 #include <iostream>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -31,6 +30,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr auto kLimit = std::chrono::seconds(20);
 constexpr const char* kList = "/api/v1/lists/received?limit=1000";
+constexpr const char* kChanged = "/api/v1/lists/missed";
 constexpr const char* kPage = "/api/v1/calls?limit=50";
 
 struct StartTimes {
@@ -46,7 +46,7 @@ StartTimes awaitFirstList(Clock::time_point begin, std::uint16_t port, const std
         try {
             bench::HttpConnection connection(port, data);
             times.listening = Clock::now() - begin;
-            if (const std::optional<std::string> response = connection.get(kList)) {
+            if (connection.get(kList) != nullptr) {
                 times.served = Clock::now() - begin;
                 return times;
             }
@@ -57,18 +57,47 @@ StartTimes awaitFirstList(Clock::time_point begin, std::uint16_t port, const std
     throw std::runtime_error("the server sends no list");
 }
 
-Milliseconds medianOfReads(bench::HttpConnection& connection, const std::string& path, int reads) {
+const std::string& responseTo(bench::HttpConnection& connection, const std::string& path) {
+    const std::string* const response = connection.get(path);
+    if (response == nullptr || response->find(" 200 ") == std::string::npos) {
+        throw std::runtime_error("no response to " + path);
+    }
+    return *response;
+}
+
+/// The median of several reads; `prepare` runs before each, outside the time.
+template <typename Prepare>
+Milliseconds medianOfReads(bench::HttpConnection& connection, const std::string& path, int reads,
+                           Prepare prepare) {
     std::vector<Milliseconds> times;
     for (int read = 0; read < reads; ++read) {
+        prepare(read);
         const auto begin = Clock::now();
-        const std::optional<std::string> response = connection.get(path);
+        static_cast<void>(responseTo(connection, path));
         times.emplace_back(Clock::now() - begin);
-        if (!response || response->find(" 200 ") == std::string::npos) {
-            throw std::runtime_error("no response to " + path);
-        }
     }
     std::sort(times.begin(), times.end());
     return times.at(times.size() / 2);
+}
+
+Milliseconds medianOfReads(bench::HttpConnection& connection, const std::string& path, int reads) {
+    return medianOfReads(connection, path, reads, [](int) {});
+}
+
+/// The median of reads of a list after an entry in its middle has become viewed or unviewed.
+Milliseconds medianAfterChanges(bench::HttpConnection& connection, int reads) {
+    const std::string list = responseTo(connection, std::string(kChanged) + "?limit=1000");
+    const std::string name = R"("entryId":")";
+    const std::size_t begin = list.find(name, list.size() / 2) + name.size();
+    const std::string entries =
+        R"({"entryIds":[")" + list.substr(begin, list.find('"', begin) - begin) + R"("]})";
+    return medianOfReads(connection, std::string(kChanged) + "?limit=1000", reads, [&](int read) {
+        const std::string* const done =
+            connection.post(std::string(kChanged) + (read % 2 == 0 ? "/viewed" : "/unviewed"), entries);
+        if (done == nullptr || done->find(" 204 ") == std::string::npos) {
+            throw std::runtime_error("no entry is changed");
+        }
+    });
 }
 
 nlohmann::json measure(std::vector<std::string> command, const std::filesystem::path& data, int reads) {
@@ -82,6 +111,7 @@ nlohmann::json measure(std::vector<std::string> command, const std::filesystem::
     return {{"listening-ms", start.listening.count()},
             {"first-list-ms", start.served.count()},
             {"list-ms", medianOfReads(connection, kList, reads).count()},
+            {"changed-list-ms", medianAfterChanges(connection, reads).count()},
             {"page-ms", medianOfReads(connection, kPage, reads).count()}};
 }
 
