@@ -18,15 +18,18 @@ std::string lastLoaderError() {
 
 std::filesystem::path LibraryLoader::locate(const std::string& fileName,
                                             const std::filesystem::path& programDirectory) {
-    const std::array places{programDirectory / fileName, programDirectory.parent_path() / "lib" / fileName};
+    // In a build, and where `cmake --install` puts it.
+    const std::filesystem::path prefix = programDirectory.parent_path();
+    const std::array places{programDirectory / fileName, prefix / "lib" / fileName,
+                            prefix / JOURNAL_LIBRARY_DIRECTORY / fileName};
     for (const std::filesystem::path& place : places) {
         std::error_code ignored;
         if (std::filesystem::exists(place, ignored)) {
             return place;
         }
     }
-    throw LibraryError("cannot find " + fileName + ": it is neither at " + places[0].string() + " nor at " +
-                       places[1].string());
+    throw LibraryError("cannot find " + fileName + ": it is not at " + places[0].string() + ", " +
+                       places[1].string() + " nor " + places[2].string());
 }
 
 std::filesystem::path LibraryLoader::programDirectory() {
