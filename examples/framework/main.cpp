@@ -1,5 +1,5 @@
-// The least framework that loads the journal: it has a clock, a log and a switch, reports one call by hand, and
-// prints what the journal files. docs/embedding.md describes each step.
+// The least framework that loads the journal: it has a clock, a log and a switch, reports one call by hand,
+// and prints what the journal files. docs/embedding.md describes each step.
 
 #include <dlfcn.h>
 
@@ -58,8 +58,8 @@ public:
         return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", std::gmtime(&time))};
     }
     bool splitTimeDate(const std::string& text, DateTime& at) override {
-        return std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &at.year, &at.month, &at.day, &at.hour, &at.minute,
-                           &at.second) == 6;
+        return std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &at.year, &at.month, &at.day, &at.hour,
+                           &at.minute, &at.second) == 6;
     }
 };
 

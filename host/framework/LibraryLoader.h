@@ -28,8 +28,8 @@ public:
     /// The file name of the journal.
     static constexpr const char* kJournalLibrary = "libjournalservice.so";
 
-    /// Returns the path of `fileName` for a program in `programDirectory`: this directory, the directory `lib`
-    /// beside it, as in a build directory, or the directory of libraries of an installed prefix
+    /// Returns the path of `fileName` for a program in `programDirectory`: this directory, the directory
+    /// `lib` beside it, as in a build directory, or the directory of libraries of an installed prefix
     /// (`lib/x86_64-linux-gnu`). Throws a `LibraryError` that names these places.
     [[nodiscard]] static std::filesystem::path locate(const std::string& fileName,
                                                       const std::filesystem::path& programDirectory);
