@@ -7,7 +7,8 @@
 
 namespace host {
 
-/// Why a call has another party than the one that was called. The database stores the values; new ones are
+/// Why a call has another party than the one that was called, or, from `eBusy` on, why a call that was placed
+/// here has failed. The database stores the values; new ones are
 /// added at the end.
 enum class CallReason {
     eNone,
@@ -17,11 +18,26 @@ enum class CallReason {
     eForwardAlways,
     ePickUp,
     eCompletedElsewhere,
+    eBusy,
+    eRejected,
+    eUnanswered,
+    eNoSuchNumber,
+    eCongestion,
 };
 
 /// The words for JSON and files, by value.
-inline constexpr std::array<std::string_view, 7> kCallReasonWords{
-    "", "transfer", "forward-busy", "forward-no-answer", "forward-always", "pick-up", "completed-elsewhere"};
+inline constexpr std::array<std::string_view, 12> kCallReasonWords{"",
+                                                                   "transfer",
+                                                                   "forward-busy",
+                                                                   "forward-no-answer",
+                                                                   "forward-always",
+                                                                   "pick-up",
+                                                                   "completed-elsewhere",
+                                                                   "busy",
+                                                                   "rejected",
+                                                                   "unanswered",
+                                                                   "no-such-number",
+                                                                   "congestion"};
 
 /// "" for `eNone`.
 [[nodiscard]] constexpr std::string_view wordOf(CallReason reason) noexcept {

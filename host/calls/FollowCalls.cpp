@@ -33,6 +33,18 @@ CallReason reasonOf(int cause) {
     }
 }
 
+/// Why a call that was placed here has failed.
+CallReason failureOf(int cause) {
+    switch (cause) {
+        case CSTA_EC_Busy: return CallReason::eBusy;
+        case CSTA_EC_CallCancelled: return CallReason::eRejected;
+        case CSTA_EC_CallNotAnswered: return CallReason::eUnanswered;
+        case CSTA_EC_DestNotObtainable: return CallReason::eNoSuchNumber;
+        case CSTA_EC_NetworkCongestion: return CallReason::eCongestion;
+        default: return CallReason::eNone;
+    }
+}
+
 bool isByOtherPhone(CallReason reason) {
     return reason == CallReason::ePickUp || reason == CallReason::eCompletedElsewhere;
 }
@@ -50,6 +62,10 @@ CallReason reasonOf(const CSTACallControlEvent& event, int cause, const PhoneCal
         case CSTAEventCode::eEstablished:
             return isRedirected || reason == CallReason::ePickUp ? reason : CallReason::eNone;
         case CSTAEventCode::eDiverted: return reason;
+        case CSTAEventCode::eFailed: {
+            const bool isOutcome = call.role == PhoneRole::eCalling && call.reason == CallReason::eNone;
+            return isOutcome ? failureOf(cause) : CallReason::eNone;
+        }
         case CSTAEventCode::eConnectionCleared: {
             const bool isElsewhere = call.role == PhoneRole::eRinging && isByOtherPhone(reason);
             return isElsewhere || reason == CallReason::eTransfer ? reason : CallReason::eNone;

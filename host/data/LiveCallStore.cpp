@@ -159,10 +159,11 @@ void LiveCallStore::run() {
             removeOverdue(Clock::now());
             continue;
         }
-        m_wake.wait_for(lock, kBatchTime, [this] { return m_stopping; });
+        m_wake.wait_until(lock, m_nextBatch, [this] { return m_stopping; });
         const bool last = m_stopping;
         lock.unlock();
         const bool done = writeBatch();
+        m_nextBatch = Clock::now() + kBatchTime;
         lock.lock();
         if (!done && last) {
             return;

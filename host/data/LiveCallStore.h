@@ -20,8 +20,8 @@ namespace host {
 class Database;
 
 /// The live calls of one line in the table `live_call`. A thread of its own writes what has changed, in
-/// batches without a flush of the disk: a change is in the file within 200 ms and survives the end of the
-/// process, but not a power cut.
+/// batches without a flush of the disk: the first change after a quiet time at once, every other within
+/// 200 ms. It survives the end of the process, but not a power cut.
 ///
 /// Sequence of a call:
 ///  1. `store` notes it, also after each change.
@@ -81,6 +81,7 @@ private:
     // The writing thread only.
     unsigned m_generation;
     bool m_failed = false;
+    Clock::time_point m_nextBatch{};
 
     mutable std::mutex m_mutex;
     std::condition_variable m_wake;

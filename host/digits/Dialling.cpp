@@ -73,7 +73,8 @@ std::optional<Dialling::Target> Dialling::target(std::string_view text) const {
 bool Dialling::reachesEmergencyService(const std::string& dialled) const {
     std::vector<std::string> prefixes = m_rules.featureAccessCodes;
     prefixes.push_back(m_rules.outsideLine);
-    prefixes.emplace_back();
+    // Not numbers of the plan; but some switches and networks drop such a prefix.
+    prefixes.insert(prefixes.end(), {"", "+", "0", "00"});
     return std::any_of(prefixes.begin(), prefixes.end(), [&](const std::string& prefix) {
         return dialled.starts_with(prefix) && m_plan.isEmergencyNumber(dialled.substr(prefix.size()));
     });

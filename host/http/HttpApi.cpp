@@ -48,7 +48,7 @@ public:
           m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
                     m_backend.database}),
           m_calls(m_backend.storedEntries),
-          m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook}),
+          m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook, m_backend.lineState}),
           m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
           m_parties(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
           m_feed(

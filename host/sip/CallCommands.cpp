@@ -5,6 +5,7 @@
 
 #include "host/csta-wire/DeviceText.h"
 #include "host/sip/SipAddress.h"
+#include "platform/logging/Logging.h"
 
 namespace host {
 
@@ -24,7 +25,8 @@ bool isNotFound(const std::vector<PhoneResponse>& responses) {
 
 void CallCommands::perform(const CallControlRequest& request, const std::string& nameSpace,
                            const Reply& reply) {
-    if (!m_phone.isConnected()) {
+    const bool canDial = m_status.state().kind == PhoneState::Kind::eReady;
+    if (!m_phone.isConnected() || (request.service == CallControlService::eMakeCall && !canDial)) {
         reply(writeCstaRefusal("systemResourceAvailibility", "deviceOutOfService", nameSpace));
         return;
     }
@@ -90,6 +92,14 @@ std::vector<PhoneControl::Command> CallCommands::acceptCommands(const SipCalls::
     return commands;
 }
 
+/// The call has ended between the check and the command.
+void CallCommands::logIfMisdirected(const std::vector<PhoneResponse>& responses) const {
+    if (!responses.empty() && !m_calls.live().empty()) {
+        logAppUni("SIP Gateway", __FILE_NAME__, 3, __LINE__, "%s",
+                  "a call ended in the moment of its command; baresip may have applied it to another call");
+    }
+}
+
 void CallCommands::act(const CallControlRequest& request, const std::string& nameSpace, const Reply& reply) {
     const std::optional<SipCalls::Found> call = m_calls.find(request.connection.callId);
     const bool accepts = request.service == CallControlService::eAnswerCall;
@@ -109,9 +119,13 @@ void CallCommands::act(const CallControlRequest& request, const std::string& nam
         }
         m_phone.send(accepts ? acceptCommands(*call)
                              : std::vector<PhoneControl::Command>{chosen(*call), {.name = "hangup"}},
-                     [service, nameSpace, reply](const std::vector<PhoneResponse>& responses) {
-                         reply(isNotFound(responses) ? writeCstaRefusal("operation", "generic", nameSpace)
-                                                     : writeCallControlResponse(service, {}, nameSpace));
+                     [this, service, nameSpace, reply](const std::vector<PhoneResponse>& responses) {
+                         if (isNotFound(responses)) {
+                             logIfMisdirected(responses);
+                             reply(writeCstaRefusal("operation", "generic", nameSpace));
+                         } else {
+                             reply(writeCallControlResponse(service, {}, nameSpace));
+                         }
                      });
     });
 }

@@ -57,7 +57,10 @@ std::string phoneAccount(const SipAccount& account) {
     text += '<' + account.uri + ">;answermode=manual;regint=";
     text += std::to_string(account.registers ? kRegistration : 0);
     if (!account.password.empty()) {
-        text += ";auth_user=" + (account.authUser.empty() ? account.address.user : account.authUser);
+        // Otherwise it is the user of the address, as it was written.
+        if (!account.authUser.empty()) {
+            text += ";auth_user=" + account.authUser;
+        }
         text += ";auth_pass=\"" + account.password + '"';
     }
     if (!account.outbound.empty()) {

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "host/framework/FileDescriptor.h"
 #include "platform/logging/Logging.h"
@@ -93,8 +94,8 @@ std::filesystem::path findBaresip() {
 
 /// The output of the telephone, as lines in the log.
 struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
-    Output(asio::io_context& io, int descriptor, std::function<void(const std::string&)> atEnd)
-        : stream(io, descriptor), ended(std::move(atEnd)) {}
+    Output(asio::io_context& io, int descriptor, Handlers toCall)
+        : stream(io, descriptor), handlers(std::move(toCall)) {}
 
     void read() {
         stream.async_read_some(asio::buffer(bytes),
@@ -104,13 +105,12 @@ struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
     }
 
     void received(std::error_code error, std::size_t size) {
-        if (!ended) {
+        if (!handlers.ended) {
             return;
         }
         if (error) {
-            const auto handler = std::move(ended);
-            ended = nullptr;
-            handler(lastLine);
+            const auto ended = std::exchange(handlers.ended, nullptr);
+            ended(lastLine);
             return;
         }
         for (const char c : std::string_view(bytes.data(), size)) {
@@ -127,6 +127,7 @@ struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
         const std::string text = withoutTerminalCodes(line);
         if (!text.empty()) {
             logAppUni(kComponent, __FILE_NAME__, 6, __LINE__, "baresip: %s", text.c_str());
+            handlers.printed(text);
             note(text, line.find("\x1b[31m") != std::string::npos);
         }
         line.clear();
@@ -145,7 +146,7 @@ struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
     }
 
     asio::posix::stream_descriptor stream;
-    std::function<void(const std::string&)> ended;
+    Handlers handlers;
     std::array<char, 4096> bytes{};
     std::string line;
     /// The line of the output that best explains the end of the process.
@@ -154,8 +155,7 @@ struct PhoneProcess::Output : std::enable_shared_from_this<Output> {
 };
 
 PhoneProcess::PhoneProcess(asio::io_context& io, const std::filesystem::path& program,
-                           const std::filesystem::path& directory,
-                           std::function<void(const std::string&)> ended) {
+                           const std::filesystem::path& directory, Handlers handlers) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::system_error(errno, std::generic_category(), "cannot make a pipe");
@@ -176,12 +176,12 @@ PhoneProcess::PhoneProcess(asio::io_context& io, const std::filesystem::path& pr
     if (m_id < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot start baresip");
     }
-    m_output = std::make_shared<Output>(io, ours.release(), std::move(ended));
+    m_output = std::make_shared<Output>(io, ours.release(), std::move(handlers));
     m_output->read();
 }
 
 PhoneProcess::~PhoneProcess() {
-    m_output->ended = nullptr;
+    m_output->handlers.ended = nullptr;
     ::kill(m_id, SIGTERM);
     // The output stays open until then: its end would kill the telephone before it hangs up.
     reap(m_id, std::chrono::seconds(1));

@@ -20,10 +20,17 @@ namespace host {
 /// Call from the thread of the io_context only.
 class PhoneProcess {
 public:
-    /// Starts the telephone with the configuration in `directory`. `ended` is called once when it has ended
-    /// by itself, with its last words; not after the destructor. Throws `std::system_error`.
+    /// None is called after the destructor.
+    struct Handlers {
+        /// A text line of its output.
+        std::function<void(const std::string&)> printed;
+        /// Called once when it has ended by itself, with its last words.
+        std::function<void(const std::string&)> ended;
+    };
+
+    /// Starts the telephone with the configuration in `directory`. Throws `std::system_error`.
     PhoneProcess(asio::io_context& io, const std::filesystem::path& program,
-                 const std::filesystem::path& directory, std::function<void(const std::string&)> ended);
+                 const std::filesystem::path& directory, Handlers handlers);
     /// Ends the telephone, which hangs up first. Waits for it, up to a second.
     ~PhoneProcess();
     PhoneProcess(const PhoneProcess&) = delete;

@@ -22,7 +22,6 @@ constexpr std::chrono::milliseconds kLongestDelay{30000};
 constexpr std::chrono::milliseconds kConnectRetry{25};
 /// The time that the child process has to open its control port.
 constexpr std::chrono::seconds kStartPatience{5};
-constexpr std::chrono::seconds kFirstCheck{1};
 constexpr std::chrono::seconds kCheckInterval{10};
 /// A telephone that was connected for less counts as one that failed to start.
 constexpr std::chrono::seconds kStable{10};
@@ -89,9 +88,10 @@ void PhoneSupervisor::startProcess() {
     m_endpoint = {"127.0.0.1", freePort(m_io)};
     m_directory->write(m_account, m_endpoint.port);
     m_process = std::make_unique<PhoneProcess>(
-        m_io, m_program, m_directory->path(), [this](const std::string& lastWords) {
-            failed(lastWords.empty() ? "it has ended" : "it has ended: " + lastWords);
-        });
+        m_io, m_program, m_directory->path(),
+        PhoneProcess::Handlers{.printed = m_handlers.printed, .ended = [this](const std::string& lastWords) {
+                                   failed(lastWords.empty() ? "it has ended" : "it has ended: " + lastWords);
+                               }});
 }
 
 void PhoneSupervisor::connect() {
@@ -131,7 +131,7 @@ void PhoneSupervisor::connected(tcp::socket socket) {
     logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "baresip is connected at %s",
               m_endpoint.text().c_str());
     m_handlers.connected();
-    checkAfter(kFirstCheck);
+    check();
 }
 
 void PhoneSupervisor::failed(const std::string& reason) {
@@ -152,6 +152,7 @@ void PhoneSupervisor::failed(const std::string& reason) {
     const auto delay = m_backoff.next();
     logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "baresip at %s is lost: %s; next attempt in %lld ms",
               m_endpoint.text().c_str(), reason.c_str(), static_cast<long long>(delay.count()));
+    m_handlers.failed(reason);
     if (wasConnected) {
         m_handlers.lost(ended);
     }
@@ -164,18 +165,17 @@ void PhoneSupervisor::failed(const std::string& reason) {
 }
 
 /// A response that does not come closes the connection.
-void PhoneSupervisor::checkAfter(std::chrono::milliseconds delay) {
-    m_timer.expires_after(delay);
-    m_timer.async_wait([this, attempt = m_attempt](std::error_code cancelled) {
-        if (cancelled || attempt != m_attempt) {
-            return;
+void PhoneSupervisor::check() {
+    send({{.name = "reginfo"}}, [this](const std::vector<PhoneResponse>& responses) {
+        if (!responses.empty()) {
+            m_handlers.registration(responses.front().text);
         }
-        send({{.name = "reginfo"}}, [this](const std::vector<PhoneResponse>& responses) {
-            if (!responses.empty()) {
-                m_handlers.registration(responses.front().text);
-            }
-        });
-        checkAfter(kCheckInterval);
+    });
+    m_timer.expires_after(kCheckInterval);
+    m_timer.async_wait([this, attempt = m_attempt](std::error_code cancelled) {
+        if (!cancelled && attempt == m_attempt) {
+            check();
+        }
     });
 }
 

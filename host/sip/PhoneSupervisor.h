@@ -30,8 +30,12 @@ public:
         /// The telephone is connected.
         std::function<void()> connected;
         std::function<void(const SipPhoneEvent&)> event;
-        /// The response to `reginfo`, which is asked for regularly.
+        /// A text line of the output of the child process.
+        std::function<void(const std::string&)> printed;
+        /// The response to `reginfo`, which is asked for at once and then regularly.
         std::function<void(const std::string& text)> registration;
+        /// An attempt has failed, or the telephone is lost, which `lost` follows.
+        std::function<void(const std::string& reason)> failed;
         /// The telephone is not connected any more. `ended`: it has ended with all its calls.
         std::function<void(bool ended)> lost;
     };
@@ -54,7 +58,7 @@ private:
     void connect();
     void connected(asio::ip::tcp::socket socket);
     void failed(const std::string& reason);
-    void checkAfter(std::chrono::milliseconds delay);
+    void check();
 
     asio::io_context& m_io;
     const SipAccount m_account;

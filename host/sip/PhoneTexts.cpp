@@ -58,20 +58,31 @@ std::vector<int> readLineNumbers(std::string_view text) {
     return numbers;
 }
 
-std::optional<bool> readRegistration(std::string_view text, std::string_view user) {
-    const std::string account = "sip:" + std::string(user) + '@';
+std::optional<bool> readRegistration(std::string_view text, std::string_view address) {
+    // The telephone shows the address as it was written, without the parameters.
+    const std::string account = ' ' + std::string(address.substr(0, address.find(';'))) + ' ';
     while (!text.empty()) {
         const std::string_view line = takeLine(text);
         const std::size_t found = line.find(account);
         if (found != std::string_view::npos) {
             // After the address: terminal codes around "OK ", "ERR" or "zzz".
-            const std::string_view state = line.substr(std::min(line.find(' ', found), line.size()));
+            const std::string_view state = line.substr(found + account.size());
             const bool registered = state.find("OK") != std::string_view::npos;
             const bool refused = state.find("ERR") != std::string_view::npos;
             return registered || refused ? std::optional(registered) : std::nullopt;
         }
     }
     return std::nullopt;
+}
+
+std::optional<std::string> readRegistrationFault(std::string_view line, std::string_view address) {
+    // "reg: sip:ann@example.org: 403 Forbidden (registrar's words)"
+    const std::string begin = "reg: " + std::string(address.substr(0, address.find(';'))) + ": ";
+    if (line.substr(0, begin.size()) != begin) {
+        return std::nullopt;
+    }
+    line.remove_prefix(begin.size());
+    return std::string(trimmed(line.substr(0, line.find(" ("))));
 }
 
 std::optional<SipCallState> readCallState(std::string_view text) {

@@ -138,12 +138,26 @@ SipCalls::Call& SipCalls::callOf(const SipPhoneEvent& event, const std::string& 
         found->second.doubtful = false;
         return found->second;
     }
-    const SwitchParty peer = partyOf(event.peerUri, event.peerName);
+    const SwitchParty peer = named(partyOf(event.peerUri, event.peerName));
     const std::string id = cstaCallId(event.id, event.outgoing);
     SwitchCall call =
         event.outgoing ? SwitchCall(id, m_own, peer, {}, {}) : SwitchCall(id, peer, m_own, {}, {});
     append(events, call.originate(initiated));
     return m_calls.emplace(key, Call{.call = std::move(call)}).first->second;
+}
+
+/// The telephone has no name for a call that it places. A caller has given one.
+SwitchParty SipCalls::named(SwitchParty peer) {
+    if (peer.name.empty()) {
+        const auto known = m_names.find(peer.number);
+        peer.name = known == m_names.end() ? std::string() : known->second;
+    } else {
+        if (m_names.size() >= kMostNames) {
+            m_names.clear();
+        }
+        m_names[peer.number] = peer.name;
+    }
+    return peer;
 }
 
 void SipCalls::ring(const Key& /*key*/, Call& call, SwitchEvents& events) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -24,6 +25,8 @@ namespace host {
 ///     CALL_ESTABLISHED                 Established; Held for the others if it is incoming
 ///     CALL_CLOSED                      ConnectionCleared of both ends, or Failed and that of the own end;
 ///                                      Retrieved for the call that the telephone takes back
+///
+/// A party whose name the telephone does not report has the name with which it called last.
 ///
 /// Not thread-safe.
 class SipCalls {
@@ -76,6 +79,7 @@ private:
     [[nodiscard]] static Side ownSide(const Key& key) noexcept;
     /// The call, which is created with its first events if it is new.
     Call& callOf(const SipPhoneEvent& event, const std::string& initiated, SwitchEvents& events);
+    [[nodiscard]] SwitchParty named(SwitchParty peer);
     void ring(const Key& key, Call& call, SwitchEvents& events) const;
     void establish(const Key& key, Call& call, SwitchEvents& events);
     void close(const Key& key, const std::string& reason, SwitchEvents& events);
@@ -84,8 +88,12 @@ private:
     /// Adds the events for the own device only.
     void append(SwitchEvents& events, SwitchEvents added) const;
 
+    static constexpr std::size_t kMostNames = 1000;
+
     const SwitchParty m_own;
     std::map<Key, Call> m_calls;
+    /// The names of the parties, by their numbers.
+    std::map<std::string, std::string> m_names;
 };
 
 }  // namespace host

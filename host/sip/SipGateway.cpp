@@ -26,6 +26,8 @@ namespace {
 constexpr const char* kComponent = "SIP Gateway";
 /// The time that the first client waits for the telephone, and a call for a telephone that was lost.
 constexpr std::chrono::seconds kPhonePatience{3};
+/// The time after which a registrar that has not responded is reported.
+constexpr std::chrono::seconds kRegistrarPatience{3};
 /// The time to send the last events.
 constexpr std::chrono::milliseconds kLinger{100};
 
@@ -36,18 +38,27 @@ public:
     explicit Impl(SipGatewayOptions options)
         : m_options(std::move(options)),
           m_timer(m_io),
+          m_registrarTimer(m_io),
+          m_status(m_options.account.uri, m_options.account.registers && !m_options.account.baresip),
           m_calls({.number = m_options.account.device(), .name = m_options.account.name}),
           m_phone(m_io, m_options.account, m_options.directory,
-                  {.connected = [this] { readCalls(); },
+                  {.connected = [this] { connected(); },
                    .event = [this](const SipPhoneEvent& event) { process(event); },
-                   .registration =
-                       [this](const std::string& text) {
-                           if (const auto state = readRegistration(text, m_options.account.address.user)) {
-                               report(*state, {});
+                   .printed =
+                       [this](const std::string& line) {
+                           if (const auto fault = readRegistrationFault(line, m_options.account.uri)) {
+                               m_status.registered(false, *fault);
                            }
                        },
+                   .registration =
+                       [this](const std::string& text) {
+                           if (const auto state = readRegistration(text, m_options.account.uri)) {
+                               m_status.registered(*state, {});
+                           }
+                       },
+                   .failed = [this](const std::string& reason) { m_status.failed(reason); },
                    .lost = [this](bool ended) { lost(ended); }}),
-          m_commands(m_phone, m_calls, [this](const SwitchEvents& events) { publish(events); }) {}
+          m_commands(m_phone, m_status, m_calls, [this](const SwitchEvents& events) { publish(events); }) {}
 
     ~Impl() { stop(); }
 
@@ -80,6 +91,7 @@ public:
 
     [[nodiscard]] Endpoint endpoint() const { return {m_options.listen.host, m_port}; }
     [[nodiscard]] std::string device() const { return m_calls.own().number; }
+    [[nodiscard]] PhoneState phoneState() const { return m_status.state(); }
 
 private:
     /// The clients are let in once the calls of a running telephone are known: otherwise they would take them
@@ -122,25 +134,9 @@ private:
             return;
         }
         if (event.type == "REGISTER_OK" || event.type == "REGISTER_FAIL") {
-            report(event.type == "REGISTER_OK", event.param);
+            m_status.registered(event.type == "REGISTER_OK", event.param);
         }
         publish(m_calls.process(event));
-    }
-
-    /// The first result may precede the connection to the telephone, so it is asked for, too.
-    void report(bool registered, const std::string& reason) {
-        if (m_registered == registered) {
-            return;
-        }
-        m_registered = registered;
-        const std::string& account = m_options.account.uri;
-        if (registered) {
-            logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "%s is registered", account.c_str());
-        } else {
-            logAppUni(kComponent, __FILE_NAME__, 3, __LINE__,
-                      "%s is not registered: %s; check the account and its password", account.c_str(),
-                      reason.empty() ? "the registrar refuses or does not respond" : reason.c_str());
-        }
     }
 
     void publish(const SwitchEvents& events) {
@@ -149,6 +145,18 @@ private:
                 m_server->publish(event);
             }
         }
+    }
+
+    /// The result of the registration may precede the connection to the telephone, so it is asked for, too.
+    void connected() {
+        m_status.connected();
+        m_registrarTimer.expires_after(kRegistrarPatience);
+        m_registrarTimer.async_wait([this](std::error_code cancelled) {
+            if (!cancelled) {
+                m_status.overdue();
+            }
+        });
+        readCalls();
     }
 
     void readCalls() {
@@ -183,7 +191,6 @@ private:
     }
 
     void lost(bool ended) {
-        m_registered.reset();
         if (ended) {
             publish(m_calls.endAll());
             return;
@@ -208,6 +215,7 @@ private:
 
     void beginStop() {
         m_phone.stop();
+        m_registrarTimer.cancel();
         publish(m_calls.endAll());
         m_timer.expires_after(kLinger);
         m_timer.async_wait([this](std::error_code) {
@@ -225,10 +233,11 @@ private:
 
     // The gateway's thread only, while it runs.
     bool m_listenAttempted = false;
-    std::optional<bool> m_registered;
     asio::io_context m_io;
     std::optional<asio::executor_work_guard<asio::io_context::executor_type>> m_work;
     asio::steady_timer m_timer;
+    asio::steady_timer m_registrarTimer;
+    PhoneStatus m_status;
     CallLogStore m_callLogs;
     SipCalls m_calls;
     PhoneSupervisor m_phone;
@@ -256,6 +265,10 @@ Endpoint SipGateway::endpoint() const {
 
 std::string SipGateway::device() const {
     return m_impl->device();
+}
+
+PhoneState SipGateway::phoneState() const {
+    return m_impl->phoneState();
 }
 
 }  // namespace host

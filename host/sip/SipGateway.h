@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "host/sip/PhoneStatus.h"
 #include "host/sip/SipAccount.h"
 
 namespace host {
@@ -40,6 +41,8 @@ public:
     /// The address of the CSTA link. Valid after `start`.
     [[nodiscard]] Endpoint endpoint() const;
     [[nodiscard]] std::string device() const;
+    /// The telephone and its registration. Any thread may call.
+    [[nodiscard]] PhoneState phoneState() const;
 
 private:
     class Impl;

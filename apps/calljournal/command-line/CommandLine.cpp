@@ -93,6 +93,8 @@ std::string CommonOptions::commandForUser(const std::string& command) const {
 int runCommandLine(int argc, char** argv) {
     CLI::App app("The call journal of a telephone line: calls received, dialled, missed and forwarded.",
                  "calljournal");
+    app.get_formatter()->label("REQUIRED", "(required)");
+    app.get_formatter()->label("Excludes", "not with");
     app.require_subcommand(1);
     app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
     CommonOptions common;

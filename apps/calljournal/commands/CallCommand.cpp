@@ -54,12 +54,13 @@ public:
         }
         host::ApiClient client(common.dataDirectory());
         const bool isEntry = !m_entry.empty() || isEntryId(m_target);
-        const std::string number =
-            isEntry ? numberOf(client, m_entry.empty() ? m_target : m_entry) : m_target;
-        const Json placed = place(client, number);
-        std::cout << (m_json ? host::jsonText(placed) + "\n"
-                             : "calling " + host::printable(number) + " (call " + textIn(placed, "callId") +
-                                   ")\n")
+        const Party party =
+            isEntry ? partyOf(client, m_entry.empty() ? m_target : m_entry) : Party{m_target, {}};
+        const Json placed = place(client, party.number);
+        const std::string text = party.name.empty() ? party.number : party.name + ", " + party.number;
+        std::cout << (m_json
+                          ? host::jsonText(placed) + "\n"
+                          : "calling " + host::printable(text) + " (call " + textIn(placed, "callId") + ")\n")
                   << std::flush;
         return statusOfOutput();
     }
@@ -89,23 +90,28 @@ private:
         return client.post({"calls"}, body);
     }
 
-    static std::string numberOf(host::ApiClient& client, const std::string& id) {
+    struct Party {
         std::string number;
+        std::string name;
+    };
+
+    static Party partyOf(host::ApiClient& client, const std::string& id) {
+        Party party;
         bool isFound = false;
         forEachList([&]<typename Item>() {
             if (!isFound) {
                 if (const auto item = findEntry(client, ListTraits<Item>::kList, id)) {
                     isFound = true;
-                    number = textIn(*item, "number");
+                    party = {textIn(*item, "number"), textIn(*item, "displayName")};
                 }
             }
         });
-        if (number.empty()) {
+        if (party.number.empty()) {
             throw std::runtime_error(isFound ? "the entry has no number, for the caller has withheld it"
                                              : "there is no entry " + host::printable(id) +
                                                    " in any of the five lists");
         }
-        return number;
+        return party;
     }
 
     std::string m_target;

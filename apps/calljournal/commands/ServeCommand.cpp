@@ -32,6 +32,9 @@ public:
         const auto socket = JournalServer::claim(directory);
         const std::unique_ptr<host::SipGateway> gateway = startGatewayFor(configuration, common);
         JournalServer server(configuration, directory, *socket);
+        if (gateway) {
+            server.setTelephone([&gateway] { return telephoneOf(*gateway); });
+        }
         server.start();
         std::cout << "calljournal serves line " << configuration.lines.front().device << " of the switch at "
                   << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
@@ -47,6 +50,13 @@ public:
     }
 
 private:
+    [[nodiscard]] static host::TelephoneState telephoneOf(const host::SipGateway& gateway) {
+        const host::PhoneState state = gateway.phoneState();
+        return {.isReady = state.kind == host::PhoneState::Kind::eReady,
+                .word = wordOf(state.kind),
+                .reason = state.reason};
+    }
+
     /// The gateway of `--sip`, which the configuration then has as its switch; otherwise nullptr.
     [[nodiscard]] std::unique_ptr<host::SipGateway> startGatewayFor(host::Configuration& configuration,
                                                                     const CommonOptions& common) const {

@@ -28,7 +28,8 @@ public:
                       "the control port of a telephone that runs already [start one]");
         addListenOption(app, "--listen", m_listen,
                         "the address that clients connect to; port 0 selects a free port [127.0.0.1:4242]");
-        app.add_option("--log-level", m_logLevel, "error, warning, info, debug or trace [info]");
+        app.add_option("--log-level", m_logLevel, "error, warning, info, debug or trace [info]")
+            ->type_name("LEVEL");
     }
 
     // The first text line of the output contains the listening address, for a parent process that starts it
@@ -36,7 +37,10 @@ public:
     int run(const CommonOptions& common) override {
         const StopSignal stop;
         host::Log::configure(m_logLevel, "");
-        const host::Endpoint listen = host::parseEndpoint(m_listen).value();
+        host::Endpoint listen = host::parseEndpoint(m_listen).value();
+        if (listen.host == "localhost") {
+            listen.host = "127.0.0.1";
+        }
         std::error_code error;
         if (const auto address = asio::ip::make_address(listen.host, error);
             error || !address.is_loopback()) {

@@ -158,6 +158,8 @@ public:
         m_remote->start();
     }
 
+    void setTelephone(std::function<host::TelephoneState()> telephone) { m_telephone = std::move(telephone); }
+
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
     /// Stops once; returns the number of changes that are not stored.
@@ -201,8 +203,12 @@ private:
                 m_line.dialling(),
                 [this] {
                     const host::CstaLink::Status status = m_line.linkStatus();
-                    return host::LineState{status.connected, status.monitoring, status.callControl,
-                                           m_line.liveCallCount()};
+                    return host::LineState{
+                        .connected = status.connected,
+                        .monitoring = status.monitoring,
+                        .callControl = status.callControl,
+                        .liveCallCount = m_line.liveCallCount(),
+                        .telephone = m_telephone ? std::optional(m_telephone()) : std::nullopt};
                 },
                 [this] { return m_remote->clientCount(); },
                 &host::Log::droppedLines};
@@ -230,6 +236,8 @@ private:
     host::DatabaseMaintenance m_databaseMaintenance{m_database, m_pool, m_timerSource};
     const host::HttpApiSettings m_httpSettings;
     std::unique_ptr<host::HttpApi> m_http;
+    /// Empty if the program runs no telephone.
+    std::function<host::TelephoneState()> m_telephone;
     host::Endpoint m_httpEndpoint;
     const std::filesystem::path m_dataDirectory;
     std::optional<host::ApiAddressFile> m_addressFile;
@@ -271,6 +279,10 @@ JournalServer::~JournalServer() {
 
 void JournalServer::setChangeListener(std::function<void(const std::string&)> listener) {
     m_impl->line().setChangeListener(std::move(listener));
+}
+
+void JournalServer::setTelephone(std::function<host::TelephoneState()> telephone) {
+    m_impl->setTelephone(std::move(telephone));
 }
 
 std::string JournalServer::HttpAddress::text() const {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/config/Configuration.h"
+#include "host/http/resources/StatusResource.h"
 #include "host/remote/ServerSocket.h"
 
 namespace calljournal {
@@ -39,6 +40,9 @@ public:
     /// Sets a listener that gets a sentence about each change of the journal, on the thread that makes the
     /// change. Call before `start`.
     void setChangeListener(std::function<void(const std::string&)> listener);
+    /// Sets a function that returns the state of the telephone that the program runs. Any thread may call it
+    /// until `stop` returns. Call before `start`.
+    void setTelephone(std::function<host::TelephoneState()> telephone);
 
     /// Returns when the journal is loaded and clients are served. The connection to the switch is made
     /// asynchronously.

@@ -31,6 +31,10 @@ std::string wordsOf(const SwitchResponse& refusal) {
     return refusal.category + "/" + refusal.value;
 }
 
+bool isOutOfService(const SwitchResponse& refusal) {
+    return refusal.value == "deviceOutOfService" || refusal.value == "networkOutOfService";
+}
+
 CallControlOutcome notPossible(const char* reason) {
     return {.kind = CallControlOutcome::Kind::eNotPossible, .reason = reason};
 }
@@ -176,7 +180,8 @@ CallControlOutcome CallControl::failure(CallControlService service, const Switch
                 setLacking(service, true);
                 return {.kind = Kind::eNotSupported};
             }
-            return {.kind = Kind::eRefused, .reason = wordsOf(response)};
+            return {.kind = isOutOfService(response) ? Kind::eOutOfService : Kind::eRefused,
+                    .reason = wordsOf(response)};
         case SwitchResponse::Kind::eTimedOut: setLacking(service, true); return {.kind = Kind::eNotSupported};
         case SwitchResponse::Kind::eResponse:
             return {.kind = Kind::eRefused,

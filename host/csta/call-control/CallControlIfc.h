@@ -38,6 +38,7 @@ struct CallControlOutcome {
     enum class Kind {
         eDone,
         eRefused,       ///< by the switch; `reason` has its words
+        eOutOfService,  ///< by the switch, because the telephone is not available; `reason` has its words
         eNotPossible,   ///< in the state of the call; `reason` is a sentence
         eUnknownCall,   ///< no live call has the id
         eNotSupported,  ///< the switch does not have the service

@@ -40,6 +40,8 @@ void requireDone(const CallControlOutcome& outcome, const std::string& service) 
         case Kind::eDone: return;
         case Kind::eRefused:
             throw HttpError(409, "refused", "the switch refuses " + service + ": " + outcome.reason);
+        case Kind::eOutOfService:
+            throw HttpError(503, "no-telephone", "the telephone is out of service: " + outcome.reason);
         case Kind::eNotPossible: throw HttpError(409, "wrong-state", outcome.reason);
         case Kind::eUnknownCall: throw HttpError(404, "unknown-call", "there is no such live call");
         case Kind::eNotSupported:
@@ -49,6 +51,15 @@ void requireDone(const CallControlOutcome& outcome, const std::string& service) 
         case Kind::eNotConnected: break;
     }
     throw HttpError(503, "no-link", "there is no link to the switch");
+}
+
+/// Throws `HttpError` if the telephone is one of the program's own and cannot dial.
+void requireReady(const std::optional<TelephoneState>& telephone) {
+    if (telephone && !telephone->isReady) {
+        throw HttpError(503, "no-telephone",
+                        "the telephone is " + telephone->word +
+                            (telephone->reason.empty() ? std::string() : ": " + telephone->reason));
+    }
 }
 
 Json parsedCall(const HttpRequest& request) {
@@ -100,6 +111,7 @@ HttpResponse LiveCallsResource::place(const HttpRequest& request) const {
             422, "emergency-number",
             target->text + " reaches an emergency service; to call it, confirm with \"emergency\": true");
     }
+    requireReady(m_sources.lineState().telephone);
     const CallControlOutcome outcome = m_sources.calls.makeCall(target->text);
     requireDone(outcome, "MakeCall");
     return jsonResponse({{"callId", outcome.callId}}, 202);

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <utility>
 
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
+#include "host/http/resources/StatusResource.h"
 
 namespace host {
 
@@ -23,9 +26,10 @@ public:
         CallControlIfc& calls;
         const Dialling& dialling;
         Phonebook& phonebook;
+        std::function<LineState()> lineState;
     };
 
-    explicit LiveCallsResource(Sources sources) : m_sources(sources) {}
+    explicit LiveCallsResource(Sources sources) : m_sources(std::move(sources)) {}
 
     void addRoutes(Router& router);
 

@@ -14,6 +14,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+Json telephoneJson(const std::optional<TelephoneState>& telephone) {
+    return telephone ? Json{{"state", telephone->word}, {"reason", telephone->reason}} : Json();
+}
+
 }  // namespace
 
 void StatusResource::addRoutes(Router& router) {
@@ -63,7 +67,8 @@ HttpResponse StatusResource::status() const {
         {{"line", m_sources.line},
          {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
          {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
-         {"callControl", state.callControl},
+         {"callControl", state.callControl && (!state.telephone || state.telephone->isReady)},
+         {"telephone", telephoneJson(state.telephone)},
          {"calls", state.liveCallCount},
          {"database", {{"kept", m_sources.database.keptCount()}, {"lost", m_sources.database.lostCount()}}},
          {"lists", std::move(lists)}});

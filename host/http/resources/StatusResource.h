@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "host/http/messages/HttpRequest.h"
@@ -17,12 +18,24 @@ class LocalManagement;
 class Router;
 class StoredLists;
 
+/// The telephone that the program itself runs.
+struct TelephoneState {
+    /// Calls can be placed with it.
+    bool isReady = false;
+    /// "ready", "registering", "not-registered" or "not-running".
+    std::string word{};
+    /// Why it is not ready; may be empty.
+    std::string reason{};
+};
+
 struct LineState {
     bool connected = false;
     bool monitoring = false;
     /// Calls can be placed at the switch, as far as is known.
     bool callControl = false;
     std::size_t liveCallCount = 0;
+    /// std::nullopt: the telephone belongs to the switch.
+    std::optional<TelephoneState> telephone{};
 };
 
 /// The state of the line and the health of the service. Thread-safe.

@@ -6,10 +6,12 @@ import signal
 import stat
 import subprocess
 import threading
+import urllib.error
 import urllib.request
 
 from harness import IMPATIENT, LIMIT, ENVIRONMENT, ProgramTest
 from sip_phone import CallController, SipPhone, free_port
+from sip_registrar import SipRegistrar
 
 LISTS = ("missed", "received", "dialled")
 
@@ -77,7 +79,7 @@ class SipTest(ProgramTest):
                       for call in self.get(server, "calls?limit=100")["items"])
 
     def test_each_way_a_call_ends(self):
-        server = self.serve_sip()
+        server = self.serve_sip("--set", "software-type=Norlith SIP")
         self.control = CallController(self, server.switch, "alice")
         expected = []
 
@@ -96,9 +98,11 @@ class SipTest(ProgramTest):
             call = self.rings_from(each)
             self.assertIn("AnswerCallResponse", self.control.answer_call(call))
             each.reports("CALL_ESTABLISHED")
+        self.await_value(["held", "connected"], lambda: [call[1] for call in self.live(server)])
         threading.Event().wait(1.1)  # the duration is in whole seconds
         self.assertIn("ClearConnectionResponse", self.control.clear(call))
         ends.reports("CALL_CLOSED")
+        self.await_value(["connected"], lambda: [call[1] for call in self.live(server)])
         talks.command("hangup")
         expected += ["received ends talked", "received talks talked"]
 
@@ -129,6 +133,8 @@ class SipTest(ProgramTest):
         self.assertIn("MakeCallResponse", self.control.make("sip:absent@127.0.0.1:%d" % phone.port))
         expected.append("dialled absent")
         self.is_filed(server, sorted(expected))
+        reasons = {call["number"].split("@")[0]: call["reason"] for call in self.get(server, "calls?list=dialled")["items"]}
+        self.assertEqual(reasons, {"answers": "", "rejects": "rejected", "isbusy": "busy", "waits": "", "absent": "no-such-number"})
         self.assertIn("invalidCalledDeviceID", self.control.make("not a number"))
 
     def test_a_missed_call_is_called_back_and_others_controlled_over_http(self):
@@ -148,6 +154,7 @@ class SipTest(ProgramTest):
         threading.Event().wait(1.1)
         self.open(server, "live-calls/" + call, "DELETE").close()
         self.await_value(["dialled bob talked", "missed bob"], lambda: self.filed(server))
+        self.assertEqual([call["name"] for call in self.get(server, "calls")["items"]], ["The bob", "The bob"])
 
         other = self.phone("ann")
         self.rings_from(other)
@@ -189,8 +196,11 @@ class SipTest(ProgramTest):
         self.control = CallController(self, gateway.address, "alice")
         server = self.serve_at(gateway)
         phone, late = self.phone("bob"), self.phone("late")
-        self.control.answer_call(self.rings_from(phone))
-        threading.Event().wait(0.6)  # the time after which a call is noted
+        call = self.rings_from(phone)
+        threading.Event().wait(0.3)  # a change after a quiet time is noted at once
+        self.control.answer_call(call)
+        self.await_value([("incoming", "connected", phone.number)], lambda: self.live(server))
+        threading.Event().wait(0.03)
         server.stop(signal.SIGKILL)
         self.rings_from(late)
         server = self.serve_at(gateway)
@@ -237,6 +247,34 @@ class SipTest(ProgramTest):
         threading.Event().wait(1.1)
         phone.command("hangup")
         self.is_filed(server, ["received bob talked"])
+
+    def test_calls_wait_for_the_registration_and_a_refusal_is_shown(self):
+        registrar = SipRegistrar(self, "a%6Cice", "right")
+        secret = self.file("secret", "wrong\n")
+        os.chmod(secret, 0o600)
+        account = self.file("account.toml", "[sip]\naccount = \"sip:a%%6Cice@127.0.0.1:%d\"\npassword-file = \"secret\"\n" % registrar.port)
+        arguments = ("serve", "--data", self.data, "--listen", "127.0.0.1:0", "--sip", account)
+
+        server = self.ready(self.start(*arguments))
+        self.await_value({"state": "not-registered", "reason": "403 Forbidden"}, lambda: self.get(server, "status")["telephone"])
+        self.assertFalse(self.get(server, "status")["callControl"])
+        with self.assertRaises(urllib.error.HTTPError) as refused:
+            self.open(server, "calls", "POST", {"number": "4711"})
+        self.assertEqual(refused.exception.code, 503)
+        self.assertIn("403 Forbidden", json.load(refused.exception)["error"]["message"])
+        self.assertIn("deviceOutOfService", CallController(self, server.switch, "alice").make("4711"))
+        server.stop()
+
+        self.file("secret", "right\n")
+        server = self.ready(self.start(*arguments))
+        self.await_value("ready", lambda: self.get(server, "status")["telephone"]["state"])
+        self.assertTrue(self.get(server, "status")["callControl"])
+        server.stop()
+
+        registrar.silent = True
+        server = self.ready(self.start(*arguments))
+        self.await_value("the registrar does not respond yet", lambda: self.get(server, "status")["telephone"]["reason"])
+        server.logs("is not registered: the registrar does not respond yet")
 
     def test_the_password_is_in_no_output_argument_or_open_file(self):
         secret = "S3cret;with=signs"

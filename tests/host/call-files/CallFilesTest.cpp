@@ -70,7 +70,8 @@ Call anyCall() {
         call.ended = time();
         call.calledBackAt = time();
     }
-    call.reason = static_cast<host::CallReason>(*rc::gen::inRange(0, 7));
+    call.reason =
+        static_cast<host::CallReason>(*rc::gen::inRange<std::size_t>(0, host::kCallReasonWords.size()));
     call.start = time();
     call.duration = seconds(call.list == ListName::eMissed ? 0 : *rc::gen::inRange(0, 100'000));
     call.endApproximate = *rc::gen::arbitrary<bool>();

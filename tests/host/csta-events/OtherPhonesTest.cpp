@@ -192,12 +192,20 @@ std::string reasonOf(const std::string& messages, bool withOwnState) {
 // name | messages | reason
 TEST(OtherPhones, AreTheReasonForAnotherParty) {
     const std::string rings = "Delivered 1 at:2001 from:4711 to:2001 own=alerting";
+    const std::string dials = "Originated 1 to:4711 own=connected cause=newCall";
     for (const std::vector<std::string>& row : journaltest::table(3, R"(
 plain call                | RINGS; Established 1 at:2001 from:4711 to:2001 own=connected; Cleared 1 at:2001 own=null |
 forwarded here            | Delivered 1 at:2001 from:4711 to:2005 lastRedirectionDevice:2005 own=alerting cause=callForwardBusy
 +   | forward-busy
 forwarded here by a member | Delivered 1 at:2001 from:4711 to:2005 lastRedirectionDevice:2005 own=alerting cause=callForward;
 +   Established 1 at:2001 from:4711 to:2005 own=connected; Cleared 1 at:4711 own=null | forward-always
+busy                      | DIALS; Failed 1 at:4711 from:2001 to:4711 own=fail cause=busy; Cleared 1 at:2001 own=null | busy
+rejected                  | DIALS; Failed 1 at:4711 from:2001 to:4711 own=fail cause=callCancelled | rejected
+no such number            | DIALS; Failed 1 at:4711 from:2001 to:4711 own=fail cause=destNotObtainable | no-such-number
+forwarded, then busy      | DIALS; Delivered 1 at:4712 from:2001 to:4711 lastRedirectionDevice:4711 own=connected cause=callForwardImmediate;
++   Failed 1 at:4712 from:2001 to:4711 own=fail cause=busy | forward-always
+failed after the answer   | DIALS; Established 1 at:4711 from:2001 to:4711 own=connected; Failed 1 at:4711 from:2001 to:4711 own=fail cause=busy |
+not dialled here          | RINGS; Failed 1 at:2001 from:4711 to:2001 own=fail cause=busy |
 not redirected            | Delivered 1 at:2001 from:4711 to:2001 own=alerting cause=callForwardBusy |
 forwarded away            | RINGS; Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callForwardNoAnswer | forward-no-answer
 forwarded before it rings | Diverted 1 at:2001 away:2007 from:4711 to:2001 own=null cause=callForwardBusy | forward-busy
@@ -216,7 +224,8 @@ picked up here            | Originated 1 to:*8 own=connected cause=newCall; Esta
 transferred here          | Delivered 52 at:2001 from:2005 to:2001 own=alerting; Transfered 51 52 by:2005 own=alerting
 +   <transferredConnections> moved/53/51/4711/4711 moved/53/52/2001/2001 </transferredConnections> | transfer
 )")) {
-        const std::string messages = std::regex_replace(row[1], std::regex("RINGS"), rings);
+        const std::string messages = std::regex_replace(
+            std::regex_replace(row[1], std::regex("RINGS"), rings), std::regex("DIALS"), dials);
         EXPECT_EQ(reasonOf(messages, true), row[2]) << row[0];
         EXPECT_EQ(reasonOf(messages, false), row[2]) << row[0] << ", own state not sent";
     }

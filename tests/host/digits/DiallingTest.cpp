@@ -30,6 +30,10 @@ TEST(Dialling, DialsAsTheNumberingPlanAndTheSwitchWant) {
         DE | 0 | national | 112; 1-1-2; tel:112                           | !112
         DE | 0 | national | 110                                           | !110
         DE | 0 | national | 0112                                          | !0112
+        DE |   | national | 0112; 0-112                                   | !0112
+        DE |   | national | +112                                          | !+112
+        DE |   | national | 00112                                         | !00112
+        DE |   | national | 1120                                          | 1120
         DE | 0 | national | *61112                                        | !*61112
         DE | 0 | national | sip:112@example.org; 112@example.org          | !sip:112@example.org
         DE | 0 | national | 911                                           | 911

@@ -46,7 +46,7 @@ TEST_F(SipAccountTest, TheTelephoneGetsTheAccountInPrivateFiles) {
     EXPECT_EQ(account.device(), "alice");
     EXPECT_EQ(phoneAccount(account),
               "\"Alice\" <sip:alice@example.org;transport=tls>;answermode=manual;regint=600;"
-              "auth_user=alice;auth_pass=\"pass;word\";outbound=\"sip:proxy.example.org\"\n");
+              "auth_pass=\"pass;word\";outbound=\"sip:proxy.example.org\"\n");
 
     const fs::path path = m_directory / "phone";
     {

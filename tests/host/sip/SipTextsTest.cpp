@@ -81,14 +81,24 @@ TEST(PhoneTextsTest, TheStateOfACallIsReadFromItsOwnLines) {
 TEST(PhoneTextsTest, TheRegistrationIsThatOfTheAccount) {
     const std::vector<std::pair<std::string, std::optional<bool>>> rows = {
         {"> sip:bob@h  \x1b[31mERR\x1b[;m \n  sip:ann@h  \x1b[32mOK \x1b[;m Expires 9s\n", true},
-        {"> sip:ann@OK.example  \x1b[31mERR\x1b[;m Expires 0s\n", false},
+        {"  sip:ann@OK.example OK\n> sip:ann@h  \x1b[31mERR\x1b[;m Expires 0s\n", false},
         {"> sip:ann@h  \x1b[33mzzz\x1b[;m Expires 0s\n", std::nullopt},
         {"> sip:ann@h\n", std::nullopt},
         {"> sip:joann@h OK\n", std::nullopt},
     };
     for (const auto& [text, state] : rows) {
-        EXPECT_EQ(readRegistration(text, "ann"), state) << text;
+        EXPECT_EQ(readRegistration(text, "sip:ann@h;transport=tls"), state) << text;
     }
+    EXPECT_EQ(readRegistration("> sip:a%40x@h  \x1b[32mOK \x1b[;m Expires 9s\n", "sip:a%40x@h"), true);
+}
+
+TEST(PhoneTextsTest, ARefusedRegistrationHasAReasonInTheOutput) {
+    const auto fault = [](const char* line) {
+        return readRegistrationFault(line, "sip:ann@h;transport=tls").value_or("-");
+    };
+    EXPECT_EQ(fault("reg: sip:ann@h: 403 Forbidden (Server 1)"), "403 Forbidden");
+    EXPECT_EQ(fault("reg: sip:joann@h: 403 Forbidden ()"), "-");
+    EXPECT_EQ(fault("baresip is ready."), "-");
 }
 
 TEST(CallEndTest, ReadsTheTextOfTheTelephone) {

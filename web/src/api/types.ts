@@ -50,7 +50,8 @@ export interface ListResponse {
 }
 
 /** Why a call has another party than the one that was called. */
-export type CallReason = "" | "transfer" | "forward-busy" | "forward-no-answer" | "forward-always" | "pick-up" | "completed-elsewhere";
+export type CallReason = "" | "transfer" | "forward-busy" | "forward-no-answer" | "forward-always" | "pick-up" | "completed-elsewhere" |
+    "busy" | "rejected" | "unanswered" | "no-such-number" | "congestion";
 
 /** A call of the history, which keeps more calls than the entries of the lists show. */
 export interface Call {
@@ -88,6 +89,8 @@ export interface Status {
     line: string;
     softwareType: string;
     switch: { connected: boolean; monitoring: boolean };
+    /** The SIP telephone that the program runs. */
+    telephone: { state: "ready" | "registering" | "not-registered" | "not-running"; reason: string } | null;
     /** The number of live calls. */
     calls: number;
 }

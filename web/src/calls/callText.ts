@@ -10,6 +10,11 @@ const reasons: Record<CallReason, string> = {
     "forward-always": "forwarded",
     "pick-up": "picked up",
     "completed-elsewhere": "answered elsewhere",
+    busy: "busy",
+    rejected: "rejected",
+    unanswered: "not answered",
+    "no-such-number": "no such number",
+    congestion: "no connection",
 };
 
 function person(name: string | null, number: string | null): string {

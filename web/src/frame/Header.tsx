@@ -17,6 +17,10 @@ function stateText(): { kind: "bad" | "wait" | "good"; text: string } {
     if (!status.switch.monitoring) {
         return { kind: "wait", text: "The line is not monitored" };
     }
+    if (status.telephone && status.telephone.state !== "ready") {
+        const { state, reason } = status.telephone;
+        return { kind: state === "registering" ? "wait" : "bad", text: `The telephone is ${state.replace("-", " ")}${reason && `: ${reason}`}` };
+    }
     return { kind: "good", text: "Line monitored" };
 }
 
