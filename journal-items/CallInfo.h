@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "journal-items/Sparse.h"
+
 /// The data that every occurrence of a call records in any list: numbers, time and the switch's own marks.
 ///
 /// A plain value without synchronisation; copies are deep. The fields are written in the order of the class,
@@ -35,17 +37,20 @@ public:
     void setConnectedNumber(const std::string& number) { m_connectedNumber = number; }
 
     /// The text that goes with presentation C of a call-log entry.
-    [[nodiscard]] const std::string& getTextC() const noexcept { return m_textC; }
-    void setTextC(const std::string& text) { m_textC = text; }
+    [[nodiscard]] const std::string& getTextC() const noexcept { return m_textC.get(); }
+    void setTextC(const std::string& text) { m_textC.set(text); }
 
     /// The text that goes with presentation D of a call-log entry.
-    [[nodiscard]] const std::string& getTextD() const noexcept { return m_textD; }
-    void setTextD(const std::string& text) { m_textD = text; }
+    [[nodiscard]] const std::string& getTextD() const noexcept { return m_textD.get(); }
+    void setTextD(const std::string& text) { m_textD.set(text); }
 
     /// The time of the call: "2026-11-21T05:22:05Z". Compared as bytes, it orders occurrences and items by
     /// time.
     [[nodiscard]] const std::string& getTimeAndDate() const noexcept { return m_timeAndDate; }
-    void setTimeAndDate(const std::string& timeAndDate) { m_timeAndDate = timeAndDate; }
+    void setTimeAndDate(const std::string& timeAndDate) {
+        // An assignment would reserve more than the text has.
+        m_timeAndDate = std::string(timeAndDate);
+    }
 
     /// The log of the switch that the entry belongs to.
     [[nodiscard]] std::int32_t getLogTarget() const noexcept { return m_logTarget; }
@@ -70,8 +75,8 @@ private:
     std::string m_callId;
     std::string m_number;
     std::string m_connectedNumber;
-    std::string m_textC;
-    std::string m_textD;
+    SparseText m_textC;
+    SparseText m_textD;
     std::string m_timeAndDate;
     std::int32_t m_logTarget = 0;
     std::int32_t m_presentationA = 0;

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "journal-items/Sparse.h"
+
 /// One entry of a journal list: a remote party with its name, and an id that clients quote.
 ///
 /// A plain value without synchronisation; copies are deep and moves are cheap. Copy an item through its own
@@ -10,7 +12,9 @@ class CallItem {
 public:
     CallItem() = default;
     CallItem(const std::string& entryId, const std::string& firstname, const std::string& surname)
-        : m_entryId(entryId), m_firstname(firstname), m_surname(surname) {}
+        : m_entryId(entryId), m_surname(surname) {
+        m_firstname.set(firstname);
+    }
     CallItem(const CallItem&) = default;
     CallItem(CallItem&&) noexcept = default;
     CallItem& operator=(const CallItem&) = default;
@@ -22,8 +26,8 @@ public:
     [[nodiscard]] const std::string& getEntryId() const noexcept { return m_entryId; }
     void setEntryId(const std::string& entryId) { m_entryId = entryId; }
 
-    [[nodiscard]] const std::string& getFirstname() const noexcept { return m_firstname; }
-    void setFirstname(const std::string& firstname) { m_firstname = firstname; }
+    [[nodiscard]] const std::string& getFirstname() const noexcept { return m_firstname.get(); }
+    void setFirstname(const std::string& firstname) { m_firstname.set(firstname); }
 
     [[nodiscard]] const std::string& getSurname() const noexcept { return m_surname; }
     void setSurname(const std::string& surname) { m_surname = surname; }
@@ -41,6 +45,6 @@ public:
 
 private:
     std::string m_entryId;
-    std::string m_firstname;
+    SparseText m_firstname;
     std::string m_surname;
 };

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "journal-items/CallItem.h"
+#include "journal-items/Sparse.h"
 
 /// A journal item that has a database row and may show a picture: the base of the items of the four call
 /// lists. A plain value without synchronisation.
@@ -22,8 +23,8 @@ public:
     void setUniqueId(const std::string& uniqueId) { m_uniqueId = uniqueId; }
 
     /// Reference of the party's picture, copied from the phonebook; empty if there is none.
-    [[nodiscard]] const std::string& getPictureClip() const noexcept { return m_pictureClip; }
-    void setPictureClip(const std::string& pictureClip) { m_pictureClip = pictureClip; }
+    [[nodiscard]] const std::string& getPictureClip() const noexcept { return m_pictureClip.get(); }
+    void setPictureClip(const std::string& pictureClip) { m_pictureClip.set(pictureClip); }
 
     [[nodiscard]] bool sameContent(const CallItemWithPicture& other) const {
         return CallItem::sameContent(other) && m_uniqueId == other.m_uniqueId &&
@@ -42,5 +43,5 @@ protected:
 
 private:
     std::string m_uniqueId;
-    std::string m_pictureClip;
+    SparseText m_pictureClip;
 };

@@ -7,6 +7,7 @@
 #include "journal-items/CallItemWithPicture.h"
 #include "journal-items/Duration.h"
 #include "journal-items/Redirecting.h"
+#include "journal-items/Sparse.h"
 #include "journal-items/TimeFormat.h"
 
 /// A dialled number with one occurrence for each call, newest at the front. A plain value without
@@ -17,8 +18,10 @@ public:
     class DialledCallInfo : public CallInfo, public Duration, public TimeFormat, public Redirecting {
     public:
         /// The connected number, if the dialled number was a feature access code and differs from it.
-        [[nodiscard]] const std::string& getSubstituteNumber() const noexcept { return m_substituteNumber; }
-        void setSubstituteNumber(const std::string& number) { m_substituteNumber = number; }
+        [[nodiscard]] const std::string& getSubstituteNumber() const noexcept {
+            return m_substituteNumber.get();
+        }
+        void setSubstituteNumber(const std::string& number) { m_substituteNumber.set(number); }
 
         /// True if the dialled number was a feature access code.
         [[nodiscard]] bool getFeatureAccessCode() const noexcept { return m_featureAccessCode; }
@@ -29,7 +32,7 @@ public:
         bool operator==(const DialledCallInfo&) const = default;
 
     private:
-        std::string m_substituteNumber;
+        SparseText m_substituteNumber;
         bool m_featureAccessCode = false;
     };
 

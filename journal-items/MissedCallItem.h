@@ -6,6 +6,7 @@
 #include "journal-items/CallInfo.h"
 #include "journal-items/CallItemWithPicture.h"
 #include "journal-items/Redirecting.h"
+#include "journal-items/Sparse.h"
 #include "journal-items/TimeFormat.h"
 
 /// A party whose calls were missed, with one occurrence for each call, newest at the front. A plain value
@@ -22,19 +23,19 @@ public:
         }
 
         /// The text that the switch gave a group's call; quoted when the group's entry is deleted.
-        [[nodiscard]] const std::string& getGroupText() const noexcept { return m_groupText; }
-        void setGroupText(const std::string& groupText) { m_groupText = groupText; }
+        [[nodiscard]] const std::string& getGroupText() const noexcept { return m_groupText.get(); }
+        void setGroupText(const std::string& groupText) { m_groupText.set(groupText); }
 
         /// The line on which the call was missed; empty if it did not arrive on a specific line.
-        [[nodiscard]] const std::string& getLineKey() const noexcept { return m_lineKey; }
-        void setLineKey(const std::string& lineKey) { m_lineKey = lineKey; }
+        [[nodiscard]] const std::string& getLineKey() const noexcept { return m_lineKey.get(); }
+        void setLineKey(const std::string& lineKey) { m_lineKey.set(lineKey); }
 
         bool operator==(const MissedCallInfo&) const = default;
 
     private:
         bool m_completedElsewhere = false;
-        std::string m_groupText;
-        std::string m_lineKey;
+        SparseText m_groupText;
+        SparseText m_lineKey;
     };
 
     MissedCallItem() = default;

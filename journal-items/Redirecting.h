@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
+
+#include "journal-items/Sparse.h"
 
 /// Mix-in of an occurrence with the last redirection device: its number and name. A plain value without
 /// synchronisation. Both texts are empty for a call that was not redirected.
@@ -14,35 +17,55 @@ public:
     Redirecting& operator=(Redirecting&&) noexcept = default;
     virtual ~Redirecting() = default;
 
-    [[nodiscard]] const std::string& getRedirectingNumber() const noexcept { return m_redirectingNumber; }
-    void setRedirectingNumber(const std::string& number) { m_redirectingNumber = number; }
+    [[nodiscard]] const std::string& getRedirectingNumber() const noexcept { return m_values.get().number; }
+    void setRedirectingNumber(const std::string& number) { set(&Values::number, number); }
 
-    [[nodiscard]] const std::string& getRedirectingName() const noexcept { return m_redirectingName; }
-    void setRedirectingName(const std::string& name) { m_redirectingName = name; }
+    [[nodiscard]] const std::string& getRedirectingName() const noexcept { return m_values.get().name; }
+    void setRedirectingName(const std::string& name) { set(&Values::name, name); }
 
     /// The presentation restrictions of the number and the name; 0 means none. Only copied.
     [[nodiscard]] std::int32_t getRedirectingNumberPresentation() const noexcept {
-        return m_numberPresentation;
+        return m_values.get().numberPresentation;
     }
-    void setRedirectingNumberPresentation(std::int32_t value) noexcept { m_numberPresentation = value; }
-    [[nodiscard]] std::int32_t getRedirectingNamePresentation() const noexcept { return m_namePresentation; }
-    void setRedirectingNamePresentation(std::int32_t value) noexcept { m_namePresentation = value; }
+    void setRedirectingNumberPresentation(std::int32_t value) { set(&Values::numberPresentation, value); }
+    [[nodiscard]] std::int32_t getRedirectingNamePresentation() const noexcept {
+        return m_values.get().namePresentation;
+    }
+    void setRedirectingNamePresentation(std::int32_t value) { set(&Values::namePresentation, value); }
 
     /// The kind of number that a transferred call shows. Only copied.
-    [[nodiscard]] std::int32_t getTransferNumberType() const noexcept { return m_transferNumberType; }
-    void setTransferNumberType(std::int32_t type) noexcept { m_transferNumberType = type; }
+    [[nodiscard]] std::int32_t getTransferNumberType() const noexcept {
+        return m_values.get().transferNumberType;
+    }
+    void setTransferNumberType(std::int32_t type) { set(&Values::transferNumberType, type); }
 
     /// The reason of the redirection, in the switch's own numbers; 0 if unknown. Only copied.
-    [[nodiscard]] std::int32_t getRedirectingReason() const noexcept { return m_reason; }
-    void setRedirectingReason(std::int32_t reason) noexcept { m_reason = reason; }
+    [[nodiscard]] std::int32_t getRedirectingReason() const noexcept { return m_values.get().reason; }
+    void setRedirectingReason(std::int32_t reason) { set(&Values::reason, reason); }
 
     bool operator==(const Redirecting&) const = default;
 
 private:
-    std::string m_redirectingNumber;
-    std::string m_redirectingName;
-    std::int32_t m_numberPresentation = 0;
-    std::int32_t m_namePresentation = 0;
-    std::int32_t m_transferNumberType = 0;
-    std::int32_t m_reason = 0;
+    struct Values {
+        std::string number;
+        std::string name;
+        std::int32_t numberPresentation = 0;
+        std::int32_t namePresentation = 0;
+        std::int32_t transferNumberType = 0;
+        std::int32_t reason = 0;
+
+        bool operator==(const Values&) const = default;
+    };
+
+    template <typename Field>
+    void set(Field Values::*field, const Field& value) {
+        if (m_values.get().*field != value) {
+            Values changed = m_values.get();
+            changed.*field = value;
+            m_values.set(std::move(changed));
+        }
+    }
+
+    /// Few calls are redirected.
+    Sparse<Values> m_values;
 };

@@ -1,8 +1,8 @@
 // Measures the memory of telephone lines in one process:
 //   memory_benchmark --data DIR --lines 1000     idle lines that monitor their devices at a simulated switch
-//   memory_benchmark --data DIR --entries 1000   one line whose four lists fill with entries of one call each
-// DIR is empty or does not exist. Prints one JSON object: the resident memory of the process before and
-// after, in KiB, without the memory that is free and without the database's cache.
+//   memory_benchmark --data DIR --entries 1000   one line whose four lists fill with entries of one call
+// DIR is empty or does not exist. Prints one JSON object: the resident memory of the process before
+// and after, in KiB, without the memory that is free and without the database's, whose caches are bounded.
 
 #include <malloc.h>
 #include <sys/prctl.h>
@@ -33,12 +33,12 @@
 #include "bench/load/LoadSwitch.h"
 #include "bench/load/SystemCall.h"
 #include "host/database/Database.h"
+#include "host/database/DatabaseMemory.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/LibraryLoader.h"
 #include "host/framework/WorkerPool.h"
 #include "host/limits/UnusedMemory.h"
 #include "host/line/Line.h"
-#include "host/lists/ListOperations.h"
 #include "host/log/Log.h"
 #include "host/services/HardwareVariant.h"
 #include "host/switch/server/SwitchSimulator.h"
@@ -109,8 +109,9 @@ void serveLines(const std::function<void(std::uint16_t)>& report) {
     ::pause();
 }
 
-/// A switch for one line that plays `calls` calls for each of its lists.
-void playCalls(const std::function<void(std::uint16_t)>& report, std::size_t calls) {
+/// A switch for one line that plays `calls` calls for each of its lists, with a pause after each call.
+void playCalls(const std::function<void(std::uint16_t)>& report, std::size_t calls,
+               std::chrono::microseconds pause) {
     using Kind = bench::CallKind;
     bench::LoadSwitch callSwitch;
     report(callSwitch.port());
@@ -120,6 +121,7 @@ void playCalls(const std::function<void(std::uint16_t)>& report, std::size_t cal
         plan.kind = kind;
         for (std::size_t call = 0; call < calls; ++call) {
             callSwitch.sendAll(callSwitch.callBytes(plan, call));
+            std::this_thread::sleep_for(pause);
         }
         plan.firstParty += calls;
         plan.idPrefix += '7';
@@ -185,27 +187,24 @@ public:
         std::this_thread::sleep_for(std::chrono::milliseconds(500));
     }
 
-    /// Waits until the lists of the newest line have so many entries together.
-    void awaitEntries(std::size_t count) const {
-        auto& journal = dynamic_cast<JournalServiceIfc&>(*m_lines.back()->journal());
-        const auto length = [&journal](auto item) { return host::readList<decltype(item)>(journal).size(); };
+    /// Waits until the database has so many entries of call lists.
+    void awaitEntries(std::size_t count) {
         const auto end = std::chrono::steady_clock::now() + kStartLimit;
-        while (length(MissedCallItem()) + length(DialledCallItem()) + length(ForwardedCallItem()) +
-                   length(ReceivedCallItem()) <
-               count) {
+        for (std::size_t entries = 0; entries < count;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            m_database.read("counting entries", [&entries](host::Database::Session& session) {
+                host::Query query = session.query("SELECT count(*) FROM call_item");
+                entries = query.next() ? static_cast<std::size_t>(query.number()) : 0;
+            });
             if (std::chrono::steady_clock::now() > end) {
                 throw std::runtime_error("the lists do not fill");
             }
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
         }
     }
 
-    /// The resident memory of the process, without what is free.
-    [[nodiscard]] std::size_t residentKib() {
-        m_database.write("shrinking the cache", [](host::Database::Session& session) {
-            session.query("PRAGMA shrink_memory").run();
-        });
-        return ::residentKib();
+    /// The resident memory of the process, without what is free and without the database's.
+    [[nodiscard]] static std::size_t residentKib() {
+        return ::residentKib() - static_cast<std::size_t>(host::databaseMemory()) / kKib;
     }
 
 private:
@@ -217,10 +216,11 @@ private:
     std::vector<std::unique_ptr<host::Line>> m_lines;
 };
 
-nlohmann::json measure(const std::filesystem::path& data, std::size_t count, std::size_t entries) {
+nlohmann::json measure(const std::filesystem::path& data, std::size_t count, std::size_t entries,
+                       std::chrono::microseconds pause) {
     // First, because it forks.
-    const SwitchProcess callSwitch([entries](const std::function<void(std::uint16_t)>& report) {
-        entries > 0 ? playCalls(report, entries) : serveLines(report);
+    const SwitchProcess callSwitch([=](const std::function<void(std::uint16_t)>& report) {
+        entries > 0 ? playCalls(report, entries, pause) : serveLines(report);
     });
     host::Log::configure("warning", "");
     raiseDescriptorLimit();
@@ -230,10 +230,10 @@ nlohmann::json measure(const std::filesystem::path& data, std::size_t count, std
     Lines lines(data, callSwitch.port());
     // The first line also loads what all lines share.
     lines.growTo(1);
-    const std::size_t before = lines.residentKib();
+    const std::size_t before = Lines::residentKib();
     lines.growTo(1 + count);
     lines.awaitEntries(4 * entries);
-    const std::size_t after = lines.residentKib();
+    const std::size_t after = Lines::residentKib();
     const double each = static_cast<double>(after - before) / static_cast<double>(count);
     return {{"lines", count}, {"before-kib", before}, {"after-kib", after}, {"kib-of-a-line", each}};
 }
@@ -248,11 +248,14 @@ int main(int count, char** arguments) {
     app.add_option("--data", data, "the directory of the database; begins empty")->required();
     app.add_option("--lines", lines, "the number of lines");
     app.add_option("--entries", entries, "the number of entries in each list of one line");
+    std::uint64_t rate = 250;
+    app.add_option("--rate", rate, "calls a second")->check(CLI::PositiveNumber);
     CLI11_PARSE(app, count, arguments);
     // As the program does.
     host::limitUnusedMemory();
     try {
-        std::cout << measure(data, lines, entries).dump() << std::endl;
+        std::cout << measure(data, lines, entries, std::chrono::microseconds(1'000'000 / rate)).dump()
+                  << std::endl;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "memory_benchmark: %s\n", error.what());
         return 1;

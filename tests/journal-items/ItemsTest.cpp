@@ -77,6 +77,24 @@ TYPED_TEST(Content, IsTheSameOnlyIfEveryFieldIs) {
     }
 }
 
+struct NoValues {
+    static std::string text() { return {}; }
+    static std::int32_t number() { return 0; }
+    static bool flag() { return false; }
+    static int upTo(int /*most*/) { return 0; }
+};
+
+TYPED_TEST(Content, StaysInACopyWhenTheOriginalIsEmptied) {
+    auto item = counted<TypeParam>();
+    const TypeParam copy = item;
+    NoValues none;
+    journaltest::fill(none, item);
+    EXPECT_FALSE(item.sameContent(copy));
+    EXPECT_TRUE(copy.sameContent(counted<TypeParam>()));
+    item = copy;
+    EXPECT_TRUE(item.sameContent(copy));
+}
+
 RC_GTEST_PROP(Contact, IsReadBackFromItsPrintableText, ()) {
     const auto contact = journaltest::some<Contact>();
     const std::string line = contact.serialize();
