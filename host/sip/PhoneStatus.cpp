@@ -58,7 +58,7 @@ PhoneState PhoneStatus::state() const {
     return m_state;
 }
 
-void PhoneStatus::set(PhoneState state) {
+void PhoneStatus::set(const PhoneState& state) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_state == state) {

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] PhoneState state() const;
 
 private:
-    void set(PhoneState state);
+    void set(const PhoneState& state);
 
     const std::string m_account;
     const bool m_mustRegister;

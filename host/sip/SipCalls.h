@@ -60,7 +60,7 @@ public:
     [[nodiscard]] std::optional<Found> heldFor(const Found& accepted) const;
     [[nodiscard]] std::vector<LiveCall> live() const;
     [[nodiscard]] bool isKnown(const std::string& sipId, bool outgoing) const {
-        return m_calls.count({sipId, outgoing}) > 0;
+        return m_calls.contains({sipId, outgoing});
     }
     [[nodiscard]] const SwitchParty& own() const noexcept { return m_own; }
 
