@@ -152,10 +152,10 @@ void readSection(TomlSection& file, const char* name, void (*reader)(TomlSection
 
 }  // namespace
 
-Configuration readConfiguration(std::string_view toml, const std::string& fileName) {
+Configuration readConfiguration(std::string_view toml, const std::string& fileName,
+                                Configuration configuration) {
     const toml::table table = parseToml(toml, fileName);
     TomlSection file(table, "", fileName);
-    Configuration configuration;
     readLines(file, configuration.lines);
     readSection(file, "switch", readSwitch, configuration.callSwitch);
     readSection(file, "api", readApi, configuration.api);
@@ -167,7 +167,7 @@ Configuration readConfiguration(std::string_view toml, const std::string& fileNa
     return configuration;
 }
 
-Configuration loadConfiguration(const std::filesystem::path& file) {
+Configuration loadConfiguration(const std::filesystem::path& file, Configuration defaults) {
     std::error_code error;
     if (std::filesystem::is_directory(file, error)) {
         throw ConfigurationError(file.string() + ": is a directory, not a configuration file");
@@ -179,7 +179,7 @@ Configuration loadConfiguration(const std::filesystem::path& file) {
     } catch (const std::runtime_error& failure) {
         throw ConfigurationError(file.string() + ": cannot be read: " + failure.what());
     }
-    return readConfiguration(toml, file.string());
+    return readConfiguration(toml, file.string(), std::move(defaults));
 }
 
 }  // namespace host

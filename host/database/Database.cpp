@@ -69,6 +69,10 @@ bool Database::read(const char* what, const Work& work) noexcept {
 
 bool Database::readAside(const char* what, const Work& work) noexcept {
     makeDeferred();
+    return readAsideSoon(what, work);
+}
+
+bool Database::readAsideSoon(const char* what, const Work& work) noexcept {
     const bool done = guarded(what, false, [&] {
         m_writer.readers().run([&work](DatabaseConnection& reader) { carryOut(reader, "BEGIN", work); });
     });

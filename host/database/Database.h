@@ -84,6 +84,8 @@ public:
     /// The same on a connection of its own, so that a long read does not delay a write. Reads the state of
     /// the last write that was done before. The work must only read.
     bool readAside(const char* what, const Work& work) noexcept;
+    /// The same for a reader to whom rows do not matter that a minor change still has to delete.
+    bool readAsideSoon(const char* what, const Work& work) noexcept;
     /// The rows that were changed lately. What another program has changed is noted too, but while a write
     /// runs only when that has begun. Never waits.
     [[nodiscard]] RowChanges& rowChanges() noexcept;

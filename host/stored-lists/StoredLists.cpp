@@ -143,14 +143,17 @@ std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& se
 }
 
 std::optional<StoredLists::Json> StoredLists::entry(ListName list, const std::string& id) const {
-    auto found = entries({{list, id}});
-    return found ? std::optional(std::move(found->front())) : std::nullopt;
+    std::optional<Json> found;
+    const bool done = m_database.readAside("reading an entry", [&](Database::Session& session) {
+        found = EntryReader(session, m_line, m_digits).entryOf(list, id);
+    });
+    return done ? std::move(found) : std::nullopt;
 }
 
 std::optional<std::vector<StoredLists::Json>> StoredLists::entries(
     const std::vector<std::pair<ListName, std::string>>& ids) const {
     std::vector<Json> found;
-    const bool done = m_database.readAside("reading an entry", [&](Database::Session& session) {
+    const bool done = m_database.readAsideSoon("reading entries", [&](Database::Session& session) {
         found.clear();
         EntryReader reader(session, m_line, m_digits);
         for (const auto& [list, id] : ids) {

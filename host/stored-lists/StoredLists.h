@@ -55,7 +55,8 @@ public:
                                                       std::size_t limit) const;
     /// The entry with that unique id, if `id` is a number, or with that entry id; null if the list has none.
     [[nodiscard]] std::optional<Json> entry(ListName list, const std::string& id) const;
-    /// The same for several, in their order, in one state of the database.
+    /// The same for several, in their order, in one state of the database, which may still have entries that
+    /// a full list has just dropped.
     [[nodiscard]] std::optional<std::vector<Json>> entries(
         const std::vector<std::pair<ListName, std::string>>& ids) const;
     /// The number of entries in each list.

@@ -1,5 +1,7 @@
 #include "apps/calljournal/command-line/ServeOptions.h"
 
+#include <utility>
+
 #include <CLI/CLI.hpp>
 
 #include "apps/calljournal/command-line/EndpointOption.h"
@@ -51,11 +53,11 @@ void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
         ->check(checkKeyAndValue);
 }
 
-host::Configuration ServeOptions::configure(const std::string& logLevel) const {
-    host::Configuration configuration;
+host::Configuration ServeOptions::configure(const std::string& logLevel,
+                                            host::Configuration configuration) const {
     configuration.log.level = logLevel;
     if (!m_file.empty()) {
-        configuration = host::loadConfiguration(m_file);
+        configuration = host::loadConfiguration(m_file, std::move(configuration));
     }
     if (!m_listen.empty()) {
         configuration.api.listen = host::parseEndpoint(m_listen).value();

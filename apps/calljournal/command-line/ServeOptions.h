@@ -18,9 +18,10 @@ public:
     /// `withSwitch`: adds `--switch` too, for a command without its own switch.
     void addTo(CLI::App& app, bool withSwitch);
 
-    /// Returns the configuration and configures the log with it. `logLevel` applies if there is no file.
-    /// Throws `ConfigurationError`.
-    [[nodiscard]] host::Configuration configure(const std::string& logLevel = "info") const;
+    /// Returns the configuration, over the default values of `configuration`, and configures the log with it.
+    /// `logLevel` applies if there is no file. Throws `ConfigurationError`.
+    [[nodiscard]] host::Configuration configure(const std::string& logLevel = "info",
+                                                host::Configuration configuration = {}) const;
 
 private:
     std::string m_file;

@@ -12,6 +12,7 @@
 #include "host/config/Endpoint.h"
 #include "host/presentation/PlainText.h"
 #include "host/sip/SipGateway.h"
+#include "platform/texts/SoftwareTypes.h"
 
 namespace calljournal {
 namespace {
@@ -27,7 +28,7 @@ public:
 
     int run(const CommonOptions& common) override {
         const StopSignal stop;
-        host::Configuration configuration = m_options.configure();
+        host::Configuration configuration = m_options.configure("info", defaults());
         const auto directory = common.dataDirectory();
         const auto socket = JournalServer::claim(directory);
         const std::unique_ptr<host::SipGateway> gateway = startGatewayFor(configuration, common);
@@ -55,6 +56,16 @@ private:
         return {.isReady = state.kind == host::PhoneState::Kind::eReady,
                 .word = wordOf(state.kind),
                 .reason = state.reason};
+    }
+
+    /// The gateway reports each event of its telephone, and the rules for SIP phones take all of them: with
+    /// the others a held call looks connected.
+    [[nodiscard]] host::Configuration defaults() const {
+        host::Configuration configuration;
+        if (!m_account.empty()) {
+            configuration.management["software-type"] = softwaretypes::sip;
+        }
+        return configuration;
     }
 
     /// The gateway of `--sip`, which the configuration then has as its switch; otherwise nullptr.

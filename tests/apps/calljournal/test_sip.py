@@ -79,7 +79,7 @@ class SipTest(ProgramTest):
                       for call in self.get(server, "calls?limit=100")["items"])
 
     def test_each_way_a_call_ends(self):
-        server = self.serve_sip("--set", "software-type=Norlith SIP")
+        server = self.serve_sip()
         self.control = CallController(self, server.switch, "alice")
         expected = []
 
