@@ -1,4 +1,4 @@
-# What `cmake --install BUILD --prefix DIR` installs, in two components: `program` (the program, the service library that it loads, the
+# What `cmake --install BUILD --prefix DIR` installs, in two components: `program` (the program, the libraries that it loads, the
 # page) and `development` (headers, the functions of the platform, what find_package and pkg-config read, examples).
 
 include(GNUInstallDirs)
@@ -9,7 +9,7 @@ set(JOURNAL_INSTALL_FULL_HEADERS "${CMAKE_INSTALL_FULL_INCLUDEDIR}/journalservic
 set(journal_package_directory "${CMAKE_INSTALL_LIBDIR}/cmake/journalservice")
 
 install(TARGETS calljournal RUNTIME COMPONENT program)
-install(TARGETS journalservice LIBRARY COMPONENT program NAMELINK_COMPONENT program)
+install(TARGETS journalservice calljournalplaces LIBRARY COMPONENT program NAMELINK_COMPONENT program)
 # The folder of the page exists only if it could be built.
 install(DIRECTORY "${PROJECT_BINARY_DIR}/share/calljournal/web" DESTINATION "${CMAKE_INSTALL_DATADIR}/calljournal"
     COMPONENT program OPTIONAL)

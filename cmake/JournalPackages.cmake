@@ -1,6 +1,6 @@
 # The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, nlohmann_json::nlohmann_json, toml_pp,
-# phonenumber, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, and for tests GTest::gtest,
+# phonenumber, geocoding, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, and for tests GTest::gtest,
 # GTest::gmock, rapidcheck, rapidcheck_gtest, benchmark::benchmark, benchmark::benchmark_main.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
@@ -43,10 +43,13 @@ endif()
 # libphonenumber has no CMake package.
 find_path(JOURNAL_PHONENUMBER_INCLUDE_DIR phonenumbers/phonenumberutil.h REQUIRED)
 find_library(JOURNAL_PHONENUMBER_LIBRARY phonenumber REQUIRED)
-mark_as_advanced(JOURNAL_PHONENUMBER_INCLUDE_DIR JOURNAL_PHONENUMBER_LIBRARY)
+find_library(JOURNAL_GEOCODING_LIBRARY geocoding REQUIRED)
+mark_as_advanced(JOURNAL_PHONENUMBER_INCLUDE_DIR JOURNAL_PHONENUMBER_LIBRARY JOURNAL_GEOCODING_LIBRARY)
 add_library(phonenumber INTERFACE)
 target_include_directories(phonenumber SYSTEM INTERFACE "${JOURNAL_PHONENUMBER_INCLUDE_DIR}")
 target_link_libraries(phonenumber INTERFACE "${JOURNAL_PHONENUMBER_LIBRARY}")
+add_library(geocoding INTERFACE)
+target_link_libraries(geocoding INTERFACE phonenumber ICU::uc "${JOURNAL_GEOCODING_LIBRARY}")
 
 # RESTinio needs the definitions of asio_standalone. Its headers compile slowly, so only one source includes them.
 find_path(JOURNAL_RESTINIO_INCLUDE_DIR restinio/all.hpp REQUIRED)

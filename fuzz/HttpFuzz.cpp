@@ -10,6 +10,7 @@
 
 #include "fuzz/support/Property.h"
 #include "fuzz/support/ScratchDatabase.h"
+#include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/Authenticator.h"
 #include "host/http/PageFiles.h"
@@ -66,21 +67,23 @@ public:
 
 private:
     host::Database& m_database;
+    const std::string m_line = "2001";
     journaltest::FakeDigits m_digits;
     journaltest::FakeJournalService m_journal;
+    host::NumberTexts m_numbers{"DE", m_digits};
     host::Phonebook m_phonebook{m_database, m_digits, "2001"};
     host::LocalManagement m_management{
         m_database, "2001", {}, {}, [](const std::function<void()>& /*work*/) {}};
-    host::StoredLists m_stored{m_database, "2001"};
+    host::StoredLists m_stored{m_database, "2001", nullptr, &m_numbers};
     host::StoredEntries m_entries{{m_journal, m_database, "2001", &m_digits, [] {}}};
     host::ListsResource m_lists{m_stored, m_entries};
     host::ImportResource m_import{m_entries};
     host::SettingsResource m_settings{m_management, m_database, [] {}};
     host::ContactsResource m_contacts{m_phonebook};
     host::TimesResource m_times{{"2001", m_database}};
-    host::CallsResource m_calls{m_entries};
-    host::StatisticsResource m_statistics{m_database, "2001", &m_digits};
-    host::PartiesResource m_parties{m_database, "2001", &m_digits};
+    host::CallsResource m_calls{m_entries, m_numbers};
+    host::StatisticsResource m_statistics{m_database, "2001", &m_digits, m_numbers};
+    host::PartiesResource m_parties{{m_database, m_line, &m_digits, m_phonebook, m_numbers}};
     host::StatusResource m_status{
         {"2001", [] { return host::LineState(); }, m_stored, m_management, m_database}};
     host::Router m_router;

@@ -113,6 +113,15 @@ std::string NumberingPlan::dialledFrom(const std::string& international) const {
     return digits += digitsOf(text);
 }
 
+std::string NumberingPlan::written(const std::string& international) const {
+    PhoneNumber number;
+    if (plans().Parse(international, "ZZ", &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
+        return international;
+    }
+    const bool isOwn = m_supported && number.country_code() == plans().GetCountryCodeForRegion(m_region);
+    return formatted(number, isOwn ? PhoneNumberUtil::NATIONAL : PhoneNumberUtil::INTERNATIONAL);
+}
+
 bool NumberingPlan::isEmergencyNumber(const std::string& dialled) const {
     static const i18n::phonenumbers::ShortNumberInfo shortNumbers;
     if (!m_supported) {

@@ -36,9 +36,12 @@ public:
     /// country has no single prefix for it.
     [[nodiscard]] std::string dialledFrom(const std::string& international) const;
 
+    /// Returns a number in international form as it is written in the country: its own numbers in the
+    /// national format ("030 123456"), those of others with their country code ("+44 20 7946 0123").
+    [[nodiscard]] std::string written(const std::string& international) const;
+
     /// True for an emergency number of the country, exactly as dialled; for 112 and 911 if the country is not
-    /// known. The first call of a process takes
-    /// some milliseconds.
+    /// known. The first call of a process takes some milliseconds.
     [[nodiscard]] bool isEmergencyNumber(const std::string& dialled) const;
 
 private:

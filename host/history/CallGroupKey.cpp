@@ -17,8 +17,8 @@ std::int64_t numberOf(sys_seconds time) {
 
 CallGroupKey::CallGroupKey(const StatisticsQuery& query, sys_seconds now) {
     const CallGrouping by = query.by.value_or(CallGrouping::eParty);
-    if (by == CallGrouping::eParty) {
-        m_expression = "person";
+    if (by == CallGrouping::eParty || by == CallGrouping::eList) {
+        m_expression = by == CallGrouping::eParty ? "person" : "list";
         return;
     }
     const sys_seconds since = std::max(query.filter.since.value_or(sys_seconds()), sys_seconds());

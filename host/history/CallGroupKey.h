@@ -16,7 +16,7 @@ class CallGroupKey {
 public:
     CallGroupKey(const StatisticsQuery& query, std::chrono::sys_seconds now);
 
-    /// Uses the names `start`, and `person` for an id of the party.
+    /// Uses the names `start`, `list`, and `person` for an id of the party.
     [[nodiscard]] const std::string& expression() const noexcept { return m_expression; }
     void bind(Query& query) const;
 

@@ -78,6 +78,10 @@ public:
 
     StatisticsResult result() {
         readCounts();
+        if (m_query.by == CallGrouping::eList) {
+            addEmptyLists();
+            return std::move(m_result);
+        }
         readMedians();
         if (!m_query.by || *m_query.by == CallGrouping::eParty) {
             keepTopParties();
@@ -130,6 +134,22 @@ private:
         m_result.totals.callBackTime = medianOf(all);
         for (CallGroup& group : m_result.groups) {
             group.counts.callBackTime = medianOf(ofGroups[group.key]);
+        }
+    }
+
+    void addEmptyLists() {
+        std::vector<CallGroup> found;
+        found.swap(m_result.groups);
+        for (const ListName list :
+             {ListName::eMissed, ListName::eDialled, ListName::eReceived, ListName::eForwarded}) {
+            CallGroup& group = m_result.groups.emplace_back();
+            group.key = static_cast<std::int64_t>(list);
+            const auto known = std::find_if(found.begin(), found.end(), [&group](const CallGroup& each) {
+                return each.key == group.key;
+            });
+            if (known != found.end()) {
+                group = std::move(*known);
+            }
         }
     }
 

@@ -6,6 +6,34 @@
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
 namespace host {
+namespace {
+
+constexpr const char* kCalls = R"sql(
+SELECT count(*) FILTER (WHERE call.list = 0), count(*) FILTER (WHERE call.list = 1),
+    count(*) FILTER (WHERE call.list = 2), count(*) FILTER (WHERE call.list = 3), count(*),
+    coalesce(sum(call.duration), 0), min(call.start), max(call.start)
+FROM party CROSS JOIN call INDEXED BY call_party ON call.party = party.id WHERE
+)sql";
+
+void readCalls(Database::Session& session, const CallSelection& parties, PartySummary& summary) {
+    Query calls = session.query((kCalls + parties.condition()).c_str());
+    parties.bind(calls);
+    if (!calls.next()) {
+        return;
+    }
+    for (std::int64_t* const count :
+         {&summary.missed, &summary.dialled, &summary.received, &summary.forwarded, &summary.calls}) {
+        *count = calls.number();
+    }
+    summary.talkTime = std::chrono::seconds(calls.number());
+    for (auto* const time : {&summary.firstCall, &summary.lastCall}) {
+        if (const auto start = calls.optionalNumber()) {
+            *time = std::chrono::sys_seconds(std::chrono::seconds(*start));
+        }
+    }
+}
+
+}  // namespace
 
 std::optional<PartySummary> PartyNotes::find(const std::string& number) const {
     CallFilter filter;
@@ -14,17 +42,7 @@ std::optional<PartySummary> PartyNotes::find(const std::string& number) const {
     PartySummary summary;
     summary.number = normalised(number);
     const bool done = m_database.readAside("reading a party", [&](Database::Session& session) {
-        Query calls = session.query(("SELECT count(*), max(call.start) FROM party CROSS JOIN call INDEXED BY "
-                                     "call_party ON call.party = party.id WHERE " +
-                                     parties.condition())
-                                        .c_str());
-        parties.bind(calls);
-        if (calls.next()) {
-            summary.calls = static_cast<std::size_t>(calls.number());
-            if (const auto start = calls.optionalNumber()) {
-                summary.lastCall = std::chrono::sys_seconds(std::chrono::seconds(*start));
-            }
-        }
+        readCalls(session, parties, summary);
         summary.displayName = CallReader(session, m_line).contactName(summary.number);
         Query newest =
             session.query(("SELECT party.name FROM party WHERE " + parties.condition() +

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,7 +18,15 @@ struct PartySummary {
     std::string number;
     /// The name of its contact, else the name of its newest call.
     std::string displayName;
-    std::size_t calls = 0;
+    /// The calls of each list, calls that were answered elsewhere among the missed ones; their sum; and the
+    /// time for which the parties talked.
+    std::int64_t missed = 0;
+    std::int64_t dialled = 0;
+    std::int64_t received = 0;
+    std::int64_t forwarded = 0;
+    std::int64_t calls = 0;
+    std::chrono::seconds talkTime{0};
+    std::optional<std::chrono::sys_seconds> firstCall;
     std::optional<std::chrono::sys_seconds> lastCall;
     /// The user's note; empty if there is none.
     std::string note;

@@ -47,20 +47,24 @@ public:
           m_times({m_backend.line, m_backend.database}),
           m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
                     m_backend.database}),
-          m_calls(m_backend.storedEntries),
-          m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook, m_backend.lineState}),
-          m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
-          m_parties(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits),
-          m_feed(
-              [this](std::function<void()> work) { m_server.post(std::move(work)); },
-              [this](std::chrono::milliseconds pause, std::function<void()> work) {
-                  m_server.postLater(pause, std::move(work));
-              },
-              [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); }, {},
-              {[this](const std::vector<EventFeed::EntryKey>& keys) {
-                   return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
-               },
-               [this] { return m_backend.storedLists.unviewed(); }, [this] { return m_liveCalls.list(); }}),
+          m_calls(m_backend.storedEntries, m_backend.numbers),
+          m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook, m_backend.numbers,
+                       m_backend.lineState}),
+          m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
+                       m_backend.numbers),
+          m_parties({m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
+                     m_backend.phonebook, m_backend.numbers}),
+          m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
+                 [this](std::chrono::milliseconds pause, std::function<void()> work) {
+                     m_server.postLater(pause, std::move(work));
+                 },
+                 [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); }, {},
+                 {[this](const std::vector<EventFeed::EntryKey>& keys) {
+                      return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
+                  },
+                  [this] { return m_backend.storedLists.unviewed(); },
+                  [this] { return m_liveCalls.list(PlaceLanguage::eEnglish); },
+                  [this](const std::string& number) { return m_backend.numbers.text(number); }}),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
         m_import.addRoutes(m_router);

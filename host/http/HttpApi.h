@@ -22,6 +22,7 @@ class Database;
 class Dialling;
 class LocalManagement;
 class Metrics;
+class NumberTexts;
 class Phonebook;
 class StoredEntries;
 class StoredLists;
@@ -38,6 +39,7 @@ struct HttpBackend {
     Metrics& metrics;
     CallControlIfc& callControl;
     const Dialling& dialling;
+    NumberTexts& numbers;
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;

@@ -17,6 +17,7 @@
 #include "host/data/SqliteDataAccess.h"
 #include "host/digits/Dialling.h"
 #include "host/digits/DigitAnalysis.h"
+#include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/framework/HostedService.h"
 #include "host/framework/LineContext.h"
@@ -99,6 +100,7 @@ public:
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
     [[nodiscard]] DigitAnalysis& digits() noexcept { return m_digits; }
+    [[nodiscard]] NumberTexts& numberTexts() noexcept { return m_numberTexts; }
     [[nodiscard]] const Dialling& dialling() const noexcept { return m_dialling; }
     /// Not the link's own thread.
     [[nodiscard]] CallControlIfc& callControl() noexcept { return m_link; }
@@ -133,6 +135,7 @@ private:
     LineContext m_context;
     SystemClock m_clock;
     DigitAnalysis m_digits;
+    NumberTexts m_numberTexts;
     Dialling m_dialling;
     Phonebook m_phonebook;
     LiveCallStore m_liveCallStore;

@@ -90,6 +90,7 @@ Json headJson(const Item& item) {
                 {"displayName", fullName(item.getFirstname(), item.getSurname())},
                 {"picture", item.getPictureClip()},
                 {"number", empty ? std::string() : occurrences.front().getNumber()},
+                {"numberText", empty ? std::string() : occurrences.front().getNumber()},
                 {"time", empty ? std::string() : occurrences.front().getTimeAndDate()}};
 }
 
@@ -137,6 +138,7 @@ Json itemJson(const CallBackItem& item) {
                 {"surname", item.getSurname()},
                 {"displayName", fullName(item.getFirstname(), item.getSurname())},
                 {"number", item.getNumber()},
+                {"numberText", item.getNumber()},
                 {"numberType", wordIn(kNumberTypes, item.getNumberType())},
                 {"time", utcTime(item.getTimeDate())},
                 {"type", wordIn(kCallBackTypes, item.getCallBackType())},

@@ -14,16 +14,17 @@
 /// thread may call.
 namespace host {
 
-/// {"entryId","uniqueId","list","firstName","surname","picture","number","time", "viewed" (missed only),
-/// "groupBy" (dialled only), "occurrences": [...]}: `number` and `time` are those of the newest occurrence,
-/// which comes first. An occurrence has "number", "connectedNumber", "time", "redirectingNumber" and
-/// "redirectingName", and the fields of its list. Times are ISO 8601 in UTC.
+/// {"entryId","uniqueId","list","firstName","surname","picture","number","numberText","time", "viewed"
+/// (missed only), "groupBy" (dialled only), "occurrences": [...]}: `number` and `time` are those of the
+/// newest occurrence, which comes first; `numberText` is the same as `number`. An occurrence has "number",
+/// "connectedNumber", "time", "redirectingNumber" and "redirectingName", and the fields of its list. Times
+/// are ISO 8601 in UTC.
 [[nodiscard]] nlohmann::ordered_json itemJson(const MissedCallItem& item);
 [[nodiscard]] nlohmann::ordered_json itemJson(const DialledCallItem& item);
 [[nodiscard]] nlohmann::ordered_json itemJson(const ReceivedCallItem& item);
 [[nodiscard]] nlohmann::ordered_json itemJson(const ForwardedCallItem& item);
-/// {"entryId","firstName","surname","number","numberType","time","type","state","deviceId"}; the types and
-/// the state are words ("office", "onBusy", "requested").
+/// {"entryId","firstName","surname","number","numberText","numberType","time","type","state","deviceId"}; the
+/// types and the state are words ("office", "onBusy", "requested").
 [[nodiscard]] nlohmann::ordered_json itemJson(const CallBackItem& item);
 
 /// {"id", ...}: the unique id, and the fields of `contactFields` by their names.

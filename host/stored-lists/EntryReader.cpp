@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "host/data/CallBackRows.h"
+#include "host/digits/NumberTexts.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 
@@ -18,12 +19,13 @@ bool hasContacts(Database::Session& session, const std::string& line) {
 
 }  // namespace
 
-EntryReader::EntryReader(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
+EntryReader::EntryReader(Database::Session& session, const Source& source)
     : m_session(session),
-      m_context{line, digits},
+      m_texts(source.texts),
+      m_context{source.line, source.digits},
       m_rows(session, m_context),
-      m_contacts(session, line, digits),
-      m_hasContacts(hasContacts(session, line)) {}
+      m_contacts(session, source.line, source.digits),
+      m_hasContacts(hasContacts(session, source.line)) {}
 
 template <typename Item>
 std::optional<EntryReader::Json> EntryReader::entryOfRow(std::int64_t id) {
@@ -38,6 +40,7 @@ std::optional<EntryReader::Json> EntryReader::entryOfRow(std::int64_t id) {
     if (!contact.empty()) {
         json["displayName"] = contact;
     }
+    writeNumberText(json);
     markApproximateEnds(id, json["occurrences"]);
     return json;
 }
@@ -57,10 +60,22 @@ EntryReader::Json EntryReader::entryOf(ListName list, const std::string& id) {
         const auto all = CallBackRows(m_session, m_context.line).all();
         const auto one =
             std::find_if(all.begin(), all.end(), [&id](const auto& each) { return each.getEntryId() == id; });
-        return one == all.end() ? Json() : itemJson(*one);
+        return one == all.end() ? Json() : entry(*one);
     }
     const auto row = m_rows.idOf(list, id);
     return row ? entry(list, *row).value_or(Json()) : Json();
+}
+
+EntryReader::Json EntryReader::entry(const CallBackItem& item) const {
+    Json json = itemJson(item);
+    writeNumberText(json);
+    return json;
+}
+
+void EntryReader::writeNumberText(Json& json) const {
+    if (m_texts != nullptr) {
+        json["numberText"] = m_texts->text(json["number"].get<std::string>());
+    }
 }
 
 std::string EntryReader::contactName(const std::string& number) {

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "host/presentation/ItemJson.h"
-#include "host/stored-lists/EntryReader.h"
 
 namespace host {
 namespace {
@@ -22,10 +21,10 @@ constexpr const char* kItemOfCall = "SELECT item FROM call WHERE id = ?";
 
 bool ListSnapshot::update(Database::Session& session, const Source& source, const RowChanges& changes,
                           std::uint64_t settled) {
-    EntryReader reader(session, source.line, source.digits);
+    EntryReader reader(session, source.entries);
     // The transaction has read by now: what is noted later is not in its state.
     const auto rows = m_known ? changes.since(*m_known) : std::nullopt;
-    std::string rules = ContactRows(session, source.line, source.digits).indexRules();
+    std::string rules = ContactRows(session, source.entries.line, source.entries.digits).indexRules();
     if (rows && rules == m_rules) {
         readSome(session, source, reader, *rows);
     } else {
@@ -44,7 +43,7 @@ bool ListSnapshot::update(Database::Session& session, const Source& source, cons
 void ListSnapshot::readAll(Database::Session& session, const Source& source, EntryReader& reader) {
     clear();
     Query all = session.query(kAll);
-    all.bind(source.line).bind(static_cast<std::int32_t>(source.list));
+    all.bind(source.entries.line).bind(static_cast<std::int32_t>(source.list));
     all.bind(std::int64_t{kMostEntries + 1});
     while (!isTooLong() && all.next()) {
         add(source.list, reader, all);
@@ -72,7 +71,7 @@ void ListSnapshot::readSome(Database::Session& session, const Source& source, En
     });
     for (const std::int64_t id : items) {
         Query one = session.query(kOne);
-        if (one.bind(source.line).bind(static_cast<std::int32_t>(source.list)).bind(id).next()) {
+        if (one.bind(source.entries.line).bind(static_cast<std::int32_t>(source.list)).bind(id).next()) {
             add(source.list, reader, one);
         }
     }

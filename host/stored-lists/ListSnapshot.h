@@ -8,13 +8,10 @@
 
 #include "host/database/Database.h"
 #include "host/database/RowChanges.h"
+#include "host/stored-lists/EntryReader.h"
 #include "journal-items/ListTraits.h"
 
-class DigitAnalysisServiceIfc;
-
 namespace host {
-
-class EntryReader;
 
 /// The JSON texts of the entries of one list in their order, as they were in one state of the database.
 ///
@@ -27,8 +24,7 @@ public:
 
     struct Source {
         ListName list = ListName::eMissed;
-        const std::string& line;
-        DigitAnalysisServiceIfc* digits = nullptr;
+        EntryReader::Source entries;
     };
     /// Reads what has changed since the last update, in the transaction of the session. `settled` is
     /// `changes.settled()` before that began. Returns false, and has no entries, if the list is too long.

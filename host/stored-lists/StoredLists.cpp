@@ -8,7 +8,6 @@
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/ItemSearch.h"
 #include "host/search/SearchText.h"
-#include "host/stored-lists/EntryReader.h"
 
 namespace host {
 namespace {
@@ -77,7 +76,7 @@ std::optional<StoredLists::Page> StoredLists::page(ListName list, const std::str
     const bool done = m_database.readAside("reading a list", [&](Database::Session& session) {
         page = {};
         page.state = stateFor(session, list);
-        EntryReader reader(session, m_line, m_digits);
+        EntryReader reader(session, m_entries);
         Query rows = session.query(kMatching);
         rows.bind(m_line).bind(static_cast<std::int32_t>(list)).bind(text.text()).bind(text.number());
         // One row at least, for the counts.
@@ -105,7 +104,7 @@ std::optional<std::string> StoredLists::pageText(ListName list, std::size_t offs
         const std::uint64_t settled = changes.settled();
         bool isShort = false;
         const bool done = m_database.readAside("reading a list", [&](Database::Session& session) {
-            isShort = snapshot.update(session, {list, m_line, m_digits}, changes, settled);
+            isShort = snapshot.update(session, {list, m_entries}, changes, settled);
         });
         if (!done) {
             snapshot.clear();
@@ -130,11 +129,12 @@ std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& se
     const bool done = m_database.readAside("reading the callbacks", [&](Database::Session& session) {
         page = {};
         page.state = session.state();
+        const EntryReader reader(session, m_entries);
         for (const CallBackItem& item : CallBackRows(session, m_line).all()) {
             if (itemMatches(item, text)) {
                 const std::size_t at = page.total++;
                 if (at >= offset && at - offset < limit) {
-                    page.items.push_back(itemJson(item));
+                    page.items.push_back(reader.entry(item));
                 }
             }
         }
@@ -155,7 +155,7 @@ std::optional<std::vector<StoredLists::Json>> StoredLists::entries(
     std::vector<Json> found;
     const bool done = m_database.readAsideSoon("reading entries", [&](Database::Session& session) {
         found.clear();
-        EntryReader reader(session, m_line, m_digits);
+        EntryReader reader(session, m_entries);
         for (const auto& [list, id] : ids) {
             found.push_back(reader.entryOf(list, id));
         }

@@ -11,27 +11,32 @@
 #include <vector>
 
 #include "host/database/Database.h"
+#include "host/stored-lists/EntryReader.h"
 #include "host/stored-lists/ListSnapshot.h"
 #include "host/stored-lists/UnviewedCount.h"
 #include "journal-items/ListTraits.h"
-
-class DigitAnalysisServiceIfc;
 
 namespace host {
 
 /// The five lists of one line as they are stored: every entry, whether the journal has loaded it or not.
 ///
 /// An entry is the JSON object of `itemJson`, with the newest ten calls, "calls" (the number of all calls
-/// that it had), and "displayName" from the phonebook as it is now.
+/// that it had), "displayName" from the phonebook as it is now, and "numberText" as people write it.
 ///
 /// Thread-safe; reads beside the writes. Errors: std::nullopt if the database fails.
 class StoredLists {
 public:
     using Json = nlohmann::ordered_json;
 
-    /// Everything is borrowed; without `digits` numbers are matched with contacts as they are written.
-    StoredLists(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr)
-        : m_database(database), m_line(std::move(line)), m_digits(digits), m_unviewed(database, m_line) {}
+    /// Everything is borrowed; `digits` and `texts` as those of `EntryReader`.
+    StoredLists(Database& database, std::string line, DigitAnalysisServiceIfc* digits = nullptr,
+                NumberTexts* texts = nullptr)
+        : m_database(database),
+          m_line(std::move(line)),
+          m_entries{m_line, digits, texts},
+          m_unviewed(database, m_line) {}
+    StoredLists(const StoredLists&) = delete;
+    StoredLists& operator=(const StoredLists&) = delete;
 
     struct Page {
         /// The number of entries in all pages, and of the unviewed ones among them.
@@ -74,7 +79,7 @@ private:
     // Constant after construction.
     Database& m_database;
     const std::string m_line;
-    DigitAnalysisServiceIfc* const m_digits;
+    const EntryReader::Source m_entries;
 
     // Has its own lock.
     mutable UnviewedCount m_unviewed;

@@ -201,6 +201,7 @@ private:
                 m_metrics,
                 m_line.callControl(),
                 m_line.dialling(),
+                m_line.numberTexts(),
                 [this] {
                     const host::CstaLink::Status status = m_line.linkStatus();
                     return host::LineState{

@@ -259,6 +259,9 @@ std::vector<EventFeed::Event> EventFeed::eventsOf(const std::deque<Change>& chan
             Json item = change.key && !entries.empty() ? std::move(*stored++) : Json();
             if (item.is_null() && change.notified) {
                 item = change.notified();
+                if (m_stored.numberText) {
+                    item["numberText"] = m_stored.numberText(item["number"].get<std::string>());
+                }
             }
             data = {{"action", change.number}, {"entryId", change.entryId}, {"item", std::move(item)}};
         } else if (change.kind == Kind::eLiveCalls) {

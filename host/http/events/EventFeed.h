@@ -61,6 +61,8 @@ public:
         std::function<std::optional<std::size_t>()> unviewed{};
         /// The live calls of the line.
         std::function<nlohmann::ordered_json()> liveCalls{};
+        /// A number as people write it.
+        std::function<std::string(const std::string&)> numberText{};
     };
 
     static constexpr std::size_t kMaxStreams = 128;

@@ -8,6 +8,7 @@
 #include "host/history/CallJson.h"
 #include "host/http/messages/FilterParameters.h"
 #include "host/http/messages/HttpError.h"
+#include "host/http/messages/NumberFields.h"
 #include "host/http/messages/Router.h"
 
 namespace host {
@@ -29,19 +30,25 @@ std::int64_t idOf(const HttpRequest& request) {
 
 }  // namespace
 
-CallsResource::CallsResource(StoredEntries& entries)
-    : m_resync(entries.sources().resync),
+CallsResource::CallsResource(StoredEntries& entries, NumberTexts& numbers)
+    : m_numbers(numbers),
+      m_resync(entries.sources().resync),
       m_history(entries.sources().database, entries.sources().line, entries.sources().digits),
       m_deletion(entries) {}
 
 void CallsResource::addRoutes(Router& router) {
     std::vector<std::string> deletionParameters = filterParameters();
     deletionParameters.emplace_back("all");
-    router.add(
-        {"GET", "/api/v1/calls", [this](const HttpRequest& each) { return page(each); }, queryParameters()});
+    std::vector<std::string> pageParameters = queryParameters();
+    pageParameters.emplace_back("language");
+    router.add({"GET", "/api/v1/calls", [this](const HttpRequest& each) { return page(each); },
+                std::move(pageParameters)});
     router.add({"DELETE", "/api/v1/calls", [this](const HttpRequest& each) { return deleteSome(each); },
                 std::move(deletionParameters)});
-    router.add({"GET", "/api/v1/calls/{callId}", [this](const HttpRequest& each) { return call(each); }});
+    router.add({"GET",
+                "/api/v1/calls/{callId}",
+                [this](const HttpRequest& each) { return call(each); },
+                {"language"}});
     router.add(
         {"DELETE", "/api/v1/calls/{callId}", [this](const HttpRequest& each) { return deleteOne(each); }});
 }
@@ -49,10 +56,11 @@ void CallsResource::addRoutes(Router& router) {
 HttpResponse CallsResource::page(const HttpRequest& request) const {
     const CallQuery query =
         filtersIn(m_zone, [&](const FilterText& text) { return text.query(request.query); });
+    const PlaceLanguage language = languageOf(request);
     const CallPage page = storedOr503(m_history.page(query));
     Json items = Json::array();
     for (const Call& each : page.calls) {
-        items.push_back(callJson(each));
+        addNumberFields(items.emplace_back(callJson(each)), m_numbers, each.party.number, language);
     }
     return jsonResponse(
         {{"items", std::move(items)}, {"next", page.next.empty() ? Json() : Json(page.next)}});
@@ -64,7 +72,9 @@ HttpResponse CallsResource::call(const HttpRequest& request) const {
     if (!call) {
         throw noSuchCall();
     }
-    return jsonResponse(callJson(*call));
+    Json json = callJson(*call);
+    addNumberFields(json, m_numbers, call->party.number, languageOf(request));
+    return jsonResponse(json);
 }
 
 HttpResponse CallsResource::deleteOne(const HttpRequest& request) {

@@ -11,13 +11,14 @@
 
 namespace host {
 
+class NumberTexts;
 class Router;
 
 /// The calls of the history: pages by filters, single calls, deletion. Thread-safe.
 class CallsResource {
 public:
     /// `entries` is borrowed and outlives the resource.
-    explicit CallsResource(StoredEntries& entries);
+    CallsResource(StoredEntries& entries, NumberTexts& numbers);
 
     void addRoutes(Router& router);
 
@@ -32,6 +33,7 @@ private:
     /// had.
     void resync() const;
 
+    NumberTexts& m_numbers;
     const std::function<void()> m_resync;
     const CallHistory m_history;
     CallDeletion m_deletion;

@@ -10,6 +10,7 @@
 #include "host/history/CallJson.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/JsonBody.h"
+#include "host/http/messages/NumberFields.h"
 #include "host/http/messages/Router.h"
 #include "host/presentation/PlainText.h"
 
@@ -83,18 +84,20 @@ Json parsedCall(const HttpRequest& request) {
 
 void LiveCallsResource::addRoutes(Router& router) {
     router.add({"POST", "/api/v1/calls", [this](const HttpRequest& each) { return place(each); }});
-    router.add(
-        {"GET", "/api/v1/live-calls", [this](const HttpRequest& /*each*/) { return jsonResponse(list()); }});
+    router.add({"GET",
+                "/api/v1/live-calls",
+                [this](const HttpRequest& each) { return jsonResponse(list(languageOf(each))); },
+                {"language"}});
     router.add({"POST", "/api/v1/live-calls/{liveCallId}/answer",
                 [this](const HttpRequest& each) { return answerCall(each); }});
     router.add({"DELETE", "/api/v1/live-calls/{liveCallId}",
                 [this](const HttpRequest& each) { return hangUp(each); }});
 }
 
-Json LiveCallsResource::list() const {
+Json LiveCallsResource::list(PlaceLanguage language) const {
     Json calls = Json::array();
     for (const LiveCallView& call : m_sources.calls.liveCalls()) {
-        calls.push_back(callJson(call));
+        addNumberFields(calls.emplace_back(callJson(call)), m_sources.numbers, call.number, language);
     }
     return {{"calls", std::move(calls)}};
 }

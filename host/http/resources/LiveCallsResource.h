@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "host/digits/NumberTexts.h"
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
 #include "host/http/resources/StatusResource.h"
@@ -26,6 +27,7 @@ public:
         CallControlIfc& calls;
         const Dialling& dialling;
         Phonebook& phonebook;
+        NumberTexts& numbers;
         std::function<LineState()> lineState;
     };
 
@@ -34,7 +36,7 @@ public:
     void addRoutes(Router& router);
 
     /// {"calls": [...]}, as `GET /api/v1/live-calls` returns it.
-    [[nodiscard]] nlohmann::ordered_json list() const;
+    [[nodiscard]] nlohmann::ordered_json list(PlaceLanguage language) const;
 
 private:
     [[nodiscard]] HttpResponse place(const HttpRequest& request) const;

@@ -2,32 +2,64 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/directory/Phonebook.h"
 #include "host/history/CallJson.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/JsonBody.h"
+#include "host/http/messages/NumberFields.h"
 #include "host/http/messages/Router.h"
 #include "host/limits/TextLimits.h"
+#include "host/presentation/ItemJson.h"
 
 namespace host {
 
+namespace {
+
 using Json = nlohmann::ordered_json;
 
+Json timeJson(const std::optional<std::chrono::sys_seconds>& time) {
+    return time ? Json(utcText(*time)) : Json();
+}
+
+}  // namespace
+
 void PartiesResource::addRoutes(Router& router) {
-    router.add({"GET", "/api/v1/parties/{number}", [this](const HttpRequest& each) { return party(each); }});
-    router.add(
-        {"PUT", "/api/v1/parties/{number}", [this](const HttpRequest& each) { return setNote(each); }});
+    router.add({"GET",
+                "/api/v1/parties/{number}",
+                [this](const HttpRequest& each) { return party(each); },
+                {"language"}});
+    router.add({"PUT",
+                "/api/v1/parties/{number}",
+                [this](const HttpRequest& each) { return setNote(each); },
+                {"language"}});
 }
 
 HttpResponse PartiesResource::party(const HttpRequest& request) const {
+    const PlaceLanguage language = languageOf(request);
     const PartySummary party = storedOr503(m_notes.find(request.parameter("number")));
-    return jsonResponse({{"number", party.number},
-                         {"displayName", party.displayName},
-                         {"calls", party.calls},
-                         {"lastCall", party.lastCall ? Json(utcText(*party.lastCall)) : Json()},
-                         {"note", party.note}});
+    Contact contact;
+    contact.setSearchNumber(party.number);
+    const bool hasContact = !party.number.empty() && storedOr503(m_phonebook.lookUp(contact));
+    Json json{{"number", party.number}};
+    addNumberFields(json, m_numbers, party.number, language);
+    json.update({{"displayName", party.displayName},
+                 {"contact", hasContact ? itemJson(contact) : Json()},
+                 {"calls", party.calls},
+                 {"totals",
+                  {{"calls", party.calls},
+                   {"missed", party.missed},
+                   {"dialled", party.dialled},
+                   {"received", party.received},
+                   {"forwarded", party.forwarded},
+                   {"talkTime", party.talkTime.count()}}},
+                 {"firstCall", timeJson(party.firstCall)},
+                 {"lastCall", timeJson(party.lastCall)},
+                 {"note", party.note}});
+    return jsonResponse(json);
 }
 
 HttpResponse PartiesResource::setNote(const HttpRequest& request) {
+    static_cast<void>(languageOf(request));
     const Json json = jsonObject(request);
     const auto note = json.find("note");
     if (json.size() != 1 || note == json.end() || !note->is_string()) {

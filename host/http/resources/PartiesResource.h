@@ -8,14 +8,25 @@
 
 namespace host {
 
+class NumberTexts;
+class Phonebook;
 class Router;
 
 /// The numbers of the history and their notes. Thread-safe.
 class PartiesResource {
 public:
-    /// As `PartyNotes`.
-    PartiesResource(Database& database, const std::string& line, DigitAnalysisServiceIfc* digits)
-        : m_notes(database, line, digits) {}
+    /// All are borrowed and outlive the resource; the first three as those of `PartyNotes`.
+    struct Sources {
+        Database& database;
+        const std::string& line;
+        DigitAnalysisServiceIfc* digits;
+        Phonebook& phonebook;
+        NumberTexts& numbers;
+    };
+    explicit PartiesResource(const Sources& sources)
+        : m_notes(sources.database, sources.line, sources.digits),
+          m_phonebook(sources.phonebook),
+          m_numbers(sources.numbers) {}
 
     void addRoutes(Router& router);
 
@@ -24,6 +35,8 @@ private:
     [[nodiscard]] HttpResponse setNote(const HttpRequest& request);
 
     PartyNotes m_notes;
+    Phonebook& m_phonebook;
+    NumberTexts& m_numbers;
 };
 
 }  // namespace host

@@ -9,6 +9,7 @@
 #include "host/history/CallJson.h"
 #include "host/http/messages/FilterParameters.h"
 #include "host/http/messages/HttpError.h"
+#include "host/http/messages/NumberFields.h"
 #include "host/http/messages/Router.h"
 
 namespace host {
@@ -24,12 +25,13 @@ std::optional<CallGrouping> groupingOf(const HttpRequest& request) {
     using Named = std::pair<const char*, CallGrouping>;
     for (const auto& [name, by] :
          {Named("day", CallGrouping::eDay), Named("hour", CallGrouping::eHour),
-          Named("weekday", CallGrouping::eWeekday), Named("party", CallGrouping::eParty)}) {
+          Named("weekday", CallGrouping::eWeekday), Named("party", CallGrouping::eParty),
+          Named("list", CallGrouping::eList)}) {
         if (word == name) {
             return by;
         }
     }
-    throw HttpError(400, "bad-parameter", "by must be day, hour, weekday or party");
+    throw HttpError(400, "bad-parameter", "by must be day, hour, weekday, party or list");
 }
 
 Json keyJson(const CallGroup& group, CallGrouping by) {
@@ -37,6 +39,7 @@ Json keyJson(const CallGroup& group, CallGrouping by) {
         case CallGrouping::eDay:
             return utcText(std::chrono::sys_days(std::chrono::days(group.key))).substr(0, 10);
         case CallGrouping::eParty: return group.number;
+        case CallGrouping::eList: return std::string(wordOf(static_cast<ListName>(group.key)));
         default: return group.key;
     }
 }
@@ -53,12 +56,14 @@ void addCounts(Json& json, const CallCounts& counts) {
     json["callBackTime"] = counts.callBackTime ? Json(counts.callBackTime->count()) : Json();
 }
 
-Json groupsJson(const std::vector<CallGroup>& groups, CallGrouping by) {
+Json groupsJson(const std::vector<CallGroup>& groups, CallGrouping by, NumberTexts& numbers,
+                PlaceLanguage language) {
     Json json = Json::array();
     for (const CallGroup& group : groups) {
         Json& each = json.emplace_back(Json{{"key", keyJson(group, by)}});
         if (by == CallGrouping::eParty) {
             each["displayName"] = group.displayName;
+            addNumberFields(each, numbers, group.number, language);
         }
         addCounts(each, group.counts);
     }
@@ -73,13 +78,14 @@ Json timeJson(const std::optional<std::chrono::sys_seconds>& time) {
 
 void StatisticsResource::addRoutes(Router& router) {
     std::vector<std::string> parameters = filterParameters();
-    parameters.insert(parameters.end(), {"by", "limit"});
+    parameters.insert(parameters.end(), {"by", "limit", "language"});
     router.add({"GET", "/api/v1/statistics", [this](const HttpRequest& each) { return statistics(each); },
                 std::move(parameters)});
 }
 
 HttpResponse StatisticsResource::statistics(const HttpRequest& request) const {
     const auto by = groupingOf(request);
+    const PlaceLanguage language = languageOf(request);
     const StatisticsQuery query = filtersIn(m_zone, [&](const FilterText& text) {
         return StatisticsQuery{text.filter(request.query), by, text.zone(request.query),
                                FilterText::limit(request.query, 10)};
@@ -88,14 +94,14 @@ HttpResponse StatisticsResource::statistics(const HttpRequest& request) const {
     const StatisticsResult result = storedOr503(m_statistics.of(query, now));
     Json totals = Json::object();
     addCounts(totals, result.totals);
-    Json parties = by ? Json::array() : groupsJson(result.groups, CallGrouping::eParty);
+    Json groups = groupsJson(result.groups, by.value_or(CallGrouping::eParty), m_numbers, language);
     return jsonResponse({{"since", timeJson(query.filter.since)},
                          {"until", timeJson(query.filter.until)},
                          {"tz", query.zone.name()},
                          {"by", by ? Json(request.queryValue("by")) : Json()},
                          {"totals", std::move(totals)},
-                         {"groups", by ? groupsJson(result.groups, *by) : Json::array()},
-                         {"topParties", std::move(parties)}});
+                         {"groups", by ? groups : Json::array()},
+                         {"topParties", by ? Json::array() : groups}});
 }
 
 }  // namespace host

@@ -52,7 +52,7 @@ ROWS = [("GET /api/v1/lists/{list}", 400, {"query": "?limit=x"}, None), ("DELETE
         ("GET /api/v1/times", 400, {"query": "?from=yesterday"}, None), ("GET /api/v1/times", 200, {"query": "?from=1970-01-01T00:00:00Z"}, None),
         ("GET /api/v1/calls", 400, {"query": "?since=soon"}, None), ("GET /api/v1/calls/{callId}", 404, {"callId": "77"}, None),
         ("GET /api/v1/calls", 200, {"query": "?search=zoe&direction=incoming&since=1h&limit=1"}, None),
-        *(("GET /api/v1/statistics", 200, {"query": "?by=" + by}, None) for by in ("day", "hour", "weekday", "party")),
+        *(("GET /api/v1/statistics", 200, {"query": "?by=" + by}, None) for by in ("day", "hour", "weekday", "party", "list&language=de")),
         ("GET /api/v1/contacts/{id}", 404, {"id": "77"}, None), ("DELETE /api/v1/contacts/{id}", 404, {"id": "77"}, None)]
 ROWS += [(PLACE, 409, {}, '{"number": "2001"}'), (PLACE, 422, {}, '{"number": "112"}'), (PLACE, 422, {}, '{"number": "4711", "urgent": true}'),
          *((each, 404, {"liveCallId": "none"}, None) for each in CONTROL)]

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/digits/NumberTexts.h"
+#include "host/directory/Phonebook.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/Router.h"
 #include "host/http/resources/CallsResource.h"
@@ -49,15 +51,18 @@ protected:
         }
     }
 
+    const std::string m_line = "2001";
     int m_status = 0;
     int m_resyncs = 0;
     journaltest::TemporaryDatabase m_database;
     journaltest::FakeDigits m_digits;
     journaltest::FakeJournalService m_journal;
     host::StoredEntries m_entries{{m_journal, *m_database, "2001", &m_digits, [this] { ++m_resyncs; }}};
-    host::CallsResource m_calls{m_entries};
-    host::StatisticsResource m_statistics{*m_database, "2001", &m_digits};
-    host::PartiesResource m_parties{*m_database, "2001", &m_digits};
+    host::NumberTexts m_numbers{"DE", m_digits};
+    host::Phonebook m_phonebook{*m_database, m_digits, "2001"};
+    host::CallsResource m_calls{m_entries, m_numbers};
+    host::StatisticsResource m_statistics{*m_database, "2001", &m_digits, m_numbers};
+    host::PartiesResource m_parties{{*m_database, m_line, &m_digits, m_phonebook, m_numbers}};
     host::Router m_router;
 };
 
@@ -68,7 +73,8 @@ TEST_F(HistoryRoutesTest, ServesPagesAndSingleCalls) {
     const Json call = Json::parse(R"({"id":1,"uniqueId":"1","list":"missed","direction":"incoming",
         "number":"4711","name":"Ann","displayName":"Ann","connectedNumber":null,"connectedName":null,"redirectingNumber":null,
         "redirectingName":null,"reason":"","start":"1970-01-01T00:16:40Z","answered":null,"ended":null,
-        "duration":0,"endApproximate":false,"lineKey":"","callId":"","viewed":false,"calledBackAt":null})");
+        "duration":0,"endApproximate":false,"lineKey":"","callId":"","viewed":false,"calledBackAt":null,
+        "numberText":"4711","place":null})");
     EXPECT_EQ(page, (Json{{"items", {call}}, {"next", nullptr}}));
     EXPECT_EQ(sends("GET /api/v1/calls/1"), call);
 }
@@ -97,14 +103,31 @@ TEST_F(HistoryRoutesTest, CountsAndKeepsNotes) {
     EXPECT_EQ(statistics["totals"]["answered"], 1);
     EXPECT_EQ(sends("GET /api/v1/statistics?limit=1")["topParties"][0]["displayName"], "Ann");
     EXPECT_EQ(sends("GET /api/v1/statistics?by=year"), "bad-parameter");
+    std::string counts;
+    const Json byList = sends("GET /api/v1/statistics?by=list&search=ann");
+    for (const Json& group : byList["groups"]) {
+        counts += group["key"].get<std::string>() + group["calls"].dump() + " ";
+    }
+    EXPECT_EQ(counts, "missed1 dialled0 received1 forwarded0 ");
 
     const Json ann = sends("PUT /api/v1/parties/47%2011", R"({"note":"calls late"})");
-    EXPECT_EQ(ann, Json::parse(R"({"number":"4711","displayName":"Ann","calls":2,
-        "lastCall":"1970-01-01T00:33:20Z","note":"calls late"})"));
+    EXPECT_EQ(ann, Json::parse(R"({"number":"4711","numberText":"4711","place":null,"displayName":"Ann",
+        "contact":null,"calls":2,"totals":{"calls":2,"missed":1,"dialled":0,"received":1,"forwarded":0,
+        "talkTime":75},"firstCall":"1970-01-01T00:16:40Z","lastCall":"1970-01-01T00:33:20Z",
+        "note":"calls late"})"));
     EXPECT_EQ(sends("GET /api/v1/parties/4711"), ann);
     EXPECT_EQ(sends("PUT /api/v1/parties/4711", R"({"note":""})")["note"], "");
     EXPECT_EQ(sends("PUT /api/v1/parties/4711", R"({"text":""})"), "wrong-shape");
-    EXPECT_EQ(sends("GET /api/v1/parties/%2B49")["calls"], 0);
+    Contact max;
+    max.setSurname("Max");
+    max.setOffice("+4989123456");
+    ASSERT_TRUE(m_phonebook.add(max));
+    const Json german = sends("GET /api/v1/parties/%2B4989123456?language=de");
+    EXPECT_EQ(german["calls"], 0);
+    EXPECT_EQ(german["contact"]["surname"], "Max");
+    EXPECT_EQ(german["numberText"], "089 123456");
+    EXPECT_EQ(german["place"], "München");
+    EXPECT_EQ(sends("GET /api/v1/calls?language=fr"), "bad-parameter");
 }
 
 }  // namespace

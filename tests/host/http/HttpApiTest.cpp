@@ -22,6 +22,7 @@
 #include "host/csta/call-control/CallControlIfc.h"
 #include "host/database/Database.h"
 #include "host/digits/Dialling.h"
+#include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
 #include "host/http/Metrics.h"
@@ -57,7 +58,7 @@ protected:
     }
     host::HttpBackend backend() {
         return {"2001",    m_journal, m_management, m_phonebook, *m_database, m_stored, m_entries,
-                m_metrics, m_calls,   m_dialling,   {},          {},          {}};
+                m_metrics, m_calls,   m_dialling,   m_numbers,   {},          {},       {}};
     }
 
     /// A client that has sent this text.
@@ -104,6 +105,7 @@ protected:
     host::StoredEntries m_entries{{m_journal, *m_database, "2001", nullptr, {}}};
     NoCalls m_calls;
     const host::Dialling m_dialling{{}};
+    host::NumberTexts m_numbers{"DE", m_digits};
     host::Metrics m_metrics{"2001"};
     asio::io_context m_io;
     asio::ip::tcp::endpoint m_address;
