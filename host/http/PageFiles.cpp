@@ -2,17 +2,20 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <system_error>
 #include <utility>
 
+#include "host/http/messages/ContentCoding.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
 namespace {
 
 constexpr const char* kStart = "index.html";
+constexpr const char* kPacked = ".gz";
 
 const char* typeOf(const std::string& extension) {
     static constexpr std::array<std::pair<const char*, const char*>, 9> kTypes{
@@ -30,15 +33,18 @@ const char* typeOf(const std::string& extension) {
     return found == kTypes.end() ? "application/octet-stream" : found->second;
 }
 
-HttpResponse readFile(const std::filesystem::path& file, const std::string& name) {
-    HttpResponse response;
-    response.contentType = typeOf(file.extension().string());
+std::string contentOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    response.body.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-    // The name of a built asset changes with its content.
-    const bool lasting = name.compare(0, 7, "assets/") == 0;
-    response.headers = {{"Cache-Control", lasting ? "public, max-age=31536000, immutable" : "no-cache"}};
-    return response;
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+/// A hash of the content in quotes (FNV-1a).
+std::string tagOf(const std::string& content) {
+    std::uint64_t hash = 14'695'981'039'346'656'037U;
+    for (const char each : content) {
+        hash = (hash ^ static_cast<unsigned char>(each)) * 1'099'511'628'211U;
+    }
+    return '"' + std::to_string(hash) + '"';
 }
 
 HttpResponse startText() {
@@ -52,29 +58,61 @@ HttpResponse startText() {
 
 }  // namespace
 
+PageFiles::File PageFiles::readFile(const std::filesystem::path& path, const std::string& name) {
+    File file;
+    HttpResponse& plain = file.plain.response;
+    plain.contentType = typeOf(path.extension().string());
+    plain.body = contentOf(path);
+    file.plain.tag = tagOf(plain.body);
+    // The name of a built asset changes with its content.
+    const bool lasting = name.compare(0, 7, "assets/") == 0;
+    plain.headers = {{"Cache-Control", lasting ? "public, max-age=31536000, immutable" : "no-cache"}};
+    std::error_code error;
+    std::filesystem::path packed = path;
+    if (std::filesystem::is_regular_file(packed += kPacked, error)) {
+        plain.headers.emplace_back("Vary", "Accept-Encoding");
+        file.compressed = file.plain;
+        file.compressed->response.body = contentOf(packed);
+        file.compressed->response.headers.emplace_back("Content-Encoding", "gzip");
+        file.compressed->tag = tagOf(file.compressed->response.body);
+        file.compressed->response.headers.emplace_back("ETag", file.compressed->tag);
+    }
+    plain.headers.emplace_back("ETag", file.plain.tag);
+    return file;
+}
+
 PageFiles::PageFiles(const std::filesystem::path& directory) {
     std::error_code error;
     for (std::filesystem::recursive_directory_iterator each(directory, error), end; !error && each != end;
          each.increment(error)) {
-        if (each->is_regular_file(error)) {
+        if (each->is_regular_file(error) && each->path().extension() != kPacked) {
             const std::string name = each->path().lexically_relative(directory).generic_string();
             m_files.emplace(name, readFile(each->path(), name));
         }
     }
-    if (m_files.try_emplace(kStart, startText()).second) {
+    if (m_files.try_emplace(kStart, File{{startText(), {}}, {}}).second) {
         logAppUni("HTTP", __FILE_NAME__, 3, __LINE__,
                   "the page is not built: there are no files in %s; ./run builds it",
                   directory.lexically_normal().c_str());
     }
 }
 
-const HttpResponse* PageFiles::find(const HttpRequest& request) const {
+std::optional<HttpResponse> PageFiles::find(const HttpRequest& request) const {
     std::string name;
     for (const std::string& segment : request.path) {
         name += (name.empty() ? "" : "/") + segment;
     }
     const auto found = m_files.find(name.empty() ? kStart : name);
-    return found == m_files.end() ? nullptr : &found->second;
+    if (found == m_files.end()) {
+        return std::nullopt;
+    }
+    const File& file = found->second;
+    const Form& form = file.compressed && acceptsGzip(request) ? *file.compressed : file.plain;
+    HttpResponse response = form.response;
+    if (!form.tag.empty() && hasEntity(request, form.tag)) {
+        response.status = 304;
+    }
+    return response;
 }
 
 }  // namespace host

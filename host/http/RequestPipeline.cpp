@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "host/http/messages/ContentCoding.h"
 #include "host/http/messages/HttpError.h"
 #include "platform/logging/Logging.h"
 
@@ -47,6 +48,7 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
     HttpResponse response;
     try {
         response = process(request);
+        compressJson(request, response);
     } catch (const HttpError& error) {
         response = errorResponse(error);
     } catch (const std::bad_alloc&) {
@@ -74,8 +76,8 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
         return std::move(*signedIn);
     }
     const bool reads = request.method == "GET" || request.method == "HEAD";
-    if (const HttpResponse* const file = m_page.find(request)) {
-        return reads ? *file : notAllowed("GET");
+    if (auto file = m_page.find(request)) {
+        return reads ? std::move(*file) : notAllowed("GET");
     }
     return route(request);
 }

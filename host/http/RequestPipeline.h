@@ -15,7 +15,7 @@ namespace host {
 ///  2. sign-in with "/?token=TOKEN", or a file of the page;
 ///  3. route, token, line;
 ///  4. the handler; an exception becomes an error response;
-///  5. the headers that every response has.
+///  5. compression of long JSON, and the headers that every response has.
 ///
 /// Thread-safe after the routes are added.
 class RequestPipeline {

@@ -25,6 +25,7 @@ const char* reasonOf(int status) {
         case 202: return "Accepted";
         case 204: return "No Content";
         case 303: return "See Other";
+        case 304: return "Not Modified";
         case 400: return "Bad Request";
         case 401: return "Unauthorized";
         case 403: return "Forbidden";
@@ -119,7 +120,7 @@ void send(restinio::request_t& request, HttpResponse response) {
     if (response.stream) {
         auto builder = builderFor<restinio::chunked_output_t>(request, response);
         response.stream->begin(std::make_unique<ChunkSink>(std::move(builder)));
-    } else if (request.header().method() == restinio::http_method_head()) {
+    } else if (response.status == 304 || request.header().method() == restinio::http_method_head()) {
         auto builder = builderFor<restinio::user_controlled_output_t>(request, response);
         builder.set_content_length(response.body.size()).done();
     } else {

@@ -17,6 +17,7 @@ struct HttpResponse {
     int status = 200;
     /// Empty if there is no body.
     std::string contentType;
+    /// Not sent with status 304, nor to HEAD: its length is.
     std::string body;
     std::vector<std::pair<std::string, std::string>> headers;
     /// Writes a streaming (chunked) body instead of `body`; nullptr for a complete response.

@@ -1,5 +1,6 @@
 """The HTTP API of a running server, compared with its own description."""
 
+import gzip
 import http.client
 import json
 import os
@@ -157,6 +158,10 @@ class HttpTest(ProgramTest):
             content = self.described(IMPORT, status, body=body, Content_Type=kind).decode()
             self.assertIn(found, content)
             self.assertLess(len(content), 65536)
+        packed = self.ask("GET", "/api/v1/openapi.json", Accept_Encoding="gzip")[1]
+        self.assertEqual((json.loads(gzip.decompress(packed)), self.response.getheader("Vary"), self.response.getheader("Content-Length")),
+                         (self.document, "Accept-Encoding", str(len(packed))))
+        self.assertEqual(self.ask("GET", "/", If_None_Match="*"), (304, b""))
         people = [each["surname"] + " " + each["source"] for each in json.loads(self.ask("GET", "/api/v1/contacts")[1])["contacts"]]
         self.assertEqual(people, [EVIL + " personal", "Byron personal", "Old personal"])
         self.values["liveCallId"] = json.loads(self.described(PLACE, 202, body=GOOD[PLACE]))["callId"]

@@ -54,9 +54,12 @@ protected:
         request.method = method;
         request.target = target;
         request.headers["host"] = "127.0.0.1:80";
+        std::string name;
         for (const std::string& header : journaltest::split(headers, ';')) {
             const std::size_t colon = header.find(": ");
-            request.headers[header.substr(0, colon)] = header.substr(colon + 2);
+            const bool goesOn = colon == std::string::npos;  // "gzip;q=0"
+            name = goesOn ? name : header.substr(0, colon);
+            request.headers[name] = goesOn ? request.headers[name] + ';' + header : header.substr(colon + 2);
         }
         request.body = body;
         host::Authenticator authenticator(m_token);
@@ -142,6 +145,49 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
     m_listen = "0.0.0.0";
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: 192.0.2.1:80").status, 200);
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
+}
+
+TEST_F(RequestPipelineTest, SendsFilesOnceAndCompressed) {
+    std::filesystem::create_directory(m_directory.path() / "assets");
+    std::ofstream(m_directory.path() / "assets/b.js") << "long script";
+    std::ofstream(m_directory.path() / "assets/b.js.gz") << "packed";
+    const auto headersOf = [](const HttpResponse& response) {
+        return std::map<std::string, std::string>(response.headers.begin(), response.headers.end());
+    };
+    const std::string plain = headersOf(respond("GET", "/assets/b.js", ""))["ETag"];
+    const std::string packed = headersOf(respond("GET", "/assets/b.js", "accept-encoding: br, gzip"))["ETag"];
+    for (const auto& row : journaltest::table(4, R"(
+        /assets/b.js    | br                 |                     | 200 long script
+        /assets/b.js    | gzip               |                     | 200 packed gzip
+        /assets/b.js    | deflate,gzip;q=0.5 |                     | 200 packed gzip
+        /assets/b.js    | gzip;q=0.0, xgzip  |                     | 200 long script
+        /assets/b.js    | gzip               | PLAIN               | 200 packed gzip
+        /assets/b.js    | gzip               | "x", W/PACKED       | 304 packed gzip
+        /assets/b.js    |                    | PLAIN               | 304 long script
+        /assets/b.js    |                    | *                   | 304 long script
+        /a.js           | gzip               | PLAIN               | 200 script
+        /assets/b.js.gz | gzip               |                     | 401 no-token
+    )")) {
+        std::string match = row[2];
+        for (const auto& [name, tag] : {std::pair("PLAIN", plain), std::pair("PACKED", packed)}) {
+            const std::size_t at = match.find(name);
+            match = at == std::string::npos ? match : match.replace(at, std::string(name).size(), tag);
+        }
+        const HttpResponse response = respond("GET", row[0],
+                                              (row[1].empty() ? "" : "accept-encoding: " + row[1] + ";") +
+                                                  (match.empty() ? "" : "if-none-match: " + match));
+        auto headers = headersOf(response);
+        const std::string coding = headers["Content-Encoding"];
+        EXPECT_EQ(response.status == 401 ? summary(response)
+                                         : std::to_string(response.status) + " " + response.body +
+                                               (coding.empty() ? "" : " " + coding),
+                  row[3])
+            << row[0] << row[1] << row[2];
+        EXPECT_EQ(headers["Cache-Control"], response.status == 401 ? "no-store"
+                                            : row[0] == "/a.js"    ? "no-cache"
+                                                                   : "public, max-age=31536000, immutable");
+        EXPECT_EQ(headers["Vary"], row[0] == "/assets/b.js" ? "Accept-Encoding" : "");
+    }
 }
 
 TEST_F(RequestPipelineTest, GivesABrowserACookieForTheTokenAndTakesItBack) {
