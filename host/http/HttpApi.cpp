@@ -96,6 +96,7 @@ public:
         return m_server.start(
             {[this](const HttpRequest& request) { return m_pipeline.handle(request); },
              [this](const HttpRequest& request) { return m_authenticator.isTrusted(request); },
+             [this](HttpRequest request) { return m_pipeline.mayBeLong(std::move(request)); },
              [this](const Endpoint& where) { m_authenticator.setListenAddress(where); },
              [this] { m_feed.keepAlive(); }});
     }

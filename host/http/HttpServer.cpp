@@ -24,6 +24,7 @@
 #include "host/http/ConnectionLimiter.h"
 #include "host/http/ConnectionTable.h"
 #include "host/http/DescriptorWatch.h"
+#include "host/http/LongBodies.h"
 #include "host/http/RestinioMessages.h"
 #include "platform/logging/Logging.h"
 
@@ -37,7 +38,11 @@ struct ConnectionListener {
     void state_changed(const restinio::connection_state::notice_t& notice) const { changed(notice); }
 };
 
+/// The library's methods; the type selects the settings of the parser below.
+struct Methods : public restinio::default_http_methods_t {};
+
 struct Traits : public restinio::default_single_thread_traits_t {
+    using http_methods_mapper_t = Methods;
     using stream_socket_t = ClosableSocket;
     using connection_state_listener_t = ConnectionListener;
 };
@@ -55,6 +60,21 @@ struct restinio::connection_count_limit_types<host::Traits> {
     using limiter_t = host::ConnectionLimiter;
     using lifetime_monitor_t = connection_count_limits::connection_lifetime_monitor_t<limiter_t>;
 };
+
+/// The library's parser, with limits of bodies by request.
+template <>
+inline http_parser_settings restinio::impl::create_parser_settings<host::Methods>() noexcept {
+    http_parser_settings settings = create_parser_settings<restinio::default_http_methods_t>();
+    settings.on_body = [](http_parser* parser, const char* piece, std::size_t length) {
+        try {
+            auto& request = *static_cast<http_parser_ctx_t*>(parser->data);
+            return host::LongBodies::ofThisThread()->add(*parser, request, piece, length) ? 0 : -1;
+        } catch (const std::exception&) {
+            return -1;
+        }
+    };
+    return settings;
+}
 
 namespace host {
 namespace {
@@ -173,10 +193,11 @@ private:
                                               .max_url_size(4096)
                                               .max_field_name_size(256)
                                               .max_field_value_size(8192)
-                                              .max_field_count(64)
-                                              .max_body_size(m_settings.maxBody))
+                                              .max_field_count(64))
                 .acceptor_post_bind_hook([this](asio::ip::tcp::acceptor& acceptor) { onBound(acceptor); })
                 .request_handler([this](const Request& request) { return dispatch(request); });
+        m_bodies.emplace(LongBodies::Limits{m_settings.maxBody, m_settings.maxLongBody},
+                         m_callbacks.mayBeLong);
         m_server = std::make_unique<Server>(restinio::external_io_context(m_loop), std::move(settings));
         m_server->open_sync();
         scheduleHeartbeat();
@@ -310,6 +331,7 @@ private:
     asio::steady_timer m_heartbeat;
     DescriptorWatch m_descriptors;
     ConnectionTable m_table;
+    std::optional<LongBodies> m_bodies;
     /// The streams of each open connection.
     std::map<ConnectionTable::Id, std::vector<std::weak_ptr<StreamBody>>> m_streams;
     std::unique_ptr<Server> m_server;

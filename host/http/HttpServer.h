@@ -27,6 +27,9 @@ struct HttpServerSettings {
     /// In bytes. The connection of a longer request is closed without a response, so this limit is higher
     /// than the one of the handler that returns 413.
     std::size_t maxBody = 256U * 1024U;
+    /// In bytes, of a request for which `mayBeLong` returns true; the rest of a longer body is dropped.
+    /// Higher than the limit of every handler.
+    std::size_t maxLongBody = 16U * 1024U * 1024U + 1;
     /// The time limit for a client to send a request, idle time included, and to receive a piece of a
     /// response.
     std::chrono::seconds clientTime{15};
@@ -60,6 +63,8 @@ public:
     struct Callbacks {
         Handler handle;
         std::function<bool(const HttpRequest&)> isTrusted;
+        /// Called on the loop thread when a body is longer than `maxBody`, with the request without its body.
+        std::function<bool(HttpRequest)> mayBeLong;
         std::function<void(const Endpoint&)> listening;
         std::function<void()> heartbeat;
     };

@@ -63,6 +63,14 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
     return response;
 }
 
+bool RequestPipeline::mayBeLong(HttpRequest request) const {
+    if (!request.hasValidHeaderNames() || !request.readTarget() || !m_authenticator.isTrusted(request)) {
+        return false;
+    }
+    const Router::Route* const found = m_router.find(request);
+    return found != nullptr && found->maxBody > Router::kUsualBody;
+}
+
 HttpResponse RequestPipeline::process(HttpRequest& request) const {
     if (!request.hasValidHeaderNames()) {
         throw HttpError(400, "bad-header", "the name of a header has a character that is not allowed");

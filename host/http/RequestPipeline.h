@@ -28,6 +28,10 @@ public:
     /// Does not throw: an exception of a handler becomes an error response.
     [[nodiscard]] HttpResponse handle(HttpRequest request) const;
 
+    /// True if the body of this request may have more bytes than is usual: it has the token, and its route
+    /// takes as many.
+    [[nodiscard]] bool mayBeLong(HttpRequest request) const;
+
 private:
     [[nodiscard]] HttpResponse process(HttpRequest& request) const;
     [[nodiscard]] HttpResponse route(HttpRequest& request) const;

@@ -103,11 +103,16 @@ private:
 }  // namespace
 
 HttpRequest requestOf(const restinio::request_t& from) {
-    HttpRequest request;
-    request.method = from.header().method().c_str();
-    request.target = from.header().request_target();
+    HttpRequest request = requestOf(from.header());
     request.body = from.body();
-    from.header().for_each_field([&request](const auto& field) {
+    return request;
+}
+
+HttpRequest requestOf(const restinio::http_request_header_t& header) {
+    HttpRequest request;
+    request.method = header.method().c_str();
+    request.target = header.request_target();
+    header.for_each_field([&request](const auto& field) {
         const auto [known, isFirst] = request.headers.try_emplace(lowered(field.name()), field.value());
         if (!isFirst) {
             known->second += ", " + field.value();

@@ -19,6 +19,9 @@ public:
     /// eToken: a request needs the token. eOpen: it needs none.
     enum class Guard { eToken, eOpen };
 
+    /// The most bytes that the server reads of any body.
+    static constexpr std::size_t kUsualBody = 256U * 1024U;
+
     struct Route {
         std::string method;
         /// "/api/v1/lists/{list}": a segment in braces matches any text, which becomes the parameter of that
@@ -28,7 +31,8 @@ public:
         /// The parameters of the query that the route takes. Every route below "/api/v1" takes "line", too.
         std::vector<std::string> queryParameters{};
         Guard guard = Guard::eToken;
-        /// The most bytes that the body of a request may have; the server itself takes no more than 256 KiB.
+        /// The most bytes that the body of a request may have. A longer one than `kUsualBody` is read from
+        /// clients with the token only.
         std::size_t maxBody = 64U * 1024U;
 
         /// Throws `HttpError` 400 if the query of the request has a parameter that this route does not take,

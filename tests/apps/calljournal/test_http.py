@@ -142,7 +142,7 @@ class HttpTest(ProgramTest):
             if "404" in each["responses"]:
                 self.described(operation, 404, {"query": "?line=none"}, GOOD.get(operation))
             if "413" in each["responses"]:
-                self.described(operation, 413, body=" " * (256001 if operation == UPLOAD else 65537))
+                self.described(operation, 413, body=" " * {UPLOAD: 256001, IMPORT: 2 ** 24 + 1}.get(operation, 65537))
         for path, methods in self.document["paths"].items():
             served = {each.upper() for each in methods} - {"PARAMETERS"}
             self.assertEqual(self.ask("PATCH", path.format(**self.values))[0], 405, path)
