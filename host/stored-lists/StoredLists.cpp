@@ -145,7 +145,7 @@ std::optional<StoredLists::Page> StoredLists::callBackPage(const std::string& se
 std::optional<StoredLists::Json> StoredLists::entry(ListName list, const std::string& id) const {
     std::optional<Json> found;
     const bool done = m_database.readAside("reading an entry", [&](Database::Session& session) {
-        found = EntryReader(session, m_line, m_digits).entryOf(list, id);
+        found = EntryReader(session, m_entries).entryOf(list, id);
     });
     return done ? std::move(found) : std::nullopt;
 }
