@@ -1,6 +1,8 @@
 import { defineConfig } from "vite";
 
 export default defineConfig({
+    // All addresses are relative, so that the page works under a path.
+    base: "./",
     esbuild: { jsx: "automatic", jsxImportSource: "preact" },
     build: {
         target: "es2022",

@@ -1,92 +1,113 @@
-// The view of all calls; entries with more calls than they show; marks as new and notes.
+// The opening view: one order of time, rows of several calls, live changes, selection and deletion, most of it by keyboard.
 
 import assert from "node:assert/strict";
 import test from "node:test";
-import { at, isAccessible, row, showJournal } from "./harness.mjs";
+import { at, openRow, row, rows, setShown, showJournal, withClockStopped } from "./harness.mjs";
 
-const dialled = (name, number) => `dial ${name} to ${number} "${name}" ; busy ${name}\n`;
-const missed = (name, number) => `call ${name} from ${number} "${name}" ; ring ${name} ; giveup ${name}\n`;
-const calls = [
-    missed("zoe", "+493055"),
-    "call who from anonymous ; ring who ; giveup who\n",
-    `call eve from 4713 "eve" via 4700 "Hotline" because busy ; ring eve ; answer eve ; wait 1100ms ; hangup eve by caller\n`,
-    dialled("ann", "4711").repeat(60),
-].join("");
-const shown = (page, count) => page.waitForFunction((wanted) => document.querySelectorAll("[data-test=call]").length === wanted, count);
+const evil = "<img src=x onerror=alert(1)>";
+const missed = (name, number) => `call c from ${number} "${name}" ; ring c ; giveup c ; wait 1100ms\n`;
+const calls = `
+call zoe from 4712 "Zoë" ; ring zoe ; answer zoe ; wait 1100ms ; hangup zoe by caller
+dial bob to 4714 "Bob" ; busy bob
+call eve from 4713 "${evil}" via 4700 "Hotline" because busy ; ring eve ; giveup eve
+${missed("Ann Müller", 4711)}${missed("Ann Müller", 4711)}`;
 
-test("an entry with many calls leads to all of them, which are read while scrolling, filtered and deleted", async (context) => {
-    const [stage, page] = await showJournal(context, calls);
-    await row(page, "Withheld").locator(".row-entry").click();
-    await at(page, "all-calls").click();
-    await shown(page, 1);
-    await at(page, "nav-dialled").filter({ hasText: "1" }).click();
-    await row(page, "ann").filter({ hasText: "60 calls" }).locator(".row-entry").click();
-    await page.getByText("The newest 10 of 60 calls.").waitFor();
-    await at(page, "all-calls").click();
-    await page.getByRole("heading", { name: "Today" }).waitFor();
-    await at(page, "calls-state").filter({ hasText: "The newest 50 calls" }).waitFor();
+const names = (page) => page.locator("[data-test=row] .row-name bdi").allInnerTexts();
+const onRow = (page, name) => row(page, name).locator("[data-control=open]");
 
-    // A reader who scrolls on while the calls are read again gets the next ones too.
-    const rereading = new Promise((asked) => page.route(/api\/v1\/calls\?/, (route) => asked(() => route.continue()), { times: 1 }));
-    await stage.plays(dialled("ann", "4711"));
-    const goOn = await rereading;
-    await page.locator("[data-test=call] summary").first().focus();
-    await page.keyboard.press("End");
-    await page.evaluate(() => new Promise((painted) => requestAnimationFrame(() => requestAnimationFrame(painted))));
-    await goOn();
-    await shown(page, 61);
-
-    // A call that comes in above does not move the calls that are shown.
-    const focused = () => page.evaluate(() => document.activeElement.getBoundingClientRect().top);
-    await page.keyboard.press("ArrowUp");
-    const before = await focused();
-    await stage.plays(dialled("ann", "4711"));
-    await shown(page, 62);
-    assert.ok(Math.abs((await focused()) - before) < 2);
-
-    // The filters are those of the API and stand in the address.
-    await at(page, "clear-filters").click();
-    await at(page, "filter-search").fill("EVE");
-    await shown(page, 1);
-    assert.match(page.url(), /#\/calls\?search=EVE$/);
-    await page.reload();
-    await page.locator("summary").filter({ hasText: /eve.*Received · 4713 · \d s · forwarded, busy/ }).press("Enter");
-    await page.getByText("Hotline, 4700").waitFor();
-    await at(page, "filter-search").fill("");
-    await at(page, "filters").click();
-    await at(page, "filter-since").fill("next week");
-    await at(page, "filter-refusal").getByText("since").waitFor();
-    await at(page, "filter-since").fill("today");
-    await at(page, "filter-list").selectOption("dialled");
-    await at(page, "filter-number").fill("47 11");
-    await shown(page, 50);
-    const asked = new Promise((seen) => page.once("dialog", (dialog) => dialog.accept().then(() => seen(dialog.message()))));
-    await at(page, "delete-calls").click();
-    assert.match(await asked, /^Delete 62 calls\?/);
-    await at(page, "calls-state").getByText("62 calls deleted.").waitFor();
-    await at(page, "clear-filters").click();
-    await shown(page, 3);
-    assert.equal((await stage.api("GET", "lists/dialled")).total, 0);
-
-    for (const look of [{ viewport: { width: 390, height: 800 } }, { viewport: { width: 1440, height: 900 }, colorScheme: "dark" }]) {
-        const other = await stage.opens(look);
-        await other.goto(`${stage.url}#/calls?direction=incoming`);
-        await other.locator("summary", { hasText: "zoe" }).click();
-        await isAccessible(other, `the calls, ${JSON.stringify(look)}`);
+test("all calls are in one order of time; calls that follow each other are one row, which opens; new ones appear by themselves", async (context) => {
+    const [stage, page] = await showJournal(context, "status normal", { slowness: 6, viewport: { width: 1440, height: 900 } });
+    await at(page, "empty").getByText("No calls yet").waitFor();
+    await page.evaluate(() => (window.sameDocument = true));
+    await setShown(page, false);
+    await stage.plays(calls);
+    await row(page, "Ann Müller").filter({ hasText: ", 2 calls" }).waitFor();
+    assert.deepEqual(await names(page), ["Ann Müller", evil, "Bob", "Zoë"]);
+    assert.equal(await page.locator("img").count(), 0);
+    for (const [name, words] of [["Ann", /, new.*Missed · 4711/s], [evil, /Missed · 4713/], ["Bob", /Dialled, no answer · 4714/], ["Zoë", /Received · 4712.*, \d\ss/s]]) {
+        assert.match(await onRow(page, name).textContent(), words);
     }
+    await page.getByRole("heading", { name: "Today" }).waitFor();
+    await at(page, "unseen").filter({ hasText: "2" }).waitFor();
+
+    // Neither a hidden window nor one without the focus marks calls as seen.
+    await page.waitForTimeout(3500);
+    assert.equal((await stage.api("GET", "lists/missed")).unviewed, 2);
+    await setShown(page, true);
+    await stage.missedAre(({ unviewed }) => unviewed === 0);
+
+    await onRow(page, "Ann").focus();
+    await page.keyboard.press("ArrowRight");
+    await page.waitForFunction(() => document.querySelectorAll("[data-test=single]").length === 2);
+    await page.keyboard.press("ArrowDown");
+    await page.keyboard.press("Enter");
+    await at(page, "person").getByText("Forwarded here by Hotline, line was busy").waitFor();
+    await page.keyboard.press("Escape");
+    await at(page, "today").waitFor();
+    assert.ok(await page.evaluate(() => window.sameDocument));
+    assert.deepEqual(stage.browserErrors, []);
 });
 
-test("an entry that is marked as new stays new until it is opened, and a note stays with its number", async (context) => {
-    const [stage, page] = await showJournal(context, missed("ann", "4711"));
-    await row(page, "ann").locator(".row-entry").click();
-    await stage.missedAre(({ unviewed }) => unviewed === 0);
-    await at(page, "note").fill("Calls back on Monday");
-    await at(page, "mark-new").click();
-    await stage.missedAre(({ unviewed }) => unviewed === 1);
-    await page.waitForTimeout(3500); // longer than a visible entry stays new
-    assert.equal((await stage.api("GET", "lists/missed")).unviewed, 1);
-    assert.equal((await stage.api("GET", "parties/4711")).note, "Calls back on Monday");
-    await row(page, "ann").filter({ hasText: "new" }).locator(".row-entry").click();
-    await stage.missedAre(({ unviewed }) => unviewed === 0);
-    assert.equal(await at(page, "note").inputValue(), "Calls back on Monday");
+test("rows are selected and deleted by keyboard, with undo; the focus stays near; what the server refuses to delete is back", async (context) => {
+    const [stage, page] = await showJournal(context, calls, { viewport: { width: 390, height: 844 } });
+    await row(page, "Ann Müller").filter({ hasText: ", 2 calls" }).waitFor();
+    const focused = () => page.evaluate(() => document.activeElement.closest("[data-test=row]")?.innerText);
+    await withClockStopped(page, async () => {
+        await onRow(page, "Bob").focus();
+        await page.keyboard.press("Delete");
+        await rows(page, 3);
+        assert.match(await focused(), /Zoë/);
+        await page.keyboard.press("ArrowUp");
+        await page.keyboard.press(" ");
+        await at(page, "selection-bar").getByText("1 selected").waitFor();
+        await page.keyboard.press("Control+a");
+        await at(page, "selection-bar").getByText("4 selected").waitFor();
+        await at(page, "delete-selected").press("Enter");
+        await at(page, "empty").waitFor();
+        await page.keyboard.press("Control+z");
+        await rows(page, 4);
+    });
+    await at(page, "end-selecting").click();
+
+    // A deletion is final after a moment, or when the user leaves the page.
+    const gone = page.waitForResponse((each) => each.request().method() === "DELETE" && each.status() === 204);
+    await onRow(page, "Bob").press("Delete");
+    await gone;
+    await page.route("**/api/v1/calls/*", (route) => route.fulfill({ status: 503, json: {} }), { times: 1 });
+    await onRow(page, "Zoë").press("Delete");
+    await rows(page, 2);
+    await page.evaluate(() => dispatchEvent(new Event("pagehide")));
+    await at(page, "failure").getByText("It could not be deleted and is back").waitFor();
+    await rows(page, 3);
+    await onRow(page, "Ann").press("Delete");
+    await page.goto("about:blank");
+    await stage.until(async () => (await stage.api("GET", "calls")).items.map(({ number }) => number).join() === "4713,4712");
+});
+
+test("Back closes a person; on a telephone it takes the whole window", async (context) => {
+    const [, page] = await showJournal(context, calls, { viewport: { width: 390, height: 844 } });
+    await row(page, "Ann Müller").filter({ hasText: ", 2 calls" }).waitFor();
+    await openRow(page, "Zoë");
+    await at(page, "person").waitFor();
+    assert.equal(await at(page, "rows").isVisible(), false);
+    await page.goBack();
+    await at(page, "rows").waitFor();
+    await openRow(page, "Ann");
+    await at(page, "close").click();
+    await row(page, "Bob").waitFor();
+    await page.waitForFunction(() => location.hash === "#/calls" || location.hash === "");
+});
+
+test("the page reconnects after the connection was lost, and tells the state of the line", async (context) => {
+    const [stage, page] = await showJournal(context, "status normal", { viewport: { width: 1440, height: 900 } });
+    await at(page, "line-state").getByText("Ready").waitFor();
+    stage.running.delete(stage.server);
+    stage.server.kill("SIGKILL");
+    await at(page, "offline").waitFor();
+    await stage.plays(missed("Bob", 4714));
+    await stage.serves();
+    await row(page, "Bob").waitFor();
+    await at(page, "offline").waitFor({ state: "detached" });
+    await stage.stop(stage.simulator);
+    await at(page, "line-state").getByText("No connection to the telephone system").waitFor();
 });

@@ -1,12 +1,13 @@
 // Starts the program and a browser for the tests of the page. Tests wait for events, at most `limit` ms.
 
 import assert from "node:assert/strict";
-import { spawn } from "node:child_process";
+import { execFileSync, spawn } from "node:child_process";
 import { once } from "node:events";
 import * as fs from "node:fs";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { createInterface } from "node:readline";
+import { fileURLToPath } from "node:url";
 
 const packages = createRequire(new URL("../../web/package.json", import.meta.url));
 const { chromium } = packages("playwright-core");
@@ -14,7 +15,7 @@ const axeSource = fs.readFileSync(packages.resolve("axe-core/axe.min.js"), "utf8
 const limit = 40_000; // generous: a sanitizer and a busy machine make everything slow
 
 /** A journal, its switch and a browser that shows the page. `test` is node's test context; all processes end with it. */
-class Stage {
+export class Stage {
     data = fs.mkdtempSync(`${tmpdir()}/cjpage`);
     running = new Set();
     browserErrors = [];
@@ -71,7 +72,7 @@ class Stage {
     }
 
     /** Opens the page. With `slowness` the browser is that many times slower, which shows updates that are too late for the next key. */
-    async opens({ fontSize, slowness, ...options } = {}) {
+    async opens({ fontSize, slowness, address, ...options } = {}) {
         this.browser ??= await chromium.launch({ executablePath: process.env.CHROMIUM });
         const page = await this.browser.newPage({ timezoneId: "Asia/Tokyo", locale: "en-GB", ...options });
         page.setDefaultTimeout(limit);
@@ -85,6 +86,10 @@ class Stage {
         page.on("pageerror", (error) => this.browserErrors.push(String(error)));
         page.on("console", (message) => message.type() === "error" && this.browserErrors.push(message.text()));
         await page.goto(`${this.url}?token=${this.token}`);
+        await page.locator("main").waitFor();
+        if (address) {
+            await page.goto(`${this.url}${address}`);
+        }
         return page;
     }
 
@@ -93,12 +98,18 @@ class Stage {
         return (await fetch(`${this.url}api/v1/${target}`, { method, headers, body: body && JSON.stringify(body) })).json();
     }
 
-    /** Polls the missed calls until the predicate holds. */
-    async missedAre(expected) {
+    /** Asks again and again until the predicate holds. */
+    async until(holds) {
         const end = Date.now() + limit;
-        while (!expected(await this.api("GET", "lists/missed"))) {
-            assert.ok(Date.now() < end, `never: ${expected}`);
+        while (!(await holds())) {
+            assert.ok(Date.now() < end, `never: ${holds}`);
+            await new Promise((later) => setTimeout(later, 50));
         }
+    }
+
+    /** Polls the missed calls until the predicate holds. */
+    missedAre(expected) {
+        return this.until(async () => expected(await this.api("GET", "lists/missed")));
     }
 }
 
@@ -112,6 +123,21 @@ export async function showJournal(test, calls, options) {
 
 export const at = (page, name) => page.locator(`[data-test="${name}"]`);
 export const row = (page, text) => at(page, "row").filter({ hasText: text });
+
+/** Opens the person of the first row with this text. */
+export const openRow = (page, text) => row(page, text).first().locator("[data-control=open]").click();
+
+/** Waits until the list shows this number of rows. */
+export const rows = (page, count) => page.waitForFunction((wanted) => document.querySelectorAll("[data-test=row]").length === wanted, count);
+
+/** Starts the program with a generated history: `history` are options of tools/make-history. */
+export async function showHistory(test, history, calls, options) {
+    const stage = new Stage(test);
+    execFileSync(fileURLToPath(new URL("../../tools/make-history", import.meta.url)), [stage.data, ...history.map(String)], { stdio: "ignore" });
+    await stage.plays(calls);
+    await stage.serves();
+    return [stage, await stage.opens(options)];
+}
 
 /** Stops the page's clock, so that the time for undo does not end. */
 export async function withClockStopped(page, does) {
@@ -133,16 +159,18 @@ export async function setShown(page, shown) {
 function misplaced() {
     // A scrolling box clips its content, so only elements of the same box are compared.
     const shown = [...document.querySelectorAll("h1, h2, p, a, button, input, time, dt, dd, summary, .row-name, .row-facts")]
-        .filter((each) => each.checkVisibility() && !each.closest(".visually-hidden") && each.clientWidth + each.clientHeight > 0)
-        .map((each) => ({ each, box: each.getBoundingClientRect(), clip: each.closest(".rows-box, .view, .details, dialog") }));
-    const outside = shown.filter(({ box }) => box.left < -1 || box.right > innerWidth + 1).map(({ each }) => `outside: ${each.outerHTML}`);
+        .filter((each) => each.checkVisibility({ opacityProperty: true }) && !each.closest(".visually-hidden, .avatar, .plot") && each.clientWidth + each.clientHeight > 0)
+        .map((each) => ({ each, box: each.getBoundingClientRect(), clip: each.closest(".scroll, .tabs-row, .view, .details-column, .undo, .table-box, dialog") }));
+    const outside = shown
+        .filter(({ box, each }) => (box.left < -1 || box.right > innerWidth + 1) && !each.closest(".tabs-row, .table-box"))
+        .map(({ each }) => `outside: ${each.outerHTML}`);
     const meet = (a, b) =>
         a.clip === b.clip && !a.each.contains(b.each) && !b.each.contains(a.each) &&
         Math.min(a.box.right, b.box.right) - Math.max(a.box.left, b.box.left) > 2 &&
         Math.min(a.box.bottom, b.box.bottom) - Math.max(a.box.top, b.box.top) > 2;
     const over = shown.flatMap((one, index) =>
         shown.slice(index + 1).filter((other) => meet(one, other)).map((other) => `${one.each.outerHTML} over ${other.each.outerHTML}`));
-    const cut = [...document.querySelectorAll(".row-entry")].filter((each) => each.scrollHeight > each.clientHeight + 1).map((each) => `cut: ${each.outerHTML}`);
+    const cut = [...document.querySelectorAll(".row-main")].filter((each) => each.scrollHeight > each.clientHeight + 1).map((each) => `cut: ${each.outerHTML}`);
     return [...outside, ...over, ...cut, ...(document.documentElement.scrollWidth > innerWidth ? ["the page scrolls sideways"] : [])];
 }
 

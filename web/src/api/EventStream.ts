@@ -1,6 +1,6 @@
-import type { Change, ListName } from "./types";
+import type { Change, ListName, LiveCall } from "./types";
 
-const eventNames: Record<string, ListName> = {
+const lists: Record<string, ListName> = {
     missedCallsUpdate: "missed",
     dialledCallsUpdate: "dialled",
     receivedCallsUpdate: "received",
@@ -10,8 +10,10 @@ const eventNames: Record<string, ListName> = {
 
 export interface EventHandler {
     changed(list: ListName, change: Change): void;
-    unviewedCount(count: number): void;
-    /** Changes may have been missed, or the stream is new: all lists must be read again. */
+    /** The number of missed entries that are new has changed, perhaps by another client. */
+    unviewedCount(): void;
+    liveCalls(calls: LiveCall[]): void;
+    /** Changes may have been missed, or the stream is new: everything must be read again. */
     reload(): void;
     connected(up: boolean): void;
 }
@@ -30,7 +32,7 @@ export class EventStream {
     open(): void {
         this.close();
         this.fresh = true;
-        const source = new EventSource("/api/v1/events");
+        const source = new EventSource("./api/v1/events");
         this.source = source;
         source.onopen = () => {
             this.handler.connected(true);
@@ -46,13 +48,10 @@ export class EventStream {
             }
         };
         source.addEventListener("resync", () => this.handler.reload());
-        source.addEventListener("missedCallsCountUpdate", (message) => {
-            this.handler.unviewedCount((JSON.parse((message as MessageEvent<string>).data) as { count: number }).count);
-        });
-        for (const [event, list] of Object.entries(eventNames)) {
-            source.addEventListener(event, (message) => {
-                this.handler.changed(list, JSON.parse((message as MessageEvent<string>).data) as Change);
-            });
+        source.addEventListener("missedCallsCountUpdate", () => this.handler.unviewedCount());
+        this.on<{ calls: LiveCall[] }>("liveCallsUpdate", ({ calls }) => this.handler.liveCalls(calls));
+        for (const [event, list] of Object.entries(lists)) {
+            this.on<Change>(event, (change) => this.handler.changed(list, change));
         }
     }
 
@@ -63,5 +62,9 @@ export class EventStream {
             this.source = undefined;
             this.handler.connected(false);
         }
+    }
+
+    private on<Data>(event: string, handle: (data: Data) => void): void {
+        this.source?.addEventListener(event, (message) => handle(JSON.parse((message as MessageEvent<string>).data) as Data));
     }
 }

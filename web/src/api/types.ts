@@ -1,65 +1,23 @@
 /** The JSON objects of the server; docs/http-api.md describes their members. */
 
-export const listNames = ["missed", "dialled", "received", "forwarded", "callbacks"] as const;
-export type ListName = (typeof listNames)[number];
-
-export interface Occurrence {
-    number: string;
-    connectedNumber: string;
-    time: string;
-    redirectingNumber: string;
-    redirectingName: string;
-    /** Missed calls have none. */
-    durationSeconds?: number;
-    endApproximate: boolean;
-    lineKey?: string;
-    completedElsewhere?: boolean;
-    substituteNumber?: string;
-    featureAccessCode?: string | boolean;
-    forwardedToNumber?: string;
-}
-
-/** An entry of a list. Callbacks have the members of the last group instead of those before it. */
-export interface Entry {
-    entryId: string;
-    /** The name as filed. */
-    firstName: string;
-    surname: string;
-    /** The name of the contact that has the number now, else the name as filed. */
-    displayName: string;
-    number: string;
-    time: string;
-
-    uniqueId?: string;
-    viewed?: boolean;
-    /** The number of all calls; `occurrences` are the newest ten. */
-    calls?: number;
-    occurrences?: Occurrence[];
-
-    numberType?: string;
-    type?: string;
-    state?: string;
-    deviceId?: string;
-}
-
-export interface ListResponse {
-    list: ListName;
-    total: number;
-    unviewed: number;
-    items: Entry[];
-}
+export const callLists = ["missed", "dialled", "received", "forwarded"] as const;
+export type CallList = (typeof callLists)[number];
+export type ListName = CallList | "callbacks";
 
 /** Why a call has another party than the one that was called. */
 export type CallReason = "" | "transfer" | "forward-busy" | "forward-no-answer" | "forward-always" | "pick-up" | "completed-elsewhere" |
     "busy" | "rejected" | "unanswered" | "no-such-number" | "congestion";
 
-/** A call of the history, which keeps more calls than the entries of the lists show. */
 export interface Call {
     id: number;
     /** The unique id of its entry; null if its entry has left the list. */
     uniqueId: string | null;
-    list: Exclude<ListName, "callbacks">;
+    list: CallList;
+    direction: "incoming" | "outgoing";
     number: string;
+    /** The number as people write it. */
+    numberText: string;
+    place: string | null;
     /** The name as filed. */
     name: string;
     displayName: string;
@@ -85,21 +43,86 @@ export interface CallPage {
     next: string | null;
 }
 
+/** A request to the switch to call back when a line is free. */
+export interface CallbackRequest {
+    entryId: string;
+    displayName: string;
+    number: string;
+    numberText: string;
+    time: string;
+    type?: string;
+    state?: string;
+}
+
+export interface LiveCall {
+    callId: string;
+    direction: "incoming" | "outgoing";
+    state: "offered" | "ringing" | "calling" | "connected" | "held";
+    number: string;
+    numberText: string;
+    place: string | null;
+    displayName: string;
+    since: string;
+    connectedSince: string | null;
+}
+
 export interface Status {
     line: string;
     softwareType: string;
     switch: { connected: boolean; monitoring: boolean };
     /** The SIP telephone that the program runs. */
     telephone: { state: "ready" | "registering" | "not-registered" | "not-running"; reason: string } | null;
-    /** The number of live calls. */
-    calls: number;
+    callControl?: boolean;
+    lists: Record<ListName, { total: number; unviewed: number }>;
 }
+
+export interface Party {
+    number: string;
+    numberText: string;
+    place: string | null;
+    displayName: string;
+    note: string;
+    calls: number;
+    firstCall: string | null;
+    lastCall: string | null;
+    contact: Contact | null;
+    totals: { calls: number; missed: number; dialled: number; received: number; forwarded: number; talkTime: number };
+}
+
+export interface Counts {
+    calls: number;
+    answered: number;
+    missed: number;
+    completedElsewhere: number;
+    dialled: number;
+    forwarded: number;
+    talkTime: number;
+    longest: number;
+    callBackTime: number | null;
+}
+
+export interface CountedGroup extends Counts {
+    key: string;
+    displayName?: string;
+    number?: string;
+    numberText: string;
+    place: string | null;
+}
+
+export interface Statistics {
+    totals: Counts;
+    groups: CountedGroup[];
+    topParties: CountedGroup[];
+}
+
+/** The number of calls in each list that began in a quarter of an hour. */
+export type Quarter = { time: string } & Record<CallList, number>;
 
 export const numberFields = ["office", "mobile", "private", "office2"] as const;
 export const contactFields = ["firstName", "surname", "company", ...numberFields, "email"] as const;
 export type ContactField = (typeof contactFields)[number];
 export type ContactValues = Record<ContactField, string>;
-export type Contact = ContactValues & { id: string };
+export type Contact = ContactValues & { id: string; picture?: string };
 
 /** The result of an import. `read` minus the other counts were skipped; the notes may be cut off. */
 export interface ImportResponse {
@@ -111,13 +134,13 @@ export interface ImportResponse {
     remarks: { line: number; text: string }[];
 }
 
-/** The number of calls in each list that began in a quarter of an hour. */
-export interface Quarter {
-    time: string;
-    missed: number;
-    dialled: number;
-    received: number;
-    forwarded: number;
+/** An entry of a list, as events have it. */
+export interface Entry {
+    uniqueId?: string;
+    displayName: string;
+    number: string;
+    numberText: string;
+    viewed?: boolean;
 }
 
 export interface Change {
@@ -129,4 +152,11 @@ export interface Change {
 export interface Rejection {
     code: number;
     text: string;
+}
+
+/** A setting of the journal or of the telephone; null if it was never set. */
+export interface ManagedSetting {
+    key: string;
+    of: "journal" | "phone";
+    value: string | null;
 }

@@ -1,56 +1,108 @@
-import { useState } from "preact/hooks";
-import type { Call } from "../api/types";
-import { FactList } from "../frame/FactList";
-import { listLabel } from "../state/route";
-import { clockTime, dateLanguage } from "../text/times";
-import { callFacts, callSummary, callTitle } from "./callText";
+import { CallButton } from "../dial/CallButton";
+import { Avatar } from "../frame/Avatar";
+import { Icon } from "../frame/Icon";
+import { calledBackAt } from "../state/dealtWith";
+import { isNew } from "../state/seen";
+import { t } from "../text/language";
+import { nameOf, numberOf, titleOf } from "../text/people";
+import { briefDuration, clockTime, durationText, fullTime } from "../text/times";
+import type { Group } from "./rows";
+import { isSelected, isSelecting, select, setExpanded } from "./shown";
 
 interface Props {
-    call: Call;
-    /** True for the one row at which Tab stops. */
+    group: Group;
+    /** Tab stops at the controls of this row. */
     isActive: boolean;
-    onFocus: () => void;
-    onDelete: () => void;
+    isOpen: boolean;
+    onOpen: () => void;
 }
 
-function Details({ call, onDelete }: Pick<Props, "call" | "onDelete">) {
+function Facts({ group }: { group: Group }) {
+    const [call] = group.calls;
+    const dealt = calledBackAt(call);
     return (
-        <div class="call-details">
-            <FactList facts={callFacts(call)} />
-            <p class="call-actions">
-                {call.uniqueId && <a href={`#/${call.list}/${call.uniqueId}`}>Entry in {listLabel(call.list).toLowerCase()}</a>}
-                {call.number && <a href={`#/calls?number=${encodeURIComponent(call.number)}`}>All calls of this number</a>}
-                <button type="button" onClick={onDelete}>
-                    Delete this call
-                </button>
-            </p>
-        </div>
+        <span class="row-facts">
+            <Icon name={group.outcome === "dialled" ? "outgoing" : group.outcome === "received" ? "incoming" : group.outcome} class={`outcome-${group.outcome}`} />
+            <span class="row-words">
+                {[t().outcomes[group.outcome], nameOf(call) && numberOf(call), call.place].filter(Boolean).join(" · ")}
+            </span>
+            {dealt && (
+                <span class="dealt" data-test="dealt-with">
+                    <Icon name="check" />
+                    {t().outcomes.dealtWith}
+                </span>
+            )}
+        </span>
     );
 }
 
-export function CallRow({ call, isActive, onFocus, onDelete }: Props) {
-    const [isOpen, setOpen] = useState(false);
-    const isNew = call.list === "missed" && !call.viewed;
+function Expander({ group, stop }: { group: Group; stop: number }) {
+    const count = group.calls.length;
+    const text = group.isExpanded ? t().outcomes.hideEach(count) : t().outcomes.showEach(count);
     return (
-        <li data-test="call">
-            <details onToggle={(event) => setOpen(event.currentTarget.open)}>
-                <summary
-                    class={isNew ? "call-row row-new" : "call-row"}
-                    tabIndex={isActive ? 0 : -1}
-                    data-focus-target={isActive || undefined}
-                    onFocus={onFocus}
-                >
-                    <span class="row-name">
-                        {isNew && <span class="row-badge">new</span>}
-                        <bdi>{callTitle(call)}</bdi>
-                    </span>
-                    <time class="row-time" lang={dateLanguage} dateTime={call.start}>
-                        {clockTime(call.start)}
-                    </time>
-                    <span class="row-facts">{callSummary(call)}</span>
-                </summary>
-                {isOpen && <Details call={call} onDelete={onDelete} />}
-            </details>
-        </li>
+        <button
+            type="button"
+            class="expander"
+            data-control="expand"
+            data-test="expand"
+            aria-expanded={group.isExpanded}
+            aria-label={text}
+            title={text}
+            tabIndex={stop}
+            onClick={() => setExpanded(group, !group.isExpanded)}
+        >
+            {count}
+            <Icon name={group.isExpanded ? "up" : "down"} />
+        </button>
+    );
+}
+
+/** A call, or several of one party that follow each other. */
+export function CallRow({ group, isActive, isOpen, onOpen }: Props) {
+    const [call] = group.calls;
+    const who = titleOf(call);
+    const stop = isActive ? 0 : -1;
+    const isUnseen = group.calls.some(isNew);
+    const talk = group.calls.reduce((sum, each) => sum + each.duration, 0);
+    const chosen = isSelecting.value && isSelected(group);
+    return (
+        <div class={`row${isUnseen ? " row-new" : ""}${isOpen ? " row-open" : ""}${chosen ? " row-selected" : ""} row-${group.outcome}`} data-test="row">
+            {isSelecting.value ? (
+                <label class="row-box">
+                    <input
+                        type="checkbox"
+                        data-control="select"
+                        tabIndex={stop}
+                        aria-label={t().selection.row(who)}
+                        checked={chosen}
+                        onChange={(event) => select(group.calls, event.currentTarget.checked)}
+                    />
+                </label>
+            ) : (
+                <Avatar name={nameOf(call)} />
+            )}
+            <button type="button" class="row-main" data-control="open" data-focus-target={isActive || undefined} tabIndex={stop} aria-current={isOpen || undefined} onClick={onOpen}>
+                <span class="row-name">
+                    <bdi>{who}</bdi>
+                    {isUnseen && <span class="visually-hidden">, {t().outcomes.isNew}</span>}
+                    {group.calls.length > 1 && <span class="visually-hidden">, {t().outcomes.times(group.calls.length)}</span>}
+                </span>
+                <Facts group={group} />
+                <span class="visually-hidden">
+                    , {[clockTime(call.start), talk > 0 && durationText(talk, call.endApproximate)].filter(Boolean).join(", ")}
+                </span>
+            </button>
+            <span class="row-side">
+                <time aria-hidden="true" dateTime={call.start} title={fullTime(call.start)}>
+                    {clockTime(call.start)}
+                </time>
+                {group.calls.length > 1 ? (
+                    <Expander group={group} stop={stop} />
+                ) : (
+                    <span aria-hidden="true">{talk > 0 && briefDuration(talk, call.endApproximate)}</span>
+                )}
+            </span>
+            {call.number ? <CallButton number={call.number} who={who} stop={stop} /> : <span class="call-place" />}
+        </div>
     );
 }

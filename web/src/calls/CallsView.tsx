@@ -1,42 +1,74 @@
-import { useEffect } from "preact/hooks";
-import { callHistory, route } from "../state/app";
-import { filtersOf, queryOf } from "../state/callFilters";
-import { useStore } from "../state/Store";
-import { plural } from "../text/names";
-import { CallDays } from "./CallDays";
-import { FilterBar } from "./FilterBar";
-import { MoreButton } from "./MoreButton";
-import { useCallDeletion } from "./useCallDeletion";
+import { useEffect, useState } from "preact/hooks";
+import { isWide } from "../frame/width";
+import { Today } from "../person/Today";
+import { PersonPanel } from "../person/PersonPanel";
+import { mainFeed } from "../state/feeds";
+import { filters, jumpedTo, showsRequests } from "../state/filters";
+import { detailsOpen, setParameters } from "../state/route";
+import { t } from "../text/language";
+import { dayTitle } from "../text/times";
+import { CallList } from "./CallList";
+import { EmptyCalls } from "./EmptyCalls";
+import { FilterChips, FilterPanel } from "./FilterPanel";
+import { ListTabs } from "./ListTabs";
+import { RequestsList } from "./RequestsList";
+import { SearchBar } from "./SearchBar";
+import { SelectionBar } from "./SelectionBar";
+import { endSelecting, isSelecting, rows } from "./shown";
 
-/** Every call of the journal, also those that the lists do not have any more. */
-export function CallsView() {
-    const filters = filtersOf(useStore(route).query);
-    const query = queryOf(filters);
-    const { calls, isRead, hasMore, refusal } = useStore(callHistory);
-    const { result, isBusy, deleteFound, deleteOne } = useCallDeletion(filters);
-    useEffect(() => callHistory.show(filters), [query]);
-    useEffect(() => () => callHistory.hide(), []);
+function Content() {
+    if (showsRequests.value) {
+        return <RequestsList />;
+    }
+    if (!mainFeed.isRead.value && !mainFeed.refusal.value) {
+        return <p class="more">{t().reading}</p>;
+    }
+    return rows.value.length === 0 && !mainFeed.isReading.value ? <EmptyCalls /> : <CallList key={JSON.stringify([filters.value, jumpedTo.value])} />;
+}
+
+/** The bar after a jump to a day. */
+function JumpChip() {
+    const day = jumpedTo.value;
     return (
-        <div class="view">
-            <FilterBar query={query} refusal={refusal}>
-                <button type="button" disabled={isBusy || calls.length === 0} data-test="delete-calls" onClick={() => void deleteFound()}>
-                    {query ? "Delete these calls" : "Delete all calls"}
-                </button>
-            </FilterBar>
-            <p role="status" class="hint" data-test="calls-state">
-                {result}{" "}
-                {refusal ? "" : !isRead ? "Reading the calls …" : hasMore ? `The newest ${plural(calls.length, "call", "calls")}` : plural(calls.length, "call", "calls")}
-            </p>
-            {isRead && !refusal && calls.length === 0 && (
-                <div class="empty">
-                    <h2 tabIndex={-1} data-focus-target>
-                        {query ? "No call found" : "No calls"}
-                    </h2>
-                    <p>{query ? "No call of the journal has all these properties." : "Every call appears here when it is over."}</p>
-                </div>
-            )}
-            <CallDays calls={calls} onDelete={(call) => void deleteOne(call)} />
-            {hasMore && <MoreButton shown={calls.length} />}
+        day && (
+            <button type="button" class="chip" data-test="to-newest" onClick={() => setParameters({ at: undefined })}>
+                {t().find.upTo(dayTitle(day))} ×<span class="visually-hidden">, {t().find.toNewest}</span>
+            </button>
+        )
+    );
+}
+
+/** All calls in one order of time, and beside them the open person. */
+export function CallsView() {
+    const [filtersOpen, setFiltersOpen] = useState(false);
+    const selected = filters.value;
+    const key = JSON.stringify([selected, jumpedTo.value]);
+    useEffect(() => {
+        endSelecting();
+        mainFeed.open(selected, jumpedTo.value);
+    }, [key]);
+    useEffect(() => () => mainFeed.close(), []);
+    return (
+        <div class={`calls${detailsOpen.value ? " calls-with-details" : ""}`}>
+            <div class="calls-column">
+                <SearchBar filtersOpen={filtersOpen} onFilters={() => setFiltersOpen(!filtersOpen)} />
+                {!isWide.value && (
+                    <nav class="tabs-row" aria-label={t().lists.label}>
+                        <ListTabs />
+                    </nav>
+                )}
+                {filtersOpen ? <FilterPanel refusal={mainFeed.refusal.value} /> : <FilterChips>{jumpedTo.value && <JumpChip />}</FilterChips>}
+                {!filtersOpen && mainFeed.refusal.value && (
+                    <p class="refusal" role="alert" data-test="filter-refusal">
+                        {t().find.refused(mainFeed.refusal.value)}
+                    </p>
+                )}
+                <Content />
+                {isSelecting.value && <SelectionBar />}
+            </div>
+            <aside class="details-column" aria-label={t().person.label}>
+                {detailsOpen.value ? <PersonPanel /> : <Today />}
+            </aside>
         </div>
     );
 }

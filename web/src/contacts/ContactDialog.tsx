@@ -1,19 +1,9 @@
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { contactFields, type Contact, type ContactField, type ContactValues } from "../api/types";
-import { failures } from "../state/app";
-import { reasonOf } from "../state/Failures";
+import { reasonOf, report, succeeded } from "../state/failures";
+import { t } from "../text/language";
 
-const labels: Record<ContactField, string> = {
-    firstName: "First name",
-    surname: "Surname",
-    company: "Company",
-    office: "Number, office",
-    mobile: "Number, mobile",
-    private: "Number, private",
-    office2: "Number, second office",
-    email: "E-mail",
-};
 const types: Partial<Record<ContactField, string>> = { office: "tel", mobile: "tel", private: "tel", office2: "tel", email: "email" };
 
 interface Props {
@@ -35,6 +25,7 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
         () => Object.fromEntries(contactFields.map((name) => [name, contact?.[name] ?? first?.[name] ?? ""])) as ContactValues,
     );
     const saving = useRef(false);
+    const texts = t().contacts;
     useLayoutEffect(() => dialog.current?.showModal(), []);
 
     const save = async () => {
@@ -44,21 +35,21 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
         saving.current = true;
         try {
             await (contact ? api.changeContact(contact.id, values) : api.addContact(values));
-            failures.clear("contact");
+            succeeded("contact");
             onSaved();
             dialog.current?.close();
         } catch (error) {
             if (dialog.current?.open) {
                 setRefusal(reasonOf(error));
             } else {
-                failures.report("contact", "The contact was not saved", error);
+                report("contact", t().errors.contact, error);
             }
         }
         saving.current = false;
     };
     return (
         <dialog ref={dialog} aria-labelledby="contact-title" data-test="contact-dialog" onClose={onClose}>
-            <h2 id="contact-title">{contact ? "Change the contact" : "New contact"}</h2>
+            <h2 id="contact-title">{contact ? texts.change : texts.add}</h2>
             <form
                 onSubmit={(event) => {
                     event.preventDefault();
@@ -66,8 +57,8 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
                 }}
             >
                 {contactFields.map((name) => (
-                    <label key={name}>
-                        {labels[name]}
+                    <label key={name} class={`field-${name}`}>
+                        {texts.fields[name]}
                         <input
                             name={name}
                             type={types[name] ?? "text"}
@@ -78,25 +69,25 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
                     </label>
                 ))}
                 <p class="refusal" role="alert">
-                    {refusal && `Not saved: ${refusal}`}
+                    {refusal && texts.notSaved(refusal)}
                 </p>
                 <div class="dialog-actions">
                     <button type="submit" class="main-button">
-                        Save
+                        {t().save}
                     </button>
                     <button type="button" onClick={() => dialog.current?.close()}>
-                        Cancel
+                        {t().cancel}
                     </button>
                     {onDelete && (
                         <button
                             type="button"
-                            class="far-button"
+                            class="far-button danger-text"
                             onClick={() => {
                                 onDelete();
                                 dialog.current?.close();
                             }}
                         >
-                            Delete
+                            {t().delete}
                         </button>
                     )}
                 </div>

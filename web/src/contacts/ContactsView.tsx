@@ -1,89 +1,98 @@
 import { useEffect, useState } from "preact/hooks";
-import { numberFields, type Contact } from "../api/types";
-import { contactImport, deletions } from "../state/app";
-import { useStore } from "../state/Store";
-import { fullName, plural } from "../text/names";
+import type { Contact } from "../api/types";
+import { Icon } from "../frame/Icon";
+import { version } from "../state/connection";
+import { contactsDeleted, deleteLater } from "../state/deletions";
+import { t } from "../text/language";
 import { ContactDialog } from "./ContactDialog";
+import { dismissImport, importContacts, imports } from "./ContactImport";
+import { ContactRow, contactTitle } from "./ContactRow";
 import { ImportButton } from "./ImportButton";
 import { ImportResult } from "./ImportResult";
 import { useContacts } from "./useContacts";
 
+/** The letter under which a contact is listed: the server orders them by surname. */
+function letterOf(contact: Contact): string {
+    const [first = ""] = (contact.surname || contactTitle(contact)).normalize("NFD");
+    return /\p{L}/u.test(first) ? first.toLocaleUpperCase() : "#";
+}
+
 export function ContactsView() {
     const [search, setSearch] = useState("");
-    const [version, setVersion] = useState(0);
+    const [saved, setSaved] = useState(0);
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
     /** The index of the contact opened last. When it is deleted, the one now at this index gets the focus. */
     const [last, setLast] = useState(0);
-    const { importedParts } = useStore(contactImport);
-    const { contactsDeleted } = useStore(deletions);
-    const found = useContacts(search, version + importedParts + contactsDeleted);
-    useEffect(() => () => contactImport.dismiss(), []);
+    const found = useContacts(search, saved + imports.value + contactsDeleted.value + version.value);
+    const texts = t().contacts;
+    useEffect(() => () => dismissImport(), []);
+    const letters = (found?.contacts ?? []).map(letterOf);
     return (
         <div
-            class="view"
+            class="view contacts-view"
             onDragOver={(event) => event.preventDefault()}
             onDrop={(event) => {
                 event.preventDefault();
                 const file = event.dataTransfer?.files[0];
                 if (file) {
-                    void contactImport.run(file);
+                    void importContacts(file);
                 }
             }}
         >
-            <div class="tools" role="search">
-                <input
-                    type="search"
-                    aria-label="Search contacts"
-                    placeholder="Name, number, company"
-                    value={search}
-                    data-focus-target={found?.contacts.length === 0 || undefined}
-                    onInput={(event) => setSearch(event.currentTarget.value)}
-                />
-                <button type="button" class="main-button" onClick={() => setDialog({})}>
-                    New contact
-                </button>
-                <ImportButton />
-            </div>
-            <ImportResult />
-            <p role="status" class="hint">
-                {found && plural(found.total, "contact", "contacts")}
-                {found && found.total > found.contacts.length && `, the first ${found.contacts.length} of them here: search for the others`}
-            </p>
-            {found?.total === 0 && (
-                <div class="empty">
-                    <h2>{search.trim() ? "No contact found" : "No contacts"}</h2>
-                    <p>
-                        {search.trim()
-                            ? "No name, number, company or e-mail address has this text in it."
-                            : "Add one here or from an entry of a list, or import your address book: a vCard file (.vcf) or a CSV file."}
-                    </p>
+            <div class="view-column">
+                <div class="search-bar" role="search">
+                    <div class="search">
+                        <Icon name="search" />
+                        <input
+                            type="search"
+                            aria-label={texts.search}
+                            placeholder={texts.placeholder}
+                            value={search}
+                            data-test="search-contacts"
+                            data-focus-target={found?.contacts.length === 0 || undefined}
+                            onInput={(event) => setSearch(event.currentTarget.value)}
+                        />
+                    </div>
+                    <ImportButton />
+                    <button type="button" class="main-button" data-test="new-contact" onClick={() => setDialog({})}>
+                        {texts.add}
+                    </button>
                 </div>
-            )}
-            <ul class="contacts">
-                {found?.contacts.map((contact, index) => (
-                    <li key={contact.id}>
-                        <button
-                            type="button"
-                            data-test="contact"
-                            data-focus-target={index === Math.min(last, found.contacts.length - 1) || undefined}
-                            onClick={() => {
+                <ImportResult />
+                <p role="status" class="hint" data-test="contact-count">
+                    {found && texts.count(found.total)}
+                    {found && found.total > found.contacts.length && `, ${texts.firstOf(found.contacts.length)}`}
+                </p>
+                {found?.total === 0 && (
+                    <div class="empty" data-test="empty">
+                        <h2>{search.trim() ? texts.noneFound : texts.none}</h2>
+                        <p>{search.trim() ? texts.noneFoundText : texts.noneText}</p>
+                    </div>
+                )}
+                <ul class="contacts">
+                    {found?.contacts.map((contact, index) => [
+                        letters[index] !== letters[index - 1] && (
+                            <li key={`letter ${letters[index]}`} class="day" aria-hidden="true">
+                                {letters[index]}
+                            </li>
+                        ),
+                        <ContactRow
+                            key={contact.id}
+                            contact={contact}
+                            isTarget={index === Math.min(last, found.contacts.length - 1)}
+                            onOpen={() => {
                                 setLast(index);
                                 setDialog({ contact });
                             }}
-                        >
-                            <bdi class="contact-name">{fullName(contact) || contact.company || "No name"}</bdi>
-                            <span class="row-facts">
-                                {[fullName(contact) && contact.company, ...numberFields.map((name) => contact[name])].filter(Boolean).join(" · ")}
-                            </span>
-                        </button>
-                    </li>
-                ))}
-            </ul>
+                        />,
+                    ])}
+                </ul>
+            </div>
             {dialog && (
                 <ContactDialog
                     {...dialog}
-                    {...(dialog.contact && { onDelete: () => deletions.add("contacts", [dialog.contact?.id ?? ""]) })}
-                    onSaved={() => setVersion((count) => count + 1)}
+                    {...(dialog.contact && { onDelete: () => deleteLater("contacts", [dialog.contact?.id ?? ""]) })}
+                    onSaved={() => setSaved((count) => count + 1)}
                     onClose={() => setDialog(undefined)}
                 />
             )}

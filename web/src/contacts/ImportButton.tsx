@@ -1,15 +1,15 @@
 import { useRef } from "preact/hooks";
-import { contactImport } from "../state/app";
-import { useStore } from "../state/Store";
+import { t } from "../text/language";
+import { importContacts, isImporting } from "./ContactImport";
 
 /** Opens the file dialog and imports the chosen file. */
 export function ImportButton() {
     const input = useRef<HTMLInputElement>(null);
-    const running = useStore(contactImport).state?.running ?? false;
+    const running = isImporting();
     return (
         <>
             <button type="button" aria-disabled={running} data-test="import" onClick={() => running || input.current?.click()}>
-                Import …
+                {t().contacts.import}
             </button>
             <input
                 ref={input}
@@ -19,7 +19,7 @@ export function ImportButton() {
                 onChange={(event) => {
                     const file = event.currentTarget.files?.[0];
                     if (file) {
-                        void contactImport.run(file);
+                        void importContacts(file);
                     }
                     event.currentTarget.value = ""; // so that the same file can be chosen again
                 }}

@@ -1,32 +1,30 @@
-import { contactImport } from "../state/app";
-import type { ImportState } from "../state/ContactImport";
-import { useStore } from "../state/Store";
-import { plural } from "../text/names";
+import { t } from "../text/language";
+import { contactImport, type ImportState } from "./ContactImport";
 
 const notesAtOnce = 500;
 
 function summary(state: ImportState): string {
-    const of = `${state.sent.toLocaleString()} of ${plural(state.total, "contact", "contacts")}`;
-    if (state.running) {
-        return `Importing ${state.file}: ${of} …`;
+    const texts = t().contacts;
+    if ("failure" in state) {
+        return `${texts.importFailed(state.file, state.failure)} ${state.isRefused ? "" : texts.importAgain}`;
     }
-    const imported = state.added + state.changed + state.unchanged;
-    const parts = [`${state.added} added`, `${state.changed} changed`, `${state.unchanged} unchanged`];
-    const result = `${plural(imported, "contact", "contacts")} imported, ${state.skipped.toLocaleString()} skipped`;
-    const counts = state.added < imported ? `${result} (${parts.join(", ")})` : result;
-    if (!state.failure) {
-        return `${state.file}: ${counts}.`;
+    if (!state.response) {
+        return texts.importing(state.file);
     }
-    if (state.sent === 0) {
-        return `${state.file} was not imported: ${state.failure}`;
-    }
-    return `The import of ${state.file} stopped: ${state.failure} The journal has imported ${of}. Import the file again for the rest: no contact is added twice.`;
+    const { read, added, changed, unchanged } = state.response;
+    const imported = added + changed + unchanged;
+    const details = added < imported ? ` ${texts.importDetails(added, changed, unchanged)}` : "";
+    return texts.imported(state.file, texts.count(imported), read - imported) + details;
 }
 
 /** The progress and the result of an import. */
 export function ImportResult() {
-    const { state } = useStore(contactImport);
-    const notes = state && !state.running ? state.notes : [];
+    const state = contactImport.value;
+    const response = state && "response" in state ? state.response : undefined;
+    const notes = [
+        ...(response?.skipped ?? []).map((note) => ({ ...note, isSkipped: true })),
+        ...(response?.remarks ?? []).map((note) => ({ ...note, isSkipped: false })),
+    ].sort((one, other) => one.line - other.line);
     return (
         <>
             <p role="status" class="import-result" data-test="import-result">
@@ -34,15 +32,15 @@ export function ImportResult() {
             </p>
             {notes.length > 0 && (
                 <details class="import-notes">
-                    <summary>What was skipped or left out</summary>
+                    <summary>{t().contacts.notes}</summary>
                     <ul>
                         {notes.slice(0, notesAtOnce).map((note, index) => (
                             <li key={index}>
-                                Line {note.line}: {note.skipped && "skipped: "}
-                                <bdi>{note.text}</bdi>
+                                {t().contacts.note(note.line, note.isSkipped)}
+                                <bdi lang="en">{note.text}</bdi>
                             </li>
                         ))}
-                        {notes.length > notesAtOnce && <li>and {(notes.length - notesAtOnce).toLocaleString()} more</li>}
+                        {notes.length > notesAtOnce && <li>{t().contacts.moreNotes(notes.length - notesAtOnce)}</li>}
                     </ul>
                 </details>
             )}

@@ -1,7 +1,9 @@
 import { useEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import type { Contact } from "../api/types";
-import { deletions, failures } from "../state/app";
+import { isHidden } from "../state/deletions";
+import { reportOnce, succeeded } from "../state/failures";
+import { t } from "../text/language";
 
 const atOnce = 200;
 const typingPause = 150;
@@ -19,12 +21,12 @@ export function useContacts(search: string, version: number) {
         const timer = window.setTimeout(() => {
             api.contacts(search.trim(), atOnce).then(
                 (response) => {
-                    failures.clear("contacts");
+                    succeeded("contacts");
                     return current && setFound(response);
                 },
                 (error: unknown) => {
                     if (current) {
-                        failures.reportOnce("contacts", "The contacts could not be read", error);
+                        reportOnce("contacts", t().errors.contacts, error);
                         setFailed((count) => count + 1);
                     }
                 },
@@ -35,6 +37,6 @@ export function useContacts(search: string, version: number) {
             window.clearTimeout(timer);
         };
     }, [search, version, failed]);
-    const contacts = found?.contacts.filter((each) => !deletions.isHidden("contacts", each.id));
+    const contacts = found?.contacts.filter((each) => !isHidden("contacts", each.id));
     return found && contacts && { contacts, total: found.total - (found.contacts.length - contacts.length) };
 }

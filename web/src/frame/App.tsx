@@ -1,50 +1,70 @@
-import { useEffect } from "preact/hooks";
+import type { FunctionComponent } from "preact";
+import { useEffect, useState } from "preact/hooks";
 import { CallsView } from "../calls/CallsView";
 import { ContactsView } from "../contacts/ContactsView";
-import { ListView } from "../list/ListView";
-import { TimesView } from "../heatmap/TimesView";
+import { EmergencyDialog } from "../dial/EmergencyDialog";
+import { LiveCalls } from "../live/LiveCalls";
 import { SettingsView } from "../settings/SettingsView";
-import { deletions, failures, journal, route, unviewedShown } from "../state/app";
-import { isList, titles } from "../state/route";
-import { useStore } from "../state/Store";
-import { Header } from "./Header";
+import { status } from "../state/connection";
+import { signedOut } from "../state/failures";
+import { ringing } from "../state/live";
+import { announcement, missedInBackground } from "../state/news";
+import { view } from "../state/route";
+import { t } from "../text/language";
+import { titleOf } from "../text/people";
 import { Navigation } from "./Navigation";
 import { Notices } from "./Notices";
 import { SignIn } from "./SignIn";
 import { UndoBar } from "./UndoBar";
 
+/** "(2) Missed call from Ann – Call journal": the number of new missed calls, and what happens now or happened in the background. */
+function title(): string {
+    const unseen = status.value?.lists.missed.unviewed ?? 0;
+    const caller = ringing.value;
+    const now = caller ? t().live.title(titleOf(caller)) : (missedInBackground.value ?? t().views[view.value]);
+    return `${unseen > 0 ? `(${unseen}) ` : ""}${now} – ${t().name}`;
+}
+
+/** Speaks the news to screen readers, which do not speak the same text twice. */
+function News() {
+    const { text, count } = announcement.value;
+    return (
+        <p class="visually-hidden" role="status" data-test="news">
+            {text}
+            {count % 2 === 0 ? "" : "\u00a0"}
+        </p>
+    );
+}
+
+/** Its library for pictures is loaded when the view is opened first. */
+function Statistics() {
+    const [view, setView] = useState<{ View: FunctionComponent }>();
+    useEffect(() => void import("../statistics/StatisticsView").then(({ StatisticsView }) => setView({ View: StatisticsView })), []);
+    return view ? <view.View /> : null;
+}
+
 export function App() {
-    const { view } = useStore(route);
-    const { signedOut } = useStore(failures);
-    const { announcement } = useStore(journal);
-    useStore(deletions);
-    const unviewed = unviewedShown();
-
+    const text = title();
     useEffect(() => {
-        document.title = `${unviewed > 0 ? `(${unviewed}) ` : ""}${titles[view]} – call journal`;
-    }, [view, unviewed]);
-
-    if (signedOut) {
+        document.title = text;
+    }, [text]);
+    if (signedOut.value) {
         return <SignIn />;
     }
     return (
         <div class="frame">
-            <Header />
-            <Navigation view={view} />
-            <main class="main" tabIndex={-1} aria-label={titles[view]} data-test={`view-${view}`}>
+            <Navigation />
+            <main class="main" tabIndex={-1} aria-label={t().views[view.value]} data-test={`view-${view.value}`}>
                 <Notices />
-                {isList(view) && <ListView key={view} list={view} />}
-                {view === "calls" && <CallsView />}
-                {view === "contacts" && <ContactsView />}
-                {view === "times" && <TimesView />}
-                {view === "settings" && <SettingsView />}
+                <LiveCalls />
+                {view.value === "calls" && <CallsView />}
+                {view.value === "contacts" && <ContactsView />}
+                {view.value === "statistics" && <Statistics />}
+                {view.value === "settings" && <SettingsView />}
+                <UndoBar />
             </main>
-            <UndoBar />
-            <p class="visually-hidden" role="status" data-test="news">
-                {/* A screen reader does not speak the same text twice. */}
-                {announcement.text}
-                {announcement.count % 2 === 0 ? "" : "\u00a0"}
-            </p>
+            <EmergencyDialog />
+            <News />
         </div>
     );
 }

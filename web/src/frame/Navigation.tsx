@@ -1,39 +1,49 @@
-import { deletions, journal, shownEntries, unviewedShown } from "../state/app";
-import { isList, titles, views, type View } from "../state/route";
-import { useStore } from "../state/Store";
+import { ListTabs } from "../calls/ListTabs";
+import { status } from "../state/connection";
+import { view, views, type View } from "../state/route";
+import { t } from "../text/language";
+import { Icon, type IconName } from "./Icon";
+import { LineState } from "./LineState";
+import { isWide } from "./width";
 
-function Counts({ view }: { view: View }) {
-    if (!isList(view) || !journal.isRead(view)) {
-        return null;
-    }
-    const unviewed = view === "missed" ? unviewedShown() : 0;
+const icons: Record<View, IconName> = { calls: "phone", contacts: "people", statistics: "chart", settings: "gear" };
+
+function Link({ to }: { to: View }) {
+    const unseen = to === "calls" ? (status.value?.lists.missed.unviewed ?? 0) : 0;
     return (
-        <>
-            {unviewed > 0 && (
-                <span class="count count-new">
-                    {unviewed}
-                    <span class="visually-hidden"> new, of</span>
+        <a href={`#/${to}`} aria-current={view.value === to ? "page" : undefined} data-test={`nav-${to}`}>
+            <Icon name={icons[to]} />
+            <span>{t().views[to]}</span>
+            {unseen > 0 && !isWide.value && (
+                <span class="badge">
+                    {unseen}
+                    <span class="visually-hidden"> {t().outcomes.isNew}</span>
                 </span>
             )}
-            <span class="count">{shownEntries(view).length}</span>
-        </>
+        </a>
     );
 }
 
-export function Navigation({ view }: { view: View }) {
-    useStore(journal);
-    useStore(deletions);
+/** The views: at the side with the lists in a wide window, else at the bottom. */
+export function Navigation() {
     return (
-        <nav class="navigation" aria-label="Lists and more">
-            <ul>
-                {views.map((each) => (
-                    <li key={each}>
-                        <a href={`#/${each}`} aria-current={each === view ? "page" : undefined} data-test={`nav-${each}`}>
-                            <span class="navigation-title">{titles[each]}</span> <Counts view={each} />
-                        </a>
-                    </li>
-                ))}
-            </ul>
-        </nav>
+        <header class="navigation">
+            <h1 class={isWide.value ? "brand" : "visually-hidden"}>{t().name}</h1>
+            {isWide.value && (
+                <nav aria-label={t().lists.label}>
+                    <ListTabs />
+                </nav>
+            )}
+            <nav aria-label={t().navigation} class="views">
+                <ul>
+                    {(isWide.value ? views.filter((each) => each !== "calls") : views).map((each) => (
+                        <li key={each}>
+                            <Link to={each} />
+                        </li>
+                    ))}
+                </ul>
+            </nav>
+            {isWide.value && <LineState />}
+        </header>
     );
 }

@@ -1,22 +1,29 @@
-import { failures, lineState } from "../state/app";
-import { useStore } from "../state/Store";
+import { online } from "../state/connection";
+import { dismiss, failures } from "../state/failures";
+import { t } from "../text/language";
+import { lineCondition } from "./LineState";
+import { isWide } from "./width";
 
 /** Notices at the top of the page: a lost connection, and failures until they are dismissed or the work succeeds. */
 export function Notices() {
-    const { online } = useStore(lineState);
-    const failed = useStore(failures).all();
+    const { kind, text } = lineCondition();
     return (
         <div role="alert" class="notices">
-            {online === false && (
+            {online.value === false && (
                 <p class="notice" data-test="offline">
-                    The connection to the journal is lost. The page shows the last known state and reconnects by itself.
+                    {t().line.offlineNotice}
                 </p>
             )}
-            {failed.map(([work, text]) => (
+            {online.value && !isWide.value && kind === "bad" && (
+                <p class="notice" data-test="line-notice">
+                    {text}
+                </p>
+            )}
+            {[...failures.value].map(([work, failure]) => (
                 <p key={work} class="notice" data-test="failure">
-                    {text}{" "}
-                    <button type="button" onClick={() => failures.dismiss(work)}>
-                        Dismiss
+                    {failure}{" "}
+                    <button type="button" onClick={() => dismiss(work)}>
+                        {t().dismiss}
                     </button>
                 </p>
             ))}

@@ -1,46 +1,63 @@
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
+import { api } from "../api/client";
+import { ApiError } from "../api/request";
+import { connect } from "../state/connection";
+import { reasonOf, signedOut } from "../state/failures";
+import { t } from "../text/language";
 
-/** The server redirects here after a wrong token; the parameter is removed from the address. */
-const refused = new URLSearchParams(window.location.search).has("refused");
-if (refused) {
+/** The server redirects here after a wrong token in the address; the parameter is removed from it. */
+const wasRefused = new URLSearchParams(window.location.search).has("refused");
+if (wasRefused) {
     window.history.replaceState(window.history.state, "", window.location.pathname + window.location.hash);
 }
 
 /** Asks for the token once; the server then sets a cookie. */
 export function SignIn() {
+    const texts = t().signIn;
     const [token, setToken] = useState("");
+    const [refusal, setRefusal] = useState(wasRefused ? texts.refused : "");
     const input = useRef<HTMLInputElement>(null);
     useLayoutEffect(() => input.current?.focus(), []);
+    const submit = async () => {
+        try {
+            await api.signIn(token.trim());
+            signedOut.value = false;
+            connect();
+        } catch (error) {
+            setRefusal(error instanceof ApiError && error.status === 401 ? texts.refused : reasonOf(error));
+            input.current?.select();
+        }
+    };
     return (
-        <main class="sign-in">
-            <h1>Call journal</h1>
+        <main class="sign-in" data-test="sign-in">
+            <img src="./icon.svg" alt="" width="56" height="56" />
+            <h1>{t().name}</h1>
             <p>
-                Enter the token of this journal. It is in the file <code>api-token</code> in the data directory of the journal, usually{" "}
-                <code>~/.local/state/calljournal</code>.
+                {texts.text} <code>api-token</code> {texts.place} <code>~/.local/state/calljournal</code>.
             </p>
             <form
                 onSubmit={(event) => {
                     event.preventDefault();
-                    window.location.assign(`/?token=${encodeURIComponent(token.trim())}`);
+                    void submit();
                 }}
             >
                 <label>
-                    Token
+                    {texts.token}
                     <input
                         ref={input}
                         type="password"
                         required
-                        autocomplete="off"
+                        autocomplete="current-password"
                         aria-describedby="sign-in-refusal"
                         value={token}
                         onInput={(event) => setToken(event.currentTarget.value)}
                     />
                 </label>
                 <p id="sign-in-refusal" class="refusal" role="alert">
-                    {refused && "That was not the token of this journal. Copy the whole line of the file."}
+                    {refusal}
                 </p>
                 <button type="submit" class="main-button">
-                    Open the journal
+                    {texts.open}
                 </button>
             </form>
         </main>

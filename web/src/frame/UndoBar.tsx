@@ -1,6 +1,6 @@
 import { useEffect } from "preact/hooks";
-import { deletions } from "../state/app";
-import { useStore } from "../state/Store";
+import { pause, resume, summary, undo, waitingCount } from "../state/deletions";
+import { t } from "../text/language";
 
 function isText(target: EventTarget | null): boolean {
     return target instanceof HTMLElement && (target.matches("input:not([type=checkbox]), textarea, select") || target.isContentEditable);
@@ -13,34 +13,34 @@ function isUndo({ key, code, ctrlKey, metaKey, shiftKey }: KeyboardEvent): boole
 
 /** Shows the latest deletions and the button that undoes them. */
 export function UndoBar() {
-    const count = useStore(deletions).count();
+    const count = waitingCount();
     useEffect(() => {
-        const undo = (event: KeyboardEvent) => {
-            if (isUndo(event) && !isText(event.target) && deletions.count() > 0) {
+        const press = (event: KeyboardEvent) => {
+            if (isUndo(event) && !isText(event.target) && waitingCount() > 0) {
                 event.preventDefault();
-                deletions.undo();
+                undo();
             }
         };
-        window.addEventListener("keydown", undo);
-        return () => window.removeEventListener("keydown", undo);
+        window.addEventListener("keydown", press);
+        return () => window.removeEventListener("keydown", press);
     }, []);
     return (
         <div role="status" class={count > 0 ? "undo" : "undo undo-empty"}>
             {count > 0 && (
                 <>
-                    <span>{deletions.summary()}</span>
+                    <span>{summary()}</span>
                     <button
                         type="button"
                         data-test="undo"
                         title="Ctrl+Z"
                         aria-keyshortcuts="Control+Z"
-                        onClick={() => deletions.undo()}
-                        onFocus={() => deletions.pause()}
-                        onBlur={() => deletions.resume()}
-                        onMouseEnter={() => deletions.pause()}
-                        onMouseLeave={() => deletions.resume()}
+                        onClick={undo}
+                        onFocus={pause}
+                        onBlur={resume}
+                        onMouseEnter={pause}
+                        onMouseLeave={resume}
                     >
-                        Undo
+                        {t().undo}
                     </button>
                 </>
             )}

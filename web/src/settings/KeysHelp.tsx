@@ -1,20 +1,15 @@
-const keys = [
-    ["Up, Down, Page Up, Page Down, Home, End", "go from entry to entry, and from call to call"],
-    ["Enter", "opens the entry or the call"],
-    ["Escape", "closes the entry"],
-    ["Space", "on an entry's box: selects it"],
-    ["Delete", "deletes the entry or the call"],
-    ["Ctrl+Z", "undoes deleting"],
-] as const;
+import { t } from "../text/language";
 
 export function KeysHelp() {
     return (
         <details class="setting">
-            <summary>Keys</summary>
-            <dl>
-                {keys.map(([key, does]) => (
+            <summary>{t().settings.keys}</summary>
+            <dl class="keys">
+                {t().keys.map(([key, does]) => (
                     <div key={key}>
-                        <dt>{key}</dt>
+                        <dt>
+                            <kbd>{key}</kbd>
+                        </dt>
                         <dd>{does}</dd>
                     </div>
                 ))}

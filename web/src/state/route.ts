@@ -1,100 +1,102 @@
-import { listNames, type ListName } from "../api/types";
-import { Store } from "./Store";
+import { computed, signal } from "@preact/signals";
 
-export const views = [...listNames, "calls", "contacts", "times", "settings"] as const;
+export const views = ["calls", "contacts", "statistics", "settings"] as const;
 export type View = (typeof views)[number];
 
-export const titles: Record<View, string> = {
-    missed: "Missed",
-    dialled: "Dialled",
-    received: "Received",
-    forwarded: "Forwarded",
-    callbacks: "Callbacks",
-    calls: "All calls",
-    contacts: "Contacts",
-    times: "Times",
-    settings: "Settings",
-};
-
-/** The label of a list without a title above it. */
-export function listLabel(list: ListName): string {
-    return list === "callbacks" ? titles[list] : `${titles[list]} calls`;
+interface Address {
+    view: View;
+    parameters: URLSearchParams;
 }
 
-export function isList(view: View): view is ListName {
-    return (listNames as readonly string[]).includes(view);
+/** "#/calls?list=missed&person=%2B4930". Addresses of earlier versions ("#/missed") lead to the list. */
+function parsed(hash: string): Address {
+    const [, name = "", query = ""] = /^#\/?([^/?]*)[^?]*(?:\?(.*))?/.exec(hash) ?? [];
+    const view = views.find((each) => each === name) ?? "calls";
+    const parameters = new URLSearchParams(query);
+    if (["missed", "dialled", "received", "forwarded"].includes(name)) {
+        parameters.set("list", name);
+    }
+    return { view, parameters };
 }
+
+const address = signal(parsed(window.location.hash));
 
 /**
- * The view, the open entry and the filters in the address: "#/missed", "#/missed/KEY", "#/calls?since=7d". Bookmarks work, and the
- * browser's back button closes an entry: opening one adds a step to the history, moving on to another one does not, nor does a filter.
+ * Set while the browser goes back to close details, which is asynchronous. `target` is the address to arrive at, since the filters may have
+ * changed after the opening. What is opened meanwhile waits, or going back would close it.
  */
-export class Route extends Store {
-    view: View = "missed";
-    openKey: string | undefined;
-    /** The part of the address after "?". */
-    query = "";
-    /** Set while the browser goes back, which is asynchronous. An entry opened meanwhile waits, or going back would close it. */
-    private returning: { next?: string } | undefined;
+let returning: { target: string; next?: Record<string, string> } | undefined;
 
-    constructor() {
-        super();
-        this.follow();
-        window.addEventListener("popstate", () => this.arrive());
-        window.addEventListener("hashchange", () => this.follow());
+function follow(): void {
+    address.value = parsed(window.location.hash);
+}
+
+window.addEventListener("hashchange", follow);
+window.addEventListener("popstate", () => {
+    const { target, next } = returning ?? {};
+    returning = undefined;
+    if (target) {
+        window.history.replaceState(window.history.state, "", target);
     }
-
-    openEntry(key: string): void {
-        if (this.returning) {
-            this.returning.next = key;
-            return;
-        }
-        const address = `#/${this.view}/${encodeURIComponent(key)}`;
-        if (this.openKey === undefined) {
-            window.history.pushState({ opened: true }, "", address);
-        } else {
-            window.history.replaceState(window.history.state, "", address);
-        }
-        this.follow();
+    follow();
+    if (next) {
+        openDetails(next);
     }
+});
 
-    closeEntry(): void {
-        if (this.openKey === undefined) {
-            return;
-        }
-        this.openKey = undefined;
-        if ((window.history.state as { opened?: boolean } | null)?.opened) {
-            this.returning = {};
-            window.history.back();
-        } else {
-            window.history.replaceState(null, "", `#/${this.view}`); // the page was loaded with this address
-        }
-        this.changed();
+export const view = computed(() => address.value.view);
+
+/** A parameter of the address; undefined if it is absent or empty. */
+export function parameter(name: string): string | undefined {
+    return address.value.parameters.get(name)?.trim() || undefined;
+}
+
+/** The address of a view with these parameters instead of those of the current address; empty ones are left out. */
+export function addressOf(target: View, parameters: Record<string, string | undefined> = {}): string {
+    const set = Object.entries(parameters).filter((each): each is [string, string] => Boolean(each[1]));
+    const query = new URLSearchParams(set).toString();
+    return `#/${target}${query && `?${query}`}`;
+}
+
+function changed(changes: Record<string, string | undefined>): string {
+    return addressOf(view.value, { ...Object.fromEntries(address.value.parameters), ...changes });
+}
+
+/** Changes parameters of the address without a further step of the browser's history. */
+export function setParameters(changes: Record<string, string | undefined>): void {
+    window.history.replaceState(window.history.state, "", changed(changes));
+    follow();
+}
+
+const details = ["person", "call"];
+export const detailsOpen = computed(() => details.some((name) => parameter(name) !== undefined));
+
+/** Opens a person beside or in place of the calls. The browser's Back closes it; moving on to another one adds no step. */
+export function openDetails(which: Record<string, string>): void {
+    if (returning) {
+        returning.next = which;
+        return;
     }
-
-    setQuery(query: string): void {
-        window.history.replaceState(window.history.state, "", `#/${this.view}${query && `?${query}`}`);
-        this.follow();
+    const target = changed({ person: undefined, call: undefined, ...which });
+    if (detailsOpen.value) {
+        window.history.replaceState(window.history.state, "", target);
+    } else {
+        window.history.pushState({ opened: true }, "", target);
     }
+    follow();
+}
 
-    private arrive(): void {
-        const next = this.returning?.next;
-        this.returning = undefined;
-        this.follow();
-        if (next !== undefined) {
-            this.openEntry(next);
-        }
+export function closeDetails(): void {
+    if (!detailsOpen.value) {
+        return;
     }
-
-    private follow(): void {
-        const [, name, key, query = ""] = /^#\/?([^/?]*)(?:\/([^?]+))?(?:\?(.*))?/.exec(window.location.hash) ?? [];
-        this.query = query;
-        this.view = views.find((view) => view === name) ?? "missed";
-        try {
-            this.openKey = key && decodeURIComponent(key);
-        } catch {
-            this.openKey = undefined; // not an address of this page
-        }
-        this.changed();
+    const closed = changed({ person: undefined, call: undefined });
+    if ((window.history.state as { opened?: boolean } | null)?.opened) {
+        returning = { target: closed };
+        window.history.back();
+        address.value = parsed(closed);
+    } else {
+        window.history.replaceState(null, "", closed); // the page was loaded with this address
+        follow();
     }
 }

@@ -1,58 +1,102 @@
-/** Dates and times in the user's language and time zone. */
+import { computed } from "@preact/signals";
+import { locale, t } from "./language";
 
-const clock = new Intl.DateTimeFormat(undefined, { timeStyle: "short" });
-const exactClock = new Intl.DateTimeFormat(undefined, { timeStyle: "medium" });
-const weekday = new Intl.DateTimeFormat(undefined, { weekday: "short", hour: "numeric", minute: "2-digit" });
-const shortDay = new Intl.DateTimeFormat(undefined, { dateStyle: "medium" });
-const longDay = new Intl.DateTimeFormat(undefined, { dateStyle: "full" });
-const full = new Intl.DateTimeFormat(undefined, { dateStyle: "full", timeStyle: "medium" });
-
-/** The language of these dates; it may differ from the page's. */
-export const dateLanguage = full.resolvedOptions().locale;
+/** Dates and times in the language of the page and the browser's time zone. Components that use them follow the language. */
+const formats = computed(() => {
+    const format = (options: Intl.DateTimeFormatOptions) => new Intl.DateTimeFormat(locale.value, options);
+    return {
+        clock: format({ timeStyle: "short" }),
+        weekday: format({ weekday: "long", day: "numeric", month: "long" }),
+        dayOfYear: format({ weekday: "long", day: "numeric", month: "long", year: "numeric" }),
+        short: format({ day: "numeric", month: "short", year: "numeric" }),
+        full: format({ dateStyle: "full", timeStyle: "medium" }),
+        hour: format({ hour: "numeric" }),
+        longWeekday: format({ weekday: "long" }),
+        shortWeekday: format({ weekday: "short" }),
+        number: new Intl.NumberFormat(locale.value),
+        percent: new Intl.NumberFormat(locale.value, { style: "percent", maximumFractionDigits: 0 }),
+    };
+});
 
 export function dayStart(time: Date, daysLater = 0): Date {
     return new Date(time.getFullYear(), time.getMonth(), time.getDate() + daysLater);
 }
 
-/** The shortest form: the time today, the weekday within a week, else the date. */
-export function briefTime(time: string, now = new Date()): string {
-    const date = new Date(time);
-    if (Number.isNaN(date.getTime())) {
-        return time;
-    }
-    if (date >= dayStart(now)) {
-        return clock.format(date);
-    }
-    return date >= dayStart(now, -6) ? weekday.format(date) : shortDay.format(date);
+/** The day as the server's filters and date fields have it: 2026-11-21. */
+export function isoDay(day: Date): string {
+    const two = (number: number) => String(number).padStart(2, "0");
+    return `${day.getFullYear()}-${two(day.getMonth() + 1)}-${two(day.getDate())}`;
+}
+
+/** The begin of the day "2026-11-21", or undefined. */
+export function dayOf(text: string | undefined): Date | undefined {
+    const [, year, month, day] = /^(\d{4})-(\d\d)-(\d\d)$/.exec(text ?? "") ?? [];
+    return year && month && day ? new Date(Number(year), Number(month) - 1, Number(day)) : undefined;
 }
 
 export function clockTime(time: string): string {
-    return clock.format(new Date(time));
+    return formats.value.clock.format(new Date(time));
 }
 
-/** With seconds. */
-export function exactClockTime(time: string): string {
-    return exactClock.format(new Date(time));
-}
-
-/** "Today", "Yesterday", else the date. */
+/** "Today", "Yesterday", else the date; with the year if it is not this one. */
 export function dayTitle(day: Date, now = new Date()): string {
-    const [today, yesterday] = [dayStart(now), dayStart(now, -1)].map((each) => each.getTime());
-    return day.getTime() === today ? "Today" : day.getTime() === yesterday ? "Yesterday" : longDay.format(day);
+    const name = day >= dayStart(now) ? t().days.today : day >= dayStart(now, -1) ? t().days.yesterday : undefined;
+    const sameYear = day.getFullYear() === now.getFullYear();
+    return name ?? formats.value[sameYear ? "weekday" : "dayOfYear"].format(day);
+}
+
+/** The day and the time in a few words: "Today 14:05", "21 Nov 2026, 14:05". */
+export function dayAndTime(time: string, now = new Date()): string {
+    const date = new Date(time);
+    const brief = date >= dayStart(now) ? t().days.today : date >= dayStart(now, -1) ? t().days.yesterday : formats.value.short.format(date);
+    return `${brief} ${clockTime(time)}`;
+}
+
+export function shortDay(time: string | Date): string {
+    return formats.value.short.format(new Date(time));
 }
 
 export function fullTime(time: string): string {
-    const date = new Date(time);
-    return Number.isNaN(date.getTime()) ? time : full.format(date);
+    return formats.value.full.format(new Date(time));
 }
 
-/** 3665 as "1 h 1 min 5 s"; "about" precedes a duration whose end is approximate. */
-export function durationText(duration: number, isApproximate: boolean): string {
+export function hourName(hour: number): string {
+    return formats.value.hour.format(new Date(2024, 0, 1, hour));
+}
+
+export function weekdayName(day: Date, isBrief = false): string {
+    return formats.value[isBrief ? "shortWeekday" : "longWeekday"].format(day);
+}
+
+export function numberText(value: number): string {
+    return formats.value.number.format(value);
+}
+
+export function percentText(share: number): string {
+    return formats.value.percent.format(share);
+}
+
+/** 3665 as "1 h 1 min"; seconds only below ten minutes. */
+export function durationText(seconds: number, isApproximate = false): string {
+    const { h, min, s, about } = t().duration;
+    const whole = seconds >= 600 ? Math.round(seconds / 60) * 60 : Math.round(seconds);
     const parts: [number, string][] = [
-        [Math.floor(duration / 3600), "h"],
-        [Math.floor(duration / 60) % 60, "min"],
-        [duration % 60, "s"],
+        [Math.floor(whole / 3600), h],
+        [Math.floor(whole / 60) % 60, min],
+        [seconds >= 600 ? 0 : whole % 60, s],
     ];
-    const shown = parts.slice(parts.findIndex(([count]) => count > 0)); // the seconds if all are 0
-    return `${isApproximate ? "about " : ""}${shown.map(([count, unit]) => `${count} ${unit}`).join(" ")}`;
+    const shown = parts.filter(([count]) => count > 0).map(([count, unit]) => `${numberText(count)}\u00a0${unit}`);
+    return `${isApproximate ? `${about} ` : ""}${shown.join(" ") || `0\u00a0${s}`}`;
+}
+
+/** 189 as "3 min": for a glance. */
+export function briefDuration(seconds: number, isApproximate = false): string {
+    return durationText(seconds < 60 ? seconds : Math.round(seconds / 60) * 60, isApproximate);
+}
+
+/** 125 as "2:05", 3665 as "1:01:05". */
+export function clockDuration(seconds: number): string {
+    const two = (number: number) => String(number).padStart(2, "0");
+    const [hours, minutes, rest] = [Math.floor(seconds / 3600), Math.floor(seconds / 60) % 60, Math.floor(seconds) % 60];
+    return hours > 0 ? `${hours}:${two(minutes)}:${two(rest)}` : `${minutes}:${two(rest)}`;
 }

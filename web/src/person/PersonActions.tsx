@@ -1,0 +1,102 @@
+import { useState } from "preact/hooks";
+import { api } from "../api/client";
+import type { Call, Contact } from "../api/types";
+import { ContactDialog } from "../contacts/ContactDialog";
+import { CallButton } from "../dial/CallButton";
+import { ConfirmDialog } from "../frame/Dialog";
+import { deleteLater } from "../state/deletions";
+import { report, succeeded } from "../state/failures";
+import { announce } from "../state/news";
+import { closeDetails } from "../state/route";
+import { isNew, markNew, markSeen } from "../state/seen";
+import { t } from "../text/language";
+import { party, readParty } from "./person";
+
+interface Props {
+    name: string;
+    /** Empty if it is withheld. */
+    number: string;
+    calls: readonly Call[];
+}
+
+/** Asks the server for the contact first: it may have been added or deleted meanwhile. */
+async function contactNow(number: string): Promise<Contact | undefined> {
+    return api.contactWith(number).catch(() => party.value?.contact ?? undefined);
+}
+
+export function PersonActions({ name, number, calls }: Props) {
+    const [dialog, setDialog] = useState<{ contact?: Contact }>();
+    const [isErasing, setErasing] = useState(false);
+    const texts = t().person;
+    const missed = calls.filter(({ list, uniqueId }) => list === "missed" && uniqueId !== null);
+    const erase = async () => {
+        try {
+            await api.deleteCalls(new URLSearchParams({ number }));
+            succeeded("erase");
+            announce(texts.erased(name));
+            closeDetails();
+        } catch (error) {
+            report("erase", t().errors.delete, error);
+        }
+    };
+    return (
+        <div class="person-actions">
+            {number && <CallButton number={number} who={name} large />}
+            {number && (
+                <button
+                    type="button"
+                    data-test="add-contact"
+                    onClick={() => void contactNow(number).then((contact) => setDialog(contact ? { contact } : {}))}
+                >
+                    {party.value?.contact ? texts.changeContact : texts.addContact}
+                </button>
+            )}
+            {missed.length > 0 &&
+                (missed.some(isNew) ? (
+                    <button type="button" data-test="mark-seen" onClick={() => markSeen(missed, true)}>
+                        {texts.markSeen}
+                    </button>
+                ) : (
+                    <button type="button" data-test="mark-new" onClick={() => markNew(missed.slice(0, 1))}>
+                        {texts.markNew}
+                    </button>
+                ))}
+            {number ? (
+                <button type="button" class="danger-text" data-test="erase" onClick={() => setErasing(true)}>
+                    {texts.erase}
+                </button>
+            ) : (
+                <button
+                    type="button"
+                    class="danger-text"
+                    data-test="delete-these"
+                    onClick={() => {
+                        deleteLater("calls", calls.map(({ id }) => id));
+                        closeDetails();
+                    }}
+                >
+                    {t().delete}
+                </button>
+            )}
+            {dialog && (
+                <ContactDialog
+                    {...dialog}
+                    first={{ ...namesOf(calls[0]?.name ?? ""), office: number }}
+                    onSaved={() => void readParty(number)}
+                    onClose={() => setDialog(undefined)}
+                />
+            )}
+            {isErasing && (
+                <ConfirmDialog title={texts.eraseTitle(name)} action={texts.eraseButton} isDangerous onConfirm={() => void erase()} onClose={() => setErasing(false)}>
+                    {texts.eraseText(party.value?.calls ?? calls.length)}
+                </ConfirmDialog>
+            )}
+        </div>
+    );
+}
+
+/** The last word of a name is taken for the surname. */
+function namesOf(name: string): { firstName: string; surname: string } {
+    const words = name.trim().split(/\s+/);
+    return { firstName: words.slice(0, -1).join(" "), surname: words[words.length - 1] ?? "" };
+}

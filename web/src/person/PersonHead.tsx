@@ -1,0 +1,38 @@
+import type { Call, Party } from "../api/types";
+import { Avatar } from "../frame/Avatar";
+import { t } from "../text/language";
+import { durationText, shortDay } from "../text/times";
+
+interface Props {
+    name: string;
+    /** The name whose initials are shown; empty if only the number is known. */
+    initialsOf: string;
+    party?: Party | undefined;
+    calls: readonly Call[];
+}
+
+/** "8 calls, 1 h 31 min, since 13 Nov 2026". */
+function summary(party: Party | undefined, calls: readonly Call[]): string {
+    const count = party?.totals.calls ?? calls.length;
+    const talk = party?.totals.talkTime ?? calls.reduce((sum, each) => sum + each.duration, 0);
+    const first = party?.firstCall ?? calls[calls.length - 1]?.start;
+    return t().person.summary(t().calls(count), talk > 0 ? durationText(talk) : "", first ? shortDay(first) : "");
+}
+
+export function PersonHead({ name, initialsOf, party, calls }: Props) {
+    const company = party?.contact?.company;
+    const number = party?.numberText || party?.number;
+    const facts = [number !== name && number, party?.place, company !== name && company].filter(Boolean);
+    return (
+        <header class="person-head">
+            <Avatar name={initialsOf} picture={party?.contact?.picture} large />
+            <p class="person-name">
+                <bdi>{name}</bdi>
+            </p>
+            {facts.length > 0 && <p class="person-facts">{facts.join(" · ")}</p>}
+            <p class="person-summary" data-test="summary">
+                {summary(party, calls)}
+            </p>
+        </header>
+    );
+}
