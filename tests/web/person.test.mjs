@@ -37,6 +37,7 @@ test("a person has totals, every call in words, a note that stays, numbers to co
 
     await at(page, "add-contact").click();
     const dialog = at(page, "contact-dialog");
+    await dialog.waitFor();
     assert.deepEqual(await dialog.locator("input").evaluateAll((all) => all.slice(0, 4).map((each) => each.value)), ["Ann", "Müller", "", "4711"]);
     await dialog.getByLabel("Surname").fill("Becker");
     await dialog.getByLabel("Mobile number").fill("+4915112345678");
