@@ -38,8 +38,8 @@ std::vector<Column> columnsOf(ListName list) {
     const bool hasCalls = item.contains(kOccurrences);
     std::vector<Column> columns;
     for (const auto& [name, value] : item.items()) {
-        // An item repeats number and time of its newest occurrence.
-        const bool isRepeated = hasCalls && (name == "number" || name == "time");
+        // An item repeats number and time of its newest occurrence, and its number as people write it.
+        const bool isRepeated = (hasCalls && (name == "number" || name == "time")) || name == "numberText";
         if (!value.is_array() && !isRepeated) {
             columns.push_back({name, false});
         }

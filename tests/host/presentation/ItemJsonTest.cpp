@@ -23,7 +23,7 @@ TEST(ItemJson, AnItemIsWrittenWithEveryFieldAndItsNewestCallFirst) {
         R"({"entryId":"t1","uniqueId":"t4","list":"missed","firstName":"t2",)"
         "\"surname\":\"M\xef\xbf\xbdller \\\"x\\\"\\n\","
         "\"displayName\":\"t2 M\xef\xbf\xbdller \\\"x\\\"\\n\","
-        R"("picture":"t5","number":"","time":"","viewed":true,"calls":2,)"
+        R"("picture":"t5","number":"","numberText":"","time":"","viewed":true,"calls":2,)"
         R"("occurrences":[{"number":"","connectedNumber":"","time":"","redirectingNumber":"",)"
         R"("redirectingName":"","endApproximate":false,"lineKey":"","completedElsewhere":false},)"
         R"({"number":"t7","connectedNumber":"t8","time":"t11","redirectingNumber":"t17",)"
@@ -46,7 +46,7 @@ TEST(ItemJson, ACallbackNamesItsKinds) {
                       CallBackItem::CallBackType::eOnNoReply, CallBackItem::CallBackState::eRinging, "2001");
     EXPECT_EQ(jsonText(itemJson(item)),
               R"({"entryId":"id","firstName":"Ann","surname":"Müller","displayName":"Ann Müller",)"
-              R"("number":"4711","numberType":"mobile",)"
+              R"("number":"4711","numberText":"4711","numberType":"mobile",)"
               R"("time":"2026-11-21T05:22:05Z","type":"onNoReply","state":"ringing","deviceId":"2001"})");
     item.setCallBackState(static_cast<CallBackItem::CallBackState>(-7));
     EXPECT_EQ(itemJson(item)["state"], "unknown");
