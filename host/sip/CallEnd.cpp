@@ -28,7 +28,7 @@ constexpr std::array kStatuses = {
     StatusRow{603, 603, "callCancelled"},
     StatusRow{607, 608, "callCancelled"},
     StatusRow{500, 599, "networkCongestion"},
-    StatusRow{300, 699, "destNotObtainable"},
+    StatusRow{300, 699, "callCancelled"},
 };
 
 /// Baresip rejects a call with "486 Rejected".
@@ -45,6 +45,10 @@ CallEnd readCallEnd(std::string_view text) {
     if (status == 0) {
         const bool timedOut = text.find("timed out") != std::string_view::npos ||
                               text.find("timeout") != std::string_view::npos;
+        if (!timedOut && !text.empty() && text != "Connection reset by peer") {
+            // The error of a socket, or of the look-up of a name.
+            return {.by = CallEnd::By::eFailure, .cause = "networkCongestion"};
+        }
         return {.by = CallEnd::By::ePeer, .cause = timedOut ? "callNotAnswered" : "normalClearing"};
     }
     const auto* const row = std::find_if(kStatuses.begin(), kStatuses.end(), [status](const StatusRow& each) {

@@ -59,7 +59,9 @@ void PhoneControl::close() {
     m_queue.clear();
     m_timer.cancel();
     m_handlers = {};
-    m_batches.clear();
+    for (const Batch& batch : std::exchange(m_batches, {})) {
+        batch.handler({});
+    }
 }
 
 void PhoneControl::read() {
@@ -140,11 +142,7 @@ void PhoneControl::fail(const std::string& reason) {
     }
     const auto self = shared_from_this();
     const Handlers handlers = std::move(m_handlers);
-    const std::deque<Batch> batches = std::exchange(m_batches, {});
     close();
-    for (const Batch& batch : batches) {
-        batch.handler({});
-    }
     handlers.closed(reason);
 }
 

@@ -44,6 +44,7 @@ public:
     /// Sends the commands in one segment, so that the telephone does nothing between them. It closes the
     /// connection if a response takes longer than `kPatience`.
     void send(const std::vector<Command>& commands, ResponseHandler handler);
+    /// The handlers that wait for responses get none.
     void close();
 
     static constexpr std::chrono::milliseconds kPatience{4000};

@@ -51,11 +51,15 @@ void PhoneSupervisor::stop() {
     m_stopped = true;
     ++m_attempt;
     m_timer.cancel();
-    if (m_control) {
-        m_control->close();
-        m_control.reset();
-    }
+    closeControl();
     m_process.reset();
+}
+
+/// First without the connection, so that what waits for a response sends nothing more over it.
+void PhoneSupervisor::closeControl() {
+    if (const auto control = std::exchange(m_control, nullptr)) {
+        control->close();
+    }
 }
 
 void PhoneSupervisor::send(const std::vector<PhoneControl::Command>& commands,
@@ -140,10 +144,7 @@ void PhoneSupervisor::failed(const std::string& reason) {
     }
     ++m_attempt;
     const bool wasConnected = m_control != nullptr;
-    if (m_control) {
-        m_control->close();
-        m_control.reset();
-    }
+    closeControl();
     const bool ended = m_process != nullptr;
     m_process.reset();
     if (wasConnected && steady_clock::now() - m_connectedAt > kStable) {

@@ -58,6 +58,7 @@ private:
     void connect();
     void connected(asio::ip::tcp::socket socket);
     void failed(const std::string& reason);
+    void closeControl();
     void check();
 
     asio::io_context& m_io;

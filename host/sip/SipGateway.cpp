@@ -216,7 +216,9 @@ private:
     void beginStop() {
         m_phone.stop();
         m_registrarTimer.cancel();
-        publish(m_calls.endAll());
+        if (!m_options.account.baresip) {  // the calls of a telephone of another go on
+            publish(m_calls.endAll());
+        }
         m_timer.expires_after(kLinger);
         m_timer.async_wait([this](std::error_code) {
             if (m_server) {

@@ -115,7 +115,9 @@ TEST(CallEndTest, ReadsTheTextOfTheTelephone) {
         {"480 Temporarily Unavailable", {By::eFailure, "callNotAnswered"}},
         {"404 Not Found", {By::eFailure, "destNotObtainable"}},
         {"503 Service Unavailable", {By::eFailure, "networkCongestion"}},
-        {"488 Not Acceptable Here", {By::eFailure, "destNotObtainable"}},
+        {"488 Not Acceptable Here", {By::eFailure, "callCancelled"}},
+        {"403 Forbidden", {By::eFailure, "callCancelled"}},
+        {"Connection refused", {By::eFailure, "networkCongestion"}},
     };
     for (const auto& [text, end] : rows) {
         EXPECT_EQ(readCallEnd(text), end) << text;
