@@ -30,6 +30,25 @@ std::optional<std::string> sipAddress(std::string_view text) {
     return (hasScheme ? "" : "sip:") + std::string(text);
 }
 
+/// The possible lengths of a code of the network at the begin: "*31#", "#31#", "*67", which hide the number
+/// of the caller, for example.
+std::vector<std::size_t> serviceCodes(std::string_view dialled) {
+    constexpr std::size_t kMostDigits = 3;
+    std::vector<std::size_t> lengths;
+    const std::size_t digits = dialled.find_first_not_of("*#");
+    if (digits == 0 || digits > 2) {
+        return lengths;
+    }
+    for (std::size_t end = digits + 1; end <= std::min(digits + kMostDigits, dialled.size()); ++end) {
+        if (dialled[end - 1] < '0' || dialled[end - 1] > '9') {
+            break;
+        }
+        const bool hasEnd = end < dialled.size() && (dialled[end] == '#' || dialled[end] == '*');
+        lengths.push_back(end + (hasEnd ? 1 : 0));
+    }
+    return lengths;
+}
+
 Dialling::Rules dialled(Dialling::Rules rules) {
     rules.featureAccessCodes = dialledCodes(rules.featureAccessCodes);
     return rules;
@@ -74,10 +93,26 @@ bool Dialling::reachesEmergencyService(const std::string& dialled) const {
     std::vector<std::string> prefixes = m_rules.featureAccessCodes;
     prefixes.push_back(m_rules.outsideLine);
     // Not numbers of the plan; but some switches and networks drop such a prefix.
-    prefixes.insert(prefixes.end(), {"", "+", "0", "00"});
-    return std::any_of(prefixes.begin(), prefixes.end(), [&](const std::string& prefix) {
-        return dialled.starts_with(prefix) && m_plan.isEmergencyNumber(dialled.substr(prefix.size()));
-    });
+    prefixes.insert(prefixes.end(), {"+", "0"});
+    // The position after each sequence of prefixes.
+    std::vector<bool> reached(dialled.size() + 1);
+    reached[0] = true;
+    for (std::size_t at = 0; at < dialled.size(); ++at) {
+        if (!reached[at]) {
+            continue;
+        }
+        const std::string rest = dialled.substr(at);
+        if (m_plan.isEmergencyNumber(rest)) {
+            return true;
+        }
+        for (const std::string& prefix : prefixes) {
+            reached[at + (rest.starts_with(prefix) ? prefix.size() : 0)] = true;
+        }
+        for (const std::size_t size : serviceCodes(rest)) {
+            reached[at + size] = true;
+        }
+    }
+    return false;
 }
 
 }  // namespace host

@@ -35,6 +35,11 @@ TEST(Dialling, DialsAsTheNumberingPlanAndTheSwitchWant) {
         DE |   | national | 00112                                         | !00112
         DE |   | national | 1120                                          | 1120
         DE | 0 | national | *61112                                        | !*61112
+        DE | 9 | national | *31#9112                                      | !*31#9112
+        DE | 0 | national | #31#112                                       | !#31#112
+        DE | 0 | national | *61*31#0112                                   | !*61*31#0112
+        US |   | national | *67 911                                       | !*67911
+        DE | 0 | national | *31#030112                                    | *31#030112
         DE | 0 | national | sip:112@example.org; 112@example.org          | !sip:112@example.org
         DE | 0 | national | 911                                           | 911
         US |   | national | 911                                           | !911
