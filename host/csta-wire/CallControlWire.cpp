@@ -109,7 +109,9 @@ std::optional<WireConnection> readCallControlResponse(CallControlService service
 }
 
 bool CstaRefusal::isNotSupported() const noexcept {
-    return value == "serviceNotSupported";
+    static constexpr std::array<std::string_view, 3> kValues{"serviceNotSupported", "invalidFeature",
+                                                             "requestIncompatibleWithCallingDevice"};
+    return std::find(kValues.begin(), kValues.end(), value) != kValues.end();
 }
 
 std::string writeCstaRefusal(std::string_view category, std::string_view value, std::string_view nameSpace) {

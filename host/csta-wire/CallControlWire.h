@@ -68,7 +68,8 @@ struct CstaRefusal {
     std::string value;
 
     [[nodiscard]] bool operator==(const CstaRefusal&) const = default;
-    /// True if the switch does not have the service at all.
+    /// True if the switch does not have the service, or not for this phone. Refusals of one call, one
+    /// destination or one state are no such.
     [[nodiscard]] bool isNotSupported() const noexcept;
 };
 

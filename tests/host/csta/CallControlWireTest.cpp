@@ -98,6 +98,9 @@ TEST(CallControlWire, readsRefusals) {
     const Row rows[] = {
         {writeCstaRefusal("operation", "serviceNotSupported", cstaNameSpace("ed4")),
          CstaRefusal{"operation", "serviceNotSupported"}, true},
+        {"<errorResponse Error='invalidFeature'/>", CstaRefusal{"operation", "invalidFeature"}, true},
+        {writeCstaRefusal("operation", "requestIncompatibleWithCalledDevice", cstaNameSpace("ed4")),
+         CstaRefusal{"operation", "requestIncompatibleWithCalledDevice"}, false},
         {"<CSTAErrorCode><unspecified/></CSTAErrorCode>", CstaRefusal{"unspecified", ""}, false},
         {"<errorResponse Error='invalidCallID'/>", CstaRefusal{"operation", "invalidCallID"}, false},
         {"<MakeCallResponse/>", std::nullopt, false},

@@ -236,6 +236,25 @@ std::string devicesResponse(int id) {
                  "</GetSwitchingFunctionDevicesResponse>");
 }
 
+TEST_F(CstaLinkPeer, CallsAgainWithAServiceWhoseResponseCameAfterTheTimeOut) {
+    host::CstaLinkConfig config = configFor(peer.port());
+    config.requestTimeout = std::chrono::milliseconds(100);
+    startLink(config);
+    EXPECT_EQ(registerForStatus(phone), "ok");
+    peer.accept();
+    peer.greet();
+    auto outcome = std::async(std::launch::async, [this] { return link->makeCall("4711").kind; });
+    const int id = peer.expect("MakeCall");
+    EXPECT_EQ(outcome.get(), host::CallControlOutcome::Kind::eNotSupported);
+    EXPECT_FALSE(link->status().callControl);
+    peer.send(id, "<MakeCallResponse/>");
+    const auto limit = std::chrono::steady_clock::now() + linktest::kPatience;
+    while (!link->status().callControl && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_TRUE(link->status().callControl);
+}
+
 class CstaLinkDevices : public CstaLinkPeer {
 protected:
     void startRegistered(std::chrono::milliseconds timeout = linktest::kPatience) {
