@@ -39,7 +39,10 @@ CstaServer::CstaServer(asio::io_context& io, CstaServerOptions options, CallLogS
       m_handlers(std::move(handlers)),
       m_io(io),
       m_acceptor(listeningOn(io, m_options)),
-      m_responses(m_options.edition, m_options.device, m_monitors, callLogs, m_handlers.liveCalls) {
+      m_responses({.edition = m_options.edition,
+                   .ownDevice = m_options.device,
+                   .hasOnlyOwnDevice = m_options.hasOnlyOwnDevice},
+                  m_monitors, callLogs, m_handlers.liveCalls) {
     accept();
 }
 

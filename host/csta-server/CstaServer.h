@@ -32,6 +32,8 @@ struct CstaServerOptions {
     /// Used for an empty device in a request.
     std::string device;
     std::string edition = "ed4";
+    /// Refuses monitors and snapshots of any other device.
+    bool hasOnlyOwnDevice = false;
     /// Sends SystemStatus to a client as soon as it has connected.
     bool speaksFirst = false;
     /// Notifies a client of the deletion of single entries of the call log that it requested itself.

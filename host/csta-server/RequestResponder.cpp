@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/csta-server/SnapshotWriter.h"
+#include "host/csta-wire/CallControlWire.h"
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/MessageWriter.h"
@@ -17,10 +18,11 @@ struct RequestResponder::Row {
     Responder responder;
 };
 
-RequestResponder::RequestResponder(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
-                                   CallLogStore& callLogs, std::function<std::vector<LiveCall>()> liveCalls)
-    : m_nameSpace(cstaNameSpace(edition)),
-      m_ownDevice(std::move(ownDevice)),
+RequestResponder::RequestResponder(Settings settings, SwitchMonitors& monitors, CallLogStore& callLogs,
+                                   std::function<std::vector<LiveCall>()> liveCalls)
+    : m_nameSpace(cstaNameSpace(settings.edition)),
+      m_ownDevice(std::move(settings.ownDevice)),
+      m_hasOnlyOwnDevice(settings.hasOnlyOwnDevice),
       m_monitors(monitors),
       m_callLogs(callLogs),
       m_liveCalls(std::move(liveCalls)) {}
@@ -87,6 +89,9 @@ RequestResponder::Outcome RequestResponder::monitorStart(const WireDocument& req
         return {error("operation", "invalidMonitorObject")};
     }
     const std::string device = childText(object, "deviceObject");
+    if (!hasDevice(device)) {
+        return {error("operation", "invalidDeviceID")};
+    }
     const SwitchMonitor& monitor =
         m_monitors.add(device.empty() ? m_ownDevice : device, client,
                        WireFilter::read(childNamed(request.root(), "requestedMonitorFilter")));
@@ -157,13 +162,19 @@ RequestResponder::Outcome RequestResponder::escape(const WireDocument& request, 
 
 RequestResponder::Outcome RequestResponder::snapshotDevice(const WireDocument& request, int /*client*/) {
     const std::string device = firstText(childNamed(request.root(), "snapshotObject"));
+    if (!hasDevice(device)) {
+        return {error("operation", "invalidDeviceID")};
+    }
     return {writeDeviceSnapshot(m_nameSpace, device.empty() ? m_ownDevice : device, m_liveCalls())};
 }
 
 RequestResponder::Outcome RequestResponder::snapshotCall(const WireDocument& request, int /*client*/) {
-    const std::string callId = childText(childNamed(request.root(), "snapshotObject"), "callID");
+    const WireConnection connection = readConnection(childNamed(request.root(), "snapshotObject"));
+    if (!hasDevice(connection.deviceId)) {
+        return {error("operation", "invalidDeviceID")};
+    }
     for (const LiveCall& call : m_liveCalls()) {
-        if (call.callId == callId) {
+        if (call.callId == connection.callId) {
             return {writeCallSnapshot(m_nameSpace, call)};
         }
     }
@@ -210,6 +221,10 @@ RequestResponder::Outcome RequestResponder::emptyResponse(const WireDocument& re
 
 RequestResponder::Outcome RequestResponder::stopSession(const WireDocument& /*request*/, int /*client*/) {
     return {MessageWriter("StopApplicationSessionPosResponse", kSessionNameSpace).finish()};
+}
+
+bool RequestResponder::hasDevice(std::string_view device) const {
+    return !m_hasOnlyOwnDevice || device.empty() || comparableNumber(device) == comparableNumber(m_ownDevice);
 }
 
 std::string RequestResponder::error(std::string_view category, std::string_view value) const {

@@ -19,10 +19,17 @@ namespace host {
 /// refused with `serviceNotSupported`. Not thread-safe.
 class RequestResponder {
 public:
-    /// `monitors` and `callLogs` must outlive the object. `ownDevice` is used for an empty device in a
-    /// request. `liveCalls` returns the live calls of the switch.
-    RequestResponder(std::string_view edition, std::string ownDevice, SwitchMonitors& monitors,
-                     CallLogStore& callLogs, std::function<std::vector<LiveCall>()> liveCalls);
+    struct Settings {
+        std::string_view edition;
+        /// The device of a request that names none.
+        std::string ownDevice;
+        /// Refuses monitors and snapshots of other devices.
+        bool hasOnlyOwnDevice = false;
+    };
+
+    /// `monitors` and `callLogs` must outlive the object. `liveCalls` returns the live calls of the switch.
+    RequestResponder(Settings settings, SwitchMonitors& monitors, CallLogStore& callLogs,
+                     std::function<std::vector<LiveCall>()> liveCalls);
 
     struct Outcome {
         /// `std::nullopt` for messages that require no response.
@@ -72,10 +79,13 @@ private:
     Outcome emptyResponse(const WireDocument& request, int client);
     Outcome stopSession(const WireDocument& request, int client);
 
+    /// True unless the device, which may be empty, is one that the switch does not have.
+    [[nodiscard]] bool hasDevice(std::string_view device) const;
     [[nodiscard]] std::string error(std::string_view category, std::string_view value) const;
 
     const std::string m_nameSpace;
     const std::string m_ownDevice;
+    const bool m_hasOnlyOwnDevice;
     SwitchMonitors& m_monitors;
     CallLogStore& m_callLogs;
     const std::function<std::vector<LiveCall>()> m_liveCalls;

@@ -11,14 +11,31 @@ namespace host {
 
 namespace {
 
+constexpr const char* kComponent = "SIP Gateway";
 const PhoneControl::Command kState{.name = "callstat"};
 
 PhoneControl::Command chosen(const SipCalls::Found& call) {
     return {.name = "callfind", .parameters = call.sipId};
 }
 
+std::string outOfService(const std::string& nameSpace) {
+    return writeCstaRefusal("systemResourceAvailibility", "deviceOutOfService", nameSpace);
+}
+
+/// Requires: there is a response.
 bool isNotFound(const std::vector<PhoneResponse>& responses) {
-    return responses.empty() || responses.front().text.find("not found") != std::string::npos;
+    return !responses.front().ok || responses.front().text.find("not found") != std::string::npos;
+}
+
+/// A telephone without the command refuses it. Of two `accept` one is enough.
+bool isDone(const std::vector<PhoneControl::Command>& commands, const std::vector<PhoneResponse>& responses,
+            const std::string& command) {
+    for (std::size_t i = 0; i < responses.size(); ++i) {
+        if (commands[i].name == command && responses[i].ok) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -27,7 +44,7 @@ void CallCommands::perform(const CallControlRequest& request, const std::string&
                            const Reply& reply) {
     const bool canDial = m_status.state().kind == PhoneState::Kind::eReady;
     if (!m_phone.isConnected() || (request.service == CallControlService::eMakeCall && !canDial)) {
-        reply(writeCstaRefusal("systemResourceAvailibility", "deviceOutOfService", nameSpace));
+        reply(outOfService(nameSpace));
         return;
     }
     switch (request.service) {
@@ -58,10 +75,14 @@ void CallCommands::makeCall(const CallControlRequest& request, const std::string
 
 void CallCommands::dialled(const std::vector<PhoneResponse>& responses, const std::string& nameSpace,
                            const Reply& reply) {
+    if (responses.empty()) {
+        reply(outOfService(nameSpace));
+        return;
+    }
     const std::optional<SipCallState> call =
-        responses.empty() || !responses.front().ok ? std::nullopt : readCallState(responses.back().text);
+        responses.front().ok ? readCallState(responses.back().text) : std::nullopt;
     if (!call || !call->outgoing || call->state == SipCallState::State::eTalking) {
-        reply(writeCstaRefusal("operation", responses.empty() ? "generic" : "invalidDestination", nameSpace));
+        reply(writeCstaRefusal("operation", "invalidDestination", nameSpace));
         return;
     }
     reply(writeCallControlResponse(CallControlService::eMakeCall,
@@ -93,9 +114,9 @@ std::vector<PhoneControl::Command> CallCommands::acceptCommands(const SipCalls::
 }
 
 /// The call has ended between the check and the command.
-void CallCommands::logIfMisdirected(const std::vector<PhoneResponse>& responses) const {
-    if (!responses.empty() && !m_calls.live().empty()) {
-        logAppUni("SIP Gateway", __FILE_NAME__, 3, __LINE__, "%s",
+void CallCommands::logIfMisdirected() const {
+    if (!m_calls.live().empty()) {
+        logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "%s",
                   "a call ended in the moment of its command; baresip may have applied it to another call");
     }
 }
@@ -113,20 +134,32 @@ void CallCommands::act(const CallControlRequest& request, const std::string& nam
     }
     m_phone.send({chosen(*call)}, [this, call, accepts, service = request.service, nameSpace,
                                    reply](const std::vector<PhoneResponse>& found) {
+        if (found.empty()) {
+            reply(outOfService(nameSpace));
+            return;
+        }
         if (isNotFound(found)) {
             reply(writeCstaRefusal("operation", "invalidCallID", nameSpace));
             return;
         }
-        m_phone.send(accepts ? acceptCommands(*call)
-                             : std::vector<PhoneControl::Command>{chosen(*call), {.name = "hangup"}},
-                     [this, service, nameSpace, reply](const std::vector<PhoneResponse>& responses) {
-                         if (isNotFound(responses)) {
-                             logIfMisdirected(responses);
-                             reply(writeCstaRefusal("operation", "generic", nameSpace));
-                         } else {
-                             reply(writeCallControlResponse(service, {}, nameSpace));
-                         }
-                     });
+        const auto commands = accepts ? acceptCommands(*call)
+                                      : std::vector<PhoneControl::Command>{chosen(*call), {.name = "hangup"}};
+        m_phone.send(commands, [this, commands, service, nameSpace,
+                                reply](const std::vector<PhoneResponse>& responses) {
+            const std::string command = service == CallControlService::eAnswerCall ? "accept" : "hangup";
+            if (responses.empty()) {
+                reply(outOfService(nameSpace));
+            } else if (isNotFound(responses)) {
+                logIfMisdirected();
+                reply(writeCstaRefusal("operation", "generic", nameSpace));
+            } else if (!isDone(commands, responses, command)) {
+                logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "baresip refuses %s: %s", command.c_str(),
+                          responses.back().text.c_str());
+                reply(writeCstaRefusal("operation", "generic", nameSpace));
+            } else {
+                reply(writeCallControlResponse(service, {}, nameSpace));
+            }
+        });
     });
 }
 

@@ -36,7 +36,7 @@ private:
                  const Reply& reply);
     /// Performs the request for its call.
     void act(const CallControlRequest& request, const std::string& nameSpace, const Reply& reply);
-    void logIfMisdirected(const std::vector<PhoneResponse>& responses) const;
+    void logIfMisdirected() const;
     [[nodiscard]] std::vector<PhoneControl::Command> acceptCommands(const SipCalls::Found& call) const;
 
     PhoneSupervisor& m_phone;

@@ -131,19 +131,19 @@ void PhoneControl::awaitDeadline() {
     m_timer.async_wait([self = shared_from_this()](std::error_code error) {
         if (!error && self->m_open && !self->m_batches.empty() &&
             self->m_batches.front().deadline <= std::chrono::steady_clock::now()) {
-            self->fail("it does not respond");
+            self->fail("it does not respond", true);
         }
     });
 }
 
-void PhoneControl::fail(const std::string& reason) {
+void PhoneControl::fail(const std::string& reason, bool isSilent) {
     if (!m_open) {
         return;
     }
     const auto self = shared_from_this();
     const Handlers handlers = std::move(m_handlers);
     close();
-    handlers.closed(reason);
+    handlers.closed(reason, isSilent);
 }
 
 }  // namespace host

@@ -34,7 +34,8 @@ public:
     struct Handlers {
         std::function<void(const SipPhoneEvent&)> event;
         /// Called once. The connection is then closed, and each open command has had its handler called.
-        std::function<void(const std::string& reason)> closed;
+        /// `isSilent`: the telephone is connected, but did not respond.
+        std::function<void(const std::string& reason, bool isSilent)> closed;
     };
 
     /// `socket` is connected.
@@ -62,7 +63,7 @@ private:
     void received();
     void process(const PhoneResponse& response);
     void awaitDeadline();
-    void fail(const std::string& reason);
+    void fail(const std::string& reason, bool isSilent = false);
 
     asio::ip::tcp::socket m_socket;
     asio::steady_timer m_timer;

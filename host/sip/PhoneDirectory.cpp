@@ -22,9 +22,12 @@ constexpr int kRegistration = 600;
 
 std::string audioOf(const SipAccount& account) {
     const bool silent = account.audio == "none";
-    const std::string device = silent ? "aubridge,calljournal" : account.audio;
-    const std::string module = device.substr(0, device.find(','));
-    return "audio_player " + device + "\naudio_source " + device + "\naudio_alert " + device + "\nmodule " +
+    // A bridge sends the sound of its player to its source. With one for both, a peer hears itself, and a
+    // second call at once may hear the first.
+    const std::string player = silent ? "aubridge,played" : account.audio;
+    const std::string source = silent ? "aubridge,sent" : account.audio;
+    const std::string module = player.substr(0, player.find(','));
+    return "audio_player " + player + "\naudio_source " + source + "\naudio_alert " + player + "\nmodule " +
            module + ".so\n";
 }
 

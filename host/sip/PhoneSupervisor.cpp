@@ -129,8 +129,9 @@ void PhoneSupervisor::connected(tcp::socket socket) {
     m_connectedAt = steady_clock::now();
     m_control = std::make_shared<PhoneControl>(
         std::move(socket),
-        PhoneControl::Handlers{.event = [this](const SipPhoneEvent& event) { m_handlers.event(event); },
-                               .closed = [this](const std::string& reason) { failed(reason); }});
+        PhoneControl::Handlers{
+            .event = [this](const SipPhoneEvent& event) { m_handlers.event(event); },
+            .closed = [this](const std::string& reason, bool isSilent) { failed(reason, isSilent); }});
     m_control->start();
     logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "baresip is connected at %s",
               m_endpoint.text().c_str());
@@ -138,14 +139,14 @@ void PhoneSupervisor::connected(tcp::socket socket) {
     check();
 }
 
-void PhoneSupervisor::failed(const std::string& reason) {
+void PhoneSupervisor::failed(const std::string& reason, bool isSilent) {
     if (m_stopped) {
         return;
     }
     ++m_attempt;
     const bool wasConnected = m_control != nullptr;
     closeControl();
-    const bool ended = m_process != nullptr;
+    const Loss loss = m_process == nullptr ? Loss::eAway : isSilent ? Loss::eKilled : Loss::eEnded;
     m_process.reset();
     if (wasConnected && steady_clock::now() - m_connectedAt > kStable) {
         m_backoff.reset();
@@ -155,7 +156,7 @@ void PhoneSupervisor::failed(const std::string& reason) {
               m_endpoint.text().c_str(), reason.c_str(), static_cast<long long>(delay.count()));
     m_handlers.failed(reason);
     if (wasConnected) {
-        m_handlers.lost(ended);
+        m_handlers.lost(loss);
     }
     m_timer.expires_after(delay);
     m_timer.async_wait([this, attempt = m_attempt](std::error_code cancelled) {

@@ -26,6 +26,11 @@ namespace host {
 /// Call from the thread of the io_context only. Must outlive the operations of the io_context.
 class PhoneSupervisor {
 public:
+    enum class Loss {
+        eEnded,   ///< it has ended, with all its calls
+        eKilled,  ///< it did not respond and was ended; its calls may have ended before
+        eAway,    ///< a telephone of another is not connected; its calls may go on
+    };
     struct Handlers {
         /// The telephone is connected.
         std::function<void()> connected;
@@ -36,8 +41,8 @@ public:
         std::function<void(const std::string& text)> registration;
         /// An attempt has failed, or the telephone is lost, which `lost` follows.
         std::function<void(const std::string& reason)> failed;
-        /// The telephone is not connected any more. `ended`: it has ended with all its calls.
-        std::function<void(bool ended)> lost;
+        /// The telephone is not connected any more.
+        std::function<void(Loss)> lost;
     };
 
     /// `directory` is for the configuration of the child process. Throws `std::runtime_error` with a text for
@@ -57,7 +62,7 @@ private:
     void startProcess();
     void connect();
     void connected(asio::ip::tcp::socket socket);
-    void failed(const std::string& reason);
+    void failed(const std::string& reason, bool isSilent = false);
     void closeControl();
     void check();
 

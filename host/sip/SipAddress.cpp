@@ -41,6 +41,20 @@ bool isWithheld(const std::string& user) {
     return user.empty() || std::find(kWords.begin(), kWords.end(), lowered(user)) != kWords.end();
 }
 
+/// A peer without a user: the address is what can be dialled, and its host the name unless it has one.
+SwitchParty hostParty(std::string_view uri, std::string_view name) {
+    const std::size_t colon = uri.find(':');
+    const std::string scheme = lowered(uri.substr(0, colon));
+    std::string host = colon == std::string_view::npos ? std::string() : lowered(uri.substr(colon + 1));
+    host = host.substr(0, host.find_first_of(";?>"));
+    if ((scheme != "sip" && scheme != "sips") || host.empty() || host.ends_with(".invalid") ||
+        host.find('@') != std::string::npos) {
+        return {.number = {}, .name = {}, .anonymous = true};
+    }
+    const std::string_view given = trimmed(name);
+    return {.number = scheme + ':' + host, .name = given.empty() ? host : std::string(given)};
+}
+
 }  // namespace
 
 bool hasPassword(std::string_view text) noexcept {
@@ -77,7 +91,10 @@ std::string deviceOf(const SipAddress& address) {
 
 SwitchParty partyOf(std::string_view uri, std::string_view name) {
     const std::optional<SipAddress> address = parseSipAddress(uri);
-    if (!address || isWithheld(address->user)) {
+    if (!address) {
+        return hostParty(uri, name);
+    }
+    if (isWithheld(address->user)) {
         return {.number = {}, .name = {}, .anonymous = true};
     }
     std::string number = deviceOf(*address);

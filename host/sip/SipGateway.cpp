@@ -57,7 +57,7 @@ public:
                            }
                        },
                    .failed = [this](const std::string& reason) { m_status.failed(reason); },
-                   .lost = [this](bool ended) { lost(ended); }}),
+                   .lost = [this](PhoneSupervisor::Loss loss) { lost(loss); }}),
           m_commands(m_phone, m_status, m_calls, [this](const SwitchEvents& events) { publish(events); }) {}
 
     ~Impl() { stop(); }
@@ -106,7 +106,8 @@ private:
                 CstaServerOptions{.address = m_options.listen.host,
                                   .port = m_options.listen.port,
                                   .device = m_calls.own().number,
-                                  .edition = m_options.edition},
+                                  .edition = m_options.edition,
+                                  .hasOnlyOwnDevice = true},
                 m_callLogs,
                 CstaServer::Handlers{
                     .liveCalls = [this] { return m_calls.live(); },
@@ -190,12 +191,16 @@ private:
         listen();
     }
 
-    void lost(bool ended) {
-        if (ended) {
+    void lost(PhoneSupervisor::Loss loss) {
+        if (loss == PhoneSupervisor::Loss::eEnded) {
             publish(m_calls.endAll());
             return;
         }
         m_calls.doubtAll();
+        if (loss == PhoneSupervisor::Loss::eKilled) {
+            dropDoubtful();
+            return;
+        }
         m_timer.expires_after(kPhonePatience);
         m_timer.async_wait([this](std::error_code cancelled) {
             if (!cancelled) {

@@ -9,6 +9,7 @@
 #include "apps/calljournal/command-line/SipOptions.h"
 #include "apps/calljournal/server/JournalServer.h"
 #include "apps/calljournal/server/StopSignal.h"
+#include "host/config/ConfigurationError.h"
 #include "host/config/Endpoint.h"
 #include "host/presentation/PlainText.h"
 #include "host/sip/SipGateway.h"
@@ -68,12 +69,25 @@ private:
         return configuration;
     }
 
+    /// Throws `ConfigurationError` if the configuration file has a switch or a line, which `--sip` would
+    /// replace. Default values, as in a file that has all keys, are none.
+    static void requireNoOtherSwitch(const host::Configuration& configuration) {
+        const host::Configuration::Switch usual;
+        if (configuration.callSwitch.host != usual.host || configuration.callSwitch.port != usual.port ||
+            configuration.lines.front().device != host::Configuration::Line().device) {
+            throw host::ConfigurationError(
+                "--sip has its own switch and line: remove switch.host, switch.port and line.device from the "
+                "configuration, or serve without --sip");
+        }
+    }
+
     /// The gateway of `--sip`, which the configuration then has as its switch; otherwise nullptr.
     [[nodiscard]] std::unique_ptr<host::SipGateway> startGatewayFor(host::Configuration& configuration,
                                                                     const CommonOptions& common) const {
         if (m_account.empty()) {
             return nullptr;
         }
+        requireNoOtherSwitch(configuration);
         const host::Endpoint listen{"127.0.0.1", 0};
         auto gateway = std::make_unique<host::SipGateway>(
             host::SipGatewayOptions{.account = host::loadSipAccount(m_account),

@@ -81,6 +81,10 @@ class SipTest(ProgramTest):
     def test_each_way_a_call_ends(self):
         server = self.serve_sip()
         self.control = CallController(self, server.switch, "alice")
+        other = CallController(self, server.switch, "bob")
+        for request in ("SnapshotDevice><snapshotObject>bob</snapshotObject></SnapshotDevice",
+                        "MonitorStart><monitorObject><deviceObject>bob</deviceObject></monitorObject></MonitorStart"):
+            self.assertIn("invalidDeviceID", other.request("<%s>" % request))
         expected = []
 
         phone = self.phone("cancels")
@@ -190,6 +194,24 @@ class SipTest(ProgramTest):
         again.command("hangup")
         self.is_filed(server, ["missed again", "received bob talked"])
         self.assertNotEqual(self.child_of(server), telephone)
+
+    def test_a_telephone_that_hangs_is_ended_and_its_call_filed_approximately(self):
+        server = self.serve_sip()
+        self.control = CallController(self, server.switch, "alice")
+        for hangs in (False, True):
+            phone = self.phone("hangs" if hangs else "dies")
+            call = self.rings_from(phone)
+            self.control.answer_call(call)
+            phone.reports("CALL_ESTABLISHED")
+            threading.Event().wait(1.1)
+            os.kill(self.child_of(server), signal.SIGSTOP)
+            if not hangs:  # it dies while a command waits
+                threading.Timer(0.3, os.kill, (self.child_of(server), signal.SIGKILL)).start()
+            self.assertIn("deviceOutOfService", self.control.clear(call))
+            server.logs("does not respond" if hangs else "baresip is connected")
+            if hangs:
+                self.control = CallController(self, server.switch, "alice")
+            self.is_filed(server, ["received dies talked"] + ["received hangs talked~"] * hangs)
 
     def test_a_call_survives_a_killed_journal(self):
         gateway = self.gateway(self.account(), "--listen", "127.0.0.1:0")

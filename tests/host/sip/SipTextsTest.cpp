@@ -137,7 +137,10 @@ TEST(SipAddressTest, APartyIsNamedByWhatCanBeDialled) {
         {"sip:bob@example.net:5070", "bob@example.net:5070"},
         {"sip:b%3Eo!b@example.org", "b_o_b@example.org"},
         {"sip:Anonymous@anonymous.invalid", "", true},
-        {"sip:example.org", "", true},
+        {"sip:Example.org;lr", "sip:example.org"},
+        {"sip:192.0.2.5:5070", "sip:192.0.2.5:5070"},
+        {"sip:anonymous.invalid", "", true},
+        {"sip:@example.org", "", true},
         {"", "", true},
     };
     for (const Row& row : rows) {
