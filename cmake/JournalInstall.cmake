@@ -13,9 +13,11 @@ install(TARGETS journalservice calljournalplaces LIBRARY COMPONENT program NAMEL
 # The folder of the page exists only if it could be built.
 install(DIRECTORY "${PROJECT_BINARY_DIR}/share/calljournal/web" DESTINATION "${CMAKE_INSTALL_DATADIR}/calljournal"
     COMPONENT program OPTIONAL)
-install(FILES packaging/man/calljournal.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
-install(FILES packaging/completion/calljournal.bash DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
-    RENAME calljournal COMPONENT program)
+set(journal_reference "${PROJECT_BINARY_DIR}/share/calljournal-reference")
+install(DIRECTORY "${journal_reference}/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT program)
+foreach(shell IN ITEMS bash-completion zsh fish)
+    install(DIRECTORY "${journal_reference}/${shell}" DESTINATION "${CMAKE_INSTALL_DATADIR}" COMPONENT program)
+endforeach()
 
 # One archive of the platform's functions; the headers are those of the interfaces and of the values in them.
 add_library(journalplatform STATIC $<TARGET_OBJECTS:platform> $<TARGET_OBJECTS:platform_client_utils> $<TARGET_OBJECTS:journal_xml>)

@@ -71,6 +71,15 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
     return commands;
 }
 
+void describeProgram(CLI::App& app) {
+    app.name("calljournal");
+    app.description("The call journal of a telephone line: calls received, dialled, missed and forwarded.");
+    app.get_formatter()->label("REQUIRED", "(required)");
+    app.get_formatter()->label("Excludes", "not with");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
+}
+
 int runChosen(const Commands& commands, const CommonOptions& common) {
     for (const auto& [app, command] : commands) {
         if (app->parsed()) {
@@ -90,13 +99,17 @@ std::string CommonOptions::commandForUser(const std::string& command) const {
     return program + " " + command + (data.empty() ? std::string() : " --data " + host::printable(data));
 }
 
+void readCommandLine(const std::function<void(const CLI::App&)>& read) {
+    CLI::App app;
+    describeProgram(app);
+    CommonOptions common;
+    const Commands commands = addCommands(app, common);
+    read(app);
+}
+
 int runCommandLine(int argc, char** argv) {
-    CLI::App app("The call journal of a telephone line: calls received, dialled, missed and forwarded.",
-                 "calljournal");
-    app.get_formatter()->label("REQUIRED", "(required)");
-    app.get_formatter()->label("Excludes", "not with");
-    app.require_subcommand(1);
-    app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
+    CLI::App app;
+    describeProgram(app);
     CommonOptions common;
     common.program = programName(argc > 0 ? argv[0] : nullptr);
     const Commands commands = addCommands(app, common);

@@ -10,7 +10,7 @@ void FilterOptions::addSelection(CLI::App& app) {
     add(app, "tz", "ZONE", "the time zone of the given times, such as Europe/Berlin [that of the server]");
     add(app, "number", "NUMBER", "only calls with this number, in any spelling");
     add(app, "search", "TEXT", "only calls with TEXT in the name or number");
-    add(app, "list", "LIST", "only calls of this list: missed, dialled, received or forwarded");
+    add(app, "list", "missed|dialled|received|forwarded", "only calls of this list");
     add(app, "direction", "incoming|outgoing", "only incoming or only outgoing calls");
     add(app, "viewed", "true|false", "only missed calls that were viewed, or that were not");
     add(app, "min-duration", "SECONDS", "only calls of at least this duration, also 1m30s");

@@ -26,10 +26,10 @@ std::string checkList(const std::string& text) {
                                  "; the lists are missed, dialled, received, forwarded and callbacks";
 }
 
-std::string alternatives(const std::vector<std::string>& words) {
+std::string joined(const std::vector<std::string>& words, const char* separator, const char* last) {
     std::string text = words.front();
     for (std::size_t at = 1; at < words.size(); ++at) {
-        text += (at + 1 < words.size() ? ", " : " or ") + words[at];
+        text += (at + 1 < words.size() ? separator : last) + words[at];
     }
     return text;
 }
@@ -52,12 +52,12 @@ void addLimitOption(CLI::App& app, std::size_t& limit, const std::string& help) 
 void addFormatOption(CLI::App& app, std::string& format, const std::vector<std::string>& formats,
                      const std::string& help) {
     app.add_option("--format", format, help)
-        ->type_name("FORMAT")
+        ->type_name(joined(formats, "|", "|"))
         ->required()
         ->check(std::function<std::string(const std::string&)>([formats](const std::string& text) {
             return std::find(formats.begin(), formats.end(), text) != formats.end()
                        ? std::string()
-                       : "there is no format " + text + "; it is " + alternatives(formats);
+                       : "there is no format " + text + "; it is " + joined(formats, ", ", " or ");
         }));
 }
 

@@ -77,7 +77,7 @@ public:
             ->required()
             ->check(CLI::ExistingFile);
         app.add_option("--format", m_format, "csv, json or jsonl; by default the end of the file's name")
-            ->type_name("FORMAT")
+            ->type_name("csv|json|jsonl")
             ->check(CLI::IsMember({"csv", "json", "jsonl"}));
         app.add_option(
                "--columns", m_columns,

@@ -28,8 +28,8 @@ public:
                       "the control port of a telephone that runs already [start one]");
         addListenOption(app, "--listen", m_listen,
                         "the address that clients connect to; port 0 selects a free port [127.0.0.1:4242]");
-        app.add_option("--log-level", m_logLevel, "error, warning, info, debug or trace [info]")
-            ->type_name("LEVEL");
+        app.add_option("--log-level", m_logLevel, "the level of the log [info]")
+            ->type_name("error|warning|info|debug|trace");
     }
 
     // The first text line of the output contains the listening address, for a parent process that starts it

@@ -39,7 +39,7 @@ public:
         addResponseModeOption(app, m_responseModes);
         app.add_option("--callee", m_callee,
                        "the party of each call that a client places: takes, rings or busy [takes]")
-            ->type_name("HOW")
+            ->type_name("takes|rings|busy")
             ->transform(CLI::CheckedTransformer(
                 std::map<std::string, host::Callee>{{"takes", host::Callee::eTakesCall},
                                                     {"rings", host::Callee::eRings},

@@ -109,15 +109,14 @@ class ClientCommandsTest(ProgramTest):
     def test_completion_and_manual_contain_every_command_and_option(self):
         options = self.helped()
         self.assertGreater(len(options), 13)
-        script = os.path.join(ROOT, "packaging/completion/calljournal.bash")
+        reference = os.path.join(os.path.dirname(os.environ["CALLJOURNAL"]), "../share/calljournal-reference")
+        script = os.path.join(reference, "bash-completion/completions/calljournal")
 
         def complete(*words):
             done = subprocess.run(["bash", "-c", 'source "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _calljournal; echo "${COMPREPLY[*]}"',
                                    script, "calljournal", *words], capture_output=True, text=True, timeout=LIMIT, check=True)
             return sorted(done.stdout.split())
 
-        with open(os.path.join(ROOT, "packaging/man/calljournal.1"), encoding="utf-8") as file:
-            _, *sections = re.split(r"(?m)^\.S[sh] ", "\n.Sh " + file.read())
         for command, known in options.items():
             inner = sorted(each[len(command):].strip() for each in options if each.startswith(command + " " * bool(command))
                            and each != command and " " not in each[len(command):].strip())
@@ -125,9 +124,10 @@ class ClientCommandsTest(ProgramTest):
             if inner:
                 self.assertEqual(complete(*command.split(), ""), inner)
                 continue
-            section = [each for each in sections if re.match(" (Cm )?".join(command.split()) + r"\b", each)]
-            self.assertEqual(len(section), 1, command)
-            self.assertEqual({"--" + each for each in re.findall(r"Fl Fl (\S+)", section[0])} | {"--data", "--help"}, set(known), command)
+            name, _, below = command.partition(" ")
+            with open(os.path.join(reference, "man/man1/calljournal-%s.1" % name), encoding="utf-8") as file:
+                section = re.split(r"(?m)^\.S[sh] %s$" % (below or "DESCRIPTION"), file.read())[1].partition("\n.S")[0]
+            self.assertEqual({"--" + each for each in re.findall(r"(?m)^\.It Fl Fl (\S+)", section)}, set(known), command)
         self.assertEqual(complete("export", "missed", "--format", "c"), ["csv"])
         self.assertEqual(complete("list", "--limit", "3", "d"), ["dialled"])
         self.assertEqual(complete("list", "missed", "d"), [])
