@@ -41,7 +41,7 @@ bool isWithheld(const std::string& user) {
     return user.empty() || std::find(kWords.begin(), kWords.end(), lowered(user)) != kWords.end();
 }
 
-/// A peer without a user: the address is what can be dialled, and its host the name unless it has one.
+/// A peer without a user. Its number is the whole address, because a host may look like a telephone number.
 SwitchParty hostParty(std::string_view uri, std::string_view name) {
     const std::size_t colon = uri.find(':');
     const std::string scheme = lowered(uri.substr(0, colon));
@@ -118,7 +118,10 @@ std::optional<std::string> dialText(std::string_view number) {
             text.replace(hash, 1, "%23");
         }
     }
-    const bool valid = !text.empty() && text.size() <= kMostBytes && isXmlUtf8(text) &&
+    // The telephone takes the host of an address without a user for a user at its own host.
+    const std::string scheme = text.substr(0, text.find(':'));
+    const bool hasUser = (lowered(scheme) != "sip" && lowered(scheme) != "sips") || parseSipAddress(text);
+    const bool valid = hasUser && !text.empty() && text.size() <= kMostBytes && isXmlUtf8(text) &&
                        text.find_first_of(" \t\r\n\"<>,'") == std::string::npos;
     return valid ? std::optional(text) : std::nullopt;
 }

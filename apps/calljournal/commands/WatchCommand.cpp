@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 
+#include "apps/calljournal/client/CallFailure.h"
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
 #include "apps/calljournal/output/ErrorOutput.h"
@@ -24,6 +26,7 @@ public:
     int run(const CommonOptions& common) override {
         const StopSignal stop;
         host::RemoteClient client(common.dataDirectory());
+        m_directory = common.dataDirectory();
         const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
         const auto response = client.call(request, stop.descriptor());
         if (!response) {
@@ -62,11 +65,13 @@ private:
         } else if (m_json) {
             std::cout << watchJson(*message) << std::endl;
         } else {
-            std::cout << host::timeOfDay() << "  " << watchText(*message) << std::endl;
+            std::cout << host::timeOfDay() << "  " << watchText(*message)
+                      << failureText(m_directory, *message) << std::endl;
         }
     }
 
     bool m_json = false;
+    std::filesystem::path m_directory;
 };
 
 }  // namespace

@@ -123,11 +123,14 @@ class SipTest(ProgramTest):
         phone.command("hangup")
         expected.append("dialled rejects")
 
+        watcher = self.start("watch", "--data", self.data)
+        watcher.prints("missed entr.* not viewed")
         phone = self.phone("isbusy", "call_max_calls 1")
         phone.command("dial", talks.address)
         phone.reports("CALL_RINGING")
         self.assertIn("MakeCallResponse", self.control.make(phone.address))
         expected.append("dialled isbusy")
+        watcher.prints(r"dialled .*isbusy@.*, busy$")
 
         phone = self.phone("waits")
         self.control.clear(self.call_to(phone))

@@ -159,6 +159,7 @@ TEST(SipAddressTest, OnlyWhatTheTelephoneUnderstandsIsDialled) {
         {"sip:bob@example.net:5070;transport=tcp", "sip:bob@example.net:5070;transport=tcp"},
         {"bob", "bob"},
         {"", std::nullopt},
+        {"sip:example.org:5070", std::nullopt},
         {"bob example", std::nullopt},
         {"bob\nhangup", std::nullopt},
         {std::string(201, 'a'), std::nullopt},

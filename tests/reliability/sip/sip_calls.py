@@ -19,6 +19,7 @@ from sip_phone import CallController, free_port
 
 TALK = 0.8, 3.0  # seconds
 RING = 0.2, 1.5
+RING_OUT = 4.0, 6.0
 
 
 class Journal(contextlib.ExitStack):
@@ -69,7 +70,7 @@ class Course:
         self.journal, self.agent, self.dice = journal, agent, dice
         self.kind = dice.choice([name[5:] for name in dir(self) if name.startswith("play_")])
         self.user = "u%05d" % number
-        self.list, self.talked, self.fault = "missed", 0.0, ""
+        self.list, self.reason, self.talked, self.fault = "missed", "", 0.0, ""
         self.begin = time.time()
 
     def __call__(self):
@@ -122,7 +123,8 @@ class Course:
         self.talk()
         return call, identity
 
-    def refused_with(self, status, rings=True):
+    def refused_with(self, status, reason, rings=True):
+        self.reason = reason
         call, _ = self.called_by_alice()
         if rings:
             call.ring()
@@ -161,16 +163,27 @@ class Course:
         call.awaits("BYE")
 
     def play_busy(self):
-        self.refused_with("486 Busy Here", rings=False)
+        self.refused_with("486 Busy Here", "busy", rings=False)
 
     def play_rejected_there(self):
-        self.refused_with("603 Decline")
+        self.refused_with("603 Decline", "rejected")
 
     def play_no_such_user(self):
-        self.refused_with("404 Not Found", rings=False)
+        self.refused_with("404 Not Found", "no-such-number", rings=False)
 
     def play_not_available(self):
-        self.refused_with("480 Temporarily Unavailable")
+        self.refused_with("480 Temporarily Unavailable", "unanswered")
+
+    def play_unreachable(self):
+        self.refused_with("503 Service Unavailable", "congestion", rings=False)
+
+    def play_rung_out(self):
+        call, _ = self.called_by_alice()
+        call.ring()
+        self.pause(RING_OUT)
+        self.reason = "unanswered"
+        call.refuse("408 Request Timeout")
+        call.awaits("ACK")
 
     def play_cancelled(self):
         call, identity = self.called_by_alice()
@@ -187,7 +200,7 @@ class Course:
             return ["%s %s: %d calls in the history" % (self.user, self.kind, len(filed))]
         call = filed[0]
         begin = calendar.timegm(time.strptime(call["start"], "%Y-%m-%dT%H:%M:%SZ"))
-        right = (call["list"] == self.list and not call["endApproximate"] and abs(begin - self.begin) <= 3 and
+        right = (call["list"] == self.list and call["reason"] == self.reason and not call["endApproximate"] and abs(begin - self.begin) <= 3 and
                  abs(call["duration"] - self.talked) <= 1.5 and bool(call["answered"]) == bool(self.talked))
         return [] if right else ["%s %s of %.1f s at %.1f: %s" % (self.user, self.kind, self.talked, self.begin, call)]
 

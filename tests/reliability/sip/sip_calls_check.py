@@ -1,4 +1,4 @@
-"""Every SIP call is in the history once, with its outcome and its times: 75 calls of eleven kinds at 5 a second in a round."""
+"""Every SIP call is in the history once, with its outcome, its reason and its times: 75 calls of thirteen kinds at 5 a second in a round."""
 
 import rounds
 import sip_calls
