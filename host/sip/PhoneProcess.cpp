@@ -82,7 +82,7 @@ std::filesystem::path findBaresip() {
     std::string_view folders = path == nullptr ? "/usr/bin" : path;
     while (!folders.empty()) {
         const std::size_t colon = folders.find(':');
-        const std::filesystem::path program = std::filesystem::path(folders.substr(0, colon)) / "baresip";
+        std::filesystem::path program = std::filesystem::path(folders.substr(0, colon)) / "baresip";
         if (::access(program.c_str(), X_OK) == 0) {
             return program;
         }

@@ -3,6 +3,7 @@
 import json
 import os
 import signal
+import socket
 import stat
 import subprocess
 import threading
@@ -215,6 +216,33 @@ class SipTest(ProgramTest):
             if hangs:
                 self.control = CallController(self, server.switch, "alice")
             self.is_filed(server, ["received dies talked"] + ["received hangs talked~"] * hangs)
+
+    def test_a_command_that_the_telephone_refuses_is_refused(self):
+        listener = socket.create_server(("127.0.0.1", 0))
+        self.addCleanup(listener.close)
+        threading.Thread(target=self.refuse_commands, args=(listener,), daemon=True).start()
+        gateway = self.gateway("sip:alice@h", "--baresip", "127.0.0.1:%d" % listener.getsockname()[1], "--listen", "127.0.0.1:0")
+        self.control = CallController(self, gateway.address, "alice")
+        self.await_value(["c1_i"], self.control.calls)
+        for refused in (self.control.answer_call("c1_i"), self.control.clear("c1_i")):
+            self.assertIn("<operation>generic</operation>", refused)
+
+    @staticmethod
+    def refuse_commands(listener):
+        """A telephone with a call that rings. It has the commands that choose a call only."""
+        peer, _ = listener.accept()
+
+        def send(message):
+            text = json.dumps(message).encode()
+            peer.sendall(b"%d:%s," % (len(text), text))
+
+        with peer, peer.makefile("rb") as commands:
+            send({"event": True, "type": "CALL_INCOMING", "accountaor": "sip:alice@h", "peeruri": "sip:bob@h", "id": "c1"})
+            while (digits := commands.read(1)):
+                while not digits.endswith(b":"):
+                    digits += commands.read(1)
+                command = json.loads(commands.read(int(digits[:-1]) + 1)[:-1])
+                send({"response": True, "ok": command["command"] == "callfind", "token": command["token"]})
 
     def test_a_call_survives_a_killed_journal(self):
         gateway = self.gateway(self.account(), "--listen", "127.0.0.1:0")
