@@ -38,8 +38,8 @@ CallControlOutcome controlled(
 
 }  // namespace
 
-CstaLink::CstaLink(CstaLinkConfig config, const Post& post)
-    : m_impl(std::make_unique<CstaLinkImpl>(std::move(config), post)) {}
+CstaLink::CstaLink(CstaLinkConfig config, const Post& post, const PostHere& here)
+    : m_impl(std::make_unique<CstaLinkImpl>(std::move(config), post, here)) {}
 
 CstaLink::~CstaLink() = default;
 

@@ -35,9 +35,10 @@ class CstaLinkImpl;
 /// A service that requests the system status also receives the phone's devices in one
 /// `CSTASwitchingFunctionDevices` event: once they are known, and again when they change.
 ///
-/// Threads: a reader thread of the link does all input and output and completes waiting requests. Call
-/// `request` from any thread, including a handler on the strand, but not from the status listener. Events
-/// reach their receivers through `Post` only. Call `start` and `stop` from the thread that owns the link.
+/// Threads: one of two threads of the link, the reader, does all input and output and completes waiting
+/// requests. Call `request` from any thread, including a handler on the strand, but not from the status
+/// listener. Events reach their receivers through `Post` or `PostHere` only. Call `start` and `stop` from the
+/// thread that owns the link.
 ///
 /// Lifetime: receivers and services are borrowed. After a MonitorStop or `releaseService` has returned on the
 /// strand, the receiver gets no further event. After `stop` the link posts no event; what it posted before
@@ -48,7 +49,11 @@ public:
     using Status = CstaLinkStatus;
     using StatusListener = CstaLinkStatusListener;
 
-    CstaLink(CstaLinkConfig config, const Post& post);
+    using PostHere = EventDelivery::PostHere;
+
+    /// With `here`, the threads of the link deliver events themselves where they can, which saves the wake-up
+    /// of another thread.
+    CstaLink(CstaLinkConfig config, const Post& post, const PostHere& here = {});
     /// Stops the link if it still runs.
     ~CstaLink() override;
 
@@ -61,7 +66,7 @@ public:
     /// Starts connecting and returns at once. An unreachable switch is not an error: the link keeps trying.
     /// Call once.
     void start();
-    /// Closes the connection, fails every waiting request and joins the reader thread. Idempotent.
+    /// Closes the connection, fails every waiting request and joins the threads of the link. Idempotent.
     void stop();
 
     /// Thread-safe.

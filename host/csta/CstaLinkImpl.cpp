@@ -12,12 +12,13 @@
 
 namespace host {
 
-CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post)
+CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post,
+                           const EventDelivery::PostHere& here)
     : m_config(std::move(config)),
       m_messages(m_config.edition),
       m_work(m_io.get_executor()),
       m_pending(m_io, m_config.requestTimeout),
-      m_events(post),
+      m_events(post, lastOf(m_threads, post, here)),
       m_connection(m_io, m_config.host, m_config.port,
                    ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
                    {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
@@ -44,11 +45,24 @@ CstaLinkImpl::CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& pos
                      .isUnnumbered = [this](const std::string& id) { return m_monitors.isUnnumbered(id); }}),
       m_discovery(m_config, m_io, *this, m_messages,
                   [this](const std::vector<LineDevice>& devices) { devicesFound(devices); }),
-      m_thread([this] { runLoop(m_io, [this] { m_connection.abandon("a message could not be handled"); }); }),
-      m_readerId(m_thread.get_id()) {}
+      m_threads(m_io, [this] { m_connection.abandon("a message could not be handled"); }) {}
 
 CstaLinkImpl::~CstaLinkImpl() {
     stop();
+}
+
+EventDelivery::Post CstaLinkImpl::lastOf(LinkThreads& threads, EventDelivery::Post post,
+                                         EventDelivery::PostHere here) {
+    if (!here.run) {
+        return post;
+    }
+    return [&threads, post = std::move(post), here = std::move(here)](std::function<void()> delivery) {
+        if (threads.leaveFor(here.run)) {
+            here.queue(std::move(delivery));
+        } else {
+            post(std::move(delivery));
+        }
+    };
 }
 
 EventDelivery::Post CstaLinkImpl::batched() {
@@ -81,7 +95,7 @@ void CstaLinkImpl::stop() {
         m_callControl.close();
         m_work.reset();
     });
-    m_thread.join();
+    m_threads.join();
 }
 
 CstaLinkStatus CstaLinkImpl::status() const noexcept {
@@ -89,7 +103,7 @@ CstaLinkStatus CstaLinkImpl::status() const noexcept {
 }
 
 bool CstaLinkImpl::post(std::function<void()> work) {
-    if (std::this_thread::get_id() == m_readerId) {
+    if (m_threads.isReader()) {
         CSTA_LINK_LOG(2, "%s", "a request from the link's own thread is not carried out");
         return false;
     }

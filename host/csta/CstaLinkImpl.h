@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 #include <asio/executor_work_guard.hpp>
@@ -23,6 +22,7 @@
 #include "host/csta/EventDelivery.h"
 #include "host/csta/LinkMessages.h"
 #include "host/csta/LinkMonitors.h"
+#include "host/csta/LinkThreads.h"
 #include "host/csta/SwitchConnection.h"
 #include "host/csta/SystemStatusReceivers.h"
 #include "host/csta/call-control/CallControl.h"
@@ -38,7 +38,7 @@ namespace host {
 ///                             -> request, notice  -> handled here
 class CstaLinkImpl final : private RequestChannel {
 public:
-    CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post);
+    CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post, const EventDelivery::PostHere& here);
     ~CstaLinkImpl() override;
 
     // Call from the owner's thread.
@@ -71,6 +71,9 @@ private:
     [[nodiscard]] bool isReady() const override { return m_association.isReady(); }
     void send(const std::string& xml, PendingRequests::Handler handler) override;
 
+    /// Posts the last deliveries of a read: a thread of the link carries them out itself if it can.
+    [[nodiscard]] static EventDelivery::Post lastOf(LinkThreads& threads, EventDelivery::Post post,
+                                                    EventDelivery::PostHere here);
     /// Posts through m_events.
     [[nodiscard]] EventDelivery::Post batched();
     void connected();
@@ -122,10 +125,9 @@ private:
     std::mutex m_acceptingLock;
     bool m_accepting = true;
 
-    // Held while the thread is joined.
+    // Held while the threads are joined.
     std::mutex m_joinLock;
-    std::thread m_thread;
-    const std::thread::id m_readerId;
+    LinkThreads m_threads;
 };
 
 template <typename Result>

@@ -15,11 +15,11 @@ void EventBatch::add(std::function<void()> delivery) {
     }
 }
 
-void EventBatch::flush() {
+void EventBatch::flush(const EventDelivery::Post& post) {
     if (m_deliveries.size() == 1) {
-        m_post(std::move(m_deliveries.front()));
+        post(std::move(m_deliveries.front()));
     } else if (!m_deliveries.empty()) {
-        m_post([deliveries = std::move(m_deliveries)]() mutable {
+        post([deliveries = std::move(m_deliveries)]() mutable {
             for (std::function<void()>& each : deliveries) {
                 // One that fails does not cost the others.
                 logExceptions({.component = kLinkComponent, .sourceFile = __FILE_NAME__, .line = __LINE__},
@@ -33,7 +33,7 @@ void EventBatch::flush() {
 
 void EventBatch::end() {
     m_collects = false;
-    flush();
+    flush(m_postLast);
 }
 
 }  // namespace host

@@ -11,17 +11,22 @@ namespace host {
 /// thread wakes once for them. Keeps their order. Reader thread only.
 class EventBatch {
 public:
-    explicit EventBatch(EventDelivery::Post post) : m_post(std::move(post)) {}
+    /// `postLast` posts the last deliveries of a read, `post` all others.
+    EventBatch(EventDelivery::Post post, EventDelivery::Post postLast)
+        : m_post(std::move(post)), m_postLast(std::move(postLast)) {}
 
     /// Until `end`, deliveries wait; outside of a batch they are posted at once.
     void begin() noexcept { m_collects = true; }
     void add(std::function<void()> delivery);
     /// Posts the deliveries that wait, and goes on to collect.
-    void flush();
+    void flush() { flush(m_post); }
     void end();
 
 private:
+    void flush(const EventDelivery::Post& post);
+
     const EventDelivery::Post m_post;
+    const EventDelivery::Post m_postLast;
     std::vector<std::function<void()>> m_deliveries;
     bool m_collects = false;
 };

@@ -31,6 +31,11 @@ class EventDelivery {
 public:
     /// Runs a function on the line's strand, later and in order, never inside the call.
     using Post = std::function<void(std::function<void()>)>;
+    /// Runs functions on the line's strand as `Post` does, but on the thread that calls `run`.
+    struct PostHere {
+        std::function<void(std::function<void()>)> queue{};
+        std::function<void()> run{};
+    };
     /// Called on the strand after the delivery of an event that ends a call, even if its receiver is gone.
     using Ended = std::function<void(const DeliveryContext&)>;
 

@@ -196,6 +196,8 @@ void DatabaseConnection::configure() {
     if (sqlite3_db_readonly(m_database.getHandle(), "main") != 0) {
         throw SQLite::Exception("no permission to write", SQLITE_READONLY);
     }
+    // Without effect unless the file is empty.
+    m_database.exec("PRAGMA page_size = " + std::to_string(Schema::kPageBytes));
     if (const std::string mode = m_database.execAndGet("PRAGMA journal_mode = WAL").getString();
         mode != "wal") {
         throw SQLite::Exception("the file system allows no write-ahead log", SQLITE_CANTOPEN);

@@ -90,10 +90,10 @@ private:
     void keepCopy(int version);
     [[nodiscard]] int number(const char* sql);
 
-    // In pages of 4 KiB.
-    static constexpr int kLongLog = 1000;
-    static constexpr int kVeryLongLog = 3000;
-    static constexpr int kLogStep = 250;
+    // In pages: 4 MiB, 12 MiB, 1 MiB.
+    static constexpr int kLongLog = 2000;
+    static constexpr int kVeryLongLog = 6000;
+    static constexpr int kLogStep = 500;
 
     static std::uint64_t newSerial() noexcept;
 

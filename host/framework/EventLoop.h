@@ -7,22 +7,25 @@
 
 namespace host {
 
-/// Runs the loop on the calling thread until it has no work or is stopped. An exception of a handler, as that
-/// of a process without free memory, is logged, and the loop continues after `repair`, because the handler
-/// may not have started its next operation. An exception of `repair` is only logged.
+/// Calls `handler`. Returns false if it has thrown, as in a process without free memory; that is logged.
+template <typename Handler>
+[[nodiscard]] bool runHandler(const Handler& handler) noexcept {
+    try {
+        handler();
+        return true;
+    } catch (const std::exception& error) {
+        logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a handler failed: %s", error.what());
+        return false;
+    }
+}
+
+/// Runs the loop on the calling thread until it has no work or is stopped. An exception of a handler is
+/// logged, and the loop continues after `repair`, because the handler may not have started its next
+/// operation. An exception of `repair` is only logged.
 template <typename Repair>
 void runLoop(asio::io_context& loop, const Repair& repair) noexcept {
-    const auto succeeds = [](const auto& work) noexcept {
-        try {
-            work();
-            return true;
-        } catch (const std::exception& error) {
-            logAppUni("Framework", __FILE_NAME__, 2, __LINE__, "a handler failed: %s", error.what());
-            return false;
-        }
-    };
-    while (!succeeds([&loop] { loop.run(); })) {
-        static_cast<void>(succeeds(repair));
+    while (!runHandler([&loop] { loop.run(); })) {
+        static_cast<void>(runHandler(repair));
     }
 }
 

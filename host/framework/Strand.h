@@ -7,7 +7,8 @@ namespace host {
 
 class WorkerPool;
 
-/// Runs work items one at a time, in the order in which they were posted, on any free thread of the pool.
+/// Runs work items one at a time, in the order in which they were posted, on any free thread of the pool, or
+/// on one that helps.
 /// Each line has one, for its events, its timers, and the creation and destruction of its services.
 ///
 /// Thread-safe, except where an operation states otherwise.
@@ -43,6 +44,16 @@ public:
     /// Returns a function that posts work. It may outlive the strand; it returns false once the strand is
     /// gone.
     [[nodiscard]] std::function<bool(Work)> weakPoster() const;
+
+    /// For a thread that is no thread of the pool and runs the work itself, which saves the wake-up of one.
+    struct Helper {
+        /// As a `weakPoster`, but wakes no thread of the pool: call `run` soon afterwards.
+        std::function<bool(Work)> queue{};
+        /// Runs what was posted and queued on the calling thread, unless another thread does so already.
+        std::function<void()> run{};
+    };
+    /// Its functions may outlive the strand.
+    [[nodiscard]] Helper helper() const;
 
 private:
     struct Core;

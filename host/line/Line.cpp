@@ -34,7 +34,7 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
       m_management(database, settings.link.ownDevice, settings.managementFirst, settings.managementOverrides,
                    post()),
       m_team(settings.loggedSharedDevices),
-      m_link(completed(settings.link), postEvent()),
+      m_link(completed(settings.link), eventPost(post()), eventPostHere()),
       m_observer(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
       m_services{{"ClockServiceIfc", m_clock},
@@ -107,8 +107,8 @@ std::function<void(std::function<void()>)> Line::post() const {
     return [post = m_strand.weakPoster()](std::function<void()> work) { post(std::move(work)); };
 }
 
-std::function<void(std::function<void()>)> Line::postEvent() {
-    return [this, post = post()](std::function<void()> work) {
+CstaLink::Post Line::eventPost(CstaLink::Post post) {
+    return [this, post = std::move(post)](std::function<void()> work) {
         post([this, event = std::move(work)] {
             if (Clock::now() < m_eventsEnd.load()) {
                 event();
@@ -117,6 +117,13 @@ std::function<void(std::function<void()>)> Line::postEvent() {
             }
         });
     };
+}
+
+CstaLink::PostHere Line::eventPostHere() {
+    const Strand::Helper helper = m_strand.helper();
+    return {
+        .queue = eventPost([queue = helper.queue](std::function<void()> work) { queue(std::move(work)); }),
+        .run = helper.run};
 }
 
 CstaLinkConfig Line::completed(CstaLinkConfig link) {

@@ -120,7 +120,8 @@ private:
     /// Returns a function that posts to the strand, and drops the work if the strand is closed.
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
     /// The same for events of the switch: drops them from `m_eventsEnd` on.
-    [[nodiscard]] std::function<void(std::function<void()>)> postEvent();
+    [[nodiscard]] CstaLink::Post eventPost(CstaLink::Post post);
+    [[nodiscard]] CstaLink::PostHere eventPostHere();
     /// Returns `link` with the event listener and the store of this line.
     [[nodiscard]] CstaLinkConfig completed(CstaLinkConfig link);
     void subscribeObserver();

@@ -2,6 +2,7 @@
 
 #include <asio/buffer.hpp>
 #include <asio/completion_condition.hpp>
+#include <asio/dispatch.hpp>
 #include <asio/error.hpp>
 #include <asio/post.hpp>
 #include <asio/read.hpp>
@@ -54,7 +55,13 @@ ClientSession::ClientSession(Socket socket, std::string name, const ClientSurrou
       m_reader(socket.get_executor()),
       m_backlog(surroundings.maxBacklogBytes),
       m_socket(std::move(socket)),
-      m_strand(surroundings.workers) {}
+      m_strand(surroundings.workers) {
+    m_writes.join();
+}
+
+ClientSession::~ClientSession() {
+    m_writes.leave();
+}
 
 void ClientSession::start() {
     logAppUni("Remote", __FILE_NAME__, 6, __LINE__, "%s is connected", m_name.c_str());
@@ -74,8 +81,11 @@ void ClientSession::close(const std::string& reason) {
         logAppUni("Remote", __FILE_NAME__, 3, __LINE__, "%s is cut off: %s", m_name.c_str(), reason.c_str());
     }
     m_backlog.close();
-    asio::error_code ignored;
-    m_socket.close(ignored);
+    {
+        const std::lock_guard lock(m_socketMutex);
+        asio::error_code ignored;
+        m_socket.close(ignored);
+    }
     m_strand.post([this] { detach(); });
 }
 
@@ -83,7 +93,12 @@ void ClientSession::close(const std::string& reason) {
 void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
 
 void ClientSession::send(const std::string& request) {
-    handleQueued(m_backlog.addNotification(m_frames.frameOf(request)));
+    const ClientBacklog::Added added = m_backlog.addNotification(m_frames.frameOf(request));
+    if (added != ClientBacklog::Added::eWakeUp || !m_writes.hasFewClients()) {
+        handleQueued(added);
+    } else if (!writeNow()) {
+        asio::post(m_reader, [self = shared_from_this()] { self->writeRest(); });
+    }
 }
 
 void ClientSession::readLength() {
@@ -148,31 +163,12 @@ void ClientSession::handleQueued(ClientBacklog::Added added) {
 }
 
 void ClientSession::writeNext() {
-    while (!m_closing && m_backlog.take(m_writing)) {
-        m_rest.clear();
-        for (const ClientBacklog::Frame& frame : m_writing.frames) {
-            m_rest.push_back(asio::buffer(*frame));
-        }
-        if (!writeBatch()) {
-            return;
-        }
-        batchWritten();
+    if (!writeNow()) {
+        writeRest();
     }
 }
 
-// Most clients take everything at once, which needs no wait for the socket.
-bool ClientSession::writeBatch() {
-    asio::error_code error;
-    std::size_t taken = m_socket.write_some(m_rest, error);
-    auto next = m_rest.begin();
-    for (; next != m_rest.end() && taken >= next->size(); ++next) {
-        taken -= next->size();
-    }
-    m_rest.erase(m_rest.begin(), next);
-    if (m_rest.empty()) {
-        return true;
-    }
-    m_rest.front() += taken;
+void ClientSession::writeRest() {
     asio::async_write(m_socket, m_rest,
                       [self = shared_from_this()](const asio::error_code& failure, std::size_t) {
                           if (failure) {
@@ -182,13 +178,50 @@ bool ClientSession::writeBatch() {
                           self->batchWritten();
                           self->writeNext();
                       });
+}
+
+bool ClientSession::writeNow() {
+    while (m_backlog.take(m_writing)) {
+        m_rest.clear();
+        for (const ClientBacklog::Frame& frame : m_writing.frames) {
+            m_rest.push_back(asio::buffer(*frame));
+        }
+        if (!writeBatch()) {
+            return false;
+        }
+        batchWritten();
+    }
+    return true;
+}
+
+// Most clients take everything at once, which needs no wait for the socket.
+bool ClientSession::writeBatch() {
+    std::size_t taken = 0;
+    {
+        const std::lock_guard lock(m_socketMutex);
+        asio::error_code error;
+        taken = m_socket.write_some(m_rest, error);
+    }
+    auto next = m_rest.begin();
+    for (; next != m_rest.end() && taken >= next->size(); ++next) {
+        taken -= next->size();
+    }
+    m_rest.erase(m_rest.begin(), next);
+    if (m_rest.empty()) {
+        return true;
+    }
+    m_rest.front() += taken;
     return false;
 }
 
 void ClientSession::batchWritten() {
     m_writing.frames.clear();
     if (m_writing.hasResponse) {
-        readLength();
+        asio::dispatch(m_reader, [self = shared_from_this()] {
+            if (!self->m_closing) {
+                self->readLength();
+            }
+        });
     }
 }
 

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,8 @@ struct ClientSurroundings {
 ///  1. The journal calls the client's proxy on the thread that changed a list.
 ///  2. The proxy sends through `ProxyRequest`, which adds the frame that all clients share to the backlog,
 ///     and the client to those that the reader thread writes to.
-///  3. The reader thread writes all frames that wait.
+///  3. The reader thread writes all frames that wait. With few clients, the thread of the notification writes
+///     itself what the client takes at once, and leaves the rest to the reader thread.
 ///
 /// The sequence of the end:
 ///  1. The reader thread closes the socket: the client has disconnected, sent a malformed frame, or its
@@ -61,6 +63,9 @@ public:
     /// The session calls `gone` once, on the reader thread, when it has no work left.
     ClientSession(Socket socket, std::string name, const ClientSurroundings& surroundings,
                   std::function<void()> gone);
+    ~ClientSession() override;
+    ClientSession(const ClientSession&) = delete;
+    ClientSession& operator=(const ClientSession&) = delete;
 
     /// Creates the client's proxy and begins to read.
     void start();
@@ -79,7 +84,14 @@ private:
     void readBody(std::size_t length);
     void take(RemoteFrame frame);
     void respond(std::uint32_t id, const std::string& text);
+    /// Any thread may call.
     void handleQueued(ClientBacklog::Added added);
+    /// Writes the part of the batch that the client has not taken yet, when it takes it.
+    void writeRest();
+
+    // Call from the writer only: the thread whose frame found it idle, or the reader thread after it.
+    /// Writes what waits while the client takes it. Returns false if a part of the batch is left.
+    [[nodiscard]] bool writeNow();
     /// Returns true if the client has taken the whole batch.
     [[nodiscard]] bool writeBatch();
     void batchWritten();
@@ -100,14 +112,19 @@ private:
     // Has its own lock.
     ClientBacklog m_backlog;
 
+    /// Held while the socket is closed or written to.
+    std::mutex m_socketMutex;
+
     // Used by the reader thread only.
     Socket m_socket;
     std::array<char, RemoteFrame::kLengthBytes> m_length{};
     std::string m_body;
+    bool m_closing = false;
+
+    // Used by the writer only.
     ClientBacklog::Batch m_writing;
     /// The part of `m_writing` that is not written.
     std::vector<asio::const_buffer> m_rest;
-    bool m_closing = false;
 
     // Used by the strand only. The strand itself is the last member, so that it is closed first.
     std::unique_ptr<Proxy> m_proxy;

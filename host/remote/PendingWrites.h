@@ -1,6 +1,7 @@
 #pragma once
 
 #include <asio/any_io_executor.hpp>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -26,13 +27,21 @@ public:
 
     explicit PendingWrites(asio::any_io_executor reader) : m_reader(std::move(reader)) {}
 
+    void join() noexcept { ++m_count; }
+    void leave() noexcept { --m_count; }
+    /// True if a thread that notifies them loses little time when it writes itself.
+    [[nodiscard]] bool hasFewClients() const noexcept { return m_count <= kFew; }
+
     /// Calls `writeNext` of the client on the reader thread, soon, if the client exists then.
     void add(std::weak_ptr<Client> client);
 
 private:
     void writeAll();
 
+    static constexpr int kFew = 4;
+
     const asio::any_io_executor m_reader;
+    std::atomic<int> m_count{0};
 
     std::mutex m_mutex;
     // Guarded by m_mutex.

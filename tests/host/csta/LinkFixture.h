@@ -117,12 +117,18 @@ protected:
         return config;
     }
     void startLink(const host::CstaLinkConfig& config) {
-        link = std::make_unique<host::CstaLink>(config, [this](std::function<void()> work) {
-            if (postFails.exchange(false)) {
-                throw std::bad_alloc();
-            }
-            strand.post(std::move(work));
-        });
+        const auto failing = [this](auto post) {
+            return [this, post](std::function<void()> work) {
+                if (postFails.exchange(false)) {
+                    throw std::bad_alloc();
+                }
+                post(std::move(work));
+            };
+        };
+        const host::Strand::Helper helper = strand.helper();
+        link = std::make_unique<host::CstaLink>(
+            config, failing([this](std::function<void()> work) { strand.post(std::move(work)); }),
+            host::CstaLink::PostHere{.queue = failing(helper.queue), .run = helper.run});
         link->setStatusListener([this](host::CstaLink::Status status) {
             m_statuses.add(status.monitoring ? "monitoring" : status.connected ? "connected" : "away");
         });

@@ -8,6 +8,7 @@
 
 #include "host/database/Database.h"
 #include "host/database/DatabaseCopy.h"
+#include "host/database/Schema.h"
 #include "tests/support/TemporaryDatabase.h"
 
 namespace {
@@ -60,7 +61,7 @@ TEST(Opening, LeavesARefusedFileUnchangedAndReportsWhy) {
         const auto page = database.number("SELECT rootpage FROM sqlite_schema WHERE name = 'party'");
         database.close();
         std::string content = contentOf(database.file());
-        each.change(content, static_cast<std::size_t>(page - 1) * 4096);
+        each.change(content, static_cast<std::size_t>(page - 1) * host::Schema::kPageBytes);
         std::ofstream(database.file(), std::ios::binary) << content;
         const std::string refusal = refusalOf(database.file());
         EXPECT_THAT(refusal, HasSubstr(each.refusal));

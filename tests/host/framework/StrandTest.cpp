@@ -63,6 +63,47 @@ TEST_F(StrandTest, InsideItsOwnWorkPostsForLaterAndRunsAndWaitsAtOnce) {
     EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
 }
 
+TEST_F(StrandTest, IsHelpedByAThreadThatIsNotOfThePool) {
+    const Strand::Helper helper = m_strand.helper();
+    std::vector<int> order;
+    std::vector<std::thread::id> threads;
+    const auto note = [&](int number) {
+        EXPECT_TRUE(m_strand.isCurrent());
+        order.push_back(number);
+        threads.push_back(std::this_thread::get_id());
+    };
+    EXPECT_TRUE(helper.queue([&] { note(1); }));
+    EXPECT_TRUE(helper.queue([&] {
+        note(2);
+        m_strand.post([&] { note(4); });  // another thread goes on
+        helper.run();
+        order.push_back(3);
+    }));
+    helper.run();
+    m_strand.drain();
+    EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_EQ(threads[0], std::this_thread::get_id());
+    EXPECT_EQ(threads[1], std::this_thread::get_id());
+    EXPECT_NE(threads[2], std::this_thread::get_id());
+
+    // Work that waits is not forgotten while another thread runs the strand.
+    std::promise<void> begun;
+    std::promise<void> goOn;
+    m_strand.post([&] {
+        begun.set_value();
+        goOn.get_future().wait();
+    });
+    begun.get_future().wait();
+    EXPECT_TRUE(helper.queue([&] { order.push_back(5); }));
+    helper.run();
+    EXPECT_EQ(order.back(), 4);
+    goOn.set_value();
+    m_strand.drain();
+    EXPECT_EQ(order.back(), 5);
+    m_strand.close();
+    EXPECT_FALSE(helper.queue([] {}));
+}
+
 TEST_F(StrandTest, ContinuesAfterAnExceptionAndPassesItToTheWaitingCaller) {
     m_strand.post([] { throw std::runtime_error("broken"); });
     m_strand.post([] { throw 7; });
