@@ -17,13 +17,11 @@
 #include "host/sip/CallCommands.h"
 #include "host/sip/PhoneSupervisor.h"
 #include "host/sip/SipCalls.h"
-#include "platform/logging/Logging.h"
 
 namespace host {
 
 namespace {
 
-constexpr const char* kComponent = "SIP Gateway";
 /// The time that the first client waits for the telephone, and a call for a telephone that was lost.
 constexpr std::chrono::seconds kPhonePatience{3};
 /// The time after which a registrar that has not responded is reported.
