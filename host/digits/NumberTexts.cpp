@@ -37,10 +37,15 @@ std::string NumberTexts::text(const std::string& number) {
     if (auto known = m_texts.find(number)) {
         return std::move(*known);
     }
-    const std::string found = international(number);
-    std::string text = found.empty() ? number : m_plan.written(found);
-    m_texts.store(number, text);
-    return text;
+    // A list asks for a thousand numbers at once, most of them in international form.
+    std::optional<std::string> text = m_plan.written(number);
+    if (!text) {
+        std::string form = number;
+        m_digits.normalise(form);
+        text = m_plan.written(form).value_or(number);
+    }
+    m_texts.store(number, *text);
+    return std::move(*text);
 }
 
 std::optional<std::string> NumberTexts::place(const std::string& number, PlaceLanguage language) {

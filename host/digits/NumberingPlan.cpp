@@ -75,19 +75,19 @@ NumberingPlan::NumberingPlan(std::string region)
       m_trunkPrefix(trunkPrefixOf(m_region)) {}
 
 std::optional<std::string> NumberingPlan::international(const std::string& dialled) const {
-    if (dialled.size() > limits::kMaxDigits + 1) {  // with "+"
-        return std::nullopt;
-    }
     PhoneNumber number;
-    if (plans().ParseAndKeepRawInput(dialled, m_region, &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
-        return std::nullopt;
-    }
-    if (!isUnderstood(dialled, number)) {
+    if (!read(dialled, number)) {
         return std::nullopt;
     }
     std::string found = formatted(number, PhoneNumberUtil::E164);
     // A number with "+" is read alike in every region.
     return found == dialled || isStable(found) ? std::optional(std::move(found)) : std::nullopt;
+}
+
+bool NumberingPlan::read(const std::string& dialled, PhoneNumber& number) const {
+    return dialled.size() <= limits::kMaxDigits + 1 &&  // with "+"
+           plans().ParseAndKeepRawInput(dialled, m_region, &number) == PhoneNumberUtil::NO_PARSING_ERROR &&
+           isUnderstood(dialled, number);
 }
 
 bool NumberingPlan::isUnderstood(const std::string& dialled, const PhoneNumber& number) const {
@@ -113,10 +113,11 @@ std::string NumberingPlan::dialledFrom(const std::string& international) const {
     return digits += digitsOf(text);
 }
 
-std::string NumberingPlan::written(const std::string& international) const {
+std::optional<std::string> NumberingPlan::written(const std::string& international) const {
     PhoneNumber number;
-    if (plans().Parse(international, "ZZ", &number) != PhoneNumberUtil::NO_PARSING_ERROR) {
-        return international;
+    if (!international.starts_with('+') || !read(international, number) ||
+        formatted(number, PhoneNumberUtil::E164) != international) {
+        return std::nullopt;
     }
     const bool isOwn = m_supported && number.country_code() == plans().GetCountryCodeForRegion(m_region);
     return formatted(number, isOwn ? PhoneNumberUtil::NATIONAL : PhoneNumberUtil::INTERNATIONAL);

@@ -38,13 +38,16 @@ public:
 
     /// Returns a number in international form as it is written in the country: its own numbers in the
     /// national format ("030 123456"), those of others with their country code ("+44 20 7946 0123").
-    [[nodiscard]] std::string written(const std::string& international) const;
+    /// Returns std::nullopt for a text that `international` does not return as it is.
+    [[nodiscard]] std::optional<std::string> written(const std::string& international) const;
 
     /// True for an emergency number of the country, exactly as dialled; for 112 and 911 if the country is not
     /// known. The first call of a process takes some milliseconds.
     [[nodiscard]] bool isEmergencyNumber(const std::string& dialled) const;
 
 private:
+    /// Reads a number that is one of those of `international`; returns false for all others.
+    [[nodiscard]] bool read(const std::string& dialled, i18n::phonenumbers::PhoneNumber& number) const;
     [[nodiscard]] bool isUnderstood(const std::string& dialled,
                                     const i18n::phonenumbers::PhoneNumber& number) const;
 
