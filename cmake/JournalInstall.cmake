@@ -42,3 +42,13 @@ configure_file(packaging/cmake/journalservice.pc.in "${PROJECT_BINARY_DIR}/journ
 install(FILES "${PROJECT_BINARY_DIR}/journalserviceConfig.cmake" "${PROJECT_BINARY_DIR}/journalserviceConfigVersion.cmake"
     DESTINATION "${journal_package_directory}" COMPONENT development)
 install(FILES "${PROJECT_BINARY_DIR}/journalservice.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
+
+# What runs the program as a service of the system.
+foreach(unit IN ITEMS calljournal.service calljournal-backup.service)
+    configure_file("packaging/systemd/${unit}.in" "${PROJECT_BINARY_DIR}/systemd/${unit}" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/systemd/${unit}" DESTINATION lib/systemd/system COMPONENT service)
+endforeach()
+install(FILES packaging/systemd/calljournal-backup.timer DESTINATION lib/systemd/system COMPONENT service)
+install(FILES packaging/systemd/calljournal.sysusers DESTINATION lib/sysusers.d RENAME calljournal.conf COMPONENT service)
+install(FILES packaging/calljournal.toml DESTINATION "${CMAKE_INSTALL_SYSCONFDIR}/calljournal" COMPONENT service)
+install(FILES packaging/logrotate/calljournal DESTINATION "${CMAKE_INSTALL_SYSCONFDIR}/logrotate.d" COMPONENT service)

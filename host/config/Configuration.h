@@ -80,10 +80,13 @@ struct Configuration {
     };
 
     struct Logging {
-        /// A word that `Log::levelOf` accepts.
+        /// Words that `Log::levelOf` accepts: for the host's own lines, and for those of the library.
         std::string level = "info";
+        std::string libraryLevel = "warning";
         /// The path of the log file. If empty, the log goes to standard error.
         std::string file;
+        /// True if the log shows names and numbers as they are.
+        bool isPrivate = false;
 
         bool operator==(const Logging&) const = default;
     };

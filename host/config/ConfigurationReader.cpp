@@ -6,7 +6,6 @@
 #include <system_error>
 
 #include "host/config/TomlSection.h"
-#include "host/log/Log.h"
 #include "host/management/SettingRules.h"
 #include "host/text-files/WholeFile.h"
 
@@ -134,11 +133,10 @@ void readDigits(TomlSection& section, Configuration::Digits& digits) {
 }
 
 void readLog(TomlSection& section, Configuration::Logging& log) {
-    section.read("level", log.level);
-    if (!Log::levelOf(log.level)) {
-        section.refuse("level", R"(must be one of "error", "warning", "info", "debug", "trace")");
-    }
+    section.readWord("level", log.level, {"error", "warning", "info", "debug", "trace"});
+    section.readWord("library-level", log.libraryLevel, {"error", "warning", "info", "debug", "trace"});
     section.read("file", log.file);
+    section.read("private", log.isPrivate);
     section.finish();
 }
 

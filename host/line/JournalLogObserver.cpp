@@ -1,5 +1,6 @@
 #include "host/line/JournalLogObserver.h"
 
+#include "host/log/PrivateText.h"
 #include "host/presentation/ChangeText.h"
 #include "platform/logging/Logging.h"
 
@@ -16,10 +17,12 @@ void JournalLogObserver::log(const Item& item, ActionType action) const {
     if (!m_subscribed || !(m_listener || loggingOnAppUni(kComponent, kInformation))) {
         return;
     }
-    const std::string sentence = describeChange(item, action);
-    logAppUni(kComponent, __FILE_NAME__, kInformation, __LINE__, "%s: %s", m_line.c_str(), sentence.c_str());
+    if (loggingOnAppUni(kComponent, kInformation)) {
+        logAppUni(kComponent, __FILE_NAME__, kInformation, __LINE__, "%s: %s", m_line.c_str(),
+                  describeChange(item, action, loggedParties()).c_str());
+    }
     if (m_listener) {
-        m_listener(sentence);
+        m_listener(describeChange(item, action));
     }
 }
 

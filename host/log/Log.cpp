@@ -1,11 +1,9 @@
 #include "host/log/Log.h"
 
-#include <array>
 #include <atomic>
 #include <cstdarg>
-#include <cstddef>
-#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <limits>
 #include <memory>
@@ -13,7 +11,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/log/LogText.h"
+#include "host/log/LogFormat.h"
 #include "host/log/LogWriter.h"
 #include "platform/logging/Logging.h"
 
@@ -31,7 +29,8 @@ constexpr int kInitialLevel = 5;
 
 constexpr std::chrono::milliseconds kLastFlush{1000};
 
-std::atomic<int> g_level{kInitialLevel};
+std::atomic<int> g_hostLevel{kInitialLevel};
+std::atomic<int> g_libraryLevel{kInitialLevel};
 
 /// The current writer. Thread-safe.
 class Output {
@@ -82,42 +81,19 @@ Output& output() {
     return *instance;
 }
 
-/// Appends the text that `std::vprintf` would print.
-__attribute__((format(printf, 2, 0))) void appendPrinted(std::string& line, const char* format,
-                                                         std::va_list arguments) {
-    // Most texts are shorter.
-    std::array<char, 512> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): it is written below.
-    std::va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
-    if (length < 0) {
-        appendLogText(line, format);
-    } else if (static_cast<std::size_t>(length) < buffer.size()) {
-        appendLogText(line, {buffer.data(), static_cast<std::size_t>(length)});
-    } else {
-        std::string text(static_cast<std::size_t>(length), '\0');
-        std::vsnprintf(text.data(), text.size() + 1, format, again);
-        appendLogText(line, text);
-    }
-    va_end(again);
+/// True for the components of the library, and of its helpers in the program.
+bool isOfLibrary(const char* component) noexcept {
+    constexpr std::string_view kLibrary = "Journal Service";
+    return component != nullptr && std::strncmp(component, kLibrary.data(), kLibrary.size()) == 0;
 }
 
-__attribute__((format(printf, 4, 0))) std::string lineOf(const char* component, const char* sourceFile,
-                                                         int number, const char* format,
-                                                         std::va_list arguments) {
-    constexpr std::size_t kUsualLength = 200;
-    std::string line;
-    line.reserve(kUsualLength);
-    line += '[';
-    appendLogText(line, component == nullptr ? "" : component);
-    line += "] ";
-    appendPrinted(line, format, arguments);
-    line += " (";
-    appendLogText(line, sourceFile == nullptr ? "" : sourceFile);
-    line += ':';
-    line += std::to_string(number);
-    line += ')';
-    return line;
+/// True for a line that may have names and numbers in any of its texts. Of the host, those are the messages
+/// of the switch and of a telephone; its other lines mask what they have to.
+bool hasParties(const char* component, int level) noexcept {
+    constexpr int kMessages = 6;
+    return isOfLibrary(component) ||
+           (level >= kMessages && component != nullptr &&
+            (std::strcmp(component, "CSTA Link") == 0 || std::strcmp(component, "SIP Gateway") == 0));
 }
 
 }  // namespace
@@ -131,13 +107,20 @@ std::optional<int> Log::levelOf(std::string_view word) noexcept {
     return std::nullopt;
 }
 
-void Log::configure(std::string_view levelWord, const std::string& file) {
-    const std::optional<int> level = levelOf(levelWord);
-    if (!level) {
+void Log::configure(const LogSettings& settings) {
+    const std::optional<int> level = levelOf(settings.level);
+    const std::optional<int> libraryLevel = levelOf(settings.libraryLevel);
+    if (!level || !libraryLevel) {
         throw std::runtime_error("the log level must be one of error, warning, info, debug, trace");
     }
-    output().redirect(std::make_shared<LogWriter>(file));
-    g_level = *level;
+    output().redirect(std::make_shared<LogWriter>(settings.file));
+    g_hostLevel = *level;
+    g_libraryLevel = *libraryLevel;
+    setLoggedParties(settings.parties);
+}
+
+void Log::configure(const std::string& levelWord, const std::string& file) {
+    configure({.level = levelWord, .libraryLevel = levelWord, .file = file, .parties = Parties::eShown});
 }
 
 bool Log::flush(std::chrono::milliseconds limit) noexcept {
@@ -150,8 +133,12 @@ std::uint64_t Log::droppedLines() noexcept {
 
 }  // namespace host
 
-__attribute__((visibility("default"))) bool loggingOnAppUni(const char* /*component*/, int level) noexcept {
-    return level <= host::g_level.load(std::memory_order_relaxed);
+__attribute__((visibility("default"))) bool loggingOnAppUni(const char* component, int level) noexcept {
+    const int hostLevel = host::g_hostLevel.load(std::memory_order_relaxed);
+    const int libraryLevel = host::g_libraryLevel.load(std::memory_order_relaxed);
+    return level <= hostLevel && level <= libraryLevel
+               ? true
+               : level <= (host::isOfLibrary(component) ? libraryLevel : hostLevel);
 }
 
 __attribute__((visibility("default"))) void logAppUni(const char* component, const char* sourceFile,
@@ -163,7 +150,11 @@ __attribute__((visibility("default"))) void logAppUni(const char* component, con
     va_start(arguments, format);
     // A failure to log must not disturb the caller; the text is lost.
     try {
-        host::output().add(level, host::lineOf(component, sourceFile, line, format, arguments));
+        const host::LogMessage message{component, sourceFile, level, line, format};
+        const bool isMasked =
+            host::loggedParties() == host::Parties::eMasked && host::hasParties(component, level);
+        host::output().add(
+            level, isMasked ? host::maskedLogLine(message, arguments) : host::logLine(message, arguments));
     } catch (...) {  // NOLINT(bugprone-empty-catch)
     }
     va_end(arguments);

@@ -6,7 +6,17 @@
 #include <string>
 #include <string_view>
 
+#include "host/log/PrivateText.h"
+
 namespace host {
+
+struct LogSettings {
+    /// The words that `Log::levelOf` accepts: for the host, and for the library that it loads.
+    std::string level = "info";
+    std::string libraryLevel = "warning";
+    std::string file;
+    Parties parties = Parties::eMasked;
+};
 
 /// The program's logger, which implements `logAppUni` and `loggingOnAppUni` for the host and every library
 /// that it loads. Before `configure` it writes the levels up to "info" to standard error.
@@ -35,11 +45,13 @@ public:
     ///     trace     all        levels above 6 too
     [[nodiscard]] static std::optional<int> levelOf(std::string_view word) noexcept;
 
-    /// Sets the level and the output. Appends to `file`, or writes to standard error if `file` is empty.
-    /// Creates a new file with mode 0600, since the log has names and numbers. Throws `std::runtime_error`
-    /// with a message for the user if the word is not valid or the file cannot be written; the configuration
-    /// is then unchanged.
-    static void configure(std::string_view levelWord, const std::string& file);
+    /// Sets the levels and the output. Appends to the file, or writes to standard error if its name is empty.
+    /// Opens the file anew also if it is the current one. Creates a new file with mode 0600, since the log
+    /// may have names and numbers. Throws `std::runtime_error` with a message for the user if a word is not
+    /// valid or the file cannot be written; the configuration is then unchanged.
+    static void configure(const LogSettings& settings);
+    /// One level for all components, and names and numbers as they are: for a program without a journal.
+    static void configure(const std::string& levelWord, const std::string& file);
 
     /// Waits until every line that was logged before is written, or for `limit`. Returns false if lines
     /// remain.

@@ -13,6 +13,7 @@
 
 #include "host/log/LogLines.h"
 #include "host/log/LogOutput.h"
+#include "host/systemd/JournalStream.h"
 
 namespace host {
 namespace {
@@ -23,6 +24,11 @@ constexpr std::size_t kBatch = 256;
 constexpr int kWarning = 3;
 
 std::atomic<std::uint64_t> g_droppedLines{0};
+
+std::string missingText(std::uint64_t lines) {
+    return "[Log] " + std::to_string(lines) +
+           " lines are missing here: they were not taken in time, or could not be written";
+}
 
 /// Starts a thread that takes no signals: the program's own threads decide about them.
 template <typename Work>
@@ -41,7 +47,9 @@ std::thread threadWithoutSignals(Work work) {
 /// The lines that wait, and the work of the thread that writes them.
 class LogWriter::Queue {
 public:
-    explicit Queue(const std::string& file) : m_output(file) { m_batch.reserve(kBatch); }
+    explicit Queue(const std::string& file) : m_output(file), m_isJournal(file.empty() && isJournalStream()) {
+        m_batch.reserve(kBatch);
+    }
 
     void add(int level, std::string text);
     [[nodiscard]] std::uint64_t added() const noexcept { return m_added; }
@@ -62,6 +70,7 @@ private:
     [[nodiscard]] bool takeBatch() noexcept;
     void compose();
     void write() noexcept;
+    void sendBatch() noexcept;
     void miss(std::uint64_t lines) noexcept;
     void countMissing(std::uint64_t lines) noexcept;
 
@@ -81,6 +90,7 @@ private:
 
     // Used by the thread only.
     LogOutput m_output;
+    const bool m_isJournal;
     std::vector<Line> m_batch;
     LogLines m_text;
     /// The sizes of the text up to the end of each line, and before the first one.
@@ -126,8 +136,12 @@ void LogWriter::Queue::countMissing(std::uint64_t lines) noexcept {
 void LogWriter::Queue::run() noexcept {
     while (takeBatch()) {
         try {
-            compose();
-            write();
+            if (m_isJournal) {
+                sendBatch();
+            } else {
+                compose();
+                write();
+            }
         } catch (const std::exception&) {  // no memory
             miss(m_batch.size());
         }
@@ -156,9 +170,7 @@ void LogWriter::Queue::compose() {
         m_text.addEnd();
     }
     if (m_missing > 0) {
-        m_text.add(m_batch.front().time, kWarning,
-                   "[Log] " + std::to_string(m_missing) +
-                       " lines are missing here: they were not taken in time, or could not be written");
+        m_text.add(m_batch.front().time, kWarning, missingText(m_missing));
     }
     m_report = m_text.text().size();
     for (const Line& line : m_batch) {
@@ -179,6 +191,20 @@ void LogWriter::Queue::write() noexcept {
     }
     m_handled += written;
     miss(m_batch.size() - written);
+}
+
+/// The journal of systemd takes each line by itself, with its time.
+void LogWriter::Queue::sendBatch() noexcept {
+    if (m_missing > 0 && sendToJournal(kWarning, missingText(m_missing))) {
+        m_missing = 0;
+    }
+    for (const Line& line : m_batch) {
+        if (sendToJournal(line.level, line.text)) {
+            ++m_handled;
+        } else {
+            miss(1);
+        }
+    }
 }
 
 void LogWriter::Queue::miss(std::uint64_t lines) noexcept {

@@ -23,11 +23,21 @@ std::string describeList(ListName list, int action) {
     }
 }
 
+std::string numberAs(const std::string& number, Parties parties) {
+    return parties == Parties::eMasked ? maskedNumber(number) : number;
+}
+
 template <typename Item>
-std::string partyOf(const Item& item) {
+std::string partyWith(const Item& item, const std::string& number, Parties parties) {
+    return parties == Parties::eMasked
+               ? partyText(maskedName(item.getFirstname() + item.getSurname()), "", maskedNumber(number))
+               : partyText(item.getFirstname(), item.getSurname(), number);
+}
+
+template <typename Item>
+std::string partyOf(const Item& item, Parties parties) {
     const auto& occurrences = occurrencesOf(item);
-    return partyText(item.getFirstname(), item.getSurname(),
-                     occurrences.empty() ? std::string() : occurrences.front().getNumber());
+    return partyWith(item, occurrences.empty() ? std::string() : occurrences.front().getNumber(), parties);
 }
 
 template <typename Item>
@@ -43,39 +53,39 @@ std::string numberText(int count) {
 
 }  // namespace
 
-std::string describeChange(const MissedCallItem& item, int action) {
+std::string describeChange(const MissedCallItem& item, int action, Parties parties) {
     if (!isCall(action)) {
         return describeList(ListName::eMissed, action);
     }
-    const std::string party = "missed call from " + partyOf(item);
+    const std::string party = "missed call from " + partyOf(item, parties);
     // A new call resets its item to unviewed; only viewing leaves it viewed.
     return item.getViewed() ? party + " was viewed" : party;
 }
 
-std::string describeChange(const DialledCallItem& item, int action) {
-    return isCall(action) ? "dialled " + partyOf(item) + lastingText(item)
+std::string describeChange(const DialledCallItem& item, int action, Parties parties) {
+    return isCall(action) ? "dialled " + partyOf(item, parties) + lastingText(item)
                           : describeList(ListName::eDialled, action);
 }
 
-std::string describeChange(const ReceivedCallItem& item, int action) {
-    return isCall(action) ? "received call from " + partyOf(item) + lastingText(item)
+std::string describeChange(const ReceivedCallItem& item, int action, Parties parties) {
+    return isCall(action) ? "received call from " + partyOf(item, parties) + lastingText(item)
                           : describeList(ListName::eReceived, action);
 }
 
-std::string describeChange(const ForwardedCallItem& item, int action) {
+std::string describeChange(const ForwardedCallItem& item, int action, Parties parties) {
     if (!isCall(action)) {
         return describeList(ListName::eForwarded, action);
     }
     const auto& occurrences = item.getForwardedCallInfoList();
     const std::string target =
         occurrences.empty() ? std::string() : occurrences.front().getForwardedToNumber();
-    return "forwarded call from " + partyOf(item) + (target.empty() ? std::string() : " to " + target);
+    return "forwarded call from " + partyOf(item, parties) +
+           (target.empty() ? std::string() : " to " + numberAs(target, parties));
 }
 
-std::string describeChange(const CallBackItem& item, int action) {
-    return isCall(action)
-               ? "callback for " + partyText(item.getFirstname(), item.getSurname(), item.getNumber())
-               : describeList(ListName::eCallbacks, action);
+std::string describeChange(const CallBackItem& item, int action, Parties parties) {
+    return isCall(action) ? "callback for " + partyWith(item, item.getNumber(), parties)
+                          : describeList(ListName::eCallbacks, action);
 }
 
 std::string describeMissedCount(int count) {

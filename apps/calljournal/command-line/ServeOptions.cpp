@@ -39,6 +39,13 @@ void check(const host::Configuration::Keys& keys) {
 
 }  // namespace
 
+void configureLog(const host::Configuration::Logging& log) {
+    host::Log::configure({.level = log.level,
+                          .libraryLevel = log.libraryLevel,
+                          .file = log.file,
+                          .parties = log.isPrivate ? host::Parties::eShown : host::Parties::eMasked});
+}
+
 void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
     app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
     addListenOption(app, "--listen", m_listen,
@@ -55,6 +62,14 @@ void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
 
 host::Configuration ServeOptions::configure(const std::string& logLevel,
                                             host::Configuration configuration) const {
+    configuration = load(logLevel, std::move(configuration));
+    configureLog(configuration.log);
+    check(configuration.management);
+    check(configuration.managementOverrides);
+    return configuration;
+}
+
+host::Configuration ServeOptions::load(const std::string& logLevel, host::Configuration configuration) const {
     configuration.log.level = logLevel;
     if (!m_file.empty()) {
         configuration = host::loadConfiguration(m_file, std::move(configuration));
@@ -70,9 +85,6 @@ host::Configuration ServeOptions::configure(const std::string& logLevel,
     for (const std::string& each : m_keys) {
         configuration.set(each);
     }
-    host::Log::configure(configuration.log.level, configuration.log.file);
-    check(configuration.management);
-    check(configuration.managementOverrides);
     return configuration;
 }
 

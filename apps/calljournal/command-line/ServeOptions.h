@@ -11,6 +11,9 @@ class App;
 
 namespace calljournal {
 
+/// Configures the log of the program. Throws `std::runtime_error` if the file cannot be written.
+void configureLog(const host::Configuration::Logging& log);
+
 /// The options of `serve` and `demo`, and the configuration that they result in. `--listen`, `--switch` and
 /// `--set` override the file.
 class ServeOptions {
@@ -22,6 +25,10 @@ public:
     /// `logLevel` applies if there is no file. Throws `ConfigurationError`.
     [[nodiscard]] host::Configuration configure(const std::string& logLevel = "info",
                                                 host::Configuration configuration = {}) const;
+
+    /// The same without the log's configuration: reads the file again.
+    [[nodiscard]] host::Configuration load(const std::string& logLevel,
+                                           host::Configuration configuration) const;
 
 private:
     std::string m_file;

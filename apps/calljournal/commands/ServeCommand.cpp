@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -8,11 +9,15 @@
 #include "apps/calljournal/command-line/ServeOptions.h"
 #include "apps/calljournal/command-line/SipOptions.h"
 #include "apps/calljournal/server/JournalServer.h"
+#include "apps/calljournal/server/ServiceLoop.h"
 #include "apps/calljournal/server/StopSignal.h"
+#include "host/config/ConfigurationChanges.h"
 #include "host/config/ConfigurationError.h"
 #include "host/config/Endpoint.h"
 #include "host/presentation/PlainText.h"
 #include "host/sip/SipGateway.h"
+#include "host/systemd/ServiceManager.h"
+#include "platform/logging/Logging.h"
 #include "platform/texts/SoftwareTypes.h"
 
 namespace calljournal {
@@ -29,7 +34,8 @@ public:
 
     int run(const CommonOptions& common) override {
         const StopSignal stop;
-        host::Configuration configuration = m_options.configure("info", defaults());
+        host::Configuration configuration = m_options.configure(kLogLevel, defaults());
+        const host::Configuration loaded = configuration;
         const auto directory = common.dataDirectory();
         const auto socket = JournalServer::claim(directory);
         const std::unique_ptr<host::SipGateway> gateway = startGatewayFor(configuration, common);
@@ -42,7 +48,9 @@ public:
                   << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()
                   << "; socket " << host::printable(socket->path().string()) << "; page and API "
                   << server.httpAddress().text() << std::endl;
-        static_cast<void>(stop.wait());
+        host::ServiceManager::ready("serves line " + configuration.lines.front().device);
+        runService(
+            stop, [this, &loaded] { reload(loaded); }, [&server] { server.reportAlive(); });
         std::cout << "calljournal ends" << std::endl;
         if (gateway) {
             // First, so that the journal files the calls that this ends.
@@ -52,6 +60,24 @@ public:
     }
 
 private:
+    static constexpr const char* kLogLevel = "info";
+
+    /// Reads the configuration again. `running` is that of the start.
+    void reload(const host::Configuration& running) const {
+        try {
+            const host::Configuration next = m_options.load(kLogLevel, defaults());
+            configureLog(next.log);
+            logAppUni("Configuration", __FILE_NAME__, 4, __LINE__, "the configuration is read again");
+            for (const std::string& key : host::changesThatNeedRestart(running, next)) {
+                logAppUni("Configuration", __FILE_NAME__, 3, __LINE__,
+                          "the new value of %s has its effect at the next start", key.c_str());
+            }
+        } catch (const std::exception& error) {
+            logAppUni("Configuration", __FILE_NAME__, 2, __LINE__,
+                      "the configuration stays as it was, since it cannot be read again: %s", error.what());
+        }
+    }
+
     [[nodiscard]] static host::TelephoneState telephoneOf(const host::SipGateway& gateway) {
         const host::PhoneState state = gateway.phoneState();
         return {.isReady = state.kind == host::PhoneState::Kind::eReady,

@@ -15,6 +15,7 @@
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/HostFrameworkContext.h"
 #include "host/framework/LibraryLoader.h"
+#include "host/framework/Strand.h"
 #include "host/framework/WorkerPool.h"
 #include "host/http/ApiToken.h"
 #include "host/http/HttpApi.h"
@@ -27,6 +28,7 @@
 #include "host/remote/SocketAddress.h"
 #include "host/services/HardwareVariant.h"
 #include "host/stored-lists/HistoryMaintenance.h"
+#include "host/systemd/ServiceManager.h"
 #include "journalservice/JournalServiceIfc.h"
 #include "platform/logging/Logging.h"
 #include "platform/texts/SoftwareTypes.h"
@@ -160,6 +162,10 @@ public:
 
     void setTelephone(std::function<host::TelephoneState()> telephone) { m_telephone = std::move(telephone); }
 
+    void reportAlive() {
+        m_alive.post([] { host::ServiceManager::alive(); });
+    }
+
     [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
 
     /// Stops once; returns the number of changes that are not stored.
@@ -220,6 +226,7 @@ private:
     host::Database m_database;
     host::WorkerPool m_pool;
     host::AsioTimerSource m_timerSource{m_pool};
+    host::Strand m_alive{m_pool};
     host::LibraryLoader m_library;
     host::HostFrameworkContext m_framework;
     host::Line m_line;
@@ -300,6 +307,10 @@ JournalServer::HttpAddress JournalServer::httpAddress() const {
 
 void JournalServer::start() {
     m_impl->start();
+}
+
+void JournalServer::reportAlive() {
+    m_impl->reportAlive();
 }
 
 std::size_t JournalServer::stop() {

@@ -59,6 +59,10 @@ public:
         [[nodiscard]] std::string signInText() const;
     };
     [[nodiscard]] HttpAddress httpAddress() const;
+    /// Reports to the service manager that the service works, from one of the threads that do the work of the
+    /// line.
+    void reportAlive();
+
     /// Stops the components in reverse order; afterwards no thread of the server runs. Every change that a
     /// client was notified of is then stored, except for those whose number it returns: the database has
     /// refused them, the last five seconds too. Idempotent.

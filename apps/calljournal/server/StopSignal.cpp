@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -14,7 +15,7 @@ namespace {
 sigset_t stopSignals() noexcept {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGHUP);  // a terminal that is closed
+    sigaddset(&signals, SIGHUP);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
     return signals;
@@ -35,6 +36,18 @@ bool StopSignal::wait(int other) const {
     std::array<pollfd, 2> waits{{{m_descriptor.get(), POLLIN, 0}, {other, POLLIN, 0}}};
     while (::poll(waits.data(), waits.size(), -1) < 0 && errno == EINTR) {}
     return waits[0].revents != 0;
+}
+
+std::optional<int> StopSignal::next(std::optional<std::chrono::milliseconds> limit) const {
+    pollfd wait{m_descriptor.get(), POLLIN, 0};
+    const int milliseconds = limit ? static_cast<int>(limit->count()) : -1;
+    int ready = 0;
+    while ((ready = ::poll(&wait, 1, milliseconds)) < 0 && errno == EINTR) {}
+    signalfd_siginfo signal{};
+    if (ready <= 0 || ::read(m_descriptor.get(), &signal, sizeof signal) != sizeof signal) {
+        return std::nullopt;
+    }
+    return static_cast<int>(signal.ssi_signo);
 }
 
 bool StopSignal::hasCome() const {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
+
 #include "host/framework/FileDescriptor.h"
 
 namespace calljournal {
@@ -22,6 +25,9 @@ public:
     /// Waits for a signal or until `other` is readable or at its end; false for the latter. -1: no other
     /// descriptor.
     [[nodiscard]] bool wait(int other = -1) const;
+
+    /// Waits for a signal, takes it and returns its number; std::nullopt after `limit`.
+    [[nodiscard]] std::optional<int> next(std::optional<std::chrono::milliseconds> limit) const;
 
     /// True if a signal has come.
     [[nodiscard]] bool hasCome() const;

@@ -113,7 +113,15 @@ class ProgramTest(unittest.TestCase):
 
     def serve(self, switch, *arguments, config=None):
         """A server that is ready for clients; `switch` is HOST:PORT. `server.http` is the HOST:PORT of its HTTP API, with `server.token`."""
-        given = ["--config", self.file("calljournal.toml", config)] if config else []
+        # Tests wait for what the library logs, and for names and numbers.
+        shown = '\n[log]\nlibrary-level = "info"\nprivate = true\n'
+        if config:
+            given = ["--config", self.file("calljournal.toml", config + ("" if "[log]" in config else shown))]
+        else:
+            with tempfile.NamedTemporaryFile("w", suffix=".toml", delete=False) as file:  # DATA may not exist yet
+                file.write(shown)
+            self.addCleanup(os.remove, file.name)
+            given = [] if "--config" in arguments else ["--config", file.name]
         server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *given, *arguments)
         server.http = server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch) +
                                     ".* page and API http://([^/]+)/").group(1)

@@ -45,7 +45,7 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
         data = { store = "sqlite" }
         management = { "software-type" = "Norlith SIP", anything-else = "x = y" }
         digits = { region = "GB", feature-access-codes = ["*61", "#72"], outside-line = "0", dial = "international" }
-        log = { level = "debug", file = "/var/log/calljournal.log" }
+        log = { level = "debug", library-level = "info", file = "/var/log/calljournal.log", private = true }
         [switch]
         host = "pbx.example.org"
         port = 1040
@@ -72,7 +72,7 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
                            {"software-type", "Norlith SIP"},
                            {"system-identifier", "0"}};
     expected.digits = {"GB", {"*61", "#72"}, "0", true};
-    expected.log = {"debug", "/var/log/calljournal.log"};
+    expected.log = {"debug", "info", "/var/log/calljournal.log", true};
     EXPECT_EQ(read, expected);
 }
 

@@ -108,6 +108,19 @@ TEST_F(LogToFile, WritesTheLevelsOfTheWordAndFormatsNoOther) {
     }
 }
 
+TEST_F(LogToFile, HasALevelForTheLibraryAndMasksThePartiesInItsLines) {
+    Log::configure({.level = "info", .libraryLevel = "debug", .file = file()});
+    EXPECT_FALSE(loggingOnAppUni("any", 6));
+    const std::string name = "Ann M\u00fcller";
+    const std::string number = "+49891234567";
+    logAppUni("Journal Service Events", "f", 6, 1, "%s: {%s} %zu%% %02d of %s, line %s", "name",
+              number.c_str(), std::size_t{70000}, 7, name.c_str(), "2001");
+    logAppUni("Journal Service", "f", 3, 2, "refused %s: %s", number.c_str(), name.c_str());
+    logAppUni("Journal", "f", 4, 3, "%s", number.c_str());
+    EXPECT_THAT(lines(), ElementsAre(HasSubstr("name: {+**67} 70000% 07 of *** ***, line 2001 (f:1)"),
+                                     HasSubstr("refused +**67: " + name), HasSubstr(number)));
+}
+
 TEST_F(LogToFile, AppendsToAFileAndCreatesItWithMode0600) {
     logAppUni("any", "f", 5, 1, "first");
     configure("info");
