@@ -50,6 +50,7 @@ const views = {
     jump: { address: `#/calls?at=${new Date(Date.now() - 9 * 86_400_000).toISOString().slice(0, 10)}` },
     selection: { address: "#/calls", act: async (page) => { await at(page, "select").click(); await page.getByRole("checkbox").nth(1).click(); await page.getByRole("checkbox").nth(2).click(); } },
     undo: { address: "#/calls", act: async (page) => { await row(page, "Team line").locator("[data-control=open]").focus(); await page.keyboard.press("Delete"); await at(page, "undo").waitFor(); await at(page, "undo").hover(); }, after: (page) => at(page, "undo").click() },
+    request: { address: "#/calls?list=requests&person=4713", ready: (page) => at(page, "person-request").waitFor() },
     requests: { address: "#/calls?list=requests", ready: (page) => at(page, "request").first().waitFor() },
     "nothing-found": { address: "#/calls?search=qqq", ready: (page) => at(page, "empty").waitFor() },
     person: { address: "#/calls?person=TOP", ready: (page) => at(page, "note").waitFor() },
@@ -60,8 +61,11 @@ const views = {
     contact: { address: "#/calls?person=4711", ready: (page) => at(page, "note").waitFor(), act: (page) => at(page, "add-contact").click() },
     contacts: { address: "#/contacts", ready: (page) => at(page, "contact").first().waitFor() },
     statistics: { address: "#/statistics", ready: (page) => page.locator(".u-legend").first().waitFor(), whole: true },
+    "table-opened": { address: "#/statistics", ready: (page) => page.locator(".u-legend").first().waitFor(), act: (page) => page.locator(".card-table summary").first().click(), whole: true },
     settings: { address: "#/settings", ready: (page) => at(page, "missed-logging").waitFor(), whole: true },
     advanced: { address: "#/settings", act: async (page) => { await page.locator("[data-test=advanced] summary").click(); await page.locator(".phone-setting").first().waitFor(); }, whole: true },
+    "keyboard-shortcuts": { address: "#/settings", ready: (page) => at(page, "missed-logging").waitFor(), act: (page) => at(page, "keys").locator("summary").click(), whole: true },
+    "journal-off": { address: "#/settings", ready: (page) => at(page, "missed-logging").waitFor(), act: (page) => at(page, "call-log-enabled").click() },
     "sign-in": { address: "#/calls", isOut: true, ready: (page) => at(page, "sign-in").waitFor() },
 };
 
@@ -71,14 +75,17 @@ async function showWhole(page, { width, height }) {
     await page.setViewportSize({ width, height: Math.max(height, needed + 70) });
 }
 
-async function shoot(stage, top, width, theme, language) {
+/** Every picture begins with the same calls that are new, and at the same time. */
+async function shoot(stage, { top, unseen, now }, width, theme, language) {
     const viewport = { width, height: width < 600 ? 844 : 900 };
     const page = await stage.opens({ viewport, colorScheme: theme, locale: language === "de" ? "de-DE" : "en-GB", timezoneId: "Europe/Berlin" });
+    await page.clock.setFixedTime(now);
     for (const [name, { address, ready, act, after, whole, isOut }] of Object.entries(views)) {
         const file = `${name}-${width}-${theme}-${language}.png`;
         if (!words.every((word) => file.includes(word))) {
             continue;
         }
+        await stage.request("POST", "lists/missed/unviewed", { entryIds: unseen });
         if (isOut) {
             await page.context().clearCookies();
         }
@@ -102,7 +109,7 @@ const cleanups = [];
 const stage = new Stage({ after: (does) => cleanups.push(does) });
 try {
     fs.mkdirSync(directory, { recursive: true });
-    execFileSync(path.join(root, "tools/make-history"), [stage.data, "--calls", "900", "--parties", "60", "--days", "90", "--until", new Date(Date.now() - 7_200_000).toISOString().slice(0, 19)]);
+    execFileSync(path.join(root, "tools/make-history"), [stage.data, "--calls", "900", "--parties", "60", "--days", "90", "--single-names", "--until", new Date(Date.now() - 7_200_000).toISOString().slice(0, 19)]);
     await stage.plays(scenario);
     await stage.serves();
     for (const contact of contacts) {
@@ -115,10 +122,12 @@ try {
     await stage.api("PUT", `parties/${encodeURIComponent(top.key)}`, { note: "Sends the plans on Thursday. Ask for the second key." });
     await stage.api("PUT", "parties/4711", { note: "Calls about the roof. Prefers the mobile after 16:00." });
     await stage.until(async () => (await stage.api("GET", "live-calls")).calls.some(({ displayName }) => displayName.startsWith("José")));
+    const unseen = (await stage.api("GET", "lists/missed?limit=1000")).items.filter(({ viewed }) => !viewed).map(({ uniqueId }) => uniqueId);
+    const now = Date.now();
     for (const width of [390, 1440]) {
         for (const theme of ["light", "dark"]) {
             for (const language of ["en", "de"]) {
-                await shoot(stage, top, width, theme, language);
+                await shoot(stage, { top, unseen, now }, width, theme, language);
             }
         }
     }

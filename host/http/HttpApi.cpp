@@ -43,7 +43,7 @@ public:
           m_lists(m_backend.storedLists, m_backend.storedEntries),
           m_import(m_backend.storedEntries),
           m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
-          m_contacts(m_backend.phonebook),
+          m_contacts(m_backend.phonebook, m_backend.numbers),
           m_times({m_backend.line, m_backend.database}),
           m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
                     m_backend.database}),

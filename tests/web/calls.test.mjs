@@ -20,19 +20,21 @@ test("all calls are in one order of time; calls that follow each other are one r
     await at(page, "empty").getByText("No calls yet").waitFor();
     await page.evaluate(() => (window.sameDocument = true));
     await setShown(page, false);
-    await stage.plays(calls);
+    await stage.plays(`call team from 4730 "Team" ; ring team ; elsewhere team ; wait 1100ms\n${calls}`);
     await row(page, "Ann Müller").filter({ hasText: ", 2 calls" }).waitFor();
-    assert.deepEqual(await names(page), ["Ann Müller", evil, "Bob", "Zoë"]);
+    assert.deepEqual(await names(page), ["Ann Müller", evil, "Bob", "Zoë", "Team"]);
     assert.equal(await page.locator("img").count(), 0);
-    for (const [name, words] of [["Ann", /, new.*Missed · 4711/s], [evil, /Missed · 4713/], ["Bob", /Dialled, no answer · 4714/], ["Zoë", /Received · 4712.*, \d\ss/s]]) {
+    for (const [name, words] of [["Ann", /, new.*Missed · 4711/s], [evil, /Missed · 4713/], ["Bob", /Dialled, no answer · 4714/], ["Zoë", /4712.*, \d\ss/s]]) {
         assert.match(await onRow(page, name).textContent(), words);
     }
     await page.getByRole("heading", { name: "Today" }).waitFor();
+    // A call that another telephone took is not new; the badge counts the dots.
     await at(page, "unseen").filter({ hasText: "2" }).waitFor();
+    assert.equal(await page.locator(".row-new").count(), 2);
 
     // Neither a hidden window nor one without the focus marks calls as seen.
     await page.waitForTimeout(3500);
-    assert.equal((await stage.api("GET", "lists/missed")).unviewed, 2);
+    assert.equal((await stage.api("GET", "lists/missed")).unviewed, 3);
     await setShown(page, true);
     await stage.missedAre(({ unviewed }) => unviewed === 0);
 

@@ -108,6 +108,10 @@ test("settings follow other clients and are changed once; the language is kept; 
     await at(page, "phone-server-based-features").fill("true");
     await at(page, "phone-server-based-features").press("Enter");
     await stage.until(async () => (await stage.api("GET", "management/server-based-features")).value === "true");
+    await at(page, "call-log-enabled").click();
+    await at(page, "dialog").getByText("This cannot be undone").waitFor();
+    await page.keyboard.press("Escape");
+    assert.equal((await stage.api("GET", "settings"))["call-log-enabled"], "true");
     await at(page, "language").selectOption("de");
     await page.reload();
     await page.getByRole("heading", { name: "Einstellungen" }).waitFor();
@@ -119,13 +123,13 @@ test("settings follow other clients and are changed once; the language is kept; 
     for (const token of ["wrong", stage.token]) {
         await page.locator("[type=password]:focus").fill(token);
         await page.keyboard.press("Enter");
-        await (token === "wrong" ? page.getByText("Das ist nicht das Token") : at(page, "view-settings")).waitFor();
+        await (token === "wrong" ? page.getByText("Das ist nicht der Zugangsschlüssel") : at(page, "view-settings")).waitFor();
     }
     await at(page, "list-all").click();
     await row(page, "Eve").waitFor();
     await page.context().clearCookies();
     await page.goto(`${stage.url}?token=wrong`);
-    await page.getByText("Das ist nicht das Token").waitFor();
+    await page.getByText("Das ist nicht der Zugangsschlüssel").waitFor();
     assert.equal(new URL(page.url()).search, "");
 });
 

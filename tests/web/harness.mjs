@@ -93,9 +93,13 @@ export class Stage {
         return page;
     }
 
-    async api(method, target, body) {
+    request(method, target, body) {
         const headers = { Authorization: `Bearer ${this.token}` };
-        return (await fetch(`${this.url}api/v1/${target}`, { method, headers, body: body && JSON.stringify(body) })).json();
+        return fetch(`${this.url}api/v1/${target}`, { method, headers, body: body && JSON.stringify(body) });
+    }
+
+    async api(method, target, body) {
+        return (await this.request(method, target, body)).json();
     }
 
     /** Asks again and again until the predicate holds. */

@@ -47,7 +47,7 @@ test("every view fits its window and can be used by everybody, in both widths, t
             await page.goto("about:blank");
             await page.goto(`${stage.url}${address}`);
             await act(page);
-            await at(page, "live-call").waitFor();
+            await at(page, "live-call").last().waitFor();
             await isAccessible(page, `${name}, ${shape}`);
         }
         await page?.close?.();

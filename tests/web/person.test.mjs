@@ -19,8 +19,8 @@ test("a person has totals, every call in words, a note that stays, numbers to co
     const [stage, page] = await showJournal(context, calls, { ...wide, permissions: ["clipboard-read", "clipboard-write"] });
     await row(page, "Number withheld").waitFor();
     await openRow(page, "Ann");
-    await at(page, "summary").getByText(/^3 calls, .*, since \d/).waitFor();
-    assert.deepEqual(await page.locator(".history-outcome").evaluateAll((all) => all.map((each) => each.innerText.split(" ")[0])), ["Missed", "Missed", "Received"]);
+    await at(page, "summary").getByText(/^3 calls · .* talked · first on \d/).waitFor();
+    assert.deepEqual(await page.locator(".history-outcome").evaluateAll((all) => all.map((each) => each.innerText.split(" ")[0])), ["Missed", "Missed", "Answered"]);
     await at(page, "became").getByText(/Talked .*Transferred$/).waitFor();
     await at(page, "copy").first().click();
     await page.waitForFunction(async () => (await navigator.clipboard.readText()) === "4711");
@@ -44,7 +44,7 @@ test("a person has totals, every call in words, a note that stays, numbers to co
     await page.keyboard.press("Enter");
     await dialog.waitFor({ state: "detached" });
     await row(page, "Ann Becker").first().waitFor();
-    await at(page, "add-contact").getByText("Change contact").waitFor();
+    await at(page, "add-contact").getByText("Edit contact").waitFor();
     await at(page, "person").getByText("Mobile", { exact: true }).waitFor();
     assert.deepEqual(stage.browserErrors, []);
 });
@@ -82,7 +82,7 @@ test("an entry that is marked as new stays so until the user marks it as seen; a
     await at(page, "mark-seen").click();
     await stage.missedAre(({ unviewed }) => unviewed === 0);
     await at(page, "erase").click();
-    await at(page, "dialog").getByText("All 3 calls with this number").waitFor();
+    await at(page, "dialog").getByText("Delete all 3 calls with Ann Müller?").waitFor();
     await at(page, "confirm").click();
     await row(page, "Ann").first().waitFor({ state: "detached" });
     assert.equal((await stage.api("GET", "parties/4711")).calls, 0);
@@ -90,6 +90,7 @@ test("an entry that is marked as new stays so until the user marks it as seen; a
     // A caller without a number has a page of their calls, too.
     await openRow(page, "Number withheld");
     await at(page, "delete-these").click();
+    await at(page, "confirm").click();
     await row(page, "Number withheld").waitFor({ state: "detached" });
     await at(page, "undo").click();
     await row(page, "Number withheld").waitFor();

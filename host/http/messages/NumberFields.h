@@ -2,10 +2,13 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "host/digits/NumberTexts.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/HttpRequest.h"
+#include "host/presentation/ItemJson.h"
+#include "journal-items/Contact.h"
 
 namespace host {
 
@@ -28,6 +31,17 @@ inline void addNumberFields(nlohmann::ordered_json& json, NumberTexts& texts, co
     json["numberText"] = texts.text(number);
     const auto place = texts.place(number, language);
     json["place"] = place ? nlohmann::ordered_json(*place) : nlohmann::ordered_json();
+}
+
+/// `itemJson` with "numberTexts": its numbers as people write them. Thread-safe.
+[[nodiscard]] inline nlohmann::ordered_json contactJson(const Contact& contact, NumberTexts& texts) {
+    nlohmann::ordered_json json = itemJson(contact);
+    nlohmann::ordered_json numbers;
+    for (const char* name : {"office", "mobile", "private", "office2"}) {
+        numbers[name] = texts.text(json[name].get<std::string>());
+    }
+    json["numberTexts"] = std::move(numbers);
+    return json;
 }
 
 }  // namespace host

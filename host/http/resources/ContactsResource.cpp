@@ -15,10 +15,10 @@
 #include "host/directory/Phonebook.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/messages/JsonBody.h"
+#include "host/http/messages/NumberFields.h"
 #include "host/http/messages/PageOfItems.h"
 #include "host/http/messages/Router.h"
 #include "host/presentation/ContactFields.h"
-#include "host/presentation/ItemJson.h"
 #include "host/text-files/FileText.h"
 
 namespace host {
@@ -34,14 +34,14 @@ HttpError databaseFailed() {
     return {503, "database", "the database does not respond; see the log"};
 }
 
-/// Sets the fields of the contact that are in the body. Ignores "id", so that a contact that was read can be
-/// sent back.
+/// Sets the fields of the contact that are in the body. Ignores "id" and "numberTexts", so that a contact
+/// that was read can be sent back.
 void applyFields(const Json& body, Contact& contact) {
     for (const auto& [name, value] : body.items()) {
         const auto& fields = contactFields();
         const auto field = std::find_if(fields.begin(), fields.end(),
                                         [&name = name](const auto& each) { return name == each.name; });
-        if (name == "id") {
+        if (name == "id" || name == "numberTexts") {
             continue;
         }
         if (field == fields.end()) {
@@ -154,7 +154,7 @@ HttpResponse ContactsResource::list(const HttpRequest& request) const {
     }
     Json contacts = Json::array();
     for (const Contact& each : found->contacts) {
-        contacts.push_back(itemJson(each));
+        contacts.push_back(contactJson(each, m_numbers));
     }
     return jsonResponse({{"total", found->total}, {"contacts", std::move(contacts)}});
 }
@@ -164,13 +164,13 @@ HttpResponse ContactsResource::findByNumber(const std::string& number) const {
     contact.setSearchNumber(number);
     Json contacts = Json::array();
     if (storedOr503(m_phonebook.lookUp(contact))) {
-        contacts.push_back(itemJson(contact));
+        contacts.push_back(contactJson(contact, m_numbers));
     }
     return jsonResponse({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
 }
 
 HttpResponse ContactsResource::contact(const HttpRequest& request) const {
-    return jsonResponse(itemJson(requestedContact(request)));
+    return jsonResponse(contactJson(requestedContact(request), m_numbers));
 }
 
 HttpResponse ContactsResource::add(const HttpRequest& request) {
@@ -182,7 +182,7 @@ HttpResponse ContactsResource::add(const HttpRequest& request) {
         throw databaseFailed();
     }
     contact.setUniqueId(*id);
-    HttpResponse response = jsonResponse(itemJson(contact), 201);
+    HttpResponse response = jsonResponse(contactJson(contact, m_numbers), 201);
     response.headers.emplace_back("Location", "/api/v1/contacts/" + *id);
     return response;
 }
@@ -194,7 +194,7 @@ HttpResponse ContactsResource::change(const HttpRequest& request) {
         static_cast<void>(requestedContact(request));  // 404 if another client deleted it meanwhile
         throw databaseFailed();
     }
-    return jsonResponse(itemJson(contact));
+    return jsonResponse(contactJson(contact, m_numbers));
 }
 
 HttpResponse ContactsResource::remove(const HttpRequest& request) {

@@ -8,14 +8,16 @@
 
 namespace host {
 
+class NumberTexts;
 class Phonebook;
 class Router;
 
 /// The phonebook of the line: search, single contacts, import. Thread-safe.
 class ContactsResource {
 public:
-    /// Both are borrowed and outlive the resource. The phonebook is stored in `database`.
-    explicit ContactsResource(Phonebook& phonebook) : m_phonebook(phonebook) {}
+    /// Both are borrowed and outlive the resource.
+    ContactsResource(Phonebook& phonebook, NumberTexts& numbers)
+        : m_phonebook(phonebook), m_numbers(numbers) {}
 
     void addRoutes(Router& router);
 
@@ -39,6 +41,7 @@ private:
     [[nodiscard]] Contact requestedContact(const HttpRequest& request) const;
 
     Phonebook& m_phonebook;
+    NumberTexts& m_numbers;
 };
 
 }  // namespace host

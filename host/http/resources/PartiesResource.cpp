@@ -9,7 +9,6 @@
 #include "host/http/messages/NumberFields.h"
 #include "host/http/messages/Router.h"
 #include "host/limits/TextLimits.h"
-#include "host/presentation/ItemJson.h"
 
 namespace host {
 
@@ -43,7 +42,7 @@ HttpResponse PartiesResource::party(const HttpRequest& request) const {
     Json json{{"number", party.number}};
     addNumberFields(json, m_numbers, party.number, language);
     json.update({{"displayName", party.displayName},
-                 {"contact", hasContact ? itemJson(contact) : Json()},
+                 {"contact", hasContact ? contactJson(contact, m_numbers) : Json()},
                  {"calls", party.calls},
                  {"totals",
                   {{"calls", party.calls},

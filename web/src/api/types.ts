@@ -122,7 +122,8 @@ export const numberFields = ["office", "mobile", "private", "office2"] as const;
 export const contactFields = ["firstName", "surname", "company", ...numberFields, "email"] as const;
 export type ContactField = (typeof contactFields)[number];
 export type ContactValues = Record<ContactField, string>;
-export type Contact = ContactValues & { id: string; picture?: string };
+/** `numberTexts` are the numbers as people write them. */
+export type Contact = ContactValues & { id: string; picture?: string; numberTexts: Record<(typeof numberFields)[number], string> };
 
 /** The result of an import. `read` minus the other counts were skipped; the notes may be cut off. */
 export interface ImportResponse {
@@ -141,6 +142,8 @@ export interface Entry {
     number: string;
     numberText: string;
     viewed?: boolean;
+    /** The newest call first. */
+    occurrences?: readonly { completedElsewhere?: boolean }[];
 }
 
 export interface Change {

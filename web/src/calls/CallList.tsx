@@ -84,7 +84,7 @@ export function CallList() {
     const known = active.key ? shown.findIndex(({ key }) => key === active.key) : -1;
     const near = known >= 0 ? known : Math.min(active.index, shown.length - 1);
     const index = nearestGroup(shown, near);
-    const virtualizer = useVirtual(box, shown, index);
+    const virtualizer = useVirtual(box, shown, index, mainFeed.hasNewer.value);
     const items = virtualizer.getVirtualItems();
     const { startIndex = 0, endIndex = 0 } = virtualizer.range ?? {};
     useReadMore(endIndex, shown.length, startIndex);
@@ -134,13 +134,7 @@ export function CallList() {
             case "day":
                 return <h2 class="day">{dayTitle(row.day)}</h2>;
             case "single":
-                return <SingleRow call={row.call} />;
-            case "newer":
-                return (
-                    <button type="button" class="more-button" data-test="newer" onClick={() => void mainFeed.readNewer()}>
-                        {t().find.newer}
-                    </button>
-                );
+                return <SingleRow call={row.call} group={row.group} />;
             case "older":
                 return <p class="more">{t().reading}</p>;
             default:

@@ -2,10 +2,11 @@ import { CallButton } from "../dial/CallButton";
 import { Avatar } from "../frame/Avatar";
 import { Icon } from "../frame/Icon";
 import { calledBackAt } from "../state/dealtWith";
-import { isNew } from "../state/seen";
+import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { nameOf, numberOf, titleOf } from "../text/people";
 import { briefDuration, clockTime, durationText, fullTime } from "../text/times";
+import { outcomeText } from "./outcome";
 import type { Group } from "./rows";
 import { isSelected, isSelecting, select, setExpanded } from "./shown";
 
@@ -22,16 +23,23 @@ function Facts({ group }: { group: Group }) {
     const dealt = calledBackAt(call);
     return (
         <span class="row-facts">
-            <Icon name={group.outcome === "dialled" ? "outgoing" : group.outcome === "received" ? "incoming" : group.outcome} class={`outcome-${group.outcome}`} />
+            <Icon name={group.outcome === "dialled" ? "outgoing" : group.outcome === "received" ? "incoming" : group.outcome} class={`outcome-${dealt ? "dealt" : group.outcome}`} />
             <span class="row-words">
-                {[t().outcomes[group.outcome], nameOf(call) && numberOf(call), call.place].filter(Boolean).join(" · ")}
-            </span>
-            {dealt && (
-                <span class="dealt" data-test="dealt-with">
-                    <Icon name="check" />
-                    {t().outcomes.dealtWith}
+                <span class="row-lead">
+                    <span class="row-outcome">
+                        {dealt ? (
+                            <>
+                                <span class="roomy">{outcomeText(call)} · </span>
+                                <span data-test="dealt-with">{t().outcomes.dealtWith}</span>
+                            </>
+                        ) : (
+                            outcomeText(call)
+                        )}
+                    </span>
+                    {nameOf(call) && numberOf(call) && <span class="row-number">{` · ${numberOf(call)}`}</span>}
                 </span>
-            )}
+                {call.place && <span class="row-place">{` · ${call.place}`}</span>}
+            </span>
         </span>
     );
 }
@@ -62,11 +70,12 @@ export function CallRow({ group, isActive, isOpen, onOpen }: Props) {
     const [call] = group.calls;
     const who = titleOf(call);
     const stop = isActive ? 0 : -1;
-    const isUnseen = group.calls.some(isNew);
+    const isUnseen = group.calls.some(({ id }) => unseen.value.has(id));
+    const isDealt = calledBackAt(call) !== undefined;
     const talk = group.calls.reduce((sum, each) => sum + each.duration, 0);
     const chosen = isSelecting.value && isSelected(group);
     return (
-        <div class={`row${isUnseen ? " row-new" : ""}${isOpen ? " row-open" : ""}${chosen ? " row-selected" : ""} row-${group.outcome}`} data-test="row">
+        <div class={`row${isUnseen ? " row-new" : ""}${isOpen ? " row-open" : ""}${chosen ? " row-selected" : ""} row-${isDealt ? "dealt" : group.outcome}`} data-test="row">
             {isSelecting.value ? (
                 <label class="row-box">
                     <input

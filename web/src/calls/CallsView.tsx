@@ -1,15 +1,17 @@
 import { useEffect, useState } from "preact/hooks";
+import { Icon } from "../frame/Icon";
 import { isWide } from "../frame/width";
 import { Today } from "../person/Today";
 import { PersonPanel } from "../person/PersonPanel";
 import { mainFeed } from "../state/feeds";
-import { filters, jumpedTo, showsRequests } from "../state/filters";
+import { filters, jumpedTo, list, showsRequests } from "../state/filters";
 import { detailsOpen, setParameters } from "../state/route";
 import { t } from "../text/language";
-import { dayTitle } from "../text/times";
+import { briefDay, numberText } from "../text/times";
 import { CallList } from "./CallList";
 import { EmptyCalls } from "./EmptyCalls";
 import { FilterChips, FilterPanel } from "./FilterPanel";
+import { foundCounts } from "./foundCounts";
 import { ListTabs } from "./ListTabs";
 import { RequestsList } from "./RequestsList";
 import { SearchBar } from "./SearchBar";
@@ -26,15 +28,32 @@ function Content() {
     return rows.value.length === 0 && !mainFeed.isReading.value ? <EmptyCalls /> : <CallList key={JSON.stringify([filters.value, jumpedTo.value])} />;
 }
 
-/** The bar after a jump to a day. */
-function JumpChip() {
+/** After a jump to a day: back to the newest calls, or on to newer ones. */
+function JumpChips() {
     const day = jumpedTo.value;
     return (
         day && (
-            <button type="button" class="chip" data-test="to-newest" onClick={() => setParameters({ at: undefined })}>
-                {t().find.upTo(dayTitle(day))} ×<span class="visually-hidden">, {t().find.toNewest}</span>
-            </button>
+            <>
+                <button type="button" class="chip" data-test="to-newest" onClick={() => setParameters({ at: undefined })}>
+                    {t().find.upTo(briefDay(day))} ×<span class="visually-hidden">, {t().find.toNewest}</span>
+                </button>
+                {mainFeed.hasNewer.value && (
+                    <button type="button" class="chip" data-test="newer" onClick={() => void mainFeed.readNewer()}>
+                        <Icon name="up" /> {t().find.newer}
+                    </button>
+                )}
+            </>
         )
+    );
+}
+
+/** The number of calls that search and filters have found in the shown list. */
+function FoundCount() {
+    const count = showsRequests.value ? undefined : foundCounts.value?.[list.value ?? "all"];
+    return (
+        <p class="found" role="status" data-test="found">
+            {count !== undefined && count > 0 && t().find.found(numberText(count))}
+        </p>
     );
 }
 
@@ -57,12 +76,13 @@ export function CallsView() {
                         <ListTabs />
                     </nav>
                 )}
-                {filtersOpen ? <FilterPanel refusal={mainFeed.refusal.value} /> : <FilterChips>{jumpedTo.value && <JumpChip />}</FilterChips>}
+                {filtersOpen ? <FilterPanel refusal={mainFeed.refusal.value} /> : <FilterChips>{jumpedTo.value && <JumpChips />}</FilterChips>}
                 {!filtersOpen && mainFeed.refusal.value && (
                     <p class="refusal" role="alert" data-test="filter-refusal">
                         {t().find.refused(mainFeed.refusal.value)}
                     </p>
                 )}
+                <FoundCount />
                 <Content />
                 {isSelecting.value && <SelectionBar />}
             </div>

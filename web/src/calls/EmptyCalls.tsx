@@ -8,12 +8,14 @@ export function EmptyCalls() {
     const texts = t().list;
     const isFiltered = Object.keys(filters.value).some((name) => name !== "list");
     const name = list.value;
+    const { search, list: _, ...others } = filters.value;
+    const title = search && Object.keys(others).length === 0 ? texts.noneMatches(search) : texts.noneFound;
     return (
         <div class="empty" data-test="empty">
             <h2 tabIndex={-1} data-focus-target>
-                {isFiltered ? texts.noneFound : name ? texts.noneIn[name] : texts.none}
+                {isFiltered ? title : name ? texts.noneIn[name] : texts.none}
             </h2>
-            <p>{isFiltered ? texts.noneFoundText : name ? texts.noneInText[name] : texts.noneText}</p>
+            {title !== texts.noneFound && isFiltered ? null : <p>{isFiltered ? texts.noneFoundText : name ? texts.noneInText[name] : texts.noneText}</p>}
             {isFiltered && (
                 <button
                     type="button"

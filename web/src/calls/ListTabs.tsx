@@ -3,10 +3,10 @@ import type { CallList } from "../api/types";
 import { callLists } from "../api/types";
 import type { IconName } from "../frame/Icon";
 import { Icon } from "../frame/Icon";
-import { requests } from "../state/callbackRequests";
-import { status } from "../state/connection";
+import { foundRequests } from "../state/callbackRequests";
 import { chooseList, list, showsRequests } from "../state/filters";
 import { view } from "../state/route";
+import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { numberText } from "../text/times";
 import { foundCounts } from "./foundCounts";
@@ -23,17 +23,22 @@ const icons: Record<CallList | "all" | "requests", IconName> = {
 function count(name: CallList | "all" | "requests") {
     const found = foundCounts.value?.[name === "requests" ? "missed" : name];
     if (name === "requests") {
-        const waiting = requests.value?.length ?? 0;
+        const waiting = foundRequests.value?.length ?? 0;
         return waiting > 0 && <span class="count">{numberText(waiting)}</span>;
     }
     if (found !== undefined) {
-        return <span class="count">{numberText(found)}</span>;
+        return (
+            <span class="count">
+                {numberText(found)}
+                <span class="visually-hidden"> {t().find.found("")}</span>
+            </span>
+        );
     }
-    const unseen = name === "missed" ? (status.value?.lists.missed.unviewed ?? 0) : 0;
+    const missed = name === "missed" ? unseen.value.size : 0;
     return (
-        unseen > 0 && (
+        missed > 0 && (
             <span class="count count-new" data-test="unseen">
-                {numberText(unseen)}
+                {numberText(missed)}
                 <span class="visually-hidden"> {t().outcomes.isNew}</span>
             </span>
         )
@@ -45,8 +50,16 @@ export function ListTabs() {
     const tabs = ["all", ...callLists, "requests"] as const;
     const chosen = view.value !== "calls" ? undefined : showsRequests.value ? "requests" : (list.value ?? "all");
     const row = useRef<HTMLUListElement>(null);
+    // The widths of the tabs follow the counts in them.
+    const counts = JSON.stringify([foundCounts.value, foundRequests.value?.length, unseen.value.size]);
     // In a narrow window the lists are wider than it.
-    useEffect(() => row.current?.querySelector("[aria-current]")?.scrollIntoView({ block: "nearest", inline: "center" }), [chosen]);
+    useEffect(() => {
+        const tab = row.current?.querySelector<HTMLElement>("[aria-current]");
+        const box = row.current?.parentElement;
+        if (tab && box) {
+            box.scrollLeft = tab.offsetLeft - (box.clientWidth - tab.offsetWidth) / 2;
+        }
+    }, [chosen, counts]);
     return (
         <ul ref={row} class="tabs" aria-label={t().lists.label}>
             {tabs.map((name) => (

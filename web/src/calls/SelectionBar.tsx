@@ -2,6 +2,7 @@ import { useState } from "preact/hooks";
 import { api } from "../api/client";
 import { ConfirmDialog } from "../frame/Dialog";
 import { Icon } from "../frame/Icon";
+import { isWide } from "../frame/width";
 import { deleteLater } from "../state/deletions";
 import { report, succeeded } from "../state/failures";
 import { mainFeed } from "../state/feeds";
@@ -57,9 +58,17 @@ export function SelectionBar() {
             endSelecting();
             mainFeed.refreshSoon("all");
         });
-    const button = (name: string, text: string, onClick: () => void, disabled = false) => (
-        <button type="button" data-test={name} disabled={disabled || isBusy} onClick={onClick}>
-            {text}
+    const button = (name: string, text: string, onClick: () => void, disabled = false, brief = text) => (
+        <button
+            type="button"
+            class={name.startsWith("delete") ? "far-button" : undefined}
+            data-test={name}
+            aria-label={text}
+            title={text}
+            disabled={disabled || isBusy}
+            onClick={onClick}
+        >
+            {isWide.value ? text : brief}
         </button>
     );
     return (
@@ -70,9 +79,9 @@ export function SelectionBar() {
             <span role="status" class="selection-count">
                 {isBusy ? texts.deleting : t().selected(calls.length)}
             </span>
-            {calls.length < all && button("select-all", texts.all, selectAll)}
-            {button("mark-seen", texts.seen, () => markSeen(missed, true), missed.length === 0)}
-            {button("mark-new", texts.new, () => markNew(missed), missed.length === 0)}
+            {calls.length < all && button("select-all", texts.all, selectAll, false, texts.allBrief)}
+            {button("mark-seen", texts.seen, () => markSeen(missed, true), missed.length === 0, texts.seenBrief)}
+            {button("mark-new", texts.new, () => markNew(missed), missed.length === 0, texts.newBrief)}
             {mainFeed.hasOlder.value && calls.length === all && calls.length > 0
                 ? button("delete-found", `${t().delete} …`, () => void run(async () => setFound(await foundNow())))
                 : button("delete-selected", t().delete, () => deleteLater("calls", calls.map(({ id }) => id)), calls.length === 0)}

@@ -1,5 +1,6 @@
 import type { Call } from "../api/types";
 import { calledBackAt } from "../state/dealtWith";
+import { wasTakenElsewhere } from "../state/unseen";
 import { t } from "../text/language";
 import { partyText } from "../text/people";
 import { dayAndTime, durationText } from "../text/times";
@@ -8,12 +9,18 @@ export type Outcome = "missed" | "elsewhere" | "dialled" | "unreached" | "receiv
 
 export function outcomeOf(call: Call): Outcome {
     if (call.list === "missed") {
-        return call.reason === "completed-elsewhere" ? "elsewhere" : "missed";
+        return wasTakenElsewhere(call) ? "elsewhere" : "missed";
     }
     if (call.list === "dialled") {
         return call.answered !== null || call.duration > 0 ? "dialled" : "unreached";
     }
     return call.list;
+}
+
+/** The outcome in a word or two, for a row; of a forwarded call also to whom. */
+export function outcomeText(call: Call): string {
+    const [outcome, target] = [outcomeOf(call), connectedParty(call)];
+    return outcome === "forwarded" && target ? t().became.forwardedTo(target) : t().outcomes[outcome];
 }
 
 /** The other party that a call was connected with, if that is another than the one that it is filed under. */

@@ -16,7 +16,7 @@ export type Row =
     | { kind: "day"; key: string; day: Date }
     /** One call of the group above, which is expanded. */
     | { kind: "single"; key: string; call: Call; group: Group }
-    | { kind: "newer" | "older"; key: string };
+    | { kind: "older"; key: string };
 
 /** Identifies the party of a call; calls without a number are told apart by the name. */
 export function partyKey(call: Call): string {
@@ -40,13 +40,12 @@ interface Options {
     isHidden: (id: number) => boolean;
     /** The keys of the groups that are expanded. */
     expanded: ReadonlySet<string>;
-    hasNewer: boolean;
     hasOlder: boolean;
 }
 
 /** The rows of the list. The key of a group is that of its oldest call, so it stays when further calls come. */
-export function rowsOf(calls: readonly Call[], { isHidden, expanded, hasNewer, hasOlder }: Options): Row[] {
-    const rows: Row[] = hasNewer ? [{ kind: "newer", key: "newer" }] : [];
+export function rowsOf(calls: readonly Call[], { isHidden, expanded, hasOlder }: Options): Row[] {
+    const rows: Row[] = [];
     const dayOf = dayFinder();
     let day = -1;
     let [party, outcome] = ["", ""];

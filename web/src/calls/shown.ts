@@ -11,7 +11,6 @@ export const rows = computed(() =>
     rowsOf(mainFeed.calls.value, {
         isHidden: hiddenCalls(),
         expanded: expanded.value,
-        hasNewer: mainFeed.hasNewer.value,
         hasOlder: mainFeed.hasOlder.value,
     }),
 );

@@ -4,7 +4,7 @@ import { useCallback, useEffect, useLayoutEffect, useMemo, useReducer, useRef, u
 import type { Row } from "./rows";
 
 /** Heights of the rows in rem; the style sheets of the rows have the same. */
-const heights: Record<Row["kind"], number> = { day: 2.25, group: 4, single: 2.75, newer: 3.5, older: 3.5 };
+const heights: Record<Row["kind"], number> = { day: 2.25, group: 4, single: 2.75, older: 3.5 };
 
 /** The pixels of a rem, which change with the browser's font size. */
 function useRem(): number {
@@ -34,9 +34,10 @@ function useIsPrinting(): boolean {
 
 /**
  * Renders the rows near the visible part of the box only. When rows are added or removed above the visible part, it stays where it is,
- * unless the box is scrolled to its begin. `keep` is the index of a row that is always rendered: the one that has the focus.
+ * unless the box is scrolled to its begin and there are no rows before it (`hasMoreAbove`). `keep` is the index of a row that is always
+ * rendered: the one that has the focus.
  */
-export function useVirtual(box: RefObject<HTMLElement>, rows: readonly Row[], keep: number) {
+export function useVirtual(box: RefObject<HTMLElement>, rows: readonly Row[], keep: number, hasMoreAbove: boolean) {
     const [, render] = useReducer<number, void>((count) => count + 1, 0);
     const rem = useRem();
     const isPrinting = useIsPrinting();
@@ -63,17 +64,17 @@ export function useVirtual(box: RefObject<HTMLElement>, rows: readonly Row[], ke
     useLayoutEffect(() => virtualizer._didMount(), []);
     useLayoutEffect(() => virtualizer._willUpdate());
     useLayoutEffect(() => virtualizer.measure(), [rem]);
-    useAnchor(box, rows, virtualizer);
+    useAnchor(box, rows, virtualizer, hasMoreAbove);
     return virtualizer;
 }
 
 /** Scrolls by as much as the topmost visible row has moved. */
-function useAnchor(box: RefObject<HTMLElement>, rows: readonly Row[], virtualizer: Virtualizer<HTMLElement, HTMLElement>): void {
-    const anchor = useRef({ key: "", start: 0 });
+function useAnchor(box: RefObject<HTMLElement>, rows: readonly Row[], virtualizer: Virtualizer<HTMLElement, HTMLElement>, hasMoreAbove: boolean): void {
+    const anchor = useRef({ key: "", start: 0, isKept: false });
     useLayoutEffect(() => {
         const element = box.current;
         const before = anchor.current;
-        if (element && element.scrollTop > 0 && before.key) {
+        if (element && (element.scrollTop > 0 || before.isKept) && before.key) {
             const index = rows.findIndex(({ key }) => key === before.key);
             virtualizer.getTotalSize();
             const start = virtualizer.measurementsCache[index]?.start;
@@ -86,6 +87,6 @@ function useAnchor(box: RefObject<HTMLElement>, rows: readonly Row[], virtualize
         const top = virtualizer.scrollOffset ?? 0; // reading the scroll position of the box would lay the page out
         // A row that stays when others come: not a heading, not a button.
         const first = virtualizer.getVirtualItems().find(({ index, end }) => end > top && rows[index]?.kind === "group");
-        anchor.current = first ? { key: String(first.key), start: first.start } : { key: "", start: 0 };
+        anchor.current = { key: String(first?.key ?? ""), start: first?.start ?? 0, isKept: hasMoreAbove };
     });
 }

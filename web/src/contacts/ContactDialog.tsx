@@ -1,6 +1,7 @@
-import { useLayoutEffect, useRef, useState } from "preact/hooks";
+import { useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { contactFields, type Contact, type ContactField, type ContactValues } from "../api/types";
+import { Window } from "../frame/Window";
 import { reasonOf, report, succeeded } from "../state/failures";
 import { t } from "../text/language";
 
@@ -26,7 +27,6 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
     );
     const saving = useRef(false);
     const texts = t().contacts;
-    useLayoutEffect(() => dialog.current?.showModal(), []);
 
     const save = async () => {
         if (saving.current) {
@@ -48,8 +48,7 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
         saving.current = false;
     };
     return (
-        <dialog ref={dialog} aria-labelledby="contact-title" data-test="contact-dialog" onClose={onClose}>
-            <h2 id="contact-title">{contact ? texts.change : texts.add}</h2>
+        <Window dialog={dialog} title={contact ? texts.change : texts.add} test="contact-dialog" onClose={onClose}>
             <form
                 onSubmit={(event) => {
                     event.preventDefault();
@@ -72,12 +71,6 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
                     {refusal && texts.notSaved(refusal)}
                 </p>
                 <div class="dialog-actions">
-                    <button type="submit" class="main-button">
-                        {t().save}
-                    </button>
-                    <button type="button" onClick={() => dialog.current?.close()}>
-                        {t().cancel}
-                    </button>
                     {onDelete && (
                         <button
                             type="button"
@@ -90,8 +83,14 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
                             {t().delete}
                         </button>
                     )}
+                    <button type="button" onClick={() => dialog.current?.close()}>
+                        {t().cancel}
+                    </button>
+                    <button type="submit" class="main-button">
+                        {t().save}
+                    </button>
                 </div>
             </form>
-        </dialog>
+        </Window>
     );
 }

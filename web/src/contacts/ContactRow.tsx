@@ -16,7 +16,9 @@ export function contactTitle(contact: Contact): string {
 }
 
 export function ContactRow({ contact, isTarget, onOpen }: Props) {
-    const numbers = numberFields.map((name) => contact[name]).filter(Boolean);
+    const numbers = numberFields.filter((name) => contact[name]);
+    const [first] = numbers;
+    const facts = [fullName(contact) && contact.company, ...numbers.map((name) => contact.numberTexts[name])].filter(Boolean);
     const title = contactTitle(contact);
     return (
         <li class="row contact-row">
@@ -26,10 +28,16 @@ export function ContactRow({ contact, isTarget, onOpen }: Props) {
                     <bdi>{title}</bdi>
                 </span>
                 <span class="row-facts">
-                    <span class="row-words">{[fullName(contact) && contact.company, ...numbers].filter(Boolean).join(" · ")}</span>
+                    <span class="row-words">
+                        {facts.map((fact, at) => (
+                            <span key={fact} class="row-fact">
+                                {at > 0 ? ` · ${fact}` : fact}
+                            </span>
+                        ))}
+                    </span>
                 </span>
             </button>
-            {numbers[0] ? <CallButton number={numbers[0]} who={title} /> : <span class="call-place" />}
+            {first ? <CallButton number={contact[first]} who={title} /> : <span class="call-place" />}
         </li>
     );
 }

@@ -6,14 +6,14 @@ import { contactsDeleted, deleteLater } from "../state/deletions";
 import { t } from "../text/language";
 import { ContactDialog } from "./ContactDialog";
 import { dismissImport, importContacts, imports } from "./ContactImport";
-import { ContactRow, contactTitle } from "./ContactRow";
+import { ContactRow } from "./ContactRow";
 import { ImportButton } from "./ImportButton";
 import { ImportResult } from "./ImportResult";
 import { useContacts } from "./useContacts";
 
-/** The letter under which a contact is listed: the server orders them by surname. */
+/** The letter under which a contact is listed: the server orders them by surname, those without one first. */
 function letterOf(contact: Contact): string {
-    const [first = ""] = (contact.surname || contactTitle(contact)).normalize("NFD");
+    const [first = ""] = contact.surname.normalize("NFD");
     return /\p{L}/u.test(first) ? first.toLocaleUpperCase() : "#";
 }
 

@@ -3,23 +3,23 @@ import { t } from "../text/language";
 import { canPlaceCalls, dial, linkOf, type Callee } from "./dial";
 
 interface Props extends Callee {
-    /** With its word beside the picture. */
-    large?: boolean;
+    /** The number as people write it: the button has its words beside the picture. */
+    large?: string;
     stop?: number;
 }
 
 /** Calls a number: through the journal if it can, else through the browser's telephone program. */
-export function CallButton({ number, who, large = false, stop = 0 }: Props) {
+export function CallButton({ number, who, large, stop = 0 }: Props) {
     const content = (
         <>
             <Icon name="phone" />
-            {large && <span>{t().call.call}</span>}
+            {large && <span>{t().call.callWho(large)}</span>}
         </>
     );
     const shape = {
         class: large ? "main-button call-button" : "icon-button call-button",
         title: t().call.callWho(who),
-        "aria-label": t().call.callWho(who),
+        "aria-label": large ? undefined : t().call.callWho(who),
         "data-test": "call-button",
         "data-control": "call",
         tabIndex: stop,

@@ -5,11 +5,11 @@ import { ContactsView } from "../contacts/ContactsView";
 import { EmergencyDialog } from "../dial/EmergencyDialog";
 import { LiveCalls } from "../live/LiveCalls";
 import { SettingsView } from "../settings/SettingsView";
-import { status } from "../state/connection";
 import { signedOut } from "../state/failures";
 import { ringing } from "../state/live";
 import { announcement, missedInBackground } from "../state/news";
 import { view } from "../state/route";
+import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { titleOf } from "../text/people";
 import { Navigation } from "./Navigation";
@@ -19,10 +19,10 @@ import { UndoBar } from "./UndoBar";
 
 /** "(2) Missed call from Ann – Call journal": the number of new missed calls, and what happens now or happened in the background. */
 function title(): string {
-    const unseen = status.value?.lists.missed.unviewed ?? 0;
+    const count = unseen.value.size;
     const caller = ringing.value;
     const now = caller ? t().live.title(titleOf(caller)) : (missedInBackground.value ?? t().views[view.value]);
-    return `${unseen > 0 ? `(${unseen}) ` : ""}${now} – ${t().name}`;
+    return `${count > 0 ? `(${count}) ` : ""}${now} – ${t().name}`;
 }
 
 /** Speaks the news to screen readers, which do not speak the same text twice. */

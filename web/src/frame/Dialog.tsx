@@ -1,6 +1,7 @@
 import type { ComponentChildren } from "preact";
-import { useLayoutEffect, useRef } from "preact/hooks";
+import { useRef } from "preact/hooks";
 import { t } from "../text/language";
+import { Window } from "./Window";
 
 interface Props {
     title: string;
@@ -15,10 +16,8 @@ interface Props {
 /** Asks before something that cannot be undone. */
 export function ConfirmDialog({ title, children, action, isDangerous = false, onConfirm, onClose }: Props) {
     const dialog = useRef<HTMLDialogElement>(null);
-    useLayoutEffect(() => dialog.current?.showModal(), []);
     return (
-        <dialog ref={dialog} aria-labelledby="dialog-title" data-test="dialog" onClose={onClose}>
-            <h2 id="dialog-title">{title}</h2>
+        <Window dialog={dialog} title={title} test="dialog" onClose={onClose}>
             <p>{children}</p>
             <div class="dialog-actions">
                 <button type="button" onClick={() => dialog.current?.close()}>
@@ -36,6 +35,6 @@ export function ConfirmDialog({ title, children, action, isDangerous = false, on
                     {action}
                 </button>
             </div>
-        </dialog>
+        </Window>
     );
 }

@@ -2,7 +2,7 @@
 const paths = {
     incoming: "M18 6 7 17M7 8v9h9",
     outgoing: "M6 18 17 7M8 7h9v9",
-    missed: "M19 6l-7 7-7-7M5 11V6h5",
+    missed: "M14 10 7 17M7 10.5V17h6.5M15.5 4l4.5 4.5M20 4l-4.5 4.5",
     elsewhere: "M18 6 7 17M7 8v9h9M15 5h4v4",
     forwarded: "M5 18v-4a5 5 0 0 1 5-5h9M15 5l4 4-4 4",
     unreached: "M6 18l5-5M13 11l4-4M8 7h9v9",

@@ -1,6 +1,6 @@
 import { ListTabs } from "../calls/ListTabs";
-import { status } from "../state/connection";
 import { view, views, type View } from "../state/route";
+import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { Icon, type IconName } from "./Icon";
 import { LineState } from "./LineState";
@@ -9,14 +9,14 @@ import { isWide } from "./width";
 const icons: Record<View, IconName> = { calls: "phone", contacts: "people", statistics: "chart", settings: "gear" };
 
 function Link({ to }: { to: View }) {
-    const unseen = to === "calls" ? (status.value?.lists.missed.unviewed ?? 0) : 0;
+    const missed = to === "calls" ? unseen.value.size : 0;
     return (
         <a href={`#/${to}`} aria-current={view.value === to ? "page" : undefined} data-test={`nav-${to}`}>
             <Icon name={icons[to]} />
             <span>{t().views[to]}</span>
-            {unseen > 0 && !isWide.value && (
+            {missed > 0 && !isWide.value && (
                 <span class="badge">
-                    {unseen}
+                    {missed}
                     <span class="visually-hidden"> {t().outcomes.isNew}</span>
                 </span>
             )}

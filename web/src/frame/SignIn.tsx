@@ -11,7 +11,7 @@ if (wasRefused) {
     window.history.replaceState(window.history.state, "", window.location.pathname + window.location.hash);
 }
 
-/** Asks for the token once; the server then sets a cookie. */
+/** Asks for the access key (the token of the HTTP API) once; the server then sets a cookie. */
 export function SignIn() {
     const texts = t().signIn;
     const [token, setToken] = useState("");
@@ -32,9 +32,7 @@ export function SignIn() {
         <main class="sign-in" data-test="sign-in">
             <img src="./icon.svg" alt="" width="56" height="56" />
             <h1>{t().name}</h1>
-            <p>
-                {texts.text} <code>api-token</code> {texts.place} <code>~/.local/state/calljournal</code>.
-            </p>
+            <p>{texts.text}</p>
             <form
                 onSubmit={(event) => {
                     event.preventDefault();
@@ -60,6 +58,9 @@ export function SignIn() {
                     {texts.open}
                 </button>
             </form>
+            <p class="hint">
+                {texts.place} <code>~/.local/state/calljournal/api-token</code>
+            </p>
         </main>
     );
 }

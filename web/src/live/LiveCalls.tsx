@@ -31,7 +31,7 @@ function isRinging({ direction, state }: LiveCall): boolean {
     return direction === "incoming" && (state === "ringing" || state === "offered");
 }
 
-function Card({ call }: { call: LiveCall }) {
+function Card({ call, isInWindow }: { call: LiveCall; isInWindow: boolean }) {
     const texts = t().live;
     const who = titleOf(call);
     const rings = isRinging(call);
@@ -42,7 +42,7 @@ function Card({ call }: { call: LiveCall }) {
             <Avatar name={nameOf(call)} />
             <span class="live-text">
                 <span class="live-name">
-                    {call.number && view.value === "calls" ? (
+                    {call.number && view.value === "calls" && !isInWindow ? (
                         <button type="button" class="link-button" onClick={() => openDetails({ person: call.number })}>
                             <bdi>{who}</bdi>
                         </button>
@@ -71,14 +71,14 @@ function Card({ call }: { call: LiveCall }) {
     );
 }
 
-/** The calls that ring or are up, on top of every view. */
-export function LiveCalls() {
+/** The calls that ring or are up, on top of every view and of a window above it. */
+export function LiveCalls({ isInWindow = false }: { isInWindow?: boolean }) {
     const calls = liveCalls.value;
     return (
         <section class={calls.length > 0 ? "live" : "live live-empty"} aria-label={t().live.label}>
             <ul>
                 {calls.map((call) => (
-                    <Card key={call.callId} call={call} />
+                    <Card key={call.callId} call={call} isInWindow={isInWindow} />
                 ))}
             </ul>
             <p class="visually-hidden" role="status">

@@ -3,11 +3,6 @@ import { api } from "../api/client";
 import type { Call, Contact } from "../api/types";
 import { ContactDialog } from "../contacts/ContactDialog";
 import { CallButton } from "../dial/CallButton";
-import { ConfirmDialog } from "../frame/Dialog";
-import { deleteLater } from "../state/deletions";
-import { report, succeeded } from "../state/failures";
-import { announce } from "../state/news";
-import { closeDetails } from "../state/route";
 import { isNew, markNew, markSeen } from "../state/seen";
 import { t } from "../text/language";
 import { party, readParty } from "./person";
@@ -26,22 +21,11 @@ async function contactNow(number: string): Promise<Contact | undefined> {
 
 export function PersonActions({ name, number, calls }: Props) {
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
-    const [isErasing, setErasing] = useState(false);
     const texts = t().person;
     const missed = calls.filter(({ list, uniqueId }) => list === "missed" && uniqueId !== null);
-    const erase = async () => {
-        try {
-            await api.deleteCalls(new URLSearchParams({ number }));
-            succeeded("erase");
-            announce(texts.erased(name));
-            closeDetails();
-        } catch (error) {
-            report("erase", t().errors.delete, error);
-        }
-    };
     return (
         <div class="person-actions">
-            {number && <CallButton number={number} who={name} large />}
+            {number && <CallButton number={number} who={name} large={party.value?.numberText || calls[0]?.numberText || number} />}
             {number && (
                 <button
                     type="button"
@@ -61,23 +45,6 @@ export function PersonActions({ name, number, calls }: Props) {
                         {texts.markNew}
                     </button>
                 ))}
-            {number ? (
-                <button type="button" class="danger-text" data-test="erase" onClick={() => setErasing(true)}>
-                    {texts.erase}
-                </button>
-            ) : (
-                <button
-                    type="button"
-                    class="danger-text"
-                    data-test="delete-these"
-                    onClick={() => {
-                        deleteLater("calls", calls.map(({ id }) => id));
-                        closeDetails();
-                    }}
-                >
-                    {t().delete}
-                </button>
-            )}
             {dialog && (
                 <ContactDialog
                     {...dialog}
@@ -85,11 +52,6 @@ export function PersonActions({ name, number, calls }: Props) {
                     onSaved={() => void readParty(number)}
                     onClose={() => setDialog(undefined)}
                 />
-            )}
-            {isErasing && (
-                <ConfirmDialog title={texts.eraseTitle(name)} action={texts.eraseButton} isDangerous onConfirm={() => void erase()} onClose={() => setErasing(false)}>
-                    {texts.eraseText(party.value?.calls ?? calls.length)}
-                </ConfirmDialog>
             )}
         </div>
     );

@@ -2,7 +2,8 @@ import type { Call } from "../api/types";
 import { becameOf, outcomeOf } from "../calls/outcome";
 import { Icon } from "../frame/Icon";
 import { deleteLater } from "../state/deletions";
-import { isNew } from "../state/seen";
+import { calledBackAt } from "../state/dealtWith";
+import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { clockTime, dayStart, dayTitle, fullTime } from "../text/times";
 
@@ -10,16 +11,17 @@ function Item({ call }: { call: Call }) {
     const outcome = outcomeOf(call);
     const icon = outcome === "dialled" ? "outgoing" : outcome === "received" ? "incoming" : outcome;
     const became = becameOf(call);
+    const isUnseen = unseen.value.has(call.id);
     return (
-        <li class={isNew(call) ? "history-call history-new" : "history-call"} data-test="history-call">
-            <Icon name={icon} class={`outcome-${outcome}`} />
+        <li class={isUnseen ? "history-call history-new" : "history-call"} data-test="history-call">
+            <Icon name={icon} class={`outcome-${calledBackAt(call) ? "dealt" : outcome}`} />
             <span class="history-text">
                 <span class="history-outcome">
                     {t().outcomes[outcome]} <span class="history-time">· </span>
                     <time class="history-time" dateTime={call.start} title={fullTime(call.start)}>
                         {clockTime(call.start)}
                     </time>
-                    {isNew(call) && <span class="tag">{t().outcomes.isNew}</span>}
+                    {isUnseen && <span class="tag">{t().outcomes.isNew}</span>}
                 </span>
                 {became.length > 0 && (
                     <span class="history-became" data-test="became">

@@ -1,7 +1,7 @@
 import type { Call, Party } from "../api/types";
 import { Avatar } from "../frame/Avatar";
 import { t } from "../text/language";
-import { durationText, shortDay } from "../text/times";
+import { briefDay, durationText } from "../text/times";
 
 interface Props {
     name: string;
@@ -11,12 +11,12 @@ interface Props {
     calls: readonly Call[];
 }
 
-/** "8 calls, 1 h 31 min, since 13 Nov 2026". */
+/** "8 calls · 1 h 31 min talked · first on 13 Nov". */
 function summary(party: Party | undefined, calls: readonly Call[]): string {
     const count = party?.totals.calls ?? calls.length;
     const talk = party?.totals.talkTime ?? calls.reduce((sum, each) => sum + each.duration, 0);
     const first = party?.firstCall ?? calls[calls.length - 1]?.start;
-    return t().person.summary(t().calls(count), talk > 0 ? durationText(talk) : "", first ? shortDay(first) : "");
+    return t().person.summary(t().calls(count), talk > 0 ? durationText(talk) : "", first && count > 1 ? briefDay(first) : "");
 }
 
 export function PersonHead({ name, initialsOf, party, calls }: Props) {

@@ -21,10 +21,10 @@ const bare = (number: string) => number.replace(/[^\d+*#@a-z]/gi, "");
 /** The number of the calls, then the other ones of the contact. */
 function linesOf(number: string, party: Party | undefined): Line[] {
     const kinds = t().person.kinds;
-    const ofContact = numberFields.map((name) => ({ number: party?.contact?.[name] ?? "", kind: kinds[name] })).filter((each) => each.number);
+    const ofContact = numberFields.map((name) => ({ number: party?.contact?.[name] ?? "", text: party?.contact?.numberTexts[name] ?? "", kind: kinds[name] })).filter((each) => each.number);
     const own = ofContact.find((each) => bare(each.number) === bare(number));
     const others = ofContact.filter((each) => each !== own);
-    return [{ number, text: party?.numberText || number, kind: own?.kind ?? "" }, ...others.map((each) => ({ ...each, text: each.number }))];
+    return [{ number, text: party?.numberText || number, kind: own?.kind ?? "" }, ...others];
 }
 
 /** Copies a text; says so for a moment. */
@@ -70,7 +70,7 @@ export function PersonNumbers({ number, party }: Props) {
                         {line.kind && <span class="number-kind">{line.kind}</span>}
                     </span>
                     <CopyButton text={line.text} />
-                    {index > 0 && <CallButton number={line.number} who={line.text} />}
+                    <CallButton number={line.number} who={line.text} />
                 </li>
             ))}
         </ul>

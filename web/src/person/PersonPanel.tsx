@@ -8,12 +8,14 @@ import { closeDetails, parameter } from "../state/route";
 import { isKeptNew, isNew, markSeen } from "../state/seen";
 import { t } from "../text/language";
 import { nameOf, titleOf } from "../text/people";
+import { DeleteCalls } from "./DeleteCalls";
 import { Note } from "./Note";
 import { forgetParty, party, readParty } from "./person";
 import { PersonActions } from "./PersonActions";
 import { PersonCalls } from "./PersonCalls";
 import { PersonHead } from "./PersonHead";
 import { PersonNumbers } from "./PersonNumbers";
+import { PersonRequests } from "./PersonRequests";
 
 function Frame({ title, children }: { title: string; children: preact.ComponentChildren }) {
     const heading = useRef<HTMLHeadingElement>(null);
@@ -56,6 +58,7 @@ function WithheldPerson({ id }: { id: string }) {
             <PersonHead name={name} initialsOf={opened ? nameOf(opened) : ""} calls={shown} />
             <PersonActions name={name} number="" calls={shown} />
             <PersonCalls title={t().person.withheldHistory} calls={shown} />
+            <DeleteCalls name={name} number="" calls={shown} />
         </Frame>
     );
 }
@@ -93,16 +96,18 @@ function NumberedPerson({ number }: { number: string }) {
     useSeen(calls);
     const [newest] = calls;
     const known = party.value;
-    const name = known?.displayName || newest?.displayName || known?.numberText || newest?.numberText || number;
+    const name = known?.displayName || newest?.displayName || known?.contact?.company || known?.numberText || newest?.numberText || number;
     return (
         <Frame title={name}>
-            <PersonHead name={name} initialsOf={known?.displayName ?? ""} party={known} calls={calls} />
+            <PersonHead name={name} initialsOf={known?.displayName || (known?.contact?.company ?? "")} party={known} calls={calls} />
             <PersonActions name={name} number={number} calls={calls} />
+            <PersonRequests number={number} />
             <PersonNumbers number={number} party={known} />
             {known && <Note key={number} number={number} stored={known.note} />}
             {personFeed.isRead.value && (
                 <PersonCalls title={t().person.history} calls={calls} onMore={personFeed.hasOlder.value ? () => personFeed.readOlder() : undefined} />
             )}
+            {known && <DeleteCalls name={name} number={number} calls={calls} />}
         </Frame>
     );
 }

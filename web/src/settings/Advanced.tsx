@@ -4,6 +4,9 @@ import type { ManagedSetting } from "../api/types";
 import { reasonOf, reportOnce } from "../state/failures";
 import { t } from "../text/language";
 
+/** Facts about the telephone, which cannot be changed here. */
+const facts = ["mac-addr", "software-type"];
+
 function Row({ setting: { key, value }, onChanged }: { setting: ManagedSetting; onChanged: () => void }) {
     const [text, setText] = useState(value ?? "");
     const [refusal, setRefusal] = useState("");
@@ -63,7 +66,15 @@ export function Advanced() {
         <details class="setting" data-test="advanced" onToggle={(event) => event.currentTarget.open && void read()}>
             <summary>{texts.advanced}</summary>
             <p>{texts.advancedText}</p>
-            <ul class="phone-settings">{found?.map((setting) => <Row key={setting.key} setting={setting} onChanged={() => void read()} />)}</ul>
+            <ul class="phone-settings">{found?.map((setting) =>
+                facts.includes(setting.key) ? (
+                    <li key={setting.key} class="phone-fact">
+                        <code>{setting.key}</code> {setting.value || texts.notSet}
+                    </li>
+                ) : (
+                    <Row key={setting.key} setting={setting} onChanged={() => void read()} />
+                ),
+            )}</ul>
         </details>
     );
 }

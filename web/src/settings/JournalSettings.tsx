@@ -58,7 +58,7 @@ export function JournalSettings() {
                     />
                 ))}
             {asking && (
-                <ConfirmDialog title={texts.keep} action={texts.keepOff} isDangerous onConfirm={() => void change(asking, false)} onClose={() => setAsking(undefined)}>
+                <ConfirmDialog title={texts.keepTitle} action={texts.keepOff} isDangerous onConfirm={() => void change(asking, false)} onClose={() => setAsking(undefined)}>
                     {texts.keepWarning}
                 </ConfirmDialog>
             )}

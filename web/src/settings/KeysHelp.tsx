@@ -2,7 +2,7 @@ import { t } from "../text/language";
 
 export function KeysHelp() {
     return (
-        <details class="setting">
+        <details class="setting" data-test="keys">
             <summary>{t().settings.keys}</summary>
             <dl class="keys">
                 {t().keys.map(([key, does]) => (

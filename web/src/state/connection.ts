@@ -6,7 +6,7 @@ import type { Change, ListName, Status } from "../api/types";
 import { readRequests } from "./callbackRequests";
 import { readDialled } from "./dealtWith";
 import { signedOut } from "./failures";
-import { feeds } from "./feeds";
+import { feeds, newFeed } from "./feeds";
 import { onLiveCalls, readLiveCalls } from "./live";
 import { onMissedCall } from "./news";
 import { readSettings } from "./settings";
@@ -90,8 +90,9 @@ async function poll(): Promise<void> {
     }
 }
 
-/** Polls the status and keeps the event stream open, until the journal asks for the token. Call it again after signing in. */
+/** Polls the status and keeps the event stream open, until the journal asks for the access key. Call it again after signing in. */
 export function connect(): void {
+    newFeed.open({ list: "missed", viewed: "false" });
     stream.open();
     void poll();
 }

@@ -48,6 +48,12 @@ export function hiddenCalls(): (id: number) => boolean {
     return first.size + second.size === 0 ? () => false : (id) => first.has(`calls ${id}`) || second.has(`calls ${id}`);
 }
 
+/** A function that tells whether the deletion of a call was sent by now. */
+export function sentCalls(): (id: number) => boolean {
+    const keys = sent.value;
+    return (id) => keys.has(`calls ${id}`);
+}
+
 export function waitingCount(): number {
     return waiting.value.size;
 }

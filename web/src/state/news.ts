@@ -35,7 +35,7 @@ let latest = "";
 /** Reports a missed call, once for each call although an entry may change several times. */
 export function onMissedCall(entry: Entry & { entryId?: string; time?: string }): void {
     const key = `${entry.uniqueId} ${entry.time}`;
-    if (key === latest) {
+    if (key === latest || entry.occurrences?.[0]?.completedElsewhere) {
         return;
     }
     latest = key;

@@ -1,6 +1,6 @@
 import { useMemo } from "preact/hooks";
 import { t } from "../text/language";
-import { dayTitle, durationText, numberText } from "../text/times";
+import { briefDay, durationText, numberText } from "../text/times";
 import { Card } from "./Card";
 import type { Day } from "./days";
 import { Plot } from "./Plot";
@@ -27,7 +27,7 @@ function DayTable({ caption, columns, rows }: TableProps) {
             <tbody>
                 {rows.map(({ day, cells }) => (
                     <tr key={day.date.getTime()}>
-                        <th scope="row">{dayTitle(day.date)}</th>
+                        <th scope="row">{briefDay(day.date)}</th>
                         {cells.map((cell, at) => (
                             <td key={at}>{cell}</td>
                         ))}
@@ -39,15 +39,16 @@ function DayTable({ caption, columns, rows }: TableProps) {
 }
 
 /** Calls a day, talk time, and the time until missed callers were called back, each with its table of the days that have calls. */
-export function DayPictures({ days }: { days: readonly Day[] }) {
+export function DayPictures({ days, callBackTime }: { days: readonly Day[]; callBackTime: number | null }) {
     const texts = t().statistics;
     const dates = useMemo(() => days.map(({ date }) => date), [days]);
-    const parts = ["taken", "dialled", "missed"] as const;
+    const parts = ["taken", "dialled", "missed", "elsewhere", "forwarded"] as const;
+    const names = { ...texts, forwarded: t().lists.forwarded };
     const calls = useMemo(
-        () => [
-            ...parts.map((part) => ({ label: texts[part], colour: `chart-${part}`, values: days.map((day) => day[part]) })),
-            { label: t().lists.forwarded, colour: "chart-others", values: days.map(({ others }) => others) },
-        ],
+        () =>
+            parts
+                .filter((part) => days.some((day) => day[part] > 0))
+                .map((part) => ({ label: names[part], colour: `chart-${part}`, values: days.map((day) => day[part]) })),
         [days, texts],
     );
     const talk = useMemo(() => [{ label: texts.minutes, colour: "chart-taken", values: days.map(({ talkTime }) => Math.round(talkTime / 60)) }], [days, texts]);
@@ -65,7 +66,7 @@ export function DayPictures({ days }: { days: readonly Day[] }) {
                 table={
                     <DayTable
                         caption={texts.perDay}
-                        columns={[texts.list, ...parts.map((part) => texts[part])]}
+                        columns={[texts.list, ...parts.map((part) => names[part])]}
                         rows={newest.map((day) => ({ day, cells: [numberText(day.calls), ...parts.map((part) => numberText(day[part]))] }))}
                     />
                 }
@@ -86,7 +87,7 @@ export function DayPictures({ days }: { days: readonly Day[] }) {
                 <Card
                     name="call-back"
                     title={texts.totals.callBack}
-                    text={texts.callBackText}
+                    text={callBackTime === null ? "" : texts.callBackText(durationText(callBackTime))}
                     table={
                         <DayTable
                             caption={texts.totals.callBack}

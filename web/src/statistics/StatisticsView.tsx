@@ -83,7 +83,7 @@ export function StatisticsView() {
                     <>
                         <Totals totals={figures.totals} />
                         <div class="cards">
-                            <DayPictures days={days} />
+                            <DayPictures days={days} callBackTime={figures.totals.callBackTime} />
                             <BusyHours quarters={figures.quarters} list={list} />
                             <TopParties parties={figures.parties} />
                         </div>

@@ -11,7 +11,7 @@ export function TopParties({ parties }: { parties: readonly CountedGroup[] }) {
     return (
         <Card name="parties" title={texts.parties}>
             <table class="figures parties">
-                <thead class="visually-hidden">
+                <thead>
                     <tr>
                         {[texts.who, texts.list, texts.talk].map((each) => (
                             <th key={each} scope="col">

@@ -8,8 +8,8 @@ export interface Day {
     taken: number;
     missed: number;
     dialled: number;
-    /** Forwarded, and taken on another telephone. */
-    others: number;
+    forwarded: number;
+    elsewhere: number;
     calls: number;
     talkTime: number;
     callBackTime: number | null;
@@ -21,8 +21,8 @@ export function daysOf({ first, days }: Figures): Day[] {
     const all: Day[] = [];
     const end = dayStart(new Date());
     for (let date = first; date <= end; date = dayStart(date, 1)) {
-        const { calls = 0, answered: taken = 0, missed = 0, dialled = 0, talkTime = 0, callBackTime = null } = byKey.get(isoDay(date)) ?? {};
-        all.push({ date, taken, missed, dialled, others: Math.max(0, calls - taken - missed - dialled), calls, talkTime, callBackTime });
+        const { calls = 0, answered: taken = 0, missed = 0, dialled = 0, forwarded = 0, completedElsewhere: elsewhere = 0, talkTime = 0, callBackTime = null } = byKey.get(isoDay(date)) ?? {};
+        all.push({ date, taken, missed, dialled, forwarded, elsewhere, calls, talkTime, callBackTime });
     }
     return all;
 }

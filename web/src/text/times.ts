@@ -8,6 +8,8 @@ const formats = computed(() => {
         clock: format({ timeStyle: "short" }),
         weekday: format({ weekday: "long", day: "numeric", month: "long" }),
         dayOfYear: format({ weekday: "long", day: "numeric", month: "long", year: "numeric" }),
+        seconds: format({ timeStyle: "medium" }),
+        brief: format({ day: "numeric", month: "short" }),
         short: format({ day: "numeric", month: "short", year: "numeric" }),
         full: format({ dateStyle: "full", timeStyle: "medium" }),
         hour: format({ hour: "numeric" }),
@@ -34,8 +36,8 @@ export function dayOf(text: string | undefined): Date | undefined {
     return year && month && day ? new Date(Number(year), Number(month) - 1, Number(day)) : undefined;
 }
 
-export function clockTime(time: string): string {
-    return formats.value.clock.format(new Date(time));
+export function clockTime(time: string, withSeconds = false): string {
+    return formats.value[withSeconds ? "seconds" : "clock"].format(new Date(time));
 }
 
 /** "Today", "Yesterday", else the date; with the year if it is not this one. */
@@ -54,6 +56,12 @@ export function dayAndTime(time: string, now = new Date()): string {
 
 export function shortDay(time: string | Date): string {
     return formats.value.short.format(new Date(time));
+}
+
+/** The day in a few words, with the year if it is not this one. */
+export function briefDay(time: string | Date, now = new Date()): string {
+    const date = new Date(time);
+    return formats.value[date.getFullYear() === now.getFullYear() ? "brief" : "short"].format(date);
 }
 
 export function fullTime(time: string): string {
@@ -76,9 +84,14 @@ export function percentText(share: number): string {
     return formats.value.percent.format(share);
 }
 
-/** 3665 as "1 h 1 min"; seconds only below ten minutes. */
+/** 3665 as "1 h 1 min"; seconds only below ten minutes; from 48 hours on "3 days 21 h". */
 export function durationText(seconds: number, isApproximate = false): string {
-    const { h, min, s, about } = t().duration;
+    const { days, h, min, s, about } = t().duration;
+    if (seconds >= 172_800) {
+        const hours = Math.round(seconds / 3600);
+        const rest = hours % 24;
+        return `${isApproximate ? `${about} ` : ""}${days(Math.floor(hours / 24))}${rest > 0 ? ` ${rest}\u00a0${h}` : ""}`;
+    }
     const whole = seconds >= 600 ? Math.round(seconds / 60) * 60 : Math.round(seconds);
     const parts: [number, string][] = [
         [Math.floor(whole / 3600), h],
