@@ -1,6 +1,6 @@
 # The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, nlohmann_json::nlohmann_json, toml_pp,
-# phonenumber, geocoding, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, ZLIB::ZLIB, and for tests GTest::gtest,
+# phonenumber, geocoding, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, OpenSSL::Crypto, ZLIB::ZLIB, and for tests GTest::gtest,
 # GTest::gmock, rapidcheck, rapidcheck_gtest, benchmark::benchmark, benchmark::benchmark_main.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
@@ -13,6 +13,7 @@ find_package(fmt REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(CURL 7.88 REQUIRED)
+find_package(OpenSSL 3 REQUIRED)
 find_package(ZLIB REQUIRED)
 
 # Standalone Asio has no CMake package. Every source that uses it needs the same definitions, or one program has two

@@ -16,26 +16,20 @@ using Json = ApiClient::Json;
 /// A server that sends no byte for this long does not respond. Deleting a long history takes a while.
 constexpr long kPatienceSeconds = 120;
 
-RemoteError unreachable(const std::string& where) {
-    return RemoteError("cannot reach calljournal at " + where +
+RemoteError unreachable(const ApiServer& server) {
+    if (!server.isLocal) {
+        return RemoteError("cannot reach calljournal at " + server.where);
+    }
+    return RemoteError("cannot reach calljournal at " + server.where +
                        ": start it with `calljournal serve`, or name the data "
                        "directory of one that runs with --data");
 }
 
-std::string addressIn(const std::filesystem::path& dataDirectory) {
-    const auto url = ApiAddressFile::read(dataDirectory);
-    if (!url) {
-        throw unreachable(dataDirectory.string());
-    }
-    return *url;
-}
-
-/// Returns an empty text if there is no token; a server with `auth = "none"` does not need one.
-std::string tokenIn(const std::filesystem::path& dataDirectory) {
-    std::ifstream file(dataDirectory / "api-token");
-    std::string token;
-    std::getline(file, token);
-    return token;
+std::string firstLineOf(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    std::string text;
+    std::getline(file, text);
+    return text;
 }
 
 std::size_t append(char* data, std::size_t size, std::size_t count, void* text) noexcept {
@@ -70,11 +64,7 @@ std::string messageOf(int status, const Json& body) {
 
 class ApiClient::Impl {
 public:
-    explicit Impl(const std::filesystem::path& dataDirectory)
-        : m_directory(dataDirectory.string()),
-          m_address(addressIn(dataDirectory)),
-          m_token(tokenIn(dataDirectory)),
-          m_client(m_curl.init()) {
+    explicit Impl(ApiServer server) : m_server(std::move(server)), m_client(m_curl.init()) {
         if (m_client == nullptr) {
             throw RemoteError("cannot make an HTTP client");
         }
@@ -89,8 +79,8 @@ public:
         std::string received;
         HeaderLines headers;
         headers.add("Expect:");
-        if (!m_token.empty()) {
-            headers.add("Authorization: Bearer " + m_token);
+        if (!m_server.token.empty()) {
+            headers.add("Authorization: Bearer " + m_server.token);
         }
         m_curl.reset(m_client);
         set(CURLOPT_URL, url.c_str());
@@ -103,9 +93,11 @@ public:
         set(CURLOPT_HTTPHEADER, headers.get());
         set(CURLOPT_WRITEFUNCTION, &append);
         set(CURLOPT_WRITEDATA, &received);
-        // The server is on this machine: a proxy that the environment names could not reach it.
-        set(CURLOPT_PROXY, "");
-        set(CURLOPT_PROTOCOLS_STR, "http");
+        if (m_server.isLocal) {
+            // A proxy that the environment names could not reach it.
+            set(CURLOPT_PROXY, "");
+        }
+        set(CURLOPT_PROTOCOLS_STR, "http,https");
         set(CURLOPT_NOSIGNAL, 1L);
         set(CURLOPT_CONNECTTIMEOUT, 10L);
         set(CURLOPT_LOW_SPEED_LIMIT, 1L);
@@ -125,11 +117,12 @@ private:
     void check(CURLcode code) const {
         switch (code) {
             case CURLE_OK: return;
-            case CURLE_COULDNT_CONNECT: throw unreachable(m_directory);
+            case CURLE_COULDNT_RESOLVE_HOST:
+            case CURLE_COULDNT_CONNECT: throw unreachable(m_server);
             case CURLE_OPERATION_TIMEDOUT:
-                throw RemoteError("calljournal at " + m_address + " does not respond");
+                throw RemoteError("calljournal at " + m_server.url + " does not respond");
             default:
-                throw RemoteError("the connection to calljournal at " + m_address +
+                throw RemoteError("the connection to calljournal at " + m_server.url +
                                   " failed: " + m_curl.errorText(code) + "; see its log");
         }
     }
@@ -144,13 +137,13 @@ private:
             throw ApiError(static_cast<int>(status), message, isJson ? std::move(body) : Json());
         }
         if (!isJson) {
-            throw RemoteError("the response of calljournal at " + m_address + " is no JSON");
+            throw RemoteError("the response of calljournal at " + m_server.url + " is no JSON");
         }
         return body;
     }
 
     [[nodiscard]] std::string urlOf(const Path& path, const Query& query) const {
-        std::string url = m_address + "/api/v1";
+        std::string url = m_server.url + "/api/v1";
         for (const std::string& segment : path) {
             url += "/" + encoded(segment);
         }
@@ -171,15 +164,42 @@ private:
         return escaped ? std::string(escaped.get()) : std::string();
     }
 
-    const std::string m_directory;
-    const std::string m_address;
-    const std::string m_token;
+    const ApiServer m_server;
     const CurlLibrary& m_curl = CurlLibrary::get();
     CURL* const m_client;
 };
 
-ApiClient::ApiClient(const std::filesystem::path& dataDirectory)
-    : m_impl(std::make_unique<Impl>(dataDirectory)) {}
+ApiServer ApiServer::in(const std::filesystem::path& dataDirectory) {
+    ApiServer server;
+    server.where = dataDirectory.string();
+    const auto url = ApiAddressFile::read(dataDirectory);
+    if (!url) {
+        throw unreachable(server);
+    }
+    server.url = *url;
+    // A server with `auth = "none"` needs no token.
+    server.token = firstLineOf(dataDirectory / "api-token");
+    return server;
+}
+
+ApiServer ApiServer::at(const std::string& url, const std::filesystem::path& tokenFile) {
+    ApiServer server{url, {}, url, false};
+    while (server.url.ends_with('/')) {
+        server.url.pop_back();
+    }
+    if (!url.starts_with("http://") && !url.starts_with("https://")) {
+        throw RemoteError("the URL must begin with https:// or http://, not " + url);
+    }
+    if (!tokenFile.empty()) {
+        server.token = firstLineOf(tokenFile);
+        if (server.token.empty()) {
+            throw RemoteError("there is no token in the first line of " + tokenFile.string());
+        }
+    }
+    return server;
+}
+
+ApiClient::ApiClient(ApiServer server) : m_impl(std::make_unique<Impl>(std::move(server))) {}
 
 ApiClient::~ApiClient() = default;
 

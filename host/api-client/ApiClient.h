@@ -27,8 +27,25 @@ private:
     nlohmann::ordered_json m_body;
 };
 
-/// A client of the HTTP API (docs/http-api.md) of the server that runs in a data directory. It keeps one
-/// connection. One thread at a time.
+/// Where a server is, and the token for it.
+struct ApiServer {
+    /// "http://127.0.0.1:8080", without a slash at the end; may have a path.
+    std::string url;
+    /// Empty: the server needs none.
+    std::string token;
+    /// The directory or the URL that the user has named.
+    std::string where;
+    bool isLocal = true;
+
+    /// The server that runs in a data directory, by DATA/api-address and DATA/api-token. Throws `RemoteError`
+    /// if none runs there.
+    [[nodiscard]] static ApiServer in(const std::filesystem::path& dataDirectory);
+    /// A server by its http or https URL, with the token in the first line of a file; an empty path for no
+    /// token. Throws `RemoteError` for another URL, and if the file has no token.
+    [[nodiscard]] static ApiServer at(const std::string& url, const std::filesystem::path& tokenFile);
+};
+
+/// A client of the HTTP API (docs/http-api.md). It keeps one connection. One thread at a time.
 ///
 /// All requests throw `ApiError` if the server refuses them, and `RemoteError` if it does not respond.
 /// A result is the JSON of the response; null if that has no body.
@@ -40,9 +57,8 @@ public:
     /// The parameters of the query, name and value. They are encoded for the URL.
     using Query = std::vector<std::pair<std::string, std::string>>;
 
-    /// Reads the address and the token of the server. Connects with the first request. Throws `RemoteError`
-    /// if no server runs there.
-    explicit ApiClient(const std::filesystem::path& dataDirectory);
+    /// Connects with the first request.
+    explicit ApiClient(ApiServer server);
     ~ApiClient();
     ApiClient(const ApiClient&) = delete;
     ApiClient& operator=(const ApiClient&) = delete;

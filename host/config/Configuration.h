@@ -55,6 +55,10 @@ struct Configuration {
     struct Api {
         Endpoint listen{"127.0.0.1", 8080};
         Auth auth = Auth::eToken;
+        /// The URL of the page for browsers, if a proxy serves it; empty for none.
+        std::string publicUrl{};
+        /// The origins of other pages that may use the API, as `originOf` returns them.
+        std::vector<std::string> allowedOrigins{};
 
         bool operator==(const Api&) const = default;
     };

@@ -36,6 +36,8 @@ constexpr Key kKeys[] = {
     {"switch.call-max-hours", &equal<&C::callSwitch, &C::Switch::callMax>},
     {"api.listen", &equal<&C::api, &C::Api::listen>},
     {"api.auth", &equal<&C::api, &C::Api::auth>},
+    {"api.public-url", &equal<&C::api, &C::Api::publicUrl>},
+    {"api.allowed-origins", &equal<&C::api, &C::Api::allowedOrigins>},
     {"data.store", &equal<&C::data, &C::Data::store>},
     {"data.keep-days", &equal<&C::data, &C::Data::keep>},
     {"digits.region", &equal<&C::digits, &C::Digits::region>},

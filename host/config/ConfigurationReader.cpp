@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "host/config/TomlSection.h"
+#include "host/config/WebOrigin.h"
 #include "host/management/SettingRules.h"
 #include "host/text-files/WholeFile.h"
 
@@ -83,6 +84,21 @@ void readApi(TomlSection& section, Configuration::Api& api) {
     std::string auth = "token";
     section.readWord("auth", auth, {"token", "none"});
     api.auth = auth == "none" ? Configuration::Auth::eNone : Configuration::Auth::eToken;
+    section.read("public-url", api.publicUrl);
+    if (!api.publicUrl.empty() && !originOf(api.publicUrl)) {
+        section.refuse("public-url",
+                       "must be the URL of the page, such as \"https://phone.example/journal/\"");
+    }
+    std::vector<std::string> origins = api.allowedOrigins;
+    section.read("allowed-origins", origins);
+    api.allowedOrigins.clear();
+    for (const std::string& each : origins) {
+        const auto origin = originOf(each);
+        if (!origin || each.find('/', each.find("://") + 3) != std::string::npos) {
+            section.refuse("allowed-origins", "must be origins, such as \"https://wallboard.example\"");
+        }
+        api.allowedOrigins.push_back(*origin);
+    }
     section.finish();
 }
 

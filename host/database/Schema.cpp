@@ -323,6 +323,17 @@ CREATE TRIGGER contact_removed AFTER DELETE ON contact BEGIN
     DELETE FROM contact_number WHERE contact = OLD.id;
 END;
 )sql",
+    R"sql(
+CREATE TABLE access_token (
+    id      INTEGER PRIMARY KEY AUTOINCREMENT,
+    hash    TEXT NOT NULL UNIQUE,
+    name    TEXT NOT NULL UNIQUE,
+    scope   TEXT NOT NULL,
+    line    TEXT NOT NULL,
+    created INTEGER NOT NULL,
+    expires INTEGER
+) STRICT;
+)sql",
 };
 
 }  // namespace

@@ -6,6 +6,9 @@
 #include <array>
 #include <string_view>
 
+#include "host/access/AccessTokens.h"
+#include "host/access/Tickets.h"
+#include "host/config/WebOrigin.h"
 #include "host/http/messages/HttpError.h"
 
 namespace host {
@@ -39,9 +42,16 @@ bool isWildcard(const std::string& host) {
 }
 
 HttpError wrongToken() {
-    return {401, "wrong-token",
-            "this is not the token; it stands in the file api-token of the data directory"};
+    return {401, kWrongToken,
+            "this is no valid token; one stands in the file api-token of the data directory"};
 }
+
+/// The only route that takes tickets: an EventSource of a browser cannot send a header.
+constexpr std::string_view kEvents = "/api/v1/events?";
+
+constexpr std::chrono::milliseconds kBetweenTries{100};
+/// The responses that wait take memory.
+constexpr std::chrono::seconds kLongestDelay{2};
 
 constexpr int kSecondsOfYear = 365 * 24 * 60 * 60;
 
@@ -58,6 +68,14 @@ std::string cookieValue(std::string_view cookies, std::string_view name) {
 }
 
 }  // namespace
+
+Authenticator::Authenticator(std::optional<std::string> token, const AccessTokens* named, Tickets* tickets,
+                             const std::string& publicUrl, std::vector<std::string> allowedOrigins)
+    : m_token(std::move(token)),
+      m_named(named),
+      m_tickets(tickets),
+      m_publicOrigin(originOf(publicUrl).value_or("")),
+      m_foreign(std::move(allowedOrigins)) {}
 
 void Authenticator::setListenAddress(const Endpoint& endpoint) {
     m_host = lowered(endpoint.host);
@@ -80,6 +98,9 @@ void Authenticator::checkOrigin(const HttpRequest& request) const {
     const std::string site = request.header("sec-fetch-site");
     // A browser sends Sec-Fetch-Site where it sends no Origin. A link or a bookmark may open the page itself.
     const bool opensPage = request.header("sec-fetch-mode") == "navigate" && request.path.empty();
+    if (m_foreign.isAllowed(request) || (!origin.empty() && origin == m_publicOrigin)) {
+        return;
+    }
     if ((!origin.empty() && origin != "http://" + host) ||
         (!opensPage && (site == "cross-site" || site == "same-site"))) {
         throw HttpError(403, "foreign-origin", "pages of other origins may not ask");
@@ -87,7 +108,10 @@ void Authenticator::checkOrigin(const HttpRequest& request) const {
 }
 
 bool Authenticator::isServedHost(const std::string& host) const {
-    return host == "localhost" || host == m_host || (isWildcard(m_host) && isAddress(host));
+    const std::size_t scheme = m_publicOrigin.find("://");
+    return host == "localhost" || host == m_host ||
+           (!m_publicOrigin.empty() && host == hostOf(m_publicOrigin.substr(scheme + 3))) ||
+           (isWildcard(m_host) && isAddress(host));
 }
 
 bool Authenticator::matchesToken(const std::string& text) const {
@@ -108,24 +132,52 @@ std::string Authenticator::tokenOf(const HttpRequest& request) const {
     if (lowered(authorization.substr(0, kBearer.size())) == kBearer) {
         return authorization.substr(kBearer.size());
     }
-    return cookieValue(request.header("cookie"), m_cookie);
+    return m_foreign.isAllowed(request) ? std::string() : cookieValue(request.header("cookie"), m_cookie);
 }
 
-void Authenticator::checkToken(const HttpRequest& request) const {
-    if (!m_token) {
-        return;
+std::optional<Access> Authenticator::accessOf(const std::string& token) const {
+    if (!m_token || matchesToken(token)) {
+        return Access{Scope::eAdmin, {}, 0};
     }
+    return m_named != nullptr && !token.empty() ? m_named->find(token) : std::nullopt;
+}
+
+Access Authenticator::access(const HttpRequest& request) const {
     const std::string token = tokenOf(request);
+    if (m_token && m_tickets != nullptr && token.empty() && request.target.starts_with(kEvents) &&
+        request.query.contains("ticket")) {
+        auto access = m_tickets->redeem(request.queryValue("ticket"), Tickets::Clock::now());
+        if (!access || !isValid(*access)) {
+            throw HttpError(401, kWrongToken, "this ticket was used before, or is older than a minute");
+        }
+        return std::move(*access);
+    }
+    auto access = accessOf(token);
+    if (access) {
+        return std::move(*access);
+    }
     if (token.empty()) {
-        throw HttpError(401, "no-token", "this needs the token in the file api-token of the data directory");
+        throw HttpError(401, "no-token",
+                        "this needs the token in the file api-token of the data directory, or a named one");
     }
-    if (!matchesToken(token)) {
-        throw wrongToken();
-    }
+    throw wrongToken();
 }
 
 bool Authenticator::isTrusted(const HttpRequest& request) const {
-    return !m_token || matchesToken(tokenOf(request));
+    return accessOf(tokenOf(request)).has_value();
+}
+
+bool Authenticator::isValid(const Access& access) const {
+    return access.tokenId == 0 || (m_named != nullptr && m_named->isValid(access.tokenId));
+}
+
+std::chrono::milliseconds Authenticator::failedTry() const {
+    using Clock = std::chrono::steady_clock;
+    ++m_failedTries;
+    const std::lock_guard lock(m_tryMutex);
+    const Clock::time_point now = Clock::now();
+    m_nextTry = std::min(std::max(m_nextTry, now) + kBetweenTries, now + kLongestDelay);
+    return std::chrono::ceil<std::chrono::milliseconds>(m_nextTry - now);
 }
 
 std::optional<HttpResponse> Authenticator::signIn(const HttpRequest& request) const {
@@ -134,10 +186,13 @@ std::optional<HttpResponse> Authenticator::signIn(const HttpRequest& request) co
     }
     HttpResponse response;
     response.status = 303;
-    const bool isRefused = m_token && !matchesToken(request.queryValue("token"));
+    const std::string& token = request.queryValue("token");
+    const bool isRefused = !accessOf(token);
     response.headers = {{"Location", isRefused ? "./?refused=1" : "./"}};
-    if (m_token && !isRefused) {
-        setCookie(response, *m_token, kSecondsOfYear);
+    if (isRefused) {
+        response.delay = failedTry();
+    } else if (m_token) {
+        setCookie(response, token, kSecondsOfYear);
     }
     return response;
 }
@@ -145,10 +200,10 @@ std::optional<HttpResponse> Authenticator::signIn(const HttpRequest& request) co
 HttpResponse Authenticator::beginSession(const std::string& token) const {
     HttpResponse response = emptyResponse();
     if (m_token) {
-        if (!matchesToken(token)) {
+        if (!accessOf(token)) {
             throw wrongToken();
         }
-        setCookie(response, *m_token, kSecondsOfYear);
+        setCookie(response, token, kSecondsOfYear);
     }
     return response;
 }
@@ -161,7 +216,8 @@ HttpResponse Authenticator::endSession() const {
 
 void Authenticator::setCookie(HttpResponse& response, const std::string& value, int seconds) const {
     response.headers.emplace_back("Set-Cookie", m_cookie + "=" + value + "; Path=/; Max-Age=" +
-                                                    std::to_string(seconds) + "; HttpOnly; SameSite=Strict");
+                                                    std::to_string(seconds) + "; HttpOnly; SameSite=Strict" +
+                                                    (m_publicOrigin.starts_with("https:") ? "; Secure" : ""));
 }
 
 }  // namespace host

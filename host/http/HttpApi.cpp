@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "host/access/AccessTokens.h"
+#include "host/access/Tickets.h"
 #include "host/database/DatabaseMemory.h"
 #include "host/framework/Strand.h"
 #include "host/framework/WorkerPool.h"
@@ -23,6 +25,7 @@
 #include "host/http/resources/SettingsResource.h"
 #include "host/http/resources/StatisticsResource.h"
 #include "host/http/resources/TimesResource.h"
+#include "host/http/resources/TokensResource.h"
 #include "host/stored-lists/StoredLists.h"
 #include "journalservice/JournalServiceIfc.h"
 
@@ -31,6 +34,9 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+/// The streams of a token end within a second after it.
+constexpr std::chrono::milliseconds kStreamCheck{500};
+
 }  // namespace
 
 /// The components in dependency order.
@@ -38,7 +44,9 @@ class HttpApi::Impl {
 public:
     Impl(HttpBackend backend, HttpApiSettings settings)
         : m_backend(std::move(backend)),
-          m_authenticator(std::move(settings.token)),
+          m_tokens(m_backend.database),
+          m_authenticator(std::move(settings.token), &m_tokens, &m_tickets, settings.publicUrl,
+                          std::move(settings.allowedOrigins)),
           m_page(settings.page),
           m_lists(m_backend.storedLists, m_backend.storedEntries),
           m_import(m_backend.storedEntries),
@@ -76,14 +84,19 @@ public:
         m_statistics.addRoutes(m_router);
         m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
+        m_tokensResource.addRoutes(m_router);
         addSessionRoutes(m_authenticator, m_router);
-        m_router.add({"GET", "/metrics", [this](const HttpRequest& /*each*/) { return metrics(); }});
-        m_router.add({"GET", "/api/v1/events", [this](const HttpRequest& each) { return events(each); }});
+        m_router.add(
+            {"GET", "/metrics", Scope::eMetrics, [this](const HttpRequest& /*each*/) { return metrics(); }});
         m_router.add({"GET",
-                      "/api/v1/openapi.json",
-                      [](const HttpRequest& /*each*/) { return openApiResponse(); },
-                      {},
-                      Router::Guard::eOpen});
+                      "/api/v1/events",
+                      Scope::eRead,
+                      [this](const HttpRequest& each) { return events(each); },
+                      {"ticket"}});
+        m_router.add({"POST", "/api/v1/tickets", Scope::eRead,
+                      [this](const HttpRequest& each) { return ticket(each); }});
+        m_router.add({"GET", "/api/v1/openapi.json", Scope::eNone,
+                      [](const HttpRequest& /*each*/) { return openApiResponse(); }});
     }
     ~Impl() { stop(); }
     Impl(const Impl&) = delete;
@@ -116,16 +129,44 @@ public:
     void liveCallsChanged() { m_feed.liveCallsChanged(); }
 
 private:
+    HttpResponse ticket(const HttpRequest& request) {
+        const std::string ticket = m_tickets.issue(request.access, Tickets::Clock::now());
+        return jsonResponse({{"ticket", ticket}, {"seconds", Tickets::kLifetime.count()}}, 201);
+    }
+
     HttpResponse events(const HttpRequest& request) {
         HttpResponse response;
         if (request.method == "GET") {
-            response.stream = m_feed.open(request.header("last-event-id"));
+            response.stream = m_feed.open(request.header("last-event-id"), mayGoOn(request.access));
             if (response.stream == nullptr) {
                 throw HttpError(503, "too-many-streams", "there are too many event streams");
             }
         }
         response.contentType = "text/event-stream";
         return response;
+    }
+
+    /// A function that returns false once the stream of this access must end; empty for one that never must.
+    std::function<bool()> mayGoOn(const Access& access) {
+        if (access.tokenId == 0) {
+            return {};
+        }
+        m_server.post([this] {
+            if (!std::exchange(m_checksStreams, true)) {
+                checkStreamsLater();
+            }
+        });
+        return [this, access] { return m_authenticator.isValid(access); };
+    }
+
+    /// Ends the streams of tokens that were revoked or have expired. Call from the loop thread only.
+    void checkStreamsLater() {
+        m_server.postLater(kStreamCheck, [this] {
+            m_checksStreams = m_feed.endRefused();
+            if (m_checksStreams) {
+                checkStreamsLater();
+            }
+        });
     }
 
     HttpResponse metrics() {
@@ -142,11 +183,14 @@ private:
              .keptChanges = m_backend.database.keptCount(),
              .lostChanges = m_backend.database.lostCount(),
              .databaseMemory = databaseMemory(),
-             .droppedLogLines = m_backend.droppedLogLines()});
+             .droppedLogLines = m_backend.droppedLogLines(),
+             .failedTries = m_authenticator.failedTries()});
         return response;
     }
 
     const HttpBackend m_backend;
+    AccessTokens m_tokens;
+    Tickets m_tickets;
     Authenticator m_authenticator;
     const PageFiles m_page;
     ListsResource m_lists;
@@ -159,6 +203,7 @@ private:
     LiveCallsResource m_liveCalls;
     StatisticsResource m_statistics;
     PartiesResource m_parties;
+    TokensResource m_tokensResource{m_tokens, m_backend.line};
     Router m_router;
     RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line};
     EventFeed m_feed;
@@ -167,6 +212,8 @@ private:
     WorkerPool m_eventWorkers{1};
     Strand m_eventStrand{m_eventWorkers};
     bool m_subscribed = false;
+    /// Loop thread only: true while a stream is open that may have to end.
+    bool m_checksStreams = false;
 };
 
 HttpApi::HttpApi(HttpBackend backend, HttpApiSettings settings)

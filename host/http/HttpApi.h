@@ -51,6 +51,10 @@ struct HttpApiSettings {
     HttpServerSettings server;
     /// std::nullopt: no request needs a token.
     std::optional<std::string> token;
+    /// The URL under which a proxy serves the page; empty for none.
+    std::string publicUrl{};
+    /// The origins of other pages that may use the API.
+    std::vector<std::string> allowedOrigins{};
     /// The directory of the page's files.
     std::filesystem::path page;
 };

@@ -283,7 +283,7 @@ private:
                 asio::post(
                     m_loop,
                     [this, id, response = failed ? unavailable() : m_callbacks.handle(request)]() mutable {
-                        respond(id, std::move(response));
+                        respondSoon(id, std::move(response));
                     });
                 posted = true;
             } catch (const std::exception& error) {
@@ -299,6 +299,14 @@ private:
         HttpResponse response;
         response.status = 503;
         return response;
+    }
+
+    void respondSoon(std::uint64_t id, HttpResponse response) {
+        if (const auto delay = std::exchange(response.delay, {}); delay.count() > 0) {
+            postLater(delay, [this, id, response = std::move(response)] { respond(id, response); });
+        } else {
+            respond(id, std::move(response));
+        }
     }
 
     void respond(std::uint64_t id, HttpResponse response) {

@@ -41,6 +41,7 @@ public:
     prometheus::Gauge& entries(ListName list) { return m_entries.Add({{"list", std::string(wordOf(list))}}); }
 
     void raiseDroppedLogLines(double total) { raise(m_droppedLogLines, total); }
+    void raiseFailedTries(double total) { raise(m_failedTries, total); }
     void raiseLostChanges(double total) { raise(m_lostChanges, total); }
 
     std::string text() const {
@@ -77,6 +78,9 @@ private:
     prometheus::Counter& m_droppedLogLines =
         counters("calljournal_log_lines_dropped_total",
                  "Lines of the log that were not taken in time, or could not be written")
+            .Add({});
+    prometheus::Counter& m_failedTries =
+        counters("calljournal_refused_tokens_total", "Requests with a wrong, revoked or expired token")
             .Add({});
     prometheus::Counter& m_lostChanges =
         counters("calljournal_changes_lost_total", "Changes that the database refused and that were not kept")
@@ -118,6 +122,7 @@ std::string Metrics::text(const Gauges& gauges) {
     m_registered->liveCallCount.Set(static_cast<double>(gauges.liveCallCount));
     m_registered->unviewed.Set(static_cast<double>(gauges.unviewed));
     m_registered->raiseDroppedLogLines(static_cast<double>(gauges.droppedLogLines));
+    m_registered->raiseFailedTries(static_cast<double>(gauges.failedTries));
     m_registered->keptChanges.Set(static_cast<double>(gauges.keptChanges));
     m_registered->raiseLostChanges(static_cast<double>(gauges.lostChanges));
     const auto ofDatabase = static_cast<double>(gauges.databaseMemory);

@@ -33,6 +33,7 @@ public:
         std::int64_t databaseMemory = 0;
         /// Since the program started.
         std::uint64_t droppedLogLines = 0;
+        std::uint64_t failedTries = 0;
     };
 
     /// `line` is a label of every metric.

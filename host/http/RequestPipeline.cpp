@@ -42,6 +42,14 @@ HttpResponse notAllowed(const std::string& methods) {
     return response;
 }
 
+void checkScope(const Access& access, const Router::Route& route) {
+    if (!includes(access.scope, route.scope)) {
+        throw HttpError(403, "wrong-scope",
+                        "this needs a token with the scope " + std::string(wordOf(route.scope)) +
+                            "; this one has " + std::string(wordOf(access.scope)));
+    }
+}
+
 }  // namespace
 
 HttpResponse RequestPipeline::handle(HttpRequest request) const {
@@ -51,6 +59,9 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
         compressJson(request, response);
     } catch (const HttpError& error) {
         response = errorResponse(error);
+        if (error.code() == kWrongToken) {
+            response.delay = m_authenticator.failedTry();
+        }
     } catch (const std::bad_alloc&) {
         logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "%s failed: out of memory", request.method.c_str());
         response = errorResponse({503, "out-of-memory", "there is too little memory for it now"});
@@ -60,6 +71,7 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
         response = errorResponse({500, "internal", "this went wrong; see the log"});
     }
     addCommonHeaders(response);
+    m_authenticator.foreignOrigins().addHeaders(request, response);
     return response;
 }
 
@@ -77,6 +89,9 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
     }
     const bool readable = request.readTarget();
     m_authenticator.checkOrigin(request);
+    if (auto allowed = m_authenticator.foreignOrigins().preflight(request)) {
+        return std::move(*allowed);
+    }
     if (!readable) {
         throw HttpError(400, "bad-target", "this is no address that is served here");
     }
@@ -92,9 +107,9 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
 
 HttpResponse RequestPipeline::route(HttpRequest& request) const {
     const Router::Route* const found = m_router.find(request);
-    const bool isOpen = found != nullptr && found->guard == Router::Guard::eOpen;
+    const bool isOpen = found != nullptr && found->scope == Scope::eNone;
     if (!isOpen) {
-        m_authenticator.checkToken(request);
+        request.access = m_authenticator.access(request);
     }
     if (found == nullptr) {
         const std::string methods = m_router.methodsFor(request);
@@ -103,6 +118,7 @@ HttpResponse RequestPipeline::route(HttpRequest& request) const {
         }
         return notAllowed(methods);
     }
+    checkScope(request.access, *found);
     if (request.body.size() > found->maxBody) {
         throw HttpError(413, "too-large",
                         "a body may have " + std::to_string(found->maxBody / 1024) + " KiB here");
@@ -110,6 +126,9 @@ HttpResponse RequestPipeline::route(HttpRequest& request) const {
     found->checkQuery(request);
     if (request.query.contains("line") && request.queryValue("line") != m_line) {
         throw HttpError(404, "unknown-line", "there is no such line");
+    }
+    if (!request.access.line.empty() && request.access.line != m_line) {
+        throw HttpError(403, "wrong-line", "this token is for line " + request.access.line + " only");
     }
     return found->handler(request);
 }

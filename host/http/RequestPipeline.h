@@ -13,7 +13,7 @@ namespace host {
 ///
 ///  1. host and origin (`Authenticator`), target, size of the body;
 ///  2. sign-in with "/?token=TOKEN", or a file of the page;
-///  3. route, token, line;
+///  3. route, token and its scope, line;
 ///  4. the handler; an exception becomes an error response;
 ///  5. compression of long JSON, and the headers that every response has.
 ///

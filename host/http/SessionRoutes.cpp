@@ -25,16 +25,10 @@ HttpResponse begin(const Authenticator& authenticator, const HttpRequest& reques
 }  // namespace
 
 void addSessionRoutes(const Authenticator& authenticator, Router& router) {
-    router.add({"POST",
-                kPath,
-                [&authenticator](const HttpRequest& each) { return begin(authenticator, each); },
-                {},
-                Router::Guard::eOpen});
-    router.add({"DELETE",
-                kPath,
-                [&authenticator](const HttpRequest& /*each*/) { return authenticator.endSession(); },
-                {},
-                Router::Guard::eOpen});
+    router.add({"POST", kPath, Scope::eNone,
+                [&authenticator](const HttpRequest& each) { return begin(authenticator, each); }});
+    router.add({"DELETE", kPath, Scope::eNone,
+                [&authenticator](const HttpRequest& /*each*/) { return authenticator.endSession(); }});
 }
 
 }  // namespace host

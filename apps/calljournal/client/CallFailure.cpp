@@ -36,7 +36,7 @@ std::string failureText(const std::filesystem::path& dataDirectory,
         return {};
     }
     try {
-        host::ApiClient client(dataDirectory);
+        host::ApiClient client(host::ApiServer::in(dataDirectory));
         const auto page = client.get({"calls"}, {{"list", "dialled"}, {"limit", "20"}});
         const auto& calls = page.at("items");
         const auto call = std::find_if(calls.begin(), calls.end(), [&entry](const auto& each) {

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "host/api-client/ApiClient.h"
+
 namespace CLI {
 class App;
 }
@@ -16,7 +18,13 @@ struct CommonOptions {
     std::string program = "calljournal";
     /// Empty: the default directory.
     std::string data;
+    /// The URL of a server on any machine; empty: the server of the data directory.
+    std::string url;
+    /// The file with the token for `url`; empty for none.
+    std::string tokenFile;
 
+    /// The server that the clients use. Throws `RemoteError` and `ConfigurationError`.
+    [[nodiscard]] host::ApiServer server() const;
     /// The data directory. Throws `ConfigurationError` if there is no default.
     [[nodiscard]] std::filesystem::path dataDirectory() const;
     /// A command that the user can type for the same data directory: "calljournal watch --data DIR".
@@ -57,5 +65,6 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeRestoreCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeTokensCommand(CLI::App& app);
 
 }  // namespace calljournal

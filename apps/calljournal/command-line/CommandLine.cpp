@@ -19,38 +19,57 @@
 namespace calljournal {
 namespace {
 
+/// eClient: it speaks the HTTP API only, so that its server may run on another machine.
+enum class Kind { eLocal, eClient };
+
 struct Entry {
+    Kind kind;
     const char* name;
     const char* help;
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 20> kEntries{{
-    {"serve", "run the call journal of a line", &makeServeCommand},
-    {"switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
-    {"sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
-    {"demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
-    {"list", "print a list of the running journal", &makeListCommand},
-    {"calls", "print the calls of the history of the running journal", &makeCallsCommand},
-    {"stats", "print statistics of the calls of the running journal", &makeStatsCommand},
-    {"show", "print an entry of the running journal with all its calls", &makeShowCommand},
-    {"watch", "print the changes of the running journal as they come", &makeWatchCommand},
-    {"call", "place a call with the telephone of the line", &makeCallCommand},
-    {"answer", "answer the call that rings", &makeAnswerCallCommand},
-    {"hangup", "end a live call", &makeHangUpCommand},
-    {"viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
-    {"delete", "delete entries or calls of the running journal", &makeDeleteCommand},
-    {"export", "print calls of the running journal as a file for other programs", &makeExportCommand},
-    {"import", "store the calls of a file in the history of the running journal", &makeImportCommand},
-    {"backup", "copy the journal to a file, also while it runs", &makeBackupCommand},
-    {"restore", "replace the journal by a file that backup wrote", &makeRestoreCommand},
-    {"contacts", "import, print or export the phonebook of the running journal", &makeContactsCommand},
-    {"settings", "print or change the settings of the running journal and its phone", &makeSettingsCommand},
+constexpr std::array<Entry, 21> kEntries{{
+    {Kind::eLocal, "serve", "run the call journal of a line", &makeServeCommand},
+    {Kind::eLocal, "switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
+    {Kind::eLocal, "sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
+    {Kind::eLocal, "demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
+    {Kind::eClient, "list", "print a list of the running journal", &makeListCommand},
+    {Kind::eClient, "calls", "print the calls of the history of the running journal", &makeCallsCommand},
+    {Kind::eClient, "stats", "print statistics of the calls of the running journal", &makeStatsCommand},
+    {Kind::eClient, "show", "print an entry of the running journal with all its calls", &makeShowCommand},
+    {Kind::eLocal, "watch", "print the changes of the running journal as they come", &makeWatchCommand},
+    {Kind::eClient, "call", "place a call with the telephone of the line", &makeCallCommand},
+    {Kind::eClient, "answer", "answer the call that rings", &makeAnswerCallCommand},
+    {Kind::eClient, "hangup", "end a live call", &makeHangUpCommand},
+    {Kind::eClient, "viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
+    {Kind::eClient, "delete", "delete entries or calls of the running journal", &makeDeleteCommand},
+    {Kind::eClient, "export", "print calls of the running journal as a file for other programs",
+     &makeExportCommand},
+    {Kind::eClient, "import", "store the calls of a file in the history of the running journal",
+     &makeImportCommand},
+    {Kind::eLocal, "backup", "copy the journal to a file, also while it runs", &makeBackupCommand},
+    {Kind::eLocal, "restore", "replace the journal by a file that backup wrote", &makeRestoreCommand},
+    {Kind::eClient, "contacts", "import, print or export the phonebook of the running journal",
+     &makeContactsCommand},
+    {Kind::eClient, "settings", "print or change the settings of the running journal and its phone",
+     &makeSettingsCommand},
+    {Kind::eClient, "tokens", "create, list or revoke tokens for other programs and devices",
+     &makeTokensCommand},
 }};
 
 std::string programName(const char* calledAs) {
     const std::string name = calledAs != nullptr ? calledAs : "";
     return name.find('/') == std::string::npos ? "calljournal" : name;
+}
+
+void addServerOptions(CLI::App& sub, CommonOptions& common) {
+    CLI::Option* const url =
+        sub.add_option("--url", common.url, "the server, which may run on another machine [that of --data]")
+            ->type_name("URL");
+    sub.add_option("--token-file", common.tokenFile, "the file with the token for --url")
+        ->type_name("FILE")
+        ->needs(url);
 }
 
 using Commands = std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>>;
@@ -67,6 +86,9 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
             ->check([](const std::string& directory) {
                 return directory.empty() ? "the directory has no name" : std::string();
             });
+        if (entry.kind == Kind::eClient) {
+            addServerOptions(*sub, common);
+        }
     }
     return commands;
 }
@@ -93,6 +115,10 @@ int runChosen(const Commands& commands, const CommonOptions& common) {
 
 std::filesystem::path CommonOptions::dataDirectory() const {
     return data.empty() ? host::defaultDataDirectory() : std::filesystem::path(data);
+}
+
+host::ApiServer CommonOptions::server() const {
+    return url.empty() ? host::ApiServer::in(dataDirectory()) : host::ApiServer::at(url, tokenFile);
 }
 
 std::string CommonOptions::commandForUser(const std::string& command) const {

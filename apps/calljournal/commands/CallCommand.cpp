@@ -52,7 +52,7 @@ public:
                       << std::endl;
             return eWrongUsage;
         }
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         const bool isEntry = !m_entry.empty() || isEntryId(m_target);
         const Party party =
             isEntry ? partyOf(client, m_entry.empty() ? m_target : m_entry) : Party{m_target, {}};

@@ -51,7 +51,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         if (m_json) {
             Json items = Json::array();
             Json next = visitCalls(client, m_filters.query(), limit(),

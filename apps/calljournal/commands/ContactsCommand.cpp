@@ -104,7 +104,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         if (m_import->parsed()) {
             return importFile(client);
         }

@@ -28,7 +28,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         return m_filters.selectsCalls() ? deleteCalls(client) : deleteEntries(client, common);
     }
 

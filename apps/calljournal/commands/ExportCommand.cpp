@@ -46,7 +46,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         if (m_list == wordOf(ListName::eCallbacks) || (isWholeList() && m_format == "json")) {
             exportList(client);
         } else {

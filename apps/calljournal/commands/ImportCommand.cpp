@@ -110,7 +110,7 @@ public:
             throw host::CallFileError("cannot read " + m_file + ": " +
                                       std::generic_category().message(errno));
         }
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         ProgressText progress;
         ImportResult result(m_file, progress);
         CallUpload upload(client, m_unviewed,

@@ -34,7 +34,7 @@ public:
             m_filter.limit = m_limit;
         }
         const ListName list = listNamed(m_list).value();
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         const nlohmann::ordered_json response = fetchList(client, list, m_filter);
         if (m_csv) {
             std::cout << host::csvText(list, response["items"]);

@@ -39,7 +39,7 @@ std::vector<Json> liveCalls(host::ApiClient& client, bool onlyRinging) {
 class LiveCallCommand : public Command {
 public:
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         const Json call = chosen(client);
         carryOut(client, textIn(call, "callId"));
         std::cout << done() << " " << partyOf(call) << std::endl;

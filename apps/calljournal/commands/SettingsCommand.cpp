@@ -50,7 +50,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         if (m_key.empty()) {
             const Json settings = client.get({"management"})["settings"];
             std::cout << (m_json ? settingsJson(settings) + "\n" : settingsTable(settings, terminalWidth()));

@@ -43,7 +43,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         const std::optional<Entry> entry = findInAll(client, m_entry);
         if (!entry) {
             throw std::runtime_error(

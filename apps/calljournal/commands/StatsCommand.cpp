@@ -116,7 +116,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         host::ApiClient::Query query = m_filters.query();
         if (m_by->count() > 0) {
             query.emplace_back("by", m_grouping);

@@ -21,7 +21,7 @@ public:
     }
 
     int run(const CommonOptions& common) override {
-        host::ApiClient client(common.dataDirectory());
+        host::ApiClient client(common.server());
         // The server ignores unknown ids.
         std::vector<std::string> unknown;
         nlohmann::ordered_json known = nlohmann::ordered_json::array();

@@ -73,6 +73,8 @@ host::HttpApiSettings httpSettings(const host::Configuration& configuration,
                                    const std::filesystem::path& dataDirectory) {
     host::HttpApiSettings settings;
     settings.server.listen = configuration.api.listen;
+    settings.publicUrl = configuration.api.publicUrl;
+    settings.allowedOrigins = configuration.api.allowedOrigins;
     if (configuration.api.auth == host::Configuration::Auth::eToken) {
         settings.token = host::apiToken(dataDirectory / kTokenName);
     }

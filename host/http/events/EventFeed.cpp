@@ -40,7 +40,7 @@ EventFeed::EventFeed(Post post, PostLater postLater, RunAside runAside, EventRin
       m_stored(std::move(stored)),
       m_ring(markOfThisRun(), limits) {}
 
-std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
+std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId, std::function<bool()> mayGoOn) {
     if (m_streamsOpen->count.fetch_add(1) >= kMaxStreams) {
         --m_streamsOpen->count;
         return nullptr;
@@ -51,7 +51,7 @@ std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId) {
         --streams->count;
     });
     return std::make_shared<EventStream>(static_cast<EventStream::StreamRegistry&>(*this), lastEventId,
-                                         std::move(slot));
+                                         std::move(slot), std::move(mayGoOn));
 }
 
 void EventFeed::resync() {
@@ -94,6 +94,18 @@ void EventFeed::keepAlive() {
     for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
         stream->keepAlive();
     }
+}
+
+bool EventFeed::endRefused() {
+    bool isAnyLeft = false;
+    for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
+        if (stream->mayGoOn()) {
+            isAnyLeft = isAnyLeft || stream->isLimited();
+        } else {
+            stream->disconnected();
+        }
+    }
+    return isAnyLeft;
 }
 
 void EventFeed::close() {

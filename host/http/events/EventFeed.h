@@ -79,7 +79,9 @@ public:
     // Thread-safe.
 
     /// A stream for one client; nullptr if there are already `kMaxStreams`.
-    [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId);
+    /// The stream ends when `endRefused` is called while `mayGoOn`, if it is not empty, returns false.
+    [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId,
+                                                   std::function<bool()> mayGoOn = {});
     [[nodiscard]] std::size_t streamCount() const noexcept { return m_streamsOpen->count; }
     /// Reports that the lists may have changed without a notification. Sends the event after those of the
     /// changes that were notified before, and no sooner than 200 ms after the previous one.
@@ -92,6 +94,8 @@ public:
 
     /// Sends a comment to each stream.
     void keepAlive();
+    /// Ends the streams that may not go on. Returns true if streams are left whose right may end.
+    bool endRefused();
     /// Ends all streams, and every later stream as soon as it begins. Afterwards the feed holds no object of
     /// the server.
     void close();

@@ -32,9 +32,13 @@ public:
     };
 
     /// `lastEventId`: the id of the last event that the client got; empty for a new client. `slot` lives as
-    /// long as the stream.
-    EventStream(StreamRegistry& registry, std::string lastEventId, std::shared_ptr<void> slot)
-        : m_registry(registry), m_lastEventId(std::move(lastEventId)), m_slot(std::move(slot)) {}
+    /// long as the stream. `mayGoOn`: false when the client may no longer read; empty if that cannot happen.
+    EventStream(StreamRegistry& registry, std::string lastEventId, std::shared_ptr<void> slot,
+                std::function<bool()> mayGoOn = {})
+        : m_registry(registry),
+          m_lastEventId(std::move(lastEventId)),
+          m_slot(std::move(slot)),
+          m_mayGoOn(std::move(mayGoOn)) {}
 
     void begin(std::unique_ptr<StreamSink> sink) override;
     void disconnected() override;
@@ -43,6 +47,9 @@ public:
     void wake();
     /// Writes a comment, which keeps the connection open and detects a disconnected client.
     void keepAlive();
+    /// True if the right of the client to read may end.
+    [[nodiscard]] bool isLimited() const noexcept { return m_mayGoOn != nullptr; }
+    [[nodiscard]] bool mayGoOn() const { return !m_mayGoOn || m_mayGoOn(); }
     /// Ends the stream.
     void end();
 
@@ -53,6 +60,7 @@ private:
     EventStream::StreamRegistry& m_registry;
     const std::string m_lastEventId;
     const std::shared_ptr<void> m_slot;
+    const std::function<bool()> m_mayGoOn;
 
     // Loop thread only.
     std::shared_ptr<StreamSink> m_sink;

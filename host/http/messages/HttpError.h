@@ -7,6 +7,9 @@
 
 namespace host {
 
+/// The code of a request with a token that is not valid.
+inline constexpr const char* kWrongToken = "wrong-token";
+
 /// Thrown by a handler that refuses a request. The response is {"error": {"code", "message"}} with the
 /// status.
 class HttpError : public std::runtime_error {

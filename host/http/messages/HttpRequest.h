@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/access/Access.h"
+
 namespace host {
 
 /// A request as the handlers get it. A plain value.
@@ -25,6 +27,8 @@ struct HttpRequest {
     std::string repeatedParameter;
     /// The values of a route's placeholders; set by the router.
     std::map<std::string, std::string> parameters;
+    /// The rights that its token grants; set by the pipeline.
+    Access access;
 
     /// Parses `target`. False for an invalid target: not absolute, a broken escape, a control character, "."
     /// or "..", or an escaped "/" in a segment.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
@@ -22,6 +23,8 @@ struct HttpResponse {
     std::vector<std::pair<std::string, std::string>> headers;
     /// Writes a streaming (chunked) body instead of `body`; nullptr for a complete response.
     std::shared_ptr<StreamBody> stream;
+    /// The response is sent so much later.
+    std::chrono::milliseconds delay{0};
 };
 
 [[nodiscard]] HttpResponse jsonResponse(const nlohmann::ordered_json& json, int status = 200);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/access/Access.h"
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
 
@@ -16,9 +17,6 @@ class Router {
 public:
     /// Called on worker threads, concurrently. May throw `HttpError`.
     using Handler = std::function<HttpResponse(const HttpRequest&)>;
-    /// eToken: a request needs the token. eOpen: it needs none.
-    enum class Guard { eToken, eOpen };
-
     /// The most bytes that the server reads of any body.
     static constexpr std::size_t kUsualBody = 256U * 1024U;
 
@@ -27,10 +25,11 @@ public:
         /// "/api/v1/lists/{list}": a segment in braces matches any text, which becomes the parameter of that
         /// name.
         std::string pattern;
+        /// The scope that the token of a request needs. It has no default: each route names its own.
+        Scope scope;
         Handler handler;
         /// The parameters of the query that the route takes. Every route below "/api/v1" takes "line", too.
         std::vector<std::string> queryParameters{};
-        Guard guard = Guard::eToken;
         /// The most bytes that the body of a request may have. A longer one than `kUsualBody` is read from
         /// clients with the token only.
         std::size_t maxBody = 64U * 1024U;

@@ -41,16 +41,17 @@ void CallsResource::addRoutes(Router& router) {
     deletionParameters.emplace_back("all");
     std::vector<std::string> pageParameters = queryParameters();
     pageParameters.emplace_back("language");
-    router.add({"GET", "/api/v1/calls", [this](const HttpRequest& each) { return page(each); },
+    router.add({"GET", "/api/v1/calls", Scope::eRead, [this](const HttpRequest& each) { return page(each); },
                 std::move(pageParameters)});
-    router.add({"DELETE", "/api/v1/calls", [this](const HttpRequest& each) { return deleteSome(each); },
-                std::move(deletionParameters)});
+    router.add({"DELETE", "/api/v1/calls", Scope::eWrite,
+                [this](const HttpRequest& each) { return deleteSome(each); }, std::move(deletionParameters)});
     router.add({"GET",
                 "/api/v1/calls/{callId}",
+                Scope::eRead,
                 [this](const HttpRequest& each) { return call(each); },
                 {"language"}});
-    router.add(
-        {"DELETE", "/api/v1/calls/{callId}", [this](const HttpRequest& each) { return deleteOne(each); }});
+    router.add({"DELETE", "/api/v1/calls/{callId}", Scope::eWrite,
+                [this](const HttpRequest& each) { return deleteOne(each); }});
 }
 
 HttpResponse CallsResource::page(const HttpRequest& request) const {

@@ -126,18 +126,23 @@ ContactFormat formatOf(const HttpRequest& request) {
 void ContactsResource::addRoutes(Router& router) {
     router.add({"GET",
                 "/api/v1/contacts",
+                Scope::eRead,
                 [this](const HttpRequest& each) { return list(each); },
                 {"limit", "offset", "search", "number"}});
-    router.add({"POST", "/api/v1/contacts", [this](const HttpRequest& each) { return add(each); }});
+    router.add(
+        {"POST", "/api/v1/contacts", Scope::eWrite, [this](const HttpRequest& each) { return add(each); }});
     router.add({"POST",
                 "/api/v1/contacts/import",
+                Scope::eWrite,
                 [this](const HttpRequest& each) { return importFile(each); },
                 {},
-                Router::Guard::eToken,
                 kMaxFile});
-    router.add({"GET", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return contact(each); }});
-    router.add({"PUT", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return change(each); }});
-    router.add({"DELETE", "/api/v1/contacts/{id}", [this](const HttpRequest& each) { return remove(each); }});
+    router.add({"GET", "/api/v1/contacts/{id}", Scope::eRead,
+                [this](const HttpRequest& each) { return contact(each); }});
+    router.add({"PUT", "/api/v1/contacts/{id}", Scope::eWrite,
+                [this](const HttpRequest& each) { return change(each); }});
+    router.add({"DELETE", "/api/v1/contacts/{id}", Scope::eWrite,
+                [this](const HttpRequest& each) { return remove(each); }});
 }
 
 HttpResponse ContactsResource::list(const HttpRequest& request) const {

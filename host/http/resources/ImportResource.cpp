@@ -52,7 +52,7 @@ Call callIn(const Json& call) {
 }  // namespace
 
 void ImportResource::addRoutes(Router& router) {
-    Router::Route route{"POST", "/api/v1/calls/import",
+    Router::Route route{"POST", "/api/v1/calls/import", Scope::eAdmin,
                         [this](const HttpRequest& each) { return importCalls(each); }};
     route.maxBody = kMaxBody;
     router.add(std::move(route));

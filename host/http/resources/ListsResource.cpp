@@ -53,19 +53,21 @@ std::optional<std::set<std::string>> entriesToDelete(const HttpRequest& request)
 void ListsResource::addRoutes(Router& router) {
     router.add({"GET",
                 "/api/v1/lists/{list}",
+                Scope::eRead,
                 [this](const HttpRequest& each) { return list(each); },
                 {"limit", "offset", "search"}});
     router.add({"DELETE",
                 "/api/v1/lists/{list}",
+                Scope::eWrite,
                 [this](const HttpRequest& each) { return deleteSome(each); },
                 {"all", "entryIds"}});
-    router.add({"POST", "/api/v1/lists/missed/viewed",
+    router.add({"POST", "/api/v1/lists/missed/viewed", Scope::eWrite,
                 [this](const HttpRequest& each) { return markViewed(each, true); }});
-    router.add({"POST", "/api/v1/lists/missed/unviewed",
+    router.add({"POST", "/api/v1/lists/missed/unviewed", Scope::eWrite,
                 [this](const HttpRequest& each) { return markViewed(each, false); }});
-    router.add(
-        {"GET", "/api/v1/lists/{list}/{entryId}", [this](const HttpRequest& each) { return entry(each); }});
-    router.add({"DELETE", "/api/v1/lists/{list}/{entryId}",
+    router.add({"GET", "/api/v1/lists/{list}/{entryId}", Scope::eRead,
+                [this](const HttpRequest& each) { return entry(each); }});
+    router.add({"DELETE", "/api/v1/lists/{list}/{entryId}", Scope::eWrite,
                 [this](const HttpRequest& each) { return deleteOne(each); }});
 }
 

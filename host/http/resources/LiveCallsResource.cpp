@@ -83,14 +83,16 @@ Json parsedCall(const HttpRequest& request) {
 }  // namespace
 
 void LiveCallsResource::addRoutes(Router& router) {
-    router.add({"POST", "/api/v1/calls", [this](const HttpRequest& each) { return place(each); }});
+    router.add(
+        {"POST", "/api/v1/calls", Scope::eWrite, [this](const HttpRequest& each) { return place(each); }});
     router.add({"GET",
                 "/api/v1/live-calls",
+                Scope::eRead,
                 [this](const HttpRequest& each) { return jsonResponse(list(languageOf(each))); },
                 {"language"}});
-    router.add({"POST", "/api/v1/live-calls/{liveCallId}/answer",
+    router.add({"POST", "/api/v1/live-calls/{liveCallId}/answer", Scope::eWrite,
                 [this](const HttpRequest& each) { return answerCall(each); }});
-    router.add({"DELETE", "/api/v1/live-calls/{liveCallId}",
+    router.add({"DELETE", "/api/v1/live-calls/{liveCallId}", Scope::eWrite,
                 [this](const HttpRequest& each) { return hangUp(each); }});
 }
 

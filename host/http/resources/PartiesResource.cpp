@@ -25,10 +25,12 @@ Json timeJson(const std::optional<std::chrono::sys_seconds>& time) {
 void PartiesResource::addRoutes(Router& router) {
     router.add({"GET",
                 "/api/v1/parties/{number}",
+                Scope::eRead,
                 [this](const HttpRequest& each) { return party(each); },
                 {"language"}});
     router.add({"PUT",
                 "/api/v1/parties/{number}",
+                Scope::eWrite,
                 [this](const HttpRequest& each) { return setNote(each); },
                 {"language"}});
 }

@@ -28,12 +28,16 @@ HttpResponse rejection(Json rejected) {
 }  // namespace
 
 void SettingsResource::addRoutes(Router& router) {
-    router.add({"GET", "/api/v1/settings", [this](const HttpRequest& /*each*/) { return settings(); }});
-    router.add({"PUT", "/api/v1/settings", [this](const HttpRequest& each) { return changeSettings(each); }});
-    router.add({"GET", "/api/v1/management", [this](const HttpRequest& /*each*/) { return keys(); }});
-    router.add({"GET", "/api/v1/management/{key}", [this](const HttpRequest& each) { return key(each); }});
+    router.add({"GET", "/api/v1/settings", Scope::eAdmin,
+                [this](const HttpRequest& /*each*/) { return settings(); }});
+    router.add({"PUT", "/api/v1/settings", Scope::eAdmin,
+                [this](const HttpRequest& each) { return changeSettings(each); }});
     router.add(
-        {"PUT", "/api/v1/management/{key}", [this](const HttpRequest& each) { return changeKey(each); }});
+        {"GET", "/api/v1/management", Scope::eAdmin, [this](const HttpRequest& /*each*/) { return keys(); }});
+    router.add({"GET", "/api/v1/management/{key}", Scope::eAdmin,
+                [this](const HttpRequest& each) { return key(each); }});
+    router.add({"PUT", "/api/v1/management/{key}", Scope::eAdmin,
+                [this](const HttpRequest& each) { return changeKey(each); }});
 }
 
 HttpResponse SettingsResource::settings() const {

@@ -79,8 +79,8 @@ Json timeJson(const std::optional<std::chrono::sys_seconds>& time) {
 void StatisticsResource::addRoutes(Router& router) {
     std::vector<std::string> parameters = filterParameters();
     parameters.insert(parameters.end(), {"by", "limit", "language"});
-    router.add({"GET", "/api/v1/statistics", [this](const HttpRequest& each) { return statistics(each); },
-                std::move(parameters)});
+    router.add({"GET", "/api/v1/statistics", Scope::eRead,
+                [this](const HttpRequest& each) { return statistics(each); }, std::move(parameters)});
 }
 
 HttpResponse StatisticsResource::statistics(const HttpRequest& request) const {

@@ -21,12 +21,9 @@ Json telephoneJson(const std::optional<TelephoneState>& telephone) {
 }  // namespace
 
 void StatusResource::addRoutes(Router& router) {
-    router.add({"GET",
-                "/healthz",
-                [this](const HttpRequest& /*each*/) { return health(); },
-                {},
-                Router::Guard::eOpen});
-    router.add({"GET", "/api/v1/status", [this](const HttpRequest& /*each*/) { return status(); }});
+    router.add({"GET", "/healthz", Scope::eNone, [this](const HttpRequest& /*each*/) { return health(); }});
+    router.add(
+        {"GET", "/api/v1/status", Scope::eRead, [this](const HttpRequest& each) { return status(each); }});
 }
 
 HttpResponse StatusResource::health() {
@@ -54,7 +51,7 @@ std::size_t StatusResource::unviewed() const {
     return storedOr503(m_sources.storedLists.unviewed());
 }
 
-HttpResponse StatusResource::status() const {
+HttpResponse StatusResource::status(const HttpRequest& request) const {
     Json lists = Json::object();
     for (const auto& [name, total] : entries()) {
         lists[std::string(wordOf(name))] = {{"total", total}};
@@ -65,6 +62,7 @@ HttpResponse StatusResource::status() const {
     const auto softwareType = keys.find("software-type");
     return jsonResponse(
         {{"line", m_sources.line},
+         {"scope", wordOf(request.access.scope)},
          {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
          {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
          {"callControl", state.callControl && (!state.telephone || state.telephone->isReady)},

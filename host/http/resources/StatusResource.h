@@ -63,7 +63,7 @@ public:
 
 private:
     [[nodiscard]] HttpResponse health();
-    [[nodiscard]] HttpResponse status() const;
+    [[nodiscard]] HttpResponse status(const HttpRequest& request) const;
 
     const Sources m_sources;
     /// Held during the database probe; at most one worker probes at a time.

@@ -22,7 +22,11 @@ using std::chrono::sys_seconds;
 }  // namespace
 
 void TimesResource::addRoutes(Router& router) {
-    router.add({"GET", "/api/v1/times", [this](const HttpRequest& each) { return times(each); }, {"from"}});
+    router.add({"GET",
+                "/api/v1/times",
+                Scope::eRead,
+                [this](const HttpRequest& each) { return times(each); },
+                {"from"}});
 }
 
 sys_seconds TimesResource::startOf(const HttpRequest& request) {

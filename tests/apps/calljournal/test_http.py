@@ -9,9 +9,10 @@ import socket
 import sqlite3
 import struct
 import subprocess
+import time
 
 import jsonschema
-from harness import LIMIT, ProgramTest
+from harness import ENVIRONMENT, LIMIT, ProgramTest
 
 MAKE_HISTORY = os.path.join(os.path.dirname(__file__), "../../../tools/make-history")
 EVIL = "<img src=x onerror=alert(1)>"
@@ -32,6 +33,8 @@ IMPORT = "POST /api/v1/contacts/import"
 GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value": "7"}', "DELETE /api/v1/lists/{list}": IDS,
         "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/lists/missed/unviewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', "PUT /api/v1/parties/{number}": '{"note": "late"}', IMPORT: CARD % "N:New;Ned"}
+TOKENS = "POST /api/v1/tokens"
+GOOD[TOKENS] = '{"name": "phone", "scope": "read", "line": "2001", "expires": "2099-01-01T00:00:00Z"}'
 QUERIES = {"DELETE /api/v1/calls": "?all=true"}
 LOGIN = "POST /api/v1/session"
 UPLOAD = "POST /api/v1/calls/import"
@@ -59,6 +62,9 @@ ROWS += [(PLACE, 409, {}, '{"number": "2001"}'), (PLACE, 422, {}, '{"number": "1
          *((each, 404, {"liveCallId": "none"}, None) for each in CONTROL)]
 ROWS += [(LOGIN, 401, {}, '{"token": "%s"}' % ("0" * 64)), (LOGIN, 422, {}, '{"token": 1}')]
 ROWS += [(UPLOAD, 422, {}, body) for body in ('{"calls": 1}', '{"calls": [], "more": 1}')]
+ROWS += [(TOKENS, 422, {}, '{"name": "%s", "scope": "%s"%s}' % each) for each in (
+    ("", "read", ""), ("a", "all", ""), ("a", "read", ', "line": "2002"'), ("a", "read", ', "expires": "2020-01-01T00:00:00Z"'))]
+ROWS += [("DELETE /api/v1/tokens/{tokenId}", 404, {"tokenId": "999"}, None)]
 # Files of contacts: type, body, status, a part of the response.
 FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"added":1,"changed":0,"unchanged":0,"skipped":[{"line":5,'),
          ("Text/CSV; charset=utf-8", "shoe,surname,firstName\n,Byron,Ada\n1,%s," % EVIL, 200,
@@ -125,6 +131,7 @@ class HttpTest(ProgramTest):
         self.values = {"list": "missed", "key": "mac-addr", "number": "4711",
                        "liveCallId": "none", "callId": json.loads(self.ask("GET", "/api/v1/calls?sort=start")[1])["items"][0]["id"],
                        "entryId": json.loads(self.ask("GET", "/api/v1/lists/missed")[1])["items"][0]["entryId"],
+                       "tokenId": json.loads(self.ask("POST", "/api/v1/tokens", '{"name": "old", "scope": "metrics"}')[1])["id"],
                        "id": json.loads(self.ask("POST", "/api/v1/contacts", '{"surname": "Old"}')[1])["id"]}
         operations = {method.upper() + " " + path: each for path, methods in self.document["paths"].items()
                       for method, each in methods.items() if method != "parameters"}
@@ -170,9 +177,10 @@ class HttpTest(ProgramTest):
         self.described(CONTROL[1], 204)
         # Reading before deleting, and one entry before all of them.
         for operation in sorted({*operations} - {PLACE, *CONTROL}, key=lambda each: (each.startswith("DELETE"), -len(each))):
-            good = {"POST /api/v1/contacts": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204, LOGIN: 204}.get(
+            good = {"POST /api/v1/contacts": 201, TOKENS: 201, "POST /api/v1/tickets": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204, LOGIN: 204}.get(
                 operation, 204 if operation.startswith("DELETE") and operation not in QUERIES else 200)
             self.described(operation, good, body=GOOD.get(operation))
+        self.described(TOKENS, 409, body=GOOD[TOKENS])
         run = json.loads(self.described(UPLOAD, 200, body='{"calls": [], "more": true}'))["import"]
         self.described(UPLOAD, 409, body=GOOD[UPLOAD])
         self.described(UPLOAD, 200, body='{"calls": [], "import": "%s"}' % run)
@@ -181,7 +189,7 @@ class HttpTest(ProgramTest):
         self.described("GET /api/v1/events", 503)
         database = sqlite3.connect(os.path.join(self.data, "journal.db"), timeout=LIMIT)
         self.addCleanup(database.close)
-        for table in ("contact", "call", "call_item", "party_note", "setting", "management_value"):
+        for table in ("contact", "call", "call_item", "party_note", "setting", "management_value", "access_token"):
             database.execute("ALTER TABLE %s RENAME TO hidden_%s" % (table, table))
         for operation, each in operations.items():
             if "503" in each["responses"] and operation not in (
@@ -213,6 +221,28 @@ class HttpTest(ProgramTest):
             while self.next_event(stream)[1] != "resync":
                 pass
         self.assertIn('calljournal_unviewed_missed_calls{line="2001"} 0\n', self.ask("GET", "/metrics")[1].decode())
+
+    def test_a_named_token_ends_with_its_streams(self):
+        self.server = self.serve("127.0.0.1:1")
+        run = lambda *words: subprocess.run([os.environ["CALLJOURNAL"], "tokens", *words, "--data", self.data], capture_output=True,
+                                            text=True, env=ENVIRONMENT, timeout=LIMIT)
+        token = run("create", "phone", "--days", "1").stdout.strip()
+        use = {"Authorization": "Bearer " + token}
+        self.assertEqual(json.loads(self.ask("GET", "/api/v1/status", **use)[1])["scope"], "read")
+        self.assertEqual(self.ask("DELETE", "/api/v1/calls?all=true", **use)[0], 403)
+        stream = http.client.HTTPConnection(self.server.http, timeout=LIMIT)
+        self.addCleanup(stream.close)
+        stream.request("GET", "/api/v1/events", headers=use)
+        response = stream.getresponse()
+        self.assertEqual(response.readline(), b"retry: 2000\n")
+        self.assertIn("phone  read", run("list").stdout)
+        self.assertEqual(run("revoke", "phone").returncode, 0)
+        begin = time.monotonic()
+        response.read()
+        self.assertLess(time.monotonic() - begin, 1.0)
+        self.assertEqual(self.ask("GET", "/api/v1/status", **use)[0], 401)
+        self.assertRegex(self.ask("GET", "/metrics")[1].decode(), r"calljournal_refused_tokens_total\S* 1\n")
+        self.assertEqual(run("revoke", "phone").returncode, 1)
 
     def test_a_made_history_is_served_and_deleted_as_a_filed_one(self):
         subprocess.run([MAKE_HISTORY, self.data, "--calls", "2500", "--parties", "1500"], check=True, capture_output=True)

@@ -41,7 +41,8 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
     const Configuration read = parsed(R"(
         line = { device = "3001", bluetooth = true, shared = [
             { device = "3002" }, { device = "3003", log-missed-calls = false }] }
-        api = { listen = "[::1]:9090", auth = "none" }
+        api = { listen = "[::1]:9090", auth = "none", public-url = "https://phone.example/a/", allowed-origins = [
+            "https://Board.example:443", "http://[::1]:81"] }
         data = { store = "sqlite" }
         management = { "software-type" = "Norlith SIP", anything-else = "x = y" }
         digits = { region = "GB", feature-access-codes = ["*61", "#72"], outside-line = "0", dial = "international" }
@@ -66,7 +67,10 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
                            .tls = false,
                            .reconnectMax = std::chrono::seconds(60),
                            .callMax = std::chrono::hours(3)};
-    expected.api = {{"::1", 9090}, Configuration::Auth::eNone};
+    expected.api = {{"::1", 9090},
+                    Configuration::Auth::eNone,
+                    "https://phone.example/a/",
+                    {"https://board.example", "http://[::1]:81"}};
     expected.management = {{"anything-else", "x = y"},
                            {"mac-addr", "00:00:00:00:00:00"},
                            {"software-type", "Norlith SIP"},
@@ -151,6 +155,8 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [switch];reconnect-max-s = 0                 | 2: switch.reconnect-max-s: | from 1 to 3600
         [switch];call-max-hours = 0                  | 2: switch.call-max-hours: | from 1 to 8760
         [api];listen = "127.0.0.1"                   | 2: api.listen:         | ADDR:PORT
+        [api];public-url = "phone.example"           | 2: api.public-url:     | URL of the page
+        [api];allowed-origins = ["https://a/b"]      | 2: api.allowed-origins: | must be origins
         [api];auth = "password"                      | 2: api.auth:           | "token", "none"
         [data];store = "postgresql://db"             | 2: data.store:         | must be "sqlite"
         [management];"system-identifier" = 2         | 2: management.system-identifier: | quotation marks

@@ -109,7 +109,7 @@ protected:
     host::Metrics m_metrics{"2001"};
     asio::io_context m_io;
     asio::ip::tcp::endpoint m_address;
-    host::HttpApiSettings m_settings{{{"127.0.0.1", 0}}, {}, {}};
+    host::HttpApiSettings m_settings{{{"127.0.0.1", 0}}, {}, {}, {}, {}};
     std::optional<host::HttpApi> m_api;
 };
 
@@ -178,14 +178,15 @@ TEST_F(HttpApiTest, BlocksAtMostOneHealthCheckWhenTheDatabaseIsSlow) {
     m_api->stop();
 }
 
-TEST_F(HttpApiTest, DescribesEveryRouteWithItsParameters) {
+TEST_F(HttpApiTest, DescribesEveryRouteWithItsParametersAndScope) {
     std::set<std::string> served;
     for (const host::Router::Route& route : m_api.emplace(backend(), m_settings).routes()) {
         std::set<std::string> names(route.queryParameters.begin(), route.queryParameters.end());
         if (route.pattern.starts_with("/api/v1/")) {
             names.insert("line");
         }
-        served.insert(route.method + " " + route.pattern + " " + testing::PrintToString(names));
+        served.insert(route.method + " " + route.pattern + " " + testing::PrintToString(names) + " " +
+                      std::string(host::wordOf(route.scope)));
     }
     std::set<std::string> described;
     const auto document = nlohmann::json::parse(host::openApiResponse().body);
@@ -208,7 +209,9 @@ TEST_F(HttpApiTest, DescribesEveryRouteWithItsParameters) {
                 add(names, operation);
                 std::string upper = method;
                 std::transform(upper.begin(), upper.end(), upper.begin(), ::toupper);
-                described.insert(upper + " " + path + " " + testing::PrintToString(names));
+                const auto& security = operation.at("security");
+                const std::string scope = security.empty() ? "" : security.at(0).at("token").at(0);
+                described.insert(upper + " " + path + " " + testing::PrintToString(names) + " " + scope);
             }
         }
     }

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "host/access/AccessTokens.h"
+#include "host/access/Tickets.h"
 #include "host/http/SessionRoutes.h"
 #include "host/http/resources/ListsResource.h"
 #include "host/stored-lists/StoredEntries.h"
@@ -26,11 +28,11 @@ protected:
         std::ofstream(m_directory.path() / "index.html") << "page";
         std::ofstream(m_directory.path() / "a.js") << "script";
         m_resource.addRoutes(m_router);
-        m_router.add(
-            {"GET", "/open", [](const auto&) { return HttpResponse(); }, {}, host::Router::Guard::eOpen});
-        m_router.add(
-            {"GET", "/broken", [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
-        m_router.add({"GET", "/large", [](const auto&) -> HttpResponse { throw std::bad_alloc(); }});
+        m_router.add({"GET", "/open", host::Scope::eNone, [](const auto&) { return HttpResponse(); }});
+        m_router.add({"GET", "/broken", host::Scope::eRead,
+                      [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
+        m_router.add({"GET", "/large", host::Scope::eRead,
+                      [](const auto&) -> HttpResponse { throw std::bad_alloc(); }});
         const host::HistoryRows::Context context{m_line};
         m_database->write("test", [&](host::Database::Session& session) {
             for (const char* const name : {"Anna", "Bob", "Ann"}) {
@@ -62,7 +64,7 @@ protected:
             request.headers[name] = goesOn ? request.headers[name] + ';' + header : header.substr(colon + 2);
         }
         request.body = body;
-        host::Authenticator authenticator(m_token);
+        host::Authenticator authenticator(m_token, &m_tokens, &m_tickets, m_publicUrl, m_origins);
         authenticator.setListenAddress({m_listen, 80});
         const host::PageFiles page(m_directory.path());
         host::Router router = m_router;
@@ -94,6 +96,10 @@ protected:
     host::StoredLists m_stored{*m_database, m_line};
     host::StoredEntries m_entries{{m_journal, *m_database, m_line, nullptr, [this] { ++m_resyncs; }}};
     host::ListsResource m_resource{m_stored, m_entries};
+    host::AccessTokens m_tokens{*m_database};
+    host::Tickets m_tickets;
+    std::string m_publicUrl;
+    std::vector<std::string> m_origins;
     std::optional<std::string> m_token = "secret";
     std::string m_listen = "127.0.0.1";
 };
@@ -145,6 +151,112 @@ TEST_F(RequestPipelineTest, AcceptsRequestsOfTheSameOriginWithTheToken) {
     m_listen = "0.0.0.0";
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: 192.0.2.1:80").status, 200);
     EXPECT_EQ(respond("GET", "/api/v1/lists/missed", "host: evil.example").status, 403);
+}
+
+TEST_F(RequestPipelineTest, GrantsEachTokenItsScopeUntilItEnds) {
+    using std::chrono::system_clock;
+    for (const char* const path : {"/metrics", "/settings"}) {
+        const host::Scope scope = path[1] == 'm' ? host::Scope::eMetrics : host::Scope::eAdmin;
+        m_router.add({"GET", path, scope, [](const auto&) { return HttpResponse(); }});
+    }
+    host::AccessTokens::Failure failure{};
+    std::map<std::string, std::string> secrets;
+    std::map<std::string, std::int64_t> ids;
+    const auto create = [&](const char* name, host::Scope scope, const char* line, int seconds) {
+        const auto expires =
+            std::chrono::floor<std::chrono::seconds>(system_clock::now()) + std::chrono::seconds(seconds);
+        const auto created = m_tokens.create({0, name, scope, line, {}, expires}, failure);
+        ASSERT_TRUE(created);
+        secrets[name] = created->secret;
+        ids[name] = created->token.id;
+    };
+    create("metrics", host::Scope::eMetrics, "", 60);
+    create("read", host::Scope::eRead, "2001", 60);
+    create("write", host::Scope::eWrite, "", 60);
+    create("admin", host::Scope::eAdmin, "", 60);
+    create("expired", host::Scope::eAdmin, "", 0);
+    create("other", host::Scope::eAdmin, "2002", 60);
+    create("revoked", host::Scope::eAdmin, "", 60);
+    EXPECT_FALSE(m_tokens.create({0, "admin", host::Scope::eRead, "", {}, {}}, failure));
+    EXPECT_EQ(failure, host::AccessTokens::Failure::eNameTaken);
+    EXPECT_TRUE(m_tokens.isValid(ids["revoked"]));
+    EXPECT_EQ(m_tokens.revoke(ids["revoked"]), true);
+    EXPECT_EQ(m_tokens.revoke(ids["revoked"]), false);
+    EXPECT_FALSE(m_tokens.isValid(ids["revoked"]));
+    EXPECT_EQ(m_database.number("SELECT count(*) FROM access_token WHERE hash = '" + secrets["read"] + "'"),
+              0);
+    ASSERT_TRUE(m_tokens.load());
+    for (const auto& row : journaltest::table(4, R"(
+        metrics | GET    | /metrics                      | 200 -
+        metrics | GET    | /api/v1/lists/missed          | 403 wrong-scope
+        read    | GET    | /metrics                      | 200 -
+        read    | HEAD   | /api/v1/lists/missed          | 200
+        read    | DELETE | /api/v1/lists/missed?all=true | 403 wrong-scope
+        read    | GET    | /settings                     | 403 wrong-scope
+        write   | DELETE | /api/v1/lists/missed?all=true | 204 -
+        write   | GET    | /settings                     | 403 wrong-scope
+        admin   | GET    | /settings                     | 200 -
+        expired | GET    | /settings                     | 401 wrong-token
+        other   | GET    | /settings                     | 403 wrong-line
+        revoked | GET    | /settings                     | 401 wrong-token
+        read    | GET    | /nowhere                      | 404 not-found
+    )")) {
+        const HttpResponse response = respond(row[1], row[2], "authorization: Bearer " + secrets[row[0]]);
+        EXPECT_EQ(summary(response).rfind(row[3], 0), 0U) << row[0] << " " << row[1] << " " << row[2];
+        EXPECT_EQ(response.delay.count() > 0, response.status == 401) << row[0];
+    }
+}
+
+TEST_F(RequestPipelineTest, ServesTheProxyAndPagesOfAllowedOrigins) {
+    m_publicUrl = "https://Phone.example/journal/";
+    m_origins = {"https://board.example"};
+    m_router.add({"GET",
+                  "/api/v1/events",
+                  host::Scope::eRead,
+                  [](const auto&) { return HttpResponse(); },
+                  {"ticket"}});
+    const auto now = host::Tickets::Clock::now();
+    const host::Access reader{host::Scope::eRead, "", 0};
+    const std::string ticket = m_tickets.issue(reader, now);
+    const std::string old = m_tickets.issue(reader, now - host::Tickets::kLifetime);
+    const std::string lists = "/api/v1/lists/missed";
+    const std::string events = "/api/v1/events?ticket=";
+    const std::string bearer = "; authorization: Bearer secret";
+    const std::string board = "origin: https://board.example; sec-fetch-site: cross-site";
+    struct Row {
+        const char* method;
+        std::string target;
+        std::string headers;
+        int status;
+        bool isReadable;
+    };
+    for (const Row& row : {
+             Row{"GET", lists, "host: phone.example; origin: https://phone.example" + bearer, 200, false},
+             Row{"GET", lists, "host: phone.example:8443" + bearer, 200, false},
+             Row{"GET", lists, "host: other.example" + bearer, 403, false},
+             Row{"GET", lists, "host: phone.example; origin: https://other.example" + bearer, 403, false},
+             Row{"GET", lists, board + bearer, 200, true},
+             Row{"GET", lists, board + "; cookie: calljournal-80=secret", 401, true},
+             Row{"GET", lists, "origin: http://board.example" + bearer, 403, false},
+             Row{"OPTIONS", lists, board + "; access-control-request-method: DELETE", 204, true},
+             Row{"OPTIONS", lists, "origin: https://other.example; access-control-request-method: GET", 403,
+                 false},
+             Row{"GET", lists + "?ticket=" + ticket, board, 401, true},
+             Row{"GET", events + ticket, board, 200, true},
+             Row{"GET", events + ticket, board, 401, true},
+             Row{"GET", events + old, board, 401, true},
+         }) {
+        const HttpResponse response = respond(row.method, row.target, row.headers);
+        const auto isAllowed = [](const auto& header) {
+            return header.first == "Access-Control-Allow-Origin" && header.second == "https://board.example";
+        };
+        EXPECT_EQ(response.status, row.status) << row.target << " " << row.headers;
+        EXPECT_EQ(std::any_of(response.headers.begin(), response.headers.end(), isAllowed), row.isReadable)
+            << row.target << " " << row.headers;
+    }
+    const HttpResponse signedIn = respond("GET", "/?token=secret", "host: phone.example");
+    const auto isSecure = [](const auto& header) { return header.second.ends_with("; Secure"); };
+    EXPECT_TRUE(std::any_of(signedIn.headers.begin(), signedIn.headers.end(), isSecure));
 }
 
 TEST_F(RequestPipelineTest, SendsFilesOnceAndCompressed) {

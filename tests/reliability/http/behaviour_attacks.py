@@ -160,7 +160,7 @@ def guessing(target):
         yield from target.answers(request("GET", "/api/v1/lists/missed", "Authorization: Bearer " + wrong), (401,))
     raw = request("GET", "/api/v1/status", "Authorization: Bearer " + "f" * len(token), close=False)
     with target.connect() as client:
-        for _ in range(300):
+        for _ in range(30):
             client.sendall(raw)
             if stream_head(client) != 401:
                 yield "a guessed token is not refused"

@@ -16,7 +16,7 @@ class Operation:
         self.method, self.path, self.described = method.upper(), path, described
         self.document = target.document
         self.parameters = [self.resolve(each) for each in (*shared, *described.get("parameters", []))]
-        self.values = {"list": "missed", "entryId": target.entry, "key": "mac-addr", "id": target.contact, "callId": target.call_id, "liveCallId": "none",
+        self.values = {"list": "missed", "entryId": target.entry, "key": "mac-addr", "id": target.contact, "callId": target.call_id, "liveCallId": "none", "tokenId": "999999",
                        "number": "7001"}
         self.bearer = target.bearer
         self.token = target.server.token

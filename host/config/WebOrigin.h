@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// The origin of an http or https URL as browsers write it, in small letters and without the usual port:
+/// "https://phone.example" of "https://Phone.example:443/journal/". std::nullopt for a text that is no such
+/// URL, or has a user, a query or a fragment. Pure.
+[[nodiscard]] std::optional<std::string> originOf(std::string_view url);
+
+}  // namespace host
