@@ -1,6 +1,6 @@
 # The packages, all from Debian 12 (packaging/debian-packages/; docs/dependencies.md has the purpose of each).
 # Targets to link: asio_standalone, pugixml::pugixml, SQLiteCpp, nlohmann_json::nlohmann_json, toml_pp,
-# phonenumber, geocoding, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, OpenSSL::Crypto, ZLIB::ZLIB, and for tests GTest::gtest,
+# phonenumber, geocoding, ICU::uc, ICU::i18n, restinio_http, prometheus_core, CLI11::CLI11, CURL::libcurl, OpenSSL::Crypto, qrencode, ZLIB::ZLIB, and for tests GTest::gtest,
 # GTest::gmock, rapidcheck, rapidcheck_gtest, benchmark::benchmark, benchmark::benchmark_main.
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
@@ -52,6 +52,14 @@ target_include_directories(phonenumber SYSTEM INTERFACE "${JOURNAL_PHONENUMBER_I
 target_link_libraries(phonenumber INTERFACE "${JOURNAL_PHONENUMBER_LIBRARY}")
 add_library(geocoding INTERFACE)
 target_link_libraries(geocoding INTERFACE phonenumber ICU::uc "${JOURNAL_GEOCODING_LIBRARY}")
+
+# libqrencode has no CMake package.
+find_path(JOURNAL_QRENCODE_INCLUDE_DIR qrencode.h REQUIRED)
+find_library(JOURNAL_QRENCODE_LIBRARY qrencode REQUIRED)
+mark_as_advanced(JOURNAL_QRENCODE_INCLUDE_DIR JOURNAL_QRENCODE_LIBRARY)
+add_library(qrencode INTERFACE)
+target_include_directories(qrencode SYSTEM INTERFACE "${JOURNAL_QRENCODE_INCLUDE_DIR}")
+target_link_libraries(qrencode INTERFACE "${JOURNAL_QRENCODE_LIBRARY}")
 
 # RESTinio needs the definitions of asio_standalone. Its headers compile slowly, so only one source includes them.
 find_path(JOURNAL_RESTINIO_INCLUDE_DIR restinio/all.hpp REQUIRED)

@@ -66,5 +66,6 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeTokensCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeOpenCommand(CLI::App& app);
 
 }  // namespace calljournal

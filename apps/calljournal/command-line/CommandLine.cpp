@@ -29,7 +29,7 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 21> kEntries{{
+constexpr std::array<Entry, 22> kEntries{{
     {Kind::eLocal, "serve", "run the call journal of a line", &makeServeCommand},
     {Kind::eLocal, "switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {Kind::eLocal, "sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
@@ -54,6 +54,8 @@ constexpr std::array<Entry, 21> kEntries{{
      &makeContactsCommand},
     {Kind::eClient, "settings", "print or change the settings of the running journal and its phone",
      &makeSettingsCommand},
+    {Kind::eClient, "open", "print a link to the page, and a QR code for a telephone's camera",
+     &makeOpenCommand},
     {Kind::eClient, "tokens", "create, list or revoke tokens for other programs and devices",
      &makeTokensCommand},
 }};
