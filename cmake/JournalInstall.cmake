@@ -9,7 +9,9 @@ set(JOURNAL_INSTALL_FULL_HEADERS "${CMAKE_INSTALL_FULL_INCLUDEDIR}/journalservic
 set(journal_package_directory "${CMAKE_INSTALL_LIBDIR}/cmake/journalservice")
 
 install(TARGETS calljournal RUNTIME COMPONENT program)
-install(TARGETS journalservice calljournalplaces LIBRARY COMPONENT program NAMELINK_COMPONENT program)
+install(TARGETS journalservice LIBRARY COMPONENT program NAMELINK_COMPONENT program)
+# Only the program loads it.
+install(TARGETS calljournalplaces LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/calljournal" COMPONENT program)
 # The folder of the page exists only if it could be built.
 install(DIRECTORY "${PROJECT_BINARY_DIR}/share/calljournal/web" DESTINATION "${CMAKE_INSTALL_DATADIR}/calljournal"
     COMPONENT program OPTIONAL)

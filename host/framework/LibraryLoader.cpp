@@ -20,8 +20,9 @@ std::filesystem::path LibraryLoader::locate(const std::string& fileName,
                                             const std::filesystem::path& programDirectory) {
     // In a build, and where `cmake --install` puts it.
     const std::filesystem::path prefix = programDirectory.parent_path();
-    const std::array places{programDirectory / fileName, prefix / "lib" / fileName,
-                            prefix / JOURNAL_LIBRARY_DIRECTORY / fileName};
+    const std::filesystem::path installed = prefix / JOURNAL_LIBRARY_DIRECTORY;
+    const std::array places{programDirectory / fileName, prefix / "lib" / fileName, installed / fileName,
+                            installed / "calljournal" / fileName};
     for (const std::filesystem::path& place : places) {
         std::error_code ignored;
         if (std::filesystem::exists(place, ignored)) {
@@ -29,7 +30,7 @@ std::filesystem::path LibraryLoader::locate(const std::string& fileName,
         }
     }
     throw LibraryError("cannot find " + fileName + ": it is not at " + places[0].string() + ", " +
-                       places[1].string() + " nor " + places[2].string());
+                       places[1].string() + ", " + places[2].string() + " nor " + places[3].string());
 }
 
 std::filesystem::path LibraryLoader::programDirectory() {
