@@ -38,6 +38,8 @@ constexpr Key kKeys[] = {
     {"api.auth", &equal<&C::api, &C::Api::auth>},
     {"api.public-url", &equal<&C::api, &C::Api::publicUrl>},
     {"api.allowed-origins", &equal<&C::api, &C::Api::allowedOrigins>},
+    {"api.public-url", &equal<&C::api, &C::Api::publicUrl>},
+    {"api.allowed-origins", &equal<&C::api, &C::Api::allowedOrigins>},
     {"data.store", &equal<&C::data, &C::Data::store>},
     {"data.keep-days", &equal<&C::data, &C::Data::keep>},
     {"digits.region", &equal<&C::digits, &C::Digits::region>},
