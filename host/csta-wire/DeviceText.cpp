@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <system_error>
 
 #include "host/csta-wire/XmlText.h"
 #include "host/limits/TextLimits.h"
@@ -106,6 +109,22 @@ std::string comparableNumber(std::string_view text) {
         }
     }
     return number;
+}
+
+bool hasValidPort(std::string_view address) {
+    const std::size_t at = address.find('@');
+    address.remove_prefix((at == std::string_view::npos ? address.find(':') : at) + 1);
+    address = upTo(address, ";?>");
+    // An IPv6 address has colons inside its brackets.
+    const std::size_t bracket = address.find(']');
+    const std::size_t colon = address.find(':', bracket == std::string_view::npos ? 0 : bracket);
+    if (colon == std::string_view::npos) {
+        return true;
+    }
+    const std::string_view text = address.substr(colon + 1);
+    std::uint16_t port = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+    return error == std::errc() && end == text.data() + text.size() && port != 0;
 }
 
 }  // namespace host

@@ -31,4 +31,7 @@ struct DeviceText {
 /// equal. Applies no dial plan: "4711" and "+49 30 4711" differ.
 [[nodiscard]] std::string comparableNumber(std::string_view text);
 
+/// False if the host of a "sip:" or "sips:" address has a port that is not a number from 1 to 65535.
+[[nodiscard]] bool hasValidPort(std::string_view address);
+
 }  // namespace host

@@ -16,7 +16,8 @@ bool beginsWith(std::string_view text, std::string_view scheme) {
                       [](char expected, char each) { return expected == (each | 0x20) || expected == each; });
 }
 
-/// The text as a SIP address. A user with a host, as the lists show SIP parties, gets the scheme.
+/// The text as a SIP address, if it is one with a valid port. A user with a host, as the lists show SIP
+/// parties, gets the scheme.
 std::optional<std::string> sipAddress(std::string_view text) {
     const bool hasScheme = beginsWith(text, "sip:") || beginsWith(text, "sips:");
     const std::size_t at = text.find('@');
@@ -27,7 +28,8 @@ std::optional<std::string> sipAddress(std::string_view text) {
     if (!isValid || (!hasScheme && !hasHost)) {
         return std::nullopt;
     }
-    return (hasScheme ? "" : "sip:") + std::string(text);
+    std::string address = (hasScheme ? "" : "sip:") + std::string(text);
+    return hasValidPort(address) ? std::optional(std::move(address)) : std::nullopt;
 }
 
 /// The possible lengths of a code of the network at the begin: "*31#", "#31#", "*67", which hide the number

@@ -39,9 +39,9 @@ public:
     /// Returns `std::nullopt` for a text that is neither a number nor a sip: address.
     ///  1. "sip:" and "sips:" addresses are dialled as they are; "tel:" is removed.
     ///  2. Blanks, dashes, dots, slashes, parentheses and invisible characters are removed.
-    ///  3. Emergency numbers of the country are dialled as they are: alone, or after any sequence of the
-    ///     outside-line code, feature access codes, codes of the network ("*31#", "#31#", "*67"), "+" and
-    ///     "0".
+    ///  3. Emergency numbers of the country, 112 and 911 are dialled as they are: alone, or after any
+    ///     sequence of the outside-line code, feature access codes, codes of the network ("*31#", "#31#",
+    ///     "*67"), "+" and "0".
     ///  4. So are extensions (up to five digits), numbers with "*" or "#" or with a feature access code, and
     ///     numbers that the numbering plan does not know.
     ///  5. Numbers of the numbering plan get the form of the rules, after the outside-line code.

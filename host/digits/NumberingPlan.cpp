@@ -125,11 +125,11 @@ std::optional<std::string> NumberingPlan::written(const std::string& internation
 
 bool NumberingPlan::isEmergencyNumber(const std::string& dialled) const {
     static const i18n::phonenumbers::ShortNumberInfo shortNumbers;
-    if (!m_supported) {
-        const std::string digits = digitsOf(dialled);
-        return digits == "112" || digits == "911";
+    // Many networks take these two in every country.
+    if (dialled == "112" || dialled == "911") {
+        return true;
     }
-    return shortNumbers.IsEmergencyNumber(dialled, m_region);
+    return m_supported && shortNumbers.IsEmergencyNumber(dialled, m_region);
 }
 
 }  // namespace host

@@ -41,8 +41,8 @@ public:
     /// Returns std::nullopt for a text that `international` does not return as it is.
     [[nodiscard]] std::optional<std::string> written(const std::string& international) const;
 
-    /// True for an emergency number of the country, exactly as dialled; for 112 and 911 if the country is not
-    /// known. The first call of a process takes some milliseconds.
+    /// True for an emergency number of the country, exactly as dialled, and in every country for 112 and 911.
+    /// The first call of a process takes some milliseconds.
     [[nodiscard]] bool isEmergencyNumber(const std::string& dialled) const;
 
 private:

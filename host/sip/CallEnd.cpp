@@ -45,11 +45,11 @@ CallEnd readCallEnd(std::string_view text) {
     if (status == 0) {
         const bool timedOut = text.find("timed out") != std::string_view::npos ||
                               text.find("timeout") != std::string_view::npos;
-        if (!timedOut && !text.empty() && text != "Connection reset by peer") {
-            // The error of a socket, or of the look-up of a name.
-            return {.by = CallEnd::By::eFailure, .cause = "networkCongestion"};
+        if (text.empty() || text == "Connection reset by peer") {
+            return {.by = CallEnd::By::ePeer};
         }
-        return {.by = CallEnd::By::ePeer, .cause = timedOut ? "callNotAnswered" : "normalClearing"};
+        // No response (408 in a proxy), or the error of a socket, or of the look-up of a name.
+        return {.by = CallEnd::By::eFailure, .cause = timedOut ? "callNotAnswered" : "networkCongestion"};
     }
     const auto* const row = std::find_if(kStatuses.begin(), kStatuses.end(), [status](const StatusRow& each) {
         return status >= each.first && status <= each.last;

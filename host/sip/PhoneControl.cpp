@@ -65,18 +65,20 @@ void PhoneControl::close() {
 }
 
 void PhoneControl::read() {
-    m_socket.async_read_some(asio::buffer(m_bytes),
-                             [self = shared_from_this()](std::error_code error, std::size_t size) {
-                                 if (!self->m_open) {
-                                     return;
-                                 }
-                                 if (error) {
-                                     self->fail(error.message());
-                                     return;
-                                 }
-                                 self->m_reader.feed({self->m_bytes.data(), size});
-                                 self->received();
-                             });
+    m_socket.async_read_some(
+        asio::buffer(m_bytes), [self = shared_from_this()](std::error_code error, std::size_t size) {
+            if (!self->m_open) {
+                return;
+            }
+            if (error) {
+                self->fail(error == asio::error::eof || error == asio::error::connection_reset
+                               ? "baresip has ended"
+                               : error.message());
+                return;
+            }
+            self->m_reader.feed({self->m_bytes.data(), size});
+            self->received();
+        });
 }
 
 void PhoneControl::received() {
@@ -131,7 +133,7 @@ void PhoneControl::awaitDeadline() {
     m_timer.async_wait([self = shared_from_this()](std::error_code error) {
         if (!error && self->m_open && !self->m_batches.empty() &&
             self->m_batches.front().deadline <= std::chrono::steady_clock::now()) {
-            self->fail("it does not respond", true);
+            self->fail("baresip does not respond", true);
         }
     });
 }

@@ -1,5 +1,6 @@
 #include "host/sip/PhoneStatus.h"
 
+#include <string_view>
 #include <utility>
 
 #include "platform/logging/Logging.h"
@@ -11,6 +12,11 @@ namespace {
 using Kind = PhoneState::Kind;
 
 constexpr const char* kComponent = "SIP Gateway";
+
+/// The registrar refuses the user or the password.
+bool isOfTheAccount(std::string_view reason) {
+    return reason.starts_with("401") || reason.starts_with("403") || reason.starts_with("407");
+}
 
 }  // namespace
 
@@ -67,9 +73,9 @@ void PhoneStatus::set(const PhoneState& state) {
         m_state = state;
     }
     if (state.kind == Kind::eNotRegistered) {
-        logAppUni(kComponent, __FILE_NAME__, 3, __LINE__,
-                  "%s is not registered: %s; check the account and its password", m_account.c_str(),
-                  state.reason.c_str());
+        logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "%s is not registered: %s%s", m_account.c_str(),
+                  state.reason.c_str(),
+                  isOfTheAccount(state.reason) ? "; check the account and its password" : "");
     }
 }
 

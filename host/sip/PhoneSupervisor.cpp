@@ -94,7 +94,7 @@ void PhoneSupervisor::startProcess() {
     m_process = std::make_unique<PhoneProcess>(
         m_io, m_program, m_directory->path(),
         PhoneProcess::Handlers{.printed = m_handlers.printed, .ended = [this](const std::string& lastWords) {
-                                   failed(lastWords.empty() ? "it has ended" : "it has ended: " + lastWords);
+                                   failed("baresip has ended" + (lastWords.empty() ? "" : ": " + lastWords));
                                }});
 }
 
@@ -112,7 +112,7 @@ void PhoneSupervisor::connect() {
                                     if (!error) {
                                         connected(std::move(*socket));
                                     } else if (steady_clock::now() >= m_connectUntil) {
-                                        failed(error.message());
+                                        failed("its control port: " + error.message());
                                     } else {
                                         m_timer.expires_after(kConnectRetry);
                                         m_timer.async_wait([this, attempt](std::error_code cancelled) {

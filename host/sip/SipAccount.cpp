@@ -51,8 +51,17 @@ std::string readPassword(const TomlSection& section, const std::filesystem::path
     return password;
 }
 
+void requireReachable(const TomlSection& section, const char* key, const std::string& address) {
+    if (!canBeReached(address)) {
+        section.refuse(key, "has a port or a transport that does not exist; transport is udp, tcp or tls");
+    }
+}
+
 void readAddress(TomlSection& section, SipAccount& account) {
     readWritable(section, "account", account.uri, "<>\" ");
+    if (account.uri.empty()) {
+        section.refuse("account", "is missing");
+    }
     const std::optional<SipAddress> address = parseSipAddress(account.uri);
     if (!address) {
         section.refuse("account", "must be a SIP address, such as \"sip:alice@example.org\"");
@@ -63,7 +72,20 @@ void readAddress(TomlSection& section, SipAccount& account) {
     if (!isWritable(address->user, ";\"<> ")) {
         section.refuse("account", "the user must have no blank, quotation mark, \";\", \"<\" or \">\"");
     }
+    requireReachable(section, "account", account.uri);
     account.address = *address;
+}
+
+void readOutbound(TomlSection& section, std::string& outbound) {
+    readWritable(section, "outbound", outbound, "\"<> ");
+    if (outbound.empty()) {
+        return;
+    }
+    const std::size_t scheme = outbound.starts_with("sip:") ? 4 : outbound.starts_with("sips:") ? 5 : 0;
+    if (scheme == 0 || outbound.find_first_of("@:;?/", scheme) == scheme || scheme == outbound.size()) {
+        section.refuse("outbound", "must be the address of a proxy, such as \"sip:proxy.example.org\"");
+    }
+    requireReachable(section, "outbound", outbound);
 }
 
 void readAudio(TomlSection& section, std::string& audio) {
@@ -94,7 +116,7 @@ SipAccount readSection(TomlSection& section, const std::filesystem::path& file) 
     readAddress(section, account);
     readWritable(section, "name", account.name, "\"<>");
     readWritable(section, "auth-user", account.authUser, ";\"<> ");
-    readWritable(section, "outbound", account.outbound, "\"<> ");
+    readOutbound(section, account.outbound);
     readWritable(section, "listen", account.listen, " ");
     if (!account.listen.empty() && !parseEndpoint(account.listen)) {
         section.refuse("listen", "must be ADDRESS:PORT, such as \"192.0.2.7:5060\"");

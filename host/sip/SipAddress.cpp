@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstddef>
 
+#include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/XmlText.h"
 #include "platform/client-utils/PercentEncoding.h"
 
@@ -60,6 +61,20 @@ SwitchParty hostParty(std::string_view uri, std::string_view name) {
 bool hasPassword(std::string_view text) noexcept {
     const std::string_view user = text.substr(0, text.find('@'));
     return std::count(user.begin(), user.end(), ':') > 1;
+}
+
+bool canBeReached(std::string_view text) {
+    constexpr std::string_view kTransport = ";transport=";
+    const std::string address = lowered(text);
+    const std::size_t found = address.find(kTransport);
+    if (found != std::string::npos) {
+        const std::size_t begin = found + kTransport.size();
+        const std::string transport = address.substr(begin, address.find_first_of(";?>", begin) - begin);
+        if (transport != "udp" && transport != "tcp" && transport != "tls") {
+            return false;
+        }
+    }
+    return hasValidPort(address);
 }
 
 std::optional<SipAddress> parseSipAddress(std::string_view text) {

@@ -24,6 +24,9 @@ struct SipAddress {
 /// True if the text before the "@" is USER:PASSWORD after the scheme.
 [[nodiscard]] bool hasPassword(std::string_view text) noexcept;
 
+/// False if the address has a port or a ";transport=" that the telephone does not know.
+[[nodiscard]] bool canBeReached(std::string_view text);
+
 /// Returns `std::nullopt` if the text is no sip: or sips: address with a user and a host.
 [[nodiscard]] std::optional<SipAddress> parseSipAddress(std::string_view text);
 

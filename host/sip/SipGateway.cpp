@@ -79,11 +79,31 @@ public:
         }
     }
 
+    void endCalls() {
+        if (!m_thread.joinable() || std::exchange(m_callsEnded, true)) {
+            return;
+        }
+        std::promise<void> sent;
+        asio::post(m_io, [this, &sent] {
+            endPhone();
+            m_timer.expires_after(kLinger);
+            m_timer.async_wait([&sent](std::error_code) { sent.set_value(); });
+        });
+        sent.get_future().wait();
+    }
+
     void stop() {
         if (!m_thread.joinable()) {
             return;
         }
-        asio::post(m_io, [this] { beginStop(); });
+        endCalls();
+        asio::post(m_io, [this] {
+            if (m_server) {
+                m_server->close();
+            }
+            m_work.reset();
+            m_io.stop();
+        });
         m_thread.join();
     }
 
@@ -216,25 +236,18 @@ private:
         }
     }
 
-    void beginStop() {
+    void endPhone() {
         m_phone.stop();
         m_registrarTimer.cancel();
         if (!m_options.account.baresip) {  // the calls of a telephone of another go on
             publish(m_calls.endAll());
         }
-        m_timer.expires_after(kLinger);
-        m_timer.async_wait([this](std::error_code) {
-            if (m_server) {
-                m_server->close();
-            }
-            m_work.reset();
-            m_io.stop();
-        });
     }
 
     const SipGatewayOptions m_options;
     std::promise<void> m_listening;
     std::uint16_t m_port = 0;
+    bool m_callsEnded = false;
 
     // The gateway's thread only, while it runs.
     bool m_listenAttempted = false;
@@ -258,6 +271,10 @@ SipGateway::~SipGateway() = default;
 
 void SipGateway::start() {
     m_impl->start();
+}
+
+void SipGateway::endCalls() {
+    m_impl->endCalls();
 }
 
 void SipGateway::stop() {

@@ -35,7 +35,10 @@ public:
     /// Starts the telephone, then listens. A telephone that is not there within some seconds comes later.
     /// Throws `std::system_error` if the address is not available.
     void start();
-    /// Hangs up, ends the telephone, and reports the ends of its calls to the clients. Idempotent.
+    /// Hangs up, ends the telephone, and reports the ends of its calls to the clients, which stay connected.
+    /// Idempotent, as `stop`.
+    void endCalls();
+    /// `endCalls`, then closes the connections.
     void stop();
 
     /// The address of the CSTA link. Valid after `start`.

@@ -48,8 +48,8 @@ public:
 
 protected:
     LiveCallCommand(CLI::App& app, bool onlyRinging) : m_onlyRinging(onlyRinging) {
-        app.add_option("call", m_callId, "the id of the live call; without it, the only one")
-            ->type_name("CALLID");
+        app.add_option("CALLID", m_callId, "the id of the live call; without it, the only one")
+            ->type_name("");  // the name says it
     }
 
 private:

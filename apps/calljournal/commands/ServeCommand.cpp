@@ -2,7 +2,9 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
@@ -53,8 +55,8 @@ public:
             stop, [this, &loaded] { reload(loaded); }, [&server] { server.reportAlive(); });
         std::cout << "calljournal ends" << std::endl;
         if (gateway) {
-            // First, so that the journal files the calls that this ends.
-            gateway->stop();
+            // First, so that the journal files the calls that this ends. The link ends before the gateway.
+            gateway->endCalls();
         }
         return server.end();
     }
@@ -107,6 +109,16 @@ private:
         }
     }
 
+    /// Throws `ConfigurationError` if the telephone needs the port of the page.
+    static void requireOtherPort(const host::SipAccount& account, const host::Endpoint& page) {
+        const std::optional<host::Endpoint> sip = host::parseEndpoint(account.listen);
+        if (sip && sip->host == page.host && (page.port == sip->port || page.port == sip->port + 1)) {
+            throw host::ConfigurationError(
+                "--listen " + page.text() + ": the telephone uses this port, because sip.listen is " +
+                sip->text() + ", and it takes that port and the next one; choose another for one of them");
+        }
+    }
+
     /// The gateway of `--sip`, which the configuration then has as its switch; otherwise nullptr.
     [[nodiscard]] std::unique_ptr<host::SipGateway> startGatewayFor(host::Configuration& configuration,
                                                                     const CommonOptions& common) const {
@@ -114,9 +126,11 @@ private:
             return nullptr;
         }
         requireNoOtherSwitch(configuration);
+        host::SipAccount account = host::loadSipAccount(m_account);
+        requireOtherPort(account, configuration.api.listen);
         const host::Endpoint listen{"127.0.0.1", 0};
         auto gateway = std::make_unique<host::SipGateway>(
-            host::SipGatewayOptions{.account = host::loadSipAccount(m_account),
+            host::SipGatewayOptions{.account = std::move(account),
                                     .directory = sipDirectory(common),
                                     .listen = listen,
                                     .edition = configuration.callSwitch.edition});

@@ -30,10 +30,11 @@ std::size_t distance(const std::string& left, const std::string& right) {
 /// "; did you mean X?"; empty if no word is similar.
 std::string suggestion(const std::string& word, const std::vector<std::string>& known) {
     std::string best;
-    std::size_t least = std::max<std::size_t>(word.size() / 3, 1) + 1;
+    const std::size_t most = std::max<std::size_t>(word.size() / 3, 1);
+    std::size_t least = std::string::npos;
     for (const std::string& each : known) {
-        const std::size_t far = each.rfind(word, 0) == 0 ? 1 : distance(word, each);
-        if (far < least) {
+        const std::size_t far = distance(word, each);
+        if (far < least && (far <= most || each.rfind(word, 0) == 0)) {
             least = far;
             best = each;
         }
@@ -82,9 +83,13 @@ std::string fullNameOf(const CLI::App& app) {
                                        : fullNameOf(*app.get_parent()) + " " + app.get_name();
 }
 
-/// The first unknown option of the command line, else the first unknown word.
-std::string firstUnknown(const CLI::App& app) {
+/// The first unknown option of the command line, else the first unknown word. Where a command is expected,
+/// the word before the options, which may be those of the command that it was to be.
+std::string firstUnknown(const CLI::App& app, bool expectsCommand) {
     const std::vector<std::string> rest = app.remaining(true);
+    if (expectsCommand && !rest.empty()) {
+        return rest.front();
+    }
     const auto option = std::find_if(rest.begin(), rest.end(),
                                      [](const std::string& word) { return word.rfind('-', 0) == 0; });
     if (option != rest.end()) {
@@ -112,8 +117,8 @@ std::string valueFault(const CLI::App& command, const CLI::ParseError& error) {
 }
 
 std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error) {
-    const std::string unknown = firstUnknown(app);
     const std::vector<std::string> commands = commandsOf(command);
+    const std::string unknown = firstUnknown(app, !commands.empty());
     if (unknown.rfind('-', 0) == 0) {
         const std::string name = unknown.substr(0, unknown.find('='));
         return "there is no option " + host::printable(name) + suggestion(name, optionsOf(command));

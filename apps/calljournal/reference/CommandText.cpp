@@ -33,6 +33,7 @@ OptionText textOf(const CLI::Option& option) {
     }
     if (option.get_positional()) {
         text.names = {option.get_name(true)};
+        text.value = text.value.empty() ? text.names.front() : text.value;
         return text;
     }
     for (const std::string& name : option.get_lnames()) {

@@ -1,5 +1,6 @@
 #include "host/http/resources/LiveCallsResource.h"
 
+#include <algorithm>
 #include <chrono>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -57,8 +58,10 @@ void requireDone(const CallControlOutcome& outcome, const std::string& service) 
 /// Throws `HttpError` if the telephone is one of the program's own and cannot dial.
 void requireReady(const std::optional<TelephoneState>& telephone) {
     if (telephone && !telephone->isReady) {
+        std::string state = telephone->word;
+        std::replace(state.begin(), state.end(), '-', ' ');
         throw HttpError(503, "no-telephone",
-                        "the telephone is " + telephone->word +
+                        "the telephone is " + state +
                             (telephone->reason.empty() ? std::string() : ": " + telephone->reason));
     }
 }

@@ -41,9 +41,14 @@ TEST(Dialling, DialsAsTheNumberingPlanAndTheSwitchWant) {
         US |   | national | *67 911                                       | !*67911
         DE | 0 | national | *31#030112                                    | *31#030112
         DE | 0 | national | sip:112@example.org; 112@example.org          | !sip:112@example.org
-        DE | 0 | national | 911                                           | 911
+        DE | 0 | national | 911; tel:911                                  | !911
+        DE | 0 | national | *31#0911                                      | !*31#0911
+        DE | 0 | national | sip:911@example.org                           | !sip:911@example.org
+        XX |   | national | 911                                           | !911
         US |   | national | 911                                           | !911
         DE | 0 | national | ann; ann@; @c; sip:; sip:a b@c; tel:; +; 4711x | -
+        DE | 0 | national | sip:ann@h:99999; ann@h:0; sip:h:x; sip:ann@[::1]:65536 | -
+        DE | 0 | national | sip:ann@[::1]:65535                           | sip:ann@[::1]:65535
         )")) {
         const Dialling dialling({.region = row[0],
                                  .featureAccessCodes = {"*61"},

@@ -65,7 +65,12 @@ TEST_F(SipAccountTest, WhatTheTelephoneCannotReadIsRefusedByItsKey) {
     ::chmod((m_directory / "open").c_str(), 0644);
     const std::string address = "account = \"sip:alice@example.org\"\n";
     const std::vector<std::pair<std::string, std::string>> rows = {
-        {"", "sip.account"},
+        {"", "sip.account: is missing"},
+        {"account = \"sip:alice@example.org;transport=xyz\"", "sip.account"},
+        {"account = \"sip:alice@example.org:99999\"", "sip.account"},
+        {address + "outbound = \"proxy.example.org\"", "sip.outbound"},
+        {address + "outbound = \"sip:\"", "sip.outbound"},
+        {address + "outbound = \"sip:proxy.example.org;transport=xyz\"", "sip.outbound"},
         {"account = \"alice\"", "sip.account"},
         {"account = \"sip:alice@example.org>\\n<x\"", "sip.account"},
         {address + "name = \"A\\\"B\"", "sip.name"},

@@ -107,7 +107,7 @@ TEST(CallEndTest, ReadsTheTextOfTheTelephone) {
         {"Connection reset by user", {By::eUser, "normalClearing"}},
         {"Connection reset by peer", {By::ePeer, "normalClearing"}},
         {"", {By::ePeer, "normalClearing"}},
-        {"Connection timed out", {By::ePeer, "callNotAnswered"}},
+        {"Connection timed out", {By::eFailure, "callNotAnswered"}},
         {"486 Busy Here", {By::eFailure, "busy"}},
         {"600 Busy Everywhere", {By::eFailure, "busy"}},
         {"486 Rejected", {By::eFailure, "callCancelled"}},
