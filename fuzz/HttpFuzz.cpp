@@ -79,7 +79,7 @@ private:
     host::ListsResource m_lists{m_stored, m_entries};
     host::ImportResource m_import{m_entries};
     host::SettingsResource m_settings{m_management, m_database, [] {}};
-    host::ContactsResource m_contacts{m_phonebook};
+    host::ContactsResource m_contacts{m_phonebook, m_numbers};
     host::TimesResource m_times{{"2001", m_database}};
     host::CallsResource m_calls{m_entries, m_numbers};
     host::StatisticsResource m_statistics{m_database, "2001", &m_digits, m_numbers};
