@@ -65,7 +65,7 @@ export function ListTabs() {
             {tabs.map((name) => (
                 <li key={name}>
                     <a
-                        href="#/calls"
+                        href={name === "all" ? "#/calls" : `#/calls?list=${name}`}
                         class="tab"
                         aria-current={chosen === name ? "true" : undefined}
                         data-test={`list-${name}`}
@@ -73,8 +73,6 @@ export function ListTabs() {
                             if (view.value === "calls") {
                                 event.preventDefault();
                                 chooseList(name === "all" ? undefined : name);
-                            } else {
-                                event.currentTarget.href = name === "all" ? "#/calls" : `#/calls?list=${name}`;
                             }
                         }}
                     >

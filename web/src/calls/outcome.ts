@@ -74,7 +74,7 @@ function course(call: Call): string {
             return call.list === "forwarded" ? forwarded(call) : via ? [became.forwardedBy(via), became[call.reason]].join(", ") : became[call.reason];
         default:
             if (call.list === "dialled") {
-                return other ? became.forwardedTo(other) : [became.forwarded, became.unanswered].join(", ");
+                return other ? became.forwardedTo(other) : outcomeOf(call) === "unreached" ? became.unanswered : "";
             }
             return call.list === "forwarded" ? forwarded(call) : via ? became.forwardedBy(via) : other ? became.connected(other) : "";
     }

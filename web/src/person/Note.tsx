@@ -2,6 +2,7 @@ import { useEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { report, succeeded } from "../state/failures";
 import { t } from "../text/language";
+import { readParty } from "./person";
 
 /** The user's note about a number. Stored when the field loses the focus, and when the person or the page is closed. */
 export function Note({ number, stored: first }: { number: string; stored: string }) {
@@ -58,6 +59,7 @@ export function Note({ number, stored: first }: { number: string; stored: string
                     setNote(typed.current);
                     setStored(false);
                 }}
+                onFocus={() => void readParty(number)}
                 onBlur={store}
             />
         </div>

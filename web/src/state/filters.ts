@@ -2,7 +2,7 @@ import { computed } from "@preact/signals";
 import { zone } from "../api/client";
 import { callLists, type CallList } from "../api/types";
 import { dayOf, dayStart, isoDay } from "../text/times";
-import { parameter, setParameters } from "./route";
+import { goTo, parameter, setParameters } from "./route";
 
 /** The filters that the address keeps, by their names in the HTTP API. `at` is the day to which the user has jumped. */
 export const filterNames = ["search", "since", "until", "direction", "min-duration", "viewed"] as const;
@@ -22,7 +22,9 @@ export const filters = computed<Filters>(() => {
 export const filterCount = computed(() => Object.keys(filters.value).filter((name) => name !== "search" && name !== "list" && name !== "until").length);
 
 export function chooseList(name: CallList | "requests" | undefined): void {
-    setParameters({ list: name, at: undefined });
+    if (name !== parameter("list")) {
+        goTo({ list: name, at: undefined });
+    }
 }
 
 export function clearFilters(): void {

@@ -68,6 +68,12 @@ export function setParameters(changes: Record<string, string | undefined>): void
     follow();
 }
 
+/** Changes parameters of the address as a step of the browser's history. */
+export function goTo(changes: Record<string, string | undefined>): void {
+    window.history.pushState(null, "", changed(changes));
+    follow();
+}
+
 const details = ["person", "call"];
 export const detailsOpen = computed(() => details.some((name) => parameter(name) !== undefined));
 
