@@ -9,7 +9,9 @@ import { mainFeed } from "../state/feeds";
 import { filters, queryOf } from "../state/filters";
 import { announce } from "../state/news";
 import { markNew, markSeen } from "../state/seen";
+import { wasTakenElsewhere } from "../state/unseen";
 import { t } from "../text/language";
+import { numberText } from "../text/times";
 import { endSelecting, selectAll, selection } from "./shown";
 
 interface Found {
@@ -38,7 +40,7 @@ export function SelectionBar() {
     const [isBusy, setBusy] = useState(false);
     const calls = selection.value;
     const texts = t().selection;
-    const missed = calls.filter(({ list }) => list === "missed");
+    const missed = calls.filter((call) => call.list === "missed" && !wasTakenElsewhere(call));
     const all = mainFeed.calls.value.length;
 
     const run = async (work: () => Promise<void>) => {
@@ -77,7 +79,8 @@ export function SelectionBar() {
                 <Icon name="close" />
             </button>
             <span role="status" class="selection-count">
-                {isBusy ? texts.deleting : t().selected(calls.length)}
+                {!isWide.value && <span aria-hidden="true">{numberText(calls.length)}</span>}
+                <span class={isWide.value ? undefined : "visually-hidden"}>{isBusy ? texts.deleting : t().selected(calls.length)}</span>
             </span>
             {calls.length < all && button("select-all", texts.all, selectAll, false, texts.allBrief)}
             {button("mark-seen", texts.seen, () => markSeen(missed, true), missed.length === 0, texts.seenBrief)}

@@ -4,6 +4,7 @@ import type { Call, Contact } from "../api/types";
 import { ContactDialog } from "../contacts/ContactDialog";
 import { CallButton } from "../dial/CallButton";
 import { isNew, markNew, markSeen } from "../state/seen";
+import { wasTakenElsewhere } from "../state/unseen";
 import { t } from "../text/language";
 import { party, readParty } from "./person";
 
@@ -22,7 +23,7 @@ async function contactNow(number: string): Promise<Contact | undefined> {
 export function PersonActions({ name, number, calls }: Props) {
     const [dialog, setDialog] = useState<{ contact?: Contact }>();
     const texts = t().person;
-    const missed = calls.filter(({ list, uniqueId }) => list === "missed" && uniqueId !== null);
+    const missed = calls.filter((call) => call.list === "missed" && call.uniqueId !== null && !wasTakenElsewhere(call));
     return (
         <div class="person-actions">
             {number && <CallButton number={number} who={name} large={party.value?.numberText || calls[0]?.numberText || number} />}
