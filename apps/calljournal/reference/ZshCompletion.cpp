@@ -5,7 +5,7 @@
 namespace calljournal {
 namespace {
 
-/// Text between single quotes within a specification of `_arguments`.
+/// Text between single quotes within an argument of `_arguments`.
 std::string escaped(std::string_view text) {
     std::string result;
     for (const char each : text) {
@@ -45,7 +45,7 @@ std::string functionName(const std::string& path) {
     return name;
 }
 
-std::string specifications(const CommandText& command) {
+std::string argumentList(const CommandText& command) {
     std::string text;
     for (const OptionText& option : command.options) {
         for (const std::string& name : option.names) {
@@ -67,7 +67,7 @@ std::string specifications(const CommandText& command) {
 std::string chooser(const CommandText& command) {
     std::string text =
         "    local context state state_descr line\n    typeset -A opt_args\n    _arguments -C" +
-        specifications(command) +
+        argumentList(command) +
         " \\\n        '1:command:->command' '*::argument:->below'\n    case $state in\n"
         "        command)\n            local -a commands=(\n";
     std::string calls;
@@ -87,7 +87,7 @@ std::string zshCompletion(const CommandText& program) {
     std::string text = "#compdef calljournal\n# Completes the command line of calljournal in zsh.\n";
     for (const CommandText* command : withCommandsBelow(program)) {
         text += "\n" + functionName(command->path) + "() {\n" +
-                (command->commands.empty() ? "    _arguments" + specifications(*command) + "\n"
+                (command->commands.empty() ? "    _arguments" + argumentList(*command) + "\n"
                                            : chooser(*command)) +
                 "}\n";
     }
