@@ -27,6 +27,7 @@ public:
 
     explicit PendingWrites(asio::any_io_executor reader) : m_reader(std::move(reader)) {}
 
+    /// Counts a client that is connected, until its `leave()`. Any thread may call both.
     void join() noexcept { ++m_count; }
     void leave() noexcept { --m_count; }
     /// True if a thread that notifies them loses little time when it writes itself.
