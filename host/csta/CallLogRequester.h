@@ -5,7 +5,7 @@
 #include <asio/io_context.hpp>
 
 #include "host/csta/CallLogEchoes.h"
-#include "host/csta/LinkMessages.h"
+#include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/RequestChannel.h"
 #include "host/csta/requests/RequestOutcome.h"
 #include "platform/csta/CallLogEntryRequest.h"

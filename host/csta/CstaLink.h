@@ -17,6 +17,7 @@ class Service;
 namespace host {
 
 class CstaLinkImpl;
+class SwitchLink;
 
 /// The connection of a telephone line to its CSTA switch, registered as "CSTAServiceIfc": CSTA XML over TCP
 /// (docs/csta-link.md).
@@ -54,6 +55,9 @@ public:
     /// With `here`, the threads of the link deliver events themselves where they can, which saves the wake-up
     /// of another thread.
     CstaLink(CstaLinkConfig config, const Post& post, const PostHere& here = {});
+    /// The same on a link that lines share. `shared` outlives this object; its own configuration decides how
+    /// the switch is reached.
+    CstaLink(SwitchLink& shared, CstaLinkConfig config, const Post& post, const PostHere& here = {});
     /// Stops the link if it still runs.
     ~CstaLink() override;
 
@@ -66,7 +70,8 @@ public:
     /// Starts connecting and returns at once. An unreachable switch is not an error: the link keeps trying.
     /// Call once.
     void start();
-    /// Closes the connection, fails every waiting request and joins the threads of the link. Idempotent.
+    /// Fails every waiting request and closes the connection; on a shared link, stops the monitors at the
+    /// switch instead. Idempotent.
     void stop();
 
     /// Thread-safe.

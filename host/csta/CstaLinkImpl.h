@@ -11,34 +11,31 @@
 #include <string_view>
 #include <vector>
 
-#include <asio/executor_work_guard.hpp>
-#include <asio/io_context.hpp>
-
-#include "host/csta/Association.h"
 #include "host/csta/CallLogRequester.h"
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/DeviceDiscovery.h"
 #include "host/csta/EventBatch.h"
 #include "host/csta/EventDelivery.h"
-#include "host/csta/LinkMessages.h"
 #include "host/csta/LinkMonitors.h"
-#include "host/csta/LinkThreads.h"
-#include "host/csta/SwitchConnection.h"
 #include "host/csta/SystemStatusReceivers.h"
+#include "host/csta/association/LinkedLine.h"
+#include "host/csta/association/SwitchLink.h"
 #include "host/csta/call-control/CallControl.h"
-#include "host/csta/requests/PendingRequests.h"
+#include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/RequestChannel.h"
 
 namespace host {
 
-/// Implementation of `CstaLink`: the reader thread and the components that run on it.
+/// Implementation of `CstaLink`: the components of one line on the link to its switch.
 ///
-///   SwitchConnection -> Frame -> event            -> LinkMonitors -> EventDelivery -> the line's strand
-///                             -> response         -> PendingRequests -> the handler of the request
-///                             -> request, notice  -> handled here
-class CstaLinkImpl final : private RequestChannel {
+///   SwitchLink -> event   -> LinkMonitors -> EventDelivery -> the line's strand
+///              -> segment -> DeviceDiscovery, LinkMonitors
+///              -> status  -> SystemStatusReceivers
+class CstaLinkImpl final : private RequestChannel, private LinkedLine {
 public:
-    CstaLinkImpl(CstaLinkConfig config, const EventDelivery::Post& post, const EventDelivery::PostHere& here);
+    /// Has a link of its own if `shared` is `nullptr`.
+    CstaLinkImpl(SwitchLink* shared, CstaLinkConfig config, const EventDelivery::Post& post,
+                 const EventDelivery::PostHere& here);
     ~CstaLinkImpl() override;
 
     // Call from the owner's thread.
@@ -68,24 +65,40 @@ public:
 
 private:
     // RequestChannel
-    [[nodiscard]] bool isReady() const override { return m_association.isReady(); }
+    [[nodiscard]] bool isReady() const override { return m_isLinked && m_switch.isReady(); }
     void send(const std::string& xml, PendingRequests::Handler handler) override;
+    [[nodiscard]] std::vector<WireDocument> claim(ReferenceKind kind, const std::string& id) override;
+    void drop(ReferenceKind kind, const std::string& id) override;
+
+    // LinkedLine
+    void connected() override { updateStatus(); }
+    void ready() override;
+    void connectionLost() override;
+    void onEvent(const WireDocument& event) override;
+    void onSegment(const WireDocument& segment) override;
+    void onLateResponse(const WireDocument& response) override { m_callControl.onLateResponse(response); }
+    void monitorStopped(const std::string& id) override { m_monitors.stoppedBySwitch(id); }
+    void onSystemStatus(std::string_view word) override;
+    void rememberSystemStatus(std::string_view word) override { m_receivers.remember(word); }
+    void restartMonitors() override;
+    void askForCalls() override { m_monitors.askForCalls(); }
+    void devicesChanged() override { m_discovery.start(); }
+    [[nodiscard]] bool awaitsDevices() const override { return m_discovery.isWaiting(); }
+    void flushEvents() override { m_events.flush(); }
+    void endEvents() override { m_events.end(); }
 
     /// Posts the last deliveries of a read: a thread of the link carries them out itself if it can.
     [[nodiscard]] static EventDelivery::Post lastOf(LinkThreads& threads, EventDelivery::Post post,
                                                     EventDelivery::PostHere here);
     /// Posts through m_events.
     [[nodiscard]] EventDelivery::Post batched();
-    void connected();
-    void ready();
-    void lost(const std::string& reason);
-    void received(const Frame& frame);
-    void respond(int invokeId, const WireDocument& document);
-    void systemStatus(std::string_view word);
-    void deliverStatus(std::string_view word);
-    void registerAtSwitch(bool withDevices = true);
+    /// True for an event that is handed over to the monitors; call control has seen it then.
+    [[nodiscard]] bool isForMonitors(const WireDocument& event);
     void devicesFound(const std::vector<LineDevice>& devices);
     void updateStatus();
+    /// Leaves the link: afterwards the reader calls no function of the line, except a handler of a timer that
+    /// had run out.
+    void leave();
     /// Posts `work` to the reader thread; false if the link has ended, or on the reader thread itself.
     [[nodiscard]] bool post(std::function<void()> work);
 
@@ -95,39 +108,31 @@ private:
     CstaLinkStatusListener m_listener;
     std::function<void()> m_callsListener;
 
+    /// Empty if the line shares a link.
+    const std::unique_ptr<SwitchLink> m_own;
+    SwitchLink& m_switch;
+
     // Reader thread only.
-    asio::io_context m_io;
-    asio::executor_work_guard<asio::io_context::executor_type> m_work;
-    PendingRequests m_pending;
     EventBatch m_events;
-    SwitchConnection m_connection;
-    Association m_association;
     CallLogRequester m_callLog;
     SystemStatusReceivers m_receivers;
     LinkMonitors m_monitors;
     CallControl m_callControl;
     DeviceDiscovery m_discovery;
     CstaLinkStatus m_lastStatus;
-    bool m_outageLogged = false;
-    bool m_replacementsLogged = false;  // on this connection
-    bool m_everConnected = false;
-    bool m_notifyStatus = false;
-    bool m_registrationRefused = false;
-    bool m_monitorsDoubtful = false;
-    bool m_callsDoubtful = false;
+    bool m_isLinked = false;
 
     // Copies of the status for other threads.
     std::atomic<bool> m_connectedNow{false};
     std::atomic<bool> m_monitoringNow{false};
     std::atomic<bool> m_callControlNow{false};
 
-    // Guarded by m_acceptingLock: true while the reader thread accepts work.
+    // Guarded by m_acceptingLock: true while the reader thread accepts work of the line.
     std::mutex m_acceptingLock;
     bool m_accepting = true;
 
-    // Held while the threads are joined.
-    std::mutex m_joinLock;
-    LinkThreads m_threads;
+    // Held while the line leaves the link.
+    std::mutex m_leaveLock;
 };
 
 template <typename Result>

@@ -47,7 +47,14 @@ void DeviceDiscovery::onResponse(const SwitchResponse& response) {
     if (response.isNamed("GetSwitchingFunctionDevicesResponse")) {
         m_crossRefId = childText(response.document->root(), "serviceCrossRefID");
         awaitNextSegment();
-        finishIfComplete();
+        if (!m_crossRefId->empty()) {
+            for (const WireDocument& early : m_channel.claim(ReferenceKind::eService, *m_crossRefId)) {
+                addSegment(early);
+            }
+        }
+        if (m_waiting) {
+            finishIfComplete();
+        }
     } else if (response.kind == SwitchResponse::Kind::eTimedOut) {
         onTimeout();
     } else if (response.kind != SwitchResponse::Kind::eLost) {
@@ -115,6 +122,9 @@ void DeviceDiscovery::reset() {
     ++m_serial;
     m_waiting = false;
     m_timer.cancel();
+    if (m_crossRefId && !m_crossRefId->empty()) {
+        m_channel.drop(ReferenceKind::eService, *m_crossRefId);
+    }
     m_crossRefId.reset();
     m_segments.clear();
 }

@@ -11,7 +11,7 @@
 
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/LineDeviceList.h"
-#include "host/csta/LinkMessages.h"
+#include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/RequestChannel.h"
 
 namespace host {
@@ -20,8 +20,8 @@ class WireDocument;
 
 /// Discovers the devices of the phone:
 ///  1. Sends GetSwitchingFunctionDevices with the own number.
-///  2. A positive response contains a cross reference. SwitchingFunctionDevices messages with this reference
-///     list the devices, up to the last segment. They are also accepted before the response.
+///  2. A positive response contains a cross reference. SwitchingFunctionDevices messages with this reference,
+///     or without any, list the devices, up to the last segment. They are also accepted before the response.
 ///  3. If the switch refuses, lists no device or lists too many, the configured devices apply. On a timeout
 ///     the previous list stays, or at the first discovery the configured devices apply.
 ///
@@ -42,6 +42,7 @@ public:
     /// A SwitchingFunctionDevices message of the switch.
     void addSegment(const WireDocument& document);
     void connectionLost() { reset(); }
+    [[nodiscard]] bool isWaiting() const noexcept { return m_waiting; }
 
 private:
     struct Segment {

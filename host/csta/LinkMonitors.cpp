@@ -8,7 +8,7 @@
 #include "host/csta-events/EventBuilder.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/EventSchemas.h"
-#include "host/csta/FilterGroups.h"
+#include "host/csta/requests/FilterGroups.h"
 #include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTADevice.h"
 #include "platform/csta/CSTAResponses.h"
@@ -170,13 +170,18 @@ void LinkMonitors::startAll() {
 
 void LinkMonitors::connectionLost() {
     cancelRetries();
-    m_earlyEvents.clear();
     m_snapshots.connectionLost();
     for (WantedMonitor* monitor : m_table.all()) {
         m_synchronisation.gapBegins(*monitor);
         monitor->switchId.clear();
     }
     m_changed();
+}
+
+void LinkMonitors::stopAllAtSwitch() {
+    for (const WantedMonitor* monitor : m_table.all()) {
+        stopAtSwitch(monitor->switchId);
+    }
 }
 
 void LinkMonitors::close() {
@@ -223,16 +228,8 @@ void LinkMonitors::stoppedBySwitch(std::string_view switchId) {
     m_changed();
 }
 
-void LinkMonitors::onEvent(WireDocument document) {
-    const std::string switchId = EventReader::crossRefIdOf(document);
-    const std::vector<WantedMonitor*> monitors = m_table.withSwitchId(switchId);
-    if (!monitors.empty()) {
-        deliver(document, monitors);
-    } else if (m_table.anyStarting()) {
-        m_earlyEvents.keep(switchId, std::move(document), EventsBeforeMonitorStart::Clock::now());
-    } else {
-        CSTA_LINK_LOG(6, "an event of an unknown monitor: %s", switchId.c_str());
-    }
+void LinkMonitors::onEvent(const WireDocument& document) {
+    deliver(document, m_table.withSwitchId(EventReader::crossRefIdOf(document)));
 }
 
 void LinkMonitors::callsForgotten() {
@@ -291,8 +288,11 @@ void LinkMonitors::restart(WantedMonitor& monitor) {
 void LinkMonitors::restartLater(WantedMonitor& monitor) {
     monitor.retry = std::make_unique<asio::steady_timer>(m_io, monitor.backoff.next());
     monitor.retry->async_wait([this, id = monitor.crossRefId](std::error_code error) {
+        if (error) {
+            return;
+        }
         WantedMonitor* waiting = m_table.find(id);
-        if (!error && waiting != nullptr && m_channel.isReady() && !waiting->isOn() && !waiting->starting) {
+        if (waiting != nullptr && m_channel.isReady() && !waiting->isOn() && !waiting->starting) {
             restart(*waiting);
         }
     });
@@ -304,8 +304,7 @@ void LinkMonitors::markStarted(WantedMonitor& monitor, std::string switchId) {
     monitor.refused = false;
     CSTA_LINK_LOG(5, "monitor %s of %s is on; its id at the switch is %s", monitor.crossRefId.c_str(),
                   monitor.device.c_str(), monitor.switchId.c_str());
-    for (const WireDocument& early :
-         m_earlyEvents.take(monitor.switchId, EventsBeforeMonitorStart::Clock::now())) {
+    for (const WireDocument& early : m_channel.claim(ReferenceKind::eMonitor, monitor.switchId)) {
         deliver(early, {&monitor});
     }
     m_synchronisation.monitorStarted(monitor);
@@ -316,7 +315,11 @@ void LinkMonitors::remove(const std::string& crossRefId) {
     if (const WantedMonitor* monitor = m_table.find(crossRefId)) {
         m_synchronisation.gapBegins(*monitor);
         monitor->sink->live = false;
+        const std::string switchId = monitor->switchId;
         m_table.remove(crossRefId);
+        if (m_table.withSwitchId(switchId).empty()) {
+            m_channel.drop(ReferenceKind::eMonitor, switchId);
+        }
         m_changed();
     }
 }

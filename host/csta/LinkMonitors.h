@@ -13,10 +13,9 @@
 #include "host/csta/CallSynchronisation.h"
 #include "host/csta/CstaLinkConfig.h"
 #include "host/csta/EventDelivery.h"
-#include "host/csta/EventsBeforeMonitorStart.h"
-#include "host/csta/LinkMessages.h"
 #include "host/csta/MonitorTable.h"
 #include "host/csta/SnapshotRequests.h"
+#include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/RequestChannel.h"
 #include "host/csta/requests/RequestOutcome.h"
 
@@ -53,12 +52,14 @@ public:
     // Events and state changes of the switch.
     void startAll();
     void connectionLost();
+    /// Stops all monitors at the switch, for a connection that stays.
+    void stopAllAtSwitch();
     /// The connection is lost for good: cancels all timers.
     void close();
     void stoppedBySwitch(std::string_view switchId);
-    void onEvent(WireDocument document);
+    void onEvent(const WireDocument& document);
     /// A segment of a snapshot.
-    void onSnapshotSegment(WireDocument segment) { m_snapshots.addSegment(std::move(segment)); }
+    void onSnapshotSegment(const WireDocument& segment) { m_snapshots.addSegment(segment); }
     /// The service has received a system status on which it drops its calls.
     void callsForgotten();
     /// Asks the switch for the calls of every monitor that is on.
@@ -102,7 +103,6 @@ private:
     SnapshotRequests m_snapshots;
     CallSynchronisation m_synchronisation;
     EventReader m_reader;
-    EventsBeforeMonitorStart m_earlyEvents;
     bool m_startFailed = false;
 };
 

@@ -41,9 +41,4 @@ std::vector<WantedMonitor*> MonitorTable::all() {
     return monitors;
 }
 
-bool MonitorTable::anyStarting() const {
-    return std::any_of(m_monitors.begin(), m_monitors.end(),
-                       [](const auto& entry) { return entry.second.starting; });
-}
-
 }  // namespace host

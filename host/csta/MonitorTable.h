@@ -9,7 +9,7 @@
 #include <asio/steady_timer.hpp>
 
 #include "host/csta/EventDelivery.h"
-#include "host/csta/ExponentialBackoff.h"
+#include "host/csta/association/ExponentialBackoff.h"
 #include "platform/csta/CSTAMonitorFilter.h"
 
 namespace host {
@@ -44,8 +44,6 @@ public:
     [[nodiscard]] std::vector<WantedMonitor*> withSwitchId(std::string_view switchId);
     [[nodiscard]] std::vector<WantedMonitor*> all();
     void remove(const std::string& crossRefId) { m_monitors.erase(crossRefId); }
-
-    [[nodiscard]] bool anyStarting() const;
 
 private:
     std::map<std::string, WantedMonitor, std::less<>> m_monitors;

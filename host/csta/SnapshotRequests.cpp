@@ -1,7 +1,6 @@
 #include "host/csta/SnapshotRequests.h"
 
 #include <algorithm>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -49,22 +48,24 @@ void SnapshotRequests::ofCall(const std::string& callId, const std::string& devi
           .timer = nullptr});
 }
 
-void SnapshotRequests::addSegment(WireDocument segment) {
-    if (take(segment)) {
+void SnapshotRequests::addSegment(const WireDocument& segment) {
+    const std::string id = SnapshotReader::crossRefIdOf(segment);
+    const auto found = std::find_if(m_requests.begin(), m_requests.end(), [&id](const auto& entry) {
+        return !id.empty() && entry.second.crossRefId == id;
+    });
+    if (found == m_requests.end()) {
+        CSTA_LINK_LOG(5, "%s belongs to no request", std::string(segment.name()).c_str());
         return;
     }
-    const bool awaitsResponse = std::any_of(m_requests.begin(), m_requests.end(), [](const auto& entry) {
-        return entry.second.crossRefId.empty();
-    });
-    if (awaitsResponse && m_earlySegments.size() < kMaxEarlySegments) {
-        m_earlySegments.push_back(std::move(segment));
+    found->second.read(segment);
+    if (SnapshotReader::isLastSegment(segment)) {
+        finish(found->first, true);
     } else {
-        CSTA_LINK_LOG(5, "%s belongs to no request", std::string(segment.name()).c_str());
+        awaitSegment(found->first);
     }
 }
 
 void SnapshotRequests::connectionLost() {
-    m_earlySegments.clear();
     while (!m_requests.empty()) {
         finish(m_requests.begin()->first, false);
     }
@@ -96,7 +97,9 @@ void SnapshotRequests::onResponse(unsigned long serial, const char* responseName
         return;
     }
     awaitSegment(serial);
-    takeEarlySegments();
+    for (const WireDocument& early : m_channel.claim(ReferenceKind::eService, found->second.crossRefId)) {
+        addSegment(early);
+    }
 }
 
 void SnapshotRequests::awaitSegment(unsigned long serial) {
@@ -110,36 +113,10 @@ void SnapshotRequests::awaitSegment(unsigned long serial) {
     });
 }
 
-void SnapshotRequests::takeEarlySegments() {
-    for (WireDocument& segment : std::exchange(m_earlySegments, {})) {
-        if (!take(segment)) {
-            m_earlySegments.push_back(std::move(segment));
-        }
-    }
-}
-
-/// Returns false if no request awaits the segment.
-bool SnapshotRequests::take(const WireDocument& segment) {
-    const std::string id = SnapshotReader::crossRefIdOf(segment);
-    const auto found = std::find_if(m_requests.begin(), m_requests.end(), [&id](const auto& entry) {
-        return !id.empty() && entry.second.crossRefId == id;
-    });
-    if (found == m_requests.end()) {
-        return false;
-    }
-    found->second.read(segment);
-    if (SnapshotReader::isLastSegment(segment)) {
-        finish(found->first, true);
-    } else {
-        awaitSegment(found->first);
-    }
-    return true;
-}
-
 void SnapshotRequests::finish(unsigned long serial, bool complete) {
     auto node = m_requests.extract(serial);
-    if (m_requests.empty()) {
-        m_earlySegments.clear();
+    if (!node.mapped().crossRefId.empty()) {
+        m_channel.drop(ReferenceKind::eService, node.mapped().crossRefId);
     }
     node.mapped().done(complete);
 }

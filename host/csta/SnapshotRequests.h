@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,7 +12,7 @@
 
 #include "host/csta-events/SnapshotReader.h"
 #include "host/csta-wire/WireDocument.h"
-#include "host/csta/LinkMessages.h"
+#include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/RequestChannel.h"
 
 namespace host {
@@ -21,7 +20,7 @@ namespace host {
 /// Asks the switch for the calls of a device and for the parties of a call:
 ///  1. Sends SnapshotDevice or SnapshotCall.
 ///  2. The response has the data, or a cross reference. In the second case the segments with this reference
-///     are collected up to the last one; they are also accepted before the response.
+///     are collected up to the last one; those that came before the response, too.
 ///  3. The handler receives the snapshot, or `std::nullopt` if the switch refuses, does not respond in time,
 ///     leaves out a segment, responds without data, or is lost.
 ///
@@ -40,13 +39,11 @@ public:
     void ofCall(const std::string& callId, const std::string& device, DeviceReader devices,
                 CallHandler handler);
     /// A SnapshotDeviceData or SnapshotCallData message of the switch.
-    void addSegment(WireDocument segment);
+    void addSegment(const WireDocument& segment);
     /// Fails the requests whose segments are missing. Call it after the pending requests have failed.
     void connectionLost();
 
 private:
-    static constexpr std::size_t kMaxEarlySegments = 32;
-
     struct Request {
         std::function<void(const WireDocument&)> read;
         std::function<void(bool complete)> done;
@@ -58,8 +55,6 @@ private:
     void send(const std::string& xml, const char* responseName, Request request);
     void onResponse(unsigned long serial, const char* responseName, const SwitchResponse& response);
     void awaitSegment(unsigned long serial);
-    void takeEarlySegments();
-    bool take(const WireDocument& segment);
     void finish(unsigned long serial, bool complete);
 
     asio::io_context& m_io;
@@ -69,7 +64,6 @@ private:
 
     unsigned long m_lastSerial = 0;
     std::map<unsigned long, Request> m_requests;
-    std::deque<WireDocument> m_earlySegments;
 };
 
 }  // namespace host

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/csta/SystemStatusValues.h"
+#include "host/csta/association/SystemStatusValues.h"
 #include "host/csta/requests/LinkLog.h"
 #include "platform/csta/CSTASystemEvents.h"
 

@@ -121,7 +121,8 @@ private:
     [[nodiscard]] std::function<void(std::function<void()>)> post() const;
     /// Returns `post` for events of the switch, which drops them from `m_eventsEnd` on.
     [[nodiscard]] CstaLink::Post eventPost(CstaLink::Post post);
-    /// The same on the thread of the link that read them: it carries out what the strand holds, and then the events, itself.
+    /// The same on the thread of the link that read them: it carries out what the strand holds, and then the
+    /// events, itself.
     [[nodiscard]] CstaLink::PostHere eventPostHere();
     /// Returns `link` with the event listener and the store of this line.
     [[nodiscard]] CstaLinkConfig completed(CstaLinkConfig link);

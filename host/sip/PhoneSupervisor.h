@@ -11,7 +11,7 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
 
-#include "host/csta/ExponentialBackoff.h"
+#include "host/csta/association/ExponentialBackoff.h"
 #include "host/sip/PhoneControl.h"
 #include "host/sip/PhoneDirectory.h"
 #include "host/sip/PhoneProcess.h"

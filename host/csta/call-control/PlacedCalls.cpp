@@ -197,8 +197,10 @@ void PlacedCalls::after(std::chrono::milliseconds time, Call& call,
                         void (PlacedCalls::*action)(Calls::iterator)) {
     call.timer = std::make_unique<asio::steady_timer>(m_io, time);
     call.timer->async_wait([this, id = call.id, action](std::error_code error) {
-        const auto found = error ? m_calls.end() : at(id);
-        if (found != m_calls.end()) {
+        if (error) {
+            return;
+        }
+        if (const auto found = at(id); found != m_calls.end()) {
             (this->*action)(found);
         }
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -41,19 +42,31 @@ class PendingRequests {
 public:
     using Handler = std::function<void(const SwitchResponse&)>;
 
-    PendingRequests(asio::io_context& io, std::chrono::milliseconds timeout);
+    /// Stands for the line that has sent a request. Is compared only.
+    using Owner = const void*;
+
+    /// `freed` is called after the handler of a request that is complete or late.
+    PendingRequests(asio::io_context& io, std::chrono::milliseconds timeout,
+                    std::function<void()> freed = {});
 
     /// Returns the invoke id of the request; `std::nullopt` if all are in use. The handler is then not
     /// called.
-    [[nodiscard]] std::optional<int> add(Handler handler);
+    [[nodiscard]] std::optional<int> add(Owner owner, Handler handler);
     /// Returns false if no request with that id is waiting.
     bool complete(int invokeId, const WireDocument& document);
     void failAll();
+    /// Fails the requests of one owner.
+    void failAll(Owner owner);
+
+    [[nodiscard]] std::size_t count() const noexcept { return m_waiting.size(); }
+    /// The owner of the last request with that id if its time has run out; otherwise `nullptr`.
+    [[nodiscard]] Owner ownerOfLate(int invokeId) const;
 
 private:
     struct Waiting {
         // Distinguishes this request from later ones with the same id.
         unsigned long serial = 0;
+        Owner owner = nullptr;
         Handler handler;
         std::unique_ptr<asio::steady_timer> timer;
     };
@@ -62,9 +75,12 @@ private:
 
     asio::io_context& m_io;
     const std::chrono::milliseconds m_timeout;
+    const std::function<void()> m_freed;
     InvokeIds m_ids;
     unsigned long m_lastSerial = 0;
     std::map<int, Waiting> m_waiting;
+    /// The owners of requests whose time has run out, by id, until the id is used again.
+    std::map<int, Owner> m_late;
 };
 
 }  // namespace host

@@ -2,16 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <asio/io_context.hpp>
-#include <asio/ip/tcp.hpp>
 #include <chrono>
 #include <future>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "host/csta-wire/WireDocument.h"
 #include "host/csta/DeviceDiscovery.h"
-#include "host/csta/SwitchConnection.h"
+#include "host/csta/association/SwitchConnection.h"
+#include "tests/host/csta/BarePeer.h"
 #include "tests/host/csta/LinkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/Table.h"
@@ -19,65 +18,13 @@
 namespace {
 
 using journaltest::CapturedLog;
+using linktest::BarePeer;
+using linktest::delivered;
+using linktest::frame;
 using linktest::LinkTest;
 using linktest::Phone;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-/// A switch that is driven by the test.
-class BarePeer : public linktest::WirePeer {
-public:
-    [[nodiscard]] unsigned short port() const { return m_listener.local_endpoint().port(); }
-    /// Waits for the link to connect (again).
-    void accept() {
-        hangUp();
-        m_listener.accept(m_stream.socket());
-    }
-    /// Expects a message of that name and returns its invoke id. Requests of snapshots before it get no
-    /// response.
-    int expect(std::string_view name) {
-        for (;;) {
-            const host::Frame frame = next();
-            lastXml = frame.xml;
-            std::string fault;
-            const auto document = host::WireDocument::parse(lastXml, fault);
-            if (document && document->name() == "SnapshotDevice" && name != "SnapshotDevice") {
-                continue;
-            }
-            EXPECT_EQ(document ? document->name() : fault, name);
-            return frame.invokeId;
-        }
-    }
-    /// Expects the first requests of a link. Returns the invoke id of the last one,
-    /// GetSwitchingFunctionDevices.
-    int greet() {
-        expect("RequestSystemStatus");
-        expect("SystemRegister");
-        return expect("GetSwitchingFunctionDevices");
-    }
-    /// Expects a MonitorStart and responds to it.
-    void startMonitor(const std::string& id) {
-        send(expect("MonitorStart"), "<MonitorStartResponse><monitorCrossRefID>" + id +
-                                         "</monitorCrossRefID></MonitorStartResponse>");
-    }
-
-    /// The last message of `expect`.
-    std::string lastXml;
-
-private:
-    asio::io_context m_io;
-    asio::ip::tcp::acceptor m_listener{m_io, {asio::ip::address_v4::loopback(), 0}};
-};
-
-std::string frame(int id, const std::string& xml) {
-    return host::encodeFrame(id, xml).value();
-}
-
-std::string delivered(const std::string& monitor, const std::string& caller) {
-    return frame(9999, "<DeliveredEvent><monitorCrossRefID>" + monitor +
-                           "</monitorCrossRefID><callingDevice><deviceIdentifier>" + caller +
-                           "</deviceIdentifier></callingDevice><cause>newCall</cause></DeliveredEvent>");
-}
 
 TEST(SwitchConnection, ReadsAClosedMessageThatIsOverdueAndLeavesASwitchThatTearsOneOff) {
     BarePeer peer;

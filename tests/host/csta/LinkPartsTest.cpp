@@ -10,12 +10,12 @@
 #include "host/csta-wire/InvokeIds.h"
 #include "host/csta/CallLogEchoes.h"
 #include "host/csta/CallLogRequester.h"
-#include "host/csta/EventsBeforeMonitorStart.h"
+#include "host/csta/association/EarlyMessages.h"
 #include "tests/support/Table.h"
 
 namespace {
 
-using host::EventsBeforeMonitorStart;
+using host::EarlyMessages;
 using host::InvokeIds;
 using host::WireDocument;
 using std::chrono::milliseconds;
@@ -68,20 +68,23 @@ TEST(InvokeIds, WrapAroundAndSkipWaitingOnes) {
     EXPECT_FALSE(ids.next([](int) { return true; }));
 }
 
-TEST(EventsBeforeMonitorStart, AreLimitedInAgeAndNumber) {
-    const EventsBeforeMonitorStart::Clock::time_point start;
-    EventsBeforeMonitorStart early;
-    early.keep("1", parsed("<Old/>"), start);
+TEST(EarlyMessages, AreLimitedInAgeAndNumber) {
+    constexpr auto kMonitor = host::ReferenceKind::eMonitor;
+    const EarlyMessages::Clock::time_point start;
+    EarlyMessages early;
+    early.keep(kMonitor, "1", parsed("<Old/>"), start);
     const auto later = start + milliseconds(1000);
-    for (std::size_t i = 0; i <= EventsBeforeMonitorStart::kMaxEvents; ++i) {
-        early.keep("1", parsed(i == 0 ? "<First/>" : "<X/>"), later);
+    for (std::size_t i = 0; i <= EarlyMessages::kMaxMessages; ++i) {
+        early.keep(kMonitor, "1", parsed(i == 0 ? "<First/>" : "<X/>"), later);
     }
+    const auto end = start + EarlyMessages::kMaxAge + milliseconds(1);
+    EXPECT_TRUE(early.take(host::ReferenceKind::eService, "1", end).empty());
+    EXPECT_TRUE(early.take(kMonitor, "2", end).empty());
     std::string names;
-    for (const WireDocument& event :
-         early.take("1", start + EventsBeforeMonitorStart::kMaxAge + milliseconds(1))) {
+    for (const WireDocument& event : early.take(kMonitor, "1", end)) {
         names += event.name();
     }
-    EXPECT_EQ(names, std::string(EventsBeforeMonitorStart::kMaxEvents, 'X'));
+    EXPECT_EQ(names, std::string(EarlyMessages::kMaxMessages, 'X'));
 }
 
 TEST(OtherDeviceEvents, GiveOneCallOfTheBluetoothTelephoneThePlatformsId) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +23,11 @@ public:
         lastXml = xml;
         handlers.push_back(std::move(handler));
     }
+    [[nodiscard]] std::vector<host::WireDocument> claim(host::ReferenceKind /*kind*/,
+                                                        const std::string& id) override {
+        return std::move(early[id]);
+    }
+    void drop(host::ReferenceKind /*kind*/, const std::string& /*id*/) override {}
     void respond(std::size_t request, const std::string& xml) const {
         const host::WireDocument document = parsed(xml);
         handlers.at(request)({.kind = host::SwitchResponse::Kind::eResponse,
@@ -32,6 +38,8 @@ public:
 
     std::string lastXml;
     std::vector<host::PendingRequests::Handler> handlers;
+    /// The messages that came before the reference was claimed.
+    std::map<std::string, std::vector<host::WireDocument>> early;
 };
 
 }  // namespace linktest

@@ -114,8 +114,8 @@ TEST_F(Snapshots, ReadTheSegmentsOfACall) {
         std::string::npos);
     askForCall();
     // The first segment arrives before the response and is the bare list.
-    requests.addSegment(parsed(data + "<lastSegment>false</lastSegment>" + party("<notKnown/>", "connected") +
-                               "</SnapshotCallData>"));
+    channel.early["s1"].push_back(parsed(data + "<lastSegment>false</lastSegment>" +
+                                         party("<notKnown/>", "connected") + "</SnapshotCallData>"));
     channel.respond(1,
                     "<SnapshotCallResponse><serviceCrossRefID>s2</serviceCrossRefID></SnapshotCallResponse>");
     channel.respond(

@@ -1,4 +1,4 @@
-#include "host/csta/FilterGroups.h"
+#include "host/csta/requests/FilterGroups.h"
 
 #include <algorithm>
 #include <array>

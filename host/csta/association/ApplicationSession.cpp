@@ -1,4 +1,4 @@
-#include "host/csta/Association.h"
+#include "host/csta/association/ApplicationSession.h"
 
 #include <algorithm>
 #include <charconv>
@@ -32,15 +32,15 @@ std::string refusalOf(const SwitchResponse& response) {
 
 }  // namespace
 
-Association::Association(asio::io_context& io, bool withSession, const LinkMessages& messages, Send send,
-                         Handlers handlers)
+ApplicationSession::ApplicationSession(asio::io_context& io, bool withSession, const LinkMessages& messages,
+                                       Send send, Handlers handlers)
     : m_withSession(withSession),
       m_messages(messages),
       m_send(std::move(send)),
       m_handlers(std::move(handlers)),
       m_timer(io) {}
 
-void Association::open() {
+void ApplicationSession::open() {
     if (!m_withSession) {
         m_ready = true;
         m_handlers.ready();
@@ -50,19 +50,19 @@ void Association::open() {
            [this](const SwitchResponse& response) { started(response); });
 }
 
-void Association::connectionLost() {
+void ApplicationSession::connectionLost() {
     m_ready = false;
     m_sessionId.clear();
     m_timer.cancel();
 }
 
-void Association::terminated() {
+void ApplicationSession::terminated() {
     if (m_withSession) {
         m_handlers.failed("the switch has ended the session");
     }
 }
 
-void Association::started(const SwitchResponse& response) {
+void ApplicationSession::started(const SwitchResponse& response) {
     if (response.kind == SwitchResponse::Kind::eLost) {
         return;
     }
@@ -77,7 +77,7 @@ void Association::started(const SwitchResponse& response) {
     m_handlers.ready();
 }
 
-void Association::resetAtHalf(std::chrono::seconds duration) {
+void ApplicationSession::resetAtHalf(std::chrono::seconds duration) {
     m_timer.expires_after(std::chrono::duration_cast<std::chrono::milliseconds>(duration) / 2);
     m_timer.async_wait([this, session = m_sessionId](std::error_code error) {
         if (!error && session == m_sessionId && m_ready) {
@@ -86,7 +86,7 @@ void Association::resetAtHalf(std::chrono::seconds duration) {
     });
 }
 
-void Association::resetTimer() {
+void ApplicationSession::resetTimer() {
     m_send(m_messages.resetApplicationSessionTimer(m_sessionId, static_cast<int>(kDuration.count())),
            [this](const SwitchResponse& response) {
                if (response.kind == SwitchResponse::Kind::eLost) {

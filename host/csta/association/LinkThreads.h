@@ -28,7 +28,8 @@ public:
     [[nodiscard]] bool isReader() const;
 
     /// Carries out `work` on this thread when the present handler has returned, while the other thread reads.
-    /// Returns false if the other thread has not come back from its own work. Reader only, once in a handler.
+    /// Returns false if the other thread has not come back from its own work, or this one has such work
+    /// already. Reader only.
     [[nodiscard]] bool leaveFor(std::function<void()> work);
 
     /// Waits until the loop has no more work and both threads have ended.

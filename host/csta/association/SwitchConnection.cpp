@@ -1,4 +1,4 @@
-#include "host/csta/SwitchConnection.h"
+#include "host/csta/association/SwitchConnection.h"
 
 #include <netinet/tcp.h>
 #include <sys/socket.h>

@@ -1,4 +1,4 @@
-#include "host/csta/SystemStatusValues.h"
+#include "host/csta/association/SystemStatusValues.h"
 
 #include "platform/texts/communicationsServiceTexts.h"
 

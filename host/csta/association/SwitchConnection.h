@@ -14,7 +14,7 @@
 
 #include "host/csta-wire/FrameReader.h"
 #include "host/csta-wire/SendQueue.h"
-#include "host/csta/ExponentialBackoff.h"
+#include "host/csta/association/ExponentialBackoff.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/csta/LinkThreads.h"
+#include "host/csta/association/LinkThreads.h"
 
 #include <utility>
 
@@ -15,6 +15,9 @@ bool LinkThreads::isReader() const {
 }
 
 bool LinkThreads::leaveFor(std::function<void()> work) {
+    if (m_work) {
+        return false;
+    }
     {
         const std::lock_guard lock(m_mutex);
         if (m_followers == 0) {

@@ -1,9 +1,9 @@
-#include "host/csta/LinkMessages.h"
+#include "host/csta/requests/LinkMessages.h"
 
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/MessageWriter.h"
 #include "host/csta-wire/NameSpaces.h"
-#include "host/csta/FilterGroups.h"
+#include "host/csta/requests/FilterGroups.h"
 
 namespace host {
 

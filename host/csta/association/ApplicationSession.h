@@ -7,7 +7,7 @@
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
 
-#include "host/csta/LinkMessages.h"
+#include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/PendingRequests.h"
 
 namespace host {
@@ -18,7 +18,7 @@ namespace host {
 ///                          2. ready on the positive response
 ///                          3. the session timer is reset after half of the duration that the switch granted
 /// The end of the session ends the connection; the next connection opens a new session. Reader thread only.
-class Association {
+class ApplicationSession {
 public:
     using Send = std::function<void(const std::string& xml, PendingRequests::Handler handler)>;
 
@@ -28,8 +28,8 @@ public:
         std::function<void(const std::string& reason)> failed;
     };
 
-    Association(asio::io_context& io, bool withSession, const LinkMessages& messages, Send send,
-                Handlers handlers);
+    ApplicationSession(asio::io_context& io, bool withSession, const LinkMessages& messages, Send send,
+                       Handlers handlers);
 
     void open();
     void connectionLost();
