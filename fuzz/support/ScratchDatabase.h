@@ -30,7 +30,7 @@ public:
         std::filesystem::copy_file(m_content, m_file);
         m_database = std::make_unique<host::Database>(m_file);
         m_isChanged = false;
-        m_database->setWriteListener([this](auto /*duration*/) { m_isChanged = true; });
+        m_database->setWriteListener([this](auto /*duration*/, auto /*calls*/) { m_isChanged = true; });
         return *m_database;
     }
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "host/api-client/ApiAddress.h"
-#include "host/api-client/CurlLibrary.h"
+#include "host/curl/CurlLibrary.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 

@@ -219,6 +219,7 @@ private:
             call.calling = event.getCallingDevice();
             call.called = event.getCalledDevice();
             call.reason = reasonOf(causeOf(event));
+            call.offered = true;
             m_calls.store(std::move(call));
         }
         m_calls.remove(m_device, callId);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -7,6 +8,8 @@
 #include "host/calls/PhoneCall.h"
 
 namespace host {
+
+class DatabaseSession;
 
 /// A call as an earlier run of the program has noted it.
 struct NotedCall {
@@ -44,6 +47,11 @@ public:
     /// Call it with true inside the transaction that files an ended call and removes its row: the row is not
     /// written again. Call it with false if that transaction fails.
     virtual void setFiled(const PhoneCallKey& call, bool filed) = 0;
+    /// Adds the events of live calls that are not stored yet to those that wait for webhooks. Call it inside
+    /// the transaction that files a call, before the event of the filing. Returns the number of the last one.
+    virtual std::uint64_t addEvents(DatabaseSession& session) = 0;
+    /// Call it with the number that `addEvents` has returned when its transaction is done.
+    virtual void eventsAdded(std::uint64_t last) = 0;
     /// Call it after the event that ends the calls was delivered. One that may be filed later stays known for
     /// a few seconds, and noted for the next run if its event may be held back.
     virtual void delivered(const DeliveryContext& context) = 0;

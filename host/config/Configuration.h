@@ -3,11 +3,13 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/config/Endpoint.h"
+#include "host/journal-events/JournalEvent.h"
 
 namespace host {
 
@@ -95,6 +97,17 @@ struct Configuration {
         bool operator==(const Logging&) const = default;
     };
 
+    /// A program that is told of what happens (docs/webhooks.md).
+    struct Webhook {
+        /// "http://..." or "https://...", possibly with a user and a password.
+        std::string url;
+        std::set<JournalEventKind> events;
+        /// The file with the secret with which it is signed.
+        std::string secretFile;
+
+        bool operator==(const Webhook&) const = default;
+    };
+
     /// Management keys with their values.
     using Keys = std::map<std::string, std::string>;
 
@@ -110,6 +123,7 @@ struct Configuration {
     Keys managementOverrides;
     Digits digits;
     Logging log;
+    std::vector<Webhook> webhooks;
 
     /// Sets a management override from the KEY=VALUE of the command line. The value is everything after the
     /// first "=" and may be empty. Throws `ConfigurationError` if the text has no valid key.

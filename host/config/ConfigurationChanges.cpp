@@ -67,6 +67,9 @@ std::vector<std::string> changesThatNeedRestart(const Configuration& before, con
             changed.emplace_back(key.name);
         }
     }
+    if (before.webhooks != after.webhooks) {
+        changed.emplace_back("webhook");
+    }
     std::set<std::string> management;
     addManagement(management, before.management, after.management);
     addManagement(management, after.management, before.management);

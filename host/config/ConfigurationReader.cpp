@@ -148,12 +148,59 @@ void readDigits(TomlSection& section, Configuration::Digits& digits) {
     section.finish();
 }
 
+/// "call.filed, call.ringing, ...".
+std::string eventWords() {
+    std::string text;
+    for (const std::string_view word : kJournalEventWords) {
+        text += (text.empty() ? "" : ", ") + std::string(word);
+    }
+    return text;
+}
+
 void readLog(TomlSection& section, Configuration::Logging& log) {
     section.readWord("level", log.level, {"error", "warning", "info", "debug", "trace"});
     section.readWord("library-level", log.libraryLevel, {"error", "warning", "info", "debug", "trace"});
     section.read("file", log.file);
     section.read("private", log.isPrivate);
     section.finish();
+}
+
+Configuration::Webhook readWebhook(TomlSection& section) {
+    Configuration::Webhook hook;
+    section.readName("url", hook.url);
+    if (!receiverOrigin(hook.url)) {
+        section.refuse("url", "must be the URL of a receiver, such as \"https://crm.example/calls\"");
+    }
+    std::vector<std::string> words;
+    section.read("events", words);
+    for (const std::string& word : words) {
+        const auto kind = journalEventOf(word);
+        if (!kind) {
+            section.refuse("events", "\"" + word + "\" is no event; there are " + eventWords());
+        }
+        hook.events.insert(*kind);
+    }
+    if (hook.events.empty()) {
+        section.refuse("events", "must name one event or more of " + eventWords());
+    }
+    section.readName("secret-file", hook.secretFile);
+    section.finish();
+    return hook;
+}
+
+void readWebhooks(TomlSection& file, std::vector<Configuration::Webhook>& webhooks) {
+    constexpr std::size_t kMost = 16;
+    for (TomlSection& section : file.sections("webhook")) {
+        Configuration::Webhook hook = readWebhook(section);
+        if (std::any_of(webhooks.begin(), webhooks.end(),
+                        [&hook](const auto& other) { return other.url == hook.url; })) {
+            section.refuse("url", "is the URL of another webhook already");
+        }
+        if (webhooks.size() == kMost) {
+            section.refuse("", "there may be " + std::to_string(kMost) + " webhooks");
+        }
+        webhooks.push_back(std::move(hook));
+    }
 }
 
 template <typename Section>
@@ -177,6 +224,7 @@ Configuration readConfiguration(std::string_view toml, const std::string& fileNa
     readSection(file, "management", readManagement, configuration.management);
     readSection(file, "digits", readDigits, configuration.digits);
     readSection(file, "log", readLog, configuration.log);
+    readWebhooks(file, configuration.webhooks);
     file.finish();
     return configuration;
 }

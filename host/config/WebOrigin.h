@@ -11,4 +11,8 @@ namespace host {
 /// URL, or has a user, a query or a fragment. Pure.
 [[nodiscard]] std::optional<std::string> originOf(std::string_view url);
 
+/// The origin of the URL of a receiver, which may have a user and a query: without them it can be logged.
+/// std::nullopt for any other text, also for one with a port that does not exist. Pure.
+[[nodiscard]] std::optional<std::string> receiverOrigin(std::string_view url);
+
 }  // namespace host

@@ -90,6 +90,12 @@ const CallFacts* CallFiling::factsOf(const CallInfo* newest) const {
     return found != m_filed.end() && found->facts ? &*found->facts : nullptr;
 }
 
+void CallFiling::addEvents(Database::Session& session) {
+    if (m_calls != nullptr && !m_filed.empty()) {
+        m_lastEvent = m_calls->addEvents(session);
+    }
+}
+
 void CallFiling::removeLiveCalls(Database::Session& session, const std::string& line) const {
     LiveCallRows rows(session, line);
     for (const Filed& each : m_filed) {
@@ -124,6 +130,9 @@ void CallFiling::keep() {
 }
 
 void CallFiling::setFiled(bool filed) const {
+    if (filed && m_lastEvent > 0) {
+        m_calls->eventsAdded(m_lastEvent);
+    }
     for (const Filed& each : m_filed) {
         if (each.ended != nullptr && filed) {
             each.ended->filed = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,8 @@ public:
 
     /// The facts of the newest call of an item; null if the link has not seen it.
     [[nodiscard]] const CallFacts* factsOf(const CallInfo* newest) const;
+    /// Adds the events of live calls that are not added yet, so that they are before the event of the filing.
+    void addEvents(Database::Session& session);
     /// Removes the rows of the live calls, in the transaction that files them.
     void removeLiveCalls(Database::Session& session, const std::string& line) const;
     /// Call it if the calls are filed later, while their event is still being delivered: the link then
@@ -47,6 +50,8 @@ private:
 
     LiveCallStoreIfc* const m_calls;
     std::vector<Filed> m_filed;
+    /// The number of the last event that was added.
+    std::uint64_t m_lastEvent = 0;
 };
 
 }  // namespace host

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "host/database/RowId.h"
+#include "host/journal-events/EventQueue.h"
 #include "journal-items/Occurrences.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 #include "platform/journal-library/DataResponse.h"
@@ -118,6 +119,7 @@ std::string CallRows::write(const Item& item, const CallFacts* facts,
     const std::int32_t list = numberOf(ListTraits<Item>::kList);
     std::int64_t id = rowIdOf(item.getUniqueId()).value_or(0);
     bool isNew = id == 0;
+    const bool becomesViewed = m_events != nullptr && !isNew && viewedOf(item) && !isViewed(id);
     if (!isNew) {
         Query update = m_session.query(kUpdate);
         bindFields(update, item);
@@ -130,7 +132,17 @@ std::string CallRows::write(const Item& item, const CallFacts* facts,
         id = m_session.lastInsertedId();
     }
     m_history.write<Item>(id, nameOf(item), occurrencesOf(item), facts, isNew);
+    if (becomesViewed && !isNew) {
+        if (const auto call = m_history.newestOf(id)) {
+            m_events->addOfCall(m_session, JournalEventKind::eMissedViewed, *call);
+        }
+    }
     return uniqueIdOf(id);
+}
+
+bool CallRows::isViewed(std::int64_t id) {
+    Query row = m_session.query("SELECT viewed FROM call_item WHERE id = ?");
+    return row.bind(id).next() && row.flag();
 }
 
 template std::string CallRows::write(const MissedCallItem&, const CallFacts*,

@@ -24,7 +24,7 @@ class CallRows {
 public:
     /// Everything is borrowed.
     CallRows(Database::Session& session, const HistoryRows::Context& context)
-        : m_session(session), m_line(context.line), m_history(session, context) {}
+        : m_session(session), m_line(context.line), m_events(context.events), m_history(session, context) {}
 
     /// Replaces the row with the item's unique id, or adds a new one if its list has no row with that id; its
     /// calls become those of `HistoryRows::write`. `facts` belong to the newest call and may be null. Returns
@@ -92,8 +92,11 @@ private:
     template <typename Item>
     [[nodiscard]] Item readHead(std::int64_t id, Query& row);
 
+    [[nodiscard]] bool isViewed(std::int64_t id);
+
     Database::Session& m_session;
     const std::string& m_line;
+    const EventQueue* const m_events;
     HistoryRows m_history;
 };
 

@@ -9,6 +9,7 @@
 #include "host/data/CallPlace.h"
 #include "host/data/CallStart.h"
 #include "host/data/OccurrenceColumns.h"
+#include "host/journal-events/EventQueue.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
@@ -226,11 +227,19 @@ void HistoryRows::store(const Stored<Info>& call, std::int64_t item, ListName li
         query.bind(id);
     }
     query.run();
+    if (id == 0 && m_context.events != nullptr) {
+        m_context.events->addOfCall(m_session, JournalEventKind::eCallFiled, m_session.lastInsertedId());
+    }
 }
 
 std::int64_t HistoryRows::newestOrder(std::int64_t item) {
     Query query = m_session.query("SELECT coalesce(max(item_order), 0) FROM call WHERE item = ?");
     return query.bind(item).next() ? query.number() : 0;
+}
+
+std::optional<std::int64_t> HistoryRows::newestOf(std::int64_t item) {
+    Query query = m_session.query("SELECT id FROM call WHERE item = ? ORDER BY item_order DESC LIMIT 1");
+    return query.bind(item).next() ? std::optional(query.number()) : std::nullopt;
 }
 
 template <typename Info>

@@ -16,6 +16,8 @@
 
 namespace host {
 
+class EventQueue;
+
 /// The facts that the link knows of a call that is filed, and the journal's occurrence does not have.
 struct CallFacts {
     std::optional<std::chrono::sys_seconds> established{};
@@ -38,6 +40,8 @@ public:
         DigitAnalysisServiceIfc* digits = nullptr;
         /// The time by which the phone's zone is ahead of UTC, for occurrences in local time.
         std::chrono::seconds phoneAhead{0};
+        /// Gets an event for each new call, in the transaction that stores it; null for none.
+        const EventQueue* events = nullptr;
     };
 
     /// Everything is borrowed.
@@ -65,6 +69,9 @@ public:
     /// Appends those calls of the entry, newest first.
     template <typename Info>
     void read(std::int64_t item, const std::vector<std::int64_t>& calls, std::list<Info>& occurrences);
+
+    /// The newest call of the entry; std::nullopt if it has none.
+    [[nodiscard]] std::optional<std::int64_t> newestOf(std::int64_t item);
 
     /// Deletes the calls of an entry.
     void removeOf(std::int64_t item);

@@ -6,6 +6,7 @@
 #include "host/data/CallBackRows.h"
 #include "host/data/SettingRows.h"
 #include "host/database/RowId.h"
+#include "host/journal-events/EventQueue.h"
 #include "platform/journal-library/CallListDatabaseAdapterHelper.h"
 
 namespace host {
@@ -52,12 +53,13 @@ JournalChange::JournalChange(DataRequest request, std::shared_ptr<Line> line, st
 }
 
 HistoryRows::Context JournalChange::context() const {
-    return {m_line->device, m_line->digits, m_phoneAhead};
+    return {m_line->device, m_line->digits, m_phoneAhead, m_line->events};
 }
 
 void JournalChange::carryOut(Database::Session& session) {
     const HistoryRows::Context context = this->context();
     CallRows calls(session, context);
+    m_filing.addEvents(session);
     m_rewritten = m_line->rewritten;
     const auto list = listOfTable(m_request.schema);
     m_isEviction = m_isEviction || (list && isEvictionFrom(*list, session));
@@ -142,6 +144,9 @@ void JournalChange::keep(Database& database) {
 void JournalChange::done(bool stored) {
     if (stored) {
         noteCount();
+        if (m_line->events != nullptr) {
+            m_line->events->committed();
+        }
         m_line->rewritten = std::move(m_rewritten);
         if (!m_isEviction) {
             m_line->written = written();
@@ -166,10 +171,14 @@ bool JournalChange::leavesEvictions() const {
 }
 
 std::string JournalChange::change(Database::Session& session, CallRows& calls) const {
+    const auto list = listOfTable(m_request.schema);
     switch (m_request.reason) {
         case DataRequest::Reason::eWrite: return writeItems(session, calls);
         case DataRequest::Reason::eDelete:
-            if (const auto list = listOfTable(m_request.schema); list && list != ListName::eCallbacks) {
+            if (list && m_request.allEntries && m_line->events != nullptr) {
+                m_line->events->addListDeleted(session, *list);
+            }
+            if (list && list != ListName::eCallbacks) {
                 return deleteCalls(calls, *list);
             }
             deleteCallBacks(CallBackRows(session, m_line->device), m_request);

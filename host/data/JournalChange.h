@@ -21,6 +21,7 @@ class DigitAnalysisServiceIfc;
 namespace host {
 
 class Database;
+class EventQueue;
 class LiveCallStoreIfc;
 
 /// A request of the journal that changes rows, with all that it needs to be carried out later on another
@@ -38,6 +39,8 @@ public:
         /// The services are borrowed and outlive the changes; they may be missing.
         DigitAnalysisServiceIfc* digits = nullptr;
         LiveCallStoreIfc* calls = nullptr;
+        /// Gets the events of the changes; null without a webhook.
+        const EventQueue* events = nullptr;
         // Of the last transaction; used by one at a time.
         Rewritten rewritten{};
         /// The list in which an entry was written, and the thread whose change that was.

@@ -2,13 +2,15 @@
 
 #include "host/data/LiveCallRows.h"
 #include "host/database/Database.h"
+#include "host/journal-events/EventQueue.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
 
-LiveCallStore::LiveCallStore(Database& database, std::string line)
+LiveCallStore::LiveCallStore(Database& database, std::string line, const EventQueue* events)
     : m_database(database),
       m_line(std::move(line)),
+      m_events(events),
       m_generation(database.generation()),
       m_thread([this] { run(); }) {}
 
@@ -36,11 +38,47 @@ std::vector<NotedCall> LiveCallStore::read() {
 void LiveCallStore::store(const PhoneCall& call) {
     const std::lock_guard lock(m_mutex);
     const PhoneCallKey key = keyOf(call);
+    if (m_events != nullptr) {
+        const auto known = m_calls.find(key);
+        noteEvent(known == m_calls.end() ? nullptr : &known->second.call, call);
+    }
     m_calls[key].call = call;
     m_removed.erase(key);
     m_filed.erase(key);
     m_changed.insert(key);
     wake();
+}
+
+/// Requires: m_mutex is held, and there is a queue of events.
+void LiveCallStore::noteEvent(const PhoneCall* before, const PhoneCall& after) {
+    const auto kind = eventBetween(before, after);
+    if (kind && m_events->wants(*kind)) {
+        m_newEvents.emplace_back(++m_lastEvent, liveCallEvent(*kind, after));
+    }
+}
+
+std::uint64_t LiveCallStore::addEvents(DatabaseSession& session) {
+    if (m_events == nullptr) {
+        return 0;
+    }
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [number, event] : m_newEvents) {
+        m_events->add(session, event);
+    }
+    return m_lastEvent;
+}
+
+void LiveCallStore::eventsAdded(std::uint64_t last) {
+    if (m_events == nullptr) {
+        return;
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        while (!m_newEvents.empty() && m_newEvents.front().first <= last) {
+            m_newEvents.pop_front();
+        }
+    }
+    m_events->committed();
 }
 
 void LiveCallStore::confirm(const PhoneCallKey& call, PhoneCall::Time time) {
@@ -222,8 +260,10 @@ bool LiveCallStore::writeBatch() noexcept {
         markAllChanged();
     }
     Batch batch;
+    std::uint64_t lastEvent = 0;
     const auto failure = m_database.note([&](Database::Session& session) {
         batch = takeBatch();
+        lastEvent = addEvents(session);
         LiveCallRows rows(session, m_line);
         for (const NotedCall& each : batch.written) {
             rows.write(each);
@@ -234,6 +274,7 @@ bool LiveCallStore::writeBatch() noexcept {
     });
     if (!failure) {
         m_failed = false;
+        eventsAdded(lastEvent);
         return true;
     }
     if (!std::exchange(m_failed, true)) {

@@ -14,10 +14,12 @@
 #include <vector>
 
 #include "host/calls/LiveCallStoreIfc.h"
+#include "host/journal-events/JournalEvent.h"
 
 namespace host {
 
 class Database;
+class EventQueue;
 
 /// The live calls of one line in the table `live_call`. A thread of its own writes what has changed, in
 /// batches without a flush of the disk: the first change after a quiet time at once, every other within
@@ -38,8 +40,8 @@ public:
     /// Longer than the journal holds an event back.
     static constexpr std::chrono::seconds kHeldBack{10};
 
-    /// `database` is borrowed and outlives the object.
-    LiveCallStore(Database& database, std::string line);
+    /// `database` and `events` are borrowed and outlive the object. Without a webhook, `events` is null.
+    LiveCallStore(Database& database, std::string line, const EventQueue* events = nullptr);
     /// Writes what has changed.
     ~LiveCallStore() override;
 
@@ -50,6 +52,8 @@ public:
     [[nodiscard]] std::optional<NotedCall> ended(const PhoneCallKey& call) const override;
     [[nodiscard]] std::optional<NotedCall> ended(const std::string& callId) const override;
     void setFiled(const PhoneCallKey& call, bool filed) override;
+    std::uint64_t addEvents(DatabaseSession& session) override;
+    void eventsAdded(std::uint64_t last) override;
     void delivered(const DeliveryContext& context) override;
 
 private:
@@ -63,11 +67,14 @@ private:
     };
 
     void change(const PhoneCallKey& call, const std::function<void(NotedCall&)>& action);
+    void noteEvent(const PhoneCall* before, const PhoneCall& after);
     void keepKnown(const DeliveryContext::EndedCall& ended);
     void remove(const PhoneCallKey& call);
     void wake();
     void run();
-    [[nodiscard]] bool isIdle() const { return m_changed.empty() && m_removed.empty(); }
+    [[nodiscard]] bool isIdle() const {
+        return m_changed.empty() && m_removed.empty() && m_newEvents.empty();
+    }
     [[nodiscard]] Batch takeBatch();
     void removeOverdue(Clock::time_point now);
     void markAllChanged();
@@ -77,6 +84,7 @@ private:
     // Constant after construction.
     Database& m_database;
     const std::string m_line;
+    const EventQueue* const m_events;
 
     // The writing thread only.
     unsigned m_generation;
@@ -94,6 +102,9 @@ private:
     std::deque<std::pair<Clock::time_point, PhoneCallKey>> m_heldBack;
     /// The ids under which the journal files those calls, if they are other ones.
     std::map<PhoneCallKey, std::string> m_deliveredIds;
+    /// The events that are not stored yet, and their numbers.
+    std::deque<std::pair<std::uint64_t, LiveCallEvent>> m_newEvents;
+    std::uint64_t m_lastEvent = 0;
     bool m_stopping = false;
     bool m_waitsForWork = false;
 

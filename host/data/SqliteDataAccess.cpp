@@ -57,8 +57,8 @@ SqliteDataAccess::SqliteDataAccess(Database& database, std::string line, DigitAn
       m_line(std::move(line)),
       m_digits(digits),
       m_sources(std::move(sources)),
-      m_shared(std::make_shared<JournalChange::Line>(
-          JournalChange::Line{.device = m_line, .digits = digits, .calls = m_sources.calls})) {
+      m_shared(std::make_shared<JournalChange::Line>(JournalChange::Line{
+          .device = m_line, .digits = digits, .calls = m_sources.calls, .events = m_sources.events})) {
     const HistoryRows::Context context{m_line, m_digits};
     static_cast<void>(m_database.write("listing the newest calls", [&](Database::Session& session) {
         CallRows(session, context).shortenLists();

@@ -21,6 +21,7 @@ struct DataRequest;
 namespace host {
 
 class Database;
+class EventQueue;
 
 /// The components from which the database of a line gets what its requests lack. All are borrowed, and may be
 /// missing.
@@ -29,6 +30,8 @@ struct DataAccessSources {
     LiveCallStoreIfc* calls = nullptr;
     /// The time by which the phone's zone is ahead of UTC; any thread calls it.
     std::function<std::chrono::seconds()> phoneAhead{};
+    /// Gets the events of the changes; null without a webhook.
+    const EventQueue* events = nullptr;
 };
 
 /// The journal's lists and settings of one line in the database, registered as "DataAccessServiceIfc".

@@ -92,7 +92,7 @@ RowChanges& Database::rowChanges() noexcept {
 
 bool Database::write(const char* what, const Work& work) noexcept {
     bool done = false;
-    measured([&] {
+    measured(0, [&] {
         static_cast<void>(storeKept());
         done = guarded(what, true, [&] {
             const std::lock_guard lock(m_mutex);
@@ -113,11 +113,11 @@ std::optional<DatabaseFailure> Database::note(const Work& work) noexcept {
     return m_writer.transactSoon(work, false);
 }
 
-void Database::measured(const std::function<void()>& write) {
+void Database::measured(std::size_t calls, const std::function<void()>& write) {
     const auto begin = Clock::now();
     write();
     if (m_writeListener) {
-        m_writeListener(Clock::now() - begin);
+        m_writeListener(Clock::now() - begin, calls);
     }
     truncateLogIfDue();
 }
@@ -134,7 +134,7 @@ void Database::makeDeferred() noexcept {
 
 Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept {
     Outcome outcome = Outcome::eRefused;
-    measured([&] {
+    measured(change->calls, [&] {
         try {
             outcome = changeOrKeep(change);
         } catch (const std::exception& error) {

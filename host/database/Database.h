@@ -64,11 +64,10 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Sets a listener for the duration of each write, called on the thread that wrote. Call it before the
-    /// first write.
-    void setWriteListener(std::function<void(std::chrono::duration<double>)> listener) {
-        m_writeListener = std::move(listener);
-    }
+    /// Gets the duration of a write, and the number of ended calls that it has filed.
+    using WriteListener = std::function<void(std::chrono::duration<double> time, std::size_t calls)>;
+    /// Sets a listener for each write, called on the thread that wrote. Call it before the first write.
+    void setWriteListener(WriteListener listener) { m_writeListener = std::move(listener); }
 
     /// Sets a listener that is called while work runs, on its thread, when `checkpoint` should be called
     /// soon; an empty one leaves that to the writes. The listener must not call the database.
@@ -149,13 +148,13 @@ private:
     bool storeFirst();
     void giveUpFirst(const std::string& reason);
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
-    void measured(const std::function<void()>& write);
+    void measured(std::size_t calls, const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
 
     // Constant after construction.
     const std::filesystem::path m_file;
     // Constant from the first write on.
-    std::function<void(std::chrono::duration<double>)> m_writeListener;
+    WriteListener m_writeListener;
 
     DatabaseHealth m_health;
     FailureLog m_failures;

@@ -334,6 +334,45 @@ CREATE TABLE access_token (
     expires INTEGER
 ) STRICT;
 )sql",
+    R"sql(
+-- The events that wait for webhooks, in the order in which they are delivered. One about a filed call has the
+-- call's row only: what is sent is read from there. Those of live calls have their parties.
+CREATE TABLE webhook_event (
+    id                 INTEGER PRIMARY KEY AUTOINCREMENT,
+    line               TEXT NOT NULL,
+    kind               INTEGER NOT NULL,
+    uid                TEXT NOT NULL UNIQUE,
+    time               INTEGER NOT NULL,
+    call               INTEGER,
+    list               INTEGER,
+    call_id            TEXT NOT NULL,
+    device             TEXT NOT NULL,
+    outgoing           INTEGER NOT NULL,
+    number             TEXT NOT NULL,
+    name               TEXT NOT NULL,
+    redirecting_number TEXT NOT NULL,
+    redirecting_name   TEXT NOT NULL,
+    start              INTEGER,
+    established        INTEGER
+) STRICT;
+CREATE INDEX webhook_event_of_call ON webhook_event (call) WHERE call IS NOT NULL;
+CREATE INDEX webhook_event_of_live_call ON webhook_event (call_id) WHERE call_id <> '';
+
+CREATE TABLE webhook (
+    line     TEXT NOT NULL,
+    key      TEXT NOT NULL,
+    position INTEGER NOT NULL,
+    dropped  INTEGER NOT NULL,
+    PRIMARY KEY (line, key)
+) STRICT, WITHOUT ROWID;
+
+-- What is deleted is not sent. A switch uses the id of a call again later: the time tells them apart.
+CREATE TRIGGER webhook_call_removed AFTER DELETE ON call BEGIN
+    DELETE FROM webhook_event WHERE call = OLD.id;
+    DELETE FROM webhook_event WHERE call_id = OLD.call_id AND call_id <> '' AND line = OLD.line
+        AND time >= OLD.start - 60 AND (OLD.ended IS NULL OR time <= OLD.ended + 60);
+END;
+)sql",
 };
 
 }  // namespace

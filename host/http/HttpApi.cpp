@@ -183,8 +183,9 @@ private:
              .keptChanges = m_backend.database.keptCount(),
              .lostChanges = m_backend.database.lostCount(),
              .databaseMemory = databaseMemory(),
-             .droppedLogLines = m_backend.droppedLogLines(),
-             .failedTries = m_authenticator.failedTries()});
+             .log = m_backend.logCounts(),
+             .failedTries = m_authenticator.failedTries(),
+             .webhooks = m_backend.webhooks ? m_backend.webhooks() : std::vector<WebhookState>()});
         return response;
     }
 
@@ -205,7 +206,8 @@ private:
     PartiesResource m_parties;
     TokensResource m_tokensResource{m_tokens, m_backend.line};
     Router m_router;
-    RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line};
+    RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line,
+                               [this](const RequestReport& each) { m_backend.metrics.requestHandled(each); }};
     EventFeed m_feed;
     ObserverPair m_observers{m_backend.metrics, m_feed};
     HttpServer m_server;

@@ -12,6 +12,8 @@
 #include "host/http/HttpServer.h"
 #include "host/http/messages/Router.h"
 #include "host/http/resources/StatusResource.h"
+#include "host/log/Log.h"
+#include "host/webhooks/Webhook.h"
 
 class JournalServiceIfc;
 
@@ -43,8 +45,10 @@ struct HttpBackend {
     std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
-    /// The number of lines that the log dropped since the program started.
-    std::function<std::uint64_t()> droppedLogLines;
+    /// The lines of the log since the program started.
+    std::function<LogCounts()> logCounts;
+    /// Empty without a webhook.
+    std::function<std::vector<WebhookState>()> webhooks{};
 };
 
 struct HttpApiSettings {

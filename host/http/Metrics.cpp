@@ -10,6 +10,9 @@
 #include <algorithm>
 #include <mutex>
 
+#include "host/http/ProcessMetrics.h"
+#include "host/http/WebhookMetrics.h"
+
 namespace host {
 namespace {
 
@@ -29,7 +32,11 @@ double allocatedMemory() {
 
 class Metrics::Registered {
 public:
-    explicit Registered(const std::string& line) : m_line(line) {
+    Registered(const std::string& line, const std::string& version)
+        : m_line(line), requests(m_registry, line), m_webhooks(m_registry, line) {
+        gauges("calljournal_build_info", "1; the version of the program is a label")
+            .Add({{"version", version}})
+            .Set(1);
         // Each counter exists from the start.
         forEachList([this]<typename Item>() { filed(ListTraits<Item>::kList); });
     }
@@ -40,20 +47,34 @@ public:
     prometheus::Gauge& memory(const char* use) { return m_memory.Add({{"use", use}}); }
     prometheus::Gauge& entries(ListName list) { return m_entries.Add({{"list", std::string(wordOf(list))}}); }
 
-    void raiseDroppedLogLines(double total) { raise(m_droppedLogLines, total); }
-    void raiseFailedTries(double total) { raise(m_failedTries, total); }
-    void raiseLostChanges(double total) { raise(m_lostChanges, total); }
+    /// Requests may report in another order than they measured.
+    void raiseTotals(const Gauges& totals) {
+        const std::lock_guard lock(m_mutex);
+        raise(m_droppedLogLines, totals.log.dropped);
+        raise(m_logErrors, totals.log.errors);
+        raise(m_logWarnings, totals.log.warnings);
+        raise(m_failedTries, totals.failedTries);
+        raise(m_lostChanges, totals.lostChanges);
+        m_webhooks.update(totals.webhooks);
+    }
 
-    std::string text() const {
+    std::string text() {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_process.update();
+        }
         const prometheus::TextSerializer serializer;
         return serializer.Serialize(m_registry.Collect());
     }
 
 private:
-    /// Requests may report in another order than they measured.
-    void raise(prometheus::Counter& counter, double total) {
-        const std::lock_guard lock(m_mutex);
-        counter.Increment(std::max(0.0, total - counter.Value()));
+    static void raise(prometheus::Counter& counter, std::uint64_t total) {
+        counter.Increment(std::max(0.0, static_cast<double>(total) - counter.Value()));
+    }
+    prometheus::Histogram& times(const char* name, const char* help) {
+        return family(prometheus::BuildHistogram(), m_registry, m_line, name, help)
+            .Add({}, prometheus::Histogram::BucketBoundaries{0.0005, 0.001, 0.0025, 0.005, 0.01, 0.025, 0.05,
+                                                             0.1, 0.25, 0.5, 1, 2.5});
     }
     prometheus::Family<prometheus::Gauge>& gauges(const char* name, const char* help) {
         return family(prometheus::BuildGauge(), m_registry, m_line, name, help);
@@ -79,6 +100,10 @@ private:
         counters("calljournal_log_lines_dropped_total",
                  "Lines of the log that were not taken in time, or could not be written")
             .Add({});
+    prometheus::Family<prometheus::Counter>& m_logLines =
+        counters("calljournal_log_problems_total", "Errors and warnings that were logged");
+    prometheus::Counter& m_logErrors = m_logLines.Add({{"level", "error"}});
+    prometheus::Counter& m_logWarnings = m_logLines.Add({{"level", "warning"}});
     prometheus::Counter& m_failedTries =
         counters("calljournal_refused_tokens_total", "Requests with a wrong, revoked or expired token")
             .Add({});
@@ -98,13 +123,18 @@ public:
     prometheus::Gauge& keptChanges =
         gauges("calljournal_changes_kept", "Changes that the database refuses and that are repeated").Add({});
     prometheus::Histogram& writes =
-        family(prometheus::BuildHistogram(), m_registry, m_line, "calljournal_database_write_seconds",
-               "How long a change took until it was durable")
-            .Add({}, prometheus::Histogram::BucketBoundaries{0.0005, 0.001, 0.0025, 0.005, 0.01, 0.025, 0.05,
-                                                             0.1, 0.25, 0.5, 1, 2.5});
+        times("calljournal_database_write_seconds", "How long a change took until it was durable");
+    prometheus::Histogram& filings = times("calljournal_call_filing_seconds",
+                                           "How long the filing of an ended call took until it was durable");
+    RequestMetrics requests;
+
+private:
+    ProcessMetrics m_process{m_registry};
+    WebhookMetrics m_webhooks;
 };
 
-Metrics::Metrics(const std::string& line) : m_registered(std::make_unique<Registered>(line)) {}
+Metrics::Metrics(const std::string& line, const std::string& version)
+    : m_registered(std::make_unique<Registered>(line, version)) {}
 
 Metrics::~Metrics() = default;
 
@@ -112,8 +142,15 @@ void Metrics::switchEvent(std::string_view kind) {
     m_registered->events(kind).Increment();
 }
 
-void Metrics::databaseWrote(std::chrono::duration<double> time) {
+void Metrics::databaseWrote(std::chrono::duration<double> time, std::size_t calls) {
     m_registered->writes.Observe(time.count());
+    if (calls > 0) {
+        m_registered->filings.Observe(time.count());
+    }
+}
+
+void Metrics::requestHandled(const RequestReport& report) {
+    m_registered->requests.handled(report);
 }
 
 std::string Metrics::text(const Gauges& gauges) {
@@ -121,10 +158,8 @@ std::string Metrics::text(const Gauges& gauges) {
     m_registered->monitored.Set(gauges.lineMonitored ? 1 : 0);
     m_registered->liveCallCount.Set(static_cast<double>(gauges.liveCallCount));
     m_registered->unviewed.Set(static_cast<double>(gauges.unviewed));
-    m_registered->raiseDroppedLogLines(static_cast<double>(gauges.droppedLogLines));
-    m_registered->raiseFailedTries(static_cast<double>(gauges.failedTries));
+    m_registered->raiseTotals(gauges);
     m_registered->keptChanges.Set(static_cast<double>(gauges.keptChanges));
-    m_registered->raiseLostChanges(static_cast<double>(gauges.lostChanges));
     const auto ofDatabase = static_cast<double>(gauges.databaseMemory);
     m_registered->memory("database").Set(ofDatabase);
     m_registered->memory("other").Set(std::max(0.0, allocatedMemory() - ofDatabase));

@@ -7,8 +7,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "host/http/RequestMetrics.h"
+#include "host/log/Log.h"
 #include "host/presentation/ListName.h"
+#include "host/webhooks/Webhook.h"
 #include "journalservice/JournalServiceObserverIfc.h"
 
 namespace host {
@@ -32,18 +36,21 @@ public:
         /// Bytes of the program's memory that the databases use.
         std::int64_t databaseMemory = 0;
         /// Since the program started.
-        std::uint64_t droppedLogLines = 0;
+        LogCounts log;
         std::uint64_t failedTries = 0;
+        std::vector<WebhookState> webhooks;
     };
 
-    /// `line` is a label of every metric.
-    explicit Metrics(const std::string& line);
+    /// `line` is a label of every metric but those of the process; `version` is the program's.
+    Metrics(const std::string& line, const std::string& version);
     virtual ~Metrics();
     Metrics(const Metrics&) = delete;
     Metrics& operator=(const Metrics&) = delete;
 
     void switchEvent(std::string_view kind);
-    void databaseWrote(std::chrono::duration<double> time);
+    /// `calls` is the number of ended calls that the change has filed.
+    void databaseWrote(std::chrono::duration<double> time, std::size_t calls);
+    void requestHandled(const RequestReport& report);
 
     [[nodiscard]] std::string text(const Gauges& gauges);
 

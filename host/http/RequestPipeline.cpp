@@ -1,6 +1,7 @@
 #include "host/http/RequestPipeline.h"
 
 #include <algorithm>
+#include <chrono>
 #include <new>
 #include <utility>
 
@@ -53,6 +54,7 @@ void checkScope(const Access& access, const Router::Route& route) {
 }  // namespace
 
 HttpResponse RequestPipeline::handle(HttpRequest request) const {
+    const auto begin = std::chrono::steady_clock::now();
     HttpResponse response;
     try {
         response = process(request);
@@ -72,6 +74,12 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
     }
     addCommonHeaders(response);
     m_authenticator.foreignOrigins().addHeaders(request, response);
+    if (m_listener) {
+        m_listener({.method = request.method,
+                    .route = request.route,
+                    .status = response.status,
+                    .time = std::chrono::steady_clock::now() - begin});
+    }
     return response;
 }
 
@@ -100,6 +108,7 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
     }
     const bool reads = request.method == "GET" || request.method == "HEAD";
     if (auto file = m_page.find(request)) {
+        request.route = "page";
         return reads ? std::move(*file) : notAllowed("GET");
     }
     return route(request);

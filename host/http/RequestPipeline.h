@@ -1,10 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "host/http/Authenticator.h"
 #include "host/http/PageFiles.h"
+#include "host/http/RequestMetrics.h"
 #include "host/http/messages/Router.h"
 
 namespace host {
@@ -20,10 +22,17 @@ namespace host {
 /// Thread-safe after the routes are added.
 class RequestPipeline {
 public:
-    /// All are borrowed and outlive the pipeline. `line` is the device of the only line.
+    using Listener = std::function<void(const RequestReport&)>;
+
+    /// All are borrowed and outlive the pipeline. `line` is the device of the only line. `listener` is called
+    /// after each request, concurrently; it may be empty.
     RequestPipeline(const Authenticator& authenticator, const Router& router, const PageFiles& page,
-                    std::string line)
-        : m_authenticator(authenticator), m_router(router), m_page(page), m_line(std::move(line)) {}
+                    std::string line, Listener listener = {})
+        : m_authenticator(authenticator),
+          m_router(router),
+          m_page(page),
+          m_line(std::move(line)),
+          m_listener(std::move(listener)) {}
 
     /// Does not throw: an exception of a handler becomes an error response.
     [[nodiscard]] HttpResponse handle(HttpRequest request) const;
@@ -40,6 +49,7 @@ private:
     const Router& m_router;
     const PageFiles& m_page;
     const std::string m_line;
+    const Listener m_listener;
 };
 
 }  // namespace host

@@ -10,6 +10,8 @@
 
 namespace host {
 
+class EventQueue;
+
 /// The settings from which one line is built. A plain value.
 struct LineSettings {
     /// The link to the switch. Its own device is the device of the line, which is also the key of its
@@ -26,6 +28,8 @@ struct LineSettings {
     DialForm dialForm = DialForm::eNational;
     /// Shared devices whose unanswered calls are logged on this line.
     std::set<std::string> loggedSharedDevices;
+    /// Gets the events of the line for webhooks; borrowed, outlives the line. Null without a webhook.
+    const EventQueue* events = nullptr;
 };
 
 }  // namespace host

@@ -26,11 +26,14 @@ struct Word {
 constexpr Word kWords[] = {
     {"error", 2}, {"warning", 3}, {"info", 5}, {"debug", 6}, {"trace", std::numeric_limits<int>::max()}};
 constexpr int kInitialLevel = 5;
+constexpr int kWarning = 3;
 
 constexpr std::chrono::milliseconds kLastFlush{1000};
 
 std::atomic<int> g_hostLevel{kInitialLevel};
 std::atomic<int> g_libraryLevel{kInitialLevel};
+std::atomic<std::uint64_t> g_errors{0};
+std::atomic<std::uint64_t> g_warnings{0};
 
 /// The current writer. Thread-safe.
 class Output {
@@ -127,8 +130,8 @@ bool Log::flush(std::chrono::milliseconds limit) noexcept {
     return output().flush(limit);
 }
 
-std::uint64_t Log::droppedLines() noexcept {
-    return LogWriter::droppedLines();
+LogCounts Log::counts() noexcept {
+    return {.dropped = LogWriter::droppedLines(), .errors = g_errors, .warnings = g_warnings};
 }
 
 }  // namespace host
@@ -145,6 +148,9 @@ __attribute__((visibility("default"))) void logAppUni(const char* component, con
                                                       int level, int line, const char* format, ...) noexcept {
     if (!loggingOnAppUni(component, level)) {
         return;
+    }
+    if (level <= host::kWarning) {
+        ++(level < host::kWarning ? host::g_errors : host::g_warnings);
     }
     std::va_list arguments;
     va_start(arguments, format);

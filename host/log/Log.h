@@ -18,6 +18,14 @@ struct LogSettings {
     Parties parties = Parties::eMasked;
 };
 
+/// Numbers of lines since the program started.
+struct LogCounts {
+    /// Dropped, or not written.
+    std::uint64_t dropped = 0;
+    std::uint64_t errors = 0;
+    std::uint64_t warnings = 0;
+};
+
 /// The program's logger, which implements `logAppUni` and `loggingOnAppUni` for the host and every library
 /// that it loads. Before `configure` it writes the levels up to "info" to standard error.
 ///
@@ -57,8 +65,7 @@ public:
     /// remain.
     static bool flush(std::chrono::milliseconds limit) noexcept;
 
-    /// The number of lines that were dropped or could not be written since the program started.
-    [[nodiscard]] static std::uint64_t droppedLines() noexcept;
+    [[nodiscard]] static LogCounts counts() noexcept;
 };
 
 }  // namespace host

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/data/CallBackRows.h"
+#include "host/journal-events/EventQueue.h"
 #include "journal-items/Occurrences.h"
 #include "platform/digits/DigitAnalysisServiceIfc.h"
 
@@ -161,6 +162,8 @@ bool PartyErasure::eraseRows(const std::string& lookup) {
                 .bind(text)
                 .run();
         });
+        eraseFromEvents(session, sources.line,
+                        [&](const std::string& number) { return lookupOf(number) == lookup; });
         PartyRows(session, sources.line, sources.digits).removeUnused();
     });
     sources.database.truncateLog();

@@ -4,6 +4,7 @@
 
 #include "host/data/CallBackRows.h"
 #include "host/database/RowId.h"
+#include "host/journal-events/EventQueue.h"
 #include "journal-items/Occurrences.h"
 
 namespace host {
@@ -70,6 +71,9 @@ bool StoredEntries::changeRows(const Item& item) {
         }
         hasDeleted = rows.history().removeTraces();
     });
+    if (done && m_sources.events != nullptr) {
+        m_sources.events->committed();
+    }
     if (done && hasDeleted) {
         m_sources.database.truncateLog();
     }
@@ -230,7 +234,7 @@ bool StoredEntries::hasCallBacks() {
 
 HistoryRows::Context StoredEntries::context() const {
     return {m_sources.line, m_sources.digits,
-            m_sources.phoneAhead ? m_sources.phoneAhead() : std::chrono::seconds(0)};
+            m_sources.phoneAhead ? m_sources.phoneAhead() : std::chrono::seconds(0), m_sources.events};
 }
 
 template bool StoredEntries::change<MissedCallItem>(

@@ -34,6 +34,8 @@ public:
         std::function<void()> resync;
         /// The time by which the phone's zone is ahead of UTC; any thread calls it. May be empty.
         std::function<std::chrono::seconds()> phoneAhead{};
+        /// Gets the events of the changes; null without a webhook.
+        const EventQueue* events = nullptr;
     };
 
     explicit StoredEntries(Sources sources) : m_sources(std::move(sources)) {}

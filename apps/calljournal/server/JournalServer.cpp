@@ -20,6 +20,7 @@
 #include "host/http/ApiToken.h"
 #include "host/http/HttpApi.h"
 #include "host/http/Metrics.h"
+#include "host/journal-events/EventQueue.h"
 #include "host/line/Line.h"
 #include "host/log/Log.h"
 #include "host/management/LocalManagement.h"
@@ -29,6 +30,8 @@
 #include "host/services/HardwareVariant.h"
 #include "host/stored-lists/HistoryMaintenance.h"
 #include "host/systemd/ServiceManager.h"
+#include "host/webhooks/Signature.h"
+#include "host/webhooks/Webhooks.h"
 #include "journalservice/JournalServiceIfc.h"
 #include "platform/logging/Logging.h"
 #include "platform/texts/SoftwareTypes.h"
@@ -41,7 +44,7 @@ constexpr const char* kTokenName = "api-token";
 /// Relative to the program's directory.
 constexpr const char* kPageDirectory = "../share/calljournal/web";
 
-host::LineSettings lineSettings(const host::Configuration& configuration) {
+host::LineSettings lineSettings(const host::Configuration& configuration, const host::EventQueue* events) {
     const host::Configuration::Line& line = configuration.lines.front();
     host::LineSettings settings;
     settings.link.host = configuration.callSwitch.host;
@@ -66,7 +69,26 @@ host::LineSettings lineSettings(const host::Configuration& configuration) {
             settings.loggedSharedDevices.insert(shared.device);
         }
     }
+    settings.events = events;
     return settings;
+}
+
+/// Null without a webhook.
+std::unique_ptr<host::EventQueue> eventQueue(const host::Configuration& configuration) {
+    std::set<host::JournalEventKind> wanted;
+    for (const host::Configuration::Webhook& each : configuration.webhooks) {
+        wanted.insert(each.events.begin(), each.events.end());
+    }
+    return wanted.empty() ? nullptr
+                          : std::make_unique<host::EventQueue>(configuration.lines.front().device, wanted);
+}
+
+std::vector<host::WebhookSettings> webhookSettings(const host::Configuration& configuration) {
+    std::vector<host::WebhookSettings> webhooks;
+    for (const host::Configuration::Webhook& each : configuration.webhooks) {
+        webhooks.push_back({each.url, each.events, host::readSecret(each.secretFile)});
+    }
+    return webhooks;
 }
 
 host::HttpApiSettings httpSettings(const host::Configuration& configuration,
@@ -115,32 +137,37 @@ class JournalServer::Impl {
 public:
     Impl(const host::Configuration& configuration, const std::filesystem::path& dataDirectory,
          host::ServerSocket& socket)
-        : m_metrics(configuration.lines.front().device),
+        : m_metrics(configuration.lines.front().device, JOURNAL_VERSION),
           m_database(databaseIn(dataDirectory)),
           m_library(host::LibraryLoader::locate(host::LibraryLoader::kJournalLibrary,
                                                 host::LibraryLoader::programDirectory())),
-          m_line(lineSettings(configuration), m_library.createJournalService(), m_database, m_pool,
-                 m_timerSource),
+          m_events(eventQueue(configuration)),
+          m_line(lineSettings(configuration, m_events.get()), m_library.createJournalService(), m_database,
+                 m_pool, m_timerSource),
           m_invoker(m_library.createJournalServiceInvoker()),
           m_contactGetterInvoker(m_library.createContactGetterInvoker()),
           m_socket(socket),
           m_device(configuration.lines.front().device),
           m_entries({dynamic_cast<JournalServiceIfc&>(*m_line.journal()), m_database, m_device,
                      &m_line.digits(), [this] { m_http->resync(); },
-                     [this] { return m_line.management().aheadOfUtc(); }}),
+                     [this] { return m_line.management().aheadOfUtc(); }, m_events.get()}),
           m_retention(m_entries, m_callDeletion, configuration.data.keep),
           m_httpSettings(httpSettings(configuration, dataDirectory)),
           m_dataDirectory(dataDirectory) {
         // The library reads the phone's hardware variant from the program. 0: a phone without its own user
         // interface.
         host::HardwareVariant::set(0);
-        m_database.setWriteListener(
-            [this](std::chrono::duration<double> time) { m_metrics.databaseWrote(time); });
+        m_database.setWriteListener([this](std::chrono::duration<double> time, std::size_t calls) {
+            m_metrics.databaseWrote(time, calls);
+        });
         m_line.setCallsListener([this] { m_http->liveCallsChanged(); });
         m_line.setEventListener([this](std::string_view kind) { m_metrics.switchEvent(kind); });
         m_invoker->initInvoker(&m_framework);
         m_contactGetterInvoker->initInvoker(&m_framework);
         m_line.phonebook().setChangeListener([this] { m_maintenance.phonebookChanged(); });
+        if (m_events) {
+            m_webhooks.emplace(m_database, *m_events, webhookSettings(configuration), &m_line.digits());
+        }
     }
 
     [[nodiscard]] host::Line& line() noexcept { return m_line; }
@@ -148,6 +175,11 @@ public:
     void start() {
         // First, because it fails if another journal uses the address; the switch then gets no connection.
         m_http = std::make_unique<host::HttpApi>(httpBackend(), m_httpSettings);
+        if (m_webhooks) {
+            m_webhooks->start();
+        } else {
+            host::WaitingEvents::forget(m_database);
+        }
         m_line.start();
         warnOfDoubleEntries(m_line.management());
         m_remote = std::make_unique<host::RemoteServer>(
@@ -188,6 +220,9 @@ public:
         m_http.reset();
         m_remote.reset();
         m_line.stop();
+        if (m_webhooks) {
+            m_webhooks->stop();
+        }
         m_databaseMaintenance.stop();
         m_notStored = m_databaseMaintenance.storeRest();
         m_database.removeMigrationCopy();
@@ -220,7 +255,8 @@ private:
                         .telephone = m_telephone ? std::optional(m_telephone()) : std::nullopt};
                 },
                 [this] { return m_remote->clientCount(); },
-                &host::Log::droppedLines};
+                &host::Log::counts,
+                [this] { return m_webhooks ? m_webhooks->states() : std::vector<host::WebhookState>(); }};
     }
 
     StartAhead m_startAhead;
@@ -231,6 +267,7 @@ private:
     host::Strand m_alive{m_pool};
     host::LibraryLoader m_library;
     host::HostFrameworkContext m_framework;
+    const std::unique_ptr<host::EventQueue> m_events;
     host::Line m_line;
     std::unique_ptr<Invoker> m_invoker;
     std::unique_ptr<Invoker> m_contactGetterInvoker;
@@ -251,6 +288,7 @@ private:
     host::Endpoint m_httpEndpoint;
     const std::filesystem::path m_dataDirectory;
     std::optional<host::ApiAddressFile> m_addressFile;
+    std::optional<host::Webhooks> m_webhooks;
     bool m_stopped = false;
     std::size_t m_notStored = 0;
 };

@@ -27,6 +27,8 @@ struct HttpRequest {
     std::string repeatedParameter;
     /// The values of a route's placeholders; set by the router.
     std::map<std::string, std::string> parameters;
+    /// The pattern of its route; set by the router. "page" for a file of the page, "other" without a route.
+    std::string_view route = "other";
     /// The rights that its token grants; set by the pipeline.
     Access access;
 

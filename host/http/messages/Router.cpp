@@ -51,6 +51,7 @@ const Router::Route* Router::find(HttpRequest& request) const {
     const std::string pattern = patternFor(request.path, request.parameters);
     for (const Route& route : m_routes) {
         if (route.method == method && route.pattern == pattern) {
+            request.route = route.pattern;
             return &route;
         }
     }

@@ -44,8 +44,8 @@ public:
     /// before "{entryId}".
     void add(Route route) { m_routes.push_back(std::move(route)); }
 
-    /// Returns the route of a request and sets the request's parameters. The route of GET serves HEAD.
-    /// nullptr if there is no route.
+    /// Returns the route of a request and sets the request's parameters and route. The route of GET serves
+    /// HEAD. nullptr if there is no route.
     [[nodiscard]] const Route* find(HttpRequest& request) const;
     /// The methods of the request's path, "GET, PUT"; empty if no pattern matches.
     [[nodiscard]] std::string methodsFor(const HttpRequest& request) const;

@@ -168,6 +168,12 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [digits];feature-access-codes = "*61"        | 2: digits.feature-access-codes: | a list of texts
         [digits];feature-access-codes = ["*61",; 62] | 3: digits.feature-access-codes: | quotation marks
         [digits];outside-line = "zero"               | 2: digits.outside-line: | digits
+        [[webhook]];url = "ftp://crm.example"        | 2: webhook.url:        | URL of a receiver
+        [[webhook]];url = "http://a:70000/"          | 2: webhook.url:        | URL of a receiver
+        [[webhook]];url = "http://a/#b"              | 2: webhook.url:        | URL of a receiver
+        [[webhook]];url = "http://a";events = []     | 3: webhook.events:     | one event or more
+        [[webhook]];url = "http://a";events = ["call.file"] | 3: webhook.events: | "call.file" is no event; there are call.filed
+        [[webhook]];url = "http://u:p@a/";events = ["call.filed"] | 1: webhook.secret-file: | must not be empty
         [digits];feature-access-codes = [""]         | 2: digits.feature-access-codes: | digits
     )")) {
         const std::string refusal = refusalOf(row[0]);

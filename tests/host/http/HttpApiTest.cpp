@@ -106,7 +106,7 @@ protected:
     NoCalls m_calls;
     const host::Dialling m_dialling{{}};
     host::NumberTexts m_numbers{"DE", m_digits};
-    host::Metrics m_metrics{"2001"};
+    host::Metrics m_metrics{"2001", "1.2.3"};
     asio::io_context m_io;
     asio::ip::tcp::endpoint m_address;
     host::HttpApiSettings m_settings{{{"127.0.0.1", 0}}, {}, {}, {}, {}};
@@ -165,7 +165,7 @@ TEST_F(HttpApiTest, StopsAfterTheRunningRequestsAndBeginsNoWaitingOne) {
 TEST_F(HttpApiTest, BlocksAtMostOneHealthCheckWhenTheDatabaseIsSlow) {
     std::counting_semaphore<> trying(0);
     std::counting_semaphore<> mayEnd(0);
-    m_database->setWriteListener([&trying, &mayEnd](auto /*time*/) {
+    m_database->setWriteListener([&trying, &mayEnd](auto /*time*/, auto /*calls*/) {
         trying.release();
         mayEnd.acquire();
     });

@@ -1,4 +1,4 @@
-#include "host/api-client/CurlLibrary.h"
+#include "host/curl/CurlLibrary.h"
 
 #include <dlfcn.h>
 
@@ -45,6 +45,14 @@ CurlLibrary loaded() {
     loader.load(curl.errorText, "curl_easy_strerror");
     loader.load(curl.escape, "curl_easy_escape");
     loader.load(curl.free, "curl_free");
+    loader.load(curl.multiInit, "curl_multi_init");
+    loader.load(curl.multiCleanup, "curl_multi_cleanup");
+    loader.load(curl.multiAdd, "curl_multi_add_handle");
+    loader.load(curl.multiRemove, "curl_multi_remove_handle");
+    loader.load(curl.multiPerform, "curl_multi_perform");
+    loader.load(curl.multiPoll, "curl_multi_poll");
+    loader.load(curl.multiWakeup, "curl_multi_wakeup");
+    loader.load(curl.multiInformation, "curl_multi_info_read");
     loader.load(curl.appendLine, "curl_slist_append");
     loader.load(curl.freeLines, "curl_slist_free_all");
     return curl;

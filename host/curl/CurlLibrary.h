@@ -6,8 +6,9 @@
 
 namespace host {
 
-/// The functions of libcurl that the client uses. The library is loaded by the first command that is a
-/// client: it has some thirty others, which would more than double the time until the program runs.
+/// The functions of libcurl that the program uses. The library is loaded at the first use, by a command that
+/// is a client or for webhooks: it has some thirty others, which would more than double the time until the
+/// program runs.
 struct CurlLibrary {
     decltype(&curl_easy_init) init;
     decltype(&curl_easy_cleanup) cleanup;
@@ -18,6 +19,14 @@ struct CurlLibrary {
     decltype(&curl_easy_strerror) errorText;
     decltype(&curl_easy_escape) escape;
     decltype(&curl_free) free;
+    decltype(&curl_multi_init) multiInit;
+    decltype(&curl_multi_cleanup) multiCleanup;
+    decltype(&curl_multi_add_handle) multiAdd;
+    decltype(&curl_multi_remove_handle) multiRemove;
+    decltype(&curl_multi_perform) multiPerform;
+    decltype(&curl_multi_poll) multiPoll;
+    decltype(&curl_multi_wakeup) multiWakeup;
+    decltype(&curl_multi_info_read) multiInformation;
     decltype(&curl_slist_append) appendLine;
     decltype(&curl_slist_free_all) freeLines;
 

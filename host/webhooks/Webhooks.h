@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/webhooks/Webhook.h"
+
+namespace host {
+
+class Database;
+class EventQueue;
+
+/// Sends the events of one line to the webhooks (docs/webhooks.md). A thread of its own sends them; the
+/// webhooks do not wait for each other.
+///
+/// Construct, start and stop from one thread.
+class Webhooks {
+public:
+    /// All are borrowed and outlive the object; `queue` is the one to which events are added, and `digits`
+    /// may be null. Throws `RemoteError` if libcurl cannot be loaded.
+    Webhooks(Database& database, EventQueue& queue, std::vector<WebhookSettings> webhooks,
+             DigitAnalysisServiceIfc* digits);
+    /// Calls `stop`.
+    ~Webhooks();
+    Webhooks(const Webhooks&) = delete;
+    Webhooks& operator=(const Webhooks&) = delete;
+
+    /// Call it before the first event is added.
+    void start();
+    /// Aborts what is being sent: it is sent again after the next start, as are the events that wait.
+    /// Idempotent.
+    void stop();
+
+    /// In the order of the configuration. Any thread may call.
+    [[nodiscard]] std::vector<WebhookState> states() const;
+
+private:
+    class Impl;
+    const std::unique_ptr<Impl> m_impl;
+};
+
+}  // namespace host

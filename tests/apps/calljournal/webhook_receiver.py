@@ -1,0 +1,70 @@
+"""A receiver of webhooks, which can be down."""
+
+import http.server
+import json
+import os
+import re
+import socket
+import threading
+
+GUIDE = os.path.join(os.path.dirname(__file__), "../../../docs/webhooks.md")
+
+
+def example():
+    """The function of the guide that checks a signature."""
+    with open(GUIDE, encoding="utf-8") as file:
+        found = re.search(r"```python\n(.*?)```", file.read(), re.DOTALL)
+    names = {}
+    exec(found.group(1), names)
+    return names["is_genuine"]
+
+
+class Receiver:
+    """Listens on one port while it is up; `accepted` has the events that it has accepted."""
+
+    def __init__(self, test, secret):
+        self.test, self.secret, self.is_genuine = test, secret, example()
+        self.accepted, self.forged, self.attempts = [], [], 0
+        self.respond = lambda number: 204
+        self.headers = {}
+        self.server = None
+        with socket.create_server(("127.0.0.1", 0)) as free:
+            self.port = free.getsockname()[1]
+        test.addCleanup(self.goes_down)
+
+    @property
+    def events(self):
+        return [each["event"] for each in self.accepted]
+
+    def comes_up(self):
+        receiver = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            protocol_version = "HTTP/1.1"
+
+            def do_POST(self):
+                body = self.rfile.read(int(self.headers["Content-Length"]))
+                receiver.attempts += 1
+                status = receiver.respond(receiver.attempts)
+                if not receiver.is_genuine(receiver.secret, self.headers, body):
+                    receiver.forged.append(body)
+                elif 200 <= status <= 299:
+                    receiver.accepted.append(json.loads(body))
+                self.send_response(status)
+                for name, value in receiver.headers.items():
+                    self.send_header(name, value)
+                self.send_header("Content-Length", "0")
+                self.end_headers()
+
+            def log_message(self, *ignored):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", self.port), Handler)
+        self.server.daemon_threads = True
+        threading.Thread(target=self.server.serve_forever, args=(0.02,), daemon=True).start()
+
+    def goes_down(self):
+        if self.server:
+            self.server.shutdown()
+            self.server.server_close()
+            self.server = None
