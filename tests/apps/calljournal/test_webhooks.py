@@ -1,10 +1,14 @@
 """What receivers of webhooks get from the program. CALLJOURNAL_OUTAGE_S is for how long a receiver is down, default 4."""
 
 import os
+import shutil
 import signal
 import socket
+import subprocess
 import threading
 import time
+import unittest
+import urllib.request
 
 from harness import ProgramTest
 from third_party_switch import ThirdPartySwitch, cleared, delivered, established
@@ -38,7 +42,6 @@ class WebhookTest(ProgramTest):
 
     def value(self, server, metric, **labels):
         """The sum of the values of the metric with these labels."""
-        import urllib.request
         request = urllib.request.Request("http://%s/metrics" % server.http, headers={"Authorization": "Bearer " + server.token})
         with urllib.request.urlopen(request, timeout=40) as response:
             lines = response.read().decode().splitlines()
@@ -117,6 +120,18 @@ class WebhookTest(ProgramTest):
         self.assertEqual(server.stop(), 0)
         with open(os.path.join(self.data, "journal.db"), "rb") as file:
             self.assertNotIn(b"4712", file.read())
+
+    @unittest.skipUnless(shutil.which("openssl"), "openssl is missing (tools/setup proxy)")
+    def test_a_receiver_without_a_valid_certificate_gets_nothing(self):
+        certificate = (self.data + "/cert.pem", self.data + "/key.pem")
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days", "2", "-subj",
+                        "/CN=localhost", "-keyout", certificate[1], "-out", certificate[0]], check=True, capture_output=True)
+        receiver = self.receiver()
+        receiver.comes_up(certificate)
+        server = self.serve_hooks(self.hook(receiver.port).replace("http://127.0.0.1", "https://localhost"))
+        self.switch.misses("1", "N<4711>Ann")
+        server.logs(r"an event cannot be delivered to https://localhost:\d+: .*[Cc]ertificate")
+        self.assertEqual(receiver.attempts, 0)
 
     def test_a_wrong_configuration_is_refused_with_its_reason(self):
         receiver = self.receiver()

@@ -5,6 +5,7 @@ import json
 import os
 import re
 import socket
+import ssl
 import threading
 
 GUIDE = os.path.join(os.path.dirname(__file__), "../../../docs/webhooks.md")
@@ -36,7 +37,8 @@ class Receiver:
     def events(self):
         return [each["event"] for each in self.accepted]
 
-    def comes_up(self):
+    def comes_up(self, certificate=None):
+        """With a certificate, for https."""
         receiver = self
 
         class Handler(http.server.BaseHTTPRequestHandler):
@@ -61,6 +63,10 @@ class Receiver:
 
         self.server = http.server.ThreadingHTTPServer(("127.0.0.1", self.port), Handler)
         self.server.daemon_threads = True
+        if certificate:
+            context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            context.load_cert_chain(*certificate)
+            self.server.socket = context.wrap_socket(self.server.socket, server_side=True)
         threading.Thread(target=self.server.serve_forever, args=(0.02,), daemon=True).start()
 
     def goes_down(self):
