@@ -36,12 +36,12 @@ public:
     /// `key` names the webhook in the table `webhook`.
     WaitingEvents(const Source& source, std::string key, const std::set<JournalEventKind>& wanted);
 
-    /// Reads the positions of all webhooks of the line; that of a new webhook is after the last event. Deletes
+    /// Reads the positions of all webhooks of the line; that of a new one is after the last event. Deletes
     /// what other webhooks have left, which are configured no more. Returns false if the database fails.
     [[nodiscard]] static bool load(Database& database, const std::string& line,
                                    const std::vector<WaitingEvents*>& all);
-    /// Stores the positions that have changed, and deletes the events that all webhooks of the line have got.
-    /// What a power cut takes of that is delivered again. Returns false if the database fails.
+    /// Stores the positions that have changed, and deletes the events that all webhooks of the line have
+    /// got. What a power cut takes of that is delivered again. Returns false if the database fails.
     [[nodiscard]] static bool storePositions(Database& database, const std::vector<WaitingEvents*>& all);
     /// Deletes what is left of webhooks when none is configured any more.
     static void forget(Database& database);
