@@ -35,7 +35,10 @@ void HttpPost::begin(const std::string& url, const Headers& headers, std::string
     m_received = 0;
     m_headers = m_curl.appendLine(nullptr, "Expect:");
     for (const auto& [name, value] : headers) {
-        m_headers = m_curl.appendLine(m_headers, (name + ": " + value).c_str());
+        std::string line = name;
+        line += ": ";
+        line += value;
+        m_headers = m_curl.appendLine(m_headers, line.c_str());
     }
     set(CURLOPT_URL, url.c_str());
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body.size()));
