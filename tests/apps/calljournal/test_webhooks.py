@@ -108,6 +108,8 @@ class WebhookTest(ProgramTest):
         for call, caller in (("1", "N<4711>Ann"), ("2", "N<4712>Bob"), ("3", "N<4713>Eve")):
             self.switch.misses(call, caller)
         server.logs("missed call from Eve")
+        imported = '{"start":"2026-11-21T05:22:05Z","number":"4714","list":"missed"}\n'
+        self.done("import", self.file("more.jsonl", imported), "--unviewed")  # is no event
         calls = {each["number"]: each["id"] for each in self.get(server, "calls")["items"]}
         self.open(server, "calls/%d" % calls["4711"], "DELETE").close()
         self.open(server, "calls?number=4712", "DELETE").close()

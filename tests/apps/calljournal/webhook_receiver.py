@@ -20,8 +20,18 @@ def example():
     return names["is_genuine"]
 
 
+class Server(http.server.ThreadingHTTPServer):
+    daemon_threads = True
+
+    def handle_error(self, *ignored):
+        """A journal that is killed resets its connections."""
+
+
 class Receiver:
-    """Listens on one port while it is up; `accepted` has the events that it has accepted."""
+    """Listens on one port while it is up; `accepted` has the events that it has accepted. `respond` returns the status of a response,
+    or LOST for an event that is accepted on a connection that is closed before the response."""
+
+    LOST = 0
 
     def __init__(self, test, secret):
         self.test, self.secret, self.is_genuine = test, secret, example()
@@ -38,7 +48,9 @@ class Receiver:
         return [each["event"] for each in self.accepted]
 
     def comes_up(self, certificate=None):
-        """With a certificate, for https."""
+        """With a certificate, for https. Has no effect while it is up."""
+        if self.server:
+            return
         receiver = self
 
         class Handler(http.server.BaseHTTPRequestHandler):
@@ -50,8 +62,11 @@ class Receiver:
                 status = receiver.respond(receiver.attempts)
                 if not receiver.is_genuine(receiver.secret, self.headers, body):
                     receiver.forged.append(body)
-                elif 200 <= status <= 299:
+                elif status == receiver.LOST or 200 <= status <= 299:
                     receiver.accepted.append(json.loads(body))
+                if status == receiver.LOST:
+                    self.close_connection = True
+                    return
                 self.send_response(status)
                 for name, value in receiver.headers.items():
                     self.send_header(name, value)
@@ -61,8 +76,7 @@ class Receiver:
             def log_message(self, *ignored):
                 pass
 
-        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", self.port), Handler)
-        self.server.daemon_threads = True
+        self.server = Server(("127.0.0.1", self.port), Handler)
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             context.load_cert_chain(*certificate)
