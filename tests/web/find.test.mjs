@@ -30,7 +30,7 @@ test("a search counts what it finds in each list; lists and filters stand in the
     await page.waitForFunction(() => location.hash === "#/calls?since=30d&min-duration=300");
     await at(page, "clear-filters").click();
     await page.goto(`${stage.url}#/calls?since=nonsense`);
-    await at(page, "filter-refusal").getByText("This filter cannot be used").waitFor();
+    await at(page, "filter-refusal").getByText("This filter cannot be used: From “nonsense”.").waitFor();
     await page.goto(`${stage.url}#/calls?search=qqq`);
     await at(page, "empty").getByText("No call matches “qqq”.").waitFor();
     await at(page, "show-all").click();
@@ -57,6 +57,14 @@ test("a jump reaches any day, newer calls are read above it without moving what 
     await stage.until(async () => (await stage.api("GET", "calls?limit=1")).items[0].number === "4714");
     await page.waitForTimeout(800);
     assert.ok(Math.abs((await place()).y - before.y) < 3);
+    await at(page, "to-newest").click();
+    await row(page, "Bob").waitFor();
+
+    // A day before all calls leads to the earliest ones.
+    const earliest = (await stage.api("GET", "calls?sort=start&limit=20")).items[19];
+    await at(page, "jump-date").fill("2001-02-03");
+    await at(page, "to-newest").getByText("these are the first ones").waitFor();
+    await page.waitForFunction((start) => document.querySelector("[data-test=row] time").dateTime === start, earliest.start);
     await at(page, "to-newest").click();
     await row(page, "Bob").waitFor();
 

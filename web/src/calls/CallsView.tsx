@@ -8,6 +8,7 @@ import { filters, jumpedTo, list, showsRequests } from "../state/filters";
 import { detailsOpen, setParameters } from "../state/route";
 import { t } from "../text/language";
 import { briefDay, numberText } from "../text/times";
+import { badFilter } from "./badFilter";
 import { CallList } from "./CallList";
 import { EmptyCalls } from "./EmptyCalls";
 import { FilterChips, FilterPanel } from "./FilterPanel";
@@ -35,7 +36,7 @@ function JumpChips() {
         day && (
             <>
                 <button type="button" class="chip" data-test="to-newest" onClick={() => setParameters({ at: undefined })}>
-                    {t().find.upTo(briefDay(day))} ×<span class="visually-hidden">, {t().find.toNewest}</span>
+                    {mainFeed.isBeforeFirst.value ? t().find.noneBefore(briefDay(day)) : t().find.upTo(briefDay(day))} ×<span class="visually-hidden">, {t().find.toNewest}</span>
                 </button>
                 {mainFeed.hasNewer.value && (
                     <button type="button" class="chip" data-test="newer" onClick={() => void mainFeed.readNewer()}>
@@ -79,7 +80,7 @@ export function CallsView() {
                 {filtersOpen ? <FilterPanel refusal={mainFeed.refusal.value} /> : <FilterChips>{jumpedTo.value && <JumpChips />}</FilterChips>}
                 {!filtersOpen && mainFeed.refusal.value && (
                     <p class="refusal" role="alert" data-test="filter-refusal">
-                        {t().find.refused(mainFeed.refusal.value)}
+                        {t().find.refused(badFilter(mainFeed.refusal.value))}
                     </p>
                 )}
                 <FoundCount />

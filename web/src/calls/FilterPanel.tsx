@@ -4,6 +4,7 @@ import { clearFilters, filterCount, type FilterName } from "../state/filters";
 import { parameter, setParameters } from "../state/route";
 import { t } from "../text/language";
 import { dayOf, durationText, isoDay, shortDay } from "../text/times";
+import { badFilter } from "./badFilter";
 
 const periods = ["today", "yesterday", "7d", "30d", "365d"] as const;
 const lengths = ["30", "60", "300", "900", "3600"];
@@ -106,7 +107,7 @@ export function FilterPanel({ refusal }: { refusal: string }) {
                 </button>
             )}
             <p class="refusal" role="alert" data-test="filter-refusal">
-                {refusal && texts.refused(refusal)}
+                {refusal && texts.refused(badFilter(refusal))}
             </p>
         </div>
     );

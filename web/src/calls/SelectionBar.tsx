@@ -49,7 +49,7 @@ export function SelectionBar() {
             await work();
             succeeded("delete calls");
         } catch (error) {
-            report("delete calls", t().errors.delete, error);
+            report("delete calls", () => t().errors.delete, error);
         }
         setBusy(false);
     };

@@ -42,7 +42,7 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
             if (dialog.current?.open) {
                 setRefusal(reasonOf(error));
             } else {
-                report("contact", t().errors.contact, error);
+                report("contact", () => t().errors.contact, error);
             }
         }
         saving.current = false;

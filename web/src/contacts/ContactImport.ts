@@ -35,7 +35,7 @@ function decoded(bytes: ArrayBuffer): string {
 export async function importContacts(file: File): Promise<void> {
     const texts = t().contacts;
     if (isImporting()) {
-        report("import", texts.importFailed(file.name, ""), new Error(texts.busy));
+        report("import", () => t().contacts.importFailed(file.name, ""), new Error(texts.busy));
         return;
     }
     succeeded("import");

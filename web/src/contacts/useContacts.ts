@@ -26,7 +26,7 @@ export function useContacts(search: string, version: number) {
                 },
                 (error: unknown) => {
                     if (current) {
-                        reportOnce("contacts", t().errors.contacts, error);
+                        reportOnce("contacts", () => t().errors.contacts, error);
                         setFailed((count) => count + 1);
                     }
                 },

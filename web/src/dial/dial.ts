@@ -39,7 +39,7 @@ export async function dial(callee: Callee, confirmed = false): Promise<void> {
         if (error instanceof ApiError && error.code === "emergency-number" && !confirmed) {
             emergency.value = callee;
         } else {
-            report("call", t().call.failed(callee.who), error);
+            report("call", () => t().call.failed(callee.who), error);
         }
     }
 }

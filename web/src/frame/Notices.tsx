@@ -21,7 +21,7 @@ export function Notices() {
             )}
             {[...failures.value].map(([work, failure]) => (
                 <p key={work} class="notice" data-test="failure">
-                    {failure}{" "}
+                    {failure()}{" "}
                     <button type="button" onClick={() => dismiss(work)}>
                         {t().dismiss}
                     </button>

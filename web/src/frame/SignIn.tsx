@@ -2,13 +2,17 @@ import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import { api } from "../api/client";
 import { ApiError } from "../api/request";
 import { connect } from "../state/connection";
-import { reasonOf, signedOut } from "../state/failures";
+import { dismiss, inform, reasonOf, signedOut } from "../state/failures";
 import { t } from "../text/language";
 
-/** The server redirects here after a wrong token in the address; the parameter is removed from it. */
+/**
+ * The server redirects here after a wrong token in the address; the parameter is removed from it. A browser that is signed in stays so, and
+ * shows a notice.
+ */
 const wasRefused = new URLSearchParams(window.location.search).has("refused");
 if (wasRefused) {
     window.history.replaceState(window.history.state, "", window.location.pathname + window.location.hash);
+    inform("link", () => t().signIn.linkRefused);
 }
 
 /** Asks for the access key (the token of the HTTP API) once; the server then sets a cookie. */
@@ -21,6 +25,7 @@ export function SignIn() {
     const submit = async () => {
         try {
             await api.signIn(token.trim());
+            dismiss("link");
             signedOut.value = false;
             connect();
         } catch (error) {

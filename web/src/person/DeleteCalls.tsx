@@ -23,7 +23,7 @@ async function erase(number: string, name: string): Promise<void> {
         announce(t().person.erased(name));
         closeDetails();
     } catch (error) {
-        report("erase", t().errors.delete, error);
+        report("erase", () => t().errors.delete, error);
     }
 }
 

@@ -24,7 +24,7 @@ export function Note({ number, stored: first }: { number: string; stored: string
             },
             (error: unknown) => {
                 stored.current = before;
-                report("note", t().errors.note, error);
+                report("note", () => t().errors.note, error);
             },
         );
     };

@@ -19,7 +19,7 @@ export async function readParty(number: string): Promise<void> {
         }
     } catch (error) {
         if (reading === latest) {
-            reportOnce("party", t().errors.readNote, error);
+            reportOnce("party", () => t().errors.readNote, error);
         }
     }
 }

@@ -60,7 +60,7 @@ export function Advanced() {
     const read = () =>
         api.managedSettings().then(
             (all) => setFound(all.filter((each) => each.of === "phone")),
-            (error: unknown) => reportOnce("phone settings", t().errors.settings, error),
+            (error: unknown) => reportOnce("phone settings", () => t().errors.settings, error),
         );
     return (
         <details class="setting" data-test="advanced" onToggle={(event) => event.currentTarget.open && void read()}>

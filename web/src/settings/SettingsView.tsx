@@ -11,7 +11,7 @@ export function SettingsView() {
     const leave = () =>
         signOut().then(
             () => succeeded("sign out"),
-            (error: unknown) => report("sign out", t().errors.signOut, error),
+            (error: unknown) => report("sign out", () => t().errors.signOut, error),
         );
     return (
         <div class="view">

@@ -8,6 +8,7 @@ import { reportOnce, succeeded } from "./failures";
 import { queryOf, type Filters } from "./filters";
 
 const pageSize = 100;
+const earliestPage = 20;
 const largestPage = 1000;
 /** The time from a change to the refresh, in ms: changes often come in bursts. */
 const refreshPause = 400;
@@ -31,6 +32,8 @@ export class CallFeed {
     readonly isReading = signal(false);
     readonly hasOlder = signal(false);
     readonly hasNewer = signal(false);
+    /** True if the user has jumped to a day before all calls; the earliest ones are shown. */
+    readonly isBeforeFirst = signal(false);
     /** The server's message about a filter that it cannot read. */
     readonly refusal = signal("");
 
@@ -52,7 +55,7 @@ export class CallFeed {
         this.older = null;
         batch(() => {
             this.hasNewer.value = at !== undefined;
-            this.hasOlder.value = this.isReading.value = false;
+            this.hasOlder.value = this.isReading.value = this.isBeforeFirst.value = false;
         });
         this.anchor = at ? { until: isoDay(dayStart(at, 1)), tz: zone } : undefined;
         void this.read();
@@ -116,11 +119,26 @@ export class CallFeed {
     private async read(): Promise<void> {
         const cursor = this.older;
         const page = { limit: String(pageSize), ...this.anchor, ...(cursor && { cursor }) };
+        const opening = this.opening;
+        let isEmpty = false;
         await this.request(this.filters, page, ({ items, next }) => {
+            isEmpty = items.length === 0;
             this.calls.value = cursor ? [...this.calls.value, ...items] : items;
             this.older = next;
             this.hasOlder.value = next !== null;
             this.isRead.value = true;
+        });
+        if (isEmpty && this.anchor && !cursor && opening === this.opening) {
+            await this.readEarliest();
+        }
+    }
+
+    /** Few calls, so that the earliest one is near. */
+    private async readEarliest(): Promise<void> {
+        await this.request(this.filters, { sort: "start", limit: String(earliestPage) }, ({ items, next }) => {
+            this.calls.value = [...items].reverse();
+            this.hasNewer.value = next !== null;
+            this.isBeforeFirst.value = items.length > 0;
         });
     }
 
@@ -158,7 +176,7 @@ export class CallFeed {
             return;
         }
         this.failed = true;
-        reportOnce("calls", t().errors.calls, error);
+        reportOnce("calls", () => t().errors.calls, error);
     }
 
     /** Reads the newest calls or all shown ones again and puts them in place of the calls of the same period. */

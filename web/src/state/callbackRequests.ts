@@ -27,6 +27,6 @@ export function readRequests(): void {
             read.value = found;
             succeeded("requests");
         },
-        (error: unknown) => reportOnce("requests", t().errors.requests, error),
+        (error: unknown) => reportOnce("requests", () => t().errors.requests, error),
     );
 }

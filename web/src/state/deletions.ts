@@ -118,7 +118,7 @@ function onSent(items: readonly Item[], refused: readonly Item[], reason: unknow
     if (refused.length > 0) {
         const back = new Set(refused.map(keyOf));
         sent.value = new Set([...sent.value].filter((key) => !back.has(key)));
-        report("delete", t().deleted.back(refused.length), reason);
+        report("delete", () => t().deleted.back(refused.length), reason);
     } else if (items.length > 0) {
         succeeded("delete");
     }

@@ -39,7 +39,7 @@ async function control(work: () => Promise<void>): Promise<void> {
         await work();
         succeeded("live");
     } catch (error) {
-        report("live", t().live.failed, error);
+        report("live", () => t().live.failed, error);
         readLiveCalls();
     }
 }

@@ -4,11 +4,27 @@ import { t } from "../text/language";
 import { report, reportOnce, succeeded } from "./failures";
 import { feeds } from "./feeds";
 
+const storageKey = "calljournal.kept-new";
+const keptCount = 500;
+
+function restored(): [string, string][] {
+    try {
+        return Object.entries(JSON.parse(window.localStorage.getItem(storageKey) ?? "{}") as Record<string, string>);
+    } catch {
+        return [];
+    }
+}
+
 /**
- * Entries that were marked as new again, by unique id, with the newest call that they had. They stay new until the user opens them or they
- * get a further call.
+ * Entries that the user has marked as new, by unique id, with the newest call that they had. They stay new, also after a reload, until the
+ * user marks them as seen or they get a further call.
  */
-const keptNew = new Map<string, string>();
+const keptNew = new Map<string, string>(restored());
+
+/** Stores the latest ones in this browser. */
+function storeKeptNew(): void {
+    window.localStorage.setItem(storageKey, JSON.stringify(Object.fromEntries([...keptNew].slice(-keptCount))));
+}
 
 /** True if the call is one of a missed entry that the user has not seen. */
 export function isNew(call: Call): boolean {
@@ -37,11 +53,12 @@ export function markSeen(calls: readonly Call[], byUser: boolean): void {
         return;
     }
     ids.forEach((id) => keptNew.delete(id));
+    storeKeptNew();
     setViewed(ids, true);
     api.markSeen(ids).then(
         () => succeeded("seen"),
         (error: unknown) => {
-            reportOnce("seen", t().errors.seen, error);
+            reportOnce("seen", () => t().errors.seen, error);
             feeds.forEach((feed) => feed.refreshSoon("newest"));
         },
     );
@@ -58,11 +75,12 @@ export function markNew(calls: readonly Call[]): void {
             keptNew.set(uniqueId, start);
         }
     }
+    storeKeptNew();
     setViewed(ids, false);
     api.markNew(ids).then(
         () => succeeded("new"),
         (error: unknown) => {
-            report("new", t().errors.seen, error);
+            report("new", () => t().errors.seen, error);
             feeds.forEach((feed) => feed.refreshSoon("newest"));
         },
     );

@@ -20,7 +20,7 @@ export async function readSettings(): Promise<void> {
         }
     } catch (error) {
         if (read === reads) {
-            reportOnce("settings", t().errors.settings, error);
+            reportOnce("settings", () => t().errors.settings, error);
         }
     }
 }

@@ -41,7 +41,7 @@ export function useStatistics(days: number, list: CallList | undefined): Figures
                     succeeded("statistics");
                     return isCurrent && setFigures(found);
                 },
-                (error: unknown) => reportOnce("statistics", t().errors.statistics, error),
+                (error: unknown) => reportOnce("statistics", () => t().errors.statistics, error),
             );
         }, wait);
         return () => {

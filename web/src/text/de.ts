@@ -115,8 +115,9 @@ export const de: Texts = {
         onlyNew: "Nur neue",
         clearAll: "Filter zurücksetzen",
         remove: (what) => `Filter „${what}“ entfernen`,
-        refused: (why) => `Dieser Filter geht nicht: ${why}`,
+        refused: (which) => `Dieser Filter geht nicht: ${which}. Entfernen Sie ihn, oder wählen Sie einen anderen.`,
         newer: "Neuere Anrufe",
+        noneBefore: (day) => `Keine Anrufe bis ${day}; dies sind die ersten`,
         upTo: (day) => `Anrufe bis ${day}`,
         toNewest: "Zurück zu den neuesten",
         found: (count) => `${count} gefunden`,
@@ -347,6 +348,7 @@ export const de: Texts = {
         place: "Er steht auf dem Computer des Journals in dieser Datei:",
         token: "Zugangsschlüssel",
         refused: "Das ist nicht der Zugangsschlüssel dieses Journals. Kopieren Sie die ganze Zeile der Datei.",
+        linkRefused: "Der Zugangsschlüssel in diesem Link ist ungültig. Sie bleiben angemeldet wie bisher.",
         open: "Journal öffnen",
     },
     errors: {
