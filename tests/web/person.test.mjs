@@ -63,6 +63,7 @@ test("a missed caller is called back through the journal, an emergency number on
     await at(page, "live-call").waitFor({ state: "detached" });
     await stage.until(async () => (await dialled()).includes("4720"));
     await row(page, "Reception").locator("[data-test=dealt-with]").first().waitFor();
+    await page.locator("[data-test=row]:is(.row-dialled, .row-unreached)", { hasText: "Reception" }).waitFor(); // the name that the switch told at the missed call
 
     // Without call control the browser's telephone program calls.
     await stage.stop(stage.simulator);
@@ -77,6 +78,8 @@ test("an entry that is marked as new stays so until the user marks it as seen; a
     await stage.missedAre(({ items }) => items.some(({ number, viewed }) => number === "4711" && viewed));
     await at(page, "mark-new").click();
     await stage.missedAre(({ items }) => items.some(({ number, viewed }) => number === "4711" && !viewed));
+    await page.reload();
+    await at(page, "mark-seen").waitFor();
     await page.waitForTimeout(3500); // longer than a visible call stays new
     await stage.missedAre(({ items }) => items.every(({ number, viewed }) => viewed === (number !== "4711")));
     await at(page, "mark-seen").click();

@@ -6,9 +6,29 @@ import { rowsOf, type Group } from "./rows";
 
 const expanded = signal<ReadonlySet<string>>(new Set());
 
+/** The newest name that the switch has told for each number. */
+const toldNames = computed(() => {
+    const names = new Map<string, string>();
+    for (const { number, displayName } of mainFeed.calls.value) {
+        if (number && displayName && !names.has(number)) {
+            names.set(number, displayName);
+        }
+    }
+    return names;
+});
+
+/** The calls of the main view; a dialled call, for which the switch tells no name, has the name that it told at another call. */
+const namedCalls = computed(() => {
+    const names = toldNames.value;
+    return mainFeed.calls.value.map((call) => {
+        const name = call.displayName ? undefined : names.get(call.number);
+        return name ? { ...call, displayName: name } : call;
+    });
+});
+
 /** The rows of the main view. */
 export const rows = computed(() =>
-    rowsOf(mainFeed.calls.value, {
+    rowsOf(namedCalls.value, {
         isHidden: hiddenCalls(),
         expanded: expanded.value,
         hasOlder: mainFeed.hasOlder.value,

@@ -49,7 +49,7 @@ export function PersonActions({ name, number, calls }: Props) {
             {dialog && (
                 <ContactDialog
                     {...dialog}
-                    first={{ ...namesOf(calls[0]?.name ?? ""), office: number }}
+                    first={{ ...namesOf(calls.find((call) => call.name)?.name ?? ""), office: number }}
                     onSaved={() => void readParty(number)}
                     onClose={() => setDialog(undefined)}
                 />

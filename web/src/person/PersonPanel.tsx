@@ -1,7 +1,7 @@
 import { useEffect, useLayoutEffect, useRef } from "preact/hooks";
 import { Icon } from "../frame/Icon";
 import { hiddenCalls } from "../state/deletions";
-import { version } from "../state/connection";
+import { online, version } from "../state/connection";
 import { mainFeed, personFeed } from "../state/feeds";
 import { isInBackground } from "../state/news";
 import { closeDetails, parameter } from "../state/route";
@@ -90,16 +90,17 @@ function NumberedPerson({ number }: { number: string }) {
             forgetParty();
         };
     }, [number]);
-    useEffect(() => void readParty(number), [number, version.value]);
+    useEffect(() => void (online.value !== false && readParty(number)), [number, version.value, online.value]);
     const isHidden = hiddenCalls();
     const calls = personFeed.calls.value.filter(({ id }) => !isHidden(id));
     useSeen(calls);
     const [newest] = calls;
+    const toldName = calls.find(({ displayName }) => displayName)?.displayName;
     const known = party.value;
-    const name = known?.displayName || newest?.displayName || known?.contact?.company || known?.numberText || newest?.numberText || number;
+    const name = known?.displayName || toldName || known?.contact?.company || known?.numberText || newest?.numberText || number;
     return (
         <Frame title={name}>
-            <PersonHead name={name} initialsOf={known?.displayName || (known?.contact?.company ?? "")} party={known} calls={calls} />
+            <PersonHead name={name} initialsOf={known?.displayName || toldName || (known?.contact?.company ?? "")} party={known} calls={calls} />
             <PersonActions name={name} number={number} calls={calls} />
             <PersonRequests number={number} />
             <PersonNumbers number={number} party={known} />
