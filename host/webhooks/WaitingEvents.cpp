@@ -1,6 +1,8 @@
 #include "host/webhooks/WaitingEvents.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <limits>
 #include <utility>
 
@@ -13,6 +15,12 @@ namespace {
 /// The row of the last event that was ever added.
 constexpr const char* kLast =
     "SELECT coalesce((SELECT seq FROM sqlite_sequence WHERE name = 'webhook_event'), 0)";
+
+// Its last parameters are the last rows to remove, one for each kind.
+constexpr const char* kRemove = R"sql(
+DELETE FROM webhook_event WHERE line = ? AND id > ? AND id <= ?
+    AND id <= CASE kind WHEN 0 THEN ? WHEN 1 THEN ? WHEN 2 THEN ? WHEN 3 THEN ? WHEN 4 THEN ? ELSE id END
+)sql";
 
 /// Begins with the parameters line and position.
 std::string conditionOf(const std::set<JournalEventKind>& wanted) {
@@ -34,6 +42,7 @@ WaitingEvents::WaitingEvents(const Source& source, std::string key, const std::s
       m_line(source.line),
       m_digits(source.digits),
       m_key(std::move(key)),
+      m_wanted(wanted),
       m_next("SELECT " + std::string(EventMessages::kColumns) + conditionOf(wanted) + " ORDER BY id LIMIT 1"),
       m_countUpTo("SELECT count(*)" + conditionOf(wanted) + " AND id <= ?"),
       m_lastBefore("SELECT coalesce(max(id), 0)" + conditionOf(wanted) + " AND time < ?"),
@@ -131,8 +140,9 @@ bool WaitingEvents::load(Database& database, const std::string& line,
         session.query("DELETE FROM webhook WHERE line = ?").bind(line).run();
         for (WaitingEvents* const each : all) {
             each->store(session);
+            each->m_storedPosition = each->m_position;
         }
-        removeDelivered(session, line, all);
+        removeDelivered(session, line, all, 0);
     });
 }
 
@@ -145,30 +155,48 @@ void WaitingEvents::store(Database::Session& session) const {
         .run();
 }
 
+/// Deletes the rows after `after` that each webhook which wants such events has got. A receiver that is down
+/// keeps no others.
 void WaitingEvents::removeDelivered(Database::Session& session, const std::string& line,
-                                    const std::vector<WaitingEvents*>& all) {
-    std::int64_t position = std::numeric_limits<std::int64_t>::max();
+                                    const std::vector<WaitingEvents*>& all, std::int64_t after) {
+    std::int64_t last = 0;
+    std::array<std::int64_t, kJournalEventKinds> lasts{};
+    lasts.fill(std::numeric_limits<std::int64_t>::max());
     for (const WaitingEvents* const each : all) {
-        position = std::min(position, each->m_position.load());
+        last = std::max(last, each->m_position.load());
+        for (const JournalEventKind kind : each->m_wanted) {
+            std::int64_t& ofKind = lasts.at(static_cast<std::size_t>(kind));
+            ofKind = std::min(ofKind, each->m_position.load());
+        }
     }
-    session.query("DELETE FROM webhook_event WHERE line = ? AND id <= ?").bind(line).bind(position).run();
+    Query query = session.query(kRemove);
+    query.bind(line).bind(after).bind(last);
+    for (const std::int64_t ofKind : lasts) {
+        query.bind(ofKind);
+    }
+    query.run();
 }
 
 bool WaitingEvents::storePositions(Database& database, const std::vector<WaitingEvents*>& all) {
     if (std::none_of(all.begin(), all.end(), [](const WaitingEvents* each) { return each->m_isChanged; })) {
         return true;
     }
+    std::int64_t after = std::numeric_limits<std::int64_t>::max();
+    for (const WaitingEvents* const each : all) {
+        after = each->m_isChanged ? std::min(after, each->m_storedPosition) : after;
+    }
     const auto failure = database.note([&](Database::Session& session) {
         for (const WaitingEvents* const each : all) {
             each->store(session);
         }
-        removeDelivered(session, all.front()->m_line, all);
+        removeDelivered(session, all.front()->m_line, all, after);
     });
     if (failure) {
         return false;
     }
     for (WaitingEvents* const each : all) {
         each->m_isChanged = false;
+        each->m_storedPosition = each->m_position;
     }
     return true;
 }

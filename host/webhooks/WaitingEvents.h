@@ -15,8 +15,8 @@
 namespace host {
 
 /// The events of one line that wait for one webhook: those that it wants in the table `webhook_event` after
-/// its position, which is the row of the last event that it has got. Rows that all webhooks have got are
-/// deleted.
+/// its position, which is the row of the last event that it has got. A row that all webhooks which want
+/// such events have got is deleted.
 ///
 /// An event waits for three days at most, and no more than 10,000 wait. Older ones are dropped, and the next
 /// message has their number.
@@ -62,19 +62,21 @@ private:
     void advance(std::int64_t position) noexcept;
     void store(Database::Session& session) const;
     static void removeDelivered(Database::Session& session, const std::string& line,
-                                const std::vector<WaitingEvents*>& all);
+                                const std::vector<WaitingEvents*>& all, std::int64_t after);
 
     // Constant after construction.
     Database& m_database;
     const std::string& m_line;
     DigitAnalysisServiceIfc* const m_digits;
     const std::string m_key;
+    const std::set<JournalEventKind> m_wanted;
     const std::string m_next;
     const std::string m_countUpTo;
     const std::string m_lastBefore;
     const std::string m_lastSurplus;
 
     std::atomic<std::int64_t> m_position{0};
+    std::int64_t m_storedPosition = 0;
     std::int64_t m_dropped = 0;
     bool m_isChanged = false;
 };

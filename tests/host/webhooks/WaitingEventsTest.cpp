@@ -71,6 +71,8 @@ TEST_F(WaitingEventsTest, AreThoseThatAWebhookWantsFromItsPositionOn) {
     EXPECT_EQ(gets(m_first), std::vector<std::string>{"list.deleted"});
     EXPECT_EQ(m_database.number("SELECT count(*) FROM webhook_event"), 3);
     EXPECT_TRUE(WaitingEvents::storePositions(*m_database, {&m_first, &m_second}));
+    EXPECT_EQ(m_database.text("SELECT group_concat(kind) FROM webhook_event"), "0,4")
+        << "the other one wants them";
 
     // Another run, with a webhook more.
     WaitingEvents first(m_source, "first", {JournalEventKind::eListDeleted});
@@ -81,6 +83,20 @@ TEST_F(WaitingEventsTest, AreThoseThatAWebhookWantsFromItsPositionOn) {
     EXPECT_TRUE(gets(third).empty());
     EXPECT_EQ(gets(second), (std::vector<std::string>{"call.filed 4711", "list.deleted"}));
     EXPECT_TRUE(WaitingEvents::storePositions(*m_database, {&first, &second, &third}));
+    EXPECT_EQ(m_database.number("SELECT count(*) FROM webhook_event"), 0);
+}
+
+TEST_F(WaitingEventsTest, AreKeptForAReceiverThatIsDownOnlyAsFarAsItWantsThem) {
+    const std::int64_t call = journaltest::store(*m_database, {.number = "4711"});
+    clears(1);
+    for (int each = 0; each < 3; ++each) {
+        adds(JournalEventKind::eCallFiled, call);
+        EXPECT_EQ(gets(m_second).back(), "call.filed 4711");
+        EXPECT_TRUE(WaitingEvents::storePositions(*m_database, {&m_first, &m_second}));
+        EXPECT_EQ(m_database.text("SELECT group_concat(kind) FROM webhook_event"), "4");
+    }
+    EXPECT_EQ(gets(m_first), std::vector<std::string>{"list.deleted"});
+    EXPECT_TRUE(WaitingEvents::storePositions(*m_database, {&m_first, &m_second}));
     EXPECT_EQ(m_database.number("SELECT count(*) FROM webhook_event"), 0);
 }
 

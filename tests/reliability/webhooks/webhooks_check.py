@@ -51,7 +51,7 @@ def compare(history, accepted):
     if filed != sorted(filed):
         yield "the calls %s were told of out of order" % filed
     if missing := {call["id"] for call in history} - set(filed):
-        yield "of the calls %s nobody was told" % sorted(missing)
+        yield "the receiver was not told of the calls %s" % sorted(missing)
     if unknown := set(filed) - {call["id"] for call in history}:
         yield "the calls %s are not in the history" % sorted(unknown)
     steps = {}
