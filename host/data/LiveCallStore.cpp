@@ -53,6 +53,9 @@ void LiveCallStore::store(const PhoneCall& call) {
 void LiveCallStore::noteEvent(const PhoneCall* before, const PhoneCall& after) {
     const auto kind = eventBetween(before, after);
     if (kind && m_events->wants(*kind)) {
+        if (m_newEvents.size() == kMostNewEvents) {
+            m_newEvents.pop_front();
+        }
         m_newEvents.emplace_back(++m_lastEvent, liveCallEvent(*kind, after));
     }
 }

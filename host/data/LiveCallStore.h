@@ -59,6 +59,8 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
     static constexpr std::chrono::milliseconds kBatchTime{100};
+    /// While the database refuses them, the oldest events beyond this number are dropped.
+    static constexpr std::size_t kMostNewEvents = 10'000;
 
     /// The changes of one batch: the rows to write and those to remove.
     struct Batch {

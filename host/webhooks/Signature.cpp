@@ -6,9 +6,11 @@
 #include <array>
 #include <new>
 #include <stdexcept>
+#include <system_error>
 
 #include "host/config/ConfigurationError.h"
 #include "host/text-files/WholeFile.h"
+#include "platform/logging/Logging.h"
 
 namespace host {
 
@@ -36,6 +38,11 @@ std::string readSecret(const std::filesystem::path& file) {
         secret = readWholeFile(file, kMostBytes);
     } catch (const std::runtime_error& error) {
         throw ConfigurationError("webhook.secret-file " + file.string() + " cannot be read: " + error.what());
+    }
+    std::error_code error;
+    const auto permissions = std::filesystem::status(file, error).permissions();
+    if (!error && (permissions & std::filesystem::perms::others_read) != std::filesystem::perms::none) {
+        logAppUni("Webhooks", __FILE_NAME__, 3, __LINE__, "every user can read %s", file.c_str());
     }
     while (!secret.empty() && (secret.back() == '\n' || secret.back() == '\r')) {
         secret.pop_back();
