@@ -9,12 +9,18 @@ namespace host {
 namespace {
 
 constexpr const char* kScheme = "http://";
+constexpr const char* kSecureScheme = "https://";
 
 }  // namespace
 
-ApiAddressFile::ApiAddressFile(const std::filesystem::path& dataDirectory, const Endpoint& listening)
+ApiAddressFile::ApiAddressFile(const std::filesystem::path& dataDirectory, const Endpoint& listening,
+                               const std::string& pin)
     : m_path(dataDirectory / kName) {
-    replaceFile(m_path, localUrl(listening) + "\n");
+    write(listening, pin);
+}
+
+void ApiAddressFile::write(const Endpoint& listening, const std::string& pin) const {
+    replaceFile(m_path, localUrl(listening, !pin.empty()) + "\n" + (pin.empty() ? "" : pin + "\n"));
 }
 
 ApiAddressFile::~ApiAddressFile() {
@@ -27,23 +33,25 @@ void ApiAddressFile::removeStale(const std::filesystem::path& dataDirectory) noe
     std::filesystem::remove(dataDirectory / kName, ignored);
 }
 
-std::optional<std::string> ApiAddressFile::read(const std::filesystem::path& dataDirectory) {
+std::optional<ApiAddressFile::Address> ApiAddressFile::read(const std::filesystem::path& dataDirectory) {
     std::ifstream file(dataDirectory / kName);
-    std::string url;
-    if (!std::getline(file, url) || url.rfind(kScheme, 0) != 0) {
+    Address address;
+    if (!std::getline(file, address.url) ||
+        !(address.url.starts_with(kScheme) || address.url.starts_with(kSecureScheme))) {
         return std::nullopt;
     }
-    return url;
+    std::getline(file, address.pin);
+    return address;
 }
 
-std::string localUrl(const Endpoint& listening) {
+std::string localUrl(const Endpoint& listening, bool isSecure) {
     Endpoint local = listening;
     if (local.host == "0.0.0.0") {
         local.host = "127.0.0.1";
     } else if (local.host == "::") {
         local.host = "::1";
     }
-    return kScheme + local.text();
+    return (isSecure ? kSecureScheme : kScheme) + local.text();
 }
 
 }  // namespace host

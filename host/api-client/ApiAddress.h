@@ -9,15 +9,25 @@
 namespace host {
 
 /// The file DATA/api-address: the address of the HTTP API of the server that runs in a data directory, by
-/// which its clients find it. One text line, "http://127.0.0.1:8080". Exists as long as this object, which
-/// the server owns; a killed server leaves its file. One thread at a time.
+/// which its clients find it. The first text line is "http://127.0.0.1:8080"; of a server with TLS,
+/// "https://127.0.0.1:8080", and the second one is the pin of its certificate. Exists as long as this object,
+/// which the server owns; a killed server leaves its file. One thread at a time.
 class ApiAddressFile {
 public:
     static constexpr const char* kName = "api-address";
 
+    struct Address {
+        std::string url;
+        /// Of the server's public key, as curl takes it; empty without TLS.
+        std::string pin;
+    };
+
     /// Writes the file, with mode 0600. `listening` is the address that the server listens on, with its port.
     /// Throws `std::runtime_error` with a text for the user.
-    ApiAddressFile(const std::filesystem::path& dataDirectory, const Endpoint& listening);
+    ApiAddressFile(const std::filesystem::path& dataDirectory, const Endpoint& listening,
+                   const std::string& pin = {});
+    /// Replaces the contents: for a certificate that was renewed. Throws as the constructor.
+    void write(const Endpoint& listening, const std::string& pin) const;
     /// Removes the file.
     ~ApiAddressFile();
     ApiAddressFile(const ApiAddressFile&) = delete;
@@ -27,7 +37,7 @@ public:
     static void removeStale(const std::filesystem::path& dataDirectory) noexcept;
 
     /// Returns the address in the file; std::nullopt if there is no file or no address in it.
-    [[nodiscard]] static std::optional<std::string> read(const std::filesystem::path& dataDirectory);
+    [[nodiscard]] static std::optional<Address> read(const std::filesystem::path& dataDirectory);
 
 private:
     const std::filesystem::path m_path;
@@ -35,6 +45,6 @@ private:
 
 /// The URL of a server for clients on the same machine: one that listens on all addresses is reached through
 /// the loopback address. Pure.
-[[nodiscard]] std::string localUrl(const Endpoint& listening);
+[[nodiscard]] std::string localUrl(const Endpoint& listening, bool isSecure = false);
 
 }  // namespace host

@@ -98,6 +98,14 @@ public:
             set(CURLOPT_PROXY, "");
         }
         set(CURLOPT_PROTOCOLS_STR, "http,https");
+        if (!m_server.pin.empty()) {
+            // The certificate need not be for the loopback address.
+            set(CURLOPT_SSL_VERIFYPEER, 0L);
+            set(CURLOPT_SSL_VERIFYHOST, 0L);
+            set(CURLOPT_PINNEDPUBLICKEY, m_server.pin.c_str());
+        } else if (!m_server.authorities.empty()) {
+            set(CURLOPT_CAINFO, m_server.authorities.c_str());
+        }
         set(CURLOPT_NOSIGNAL, 1L);
         set(CURLOPT_CONNECTTIMEOUT, 10L);
         set(CURLOPT_LOW_SPEED_LIMIT, 1L);
@@ -121,6 +129,16 @@ private:
             case CURLE_COULDNT_CONNECT: throw unreachable(m_server);
             case CURLE_OPERATION_TIMEDOUT:
                 throw RemoteError("calljournal at " + m_server.url + " does not respond");
+            case CURLE_PEER_FAILED_VERIFICATION:
+                throw RemoteError("the certificate of " + m_server.url +
+                                  " is refused: " + m_curl.errorText(code) +
+                                  "; --ca-file names the authority that has signed it");
+            case CURLE_SSL_CACERT_BADFILE:
+                throw RemoteError("the file of --ca-file has no certificates in PEM form: " +
+                                  m_server.authorities.string());
+            case CURLE_SSL_PINNEDPUBKEYNOTMATCH:
+                throw RemoteError("the server at " + m_server.url + " is not the one of " + m_server.where +
+                                  ": its key differs");
             default:
                 throw RemoteError("the connection to calljournal at " + m_server.url +
                                   " failed: " + m_curl.errorText(code) + "; see its log");
@@ -172,18 +190,20 @@ private:
 ApiServer ApiServer::in(const std::filesystem::path& dataDirectory) {
     ApiServer server;
     server.where = dataDirectory.string();
-    const auto url = ApiAddressFile::read(dataDirectory);
-    if (!url) {
+    const auto address = ApiAddressFile::read(dataDirectory);
+    if (!address) {
         throw unreachable(server);
     }
-    server.url = *url;
+    server.url = address->url;
+    server.pin = address->pin;
     // A server with `auth = "none"` needs no token.
     server.token = firstLineOf(dataDirectory / "api-token");
     return server;
 }
 
-ApiServer ApiServer::at(const std::string& url, const std::filesystem::path& tokenFile) {
-    ApiServer server{url, {}, url, false};
+ApiServer ApiServer::at(const std::string& url, const std::filesystem::path& tokenFile,
+                        const std::filesystem::path& authorities) {
+    ApiServer server{url, {}, url, false, {}, authorities};
     while (server.url.ends_with('/')) {
         server.url.pop_back();
     }

@@ -36,13 +36,20 @@ struct ApiServer {
     /// The directory or the URL that the user has named.
     std::string where;
     bool isLocal = true;
+    /// The pin of the public key that the server must have, which then needs no certificate of an authority;
+    /// empty: its certificate is checked.
+    std::string pin{};
+    /// The certificates of the authorities, in one file; empty for those of the system.
+    std::filesystem::path authorities{};
 
     /// The server that runs in a data directory, by DATA/api-address and DATA/api-token. Throws `RemoteError`
     /// if none runs there.
     [[nodiscard]] static ApiServer in(const std::filesystem::path& dataDirectory);
     /// A server by its http or https URL, with the token in the first line of a file; an empty path for no
-    /// token. Throws `RemoteError` for another URL, and if the file has no token.
-    [[nodiscard]] static ApiServer at(const std::string& url, const std::filesystem::path& tokenFile);
+    /// token, and the file with the authorities of its certificate, empty for those of the system. Throws
+    /// `RemoteError` for another URL, and if the file has no token.
+    [[nodiscard]] static ApiServer at(const std::string& url, const std::filesystem::path& tokenFile,
+                                      const std::filesystem::path& authorities = {});
 };
 
 /// A client of the HTTP API (docs/http-api.md). It keeps one connection. One thread at a time.

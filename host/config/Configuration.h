@@ -10,6 +10,7 @@
 
 #include "host/config/Endpoint.h"
 #include "host/journal-events/JournalEvent.h"
+#include "host/tls/TlsFiles.h"
 
 namespace host {
 
@@ -47,6 +48,8 @@ struct Configuration {
         /// True if MonitorStart carries the wanted filters.
         bool sendFilters = true;
         bool tls = false;
+        /// The check of the switch's certificate, and the link's own one.
+        ServerTrust trust{};
         std::chrono::seconds reconnectMax{30};
         std::chrono::hours callMax{12};
 
@@ -57,6 +60,8 @@ struct Configuration {
     struct Api {
         Endpoint listen{"127.0.0.1", 8080};
         Auth auth = Auth::eToken;
+        /// The server's certificate and key; both empty for no TLS.
+        CertificateFiles tls{};
         /// The URL of the page for browsers, if a proxy serves it; empty for none.
         std::string publicUrl{};
         /// The origins of other pages that may use the API, as `originOf` returns them.

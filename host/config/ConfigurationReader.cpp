@@ -50,6 +50,21 @@ void readLines(TomlSection& file, std::vector<Configuration::Line>& lines) {
     }
 }
 
+void readPath(TomlSection& section, const char* key, std::filesystem::path& path) {
+    std::string text = path.string();
+    section.read(key, text);
+    path = text;
+}
+
+void readCertificate(TomlSection& section, CertificateFiles& files) {
+    readPath(section, "tls-certificate", files.certificate);
+    readPath(section, "tls-key", files.key);
+    if (files.certificate.empty() != files.key.empty()) {
+        section.refuse(files.key.empty() ? "tls-certificate" : "tls-key",
+                       "needs the other one of tls-certificate and tls-key");
+    }
+}
+
 void readSwitch(TomlSection& section, Configuration::Switch& callSwitch) {
     section.readName("host", callSwitch.host);
     std::int64_t port = callSwitch.port;
@@ -59,10 +74,11 @@ void readSwitch(TomlSection& section, Configuration::Switch& callSwitch) {
     section.readWord("session", callSwitch.session, {"auto", "application-session"});
     section.read("send-filters", callSwitch.sendFilters);
     section.read("tls", callSwitch.tls);
-    if (callSwitch.tls) {
-        section.refuse(
-            "tls",
-            "must be false: the link has no TLS yet, and does not go on in clear where you ask for it");
+    readPath(section, "tls-ca", callSwitch.trust.authorities);
+    section.read("tls-name", callSwitch.trust.name);
+    readCertificate(section, callSwitch.trust.own);
+    if (!callSwitch.tls && callSwitch.trust != ServerTrust()) {
+        section.refuse("tls", "must be true if a key that begins with tls- is set");
     }
     std::int64_t pause = callSwitch.reconnectMax.count();
     section.read("reconnect-max-s", pause, 1, 3600);
@@ -84,6 +100,7 @@ void readApi(TomlSection& section, Configuration::Api& api) {
     std::string auth = "token";
     section.readWord("auth", auth, {"token", "none"});
     api.auth = auth == "none" ? Configuration::Auth::eNone : Configuration::Auth::eToken;
+    readCertificate(section, api.tls);
     section.read("public-url", api.publicUrl);
     if (!api.publicUrl.empty() && !originOf(api.publicUrl)) {
         section.refuse("public-url",

@@ -99,10 +99,11 @@ void CstaServer::addClient(tcp::socket socket) {
     if (loggingOnAppUni(kComponent, 5)) {
         logAppUni(kComponent, __FILE_NAME__, 5, __LINE__, "client %d has connected", number);
     }
-    client->start();
-    if (m_options.speaksFirst) {
-        send(number, 0, m_responses.systemStatus("enabled"));
-    }
+    client->start(m_options.certificate ? m_options.certificate->context() : nullptr, [this, number] {
+        if (m_options.speaksFirst) {
+            send(number, 0, m_responses.systemStatus("enabled"));
+        }
+    });
 }
 
 void CstaServer::received(SwitchClient& client, const Frame& frame) {

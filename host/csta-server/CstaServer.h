@@ -21,6 +21,7 @@
 #include "host/switch/call-log/CallLogStore.h"
 #include "host/switch/calls/LiveCall.h"
 #include "host/switch/calls/SwitchEvent.h"
+#include "host/tls/ServerCertificate.h"
 
 namespace host {
 
@@ -29,6 +30,8 @@ struct CstaServerOptions {
     std::string address = "127.0.0.1";
     /// 0 selects a free port, see `CstaServer::port`.
     std::uint16_t port = 0;
+    /// If set, clients must speak TLS.
+    std::shared_ptr<const ServerCertificate> certificate{};
     /// Used for an empty device in a request.
     std::string device;
     std::string edition = "ed4";

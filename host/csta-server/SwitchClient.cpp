@@ -9,11 +9,27 @@ namespace host {
 SwitchClient::SwitchClient(asio::ip::tcp::socket socket, int number, Handlers handlers)
     : m_socket(std::move(socket)), m_number(number), m_handlers(std::move(handlers)) {
     std::error_code ignored;
-    m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+    m_socket.tcp().set_option(asio::ip::tcp::no_delay(true), ignored);
 }
 
-void SwitchClient::start() {
-    read();
+void SwitchClient::start(StreamSocket::Context tls, std::function<void()> ready) {
+    if (!tls) {
+        read();
+        ready();
+        return;
+    }
+    m_socket.beServer(std::move(tls),
+                      [self = shared_from_this(), ready = std::move(ready)](const std::error_code& error) {
+                          if (!self->m_open) {
+                              return;
+                          }
+                          if (error) {
+                              self->fail();
+                              return;
+                          }
+                          self->read();
+                          ready();
+                      });
 }
 
 void SwitchClient::send(int invokeId, const std::string& xml) {
@@ -33,8 +49,7 @@ void SwitchClient::send(int invokeId, const std::string& xml) {
 
 void SwitchClient::close() {
     m_open = false;
-    std::error_code ignored;
-    m_socket.close(ignored);
+    m_socket.close();
     m_queue.clear();
 }
 

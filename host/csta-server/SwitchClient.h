@@ -24,7 +24,9 @@ public:
 
     SwitchClient(asio::ip::tcp::socket socket, int number, Handlers handlers);
 
-    void start();
+    /// Calls `ready` when messages can be sent: after the TLS handshake with that context, or at once without
+    /// one (`nullptr`).
+    void start(StreamSocket::Context tls, std::function<void()> ready);
     void send(int invokeId, const std::string& xml);
     void close();
     [[nodiscard]] int number() const noexcept { return m_number; }
@@ -36,7 +38,7 @@ private:
     void read();
     void fail();
 
-    asio::ip::tcp::socket m_socket;
+    StreamSocket m_socket;
     const int m_number;
     const Handlers m_handlers;
     bool m_open = true;

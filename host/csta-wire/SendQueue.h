@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include <asio/ip/tcp.hpp>
+#include "host/tls/StreamSocket.h"
 
 namespace host {
 
@@ -20,7 +20,7 @@ public:
     using Handler = std::function<void(const std::error_code&)>;
 
     /// `socket` must outlive the object and every write in progress.
-    explicit SendQueue(asio::ip::tcp::socket& socket) : m_socket(socket) {}
+    explicit SendQueue(StreamSocket& socket) : m_socket(socket) {}
 
     /// Queues the bytes of one frame. `done` is stored until the frame is written, so it may own the object.
     void push(std::string bytes, Handler done);
@@ -37,7 +37,7 @@ private:
 
     void write();
 
-    asio::ip::tcp::socket& m_socket;
+    StreamSocket& m_socket;
     // Shared with the write in progress, which thus detects a `clear`.
     std::shared_ptr<Entries> m_entries = std::make_shared<Entries>();
     std::size_t m_bytes = 0;

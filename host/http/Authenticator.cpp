@@ -77,7 +77,8 @@ Authenticator::Authenticator(std::optional<std::string> token, const AccessToken
       m_publicOrigin(originOf(publicUrl).value_or("")),
       m_foreign(std::move(allowedOrigins)) {}
 
-void Authenticator::setListenAddress(const Endpoint& endpoint) {
+void Authenticator::setListenAddress(const Endpoint& endpoint, bool isSecure) {
+    m_isSecure = isSecure;
     m_host = lowered(endpoint.host);
     // A cookie is sent to every port of a host, so two servers on one machine need two cookie names.
     m_cookie = "calljournal-" + std::to_string(endpoint.port);
@@ -101,7 +102,7 @@ void Authenticator::checkOrigin(const HttpRequest& request) const {
     if (m_foreign.isAllowed(request) || (!origin.empty() && origin == m_publicOrigin)) {
         return;
     }
-    if ((!origin.empty() && origin != "http://" + host) ||
+    if ((!origin.empty() && origin != (m_isSecure ? "https://" : "http://") + host) ||
         (!opensPage && (site == "cross-site" || site == "same-site"))) {
         throw HttpError(403, "foreign-origin", "pages of other origins may not ask");
     }
@@ -215,9 +216,10 @@ HttpResponse Authenticator::endSession() const {
 }
 
 void Authenticator::setCookie(HttpResponse& response, const std::string& value, int seconds) const {
-    response.headers.emplace_back("Set-Cookie", m_cookie + "=" + value + "; Path=/; Max-Age=" +
-                                                    std::to_string(seconds) + "; HttpOnly; SameSite=Strict" +
-                                                    (m_publicOrigin.starts_with("https:") ? "; Secure" : ""));
+    response.headers.emplace_back("Set-Cookie",
+                                  m_cookie + "=" + value + "; Path=/; Max-Age=" + std::to_string(seconds) +
+                                      "; HttpOnly; SameSite=Strict" +
+                                      (m_isSecure || m_publicOrigin.starts_with("https:") ? "; Secure" : ""));
 }
 
 }  // namespace host

@@ -40,8 +40,8 @@ public:
 
     [[nodiscard]] const ForeignOrigins& foreignOrigins() const noexcept { return m_foreign; }
 
-    /// Call before the first request.
-    void setListenAddress(const Endpoint& endpoint);
+    /// Call before the first request. `isSecure`: the server speaks TLS.
+    void setListenAddress(const Endpoint& endpoint, bool isSecure = false);
 
     /// Throws `HttpError`: 400 if `Host` is missing or is not one host name; 403 for another host or another
     /// origin.
@@ -88,6 +88,7 @@ private:
     const ForeignOrigins m_foreign;
     std::string m_host;
     std::string m_cookie;
+    bool m_isSecure = false;
 
     mutable std::atomic<std::uint64_t> m_failedTries{0};
     mutable std::mutex m_tryMutex;

@@ -73,6 +73,7 @@ public:
                   [this] { return m_backend.storedLists.unviewed(); },
                   [this] { return m_liveCalls.list(PlaceLanguage::eEnglish); },
                   [this](const std::string& number) { return m_backend.numbers.text(number); }}),
+          m_isSecure(settings.server.certificate != nullptr),
           m_server(settings.server) {
         m_lists.addRoutes(m_router);
         m_import.addRoutes(m_router);
@@ -110,7 +111,7 @@ public:
             {[this](const HttpRequest& request) { return m_pipeline.handle(request); },
              [this](const HttpRequest& request) { return m_authenticator.isTrusted(request); },
              [this](HttpRequest request) { return m_pipeline.mayBeLong(std::move(request)); },
-             [this](const Endpoint& where) { m_authenticator.setListenAddress(where); },
+             [this](const Endpoint& where) { m_authenticator.setListenAddress(where, m_isSecure); },
              [this] { m_feed.keepAlive(); }});
     }
 
@@ -123,6 +124,8 @@ public:
         m_server.stop();
         m_import.stop();
     }
+
+    void reloadTokens() { static_cast<void>(m_tokens.load()); }
 
     [[nodiscard]] const Router& router() const noexcept { return m_router; }
     void resync() { m_feed.resync(); }
@@ -210,6 +213,7 @@ private:
                                [this](const RequestReport& each) { m_backend.metrics.requestHandled(each); }};
     EventFeed m_feed;
     ObserverPair m_observers{m_backend.metrics, m_feed};
+    const bool m_isSecure;
     HttpServer m_server;
     WorkerPool m_eventWorkers{1};
     Strand m_eventStrand{m_eventWorkers};
@@ -229,6 +233,10 @@ Endpoint HttpApi::start() {
 
 void HttpApi::stop() {
     m_impl->stop();
+}
+
+void HttpApi::reloadTokens() {
+    m_impl->reloadTokens();
 }
 
 const std::vector<Router::Route>& HttpApi::routes() const noexcept {

@@ -81,6 +81,9 @@ public:
     /// Unsubscribes and ends every connection. Idempotent.
     void stop();
 
+    /// Reads the named tokens again, which another program may have changed. Thread-safe.
+    void reloadTokens();
+
     /// The routes of all resources.
     [[nodiscard]] const std::vector<Router::Route>& routes() const noexcept;
 

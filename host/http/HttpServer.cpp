@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "host/framework/EventLoop.h"
+#include "host/http/Arrivals.h"
 #include "host/http/ClosableSocket.h"
 #include "host/http/ConnectionLimiter.h"
 #include "host/http/ConnectionTable.h"
@@ -198,6 +199,14 @@ private:
                 .request_handler([this](const Request& request) { return dispatch(request); });
         m_bodies.emplace(LongBodies::Limits{m_settings.maxBody, m_settings.maxLongBody},
                          m_callbacks.mayBeLong);
+        m_arrivals.emplace(
+            Arrivals::Settings{.arrived = [this](ConnectionTable::Id id,
+                                                 const ClosableSocket& socket) { onArrival(id, socket); },
+                               .context =
+                                   [certificate = m_settings.certificate] {
+                                       return certificate ? certificate->context() : nullptr;
+                                   },
+                               .limit = m_settings.clientTime});
         m_server = std::make_unique<Server>(restinio::external_io_context(m_loop), std::move(settings));
         m_server->open_sync();
         scheduleHeartbeat();
@@ -210,17 +219,20 @@ private:
         m_callbacks.listening(m_endpoint);
     }
 
+    void onArrival(ConnectionTable::Id id, const ClosableSocket& socket) {
+        m_streams.try_emplace(id);
+        ClosableSocket::sendAtOnce(socket.handle());
+        asio::error_code gone;
+        m_table.accepted(
+            id, socket.tcp().remote_endpoint(gone).address().to_string(),
+            [handle = socket.handle()] { ClosableSocket::shutDown(handle); }, ConnectionTable::Clock::now());
+    }
+
     void onConnection(const restinio::connection_state::notice_t& notice) {
         using restinio::connection_state::closed_t;
         const ConnectionTable::Id id = notice.connection_id();
         const restinio::connection_state::cause_t cause = notice.cause();
         if (!restinio::holds_alternative<closed_t>(cause)) {
-            m_streams.try_emplace(id);
-            ClosableSocket::sendAtOnce(ClosableSocket::lastMoved());
-            m_table.accepted(
-                id, notice.remote_endpoint().address().to_string(),
-                [socket = ClosableSocket::lastMoved()] { ClosableSocket::shutDown(socket); },
-                ConnectionTable::Clock::now());
             return;
         }
         m_table.closed(id);
@@ -340,6 +352,7 @@ private:
     DescriptorWatch m_descriptors;
     ConnectionTable m_table;
     std::optional<LongBodies> m_bodies;
+    std::optional<Arrivals> m_arrivals;
     /// The streams of each open connection.
     std::map<ConnectionTable::Id, std::vector<std::weak_ptr<StreamBody>>> m_streams;
     std::unique_ptr<Server> m_server;

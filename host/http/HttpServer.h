@@ -9,6 +9,7 @@
 #include "host/config/Endpoint.h"
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
+#include "host/tls/ServerCertificate.h"
 
 namespace host {
 
@@ -20,6 +21,8 @@ public:
 
 struct HttpServerSettings {
     Endpoint listen;
+    /// If set, the server speaks TLS only.
+    std::shared_ptr<ServerCertificate> certificate{};
     /// Connections that have sent a request with the token, and the others; `ConnectionTable` has the rule.
     std::size_t maxTrustedConnections = 192;
     std::size_t maxAnonymousConnections = 64;
@@ -30,14 +33,14 @@ struct HttpServerSettings {
     /// In bytes, of a request for which `mayBeLong` returns true; the rest of a longer body is dropped.
     /// Higher than the limit of every handler.
     std::size_t maxLongBody = 16U * 1024U * 1024U + 1;
-    /// The time limit for a client to send a request, idle time included, and to receive a piece of a
-    /// response.
+    /// The time limit for a client to complete the TLS handshake, to send a request, idle time included, and
+    /// to receive a piece of a response.
     std::chrono::seconds clientTime{15};
     /// The interval of the streams' comments, and of new attempts to accept after file descriptors ran out.
     std::chrono::milliseconds heartbeat{15000};
 };
 
-/// HTTP over TCP. Only its source, `ConnectionLimiter` and `RestinioMessages` use the HTTP library.
+/// HTTP over TCP or TLS. Only its source, `ConnectionLimiter` and `RestinioMessages` use the HTTP library.
 ///
 /// Threads: one loop thread does all input and output and never blocks. Handlers run on a few worker threads,
 /// so a handler may wait for the database or the switch.

@@ -19,7 +19,7 @@ constexpr const char* kComponent = "SIP Gateway";
 PhoneControl::PhoneControl(asio::ip::tcp::socket socket, Handlers handlers)
     : m_socket(std::move(socket)), m_timer(m_socket.get_executor()), m_handlers(std::move(handlers)) {
     std::error_code ignored;
-    m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+    m_socket.tcp().set_option(asio::ip::tcp::no_delay(true), ignored);
 }
 
 void PhoneControl::start() {
@@ -54,8 +54,7 @@ void PhoneControl::send(const std::vector<Command>& commands, ResponseHandler ha
 
 void PhoneControl::close() {
     m_open = false;
-    std::error_code ignored;
-    m_socket.close(ignored);
+    m_socket.close();
     m_queue.clear();
     m_timer.cancel();
     m_handlers = {};

@@ -65,7 +65,7 @@ private:
     void awaitDeadline();
     void fail(const std::string& reason, bool isSilent = false);
 
-    asio::ip::tcp::socket m_socket;
+    StreamSocket m_socket;
     asio::steady_timer m_timer;
     Handlers m_handlers;
     bool m_open = true;

@@ -22,6 +22,8 @@ struct CommonOptions {
     std::string url;
     /// The file with the token for `url`; empty for none.
     std::string tokenFile;
+    /// The file with the authorities of the certificate of `url`; empty for those of the system.
+    std::string authorities;
 
     /// The server that the clients use. Throws `RemoteError` and `ConfigurationError`.
     [[nodiscard]] host::ApiServer server() const;

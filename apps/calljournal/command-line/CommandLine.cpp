@@ -72,6 +72,11 @@ void addServerOptions(CLI::App& sub, CommonOptions& common) {
     sub.add_option("--token-file", common.tokenFile, "the file with the token for --url")
         ->type_name("FILE")
         ->needs(url);
+    sub.add_option(
+           "--ca-file", common.authorities,
+           "the certificates of the authorities that the server of --url is checked by [the system's]")
+        ->type_name("FILE")
+        ->needs(url);
 }
 
 using Commands = std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>>;
@@ -120,7 +125,8 @@ std::filesystem::path CommonOptions::dataDirectory() const {
 }
 
 host::ApiServer CommonOptions::server() const {
-    return url.empty() ? host::ApiServer::in(dataDirectory()) : host::ApiServer::at(url, tokenFile);
+    return url.empty() ? host::ApiServer::in(dataDirectory())
+                       : host::ApiServer::at(url, tokenFile, authorities);
 }
 
 std::string CommonOptions::commandForUser(const std::string& command) const {

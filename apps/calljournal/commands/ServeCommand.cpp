@@ -52,7 +52,7 @@ public:
                   << server.httpAddress().text() << std::endl;
         host::ServiceManager::ready("serves line " + configuration.lines.front().device);
         runService(
-            stop, [this, &loaded] { reload(loaded); }, [&server] { server.reportAlive(); });
+            stop, [this, &loaded, &server] { reload(loaded, server); }, [&server] { server.reportAlive(); });
         std::cout << "calljournal ends" << std::endl;
         if (gateway) {
             // First, so that the journal files the calls that this ends. The link ends before the gateway.
@@ -65,7 +65,7 @@ private:
     static constexpr const char* kLogLevel = "info";
 
     /// Reads the configuration again. `running` is that of the start.
-    void reload(const host::Configuration& running) const {
+    void reload(const host::Configuration& running, JournalServer& server) const {
         try {
             const host::Configuration next = m_options.load(kLogLevel, defaults());
             configureLog(next.log);
@@ -77,6 +77,12 @@ private:
         } catch (const std::exception& error) {
             logAppUni("Configuration", __FILE_NAME__, 2, __LINE__,
                       "the configuration stays as it was, since it cannot be read again: %s", error.what());
+        }
+        try {
+            server.reload();
+        } catch (const std::exception& error) {
+            logAppUni("Configuration", __FILE_NAME__, 2, __LINE__, "the former certificate stays: %s",
+                      error.what());
         }
     }
 

@@ -2,6 +2,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include "host/switch/scenario/ScenarioError.h"
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
+#include "host/tls/ServerCertificate.h"
 
 namespace calljournal {
 namespace {
@@ -44,6 +46,13 @@ public:
                 std::map<std::string, host::Callee>{{"takes", host::Callee::eTakesCall},
                                                     {"rings", host::Callee::eRings},
                                                     {"busy", host::Callee::eBusy}}));
+        auto* const certificate =
+            app.add_option("--tls-certificate", m_tls.certificate, "speak TLS, with this certificate (PEM)")
+                ->type_name("FILE");
+        auto* const key =
+            app.add_option("--tls-key", m_tls.key, "the key of --tls-certificate (PEM)")->type_name("FILE");
+        certificate->needs(key);
+        key->needs(certificate);
         app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
     }
 
@@ -62,7 +71,8 @@ public:
                                          .port = listen.port,
                                          .callLog = m_callLog,
                                          .echoDeletions = m_echoDeletions,
-                                         .callee = m_callee});
+                                         .callee = m_callee,
+                                         .certificate = certificate()});
         listenWith(simulator, listen);
         for (const auto& [request, mode] : readResponseMode(m_responseModes)) {
             simulator.setResponseMode(request, mode);
@@ -81,6 +91,10 @@ public:
     }
 
 private:
+    [[nodiscard]] std::shared_ptr<const host::ServerCertificate> certificate() const {
+        return m_tls.certificate.empty() ? nullptr : std::make_shared<host::ServerCertificate>(m_tls);
+    }
+
     static void listenWith(host::SwitchSimulator& simulator, const host::Endpoint& listen) {
         try {
             simulator.start();
@@ -92,6 +106,7 @@ private:
 
     std::string m_listen = "127.0.0.1:4242";
     std::string m_scenario;
+    host::CertificateFiles m_tls;
     std::vector<std::string> m_responseModes;
     bool m_logMessages = false;
     bool m_loop = false;

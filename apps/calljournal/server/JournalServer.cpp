@@ -30,6 +30,8 @@
 #include "host/services/HardwareVariant.h"
 #include "host/stored-lists/HistoryMaintenance.h"
 #include "host/systemd/ServiceManager.h"
+#include "host/tls/ClientContext.h"
+#include "host/tls/ServerCertificate.h"
 #include "host/webhooks/Signature.h"
 #include "host/webhooks/Webhooks.h"
 #include "journalservice/JournalServiceIfc.h"
@@ -49,6 +51,10 @@ host::LineSettings lineSettings(const host::Configuration& configuration, const 
     host::LineSettings settings;
     settings.link.host = configuration.callSwitch.host;
     settings.link.port = configuration.callSwitch.port;
+    if (configuration.callSwitch.tls) {
+        settings.link.tls = host::clientContext(configuration.callSwitch.trust);
+        settings.link.tlsName = configuration.callSwitch.trust.name;
+    }
     settings.link.ownDevice = line.device;
     settings.link.edition = configuration.callSwitch.edition;
     settings.link.session = configuration.callSwitch.session;
@@ -95,6 +101,9 @@ host::HttpApiSettings httpSettings(const host::Configuration& configuration,
                                    const std::filesystem::path& dataDirectory) {
     host::HttpApiSettings settings;
     settings.server.listen = configuration.api.listen;
+    if (!configuration.api.tls.certificate.empty()) {
+        settings.server.certificate = std::make_shared<host::ServerCertificate>(configuration.api.tls);
+    }
     settings.publicUrl = configuration.api.publicUrl;
     settings.allowedOrigins = configuration.api.allowedOrigins;
     if (configuration.api.auth == host::Configuration::Auth::eToken) {
@@ -187,7 +196,8 @@ public:
                                           [this] { return m_library.createJournalServiceObserverProxy(); },
                                           [this] { return m_line.storedLists().unviewed(); }});
         m_httpEndpoint = m_http->start();
-        m_addressFile.emplace(m_dataDirectory, m_httpEndpoint);
+        const auto& certificate = m_httpSettings.server.certificate;
+        m_addressFile.emplace(m_dataDirectory, m_httpEndpoint, certificate ? certificate->pin() : "");
         m_maintenance.start();
         m_databaseMaintenance.start();
         // Last, because changes by its clients are reported to the HTTP API.
@@ -200,7 +210,19 @@ public:
         m_alive.post([] { host::ServiceManager::alive(); });
     }
 
-    [[nodiscard]] HttpAddress httpAddress() const { return {m_httpEndpoint, m_httpSettings.token}; }
+    [[nodiscard]] HttpAddress httpAddress() const {
+        return {m_httpEndpoint, m_httpSettings.token, m_httpSettings.server.certificate != nullptr};
+    }
+
+    void reload() {
+        if (m_http) {
+            m_http->reloadTokens();
+        }
+        if (m_httpSettings.server.certificate) {
+            m_httpSettings.server.certificate->reload();
+            m_addressFile->write(m_httpEndpoint, m_httpSettings.server.certificate->pin());
+        }
+    }
 
     /// Stops once; returns the number of changes that are not stored.
     [[nodiscard]] std::size_t stop() {
@@ -334,7 +356,7 @@ void JournalServer::setTelephone(std::function<host::TelephoneState()> telephone
 }
 
 std::string JournalServer::HttpAddress::text() const {
-    return "http://" + endpoint.text() + "/";
+    return (isSecure ? "https://" : "http://") + endpoint.text() + "/";
 }
 
 std::string JournalServer::HttpAddress::signInText() const {
@@ -347,6 +369,10 @@ JournalServer::HttpAddress JournalServer::httpAddress() const {
 
 void JournalServer::start() {
     m_impl->start();
+}
+
+void JournalServer::reload() {
+    m_impl->reload();
 }
 
 void JournalServer::reportAlive() {

@@ -52,6 +52,7 @@ public:
     struct HttpAddress {
         host::Endpoint endpoint;
         std::optional<std::string> token;
+        bool isSecure = false;
 
         /// "http://127.0.0.1:8080/".
         [[nodiscard]] std::string text() const;
@@ -59,6 +60,9 @@ public:
         [[nodiscard]] std::string signInText() const;
     };
     [[nodiscard]] HttpAddress httpAddress() const;
+    /// Reads the named tokens and the server's certificate again. Throws `TlsError` if the certificate cannot
+    /// be used; the former one stays.
+    void reload();
     /// Reports to the service manager that the service works, from one of the threads that do the work of the
     /// line.
     void reportAlive();

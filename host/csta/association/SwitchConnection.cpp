@@ -36,14 +36,14 @@ void enableKeepAlive(tcp::socket& socket) {
 
 }  // namespace
 
-SwitchConnection::SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port,
-                                   ExponentialBackoff backoff, Handlers handlers, Limits limits)
-    : m_host(std::move(host)),
-      m_port(port),
+SwitchConnection::SwitchConnection(asio::io_context& io, Peer peer, ExponentialBackoff backoff,
+                                   Handlers handlers, Limits limits)
+    : m_peer(std::move(peer)),
       m_handlers(std::move(handlers)),
       m_limits(limits),
       m_backoff(backoff),
       m_resolver(io),
+      m_io(io),
       m_socket(io),
       m_timer(io),
       m_restTimer(io) {}
@@ -89,7 +89,7 @@ bool SwitchConnection::send(int invokeId, const std::string& xml) {
 
 void SwitchConnection::attempt() {
     limitAttempt();
-    m_resolver.async_resolve(m_host, std::to_string(m_port),
+    m_resolver.async_resolve(m_peer.host, std::to_string(m_peer.port),
                              [this, generation = m_generation](std::error_code error,
                                                                const tcp::resolver::results_type& endpoints) {
                                  if (generation != m_generation) {
@@ -105,7 +105,7 @@ void SwitchConnection::attempt() {
 
 void SwitchConnection::connect(const tcp::resolver::results_type& endpoints) {
     asio::async_connect(
-        m_socket, endpoints,
+        m_socket.tcp(), endpoints,
         [this, generation = m_generation](std::error_code error, const tcp::endpoint& /*endpoint*/) {
             if (generation != m_generation) {
                 return;
@@ -114,13 +114,31 @@ void SwitchConnection::connect(const tcp::resolver::results_type& endpoints) {
                 abandon(error.message());
                 return;
             }
-            becomeConnected();
+            enableKeepAlive(m_socket.tcp());
+            if (m_peer.tls) {
+                encrypt();
+            } else {
+                becomeConnected();
+            }
         });
+}
+
+void SwitchConnection::encrypt() {
+    m_socket.beClient(m_peer.tls, m_peer.name.empty() ? m_peer.host : m_peer.name,
+                      [this, generation = m_generation](const std::error_code& error) {
+                          if (generation != m_generation) {
+                              return;
+                          }
+                          if (error) {
+                              abandon(m_socket.reasonOf(error));
+                              return;
+                          }
+                          becomeConnected();
+                      });
 }
 
 void SwitchConnection::becomeConnected() {
     m_timer.cancel();
-    enableKeepAlive(m_socket);
     m_connected = true;
     read();
     m_handlers.connected();
@@ -209,8 +227,8 @@ void SwitchConnection::endAttempt() {
     m_resolver.cancel();
     m_timer.cancel();
     m_restTimer.cancel();
-    std::error_code ignored;
-    m_socket.close(ignored);
+    m_socket.close();
+    m_socket = StreamSocket(m_io);
     m_reader = FrameReader();
     m_queue.clear();
 }

@@ -15,6 +15,7 @@
 #include "host/csta-wire/FrameReader.h"
 #include "host/csta-wire/SendQueue.h"
 #include "host/csta/association/ExponentialBackoff.h"
+#include "host/tls/StreamSocket.h"
 
 namespace host {
 
@@ -43,8 +44,18 @@ public:
         std::chrono::milliseconds tornOff{30000};
     };
 
-    SwitchConnection(asio::io_context& io, std::string host, std::uint16_t port, ExponentialBackoff backoff,
-                     Handlers handlers, Limits limits);
+    /// Where the switch is, and how it is reached.
+    struct Peer {
+        std::string host;
+        std::uint16_t port;
+        /// The context of the link's side of TLS; `nullptr` for none.
+        StreamSocket::Context tls{};
+        /// The name that the switch's certificate must have; empty: the host.
+        std::string name{};
+    };
+
+    SwitchConnection(asio::io_context& io, Peer peer, ExponentialBackoff backoff, Handlers handlers,
+                     Limits limits);
 
     void open();
     /// Closes the connection for good. No handler is called afterwards.
@@ -62,6 +73,7 @@ private:
 
     void attempt();
     void connect(const asio::ip::tcp::resolver::results_type& endpoints);
+    void encrypt();
     void becomeConnected();
     void limitAttempt();
     void read();
@@ -71,14 +83,14 @@ private:
     void awaitRest();
     void endAttempt();
 
-    const std::string m_host;
-    const std::uint16_t m_port;
+    const Peer m_peer;
     const Handlers m_handlers;
     const Limits m_limits;
     ExponentialBackoff m_backoff;
 
     asio::ip::tcp::resolver m_resolver;
-    asio::ip::tcp::socket m_socket;
+    asio::io_context& m_io;
+    StreamSocket m_socket;
     asio::steady_timer m_timer;
     asio::steady_timer m_restTimer;
     // Distinguishes the handlers of the current connection from those of earlier ones.

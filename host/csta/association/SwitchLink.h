@@ -28,6 +28,10 @@ namespace host {
 struct SwitchLinkConfig {
     std::string host = "127.0.0.1";
     std::uint16_t port = 4242;
+    /// The context of the link's side of TLS; `nullptr` for none.
+    StreamSocket::Context tls{};
+    /// The name that the switch's certificate must have; empty: `host`.
+    std::string tlsName{};
     /// Name space edition of sent messages ("ed3" ... "ed6"). The link reads every edition.
     std::string edition = "ed4";
     /// "auto", or "application-session".

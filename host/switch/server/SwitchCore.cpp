@@ -11,6 +11,7 @@ namespace {
 CstaServerOptions serverOptions(const SwitchOptions& options) {
     return {.address = options.address,
             .port = options.port,
+            .certificate = options.certificate,
             .device = options.device,
             .edition = options.edition,
             .speaksFirst = options.speaksFirst,

@@ -3,10 +3,12 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "host/csta-server/SwitchMessage.h"
 #include "host/switch/scenario/Scenario.h"
+#include "host/tls/ServerCertificate.h"
 
 namespace host {
 
@@ -34,6 +36,8 @@ struct SwitchOptions {
     bool echoDeletions = false;
     /// The party of each call that a client places.
     Callee callee = Callee::eTakesCall;
+    /// If set, clients must speak TLS.
+    std::shared_ptr<const ServerCertificate> certificate{};
     /// The time after which the called phone rings, and again that after which it takes the call.
     std::chrono::milliseconds calleePause{500};
     /// Called for each message, on the simulator's thread. May be empty.

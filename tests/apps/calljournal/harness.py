@@ -89,6 +89,17 @@ class Program:
         return status
 
 
+def make_certificate(directory, name, subject="DNS:localhost,IP:127.0.0.1", authority=None):
+    """Makes NAME.pem and NAME.key, signed by the certificate `authority` or by itself; returns their paths."""
+    certificate, key = (os.path.join(directory, name + end) for end in (".pem", ".key"))
+    make = ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days", "2", "-subj",
+            "/CN=" + name, "-addext", "subjectAltName=" + subject, "-keyout", key, "-out", certificate]
+    if authority:
+        make += ["-CA", authority[0], "-CAkey", authority[1]]
+    subprocess.run(make, check=True, capture_output=True, timeout=LIMIT)
+    return certificate, key
+
+
 class ProgramTest(unittest.TestCase):
     def setUp(self):
         self.data = tempfile.mkdtemp(prefix="cj")
@@ -124,7 +135,7 @@ class ProgramTest(unittest.TestCase):
             given = [] if "--config" in arguments else ["--config", file.name]
         server = self.start("serve", "--data", self.data, "--switch", switch, "--listen", "127.0.0.1:0", *given, *arguments)
         server.http = server.prints("calljournal serves line 2001 of the switch at " + re.escape(switch) +
-                                    ".* page and API http://([^/]+)/").group(1)
+                                    ".* page and API https?://([^/]+)/").group(1)
         with open(os.path.join(self.data, "api-token"), encoding="ascii") as file:
             server.token = file.read().strip()
         return server

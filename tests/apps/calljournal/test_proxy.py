@@ -10,7 +10,7 @@ import ssl
 import subprocess
 import unittest
 
-from harness import ENVIRONMENT, LIMIT, ProgramTest
+from harness import ENVIRONMENT, LIMIT, ProgramTest, make_certificate
 
 NGINX = shutil.which("nginx", path=os.defpath + ":/usr/sbin")
 EXAMPLE = os.path.join(os.path.dirname(__file__), "../../../packaging/proxy/nginx.conf")
@@ -23,7 +23,7 @@ scgi_temp_path %(data)s/e; %(site)s }"""
 class ProxyTest(ProgramTest):
     def ask(self, method, path, **headers):
         """The response through the proxy, whose certificate is checked for its name."""
-        context = ssl.create_default_context(cafile=os.path.join(self.data, "cert.pem"))
+        context = ssl.create_default_context(cafile=self.certificate)
         connection = http.client.HTTPConnection("phone.example", self.port, timeout=LIMIT)
         connection.sock = context.wrap_socket(socket.create_connection(("127.0.0.1", self.port), LIMIT), server_hostname="phone.example")
         self.addCleanup(connection.close)
@@ -32,13 +32,11 @@ class ProxyTest(ProgramTest):
 
     def proxy(self, upstream):
         """Starts the web server with the example, on a free port and with a certificate of its own."""
-        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days", "2",
-                        "-subj", "/CN=phone.example", "-addext", "subjectAltName=DNS:phone.example", "-keyout", self.data + "/key.pem",
-                        "-out", self.data + "/cert.pem"], check=True, capture_output=True, timeout=LIMIT)
+        self.certificate, key = make_certificate(self.data, "web", "DNS:phone.example")
         with open(EXAMPLE, encoding="utf-8") as file:
             site = file.read()
         for pattern, text in ((r"listen 443 ssl", "listen 127.0.0.1:%d ssl" % self.port), (r"127\.0\.0\.1:8080", upstream),
-                              (r"/etc/ssl/certs/\S+pem", self.data + "/cert.pem"), (r"/etc/ssl/private/\S+key", self.data + "/key.pem")):
+                              (r"/etc/ssl/certs/\S+pem", self.certificate), (r"/etc/ssl/private/\S+key", key)):
             site, count = re.subn(pattern, text, site)
             self.assertEqual(count, 1, pattern)
         path = self.file("nginx.conf", FRAME % {"data": self.data, "site": site})

@@ -1,0 +1,119 @@
+"""TLS between the program and its clients, and on the link to the switch."""
+
+import http.client
+import json
+import os
+import shutil
+import signal
+import socket
+import ssl
+import unittest
+import warnings
+
+from harness import LIMIT, ProgramTest, make_certificate
+
+CALL = 'call ann from 4711 "Ann" ; ring ann ; giveup ann'
+
+
+@unittest.skipUnless(shutil.which("openssl"), "openssl is missing (tools/setup proxy)")
+class TlsTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.files = os.path.join(self.data, "tls")
+        os.mkdir(self.files)
+        self.authority = make_certificate(self.files, "authority", "DNS:authority")
+        self.web = make_certificate(self.files, "web", authority=self.authority)
+
+    def trusting(self, server, **limits):
+        """A connection that checks the certificate of the server."""
+        context = ssl.create_default_context(cafile=self.authority[0])
+        for name, value in limits.items():
+            setattr(context, name, value)
+        host, port = server.http.split(":")
+        connection = http.client.HTTPSConnection(host, int(port), timeout=LIMIT, context=context)
+        self.addCleanup(connection.close)
+        return connection
+
+    def ask(self, server, path, connection=None):
+        connection = connection or self.trusting(server)
+        connection.request("GET", path, headers={"Authorization": "Bearer " + server.token})
+        return connection.getresponse()
+
+    def serve_with_tls(self, switch="127.0.0.1:1", more=""):
+        return self.serve(switch, config='[api]\ntls-certificate = "%s"\ntls-key = "%s"\n%s' % (*self.web, more))
+
+    def test_the_server_speaks_tls_and_renews_its_certificate(self):
+        server = self.serve_with_tls()
+        host, port = server.http.split(":")
+        self.assertEqual(json.load(self.ask(server, "/api/v1/status"))["line"], "2001")
+        stream = self.ask(server, "/api/v1/events")
+        self.assertEqual(stream.readline(), b"retry: 2000\n")
+        signed_in = self.ask(server, "/?token=" + server.token)
+        self.assertIn("; Secure", signed_in.getheader("Set-Cookie"))
+        with self.assertRaises(ssl.SSLError), warnings.catch_warnings(action="ignore"):
+            self.ask(server, "/", self.trusting(server, minimum_version=ssl.TLSVersion.TLSv1, maximum_version=ssl.TLSVersion.TLSv1_1))
+
+        # A client without TLS is told so; those that say nothing delay no other.
+        plain = http.client.HTTPConnection(host, int(port), timeout=LIMIT)
+        plain.request("GET", "/")
+        refused = plain.getresponse()
+        self.assertEqual((refused.status, b"https://" in refused.read()), (400, True))
+        silent = [socket.create_connection((host, int(port)), LIMIT) for _ in range(100)]
+        self.assertEqual(self.ask(server, "/healthz").status, 200)
+        for each in silent:
+            each.close()
+
+        # The commands know the server by its key; on another machine they check its certificate.
+        url = ["--url", "https://" + server.http, "--token-file", self.data + "/api-token"]
+        self.assertIn('"total":0', self.done("list", "missed", "--json"))
+        self.assertIn("--ca-file", self.refused("list", "missed", *url))
+        self.assertIn('"total":0', self.done("list", "missed", "--json", *url, "--ca-file", self.authority[0]))
+        self.assertIn("PEM", self.refused("list", "missed", *url, "--ca-file", self.file("none.pem", "")))
+
+        # What was begun with the former certificate goes on. A broken one is not used.
+        former = ssl.get_server_certificate((host, int(port)))
+        make_certificate(self.files, "web", authority=self.authority)
+        server.process.send_signal(signal.SIGHUP)
+        server.logs("the configuration is read again")
+        self.await_value(True, lambda: ssl.get_server_certificate((host, int(port))) != former)
+        self.assertIn('"total":0', self.done("list", "missed", "--json"))
+        with open(self.web[1], "w", encoding="ascii") as key:
+            key.write("broken")
+        server.process.send_signal(signal.SIGHUP)
+        server.logs("the former certificate stays: .*web.key has no key")
+        self.assertEqual(self.ask(server, "/healthz").status, 200)
+        self.assertIn(b'calljournal_observers{line="2001",face="http"} 1\n', self.ask(server, "/metrics").read())
+
+    def test_a_certificate_that_cannot_be_used_ends_the_start(self):
+        other = make_certificate(self.files, "other")
+        for certificate, key, reason in ((self.web[0], other[1], "has no key in PEM form that belongs to"), (self.web[0], "none.key", "does not exist"),
+                                         (self.web[1], self.web[1], "has no certificate in PEM form")):
+            config = self.file("c.toml", '[api]\ntls-certificate = "%s"\ntls-key = "%s"\n' % (certificate, key))
+            self.assertIn(reason, self.refused("serve", "--config", config, "--listen", "127.0.0.1:0", silent=False))
+        config = self.file("c.toml", '[api]\ntls-certificate = "%s"\n' % self.web[0])
+        self.assertIn("tls-key", self.refused("serve", "--config", config, silent=False))
+
+    def test_the_link_checks_the_switch(self):
+        simulator, address = self.simulate(CALL, "--tls-certificate", self.web[0], "--tls-key", self.web[1])
+        link = '[switch]\ntls = true\ntls-ca = "%s"\n'
+        for config, reason in (('[switch]\ntls = true\n', "its certificate is refused: unable to get local issuer certificate"),
+                               (link % self.authority[0] + 'tls-name = "other.example"\n', "its certificate is refused: hostname mismatch")):
+            server = self.serve(address, config=config)
+            server.logs("the switch at .* is not there: " + reason)
+            self.assertEqual(server.stop(), 0)
+        server = self.serve(address, config=link % self.authority[0])
+        server.logs("missed call from")
+        self.assertEqual(server.stop(), 0)
+        self.assertEqual(simulator.stop(), 0)
+
+        # A switch without TLS is not spoken to in clear.
+        with socket.create_server(("127.0.0.1", 0)) as switch:
+            server = self.serve("127.0.0.1:%d" % switch.getsockname()[1], config=link % self.authority[0])
+            with switch.accept()[0] as client:
+                client.sendall(b"this is no TLS record")
+                server.logs("is not there: the TLS handshake fails")
+                self.assertNotIn(b"<?xml", client.recv(4096))
+
+
+if __name__ == "__main__":
+    unittest.main()
