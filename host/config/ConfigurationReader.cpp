@@ -77,8 +77,13 @@ void readSwitch(TomlSection& section, Configuration::Switch& callSwitch) {
     readPath(section, "tls-ca", callSwitch.trust.authorities);
     section.read("tls-name", callSwitch.trust.name);
     readCertificate(section, callSwitch.trust.own);
-    if (!callSwitch.tls && callSwitch.trust != ServerTrust()) {
-        section.refuse("tls", "must be true if a key that begins with tls- is set");
+    const ServerTrust& trust = callSwitch.trust;
+    for (const auto& [key, isSet] :
+         {std::pair("tls-ca", !trust.authorities.empty()), std::pair("tls-name", !trust.name.empty()),
+          std::pair("tls-certificate", !trust.own.certificate.empty())}) {
+        if (isSet && !callSwitch.tls) {
+            section.refuse(key, "has no effect without TLS: tls must be true");
+        }
     }
     std::int64_t pause = callSwitch.reconnectMax.count();
     section.read("reconnect-max-s", pause, 1, 3600);

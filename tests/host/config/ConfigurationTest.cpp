@@ -41,7 +41,8 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
     const Configuration read = parsed(R"(
         line = { device = "3001", bluetooth = true, shared = [
             { device = "3002" }, { device = "3003", log-missed-calls = false }] }
-        api = { listen = "[::1]:9090", auth = "none", public-url = "https://phone.example/a/", allowed-origins = [
+        api = { listen = "[::1]:9090", auth = "none", tls-certificate = "phone.pem", tls-key = "phone.key",
+            public-url = "https://phone.example/a/", allowed-origins = [
             "https://Board.example:443", "http://[::1]:81"] }
         data = { store = "sqlite" }
         management = { "software-type" = "Norlith SIP", anything-else = "x = y" }
@@ -53,7 +54,11 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
         edition = "ed6"
         session = "application-session"
         send-filters = false
-        tls = false
+        tls = true
+        tls-ca = "ca.pem"
+        tls-name = "pbx"
+        tls-certificate = "own.pem"
+        tls-key = "own.key"
         reconnect-max-s = 60
         call-max-hours = 3
     )");
@@ -64,11 +69,13 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
                            .edition = "ed6",
                            .session = "application-session",
                            .sendFilters = false,
-                           .tls = false,
+                           .tls = true,
+                           .trust = {"ca.pem", "pbx", {"own.pem", "own.key"}},
                            .reconnectMax = std::chrono::seconds(60),
                            .callMax = std::chrono::hours(3)};
     expected.api = {{"::1", 9090},
                     Configuration::Auth::eNone,
+                    {"phone.pem", "phone.key"},
                     "https://phone.example/a/",
                     {"https://board.example", "http://[::1]:81"}};
     expected.management = {{"anything-else", "x = y"},
@@ -151,7 +158,9 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [switch];port = 4242.0                       | 2: switch.port:        | whole number
         [switch];edition = "ed7"                     | 2: switch.edition:     | "ed3", "ed4", "ed5"
         [switch];session = "Auto"                    | 2: switch.session:     | application-session
-        [switch];tls = true                          | 2: switch.tls:         | no TLS
+        [switch];tls-ca = "ca.pem"                   | 2: switch.tls-ca:      | tls must be true
+        [switch];tls = true;tls-key = "own.key"      | 3: switch.tls-key:     | needs the other one
+        [api];tls-certificate = "phone.pem"          | 2: api.tls-certificate: | needs the other one
         [switch];reconnect-max-s = 0                 | 2: switch.reconnect-max-s: | from 1 to 3600
         [switch];call-max-hours = 0                  | 2: switch.call-max-hours: | from 1 to 8760
         [api];listen = "127.0.0.1"                   | 2: api.listen:         | ADDR:PORT

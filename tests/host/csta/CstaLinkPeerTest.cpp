@@ -30,7 +30,7 @@ TEST(SwitchConnection, ReadsAClosedMessageThatIsOverdueAndLeavesASwitchThatTears
     BarePeer peer;
     asio::io_context io;
     linktest::TextQueue got;
-    host::SwitchConnection connection(io, "127.0.0.1", peer.port(),
+    host::SwitchConnection connection(io, {.host = "127.0.0.1", .port = peer.port()},
                                       host::ExponentialBackoff(std::chrono::hours(1), std::chrono::hours(1)),
                                       {[] {}, [&got](const host::Frame& each) { got.add(each.xml); },
                                        [&](const std::string& reason) {
