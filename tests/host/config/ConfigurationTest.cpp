@@ -41,8 +41,7 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
     const Configuration read = parsed(R"(
         line = { device = "3001", bluetooth = true, shared = [
             { device = "3002" }, { device = "3003", log-missed-calls = false }] }
-        api = { listen = "[::1]:9090", auth = "none", tls-certificate = "phone.pem", tls-key = "phone.key",
-            public-url = "https://phone.example/a/", allowed-origins = [
+        api = { listen = "[::1]:9090", auth = "none", public-url = "https://phone.example/a/", allowed-origins = [
             "https://Board.example:443", "http://[::1]:81"] }
         data = { store = "sqlite" }
         management = { "software-type" = "Norlith SIP", anything-else = "x = y" }
@@ -75,9 +74,11 @@ TEST(Configuration, ReadsEveryValueOfAFile) {
                            .callMax = std::chrono::hours(3)};
     expected.api = {{"::1", 9090},
                     Configuration::Auth::eNone,
-                    {"phone.pem", "phone.key"},
+                    {},
                     "https://phone.example/a/",
                     {"https://board.example", "http://[::1]:81"}};
+    EXPECT_EQ(parsed("[api]\ntls-certificate = \"phone.pem\"\ntls-key = \"phone.key\"\n").api.tls,
+              (host::CertificateFiles{"phone.pem", "phone.key"}));
     expected.management = {{"anything-else", "x = y"},
                            {"mac-addr", "00:00:00:00:00:00"},
                            {"software-type", "Norlith SIP"},
