@@ -55,7 +55,7 @@ void ObserverSocket::subscribeRemote(const std::filesystem::path& data) {
 }
 
 void ObserverSocket::subscribeStream(const std::filesystem::path& data) {
-    const std::string url = host::ApiAddressFile::read(data).value();
+    const std::string url = host::ApiAddressFile::read(data).value().url;
     const std::size_t host = url.find("//") + 2;
     const std::size_t colon = url.find(':', host);
     sockaddr_in address{};
