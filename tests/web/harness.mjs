@@ -64,10 +64,10 @@ export class Stage {
     }
 
     /** Starts the server; a second start uses the same address. */
-    async serves() {
+    async serves(...options) {
         const listen = this.url ? new URL(this.url).host : "127.0.0.1:0";
         [this.server, this.url] = await this.start(
-            /page and API (\S+)$/, "serve", "--data", this.data, "--switch", this.address, "--listen", listen);
+            /page and API (\S+)$/, "serve", "--data", this.data, "--switch", this.address, "--listen", listen, ...options);
         this.token = fs.readFileSync(`${this.data}/api-token`, "utf8").trim();
     }
 
