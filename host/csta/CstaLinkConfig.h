@@ -3,11 +3,12 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "host/tls/StreamSocket.h"
+#include "host/tls/TlsFiles.h"
 
 namespace host {
 
@@ -17,10 +18,8 @@ class LiveCallStoreIfc;
 struct CstaLinkConfig {
     std::string host = "127.0.0.1";
     std::uint16_t port = 4242;
-    /// The context of the link's side of TLS; `nullptr` for none.
-    StreamSocket::Context tls{};
-    /// The name that the switch's certificate must have; empty: `host`.
-    std::string tlsName{};
+    /// The check of the switch by TLS; std::nullopt without TLS.
+    std::optional<ServerTrust> tls{};
     /// The phone's own number at the switch. The library receives it as `CSTADevice::kLocalDevice`.
     std::string ownDevice = "2001";
     /// The phone's other devices, used if the switch does not list them: shared lines, and a paired Bluetooth

@@ -15,7 +15,6 @@ SwitchLinkConfig switchConfigOf(const CstaLinkConfig& config) {
     return {.host = config.host,
             .port = config.port,
             .tls = config.tls,
-            .tlsName = config.tlsName,
             .edition = config.edition,
             .session = config.session,
             .requestTimeout = config.requestTimeout,

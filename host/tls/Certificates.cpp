@@ -6,6 +6,7 @@
 #include <openssl/sha.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
+#include <openssl/x509v3.h>
 
 #include <array>
 #include <cstddef>
@@ -27,6 +28,7 @@ struct Release {
 };
 using Bio = std::unique_ptr<BIO, Release<&BIO_free>>;
 using Certificate = std::unique_ptr<X509, Release<&X509_free>>;
+using AlternativeNames = std::unique_ptr<GENERAL_NAMES, Release<&GENERAL_NAMES_free>>;
 
 /// OpenSSL does not tell a missing file from one of another kind.
 void requireReadable(const std::filesystem::path& file, const char* what) {
@@ -44,6 +46,22 @@ std::chrono::sys_seconds timeOf(const ASN1_TIME* time) {
     std::tm parts{};
     ASN1_TIME_to_tm(time, &parts);
     return std::chrono::sys_seconds(std::chrono::seconds(::timegm(&parts)));
+}
+
+std::string hostNameOf(const X509& certificate) {
+    const AlternativeNames names(
+        static_cast<GENERAL_NAMES*>(X509_get_ext_d2i(&certificate, NID_subject_alt_name, nullptr, nullptr)));
+    for (int at = 0; names && at < sk_GENERAL_NAME_num(names.get()); ++at) {
+        const GENERAL_NAME* const each = sk_GENERAL_NAME_value(names.get(), at);
+        if (each->type == GEN_DNS) {
+            const unsigned char* const text = ASN1_STRING_get0_data(each->d.dNSName);
+            const std::string name(text, text + ASN1_STRING_length(each->d.dNSName));
+            if (name.find('*') == std::string::npos) {
+                return name;
+            }
+        }
+    }
+    return {};
 }
 
 std::string pinOf(const X509& certificate) {
@@ -89,6 +107,20 @@ void useCertificate(asio::ssl::context& context, const CertificateFiles& files) 
     }
 }
 
+void requirePeerOf(asio::ssl::context& context, const std::filesystem::path& authorities) {
+    std::error_code error;
+    if (authorities.empty()) {
+        context.set_default_verify_paths(error);
+    } else {
+        requireReadable(authorities, "file of authorities");
+        context.load_verify_file(authorities.string(), error);
+    }
+    if (error) {
+        throw TlsError(authorities.string() + " has no certificate in PEM form: " + error.message());
+    }
+    context.set_verify_mode(asio::ssl::verify_peer | asio::ssl::verify_fail_if_no_peer_cert);
+}
+
 CertificateFacts factsOfCertificate(const std::filesystem::path& file) {
     requireReadable(file, "certificate");
     const Bio source(BIO_new_file(file.c_str(), "r"));
@@ -99,7 +131,8 @@ CertificateFacts factsOfCertificate(const std::filesystem::path& file) {
     }
     return {.notBefore = timeOf(X509_get0_notBefore(certificate.get())),
             .notAfter = timeOf(X509_get0_notAfter(certificate.get())),
-            .pin = pinOf(*certificate)};
+            .pin = pinOf(*certificate),
+            .hostName = hostNameOf(*certificate)};
 }
 
 }  // namespace host

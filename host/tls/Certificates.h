@@ -17,6 +17,8 @@ struct CertificateFacts {
     std::chrono::sys_seconds notAfter;
     /// The SHA-256 of its public key, as curl takes it: "sha256//" and Base64.
     std::string pin;
+    /// Its first host name without a wildcard; empty if it has none.
+    std::string hostName;
 };
 
 /// Returns a context for TLS 1.2 or later that knows no certificate yet. Throws `TlsError`.
@@ -25,6 +27,10 @@ struct CertificateFacts {
 /// Gives the context the certificate and the key. Throws `TlsError` if a file cannot be read, is none of that
 /// kind, or if the two do not belong together.
 void useCertificate(asio::ssl::context& context, const CertificateFiles& files);
+
+/// Makes the context check the certificate of its peers, which must have one of an authority in the file; an
+/// empty path for the authorities of the system. Throws `TlsError`.
+void requirePeerOf(asio::ssl::context& context, const std::filesystem::path& authorities);
 
 /// Returns the facts of the first certificate in a file. Throws `TlsError`.
 [[nodiscard]] CertificateFacts factsOfCertificate(const std::filesystem::path& file);

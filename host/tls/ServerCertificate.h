@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -15,7 +16,8 @@ class ServerCertificate {
 public:
     /// Reads the files. Throws `TlsError`. Logs a warning for a certificate that is not valid now, or not for
     /// two weeks more, and for a key that others can read.
-    explicit ServerCertificate(CertificateFiles files);
+    /// With `clientAuthorities`, a file in PEM form, clients must show a certificate of one of them.
+    explicit ServerCertificate(CertificateFiles files, std::filesystem::path clientAuthorities = {});
 
     /// Reads the files again, for the connections that begin later. Throws `TlsError`, and the former
     /// certificate stays.
@@ -25,13 +27,17 @@ public:
     [[nodiscard]] std::shared_ptr<asio::ssl::context> context() const;
     /// The pin of the public key (`CertificateFacts`).
     [[nodiscard]] std::string pin() const;
+    /// The host name of the certificate (`CertificateFacts`).
+    [[nodiscard]] std::string hostName() const;
 
 private:
     const CertificateFiles m_files;
+    const std::filesystem::path m_clientAuthorities;
     mutable std::mutex m_mutex;
     // Guarded by m_mutex.
     std::shared_ptr<asio::ssl::context> m_context;
     std::string m_pin;
+    std::string m_hostName;
 };
 
 }  // namespace host

@@ -51,6 +51,10 @@ public:
                 ->type_name("FILE");
         auto* const key =
             app.add_option("--tls-key", m_tls.key, "the key of --tls-certificate (PEM)")->type_name("FILE");
+        app.add_option("--client-ca", m_clientAuthorities,
+                       "require a certificate of the clients, of an authority in this file (PEM)")
+            ->type_name("FILE")
+            ->needs(certificate);
         certificate->needs(key);
         key->needs(certificate);
         app.add_flag("--log-messages", m_logMessages, "log every message received and sent");
@@ -92,7 +96,9 @@ public:
 
 private:
     [[nodiscard]] std::shared_ptr<const host::ServerCertificate> certificate() const {
-        return m_tls.certificate.empty() ? nullptr : std::make_shared<host::ServerCertificate>(m_tls);
+        return m_tls.certificate.empty()
+                   ? nullptr
+                   : std::make_shared<host::ServerCertificate>(m_tls, m_clientAuthorities);
     }
 
     static void listenWith(host::SwitchSimulator& simulator, const host::Endpoint& listen) {
@@ -107,6 +113,7 @@ private:
     std::string m_listen = "127.0.0.1:4242";
     std::string m_scenario;
     host::CertificateFiles m_tls;
+    std::string m_clientAuthorities;
     std::vector<std::string> m_responseModes;
     bool m_logMessages = false;
     bool m_loop = false;

@@ -52,8 +52,9 @@ host::LineSettings lineSettings(const host::Configuration& configuration, const 
     settings.link.host = configuration.callSwitch.host;
     settings.link.port = configuration.callSwitch.port;
     if (configuration.callSwitch.tls) {
-        settings.link.tls = host::clientContext(configuration.callSwitch.trust);
-        settings.link.tlsName = configuration.callSwitch.trust.name;
+        settings.link.tls = configuration.callSwitch.trust;
+        // The link reads the files for each connection; what is wrong with them ends the start.
+        static_cast<void>(host::clientContext(*settings.link.tls));
     }
     settings.link.ownDevice = line.device;
     settings.link.edition = configuration.callSwitch.edition;
@@ -105,6 +106,10 @@ host::HttpApiSettings httpSettings(const host::Configuration& configuration,
         settings.server.certificate = std::make_shared<host::ServerCertificate>(configuration.api.tls);
     }
     settings.publicUrl = configuration.api.publicUrl;
+    const std::string name = settings.server.certificate ? settings.server.certificate->hostName() : "";
+    if (settings.publicUrl.empty() && !name.empty()) {
+        settings.publicUrl = "https://" + host::Endpoint{name, settings.server.listen.port}.text() + "/";
+    }
     settings.allowedOrigins = configuration.api.allowedOrigins;
     if (configuration.api.auth == host::Configuration::Auth::eToken) {
         settings.token = host::apiToken(dataDirectory / kTokenName);

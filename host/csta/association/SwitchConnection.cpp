@@ -10,6 +10,8 @@
 #include <asio/connect.hpp>
 
 #include "host/csta/requests/LinkLog.h"
+#include "host/tls/ClientContext.h"
+#include "host/tls/TlsError.h"
 
 namespace host {
 
@@ -124,17 +126,22 @@ void SwitchConnection::connect(const tcp::resolver::results_type& endpoints) {
 }
 
 void SwitchConnection::encrypt() {
-    m_socket.beClient(m_peer.tls, m_peer.name.empty() ? m_peer.host : m_peer.name,
-                      [this, generation = m_generation](const std::error_code& error) {
-                          if (generation != m_generation) {
-                              return;
-                          }
-                          if (error) {
-                              abandon(m_socket.reasonOf(error));
-                              return;
-                          }
-                          becomeConnected();
-                      });
+    const auto done = [this, generation = m_generation](const std::error_code& error) {
+        if (generation != m_generation) {
+            return;
+        }
+        if (error) {
+            abandon(m_socket.reasonOf(error));
+            return;
+        }
+        becomeConnected();
+    };
+    try {
+        const std::string& name = m_peer.tls->name;
+        m_socket.beClient(clientContext(*m_peer.tls), name.empty() ? m_peer.host : name, done);
+    } catch (const TlsError& error) {
+        abandon(error.what());
+    }
 }
 
 void SwitchConnection::becomeConnected() {

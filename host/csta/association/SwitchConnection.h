@@ -16,6 +16,7 @@
 #include "host/csta-wire/SendQueue.h"
 #include "host/csta/association/ExponentialBackoff.h"
 #include "host/tls/StreamSocket.h"
+#include "host/tls/TlsFiles.h"
 
 namespace host {
 
@@ -48,10 +49,9 @@ public:
     struct Peer {
         std::string host;
         std::uint16_t port;
-        /// The context of the link's side of TLS; `nullptr` for none.
-        StreamSocket::Context tls{};
-        /// The name that the switch's certificate must have; empty: the host.
-        std::string name{};
+        /// The check of the switch by TLS; std::nullopt without TLS. The files are read for each connection,
+        /// so that renewed ones are used.
+        std::optional<ServerTrust> tls{};
     };
 
     SwitchConnection(asio::io_context& io, Peer peer, ExponentialBackoff backoff, Handlers handlers,

@@ -18,12 +18,11 @@ SwitchLink::SwitchLink(SwitchLinkConfig config)
       m_messages(m_config.edition),
       m_work(m_io.get_executor()),
       m_pending(m_io, m_config.requestTimeout, [this] { sendWaiting(); }),
-      m_connection(
-          m_io, {.host = m_config.host, .port = m_config.port, .tls = m_config.tls, .name = m_config.tlsName},
-          ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
-          {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
-           [this](const std::string& reason) { lost(reason); }, [this] { endEvents(); }},
-          {}),
+      m_connection(m_io, {.host = m_config.host, .port = m_config.port, .tls = m_config.tls},
+                   ExponentialBackoff(m_config.reconnectFirst, m_config.reconnectMax),
+                   {[this] { connected(); }, [this](const Frame& frame) { received(frame); },
+                    [this](const std::string& reason) { lost(reason); }, [this] { endEvents(); }},
+                   {}),
       m_session(m_io, m_config.session == "application-session", m_messages,
                 [this](const std::string& xml, PendingRequests::Handler handler) {
                     send(nullptr, xml, std::move(handler));

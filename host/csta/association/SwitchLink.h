@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@
 #include "host/csta/requests/LinkMessages.h"
 #include "host/csta/requests/PendingRequests.h"
 #include "host/csta/requests/RequestChannel.h"
+#include "host/tls/TlsFiles.h"
 
 namespace host {
 
@@ -28,10 +30,8 @@ namespace host {
 struct SwitchLinkConfig {
     std::string host = "127.0.0.1";
     std::uint16_t port = 4242;
-    /// The context of the link's side of TLS; `nullptr` for none.
-    StreamSocket::Context tls{};
-    /// The name that the switch's certificate must have; empty: `host`.
-    std::string tlsName{};
+    /// The check of the switch by TLS; std::nullopt without TLS.
+    std::optional<ServerTrust> tls{};
     /// Name space edition of sent messages ("ed3" ... "ed6"). The link reads every edition.
     std::string edition = "ed4";
     /// "auto", or "application-session".

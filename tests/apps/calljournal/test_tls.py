@@ -7,10 +7,11 @@ import shutil
 import signal
 import socket
 import ssl
+import subprocess
 import unittest
 import warnings
 
-from harness import LIMIT, ProgramTest, make_certificate
+from harness import IMPATIENT, LIMIT, ProgramTest, make_certificate
 
 CALL = 'call ann from 4711 "Ann" ; ring ann ; giveup ann'
 
@@ -24,9 +25,10 @@ class TlsTest(ProgramTest):
         self.authority = make_certificate(self.files, "authority", "DNS:authority")
         self.web = make_certificate(self.files, "web", authority=self.authority)
 
-    def trusting(self, server, **limits):
+    def trusting(self, server, ciphers="DEFAULT", **limits):
         """A connection that checks the certificate of the server."""
         context = ssl.create_default_context(cafile=self.authority[0])
+        context.set_ciphers(ciphers)
         for name, value in limits.items():
             setattr(context, name, value)
         host, port = server.http.split(":")
@@ -50,8 +52,6 @@ class TlsTest(ProgramTest):
         self.assertEqual(stream.readline(), b"retry: 2000\n")
         signed_in = self.ask(server, "/?token=" + server.token)
         self.assertIn("; Secure", signed_in.getheader("Set-Cookie"))
-        with self.assertRaises(ssl.SSLError), warnings.catch_warnings(action="ignore"):
-            self.ask(server, "/", self.trusting(server, minimum_version=ssl.TLSVersion.TLSv1, maximum_version=ssl.TLSVersion.TLSv1_1))
 
         # A client without TLS is told so; those that say nothing delay no other.
         plain = http.client.HTTPConnection(host, int(port), timeout=LIMIT)
@@ -84,6 +84,51 @@ class TlsTest(ProgramTest):
         self.assertEqual(self.ask(server, "/healthz").status, 200)
         self.assertIn(b'calljournal_observers{line="2001",face="http"} 1\n', self.ask(server, "/metrics").read())
 
+    def test_versions_and_origins_that_are_not_those_of_the_page_are_refused(self):
+        self.web = make_certificate(self.files, "web", "DNS:*.example,DNS:phone.example,IP:127.0.0.1", self.authority)
+        server = self.serve_with_tls()
+        port = server.http.split(":")[1]
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore", DeprecationWarning)
+            old, new = ssl.TLSVersion.TLSv1_1, ssl.TLSVersion.TLSv1_2
+            self.assertEqual(self.ask(server, "/healthz", self.trusting(server, maximum_version=new)).status, 200)
+            # This client would accept the old version, so it is the server that does not.
+            with self.assertRaises(ssl.SSLError) as refused:
+                self.ask(server, "/healthz", self.trusting(server, "DEFAULT@SECLEVEL=0", minimum_version=old, maximum_version=old))
+        self.assertEqual(refused.exception.reason, "TLSV1_ALERT_PROTOCOL_VERSION")
+        # The host of the certificate is that of the page.
+        for host, origin, status in (("phone.example", "https://phone.example:", 200), ("phone.example", "http://phone.example:", 403),
+                                     ("other.example", "https://other.example:", 403)):
+            connection = self.trusting(server)
+            connection.request("GET", "/api/v1/status", headers={"Host": "%s:%s" % (host, port), "Origin": origin + port,
+                                                                 "Authorization": "Bearer " + server.token})
+            self.assertEqual(connection.getresponse().status, status, (host, origin))
+
+    def test_handshakes_that_do_not_end_count_as_connections_and_hold_up_no_client(self):
+        server = self.serve_with_tls()
+        used = self.trusting(server)
+        self.assertEqual(self.ask(server, "/api/v1/status", used).read()[:1], b"{")
+        # More than the 32 connections that clients of one address may have before they have sent a token.
+        slow = [socket.create_connection(server.http.split(":"), LIMIT) for _ in range(40)]
+        for number, each in enumerate(slow):
+            self.addCleanup(each.close)
+            each.sendall(b"\x16\x03\x01\x02\x00\x01"[:number % 7])
+        self.assertEqual(self.ask(server, "/api/v1/status").status, 200)
+        self.assertEqual(self.ask(server, "/api/v1/status", used).status, 200)
+        self.assertEqual(slow[0].recv(1), b"")  # it has lost its place
+
+    def test_a_server_with_another_key_is_not_that_of_the_data_directory(self):
+        server = self.serve_with_tls()
+        self.file("api-address", "https://%s\nsha256//%s=\n" % (server.http, "A" * 43))
+        self.assertIn("is not", self.refused("list", "missed"))
+
+    def test_a_certificate_that_has_expired_and_a_key_that_all_can_read_are_warnings(self):
+        subprocess.run(["openssl", "x509", "-in", self.web[0], "-signkey", self.web[1], "-days", "-1", "-out", self.web[0]], check=True,
+                       capture_output=True, timeout=LIMIT)
+        os.chmod(self.web[1], 0o644)
+        server = self.serve_with_tls()
+        self.assertEqual((server.count("web.pem has expired"), server.count("every user of this machine can read the key .*web.key")), (1, 1))
+
     def test_a_certificate_that_cannot_be_used_ends_the_start(self):
         other = make_certificate(self.files, "other")
         for certificate, key, reason in ((self.web[0], other[1], "has no key in PEM form that belongs to"), (self.web[0], "none.key", "does not exist"),
@@ -106,7 +151,24 @@ class TlsTest(ProgramTest):
         self.assertEqual(server.stop(), 0)
         self.assertEqual(simulator.stop(), 0)
 
-        # A switch without TLS is not spoken to in clear.
+    def test_the_link_shows_its_certificate_and_uses_renewed_files_without_a_restart(self):
+        own, other = make_certificate(self.files, "own"), make_certificate(self.files, "other")
+        simulator, address = self.simulate(CALL, "--tls-certificate", self.web[0], "--tls-key", self.web[1], "--client-ca", own[0])
+        trusted = os.path.join(self.files, "trusted.pem")
+        shutil.copy(other[0], trusted)
+        link = IMPATIENT + 'tls = true\ntls-ca = "%s"\n' % trusted
+        server = self.serve(address, config=link)
+        server.logs("its certificate is refused: unable to get local issuer certificate; trying again")
+        shutil.copy(self.authority[0], trusted)  # now the switch misses a certificate of the link
+        server.logs("connected to the switch")
+        server.logs("is lost: .*certificate required.*; trying again")
+        self.assertEqual((self.list("missed")["total"], server.stop()), (0, 0))
+        server = self.serve(address, config=link + 'tls-certificate = "%s"\ntls-key = "%s"\n' % own)
+        server.logs("missed call from")
+        self.assertEqual((server.stop(), simulator.stop()), (0, 0))
+
+    def test_a_switch_without_tls_is_not_spoken_to_in_clear(self):
+        link = '[switch]\ntls = true\ntls-ca = "%s"\n'
         with socket.create_server(("127.0.0.1", 0)) as switch:
             server = self.serve("127.0.0.1:%d" % switch.getsockname()[1], config=link % self.authority[0])
             with switch.accept()[0] as client:
