@@ -6,16 +6,20 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "fuzz/support/Property.h"
 #include "fuzz/support/ScratchDatabase.h"
+#include "host/access/AccessTokens.h"
+#include "host/access/Tickets.h"
 #include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/Authenticator.h"
 #include "host/http/PageFiles.h"
 #include "host/http/RequestPipeline.h"
 #include "host/http/SessionRoutes.h"
+#include "host/http/messages/HttpResponse.h"
 #include "host/http/resources/CallsResource.h"
 #include "host/http/resources/ContactsResource.h"
 #include "host/http/resources/ImportResource.h"
@@ -26,6 +30,7 @@
 #include "host/http/resources/StatisticsResource.h"
 #include "host/http/resources/StatusResource.h"
 #include "host/http/resources/TimesResource.h"
+#include "host/http/resources/TokensResource.h"
 #include "host/management/LocalManagement.h"
 #include "host/stored-lists/StoredEntries.h"
 #include "host/stored-lists/StoredLists.h"
@@ -34,8 +39,9 @@
 #include "tests/support/StoredCalls.h"
 
 // Feeds any bytes to the HTTP API as one request, without sockets: the text line "METHOD TARGET", header
-// lines, an empty line, the body. No request fails inside, none without the token gets data, none to another
-// host is served, a GET writes no row, and every JSON body is JSON.
+// lines, an empty line, the body. "TICKET" in the target stands for a ticket of an earlier request. No
+// request fails inside, none without the token gets data, none to another host is served, a GET writes no
+// row, and every JSON body is JSON.
 
 namespace {
 
@@ -56,12 +62,24 @@ public:
         m_statistics.addRoutes(m_router);
         m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
+        m_tokensResource.addRoutes(m_router);
         host::addSessionRoutes(m_authenticator, m_router);
+        m_router.add({"POST", "/api/v1/tickets", host::Scope::eRead, [this](const host::HttpRequest& each) {
+                          m_ticket = m_tickets.issue(each.access, host::Tickets::Clock::now());
+                          return host::jsonResponse({{"ticket", m_ticket}}, 201);
+                      }});
+        m_router.add({"GET",
+                      "/api/v1/events",
+                      host::Scope::eRead,
+                      [](const host::HttpRequest& /*each*/) { return host::HttpResponse(); },
+                      {"ticket"}});
     }
 
     [[nodiscard]] host::HttpResponse handle(const host::HttpRequest& request) const {
         return m_pipeline.handle(request);
     }
+    /// The ticket that was issued last and is not used yet; empty if there is none.
+    [[nodiscard]] std::string takeTicket() { return std::exchange(m_ticket, {}); }
     /// Every journal call of the inputs is kept.
     [[nodiscard]] bool isFull() const { return m_journal.calls().size() > 10'000; }
 
@@ -86,8 +104,13 @@ private:
     host::PartiesResource m_parties{{m_database, m_line, &m_digits, m_phonebook, m_numbers}};
     host::StatusResource m_status{
         {"2001", [] { return host::LineState(); }, m_stored, m_management, m_database}};
+    host::AccessTokens m_tokens{m_database};
+    host::Tickets m_tickets;
+    std::string m_ticket;
+    host::TokensResource m_tokensResource{m_tokens, m_line};
     host::Router m_router;
-    host::Authenticator m_authenticator{"secret"};
+    host::Authenticator m_authenticator{
+        "secret", &m_tokens, &m_tickets, "https://phone.example/", {"https://board.example"}};
     host::PageFiles m_page{{}};
     host::RequestPipeline m_pipeline{m_authenticator, m_router, m_page, "2001"};
 };
@@ -137,7 +160,8 @@ bool namesServedHost(const host::HttpRequest& request) {
     std::string host = request.header("host");
     std::transform(host.begin(), host.end(), host.begin(),
                    [](unsigned char each) { return std::tolower(each); });
-    return host.starts_with("localhost") || host.starts_with("127.0.0.1") || host.starts_with("[");
+    return host.starts_with("localhost") || host.starts_with("127.0.0.1") || host.starts_with("[") ||
+           host.starts_with("phone.example");
 }
 
 void checkHeaders(const host::HttpResponse& response) {
@@ -180,12 +204,28 @@ bool isOpen(host::HttpRequest request) {
     return isHealth(request) || isSession(request) || (request.readTarget() && request.path.empty());
 }
 
-void checkAccess(const host::HttpRequest& request, const host::HttpResponse& response) {
+/// The browser's question before a request of a page of another origin.
+bool isPreflight(const host::HttpRequest& request) {
+    return request.method == "OPTIONS" && request.header("origin") == "https://board.example";
+}
+
+/// Puts a ticket that was issued into the target. Returns true if there was one.
+bool putTicket(host::HttpRequest& request, Api& api) {
+    constexpr std::string_view kPlace = "TICKET";
+    const std::size_t at = request.target.find(kPlace);
+    const std::string ticket = at == std::string::npos ? std::string() : api.takeTicket();
+    if (!ticket.empty()) {
+        request.target.replace(at, kPlace.size(), ticket);
+    }
+    return !ticket.empty();
+}
+
+void checkAccess(const host::HttpRequest& request, bool hasTicket, const host::HttpResponse& response) {
     const bool isServed = response.status < 400;
     require(!isServed || namesServedHost(request), "a request to another host is served");
-    require(
-        !isServed || hasToken(request) || isOpen(request) || response.status == 303 || response.status == 302,
-        "a request without the token is served");
+    require(!isServed || hasToken(request) || hasTicket || isOpen(request) || isPreflight(request) ||
+                response.status == 303 || response.status == 302,
+            "a request without the token is served");
 }
 
 }  // namespace
@@ -197,7 +237,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         api.reset();
         api = std::make_unique<Api>(scratch.renew());
     }
-    const host::HttpRequest request = requestIn({reinterpret_cast<const char*>(data), size});
+    host::HttpRequest request = requestIn({reinterpret_cast<const char*>(data), size});
+    const bool hasTicket = putTicket(request, *api);
     const host::HttpResponse response = api->handle(request);
     require(response.status >= 200 && (response.status < 500 || isOfSettings(request, response)),
             "a request fails inside");
@@ -206,6 +247,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             "a GET changes the database");
     checkHeaders(response);
     checkBody(response);
-    checkAccess(request, response);
+    checkAccess(request, hasTicket, response);
     return 0;
 }
