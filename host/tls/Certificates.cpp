@@ -55,7 +55,7 @@ std::string hostNameOf(const X509& certificate) {
         const GENERAL_NAME* const each = sk_GENERAL_NAME_value(names.get(), at);
         if (each->type == GEN_DNS) {
             const unsigned char* const text = ASN1_STRING_get0_data(each->d.dNSName);
-            const std::string name(text, text + ASN1_STRING_length(each->d.dNSName));
+            std::string name(text, text + ASN1_STRING_length(each->d.dNSName));
             if (name.find('*') == std::string::npos) {
                 return name;
             }

@@ -1,10 +1,12 @@
 """The HTTP API of a running server, compared with its own description."""
 
+import contextlib
 import gzip
 import http.client
 import json
 import os
 import resource
+import signal
 import socket
 import sqlite3
 import struct
@@ -243,6 +245,13 @@ class HttpTest(ProgramTest):
         self.assertEqual(self.ask("GET", "/api/v1/status", **use)[0], 401)
         self.assertRegex(self.ask("GET", "/metrics")[1].decode(), r"calljournal_refused_tokens_total\S* 1\n")
         self.assertEqual(run("revoke", "phone").returncode, 1)
+        # SIGHUP reads the tokens of the database again.
+        use = {"Authorization": "Bearer " + run("create", "restored").stdout.strip()}
+        with contextlib.closing(sqlite3.connect(self.data + "/journal.db")) as database, database:
+            database.execute("DELETE FROM access_token WHERE name = 'restored'")
+        self.assertEqual(self.ask("GET", "/api/v1/status", **use)[0], 200)
+        self.server.process.send_signal(signal.SIGHUP)
+        self.await_value(401, lambda: self.ask("GET", "/api/v1/status", **use)[0])
 
     def test_a_made_history_is_served_and_deleted_as_a_filed_one(self):
         subprocess.run([MAKE_HISTORY, self.data, "--calls", "2500", "--parties", "1500"], check=True, capture_output=True)
