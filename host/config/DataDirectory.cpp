@@ -44,6 +44,17 @@ std::filesystem::path defaultDataDirectory() {
         "there is no home directory to keep data in; choose a directory with --data DIR");
 }
 
+std::filesystem::path userConfigurationFile() {
+    std::filesystem::path directory = absolutePathIn("XDG_CONFIG_HOME");
+    if (directory.empty()) {
+        const std::filesystem::path home = absolutePathIn("HOME");
+        directory = home.empty() ? home : home / ".config";
+    }
+    const std::filesystem::path file = directory / "calljournal" / "calljournal.toml";
+    std::error_code ignored;
+    return !directory.empty() && std::filesystem::exists(file, ignored) ? file : std::filesystem::path();
+}
+
 void makeDataDirectory(const std::filesystem::path& directory) {
     std::error_code error;
     if (std::filesystem::is_directory(directory, error)) {

@@ -10,6 +10,11 @@ namespace host {
 /// thread may change that meanwhile.
 [[nodiscard]] std::filesystem::path defaultDataDirectory();
 
+/// Returns the user's configuration file: $XDG_CONFIG_HOME/calljournal/calljournal.toml, or
+/// ~/.config/calljournal/calljournal.toml if the variable is not set or not absolute. Empty if there is no
+/// such file. Reads the environment, as above.
+[[nodiscard]] std::filesystem::path userConfigurationFile();
+
 /// Creates the directory and its parents if they do not exist, with mode 0700. Throws `ConfigurationError` if
 /// this fails, and for a directory in which every user may write.
 void makeDataDirectory(const std::filesystem::path& directory);

@@ -203,6 +203,16 @@ void copyDatabase(const std::filesystem::path& source, const std::filesystem::pa
     copy.takeName();
 }
 
+void examineDatabase(const std::filesystem::path& file) {
+    requireRegularFile(file);
+    try {
+        SQLite::Database database(file.string(), SQLite::OPEN_READONLY, kBusyMilliseconds);
+        check(database, file.string());
+    } catch (const SQLite::Exception& error) {
+        throw DatabaseError(file.string() + " cannot be read: " + error.what());
+    }
+}
+
 std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& backup,
                                                    const std::filesystem::path& file,
                                                    const CopyProgress& progress) {

@@ -22,6 +22,10 @@ using CopyProgress = std::function<bool(std::size_t done, std::size_t total)>;
 void copyDatabase(const std::filesystem::path& source, const std::filesystem::path& target,
                   const CopyProgress& progress);
 
+/// Examines a database of this program, in the state of one moment, while other processes read and write it:
+/// throws if it is damaged, or of a newer version of the program. Takes seconds for a million calls.
+void examineDatabase(const std::filesystem::path& file);
+
 /// Replaces the database `file` by a copy of `backup`, which may be of an older version of the program and
 /// must not be damaged or of a newer one. The former file and its log get ".before-restore" appended to their
 /// names, or ".before-restore.2" and so on. Returns the files that were kept. Requires: no process uses

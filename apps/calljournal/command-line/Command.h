@@ -48,6 +48,9 @@ public:
 
 // Each adds the options of its sub-command to `app`. Requires: `app` outlives the command.
 [[nodiscard]] std::unique_ptr<Command> makeServeCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeStatusCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeDoctorCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeVersionCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSwitchCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSipCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeDemoCommand(CLI::App& app);

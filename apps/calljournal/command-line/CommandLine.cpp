@@ -29,11 +29,14 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 22> kEntries{{
+constexpr std::array<Entry, 25> kEntries{{
     {Kind::eLocal, "serve", "run the call journal of a line", &makeServeCommand},
     {Kind::eLocal, "switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {Kind::eLocal, "sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
     {Kind::eLocal, "demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
+    {Kind::eClient, "status", "print the state of the running journal", &makeStatusCommand},
+    {Kind::eLocal, "doctor", "examine the configuration, the data and the connections", &makeDoctorCommand},
+    {Kind::eLocal, "version", "print the versions of the program and its libraries", &makeVersionCommand},
     {Kind::eClient, "list", "print a list of the running journal", &makeListCommand},
     {Kind::eClient, "calls", "print the calls of the history of the running journal", &makeCallsCommand},
     {Kind::eClient, "stats", "print statistics of the calls of the running journal", &makeStatsCommand},

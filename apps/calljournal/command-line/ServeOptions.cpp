@@ -6,6 +6,7 @@
 
 #include "apps/calljournal/command-line/EndpointOption.h"
 #include "host/config/ConfigurationReader.h"
+#include "host/config/DataDirectory.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
 #include "host/management/SettingRules.h"
@@ -47,7 +48,12 @@ void configureLog(const host::Configuration::Logging& log) {
 }
 
 void ServeOptions::addTo(CLI::App& app, bool withSwitch) {
-    app.add_option("--config", m_file, "configuration file (TOML)")->type_name("FILE");
+    m_readsUserFile = withSwitch;
+    app.add_option("--config", m_file,
+                   withSwitch
+                       ? "configuration file (TOML) [~/.config/calljournal/calljournal.toml if it exists]"
+                       : "configuration file (TOML)")
+        ->type_name("FILE");
     addListenOption(app, "--listen", m_listen,
                     "the address of the page and the API; overrides the file [127.0.0.1:8080]");
     if (withSwitch) {
@@ -69,10 +75,14 @@ host::Configuration ServeOptions::configure(const std::string& logLevel,
     return configuration;
 }
 
+std::filesystem::path ServeOptions::file() const {
+    return m_file.empty() && m_readsUserFile ? host::userConfigurationFile() : std::filesystem::path(m_file);
+}
+
 host::Configuration ServeOptions::load(const std::string& logLevel, host::Configuration configuration) const {
     configuration.log.level = logLevel;
-    if (!m_file.empty()) {
-        configuration = host::loadConfiguration(m_file, std::move(configuration));
+    if (const std::filesystem::path named = file(); !named.empty()) {
+        configuration = host::loadConfiguration(named, std::move(configuration));
     }
     if (!m_listen.empty()) {
         configuration.api.listen = host::parseEndpoint(m_listen).value();

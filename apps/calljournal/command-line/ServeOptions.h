@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,8 @@ void configureLog(const host::Configuration::Logging& log);
 /// `--set` override the file.
 class ServeOptions {
 public:
-    /// `withSwitch`: adds `--switch` too, for a command without its own switch.
+    /// `withSwitch`: adds `--switch` too, for a command without its own switch; it also reads the user's
+    /// configuration file if no other is named.
     void addTo(CLI::App& app, bool withSwitch);
 
     /// Returns the configuration, over the default values of `configuration`, and configures the log with it.
@@ -30,7 +32,11 @@ public:
     [[nodiscard]] host::Configuration load(const std::string& logLevel,
                                            host::Configuration configuration) const;
 
+    /// The configuration file that is read; empty for none.
+    [[nodiscard]] std::filesystem::path file() const;
+
 private:
+    bool m_readsUserFile = false;
     std::string m_file;
     std::string m_listen;
     std::string m_switch;

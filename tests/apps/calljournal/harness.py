@@ -23,7 +23,8 @@ IMPATIENT = "[switch]\nreconnect-max-s = 1\n"  # a configuration with short inte
 
 
 # The commands reach a server on this machine without the proxy of the environment.
-ENVIRONMENT = {**os.environ, "TZ": "UTC", "http_proxy": "http://127.0.0.1:1"}
+# The user's own configuration file is not read.
+ENVIRONMENT = {**os.environ, "TZ": "UTC", "http_proxy": "http://127.0.0.1:1", "XDG_CONFIG_HOME": "/nonexistent"}
 
 
 class Program:

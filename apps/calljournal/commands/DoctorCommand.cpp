@@ -1,0 +1,87 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/command-line/ServeOptions.h"
+#include "apps/calljournal/diagnosis/DataChecks.h"
+#include "apps/calljournal/diagnosis/Finding.h"
+#include "apps/calljournal/diagnosis/NetworkChecks.h"
+#include "apps/calljournal/output/OutputStatus.h"
+#include "host/config/ConfigurationError.h"
+#include "host/log/Log.h"
+#include "host/presentation/PlainText.h"
+
+namespace calljournal {
+namespace {
+
+constexpr std::size_t kLevelWidth = 9;
+constexpr std::size_t kSubjectWidth = 18;
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(width, text.size() + 1), ' ');
+    return text;
+}
+
+const char* wordOf(Finding::Level level) {
+    switch (level) {
+        case Finding::Level::eGood: return "ok";
+        case Finding::Level::eWarning: return "warning";
+        case Finding::Level::eFailed: break;
+    }
+    return "FAILED";
+}
+
+class DoctorCommand final : public Command {
+public:
+    explicit DoctorCommand(CLI::App& app) {
+        m_options.addTo(app, true);
+        app.add_option("--sip", m_account, "examine this account file and its telephone, too")
+            ->type_name("FILE");
+    }
+
+    int run(const CommonOptions& common) override {
+        host::Log::configure("error", "");
+        host::Configuration configuration;
+        try {
+            configuration = m_options.load("info", {});
+            const std::filesystem::path file = m_options.file();
+            print({Finding::Level::eGood, "configuration",
+                   file.empty() ? "no file; all keys have their default values" : file.string()});
+        } catch (const host::ConfigurationError& error) {
+            print({Finding::Level::eFailed, "configuration", error.what()});
+        }
+        printAll(examineFiles(configuration));
+        printAll(examineData(common.dataDirectory()));
+        printAll(examineConnections(common, configuration));
+        if (!m_account.empty()) {
+            printAll(examineSip(m_account));
+        }
+        return statusOfOutput(!m_hasFailure);
+    }
+
+private:
+    void print(const Finding& finding) {
+        m_hasFailure = m_hasFailure || finding.level == Finding::Level::eFailed;
+        std::cout << padded(wordOf(finding.level), kLevelWidth) << padded(finding.subject, kSubjectWidth)
+                  << host::printable(finding.text) << std::endl;
+    }
+    void printAll(const Findings& findings) {
+        std::for_each(findings.begin(), findings.end(), [this](const Finding& each) { print(each); });
+    }
+
+    ServeOptions m_options;
+    std::string m_account;
+    bool m_hasFailure = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeDoctorCommand(CLI::App& app) {
+    return std::make_unique<DoctorCommand>(app);
+}
+
+}  // namespace calljournal
