@@ -16,7 +16,7 @@ struct Finding {
     Level level = Level::eGood;
     /// The subject in a word or two: "database".
     std::string subject;
-    /// What was found, and for a warning or a failure what to do.
+    /// A sentence with what was found, and for a warning or a failure with what to do.
     std::string text;
 };
 
