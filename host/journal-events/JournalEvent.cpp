@@ -15,8 +15,10 @@ bool rings(const PhoneCall& call) {
 
 std::string newUid() {
     std::array<unsigned char, 16> bytes{};
-    // A request for so few bytes is never cut short.
-    static_cast<void>(::getrandom(bytes.data(), bytes.size(), 0));
+    // So few bytes are never cut short; it fails only without the system call.
+    if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+        throw std::runtime_error("the system gives no random numbers");
+    }
     std::string text;
     for (const unsigned char byte : bytes) {
         std::array<char, 3> digits{};
