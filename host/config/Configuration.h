@@ -34,6 +34,9 @@ struct Configuration {
         std::vector<SharedDevice> shared;
         /// True if a telephone is paired over Bluetooth.
         bool bluetooth = false;
+        /// The numbers whose calls are not kept, in any spelling; those that end in "*" are the begin of a
+        /// number.
+        std::vector<std::string> neverLog{};
 
         bool operator==(const Line&) const = default;
     };

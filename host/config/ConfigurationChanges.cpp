@@ -26,6 +26,7 @@ constexpr Key kKeys[] = {
     {"line.device", &equalInLine<&C::Line::device>},
     {"line.shared", &equalInLine<&C::Line::shared>},
     {"line.bluetooth", &equalInLine<&C::Line::bluetooth>},
+    {"line.never-log", &equalInLine<&C::Line::neverLog>},
     {"switch.host", &equal<&C::callSwitch, &C::Switch::host>},
     {"switch.port", &equal<&C::callSwitch, &C::Switch::port>},
     {"switch.edition", &equal<&C::callSwitch, &C::Switch::edition>},

@@ -7,6 +7,7 @@
 
 #include "host/config/TomlSection.h"
 #include "host/config/WebOrigin.h"
+#include "host/digits/DialledText.h"
 #include "host/management/SettingRules.h"
 #include "host/text-files/WholeFile.h"
 
@@ -19,6 +20,12 @@ Configuration::SharedDevice readSharedDevice(TomlSection& section) {
     section.read("log-missed-calls", shared.logMissedCalls);
     section.finish();
     return shared;
+}
+
+bool isNumberPattern(const std::string& text) {
+    const bool isBegin = text.ends_with('*');
+    const std::string number = withoutSeparators(isBegin ? text.substr(0, text.size() - 1) : text);
+    return number.find_first_of("0123456789") != std::string::npos && isDialledNumber(number);
 }
 
 Configuration::Line readLine(TomlSection& section) {
@@ -34,6 +41,11 @@ Configuration::Line readLine(TomlSection& section) {
         devices.push_back(device);
     }
     section.read("bluetooth", line.bluetooth);
+    section.read("never-log", line.neverLog);
+    if (!std::all_of(line.neverLog.begin(), line.neverLog.end(), isNumberPattern)) {
+        section.refuse("never-log", "must be numbers, such as \"030 123456\", or begins of numbers, such as "
+                                    "\"+49800*\"");
+    }
     section.finish();
     return line;
 }

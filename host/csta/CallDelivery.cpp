@@ -20,18 +20,37 @@ EventDelivery::Ended reportTo(LiveCallStoreIfc* store) {
 
 }  // namespace
 
-CallDelivery::CallDelivery(EventDelivery::Post post, PhoneCalls& calls, LiveCallStoreIfc* store)
-    : m_calls(calls), m_store(store), m_delivery(std::move(post), reportTo(store)) {
-    m_calls.addListener({.changed =
-                             [store](const PhoneCall& call) {
-                                 if (store != nullptr) {
-                                     store->store(call);
+CallDelivery::CallDelivery(EventDelivery::Post post, PhoneCalls& calls, LiveCallStoreIfc* store,
+                           UnloggedCalls::IsUnlogged isUnlogged)
+    : m_calls(calls),
+      m_store(store),
+      m_delivery(std::move(post), reportTo(store)),
+      m_unlogged(std::move(isUnlogged)) {
+    m_calls.addListener({.changed = [this](const PhoneCall& call) { note(call); },
+                         .ended =
+                             [this](const PhoneCall& call) {
+                                 if (m_unlogged.ended(call) == UnloggedCalls::Kept::eYes) {
+                                     m_ended.push_back(keyOf(call));
                                  }
-                             },
-                         .ended = [this](const PhoneCall& call) { m_ended.push_back(keyOf(call)); }});
+                             }});
 }
 
-void CallDelivery::deliver(const std::shared_ptr<EventSink>& sink, std::vector<PhoneEvent> events) {
+void CallDelivery::note(const PhoneCall& call) {
+    const bool isKept = m_unlogged.changed(call) == UnloggedCalls::Kept::eYes;
+    if (m_store == nullptr) {
+        return;
+    }
+    if (isKept) {
+        m_store->store(call);
+    } else if (!m_unlogged.isKnown(call)) {
+        // An earlier run may have noted it, when its number was not excluded yet.
+        m_store->delivered({.ends = {{.call = keyOf(call)}}});
+    }
+}
+
+void CallDelivery::deliver(const std::shared_ptr<EventSink>& sink, const std::string& device,
+                           std::vector<PhoneEvent> given) {
+    std::vector<PhoneEvent> events = m_unlogged.filtered(device, std::move(given), m_ended);
     const bool isDiversion = events.size() > 1 && events.front().event->getType() == CSTAEventCode::eDiverted;
     for (PhoneEvent& event : events) {
         DeliveryContext context = contextOf(event, &event == &events.back(), isDiversion);

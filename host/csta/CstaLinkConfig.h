@@ -41,6 +41,9 @@ struct CstaLinkConfig {
     std::chrono::hours callMaxAge{12};
     /// Notes the live calls. Borrowed; may be null. Outlives the strand.
     LiveCallStoreIfc* liveCallStore = nullptr;
+    /// True for a number whose calls the journal does not get, and which are not noted. Empty for none. Runs
+    /// on the reader thread: must not block.
+    std::function<bool(const std::string&)> isUnlogged{};
     /// Called with the name on the wire for each event before it is posted to a service. May be empty. Runs
     /// on the reader thread: must not block.
     std::function<void(std::string_view)> eventListener;

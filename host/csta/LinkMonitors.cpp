@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "host/csta-events/DeviceReader.h"
 #include "host/csta-events/EventBuilder.h"
 #include "host/csta-wire/DeviceText.h"
 #include "host/csta-wire/EventSchemas.h"
@@ -47,11 +48,11 @@ LinkMonitors::LinkMonitors(const CstaLinkConfig& config, asio::io_context& io, R
       m_channel(channel),
       m_changed(std::move(changed)),
       m_messages(config.edition),
-      m_delivery(post, m_calls, config.liveCallStore),
+      m_delivery(post, m_calls, config.liveCallStore, config.isUnlogged),
       m_snapshots(io, config.requestTimeout, channel, m_messages),
       m_synchronisation(config, io, m_snapshots, m_table, m_calls,
                         [this](const WantedMonitor& monitor, std::vector<PhoneEvent> events) {
-                            m_delivery.deliver(monitor.sink, std::move(events));
+                            m_delivery.deliver(monitor.sink, callDeviceOf(monitor), std::move(events));
                         }),
       m_reader(config.ownDevice, m_calls) {}
 
@@ -344,15 +345,18 @@ void LinkMonitors::deliver(const WireDocument& document, const std::vector<Wante
             continue;
         }
         std::vector<PhoneEvent> events = m_reader.read(document, {monitor->crossRefId, monitor->device});
+        const std::string device = callDeviceOf(*monitor);
         for (PhoneEvent& read : events) {
-            CSTA_LINK_LOG(6, "%s for %s: %s", std::string(schema->rootName).c_str(),
-                          monitor->crossRefId.c_str(), read.event->toString().c_str());
+            if (!m_delivery.isDropped(device, *read.event)) {
+                CSTA_LINK_LOG(6, "%s for %s: %s", std::string(schema->rootName).c_str(),
+                              monitor->crossRefId.c_str(), read.event->toString().c_str());
+            }
             if (m_config.eventListener) {
                 m_config.eventListener(schema->rootName);
             }
             m_synchronisation.adjust(*monitor, read);
         }
-        m_delivery.deliver(monitor->sink, std::move(events));
+        m_delivery.deliver(monitor->sink, device, std::move(events));
     }
     m_synchronisation.limitCalls();
 }
@@ -375,6 +379,10 @@ WantedMonitor* LinkMonitors::monitorOf(const std::string& device, const EventSin
         }
     }
     return nullptr;
+}
+
+std::string LinkMonitors::callDeviceOf(const WantedMonitor& monitor) const {
+    return DeviceReader(m_config.ownDevice, monitor.device).monitoredDevice();
 }
 
 std::string LinkMonitors::deviceAtSwitch(const std::string& device) const {

@@ -89,6 +89,8 @@ private:
     [[nodiscard]] WantedMonitor* monitorOfDevice(const std::string& device);
     /// The monitor of the device for the receiver, requested as `device`; `nullptr` if there is none.
     [[nodiscard]] WantedMonitor* monitorOf(const std::string& device, const EventSink& sink);
+    /// The device of the calls that the monitor reports.
+    [[nodiscard]] std::string callDeviceOf(const WantedMonitor& monitor) const;
     [[nodiscard]] std::string deviceAtSwitch(const std::string& device) const;
 
     const CstaLinkConfig& m_config;

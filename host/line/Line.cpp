@@ -14,6 +14,13 @@ namespace {
 // The time for events of the switch that wait when the line ends.
 constexpr std::chrono::seconds kTimeForEvents{2};
 
+/// The digits that may precede a number.
+std::vector<std::string> dialledBefore(const LineSettings& settings) {
+    std::vector<std::string> digits = settings.featureAccessCodes;
+    digits.push_back(settings.outsideLine);
+    return digits;
+}
+
 }  // namespace
 
 Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database,
@@ -21,6 +28,7 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
     : m_strand(pool),
       m_context(m_strand, timerSource),
       m_digits(settings.region, settings.featureAccessCodes),
+      m_neverLog(settings.neverLog, dialledBefore(settings), m_digits),
       m_numberTexts(settings.region, m_digits),
       m_dialling({.region = settings.region,
                   .featureAccessCodes = settings.featureAccessCodes,
@@ -128,6 +136,9 @@ CstaLink::PostHere Line::eventPostHere() {
 
 CstaLinkConfig Line::completed(CstaLinkConfig link) {
     link.liveCallStore = &m_liveCallStore;
+    if (!m_neverLog.empty()) {
+        link.isUnlogged = [this](const std::string& number) { return m_neverLog.matches(number); };
+    }
     link.eventListener = [this](std::string_view name) {
         if (m_eventListener) {
             m_eventListener(name);

@@ -17,6 +17,7 @@
 #include "host/data/SqliteDataAccess.h"
 #include "host/digits/Dialling.h"
 #include "host/digits/DigitAnalysis.h"
+#include "host/digits/NumberPatterns.h"
 #include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/framework/HostedService.h"
@@ -138,6 +139,7 @@ private:
     LineContext m_context;
     SystemClock m_clock;
     DigitAnalysis m_digits;
+    NumberPatterns m_neverLog;
     NumberTexts m_numberTexts;
     Dialling m_dialling;
     Phonebook m_phonebook;

@@ -26,6 +26,8 @@ struct LineSettings {
     /// See `Dialling::Rules`.
     std::string outsideLine;
     DialForm dialForm = DialForm::eNational;
+    /// The numbers whose calls are not kept (`NumberPatterns`).
+    std::vector<std::string> neverLog{};
     /// Shared devices whose unanswered calls are logged on this line.
     std::set<std::string> loggedSharedDevices;
     /// Gets the events of the line for webhooks; borrowed, outlives the line. Null without a webhook.

@@ -70,6 +70,7 @@ host::LineSettings lineSettings(const host::Configuration& configuration, const 
     settings.dialForm =
         configuration.digits.dialInternational ? host::DialForm::eInternational : host::DialForm::eNational;
     settings.link.bluetooth = line.bluetooth;
+    settings.neverLog = line.neverLog;
     for (const host::Configuration::SharedDevice& shared : line.shared) {
         settings.link.sharedDevices.push_back(shared.device);
         if (shared.logMissedCalls) {
