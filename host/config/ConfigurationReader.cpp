@@ -43,8 +43,9 @@ Configuration::Line readLine(TomlSection& section) {
     section.read("bluetooth", line.bluetooth);
     section.read("never-log", line.neverLog);
     if (!std::all_of(line.neverLog.begin(), line.neverLog.end(), isNumberPattern)) {
-        section.refuse("never-log", "must be numbers, such as \"030 123456\", or begins of numbers, such as "
-                                    "\"+49800*\"");
+        section.refuse("never-log",
+                       "must be numbers, such as \"030 123456\", or begins of numbers, such as "
+                       "\"+49800*\"");
     }
     section.finish();
     return line;

@@ -83,9 +83,8 @@ bool UnloggedCalls::hasUnloggedParty(const PhoneCall& call) const {
 
 bool UnloggedCalls::namesUnlogged(const CSTAEvent& event) const {
     const std::vector<std::string> numbers = numbersOf(event);
-    return std::any_of(numbers.begin(), numbers.end(), [this](const std::string& number) {
-        return !number.empty() && m_isUnlogged(number);
-    });
+    return std::any_of(numbers.begin(), numbers.end(),
+                       [this](const std::string& number) { return !number.empty() && m_isUnlogged(number); });
 }
 
 UnloggedCalls::Kept UnloggedCalls::changed(const PhoneCall& call) {
@@ -146,11 +145,10 @@ std::vector<PhoneEvent> UnloggedCalls::filtered(const std::string& device, std::
             }
             found->second.unlogged = true;
             if (const auto known = std::exchange(found->second.known, std::nullopt)) {
-                left.push_back(
-                    {.event =
-                         clearedEvent(*known, event.event->getMonitorCrossRefID(), CSTA_EC_NormalClearing),
-                     .time = event.time,
-                     .endApproximate = event.endApproximate});
+                left.push_back({.event = clearedEvent(*known, event.event->getMonitorCrossRefID(),
+                                                      CSTA_EC_NormalClearing),
+                                .time = event.time,
+                                .endApproximate = event.endApproximate});
                 if (std::find(ended.begin(), ended.end(), keyOf(*known)) == ended.end()) {
                     ended.push_back(keyOf(*known));
                 }

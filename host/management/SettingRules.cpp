@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <utility>
 
 namespace host {
 namespace {
@@ -18,30 +17,44 @@ constexpr std::string_view kSoftwareType = "Norlith Qorvex or Norlith SIP";
 
 constexpr std::string_view kText;
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 23> kValues{{
-    {"bt-hw-state", kOnOrOff},
-    {"call-log-control", kText},
-    {"call-log-enabled", kTrueOrFalse},
-    {"clear-calllog", kTrueOrFalse},
-    {"daylight-save", kTrueOrFalse},
-    {"daylight-save-minutes", kNumber},
-    {"delete-missed-when-called", kZeroOrOne},
-    {"disable-access-calllog", kZeroToTwo},
-    {"forwarding-party-display", kNumber},
-    {"mac-addr", kText},
-    {"missed-logging", kZeroOrOne},
-    {"mobility-activity", kText},
-    {"mobility-current-user", kText},
-    {"mobility-user-data-update", kText},
-    {"reg-number", kText},
-    {"reload-conversations", kTrueOrFalse},
-    {"ringcentral-api-sync-call-log", kTrueOrFalse},
-    {"server-based-features", kTrueOrFalse},
-    {"sntp-tz-offset", kNumber},
-    {"software-type", kSoftwareType},
-    {"system-identifier", kNumber},
-    {"voice-mail-e164", kText},
-    {"wsi-allow-uc-journal", kTrueOrFalse},
+struct Setting {
+    std::string_view key;
+    std::string_view values;
+    std::string_view meaning;
+};
+
+constexpr std::array<Setting, 23> kSettings{{
+    {"bt-hw-state", kOnOrOff, "on: monitors the Bluetooth telephone."},
+    {"call-log-control", kText, "Read again with system-identifier; no other effect on this host."},
+    {"call-log-enabled", kTrueOrFalse,
+     "false: empties the four call lists at once; a SIP phone then files no calls."},
+    {"clear-calllog", kTrueOrFalse, "true: empties the four call lists at once; cannot be undone."},
+    {"daylight-save", kTrueOrFalse, "true: daylight saving adds daylight-save-minutes to sntp-tz-offset."},
+    {"daylight-save-minutes", kNumber,
+     "The minutes that daylight saving adds to the offset of the phone's zone."},
+    {"delete-missed-when-called", kZeroOrOne,
+     "1: the newest missed entry of a caller is deleted when you call back."},
+    {"disable-access-calllog", kZeroToTwo, "1 or 2: the line of a Qorvex phone is not monitored; 0: it is."},
+    {"forwarding-party-display", kNumber,
+     "The party that a forwarded outgoing call shows on a SIP phone: 1 the last, else the first."},
+    {"mac-addr", kText, "Delays the first saving of a visitor's call log; this host saves none."},
+    {"missed-logging", kZeroOrOne,
+     "0: a call answered on another phone of yours is logged as missed, too; 1: it is not."},
+    {"mobility-activity", kText, "logonFailed or logoffFailed: reloads the lists and settings."},
+    {"mobility-current-user", kText, "unmanaged or all: reloads the lists and settings."},
+    {"mobility-user-data-update", kText, "unmanaged or all: reloads the lists and settings."},
+    {"reg-number", kText, "Read again with system-identifier; no other effect on this host."},
+    {"reload-conversations", kTrueOrFalse, "true: reloads the lists and settings, and is then false again."},
+    {"ringcentral-api-sync-call-log", kTrueOrFalse, "true: another journal owns the call log of its users."},
+    {"server-based-features", kTrueOrFalse,
+     "true: a call that is diverted away from a Qorvex phone is filed as forwarded, not as missed."},
+    {"sntp-tz-offset", kNumber,
+     "The offset of the phone's zone from UTC in minutes, for local times in the log of a switch."},
+    {"software-type", kSoftwareType, "The phone type; restart the journal after a change."},
+    {"system-identifier", kNumber,
+     "2: the switch keeps the call log itself; 1: it marks which calls were missed."},
+    {"voice-mail-e164", kText, "The number of the voice mail, which a phone can compare with others."},
+    {"wsi-allow-uc-journal", kTrueOrFalse, "true: another journal owns the call log of its users."},
 }};
 
 /// Keys for which the journal takes an empty value for another one than the default.
@@ -55,8 +68,8 @@ bool isNumber(std::string_view text) noexcept {
 }
 
 auto find(std::string_view key) noexcept {
-    return std::find_if(kValues.begin(), kValues.end(),
-                        [key](const auto& each) { return each.first == key; });
+    return std::find_if(kSettings.begin(), kSettings.end(),
+                        [key](const auto& each) { return each.key == key; });
 }
 
 /// `values` is "A or B" or "A, B or C".
@@ -77,11 +90,16 @@ bool isOneOf(std::string_view values, std::string_view value) noexcept {
 
 std::string_view acceptedValues(std::string_view key) noexcept {
     const auto* const found = find(key);
-    return found == kValues.end() ? kText : found->second;
+    return found == kSettings.end() ? kText : found->values;
+}
+
+std::string_view meaningOf(std::string_view key) noexcept {
+    const auto* const found = find(key);
+    return found == kSettings.end() ? kText : found->meaning;
 }
 
 bool isUsedByJournal(std::string_view key) noexcept {
-    return find(key) != kValues.end();
+    return find(key) != kSettings.end();
 }
 
 bool isAccepted(std::string_view key, std::string_view value) noexcept {

@@ -10,6 +10,9 @@ namespace host {
 /// accepts any text.
 [[nodiscard]] std::string_view acceptedValues(std::string_view key) noexcept;
 
+/// Returns a sentence about the effect of the setting; an empty text if it has none on the journal.
+[[nodiscard]] std::string_view meaningOf(std::string_view key) noexcept;
+
 /// True if the journal reads the phone's key or stores it itself.
 [[nodiscard]] bool isUsedByJournal(std::string_view key) noexcept;
 

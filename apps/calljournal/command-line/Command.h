@@ -72,5 +72,7 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeTokensCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeOpenCommand(CLI::App& app);
+/// Requires: `app` is a sub-command of the program.
+[[nodiscard]] std::unique_ptr<Command> makeHelpCommand(CLI::App& app);
 
 }  // namespace calljournal

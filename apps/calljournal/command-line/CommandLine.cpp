@@ -19,8 +19,9 @@
 namespace calljournal {
 namespace {
 
-/// eClient: it speaks the HTTP API only, so that its server may run on another machine.
-enum class Kind { eLocal, eClient };
+/// eClient: it speaks the HTTP API only, so that its server may run on another machine. eAbout: it needs no
+/// journal.
+enum class Kind { eLocal, eClient, eAbout };
 
 struct Entry {
     Kind kind;
@@ -29,7 +30,7 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 25> kEntries{{
+constexpr std::array<Entry, 26> kEntries{{
     {Kind::eLocal, "serve", "run the call journal of a line", &makeServeCommand},
     {Kind::eLocal, "switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {Kind::eLocal, "sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
@@ -61,6 +62,7 @@ constexpr std::array<Entry, 25> kEntries{{
      &makeOpenCommand},
     {Kind::eClient, "tokens", "create, list or revoke tokens for other programs and devices",
      &makeTokensCommand},
+    {Kind::eAbout, "help", "print the help of the program or of a command", &makeHelpCommand},
 }};
 
 std::string programName(const char* calledAs) {
@@ -84,18 +86,24 @@ void addServerOptions(CLI::App& sub, CommonOptions& common) {
 
 using Commands = std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>>;
 
+void addDataOption(CLI::App& app, CommonOptions& common) {
+    app.add_option("--data", common.data,
+                   "directory of the journal [$XDG_STATE_HOME/calljournal, or ~/.local/state/calljournal]")
+        ->type_name("DIR")
+        ->check([](const std::string& directory) {
+            return directory.empty() ? "the directory has no name" : std::string();
+        });
+}
+
 Commands addCommands(CLI::App& app, CommonOptions& common) {
     Commands commands;
+    addDataOption(app, common);
     for (const Entry& entry : kEntries) {
         CLI::App* const sub = app.add_subcommand(entry.name, entry.help);
         commands.emplace_back(sub, entry.make(*sub));
-        sub->add_option(
-               "--data", common.data,
-               "directory of the journal [$XDG_STATE_HOME/calljournal, or ~/.local/state/calljournal]")
-            ->type_name("DIR")
-            ->check([](const std::string& directory) {
-                return directory.empty() ? "the directory has no name" : std::string();
-            });
+        if (entry.kind != Kind::eAbout) {
+            addDataOption(*sub, common);
+        }
         if (entry.kind == Kind::eClient) {
             addServerOptions(*sub, common);
         }
@@ -108,7 +116,7 @@ void describeProgram(CLI::App& app) {
     app.description("The call journal of a telephone line: calls received, dialled, missed and forwarded.");
     app.get_formatter()->label("REQUIRED", "(required)");
     app.get_formatter()->label("Excludes", "not with");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.set_version_flag("--version", "calljournal " JOURNAL_VERSION);
 }
 
@@ -159,6 +167,14 @@ int runCommandLine(int argc, char** argv) {
         }
         std::cerr << host::printable(usageErrorText(app, error)) << std::endl;
         return eWrongUsage;
+    }
+    if (app.get_subcommands().empty()) {
+        if (!common.data.empty()) {
+            std::cerr << host::printable(missingCommandText(app)) << std::endl;
+            return eWrongUsage;
+        }
+        std::cout << app.help();
+        return statusOfOutput();
     }
     try {
         return runChosen(commands, common);

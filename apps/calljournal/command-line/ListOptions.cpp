@@ -44,7 +44,7 @@ void addListOption(CLI::App& app, std::string& list, ListOption kind) {
 }
 
 void addLimitOption(CLI::App& app, std::size_t& limit, const std::string& help) {
-    app.add_option("--limit", limit, help)
+    app.add_option("-n,--limit", limit, help)
         ->type_name("N")
         ->check(std::function<std::string(const std::string&)>(&checkCount));
 }

@@ -20,7 +20,7 @@ enum class ListOption { eRequired, eOptional };
 /// The positional LIST. `listNamed` accepts the value; it is empty if it is optional and not given.
 void addListOption(CLI::App& app, std::string& list, ListOption kind = ListOption::eRequired);
 
-/// --limit N, a positive whole number. `limit` is unchanged if the option is not given.
+/// -n N or --limit N, a positive whole number. `limit` is unchanged if the option is not given.
 void addLimitOption(CLI::App& app, std::size_t& limit, const std::string& help);
 
 /// The required --format FORMAT, one of `formats`.

@@ -4,6 +4,7 @@
 
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/Confirmation.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/ProgressText.h"
 #include "apps/calljournal/server/JournalServer.h"
@@ -65,12 +66,17 @@ public:
             ->type_name("FILE")
             ->required()
             ->check(CLI::ExistingFile);
+        m_confirmation.addTo(app);
     }
 
     int run(const CommonOptions& common) override {
         const StopSignal stop;
         const auto socket = JournalServer::claim(common.dataDirectory());
         const std::filesystem::path target = JournalServer::databaseIn(common.dataDirectory());
+        if (std::filesystem::exists(target) &&
+            !m_confirmation.isGiven("Replace the journal " + target.string() + " by " + m_file + "?")) {
+            return Confirmation::refused();
+        }
         ProgressText progress;
         const auto kept =
             host::restoreDatabase(m_file, target, progressOf(stop, progress, "reading " + m_file));
@@ -85,6 +91,7 @@ public:
 
 private:
     std::string m_file;
+    Confirmation m_confirmation;
 };
 
 }  // namespace

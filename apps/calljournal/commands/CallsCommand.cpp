@@ -10,11 +10,13 @@
 #include "apps/calljournal/command-line/CommandLine.h"
 #include "apps/calljournal/command-line/FilterOptions.h"
 #include "apps/calljournal/command-line/ListOptions.h"
+#include "apps/calljournal/command-line/OutputOption.h"
 #include "apps/calljournal/output/JsonText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/TerminalWidth.h"
 #include "apps/calljournal/output/TextTable.h"
 #include "host/call-files/CallTime.h"
+#include "host/call-files/CallWriter.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 
@@ -34,11 +36,13 @@ TableRow rowOf(const Json& call) {
         name = "unknown";  // the caller withholds both
     }
     const auto duration = call.value("duration", 0L);
-    return {textIn(call, "list") == "missed" && !call.value("viewed", true),
+    const bool isMissed = textIn(call, "list") == "missed";
+    return {isMissed && !call.value("viewed", true),
             {host::localTime(textIn(call, "start")), textIn(call, "list"), name, number,
              connected == number ? std::string() : connected,
              duration == 0 ? std::string() : host::durationText(std::chrono::seconds(duration)),
-             textIn(call, "reason")}};
+             textIn(call, "reason")},
+            isMissed ? Emphasis::eAlarm : Emphasis::eNone};
 }
 
 class CallsCommand final : public Command {
@@ -47,12 +51,16 @@ public:
         m_filters.addSelection(app);
         m_filters.addOrder(app);
         addLimitOption(app, m_limit, "print at most N calls [all; 50 on a terminal]");
-        app.add_flag("--json", m_json, "print one JSON object");
+        m_output.addTo(app);
     }
 
     int run(const CommonOptions& common) override {
         host::ApiClient client(common.server());
-        if (m_json) {
+        if (m_output.isCsv()) {
+            std::cout << host::callCsvHead();
+            static_cast<void>(visitCalls(client, m_filters.query(), limit(),
+                                         [](const Json& call) { std::cout << host::callCsvRow(call); }));
+        } else if (m_output.isJson()) {
             Json items = Json::array();
             Json next = visitCalls(client, m_filters.query(), limit(),
                                    [&](const Json& call) { items.push_back(call); });
@@ -68,7 +76,7 @@ private:
         if (m_limit > 0) {
             return m_limit;
         }
-        return !m_json && ::isatty(STDOUT_FILENO) != 0 ? std::optional(kUsualLimit) : std::nullopt;
+        return m_output.isTable() && ::isatty(STDOUT_FILENO) != 0 ? std::optional(kUsualLimit) : std::nullopt;
     }
 
     void printTable(host::ApiClient& client) const {
@@ -79,7 +87,7 @@ private:
             std::cout << "no calls" << (m_filters.selectsCalls() ? " found\n" : " in the history\n");
         }
         std::cout << tableText({"TIME", "LIST", "NAME", "NUMBER", "CONNECTED", "DURATION", "REASON"}, rows,
-                               {terminalWidth(), {2, 4, 3}});
+                               {terminalWidth(), {2, 4, 3}, isColoured()});
         if (!next.is_null()) {
             std::cout << "(" << rows.size() << " shown; there are more: --limit N)\n";
         }
@@ -87,7 +95,7 @@ private:
 
     FilterOptions m_filters;
     std::size_t m_limit = 0;
-    bool m_json = false;
+    OutputOption m_output;
 };
 
 }  // namespace

@@ -15,6 +15,8 @@
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
 #include "apps/calljournal/command-line/ListOptions.h"
+#include "apps/calljournal/command-line/OutputOption.h"
+#include "apps/calljournal/output/CsvTable.h"
 #include "apps/calljournal/output/JsonText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/ProgressText.h"
@@ -98,7 +100,7 @@ public:
                          "print only contacts with TEXT in their name, numbers, company or e-mail address")
             ->type_name("TEXT");
         addLimitOption(*m_list, m_limit, "print only the first N");
-        m_list->add_flag("--json", m_json, "print one JSON object");
+        m_output.addTo(*m_list);
         m_export = addSubcommand(app, "export", "print the phonebook as a file for other programs");
         addFormatOption(*m_export, m_format, {"vcf", "csv"}, "vcf (vCard 3.0) or csv");
     }
@@ -207,7 +209,7 @@ private:
         std::vector<TableRow> rows;
         const std::size_t limit = m_limit > 0 ? m_limit : kNoLimit;
         const std::size_t total = visitContacts(client, m_search, limit, [&](const Json& contact) {
-            if (m_json) {
+            if (m_output.isJson()) {
                 contacts.push_back(contact);
             } else {
                 rows.push_back(
@@ -216,13 +218,15 @@ private:
                       textIn(contact, "mobile"), textIn(contact, "private"), textIn(contact, "office2")}});
             }
         });
-        if (m_json) {
+        const std::vector<std::string> titles{"NAME", "COMPANY", "OFFICE", "MOBILE", "PRIVATE", "OFFICE 2"};
+        if (m_output.isCsv()) {
+            std::cout << csvTable(titles, rows);
+        } else if (m_output.isJson()) {
             std::cout << host::jsonText({{"total", total}, {"contacts", std::move(contacts)}}) << "\n";
         } else if (rows.empty()) {
             std::cout << (m_search.empty() ? "no contacts in the phonebook\n" : "no contacts found\n");
         } else {
-            std::cout << tableText({"NAME", "COMPANY", "OFFICE", "MOBILE", "PRIVATE", "OFFICE 2"}, rows,
-                                   {terminalWidth(), {1, 0}});
+            std::cout << tableText(titles, rows, {terminalWidth(), {1, 0}, isColoured()});
             if (rows.size() < total) {
                 std::cout << "(" << rows.size() << " of " << total << ")\n";
             }
@@ -250,6 +254,7 @@ private:
     std::size_t m_limit = 0;
     std::string m_format;
     bool m_json = false;
+    OutputOption m_output;
 };
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "apps/calljournal/client/ListClient.h"
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/Confirmation.h"
 #include "apps/calljournal/command-line/FilterOptions.h"
 #include "apps/calljournal/command-line/ListOptions.h"
 #include "apps/calljournal/output/OutputStatus.h"
@@ -24,6 +25,7 @@ public:
         addEntriesOption(app, m_entries, "the entries, as `list LIST --ids` shows them, or their unique ids");
         app.add_flag("--all", m_all, "delete every entry of the list");
         m_filters.addSelection(app);
+        m_confirmation.addTo(app);
         app.callback([this] { checkSelection(); });
     }
 
@@ -53,6 +55,9 @@ private:
         if (!m_list.empty()) {
             query.emplace_back("list", m_list);
         }
+        if (!m_confirmation.isGiven("Delete all calls that these filters select?")) {
+            return Confirmation::refused();
+        }
         const auto deleted = client.remove({"calls"}, query).at("deleted").get<std::size_t>();
         std::cout << deleted << (deleted == 1 ? " call" : " calls") << " deleted" << std::endl;
         return statusOfOutput();
@@ -63,9 +68,16 @@ private:
         if (m_all) {
             const auto count =
                 fetchList(client, list, {.limit = 1, .search = {}})["total"].get<std::size_t>();
+            if (!m_confirmation.isGiven("Delete " + host::countText(list, count) + ", with their calls?")) {
+                return Confirmation::refused();
+            }
             client.remove({"lists", m_list}, {{"all", "true"}});
             std::cout << host::countText(list, count) << " deleted" << std::endl;
             return statusOfOutput();
+        }
+        if (!m_confirmation.isGiven("Delete " + host::countText(list, m_entries.size()) +
+                                    ", with their calls?")) {
+            return Confirmation::refused();
         }
         Json known = Json::array();
         std::vector<std::string> unknown;
@@ -90,6 +102,7 @@ private:
     std::vector<std::string> m_entries;
     bool m_all = false;
     FilterOptions m_filters;
+    Confirmation m_confirmation;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
 #include "apps/calljournal/command-line/ListOptions.h"
+#include "apps/calljournal/command-line/OutputOption.h"
 #include "apps/calljournal/output/ErrorOutput.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/TerminalWidth.h"
@@ -24,8 +25,10 @@ public:
             ->type_name("TEXT");
         CLI::Option* const ids =
             app.add_flag("--ids", m_ids, "print the entries' ids instead of their calls");
-        CLI::Option* const json = app.add_flag("--json", m_json, "print one JSON object");
-        app.add_flag("--csv", m_csv, "print a line of CSV for each call")->excludes(json)->excludes(ids);
+        CLI::Option* const json = m_output.addTo(app);
+        app.add_flag("--csv", m_csv, "print a line of CSV for each call, as -o csv")
+            ->excludes(json)
+            ->excludes(ids);
         ids->excludes(json);
     }
 
@@ -36,11 +39,11 @@ public:
         const ListName list = listNamed(m_list).value();
         host::ApiClient client(common.server());
         const nlohmann::ordered_json response = fetchList(client, list, m_filter);
-        if (m_csv) {
+        if (m_csv || m_output.isCsv()) {
             std::cout << host::csvText(list, response["items"]);
         } else {
-            std::cout << (m_json ? host::jsonText(response) + "\n" : describe(response));
-            if (!m_json && response["items"].empty() && isJournalOff(client)) {
+            std::cout << (m_output.isJson() ? host::jsonText(response) + "\n" : describe(response));
+            if (m_output.isTable() && response["items"].empty() && isJournalOff(client)) {
                 printError("the journal is switched off; `" +
                            common.commandForUser("settings call-log-enabled true") + "` switches it on");
             }
@@ -53,12 +56,15 @@ private:
         std::vector<ListRow> rows;
         for (const auto& item : response["items"]) {
             rows.push_back(rowOf(item));
+            if (rows.back().marked) {
+                rows.back().emphasis = Emphasis::eAlarm;
+            }
         }
         if (rows.empty()) {
             return "no entries " + std::string(m_filter.search.empty() ? "in the list" : "found") + "\n";
         }
-        std::string text =
-            tableText(rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls, terminalWidth());
+        std::string text = tableText(rows, m_ids ? ListColumns::eEntryIds : ListColumns::eCalls,
+                                     terminalWidth(), isColoured());
         if (const auto total = response["total"].get<std::size_t>(); rows.size() < total) {
             text += "(" + std::to_string(rows.size()) + " of " + std::to_string(total) + ")\n";
         }
@@ -69,7 +75,7 @@ private:
     std::size_t m_limit = 0;
     ListFilter m_filter;
     bool m_ids = false;
-    bool m_json = false;
+    OutputOption m_output;
     bool m_csv = false;
 };
 

@@ -6,11 +6,15 @@
 
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/Confirmation.h"
+#include "apps/calljournal/command-line/OutputOption.h"
+#include "apps/calljournal/output/CsvTable.h"
 #include "apps/calljournal/output/JsonText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/TerminalWidth.h"
 #include "apps/calljournal/output/TextTable.h"
 #include "host/api-client/ApiClient.h"
+#include "host/management/SettingRules.h"
 #include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 
@@ -19,14 +23,26 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// One text line for each setting, with its kind; printable, and cut to `width` columns.
-std::string settingsTable(const Json& settings, std::size_t width) {
+/// The effect of the setting, and the values that it takes.
+std::string explained(const std::string& key) {
+    const std::string_view meaning = host::meaningOf(key);
+    const std::string_view values = host::acceptedValues(key);
+    if (meaning.empty()) {
+        return "Stored, without effect on the journal.";
+    }
+    return std::string(meaning) + (values.empty() ? "" : " Takes " + std::string(values) + ".");
+}
+
+/// One text line for each setting, with its kind and its meaning.
+std::string settingsTable(const Json& settings, bool asCsv) {
+    const std::vector<std::string> titles{"SETTING", "OF", "VALUE", "MEANING"};
     std::vector<TableRow> rows;
     rows.reserve(settings.size());
     for (const Json& setting : settings) {
-        rows.push_back({false, {textIn(setting, "key"), textIn(setting, "of"), textIn(setting, "value")}});
+        const std::string key = textIn(setting, "key");
+        rows.push_back({false, {key, textIn(setting, "of"), textIn(setting, "value"), explained(key)}});
     }
-    return tableText({"SETTING", "OF", "VALUE"}, rows, {width, {2}});
+    return asCsv ? csvTable(titles, rows) : tableText(titles, rows, {terminalWidth(), {3, 2}, isColoured()});
 }
 
 /// {"KEY":"VALUE",...}, without the keys that have no value.
@@ -46,14 +62,22 @@ public:
         app.add_option("key", m_key, "the setting to read or change; without it, all are printed")
             ->type_name("KEY");
         m_valueOption = app.add_option("value", m_value, "the new value")->type_name("VALUE");
-        app.add_flag("--json", m_json, "print one JSON object");
+        m_output.addTo(app);
+        app.add_flag("--explain", m_explains, "print what the setting does and which values it takes")
+            ->excludes(m_valueOption);
+        m_confirmation.addTo(app);
     }
 
     int run(const CommonOptions& common) override {
         host::ApiClient client(common.server());
-        if (m_key.empty()) {
+        if (m_explains) {
+            explain(client, common);
+        } else if (m_key.empty()) {
             const Json settings = client.get({"management"})["settings"];
-            std::cout << (m_json ? settingsJson(settings) + "\n" : settingsTable(settings, terminalWidth()));
+            std::cout << (m_output.isJson() ? settingsJson(settings) + "\n"
+                                            : settingsTable(settings, m_output.isCsv()));
+        } else if (changes() && deletesCalls() && !m_confirmation.isGiven("Empty the four call lists?")) {
+            return Confirmation::refused();
         } else {
             print(valueOf(client, common), common);
         }
@@ -61,6 +85,23 @@ public:
     }
 
 private:
+    /// One sentence for the key, or for each one.
+    void explain(host::ApiClient& client, const CommonOptions& common) const {
+        if (!m_key.empty()) {
+            static_cast<void>(valueOf(client, common));
+            std::cout << host::printable(m_key) << ": " << explained(m_key) << "\n";
+            return;
+        }
+        for (const Json& setting : client.get({"management"})["settings"]) {
+            const std::string key = textIn(setting, "key");
+            std::cout << host::printable(key) << ": " << explained(key) << "\n";
+        }
+    }
+
+    [[nodiscard]] bool deletesCalls() const {
+        return (m_key == "clear-calllog" && m_value == "true") ||
+               (m_key == "call-log-enabled" && m_value == "false");
+    }
     [[nodiscard]] bool changes() const { return m_valueOption->count() > 0; }
 
     /// Returns the value of the key after the change, if there is one; null if it has none.
@@ -82,7 +123,7 @@ private:
         if (rejected == error.body().end()) {
             throw error;
         }
-        if (m_json) {
+        if (m_output.isJson()) {
             std::cout << host::jsonText({{"rejected", *rejected}}) << std::endl;
         }
         throw std::runtime_error(host::printable(textIn((*rejected)[m_key], "text")));
@@ -95,7 +136,7 @@ private:
                                      common.commandForUser("settings " + m_key + " VALUE") + "` sets one");
         }
         const std::string text = host::printable(value.get<std::string>());
-        if (m_json) {
+        if (m_output.isJson()) {
             std::cout << host::jsonText({{m_key, value}}) << "\n";
         } else {
             std::cout << (changes() ? key + " is set to " + host::printable(m_value) : text) << "\n";
@@ -105,7 +146,9 @@ private:
     std::string m_key;
     std::string m_value;
     CLI::Option* m_valueOption = nullptr;
-    bool m_json = false;
+    bool m_explains = false;
+    OutputOption m_output;
+    Confirmation m_confirmation;
 };
 
 }  // namespace

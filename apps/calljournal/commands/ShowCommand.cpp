@@ -8,6 +8,7 @@
 #include "apps/calljournal/client/ListClient.h"
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/OutputOption.h"
 #include "apps/calljournal/output/EntryText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/TerminalWidth.h"
@@ -39,7 +40,7 @@ public:
         app.add_option("entry", m_entry, "the entry's id, as `list LIST --ids` shows it, or its unique id")
             ->type_name("ENTRY")
             ->required();
-        app.add_flag("--json", m_json, "print one JSON object");
+        m_output.addTo(app, OutputOption::Forms::eTableAndJson);
     }
 
     int run(const CommonOptions& common) override {
@@ -52,15 +53,15 @@ public:
                 "` prints the ids of a list (an entry gets a new id whenever a call is added to it, and "
                 "keeps its unique id)");
         }
-        std::cout << (m_json ? host::jsonText(entry->second) + "\n"
-                             : entryText(entry->first, entry->second, terminalWidth()))
+        std::cout << (m_output.isJson() ? host::jsonText(entry->second) + "\n"
+                                        : entryText(entry->first, entry->second, terminalWidth()))
                   << std::flush;
         return statusOfOutput();
     }
 
 private:
     std::string m_entry;
-    bool m_json = false;
+    OutputOption m_output;
 };
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include "apps/calljournal/command-line/CommandLine.h"
 #include "apps/calljournal/command-line/FilterOptions.h"
 #include "apps/calljournal/command-line/ListOptions.h"
+#include "apps/calljournal/command-line/OutputOption.h"
+#include "apps/calljournal/output/CsvTable.h"
 #include "apps/calljournal/output/JsonText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/TerminalWidth.h"
@@ -81,7 +83,7 @@ std::vector<std::string> keyCells(const Json& group, const std::string& by) {
 }
 
 /// A row for each group.
-std::string groupsTable(const Json& groups, const std::string& by) {
+std::string groupsTable(const Json& groups, const std::string& by, bool asCsv) {
     std::vector<std::string> titles{host::upper(by)};
     std::vector<std::size_t> cut;
     if (by == "party") {
@@ -97,11 +99,11 @@ std::string groupsTable(const Json& groups, const std::string& by) {
         for (const Count& count : kCounts) {
             const std::string value = shown(group, count);
             // Columns without a value in any row are left out.
-            row.cells.push_back(value == "0" || value == "0:00" ? std::string() : value);
+            row.cells.push_back(!asCsv && (value == "0" || value == "0:00") ? std::string() : value);
         }
         rows.push_back(std::move(row));
     }
-    return tableText(titles, rows, {terminalWidth(), cut});
+    return asCsv ? csvTable(titles, rows) : tableText(titles, rows, {terminalWidth(), cut, isColoured()});
 }
 
 class StatsCommand final : public Command {
@@ -112,7 +114,7 @@ public:
                               "count for each day, hour of the day, day of the week or party")
                    ->type_name("day|hour|weekday|party");
         addLimitOption(app, m_limit, "the number of parties [10]");
-        app.add_flag("--json", m_json, "print one JSON object");
+        m_output.addTo(app);
     }
 
     int run(const CommonOptions& common) override {
@@ -125,8 +127,10 @@ public:
             query.emplace_back("limit", std::to_string(m_limit));
         }
         const Json statistics = client.get({"statistics"}, query);
-        if (m_json) {
+        if (m_output.isJson()) {
             std::cout << host::jsonText(statistics) << "\n";
+        } else if (m_output.isCsv()) {
+            std::cout << groupsOf(statistics, true);
         } else {
             std::cout << describe(statistics);
         }
@@ -134,10 +138,14 @@ public:
     }
 
 private:
-    [[nodiscard]] static std::string describe(const Json& statistics) {
+    [[nodiscard]] static std::string groupsOf(const Json& statistics, bool asCsv) {
         const std::string by = textIn(statistics, "by");
-        const std::string table = by.empty() ? groupsTable(statistics["topParties"], "party")
-                                             : groupsTable(statistics["groups"], by);
+        return by.empty() ? groupsTable(statistics["topParties"], "party", asCsv)
+                          : groupsTable(statistics["groups"], by, asCsv);
+    }
+
+    [[nodiscard]] static std::string describe(const Json& statistics) {
+        const std::string table = groupsOf(statistics, false);
         return totalsText(statistics["totals"]) + (table.empty() ? "" : "\n" + table);
     }
 
@@ -145,7 +153,7 @@ private:
     CLI::Option* m_by = nullptr;
     std::string m_grouping;
     std::size_t m_limit = 0;
-    bool m_json = false;
+    OutputOption m_output;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/command-line/OutputOption.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "host/api-client/ApiClient.h"
 #include "host/presentation/ItemJson.h"
@@ -54,14 +55,14 @@ std::string listText(const Json& list) {
 
 class StatusCommand final : public Command {
 public:
-    explicit StatusCommand(CLI::App& app) { app.add_flag("--json", m_json, "print one JSON object"); }
+    explicit StatusCommand(CLI::App& app) { m_output.addTo(app, OutputOption::Forms::eTableAndJson); }
 
     /// The status is 1 if the switch does not report the calls, too.
     int run(const CommonOptions& common) override {
         host::ApiClient client(common.server());
         const Json status = client.get({"status"});
         const Json& link = status.at("switch");
-        if (m_json) {
+        if (m_output.isJson()) {
             std::cout << host::jsonText(status) << "\n";
         } else {
             print("line", status.value("line", ""));
@@ -79,7 +80,7 @@ public:
     }
 
 private:
-    bool m_json = false;
+    OutputOption m_output;
 };
 
 }  // namespace

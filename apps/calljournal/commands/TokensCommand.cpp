@@ -8,6 +8,9 @@
 
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/CommandLine.h"
+#include "apps/calljournal/command-line/Confirmation.h"
+#include "apps/calljournal/command-line/OutputOption.h"
+#include "apps/calljournal/output/CsvTable.h"
 #include "apps/calljournal/output/JsonText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/TerminalWidth.h"
@@ -49,9 +52,10 @@ public:
             ->check(CLI::Range(1, kMostDays));
         m_create->add_flag("--json", m_json, "print one JSON object");
         m_list = addSubcommand(app, "list", "print the tokens without their secrets");
-        m_list->add_flag("--json", m_json, "print one JSON object");
+        m_output.addTo(*m_list);
         m_revoke = addSubcommand(app, "revoke", "revoke tokens; their event streams end within a second");
         m_revoke->add_option("name", m_names, "the name of a token")->type_name("NAME...")->required();
+        m_confirmation.addTo(*m_revoke);
     }
 
     int run(const CommonOptions& common) override {
@@ -86,7 +90,7 @@ private:
 
     int list(host::ApiClient& client) const {
         const Json response = client.get({"tokens"});
-        if (m_json) {
+        if (m_output.isJson()) {
             std::cout << host::jsonText(response) << "\n";
             return statusOfOutput();
         }
@@ -97,14 +101,23 @@ private:
                             {textIn(token, "name"), textIn(token, "scope"), textOr(token, "line", "all"),
                              textIn(token, "created"), token.value("expired", false) ? "expired" : expires}});
         }
-        std::cout << (rows.empty() ? "no named tokens\n"
-                                   : tableText({"NAME", "SCOPE", "LINE", "CREATED", "EXPIRES"}, rows,
-                                               {terminalWidth(), {0}}));
+        const std::vector<std::string> titles{"NAME", "SCOPE", "LINE", "CREATED", "EXPIRES"};
+        if (m_output.isCsv()) {
+            std::cout << csvTable(titles, rows);
+        } else {
+            std::cout << (rows.empty() ? "no named tokens\n"
+                                       : tableText(titles, rows, {terminalWidth(), {0}, isColoured()}));
+        }
         return statusOfOutput();
     }
 
     int revoke(host::ApiClient& client) const {
         const Json tokens = client.get({"tokens"}).at("tokens");
+        if (!m_confirmation.isGiven(m_names.size() == 1
+                                        ? "Revoke the token " + m_names.front() + "?"
+                                        : "Revoke " + std::to_string(m_names.size()) + " tokens?")) {
+            return Confirmation::refused();
+        }
         bool isEachKnown = true;
         for (const std::string& name : m_names) {
             const auto found = std::find_if(tokens.begin(), tokens.end(),
@@ -128,6 +141,8 @@ private:
     int m_days = 0;
     std::vector<std::string> m_names;
     bool m_json = false;
+    OutputOption m_output;
+    Confirmation m_confirmation;
 };
 
 }  // namespace

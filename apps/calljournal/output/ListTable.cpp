@@ -4,7 +4,8 @@
 
 namespace calljournal {
 
-std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std::size_t width) {
+std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std::size_t width,
+                      bool coloured) {
     const bool withIds = columns == ListColumns::eEntryIds;
     std::vector<TableRow> lines;
     lines.reserve(rows.size());
@@ -15,7 +16,7 @@ std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std
         } else {
             cells.insert(cells.end(), {row.forwardedTo, row.count, row.duration});
         }
-        lines.push_back({row.marked, std::move(cells)});
+        lines.push_back({row.marked, std::move(cells), row.emphasis});
     }
     std::vector<std::string> titles{"TIME", "NAME", "NUMBER"};
     if (withIds) {
@@ -23,8 +24,9 @@ std::string tableText(const std::vector<ListRow>& rows, ListColumns columns, std
     } else {
         titles.insert(titles.end(), {"FORWARDED TO", "CALLS", "DURATION"});
     }
-    return tableText(titles, lines,
-                     {width, withIds ? std::vector<std::size_t>{1, 2} : std::vector<std::size_t>{1, 3, 2}});
+    return tableText(
+        titles, lines,
+        {width, withIds ? std::vector<std::size_t>{1, 2} : std::vector<std::size_t>{1, 3, 2}, coloured});
 }
 
 }  // namespace calljournal

@@ -36,7 +36,7 @@ void narrow(std::vector<std::size_t>& widths, const TableFit& fit) {
     }
 }
 
-std::string lineOf(const TableRow& row, const std::vector<std::size_t>& widths) {
+std::string lineOf(const TableRow& row, const std::vector<std::size_t>& widths, bool isColoured) {
     std::string line = row.marked ? "* " : "  ";
     for (std::size_t column = 0; column < widths.size(); ++column) {
         if (widths[column] > 0) {
@@ -45,7 +45,7 @@ std::string lineOf(const TableRow& row, const std::vector<std::size_t>& widths) 
         }
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    return line + '\n';
+    return (isColoured ? coloured(line, row.emphasis) : line) + '\n';
 }
 
 }  // namespace
@@ -60,9 +60,9 @@ std::string tableText(const std::vector<std::string>& titles, const std::vector<
         widths.push_back(widthOf(column, titles[column], rows));
     }
     narrow(widths, fit);
-    std::string text = lineOf({false, titles}, widths);
+    std::string text = lineOf({false, titles, Emphasis::eStrong}, widths, fit.coloured);
     for (const TableRow& row : rows) {
-        text += lineOf(row, widths);
+        text += lineOf(row, widths, fit.coloured);
     }
     return text;
 }

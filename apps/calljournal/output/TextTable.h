@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/calljournal/output/Colour.h"
+
 namespace calljournal {
 
 /// A row of a table. A plain value; texts are not escaped.
@@ -12,6 +14,8 @@ struct TableRow {
     bool marked = false;
     /// One for each title.
     std::vector<std::string> cells;
+    /// The emphasis on a terminal with colours.
+    Emphasis emphasis = Emphasis::eNone;
 };
 
 /// The width limit of a table. A plain value.
@@ -21,6 +25,8 @@ struct TableFit {
     /// The positions of the table's columns that may be cut, in this order. A cut text ends in "…". A column
     /// is not cut below a few characters, so a row can still be longer than `width`.
     std::vector<std::size_t> cut;
+    /// True to show the emphasis of rows, and the titles in bold.
+    bool coloured = false;
 };
 
 /// The rows as a table for a terminal, with a row of titles. Leaves out columns that are empty in every row

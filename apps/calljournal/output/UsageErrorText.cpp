@@ -116,6 +116,10 @@ std::string valueFault(const CLI::App& command, const CLI::ParseError& error) {
     return host::printable(isArgument && colon != std::string::npos ? text.substr(colon + 2) : text);
 }
 
+std::string missingCommand(const CLI::App& app) {
+    return "a command is missing: " + joined(commandsOf(app));
+}
+
 std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error) {
     const std::vector<std::string> commands = commandsOf(command);
     const std::string unknown = firstUnknown(app, !commands.empty());
@@ -124,18 +128,26 @@ std::string faultOf(const CLI::App& app, const CLI::App& command, const CLI::Par
         return "there is no option " + host::printable(name) + suggestion(name, optionsOf(command));
     }
     if (!unknown.empty() && !commands.empty()) {
-        return "there is no command " + host::printable(unknown) + suggestion(unknown, commands);
+        return unknownCommandText(command, unknown);
     }
     if (!unknown.empty()) {
         return "unexpected argument " + host::printable(unknown);
     }
     if (!commands.empty()) {
-        return "a command is missing: " + joined(commands);
+        return missingCommand(command);
     }
     return valueFault(command, error);
 }
 
 }  // namespace
+
+std::string missingCommandText(const CLI::App& app) {
+    return app.get_name() + ": " + missingCommand(app) + " (`" + app.get_name() + " --help` shows more)";
+}
+
+std::string unknownCommandText(const CLI::App& app, const std::string& word) {
+    return "there is no command " + host::printable(word) + suggestion(word, commandsOf(app));
+}
 
 std::string usageErrorText(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App& command = innermost(app);

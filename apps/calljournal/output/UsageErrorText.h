@@ -13,4 +13,10 @@ namespace calljournal {
 /// similar known one. Requires: `app` threw `error`, which is not a help request. Pure.
 [[nodiscard]] std::string usageErrorText(const CLI::App& app, const CLI::ParseError& error);
 
+/// The error of a command line that has options, but no command. Pure.
+[[nodiscard]] std::string missingCommandText(const CLI::App& app);
+
+/// "there is no command X; did you mean Y?", of the commands below `app`. Pure.
+[[nodiscard]] std::string unknownCommandText(const CLI::App& app, const std::string& word);
+
 }  // namespace calljournal

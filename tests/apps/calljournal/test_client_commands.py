@@ -103,7 +103,7 @@ class ClientCommandsTest(ProgramTest):
             _, _, subcommands = output.partition("\nSubcommands:\n")
             left += [(command + " " + each).strip() for each in re.findall(r"(?m)^  ([a-z]+) ", subcommands)]
             inherited = options.get(command.rpartition(" ")[0], []) if " " in command else []
-            options[command] = sorted({*inherited, *re.findall(r"(?m)^  (?:-h,)?(--[a-z0-9-]+)", output)})
+            options[command] = sorted({*inherited, *re.findall(r"(?m)^  (?:-[a-z],)?(--[a-z0-9-]+)", output)})
         return options
 
     def test_completion_and_manual_contain_every_command_and_option(self):

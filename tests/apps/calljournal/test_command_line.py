@@ -15,7 +15,7 @@ NO_SWITCH = "127.0.0.1:1"
 class CommandLineTest(ProgramTest):
     def test_wrong_usage_is_status_2_with_advice(self):
         for command, fault in (
-                ("", "a command is missing: serve, switch,"), ("sing", "there is no command sing"),
+                ("--data D", "a command is missing: serve, switch,"), ("sing", "there is no command sing"),
                 ("lst missed --data D", "there is no command lst; did you mean list?"), ("cal", "did you mean call?"),
                 ("list missed --lmit 3", "there is no option --lmit; did you mean --limit?"),
                 ("contacts imprt x", "there is no command imprt; did you mean import?"), ("contacts", "import, add, list or export"),
