@@ -1,8 +1,9 @@
 // A person: what became of each call, note, contact, calling back, erasing.
 
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import test from "node:test";
-import { at, openRow, row, showJournal } from "./harness.mjs";
+import { at, openRow, row, showJournal, Stage } from "./harness.mjs";
 
 const calls = `
 call ann from 4711 "Ann Müller" ; ring ann ; answer ann ; wait 1100ms
@@ -97,4 +98,48 @@ test("an entry that is marked as new stays so until the user marks it as seen; a
     await row(page, "Number withheld").waitFor({ state: "detached" });
     await at(page, "undo").click();
     await row(page, "Number withheld").waitFor();
+});
+
+test("what an access key may not do is not offered, and nothing is marked as seen", async (context) => {
+    const stage = new Stage(context);
+    await stage.plays(calls);
+    await stage.serves();
+    const token = execFileSync(process.env.CALLJOURNAL, ["tokens", "create", "wall", "--scope", "read", "--data", stage.data], { encoding: "utf8" }).trim();
+    await stage.api("PUT", "parties/4711", { note: "Calls about the roof" });
+    const page = await stage.opens(wide);
+    await page.goto(`${stage.url}?token=${token}`);
+    const refused = [];
+    page.on("response", (response) => response.status() === 403 && refused.push(response.url()));
+    await row(page, "Reception").waitFor();
+    await openRow(page, "Ann");
+    await at(page, "note-text").getByText("Calls about the roof").waitFor();
+    for (const action of ["add-contact", "mark-seen", "mark-new", "delete-call", "erase", "note", "select"]) {
+        assert.equal(await at(page, action).count(), 0, action);
+    }
+    assert.equal(await page.locator("a[data-test=call-button]").first().getAttribute("href"), "tel:4711");
+    await page.keyboard.press("Delete");
+    await at(page, "nav-contacts").click();
+    await at(page, "search-contacts").waitFor();
+    assert.equal(await at(page, "new-contact").count() + (await at(page, "import").count()), 0);
+    await at(page, "nav-settings").click();
+    await at(page, "sign-out").waitFor();
+    assert.equal(await page.locator(".advanced").count(), 0);
+    await page.goto(`${stage.url}#/calls`);
+    await row(page, "Reception").waitFor();
+    await page.waitForTimeout(4000); // longer than a row must be visible to count as seen
+    assert.ok((await stage.api("GET", "lists/missed")).items.every(({ viewed }) => !viewed));
+    assert.deepEqual(refused, []);
+});
+
+test("a note that was changed elsewhere meanwhile keeps both texts", async (context) => {
+    const [stage, page] = await showJournal(context, calls, wide);
+    await openRow(page, "Ann");
+    await at(page, "note").fill("Owns the ladder");
+    await stage.api("PUT", "parties/4711", { note: "Calls about the roof" });
+    await at(page, "note").blur();
+    await at(page, "person").getByText("changed elsewhere").waitFor();
+    assert.equal(await at(page, "note").inputValue(), "Calls about the roof\nOwns the ladder");
+    await at(page, "note").focus();
+    await at(page, "note").blur();
+    await stage.until(async () => (await stage.api("GET", "parties/4711")).note === "Calls about the roof\nOwns the ladder");
 });

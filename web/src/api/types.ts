@@ -68,6 +68,7 @@ export interface LiveCall {
 
 export interface Status {
     line: string;
+    scope: "metrics" | "read" | "write" | "admin";
     softwareType: string;
     switch: { connected: boolean; monitoring: boolean };
     /** The SIP telephone that the program runs. */

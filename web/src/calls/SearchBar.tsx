@@ -1,6 +1,7 @@
 import { useEffect, useRef, useState } from "preact/hooks";
 import { Icon } from "../frame/Icon";
 import { filterCount, showsRequests } from "../state/filters";
+import { mayWrite } from "../state/rights";
 import { parameter, setParameters } from "../state/route";
 import { t } from "../text/language";
 import { isoDay } from "../text/times";
@@ -111,7 +112,7 @@ export function SearchBar({ filtersOpen, onFilters }: Props) {
                 {count > 0 && <span class="badge">{count}</span>}
             </button>
             <DateJump />
-            {!showsRequests.value && (
+            {!showsRequests.value && mayWrite.value && (
                 <button
                     type="button"
                     class="icon-button"

@@ -3,6 +3,7 @@ import type { Call } from "../api/types";
 import { hiddenCalls } from "../state/deletions";
 import { mainFeed } from "../state/feeds";
 import { rowsOf, type Group } from "./rows";
+import { mayWrite } from "../state/rights";
 
 const expanded = signal<ReadonlySet<string>>(new Set());
 
@@ -61,6 +62,9 @@ export function isSelected(group: Group): boolean {
 }
 
 export function select(calls: readonly Call[], on: boolean): void {
+    if (!mayWrite.value) {
+        return;
+    }
     const ids = new Set(selected.value);
     calls.forEach(({ id }) => (on ? ids.add(id) : ids.delete(id)));
     selected.value = ids;

@@ -50,6 +50,8 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
     return (
         <Window dialog={dialog} title={contact ? texts.change : texts.add} test="contact-dialog" onClose={onClose}>
             <form
+                // The journal judges the values; a browser that refuses an address would do so in its own words.
+                noValidate
                 onSubmit={(event) => {
                     event.preventDefault();
                     void save();
@@ -63,7 +65,10 @@ export function ContactDialog({ contact, first, onDelete, onClose, onSaved }: Pr
                             type={types[name] ?? "text"}
                             autocomplete="off"
                             value={values[name]}
-                            onInput={(event) => setValues({ ...values, [name]: event.currentTarget.value })}
+                            onInput={(event) => {
+                                const { value } = event.currentTarget;
+                                setValues((before) => ({ ...before, [name]: value }));
+                            }}
                         />
                     </label>
                 ))}

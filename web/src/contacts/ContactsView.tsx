@@ -1,8 +1,10 @@
 import { useEffect, useState } from "preact/hooks";
-import type { Contact } from "../api/types";
+import { numberFields, type Contact } from "../api/types";
 import { Icon } from "../frame/Icon";
 import { version } from "../state/connection";
 import { contactsDeleted, deleteLater } from "../state/deletions";
+import { mayWrite } from "../state/rights";
+import { addressOf } from "../state/route";
 import { t } from "../text/language";
 import { ContactDialog } from "./ContactDialog";
 import { dismissImport, importContacts, imports } from "./ContactImport";
@@ -15,6 +17,14 @@ import { useContacts } from "./useContacts";
 function letterOf(contact: Contact): string {
     const [first = ""] = contact.surname.normalize("NFD");
     return /\p{L}/u.test(first) ? first.toLocaleUpperCase() : "#";
+}
+
+/** For one who may not change the contact. */
+function showCalls(contact: Contact): void {
+    const number = numberFields.map((name) => contact[name]).find(Boolean);
+    if (number) {
+        window.location.hash = addressOf("calls", { person: number });
+    }
 }
 
 export function ContactsView() {
@@ -34,7 +44,7 @@ export function ContactsView() {
             onDrop={(event) => {
                 event.preventDefault();
                 const file = event.dataTransfer?.files[0];
-                if (file) {
+                if (file && mayWrite.value) {
                     void importContacts(file);
                 }
             }}
@@ -53,10 +63,12 @@ export function ContactsView() {
                             onInput={(event) => setSearch(event.currentTarget.value)}
                         />
                     </div>
-                    <ImportButton />
-                    <button type="button" class="main-button" data-test="new-contact" onClick={() => setDialog({})}>
-                        {texts.add}
-                    </button>
+                    {mayWrite.value && <ImportButton />}
+                    {mayWrite.value && (
+                        <button type="button" class="main-button" data-test="new-contact" onClick={() => setDialog({})}>
+                            {texts.add}
+                        </button>
+                    )}
                 </div>
                 <ImportResult />
                 <p role="status" class="hint" data-test="contact-count">
@@ -82,7 +94,11 @@ export function ContactsView() {
                             isTarget={index === Math.min(last, found.contacts.length - 1)}
                             onOpen={() => {
                                 setLast(index);
-                                setDialog({ contact });
+                                if (mayWrite.value) {
+                                    setDialog({ contact });
+                                } else {
+                                    showCalls(contact);
+                                }
                             }}
                         />,
                     ])}

@@ -4,6 +4,7 @@ import { ApiError } from "../api/request";
 import { status } from "../state/connection";
 import { report, succeeded } from "../state/failures";
 import { announce } from "../state/news";
+import { mayWrite } from "../state/rights";
 import { t } from "../text/language";
 
 export interface Callee {
@@ -15,9 +16,9 @@ export interface Callee {
 /** The callee whose number reaches an emergency service, until the user confirms or cancels the call. */
 export const emergency = signal<Callee | undefined>(undefined);
 
-/** True if the journal can place calls; else the browser is given a `tel:` link. */
+/** True if the journal can place calls, and this browser may; else the browser is given a `tel:` link. */
 export function canPlaceCalls(): boolean {
-    return status.value?.callControl === true;
+    return mayWrite.value && status.value?.callControl === true;
 }
 
 /** The address for the browser's own telephone program. */

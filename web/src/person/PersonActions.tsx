@@ -3,6 +3,7 @@ import { api } from "../api/client";
 import type { Call, Contact } from "../api/types";
 import { ContactDialog } from "../contacts/ContactDialog";
 import { CallButton } from "../dial/CallButton";
+import { mayWrite } from "../state/rights";
 import { isNew, markNew, markSeen } from "../state/seen";
 import { wasTakenElsewhere } from "../state/unseen";
 import { t } from "../text/language";
@@ -27,7 +28,7 @@ export function PersonActions({ name, number, calls }: Props) {
     return (
         <div class="person-actions">
             {number && <CallButton number={number} who={name} large={party.value?.numberText || calls[0]?.numberText || number} />}
-            {number && (
+            {number && mayWrite.value && (
                 <button
                     type="button"
                     data-test="add-contact"
@@ -37,6 +38,7 @@ export function PersonActions({ name, number, calls }: Props) {
                 </button>
             )}
             {missed.length > 0 &&
+                mayWrite.value &&
                 (missed.some(isNew) ? (
                     <button type="button" data-test="mark-seen" onClick={() => markSeen(missed, true)}>
                         {texts.markSeen}

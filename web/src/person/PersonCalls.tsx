@@ -3,6 +3,7 @@ import { becameOf, outcomeOf } from "../calls/outcome";
 import { Icon } from "../frame/Icon";
 import { deleteLater } from "../state/deletions";
 import { calledBackAt } from "../state/dealtWith";
+import { mayWrite } from "../state/rights";
 import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { clockTime, dayStart, dayTitle, fullTime } from "../text/times";
@@ -29,16 +30,18 @@ function Item({ call }: { call: Call }) {
                     </span>
                 )}
             </span>
-            <button
-                type="button"
-                class="icon-button quiet-button"
-                data-test="delete-call"
-                aria-label={`${t().person.deleteCall}: ${t().outcomes[outcome]}, ${fullTime(call.start)}`}
-                title={t().person.deleteCall}
-                onClick={() => deleteLater("calls", [call.id])}
-            >
-                <Icon name="trash" />
-            </button>
+            {mayWrite.value && (
+                <button
+                    type="button"
+                    class="icon-button quiet-button"
+                    data-test="delete-call"
+                    aria-label={`${t().person.deleteCall}: ${t().outcomes[outcome]}, ${fullTime(call.start)}`}
+                    title={t().person.deleteCall}
+                    onClick={() => deleteLater("calls", [call.id])}
+                >
+                    <Icon name="trash" />
+                </button>
+            )}
         </li>
     );
 }

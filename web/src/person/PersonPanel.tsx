@@ -5,11 +5,12 @@ import { online, version } from "../state/connection";
 import { mainFeed, personFeed } from "../state/feeds";
 import { isInBackground } from "../state/news";
 import { closeDetails, parameter } from "../state/route";
+import { mayWrite } from "../state/rights";
 import { isKeptNew, isNew, markSeen } from "../state/seen";
 import { t } from "../text/language";
 import { nameOf, titleOf } from "../text/people";
 import { DeleteCalls } from "./DeleteCalls";
-import { Note } from "./Note";
+import { Note, NoteText } from "./Note";
 import { forgetParty, party, readParty } from "./person";
 import { PersonActions } from "./PersonActions";
 import { PersonCalls } from "./PersonCalls";
@@ -58,7 +59,7 @@ function WithheldPerson({ id }: { id: string }) {
             <PersonHead name={name} initialsOf={opened ? nameOf(opened) : ""} calls={shown} />
             <PersonActions name={name} number="" calls={shown} />
             <PersonCalls title={t().person.withheldHistory} calls={shown} />
-            <DeleteCalls name={name} number="" calls={shown} />
+            {mayWrite.value && <DeleteCalls name={name} number="" calls={shown} />}
         </Frame>
     );
 }
@@ -104,11 +105,11 @@ function NumberedPerson({ number }: { number: string }) {
             <PersonActions name={name} number={number} calls={calls} />
             <PersonRequests number={number} />
             <PersonNumbers number={number} party={known} />
-            {known && <Note key={number} number={number} stored={known.note} />}
+            {known && (mayWrite.value ? <Note key={number} number={number} stored={known.note} /> : <NoteText note={known.note} />)}
             {personFeed.isRead.value && (
                 <PersonCalls title={t().person.history} calls={calls} onMore={personFeed.hasOlder.value ? () => personFeed.readOlder() : undefined} />
             )}
-            {known && <DeleteCalls name={name} number={number} calls={calls} />}
+            {known && mayWrite.value && <DeleteCalls name={name} number={number} calls={calls} />}
         </Frame>
     );
 }

@@ -1,6 +1,7 @@
 import { requestText } from "../calls/RequestsList";
 import { requests } from "../state/callbackRequests";
 import { deleteLater } from "../state/deletions";
+import { mayWrite } from "../state/rights";
 import { t } from "../text/language";
 import { dayAndTime } from "../text/times";
 
@@ -14,9 +15,11 @@ export function PersonRequests({ number }: { number: string }) {
             <p>
                 {requestText(request)} · <time dateTime={request.time}>{dayAndTime(request.time)}</time>
             </p>
-            <button type="button" data-test="delete-request" onClick={() => deleteLater("requests", [request.entryId])}>
-                {texts.delete}
-            </button>
+            {mayWrite.value && (
+                <button type="button" data-test="delete-request" onClick={() => deleteLater("requests", [request.entryId])}>
+                    {texts.delete}
+                </button>
+            )}
         </section>
     ));
 }

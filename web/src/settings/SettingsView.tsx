@@ -1,5 +1,6 @@
 import { report, succeeded } from "../state/failures";
 import { signOut } from "../state/connection";
+import { mayManage } from "../state/rights";
 import { t } from "../text/language";
 import { Advanced } from "./Advanced";
 import { JournalSettings } from "./JournalSettings";
@@ -17,10 +18,12 @@ export function SettingsView() {
         <div class="view">
             <div class="view-column">
                 <h2 class="view-title">{texts.title}</h2>
-                <section class="card" aria-labelledby="settings-journal">
-                    <h3 id="settings-journal">{texts.journal}</h3>
-                    <JournalSettings />
-                </section>
+                {mayManage.value && (
+                    <section class="card" aria-labelledby="settings-journal">
+                        <h3 id="settings-journal">{texts.journal}</h3>
+                        <JournalSettings />
+                    </section>
+                )}
                 <section class="card" aria-labelledby="settings-page">
                     <h3 id="settings-page">{texts.page}</h3>
                     <PageSettings />
@@ -35,9 +38,11 @@ export function SettingsView() {
                         </button>
                     </div>
                 </section>
-                <section class="card advanced">
-                    <Advanced />
-                </section>
+                {mayManage.value && (
+                    <section class="card advanced">
+                        <Advanced />
+                    </section>
+                )}
             </div>
         </div>
     );

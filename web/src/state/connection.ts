@@ -9,6 +9,7 @@ import { signedOut } from "./failures";
 import { feeds, newFeed } from "./feeds";
 import { onLiveCalls, readLiveCalls } from "./live";
 import { onMissedCall } from "./news";
+import { scope } from "./rights";
 import { readSettings } from "./settings";
 
 const pollInterval = 2000;
@@ -63,6 +64,7 @@ const stream = new EventStream({
 async function readStatus(): Promise<void> {
     try {
         status.value = await api.status();
+        scope.value = status.value.scope;
         if (!reachable.value) {
             // The stream does not notice a connection that was cut without a reset.
             reachable.value = true;

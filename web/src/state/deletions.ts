@@ -3,6 +3,7 @@ import { api } from "../api/client";
 import { t } from "../text/language";
 import { report, succeeded } from "./failures";
 import { mainFeed, personFeed } from "./feeds";
+import { mayWrite } from "./rights";
 
 /** The kinds of things that can be deleted with undo. Calls have numbers as ids, written as texts. */
 export type Scope = "calls" | "contacts" | "requests";
@@ -67,6 +68,9 @@ export function summary(): string {
 }
 
 export function deleteLater(scope: Scope, ids: readonly (string | number)[]): void {
+    if (!mayWrite.value) {
+        return;
+    }
     if (waiting.value.size + ids.length > maxWaiting) {
         void sendAll();
     }

@@ -3,6 +3,7 @@ import type { Call } from "../api/types";
 import { t } from "../text/language";
 import { report, reportOnce, succeeded } from "./failures";
 import { feeds } from "./feeds";
+import { mayWrite } from "./rights";
 
 const storageKey = "calljournal.kept-new";
 const keptCount = 500;
@@ -49,7 +50,7 @@ function setViewed(ids: readonly string[], viewed: boolean): void {
 /** Marks the entries of new calls as seen. `byUser`: also those that the user has marked as new. */
 export function markSeen(calls: readonly Call[], byUser: boolean): void {
     const ids = idsOf(calls.filter((call) => isNew(call) && (byUser || !isKeptNew(call))));
-    if (ids.length === 0) {
+    if (ids.length === 0 || !mayWrite.value) {
         return;
     }
     ids.forEach((id) => keptNew.delete(id));

@@ -1,7 +1,8 @@
-import { computed, signal } from "@preact/signals";
+import { computed, effect, signal } from "@preact/signals";
 import { api } from "../api/client";
 import { t } from "../text/language";
 import { reportOnce, succeeded } from "./failures";
+import { mayManage } from "./rights";
 
 /** The journal's settings as last read from the server. Other clients may change them. */
 export const settings = signal<Record<string, string> | undefined>(undefined);
@@ -12,6 +13,9 @@ let reads = 0;
 
 export async function readSettings(): Promise<void> {
     const read = ++reads;
+    if (!mayManage.value) {
+        return;
+    }
     try {
         const values = await api.settings();
         if (read === reads) {
@@ -24,6 +28,13 @@ export async function readSettings(): Promise<void> {
         }
     }
 }
+
+// At the begin the journal has not told yet what the access key may do.
+effect(() => {
+    if (mayManage.value) {
+        void readSettings();
+    }
+});
 
 /** Throws the ApiError if the server refuses the value. */
 export async function changeSetting(key: string, value: string): Promise<void> {

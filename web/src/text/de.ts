@@ -191,6 +191,7 @@ export const de: Texts = {
         note: "Notiz",
         notePlaceholder: "Was Sie sich zu dieser Person merken möchten",
         stored: "Gespeichert",
+        bothNotes: "Diese Notiz wurde inzwischen anderswo geändert. Hier stehen jetzt beide Texte; gespeichert wird, was Sie stehen lassen.",
         history: "Alle Anrufe mit dieser Person",
         withheldHistory: "Diese Anrufe",
         more: "Weitere Anrufe zeigen",

@@ -190,6 +190,7 @@ export const en = {
         note: "Note",
         notePlaceholder: "Something to remember about this person",
         stored: "Saved",
+        bothNotes: "Meanwhile this note was changed elsewhere. Both texts are here now; what you leave is saved.",
         history: "All calls with this person",
         withheldHistory: "These calls",
         more: "Show more calls",
