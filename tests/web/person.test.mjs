@@ -20,7 +20,7 @@ test("a person has totals, every call in words, a note that stays, numbers to co
     const [stage, page] = await showJournal(context, calls, { ...wide, permissions: ["clipboard-read", "clipboard-write"] });
     await row(page, "Number withheld").waitFor();
     await openRow(page, "Ann");
-    await at(page, "summary").getByText(/^3 calls · .* talked · first on \d/).waitFor();
+    await at(page, "summary").getByText(/^3 calls · .* talked · since \d/).waitFor();
     assert.deepEqual(await page.locator(".history-outcome").evaluateAll((all) => all.map((each) => each.innerText.split(" ")[0])), ["Missed", "Missed", "Answered"]);
     await at(page, "became").getByText(/Talked .*Transferred$/).waitFor();
     await at(page, "copy").first().click();

@@ -10,7 +10,6 @@
 #include "host/config/Endpoint.h"
 #include "host/csta/association/SwitchConnection.h"
 #include "host/remote/RemoteError.h"
-#include "host/tls/ClientContext.h"
 
 namespace calljournal {
 namespace {
@@ -53,8 +52,7 @@ Finding connect(const host::Configuration::Switch& callSwitch) {
     const std::string where = host::Endpoint{callSwitch.host, callSwitch.port}.text();
     host::SwitchConnection::Peer peer{.host = callSwitch.host, .port = callSwitch.port};
     if (callSwitch.tls) {
-        peer.tls = host::clientContext(callSwitch.trust);
-        peer.name = callSwitch.trust.name;
+        peer.tls = callSwitch.trust;
     }
     asio::io_context loop;
     Finding finding{Level::eFailed, "switch", where + " does not respond; see switch.host and switch.port"};

@@ -23,7 +23,7 @@ function RequestRow({ request }: { request: CallbackRequest }) {
                     <bdi>{who}</bdi>
                 </span>
                 <span class="row-facts">
-                    {[request.displayName && numberOf(request), dayAndTime(request.time)].filter(Boolean).join(" · ")}
+                    {[request.displayName && numberOf(request), t().requests.since(dayAndTime(request.time))].filter(Boolean).join(" · ")}
                 </span>
                 <span class="request-text">{requestText(request)}</span>
             </a>

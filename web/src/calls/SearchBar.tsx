@@ -99,19 +99,23 @@ export function SearchBar({ filtersOpen, onFilters }: Props) {
     return (
         <div class="search-bar" role="search">
             <SearchField />
-            <button
-                type="button"
-                class="icon-button"
-                data-test="filters"
-                aria-expanded={filtersOpen}
-                aria-label={count > 0 ? texts.filtersOn(count) : texts.filters}
-                title={texts.filters}
-                onClick={onFilters}
-            >
-                <Icon name="filter" />
-                {count > 0 && <span class="badge">{count}</span>}
-            </button>
-            <DateJump />
+            {!showsRequests.value && (
+                <>
+                    <button
+                        type="button"
+                        class="icon-button"
+                        data-test="filters"
+                        aria-expanded={filtersOpen}
+                        aria-label={count > 0 ? texts.filtersOn(count) : texts.filters}
+                        title={texts.filters}
+                        onClick={onFilters}
+                    >
+                        <Icon name="filter" />
+                        {count > 0 && <span class="badge">{count}</span>}
+                    </button>
+                    <DateJump />
+                </>
+            )}
             {!showsRequests.value && mayWrite.value && (
                 <button
                     type="button"

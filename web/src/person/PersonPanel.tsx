@@ -109,7 +109,7 @@ function NumberedPerson({ number }: { number: string }) {
             {personFeed.isRead.value && (
                 <PersonCalls title={t().person.history} calls={calls} onMore={personFeed.hasOlder.value ? () => personFeed.readOlder() : undefined} />
             )}
-            {known && mayWrite.value && <DeleteCalls name={name} number={number} calls={calls} />}
+            {known && mayWrite.value && <DeleteCalls name={name === known.numberText ? name : `${name} (${known.numberText || number})`} number={number} calls={calls} />}
         </Frame>
     );
 }

@@ -12,8 +12,9 @@ export function PersonRequests({ number }: { number: string }) {
     return found.map((request) => (
         <section key={request.entryId} class="person-request" data-test="person-request">
             <h3>{texts.title}</h3>
+            <p>{requestText(request)}</p>
             <p>
-                {requestText(request)} · <time dateTime={request.time}>{dayAndTime(request.time)}</time>
+                <time dateTime={request.time}>{texts.since(dayAndTime(request.time))}</time>
             </p>
             {mayWrite.value && (
                 <button type="button" data-test="delete-request" onClick={() => deleteLater("requests", [request.entryId])}>

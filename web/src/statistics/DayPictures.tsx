@@ -5,6 +5,8 @@ import { Card } from "./Card";
 import type { Day } from "./days";
 import { Plot } from "./Plot";
 
+const secondsOfDay = 24 * 60 * 60;
+
 interface TableProps {
     caption: string;
     columns: readonly string[];
@@ -52,10 +54,12 @@ export function DayPictures({ days, callBackTime }: { days: readonly Day[]; call
         [days, texts],
     );
     const talk = useMemo(() => [{ label: texts.minutes, colour: "chart-taken", values: days.map(({ talkTime }) => Math.round(talkTime / 60)) }], [days, texts]);
-    const back = useMemo(
-        () => [{ label: texts.hours, colour: "chart-dialled", values: days.map(({ callBackTime }) => (callBackTime === null ? null : Math.round(callBackTime / 360) / 10)) }],
-        [days, texts],
-    );
+    const back = useMemo(() => {
+        const inDays = days.some(({ callBackTime }) => (callBackTime ?? 0) > 2 * secondsOfDay);
+        const unit = inDays ? secondsOfDay : 3600;
+        const values = days.map(({ callBackTime }) => (callBackTime === null ? null : Math.round((10 * callBackTime) / unit) / 10));
+        return [{ label: inDays ? texts.days : texts.hours, colour: "chart-dialled", values }];
+    }, [days, texts]);
     const newest = [...days].filter((day) => day.calls > 0).reverse();
     return (
         <>

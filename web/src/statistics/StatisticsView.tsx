@@ -20,13 +20,12 @@ function Totals({ totals }: { totals: Figures["totals"] }) {
     const { totals: names, never } = t().statistics;
     const taken = totals.answered; // calls answered here
     const came = taken + totals.missed;
-    const talks = taken + totals.dialled;
     const tiles: [string, string][] = [
         [names.calls, numberText(totals.calls)],
         [names.missed, numberText(totals.missed)],
         [names.share, came > 0 ? percentText(taken / came) : never],
         [names.talkTime, totals.talkTime > 0 ? durationText(totals.talkTime) : never],
-        [names.average, talks > 0 && totals.talkTime > 0 ? durationText(totals.talkTime / talks) : never],
+        [names.longest, totals.longest > 0 ? durationText(totals.longest) : never],
         [names.callBack, totals.callBackTime === null ? never : durationText(totals.callBackTime)],
     ];
     return (
