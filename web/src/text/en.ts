@@ -278,7 +278,7 @@ export const en = {
         range: "Time",
         list: "Calls",
         ranges: { "7d": "7 days", "28d": "4 weeks", "90d": "3 months", "365d": "12 months" },
-        totals: { calls: "Calls", missed: "Missed", share: "Answered (incoming)", talkTime: "Talk time", longest: "Longest call", callBack: "Usual time to call back" },
+        totals: { calls: "Calls", missed: "Missed", share: "Incoming, answered here", talkTime: "Talk time", longest: "Longest call", callBack: "Usual time to call back" },
         perDay: "Calls per day",
         perDayText: "Each day's calls, and how many of them were answered or missed.",
         day: "Day",
