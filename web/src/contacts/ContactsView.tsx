@@ -11,12 +11,15 @@ import { dismissImport, importContacts, imports } from "./ContactImport";
 import { ContactRow } from "./ContactRow";
 import { ImportButton } from "./ImportButton";
 import { ImportResult } from "./ImportResult";
-import { useContacts } from "./useContacts";
+import { sortName, useContacts } from "./useContacts";
 
-/** The letter under which a contact is listed: the server orders them by surname, those without one first. */
+const collator = new Intl.Collator(undefined, { sensitivity: "base" });
+
+/** The letter under which a contact is listed: people look for Ø under O. */
 function letterOf(contact: Contact): string {
-    const [first = ""] = contact.surname.normalize("NFD");
-    return /\p{L}/u.test(first) ? first.toLocaleUpperCase() : "#";
+    const [first = ""] = sortName(contact).normalize("NFD");
+    const plain = [..."ABCDEFGHIJKLMNOPQRSTUVWXYZ"].find((letter) => collator.compare(letter, first) === 0);
+    return plain ?? (/\p{L}/u.test(first) ? first.toLocaleUpperCase() : "#");
 }
 
 /** For one who may not change the contact. */

@@ -6,6 +6,15 @@ import { reportOnce, succeeded } from "../state/failures";
 import { t } from "../text/language";
 
 const atOnce = 200;
+const collator = new Intl.Collator(undefined, { sensitivity: "base" });
+
+/** The name by which people look for a contact. */
+export const sortName = ({ surname, firstName, company }: Contact) => surname || firstName || company;
+
+/** The server puts contacts without a surname first. Those that it did not send have their places there. */
+function inOrder({ total, contacts }: { total: number; contacts: Contact[] }) {
+    return { total, contacts: contacts.length === total ? [...contacts].sort((one, other) => collator.compare(sortName(one), sortName(other))) : contacts };
+}
 const typingPause = 150;
 const retryPause = 2000;
 
@@ -22,7 +31,7 @@ export function useContacts(search: string, version: number) {
             api.contacts(search.trim(), atOnce).then(
                 (response) => {
                     succeeded("contacts");
-                    return current && setFound(response);
+                    return current && setFound(inOrder(response));
                 },
                 (error: unknown) => {
                     if (current) {

@@ -55,6 +55,9 @@ interface Props {
 
 /** Calls under the headings of their days, and a button for the older ones. */
 export function PersonCalls({ title, calls, onMore }: Props) {
+    if (calls.length === 0) {
+        return null;
+    }
     const days: { day: Date; calls: Call[] }[] = [];
     for (const call of calls) {
         const day = dayStart(new Date(call.start));
