@@ -37,7 +37,9 @@ void checkValues(const host::Configuration& read) {
             "the longest call is out of bounds");
     require(read.data.keep.count() >= 0 && read.data.keep.count() <= 36500,
             "the time to keep is out of bounds");
-    require(!read.callSwitch.tls, "a link that is not encrypted is accepted for an encrypted one");
+    require(read.callSwitch.tls || read.callSwitch.trust == host::ServerTrust(),
+            "keys of TLS are accepted for a link that is not encrypted");
+    require(read.api.tls.certificate.empty() == read.api.tls.key.empty(), "a certificate has no key");
     require(read.digits.region.size() == 2, "the region has no two letters");
 }
 
