@@ -46,17 +46,24 @@ public:
     int run(const CommonOptions& common) override {
         host::Log::configure("error", "");
         host::Configuration configuration;
+        bool isKnown = true;
         try {
             configuration = m_options.load("info", {});
             const std::filesystem::path file = m_options.file();
             print({Finding::Level::eGood, "configuration",
                    file.empty() ? "no file; all keys have their default values" : file.string()});
         } catch (const host::ConfigurationError& error) {
-            print({Finding::Level::eFailed, "configuration", error.what()});
+            isKnown = false;
+            print({Finding::Level::eFailed, "configuration",
+                   std::string(error.what()) + "; what it names is not examined"});
         }
-        printAll(examineFiles(configuration));
+        if (isKnown) {
+            printAll(examineFiles(configuration));
+        }
         printAll(examineData(common.dataDirectory()));
-        printAll(examineConnections(common, configuration));
+        if (isKnown) {
+            printAll(examineConnections(common, configuration));
+        }
         if (!m_account.empty()) {
             printAll(examineSip(m_account));
         }

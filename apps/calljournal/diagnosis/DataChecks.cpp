@@ -43,6 +43,10 @@ Finding examineDirectory(const std::filesystem::path& directory) {
         return {Level::eFailed, "data directory",
                 name + " cannot be read and written by this user; run this as its owner"};
     }
+    if (status.st_uid != ::geteuid()) {
+        return {Level::eWarning, "data directory",
+                name + " belongs to another user; `serve` must run as that one, so run this as it, too"};
+    }
     if ((status.st_mode & S_IWOTH) != 0) {
         return {Level::eFailed, "data directory", "every user may write in " + name + "; chmod 700 " + name};
     }
