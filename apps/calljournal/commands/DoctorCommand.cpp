@@ -51,7 +51,9 @@ public:
             configuration = m_options.load("info", {});
             const std::filesystem::path file = m_options.file();
             print({Finding::Level::eGood, "configuration",
-                   file.empty() ? "no file; all keys have their default values" : file.string()});
+                   file.empty() ? "no file; all keys have their default values (--config names the one that "
+                                  "a service uses)"
+                                : file.string()});
         } catch (const host::ConfigurationError& error) {
             isKnown = false;
             print({Finding::Level::eFailed, "configuration",

@@ -48,6 +48,15 @@ Finding findingOf(const Json& status) {
     return {Level::eGood, "switch", "connected, and reports the calls of line " + status.value("line", "")};
 }
 
+/// For a program that runs a telephone itself.
+Finding telephoneFinding(const Json& telephone) {
+    const std::string state = telephone.value("state", "");
+    if (state == "ready") {
+        return {Level::eGood, "SIP telephone", "registered and ready"};
+    }
+    return {Level::eFailed, "SIP telephone", "is " + state + ": " + telephone.value("reason", "")};
+}
+
 Finding connect(const host::Configuration::Switch& callSwitch) {
     const std::string where = host::Endpoint{callSwitch.host, callSwitch.port}.text();
     host::SwitchConnection::Peer peer{.host = callSwitch.host, .port = callSwitch.port};
@@ -82,6 +91,9 @@ Findings examineConnections(const CommonOptions& common, const host::Configurati
     try {
         const std::optional<Json> status = statusOf(common, findings);
         findings.push_back(status ? findingOf(*status) : connect(configuration.callSwitch));
+        if (status && status->contains("telephone") && status->at("telephone").is_object()) {
+            findings.push_back(telephoneFinding(status->at("telephone")));
+        }
     } catch (const std::exception& error) {
         findings.push_back({Level::eFailed, "switch", error.what()});
     }

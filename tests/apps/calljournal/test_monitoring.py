@@ -6,6 +6,7 @@ import os
 import re
 import shutil
 import subprocess
+import time
 import unittest
 import urllib.request
 
@@ -76,6 +77,8 @@ class MonitoringTest(ProgramTest):
         self.assertNotIn("4711", self.page)
         for name in ("calljournal_call_filing_seconds_count", "process_cpu_seconds_total", "process_resident_memory_bytes", "process_open_fds"):
             self.assertGreater(float(re.search(r"^%s(?:{.*})? (\S+)" % name, self.page, re.MULTILINE).group(1)), 0, name)
+        start = float(re.search(r"^process_start_time_seconds (\S+)", self.page, re.MULTILINE).group(1))
+        self.assertLess(abs(time.time() - start), 2 * LIMIT)
 
     @unittest.skipUnless(PROMTOOL, "promtool is missing (tools/setup monitoring)")
     def test_promtool_accepts_the_alerts_and_their_tests(self):
