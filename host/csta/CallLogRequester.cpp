@@ -12,6 +12,7 @@
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
 #include "host/csta/requests/LinkLog.h"
+#include "host/log/PrivateText.h"
 #include "platform/csta/CSTAResponses.h"
 
 namespace host {
@@ -21,7 +22,7 @@ namespace {
 std::string textOf(const CallLogEntryRequest& request) {
     const char* const what = request.action == CallLogEntryRequest::eDeleteOne ? "delete" : "deleteAll";
     return std::string(what) + " of log " + std::to_string(request.logTarget) +
-           (request.subscriberNumber.empty() ? "" : ", number " + request.subscriberNumber);
+           (request.subscriberNumber.empty() ? "" : ", number " + loggedNumber(request.subscriberNumber));
 }
 
 }  // namespace
@@ -91,7 +92,7 @@ private:
         const bool isResponse = response.kind == Kind::eResponse || response.kind == Kind::eRefused;
         if (response.kind == Kind::eRefused) {
             CSTA_LINK_LOG(3, "the switch%s refuses a request about its call log: %s (%s)",
-                          m_ended ? " responds late and" : "", response.value.c_str(),
+                          m_ended ? " responds late and" : "", loggedReason(response.value).c_str(),
                           textOf(m_request).c_str());
         } else if (!isResponse) {
             CSTA_LINK_LOG(3, "no response of the switch to a request about its call log: %s",
@@ -146,7 +147,7 @@ bool CallLogRequester::isEcho(const WireDocument& event) {
         return false;
     }
     CSTA_LINK_LOG(5, "the switch reports the phone's own deletion in log %d, number %s; ignored",
-                  static_cast<int>(entry->logTarget), entry->subscriberNumber.c_str());
+                  static_cast<int>(entry->logTarget), loggedNumber(entry->subscriberNumber).c_str());
     return true;
 }
 

@@ -11,6 +11,7 @@
 #include "host/csta-wire/EventSchemas.h"
 #include "host/csta/requests/FilterGroups.h"
 #include "host/csta/requests/LinkLog.h"
+#include "host/log/PrivateText.h"
 #include "platform/csta/CSTADevice.h"
 #include "platform/csta/CSTAResponses.h"
 
@@ -24,11 +25,12 @@ std::string startedId(const SwitchResponse& response) {
                : std::string();
 }
 
-const char* describe(const SwitchResponse& response) {
+/// For the log.
+std::string describe(const SwitchResponse& response) {
     switch (response.kind) {
         case SwitchResponse::Kind::eResponse: return "an unexpected response";
         case SwitchResponse::Kind::eRefused:
-            return response.value.empty() ? response.category.c_str() : response.value.c_str();
+            return loggedReason(response.value.empty() ? response.category : response.value);
         case SwitchResponse::Kind::eTimedOut: return "no response in time";
         case SwitchResponse::Kind::eLost: break;
     }
@@ -85,7 +87,7 @@ void LinkMonitors::start(const std::string& device, const CSTAMonitorFilter& fil
             complete(RequestOutcome::ok<CSTAMonitorStartResponse>(id));
             return;
         }
-        CSTA_LINK_LOG(4, "monitor %s is not started: %s", id.c_str(), describe(response));
+        CSTA_LINK_LOG(4, "monitor %s is not started: %s", id.c_str(), describe(response).c_str());
         m_startFailed = true;
         remove(id);
         stopAtSwitch(switchId);
@@ -277,7 +279,7 @@ void LinkMonitors::restart(WantedMonitor& monitor) {
             markStarted(*started, switchId);
         } else if (response.kind != SwitchResponse::Kind::eLost) {
             CSTA_LINK_LOG(started->refused ? 6 : 3, "the switch does not start monitor %s of %s: %s",
-                          id.c_str(), started->device.c_str(), describe(response));
+                          id.c_str(), started->device.c_str(), describe(response).c_str());
             started->refused = true;
             started->switchId.clear();
             restartLater(*started);

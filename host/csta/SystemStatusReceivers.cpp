@@ -5,6 +5,7 @@
 
 #include "host/csta/association/SystemStatusValues.h"
 #include "host/csta/requests/LinkLog.h"
+#include "host/log/PrivateText.h"
 #include "platform/csta/CSTASystemEvents.h"
 
 namespace host {
@@ -38,7 +39,7 @@ void SystemStatusReceivers::deliver(std::string_view word) {
         return;
     }
     m_lastWord = word;
-    CSTA_LINK_LOG(5, "system status of the switch: %s", m_lastWord.c_str());
+    CSTA_LINK_LOG(5, "system status of the switch: %s", loggedReason(m_lastWord).c_str());
     for (const std::shared_ptr<EventSink>& sink : m_sinks) {
         auto event = std::make_unique<CSTASystemStatusEvent>();
         event->setSystemStatus(platformStatus(word));

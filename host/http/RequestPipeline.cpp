@@ -7,6 +7,7 @@
 
 #include "host/http/messages/ContentCoding.h"
 #include "host/http/messages/HttpError.h"
+#include "host/log/PrivateText.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -51,6 +52,11 @@ void checkScope(const Access& access, const Router::Route& route) {
     }
 }
 
+/// An address may have the number of a note, a name or words that are searched for.
+std::string loggedAddress(const HttpRequest& request) {
+    return loggedParties() == Parties::eShown ? request.target : std::string(request.route);
+}
+
 }  // namespace
 
 HttpResponse RequestPipeline::handle(HttpRequest request) const {
@@ -69,7 +75,7 @@ HttpResponse RequestPipeline::handle(HttpRequest request) const {
         response = errorResponse({503, "out-of-memory", "there is too little memory for it now"});
     } catch (const std::exception& error) {
         logAppUni("HTTP", __FILE_NAME__, 2, __LINE__, "%s %s failed: %s", request.method.c_str(),
-                  request.target.c_str(), error.what());
+                  loggedAddress(request).c_str(), loggedReason(error.what()).c_str());
         response = errorResponse({500, "internal", "this went wrong; see the log"});
     }
     addCommonHeaders(response);

@@ -96,7 +96,8 @@ bool hasParties(const char* component, int level) noexcept {
     constexpr int kMessages = 6;
     return isOfLibrary(component) ||
            (level >= kMessages && component != nullptr &&
-            (std::strcmp(component, "CSTA Link") == 0 || std::strcmp(component, "SIP Gateway") == 0));
+            (std::strcmp(component, "CSTA Link") == 0 || std::strcmp(component, "CSTA Switch") == 0 ||
+             std::strcmp(component, "SIP Gateway") == 0));
 }
 
 }  // namespace

@@ -9,6 +9,9 @@ namespace {
 
 std::atomic<Parties> g_parties{Parties::eShown};
 
+/// An extension has three digits or more.
+constexpr std::size_t kShortestNumber = 3;
+
 bool isDigit(char each) {
     return each >= '0' && each <= '9';
 }
@@ -61,11 +64,23 @@ std::string maskedName(std::string_view name) {
 }
 
 std::string maskedText(std::string_view text) {
-    return masked(text, 3, true);
+    return masked(text, kShortestNumber, true);
 }
 
 std::string withMaskedNumbers(std::string_view text) {
     return masked(text, 5, false);
+}
+
+std::string loggedNumber(std::string_view number) {
+    return loggedParties() == Parties::eShown ? std::string(number) : maskedNumber(number);
+}
+
+std::string loggedText(std::string_view text) {
+    return loggedParties() == Parties::eShown ? std::string(text) : maskedText(text);
+}
+
+std::string loggedReason(std::string_view text) {
+    return loggedParties() == Parties::eShown ? std::string(text) : masked(text, kShortestNumber, false);
 }
 
 }  // namespace host

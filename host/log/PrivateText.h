@@ -24,4 +24,15 @@ void setLoggedParties(Parties parties) noexcept;
 /// Only its numbers, of five digits or more.
 [[nodiscard]] std::string withMaskedNumbers(std::string_view text);
 
+// The form of a private text in a log line of the host: the text itself if `loggedParties` is `eShown`. Any
+// thread may call.
+
+/// Otherwise `maskedNumber`.
+[[nodiscard]] std::string loggedNumber(std::string_view number);
+/// A message or an output of another program. Otherwise `maskedText`.
+[[nodiscard]] std::string loggedText(std::string_view text);
+/// The words with which another program refuses a request. Otherwise with masked numbers of three digits or
+/// more.
+[[nodiscard]] std::string loggedReason(std::string_view text);
+
 }  // namespace host

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/csta-wire/DeviceText.h"
+#include "host/log/PrivateText.h"
 #include "host/sip/SipAddress.h"
 #include "platform/logging/Logging.h"
 
@@ -154,7 +155,7 @@ void CallCommands::act(const CallControlRequest& request, const std::string& nam
                 reply(writeCstaRefusal("operation", "generic", nameSpace));
             } else if (!isDone(commands, responses, command)) {
                 logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "baresip refuses %s: %s", command.c_str(),
-                          responses.back().text.c_str());
+                          loggedText(responses.back().text).c_str());
                 reply(writeCstaRefusal("operation", "generic", nameSpace));
             } else {
                 reply(writeCallControlResponse(service, {}, nameSpace));

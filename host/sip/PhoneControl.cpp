@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "host/log/PrivateText.h"
 #include "platform/logging/Logging.h"
 
 namespace host {
@@ -86,7 +87,7 @@ void PhoneControl::received() {
         const auto message = readPhoneMessage(*text);
         if (!message) {
             logAppUni(kComponent, __FILE_NAME__, 3, __LINE__, "message of baresip is not understood: %s",
-                      text->c_str());
+                      loggedText(*text).c_str());
             continue;
         }
         if (const auto* event = std::get_if<SipPhoneEvent>(&*message)) {

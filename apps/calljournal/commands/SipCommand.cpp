@@ -30,13 +30,17 @@ public:
                         "the address that clients connect to; port 0 selects a free port [127.0.0.1:4242]");
         app.add_option("--log-level", m_logLevel, "the level of the log [info]")
             ->type_name("error|warning|info|debug|trace");
+        app.add_flag("--log-private", m_logsParties, "show names and numbers in the log");
     }
 
     // The first text line of the output contains the listening address, for a parent process that starts it
     // with port 0.
     int run(const CommonOptions& common) override {
         const StopSignal stop;
-        host::Log::configure(m_logLevel, "");
+        host::Log::configure({.level = m_logLevel,
+                              .libraryLevel = m_logLevel,
+                              .file = "",
+                              .parties = m_logsParties ? host::Parties::eShown : host::Parties::eMasked});
         host::Endpoint listen = host::parseEndpoint(m_listen).value();
         if (listen.host == "localhost") {
             listen.host = "127.0.0.1";
@@ -63,6 +67,7 @@ private:
     std::string m_baresip;
     std::string m_listen = "127.0.0.1:4242";
     std::string m_logLevel = "info";
+    bool m_logsParties = false;
 };
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "host/csta-events/SnapshotReader.h"
 #include "host/csta/association/SystemStatusValues.h"
 #include "host/csta/requests/LinkLog.h"
+#include "host/log/PrivateText.h"
 
 namespace host {
 
@@ -354,7 +355,8 @@ void SwitchLink::registerAtSwitch(bool withDevices) {
                  return;
              }
              CSTA_LINK_LOG(4, "the switch does not register us for its status%s: %s",
-                           withDevices ? " and the phone's devices" : "", response.value.c_str());
+                           withDevices ? " and the phone's devices" : "",
+                           loggedReason(response.value).c_str());
              if (withDevices) {
                  registerAtSwitch(false);
              }

@@ -226,6 +226,10 @@ class SipTest(ProgramTest):
         self.await_value(["c1_i"], self.control.calls)
         for refused in (self.control.answer_call("c1_i"), self.control.clear("c1_i")):
             self.assertIn("<operation>generic</operation>", refused)
+        for pattern in (r"is not understood: .*\*\*67@", r"refuses accept: \*\*\* .*\*\*67"):
+            gateway.logs(pattern)
+        self.assertEqual(gateway.stop(), 0)
+        self.assertEqual(gateway.count("30123467|Mustermann"), 0, gateway.seen)
 
     @staticmethod
     def refuse_commands(listener):
@@ -237,12 +241,14 @@ class SipTest(ProgramTest):
             peer.sendall(b"%d:%s," % (len(text), text))
 
         with peer, peer.makefile("rb") as commands:
+            send({"peer": "Mustermann <sip:4930123467@h>"})
             send({"event": True, "type": "CALL_INCOMING", "accountaor": "sip:alice@h", "peeruri": "sip:bob@h", "id": "c1"})
             while (digits := commands.read(1)):
                 while not digits.endswith(b":"):
                     digits += commands.read(1)
                 command = json.loads(commands.read(int(digits[:-1]) + 1)[:-1])
-                send({"response": True, "ok": command["command"] == "callfind", "token": command["token"]})
+                send({"response": True, "ok": command["command"] == "callfind", "token": command["token"],
+                      "data": "call with Mustermann <sip:4930123467@h>"})
 
     def test_a_call_survives_a_killed_journal(self):
         gateway = self.gateway(self.account(), "--listen", "127.0.0.1:0")

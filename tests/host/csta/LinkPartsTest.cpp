@@ -6,11 +6,16 @@
 #include <string>
 #include <vector>
 
+#include <asio/io_context.hpp>
+
 #include "host/csta-events/OtherDeviceEvents.h"
 #include "host/csta-wire/InvokeIds.h"
 #include "host/csta/CallLogEchoes.h"
 #include "host/csta/CallLogRequester.h"
 #include "host/csta/association/EarlyMessages.h"
+#include "host/log/PrivateText.h"
+#include "tests/host/csta/SilentChannel.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/Table.h"
 
 namespace {
@@ -66,6 +71,25 @@ TEST(InvokeIds, WrapAroundAndSkipWaitingOnes) {
     }
     EXPECT_EQ(ids.next([](int id) { return id < 3; }), 3);
     EXPECT_FALSE(ids.next([](int) { return true; }));
+}
+
+TEST(CallLogRequester, LogsNoNumberOfARefusedRequest) {
+    for (const auto& row : journaltest::table(2, R"(
+        shown  | refuses a request about its call log: no entry of 4712 (delete of log 1, number +49891234567)
+        masked | refuses a request about its call log: no entry of **12 (delete of log 1, number **67)
+        )")) {
+        host::setLoggedParties(row[0] == "shown" ? host::Parties::eShown : host::Parties::eMasked);
+        asio::io_context io;
+        linktest::SilentChannel channel;
+        const host::LinkMessages messages("5");
+        host::CallLogRequester requester(io, channel, messages, milliseconds(1000));
+        requester.request(logRequestOf("delete 1 +49891234567"), [](const host::RequestOutcome&) {});
+        channel.handlers.at(0)({.kind = host::SwitchResponse::Kind::eRefused,
+                                .category = "operation",
+                                .value = "no entry of 4712"});
+        EXPECT_TRUE(journaltest::CapturedLog::contains(row[1])) << journaltest::CapturedLog::dump();
+    }
+    host::setLoggedParties(host::Parties::eShown);
 }
 
 TEST(EarlyMessages, AreLimitedInAgeAndNumber) {

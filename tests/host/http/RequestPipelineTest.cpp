@@ -1,5 +1,6 @@
 #include "host/http/RequestPipeline.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -9,8 +10,10 @@
 #include "host/access/Tickets.h"
 #include "host/http/SessionRoutes.h"
 #include "host/http/resources/ListsResource.h"
+#include "host/log/PrivateText.h"
 #include "host/stored-lists/StoredEntries.h"
 #include "host/stored-lists/StoredLists.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/FakeJournalService.h"
 #include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"
@@ -322,6 +325,21 @@ TEST_F(RequestPipelineTest, GivesABrowserACookieForTheTokenAndTakesItBack) {
     }
     m_token.reset();
     EXPECT_EQ(respond("POST", "/api/v1/session", "", R"({"token": "any"})").status, 204);
+}
+
+TEST_F(RequestPipelineTest, LogsNoPartOfAnAddressThatAClientChooses) {
+    m_router.add({"GET", "/notes/{number}", host::Scope::eRead,
+                  [](const auto&) -> HttpResponse { throw std::runtime_error("no note of 4712"); }});
+    for (const auto& row : journaltest::table(2, R"(
+        shown  | GET /notes/49891234567 failed: no note of 4712
+        masked | GET /notes/{number} failed: no note of **12
+        )")) {
+        journaltest::CapturedLog::reset();
+        host::setLoggedParties(row[0] == "shown" ? host::Parties::eShown : host::Parties::eMasked);
+        respond("GET", "/notes/49891234567", "authorization: Bearer secret");
+        EXPECT_THAT(journaltest::CapturedLog::lines("HTTP"), testing::ElementsAre(row[1]));
+    }
+    host::setLoggedParties(host::Parties::eShown);
 }
 
 TEST_F(RequestPipelineTest, CallsTheOperationOfTheJournal) {
