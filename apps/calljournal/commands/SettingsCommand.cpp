@@ -33,16 +33,27 @@ std::string explained(const std::string& key) {
     return std::string(meaning) + (values.empty() ? "" : " Takes " + std::string(values) + ".");
 }
 
-/// One text line for each setting, with its kind and its meaning.
-std::string settingsTable(const Json& settings, bool asCsv) {
-    const std::vector<std::string> titles{"SETTING", "OF", "VALUE", "MEANING"};
+/// One text line for each setting, with its kind and its meaning. A terminal that is too narrow for whole
+/// meanings gets the advice instead.
+std::string settingsTable(const Json& settings, bool asCsv, const std::string& advice) {
+    std::vector<std::string> titles{"SETTING", "OF", "VALUE", "MEANING"};
     std::vector<TableRow> rows;
     rows.reserve(settings.size());
     for (const Json& setting : settings) {
         const std::string key = textIn(setting, "key");
         rows.push_back({false, {key, textIn(setting, "of"), textIn(setting, "value"), explained(key)}});
     }
-    return asCsv ? csvTable(titles, rows) : tableText(titles, rows, {terminalWidth(), {3, 2}, isColoured()});
+    if (asCsv) {
+        return csvTable(titles, rows);
+    }
+    const bool isNarrow = tableWidth(titles, rows) > terminalWidth();
+    if (isNarrow) {
+        titles.pop_back();
+        for (TableRow& row : rows) {
+            row.cells.pop_back();
+        }
+    }
+    return tableText(titles, rows, {terminalWidth(), {2}, isColoured()}) + (isNarrow ? advice : "");
 }
 
 /// {"KEY":"VALUE",...}, without the keys that have no value.
@@ -74,8 +85,11 @@ public:
             explain(client, common);
         } else if (m_key.empty()) {
             const Json settings = client.get({"management"})["settings"];
-            std::cout << (m_output.isJson() ? settingsJson(settings) + "\n"
-                                            : settingsTable(settings, m_output.isCsv()));
+            std::cout << (m_output.isJson()
+                              ? settingsJson(settings) + "\n"
+                              : settingsTable(settings, m_output.isCsv(),
+                                              "`" + common.commandForUser("settings --explain") +
+                                                  "` explains each setting\n"));
         } else if (changes() && deletesCalls() && !m_confirmation.isGiven("Empty the four call lists?")) {
             return Confirmation::refused();
         } else {

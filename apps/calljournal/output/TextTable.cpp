@@ -26,6 +26,14 @@ std::size_t lineWidth(const std::vector<std::size_t>& widths) {
         [](std::size_t sum, std::size_t width) { return width == 0 ? sum : sum + kGap + width; });
 }
 
+std::vector<std::size_t> widthsOf(const std::vector<std::string>& titles, const std::vector<TableRow>& rows) {
+    std::vector<std::size_t> widths;
+    for (std::size_t column = 0; column < titles.size(); ++column) {
+        widths.push_back(widthOf(column, titles[column], rows));
+    }
+    return widths;
+}
+
 void narrow(std::vector<std::size_t>& widths, const TableFit& fit) {
     for (const std::size_t column : fit.cut) {
         const std::size_t line = lineWidth(widths);
@@ -55,16 +63,17 @@ std::string tableText(const std::vector<std::string>& titles, const std::vector<
     if (rows.empty()) {
         return {};
     }
-    std::vector<std::size_t> widths;
-    for (std::size_t column = 0; column < titles.size(); ++column) {
-        widths.push_back(widthOf(column, titles[column], rows));
-    }
+    std::vector<std::size_t> widths = widthsOf(titles, rows);
     narrow(widths, fit);
     std::string text = lineOf({false, titles, Emphasis::eStrong}, widths, fit.coloured);
     for (const TableRow& row : rows) {
         text += lineOf(row, widths, fit.coloured);
     }
     return text;
+}
+
+std::size_t tableWidth(const std::vector<std::string>& titles, const std::vector<TableRow>& rows) {
+    return lineWidth(widthsOf(titles, rows));
 }
 
 }  // namespace calljournal

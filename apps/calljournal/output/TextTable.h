@@ -34,4 +34,8 @@ struct TableFit {
 [[nodiscard]] std::string tableText(const std::vector<std::string>& titles, const std::vector<TableRow>& rows,
                                     const TableFit& fit = {});
 
+/// The terminal columns of the longest row of that table without a limit. Pure and thread-safe.
+[[nodiscard]] std::size_t tableWidth(const std::vector<std::string>& titles,
+                                     const std::vector<TableRow>& rows);
+
 }  // namespace calljournal
