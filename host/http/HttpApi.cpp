@@ -54,7 +54,7 @@ public:
           m_contacts(m_backend.phonebook, m_backend.numbers),
           m_times({m_backend.line, m_backend.database}),
           m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
-                    m_backend.database}),
+                    m_backend.database, m_backend.version}),
           m_calls(m_backend.storedEntries, m_backend.numbers),
           m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook, m_backend.numbers,
                        m_backend.lineState}),

@@ -49,6 +49,8 @@ struct HttpBackend {
     std::function<LogCounts()> logCounts;
     /// Empty without a webhook.
     std::function<std::vector<WebhookState>()> webhooks{};
+    /// The version of the program.
+    std::string version{};
 };
 
 struct HttpApiSettings {

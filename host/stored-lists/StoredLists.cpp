@@ -177,4 +177,14 @@ std::optional<std::map<ListName, std::size_t>> StoredLists::counts() const {
     return done ? std::optional(std::move(counts)) : std::nullopt;
 }
 
+std::optional<std::size_t> StoredLists::callCount() const {
+    std::size_t count = 0;
+    const bool done = m_database.readAside("counting calls", [&](Database::Session& session) {
+        Query query = session.query("SELECT count(*) FROM call WHERE line = ?");
+        query.bind(m_line);
+        count = query.next() ? static_cast<std::size_t>(query.number()) : 0;
+    });
+    return done ? std::optional(count) : std::nullopt;
+}
+
 }  // namespace host

@@ -66,6 +66,8 @@ public:
         const std::vector<std::pair<ListName, std::string>>& ids) const;
     /// The number of entries in each list.
     [[nodiscard]] std::optional<std::map<ListName, std::size_t>> counts() const;
+    /// The number of calls in the history, which has also those that no entry shows.
+    [[nodiscard]] std::optional<std::size_t> callCount() const;
     /// The number of unviewed missed entries.
     [[nodiscard]] std::optional<std::size_t> unviewed() const { return m_unviewed.now(); }
 

@@ -3,16 +3,21 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/command-line/OutputOption.h"
 #include "apps/calljournal/command-line/ServeOptions.h"
 #include "apps/calljournal/diagnosis/DataChecks.h"
 #include "apps/calljournal/diagnosis/Finding.h"
 #include "apps/calljournal/diagnosis/NetworkChecks.h"
+#include "apps/calljournal/output/CsvTable.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "host/config/ConfigurationError.h"
 #include "host/log/Log.h"
+#include "host/presentation/ItemJson.h"
 #include "host/presentation/PlainText.h"
 
 namespace calljournal {
@@ -39,6 +44,7 @@ class DoctorCommand final : public Command {
 public:
     explicit DoctorCommand(CLI::App& app) {
         m_options.addTo(app, true);
+        m_output.addTo(app);
         app.add_option("--sip", m_account, "examine this account file and its telephone, too")
             ->type_name("FILE");
     }
@@ -69,12 +75,17 @@ public:
         if (!m_account.empty()) {
             printAll(examineSip(m_account));
         }
+        printForPrograms();
         return statusOfOutput(!m_hasFailure);
     }
 
 private:
     void print(const Finding& finding) {
         m_hasFailure = m_hasFailure || finding.level == Finding::Level::eFailed;
+        if (!m_output.isTable()) {
+            m_findings.push_back(finding);
+            return;
+        }
         std::cout << padded(wordOf(finding.level), kLevelWidth) << padded(finding.subject, kSubjectWidth)
                   << host::printable(finding.text) << std::endl;
     }
@@ -82,7 +93,27 @@ private:
         std::for_each(findings.begin(), findings.end(), [this](const Finding& each) { print(each); });
     }
 
+    void printForPrograms() const {
+        if (m_output.isJson()) {
+            nlohmann::ordered_json findings = nlohmann::ordered_json::array();
+            for (const Finding& each : m_findings) {
+                findings.push_back(
+                    {{"level", wordOf(each.level)}, {"subject", each.subject}, {"text", each.text}});
+            }
+            std::cout << host::jsonText({{"findings", findings}}) << "\n";
+        } else if (m_output.isCsv()) {
+            std::vector<TableRow> rows;
+            for (const Finding& each : m_findings) {
+                rows.push_back({false, {wordOf(each.level), each.subject, each.text}});
+            }
+            std::cout << csvTable({"LEVEL", "SUBJECT", "TEXT"}, rows);
+        }
+    }
+
     ServeOptions m_options;
+    OutputOption m_output;
+    /// Those that are not for people: a table is printed while the checks go on.
+    Findings m_findings;
     std::string m_account;
     bool m_hasFailure = false;
 };

@@ -6,21 +6,16 @@
 
 #include "apps/calljournal/command-line/Command.h"
 #include "apps/calljournal/command-line/OutputOption.h"
+#include "apps/calljournal/output/Facts.h"
+#include "apps/calljournal/output/JsonText.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "host/api-client/ApiClient.h"
 #include "host/presentation/ItemJson.h"
-#include "host/presentation/PlainText.h"
 
 namespace calljournal {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-void print(std::string subject, const std::string& text) {
-    constexpr std::size_t kWidth = 12;
-    subject.resize(kWidth, ' ');
-    std::cout << subject << host::printable(text) << "\n";
-}
 
 std::string counted(std::int64_t number, const char* one, const char* many) {
     return std::to_string(number) + " " + (number == 1 ? one : many);
@@ -53,30 +48,37 @@ std::string listText(const Json& list) {
     return fresh == 0 ? text : text + ", " + std::to_string(fresh) + " new";
 }
 
+Facts factsOf(const Json& status) {
+    Facts facts{{"version", status.value("version", "")},
+                {"line", status.value("line", "")},
+                {"switch", switchText(status.at("switch"))}};
+    if (const Json& telephone = status.at("telephone"); telephone.is_object()) {
+        facts.emplace_back("telephone", telephoneText(telephone));
+    }
+    facts.emplace_back("calls now", textIn(status, "calls"));
+    facts.emplace_back("stored calls", textIn(status, "storedCalls"));
+    facts.emplace_back("storage", storageText(status.at("database")));
+    for (const auto& [name, list] : status.at("lists").items()) {
+        facts.emplace_back(name, listText(list));
+    }
+    return facts;
+}
+
 class StatusCommand final : public Command {
 public:
-    explicit StatusCommand(CLI::App& app) { m_output.addTo(app, OutputOption::Forms::eTableAndJson); }
+    explicit StatusCommand(CLI::App& app) { m_output.addTo(app); }
 
     /// The status is 1 if the switch does not report the calls, too.
     int run(const CommonOptions& common) override {
         host::ApiClient client(common.server());
         const Json status = client.get({"status"});
-        const Json& link = status.at("switch");
         if (m_output.isJson()) {
             std::cout << host::jsonText(status) << "\n";
         } else {
-            print("line", status.value("line", ""));
-            print("switch", switchText(link));
-            if (const Json& telephone = status.at("telephone"); telephone.is_object()) {
-                print("telephone", telephoneText(telephone));
-            }
-            print("calls now", std::to_string(status.value("calls", std::int64_t{0})));
-            print("storage", storageText(status.at("database")));
-            for (const auto& [name, list] : status.at("lists").items()) {
-                print(name, listText(list));
-            }
+            const Facts facts = factsOf(status);
+            std::cout << (m_output.isCsv() ? factsCsv(facts) : factsText(facts));
         }
-        return statusOfOutput(link.value("monitoring", false));
+        return statusOfOutput(status.at("switch").value("monitoring", false));
     }
 
 private:

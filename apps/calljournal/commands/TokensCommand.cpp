@@ -50,7 +50,7 @@ public:
         m_create->add_option("--days", m_days, "the number of days after which it expires [never]")
             ->type_name("N")
             ->check(CLI::Range(1, kMostDays));
-        m_create->add_flag("--json", m_json, "print one JSON object");
+        m_created.addTo(*m_create);
         m_list = addSubcommand(app, "list", "print the tokens without their secrets");
         m_output.addTo(*m_list);
         m_revoke = addSubcommand(app, "revoke", "revoke tokens; their event streams end within a second");
@@ -84,7 +84,15 @@ private:
             wanted["expires"] = host::utcText(now + std::chrono::days(m_days));
         }
         const Json token = client.post({"tokens"}, wanted);
-        std::cout << (m_json ? host::jsonText(token) : textIn(token, "token")) << "\n";
+        if (m_created.isCsv()) {
+            std::cout << csvTable(
+                {"NAME", "SCOPE", "LINE", "EXPIRES", "TOKEN"},
+                {{false,
+                  {textIn(token, "name"), textIn(token, "scope"), textOr(token, "line", "all"),
+                   textOr(token, "expires", "never"), textIn(token, "token")}}});
+        } else {
+            std::cout << (m_created.isJson() ? host::jsonText(token) : textIn(token, "token")) << "\n";
+        }
         return statusOfOutput();
     }
 
@@ -140,7 +148,7 @@ private:
     std::string m_line;
     int m_days = 0;
     std::vector<std::string> m_names;
-    bool m_json = false;
+    OutputOption m_created;
     OutputOption m_output;
     Confirmation m_confirmation;
 };

@@ -284,7 +284,8 @@ private:
                 },
                 [this] { return m_remote->clientCount(); },
                 &host::Log::counts,
-                [this] { return m_webhooks ? m_webhooks->states() : std::vector<host::WebhookState>(); }};
+                [this] { return m_webhooks ? m_webhooks->states() : std::vector<host::WebhookState>(); },
+                JOURNAL_VERSION};
     }
 
     StartAhead m_startAhead;

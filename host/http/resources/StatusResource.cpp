@@ -61,13 +61,15 @@ HttpResponse StatusResource::status(const HttpRequest& request) const {
     const auto keys = m_sources.management.values();
     const auto softwareType = keys.find("software-type");
     return jsonResponse(
-        {{"line", m_sources.line},
+        {{"version", m_sources.version},
+         {"line", m_sources.line},
          {"scope", wordOf(request.access.scope)},
          {"softwareType", softwareType == keys.end() ? std::string() : softwareType->second},
          {"switch", {{"connected", state.connected}, {"monitoring", state.monitoring}}},
          {"callControl", state.callControl && (!state.telephone || state.telephone->isReady)},
          {"telephone", telephoneJson(state.telephone)},
          {"calls", state.liveCallCount},
+         {"storedCalls", storedOr503(m_sources.storedLists.callCount())},
          {"database", {{"kept", m_sources.database.keptCount()}, {"lost", m_sources.database.lostCount()}}},
          {"lists", std::move(lists)}});
 }

@@ -48,6 +48,8 @@ public:
         const StoredLists& storedLists;
         LocalManagement& management;
         Database& database;
+        /// Of the program.
+        std::string version{};
     };
 
     explicit StatusResource(Sources sources) : m_sources(std::move(sources)) {}

@@ -1,5 +1,7 @@
 """`status`, `doctor` and `version`, and the user's configuration file."""
 
+import csv
+import io
 import json
 import os
 import re
@@ -18,12 +20,20 @@ class DiagnosisTest(ProgramTest):
         self.assertEqual((ended, errors), (status, ""), output)
         return {subject: (level, text) for level, subject, text in re.findall(r"^(ok|warning|FAILED) +(\S.*?)  +(.*)$", output, re.M)}
 
+    def table(self, *command):
+        """The rows of `-o csv` without the titles."""
+        return list(csv.reader(io.StringIO(self.run_program(*command, "--data", self.data, "-o", "csv")[1])))[1:]
+
     def test_a_running_journal_is_healthy(self):
         simulator, server = self.simulate_and_serve(CALL, "missed call from")
         output = self.done("status")
         self.assertRegex(output, r"(?m)^switch +connected, and reports the line's calls$")
         self.assertRegex(output, r"(?m)^missed +1 entry, 1 new$")
+        self.assertRegex(output, r"(?m)^stored calls +1$")
+        self.assertIn("version       " + self.done("version").split()[1] + "\n", output)
         self.assertEqual(json.loads(self.done("status", "--json")), self.get(server, "status"))
+        self.assertEqual([each.split(None, 1) for each in output.splitlines() if "calls" not in each.split("  ")[0]],
+                         [each for each in self.table("status") if "calls" not in each[0]])
         found = self.doctor("--switch", simulator.address, status=0)
         self.assertEqual({level for level, _ in found.values()}, {"ok"})
         self.assertIn("undamaged", found["database"][1])
@@ -34,7 +44,7 @@ class DiagnosisTest(ProgramTest):
         self.assertEqual(simulator.stop(), 0)
         server.logs("lost")
         ended, output, _ = self.run_program("status", "--data", self.data)
-        self.assertEqual((ended, "switch      not connected\n" in output), (1, True), output)
+        self.assertEqual((ended, "switch        not connected\n" in output), (1, True), output)
         self.assertEqual(self.doctor(status=1)["switch"][0], "FAILED")
 
     def test_each_fault_is_named(self):
@@ -42,6 +52,10 @@ class DiagnosisTest(ProgramTest):
         self.assertEqual(server.stop(), 0)
         found = self.doctor("--switch", "127.0.0.1:1", status=1)
         self.assertEqual(found["switch"], ("FAILED", "127.0.0.1:1 is not reached: Connection refused; see switch.host and switch.port"))
+        rows = {subject: (level, text) for level, subject, text in self.table("doctor", "--switch", "127.0.0.1:1")}
+        self.assertEqual(rows, found)
+        findings = json.loads(self.run_program("doctor", "--data", self.data, "--switch", "127.0.0.1:1", "--json")[1])["findings"]
+        self.assertEqual({each["subject"]: (each["level"], each["text"]) for each in findings}, found)
         self.assertEqual({found[each][0] for each in ("configuration", "data directory", "token", "database", "server")}, {"ok"})
         simulator, address = self.simulate(CALL)
         for config, subject, text in (("[switch]\nprot = 1\n", "configuration", "c.toml:2: switch.prot"),
@@ -69,6 +83,9 @@ class DiagnosisTest(ProgramTest):
 
     def test_the_version_names_the_libraries(self):
         self.assertRegex(self.run_program("version")[1], r"^calljournal \d+\.\d+\.\d+\n(.*\n)*SQLite \d.*, OpenSSL \d.*, ICU \d")
+        versions = json.loads(self.run_program("version", "-o", "json")[1])
+        self.assertEqual([[name, version] for name, version in versions.items()], self.table("version"))
+        self.assertRegex(" ".join(versions), "^calljournal tables sqlite openssl icu$")
 
 
 if __name__ == "__main__":

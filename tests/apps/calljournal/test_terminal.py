@@ -1,5 +1,6 @@
 """The command line on a terminal: colours and questions, and what it prints elsewhere."""
 
+import json
 import os
 import pty
 import select
@@ -44,8 +45,9 @@ class TerminalTest(ProgramTest):
                 self.assertEqual(self.on_terminal(*arguments, answer="n")[0], 1)
                 self.assertEqual(self.on_terminal(*arguments, "--yes")[0], 0)
                 self.done(*arguments)
-        for name in ("a", "b", "c"):
-            self.done("tokens", "create", name)
+        self.done("tokens", "create", "a")
+        self.assertRegex(self.done("tokens", "create", "b", "-o", "csv"), r"^name,scope,line,expires,token\s+b,read,all,never,\w{64}\s+$")
+        self.assertEqual(json.loads(self.done("tokens", "create", "c", "-o", "json"))["scope"], "read")
         self.assertEqual(self.on_terminal("tokens", "revoke", "a", answer="n")[0], 1)
         self.assertEqual(self.on_terminal("tokens", "revoke", "a", answer="y")[0], 0)
         self.done("tokens", "revoke", "b")
@@ -81,6 +83,11 @@ class TerminalTest(ProgramTest):
         for key in [each["key"] for each in self.get(server, "management")["settings"]]:
             with self.subTest(key):
                 self.assertRegex(self.done("settings", key, "--explain"), key + r": .{10,}\.\n")
+        for width, meanings in (("80", 0), ("100", 0), ("250", 1)):
+            lines = self.on_terminal("settings", environment={"COLUMNS": width, "NO_COLOR": "1"})[1].splitlines()
+            self.assertEqual((lines[0].split()[3:], lines[-1].count("settings --explain")), (["MEANING"] * meanings, 1 - meanings), lines)
+            self.assertNotIn("…", "".join(lines))
+            self.assertEqual(max(len(line) for line in lines[:-1]) < int(width), True, lines)
         for arguments in ((), ("help",)):
             ended, shown, errors = self.run_program(*arguments)
             self.assertEqual((ended, errors, "\n  status " in shown), (0, "", True))
