@@ -137,6 +137,7 @@ std::string SqliteDataAccess::changeResponse(DataRequest request, std::size_t by
     const auto outcome = m_database.writeOrKeep(std::make_shared<DatabaseChange>(DatabaseChange{
         .what = what,
         .work = carryOut,
+        .line = m_shared.get(),
         .isMinor = [change](Database::Session& session) { return change->isEviction(session); },
         .leavesMinor = change->leavesEvictions(),
         .keep = [this, change] { change->keep(m_database); },

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "host/database/DatabaseConnection.h"
 #include "host/database/LogCheckpoint.h"
@@ -17,6 +18,10 @@ namespace {
 constexpr std::chrono::milliseconds kShortWait = DatabaseWriter::kShortWait;
 /// The time between attempts to store what is kept.
 constexpr std::chrono::milliseconds kBetweenStores{250};
+
+ChangeOutcome outcomeOf(bool kept) {
+    return kept ? ChangeOutcome::eKept : ChangeOutcome::eRefused;
+}
 
 /// A mutex with a time limit makes ThreadSanitizer report false alarms.
 bool lockWithin(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds time) {
@@ -149,7 +154,6 @@ Database::Outcome Database::writeOrKeep(const std::shared_ptr<DatabaseChange>& c
 }
 
 Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& change) {
-    const auto outcomeOf = [](bool kept) { return kept ? Outcome::eKept : Outcome::eRefused; };
     if (const auto kept = m_kept.addBehindOthers(change)) {
         const auto now = Clock::now();
         if (now >= m_nextStore.load()) {
@@ -158,23 +162,73 @@ Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& 
         }
         return outcomeOf(*kept);
     }
-    const std::lock_guard lock(m_mutex);
-    if (const auto kept = m_kept.addBehindOthers(change)) {
-        return outcomeOf(*kept);
+    CommitQueue::Waiting waiting(change);
+    m_commits.commit(waiting);
+    return waiting.outcome;
+}
+
+/// Makes the changes of a group in one transaction. Requires: m_mutex is held.
+void Database::commit(CommitQueue::Group group) noexcept {
+    const auto attempt = [this](CommitQueue::Waiting& waiting, const auto& action) {
+        if (const auto failure = DatabaseFailure::of(action)) {
+            failed(waiting.change()->what, true, *failure);
+        }
+    };
+    if (group.size() == 1) {
+        CommitQueue::Waiting& only = *group.front();
+        attempt(only, [&] {
+            if (!keepOrDefer(only)) {
+                settle(only, DatabaseFailure::of([&] { m_writer.transact(*only.change()); }));
+            }
+        });
+        return;
     }
-    if (m_writer.isMinor(*change)) {
-        m_writer.defer(change);
-        return Outcome::eStored;
+    std::vector<CommitQueue::Waiting*> made;
+    std::vector<DatabaseWriter::Grouped> changes;
+    for (CommitQueue::Waiting* const each : group) {
+        attempt(*each, [&] {
+            made.reserve(group.size());
+            changes.reserve(group.size());
+            if (!keepOrDefer(*each)) {
+                made.push_back(each);
+                changes.push_back({.change = each->change().get()});
+            }
+        });
     }
-    const auto failure = DatabaseFailure::of([&] { m_writer.transact(*change); });
+    if (!changes.empty()) {
+        m_writer.transact(changes);
+    }
+    for (std::size_t at = 0; at < made.size(); ++at) {
+        attempt(*made[at], [&] { settle(*made[at], changes[at].failure); });
+    }
+}
+
+/// Returns true if the change needs no transaction now. Requires: m_mutex is held.
+bool Database::keepOrDefer(CommitQueue::Waiting& waiting) {
+    if (const auto kept = m_kept.addBehindOthers(waiting.change())) {
+        waiting.outcome = outcomeOf(*kept);
+        return true;
+    }
+    if (!m_writer.isMinor(*waiting.change())) {
+        return false;
+    }
+    m_writer.defer(waiting.change());
+    waiting.outcome = Outcome::eStored;
+    return true;
+}
+
+/// Sets the outcome of a change that was stored or has failed. Requires: m_mutex is held.
+void Database::settle(CommitQueue::Waiting& waiting, const std::optional<DatabaseFailure>& failure) {
+    const std::shared_ptr<DatabaseChange>& change = waiting.change();
     if (!failure) {
+        waiting.outcome = Outcome::eStored;
         m_health.succeeded(change->what, true);
         change->finish(true);
-        return Outcome::eStored;
+        return;
     }
     failed(change->what, true, *failure);
     if (!failure->isOfDatabase()) {
-        return Outcome::eRefused;
+        return;
     }
     const bool kept = m_kept.add(change);
     if (kept) {
@@ -182,7 +236,7 @@ Database::Outcome Database::changeOrKeep(const std::shared_ptr<DatabaseChange>& 
                   change->what.c_str());
         m_keptFor = failure->text;
     }
-    return outcomeOf(kept);
+    waiting.outcome = outcomeOf(kept);
 }
 
 bool Database::storeKept() noexcept {

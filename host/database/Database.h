@@ -13,6 +13,7 @@
 #include <string>
 #include <utility>
 
+#include "host/database/CommitQueue.h"
 #include "host/database/DatabaseError.h"
 #include "host/database/DatabaseFailure.h"
 #include "host/database/DatabaseHealth.h"
@@ -37,8 +38,9 @@ namespace host {
 /// whole when it returns false. Other processes may use the file at the same time; work waits for them up to
 /// the busy time, then fails.
 ///
-/// Threads: any thread may call; `read` and `write` run one at a time, on the caller's thread. The function
-/// passed must not call the database except through its session, and must not wait for another thread.
+/// Threads: any thread may call; `read` and `write` run one at a time, on the caller's thread; a change of
+/// `writeOrKeep` may run on the thread of another one. The function passed must not call the database except
+/// through its session, and must not wait for another thread.
 ///
 /// Errors: no operation throws at run time. On a failure (locked, full, damaged, read-only, an exception of
 /// the work) `read` and `write` return false and write one log text; `healthy` then returns false. A change
@@ -96,17 +98,15 @@ public:
     /// Returns the reason if it fails, without a log text.
     [[nodiscard]] std::optional<DatabaseFailure> note(const Work& work) noexcept;
 
-    enum class Outcome {
-        eStored,
-        /// Kept, and stored after the changes that were kept before.
-        eKept,
-        /// Neither stored nor kept.
-        eRefused,
-    };
+    using Outcome = ChangeOutcome;
     /// Makes the change in one transaction; keeps it if the database refuses it, or if others are kept. Then
-    /// it waits for the database no longer than some 100 ms. A minor change is made with another
-    /// transaction, within a second or before the next `readAside`; it counts as stored.
+    /// it waits for the database no longer than some 100 ms. Changes that wait at the same moment share one
+    /// transaction (`CommitQueue`), made by one of their threads: each is stored or fails for itself. A minor
+    /// change is made with another transaction, within a second or before the next `readAside`; it counts as
+    /// stored.
     [[nodiscard]] Outcome writeOrKeep(const std::shared_ptr<DatabaseChange>& change) noexcept;
+    /// The number of changes of `writeOrKeep` that wait for their transaction.
+    [[nodiscard]] std::size_t waitingCount() const { return m_commits.size(); }
     /// Tries to store what is kept, in order; returns true if no change is kept afterwards. Waits for other
     /// programs and threads no longer than some 100 ms for each change.
     bool storeKept() noexcept;
@@ -145,6 +145,9 @@ private:
     bool guarded(const char* what, bool isWrite, const std::function<void()>& work) noexcept;
     void failed(const std::string& what, bool isWrite, const DatabaseFailure& failure) noexcept;
     [[nodiscard]] Outcome changeOrKeep(const std::shared_ptr<DatabaseChange>& change);
+    void commit(CommitQueue::Group group) noexcept;
+    [[nodiscard]] bool keepOrDefer(CommitQueue::Waiting& waiting);
+    void settle(CommitQueue::Waiting& waiting, const std::optional<DatabaseFailure>& failure);
     bool storeFirst();
     void giveUpFirst(const std::string& reason);
     void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
@@ -173,6 +176,8 @@ private:
     bool m_isUnflushed = false;
     /// The last error for which the first kept change was not stored.
     std::string m_keptFor;
+
+    CommitQueue m_commits{m_mutex, [this](CommitQueue::Group group) { commit(group); }};
 
     std::mutex m_checkpointMutex;
     // Guarded by m_checkpointMutex, which is taken before m_mutex.

@@ -104,8 +104,10 @@ void DatabaseConnection::followTransactions() {
     sqlite3_rollback_hook(
         m_database.getHandle(),
         [](void* self) {
-            if (RowChanges* const changes = static_cast<DatabaseConnection*>(self)->m_changes) {
-                changes->endTransaction();
+            auto& connection = *static_cast<DatabaseConnection*>(self);
+            connection.noteRolledBack();
+            if (connection.m_changes != nullptr) {
+                connection.m_changes->endTransaction();
             }
         },
         this);

@@ -50,8 +50,11 @@ public:
     [[nodiscard]] std::int64_t dataVersion();
     /// The greatest row id that `call_item` has had; read from the file, then noted at each insertion.
     [[nodiscard]] std::int64_t lastItemId() const noexcept { return m_items.lastId; }
-    /// Grows by the number of rows that are added to `call_item` or removed, rolled back or not.
+    /// Grows by the number of rows that are added to `call_item` or removed, rolled back or not, and at each
+    /// rollback.
     [[nodiscard]] std::uint64_t itemChanges() const noexcept { return m_items.changes; }
+    /// Call it when a part of a transaction was rolled back.
+    void noteRolledBack() noexcept { ++m_items.changes; }
     /// A number that no other connection of this process has.
     [[nodiscard]] std::uint64_t serial() const noexcept { return m_serial; }
     /// Copies the whole database, in the state of its last commit, into an empty file.

@@ -115,7 +115,7 @@ void DatabaseWriter::transact(const DatabaseWork& work, bool flushes) {
 }
 
 void DatabaseWriter::transact(const DatabaseChange& change) {
-    transact(change.work, true, change.leavesMinor && !m_deferred.areMany());
+    transact(change.work, true, change.leavesMinor);
 }
 
 void DatabaseWriter::transact(const DatabaseWork& work, bool flushes, bool leavesDeferred) {
@@ -125,14 +125,22 @@ void DatabaseWriter::transact(const DatabaseWork& work, bool flushes, bool leave
     carryOut(*m_connection, "BEGIN IMMEDIATE", [&](DatabaseSession& session) {
         noteForeignChanges();
         m_deferred.begin();
-        if (leavesDeferred) {
-            session.setDeferred([this] { m_deferred.carryOut(*m_connection); });
-        } else {
-            m_deferred.carryOut(*m_connection);
-        }
+        makeDeferred(session, leavesDeferred);
         work(session);
         emptiesLog = session.emptiesLog();
     });
+    committed(emptiesLog);
+}
+
+void DatabaseWriter::makeDeferred(DatabaseSession& session, bool isLeft) {
+    if (isLeft && !m_deferred.areMany()) {
+        session.setDeferred([this] { m_deferred.carryOut(*m_connection); });
+    } else {
+        m_deferred.carryOut(*m_connection);
+    }
+}
+
+void DatabaseWriter::committed(bool emptiesLog) noexcept {
     m_deferred.committed();
     std::int64_t last = m_lastItemId;
     while (last < m_connection->lastItemId() &&
@@ -142,9 +150,82 @@ void DatabaseWriter::transact(const DatabaseWork& work, bool flushes, bool leave
     }
 }
 
+void DatabaseWriter::transact(std::span<Grouped> group) noexcept {
+    // A change that ends the transaction of all is left out of the next attempt. It is not tried with each of
+    // many changes.
+    constexpr int kAttempts = 3;
+    std::optional<DatabaseFailure> failure;
+    bool isDone = false;
+    for (int attempt = 0; attempt < kAttempts && !isDone && !failure; ++attempt) {
+        failure = DatabaseFailure::of([&] { isDone = transactOnce(group); });
+    }
+    if (!isDone) {
+        for (Grouped& each : group) {
+            if (!each.failure) {
+                each.failure = failure ? failure : DatabaseFailure{SQLITE_ABORT, "other changes failed"};
+            }
+        }
+    }
+}
+
+/// Makes the changes of the group that have not failed. Returns false if one of them has ended the
+/// transaction; then none is made.
+bool DatabaseWriter::transactOnce(std::span<Grouped> group) {
+    requireFile();
+    m_connection->setFlushing(true);
+    bool emptiesLog = false;
+    bool isEnded = false;
+    const auto makeAll = [&](DatabaseSession& /*session*/) {
+        noteForeignChanges();
+        m_deferred.begin();
+        for (Grouped& each : group) {
+            if (!each.failure && !makeAlone(each, emptiesLog)) {
+                isEnded = true;
+                throw SQLite::Exception(each.failure->text, each.failure->code);
+            }
+        }
+    };
+    try {
+        carryOut(*m_connection, "BEGIN IMMEDIATE", makeAll);
+    } catch (const SQLite::Exception& error) {
+        if (isEnded && DatabaseFailure{error.getErrorCode()}.mayBeOfOneWork()) {
+            return false;
+        }
+        throw;
+    }
+    committed(emptiesLog);
+    return true;
+}
+
+/// Makes one change of the open transaction, or none of it. Returns false if it has failed and the
+/// transaction cannot go on.
+bool DatabaseWriter::makeAlone(Grouped& grouped, bool& emptiesLog) {
+    const bool deferredAreMade = m_deferred.areCarriedOut();
+    m_connection->query("SAVEPOINT change").run();
+    DatabaseSession session(*m_connection);
+    grouped.failure = DatabaseFailure::of([&] {
+        makeDeferred(session, grouped.change->leavesMinor);
+        grouped.change->work(session);
+    });
+    if (grouped.failure) {
+        // SQLite writes no more in a transaction that has met a damaged page.
+        if (!m_connection->isInTransaction() || grouped.failure->code == SQLITE_CORRUPT) {
+            return false;
+        }
+        m_connection->query("ROLLBACK TO change").run();
+        m_connection->noteRolledBack();
+        if (!deferredAreMade) {
+            m_deferred.begin();
+        }
+    }
+    m_connection->query("RELEASE change").run();
+    emptiesLog = emptiesLog || (!grouped.failure && session.emptiesLog());
+    return true;
+}
+
 std::optional<DatabaseFailure> DatabaseWriter::transactSoon(const DatabaseWork& work, bool flushes) noexcept {
     m_connection->setBusyTime(std::min(kShortWait, m_busyTime));
-    const auto failure = DatabaseFailure::of([&] { transact(work, flushes); });
+    auto failure = DatabaseFailure::of([&] { transact(work, flushes); });
     m_connection->setBusyTime(m_busyTime);
     return failure;
 }

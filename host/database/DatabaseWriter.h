@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "host/database/DatabaseFailure.h"
 #include "host/database/DatabaseFile.h"
@@ -61,7 +62,15 @@ public:
     /// The same in a transaction that is flushed. A change that allows it leaves the deferred changes until
     /// there are many.
     void transact(const DatabaseChange& change);
-    /// The same, but waits for other programs for `kShortWait` only, and returns the failure.
+    /// A change of a group, and the reason if it failed.
+    struct Grouped {
+        const DatabaseChange* change = nullptr;
+        std::optional<DatabaseFailure> failure{};
+    };
+    /// Makes changes in one transaction that is flushed, and sets the failure of each that is not made: its
+    /// own, or that of the transaction.
+    void transact(std::span<Grouped> group) noexcept;
+    /// The same as the first, but waits for other programs for `kShortWait` only, and returns the failure.
     [[nodiscard]] std::optional<DatabaseFailure> transactSoon(const DatabaseWork& work,
                                                               bool flushes) noexcept;
     /// True once after a transaction that wants the log to be emptied. Thread-safe.
@@ -74,6 +83,10 @@ public:
 
 private:
     void transact(const DatabaseWork& work, bool flushes, bool leavesDeferred);
+    void makeDeferred(DatabaseSession& session, bool isLeft);
+    [[nodiscard]] bool transactOnce(std::span<Grouped> group);
+    [[nodiscard]] bool makeAlone(Grouped& grouped, bool& emptiesLog);
+    void committed(bool emptiesLog) noexcept;
 
     // Constant after construction.
     const std::filesystem::path m_file;

@@ -1,6 +1,5 @@
 #include "host/database/DeferredChanges.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "host/database/DatabaseConnection.h"
@@ -41,7 +40,7 @@ bool DeferredChanges::make(DatabaseChange& change, DatabaseConnection& connectio
         logAppUni("Database", __FILE_NAME__, 2, __LINE__, "%s failed: %s", change.what.c_str(),
                   failure->text.c_str());
         if (!connection.isInTransaction()) {
-            throw std::runtime_error(failure->text);
+            throw SQLite::Exception(failure->text, failure->code);
         }
         connection.query("ROLLBACK TO deferred").run();
     }

@@ -26,8 +26,11 @@ public:
     [[nodiscard]] bool isEmpty() const noexcept { return m_isEmpty; }
 
     [[nodiscard]] bool areMany() const noexcept { return m_changes.size() >= kMany; }
+    /// True if the open transaction has made them.
+    [[nodiscard]] bool areCarriedOut() const noexcept { return m_areCarriedOut; }
 
-    /// Call it at the begin of each transaction, also of one that does not make them.
+    /// Call it at the begin of each transaction, also of one that does not make them, and when the part of a
+    /// transaction that has made them was rolled back.
     void begin() noexcept;
     /// Makes, once in a transaction, all of them, each for itself: one that fails is rolled back alone.
     /// Throws if the whole transaction was rolled back.

@@ -14,6 +14,15 @@
 
 namespace host {
 
+/// The outcome of a change.
+enum class ChangeOutcome {
+    eStored,
+    /// Kept, and stored after the changes that were kept before.
+    eKept,
+    /// Neither stored nor kept.
+    eRefused,
+};
+
 /// A change whose maker cannot repeat it: if the database refuses it, it is kept and stored later. Its
 /// functions own all that they use, and must not call the database except through the session.
 struct DatabaseChange {
@@ -21,17 +30,19 @@ struct DatabaseChange {
     std::string what{};
     /// May run several times, on any thread, until one transaction succeeds.
     DatabaseWork work{};
+    /// The line that it belongs to, or null: changes of one line are never in one transaction.
+    const void* line = nullptr;
     /// True if the change can wait for the next transaction, because losing it loses no information. `keep`
     /// is called then. Runs outside of a transaction; may be empty.
     std::function<bool(DatabaseSession&)> isMinor{};
     /// True if the minor changes that wait may go on waiting. Work that depends on them after all calls
     /// `makeDeferred` of its session.
     bool leavesMinor = false;
-    /// Called once, on the thread that makes the change, before it is kept. The lock of the kept changes may
-    /// be held.
+    /// Called once, before the change is kept, while the thread that makes it waits or on that thread. The
+    /// lock of the kept changes may be held.
     std::function<void()> keep{};
-    /// Called once: with true after the transaction, while no other one runs, and with false when the change
-    /// is lost.
+    /// Called once, on any thread: with true after the transaction, while no other one runs, and with false
+    /// when the change is lost.
     std::function<void(bool stored)> done{};
     /// The memory that the change needs.
     std::size_t bytes = 0;
