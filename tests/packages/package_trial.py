@@ -189,7 +189,7 @@ def build_example(base):
     inside(base, "apt-get -qq install --no-install-recommends g++ cmake make pkgconf /root/new/libjournalservice*.deb")
     example = "/usr/share/doc/libjournalservice-dev/examples/framework"
     built = {"CMake": "cmake -S %s -B /tmp/build && cmake --build /tmp/build && /tmp/build/framework" % example,
-             "pkg-config": "g++ %s/main.cpp $(pkg-config --cflags --libs journalservice) -rdynamic -o /tmp/linked && /tmp/linked" % example}
+             "pkg-config": "g++ %s/*.cpp $(pkg-config --cflags --libs journalservice) -rdynamic -o /tmp/linked && /tmp/linked" % example}
     for name, command in built.items():
         if "missed: +4930123456 Ann Miller" not in (printed := inside(base, command)):
             raise Failure("the example built by %s prints:\n%s" % (name, printed))
