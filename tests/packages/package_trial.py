@@ -1,8 +1,10 @@
 """What `tools/package --try` does: the packages in a bare Debian 12."""
 
 import fcntl
+import gzip
 import json
 import os
+import re
 import shutil
 import signal
 import socket
@@ -133,6 +135,8 @@ def file_a_call(base):
     try:
         service = Service(base)
         service.await_calls(["4711"])
+        check_page()
+        call_out(base)
         listed = run("chroot", base, "calljournal", "list", "missed", "--data", "/" + DATA, env=environment())
         if "Ann Example" not in listed:
             raise Failure("list prints:\n" + listed)
@@ -142,6 +146,42 @@ def file_a_call(base):
         switch.terminate()
         switch.wait()
     print("with one line of configuration, a call is filed and shown; READY, WATCHDOG, RELOADING and STOPPING are reported", flush=True)
+
+
+def answer_of(path):
+    """The content type and the body."""
+    opener = urllib.request.build_opener(urllib.request.ProxyHandler({}))
+    with opener.open("http://127.0.0.1:8080" + path, timeout=LIMIT) as response:
+        return response.headers.get_content_type(), response.read().decode()
+
+
+def check_page():
+    kind, page = answer_of("/")
+    script = re.search(r'<script[^>]* src="\.(/assets/[^"]+\.js)"', page)
+    if kind != "text/html" or not script:
+        raise Failure("the page is %s:\n%s" % (kind, page[:1000]))
+    kind, program = answer_of(script.group(1))
+    if kind != "text/javascript" or len(program) < 10000:
+        raise Failure("the script of the page is %s with %d characters" % (kind, len(program)))
+    print("the page and its script are served", flush=True)
+
+
+def call_out(base):
+    """The switch places a call; an emergency number is not called without a question."""
+    for number, status, text in (("4713", 0, "calling 4713"), ("112", 1, "112 reaches an emergency service and is not called")):
+        done = subprocess.run(["chroot", str(base), "calljournal", "call", number, "--data", "/" + DATA], check=False, text=True,
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=environment())
+        if done.returncode != status or text not in done.stdout:
+            raise Failure("call %s ends with %d and prints %s" % (number, done.returncode, done.stdout))
+    print("a call is placed, and one to an emergency service refused", flush=True)
+
+
+def check_manual(base):
+    for name in ("calljournal", "calljournal-serve"):
+        with gzip.open(base / ("usr/share/man/man1/%s.1.gz" % name), "rt", encoding="utf-8") as page:
+            if ".Dt %s 1\n" % name.upper() not in page.read():
+                raise Failure("the manual page of %s is none" % name)
+    print("the manual pages are installed", flush=True)
 
 
 def served_calls(base, numbers):
@@ -165,6 +205,7 @@ def without_network(base):
     start_network()
     run("mount", "-t", "proc", "proc", base / "proc")
     run("mount", "--rbind", "/dev", base / "dev")
+    check_manual(base)
     file_a_call(base)
     dpkg = ["chroot", base, "dpkg"]
     before = run(*dpkg, "-s", "calljournal", env=environment()).split("\nVersion: ")[1].split()[0]
@@ -196,19 +237,24 @@ def build_example(base):
         print("the example is built by %s and runs" % name, flush=True)
 
 
-def try_packages(base, lower, packages):
-    """Returns the exit status. `lower` and `packages` are the files of two versions."""
+def try_packages(base, lower, packages, write_index):
+    """Returns the exit status. `lower` and `packages` are the files of two versions; `write_index` makes their directory a package
+    source."""
     try:
         make_base(base)
         for name, files in (("lower", lower), ("new", packages)):
             (base / "root" / name).mkdir()
-            for each in files:
-                shutil.copy(each, base / "root" / name)
+            write_index([Path(shutil.copy(each, base / "root" / name)) for each in files])
         # Readable for the user of apt that fetches.
         (base / "root").chmod(0o755)
-        inside(base, "apt-get -qq update && apt-get -qq install --no-install-recommends "
-                     "/root/lower/calljournal_*.deb /root/lower/libjournalservice0_*.deb")
-        print("apt installs the packages in a bare Debian 12", flush=True)
+        source = base / "etc/apt/sources.list.d/calljournal.list"
+        source.write_text("deb [trusted=yes] file:/root/lower ./\n", encoding="utf-8")
+        inside(base, "apt-get -qq update && cd /root/lower && apt-get -qq install --no-install-recommends ./calljournal_*.deb")
+        print("apt installs calljournal in a bare Debian 12, and the library from the same directory", flush=True)
+        source.write_text("deb [trusted=yes] file:/root/new ./\n", encoding="utf-8")
+        planned = inside(base, "apt-get -qq update && apt-get -s upgrade")
+        if "Inst calljournal [" not in planned or "Inst libjournalservice0 [" not in planned:
+            raise Failure("apt upgrade would not upgrade to the packages of the source:\n" + planned)
         done = subprocess.run(["unshare", "--mount", "--pid", "--net", "--fork", "--kill-child", sys.executable, "-B", __file__, base],
                               check=False)
         if done.returncode != 0:
