@@ -1,11 +1,13 @@
 """The program as a service: what it reports to the service manager, the configuration that it reads again, its log."""
 
+import json
 import os
 import re
 import shutil
 import signal
 import socket
 import subprocess
+import sys
 import time
 import unittest
 from unittest import mock
@@ -15,6 +17,7 @@ from harness import LIMIT, ProgramTest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)))))
 NO_SWITCH = "127.0.0.1:1"
+NAMESPACE = ("unshare", "--user", "--map-root-user", "--mount")
 CONFIG = '[line]\ndevice = "%s"\n[log]\nlevel = "%s"\nfile = "%s"\n%s'
 
 
@@ -85,6 +88,32 @@ class Service(ProgramTest):
                 self.assertEqual(bool(re.search("Mustermann|30123467", text)), shown)
                 self.assertEqual("[Journal Service" in text, library == "debug")
                 os.remove(os.path.join(self.data, "journal.db"))
+
+    @unittest.skipUnless(subprocess.run([*NAMESPACE, "true"], check=False, capture_output=True).returncode == 0, "no namespaces")
+    def test_the_systems_journal_gets_the_fields_of_each_line(self):
+        _, address = self.simulate('call a from 4711 ; ring a ; giveup a\n')
+        config = self.file("c.toml", '[management]\n"line\\nbreak (a:1)" = "1"\n[log]\nlevel = "debug"\n')
+        service = subprocess.Popen(
+            [*NAMESPACE, sys.executable, "-B", os.path.join(os.path.dirname(os.path.abspath(__file__)), "journald.py"),
+             os.environ["CALLJOURNAL"], "serve", "--data", os.path.join(self.data, "data"), "--switch", address, "--listen", "127.0.0.1:0",
+             "--config", config], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, env=harness.ENVIRONMENT)
+        self.addCleanup(service.kill)
+        entries = []
+        for line in service.stdout:
+            entries.append(json.loads(line))
+            if "missed call from" in entries[-1]["MESSAGE"]:
+                break
+        entries += [json.loads(line) for line in service.communicate(timeout=LIMIT)[0].splitlines()]
+        self.assertEqual(service.returncode, 0)
+        for component, text, priority, file in (("Configuration", r"the setting line\nbreak (a:1) is not used; is it misspelt?", "4", "ServeOptions.cpp"),
+                                                ("Journal", "2001: missed call from **11", "6", "JournalLogObserver.cpp"),
+                                                ("CSTA Link", "", "7", "LinkMonitors.cpp")):
+            with self.subTest(component):
+                found = [each for each in entries if each["CALLJOURNAL_COMPONENT"] == component and each["PRIORITY"] == priority and
+                         text in (each["MESSAGE"], "")]
+                self.assertTrue(found, entries)
+                self.assertEqual((found[0]["CODE_FILE"], found[0]["SYSLOG_IDENTIFIER"]), (file, "calljournal"))
+                self.assertRegex(found[0]["CODE_LINE"], r"^[1-9]\d*$")
 
     @unittest.skipUnless(shutil.which("systemd-analyze"), "systemd-analyze is in the package systemd")
     def test_the_units_are_sandboxed(self):
