@@ -1,10 +1,12 @@
 """Calls of numbers in line.never-log leave no trace in the files of the journal."""
 
+import json
 import os
 import sqlite3
 import unittest
 
 from harness import ProgramTest
+from webhook_receiver import Receiver
 
 CONFIG = '[line]\nnever-log = ["030 5550199", "0900*"]\n[log]\nlevel = "trace"\nlibrary-level = "trace"\nprivate = true\n'
 
@@ -26,6 +28,16 @@ ring f ; answer f ; consult g from f to 0305550199 "Dr Silent" ; connect g ; tra
 hangup f by caller
 call h from 4715 "Eve" to 2001
 ring h ; giveup h
+"""
+
+# The member of the conference that is not logged stays in it longest.
+CONFERENCE = """
+call i from 4711 "Jane" to 2001 ; ring i ; answer i
+consult j from i to 0305550199 "Dr Silent" ; ring j ; connect j
+join i j
+wait 10ms ; leave i by 4711
+wait 10ms ; leave i by 0305550199
+call k from 4716 "Max" to 2001 ; ring k ; giveup k
 """
 
 
@@ -53,6 +65,22 @@ class NeverLogTest(ProgramTest):
         server.stop()
         self.assertEqual(self.traces("5550199", "900777", "Silent", "Secret"), [])
         self.assertEqual([line for line in server.seen if "5550199" in line or "900777" in line or "Silent" in line], [])
+
+    def test_a_receiver_of_events_hears_of_no_such_call_and_a_conference_loses_such_a_member(self):
+        receiver = Receiver(self, b"secret")
+        receiver.comes_up()
+        hook = ('[[webhook]]\nurl = "http://127.0.0.1:%d/"\nevents = ["call.filed", "call.ringing", "call.answered"]\nsecret-file = "%s"\n' %
+                (receiver.port, self.file("secret", "secret")))
+        _, address = self.simulate(SCENARIO + CONFERENCE)
+        server = self.serve(address, config=CONFIG + hook)
+        server.logs("missed call from Max")
+        self.await_value(["call.filed 4716"], lambda: ["%s %s" % (each["event"], each["call"]["number"]) for each in receiver.accepted][-1:])
+        told = json.dumps(receiver.accepted)
+        self.assertEqual([text for text in ("5550199", "900777", "Silent", "Secret") if text in told], [])
+        self.assertEqual({each["call"]["number"] for each in receiver.accepted}, {"4711", "4713", "4714", "4715", "4716"})
+        filed = [call["number"] for call in self.get(server, "calls?limit=50")["items"]]
+        self.assertEqual(sorted(filed), ["4711", "4713", "4714", "4715", "4716"])
+        self.assertEqual(self.traces("5550199", "900777", "Silent", "Secret"), [])
 
     def test_a_call_is_shown_while_it_is_live(self):
         _, address = self.simulate('device 2001\ncall a from 0305550199 to 2001 ; ring a\n')

@@ -1,9 +1,11 @@
 """The command line on a terminal: colours and questions, and what it prints elsewhere."""
 
+import contextlib
 import json
 import os
 import pty
 import select
+import sqlite3
 import subprocess
 import unittest
 
@@ -52,6 +54,25 @@ class TerminalTest(ProgramTest):
         self.assertEqual(self.on_terminal("tokens", "revoke", "a", answer="y")[0], 0)
         self.done("tokens", "revoke", "b")
         self.assertEqual(self.done("tokens", "list", "-o", "csv").splitlines()[1].split(",")[:2], ["c", "read"])
+
+    def test_a_restore_asks_before_it_replaces_a_journal(self):
+        _, server = self.simulate_and_serve(CALLS, "missed call from Ann")
+        backup = self.data + "/backup.db"
+        self.done("backup", backup)
+        self.done("delete", "missed", "--all")
+        self.assertEqual(server.stop(), 0)
+
+        def calls():
+            with contextlib.closing(sqlite3.connect(self.data + "/journal.db")) as database:
+                return database.execute("select count(*) from call").fetchone()[0]
+
+        for answer in ("n", ""):
+            status, shown = self.on_terminal("restore", backup, answer=answer)
+            self.assertEqual((status, calls(), "Replace the journal " + self.data + "/journal.db" in shown), (1, 0, True), shown)
+        self.assertEqual((self.on_terminal("restore", backup, answer="y")[0], calls()), (0, 1))
+        self.assertEqual(self.on_terminal("restore", backup, "--yes")[0], 0)
+        os.remove(self.data + "/journal.db")
+        self.assertEqual((self.on_terminal("restore", backup)[0], calls()), (0, 1), "there is none to replace")
 
     def test_a_missed_call_is_red_on_a_terminal_that_has_colours(self):
         self.simulate_and_serve(CALLS, "missed call from Ann")
