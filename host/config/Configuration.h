@@ -112,6 +112,8 @@ struct Configuration {
         std::set<JournalEventKind> events;
         /// The file with the secret with which it is signed.
         std::string secretFile;
+        /// The authorities of the certificate of its https; empty for those of the system.
+        std::string authorities;
 
         bool operator==(const Webhook&) const = default;
     };

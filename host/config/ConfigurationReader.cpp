@@ -219,6 +219,10 @@ Configuration::Webhook readWebhook(TomlSection& section) {
         section.refuse("events", "must name one event or more of " + eventWords());
     }
     section.readName("secret-file", hook.secretFile);
+    section.read("ca-file", hook.authorities);
+    if (!hook.authorities.empty() && !hook.url.starts_with("https:")) {
+        section.refuse("ca-file", "is for a receiver with https");
+    }
     section.finish();
     return hook;
 }

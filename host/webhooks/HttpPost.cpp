@@ -29,7 +29,7 @@ void HttpPost::set(CURLoption option, Value value) {
     }
 }
 
-void HttpPost::begin(const std::string& url, const Headers& headers, std::string body, bool isLoopback) {
+void HttpPost::begin(const std::string& url, const Headers& headers, std::string body, const Peer& peer) {
     m_curl.reset(m_handle);
     m_body = std::move(body);
     m_received = 0;
@@ -46,7 +46,10 @@ void HttpPost::begin(const std::string& url, const Headers& headers, std::string
     set(CURLOPT_HTTPHEADER, m_headers);
     set(CURLOPT_WRITEFUNCTION, &HttpPost::discard);
     set(CURLOPT_WRITEDATA, static_cast<void*>(this));
-    if (isLoopback) {
+    if (!peer.authorities.empty()) {
+        set(CURLOPT_CAINFO, peer.authorities.c_str());
+    }
+    if (peer.isLoopback) {
         // A proxy that the environment names could not reach it.
         set(CURLOPT_PROXY, "");
     }

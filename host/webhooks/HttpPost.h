@@ -16,6 +16,13 @@ public:
     static constexpr long kConnectSeconds = 10;
     static constexpr long kLongestSeconds = 30;
 
+    struct Peer {
+        /// True if the receiver is on this machine.
+        bool isLoopback = false;
+        /// The file with the authorities of its certificate; empty for those of the system.
+        std::string authorities;
+    };
+
     using Headers = std::vector<std::pair<std::string, std::string>>;
 
     /// `transfers` is borrowed and outlives the object. Throws `RemoteError` if it cannot be made.
@@ -25,8 +32,7 @@ public:
     HttpPost& operator=(const HttpPost&) = delete;
 
     /// Begins to send; the caller drives the transfers. Throws `RemoteError`. Requires: it is not busy.
-    /// `isLoopback` is true if the receiver is on this machine.
-    void begin(const std::string& url, const Headers& headers, std::string body, bool isLoopback);
+    void begin(const std::string& url, const Headers& headers, std::string body, const Peer& peer);
     [[nodiscard]] bool isBusy() const noexcept { return m_isBusy; }
     [[nodiscard]] CURL* handle() const noexcept { return m_handle; }
 

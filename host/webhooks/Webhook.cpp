@@ -62,7 +62,8 @@ void Webhook::sendNext(Clock::time_point now) {
                      {{"Content-Type", "application/json"},
                       {"X-Calljournal-Timestamp", std::to_string(time)},
                       {"X-Calljournal-Signature", signatureOf(m_settings.secret, time, m_message.body)}},
-                     m_message.body, isLoopback(m_receiver));
+                     m_message.body,
+                     {.isLoopback = isLoopback(m_receiver), .authorities = m_settings.authorities});
     } catch (const std::exception& error) {
         failed(error.what());
     }

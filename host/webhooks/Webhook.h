@@ -17,6 +17,9 @@ struct WebhookSettings {
     std::string url;
     std::set<JournalEventKind> events;
     std::string secret;
+    /// The file with the authorities of the receiver's certificate, in PEM form; empty for those of the
+    /// system.
+    std::string authorities{};
 };
 
 /// The state of a webhook for the metrics. A plain value.

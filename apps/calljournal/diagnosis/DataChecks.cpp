@@ -137,6 +137,9 @@ Findings examineFiles(const host::Configuration& configuration) {
     for (const auto& hook : configuration.webhooks) {
         try {
             static_cast<void>(host::readSecret(hook.secretFile));
+            if (!hook.authorities.empty()) {
+                host::requirePeerOf(*host::tlsContext(asio::ssl::context::tls_client), hook.authorities);
+            }
             findings.push_back({Level::eGood, "webhook", hook.secretFile + " has a secret"});
         } catch (const std::exception& error) {
             findings.push_back({Level::eFailed, "webhook", error.what()});

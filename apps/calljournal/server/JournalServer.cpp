@@ -30,6 +30,7 @@
 #include "host/services/HardwareVariant.h"
 #include "host/stored-lists/HistoryMaintenance.h"
 #include "host/systemd/ServiceManager.h"
+#include "host/tls/Certificates.h"
 #include "host/tls/ClientContext.h"
 #include "host/tls/ServerCertificate.h"
 #include "host/webhooks/Signature.h"
@@ -94,7 +95,11 @@ std::unique_ptr<host::EventQueue> eventQueue(const host::Configuration& configur
 std::vector<host::WebhookSettings> webhookSettings(const host::Configuration& configuration) {
     std::vector<host::WebhookSettings> webhooks;
     for (const host::Configuration::Webhook& each : configuration.webhooks) {
-        webhooks.push_back({each.url, each.events, host::readSecret(each.secretFile)});
+        if (!each.authorities.empty()) {
+            // libcurl reads the file for each connection; what is wrong with it ends the start.
+            host::requirePeerOf(*host::tlsContext(asio::ssl::context::tls_client), each.authorities);
+        }
+        webhooks.push_back({each.url, each.events, host::readSecret(each.secretFile), each.authorities});
     }
     return webhooks;
 }

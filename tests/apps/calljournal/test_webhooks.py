@@ -4,13 +4,12 @@ import os
 import shutil
 import signal
 import socket
-import subprocess
 import threading
 import time
 import unittest
 import urllib.request
 
-from harness import ProgramTest
+from harness import ProgramTest, make_certificate
 from third_party_switch import ThirdPartySwitch, cleared, delivered, established
 from webhook_receiver import Receiver
 
@@ -125,15 +124,19 @@ class WebhookTest(ProgramTest):
 
     @unittest.skipUnless(shutil.which("openssl"), "openssl is missing (tools/setup proxy)")
     def test_a_receiver_without_a_valid_certificate_gets_nothing(self):
-        certificate = (self.data + "/cert.pem", self.data + "/key.pem")
-        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days", "2", "-subj",
-                        "/CN=localhost", "-keyout", certificate[1], "-out", certificate[0]], check=True, capture_output=True)
-        receiver = self.receiver()
-        receiver.comes_up(certificate)
-        server = self.serve_hooks(self.hook(receiver.port).replace("http://127.0.0.1", "https://localhost"))
+        """Of three receivers one has a certificate of the authority that its webhook names."""
+        authority, other = (make_certificate(self.data, name, subject="DNS:" + name) for name in ("authority", "other"))
+        certificate = make_certificate(self.data, "hook", authority=authority)
+        refused, wrong, trusted = receivers = [self.receiver() for _ in range(3)]
+        for each in receivers:
+            each.comes_up(certificate)
+        hooks = [self.hook(each.port, '["call.filed"]').replace("http://127.0.0.1", "https://localhost") for each in receivers]
+        server = self.serve_hooks(hooks[0], hooks[1] + 'ca-file = "%s"\n' % other[0], hooks[2] + 'ca-file = "%s"\n' % authority[0])
         self.switch.misses("1", "N<4711>Ann")
-        server.logs(r"an event cannot be delivered to https://localhost:\d+: .*[Cc]ertificate")
-        self.assertEqual(receiver.attempts, 0)
+        for _ in range(2):
+            server.logs(r"an event cannot be delivered to https://localhost:\d+: .*[Cc]ertificate")
+        self.await_value(["call.filed"], lambda: trusted.events)
+        self.assertEqual([refused.attempts, wrong.attempts], [0, 0])
 
     def test_a_wrong_configuration_is_refused_with_its_reason(self):
         receiver = self.receiver()
@@ -144,5 +147,9 @@ class WebhookTest(ProgramTest):
         for url in ("ftp://crm.example/", "crm.example", "http://", "http://crm.example:70000/", "http://a b/"):
             path = self.file("wrong.toml", '[[webhook]]\nurl = "%s"\nevents = ["call.filed"]\nsecret-file = "x"\n' % url)
             self.assertIn("must be the URL of a receiver", self.refused("serve", "--config", path, status=1))
+        for url, authorities, reason in (("http", self.secret, "webhook.ca-file: is for a receiver with https"),
+                                         ("https", self.secret, "has no certificate in PEM form"), ("https", "missing.pem", "missing.pem does not exist")):
+            path = self.file("wrong.toml", self.hook(receiver.port).replace("http", url, 1) + 'ca-file = "%s"\n' % authorities)
+            self.assertIn(reason, self.refused("serve", "--config", path, status=1))
         path = self.file("wrong.toml", self.hook(receiver.port).replace(self.secret, self.data + "/missing"))
         self.assertIn("missing cannot be read: ", self.refused("serve", "--config", path, status=1))
