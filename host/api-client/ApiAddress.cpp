@@ -13,14 +13,20 @@ constexpr const char* kSecureScheme = "https://";
 
 }  // namespace
 
-ApiAddressFile::ApiAddressFile(const std::filesystem::path& dataDirectory, const Endpoint& listening,
-                               const std::string& pin)
+ApiAddressFile::ApiAddressFile(const std::filesystem::path& dataDirectory, const Server& server)
     : m_path(dataDirectory / kName) {
-    write(listening, pin);
+    write(server);
 }
 
-void ApiAddressFile::write(const Endpoint& listening, const std::string& pin) const {
-    replaceFile(m_path, localUrl(listening, !pin.empty()) + "\n" + (pin.empty() ? "" : pin + "\n"));
+void ApiAddressFile::write(const Server& server) const {
+    std::string text = localUrl(server.listening, !server.pin.empty()) + "\n";
+    if (!server.pin.empty() || !server.configuration.empty()) {
+        text += server.pin + "\n";
+    }
+    if (!server.configuration.empty()) {
+        text += std::filesystem::absolute(server.configuration).string() + "\n";
+    }
+    replaceFile(m_path, text);
 }
 
 ApiAddressFile::~ApiAddressFile() {
@@ -41,6 +47,9 @@ std::optional<ApiAddressFile::Address> ApiAddressFile::read(const std::filesyste
         return std::nullopt;
     }
     std::getline(file, address.pin);
+    if (std::string configuration; std::getline(file, configuration)) {
+        address.configuration = configuration;
+    }
     return address;
 }
 

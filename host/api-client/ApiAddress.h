@@ -10,7 +10,8 @@ namespace host {
 
 /// The file DATA/api-address: the address of the HTTP API of the server that runs in a data directory, by
 /// which its clients find it. The first text line is "http://127.0.0.1:8080"; of a server with TLS,
-/// "https://127.0.0.1:8080", and the second one is the pin of its certificate. Exists as long as this object,
+/// "https://127.0.0.1:8080", and the second one, else empty, is the pin of its certificate. The third one is
+/// the configuration file that the server reads, if it reads one. Exists as long as this object,
 /// which the server owns; a killed server leaves its file. One thread at a time.
 class ApiAddressFile {
 public:
@@ -20,14 +21,24 @@ public:
         std::string url;
         /// Of the server's public key, as curl takes it; empty without TLS.
         std::string pin;
+        /// Absolute; empty without one.
+        std::filesystem::path configuration;
     };
 
-    /// Writes the file, with mode 0600. `listening` is the address that the server listens on, with its port.
-    /// Throws `std::runtime_error` with a text for the user.
-    ApiAddressFile(const std::filesystem::path& dataDirectory, const Endpoint& listening,
-                   const std::string& pin = {});
+    /// The contents of the file.
+    struct Server {
+        /// The address that it listens on, with its port.
+        Endpoint listening;
+        /// Empty without TLS.
+        std::string pin{};
+        /// The configuration file that it reads; empty without one.
+        std::filesystem::path configuration{};
+    };
+
+    /// Writes the file, with mode 0600. Throws `std::runtime_error` with a text for the user.
+    ApiAddressFile(const std::filesystem::path& dataDirectory, const Server& server);
     /// Replaces the contents: for a certificate that was renewed. Throws as the constructor.
-    void write(const Endpoint& listening, const std::string& pin) const;
+    void write(const Server& server) const;
     /// Removes the file.
     ~ApiAddressFile();
     ApiAddressFile(const ApiAddressFile&) = delete;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "apps/calljournal/command-line/Command.h"
+#include "apps/calljournal/output/Colour.h"
 #include "apps/calljournal/output/ErrorOutput.h"
 #include "apps/calljournal/output/OutputStatus.h"
 #include "apps/calljournal/output/UsageErrorText.h"
@@ -84,6 +86,23 @@ void addServerOptions(CLI::App& sub, CommonOptions& common) {
         ->needs(url);
 }
 
+void addColourOption(CLI::App& app) {
+    app.add_option_function<std::string>(
+           "--color",
+           [](const std::string& use) {
+               setColourUse(use == "always"  ? ColourUse::eAlways
+                            : use == "never" ? ColourUse::eNever
+                                             : ColourUse::eAuto);
+           },
+           "colours in tables: auto, on a terminal and without NO_COLOR [auto]")
+        ->type_name("auto|always|never")
+        ->check(std::function<std::string(const std::string&)>([](const std::string& use) {
+            return use == "auto" || use == "always" || use == "never"
+                       ? std::string()
+                       : "there is no use " + use + "; it is auto, always or never";
+        }));
+}
+
 using Commands = std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>>;
 
 void addDataOption(CLI::App& app, CommonOptions& common) {
@@ -98,6 +117,7 @@ void addDataOption(CLI::App& app, CommonOptions& common) {
 Commands addCommands(CLI::App& app, CommonOptions& common) {
     Commands commands;
     addDataOption(app, common);
+    addColourOption(app);
     for (const Entry& entry : kEntries) {
         CLI::App* const sub = app.add_subcommand(entry.name, entry.help);
         commands.emplace_back(sub, entry.make(*sub));
@@ -106,6 +126,7 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
         }
         if (entry.kind == Kind::eClient) {
             addServerOptions(*sub, common);
+            addColourOption(*sub);
         }
     }
     return commands;

@@ -34,6 +34,10 @@ public:
 
     /// The configuration file that is read; empty for none.
     [[nodiscard]] std::filesystem::path file() const;
+    /// True if `--config` names it.
+    [[nodiscard]] bool namesFile() const noexcept { return !m_file.empty(); }
+    /// As `--config`.
+    void setFile(const std::filesystem::path& file) { m_file = file.string(); }
 
 private:
     bool m_readsUserFile = false;

@@ -15,6 +15,7 @@
 #include "apps/calljournal/diagnosis/NetworkChecks.h"
 #include "apps/calljournal/output/CsvTable.h"
 #include "apps/calljournal/output/OutputStatus.h"
+#include "host/api-client/ApiAddress.h"
 #include "host/config/ConfigurationError.h"
 #include "host/log/Log.h"
 #include "host/presentation/ItemJson.h"
@@ -53,13 +54,14 @@ public:
         host::Log::configure("error", "");
         host::Configuration configuration;
         bool isKnown = true;
+        const bool isOfServer = useFileOfServer(common);
         try {
             configuration = m_options.load("info", {});
             const std::filesystem::path file = m_options.file();
             print({Finding::Level::eGood, "configuration",
                    file.empty() ? "no file; all keys have their default values (--config names the one that "
                                   "a service uses)"
-                                : file.string()});
+                                : file.string() + (isOfServer ? ", which the running server uses" : "")});
         } catch (const host::ConfigurationError& error) {
             isKnown = false;
             print({Finding::Level::eFailed, "configuration",
@@ -80,6 +82,16 @@ public:
     }
 
 private:
+    /// Without --config, the file of the server that runs in the data directory is examined, if it has one.
+    bool useFileOfServer(const CommonOptions& common) {
+        const auto address = host::ApiAddressFile::read(common.dataDirectory());
+        if (m_options.namesFile() || !address || address->configuration.empty()) {
+            return false;
+        }
+        m_options.setFile(address->configuration);
+        return true;
+    }
+
     void print(const Finding& finding) {
         m_hasFailure = m_hasFailure || finding.level == Finding::Level::eFailed;
         if (!m_output.isTable()) {

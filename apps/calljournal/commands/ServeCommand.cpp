@@ -45,6 +45,7 @@ public:
         if (gateway) {
             server.setTelephone([&gateway] { return telephoneOf(*gateway); });
         }
+        server.setConfigurationFile(m_options.file());
         server.start();
         std::cout << "calljournal serves line " << configuration.lines.front().device << " of the switch at "
                   << host::Endpoint{configuration.callSwitch.host, configuration.callSwitch.port}.text()

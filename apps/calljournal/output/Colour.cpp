@@ -9,7 +9,20 @@
 
 namespace calljournal {
 
+namespace {
+
+ColourUse g_use = ColourUse::eAuto;
+
+}  // namespace
+
+void setColourUse(ColourUse use) noexcept {
+    g_use = use;
+}
+
 bool isColoured() {
+    if (g_use != ColourUse::eAuto) {
+        return g_use == ColourUse::eAlways;
+    }
     const char* const refused = std::getenv("NO_COLOR");
     const char* const terminal = std::getenv("TERM");
     return ::isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0') && terminal != nullptr &&

@@ -7,7 +7,16 @@ namespace calljournal {
 /// The emphasis of a text on a terminal.
 enum class Emphasis { eNone, eStrong, eAlarm, eGood, eWarning };
 
-/// True if the standard output is a terminal with colours, and the user does not refuse them (NO_COLOR).
+enum class ColourUse {
+    eAuto,  ///< on a terminal with colours, unless the user refuses them (NO_COLOR, TERM=dumb)
+    eAlways,
+    eNever,
+};
+
+/// The use of colours from now on; at the start `eAuto`. Call before other threads are started.
+void setColourUse(ColourUse use) noexcept;
+
+/// True if the standard output gets colours.
 [[nodiscard]] bool isColoured();
 
 /// The text with the codes that a terminal shows it with.

@@ -30,6 +30,7 @@
 #include "host/services/HardwareVariant.h"
 #include "host/stored-lists/HistoryMaintenance.h"
 #include "host/systemd/ServiceManager.h"
+#include "host/tls/CertificateWarning.h"
 #include "host/tls/Certificates.h"
 #include "host/tls/ClientContext.h"
 #include "host/tls/ServerCertificate.h"
@@ -56,6 +57,9 @@ host::LineSettings lineSettings(const host::Configuration& configuration, const 
         settings.link.tls = configuration.callSwitch.trust;
         // The link reads the files for each connection; what is wrong with them ends the start.
         static_cast<void>(host::clientContext(*settings.link.tls));
+        if (const host::CertificateFiles& own = settings.link.tls->own; !own.certificate.empty()) {
+            host::warnOfCertificate(own, host::factsOfCertificate(own.certificate), "the switch refuses it");
+        }
     }
     settings.link.ownDevice = line.device;
     settings.link.edition = configuration.callSwitch.edition;
@@ -207,8 +211,7 @@ public:
                                           [this] { return m_library.createJournalServiceObserverProxy(); },
                                           [this] { return m_line.storedLists().unviewed(); }});
         m_httpEndpoint = m_http->start();
-        const auto& certificate = m_httpSettings.server.certificate;
-        m_addressFile.emplace(m_dataDirectory, m_httpEndpoint, certificate ? certificate->pin() : "");
+        m_addressFile.emplace(m_dataDirectory, addressOfServer());
         m_maintenance.start();
         m_databaseMaintenance.start();
         // Last, because changes by its clients are reported to the HTTP API.
@@ -216,6 +219,8 @@ public:
     }
 
     void setTelephone(std::function<host::TelephoneState()> telephone) { m_telephone = std::move(telephone); }
+
+    void setConfigurationFile(std::filesystem::path file) { m_configurationFile = std::move(file); }
 
     void reportAlive() {
         m_alive.post([] { host::ServiceManager::alive(); });
@@ -231,7 +236,7 @@ public:
         }
         if (m_httpSettings.server.certificate) {
             m_httpSettings.server.certificate->reload();
-            m_addressFile->write(m_httpEndpoint, m_httpSettings.server.certificate->pin());
+            m_addressFile->write(addressOfServer());
         }
     }
 
@@ -265,6 +270,11 @@ public:
     [[nodiscard]] const host::Database& database() const { return m_database; }
 
 private:
+    [[nodiscard]] host::ApiAddressFile::Server addressOfServer() const {
+        const auto& certificate = m_httpSettings.server.certificate;
+        return {m_httpEndpoint, certificate ? certificate->pin() : "", m_configurationFile};
+    }
+
     host::HttpBackend httpBackend() {
         auto& journal = dynamic_cast<JournalServiceIfc&>(*m_line.journal());
         return {m_device,
@@ -321,6 +331,7 @@ private:
     std::function<host::TelephoneState()> m_telephone;
     host::Endpoint m_httpEndpoint;
     const std::filesystem::path m_dataDirectory;
+    std::filesystem::path m_configurationFile;
     std::optional<host::ApiAddressFile> m_addressFile;
     std::optional<host::Webhooks> m_webhooks;
     bool m_stopped = false;
@@ -365,6 +376,10 @@ void JournalServer::setChangeListener(std::function<void(const std::string&)> li
 
 void JournalServer::setTelephone(std::function<host::TelephoneState()> telephone) {
     m_impl->setTelephone(std::move(telephone));
+}
+
+void JournalServer::setConfigurationFile(std::filesystem::path file) {
+    m_impl->setConfigurationFile(std::move(file));
 }
 
 std::string JournalServer::HttpAddress::text() const {

@@ -43,6 +43,9 @@ public:
     /// Sets a function that returns the state of the telephone that the program runs. Any thread may call it
     /// until `stop` returns. Call before `start`.
     void setTelephone(std::function<host::TelephoneState()> telephone);
+    /// Sets the configuration file that `doctor` finds as the one of this server; empty for none. Call before
+    /// `start`.
+    void setConfigurationFile(std::filesystem::path file);
 
     /// Returns when the journal is loaded and clients are served. The connection to the switch is made
     /// asynchronously.

@@ -77,12 +77,15 @@ class TerminalTest(ProgramTest):
     def test_a_missed_call_is_red_on_a_terminal_that_has_colours(self):
         self.simulate_and_serve(CALLS, "missed call from Ann")
         for form, environment, isRed in (([], {}, True), ([], {"NO_COLOR": "1"}, False), ([], {"TERM": "dumb"}, False), (["-o", "json"], {}, False),
-                                         (["-o", "csv"], {}, False)):
+                                         (["-o", "csv"], {}, False), (["--color=never"], {}, False), (["--color", "auto"], {}, True),
+                                         (["--color=always"], {"NO_COLOR": "1"}, True), (["--color=always", "-o", "csv"], {}, False)):
             with self.subTest(form=form, environment=environment):
                 for command in (["list", "missed"], ["calls"]):
                     shown = self.on_terminal(*command, *form, environment=environment)[1]
                     self.assertEqual(("\x1b[1;31m" in shown, "4711" in shown), (isRed, True), shown)
         self.assertNotIn("\x1b", self.done("list", "missed"))
+        self.assertIn("\x1b[1;31m", self.done("--color", "always", "list", "missed"))
+        self.assertIn("there is no use blue", self.refused("list", "missed", "--color=blue", status=2))
 
     def test_the_forms_and_the_limit_of_lists(self):
         self.simulate_and_serve(CALLS + 'call b from 4712 "=Bob" to 2001 ; ring b ; giveup b\n', "missed call from =Bob")

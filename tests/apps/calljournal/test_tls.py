@@ -165,7 +165,12 @@ class TlsTest(ProgramTest):
         self.assertEqual((self.list("missed")["total"], server.stop()), (0, 0))
         server = self.serve(address, config=link + 'tls-certificate = "%s"\ntls-key = "%s"\n' % own)
         server.logs("missed call from")
-        self.assertEqual((server.stop(), simulator.stop()), (0, 0))
+        self.assertEqual((server.stop(), simulator.stop(), server.count("own.pem expires in less than two weeks")), (0, 0, 1))
+        subprocess.run(["openssl", "x509", "-in", own[0], "-signkey", own[1], "-days", "-1", "-out", own[0]], check=True,
+                       capture_output=True, timeout=LIMIT)
+        server = self.serve(address, config=link + 'tls-certificate = "%s"\ntls-key = "%s"\n' % own)
+        server.logs("own.pem has expired; the switch refuses it")
+        self.assertRegex(self.run_program("doctor", "--data", self.data)[1], "FAILED +link certificate +.*own.pem is valid from .* to")
 
     def test_a_switch_without_tls_is_not_spoken_to_in_clear(self):
         link = '[switch]\ntls = true\ntls-ca = "%s"\n'
