@@ -121,6 +121,16 @@ TEST_F(LogToFile, HasALevelForTheLibraryAndMasksThePartiesInItsLines) {
                                      HasSubstr("refused +**67: " + name), HasSubstr(number)));
 }
 
+TEST_F(LogToFile, MasksTheMessagesOfSwitchesAndTelephones) {
+    const std::string message = "<deviceID>+49891234567</deviceID>";
+    for (const char* const component : {"CSTA Link", "CSTA Switch", "SIP Gateway"}) {
+        std::filesystem::remove(file());
+        Log::configure({.level = "debug", .libraryLevel = "debug", .file = file()});
+        logAppUni(component, "f", 6, 1, "from it: %s", message.c_str());
+        EXPECT_THAT(lines(), ElementsAre(HasSubstr("from it: <***>+**67</***>"))) << component;
+    }
+}
+
 TEST_F(LogToFile, AppendsToAFileAndCreatesItWithMode0600) {
     logAppUni("any", "f", 5, 1, "first");
     configure("info");
