@@ -16,6 +16,7 @@
 #include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/Authenticator.h"
+#include "host/http/LinesResource.h"
 #include "host/http/PageFiles.h"
 #include "host/http/RequestPipeline.h"
 #include "host/http/SessionRoutes.h"
@@ -36,6 +37,7 @@
 #include "host/stored-lists/StoredLists.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeJournalService.h"
+#include "tests/support/FakeLines.h"
 #include "tests/support/StoredCalls.h"
 
 // Feeds any bytes to the HTTP API as one request, without sockets: the text line "METHOD TARGET", header
@@ -62,9 +64,12 @@ public:
         m_statistics.addRoutes(m_router);
         m_parties.addRoutes(m_router);
         m_status.addRoutes(m_router);
-        m_tokensResource.addRoutes(m_router);
-        host::addSessionRoutes(m_authenticator, m_router);
-        m_router.add({"POST", "/api/v1/tickets", host::Scope::eRead, [this](const host::HttpRequest& each) {
+        m_tokensResource.addRoutes(m_common);
+        m_linesResource.addRoutes(m_common);
+        m_lines.set("2001", {&m_router, [](auto* /*routes*/) {}});
+        m_lines.set("2002", {&m_router, [](auto* /*routes*/) {}});
+        host::addSessionRoutes(m_authenticator, m_common);
+        m_common.add({"POST", "/api/v1/tickets", host::Scope::eRead, [this](const host::HttpRequest& each) {
                           m_ticket = m_tickets.issue(each.access, host::Tickets::Clock::now());
                           return host::jsonResponse({{"ticket", m_ticket}}, 201);
                       }});
@@ -107,12 +112,15 @@ private:
     host::AccessTokens m_tokens{m_database};
     host::Tickets m_tickets;
     std::string m_ticket;
-    host::TokensResource m_tokensResource{m_tokens, m_line};
+    journaltest::FakeLines m_lines;
+    host::TokensResource m_tokensResource{m_tokens, [](const std::string& line) { return line == "2001"; }};
+    host::LinesResource m_linesResource{m_lines};
+    host::Router m_common;
     host::Router m_router;
     host::Authenticator m_authenticator{
         "secret", &m_tokens, &m_tickets, "https://phone.example/", {"https://board.example"}};
     host::PageFiles m_page{{}};
-    host::RequestPipeline m_pipeline{m_authenticator, m_router, m_page, "2001"};
+    host::RequestPipeline m_pipeline{m_authenticator, m_common, m_page, m_lines};
 };
 
 std::string_view takeLine(std::string_view& text) {

@@ -72,6 +72,7 @@ void checkText(const RemoteFrame& frame) {
     switch (frame.kind) {
         case RemoteFrame::Kind::eRequest: checkRequest(frame.text); break;
         case RemoteFrame::Kind::eMethod: checkMethod(frame.text); break;
+        case RemoteFrame::Kind::eLine: break;
         case RemoteFrame::Kind::eResponse: checkLists(frame.text); break;
         case RemoteFrame::Kind::eNotification:
             static_cast<void>(journalxml::parseObserverMessage(frame.text));

@@ -32,6 +32,8 @@
 #include "bench/calls/CallPlan.h"
 #include "bench/load/LoadSwitch.h"
 #include "bench/load/SystemCall.h"
+#include "host/csta/association/SwitchLink.h"
+#include "host/data/LiveCallWriter.h"
 #include "host/database/Database.h"
 #include "host/database/DatabaseMemory.h"
 #include "host/framework/AsioTimerSource.h"
@@ -153,10 +155,13 @@ public:
         : m_database(data / "journal.db"),
           m_library(host::LibraryLoader::locate(host::LibraryLoader::kJournalLibrary,
                                                 host::LibraryLoader::programDirectory())),
-          m_switchPort(switchPort) {}
+          m_link({.port = switchPort}) {
+        m_link.start();
+    }
     Lines(const Lines&) = delete;
     Lines& operator=(const Lines&) = delete;
     ~Lines() {
+        m_link.stop();
         for (const std::unique_ptr<host::Line>& line : m_lines) {
             line->disconnect();
             line->stop();
@@ -168,11 +173,12 @@ public:
         const std::size_t before = std::max<std::size_t>(m_lines.size(), 1);
         while (m_lines.size() < count) {
             host::LineSettings settings;
-            settings.link.port = m_lines.empty() ? kNoPort : m_switchPort;
+            settings.link.port = kNoPort;
+            settings.sharedLink = m_lines.empty() ? nullptr : &m_link;
             settings.managementOverrides["server-based-features"] = "true";  // or it has no forwarded calls
             settings.link.ownDevice = std::to_string(kFirstDevice + static_cast<int>(m_lines.size()));
             m_lines.push_back(std::make_unique<host::Line>(settings, m_library.createJournalService(),
-                                                           m_database, m_pool, m_timerSource));
+                                                           m_database, m_liveCalls, m_pool, m_timerSource));
             m_lines.back()->start();
         }
         const auto end = std::chrono::steady_clock::now() + kStartLimit;
@@ -209,10 +215,11 @@ public:
 
 private:
     host::Database m_database;
+    host::LiveCallWriter m_liveCalls{m_database};
     host::WorkerPool m_pool;
     host::AsioTimerSource m_timerSource{m_pool};
     host::LibraryLoader m_library;
-    const std::uint16_t m_switchPort;
+    host::SwitchLink m_link;
     std::vector<std::unique_ptr<host::Line>> m_lines;
 };
 

@@ -162,6 +162,9 @@ private:
 
     [[nodiscard]] std::string urlOf(const Path& path, const Query& query) const {
         std::string url = m_server.url + "/api/v1";
+        if (!m_server.line.empty()) {
+            url += "/lines/" + encoded(m_server.line);
+        }
         for (const std::string& segment : path) {
             url += "/" + encoded(segment);
         }

@@ -41,6 +41,8 @@ struct ApiServer {
     std::string pin{};
     /// The certificates of the authorities, in one file; empty for those of the system.
     std::filesystem::path authorities{};
+    /// The line of the requests; empty for the one that the server chooses.
+    std::string line{};
 
     /// The server that runs in a data directory, by DATA/api-address and DATA/api-token. Throws `RemoteError`
     /// if none runs there.

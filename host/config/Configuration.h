@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -31,17 +33,27 @@ struct Configuration {
     struct Line {
         /// The own number at the switch.
         std::string device = "2001";
+        /// Whose telephone it is; may be empty.
+        std::string name{};
+        /// The name of its switch; empty for the first one.
+        std::string switchName{};
         std::vector<SharedDevice> shared;
         /// True if a telephone is paired over Bluetooth.
         bool bluetooth = false;
         /// The numbers whose calls are not kept, in any spelling; those that end in "*" are the begin of a
         /// number.
         std::vector<std::string> neverLog{};
+        /// First values of the line's management keys, which override those of `Configuration::management`.
+        std::map<std::string, std::string> management{};
+        /// std::nullopt: as `Data::keep`.
+        std::optional<std::chrono::days> keep{};
 
         bool operator==(const Line&) const = default;
     };
 
     struct Switch {
+        /// For lines that name their switch; empty for the only one.
+        std::string name{};
         std::string host = "127.0.0.1";
         std::uint16_t port = 4242;
         /// "ed3" to "ed6".
@@ -69,6 +81,8 @@ struct Configuration {
         std::string publicUrl{};
         /// The origins of other pages that may use the API, as `originOf` returns them.
         std::vector<std::string> allowedOrigins{};
+        /// With more lines, the metrics have the sums of all lines only.
+        std::size_t metricsPerLine = 100;
 
         bool operator==(const Api&) const = default;
     };
@@ -121,9 +135,11 @@ struct Configuration {
     /// Management keys with their values.
     using Keys = std::map<std::string, std::string>;
 
-    /// Never empty. The first line is the default.
+    /// Never empty, each device once. The first line is the default.
     std::vector<Line> lines{Line{}};
+    /// The first switch, and further ones; each has another name then.
     Switch callSwitch;
+    std::vector<Switch> moreSwitches;
     Api api;
     Data data;
     /// First values. A value that was changed at run time overrides them.

@@ -1,6 +1,8 @@
 #include "host/config/ConfigurationChanges.h"
 
+#include <algorithm>
 #include <set>
+#include <type_traits>
 
 namespace host {
 namespace {
@@ -15,18 +17,38 @@ constexpr bool equal(const Configuration& before, const Configuration& after) {
     return before.*Section.*Member == after.*Section.*Member;
 }
 
+/// Lines that were added or removed change the devices only.
 template <auto Member>
-bool equalInLine(const Configuration& before, const Configuration& after) {
-    return before.lines.front().*Member == after.lines.front().*Member;
+bool equalInLines(const Configuration& before, const Configuration& after) {
+    const auto areEqual = [](const Configuration::Line& one, const Configuration::Line& other) {
+        return one.*Member == other.*Member;
+    };
+    if (before.lines.size() != after.lines.size()) {
+        if constexpr (std::is_same_v<decltype(Member), decltype(&Configuration::Line::device)>) {
+            return Member != &Configuration::Line::device;
+        }
+        return true;
+    }
+    return std::equal(before.lines.begin(), before.lines.end(), after.lines.begin(), areEqual);
+}
+
+bool equalFurtherSwitches(const Configuration& before, const Configuration& after) {
+    return before.moreSwitches == after.moreSwitches;
 }
 
 using C = Configuration;
 
 constexpr Key kKeys[] = {
-    {"line.device", &equalInLine<&C::Line::device>},
-    {"line.shared", &equalInLine<&C::Line::shared>},
-    {"line.bluetooth", &equalInLine<&C::Line::bluetooth>},
-    {"line.never-log", &equalInLine<&C::Line::neverLog>},
+    {"line.device", &equalInLines<&C::Line::device>},
+    {"line.name", &equalInLines<&C::Line::name>},
+    {"line.switch", &equalInLines<&C::Line::switchName>},
+    {"line.shared", &equalInLines<&C::Line::shared>},
+    {"line.bluetooth", &equalInLines<&C::Line::bluetooth>},
+    {"line.never-log", &equalInLines<&C::Line::neverLog>},
+    {"line.management", &equalInLines<&C::Line::management>},
+    {"line.keep-days", &equalInLines<&C::Line::keep>},
+    {"switch", &equalFurtherSwitches},
+    {"switch.name", &equal<&C::callSwitch, &C::Switch::name>},
     {"switch.host", &equal<&C::callSwitch, &C::Switch::host>},
     {"switch.port", &equal<&C::callSwitch, &C::Switch::port>},
     {"switch.edition", &equal<&C::callSwitch, &C::Switch::edition>},
@@ -36,6 +58,7 @@ constexpr Key kKeys[] = {
     {"switch.tls-*", &equal<&C::callSwitch, &C::Switch::trust>},
     {"switch.reconnect-max-s", &equal<&C::callSwitch, &C::Switch::reconnectMax>},
     {"switch.call-max-hours", &equal<&C::callSwitch, &C::Switch::callMax>},
+    {"api.metrics-per-line", &equal<&C::api, &C::Api::metricsPerLine>},
     {"api.listen", &equal<&C::api, &C::Api::listen>},
     {"api.auth", &equal<&C::api, &C::Api::auth>},
     {"api.tls-*", &equal<&C::api, &C::Api::tls>},

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 #include <stdexcept>
 #include <system_error>
 
+#include "host/config/LinesFile.h"
 #include "host/config/TomlSection.h"
 #include "host/config/WebOrigin.h"
 #include "host/digits/DialledText.h"
@@ -28,9 +30,38 @@ bool isNumberPattern(const std::string& text) {
     return number.find_first_of("0123456789") != std::string::npos && isDialledNumber(number);
 }
 
+void readManagement(TomlSection& section, Configuration::Keys& keys) {
+    for (const std::string& key : section.takeAllKeys()) {
+        std::string& value = keys[key];
+        section.read(key.c_str(), value);
+        if (!isAccepted(key, value)) {
+            section.refuse(key, "must be " + std::string(acceptedValues(key)));
+        }
+    }
+}
+
+/// Leaves `days` if the key is absent.
+void readKeepDays(TomlSection& section, std::optional<std::chrono::days>& keep) {
+    constexpr std::int64_t kAbsent = -1;
+    std::int64_t days = kAbsent;
+    section.read("keep-days", days, 0, 36500);
+    if (days != kAbsent) {
+        keep = std::chrono::days(days);
+    }
+}
+
 Configuration::Line readLine(TomlSection& section) {
     Configuration::Line line;
     section.readName("device", line.device);
+    if (line.device.find('/') != std::string::npos) {
+        section.refuse("device", "must have no /");
+    }
+    section.read("name", line.name);
+    section.read("switch", line.switchName);
+    readKeepDays(section, line.keep);
+    if (std::optional<TomlSection> management = section.section("management")) {
+        readManagement(*management, line.management);
+    }
     std::vector<std::string> devices{line.device};
     for (TomlSection& each : section.sections("shared")) {
         line.shared.push_back(readSharedDevice(each));
@@ -51,15 +82,19 @@ Configuration::Line readLine(TomlSection& section) {
     return line;
 }
 
+/// Reads `[line]`, or each `[[line]]`.
 void readLines(TomlSection& file, std::vector<Configuration::Line>& lines) {
     std::vector<TomlSection> sections = file.sections("line");
-    if (sections.size() > 1) {
-        sections[1].refuse(
-            "",
-            "one process serves one line; start another one with a data directory of its own for this line");
+    if (sections.empty()) {
+        return;
     }
-    if (!sections.empty()) {
-        lines = {readLine(sections.front())};
+    lines.clear();
+    std::set<std::string> devices;
+    for (TomlSection& section : sections) {
+        lines.push_back(readLine(section));
+        if (!devices.insert(lines.back().device).second) {
+            section.refuse("device", "\"" + lines.back().device + "\" is another line already");
+        }
     }
 }
 
@@ -79,6 +114,7 @@ void readCertificate(TomlSection& section, CertificateFiles& files) {
 }
 
 void readSwitch(TomlSection& section, Configuration::Switch& callSwitch) {
+    section.read("name", callSwitch.name);
     section.readName("host", callSwitch.host);
     std::int64_t port = callSwitch.port;
     section.read("port", port, 1, std::numeric_limits<std::uint16_t>::max());
@@ -134,25 +170,18 @@ void readApi(TomlSection& section, Configuration::Api& api) {
         }
         api.allowedOrigins.push_back(*origin);
     }
+    auto perLine = static_cast<std::int64_t>(api.metricsPerLine);
+    section.read("metrics-per-line", perLine, 0, 100'000);
+    api.metricsPerLine = static_cast<std::size_t>(perLine);
     section.finish();
 }
 
 void readData(TomlSection& section, Configuration::Data& data) {
     section.readWord("store", data.store, {"sqlite"});
-    std::int64_t days = data.keep.count();
-    section.read("keep-days", days, 0, 36500);
-    data.keep = std::chrono::days(days);
+    std::optional<std::chrono::days> keep;
+    readKeepDays(section, keep);
+    data.keep = keep.value_or(data.keep);
     section.finish();
-}
-
-void readManagement(TomlSection& section, Configuration::Keys& keys) {
-    for (const std::string& key : section.takeAllKeys()) {
-        std::string& value = keys[key];
-        section.read(key.c_str(), value);
-        if (!isAccepted(key, value)) {
-            section.refuse(key, "must be " + std::string(acceptedValues(key)));
-        }
-    }
 }
 
 bool isRegion(const std::string& text) {
@@ -250,6 +279,60 @@ void readSection(TomlSection& file, const char* name, void (*reader)(TomlSection
     }
 }
 
+/// Reads `[switch]`, or each `[[switch]]`.
+void readSwitches(TomlSection& file, Configuration& configuration) {
+    std::vector<TomlSection> sections = file.sections("switch");
+    std::set<std::string> names;
+    for (std::size_t at = 0; at < sections.size(); ++at) {
+        Configuration::Switch callSwitch = at == 0 ? configuration.callSwitch : Configuration::Switch();
+        readSwitch(sections[at], callSwitch);
+        if (sections.size() > 1 && callSwitch.name.empty()) {
+            sections[at].refuse("name", "is needed where there are several switches");
+        }
+        if (!names.insert(callSwitch.name).second) {
+            sections[at].refuse("name", "\"" + callSwitch.name + "\" is another switch already");
+        }
+        if (at == 0) {
+            configuration.callSwitch = std::move(callSwitch);
+        } else {
+            configuration.moreSwitches.push_back(std::move(callSwitch));
+        }
+    }
+}
+
+/// Refuses a line that names a switch which there is not.
+void requireSwitches(const TomlSection& file, const Configuration& configuration) {
+    std::set<std::string> names{"", configuration.callSwitch.name};
+    for (const Configuration::Switch& each : configuration.moreSwitches) {
+        names.insert(each.name);
+    }
+    for (const Configuration::Line& line : configuration.lines) {
+        if (!names.contains(line.switchName)) {
+            file.refuse("line", "line " + line.device + " has the switch \"" + line.switchName +
+                                    "\", which is none of the switches");
+        }
+    }
+}
+
+/// Adds the lines of the file that `lines-file` names; a relative path begins at the configuration's
+/// directory.
+void readLinesFile(TomlSection& file, const std::string& fileName, std::vector<Configuration::Line>& lines) {
+    std::string name;
+    file.read("lines-file", name);
+    if (name.empty()) {
+        return;
+    }
+    const std::filesystem::path path = std::filesystem::path(fileName).parent_path() / name;
+    if (!file.has("line")) {
+        lines.clear();
+    }
+    try {
+        addLinesOf(path, lines);
+    } catch (const std::runtime_error& error) {
+        file.refuse("lines-file", error.what());
+    }
+}
+
 }  // namespace
 
 Configuration readConfiguration(std::string_view toml, const std::string& fileName,
@@ -257,7 +340,9 @@ Configuration readConfiguration(std::string_view toml, const std::string& fileNa
     const toml::table table = parseToml(toml, fileName);
     TomlSection file(table, "", fileName);
     readLines(file, configuration.lines);
-    readSection(file, "switch", readSwitch, configuration.callSwitch);
+    readSwitches(file, configuration);
+    readLinesFile(file, fileName, configuration.lines);
+    requireSwitches(file, configuration);
     readSection(file, "api", readApi, configuration.api);
     readSection(file, "data", readData, configuration.data);
     readSection(file, "management", readManagement, configuration.management);

@@ -36,6 +36,8 @@ public:
     /// Reads one of the given words.
     void readWord(const char* key, std::string& value, std::initializer_list<std::string_view> words);
 
+    /// True if the file has the key.
+    [[nodiscard]] bool has(const char* key) const { return m_table.contains(key); }
     /// Returns the section `[key]`, or std::nullopt if the key is absent.
     [[nodiscard]] std::optional<TomlSection> section(const char* key);
     /// Returns the section `[key]`, or the sections `[[key]]` in their order. Returns no section if the key

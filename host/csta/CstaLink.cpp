@@ -41,8 +41,8 @@ CallControlOutcome controlled(
 CstaLink::CstaLink(CstaLinkConfig config, const Post& post, const PostHere& here)
     : m_impl(std::make_unique<CstaLinkImpl>(nullptr, std::move(config), post, here)) {}
 
-CstaLink::CstaLink(SwitchLink& shared, CstaLinkConfig config, const Post& post, const PostHere& here)
-    : m_impl(std::make_unique<CstaLinkImpl>(&shared, std::move(config), post, here)) {}
+CstaLink::CstaLink(SwitchLink* shared, CstaLinkConfig config, const Post& post, const PostHere& here)
+    : m_impl(std::make_unique<CstaLinkImpl>(shared, std::move(config), post, here)) {}
 
 CstaLink::~CstaLink() = default;
 

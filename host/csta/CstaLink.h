@@ -56,8 +56,8 @@ public:
     /// of another thread.
     CstaLink(CstaLinkConfig config, const Post& post, const PostHere& here = {});
     /// The same on a link that lines share. `shared` outlives this object; its own configuration decides how
-    /// the switch is reached.
-    CstaLink(SwitchLink& shared, CstaLinkConfig config, const Post& post, const PostHere& here = {});
+    /// the switch is reached. With null the line has a link of its own.
+    CstaLink(SwitchLink* shared, CstaLinkConfig config, const Post& post, const PostHere& here = {});
     /// Stops the link if it still runs.
     ~CstaLink() override;
 

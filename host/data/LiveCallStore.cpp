@@ -3,24 +3,19 @@
 #include "host/data/LiveCallRows.h"
 #include "host/database/Database.h"
 #include "host/journal-events/EventQueue.h"
-#include "platform/logging/Logging.h"
 
 namespace host {
 
-LiveCallStore::LiveCallStore(Database& database, std::string line, const EventQueue* events)
+LiveCallStore::LiveCallStore(Database& database, LiveCallWriter& writer, std::string line,
+                             const EventQueue* events)
     : m_database(database),
+      m_writer(writer),
       m_line(std::move(line)),
       m_events(events),
-      m_generation(database.generation()),
-      m_thread([this] { run(); }) {}
+      m_generation(database.generation()) {}
 
 LiveCallStore::~LiveCallStore() {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
-    }
-    m_wake.notify_all();
-    m_thread.join();
+    m_writer.leave(*this);
 }
 
 std::vector<NotedCall> LiveCallStore::read() {
@@ -154,11 +149,11 @@ void LiveCallStore::delivered(const DeliveryContext& context) {
     wake();
 }
 
-/// Wakes the thread if it waits for something to do, not if it waits for the end of a batch. Requires:
-/// m_mutex is held.
+/// Gives what has changed to the writer. Requires: m_mutex is held.
 void LiveCallStore::wake() {
-    if (m_waitsForWork) {
-        m_wake.notify_all();
+    if (!m_isWaiting && !isIdle()) {
+        m_isWaiting = true;
+        m_writer.add(*this);
     }
 }
 
@@ -168,6 +163,9 @@ void LiveCallStore::keepKnown(const DeliveryContext::EndedCall& ended) {
         return;
     }
     m_heldBack.emplace_back(Clock::now() + kHeldBack, ended.call);
+    if (m_heldBack.size() == 1) {
+        m_writer.callAt(*this, m_heldBack.front().first);
+    }
     if (!ended.deliveredId.empty()) {
         m_deliveredIds[ended.call] = ended.deliveredId;
     }
@@ -188,33 +186,9 @@ void LiveCallStore::remove(const PhoneCallKey& call) {
     }
 }
 
-void LiveCallStore::run() {
-    std::unique_lock lock(m_mutex);
-    while (!m_stopping || !isIdle()) {
-        if (isIdle()) {
-            const auto next =
-                m_heldBack.empty() ? Clock::now() + std::chrono::hours(1) : m_heldBack.front().first;
-            m_waitsForWork = true;
-            m_wake.wait_until(lock, next, [this] { return m_stopping || !isIdle(); });
-            m_waitsForWork = false;
-            removeOverdue(Clock::now());
-            continue;
-        }
-        m_wake.wait_until(lock, m_nextBatch, [this] { return m_stopping; });
-        const bool last = m_stopping;
-        lock.unlock();
-        const bool done = writeBatch();
-        m_nextBatch = Clock::now() + kBatchTime;
-        lock.lock();
-        if (!done && last) {
-            return;
-        }
-        removeOverdue(Clock::now());
-    }
-}
-
 LiveCallStore::Batch LiveCallStore::takeBatch() {
     const std::lock_guard lock(m_mutex);
+    m_isWaiting = false;
     Batch batch;
     for (const PhoneCallKey& key : m_changed) {
         batch.written.push_back(m_calls.at(key));
@@ -225,11 +199,16 @@ LiveCallStore::Batch LiveCallStore::takeBatch() {
     return batch;
 }
 
-void LiveCallStore::removeOverdue(Clock::time_point now) {
+void LiveCallStore::timeHasCome(Clock::time_point now) {
+    const std::lock_guard lock(m_mutex);
     while (!m_heldBack.empty() && m_heldBack.front().first <= now) {
         remove(m_heldBack.front().second);
         m_heldBack.pop_front();
     }
+    if (!m_heldBack.empty()) {
+        m_writer.callAt(*this, m_heldBack.front().first);
+    }
+    wake();
 }
 
 /// Marks the changes of a batch that was not written as changed again.
@@ -257,35 +236,34 @@ void LiveCallStore::markAllChanged() {
     }
 }
 
-bool LiveCallStore::writeBatch() noexcept {
+void LiveCallStore::write(DatabaseSession& session) {
     if (const unsigned generation = m_database.generation(); generation != m_generation) {
         m_generation = generation;
         markAllChanged();
     }
-    Batch batch;
-    std::uint64_t lastEvent = 0;
-    const auto failure = m_database.note([&](Database::Session& session) {
-        batch = takeBatch();
-        lastEvent = addEvents(session);
-        LiveCallRows rows(session, m_line);
-        for (const NotedCall& each : batch.written) {
-            rows.write(each);
-        }
-        for (const PhoneCallKey& key : batch.removed) {
-            rows.remove(key);
-        }
-    });
-    if (!failure) {
-        m_failed = false;
-        eventsAdded(lastEvent);
-        return true;
+    // A transaction that was not committed has taken some already.
+    restore(m_batch);
+    m_batch = takeBatch();
+    m_batchEvent = addEvents(session);
+    LiveCallRows rows(session, m_line);
+    for (const NotedCall& each : m_batch.written) {
+        rows.write(each);
     }
-    if (!std::exchange(m_failed, true)) {
-        logAppUni("Database", __FILE_NAME__, 2, __LINE__, "noting the live calls failed: %s",
-                  failure->text.c_str());
+    for (const PhoneCallKey& key : m_batch.removed) {
+        rows.remove(key);
+    }
+}
+
+void LiveCallStore::written(bool isStored) {
+    const Batch batch = std::exchange(m_batch, {});
+    if (isStored) {
+        eventsAdded(m_batchEvent);
+        return;
     }
     restore(batch);
-    return false;
+    const std::lock_guard lock(m_mutex);
+    m_isWaiting = false;
+    wake();
 }
 
 }  // namespace host

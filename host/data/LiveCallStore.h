@@ -1,19 +1,17 @@
 #pragma once
 
-#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <set>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "host/calls/LiveCallStoreIfc.h"
+#include "host/data/LiveCallWriter.h"
 #include "host/journal-events/JournalEvent.h"
 
 namespace host {
@@ -21,27 +19,27 @@ namespace host {
 class Database;
 class EventQueue;
 
-/// The live calls of one line in the table `live_call`. A thread of its own writes what has changed, in
-/// batches without a flush of the disk: the first change after a quiet time at once, every other within
-/// 200 ms. It survives the end of the process, but not a power cut.
+/// The live calls of one line in the table `live_call`. A `LiveCallWriter`, which lines may share, writes
+/// what has changed.
 ///
 /// Sequence of a call:
 ///  1. `store` notes it, also after each change.
 ///  2. `end` marks its row as ended.
-///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`) and
-///     calls `setFiled`. The thread takes a batch inside its own transaction, so that it never writes the row
-///     of a call that is filed already: the next run would file the call again.
+///  3. The transaction that files the call removes the row (`SqliteDataAccess`, by the `DeliveryContext`)
+///     and calls `setFiled`. The writer takes what has changed inside its own transaction, so that it never
+///     writes the row of a call that is filed already: the next run would file the call again.
 ///  4. `delivered` drops the call here and removes the row of one that was not filed. A call that may be
 ///     filed later is dropped after `kHeldBack`; its row stays so long only if its event may be held back.
 ///
-/// Thread-safe. A batch that fails is logged once and repeated.
-class LiveCallStore final : public LiveCallStoreIfc {
+/// Thread-safe.
+class LiveCallStore final : public LiveCallStoreIfc, private LiveCallWriter::Source {
 public:
     /// Longer than the journal holds an event back.
     static constexpr std::chrono::seconds kHeldBack{10};
 
-    /// `database` and `events` are borrowed and outlive the object. Without a webhook, `events` is null.
-    LiveCallStore(Database& database, std::string line, const EventQueue* events = nullptr);
+    /// All are borrowed and outlive the object. Without a webhook, `events` is null.
+    LiveCallStore(Database& database, LiveCallWriter& writer, std::string line,
+                  const EventQueue* events = nullptr);
     /// Writes what has changed.
     ~LiveCallStore() override;
 
@@ -58,7 +56,6 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    static constexpr std::chrono::milliseconds kBatchTime{100};
     /// While the database refuses them, the oldest events beyond this number are dropped.
     static constexpr std::size_t kMostNewEvents = 10'000;
 
@@ -73,28 +70,31 @@ private:
     void keepKnown(const DeliveryContext::EndedCall& ended);
     void remove(const PhoneCallKey& call);
     void wake();
-    void run();
     [[nodiscard]] bool isIdle() const {
         return m_changed.empty() && m_removed.empty() && m_newEvents.empty();
     }
     [[nodiscard]] Batch takeBatch();
-    void removeOverdue(Clock::time_point now);
     void markAllChanged();
     void restore(const Batch& batch);
-    [[nodiscard]] bool writeBatch() noexcept;
+
+    // LiveCallWriter::Source
+    void write(DatabaseSession& session) override;
+    void written(bool isStored) override;
+    void timeHasCome(Clock::time_point now) override;
 
     // Constant after construction.
     Database& m_database;
+    LiveCallWriter& m_writer;
     const std::string m_line;
     const EventQueue* const m_events;
 
     // The writing thread only.
     unsigned m_generation;
-    bool m_failed = false;
-    Clock::time_point m_nextBatch{};
+    /// The changes that the last `write` has taken, and the last of its events.
+    Batch m_batch;
+    std::uint64_t m_batchEvent = 0;
 
     mutable std::mutex m_mutex;
-    std::condition_variable m_wake;
     // Guarded by m_mutex.
     std::map<PhoneCallKey, NotedCall> m_calls;
     std::set<PhoneCallKey> m_changed;
@@ -107,10 +107,8 @@ private:
     /// The events that are not stored yet, and their numbers.
     std::deque<std::pair<std::uint64_t, LiveCallEvent>> m_newEvents;
     std::uint64_t m_lastEvent = 0;
-    bool m_stopping = false;
-    bool m_waitsForWork = false;
-
-    std::thread m_thread;
+    /// The writer has it, and has not begun to write.
+    bool m_isWaiting = false;
 };
 
 }  // namespace host

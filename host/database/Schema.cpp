@@ -373,6 +373,17 @@ CREATE TRIGGER webhook_call_removed AFTER DELETE ON call BEGIN
         AND time >= OLD.start - 60 AND (OLD.ended IS NULL OR time <= OLD.ended + 60);
 END;
 )sql",
+    R"sql(
+-- The lines that the configuration does not name.
+CREATE TABLE line (
+    device  TEXT NOT NULL PRIMARY KEY,
+    name    TEXT NOT NULL,
+    switch  TEXT NOT NULL,
+    removed INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+-- A webhook gets the events of all lines in one order.
+UPDATE OR REPLACE webhook SET line = '';
+)sql",
 };
 
 }  // namespace

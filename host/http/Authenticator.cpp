@@ -47,7 +47,10 @@ HttpError wrongToken() {
 }
 
 /// The only route that takes tickets: an EventSource of a browser cannot send a header.
-constexpr std::string_view kEvents = "/api/v1/events?";
+bool isEventStream(const std::vector<std::string>& path) {
+    const bool isOfLine = path.size() == 5 && path[2] == "lines";
+    return (path.size() == 3 || isOfLine) && path[0] == "api" && path[1] == "v1" && path.back() == "events";
+}
 
 constexpr std::chrono::milliseconds kBetweenTries{100};
 /// The responses that wait take memory.
@@ -145,7 +148,7 @@ std::optional<Access> Authenticator::accessOf(const std::string& token) const {
 
 Access Authenticator::access(const HttpRequest& request) const {
     const std::string token = tokenOf(request);
-    if (m_token && m_tickets != nullptr && token.empty() && request.target.starts_with(kEvents) &&
+    if (m_token && m_tickets != nullptr && token.empty() && isEventStream(request.path) &&
         request.query.contains("ticket")) {
         auto access = m_tickets->redeem(request.queryValue("ticket"), Tickets::Clock::now());
         if (!access || !isValid(*access)) {

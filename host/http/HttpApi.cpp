@@ -9,30 +9,19 @@
 #include "host/database/DatabaseMemory.h"
 #include "host/framework/Strand.h"
 #include "host/framework/WorkerPool.h"
+#include "host/http/HealthRoute.h"
+#include "host/http/LineApi.h"
+#include "host/http/LinesResource.h"
 #include "host/http/Metrics.h"
-#include "host/http/ObserverPair.h"
 #include "host/http/RequestPipeline.h"
+#include "host/http/ServedLinesIfc.h"
 #include "host/http/SessionRoutes.h"
-#include "host/http/events/EventFeed.h"
 #include "host/http/messages/HttpError.h"
-#include "host/http/resources/CallsResource.h"
-#include "host/http/resources/ContactsResource.h"
-#include "host/http/resources/ImportResource.h"
-#include "host/http/resources/ListsResource.h"
-#include "host/http/resources/LiveCallsResource.h"
 #include "host/http/resources/OpenApi.h"
-#include "host/http/resources/PartiesResource.h"
-#include "host/http/resources/SettingsResource.h"
-#include "host/http/resources/StatisticsResource.h"
-#include "host/http/resources/TimesResource.h"
 #include "host/http/resources/TokensResource.h"
-#include "host/stored-lists/StoredLists.h"
-#include "journalservice/JournalServiceIfc.h"
 
 namespace host {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// The streams of a token end within a second after it.
 constexpr std::chrono::milliseconds kStreamCheck{500};
@@ -48,52 +37,17 @@ public:
           m_authenticator(std::move(settings.token), &m_tokens, &m_tickets, settings.publicUrl,
                           std::move(settings.allowedOrigins)),
           m_page(settings.page),
-          m_lists(m_backend.storedLists, m_backend.storedEntries),
-          m_import(m_backend.storedEntries),
-          m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
-          m_contacts(m_backend.phonebook, m_backend.numbers),
-          m_times({m_backend.line, m_backend.database}),
-          m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
-                    m_backend.database, m_backend.version}),
-          m_calls(m_backend.storedEntries, m_backend.numbers),
-          m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook, m_backend.numbers,
-                       m_backend.lineState}),
-          m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
-                       m_backend.numbers),
-          m_parties({m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
-                     m_backend.phonebook, m_backend.numbers}),
-          m_feed([this](std::function<void()> work) { m_server.post(std::move(work)); },
-                 [this](std::chrono::milliseconds pause, std::function<void()> work) {
-                     m_server.postLater(pause, std::move(work));
-                 },
-                 [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); }, {},
-                 {[this](const std::vector<EventFeed::EntryKey>& keys) {
-                      return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
-                  },
-                  [this] { return m_backend.storedLists.unviewed(); },
-                  [this] { return m_liveCalls.list(PlaceLanguage::eEnglish); },
-                  [this](const std::string& number) { return m_backend.numbers.text(number); }}),
           m_isSecure(settings.server.certificate != nullptr),
           m_server(settings.server) {
-        m_lists.addRoutes(m_router);
-        m_import.addRoutes(m_router);
-        m_settings.addRoutes(m_router);
-        m_contacts.addRoutes(m_router);
-        m_times.addRoutes(m_router);
-        m_calls.addRoutes(m_router);
-        m_liveCalls.addRoutes(m_router);
-        m_statistics.addRoutes(m_router);
-        m_parties.addRoutes(m_router);
-        m_status.addRoutes(m_router);
+        m_health.addRoutes(m_router);
+        m_lines.addRoutes(m_router);
         m_tokensResource.addRoutes(m_router);
         addSessionRoutes(m_authenticator, m_router);
-        m_router.add(
-            {"GET", "/metrics", Scope::eMetrics, [this](const HttpRequest& /*each*/) { return metrics(); }});
-        m_router.add({"GET",
-                      "/api/v1/events",
-                      Scope::eRead,
-                      [this](const HttpRequest& each) { return events(each); },
-                      {"ticket"}});
+        m_router.add({.method = "GET",
+                      .pattern = "/metrics",
+                      .scope = Scope::eMetrics,
+                      .handler = [this](const HttpRequest& /*each*/) { return metrics(); },
+                      .isOfAllLines = true});
         m_router.add({"POST", "/api/v1/tickets", Scope::eRead,
                       [this](const HttpRequest& each) { return ticket(each); }});
         m_router.add({"GET", "/api/v1/openapi.json", Scope::eNone,
@@ -104,49 +58,36 @@ public:
     Impl& operator=(const Impl&) = delete;
 
     Endpoint start() {
-        // A subscription makes the journal load its lists. No client may read them before they are loaded.
-        m_backend.journal.subscribeForJournalEvents(&m_observers);
-        m_subscribed = true;
         return m_server.start(
             {[this](const HttpRequest& request) { return m_pipeline.handle(request); },
              [this](const HttpRequest& request) { return m_authenticator.isTrusted(request); },
              [this](HttpRequest request) { return m_pipeline.mayBeLong(std::move(request)); },
              [this](const Endpoint& where) { m_authenticator.setListenAddress(where, m_isSecure); },
-             [this] { m_feed.keepAlive(); }});
+             [this] { m_backend.lines.keepAlive(); }});
     }
 
     void stop() {
-        if (std::exchange(m_subscribed, false)) {
-            m_backend.journal.unsubscribeForJournalEvents(&m_observers);
-        }
         m_eventStrand.close();
-        m_server.post([this] { m_feed.close(); });
         m_server.stop();
-        m_import.stop();
+    }
+
+    LineApiServer serverForLines() {
+        return {[this](std::function<void()> work) { m_server.post(std::move(work)); },
+                [this](std::chrono::milliseconds pause, std::function<void()> work) {
+                    m_server.postLater(pause, std::move(work));
+                },
+                [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); },
+                [this](const Access& access) { return mayGoOn(access); }};
     }
 
     void reloadTokens() { static_cast<void>(m_tokens.load()); }
 
     [[nodiscard]] const Router& router() const noexcept { return m_router; }
-    void resync() { m_feed.resync(); }
-    void liveCallsChanged() { m_feed.liveCallsChanged(); }
 
 private:
     HttpResponse ticket(const HttpRequest& request) {
         const std::string ticket = m_tickets.issue(request.access, Tickets::Clock::now());
         return jsonResponse({{"ticket", ticket}, {"seconds", Tickets::kLifetime.count()}}, 201);
-    }
-
-    HttpResponse events(const HttpRequest& request) {
-        HttpResponse response;
-        if (request.method == "GET") {
-            response.stream = m_feed.open(request.header("last-event-id"), mayGoOn(request.access));
-            if (response.stream == nullptr) {
-                throw HttpError(503, "too-many-streams", "there are too many event streams");
-            }
-        }
-        response.contentType = "text/event-stream";
-        return response;
     }
 
     /// A function that returns false once the stream of this access must end; empty for one that never must.
@@ -165,7 +106,7 @@ private:
     /// Ends the streams of tokens that were revoked or have expired. Call from the loop thread only.
     void checkStreamsLater() {
         m_server.postLater(kStreamCheck, [this] {
-            m_checksStreams = m_feed.endRefused();
+            m_checksStreams = m_backend.lines.endRefused();
             if (m_checksStreams) {
                 checkStreamsLater();
             }
@@ -173,16 +114,16 @@ private:
     }
 
     HttpResponse metrics() {
-        const LineState state = m_backend.lineState();
+        const LineTotals totals = m_backend.lines.totals();
         HttpResponse response;
         response.contentType = "text/plain; version=0.0.4; charset=utf-8";
         response.body = m_backend.metrics.text(
-            {.switchConnected = state.connected,
-             .lineMonitored = state.monitoring,
-             .liveCallCount = state.liveCallCount,
-             .observers = {{"http", m_feed.streamCount()}, {"remote", m_backend.remoteClients()}},
-             .entries = m_status.entries(),
-             .unviewed = m_status.unviewed(),
+            {.connectedSwitches = totals.connectedSwitches,
+             .switches = totals.switches,
+             .lines = totals.lines,
+             .monitoredLines = totals.monitored,
+             .ofLines = storedOr503(m_backend.lines.gauges(m_backend.metrics.isByLine(totals.lines))),
+             .observers = {{"http", m_backend.lines.streamCount()}, {"remote", m_backend.remoteClients()}},
              .keptChanges = m_backend.database.keptCount(),
              .lostChanges = m_backend.database.lostCount(),
              .databaseMemory = databaseMemory(),
@@ -197,27 +138,17 @@ private:
     Tickets m_tickets;
     Authenticator m_authenticator;
     const PageFiles m_page;
-    ListsResource m_lists;
-    ImportResource m_import;
-    SettingsResource m_settings;
-    ContactsResource m_contacts;
-    TimesResource m_times;
-    StatusResource m_status;
-    CallsResource m_calls;
-    LiveCallsResource m_liveCalls;
-    StatisticsResource m_statistics;
-    PartiesResource m_parties;
-    TokensResource m_tokensResource{m_tokens, m_backend.line};
+    HealthRoute m_health{m_backend.database};
+    LinesResource m_lines{m_backend.lines};
+    TokensResource m_tokensResource{
+        m_tokens, [this](const std::string& device) { return m_backend.lines.contains(device); }};
     Router m_router;
-    RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.line,
+    RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.lines,
                                [this](const RequestReport& each) { m_backend.metrics.requestHandled(each); }};
-    EventFeed m_feed;
-    ObserverPair m_observers{m_backend.metrics, m_feed};
     const bool m_isSecure;
     HttpServer m_server;
     WorkerPool m_eventWorkers{1};
     Strand m_eventStrand{m_eventWorkers};
-    bool m_subscribed = false;
     /// Loop thread only: true while a stream is open that may have to end.
     bool m_checksStreams = false;
 };
@@ -243,12 +174,8 @@ const std::vector<Router::Route>& HttpApi::routes() const noexcept {
     return m_impl->router().routes();
 }
 
-void HttpApi::resync() {
-    m_impl->resync();
-}
-
-void HttpApi::liveCallsChanged() {
-    m_impl->liveCallsChanged();
+LineApiServer HttpApi::serverForLines() {
+    return m_impl->serverForLines();
 }
 
 }  // namespace host

@@ -11,46 +11,27 @@
 
 #include "host/http/HttpServer.h"
 #include "host/http/messages/Router.h"
-#include "host/http/resources/StatusResource.h"
 #include "host/log/Log.h"
 #include "host/webhooks/Webhook.h"
 
-class JournalServiceIfc;
-
 namespace host {
 
-class CallControlIfc;
 class Database;
-class Dialling;
-class LocalManagement;
 class Metrics;
-class NumberTexts;
-class Phonebook;
-class StoredEntries;
-class StoredLists;
+class ServedLinesIfc;
+struct LineApiServer;
 
 /// The components that the HTTP API serves. All are borrowed and outlive the API.
 struct HttpBackend {
-    std::string line;
-    JournalServiceIfc& journal;
-    LocalManagement& management;
-    Phonebook& phonebook;
+    ServedLinesIfc& lines;
     Database& database;
-    const StoredLists& storedLists;
-    StoredEntries& storedEntries;
     Metrics& metrics;
-    CallControlIfc& callControl;
-    const Dialling& dialling;
-    NumberTexts& numbers;
-    std::function<LineState()> lineState;
     /// The number of clients of the Unix socket.
     std::function<std::size_t()> remoteClients;
     /// The lines of the log since the program started.
     std::function<LogCounts()> logCounts;
     /// Empty without a webhook.
     std::function<std::vector<WebhookState>()> webhooks{};
-    /// The version of the program.
-    std::string version{};
 };
 
 struct HttpApiSettings {
@@ -65,8 +46,8 @@ struct HttpApiSettings {
     std::filesystem::path page;
 };
 
-/// The HTTP API of one line (docs/http-api.md): the resources with their routes, the event stream, the page.
-/// Every request passes the `RequestPipeline`.
+/// The HTTP API (docs/http-api.md): the server, its tokens, the list of lines, the page, and the `LineApi` of
+/// each line. Every request passes the `RequestPipeline`.
 ///
 /// Construct, start and stop from one thread.
 class HttpApi {
@@ -78,23 +59,19 @@ public:
     HttpApi(const HttpApi&) = delete;
     HttpApi& operator=(const HttpApi&) = delete;
 
-    /// Subscribes to the journal and returns the listening address. Throws `HttpServerError`.
+    /// Returns the listening address. Throws `HttpServerError`.
     Endpoint start();
-    /// Unsubscribes and ends every connection. Idempotent.
+    /// Ends every connection. Call `LineApi::endStreams` of each line before. Idempotent.
     void stop();
+
+    /// The parts that the APIs of lines use. Valid until the API is destroyed.
+    [[nodiscard]] LineApiServer serverForLines();
 
     /// Reads the named tokens again, which another program may have changed. Thread-safe.
     void reloadTokens();
 
-    /// The routes of all resources.
+    /// The routes that belong to no line; a `LineApi` has those of a line.
     [[nodiscard]] const std::vector<Router::Route>& routes() const noexcept;
-
-    /// Sends a "resync" event to all streams; their clients read the lists again. Call after an operation
-    /// that may have changed the lists without a notification of observers. Thread-safe.
-    void resync();
-    /// Sends a "liveCallsUpdate" event to all streams, with the live calls as they are then, not more often
-    /// than ten times a second. Call after each change of the live calls. Does not block. Thread-safe.
-    void liveCallsChanged();
 
 private:
     class Impl;

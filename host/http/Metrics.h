@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -17,19 +18,32 @@
 
 namespace host {
 
-/// The metrics of the service, in Prometheus' text format. As an observer of the journal it counts the filed
-/// calls. Thread-safe.
-class Metrics final : public JournalServiceObserverIfc {
+class LineMetrics;
+
+/// The metrics of the service, in Prometheus' text format. Thread-safe.
+///
+/// Those of lines have the line as a label while there are at most `mostLines`; else there is one value, for
+/// all lines together.
+class Metrics final {
 public:
-    /// The values that are measured at each request.
-    struct Gauges {
-        bool switchConnected = false;
-        bool lineMonitored = false;
+    /// The values of one line, or of all, that are measured at each request.
+    struct LineGauges {
+        bool isMonitored = false;
         std::size_t liveCallCount = 0;
-        /// Event streams ("http") and clients of the Unix socket ("remote"), subscribed or not.
-        std::map<std::string, std::size_t> observers;
         std::map<ListName, std::size_t> entries;
         std::size_t unviewed = 0;
+    };
+    /// The values that are measured at each request.
+    struct Gauges {
+        /// The links to switches that are connected, and all.
+        std::size_t connectedSwitches = 0;
+        std::size_t switches = 0;
+        std::size_t lines = 0;
+        std::size_t monitoredLines = 0;
+        /// By device, if `isByLine`; else one, with an empty key.
+        std::map<std::string, LineGauges> ofLines;
+        /// Event streams ("http") and clients of the Unix socket ("remote"), subscribed or not.
+        std::map<std::string, std::size_t> observers;
         /// The changes that the database refuses: those that are kept, and those that were lost.
         std::size_t keptChanges = 0;
         std::uint64_t lostChanges = 0;
@@ -41,9 +55,9 @@ public:
         std::vector<WebhookState> webhooks;
     };
 
-    /// `line` is a label of every metric but those of the process; `version` is the program's.
-    Metrics(const std::string& line, const std::string& version);
-    virtual ~Metrics();
+    /// `version` is the program's.
+    explicit Metrics(const std::string& version, std::size_t mostLines = 100);
+    ~Metrics();
     Metrics(const Metrics&) = delete;
     Metrics& operator=(const Metrics&) = delete;
 
@@ -53,6 +67,28 @@ public:
     void requestHandled(const RequestReport& report);
 
     [[nodiscard]] std::string text(const Gauges& gauges);
+
+    /// True if the metrics of so many lines have the line as a label.
+    [[nodiscard]] bool isByLine(std::size_t lines) const noexcept { return lines <= m_mostLines; }
+
+private:
+    friend class LineMetrics;
+    class Registered;
+
+    const std::size_t m_mostLines;
+    std::atomic<std::size_t> m_lines{0};
+    const std::unique_ptr<Registered> m_registered;
+};
+
+/// The counters of one line: as an observer of its journal it counts the filed calls. Its values leave the
+/// metrics with it. Thread-safe.
+class LineMetrics final : public JournalServiceObserverIfc {
+public:
+    /// `metrics` is borrowed and outlives the object. One object exists for a line.
+    LineMetrics(Metrics& metrics, std::string line);
+    virtual ~LineMetrics();
+    LineMetrics(const LineMetrics&) = delete;
+    LineMetrics& operator=(const LineMetrics&) = delete;
 
     // JournalServiceObserverIfc
     void missedCallsCountUpdate(int /*count*/) override {}
@@ -64,11 +100,10 @@ public:
     void callBacksCountUpdate(int /*count*/) override {}
 
 private:
-    class Registered;
-
     void filed(ListName list, ActionType action);
 
-    const std::unique_ptr<Registered> m_registered;
+    Metrics& m_metrics;
+    const std::string m_line;
 };
 
 }  // namespace host

@@ -26,16 +26,14 @@ const prometheus::Histogram::BucketBoundaries& buckets() {
 
 }  // namespace
 
-RequestMetrics::RequestMetrics(prometheus::Registry& registry, const std::string& line)
+RequestMetrics::RequestMetrics(prometheus::Registry& registry)
     : m_requests(prometheus::BuildCounter()
                      .Name("calljournal_http_requests_total")
                      .Help("HTTP requests, by route, method and class of status")
-                     .Labels({{"line", line}})
                      .Register(registry)),
       m_times(prometheus::BuildHistogram()
                   .Name("calljournal_http_request_seconds")
                   .Help("How long a request was handled, without sending the response")
-                  .Labels({{"line", line}})
                   .Register(registry)) {}
 
 void RequestMetrics::handled(const RequestReport& report) {

@@ -26,7 +26,7 @@ struct RequestReport {
 class RequestMetrics {
 public:
     /// `registry` is borrowed.
-    RequestMetrics(prometheus::Registry& registry, const std::string& line);
+    RequestMetrics(prometheus::Registry& registry);
 
     void handled(const RequestReport& report);
 

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <new>
+#include <string_view>
 #include <utility>
+#include <vector>
 
+#include "host/http/ServedLinesIfc.h"
 #include "host/http/messages/ContentCoding.h"
 #include "host/http/messages/HttpError.h"
 #include "host/log/PrivateText.h"
@@ -17,6 +21,8 @@ namespace {
 constexpr const char* kContentPolicy =
     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; font-src 'self'; "
     "connect-src 'self'; manifest-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+constexpr const char* kApi = "/api/v1/";
 
 void addCommonHeaders(HttpResponse& response) {
     for (const auto& [name, value] :
@@ -57,6 +63,29 @@ std::string loggedAddress(const HttpRequest& request) {
     return loggedParties() == Parties::eShown ? request.target : std::string(request.route);
 }
 
+HttpError unknownLine() {
+    return {404, "unknown-line", "there is no such line"};
+}
+
+bool maySee(const Access& access, const std::string& line) {
+    return access.line.empty() || access.line == line;
+}
+
+/// Removes the line from the path of the request and returns it; empty if neither the path nor the query
+/// names one.
+std::string takeLine(HttpRequest& request) {
+    std::vector<std::string>& path = request.path;
+    std::string line = request.queryValue("line");
+    if (path.size() > 4 && path[0] == "api" && path[1] == "v1" && path[2] == "lines") {
+        if (!line.empty() && line != path[3]) {
+            throw HttpError(400, "two-lines", "the address and the parameter name different lines");
+        }
+        line = path[3];
+        path.erase(path.begin() + 2, path.begin() + 4);
+    }
+    return line;
+}
+
 }  // namespace
 
 HttpResponse RequestPipeline::handle(HttpRequest request) const {
@@ -93,7 +122,10 @@ bool RequestPipeline::mayBeLong(HttpRequest request) const {
     if (!request.hasValidHeaderNames() || !request.readTarget() || !m_authenticator.isTrusted(request)) {
         return false;
     }
-    const Router::Route* const found = m_router.find(request);
+    // Only routes of lines have long bodies, and the lines have the same ones.
+    static_cast<void>(takeLine(request));
+    const std::shared_ptr<const Router> line = m_lines.find(m_lines.first());
+    const Router::Route* const found = line == nullptr ? nullptr : line->find(request);
     return found != nullptr && found->maxBody > Router::kUsualBody;
 }
 
@@ -122,29 +154,59 @@ HttpResponse RequestPipeline::process(HttpRequest& request) const {
 
 HttpResponse RequestPipeline::route(HttpRequest& request) const {
     const Router::Route* const found = m_router.find(request);
-    const bool isOpen = found != nullptr && found->scope == Scope::eNone;
-    if (!isOpen) {
+    if (found == nullptr || found->scope != Scope::eNone) {
         request.access = m_authenticator.access(request);
     }
+    if (found == nullptr && m_router.methodsFor(request).empty()) {
+        return routeOfLine(request);
+    }
+    const std::string& line = request.queryValue("line");
+    if (!line.empty() && !(maySee(request.access, line) && m_lines.contains(line))) {
+        throw unknownLine();
+    }
+    return carryOut(m_router, found, request);
+}
+
+HttpResponse RequestPipeline::routeOfLine(HttpRequest& request) const {
+    const std::string named = takeLine(request);
+    std::string device = named.empty() ? request.access.line : named;
+    if (device.empty()) {
+        device = m_lines.first();
+    }
+    const std::shared_ptr<const Router> line =
+        maySee(request.access, device) ? m_lines.find(device) : nullptr;
+    if (line == nullptr) {
+        throw unknownLine();
+    }
+    const Router::Route* const found = line->find(request);
+    HttpResponse response = carryOut(*line, found, request);
+    for (auto& [name, value] : response.headers) {
+        if (name == "Location" && !named.empty() && value.starts_with(kApi)) {
+            value.insert(std::string_view(kApi).size(), "lines/" + percentEncoded(named) + "/");
+        }
+    }
+    return response;
+}
+
+HttpResponse RequestPipeline::carryOut(const Router& router, const Router::Route* found,
+                                       const HttpRequest& request) const {
     if (found == nullptr) {
-        const std::string methods = m_router.methodsFor(request);
+        const std::string methods = router.methodsFor(request);
         if (methods.empty()) {
             throw HttpError(404, "not-found", "there is nothing at this address");
         }
         return notAllowed(methods);
     }
     checkScope(request.access, *found);
+    if (found->isOfAllLines && !request.access.line.empty()) {
+        throw HttpError(403, "wrong-line",
+                        "this needs a token for all lines; this one is for line " + request.access.line);
+    }
     if (request.body.size() > found->maxBody) {
         throw HttpError(413, "too-large",
                         "a body may have " + std::to_string(found->maxBody / 1024) + " KiB here");
     }
     found->checkQuery(request);
-    if (request.query.contains("line") && request.queryValue("line") != m_line) {
-        throw HttpError(404, "unknown-line", "there is no such line");
-    }
-    if (!request.access.line.empty() && request.access.line != m_line) {
-        throw HttpError(403, "wrong-line", "this token is for line " + request.access.line + " only");
-    }
     return found->handler(request);
 }
 

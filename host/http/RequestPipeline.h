@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <optional>
-#include <string>
 
 #include "host/http/Authenticator.h"
 #include "host/http/PageFiles.h"
@@ -11,27 +10,33 @@
 
 namespace host {
 
+class ServedLinesIfc;
+
 /// The checks before the handler of every request and the headers of every response. The sequence:
 ///
 ///  1. host and origin (`Authenticator`), target, size of the body;
 ///  2. sign-in with "/?token=TOKEN", or a file of the page;
-///  3. route, token and its scope, line;
+///  3. token, line, route and its scope;
 ///  4. the handler; an exception becomes an error response;
 ///  5. compression of long JSON, and the headers that every response has.
+///
+/// The line of a request is that of "/api/v1/lines/DEVICE/..." or of the parameter `line`, else the line that
+/// its token is for, else the first one. A token for one line gets the same response for every other
+/// one, whether there is such a line or not.
 ///
 /// Thread-safe after the routes are added.
 class RequestPipeline {
 public:
     using Listener = std::function<void(const RequestReport&)>;
 
-    /// All are borrowed and outlive the pipeline. `line` is the device of the only line. `listener` is called
-    /// after each request, concurrently; it may be empty.
+    /// All are borrowed and outlive the pipeline. `router` has the routes that belong to no line. `listener`
+    /// is called after each request, concurrently; it may be empty.
     RequestPipeline(const Authenticator& authenticator, const Router& router, const PageFiles& page,
-                    std::string line, Listener listener = {})
+                    ServedLinesIfc& lines, Listener listener = {})
         : m_authenticator(authenticator),
           m_router(router),
           m_page(page),
-          m_line(std::move(line)),
+          m_lines(lines),
           m_listener(std::move(listener)) {}
 
     /// Does not throw: an exception of a handler becomes an error response.
@@ -44,11 +49,15 @@ public:
 private:
     [[nodiscard]] HttpResponse process(HttpRequest& request) const;
     [[nodiscard]] HttpResponse route(HttpRequest& request) const;
+    [[nodiscard]] HttpResponse routeOfLine(HttpRequest& request) const;
+    /// Checks what all routes have in common, and carries the request out.
+    [[nodiscard]] HttpResponse carryOut(const Router& router, const Router::Route* found,
+                                        const HttpRequest& request) const;
 
     const Authenticator& m_authenticator;
     const Router& m_router;
     const PageFiles& m_page;
-    const std::string m_line;
+    ServedLinesIfc& m_lines;
     const Listener m_listener;
 };
 

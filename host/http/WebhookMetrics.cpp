@@ -11,22 +11,21 @@ void raise(prometheus::Counter& counter, std::uint64_t total) {
     counter.Increment(std::max(0.0, static_cast<double>(total) - counter.Value()));
 }
 
-prometheus::Family<prometheus::Counter>& counters(prometheus::Registry& registry, const std::string& line,
-                                                  const char* name, const char* help) {
-    return prometheus::BuildCounter().Name(name).Help(help).Labels({{"line", line}}).Register(registry);
+prometheus::Family<prometheus::Counter>& counters(prometheus::Registry& registry, const char* name,
+                                                  const char* help) {
+    return prometheus::BuildCounter().Name(name).Help(help).Register(registry);
 }
 
 }  // namespace
 
-WebhookMetrics::WebhookMetrics(prometheus::Registry& registry, const std::string& line)
-    : m_deliveries(counters(registry, line, "calljournal_webhook_deliveries_total",
+WebhookMetrics::WebhookMetrics(prometheus::Registry& registry)
+    : m_deliveries(counters(registry, "calljournal_webhook_deliveries_total",
                             "Attempts to deliver an event, by their result")),
-      m_dropped(counters(registry, line, "calljournal_webhook_events_dropped_total",
+      m_dropped(counters(registry, "calljournal_webhook_events_dropped_total",
                          "Events that have waited too long for a receiver")),
       m_waiting(prometheus::BuildGauge()
                     .Name("calljournal_webhook_events_waiting")
                     .Help("Events that wait for a receiver")
-                    .Labels({{"line", line}})
                     .Register(registry)) {}
 
 void WebhookMetrics::update(const std::vector<WebhookState>& webhooks) {

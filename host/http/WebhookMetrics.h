@@ -15,7 +15,7 @@ namespace host {
 class WebhookMetrics {
 public:
     /// `registry` is borrowed.
-    WebhookMetrics(prometheus::Registry& registry, const std::string& line);
+    WebhookMetrics(prometheus::Registry& registry);
 
     void update(const std::vector<WebhookState>& webhooks);
 

@@ -24,7 +24,7 @@ std::vector<std::string> dialledBefore(const LineSettings& settings) {
 }  // namespace
 
 Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database,
-           WorkerPool& pool, TimerSource& timerSource)
+           LiveCallWriter& liveCalls, WorkerPool& pool, TimerSource& timerSource)
     : m_strand(pool),
       m_context(m_strand, timerSource),
       m_digits(settings.region, settings.featureAccessCodes),
@@ -35,15 +35,15 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
                   .outsideLine = settings.outsideLine,
                   .form = settings.dialForm}),
       m_phonebook(database, m_digits, settings.link.ownDevice),
-      m_liveCallStore(database, settings.link.ownDevice, settings.events),
+      m_liveCallStore(database, liveCalls, settings.link.ownDevice, settings.events),
       m_dataAccess(database, settings.link.ownDevice, &m_digits,
                    {&m_liveCallStore, [this] { return m_management.aheadOfUtc(); }, settings.events}),
       m_storedLists(database, settings.link.ownDevice, &m_digits, &m_numberTexts),
       m_management(database, settings.link.ownDevice, settings.managementFirst, settings.managementOverrides,
                    post()),
       m_team(settings.loggedSharedDevices),
-      m_link(completed(settings.link), eventPost(post()), eventPostHere()),
-      m_observer(settings.link.ownDevice),
+      m_link(settings.sharedLink, completed(settings.link), eventPost(post()), eventPostHere()),
+      m_log(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
       m_services{{"ClockServiceIfc", m_clock},
                  {"DigitAnalysisServiceIfc", m_digits},
@@ -55,7 +55,9 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
                  {"UCServiceIfc", m_unifiedCommunications},
                  {"PallaxServiceIfc", m_pallax},
                  {"WSIServiceIfc", m_webServices},
-                 {"CSTAServiceIfc", m_link}} {}
+                 {"CSTAServiceIfc", m_link}} {
+    m_observers.add(m_log);
+}
 
 Line::~Line() {
     stop();
@@ -149,15 +151,15 @@ CstaLinkConfig Line::completed(CstaLinkConfig link) {
 
 void Line::subscribeObserver() {
     if (auto* subscription = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(m_journal.service())) {
-        subscription->subscribeForJournalEvents(&m_observer);
-        m_observer.setSubscribed();
+        subscription->subscribeForJournalEvents(&m_observers);
+        m_log.setSubscribed();
     }
 }
 
 void Line::releaseJournal() {
     Service& journal = *m_journal.service();
     if (auto* subscription = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(&journal)) {
-        subscription->unsubscribeForJournalEvents(&m_observer);
+        subscription->unsubscribeForJournalEvents(&m_observers);
     }
     if (auto* agent = dynamic_cast<MgmtAgentIfc*>(&journal)) {
         m_management.unregisterAgent(*agent);

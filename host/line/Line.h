@@ -25,6 +25,7 @@
 #include "host/framework/Strand.h"
 #include "host/line/JournalLogObserver.h"
 #include "host/line/LineSettings.h"
+#include "host/line/ObserverFan.h"
 #include "host/management/LocalManagement.h"
 #include "host/services/AbsentServices.h"
 #include "host/services/Team.h"
@@ -57,10 +58,10 @@ class WorkerPool;
 /// Threads: one thread creates, starts and stops it. This thread must not belong to the pool.
 class Line {
 public:
-    /// Throws `DatabaseError` if stored settings cannot be read. Requires: the database, the pool, the clock
-    /// and the library of `journal` outlive the line.
-    Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database, WorkerPool& pool,
-         TimerSource& timerSource);
+    /// Throws `DatabaseError` if stored settings cannot be read. Requires: the database, the writer, the
+    /// pool, the clock and the library of `journal` outlive the line.
+    Line(const LineSettings& settings, std::unique_ptr<Service> journal, Database& database,
+         LiveCallWriter& liveCalls, WorkerPool& pool, TimerSource& timerSource);
     /// Stops the line if it still runs.
     ~Line();
     Line(const Line&) = delete;
@@ -81,9 +82,7 @@ public:
     void setCallsListener(std::function<void()> listener) { m_link.setCallsListener(std::move(listener)); }
 
     /// Receives a sentence for every change of the journal.
-    void setChangeListener(JournalLogObserver::Listener listener) {
-        m_observer.setListener(std::move(listener));
-    }
+    void setChangeListener(JournalLogObserver::Listener listener) { m_log.setListener(std::move(listener)); }
 
     void start();
     /// Ends the link to the switch: a request that waits for a response fails at once, and so does each later
@@ -98,6 +97,8 @@ public:
 
     // Any thread may call these, as long as the line lives.
 
+    /// The observers of the journal. One that is added is notified of later changes only.
+    [[nodiscard]] ObserverFan& observers() noexcept { return m_observers; }
     [[nodiscard]] LocalManagement& management() noexcept { return m_management; }
     [[nodiscard]] Phonebook& phonebook() noexcept { return m_phonebook; }
     [[nodiscard]] DigitAnalysis& digits() noexcept { return m_digits; }
@@ -155,7 +156,8 @@ private:
     std::function<void(std::string_view)> m_eventListener;
     CstaLink::StatusListener m_statusListener;
     CstaLink m_link;
-    JournalLogObserver m_observer;
+    JournalLogObserver m_log;
+    ObserverFan m_observers;
     HostedService m_journal;
 
     // Constant after construction.

@@ -11,12 +11,15 @@
 namespace host {
 
 class EventQueue;
+class SwitchLink;
 
 /// The settings from which one line is built. A plain value.
 struct LineSettings {
     /// The link to the switch. Its own device is the device of the line, which is also the key of its
     /// database rows.
     CstaLinkConfig link;
+    /// The link that lines of one switch share; borrowed, outlives the line. Null: the line has its own.
+    SwitchLink* sharedLink = nullptr;
     /// First values of the phone's management keys, and values that override stored ones.
     std::map<std::string, std::string> managementFirst;
     std::map<std::string, std::string> managementOverrides;

@@ -22,9 +22,9 @@ bool isChangingMethod(const std::string& message) {
 void ChangeReporter::handleMessage(Executable* target, const char* message, int length,
                                    InvokerResponse* response) {
     m_invoker.handleMessage(target, message, length, response);
-    if (message != nullptr && length > 0 &&
+    if (target != nullptr && message != nullptr && length > 0 &&
         isChangingMethod(std::string(message, static_cast<std::size_t>(length)))) {
-        m_listener();
+        m_listener(*target);
     }
 }
 

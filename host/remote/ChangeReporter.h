@@ -14,8 +14,8 @@ namespace host {
 class ChangeReporter final : public Invoker {
 public:
     /// `invoker` is borrowed and outlives this object; its owner initialises it. `listener` is called after
-    /// such a request, on the thread that handles it.
-    ChangeReporter(Invoker& invoker, std::function<void()> listener)
+    /// such a request with its target, on the thread that handles it.
+    ChangeReporter(Invoker& invoker, std::function<void(const Executable&)> listener)
         : m_invoker(invoker), m_listener(std::move(listener)) {}
 
     void handleMessage(Executable* target, const char* message, int length,
@@ -24,7 +24,7 @@ public:
 
 private:
     Invoker& m_invoker;
-    const std::function<void()> m_listener;
+    const std::function<void(const Executable&)> m_listener;
 };
 
 }  // namespace host

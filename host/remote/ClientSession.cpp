@@ -11,7 +11,6 @@
 #include <optional>
 #include <utility>
 
-#include "host/remote/NotificationFrames.h"
 #include "journalservice/JournalServiceObserverIfc.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/framework/InvokerResponse.h"
@@ -49,7 +48,6 @@ ClientSession::ClientSession(Socket socket, std::string name, const ClientSurrou
                              std::function<void()> gone)
     : m_name(std::move(name)),
       m_backend(surroundings.backend),
-      m_frames(surroundings.frames),
       m_writes(surroundings.writes),
       m_gone(std::move(gone)),
       m_reader(socket.get_executor()),
@@ -93,7 +91,7 @@ void ClientSession::close(const std::string& reason) {
 void ClientSession::selectProtocol(const std::string& /*protocolName*/) {}
 
 void ClientSession::send(const std::string& request) {
-    const ClientBacklog::Added added = m_backlog.addNotification(m_frames.frameOf(request));
+    const ClientBacklog::Added added = m_backlog.addNotification(m_line->frames.frameOf(request));
     if (added != ClientBacklog::Added::eWakeUp || !m_writes.hasFewClients()) {
         handleQueued(added);
     } else if (!writeNow()) {
@@ -127,13 +125,25 @@ void ClientSession::readBody(std::size_t length) {
                          }
                          std::optional<RemoteFrame> frame = RemoteFrame::readBody(self->m_body);
                          self->m_body = std::string();
-                         if (frame && (frame->kind == RemoteFrame::Kind::eRequest ||
-                                       frame->kind == RemoteFrame::Kind::eMethod)) {
+                         using Kind = RemoteFrame::Kind;
+                         const bool isFirst = frame && !self->m_device;
+                         if (frame && (frame->kind == Kind::eRequest || frame->kind == Kind::eMethod ||
+                                       (frame->kind == Kind::eLine && isFirst))) {
+                             if (isFirst) {
+                                 self->m_device = frame->kind == Kind::eLine ? frame->text : std::string();
+                             }
                              self->take(std::move(*frame));
                          } else {
                              self->close("it sent a frame that is not a request");
                          }
                      });
+}
+
+void ClientSession::closeIfOf(const std::string& device) {
+    // A client that has named no line may get the first one, which is never removed.
+    if (m_device == device) {
+        close("its line is removed");
+    }
 }
 
 void ClientSession::take(RemoteFrame frame) {
@@ -236,11 +246,33 @@ void ClientSession::attach() {
     }
 }
 
+bool ClientSession::setLine(const std::string& device) {
+    m_line = m_backend.line(device);
+    return m_line != nullptr;
+}
+
 void ClientSession::handle(const RemoteFrame& request) {
+    const bool namesLine = request.kind == RemoteFrame::Kind::eLine;
+    if (!m_line && !setLine(namesLine ? request.text : std::string())) {
+        asio::post(m_reader, [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->close("there is no such line");
+            }
+        });
+        return;
+    }
+    if (namesLine) {
+        asio::post(m_reader, [weak = weak_from_this(), id = request.id] {
+            if (const auto self = weak.lock()) {
+                self->respond(id, "");
+            }
+        });
+        return;
+    }
     SessionResponse response(m_name);
     Invoker& invoker =
         request.kind == RemoteFrame::Kind::eMethod ? m_backend.methodInvoker : m_backend.invoker;
-    invoker.handleMessage(&m_backend.target, request.text.data(), static_cast<int>(request.text.size()),
+    invoker.handleMessage(&m_line->target, request.text.data(), static_cast<int>(request.text.size()),
                           &response);
     std::string text = response.takePayload();
     if (text.size() > RemoteFrame::kMaxTextBytes) {
@@ -260,13 +292,15 @@ void ClientSession::handle(const RemoteFrame& request) {
 }
 
 void ClientSession::detach() {
-    auto* const subscription = dynamic_cast<JournalServiceObserverSubscriptionIfc*>(&m_backend.target);
+    auto* const subscription =
+        m_line ? dynamic_cast<JournalServiceObserverSubscriptionIfc*>(&m_line->target) : nullptr;
     auto* const observer = dynamic_cast<JournalServiceObserverIfc*>(m_proxy.get());
     if (subscription != nullptr && observer != nullptr) {
         while (subscription->unsubscribeForJournalEvents(observer)) {}
     }
     m_backend.framework.removeProxy(kObserverInterface, m_name);
     m_proxy.reset();
+    m_line.reset();
     asio::post(m_reader, m_gone);
 }
 

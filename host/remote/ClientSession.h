@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,18 +21,17 @@
 
 namespace host {
 
-class NotificationFrames;
-
 /// The parts of a server that its clients share. Everything is borrowed and outlives them.
 struct ClientSurroundings {
     RemoteBackend& backend;
     WorkerPool& workers;
-    NotificationFrames& frames;
     PendingWrites& writes;
     std::size_t maxBacklogBytes;
 };
 
 /// One connected client of the remote server.
+///
+/// Its line is the one that its first frame names, else the first one.
 ///
 /// The sequence of a request:
 ///  1. The server's reader thread reads one frame, posts it to the client's strand, and stops reading from
@@ -71,6 +71,8 @@ public:
     void start();
     /// Disconnects the client and logs `reason` unless it is empty. Idempotent.
     void close(const std::string& reason);
+    /// Disconnects the client if it has named this line.
+    void closeIfOf(const std::string& device);
     /// Writes what waits, as far as the client takes it now, and the rest when it does.
     void writeNext() override;
 
@@ -98,13 +100,14 @@ private:
 
     // Call from the client's strand only.
     void attach();
+    /// False if there is no such line.
+    [[nodiscard]] bool setLine(const std::string& device);
     void handle(const RemoteFrame& request);
     void detach();
 
     // Constant after construction.
     const std::string m_name;
     RemoteBackend& m_backend;
-    NotificationFrames& m_frames;
     PendingWrites& m_writes;
     const std::function<void()> m_gone;
     const asio::any_io_executor m_reader;
@@ -116,6 +119,8 @@ private:
     std::mutex m_socketMutex;
 
     // Used by the reader thread only.
+    /// The line that its first frame names; std::nullopt before that frame.
+    std::optional<std::string> m_device;
     Socket m_socket;
     std::array<char, RemoteFrame::kLengthBytes> m_length{};
     std::string m_body;
@@ -128,6 +133,8 @@ private:
 
     // Used by the strand only. The strand itself is the last member, so that it is closed first.
     std::unique_ptr<Proxy> m_proxy;
+    /// Set with the first frame.
+    std::shared_ptr<RemoteLine> m_line;
     Strand m_strand;
 };
 

@@ -19,16 +19,19 @@ class NotificationFrames {
 public:
     using Frame = std::shared_ptr<const std::string>;
 
-    /// `unviewed`: see `RemoteBackend`.
-    explicit NotificationFrames(std::function<std::optional<std::size_t>()> unviewed)
-        : m_unviewed(std::move(unviewed)) {}
+    /// The number of all stored unviewed missed entries, which clients get in place of that of the loaded
+    /// ones; std::nullopt if the database fails. Any thread calls it.
+    using Unviewed = std::function<std::optional<std::size_t>()>;
+
+    /// `unviewed` may be empty.
+    explicit NotificationFrames(Unviewed unviewed) : m_unviewed(std::move(unviewed)) {}
 
     /// The frame of a message of an observer proxy. A count of unviewed missed calls becomes that of all
     /// stored ones, as it is now.
     [[nodiscard]] Frame frameOf(const std::string& message);
 
 private:
-    const std::function<std::optional<std::size_t>()> m_unviewed;
+    const Unviewed m_unviewed;
 
     /// A message, and what was made of it.
     struct Made {

@@ -51,18 +51,26 @@ RemoteClient::RemoteClient(const std::filesystem::path& dataDirectory)
 }
 
 std::string RemoteClient::call(const std::string& request, std::chrono::milliseconds limit) {
-    return exchange(request, limit, -1).value();
+    return exchange(RemoteFrame::Kind::eRequest, request, limit, -1).value();
 }
 
 std::optional<std::string> RemoteClient::call(const std::string& request, int interrupt) {
-    return exchange(request, kLimit, interrupt);
+    return exchange(RemoteFrame::Kind::eRequest, request, kLimit, interrupt);
 }
 
-std::optional<std::string> RemoteClient::exchange(const std::string& request, std::chrono::milliseconds limit,
-                                                  int interrupt) {
+void RemoteClient::setLine(const std::string& device) {
+    try {
+        static_cast<void>(exchange(RemoteFrame::Kind::eLine, device, kLimit, -1));
+    } catch (const RemoteError&) {
+        throw RemoteError("there is no line " + device + ", or the server has ended");
+    }
+}
+
+std::optional<std::string> RemoteClient::exchange(RemoteFrame::Kind kind, const std::string& request,
+                                                  std::chrono::milliseconds limit, int interrupt) {
     const Deadline deadline = std::chrono::steady_clock::now() + limit;
     const std::uint32_t id = ++m_lastId;
-    sendAll(RemoteFrame::encode(RemoteFrame::Kind::eRequest, id, request), deadline);
+    sendAll(RemoteFrame::encode(kind, id, request), deadline);
     while (std::optional<RemoteFrame> frame = receive(deadline, interrupt)) {
         if (frame->kind == RemoteFrame::Kind::eNotification) {
             m_notifications.push_back(std::move(frame->text));

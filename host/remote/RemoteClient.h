@@ -24,6 +24,9 @@ public:
     /// Connects. Throws if no server runs there.
     explicit RemoteClient(const std::filesystem::path& dataDirectory);
 
+    /// Sets the line of all requests, before the first one. Throws if there is no such line.
+    void setLine(const std::string& device);
+
     /// Sends one request and waits for its response, which may be empty. Stores notifications that arrive
     /// meanwhile for `nextNotification`. Throws if there is no response within `limit`.
     [[nodiscard]] std::string call(const std::string& request, std::chrono::milliseconds limit = kLimit);
@@ -41,8 +44,8 @@ public:
 private:
     using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
-    std::optional<std::string> exchange(const std::string& request, std::chrono::milliseconds limit,
-                                        int interrupt);
+    std::optional<std::string> exchange(RemoteFrame::Kind kind, const std::string& request,
+                                        std::chrono::milliseconds limit, int interrupt);
     void sendAll(const std::string& bytes, const Deadline& deadline);
     /// Returns one frame, or std::nullopt if it is interrupted before the frame is complete.
     std::optional<RemoteFrame> receive(const Deadline& deadline, int interrupt);

@@ -41,7 +41,8 @@ std::optional<RemoteFrame> RemoteFrame::readBody(std::string_view body) {
     if (body.size() < kHeadBytes) {
         return std::nullopt;
     }
-    for (const Kind kind : {Kind::eRequest, Kind::eMethod, Kind::eResponse, Kind::eNotification}) {
+    for (const Kind kind :
+         {Kind::eRequest, Kind::eMethod, Kind::eLine, Kind::eResponse, Kind::eNotification}) {
         if (body.front() == static_cast<char>(kind)) {
             return RemoteFrame{kind, readNumber(body.substr(1)), std::string(body.substr(kHeadBytes))};
         }

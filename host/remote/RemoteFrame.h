@@ -20,6 +20,7 @@ struct RemoteFrame {
     enum class Kind : char {
         eRequest = 'Q',       ///< client to server; the client chooses the id
         eMethod = 'M',        ///< client to server: a request in the text protocol
+        eLine = 'L',          ///< client to server, before all others: the device of its line
         eResponse = 'A',      ///< server to client, with the id of the request
         eNotification = 'N',  ///< server to client, unsolicited; the id is 0
     };

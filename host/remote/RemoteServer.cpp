@@ -16,7 +16,6 @@
 #include "host/framework/EventLoop.h"
 #include "host/framework/WorkerPool.h"
 #include "host/remote/ClientSession.h"
-#include "host/remote/NotificationFrames.h"
 #include "host/remote/PendingWrites.h"
 #include "host/remote/ServerSocket.h"
 #include "platform/logging/Logging.h"
@@ -49,6 +48,14 @@ public:
         }
         asio::post(m_io, [this] { beginStop(); });
         m_thread.join();
+    }
+
+    void disconnectLine(const std::string& device) {
+        asio::post(m_io, [this, device] {
+            for (const auto& [name, session] : m_sessions) {
+                session->closeIfOf(device);
+            }
+        });
     }
 
     [[nodiscard]] std::size_t clientCount() const noexcept { return m_sessionCount; }
@@ -124,9 +131,6 @@ private:
     RemoteBackend m_backend;
     const RemoteLimits m_limits;
 
-    // Has its own lock.
-    NotificationFrames m_frames{m_backend.unviewed};
-
     // Used by the reader thread only, which runs m_io.
     asio::io_context m_io{1};
     asio::executor_work_guard<asio::io_context::executor_type> m_alive{m_io.get_executor()};
@@ -140,8 +144,7 @@ private:
     /// other.
     WorkerPool m_workers;
     PendingWrites m_writes{m_io.get_executor()};
-    const ClientSurroundings m_surroundings{m_backend, m_workers, m_frames, m_writes,
-                                            m_limits.maxBacklogBytes};
+    const ClientSurroundings m_surroundings{m_backend, m_workers, m_writes, m_limits.maxBacklogBytes};
     std::map<std::string, std::shared_ptr<ClientSession>> m_sessions;
 
     /// Any thread may read it.
@@ -164,6 +167,10 @@ void RemoteServer::start() {
 
 void RemoteServer::stop() {
     m_impl->stop();
+}
+
+void RemoteServer::disconnectLine(const std::string& device) {
+    m_impl->disconnectLine(device);
 }
 
 std::size_t RemoteServer::clientCount() const noexcept {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
 #include "host/remote/RemoteBackend.h"
 
@@ -39,6 +40,9 @@ public:
     /// Stops accepting, disconnects every client, and waits until all are unsubscribed and their proxies are
     /// destroyed. Idempotent.
     void stop();
+
+    /// Disconnects the clients that have named this line; does not wait. Any thread may call.
+    void disconnectLine(const std::string& device);
 
     /// Returns the number of connected clients. Any thread may call.
     [[nodiscard]] std::size_t clientCount() const noexcept;

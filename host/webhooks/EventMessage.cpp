@@ -25,7 +25,7 @@ Json timeJson(const std::optional<std::int64_t>& seconds) {
     return seconds ? Json(utcText(timeOf(*seconds))) : Json();
 }
 
-Json envelope(const std::string& id, const std::string& line, std::string_view event, sys_seconds time) {
+Json envelope(const std::string& id, const Json& line, std::string_view event, sys_seconds time) {
     return {
         {"id", id}, {"line", line}, {"event", std::string(event)}, {"time", utcText(time)}, {"call", Json()}};
 }
@@ -34,6 +34,7 @@ Json envelope(const std::string& id, const std::string& line, std::string_view e
 
 EventMessage EventMessages::read(Query& row) {
     EventMessage message{.event = row.number()};
+    const std::string line = row.text();
     const std::int64_t number = row.number();
     const std::string uid = row.text();
     const sys_seconds time = timeOf(row.number());
@@ -41,12 +42,12 @@ EventMessage EventMessages::read(Query& row) {
         return message;  // of a newer version
     }
     const auto kind = static_cast<JournalEventKind>(number);
-    Json json = envelope(uid, m_line, wordOf(kind), time);
+    Json json = envelope(uid, line, wordOf(kind), time);
     const std::optional<std::int64_t> call = row.optionalNumber();
     const std::optional<std::int64_t> list = row.optionalNumber();
     const std::string callId = row.text();
     if (call) {
-        const auto filed = CallReader(m_session, m_line).find(*call);
+        const auto filed = CallReader(m_session, line).find(*call);
         if (!filed) {
             return message;
         }
@@ -60,7 +61,7 @@ EventMessage EventMessages::read(Query& row) {
         live["direction"] = row.flag() ? "outgoing" : "incoming";
         const std::string party = row.text();
         const std::string name = row.text();
-        const std::string contact = CallReader(m_session, m_line).contactName(lookupOf(party));
+        const std::string contact = CallReader(m_session, line).contactName(lookupOf(party));
         live["number"] = party;
         live["name"] = name;
         live["displayName"] = contact.empty() ? name : contact;
@@ -80,9 +81,9 @@ std::string EventMessages::lookupOf(std::string number) const {
     return number;
 }
 
-EventMessage droppedMessage(const std::string& line, std::int64_t count, std::int64_t last) {
+EventMessage droppedMessage(std::int64_t count, std::int64_t last) {
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-    Json json = envelope("dropped-" + std::to_string(last), line, "events.dropped", now);
+    Json json = envelope("dropped-" + std::to_string(last), Json(), "events.dropped", now);
     json["dropped"] = count;
     return {.event = 0, .body = jsonText(json)};
 }

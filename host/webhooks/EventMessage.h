@@ -19,16 +19,16 @@ struct EventMessage {
     std::string body{};
 };
 
-/// Builds the messages of one line (docs/webhooks.md). Use it inside one `Database::readAsideSoon`.
+/// Builds the messages (docs/webhooks.md). Use it inside one `Database::readAsideSoon`.
 class EventMessages {
 public:
     /// Everything is borrowed; `digits` may be null.
-    EventMessages(Database::Session& session, const std::string& line, DigitAnalysisServiceIfc* digits)
-        : m_session(session), m_line(line), m_digits(digits) {}
+    EventMessages(Database::Session& session, DigitAnalysisServiceIfc* digits)
+        : m_session(session), m_digits(digits) {}
 
     /// The columns that `read` reads, in their order.
     static constexpr const char* kColumns =
-        "id, kind, uid, time, call, list, call_id, device, outgoing, number, name, redirecting_number, "
+        "id, line, kind, uid, time, call, list, call_id, device, outgoing, number, name, redirecting_number, "
         "redirecting_name, start, established";
 
     /// The message of the event in a row with `kColumns`. Without a body if the event's call is deleted.
@@ -38,11 +38,10 @@ private:
     [[nodiscard]] std::string lookupOf(std::string number) const;
 
     Database::Session& m_session;
-    const std::string& m_line;
     DigitAnalysisServiceIfc* const m_digits;
 };
 
 /// The message that `count` events, the last of which has that row, are not sent.
-[[nodiscard]] EventMessage droppedMessage(const std::string& line, std::int64_t count, std::int64_t last);
+[[nodiscard]] EventMessage droppedMessage(std::int64_t count, std::int64_t last);
 
 }  // namespace host

@@ -18,17 +18,17 @@ constexpr const char* kLast =
 
 // Its last parameters are the last rows to remove, one for each kind.
 constexpr const char* kRemove = R"sql(
-DELETE FROM webhook_event WHERE line = ? AND id > ? AND id <= ?
+DELETE FROM webhook_event WHERE id > ? AND id <= ?
     AND id <= CASE kind WHEN 0 THEN ? WHEN 1 THEN ? WHEN 2 THEN ? WHEN 3 THEN ? WHEN 4 THEN ? ELSE id END
 )sql";
 
-/// Begins with the parameters line and position.
+/// Begins with the parameter position.
 std::string conditionOf(const std::set<JournalEventKind>& wanted) {
     std::string kinds;
     for (const JournalEventKind kind : wanted) {
         kinds += (kinds.empty() ? "" : ",") + std::to_string(static_cast<int>(kind));
     }
-    return " FROM webhook_event WHERE line = ? AND id > ? AND kind IN (" + kinds + ")";
+    return " FROM webhook_event WHERE id > ? AND kind IN (" + kinds + ")";
 }
 
 std::int64_t numberOf(Query&& query) {
@@ -39,7 +39,6 @@ std::int64_t numberOf(Query&& query) {
 
 WaitingEvents::WaitingEvents(const Source& source, std::string key, const std::set<JournalEventKind>& wanted)
     : m_database(source.database),
-      m_line(source.line),
       m_digits(source.digits),
       m_key(std::move(key)),
       m_wanted(wanted),
@@ -49,13 +48,12 @@ WaitingEvents::WaitingEvents(const Source& source, std::string key, const std::s
       m_lastSurplus("SELECT id" + conditionOf(wanted) + " ORDER BY id DESC LIMIT 1 OFFSET ?") {}
 
 std::int64_t WaitingEvents::countUpTo(Database::Session& session, std::int64_t last) const {
-    return numberOf(
-        std::move(session.query(m_countUpTo.c_str()).bind(m_line).bind(m_position.load()).bind(last)));
+    return numberOf(std::move(session.query(m_countUpTo.c_str()).bind(m_position.load()).bind(last)));
 }
 
 std::optional<EventMessage> WaitingEvents::next() {
     if (m_dropped > 0) {
-        return droppedMessage(m_line, m_dropped, m_position);
+        return droppedMessage(m_dropped, m_position);
     }
     EventMessage message;
     bool found = true;
@@ -64,9 +62,9 @@ std::optional<EventMessage> WaitingEvents::next() {
         const bool done =
             m_database.readAsideSoon("reading an event for a webhook", [&](Database::Session& session) {
                 Query row = session.query(m_next.c_str());
-                found = row.bind(m_line).bind(m_position.load()).next();
+                found = row.bind(m_position.load()).next();
                 if (found) {
-                    message = EventMessages(session, m_line, m_digits).read(row);
+                    message = EventMessages(session, m_digits).read(row);
                     last = message.event;
                 } else {
                     last = numberOf(session.query(kLast));
@@ -105,8 +103,7 @@ std::int64_t WaitingEvents::limit(std::chrono::system_clock::time_point now) {
     const bool done =
         m_database.readAsideSoon("limiting the events of a webhook", [&](Database::Session& session) {
             const auto first = [&](const std::string& sql, std::int64_t value) {
-                return numberOf(
-                    std::move(session.query(sql.c_str()).bind(m_line).bind(m_position.load()).bind(value)));
+                return numberOf(std::move(session.query(sql.c_str()).bind(m_position.load()).bind(value)));
             };
             last = std::max(first(m_lastBefore, oldest), first(m_lastSurplus, kMost));
             count = last > 0 ? countUpTo(session, last) : 0;
@@ -127,28 +124,26 @@ std::optional<std::int64_t> WaitingEvents::count() const {
     return done ? std::optional(count) : std::nullopt;
 }
 
-bool WaitingEvents::load(Database& database, const std::string& line,
-                         const std::vector<WaitingEvents*>& all) {
+bool WaitingEvents::load(Database& database, const std::vector<WaitingEvents*>& all) {
     return database.write("reading the positions of webhooks", [&](Database::Session& session) {
         const std::int64_t last = numberOf(session.query(kLast));
         for (WaitingEvents* const each : all) {
-            Query row = session.query("SELECT position, dropped FROM webhook WHERE line = ? AND key = ?");
-            const bool isKnown = row.bind(line).bind(each->m_key).next();
+            Query row = session.query("SELECT position, dropped FROM webhook WHERE key = ?");
+            const bool isKnown = row.bind(each->m_key).next();
             each->m_position = isKnown ? row.number() : last;
             each->m_dropped = isKnown ? row.number() : 0;
         }
-        session.query("DELETE FROM webhook WHERE line = ?").bind(line).run();
+        session.query("DELETE FROM webhook").run();
         for (WaitingEvents* const each : all) {
             each->store(session);
             each->m_storedPosition = each->m_position;
         }
-        removeDelivered(session, line, all, 0);
+        removeDelivered(session, all, 0);
     });
 }
 
 void WaitingEvents::store(Database::Session& session) const {
-    session.query("INSERT OR REPLACE INTO webhook (line, key, position, dropped) VALUES (?, ?, ?, ?)")
-        .bind(m_line)
+    session.query("INSERT OR REPLACE INTO webhook (line, key, position, dropped) VALUES ('', ?, ?, ?)")
         .bind(m_key)
         .bind(m_position.load())
         .bind(m_dropped)
@@ -157,8 +152,8 @@ void WaitingEvents::store(Database::Session& session) const {
 
 /// Deletes the rows after `after` that each webhook which wants such events has got. A receiver that is down
 /// keeps no others.
-void WaitingEvents::removeDelivered(Database::Session& session, const std::string& line,
-                                    const std::vector<WaitingEvents*>& all, std::int64_t after) {
+void WaitingEvents::removeDelivered(Database::Session& session, const std::vector<WaitingEvents*>& all,
+                                    std::int64_t after) {
     std::int64_t last = 0;
     std::array<std::int64_t, kJournalEventKinds> lasts{};
     lasts.fill(std::numeric_limits<std::int64_t>::max());
@@ -170,7 +165,7 @@ void WaitingEvents::removeDelivered(Database::Session& session, const std::strin
         }
     }
     Query query = session.query(kRemove);
-    query.bind(line).bind(after).bind(last);
+    query.bind(after).bind(last);
     for (const std::int64_t ofKind : lasts) {
         query.bind(ofKind);
     }
@@ -189,7 +184,7 @@ bool WaitingEvents::storePositions(Database& database, const std::vector<Waiting
         for (const WaitingEvents* const each : all) {
             each->store(session);
         }
-        removeDelivered(session, all.front()->m_line, all, after);
+        removeDelivered(session, all, after);
     });
     if (failure) {
         return false;

@@ -14,7 +14,7 @@
 
 namespace host {
 
-/// The events of one line that wait for one webhook: those that it wants in the table `webhook_event` after
+/// The events of all lines that wait for one webhook: those that it wants in the table `webhook_event` after
 /// its position, which is the row of the last event that it has got. A row that all webhooks which want
 /// such events have got is deleted.
 ///
@@ -30,17 +30,15 @@ public:
     /// All are borrowed, and outlive the object; `digits` may be null.
     struct Source {
         Database& database;
-        const std::string& line;
         DigitAnalysisServiceIfc* digits = nullptr;
     };
     /// `key` names the webhook in the table `webhook`.
     WaitingEvents(const Source& source, std::string key, const std::set<JournalEventKind>& wanted);
 
-    /// Reads the positions of all webhooks of the line; that of a new one is after the last event. Deletes
+    /// Reads the positions of all webhooks; that of a new one is after the last event. Deletes
     /// what other webhooks have left, which are configured no more. Returns false if the database fails.
-    [[nodiscard]] static bool load(Database& database, const std::string& line,
-                                   const std::vector<WaitingEvents*>& all);
-    /// Stores the positions that have changed, and deletes the events that all webhooks of the line have
+    [[nodiscard]] static bool load(Database& database, const std::vector<WaitingEvents*>& all);
+    /// Stores the positions that have changed, and deletes the events that all webhooks have
     /// got. What a power cut takes of that is delivered again. Returns false if the database fails.
     [[nodiscard]] static bool storePositions(Database& database, const std::vector<WaitingEvents*>& all);
     /// Deletes what is left of webhooks when none is configured any more.
@@ -61,12 +59,11 @@ private:
     [[nodiscard]] std::int64_t countUpTo(Database::Session& session, std::int64_t last) const;
     void advance(std::int64_t position) noexcept;
     void store(Database::Session& session) const;
-    static void removeDelivered(Database::Session& session, const std::string& line,
-                                const std::vector<WaitingEvents*>& all, std::int64_t after);
+    static void removeDelivered(Database::Session& session, const std::vector<WaitingEvents*>& all,
+                                std::int64_t after);
 
     // Constant after construction.
     Database& m_database;
-    const std::string& m_line;
     DigitAnalysisServiceIfc* const m_digits;
     const std::string m_key;
     const std::set<JournalEventKind> m_wanted;

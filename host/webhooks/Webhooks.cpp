@@ -8,7 +8,6 @@
 
 #include "host/curl/CurlLibrary.h"
 #include "host/database/Database.h"
-#include "host/journal-events/EventQueue.h"
 #include "host/remote/RemoteError.h"
 #include "platform/logging/Logging.h"
 
@@ -27,29 +26,23 @@ constexpr std::chrono::seconds kAfterError{1};
 
 class Webhooks::Impl {
 public:
-    Impl(Database& database, EventQueue& queue, std::vector<WebhookSettings> webhooks,
-         DigitAnalysisServiceIfc* digits)
-        : m_database(database), m_queue(queue), m_transfers(m_curl.multiInit(), m_curl.multiCleanup) {
+    Impl(Database& database, std::vector<WebhookSettings> webhooks, DigitAnalysisServiceIfc* digits)
+        : m_database(database), m_transfers(m_curl.multiInit(), m_curl.multiCleanup) {
         if (!m_transfers) {
             throw RemoteError("cannot make an HTTP client");
         }
         for (WebhookSettings& each : webhooks) {
-            m_hooks.push_back(std::make_unique<Webhook>(std::move(each),
-                                                        WaitingEvents::Source{database, queue.line(), digits},
-                                                        m_curl, m_transfers.get()));
+            m_hooks.push_back(std::make_unique<Webhook>(
+                std::move(each), WaitingEvents::Source{database, digits}, m_curl, m_transfers.get()));
             m_events.push_back(&m_hooks.back()->events());
         }
-        queue.setListener([this] { m_curl.multiWakeup(m_transfers.get()); });
     }
-    ~Impl() {
-        m_queue.setListener({});
-        stop();
-    }
+    ~Impl() { stop(); }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
     void start() {
-        m_isLoaded = WaitingEvents::load(m_database, m_queue.line(), m_events);
+        m_isLoaded = WaitingEvents::load(m_database, m_events);
         m_thread = std::thread([this] { run(); });
     }
 
@@ -60,6 +53,8 @@ public:
             m_thread.join();
         }
     }
+
+    void eventAdded() { m_curl.multiWakeup(m_transfers.get()); }
 
     [[nodiscard]] std::vector<WebhookState> states() const {
         std::vector<WebhookState> states;
@@ -90,7 +85,7 @@ private:
     /// Returns the time of the next step, which input or a new event makes earlier.
     Clock::time_point step() {
         Clock::time_point next = Clock::now() + kBetweenLooks;
-        if (!m_isLoaded && !(m_isLoaded = WaitingEvents::load(m_database, m_queue.line(), m_events))) {
+        if (!m_isLoaded && !(m_isLoaded = WaitingEvents::load(m_database, m_events))) {
             return next;
         }
         if (Clock::now() >= m_nextLimit) {
@@ -146,7 +141,6 @@ private:
 
     // Constant after construction.
     Database& m_database;
-    EventQueue& m_queue;
     const CurlLibrary& m_curl = CurlLibrary::get();
     const std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> m_transfers;
     std::vector<std::unique_ptr<Webhook>> m_hooks;
@@ -163,9 +157,8 @@ private:
     std::thread m_thread;
 };
 
-Webhooks::Webhooks(Database& database, EventQueue& queue, std::vector<WebhookSettings> webhooks,
-                   DigitAnalysisServiceIfc* digits)
-    : m_impl(std::make_unique<Impl>(database, queue, std::move(webhooks), digits)) {}
+Webhooks::Webhooks(Database& database, std::vector<WebhookSettings> webhooks, DigitAnalysisServiceIfc* digits)
+    : m_impl(std::make_unique<Impl>(database, std::move(webhooks), digits)) {}
 
 Webhooks::~Webhooks() = default;
 
@@ -175,6 +168,10 @@ void Webhooks::start() {
 
 void Webhooks::stop() {
     m_impl->stop();
+}
+
+void Webhooks::eventAdded() {
+    m_impl->eventAdded();
 }
 
 std::vector<WebhookState> Webhooks::states() const {

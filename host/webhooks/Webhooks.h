@@ -8,18 +8,16 @@
 namespace host {
 
 class Database;
-class EventQueue;
 
-/// Sends the events of one line to the webhooks (docs/webhooks.md). A thread of its own sends them; the
+/// Sends the events of all lines to the webhooks (docs/webhooks.md). A thread of its own sends them; the
 /// webhooks do not wait for each other.
 ///
 /// Construct, start and stop from one thread.
 class Webhooks {
 public:
-    /// All are borrowed and outlive the object; `queue` is the one to which events are added, and `digits`
-    /// may be null. Throws `RemoteError` if libcurl cannot be loaded.
-    Webhooks(Database& database, EventQueue& queue, std::vector<WebhookSettings> webhooks,
-             DigitAnalysisServiceIfc* digits);
+    /// All are borrowed and outlive the object; `digits` may be null. Throws `RemoteError` if libcurl cannot
+    /// be loaded.
+    Webhooks(Database& database, std::vector<WebhookSettings> webhooks, DigitAnalysisServiceIfc* digits);
     /// Calls `stop`.
     ~Webhooks();
     Webhooks(const Webhooks&) = delete;
@@ -30,6 +28,9 @@ public:
     /// Aborts what is being sent: it is sent again after the next start, as are the events that wait.
     /// Idempotent.
     void stop();
+
+    /// Call it after a transaction that has added events. Does not block. Any thread may call.
+    void eventAdded();
 
     /// In the order of the configuration. Any thread may call.
     [[nodiscard]] std::vector<WebhookState> states() const;

@@ -25,6 +25,9 @@ struct CommonOptions {
     /// The file with the authorities of the certificate of `url`; empty for those of the system.
     std::string authorities;
 
+    /// The line that the command is about; empty: the first one, or that of the token.
+    std::string line;
+
     /// The server that the clients use. Throws `RemoteError` and `ConfigurationError`.
     [[nodiscard]] host::ApiServer server() const;
     /// The data directory. Throws `ConfigurationError` if there is no default.
@@ -71,6 +74,7 @@ public:
 [[nodiscard]] std::unique_ptr<Command> makeContactsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeSettingsCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeTokensCommand(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> makeLinesCommand(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> makeOpenCommand(CLI::App& app);
 /// Requires: `app` is a sub-command of the program.
 [[nodiscard]] std::unique_ptr<Command> makeHelpCommand(CLI::App& app);

@@ -21,9 +21,9 @@
 namespace calljournal {
 namespace {
 
-/// eClient: it speaks the HTTP API only, so that its server may run on another machine. eAbout: it needs no
-/// journal.
-enum class Kind { eLocal, eClient, eAbout };
+/// eLine and eAllLines speak the HTTP API only, so that their server may run on another machine: about one
+/// line, or about none. eSocket: the same about one line over the socket. eAbout: it needs no journal.
+enum class Kind { eLocal, eLine, eAllLines, eSocket, eAbout };
 
 struct Entry {
     Kind kind;
@@ -32,38 +32,39 @@ struct Entry {
     std::unique_ptr<Command> (*make)(CLI::App&);
 };
 
-constexpr std::array<Entry, 26> kEntries{{
-    {Kind::eLocal, "serve", "run the call journal of a line", &makeServeCommand},
+constexpr std::array<Entry, 27> kEntries{{
+    {Kind::eLocal, "serve", "run the call journal of telephone lines", &makeServeCommand},
     {Kind::eLocal, "switch", "simulate a CSTA switch that plays calls", &makeSwitchCommand},
     {Kind::eLocal, "sip", "be the CSTA switch of a SIP telephone", &makeSipCommand},
     {Kind::eLocal, "demo", "run the call journal with a simulated switch that plays calls", &makeDemoCommand},
-    {Kind::eClient, "status", "print the state of the running journal", &makeStatusCommand},
+    {Kind::eLine, "status", "print the state of the running journal", &makeStatusCommand},
     {Kind::eLocal, "doctor", "examine the configuration, the data and the connections", &makeDoctorCommand},
     {Kind::eLocal, "version", "print the versions of the program and its libraries", &makeVersionCommand},
-    {Kind::eClient, "list", "print a list of the running journal", &makeListCommand},
-    {Kind::eClient, "calls", "print the calls of the history of the running journal", &makeCallsCommand},
-    {Kind::eClient, "stats", "print statistics of the calls of the running journal", &makeStatsCommand},
-    {Kind::eClient, "show", "print an entry of the running journal with all its calls", &makeShowCommand},
-    {Kind::eLocal, "watch", "print the changes of the running journal as they come", &makeWatchCommand},
-    {Kind::eClient, "call", "place a call with the telephone of the line", &makeCallCommand},
-    {Kind::eClient, "answer", "answer the call that rings", &makeAnswerCallCommand},
-    {Kind::eClient, "hangup", "end a live call", &makeHangUpCommand},
-    {Kind::eClient, "viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
-    {Kind::eClient, "delete", "delete entries or calls of the running journal", &makeDeleteCommand},
-    {Kind::eClient, "export", "print calls of the running journal as a file for other programs",
+    {Kind::eLine, "list", "print a list of the running journal", &makeListCommand},
+    {Kind::eLine, "calls", "print the calls of the history of the running journal", &makeCallsCommand},
+    {Kind::eLine, "stats", "print statistics of the calls of the running journal", &makeStatsCommand},
+    {Kind::eLine, "show", "print an entry of the running journal with all its calls", &makeShowCommand},
+    {Kind::eSocket, "watch", "print the changes of the running journal as they come", &makeWatchCommand},
+    {Kind::eLine, "call", "place a call with the telephone of the line", &makeCallCommand},
+    {Kind::eLine, "answer", "answer the call that rings", &makeAnswerCallCommand},
+    {Kind::eLine, "hangup", "end a live call", &makeHangUpCommand},
+    {Kind::eLine, "viewed", "mark missed calls of the running journal as viewed", &makeViewedCommand},
+    {Kind::eLine, "delete", "delete entries or calls of the running journal", &makeDeleteCommand},
+    {Kind::eLine, "export", "print calls of the running journal as a file for other programs",
      &makeExportCommand},
-    {Kind::eClient, "import", "store the calls of a file in the history of the running journal",
+    {Kind::eLine, "import", "store the calls of a file in the history of the running journal",
      &makeImportCommand},
     {Kind::eLocal, "backup", "copy the journal to a file, also while it runs", &makeBackupCommand},
     {Kind::eLocal, "restore", "replace the journal by a file that backup wrote", &makeRestoreCommand},
-    {Kind::eClient, "contacts", "import, print or export the phonebook of the running journal",
+    {Kind::eLine, "contacts", "import, print or export the phonebook of the running journal",
      &makeContactsCommand},
-    {Kind::eClient, "settings", "print or change the settings of the running journal and its phone",
+    {Kind::eLine, "settings", "print or change the settings of the running journal and its phone",
      &makeSettingsCommand},
-    {Kind::eClient, "open", "print a link to the page, and a QR code for a telephone's camera",
+    {Kind::eAllLines, "open", "print a link to the page, and a QR code for a telephone's camera",
      &makeOpenCommand},
-    {Kind::eClient, "tokens", "create, list or revoke tokens for other programs and devices",
+    {Kind::eAllLines, "tokens", "create, list or revoke tokens for other programs and devices",
      &makeTokensCommand},
+    {Kind::eAllLines, "lines", "list, add or remove telephone lines", &makeLinesCommand},
     {Kind::eAbout, "help", "print the help of the program or of a command", &makeHelpCommand},
 }};
 
@@ -124,9 +125,13 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
         if (entry.kind != Kind::eAbout) {
             addDataOption(*sub, common);
         }
-        if (entry.kind == Kind::eClient) {
+        if (entry.kind == Kind::eLine || entry.kind == Kind::eAllLines) {
             addServerOptions(*sub, common);
             addColourOption(*sub);
+        }
+        if (entry.kind == Kind::eLine || entry.kind == Kind::eSocket) {
+            sub->add_option("--line", common.line, "the device of the line [the first, or that of the token]")
+                ->type_name("DEVICE");
         }
     }
     return commands;
@@ -134,7 +139,7 @@ Commands addCommands(CLI::App& app, CommonOptions& common) {
 
 void describeProgram(CLI::App& app) {
     app.name("calljournal");
-    app.description("The call journal of a telephone line: calls received, dialled, missed and forwarded.");
+    app.description("The call journal of telephone lines: calls received, dialled, missed and forwarded.");
     app.get_formatter()->label("REQUIRED", "(required)");
     app.get_formatter()->label("Excludes", "not with");
     app.require_subcommand(0, 1);
@@ -157,8 +162,10 @@ std::filesystem::path CommonOptions::dataDirectory() const {
 }
 
 host::ApiServer CommonOptions::server() const {
-    return url.empty() ? host::ApiServer::in(dataDirectory())
-                       : host::ApiServer::at(url, tokenFile, authorities);
+    host::ApiServer server =
+        url.empty() ? host::ApiServer::in(dataDirectory()) : host::ApiServer::at(url, tokenFile, authorities);
+    server.line = line;
+    return server;
 }
 
 std::string CommonOptions::commandForUser(const std::string& command) const {

@@ -26,6 +26,9 @@ public:
     int run(const CommonOptions& common) override {
         const StopSignal stop;
         host::RemoteClient client(common.dataDirectory());
+        if (!common.line.empty()) {
+            client.setLine(common.line);
+        }
         m_directory = common.dataDirectory();
         const auto request = journalxml::buildRequest(journalxml::MethodId::eSubscribeForJournalEvents);
         const auto response = client.call(request, stop.descriptor());

@@ -12,7 +12,7 @@
 
 namespace calljournal {
 
-/// The components of `serve`: the database, the service library, the line, the HTTP API, and the server for
+/// The components of `serve`: the database, the service library, the lines, the HTTP API, and the server for
 /// remote clients. Construct, start and stop from the main thread.
 class JournalServer {
 public:

@@ -67,8 +67,7 @@ public:
 
     /// Starts connecting and returns at once. Owner, once.
     void start();
-    /// Closes the connection and joins the threads. Every line hears that the connection is lost. Owner.
-    /// Idempotent.
+    /// Closes the connection and joins the threads. Waits until each line has left. Owner. Idempotent.
     void stop();
 
     /// Posts `work` to the reader. Returns false after `stop`. Any thread.

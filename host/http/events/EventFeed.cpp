@@ -40,13 +40,14 @@ EventFeed::EventFeed(Post post, PostLater postLater, RunAside runAside, EventRin
       m_stored(std::move(stored)),
       m_ring(markOfThisRun(), limits) {}
 
-std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId, std::function<bool()> mayGoOn) {
+std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId, std::function<bool()> mayGoOn,
+                                            std::shared_ptr<void> owner) {
     if (m_streamsOpen->count.fetch_add(1) >= kMaxStreams) {
         --m_streamsOpen->count;
         return nullptr;
     }
     // Destroyed with the stream, on any thread.
-    std::shared_ptr<void> slot(nullptr, [streams = m_streamsOpen](void* /*none*/) {
+    std::shared_ptr<void> slot(nullptr, [streams = m_streamsOpen, owner = std::move(owner)](void* /*none*/) {
         streams->lastEnd = Clock::now();
         --streams->count;
     });

@@ -79,9 +79,11 @@ public:
     // Thread-safe.
 
     /// A stream for one client; nullptr if there are already `kMaxStreams`.
-    /// The stream ends when `endRefused` is called while `mayGoOn`, if it is not empty, returns false.
+    /// The stream ends when `endRefused` is called while `mayGoOn`, if it is not empty, returns false. It
+    /// keeps `owner` until then, which may own the feed.
     [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId,
-                                                   std::function<bool()> mayGoOn = {});
+                                                   std::function<bool()> mayGoOn = {},
+                                                   std::shared_ptr<void> owner = {});
     [[nodiscard]] std::size_t streamCount() const noexcept { return m_streamsOpen->count; }
     /// Reports that the lists may have changed without a notification. Sends the event after those of the
     /// changes that were notified before, and no sooner than 200 ms after the previous one.

@@ -1,6 +1,7 @@
 #include "host/http/messages/HttpRequest.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <optional>
 #include <utility>
@@ -115,6 +116,20 @@ const std::string& HttpRequest::valueIn(const std::map<std::string, std::string>
     static const std::string kNone;
     const auto found = values.find(name);
     return found == values.end() ? kNone : found->second;
+}
+
+std::string percentEncoded(std::string_view segment) {
+    std::string encoded;
+    for (const char each : segment) {
+        const auto byte = static_cast<unsigned char>(each);
+        if (std::isalnum(byte) != 0 || std::string_view("-._~").find(each) != std::string_view::npos) {
+            encoded += each;
+        } else {
+            constexpr std::string_view kHex = "0123456789ABCDEF";
+            encoded += {'%', kHex[byte >> 4U], kHex[byte & 0x0FU]};
+        }
+    }
+    return encoded;
 }
 
 }  // namespace host

@@ -54,4 +54,7 @@ private:
     [[nodiscard]] bool readQuery(std::string_view text);
 };
 
+/// A segment of a path, with percent escapes where it needs them.
+[[nodiscard]] std::string percentEncoded(std::string_view segment);
+
 }  // namespace host

@@ -33,6 +33,8 @@ public:
         /// The most bytes that the body of a request may have. A longer one than `kUsualBody` is read from
         /// clients with the token only.
         std::size_t maxBody = 64U * 1024U;
+        /// True if it concerns all lines: a token for one line is refused.
+        bool isOfAllLines = false;
 
         /// Throws `HttpError` 400 if the query of the request has a parameter that this route does not take,
         /// or one twice: a misspelt parameter must not widen a request. Routes outside "/api/v1" ignore the

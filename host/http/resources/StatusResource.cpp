@@ -21,42 +21,16 @@ Json telephoneJson(const std::optional<TelephoneState>& telephone) {
 }  // namespace
 
 void StatusResource::addRoutes(Router& router) {
-    router.add({"GET", "/healthz", Scope::eNone, [this](const HttpRequest& /*each*/) { return health(); }});
     router.add(
         {"GET", "/api/v1/status", Scope::eRead, [this](const HttpRequest& each) { return status(each); }});
 }
 
-HttpResponse StatusResource::health() {
-    // The request needs no token. While the database is locked, a probe blocks for seconds; only one worker
-    // may block.
-    const std::unique_lock probing(m_probeMutex, std::try_to_lock);
-    if (!(probing ? m_sources.database.probe() : m_sources.database.healthy())) {
-        const std::size_t kept = m_sources.database.keptCount();
-        throw HttpError(503, "database",
-                        kept > 0 ? "the database refuses changes; " + std::to_string(kept) +
-                                       " are kept in memory and repeated; see the log"
-                                 : "the database does not respond; see the log");
-    }
-    HttpResponse response;
-    response.contentType = "text/plain; charset=utf-8";
-    response.body = "ok\n";
-    return response;
-}
-
-std::map<ListName, std::size_t> StatusResource::entries() const {
-    return storedOr503(m_sources.storedLists.counts());
-}
-
-std::size_t StatusResource::unviewed() const {
-    return storedOr503(m_sources.storedLists.unviewed());
-}
-
 HttpResponse StatusResource::status(const HttpRequest& request) const {
     Json lists = Json::object();
-    for (const auto& [name, total] : entries()) {
+    for (const auto& [name, total] : storedOr503(m_sources.storedLists.counts())) {
         lists[std::string(wordOf(name))] = {{"total", total}};
     }
-    lists["missed"]["unviewed"] = unviewed();
+    lists["missed"]["unviewed"] = storedOr503(m_sources.storedLists.unviewed());
     const LineState state = m_sources.lineState();
     const auto keys = m_sources.management.values();
     const auto softwareType = keys.find("software-type");

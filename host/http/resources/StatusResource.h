@@ -2,14 +2,11 @@
 
 #include <cstddef>
 #include <functional>
-#include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
-#include "host/presentation/ListName.h"
 
 namespace host {
 
@@ -38,7 +35,7 @@ struct LineState {
     std::optional<TelephoneState> telephone{};
 };
 
-/// The state of the line and the health of the service. Thread-safe.
+/// The state of the line. Thread-safe.
 class StatusResource {
 public:
     /// All are borrowed and outlive the resource.
@@ -56,20 +53,10 @@ public:
 
     void addRoutes(Router& router);
 
-    // Both throw `HttpError` 503 if the database fails.
-
-    /// The number of entries in each list.
-    [[nodiscard]] std::map<ListName, std::size_t> entries() const;
-    /// The number of missed entries that are not viewed.
-    [[nodiscard]] std::size_t unviewed() const;
-
 private:
-    [[nodiscard]] HttpResponse health();
     [[nodiscard]] HttpResponse status(const HttpRequest& request) const;
 
     const Sources m_sources;
-    /// Held during the database probe; at most one worker probes at a time.
-    std::mutex m_probeMutex;
 };
 
 }  // namespace host

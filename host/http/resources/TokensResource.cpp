@@ -59,7 +59,7 @@ sys_seconds expiryIn(const std::string& text) {
     return *time;
 }
 
-NamedToken tokenIn(const Json& json, const std::string& line) {
+NamedToken tokenIn(const Json& json, const TokensResource::IsLine& isLine) {
     for (const auto& [name, value] : json.items()) {
         if (name != "name" && name != "scope" && name != "line" && name != "expires") {
             refuse("a token has name, scope, line and expires, not " + name);
@@ -76,7 +76,7 @@ NamedToken tokenIn(const Json& json, const std::string& line) {
     }
     token.scope = *scope;
     token.line = textIn(json, "line").value_or("");
-    if (!token.line.empty() && token.line != line) {
+    if (!token.line.empty() && !isLine(token.line)) {
         refuse("there is no line " + token.line);
     }
     if (const auto expires = textIn(json, "expires")) {
@@ -88,12 +88,16 @@ NamedToken tokenIn(const Json& json, const std::string& line) {
 }  // namespace
 
 void TokensResource::addRoutes(Router& router) {
-    router.add(
-        {"GET", "/api/v1/tokens", Scope::eAdmin, [this](const HttpRequest& /*each*/) { return list(); }});
-    router.add(
-        {"POST", "/api/v1/tokens", Scope::eAdmin, [this](const HttpRequest& each) { return create(each); }});
-    router.add({"DELETE", "/api/v1/tokens/{tokenId}", Scope::eAdmin,
-                [this](const HttpRequest& each) { return revoke(each); }});
+    const auto add = [&router](const char* method, const char* pattern, Router::Handler handler) {
+        router.add({.method = method,
+                    .pattern = pattern,
+                    .scope = Scope::eAdmin,
+                    .handler = std::move(handler),
+                    .isOfAllLines = true});
+    };
+    add("GET", "/api/v1/tokens", [this](const HttpRequest& /*each*/) { return list(); });
+    add("POST", "/api/v1/tokens", [this](const HttpRequest& each) { return create(each); });
+    add("DELETE", "/api/v1/tokens/{tokenId}", [this](const HttpRequest& each) { return revoke(each); });
 }
 
 HttpResponse TokensResource::list() const {
@@ -106,7 +110,7 @@ HttpResponse TokensResource::list() const {
 
 HttpResponse TokensResource::create(const HttpRequest& request) {
     AccessTokens::Failure failure{};
-    const auto created = m_tokens.create(tokenIn(jsonObject(request), m_line), failure);
+    const auto created = m_tokens.create(tokenIn(jsonObject(request), m_isLine), failure);
     if (!created) {
         if (failure == AccessTokens::Failure::eNameTaken) {
             throw HttpError(409, "name-taken", "there is a token of this name already");

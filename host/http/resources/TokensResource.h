@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
@@ -13,8 +15,10 @@ class Router;
 /// The named tokens: create, list, revoke. Thread-safe.
 class TokensResource {
 public:
-    /// `tokens` is borrowed and outlives the resource; `line` is the only line there is.
-    TokensResource(AccessTokens& tokens, std::string line) : m_tokens(tokens), m_line(std::move(line)) {}
+    using IsLine = std::function<bool(const std::string&)>;
+
+    /// `tokens` is borrowed and outlives the resource; `isLine` returns true for the device of a line.
+    TokensResource(AccessTokens& tokens, IsLine isLine) : m_tokens(tokens), m_isLine(std::move(isLine)) {}
 
     void addRoutes(Router& router);
 
@@ -24,7 +28,7 @@ private:
     [[nodiscard]] HttpResponse revoke(const HttpRequest& request);
 
     AccessTokens& m_tokens;
-    const std::string m_line;
+    const IsLine m_isLine;
 };
 
 }  // namespace host

@@ -36,6 +36,8 @@ GOOD = {"PUT /api/v1/settings": "{}", "PUT /api/v1/management/{key}": '{"value":
         "POST /api/v1/lists/missed/viewed": IDS, "POST /api/v1/lists/missed/unviewed": IDS, "POST /api/v1/contacts": '{"surname": "New", "office": "55"}',
         "PUT /api/v1/contacts/{id}": '{"surname": "Newer"}', "PUT /api/v1/parties/{number}": '{"note": "late"}', IMPORT: CARD % "N:New;Ned"}
 TOKENS = "POST /api/v1/tokens"
+LINES = "POST /api/v1/lines"
+GOOD[LINES] = '{"device": "2006", "name": "Zoë"}'
 GOOD[TOKENS] = '{"name": "phone", "scope": "read", "line": "2001", "expires": "2099-01-01T00:00:00Z"}'
 QUERIES = {"DELETE /api/v1/calls": "?all=true"}
 LOGIN = "POST /api/v1/session"
@@ -66,6 +68,9 @@ ROWS += [(LOGIN, 401, {}, '{"token": "%s"}' % ("0" * 64)), (LOGIN, 422, {}, '{"t
 ROWS += [(UPLOAD, 422, {}, body) for body in ('{"calls": 1}', '{"calls": [], "more": 1}')]
 ROWS += [(TOKENS, 422, {}, '{"name": "%s", "scope": "%s"%s}' % each) for each in (
     ("", "read", ""), ("a", "all", ""), ("a", "read", ', "line": "2002"'), ("a", "read", ', "expires": "2020-01-01T00:00:00Z"'))]
+ROWS += [(LINES, 422, {}, body) for body in ("{}", '{"device": "2001/1"}', '{"device": "2007", "switch": "none"}', '{"device": "2007", "nose": 1}')]
+ROWS += [("GET /api/v1/lines", 400, {"query": "?all=1"}, None), ("GET /api/v1/lines", 200, {"query": "?all=true&search=zoe&limit=1"}, None),
+         *((each + " /api/v1/lines/{device}", 404, {"device": "77"}, None) for each in ("GET", "DELETE"))]
 ROWS += [("DELETE /api/v1/tokens/{tokenId}", 404, {"tokenId": "999"}, None)]
 # Files of contacts: type, body, status, a part of the response.
 FILES = [("text/vcard", CARD % "N:Byron;Ada" + CARD % "TEL:1", 200, '"read":2,"added":1,"changed":0,"unchanged":0,"skipped":[{"line":5,'),
@@ -130,7 +135,8 @@ class HttpTest(ProgramTest):
         self.server.logs("received call from Zoë")
         self.assertIn(1, (json.loads(self.ask("GET", "/api/v1/status")[1])["calls"] for _ in range(1000)))
         self.document = json.loads(self.ask("GET", "/api/v1/openapi.json")[1])
-        self.values = {"list": "missed", "key": "mac-addr", "number": "4711",
+        self.assertEqual(self.ask("POST", "/api/v1/lines", '{"device": "2005"}')[0], 201)
+        self.values = {"list": "missed", "key": "mac-addr", "number": "4711", "device": "2005",
                        "liveCallId": "none", "callId": json.loads(self.ask("GET", "/api/v1/calls?sort=start")[1])["items"][0]["id"],
                        "entryId": json.loads(self.ask("GET", "/api/v1/lists/missed")[1])["items"][0]["entryId"],
                        "tokenId": json.loads(self.ask("POST", "/api/v1/tokens", '{"name": "old", "scope": "metrics"}')[1])["id"],
@@ -179,10 +185,12 @@ class HttpTest(ProgramTest):
         self.described(CONTROL[1], 204)
         # Reading before deleting, and one entry before all of them.
         for operation in sorted({*operations} - {PLACE, *CONTROL}, key=lambda each: (each.startswith("DELETE"), -len(each))):
-            good = {"POST /api/v1/contacts": 201, TOKENS: 201, "POST /api/v1/tickets": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204, LOGIN: 204}.get(
+            good = {"POST /api/v1/contacts": 201, TOKENS: 201, LINES: 201, "POST /api/v1/tickets": 201, "POST /api/v1/lists/missed/viewed": 204, "POST /api/v1/lists/missed/unviewed": 204, LOGIN: 204}.get(
                 operation, 204 if operation.startswith("DELETE") and operation not in QUERIES else 200)
             self.described(operation, good, body=GOOD.get(operation))
         self.described(TOKENS, 409, body=GOOD[TOKENS])
+        self.described(LINES, 409, body=GOOD[LINES])
+        self.described("DELETE /api/v1/lines/{device}", 409, {"device": "2001"})
         run = json.loads(self.described(UPLOAD, 200, body='{"calls": [], "more": true}'))["import"]
         self.described(UPLOAD, 409, body=GOOD[UPLOAD])
         self.described(UPLOAD, 200, body='{"calls": [], "import": "%s"}' % run)

@@ -150,7 +150,12 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         ;switch = "pbx"                              | 2: switch:             | [switch]
         [[api]];auth = "none"                        | 1: api:                | [api]
         line = 1                                     | 1: line:               | [[line]]
-        [[line]];device = "1";[[line]];device = "2"  | 3: line:               | serves one line
+        [[line]];device = "1";[[line]];device = "1"  | 4: line.device:        | another line
+        [line];device = "1/2"                        | 2: line.device:        | no /
+        [line];switch = "b"                          | 1: line:               | none of the switches
+        [[switch]];name = "a";[[switch]];port = 1    | 3: switch.name:        | several switches
+        [[switch]];name = "a";[[switch]];name = "a"  | 4: switch.name:        | another switch
+        lines-file = "none.csv"                      | 1: lines-file:         | cannot be read
         [line];device = 2001                         | 2: line.device:        | quotation marks
         [line];[[line.shared]];log-missed-calls = true | 2: line.shared.device: | must not be empty
         [[line.shared]];device = "7";[[line.shared]];device = "7" | 4: line.shared.device: | "7" is named

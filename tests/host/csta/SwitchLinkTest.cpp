@@ -27,7 +27,7 @@ protected:
             host::CstaLinkConfig config;
             config.ownDevice = device;
             link = std::make_unique<host::CstaLink>(
-                shared, config, [this](std::function<void()> work) { strand.post(std::move(work)); });
+                &shared, config, [this](std::function<void()> work) { strand.post(std::move(work)); });
             link->start();
         }
         ~Line() {

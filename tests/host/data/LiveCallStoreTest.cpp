@@ -66,7 +66,7 @@ MissedCallItem missedCall(const std::string& callId) {
 
 class LiveCalls : public testing::Test {
 protected:
-    void open() { store.emplace(*database, "2001"); }
+    void open() { store.emplace(*database, writer, "2001"); }
     /// The call ids that another connection sees.
     [[nodiscard]] std::string rows() const {
         return database.text(
@@ -81,13 +81,14 @@ protected:
     }
 
     const TemporaryDatabase database;
+    host::LiveCallWriter writer{*database};
     std::optional<LiveCallStore> store;
 };
 
 TEST_F(LiveCalls, AreNotedUntilTheyAreFiled) {
     open();
     EXPECT_TRUE(store->read().empty());
-    host::LiveCallStore other(*database, "3001");
+    host::LiveCallStore other(*database, writer, "3001");
     other.store(callOf("9", 0));
     const PhoneCall first = callOf("25", 0);
     const PhoneCall ended = callOf("26", 5);

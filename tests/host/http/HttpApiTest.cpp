@@ -19,20 +19,24 @@
 #include <thread>
 #include <vector>
 
+#include "host/access/AccessTokens.h"
 #include "host/csta/call-control/CallControlIfc.h"
 #include "host/database/Database.h"
 #include "host/digits/Dialling.h"
 #include "host/digits/NumberTexts.h"
 #include "host/directory/Phonebook.h"
 #include "host/http/ApiToken.h"
+#include "host/http/LineApi.h"
 #include "host/http/Metrics.h"
 #include "host/http/events/EventFeed.h"
 #include "host/http/resources/OpenApi.h"
+#include "host/line/ObserverFan.h"
 #include "host/management/LocalManagement.h"
 #include "host/stored-lists/StoredEntries.h"
 #include "host/stored-lists/StoredLists.h"
 #include "tests/support/FakeDigits.h"
 #include "tests/support/FakeJournalService.h"
+#include "tests/support/FakeLines.h"
 #include "tests/support/TemporaryDatabase.h"
 
 namespace {
@@ -52,13 +56,31 @@ class HttpApiTest : public testing::Test {
 protected:
     /// Starts the API; later clients of `connect` are its clients.
     host::Endpoint start() {
-        host::Endpoint endpoint = m_api.emplace(backend(), m_settings).start();
+        m_api.emplace(backend(), m_settings);
+        m_line.emplace(host::LineBackend{"2001",
+                                         m_management,
+                                         m_phonebook,
+                                         *m_database,
+                                         m_stored,
+                                         m_entries,
+                                         m_observers,
+                                         m_calls,
+                                         m_dialling,
+                                         m_numbers,
+                                         {}},
+                       m_api->serverForLines());
+        m_line->start();
+        m_lines.set("2001", {&m_line->router(), [](auto* /*routes*/) {}});
+        m_lines.setApi(&*m_line);
+        host::Endpoint endpoint = m_api->start();
         m_address = {asio::ip::make_address(endpoint.host), endpoint.port};
         return endpoint;
     }
-    host::HttpBackend backend() {
-        return {"2001",    m_journal, m_management, m_phonebook, *m_database, m_stored, m_entries,
-                m_metrics, m_calls,   m_dialling,   m_numbers,   {},          {},       {}};
+    host::HttpBackend backend() { return {m_lines, *m_database, m_metrics, {}, {}, {}}; }
+    void stop() {
+        m_line->endStreams();
+        m_api->stop();
+        m_line->stop();
     }
 
     /// A client that has sent this text.
@@ -106,16 +128,18 @@ protected:
     NoCalls m_calls;
     const host::Dialling m_dialling{{}};
     host::NumberTexts m_numbers{"DE", m_digits};
-    host::Metrics m_metrics{"2001", "1.2.3"};
+    host::Metrics m_metrics{"1.2.3"};
+    host::ObserverFan m_observers;
+    journaltest::FakeLines m_lines;
     asio::io_context m_io;
     asio::ip::tcp::endpoint m_address;
     host::HttpApiSettings m_settings{{{"127.0.0.1", 0}}, {}, {}, {}, {}};
     std::optional<host::HttpApi> m_api;
+    std::optional<host::LineApi> m_line;
 };
 
 TEST_F(HttpApiTest, StopsWithOpenConnectionsAndDoesNotShareItsAddress) {
     m_settings.server.listen = start();
-    EXPECT_EQ(m_journal.observers().size(), 1U);
     EXPECT_THROW(host::HttpApi(backend(), m_settings), host::HttpServerError);
     m_settings.server.listen = {"localhost", 0};
     EXPECT_NO_THROW(host::HttpApi(backend(), m_settings));
@@ -124,7 +148,7 @@ TEST_F(HttpApiTest, StopsWithOpenConnectionsAndDoesNotShareItsAddress) {
     Socket stream = connect(request("GET /api/v1/events"));
     asio::streambuf text;
     asio::read_until(stream, text, "retry: 2000\n");
-    m_api->stop();
+    stop();
     receivedBy(half);
     receivedBy(stream);
 }
@@ -154,7 +178,7 @@ TEST_F(HttpApiTest, StopsAfterTheRunningRequestsAndBeginsNoWaitingOne) {
         }
         mayEnd.release(kWorkers + 1);
     });
-    m_api->stop();
+    stop();
     lastVisitor.join();
     EXPECT_FALSE(begun.try_acquire());
     for (Socket& each : clients) {
@@ -175,12 +199,15 @@ TEST_F(HttpApiTest, BlocksAtMostOneHealthCheckWhenTheDatabaseIsSlow) {
     Socket second = connect("");
     EXPECT_TRUE(isServed(second, "/healthz"));
     mayEnd.release(2);
-    m_api->stop();
+    stop();
 }
 
 TEST_F(HttpApiTest, DescribesEveryRouteWithItsParametersAndScope) {
     std::set<std::string> served;
-    for (const host::Router::Route& route : m_api.emplace(backend(), m_settings).routes()) {
+    start();
+    std::vector<host::Router::Route> routes = m_api->routes();
+    routes.insert(routes.end(), m_line->router().routes().begin(), m_line->router().routes().end());
+    for (const host::Router::Route& route : routes) {
         std::set<std::string> names(route.queryParameters.begin(), route.queryParameters.end());
         if (route.pattern.starts_with("/api/v1/")) {
             names.insert("line");
@@ -216,6 +243,48 @@ TEST_F(HttpApiTest, DescribesEveryRouteWithItsParametersAndScope) {
         }
     }
     EXPECT_EQ(described, served);
+}
+
+TEST_F(HttpApiTest, KeepsATokenOfOneLineFromEveryRouteOfOthersAndOfAll) {
+    m_settings.token = "secret";
+    host::AccessTokens tokens(*m_database);
+    host::AccessTokens::Failure failure{};
+    const auto created = tokens.create({0, "other", host::Scope::eAdmin, "2002", {}, {}}, failure);
+    ASSERT_TRUE(created);
+    start();
+    m_lines.set("2002", {&m_line->router(), [](auto* /*routes*/) {}});
+    // A client of one line may use these besides its line: they show that line only, or nothing of any.
+    const std::set<std::string> harmless{"/api/v1/lines", "/api/v1/lines/{device}", "/api/v1/tickets"};
+    std::set<std::string> ofLines;
+    for (const host::Router::Route& route : m_line->router().routes()) {
+        ofLines.insert(route.pattern);
+    }
+    const auto document = nlohmann::json::parse(host::openApiResponse().body);
+    for (const auto& [path, methods] : document.at("paths").items()) {
+        for (const auto& [method, operation] : methods.items()) {
+            if (method == "parameters" || operation.at("security").empty()) {
+                continue;
+            }
+            std::string upper = method;
+            std::transform(upper.begin(), upper.end(), upper.begin(), ::toupper);
+            const auto responseTo = [&](const std::string& target) {
+                Socket client = connect(upper + " " + target +
+                                        " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n"
+                                        "Authorization: Bearer " +
+                                        created->secret + "\r\nContent-Length: 2\r\n\r\n{}");
+                return receivedBy(client);
+            };
+            if (ofLines.contains(path)) {
+                const std::string rest = path.substr(std::string("/api/v1").size());
+                EXPECT_NE(responseTo("/api/v1/lines/2001" + rest).find("unknown-line"), std::string::npos)
+                    << upper << " " << path;
+                EXPECT_NE(responseTo(path + "?line=2001").find("unknown-line"), std::string::npos)
+                    << upper << " " << path;
+            } else if (!harmless.contains(path) || upper == "DELETE" || path + upper == "/api/v1/linesPOST") {
+                EXPECT_NE(responseTo(path).find("wrong-line"), std::string::npos) << upper << " " << path;
+            }
+        }
+    }
 }
 
 TEST_F(HttpApiTest, DisconnectsIdleClientsForOthers) {

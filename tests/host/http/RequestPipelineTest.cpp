@@ -8,6 +8,7 @@
 
 #include "host/access/AccessTokens.h"
 #include "host/access/Tickets.h"
+#include "host/http/LinesResource.h"
 #include "host/http/SessionRoutes.h"
 #include "host/http/resources/ListsResource.h"
 #include "host/log/PrivateText.h"
@@ -15,6 +16,7 @@
 #include "host/stored-lists/StoredLists.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FakeJournalService.h"
+#include "tests/support/FakeLines.h"
 #include "tests/support/ItemBuilders.h"
 #include "tests/support/Table.h"
 #include "tests/support/TemporaryDatabase.h"
@@ -31,7 +33,6 @@ protected:
         std::ofstream(m_directory.path() / "index.html") << "page";
         std::ofstream(m_directory.path() / "a.js") << "script";
         m_resource.addRoutes(m_router);
-        m_router.add({"GET", "/open", host::Scope::eNone, [](const auto&) { return HttpResponse(); }});
         m_router.add({"GET", "/broken", host::Scope::eRead,
                       [](const auto&) -> HttpResponse { throw std::runtime_error("why"); }});
         m_router.add({"GET", "/large", host::Scope::eRead,
@@ -70,9 +71,14 @@ protected:
         host::Authenticator authenticator(m_token, &m_tokens, &m_tickets, m_publicUrl, m_origins);
         authenticator.setListenAddress({m_listen, 80});
         const host::PageFiles page(m_directory.path());
-        host::Router router = m_router;
+        host::Router router;
         host::addSessionRoutes(authenticator, router);
-        return host::RequestPipeline(authenticator, router, page, "2001").handle(std::move(request));
+        host::LinesResource lines(m_lines);
+        lines.addRoutes(router);
+        router.add({"GET", "/open", host::Scope::eNone, [](const auto&) { return HttpResponse(); }});
+        m_lines.set("2001", {&m_router, [](auto* /*routes*/) {}});
+        m_lines.set("2002", {&m_router, [](auto* /*routes*/) {}});
+        return host::RequestPipeline(authenticator, router, page, m_lines).handle(std::move(request));
     }
 
     /// The status and the code of an error, the id of an entry, or the counts and ids of a list.
@@ -93,6 +99,7 @@ protected:
     TemporaryDirectory m_directory;
     journaltest::FakeJournalService m_journal;
     host::Router m_router;
+    journaltest::FakeLines m_lines;
     const std::string m_line = "2001";
     journaltest::TemporaryDatabase m_database;
     int m_resyncs = 0;
@@ -200,7 +207,17 @@ TEST_F(RequestPipelineTest, GrantsEachTokenItsScopeUntilItEnds) {
         write   | GET    | /settings                     | 403 wrong-scope
         admin   | GET    | /settings                     | 200 -
         expired | GET    | /settings                     | 401 wrong-token
-        other   | GET    | /settings                     | 403 wrong-line
+        other   | GET    | /settings                     | 200 -
+        other   | GET    | /api/v1/lines/2002/lists/missed | 200
+        other   | GET    | /api/v1/lines/2001/lists/missed | 404 unknown-line
+        other   | GET    | /api/v1/lines/2009/lists/missed | 404 unknown-line
+        other   | GET    | /api/v1/lists/missed?line=2001  | 404 unknown-line
+        other   | GET    | /api/v1/lines/2001               | 404 unknown-line
+        other   | GET    | /api/v1/lines?all=true           | 403 wrong-scope
+        other   | DELETE | /api/v1/lines/2002               | 403 wrong-line
+        admin   | GET    | /api/v1/lines/2002/lists/missed | 200
+        admin   | GET    | /api/v1/lines/2009/lists/missed | 404 unknown-line
+        admin   | GET    | /api/v1/lines/2002/lists/missed?line=2001 | 400 two-lines
         revoked | GET    | /settings                     | 401 wrong-token
         read    | GET    | /nowhere                      | 404 not-found
     )")) {

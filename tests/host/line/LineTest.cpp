@@ -104,7 +104,7 @@ protected:
         m_switch.start();
         m_settings.link.port = m_switch.port();
         m_line = std::make_unique<Line>(m_settings, std::make_unique<SmallJournal>(m_lifeCycle, m_events),
-                                        m_database, m_pool, m_timerSource);
+                                        m_database, m_liveCalls, m_pool, m_timerSource);
         m_line->setStatusListener([this](CstaLink::Status status) {
             m_monitoring = status.monitoring;
             m_monitoring.notify_all();
@@ -113,6 +113,7 @@ protected:
 
     TemporaryDirectory m_directory;
     Database m_database{m_directory.path() / "journal.db"};
+    LiveCallWriter m_liveCalls{m_database};
     WorkerPool m_pool{2};
     AsioTimerSource m_timerSource{m_pool};
     LifeCycle m_lifeCycle;
@@ -139,7 +140,7 @@ TEST_F(LineTest, GivesTheJournalItsLifeCycleAndLogsItsChangesEvenIfTheSwitchDisc
 TEST_F(LineTest, DestroysAJournalThatIsNeverStartedOrFailsToStart) {
     m_line.reset();
     EXPECT_THAT(m_lifeCycle, ElementsAre("destroyed"));
-    Line line(m_settings, std::make_unique<BrokenJournal>(), m_database, m_pool, m_timerSource);
+    Line line(m_settings, std::make_unique<BrokenJournal>(), m_database, m_liveCalls, m_pool, m_timerSource);
     EXPECT_THROW(line.start(), std::runtime_error);
 }
 

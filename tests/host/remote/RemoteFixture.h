@@ -179,9 +179,14 @@ protected:
     void serve(host::RemoteLimits limits = {}) {
         m_invoker.initInvoker(&m_framework);
         m_socket = std::make_unique<host::ServerSocket>(m_directory.path());
-        host::RemoteBackend backend{m_service, m_invoker, m_invoker, m_framework, m_makeProxy};
+        host::RemoteBackend backend{[this](const std::string& device) { return lineOf(device); }, m_invoker,
+                                    m_invoker, m_framework, m_makeProxy};
         m_server = std::make_unique<host::RemoteServer>(*m_socket, backend, limits);
         m_server->start();
+    }
+    /// Any line but "none" is the one there is.
+    [[nodiscard]] std::shared_ptr<host::RemoteLine> lineOf(const std::string& device) {
+        return device == "none" ? nullptr : m_line;
     }
     /// Blocks every request `held` until `m_released`, and counts `begun` down when it starts.
     void block(const std::string& held, std::latch& begun) {
@@ -219,6 +224,7 @@ protected:
     std::latch m_released{1};
     std::atomic<int> m_proxies{0};
     SubscriptionService m_service;
+    std::shared_ptr<host::RemoteLine> m_line = std::make_shared<host::RemoteLine>(m_service, nullptr);
     SmallInvoker m_invoker;
     host::HostFrameworkContext m_framework;
     std::function<std::unique_ptr<Proxy>()> m_makeProxy = [this] {

@@ -179,7 +179,7 @@ TEST_F(RemoteServerTest, ServesAClientWithoutAProxyWhichCannotSubscribe) {
 TEST_F(RemoteServerTest, ReportsRequestsThatMayHaveChangedLists) {
     using journalxml::MethodId;
     int reports = 0;
-    host::ChangeReporter reporter(m_invoker, [&reports] { ++reports; });
+    host::ChangeReporter reporter(m_invoker, [&reports](const Executable& /*target*/) { ++reports; });
     for (const auto& [request, changes] :
          {std::pair{journalxml::buildRequest(MethodId::eGetMissedCallList), 0},
           {journalxml::buildRequest(MethodId::eUnsubscribeForJournalEvents), 0},

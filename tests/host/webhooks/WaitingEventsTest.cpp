@@ -19,7 +19,7 @@ using Json = nlohmann::json;
 
 class WaitingEventsTest : public testing::Test {
 protected:
-    WaitingEventsTest() { EXPECT_TRUE(WaitingEvents::load(*m_database, m_line, {&m_first, &m_second})); }
+    WaitingEventsTest() { EXPECT_TRUE(WaitingEvents::load(*m_database, {&m_first, &m_second})); }
 
     void clears(int times, std::chrono::seconds ago = {}) {
         EXPECT_TRUE(m_database->write("clearing", [&](host::Database::Session& session) {
@@ -51,11 +51,10 @@ protected:
     static auto now() { return std::chrono::system_clock::now(); }
 
     journaltest::TemporaryDatabase m_database;
-    const std::string m_line = "2001";
     const host::EventQueue m_queue{
-        m_line,
+        "2001",
         {JournalEventKind::eCallFiled, JournalEventKind::eMissedViewed, JournalEventKind::eListDeleted}};
-    const WaitingEvents::Source m_source{*m_database, m_line};
+    const WaitingEvents::Source m_source{*m_database};
     WaitingEvents m_first{m_source, "first", {JournalEventKind::eListDeleted}};
     WaitingEvents m_second{
         m_source, "second", {JournalEventKind::eCallFiled, JournalEventKind::eListDeleted}};
@@ -78,7 +77,7 @@ TEST_F(WaitingEventsTest, AreThoseThatAWebhookWantsFromItsPositionOn) {
     WaitingEvents first(m_source, "first", {JournalEventKind::eListDeleted});
     WaitingEvents second(m_source, "second", {JournalEventKind::eCallFiled, JournalEventKind::eListDeleted});
     WaitingEvents third(m_source, "third", {JournalEventKind::eListDeleted});
-    EXPECT_TRUE(WaitingEvents::load(*m_database, m_line, {&first, &second, &third}));
+    EXPECT_TRUE(WaitingEvents::load(*m_database, {&first, &second, &third}));
     EXPECT_TRUE(gets(first).empty());
     EXPECT_TRUE(gets(third).empty());
     EXPECT_EQ(gets(second), (std::vector<std::string>{"call.filed 4711", "list.deleted"}));
@@ -106,7 +105,7 @@ TEST_F(WaitingEventsTest, AreDroppedWhenTheyAreOldOrTooMany) {
     EXPECT_EQ(m_first.limit(now()), 3);
     EXPECT_EQ(m_first.limit(now()), 0);
     EXPECT_TRUE(WaitingEvents::storePositions(*m_database, {&m_first, &m_second}));
-    EXPECT_TRUE(WaitingEvents::load(*m_database, m_line, {&m_first, &m_second}));
+    EXPECT_TRUE(WaitingEvents::load(*m_database, {&m_first, &m_second}));
     clears(static_cast<int>(WaitingEvents::kMost));
     EXPECT_EQ(m_first.limit(now()), 1);
     EXPECT_EQ(m_first.count(), WaitingEvents::kMost);
@@ -150,7 +149,7 @@ TEST_F(WaitingEventsTest, LoseAnErasedParty) {
                     {.uid = "b", .number = "4712", .redirectingNumber = "4711", .redirectingName = "Ann"});
         m_queue.add(session, {.uid = "c", .number = "4712", .redirectingNumber = "4713"});
         EXPECT_EQ(session.query("UPDATE webhook_event SET start = 0").run(), 3);
-        host::eraseFromEvents(session, m_line, [](const std::string& number) { return number == "4711"; });
+        host::eraseFromEvents(session, "2001", [](const std::string& number) { return number == "4711"; });
     }));
     EXPECT_EQ(m_database.text("SELECT group_concat(uid || number || redirecting_number || redirecting_name) "
                               "FROM webhook_event"),

@@ -17,7 +17,7 @@ class Operation:
         self.document = target.document
         self.parameters = [self.resolve(each) for each in (*shared, *described.get("parameters", []))]
         self.values = {"list": "missed", "entryId": target.entry, "key": "mac-addr", "id": target.contact, "callId": target.call_id, "liveCallId": "none", "tokenId": "999999",
-                       "number": "7001"}
+                       "number": "7001", "device": "2001"}
         self.bearer = target.bearer
         self.token = target.server.token
         content = described.get("requestBody", {}).get("content", {})

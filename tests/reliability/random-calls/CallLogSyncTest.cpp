@@ -11,6 +11,7 @@
 
 #include "host/csta-wire/CallLogWire.h"
 #include "host/csta-wire/WireDocument.h"
+#include "host/data/LiveCallWriter.h"
 #include "host/database/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
@@ -84,7 +85,7 @@ public:
         settings.managementFirst = {{"software-type", softwaretypes::qorvex},
                                     {"system-identifier", systemIdentifier}};
         m_line = std::make_unique<host::Line>(settings, std::make_unique<JournalServiceQorvexTel>(nullptr),
-                                              m_database, m_pool, m_timerSource);
+                                              m_database, m_liveCalls, m_pool, m_timerSource);
         m_line->start();
         m_journal = dynamic_cast<Journal*>(m_line->journal());
         m_observer.setDuring([this](const journaltest::Callback& callback) { recordChange(callback); });
@@ -212,6 +213,7 @@ private:
     journaltest::RecordingObserver m_observer;
     TemporaryDirectory m_directory;
     host::Database m_database{m_directory.path() / "journal.db"};
+    host::LiveCallWriter m_liveCalls{m_database};
     host::WorkerPool m_pool{2};
     host::AsioTimerSource m_timerSource{m_pool};
     journaltest::MessageTrace m_trace;

@@ -47,7 +47,7 @@ host::LineSettings settingsOf(const PhoneType& type, std::uint16_t switchPort) {
 PhoneUnderTest::PhoneUnderTest(const PhoneType& type, std::uint16_t switchPort)
     : m_line(std::make_unique<host::Line>(settingsOf(type, switchPort),
                                           std::make_unique<JournalServiceQorvexTel>(nullptr), m_database,
-                                          m_pool, m_timerSource)) {
+                                          m_liveCalls, m_pool, m_timerSource)) {
     m_line->start();
     m_journal = dynamic_cast<JournalServiceIfc*>(m_line->journal());
     m_observer.setDuring([this](const journaltest::Callback& callback) {

@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 
+#include "host/data/LiveCallWriter.h"
 #include "host/database/Database.h"
 #include "host/framework/AsioTimerSource.h"
 #include "host/framework/WorkerPool.h"
@@ -38,6 +39,7 @@ public:
 private:
     TemporaryDirectory m_directory;
     host::Database m_database{m_directory.path() / "journal.db"};
+    host::LiveCallWriter m_liveCalls{m_database};
     host::WorkerPool m_pool{2};
     host::AsioTimerSource m_timerSource{m_pool};
     std::unique_ptr<host::Line> m_line;
