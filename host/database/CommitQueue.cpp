@@ -5,22 +5,27 @@
 
 namespace host {
 
+CommitQueue::Waiting::State CommitQueue::Waiting::wait() {
+    std::unique_lock lock(m_mutex);
+    m_wake.wait(lock, [this] { return m_state != State::eWaits; });
+    return m_state;
+}
+
+/// Notifies under the lock: then the thread may destroy the object.
+void CommitQueue::Waiting::wake(State state) noexcept {
+    const std::lock_guard lock(m_mutex);
+    m_state = state;
+    m_wake.notify_one();
+}
+
 CommitQueue::CommitQueue(std::mutex& commits, std::function<void(Group)> commit)
     : m_commits(commits), m_commit(std::move(commit)) {
     m_group.reserve(kMost);
 }
 
 void CommitQueue::commit(Waiting& waiting) {
-    {
-        std::unique_lock lock(m_mutex);
-        append(waiting);
-        if (m_hasLeader) {
-            waiting.m_wake.wait(lock, [&] { return waiting.m_isDone || waiting.m_leads; });
-            if (waiting.m_isDone) {
-                return;
-            }
-        }
-        m_hasLeader = true;
+    if (!append(waiting) && waiting.wait() == Waiting::State::eIsDone) {
+        return;
     }
     {
         const std::lock_guard commits(m_commits);
@@ -35,11 +40,13 @@ std::size_t CommitQueue::size() const {
     return m_size;
 }
 
-/// Requires: m_mutex is held.
-void CommitQueue::append(Waiting& waiting) noexcept {
+/// Returns true if its thread leads.
+bool CommitQueue::append(Waiting& waiting) noexcept {
+    const std::lock_guard lock(m_mutex);
     (m_last == nullptr ? m_first : m_last->m_next) = &waiting;
     m_last = &waiting;
     ++m_size;
+    return !std::exchange(m_hasLeader, true);
 }
 
 bool CommitQueue::isTaken(const void* line) const noexcept {
@@ -67,19 +74,16 @@ void CommitQueue::takeGroup() noexcept {
 }
 
 void CommitQueue::finishGroup(const Waiting& leader) noexcept {
-    // The threads are woken under the lock: they destroy what they wait for.
-    const std::lock_guard lock(m_mutex);
     for (Waiting* const each : m_group) {
-        each->m_isDone = true;
         if (each != &leader) {
-            each->m_wake.notify_one();
+            each->wake(Waiting::State::eIsDone);
         }
     }
     m_group.clear();
+    const std::lock_guard lock(m_mutex);
     m_hasLeader = m_first != nullptr;
     if (m_hasLeader) {
-        m_first->m_leads = true;
-        m_first->m_wake.notify_one();
+        m_first->wake(Waiting::State::eLeads);
     }
 }
 

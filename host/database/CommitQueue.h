@@ -41,11 +41,19 @@ public:
     private:
         friend class CommitQueue;
 
+        enum class State { eWaits, eLeads, eIsDone };
+
+        [[nodiscard]] State wait();
+        void wake(State state) noexcept;
+
         const std::shared_ptr<DatabaseChange>& m_change;
         // Guarded by the queue's lock.
         Waiting* m_next = nullptr;
-        bool m_leads = false;
-        bool m_isDone = false;
+
+        // A lock of its own: the threads of a group that are woken at the same moment do not wait for each other.
+        std::mutex m_mutex;
+        // Guarded by m_mutex.
+        State m_state = State::eWaits;
         std::condition_variable m_wake;
     };
     using Group = std::span<Waiting* const>;
@@ -61,7 +69,7 @@ public:
 
 private:
     [[nodiscard]] bool isTaken(const void* line) const noexcept;
-    void append(Waiting& waiting) noexcept;
+    [[nodiscard]] bool append(Waiting& waiting) noexcept;
     void takeGroup() noexcept;
     void finishGroup(const Waiting& leader) noexcept;
 

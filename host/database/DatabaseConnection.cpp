@@ -20,6 +20,9 @@
 namespace host {
 namespace {
 
+/// One thread at a time uses a connection, so that SQLite takes no lock of its own in each operation.
+constexpr int kUnlocked = SQLITE_OPEN_NOMUTEX;
+
 std::string_view textOf(sqlite3_value* value) {
     const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
     return bytes == nullptr ? std::string_view()
@@ -40,7 +43,7 @@ void searchText(sqlite3_context* context, int /*count*/, sqlite3_value** values)
 DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::chrono::milliseconds busyTime)
     : m_file(file),
       m_busyMilliseconds(static_cast<int>(busyTime.count())),
-      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, m_busyMilliseconds,
+      m_database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | kUnlocked, m_busyMilliseconds,
                  logFileSystem()) {
     refuseForeign();
     refuseDamaged();
@@ -55,7 +58,7 @@ DatabaseConnection::DatabaseConnection(const std::filesystem::path& file, std::c
                                        ReadOnly /*how*/)
     : m_file(file),
       m_busyMilliseconds(static_cast<int>(busyTime.count())),
-      m_database(file.string(), SQLite::OPEN_READONLY, m_busyMilliseconds) {
+      m_database(file.string(), SQLite::OPEN_READONLY | kUnlocked, m_busyMilliseconds) {
     // The calls of a thousand entries are on as many pages.
     m_database.exec("PRAGMA cache_size = -16384");
     m_database.exec("PRAGMA trusted_schema = OFF");
