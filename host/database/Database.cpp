@@ -264,8 +264,7 @@ bool Database::storeFirst() {
     // Each change is a transaction of its own; the last flushes all of them.
     const bool isLast = kept.size() == 1;
     if (const auto failure = m_writer.transactSoon(first.work, isLast)) {
-        passFirst(kept, *failure);
-        return m_kept.size() == 0;
+        return passFirst(kept, *failure);
     }
     m_health.succeeded(first.what, true);
     m_kept.remove(0, false);
@@ -278,8 +277,9 @@ bool Database::storeFirst() {
     return true;
 }
 
-/// Drops a change that fails while the one after it can be made. Requires: m_mutex is held.
-void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure) {
+/// Drops a change that is wrong itself, or that fails while the one after it can be made. Returns true if it
+/// did. Requires: m_mutex is held.
+bool Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure) {
     DatabaseChange& first = *kept.front().change;
     if (m_keptFor != failure.text) {
         m_keptFor = failure.text;
@@ -298,9 +298,11 @@ void Database::passFirst(const std::deque<KeptChanges::Kept>& kept, const Databa
     if (isLost) {
         giveUpFirst(failure.text);
         if (m_kept.size() == 0 && std::exchange(m_isUnflushed, false)) {
-            truncateLog();  // flushes what was stored before
+            m_logIsDue = true;
+            emptyLog();  // flushes what was stored before
         }
     }
+    return isLost;
 }
 
 /// Requires: m_mutex is held.
@@ -356,11 +358,15 @@ void Database::truncateLogIfDue() noexcept {
     }
     if (m_logIsDue && now >= m_nextAttempt.load()) {
         m_nextAttempt = now + kBetweenAttempts;
-        static_cast<void>(guarded("emptying the log of the database", false, [this] {
-            const std::lock_guard lock(m_mutex);
-            m_logIsDue = !m_writer.connection().truncateLog();
-        }));
+        const std::lock_guard lock(m_mutex);
+        emptyLog();
     }
+}
+
+/// Requires: m_mutex is held.
+void Database::emptyLog() noexcept {
+    static_cast<void>(guarded("emptying the log of the database", false,
+                              [this] { m_logIsDue = !m_writer.connection().truncateLog(); }));
 }
 
 void Database::removeMigrationCopy() noexcept {

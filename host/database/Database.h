@@ -150,9 +150,10 @@ private:
     void settle(CommitQueue::Waiting& waiting, const std::optional<DatabaseFailure>& failure);
     bool storeFirst();
     void giveUpFirst(const std::string& reason);
-    void passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
+    bool passFirst(const std::deque<KeptChanges::Kept>& kept, const DatabaseFailure& failure);
     void measured(std::size_t calls, const std::function<void()>& write);
     void truncateLogIfDue() noexcept;
+    void emptyLog() noexcept;
 
     // Constant after construction.
     const std::filesystem::path m_file;
