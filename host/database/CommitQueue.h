@@ -50,7 +50,8 @@ public:
         // Guarded by the queue's lock.
         Waiting* m_next = nullptr;
 
-        // A lock of its own: the threads of a group that are woken at the same moment do not wait for each other.
+        // A lock of its own: the threads of a group that are woken at the same moment do not wait for each
+        // other.
         std::mutex m_mutex;
         // Guarded by m_mutex.
         State m_state = State::eWaits;
