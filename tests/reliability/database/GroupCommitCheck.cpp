@@ -16,8 +16,8 @@
 #include "tests/support/TemporaryDirectory.h"
 
 // Changes of several threads that wait at the same moment share a transaction, while some of them fail
-// alone and operations of the disk fail. Each must be there as a whole or not at all: at once if its thread was
-// told that it is stored, also after a power cut, and at last if it was kept.
+// alone and operations of the disk fail. Each must be there as a whole or not at all: at once if its thread
+// was told that it is stored, also after a power cut, and at last if it was kept.
 namespace reliability {
 namespace {
 
