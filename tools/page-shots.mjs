@@ -72,7 +72,8 @@ const views = {
 /** Makes the window as high as the view, so that the picture has all of it. */
 async function showWhole(page, { width, height }) {
     const needed = await page.evaluate(() => [...document.querySelectorAll(".view")].reduce((most, each) => Math.max(most, each.scrollHeight), 0));
-    await page.setViewportSize({ width, height: Math.max(height, needed + 70) });
+    const live = await page.evaluate(() => document.querySelector(".live")?.offsetHeight ?? 0);
+    await page.setViewportSize({ width, height: Math.max(height, needed + live + 70) });
 }
 
 /** Every picture begins with the same calls that are new, and at the same time. */

@@ -39,6 +39,8 @@ namespace {
 
 constexpr const char* kDatabaseName = "journal.db";
 constexpr const char* kTokenName = "api-token";
+constexpr unsigned kWorkers = 2;
+constexpr unsigned kMostWorkers = 64;
 /// Logs a warning for a SIP phone at a switch that keeps the call log: such a phone follows its calls by
 /// itself.
 void warnOfDoubleEntries(const host::LocalManagement& management) {
@@ -203,7 +205,8 @@ private:
     host::Metrics m_metrics;
     host::Database m_database;
     host::LiveCallWriter m_liveCalls{m_database};
-    host::WorkerPool m_pool;
+    /// Threads that wait for the disk share a flush: with more of them, more calls are filed at once.
+    host::WorkerPool m_pool{kWorkers, kMostWorkers};
     host::AsioTimerSource m_timerSource{m_pool};
     host::Strand m_alive{m_pool};
     host::LibraryLoader m_library;

@@ -1,3 +1,4 @@
+import { addressOf } from "./line";
 import type { Change, ListName, LiveCall } from "./types";
 
 const lists: Record<string, ListName> = {
@@ -32,7 +33,7 @@ export class EventStream {
     open(): void {
         this.close();
         this.fresh = true;
-        const source = new EventSource("./api/v1/events");
+        const source = new EventSource(addressOf("events"));
         this.source = source;
         source.onopen = () => {
             this.handler.connected(true);

@@ -6,6 +6,7 @@ import type {
     Contact,
     ContactValues,
     ImportResponse,
+    Line,
     LiveCall,
     ManagedSetting,
     Party,
@@ -28,6 +29,8 @@ export const zone = Intl.DateTimeFormat().resolvedOptions().timeZone;
 
 export const api = {
     status: () => request<Status>("GET", "status"),
+    /** The first `limit` lines that the access key may see, and the number of all. */
+    lines: (limit: number) => request<{ total: number; lines: Line[] }>("GET", `lines?limit=${limit}`),
     signIn: (token: string) => request<void>("POST", "session", { token }),
     signOut: () => request<void>("DELETE", "session"),
 

@@ -1,4 +1,5 @@
 import { t } from "../text/language";
+import { addressOf, chooseLine, chosenLine } from "./line";
 import type { Rejection } from "./types";
 
 /** The server refused the request, or was not reachable (status 0). The message is for the user. */
@@ -33,16 +34,19 @@ function content(body: unknown): RequestInit {
     return { body: JSON.stringify(body), headers: { "Content-Type": "application/json" } };
 }
 
-/** Sends a request; its address is relative, so that the journal may be served under a path. Throws ApiError. */
+/** Sends a request about the line of this browser. Throws ApiError. */
 export async function request<Result>(method: string, path: string, body?: unknown, { keepalive = false, limit = 15_000 }: Options = {}): Promise<Result> {
     let response: Response;
     try {
-        response = await fetch(`./api/v1/${path}`, { method, keepalive, signal: AbortSignal.timeout(limit), ...content(body) });
+        response = await fetch(addressOf(path), { method, keepalive, signal: AbortSignal.timeout(limit), ...content(body) });
     } catch {
         throw new ApiError(0, "unreachable", t().errors.unreachable);
     }
     if (!response.ok) {
         const { error, rejected } = (await response.json().catch(() => ({}))) as ErrorBody;
+        if (error?.code === "unknown-line" && chosenLine) {
+            chooseLine(""); // it was removed, or another access key was entered
+        }
         throw new ApiError(response.status, error?.code ?? "", error?.message ?? t().errors.status(response.status), rejected);
     }
     return (response.status === 204 ? undefined : await response.json()) as Result;

@@ -66,6 +66,15 @@ export interface LiveCall {
     connectedSince: string | null;
 }
 
+/** A line that the access key may see. */
+export interface Line {
+    device: string;
+    /** Whose telephone it is; may be empty. */
+    name: string;
+    /** Missed calls that are new. */
+    unviewed: number;
+}
+
 export interface Status {
     line: string;
     scope: "metrics" | "read" | "write" | "admin";

@@ -4,7 +4,7 @@ import { callLists } from "../api/types";
 import type { IconName } from "../frame/Icon";
 import { Icon } from "../frame/Icon";
 import { foundRequests } from "../state/callbackRequests";
-import { chooseList, list, showsRequests } from "../state/filters";
+import { chooseList, filters, list, showsRequests } from "../state/filters";
 import { view } from "../state/route";
 import { unseen } from "../state/unseen";
 import { t } from "../text/language";
@@ -23,7 +23,9 @@ const icons: Record<CallList | "all" | "requests", IconName> = {
 function count(name: CallList | "all" | "requests") {
     const found = foundCounts.value?.[name === "requests" ? "missed" : name];
     if (name === "requests") {
-        const waiting = foundRequests.value?.length ?? 0;
+        // Other filters than the search select calls only.
+        const isFiltered = Object.keys(filters.value).some((each) => each !== "search" && each !== "list");
+        const waiting = isFiltered ? 0 : (foundRequests.value?.length ?? 0);
         return waiting > 0 && <span class="count">{numberText(waiting)}</span>;
     }
     if (found !== undefined) {

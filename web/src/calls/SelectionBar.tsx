@@ -11,7 +11,6 @@ import { announce } from "../state/news";
 import { markNew, markSeen } from "../state/seen";
 import { wasTakenElsewhere } from "../state/unseen";
 import { t } from "../text/language";
-import { numberText } from "../text/times";
 import { endSelecting, selectAll, selection } from "./shown";
 
 interface Found {
@@ -79,7 +78,7 @@ export function SelectionBar() {
                 <Icon name="close" />
             </button>
             <span role="status" class="selection-count">
-                {!isWide.value && <span aria-hidden="true">{numberText(calls.length)}</span>}
+                {!isWide.value && <span aria-hidden="true">{t().selectedBrief(calls.length)}</span>}
                 <span class={isWide.value ? undefined : "visually-hidden"}>{isBusy ? texts.deleting : t().selected(calls.length)}</span>
             </span>
             {calls.length < all && button("select-all", texts.all, selectAll, false, texts.allBrief)}

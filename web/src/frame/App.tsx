@@ -12,10 +12,12 @@ import { view } from "../state/route";
 import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { titleOf } from "../text/people";
+import { LineChoice } from "./LineChoice";
 import { Navigation } from "./Navigation";
 import { Notices } from "./Notices";
 import { SignIn } from "./SignIn";
 import { UndoBar } from "./UndoBar";
+import { isWide } from "./width";
 
 /** "(2) Missed call from Ann – Call journal": the number of new missed calls, and what happens now or happened in the background. */
 function title(): string {
@@ -57,6 +59,7 @@ export function App() {
             <main class="main" tabIndex={-1} aria-label={t().views[view.value]} data-test={`view-${view.value}`}>
                 <Notices />
                 <LiveCalls />
+                {!isWide.value && <LineChoice />}
                 {view.value === "calls" && <CallsView />}
                 {view.value === "contacts" && <ContactsView />}
                 {view.value === "statistics" && <Statistics />}

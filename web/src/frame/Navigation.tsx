@@ -3,6 +3,7 @@ import { view, views, type View } from "../state/route";
 import { unseen } from "../state/unseen";
 import { t } from "../text/language";
 import { Icon, type IconName } from "./Icon";
+import { LineChoice } from "./LineChoice";
 import { LineState } from "./LineState";
 import { isWide } from "./width";
 
@@ -29,6 +30,7 @@ export function Navigation() {
     return (
         <header class="navigation">
             <h1 class={isWide.value ? "brand" : "visually-hidden"}>{t().name}</h1>
+            {isWide.value && <LineChoice />}
             {isWide.value && (
                 <nav aria-label={t().lists.label}>
                     <ListTabs />

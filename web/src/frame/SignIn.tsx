@@ -64,7 +64,7 @@ export function SignIn() {
                 </button>
             </form>
             <p class="hint">
-                {texts.place} <code>~/.local/state/calljournal/api-token</code>
+                {texts.place} <code class="file-path">~/.local/state/calljournal/api-token</code>
             </p>
         </main>
     );

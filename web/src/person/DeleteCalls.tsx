@@ -56,7 +56,7 @@ export function DeleteCalls({ name, number, calls }: Props) {
                     onConfirm={confirm}
                     onClose={() => setAsking(false)}
                 >
-                    {number ? [texts.eraseText, party.value?.contact && texts.contactStays, texts.isFinal].filter(Boolean).join(" ") : texts.eraseTheseText}
+                    {number ? [texts.eraseText(party.value?.numberText || number, Boolean(party.value?.note)), party.value?.contact && texts.contactStays, texts.isFinal].filter(Boolean).join(" ") : texts.eraseTheseText}
                 </ConfirmDialog>
             )}
         </p>

@@ -8,6 +8,7 @@ import { readDialled } from "./dealtWith";
 import { signedOut } from "./failures";
 import { feeds, newFeed } from "./feeds";
 import { onLiveCalls, readLiveCalls } from "./live";
+import { lineCount, readLines } from "./lines";
 import { onMissedCall } from "./news";
 import { scope } from "./rights";
 import { readSettings } from "./settings";
@@ -47,6 +48,7 @@ function reload(): void {
     readLiveCalls();
     readDialled();
     void readSettings();
+    void readLines();
     ++version.value;
 }
 
@@ -80,6 +82,10 @@ async function readStatus(): Promise<void> {
         reachable.value = false;
     }
 }
+
+/** New calls of other lines are not reported to this page. */
+const linesInterval = 30_000;
+window.setInterval(() => !signedOut.value && lineCount.value > 1 && void readLines(), linesInterval);
 
 let timer: number | undefined;
 
