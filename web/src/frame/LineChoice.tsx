@@ -10,7 +10,7 @@ function textOf({ device, name, unviewed }: Line): string {
     return unviewed > 0 ? `${line} (${t().line.unviewed(unviewed)})` : line;
 }
 
-/** The choice among the lines that the access key may see, with their new missed calls; nothing for a single line. */
+/** The choice among the lines that the access key may see, with their new missed calls. A single line has none. */
 export function LineChoice() {
     const current = status.value?.line;
     if (lineCount.value < 2 || !current) {
