@@ -39,7 +39,7 @@ const contacts = [
     { firstName: "Zoë", surname: "Økland", company: "Fjord AS", mobile: "+4915550100123" },
 ];
 
-/** The views: how to reach each, from its address on. `only` limits it to windows that are narrow or wide. */
+/** The views: how to reach each, from its address on, while the call of `phase` rings (the default), is up, or is over. */
 const views = {
     calls: { address: "#/calls" },
     expanded: { address: "#/calls", act: (page) => at(page, "expand").first().click() },
@@ -66,6 +66,12 @@ const views = {
     advanced: { address: "#/settings", act: async (page) => { await page.locator("[data-test=advanced] summary").click(); await page.locator(".phone-setting").first().waitFor(); }, whole: true },
     "keyboard-shortcuts": { address: "#/settings", ready: (page) => at(page, "missed-logging").waitFor(), act: (page) => at(page, "keys").locator("summary").click(), whole: true },
     "journal-off": { address: "#/settings", ready: (page) => at(page, "missed-logging").waitFor(), act: (page) => at(page, "call-log-enabled").click() },
+    "call-up": { address: "#/calls", phase: "up" },
+    rest: { address: "#/calls", phase: "over" },
+    "rest-person": { address: "#/calls?person=TOP", phase: "over", ready: (page) => at(page, "note").waitFor() },
+    "rest-statistics": { address: "#/statistics", phase: "over", ready: (page) => page.locator(".u-legend").first().waitFor() },
+    "read-only": { address: "#/calls?person=4711", phase: "over", token: "read", ready: (page) => row(page, "Ann").first().waitFor() },
+    "connection-lost": { address: "#/calls", phase: "over", act: async (page) => { await page.context().setOffline(true); await page.locator(".notice").first().waitFor(); }, after: (page) => page.context().setOffline(false) },
     "sign-in": { address: "#/calls", isOut: true, ready: (page) => at(page, "sign-in").waitFor() },
 };
 
@@ -77,18 +83,21 @@ async function showWhole(page, { width, height }) {
 }
 
 /** Every picture begins with the same calls that are new, and at the same time. */
-async function shoot(stage, { top, unseen, now }, width, theme, language) {
+async function shoot(stage, { top, unseen, now, reading, phase }, width, theme, language) {
     const viewport = { width, height: width < 600 ? 844 : 900 };
     const page = await stage.opens({ viewport, colorScheme: theme, locale: language === "de" ? "de-DE" : "en-GB", timezoneId: "Europe/Berlin" });
     await page.clock.setFixedTime(now);
-    for (const [name, { address, ready, act, after, whole, isOut }] of Object.entries(views)) {
+    for (const [name, { address, ready, act, after, whole, isOut, token, phase: wanted = "ringing" }] of Object.entries(views)) {
         const file = `${name}-${width}-${theme}-${language}.png`;
-        if (!words.every((word) => file.includes(word))) {
+        if (wanted !== phase || !words.every((word) => file.includes(word))) {
             continue;
         }
         await stage.request("POST", "lists/missed/unviewed", { entryIds: unseen });
         if (isOut) {
             await page.context().clearCookies();
+        }
+        if (token) {
+            await page.goto(`${stage.url}?token=${reading}`);
         }
         await page.goto("about:blank");
         await page.goto(`${stage.url}${address.replace("TOP", encodeURIComponent(top.key))}`);
@@ -101,6 +110,9 @@ async function shoot(stage, { top, unseen, now }, width, theme, language) {
         }
         await page.screenshot({ path: path.join(directory, file), animations: "disabled" });
         await after?.(page);
+        if (token) {
+            await page.goto(`${stage.url}?token=${stage.token}`);
+        }
         await page.setViewportSize(viewport);
     }
     await page.context().close();
@@ -125,10 +137,20 @@ try {
     await stage.until(async () => (await stage.api("GET", "live-calls")).calls.some(({ displayName }) => displayName.startsWith("José")));
     const unseen = (await stage.api("GET", "lists/missed?limit=1000")).items.filter(({ viewed }) => !viewed).map(({ uniqueId }) => uniqueId);
     const now = Date.now();
-    for (const width of [390, 1440]) {
-        for (const theme of ["light", "dark"]) {
-            for (const language of ["en", "de"]) {
-                await shoot(stage, { top, unseen, now }, width, theme, language);
+    const reading = (await stage.api("POST", "tokens", { name: "wall board", scope: "read" })).token;
+    const { callId } = (await stage.api("GET", "live-calls")).calls.find(({ displayName }) => displayName.startsWith("José"));
+    const begins = {
+        ringing: () => undefined,
+        up: () => stage.request("POST", `live-calls/${callId}/answer`),
+        over: () => stage.request("DELETE", `live-calls/${callId}`),
+    };
+    for (const [phase, begin] of Object.entries(begins)) {
+        await begin();
+        for (const width of [390, 1440]) {
+            for (const theme of ["light", "dark"]) {
+                for (const language of ["en", "de"]) {
+                    await shoot(stage, { top, unseen, now, reading, phase }, width, theme, language);
+                }
             }
         }
     }

@@ -10,6 +10,7 @@
 #include "host/config/TomlSection.h"
 #include "host/config/WebOrigin.h"
 #include "host/digits/DialledText.h"
+#include "host/digits/NumberingPlan.h"
 #include "host/management/SettingRules.h"
 #include "host/text-files/WholeFile.h"
 
@@ -197,6 +198,12 @@ void readDigits(TomlSection& section, Configuration::Digits& digits) {
     section.read("region", digits.region);
     if (!isRegion(digits.region)) {
         section.refuse("region", "must be the two capital letters of a country, such as \"DE\"");
+    }
+    if (!NumberingPlan(digits.region).supportsRegion()) {
+        // Numbers and emergency numbers would be judged by no country.
+        section.refuse("region", "\"" + digits.region +
+                                     "\" is no country with a numbering plan; that of the United Kingdom is "
+                                     "\"GB\"");
     }
     section.read("feature-access-codes", digits.featureAccessCodes);
     if (!std::all_of(digits.featureAccessCodes.begin(), digits.featureAccessCodes.end(), isAccessCode)) {

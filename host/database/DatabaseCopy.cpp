@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -51,6 +52,19 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     [[nodiscard]] const std::string& name() const noexcept { return m_name; }
+
+    /// Gives it the owner of `file`, or of its directory if there is no such file. Only root can; for others
+    /// they are the same.
+    void giveToOwnerOf(const std::filesystem::path& file) const {
+        struct stat owner {};
+        const std::filesystem::path directory = file.has_parent_path() ? file.parent_path() : ".";
+        if (::stat(file.c_str(), &owner) != 0 && ::stat(directory.c_str(), &owner) != 0) {
+            throw systemError(directory.string() + " cannot be read");
+        }
+        if (::geteuid() == 0 && ::chown(m_name.c_str(), owner.st_uid, owner.st_gid) != 0) {
+            throw systemError(m_name + " cannot be given to the owner of " + file.string());
+        }
+    }
 
     void takeName() {
         flush(m_name);
@@ -226,6 +240,7 @@ std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& 
     }
     TemporaryFile copy(file);
     copyTo(copy, backup, progress);
+    copy.giveToOwnerOf(file);
     FormerFiles former(file);
     former.moveAside();
     copy.takeName();

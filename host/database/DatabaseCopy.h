@@ -28,7 +28,8 @@ void examineDatabase(const std::filesystem::path& file);
 
 /// Replaces the database `file` by a copy of `backup`, which may be of an older version of the program and
 /// must not be damaged or of a newer one. The former file and its log get ".before-restore" appended to their
-/// names, or ".before-restore.2" and so on. Returns the files that were kept. Requires: no process uses
+/// names, or ".before-restore.2" and so on. The new one has the owner of the former file, or of the directory
+/// if there was none. Returns the files that were kept. Requires: no process uses
 /// `file`.
 std::vector<std::filesystem::path> restoreDatabase(const std::filesystem::path& backup,
                                                    const std::filesystem::path& file,

@@ -43,7 +43,7 @@ bool isWildcard(const std::string& host) {
 
 HttpError wrongToken() {
     return {401, kWrongToken,
-            "this is no valid token; one stands in the file api-token of the data directory"};
+            "this is no valid token; `calljournal tokens create NAME` on the server makes one"};
 }
 
 /// The only route that takes tickets: an EventSource of a browser cannot send a header.

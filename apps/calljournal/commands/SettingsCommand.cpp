@@ -106,7 +106,8 @@ private:
             std::cout << host::printable(m_key) << ": " << explained(m_key) << "\n";
             return;
         }
-        for (const Json& setting : client.get({"management"})["settings"]) {
+        const Json settings = client.get({"management"})["settings"];
+        for (const Json& setting : settings) {
             const std::string key = textIn(setting, "key");
             std::cout << host::printable(key) << ": " << explained(key) << "\n";
         }

@@ -136,6 +136,7 @@ private:
                 continue;
             }
             client.remove({"tokens", std::to_string(found->at("id").get<std::int64_t>())}, {});
+            std::cout << "the token " << host::printable(name) << " is revoked\n";
         }
         return statusOfOutput(isEachKnown);
     }

@@ -110,3 +110,9 @@ class ProxyTest(ProgramTest):
         link, *code = run("open").stdout.splitlines()
         self.assertEqual(link, "http://%s/?token=%s" % (server.http, server.token))
         self.assertEqual({len(each) for each in code}, {2 * len(code) - 1})
+        # A list without entries is no failure for a token that may not read the settings.
+        secret = run("tokens", "create", "board").stdout
+        with open(os.path.join(self.data, "api-token"), "w", encoding="ascii") as file:
+            file.write(secret)
+        listed = run("list", "missed")
+        self.assertEqual((listed.returncode, listed.stdout, listed.stderr), (0, "no entries in the list\n", ""))

@@ -104,7 +104,9 @@ class TerminalTest(ProgramTest):
     def test_help_and_settings_explain_themselves(self):
         _, server = self.simulate_and_serve(CALLS, "missed call from Ann")
         self.assertEqual(self.run_program("--data", self.data, "list", "missed")[1], self.done("list", "missed"))
-        for key in [each["key"] for each in self.get(server, "management")["settings"]]:
+        keys = [each["key"] for each in self.get(server, "management")["settings"]]
+        self.assertEqual([line.split(":")[0] for line in self.done("settings", "--explain").splitlines()], keys)
+        for key in keys:
             with self.subTest(key):
                 self.assertRegex(self.done("settings", key, "--explain"), key + r": .{10,}\.\n")
         for width, meanings in (("80", 0), ("100", 0), ("250", 1)):

@@ -179,6 +179,7 @@ TEST(Configuration, IsRefusedWithFileLineKeyAndReason) {
         [management];"software-type" = ""            | 2: management.software-type: | Norlith Qorvex or Norlith SIP
         [management];"disable-access-calllog" = "3"  | 2: management.disable-access-calllog: | 0, 1 or 2
         [management.system];identifier = "2"         | 1: management.system:  | quotation marks
+        [digits];region = "UK"                       | 2: digits.region:      | is "GB"
         [digits];region = "de"                       | 2: digits.region:      | two capital letters
         [digits];feature-access-codes = "*61"        | 2: digits.feature-access-codes: | a list of texts
         [digits];feature-access-codes = ["*61",; 62] | 3: digits.feature-access-codes: | quotation marks

@@ -78,8 +78,7 @@ export function SelectionBar() {
                 <Icon name="close" />
             </button>
             <span role="status" class="selection-count">
-                {!isWide.value && <span aria-hidden="true">{t().selectedBrief(calls.length)}</span>}
-                <span class={isWide.value ? undefined : "visually-hidden"}>{isBusy ? texts.deleting : t().selected(calls.length)}</span>
+                {isBusy ? texts.deleting : t().selected(calls.length)}
             </span>
             {calls.length < all && button("select-all", texts.all, selectAll, false, texts.allBrief)}
             {button("mark-seen", texts.seen, () => markSeen(missed, true), missed.length === 0, texts.seenBrief)}

@@ -21,8 +21,7 @@ function summary(party: Party | undefined, calls: readonly Call[]): string {
 
 export function PersonHead({ name, initialsOf, party, calls }: Props) {
     const company = party?.contact?.company;
-    const number = party?.numberText || party?.number;
-    const facts = [number !== name && number, party?.place, company !== name && company].filter(Boolean);
+    const facts = [party?.place, company !== name && company].filter(Boolean);
     return (
         <header class="person-head">
             <Avatar name={initialsOf} picture={party?.contact?.picture} large />

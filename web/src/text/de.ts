@@ -9,7 +9,6 @@ export const de: Texts = {
     name: "Anrufjournal",
     calls,
     selected: (count) => `${count.toLocaleString("de")} ausgewählt`,
-    selectedBrief: (count) => `${count.toLocaleString("de")} gewählt`,
     reading: "Wird gelesen …",
     close: "Schließen",
     cancel: "Abbrechen",

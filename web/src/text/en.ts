@@ -8,7 +8,6 @@ export const en = {
     name: "Call journal",
     calls,
     selected: (count: number) => `${count.toLocaleString("en")} selected`,
-    selectedBrief: (count: number) => `${count.toLocaleString("en")} selected`,
     reading: "Reading …",
     close: "Close",
     cancel: "Cancel",
