@@ -70,7 +70,7 @@ const views = {
     rest: { address: "#/calls", phase: "over" },
     "rest-person": { address: "#/calls?person=TOP", phase: "over", ready: (page) => at(page, "note").waitFor() },
     "rest-statistics": { address: "#/statistics", phase: "over", ready: (page) => page.locator(".u-legend").first().waitFor() },
-    "read-only": { address: "#/calls?person=4711", phase: "over", token: "read", ready: (page) => row(page, "Ann").first().waitFor() },
+    "read-only": { address: "#/calls?person=4711", phase: "over", token: "read", ready: (page) => page.locator(".person-head").waitFor() },
     "connection-lost": { address: "#/calls", phase: "over", act: async (page) => { await page.context().setOffline(true); await page.locator(".notice").first().waitFor(); }, after: (page) => page.context().setOffline(false) },
     "sign-in": { address: "#/calls", isOut: true, ready: (page) => at(page, "sign-in").waitFor() },
 };
@@ -141,7 +141,7 @@ try {
     const { callId } = (await stage.api("GET", "live-calls")).calls.find(({ displayName }) => displayName.startsWith("José"));
     const begins = {
         ringing: () => undefined,
-        up: () => stage.request("POST", `live-calls/${callId}/answer`),
+        up: () => stage.request("POST", ["live-calls", callId, "answer"].join("/")),
         over: () => stage.request("DELETE", `live-calls/${callId}`),
     };
     for (const [phase, begin] of Object.entries(begins)) {

@@ -35,8 +35,8 @@ struct ListFilter {
 /// An item as a row of a table. Pure.
 [[nodiscard]] ListRow rowOf(const nlohmann::ordered_json& item);
 
-/// True if the running journal is switched off, which clears its lists. False for a client whose token may not
-/// read that.
+/// True if the running journal is switched off, which clears its lists. False for a client whose token may
+/// not read that.
 [[nodiscard]] bool isJournalOff(host::ApiClient& client);
 
 }  // namespace calljournal
