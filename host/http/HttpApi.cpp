@@ -16,6 +16,7 @@
 #include "host/http/RequestPipeline.h"
 #include "host/http/ServedLinesIfc.h"
 #include "host/http/SessionRoutes.h"
+#include "host/http/events/AllLinesFeed.h"
 #include "host/http/messages/HttpError.h"
 #include "host/http/resources/OpenApi.h"
 #include "host/http/resources/TokensResource.h"
@@ -63,11 +64,15 @@ public:
              [this](const HttpRequest& request) { return m_authenticator.isTrusted(request); },
              [this](HttpRequest request) { return m_pipeline.mayBeLong(std::move(request)); },
              [this](const Endpoint& where) { m_authenticator.setListenAddress(where, m_isSecure); },
-             [this] { m_backend.lines.keepAlive(); }});
+             [this] {
+                 m_allLines.keepAlive();
+                 m_backend.lines.keepAlive();
+             }});
     }
 
     void stop() {
         m_eventStrand.close();
+        m_server.post([this] { m_allLines.close(); });
         m_server.stop();
     }
 
@@ -77,7 +82,14 @@ public:
                     m_server.postLater(pause, std::move(work));
                 },
                 [this](std::function<void()> work) { m_eventStrand.post(std::move(work)); },
-                [this](const Access& access) { return mayGoOn(access); }};
+                [this](const Access& access) { return mayGoOn(access); },
+                [this](const HttpRequest& request) { return allEvents(request); },
+                [this](const std::string& line) {
+                    return EventFeed::Reader{[this] { return m_allLines.mayBeRead(); },
+                                             [this, line](const char* event, const std::string& data) {
+                                                 m_allLines.append(line, event, data);
+                                             }};
+                }};
     }
 
     void reloadTokens() { static_cast<void>(m_tokens.load()); }
@@ -88,6 +100,22 @@ private:
     HttpResponse ticket(const HttpRequest& request) {
         const std::string ticket = m_tickets.issue(request.access, Tickets::Clock::now());
         return jsonResponse({{"ticket", ticket}, {"seconds", Tickets::kLifetime.count()}}, 201);
+    }
+
+    HttpResponse allEvents(const HttpRequest& request) {
+        if (request.access.scope != Scope::eAdmin || !request.access.line.empty()) {
+            throw HttpError(403, "wrong-scope", "the events of all lines need a token with the scope admin");
+        }
+        HttpResponse response;
+        if (request.method == "GET") {
+            response.stream = m_allLines.open(request.header("last-event-id"), mayGoOn(request.access));
+            if (response.stream == nullptr) {
+                throw HttpError(503, "too-many-streams", "there are too many event streams");
+            }
+            m_backend.lines.useAll();
+        }
+        response.contentType = "text/event-stream";
+        return response;
     }
 
     /// A function that returns false once the stream of this access must end; empty for one that never must.
@@ -106,7 +134,8 @@ private:
     /// Ends the streams of tokens that were revoked or have expired. Call from the loop thread only.
     void checkStreamsLater() {
         m_server.postLater(kStreamCheck, [this] {
-            m_checksStreams = m_backend.lines.endRefused();
+            const bool isAllLeft = m_allLines.endRefused();
+            m_checksStreams = m_backend.lines.endRefused() || isAllLeft;
             if (m_checksStreams) {
                 checkStreamsLater();
             }
@@ -123,7 +152,8 @@ private:
              .lines = totals.lines,
              .monitoredLines = totals.monitored,
              .ofLines = storedOr503(m_backend.lines.gauges(m_backend.metrics.isByLine(totals.lines))),
-             .observers = {{"http", m_backend.lines.streamCount()}, {"remote", m_backend.remoteClients()}},
+             .observers = {{"http", m_backend.lines.streamCount() + m_allLines.streamCount()},
+                           {"remote", m_backend.remoteClients()}},
              .keptChanges = m_backend.database.keptCount(),
              .lostChanges = m_backend.database.lostCount(),
              .databaseMemory = databaseMemory(),
@@ -145,6 +175,9 @@ private:
     Router m_router;
     RequestPipeline m_pipeline{m_authenticator, m_router, m_page, m_backend.lines,
                                [this](const RequestReport& each) { m_backend.metrics.requestHandled(each); }};
+    AllLinesFeed m_allLines{[this](std::chrono::milliseconds pause, std::function<void()> work) {
+        m_server.postLater(pause, std::move(work));
+    }};
     const bool m_isSecure;
     HttpServer m_server;
     WorkerPool m_eventWorkers{1};

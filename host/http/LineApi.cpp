@@ -47,7 +47,7 @@ private:
 
 /// The feed with what posts to it. The posted work keeps the feed, so that it may outlive its line.
 struct KeptFeed : std::enable_shared_from_this<KeptFeed> {
-    KeptFeed(const LineApiServer& server, EventFeed::Stored stored)
+    KeptFeed(const LineApiServer& server, const std::string& line, EventFeed::Stored stored)
         : feed([this, post = server.post](std::function<void()> work) { post(keeping(std::move(work))); },
                [this, postLater = server.postLater](std::chrono::milliseconds pause,
                                                     std::function<void()> work) {
@@ -56,7 +56,7 @@ struct KeptFeed : std::enable_shared_from_this<KeptFeed> {
                [this, runAside = server.runAside](std::function<void()> work) {
                    runAside([this, kept = keeping(std::move(work))] { reads.run(kept); });
                },
-               {}, std::move(stored)) {}
+               {}, std::move(stored), server.readerOf(line)) {}
 
     std::function<void()> keeping(std::function<void()> work) {
         return [self = weak_from_this().lock(), work = std::move(work)] { work(); };
@@ -90,13 +90,14 @@ public:
           m_parties({m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
                      m_backend.phonebook, m_backend.numbers}),
           m_kept(std::make_shared<KeptFeed>(
-              m_server, EventFeed::Stored{
-                            [this](const std::vector<EventFeed::EntryKey>& keys) {
-                                return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
-                            },
-                            [this] { return m_backend.storedLists.unviewed(); },
-                            [this] { return m_liveCalls.list(PlaceLanguage::eEnglish); },
-                            [this](const std::string& number) { return m_backend.numbers.text(number); }})) {
+              m_server, m_backend.line,
+              EventFeed::Stored{
+                  [this](const std::vector<EventFeed::EntryKey>& keys) {
+                      return m_backend.storedLists.entries(keys).value_or(std::vector<Json>());
+                  },
+                  [this] { return m_backend.storedLists.unviewed(); },
+                  [this] { return m_liveCalls.list(PlaceLanguage::eEnglish); },
+                  [this](const std::string& number) { return m_backend.numbers.text(number); }})) {
         m_lists.addRoutes(m_router);
         m_import.addRoutes(m_router);
         m_settings.addRoutes(m_router);
@@ -111,7 +112,7 @@ public:
                       "/api/v1/events",
                       Scope::eRead,
                       [this](const HttpRequest& each) { return events(each); },
-                      {"ticket"}});
+                      {"lines", "ticket"}});
     }
     ~Impl() { stop(); }
     Impl(const Impl&) = delete;
@@ -142,6 +143,11 @@ public:
 
 private:
     HttpResponse events(const HttpRequest& request) {
+        if (const std::string& lines = request.queryValue("lines"); lines == "all") {
+            return m_server.allEvents(request);
+        } else if (!lines.empty()) {
+            throw HttpError(400, "bad-parameter", "lines must be all, or be left out");
+        }
         HttpResponse response;
         if (request.method == "GET") {
             response.stream =

@@ -48,6 +48,9 @@ struct LineApiServer {
     /// Returns a function that returns false once a stream with this access must end; empty for one that
     /// never must.
     std::function<std::function<bool()>(const Access&)> mayGoOn;
+    /// The stream of all lines: opens one for a request, and reads the events of the line with that device.
+    std::function<HttpResponse(const HttpRequest&)> allEvents;
+    std::function<EventFeed::Reader(const std::string&)> readerOf;
 };
 
 /// The resources of one line with their routes, and its event stream.

@@ -73,6 +73,9 @@ public:
     /// that was removed before. eUnknown, eConfigured for a line of the configuration, or eFailed.
     [[nodiscard]] virtual Outcome remove(const std::string& device, bool purge) = 0;
 
+    /// Makes the API of each line, also of each one that is added later, so that it publishes its events.
+    virtual void useAll() = 0;
+
     // For the loop thread of the server.
 
     /// Calls `keepAlive` of each API that was used.

@@ -243,6 +243,9 @@ ServedLines::Outcome ServedLines::add(const std::string& device, const std::stri
     }
     logAppUni("Lines", __FILE_NAME__, 4, __LINE__, "line %s is added", device.c_str());
     const std::unique_lock lock(m_mutex);
+    if (m_usesAll) {
+        static_cast<void>(added->api(m_server));
+    }
     m_lines.emplace(device, std::move(added));
     return Outcome::eDone;
 }
@@ -294,6 +297,18 @@ void ServedLines::forEachApi(const std::function<void(LineApi&)>& call) const {
         if (const std::shared_ptr<LineApi> api = line->usedApi()) {
             call(*api);
         }
+    }
+}
+
+void ServedLines::useAll() {
+    {
+        const std::unique_lock lock(m_mutex);
+        if (std::exchange(m_usesAll, true)) {
+            return;
+        }
+    }
+    for (const auto& [device, line] : lines()) {
+        static_cast<void>(line->api(m_server));
     }
 }
 

@@ -86,6 +86,7 @@ public:
     [[nodiscard]] Outcome add(const std::string& device, const std::string& name,
                               const std::string& switchName) override;
     [[nodiscard]] Outcome remove(const std::string& device, bool purge) override;
+    void useAll() override;
     void keepAlive() override;
     [[nodiscard]] bool endRefused() override;
     [[nodiscard]] std::size_t streamCount() const override;
@@ -118,6 +119,8 @@ private:
     // Guarded by m_mutex.
     Lines m_lines;
     bool m_isRunning = false;
+    /// The API of each line is made with it.
+    bool m_usesAll = false;
 };
 
 }  // namespace host

@@ -49,6 +49,7 @@ public:
     [[nodiscard]] Outcome remove(const std::string& device, bool /*purge*/) override {
         return m_lines.erase(device) > 0 ? Outcome::eDone : Outcome::eUnknown;
     }
+    void useAll() override {}
     void keepAlive() override {
         if (m_api != nullptr) {
             m_api->keepAlive();

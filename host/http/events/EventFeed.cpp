@@ -4,7 +4,6 @@
 #include <chrono>
 #include <exception>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <utility>
 
 #include "host/presentation/ItemJson.h"
@@ -17,42 +16,24 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::chrono::milliseconds kBetweenResyncs{200};
 
-// A write costs some 10 us of the processor for each stream. While changes come quickly, several events share
-// a write.
-constexpr std::chrono::microseconds kWakePauseOfStream{200};
-constexpr std::chrono::microseconds kMaxWakePause{20000};
-
-/// A prefix of event ids that differs between two runs of the server.
-std::string markOfThisRun() {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    std::ostringstream text;
-    text << std::hex << std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
-    return text.str();
-}
-
 }  // namespace
 
 EventFeed::EventFeed(Post post, PostLater postLater, RunAside runAside, EventRing::Limits limits,
-                     Stored stored)
+                     Stored stored, Reader reader)
     : m_post(std::move(post)),
       m_postLater(std::move(postLater)),
       m_runAside(std::move(runAside)),
       m_stored(std::move(stored)),
-      m_ring(markOfThisRun(), limits) {}
+      m_reader(std::move(reader)),
+      m_streams(m_postLater, limits, [this] {
+          // The stream is counted, so from here on each change is queued.
+          const std::lock_guard lock(m_mutex);
+          return std::exchange(m_hasGap, false);
+      }) {}
 
 std::shared_ptr<StreamBody> EventFeed::open(const std::string& lastEventId, std::function<bool()> mayGoOn,
                                             std::shared_ptr<void> owner) {
-    if (m_streamsOpen->count.fetch_add(1) >= kMaxStreams) {
-        --m_streamsOpen->count;
-        return nullptr;
-    }
-    // Destroyed with the stream, on any thread.
-    std::shared_ptr<void> slot(nullptr, [streams = m_streamsOpen, owner = std::move(owner)](void* /*none*/) {
-        streams->lastEnd = Clock::now();
-        --streams->count;
-    });
-    return std::make_shared<EventStream>(static_cast<EventStream::StreamRegistry&>(*this), lastEventId,
-                                         std::move(slot), std::move(mayGoOn));
+    return m_streams.open(lastEventId, std::move(mayGoOn), std::move(owner));
 }
 
 void EventFeed::resync() {
@@ -89,52 +70,6 @@ void EventFeed::enqueueLiveCalls() {
         m_liveCallsDue = false;
     }
     enqueue([] { return Change{.kind = Change::Kind::eLiveCalls, .event = "liveCallsUpdate"}; });
-}
-
-void EventFeed::keepAlive() {
-    for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
-        stream->keepAlive();
-    }
-}
-
-bool EventFeed::endRefused() {
-    bool isAnyLeft = false;
-    for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
-        if (stream->mayGoOn()) {
-            isAnyLeft = isAnyLeft || stream->isLimited();
-        } else {
-            stream->disconnected();
-        }
-    }
-    return isAnyLeft;
-}
-
-void EventFeed::close() {
-    m_closed = true;
-    for (const auto& stream : std::exchange(m_streams, {})) {
-        stream->end();
-    }
-}
-
-bool EventFeed::add(const std::shared_ptr<EventStream>& stream) {
-    if (m_closed) {
-        return false;
-    }
-    // The stream is counted, so from here on each change is queued.
-    const std::lock_guard lock(m_mutex);
-    if (std::exchange(m_hasGap, false)) {
-        m_ring.forget();
-    }
-    m_streams.insert(stream);
-    return true;
-}
-
-void EventFeed::remove(const EventStream& stream) {
-    const auto found = std::find_if(m_streams.begin(), m_streams.end(),
-                                    [&stream](const auto& each) { return each.get() == &stream; });
-    if (found != m_streams.end()) {
-        m_streams.erase(found);
-    }
 }
 
 void EventFeed::missedCallsCountUpdate(int count) {
@@ -190,11 +125,7 @@ void EventFeed::announce(const char* event, Item item, std::string entryId, Acti
 }
 
 bool EventFeed::mayBeRead() const noexcept {
-    if (m_streamsOpen->count != 0) {
-        return true;
-    }
-    const Clock::time_point lastEnd = m_streamsOpen->lastEnd;
-    return lastEnd != Clock::time_point::min() && Clock::now() - lastEnd < kReturnTime;
+    return m_streams.mayBeRead() || (m_reader.mayBeRead && m_reader.mayBeRead());
 }
 
 void EventFeed::enqueue(const std::function<Change()>& change) {
@@ -301,7 +232,7 @@ std::vector<Json> EventFeed::storedEntries(const std::deque<Change>& changes) co
 void EventFeed::append(const std::vector<Event>& events) {
     for (const Event& event : events) {
         if (!event.text.empty()) {
-            m_ring.append(event.name, event.text);
+            append(event.name, event.text);
             continue;
         }
         m_resyncDue = true;
@@ -309,43 +240,25 @@ void EventFeed::append(const std::vector<Event>& events) {
             appendResyncIfDue();
         }
     }
-    wakeStreamsSoon();
+    m_streams.wakeSoon();
 }
 
-void EventFeed::wakeStreamsSoon() {
-    if (std::exchange(m_wakeIsDue, true) || m_wakeDelayActive) {
-        return;
-    }
-    wakeStreams();
-    const auto pause = std::chrono::duration_cast<std::chrono::milliseconds>(
-        std::min(kMaxWakePause, kWakePauseOfStream * static_cast<int>(m_streams.size())));
-    if (pause.count() > 0) {
-        m_postLater(pause, [this] {
-            m_wakeDelayActive = false;
-            if (std::exchange(m_wakeIsDue, false)) {
-                wakeStreamsSoon();
-            }
-        });
-        m_wakeDelayActive = true;
+void EventFeed::append(const char* name, const std::string& text) {
+    m_streams.append(name, text);
+    if (m_reader.event) {
+        m_reader.event(name, text);
     }
 }
 
 void EventFeed::appendResyncIfDue() {
     m_resyncDelayActive = false;
     if (std::exchange(m_resyncDue, false)) {
-        m_ring.append("resync", "{}");
+        append("resync", "{}");
         m_postLater(kBetweenResyncs, [this] {
             appendResyncIfDue();
-            wakeStreams();
+            m_streams.wake();
         });
         m_resyncDelayActive = true;
-    }
-}
-
-void EventFeed::wakeStreams() {
-    m_wakeIsDue = false;
-    for (const auto& stream : std::set<std::shared_ptr<EventStream>>(m_streams)) {
-        stream->wake();
     }
 }
 

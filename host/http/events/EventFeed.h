@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <deque>
@@ -9,13 +8,12 @@
 #include <mutex>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "host/http/events/EventRing.h"
-#include "host/http/events/EventStream.h"
+#include "host/http/events/EventStreams.h"
 #include "journal-items/ListTraits.h"
 #include "journalservice/JournalServiceObserverIfc.h"
 
@@ -40,12 +38,12 @@ namespace host {
 ///
 /// Lifetime: outlives the server's loop and the work that it has passed to `RunAside`, and is unsubscribed
 /// from the journal before it is destroyed.
-class EventFeed final : public JournalServiceObserverIfc, private EventStream::StreamRegistry {
+class EventFeed final : public JournalServiceObserverIfc {
 public:
     /// Runs a function on the loop thread, asynchronously and in order. Thread-safe.
     using Post = std::function<void(std::function<void()>)>;
     /// The same after a delay.
-    using PostLater = std::function<void(std::chrono::milliseconds, std::function<void()>)>;
+    using PostLater = EventStreams::PostLater;
 
     /// Runs a function on a thread that may wait for the database, asynchronously. Thread-safe.
     using RunAside = std::function<void(std::function<void()>)>;
@@ -65,13 +63,22 @@ public:
         std::function<std::string(const std::string&)> numberText{};
     };
 
-    static constexpr std::size_t kMaxStreams = 128;
+    /// Another reader of the events of this feed, as the stream of all lines. Each may be empty.
+    struct Reader {
+        /// True while it may be read; thread-safe.
+        std::function<bool()> mayBeRead;
+        /// Gets the name of each event and its data, a JSON object, on the loop thread.
+        std::function<void(const char*, const std::string&)> event;
+    };
+
+    static constexpr std::size_t kMaxStreams = EventStreams::kMaxStreams;
     static constexpr std::size_t kMaxQueued = 1024;
     static constexpr std::chrono::milliseconds kBetweenLiveCalls{100};
     /// The time for which events are stored after the last stream has ended, for a client that reconnects.
-    static constexpr std::chrono::seconds kReturnTime{60};
+    static constexpr std::chrono::seconds kReturnTime = EventStreams::kReturnTime;
 
-    EventFeed(Post post, PostLater postLater, RunAside runAside, EventRing::Limits limits, Stored stored);
+    EventFeed(Post post, PostLater postLater, RunAside runAside, EventRing::Limits limits, Stored stored,
+              Reader reader = {});
     virtual ~EventFeed() = default;
     EventFeed(const EventFeed&) = delete;
     EventFeed& operator=(const EventFeed&) = delete;
@@ -84,7 +91,7 @@ public:
     [[nodiscard]] std::shared_ptr<StreamBody> open(const std::string& lastEventId,
                                                    std::function<bool()> mayGoOn = {},
                                                    std::shared_ptr<void> owner = {});
-    [[nodiscard]] std::size_t streamCount() const noexcept { return m_streamsOpen->count; }
+    [[nodiscard]] std::size_t streamCount() const noexcept { return m_streams.count(); }
     /// Reports that the lists may have changed without a notification. Sends the event after those of the
     /// changes that were notified before, and no sooner than 200 ms after the previous one.
     void resync();
@@ -95,12 +102,12 @@ public:
     // Call from the loop thread only.
 
     /// Sends a comment to each stream.
-    void keepAlive();
+    void keepAlive() { m_streams.keepAlive(); }
     /// Ends the streams that may not go on. Returns true if streams are left whose right may end.
-    bool endRefused();
+    bool endRefused() { return m_streams.endRefused(); }
     /// Ends all streams, and every later stream as soon as it begins. Afterwards the feed holds no object of
     /// the server.
-    void close();
+    void close() { m_streams.close(); }
 
     // JournalServiceObserverIfc
     void missedCallsCountUpdate(int count) override;
@@ -113,13 +120,6 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-
-    /// The open streams. Shared with the streams' slots, which may be destroyed after the feed.
-    struct OpenStreams {
-        std::atomic<std::size_t> count{0};
-        /// Set when a stream ends, before it is counted as ended.
-        std::atomic<Clock::time_point> lastEnd{Clock::time_point::min()};
-    };
 
     /// A queued change.
     struct Change {
@@ -141,11 +141,6 @@ private:
         std::string text;
     };
 
-    // EventStream::StreamRegistry
-    bool add(const std::shared_ptr<EventStream>& stream) override;
-    void remove(const EventStream& stream) override;
-    [[nodiscard]] const EventRing& ring() const override { return m_ring; }
-
     // Any thread.
     template <typename Item>
     void announce(const char* event, Item item, std::string entryId, ActionType action);
@@ -163,9 +158,7 @@ private:
     // Loop thread only.
     void publishNext();
     void append(const std::vector<Event>& events);
-    /// Wakes the streams now, or after a pause that grows with their number.
-    void wakeStreamsSoon();
-    void wakeStreams();
+    void append(const char* name, const std::string& text);
     void appendResyncIfDue();
     void enqueueLiveCalls();
 
@@ -174,8 +167,7 @@ private:
     const PostLater m_postLater;
     const RunAside m_runAside;
     const Stored m_stored;
-
-    const std::shared_ptr<OpenStreams> m_streamsOpen = std::make_shared<OpenStreams>();
+    const Reader m_reader;
 
     std::mutex m_mutex;
     // Guarded by m_mutex.
@@ -190,11 +182,7 @@ private:
     bool m_hasGap = false;
 
     // Loop thread only.
-    EventRing m_ring;
-    std::set<std::shared_ptr<EventStream>> m_streams;
-    bool m_closed = false;
-    bool m_wakeIsDue = false;
-    bool m_wakeDelayActive = false;
+    EventStreams m_streams;
     Clock::time_point m_lastLiveCalls = Clock::time_point::min();
     bool m_resyncDue = false;
     bool m_resyncDelayActive = false;

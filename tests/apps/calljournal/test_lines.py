@@ -71,6 +71,24 @@ class LinesTest(ProgramTest):
         self.assertIn("4716", watcher.prints('"event":"missedCallsUpdate".*"number"').string)
         self.assertFalse(watcher.count("4715"))
 
+    def test_one_stream_has_the_events_of_all_lines_also_of_those_that_are_added(self):
+        self.begin()
+        self.assertTrue(self.switch.monitored(*CONFIGURED))
+        with self.open(self.server, "events?lines=all") as stream:
+            stream.readline()
+            self.done("lines", "add", "2005")
+            self.assertTrue(self.switch.monitored("2005", *CONFIGURED))
+            for device in ("2002", "2005", "2001"):
+                self.switch.misses(device, "7", "N<471%s>" % device[-1])
+                event = None
+                while event != b"event: missedCallsUpdate\n":
+                    event = stream.readline()
+                data = json.loads(stream.readline().decode().removeprefix("data: "))
+                self.assertEqual((data["line"], data["item"]["number"]), (device, "471" + device[-1]))
+        for scope, line in (("write", ()), ("admin", ("--line", "2001"))):
+            token = self.done("tokens", "create", scope, "--scope", scope, *line).strip()
+            self.assertEqual(self.error("events?lines=all", token), (403, "wrong-scope"))
+
     def test_lines_are_added_and_removed_while_it_runs(self):
         self.begin()
         self.assertEqual(self.done("lines", "add", "2005", "--name", "Eve"), "line 2005 is added\n")

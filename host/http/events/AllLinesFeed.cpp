@@ -1,0 +1,27 @@
+#include "host/http/events/AllLinesFeed.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "host/presentation/ItemJson.h"
+
+namespace host {
+
+AllLinesFeed::AllLinesFeed(EventStreams::PostLater postLater)
+    : m_streams(std::move(postLater), {}, [this] { return m_hasGap.exchange(false); }) {}
+
+std::shared_ptr<StreamBody> AllLinesFeed::open(const std::string& lastEventId,
+                                               std::function<bool()> mayGoOn) {
+    if (!mayBeRead()) {
+        m_hasGap = true;
+    }
+    return m_streams.open(lastEventId, std::move(mayGoOn), nullptr);
+}
+
+void AllLinesFeed::append(const std::string& line, const char* event, const std::string& data) {
+    const std::string members = data.substr(1);
+    m_streams.append(event, "{\"line\":" + jsonText(line) + (members == "}" ? std::string() : ",") + members);
+    m_streams.wakeSoon();
+}
+
+}  // namespace host
