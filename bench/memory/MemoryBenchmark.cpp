@@ -161,9 +161,11 @@ public:
     Lines(const Lines&) = delete;
     Lines& operator=(const Lines&) = delete;
     ~Lines() {
-        m_link.stop();
         for (const std::unique_ptr<host::Line>& line : m_lines) {
             line->disconnect();
+        }
+        m_link.stop();
+        for (const std::unique_ptr<host::Line>& line : m_lines) {
             line->stop();
         }
     }
