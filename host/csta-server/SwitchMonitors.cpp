@@ -13,7 +13,9 @@ SwitchMonitor& SwitchMonitors::add(const std::string& device, int client, WireFi
                           .number = comparableNumber(device),
                           .client = client,
                           .filter = std::move(filter)};
-    return m_monitors.emplace(id, std::move(monitor)).first->second;
+    SwitchMonitor& added = m_monitors.emplace(id, std::move(monitor)).first->second;
+    m_ofDevice[added.number].push_back(&added);
+    return added;
 }
 
 SwitchMonitor* SwitchMonitors::find(const std::string& id, int client) {
@@ -21,21 +23,30 @@ SwitchMonitor* SwitchMonitors::find(const std::string& id, int client) {
     return found == m_monitors.end() || found->second.client != client ? nullptr : &found->second;
 }
 
+void SwitchMonitors::remove(const std::string& id) {
+    if (const auto found = m_monitors.find(id); found != m_monitors.end()) {
+        erase(found);
+    }
+}
+
+SwitchMonitors::MonitorMap::iterator SwitchMonitors::erase(MonitorMap::iterator monitor) {
+    const auto ofDevice = m_ofDevice.find(monitor->second.number);
+    std::erase(ofDevice->second, &monitor->second);
+    if (ofDevice->second.empty()) {
+        m_ofDevice.erase(ofDevice);
+    }
+    return m_monitors.erase(monitor);
+}
+
 void SwitchMonitors::removeClient(int client) {
     for (auto monitor = m_monitors.begin(); monitor != m_monitors.end();) {
-        monitor = monitor->second.client == client ? m_monitors.erase(monitor) : std::next(monitor);
+        monitor = monitor->second.client == client ? erase(monitor) : std::next(monitor);
     }
 }
 
 std::vector<const SwitchMonitor*> SwitchMonitors::ofDevice(std::string_view device) const {
-    std::vector<const SwitchMonitor*> monitors;
-    const std::string number = comparableNumber(device);
-    for (const auto& [id, monitor] : m_monitors) {
-        if (monitor.number == number) {
-            monitors.push_back(&monitor);
-        }
-    }
-    return monitors;
+    const auto found = m_ofDevice.find(comparableNumber(device));
+    return found == m_ofDevice.end() ? std::vector<const SwitchMonitor*>() : found->second;
 }
 
 std::set<std::string> SwitchMonitors::devicesOf(int client) const {

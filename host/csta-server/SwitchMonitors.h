@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/csta-server/WireFilter.h"
@@ -28,14 +29,21 @@ public:
     SwitchMonitor& add(const std::string& device, int client, WireFilter filter);
     /// Returns `nullptr` if that client has no such monitor.
     [[nodiscard]] SwitchMonitor* find(const std::string& id, int client);
-    void remove(const std::string& id) { m_monitors.erase(id); }
+    void remove(const std::string& id);
     void removeClient(int client);
+    /// In the order of their start.
     [[nodiscard]] std::vector<const SwitchMonitor*> ofDevice(std::string_view device) const;
     /// The numbers of the devices that the client monitors.
     [[nodiscard]] std::set<std::string> devicesOf(int client) const;
 
 private:
-    std::map<std::string, SwitchMonitor> m_monitors;
+    using MonitorMap = std::map<std::string, SwitchMonitor>;
+
+    MonitorMap::iterator erase(MonitorMap::iterator monitor);
+
+    MonitorMap m_monitors;
+    /// The same by number.
+    std::unordered_map<std::string, std::vector<const SwitchMonitor*>> m_ofDevice;
     unsigned long m_last = 1000;
 };
 

@@ -1,8 +1,11 @@
 #include <CLI/CLI.hpp>
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -10,6 +13,7 @@
 #include "apps/calljournal/command-line/CommandLine.h"
 #include "apps/calljournal/command-line/EndpointOption.h"
 #include "apps/calljournal/command-line/ResponseModeOption.h"
+#include "apps/calljournal/command-line/TrafficOption.h"
 #include "apps/calljournal/server/StopSignal.h"
 #include "host/config/Endpoint.h"
 #include "host/log/Log.h"
@@ -17,6 +21,7 @@
 #include "host/switch/scenario/ScenarioError.h"
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
+#include "host/switch/traffic/CallsFile.h"
 #include "host/tls/ServerCertificate.h"
 
 namespace calljournal {
@@ -27,9 +32,15 @@ public:
     explicit SwitchCommand(CLI::App& app) {
         addListenOption(app, "--listen", m_listen,
                         "the address that clients connect to; port 0 selects a free port [127.0.0.1:4242]");
-        app.add_option("--scenario", m_scenario, "the calls to play [those of the demo]")->type_name("FILE");
-        app.add_flag("--loop", m_loop, "repeat the scenario");
-        app.add_option("--rate", m_rate, "scale the waits to this many calls per second")
+        auto* const scenario =
+            app.add_option("--scenario", m_scenario, "the calls to play [those of the demo]")
+                ->type_name("FILE");
+        auto* const loop = app.add_flag("--loop", m_loop, "repeat the scenario");
+        addTrafficOptions(app, m_traffic)->excludes(scenario)->excludes(loop);
+        app.add_option(
+               "--rate", m_rate,
+               "scale the waits of the scenario to this many calls per second; with --lines: this many "
+               "calls per second on average [1]")
             ->type_name("CALLS_PER_S")
             ->check(std::function<std::string(const std::string&)>([](const std::string& text) {
                 return CLI::PositiveNumber(text).empty() ? std::string() : text + " is not a number above 0";
@@ -67,9 +78,15 @@ public:
         if (m_logMessages) {
             host::Log::configure("debug", "");
         }
-        const host::Scenario scenario = m_scenario.empty()
-                                            ? host::parseScenario(host::demoScenarioText(), "demo")
-                                            : host::loadScenario(m_scenario);
+        std::optional<host::Scenario> scenario;
+        if (m_traffic.lines.empty()) {
+            scenario = m_scenario.empty() ? host::parseScenario(host::demoScenarioText(), "demo")
+                                          : host::loadScenario(m_scenario);
+        }
+        std::optional<host::CallsFile> callsFile;
+        if (!m_traffic.callsFile.empty()) {
+            callsFile.emplace(m_traffic.callsFile);
+        }
         const host::Endpoint listen = host::parseEndpoint(m_listen).value();
         host::SwitchSimulator simulator({.address = listen.host,
                                          .port = listen.port,
@@ -83,18 +100,51 @@ public:
         }
         std::cout << "switch listens on " << host::Endpoint{listen.host, simulator.port()}.text()
                   << std::endl;
+        if (scenario) {
+            playScenario(simulator, *scenario);
+        } else {
+            playTraffic(simulator, callsFile);
+        }
+        static_cast<void>(stop.wait());
+        simulator.stop();
+        if (callsFile && !callsFile->finish()) {
+            throw std::runtime_error("the file " + m_traffic.callsFile +
+                                     " is incomplete: the disk may be full");
+        }
+        return eDone;
+    }
+
+private:
+    void playScenario(host::SwitchSimulator& simulator, const host::Scenario& scenario) const {
         simulator.run(
             scenario,
             {.loop = m_loop,
              .rate = m_rate,
              .print = [](const std::string& text) { std::cout << text << std::flush; },
              .finished = [] { std::cout << "scenario is over; Ctrl-C ends the switch" << std::endl; }});
-        static_cast<void>(stop.wait());
-        simulator.stop();
-        return eDone;
     }
 
-private:
+    void playTraffic(host::SwitchSimulator& simulator, std::optional<host::CallsFile>& callsFile) const {
+        const auto calls = std::make_shared<std::uint64_t>(0);
+        simulator.run(trafficOptions(m_traffic, m_rate),
+                      {.begun = [calls] { ++*calls; },
+                       .ended =
+                           [&callsFile](const std::string& callId, const host::TrafficPart& part) {
+                               if (callsFile) {
+                                   callsFile->add(callId, part, std::chrono::system_clock::now());
+                               }
+                           },
+                       .finished =
+                           [calls, &callsFile] {
+                               // The end of the program reports a failure.
+                               if (callsFile) {
+                                   static_cast<void>(callsFile->finish());
+                               }
+                               std::cout << "traffic is over, " << *calls << " calls; Ctrl-C ends the switch"
+                                         << std::endl;
+                           }});
+    }
+
     [[nodiscard]] std::shared_ptr<const host::ServerCertificate> certificate() const {
         return m_tls.certificate.empty()
                    ? nullptr
@@ -112,6 +162,7 @@ private:
 
     std::string m_listen = "127.0.0.1:4242";
     std::string m_scenario;
+    TrafficValues m_traffic;
     host::CertificateFiles m_tls;
     std::string m_clientAuthorities;
     std::vector<std::string> m_responseModes;

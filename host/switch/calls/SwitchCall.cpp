@@ -41,6 +41,7 @@ SwitchEvent SwitchCall::ring() {
 
 SwitchEvent SwitchCall::answerCall() {
     end(Side::eCalled).state = "connected";
+    m_established = true;
     return setUp(WireEvent::eEstablished, "newCall");
 }
 

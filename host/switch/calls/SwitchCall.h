@@ -60,6 +60,8 @@ public:
 
     [[nodiscard]] LiveCall live() const;
     [[nodiscard]] static Side other(Side side) noexcept;
+    /// True if the called party has taken the call, whether it is still in the call or not.
+    [[nodiscard]] bool wasEstablished() const noexcept { return m_established; }
     [[nodiscard]] bool isRinging() const noexcept { return end(Side::eCalled).state == "alerting"; }
     [[nodiscard]] const std::string& id() const noexcept { return m_callId; }
     [[nodiscard]] const End& end(Side side) const noexcept { return m_ends[static_cast<std::size_t>(side)]; }
@@ -86,6 +88,7 @@ private:
     SwitchParty m_firstForwardedTo;
     SwitchParty m_redirectedFrom;
     std::string m_redirectWord;
+    bool m_established = false;
     bool m_transferred = false;
 };
 

@@ -60,7 +60,37 @@ void SwitchCore::play(Scenario scenario, PlayOptions options) {
     m_players.back()->start();
 }
 
+void SwitchCore::play(const TrafficOptions& traffic, const TrafficListeners& listeners) {
+    TrafficPlayer::Handlers handlers{
+        .event = [this](const SwitchEvent& event) { publish(event); },
+        .newCallId = [this] { return std::to_string(++m_lastCall); },
+        .isMonitored = [this](const std::string& number) { return m_server.isMonitored(number); },
+        .begun =
+            [listeners] {
+                if (listeners.begun) {
+                    listeners.begun();
+                }
+            },
+        .ended =
+            [listeners](const std::string& callId, const TrafficPart& part) {
+                if (listeners.ended) {
+                    listeners.ended(callId, part);
+                }
+            },
+        .finished =
+            [listeners] {
+                if (listeners.finished) {
+                    listeners.finished();
+                }
+            }};
+    m_traffic.push_back(std::make_unique<TrafficPlayer>(m_io, traffic, std::move(handlers)));
+    m_traffic.back()->monitorStarted();
+}
+
 void SwitchCore::close() {
+    for (const std::unique_ptr<TrafficPlayer>& traffic : m_traffic) {
+        traffic->stop();
+    }
     for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
         player->stop();
     }
@@ -74,6 +104,9 @@ std::vector<LiveCall> SwitchCore::liveCalls() const {
     for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
         player->addLiveCalls(calls);
     }
+    for (const std::unique_ptr<TrafficPlayer>& traffic : m_traffic) {
+        traffic->addLiveCalls(calls);
+    }
     m_ordered.addLiveCalls(calls);
     return calls;
 }
@@ -84,6 +117,11 @@ SwitchCall* SwitchCore::findCall(std::string_view callId, std::string_view devic
             return call;
         }
     }
+    for (const std::unique_ptr<TrafficPlayer>& traffic : m_traffic) {
+        if (SwitchCall* const call = traffic->find(callId, device)) {
+            return call;
+        }
+    }
     return nullptr;
 }
 
@@ -91,10 +129,16 @@ void SwitchCore::monitorStarted() {
     for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
         player->monitorStarted();
     }
+    for (const std::unique_ptr<TrafficPlayer>& traffic : m_traffic) {
+        traffic->monitorStarted();
+    }
 }
 
 void SwitchCore::publish(const SwitchEvent& event) {
     m_server.publish(event);
+    for (const std::unique_ptr<TrafficPlayer>& traffic : m_traffic) {
+        traffic->published(event);
+    }
     for (const FinishedCall& call : m_callLogBuilder.process(event)) {
         if (m_options.callLog) {
             m_server.notifyCallLog(call.device, m_callLogs.change(call.device, [&call](CallLog& log) {

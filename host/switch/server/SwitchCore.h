@@ -14,10 +14,11 @@
 #include "host/switch/server/OrderedCalls.h"
 #include "host/switch/server/ScenarioPlayer.h"
 #include "host/switch/server/SwitchOptions.h"
+#include "host/switch/traffic/TrafficPlayer.h"
 
 namespace host {
 
-/// A running simulated switch: the CSTA server and the scenario players. Call everything except the
+/// A running simulated switch: the CSTA server and the players of calls. Call everything except the
 /// constructor and `io` from the thread that runs `io` only.
 class SwitchCore {
 public:
@@ -29,6 +30,7 @@ public:
     [[nodiscard]] CstaServer& server() noexcept { return m_server; }
 
     void play(Scenario scenario, PlayOptions options);
+    void play(const TrafficOptions& traffic, const TrafficListeners& listeners);
     /// Closes all sockets and stops all players. `io` then runs out of work.
     void close();
 
@@ -47,6 +49,7 @@ private:
     CstaServer m_server;
     OrderedCalls m_ordered;
     std::vector<std::unique_ptr<ScenarioPlayer>> m_players;
+    std::vector<std::unique_ptr<TrafficPlayer>> m_traffic;
     unsigned long m_lastCall = 0;
 };
 

@@ -8,6 +8,7 @@
 
 #include "host/csta-server/SwitchMessage.h"
 #include "host/switch/scenario/Scenario.h"
+#include "host/switch/traffic/TrafficCall.h"
 #include "host/tls/ServerCertificate.h"
 
 namespace host {
@@ -57,6 +58,17 @@ struct PlayOptions {
     /// Called once at the end of the scenario, on the simulator's thread; not called if `stop` interrupts the
     /// scenario. Must not call `stop`.
     std::function<void()> finished;
+};
+
+/// Listeners while traffic is played, called on the simulator's thread. Each may be empty; none may call
+/// `stop`.
+struct TrafficListeners {
+    /// A call begins to ring.
+    std::function<void()> begun{};
+    /// A device's part in a call has ended, and its last event was given to the connection.
+    std::function<void(const std::string& callId, const TrafficPart&)> ended{};
+    /// The last call is over.
+    std::function<void()> finished{};
 };
 
 }  // namespace host

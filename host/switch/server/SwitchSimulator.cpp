@@ -30,6 +30,12 @@ void SwitchSimulator::run(Scenario scenario, PlayOptions options) {
     });
 }
 
+void SwitchSimulator::run(TrafficOptions traffic, TrafficListeners listeners) {
+    m_impl->post([traffic = std::move(traffic), listeners = std::move(listeners)](SwitchCore& core) {
+        core.play(traffic, listeners);
+    });
+}
+
 void SwitchSimulator::setResponseMode(const std::string& request, ResponseMode mode) {
     m_impl->post([request, mode](SwitchCore& core) { core.server().setResponseMode(request, mode); });
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/switch/server/SwitchOptions.h"
+#include "host/switch/traffic/TrafficOptions.h"
 #include "platform/csta/CallLogEntryEvent.h"
 
 namespace host {
@@ -13,7 +14,8 @@ namespace host {
 class SwitchSimulatorImpl;
 
 /// Simulator of a CSTA switch: a TCP server that exchanges CSTA XML with any number of clients, accepts
-/// monitors, applies their filters, responds to every request and plays scenarios.
+/// monitors, applies their filters, responds to every request and plays scenarios
+/// and random traffic.
 ///
 /// Thread-safe, except for `start` and `stop`: call these from the owner's thread. All work is done on one
 /// thread of the simulator.
@@ -35,6 +37,10 @@ public:
     /// Plays `scenario` on the simulator's thread, to the end or until `stop`. Returns at once. Several
     /// scenarios may be played at the same time, each with its own calls.
     void run(Scenario scenario, PlayOptions options = {});
+
+    /// Plays random calls of many devices on the simulator's thread, until `stop` or the last call is over.
+    /// They begin once all devices are monitored.
+    void run(TrafficOptions traffic, TrafficListeners listeners = {});
 
     /// Sets the response to the requests named `request` ("MonitorStart").
     void setResponseMode(const std::string& request, ResponseMode mode);

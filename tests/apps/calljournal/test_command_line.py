@@ -27,7 +27,7 @@ class CommandLineTest(ProgramTest):
                 ("delete missed x --since 7d", "not both"), ("export missed", "--format is missing"), ("export callbacks --format ical", "callbacks are no calls"),
                 ("export missed --format xml", "it is csv, json, jsonl or ical"), ("watch --yaml", "there is no option --yaml"),
                 ("serve --switch nowhere", "HOST:PORT"), ("serve --switch host:port", "HOST:PORT"), ("serve --switch host:0", "HOST:PORT"),
-                ("serve --set novalue", "KEY=VALUE"), ("serve --set =value", "KEY=VALUE"), ("switch --rate -1", "not a number above 0"),
+                ("serve --set novalue", "KEY=VALUE"), ("serve --set =value", "KEY=VALUE"), ("switch --rate -1", "not a number above 0"), ("switch --lines 2000", "is no range"), ("switch --calls 3", "requires --lines"),
                 ("switch --listen 127.0.0.1", "ADDR:PORT"), ("demo extra", "extra"), ("settings a b c", "c ("),
                 ("switch --answer MonitorStart=maybe", "REQUEST=HOW"), ("switch --answer MonitorStart", "REQUEST=HOW"),
                 ("switch --answer monitorStart=never", "REQUEST=HOW")):
