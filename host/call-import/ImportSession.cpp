@@ -5,9 +5,7 @@
 namespace host {
 
 ImportSession::ImportSession(StoredEntries& entries, std::chrono::milliseconds patience)
-    : m_patience(patience),
-      m_import(entries),
-      m_thread([this](const std::stop_token& stop) { endAbandoned(stop); }) {}
+    : m_patience(patience), m_import(entries) {}
 
 ImportSession::Response ImportSession::add(const Request& request) {
     const std::lock_guard lock(m_mutex);
@@ -25,20 +23,30 @@ ImportSession::Response ImportSession::add(const Request& request) {
         }
     }
     ++m_requests;
-    m_changed.notify_all();
+    if (m_watching) {
+        m_changed.notify_all();
+    } else if (!m_open.empty()) {
+        watch();
+    }
     return counts ? Response{Outcome::eDone, *counts, m_open} : Response{};
 }
 
 void ImportSession::stop() {
-    m_thread.request_stop();
-    if (m_thread.joinable()) {
-        m_thread.join();
+    m_watcher.request_stop();
+    if (m_watcher.joinable()) {
+        m_watcher.join();
     }
+}
+
+/// Call with the lock. The former thread, if any, needs it no more.
+void ImportSession::watch() {
+    m_watching = true;
+    m_watcher = std::jthread([this](const std::stop_token& stop) { endAbandoned(stop); });
 }
 
 void ImportSession::endAbandoned(const std::stop_token& stop) {
     std::unique_lock lock(m_mutex);
-    while (m_changed.wait(lock, stop, [this] { return !m_open.empty(); }) && !stop.stop_requested()) {
+    while (!m_open.empty() && !stop.stop_requested()) {
         const std::uint64_t requests = m_requests;
         const bool goesOn =
             m_changed.wait_for(lock, stop, m_patience, [&] { return m_requests != requests; });
@@ -47,6 +55,7 @@ void ImportSession::endAbandoned(const std::stop_token& stop) {
             m_open.clear();
         }
     }
+    m_watching = false;
 }
 
 }  // namespace host

@@ -17,7 +17,7 @@ namespace host {
 ///  1. The first request of an import gets its id, which each later one has.
 ///  2. Requests of other imports are refused meanwhile.
 ///  3. The last request ends the import. One whose client is gone ends when no request has come for the time
-///     `patience`, on a thread of this object.
+///     `patience`, on a thread that this object has while an import goes on.
 ///
 /// Thread-safe; a request waits for the one before.
 class ImportSession {
@@ -46,10 +46,12 @@ public:
     };
     [[nodiscard]] Response add(const Request& request);
 
-    /// Ends the thread; an import that goes on stays unfinished. Idempotent. Requires: no request runs.
+    /// Ends the thread; an import that goes on stays unfinished. Idempotent. Requires: no request runs, and
+    /// none comes later.
     void stop();
 
 private:
+    void watch();
     void endAbandoned(const std::stop_token& stop);
 
     const std::chrono::milliseconds m_patience;
@@ -60,8 +62,8 @@ private:
     std::string m_open;
     std::uint64_t m_requests = 0;
     std::condition_variable_any m_changed;
-
-    std::jthread m_thread;
+    bool m_watching = false;
+    std::jthread m_watcher;
 };
 
 }  // namespace host

@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -67,28 +68,58 @@ struct KeptFeed : std::enable_shared_from_this<KeptFeed> {
     EventFeed feed;
 };
 
+/// The resources of a line with their routes, in dependency order.
+struct Resources {
+    using Events = std::function<HttpResponse(const HttpRequest&)>;
+
+    Resources(const LineBackend& backend, LiveCallsResource& liveCalls, const std::function<void()>& resync,
+              const Events& events)
+        : lists(backend.storedLists, backend.storedEntries),
+          import(backend.storedEntries),
+          settings(backend.management, backend.database, resync),
+          contacts(backend.phonebook, backend.numbers),
+          times({backend.line, backend.database}),
+          status({backend.line, backend.lineState, backend.storedLists, backend.management, backend.database,
+                  backend.version}),
+          calls(backend.storedEntries, backend.numbers),
+          statistics(backend.database, backend.line, backend.storedEntries.sources().digits, backend.numbers),
+          parties({backend.database, backend.line, backend.storedEntries.sources().digits, backend.phonebook,
+                   backend.numbers}) {
+        lists.addRoutes(router);
+        import.addRoutes(router);
+        settings.addRoutes(router);
+        contacts.addRoutes(router);
+        times.addRoutes(router);
+        calls.addRoutes(router);
+        liveCalls.addRoutes(router);
+        statistics.addRoutes(router);
+        parties.addRoutes(router);
+        status.addRoutes(router);
+        router.add({"GET", "/api/v1/events", Scope::eRead, events, {"lines", "ticket"}});
+    }
+
+    ListsResource lists;
+    ImportResource import;
+    SettingsResource settings;
+    ContactsResource contacts;
+    TimesResource times;
+    StatusResource status;
+    CallsResource calls;
+    StatisticsResource statistics;
+    PartiesResource parties;
+    Router router;
+};
+
 }  // namespace
 
-/// The components in dependency order.
+/// A line of which only the events are read, in the stream of all lines, has no resources.
 class LineApi::Impl {
 public:
     Impl(LineBackend backend, LineApiServer server)
         : m_backend(std::move(backend)),
           m_server(std::move(server)),
-          m_lists(m_backend.storedLists, m_backend.storedEntries),
-          m_import(m_backend.storedEntries),
-          m_settings(m_backend.management, m_backend.database, [this] { resync(); }),
-          m_contacts(m_backend.phonebook, m_backend.numbers),
-          m_times({m_backend.line, m_backend.database}),
-          m_status({m_backend.line, m_backend.lineState, m_backend.storedLists, m_backend.management,
-                    m_backend.database, m_backend.version}),
-          m_calls(m_backend.storedEntries, m_backend.numbers),
           m_liveCalls({m_backend.callControl, m_backend.dialling, m_backend.phonebook, m_backend.numbers,
                        m_backend.lineState}),
-          m_statistics(m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
-                       m_backend.numbers),
-          m_parties({m_backend.database, m_backend.line, m_backend.storedEntries.sources().digits,
-                     m_backend.phonebook, m_backend.numbers}),
           m_kept(std::make_shared<KeptFeed>(
               m_server, m_backend.line,
               EventFeed::Stored{
@@ -97,23 +128,7 @@ public:
                   },
                   [this] { return m_backend.storedLists.unviewed(); },
                   [this] { return m_liveCalls.list(PlaceLanguage::eEnglish); },
-                  [this](const std::string& number) { return m_backend.numbers.text(number); }})) {
-        m_lists.addRoutes(m_router);
-        m_import.addRoutes(m_router);
-        m_settings.addRoutes(m_router);
-        m_contacts.addRoutes(m_router);
-        m_times.addRoutes(m_router);
-        m_calls.addRoutes(m_router);
-        m_liveCalls.addRoutes(m_router);
-        m_statistics.addRoutes(m_router);
-        m_parties.addRoutes(m_router);
-        m_status.addRoutes(m_router);
-        m_router.add({"GET",
-                      "/api/v1/events",
-                      Scope::eRead,
-                      [this](const HttpRequest& each) { return events(each); },
-                      {"lines", "ticket"}});
-    }
+                  [this](const std::string& number) { return m_backend.numbers.text(number); }})) {}
     ~Impl() { stop(); }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -130,14 +145,23 @@ public:
         m_backend.observers.remove(m_kept->feed);
         m_kept->reads.close();
         endStreams();
-        m_import.stop();
+        if (m_resources) {
+            m_resources->import.stop();
+        }
     }
 
     void endStreams() {
         m_server.post([kept = m_kept] { kept->feed.close(); });
     }
 
-    [[nodiscard]] const Router& router() const noexcept { return m_router; }
+    [[nodiscard]] const Router& router() {
+        std::call_once(m_resourcesMade, [this] {
+            m_resources.emplace(
+                m_backend, m_liveCalls, [this] { resync(); },
+                [this](const HttpRequest& each) { return events(each); });
+        });
+        return m_resources->router;
+    }
     [[nodiscard]] EventFeed& feed() const noexcept { return m_kept->feed; }
     void resync() { feed().resync(); }
 
@@ -162,19 +186,11 @@ private:
 
     const LineBackend m_backend;
     const LineApiServer m_server;
-    ListsResource m_lists;
-    ImportResource m_import;
-    SettingsResource m_settings;
-    ContactsResource m_contacts;
-    TimesResource m_times;
-    StatusResource m_status;
-    CallsResource m_calls;
     LiveCallsResource m_liveCalls;
-    StatisticsResource m_statistics;
-    PartiesResource m_parties;
-    Router m_router;
     const std::shared_ptr<KeptFeed> m_kept;
     bool m_isStarted = false;
+    std::once_flag m_resourcesMade;
+    std::optional<Resources> m_resources;
 };
 
 LineApi::LineApi(LineBackend backend, LineApiServer server)
@@ -194,7 +210,7 @@ void LineApi::endStreams() {
     m_impl->endStreams();
 }
 
-const Router& LineApi::router() const noexcept {
+const Router& LineApi::router() const {
     return m_impl->router();
 }
 

@@ -72,7 +72,8 @@ public:
     /// Ends the event streams, later ones as soon as they begin.
     void endStreams();
 
-    [[nodiscard]] const Router& router() const noexcept;
+    /// The first call makes the resources.
+    [[nodiscard]] const Router& router() const;
 
     /// Sends a "resync" event to all streams; their clients read the lists again. Call after an operation
     /// that may have changed the lists without a notification of observers.

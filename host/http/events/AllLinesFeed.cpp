@@ -7,8 +7,15 @@
 
 namespace host {
 
+namespace {
+
+// Several events of each line, when calls of 10,000 lines end at the same moment.
+constexpr EventRing::Limits kLimits{.events = 65'536, .bytes = 64U * 1024U * 1024U};
+
+}  // namespace
+
 AllLinesFeed::AllLinesFeed(EventStreams::PostLater postLater)
-    : m_streams(std::move(postLater), {}, [this] { return m_hasGap.exchange(false); }) {}
+    : m_streams(std::move(postLater), kLimits, [this] { return m_hasGap.exchange(false); }) {}
 
 std::shared_ptr<StreamBody> AllLinesFeed::open(const std::string& lastEventId,
                                                std::function<bool()> mayGoOn) {

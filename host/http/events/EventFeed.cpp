@@ -244,7 +244,12 @@ void EventFeed::append(const std::vector<Event>& events) {
 }
 
 void EventFeed::append(const char* name, const std::string& text) {
-    m_streams.append(name, text);
+    if (m_streams.mayBeRead()) {
+        m_streams.append(name, text);
+    } else {
+        const std::lock_guard lock(m_mutex);
+        m_hasGap = true;
+    }
     if (m_reader.event) {
         m_reader.event(name, text);
     }

@@ -26,7 +26,8 @@ namespace host {
 ///     notes that a change was not published.
 ///  2. Another thread takes what is queued, reads the entries and the count of unviewed ones as they are
 ///     stored, which may be more than the journal has loaded, and posts the events to the loop thread.
-///  3. The loop thread appends the events to the ring and wakes the streams.
+///  3. The loop thread appends the events to the ring, if only another reader has asked for them to that one,
+///     and wakes the streams.
 ///  4. Each stream writes as fast as its client reads.
 ///
 /// If step 2 is late by more than `kMaxQueued` changes, one resync takes their place. A stream that
