@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "journalservice/JournalListMemoryIfc.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/logging/Logging.h"
 #include "platform/management/MgmtAgentIfc.h"
@@ -45,6 +46,8 @@ Line::Line(const LineSettings& settings, std::unique_ptr<Service> journal, Datab
       m_link(settings.sharedLink, completed(settings.link), eventPost(post()), eventPostHere()),
       m_log(settings.link.ownDevice),
       m_journal(std::move(journal), m_strand, m_context),
+      m_listMemory(settings.loadsListsAtFirstNeed ? dynamic_cast<JournalListMemoryIfc*>(m_journal.service())
+                                                  : nullptr),
       m_services{{"ClockServiceIfc", m_clock},
                  {"DigitAnalysisServiceIfc", m_digits},
                  {"DirectoryServiceIfc", m_phonebook},
@@ -82,6 +85,9 @@ void Line::start() {
         }
     });
     m_journal.start();
+    if (m_listMemory != nullptr) {
+        m_listMemory->loadListsAtFirstNeed();
+    }
     m_management.announceValues();
     m_strand.runAndWait([this] { subscribeObserver(); });
     m_link.start();
@@ -142,11 +148,25 @@ CstaLinkConfig Line::completed(CstaLinkConfig link) {
         link.isUnlogged = [this](const std::string& number) { return m_neverLog.matches(number); };
     }
     link.eventListener = [this](std::string_view name) {
+        m_lastEvent = Clock::now();
         if (m_eventListener) {
             m_eventListener(name);
         }
     };
     return link;
+}
+
+bool Line::isIdle(std::chrono::milliseconds time) const noexcept {
+    return liveCallCount() == 0 && m_lastEvent.load() < Clock::now() - time;
+}
+
+void Line::unloadLists(std::chrono::milliseconds idle) {
+    if (m_listMemory != nullptr && m_listMemory->areListsLoaded() && isIdle(idle)) {
+        m_strand.post([this, idle] {
+            // Changes that the database refuses keep them.
+            static_cast<void>(isIdle(idle) && m_listMemory->unloadLists());
+        });
+    }
 }
 
 void Line::subscribeObserver() {

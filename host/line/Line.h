@@ -32,6 +32,8 @@
 #include "host/stored-lists/StoredLists.h"
 #include "platform/framework/Service.h"
 
+class JournalListMemoryIfc;
+
 namespace host {
 
 class TimerSource;
@@ -45,7 +47,7 @@ class WorkerPool;
 ///  1. The services are registered under their names and initialised.
 ///  2. The journal is initialised on the strand.
 ///  3. The management announces its values, so that each has its effect.
-///  4. The log observer subscribes, which loads the lists.
+///  4. The log observer subscribes, which loads the lists unless they are loaded at first need.
 ///  5. The link begins to connect.
 ///
 /// Shut-down sequence (`stop`):
@@ -108,6 +110,10 @@ public:
     [[nodiscard]] CallControlIfc& callControl() noexcept { return m_link; }
     [[nodiscard]] const StoredLists& storedLists() const noexcept { return m_storedLists; }
     [[nodiscard]] CstaLink::Status linkStatus() const noexcept { return m_link.status(); }
+    /// Frees the memory of the journal's lists, asynchronously, if there is no live call and the switch has
+    /// sent no event for at least that time. Has no effect on a line whose lists are not loaded at first
+    /// need.
+    void unloadLists(std::chrono::milliseconds idle);
     /// Returns the number of live calls that the journal knows of.
     [[nodiscard]] std::size_t liveCallCount() const noexcept { return m_link.callCount(); }
 
@@ -128,12 +134,15 @@ private:
     [[nodiscard]] CstaLink::PostHere eventPostHere();
     /// Returns `link` with the event listener and the store of this line.
     [[nodiscard]] CstaLinkConfig completed(CstaLinkConfig link);
+    [[nodiscard]] bool isIdle(std::chrono::milliseconds time) const noexcept;
     void subscribeObserver();
     void releaseJournal();
 
     // Any thread: the time from which events are dropped, and their number. They outlive the strand.
     std::atomic<Clock::time_point> m_eventsEnd{Clock::time_point::max()};
     std::atomic<std::size_t> m_droppedEvents{0};
+    // Any thread: the time of the last event.
+    std::atomic<Clock::time_point> m_lastEvent{Clock::time_point::min()};
 
     // In dependency order.
     Strand m_strand;
@@ -159,6 +168,8 @@ private:
     JournalLogObserver m_log;
     ObserverFan m_observers;
     HostedService m_journal;
+    /// Of the journal; null if it has none, or keeps its lists.
+    JournalListMemoryIfc* const m_listMemory;
 
     // Constant after construction.
     const std::vector<NamedService> m_services;

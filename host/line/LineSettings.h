@@ -33,6 +33,9 @@ struct LineSettings {
     std::vector<std::string> neverLog{};
     /// Shared devices whose unanswered calls are logged on this line.
     std::set<std::string> loggedSharedDevices;
+    /// The journal loads its lists when an operation first needs them, and `Line::unloadLists` frees their
+    /// memory.
+    bool loadsListsAtFirstNeed = false;
     /// Gets the events of the line for webhooks; borrowed, outlives the line. Null without a webhook.
     const EventQueue* events = nullptr;
 };

@@ -76,6 +76,13 @@ void ServedLine::stop() {
     m_line.stop();
 }
 
+void ServedLine::unloadLists(std::chrono::milliseconds idle) {
+    const std::lock_guard lock(m_useMutex);
+    if (!m_isEnding) {
+        m_line.unloadLists(idle);
+    }
+}
+
 std::shared_ptr<LineApi> ServedLine::api(const LineApiServer& server) {
     const std::lock_guard lock(m_useMutex);
     if (!m_isEnding && !m_api) {

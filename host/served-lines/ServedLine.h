@@ -90,6 +90,9 @@ public:
     /// `stop` on.
     [[nodiscard]] std::shared_ptr<RemoteLine> remote();
 
+    /// See `Line::unloadLists`. Does not block.
+    void unloadLists(std::chrono::milliseconds idle);
+
     /// Makes the readers of its event streams read again. Does not block.
     void resync();
 

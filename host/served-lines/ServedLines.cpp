@@ -13,7 +13,9 @@ namespace host {
 ServedLines::ServedLines(Settings settings, LineSurroundings surroundings)
     : m_settings(std::move(settings)),
       m_surroundings(std::move(surroundings)),
-      m_rows(m_surroundings.database) {
+      m_rows(m_surroundings.database),
+      m_idleLists(m_surroundings.pool, m_surroundings.timers,
+                  [this](std::chrono::milliseconds idle) { unloadLists(idle); }) {
     for (const Switch& each : m_settings.switches) {
         m_links.push_back({each.name, std::make_unique<SwitchLink>(each.link)});
     }
@@ -53,6 +55,7 @@ void ServedLines::start() {
     for (const NamedLink& each : m_links) {
         each.link->start();
     }
+    m_idleLists.start();
     const std::unique_lock lock(m_mutex);
     m_isRunning = true;
 }
@@ -77,8 +80,15 @@ void ServedLines::endStreams() {
 
 void ServedLines::stop() {
     disconnect();
+    m_idleLists.stop();
     for (const auto& [device, line] : lines()) {
         line->stop();
+    }
+}
+
+void ServedLines::unloadLists(std::chrono::milliseconds idle) const {
+    for (const auto& [device, line] : lines()) {
+        line->unloadLists(idle);
     }
 }
 

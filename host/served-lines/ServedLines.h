@@ -11,6 +11,7 @@
 #include "host/csta/association/SwitchLink.h"
 #include "host/http/LineApi.h"
 #include "host/http/ServedLinesIfc.h"
+#include "host/served-lines/IdleLists.h"
 #include "host/served-lines/LineRows.h"
 #include "host/served-lines/ServedLine.h"
 
@@ -104,6 +105,8 @@ private:
     [[nodiscard]] Outcome removeStored(const std::string& device, bool purge);
     void forEachApi(const std::function<void(LineApi&)>& call) const;
 
+    void unloadLists(std::chrono::milliseconds idle) const;
+
     const Settings m_settings;
     const LineSurroundings m_surroundings;
     LineRows m_rows;
@@ -121,6 +124,8 @@ private:
     bool m_isRunning = false;
     /// The API of each line is made with it.
     bool m_usesAll = false;
+
+    IdleLists m_idleLists;
 };
 
 }  // namespace host

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "journalservice/ContactGetterIfc.h"
+#include "journalservice/JournalListMemoryIfc.h"
 #include "journalservice/JournalServiceIfc.h"
 #include "platform/csta/CSTAEventIfc.h"
 #include "platform/csta/CSTAEventObserverBase.h"
@@ -35,7 +36,8 @@ class JournalService : public Service,
                        public CSTAEventIfc,
                        public CSTAEventObserverBase,
                        public MgmtAgentIfc,
-                       public ContactGetterIfc {
+                       public ContactGetterIfc,
+                       public JournalListMemoryIfc {
 public:
     using Call = journal::Call;
 
@@ -98,6 +100,11 @@ public:
     // JournalServiceObserverSubscriptionIfc
     bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override;
     bool unsubscribeForJournalEvents(JournalServiceObserverIfc* observer) override;
+
+    // JournalListMemoryIfc
+    void loadListsAtFirstNeed() override;
+    bool unloadLists() override;
+    [[nodiscard]] bool areListsLoaded() const noexcept override;
 
     // CSTAEventIfc
     void deliverEvent(CSTAEvent* event) override;

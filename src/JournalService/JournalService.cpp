@@ -9,6 +9,7 @@
 #include "src/JournalService/JournalComponents.h"
 #include "src/JournalService/StartUp.h"
 #include "src/JournalService/base/Log.h"
+#include "src/JournalService/lists/ListTransaction.h"
 
 namespace {
 
@@ -279,7 +280,25 @@ bool JournalService::replaceEntry(const ForwardedCallItem& item, bool reportsRem
 // --- ContactGetterIfc ---
 
 void JournalService::getContactList(std::vector<Contact>& contacts) {
-    runLogged("getContactList", [&] { m_components->lists.contacts().getContactList(contacts); });
+    runLogged("getContactList", [&] {
+        m_components->lists.loadToRead();
+        m_components->lists.contacts().getContactList(contacts);
+    });
+}
+
+// --- JournalListMemoryIfc ---
+
+void JournalService::loadListsAtFirstNeed() {
+    m_components->lists.loadAtFirstNeed();
+}
+
+bool JournalService::unloadLists() {
+    return resultLogged("unloadLists",
+                        [&] { return journal::ListTransaction(m_components->lists).unload(); });
+}
+
+bool JournalService::areListsLoaded() const noexcept {
+    return !m_components->lists.isUnloaded();
 }
 
 // --- JournalServiceObserverSubscriptionIfc ---

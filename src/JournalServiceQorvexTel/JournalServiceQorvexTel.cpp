@@ -151,6 +151,7 @@ void JournalServiceQorvexTel::loadCallListsFromDb() {
         budget -= std::min(count, budget);
     } else {
         prepared.copyFrom(components().lists);
+        transaction.setIncomplete();
     }
     if (budget > 0) {
         response = loadCallLists(Helper::CALLLOGPHONEBOOK_SCHEMA, budget);

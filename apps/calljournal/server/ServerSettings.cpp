@@ -92,8 +92,11 @@ host::ServedLines::Settings linesSettings(const host::Configuration& configurati
     for (const host::Configuration::Switch& each : configuration.moreSwitches) {
         settings.switches.push_back(switchSettings(each));
     }
+    // The lists of one line are always ready.
+    const bool hasMany = configuration.lines.size() > 1;
     for (const host::Configuration::Line& each : configuration.lines) {
         settings.lines.push_back(configuredLine(configuration, each, true));
+        settings.lines.back().settings.loadsListsAtFirstNeed = hasMany;
     }
     // An added line has the settings of all lines, not those of another one.
     settings.added = [configuration](const std::string& device, const std::string& name,
@@ -102,7 +105,9 @@ host::ServedLines::Settings linesSettings(const host::Configuration& configurati
         line.device = device;
         line.name = name;
         line.switchName = switchName;
-        return configuredLine(configuration, line, false);
+        host::ServedLines::Configured added = configuredLine(configuration, line, false);
+        added.settings.loadsListsAtFirstNeed = true;
+        return added;
     };
     return settings;
 }

@@ -5,7 +5,6 @@
 #include <deque>
 #include <string>
 
-#include "platform/sync/CriticalSection.h"
 #include "platform/sync/Semaphore.h"
 #include "src/JournalService/lists/PartyIndex.h"
 
@@ -31,20 +30,34 @@ class JournalList {
 public:
     class Reader {
     public:
-        explicit Reader(JournalList& list) : m_section(list.m_lock), m_items(list.m_items) {}
+        /// Calls `load` without the lock until the items are complete, or it returns false.
+        template <typename IsUnloaded, typename Load>
+        Reader(JournalList& list, const IsUnloaded& isUnloaded, const Load& load)
+            : m_lock(list.m_lock), m_items(list.m_items) {
+            m_lock.wait();
+            for (bool goesOn = true; goesOn && isUnloaded();) {
+                m_lock.signal();
+                goesOn = load();
+                m_lock.wait();
+            }
+        }
         Reader(const Reader&) = delete;
         Reader& operator=(const Reader&) = delete;
-        ~Reader() = default;
+        ~Reader() { m_lock.signal(); }
 
         const std::deque<Item>& operator*() const noexcept { return m_items; }
         const std::deque<Item>* operator->() const noexcept { return &m_items; }
 
     private:
-        const CriticalSection<Semaphore> m_section;
+        Semaphore& m_lock;
         const std::deque<Item>& m_items;
     };
 
-    [[nodiscard]] Reader read() { return Reader(*this); }
+    /// The items as they are in memory.
+    [[nodiscard]] Reader read() {
+        return Reader(
+            *this, [] { return false; }, [] { return false; });
+    }
 
 private:
     friend class ListTransaction;

@@ -4,6 +4,7 @@
 
 #include "platform/sync/CriticalSection.h"
 #include "src/JournalService/base/Log.h"
+#include "src/JournalService/lists/ListSourceIfc.h"
 
 namespace journal {
 
@@ -21,6 +22,20 @@ void JournalContacts::swap(std::vector<Contact>& contacts) {
 void JournalContacts::clear() {
     const CriticalSection<Semaphore> section(m_contactLock);
     m_contacts.clear();
+}
+
+bool JournalLists::loadToRead() {
+    if (m_isUnloaded) {
+        const CriticalSection<NestableSemaphore> change(m_changeLock);
+        ensureLoaded();
+    }
+    return !m_isUnloaded;
+}
+
+void JournalLists::ensureLoaded() {
+    if (m_source != nullptr && !m_isLoading && (m_isUnloaded || !m_source->hasLoaded())) {
+        m_source->load();
+    }
 }
 
 unsigned JournalLists::getUnviewedMissedCallsCount(const std::deque<MissedCallItem>& missed) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <string>
 #include <tuple>
@@ -55,10 +56,17 @@ public:
     /// lists are complete as they are. Call before any other thread uses the lists.
     void setSource(ListSourceIfc& source) noexcept { m_source = &source; }
 
-    /// The items of one list, locked for the scope of the result.
+    /// From here on the lists are loaded at first need, see `ListTransaction`. Call before any other thread
+    /// uses the lists.
+    void loadAtFirstNeed() noexcept { m_loadsAtFirstNeed = m_isUnloaded = true; }
+    [[nodiscard]] bool isUnloaded() const noexcept { return m_isUnloaded; }
+
+    /// The items of one list, locked for the scope of the result. Loads the lists if they are unloaded.
     template <typename Item>
     [[nodiscard]] typename JournalList<Item>::Reader read() {
-        return std::get<JournalList<Item>>(m_lists).read();
+        return typename JournalList<Item>::Reader(
+            std::get<JournalList<Item>>(m_lists), [this] { return isUnloaded(); },
+            [this] { return loadToRead(); });
     }
     /// A copy of the newest item, or a default item when the list is empty.
     template <typename Item>
@@ -71,20 +79,32 @@ public:
     [[nodiscard]] static unsigned getUnviewedMissedCallsCount(const std::deque<MissedCallItem>& missed);
 
     [[nodiscard]] JournalContacts& contacts() noexcept { return m_contacts; }
+    /// Loads the lists, and the contacts with them, if they are unloaded. False if they are so afterwards.
+    bool loadToRead();
 
 private:
     friend class ListTransaction;
 
+    /// Loads the lists if they were never loaded, or are unloaded. Has no effect inside a load. Requires: the
+    /// caller has the change lock.
+    void ensureLoaded();
+
     ListPersistence& m_persistence;
     const CallLogRequests& m_requests;
     ObserverNotifierIfc& m_notifier;
-    // Constant after setSource.
+    // Constant after setSource and loadAtFirstNeed.
     ListSourceIfc* m_source = nullptr;
+    bool m_loadsAtFirstNeed = false;
 
     NestableSemaphore m_changeLock;
     // Guarded by m_changeLock.
     UnloadedEntries m_unloadedEntries;
     EntryIdRecord m_entryIds;
+    bool m_isLoading = false;
+    bool m_isIncomplete = false;
+
+    // Changed with m_changeLock, before a list is emptied and after all are filled.
+    std::atomic<bool> m_isUnloaded{false};
 
     // Each list is guarded by its own lock.
     ForEachList<JournalList> m_lists;

@@ -38,10 +38,16 @@ struct NormalizeNames<ForwardedCallItem> {
 
 void ListLoader::load() {
     ListTransaction transaction(m_lists);
+    ListTransaction::Load load(transaction);
     if (!transaction.retryRejected()) {
         LOG_JOURNAL(2, "The database refuses entries, so the lists are not loaded and stay as they are");
         return;
     }
+    loadAll();
+    load.finish();
+}
+
+void ListLoader::loadAll() {
     if (m_loadCallLists) {
         m_loadCallLists();
     } else {
@@ -74,6 +80,8 @@ void ListLoader::readList(const std::string& request, const char* operation, Pro
     if (response != Helper::FAILED) {
         LOG_JOURNAL(6, "response from %s:%s\n", operation, response.c_str());
         (this->*process)(response);
+    } else {
+        ListTransaction(m_lists).setIncomplete();
     }
 }
 
@@ -102,6 +110,8 @@ void ListLoader::readCallBackList() {
         std::deque<CallBackItem> items;
         ListXml<CallBackItem>::kParse(response, items);
         replaceList(std::move(items));
+    } else {
+        ListTransaction(m_lists).setIncomplete();
     }
 }
 

@@ -71,6 +71,7 @@ private:
     void populateFromXml(const std::string& xml);
     template <typename Item>
     void normalize(std::deque<Item>& list);
+    void loadAll();
     void readCallBackList();
 
     const PhoneSettings& m_settings;

@@ -7,10 +7,44 @@
 
 namespace journal {
 
-void ListTransaction::ensureLoaded() {
-    if (m_lists.m_source != nullptr && !m_lists.m_source->hasLoaded()) {
-        m_lists.m_source->load();
+ListTransaction::Load::Load(ListTransaction& transaction) : m_lists(transaction.m_lists) {
+    m_lists.m_isLoading = true;
+    m_lists.m_isIncomplete = false;
+}
+
+void ListTransaction::Load::finish() {
+    if (!m_lists.m_isIncomplete) {
+        m_lists.m_isUnloaded = false;
     }
+}
+
+template <typename Item>
+void ListTransaction::emptyList() {
+    std::deque<Item>().swap(lock<Item>());
+    close();
+}
+
+bool ListTransaction::unload() {
+    if (!m_lists.m_loadsAtFirstNeed) {
+        return false;
+    }
+    if (m_lists.isUnloaded()) {
+        return true;
+    }
+    if (!retryRejected()) {
+        return false;
+    }
+    m_lists.m_isUnloaded = true;
+    // Opens the lists as they are.
+    const Load load(*this);
+    emptyList<MissedCallItem>();
+    emptyList<DialledCallItem>();
+    emptyList<ReceivedCallItem>();
+    emptyList<ForwardedCallItem>();
+    emptyList<CallBackItem>();
+    m_lists.contacts().clear();
+    setLoaded(true);
+    return true;
 }
 
 template <typename Item>

@@ -25,7 +25,8 @@ namespace journal {
 ///     receive them in the order in which they happened, and the last count that they receive is the right
 ///     one.
 ///  2. `openLoaded` loads the lists unless they were loaded before: a change must find the entry that a
-///     party has in the database.
+///     party has in the database. Lists that were unloaded are loaded by each operation that reads or opens
+///     one.
 ///  3. It and `open` restore an entry that matches and is not loaded, lock the list and return its items. The
 ///     caller finds and changes what it is about.
 ///  4. `write`, `remove` and the other operations on open items carry the change to the database at once,
@@ -55,6 +56,26 @@ public:
         m_lists.m_unloadedEntries.setLoaded(mayHaveMore);
         m_lists.m_entryIds.forget();
     }
+    void ensureLoaded() { m_lists.ensureLoaded(); }
+    /// For its scope, the thread of the transaction reads and opens the lists as they are in memory.
+    class Load {
+    public:
+        explicit Load(ListTransaction& transaction);
+        Load(const Load&) = delete;
+        Load& operator=(const Load&) = delete;
+        ~Load() { m_lists.m_isLoading = false; }
+        /// The lists are loaded, unless a read has failed: then lists that were unloaded stay so, and the
+        /// next operation that needs them tries again.
+        void finish();
+
+    private:
+        JournalLists& m_lists;
+    };
+    /// A read of the load has failed.
+    void setIncomplete() { m_lists.m_isIncomplete = true; }
+    /// Empties the lists and the contacts in memory. Returns false if they are not loaded at first need, or
+    /// have an item that the database has rejected; they are kept then.
+    [[nodiscard]] bool unload();
     /// Retries the deletions and the writes that the database rejected. Returns false if the database still
     /// rejects an item.
     [[nodiscard]] bool retryRejected();
@@ -166,7 +187,8 @@ private:
         void operator()(Semaphore* lock) const noexcept { lock->signal(); }
     };
 
-    void ensureLoaded();
+    template <typename Item>
+    void emptyList();
     template <typename Item>
     [[nodiscard]] JournalList<Item>& list() noexcept {
         return std::get<JournalList<Item>>(m_lists.m_lists);
@@ -209,6 +231,9 @@ template <typename Item>
 JournalList<Item>& ListTransaction::lockToFind() {
     JournalList<Item>& opened = list<Item>();
     close();
+    if (m_lists.isUnloaded()) {
+        ensureLoaded();
+    }
     opened.m_lock.wait();
     m_openList.reset(&opened.m_lock);
     return opened;

@@ -9,7 +9,8 @@ class JournalLists;
 class ListLoader;
 
 /// Subscribes and unsubscribes observers. The first subscription loads the lists; in a variant with its own
-/// load method, every subscription does. Any thread may call, but not from inside an observer callback.
+/// load method, every subscription does. If the lists are loaded at first need, the first one
+/// leaves them unloaded. Any thread may call, but not from inside an observer callback.
 class Subscription {
 public:
     /// All references are borrowed and outlive this object.
@@ -23,6 +24,9 @@ private:
     JournalLists& m_lists;
     ListLoader& m_loader;
     ObserverNotifierIfc& m_notifier;
+
+    // Guarded by the change lock of the lists.
+    bool m_hasSubscribed = false;
 };
 
 }  // namespace journal

@@ -8,6 +8,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/database/Database.h"
@@ -15,6 +16,7 @@
 #include "host/framework/WorkerPool.h"
 #include "host/switch/scenario/ScenarioParser.h"
 #include "host/switch/server/SwitchSimulator.h"
+#include "journalservice/JournalListMemoryIfc.h"
 #include "journalservice/JournalServiceObserverSubscriptionIfc.h"
 #include "platform/csta/CSTADevice.h"
 #include "platform/csta/CSTAEventIfc.h"
@@ -36,7 +38,10 @@ using ::testing::ElementsAre;
 using LifeCycle = std::vector<std::string>;
 
 /// A service that uses the switch and its timers, and subscribes its observer, like the journal.
-class SmallJournal final : public Service, public CSTAEventIfc, public JournalServiceObserverSubscriptionIfc {
+class SmallJournal final : public Service,
+                           public CSTAEventIfc,
+                           public JournalServiceObserverSubscriptionIfc,
+                           public JournalListMemoryIfc {
 public:
     SmallJournal(LifeCycle& lifeCycle, std::atomic<int>& events) : m_lifeCycle(lifeCycle), m_events(events) {}
     ~SmallJournal() override { m_lifeCycle.emplace_back("destroyed"); }
@@ -65,6 +70,13 @@ public:
         m_context->startTimer(id);
     }
     void deliverEvent(CSTAEvent*) override { ++m_events; }
+
+    void loadListsAtFirstNeed() override { m_lifeCycle.emplace_back("at first need"); }
+    bool unloadLists() override {
+        m_lifeCycle.emplace_back("unloaded");
+        return true;
+    }
+    [[nodiscard]] bool areListsLoaded() const noexcept override { return true; }
 
     /// Delivers the contents of a list first, which are no change to log.
     bool subscribeForJournalEvents(JournalServiceObserverIfc* observer) override {
@@ -142,6 +154,32 @@ TEST_F(LineTest, DestroysAJournalThatIsNeverStartedOrFailsToStart) {
     EXPECT_THAT(m_lifeCycle, ElementsAre("destroyed"));
     Line line(m_settings, std::make_unique<BrokenJournal>(), m_database, m_liveCalls, m_pool, m_timerSource);
     EXPECT_THROW(line.start(), std::runtime_error);
+}
+
+TEST_F(LineTest, FreesTheListsOfAnIdleLineOnly) {
+    m_settings.loadsListsAtFirstNeed = true;
+    m_line = std::make_unique<Line>(m_settings, std::make_unique<SmallJournal>(m_lifeCycle, m_events),
+                                    m_database, m_liveCalls, m_pool, m_timerSource);
+    m_lifeCycle.clear();
+    m_line->setStatusListener([this](CstaLink::Status status) {
+        m_monitoring = status.monitoring;
+        m_monitoring.notify_all();
+    });
+    std::promise<void> ended;
+    m_line->setEventListener([&ended](std::string_view name) {
+        if (name == "ConnectionClearedEvent") {
+            ended.set_value();
+        }
+    });
+    m_line->start();
+    m_line->unloadLists(std::chrono::hours(1));
+    m_monitoring.wait(false);
+    m_switch.run(parseScenario("call c from 4711 ; ring c ; giveup c\n"));
+    ended.get_future().wait();
+    m_line->unloadLists(std::chrono::hours(1));
+    m_line->stop();
+    EXPECT_THAT(m_lifeCycle, ElementsAre("init", "at first need", "subscribed", "unloaded", "unsubscribed",
+                                         "shutdown", "destroyed"));
 }
 
 // With constant calls and timers, anything that came after the end would call a destroyed journal.
