@@ -43,7 +43,7 @@ void waitReadable(int descriptor, const char* purpose) {
 LoadSwitch::LoadSwitch()
     : m_listener(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")),
       m_responses({.edition = "ed4", .ownDevice = kDevice}, m_monitors, m_callLogs,
-                  [] { return std::vector<host::LiveCall>(); }) {
+                  [](const std::string& /*device*/) { return std::vector<host::LiveCall>(); }) {
     sockaddr_in address = loopback();
     socklen_t size = sizeof address;
     checked(::bind(m_listener.get(), reinterpret_cast<const sockaddr*>(&address), size), "bind");

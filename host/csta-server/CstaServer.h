@@ -56,7 +56,8 @@ public:
     using Reply = std::function<void(const std::string& xml)>;
 
     struct Handlers {
-        std::function<std::vector<LiveCall>()> liveCalls;
+        /// Returns at least the live calls in which the device takes part.
+        std::function<std::vector<LiveCall>(const std::string& device)> liveCalls;
         /// A client has started a monitor. May be empty.
         std::function<void()> monitorStarted{};
         /// Handles a request of the owner's own services, and calls `reply` once, now or later; false leaves

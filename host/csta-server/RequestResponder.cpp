@@ -19,7 +19,7 @@ struct RequestResponder::Row {
 };
 
 RequestResponder::RequestResponder(Settings settings, SwitchMonitors& monitors, CallLogStore& callLogs,
-                                   std::function<std::vector<LiveCall>()> liveCalls)
+                                   std::function<std::vector<LiveCall>(const std::string&)> liveCalls)
     : m_nameSpace(cstaNameSpace(settings.edition)),
       m_ownDevice(std::move(settings.ownDevice)),
       m_hasOnlyOwnDevice(settings.hasOnlyOwnDevice),
@@ -161,11 +161,12 @@ RequestResponder::Outcome RequestResponder::escape(const WireDocument& request, 
 }
 
 RequestResponder::Outcome RequestResponder::snapshotDevice(const WireDocument& request, int /*client*/) {
-    const std::string device = firstText(childNamed(request.root(), "snapshotObject"));
+    std::string device = firstText(childNamed(request.root(), "snapshotObject"));
     if (!hasDevice(device)) {
         return {error("operation", "invalidDeviceID")};
     }
-    return {writeDeviceSnapshot(m_nameSpace, device.empty() ? m_ownDevice : device, m_liveCalls())};
+    device = device.empty() ? m_ownDevice : device;
+    return {writeDeviceSnapshot(m_nameSpace, device, m_liveCalls(device))};
 }
 
 RequestResponder::Outcome RequestResponder::snapshotCall(const WireDocument& request, int /*client*/) {
@@ -173,7 +174,8 @@ RequestResponder::Outcome RequestResponder::snapshotCall(const WireDocument& req
     if (!hasDevice(connection.deviceId)) {
         return {error("operation", "invalidDeviceID")};
     }
-    for (const LiveCall& call : m_liveCalls()) {
+    const std::string& device = connection.deviceId.empty() ? m_ownDevice : connection.deviceId;
+    for (const LiveCall& call : m_liveCalls(device)) {
         if (call.callId == connection.callId) {
             return {writeCallSnapshot(m_nameSpace, call)};
         }

@@ -27,9 +27,10 @@ public:
         bool hasOnlyOwnDevice = false;
     };
 
-    /// `monitors` and `callLogs` must outlive the object. `liveCalls` returns the live calls of the switch.
+    /// `monitors` and `callLogs` must outlive the object. `liveCalls` returns at least the live calls of a
+    /// device.
     RequestResponder(Settings settings, SwitchMonitors& monitors, CallLogStore& callLogs,
-                     std::function<std::vector<LiveCall>()> liveCalls);
+                     std::function<std::vector<LiveCall>(const std::string&)> liveCalls);
 
     struct Outcome {
         /// `std::nullopt` for messages that require no response.
@@ -88,7 +89,7 @@ private:
     const bool m_hasOnlyOwnDevice;
     SwitchMonitors& m_monitors;
     CallLogStore& m_callLogs;
-    const std::function<std::vector<LiveCall>()> m_liveCalls;
+    const std::function<std::vector<LiveCall>(const std::string&)> m_liveCalls;
     std::string m_status = "normal";
     int m_registrations = 0;
     int m_sessions = 0;

@@ -128,7 +128,7 @@ private:
                                   .hasOnlyOwnDevice = true},
                 m_callLogs,
                 CstaServer::Handlers{
-                    .liveCalls = [this] { return m_calls.live(); },
+                    .liveCalls = [this](const std::string& /*device*/) { return m_calls.live(); },
                     .service = [this](const WireDocument& request,
                                       const CstaServer::Reply& reply) { return serve(request, reply); }});
             m_port = m_server->port();

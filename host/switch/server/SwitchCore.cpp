@@ -27,7 +27,7 @@ SwitchCore::SwitchCore(const SwitchOptions& options, CallLogStore& callLogs)
       m_work(m_io.get_executor()),
       m_server(
           m_io, serverOptions(options), callLogs,
-          {.liveCalls = [this] { return liveCalls(); },
+          {.liveCalls = [this](const std::string& device) { return liveCalls(device); },
            .monitorStarted = [this] { monitorStarted(); },
            .service = [this](const WireDocument& request,
                              const CstaServer::Reply& reply) { return m_ordered.handle(request, reply); }}),
@@ -99,13 +99,13 @@ void SwitchCore::close() {
     m_work.reset();
 }
 
-std::vector<LiveCall> SwitchCore::liveCalls() const {
+std::vector<LiveCall> SwitchCore::liveCalls(const std::string& device) const {
     std::vector<LiveCall> calls;
     for (const std::unique_ptr<ScenarioPlayer>& player : m_players) {
         player->addLiveCalls(calls);
     }
     for (const std::unique_ptr<TrafficPlayer>& traffic : m_traffic) {
-        traffic->addLiveCalls(calls);
+        traffic->addLiveCalls(device, calls);
     }
     m_ordered.addLiveCalls(calls);
     return calls;

@@ -35,7 +35,7 @@ public:
     void close();
 
 private:
-    [[nodiscard]] std::vector<LiveCall> liveCalls() const;
+    [[nodiscard]] std::vector<LiveCall> liveCalls(const std::string& device) const;
     [[nodiscard]] SwitchCall* findCall(std::string_view callId, std::string_view device);
     void monitorStarted();
     void publish(const SwitchEvent& event);

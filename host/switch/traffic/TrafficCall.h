@@ -39,6 +39,7 @@ public:
     [[nodiscard]] SwitchEvents stopRinging();
     [[nodiscard]] SwitchEvents hangUp();
 
+    [[nodiscard]] const PlannedCall& plan() const noexcept { return m_plan; }
     [[nodiscard]] bool isOver() const;
     /// The part that ends with this event of the call, if it is one of a device of the traffic.
     [[nodiscard]] std::optional<TrafficPart> endedPart(const SwitchEvent& event) const;

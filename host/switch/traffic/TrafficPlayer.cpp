@@ -4,7 +4,19 @@
 #include <system_error>
 #include <utility>
 
+#include "host/csta-wire/DeviceText.h"
+
 namespace host {
+
+namespace {
+
+std::vector<std::string> partiesOf(const PlannedCall& plan) {
+    std::vector<std::string> parties = plan.called;
+    parties.push_back(plan.caller);
+    return parties;
+}
+
+}  // namespace
 
 TrafficPlayer::TrafficPlayer(asio::io_context& io, TrafficOptions options, Handlers handlers)
     : m_options(std::move(options)), m_handlers(std::move(handlers)), m_plan(m_options), m_timer(io) {}
@@ -29,7 +41,7 @@ void TrafficPlayer::published(const SwitchEvent& event) {
     if (live == m_calls.end()) {
         return;
     }
-    if (const std::optional<TrafficPart> part = live->second.call.endedPart(event)) {
+    if (const std::optional<TrafficPart> part = live->second.endedPart(event)) {
         m_handlers.ended(event.callId, *part);
     }
 }
@@ -42,19 +54,21 @@ void TrafficPlayer::stop() {
 SwitchCall* TrafficPlayer::find(std::string_view callId, std::string_view device) {
     if (!callId.empty()) {
         const auto live = m_calls.find(std::string(callId));
-        return live == m_calls.end() ? nullptr : live->second.call.find(device);
+        return live == m_calls.end() ? nullptr : live->second.find(device);
     }
-    for (auto& [id, live] : m_calls) {
-        if (SwitchCall* const call = live.call.find(device)) {
+    const auto [first, last] = m_callsOf.equal_range(comparableNumber(device));
+    for (auto each = first; each != last; ++each) {
+        if (SwitchCall* const call = m_calls.at(each->second).find(device)) {
             return call;
         }
     }
     return nullptr;
 }
 
-void TrafficPlayer::addLiveCalls(std::vector<LiveCall>& calls) const {
-    for (const auto& [id, live] : m_calls) {
-        live.call.addLiveCalls(calls);
+void TrafficPlayer::addLiveCalls(const std::string& device, std::vector<LiveCall>& calls) const {
+    const auto [first, last] = m_callsOf.equal_range(comparableNumber(device));
+    for (auto each = first; each != last; ++each) {
+        m_calls.at(each->second).addLiveCalls(calls);
     }
 }
 
@@ -100,24 +114,37 @@ bool TrafficPlayer::playNext() {
 
 void TrafficPlayer::begin(const PlannedCall& plan) {
     const std::string callId = m_handlers.newCallId();
-    Live& live = m_calls.emplace(callId, Live{TrafficCall(callId, plan), plan.talking}).first->second;
+    TrafficCall& call = m_calls.emplace(callId, TrafficCall(callId, plan)).first->second;
+    for (const std::string& party : partiesOf(plan)) {
+        m_callsOf.emplace(party, callId);
+    }
     m_handlers.begun();
-    publish(live.call.begin());
+    publish(call.begin());
     m_due.push({m_start + plan.begin + plan.ringing, callId, Step::eStopRinging});
 }
 
 void TrafficPlayer::perform(const Due& due) {
-    Live& live = m_calls.at(due.callId);
+    TrafficCall& call = m_calls.at(due.callId);
     if (due.step == Step::eStopRinging) {
-        publish(live.call.stopRinging());
-        if (!live.call.isOver()) {
-            m_due.push({due.when + live.talking, due.callId, Step::eHangUp});
+        publish(call.stopRinging());
+        if (!call.isOver()) {
+            m_due.push({due.when + call.plan().talking, due.callId, Step::eHangUp});
             return;
         }
     } else {
-        publish(live.call.hangUp());
+        publish(call.hangUp());
     }
-    m_calls.erase(due.callId);
+    remove(due.callId);
+}
+
+void TrafficPlayer::remove(const std::string& callId) {
+    const auto call = m_calls.find(callId);
+    for (const std::string& party : partiesOf(call->second.plan())) {
+        const auto [first, last] = m_callsOf.equal_range(party);
+        m_callsOf.erase(
+            std::find_if(first, last, [&callId](const auto& each) { return each.second == callId; }));
+    }
+    m_calls.erase(call);
 }
 
 void TrafficPlayer::publish(const SwitchEvents& events) {

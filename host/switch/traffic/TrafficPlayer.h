@@ -45,7 +45,7 @@ public:
     void stop();
     /// The live call with that id in which the device takes part, or null. An empty id stands for any call.
     [[nodiscard]] SwitchCall* find(std::string_view callId, std::string_view device);
-    void addLiveCalls(std::vector<LiveCall>& calls) const;
+    void addLiveCalls(const std::string& device, std::vector<LiveCall>& calls) const;
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -59,11 +59,6 @@ private:
         [[nodiscard]] bool operator>(const Due& other) const { return when > other.when; }
     };
 
-    struct Live {
-        TrafficCall call;
-        std::chrono::microseconds talking{0};
-    };
-
     // Yields to the other work of the thread after this number of steps.
     static constexpr std::size_t kStepsAtOnce = 64;
 
@@ -72,6 +67,7 @@ private:
     void begin(const PlannedCall& plan);
     void perform(const Due& due);
     void publish(const SwitchEvents& events);
+    void remove(const std::string& callId);
 
     const TrafficOptions m_options;
     const Handlers m_handlers;
@@ -84,7 +80,9 @@ private:
     Clock::time_point m_start;
     std::optional<PlannedCall> m_next;
     std::priority_queue<Due, std::vector<Due>, std::greater<>> m_due;
-    std::unordered_map<std::string, Live> m_calls;
+    std::unordered_map<std::string, TrafficCall> m_calls;
+    /// Their ids by the numbers of their parties.
+    std::unordered_multimap<std::string, std::string> m_callsOf;
 };
 
 }  // namespace host
