@@ -31,6 +31,7 @@ foreach(folder IN ITEMS platform journal-items)
 endforeach()
 install(FILES
         include/journalservice/ContactGetterIfc.h
+        include/journalservice/JournalListMemoryIfc.h
         include/journalservice/JournalServiceIfc.h
         include/journalservice/JournalServiceObserverIfc.h
         include/journalservice/JournalServiceObserverSubscriptionIfc.h

@@ -19,7 +19,8 @@ ORDER BY call_item.sort_key DESC, call_item.entry_id DESC, call_item.id DESC
 )sql";
 
 constexpr const char* kByName =
-    "SELECT id FROM contact WHERE line = ? ORDER BY surname COLLATE NOCASE, first_name COLLATE NOCASE, id";
+    "SELECT id FROM contact WHERE line IN (?, '') ORDER BY surname COLLATE NOCASE, first_name COLLATE "
+    "NOCASE, id";
 
 }  // namespace
 

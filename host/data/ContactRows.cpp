@@ -24,13 +24,15 @@ WHERE line = ? AND id = ?
 constexpr const char* kFind = R"sql(
 SELECT id, surname, first_name, office, mobile, private, office2, default_number, email, group_name, company,
     address, address2, job_function, picture, voice_dial, external_id, source
-FROM contact WHERE line = ? AND id = ?
+FROM contact WHERE line IN (?, '') AND id = ?
 )sql";
 
+// Two walks along the index of names that are merged; with OR it would be a sort.
 constexpr const char* kList = R"sql(
 SELECT id, surname, first_name, office, mobile, private, office2, default_number, email, group_name, company,
     address, address2, job_function, picture, voice_dial, external_id, source
-FROM contact WHERE line = ? ORDER BY surname COLLATE NOCASE, first_name COLLATE NOCASE, id LIMIT ? OFFSET ?
+FROM (SELECT * FROM contact WHERE line = ?1 UNION ALL SELECT * FROM contact WHERE line = '' AND ?1 <> '')
+ORDER BY surname COLLATE NOCASE, first_name COLLATE NOCASE, id LIMIT ?2 OFFSET ?3
 )sql";
 
 constexpr const char* kFindExternal = R"sql(
@@ -56,6 +58,14 @@ WHERE line = ?1 AND surname = ?2 COLLATE NOCASE AND first_name = ?3 COLLATE NOCA
 ORDER BY id LIMIT 1
 )sql";
 
+// As kLookUpSql.
+constexpr const char* kLookUpOwn = R"sql(
+SELECT contact.id, contact_number.position FROM contact_number
+    JOIN contact ON contact.id = contact_number.contact
+WHERE contact_number.line = ? AND contact_number.number = ?
+ORDER BY contact.source = 0, contact.source, contact.id, contact_number.position LIMIT 1
+)sql";
+
 void bindFields(Query& query, const Contact& contact) {
     query.bind(contact.getSurname())
         .bind(contact.getFirstname())
@@ -70,12 +80,12 @@ void bindFields(Query& query, const Contact& contact) {
 
 }  // namespace
 
-// A contact of unknown source (0) comes last.
+// An own contact comes first, one of unknown source (0) last.
 const char* const ContactRows::kLookUpSql = R"sql(
 SELECT contact.id, contact_number.position FROM contact_number
     JOIN contact ON contact.id = contact_number.contact
-WHERE contact_number.line = ? AND contact_number.number = ?
-ORDER BY contact.source = 0, contact.source, contact.id, contact_number.position LIMIT 1
+WHERE contact_number.line IN (?, '') AND contact_number.number = ?
+ORDER BY contact.line = '', contact.source = 0, contact.source, contact.id, contact_number.position LIMIT 1
 )sql";
 
 std::int64_t ContactRows::insert(const Contact& contact) {
@@ -103,13 +113,26 @@ bool ContactRows::remove(std::int64_t id) {
 
 std::optional<ContactRows::Match> ContactRows::lookUp(const std::string& number) {
     Query query = m_session.query(kLookUpSql);
-    if (!query.bind(m_line).bind(number).next()) {
+    return matchOf(query.bind(m_line).bind(number));
+}
+
+std::optional<ContactRows::Match> ContactRows::lookUpOwn(const std::string& number) {
+    Query query = m_session.query(kLookUpOwn);
+    return matchOf(query.bind(m_line).bind(number));
+}
+
+std::optional<ContactRows::Match> ContactRows::matchOf(Query& query) {
+    if (!query.next()) {
         return std::nullopt;
     }
     Match match;
     match.id = query.number();
     match.position = query.smallNumber();
     return match;
+}
+
+bool ContactRows::isShared(std::int64_t id) {
+    return m_session.query("SELECT 1 FROM contact WHERE line = '' AND id = ?").bind(id).next();
 }
 
 std::optional<Contact> ContactRows::find(std::int64_t id) {
@@ -159,7 +182,7 @@ std::vector<Contact> ContactRows::list(std::int64_t offset, std::int64_t limit) 
 }
 
 std::int64_t ContactRows::count() {
-    Query query = m_session.query("SELECT count(*) FROM contact WHERE line = ?");
+    Query query = m_session.query("SELECT count(*) FROM contact WHERE line IN (?, '')");
     return query.bind(m_line).next() ? query.number() : 0;
 }
 

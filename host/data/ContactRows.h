@@ -34,22 +34,27 @@ public:
 
     /// Returns the new row's id.
     std::int64_t insert(const Contact& contact);
-    /// Returns false if there is no such row.
+    /// Of the line's own contacts. Returns false if there is no such row.
     [[nodiscard]] bool update(std::int64_t id, const Contact& contact);
     [[nodiscard]] bool remove(std::int64_t id);
 
-    /// The best contact with that number. Requires: the number is in its indexed form (`indexed`).
+    /// The best contact with that number: an own one before a shared one. Requires: the number is in its
+    /// indexed form (`indexed`).
     [[nodiscard]] std::optional<Match> lookUp(const std::string& number);
+    /// The best own one.
+    [[nodiscard]] std::optional<Match> lookUpOwn(const std::string& number);
+    [[nodiscard]] bool isShared(std::int64_t id);
+    /// An own contact or a shared one.
     [[nodiscard]] std::optional<Contact> find(std::int64_t id);
-    /// The numbers of all contacts, in their indexed form.
+    /// The numbers of all own contacts, in their indexed form.
     [[nodiscard]] std::vector<std::string> allNumbers();
-    /// The oldest contact with that id in the directory of its origin.
+    /// The oldest own contact with that id in the directory of its origin.
     [[nodiscard]] std::optional<Contact> findExternal(const std::string& externalId);
-    /// The oldest contact with the same names and the same first number (without one, if this contact has
+    /// The oldest own contact with the same names and the same first number (without one, if this contact has
     /// none); `ownOnly`: only those without an external id.
     [[nodiscard]] std::optional<Contact> findAlike(const Contact& contact, bool ownOnly);
 
-    /// In the order of surname, first name and age.
+    /// The own and the shared contacts, in the order of surname, first name and age.
     [[nodiscard]] std::vector<Contact> list(std::int64_t offset, std::int64_t limit);
     [[nodiscard]] std::int64_t count();
 
@@ -68,6 +73,7 @@ private:
 
     void index(std::int64_t id, const Numbers& numbers);
     void insertNumbers(std::int64_t id, const Numbers& numbers);
+    [[nodiscard]] static std::optional<Match> matchOf(Query& query);
     /// Reads the contact whose id is the next column.
     std::optional<Contact> contactNamedBy(Query& query);
     [[nodiscard]] static Contact contactFrom(Query& row);

@@ -43,8 +43,12 @@ void fillIn(Contact& contact, const Contact& known) {
 }  // namespace
 
 Phonebook::Phonebook(Database& database, DigitAnalysisServiceIfc& digits, std::string line,
-                     std::chrono::milliseconds interval)
-    : m_database(database), m_digits(digits), m_line(std::move(line)), m_interval(interval) {}
+                     std::chrono::milliseconds interval, Phonebook* shared)
+    : m_database(database),
+      m_digits(digits),
+      m_line(std::move(line)),
+      m_interval(interval),
+      m_shared(shared) {}
 
 bool Phonebook::lookUpContact(Contact& contact) {
     return lookUp(contact).value_or(false);
@@ -64,7 +68,7 @@ std::optional<bool> Phonebook::lookUp(Contact& contact) {
         return std::nullopt;
     }
     if (!found) {
-        return false;
+        return m_shared == nullptr ? std::optional(false) : m_shared->lookUp(contact);
     }
     Contact result = *found;
     result.setSearchNumber(contact.getSearchNumber());
@@ -96,7 +100,7 @@ bool Phonebook::read(const std::string& number, KnownNumbers::ContactPtr& found)
         if (!m_known.isLoaded()) {
             m_known.load(version, rows.allNumbers());
         }
-        if (const auto match = rows.lookUp(number)) {
+        if (const auto match = rows.lookUpOwn(number)) {
             if (std::optional<Contact> contact = rows.find(match->id)) {
                 contact->setMatchedKindCode(static_cast<std::int32_t>(matchedKindAt(match->position)));
                 found = std::make_shared<const Contact>(*std::move(contact));
@@ -108,14 +112,7 @@ bool Phonebook::read(const std::string& number, KnownNumbers::ContactPtr& found)
 
 bool Phonebook::change(const char* what, const Contact* changed, const Database::Work& work) {
     const bool done = m_database.write(what, work);
-    if (changed == nullptr) {
-        m_known.clear();
-    } else {
-        std::array<std::string, 4> numbers = ContactRows::numbersOf(*changed);
-        std::for_each(numbers.begin(), numbers.end(),
-                      [this](std::string& number) { m_digits.normalise(number); });
-        m_known.change({numbers.begin(), numbers.end()});
-    }
+    noteChange(changed);
     if (done) {
         // The former fields leave no bytes in the log.
         m_database.truncateLog();
@@ -126,7 +123,21 @@ bool Phonebook::change(const char* what, const Contact* changed, const Database:
     return done;
 }
 
-std::optional<std::string> Phonebook::add(const Contact& contact) {
+void Phonebook::noteChange(const Contact* changed) {
+    if (changed == nullptr) {
+        m_known.clear();
+        return;
+    }
+    std::array<std::string, 4> numbers = ContactRows::numbersOf(*changed);
+    std::for_each(numbers.begin(), numbers.end(),
+                  [this](std::string& number) { m_digits.normalise(number); });
+    m_known.change({numbers.begin(), numbers.end()});
+}
+
+std::optional<std::string> Phonebook::add(const Contact& contact, Owner owner) {
+    if (owner == Owner::eAll && m_shared != nullptr) {
+        return m_shared->add(contact);
+    }
     std::int64_t id = 0;
     const bool done = change("adding a contact", &contact, [&](Database::Session& session) {
         id = ContactRows(session, m_line, &m_digits).insert(contact);
@@ -143,26 +154,44 @@ bool Phonebook::add(const std::vector<Contact>& contacts) {
     });
 }
 
-std::optional<ImportCounts> Phonebook::import(const std::vector<Contact>& contacts) {
+std::optional<ImportCounts> Phonebook::import(const std::vector<Contact>& contacts, Owner owner) {
+    const bool forAll = owner == Owner::eAll && m_shared != nullptr;
     ImportCounts counts;
     const bool done = change("importing contacts", nullptr, [&](Database::Session& session) {
-        ContactRows rows(session, m_line, &m_digits);
+        ContactRows own(session, m_line, &m_digits);
+        ContactRows shared(session, forAll ? m_shared->m_line : m_line, &m_digits);
         for (const Contact& contact : contacts) {
-            switch (importOne(rows, contact)) {
+            switch (forAll ? importOne({&own, &shared}, contact) : importOne({&own}, contact)) {
                 case Imported::eAdded: ++counts.added; break;
                 case Imported::eChanged: ++counts.changed; break;
                 case Imported::eUnchanged: ++counts.unchanged; break;
             }
         }
     });
+    if (forAll) {
+        m_shared->noteChange(nullptr);
+        if (done && m_shared->m_changeListener) {
+            m_shared->m_changeListener();
+        }
+    }
     return done ? std::optional(counts) : std::nullopt;
 }
 
-Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
+Phonebook::Imported Phonebook::importOne(const std::vector<ContactRows*>& places, Contact contact) {
     const bool hasExternalId = !contact.getExternalId().empty();
-    std::optional<Contact> known = hasExternalId ? rows.findExternal(contact.getExternalId()) : std::nullopt;
+    std::optional<Contact> known;
+    ContactRows* rows = places.back();
+    const auto look = [&](auto&& find) {
+        for (auto place = places.begin(); !known && place != places.end(); ++place) {
+            known = find(**place);
+            rows = known ? *place : rows;
+        }
+    };
+    if (hasExternalId) {
+        look([&contact](ContactRows& place) { return place.findExternal(contact.getExternalId()); });
+    }
     if (!known) {
-        known = rows.findAlike(contact, hasExternalId);
+        look([&](ContactRows& place) { return place.findAlike(contact, hasExternalId); });
         if (known) {
             fillIn(contact, *known);
         }
@@ -172,7 +201,7 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
                                        : Contact::eOrderedContactSource::ePersonal);
     }
     if (!known) {
-        rows.insert(contact);
+        rows->insert(contact);
         return Imported::eAdded;
     }
     contact.setUniqueId(known->getUniqueId());
@@ -182,26 +211,46 @@ Phonebook::Imported Phonebook::importOne(ContactRows& rows, Contact contact) {
     if (contact == *known) {
         return Imported::eUnchanged;
     }
-    static_cast<void>(rows.update(rowIdOf(known->getUniqueId()).value_or(0), contact));
+    static_cast<void>(rows->update(rowIdOf(known->getUniqueId()).value_or(0), contact));
     return Imported::eChanged;
 }
 
-bool Phonebook::update(const Contact& contact) {
+bool Phonebook::update(const Contact& contact, Owner owner) {
     bool found = false;
     const bool done = change("changing a contact", &contact, [&](Database::Session& session) {
         found = ContactRows(session, m_line, &m_digits)
                     .update(rowIdOf(contact.getUniqueId()).value_or(0), contact);
     });
+    if (done && !found && owner == Owner::eAll && m_shared != nullptr) {
+        return m_shared->update(contact);
+    }
     return done && found;
 }
 
-bool Phonebook::remove(const std::string& uniqueId) {
+bool Phonebook::remove(const std::string& uniqueId, Owner owner) {
     bool found = false;
     const Contact none;  // no number is added
     const bool done = change("removing a contact", &none, [&](Database::Session& session) {
         found = ContactRows(session, m_line, &m_digits).remove(rowIdOf(uniqueId).value_or(0));
     });
+    if (done && !found && owner == Owner::eAll && m_shared != nullptr) {
+        return m_shared->remove(uniqueId);
+    }
     return done && found;
+}
+
+std::optional<std::set<std::string>> Phonebook::sharedAmong(const std::vector<Contact>& contacts) {
+    std::set<std::string> shared;
+    const bool done = m_database.read("reading contacts", [&](Database::Session& session) {
+        shared.clear();
+        ContactRows rows(session, m_line, &m_digits);
+        for (const Contact& each : contacts) {
+            if (rows.isShared(rowIdOf(each.getUniqueId()).value_or(0))) {
+                shared.insert(each.getUniqueId());
+            }
+        }
+    });
+    return done ? std::optional(std::move(shared)) : std::nullopt;
 }
 
 bool Phonebook::find(const std::string& uniqueId, std::optional<Contact>& contact) {

@@ -20,10 +20,10 @@ constexpr const char* kInNumber = "instr(substr(party.search, instr(party.search
 // The shown contact is the best one of the number (ContactRows::kLookUpSql), so that others do not count.
 constexpr const char* kInContact = R"sql(party.lookup IN (
     SELECT found.number FROM contact JOIN contact_number AS found ON found.contact = contact.id
-    WHERE contact.line = ? AND instr(contact.search, ?) > 0 AND contact.id = (
+    WHERE contact.line IN (?, '') AND instr(contact.search, ?) > 0 AND contact.id = (
         SELECT best.id FROM contact_number AS other JOIN contact AS best ON best.id = other.contact
-        WHERE other.line = found.line AND other.number = found.number
-        ORDER BY best.source = 0, best.source, best.id LIMIT 1)))sql";
+        WHERE other.line IN (?, '') AND other.number = found.number
+        ORDER BY best.line = '', best.source = 0, best.source, best.id LIMIT 1)))sql";
 // Only the missed list has unviewed entries.
 constexpr const char* kUnviewed = R"sql((call.list = 0 AND EXISTS (
     SELECT 1 FROM call_item WHERE call_item.id = call.item AND call_item.viewed = 0)))sql";
@@ -122,6 +122,7 @@ void CallSelection::requireText(const std::string& line, const std::string& text
     require('(' + found + " OR " + kInContact + ')');
     add(line);
     add(search.text());
+    add(line);
 }
 
 void CallSelection::requireTimes(const CallFilter& filter) {

@@ -178,6 +178,7 @@ HttpResponse RequestPipeline::routeOfLine(HttpRequest& request) const {
     if (line == nullptr) {
         throw unknownLine();
     }
+    request.isOfOneLine = !named.empty() || !request.access.line.empty();
     const Router::Route* const found = line->find(request);
     HttpResponse response = carryOut(*line, found, request);
     for (auto& [name, value] : response.headers) {

@@ -11,6 +11,7 @@
 namespace host {
 
 class EventQueue;
+class Phonebook;
 class SwitchLink;
 
 /// The settings from which one line is built. A plain value.
@@ -36,6 +37,8 @@ struct LineSettings {
     /// The journal loads its lists when an operation first needs them, and `Line::unloadLists` frees their
     /// memory.
     bool loadsListsAtFirstNeed = false;
+    /// The contacts of all lines; borrowed, outlives the line. Null: the line has its own ones only.
+    Phonebook* sharedContacts = nullptr;
     /// Gets the events of the line for webhooks; borrowed, outlives the line. Null without a webhook.
     const EventQueue* events = nullptr;
 };

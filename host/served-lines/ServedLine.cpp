@@ -76,6 +76,17 @@ void ServedLine::stop() {
     m_line.stop();
 }
 
+void ServedLine::renameEntries() {
+    std::shared_ptr<HistoryMaintenance> used;
+    {
+        const std::lock_guard lock(m_useMutex);
+        used = use(&m_maintenance);
+    }
+    if (used) {
+        used->rename();
+    }
+}
+
 void ServedLine::unloadLists(std::chrono::milliseconds idle) {
     const std::lock_guard lock(m_useMutex);
     if (!m_isEnding) {
@@ -89,12 +100,12 @@ std::shared_ptr<LineApi> ServedLine::api(const LineApiServer& server) {
         m_api = std::make_unique<LineApi>(backend(), server);
         m_api->start();
     }
-    return use(m_api);
+    return use(m_api.get());
 }
 
 std::shared_ptr<LineApi> ServedLine::usedApi() {
     const std::lock_guard lock(m_useMutex);
-    return use(m_api);
+    return use(m_api.get());
 }
 
 std::shared_ptr<RemoteLine> ServedLine::remote() {
@@ -103,17 +114,17 @@ std::shared_ptr<RemoteLine> ServedLine::remote() {
         m_remote = std::make_unique<RemoteLine>(*m_line.journal(),
                                                 [this] { return m_line.storedLists().unviewed(); });
     }
-    return use(m_remote);
+    return use(m_remote.get());
 }
 
 /// Requires: m_useMutex is held.
 template <typename Part>
-std::shared_ptr<Part> ServedLine::use(const std::unique_ptr<Part>& part) {
-    if (m_isEnding || !part) {
+std::shared_ptr<Part> ServedLine::use(Part* part) {
+    if (m_isEnding || part == nullptr) {
         return nullptr;
     }
     ++m_uses;
-    return {part.get(), [this](Part* /*part*/) {
+    return {part, [this](Part* /*part*/) {
                 const std::lock_guard lock(m_useMutex);
                 if (--m_uses == 0) {
                     m_unused.notify_all();

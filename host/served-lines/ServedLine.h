@@ -90,6 +90,8 @@ public:
     /// `stop` on.
     [[nodiscard]] std::shared_ptr<RemoteLine> remote();
 
+    /// Renames the entries, on the calling thread, as the phonebook is now.
+    void renameEntries();
     /// See `Line::unloadLists`. Does not block.
     void unloadLists(std::chrono::milliseconds idle);
 
@@ -99,7 +101,7 @@ public:
 private:
     /// Counts a use of one of the parts below, which are never replaced.
     template <typename Part>
-    [[nodiscard]] std::shared_ptr<Part> use(const std::unique_ptr<Part>& part);
+    [[nodiscard]] std::shared_ptr<Part> use(Part* part);
     [[nodiscard]] LineBackend backend();
     [[nodiscard]] LineState state() const;
     /// Calls a function with the API if there is one.

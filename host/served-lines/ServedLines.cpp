@@ -13,6 +13,14 @@ namespace host {
 ServedLines::ServedLines(Settings settings, LineSurroundings surroundings)
     : m_settings(std::move(settings)),
       m_surroundings(std::move(surroundings)),
+      m_sharedContacts(m_surroundings.database, m_surroundings.pool, m_settings.lines.front().settings,
+                       [this] {
+                           std::vector<std::shared_ptr<ServedLine>> served;
+                           for (const auto& [device, line] : lines()) {
+                               served.push_back(line);
+                           }
+                           return served;
+                       }),
       m_rows(m_surroundings.database),
       m_idleLists(m_surroundings.pool, m_surroundings.timers,
                   [this](std::chrono::milliseconds idle) { unloadLists(idle); }) {
@@ -49,6 +57,7 @@ ServedLines::~ServedLines() {
 }
 
 void ServedLines::start() {
+    m_sharedContacts.start();
     for (const auto& [device, line] : lines()) {
         line->start();
     }
@@ -81,6 +90,7 @@ void ServedLines::endStreams() {
 void ServedLines::stop() {
     disconnect();
     m_idleLists.stop();
+    m_sharedContacts.stop();
     for (const auto& [device, line] : lines()) {
         line->stop();
     }
@@ -103,6 +113,7 @@ SwitchLink* ServedLines::linkOf(const std::string& switchName) const {
 
 std::shared_ptr<ServedLine> ServedLines::make(Configured line) {
     line.settings.sharedLink = linkOf(line.description.switchName);
+    line.settings.sharedContacts = &m_sharedContacts.phonebook();
     return std::make_shared<ServedLine>(std::move(line.description), std::move(line.settings),
                                         m_surroundings);
 }

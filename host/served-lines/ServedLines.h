@@ -14,6 +14,7 @@
 #include "host/served-lines/IdleLists.h"
 #include "host/served-lines/LineRows.h"
 #include "host/served-lines/ServedLine.h"
+#include "host/served-lines/SharedContacts.h"
 
 namespace host {
 
@@ -109,6 +110,7 @@ private:
 
     const Settings m_settings;
     const LineSurroundings m_surroundings;
+    SharedContacts m_sharedContacts;
     LineRows m_rows;
     std::vector<NamedLink> m_links;
     LineApiServer m_server;

@@ -14,7 +14,7 @@ namespace {
 constexpr std::int64_t kShownCalls = CallItemWithPicture::kMaxOccurrences;
 
 bool hasContacts(Database::Session& session, const std::string& line) {
-    return session.query("SELECT 1 FROM contact WHERE line = ? LIMIT 1").bind(line).next();
+    return session.query("SELECT 1 FROM contact WHERE line IN (?, '') LIMIT 1").bind(line).next();
 }
 
 }  // namespace

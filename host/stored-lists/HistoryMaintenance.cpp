@@ -30,9 +30,14 @@ void HistoryMaintenance::phonebookChanged() {
     if (!m_isRenaming.exchange(true)) {
         m_strand.post([this] {
             m_isRenaming = false;
-            m_names.refresh();
+            rename();
         });
     }
+}
+
+void HistoryMaintenance::rename() {
+    const std::lock_guard lock(m_renameMutex);
+    m_names.refresh();
 }
 
 }  // namespace host

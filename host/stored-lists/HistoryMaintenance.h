@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 #include "host/framework/Strand.h"
 #include "host/framework/TimerSource.h"
@@ -14,7 +15,7 @@ namespace host {
 ///  1. `start` applies the retention, and again every hour.
 ///  2. `phonebookChanged` renames the entries; changes while that runs are followed by one more run.
 ///
-/// Any thread may call `phonebookChanged`; one owner calls the rest.
+/// Any thread may call `phonebookChanged` and `rename`; one owner calls the rest.
 class HistoryMaintenance {
 public:
     /// All are borrowed and outlive the object.
@@ -28,6 +29,8 @@ public:
     /// Waits for the running work. Idempotent.
     void stop();
     void phonebookChanged();
+    /// Renames the entries on the calling thread.
+    void rename();
 
 private:
     void applyRetention();
@@ -37,6 +40,8 @@ private:
     EntryNames& m_names;
 
     std::atomic<bool> m_isRenaming{false};
+    /// Held while entries are renamed.
+    std::mutex m_renameMutex;
     // Strand only.
     std::unique_ptr<ScheduledExpiry> m_nextRetention;
 

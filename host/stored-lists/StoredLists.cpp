@@ -29,7 +29,7 @@ WITH matching AS (
                 AND (instr(party.search, ?3)
                     OR (?4 <> '' AND instr(party.search || search_text('', call.connected_number), ?4))
                     OR EXISTS (SELECT 1 FROM contact_number JOIN contact ON contact.id = contact_number.contact
-                        WHERE contact_number.line = ?1 AND contact_number.number = party.lookup
+                        WHERE contact_number.line IN (?1, '') AND contact_number.number = party.lookup
                             AND instr(contact.search, ?3)))))
 )
 SELECT id, (SELECT count(*) FROM matching), (SELECT coalesce(sum(?2 = 0 AND viewed = 0), 0) FROM matching)

@@ -31,6 +31,8 @@ struct HttpRequest {
     std::string_view route = "other";
     /// The rights that its token grants; set by the pipeline.
     Access access;
+    /// The request is about one line only: it names it, or its token is for it; set by the pipeline.
+    bool isOfOneLine = false;
 
     /// Parses `target`. False for an invalid target: not absolute, a broken escape, a control character, "."
     /// or "..", or an escaped "/" in a segment.

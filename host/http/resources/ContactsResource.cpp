@@ -5,6 +5,7 @@
 #include <istream>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <streambuf>
 #include <string_view>
 #include <utility>
@@ -34,14 +35,18 @@ HttpError databaseFailed() {
     return {503, "database", "the database does not respond; see the log"};
 }
 
-/// Sets the fields of the contact that are in the body. Ignores "id" and "numberTexts", so that a contact
-/// that was read can be sent back.
+Phonebook::Owner ownerIn(const HttpRequest& request) {
+    return request.isOfOneLine ? Phonebook::Owner::eLine : Phonebook::Owner::eAll;
+}
+
+/// Sets the fields of the contact that are in the body. Ignores those that are no fields of it, so that a
+/// contact that was read can be sent back.
 void applyFields(const Json& body, Contact& contact) {
     for (const auto& [name, value] : body.items()) {
         const auto& fields = contactFields();
         const auto field = std::find_if(fields.begin(), fields.end(),
                                         [&name = name](const auto& each) { return name == each.name; });
-        if (name == "id" || name == "numberTexts") {
+        if (name == "id" || name == "numberTexts" || name == "shared") {
             continue;
         }
         if (field == fields.end()) {
@@ -88,7 +93,7 @@ bool beginsACard(const std::string& file) {
 
 class PhonebookStore final : public ContactStore {
 public:
-    explicit PhonebookStore(Phonebook& phonebook) : m_phonebook(phonebook) {}
+    PhonebookStore(Phonebook& phonebook, Phonebook::Owner owner) : m_phonebook(phonebook), m_owner(owner) {}
 
     [[nodiscard]] bool add(const Contact& contact) override {
         m_batch.push_back(contact);
@@ -96,7 +101,7 @@ public:
     }
 
     [[nodiscard]] bool store(ImportReport& report) override {
-        const auto imported = m_phonebook.import(std::exchange(m_batch, {}));
+        const auto imported = m_phonebook.import(std::exchange(m_batch, {}), m_owner);
         if (!imported) {
             return false;
         }
@@ -106,6 +111,7 @@ public:
 
 private:
     Phonebook& m_phonebook;
+    const Phonebook::Owner m_owner;
     std::vector<Contact> m_batch;
 };
 
@@ -157,53 +163,65 @@ HttpResponse ContactsResource::list(const HttpRequest& request) const {
     if (!found) {
         throw databaseFailed();
     }
-    Json contacts = Json::array();
-    for (const Contact& each : found->contacts) {
-        contacts.push_back(contactJson(each, m_numbers));
-    }
-    return jsonResponse({{"total", found->total}, {"contacts", std::move(contacts)}});
+    return jsonResponse({{"total", found->total}, {"contacts", json(found->contacts)}});
 }
 
 HttpResponse ContactsResource::findByNumber(const std::string& number) const {
     Contact contact;
     contact.setSearchNumber(number);
-    Json contacts = Json::array();
+    std::vector<Contact> contacts;
     if (storedOr503(m_phonebook.lookUp(contact))) {
-        contacts.push_back(contactJson(contact, m_numbers));
+        contacts.push_back(std::move(contact));
     }
-    return jsonResponse({{"total", contacts.size()}, {"contacts", std::move(contacts)}});
+    return jsonResponse({{"total", contacts.size()}, {"contacts", json(contacts)}});
+}
+
+Json ContactsResource::json(const std::vector<Contact>& contacts) const {
+    const std::set<std::string> shared = storedOr503(m_phonebook.sharedAmong(contacts));
+    Json json = Json::array();
+    for (const Contact& each : contacts) {
+        json.push_back(contactJson(each, m_numbers));
+        json.back()["shared"] = shared.contains(each.getUniqueId());
+    }
+    return json;
+}
+
+Json ContactsResource::json(const Contact& contact) const {
+    return json(std::vector{contact}).front();
 }
 
 HttpResponse ContactsResource::contact(const HttpRequest& request) const {
-    return jsonResponse(contactJson(requestedContact(request), m_numbers));
+    return jsonResponse(json(requestedContact(request)));
 }
 
 HttpResponse ContactsResource::add(const HttpRequest& request) {
     Contact contact;
     contact.setContactSource(Contact::eOrderedContactSource::ePersonal);
     applyFields(jsonObject(request), contact);
-    const auto id = m_phonebook.add(contact);
+    const auto id = m_phonebook.add(contact, ownerIn(request));
     if (!id) {
         throw databaseFailed();
     }
     contact.setUniqueId(*id);
-    HttpResponse response = jsonResponse(contactJson(contact, m_numbers), 201);
+    HttpResponse response = jsonResponse(json(contact), 201);
     response.headers.emplace_back("Location", "/api/v1/contacts/" + *id);
     return response;
 }
 
 HttpResponse ContactsResource::change(const HttpRequest& request) {
     Contact contact = requestedContact(request);
+    refuseShared(request, contact);
     applyFields(jsonObject(request), contact);
-    if (!m_phonebook.update(contact)) {
+    if (!m_phonebook.update(contact, ownerIn(request))) {
         static_cast<void>(requestedContact(request));  // 404 if another client deleted it meanwhile
         throw databaseFailed();
     }
-    return jsonResponse(contactJson(contact, m_numbers));
+    return jsonResponse(json(contact));
 }
 
 HttpResponse ContactsResource::remove(const HttpRequest& request) {
-    if (!m_phonebook.remove(request.parameter("id"))) {
+    refuseShared(request, requestedContact(request));
+    if (!m_phonebook.remove(request.parameter("id"), ownerIn(request))) {
         static_cast<void>(requestedContact(request));
         throw databaseFailed();
     }
@@ -214,7 +232,7 @@ HttpResponse ContactsResource::importFile(const HttpRequest& request) {
     const ContactFormat format = formatOf(request);
     TextBuffer buffer(request.body);
     std::istream file(&buffer);
-    PhonebookStore store(m_phonebook);
+    PhonebookStore store(m_phonebook, ownerIn(request));
     ContactImport import(store, [](const ImportReport& /*each*/) {});
     try {
         const auto reader = makeContactReader(file, format);
@@ -230,6 +248,14 @@ HttpResponse ContactsResource::importFile(const HttpRequest& request) {
         throw HttpError(422, "wrong-file", std::string("this is no file of contacts: ") + error.what());
     }
     return jsonResponse(importJson(import.report(), kMaxNotes));
+}
+
+void ContactsResource::refuseShared(const HttpRequest& request, const Contact& contact) const {
+    if (request.isOfOneLine && !storedOr503(m_phonebook.sharedAmong({contact})).empty()) {
+        throw HttpError(
+            403, "shared-contact",
+            "all lines share this contact: change it without naming a line, with a token for all");
+    }
 }
 
 Contact ContactsResource::requestedContact(const HttpRequest& request) const {

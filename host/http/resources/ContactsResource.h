@@ -1,6 +1,8 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <vector>
 
 #include "host/http/messages/HttpRequest.h"
 #include "host/http/messages/HttpResponse.h"
@@ -12,7 +14,8 @@ class NumberTexts;
 class Phonebook;
 class Router;
 
-/// The phonebook of the line: search, single contacts, import. Thread-safe.
+/// The phonebook of the line: search, single contacts, import. A request that is about one line adds and
+/// changes contacts of that line, any other one those that all lines share. Thread-safe.
 class ContactsResource {
 public:
     /// Both are borrowed and outlive the resource.
@@ -39,6 +42,12 @@ private:
     /// The contact of the id in the path. Throws `HttpError`: 404 for an unknown id, 503 when the database
     /// fails.
     [[nodiscard]] Contact requestedContact(const HttpRequest& request) const;
+
+    /// Throws `HttpError` 403 if the request is about one line, and the contact is one of all.
+    void refuseShared(const HttpRequest& request, const Contact& contact) const;
+    /// The contacts with "shared". Throws `HttpError` 503.
+    [[nodiscard]] nlohmann::ordered_json json(const std::vector<Contact>& contacts) const;
+    [[nodiscard]] nlohmann::ordered_json json(const Contact& contact) const;
 
     Phonebook& m_phonebook;
     NumberTexts& m_numbers;

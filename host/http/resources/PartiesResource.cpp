@@ -41,10 +41,15 @@ HttpResponse PartiesResource::party(const HttpRequest& request) const {
     Contact contact;
     contact.setSearchNumber(party.number);
     const bool hasContact = !party.number.empty() && storedOr503(m_phonebook.lookUp(contact));
+    Json known;
+    if (hasContact) {
+        known = contactJson(contact, m_numbers);
+        known["shared"] = !storedOr503(m_phonebook.sharedAmong({contact})).empty();
+    }
     Json json{{"number", party.number}};
     addNumberFields(json, m_numbers, party.number, language);
     json.update({{"displayName", party.displayName},
-                 {"contact", hasContact ? contactJson(contact, m_numbers) : Json()},
+                 {"contact", std::move(known)},
                  {"calls", party.calls},
                  {"totals",
                   {{"calls", party.calls},

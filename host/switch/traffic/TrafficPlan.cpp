@@ -11,6 +11,8 @@ namespace {
 constexpr double kFromOutside = 0.5;
 constexpr double kToOutside = 0.75;
 constexpr double kToGroup = 0.2;
+/// With few devices there may be no other parties.
+constexpr int kTries = 10;
 
 /// The group numbers follow the devices.
 std::string groupNumber(const TrafficOptions& options, std::size_t group) {
@@ -33,7 +35,9 @@ std::optional<PlannedCall> TrafficPlan::next() {
     } else {
         m_last += exponential(std::chrono::microseconds(std::llround(1e6 / m_options.rate)));
         call.begin = m_last;
-        chooseParties(call);
+        for (int tries = 0; tries == 0 || (tries < kTries && isAgain(call)); ++tries) {
+            chooseParties(call);
+        }
     }
     call.ringing = m_options.together ? m_options.ringTime : exponential(m_options.ringTime);
     call.established = share() < m_options.established;
@@ -70,7 +74,26 @@ std::string TrafficPlan::outsideNumber() {
     return "+1555" + std::to_string(1'000'000 + below(100'000));
 }
 
+bool TrafficPlan::isAgain(const PlannedCall& call) {
+    while (!m_recentInOrder.empty() && m_recentInOrder.front().first < call.begin - kAgain) {
+        m_recent.erase(m_recentInOrder.front().second);
+        m_recentInOrder.pop_front();
+    }
+    const auto isRecent = [this, &call](const std::string& called) {
+        return m_recent.contains({call.caller, called});
+    };
+    if (std::any_of(call.called.begin(), call.called.end(), isRecent)) {
+        return true;
+    }
+    for (const std::string& called : call.called) {
+        m_recent.emplace(call.caller, called);
+        m_recentInOrder.emplace_back(call.begin, std::pair(call.caller, called));
+    }
+    return false;
+}
+
 void TrafficPlan::chooseParties(PlannedCall& call) {
+    call.group.clear();
     const std::vector<std::string>& devices = m_options.devices;
     const double kind = share();
     const std::size_t device = below(devices.size());

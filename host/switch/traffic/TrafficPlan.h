@@ -3,9 +3,12 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <random>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/switch/traffic/TrafficOptions.h"
@@ -34,9 +37,12 @@ struct PlannedCall {
 
 /// Decides the calls of the traffic, in the order of their begin: half of them come from outside, of these
 /// one in five for a group if there are groups, a quarter goes to numbers outside, and a quarter from device
-/// to device. A device may have several calls at a time. Deterministic; not thread-safe.
+/// to device. A device may have several calls at a time, but a party does not call a device again within
+/// `kAgain`, as far as there are other devices. Deterministic; not thread-safe.
 class TrafficPlan {
 public:
+    static constexpr std::chrono::seconds kAgain{5};
+
     /// Requires `options.devices` and a rate above 0.
     explicit TrafficPlan(TrafficOptions options);
 
@@ -50,12 +56,17 @@ private:
     [[nodiscard]] std::chrono::microseconds exponential(std::chrono::microseconds mean);
     [[nodiscard]] std::string outsideNumber();
     void chooseParties(PlannedCall& call);
+    /// True if the caller has called one of the called devices within `kAgain`; remembers the call if not.
+    [[nodiscard]] bool isAgain(const PlannedCall& call);
     void callGroup(PlannedCall& call);
 
     const TrafficOptions m_options;
     std::mt19937_64 m_random;
     std::uint64_t m_planned = 0;
     std::chrono::microseconds m_last{0};
+    /// The calls within `kAgain`, as caller and called device, and their begin.
+    std::set<std::pair<std::string, std::string>> m_recent;
+    std::deque<std::pair<std::chrono::microseconds, std::pair<std::string, std::string>>> m_recentInOrder;
 };
 
 }  // namespace host

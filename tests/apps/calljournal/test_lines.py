@@ -71,6 +71,28 @@ class LinesTest(ProgramTest):
         self.assertIn("4716", watcher.prints('"event":"missedCallsUpdate".*"number"').string)
         self.assertFalse(watcher.count("4715"))
 
+    def test_lines_share_contacts_behind_their_own(self):
+        self.begin()
+        self.assertTrue(self.switch.monitored(*CONFIGURED), self.switch.monitors)
+        for device in ("2001", "2002"):
+            self.switch.misses(device, "7", "N<4712>")
+            self.server.logs("%s: missed call from 4712" % device)
+        self.done("contacts", "add", "--surname", "Company", "--office", "4712")
+        names = lambda: [self.list("missed", "--line", each)["items"][0]["displayName"] for each in ("2001", "2002")]
+        self.assertEqual(names(), ["Company", "Company"])
+        self.done("contacts", "add", "--surname", "Byron", "--office", "4712", "--line", "2002")
+        self.assertEqual(names(), ["Company", "Byron"])
+        shared = self.get(self.server, "lines/2002/contacts")["contacts"]
+        self.assertEqual([(each["surname"], each["shared"]) for each in shared], [("Byron", False), ("Company", True)])
+        token, everyone = self.done("tokens", "create", "phone", "--line", "2002", "--scope", "write").split()[0], self.server.token
+        company, own = (next(each["id"] for each in shared if each["shared"] == which) for which in (True, False))
+        for path in ("contacts/" + company, "lines/2002/contacts/" + company):
+            self.assertEqual(self.error(path, token, "DELETE"), (403, "shared-contact"))
+        self.assertEqual(self.error("contacts/" + own, everyone, "DELETE"), (404, "unknown-contact"))
+        self.server.token = everyone
+        self.open(self.server, "contacts/" + company, "DELETE").close()
+        self.assertEqual(names(), ["", "Byron"])
+
     def test_one_stream_has_the_events_of_all_lines_also_of_those_that_are_added(self):
         self.begin()
         self.assertTrue(self.switch.monitored(*CONFIGURED))

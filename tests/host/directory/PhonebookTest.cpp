@@ -127,6 +127,69 @@ TEST_F(Phonebook, KeepsTheLinesApart) {
     EXPECT_TRUE(other.find(contact.getUniqueId(), found) && found == contact);
 }
 
+TEST_F(Phonebook, SharesContactsWithAllLinesBehindTheirOwnOnes) {
+    using Owner = host::Phonebook::Owner;
+    host::Phonebook shared(*m_database, m_digits, "");
+    host::Phonebook ann(*m_database, m_digits, "2002", std::chrono::seconds(1), &shared);
+    host::Phonebook bob(*m_database, m_digits, "2003", std::chrono::seconds(1), &shared);
+    const auto whoFor = [](host::Phonebook& phonebook, const std::string& number) {
+        Contact contact;
+        contact.setSearchNumber(number);
+        return phonebook.lookUpContact(contact) ? contact.getSurname() : "";
+    };
+    const auto listOf = [](host::Phonebook& phonebook) {
+        std::string names;
+        const auto contacts = phonebook.list(0, 10);
+        const auto isShared = phonebook.sharedAmong(contacts).value();
+        for (const Contact& each : contacts) {
+            names += each.getSurname() + (isShared.contains(each.getUniqueId()) ? "* " : " ");
+        }
+        EXPECT_EQ(phonebook.count(), contacts.size());
+        return names;
+    };
+
+    // The company's contact has the better source.
+    const std::string company = bob.add(contactOf("surname=Zoo;office=4711;"), Owner::eAll).value();
+    EXPECT_EQ(whoFor(ann, "4711"), "Zoo");
+    const std::string own = ann.add(contactOf("surname=Animals;office=4711;mobile=4712;")).value();
+    EXPECT_EQ(whoFor(ann, "4711"), "Animals");
+    EXPECT_EQ(whoFor(bob, "4711"), "Zoo");
+    EXPECT_EQ(whoFor(bob, "4712"), "");
+    EXPECT_EQ(listOf(ann), "Animals Zoo* ");
+    EXPECT_EQ(listOf(bob), "Zoo* ");
+    EXPECT_EQ(bob.search("zoo", 0, 10).value().total, 1U);
+    std::optional<Contact> found;
+    EXPECT_TRUE(bob.find(own, found));
+    EXPECT_FALSE(found) << "it is of another line";
+
+    Contact changed = contactOf("surname=Park;office=4711;");
+    changed.setUniqueId(company);
+    EXPECT_FALSE(ann.update(changed));
+    EXPECT_FALSE(ann.remove(company));
+    EXPECT_FALSE(bob.remove(own, Owner::eAll));
+    EXPECT_TRUE(ann.update(changed, Owner::eAll));
+    EXPECT_EQ(whoFor(bob, "4711"), "Park");
+    EXPECT_TRUE(ann.remove(own, Owner::eAll));
+    EXPECT_EQ(whoFor(ann, "4711"), "Park");
+    EXPECT_TRUE(bob.remove(company, Owner::eAll));
+    EXPECT_EQ(whoFor(ann, "4711"), "");
+
+    // An import looks for known contacts among those that it may change.
+    const auto imports = [](host::Phonebook& phonebook, const std::vector<Contact>& contacts, Owner owner) {
+        const auto counts = phonebook.import(contacts, owner).value();
+        return std::to_string(counts.added) + std::to_string(counts.changed) +
+               std::to_string(counts.unchanged);
+    };
+    EXPECT_TRUE(ann.add(contactOf("surname=Own;office=1;")));
+    EXPECT_EQ(imports(ann, {contactOf("surname=Own;office=1;email=a@b;"), contactOf("surname=New;office=2;")},
+                      Owner::eAll),
+              "110");
+    EXPECT_EQ(listOf(ann), "New* Own ");
+    EXPECT_EQ(imports(bob, {contactOf("surname=New;office=2;")}, Owner::eLine), "100");
+    EXPECT_EQ(imports(bob, {contactOf("surname=New;office=2;")}, Owner::eLine), "001");
+    EXPECT_EQ(listOf(bob), "New* New ");
+}
+
 TEST_F(Phonebook, FindsEachChangeAfterALookUp) {
     host::Phonebook phonebook(*m_database, m_digits, "2001", std::chrono::milliseconds(0));
     const auto surname = [&phonebook](const std::string& number) {

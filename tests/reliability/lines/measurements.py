@@ -17,9 +17,9 @@ def options(rate, seconds, seed):
     return ["--rate", "%g" % rate, "--calls", str(int(rate * seconds)), "--seed", str(seed), *SHORT_CALLS]
 
 
-def told(run, title):
+def told(run, title, without=()):
     """Prints the faults of a run; true if there are none."""
-    faults = list(run.faults())
+    faults = list(run.faults(without))
     for fault in faults:
         print("%s: %s" % (title, fault), flush=True)
     return not faults
@@ -143,6 +143,6 @@ def isolation(lines, rate, seconds, rounds, seed):
                     values = run.latencies(without=(what.line,))
                     latencies_told("%s, %s" % (disturbance.__name__.lower(), "disturbed" if disturbed else "not disturbed"), run, values)
                     figures[disturbed].append(quantile(values, 0.99))
-                    right = told(run, disturbance.__name__.lower()) and right
+                    right = told(run, disturbance.__name__.lower(), (what.line,)) and right
         compared(disturbance.__name__.lower(), figures[True], figures[False])
     return right

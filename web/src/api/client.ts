@@ -24,6 +24,18 @@ function placed(query: URLSearchParams): URLSearchParams {
     return all;
 }
 
+/** The ids of the contacts that all lines share; these are changed without naming a line. */
+const shared = new Set<string>();
+
+function noted(contacts: Contact[]): Contact[] {
+    contacts.filter((contact) => contact.shared).forEach((contact) => shared.add(contact.id));
+    return contacts;
+}
+
+function contactPath(id: string): string {
+    return `${shared.has(id) ? "/" : ""}contacts/${encoded(id)}`;
+}
+
 /** The zone of the days and times in a query. */
 export const zone = Intl.DateTimeFormat().resolvedOptions().timeZone;
 
@@ -55,17 +67,25 @@ export const api = {
     answerCall: (callId: string) => request<void>("POST", "live-calls/" + encoded(callId) + "/answer"),
     hangUp: (callId: string) => request<void>("DELETE", `live-calls/${encoded(callId)}`).catch(ignoreNotFound),
 
-    party: (number: string) => request<Party>("GET", `parties/${encoded(number)}?language=${language.value}`),
+    party: async (number: string) => {
+        const party = await request<Party>("GET", `parties/${encoded(number)}?language=${language.value}`);
+        noted(party.contact ? [party.contact] : []);
+        return party;
+    },
     setNote: (number: string, note: string) => request<unknown>("PUT", `parties/${encoded(number)}`, { note }, { keepalive: true }),
 
-    contacts: (search: string, limit: number) =>
-        request<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encoded(search)}`),
+    contacts: async (search: string, limit: number) => {
+        const page = await request<{ total: number; contacts: Contact[] }>("GET", `contacts?limit=${limit}&search=${encoded(search)}`);
+        noted(page.contacts);
+        return page;
+    },
     /** The contact that has this number, in any spelling. */
-    contactWith: async (number: string) => (await request<{ contacts: Contact[] }>("GET", `contacts?number=${encoded(number)}`)).contacts[0],
+    contactWith: async (number: string) =>
+        noted((await request<{ contacts: Contact[] }>("GET", `contacts?number=${encoded(number)}`)).contacts)[0],
     addContact: (values: ContactValues) => request<Contact>("POST", "contacts", values),
-    changeContact: (id: string, values: ContactValues) => request<Contact>("PUT", `contacts/${encoded(id)}`, values),
+    changeContact: (id: string, values: ContactValues) => request<Contact>("PUT", contactPath(id), values),
     importContacts: (file: Blob) => request<ImportResponse>("POST", "contacts/import", file, { limit: 600_000 }),
-    deleteContact: (id: string, keepalive: boolean) => request<void>("DELETE", `contacts/${encoded(id)}`, undefined, { keepalive }).catch(ignoreNotFound),
+    deleteContact: (id: string, keepalive: boolean) => request<void>("DELETE", contactPath(id), undefined, { keepalive }).catch(ignoreNotFound),
 
     settings: () => request<Record<string, string>>("GET", "settings"),
     changeSetting: (key: string, value: string) => request<Record<string, string>>("PUT", "settings", { [key]: value }),

@@ -16,8 +16,14 @@ export function chooseLine(device: string): void {
     window.location.reload();
 }
 
-/** The address of a path of the HTTP API. It is relative, so that the journal may be served under a path. */
+/**
+ * The address of a path of the HTTP API, of the chosen line unless it begins with a slash. It is relative, so that the journal may be
+ * served under a path.
+ */
 export function addressOf(path: string): string {
+    if (path.startsWith("/")) {
+        return `./api/v1${path}`;
+    }
     const line = chosenLine && !common.test(path) ? `lines/${encodeURIComponent(chosenLine)}/` : "";
     return `./api/v1/${line}${path}`;
 }

@@ -133,7 +133,7 @@ export const contactFields = ["firstName", "surname", "company", ...numberFields
 export type ContactField = (typeof contactFields)[number];
 export type ContactValues = Record<ContactField, string>;
 /** `numberTexts` are the numbers as people write them. */
-export type Contact = ContactValues & { id: string; picture?: string; numberTexts: Record<(typeof numberFields)[number], string> };
+export type Contact = ContactValues & { id: string; shared: boolean; picture?: string; numberTexts: Record<(typeof numberFields)[number], string> };
 
 /** The result of an import. `read` minus the other counts were skipped; the notes may be cut off. */
 export interface ImportResponse {
