@@ -18,6 +18,9 @@ namespace {
 constexpr std::chrono::milliseconds kShortWait = DatabaseWriter::kShortWait;
 /// The time between attempts to store what is kept.
 constexpr std::chrono::milliseconds kBetweenStores{250};
+/// The pages of the log that a checkpoint may move while changes wait, and how often it moves more before it.
+constexpr int kFewPages = 200;
+constexpr int kRunsAside = 8;
 
 ChangeOutcome outcomeOf(bool kept) {
     return kept ? ChangeOutcome::eKept : ChangeOutcome::eRefused;
@@ -57,7 +60,12 @@ void Database::checkpoint() noexcept {
         if (!m_writer.isInPlace()) {
             return;
         }
-        m_checkpoint.run(m_writer.generation());
+        // While a run waits for the disk, the log grows by what the next one moves.
+        int moved = 0;
+        for (int runs = 0, before = -kFewPages; moved - before >= kFewPages && runs < kRunsAside; ++runs) {
+            before = moved;
+            moved = m_checkpoint.run(m_writer.generation());
+        }
         // The few pages that were written meanwhile. Only a log that is moved whole is used from its begin
         // again.
         const std::lock_guard lock(m_mutex);

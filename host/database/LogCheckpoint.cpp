@@ -25,15 +25,17 @@ void LogCheckpoint::open(unsigned generation) {
     m_generation = generation;
 }
 
-void LogCheckpoint::run(unsigned generation) {
+int LogCheckpoint::run(unsigned generation) {
     if (!m_connection || generation != m_generation) {
         open(generation);
     }
+    int moved = 0;
     const int result = sqlite3_wal_checkpoint_v2(m_connection->getHandle(), nullptr,
-                                                 SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+                                                 SQLITE_CHECKPOINT_PASSIVE, nullptr, &moved);
     if (result != SQLITE_OK && result != SQLITE_BUSY) {
         throw SQLite::Exception(m_connection->getHandle(), result);
     }
+    return moved;
 }
 
 }  // namespace host

@@ -21,10 +21,11 @@ public:
     LogCheckpoint(const LogCheckpoint&) = delete;
     LogCheckpoint& operator=(const LogCheckpoint&) = delete;
 
-    /// Does not wait for other connections. `generation` is the one of the open file: another one opens the
+    /// Returns the number of pages of the log that are in the file afterwards. Does not wait for other
+    /// connections. `generation` is the one of the open file: another one opens the
     /// file again. Throws `SQLite::Exception`, or `std::runtime_error` if other files have the names of the
     /// open ones: SQLite would take the pages of another log.
-    void run(unsigned generation);
+    [[nodiscard]] int run(unsigned generation);
 
 private:
     void open(unsigned generation);
