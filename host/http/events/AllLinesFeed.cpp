@@ -26,6 +26,10 @@ std::shared_ptr<StreamBody> AllLinesFeed::open(const std::string& lastEventId,
 }
 
 void AllLinesFeed::append(const std::string& line, const char* event, const std::string& data) {
+    if (!mayBeRead()) {
+        m_hasGap = true;
+        return;
+    }
     const std::string members = data.substr(1);
     m_streams.append(event, "{\"line\":" + jsonText(line) + (members == "}" ? std::string() : ",") + members);
     m_streams.wakeSoon();

@@ -30,7 +30,7 @@ public:
 
     // Call from the loop thread only.
 
-    /// `data` is a JSON object.
+    /// `data` is a JSON object. An event that no stream can read is not kept.
     void append(const std::string& line, const char* event, const std::string& data);
     void keepAlive() { m_streams.keepAlive(); }
     [[nodiscard]] bool endRefused() { return m_streams.endRefused(); }
